@@ -1,0 +1,46 @@
+# One room of the house: one folder below src/, one static library, one target `lamina_<name>` (alias lamina::<name>).
+#
+#   lamina_room(image FOLDER platform/image SOURCES a.cpp ... PUBLIC lamina::base PRIVATE PkgConfig::JPEG)
+#
+# A room's headers are reached as "platform/image/CGImage.h" through a folder of its own that holds nothing but a link
+# to the room. Only targets that link the room see that folder, so an include that climbs a floor does not build.
+
+add_library(lamina_warnings INTERFACE)
+target_compile_options(lamina_warnings INTERFACE
+    -Wall -Wextra -Wpedantic -Wshadow -Wold-style-cast -Wnon-virtual-dtor -Woverloaded-virtual -Wcast-qual
+    -Wimplicit-fallthrough -Wextra-semi -Werror)
+
+# Pixels come out the same on every machine: no fused multiply-add unless the code asks for it.
+add_library(lamina_flags INTERFACE)
+target_compile_options(lamina_flags INTERFACE -ffp-contract=off -fvisibility-inlines-hidden)
+target_link_libraries(lamina_flags INTERFACE Threads::Threads)
+
+function(lamina_room name)
+    cmake_parse_arguments(ROOM "" "FOLDER" "SOURCES;PUBLIC;PRIVATE" ${ARGN})
+    set(target lamina_${name})
+    set(view ${CMAKE_BINARY_DIR}/rooms/${name})
+    get_filename_component(parent ${view}/${ROOM_FOLDER} DIRECTORY)
+    file(MAKE_DIRECTORY ${parent})
+    file(CREATE_LINK ${PROJECT_SOURCE_DIR}/src/${ROOM_FOLDER} ${view}/${ROOM_FOLDER} SYMBOLIC)
+
+    add_library(${target} STATIC ${ROOM_SOURCES})
+    add_library(lamina::${name} ALIAS ${target})
+    target_compile_features(${target} PUBLIC cxx_std_20)
+    target_include_directories(${target} PUBLIC $<BUILD_INTERFACE:${view}>)
+    target_link_libraries(${target}
+        PUBLIC ${ROOM_PUBLIC}
+        PRIVATE ${ROOM_PRIVATE} $<BUILD_INTERFACE:lamina_warnings> $<BUILD_INTERFACE:lamina_flags>)
+    target_compile_options(${target} PRIVATE $<$<CONFIG:Release>:-O3>)
+endfunction()
+
+# A GoogleTest program. Each test becomes one entry of ctest.
+#   lamina_test(base_tests SOURCES ... LINK lamina::base)
+function(lamina_test name)
+    cmake_parse_arguments(TEST "" "" "SOURCES;LINK" ${ARGN})
+    add_executable(${name} ${TEST_SOURCES})
+    target_link_libraries(${name} PRIVATE ${TEST_LINK} GTest::gtest GTest::gmock GTest::gtest_main lamina_warnings lamina_flags)
+    target_compile_definitions(${name} PRIVATE
+        LAMINA_TEST_DATA="${PROJECT_SOURCE_DIR}/tests/data" LAMINA_SAMPLES="${PROJECT_SOURCE_DIR}/assets/samples")
+    target_include_directories(${name} PRIVATE ${PROJECT_SOURCE_DIR}/tests/support)
+    gtest_discover_tests(${name} DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 300)
+endfunction()

@@ -1,0 +1,135 @@
+#pragma once
+
+#include "platform/base/CGAffineTransform.h"
+#include "platform/base/UIColor.h"
+#include "platform/image/CGContext.h"
+#include "platform/image/UIBezierPath.h"
+#include "platform/image/UIImage.h"
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <vector>
+
+namespace lamina {
+
+/// How contents fill a layer, and an image view its frame.
+enum class UIViewContentMode { ScaleToFill, ScaleAspectFit, ScaleAspectFill, Center };
+
+/// What is seen: a rectangle with geometry, colours, a picture, and layers above it. Every view has one.
+///
+/// Geometry: `bounds` is the layer's own coordinate system; its centre stands at `position` of the parent's, turned and
+/// scaled there by `transform`. Lengths in points, y down, colours straight sRGB. All on the main thread.
+///
+/// Order of drawing: shadow, background, contents, sublayers in order, border; then the mask and the corner clip (`masksToBounds`
+/// clips contents and sublayers to the rounded bounds, never the shadow); `opacity` acts on all of it as one group.
+class CALayer : public std::enable_shared_from_this<CALayer> {
+public:
+    CALayer();
+    virtual ~CALayer();
+    CALayer(const CALayer&) = delete;
+    CALayer& operator=(const CALayer&) = delete;
+
+    CGRect bounds() const { return m_bounds; }
+    void setBounds(const CGRect& bounds);
+    CGPoint position() const { return m_position; }
+    void setPosition(CGPoint position);
+    CGAffineTransform affineTransform() const { return m_transform; }
+    void setAffineTransform(const CGAffineTransform& transform);
+    /// From this layer's coordinates to the parent's.
+    CGAffineTransform transformToParent() const;
+
+    /// [0, 1], clamped; default 1.
+    double opacity() const { return m_opacity; }
+    void setOpacity(double opacity);
+    bool isHidden() const { return m_hidden; }
+    void setHidden(bool hidden);
+    /// Default none.
+    std::optional<UIColor> backgroundColor() const { return m_backgroundColor; }
+    void setBackgroundColor(const std::optional<UIColor>& color);
+    /// Points; default 0. Above half of the shorter side it counts as that half.
+    double cornerRadius() const { return m_cornerRadius; }
+    void setCornerRadius(double radius);
+    /// Drawn inside the bounds; default 0.
+    double borderWidth() const { return m_borderWidth; }
+    void setBorderWidth(double width);
+    /// Default black.
+    UIColor borderColor() const { return m_borderColor; }
+    void setBorderColor(const UIColor& color);
+    /// Default false.
+    bool masksToBounds() const { return m_masksToBounds; }
+    void setMasksToBounds(bool masks);
+
+    struct Shadow {
+        UIColor color = UIColor::black();
+        double opacity = 0;        ///< [0, 1]; 0 draws no shadow
+        CGSize offset = {0, -3};   ///< points, y down
+        double radius = 3;         ///< standard deviation of the blur, points
+        friend bool operator==(const Shadow&, const Shadow&) = default;
+    };
+    const Shadow& shadow() const { return m_shadow; }
+    void setShadow(const Shadow& shadow);
+
+    /// A layer whose alpha, drawn in this layer's coordinates at its own position, lets this one through; it belongs to no
+    /// parent. Null: none. A shape layer gives polygon masks, a layer with contents picture masks.
+    const std::shared_ptr<CALayer>& mask() const { return m_mask; }
+    void setMask(std::shared_ptr<CALayer> mask);
+
+    /// The picture shown, stretched over the bounds by `contentsMode`. What an aspect fill lets stick out of the bounds is seen
+    /// unless masked.
+    const UIImage& contents() const { return m_contents; }
+    void setContents(const UIImage& image);
+    UIViewContentMode contentsMode() const { return m_contentsMode; }
+    void setContentsMode(UIViewContentMode mode);
+    /// Where the contents stand in the layer's coordinates; empty without contents.
+    CGRect contentsRect() const;
+
+    CALayer* superlayer() const { return m_superlayer; }
+    const std::vector<std::shared_ptr<CALayer>>& sublayers() const { return m_sublayers; }
+    void addSublayer(std::shared_ptr<CALayer> layer);
+    /// `index` counts from the bottom and is clamped. A layer that has a parent leaves it first.
+    void insertSublayer(std::shared_ptr<CALayer> layer, std::size_t index);
+    void removeFromSuperlayer();
+
+    /// Draws this layer and all above it, in its own coordinates (its position and transform in the parent, and an offset of
+    /// the bounds' origin, do not count). Opacity, mask, clip and shadow do.
+    void renderInContext(CGContext& context) const;
+
+    /// Grows with every change of this layer itself (not of its sublayers); never the same for two layers' states.
+    std::uint64_t revision() const { return m_revision; }
+    /// The area this layer itself may paint, shadow included, in its own coordinates; sublayers not counted.
+    CGRect paintedBounds() const;
+
+    /// Called at every change in the tree below and at this layer, if this is the topmost one. For whoever shows the tree.
+    void setChangeHandler(std::function<void()> handler);
+
+protected:
+    /// What a subclass paints between contents and sublayers.
+    virtual void drawInContext(CGContext& context) const;
+    /// To be called after a change that is seen.
+    void changed();
+
+private:
+    friend class LayerRenderer;
+    CGRect m_bounds;
+    CGPoint m_position;
+    CGAffineTransform m_transform;
+    double m_opacity = 1;
+    bool m_hidden = false;
+    std::optional<UIColor> m_backgroundColor;
+    double m_cornerRadius = 0;
+    double m_borderWidth = 0;
+    UIColor m_borderColor = UIColor::black();
+    bool m_masksToBounds = false;
+    Shadow m_shadow;
+    std::shared_ptr<CALayer> m_mask;
+    UIImage m_contents;
+    UIViewContentMode m_contentsMode = UIViewContentMode::ScaleToFill;
+    CALayer* m_superlayer = nullptr;
+    std::vector<std::shared_ptr<CALayer>> m_sublayers;
+    std::uint64_t m_revision = 0;
+    std::function<void()> m_changeHandler;
+};
+
+} // namespace lamina

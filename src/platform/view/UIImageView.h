@@ -1,0 +1,19 @@
+#pragma once
+
+#include "platform/view/UIView.h"
+
+namespace lamina {
+
+/// Shows a picture by its content mode. Not opaque, and takes no touches until told to.
+class UIImageView : public UIView {
+public:
+    explicit UIImageView(const CGRect& frame = {});
+    /// As large as the picture, in points.
+    explicit UIImageView(const UIImage& image);
+
+    const UIImage& image() const { return layer().contents(); }
+    /// The empty picture shows nothing.
+    void setImage(const UIImage& image) { layer().setContents(image); }
+};
+
+} // namespace lamina

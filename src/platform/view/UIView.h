@@ -1,0 +1,126 @@
+#pragma once
+
+#include "platform/view/CALayer.h"
+
+#include <functional>
+#include <memory>
+#include <vector>
+
+namespace lamina {
+
+class UIGestureRecognizer;
+struct UITouch;
+
+/// A rectangle of the canvas that can be drawn, hit and moved. It owns its layer, its recognisers and shares its children.
+///
+/// Lengths in points, y down. Everything on the main thread. Children stand in order from the bottom to the top, and the
+/// layers in the same order.
+class UIView : public std::enable_shared_from_this<UIView> {
+public:
+    explicit UIView(const CGRect& frame = {});
+    virtual ~UIView();
+    UIView(const UIView&) = delete;
+    UIView& operator=(const UIView&) = delete;
+
+    CALayer& layer() const { return *m_layer; }
+
+    /// The box around the view in its parent. Setting it keeps the transform and sets centre and bounds' size so that an
+    /// untransformed view stands exactly there; with a transform in force the value read is its bounding box.
+    CGRect frame() const;
+    virtual void setFrame(const CGRect& frame);
+    CGRect bounds() const { return m_layer->bounds(); }
+    virtual void setBounds(const CGRect& bounds);
+    /// In the parent's coordinates.
+    CGPoint center() const { return m_layer->position(); }
+    void setCenter(CGPoint center) { m_layer->setPosition(center); }
+    /// About the centre.
+    CGAffineTransform transform() const { return m_layer->affineTransform(); }
+    void setTransform(const CGAffineTransform& transform) { m_layer->setAffineTransform(transform); }
+
+    double alpha() const { return m_layer->opacity(); }
+    void setAlpha(double alpha) { m_layer->setOpacity(alpha); }
+    bool isHidden() const { return m_layer->isHidden(); }
+    void setHidden(bool hidden) { m_layer->setHidden(hidden); }
+    std::optional<UIColor> backgroundColor() const { return m_layer->backgroundColor(); }
+    void setBackgroundColor(const std::optional<UIColor>& color) { m_layer->setBackgroundColor(color); }
+    bool clipsToBounds() const { return m_layer->masksToBounds(); }
+    void setClipsToBounds(bool clips) { m_layer->setMasksToBounds(clips); }
+    UIViewContentMode contentMode() const { return m_layer->contentsMode(); }
+    void setContentMode(UIViewContentMode mode) { m_layer->setContentsMode(mode); }
+    /// A promise for whoever flattens the view: its picture needs no alpha. Default true (false for image views).
+    bool isOpaque() const { return m_opaque; }
+    void setOpaque(bool opaque) { m_opaque = opaque; }
+
+    /// Default 0.
+    int tag() const { return m_tag; }
+    void setTag(int tag) { m_tag = tag; }
+    /// This view or the first one below it, depth first, that carries the tag; null when none does.
+    UIView* viewWithTag(int tag);
+
+    UIView* superview() const { return m_superview; }
+    const std::vector<std::shared_ptr<UIView>>& subviews() const { return m_subviews; }
+    /// Puts the view on top; it leaves its present parent first. A view can't be put into itself or a descendant (asserted).
+    void addSubview(std::shared_ptr<UIView> view);
+    /// `index` counts from the bottom and is clamped.
+    void insertSubview(std::shared_ptr<UIView> view, std::size_t index);
+    void bringSubviewToFront(UIView& view);
+    void sendSubviewToBack(UIView& view);
+    /// The view may be destroyed by this, if nobody else holds it.
+    void removeFromSuperview();
+    /// True for the view itself and everything that stands above it on the way to the root.
+    bool isDescendantOf(const UIView& view) const;
+    /// After this view's parent has changed.
+    virtual void didMoveToSuperview() {}
+
+    /// Default true, false for image views. A view without it, a hidden one and one with alpha below 0.01 gets no touches, nor do
+    /// its children.
+    bool isUserInteractionEnabled() const { return m_userInteractionEnabled; }
+    void setUserInteractionEnabled(bool enabled) { m_userInteractionEnabled = enabled; }
+    /// Default false: only the first finger reaches the view's touch operations (recognisers see them all).
+    bool isMultipleTouchEnabled() const { return m_multipleTouchEnabled; }
+    void setMultipleTouchEnabled(bool enabled) { m_multipleTouchEnabled = enabled; }
+
+    /// Whether the point (own coordinates) lies in the bounds.
+    virtual bool pointInside(CGPoint point) const;
+    /// The topmost view at the point (own coordinates) that takes touches; null when none does. Children outside a parent's
+    /// bounds are not hit.
+    virtual UIView* hitTest(CGPoint point);
+
+    /// From this view's coordinates to those of `view` (null: those of the root). The views must share a root; a transform
+    /// that can't be undone gives the point (0, 0).
+    CGPoint convertPointToView(CGPoint point, const UIView* view) const;
+    CGPoint convertPointFromView(CGPoint point, const UIView* view) const;
+    /// The topmost view of the tree that this one stands in.
+    UIView& rootView();
+    const UIView& rootView() const;
+    /// From this view's coordinates to the root's.
+    CGAffineTransform transformToRoot() const;
+
+    const std::vector<std::shared_ptr<UIGestureRecognizer>>& gestureRecognizers() const { return m_gestureRecognizers; }
+    /// A recogniser belongs to one view: it leaves the one it had.
+    void addGestureRecognizer(std::shared_ptr<UIGestureRecognizer> recognizer);
+    /// A gesture under way is cancelled first, so that its action hears of it.
+    void removeGestureRecognizer(UIGestureRecognizer& recognizer);
+    void removeAllGestureRecognizers();
+
+    /// Touches that no recogniser has claimed. The default hands them to nobody.
+    virtual void touchesBegan(const std::vector<UITouch*>& touches);
+    virtual void touchesMoved(const std::vector<UITouch*>& touches);
+    virtual void touchesEnded(const std::vector<UITouch*>& touches);
+    virtual void touchesCancelled(const std::vector<UITouch*>& touches);
+
+protected:
+    UIView(const CGRect& frame, std::shared_ptr<CALayer> layer);
+
+private:
+    std::shared_ptr<CALayer> m_layer;
+    UIView* m_superview = nullptr;
+    std::vector<std::shared_ptr<UIView>> m_subviews;
+    std::vector<std::shared_ptr<UIGestureRecognizer>> m_gestureRecognizers;
+    int m_tag = 0;
+    bool m_opaque = true;
+    bool m_userInteractionEnabled = true;
+    bool m_multipleTouchEnabled = false;
+};
+
+} // namespace lamina
