@@ -6,7 +6,7 @@ namespace {
 
 int saturated(double value)
 {
-    constexpr double kLimit = 1 << 30;
+    constexpr double kLimit = (1 << 30) - 1; // so that the side between both limits is an int as well
     return static_cast<int>(std::clamp(value, -kLimit, kLimit));
 }
 
@@ -14,7 +14,7 @@ int saturated(double value)
 
 IntRect integralCover(const CGRect& rect)
 {
-    if (rect.isEmpty())
+    if (!rect.isMeasurable())
         return {};
     const int x0 = saturated(std::floor(rect.minX()));
     const int y0 = saturated(std::floor(rect.minY()));

@@ -47,11 +47,11 @@ struct CGRect {
     /// True when no point lies inside: a side is zero, negative or not a number.
     constexpr bool isEmpty() const { return !(size.width > 0 && size.height > 0); }
 
+    /// Not empty, and its edges are numbers in order: false where a coordinate is NaN or too large for the sides to count.
+    constexpr bool isMeasurable() const { return !isEmpty() && maxX() > minX() && maxY() > minY(); }
+
     /// The top and left edges belong to the rectangle, the bottom and right ones do not.
-    constexpr bool contains(CGPoint p) const
-    {
-        return p.x >= minX() && p.x < maxX() && p.y >= minY() && p.y < maxY();
-    }
+    constexpr bool contains(CGPoint p) const { return p.x >= minX() && p.x < maxX() && p.y >= minY() && p.y < maxY(); }
 
     /// Moved inwards by `dx` and `dy` on each side (outwards when negative).
     constexpr CGRect insetBy(double dx, double dy) const
@@ -60,9 +60,11 @@ struct CGRect {
     }
     constexpr CGRect offsetBy(double dx, double dy) const { return {{origin.x + dx, origin.y + dy}, size}; }
 
-    /// The common part; an empty rectangle at (0, 0) when there is none.
+    /// The common part; an empty rectangle at (0, 0) when there is none, or a value is not a number.
     constexpr CGRect intersection(const CGRect& other) const
     {
+        if (!isMeasurable() || !other.isMeasurable())
+            return {};
         const double x0 = std::max(minX(), other.minX());
         const double y0 = std::max(minY(), other.minY());
         const double x1 = std::min(maxX(), other.maxX());
@@ -124,7 +126,7 @@ struct IntRect {
     friend bool operator==(const IntRect&, const IntRect&) = default;
 };
 
-/// The smallest rectangle of whole pixels that covers `rect`, saturated to ±2^30 so that hostile values stay harmless.
+/// The smallest rectangle of whole pixels that covers `rect`, saturated to ±(2^30 − 1) so that hostile values stay harmless.
 IntRect integralCover(const CGRect& rect);
 
 } // namespace lamina

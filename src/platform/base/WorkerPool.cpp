@@ -3,8 +3,11 @@
 #include <algorithm>
 #include <atomic>
 #include <condition_variable>
+#include <cstdint>
 #include <exception>
 #include <mutex>
+#include <pthread.h>
+#include <system_error>
 #include <thread>
 #include <vector>
 
@@ -21,9 +24,9 @@ unsigned coreCount()
 
 /// One call of parallelFor: pieces are handed out by a counter, so that a slow core takes fewer.
 struct Job {
-    int begin;
-    int end;
-    int step;
+    std::int64_t begin;
+    std::int64_t end;
+    std::int64_t step;
     const std::function<void(int, int)>* body;
     std::atomic<int> next{0};
     int pieces;
@@ -35,9 +38,9 @@ struct Job {
     {
         t_insideWork = true;
         for (int i = next.fetch_add(1); i < pieces; i = next.fetch_add(1)) {
-            const int first = begin + i * step;
+            const std::int64_t first = begin + i * step;
             try {
-                (*body)(first, std::min(end, first + step));
+                (*body)(static_cast<int>(first), static_cast<int>(std::min(end, first + step)));
             } catch (...) {
                 const std::lock_guard lock(errorMutex);
                 if (!error)
@@ -63,8 +66,12 @@ struct WorkerPool::Impl {
 
     void startWorkers()
     {
-        for (; workers + 1 < limit; ++workers)
-            std::thread([this] { work(); }).detach();
+        try {
+            for (; workers + 1 < limit; ++workers)
+                std::thread([this] { work(); }).detach();
+        } catch (const std::system_error&) {
+            // The system has no more threads to give: those that run do the work, at least the caller.
+        }
     }
 
     Job* claim()
@@ -78,6 +85,7 @@ struct WorkerPool::Impl {
 
     void work()
     {
+        pthread_setname_np(pthread_self(), "lamina-worker");
         std::unique_lock lock(mutex);
         for (;;) {
             Job* job = nullptr;
@@ -113,19 +121,26 @@ void WorkerPool::setConcurrency(unsigned limit)
     m_impl->limit = limit == 0 ? coreCount() : limit;
 }
 
+void WorkerPool::warmUp()
+{
+    const std::lock_guard lock(m_impl->mutex);
+    m_impl->startWorkers();
+}
+
 void WorkerPool::parallelFor(int begin, int end, int grain, const std::function<void(int, int)>& body)
 {
     if (begin >= end)
         return;
     const unsigned threads = m_impl->limit;
-    if (t_insideWork || threads < 2 || end - begin <= grain) {
+    const std::int64_t rows = std::int64_t{end} - begin;
+    if (t_insideWork || threads < 2 || rows <= grain) {
         body(begin, end);
         return;
     }
     // A few pieces a thread level out cores of unequal speed.
-    const int wanted = static_cast<int>(threads) * 4;
-    Job job{begin, end, std::max({1, grain, (end - begin + wanted - 1) / wanted}), &body, {}, 0, 0, {}, {}};
-    job.pieces = (end - begin + job.step - 1) / job.step;
+    const std::int64_t wanted = std::int64_t{threads} * 4;
+    const std::int64_t step = std::max<std::int64_t>({1, grain, (rows + wanted - 1) / wanted});
+    Job job{begin, end, step, &body, {}, static_cast<int>((rows + step - 1) / step), 0, {}, {}};
     {
         const std::lock_guard lock(m_impl->mutex);
         m_impl->startWorkers();

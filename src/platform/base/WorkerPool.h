@@ -17,6 +17,9 @@ public:
     /// Threads that can work at once, the caller included; at least 1.
     unsigned concurrency() const;
 
+    /// Starts the workers now, so that the first picture does not wait for them. A second call costs nothing.
+    void warmUp();
+
     /// Calls `body(first, last)` for pieces of [begin, end) that together cover it once, and returns when all are done.
     /// `grain`: the fewest rows worth a piece; the range runs inline when it is not longer than that. An exception thrown by
     /// `body` ends up with the caller, once every piece that had started is done.

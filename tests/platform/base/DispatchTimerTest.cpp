@@ -1,0 +1,174 @@
+#include "platform/base/DispatchTimer.h"
+#include "LogCapture.h"
+#include "platform/base/Clock.h"
+#include "platform/base/DispatchSemaphore.h"
+
+#include <cmath>
+#include <gtest/gtest.h>
+#include <string>
+#include <vector>
+
+namespace lamina {
+namespace {
+
+class DispatchTimerTest : public testing::Test {
+protected:
+    DispatchTimerTest() { Clock::setShared(clock); }
+    ~DispatchTimerTest() override
+    {
+        DispatchQueue::main().drain();
+        Clock::setShared(nullptr);
+        EXPECT_TRUE(log.messages.empty()) << log.messages.front().second;
+    }
+    DispatchQueue::Block note(char name)
+    {
+        return [this, name] { fired += name; };
+    }
+    /// What fired on the main queue in these seconds.
+    std::string firedIn(double seconds)
+    {
+        clock->advance(seconds);
+        fired.clear();
+        DispatchQueue::main().drain();
+        return fired;
+    }
+
+    std::shared_ptr<ManualClock> clock = std::make_shared<ManualClock>();
+    LogCapture log;
+    MainQueue& main = DispatchQueue::main();
+    std::string fired;
+};
+
+TEST_F(DispatchTimerTest, FireInTheOrderTheyAreDue)
+{
+    main.after(3, note('c'));
+    main.after(1, note('a'));
+    main.after(3, note('d'));
+    main.after(2, note('b'));
+    EXPECT_EQ(firedIn(0.999), "");
+    EXPECT_EQ(firedIn(0.001), "a");
+    EXPECT_EQ(firedIn(10), "bcd");
+    main.after(1, note('x'));
+    std::string steps;
+    for (int i = 0; i < 10; ++i)
+        steps += firedIn(0.1); // ten times a tenth is a little less than one
+    EXPECT_EQ(steps, "x");
+}
+
+TEST_F(DispatchTimerTest, WhatIsDueAtOnceKeepsItsPlaceAmongAsyncBlocks)
+{
+    main.async(note('1'));
+    main.after(0, note('2'));
+    main.after(-5, note('3'));
+    main.after(std::nan(""), note('4'));
+    main.async(note('5'));
+    EXPECT_EQ(firedIn(0), "12345");
+}
+
+TEST_F(DispatchTimerTest, NeverFireAfterCancelling)
+{
+    DispatchTimer early(main, 1, note('a'));
+    DispatchTimer late(main, 1, note('b'));
+    EXPECT_TRUE(early.isPending());
+    early.cancel();
+    EXPECT_FALSE(early.isPending());
+    // Due, and queued behind a block that cancels it.
+    main.async([&] { late.cancel(); });
+    EXPECT_EQ(firedIn(2), "");
+
+    const auto owned = std::make_shared<int>();
+    DispatchTimer holder(main, 1, [owned] {});
+    holder.cancel();
+    EXPECT_EQ(owned.use_count(), 1) << "a cancelled block is let go at once";
+
+    DispatchTimer timer(main, 1, note('c'));
+    timer = DispatchTimer(main, 2, note('d')); // takes the place, so that c is cancelled
+    {
+        const DispatchTimer scoped(main, 1, note('e'));
+    }
+    DispatchTimer moved = std::move(timer);
+    EXPECT_FALSE(timer.isPending()); // NOLINT: a moved-from timer is no timer
+    EXPECT_EQ(firedIn(5), "d");
+    EXPECT_FALSE(moved.isPending());
+}
+
+TEST_F(DispatchTimerTest, MayBeReplacedByItsOwnBlock)
+{
+    DispatchTimer timer;
+    std::function<void()> again = [&] {
+        fired += 'x';
+        timer = DispatchTimer(main, 1, again);
+    };
+    timer = DispatchTimer(main, 1, again);
+    EXPECT_EQ(firedIn(1), "x");
+    EXPECT_EQ(firedIn(1), "x");
+    EXPECT_TRUE(timer.isPending());
+}
+
+TEST_F(DispatchTimerTest, FireOnTheirQueueAndEndWithIt)
+{
+    bool onQueue = false;
+    const auto owned = std::make_shared<int>();
+    {
+        DispatchQueue queue("timed");
+        queue.after(1, [&] { onQueue = queue.isCurrent(); });
+        queue.after(2, [owned] { ADD_FAILURE() << "its queue is gone"; });
+        clock->advance(1);
+        queue.sync([] {});
+        EXPECT_TRUE(onQueue);
+    }
+    EXPECT_EQ(owned.use_count(), 1);
+    clock->advance(5);
+}
+
+TEST_F(DispatchTimerTest, KeepTheTimeThatIsLeftWhenTheClockChanges)
+{
+    main.after(10, note('a'));
+    clock->advance(4);
+    clock = std::make_shared<ManualClock>(-50);
+    Clock::setShared(clock);
+    EXPECT_EQ(firedIn(5.5), "");
+    EXPECT_EQ(firedIn(0.5), "a");
+}
+
+TEST(SteadyClock, WakesForTheEarliestTimer)
+{
+    DispatchQueue queue("steady");
+    DispatchSemaphore fired;
+    std::vector<int> order;
+    const double start = Clock::shared()->now();
+    queue.after(0.02, [&] {
+        order.push_back(2);
+        fired.signal();
+    });
+    queue.after(0.01, [&] { order.push_back(1); });
+    DispatchTimer farAway(queue, 1e12, [] {});
+    ASSERT_TRUE(fired.wait(10));
+    EXPECT_GE(Clock::shared()->now() - start, 0.02);
+    EXPECT_EQ(order, (std::vector<int>{1, 2}));
+}
+
+TEST(SteadyClock, TimersAndCancellationFromManyThreads)
+{
+    DispatchQueue queue("busy");
+    std::vector<std::unique_ptr<DispatchTimer>> timers; // touched by the queue alone
+    int fired = 0;
+    int cancelled = 0;
+    queue.sync([&] {
+        for (int i = 0; i < 400; ++i)
+            timers.push_back(std::make_unique<DispatchTimer>(queue, (i % 7) * 0.0005, [&] { ++fired; }));
+    });
+    queue.after(0.002, [&] {
+        for (auto& timer : timers) {
+            cancelled += timer->isPending() ? 1 : 0;
+            timer->cancel();
+        }
+    });
+    DispatchSemaphore settled;
+    queue.after(0.01, [&] { settled.signal(); });
+    ASSERT_TRUE(settled.wait(10));
+    EXPECT_EQ(queue.sync([&] { return fired + cancelled; }), 400);
+}
+
+} // namespace
+} // namespace lamina
