@@ -6,17 +6,41 @@ namespace lamina {
 
 CGImageLayout CGImageLayout::rgba(int width, int height, CGImageAlphaInfo alpha)
 {
-    return {width, height, 4 * static_cast<std::size_t>(std::max(0, width)), 8, 32, lamina::bitmapInfo(alpha),
+    return {width,
+            height,
+            4 * static_cast<std::size_t>(std::max(0, width)),
+            8,
+            32,
+            lamina::bitmapInfo(alpha),
             CGColorSpace::deviceRGB()};
 }
 
 CGImageLayout CGImageLayout::gray(int width, int height)
 {
-    return {width, height, static_cast<std::size_t>(std::max(0, width)), 8, 8, lamina::bitmapInfo(CGImageAlphaInfo::None),
+    return {width,
+            height,
+            static_cast<std::size_t>(std::max(0, width)),
+            8,
+            8,
+            lamina::bitmapInfo(CGImageAlphaInfo::None),
             CGColorSpace::deviceGray()};
 }
 
 namespace {
+
+/// Alpha is one more component; what is skipped may be as little as a bit, as in pixels of 5 bits a component.
+int bitsBesideColors(const CGImageLayout& layout)
+{
+    switch (layout.alphaInfo()) {
+    case CGImageAlphaInfo::None:
+        return 0;
+    case CGImageAlphaInfo::NoneSkipLast:
+    case CGImageAlphaInfo::NoneSkipFirst:
+        return 1;
+    default:
+        return layout.bitsPerComponent;
+    }
+}
 
 bool isPossible(const CGImageLayout& layout)
 {
@@ -25,8 +49,8 @@ bool isPossible(const CGImageLayout& layout)
     const bool alphaOnly = layout.colorSpace.model() == CGColorSpace::Model::AlphaOnly;
     if (alphaOnly != (layout.alphaInfo() == CGImageAlphaInfo::Only))
         return false;
-    const int extra = layout.alphaInfo() == CGImageAlphaInfo::None ? 0 : 1;
-    if (layout.bitsPerPixel < layout.bitsPerComponent * (layout.colorSpace.componentCount() + extra))
+    const int colorBits = layout.bitsPerComponent * layout.colorSpace.componentCount();
+    if (layout.bitsPerPixel < colorBits + bitsBesideColors(layout))
         return false;
     const std::size_t rowBits = static_cast<std::size_t>(layout.width) * static_cast<std::size_t>(layout.bitsPerPixel);
     return layout.bytesPerRow >= (rowBits + 7) / 8;

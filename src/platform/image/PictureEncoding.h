@@ -18,6 +18,14 @@ Result<std::vector<std::uint8_t>> encodePNG(const CGImage& image, const std::str
 /// Writes the whole file or nothing: a temporary name in the target folder, then a rename. An existing file keeps its
 /// contents on failure and its permissions on success; a symbolic link stays one and its target is replaced. The error's
 /// subject is the path. Usable from any thread.
+///
+/// A file that may not be written is left alone even where its folder would allow replacing it. A pipe or device is written
+/// through, since nothing there can be replaced. The temporary file is hidden and its name ends in ".lamina-unfinished".
 Outcome writeFileAtomically(const std::string& path, std::span<const std::uint8_t> bytes);
+
+/// Removes the temporary files that are being written at the moment, for a program about to leave on a signal: safe to be
+/// called from a signal handler, from any thread. A write under way that goes on afterwards fails or ends as if it had the
+/// device to itself; the handler should not return to it. At most 16 files written at once are known.
+void removeUnfinishedFiles();
 
 } // namespace lamina

@@ -66,8 +66,13 @@ public:
     /// alpha is 255 throughout still becomes `NoneSkipLast`). `iccProfile`: an RGB or grey profile that the rows are in, empty
     /// for sRGB; one that can't be used is ignored.
     UIImage finish(bool translucent, std::span<const std::uint8_t> iccProfile, UIImageOrientation orientation) &&;
+    /// The same for rows whose alpha bytes were written as 255, which saves a walk over the pixels.
+    UIImage finishOpaque(std::span<const std::uint8_t> iccProfile, UIImageOrientation orientation) &&;
 
 private:
+    UIImage finishWith(CGImageAlphaInfo alpha, std::span<const std::uint8_t> iccProfile,
+                       UIImageOrientation orientation) &&;
+
     int m_width;
     int m_height;
     PixelBuffer m_buffer;

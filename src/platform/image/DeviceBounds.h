@@ -1,0 +1,20 @@
+#pragma once
+
+#include "platform/base/CGGeometry.h"
+
+#include <cmath>
+
+namespace lamina {
+
+/// Places on the device are cut to ±this, so that sides and sums of two places stay within an int.
+inline constexpr double kFarthestPlace = 1 << 28;
+
+/// The pixels that `rect` touches; empty when it is, or holds a value that is not a number.
+inline IntRect deviceCover(const CGRect& rect)
+{
+    constexpr CGRect kEverything{-kFarthestPlace, -kFarthestPlace, 2 * kFarthestPlace, 2 * kFarthestPlace};
+    const bool isNumber = !std::isnan(rect.minX()) && !std::isnan(rect.minY());
+    return isNumber ? integralCover(rect.intersection(kEverything)) : IntRect{};
+}
+
+} // namespace lamina

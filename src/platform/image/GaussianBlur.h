@@ -1,0 +1,18 @@
+#pragma once
+
+#include "platform/base/CGGeometry.h"
+#include "platform/image/PixelBuffer.h"
+
+namespace lamina {
+
+/// Standard deviations above this, in pixels, count as this: the room around what is blurred grows with them.
+inline constexpr double kLargestSigma = 256;
+
+/// How far, in pixels, a blur carries anything that is seen: beyond three standard deviations less than 1/255 is left.
+int blurReach(double sigma);
+
+/// Blurs bytes in place by the Gaussian of standard deviation `sigma` pixels, what lies outside counting as 0. The kernel is
+/// cut at its reach and its sum is 1. Rows lie without padding. False when memory is short, with the bytes as they were.
+bool blurGaussian(PixelBuffer& bytes, IntSize size, double sigma);
+
+} // namespace lamina

@@ -1,0 +1,177 @@
+#include "platform/image/codecs/PictureFormat.h"
+#include "platform/image/codecs/SequentialReader.h"
+
+#include <gif_lib.h>
+
+#include <cstring>
+#include <memory>
+#include <vector>
+
+/// GIF, by giflib: the first frame on its logical screen, which is clear where the frame isn't. What a frame holds outside
+/// the screen is cut off, an index beyond the palette is black.
+namespace lamina {
+
+namespace {
+
+bool recognizesGIF(std::span<const std::uint8_t> head)
+{
+    return head.size() >= 6 &&
+           (std::memcmp(head.data(), "GIF87a", 6) == 0 || std::memcmp(head.data(), "GIF89a", 6) == 0);
+}
+
+int readForGiflib(GifFileType* file, GifByteType* target, int size)
+{
+    auto& reader = *static_cast<SequentialReader*>(file->UserData);
+    return static_cast<int>(reader.read({target, static_cast<std::size_t>(std::max(0, size))}));
+}
+
+struct CloseGif {
+    void operator()(GifFileType* file) const { DGifCloseFile(file, nullptr); }
+};
+
+class GIFReader {
+public:
+    GIFReader(ByteSource& source, const DecodeOptions& options)
+        : m_reader(source)
+        , m_options(options)
+        , m_fileBytes(source.size())
+    {
+    }
+
+    Decoded decode()
+    {
+        int error = D_GIF_SUCCEEDED;
+        m_file.reset(DGifOpen(&m_reader, readForGiflib, &error));
+        if (!m_file)
+            return failure(error);
+        if (auto cause = seekFirstFrame())
+            return *cause;
+        const GifImageDesc& frame = m_file->Image;
+        if (frame.Width <= 0 || frame.Height <= 0)
+            return cause::kDamaged;
+        // Some programs leave the screen's size unset; then it is as large as it must be.
+        const int width = m_file->SWidth > 0 ? m_file->SWidth : frame.Left + frame.Width;
+        const int height = m_file->SHeight > 0 ? m_file->SHeight : frame.Top + frame.Height;
+        const std::uint64_t held = 4 * static_cast<std::uint64_t>(width) * static_cast<std::uint64_t>(height) +
+                                   static_cast<std::uint64_t>(frame.Width);
+        for (const IntSize size : {IntSize{width, height}, IntSize{frame.Width, frame.Height}}) {
+            if (auto cause = refusal(size.width, size.height, held, m_fileBytes, m_options))
+                return *cause;
+        }
+        PictureBuilder builder(width, height);
+        if (!builder)
+            return cause::kNoMemory;
+        std::memset(builder.row(0), 0, builder.bytesPerRow() * static_cast<std::size_t>(height));
+        if (auto cause = fill(builder))
+            return *cause;
+        return std::move(builder).finish(true, {}, UIImageOrientation::Up);
+    }
+
+private:
+    std::string failure(int error) const
+    {
+        if (error == D_GIF_ERR_NOT_ENOUGH_MEM)
+            return cause::kNoMemory;
+        return m_reader.endReached() ? cause::kTruncated : cause::kDamaged;
+    }
+    std::string failure() const { return failure(m_file->Error); }
+
+    std::optional<std::string> seekFirstFrame()
+    {
+        for (;;) {
+            if (isCancelled(m_options))
+                return cause::kCancelled;
+            GifRecordType record = UNDEFINED_RECORD_TYPE;
+            if (DGifGetRecordType(m_file.get(), &record) == GIF_ERROR)
+                return failure();
+            if (record == IMAGE_DESC_RECORD_TYPE) {
+                if (DGifGetImageDesc(m_file.get()) == GIF_ERROR)
+                    return failure();
+                return std::nullopt;
+            }
+            if (record == TERMINATE_RECORD_TYPE)
+                return "the file holds no picture";
+            if (record == EXTENSION_RECORD_TYPE && !readExtension())
+                return failure();
+        }
+    }
+
+    bool readExtension()
+    {
+        int code = 0;
+        GifByteType* block = nullptr;
+        if (DGifGetExtension(m_file.get(), &code, &block) == GIF_ERROR)
+            return false;
+        GraphicsControlBlock control{};
+        if (code == GRAPHICS_EXT_FUNC_CODE && block && DGifExtensionToGCB(block[0], block + 1, &control) == GIF_OK)
+            m_transparent = control.TransparentColor;
+        while (block) {
+            if (isCancelled(m_options) || DGifGetExtensionNext(m_file.get(), &block) == GIF_ERROR)
+                return false;
+        }
+        return true;
+    }
+
+    /// Decodes the frame's lines onto the screen.
+    std::optional<std::string> fill(PictureBuilder& builder)
+    {
+        const GifImageDesc& frame = m_file->Image;
+        const ColorMapObject* palette = frame.ColorMap ? frame.ColorMap : m_file->SColorMap;
+        if (!palette || !palette->Colors)
+            return "the picture has no palette";
+        std::vector<GifPixelType> line(static_cast<std::size_t>(frame.Width));
+        struct Pass {
+            int first;
+            int step;
+        };
+        const std::vector<Pass> passes =
+            frame.Interlace ? std::vector<Pass>{{0, 8}, {4, 8}, {2, 4}, {1, 2}} : std::vector<Pass>{{0, 1}};
+        for (const Pass pass : passes) {
+            for (int y = pass.first; y < frame.Height; y += pass.step) {
+                if (isCancelled(m_options))
+                    return cause::kCancelled;
+                if (DGifGetLine(m_file.get(), line.data(), frame.Width) == GIF_ERROR)
+                    return failure();
+                if (frame.Top + y < builder.height())
+                    paint(line, *palette, builder.row(frame.Top + y), builder.width());
+            }
+        }
+        return std::nullopt;
+    }
+
+    void paint(const std::vector<GifPixelType>& line, const ColorMapObject& palette, std::uint8_t* row,
+               int rowWidth) const
+    {
+        const GifImageDesc& frame = m_file->Image;
+        const int visible = std::min(frame.Width, rowWidth - frame.Left);
+        std::uint8_t* out = row + 4 * static_cast<std::ptrdiff_t>(frame.Left);
+        for (int x = 0; x < visible; ++x, out += 4) {
+            const int index = line[static_cast<std::size_t>(x)];
+            if (index == m_transparent)
+                continue;
+            const GifColorType color = index < palette.ColorCount ? palette.Colors[index] : GifColorType{0, 0, 0};
+            out[0] = color.Red;
+            out[1] = color.Green;
+            out[2] = color.Blue;
+            out[3] = 255;
+        }
+    }
+
+    SequentialReader m_reader;
+    const DecodeOptions& m_options;
+    std::uint64_t m_fileBytes;
+    std::unique_ptr<GifFileType, CloseGif> m_file;
+    int m_transparent = NO_TRANSPARENT_COLOR;
+};
+
+Decoded decodeGIF(ByteSource& source, const DecodeOptions& options)
+{
+    // On the heap: the read buffer is large for the stack of a worker.
+    return std::make_unique<GIFReader>(source, options)->decode();
+}
+
+} // namespace
+
+const PictureFormat kGIFFormat{"GIF", recognizesGIF, decodeGIF};
+
+} // namespace lamina

@@ -1,0 +1,162 @@
+#include "platform/image/ColorConversion.h"
+#include "platform/image/codecs/Exif.h"
+#include "platform/image/codecs/JPEGInput.h"
+#include "platform/image/codecs/PictureFormat.h"
+
+#include "platform/base/WorkerPool.h"
+
+#include <algorithm>
+
+/// JPEG, by libjpeg-turbo: baseline and progressive, 8 bits, Huffman coded; grey, YCbCr, RGB, CMYK and YCCK. Can be reduced to
+/// eighths on the way, which costs nothing: the inverse transform gives fewer samples a block.
+namespace lamina {
+
+namespace {
+
+constexpr int kEighths = 8;
+
+bool recognizesJPEG(std::span<const std::uint8_t> head)
+{
+    return head.size() >= 3 && head[0] == 0xFF && head[1] == 0xD8 && head[2] == 0xFF;
+}
+
+constexpr std::uint64_t divideUp(std::uint64_t value, std::uint64_t divisor)
+{
+    return (value + divisor - 1) / divisor;
+}
+
+/// The smallest number of eighths that leaves `shortSide` pixels on the shorter side.
+unsigned reducedEighths(unsigned width, unsigned height, int shortSide)
+{
+    if (shortSide <= 0)
+        return kEighths;
+    const std::uint64_t shorter = std::min(width, height);
+    for (unsigned eighths = 1; eighths < kEighths; ++eighths)
+        if (divideUp(shorter * eighths, kEighths) >= static_cast<std::uint64_t>(shortSide))
+            return eighths;
+    return kEighths;
+}
+
+/// All blocks of coefficients, filled up to whole units of the sampling as the library keeps them.
+std::uint64_t blockCount(const jpeg_decompress_struct& info)
+{
+    std::uint64_t blocks = 0;
+    for (int i = 0; i < info.num_components; ++i) {
+        const jpeg_component_info& component = info.comp_info[i];
+        const auto along = [](unsigned side, int sampling, int most) {
+            const auto unit = 8 * static_cast<std::uint64_t>(most);
+            return divideUp(side, unit) * static_cast<std::uint64_t>(sampling);
+        };
+        blocks += along(info.image_width, component.h_samp_factor, info.max_h_samp_factor) *
+                  along(info.image_height, component.v_samp_factor, info.max_v_samp_factor);
+    }
+    return blocks;
+}
+
+/// Chooses size and colours of the output. Returns the cause of refusal.
+std::optional<std::string> prepare(JPEGInput& input, std::uint64_t fileBytes, const DecodeOptions& options)
+{
+    jpeg_decompress_struct& info = input.info();
+    if (info.arith_code)
+        return "JPEG pictures with arithmetic coding are not supported";
+    switch (info.jpeg_color_space) {
+    case JCS_GRAYSCALE:
+    case JCS_YCbCr:
+    case JCS_RGB:
+        info.out_color_space = JCS_EXT_RGBA;
+        break;
+    case JCS_CMYK:
+    case JCS_YCCK:
+        info.out_color_space = JCS_CMYK;
+        break;
+    default:
+        return "this kind of JPEG is not supported";
+    }
+    info.scale_num = reducedEighths(info.image_width, info.image_height, options.shortSide);
+    info.scale_denom = kEighths;
+    info.dct_method = JDCT_ISLOW;
+    // It would guess at what scans left out; such files are refused or whole.
+    info.do_block_smoothing = FALSE;
+    if (!input.attempt([&] { jpeg_calc_output_dimensions(&info); }))
+        return input.cause();
+
+    const std::uint64_t blocks = blockCount(info);
+    input.limitWork(blocks);
+    constexpr std::uint64_t kBytesPerBlock = 64 * sizeof(JCOEF);
+    constexpr std::uint64_t kWorkingBytesPerColumn = 64; // the codec's rows while it upsamples and converts
+    std::uint64_t held = std::uint64_t{4} * info.output_width * info.output_height;
+    held += kWorkingBytesPerColumn * info.image_width;
+    if (jpeg_has_multiple_scans(&info))
+        held += blocks * kBytesPerBlock;
+    return refusal(info.image_width, info.image_height, held, fileBytes, options);
+}
+
+/// All rows, straight into the picture, and on to the end marker.
+bool readRows(JPEGInput& input, PictureBuilder& builder)
+{
+    jpeg_decompress_struct& info = input.info();
+    return input.attempt([&] {
+        jpeg_start_decompress(&info);
+        while (info.output_scanline < info.output_height) {
+            std::uint8_t* row = builder.row(static_cast<int>(info.output_scanline));
+            jpeg_read_scanlines(&info, &row, 1);
+        }
+        jpeg_finish_decompress(&info);
+    });
+}
+
+void invert(const PixelRows& rows)
+{
+    parallelRows(0, rows.height, static_cast<std::size_t>(rows.width), [&](int first, int last) {
+        for (int y = first; y < last; ++y) {
+            std::uint8_t* row = rows.first + static_cast<std::size_t>(y) * rows.bytesPerRow;
+            for (std::size_t i = 0; i < 4 * static_cast<std::size_t>(rows.width); ++i)
+                row[i] = static_cast<std::uint8_t>(255 - row[i]);
+        }
+    });
+}
+
+void convertInks(JPEGInput& input, PictureBuilder& builder, std::span<const std::uint8_t> profile)
+{
+    const PixelRows rows{builder.row(0), builder.width(), builder.height(), builder.bytesPerRow()};
+    if (input.info().saw_Adobe_marker) // its programs store 255 for no ink
+        invert(rows);
+    if (const auto conversion = ColorConversion::toSRGB(profile, CGColorSpace::Model::CMYK))
+        conversion->convertRows(rows);
+    else
+        convertDeviceCMYK(rows);
+}
+
+Decoded decodeJPEG(ByteSource& source, const DecodeOptions& options)
+{
+    JPEGInput input(source, options);
+    jpeg_decompress_struct& info = input.info();
+    if (!input.cause().empty() || !input.attempt([&] { jpeg_read_header(&info, TRUE); }))
+        return input.cause();
+    if (auto cause = prepare(input, source.size(), options))
+        return *cause;
+    PictureBuilder builder(static_cast<int>(info.output_width), static_cast<int>(info.output_height));
+    if (!builder)
+        return cause::kNoMemory;
+    if (!readRows(input, builder))
+        return input.cause();
+    if (!input.sawAllComponents())
+        return cause::kDamaged;
+
+    const std::vector<std::uint8_t> profile = input.profile();
+    const UIImageOrientation orientation = exifOrientation(input.exif());
+    if (info.out_color_space == JCS_CMYK) {
+        convertInks(input, builder, profile);
+        return std::move(builder).finishOpaque({}, orientation);
+    }
+    const CGColorSpace::Model model =
+        info.jpeg_color_space == JCS_GRAYSCALE ? CGColorSpace::Model::Gray : CGColorSpace::Model::RGB;
+    const bool fits = profileModel(profile) == model;
+    return std::move(builder).finishOpaque(fits ? profile : std::vector<std::uint8_t>(), orientation);
+}
+
+} // namespace
+
+const PictureFormat kJPEGFormat{"JPEG", recognizesJPEG, decodeJPEG};
+
+} // namespace lamina

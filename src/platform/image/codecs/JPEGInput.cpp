@@ -1,0 +1,232 @@
+#include "platform/image/codecs/JPEGInput.h"
+
+#include <algorithm>
+#include <cstring>
+#include <jerror.h>
+
+namespace lamina {
+
+namespace {
+
+constexpr std::string_view kExifMark("Exif\0\0", 6);
+constexpr std::string_view kProfileMark("ICC_PROFILE\0", 12);
+
+// Going over a block costs up to 20 ns even when a scan says nothing about it: together about a second.
+constexpr std::uint64_t kMostBlockVisits = 50'000'000;
+constexpr std::uint64_t kScansAlwaysAllowed = 32; // files made by programs have 10 to 20
+constexpr std::uint64_t kScansNeverExceeded = 1000;
+
+bool beginsWith(std::span<const std::uint8_t> bytes, std::string_view mark)
+{
+    return bytes.size() >= mark.size() && std::memcmp(bytes.data(), mark.data(), mark.size()) == 0;
+}
+
+/// Warnings after which a part of the picture is made up. The others are about bytes between segments, version numbers and
+/// the like, which every viewer passes over.
+bool meansMissingData(int code)
+{
+    switch (code) {
+    case JWRN_HIT_MARKER:
+    case JWRN_HUFF_BAD_CODE:
+    case JWRN_MUST_RESYNC:
+    case JWRN_JPEG_EOF:
+    case JWRN_ARITH_BAD_CODE:
+        return true;
+    default:
+        return false;
+    }
+}
+
+const char* causeOf(int code)
+{
+    switch (code) {
+    case JERR_BAD_PRECISION:
+        return "JPEG pictures of more than 8 bits are not supported";
+    case JERR_SOF_UNSUPPORTED:
+        return "this kind of JPEG is not supported";
+    case JERR_ARITH_NOTIMPL:
+        return "JPEG pictures with arithmetic coding are not supported";
+    case JERR_OUT_OF_MEMORY:
+        return cause::kNoMemory;
+    case JERR_IMAGE_TOO_BIG:
+        return cause::kTooLarge;
+    default:
+        return cause::kDamaged;
+    }
+}
+
+} // namespace
+
+JPEGInput::JPEGInput(ByteSource& source, const DecodeOptions& options)
+    : m_source(source)
+    , m_options(options)
+{
+    m_info.err = jpeg_std_error(&m_errors);
+    m_errors.error_exit = errorExit;
+    m_errors.emit_message = message;
+    m_errors.owner = this;
+    m_progress.progress_monitor = progressed;
+    m_progress.owner = this;
+    m_input.init_source = [](j_decompress_ptr) {};
+    m_input.fill_input_buffer = fill;
+    m_input.skip_input_data = skip;
+    m_input.resync_to_restart = jpeg_resync_to_restart;
+    m_input.term_source = [](j_decompress_ptr) {};
+    m_input.owner = this;
+    attempt([this] {
+        jpeg_create_decompress(&m_info);
+        m_info.src = &m_input;
+        m_info.progress = &m_progress;
+        // The library's own way to keep segments would keep as many as a file cares to hold.
+        jpeg_set_marker_processor(&m_info, JPEG_APP0 + 1, applicationSegment);
+        jpeg_set_marker_processor(&m_info, JPEG_APP0 + 2, applicationSegment);
+    });
+}
+
+JPEGInput::~JPEGInput()
+{
+    jpeg_destroy_decompress(&m_info);
+}
+
+void JPEGInput::giveUp(const char* cause)
+{
+    m_cause = cause;
+    std::longjmp(m_errors.jump, 1);
+}
+
+void JPEGInput::errorExit(j_common_ptr info)
+{
+    owner(info).giveUp(causeOf(info->err->msg_code));
+}
+
+void JPEGInput::message(j_common_ptr info, int level)
+{
+    if (level < 0 && meansMissingData(info->err->msg_code))
+        owner(info).giveUp(cause::kDamaged);
+}
+
+// Called for every row of blocks while a file of several scans is taken in, and for every row put out.
+void JPEGInput::progressed(j_common_ptr info)
+{
+    JPEGInput& self = owner(info);
+    if (isCancelled(self.m_options))
+        self.giveUp(cause::kCancelled);
+    const jpeg_decompress_struct& state = self.m_info;
+    if (state.input_scan_number > self.m_mostScans)
+        self.giveUp(cause::kDamaged);
+    for (int i = 0; i < state.comps_in_scan; ++i)
+        self.m_componentsSeen |= 1u << state.cur_comp_info[i]->component_index;
+}
+
+boolean JPEGInput::fill(j_decompress_ptr info)
+{
+    JPEGInput& self = owner(info);
+    const std::size_t count = self.m_source.read(self.m_next, self.m_buffer);
+    if (count == 0)
+        self.giveUp(cause::kTruncated);
+    self.m_next += count;
+    self.m_bytesRead += count;
+    if (self.m_bytesRead > self.m_mostBytes)
+        self.giveUp(cause::kDamaged);
+    self.m_input.next_input_byte = self.m_buffer.data();
+    self.m_input.bytes_in_buffer = count;
+    return TRUE;
+}
+
+void JPEGInput::skip(j_decompress_ptr info, long count)
+{
+    if (count <= 0)
+        return;
+    Source& input = owner(info).m_input;
+    const std::size_t buffered = std::min(input.bytes_in_buffer, static_cast<std::size_t>(count));
+    input.next_input_byte += buffered;
+    input.bytes_in_buffer -= buffered;
+    owner(info).m_next += static_cast<std::uint64_t>(count) - buffered;
+}
+
+int JPEGInput::nextByte()
+{
+    if (m_input.bytes_in_buffer == 0)
+        fill(&m_info);
+    --m_input.bytes_in_buffer;
+    return *m_input.next_input_byte++;
+}
+
+boolean JPEGInput::applicationSegment(j_decompress_ptr info)
+{
+    JPEGInput& self = owner(info);
+    const int high = self.nextByte();
+    const int length = high * 256 + self.nextByte() - 2;
+    if (length < 0)
+        self.giveUp(cause::kDamaged);
+    const auto size = static_cast<std::size_t>(length);
+    for (std::size_t done = 0; done < size;) {
+        if (self.m_input.bytes_in_buffer == 0)
+            fill(info);
+        const std::size_t count = std::min(size - done, self.m_input.bytes_in_buffer);
+        std::memcpy(self.m_segment.data() + done, self.m_input.next_input_byte, count);
+        self.m_input.next_input_byte += count;
+        self.m_input.bytes_in_buffer -= count;
+        done += count;
+    }
+    bool kept = true;
+    try { // an exception can't pass through the library
+        self.keepSegment(info->unread_marker, std::span(self.m_segment).first(size));
+    } catch (...) {
+        kept = false;
+    }
+    if (!kept)
+        self.giveUp(cause::kNoMemory);
+    return TRUE;
+}
+
+void JPEGInput::keepSegment(int marker, std::span<const std::uint8_t> content)
+{
+    if (marker == JPEG_APP0 + 1) {
+        if (m_exif.empty() && beginsWith(content, kExifMark))
+            m_exif.assign(content.begin(), content.end());
+        return;
+    }
+    if (!beginsWith(content, kProfileMark) || content.size() < kProfileMark.size() + 2)
+        return;
+    const std::size_t number = content[kProfileMark.size()];
+    const std::size_t count = content[kProfileMark.size() + 1];
+    if (m_profileParts.empty()) {
+        m_profileParts.resize(256);
+        m_profilePartCount = count;
+    }
+    const auto part = content.subspan(kProfileMark.size() + 2);
+    if (number == 0 || number > count || count != m_profilePartCount || !m_profileParts[number].empty() || part.empty())
+        m_profileBroken = true;
+    else if (!m_profileBroken)
+        m_profileParts[number].assign(part.begin(), part.end());
+}
+
+std::vector<std::uint8_t> JPEGInput::profile() const
+{
+    std::vector<std::uint8_t> whole;
+    if (m_profileBroken || m_profileParts.empty())
+        return whole;
+    for (std::size_t number = 1; number <= m_profilePartCount; ++number) {
+        const auto& part = m_profileParts[number];
+        if (part.empty())
+            return {};
+        whole.insert(whole.end(), part.begin(), part.end());
+    }
+    return whole;
+}
+
+void JPEGInput::limitWork(std::uint64_t blocks)
+{
+    constexpr std::uint64_t kMostBytesPerBlock = 512; // four times its coefficients
+    m_mostBytes = kMostHeaderBytes + kMostBytesPerBlock * blocks;
+    const std::uint64_t scans = kMostBlockVisits / std::max<std::uint64_t>(1, blocks);
+    m_mostScans = static_cast<int>(std::clamp(scans, kScansAlwaysAllowed, kScansNeverExceeded));
+}
+
+bool JPEGInput::sawAllComponents() const
+{
+    return m_componentsSeen == (1u << m_info.num_components) - 1;
+}
+
+} // namespace lamina

@@ -1,0 +1,185 @@
+#include "platform/image/codecs/Exif.h"
+#include "platform/image/codecs/PictureFormat.h"
+#include "platform/image/codecs/RowCollector.h"
+
+#include <webp/decode.h>
+#include <webp/demux.h>
+
+#include <cstring>
+#include <memory>
+
+/// WebP, by libwebp: still pictures, and the first frame of an animation on its canvas, which is clear where the frame isn't.
+/// Opaque pictures can be reduced to any size on the way; translucent ones come whole, because the codec would mix the
+/// colours of clear pixels in.
+namespace lamina {
+
+namespace {
+
+bool recognizesWebP(std::span<const std::uint8_t> head)
+{
+    return head.size() >= 16 && std::memcmp(head.data(), "RIFF", 4) == 0 &&
+           std::memcmp(head.data() + 8, "WEBPVP8", 7) == 0;
+}
+
+struct DeleteDemuxer {
+    void operator()(WebPDemuxer* demuxer) const { WebPDemuxDelete(demuxer); }
+};
+struct DeleteDecoder {
+    void operator()(WebPIDecoder* decoder) const { WebPIDelete(decoder); }
+};
+
+class FirstFrame {
+public:
+    explicit FirstFrame(WebPDemuxer* demuxer)
+        : m_found(WebPDemuxGetFrame(demuxer, 1, &m_iterator) != 0)
+    {
+    }
+    ~FirstFrame() { WebPDemuxReleaseIterator(&m_iterator); }
+    FirstFrame(const FirstFrame&) = delete;
+    FirstFrame& operator=(const FirstFrame&) = delete;
+
+    explicit operator bool() const { return m_found && m_iterator.complete; }
+    const WebPIterator* operator->() const { return &m_iterator; }
+    IntRect rect() const { return {m_iterator.x_offset, m_iterator.y_offset, m_iterator.width, m_iterator.height}; }
+
+private:
+    WebPIterator m_iterator{};
+    bool m_found;
+};
+
+/// The payload of the first chunk of a kind; it lies in the file's bytes and lives as long as they do.
+std::span<const std::uint8_t> chunk(WebPDemuxer* demuxer, const char* fourcc)
+{
+    WebPChunkIterator iterator{};
+    std::span<const std::uint8_t> bytes;
+    if (WebPDemuxGetChunk(demuxer, fourcc, 1, &iterator))
+        bytes = {iterator.chunk.bytes, iterator.chunk.size};
+    WebPDemuxReleaseChunkIterator(&iterator);
+    return bytes;
+}
+
+/// What the decoder itself will hold for a frame: the whole picture when it is lossless, the whole alpha plane (with its
+/// own lossless frame behind it) when a lossy one has alpha, otherwise some rows.
+std::uint64_t codecBytes(const WebPBitstreamFeatures& features)
+{
+    const auto pixels = static_cast<std::uint64_t>(features.width) * static_cast<std::uint64_t>(features.height);
+    constexpr int kLossy = 1;
+    if (features.format != kLossy)
+        return 4 * pixels;
+    return features.has_alpha ? 5 * pixels : 64 * static_cast<std::uint64_t>(features.width);
+}
+
+/// The size to decode to: the shorter side exactly as asked for, the other in proportion.
+IntSize reducedSize(IntSize full, int shortSide)
+{
+    const int shorter = std::min(full.width, full.height);
+    if (shortSide <= 0 || shortSide >= shorter)
+        return full;
+    const auto scaled = [&](int side) {
+        return static_cast<int>((static_cast<std::int64_t>(side) * shortSide + shorter - 1) / shorter);
+    };
+    return {scaled(full.width), scaled(full.height)};
+}
+
+std::string failure(VP8StatusCode status)
+{
+    switch (status) {
+    case VP8_STATUS_OUT_OF_MEMORY:
+        return cause::kNoMemory;
+    case VP8_STATUS_SUSPENDED:
+    case VP8_STATUS_NOT_ENOUGH_DATA:
+        return cause::kTruncated;
+    default:
+        return cause::kDamaged;
+    }
+}
+
+/// Decodes piece by piece, so that it can be stopped in between.
+std::optional<std::string> decodeInto(WebPDecoderConfig& config, std::span<const std::uint8_t> data,
+                                      const DecodeOptions& options)
+{
+    const std::unique_ptr<WebPIDecoder, DeleteDecoder> decoder(WebPIDecode(nullptr, 0, &config));
+    if (!decoder)
+        return cause::kNoMemory;
+    const std::size_t step = std::max<std::size_t>(16384, data.size() / 32);
+    VP8StatusCode status = VP8_STATUS_SUSPENDED;
+    for (std::size_t given = 0; status == VP8_STATUS_SUSPENDED && given < data.size();) {
+        if (isCancelled(options))
+            return cause::kCancelled;
+        given = std::min(data.size(), given + step);
+        status = WebPIUpdate(decoder.get(), data.data(), given);
+    }
+    return status == VP8_STATUS_OK ? std::nullopt : std::optional(failure(status));
+}
+
+Decoded decodeFrame(WebPDemuxer* demuxer, std::uint64_t fileBytes, const DecodeOptions& options)
+{
+    const FirstFrame frame(demuxer);
+    if (!frame)
+        return cause::kTruncated;
+    WebPDecoderConfig config;
+    if (!WebPInitDecoderConfig(&config))
+        return cause::kDamaged;
+    const WebPData& data = frame->fragment;
+    if (const VP8StatusCode status = WebPGetFeatures(data.bytes, data.size, &config.input); status != VP8_STATUS_OK)
+        return failure(status);
+
+    const IntSize canvas{static_cast<int>(WebPDemuxGetI(demuxer, WEBP_FF_CANVAS_WIDTH)),
+                         static_cast<int>(WebPDemuxGetI(demuxer, WEBP_FF_CANVAS_HEIGHT))};
+    const IntRect rect = frame.rect();
+    const IntRect whole{0, 0, canvas.width, canvas.height};
+    if (canvas.isEmpty() || rect.isEmpty() || rect.unionWith(whole) != whole || config.input.width != rect.width ||
+        config.input.height != rect.height)
+        return cause::kDamaged;
+    const bool covers = rect == whole;
+    const bool translucent = !covers || config.input.has_alpha != 0;
+    const IntSize size = translucent ? canvas : reducedSize(canvas, options.shortSide);
+
+    const std::uint64_t held = collectorBytes(size.width, size.height, 1) + codecBytes(config.input) + fileBytes;
+    if (auto cause = refusal(canvas.width, canvas.height, held, fileBytes, options))
+        return *cause;
+    PictureBuilder builder(size.width, size.height);
+    if (!builder)
+        return cause::kNoMemory;
+    if (!covers)
+        std::memset(builder.row(0), 0, builder.bytesPerRow() * static_cast<std::size_t>(builder.height()));
+
+    const IntSize target = covers ? size : IntSize{rect.width, rect.height};
+    config.options.use_threads = 1;
+    config.options.use_scaling = size != canvas;
+    config.options.scaled_width = target.width;
+    config.options.scaled_height = target.height;
+    config.output.colorspace = MODE_RGBA;
+    config.output.is_external_memory = 1;
+    config.output.u.RGBA.rgba = builder.row(rect.y) + 4 * static_cast<std::ptrdiff_t>(rect.x);
+    config.output.u.RGBA.stride = static_cast<int>(builder.bytesPerRow());
+    config.output.u.RGBA.size = builder.bytesPerRow() * static_cast<std::size_t>(target.height - 1) +
+                                4 * static_cast<std::size_t>(target.width);
+    if (auto cause = decodeInto(config, {data.bytes, data.size}, options))
+        return *cause;
+    const UIImageOrientation orientation = exifOrientation(chunk(demuxer, "EXIF"));
+    return std::move(builder).finish(translucent, chunk(demuxer, "ICCP"), orientation);
+}
+
+Decoded decodeWebP(ByteSource& source, const DecodeOptions& options)
+{
+    if (source.size() > options.memoryLimit)
+        return cause::kTooLarge;
+    PixelBuffer file = PixelBuffer::allocate(static_cast<std::size_t>(source.size()));
+    if (!file)
+        return cause::kNoMemory;
+    const WebPData data{file.data(), source.read(0, {file.data(), file.size()})};
+    WebPDemuxState state = WEBP_DEMUX_PARSE_ERROR;
+    const std::unique_ptr<WebPDemuxer, DeleteDemuxer> demuxer(WebPDemuxPartial(&data, &state));
+    if (state == WEBP_DEMUX_PARSING_HEADER || state == WEBP_DEMUX_PARSED_HEADER)
+        return cause::kTruncated;
+    if (!demuxer || state != WEBP_DEMUX_DONE)
+        return cause::kDamaged;
+    return decodeFrame(demuxer.get(), file.size(), options);
+}
+
+} // namespace
+
+const PictureFormat kWebPFormat{"WebP", recognizesWebP, decodeWebP};
+
+} // namespace lamina

@@ -1,0 +1,40 @@
+#pragma once
+
+#include "platform/image/codecs/PictureFormat.h"
+
+#include <cstdint>
+#include <span>
+#include <string>
+
+namespace lamina {
+
+/// The limit under which damaged files are decoded here; small, so that a claim that slips through shows.
+inline constexpr std::size_t kFuzzMemoryLimit = std::size_t{32} << 20;
+
+/// What is wrong with the outcome of a decoder, whatever the file was; empty when nothing is: a failure must name its
+/// cause, a picture must have a sound layout of at most `kFuzzMemoryLimit` bytes, all of them
+/// readable, and say of its alpha what is true.
+inline std::string faultOf(const Decoded& decoded)
+{
+    if (const auto* cause = std::get_if<std::string>(&decoded))
+        return cause->empty() ? "a failure without a cause" : "";
+    const CGImage& image = std::get<UIImage>(decoded).cgImage();
+    if (!image)
+        return "neither a picture nor a cause";
+    if (image.bitsPerComponent() != 8 || image.bitsPerPixel() != 32 ||
+        image.bytesPerRow() < 4 * static_cast<std::size_t>(image.width()))
+        return "a picture whose layout is not that of RGBA";
+    if (image.bytes().size() > kFuzzMemoryLimit)
+        return "a picture beyond the memory limit";
+    std::uint8_t all = 255;
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x)
+            all &= image.row(y)[4 * static_cast<std::size_t>(x) + 3];
+    }
+    const bool translucent = image.alphaInfo() == CGImageAlphaInfo::Last;
+    if (!translucent && image.alphaInfo() != CGImageAlphaInfo::NoneSkipLast)
+        return "a picture whose alpha is neither straight nor absent";
+    return translucent == (all != 255) ? "" : "alpha that the layout does not tell";
+}
+
+} // namespace lamina

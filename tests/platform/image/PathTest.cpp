@@ -1,0 +1,191 @@
+#include "DrawingSupport.h"
+#include "platform/image/UIBezierPath.h"
+
+#include <cmath>
+#include <gtest/gtest.h>
+#include <numbers>
+#include <random>
+
+namespace lamina {
+namespace {
+
+using test::canvas;
+using test::pixelOf;
+
+/// Coverage of a path filled on a canvas, pixel by pixel in [0, 255].
+std::vector<int> coverage(const UIBezierPath& path, int width, int height, bool stroke = false)
+{
+    CGContext context = canvas(width, height);
+    if (stroke)
+        context.strokePath(path);
+    else
+        context.fillPath(path);
+    const CGImage image = context.makeImage();
+    std::vector<int> out;
+    for (int y = 0; y < height; ++y) {
+        for (int x = 0; x < width; ++x)
+            out.push_back(pixelOf(image, x, y)[3]);
+    }
+    return out;
+}
+
+double totalOf(const std::vector<int>& pixels)
+{
+    double sum = 0;
+    for (const int v : pixels)
+        sum += v / 255.0;
+    return sum;
+}
+
+using Polygon = std::vector<CGPoint>;
+
+/// The polygon cut to a half plane n·p <= limit, by Sutherland and Hodgman's method.
+Polygon cut(const Polygon& polygon, CGPoint n, double limit)
+{
+    Polygon out;
+    for (std::size_t i = 0; i < polygon.size(); ++i) {
+        const CGPoint a = polygon[i];
+        const CGPoint b = polygon[(i + 1) % polygon.size()];
+        const double da = n.x * a.x + n.y * a.y - limit;
+        const double db = n.x * b.x + n.y * b.y - limit;
+        if (da <= 0)
+            out.push_back(a);
+        if ((da < 0 && db > 0) || (da > 0 && db < 0))
+            out.push_back({a.x + (b.x - a.x) * da / (da - db), a.y + (b.y - a.y) * da / (da - db)});
+    }
+    return out;
+}
+
+double shoelace(const Polygon& polygon)
+{
+    double twice = 0;
+    for (std::size_t i = 0; i < polygon.size(); ++i) {
+        const CGPoint a = polygon[i];
+        const CGPoint b = polygon[(i + 1) % polygon.size()];
+        twice += a.x * b.y - b.x * a.y;
+    }
+    return std::abs(twice) / 2;
+}
+
+double areaInPixel(Polygon polygon, int x, int y)
+{
+    polygon = cut(polygon, {1, 0}, x + 1);
+    polygon = cut(polygon, {-1, 0}, -x);
+    polygon = cut(polygon, {0, 1}, y + 1);
+    polygon = cut(polygon, {0, -1}, -y);
+    return shoelace(polygon);
+}
+
+TEST(Path, EveryPixelIsCoveredByItsExactArea)
+{
+    std::mt19937 random(7);
+    std::uniform_real_distribution<double> place(-6, 30); // partly outside on all sides
+    for (int round = 0; round < 40; ++round) {
+        const Polygon triangle{
+            {place(random), place(random)}, {place(random), place(random)}, {place(random), place(random)}};
+        const std::vector<int> got = coverage(UIBezierPath::polygon(triangle), 24, 24);
+        for (int y = 0; y < 24; ++y) {
+            for (int x = 0; x < 24; ++x)
+                ASSERT_NEAR(got[static_cast<std::size_t>(24 * y + x)], 255 * areaInPixel(triangle, x, y), 1)
+                    << "triangle " << round << ", pixel " << x << ", " << y;
+        }
+    }
+}
+
+TEST(Path, FillRulesDifferWhereAreasLieTwice)
+{
+    UIBezierPath path = UIBezierPath::withRect({1, 1, 8, 8});
+    path.appendPath(UIBezierPath::withRect({3, 3, 4, 4}));
+    EXPECT_NEAR(totalOf(coverage(path, 10, 10)), 64, 0.01);
+    EXPECT_TRUE(path.contains({5, 5}));
+    EXPECT_FALSE(path.contains({5, 5}, true));
+    path.usesEvenOddFillRule = true;
+    EXPECT_NEAR(totalOf(coverage(path, 10, 10)), 48, 0.01);
+    // The other way round it is a hole by both rules.
+    UIBezierPath ring = UIBezierPath::withRect({1, 1, 8, 8});
+    ring.appendPath(UIBezierPath::polygon({{3, 3}, {3, 7}, {7, 7}, {7, 3}}));
+    EXPECT_NEAR(totalOf(coverage(ring, 10, 10)), 48, 0.01);
+    EXPECT_FALSE(ring.contains({5, 5}));
+}
+
+TEST(Path, RoundShapesHaveRoundAreas)
+{
+    EXPECT_NEAR(totalOf(coverage(UIBezierPath::withOvalIn({2.3, 3.1, 90, 60}), 100, 70)), std::numbers::pi * 45 * 30,
+                2);
+    const double corners = (4 - std::numbers::pi) * 12 * 12;
+    EXPECT_NEAR(totalOf(coverage(UIBezierPath::withRoundedRect({5, 5, 80, 50}, 12), 100, 70)), 80 * 50 - corners, 0.5);
+    // A radius that is too large counts as half of the shorter side.
+    EXPECT_EQ(UIBezierPath::withRoundedRect({0, 0, 80, 50}, 999), UIBezierPath::withRoundedRect({0, 0, 80, 50}, 25));
+    EXPECT_EQ(UIBezierPath::withRoundedRect({0, 0, 8, 5}, 0), UIBezierPath::withRect({0, 0, 8, 5}));
+}
+
+TEST(Path, FlatteningStaysWithinTheTolerance)
+{
+    for (const double radius : {1.0, 40.0, 5000.0}) {
+        const UIBezierPath circle = UIBezierPath::withOvalIn({-radius, -radius, 2 * radius, 2 * radius});
+        for (const Polygon& polygon : flattened(circle, 0.05)) {
+            for (std::size_t i = 1; i < polygon.size(); ++i) {
+                const CGPoint middle{(polygon[i - 1].x + polygon[i].x) / 2, (polygon[i - 1].y + polygon[i].y) / 2};
+                // The curve itself is within 0.00028 of the circle.
+                EXPECT_NEAR(std::hypot(middle.x, middle.y), radius, 0.05 + radius * 0.0003);
+            }
+        }
+    }
+}
+
+TEST(Path, StrokesHaveMitredJoinsAndFlatEnds)
+{
+    UIBezierPath frame = UIBezierPath::withRect({4, 4, 12, 10});
+    frame.lineWidth = 3;
+    const std::vector<int> ring = coverage(frame, 20, 20, true);
+    EXPECT_NEAR(totalOf(ring), 15 * 13 - 9 * 7, 0.25); // square corners outside and inside
+    EXPECT_EQ(ring[20 * 3 + 3], 255);
+    EXPECT_NEAR(ring[20 * 2 + 2], 64, 1); // a quarter of the outermost pixel
+    EXPECT_EQ(ring[20 * 9 + 9], 0);
+    UIBezierPath line;
+    line.moveToPoint({3, 5});
+    line.addLineToPoint({9, 5});
+    line.lineWidth = 2;
+    EXPECT_NEAR(totalOf(coverage(line, 12, 12, true)), 12, 0.01); // nothing beyond the ends
+    // An angle of 2·atan(1/20) is sharper than the limit allows: bevelled, so that the tip ends at about the corner.
+    UIBezierPath spike;
+    spike.moveToPoint({5, 19});
+    spike.addLineToPoint({45, 21});
+    spike.addLineToPoint({5, 23});
+    spike.lineWidth = 2;
+    const std::vector<int> tip = coverage(spike, 70, 42, true);
+    for (int y = 0; y < 42; ++y)
+        EXPECT_EQ(tip[static_cast<std::size_t>(70 * y + 48)], 0);
+    EXPECT_GT(tip[70 * 21 + 44], 200);
+    // Twice the corner's angle and the mitre stands: its length is width / sin(half the angle), half of it beyond the corner.
+    UIBezierPath wedge;
+    wedge.moveToPoint({5, 11});
+    wedge.addLineToPoint({45, 21});
+    wedge.addLineToPoint({5, 31});
+    wedge.lineWidth = 2;
+    const std::vector<int> mitre = coverage(wedge, 70, 42, true);
+    EXPECT_GT(mitre[70 * 20 + 46], 150); // ends at 45 + 1 / sin(atan(1/4)) = 49.1
+    EXPECT_EQ(mitre[70 * 20 + 50], 0);
+}
+
+TEST(Path, DegenerateOutlinesAreHarmless)
+{
+    const double nan = std::nan("");
+    UIBezierPath odd;
+    odd.closePath();
+    EXPECT_TRUE(odd.isEmpty());
+    odd.addLineToPoint({3, 3});
+    odd.addLineToPoint({3, 3});
+    odd.addCurveToPoint({nan, 3}, {1, 1}, {2, 2});
+    odd.lineWidth = nan;
+    EXPECT_EQ(totalOf(coverage(odd, 8, 8)), 0);
+    EXPECT_EQ(totalOf(coverage(odd, 8, 8, true)), 0);
+    EXPECT_FALSE(odd.contains({3, 3}));
+    EXPECT_EQ(totalOf(coverage(UIBezierPath(), 8, 8)), 0);
+    EXPECT_EQ(totalOf(coverage(UIBezierPath::polygon({{1, 1}, {7, 7}}), 8, 8)), 0);
+    const UIBezierPath vast = UIBezierPath::withOvalIn({-1e12, -1e12, 2e12, 2e12});
+    EXPECT_NEAR(totalOf(coverage(vast, 8, 8)), 64, 0.01);
+}
+
+} // namespace
+} // namespace lamina
