@@ -51,8 +51,8 @@ public:
 
     friend bool operator==(const CGColorSpace& x, const CGColorSpace& y)
     {
-        return x.m_model == y.m_model && (x.m_profile == y.m_profile ||
-                                          (x.m_profile && y.m_profile && *x.m_profile == *y.m_profile));
+        return x.m_model == y.m_model &&
+               (x.m_profile == y.m_profile || (x.m_profile && y.m_profile && *x.m_profile == *y.m_profile));
     }
 
 private:

@@ -116,8 +116,8 @@ struct Header {
     bool translucent = false;
 };
 
-/// Sets the library to give 8-bit RGBA and says what is to come.
-Header prepare(PNGInput& input)
+/// What the file claims to hold. Nothing is allocated for it yet.
+Header claimedHeader(PNGInput& input)
 {
     png_structp png = input.png();
     png_infop info = input.info();
@@ -128,14 +128,20 @@ Header prepare(PNGInput& input)
     const int colorType = png_get_color_type(png, info);
     header.grey = (colorType & PNG_COLOR_MASK_COLOR) == 0;
     header.translucent = (colorType & PNG_COLOR_MASK_ALPHA) != 0 || png_get_valid(png, info, PNG_INFO_tRNS) != 0;
+    return header;
+}
+
+/// Sets the library to give 8-bit RGBA. It allocates its rows here, so the claim must have been accepted.
+void prepareRows(PNGInput& input, const Header& header)
+{
+    png_structp png = input.png();
     png_set_expand(png);
     png_set_scale_16(png);
     png_set_gray_to_rgb(png);
     png_set_add_alpha(png, 0xFF, PNG_FILLER_AFTER);
     if (header.interlaced)
         png_set_interlace_handling(png);
-    png_read_update_info(png, info);
-    return header;
+    png_read_update_info(png, input.info());
 }
 
 void readRows(PNGInput& input, RowCollector& rows, const Header& header)
@@ -214,9 +220,9 @@ Decoded decodePNG(ByteSource& source, const DecodeOptions& options)
     PNGInput input(source, options);
     if (!input)
         return cause::kNoMemory;
-    Header header;
-    if (!input.attempt([&] { input.readHeader(); }) || !input.attempt([&] { header = prepare(input); }))
+    if (!input.attempt([&] { input.readHeader(); }))
         return input.cause();
+    const Header header = claimedHeader(input);
 
     const int factor = header.interlaced ? 1 : reductionFactor(header.width, header.height, options.shortSide);
     constexpr std::uint64_t kWorkingBytesPerColumn = 24; // the codec's rows, before and after its conversions
@@ -224,6 +230,8 @@ Decoded decodePNG(ByteSource& source, const DecodeOptions& options)
         collectorBytes(header.width, header.height, factor) + kWorkingBytesPerColumn * header.width;
     if (auto cause = refusal(header.width, header.height, held, source.size(), options))
         return *cause;
+    if (!input.attempt([&] { prepareRows(input, header); }))
+        return input.cause();
 
     const int width = static_cast<int>(header.width);
     const int height = static_cast<int>(header.height);
