@@ -151,6 +151,8 @@ AxisTable makeAxisTable(const AxisMapping& mapping, int begin, int end, Resample
     table.end = end;
     const double scale = std::abs(mapping.scale);
     const bool moves = movesWholePixels(mapping);
+    table.step = 1 / scale;
+    table.reach = moves || filter == ResampleFilter::Nearest ? 1 : scale >= 1 ? 4 : (scale > 0.5 ? 6 : 1) / scale;
     Builder builder(mapping);
     for (int i = begin; i < end; ++i) {
         if (moves || filter == ResampleFilter::Nearest)

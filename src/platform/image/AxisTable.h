@@ -23,7 +23,9 @@ struct AxisTable {
     int begin = 0; ///< first output
     int end = 0;   ///< one past the last
     int taps = 1;
-    std::vector<int> first;     ///< an output's first source sample
+    double step = 1;        ///< source samples from one output to the next
+    double reach = 1;       ///< source samples that an output reads by rights: `taps` without regard to edges and range
+    std::vector<int> first; ///< an output's first source sample
     std::vector<float> weights; ///< `taps` of them an output; their sum is 1
     bool copies = false;        ///< output i is source sample `first[0] + i - begin`, untouched
     bool overshoots = false;    ///< some weights are negative, so that results may leave the range of the source

@@ -30,14 +30,19 @@ std::optional<AlphaPlane> blurredAlpha(const Surface& layer, double sigma)
 {
     const int reach = blurReach(sigma);
     const IntRect inner = layer.bounds();
-    AlphaPlane plane{{inner.x - reach, inner.y - reach, inner.width + 2 * reach, inner.height + 2 * reach}, {}};
+    const int step = blurStep(sigma);
+    const auto aligned = [&](int place) { return place - ((place % step) + step) % step; };
+    const int left = aligned(inner.x - reach);
+    const int top = aligned(inner.y - reach);
+    AlphaPlane plane{{left, top, inner.right() + reach - left, inner.bottom() + reach - top}, {}};
     const auto width = static_cast<std::size_t>(plane.bounds.width);
     plane.bytes = PixelBuffer::zeroed(width * static_cast<std::size_t>(plane.bounds.height));
     if (!plane.bytes)
         return std::nullopt;
     for (int y = inner.y; y < inner.bottom(); ++y) {
         const std::uint8_t* in = layer.at(inner.x, y) + 3;
-        std::uint8_t* out = plane.bytes.data() + static_cast<std::size_t>(y - plane.bounds.y) * width + reach;
+        std::uint8_t* out =
+            plane.bytes.data() + static_cast<std::size_t>(y - plane.bounds.y) * width + (inner.x - left);
         for (int x = 0; x < inner.width; ++x)
             out[x] = in[4 * x];
     }

@@ -71,7 +71,25 @@ HWY_INLINE V16 overLanes(V16 source, V16 alpha, V16 backdrop)
     return narrow(hn::SaturatedAdd(source, kept));
 }
 
+/// What exact rounding on 8 bits gives where nothing scales the source.
+HWY_INLINE V16 plainLanes(V16 source, V16 backdrop)
+{
+    const D16 d;
+    const V16 kept = hn::Sub(hn::Set(d, std::uint16_t{255}), alphaOf(source));
+    const V16 t = hn::Add(hn::Mul(backdrop, kept), hn::Set(d, std::uint16_t{128}));
+    return hn::Add(source, hn::ShiftRight<8>(hn::Add(t, hn::ShiftRight<8>(t))));
+}
+
 #endif
+
+constexpr std::uint16_t kAll = 65535;
+
+HWY_INLINE void plainPixel(std::uint8_t* dst, const std::uint8_t* src)
+{
+    const unsigned kept = 255u - src[3];
+    for (std::size_t c = 0; c < 4; ++c)
+        dst[c] = static_cast<std::uint8_t>(std::min(255u, src[c] + unsigned{mul255(dst[c], kept)}));
+}
 
 /// Nothing scales the source: exact rounding on 8 bits.
 void CompositePlain(std::uint8_t* dst, const std::uint8_t* src, std::size_t pixels)
@@ -82,18 +100,15 @@ void CompositePlain(std::uint8_t* dst, const std::uint8_t* src, std::size_t pixe
     const D16 d;
     const std::size_t n = hn::Lanes(d);
     for (; i + n <= samples; i += n) {
-        const V16 s = loadSamples(src + i);
-        const V16 kept = hn::Sub(hn::Set(d, std::uint16_t{255}), alphaOf(s));
-        const V16 t = hn::Add(hn::Mul(loadSamples(dst + i), kept), hn::Set(d, std::uint16_t{128}));
-        storeSamples(hn::Add(s, hn::ShiftRight<8>(hn::Add(t, hn::ShiftRight<8>(t)))), dst + i);
+        storeSamples(plainLanes(loadSamples(src + i), loadSamples(dst + i)), dst + i);
     }
 #endif
-    for (; i < samples; i += 4) {
-        const unsigned kept = 255u - src[i + 3];
-        for (std::size_t c = 0; c < 4; ++c)
-            dst[i + c] = static_cast<std::uint8_t>(std::min(255u, src[i + c] + unsigned{mul255(dst[i + c], kept)}));
-    }
+    for (; i < samples; i += 4)
+        plainPixel(dst + i, src + i);
 }
+
+// A pixel that is covered wholly gets the same bytes whether its row has coverage or not: a row that is drawn in part may have
+// none where the whole row has some.
 
 template <bool Covered>
 HWY_INLINE void compositeScaled(std::uint8_t* dst, const std::uint8_t* src, const std::uint8_t* coverage,
@@ -109,17 +124,26 @@ HWY_INLINE void compositeScaled(std::uint8_t* dst, const std::uint8_t* src, cons
         V16 scale = all;
         if constexpr (Covered) {
             scale = spreadCoverage(coverage + i / 4);
-            if (alpha != 65535)
-                scale = hn::MulHigh(scale, all);
+            if (alpha != kAll)
+                scale = hn::MulHigh(scale, hn::Add(all, hn::Set(d, std::uint16_t{1})));
         }
-        const V16 source = hn::MulHigh(widen(loadSamples(src + i)), scale);
-        storeSamples(overLanes(source, alphaOf(source), loadSamples(dst + i)), dst + i);
+        const V16 plain = loadSamples(src + i);
+        const V16 backdrop = loadSamples(dst + i);
+        const V16 source = hn::MulHigh(widen(plain), scale);
+        V16 out = overLanes(source, alphaOf(source), backdrop);
+        if (Covered && alpha == kAll)
+            out = hn::IfThenElse(hn::Eq(scale, all), plainLanes(plain, backdrop), out);
+        storeSamples(out, dst + i);
     }
 #endif
     for (; i < samples; i += 4) {
         std::uint16_t scale = alpha;
         if constexpr (Covered)
-            scale = alpha != 65535 ? mulHigh(widened(coverage[i / 4]), alpha) : widened(coverage[i / 4]);
+            scale = alpha != kAll ? mulHigh(widened(coverage[i / 4]), alpha + 1u) : widened(coverage[i / 4]);
+        if (scale == kAll) {
+            plainPixel(dst + i, src + i);
+            continue;
+        }
         const std::uint16_t a = mulHigh(widened(src[i + 3]), scale);
         for (std::size_t c = 0; c < 4; ++c)
             dst[i + c] = over(mulHigh(widened(src[i + c]), scale), a, dst[i + c]);
@@ -153,17 +177,18 @@ void CompositeInk(std::uint8_t* dst, const Ink& ink, const std::uint8_t* coverag
         V16 a = alpha;
         if (coverage) {
             const V16 scale = spreadCoverage(coverage + i / 4);
-            source = hn::MulHigh(source, scale);
-            a = hn::MulHigh(a, scale);
+            const auto covered = hn::Eq(scale, hn::Set(d, kAll));
+            source = hn::IfThenElse(covered, source, hn::MulHigh(source, scale));
+            a = hn::IfThenElse(covered, a, hn::MulHigh(a, scale));
         }
         storeSamples(overLanes(source, a, loadSamples(dst + i)), dst + i);
     }
 #endif
     for (; i < samples; i += 4) {
-        const unsigned scale = coverage ? widened(coverage[i / 4]) : 0u;
-        const unsigned a = coverage ? mulHigh(ink.alpha, scale) : ink.alpha;
+        const unsigned scale = coverage ? widened(coverage[i / 4]) : kAll;
+        const unsigned a = scale != kAll ? mulHigh(ink.alpha, scale) : ink.alpha;
         for (std::size_t c = 0; c < 4; ++c)
-            dst[i + c] = over(coverage ? mulHigh(ink.component[c], scale) : ink.component[c], a, dst[i + c]);
+            dst[i + c] = over(scale != kAll ? mulHigh(ink.component[c], scale) : ink.component[c], a, dst[i + c]);
     }
 }
 

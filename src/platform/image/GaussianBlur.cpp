@@ -14,6 +14,9 @@ namespace lamina {
 
 namespace {
 
+/// From here on a blur is made on a smaller picture.
+constexpr double kWideSigma = 16;
+
 std::vector<float> gaussianWeights(double sigma)
 {
     const int reach = blurReach(sigma);
@@ -41,8 +44,7 @@ void blurRow(const std::uint8_t* padded, const std::vector<float>& weights, std:
 /// Wide blurs leave nothing fine behind: they are made on a picture `step` times smaller, so that the work stays the same.
 bool blurReduced(PixelBuffer& bytes, IntSize size, double sigma)
 {
-    constexpr double kReducedSigma = 8;
-    const int step = static_cast<int>(sigma / kReducedSigma);
+    const int step = blurStep(sigma);
     const IntSize small{(size.width + step - 1) / step, (size.height + step - 1) / step};
     const CGImageLayout layout = CGImageLayout::gray(small.width * step, small.height * step);
     PixelBuffer padded = PixelBuffer::zeroed(layout.byteCount());
@@ -74,7 +76,17 @@ bool blurReduced(PixelBuffer& bytes, IntSize size, double sigma)
 
 int blurReach(double sigma)
 {
-    return static_cast<int>(std::ceil(3 * std::clamp(sigma, 0.0, kLargestSigma)));
+    const double used = std::clamp(sigma, 0.0, kLargestSigma);
+    // Reducing takes a step, the smaller kernel is rounded up to one, and enlarging reaches two.
+    const int step = blurStep(used);
+    return static_cast<int>(std::ceil(3 * used)) + (step > 1 ? 4 * step : 0);
+}
+
+int blurStep(double sigma)
+{
+    constexpr double kReducedSigma = 8;
+    const double used = std::min(sigma, kLargestSigma);
+    return used > kWideSigma ? static_cast<int>(used / kReducedSigma) : 1;
 }
 
 bool blurGaussian(PixelBuffer& bytes, IntSize size, double sigma)
@@ -82,8 +94,7 @@ bool blurGaussian(PixelBuffer& bytes, IntSize size, double sigma)
     constexpr double kNoBlur = 0.01;
     if (!(sigma > kNoBlur) || size.isEmpty())
         return true;
-    constexpr double kWide = 16;
-    if (sigma > kWide)
+    if (sigma > kWideSigma)
         return blurReduced(bytes, size, std::min(sigma, kLargestSigma));
     const std::vector<float> weights = gaussianWeights(sigma);
     const int reach = blurReach(sigma);

@@ -165,13 +165,14 @@ bool ImageSampler::prepareOblique(const SourcePixels& source, const CGAffineTran
         return false;
     if (reduction == CGSize{1, 1} && source.isDirect()) {
         m_texels = source;
+        m_texelPart = {0, 0, source.width(), source.height()};
         return true;
     }
     m_texels = reduction == CGSize{1, 1}
                    ? source.directPart(seen)
                    : resampledPart(source, makeAxisTable({source.width(), reduction.width, 0}, seen.x, seen.right()),
                                    makeAxisTable({source.height(), reduction.height, 0}, seen.y, seen.bottom()));
-    m_toTexels = m_toTexels.concatenating(CGAffineTransform::translation(-seen.x, -seen.y));
+    m_texelPart = seen;
     return m_texels.has_value();
 }
 
@@ -198,9 +199,10 @@ const std::uint8_t* ImageSampler::Band::row(int y)
     const SourcePixels& source = *m_sampler.m_texels;
     const CGAffineTransform& t = m_sampler.m_toTexels;
     const IntRect& area = m_sampler.m_area;
-    const CGPoint start = t.apply({area.x + 0.5, y + 0.5});
-    const kernels::SamplePath path{start.x, start.y, t.a, t.b};
-    const kernels::Texels texels{source.directRow(0), source.stride(), source.width(), source.height()};
+    const CGPoint start = t.apply({0.5, y + 0.5});
+    const IntRect& part = m_sampler.m_texelPart;
+    const kernels::SamplePath path{area.x, start.x, start.y, t.a, t.b};
+    const kernels::Texels texels{source.directRow(0), source.stride(), source.width(), source.height(), part.x, part.y};
     const auto pixels = static_cast<std::size_t>(area.width);
     if (m_sampler.m_nearest)
         kernels::sampleNearest(texels, path, area.width, source.channels(), m_out.data());

@@ -62,6 +62,7 @@ private:
     std::optional<RowResampler> m_upright;
     std::optional<SourcePixels> m_texels; ///< of the oblique way: rows that can be read directly
     CGAffineTransform m_toTexels;         ///< from device pixels
+    IntRect m_texelPart;                  ///< that the texels are, of all
     bool m_nearest = false;
 };
 

@@ -15,6 +15,18 @@ constexpr double kTolerance = 0.01;
 /// Rows that are summed up together: the edges are looked through once for all of them.
 constexpr int kBandRows = 16;
 
+/// Coverage is summed up in whole steps of this share of a pixel: sums of whole numbers don't depend on where they begin, so
+/// that a part of an outline gets exactly the bytes of the whole.
+constexpr std::int32_t kFullCoverage = 1 << 16;
+
+/// Unsigned, because an outline that winds absurdly often must wrap around and not overflow.
+using Steps = std::uint32_t;
+
+Steps inSteps(double share)
+{
+    return static_cast<Steps>(static_cast<std::int32_t>(std::lround(share * kFullCoverage)));
+}
+
 /// The integral over t in [0, length] of max(0, x - t).
 double ramp(double x, double length)
 {
@@ -22,38 +34,43 @@ double ramp(double x, double length)
     return inside * inside / 2 + length * std::max(0.0, x - length);
 }
 
-/// Adds to `sums` what an edge piece inside one row changes from pixel to pixel: it runs from `xa` to `xb` while it goes
-/// down by `height` (signed). What lies to its right is covered by `height`, the pixels it crosses by their share.
-void addPiece(float* sums, int width, double xa, double xb, double height)
+/// Adds to `sums`, which begins at pixel `origin`, what an edge piece inside one row changes from pixel to pixel: it runs from
+/// `xa` to `xb` while it goes down by `height` (signed). What lies to its right is covered by `height`, the pixels it crosses
+/// by their share.
+void addPiece(Steps* sums, int origin, int width, double xa, double xb, double height)
 {
     const double left = std::min(xa, xb);
     const double length = std::max(xa, xb) - left;
-    if (left >= width)
+    const Steps all = inSteps(height);
+    if (left >= origin + width)
         return;
-    if (left + length <= 0) {
-        sums[0] += static_cast<float>(height);
+    if (left + length <= origin) {
+        sums[0] += all;
         return;
     }
     if (length < 1e-9) {
-        const int x = static_cast<int>(left);
-        const auto share = static_cast<float>(height * (x + 1 - left));
-        sums[x] += share;
-        sums[x + 1] += static_cast<float>(height) - share;
+        const int x = static_cast<int>(std::floor(left));
+        const Steps share = inSteps(height * (x + 1 - left));
+        if (x >= origin)
+            sums[x - origin] += share;
+        else
+            sums[0] += share;
+        sums[x + 1 - origin] += all - share;
         return;
     }
-    const int first = std::max(0, static_cast<int>(std::floor(left)));
-    const int last = static_cast<int>(std::min<double>(width, std::ceil(left + length)));
-    double before = 0;
+    const int first = std::max(origin, static_cast<int>(std::floor(left)));
+    const int last = static_cast<int>(std::min<double>(origin + width, std::ceil(left + length)));
+    Steps before = 0;
     double low = ramp(first - left, length);
     for (int x = first; x < last; ++x) {
-        // What the piece leaves to its right inside this pixel; a piece that starts left of the row counts in full there.
         const double high = ramp(x + 1 - left, length);
-        const double share = (high - low) / length;
-        sums[x] += static_cast<float>(height * (share - before));
+        // What the piece leaves to its right inside this pixel.
+        const Steps share = inSteps(height * ((high - low) / length));
+        sums[x - origin] += share - before;
         before = share;
         low = high;
     }
-    sums[last] += static_cast<float>(height * (1 - before));
+    sums[last - origin] += all - before;
 }
 
 } // namespace
@@ -126,14 +143,16 @@ CoverageMask Rasterizer::render(const IntRect& area, const Rules& rules) const
 
 namespace {
 
-std::uint8_t coverageOf(float sum, bool evenOdd)
+std::uint8_t coverageOf(Steps sum, bool evenOdd)
 {
-    float share = std::abs(sum);
+    // The lowest number has no opposite; it is a whole number of windings.
+    std::int64_t share = std::abs(std::int64_t{static_cast<std::int32_t>(sum)});
     if (evenOdd) {
-        share = share - 2 * std::floor(share / 2);
-        share = share > 1 ? 2 - share : share;
+        share %= 2 * kFullCoverage;
+        share = share > kFullCoverage ? 2 * kFullCoverage - share : share;
     }
-    return static_cast<std::uint8_t>(std::min(share, 1.0F) * 255 + 0.5F);
+    return static_cast<std::uint8_t>((std::min<std::int64_t>(share, kFullCoverage) * 255 + kFullCoverage / 2) /
+                                     kFullCoverage);
 }
 
 } // namespace
@@ -143,7 +162,7 @@ void Rasterizer::renderRows(const IntRect& area, const Rules& rules, const std::
 {
     const int width = area.width;
     const std::size_t step = static_cast<std::size_t>(width) + 2;
-    std::vector<float> sums(step * static_cast<std::size_t>(end - begin));
+    std::vector<Steps> sums(step * static_cast<std::size_t>(end - begin));
     for (const Edge& edge : edges) {
         if (edge.top.y >= end)
             break;
@@ -152,25 +171,25 @@ void Rasterizer::renderRows(const IntRect& area, const Rules& rules, const std::
         const double slope = (edge.bottom.x - edge.top.x) / (edge.bottom.y - edge.top.y);
         const auto placeAt = [&](double y) {
             const double x = edge.top.x + (y - edge.top.y) * slope;
-            return std::clamp(x, std::min(edge.top.x, edge.bottom.x), std::max(edge.top.x, edge.bottom.x)) - area.x;
+            return std::clamp(x, std::min(edge.top.x, edge.bottom.x), std::max(edge.top.x, edge.bottom.x));
         };
         const int firstRow = std::max(begin, static_cast<int>(std::floor(edge.top.y)));
         const int lastRow = std::min(end, static_cast<int>(std::ceil(edge.bottom.y)));
         for (int y = firstRow; y < lastRow; ++y) {
-            float* row = sums.data() + static_cast<std::size_t>(y - begin) * step;
+            Steps* row = sums.data() + static_cast<std::size_t>(y - begin) * step;
             if (rules.antialias) {
                 const double from = std::max<double>(y, edge.top.y);
                 const double to = std::min<double>(y + 1, edge.bottom.y);
-                addPiece(row, width, placeAt(from), placeAt(to), (to - from) * edge.direction);
+                addPiece(row, area.x, width, placeAt(from), placeAt(to), (to - from) * edge.direction);
             } else if (y + 0.5 >= edge.top.y && y + 0.5 < edge.bottom.y) {
-                const double x = std::clamp(std::ceil(placeAt(y + 0.5) - 0.5), 0.0, static_cast<double>(width));
-                row[static_cast<int>(x)] += edge.direction;
+                const double x = std::clamp<double>(std::ceil(placeAt(y + 0.5) - 0.5), area.x, area.right());
+                row[static_cast<int>(x) - area.x] += inSteps(edge.direction);
             }
         }
     }
     for (int y = begin; y < end; ++y) {
-        const float* row = sums.data() + static_cast<std::size_t>(y - begin) * step;
-        float sum = 0;
+        const Steps* row = sums.data() + static_cast<std::size_t>(y - begin) * step;
+        Steps sum = 0;
         for (int x = 0; x < width; ++x) {
             sum += row[x];
             *out++ = coverageOf(sum, rules.evenOdd);

@@ -265,14 +265,14 @@ struct Taps {
     int first;         ///< may lie outside, as may the three that follow
     float distance[4]; ///< of each from the place
 
-    Taps(double place, int length)
+    Taps(double place, int begin, int length)
     {
         // Far places only occur under pixels that are not covered; they must not overflow.
-        const double centre = std::min(std::max(place, -4.0), length + 4.0) - 0.5;
+        const double centre = std::min(std::max(place, begin - 4.0), begin + length + 4.0) - 0.5;
         const int cut = static_cast<int>(centre);
         const int low = centre < cut ? cut - 1 : cut;
         const auto t = static_cast<float>(centre - low);
-        first = low - 1;
+        first = low - 1 - begin;
         distance[0] = 1 + t;
         distance[1] = t;
         distance[2] = 1 - t;
@@ -359,8 +359,9 @@ HWY_INLINE void sampleCubic(const Texels& source, const SamplePath& path, int co
     alignas(16) float wy[4];
     std::uint8_t gathered[16 * Channels];
     for (int i = 0; i < count; ++i, out += Channels) {
-        const Taps across(path.x + i * path.dx, source.width);
-        const Taps down(path.y + i * path.dy, source.height);
+        const int column = path.first + i;
+        const Taps across(path.x + column * path.dx, source.left, source.width);
+        const Taps down(path.y + column * path.dy, source.top, source.height);
         const std::uint8_t* run = gathered;
         std::size_t step = 4 * Channels;
         if (across.isInside(source.width) && down.isInside(source.height)) {
@@ -467,8 +468,11 @@ void sampleNearest(const Texels& source, const SamplePath& path, int count, int 
 {
     const auto bytes = static_cast<std::size_t>(channels);
     for (int i = 0; i < count; ++i) {
-        const auto x = static_cast<std::size_t>(std::clamp(path.x + i * path.dx, 0.0, source.width - 1.0));
-        const auto y = static_cast<std::size_t>(std::clamp(path.y + i * path.dy, 0.0, source.height - 1.0));
+        const int column = path.first + i;
+        const double left = path.x + column * path.dx;
+        const double top = path.y + column * path.dy;
+        const auto x = static_cast<std::size_t>(std::clamp(std::floor(left) - source.left, 0.0, source.width - 1.0));
+        const auto y = static_cast<std::size_t>(std::clamp(std::floor(top) - source.top, 0.0, source.height - 1.0));
         std::memcpy(out + static_cast<std::size_t>(i) * bytes, source.data + y * source.stride + x * bytes, bytes);
     }
 }

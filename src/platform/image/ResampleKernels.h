@@ -39,10 +39,14 @@ struct Texels {
     std::size_t stride = 0;
     int width = 0;
     int height = 0;
+    int left = 0; ///< where the texels begin in what the path speaks of
+    int top = 0;
 };
 
-/// Where a row of output pixels reads: the first one's place in source pixels (counted from edges), and the step to the next.
+/// Where a row of output pixels reads: the place of column 0 in source pixels (counted from edges), and the step to the next.
+/// The places are computed from column 0 of the device, so that a row that begins elsewhere reads the same.
 struct SamplePath {
+    int first = 0; ///< column of the first output pixel
     double x = 0;
     double y = 0;
     double dx = 0;

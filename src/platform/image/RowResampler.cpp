@@ -29,14 +29,12 @@ RowResampler::RowResampler(SourcePixels source, AxisTable x, AxisTable y)
 
 bool RowResampler::choosesVerticalFirst() const
 {
-    const double outputs = static_cast<double>(m_x.count()) * m_y.count();
-    const double width = m_x.sourceEnd - m_x.sourceBegin;
-    const double rows = m_y.sourceEnd - m_y.sourceBegin;
+    // Counted for one output of a large picture: each order rounds in its own way, so a part must not choose another one.
     const double loading = m_source.isDirect() ? 0 : 1;
     // The horizontal pass handles a pixel at a time, the vertical one whole rows: it costs about twice as much a tap.
-    const double vertical = m_y.count() * width * m_y.taps * (1 + loading) + 2 * outputs * m_x.taps;
-    const double horizontal = rows * width * (1 + loading) + 2 * rows * m_x.count() * m_x.taps + outputs * m_y.taps;
-    return m_y.taps > kLongestRing || vertical <= horizontal;
+    const double vertical = m_x.step * m_y.reach * (1 + loading) + 2 * m_x.reach;
+    const double horizontal = m_y.step * m_x.step * (1 + loading) + 2 * m_y.step * m_x.reach + m_y.reach;
+    return m_y.reach > kLongestRing || vertical <= horizontal;
 }
 
 std::size_t RowResampler::rowCost() const

@@ -96,6 +96,7 @@ void PNGInput::readHeader()
     constexpr int kLargestSide = 0x7FFFFFFF;           // the claim is weighed elsewhere
     constexpr std::uint32_t kLargestChunk = 16u << 20; // of a chunk outside the pixels, unpacked
     constexpr std::uint32_t kMostChunks = 1000;
+    static constexpr png_byte kExif[] = "eXIf";
     static constexpr png_byte kUnused[] = "tEXt\0zTXt\0iTXt\0hIST\0sPLT\0pCAL\0sCAL\0tIME\0oFFs\0pHYs\0bKGD\0sBIT";
 
     png_set_read_fn(m_png, this, read);
@@ -103,6 +104,8 @@ void PNGInput::readHeader()
     png_set_chunk_malloc_max(m_png, kLargestChunk);
     png_set_chunk_cache_max(m_png, kMostChunks);
     png_set_keep_unknown_chunks(m_png, PNG_HANDLE_CHUNK_NEVER, kUnused, static_cast<int>(sizeof kUnused / 5));
+    // The library's own reader of this chunk allocates whatever length it claims; the one for unknown chunks keeps the limit.
+    png_set_keep_unknown_chunks(m_png, PNG_HANDLE_CHUNK_ALWAYS, kExif, 1);
     png_set_crc_action(m_png, PNG_CRC_ERROR_QUIT, PNG_CRC_WARN_DISCARD);
     png_set_benign_errors(m_png, 1);
     png_read_info(m_png, m_info);
@@ -166,11 +169,13 @@ void readPasses(PNGInput& input, PictureBuilder& builder, const Header& header)
 
 UIImageOrientation orientation(PNGInput& input)
 {
-    png_uint_32 size = 0;
-    png_bytep block = nullptr;
-    if (!png_get_eXIf_1(input.png(), input.info(), &size, &block))
-        return UIImageOrientation::Up;
-    return exifOrientation({block, size});
+    png_unknown_chunkp chunks = nullptr;
+    const int count = png_get_unknown_chunks(input.png(), input.info(), &chunks);
+    for (const png_unknown_chunk& chunk : std::span(chunks, static_cast<std::size_t>(count))) {
+        if (std::memcmp(chunk.name, "eXIf", 4) == 0)
+            return exifOrientation({chunk.data, chunk.size});
+    }
+    return UIImageOrientation::Up;
 }
 
 bool isNear(const Chromaticities& x, const Chromaticities& y)
