@@ -20,7 +20,8 @@ enum class UIViewContentMode { ScaleToFill, ScaleAspectFit, ScaleAspectFill, Cen
 /// What is seen: a rectangle with geometry, colours, a picture, and layers above it. Every view has one.
 ///
 /// Geometry: `bounds` is the layer's own coordinate system; its centre stands at `position` of the parent's, turned and
-/// scaled there by `transform`. Lengths in points, y down, colours straight sRGB. All on the main thread.
+/// scaled there by `transform`. Lengths in points, y down, colours straight sRGB. A value that is not finite is ignored, a negative
+/// length counts as 0. Must be held by std::shared_ptr. All on the main thread.
 ///
 /// Order of drawing: shadow, background, contents, sublayers in order, border; then the mask and the corner clip (`masksToBounds`
 /// clips contents and sublayers to the rounded bounds, never the shadow); `opacity` acts on all of it as one group.
@@ -63,16 +64,17 @@ public:
 
     struct Shadow {
         UIColor color = UIColor::black();
-        double opacity = 0;        ///< [0, 1]; 0 draws no shadow
-        CGSize offset = {0, -3};   ///< points, y down
-        double radius = 3;         ///< standard deviation of the blur, points
+        double opacity = 0;      ///< [0, 1]; 0 draws no shadow
+        CGSize offset = {0, -3}; ///< points, y down
+        double radius = 3;       ///< standard deviation of the blur, points
         friend bool operator==(const Shadow&, const Shadow&) = default;
     };
     const Shadow& shadow() const { return m_shadow; }
     void setShadow(const Shadow& shadow);
 
-    /// A layer whose alpha, drawn in this layer's coordinates at its own position, lets this one through; it belongs to no
-    /// parent. Null: none. A shape layer gives polygon masks, a layer with contents picture masks.
+    /// A layer whose alpha, drawn in this layer's coordinates at its own position, lets this one through, shadow included; it
+    /// belongs to no parent (it leaves the one it had) and masks one layer. Null: none. A shape layer gives polygon masks, a
+    /// layer with contents picture masks.
     const std::shared_ptr<CALayer>& mask() const { return m_mask; }
     void setMask(std::shared_ptr<CALayer> mask);
 
@@ -88,30 +90,45 @@ public:
     CALayer* superlayer() const { return m_superlayer; }
     const std::vector<std::shared_ptr<CALayer>>& sublayers() const { return m_sublayers; }
     void addSublayer(std::shared_ptr<CALayer> layer);
-    /// `index` counts from the bottom and is clamped. A layer that has a parent leaves it first.
+    /// `index` counts from the bottom and is clamped. A layer that has a parent leaves it first. Null and a layer that this one
+    /// stands in are refused (asserted).
     void insertSublayer(std::shared_ptr<CALayer> layer, std::size_t index);
     void removeFromSuperlayer();
 
-    /// Draws this layer and all above it, in its own coordinates (its position and transform in the parent, and an offset of
-    /// the bounds' origin, do not count). Opacity, mask, clip and shadow do.
+    /// Draws this layer and all above it with its bounds' top left at the origin of user space: its position and transform in
+    /// the parent do not count; opacity, mask, clip and shadow do. A hidden layer draws nothing.
     void renderInContext(CGContext& context) const;
 
     /// Grows with every change of this layer itself (not of its sublayers); never the same for two layers' states.
     std::uint64_t revision() const { return m_revision; }
     /// The area this layer itself may paint, shadow included, in its own coordinates; sublayers not counted.
+    /// Empty when it paints nothing.
     CGRect paintedBounds() const;
 
-    /// Called at every change in the tree below and at this layer, if this is the topmost one. For whoever shows the tree.
-    void setChangeHandler(std::function<void()> handler);
+    /// Calls `handler` at every change of this layer, its mask and all layers above it, as long as the result is held. For
+    /// whoever shows the tree; several may watch. The handler must not change the tree.
+    using ChangeObserver = std::shared_ptr<const std::function<void()>>;
+    [[nodiscard]] ChangeObserver observeChanges(std::function<void()> handler);
 
 protected:
-    /// What a subclass paints between contents and sublayers.
+    /// What a subclass paints between contents and sublayers, inside `drawnBounds`.
     virtual void drawInContext(CGContext& context) const;
-    /// To be called after a change that is seen.
+    /// Where `drawInContext` paints, in own coordinates. Empty, the default: there is nothing to draw.
+    virtual CGRect drawnBounds() const { return {}; }
+    /// To be called after a change of this layer that is seen.
     void changed();
 
 private:
     friend class LayerRenderer;
+    /// What this layer belongs to: its parent, or the layer that it masks.
+    CALayer* owner() const { return m_superlayer ? m_superlayer : m_maskedLayer; }
+    bool isInside(const CALayer& layer) const;
+    void leaveOwner();
+    /// Tells all observers on the way to the top.
+    void notifyObservers() const;
+    template <class Value>
+    void assign(Value& member, const Value& value);
+
     CGRect m_bounds;
     CGPoint m_position;
     CGAffineTransform m_transform;
@@ -124,12 +141,13 @@ private:
     bool m_masksToBounds = false;
     Shadow m_shadow;
     std::shared_ptr<CALayer> m_mask;
+    CALayer* m_maskedLayer = nullptr;
     UIImage m_contents;
     UIViewContentMode m_contentsMode = UIViewContentMode::ScaleToFill;
     CALayer* m_superlayer = nullptr;
     std::vector<std::shared_ptr<CALayer>> m_sublayers;
     std::uint64_t m_revision = 0;
-    std::function<void()> m_changeHandler;
+    std::vector<std::weak_ptr<const std::function<void()>>> m_observers;
 };
 
 } // namespace lamina

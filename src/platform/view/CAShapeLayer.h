@@ -15,12 +15,13 @@ public:
     /// Default none.
     std::optional<UIColor> strokeColor() const { return m_strokeColor; }
     void setStrokeColor(const std::optional<UIColor>& color);
-    /// Points; default 1.
+    /// Points; default 1. Takes the place of the path's own width.
     double lineWidth() const { return m_lineWidth; }
     void setLineWidth(double width);
 
 protected:
     void drawInContext(CGContext& context) const override;
+    CGRect drawnBounds() const override;
 
 private:
     UIBezierPath m_path;

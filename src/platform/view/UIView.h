@@ -24,8 +24,9 @@ public:
 
     CALayer& layer() const { return *m_layer; }
 
-    /// The box around the view in its parent. Setting it keeps the transform and sets centre and bounds' size so that an
-    /// untransformed view stands exactly there; with a transform in force the value read is its bounding box.
+    /// The box around the view in its parent, that is the bounding box where a transform is in force. Setting it keeps the
+    /// transform and the bounds' origin, and sets centre and bounds' size so that the box becomes this one. Where a transform
+    /// allows no such size (a turn by 45 degrees has one box for all shapes), the sides are divided by its scale.
     CGRect frame() const;
     virtual void setFrame(const CGRect& frame);
     CGRect bounds() const { return m_layer->bounds(); }
@@ -58,8 +59,9 @@ public:
     UIView* viewWithTag(int tag);
 
     UIView* superview() const { return m_superview; }
+    /// A loop that adds, removes or reorders takes a copy first.
     const std::vector<std::shared_ptr<UIView>>& subviews() const { return m_subviews; }
-    /// Puts the view on top; it leaves its present parent first. A view can't be put into itself or a descendant (asserted).
+    /// Puts the view on top; it leaves its present parent first. Null, and a view that this one stands in, are refused (asserted).
     void addSubview(std::shared_ptr<UIView> view);
     /// `index` counts from the bottom and is clamped.
     void insertSubview(std::shared_ptr<UIView> view, std::size_t index);
@@ -69,7 +71,7 @@ public:
     void removeFromSuperview();
     /// True for the view itself and everything that stands above it on the way to the root.
     bool isDescendantOf(const UIView& view) const;
-    /// After this view's parent has changed.
+    /// After this view's parent has changed; not when the parent is destroyed.
     virtual void didMoveToSuperview() {}
 
     /// Default true, false for image views. A view without it, a hidden one and one with alpha below 0.01 gets no touches, nor do

@@ -1,0 +1,59 @@
+#pragma once
+
+#include "platform/view/CanvasFrame.h"
+#include "platform/view/UIView.h"
+
+#include <functional>
+#include <memory>
+#include <optional>
+
+namespace lamina {
+
+/// What a window shows of a view tree: a bitmap that is kept up to date by painting again only what has changed.
+///
+/// The bitmap holds the root view's bounds; the root's own position and transform don't count. Its bytes are always those that
+/// painting everything would give, and those of `CALayer::renderInContext` in an image context of the same size and scale.
+/// Several renderers may show one tree. Main thread.
+class CanvasRenderer {
+public:
+    /// `scale`: device pixels per point, above zero, fractions allowed (anything else counts as 1).
+    CanvasRenderer(std::shared_ptr<UIView> root, double scale);
+    ~CanvasRenderer();
+    CanvasRenderer(const CanvasRenderer&) = delete;
+    CanvasRenderer& operator=(const CanvasRenderer&) = delete;
+
+    UIView& root() const { return *m_root; }
+    double scale() const { return m_scale; }
+    /// The next `render` paints everything.
+    void setScale(double scale);
+
+    /// Whether something has changed since the last `render`. True at first.
+    bool needsRender() const { return m_pending; }
+    /// Paints what has changed; gives back the pixels painted (origin top left), empty when there were none. All of them when the
+    /// root's size has changed. Without an area, or when memory is short, there is no bitmap.
+    IntRect render();
+
+    /// The bitmap as of the last `render`: RGBA premultiplied. Empty when there is none. It shares the bytes: let it go before
+    /// the next `render`, which must copy the whole of it otherwise.
+    CGImage image() const;
+
+    /// Called once when something changes, and again only after the next `render`; called at once when something is pending.
+    /// It schedules a frame, and must not change the tree nor render.
+    void setChangeHandler(std::function<void()> handler);
+
+private:
+    void noteChange();
+    bool prepareBitmap();
+    void paint(const IntRect& area);
+
+    std::shared_ptr<UIView> m_root;
+    double m_scale;
+    CGSize m_size; ///< the root's, that the bitmap was made for
+    mutable std::optional<CGContext> m_context;
+    CanvasFrame m_frame;
+    bool m_pending = true;
+    std::function<void()> m_changeHandler;
+    CALayer::ChangeObserver m_observer;
+};
+
+} // namespace lamina

@@ -1,0 +1,14 @@
+#include "platform/view/HeadlessHost.h"
+
+#include "platform/base/DispatchQueue.h"
+
+#include <utility>
+
+namespace lamina {
+
+void HeadlessHost::startTransition(const PresentationTransition&, std::function<void()> finished)
+{
+    DispatchQueue::main().async(std::move(finished));
+}
+
+} // namespace lamina

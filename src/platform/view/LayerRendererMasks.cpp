@@ -1,0 +1,80 @@
+#include "platform/view/CAShapeLayer.h"
+#include "platform/view/LayerRenderer.h"
+
+namespace lamina {
+
+namespace {
+
+/// Whether nothing but one picture or one drawing of its own is to be seen of the layer, unaltered.
+bool isBare(const CALayer& layer)
+{
+    return layer.opacity() == 1 && !layer.backgroundColor() && !(layer.borderWidth() > 0) && !layer.masksToBounds() &&
+           !LayerRenderer::castsShadow(layer) && !layer.mask() && layer.sublayers().empty();
+}
+
+} // namespace
+
+bool LayerRenderer::clipToMask(const CALayer& layer)
+{
+    const CALayer& mask = *layer.mask();
+    const CGAffineTransform toDevice = mask.transformToParent().concatenating(m_context.deviceTransform());
+    const IntRect seen = treePixels(mask, toDevice).intersection(m_context.clipBounds());
+    if (seen.isEmpty())
+        return false;
+    if (isBare(mask) && (clipToPathOf(mask) || clipToPictureOf(mask)))
+        return true;
+    return clipToDrawingOf(mask, seen);
+}
+
+bool LayerRenderer::clipToPathOf(const CALayer& mask)
+{
+    const auto* shape = dynamic_cast<const CAShapeLayer*>(&mask);
+    if (!shape || mask.contents() || shape->strokeColor() || !shape->fillColor() || shape->fillColor()->alpha != 1)
+        return false;
+    UIBezierPath path = shape->path();
+    path.applyTransform(mask.transformToParent());
+    m_context.clipToPath(path);
+    return true;
+}
+
+bool LayerRenderer::clipToPictureOf(const CALayer& mask)
+{
+    const UIImage& picture = mask.contents();
+    const CGAffineTransform t = mask.transformToParent();
+    // A picture without alpha lets all through, however dark it is: its outline is drawn instead.
+    const bool plain = picture && picture.cgImage().hasAlpha() && !picture.cgImage().mask() &&
+                       picture.imageOrientation() == UIImageOrientation::Up;
+    if (!plain || !mask.drawnBounds().isEmpty() || !t.isAxisAligned() || !(t.a > 0) || !(t.d > 0) ||
+        !(m_context.deviceTransform().determinant() > 0))
+        return false;
+    m_context.clipToMask(t.boundingBox(mask.contentsRect()), picture.cgImage());
+    return true;
+}
+
+bool LayerRenderer::clipToDrawingOf(const CALayer& mask, const IntRect& seen)
+{
+    const CGAffineTransform toDevice = m_context.deviceTransform();
+    const std::optional<CGAffineTransform> fromDevice = toDevice.inverted();
+    if (!fromDevice)
+        return false;
+    // It starts at the device's origin, so that a mask drawn for a part gets exactly the bytes of one drawn for all.
+    const int left = std::min(0, seen.x);
+    const int top = std::min(0, seen.y);
+    std::optional<CGContext> drawing = CGContext::image(
+        {static_cast<double>(seen.right() - left), static_cast<double>(seen.bottom() - top)}, false, 1);
+    if (!drawing)
+        return false;
+    drawing->translateCTM(-left, -top);
+    drawing->clipToRect({static_cast<double>(seen.x), static_cast<double>(seen.y), static_cast<double>(seen.width),
+                         static_cast<double>(seen.height)});
+    drawing->concatCTM(toDevice);
+    LayerRenderer(*drawing).drawPlaced(mask, 1);
+    m_context.concatCTM(*fromDevice);
+    m_context.clipToMask({static_cast<double>(left), static_cast<double>(top), static_cast<double>(drawing->width()),
+                          static_cast<double>(drawing->height())},
+                         drawing->makeImage());
+    m_context.concatCTM(toDevice);
+    return true;
+}
+
+} // namespace lamina

@@ -1,0 +1,63 @@
+#pragma once
+
+#include "platform/view/UITouch.h"
+
+#include <map>
+#include <memory>
+#include <span>
+#include <vector>
+
+namespace lamina {
+
+/// Turns what the window hears from fingers, mouse, wheel and touchpad into the gestures of a view tree.
+///
+/// Points in the root view's coordinates. The view that is hit when a finger comes down keeps the finger; recognisers of that
+/// view and of all views above it up to the root see it before the view does. Events with unknown ids or points that are not
+/// finite are ignored. What a handler destroys or removes is safe, the dispatcher and its root included. Main thread.
+class TouchDispatcher {
+public:
+    /// Not owned; once the root is gone nothing is dispatched.
+    explicit TouchDispatcher(std::weak_ptr<UIView> root);
+    ~TouchDispatcher();
+    TouchDispatcher(const TouchDispatcher&) = delete;
+    TouchDispatcher& operator=(const TouchDispatcher&) = delete;
+
+    struct Position {
+        std::int64_t id = 0;
+        CGPoint point;
+    };
+
+    /// `time` in seconds on any steady clock. A finger that is down already under this id is cancelled first.
+    void touchBegan(std::int64_t id, CGPoint point, double time);
+    void touchMoved(std::int64_t id, CGPoint point, double time);
+    /// Several fingers in one event: all are put in their places before anyone hears of it, so that a pinch is not taken
+    /// for a drag of its first finger.
+    void touchesMoved(std::span<const Position> positions, double time);
+    void touchEnded(std::int64_t id, CGPoint point, double time);
+    void touchCancelled(std::int64_t id, double time);
+    void cancelAllTouches(double time);
+    bool hasTouches() const;
+
+    enum Modifiers : unsigned { NoModifier = 0, Shift = 1u << 0 };
+    /// Zoom factor of one step of a wheel.
+    static constexpr double kWheelZoomStep = 1.1;
+    /// Radians of one step of a wheel with Shift.
+    static constexpr double kWheelRotationStep = 0.05235987755982988; // 3 degrees
+    /// Points that a wheel step scrolls where nothing zooms.
+    static constexpr double kWheelScrollStep = 40;
+
+    /// A wheel turned by `steps` (positive: away from the person) over `point`: zooms in what takes a pinch there, else
+    /// scrolls a scroll view. With Shift it turns what takes a rotation. False when nothing there cares.
+    bool wheel(CGPoint point, double steps, unsigned modifiers = NoModifier);
+    /// A touchpad's pinch; the nearest pinch recogniser under the point, and those that go together with it, take it.
+    bool magnify(CGPoint point, double factor);
+    /// A touchpad's rotation, radians, clockwise.
+    bool rotate(CGPoint point, double angle);
+
+private:
+    struct Touches;
+    std::shared_ptr<UIView> root() const;
+    std::shared_ptr<Touches> m_touches;
+};
+
+} // namespace lamina

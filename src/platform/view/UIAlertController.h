@@ -1,0 +1,48 @@
+#pragma once
+
+#include "platform/view/UIViewController.h"
+
+#include <cstddef>
+#include <vector>
+
+namespace lamina {
+
+enum class UIAlertActionStyle { Default = 0, Cancel = 1, Destructive = 2 };
+
+/// One button of an alert.
+struct UIAlertAction {
+    std::string title;
+    UIAlertActionStyle style = UIAlertActionStyle::Default;
+    std::function<void()> handler; ///< may be empty
+};
+
+/// A question over the screen that presents it. The window draws it; its answer comes through tap().
+class UIAlertController : public UIViewController {
+    Q_OBJECT
+    Q_PROPERTY(QString message READ messageText CONSTANT FINAL)
+
+public:
+    UIAlertController(std::string title, std::string message);
+    /// One with these buttons.
+    static std::shared_ptr<UIAlertController> make(std::string title, std::string message,
+                                                   std::vector<UIAlertAction> actions);
+
+    const std::string& message() const { return m_message; }
+    QString messageText() const { return QString::fromStdString(m_message); }
+    /// In the order in which they were added.
+    const std::vector<UIAlertAction>& actions() const { return m_actions; }
+    void addAction(UIAlertAction action);
+
+    /// The choice of button `index`: the alert is dismissed, then the handler runs, on a later turn. An index that is
+    /// out of range is logged and ignored, and so is a second choice.
+    Q_INVOKABLE void tap(int index);
+    /// What Esc and the back key choose: the cancel action, else the only action, else -1.
+    int cancelIndex() const;
+
+private:
+    std::string m_message;
+    std::vector<UIAlertAction> m_actions;
+    bool m_answered = false;
+};
+
+} // namespace lamina

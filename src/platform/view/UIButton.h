@@ -1,0 +1,26 @@
+#pragma once
+
+#include "platform/view/UIControl.h"
+
+#include <string>
+
+namespace lamina {
+
+/// A control to press. It knows what it stands for, the window or a subclass draws it.
+class UIButton : public UIControl {
+public:
+    using UIControl::UIControl;
+
+    /// Default empty.
+    const std::string& title() const { return m_title; }
+    void setTitle(std::string title) { m_title = std::move(title); }
+    /// Name of the picture shown; default empty: none.
+    const std::string& imageName() const { return m_imageName; }
+    void setImageName(std::string name) { m_imageName = std::move(name); }
+
+private:
+    std::string m_title;
+    std::string m_imageName;
+};
+
+} // namespace lamina

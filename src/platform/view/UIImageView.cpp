@@ -1,0 +1,18 @@
+#include "platform/view/UIImageView.h"
+
+namespace lamina {
+
+UIImageView::UIImageView(const CGRect& frame)
+    : UIView(frame)
+{
+    setOpaque(false);
+    setUserInteractionEnabled(false);
+}
+
+UIImageView::UIImageView(const UIImage& image)
+    : UIImageView(image ? CGRect({0, 0}, image.size()) : CGRect())
+{
+    setImage(image);
+}
+
+} // namespace lamina

@@ -1,0 +1,174 @@
+#include "platform/view/UIScrollView.h"
+
+#include "platform/view/UIPanGestureRecognizer.h"
+#include "platform/view/UIPinchGestureRecognizer.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace lamina {
+
+UIView* UIScrollViewDelegate::viewForZoomingInScrollView(UIScrollView&)
+{
+    return nullptr;
+}
+
+void UIScrollViewDelegate::scrollViewDidScroll(UIScrollView&) {}
+void UIScrollViewDelegate::scrollViewDidZoom(UIScrollView&) {}
+
+/// Its two gestures go together, and leave the fingers to others where there is nothing to move.
+class UIScrollView::GestureRules : public UIGestureRecognizerDelegate {
+public:
+    bool gestureRecognizerShouldBegin(UIGestureRecognizer& recognizer) override
+    {
+        const auto* view = dynamic_cast<const UIScrollView*>(recognizer.view());
+        if (!view)
+            return false;
+        if (&recognizer == view->m_pinch.get())
+            return view->canZoom() && view->m_delegate.lock();
+        const CGPoint range = view->maximumContentOffset();
+        return view->canZoom() || range.x > 0 || range.y > 0;
+    }
+
+    bool gestureRecognizer(UIGestureRecognizer& recognizer, UIGestureRecognizer& other) override
+    {
+        const auto* view = dynamic_cast<const UIScrollView*>(recognizer.view());
+        return view && (&other == view->m_pan.get() || &other == view->m_pinch.get());
+    }
+};
+
+UIScrollView::UIScrollView(const CGRect& frame)
+    : UIView(frame)
+    , m_rules(std::make_shared<GestureRules>())
+    , m_pan(std::make_shared<UIPanGestureRecognizer>())
+    , m_pinch(std::make_shared<UIPinchGestureRecognizer>())
+{
+    setClipsToBounds(true);
+    m_pan->setDelegate(m_rules);
+    m_pan->addAction([this](UIGestureRecognizer&) { handlePan(); });
+    addGestureRecognizer(m_pan);
+    m_pinch->setDelegate(m_rules);
+    m_pinch->addAction([this](UIGestureRecognizer&) { handlePinch(); });
+    addGestureRecognizer(m_pinch);
+}
+
+UIScrollView::~UIScrollView() = default;
+
+CGPoint UIScrollView::maximumContentOffset() const
+{
+    const CGSize visible = bounds().size;
+    return {std::max(0.0, m_contentSize.width - visible.width), std::max(0.0, m_contentSize.height - visible.height)};
+}
+
+CGPoint UIScrollView::clampedOffset(CGPoint offset) const
+{
+    const auto clamp = [](double value, double most) { return value > 0 ? std::min(value, most) : 0.0; };
+    const CGPoint most = maximumContentOffset();
+    const bool finite = std::isfinite(offset.x) && std::isfinite(offset.y);
+    return finite ? CGPoint{clamp(offset.x, most.x), clamp(offset.y, most.y)} : CGPoint{};
+}
+
+void UIScrollView::moveTo(CGPoint offset)
+{
+    const CGPoint target = clampedOffset(offset);
+    if (target == contentOffset())
+        return;
+    UIView::setBounds({target, bounds().size});
+    if (const auto listener = delegate())
+        listener->scrollViewDidScroll(*this);
+}
+
+void UIScrollView::setContentOffset(CGPoint offset)
+{
+    moveTo(offset);
+}
+
+void UIScrollView::setContentSize(CGSize size)
+{
+    const auto side = [](double length) { return length > 0 && std::isfinite(length) ? length : 0.0; };
+    m_contentSize = {side(size.width), side(size.height)};
+    moveTo(contentOffset());
+}
+
+void UIScrollView::setFrame(const CGRect& frame)
+{
+    UIView::setFrame(frame);
+    moveTo(contentOffset());
+}
+
+void UIScrollView::setBounds(const CGRect& bounds)
+{
+    UIView::setBounds({contentOffset(), bounds.size});
+    moveTo(bounds.origin);
+}
+
+void UIScrollView::setMinimumZoomScale(double scale)
+{
+    if (!(scale > 0) || !std::isfinite(scale))
+        return;
+    m_minimumZoomScale = scale;
+    setZoomScale(m_zoomScale);
+}
+
+void UIScrollView::setMaximumZoomScale(double scale)
+{
+    if (!(scale > 0) || !std::isfinite(scale))
+        return;
+    m_maximumZoomScale = scale;
+    setZoomScale(m_zoomScale);
+}
+
+void UIScrollView::setZoomScale(double scale)
+{
+    zoomToScale(scale, {bounds().midX(), bounds().midY()});
+}
+
+void UIScrollView::zoomToScale(double scale, CGPoint anchor)
+{
+    const auto self = weak_from_this().lock();
+    const auto listener = delegate();
+    UIView* const zoomed = listener ? listener->viewForZoomingInScrollView(*this) : nullptr;
+    if (!zoomed || std::isnan(scale) || !std::isfinite(anchor.x) || !std::isfinite(anchor.y))
+        return;
+    scale = std::max(m_minimumZoomScale, std::min(scale, m_maximumZoomScale));
+    if (scale == m_zoomScale)
+        return;
+    const CGPoint offset = contentOffset();
+    const double factor = scale / m_zoomScale;
+    m_zoomScale = scale;
+    const CGSize natural = zoomed->bounds().size;
+    m_contentSize = {natural.width * scale, natural.height * scale};
+    zoomed->setTransform(CGAffineTransform::scaling(scale, scale));
+    zoomed->setCenter({m_contentSize.width / 2, m_contentSize.height / 2});
+    // The anchor's distance from the visible corner stays, what lies under it has moved away from the content's origin.
+    moveTo({anchor.x * factor - (anchor.x - offset.x), anchor.y * factor - (anchor.y - offset.y)});
+    listener->scrollViewDidZoom(*this);
+}
+
+bool UIScrollView::isScrollEnabled() const
+{
+    return m_pan->isEnabled();
+}
+
+void UIScrollView::setScrollEnabled(bool enabled)
+{
+    m_pan->setEnabled(enabled);
+}
+
+void UIScrollView::handlePan()
+{
+    const CGPoint step = m_pan->translationInView(this);
+    m_pan->setTranslation({}, this);
+    const CGPoint offset = contentOffset();
+    moveTo({offset.x - step.x, offset.y - step.y});
+}
+
+void UIScrollView::handlePinch()
+{
+    if (m_pinch->state() == UIGestureRecognizerState::Began)
+        m_pinchStartScale = m_zoomScale;
+    if (m_pinch->isActive())
+        zoomToScale(m_pinchStartScale * m_pinch->scale(), m_pinch->locationInView(this));
+}
+
+} // namespace lamina

@@ -1,0 +1,52 @@
+#pragma once
+
+#include <functional>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+
+namespace lamina {
+
+class UIViewController;
+
+/// The screens of the application by name, and the named transitions between them. Filled once at the start, main thread.
+class UIStoryboard : public std::enable_shared_from_this<UIStoryboard> {
+public:
+    enum class SegueKind {
+        Show,    ///< pushed on the navigation stack of the source; presented where it has none
+        Present, ///< presented by the source
+    };
+    struct Segue {
+        std::string destinationIdentifier;
+        SegueKind kind = SegueKind::Show;
+    };
+    using Factory = std::function<std::shared_ptr<UIViewController>()>;
+
+    /// The storyboard of that name, the same one at every call; made empty at the first.
+    static std::shared_ptr<UIStoryboard> named(const std::string& name);
+
+    explicit UIStoryboard(std::string name);
+    const std::string& name() const { return m_name; }
+
+    /// Adds a screen; the factory makes a new one at each call. A name given again replaces the screen.
+    void addScene(const std::string& identifier, Factory factory);
+    void addSegue(const std::string& identifier, const std::string& destinationIdentifier, SegueKind kind);
+    std::optional<Segue> segue(const std::string& identifier) const;
+
+    /// A new screen that knows this storyboard. Null, and logged, when the name is unknown.
+    std::shared_ptr<UIViewController> instantiateViewController(const std::string& identifier);
+    /// The same as the class it is expected to be; null when it is another.
+    template <class Controller>
+    std::shared_ptr<Controller> instantiate(const std::string& identifier)
+    {
+        return std::dynamic_pointer_cast<Controller>(instantiateViewController(identifier));
+    }
+
+private:
+    std::string m_name;
+    std::map<std::string, Factory> m_scenes;
+    std::map<std::string, Segue> m_segues;
+};
+
+} // namespace lamina

@@ -1,0 +1,69 @@
+#include "platform/view/UITapGestureRecognizer.h"
+
+#include "platform/view/UITouch.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace lamina {
+
+void UITapGestureRecognizer::setNumberOfTapsRequired(int taps)
+{
+    m_tapsRequired = std::max(taps, 1);
+}
+
+void UITapGestureRecognizer::setNumberOfTouchesRequired(std::size_t touches)
+{
+    m_touchesRequired = std::max<std::size_t>(touches, 1);
+}
+
+bool UITapGestureRecognizer::perform(std::optional<CGPoint> rootLocation)
+{
+    return performOnce(rootLocation);
+}
+
+void UITapGestureRecognizer::touchesBegan(const std::vector<UITouch*>& touches)
+{
+    m_interval.cancel();
+    m_mostTouches = std::max(m_mostTouches, numberOfTouches());
+    const CGPoint at = touches.front()->location;
+    const bool astray = m_taps > 0 && std::hypot(at.x - m_firstTap.x, at.y - m_firstTap.y) > kTapDistance;
+    if (astray || m_mostTouches > m_touchesRequired)
+        return fail();
+    if (m_taps == 0 && numberOfTouches() == 1)
+        m_firstTap = at;
+}
+
+void UITapGestureRecognizer::touchesMoved(const std::vector<UITouch*>& touches)
+{
+    const bool astray = std::any_of(touches.begin(), touches.end(), [](const UITouch* touch) {
+        const CGPoint start = touch->startLocation;
+        return std::hypot(touch->location.x - start.x, touch->location.y - start.y) > kSlop;
+    });
+    if (astray)
+        fail();
+}
+
+void UITapGestureRecognizer::touchesEnded(const std::vector<UITouch*>& touches)
+{
+    if (numberOfTouches() > touches.size())
+        return;
+    if (m_mostTouches != m_touchesRequired)
+        return fail();
+    m_mostTouches = 0;
+    ++m_taps;
+    if (m_taps >= m_tapsRequired) {
+        recognize(State::Ended);
+        return;
+    }
+    m_interval = DispatchTimer(DispatchQueue::main(), kTapInterval, [this] { fail(); });
+}
+
+void UITapGestureRecognizer::reset()
+{
+    m_interval.cancel();
+    m_taps = 0;
+    m_mostTouches = 0;
+}
+
+} // namespace lamina

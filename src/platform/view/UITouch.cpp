@@ -1,0 +1,26 @@
+#include "platform/view/UITouch.h"
+
+#include "platform/view/UIView.h"
+
+namespace lamina {
+
+CGPoint UITouch::locationInView(const UIView* inView) const
+{
+    return inView ? inView->convertPointFromView(location, nullptr) : location;
+}
+
+CGPoint UITouch::previousLocationInView(const UIView* inView) const
+{
+    return inView ? inView->convertPointFromView(previousLocation, nullptr) : previousLocation;
+}
+
+void UITouch::cancelInView()
+{
+    if (!reachesView)
+        return;
+    reachesView = false;
+    if (const auto touched = view.lock())
+        touched->touchesCancelled({this});
+}
+
+} // namespace lamina

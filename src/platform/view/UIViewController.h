@@ -1,0 +1,138 @@
+#pragma once
+
+#include "platform/view/UIView.h"
+
+#include <QObject>
+#include <QString>
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace lamina {
+
+class UINavigationController;
+class UIStoryboard;
+class UIViewController;
+
+/// How a presented screen lies over the one that presents it. The presenter of the first two leaves the window while it is
+/// covered (it hears viewWillDisappear), that of the others stays visible.
+enum class UIModalPresentationStyle { FullScreen = 0, CurrentContext = 3, OverFullScreen = 5, OverCurrentContext = 6 };
+
+/// A transition to another screen that a storyboard knows by name.
+struct UIStoryboardSegue {
+    std::string identifier;
+    UIViewController& sourceViewController;
+    UIViewController& destinationViewController;
+
+    /// The destination as the class it is expected to be; null when it is another.
+    template <class Controller>
+    Controller* destination() const
+    {
+        return dynamic_cast<Controller*>(&destinationViewController);
+    }
+};
+
+/// One screen: its state, its behaviour and its tree of views. Must be held by std::shared_ptr. Main thread.
+///
+/// Transitions (present, dismiss, push, pop) change who presents whom and who is on the stack at once; what is told to the screens
+/// (appearance calls) and to the caller (the completion) comes on later turns of the main queue, one transition after another.
+/// All screens that take part are kept alive until the completion has run. What can't be done (presenting over what is
+/// presented already, dismissing with nothing presented, popping the last screen) is logged, changes nothing, and its completion is
+/// still called on a later turn.
+class UIViewController : public QObject, public std::enable_shared_from_this<UIViewController> {
+    Q_OBJECT
+    Q_PROPERTY(QString title READ titleText NOTIFY titleChanged FINAL)
+
+public:
+    using Completion = std::function<void()>;
+
+    UIViewController();
+    ~UIViewController() override;
+
+    /// The root of the screen's views, made at the first call: loadView, then viewDidLoad.
+    UIView& view();
+    std::shared_ptr<UIView> sharedView();
+    bool isViewLoaded() const { return m_view != nullptr; }
+
+    /// Default empty.
+    const std::string& title() const { return m_title; }
+    void setTitle(std::string title);
+    QString titleText() const { return QString::fromStdString(m_title); }
+
+    /// Default FullScreen. Read when the screen is presented.
+    UIModalPresentationStyle modalPresentationStyle() const { return m_modalPresentationStyle; }
+    void setModalPresentationStyle(UIModalPresentationStyle style) { m_modalPresentationStyle = style; }
+
+    /// Presents from the outermost container of this screen. Order: presenter viewWillDisappear, presented viewWillAppear, the
+    /// animation, presented viewDidAppear, presenter viewDidDisappear, completion.
+    void present(std::shared_ptr<UIViewController> controller, bool animated, Completion completion = {});
+    /// Dismisses what this screen or a container of it presents, with everything above that; if there is nothing, the presented
+    /// screen (or container) that this one belongs to. Order: those that leave viewWillDisappear from the top down, the
+    /// presenter viewWillAppear, the animation, presenter viewDidAppear, the others viewDidDisappear, completion.
+    void dismiss(bool animated, Completion completion = {});
+    /// Presented by this screen or by a container of it; null: nothing.
+    std::shared_ptr<UIViewController> presentedViewController() const;
+    /// Who presents this screen or a container of it; null: nobody.
+    std::shared_ptr<UIViewController> presentingViewController() const;
+
+    /// The container this screen stands in; null: none.
+    std::shared_ptr<UIViewController> parentViewController() const { return m_parent.lock(); }
+    /// The nearest container that is a navigation stack; null: none.
+    std::shared_ptr<UINavigationController> navigationController() const;
+
+    /// The storyboard that made this screen; null: none.
+    std::shared_ptr<UIStoryboard> storyboard() const { return m_storyboard; }
+    /// Makes the destination, hands it to prepareForSegue, then shows it (pushed, or presented without a navigation stack) or
+    /// presents it, animated. An unknown identifier is logged, and nothing happens.
+    void performSegue(const std::string& identifier, QObject* sender = nullptr);
+    /// The place to hand over data. Default: nothing.
+    virtual void prepareForSegue(UIStoryboardSegue& segue, QObject* sender);
+
+    /// Once, after the view was made.
+    virtual void viewDidLoad() {}
+    /// Called by the transitions; an override calls its base class.
+    virtual void viewWillAppear(bool animated);
+    virtual void viewDidAppear(bool animated);
+    virtual void viewWillDisappear(bool animated);
+    virtual void viewDidDisappear(bool animated);
+
+    /// True from viewWillAppear until viewWillDisappear.
+    bool isAppearing() const { return m_appearance == Appearance::Appearing || m_appearance == Appearance::Appeared; }
+
+signals:
+    void titleChanged();
+    /// From the screen or container that presents, when its presented screen has changed (for those that stand in a container:
+    /// from the outermost one). The transition itself is told to the PresentationHost.
+    void presentedViewControllerChanged();
+
+protected:
+    /// Makes the view and hands it to setView, without asking for view(). Default: an empty view of the main screen's size.
+    virtual void loadView();
+    void setView(std::shared_ptr<UIView> view) { m_view = std::move(view); }
+
+private:
+    friend class UINavigationController;
+    friend class UIStoryboard;
+    friend class UIWindow;
+    friend class ScreenTransition;
+    enum class Appearance { Disappeared, Appearing, Appeared, Disappearing };
+
+    std::shared_ptr<UIViewController> outermostContainer();
+    const char* reasonNotToPresent(const UIViewController* controller) const;
+    std::vector<std::shared_ptr<UIViewController>> visibleScreens();
+    std::vector<std::shared_ptr<UIViewController>> unlinkPresented();
+    void dismissPresented(bool animated, Completion completion);
+
+    std::shared_ptr<UIView> m_view;
+    std::string m_title;
+    UIModalPresentationStyle m_modalPresentationStyle = UIModalPresentationStyle::FullScreen;
+    std::shared_ptr<UIViewController> m_presented;
+    std::weak_ptr<UIViewController> m_presenting;
+    std::weak_ptr<UIViewController> m_parent;
+    std::shared_ptr<UIStoryboard> m_storyboard;
+    Appearance m_appearance = Appearance::Disappeared;
+};
+
+} // namespace lamina

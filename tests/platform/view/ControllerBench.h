@@ -1,0 +1,82 @@
+#pragma once
+
+#include "platform/base/DispatchQueue.h"
+#include "platform/base/Log.h"
+#include "platform/view/UINavigationController.h"
+#include "platform/view/UIWindow.h"
+
+#include <gtest/gtest.h>
+#include <memory>
+#include <string>
+#include <utility>
+
+namespace lamina::test {
+
+/// Writes down what it is told: "A+" will appear, "A!" did appear, "A-" will disappear, "A." did disappear.
+class HeardScreen : public UIViewController {
+public:
+    HeardScreen(std::string name, std::string& log)
+        : m_log(log)
+    {
+        setTitle(std::move(name));
+    }
+    void viewDidLoad() override { note("*"); }
+    void viewWillAppear(bool) override { note("+"); }
+    void viewDidAppear(bool) override { note("!"); }
+    void viewWillDisappear(bool) override { note("-"); }
+    void viewDidDisappear(bool) override { note("."); }
+
+private:
+    void note(const char* what) { m_log += title() + what + ' '; }
+
+    std::string& m_log;
+};
+
+/// A window whose first screen is a stack that holds screen "R"; it has appeared. Messages go to `messages`.
+class ControllerBench : public testing::Test {
+protected:
+    ControllerBench()
+        : m_formerSink(setLogSink([this](LogLevel, std::string_view) { ++messages; }))
+    {
+        window.setRootViewController(stack);
+        turns();
+        log.clear();
+    }
+    ~ControllerBench() override
+    {
+        turns();
+        setLogSink(std::move(m_formerSink));
+    }
+
+    std::shared_ptr<HeardScreen> screen(const std::string& name,
+                                        UIModalPresentationStyle style = UIModalPresentationStyle::FullScreen)
+    {
+        auto made = std::make_shared<HeardScreen>(name, log);
+        made->view();
+        made->setModalPresentationStyle(style);
+        log.clear();
+        return made;
+    }
+    UIViewController::Completion note(std::string text)
+    {
+        return [this, text] { log += text + ' '; };
+    }
+    void turns() { DispatchQueue::main().drain(); }
+    /// What was heard when all transitions are over.
+    std::string heard()
+    {
+        turns();
+        return std::exchange(log, {});
+    }
+
+    std::string log;
+    int messages = 0;
+    std::shared_ptr<HeardScreen> rootScreen = std::make_shared<HeardScreen>("R", log);
+    std::shared_ptr<UINavigationController> stack = UINavigationController::make(rootScreen);
+    UIWindow window;
+
+private:
+    LogSink m_formerSink;
+};
+
+} // namespace lamina::test
