@@ -1,0 +1,11 @@
+#pragma once
+
+#include <string>
+
+namespace lamina::bench {
+
+/// A JPEG of 4000 × 3000 pixels as a phone takes them (4:2:0, about 4 MB, a sample photo with fresh grain), made once in the folder
+/// for temporary files. `variant` 0 or 1: two different photos. Ends the program when it can't be made.
+std::string twelveMegapixelPhoto(int variant = 0);
+
+} // namespace lamina::bench

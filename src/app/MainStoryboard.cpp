@@ -1,0 +1,17 @@
+#include "app/MainStoryboard.h"
+
+#include "app/PinchZoomViewController.h"
+#include "editors/blend/BlendPhotoViewController.h"
+#include "platform/view/UIStoryboard.h"
+
+namespace lamina {
+
+void registerMainStoryboard()
+{
+    const std::shared_ptr<UIStoryboard> storyboard = UIStoryboard::named("Main");
+    storyboard->addScene("PinchZoomViewController", [] { return std::make_shared<PinchZoomViewController>(); });
+    storyboard->addScene("BlendPhotoViewController", [] { return std::make_shared<BlendPhotoViewController>(); });
+    storyboard->addSegue("toBlend", "BlendPhotoViewController", UIStoryboard::SegueKind::Present);
+}
+
+} // namespace lamina

@@ -1,0 +1,118 @@
+#include "app/PinchZoomViewController.h"
+
+#include "platform/base/Log.h"
+#include "platform/base/UIScreen.h"
+#include "platform/image/CGContext.h"
+
+namespace lamina {
+
+PinchZoomViewController::PinchZoomViewController() = default;
+PinchZoomViewController::~PinchZoomViewController() = default;
+
+void PinchZoomViewController::viewDidLoad()
+{
+    UIViewController::viewDidLoad();
+    m_side = UIScreen::main().bounds.width;
+    const CGRect square{0, 0, m_side, m_side};
+    m_containerView = std::make_shared<UIView>(square);
+    m_scrollView = std::make_shared<UIScrollView>(square);
+    m_scrollView->setDelegate(std::shared_ptr<UIScrollViewDelegate>(shared_from_this(), this));
+    m_scrollView->setMinimumZoomScale(1.0);
+    m_scrollView->setMaximumZoomScale(kMaximumCropZoom);
+    m_containerView->addSubview(m_scrollView);
+    view().addSubview(m_containerView);
+    layOutPhoto();
+    m_containerView->setClipsToBounds(true);
+}
+
+void PinchZoomViewController::layOutPhoto()
+{
+    const CGSize photo = pickedImage.size();
+    const bool empty = !(photo.width > 0 && photo.height > 0);
+    const double widthAtFullHeight = empty ? m_side : photo.width / photo.height * m_side;
+    const double heightAtFullWidth = empty ? m_side : photo.height / photo.width * m_side;
+
+    // The shorter side fills the square.
+    const bool landscape = heightAtFullWidth < m_side;
+    m_containerImageView = std::make_shared<UIImageView>(landscape ? CGRect{0, 0, widthAtFullHeight, m_side}
+                                                                   : CGRect{0, 0, m_side, heightAtFullWidth});
+    m_containerImageView->setContentMode(UIViewContentMode::ScaleAspectFill);
+    m_scrollView->setZoomScale(1.0);
+    m_scrollView->addSubview(m_containerImageView);
+    // Both terms at once, so that until the first zoom only the longer side scrolls, by its own overhang.
+    m_scrollView->setContentSize({widthAtFullHeight, heightAtFullWidth});
+    m_containerImageView->setImage(pickedImage);
+    m_containerImageView->setUserInteractionEnabled(true);
+    m_containerImageView->setMultipleTouchEnabled(true);
+}
+
+UIView* PinchZoomViewController::viewForZoomingInScrollView(UIScrollView&)
+{
+    return m_containerImageView.get();
+}
+
+bool PinchZoomViewController::gestureRecognizer(UIGestureRecognizer&, UIGestureRecognizer&)
+{
+    return true;
+}
+
+void PinchZoomViewController::backButton()
+{
+    dismiss(true);
+    clearPickedImages();
+}
+
+void PinchZoomViewController::doneButton()
+{
+    const bool had = static_cast<bool>(firstPickedImage);
+    const UIImage image = croppedImage();
+    if (!image) {
+        logError("no memory for the crop");
+        return;
+    }
+    if (!had) {
+        firstPickedImage = image;
+        firstPickedCrop = crop();
+        dismiss(true);
+        return;
+    }
+    secondPickedImage = image;
+    secondPickedCrop = crop();
+    performSegue("toBlend", this);
+}
+
+UIImage PinchZoomViewController::croppedImage()
+{
+    // One pixel a point, whatever the screen: a blend's photos are as many pixels wide as the canvas has points.
+    std::optional<CGContext> context = CGContext::image(m_containerView->bounds().size, false, 1.0);
+    if (!context)
+        return {};
+    m_containerView->layer().renderInContext(*context);
+    return context->makeUIImage();
+}
+
+PhotoCrop PinchZoomViewController::crop() const
+{
+    return {pickedImage.size(), m_side, m_scrollView->zoomScale(), m_scrollView->contentOffset()};
+}
+
+void PinchZoomViewController::handlePan(UIPanGestureRecognizer& gesture)
+{
+    UIView* const moved = gesture.view();
+    if (moved == nullptr)
+        return;
+    const CGPoint t = gesture.translationInView(&view());
+    moved->setCenter({moved->center().x + t.x, moved->center().y + t.y});
+    gesture.setTranslation({}, &view());
+}
+
+void PinchZoomViewController::handlePinch(UIPinchGestureRecognizer& gesture)
+{
+    UIView* const scaled = gesture.view();
+    if (scaled == nullptr)
+        return;
+    scaled->setTransform(scaled->transform().scaled(gesture.scale(), gesture.scale()));
+    gesture.setScale(1.0);
+}
+
+} // namespace lamina

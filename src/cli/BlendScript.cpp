@@ -1,0 +1,85 @@
+#include "cli/BlendScript.h"
+
+#include "app/MainStoryboard.h"
+#include "app/PinchZoomViewController.h"
+#include "editors/blend/BlendPhotoViewController.h"
+#include "platform/base/DispatchQueue.h"
+#include "platform/base/UIScreen.h"
+#include "platform/view/UIStoryboard.h"
+
+#include <utility>
+
+namespace lamina {
+
+namespace {
+
+template <class Recognizer>
+Recognizer* recognizerOf(const UIView& view)
+{
+    for (const auto& gesture : view.gestureRecognizers()) {
+        if (auto* found = dynamic_cast<Recognizer*>(gesture.get()))
+            return found;
+    }
+    return nullptr;
+}
+
+void letTransitionsRun()
+{
+    DispatchQueue::main().runUntilIdle();
+}
+
+struct Fingers {
+    BlendPhotoViewController& editor;
+
+    void operator()(const MoveStep& step) const
+    {
+        if (auto* pan = recognizerOf<UIPanGestureRecognizer>(editor.currentImageView()))
+            pan->perform(step.translation, &editor.saveTheImg());
+    }
+    void operator()(const ZoomStep& step) const
+    {
+        if (auto* pinch = recognizerOf<UIPinchGestureRecognizer>(editor.currentImageView()))
+            pinch->perform(step.factor);
+    }
+};
+
+} // namespace
+
+BlendScript::BlendScript(double width, double scale)
+{
+    UIScreen::setMain({{width, 2 * width}, scale});
+    registerMainStoryboard();
+    clearPickedImages();
+    m_window.setRootViewController(std::make_shared<UIViewController>());
+    letTransitionsRun();
+}
+
+BlendScript::~BlendScript() = default;
+
+void BlendScript::cropPhoto(UIImage photo, const std::optional<CropStep>& step)
+{
+    const auto screen = UIStoryboard::named("Main")->instantiate<PinchZoomViewController>("PinchZoomViewController");
+    screen->pickedImage = std::move(photo);
+    m_window.rootViewController()->present(screen, false);
+    letTransitionsRun();
+    if (step) {
+        screen->scrollView().setZoomScale(step->zoom);
+        screen->scrollView().setContentOffset(step->offset);
+    }
+    screen->doneButton();
+    letTransitionsRun();
+    m_editor = std::dynamic_pointer_cast<BlendPhotoViewController>(screen->presentedViewController());
+}
+
+void BlendScript::perform(const BlendStep& step)
+{
+    if (m_editor)
+        std::visit(Fingers{*m_editor}, step);
+}
+
+UIImage BlendScript::flattened()
+{
+    return m_editor ? m_editor->flattened() : UIImage();
+}
+
+} // namespace lamina

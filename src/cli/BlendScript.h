@@ -1,0 +1,49 @@
+#pragma once
+
+#include "platform/base/CGGeometry.h"
+#include "platform/image/UIImage.h"
+#include "platform/view/UIWindow.h"
+
+#include <memory>
+#include <optional>
+#include <variant>
+
+namespace lamina {
+
+class BlendPhotoViewController;
+
+/// Where a photo stands in its crop square: zoom from 1 to 6, and the content offset in points after the zoom, which is
+/// clamped to what the photo allows.
+struct CropStep {
+    double zoom = 1;
+    CGPoint offset;
+};
+struct MoveStep {
+    CGPoint translation; ///< points
+};
+struct ZoomStep {
+    double factor = 1;
+};
+/// What is done to the second photo, as fingers would do it.
+using BlendStep = std::variant<MoveStep, ZoomStep>;
+
+/// Goes through the screens of a blend without a window, as a person would: crop, done, crop, done, gestures. One at a time;
+/// on the main thread, whose queue it pumps.
+class BlendScript {
+public:
+    /// The screen that the controllers see: `width` points, `scale` pixels a point.
+    BlendScript(double width, double scale);
+    ~BlendScript();
+
+    /// The first and then the second photo, upright. Without a step the crop screen is left as it opens.
+    void cropPhoto(UIImage photo, const std::optional<CropStep>& step);
+    /// After both photos.
+    void perform(const BlendStep& step);
+    UIImage flattened();
+
+private:
+    UIWindow m_window; ///< no window is opened: it only owns the screens
+    std::shared_ptr<BlendPhotoViewController> m_editor;
+};
+
+} // namespace lamina

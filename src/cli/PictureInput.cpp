@@ -1,0 +1,67 @@
+#include "cli/PictureInput.h"
+
+#include "platform/image/PictureDecoding.h"
+
+#include <cerrno>
+#include <cstring>
+#include <unistd.h>
+#include <vector>
+
+namespace lamina {
+
+namespace {
+
+constexpr const char* kStandardInput = "standard input";
+
+// Standard input has no size to ask for; what no photo reaches is refused while it is read.
+constexpr std::size_t kMaximumInput = std::size_t{256} << 20;
+
+Result<std::vector<std::uint8_t>> readStandardInput()
+{
+    std::vector<std::uint8_t> bytes;
+    std::size_t used = 0;
+    for (;;) {
+        if (used == bytes.size()) {
+            if (used == kMaximumInput)
+                return Error{kStandardInput, "the file is too large"};
+            bytes.resize(used == 0 ? std::size_t{1} << 20 : used * 2);
+        }
+        const ssize_t got = ::read(STDIN_FILENO, bytes.data() + used, bytes.size() - used);
+        if (got < 0 && errno == EINTR)
+            continue;
+        if (got < 0)
+            return Error{kStandardInput, std::strerror(errno)};
+        if (got == 0)
+            break;
+        used += static_cast<std::size_t>(got);
+    }
+    bytes.resize(used);
+    return bytes;
+}
+
+Result<UIImage> decode(const std::string& path, const DecodeOptions& options)
+{
+    if (path != "-")
+        return loadPicture(path, options);
+    const Result<std::vector<std::uint8_t>> bytes = readStandardInput();
+    if (!bytes)
+        return bytes.error();
+    return decodePicture(*bytes, kStandardInput, options);
+}
+
+} // namespace
+
+Result<UIImage> readPicture(const std::string& path, int shortSide)
+{
+    DecodeOptions options;
+    options.shortSide = shortSide;
+    Result<UIImage> picture = decode(path, options);
+    if (!picture)
+        return picture;
+    UIImage upright = picture->upright();
+    if (!upright)
+        return Error{path, "not enough memory"};
+    return upright;
+}
+
+} // namespace lamina

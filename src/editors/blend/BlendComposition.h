@@ -1,0 +1,58 @@
+#pragma once
+
+#include "editors/blend/PickedImages.h"
+#include "platform/base/CGAffineTransform.h"
+#include "platform/base/UIColor.h"
+#include "platform/image/UIImage.h"
+
+#include <array>
+#include <cstddef>
+#include <optional>
+
+namespace lamina {
+
+/// Alpha of a photo that nobody has changed: with both at a half, both show through alike.
+inline constexpr double kBlendPhotoAlpha = 0.5;
+
+/// One photo of a blend.
+struct BlendPhoto {
+    UIImage actualImage; ///< as it came in, square, one pixel a point; what a reset goes back to
+    PhotoCrop crop;      ///< how it was cut from the original
+    UIImage image;       ///< as it is shown now, after turns and tone changes
+    CGAffineTransform transform;
+    double alpha = kBlendPhotoAlpha;
+};
+
+/// All that a person has done to a blend: a small value (pictures share their pixels) from which the view tree can be built
+/// again at any time.
+struct BlendComposition {
+    /// `photos[0]` is the first photo.
+    std::array<BlendPhoto, 2> photos;
+    /// Indices into `photos`, the lower one first.
+    std::array<std::size_t, 2> order = {1, 0};
+    /// None: clear.
+    std::optional<UIColor> backdrop;
+
+    /// The two selection buttons.
+    bool photo1Selected = false;
+    bool photo2Selected = false;
+    /// Index of the photo that gestures act on, and the tools while no button is selected.
+    std::size_t current = 1;
+
+    /// Move mode is on.
+    bool panBool = false;
+    /// The tool strip was opened.
+    bool toolBool = false;
+    /// The snapshot for this slider is taken.
+    bool contrastBool = false;
+    bool brightBool = false;
+    bool opacityBool = false;
+    /// The snapshots that the contrast and brightness sliders work from; the second serves while both photos are selected.
+    UIImage applyFxOnImage1;
+    UIImage applyFxOnImage2;
+
+    /// Takes photo `index` to the top of the stack.
+    void bringToFront(std::size_t index) { order = {1 - index, index}; }
+};
+
+} // namespace lamina

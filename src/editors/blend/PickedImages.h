@@ -1,0 +1,30 @@
+#pragma once
+
+#include "platform/base/CGGeometry.h"
+#include "platform/image/UIImage.h"
+
+namespace lamina {
+
+/// Where a photo stood in the crop square when it was cut out of it; enough to cut it again from a larger original.
+struct PhotoCrop {
+    CGSize photoSize;      ///< points, as shown upright
+    double squareSide = 0; ///< points
+    double zoomScale = 1;
+    CGPoint contentOffset; ///< points after the zoom, from the photo's top left
+
+    friend bool operator==(const PhotoCrop&, const PhotoCrop&) = default;
+};
+
+/// The two slots through which the crop screen hands its photos to the blend editor. An empty `firstPickedImage` means that
+/// the first photo is still wanted. Process-wide; main thread only.
+extern UIImage firstPickedImage;
+extern UIImage secondPickedImage;
+
+/// How the photo in the slot of the same number was cropped.
+extern PhotoCrop firstPickedCrop;
+extern PhotoCrop secondPickedCrop;
+
+/// Empties both slots: the next photo taken is the first one again.
+void clearPickedImages();
+
+} // namespace lamina

@@ -1,0 +1,172 @@
+#include "app/PinchZoomViewController.h"
+
+#include "TestPictures.h"
+#include "app/MainStoryboard.h"
+#include "editors/blend/BlendPhotoViewController.h"
+#include "platform/base/DispatchQueue.h"
+#include "platform/base/UIScreen.h"
+#include "platform/view/UIStoryboard.h"
+
+#include <cmath>
+#include <gtest/gtest.h>
+
+namespace lamina {
+namespace {
+
+using test::difference;
+using test::pixelAt;
+using test::rampPicture;
+using test::Rgba;
+
+constexpr int kSide = 375;
+
+class CropScreen : public testing::Test {
+protected:
+    void SetUp() override
+    {
+        UIScreen::setMain({{kSide, 667}, 3});
+        registerMainStoryboard();
+        clearPickedImages();
+        root = std::make_shared<UIViewController>();
+    }
+    void TearDown() override
+    {
+        DispatchQueue::main().runUntilIdle();
+        clearPickedImages();
+    }
+
+    std::shared_ptr<PinchZoomViewController> open(const CGImage& photo)
+    {
+        const auto screen =
+            UIStoryboard::named("Main")->instantiate<PinchZoomViewController>("PinchZoomViewController");
+        screen->pickedImage = UIImage(photo);
+        root->present(screen, true);
+        DispatchQueue::main().runUntilIdle();
+        return screen;
+    }
+
+    std::shared_ptr<UIViewController> root;
+};
+
+struct LayoutCase {
+    int width;
+    int height;
+    CGSize imageView;
+    CGSize content;
+    CGPoint farthest; ///< the offset that a very large one is clamped to
+};
+
+TEST_F(CropScreen, ThePhotoFillsTheSquareOnItsShorterSide)
+{
+    const LayoutCase table[] = {
+        {400, 300, {500, 375}, {500, 281.25}, {125, 0}},
+        {300, 400, {375, 500}, {281.25, 500}, {0, 125}},
+        {200, 200, {375, 375}, {375, 375}, {0, 0}},
+        {3000, 10, {112500, 375}, {112500, 1.25}, {112125, 0}},
+    };
+    for (const LayoutCase& c : table) {
+        SCOPED_TRACE(testing::Message() << c.width << " × " << c.height);
+        const auto screen = open(rampPicture(c.width, c.height, 0));
+        EXPECT_EQ(screen->containerImageView().frame(), (CGRect{{0, 0}, c.imageView}));
+        EXPECT_EQ(screen->scrollView().contentSize(), c.content);
+        EXPECT_EQ(screen->scrollView().contentOffset(), (CGPoint{0, 0}));
+        screen->scrollView().setContentOffset({1e6, 1e6});
+        EXPECT_EQ(screen->scrollView().contentOffset(), c.farthest);
+        root->dismiss(false);
+        DispatchQueue::main().runUntilIdle();
+    }
+}
+
+TEST_F(CropScreen, OnceZoomedTheWholePhotoCanBeReached)
+{
+    const auto screen = open(rampPicture(400, 300, 0));
+    screen->scrollView().setZoomScale(9);
+    EXPECT_EQ(screen->scrollView().zoomScale(), 6);
+    screen->scrollView().setZoomScale(2);
+    EXPECT_EQ(screen->scrollView().contentSize(), (CGSize{1000, 750}));
+    screen->scrollView().setContentOffset({1e6, 1e6});
+    EXPECT_EQ(screen->scrollView().contentOffset(), (CGPoint{625, 375}));
+}
+
+TEST_F(CropScreen, TheCropIsWhatTheSquareShowsOnePixelAPoint)
+{
+    const auto screen = open(rampPicture(800, 600, 77));
+    screen->scrollView().setZoomScale(2);
+    screen->scrollView().setContentOffset({310, 140});
+    screen->doneButton();
+    DispatchQueue::main().runUntilIdle();
+
+    ASSERT_EQ(firstPickedImage.pixelSize(), (IntSize{kSide, kSide}));
+    EXPECT_EQ(firstPickedImage.scale(), 1);
+    EXPECT_FALSE(secondPickedImage);
+    EXPECT_EQ(firstPickedCrop, (PhotoCrop{{800, 600}, kSide, 2, {310, 140}}));
+    EXPECT_FALSE(root->presentedViewController());
+    // 600 pixels fill 375 points at zoom 1, so a point is 0.8 pixels of the photo now.
+    const auto level = [](double place, double length) {
+        return static_cast<std::uint8_t>(std::lround(place / length * 255));
+    };
+    for (int y = 5; y < kSide; y += 40) {
+        for (int x = 5; x < kSide; x += 40) {
+            const Rgba wanted{level((x + 0.5 + 310) * 0.8, 800), level((y + 0.5 + 140) * 0.8, 600), 77, 255};
+            ASSERT_LE(difference(pixelAt(firstPickedImage.cgImage(), x, y), wanted), 1) << x << ", " << y;
+        }
+    }
+}
+
+TEST_F(CropScreen, TheSecondCropOpensTheEditor)
+{
+    open(rampPicture(40, 30, 10))->doneButton();
+    DispatchQueue::main().runUntilIdle();
+    const auto second = open(rampPicture(30, 40, 200));
+    second->doneButton();
+    DispatchQueue::main().runUntilIdle();
+    EXPECT_TRUE(secondPickedImage);
+    const auto editor = std::dynamic_pointer_cast<BlendPhotoViewController>(second->presentedViewController());
+    ASSERT_TRUE(editor);
+    EXPECT_TRUE(editor->imgView1().image().isIdenticalTo(firstPickedImage));
+    EXPECT_TRUE(editor->imgView2().image().isIdenticalTo(secondPickedImage));
+    EXPECT_EQ(editor->composition().photos[1].crop.photoSize, (CGSize{30, 40}));
+}
+
+TEST_F(CropScreen, BackGivesUpTheFirstPhotoToo)
+{
+    open(rampPicture(40, 30, 10))->doneButton();
+    DispatchQueue::main().runUntilIdle();
+    ASSERT_TRUE(firstPickedImage);
+    open(rampPicture(30, 40, 200))->backButton();
+    DispatchQueue::main().runUntilIdle();
+    EXPECT_FALSE(firstPickedImage);
+    EXPECT_FALSE(root->presentedViewController());
+}
+
+TEST_F(CropScreen, FreeHandlersConsumeTheirGestures)
+{
+    const auto screen = open(rampPicture(40, 30, 10));
+    auto moved = std::make_shared<UIView>(CGRect{10, 10, 20, 20});
+    screen->view().addSubview(moved);
+    auto pan = std::make_shared<UIPanGestureRecognizer>();
+    pan->addTarget(screen.get(), &PinchZoomViewController::handlePan);
+    moved->addGestureRecognizer(pan);
+    pan->perform({7, -3}, &screen->view());
+    EXPECT_EQ(moved->center(), (CGPoint{27, 17}));
+    auto pinch = std::make_shared<UIPinchGestureRecognizer>();
+    pinch->addTarget(screen.get(), &PinchZoomViewController::handlePinch);
+    moved->addGestureRecognizer(pinch);
+    pinch->perform(2);
+    pinch->perform(1.5);
+    EXPECT_EQ(moved->transform(), CGAffineTransform::scaling(3, 3));
+    // Nothing of the screen's own calls them: the photo has no recogniser but the scroll view's.
+    EXPECT_TRUE(screen->containerImageView().gestureRecognizers().empty());
+}
+
+TEST_F(CropScreen, WithoutAPhotoTheSquareIsEmptyAndNothingBreaks)
+{
+    const auto screen = open(CGImage());
+    EXPECT_EQ(screen->containerImageView().frame(), (CGRect{0, 0, kSide, kSide}));
+    screen->doneButton();
+    DispatchQueue::main().runUntilIdle();
+    EXPECT_TRUE(firstPickedImage);
+}
+
+} // namespace
+} // namespace lamina
