@@ -134,7 +134,7 @@ public:
 private:
     friend class DispatchQueue;
     struct MainState;
-    explicit MainQueue(std::shared_ptr<MainState> state);
+    explicit MainQueue(const std::shared_ptr<MainState>& state);
     bool mayPump();
 
     MainState* m_main;

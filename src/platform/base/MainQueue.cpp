@@ -64,7 +64,7 @@ MainQueue& DispatchQueue::main()
     return *queue;
 }
 
-MainQueue::MainQueue(std::shared_ptr<MainState> state)
+MainQueue::MainQueue(const std::shared_ptr<MainState>& state)
     : DispatchQueue(state)
     , m_main(state.get())
 {

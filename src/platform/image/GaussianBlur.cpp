@@ -21,12 +21,14 @@ std::vector<float> gaussianWeights(double sigma)
 {
     const int reach = blurReach(sigma);
     std::vector<double> exact;
+    exact.reserve(2 * static_cast<std::size_t>(reach) + 1);
     double sum = 0;
     for (int i = -reach; i <= reach; ++i) {
         exact.push_back(std::exp(-i * i / (2 * sigma * sigma)));
         sum += exact.back();
     }
     std::vector<float> weights;
+    weights.reserve(exact.size());
     for (const double w : exact)
         weights.push_back(static_cast<float>(w / sum));
     return weights;

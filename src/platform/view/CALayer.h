@@ -95,8 +95,9 @@ public:
     void insertSublayer(std::shared_ptr<CALayer> layer, std::size_t index);
     void removeFromSuperlayer();
 
-    /// Draws this layer and all above it with its bounds' top left at the origin of user space: its position and transform in
-    /// the parent do not count; opacity, mask, clip and shadow do. A hidden layer draws nothing.
+    /// Draws this layer and all above it in its own coordinates: its position and transform in the parent do not count;
+    /// opacity, mask, clip and shadow do. Where the bounds don't begin at (0, 0), as in a view that was scrolled, whoever
+    /// wants their top left at the origin translates the context first. A hidden layer draws nothing.
     void renderInContext(CGContext& context) const;
 
     /// Grows with every change of this layer itself (not of its sublayers); never the same for two layers' states.

@@ -87,6 +87,7 @@ void CanvasRenderer::paint(const IntRect& area)
     m_context->saveGState();
     m_context->clipToRect(points);
     m_context->clearRect(points);
+    m_context->translateCTM(-m_root->bounds().minX(), -m_root->bounds().minY());
     LayerRenderer(*m_context).render(m_root->layer());
     m_context->restoreGState();
 }

@@ -12,7 +12,8 @@ namespace lamina {
 /// What a window shows of a view tree: a bitmap that is kept up to date by painting again only what has changed.
 ///
 /// The bitmap holds the root view's bounds; the root's own position and transform don't count. Its bytes are always those that
-/// painting everything would give, and those of `CALayer::renderInContext` in an image context of the same size and scale.
+/// painting everything would give, and those of `CALayer::renderInContext` in an image context of the same size and scale whose origin is
+/// the bounds' top left.
 /// Several renderers may show one tree. Main thread.
 class CanvasRenderer {
 public:

@@ -49,7 +49,6 @@ LayerRenderer::LayerRenderer(CGContext& context)
 void LayerRenderer::render(const CALayer& layer)
 {
     const SavedState saved(m_context);
-    m_context.translateCTM(-layer.bounds().minX(), -layer.bounds().minY());
     draw(layer, 1);
 }
 

@@ -15,7 +15,7 @@ public:
     /// The context must outlive the renderer.
     explicit LayerRenderer(CGContext& context);
 
-    /// The layer and all above it, its bounds' top left at the origin of user space.
+    /// The layer and all above it, its own coordinates being those of user space.
     void render(const CALayer& layer);
 
     /// What the layer paints of itself, in its own coordinates, without shadow. Empty when that is nothing.

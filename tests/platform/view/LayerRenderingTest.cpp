@@ -116,6 +116,9 @@ TEST(LayerRendering, PlacesLayersByPositionTransformAndBoundsOrigin)
     mark->setAffineTransform({});
     root->setBounds({3, -2, 20, 20}); // scrolled: contents move the other way
     expectCorner(5, 11);
+    std::optional<CGContext> still = CGContext::image({20, 20}, false, 1);
+    root->renderInContext(*still); // in the layer's own coordinates nothing moves
+    expectPixel(still->makeImage(), 8, 9, {20, 10, 90, 255});
 
     const auto turned = makeLayer({0, 0, 20, 20});
     turned->addSublayer(makeLayer({5, 5, 10, 10}, kRed));

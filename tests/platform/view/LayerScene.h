@@ -27,6 +27,7 @@ inline CGImage rendered(const CALayer& layer, double scale = 1, const std::optio
         context->setFillColor(*backdrop);
         context->fillRect({0, 0, layer.bounds().size.width, layer.bounds().size.height});
     }
+    context->translateCTM(-layer.bounds().minX(), -layer.bounds().minY());
     layer.renderInContext(*context);
     return context->makeImage();
 }

@@ -3,8 +3,10 @@
 #include "platform/image/codecs/SampleConversion.h"
 
 #include <algorithm>
+#include <cassert>
 #include <cmath>
 #include <cstring>
+#include <numeric>
 
 namespace lamina {
 
@@ -105,9 +107,8 @@ void readAlpha(const TIFFFile& file, TIFFLayout& layout)
 
 std::vector<int> TIFFLayout::usedSamples() const
 {
-    std::vector<int> used;
-    for (int i = 0; i < colorSamples(); ++i)
-        used.push_back(i);
+    std::vector<int> used(static_cast<std::size_t>(colorSamples()));
+    std::iota(used.begin(), used.end(), 0);
     if (alpha != Alpha::None)
         used.push_back(alphaSample);
     return used;
@@ -164,6 +165,7 @@ TIFFRowConverter::TIFFRowConverter(const TIFFLayout& layout, int width, std::opt
 void TIFFRowConverter::unpackBits(const std::uint8_t* in, std::size_t count, std::uint16_t* out, std::size_t step) const
 {
     const auto bits = static_cast<unsigned>(m_layout.bits);
+    assert(bits > 0 && bits < 32);
     const std::uint32_t largest = (1u << bits) - 1;
     const bool isIndex = m_layout.color == TIFFLayout::Color::Palette;
     std::uint32_t pending = 0;
