@@ -118,7 +118,7 @@ struct TouchDispatcher::Touches {
         UIView* const hit = rootView.hitTest(point);
         if (!hit)
             return nullptr;
-        const auto touch = std::make_shared<UITouch>();
+        auto touch = std::make_shared<UITouch>();
         touch->id = id;
         touch->location = rootView.convertPointToView(point, nullptr);
         touch->startLocation = touch->previousLocation = touch->location;
