@@ -4,6 +4,8 @@
 #include "platform/base/UIScreen.h"
 #include "platform/image/CGContext.h"
 
+#include <utility>
+
 namespace lamina {
 
 PinchZoomViewController::PinchZoomViewController() = default;
@@ -12,6 +14,7 @@ PinchZoomViewController::~PinchZoomViewController() = default;
 void PinchZoomViewController::viewDidLoad()
 {
     UIViewController::viewDidLoad();
+    m_step = firstPickedImage ? 2 : 1;
     m_side = UIScreen::main().bounds.width;
     const CGRect square{0, 0, m_side, m_side};
     m_containerView = std::make_shared<UIView>(square);
@@ -51,6 +54,50 @@ UIView* PinchZoomViewController::viewForZoomingInScrollView(UIScrollView&)
     return m_containerImageView.get();
 }
 
+void PinchZoomViewController::scrollViewDidZoom(UIScrollView&)
+{
+    emit zoomScaleChanged();
+}
+
+std::shared_ptr<UIView> PinchZoomViewController::canvasView()
+{
+    view();
+    return m_containerView;
+}
+
+double PinchZoomViewController::zoomScale() const
+{
+    return m_scrollView ? m_scrollView->zoomScale() : 1.0;
+}
+
+void PinchZoomViewController::setZoomScale(double scale)
+{
+    if (m_scrollView)
+        m_scrollView->setZoomScale(scale);
+}
+
+void PinchZoomViewController::nudge(double dx, double dy)
+{
+    if (!m_scrollView)
+        return;
+    const CGPoint offset = m_scrollView->contentOffset();
+    m_scrollView->setContentOffset({offset.x - dx, offset.y - dy});
+}
+
+void PinchZoomViewController::zoomBy(double factor)
+{
+    setZoomScale(zoomScale() * factor);
+}
+
+void PinchZoomViewController::toggleZoom(double x, double y)
+{
+    if (!m_scrollView)
+        return;
+    constexpr double kCloseUp = 2.0;
+    const CGPoint offset = m_scrollView->contentOffset();
+    m_scrollView->zoomToScale(zoomScale() > 1.0 ? 1.0 : kCloseUp, {x + offset.x, y + offset.y});
+}
+
 bool PinchZoomViewController::gestureRecognizer(UIGestureRecognizer&, UIGestureRecognizer&)
 {
     return true;
@@ -58,12 +105,17 @@ bool PinchZoomViewController::gestureRecognizer(UIGestureRecognizer&, UIGestureR
 
 void PinchZoomViewController::backButton()
 {
+    if (std::exchange(m_leaving, true))
+        return;
     dismiss(true);
     clearPickedImages();
 }
 
 void PinchZoomViewController::doneButton()
 {
+    if (m_leaving || presentedViewController())
+        return;
+    view(); // without it there is no square to cut
     const bool had = static_cast<bool>(firstPickedImage);
     const UIImage image = croppedImage();
     if (!image) {
@@ -73,6 +125,7 @@ void PinchZoomViewController::doneButton()
     if (!had) {
         firstPickedImage = image;
         firstPickedCrop = crop();
+        m_leaving = true;
         dismiss(true);
         return;
     }

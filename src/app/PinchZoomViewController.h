@@ -21,6 +21,11 @@ class PinchZoomViewController : public UIViewController,
                                 public UIScrollViewDelegate,
                                 public UIGestureRecognizerDelegate {
     Q_OBJECT
+    Q_PROPERTY(double zoomScale READ zoomScale WRITE setZoomScale NOTIFY zoomScaleChanged FINAL)
+    Q_PROPERTY(double minimumZoomScale READ minimumZoomScale CONSTANT FINAL)
+    Q_PROPERTY(double maximumZoomScale READ maximumZoomScale CONSTANT FINAL)
+    Q_PROPERTY(int step READ step CONSTANT FINAL)
+
 public:
     PinchZoomViewController();
     ~PinchZoomViewController() override;
@@ -32,16 +37,33 @@ public:
     void viewDidLoad() override;
 
     /// Leaves without a crop, and gives up a first photo that was taken already.
-    void backButton();
+    Q_INVOKABLE void backButton();
     /// Cuts the photo. The first crop goes to the first slot and the screen is dismissed; the second goes to the second slot and the
     /// blend editor opens. Nothing happens when memory is short.
-    void doneButton();
+    Q_INVOKABLE void doneButton();
+
+    /// 1 while the first photo of the blend is cropped, 2 for the second. As it was when the view loaded.
+    int step() const { return m_step; }
+    double zoomScale() const;
+    /// Zooms about the middle of the square, within the limits.
+    void setZoomScale(double scale);
+    double minimumZoomScale() const { return 1.0; }
+    double maximumZoomScale() const { return kMaximumCropZoom; }
+
+    /// What keys and double taps do: scrolls so that the photo moves by points; zooms about the middle; goes in twice at a point of
+    /// the square or, when zoomed already, all the way out.
+    Q_INVOKABLE void nudge(double dx, double dy);
+    Q_INVOKABLE void zoomBy(double factor);
+    Q_INVOKABLE void toggleZoom(double x, double y);
+
+    std::shared_ptr<UIView> canvasView() override;
 
     /// Attached to nothing here; for any recogniser whose view is to be moved or scaled. Each event adds its increment.
     void handlePan(UIPanGestureRecognizer& gesture);
     void handlePinch(UIPinchGestureRecognizer& gesture);
 
     UIView* viewForZoomingInScrollView(UIScrollView& scrollView) override;
+    void scrollViewDidZoom(UIScrollView& scrollView) override;
     bool gestureRecognizer(UIGestureRecognizer& recognizer,
                            UIGestureRecognizer& shouldRecognizeSimultaneouslyWithGestureRecognizer) override;
 
@@ -51,12 +73,17 @@ public:
     /// Height of the square, points.
     double containerViewHeightConstraint() const { return m_side; }
 
+signals:
+    void zoomScaleChanged();
+
 private:
     void layOutPhoto();
     UIImage croppedImage();
     PhotoCrop crop() const;
 
-    double m_side = 0; ///< S
+    int m_step = 1;
+    bool m_leaving = false; ///< an impatient second press must not take the photo for the other step
+    double m_side = 0;      ///< S
     std::shared_ptr<UIView> m_containerView;
     std::shared_ptr<UIScrollView> m_scrollView;
     std::shared_ptr<UIImageView> m_containerImageView;

@@ -1,8 +1,11 @@
 #include "cli/BlendCommand.h"
 #include "cli/Interruption.h"
+#include "cli/WindowLauncher.h"
 
 #include <CLI/CLI.hpp>
 #include <cstdio>
+#include <string>
+#include <vector>
 
 using namespace lamina;
 
@@ -25,10 +28,15 @@ int main(int argc, char** argv)
 {
     installInterruptionHandlers();
 
-    CLI::App application("Composes photos: blends two into one, from the shell.", "lamina");
+    CLI::App application("Composes photos. Without a subcommand it opens the window; with one it works from the shell.", "lamina");
     application.set_version_flag("--version", "lamina " LAMINA_VERSION, "Print the version and leave");
     application.set_help_flag("-h,--help", "Print this help and leave");
-    application.require_subcommand(1);
+    application.require_subcommand(0, 1);
+    std::string screen;
+    std::string photos;
+    application.add_option("--screen", screen, "Open the window with this screen: home, two, three or blend")
+        ->check(CLI::IsMember({"home", "two", "three", "blend"}));
+    application.add_option("--photos", photos, "The folder in which choosing a photo starts")->type_name("DIR");
     application.footer(
         "Exit codes: 0 good, 1 failed, 2 wrong usage, 3 an input is missing, unreadable or unsupported,\n"
         "4 an output can't be written, 130 interrupted.");
@@ -39,5 +47,12 @@ int main(int argc, char** argv)
     } catch (const CLI::ParseError& error) {
         return usageError(application, error);
     }
-    return static_cast<int>(blend.run());
+    if (application.got_subcommand("blend"))
+        return static_cast<int>(blend.run());
+    std::vector<std::string> window;
+    if (!screen.empty())
+        window.insert(window.end(), {"--screen", screen});
+    if (!photos.empty())
+        window.insert(window.end(), {"--photos", photos});
+    return static_cast<int>(becomeWindow(window));
 }

@@ -139,6 +139,53 @@ TEST_F(CropScreen, BackGivesUpTheFirstPhotoToo)
     EXPECT_FALSE(root->presentedViewController());
 }
 
+TEST_F(CropScreen, TheZoomCanBeReadSetAndFollowed)
+{
+    const auto screen = open(rampPicture(400, 300, 0)); // fills the square at 500 × 375
+    int heard = 0;
+    QObject::connect(screen.get(), &PinchZoomViewController::zoomScaleChanged, [&] { ++heard; });
+    screen->setProperty("zoomScale", 2.0);
+    EXPECT_EQ(screen->scrollView().zoomScale(), 2);
+    // About the middle of the square: what stood at (187.5, 187.5) still does.
+    EXPECT_EQ(screen->scrollView().contentOffset(), (CGPoint{187.5, 187.5}));
+    screen->scrollView().setZoomScale(3);
+    EXPECT_EQ(screen->property("zoomScale").toDouble(), 3);
+    EXPECT_EQ(heard, 2);
+    screen->zoomBy(100);
+    EXPECT_EQ(screen->zoomScale(), screen->property("maximumZoomScale").toDouble());
+    screen->zoomBy(0);
+    EXPECT_EQ(screen->zoomScale(), screen->property("minimumZoomScale").toDouble());
+    EXPECT_EQ(heard, 4);
+    EXPECT_EQ(screen->canvasView()->frame(), (CGRect{0, 0, kSide, kSide}));
+    EXPECT_EQ(screen->scrollView().superview(), screen->canvasView().get());
+}
+
+TEST_F(CropScreen, KeysMoveThePhotoAndADoubleTapGoesInAndOut)
+{
+    const auto screen = open(rampPicture(400, 300, 0));
+    screen->nudge(-30, 50); // to the left; upright there is nothing to scroll
+    EXPECT_EQ(screen->scrollView().contentOffset(), (CGPoint{30, 0}));
+    screen->toggleZoom(100, 300);
+    EXPECT_EQ(screen->zoomScale(), 2);
+    // What was under the finger, (130, 300) of the content, stays under it.
+    EXPECT_EQ(screen->scrollView().contentOffset(), (CGPoint{160, 300}));
+    screen->toggleZoom(0, 0);
+    EXPECT_EQ(screen->zoomScale(), 1);
+}
+
+TEST_F(CropScreen, AnImpatientSecondPressTakesNothing)
+{
+    const auto screen = open(rampPicture(40, 30, 10));
+    screen->doneButton();
+    screen->doneButton();
+    screen->backButton();
+    DispatchQueue::main().runUntilIdle();
+    EXPECT_TRUE(firstPickedImage);
+    EXPECT_FALSE(secondPickedImage);
+    EXPECT_FALSE(screen->presentedViewController());
+    EXPECT_FALSE(root->presentedViewController());
+}
+
 TEST_F(CropScreen, FreeHandlersConsumeTheirGestures)
 {
     const auto screen = open(rampPicture(40, 30, 10));

@@ -55,4 +55,8 @@ struct BlendComposition {
     void bringToFront(std::size_t index) { order = {1 - index, index}; }
 };
 
+/// Whether both give the same picture: the same photos (in memory), transforms, alphas, order and backdrop. A clear backdrop
+/// shows the white paper, so it counts as white. Selection, modes and snapshots don't show.
+bool looksAlike(const BlendComposition& one, const BlendComposition& other);
+
 } // namespace lamina

@@ -1,8 +1,8 @@
 #include "editors/blend/BlendPhotoViewController.h"
 
+#include "editors/blend/BlendToolList.h"
 #include "platform/base/Localization.h"
 #include "platform/base/UIScreen.h"
-#include "platform/image/CGContext.h"
 #include "platform/view/UIAlertController.h"
 
 namespace lamina {
@@ -24,7 +24,11 @@ std::shared_ptr<View> makeSquareView(double side)
 
 } // namespace
 
-BlendPhotoViewController::BlendPhotoViewController() = default;
+BlendPhotoViewController::BlendPhotoViewController()
+    : m_tools(blendToolList(m_toolBar))
+{
+}
+
 BlendPhotoViewController::~BlendPhotoViewController() = default;
 
 void BlendPhotoViewController::viewDidLoad()
@@ -46,13 +50,14 @@ void BlendPhotoViewController::viewDidLoad()
     m_stickerHandleTag = kFirstStickerTag;
     m_stickerTags.clear();
     createLayout();
+    m_history.start(m_composition);
+    tell();
 }
 
-void BlendPhotoViewController::setComposition(const BlendComposition& composition)
+std::shared_ptr<UIView> BlendPhotoViewController::canvasView()
 {
-    m_composition = composition;
-    buildTree();
-    emit changed();
+    view();
+    return m_baseView;
 }
 
 void BlendPhotoViewController::createLayout()
@@ -66,7 +71,7 @@ void BlendPhotoViewController::createLayout()
     m_composition.current = kSecond;
     m_composition.backdrop.reset();
     buildTree();
-    panBtn();
+    enterMoveMode();
 }
 
 void BlendPhotoViewController::buildTree()
@@ -99,6 +104,7 @@ void BlendPhotoViewController::buildTree()
 
 void BlendPhotoViewController::photo1()
 {
+    cancelGestures();
     const bool was = m_composition.photo1Selected;
     m_composition.photo1Selected = !was;
     m_composition.photo2Selected = was;
@@ -108,11 +114,13 @@ void BlendPhotoViewController::photo1()
         showNotMovableAlert();
     }
     m_composition.opacityBool = m_composition.brightBool = m_composition.contrastBool = false;
-    emit changed();
+    m_history.record(m_composition);
+    tell();
 }
 
 void BlendPhotoViewController::photo2()
 {
+    cancelGestures();
     m_composition.photo1Selected = m_composition.photo2Selected;
     m_composition.photo2Selected = !m_composition.photo2Selected;
     if (m_composition.panBool) {
@@ -121,7 +129,8 @@ void BlendPhotoViewController::photo2()
         m_composition.photo2Selected = true;
     }
     m_composition.opacityBool = m_composition.brightBool = m_composition.contrastBool = false;
-    emit changed();
+    m_history.record(m_composition);
+    tell();
 }
 
 void BlendPhotoViewController::showNotMovableAlert()
@@ -133,14 +142,24 @@ void BlendPhotoViewController::showNotMovableAlert()
 
 void BlendPhotoViewController::resetBtn()
 {
+    cancelGestures();
     m_composition.panBool = false;
     createLayout();
     m_toolBar.setActiveTool(BlendTool::Reset);
     hidePanels();
-    emit changed();
+    m_history.record(m_composition);
+    tell();
 }
 
 void BlendPhotoViewController::panBtn()
+{
+    cancelGestures();
+    enterMoveMode();
+    m_history.record(m_composition); // another photo may lie on top now
+    tell();
+}
+
+void BlendPhotoViewController::enterMoveMode()
 {
     for (UIImageView* view : {&imgView1(), &imgView2(), &mainImgView()})
         view->setUserInteractionEnabled(true);
@@ -150,7 +169,6 @@ void BlendPhotoViewController::panBtn()
     m_composition.photo2Selected = true;
     m_toolBar.setActiveTool(BlendTool::Pan);
     panBtnFunc();
-    emit changed();
 }
 
 void BlendPhotoViewController::panBtnFunc()
@@ -167,59 +185,6 @@ void BlendPhotoViewController::panBtnFunc()
     bringStickersToFront();
 }
 
-void BlendPhotoViewController::addGesture(UIImageView& view)
-{
-    view.setUserInteractionEnabled(true);
-    auto pan = std::make_shared<UIPanGestureRecognizer>();
-    pan->addTarget(this, &BlendPhotoViewController::handlePan1);
-    view.addGestureRecognizer(pan);
-    auto zoom = std::make_shared<UIPinchGestureRecognizer>();
-    zoom->addTarget(this, &BlendPhotoViewController::pinch);
-    view.addGestureRecognizer(zoom);
-}
-
-void BlendPhotoViewController::handlePan1(UIPanGestureRecognizer& gesture)
-{
-    using State = UIGestureRecognizer::State;
-    const std::optional<std::size_t> photo = photoOf(gesture.view());
-    if (!photo || (gesture.state() != State::Began && gesture.state() != State::Changed))
-        return;
-    const CGPoint t = gesture.translationInView(&saveTheImg());
-    setPhotoTransform(*photo, m_composition.photos[*photo].transform.translated(t.x, t.y));
-    gesture.setTranslation({}, &saveTheImg());
-}
-
-void BlendPhotoViewController::pinch(UIPinchGestureRecognizer& gesture)
-{
-    const std::optional<std::size_t> photo = photoOf(gesture.view());
-    if (!photo)
-        return;
-    setPhotoTransform(*photo, m_composition.photos[*photo].transform.scaled(gesture.scale(), gesture.scale()));
-    gesture.setScale(1);
-}
-
-void BlendPhotoViewController::rotationGes(UIRotationGestureRecognizer& gesture)
-{
-    const std::optional<std::size_t> photo = photoOf(gesture.view());
-    if (!photo)
-        return;
-    setPhotoTransform(*photo, m_composition.photos[*photo].transform.rotated(gesture.rotation()));
-    gesture.setRotation(0);
-}
-
-UIImage BlendPhotoViewController::flattened()
-{
-    m_composition.backdrop = UIColor::white();
-    m_mainImgView->setBackgroundColor(m_composition.backdrop);
-    emit changed();
-
-    std::optional<CGContext> context = CGContext::image(m_mainImgView->bounds().size, m_mainImgView->isOpaque(), 0);
-    if (!context)
-        return {};
-    m_mainImgView->layer().renderInContext(*context);
-    return context->makeUIImage();
-}
-
 void BlendPhotoViewController::hidePanels()
 {
     const CGRect screen = view().frame();
@@ -234,22 +199,6 @@ void BlendPhotoViewController::bringStickersToFront()
         if (UIView* sticker = view().viewWithTag(tag))
             m_mainImgView->bringSubviewToFront(*sticker);
     }
-}
-
-std::optional<std::size_t> BlendPhotoViewController::photoOf(const UIView* view) const
-{
-    for (const std::size_t index : {kFirst, kSecond}) {
-        if (view == m_imgViews[index].get())
-            return index;
-    }
-    return std::nullopt;
-}
-
-void BlendPhotoViewController::setPhotoTransform(std::size_t photo, const CGAffineTransform& transform)
-{
-    m_composition.photos[photo].transform = transform;
-    m_imgViews[photo]->setTransform(transform);
-    emit changed();
 }
 
 } // namespace lamina

@@ -4,6 +4,7 @@
 
 #include <array>
 #include <cstddef>
+#include <string_view>
 
 namespace lamina {
 
@@ -15,9 +16,11 @@ enum class BlendTool { Reset, Pan, Tools, Effects, Stickers };
 
 /// What one cell of the bar shows.
 struct BlendToolCell {
-    const char* imageName; ///< the "1" variant while its tool is active
+    std::string_view imageName; ///< the "1" variant while its tool is active
     UIColor labelColor;
     UIColor background;
+
+    friend bool operator==(const BlendToolCell&, const BlendToolCell&) = default;
 };
 
 /// The bar's look: which tool was set last, and which cell is grey. A plain value.
@@ -35,6 +38,8 @@ public:
     void setActiveTool(BlendTool tool);
     /// Turns every cell's background clear.
     void clearBackgrounds();
+
+    friend bool operator==(const BlendToolBar&, const BlendToolBar&) = default;
 
 private:
     BlendTool m_active = BlendTool::Pan;

@@ -7,17 +7,18 @@
 
 namespace lamina {
 
-UIAlertController::UIAlertController(std::string title, std::string message)
+UIAlertController::UIAlertController(std::string title, std::string message, Style preferredStyle)
     : m_message(std::move(message))
+    , m_preferredStyle(preferredStyle)
 {
     setTitle(std::move(title));
     setModalPresentationStyle(UIModalPresentationStyle::OverFullScreen);
 }
 
 std::shared_ptr<UIAlertController> UIAlertController::make(std::string title, std::string message,
-                                                           std::vector<UIAlertAction> actions)
+                                                           std::vector<UIAlertAction> actions, Style preferredStyle)
 {
-    auto alert = std::make_shared<UIAlertController>(std::move(title), std::move(message));
+    auto alert = std::make_shared<UIAlertController>(std::move(title), std::move(message), preferredStyle);
     alert->m_actions = std::move(actions);
     return alert;
 }
@@ -25,6 +26,15 @@ std::shared_ptr<UIAlertController> UIAlertController::make(std::string title, st
 void UIAlertController::addAction(UIAlertAction action)
 {
     m_actions.push_back(std::move(action));
+}
+
+QVariantList UIAlertController::actionList() const
+{
+    QVariantList list;
+    for (const UIAlertAction& action : m_actions)
+        list.append(QVariantMap{{QStringLiteral("title"), QString::fromStdString(action.title)},
+                                {QStringLiteral("style"), static_cast<int>(action.style)}});
+    return list;
 }
 
 void UIAlertController::tap(int index)

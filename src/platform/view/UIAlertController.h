@@ -2,11 +2,14 @@
 
 #include "platform/view/UIViewController.h"
 
+#include <QVariantList>
+
 #include <cstddef>
 #include <vector>
 
 namespace lamina {
 
+enum class UIAlertControllerStyle { ActionSheet = 0, Alert = 1 };
 enum class UIAlertActionStyle { Default = 0, Cancel = 1, Destructive = 2 };
 
 /// One button of an alert.
@@ -16,19 +19,30 @@ struct UIAlertAction {
     std::function<void()> handler; ///< may be empty
 };
 
-/// A question over the screen that presents it. The window draws it; its answer comes through tap().
+/// A question over the screen that presents it, in its middle or, as a sheet of choices, at its foot. The window draws it; its
+/// answer comes through tap().
 class UIAlertController : public UIViewController {
     Q_OBJECT
     Q_PROPERTY(QString message READ messageText CONSTANT FINAL)
+    /// A number of UIAlertControllerStyle.
+    Q_PROPERTY(int preferredStyle READ preferredStyleNumber CONSTANT FINAL)
+    /// For each button {title, style}, the style as a number of UIAlertActionStyle.
+    Q_PROPERTY(QVariantList actionList READ actionList CONSTANT FINAL)
 
 public:
-    UIAlertController(std::string title, std::string message);
+    using Style = UIAlertControllerStyle;
+
+    UIAlertController(std::string title, std::string message, Style preferredStyle = Style::Alert);
     /// One with these buttons.
     static std::shared_ptr<UIAlertController> make(std::string title, std::string message,
-                                                   std::vector<UIAlertAction> actions);
+                                                   std::vector<UIAlertAction> actions,
+                                                   Style preferredStyle = Style::Alert);
 
     const std::string& message() const { return m_message; }
     QString messageText() const { return QString::fromStdString(m_message); }
+    Style preferredStyle() const { return m_preferredStyle; }
+    int preferredStyleNumber() const { return static_cast<int>(m_preferredStyle); }
+    QVariantList actionList() const;
     /// In the order in which they were added.
     const std::vector<UIAlertAction>& actions() const { return m_actions; }
     void addAction(UIAlertAction action);
@@ -37,10 +51,11 @@ public:
     /// out of range is logged and ignored, and so is a second choice.
     Q_INVOKABLE void tap(int index);
     /// What Esc and the back key choose: the cancel action, else the only action, else -1.
-    int cancelIndex() const;
+    Q_INVOKABLE int cancelIndex() const;
 
 private:
     std::string m_message;
+    Style m_preferredStyle;
     std::vector<UIAlertAction> m_actions;
     bool m_answered = false;
 };

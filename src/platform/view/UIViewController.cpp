@@ -64,6 +64,12 @@ void UIViewController::setTitle(std::string title)
     emit titleChanged();
 }
 
+QString UIViewController::className() const
+{
+    const QString name = QString::fromLatin1(metaObject()->className());
+    return name.section(QStringLiteral("::"), -1);
+}
+
 void UIViewController::viewWillAppear(bool) {}
 void UIViewController::viewDidAppear(bool) {}
 void UIViewController::viewWillDisappear(bool) {}

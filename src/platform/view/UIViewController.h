@@ -44,6 +44,7 @@ struct UIStoryboardSegue {
 class UIViewController : public QObject, public std::enable_shared_from_this<UIViewController> {
     Q_OBJECT
     Q_PROPERTY(QString title READ titleText NOTIFY titleChanged FINAL)
+    Q_PROPERTY(QString className READ className CONSTANT FINAL)
 
 public:
     using Completion = std::function<void()>;
@@ -55,6 +56,11 @@ public:
     UIView& view();
     std::shared_ptr<UIView> sharedView();
     bool isViewLoaded() const { return m_view != nullptr; }
+
+    /// The part of this screen that a window shows and hit-tests as a canvas; null, the default: none. Loads the view.
+    virtual std::shared_ptr<UIView> canvasView() { return nullptr; }
+    /// The name of this screen's class, without its namespace: what a window finds the screen's layout by.
+    QString className() const;
 
     /// Default empty.
     const std::string& title() const { return m_title; }

@@ -1,29 +1,10 @@
-#include "editors/blend/BlendPhotoViewController.h"
-
-#include "TestPictures.h"
-#include "platform/base/DispatchQueue.h"
-#include "platform/base/UIScreen.h"
+#include "BlendEditorFixture.h"
 #include "platform/view/UIAlertController.h"
 
 #include <cmath>
-#include <gtest/gtest.h>
 
-namespace lamina {
+namespace lamina::test {
 namespace {
-
-using test::difference;
-using test::makePicture;
-using test::pixelAt;
-using test::Rgba;
-
-constexpr int kSide = 64;
-constexpr Rgba kRed{220, 40, 30, 255};
-constexpr Rgba kBlue{40, 60, 200, 255};
-
-UIImage flat(Rgba color)
-{
-    return UIImage(makePicture(kSide, kSide, [=](int, int) { return color; }));
-}
 
 /// a·T + (1 − a)·(b·B + (1 − b)·C) for one pixel, computed in real numbers.
 Rgba over(Rgba top, double a, Rgba bottom, double b, Rgba backdrop)
@@ -34,51 +15,6 @@ Rgba over(Rgba top, double a, Rgba bottom, double b, Rgba backdrop)
             static_cast<std::uint8_t>(std::lround(a * top[i] + (1 - a) * (b * bottom[i] + (1 - b) * backdrop[i])));
     return result;
 }
-
-class BlendEditor : public testing::Test {
-protected:
-    void SetUp() override
-    {
-        UIScreen::setMain({{kSide, 2.0 * kSide}, 2});
-        firstPickedImage = flat(kRed);
-        secondPickedImage = flat(kBlue);
-        editor = std::make_shared<BlendPhotoViewController>();
-        editor->view();
-    }
-    void TearDown() override
-    {
-        DispatchQueue::main().runUntilIdle();
-        clearPickedImages();
-    }
-
-    const BlendComposition& state() const { return editor->composition(); }
-    void leaveMoveMode()
-    {
-        BlendComposition composition = state();
-        composition.panBool = false;
-        editor->setComposition(composition);
-    }
-    UIPanGestureRecognizer& pan() { return gesture<UIPanGestureRecognizer>(); }
-    UIPinchGestureRecognizer& pinch() { return gesture<UIPinchGestureRecognizer>(); }
-    template <class Recognizer>
-    Recognizer& gesture()
-    {
-        for (const auto& recognizer : editor->currentImageView().gestureRecognizers()) {
-            if (auto* found = dynamic_cast<Recognizer*>(recognizer.get()))
-                return *found;
-        }
-        throw std::runtime_error("the current photo has no such gesture");
-    }
-    std::vector<UIView*> stack() const
-    {
-        std::vector<UIView*> views;
-        for (const auto& view : editor->mainImgView().subviews())
-            views.push_back(view.get());
-        return views;
-    }
-
-    std::shared_ptr<BlendPhotoViewController> editor;
-};
 
 TEST_F(BlendEditor, OpensInMoveModeWithTheSecondPhotoOnTop)
 {
@@ -240,4 +176,4 @@ TEST_F(BlendEditor, EmptySlotsLeaveTheRestWorking)
 }
 
 } // namespace
-} // namespace lamina
+} // namespace lamina::test

@@ -8,18 +8,18 @@ namespace {
 
 struct BarCase {
     BlendTool tool;
-    const char* images[5];
     int greyTag; ///< 0: backgrounds stay
+    const char* images[5];
 };
 
 TEST(BlendToolBar, EachToolSetsAllImagesAndLabels)
 {
     const BarCase table[] = {
-        {BlendTool::Reset, {"Reset1", "Pan", "Tools", "Fx", "Sticker"}, 51},
-        {BlendTool::Tools, {"Reset", "Pan", "Tools1", "Fx", "Sticker"}, 53},
-        {BlendTool::Effects, {"Reset", "Pan", "Tools", "Fx1", "Sticker"}, 54},
-        {BlendTool::Stickers, {"Reset", "Pan", "Tools", "Fx", "Sticker1"}, 55},
-        {BlendTool::Pan, {"Reset", "Pan1", "Tools", "Fx", "Sticker"}, 0},
+        {BlendTool::Reset, 51, {"Reset1", "Pan", "Tools", "Fx", "Sticker"}},
+        {BlendTool::Tools, 53, {"Reset", "Pan", "Tools1", "Fx", "Sticker"}},
+        {BlendTool::Effects, 54, {"Reset", "Pan", "Tools", "Fx1", "Sticker"}},
+        {BlendTool::Stickers, 55, {"Reset", "Pan", "Tools", "Fx", "Sticker1"}},
+        {BlendTool::Pan, 0, {"Reset", "Pan1", "Tools", "Fx", "Sticker"}},
     };
     const BlendTool order[] = {BlendTool::Reset, BlendTool::Pan, BlendTool::Tools, BlendTool::Effects,
                                BlendTool::Stickers};

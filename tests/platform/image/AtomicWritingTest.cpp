@@ -143,6 +143,59 @@ TEST(WriteFileAtomically, WritesThroughPipes)
     EXPECT_TRUE(fs::is_fifo(folder.path("pipe")));
 }
 
+/// "written", "taken" or the cause of failure.
+std::string writeNew(const std::string& path, const std::string& content)
+{
+    const Result<bool> result =
+        writeNewFile(path, {reinterpret_cast<const std::uint8_t*>(content.data()), content.size()});
+    if (!result)
+        return result.error().cause;
+    return *result ? "written" : "taken";
+}
+
+TEST(WriteNewFile, TouchesNothingThatStandsThere)
+{
+    const TemporaryFolder folder;
+    fs::create_directory(folder.path("folder"));
+    fs::create_symlink("nowhere", folder.path("dangling"));
+    EXPECT_EQ(writeNew(folder.path("file"), "first"), "written");
+    EXPECT_EQ(writeNew(folder.path("file"), "second"), "taken");
+    EXPECT_EQ(writeNew(folder.path("folder"), "x"), "taken");
+    EXPECT_EQ(writeNew(folder.path("dangling"), "x"), "taken");
+    EXPECT_EQ(readFile(folder.path("file")), "first");
+    EXPECT_EQ(writeNew(folder.path("none/file"), "x"), "no such folder");
+    EXPECT_EQ(writeNew(folder.path() + "/", "x"), "is a folder");
+    EXPECT_EQ(writeNew("", "x"), "not a file name");
+    EXPECT_EQ(folder.names(), (Names{"dangling", "file", "folder"}));
+}
+
+TEST(WriteNewFile, OneOfManyProcessesGetsTheName)
+{
+    const TemporaryFolder folder;
+    constexpr int kProcesses = 8;
+    constexpr int kNames = 50;
+    std::vector<pid_t> children;
+    for (int child = 0; child < kProcesses; ++child) {
+        const pid_t process = ::fork();
+        if (process == 0) {
+            int won = 0;
+            for (int name = 0; name < kNames; ++name)
+                won += writeNew(folder.path(std::to_string(name)), std::string(1000, 'x')) == "written";
+            ::_exit(won);
+        }
+        children.push_back(process);
+    }
+    int won = 0;
+    for (const pid_t process : children) {
+        int status = 0;
+        ::waitpid(process, &status, 0);
+        ASSERT_TRUE(WIFEXITED(status));
+        won += WEXITSTATUS(status);
+    }
+    EXPECT_EQ(won, kNames);
+    EXPECT_EQ(folder.names().size(), std::size_t{kNames});
+}
+
 // The child writes again and again until its parent has seen a temporary file and interrupts it.
 TEST(RemoveUnfinishedFiles, CleansUpFromASignalHandler)
 {

@@ -1,0 +1,315 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" sourcelanguage="en">
+<context>
+    <name>Lamina</name>
+    <message>
+        <source>%1: %2.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>All files</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Allow camera access?</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Allow photo album access?</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Back</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Camera Unavailable</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Can’t open the photo</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Can’t save the picture</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Choose a photo</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Discard Editing</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Effects</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Home</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Move</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>NO</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Need your permission to access photo albumbs</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Need your permission to take a photo</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>No photos in this folder</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>OK</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Only the first %1 of %2 are shown.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Oops</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Photo 1 is not movable.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Pictures</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Please select 2 photos</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Please select 3 photos</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Reset</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Samples</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Saved to %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Settings</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Soon</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Step %1 of %2</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Sticker</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The folder can’t be read.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The folder does not exist.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The picture</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>There are more files here than can be shown.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>This is not a folder.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Tools</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Unable to find a camera on your device.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Up one folder</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>YES</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>You are not allowed to look into this folder.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>_Choose</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>a symbolic link leads in a circle</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>a thumbnail has no size below one pixel</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>is a folder</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>no space left on the device</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>no such file</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>no such folder</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>not a file name</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>not a picture</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>not a regular file</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>not enough memory</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>pasted picture</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>permission denied</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>the device can only be read</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>the file chooser named no file</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>the file ends too early</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>the file holds no picture</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>the file is empty</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>the file is too large for the device</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>the folder can&apos;t be made</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>the name is too long</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>the photo is not on this device</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>the picture has no palette</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>the picture is damaged</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>the picture is too large</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>there is no picture</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>there is not enough memory</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>this is not the name of a file</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>this kind of BMP compression can&apos;t be read</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>this kind of HEIC picture can&apos;t be read</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>this kind of JPEG is not supported</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>this kind of TIFF can&apos;t be read</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>too many pictures of that second</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>⚠️</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+</TS>

@@ -1,0 +1,315 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" sourcelanguage="en" language="de">
+<context>
+    <name>Lamina</name>
+    <message>
+        <source>%1: %2.</source>
+        <translation>%1: %2.</translation>
+    </message>
+    <message>
+        <source>All files</source>
+        <translation>Alle Dateien</translation>
+    </message>
+    <message>
+        <source>Allow camera access?</source>
+        <translation>Zugriff auf die Kamera erlauben?</translation>
+    </message>
+    <message>
+        <source>Allow photo album access?</source>
+        <translation>Zugriff auf die Fotoalben erlauben?</translation>
+    </message>
+    <message>
+        <source>Back</source>
+        <translation>Zurück</translation>
+    </message>
+    <message>
+        <source>Camera Unavailable</source>
+        <translation>Kamera nicht verfügbar</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Abbrechen</translation>
+    </message>
+    <message>
+        <source>Can’t open the photo</source>
+        <translation>Das Foto lässt sich nicht öffnen</translation>
+    </message>
+    <message>
+        <source>Can’t save the picture</source>
+        <translation>Das Bild lässt sich nicht speichern</translation>
+    </message>
+    <message>
+        <source>Choose a photo</source>
+        <translation>Foto wählen</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>Schließen</translation>
+    </message>
+    <message>
+        <source>Discard Editing</source>
+        <translation>Änderungen verwerfen</translation>
+    </message>
+    <message>
+        <source>Effects</source>
+        <translation>Effekte</translation>
+    </message>
+    <message>
+        <source>Home</source>
+        <translation>Start</translation>
+    </message>
+    <message>
+        <source>Move</source>
+        <translation>Bewegen</translation>
+    </message>
+    <message>
+        <source>NO</source>
+        <translation>NEIN</translation>
+    </message>
+    <message>
+        <source>Need your permission to access photo albumbs</source>
+        <translation>Für die Fotoalben wird Ihre Erlaubnis gebraucht</translation>
+    </message>
+    <message>
+        <source>Need your permission to take a photo</source>
+        <translation>Zum Fotografieren wird Ihre Erlaubnis gebraucht</translation>
+    </message>
+    <message>
+        <source>No photos in this folder</source>
+        <translation>Keine Fotos in diesem Ordner</translation>
+    </message>
+    <message>
+        <source>OK</source>
+        <translation>OK</translation>
+    </message>
+    <message>
+        <source>Only the first %1 of %2 are shown.</source>
+        <translation>Nur die ersten %1 von %2 sind zu sehen.</translation>
+    </message>
+    <message>
+        <source>Oops</source>
+        <translation>Hoppla</translation>
+    </message>
+    <message>
+        <source>Photo 1 is not movable.</source>
+        <translation>Foto 1 lässt sich nicht bewegen.</translation>
+    </message>
+    <message>
+        <source>Pictures</source>
+        <translation>Bilder</translation>
+    </message>
+    <message>
+        <source>Please select 2 photos</source>
+        <translation>Bitte wählen Sie 2 Fotos</translation>
+    </message>
+    <message>
+        <source>Please select 3 photos</source>
+        <translation>Bitte wählen Sie 3 Fotos</translation>
+    </message>
+    <message>
+        <source>Reset</source>
+        <translation>Rücksetzen</translation>
+    </message>
+    <message>
+        <source>Samples</source>
+        <translation>Beispiele</translation>
+    </message>
+    <message>
+        <source>Saved to %1</source>
+        <translation>Gespeichert unter %1</translation>
+    </message>
+    <message>
+        <source>Settings</source>
+        <translation>Einstellungen</translation>
+    </message>
+    <message>
+        <source>Soon</source>
+        <translation>Bald</translation>
+    </message>
+    <message>
+        <source>Step %1 of %2</source>
+        <translation>Schritt %1 von %2</translation>
+    </message>
+    <message>
+        <source>Sticker</source>
+        <translation>Sticker</translation>
+    </message>
+    <message>
+        <source>The folder can’t be read.</source>
+        <translation>Der Ordner lässt sich nicht lesen.</translation>
+    </message>
+    <message>
+        <source>The folder does not exist.</source>
+        <translation>Den Ordner gibt es nicht.</translation>
+    </message>
+    <message>
+        <source>The picture</source>
+        <translation>Das Bild</translation>
+    </message>
+    <message>
+        <source>There are more files here than can be shown.</source>
+        <translation>Hier liegen mehr Dateien, als sich zeigen lassen.</translation>
+    </message>
+    <message>
+        <source>This is not a folder.</source>
+        <translation>Das ist kein Ordner.</translation>
+    </message>
+    <message>
+        <source>Tools</source>
+        <translation>Werkzeuge</translation>
+    </message>
+    <message>
+        <source>Unable to find a camera on your device.</source>
+        <translation>An diesem Gerät ist keine Kamera zu finden.</translation>
+    </message>
+    <message>
+        <source>Up one folder</source>
+        <translation>Einen Ordner höher</translation>
+    </message>
+    <message>
+        <source>YES</source>
+        <translation>JA</translation>
+    </message>
+    <message>
+        <source>You are not allowed to look into this folder.</source>
+        <translation>Sie dürfen diesen Ordner nicht einsehen.</translation>
+    </message>
+    <message>
+        <source>_Choose</source>
+        <translation>_Wählen</translation>
+    </message>
+    <message>
+        <source>a symbolic link leads in a circle</source>
+        <translation>ein symbolischer Link führt im Kreis</translation>
+    </message>
+    <message>
+        <source>a thumbnail has no size below one pixel</source>
+        <translation>ein Vorschaubild ist mindestens einen Pixel groß</translation>
+    </message>
+    <message>
+        <source>is a folder</source>
+        <translation>ist ein Ordner</translation>
+    </message>
+    <message>
+        <source>no space left on the device</source>
+        <translation>auf dem Gerät ist kein Platz mehr</translation>
+    </message>
+    <message>
+        <source>no such file</source>
+        <translation>die Datei gibt es nicht</translation>
+    </message>
+    <message>
+        <source>no such folder</source>
+        <translation>den Ordner gibt es nicht</translation>
+    </message>
+    <message>
+        <source>not a file name</source>
+        <translation>kein Dateiname</translation>
+    </message>
+    <message>
+        <source>not a picture</source>
+        <translation>kein Bild</translation>
+    </message>
+    <message>
+        <source>not a regular file</source>
+        <translation>keine gewöhnliche Datei</translation>
+    </message>
+    <message>
+        <source>not enough memory</source>
+        <translation>zu wenig Speicher</translation>
+    </message>
+    <message>
+        <source>pasted picture</source>
+        <translation>eingefügtes Bild</translation>
+    </message>
+    <message>
+        <source>permission denied</source>
+        <translation>keine Berechtigung</translation>
+    </message>
+    <message>
+        <source>the device can only be read</source>
+        <translation>das Gerät lässt sich nur lesen</translation>
+    </message>
+    <message>
+        <source>the file chooser named no file</source>
+        <translation>der Dateidialog nannte keine Datei</translation>
+    </message>
+    <message>
+        <source>the file ends too early</source>
+        <translation>die Datei endet zu früh</translation>
+    </message>
+    <message>
+        <source>the file holds no picture</source>
+        <translation>die Datei enthält kein Bild</translation>
+    </message>
+    <message>
+        <source>the file is empty</source>
+        <translation>die Datei ist leer</translation>
+    </message>
+    <message>
+        <source>the file is too large for the device</source>
+        <translation>die Datei ist zu groß für das Gerät</translation>
+    </message>
+    <message>
+        <source>the folder can&apos;t be made</source>
+        <translation>der Ordner lässt sich nicht anlegen</translation>
+    </message>
+    <message>
+        <source>the name is too long</source>
+        <translation>der Name ist zu lang</translation>
+    </message>
+    <message>
+        <source>the photo is not on this device</source>
+        <translation>das Foto liegt nicht auf diesem Gerät</translation>
+    </message>
+    <message>
+        <source>the picture has no palette</source>
+        <translation>dem Bild fehlt die Farbpalette</translation>
+    </message>
+    <message>
+        <source>the picture is damaged</source>
+        <translation>das Bild ist beschädigt</translation>
+    </message>
+    <message>
+        <source>the picture is too large</source>
+        <translation>das Bild ist zu groß</translation>
+    </message>
+    <message>
+        <source>there is no picture</source>
+        <translation>es gibt kein Bild</translation>
+    </message>
+    <message>
+        <source>there is not enough memory</source>
+        <translation>der Speicher reicht nicht aus</translation>
+    </message>
+    <message>
+        <source>this is not the name of a file</source>
+        <translation>das ist kein Dateiname</translation>
+    </message>
+    <message>
+        <source>this kind of BMP compression can&apos;t be read</source>
+        <translation>diese Art der BMP-Kompression ist nicht lesbar</translation>
+    </message>
+    <message>
+        <source>this kind of HEIC picture can&apos;t be read</source>
+        <translation>diese Art von HEIC-Bild ist nicht lesbar</translation>
+    </message>
+    <message>
+        <source>this kind of JPEG is not supported</source>
+        <translation>diese Art von JPEG wird nicht unterstützt</translation>
+    </message>
+    <message>
+        <source>this kind of TIFF can&apos;t be read</source>
+        <translation>diese Art von TIFF ist nicht lesbar</translation>
+    </message>
+    <message>
+        <source>too many pictures of that second</source>
+        <translation>zu viele Bilder aus derselben Sekunde</translation>
+    </message>
+    <message>
+        <source>⚠️</source>
+        <translation>⚠️</translation>
+    </message>
+</context>
+</TS>

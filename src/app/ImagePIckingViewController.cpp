@@ -1,0 +1,149 @@
+#include "app/ImagePIckingViewController.h"
+
+#include "app/PinchZoomViewController.h"
+#include "editors/blend/PickedImages.h"
+#include "platform/base/Localization.h"
+#include "platform/base/UIScreen.h"
+#include "platform/view/UIAlertController.h"
+#include "platform/view/UINavigationController.h"
+#include "platform/view/UIStoryboard.h"
+
+#include <cmath>
+#include <utility>
+
+namespace lamina {
+
+namespace {
+
+constexpr int kPhotosOfABlend = 2;
+
+QString backdropName()
+{
+    return firstPickedImage ? QStringLiteral("SCREEN2bg") : QStringLiteral("SCREENbg");
+}
+
+} // namespace
+
+ImagePIckingViewController::ImagePIckingViewController()
+    : m_selectImage(backdropName())
+{
+}
+
+ImagePIckingViewController::~ImagePIckingViewController() = default;
+
+int ImagePIckingViewController::step() const
+{
+    return m_selectImage == QLatin1String("SCREENbg") ? 1 : 2;
+}
+
+void ImagePIckingViewController::viewWillAppear(bool animated)
+{
+    UIViewController::viewWillAppear(animated);
+    if (m_selectImage == backdropName())
+        return;
+    m_selectImage = backdropName();
+    emit selectImageChanged();
+}
+
+void ImagePIckingViewController::viewDidAppear(bool animated)
+{
+    UIViewController::viewDidAppear(animated);
+    openWaitingPhoto();
+}
+
+void ImagePIckingViewController::backButton()
+{
+    if (const auto stack = navigationController())
+        stack->popViewController(true);
+}
+
+void ImagePIckingViewController::galleryButton()
+{
+    if (UIImagePickerController::isSourceTypeAvailable(UIImagePickerControllerSourceType::Camera)) {
+        pickByHand(UIImagePickerControllerSourceType::Camera);
+        return;
+    }
+    present(UIAlertController::make(localizedString("Camera Unavailable"),
+                                    localizedString("Unable to find a camera on your device."),
+                                    {{localizedString("OK"), UIAlertActionStyle::Default, {}}}),
+            true);
+}
+
+void ImagePIckingViewController::cameraButton()
+{
+    pickByHand(UIImagePickerControllerSourceType::PhotoLibrary);
+}
+
+void ImagePIckingViewController::pickByHand(UIImagePickerControllerSourceType source)
+{
+    if (m_leadsToCrop)
+        return;
+    m_waiting.clear(); // a person who picks by hand has other plans
+    present(makePicker(source), true);
+}
+
+std::shared_ptr<UIImagePickerController>
+ImagePIckingViewController::makePicker(UIImagePickerControllerSourceType source)
+{
+    auto picker = std::make_shared<UIImagePickerController>();
+    picker->setDelegate(std::shared_ptr<UIImagePickerControllerDelegate>(shared_from_this(), this));
+    picker->setSourceType(source);
+    picker->setModalPresentationStyle(UIModalPresentationStyle::CurrentContext);
+    // Fully zoomed in, the crop still finds a pixel for each point.
+    picker->setShortSide(static_cast<int>(std::ceil(kMaximumCropZoom * UIScreen::main().bounds.width)));
+    return picker;
+}
+
+void ImagePIckingViewController::imagePickerControllerDidCancel(UIImagePickerController& picker)
+{
+    m_waiting.clear();
+    picker.dismiss(true);
+}
+
+void ImagePIckingViewController::imagePickerController(UIImagePickerController& picker,
+                                                       const UIImagePickerInfo& didFinishPickingMediaWithInfo)
+{
+    const auto self = std::static_pointer_cast<ImagePIckingViewController>(shared_from_this());
+    m_leadsToCrop = true;
+    picker.dismiss(true, [self, image = didFinishPickingMediaWithInfo.originalImage] {
+        self->m_leadsToCrop = false;
+        if (!self->isAppearing()) // left meanwhile
+            return;
+        const auto crop = UIStoryboard::named("Main")->instantiate<PinchZoomViewController>("PinchZoomViewController");
+        if (!crop)
+            return;
+        crop->pickedImage = image;
+        crop->setModalPresentationStyle(UIModalPresentationStyle::CurrentContext);
+        self->present(crop, true);
+    });
+}
+
+bool ImagePIckingViewController::wantsPhotos() const
+{
+    return !m_leadsToCrop && !presentedViewController();
+}
+
+void ImagePIckingViewController::receivePhotos(std::vector<PhotoSource> photos)
+{
+    if (!wantsPhotos())
+        return;
+    m_waiting.clear();
+    int wanted = firstPickedImage ? 2 : 1;
+    for (PhotoSource& photo : photos)
+        if (wanted <= kPhotosOfABlend)
+            m_waiting.push_back({std::move(photo), wanted++});
+    openWaitingPhoto();
+}
+
+/// A photo for the second step waits until the first one is cropped.
+void ImagePIckingViewController::openWaitingPhoto()
+{
+    if (m_waiting.empty() || m_waiting.front().step != step() || !isAppearing() || !wantsPhotos())
+        return;
+    const auto picker = makePicker(UIImagePickerControllerSourceType::PhotoLibrary);
+    picker->setPreselected(std::move(m_waiting.front().photo));
+    m_waiting.pop_front();
+    present(picker, true);
+}
+
+} // namespace lamina

@@ -1,0 +1,69 @@
+#pragma once
+
+#include "platform/view/PhotoReceiver.h"
+#include "platform/view/UIImagePickerController.h"
+#include "platform/view/UIViewController.h"
+
+#include <deque>
+#include <memory>
+
+namespace lamina {
+
+/// The screen that asks where the next photo of a blend comes from: the camera or the library. Which photo that is, the slots
+/// tell: the first one while `firstPickedImage` is empty. What is picked goes to the crop screen. Main thread only.
+class ImagePIckingViewController : public UIViewController,
+                                   public UIImagePickerControllerDelegate,
+                                   public PhotoReceiver {
+    Q_OBJECT
+    Q_PROPERTY(QString selectImage READ selectImage NOTIFY selectImageChanged FINAL)
+    Q_PROPERTY(int step READ step NOTIFY selectImageChanged FINAL)
+
+public:
+    ImagePIckingViewController();
+    ~ImagePIckingViewController() override;
+
+    /// Name of the backdrop: "SCREENbg" while the first photo is wanted, then "SCREEN2bg".
+    const QString& selectImage() const { return m_selectImage; }
+    /// The photo that is wanted: 1 or 2.
+    int step() const;
+
+    void viewWillAppear(bool animated) override;
+    void viewDidAppear(bool animated) override;
+
+    /// Back to the home screen; the slots stay.
+    Q_INVOKABLE void backButton();
+    /// Opens the camera, or says that there is none. (The two names run against what they open.)
+    Q_INVOKABLE void galleryButton();
+    /// Opens the photo library.
+    Q_INVOKABLE void cameraButton();
+
+    void imagePickerControllerDidCancel(UIImagePickerController& picker) override;
+    void imagePickerController(UIImagePickerController& picker,
+                               const UIImagePickerInfo& didFinishPickingMediaWithInfo) override;
+
+    /// Not while a picker or the crop screen is up or on its way.
+    bool wantsPhotos() const override;
+    /// Reads the first one as if it had been picked; one more waits for the second step. Photos that waited before are
+    /// forgotten. Nothing happens while none are wanted.
+    void receivePhotos(std::vector<PhotoSource> photos) override;
+
+signals:
+    void selectImageChanged();
+
+private:
+    std::shared_ptr<UIImagePickerController> makePicker(UIImagePickerControllerSourceType source);
+    void pickByHand(UIImagePickerControllerSourceType source);
+    void openWaitingPhoto();
+
+    /// A photo that came from outside, for the first or the second step.
+    struct WaitingPhoto {
+        PhotoSource photo;
+        int step = 1;
+    };
+
+    QString m_selectImage;
+    std::deque<WaitingPhoto> m_waiting;
+    bool m_leadsToCrop = false; ///< a photo was picked, and the picker is still on its way out
+};
+
+} // namespace lamina

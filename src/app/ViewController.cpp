@@ -1,0 +1,240 @@
+#include "app/ViewController.h"
+
+#include "editors/blend/BlendPhotoViewController.h"
+#include "picker/SelectedImagesReceiver.h"
+#include "picker/YMSPhotoHelper.h"
+#include "platform/base/Localization.h"
+#include "platform/base/Log.h"
+#include "platform/base/UIScreen.h"
+#include "platform/photos/PHImageManager.h"
+#include "platform/view/UIAlertController.h"
+#include "platform/view/UIApplication.h"
+#include "platform/view/UINavigationController.h"
+#include "platform/view/UIStoryboard.h"
+
+#include <algorithm>
+#include <array>
+#include <string_view>
+#include <utility>
+
+namespace lamina {
+
+namespace {
+
+constexpr const char* kStoryboard = "Main";
+constexpr const char* kToCollage = "nextPage";
+constexpr const char* kToBlend = "blend";
+
+/// What a way on needs from the picker, and where it leads.
+struct Entry {
+    std::string_view name;
+    unsigned photos;
+    const char* segue;
+};
+
+constexpr std::array kEntries{
+    Entry{"twoPhoto", 2, kToCollage}, Entry{"threePhoto", 3, kToCollage},
+    Entry{"blendPhoto", 2, kToBlend}, // no button sets it: a second way into the blend editor, kept ready
+};
+
+const Entry* entryNamed(std::string_view name)
+{
+    for (const Entry& entry : kEntries)
+        if (entry.name == name)
+            return &entry;
+    return nullptr;
+}
+
+constexpr UIColor kPickerThemeColor{40 / 255.0, 196 / 255.0, 182 / 255.0, 1};
+/// Points that a photo may be smaller than this screen, in width and in height.
+constexpr double kImageMargin = 40;
+/// The short phones, and the space that three entries have on them.
+constexpr std::array kShortScreens{480.0, 568.0};
+constexpr double kShortScreenSpacing = 55;
+
+void applyTheme(YMSPhotoPickerTheme& theme)
+{
+    theme.titleLabelTextColor = UIColor::black();
+    theme.navigationBarBackgroundColor = kPickerThemeColor;
+    theme.tintColor = UIColor::black();
+    theme.orderTintColor = kPickerThemeColor;
+    theme.orderLabelTextColor = UIColor::black();
+    theme.cameraVeilColor = kPickerThemeColor;
+    theme.cameraIconColor = UIColor::white();
+    theme.statusBarStyle = 0;
+}
+
+std::shared_ptr<UIAlertController> wrongCountAlert(unsigned photos)
+{
+    return UIAlertController::make(localizedString("Oops"),
+                                   photos == 3 ? localizedString("Please select 3 photos")
+                                               : localizedString("Please select 2 photos"),
+                                   {{localizedString("OK"), UIAlertActionStyle::Default, {}}});
+}
+
+std::shared_ptr<UIAlertController> permissionAlert(std::string title, std::string message)
+{
+    const auto openSettings = [] { UIApplication::shared().openURL(UIApplicationOpenSettingsURLString); };
+    return UIAlertController::make(std::move(title), std::move(message),
+                                   {{localizedString("Cancel"), UIAlertActionStyle::Cancel, {}},
+                                    {localizedString("Settings"), UIAlertActionStyle::Default, openSettings}});
+}
+
+} // namespace
+
+ViewController::ViewController() = default;
+ViewController::~ViewController() = default;
+
+std::shared_ptr<ViewController> ViewController::sharedSelf()
+{
+    return {shared_from_this(), this};
+}
+
+bool ViewController::collageAvailable() const
+{
+    return UIStoryboard::named(kStoryboard)->segue(kToCollage).has_value();
+}
+
+void ViewController::viewDidLoad()
+{
+    UIViewController::viewDidLoad();
+    m_dismissal = NotificationCenter::defaultCenter().addObserver(
+        "PinchZoomViewController", [this](const Notification&) { dismissAllViewControllers(); });
+    const double height = view().bounds().size.height;
+    if (std::find(kShortScreens.begin(), kShortScreens.end(), height) != kShortScreens.end())
+        verticlebtnConstraints = kShortScreenSpacing;
+}
+
+void ViewController::dismissAllViewControllers()
+{
+    if (presentedViewController())
+        dismiss(true);
+}
+
+void ViewController::twoPhotoCollage()
+{
+    selectedBtnStr = "twoPhoto";
+    launchSpecialController();
+}
+
+void ViewController::threePhotoCollage()
+{
+    selectedBtnStr = "threePhoto";
+    launchSpecialController();
+}
+
+void ViewController::BlendPhoto()
+{
+    pushSourceChooser();
+}
+
+std::shared_ptr<UIViewController> ViewController::pushSourceChooser()
+{
+    const std::shared_ptr<UINavigationController> stack = navigationController();
+    auto chooser = UIStoryboard::named(kStoryboard)->instantiateViewController("ImagePIckingViewController");
+    if (!stack || !chooser) {
+        logError("the home screen can't open the choice of a photo's source");
+        return nullptr;
+    }
+    stack->pushViewController(chooser, true);
+    return chooser;
+}
+
+void ViewController::receivePhotos(std::vector<PhotoSource> photos)
+{
+    if (photos.empty())
+        return;
+    const std::shared_ptr<UIViewController> chooser = pushSourceChooser();
+    if (auto* const receiver = dynamic_cast<PhotoReceiver*>(chooser.get()))
+        receiver->receivePhotos(std::move(photos));
+}
+
+void ViewController::launchSpecialController()
+{
+    const auto picker = std::make_shared<YMSPhotoPickerViewController>();
+    if (const Entry* const entry = entryNamed(selectedBtnStr))
+        picker->numberOfPhotoToSelect = entry->photos;
+    applyTheme(picker->theme());
+    yms_presentCustomAlbumPhotoView(*this, picker, sharedSelf());
+}
+
+void ViewController::prepareForSegue(UIStoryboardSegue& segue, QObject* sender)
+{
+    UIViewController::prepareForSegue(segue, sender);
+    if (segue.identifier == kToCollage) {
+        if (auto* const editor = segue.destination<SelectedImagesReceiver>())
+            editor->setSelectedImages(chosenImages);
+    } else if (segue.identifier == kToBlend) {
+        if (auto* const editor = segue.destination<BlendPhotoViewController>())
+            editor->getImageArr = chosenImages;
+    }
+}
+
+bool ViewController::respondsTo(Call call) const
+{
+    return call != Call::DidCancel; // a cancelled picker goes by itself
+}
+
+void ViewController::photoPickerViewController(YMSPhotoPickerViewController& picker,
+                                               const UIImage& didFinishPickingImage)
+{
+    picker.dismiss(true, [self = sharedSelf(), image = didFinishPickingImage] { self->chosenImages = {image}; });
+}
+
+void ViewController::photoPickerViewController(YMSPhotoPickerViewController& picker,
+                                               const std::vector<PHAsset>& didFinishPickingImages)
+{
+    picker.dismiss(true, [self = sharedSelf(), assets = didFinishPickingImages] {
+        self->chosenImages = self->imagesOf(assets);
+        self->goOnWithChosenImages();
+    });
+}
+
+std::vector<UIImage> ViewController::imagesOf(const std::vector<PHAsset>& assets)
+{
+    PHImageManager manager;
+    PHImageRequestOptions options;
+    options.deliveryMode = PHImageRequestOptionsDeliveryMode::HighQualityFormat;
+    options.networkAccessAllowed = true;
+    options.resizeMode = PHImageRequestOptionsResizeMode::Exact;
+    options.synchronous = true; // all are there when they are counted
+    const CGSize own = view().bounds().size;
+    const double scale = UIScreen::main().scale;
+    const CGSize target{(own.width - kImageMargin) * scale, (own.height - kImageMargin) * scale};
+
+    std::vector<UIImage> images;
+    for (const PHAsset& asset : assets)
+        manager.requestImageForAsset(asset, target, PHImageContentMode::AspectFill, options,
+                                     [&](const UIImage& result) {
+                                         if (result)
+                                             images.push_back(result);
+                                     });
+    return images;
+}
+
+void ViewController::goOnWithChosenImages()
+{
+    const Entry* const entry = entryNamed(selectedBtnStr);
+    if (!entry)
+        return;
+    if (chosenImages.size() == entry->photos)
+        performSegue(entry->segue, this);
+    else
+        present(wrongCountAlert(entry->photos), true);
+}
+
+void ViewController::photoPickerViewControllerDidReceivePhotoAlbumAccessDenied(YMSPhotoPickerViewController&)
+{
+    present(permissionAlert(localizedString("Allow photo album access?"),
+                            localizedString("Need your permission to access photo albumbs")),
+            true);
+}
+
+void ViewController::photoPickerViewControllerDidReceiveCameraAccessDenied(YMSPhotoPickerViewController& picker)
+{
+    picker.present(permissionAlert(localizedString("Allow camera access?"),
+                                   localizedString("Need your permission to take a photo")),
+                   true);
+}
+
+} // namespace lamina

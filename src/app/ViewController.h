@@ -1,0 +1,75 @@
+#pragma once
+
+#include "picker/YMSPhotoPickerViewControllerDelegate.h"
+#include "platform/base/NotificationCenter.h"
+#include "platform/view/PhotoReceiver.h"
+#include "platform/view/UIViewController.h"
+
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace lamina {
+
+/// The home screen, at the bottom of the navigation stack. It offers three ways on: a collage of two or of three photos, by way of the
+/// photo picker whose delegate it is, and a blend of two, by way of the screen that asks for a source. Main thread only.
+///
+/// The notification "PinchZoomViewController" dismisses all that this screen presents.
+class ViewController : public UIViewController, public YMSPhotoPickerViewControllerDelegate, public PhotoReceiver {
+    Q_OBJECT
+    Q_PROPERTY(bool collageAvailable READ collageAvailable CONSTANT FINAL)
+
+public:
+    ViewController();
+    ~ViewController() override;
+
+    /// The collage that was asked for last, "twoPhoto" or "threePhoto"; "blendPhoto" leads picked photos to the blend editor.
+    /// Default empty.
+    std::string selectedBtnStr;
+    /// The photos that came from the picker last, in the order of choice.
+    std::vector<UIImage> chosenImages;
+    /// Space between the three entries, points; 0 leaves it to the layout.
+    double verticlebtnConstraints = 0;
+
+    /// Whether there is an editor to which a collage's photos can go; without one the two entries are not offered.
+    bool collageAvailable() const;
+
+    void viewDidLoad() override;
+    void prepareForSegue(UIStoryboardSegue& segue, QObject* sender) override;
+
+    /// Dismisses what this screen presents, in one animated step.
+    void dismissAllViewControllers();
+
+    /// The three entries. The last pushes the screen that asks where a photo comes from.
+    Q_INVOKABLE void twoPhotoCollage();
+    Q_INVOKABLE void threePhotoCollage();
+    Q_INVOKABLE void BlendPhoto();
+
+    /// Presents the photo picker in this screen's colours, for as many photos as `selectedBtnStr` needs.
+    void launchSpecialController();
+
+    bool respondsTo(Call call) const override;
+    /// Keeps the picture, and stays on this screen.
+    void photoPickerViewController(YMSPhotoPickerViewController& picker, const UIImage& didFinishPickingImage) override;
+    /// Reads the pictures, in full quality and in time, then opens the editor that `selectedBtnStr` names. What can't be read is left
+    /// out. An alert says so when the editor needs another number of photos.
+    void photoPickerViewController(YMSPhotoPickerViewController& picker,
+                                   const std::vector<PHAsset>& didFinishPickingImages) override;
+    /// Alerts with a way to the system's settings: the first over this screen, the second over the picker.
+    void photoPickerViewControllerDidReceivePhotoAlbumAccessDenied(YMSPhotoPickerViewController& picker) override;
+    void photoPickerViewControllerDidReceiveCameraAccessDenied(YMSPhotoPickerViewController& picker) override;
+
+    /// Photos that come from outside are for a blend: it is begun with them.
+    bool wantsPhotos() const override { return true; }
+    void receivePhotos(std::vector<PhotoSource> photos) override;
+
+private:
+    std::shared_ptr<ViewController> sharedSelf();
+    std::shared_ptr<UIViewController> pushSourceChooser();
+    std::vector<UIImage> imagesOf(const std::vector<PHAsset>& assets);
+    void goOnWithChosenImages();
+
+    NotificationObserver m_dismissal;
+};
+
+} // namespace lamina

@@ -1,0 +1,81 @@
+#pragma once
+
+#include "platform/base/Result.h"
+#include "platform/host/FocusKeeper.h"
+#include "platform/host/HostBridge.h"
+#include "platform/host/MainLoop.h"
+#include "platform/host/PickerPresenter.h"
+#include "platform/host/ScreenHost.h"
+#include "platform/host/ScreenMetrics.h"
+#include "platform/host/Translations.h"
+#include "platform/host/system/FolderModel.h"
+#include "platform/host/system/SystemSettings.h"
+
+#include <QQuickView>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+class QMimeData;
+
+namespace lamina {
+
+/// With what the window opens.
+struct LaunchOptions {
+    /// "home", "two", "three" or "blend".
+    std::string screen = "home";
+    /// Where choosing a photo starts; empty: the person's pictures, or the samples while those are empty.
+    std::string photosFolder;
+    /// Photos to begin a blend with, the first one first.
+    std::vector<std::string> files;
+    /// Of the window; empty: as the display allows.
+    QSize size;
+};
+
+/// The window of Lamina and all that stands around it: the screens, the system's services, the language. One a process, after
+/// the QGuiApplication and gone before it. Main thread.
+class Application {
+public:
+    explicit Application(const LaunchOptions& options = {});
+    ~Application();
+    Application(const Application&) = delete;
+    Application& operator=(const Application&) = delete;
+
+    /// Null before one is made.
+    static Application* current();
+
+    QQuickView& view() { return m_view; }
+    ScreenHost& screens() { return *m_screens; }
+    PickerPresenter& picker() { return m_picker; }
+    SystemSettings& settings() { return m_settings; }
+    FolderModel& folder() { return m_folder; }
+    HostBridge& bridge() { return m_bridge; }
+    FocusKeeper& focus() { return m_focus; }
+
+    /// Shows the window; the first screen stands in it already.
+    void show();
+
+    /// Whether the screen on top would take what is offered.
+    bool wantsPhotos(const QMimeData& offered) const;
+    /// Hands it over; false when it holds no picture or nobody takes it. What can't be taken is told in an alert.
+    bool receivePhotos(const QMimeData& offered);
+
+private:
+    void openFirstScreen(const LaunchOptions& options);
+    void chooseSize(QSize wanted);
+
+    MainLoop m_loop;
+    Translations m_translations;
+    QQuickView m_view;
+    ScreenMetrics m_metrics;
+    FocusKeeper m_focus;
+    SystemSettings m_settings;
+    FolderModel m_folder;
+    PickerPresenter m_picker;
+    std::shared_ptr<ScreenHost> m_screens;
+    HostBridge m_bridge;
+    bool m_sizeGiven = false;
+};
+
+} // namespace lamina

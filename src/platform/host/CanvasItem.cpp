@@ -1,0 +1,239 @@
+#include "platform/host/CanvasItem.h"
+
+#include "platform/host/ImageConversion.h"
+
+#include <QQuickWindow>
+#include <QSGImageNode>
+
+#include <algorithm>
+
+namespace lamina {
+
+CanvasItem::CanvasItem(QQuickItem* parent)
+    : QQuickItem(parent)
+{
+    setFlag(ItemHasContents);
+    setAcceptedMouseButtons(Qt::LeftButton);
+    setAcceptTouchEvents(true);
+}
+
+CanvasItem::~CanvasItem() = default;
+
+void CanvasItem::setController(QObject* controller)
+{
+    if (m_controller == controller)
+        return;
+    m_controller = controller;
+    auto* const screen = dynamic_cast<UIViewController*>(controller);
+    if (screen)
+        screen->view(); // a screen makes its canvas as it loads
+    showView(screen ? screen->canvasView() : nullptr);
+    emit controllerChanged();
+}
+
+void CanvasItem::setAcceptsInput(bool accepts)
+{
+    if (m_acceptsInput == accepts)
+        return;
+    m_acceptsInput = accepts;
+    if (m_input && !accepts)
+        m_input->cancel();
+    emit acceptsInputChanged();
+}
+
+void CanvasItem::showView(std::shared_ptr<UIView> view)
+{
+    m_renderer.reset();
+    m_input.reset();
+    m_image = {};
+    m_imageChanged = true;
+    m_view = std::move(view);
+    if (m_view) {
+        m_renderer = std::make_unique<CanvasRenderer>(m_view, 1);
+        m_input = std::make_unique<CanvasInput>(m_view);
+        settleScale();
+        m_renderer->setChangeHandler([this] { polish(); });
+    }
+    polish();
+    update();
+}
+
+void CanvasItem::settleScale()
+{
+    if (!m_view || !window() || width() <= 0)
+        return;
+    const double points = m_view->bounds().size.width;
+    m_renderer->setScale(width() * window()->effectiveDevicePixelRatio() / points);
+    m_input->setPointsPerUnit(points / width());
+}
+
+void CanvasItem::geometryChange(const QRectF& newGeometry, const QRectF& oldGeometry)
+{
+    QQuickItem::geometryChange(newGeometry, oldGeometry);
+    if (newGeometry.size() == oldGeometry.size())
+        return;
+    settleScale();
+    polish();
+}
+
+void CanvasItem::itemChange(ItemChange change, const ItemChangeData& data)
+{
+    QQuickItem::itemChange(change, data);
+    if (change == ItemDevicePixelRatioHasChanged || change == ItemSceneChange) {
+        settleScale();
+        polish();
+    } else if (change == ItemVisibleHasChanged && !data.boolValue && m_input) {
+        m_input->cancel();
+    } else if (change == ItemVisibleHasChanged && data.boolValue) {
+        polish();
+    }
+}
+
+// ---- painting ----
+
+void CanvasItem::updatePolish()
+{
+    if (!m_renderer || !isVisible() || !window() || width() <= 0)
+        return;
+    const IntRect painted = m_renderer->render();
+    if (painted.isEmpty())
+        return;
+    copyPainted(painted);
+    m_imageChanged = true;
+    update();
+}
+
+/// The renderer keeps R, G, B, A in memory. Qt blits its own order of bytes several times as fast, and a picture of our own
+/// leaves the renderer's bitmap unshared, so that it need not be copied whole at the next stroke.
+void CanvasItem::copyPainted(const IntRect& area)
+{
+    const CGImage shown = m_renderer->image();
+    if (!shown)
+        return;
+    if (m_image.width() != shown.width() || m_image.height() != shown.height())
+        m_image = QImage(shown.width(), shown.height(), QImage::Format_ARGB32_Premultiplied);
+    if (m_image.isNull())
+        return;
+    const QImage converted = qImage(shown, area);
+    const std::size_t rowBytes = static_cast<std::size_t>(area.width) * 4;
+    for (int y = 0; y < area.height; ++y)
+        std::copy_n(converted.constScanLine(y), rowBytes, m_image.scanLine(area.y + y) + area.x * 4);
+}
+
+QSGNode* CanvasItem::updatePaintNode(QSGNode* former, UpdatePaintNodeData*)
+{
+    auto* node = static_cast<QSGImageNode*>(former);
+    if (m_image.isNull() || width() <= 0 || height() <= 0) {
+        delete node;
+        return nullptr;
+    }
+    if (!node) {
+        node = window()->createImageNode();
+        node->setOwnsTexture(true);
+        m_imageChanged = true;
+    }
+    if (m_imageChanged) {
+        m_imageChanged = false;
+        node->setTexture(window()->createTextureFromImage(m_image));
+        node->setSourceRect(QRectF(QPointF(), m_image.size()));
+    }
+    node->setFiltering(QSGTexture::Linear);
+    node->setRect(boundingRect());
+    return node;
+}
+
+// ---- input ----
+
+bool CanvasItem::event(QEvent* event)
+{
+    if (event->type() == QEvent::NativeGesture && m_input && m_acceptsInput)
+        return m_input->nativeGesture(static_cast<QNativeGestureEvent&>(*event));
+    return QQuickItem::event(event);
+}
+
+void CanvasItem::focusInEvent(QFocusEvent* event)
+{
+    QQuickItem::focusInEvent(event);
+    setVisualFocus(event->reason() == Qt::TabFocusReason || event->reason() == Qt::BacktabFocusReason);
+}
+
+void CanvasItem::focusOutEvent(QFocusEvent* event)
+{
+    QQuickItem::focusOutEvent(event);
+    setVisualFocus(false);
+}
+
+void CanvasItem::setVisualFocus(bool visual)
+{
+    if (m_visualFocus == visual)
+        return;
+    m_visualFocus = visual;
+    emit visualFocusChanged();
+}
+
+void CanvasItem::mousePressEvent(QMouseEvent* event)
+{
+    if (!m_input || !m_acceptsInput)
+        return event->ignore();
+    setKeepMouseGrab(true);
+    forceActiveFocus(Qt::MouseFocusReason);
+    emit touched();
+    m_input->mousePressed(*event);
+}
+
+void CanvasItem::mouseMoveEvent(QMouseEvent* event)
+{
+    if (m_input)
+        m_input->mouseMoved(*event);
+}
+
+void CanvasItem::mouseReleaseEvent(QMouseEvent* event)
+{
+    setKeepMouseGrab(false);
+    if (m_input)
+        m_input->mouseReleased(*event);
+}
+
+void CanvasItem::mouseDoubleClickEvent(QMouseEvent* event)
+{
+    if (!m_input || !m_acceptsInput)
+        return event->ignore();
+    const CGPoint point = m_input->treePoint(event->position());
+    emit doubleTapped(point.x, point.y);
+}
+
+void CanvasItem::mouseUngrabEvent()
+{
+    if (m_input)
+        m_input->cancel();
+}
+
+void CanvasItem::touchEvent(QTouchEvent* event)
+{
+    if (!m_input || !m_acceptsInput)
+        return event->ignore();
+    if (event->type() == QEvent::TouchBegin) {
+        setKeepTouchGrab(true);
+        forceActiveFocus(Qt::MouseFocusReason);
+        emit touched();
+    }
+    if (const auto tapped = m_input->touched(*event))
+        emit doubleTapped(tapped->x, tapped->y);
+    event->accept();
+}
+
+void CanvasItem::touchUngrabEvent()
+{
+    if (m_input)
+        m_input->cancel();
+}
+
+void CanvasItem::wheelEvent(QWheelEvent* event)
+{
+    if (!m_input || !m_acceptsInput || !m_input->wheelTurned(*event))
+        return event->ignore();
+    emit touched();
+    event->accept();
+}
+
+} // namespace lamina

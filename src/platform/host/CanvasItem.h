@@ -1,0 +1,85 @@
+#pragma once
+
+#include "platform/host/CanvasInput.h"
+#include "platform/view/CanvasRenderer.h"
+#include "platform/view/UIViewController.h"
+
+#include <QImage>
+#include <QPointer>
+#include <QQuickItem>
+
+#include <memory>
+
+namespace lamina {
+
+/// The place in the window where a screen's tree of views is seen and touched: `canvasView()` of the controller, drawn at the
+/// display's own pixels and stretched to this item's width. Fingers, mouse, wheel and touchpad reach the tree in its own points,
+/// whatever the item's size. Give the item the tree's proportions.
+///
+/// It paints when the tree changes and at no other time, and only what has changed.
+class CanvasItem : public QQuickItem {
+    Q_OBJECT
+    QML_NAMED_ELEMENT(ViewCanvas)
+    /// The screen; null shows nothing. A screen without a canvas shows nothing either.
+    Q_PROPERTY(QObject* controller READ controller WRITE setController NOTIFY controllerChanged FINAL)
+    /// True while the keyboard's focus came here by the keyboard: then it is to be shown.
+    Q_PROPERTY(bool visualFocus READ hasVisualFocus NOTIFY visualFocusChanged FINAL)
+    /// Default true. Off: the tree is only seen; fingers down are cancelled.
+    Q_PROPERTY(bool acceptsInput READ acceptsInput WRITE setAcceptsInput NOTIFY acceptsInputChanged FINAL)
+
+public:
+    explicit CanvasItem(QQuickItem* parent = nullptr);
+    ~CanvasItem() override;
+
+    QObject* controller() const { return m_controller; }
+    void setController(QObject* controller);
+    bool acceptsInput() const { return m_acceptsInput; }
+    void setAcceptsInput(bool accepts);
+    bool hasVisualFocus() const { return m_visualFocus; }
+
+    /// What is on show, at the display's pixels. Null when nothing is.
+    const QImage& shownImage() const { return m_image; }
+
+signals:
+    void controllerChanged();
+    void acceptsInputChanged();
+    void visualFocusChanged();
+    /// The first touch or turn of a wheel of a gesture.
+    void touched();
+    /// Two quick taps of one finger or the mouse; the point in the tree's coordinates.
+    void doubleTapped(qreal x, qreal y);
+
+protected:
+    void geometryChange(const QRectF& newGeometry, const QRectF& oldGeometry) override;
+    void itemChange(ItemChange change, const ItemChangeData& data) override;
+    void updatePolish() override;
+    QSGNode* updatePaintNode(QSGNode* node, UpdatePaintNodeData* data) override;
+    bool event(QEvent* event) override;
+    void focusInEvent(QFocusEvent* event) override;
+    void focusOutEvent(QFocusEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void mouseDoubleClickEvent(QMouseEvent* event) override;
+    void mouseUngrabEvent() override;
+    void touchEvent(QTouchEvent* event) override;
+    void touchUngrabEvent() override;
+    void wheelEvent(QWheelEvent* event) override;
+
+private:
+    void showView(std::shared_ptr<UIView> view);
+    void settleScale();
+    void copyPainted(const IntRect& area);
+    void setVisualFocus(bool visual);
+
+    QPointer<QObject> m_controller;
+    std::shared_ptr<UIView> m_view;
+    std::unique_ptr<CanvasRenderer> m_renderer;
+    std::unique_ptr<CanvasInput> m_input;
+    QImage m_image;
+    bool m_imageChanged = false;
+    bool m_acceptsInput = true;
+    bool m_visualFocus = false;
+};
+
+} // namespace lamina

@@ -1,0 +1,87 @@
+#include "platform/host/HostBridge.h"
+
+#include "platform/host/Application.h"
+
+#include <QClipboard>
+#include <QGuiApplication>
+
+namespace lamina {
+
+HostBridge::HostBridge(Application& application)
+    : m_application(application)
+{
+    QObject::connect(&application.screens(), &ScreenHost::transitionStarted, this, [this](int duration) {
+        if (m_transitionDuration == duration)
+            return;
+        m_transitionDuration = duration;
+        emit transitionDurationChanged();
+    });
+    QObject::connect(&application.picker(), &PickerPresenter::folderPickerChanged, this, &HostBridge::folderPickerChanged);
+}
+
+HostBridge* HostBridge::create(QQmlEngine*, QJSEngine*)
+{
+    HostBridge* const bridge = &Application::current()->bridge();
+    QQmlEngine::setObjectOwnership(bridge, QQmlEngine::CppOwnership);
+    return bridge;
+}
+
+ScreenModel* HostBridge::screens() const
+{
+    return &m_application.screens().screens();
+}
+
+void HostBridge::setSlideDuration(int milliseconds)
+{
+    if (m_slideDuration == milliseconds)
+        return;
+    m_slideDuration = milliseconds;
+    tellDurations();
+}
+
+void HostBridge::setFadeDuration(int milliseconds)
+{
+    if (m_fadeDuration == milliseconds)
+        return;
+    m_fadeDuration = milliseconds;
+    tellDurations();
+}
+
+void HostBridge::tellDurations()
+{
+    m_application.screens().setDurations({m_slideDuration / 1000.0, m_fadeDuration / 1000.0});
+    emit durationsChanged();
+}
+
+void HostBridge::setFocusFrame(QQuickItem* frame)
+{
+    if (m_focusFrame == frame)
+        return;
+    m_focusFrame = frame;
+    m_application.focus().setFrame(frame);
+    emit focusFrameChanged();
+}
+
+QObject* HostBridge::folderPicker() const
+{
+    return m_application.picker().folderPicker();
+}
+
+QObject* HostBridge::folder() const
+{
+    QQmlEngine::setObjectOwnership(&m_application.folder(), QQmlEngine::CppOwnership);
+    return &m_application.folder();
+}
+
+bool HostBridge::paste()
+{
+    const QMimeData* const held = QGuiApplication::clipboard()->mimeData();
+    return held && m_application.receivePhotos(*held);
+}
+
+void HostBridge::choose(const QString& path)
+{
+    m_application.picker().choose(path.toStdString());
+}
+
+} // namespace lamina

@@ -1,0 +1,68 @@
+#pragma once
+
+#include "platform/host/ScreenModel.h"
+
+#include <QObject>
+#include <QQmlEngine>
+#include <QQuickItem>
+
+namespace lamina {
+
+class Application;
+class FolderModel;
+
+/// What the window's QML asks of the application around it; `Host` there.
+class HostBridge : public QObject {
+    Q_OBJECT
+    QML_NAMED_ELEMENT(Host)
+    QML_SINGLETON
+    Q_PROPERTY(lamina::ScreenModel* screens READ screens CONSTANT FINAL)
+    /// Milliseconds of the transition that has just begun.
+    Q_PROPERTY(int transitionDuration READ transitionDuration NOTIFY transitionDurationChanged FINAL)
+    /// Milliseconds that each kind of transition is to take, told by the views.
+    Q_PROPERTY(int slideDuration READ slideDuration WRITE setSlideDuration NOTIFY durationsChanged FINAL)
+    Q_PROPERTY(int fadeDuration READ fadeDuration WRITE setFadeDuration NOTIFY durationsChanged FINAL)
+    /// The view that has the keyboard: Tab goes round inside it.
+    Q_PROPERTY(QQuickItem* focusFrame READ focusFrame WRITE setFocusFrame NOTIFY focusFrameChanged FINAL)
+    /// The picker that has to choose in the window, since no chooser of the system answers; null: none.
+    Q_PROPERTY(QObject* folderPicker READ folderPicker NOTIFY folderPickerChanged FINAL)
+    /// The folder it looks into.
+    Q_PROPERTY(QObject* folder READ folder CONSTANT FINAL)
+
+public:
+    explicit HostBridge(Application& application);
+    static HostBridge* create(QQmlEngine* engine, QJSEngine* scriptEngine);
+
+    ScreenModel* screens() const;
+    int transitionDuration() const { return m_transitionDuration; }
+    int slideDuration() const { return m_slideDuration; }
+    void setSlideDuration(int milliseconds);
+    int fadeDuration() const { return m_fadeDuration; }
+    void setFadeDuration(int milliseconds);
+    QQuickItem* focusFrame() const { return m_focusFrame; }
+    void setFocusFrame(QQuickItem* frame);
+    QObject* folderPicker() const;
+    QObject* folder() const;
+
+    /// Hands what the clipboard holds to the screen on top; false when there is no picture, or it takes none.
+    Q_INVOKABLE bool paste();
+    /// The answer of the folder picker.
+    Q_INVOKABLE void choose(const QString& path);
+
+signals:
+    void transitionDurationChanged();
+    void durationsChanged();
+    void focusFrameChanged();
+    void folderPickerChanged();
+
+private:
+    void tellDurations();
+
+    Application& m_application;
+    int m_transitionDuration = 0;
+    int m_slideDuration = 0;
+    int m_fadeDuration = 0;
+    QPointer<QQuickItem> m_focusFrame;
+};
+
+} // namespace lamina

@@ -1,0 +1,21 @@
+#include "platform/host/ImageConversion.h"
+
+namespace lamina {
+
+QImage qImage(const CGImage& image)
+{
+    return qImage(image, {0, 0, image.width(), image.height()});
+}
+
+QImage qImage(const CGImage& image, const IntRect& area)
+{
+    const bool opaque = image.alphaInfo() == CGImageAlphaInfo::NoneSkipLast;
+    if (!image || image.bitsPerPixel() != 32 || (!opaque && image.alphaInfo() != CGImageAlphaInfo::PremultipliedLast))
+        return {};
+    const std::uint8_t* const first = image.row(area.y) + static_cast<std::size_t>(area.x) * 4;
+    const QImage source(first, area.width, area.height, static_cast<qsizetype>(image.bytesPerRow()),
+                        opaque ? QImage::Format_RGBX8888 : QImage::Format_RGBA8888_Premultiplied);
+    return source.convertToFormat(opaque ? QImage::Format_RGB32 : QImage::Format_ARGB32_Premultiplied);
+}
+
+} // namespace lamina

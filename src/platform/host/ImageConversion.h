@@ -1,0 +1,16 @@
+#pragma once
+
+#include "platform/image/CGImage.h"
+
+#include <QImage>
+
+namespace lamina {
+
+/// A copy in Qt's own order of bytes. `image` is one that a context made (R, G, B, A premultiplied or opaque); null for any
+/// other layout.
+QImage qImage(const CGImage& image);
+
+/// The same for the part inside `area`, which lies within the picture.
+QImage qImage(const CGImage& image, const IntRect& area);
+
+} // namespace lamina

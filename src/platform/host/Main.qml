@@ -1,0 +1,50 @@
+import QtQuick
+import Lamina
+
+// The window: its screens on a dark ground, one over the other.
+FocusScope {
+    id: root
+
+    width: 360
+    height: 720
+    focus: true
+
+    Binding {
+        target: Host
+        property: "slideDuration"
+        value: Theme.duration(Tokens.motion.push)
+    }
+    Binding {
+        target: Host
+        property: "fadeDuration"
+        value: Theme.duration(Tokens.motion.fade)
+    }
+
+    Shortcut {
+        sequences: [StandardKey.Paste]
+        onActivated: Host.paste()
+    }
+
+    Repeater {
+        model: Host.screens
+        delegate: ScreenFrame {
+            width: root.width
+            height: root.height
+        }
+    }
+
+    PhotoDropArea {
+        id: drops
+        anchors.fill: parent
+    }
+
+    Rectangle {
+        anchors.fill: parent
+        anchors.margins: Tokens.space.s
+        visible: drops.hovered
+        color: "transparent"
+        radius: Tokens.radius.tray
+        border.width: Tokens.focus.ring
+        border.color: Tokens.palette.accentText
+    }
+}

@@ -1,0 +1,98 @@
+#include "platform/host/PickerPresenter.h"
+
+#include "platform/base/Localization.h"
+#include "platform/host/system/FileChooserPortal.h"
+#include "platform/host/system/FolderModel.h"
+#include "platform/host/system/WindowIdentifier.h"
+
+#include <QWindow>
+
+namespace lamina {
+
+PickerPresenter::PickerPresenter(QWindow& parent, FolderModel& folder)
+    : m_parent(parent)
+    , m_folder(folder)
+    , m_portal(std::make_unique<FileChooserPortal>())
+{
+}
+
+PickerPresenter::~PickerPresenter() = default;
+
+void PickerPresenter::present(UIImagePickerController& picker)
+{
+    forget();
+    if (picker.hasPreselected() || picker.sourceType() != UIImagePickerControllerSourceType::PhotoLibrary)
+        return;
+    m_picker = &picker;
+    connect(&picker, &UIImagePickerController::stateChanged, this, [this] {
+        if (m_picker && m_picker->state() != UIImagePickerController::Choosing)
+            forget();
+    });
+    openPortal();
+}
+
+void PickerPresenter::openPortal()
+{
+    FileChooserQuestion question;
+    question.title = localizedString("Choose a photo");
+    question.acceptLabel = localizedString("Choose");
+    question.parentWindow = portalWindowIdentifier(&m_parent);
+    question.folder = m_startFolder;
+    m_portal->open(std::move(question), [this](const FileChooserAnswer& answer) { take(answer); });
+}
+
+void PickerPresenter::take(const FileChooserAnswer& answer)
+{
+    if (!m_picker)
+        return;
+    switch (answer.kind) {
+    case FileChooserAnswer::Kind::Chosen:
+        m_picker->choose(PhotoSource::fromFile(answer.path));
+        break;
+    case FileChooserAnswer::Kind::Cancelled:
+        m_picker->cancel();
+        break;
+    case FileChooserAnswer::Kind::Failed:
+        m_picker->fail(answer.error);
+        break;
+    case FileChooserAnswer::Kind::Unavailable:
+        chooseInWindow();
+        break;
+    }
+}
+
+void PickerPresenter::chooseInWindow()
+{
+    if (!m_startFolder.empty())
+        m_folder.setFolder(QString::fromStdString(m_startFolder));
+    else if (m_folder.folder().isEmpty())
+        m_folder.openStart();
+    else
+        m_folder.refresh();
+    setChoosesInWindow(true);
+}
+
+void PickerPresenter::choose(const std::string& path)
+{
+    if (UIImagePickerController* const picker = folderPicker())
+        picker->choose(PhotoSource::fromFile(path));
+}
+
+void PickerPresenter::forget()
+{
+    m_portal->cancel();
+    if (m_picker)
+        m_picker->disconnect(this);
+    setChoosesInWindow(false);
+    m_picker.clear();
+}
+
+void PickerPresenter::setChoosesInWindow(bool inWindow)
+{
+    if (m_choosesInWindow == inWindow)
+        return;
+    m_choosesInWindow = inWindow;
+    emit folderPickerChanged();
+}
+
+} // namespace lamina

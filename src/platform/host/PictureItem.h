@@ -1,0 +1,47 @@
+#pragma once
+
+#include "platform/image/UIImage.h"
+
+#include <QImage>
+#include <QQuickItem>
+#include <QVariant>
+
+namespace lamina {
+
+/// A picture of ours in the chrome: a thumbnail that fills the item, its middle kept, with rounded corners.
+class PictureItem : public QQuickItem {
+    Q_OBJECT
+    QML_NAMED_ELEMENT(Picture)
+    /// A `lamina::UIImage`; anything else, or an empty one, shows nothing.
+    Q_PROPERTY(QVariant picture READ picture WRITE setPicture NOTIFY pictureChanged FINAL)
+    /// Of the corners, in the item's units. Default 0.
+    Q_PROPERTY(qreal radius READ radius WRITE setRadius NOTIFY radiusChanged FINAL)
+    Q_PROPERTY(bool empty READ isEmpty NOTIFY pictureChanged FINAL)
+
+public:
+    explicit PictureItem(QQuickItem* parent = nullptr);
+
+    QVariant picture() const;
+    void setPicture(const QVariant& picture);
+    qreal radius() const { return m_radius; }
+    void setRadius(qreal radius);
+    bool isEmpty() const { return !m_picture; }
+
+signals:
+    void pictureChanged();
+    void radiusChanged();
+
+protected:
+    void geometryChange(const QRectF& newGeometry, const QRectF& oldGeometry) override;
+    void itemChange(ItemChange change, const ItemChangeData& data) override;
+    void updatePolish() override;
+    QSGNode* updatePaintNode(QSGNode* node, UpdatePaintNodeData* data) override;
+
+private:
+    UIImage m_picture;
+    qreal m_radius = 0;
+    QImage m_drawn;
+    bool m_drawnChanged = false;
+};
+
+} // namespace lamina

@@ -1,0 +1,33 @@
+#pragma once
+
+#include "platform/host/ScreenModel.h"
+#include "platform/host/system/SystemSettings.h"
+
+#include <QQmlEngine>
+
+// Types of rooms that know no QML, by the names they have there.
+
+namespace lamina {
+
+struct ScreenModelInQml {
+    Q_GADGET
+    QML_FOREIGN(lamina::ScreenModel)
+    QML_NAMED_ELEMENT(ScreenModel)
+    QML_UNCREATABLE("Host.screens is the one")
+};
+
+/// The application's settings object, as a singleton.
+struct SystemSettingsInQml {
+    Q_GADGET
+    QML_FOREIGN(lamina::SystemSettings)
+    QML_NAMED_ELEMENT(SystemSettings)
+    QML_SINGLETON
+
+public:
+    static SystemSettings* create(QQmlEngine* engine, QJSEngine* scriptEngine);
+};
+
+/// Keeps the module's types in a program that links this room: without it the linker leaves their registration out.
+void registerQmlTypes();
+
+} // namespace lamina

@@ -1,0 +1,53 @@
+import QtQuick
+import Lamina
+
+// One screen in the window: how it comes, goes and makes way. It has no look of its own.
+FocusScope {
+    id: frame
+
+    required property QtObject controller
+    required property url source
+    required property int phase
+    required property int motion
+    required property bool front
+
+    readonly property bool shown: phase === ScreenModel.Shown
+    readonly property int away: motion === ScreenModel.Slide ? 24 : 0
+
+    visible: opacity > 0
+    opacity: shown ? 1 : 0
+    x: shown ? 0 : phase === ScreenModel.Covered ? -away : away
+
+    Behavior on opacity {
+        NumberAnimation { duration: Host.transitionDuration; easing.type: Easing.OutCubic }
+    }
+    Behavior on x {
+        NumberAnimation { duration: Host.transitionDuration; easing.type: Easing.OutCubic }
+    }
+
+    onFrontChanged: if (front) takeFocus()
+    Component.onCompleted: {
+        loader.setSource(source, { "controller": controller })
+        if (front)
+            takeFocus()
+    }
+
+    function takeFocus() {
+        Host.focusFrame = frame
+        frame.forceActiveFocus()
+    }
+
+    Loader {
+        id: loader
+        anchors.fill: parent
+        focus: true
+    }
+
+    // Until a screen stands, and while it leaves, it is only seen.
+    MouseArea {
+        anchors.fill: parent
+        enabled: !frame.front
+        hoverEnabled: enabled
+        onWheel: wheel => wheel.accepted = true
+    }
+}

@@ -1,0 +1,45 @@
+#pragma once
+
+#include "platform/host/ScreenModel.h"
+#include "platform/view/PresentationHost.h"
+#include "platform/view/UIWindow.h"
+
+#include <QObject>
+
+namespace lamina {
+
+/// Mirrors the screens of a `UIWindow` in the real window: a screen has the QML file of its class (HomeScreen.qml for
+/// ViewController, else XScreen.qml for XViewController), and comes and goes as its transition says. Main thread.
+class ScreenHost : public QObject, public PresentationHost {
+    Q_OBJECT
+
+public:
+    ScreenHost();
+
+    UIWindow& window() { return m_window; }
+    ScreenModel& screens() { return m_screens; }
+
+    /// Seconds that a transition takes, by its kind; 0 while the system asks for little motion.
+    struct Durations {
+        double slide = 0;
+        double fade = 0;
+    };
+    void setDurations(const Durations& durations) { m_durations = durations; }
+
+    void startTransition(const PresentationTransition& transition, std::function<void()> finished) override;
+
+signals:
+    /// A screen is about to be presented.
+    void presenting(UIViewController* controller);
+    /// Milliseconds that the transition under way takes.
+    void transitionStarted(int duration);
+
+private:
+    std::vector<ScreenModel::Row> wantedScreens() const;
+
+    UIWindow m_window;
+    ScreenModel m_screens;
+    Durations m_durations;
+};
+
+} // namespace lamina

@@ -1,0 +1,49 @@
+#include "platform/host/ThumbnailProvider.h"
+
+#include "platform/host/ImageConversion.h"
+#include "platform/host/system/Thumbnail.h"
+
+#include <QImage>
+#include <QRunnable>
+#include <QThreadPool>
+#include <QUrl>
+
+#include <algorithm>
+#include <atomic>
+#include <memory>
+
+namespace lamina {
+
+namespace {
+
+class ThumbnailResponse : public QQuickImageResponse {
+public:
+    ThumbnailResponse(std::string path, int side)
+        : m_cancelled(std::make_shared<std::atomic<bool>>(false))
+    {
+        QThreadPool::globalInstance()->start([this, path = std::move(path), side, cancelled = m_cancelled] {
+            if (const Result<UIImage> picture = loadThumbnail(path, side, cancelled.get()))
+                m_image = qImage(picture->cgImage());
+            emit finished(); // the engine deletes this afterwards, also when it was cancelled
+        });
+    }
+    QQuickTextureFactory* textureFactory() const override { return QQuickTextureFactory::textureFactoryForImage(m_image); }
+    QString errorString() const override { return m_image.isNull() ? QStringLiteral("not a picture") : QString(); }
+    void cancel() override { *m_cancelled = true; }
+
+private:
+    std::shared_ptr<std::atomic<bool>> m_cancelled;
+    QImage m_image;
+};
+
+} // namespace
+
+QQuickImageResponse* ThumbnailProvider::requestImageResponse(const QString& id, const QSize& requestedSize)
+{
+    constexpr int kUsualSide = 96;
+    constexpr int kLargestSide = 512;
+    const int side = requestedSize.width() > 0 ? std::min(requestedSize.width(), kLargestSide) : kUsualSide;
+    return new ThumbnailResponse(QUrl::fromPercentEncoding(id.toUtf8()).toStdString(), side);
+}
+
+} // namespace lamina

@@ -1,0 +1,31 @@
+import QtQuick
+
+// A page that is only scrolled where it doesn't fit, and brings what has the keyboard into sight.
+Flickable {
+    id: page
+
+    // Kept free over and under what is brought into sight: room for its focus ring.
+    property real slack: 16
+    readonly property Item focused: Window.activeFocusItem
+
+    contentWidth: width
+    boundsBehavior: Flickable.StopAtBounds
+    interactive: contentHeight > height
+    onFocusedChanged: reveal()
+    onHeightChanged: reveal()
+
+    function holds(item) {
+        while (item && item !== contentItem)
+            item = item.parent
+        return item === contentItem
+    }
+
+    function reveal() {
+        if (!focused || !holds(focused))
+            return
+        const top = focused.mapToItem(contentItem, 0, 0).y - slack
+        const bottom = top + focused.height + 2 * slack
+        const wanted = Math.min(top, Math.max(contentY, bottom - height))
+        contentY = Math.max(0, Math.min(wanted, contentHeight - height))
+    }
+}

@@ -1,0 +1,153 @@
+#include "platform/base/Log.h"
+#include "platform/host/Application.h"
+
+#include <QCommandLineParser>
+#include <QFile>
+#include <QGuiApplication>
+#include <QIcon>
+#include <QQuickWindow>
+#include <QUrl>
+
+#include <cstdio>
+#include <optional>
+
+namespace {
+
+using lamina::LaunchOptions;
+
+constexpr int kGood = 0;
+constexpr int kFailed = 1;
+constexpr int kWrongUsage = 2;
+
+/// Qt ends the process when it finds no display; ours says so in one line.
+bool displayIsThere()
+{
+    for (const char* const variable : {"QT_QPA_PLATFORM", "WAYLAND_DISPLAY", "WAYLAND_SOCKET", "DISPLAY"})
+        if (!qEnvironmentVariableIsEmpty(variable))
+            return true;
+    return false;
+}
+
+/// Without a graphics card the window is drawn faster by Qt's own painter than by an emulated one.
+void chooseRenderer()
+{
+    if (qEnvironmentVariableIsSet("QT_QUICK_BACKEND") || qEnvironmentVariableIsSet("QSG_RHI_BACKEND"))
+        return;
+    for (int card = 128; card < 144; ++card)
+        if (QFile::exists(QStringLiteral("/dev/dri/renderD%1").arg(card)))
+            return;
+    QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
+}
+
+void setNames()
+{
+    QGuiApplication::setApplicationName(QStringLiteral("lamina"));
+    QGuiApplication::setApplicationDisplayName(QStringLiteral("Lamina"));
+    QGuiApplication::setApplicationVersion(QStringLiteral(LAMINA_VERSION));
+    QGuiApplication::setDesktopFileName(QStringLiteral("org.lamina.lamina"));
+}
+
+void logMessage(QtMsgType type, const QMessageLogContext&, const QString& text)
+{
+    if (type == QtDebugMsg || type == QtInfoMsg)
+        lamina::logInfo(text.toStdString());
+    else if (type == QtWarningMsg)
+        lamina::logWarning(text.toStdString());
+    else
+        lamina::logError(text.toStdString());
+}
+
+std::optional<QSize> sizeOf(const QString& text)
+{
+    const QStringList sides = text.split(QLatin1Char('x'));
+    const QSize size = sides.size() == 2 ? QSize(sides[0].toInt(), sides[1].toInt()) : QSize();
+    return size.isEmpty() ? std::nullopt : std::optional(size);
+}
+
+int complain(const QString& text)
+{
+    std::fprintf(stderr, "lamina-app: %s\n", qPrintable(text));
+    return kWrongUsage;
+}
+
+/// The command line as options, or the exit code with which to leave at once.
+struct Parsed {
+    LaunchOptions options;
+    std::optional<int> leave;
+};
+
+Parsed parse(const QStringList& arguments)
+{
+    QCommandLineParser parser;
+    parser.setApplicationDescription(QStringLiteral("Composes photos. Given photos begin a blend."));
+    const QCommandLineOption screen(QStringLiteral("screen"), QStringLiteral("Opens home, two, three or blend."),
+                                    QStringLiteral("screen"), QStringLiteral("home"));
+    const QCommandLineOption photos(QStringLiteral("photos"), QStringLiteral("Where choosing a photo starts."),
+                                    QStringLiteral("folder"));
+    const QCommandLineOption size(QStringLiteral("size"), QStringLiteral("Of the window, in points."),
+                                  QStringLiteral("WIDTHxHEIGHT"));
+    parser.addOptions({screen, photos, size});
+    const QCommandLineOption help = parser.addHelpOption();
+    const QCommandLineOption version = parser.addVersionOption();
+    parser.addPositionalArgument(QStringLiteral("photo"), QStringLiteral("A picture file."), QStringLiteral("[photo...]"));
+
+    if (!parser.parse(arguments))
+        return {{}, complain(parser.errorText())};
+    if (parser.isSet(help)) {
+        std::fputs(qPrintable(parser.helpText()), stdout);
+        return {{}, kGood};
+    }
+    if (parser.isSet(version)) {
+        std::fputs("lamina-app " LAMINA_VERSION "\n", stdout);
+        return {{}, kGood};
+    }
+    Parsed parsed;
+    parsed.options.screen = parser.value(screen).toStdString();
+    if (!QStringList{QStringLiteral("home"), QStringLiteral("two"), QStringLiteral("three"), QStringLiteral("blend")}.contains(
+            parser.value(screen)))
+        return {{}, complain(QStringLiteral("--screen: home, two, three or blend, not '%1'").arg(parser.value(screen)))};
+    parsed.options.photosFolder = parser.value(photos).toStdString();
+    if (parser.isSet(size)) {
+        const auto wanted = sizeOf(parser.value(size));
+        if (!wanted)
+            return {{}, complain(QStringLiteral("--size: WIDTHxHEIGHT, such as 360x720"))};
+        parsed.options.size = *wanted;
+    }
+    for (const QString& file : parser.positionalArguments()) {
+        const QUrl url(file);
+        parsed.options.files.push_back((url.isLocalFile() ? url.toLocalFile() : file).toStdString());
+    }
+    return parsed;
+}
+
+QStringList textsOf(int argc, char** argv)
+{
+    QStringList texts;
+    for (int i = 0; i < argc; ++i)
+        texts.append(QString::fromLocal8Bit(argv[i]));
+    return texts;
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    setNames();
+    // Wrong usage, --help and --version need no display. Qt takes its own options out first.
+    if (!displayIsThere()) {
+        if (const Parsed parsed = parse(textsOf(argc, argv)); parsed.leave)
+            return *parsed.leave;
+        std::fputs("lamina-app: there is no display to open a window on\n", stderr);
+        return kFailed;
+    }
+    qInstallMessageHandler(logMessage);
+    chooseRenderer();
+    QGuiApplication qt(argc, argv);
+    const Parsed parsed = parse(QGuiApplication::arguments());
+    if (parsed.leave)
+        return *parsed.leave;
+    QGuiApplication::setWindowIcon(QIcon(QStringLiteral(":/lamina/icons/app-scalable.svg")));
+    lamina::Application application(parsed.options);
+    application.show();
+    return QGuiApplication::exec();
+}

@@ -1,0 +1,42 @@
+# The screens and their parts, by their paths below src/. All of them stand flat in the module Lamina.
+set(LAMINA_QML_FILES
+    app/HomeScreen.qml
+    app/ImagePIckingScreen.qml
+    app/PinchZoomScreen.qml
+    editors/blend/BlendPhotoScreen.qml
+    platform/host/AlertScreen.qml
+    platform/host/Main.qml
+    platform/host/PickerScreen.qml
+    platform/host/ScreenFrame.qml
+    platform/host/controls/AlertPanel.qml
+    platform/host/controls/AppScreen.qml
+    platform/host/controls/BusyPanel.qml
+    platform/host/controls/BusyRing.qml
+    platform/host/controls/CropMarks.qml
+    platform/host/controls/FocusRing.qml
+    platform/host/controls/FolderRow.qml
+    platform/host/controls/FolderSheet.qml
+    platform/host/controls/HintPill.qml
+    platform/host/controls/HomeCard.qml
+    platform/host/controls/Icon.qml
+    platform/host/controls/IconButton.qml
+    platform/host/controls/LaminaButton.qml
+    platform/host/controls/Paper.qml
+    platform/host/controls/PhotoButton.qml
+    platform/host/controls/Scrim.qml
+    platform/host/controls/ScrollPage.qml
+    platform/host/controls/SheetPanel.qml
+    platform/host/controls/SoonMark.qml
+    platform/host/controls/StepMarks.qml
+    platform/host/controls/StyledText.qml
+    platform/host/controls/Tip.qml
+    platform/host/controls/Toast.qml
+    platform/host/controls/ToolCell.qml
+    platform/host/controls/ToolRow.qml
+    platform/host/controls/TopBar.qml
+    platform/host/controls/ValueSlider.qml
+)
+# One object each, shared by all screens.
+set(LAMINA_QML_SINGLETONS
+    platform/host/controls/Theme.qml
+)

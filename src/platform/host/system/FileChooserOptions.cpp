@@ -1,0 +1,100 @@
+#include "platform/host/system/FileChooserOptions.h"
+
+#include "platform/base/Localization.h"
+#include "platform/host/system/PictureTypes.h"
+
+#include <QDBusArgument>
+#include <QDBusMetaType>
+
+namespace lamina {
+
+namespace {
+
+constexpr uint kGlob = 0;
+constexpr uint kMimeType = 1;
+
+/// One condition of a filter: (us).
+struct FilterRule {
+    uint kind = kGlob;
+    QString pattern;
+};
+
+/// A choice in the dialog's list of file types: (sa(us)).
+struct Filter {
+    QString name;
+    QList<FilterRule> rules;
+};
+
+QDBusArgument& operator<<(QDBusArgument& argument, const FilterRule& rule)
+{
+    argument.beginStructure();
+    argument << rule.kind << rule.pattern;
+    argument.endStructure();
+    return argument;
+}
+
+const QDBusArgument& operator>>(const QDBusArgument& argument, FilterRule& rule)
+{
+    argument.beginStructure();
+    argument >> rule.kind >> rule.pattern;
+    argument.endStructure();
+    return argument;
+}
+
+QDBusArgument& operator<<(QDBusArgument& argument, const Filter& filter)
+{
+    argument.beginStructure();
+    argument << filter.name << filter.rules;
+    argument.endStructure();
+    return argument;
+}
+
+const QDBusArgument& operator>>(const QDBusArgument& argument, Filter& filter)
+{
+    argument.beginStructure();
+    argument >> filter.name >> filter.rules;
+    argument.endStructure();
+    return argument;
+}
+
+void registerFilterTypes()
+{
+    static const bool registered = [] {
+        qDBusRegisterMetaType<FilterRule>();
+        qDBusRegisterMetaType<QList<FilterRule>>();
+        qDBusRegisterMetaType<Filter>();
+        qDBusRegisterMetaType<QList<Filter>>();
+        return true;
+    }();
+    Q_UNUSED(registered)
+}
+
+QList<Filter> pictureFilters()
+{
+    Filter pictures{QString::fromStdString(localizedString("Pictures")), {}};
+    for (const QString& type : pictureMimeTypes())
+        pictures.rules.append({kMimeType, type});
+    return {pictures, {QString::fromStdString(localizedString("All files")), {{kGlob, QStringLiteral("*")}}}};
+}
+
+} // namespace
+
+QVariantMap fileChooserOptions(const FileChooserQuestion& question, const QString& token)
+{
+    registerFilterTypes();
+    QVariantMap options = {
+        {QStringLiteral("handle_token"), token},
+        {QStringLiteral("modal"), true},
+        {QStringLiteral("multiple"), false},
+        {QStringLiteral("filters"), QVariant::fromValue(pictureFilters())},
+    };
+    if (!question.acceptLabel.empty())
+        options.insert(QStringLiteral("accept_label"), QString::fromStdString(question.acceptLabel));
+    // Bytes, since a path need not be text, and with the zero at their end: so paths travel on the bus.
+    if (!question.folder.empty())
+        options.insert(QStringLiteral("current_folder"),
+                       QByteArray(question.folder.c_str(), static_cast<qsizetype>(question.folder.size()) + 1));
+    return options;
+}
+
+} // namespace lamina

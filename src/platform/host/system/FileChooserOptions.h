@@ -1,0 +1,22 @@
+#pragma once
+
+#include <QVariantMap>
+
+#include <string>
+
+namespace lamina {
+
+/// What a file chooser is asked for: one picture file. All texts are to be shown to a person as they are; paths are bytes.
+struct FileChooserQuestion {
+    std::string parentWindow; ///< over which it stands, from `portalWindowIdentifier`; may be empty
+    std::string title;
+    std::string acceptLabel; ///< of the button that takes the file; empty: what the desktop calls it
+    std::string
+        folder; ///< in which it starts; empty: the samples while a person has no pictures, else where the desktop likes
+};
+
+/// The question as options of the portal's OpenFile call (a{sv}), the title and the parent window apart. The answer will come
+/// to the request object that ends in `token`.
+QVariantMap fileChooserOptions(const FileChooserQuestion& question, const QString& token);
+
+} // namespace lamina

@@ -1,0 +1,113 @@
+#include "platform/host/system/FolderListing.h"
+
+#include "platform/base/Localization.h"
+#include "platform/host/system/PictureTypes.h"
+
+#include <QCollator>
+#include <QLocale>
+#include <QStringDecoder>
+
+#include <algorithm>
+#include <filesystem>
+#include <optional>
+
+namespace lamina {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+struct Candidate {
+    FolderEntry entry;
+    fs::file_time_type changed;
+    QCollatorSortKey key;
+};
+
+std::string refusal(const std::error_code& failure)
+{
+    if (failure == std::errc::no_such_file_or_directory)
+        return localizedString("The folder does not exist.");
+    if (failure == std::errc::permission_denied)
+        return localizedString("You are not allowed to look into this folder.");
+    if (failure == std::errc::not_a_directory)
+        return localizedString("This is not a folder.");
+    return localizedString("The folder can’t be read.");
+}
+
+std::optional<QString> asText(const std::string& name)
+{
+    QStringDecoder decoder(QStringDecoder::Utf8);
+    QString text = decoder(QByteArrayView(name.data(), static_cast<qsizetype>(name.size())));
+    return decoder.hasError() ? std::nullopt : std::optional(std::move(text));
+}
+
+std::optional<Candidate> candidate(const fs::directory_entry& file, FolderOrder order, const QCollator& collator)
+{
+    std::string name = file.path().filename().string();
+    if (name.starts_with('.'))
+        return std::nullopt;
+    std::error_code failure;
+    const bool isFolder = file.is_directory(failure);
+    if (!isFolder && (!hasPictureExtension(name) || !file.is_regular_file(failure)))
+        return std::nullopt;
+    const std::optional<QString> text = asText(name);
+    if (!text)
+        return std::nullopt;
+    fs::file_time_type changed = fs::file_time_type::min();
+    if (!isFolder && order == FolderOrder::NewestFirst)
+        changed = file.last_write_time(failure);
+    return Candidate{{std::move(name), file.path().string(), isFolder}, changed, collator.sortKey(*text)};
+}
+
+QCollator peoplesOrder()
+{
+    // The locale "C" sorts by code points, which is no order for people.
+    const QLocale locale;
+    QCollator collator(locale.language() == QLocale::C ? QLocale(QLocale::English) : locale);
+    collator.setNumericMode(true);
+    collator.setCaseSensitivity(Qt::CaseInsensitive);
+    return collator;
+}
+
+bool standsBefore(const Candidate& x, const Candidate& y)
+{
+    if (x.entry.isFolder != y.entry.isFolder)
+        return x.entry.isFolder;
+    if (x.changed != y.changed)
+        return x.changed > y.changed;
+    if (const int order = x.key.compare(y.key); order != 0)
+        return order < 0;
+    return x.entry.name < y.entry.name;
+}
+
+} // namespace
+
+FolderContents listFolder(const std::string& folder, FolderOrder order, std::size_t limit,
+                          const std::atomic<bool>& cancelled)
+{
+    std::error_code failure;
+    fs::directory_iterator file(folder, failure);
+    if (failure)
+        return {{}, 0, refusal(failure)};
+
+    const QCollator collator = peoplesOrder();
+    std::vector<Candidate> found;
+    for (; !failure && !cancelled && file != fs::end(file); file.increment(failure))
+        if (std::optional<Candidate> taken = candidate(*file, order, collator))
+            found.push_back(*std::move(taken));
+    if (failure)
+        return {{}, 0, refusal(failure)};
+    if (cancelled)
+        return {};
+
+    FolderContents contents;
+    const std::size_t kept = std::min(limit, found.size());
+    std::partial_sort(found.begin(), found.begin() + static_cast<std::ptrdiff_t>(kept), found.end(), standsBefore);
+    contents.leftOut = found.size() - kept;
+    contents.entries.reserve(kept);
+    for (std::size_t i = 0; i < kept; ++i)
+        contents.entries.push_back(std::move(found[i].entry));
+    return contents;
+}
+
+} // namespace lamina

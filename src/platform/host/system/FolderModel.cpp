@@ -1,0 +1,226 @@
+#include "platform/host/system/FolderModel.h"
+
+#include "platform/base/Localization.h"
+#include "platform/host/system/BackgroundWork.h"
+#include "platform/host/system/PictureFolders.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QLocale>
+
+#include <utility>
+
+namespace lamina {
+
+namespace {
+
+struct Place {
+    std::string name;
+    std::string path;
+};
+
+std::vector<Place> findPlaces(const std::string& samples)
+{
+    std::vector<Place> places = {{localizedString("Pictures"), picturesFolder()},
+                                 {localizedString("Home"), QDir::homePath().toStdString()}};
+    if (!samples.empty())
+        places.push_back({localizedString("Samples"), samples});
+    return places;
+}
+
+std::string startFolder(const std::string& samples)
+{
+    if (!samples.empty())
+        return samples;
+    const std::string pictures = picturesFolder();
+    return QFileInfo(QString::fromStdString(pictures)).isDir() ? pictures : QDir::homePath().toStdString();
+}
+
+QVariantList asVariants(const std::vector<Place>& places)
+{
+    QVariantList list;
+    for (const Place& place : places)
+        list.append(QVariantMap{{QStringLiteral("name"), QString::fromStdString(place.name)},
+                                {QStringLiteral("path"), QString::fromStdString(place.path)}});
+    return list;
+}
+
+QString noteOn(const FolderContents& contents)
+{
+    if (contents.leftOut == 0)
+        return {};
+    const QLocale locale;
+    const auto number = [&](std::size_t count) {
+        return locale.toString(static_cast<qulonglong>(count)).toStdString();
+    };
+    return QString::fromStdString(
+        localizedText("Only the first %1 of %2 are shown.",
+                      {number(contents.entries.size()), number(contents.entries.size() + contents.leftOut)}));
+}
+
+} // namespace
+
+/// What the background finds out for one listing.
+struct FolderModel::Listing {
+    std::shared_ptr<std::atomic<bool>> cancelled; ///< tells which one it is
+    std::string folder;
+    FolderContents contents;
+    std::vector<Place> places;
+};
+
+FolderModel::FolderModel(QObject* parent)
+    : QAbstractListModel(parent)
+{
+}
+
+FolderModel::~FolderModel()
+{
+    if (!isLoading())
+        return;
+    stop();
+    folderQueue().sync([] {});
+}
+
+int FolderModel::rowCount(const QModelIndex& parent) const
+{
+    return parent.isValid() ? 0 : static_cast<int>(m_entries.size());
+}
+
+QVariant FolderModel::data(const QModelIndex& index, int role) const
+{
+    if (!checkIndex(index, CheckIndexOption::IndexIsValid | CheckIndexOption::ParentIsInvalid))
+        return {};
+    const FolderEntry& entry = m_entries[static_cast<std::size_t>(index.row())];
+    switch (role) {
+    case Qt::DisplayRole:
+    case NameRole:
+        return QString::fromStdString(entry.name);
+    case PathRole:
+        return QString::fromStdString(entry.path);
+    case IsFolderRole:
+        return entry.isFolder;
+    default:
+        return {};
+    }
+}
+
+QHash<int, QByteArray> FolderModel::roleNames() const
+{
+    return {{NameRole, "name"}, {PathRole, "path"}, {IsFolderRole, "isFolder"}};
+}
+
+void FolderModel::setFolder(const QString& folder)
+{
+    if (folder.isEmpty())
+        return;
+    const QString absolute = QDir::cleanPath(QDir().absoluteFilePath(folder));
+    if (absolute == m_folder) {
+        refresh();
+        return;
+    }
+    clear();
+    m_folder = absolute;
+    list(false);
+    emit folderChanged();
+    emit titleChanged();
+}
+
+QString FolderModel::parentFolder() const
+{
+    return m_folder.isEmpty() || m_folder == QLatin1String("/") ? QString() : QFileInfo(m_folder).path();
+}
+
+QString FolderModel::title() const
+{
+    for (const QVariant& place : m_places) {
+        const QVariantMap map = place.toMap();
+        if (map.value(QStringLiteral("path")).toString() == m_folder)
+            return map.value(QStringLiteral("name")).toString();
+    }
+    const QString name = QFileInfo(m_folder).fileName();
+    return name.isEmpty() ? m_folder : name;
+}
+
+void FolderModel::setOrder(Order order)
+{
+    if (m_order == order)
+        return;
+    m_order = order;
+    emit orderChanged();
+    refresh();
+}
+
+void FolderModel::openStart()
+{
+    clear();
+    list(true);
+}
+
+void FolderModel::refresh()
+{
+    if (!m_folder.isEmpty())
+        list(false);
+}
+
+void FolderModel::clear()
+{
+    beginResetModel();
+    m_entries.clear();
+    endResetModel();
+    m_error.clear();
+    m_note.clear();
+}
+
+void FolderModel::stop()
+{
+    if (const auto cancelled = std::exchange(m_cancelled, nullptr))
+        *cancelled = true;
+}
+
+void FolderModel::list(bool start)
+{
+    stop();
+    m_cancelled = std::make_shared<std::atomic<bool>>(false);
+    const FolderOrder order = m_order == ByName ? FolderOrder::ByName : FolderOrder::NewestFirst;
+    inBackground<Listing>(
+        folderQueue(), this,
+        [cancelled = m_cancelled, start, folder = m_folder.toStdString(), order, limit = m_limit] {
+            Listing listing{cancelled, folder, {}, {}};
+            if (*cancelled)
+                return listing;
+            const std::string samples = samplesForBeginners();
+            if (start)
+                listing.folder = startFolder(samples);
+            listing.places = findPlaces(samples);
+            listing.contents = listFolder(listing.folder, order, limit, *cancelled);
+            return listing;
+        },
+        [this](Listing listing) {
+            if (listing.cancelled == m_cancelled)
+                show(std::move(listing));
+        });
+    emit stateChanged();
+}
+
+void FolderModel::show(Listing listing)
+{
+    const QString folder = QString::fromStdString(listing.folder);
+    const bool moved = std::exchange(m_folder, folder) != folder;
+    const QVariantList places = asVariants(listing.places);
+    const bool placesMoved = std::exchange(m_places, places) != places;
+    m_note = noteOn(listing.contents);
+    m_error = QString::fromStdString(listing.contents.error);
+    m_cancelled = nullptr;
+    beginResetModel();
+    m_entries = std::move(listing.contents.entries);
+    endResetModel();
+    if (placesMoved)
+        emit placesChanged();
+    if (moved)
+        emit folderChanged();
+    if (moved || placesMoved)
+        emit titleChanged();
+    emit stateChanged();
+}
+
+} // namespace lamina

@@ -1,0 +1,90 @@
+#pragma once
+
+#include "platform/host/system/FolderListing.h"
+
+#include <QAbstractListModel>
+#include <QVariantList>
+
+#include <memory>
+
+namespace lamina {
+
+/// A folder as the chooser in the window shows it: the folders in it, then its pictures. Listed in the background; until then
+/// it is empty and `loading`. It does not look by itself whether something has changed. Main thread.
+class FolderModel : public QAbstractListModel {
+    Q_OBJECT
+    /// Absolute and without ".." when read. What is set may be relative; setting the same folder again lists it anew.
+    Q_PROPERTY(QString folder READ folder WRITE setFolder NOTIFY folderChanged FINAL)
+    /// The folder above; empty at the top.
+    Q_PROPERTY(QString parentFolder READ parentFolder NOTIFY folderChanged FINAL)
+    /// The folder's name to show: that of the place if it is one of `places`, else the last part of its path.
+    Q_PROPERTY(QString title READ title NOTIFY titleChanged FINAL)
+    Q_PROPERTY(Order order READ order WRITE setOrder NOTIFY orderChanged FINAL)
+    Q_PROPERTY(bool loading READ isLoading NOTIFY stateChanged FINAL)
+    /// Why the folder can't be shown, a sentence; empty: it can.
+    Q_PROPERTY(QString error READ error NOTIFY stateChanged FINAL)
+    /// What to say about the list, such as that it is not all; mostly empty.
+    Q_PROPERTY(QString note READ note NOTIFY stateChanged FINAL)
+    /// Maps {name, path}: the person's pictures, their home, and the samples while there are no pictures. Empty until a folder
+    /// has been listed.
+    Q_PROPERTY(QVariantList places READ places NOTIFY placesChanged FINAL)
+
+public:
+    enum Order { NewestFirst, ByName };
+    Q_ENUM(Order)
+    /// "name", "path" and "isFolder" in views.
+    enum Role { NameRole = Qt::UserRole + 1, PathRole, IsFolderRole };
+
+    /// More entries than this are not shown: nobody scrolls that far.
+    static constexpr std::size_t kDefaultLimit = 10'000;
+
+    explicit FolderModel(QObject* parent = nullptr);
+    /// Stops the listing that is under way, and waits until it has stopped: Qt's own end must not overtake it.
+    ~FolderModel() override;
+
+    int rowCount(const QModelIndex& parent = {}) const override;
+    QVariant data(const QModelIndex& index, int role) const override;
+    QHash<int, QByteArray> roleNames() const override;
+
+    QString folder() const { return m_folder; }
+    void setFolder(const QString& folder);
+    QString parentFolder() const;
+    QString title() const;
+    Order order() const { return m_order; }
+    void setOrder(Order order);
+    bool isLoading() const { return m_cancelled != nullptr; }
+    QString error() const { return m_error; }
+    QString note() const { return m_note; }
+    QVariantList places() const { return m_places; }
+    void setLimit(std::size_t entries) { m_limit = entries; }
+
+    /// Goes where choosing begins: the person's pictures; the samples while there are none; their home without either.
+    Q_INVOKABLE void openStart();
+    /// Lists the folder again; what is shown stays until then.
+    Q_INVOKABLE void refresh();
+
+signals:
+    void folderChanged();
+    void titleChanged();
+    void orderChanged();
+    void stateChanged();
+    void placesChanged();
+
+private:
+    struct Listing;
+    void clear();
+    void list(bool start);
+    void show(Listing listing);
+    void stop();
+
+    QString m_folder;
+    Order m_order = NewestFirst;
+    std::size_t m_limit = kDefaultLimit;
+    std::vector<FolderEntry> m_entries;
+    QString m_error;
+    QString m_note;
+    QVariantList m_places;
+    std::shared_ptr<std::atomic<bool>> m_cancelled; ///< stops the listing under way; null: there is none
+};
+
+} // namespace lamina

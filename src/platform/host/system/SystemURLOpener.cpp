@@ -1,0 +1,76 @@
+#include "platform/host/system/SystemURLOpener.h"
+
+#include "platform/host/system/LocalFile.h"
+#include "platform/view/UIApplication.h"
+
+#include <QDesktopServices>
+#include <QGuiApplication>
+#include <QProcess>
+#include <QStandardPaths>
+#include <QUrl>
+
+#include <algorithm>
+#include <vector>
+
+namespace lamina {
+
+namespace {
+
+struct Program {
+    QString name;
+    QStringList arguments;
+};
+
+bool start(const Program& program)
+{
+    const QString path = QStandardPaths::findExecutable(program.name);
+    return !path.isEmpty() && QProcess::startDetached(path, program.arguments);
+}
+
+bool openSettings()
+{
+    // The panels adapt to phones, where the same programs run under the desktops' mobile shells.
+    std::vector<Program> programs = {
+        {QStringLiteral("gnome-control-center"), {QStringLiteral("applications"), QStringLiteral("org.lamina.lamina")}},
+        {QStringLiteral("plasma-open-settings"), {}},
+        {QStringLiteral("systemsettings"), {}},
+    };
+    const QStringList desktops = qEnvironmentVariable("XDG_CURRENT_DESKTOP").split(QLatin1Char(':'));
+    if (desktops.contains(QLatin1String("KDE"), Qt::CaseInsensitive))
+        std::rotate(programs.begin(), programs.begin() + 1, programs.end());
+    return std::any_of(programs.begin(), programs.end(), start);
+}
+
+bool mayOpen(const QUrl& url)
+{
+    const QString scheme = url.scheme();
+    if (scheme == QLatin1String("http") || scheme == QLatin1String("https"))
+        return !url.host().isEmpty();
+    return scheme == QLatin1String("mailto") || localFilePath(url).ok();
+}
+
+/// Qt's own way knows the portal of a sandbox, but not every platform of it has one.
+bool openWithDesktop(const QUrl& url)
+{
+    const QString platform = QGuiApplication::platformName();
+    const bool qtKnowsHow = platform == QLatin1String("xcb") || platform.startsWith(QLatin1String("wayland"));
+    return (qtKnowsHow && QDesktopServices::openUrl(url)) ||
+           start({QStringLiteral("xdg-open"), {url.toString(QUrl::FullyEncoded)}});
+}
+
+} // namespace
+
+bool openSystemURL(const std::string& text)
+{
+    const QUrl url(QString::fromStdString(text), QUrl::StrictMode);
+    if (url.scheme() + QLatin1Char(':') == QLatin1String(UIApplicationOpenSettingsURLString))
+        return openSettings();
+    return url.isValid() && mayOpen(url) && openWithDesktop(url);
+}
+
+void installSystemURLOpener()
+{
+    UIApplication::shared().setURLOpener(openSystemURL);
+}
+
+} // namespace lamina

@@ -1,0 +1,45 @@
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <span>
+#include <string>
+#include <sys/stat.h>
+
+namespace lamina {
+
+/// A temporary file in the folder of its target, gone with this object unless it has taken the target's place. Each step does
+/// nothing once one has failed; `error` keeps the number of the first failure, 0 while there is none.
+class UnfinishedFile {
+public:
+    explicit UnfinishedFile(const std::filesystem::path& target);
+    ~UnfinishedFile();
+    UnfinishedFile(const UnfinishedFile&) = delete;
+    UnfinishedFile& operator=(const UnfinishedFile&) = delete;
+
+    /// Takes on the permissions, and where we may the owner, of another file.
+    void take(const struct stat& status);
+    /// Writes everything and closes the file.
+    void write(std::span<const std::uint8_t> bytes);
+    /// Takes the target's place, whatever stands there.
+    void replace(const std::filesystem::path& target);
+    /// Takes a name that is free; EEXIST when anything has it, a link that leads nowhere included.
+    void claim(const std::filesystem::path& target);
+    int error() const { return m_error; }
+
+    /// Removes those that exist at the moment; safe in a signal handler.
+    static void removeAll();
+
+private:
+    std::string m_path;
+    int m_descriptor = -1;
+    int m_place = -1;
+    int m_error = 0;
+    bool m_exists = false;
+};
+
+/// Writes everything and closes the descriptor; the error's number, or 0. Growing past the process's limit for files is an
+/// error like others and raises no signal.
+int writeAndClose(int descriptor, std::span<const std::uint8_t> bytes);
+
+} // namespace lamina

@@ -1,0 +1,103 @@
+#include "platform/photos/AssetPicture.h"
+
+#include "platform/base/Log.h"
+#include "platform/image/CGContext.h"
+#include "platform/image/PictureDecoding.h"
+
+#include <algorithm>
+#include <cmath>
+#include <optional>
+
+namespace lamina {
+
+namespace {
+
+using ResizeMode = PHImageRequestOptionsResizeMode;
+
+/// Pixels; beyond what a picture may have, and small enough to count in.
+constexpr double kLargestSide = 1 << 20;
+
+/// The target in whole pixels; nothing when all pixels are wanted.
+std::optional<CGSize> wholeTarget(const AssetPictureRequest& request)
+{
+    const auto usable = [](double side) { return std::isfinite(side) && side > 0; };
+    const auto [width, height] = request.targetSize;
+    if (request.resizeMode == ResizeMode::None || !usable(width) || !usable(height))
+        return std::nullopt;
+    const auto whole = [](double side) { return std::clamp(std::round(side), 1.0, kLargestSide); };
+    return CGSize{whole(width), whole(height)};
+}
+
+/// The picture's size when it fits or covers the target. The side that decides is the target's to the last bit, and
+/// the other never falls short of a target that is to be covered: an edge that missed by a rounding error would be blended.
+CGSize scaledSize(CGSize picture, CGSize target, PHImageContentMode mode)
+{
+    const double byWidth = picture.height * target.width / picture.width;
+    const double byHeight = picture.width * target.height / picture.height;
+    if (mode == PHImageContentMode::AspectFill)
+        return byWidth >= target.height ? CGSize{target.width, byWidth}
+                                        : CGSize{std::max(byHeight, target.width), target.height};
+    return byWidth <= target.height ? CGSize{target.width, byWidth} : CGSize{byHeight, target.height};
+}
+
+/// The fewest pixels that the decoder must leave on the shorter side for the target.
+int decodedShortSide(const PHAsset& asset, CGSize target, PHImageContentMode mode)
+{
+    CGSize wanted = target;
+    if (asset.pixelWidth > 0 && asset.pixelHeight > 0)
+        wanted =
+            scaledSize({static_cast<double>(asset.pixelWidth), static_cast<double>(asset.pixelHeight)}, target, mode);
+    else // whatever the shape, this covers the target
+        wanted.width = wanted.height = std::max(target.width, target.height);
+    return static_cast<int>(std::ceil(std::clamp(std::min(wanted.width, wanted.height), 1.0, kLargestSide)));
+}
+
+/// Draws the picture to `drawn` pixels in the middle of a picture of `size`.
+UIImage redrawn(const UIImage& picture, CGSize drawn, CGSize size)
+{
+    if (drawn == picture.size() && drawn == size)
+        return picture.upright();
+    if (size.width * size.height * 4 > static_cast<double>(DecodeOptions().memoryLimit))
+        return {};
+    std::optional<CGContext> context = CGContext::image(size, !picture.cgImage().hasAlpha(), 1);
+    if (!context)
+        return {};
+    const CGPoint origin{(size.width - drawn.width) / 2, (size.height - drawn.height) / 2};
+    picture.drawInRect(*context, {origin, drawn});
+    return context->makeUIImage();
+}
+
+UIImage sized(const UIImage& picture, CGSize target, const AssetPictureRequest& request)
+{
+    const CGSize own = picture.size();
+    CGSize drawn = scaledSize(own, target, request.contentMode);
+    if (request.resizeMode == ResizeMode::Exact && request.contentMode == PHImageContentMode::AspectFill)
+        return redrawn(picture, drawn, target);
+    if (request.resizeMode == ResizeMode::Fast && (drawn.width > own.width || drawn.height > own.height))
+        return picture.upright();
+    drawn = {std::max(1.0, std::round(drawn.width)), std::max(1.0, std::round(drawn.height))};
+    return redrawn(picture, drawn, drawn);
+}
+
+} // namespace
+
+UIImage loadAssetPicture(const AssetPictureRequest& request, const std::atomic<bool>* cancelled)
+{
+    const std::optional<CGSize> target = wholeTarget(request);
+    DecodeOptions options;
+    options.cancelled = cancelled;
+    if (target)
+        options.shortSide = decodedShortSide(request.asset, *target, request.contentMode);
+    const Result<UIImage> picture = loadPicture(request.asset.path, options);
+    if (!picture) {
+        if (!cancelled || !*cancelled)
+            logWarning(picture.error().subject + ": " + picture.error().cause);
+        return {};
+    }
+    UIImage result = target ? sized(*picture, *target, request) : picture->upright();
+    if (!result)
+        logWarning(request.asset.path + ": no memory for the picture at its new size");
+    return result;
+}
+
+} // namespace lamina

@@ -1,0 +1,19 @@
+#pragma once
+
+#include <string>
+
+namespace lamina {
+
+/// A picture of the photo library: what is known of it without reading its pixels. A plain value, usable from any thread.
+struct PHAsset {
+    std::string localIdentifier; ///< names the picture for as long as the library has it
+    std::string path;            ///< its file
+    int pixelWidth = 0;          ///< as shown upright; 0: not known
+    int pixelHeight = 0;
+    double creationDate = 0; ///< seconds since the beginning of 1970, UTC
+
+    /// The same picture of the library, whatever else is known of it.
+    friend bool operator==(const PHAsset& x, const PHAsset& y) { return x.localIdentifier == y.localIdentifier; }
+};
+
+} // namespace lamina

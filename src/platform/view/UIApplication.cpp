@@ -1,0 +1,21 @@
+#include "platform/view/UIApplication.h"
+
+#include "platform/base/Log.h"
+
+namespace lamina {
+
+UIApplication& UIApplication::shared()
+{
+    static auto* const application = new UIApplication;
+    return *application;
+}
+
+bool UIApplication::openURL(const std::string& url)
+{
+    const bool opened = m_opener && m_opener(url);
+    if (!opened)
+        logWarning("nothing here opens " + url);
+    return opened;
+}
+
+} // namespace lamina

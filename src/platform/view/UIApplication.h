@@ -1,0 +1,29 @@
+#pragma once
+
+#include <functional>
+#include <string>
+
+namespace lamina {
+
+/// Opens the system's settings for this application.
+inline constexpr const char* UIApplicationOpenSettingsURLString = "app-settings:";
+
+/// The application as its screens see it. One a process, never destroyed. Main thread.
+class UIApplication {
+public:
+    static UIApplication& shared();
+
+    /// True when something opens it. Without an opener: false, and logged.
+    bool openURL(const std::string& url);
+
+    using URLOpener = std::function<bool(const std::string& url)>;
+    /// Installed by whoever knows the system; empty: none.
+    void setURLOpener(URLOpener opener) { m_opener = std::move(opener); }
+
+private:
+    UIApplication() = default;
+
+    URLOpener m_opener;
+};
+
+} // namespace lamina

@@ -1,0 +1,8 @@
+#pragma once
+
+#include "platform/image/UIImage.h"
+
+#include <QMetaType>
+
+// Lets a picture travel in a QVariant, as a property that views read.
+Q_DECLARE_METATYPE(lamina::UIImage)

@@ -1,0 +1,120 @@
+#include "platform/view/UIImagePickerController.h"
+
+#include "platform/base/Localization.h"
+#include "platform/base/Log.h"
+#include "platform/view/PhotoLoad.h"
+#include "platform/view/UIAlertController.h"
+
+#include <utility>
+
+namespace lamina {
+
+namespace {
+
+std::function<bool()>& cameraAvailability()
+{
+    static auto* const isAvailable = new std::function<bool()>;
+    return *isAvailable;
+}
+
+std::shared_ptr<UIAlertController> unreadableAlert(const Error& error)
+{
+    const std::string message = error.subject.empty()
+                                    ? localizedString(error.cause)
+                                    : localizedText("%1: %2.", {error.subject, localizedString(error.cause)});
+    return UIAlertController::make(localizedString("Can’t open the photo"), message,
+                                   {{localizedString("OK"), UIAlertActionStyle::Default, {}}});
+}
+
+} // namespace
+
+void UIImagePickerControllerDelegate::imagePickerControllerDidCancel(UIImagePickerController&) {}
+void UIImagePickerControllerDelegate::imagePickerController(UIImagePickerController&, const UIImagePickerInfo&) {}
+
+UIImagePickerController::UIImagePickerController() = default;
+UIImagePickerController::~UIImagePickerController() = default;
+
+bool UIImagePickerController::isSourceTypeAvailable(SourceType type)
+{
+    return type == SourceType::PhotoLibrary || (cameraAvailability() && cameraAvailability()());
+}
+
+void UIImagePickerController::setCameraAvailability(std::function<bool()> isAvailable)
+{
+    cameraAvailability() = std::move(isAvailable);
+}
+
+void UIImagePickerController::viewDidAppear(bool animated)
+{
+    UIViewController::viewDidAppear(animated);
+    if (m_preselected && m_state == Choosing)
+        choose(std::move(*m_preselected));
+}
+
+void UIImagePickerController::choose(PhotoSource photo)
+{
+    if (m_state != Choosing)
+        return;
+    m_state = Loading;
+    m_photoName = photo.name;
+    m_load = std::make_unique<PhotoLoad>(std::move(photo), m_shortSide,
+                                         [this](Result<UIImage> read) { photoArrived(std::move(read)); });
+    emit stateChanged();
+}
+
+void UIImagePickerController::photoArrived(Result<UIImage> photo)
+{
+    if (!photo) {
+        fail(photo.error());
+        return;
+    }
+    const auto self = shared_from_this();
+    finish();
+    if (const auto heard = delegate())
+        heard->imagePickerController(*this, {*std::move(photo), m_photoName});
+    else
+        leave();
+}
+
+void UIImagePickerController::cancel()
+{
+    if (m_state == Finished)
+        return;
+    const auto self = shared_from_this();
+    finish();
+    if (const auto heard = delegate())
+        heard->imagePickerControllerDidCancel(*this);
+    else
+        leave();
+}
+
+void UIImagePickerController::leave()
+{
+    if (presentingViewController())
+        dismiss(true);
+}
+
+void UIImagePickerController::fail(const Error& error)
+{
+    if (m_state == Finished)
+        return;
+    const auto self = shared_from_this();
+    finish();
+    const auto presenter = presentingViewController();
+    if (!presenter) {
+        logWarning(error.subject + ": " + error.cause);
+        return;
+    }
+    dismiss(true, [presenter, error] { presenter->present(unreadableAlert(error), true); });
+}
+
+void UIImagePickerController::finish()
+{
+    m_state = Finished;
+    // The load may be the caller, whose completion goes on after this.
+    if (m_load)
+        m_load->cancel();
+    emit stateChanged();
+}
+
+} // namespace lamina

@@ -1,0 +1,100 @@
+#pragma once
+
+#include "platform/base/Result.h"
+#include "platform/image/UIImage.h"
+#include "platform/view/PhotoSource.h"
+#include "platform/view/UIViewController.h"
+
+#include <functional>
+#include <memory>
+#include <optional>
+
+namespace lamina {
+
+class PhotoLoad;
+class UIImagePickerController;
+
+enum class UIImagePickerControllerSourceType { PhotoLibrary = 0, Camera = 1 };
+
+/// What a person has picked.
+struct UIImagePickerInfo {
+    UIImage originalImage; ///< UIImagePickerControllerOriginalImage: upright
+    std::string name;      ///< to show
+};
+
+/// Hears what became of a picker. It dismisses the picker; one without a delegate dismisses itself. Main thread.
+class UIImagePickerControllerDelegate {
+public:
+    virtual ~UIImagePickerControllerDelegate() = default;
+    virtual void imagePickerControllerDidCancel(UIImagePickerController& picker);
+    virtual void imagePickerController(UIImagePickerController& picker,
+                                       const UIImagePickerInfo& didFinishPickingMediaWithInfo);
+};
+
+/// The system's own way to one photo. The window lets a person choose a file while this is presented; the photo is then read in the
+/// background, and can be given up until it is there. Main thread.
+///
+/// A photo that can't be read is no answer: the picker dismisses itself, and an alert over the screen that presented it names
+/// the photo and the cause.
+class UIImagePickerController : public UIViewController {
+    Q_OBJECT
+    Q_PROPERTY(State state READ state NOTIFY stateChanged FINAL)
+    Q_PROPERTY(QString photoName READ photoNameText NOTIFY stateChanged FINAL)
+
+public:
+    enum State { Choosing, Loading, Finished };
+    Q_ENUM(State)
+    using SourceType = UIImagePickerControllerSourceType;
+
+    UIImagePickerController();
+    ~UIImagePickerController() override;
+
+    /// The library always is; the camera when `setCameraAvailability` says so (default: no).
+    static bool isSourceTypeAvailable(SourceType type);
+    static void setCameraAvailability(std::function<bool()> isAvailable);
+
+    /// Default: the library.
+    SourceType sourceType() const { return m_sourceType; }
+    void setSourceType(SourceType type) { m_sourceType = type; }
+    /// Not owned.
+    std::shared_ptr<UIImagePickerControllerDelegate> delegate() const { return m_delegate.lock(); }
+    void setDelegate(std::weak_ptr<UIImagePickerControllerDelegate> delegate) { m_delegate = std::move(delegate); }
+    /// Pixels that the photo's shorter side has to keep; default 0: all of them.
+    int shortSide() const { return m_shortSide; }
+    void setShortSide(int pixels) { m_shortSide = pixels; }
+    /// A photo that is chosen already: it is read as soon as the picker has appeared.
+    void setPreselected(PhotoSource photo) { m_preselected = std::move(photo); }
+    bool hasPreselected() const { return m_preselected.has_value(); }
+
+    State state() const { return m_state; }
+    /// Of the photo that is being read; empty before.
+    const std::string& photoName() const { return m_photoName; }
+    QString photoNameText() const { return QString::fromStdString(m_photoName); }
+
+    /// A person's choice; only while choosing.
+    void choose(PhotoSource photo);
+    /// A person wants none, or no longer; the delegate hears of it once. Nothing once finished.
+    Q_INVOKABLE void cancel();
+    /// Choosing went wrong, or reading did: handled as a photo that can't be read.
+    void fail(const Error& error);
+
+    void viewDidAppear(bool animated) override;
+
+signals:
+    void stateChanged();
+
+private:
+    void finish();
+    void leave();
+    void photoArrived(Result<UIImage> photo);
+
+    SourceType m_sourceType = SourceType::PhotoLibrary;
+    std::weak_ptr<UIImagePickerControllerDelegate> m_delegate;
+    int m_shortSide = 0;
+    std::optional<PhotoSource> m_preselected;
+    State m_state = Choosing;
+    std::string m_photoName;
+    std::unique_ptr<PhotoLoad> m_load;
+};
+
+} // namespace lamina

@@ -1,0 +1,167 @@
+#include "WindowDriver.h"
+
+#include "platform/base/DispatchQueue.h"
+
+#include <QAccessible>
+#include <QElapsedTimer>
+#include <QGuiApplication>
+#include <QPointingDevice>
+#include <QTest>
+
+#include <vector>
+
+namespace lamina::test {
+
+namespace {
+
+/// Every visible item below `root`, those in front last.
+void collect(QQuickItem& root, std::vector<QQuickItem*>& items)
+{
+    if (!root.isVisible())
+        return;
+    items.push_back(&root);
+    for (QQuickItem* child : root.childItems())
+        collect(*child, items);
+}
+
+QString accessibleName(QQuickItem& item)
+{
+    QAccessibleInterface* const interface = QAccessible::queryAccessibleInterface(&item);
+    return interface ? interface->text(QAccessible::Name) : QString();
+}
+
+constexpr int kDragSteps = 12;
+
+} // namespace
+
+WindowDriver::WindowDriver(const LaunchOptions& options)
+    : m_application(std::make_unique<Application>(options))
+    , m_fingers(QTest::createTouchDevice())
+{
+    QAccessible::setActive(true);
+    m_application->show();
+    waitUntil([this] { return view().isExposed(); });
+    view().requestActivate();
+    settle();
+}
+
+WindowDriver::~WindowDriver()
+{
+    m_application.reset();
+}
+
+bool WindowDriver::waitUntil(const std::function<bool()>& done, double seconds)
+{
+    QElapsedTimer waited;
+    waited.start();
+    while (!done()) {
+        if (static_cast<double>(waited.elapsed()) > seconds * 1000)
+            return false;
+        QGuiApplication::processEvents(QEventLoop::AllEvents, 20);
+        QTest::qSleep(1);
+    }
+    return true;
+}
+
+void WindowDriver::settle()
+{
+    // A few turns without work: transitions come one after another, each on a turn of its own.
+    int quiet = 0;
+    waitUntil([&quiet] {
+        const bool idle = DispatchQueue::main().runUntilIdle(0);
+        quiet = idle ? quiet + 1 : 0;
+        return quiet > 20;
+    });
+}
+
+QQuickItem* WindowDriver::item(const QString& name)
+{
+    std::vector<QQuickItem*> items;
+    collect(*view().contentItem(), items);
+    for (auto item = items.rbegin(); item != items.rend(); ++item)
+        if (accessibleName(**item) == name)
+            return *item;
+    return nullptr;
+}
+
+QPointF WindowDriver::middleOf(const QQuickItem& item)
+{
+    return item.mapToScene(QPointF(item.width() / 2, item.height() / 2));
+}
+
+bool WindowDriver::tap(const QString& name)
+{
+    QQuickItem* const target = item(name);
+    if (!target || !target->isEnabled())
+        return false;
+    const QPoint point = middleOf(*target).toPoint();
+    QTest::touchEvent(&view(), m_fingers.get()).press(0, point, &view());
+    QTest::touchEvent(&view(), m_fingers.get()).release(0, point, &view());
+    settle();
+    return true;
+}
+
+bool WindowDriver::click(const QString& name)
+{
+    QQuickItem* const target = item(name);
+    if (!target || !target->isEnabled())
+        return false;
+    QTest::mouseClick(&view(), Qt::LeftButton, Qt::NoModifier, middleOf(*target).toPoint());
+    settle();
+    return true;
+}
+
+void WindowDriver::press(Qt::Key key, Qt::KeyboardModifiers modifiers)
+{
+    QTest::keyClick(&view(), key, modifiers);
+    settle();
+}
+
+CanvasItem* WindowDriver::canvas()
+{
+    std::vector<QQuickItem*> items;
+    collect(*view().contentItem(), items);
+    for (auto item = items.rbegin(); item != items.rend(); ++item)
+        if (auto* const found = qobject_cast<CanvasItem*>(*item))
+            return found;
+    return nullptr;
+}
+
+void WindowDriver::dragCanvas(QPointF by)
+{
+    const QPointF start = middleOf(*canvas());
+    QTest::touchEvent(&view(), m_fingers.get()).press(0, start.toPoint(), &view());
+    for (int step = 1; step <= kDragSteps; ++step)
+        QTest::touchEvent(&view(), m_fingers.get()).move(0, (start + by * step / kDragSteps).toPoint(), &view());
+    QTest::touchEvent(&view(), m_fingers.get()).release(0, (start + by).toPoint(), &view());
+    settle();
+}
+
+void WindowDriver::dragCanvasWithMouse(QPointF by)
+{
+    const QPointF start = middleOf(*canvas());
+    QTest::mousePress(&view(), Qt::LeftButton, Qt::NoModifier, start.toPoint());
+    for (int step = 1; step <= kDragSteps; ++step)
+        QTest::mouseMove(&view(), (start + by * step / kDragSteps).toPoint());
+    QTest::mouseRelease(&view(), Qt::LeftButton, Qt::NoModifier, (start + by).toPoint());
+    settle();
+}
+
+void WindowDriver::pinchCanvas(double before, double after)
+{
+    const QPointF middle = middleOf(*canvas());
+    const auto finger = [&](double apart, double side) { return (middle + QPointF(side * apart / 2, 0)).toPoint(); };
+    QTest::touchEvent(&view(), m_fingers.get())
+        .press(0, finger(before, -1), &view())
+        .press(1, finger(before, 1), &view());
+    for (int step = 1; step <= kDragSteps; ++step) {
+        const double apart = before + (after - before) * step / kDragSteps;
+        QTest::touchEvent(&view(), m_fingers.get()).move(0, finger(apart, -1), &view()).move(1, finger(apart, 1), &view());
+    }
+    QTest::touchEvent(&view(), m_fingers.get())
+        .release(0, finger(after, -1), &view())
+        .release(1, finger(after, 1), &view());
+    settle();
+}
+
+} // namespace lamina::test

@@ -1,0 +1,70 @@
+"""Installs the build into a folder of its own and reads it as a desktop would."""
+
+import configparser
+import os
+import subprocess
+import tempfile
+import unittest
+import xml.etree.ElementTree as ET
+from pathlib import Path
+
+SOURCE, BUILD = Path(os.environ["LAMINA_SOURCE"]), Path(os.environ["LAMINA_BUILD"])
+ID = "org.lamina.lamina"
+
+
+class InstalledTree(unittest.TestCase):
+    @classmethod
+    def setUpClass(cls):
+        folder = tempfile.TemporaryDirectory()
+        cls.addClassCleanup(folder.cleanup)
+        cls.root = Path(folder.name)
+        cls.usr = cls.root / "usr"
+        subprocess.run([os.environ["CMAKE"], "--install", BUILD, "--prefix", cls.usr], check=True, capture_output=True)
+        cls.desktop = configparser.ConfigParser(interpolation=None)
+        cls.desktop.optionxform = str
+        cls.desktop.read(cls.usr / "share/applications" / f"{ID}.desktop", encoding="utf-8")
+        cls.metainfo = ET.parse(cls.usr / "share/metainfo" / f"{ID}.metainfo.xml").getroot()
+
+    def texts(self, path):
+        return [element.text for element in self.metainfo.findall(path)]
+
+    def test_a_store_finds_one_whole_application(self):
+        run = subprocess.run([os.environ["APPSTREAMCLI"], "validate-tree", "--no-net", self.root], capture_output=True, text=True)
+        self.assertEqual(run.returncode, 0, run.stdout)
+
+    def test_every_program_that_is_named_stands_there(self):
+        commands = {self.desktop[section]["Exec"].split()[0] for section in self.desktop.sections()}
+        for program in commands | set(self.texts("provides/binary")):
+            self.assertTrue(os.access(self.usr / "bin" / program, os.X_OK), program)
+
+    def test_the_icon_is_there_in_colour_and_in_the_colour_of_the_theme(self):
+        icons = self.usr / "share/icons/hicolor"
+        name = self.desktop["Desktop Entry"]["Icon"]
+        for path in (icons / f"scalable/apps/{name}.svg", icons / f"symbolic/apps/{name}-symbolic.svg"):
+            root = ET.parse(path).getroot()
+            self.assertTrue(root.tag.endswith("}svg"), path)
+            self.assertEqual(root.get("width"), root.get("height"))
+        fills = {element.get("fill") for element in root.iter("{http://www.w3.org/2000/svg}path")}
+        self.assertEqual(fills, {"currentColor"})
+
+    def test_store_and_menu_say_the_same(self):
+        entry = self.desktop["Desktop Entry"]
+        self.assertEqual(self.texts("provides/mediatype"), entry["MimeType"].rstrip(";").split(";"))
+        self.assertEqual(self.texts("launchable"), [f"{ID}.desktop"])
+        self.assertEqual(self.metainfo.findtext("name"), entry["Name"])
+        self.assertEqual(self.metainfo.find("releases/release").get("version"), os.environ["LAMINA_VERSION"])
+
+    def test_a_phone_shows_the_application(self):
+        length = self.metainfo.find("requires/display_length")
+        self.assertEqual((length.get("compare"), length.text), ("ge", "360"))
+        self.assertIn("touch", self.texts("recommends/control"))
+        self.assertIn("Mobile", self.desktop["Desktop Entry"]["X-Purism-FormFactor"].split(";"))
+
+    def test_every_language_is_installed_and_the_template_is_not(self):
+        languages = {path.stem for path in (SOURCE / "assets/translations").glob("lamina_*.ts")}
+        installed = {path.stem for path in (self.usr / "share/lamina/translations").iterdir()}
+        self.assertEqual(installed, languages)
+
+
+if __name__ == "__main__":
+    unittest.main()

@@ -1,0 +1,62 @@
+#include "PrivateBus.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <string>
+#include <unistd.h>
+#include <vector>
+
+namespace lamina::test {
+
+namespace {
+
+constexpr const char* kMark = "LAMINA_PRIVATE_BUS";
+constexpr const char* kConfiguration = LAMINA_TEST_DATA "/../support/session-bus.conf";
+
+} // namespace
+
+void enterPrivateBus(char** arguments)
+{
+    std::vector<char*> words;
+    std::string runner = "dbus-run-session";
+    std::string option = std::string("--config-file=") + kConfiguration;
+    std::string end = "--";
+    for (std::string* const word : {&runner, &option, &end})
+        words.push_back(word->data());
+    for (char** argument = arguments; *argument; ++argument) {
+        if (std::strcmp(*argument, "--gtest_list_tests") == 0)
+            return;
+        words.push_back(*argument);
+    }
+    words.push_back(nullptr);
+    if (std::getenv(kMark))
+        return;
+    ::setenv(kMark, "1", 1);
+    ::execvp(runner.c_str(), words.data());
+    std::perror("dbus-run-session");
+    std::exit(1); // without a bus of their own the tests would meet the person's
+}
+
+ExtraBus::ExtraBus()
+{
+    m_daemon.setStandardErrorFile(QProcess::nullDevice());
+    m_daemon.start(QStringLiteral("dbus-daemon"),
+                   {QStringLiteral("--nofork"), QStringLiteral("--print-address"),
+                    QStringLiteral("--config-file=") + QString::fromUtf8(kConfiguration)});
+    if (m_daemon.waitForReadyRead(10'000))
+        m_address = QString::fromUtf8(m_daemon.readLine()).trimmed();
+}
+
+ExtraBus::~ExtraBus()
+{
+    end();
+}
+
+void ExtraBus::end()
+{
+    m_daemon.kill();
+    m_daemon.waitForFinished();
+}
+
+} // namespace lamina::test

@@ -1,0 +1,157 @@
+#include "TestPortal.h"
+
+#include <QDBusArgument>
+#include <QDBusMetaType>
+#include <QDBusObjectPath>
+#include <QDBusVariant>
+
+namespace lamina::test {
+
+namespace {
+
+const QString kName = QStringLiteral("org.freedesktop.portal.Desktop");
+const QString kPath = QStringLiteral("/org/freedesktop/portal/desktop");
+
+QString newConnectionName()
+{
+    static int count = 0;
+    return QStringLiteral("test portal %1").arg(++count);
+}
+
+/// Empty when they don't have the documented type.
+std::vector<TestPortal::Filter> filtersIn(const QVariant& option)
+{
+    std::vector<TestPortal::Filter> filters;
+    const auto argument = option.value<QDBusArgument>();
+    if (argument.currentSignature() != QLatin1String("a(sa(us))"))
+        return filters;
+    argument.beginArray();
+    while (!argument.atEnd()) {
+        QString name;
+        TestPortal::Filter filter;
+        argument.beginStructure();
+        argument >> name;
+        argument.beginArray();
+        while (!argument.atEnd()) {
+            uint kind = 0;
+            QString pattern;
+            argument.beginStructure();
+            argument >> kind >> pattern;
+            argument.endStructure();
+            filter.rules.emplace_back(kind, pattern.toStdString());
+        }
+        argument.endArray();
+        argument.endStructure();
+        filter.name = name.toStdString();
+        filters.push_back(std::move(filter));
+    }
+    argument.endArray();
+    return filters;
+}
+
+} // namespace
+
+TestPortal::TestPortal(const QString& address)
+    : m_connectionName(newConnectionName())
+    , m_bus(address.isEmpty() ? QDBusConnection::connectToBus(QDBusConnection::SessionBus, m_connectionName)
+                              : QDBusConnection::connectToBus(address, m_connectionName))
+{
+    qDBusRegisterMetaType<QMap<QString, QVariantMap>>();
+    m_running = m_bus.registerVirtualObject(kPath, this, QDBusConnection::SubPath) && m_bus.registerService(kName);
+}
+
+TestPortal::~TestPortal()
+{
+    vanish();
+}
+
+void TestPortal::vanish()
+{
+    if (std::exchange(m_running, false))
+        m_bus.unregisterObject(kPath, QDBusConnection::UnregisterTree);
+    m_bus = QDBusConnection(QString()); // the connection ends with the last that holds it
+    QDBusConnection::disconnectFromBus(m_connectionName);
+}
+
+QString TestPortal::introspect(const QString&) const
+{
+    return {};
+}
+
+bool TestPortal::handleMessage(const QDBusMessage& message, const QDBusConnection&)
+{
+    const QString call = message.interface() + QLatin1Char('.') + message.member();
+    if (call == QLatin1String("org.freedesktop.portal.FileChooser.OpenFile"))
+        openFile(message);
+    else if (call == QLatin1String("org.freedesktop.portal.Settings.ReadAll"))
+        readAll(message);
+    else if (call == QLatin1String("org.freedesktop.portal.Request.Close"))
+        m_closed.append(message.path());
+    else
+        return false;
+    return true;
+}
+
+void TestPortal::openFile(const QDBusMessage& call)
+{
+    if (m_manner == Manner::Refuses || call.signature() != QLatin1String("ssa{sv}")) {
+        m_bus.send(call.createErrorReply(QDBusError::Failed, QStringLiteral("there is no display")));
+        return;
+    }
+    Question question;
+    question.parentWindow = call.arguments().at(0).toString();
+    question.title = call.arguments().at(1).toString();
+    question.options = qdbus_cast<QVariantMap>(call.arguments().at(2));
+    question.filters = filtersIn(question.options.take(QStringLiteral("filters")));
+    question.sender = call.service();
+    const QString token = m_manner == Manner::NamesItself
+                              ? QStringLiteral("t%1").arg(m_questions.size())
+                              : question.options.value(QStringLiteral("handle_token")).toString();
+    const QString sender = call.service().mid(1).replace(QLatin1Char('.'), QLatin1Char('_'));
+    question.handle = kPath + QStringLiteral("/request/") + sender + QLatin1Char('/') + token;
+    m_questions.push_back(question);
+    m_lastCall = call;
+
+    if (m_manner == Manner::AnswersFirst && m_answer)
+        respond(m_answer->first, m_answer->second);
+    if (m_manner == Manner::Hesitates)
+        return;
+    giveHandle();
+    if (m_manner != Manner::AnswersFirst && m_answer)
+        respond(m_answer->first, m_answer->second);
+}
+
+void TestPortal::giveHandle()
+{
+    m_bus.send(m_lastCall.createReply(QVariant::fromValue(QDBusObjectPath(m_questions.back().handle))));
+}
+
+void TestPortal::respondWith(const QVariantList& arguments)
+{
+    QDBusMessage signal = QDBusMessage::createTargetedSignal(m_questions.back().sender, m_questions.back().handle,
+                                                             QStringLiteral("org.freedesktop.portal.Request"),
+                                                             QStringLiteral("Response"));
+    signal.setArguments(arguments);
+    m_bus.send(signal);
+}
+
+void TestPortal::readAll(const QDBusMessage& call)
+{
+    ++m_settingsReads;
+    QMap<QString, QVariantMap> wanted;
+    for (const QString& group : call.arguments().at(0).toStringList())
+        if (m_settings.contains(group))
+            wanted.insert(group, m_settings.value(group));
+    m_bus.send(call.createReply(QVariant::fromValue(wanted)));
+}
+
+void TestPortal::setSetting(const QString& group, const QString& key, const QVariant& value)
+{
+    m_settings[group].insert(key, value);
+    QDBusMessage signal = QDBusMessage::createSignal(kPath, QStringLiteral("org.freedesktop.portal.Settings"),
+                                                     QStringLiteral("SettingChanged"));
+    signal << group << key << QVariant::fromValue(QDBusVariant(value));
+    m_bus.send(signal);
+}
+
+} // namespace lamina::test
