@@ -28,7 +28,7 @@ def with_whole_colors(group):
     """The group without its notes, its alpha in its colour where it has both."""
     group = {name: value for name, value in group.items() if name != "note"}
     if "color" in group and "alpha" in group:
-        group["color"] = f"#{round(group.pop('alpha') * 255):02X}{group['color'].lstrip('#')}"
+        group["color"] = f"#{int(group.pop('alpha') * 255 + 0.5):02X}{group['color'].lstrip('#')}"
     return group
 
 

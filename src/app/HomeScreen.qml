@@ -40,23 +40,24 @@ AppScreen {
             id: page
 
             readonly property real free: scroller.height - head.height - home.headGap
-            readonly property real cardHeight: home.upright ? Math.max(140, Math.min(220, (free - 69 - 2 * home.gap) / 3))
+            readonly property real cardHeight: home.upright ? Math.max(140, Math.min(220, (free - 66 - 2 * home.gap) / 3))
                                              : home.lying ? Math.max(200, Math.min(320, free - 28))
-                                             : Math.max(240, Math.min(442, free - 120))
+                                             : Math.max(240, Math.min(442 * Math.max(1, Theme.textScale), free - 120))
             readonly property real block: head.height + home.headGap + grid.height
 
             width: scroller.width
             height: scroller.contentHeight
-            implicitHeight: block + (home.upright ? 30 + Tokens.space.l : 28)
+            implicitHeight: block + (home.upright ? 28 + Tokens.space.l : 28)
 
             Row {
                 id: head
-                x: home.edge + (home.upright ? 5 : 2)
-                y: home.upright ? 30 : Math.max(Tokens.space.m, Math.round((page.height - page.block) / 2) - (home.wide ? 20 : 2))
+                // The sign's tile keeps a little room in its own square.
+                x: home.edge + (home.upright ? 3 : 0)
+                y: home.upright ? 28 : Math.max(Tokens.space.m, Math.round((page.height - page.block) / 2) - (home.wide ? 20 : 2))
                 spacing: home.wide ? Tokens.space.xl : home.lying ? Tokens.space.m : 14
                 Icon {
                     name: "app-scalable"
-                    size: home.wide ? 68 : home.lying ? 36 : 45
+                    size: home.wide ? 72 : home.lying ? 38 : 48
                     anchors.verticalCenter: parent.verticalCenter
                 }
                 Column {

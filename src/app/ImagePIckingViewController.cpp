@@ -105,9 +105,10 @@ void ImagePIckingViewController::imagePickerController(UIImagePickerController& 
 {
     const auto self = std::static_pointer_cast<ImagePIckingViewController>(shared_from_this());
     m_leadsToCrop = true;
-    picker.dismiss(true, [self, image = didFinishPickingMediaWithInfo.originalImage] {
+    picker.dismiss(true, [self, container = parentViewController(),
+                          image = didFinishPickingMediaWithInfo.originalImage] {
         self->m_leadsToCrop = false;
-        if (!self->isAppearing()) // left meanwhile
+        if (self->parentViewController() != container) // this screen was left meanwhile
             return;
         const auto crop = UIStoryboard::named("Main")->instantiate<PinchZoomViewController>("PinchZoomViewController");
         if (!crop)

@@ -216,8 +216,8 @@ TEST_F(BlendCommand, TheFileOpensInAnotherProgram)
 TEST_F(BlendCommand, WrongUsageIsToldAndLeavesNothing)
 {
     const std::vector<std::vector<std::string>> wrong{
-        {},
         {"blend"},
+        {"--screen", "nowhere"},
         {"blend", landscape()},
         {"blend", landscape(), portrait()},
         {"blend", landscape(), portrait(), "-o", folder.path("out.jpg")},

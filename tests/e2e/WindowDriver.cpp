@@ -1,13 +1,20 @@
 #include "WindowDriver.h"
 
+#include "editors/blend/PickedImages.h"
 #include "platform/base/DispatchQueue.h"
 
 #include <QAccessible>
+#include <QDropEvent>
 #include <QElapsedTimer>
 #include <QGuiApplication>
 #include <QPointingDevice>
+#include <QMimeData>
 #include <QTest>
+#include <QWheelEvent>
 
+#include <cmath>
+#include <cstdlib>
+#include <stdexcept>
 #include <vector>
 
 namespace lamina::test {
@@ -32,6 +39,13 @@ QString accessibleName(QQuickItem& item)
 
 constexpr int kDragSteps = 12;
 
+/// The way a finger makes before its move counts as a drag; the drag itself is counted from there.
+QPointF runUp(QPointF by)
+{
+    constexpr double kMoreThanHesitation = 16;
+    return by / std::hypot(by.x(), by.y()) * kMoreThanHesitation;
+}
+
 } // namespace
 
 WindowDriver::WindowDriver(const LaunchOptions& options)
@@ -48,6 +62,7 @@ WindowDriver::WindowDriver(const LaunchOptions& options)
 WindowDriver::~WindowDriver()
 {
     m_application.reset();
+    clearPickedImages(); // they outlive a window
 }
 
 bool WindowDriver::waitUntil(const std::function<bool()>& done, double seconds)
@@ -67,8 +82,8 @@ void WindowDriver::settle()
 {
     // A few turns without work: transitions come one after another, each on a turn of its own.
     int quiet = 0;
-    waitUntil([&quiet] {
-        const bool idle = DispatchQueue::main().runUntilIdle(0);
+    waitUntil([this, &quiet] {
+        const bool idle = DispatchQueue::main().runUntilIdle(0) && !m_application->screens().inTransition();
         quiet = idle ? quiet + 1 : 0;
         return quiet > 20;
     });
@@ -94,11 +109,46 @@ bool WindowDriver::tap(const QString& name)
     QQuickItem* const target = item(name);
     if (!target || !target->isEnabled())
         return false;
-    const QPoint point = middleOf(*target).toPoint();
-    QTest::touchEvent(&view(), m_fingers.get()).press(0, point, &view());
-    QTest::touchEvent(&view(), m_fingers.get()).release(0, point, &view());
+    tapOnly(*target);
     settle();
     return true;
+}
+
+void WindowDriver::tapOnly(QQuickItem& item)
+{
+    const QPoint point = middleOf(item).toPoint();
+    QTest::touchEvent(&view(), m_fingers.get()).press(0, point, &view());
+    QTest::touchEvent(&view(), m_fingers.get()).release(0, point, &view());
+}
+
+bool WindowDriver::drop(const QMimeData& dropped)
+{
+    const QPoint middle(view().width() / 2, view().height() / 2);
+    QDragEnterEvent enter(middle, Qt::CopyAction, &dropped, Qt::LeftButton, Qt::NoModifier);
+    QGuiApplication::sendEvent(&view(), &enter);
+    if (!enter.isAccepted())
+        return false;
+    QDropEvent let(middle, Qt::CopyAction, &dropped, Qt::LeftButton, Qt::NoModifier);
+    QGuiApplication::sendEvent(&view(), &let);
+    settle();
+    return let.isAccepted();
+}
+
+void WindowDriver::turnWheel(int steps)
+{
+    const QPointF middle = middleOf(shownCanvas());
+    for (int i = 0; i < std::abs(steps); ++i) {
+        QWheelEvent turn(middle, view().mapToGlobal(middle), {}, {0, steps > 0 ? 120 : -120}, Qt::NoButton, Qt::NoModifier,
+                         Qt::NoScrollPhase, false);
+        QGuiApplication::sendEvent(&view(), &turn);
+    }
+    settle();
+}
+
+QString WindowDriver::focusedName()
+{
+    QQuickItem* const focused = view().activeFocusItem();
+    return focused ? accessibleName(*focused) : QString();
 }
 
 bool WindowDriver::click(const QString& name)
@@ -127,10 +177,20 @@ CanvasItem* WindowDriver::canvas()
     return nullptr;
 }
 
+CanvasItem& WindowDriver::shownCanvas()
+{
+    CanvasItem* const shown = canvas();
+    if (!shown)
+        throw std::runtime_error("no canvas is on the screen");
+    return *shown;
+}
+
 void WindowDriver::dragCanvas(QPointF by)
 {
-    const QPointF start = middleOf(*canvas());
-    QTest::touchEvent(&view(), m_fingers.get()).press(0, start.toPoint(), &view());
+    const QPointF start = middleOf(shownCanvas());
+    QTest::touchEvent(&view(), m_fingers.get()).press(0, (start - runUp(by)).toPoint(), &view());
+    QTest::touchEvent(&view(), m_fingers.get()).move(0, start.toPoint(), &view());
+    settle(); // the window joins moves until it draws
     for (int step = 1; step <= kDragSteps; ++step)
         QTest::touchEvent(&view(), m_fingers.get()).move(0, (start + by * step / kDragSteps).toPoint(), &view());
     QTest::touchEvent(&view(), m_fingers.get()).release(0, (start + by).toPoint(), &view());
@@ -139,8 +199,9 @@ void WindowDriver::dragCanvas(QPointF by)
 
 void WindowDriver::dragCanvasWithMouse(QPointF by)
 {
-    const QPointF start = middleOf(*canvas());
-    QTest::mousePress(&view(), Qt::LeftButton, Qt::NoModifier, start.toPoint());
+    const QPointF start = middleOf(shownCanvas());
+    QTest::mousePress(&view(), Qt::LeftButton, Qt::NoModifier, (start - runUp(by)).toPoint());
+    QTest::mouseMove(&view(), start.toPoint());
     for (int step = 1; step <= kDragSteps; ++step)
         QTest::mouseMove(&view(), (start + by * step / kDragSteps).toPoint());
     QTest::mouseRelease(&view(), Qt::LeftButton, Qt::NoModifier, (start + by).toPoint());
@@ -149,7 +210,7 @@ void WindowDriver::dragCanvasWithMouse(QPointF by)
 
 void WindowDriver::pinchCanvas(double before, double after)
 {
-    const QPointF middle = middleOf(*canvas());
+    const QPointF middle = middleOf(shownCanvas());
     const auto finger = [&](double apart, double side) { return (middle + QPointF(side * apart / 2, 0)).toPoint(); };
     QTest::touchEvent(&view(), m_fingers.get())
         .press(0, finger(before, -1), &view())

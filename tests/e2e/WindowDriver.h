@@ -14,6 +14,7 @@
 #include <string>
 
 class QAccessibleInterface;
+class QMimeData;
 class QPointingDevice;
 
 namespace lamina::test {
@@ -53,8 +54,16 @@ public:
     /// False when there is no such item, or it is disabled.
     bool tap(const QString& name);
     bool click(const QString& name);
+    /// A tap without waiting for what follows.
+    void tapOnly(QQuickItem& item);
+    /// What is held over the middle of the window, then let go; false when it is not taken.
+    bool drop(const QMimeData& dropped);
+    void turnWheel(int steps);
+    /// Accessible name of what has the keyboard; empty: nothing.
+    QString focusedName();
     void press(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
 
+    /// In front; null when there is none.
     CanvasItem* canvas();
     /// One finger, or the mouse, from the canvas's middle by points of the window, in small steps.
     void dragCanvas(QPointF by);
@@ -65,6 +74,8 @@ public:
     QImage grab() { return view().grabWindow(); }
 
 private:
+    CanvasItem& shownCanvas();
+
     std::unique_ptr<Application> m_application;
     std::unique_ptr<QPointingDevice> m_fingers;
 };

@@ -37,7 +37,8 @@ std::string localizedText(std::string_view key, const std::vector<std::string>& 
     const std::string pattern = localizedString(key);
     std::string text;
     for (std::size_t i = 0; i < pattern.size(); ++i) {
-        const bool place = pattern[i] == '%' && i + 1 < pattern.size() && pattern[i + 1] >= '1' && pattern[i + 1] <= '9';
+        const bool place =
+            pattern[i] == '%' && i + 1 < pattern.size() && pattern[i + 1] >= '1' && pattern[i + 1] <= '9';
         const std::size_t value = place ? static_cast<std::size_t>(pattern[i + 1] - '1') : values.size();
         if (value < values.size()) {
             text += values[value];

@@ -14,7 +14,8 @@ FocusScope {
     readonly property bool shown: phase === ScreenModel.Shown
     readonly property int away: motion === ScreenModel.Slide ? 24 : 0
 
-    visible: opacity > 0
+    // At once where it is shown, since what is not visible takes no focus.
+    visible: shown || opacity > 0
     opacity: shown ? 1 : 0
     x: shown ? 0 : phase === ScreenModel.Covered ? -away : away
 

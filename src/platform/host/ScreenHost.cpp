@@ -66,17 +66,31 @@ std::vector<ScreenModel::Row> ScreenHost::wantedScreens() const
     return rows;
 }
 
+/// Milliseconds. A picker has nothing of its own to show, so nobody waits for it to come or go.
+int ScreenHost::durationOf(const PresentationTransition& transition) const
+{
+    const auto isPicker = [](const std::shared_ptr<UIViewController>& screen) {
+        return dynamic_cast<const UIImagePickerController*>(screen.get()) != nullptr;
+    };
+    const bool slides = transition.kind == Kind::Push || transition.kind == Kind::Pop;
+    const bool picks = (transition.kind == Kind::Present && isPicker(transition.to)) ||
+                       (transition.kind == Kind::Dismiss && isPicker(transition.from));
+    if (transition.duration <= 0 || picks)
+        return 0;
+    return static_cast<int>(std::lround((slides ? m_durations.slide : m_durations.fade) * 1000));
+}
+
 void ScreenHost::startTransition(const PresentationTransition& transition, std::function<void()> finished)
 {
     if (transition.kind == Kind::Present && transition.to)
         emit presenting(transition.to.get());
-    const bool slides = transition.kind == Kind::Push || transition.kind == Kind::Pop;
-    const double seconds = transition.duration > 0 ? (slides ? m_durations.slide : m_durations.fade) : 0;
-    const int duration = static_cast<int>(std::lround(seconds * 1000));
+    const int duration = durationOf(transition);
     emit transitionStarted(duration);
+    m_inTransition = true;
     m_screens.setScreens(wantedScreens());
     m_screens.settle();
     const auto end = [this, finished = std::move(finished)] {
+        m_inTransition = false;
         m_screens.removeLeaving();
         finished();
     };

@@ -26,6 +26,9 @@ public:
     };
     void setDurations(const Durations& durations) { m_durations = durations; }
 
+    /// Whether screens are on their way.
+    bool inTransition() const { return m_inTransition; }
+
     void startTransition(const PresentationTransition& transition, std::function<void()> finished) override;
 
 signals:
@@ -36,10 +39,12 @@ signals:
 
 private:
     std::vector<ScreenModel::Row> wantedScreens() const;
+    int durationOf(const PresentationTransition& transition) const;
 
     UIWindow m_window;
     ScreenModel m_screens;
     Durations m_durations;
+    bool m_inTransition = false;
 };
 
 } // namespace lamina

@@ -3,7 +3,10 @@ set(LAMINA_QML_FILES
     app/HomeScreen.qml
     app/ImagePIckingScreen.qml
     app/PinchZoomScreen.qml
+    app/ZoomRow.qml
+    editors/blend/BlendPhotoButtons.qml
     editors/blend/BlendPhotoScreen.qml
+    editors/blend/BlendSidePanel.qml
     platform/host/AlertScreen.qml
     platform/host/Main.qml
     platform/host/PickerScreen.qml
@@ -26,15 +29,18 @@ set(LAMINA_QML_FILES
     platform/host/controls/Scrim.qml
     platform/host/controls/ScrollPage.qml
     platform/host/controls/SheetPanel.qml
+    platform/host/controls/SidePanel.qml
     platform/host/controls/SoonMark.qml
     platform/host/controls/StepMarks.qml
     platform/host/controls/StyledText.qml
     platform/host/controls/Tip.qml
     platform/host/controls/Toast.qml
+    platform/host/controls/ToolBar.qml
     platform/host/controls/ToolCell.qml
     platform/host/controls/ToolRow.qml
     platform/host/controls/TopBar.qml
     platform/host/controls/ValueSlider.qml
+    platform/host/controls/WorkCanvas.qml
 )
 # One object each, shared by all screens.
 set(LAMINA_QML_SINGLETONS

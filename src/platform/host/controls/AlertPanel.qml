@@ -1,7 +1,8 @@
 import QtQuick
 import Lamina
 
-// A question in the middle of the window: its words, and the answers in their order.
+// A question in the middle of the window: its words, and the answers in their order. Words that don't fit are scrolled; the
+// answers stay in sight.
 Rectangle {
     id: panel
 
@@ -21,16 +22,10 @@ Rectangle {
     readonly property int safe: losesWork ? 1 : cancelIndex >= 0 ? cancelIndex : answers.length - 1
 
     readonly property real inset: Tokens.space.l
-    readonly property bool stacked: answers.length > 2 || widestAnswer > (width - 2 * inset - Tokens.space.s) / Math.max(1, answers.length)
-    readonly property real widestAnswer: {
-        let widest = 0
-        for (let i = 0; i < buttons.count; ++i)
-            if (buttons.itemAt(i))
-                widest = Math.max(widest, buttons.itemAt(i).implicitWidth)
-        return widest
-    }
+    readonly property real above: warning ? 26 : Tokens.space.xl
+    readonly property real between: warning ? Tokens.space.xxl : Tokens.space.xl
 
-    implicitHeight: column.implicitHeight + 2 * inset + (warning ? 10 : 4)
+    implicitHeight: above + column.height + between + grid.height + inset
     radius: Tokens.radius.alert
     color: Tokens.palette.panelAlert
     border.width: 1
@@ -39,15 +34,26 @@ Rectangle {
     Accessible.name: headline
     Accessible.description: words
 
+    Keys.onUpPressed: scroller.contentY = Math.max(0, scroller.contentY - 40)
+    Keys.onDownPressed: scroller.contentY = Math.max(0, Math.min(scroller.contentY + 40, scroller.contentHeight - scroller.height))
+
     function focusSafe() {
         if (buttons.itemAt(safe))
             buttons.itemAt(safe).forceActiveFocus(Qt.TabFocusReason)
     }
 
+    // Leaves without an answer: by the cancelling one, or the one that keeps the work; not at all where there is neither.
+    function giveUp() {
+        if (cancelIndex >= 0 || losesWork)
+            chosen(cancelIndex >= 0 ? cancelIndex : safe)
+    }
+
     Flickable {
         id: scroller
-        anchors.fill: parent
-        anchors.margins: panel.inset
+        x: panel.inset
+        y: panel.above
+        width: parent.width - 2 * panel.inset
+        height: grid.y - panel.between - y
         contentHeight: column.height
         interactive: contentHeight > height
         clip: interactive
@@ -56,8 +62,7 @@ Rectangle {
         Column {
             id: column
             width: scroller.width
-            topPadding: panel.warning ? 10 : 4
-            spacing: Tokens.space.s
+            spacing: panel.warning ? 14 : Tokens.space.s
 
             Rectangle {
                 visible: panel.warning
@@ -75,38 +80,49 @@ Rectangle {
                 width: parent.width
                 text: panel.headline
                 role: Tokens.type.title
-                topPadding: panel.warning ? Tokens.space.s : 0
                 horizontalAlignment: panel.warning ? Text.AlignHCenter : Text.AlignLeft
+                Accessible.ignored: true // the panel says it
             }
             StyledText {
                 width: parent.width
                 visible: text !== ""
                 text: panel.words
                 wrapMode: Text.WrapAtWordBoundaryOrAnywhere
+                Accessible.ignored: true
                 color: Tokens.palette.textSecondary
             }
-            Item {
-                width: 1
-                height: 1
-            }
-            Grid {
-                width: parent.width
-                columns: panel.stacked ? 1 : panel.answers.length
-                spacing: Tokens.space.s
-                Repeater {
-                    id: buttons
-                    model: panel.answers
-                    delegate: LaminaButton {
-                        required property var modelData
-                        required property int index
-                        width: panel.stacked ? column.width
-                             : (column.width - (panel.answers.length - 1) * Tokens.space.s) / panel.answers.length
-                        kind: "quiet"
-                        text: modelData.title
-                        danger: modelData.style === 2 || (panel.losesWork && index === 0)
-                        onClicked: panel.chosen(index)
-                    }
-                }
+        }
+    }
+
+    Grid {
+        id: grid
+
+        readonly property int count: panel.answers.length
+        readonly property real share: (width - (count - 1) * spacing) / Math.max(1, count)
+        readonly property bool stacked: count > 2 || panel.answers.some(answer => letters.advanceWidth(answer.title) > share - 2 * panel.inset)
+
+        x: panel.inset
+        y: parent.height - height - panel.inset
+        width: parent.width - 2 * panel.inset
+        columns: stacked ? 1 : count
+        spacing: Tokens.space.s
+
+        FontMetrics {
+            id: letters
+            font.pixelSize: Theme.textSize(Tokens.type.body.size)
+            font.weight: Tokens.type.body.weightStrong
+        }
+        Repeater {
+            id: buttons
+            model: panel.answers
+            delegate: LaminaButton {
+                required property var modelData
+                required property int index
+                width: grid.stacked ? grid.width : grid.share
+                kind: "quiet"
+                text: modelData.title
+                danger: modelData.style === 2 || (panel.losesWork && index === 0)
+                onClicked: panel.chosen(index)
             }
         }
     }

@@ -18,6 +18,11 @@ Item {
     onVisibleChanged: if (visible) cancel.forceActiveFocus()
     Keys.onEscapePressed: cancelled()
 
+    FontMetrics {
+        id: letters
+        font.pixelSize: Theme.textSize(Tokens.type.body.size)
+        font.weight: Tokens.type.body.weightStrong
+    }
     Timer {
         interval: 150
         running: panel.running && !panel.due
@@ -43,21 +48,22 @@ Item {
             }
             StyledText {
                 anchors.horizontalCenter: parent.horizontalCenter
-                width: Math.min(implicitWidth, 240)
+                width: Math.min(implicitWidth, panel.width - 2 * (Tokens.space.l + Tokens.space.xxl))
                 text: panel.text
                 strong: true
-                maximumLineCount: 2
-                elide: Text.ElideMiddle
+                // A file's name may be one long word.
+                wrapMode: Text.WrapAtWordBoundaryOrAnywhere
+                maximumLineCount: 3
                 horizontalAlignment: Text.AlignHCenter
                 color: Tokens.palette.overPaperHud
-                Accessible.role: Accessible.StaticText
+                Accessible.name: text
             }
             LaminaButton {
                 id: cancel
                 anchors.horizontalCenter: parent.horizontalCenter
                 kind: "quiet"
                 text: panel.cancelText
-                implicitWidth: 132
+                width: Math.max(132, letters.advanceWidth(text) + 2 * Tokens.space.l)
                 onClicked: panel.cancelled()
             }
         }

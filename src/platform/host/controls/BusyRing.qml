@@ -27,7 +27,7 @@ Item {
             opacity: 0.2 + 0.8 * (((index - ring.head) % ring.dots + ring.dots) % ring.dots) / (ring.dots - 1)
         }
     }
-    // Steps, not a smooth turn: eight small repaints a second leave the processor to the work itself.
+    // Steps, not a smooth turn: twelve small repaints a second leave the processor to the work itself.
     property int head: 0
     Timer {
         interval: 1000 / 12

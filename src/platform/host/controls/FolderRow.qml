@@ -20,8 +20,8 @@ T.ItemDelegate {
     focusPolicy: Qt.StrongFocus
     Accessible.name: name
     Accessible.role: Accessible.Button
-    Keys.onReturnPressed: click()
-    Keys.onEnterPressed: click()
+    Keys.onReturnPressed: clicked()
+    Keys.onEnterPressed: clicked()
 
     background: Rectangle {
         color: row.down ? Tokens.palette.cell : row.hovered ? Tokens.palette.panelRaised : "transparent"

@@ -35,7 +35,7 @@ SheetPanel {
             required property string path
             required property bool isFolder
             width: list.width
-            iconName: isFolder ? "Gallery" : ""
+            iconName: isFolder ? "folder" : ""
             thumbnail: isFolder ? "" : path
             forward: isFolder
             onClicked: {

@@ -22,6 +22,7 @@ Rectangle {
         anchors.centerIn: parent
         width: Math.min(implicitWidth, pill.width - 2 * Tokens.space.l)
         text: pill.text
+        Accessible.name: text
         role: Tokens.type.caption
         color: Tokens.palette.textSecondary
         horizontalAlignment: Text.AlignHCenter

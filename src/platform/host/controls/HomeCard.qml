@@ -34,8 +34,8 @@ T.Button {
     focusPolicy: Qt.StrongFocus
     Accessible.name: title
     Accessible.description: soon ? qsTranslate("Lamina", "Soon") : line
-    Keys.onReturnPressed: click()
-    Keys.onEnterPressed: click()
+    Keys.onReturnPressed: clicked()
+    Keys.onEnterPressed: clicked()
 
     background: Rectangle {
         radius: card.large ? Tokens.radius.homeCardWide : Tokens.radius.homeCard
@@ -81,15 +81,11 @@ T.Button {
             SoonMark {
                 visible: card.soon
             }
-            Item {
-                visible: card.soon
-                width: 1
-                height: Tokens.space.xs
-            }
             StyledText {
                 id: titleText
                 width: parent.width
                 text: card.title
+                topPadding: card.soon ? Tokens.space.xs : 0
                 role: card.large ? Tokens.type.display : Tokens.type.title
                 maximumLineCount: 2
                 color: card.soon ? Tokens.palette.textDisabled : Tokens.palette.text

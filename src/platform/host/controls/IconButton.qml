@@ -14,8 +14,8 @@ T.Button {
     hoverEnabled: true
     focusPolicy: Qt.StrongFocus
     Accessible.name: name
-    Keys.onReturnPressed: click()
-    Keys.onEnterPressed: click()
+    Keys.onReturnPressed: clicked()
+    Keys.onEnterPressed: clicked()
 
     background: Rectangle {
         radius: Tokens.radius.cell

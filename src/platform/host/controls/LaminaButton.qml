@@ -19,8 +19,8 @@ T.Button {
     hoverEnabled: true
     focusPolicy: Qt.StrongFocus
     Accessible.name: text
-    Keys.onReturnPressed: click()
-    Keys.onEnterPressed: click()
+    Keys.onReturnPressed: clicked()
+    Keys.onEnterPressed: clicked()
 
     function fill() {
         if (!filled)

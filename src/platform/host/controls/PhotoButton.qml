@@ -19,12 +19,12 @@ T.Button {
     Accessible.description: caption
     Accessible.checkable: true
     Accessible.checked: selected
-    Keys.onReturnPressed: click()
-    Keys.onEnterPressed: click()
+    Keys.onReturnPressed: clicked()
+    Keys.onEnterPressed: clicked()
 
     background: Rectangle {
         radius: Tokens.radius.selector
-        color: button.selected ? Tokens.palette.panelRaised : button.hovered ? Tokens.palette.panel : Tokens.palette.field
+        color: button.selected || button.down ? Tokens.palette.panelRaised : button.hovered ? Tokens.palette.panel : Tokens.palette.field
         border.width: 1.5
         border.color: button.selected ? Tokens.palette.accentText : Tokens.palette.hairline
         FocusRing {
@@ -67,7 +67,10 @@ T.Button {
                 text: button.title
                 role: Tokens.type.caption
                 strong: true
-                maximumLineCount: 1
+                wrapMode: Text.NoWrap
+                fontSizeMode: Text.HorizontalFit
+                minimumPixelSize: Tokens.type.minimum
+                Accessible.ignored: true
                 color: button.selected ? Tokens.palette.overAccent : Tokens.palette.text
                 opacity: button.selected ? 1 : 0.8
             }
@@ -76,7 +79,10 @@ T.Button {
                 text: button.caption
                 role: Tokens.type.label
                 font.weight: 400
-                maximumLineCount: 1
+                wrapMode: Text.NoWrap
+                fontSizeMode: Text.HorizontalFit
+                minimumPixelSize: Tokens.type.minimum
+                Accessible.ignored: true
                 color: Tokens.palette.textSecondary
             }
         }

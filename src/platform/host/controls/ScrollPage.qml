@@ -1,12 +1,14 @@
 import QtQuick
+import Lamina
 
 // A page that is only scrolled where it doesn't fit, and brings what has the keyboard into sight.
 Flickable {
     id: page
 
     // Kept free over and under what is brought into sight: room for its focus ring.
-    property real slack: 16
-    readonly property Item focused: Window.activeFocusItem
+    property real slack: Tokens.space.l
+    // An item; only controls know whether the keyboard led there.
+    readonly property var focused: Window.activeFocusItem
 
     contentWidth: width
     boundsBehavior: Flickable.StopAtBounds
@@ -21,7 +23,8 @@ Flickable {
     }
 
     function reveal() {
-        if (!focused || !holds(focused))
+        // A control that got the focus without the keyboard is where the person looks, or no concern of theirs.
+        if (!focused || !holds(focused) || focused.visualFocus === false)
             return
         const top = focused.mapToItem(contentItem, 0, 0).y - slack
         const bottom = top + focused.height + 2 * slack

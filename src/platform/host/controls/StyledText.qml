@@ -3,6 +3,8 @@ import Lamina
 
 // Text in one of the look's sizes; it grows with the system's text size, wraps and then ends in an ellipsis.
 Text {
+    id: styled
+
     // A group of Tokens.type.
     property var role: Tokens.type.body
     property bool strong: false
@@ -19,6 +21,6 @@ Text {
 
     // A line higher than its letters would leave all of the rest under them; half of it belongs above.
     transform: Translate {
-        y: role.line ? Math.max(0, Math.round((lineHeight - Theme.fontHeight * font.pixelSize) / 2)) : 0
+        y: styled.role.line ? Math.max(0, Math.round((styled.lineHeight - Theme.fontHeight * styled.font.pixelSize) / 2)) : 0
     }
 }

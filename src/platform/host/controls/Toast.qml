@@ -36,6 +36,7 @@ Item {
         anchors.fill: parent
         radius: Tokens.radius.hud
         role: "print"
+        color: Tokens.palette.paperSoft
         StyledText {
             id: words
             anchors.centerIn: parent
@@ -44,7 +45,7 @@ Item {
             role: Tokens.type.caption
             strong: true
             wrapMode: Text.WrapAtWordBoundaryOrAnywhere
-            maximumLineCount: 3
+            maximumLineCount: 4
             color: Tokens.palette.overPaperToast
             Accessible.ignored: true
         }

@@ -10,16 +10,18 @@ T.Button {
     required property string iconName
     property bool active: false
     property bool gray: false
+    // Pixels of the name's letters; a row gives all of its cells the same.
+    property int labelSize: Theme.textSize(Tokens.type.label.size)
 
     implicitWidth: 68
-    implicitHeight: Math.max(Tokens.touch.toolCell, 34 + name.implicitHeight + 10)
+    implicitHeight: Math.max(Tokens.touch.toolCell, name.y + name.implicitHeight + 9)
     hoverEnabled: true
     focusPolicy: Qt.StrongFocus
     Accessible.name: label
     Accessible.checkable: true
     Accessible.checked: active
-    Keys.onReturnPressed: click()
-    Keys.onEnterPressed: click()
+    Keys.onReturnPressed: clicked()
+    Keys.onEnterPressed: clicked()
 
     background: Rectangle {
         radius: Tokens.radius.cell
@@ -33,19 +35,22 @@ T.Button {
         opacity: !cell.enabled ? Tokens.opacity.disabled : cell.down ? Tokens.opacity.pressedIcon : 1
         Icon {
             anchors.horizontalCenter: parent.horizontalCenter
-            y: 6
+            y: 9
             name: cell.iconName
         }
         StyledText {
             id: name
             anchors.horizontalCenter: parent.horizontalCenter
-            y: 34
+            y: 37
             width: Math.min(implicitWidth, cell.width)
             text: cell.label
             role: Tokens.type.label
+            font.pixelSize: cell.labelSize
             font.weight: cell.active ? Tokens.type.label.weightActive : Tokens.type.label.weight
+            lineHeight: Math.round(Tokens.type.label.line * cell.labelSize / Tokens.type.label.size)
             wrapMode: Text.NoWrap
             color: cell.active ? Tokens.palette.accentText : Tokens.palette.toolLabel
+            Accessible.ignored: true
         }
     }
 }

@@ -7,25 +7,38 @@ Row {
 
     required property var tools
     // Width that the cells may take together.
-    property real room: parent ? parent.width : 0
+    required property real room
     signal chosen(int index)
 
     readonly property int count: tools.length
-    readonly property real cellWidth: Math.min(68, Math.floor((room - 8 - (count - 1) * spacing) / Math.max(1, count)))
+    readonly property real cellWidth: Math.min(68, Math.floor((room - (count - 1) * spacing) / Math.max(1, count)))
+    // Names are not wrapped and not cut: where one would not fit, all of them are smaller.
+    readonly property int labelSize: {
+        const widest = tools.reduce((most, tool) => Math.max(most, letters.advanceWidth(tool.name)), 1)
+        const fitting = Math.floor(letters.font.pixelSize * Math.min(1, (cellWidth - 2) / widest))
+        return Math.max(Tokens.type.minimum, fitting)
+    }
 
     spacing: 2
 
+    FontMetrics {
+        id: letters
+        font.pixelSize: Theme.textSize(Tokens.type.label.size)
+        font.weight: Tokens.type.label.weightActive
+    }
     Repeater {
-        model: row.tools
+        // The count alone: a cell outlives a change of its tool, and keeps the keyboard.
+        model: row.count
         delegate: ToolCell {
-            required property var modelData
             required property int index
+            readonly property var tool: row.tools[index]
             width: row.cellWidth
-            label: modelData.name
-            iconName: modelData.icon
-            active: modelData.active
-            gray: modelData.gray
-            enabled: modelData.enabled
+            label: tool.name
+            labelSize: row.labelSize
+            iconName: tool.icon
+            active: tool.active
+            gray: tool.gray
+            enabled: tool.enabled
             onClicked: row.chosen(index)
         }
     }

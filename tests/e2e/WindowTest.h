@@ -1,0 +1,61 @@
+#pragma once
+
+#include "TestPortal.h"
+#include "WindowDriver.h"
+#include "platform/view/UIAlertController.h"
+
+#include <QDir>
+#include <QUrl>
+
+#include <gtest/gtest.h>
+#include <memory>
+
+namespace lamina::test {
+
+/// A window as large as a small phone (so that its canvas has exactly three pixels a point), with a portal to choose photos in.
+class WindowTest : public testing::Test {
+protected:
+    static constexpr int kWidth = 320;
+    static constexpr int kHeight = 640;
+
+    void open(LaunchOptions options = {})
+    {
+        if (options.size.isEmpty())
+            options.size = {kWidth, kHeight};
+        driver = std::make_unique<WindowDriver>(options);
+    }
+    static std::string sample(const char* name) { return std::string(LAMINA_SAMPLES "/") + name; }
+
+    /// Taps "Photo library" and lets the portal answer with the file.
+    void pick(const std::string& path)
+    {
+        portal.setChoice({QUrl::fromLocalFile(QString::fromStdString(path)).toString()});
+        ASSERT_TRUE(driver->tap(QStringLiteral("Photo library")));
+    }
+    /// From the source chooser through the crop.
+    void pickAndUse(const std::string& path)
+    {
+        pick(path);
+        ASSERT_TRUE(driver->waitFor<PinchZoomViewController>());
+        ASSERT_TRUE(driver->tap(QStringLiteral("Use photo")));
+    }
+    void goToBlend()
+    {
+        ASSERT_TRUE(driver->tap(QStringLiteral("Blend")));
+        ASSERT_TRUE(driver->waitFor<ImagePIckingViewController>());
+        pickAndUse(sample("sea-sunset.jpg"));
+        ASSERT_TRUE(driver->waitFor<ImagePIckingViewController>());
+        pickAndUse(sample("city-rain.jpg"));
+        ASSERT_TRUE(driver->waitFor<BlendPhotoViewController>());
+    }
+    std::string alertText()
+    {
+        const auto alert = driver->top<UIAlertController>();
+        return alert ? alert->title() + "|" + alert->message() : "";
+    }
+
+    TestPortal portal;
+    std::unique_ptr<WindowDriver> driver;
+};
+
+} // namespace lamina::test

@@ -1,0 +1,158 @@
+// The shared controls, put into the window one by one.
+#include "WindowDriver.h"
+#include "platform/image/PictureDecoding.h"
+
+#include <QElapsedTimer>
+#include <QQmlComponent>
+#include <QQmlEngine>
+#include <QQuickView>
+#include <QSignalSpy>
+#include <QTest>
+
+#include <cmath>
+#include <gtest/gtest.h>
+
+namespace lamina::test {
+namespace {
+
+class Controls : public testing::Test {
+protected:
+    ~Controls() override { qunsetenv("LAMINA_TEXT_SCALE"); }
+
+    void open(QSize size = {360, 720})
+    {
+        LaunchOptions options;
+        options.size = size;
+        driver = std::make_unique<WindowDriver>(options);
+    }
+    /// Over all that the window shows.
+    QQuickItem* show(const char* text)
+    {
+        QQmlComponent component(driver->view().engine());
+        component.setData(QByteArray("import QtQuick\nimport Lamina\n") + text, QUrl());
+        auto* const item = qobject_cast<QQuickItem*>(component.create());
+        EXPECT_NE(item, nullptr) << component.errorString().toStdString();
+        if (item) {
+            item->setParent(driver->view().contentItem());
+            item->setParentItem(driver->view().contentItem());
+            driver->settle();
+        }
+        return item;
+    }
+    static std::vector<QQuickItem*> itemsWith(QQuickItem& root, const char* property)
+    {
+        std::vector<QQuickItem*> found;
+        if (root.property(property).isValid())
+            found.push_back(&root);
+        for (QQuickItem* child : root.childItems())
+            for (QQuickItem* item : itemsWith(*child, property))
+                found.push_back(item);
+        return found;
+    }
+
+    std::unique_ptr<WindowDriver> driver;
+};
+
+constexpr const char* kRow = R"(ToolRow {
+    room: 344
+    tools: ["Reset", "Move", "Tools", "Effects", "Sticker"].map(name => ({ name: name, icon: "Reset", active: name === "Move", gray: false, enabled: name !== "Tools" }))
+})";
+
+TEST_F(Controls, NamesOfToolsAreWholeAndOfOneSizeHoweverLargeTheTextIs)
+{
+    for (const char* const scale : {"1", "2"}) {
+        SCOPED_TRACE(scale);
+        qputenv("LAMINA_TEXT_SCALE", scale);
+        open();
+        QQuickItem* const row = show(kRow);
+        ASSERT_NE(row, nullptr);
+        EXPECT_LE(row->width(), 344);
+        const std::vector<QQuickItem*> names = itemsWith(*row, "truncated");
+        ASSERT_EQ(names.size(), 5u);
+        for (QQuickItem* const name : names) {
+            EXPECT_FALSE(name->property("truncated").toBool()) << name->property("text").toString().toStdString();
+            EXPECT_EQ(name->property("font").value<QFont>().pixelSize(),
+                      names.front()->property("font").value<QFont>().pixelSize());
+            EXPECT_GE(name->property("font").value<QFont>().pixelSize(), 11);
+        }
+        driver.reset();
+    }
+}
+
+TEST_F(Controls, OnlyAToolThatIsThereIsChosen)
+{
+    open();
+    QQuickItem* const row = show(kRow);
+    QSignalSpy chosen(row, SIGNAL(chosen(int)));
+    EXPECT_TRUE(driver->tap(QStringLiteral("Sticker")));
+    EXPECT_FALSE(driver->tap(QStringLiteral("Tools")));
+    ASSERT_EQ(chosen.size(), 1);
+    EXPECT_EQ(chosen.at(0).at(0).toInt(), 4);
+}
+
+TEST_F(Controls, ASliderMarksZeroWhereItsRangeHasBothSigns)
+{
+    open();
+    const auto ticks = [this](const char* text) {
+        std::vector<double> places;
+        QQuickItem* const slider = show(text);
+        for (QQuickItem* item : itemsWith(*slider->property("background").value<QQuickItem*>(), "radius"))
+            if (item->isVisible() && item->width() == 1)
+                places.push_back(item->x());
+        return places;
+    };
+    // The line is 200 - 22 long and begins 11 from the left; zero stands a quarter along it.
+    EXPECT_EQ(ticks(R"(ValueSlider { name: "Contrast"; from: -50; to: 150; width: 200 })"),
+              std::vector{std::round(11 + 178 * 0.25)});
+    EXPECT_TRUE(ticks(R"(ValueSlider { name: "Opacity"; from: 0.1; to: 1; width: 200 })").empty());
+}
+
+TEST_F(Controls, TheMiddleOfTheZoomLineIsTheMiddleRatio)
+{
+    open();
+    auto crop = std::make_shared<PinchZoomViewController>();
+    const Result<UIImage> photo = loadPicture(LAMINA_SAMPLES "/sea-sunset.jpg");
+    ASSERT_TRUE(photo);
+    crop->pickedImage = *photo;
+    driver->application().screens().window().topViewController()->present(crop, true);
+    ASSERT_TRUE(driver->waitFor<PinchZoomViewController>());
+    ASSERT_NE(driver->item(QStringLiteral("Drag to move, pinch to zoom")), nullptr);
+    ASSERT_TRUE(driver->click(QStringLiteral("Zoom")));
+    EXPECT_NEAR(crop->zoomScale(), std::sqrt(6.0), 0.05);
+    ASSERT_TRUE(driver->tap(QStringLiteral("Zoom in")));
+    EXPECT_NEAR(driver->item(QStringLiteral("Zoom"))->property("value").toDouble(), std::log(1.1 * std::sqrt(6.0)),
+                0.02)
+        << "the line has to follow, moved by hand or not";
+    driver->dragCanvas({-20, -20});
+    EXPECT_EQ(driver->item(QStringLiteral("Drag to move, pinch to zoom")), nullptr) << "it has been done by now";
+}
+
+TEST_F(Controls, WorkThatIsQuickShowsNothingAndSlowWorkAWayOut)
+{
+    open();
+    QElapsedTimer waited;
+    waited.start();
+    QQuickItem* const panel = show(R"(BusyPanel { text: "Opening beach.jpg"; cancelText: "Give up"; running: true })");
+    QSignalSpy cancelled(panel, SIGNAL(cancelled()));
+    ASSERT_TRUE(WindowDriver::waitUntil([&] { return panel->isVisible(); }));
+    EXPECT_GE(waited.elapsed(), 145);
+    EXPECT_EQ(driver->focusedName(), QStringLiteral("Give up"));
+    driver->press(Qt::Key_Escape);
+    EXPECT_EQ(cancelled.size(), 1);
+    panel->setProperty("running", false);
+    EXPECT_FALSE(panel->isVisible());
+    panel->setProperty("running", true);
+    EXPECT_FALSE(panel->isVisible()) << "every wait has its own first moment";
+}
+
+TEST_F(Controls, AToastGoesAtATap)
+{
+    open();
+    QQuickItem* const toast = show(R"(Toast { text: "Saved"; width: implicitWidth; height: implicitHeight; y: 300 })");
+    QSignalSpy done(toast, SIGNAL(done()));
+    EXPECT_TRUE(driver->tap(QStringLiteral("Saved")));
+    EXPECT_EQ(done.size(), 1);
+}
+
+} // namespace
+} // namespace lamina::test
