@@ -188,6 +188,34 @@ void chooseToCrop(benchmark::State& state)
 }
 BENCHMARK(chooseToCrop)->UseManualTime()->Unit(benchmark::kMillisecond);
 
+/// The longest time that the window hears nothing while it opens a photo of 100 megapixels: between two beats of a timer that
+/// beats whenever the event loop comes round.
+void openHundredMegapixels(benchmark::State& state)
+{
+    const std::string photo = bench::hundredMegapixelPhoto();
+    for (auto _ : state) {
+        WindowDriver driver(phoneOptions());
+        driver.tap(QStringLiteral("Blend"));
+        driver.waitFor<ImagePIckingViewController>();
+        double longest = 0;
+        auto beat = Clock::now();
+        QTimer heart;
+        heart.start(0);
+        QObject::connect(&heart, &QTimer::timeout, &heart, [&] {
+            longest = std::max(longest, secondsSince(beat));
+            beat = Clock::now();
+        });
+        const auto start = Clock::now();
+        driver.top<ImagePIckingViewController>()->receivePhotos({PhotoSource::fromFile(photo)});
+        while (!driver.top<PinchZoomViewController>() && secondsSince(start) < 30)
+            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 50);
+        state.SetIterationTime(secondsSince(start));
+        driver.settle();
+        state.counters["stall_ms"] = longest * 1000;
+    }
+}
+BENCHMARK(openHundredMegapixels)->UseManualTime()->Unit(benchmark::kMillisecond);
+
 // ---- at rest ----
 
 double residentMegabytes()

@@ -16,8 +16,19 @@ namespace lamina::bench {
 
 namespace {
 
-constexpr int kWidth = 4000;
-constexpr int kHeight = 3000;
+/// Which sample, at which size, under which name.
+struct Photo {
+    const char* sample;
+    IntSize size;
+    const char* name;
+};
+
+constexpr IntSize kTwelveMegapixels{4000, 3000};
+constexpr Photo kLargePhoto{LAMINA_SAMPLES "/meadow.jpg", {11600, 8700}, "100-megapixels"};
+constexpr Photo kPhotos[] = {
+    {LAMINA_SAMPLES "/meadow.jpg", kTwelveMegapixels, "0"},
+    {LAMINA_SAMPLES "/dunes.jpg", kTwelveMegapixels, "1"},
+};
 
 /// Enlarging leaves the finest detail empty, which would make the entropy coding cheaper than a camera's noise does.
 void addGrain(std::vector<std::uint8_t>& row, std::mt19937& random)
@@ -39,16 +50,16 @@ void writeJpeg(const CGImage& image, const std::string& path)
     encoder.err = jpeg_std_error(&errors);
     jpeg_create_compress(&encoder);
     jpeg_stdio_dest(&encoder, file);
-    encoder.image_width = kWidth;
-    encoder.image_height = kHeight;
+    encoder.image_width = static_cast<JDIMENSION>(image.width());
+    encoder.image_height = static_cast<JDIMENSION>(image.height());
     encoder.input_components = 4;
     encoder.in_color_space = JCS_EXT_RGBX;
     jpeg_set_defaults(&encoder);
     jpeg_set_quality(&encoder, 95, TRUE);
     jpeg_start_compress(&encoder, TRUE);
     std::mt19937 random(7);
-    for (int y = 0; y < kHeight; ++y) {
-        std::vector<std::uint8_t> row(image.row(y), image.row(y) + 4 * kWidth);
+    for (int y = 0; y < image.height(); ++y) {
+        std::vector<std::uint8_t> row(image.row(y), image.row(y) + std::size_t{4} * static_cast<unsigned>(image.width()));
         addGrain(row, random);
         JSAMPROW rows[] = {row.data()};
         jpeg_write_scanlines(&encoder, rows, 1);
@@ -58,30 +69,27 @@ void writeJpeg(const CGImage& image, const std::string& path)
     std::fclose(file);
 }
 
-void makePhoto(int variant, const std::string& path)
+void makePhoto(const Photo& photo, const std::string& path)
 {
-    const Result<UIImage> sample =
-        loadPicture(variant == 0 ? LAMINA_SAMPLES "/meadow.jpg" : LAMINA_SAMPLES "/dunes.jpg");
+    const Result<UIImage> sample = loadPicture(photo.sample);
     if (!sample) {
         std::fprintf(stderr, "%s: %s\n", sample.error().subject.c_str(), sample.error().cause.c_str());
         std::abort();
     }
-    writeJpeg(resampled(sample->cgImage(), {kWidth, kHeight}), path + ".new");
+    writeJpeg(resampled(sample->cgImage(), photo.size), path + ".new");
     std::filesystem::rename(path + ".new", path);
 }
 
-} // namespace
-
-std::string twelveMegapixelPhoto(int variant)
+std::string pathOf(const Photo& photo)
 {
-    const std::string path =
-        (std::filesystem::temp_directory_path() / ("lamina-bench-" + std::to_string(variant) + ".jpg")).string();
+    const std::string name = std::string("lamina-bench-") + photo.name + ".jpg";
+    const std::string path = (std::filesystem::temp_directory_path() / name).string();
     if (std::filesystem::exists(path))
         return path;
     // In a process of its own: a benchmark that measures the memory of others must stay small, because they inherit its peak.
     const pid_t child = ::fork();
     if (child == 0) {
-        makePhoto(variant, path);
+        makePhoto(photo, path);
         ::_exit(0);
     }
     int status = 0;
@@ -89,6 +97,18 @@ std::string twelveMegapixelPhoto(int variant)
     if (status != 0)
         std::abort();
     return path;
+}
+
+} // namespace
+
+std::string twelveMegapixelPhoto(int variant)
+{
+    return pathOf(kPhotos[variant]);
+}
+
+std::string hundredMegapixelPhoto()
+{
+    return pathOf(kLargePhoto);
 }
 
 } // namespace lamina::bench

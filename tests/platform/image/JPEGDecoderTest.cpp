@@ -150,7 +150,7 @@ TEST(JPEGDecoder, ReducesToTheFewestEighthsThatKeepTheShortSide)
         IntSize size;
     };
     for (const Case& one : {Case{1, {50, 38}}, Case{38, {50, 38}}, Case{39, {100, 75}}, Case{75, {100, 75}},
-                            Case{76, {150, 113}}, Case{225, {300, 225}}, Case{226, {350, 263}}, Case{300, {400, 300}},
+                            Case{76, {150, 113}}, Case{150, {200, 150}}, Case{151, {400, 300}}, Case{300, {400, 300}},
                             Case{5000, {400, 300}}, Case{0, {400, 300}}}) {
         SCOPED_TRACE(one.shortSide);
         const CGImage image = pictureOf(decode(kJPEGFormat, ramp, {.shortSide = one.shortSide})).cgImage();
@@ -166,6 +166,12 @@ TEST(JPEGDecoder, ReducesToTheFewestEighthsThatKeepTheShortSide)
             EXPECT_EQ(image.row(y)[4 * static_cast<std::size_t>(x) + 3], 255);
         }
     }
+}
+
+TEST(JPEGDecoder, ReducesALargePictureByAnyEighths)
+{
+    const Bytes large = makeJPEG({.width = 4200, .height = 4100, .value = [](int, int, int) { return 90; }});
+    EXPECT_EQ(pictureOf(decode(kJPEGFormat, large, {.shortSide = 3000})).cgImage().size(), (IntSize{3150, 3075}));
 }
 
 TEST(JPEGDecoder, WeighsTheMemoryOfAProgressivePictureBeforeTakingIt)

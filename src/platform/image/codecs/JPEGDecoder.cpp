@@ -25,13 +25,18 @@ constexpr std::uint64_t divideUp(std::uint64_t value, std::uint64_t divisor)
     return (value + divisor - 1) / divisor;
 }
 
-/// The smallest number of eighths that leaves `shortSide` pixels on the shorter side.
+/// The smallest number of eighths that leaves `shortSide` pixels on the shorter side. Where that is more than half, the whole is
+/// read instead if it is of moderate size: the library has vector code for the whole and the half, and none for what
+/// lies between (12 megapixels: 45 ms whole, 70 ms at seven eighths).
 unsigned reducedEighths(unsigned width, unsigned height, int shortSide)
 {
+    constexpr std::uint64_t kModerateBytes = 64u << 20;
     if (shortSide <= 0)
         return kEighths;
     const std::uint64_t shorter = std::min(width, height);
-    for (unsigned eighths = 1; eighths < kEighths; ++eighths)
+    const bool wholeIsModerate = std::uint64_t{4} * width * height <= kModerateBytes;
+    const unsigned most = wholeIsModerate ? kEighths / 2 : kEighths - 1;
+    for (unsigned eighths = 1; eighths <= most; ++eighths)
         if (divideUp(shorter * eighths, kEighths) >= static_cast<std::uint64_t>(shortSide))
             return eighths;
     return kEighths;
