@@ -8,6 +8,14 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>%1×</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>A collage in ten frames</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>All files</source>
         <translation type="unfinished"></translation>
     </message>
@@ -20,7 +28,27 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>Arrow keys move it, plus and minus zoom</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Arrow keys move the second photo, plus and minus zoom it</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>Back</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Below</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Blend</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Camera</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -40,6 +68,10 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>Choose</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>Choose a photo</source>
         <translation type="unfinished"></translation>
     </message>
@@ -52,11 +84,31 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>Drag the second photo, pinch or turn the wheel to zoom it. Arrow keys move it a little, plus and minus zoom.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Drag to move, pinch to zoom</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>Effects</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>Eight frames</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>First photo</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>Home</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Lay one photo over another</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -84,6 +136,22 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>On top</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>On top, moves</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>One cut, eight frames</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>One photo shines through the other</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>Only the first %1 of %2 are shown.</source>
         <translation type="unfinished"></translation>
     </message>
@@ -92,7 +160,31 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>Opening %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Photo %1 of 2</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Photo 1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>Photo 1 is not movable.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Photo 2</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Photo behind the crop square</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Photo library</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -108,6 +200,14 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>Put photos together.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Redo</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>Reset</source>
         <translation type="unfinished"></translation>
     </message>
@@ -116,7 +216,15 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>Save</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>Saved to %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Second photo</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -128,11 +236,23 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>Stays in place</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>Step %1 of %2</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
         <source>Sticker</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Ten frames</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The blend</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -148,11 +268,19 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>There are more files here than can be shown.</source>
+        <source>This is not a folder.</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>This is not a folder.</source>
+        <source>This one lies on top. Move it, zoom it, let the first one shine through.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>This one stays in place. Pick something calm: a sky, a wall, the sea.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Three photos</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -160,11 +288,23 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>Two photos</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>Unable to find a camera on your device.</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>Undo</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>Up one folder</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Use photo</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -176,7 +316,15 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>_Choose</source>
+        <source>Zoom</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Zoom in</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Zoom out</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -185,6 +333,10 @@
     </message>
     <message>
         <source>a thumbnail has no size below one pixel</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>cancelled</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -225,6 +377,10 @@
     </message>
     <message>
         <source>permission denied</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>photo</source>
         <translation type="unfinished"></translation>
     </message>
     <message>

@@ -8,6 +8,14 @@
         <translation>%1: %2.</translation>
     </message>
     <message>
+        <source>%1×</source>
+        <translation>%1×</translation>
+    </message>
+    <message>
+        <source>A collage in ten frames</source>
+        <translation>Eine Collage in zehn Rahmen</translation>
+    </message>
+    <message>
         <source>All files</source>
         <translation>Alle Dateien</translation>
     </message>
@@ -20,8 +28,28 @@
         <translation>Zugriff auf die Fotoalben erlauben?</translation>
     </message>
     <message>
+        <source>Arrow keys move it, plus and minus zoom</source>
+        <translation>Pfeiltasten verschieben es, Plus und Minus zoomen</translation>
+    </message>
+    <message>
+        <source>Arrow keys move the second photo, plus and minus zoom it</source>
+        <translation>Pfeiltasten verschieben das zweite Foto, Plus und Minus zoomen es</translation>
+    </message>
+    <message>
         <source>Back</source>
         <translation>Zurück</translation>
+    </message>
+    <message>
+        <source>Below</source>
+        <translation>Unten</translation>
+    </message>
+    <message>
+        <source>Blend</source>
+        <translation>Überblenden</translation>
+    </message>
+    <message>
+        <source>Camera</source>
+        <translation>Kamera</translation>
     </message>
     <message>
         <source>Camera Unavailable</source>
@@ -40,6 +68,10 @@
         <translation>Das Bild lässt sich nicht speichern</translation>
     </message>
     <message>
+        <source>Choose</source>
+        <translation>Auswählen</translation>
+    </message>
+    <message>
         <source>Choose a photo</source>
         <translation>Foto wählen</translation>
     </message>
@@ -52,12 +84,32 @@
         <translation>Änderungen verwerfen</translation>
     </message>
     <message>
+        <source>Drag the second photo, pinch or turn the wheel to zoom it. Arrow keys move it a little, plus and minus zoom.</source>
+        <translation>Das zweite Foto ziehen; mit zwei Fingern oder dem Mausrad zoomen. Pfeiltasten verschieben es ein wenig, Plus und Minus zoomen.</translation>
+    </message>
+    <message>
+        <source>Drag to move, pinch to zoom</source>
+        <translation>Ziehen verschiebt, zwei Finger zoomen</translation>
+    </message>
+    <message>
         <source>Effects</source>
         <translation>Effekte</translation>
     </message>
     <message>
+        <source>Eight frames</source>
+        <translation>Acht Rahmen</translation>
+    </message>
+    <message>
+        <source>First photo</source>
+        <translation>Erstes Foto</translation>
+    </message>
+    <message>
         <source>Home</source>
         <translation>Start</translation>
+    </message>
+    <message>
+        <source>Lay one photo over another</source>
+        <translation>Ein Foto über ein anderes legen</translation>
     </message>
     <message>
         <source>Move</source>
@@ -84,6 +136,22 @@
         <translation>OK</translation>
     </message>
     <message>
+        <source>On top</source>
+        <translation>Oben</translation>
+    </message>
+    <message>
+        <source>On top, moves</source>
+        <translation>Oben, beweglich</translation>
+    </message>
+    <message>
+        <source>One cut, eight frames</source>
+        <translation>Ein Schnitt, acht Rahmen</translation>
+    </message>
+    <message>
+        <source>One photo shines through the other</source>
+        <translation>Ein Foto scheint durch das andere</translation>
+    </message>
+    <message>
         <source>Only the first %1 of %2 are shown.</source>
         <translation>Nur die ersten %1 von %2 sind zu sehen.</translation>
     </message>
@@ -92,8 +160,32 @@
         <translation>Hoppla</translation>
     </message>
     <message>
+        <source>Opening %1</source>
+        <translation>%1 wird geöffnet</translation>
+    </message>
+    <message>
+        <source>Photo %1 of 2</source>
+        <translation>Foto %1 von 2</translation>
+    </message>
+    <message>
+        <source>Photo 1</source>
+        <translation>Foto 1</translation>
+    </message>
+    <message>
         <source>Photo 1 is not movable.</source>
         <translation>Foto 1 lässt sich nicht bewegen.</translation>
+    </message>
+    <message>
+        <source>Photo 2</source>
+        <translation>Foto 2</translation>
+    </message>
+    <message>
+        <source>Photo behind the crop square</source>
+        <translation>Foto hinter dem Ausschnitt</translation>
+    </message>
+    <message>
+        <source>Photo library</source>
+        <translation>Fotosammlung</translation>
     </message>
     <message>
         <source>Pictures</source>
@@ -108,6 +200,14 @@
         <translation>Bitte wählen Sie 3 Fotos</translation>
     </message>
     <message>
+        <source>Put photos together.</source>
+        <translation>Fotos zusammenfügen.</translation>
+    </message>
+    <message>
+        <source>Redo</source>
+        <translation>Wiederholen</translation>
+    </message>
+    <message>
         <source>Reset</source>
         <translation>Rücksetzen</translation>
     </message>
@@ -116,8 +216,16 @@
         <translation>Beispiele</translation>
     </message>
     <message>
+        <source>Save</source>
+        <translation>Sichern</translation>
+    </message>
+    <message>
         <source>Saved to %1</source>
         <translation>Gespeichert unter %1</translation>
+    </message>
+    <message>
+        <source>Second photo</source>
+        <translation>Zweites Foto</translation>
     </message>
     <message>
         <source>Settings</source>
@@ -128,12 +236,24 @@
         <translation>Bald</translation>
     </message>
     <message>
+        <source>Stays in place</source>
+        <translation>Bleibt am Platz</translation>
+    </message>
+    <message>
         <source>Step %1 of %2</source>
         <translation>Schritt %1 von %2</translation>
     </message>
     <message>
         <source>Sticker</source>
         <translation>Sticker</translation>
+    </message>
+    <message>
+        <source>Ten frames</source>
+        <translation>Zehn Rahmen</translation>
+    </message>
+    <message>
+        <source>The blend</source>
+        <translation>Die Überblendung</translation>
     </message>
     <message>
         <source>The folder can’t be read.</source>
@@ -148,24 +268,44 @@
         <translation>Das Bild</translation>
     </message>
     <message>
-        <source>There are more files here than can be shown.</source>
-        <translation>Hier liegen mehr Dateien, als sich zeigen lassen.</translation>
-    </message>
-    <message>
         <source>This is not a folder.</source>
         <translation>Das ist kein Ordner.</translation>
+    </message>
+    <message>
+        <source>This one lies on top. Move it, zoom it, let the first one shine through.</source>
+        <translation>Dieses liegt oben. Verschieben, zoomen, das erste durchscheinen lassen.</translation>
+    </message>
+    <message>
+        <source>This one stays in place. Pick something calm: a sky, a wall, the sea.</source>
+        <translation>Dieses bleibt am Platz. Am besten etwas Ruhiges: ein Himmel, eine Wand, das Meer.</translation>
+    </message>
+    <message>
+        <source>Three photos</source>
+        <translation>Drei Fotos</translation>
     </message>
     <message>
         <source>Tools</source>
         <translation>Werkzeuge</translation>
     </message>
     <message>
+        <source>Two photos</source>
+        <translation>Zwei Fotos</translation>
+    </message>
+    <message>
         <source>Unable to find a camera on your device.</source>
         <translation>An diesem Gerät ist keine Kamera zu finden.</translation>
     </message>
     <message>
+        <source>Undo</source>
+        <translation>Rückgängig</translation>
+    </message>
+    <message>
         <source>Up one folder</source>
         <translation>Einen Ordner höher</translation>
+    </message>
+    <message>
+        <source>Use photo</source>
+        <translation>Foto verwenden</translation>
     </message>
     <message>
         <source>YES</source>
@@ -176,8 +316,16 @@
         <translation>Sie dürfen diesen Ordner nicht einsehen.</translation>
     </message>
     <message>
-        <source>_Choose</source>
-        <translation>_Wählen</translation>
+        <source>Zoom</source>
+        <translation>Zoom</translation>
+    </message>
+    <message>
+        <source>Zoom in</source>
+        <translation>Vergrößern</translation>
+    </message>
+    <message>
+        <source>Zoom out</source>
+        <translation>Verkleinern</translation>
     </message>
     <message>
         <source>a symbolic link leads in a circle</source>
@@ -186,6 +334,10 @@
     <message>
         <source>a thumbnail has no size below one pixel</source>
         <translation>ein Vorschaubild ist mindestens einen Pixel groß</translation>
+    </message>
+    <message>
+        <source>cancelled</source>
+        <translation>abgebrochen</translation>
     </message>
     <message>
         <source>is a folder</source>
@@ -226,6 +378,10 @@
     <message>
         <source>permission denied</source>
         <translation>keine Berechtigung</translation>
+    </message>
+    <message>
+        <source>photo</source>
+        <translation>Foto</translation>
     </message>
     <message>
         <source>the device can only be read</source>

@@ -66,6 +66,7 @@ AppScreen {
                         text: "Lamina"
                         role: home.lying ? Tokens.type.title : Tokens.type.display
                         Accessible.role: Accessible.Heading
+                        Accessible.name: text
                     }
                     StyledText {
                         visible: home.wide

@@ -69,6 +69,7 @@ AppScreen {
                     text: chooser.second ? qsTranslate("Lamina", "Second photo") : qsTranslate("Lamina", "First photo")
                     role: Tokens.type.display
                     Accessible.role: Accessible.Heading
+                    Accessible.name: text
                 }
                 StyledText {
                     width: parent.width

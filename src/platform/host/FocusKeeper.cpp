@@ -27,14 +27,18 @@ bool FocusKeeper::moveFocus(bool forward)
     if (!m_frame)
         return false;
     QQuickItem* const start = m_window.activeFocusItem() ? m_window.activeFocusItem() : m_frame.data();
+    const Qt::FocusReason reason = forward ? Qt::TabFocusReason : Qt::BacktabFocusReason;
     // The chain goes round the whole window, so that it comes back to where it started.
     for (QQuickItem* item = start->nextItemInFocusChain(forward); item && item != start;
          item = item->nextItemInFocusChain(forward)) {
         if (!m_frame->isAncestorOf(item))
             continue;
-        item->forceActiveFocus(forward ? Qt::TabFocusReason : Qt::BacktabFocusReason);
+        item->forceActiveFocus(reason);
         return true;
     }
+    // The only control there is: it has the focus already, and is now to show it.
+    start->setFocus(false);
+    start->forceActiveFocus(reason);
     return true;
 }
 

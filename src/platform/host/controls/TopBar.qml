@@ -33,6 +33,7 @@ Item {
         strong: true
         maximumLineCount: 1
         Accessible.role: Accessible.Heading
+        Accessible.name: text
     }
     Row {
         id: right
