@@ -82,7 +82,8 @@ LaunchOptions phoneOptions()
 void openPhoto(WindowDriver& driver, int variant)
 {
     driver.waitFor<ImagePIckingViewController>();
-    driver.top<ImagePIckingViewController>()->receivePhotos({PhotoSource::fromFile(bench::twelveMegapixelPhoto(variant))});
+    driver.top<ImagePIckingViewController>()->receivePhotos(
+        {PhotoSource::fromFile(bench::twelveMegapixelPhoto(variant))});
     driver.waitFor<PinchZoomViewController>();
 }
 

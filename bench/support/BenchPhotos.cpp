@@ -59,7 +59,8 @@ void writeJpeg(const CGImage& image, const std::string& path)
     jpeg_start_compress(&encoder, TRUE);
     std::mt19937 random(7);
     for (int y = 0; y < image.height(); ++y) {
-        std::vector<std::uint8_t> row(image.row(y), image.row(y) + std::size_t{4} * static_cast<unsigned>(image.width()));
+        std::vector<std::uint8_t> row(image.row(y),
+                                      image.row(y) + std::size_t{4} * static_cast<unsigned>(image.width()));
         addGrain(row, random);
         JSAMPROW rows[] = {row.data()};
         jpeg_write_scanlines(&encoder, rows, 1);

@@ -28,7 +28,8 @@ int main(int argc, char** argv)
 {
     installInterruptionHandlers();
 
-    CLI::App application("Composes photos. Without a subcommand it opens the window; with one it works from the shell.", "lamina");
+    CLI::App application("Composes photos. Without a subcommand it opens the window; with one it works from the shell.",
+                         "lamina");
     application.set_version_flag("--version", "lamina " LAMINA_VERSION, "Print the version and leave");
     application.set_help_flag("-h,--help", "Print this help and leave");
     application.require_subcommand(0, 1);

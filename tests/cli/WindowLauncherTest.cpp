@@ -10,10 +10,7 @@ namespace {
 /// The command in a folder of its own, beside a stand-in for the window that tells its arguments.
 class WindowLauncher : public testing::Test {
 protected:
-    WindowLauncher()
-    {
-        std::filesystem::copy_file(LAMINA_COMMAND, command());
-    }
+    WindowLauncher() { std::filesystem::copy_file(LAMINA_COMMAND, command()); }
     std::string command() const { return m_folder.path("lamina"); }
     void placeWindow()
     {

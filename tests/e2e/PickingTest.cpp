@@ -30,7 +30,8 @@ TEST_F(Picking, AnUnreadablePhotoIsNamedOverAnUnchangedScreen)
     writeFile(folder.path("holiday.jpg"), "this is no photo");
     pick(folder.path("holiday.jpg"));
     ASSERT_TRUE(driver->waitFor<UIAlertController>());
-    EXPECT_THAT(alertText(), testing::AllOf(testing::HasSubstr("holiday.jpg"), testing::Not(testing::HasSubstr("/tmp"))));
+    EXPECT_THAT(alertText(),
+                testing::AllOf(testing::HasSubstr("holiday.jpg"), testing::Not(testing::HasSubstr("/tmp"))));
     driver->press(Qt::Key_Escape);
     ASSERT_TRUE(driver->waitFor<ImagePIckingViewController>());
     EXPECT_EQ(driver->top<ImagePIckingViewController>()->step(), 1);

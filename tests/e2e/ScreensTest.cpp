@@ -73,8 +73,8 @@ TEST_P(Screens, HaveAllTheirControlsWholeAndNamed)
     ASSERT_TRUE(driver->waitFor<ImagePIckingViewController>());
     pickAndUse(sample("city-rain.jpg"));
     ASSERT_TRUE(driver->waitFor<BlendPhotoViewController>());
-    EXPECT_THAT(controls(), testing::IsSupersetOf({"Back", "Undo", "Redo", "Save", "Photo 1", "Photo 2", "Reset", "Move",
-                                                   "Tools", "Effects", "Sticker"}));
+    EXPECT_THAT(controls(), testing::IsSupersetOf({"Back", "Undo", "Redo", "Save", "Photo 1", "Photo 2", "Reset",
+                                                   "Move", "Tools", "Effects", "Sticker"}));
     EXPECT_FALSE(driver->tap(QStringLiteral("Tools"))) << "it is still to come";
 
     // The canvas is square and nothing covers it.

@@ -7,8 +7,8 @@
 #include <QDropEvent>
 #include <QElapsedTimer>
 #include <QGuiApplication>
-#include <QPointingDevice>
 #include <QMimeData>
+#include <QPointingDevice>
 #include <QTest>
 #include <QWheelEvent>
 
@@ -138,8 +138,8 @@ void WindowDriver::turnWheel(int steps)
 {
     const QPointF middle = middleOf(shownCanvas());
     for (int i = 0; i < std::abs(steps); ++i) {
-        QWheelEvent turn(middle, view().mapToGlobal(middle), {}, {0, steps > 0 ? 120 : -120}, Qt::NoButton, Qt::NoModifier,
-                         Qt::NoScrollPhase, false);
+        QWheelEvent turn(middle, view().mapToGlobal(middle), {}, {0, steps > 0 ? 120 : -120}, Qt::NoButton,
+                         Qt::NoModifier, Qt::NoScrollPhase, false);
         QGuiApplication::sendEvent(&view(), &turn);
     }
     settle();
@@ -217,7 +217,9 @@ void WindowDriver::pinchCanvas(double before, double after)
         .press(1, finger(before, 1), &view());
     for (int step = 1; step <= kDragSteps; ++step) {
         const double apart = before + (after - before) * step / kDragSteps;
-        QTest::touchEvent(&view(), m_fingers.get()).move(0, finger(apart, -1), &view()).move(1, finger(apart, 1), &view());
+        QTest::touchEvent(&view(), m_fingers.get())
+            .move(0, finger(apart, -1), &view())
+            .move(1, finger(apart, 1), &view());
     }
     QTest::touchEvent(&view(), m_fingers.get())
         .release(0, finger(after, -1), &view())

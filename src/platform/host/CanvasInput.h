@@ -22,7 +22,10 @@ public:
 
     /// Points of the tree in one unit of the item.
     void setPointsPerUnit(double points) { m_pointsPerUnit = points; }
-    CGPoint treePoint(QPointF position) const { return {position.x() * m_pointsPerUnit, position.y() * m_pointsPerUnit}; }
+    CGPoint treePoint(QPointF position) const
+    {
+        return {position.x() * m_pointsPerUnit, position.y() * m_pointsPerUnit};
+    }
 
     void mousePressed(const QMouseEvent& event);
     void mouseMoved(const QMouseEvent& event);

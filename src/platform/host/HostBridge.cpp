@@ -16,7 +16,8 @@ HostBridge::HostBridge(Application& application)
         m_transitionDuration = duration;
         emit transitionDurationChanged();
     });
-    QObject::connect(&application.picker(), &PickerPresenter::folderPickerChanged, this, &HostBridge::folderPickerChanged);
+    QObject::connect(&application.picker(), &PickerPresenter::folderPickerChanged, this,
+                     &HostBridge::folderPickerChanged);
 }
 
 HostBridge* HostBridge::create(QQmlEngine*, QJSEngine*)

@@ -82,7 +82,8 @@ void PictureItem::itemChange(ItemChange change, const ItemChangeData& data)
 void PictureItem::updatePolish()
 {
     const bool visible = m_picture && window() && width() > 0 && height() > 0;
-    m_drawn = visible ? drawn(m_picture, {width(), height()}, m_radius, window()->effectiveDevicePixelRatio()) : QImage();
+    m_drawn =
+        visible ? drawn(m_picture, {width(), height()}, m_radius, window()->effectiveDevicePixelRatio()) : QImage();
     m_drawnChanged = true;
     update();
 }

@@ -50,7 +50,8 @@ ScreenHost::ScreenHost() = default;
 std::vector<ScreenModel::Row> ScreenHost::wantedScreens() const
 {
     std::vector<ScreenModel::Row> rows;
-    const auto add = [&rows](const std::shared_ptr<UIViewController>& screen, bool overlay, ScreenModel::Motion motion) {
+    const auto add = [&rows](const std::shared_ptr<UIViewController>& screen, bool overlay,
+                             ScreenModel::Motion motion) {
         rows.push_back({screen, viewOf(*screen), overlay, motion});
     };
     bool presented = false;

@@ -40,7 +40,8 @@ void ScreenMetrics::update()
         return;
     UIScreen screen;
     screen.bounds.width = std::clamp(std::min(width, height), kNarrowest, kWidest);
-    screen.bounds.height = std::max(width <= height || height < kWidest ? std::max(width, height) : height, screen.bounds.width);
+    screen.bounds.height =
+        std::max(width <= height || height < kWidest ? std::max(width, height) : height, screen.bounds.width);
     screen.scale = std::max(kLeastScale, static_cast<double>(m_window.effectiveDevicePixelRatio()));
     UIScreen::setMain(screen);
 }

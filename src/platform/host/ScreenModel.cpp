@@ -35,7 +35,11 @@ QVariant ScreenModel::data(const QModelIndex& index, int role) const
 
 QHash<int, QByteArray> ScreenModel::roleNames() const
 {
-    return {{ControllerRole, "controller"}, {SourceRole, "source"}, {PhaseRole, "phase"}, {MotionRole, "motion"}, {FrontRole, "front"}};
+    return {{ControllerRole, "controller"},
+            {SourceRole, "source"},
+            {PhaseRole, "phase"},
+            {MotionRole, "motion"},
+            {FrontRole, "front"}};
 }
 
 int ScreenModel::find(const UIViewController* controller) const
@@ -103,7 +107,12 @@ void ScreenModel::removeLeaving()
     }
     // The views are deleted on the next turn of the loop, and their bindings ask the screen until then.
     QMetaObject::invokeMethod(
-        this, [this, left] { QMetaObject::invokeMethod(this, [left] {}, Qt::QueuedConnection); }, Qt::QueuedConnection);
+        this,
+        [this, left] {
+            QMetaObject::invokeMethod(
+                this, [left] {}, Qt::QueuedConnection);
+        },
+        Qt::QueuedConnection);
 }
 
 } // namespace lamina

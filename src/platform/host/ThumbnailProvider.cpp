@@ -27,7 +27,10 @@ public:
             emit finished(); // the engine deletes this afterwards, also when it was cancelled
         });
     }
-    QQuickTextureFactory* textureFactory() const override { return QQuickTextureFactory::textureFactoryForImage(m_image); }
+    QQuickTextureFactory* textureFactory() const override
+    {
+        return QQuickTextureFactory::textureFactoryForImage(m_image);
+    }
     QString errorString() const override { return m_image.isNull() ? QStringLiteral("not a picture") : QString(); }
     void cancel() override { *m_cancelled = true; }
 

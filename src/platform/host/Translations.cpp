@@ -12,7 +12,8 @@ namespace {
 
 QStringList folders()
 {
-    const QString installed = QDir(QCoreApplication::applicationDirPath()).filePath(QStringLiteral("../share/lamina/translations"));
+    const QString installed =
+        QDir(QCoreApplication::applicationDirPath()).filePath(QStringLiteral("../share/lamina/translations"));
     return {qEnvironmentVariable("LAMINA_TRANSLATIONS"), QDir::cleanPath(installed)};
 }
 

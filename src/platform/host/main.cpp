@@ -89,7 +89,8 @@ Parsed parse(const QStringList& arguments)
     parser.addOptions({screen, photos, size});
     const QCommandLineOption help = parser.addHelpOption();
     const QCommandLineOption version = parser.addVersionOption();
-    parser.addPositionalArgument(QStringLiteral("photo"), QStringLiteral("A picture file."), QStringLiteral("[photo...]"));
+    parser.addPositionalArgument(QStringLiteral("photo"), QStringLiteral("A picture file."),
+                                 QStringLiteral("[photo...]"));
 
     if (!parser.parse(arguments))
         return {{}, complain(parser.errorText())};
@@ -103,9 +104,10 @@ Parsed parse(const QStringList& arguments)
     }
     Parsed parsed;
     parsed.options.screen = parser.value(screen).toStdString();
-    if (!QStringList{QStringLiteral("home"), QStringLiteral("two"), QStringLiteral("three"), QStringLiteral("blend")}.contains(
-            parser.value(screen)))
-        return {{}, complain(QStringLiteral("--screen: home, two, three or blend, not '%1'").arg(parser.value(screen)))};
+    if (!QStringList{QStringLiteral("home"), QStringLiteral("two"), QStringLiteral("three"), QStringLiteral("blend")}
+             .contains(parser.value(screen)))
+        return {{},
+                complain(QStringLiteral("--screen: home, two, three or blend, not '%1'").arg(parser.value(screen)))};
     parsed.options.photosFolder = parser.value(photos).toStdString();
     if (parser.isSet(size)) {
         const auto wanted = sizeOf(parser.value(size));
