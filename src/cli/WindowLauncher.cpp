@@ -28,6 +28,7 @@ ExitCode becomeWindow(const std::vector<std::string>& arguments)
     std::vector<std::string> texts = {kWindowProgram};
     texts.insert(texts.end(), arguments.begin(), arguments.end());
     std::vector<char*> argv;
+    argv.reserve(texts.size() + 1);
     for (std::string& text : texts)
         argv.push_back(text.data());
     argv.push_back(nullptr);
