@@ -16,13 +16,13 @@ protected:
     {
         return driver->top<BlendPhotoViewController>()->composition().photos[1].transform;
     }
-    /// The only file in the library's folder.
+    static QDir libraryFolder() { return QDir(QDir::home().filePath(QStringLiteral("Pictures/Lamina"))); }
+    /// The latest file in the library's folder.
     static QImage savedPicture()
     {
-        const QDir folder(QDir::home().filePath(QStringLiteral("Pictures/Lamina")));
-        const QStringList files = folder.entryList({QStringLiteral("*.png")}, QDir::Files);
-        EXPECT_EQ(files.size(), 1);
-        return files.isEmpty() ? QImage() : QImage(folder.filePath(files.first()));
+        const QStringList files = libraryFolder().entryList({QStringLiteral("*.png")}, QDir::Files, QDir::Time);
+        EXPECT_FALSE(files.isEmpty());
+        return files.isEmpty() ? QImage() : QImage(libraryFolder().filePath(files.first()));
     }
 };
 
@@ -116,6 +116,8 @@ TEST_F(BlendRoad, ByMouseAndWheel)
     EXPECT_NEAR(secondTransform().ty, 12, 1);
     driver->turnWheel(-1);
     EXPECT_NEAR(secondTransform().a, 1 / 1.1, 0.001);
+    driver->pinchTouchpad(1.21);
+    EXPECT_NEAR(secondTransform().a, 1.1, 0.001);
 
     ASSERT_TRUE(driver->click(QStringLiteral("Undo")));
     EXPECT_EQ(secondTransform().a, 1);
@@ -167,6 +169,16 @@ TEST_F(BlendRoad, ByKeysAlone)
     EXPECT_EQ(driver->top<ImagePIckingViewController>()->selectImage(), QStringLiteral("SCREENbg"));
     driver->press(Qt::Key_Escape);
     EXPECT_TRUE(driver->waitFor<ViewController>());
+}
+
+TEST_F(BlendRoad, AWindowThatIsClosedFinishesItsSaving)
+{
+    open();
+    goToBlend();
+    const int before = libraryFolder().entryList({QStringLiteral("*.png")}, QDir::Files).size();
+    driver->top<BlendPhotoViewController>()->shareBtn();
+    driver.reset(); // at once
+    EXPECT_EQ(libraryFolder().entryList(QDir::Files | QDir::Hidden).size(), before + 1);
 }
 
 } // namespace

@@ -8,6 +8,7 @@
 #include <QElapsedTimer>
 #include <QGuiApplication>
 #include <QMimeData>
+#include <QNativeGestureEvent>
 #include <QPointingDevice>
 #include <QTest>
 #include <QWheelEvent>
@@ -142,6 +143,15 @@ void WindowDriver::turnWheel(int steps)
                          Qt::NoModifier, Qt::NoScrollPhase, false);
         QGuiApplication::sendEvent(&view(), &turn);
     }
+    settle();
+}
+
+void WindowDriver::pinchTouchpad(double factor)
+{
+    const QPointF middle = middleOf(shownCanvas());
+    QNativeGestureEvent pinch(Qt::ZoomNativeGesture, QPointingDevice::primaryPointingDevice(), 2, middle, middle,
+                              view().mapToGlobal(middle), factor - 1, {});
+    QGuiApplication::sendEvent(&view(), &pinch);
     settle();
 }
 

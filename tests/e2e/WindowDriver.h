@@ -59,6 +59,8 @@ public:
     /// What is held over the middle of the window, then let go; false when it is not taken.
     bool drop(const QMimeData& dropped);
     void turnWheel(int steps);
+    /// Two fingers on a touchpad, by a factor.
+    void pinchTouchpad(double factor);
     /// Accessible name of what has the keyboard; empty: nothing.
     QString focusedName();
     void press(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier);

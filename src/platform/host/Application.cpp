@@ -75,7 +75,9 @@ Application::~Application()
     m_view.setSource({}); // the views go before the screens that they show
     PresentationHost::setCurrent(nullptr);
     m_screens->window().setRootViewController(nullptr);
-    DispatchQueue::main().drain();
+    // What is being saved is saved to the end; reading ends with the screens that wanted it.
+    constexpr double kLeavingSeconds = 10;
+    DispatchQueue::main().runUntilIdle(kLeavingSeconds);
     g_current = nullptr;
 }
 

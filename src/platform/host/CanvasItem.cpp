@@ -1,9 +1,9 @@
 #include "platform/host/CanvasItem.h"
 
 #include "platform/host/ImageConversion.h"
+#include "platform/host/ImageNode.h"
 
 #include <QQuickWindow>
-#include <QSGImageNode>
 
 #include <algorithm>
 
@@ -122,24 +122,9 @@ void CanvasItem::copyPainted(const IntRect& area)
 
 QSGNode* CanvasItem::updatePaintNode(QSGNode* former, UpdatePaintNodeData*)
 {
-    auto* node = static_cast<QSGImageNode*>(former);
-    if (m_image.isNull() || width() <= 0 || height() <= 0) {
-        delete node;
-        return nullptr;
-    }
-    if (!node) {
-        node = window()->createImageNode();
-        node->setOwnsTexture(true);
-        m_imageChanged = true;
-    }
-    if (m_imageChanged) {
-        m_imageChanged = false;
-        node->setTexture(window()->createTextureFromImage(m_image));
-        node->setSourceRect(QRectF(QPointF(), m_image.size()));
-    }
-    node->setFiltering(QSGTexture::Linear);
-    node->setRect(boundingRect());
-    return node;
+    // Pixel on pixel: the bitmap has whole ones, the item's sides may end between two.
+    const QSizeF size = QSizeF(m_image.size()) / window()->effectiveDevicePixelRatio();
+    return showImage(former, *window(), m_image, QRectF(QPointF(), size), m_imageChanged);
 }
 
 // ---- input ----
@@ -147,8 +132,17 @@ QSGNode* CanvasItem::updatePaintNode(QSGNode* former, UpdatePaintNodeData*)
 bool CanvasItem::event(QEvent* event)
 {
     if (event->type() == QEvent::NativeGesture && m_input && m_acceptsInput)
-        return m_input->nativeGesture(static_cast<QNativeGestureEvent&>(*event));
+        return takeNativeGesture(static_cast<QNativeGestureEvent&>(*event));
     return QQuickItem::event(event);
+}
+
+bool CanvasItem::takeNativeGesture(QNativeGestureEvent& event)
+{
+    const bool taken = m_input->nativeGesture(event);
+    event.setAccepted(taken);
+    if (taken)
+        emit touched();
+    return true;
 }
 
 void CanvasItem::focusInEvent(QFocusEvent* event)

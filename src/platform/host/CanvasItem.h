@@ -71,6 +71,7 @@ private:
     void settleScale();
     void copyPainted(const IntRect& area);
     void setVisualFocus(bool visual);
+    bool takeNativeGesture(QNativeGestureEvent& event);
 
     QPointer<QObject> m_controller;
     std::shared_ptr<UIView> m_view;

@@ -1,11 +1,11 @@
 #include "platform/host/PictureItem.h"
 
 #include "platform/host/ImageConversion.h"
+#include "platform/host/ImageNode.h"
 #include "platform/image/CGContext.h"
 #include "platform/view/UIImageMetaType.h"
 
 #include <QQuickWindow>
-#include <QSGImageNode>
 
 #include <algorithm>
 #include <optional>
@@ -90,24 +90,7 @@ void PictureItem::updatePolish()
 
 QSGNode* PictureItem::updatePaintNode(QSGNode* former, UpdatePaintNodeData*)
 {
-    auto* node = static_cast<QSGImageNode*>(former);
-    if (m_drawn.isNull()) {
-        delete node;
-        return nullptr;
-    }
-    if (!node) {
-        node = window()->createImageNode();
-        node->setOwnsTexture(true);
-        m_drawnChanged = true;
-    }
-    if (m_drawnChanged) {
-        m_drawnChanged = false;
-        node->setTexture(window()->createTextureFromImage(m_drawn));
-        node->setSourceRect(QRectF(QPointF(), m_drawn.size()));
-    }
-    node->setFiltering(QSGTexture::Linear);
-    node->setRect(boundingRect());
-    return node;
+    return showImage(former, *window(), m_drawn, boundingRect(), m_drawnChanged);
 }
 
 } // namespace lamina
