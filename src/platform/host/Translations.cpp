@@ -21,16 +21,27 @@ QStringList folders()
 
 Translations::Translations()
 {
-    for (const QString& folder : folders()) {
-        if (folder.isEmpty() || !m_translator.load(QLocale(), QStringLiteral("lamina"), QStringLiteral("_"), folder))
-            continue;
-        QCoreApplication::installTranslator(&m_translator);
-        break;
-    }
+    load();
     setTextLookup([](std::string_view key) {
         const QByteArray text(key.data(), static_cast<qsizetype>(key.size()));
         return QCoreApplication::translate("Lamina", text.constData()).toStdString();
     });
+}
+
+/// The first of the person's languages that there is; the texts themselves are English.
+void Translations::load()
+{
+    for (QString language : QLocale::system().uiLanguages()) {
+        if (language == QLatin1String("en") || language.startsWith(QLatin1String("en-")))
+            return;
+        language.replace(QLatin1Char('-'), QLatin1Char('_'));
+        for (const QString& folder : folders()) {
+            if (folder.isEmpty() || !m_translator.load(QStringLiteral("lamina_") + language, folder))
+                continue;
+            QCoreApplication::installTranslator(&m_translator);
+            return;
+        }
+    }
 }
 
 Translations::~Translations()

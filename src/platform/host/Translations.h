@@ -14,6 +14,8 @@ public:
     Translations& operator=(const Translations&) = delete;
 
 private:
+    void load();
+
     QTranslator m_translator;
 };
 
