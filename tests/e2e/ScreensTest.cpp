@@ -6,6 +6,7 @@
 
 #include <gmock/gmock.h>
 
+#include <ostream>
 #include <set>
 
 namespace lamina::test {
@@ -14,6 +15,8 @@ namespace {
 struct Shape {
     const char* name;
     QSize size;
+
+    friend void PrintTo(const Shape& shape, std::ostream* out) { *out << shape.name; }
 };
 
 class Screens : public WindowTest, public testing::WithParamInterface<Shape> {
