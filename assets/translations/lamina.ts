@@ -328,6 +328,22 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>a BMP picture can&apos;t be larger than 2 GB</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>a GIF picture can&apos;t be longer than 65535 pixels</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>a JPEG picture can&apos;t be longer than 65500 pixels</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>a TIFF picture can&apos;t be larger than 4 GB</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>a symbolic link leads in a circle</source>
         <translation type="unfinished"></translation>
     </message>
@@ -384,6 +400,10 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>pictures of the type &quot;</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>the device can only be read</source>
         <translation type="unfinished"></translation>
     </message>
@@ -437,6 +457,10 @@
     </message>
     <message>
         <source>there is not enough memory</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>this is not the address of a file on this machine</source>
         <translation type="unfinished"></translation>
     </message>
     <message>

@@ -328,6 +328,22 @@
         <translation>Verkleinern</translation>
     </message>
     <message>
+        <source>a BMP picture can&apos;t be larger than 2 GB</source>
+        <translation>ein BMP-Bild kann nicht größer als 2 GB sein</translation>
+    </message>
+    <message>
+        <source>a GIF picture can&apos;t be longer than 65535 pixels</source>
+        <translation>ein GIF-Bild kann nicht länger als 65535 Pixel sein</translation>
+    </message>
+    <message>
+        <source>a JPEG picture can&apos;t be longer than 65500 pixels</source>
+        <translation>ein JPEG-Bild kann nicht länger als 65500 Pixel sein</translation>
+    </message>
+    <message>
+        <source>a TIFF picture can&apos;t be larger than 4 GB</source>
+        <translation>ein TIFF-Bild kann nicht größer als 4 GB sein</translation>
+    </message>
+    <message>
         <source>a symbolic link leads in a circle</source>
         <translation>ein symbolischer Link führt im Kreis</translation>
     </message>
@@ -384,6 +400,10 @@
         <translation>Foto</translation>
     </message>
     <message>
+        <source>pictures of the type &quot;</source>
+        <translation>Bilder der Art &quot;</translation>
+    </message>
+    <message>
         <source>the device can only be read</source>
         <translation>das Gerät lässt sich nur lesen</translation>
     </message>
@@ -438,6 +458,10 @@
     <message>
         <source>there is not enough memory</source>
         <translation>der Speicher reicht nicht aus</translation>
+    </message>
+    <message>
+        <source>this is not the address of a file on this machine</source>
+        <translation>das ist keine Adresse einer Datei auf diesem Gerät</translation>
     </message>
     <message>
         <source>this is not the name of a file</source>

@@ -81,7 +81,9 @@ BlendCommand::BlendCommand(CLI::App& application)
     options.set_help_flag("-h,--help", "Print this help and leave");
     options.add_option("FIRST", m_arguments.photos[0], "The first photo; - is standard input")->required();
     options.add_option("SECOND", m_arguments.photos[1], "The second photo, laid over the first")->required();
-    options.add_option("-o,--output", m_arguments.output, "PNG file to write; - is standard output")
+    options
+        .add_option("-o,--output", m_arguments.output,
+                    "File to write, " + outputExtensions() + " by its name; - is PNG on standard output")
         ->required()
         ->type_name("FILE");
     options.add_option("--width", m_arguments.width, "Side of the canvas in points [375]")
@@ -152,13 +154,7 @@ ExitCode BlendCommand::run()
     const UIImage picture = script.flattened();
     if (!picture)
         return fail({m_arguments.output, "not enough memory"}, ExitCode::Failed);
-    if (const Outcome written = writePicture(picture, m_arguments.output); !written)
-        return fail(written.error(), ExitCode::Output);
-    if (!m_arguments.quiet) {
-        const IntSize size = picture.pixelSize();
-        note(m_arguments.output + ": " + std::to_string(size.width) + " x " + std::to_string(size.height) + " pixels");
-    }
-    return ExitCode::Good;
+    return deliverPicture(picture, m_arguments.output, m_arguments.quiet);
 }
 
 } // namespace lamina

@@ -1,10 +1,15 @@
 #include "cli/PictureOutput.h"
 
+#include "cli/Messages.h"
+#include "platform/image/ImageSaving.h"
 #include "platform/image/PictureEncoding.h"
 
+#include <algorithm>
+#include <array>
 #include <cerrno>
 #include <cstring>
 #include <filesystem>
+#include <string_view>
 #include <strings.h>
 #include <unistd.h>
 #include <vector>
@@ -14,6 +19,16 @@ namespace lamina {
 namespace {
 
 constexpr const char* kStandardOutput = "standard output";
+
+struct OutputFormat {
+    const char* extension;
+    std::string_view uti;
+};
+constexpr std::array kFormats{
+    OutputFormat{".png", kUTTypePNG},   OutputFormat{".jpg", kUTTypeJPEG}, OutputFormat{".jpeg", kUTTypeJPEG},
+    OutputFormat{".gif", kUTTypeGIF},   OutputFormat{".bmp", kUTTypeBMP},  OutputFormat{".tif", kUTTypeTIFF},
+    OutputFormat{".tiff", kUTTypeTIFF},
+};
 
 Outcome writeStandardOutput(std::span<const std::uint8_t> bytes)
 {
@@ -28,26 +43,57 @@ Outcome writeStandardOutput(std::span<const std::uint8_t> bytes)
     return std::monostate();
 }
 
+/// The format that the name of a file asks for; null when it asks for none.
+const OutputFormat* formatOf(const std::string& path)
+{
+    const std::string extension = std::filesystem::path(path).extension().string();
+    const auto found = std::ranges::find_if(
+        kFormats, [&](const OutputFormat& format) { return strcasecmp(extension.c_str(), format.extension) == 0; });
+    return found == kFormats.end() ? nullptr : &*found;
+}
+
 } // namespace
+
+std::string outputExtensions()
+{
+    std::string list;
+    for (const OutputFormat& format : kFormats)
+        list += (list.empty() ? "" : &format == &kFormats.back() ? " or " : ", ") + std::string(format.extension);
+    return list;
+}
 
 Outcome checkOutputName(const std::string& path)
 {
-    if (path == "-")
+    if (path == "-" || formatOf(path))
         return std::monostate();
-    const std::string extension = std::filesystem::path(path).extension().string();
-    if (strcasecmp(extension.c_str(), ".png") == 0)
-        return std::monostate();
-    return Error{path, "the name of the output must end in .png"};
+    return Error{path, "the name of the output must end in " + outputExtensions()};
 }
 
 Outcome writePicture(const UIImage& picture, const std::string& path)
 {
     if (path == "-" && isatty(STDOUT_FILENO))
         return Error{kStandardOutput, "is a terminal; send the picture to a file or a program"};
-    const Result<std::vector<std::uint8_t>> file = encodePNG(picture.cgImage(), path);
+    const OutputFormat* format = formatOf(path);
+    ImageSavingOptions options;
+    options.uti = format ? format->uti : kUTTypePNG;
+    const Result<std::vector<std::uint8_t>> file = encodeImage(picture, options, path);
     if (!file)
         return file.error();
     return path == "-" ? writeStandardOutput(*file) : writeFileAtomically(path, *file);
+}
+
+std::string sizeInPixels(IntSize size)
+{
+    return std::to_string(size.width) + " x " + std::to_string(size.height) + " pixels";
+}
+
+ExitCode deliverPicture(const UIImage& picture, const std::string& path, bool quiet)
+{
+    if (const Outcome written = writePicture(picture, path); !written)
+        return fail(written.error(), ExitCode::Output);
+    if (!quiet)
+        note(path + ": " + sizeInPixels(picture.pixelSize()));
+    return ExitCode::Good;
 }
 
 } // namespace lamina

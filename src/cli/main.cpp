@@ -1,5 +1,6 @@
 #include "cli/BlendCommand.h"
 #include "cli/Interruption.h"
+#include "cli/OpCommand.h"
 #include "cli/WindowLauncher.h"
 
 #include <CLI/CLI.hpp>
@@ -16,9 +17,9 @@ int usageError(const CLI::App& application, const CLI::ParseError& error)
     // Help and version are thrown too, with code 0; their texts are data.
     if (error.get_exit_code() == 0)
         return application.exit(error);
-    const bool blend = application.got_subcommand("blend");
-    std::fprintf(stderr, "lamina: %s\nRun 'lamina %s--help' to see how it is used.\n", error.what(),
-                 blend ? "blend " : "");
+    const std::vector<CLI::App*> chosen = application.get_subcommands();
+    const std::string command = chosen.empty() ? "" : chosen.front()->get_name() + " ";
+    std::fprintf(stderr, "lamina: %s\nRun 'lamina %s--help' to see how it is used.\n", error.what(), command.c_str());
     return static_cast<int>(ExitCode::Usage);
 }
 
@@ -42,6 +43,7 @@ int main(int argc, char** argv)
         "Exit codes: 0 good, 1 failed, 2 wrong usage, 3 an input is missing, unreadable or unsupported,\n"
         "4 an output can't be written, 130 interrupted.");
     BlendCommand blend(application);
+    OpCommand op(application);
 
     try {
         application.parse(argc, argv);
@@ -50,6 +52,8 @@ int main(int argc, char** argv)
     }
     if (application.got_subcommand("blend"))
         return static_cast<int>(blend.run());
+    if (application.got_subcommand("op"))
+        return static_cast<int>(op.run());
     std::vector<std::string> window;
     if (!screen.empty())
         window.insert(window.end(), {"--screen", screen});

@@ -220,7 +220,7 @@ TEST_F(BlendCommand, WrongUsageIsToldAndLeavesNothing)
         {"--screen", "nowhere"},
         {"blend", landscape()},
         {"blend", landscape(), portrait()},
-        {"blend", landscape(), portrait(), "-o", folder.path("out.jpg")},
+        {"blend", landscape(), portrait(), "-o", folder.path("out.webp")},
         {"blend", landscape(), portrait(), "-o", out(), "--crop1", "7,0,0"},
         {"blend", landscape(), portrait(), "-o", out(), "--crop1", "0.5,0,0"},
         {"blend", landscape(), portrait(), "-o", out(), "--crop2", "1,0"},

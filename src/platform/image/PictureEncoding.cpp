@@ -2,16 +2,13 @@
 
 #include "platform/base/WorkerPool.h"
 #include "platform/image/ColorConversion.h"
-#include "platform/image/PixelConversion.h"
+#include "platform/image/PictureEncoding_p.h"
 #include "platform/image/codecs/PNGFilters.h"
 
 #include <algorithm>
 #include <array>
-#include <atomic>
-#include <cstring>
 #include <libdeflate.h>
 #include <memory>
-#include <new>
 #include <optional>
 #include <string_view>
 
@@ -21,24 +18,6 @@ namespace {
 
 // Photos are noise to a compressor: the next level takes half as long again for 5 % less.
 constexpr int kLevel = 1;
-
-/// How the pixels are stored; the values are the format's.
-enum class ColorType : std::uint8_t { Gray = 0, RGB = 2, GrayAlpha = 4, RGBA = 6 };
-
-std::size_t pixelBytes(ColorType type)
-{
-    switch (type) {
-    case ColorType::Gray:
-        return 1;
-    case ColorType::GrayAlpha:
-        return 2;
-    case ColorType::RGB:
-        return 3;
-    case ColorType::RGBA:
-        break;
-    }
-    return 4;
-}
 
 struct FreeCompressor {
     void operator()(libdeflate_compressor* compressor) const { libdeflate_free_compressor(compressor); }
@@ -94,62 +73,17 @@ void appendColors(std::vector<std::uint8_t>& file, bool grey)
     appendChunk(file, "iCCP", data);
 }
 
-bool isOpaque(const CGImage& image, const RowConverter& rows)
-{
-    if (!image.hasAlpha())
-        return true;
-    std::atomic<bool> opaque = true;
-    parallelRows(0, image.height(), static_cast<std::size_t>(image.width()), [&](int first, int last) {
-        std::vector<std::uint8_t> rgba(4 * static_cast<std::size_t>(image.width()));
-        for (int y = first; y < last && opaque.load(std::memory_order_relaxed); ++y) {
-            rows.convert(0, y, image.width(), rgba.data());
-            std::uint8_t all = 255;
-            for (std::size_t i = 3; i < rgba.size(); i += 4)
-                all &= rgba[i];
-            if (all != 255)
-                opaque.store(false, std::memory_order_relaxed);
-        }
-    });
-    return opaque;
-}
-
-void packRow(const std::uint8_t* rgba, std::size_t width, ColorType type, std::uint8_t* out)
-{
-    switch (type) {
-    case ColorType::Gray:
-        for (std::size_t x = 0; x < width; ++x)
-            out[x] = rgba[4 * x];
-        break;
-    case ColorType::GrayAlpha:
-        for (std::size_t x = 0; x < width; ++x) {
-            out[2 * x] = rgba[4 * x];
-            out[2 * x + 1] = rgba[4 * x + 3];
-        }
-        break;
-    case ColorType::RGB:
-        for (std::size_t x = 0; x < width; ++x) {
-            out[3 * x] = rgba[4 * x];
-            out[3 * x + 1] = rgba[4 * x + 1];
-            out[3 * x + 2] = rgba[4 * x + 2];
-        }
-        break;
-    case ColorType::RGBA:
-        std::memcpy(out, rgba, 4 * width);
-        break;
-    }
-}
-
 /// All rows as filtered bytes. A piece of them begins with the row above it, so that the bytes don't depend on the split.
-PixelBuffer filteredRows(const CGImage& image, const RowConverter& rows, ColorType type)
+PixelBuffer filteredRows(const CGImage& image, const RowConverter& rows, StoredColors type)
 {
     const auto width = static_cast<std::size_t>(image.width());
-    const std::size_t rowBytes = width * pixelBytes(type);
+    const std::size_t rowBytes = width * storedBytes(type);
     PixelBuffer buffer = PixelBuffer::allocate((rowBytes + 1) * static_cast<std::size_t>(image.height()));
     if (!buffer)
         return buffer;
     constexpr std::size_t kCost = 8;
     parallelRows(0, image.height(), kCost * width, [&](int first, int last) {
-        PNGFilters filters(rowBytes, pixelBytes(type));
+        PNGFilters filters(rowBytes, storedBytes(type));
         std::vector<std::uint8_t> rgba(4 * width);
         for (int y = std::max(0, first - 1); y < last; ++y) {
             rows.convert(0, y, image.width(), rgba.data());
@@ -161,19 +95,11 @@ PixelBuffer filteredRows(const CGImage& image, const RowConverter& rows, ColorTy
     return buffer;
 }
 
-ColorType chooseType(const CGImage& image, const RowConverter& rows)
-{
-    const bool grey = image.colorSpace().model() == CGColorSpace::Model::Gray;
-    if (isOpaque(image, rows))
-        return grey ? ColorType::Gray : ColorType::RGB;
-    return grey ? ColorType::GrayAlpha : ColorType::RGBA;
-}
-
 /// The whole file; nothing when memory is short.
 std::optional<std::vector<std::uint8_t>> encode(const CGImage& image)
 {
     const RowConverter rows(image, AlphaForm::Straight);
-    const ColorType type = chooseType(image, rows);
+    const StoredColors type = chooseStoredColors(image, rows);
     Compressed pixels;
     {
         const PixelBuffer filtered = filteredRows(image, rows, type);
@@ -193,7 +119,7 @@ std::optional<std::vector<std::uint8_t>> encode(const CGImage& image)
     constexpr std::uint8_t kBits = 8;
     header.insert(header.end(), {kBits, static_cast<std::uint8_t>(type), 0, 0, 0});
     appendChunk(file, "IHDR", header);
-    appendColors(file, type == ColorType::Gray || type == ColorType::GrayAlpha);
+    appendColors(file, type == StoredColors::Gray || type == StoredColors::GrayAlpha);
     constexpr std::size_t kLongestChunk = std::size_t{1} << 30; // the format ends at 2^31 - 1
     for (std::size_t done = 0; done < pixels.size; done += kLongestChunk)
         appendChunk(file, "IDAT", {pixels.buffer.data() + done, std::min(kLongestChunk, pixels.size - done)});
@@ -205,16 +131,11 @@ std::optional<std::vector<std::uint8_t>> encode(const CGImage& image)
 
 Result<std::vector<std::uint8_t>> encodePNG(const CGImage& image, const std::string& subject)
 {
-    if (!image)
-        return Error{subject, "there is no picture"};
-    try {
-        const CGImage shown = image.mask() ? convertedToSRGB(image) : image;
-        if (shown)
-            if (auto file = encode(shown))
-                return std::move(*file);
-    } catch (const std::bad_alloc&) { // falls through to the cause it means
-    }
-    return Error{subject, "not enough memory"};
+    return encodeShown(image, subject, [](const CGImage& shown) -> Encoded {
+        if (auto file = encode(shown))
+            return std::move(*file);
+        return cause::kNoMemory;
+    });
 }
 
 } // namespace lamina

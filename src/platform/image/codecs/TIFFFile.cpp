@@ -46,6 +46,8 @@ const TIFFLibrary* TIFFLibrary::shared()
         library.find(table.rgbaBegin, "TIFFRGBAImageBegin");
         library.find(table.rgbaGet, "TIFFRGBAImageGet");
         library.find(table.rgbaEnd, "TIFFRGBAImageEnd");
+        library.find(table.writeEncodedStrip, "TIFFWriteEncodedStrip");
+        library.find(table.flush, "TIFFFlush");
         result.complete = library.complete();
         return result;
     }();

@@ -14,7 +14,7 @@
 
 namespace lamina {
 
-/// The functions of libtiff that the TIFF decoder uses; the library is loaded with the first file that needs it.
+/// The functions of libtiff that reading and writing TIFF use; the library is loaded with the first file that needs it.
 struct TIFFLibrary {
     /// Null when the library isn't installed. Usable from any thread.
     static const TIFFLibrary* shared();
@@ -44,6 +44,8 @@ struct TIFFLibrary {
     decltype(&TIFFRGBAImageBegin) rgbaBegin;
     decltype(&TIFFRGBAImageGet) rgbaGet;
     decltype(&TIFFRGBAImageEnd) rgbaEnd;
+    decltype(&TIFFWriteEncodedStrip) writeEncodedStrip;
+    decltype(&TIFFFlush) flush;
 };
 
 /// A TIFF file open at its first page, read from a source that must outlive it. Messages of the library go nowhere but
