@@ -102,13 +102,20 @@ std::vector<std::string_view> split(std::string_view text, const std::vector<Ope
     }
 }
 
+/// Enough of it to be recognised: a message is a line, whatever was pasted.
+std::string beginning(std::string_view text)
+{
+    constexpr std::size_t kShown = 60;
+    return text.size() <= kShown ? std::string(text) : std::string(text.substr(0, kShown)) + "...";
+}
+
 Error unknownOperation(const std::string& text, std::string_view name)
 {
     std::vector<std::string_view> names;
     for (const Operation& operation : operations())
         names.push_back(operation.name);
-    return {text.empty() ? "op" : text, "there is no operation '" + std::string(name) + "'; did you mean " +
-                                            std::string(nearestName(name, names)) + "?"};
+    return {text.empty() ? "op" : beginning(text), "there is no operation '" + beginning(name) + "'; did you mean " +
+                                                       std::string(nearestName(name, names)) + "?"};
 }
 
 std::string usage(const Operation& operation)
@@ -159,7 +166,7 @@ Result<OperationStep> parseOperation(const std::string& text)
         std::optional<Value> value = parseValue(argument.kind, field);
         if (!value) {
             return Error{text, std::string(argument.name) + " must be " + expectation(argument.kind) + ", not '" +
-                                   std::string(field) + "'; " + usage(*found)};
+                                   beginning(field) + "'; " + usage(*found)};
         }
         step.values.append(std::move(*value));
     }

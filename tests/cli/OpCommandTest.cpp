@@ -221,8 +221,9 @@ TEST_F(OpCommand, TheNameOfTheOutputDecidesItsFormat)
         ASSERT_EQ(run.exitCode, 0) << run.errors;
         const CommandResult reader = runCommand("/usr/bin/python3", {"-c", script, file});
         EXPECT_THAT(reader.output, testing::StartsWith(format)) << reader.errors;
-        if (format.ends_with(" RGB"))
+        if (format.ends_with(" RGB")) {
             EXPECT_THAT(reader.output, HasSubstr("(255, 255, 255)")); // clear pixels lie on white
+        }
     }
 }
 
@@ -262,7 +263,7 @@ TEST_F(OpCommand, AnUnknownNameSuggestsTheNearest)
                                                           {"scale=2", "scaleToSize"},
                                                           {"sepai", "sepia"}})
         expectRefusal({typed, "-i", small(), "-o", out()}, 2, "did you mean " + meant + "?");
-    // A megabyte that someone pasted is answered too.
+    // Whatever someone pasted is answered too.
     expectRefusal({std::string(100'000, 'x'), "-i", small(), "-o", out()}, 2, "did you mean");
 }
 
