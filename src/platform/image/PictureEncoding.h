@@ -26,7 +26,7 @@ Result<std::vector<std::uint8_t>> encodePNG(const CGImage& image, const std::str
 Result<std::vector<std::uint8_t>> encodeJPEG(const CGImage& image, double quality, const UIColor& background,
                                              const std::string& subject);
 
-/// GIF, one frame: up to 256 colours exactly as they are, of more those 256 that come nearest; no dithering. Pixels of less
+/// GIF, one frame: up to 256 colours exactly as they are, for more a palette found for the picture; no dithering. Pixels of less
 /// than half alpha are clear, the others lie on the background. At most 65535 pixels a side.
 Result<std::vector<std::uint8_t>> encodeGIF(const CGImage& image, const UIColor& background,
                                             const std::string& subject);
