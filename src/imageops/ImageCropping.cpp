@@ -62,10 +62,11 @@ CGImage divisible(const CGImage& image)
     return image.mask() || image.bitsPerPixel() % 8 != 0 ? convertedToSRGB(image) : image;
 }
 
+constexpr double kNoise = 1e-6;
+
 /// The whole pixels that a rectangle touches; a product's last bits touch nothing.
 IntRect touchedPixels(const CGRect& rect)
 {
-    constexpr double kNoise = 1e-6;
     const CGRect core = rect.insetBy(kNoise, kNoise);
     return core.isEmpty() ? IntRect{} : integralCover(core);
 }
@@ -82,6 +83,8 @@ UIImage cropToSize(const UIImage& image, CGSize size, int mode)
     if (!image || !isUsable(size))
         return {};
     const CGSize whole = image.size();
+    if (size.width > whole.width + kNoise || size.height > whole.height + kNoise)
+        return {};
     const double scale = image.scale();
     CGRect part(placed(horizontalAnchor(mode), whole.width, size.width) * scale,
                 placed(verticalAnchor(mode), whole.height, size.height) * scale, size.width * scale,

@@ -54,8 +54,8 @@ enum CropMode : int {
 
 /// A part of the picture of `size` points, sharing the source's bytes and layout. The anchor counts in points of the
 /// picture's shown size; where the orientation swaps the sides, x and y are swapped in the stored pixels, without
-/// regard to mirroring. A rectangle that ends between pixels takes those in whole, and one that reaches beyond the
-/// picture is cut at its edge; one wholly outside gives no picture.
+/// regard to mirroring. A rectangle that ends between pixels takes those in whole; one that reaches beyond the picture
+/// gives none.
 UIImage cropToSize(const UIImage& image, CGSize size, int mode);
 /// With mode 0.
 UIImage cropToSize(const UIImage& image, CGSize size);

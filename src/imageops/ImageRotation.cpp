@@ -1,7 +1,7 @@
 #include "imageops/Angles.h"
 #include "imageops/DrawingSurface.h"
 #include "imageops/ImageGeometry.h"
-#include "imageops/PixelMoves.h"
+#include "imageops/MovedPicture.h"
 
 #include "platform/image/CGContext.h"
 
@@ -37,22 +37,22 @@ CGImage drawnTurned(const CGImage& image, const Turn& turn, IntSize surface)
 }
 
 /// Whole pixels moved; what is not four bytes of RGB, or has a mask, is drawn first.
-CGImage moved(const CGImage& image, int quarters, bool mirrorX, bool mirrorY)
+CGImage moved(const CGImage& image, const PixelMove& move)
 {
     if (!wholePixels(image.width(), image.height()))
         return {};
-    if (canMovePixels(image))
-        return movedPixels(image, quarters, mirrorX, mirrorY);
+    if (canMovePicture(image))
+        return movedPicture(image, move);
     const std::optional<DrawnRows> rows = DrawnRows::make(image, image.size(), true);
     std::optional<DrawingSurface> surface = rows ? rows->draw() : std::nullopt;
     const CGImage drawn = surface ? std::move(*surface).makeImage() : CGImage();
-    return drawn ? movedPixels(drawn, quarters, mirrorX, mirrorY) : CGImage();
+    return drawn ? movedPicture(drawn, move) : CGImage();
 }
 
 CGImage turned(const CGImage& image, const Turn& turn)
 {
     if (turn.angle.quarters)
-        return moved(image, *turn.angle.quarters, turn.mirrorX, turn.mirrorY);
+        return moved(image, {*turn.angle.quarters, turn.mirrorX, turn.mirrorY});
     const double sine = std::abs(turn.angle.sine);
     const double cosine = std::abs(turn.angle.cosine);
     const double width = image.width();
@@ -112,7 +112,7 @@ UIImage rotateImagePixelsInRadians(const UIImage& image, float angle)
     if (!frame)
         return {};
     if (turn->quarters && fillsItsFrame(pixels, *turn->quarters))
-        return like(image, moved(pixels, *turn->quarters, false, false));
+        return like(image, moved(pixels, {*turn->quarters}));
     return like(image, drawnTurned(pixels, {*turn}, *frame));
 }
 

@@ -13,12 +13,21 @@ bool isUsable(const UIImage& image, CGSize size)
     return image && std::isfinite(size.width) && std::isfinite(size.height) && size.width > 0 && size.height > 0;
 }
 
+/// Truncated; what is whole but for the last bits of a product counts as whole, as in `wholePixels`.
+double whole(double points)
+{
+    return std::trunc(points + 1e-6);
+}
+
 } // namespace
 
 UIImage scaleByFactor(const UIImage& image, float factor)
 {
+    // 0.7 is a little less as a float, and 100 times that would lose a pixel: half a step of the float is no difference.
+    constexpr double kHalfStep = 0x1p-24;
+    const double exact = static_cast<double>(factor) * (1 + kHalfStep);
     const CGSize size = image.size();
-    return scaleToFillSize(image, {size.width * factor, size.height * factor});
+    return scaleToFillSize(image, {size.width * exact, size.height * exact});
 }
 
 UIImage scaleToSize(const UIImage& image, CGSize size, int mode)
@@ -60,10 +69,10 @@ UIImage scaleToFitSize(const UIImage& image, CGSize size)
     CGSize fitted = own.width > own.height ? CGSize{size.width, size.width * own.height / own.width}
                                            : CGSize{size.height * own.width / own.height, size.height};
     // The longer side of the picture need not be the one that is short of room.
-    if (std::trunc(fitted.width) > size.width)
-        fitted = {std::trunc(size.width), size.width * own.height / own.width};
-    if (std::trunc(fitted.height) > size.height)
-        fitted = {std::trunc(size.height * own.width / own.height), std::trunc(size.height)};
+    if (whole(fitted.width) > size.width)
+        fitted = {whole(size.width), size.width * own.height / own.width};
+    if (whole(fitted.height) > size.height)
+        fitted = {whole(size.height * own.width / own.height), whole(size.height)};
     return scaleToFillSize(image, fitted);
 }
 
@@ -75,7 +84,7 @@ UIImage scaleToCoverSize(const UIImage& image, CGSize size)
     const bool followsHeight = size.height / own.height > size.width / own.width;
     const CGSize covering = followsHeight ? CGSize{size.height * own.width / own.height, size.height}
                                           : CGSize{size.width, size.width * own.height / own.width};
-    return scaleToFillSize(image, {std::trunc(covering.width), std::trunc(covering.height)});
+    return scaleToFillSize(image, {whole(covering.width), whole(covering.height)});
 }
 
 } // namespace lamina

@@ -43,6 +43,31 @@ TEST(Grayscale, KeepsWhatIsClearClearAndDarkensEdges)
     }
 }
 
+TEST(Grayscale, IsTheSameOnEveryProcessorAndClearsTheSpareRoom)
+{
+    const std::vector<UIImage> sources = test::noisePictures();
+    test::onEveryProcessor([&](const std::string& processor) {
+        for (const UIImage& source : sources) {
+            const std::vector<Bytes> drawn = test::drawnPlainly(source);
+            const CGImage gray = grayscale(source).cgImage();
+            const auto width = static_cast<std::size_t>(gray.width());
+            int wrong = 0;
+            for (std::size_t i = 0; i < drawn.size(); ++i) {
+                const auto [alpha, red, green, blue] = drawn[i];
+                const int a = alpha;
+                const auto straight = [a](int c) { return a == 0 ? 0 : std::min(255L, std::lround(c * 255.0 / a)); };
+                const long luma = (2126 * straight(red) + 7152 * straight(green) + 722 * straight(blue) + 5000) / 10000;
+                const auto y = static_cast<int>(i / width);
+                wrong += gray.row(y)[i % width] != std::lround(static_cast<double>(luma * a) / 255) ? 1 : 0;
+                wrong += gray.mask()->row(y)[i % width] != a ? 1 : 0;
+            }
+            for (std::size_t i = width; i < gray.bytesPerRow(); ++i)
+                wrong += gray.row(0)[i] != 0 ? 1 : 0;
+            EXPECT_EQ(wrong, 0) << processor << ", " << width << " wide";
+        }
+    });
+}
+
 TEST(Grayscale, CountsPixelsAndKeepsScaleAndOrientation)
 {
     const UIImage stored = test::noise(20, 15, bitmapInfo(CGImageAlphaInfo::NoneSkipLast));

@@ -61,14 +61,14 @@ TEST(Crop, SwapsStoredSidesAndCountsInPoints)
     EXPECT_EQ(part.imageOrientation(), UIImageOrientation::Right);
 }
 
-TEST(Crop, CutsAtTheEdgeAndRefusesWhatLiesOutside)
+TEST(Crop, TakesPixelsWholeAndRefusesWhatLiesOutside)
 {
     const UIImage image = places(10, 6);
-    EXPECT_EQ(cropToSize(image, {1e12, 3}, CropModeTopLeft).cgImage().size(), (IntSize{10, 3}));
-    EXPECT_EQ(cropToSize(image, {30, 30}, CropModeCenter).cgImage().size(), (IntSize{10, 6}));
+    EXPECT_EQ(cropToSize(image, {10, 6}, CropModeCenter).cgImage().size(), (IntSize{10, 6}));
     EXPECT_EQ(cropToSize(image, {3.5, 1}, CropModeTopRight).cgImage().size(), (IntSize{4, 1})); // from 6.5
     EXPECT_EQ(cropToSize(places(100, 60, 3), {100.0 / 3, 20}).cgImage().size(), (IntSize{100, 60}));
-    for (const CGSize size : {CGSize{0, 5}, CGSize{-1, 5}, CGSize{kNaN, 5}, CGSize{5, kInfinity}, CGSize{1e-9, 1}})
+    for (const CGSize size : {CGSize{0, 5}, CGSize{-1, 5}, CGSize{kNaN, 5}, CGSize{5, kInfinity}, CGSize{1e-9, 1},
+                              CGSize{1e12, 3}, CGSize{10, 6.1}})
         EXPECT_FALSE(cropToSize(image, size));
     EXPECT_FALSE(cropToSize(UIImage(), {1, 1}, 8));
 
@@ -95,6 +95,18 @@ TEST(Scale, FitsAndCoversByTheAspect)
         EXPECT_EQ(scaleToFitSize(image, c.target).cgImage().size(), c.fitted);
         EXPECT_EQ(scaleToSize(image, c.target, 2).cgImage().size(), c.covering);
     }
+}
+
+TEST(Scale, RoundingErrorsCostNoPoint)
+{
+    // In points of scale 3: 20 · (38/3) / (20/3) is 38, and a hair less in floating point.
+    const Bytes color{1, 2, 3, 255};
+    const auto ofScale3 = [&](int width, int height) { return UIImage(flat(width, height, color).cgImage(), 3); };
+    EXPECT_EQ(scaleToCoverSize(ofScale3(38, 20), {12, 20}).cgImage().size(), (IntSize{114, 60}));
+    EXPECT_EQ(scaleToCoverSize(ofScale3(2, 41), {44, 5}).cgImage().size(), (IntSize{132, 2706}));
+    for (const int tenths : {1, 2, 3, 4, 5, 6, 7, 8, 9, 11, 13, 14}) // as floats most are a little more or less
+        EXPECT_EQ(scaleByFactor(flat(100, 10, color), static_cast<float>(tenths) / 10).cgImage().size(),
+                  (IntSize{10 * tenths, tenths}));
 }
 
 TEST(Scale, FillsInPixelsOfThePicturesScale)

@@ -1,5 +1,6 @@
 #include "imageops/ImageGeometry.h"
 
+#include "EveryProcessor.h"
 #include "GeometrySupport.h"
 #include "imageops/DrawingSurface.h"
 
@@ -60,6 +61,28 @@ TEST(QuarterTurns, MoveEveryPixelToItsPlace)
             }
         }
     }
+}
+
+TEST(QuarterTurns, AreTheSameOnEveryProcessor)
+{
+    const int w = 203;
+    const int h = 141;
+    const UIImage image = noise(w, h, kOpaque);
+    onEveryProcessor([&](const std::string& processor) {
+        const UIImage left = rotateInDegrees(image, 90);
+        const UIImage flipped = horizontalFlip(image);
+        const UIImage upright = UIImage(image.cgImage(), 1, UIImageOrientation::RightMirrored).upright();
+        int wrong = 0;
+        for (int y = 0; y < h; ++y) {
+            for (int x = 0; x < w; ++x) {
+                const Bytes from = bytesAt(image, x, y);
+                wrong += bytesAt(left, y, w - 1 - x) != from ? 1 : 0;
+                wrong += bytesAt(flipped, w - 1 - x, y) != from ? 1 : 0;
+                wrong += bytesAt(upright, h - 1 - y, w - 1 - x) != from ? 1 : 0; // mirrored, then turned to the right
+            }
+        }
+        EXPECT_EQ(wrong, 0) << processor;
+    });
 }
 
 TEST(QuarterTurns, FourOfThemAndTwoFlipsGiveBackTheBytes)

@@ -122,7 +122,7 @@ CoverageMask CGContext::Impl::maskCoverage(const CGImage& mask, const CGAffineTr
         std::vector<std::uint8_t> scratch(width);
         for (int y = begin; y < end; ++y) {
             std::uint8_t* out = bytes.data() + static_cast<std::size_t>(y - area.y) * width;
-            std::memcpy(out, band.row(y), width);
+            std::memcpy(out, band.row(y, 0, area.width), width);
             if (const std::uint8_t* edge = shape.row(area.x, y, area.width, scratch.data()))
                 multiplyCoverage(out, edge, width);
         }

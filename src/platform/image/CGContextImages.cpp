@@ -4,6 +4,7 @@
 #include "platform/image/DeviceBounds.h"
 #include "platform/image/ImageSampler.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace lamina {
@@ -23,6 +24,25 @@ std::optional<SourcePixels> ownComponents(const CGImage& image, const TargetColo
     return SourcePixels::components(image);
 }
 
+/// Neighbouring pixels of a row.
+struct Span {
+    int first;
+    int count;
+};
+
+/// Without the pixels at both ends that are not covered: of a turned picture's box they are up to half.
+Span coveredSpan(const std::uint8_t* coverage, int count)
+{
+    if (!coverage)
+        return {0, count};
+    const auto isCovered = [](std::uint8_t c) { return c != 0; };
+    const std::uint8_t* end = coverage + count;
+    const std::uint8_t* first = std::find_if(coverage, end, isCovered);
+    while (end != first && !isCovered(end[-1]))
+        --end;
+    return {static_cast<int>(first - coverage), static_cast<int>(end - first)};
+}
+
 /// Rows of a picture put over rows of a bitmap.
 class RowPainter {
 public:
@@ -38,10 +58,15 @@ public:
         }
     }
 
-    void paint(int y, std::uint8_t* dst, const std::uint8_t* coverage, std::uint16_t alpha, std::size_t pixels)
+    /// Pixels `span` of row y, counted from the left end of the sampler's area, as `dst` and `coverage` are.
+    void paint(int y, const Span& span, std::uint8_t* dst, const std::uint8_t* coverage, std::uint16_t alpha)
     {
-        const std::uint8_t* row = m_band.row(y);
         const int channels = channelsOf(m_kind);
+        const auto pixels = static_cast<std::size_t>(span.count);
+        const std::uint8_t* row =
+            m_band.row(y, span.first, span.count) + static_cast<std::ptrdiff_t>(span.first) * (m_own ? channels : 4);
+        dst += static_cast<std::ptrdiff_t>(span.first) * channels;
+        coverage = coverage ? coverage + span.first : nullptr;
         if (m_own) {
             // Coverage alone is its own alpha.
             compositeComponents(channels, dst, row, m_kind == SurfaceKind::Alpha ? row : nullptr, coverage, alpha,
@@ -52,7 +77,7 @@ public:
             compositePixels(dst, row, coverage, alpha, pixels);
             return;
         }
-        m_colors.convertRow(row, static_cast<int>(pixels), m_components.data(), m_alphas.data());
+        m_colors.convertRow(row, span.count, m_components.data(), m_alphas.data());
         if (m_kind == SurfaceKind::RGBA)
             compositePixels(dst, m_components.data(), coverage, alpha, pixels);
         else
@@ -102,7 +127,8 @@ void CGContext::Impl::drawImage(const CGImage& image, const CGAffineTransform& t
             coverage.start(mask ? mask.at(area.x, y) : shape.row(area.x, y, area.width, coverage.scratch()));
             if (state.clip.mask)
                 coverage.multiply(state.clip.mask.at(area.x, y));
-            painter.paint(y, surface->at(area.x, y), coverage.get(), alpha, width);
+            if (const Span span = coveredSpan(coverage.get(), area.width); span.count > 0)
+                painter.paint(y, span, surface->at(area.x, y), coverage.get(), alpha);
         }
     });
 }

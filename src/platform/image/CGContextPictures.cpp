@@ -1,8 +1,8 @@
 #include "platform/base/WorkerPool.h"
 #include "platform/image/CGContext_p.h"
+#include "platform/image/PixelKernels.h"
 
 #include <algorithm>
-#include <array>
 #include <cstring>
 #include <utility>
 
@@ -10,33 +10,28 @@ namespace lamina {
 
 namespace {
 
-/// Where R, G, B and A go in a pixel's memory.
-std::array<std::size_t, 4> byteOrder(CGBitmapInfo info)
+/// Which of R, G, B and A stands at each place of a pixel's memory.
+kernels::ByteOrder byteOrder(CGBitmapInfo info)
 {
     const auto alpha = static_cast<CGImageAlphaInfo>(info & kCGBitmapAlphaInfoMask);
     const bool first = alpha == CGImageAlphaInfo::PremultipliedFirst || alpha == CGImageAlphaInfo::NoneSkipFirst;
-    std::array<std::size_t, 4> places =
-        first ? std::array<std::size_t, 4>{1, 2, 3, 0} : std::array<std::size_t, 4>{0, 1, 2, 3};
-    if ((info & kCGBitmapByteOrderMask) == kCGBitmapByteOrder32Little) {
-        for (std::size_t& place : places)
-            place = 3 - place;
-    }
-    return places;
+    kernels::ByteOrder order = first ? kernels::ByteOrder{3, 0, 1, 2} : kernels::ByteOrder{0, 1, 2, 3};
+    if ((info & kCGBitmapByteOrderMask) == kCGBitmapByteOrder32Little)
+        std::ranges::reverse(order);
+    return order;
 }
 
-CGImage swizzled(const Surface& surface, const CGImageLayout& layout, const std::array<std::size_t, 4>& places)
+CGImage reordered(const Surface& surface, const CGImageLayout& layout, const kernels::ByteOrder& order)
 {
-    PixelBuffer buffer = PixelBuffer::zeroed(surface.byteCount());
+    PixelBuffer buffer = PixelBuffer::allocate(surface.byteCount());
     if (!buffer)
         return {};
-    parallelRows(0, layout.height, static_cast<std::size_t>(layout.width), [&](int begin, int end) {
+    const auto width = static_cast<std::size_t>(layout.width);
+    parallelRows(0, layout.height, width, [&](int begin, int end) {
         for (int y = begin; y < end; ++y) {
-            const std::uint8_t* in = surface.at(0, y);
             std::uint8_t* out = buffer.data() + static_cast<std::size_t>(y) * layout.bytesPerRow;
-            for (int x = 0; x < layout.width; ++x, in += 4, out += 4) {
-                for (std::size_t c = 0; c < 4; ++c)
-                    out[places[c]] = in[c];
-            }
+            kernels::reorder(surface.at(0, y), width, order, 0, out);
+            std::memset(out + 4 * width, 0, layout.bytesPerRow - 4 * width);
         }
     });
     return CGImage::make(layout, std::move(buffer));
@@ -49,9 +44,9 @@ CGImage CGContext::makeImage()
     const Impl& impl = *m_impl;
     const Surface& surface = impl.bottom;
     if (impl.isRGB()) {
-        const std::array<std::size_t, 4> places = byteOrder(impl.layout.bitmapInfo);
-        if (places != std::array<std::size_t, 4>{0, 1, 2, 3})
-            return swizzled(surface, impl.layout, places);
+        const kernels::ByteOrder order = byteOrder(impl.layout.bitmapInfo);
+        if (order != kernels::ByteOrder{0, 1, 2, 3})
+            return reordered(surface, impl.layout, order);
     }
     return CGImage::make(impl.layout, surface.share(), surface.byteCount());
 }

@@ -43,6 +43,32 @@ bool isOpaque(const CGImage& image, const RowConverter& rows)
     return opaque;
 }
 
+/// Grey and alpha of R G B A pixels whose colours are all grey.
+CGImage grayPart(const CGImage& rgba)
+{
+    CGImageLayout layout = CGImageLayout::gray(rgba.width(), rgba.height());
+    layout.bytesPerRow *= 2;
+    layout.bitsPerPixel = 16;
+    layout.bitmapInfo = bitmapInfo(CGImageAlphaInfo::Last);
+    PixelBuffer buffer = PixelBuffer::allocate(layout.byteCount());
+    if (!buffer)
+        return {};
+    const auto width = static_cast<std::size_t>(rgba.width());
+    parallelRows(0, rgba.height(), width, [&](int first, int last) {
+        for (int y = first; y < last; ++y)
+            packRow(rgba.row(y), width, StoredColors::GrayAlpha,
+                    buffer.data() + static_cast<std::size_t>(y) * layout.bytesPerRow);
+    });
+    return CGImage::make(layout, std::move(buffer));
+}
+
+/// With the mask as alpha; a grey picture stays grey.
+CGImage maskApplied(const CGImage& image)
+{
+    const CGImage shown = convertedToSRGB(image);
+    return shown && image.colorSpace().model() == CGColorSpace::Model::Gray ? grayPart(shown) : shown;
+}
+
 } // namespace
 
 Result<std::vector<std::uint8_t>> encodeShown(const CGImage& image, const std::string& subject,
@@ -51,7 +77,7 @@ Result<std::vector<std::uint8_t>> encodeShown(const CGImage& image, const std::s
     if (!image)
         return Error{subject, "there is no picture"};
     try {
-        const CGImage shown = image.mask() ? convertedToSRGB(image) : image;
+        const CGImage shown = image.mask() ? maskApplied(image) : image;
         if (!shown)
             return Error{subject, cause::kNoMemory};
         Encoded file = encode(shown);

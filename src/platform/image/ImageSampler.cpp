@@ -1,7 +1,9 @@
 #include "platform/image/ImageSampler.h"
 
 #include "platform/base/WorkerPool.h"
+#include "platform/image/CubicSampling.h"
 #include "platform/image/DeviceBounds.h"
+#include "platform/image/PixelKernels.h"
 #include "platform/image/Rasterizer.h"
 
 #include <algorithm>
@@ -192,28 +194,28 @@ ImageSampler::Band::Band(const ImageSampler& sampler)
                      static_cast<std::size_t>(sampler.m_texels->channels()));
 }
 
-const std::uint8_t* ImageSampler::Band::row(int y)
+const std::uint8_t* ImageSampler::Band::row(int y, int first, int count)
 {
     if (m_upright)
         return m_upright->row(y);
     const SourcePixels& source = *m_sampler.m_texels;
     const CGAffineTransform& t = m_sampler.m_toTexels;
-    const IntRect& area = m_sampler.m_area;
     const CGPoint start = t.apply({0.5, y + 0.5});
     const IntRect& part = m_sampler.m_texelPart;
-    const kernels::SamplePath path{area.x, start.x, start.y, t.a, t.b};
+    const kernels::SamplePath path{m_sampler.m_area.x + first, start.x, start.y, t.a, t.b};
     const kernels::Texels texels{source.directRow(0), source.stride(), source.width(), source.height(), part.x, part.y};
-    const auto pixels = static_cast<std::size_t>(area.width);
+    const auto pixels = static_cast<std::size_t>(count);
+    std::uint8_t* out = m_out.data() + static_cast<std::ptrdiff_t>(first) * source.channels();
     if (m_sampler.m_nearest)
-        kernels::sampleNearest(texels, path, area.width, source.channels(), m_out.data());
+        kernels::sampleNearest(texels, path, count, source.channels(), out);
     else if (source.channels() == 4)
-        kernels::sampleCubicPixels(texels, path, area.width, m_out.data());
+        kernels::sampleCubicPixels(texels, path, count, out);
     else
-        kernels::sampleCubicBytes(texels, path, area.width, m_out.data());
+        kernels::sampleCubicBytes(texels, path, count, out);
     if (source.forcesOpaque())
-        kernels::setOpaque(m_out.data(), pixels);
+        kernels::setOpaque(out, pixels);
     else if (source.hasAlpha() && !m_sampler.m_nearest && source.channels() == 4)
-        kernels::cutToAlpha(m_out.data(), pixels);
+        kernels::cutToAlpha(out, pixels);
     return m_out.data();
 }
 

@@ -2,7 +2,6 @@
 
 #include "platform/base/CGAffineTransform.h"
 #include "platform/image/CoverageMask.h"
-#include "platform/image/ResampleKernels.h"
 #include "platform/image/RowResampler.h"
 #include "platform/image/SourcePixels.h"
 
@@ -44,8 +43,9 @@ public:
     class Band {
     public:
         explicit Band(const ImageSampler& sampler);
-        /// All pixels of the area in row y; valid until the next call.
-        const std::uint8_t* row(int y);
+        /// Row y of the area, of which pixels [first, first + count), counted from the area's left, are sure to be there;
+        /// valid until the next call.
+        const std::uint8_t* row(int y, int first, int count);
 
     private:
         const ImageSampler& m_sampler;

@@ -1,6 +1,7 @@
 #include "platform/image/PixelConversion.h"
 
 #include "platform/base/WorkerPool.h"
+#include "platform/image/PixelKernels.h"
 #include "platform/image/codecs/SampleConversion.h"
 
 #include <algorithm>
@@ -76,15 +77,6 @@ private:
     bool m_float;
 };
 
-void premultiply(std::uint8_t* rgba, int count)
-{
-    for (int x = 0; x < count; ++x, rgba += 4)
-        for (int c = 0; c < 3; ++c) {
-            const unsigned product = static_cast<unsigned>(rgba[c]) * rgba[3] + 128; // rounded division by 255
-            rgba[c] = static_cast<std::uint8_t>((product + (product >> 8)) >> 8);
-        }
-}
-
 } // namespace
 
 RowConverter::RowConverter(CGImage image, AlphaForm form)
@@ -107,7 +99,7 @@ RowConverter::RowConverter(CGImage image, AlphaForm form)
         const std::size_t flip = swappedUnit(layout.bitmapInfo) - 1;
         const std::size_t shift = !m_inks && standsFirst(layout.alphaInfo()) ? 1 : 0;
         for (std::size_t c = 0; c < 4; ++c)
-            m_order[c] = ((c + shift) % 4) ^ flip;
+            m_order[c] = static_cast<std::uint8_t>(((c + shift) % 4) ^ flip);
     } else if (bytes && layout.bitsPerPixel == 8 && model == CGColorSpace::Model::Gray &&
                swappedUnit(layout.bitmapInfo) == 1) {
         m_path = Path::Gray8;
@@ -130,7 +122,7 @@ void RowConverter::convert(int x, int y, int count, std::uint8_t* rgba) const
     if (m_inks && m_hasAlpha) // the fourth byte held the black ink until now
         unpackAlpha(x, y, count, rgba);
     if (wantsPremultiplied && m_hasAlpha && (mustBeStraight || !m_premultiplied || m_inks))
-        premultiply(rgba, count);
+        kernels::premultiply(rgba, static_cast<std::size_t>(count), rgba);
 }
 
 void RowConverter::unpack(int x, int y, int count, std::uint8_t* rgba) const
@@ -156,23 +148,8 @@ void RowConverter::unpack(int x, int y, int count, std::uint8_t* rgba) const
 
 void RowConverter::unpackBytes32(const std::uint8_t* source, int count, std::uint8_t* rgba) const
 {
-    const std::uint8_t filled = m_hasAlpha || m_inks ? 0 : 255;
-    if (m_order == kPlainOrder) {
-        for (std::size_t i = 0; i < 4 * static_cast<std::size_t>(count); i += 4) {
-            std::uint32_t pixel;
-            std::memcpy(&pixel, source + i, 4);
-            std::memcpy(rgba + i, &pixel, 4);
-            rgba[i + 3] |= filled;
-        }
-        return;
-    }
-    const auto order = m_order;
-    for (int i = 0; i < count; ++i, source += 4, rgba += 4) {
-        rgba[0] = source[order[0]];
-        rgba[1] = source[order[1]];
-        rgba[2] = source[order[2]];
-        rgba[3] = source[order[3]] | filled;
-    }
+    const std::array<std::uint8_t, 4> opaque{0, 0, 0, static_cast<std::uint8_t>(m_hasAlpha || m_inks ? 0 : 255)};
+    kernels::reorder(source, static_cast<std::size_t>(count), m_order, std::bit_cast<std::uint32_t>(opaque), rgba);
 }
 
 std::size_t RowConverter::componentBit(int x, int component) const

@@ -33,7 +33,7 @@ public:
 
 private:
     enum class Path { Bytes32, Gray8, Any };
-    using Order = std::array<std::size_t, 4>;
+    using Order = std::array<std::uint8_t, 4>;
     static constexpr Order kPlainOrder{0, 1, 2, 3};
 
     void unpack(int x, int y, int count, std::uint8_t* rgba) const;

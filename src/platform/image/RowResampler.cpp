@@ -1,5 +1,6 @@
 #include "platform/image/RowResampler.h"
 
+#include "platform/image/PixelKernels.h"
 #include "platform/image/ResampleKernels.h"
 
 #include <algorithm>

@@ -1,7 +1,7 @@
 #include "platform/image/SourcePixels.h"
 
 #include "platform/base/WorkerPool.h"
-#include "platform/image/ResampleKernels.h"
+#include "platform/image/PixelKernels.h"
 
 #include <algorithm>
 #include <cstring>

@@ -2,6 +2,7 @@
 
 #include "platform/image/ColorConversion.h"
 #include "platform/image/PixelArithmetic.h"
+#include "platform/image/PixelKernels.h"
 
 #include <algorithm>
 #include <array>
@@ -121,6 +122,10 @@ void TargetColors::convertRow(const std::uint8_t* rgba, int count, std::uint8_t*
     const CGColorSpace::Model model = m_space.model();
     if (model == CGColorSpace::Model::AlphaOnly) {
         std::copy(alphas, alphas + count, components);
+        return;
+    }
+    if (model == CGColorSpace::Model::Gray && !m_transform) {
+        kernels::grayOf(rgba, static_cast<std::size_t>(count), components, alphas);
         return;
     }
     std::vector<std::uint8_t> straight(rgba, rgba + 4 * static_cast<std::ptrdiff_t>(count));

@@ -86,6 +86,14 @@ TEST(Encoders, KeepGrayPicturesGray)
             ASSERT_EQ(tiff.at(x, y, 1), 6 * x + y / 3);
             ASSERT_NEAR(jpeg.at(x, y, 1), 6 * x + y / 3, 1);
         }
+    // A mask is an alpha beside the grey, and none where it hides nothing.
+    const CGImage masked = ramp.withMask(bytePicture(40, 30, [](int x, int) { return x < 20 ? 255 : 0; }));
+    const PillowPicture half = read(kTIFF(masked));
+    EXPECT_EQ(half.mode, "LA");
+    EXPECT_EQ(half.at(19, 9, 3), 0);
+    EXPECT_EQ(half.at(20, 9, 1), 6 * 20 + 3);
+    EXPECT_EQ(half.at(20, 9, 3), 255);
+    EXPECT_EQ(read(kTIFF(ramp.withMask(bytePicture(40, 30, [](int, int) { return 0; })))).mode, "L");
 }
 
 // The look of a ramp, the resolution of colours, and the profile. In best quality each of the three steps (colours, transform,

@@ -102,8 +102,8 @@ TEST(PNGEncoder, StoresNoMoreThanThePictureHas)
     EXPECT_EQ(gray.format, unsigned{PNG_FORMAT_GRAY});
     EXPECT_TRUE(std::ranges::equal(gray.pixels, grey.bytes()));
     const ReadBack masked = readBack(encoded(grey.withMask(grey)));
-    EXPECT_EQ(masked.format, unsigned{PNG_FORMAT_RGBA});
-    EXPECT_EQ((Bytes(masked.pixels.begin() + 4, masked.pixels.begin() + 8)), (Bytes{50, 50, 50, 205}));
+    EXPECT_EQ(masked.format, unsigned{PNG_FORMAT_GA});
+    EXPECT_EQ((Bytes(masked.pixels.begin() + 2, masked.pixels.begin() + 4)), (Bytes{50, 205}));
 
     // Premultiplied pixels are stored straight: 100 of 128 is 199.
     const auto half = [](int, int, int c) { return c == 3 ? 128 : 100; };
