@@ -150,9 +150,11 @@ def collect(code, name, room=""):
     """The texts in `code`, and the lines of calls that look up what is no literal while no table in the file is marked.
 
     Raises SourceError for a call that could never find its translation. `name` is the file's, for messages; `room` its
-    folder below src/: the command's messages stay English, so that scripts can rely on them."""
+    folder below src/: the command's messages stay English, so that scripts can rely on them, and with them those of the
+    filter graph: a screen says in words of its own that a filter gave no picture."""
     stream, unknown = tokens(code), []
-    texts = set() if room == "cli" else causes(stream, room.startswith("platform/image"))
+    stays_english = room == "cli" or room == "platform/gl" or room.startswith("gpu/")
+    texts = set() if stays_english else causes(stream, room.startswith("platform/image"))
     for i, token in enumerate(stream[:-1]):
         if token.kind != "word" or token.value not in PLAIN_CALLS | CONTEXT_CALLS | FOREIGN_CALLS or not is_call(stream, i):
             continue

@@ -1,0 +1,165 @@
+#include "gpu/core/GLProgram.h"
+
+#include "gpu/core/GLErrors.h"
+#include "platform/base/Log.h"
+
+#include <algorithm>
+#include <array>
+
+namespace lamina {
+
+void checkGL(const char* work)
+{
+    // A lost context would go on complaining for ever.
+    constexpr int kMostMessages = 8;
+    for (int i = 0; i < kMostMessages; ++i) {
+        const GLenum error = glGetError();
+        if (error == GL_NO_ERROR)
+            return;
+        logError("GL error " + std::to_string(error) + " after " + work);
+    }
+}
+
+namespace {
+
+/// Fragment shaders may lack the high precision. The one place that decides what they take instead.
+const char* precisionPrefix(GLenum type)
+{
+    if (type != GL_FRAGMENT_SHADER)
+        return "";
+    std::array<GLint, 2> range{};
+    GLint precision = 0;
+    glGetShaderPrecisionFormat(GL_FRAGMENT_SHADER, GL_HIGH_FLOAT, range.data(), &precision);
+    return precision > 0 ? "" : "#define highp mediump\n";
+}
+
+template <class GetLog>
+std::string infoLog(GLint length, GetLog getLog)
+{
+    if (length < 1)
+        return {};
+    std::string text(static_cast<std::size_t>(length), '\0');
+    GLsizei written = 0;
+    getLog(length, &written, text.data());
+    text.resize(static_cast<std::size_t>(std::clamp<GLsizei>(written, 0, length)));
+    return text;
+}
+
+} // namespace
+
+GLProgram::GLProgram(const std::string& vertexShader, const std::string& fragmentShader)
+{
+    if (!mayCallGL())
+        return;
+    m_program = glCreateProgram();
+    if (!compileShader(m_vertShader, GL_VERTEX_SHADER, vertexShader))
+        logError("Failed to compile vertex shader");
+    if (!compileShader(m_fragShader, GL_FRAGMENT_SHADER, fragmentShader))
+        logError("Failed to compile fragment shader");
+    for (const GLuint shader : {m_vertShader, m_fragShader}) {
+        if (shader != 0)
+            glAttachShader(m_program, shader);
+    }
+}
+
+GLProgram::~GLProgram()
+{
+    if (m_program == 0)
+        return;
+    runSynchronouslyOnVideoProcessingQueue([this] {
+        if (m_vertShader != 0)
+            glDeleteShader(m_vertShader);
+        if (m_fragShader != 0)
+            glDeleteShader(m_fragShader);
+        glDeleteProgram(m_program);
+    });
+}
+
+bool GLProgram::compileShader(GLuint& shader, GLenum type, const std::string& text)
+{
+    if (text.empty()) {
+        logError("Failed to load vertex shader");
+        return false;
+    }
+    shader = glCreateShader(type);
+    const std::array<const GLchar*, 2> texts{precisionPrefix(type), text.c_str()};
+    glShaderSource(shader, static_cast<GLsizei>(texts.size()), texts.data(), nullptr);
+    glCompileShader(shader);
+    GLint status = GL_FALSE;
+    glGetShaderiv(shader, GL_COMPILE_STATUS, &status);
+    if (status == GL_TRUE)
+        return true;
+    GLint length = 0;
+    glGetShaderiv(shader, GL_INFO_LOG_LENGTH, &length);
+    std::string& target = type == GL_VERTEX_SHADER ? m_vertexShaderLog : m_fragmentShaderLog;
+    target = infoLog(length, [&](GLsizei size, GLsizei* written, char* buffer) {
+        glGetShaderInfoLog(shader, size, written, buffer);
+    });
+    return false;
+}
+
+void GLProgram::addAttribute(const std::string& name)
+{
+    if (attributeIndex(name) != kNotFound)
+        return;
+    m_attributes.push_back(name);
+    if (m_program != 0)
+        glBindAttribLocation(m_program, attributeIndex(name), name.c_str());
+}
+
+GLuint GLProgram::attributeIndex(const std::string& name) const
+{
+    const auto found = std::ranges::find(m_attributes, name);
+    return found == m_attributes.end() ? kNotFound : static_cast<GLuint>(found - m_attributes.begin());
+}
+
+GLint GLProgram::uniformIndex(const std::string& name) const
+{
+    return m_program == 0 ? -1 : glGetUniformLocation(m_program, name.c_str());
+}
+
+bool GLProgram::link()
+{
+    if (m_program == 0)
+        return false;
+    glLinkProgram(m_program);
+    GLint status = GL_FALSE;
+    glGetProgramiv(m_program, GL_LINK_STATUS, &status);
+    if (status == GL_FALSE) {
+        readProgramLog();
+        return false;
+    }
+    for (GLuint* shader : {&m_vertShader, &m_fragShader}) {
+        if (*shader != 0)
+            glDeleteShader(*shader);
+        *shader = 0;
+    }
+    m_initialized = true;
+    checkGL("linking a program");
+    return true;
+}
+
+void GLProgram::use() const
+{
+    if (m_program != 0)
+        glUseProgram(m_program);
+}
+
+void GLProgram::validate()
+{
+    if (m_program == 0)
+        return;
+    glValidateProgram(m_program);
+    readProgramLog();
+}
+
+void GLProgram::readProgramLog()
+{
+    GLint length = 0;
+    glGetProgramiv(m_program, GL_INFO_LOG_LENGTH, &length);
+    m_programLog = infoLog(length, [&](GLsizei size, GLsizei* written, char* buffer) {
+        glGetProgramInfoLog(m_program, size, written, buffer);
+    });
+}
+
+} // namespace lamina

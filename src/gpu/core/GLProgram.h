@@ -1,0 +1,61 @@
+#pragma once
+
+#include "platform/gl/GLHeaders.h"
+
+#include <string>
+#include <vector>
+
+namespace lamina {
+
+/// A vertex and a fragment shader and the program they are linked to. Made, used and dropped on the video processing queue
+/// (dropping elsewhere hops there).
+///
+/// Order of use: construct, `addAttribute` for each attribute, `link` unless `initialized`, then `attributeIndex`,
+/// `uniformIndex` and `use`. Programs are shared between filters of the same shaders: see
+/// `GPUImageContext::programForVertexShaderString`.
+class GLProgram {
+public:
+    /// Not an attribute: what `attributeIndex` gives for a name that was never added.
+    static constexpr GLuint kNotFound = 0xFFFFFFFFu;
+
+    /// Compiles both. A failure is logged ("Failed to compile vertex shader") and shows again when `link` fails.
+    GLProgram(const std::string& vertexShader, const std::string& fragmentShader);
+    ~GLProgram();
+    GLProgram(const GLProgram&) = delete;
+    GLProgram& operator=(const GLProgram&) = delete;
+
+    /// Binds the name to the next free location; nothing for a name that was added before.
+    void addAttribute(const std::string& name);
+    /// The place of the name among those added, which is its location.
+    GLuint attributeIndex(const std::string& name) const;
+    /// The location, asked of GL at every call; -1 when the linked program has no such uniform.
+    GLint uniformIndex(const std::string& name) const;
+
+    /// False when it can't be linked; the shaders stay for another try.
+    bool link();
+    void use() const;
+    /// Asks the driver what it thinks of the program in the present state; see `programLog`.
+    void validate();
+
+    /// Linked.
+    bool initialized() const { return m_initialized; }
+    /// What the driver said; empty where it said nothing. `programLog` is that of a failed `link` or of `validate`.
+    const std::string& vertexShaderLog() const { return m_vertexShaderLog; }
+    const std::string& fragmentShaderLog() const { return m_fragmentShaderLog; }
+    const std::string& programLog() const { return m_programLog; }
+
+private:
+    bool compileShader(GLuint& shader, GLenum type, const std::string& text);
+    void readProgramLog();
+
+    std::vector<std::string> m_attributes;
+    GLuint m_program = 0;
+    GLuint m_vertShader = 0;
+    GLuint m_fragShader = 0;
+    bool m_initialized = false;
+    std::string m_vertexShaderLog;
+    std::string m_fragmentShaderLog;
+    std::string m_programLog;
+};
+
+} // namespace lamina

@@ -1,0 +1,213 @@
+#include "gpu/core/GPUImageContext.h"
+
+#include "gpu/core/GLErrors.h"
+#include "platform/base/Log.h"
+
+#include <atomic>
+#include <cstdint>
+#include <mutex>
+#include <set>
+#include <sstream>
+
+namespace lamina {
+
+namespace {
+
+struct Capabilities {
+    GLint textureSize = 0;
+    GLint textureUnits = 0;
+    GLint varyingVectors = 0;
+    std::set<std::string, std::less<>> extensions;
+};
+
+Capabilities readCapabilities()
+{
+    Capabilities read;
+    if (!GPUImageContext::useImageProcessingContext())
+        return read;
+    glGetIntegerv(GL_MAX_TEXTURE_SIZE, &read.textureSize);
+    glGetIntegerv(GL_MAX_TEXTURE_IMAGE_UNITS, &read.textureUnits);
+    glGetIntegerv(GL_MAX_VARYING_VECTORS, &read.varyingVectors);
+    const GLubyte* names = glGetString(GL_EXTENSIONS);
+    std::istringstream words(names ? reinterpret_cast<const char*>(names) : "");
+    for (std::string word; words >> word;)
+        read.extensions.insert(word);
+    return read;
+}
+
+/// Read once. A thread that has to wait for the first reading holds no lock meanwhile that the queue could want.
+const Capabilities& capabilities()
+{
+    static std::mutex mutex;
+    static std::atomic<const Capabilities*> kept{nullptr};
+    if (const Capabilities* known = kept.load())
+        return *known;
+    Capabilities read;
+    runSynchronouslyOnVideoProcessingQueue([&] { read = readCapabilities(); });
+    const std::scoped_lock lock(mutex);
+    if (!kept.load())
+        kept.store(new Capabilities(std::move(read))); // for the life of the process
+    return *kept.load();
+}
+
+std::atomic<int> s_textureLimit{0};
+
+} // namespace
+
+GPUImageContext::GPUImageContext()
+    : m_contextQueue(std::make_unique<DispatchQueue>("com.vx.GPUImage.openGLESContextQueue"))
+    , m_framebufferCache(std::make_unique<GPUImageFramebufferCache>())
+{
+    m_contextQueue->setSpecific(contextKey(), this);
+    m_contextQueue->forbidWaitingForMain();
+}
+
+GPUImageContext::~GPUImageContext()
+{
+    // Programs go while their context is current, and that is on the queue.
+    m_contextQueue->sync([this] {
+        m_currentShaderProgram.reset();
+        m_shaderProgramCache.clear();
+        m_context.reset();
+    });
+}
+
+const void* GPUImageContext::contextKey()
+{
+    static const char key = 0;
+    return &key;
+}
+
+GPUImageContext& GPUImageContext::sharedImageProcessingContext()
+{
+    static GPUImageContext& shared = *new GPUImageContext;
+    return shared;
+}
+
+Outcome GPUImageContext::availability()
+{
+    GPUImageContext& shared = sharedImageProcessingContext();
+    std::optional<Error> failure;
+    runSynchronouslyOnVideoProcessingQueue([&] {
+        shared.context();
+        failure = shared.m_failure;
+    });
+    if (failure)
+        return *failure;
+    return std::monostate();
+}
+
+int GPUImageContext::maximumTextureSizeForThisDevice()
+{
+    const int device = capabilities().textureSize;
+    const int limit = s_textureLimit.load();
+    return limit > 0 ? std::min(limit, device) : device;
+}
+
+int GPUImageContext::maximumTextureUnitsForThisDevice()
+{
+    return capabilities().textureUnits;
+}
+
+int GPUImageContext::maximumVaryingVectorsForThisDevice()
+{
+    return capabilities().varyingVectors;
+}
+
+bool GPUImageContext::deviceSupportsOpenGLESExtension(std::string_view extension)
+{
+    return capabilities().extensions.contains(extension);
+}
+
+bool GPUImageContext::deviceSupportsRedTextures()
+{
+    return deviceSupportsOpenGLESExtension("GL_EXT_texture_rg");
+}
+
+bool GPUImageContext::deviceSupportsFramebufferReads()
+{
+    return deviceSupportsOpenGLESExtension("GL_EXT_shader_framebuffer_fetch");
+}
+
+CGSize GPUImageContext::sizeThatFitsWithinATextureForSize(CGSize size)
+{
+    return sizeThatFits(size, maximumTextureSizeForThisDevice());
+}
+
+CGSize GPUImageContext::sizeThatFits(CGSize size, double limit)
+{
+    if (size.width < limit && size.height < limit)
+        return size;
+    if (size.width > size.height)
+        return {limit, size.height * (limit / size.width)};
+    return {size.width * (limit / size.height), limit};
+}
+
+void GPUImageContext::limitTextureSize(int limit)
+{
+    s_textureLimit.store(limit);
+}
+
+EAGLContext* GPUImageContext::context()
+{
+    if (m_context || m_failure)
+        return m_context.get();
+    Result<std::shared_ptr<EAGLContext>> made = createContext();
+    if (!made) {
+        m_failure = made.error();
+        logError(m_failure->subject + ": " + m_failure->cause);
+        return nullptr;
+    }
+    m_context = std::move(*made);
+    if (EAGLContext::setCurrentContext(m_context.get())) {
+        glDisable(GL_DEPTH_TEST); // never used
+        glDisable(GL_DITHER);     // the same bytes for the same input
+    }
+    return m_context.get();
+}
+
+Result<std::shared_ptr<EAGLContext>> GPUImageContext::createContext() const
+{
+    return EAGLContext::make(EAGLRenderingAPI::OpenGLES2, m_sharegroup);
+}
+
+bool GPUImageContext::useAsCurrentContext()
+{
+    EAGLContext* own = context();
+    if (!own)
+        return false;
+    return EAGLContext::currentContext() == own || EAGLContext::setCurrentContext(own);
+}
+
+void GPUImageContext::setContextShaderProgram(const std::shared_ptr<GLProgram>& program)
+{
+    if (!program || !useAsCurrentContext() || m_currentShaderProgram == program)
+        return;
+    m_currentShaderProgram = program;
+    program->use();
+}
+
+void GPUImageContext::presentBufferForDisplay()
+{
+    if (EAGLContext* own = context())
+        own->presentRenderbuffer(GL_RENDERBUFFER);
+}
+
+std::shared_ptr<GLProgram> GPUImageContext::programForVertexShaderString(const std::string& vertexShader,
+                                                                         const std::string& fragmentShader)
+{
+    std::string key = "V: " + vertexShader + " - F: " + fragmentShader;
+    const auto known = m_shaderProgramCache.find(key);
+    if (known != m_shaderProgramCache.end())
+        return known->second;
+    auto program = std::make_shared<GLProgram>(vertexShader, fragmentShader);
+    m_shaderProgramCache.emplace(std::move(key), program);
+    return program;
+}
+
+void GPUImageContext::useSharegroup(std::shared_ptr<EAGLSharegroup> sharegroup)
+{
+    m_sharegroup = std::move(sharegroup);
+}
+
+} // namespace lamina

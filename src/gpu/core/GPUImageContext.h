@@ -1,0 +1,99 @@
+#pragma once
+
+#include "gpu/core/GLProgram.h"
+#include "gpu/core/GPUImageFramebufferCache.h"
+#include "gpu/core/VideoProcessingQueue.h"
+#include "platform/base/CGGeometry.h"
+#include "platform/base/Result.h"
+#include "platform/gl/EAGLContext.h"
+
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace lamina {
+
+/// The GL context of the filter graph with its serial queue, its cache of programs and its pool of framebuffers. One is
+/// shared by the whole process and never destroyed. The GL context itself is made when it is first needed, on the queue.
+///
+/// Where no context can be had (no driver), `availability` tells why; everything else then does nothing: programs don't
+/// link, framebuffers have no texture, filters give no picture.
+class GPUImageContext {
+public:
+    GPUImageContext();
+    ~GPUImageContext();
+    GPUImageContext(const GPUImageContext&) = delete;
+    GPUImageContext& operator=(const GPUImageContext&) = delete;
+
+    /// The address under which the queue tells that it belongs to a context.
+    static const void* contextKey();
+    static GPUImageContext& sharedImageProcessingContext();
+    static DispatchQueue& sharedContextQueue() { return sharedImageProcessingContext().contextQueue(); }
+    static GPUImageFramebufferCache& sharedFramebufferCache()
+    {
+        return sharedImageProcessingContext().framebufferCache();
+    }
+
+    /// Makes the shared context current on the calling thread, the queue's. False: there is none.
+    static bool useImageProcessingContext() { return sharedImageProcessingContext().useAsCurrentContext(); }
+    /// Null is ignored. On the queue.
+    static void setActiveShaderProgram(const std::shared_ptr<GLProgram>& program)
+    {
+        sharedImageProcessingContext().setContextShaderProgram(program);
+    }
+
+    /// Why the shared context can't be had; success when it stands. Makes it when it is not there yet. From any thread.
+    static Outcome availability();
+
+    /// Limits of the device, read once; 0 without a context. From any thread.
+    static int maximumTextureSizeForThisDevice();
+    static int maximumTextureUnitsForThisDevice();
+    static int maximumVaryingVectorsForThisDevice();
+    /// By its whole name, as "GL_EXT_texture_rg". From any thread.
+    static bool deviceSupportsOpenGLESExtension(std::string_view extension);
+    static bool deviceSupportsRedTextures();
+    static bool deviceSupportsFramebufferReads();
+    /// Textures that share memory with the processor don't exist here.
+    static constexpr bool supportsFastTextureUpload() { return false; }
+
+    /// `size` where both sides are below the texture limit; otherwise reduced in proportion so that the longer side is the
+    /// limit. Not rounded.
+    static CGSize sizeThatFitsWithinATextureForSize(CGSize size);
+    /// The same for a limit of one's own.
+    static CGSize sizeThatFits(CGSize size, double limit);
+    /// Lowers the texture limit, to bound memory or to try what happens to large pictures; 0: the device's own.
+    static void limitTextureSize(int limit);
+
+    bool useAsCurrentContext();
+    /// Binds the program unless it is bound already. On the queue.
+    void setContextShaderProgram(const std::shared_ptr<GLProgram>& program);
+    void presentBufferForDisplay();
+    /// The program of these two texts, compiled once for the life of the process, perhaps not yet linked: test
+    /// `initialized`. On the queue.
+    std::shared_ptr<GLProgram> programForVertexShaderString(const std::string& vertexShader,
+                                                            const std::string& fragmentShader);
+    /// The group that the context is made in; only before it is made.
+    void useSharegroup(std::shared_ptr<EAGLSharegroup> sharegroup);
+    /// A new GL context in the sharegroup.
+    Result<std::shared_ptr<EAGLContext>> createContext() const;
+
+    /// The GL context, made on first use; null when there is none to be had. On the queue.
+    EAGLContext* context();
+    GPUImageFramebufferCache& framebufferCache() { return *m_framebufferCache; }
+    DispatchQueue& contextQueue() { return *m_contextQueue; }
+    const std::shared_ptr<GLProgram>& currentShaderProgram() const { return m_currentShaderProgram; }
+    void setCurrentShaderProgram(std::shared_ptr<GLProgram> program) { m_currentShaderProgram = std::move(program); }
+
+private:
+    std::map<std::string, std::shared_ptr<GLProgram>, std::less<>> m_shaderProgramCache;
+    std::shared_ptr<EAGLSharegroup> m_sharegroup;
+    std::shared_ptr<EAGLContext> m_context;
+    std::optional<Error> m_failure;
+    std::shared_ptr<GLProgram> m_currentShaderProgram;
+    std::unique_ptr<DispatchQueue> m_contextQueue;
+    std::unique_ptr<GPUImageFramebufferCache> m_framebufferCache;
+};
+
+} // namespace lamina

@@ -1,0 +1,301 @@
+#include "gpu/core/GPUImageFilter.h"
+
+#include "gpu/core/GLErrors.h"
+#include "gpu/core/GPUImageContext.h"
+
+#include <algorithm>
+#include <array>
+#include <utility>
+
+namespace lamina {
+
+namespace {
+
+constexpr double kCaptureTimeoutSeconds = 3;
+constexpr int kFirstTextureUnit = 2; // 1 is for making textures
+
+constexpr std::array<QuadCoordinates, 8> kTextureCoordinates{{
+    {0, 0, 1, 0, 0, 1, 1, 1}, // none
+    {1, 0, 1, 1, 0, 0, 0, 1}, // left
+    {0, 1, 0, 0, 1, 1, 1, 0}, // right
+    {0, 1, 1, 1, 0, 0, 1, 0}, // flipped top to bottom
+    {1, 0, 0, 0, 1, 1, 0, 1}, // flipped left to right
+    {0, 0, 0, 1, 1, 0, 1, 1}, // right, then top to bottom
+    {1, 1, 1, 0, 0, 1, 0, 0}, // right, then left to right
+    {1, 1, 0, 1, 1, 0, 0, 0}, // half a turn
+}};
+
+constexpr bool isZero(CGSize size)
+{
+    return size.width == 0 && size.height == 0;
+}
+
+std::vector<std::string> allAttributes(std::vector<std::string> more)
+{
+    more.insert(more.begin(), {"position", "inputTextureCoordinate"});
+    return more;
+}
+
+} // namespace
+
+CGSize sizeFittingInside(CGSize aspect, CGSize bounds)
+{
+    if (!(aspect.width > 0 && aspect.height > 0))
+        return {};
+    const double scale = std::min(bounds.width / aspect.width, bounds.height / aspect.height);
+    return {aspect.width * scale, aspect.height * scale};
+}
+
+GPUImageFilter::GPUImageFilter()
+    : GPUImageFilter(kGPUImagePassthroughFragmentShaderString)
+{
+}
+
+GPUImageFilter::GPUImageFilter(const std::string& fragmentShader)
+    : GPUImageFilter(kGPUImageVertexShaderString, fragmentShader)
+{
+}
+
+GPUImageFilter::GPUImageFilter(const std::string& vertexShader, const std::string& fragmentShader)
+    : GPUImageFilter(vertexShader, fragmentShader, std::vector<std::string>())
+{
+}
+
+GPUImageFilter::GPUImageFilter(const std::string& vertexShader, const std::string& fragmentShader,
+                               std::vector<std::string> moreAttributes)
+    : m_attributes(allAttributes(std::move(moreAttributes)))
+{
+    m_imageCaptureSemaphore.signal();
+    runSynchronouslyOnVideoProcessingQueue([&] { buildFilterProgram(vertexShader, fragmentShader); });
+}
+
+std::shared_ptr<GPUImageFilter> GPUImageFilter::makeWithFragmentShaderFromFile(const std::string& name)
+{
+    return std::make_shared<GPUImageFilter>(shaderTextFromFile(name, "fsh"));
+}
+
+void GPUImageFilter::buildFilterProgram(const std::string& vertexShader, const std::string& fragmentShader)
+{
+    m_filterProgram = linkedProgram(vertexShader, fragmentShader, m_attributes);
+    if (!m_filterProgram)
+        return;
+    m_filterPositionAttribute = m_filterProgram->attributeIndex("position");
+    m_filterTextureCoordinateAttribute = m_filterProgram->attributeIndex("inputTextureCoordinate");
+    m_filterInputTextureUniform = m_filterProgram->uniformIndex("inputImageTexture");
+    GPUImageContext::setActiveShaderProgram(m_filterProgram);
+    glEnableVertexAttribArray(m_filterPositionAttribute);
+    glEnableVertexAttribArray(m_filterTextureCoordinateAttribute);
+}
+
+GLint GPUImageFilter::uniformIndex(const char* name) const
+{
+    return valueFromVideoProcessingQueue([&] { return m_filterProgram ? m_filterProgram->uniformIndex(name) : -1; });
+}
+
+const QuadCoordinates& GPUImageFilter::textureCoordinatesForRotation(GPUImageRotationMode rotation)
+{
+    const auto row = static_cast<std::size_t>(rotation);
+    return kTextureCoordinates[row < kTextureCoordinates.size() ? row : 0];
+}
+
+void GPUImageFilter::useNextFrameForImageCapture()
+{
+    m_usingNextFrameForImageCapture = true;
+    m_imageCaptureSemaphore.tryWait();
+}
+
+CGImage GPUImageFilter::newCGImageFromCurrentlyProcessedOutput()
+{
+    if (!m_imageCaptureSemaphore.wait(kCaptureTimeoutSeconds))
+        return {};
+    CGImage image;
+    runSynchronouslyOnVideoProcessingQueue([&] {
+        const std::shared_ptr<GPUImageFramebuffer> framebuffer = framebufferForOutput();
+        m_usingNextFrameForImageCapture = false;
+        if (framebuffer)
+            image = framebuffer->newCGImageFromFramebufferContents();
+    });
+    m_imageCaptureSemaphore.signal();
+    return image;
+}
+
+CGSize GPUImageFilter::sizeOfFBO() const
+{
+    const CGSize maximum = maximumOutputSize();
+    return isZero(maximum) || m_inputTextureSize.width < maximum.width ? m_inputTextureSize : maximum;
+}
+
+std::shared_ptr<GPUImageFramebuffer> GPUImageFilter::beginOutput() const
+{
+    auto output =
+        GPUImageContext::sharedFramebufferCache().fetchFramebufferForSize(sizeOfFBO(), outputTextureOptions(), false);
+    output->activateFramebuffer();
+    glClearColor(m_backgroundColor.one, m_backgroundColor.two, m_backgroundColor.three, m_backgroundColor.four);
+    glClear(GL_COLOR_BUFFER_BIT);
+    return output;
+}
+
+void GPUImageFilter::bindInput(const std::shared_ptr<GPUImageFramebuffer>& input, int unit, GLint uniform)
+{
+    glActiveTexture(GL_TEXTURE0 + static_cast<GLenum>(unit));
+    glBindTexture(GL_TEXTURE_2D, input ? input->texture() : 0);
+    glUniform1i(uniform, unit);
+}
+
+void GPUImageFilter::drawQuad(GLuint positionAttribute, const QuadCoordinates& vertices, GLuint coordinateAttribute,
+                              const QuadCoordinates& textureCoordinates)
+{
+    glVertexAttribPointer(positionAttribute, 2, GL_FLOAT, GL_FALSE, 0, vertices.data());
+    glVertexAttribPointer(coordinateAttribute, 2, GL_FLOAT, GL_FALSE, 0, textureCoordinates.data());
+    glDrawArrays(GL_TRIANGLE_STRIP, 0, 4);
+    checkDraw("drawing a filter");
+}
+
+void GPUImageFilter::signalCapture()
+{
+    if (m_usingNextFrameForImageCapture)
+        m_imageCaptureSemaphore.signal();
+}
+
+void GPUImageFilter::unlockInputs()
+{
+    if (m_firstInputFramebuffer)
+        m_firstInputFramebuffer->unlock();
+}
+
+void GPUImageFilter::dropFrame()
+{
+    unlockInputs();
+    // Whoever waits for a frame of a filter that can't draw need not wait for its time to be over.
+    if (!canRender())
+        signalCapture();
+}
+
+void GPUImageFilter::renderToTextureWithVertices(const QuadCoordinates& vertices,
+                                                 const QuadCoordinates& textureCoordinates)
+{
+    if (preventRendering() || !canRender()) {
+        dropFrame();
+        return;
+    }
+    GPUImageContext::setActiveShaderProgram(m_filterProgram);
+    m_outputFramebuffer = beginOutput();
+    if (m_usingNextFrameForImageCapture)
+        m_outputFramebuffer->lock();
+    setUniformsForProgramAtIndex(0);
+    bindInput(m_firstInputFramebuffer, kFirstTextureUnit, m_filterInputTextureUniform);
+    drawQuad(m_filterPositionAttribute, vertices, m_filterTextureCoordinateAttribute, textureCoordinates);
+    unlockInputs();
+    signalCapture();
+}
+
+void GPUImageFilter::newFrameReadyAtTime(const CMTime& frameTime, int)
+{
+    renderToTextureWithVertices(kGPUImageQuadVertices, textureCoordinatesForRotation(m_inputRotation));
+    informTargetsAboutNewFrameAtTime(frameTime);
+}
+
+/// Two passes over the targets: each holds its count before the first of them draws.
+void GPUImageFilter::informTargetsAboutNewFrameAtTime(const CMTime& frameTime)
+{
+    const std::shared_ptr<GPUImageFramebuffer> output = framebufferForOutput();
+    if (!output || preventRendering())
+        return;
+    if (const FrameProcessingCompletionBlock completion = frameProcessingCompletionBlock())
+        completion(*this, frameTime);
+    const std::vector<Target> targets = targetList(); // a target may change the list while it works
+    for (const Target& target : targets) {
+        if (isIgnored(target))
+            continue;
+        setInputFramebufferForTarget(*target.input, target.textureIndex);
+        target.input->setInputSize(outputFrameSize(), target.textureIndex);
+    }
+    output->unlock();
+    if (!m_usingNextFrameForImageCapture)
+        removeOutputFramebuffer();
+    for (const Target& target : targets) {
+        if (!isIgnored(target))
+            target.input->newFrameReadyAtTime(frameTime, target.textureIndex);
+    }
+}
+
+void GPUImageFilter::setInputFramebuffer(std::shared_ptr<GPUImageFramebuffer> framebuffer, int)
+{
+    m_firstInputFramebuffer = std::move(framebuffer);
+    if (m_firstInputFramebuffer)
+        m_firstInputFramebuffer->lock();
+}
+
+void GPUImageFilter::setInputSize(CGSize size, int textureIndex)
+{
+    if (preventRendering())
+        return;
+    if (!m_overrideInputSize)
+        m_inputTextureSize = rotatedSize(size, textureIndex);
+    else if (!isZero(m_forcedMaximumSize))
+        m_inputTextureSize = sizeFittingInside(size, m_forcedMaximumSize);
+    setupFilterForSize(sizeOfFBO());
+}
+
+void GPUImageFilter::setInputRotation(GPUImageRotationMode rotation, int)
+{
+    m_inputRotation = rotation;
+}
+
+CGSize GPUImageFilter::rotatedSize(CGSize size, int) const
+{
+    return sizeRotatedBy(m_inputRotation, size);
+}
+
+CGPoint GPUImageFilter::rotatedPoint(CGPoint point, GPUImageRotationMode rotation)
+{
+    const auto [x, y] = point;
+    switch (rotation) {
+    case kGPUImageNoRotation:
+        return point;
+    case kGPUImageRotateLeft:
+        return {1 - y, x};
+    case kGPUImageRotateRight:
+        return {y, 1 - x};
+    case kGPUImageFlipVertical:
+        return {x, 1 - y};
+    case kGPUImageFlipHorizontal:
+        return {1 - x, y};
+    case kGPUImageRotateRightFlipVertical:
+        return {y, x};
+    case kGPUImageRotateRightFlipHorizontal:
+        return {1 - y, 1 - x};
+    case kGPUImageRotate180:
+        return {1 - x, 1 - y};
+    }
+    return point;
+}
+
+void GPUImageFilter::forceProcessingAtSize(CGSize size)
+{
+    m_overrideInputSize = !isZero(size);
+    if (!m_overrideInputSize)
+        return;
+    m_inputTextureSize = size;
+    m_forcedMaximumSize = {};
+}
+
+void GPUImageFilter::forceProcessingAtSizeRespectingAspectRatio(CGSize size)
+{
+    m_overrideInputSize = !isZero(size);
+    m_forcedMaximumSize = size;
+    if (!m_overrideInputSize)
+        m_inputTextureSize = {};
+}
+
+void GPUImageFilter::endProcessing()
+{
+    if (m_isEndProcessing)
+        return;
+    m_isEndProcessing = true;
+    const std::vector<Target> targets = targetList();
+    for (const Target& target : targets)
+        target.input->endProcessing();
+}
+
+} // namespace lamina

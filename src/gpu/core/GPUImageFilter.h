@@ -1,0 +1,164 @@
+#pragma once
+
+#include "gpu/core/FilterProgram.h"
+#include "gpu/core/GPUImageStage.h"
+#include "gpu/core/GPUVectors.h"
+#include "platform/base/DispatchSemaphore.h"
+
+#include <span>
+#include <string>
+#include <variant>
+#include <vector>
+
+namespace lamina {
+
+/// One input, one pass: draws the input over the whole of a pooled framebuffer with one pair of shaders and pushes that to
+/// its targets. The base of all filters; by itself it passes pictures through.
+///
+/// Shaders are OpenGL ES 2.0 (GLSL 1.00). The vertex shader gets the attributes `position` and `inputTextureCoordinate`,
+/// the fragment shader the sampler `inputImageTexture`. Row 0 of the texture is the top of the picture. A shader that
+/// doesn't build leaves three lines in the log and a filter that renders nothing.
+///
+/// Construction and uniform setters may happen on any thread; uniform values take effect in the order of the calls, from the
+/// next frame. A change of a uniform rebuilds nothing. Everything of `GPUImageInput` runs on the video processing queue.
+class GPUImageFilter : public GPUImageStage {
+public:
+    GPUImageFilter();
+    explicit GPUImageFilter(const std::string& fragmentShader);
+    GPUImageFilter(const std::string& vertexShader, const std::string& fragmentShader);
+    /// `name`: the path of the fragment shader without its extension "fsh".
+    static std::shared_ptr<GPUImageFilter> makeWithFragmentShaderFromFile(const std::string& name);
+
+    /// The corners of the input for a rotation; the first row for values outside the enumeration.
+    static const QuadCoordinates& textureCoordinatesForRotation(GPUImageRotationMode rotation);
+
+    /// Called on the queue when the size of the output is known or has changed: subclasses recompute what hangs on it.
+    virtual void setupFilterForSize(CGSize) {}
+
+    /// The kept frame is taken by `newCGImageFromCurrentlyProcessedOutput`, which waits for it at most three seconds (real
+    /// time) and gives nothing then. A second taking reads the frame that is still the output, if there is one.
+    void useNextFrameForImageCapture() override;
+    CGImage newCGImageFromCurrentlyProcessedOutput() override;
+
+    /// The size that is drawn: the input's, or `maximumOutputSize` where that is narrower.
+    CGSize sizeOfFBO() const;
+    /// The size that targets are told.
+    virtual CGSize outputFrameSize() const { return m_inputTextureSize; }
+
+    virtual void renderToTextureWithVertices(const QuadCoordinates& vertices,
+                                             const QuadCoordinates& textureCoordinates);
+    void informTargetsAboutNewFrameAtTime(const CMTime& frameTime);
+
+    /// What the output is cleared to before the draw; components 0 to 1, all 0 at first.
+    void setBackgroundColor(float red, float green, float blue, float alpha);
+
+    /// By the uniform's name in the (first) program.
+    void setInteger(int value, const std::string& uniformName);
+    void setFloat(float value, const std::string& uniformName);
+    void setSize(CGSize value, const std::string& uniformName);
+    void setPoint(CGPoint value, const std::string& uniformName);
+    void setFloatVec3(const GPUVector3& value, const std::string& uniformName);
+    void setFloatVec4(const GPUVector4& value, const std::string& uniformName);
+    /// The floats are copied.
+    void setFloatArray(std::span<const float> values, const std::string& uniformName);
+
+    /// By location in a program; nothing happens without a linked program or for location -1.
+    void setMatrix3f(const GPUMatrix3x3& value, GLint uniform, const std::shared_ptr<GLProgram>& program);
+    void setMatrix4f(const GPUMatrix4x4& value, GLint uniform, const std::shared_ptr<GLProgram>& program);
+    void setFloat(float value, GLint uniform, const std::shared_ptr<GLProgram>& program);
+    void setPoint(CGPoint value, GLint uniform, const std::shared_ptr<GLProgram>& program);
+    void setSize(CGSize value, GLint uniform, const std::shared_ptr<GLProgram>& program);
+    void setVec3(const GPUVector3& value, GLint uniform, const std::shared_ptr<GLProgram>& program);
+    void setVec4(const GPUVector4& value, GLint uniform, const std::shared_ptr<GLProgram>& program);
+    void setFloatArray(std::span<const float> values, GLint uniform, const std::shared_ptr<GLProgram>& program);
+    void setInteger(int value, GLint uniform, const std::shared_ptr<GLProgram>& program);
+
+    /// Runs the block now and before every draw of the program. On the queue, with the program active.
+    void setAndExecuteUniformStateCallbackAtIndex(GLint uniform, const std::shared_ptr<GLProgram>& program,
+                                                  UniformState::Block block);
+    /// Restores the values of one of the filter's programs before its draw: 0 the first. On the queue.
+    virtual void setUniformsForProgramAtIndex(int programIndex);
+
+    void newFrameReadyAtTime(const CMTime& frameTime, int textureIndex) override;
+    void setInputFramebuffer(std::shared_ptr<GPUImageFramebuffer> framebuffer, int textureIndex) override;
+    int nextAvailableTextureIndex() const override { return 0; }
+    void setInputSize(CGSize size, int textureIndex) override;
+    void setInputRotation(GPUImageRotationMode rotation, int textureIndex) override;
+    CGSize maximumOutputSize() const override { return {}; }
+    /// Told to the targets, once.
+    void endProcessing() override;
+    bool wantsMonochromeInput() const override { return false; }
+    void setCurrentlyReceivingMonochromeInput(bool monochrome) override
+    {
+        m_currentlyReceivingMonochromeInput = monochrome;
+    }
+    bool currentlyReceivingMonochromeInput() const { return m_currentlyReceivingMonochromeInput; }
+
+    /// The size as the slot's rotation turns it.
+    virtual CGSize rotatedSize(CGSize size, int textureIndex) const;
+    /// A point of the unit square as the rotation turns it.
+    static CGPoint rotatedPoint(CGPoint point, GPUImageRotationMode rotation);
+
+    /// Renders at exactly this size, whatever the input; the zero size takes that back.
+    void forceProcessingAtSize(CGSize size) override;
+    /// Renders at the largest size of the input's aspect ratio within `size`; the zero size takes that back.
+    void forceProcessingAtSizeRespectingAspectRatio(CGSize size) override;
+
+    /// True freezes the filter: frames that arrive are dropped and the targets get none.
+    bool preventRendering() const { return m_preventRendering; }
+    void setPreventRendering(bool prevent) { m_preventRendering = prevent; }
+
+    bool canRender() const override { return m_filterProgram != nullptr; }
+
+protected:
+    /// `moreAttributes` follow `position` and `inputTextureCoordinate` in this order.
+    GPUImageFilter(const std::string& vertexShader, const std::string& fragmentShader,
+                   std::vector<std::string> moreAttributes);
+
+    /// For constructors of subclasses: the location in the first program, -1 without one. From any thread.
+    GLint uniformIndex(const char* name) const;
+
+    /// Where the values for `program` are kept.
+    virtual const std::shared_ptr<UniformState>& uniformStateFor(const std::shared_ptr<GLProgram>& program) const;
+
+    /// Replaces the first program by that of other shaders with the same attributes. On the queue.
+    void buildFilterProgram(const std::string& vertexShader, const std::string& fragmentShader);
+
+    /// A framebuffer of the output's size and options, active and cleared to the background; with the count of the fetch.
+    std::shared_ptr<GPUImageFramebuffer> beginOutput() const;
+    /// Binds the texture of `input` (none: texture 0) to `unit` and tells the sampler at `uniform`.
+    static void bindInput(const std::shared_ptr<GPUImageFramebuffer>& input, int unit, GLint uniform);
+    /// The draw of four vertices with position and first coordinate.
+    static void drawQuad(GLuint positionAttribute, const QuadCoordinates& vertices, GLuint coordinateAttribute,
+                         const QuadCoordinates& textureCoordinates);
+    /// After the draw, if a capture was asked for: lets the waiter go on.
+    void signalCapture();
+    /// What happens to a frame that is not drawn: every input's count is given back, and a waiter learns of it.
+    void dropFrame();
+    /// Gives back the counts of all inputs after the draw, in slot order.
+    virtual void unlockInputs();
+
+    std::shared_ptr<GPUImageFramebuffer> m_firstInputFramebuffer;
+    std::shared_ptr<GLProgram> m_filterProgram;
+    GLuint m_filterPositionAttribute = 0;
+    GLuint m_filterTextureCoordinateAttribute = 0;
+    GLint m_filterInputTextureUniform = -1;
+    GPUVector4 m_backgroundColor;
+    GPUImageRotationMode m_inputRotation = kGPUImageNoRotation;
+    bool m_currentlyReceivingMonochromeInput = false;
+    std::vector<std::string> m_attributes;
+    DispatchSemaphore m_imageCaptureSemaphore{0};
+
+private:
+    using UniformPlace = std::variant<GLint, std::string>;
+    void setUniform(UniformPlace place, const std::shared_ptr<GLProgram>& program, std::function<void(GLint)> apply);
+
+    std::shared_ptr<UniformState> m_uniformState = std::make_shared<UniformState>();
+    std::atomic<bool> m_preventRendering{false};
+    bool m_isEndProcessing = false;
+};
+
+/// Centred fit: the size of the largest rectangle of `aspect`'s proportions inside `bounds`.
+CGSize sizeFittingInside(CGSize aspect, CGSize bounds);
+
+} // namespace lamina

@@ -1,0 +1,80 @@
+#pragma once
+
+#include "gpu/core/FilterRegistry.h"
+
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace lamina {
+
+/// A chain of filters as a file tells it. In JSON:
+///
+///   {"Filters": [{"FilterName": "GPUImageSepiaFilter", "Attributes": {"setIntensity:": "float(0.8)"}}, ...]}
+///
+/// An attribute's value is "float(V)", "CGPoint(X, Y)" or "NSString(TEXT)", or for setters of several arguments
+/// ("setColorRed:green:blue:") an array of such texts.
+struct PipelineConfiguration {
+    struct Attribute {
+        std::string selector;
+        std::vector<std::string> values;
+    };
+    struct Filter {
+        std::string filterName;
+        std::vector<Attribute> attributes;
+    };
+    std::vector<Filter> filters;
+
+    /// The error's subject is `name`.
+    static Result<PipelineConfiguration> fromJson(const std::string& text, const std::string& name);
+    static Result<PipelineConfiguration> fromFile(const std::string& path);
+};
+
+/// A list of filters kept as a chain between an input and an output: every change of the list connects the stages anew. It
+/// holds all of them. One thread at a time; changes of targets hop to the video processing queue.
+class GPUImageFilterPipeline {
+public:
+    using Filters = std::vector<std::shared_ptr<GPUImageStage>>;
+
+    /// Whether every filter, attribute and value is understood; makes nothing, and needs no GL context.
+    static Outcome check(const PipelineConfiguration& configuration, const FilterRegistry& registry);
+
+    /// Null `output`: none. The error says which filter, attribute or value is not understood; nothing is connected then.
+    static Result<std::unique_ptr<GPUImageFilterPipeline>>
+    makeWithConfiguration(const PipelineConfiguration& configuration, const FilterRegistry& registry,
+                          std::shared_ptr<GPUImageOutput> input, std::shared_ptr<GPUImageInput> output);
+    /// The configuration as JSON in a file.
+    static Result<std::unique_ptr<GPUImageFilterPipeline>>
+    makeWithConfigurationFile(const std::string& path, const FilterRegistry& registry,
+                              std::shared_ptr<GPUImageOutput> input, std::shared_ptr<GPUImageInput> output);
+    GPUImageFilterPipeline(Filters orderedFilters, std::shared_ptr<GPUImageOutput> input,
+                           std::shared_ptr<GPUImageInput> output);
+
+    const Filters& filters() const { return m_filters; }
+    const std::shared_ptr<GPUImageOutput>& input() const { return m_input; }
+    const std::shared_ptr<GPUImageInput>& output() const { return m_output; }
+
+    /// Indices beyond the end, and filters that are not in the list, are ignored.
+    void addFilter(std::shared_ptr<GPUImageStage> filter);
+    void addFilter(std::shared_ptr<GPUImageStage> filter, std::size_t index);
+    void replaceFilterAtIndex(std::size_t index, std::shared_ptr<GPUImageStage> filter);
+    void removeFilter(const std::shared_ptr<GPUImageStage>& filter);
+    void removeFilterAtIndex(std::size_t index);
+    void removeAllFilters();
+    void replaceAllFilters(Filters filters);
+
+    /// Of the last filter; nothing without one.
+    UIImage currentFilteredFrame();
+    UIImage currentFilteredFrameWithOrientation(UIImageOrientation orientation);
+    CGImage newCGImageFromCurrentFilteredFrame();
+
+private:
+    void refreshFilters();
+
+    Filters m_filters;
+    std::shared_ptr<GPUImageOutput> m_input;
+    std::shared_ptr<GPUImageInput> m_output;
+};
+
+} // namespace lamina

@@ -1,0 +1,166 @@
+#include "gpu/core/GPUImageFramebuffer.h"
+
+#include "gpu/core/GLErrors.h"
+#include "gpu/core/GLTextureFormat.h"
+#include "gpu/core/GPUImageContext.h"
+
+#include <algorithm>
+#include <atomic>
+#include <cassert>
+#include <cmath>
+
+namespace lamina {
+
+namespace {
+
+std::atomic<std::size_t> s_living{0};
+
+/// Cut to a whole number that GL can take; NaN and negative values count as 0.
+int wholePixels(double side)
+{
+    constexpr double kMost = 1 << 24;
+    return side > 0 ? static_cast<int>(std::min(side, kMost)) : 0;
+}
+
+} // namespace
+
+std::size_t GPUImageFramebufferCache::livingCount()
+{
+    return s_living.load();
+}
+
+GPUImageFramebuffer::GPUImageFramebuffer(CGSize size, const GPUTextureOptions& options, bool onlyTexture)
+    : m_missingFramebuffer(onlyTexture)
+    , m_size(size)
+    , m_textureOptions(options)
+{
+    ++s_living;
+    runSynchronouslyOnVideoProcessingQueue([this] {
+        if (!GPUImageContext::useImageProcessingContext())
+            return;
+        if (m_missingFramebuffer)
+            generateTexture();
+        else
+            generateFramebuffer();
+    });
+}
+
+GPUImageFramebuffer::GPUImageFramebuffer(CGSize size, GLuint overriddenTexture)
+    : m_referenceCountingDisabled(true)
+    , m_ownsTexture(false)
+    , m_texture(overriddenTexture)
+    , m_size(size)
+{
+    ++s_living;
+}
+
+GPUImageFramebuffer::~GPUImageFramebuffer()
+{
+    destroyFramebuffer();
+    --s_living;
+}
+
+IntSize GPUImageFramebuffer::pixelSize() const
+{
+    return {wholePixels(m_size.width), wholePixels(m_size.height)};
+}
+
+void GPUImageFramebuffer::generateTexture()
+{
+    const auto set = [](GLenum parameter, std::uint32_t value) {
+        glTexParameteri(GL_TEXTURE_2D, parameter, static_cast<GLint>(value));
+    };
+    glActiveTexture(GL_TEXTURE1);
+    glGenTextures(1, &m_texture);
+    glBindTexture(GL_TEXTURE_2D, m_texture);
+    set(GL_TEXTURE_MIN_FILTER, m_textureOptions.minFilter);
+    set(GL_TEXTURE_MAG_FILTER, m_textureOptions.magFilter);
+    set(GL_TEXTURE_WRAP_S, m_textureOptions.wrapS);
+    set(GL_TEXTURE_WRAP_T, m_textureOptions.wrapT);
+}
+
+void GPUImageFramebuffer::generateFramebuffer()
+{
+    glGenFramebuffers(1, &m_framebuffer);
+    glBindFramebuffer(GL_FRAMEBUFFER, m_framebuffer);
+    generateTexture();
+    const GLTextureFormat stored = renderFormat(m_textureOptions);
+    const IntSize pixels = pixelSize();
+    glTexImage2D(GL_TEXTURE_2D, 0, static_cast<GLint>(stored.internalFormat), pixels.width, pixels.height, 0,
+                 stored.format, m_textureOptions.type, nullptr);
+    glFramebufferTexture2D(GL_FRAMEBUFFER, GL_COLOR_ATTACHMENT0, GL_TEXTURE_2D, m_texture, 0);
+    glBindTexture(GL_TEXTURE_2D, 0);
+    checkDraw("making a framebuffer");
+}
+
+void GPUImageFramebuffer::destroyFramebuffer()
+{
+    if (m_framebuffer == 0 && (m_texture == 0 || !m_ownsTexture))
+        return;
+    runSynchronouslyOnVideoProcessingQueue([this] {
+        if (!GPUImageContext::useImageProcessingContext())
+            return;
+        if (m_framebuffer != 0)
+            glDeleteFramebuffers(1, &m_framebuffer);
+        if (m_ownsTexture)
+            glDeleteTextures(1, &m_texture);
+    });
+}
+
+void GPUImageFramebuffer::activateFramebuffer() const
+{
+    if (!mayCallGL())
+        return;
+    const IntSize pixels = pixelSize();
+    glBindFramebuffer(GL_FRAMEBUFFER, m_framebuffer);
+    glViewport(0, 0, pixels.width, pixels.height);
+}
+
+void GPUImageFramebuffer::lock()
+{
+    assert(isOnVideoProcessingQueue());
+    if (!m_referenceCountingDisabled)
+        ++m_framebufferReferenceCount;
+}
+
+void GPUImageFramebuffer::unlock()
+{
+    assert(isOnVideoProcessingQueue());
+    if (m_referenceCountingDisabled)
+        return;
+    if (--m_framebufferReferenceCount == 0)
+        GPUImageContext::sharedFramebufferCache().returnFramebufferToCache(shared_from_this());
+}
+
+std::size_t GPUImageFramebuffer::bytesPerRow() const
+{
+    return static_cast<std::size_t>(pixelSize().width) * 4;
+}
+
+CGImage GPUImageFramebuffer::newCGImageFromFramebufferContents()
+{
+    CGImage image;
+    runSynchronouslyOnVideoProcessingQueue([&] {
+        if (GPUImageContext::useImageProcessingContext())
+            image = readPixels();
+        unlock();
+    });
+    return image;
+}
+
+CGImage GPUImageFramebuffer::readPixels() const
+{
+    const IntSize pixels = pixelSize();
+    if (pixels.isEmpty() || m_framebuffer == 0)
+        return {};
+    const CGImageLayout layout = CGImageLayout::rgba(pixels.width, pixels.height, CGImageAlphaInfo::Last);
+    PixelBuffer buffer = PixelBuffer::allocate(layout.byteCount());
+    if (!buffer)
+        return {};
+    activateFramebuffer();
+    glReadPixels(0, 0, pixels.width, pixels.height, GL_RGBA, GL_UNSIGNED_BYTE, buffer.data());
+    checkDraw("reading a framebuffer");
+    return CGImage::make(layout, std::move(buffer));
+}
+
+} // namespace lamina

@@ -1,0 +1,72 @@
+#pragma once
+
+#include "gpu/core/GPUTextureOptions.h"
+#include "platform/base/CGGeometry.h"
+#include "platform/image/CGImage.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+
+namespace lamina {
+
+/// A texture to read and, unless it is a texture only, to draw into; pooled by `GPUImageFramebufferCache`.
+///
+/// Users are counted by hand: a fetch gives one count, each consumer locks when it is handed the framebuffer and unlocks
+/// after its draw, and at zero the object goes back to the pool. Counts are touched on the video processing queue alone.
+/// The object itself is shared; dropping the last reference deletes the GL names on the queue.
+class GPUImageFramebuffer : public std::enable_shared_from_this<GPUImageFramebuffer> {
+public:
+    /// `size` in pixels, cut to whole ones for GL. `onlyTexture`: without storage and without a framebuffer; the owner
+    /// uploads into it.
+    explicit GPUImageFramebuffer(CGSize size, const GPUTextureOptions& options = {}, bool onlyTexture = false);
+    /// Wraps a texture that belongs to somebody else: never counted, never pooled, never deleted here.
+    GPUImageFramebuffer(CGSize size, GLuint overriddenTexture);
+    ~GPUImageFramebuffer();
+    GPUImageFramebuffer(const GPUImageFramebuffer&) = delete;
+    GPUImageFramebuffer& operator=(const GPUImageFramebuffer&) = delete;
+
+    CGSize size() const { return m_size; }
+    const GPUTextureOptions& textureOptions() const { return m_textureOptions; }
+    GLuint texture() const { return m_texture; }
+    /// A texture only.
+    bool missingFramebuffer() const { return m_missingFramebuffer; }
+    /// The size in whole pixels, as GL has it.
+    IntSize pixelSize() const;
+
+    /// Draws go here from now on, over the whole area. On the queue.
+    void activateFramebuffer() const;
+
+    void lock();
+    /// At zero it returns to the pool. One unlock too many is not noticed: the object is then never returned.
+    void unlock();
+    void clearAllLocks() { m_framebufferReferenceCount = 0; }
+    void disableReferenceCounting() { m_referenceCountingDisabled = true; }
+    void enableReferenceCounting() { m_referenceCountingDisabled = false; }
+    /// For those who watch the counts.
+    unsigned framebufferReferenceCount() const { return m_framebufferReferenceCount; }
+
+    /// The pixels, RGBA with straight alpha, first row of the texture on top; gives back one count, which the caller must
+    /// hold. Empty when there is nothing to read or memory is short. From any thread.
+    CGImage newCGImageFromFramebufferContents();
+
+    /// Bytes of a row of read-back pixels.
+    std::size_t bytesPerRow() const;
+
+private:
+    void generateTexture();
+    void generateFramebuffer();
+    void destroyFramebuffer();
+    CGImage readPixels() const;
+
+    GLuint m_framebuffer = 0;
+    unsigned m_framebufferReferenceCount = 0;
+    bool m_referenceCountingDisabled = false;
+    bool m_missingFramebuffer = false;
+    bool m_ownsTexture = true;
+    GLuint m_texture = 0;
+    CGSize m_size;
+    GPUTextureOptions m_textureOptions;
+};
+
+} // namespace lamina

@@ -1,0 +1,145 @@
+#include "gpu/core/GPUImageOutput.h"
+
+#include "gpu/core/GPUImageContext.h"
+#include "platform/base/UIDevice.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace lamina {
+
+namespace {
+
+UIImageOrientation orientationOf(UIDeviceOrientation device)
+{
+    switch (device) {
+    case UIDeviceOrientation::PortraitUpsideDown:
+        return UIImageOrientation::Down;
+    case UIDeviceOrientation::LandscapeLeft:
+        return UIImageOrientation::Left;
+    case UIDeviceOrientation::LandscapeRight:
+        return UIImageOrientation::Right;
+    default:
+        return UIImageOrientation::Up;
+    }
+}
+
+void freeSlot(GPUImageInput& target, int textureIndex)
+{
+    target.setInputSize({}, textureIndex);
+    target.setInputRotation(kGPUImageNoRotation, textureIndex);
+}
+
+} // namespace
+
+GPUImageOutput::~GPUImageOutput()
+{
+    GPUImageOutput::removeAllTargets();
+}
+
+void GPUImageOutput::setInputFramebufferForTarget(GPUImageInput& target, int textureIndex)
+{
+    target.setInputFramebuffer(framebufferForOutput(), textureIndex);
+}
+
+void GPUImageOutput::notifyTargetsAboutNewOutputTexture()
+{
+    for (const Target& target : m_targets)
+        setInputFramebufferForTarget(*target.input, target.textureIndex);
+}
+
+std::vector<std::shared_ptr<GPUImageInput>> GPUImageOutput::targets() const
+{
+    std::vector<std::shared_ptr<GPUImageInput>> inputs;
+    runSynchronouslyOnVideoProcessingQueue([&] {
+        for (const Target& target : m_targets)
+            inputs.push_back(target.input);
+    });
+    return inputs;
+}
+
+void GPUImageOutput::addTarget(const std::shared_ptr<GPUImageInput>& target)
+{
+    if (!target)
+        return;
+    addTarget(target, target->nextAvailableTextureIndex());
+    if (target->shouldIgnoreUpdatesToThisTarget())
+        setTargetToIgnoreForUpdates(target);
+}
+
+void GPUImageOutput::addTarget(const std::shared_ptr<GPUImageInput>& target, int textureLocation)
+{
+    runSynchronouslyOnVideoProcessingQueue([&] {
+        if (!target || std::ranges::find(m_targets, target, &Target::input) != m_targets.end())
+            return;
+        m_cachedMaximumOutputSize = {};
+        setInputFramebufferForTarget(*target, textureLocation);
+        m_targets.push_back({target, textureLocation});
+        m_allTargetsWantMonochromeData = m_allTargetsWantMonochromeData && target->wantsMonochromeInput();
+    });
+}
+
+void GPUImageOutput::removeTarget(const std::shared_ptr<GPUImageInput>& target)
+{
+    runSynchronouslyOnVideoProcessingQueue([&] {
+        const auto found = std::ranges::find(m_targets, target, &Target::input);
+        if (found == m_targets.end())
+            return;
+        if (isIgnored(*found))
+            m_targetToIgnoreForUpdates.reset();
+        m_cachedMaximumOutputSize = {};
+        const Target removed = std::move(*found);
+        freeSlot(*removed.input, removed.textureIndex);
+        m_targets.erase(found);
+        removed.input->endProcessing();
+    });
+}
+
+void GPUImageOutput::removeAllTargets()
+{
+    m_cachedMaximumOutputSize = {};
+    // What nobody ever connected goes without a hop, and without making the queue.
+    if (m_targets.empty())
+        return;
+    std::vector<Target> removed; // dropped after the hop: the last reference to a target may be here
+    runSynchronouslyOnVideoProcessingQueue([&] {
+        for (const Target& target : m_targets)
+            freeSlot(*target.input, target.textureIndex);
+        removed.swap(m_targets);
+        m_allTargetsWantMonochromeData = true;
+    });
+}
+
+UIImage GPUImageOutput::imageFromCurrentFramebuffer()
+{
+    return imageFromCurrentFramebufferWithOrientation(orientationOf(UIDevice::orientation()));
+}
+
+UIImage GPUImageOutput::imageFromCurrentFramebufferWithOrientation(UIImageOrientation orientation)
+{
+    CGImage image = newCGImageFromCurrentlyProcessedOutput();
+    return image ? UIImage(std::move(image), 1, orientation) : UIImage();
+}
+
+void GPUImageOutput::setAudioEncodingTarget(std::shared_ptr<GPUImageAudioEncodingTarget> target)
+{
+    m_audioEncodingTarget = std::move(target);
+    if (m_audioEncodingTarget && !m_audioEncodingTarget->hasAudioTrack())
+        m_audioEncodingTarget->setHasAudioTrack(true);
+}
+
+void GPUImageOutput::setOutputTextureOptions(const GPUTextureOptions& options)
+{
+    runSynchronouslyOnVideoProcessingQueue([&] {
+        m_outputTextureOptions = options;
+        if (!m_outputFramebuffer || m_outputFramebuffer->texture() == 0 ||
+            !GPUImageContext::useImageProcessingContext())
+            return;
+        glBindTexture(GL_TEXTURE_2D, m_outputFramebuffer->texture());
+        glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_S, static_cast<GLint>(options.wrapS));
+        glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_T, static_cast<GLint>(options.wrapT));
+        glBindTexture(GL_TEXTURE_2D, 0);
+    });
+}
+
+} // namespace lamina

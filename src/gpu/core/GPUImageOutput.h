@@ -1,0 +1,143 @@
+#pragma once
+
+#include "gpu/core/GPUImageInput.h"
+#include "platform/image/UIImage.h"
+
+#include <atomic>
+#include <functional>
+#include <memory>
+#include <vector>
+
+namespace lamina {
+
+/// Whoever encodes the sound of a source: the movie writer.
+class GPUImageAudioEncodingTarget {
+public:
+    virtual ~GPUImageAudioEncodingTarget() = default;
+    virtual bool hasAudioTrack() const = 0;
+    virtual void setHasAudioTrack(bool hasAudioTrack) = 0;
+};
+
+/// Whatever gives frames: still pictures, cameras, movies, filters. It holds its targets, in the order of adding, and so a
+/// graph lives as long as somebody holds its sources. Graphs must have no cycles of targets; nobody checks.
+///
+/// List operations may be called from any thread: they do their work on the video processing queue and wait for it.
+class GPUImageOutput : public std::enable_shared_from_this<GPUImageOutput> {
+public:
+    GPUImageOutput() = default;
+    virtual ~GPUImageOutput();
+    GPUImageOutput(const GPUImageOutput&) = delete;
+    GPUImageOutput& operator=(const GPUImageOutput&) = delete;
+
+    /// Hands the present output to the target's slot, which may take a count on it.
+    void setInputFramebufferForTarget(GPUImageInput& target, int textureIndex);
+    /// The frame being or last produced; null when it has been handed on.
+    virtual std::shared_ptr<GPUImageFramebuffer> framebufferForOutput() const { return m_outputFramebuffer; }
+    /// Forgets it; no count changes.
+    virtual void removeOutputFramebuffer() { m_outputFramebuffer.reset(); }
+    void notifyTargetsAboutNewOutputTexture();
+
+    /// A copy of the list.
+    virtual std::vector<std::shared_ptr<GPUImageInput>> targets() const;
+    /// In the target's next free slot. A target that stands in the list already is not added again. One that wants no
+    /// updates becomes the `targetToIgnoreForUpdates`.
+    void addTarget(const std::shared_ptr<GPUImageInput>& target);
+    virtual void addTarget(const std::shared_ptr<GPUImageInput>& target, int textureLocation);
+    /// Frees the target's slot and tells it that its source has ended. Nothing for one that is not in the list.
+    virtual void removeTarget(const std::shared_ptr<GPUImageInput>& target);
+    /// Frees the slots, but tells nobody that it has ended.
+    virtual void removeAllTargets();
+
+    /// Nothing here; filters and sources say what it does to them.
+    virtual void forceProcessingAtSize(CGSize) {}
+    virtual void forceProcessingAtSizeRespectingAspectRatio(CGSize) {}
+
+    /// Asks that the next frame be kept for `newCGImageFromCurrentlyProcessedOutput`. Nothing here.
+    virtual void useNextFrameForImageCapture() {}
+    /// The kept frame's pixels. None here.
+    virtual CGImage newCGImageFromCurrentlyProcessedOutput() { return {}; }
+    virtual bool providesMonochromeOutput() const { return false; }
+
+    /// The kept frame as a picture of scale 1, tagged by how the device is held, or with a tag of one's own. Empty when no
+    /// frame comes in time.
+    UIImage imageFromCurrentFramebuffer();
+    UIImage imageFromCurrentFramebufferWithOrientation(UIImageOrientation orientation);
+
+    /// This filter as a function of pictures: pushes a still picture through it and waits for what comes out, at most three
+    /// seconds. Stored pixels go through as they are; the picture's scale and orientation are carried around the work as
+    /// tags. Opaque and straight-alpha pictures of 8 bits RGBA go up without being drawn; see `GPUImagePicture` for the
+    /// others. What comes out has straight alpha. Empty when there is no context, no program, or a slot stays empty.
+    ///
+    /// From any thread, but for one filter one call at a time. Link lamina::gpu (these three live beside the still picture).
+    CGImage newCGImageByFilteringCGImage(const CGImage& image);
+    CGImage newCGImageByFilteringImage(const UIImage& image) { return newCGImageByFilteringCGImage(image.cgImage()); }
+    UIImage imageByFilteringImage(const UIImage& image);
+
+    /// Switches the writer's sound track on.
+    void setAudioEncodingTarget(std::shared_ptr<GPUImageAudioEncodingTarget> target);
+    const std::shared_ptr<GPUImageAudioEncodingTarget>& audioEncodingTarget() const { return m_audioEncodingTarget; }
+
+    /// In force from the next fetch of a framebuffer; of the present output only the wrapping changes.
+    void setOutputTextureOptions(const GPUTextureOptions& options);
+    const GPUTextureOptions& outputTextureOptions() const { return m_outputTextureOptions; }
+
+    /// Sources: make mipmaps.
+    bool shouldSmoothlyScaleOutput() const { return m_shouldSmoothlyScaleOutput; }
+    void setShouldSmoothlyScaleOutput(bool smoothly) { m_shouldSmoothlyScaleOutput = smoothly; }
+    /// As a target: sources don't push to it.
+    virtual bool shouldIgnoreUpdatesToThisTarget() const { return m_shouldIgnoreUpdatesToThisTarget; }
+    void setShouldIgnoreUpdatesToThisTarget(bool ignore) { m_shouldIgnoreUpdatesToThisTarget = ignore; }
+    /// True at first. Producers that say so skip targets that are not enabled.
+    virtual bool enabled() const { return m_enabled; }
+    void setEnabled(bool enabled) { m_enabled = enabled; }
+
+    /// Not held. It stays in the list but gets no frames.
+    std::shared_ptr<GPUImageInput> targetToIgnoreForUpdates() const { return m_targetToIgnoreForUpdates.lock(); }
+    virtual void setTargetToIgnoreForUpdates(const std::shared_ptr<GPUImageInput>& target)
+    {
+        m_targetToIgnoreForUpdates = target;
+    }
+
+    /// Called on the queue when a frame has been drawn, before the targets have it. Set it before frames flow.
+    using FrameProcessingCompletionBlock = std::function<void(GPUImageOutput& output, const CMTime& frameTime)>;
+    virtual FrameProcessingCompletionBlock frameProcessingCompletionBlock() const
+    {
+        return m_frameProcessingCompletionBlock;
+    }
+    virtual void setFrameProcessingCompletionBlock(FrameProcessingCompletionBlock block)
+    {
+        m_frameProcessingCompletionBlock = std::move(block);
+    }
+
+    /// Whether all targets would do with one channel.
+    bool allTargetsWantMonochromeData() const { return m_allTargetsWantMonochromeData; }
+
+protected:
+    struct Target {
+        std::shared_ptr<GPUImageInput> input;
+        int textureIndex;
+    };
+    /// In the order of adding. On the queue.
+    const std::vector<Target>& targetList() const { return m_targets; }
+    bool isIgnored(const Target& target) const { return target.input == m_targetToIgnoreForUpdates.lock(); }
+
+    std::shared_ptr<GPUImageFramebuffer> m_outputFramebuffer;
+    CGSize m_inputTextureSize;        ///< of the input or, if forced, of the output
+    CGSize m_cachedMaximumOutputSize; ///< cleared whenever the list changes
+    CGSize m_forcedMaximumSize;
+    bool m_overrideInputSize = false;
+    std::atomic<bool> m_usingNextFrameForImageCapture{false};
+
+private:
+    std::vector<Target> m_targets;
+    bool m_allTargetsWantMonochromeData = true;
+    bool m_shouldSmoothlyScaleOutput = false;
+    bool m_shouldIgnoreUpdatesToThisTarget = false;
+    bool m_enabled = true;
+    std::shared_ptr<GPUImageAudioEncodingTarget> m_audioEncodingTarget;
+    std::weak_ptr<GPUImageInput> m_targetToIgnoreForUpdates;
+    FrameProcessingCompletionBlock m_frameProcessingCompletionBlock;
+    GPUTextureOptions m_outputTextureOptions;
+};
+
+} // namespace lamina

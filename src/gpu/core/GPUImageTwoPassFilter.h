@@ -1,0 +1,43 @@
+#pragma once
+
+#include "gpu/core/GPUImageFilter.h"
+
+namespace lamina {
+
+/// Draws twice: the input through the first pair of shaders, what came out through the second. The input's rotation acts in
+/// the first pass; the second clears to opaque black whatever the background colour. Only the second output is kept and
+/// handed on; the first goes back to the pool at once, so a chain of passes holds two framebuffers of a size.
+class GPUImageTwoPassFilter : public GPUImageFilter {
+public:
+    GPUImageTwoPassFilter(const std::string& firstStageVertexShader, const std::string& firstStageFragmentShader,
+                          const std::string& secondStageVertexShader, const std::string& secondStageFragmentShader);
+    GPUImageTwoPassFilter(const std::string& firstStageFragmentShader, const std::string& secondStageFragmentShader);
+
+    std::shared_ptr<GPUImageFramebuffer> framebufferForOutput() const override { return m_secondOutputFramebuffer; }
+    void removeOutputFramebuffer() override { m_secondOutputFramebuffer.reset(); }
+    void renderToTextureWithVertices(const QuadCoordinates& vertices,
+                                     const QuadCoordinates& textureCoordinates) override;
+    /// 0: the first program's values, any other index: the second's.
+    void setUniformsForProgramAtIndex(int programIndex) override;
+
+    bool canRender() const override { return GPUImageFilter::canRender() && m_secondFilterProgram != nullptr; }
+
+protected:
+    const std::shared_ptr<UniformState>& uniformStateFor(const std::shared_ptr<GLProgram>& program) const override;
+    /// As `uniformIndex` for the second program.
+    GLint secondUniformIndex(const char* name) const;
+    /// As `buildFilterProgram` for the second program.
+    void buildSecondFilterProgram(const std::string& vertexShader, const std::string& fragmentShader);
+
+    std::shared_ptr<GPUImageFramebuffer> m_secondOutputFramebuffer;
+    std::shared_ptr<GLProgram> m_secondFilterProgram;
+    GLuint m_secondFilterPositionAttribute = 0;
+    GLuint m_secondFilterTextureCoordinateAttribute = 0;
+    GLint m_secondFilterInputTextureUniform = -1;
+    GLint m_secondFilterInputTextureUniform2 = -1;
+
+private:
+    std::shared_ptr<UniformState> m_secondUniformState = std::make_shared<UniformState>();
+};
+
+} // namespace lamina

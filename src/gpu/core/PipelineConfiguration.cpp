@@ -1,0 +1,91 @@
+#include "gpu/core/GPUImageFilterPipeline.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <nlohmann/json.hpp>
+
+namespace lamina {
+
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+/// A configuration names a handful of filters; more than this is not one.
+constexpr std::size_t kMostBytes = std::size_t{1} << 20;
+
+bool readValues(const Json& json, std::vector<std::string>& values)
+{
+    const auto take = [&](const Json& value) {
+        if (value.is_string())
+            values.push_back(value.get<std::string>());
+        return value.is_string();
+    };
+    if (!json.is_array())
+        return take(json);
+    return std::all_of(json.begin(), json.end(), take);
+}
+
+std::string whyNot(const std::string& path)
+{
+    std::error_code ignored;
+    const auto status = std::filesystem::status(path, ignored);
+    if (!std::filesystem::exists(status))
+        return "there is no such file";
+    return std::filesystem::is_directory(status) ? "is a folder" : "can't be read";
+}
+
+/// Empty: it was understood.
+std::string readFilter(const Json& json, PipelineConfiguration::Filter& filter)
+{
+    if (!json.is_object() || !json.contains("FilterName") || !json["FilterName"].is_string())
+        return "has no \"FilterName\"";
+    filter.filterName = json["FilterName"].get<std::string>();
+    if (!json.contains("Attributes"))
+        return {};
+    if (!json["Attributes"].is_object())
+        return "\"Attributes\" is not an object";
+    for (const auto& [selector, value] : json["Attributes"].items()) {
+        PipelineConfiguration::Attribute& attribute = filter.attributes.emplace_back();
+        attribute.selector = selector;
+        if (!readValues(value, attribute.values) || (value.is_array() && !selector.ends_with(':')))
+            return "the value of \"" + selector + "\" is not a text";
+    }
+    return {};
+}
+
+} // namespace
+
+Result<PipelineConfiguration> PipelineConfiguration::fromJson(const std::string& text, const std::string& name)
+{
+    const Json json = Json::parse(text, nullptr, false);
+    if (json.is_discarded())
+        return Error{name, "is not JSON"};
+    if (!json.is_object() || !json.contains("Filters") || !json["Filters"].is_array())
+        return Error{name, "has no list \"Filters\""};
+    PipelineConfiguration configuration;
+    for (const Json& entry : json["Filters"]) {
+        Filter filter;
+        const std::string fault = readFilter(entry, filter);
+        if (!fault.empty())
+            return Error{name, "filter " + std::to_string(configuration.filters.size() + 1) + ": " + fault};
+        configuration.filters.push_back(std::move(filter));
+    }
+    return configuration;
+}
+
+Result<PipelineConfiguration> PipelineConfiguration::fromFile(const std::string& path)
+{
+    std::ifstream file(path, std::ios::binary);
+    std::string text;
+    if (file) {
+        text.resize(kMostBytes + 1);
+        file.read(text.data(), static_cast<std::streamsize>(text.size()));
+        text.resize(static_cast<std::size_t>(file.gcount()));
+    }
+    if (!file.eof() || file.bad())
+        return Error{path, text.size() > kMostBytes ? "is too large for a pipeline" : whyNot(path)};
+    return fromJson(text, path);
+}
+
+} // namespace lamina

@@ -1,0 +1,12 @@
+#pragma once
+
+#include "gpu/core/FilterRegistry.h"
+
+namespace lamina {
+
+/// The registry that starts with every filter of the house. A program adds filters of its own before it uses it:
+///
+///   filterCatalogue().add(filterDescription<MyFilter>("MyFilter", "colour", 1, "Turns red into blue", {...}));
+FilterRegistry& filterCatalogue();
+
+} // namespace lamina

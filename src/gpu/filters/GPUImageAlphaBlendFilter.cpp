@@ -1,0 +1,46 @@
+#include "gpu/filters/GPUImageAlphaBlendFilter.h"
+
+namespace lamina {
+
+namespace {
+
+constexpr const char* kAlphaBlendFragmentShader = R"(
+precision highp float;
+
+varying vec2 textureCoordinate;
+varying vec2 textureCoordinate2;
+uniform sampler2D inputImageTexture;
+uniform sampler2D inputImageTexture2;
+uniform float mixturePercent;
+
+void main()
+{
+    vec4 base = texture2D(inputImageTexture, textureCoordinate);
+    vec4 overlay = texture2D(inputImageTexture2, textureCoordinate2);
+    gl_FragColor = vec4(mix(base.rgb, overlay.rgb, overlay.a * mixturePercent), base.a);
+}
+)";
+
+} // namespace
+
+GPUImageAlphaBlendFilter::GPUImageAlphaBlendFilter()
+    : GPUImageTwoInputFilter(kAlphaBlendFragmentShader)
+    , m_mixUniform(uniformIndex("mixturePercent"))
+{
+    setMix(0.5F);
+}
+
+FilterDescription GPUImageAlphaBlendFilter::describe()
+{
+    return filterDescription<GPUImageAlphaBlendFilter>(
+        "GPUImageAlphaBlendFilter", "blend", 2, "Lays the second picture over the first by its alpha",
+        {filterProperty("mix", &GPUImageAlphaBlendFilter::setMix, 0.5F, {0, 1}, "", "Share of the second picture")});
+}
+
+void GPUImageAlphaBlendFilter::setMix(float mix)
+{
+    m_mix = mix;
+    setFloat(mix, m_mixUniform, m_filterProgram);
+}
+
+} // namespace lamina

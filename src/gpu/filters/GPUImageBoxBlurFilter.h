@@ -1,0 +1,28 @@
+#pragma once
+
+#include "gpu/filters/GPUImageGaussianBlurFilter.h"
+
+namespace lamina {
+
+/// Blurs with a box: every pixel of the square around has the same weight.
+///
+///   out(p) = sum over |i| <= n of in(p + i * step) / (2 n + 1)   downwards, then the same across
+///
+/// n is `blurRadiusInPixels`: 4 at first, whole pixels, at most 62. All else is as in `GPUImageGaussianBlurFilter`.
+class GPUImageBoxBlurFilter : public GPUImageGaussianBlurFilter {
+public:
+    static FilterDescription describe();
+
+    GPUImageBoxBlurFilter();
+
+    /// As those of the base, with equal weights; `sigma` plays no part.
+    static std::string vertexShaderForStandardBlurOfRadius(unsigned blurRadius, double sigma);
+    static std::string fragmentShaderForStandardBlurOfRadius(unsigned blurRadius, double sigma);
+    static std::string vertexShaderForOptimizedBlurOfRadius(unsigned blurRadius, double sigma);
+    static std::string fragmentShaderForOptimizedBlurOfRadius(unsigned blurRadius, double sigma);
+
+protected:
+    BlurWeights weightsForRadius(double pixels) const override;
+};
+
+} // namespace lamina

@@ -1,0 +1,23 @@
+#include "gpu/filters/GPUImageMonochromeFilter.h"
+
+namespace lamina {
+
+namespace {
+
+constexpr float kIntensity = 1;
+constexpr GPUVector4 kColor{0.6F, 0.45F, 0.3F, 1};
+
+} // namespace
+
+GPUImageMonochromeFilter::GPUImageMonochromeFilter()
+    : LuminanceTintFilter(ColorOrder::RedGreenBlue, kIntensity, kColor)
+{
+}
+
+FilterDescription GPUImageMonochromeFilter::describe()
+{
+    return describeTint<GPUImageMonochromeFilter>("GPUImageMonochromeFilter", "A picture in the shades of one colour",
+                                                  kIntensity, kColor);
+}
+
+} // namespace lamina

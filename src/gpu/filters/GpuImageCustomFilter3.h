@@ -1,0 +1,15 @@
+#pragma once
+
+#include "gpu/filters/PosterizedEdgesFilter.h"
+
+namespace lamina {
+
+/// A poster: few shades, and black only along hard edges (`threshold` 1 at first).
+class GpuImageCustomFilter3 : public PosterizedEdgesFilter {
+public:
+    static FilterDescription describe();
+
+    GpuImageCustomFilter3();
+};
+
+} // namespace lamina

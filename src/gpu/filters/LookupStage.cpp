@@ -1,0 +1,19 @@
+#include "gpu/filters/LookupStage.h"
+
+#include "gpu/filters/LookupTables.h"
+
+namespace lamina {
+
+LookupStage LookupStage::make(std::string_view tableFileName)
+{
+    LookupStage stage{std::make_shared<GPUImagePicture>(lookupTable(tableFileName)),
+                      std::make_shared<GPUImageLookupFilter>()};
+    // By name: whatever place the driver gave the uniform, a person is to see the look.
+    stage.filter->setFloat(1.0F, "intensity");
+    stage.filter->disableSecondFrameCheck();
+    stage.lookupImageSource->addTarget(stage.filter, 1);
+    stage.lookupImageSource->processImage();
+    return stage;
+}
+
+} // namespace lamina

@@ -1,0 +1,58 @@
+#include "gpu/filters/LuminanceTintFilter.h"
+
+namespace lamina {
+
+namespace {
+
+constexpr const char* kLuminanceTintFragmentShader = R"(
+precision lowp float;
+
+varying highp vec2 textureCoordinate;
+uniform sampler2D inputImageTexture;
+uniform float intensity;
+uniform vec3 filterColor;
+
+const mediump vec3 luminanceWeighting = vec3(0.2125, 0.7154, 0.0721);
+
+void main()
+{
+    vec4 color = texture2D(inputImageTexture, textureCoordinate);
+    mediump float luminance = dot(color.rgb, luminanceWeighting);
+    mediump vec3 tint = luminance < 0.5 ? 2.0 * luminance * filterColor
+                                        : 1.0 - 2.0 * (1.0 - luminance) * (1.0 - filterColor);
+    gl_FragColor = vec4(mix(color.rgb, tint, intensity), color.a);
+}
+)";
+
+} // namespace
+
+LuminanceTintFilter::LuminanceTintFilter(ColorOrder order, float intensity, const GPUVector4& color)
+    : GPUImageFilter(kLuminanceTintFragmentShader)
+    , m_order(order)
+    , m_intensityUniform(uniformIndex("intensity"))
+    , m_filterColorUniform(uniformIndex("filterColor"))
+{
+    setIntensity(intensity);
+    setColor(color);
+}
+
+void LuminanceTintFilter::setIntensity(float intensity)
+{
+    m_intensity = intensity;
+    setFloat(intensity, m_intensityUniform, m_filterProgram);
+}
+
+void LuminanceTintFilter::setColor(const GPUVector4& color)
+{
+    m_color = color;
+    setColorRed(color.one, color.two, color.three);
+}
+
+void LuminanceTintFilter::setColorRed(float red, float green, float blue)
+{
+    const GPUVector3 sent =
+        m_order == ColorOrder::RedGreenBlue ? GPUVector3{red, green, blue} : GPUVector3{green, red, blue};
+    setVec3(sent, m_filterColorUniform, m_filterProgram);
+}
+
+} // namespace lamina

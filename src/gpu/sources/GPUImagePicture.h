@@ -1,0 +1,78 @@
+#pragma once
+
+#include "gpu/core/GPUImageFilter.h"
+#include "platform/base/DispatchSemaphore.h"
+#include "platform/image/UIImage.h"
+
+#include <atomic>
+#include <cstdint>
+#include <functional>
+#include <span>
+#include <string>
+
+namespace lamina {
+
+/// How a still picture becomes a texture.
+struct PictureUpload {
+    /// Mipmaps, for pictures that are drawn much smaller: the texture is the picture stretched to powers of two.
+    bool smoothlyScaleOutput = false;
+    /// Divides colours by alpha where what goes up is premultiplied.
+    bool removePremultiplication = false;
+};
+
+/// A still picture as a source: uploaded once, pushed as often as it is asked.
+///
+/// Pictures of four bytes a pixel without padding go up as they are: straight or premultiplied RGBA, and BGRA in 32-bit
+/// little order. All others, and those over the texture limit, are drawn anew first, which premultiplies them. Nothing is
+/// converted on the GPU: filters see the values as they went up. The orientation of a UIImage is dropped.
+///
+/// Construction uploads, on the video processing queue, and waits. Pushes run there too, without waiting. The target list may
+/// change at any time. An empty picture goes on with the zero size.
+class GPUImagePicture : public GPUImageOutput {
+public:
+    explicit GPUImagePicture(const CGImage& image, PictureUpload upload = {});
+    explicit GPUImagePicture(const UIImage& image, PictureUpload upload = {});
+    /// From a file, or the bytes of one. A picture that can't be read is an empty one, and logged.
+    static std::shared_ptr<GPUImagePicture> makeWithURL(const std::string& path);
+    static std::shared_ptr<GPUImagePicture> makeWithData(std::span<const std::uint8_t> bytes);
+    ~GPUImagePicture() override;
+
+    /// Pushes the picture to the targets; at once when called on the queue.
+    void processImage();
+    /// False, and no push, while one is on its way. The handler is called on the queue after the targets.
+    bool processImageWithCompletionHandler(std::function<void()> completion);
+    /// Pushes and hands over what comes out of `filter`, on the queue.
+    void processImageUpToFilter(const std::shared_ptr<GPUImageStage>& filter,
+                                std::function<void(const UIImage& processed)> completion);
+
+    /// What targets are told: the picture's pixels after the fit into the texture limit.
+    CGSize outputImageSize() const { return m_pixelSizeOfImage; }
+
+    /// A picture that has been pushed before hands its frame to the new target at once.
+    using GPUImageOutput::addTarget;
+    void addTarget(const std::shared_ptr<GPUImageInput>& target, int textureLocation) override;
+    /// Also forgets that the picture has been pushed.
+    void removeAllTargets() override;
+
+    /// Puts a picture over a part of the texture, by default at its top left in the picture's own size, else stretched over
+    /// `rect` (pixels, cut to whole ones). A rectangle that does not lie within the texture changes nothing and is logged.
+    /// Waits for the queue.
+    void replaceTextureWithSubimage(const UIImage& image) { replaceTextureWithSubCGImage(image.cgImage()); }
+    void replaceTextureWithSubCGImage(const CGImage& image);
+    void replaceTextureWithSubimage(const UIImage& image, CGRect rect)
+    {
+        replaceTextureWithSubCGImage(image.cgImage(), rect);
+    }
+    void replaceTextureWithSubCGImage(const CGImage& image, CGRect rect);
+
+private:
+    void upload(const CGImage& image, PictureUpload how, CGSize textureSize, bool redraw);
+    void push();
+
+    CGSize m_pixelSizeOfImage;
+    std::atomic<bool> m_hasProcessedImage{false};
+    GLenum m_textureFormat = GL_RGBA; ///< of the storage, which later uploads must keep to
+    DispatchSemaphore m_imageUpdateSemaphore{1};
+};
+
+} // namespace lamina

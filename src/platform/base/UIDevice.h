@@ -1,0 +1,23 @@
+#pragma once
+
+namespace lamina {
+
+/// How the device is held. The values are the platform's.
+enum class UIDeviceOrientation {
+    Unknown = 0,
+    Portrait = 1,
+    PortraitUpsideDown = 2,
+    LandscapeLeft = 3,
+    LandscapeRight = 4,
+    FaceUp = 5,
+    FaceDown = 6,
+};
+
+/// What is known of the device that the process runs on.
+struct UIDevice {
+    /// `Unknown` until somebody who can tell has said it. From any thread.
+    static UIDeviceOrientation orientation();
+    static void setOrientation(UIDeviceOrientation orientation);
+};
+
+} // namespace lamina

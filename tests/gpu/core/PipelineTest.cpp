@@ -1,0 +1,271 @@
+#include "GraphFixture.h"
+#include "gpu/core/FilterRegistry.h"
+#include "gpu/core/GPUImageFilterPipeline.h"
+
+#include <array>
+
+namespace lamina::test {
+namespace {
+
+/// Passes pictures through and remembers what was set.
+class Remembering : public GPUImageFilter {
+public:
+    void setIntensity(float value) { m_told += "intensity " + std::to_string(value) + "; "; }
+    void setCenter(CGPoint value)
+    {
+        m_told += "center " + std::to_string(value.x) + " " + std::to_string(value.y) + "; ";
+    }
+    void setLabel(const std::string& value) { m_told += "label " + value + "; "; }
+    void setColor(std::span<const FilterValue> values)
+    {
+        m_told += "color";
+        for (const FilterValue& value : values)
+            m_told += " " + std::to_string(std::get<float>(value));
+        m_told += "; ";
+    }
+    const std::string& told() const { return m_told; }
+
+private:
+    std::string m_told;
+};
+
+FilterRegistry registry()
+{
+    FilterRegistry registry;
+    registry.add(filterDescription<Remembering>(
+        "Remembering", "effect", 1, "Remembers",
+        {filterProperty("intensity", &Remembering::setIntensity, 1.0F, {0, 1}, "", ""),
+         filterProperty("center", &Remembering::setCenter, CGPoint{}, {0, 1}, "", ""),
+         filterProperty("label", &Remembering::setLabel, std::string(), {}, "", "")},
+        {{"setColorRed:green:blue:", {0.0F, 0.0F, 0.0F}, [](GPUImageStage& stage, std::span<const FilterValue> values) {
+              dynamic_cast<Remembering&>(stage).setColor(values);
+          }}}));
+    registry.add(filterDescription<GPUImageFilter>("Plain", "effect", 1, "Passes pictures through"));
+    return registry;
+}
+
+class PipelineTest : public GraphFixture {
+protected:
+    Result<std::unique_ptr<GPUImageFilterPipeline>> make(const std::string& json)
+    {
+        const auto configuration = PipelineConfiguration::fromJson(json, "chain.json");
+        if (!configuration)
+            return configuration.error();
+        return GPUImageFilterPipeline::makeWithConfiguration(*configuration, registry(), m_source, m_end);
+    }
+    /// The frames that reach the end for one push.
+    std::size_t framesOfAPush()
+    {
+        m_end->forget();
+        m_source->push({3, 2}, {1, 2, 3, 4}, second(1));
+        return m_end->frames().size();
+    }
+
+    std::shared_ptr<FrameSource> m_source = std::make_shared<FrameSource>();
+    std::shared_ptr<CountingConsumer> m_end = std::make_shared<CountingConsumer>();
+};
+
+using testing::ElementsAre;
+using Stages = std::vector<std::shared_ptr<GPUImageInput>>;
+
+TEST_F(PipelineTest, AConfigurationMakesFiltersAndSetsThem)
+{
+    const auto pipeline = make(R"json({"Filters": [
+        {"FilterName": "Plain"},
+        {"FilterName": "Remembering", "Attributes": {
+            "setIntensity:": "float(0.25)",
+            "setCenter:": "CGPoint(0.5, -2)",
+            "setLabel:": "NSString(some text)",
+            "setColorRed:green:blue:": ["float(1)", "float(2)", "float(3)"]}},
+        {"FilterName": "Remembering", "Attributes": {}}]})json");
+    ASSERT_TRUE(pipeline.ok()) << pipeline.error().subject << ": " << pipeline.error().cause;
+    const auto& filters = (*pipeline)->filters();
+    ASSERT_EQ(filters.size(), 3U);
+    const auto& told = dynamic_cast<const Remembering&>(*filters[1]).told();
+    for (const char* setting : {"intensity 0.250000; ", "center 0.500000 -2.000000; ", "label some text; ",
+                                "color 1.000000 2.000000 3.000000; "})
+        EXPECT_THAT(told, testing::HasSubstr(setting));
+    EXPECT_EQ(dynamic_cast<const Remembering&>(*filters[2]).told(), "");
+    EXPECT_THAT(m_source->targets(), ElementsAre(filters[0]));
+    EXPECT_THAT(filters[0]->targets(), ElementsAre(filters[1]));
+    EXPECT_THAT(filters[2]->targets(), ElementsAre(m_end));
+    EXPECT_EQ(framesOfAPush(), 1U);
+}
+
+TEST_F(PipelineTest, BadConfigurationsSayWhatIsNotUnderstoodAndConnectNothing)
+{
+    const auto remembering = [](const std::string& attributes) {
+        return R"json({"Filters": [{"FilterName": "Remembering", "Attributes": {)json" + attributes + "}}]}";
+    };
+    struct Case {
+        std::string json;
+        const char* named;
+    };
+    std::vector<Case> cases{
+        {"", ""},
+        {"{", ""},
+        {"[]", ""},
+        {"{}", "Filters"},
+        {R"json({"Filters": 7})json", "Filters"},
+        {R"json({"Filters": ["Plain"]})json", ""},
+        {R"json({"Filters": [{}]})json", "FilterName"},
+        {R"json({"Filters": [{"FilterName": 3}]})json", "FilterName"},
+        {R"json({"Filters": [{"FilterName": "Plane"}]})json", "Plane"},
+        {R"json({"Filters": [{"FilterName": "Plain", "Attributes": []}]})json", ""},
+    };
+    for (const Case& bad : std::array{
+             Case{R"json("setRadius:": "float(1)")json", "setRadius:"},
+             Case{R"json("setIntensity:": 1)json", ""},
+             Case{R"json("setIntensity:": "double(1)")json", "double(1)"},
+             Case{R"json("setIntensity:": "float")json", "float"},
+             Case{R"json("setIntensity:": "float()")json", "float()"},
+             Case{R"json("setIntensity:": "float(much)")json", "much"},
+             Case{R"json("setIntensity:": "CGPoint(1, 2)")json", "setIntensity:"},
+             Case{R"json("setIntensity:": ["float(1)", "float(2)"])json", "setIntensity:"},
+             Case{R"json("setCenter:": "CGPoint(1)")json", "CGPoint(1)"},
+             Case{R"json("setColorRed:green:blue:": ["float(1)"])json", "setColorRed:green:blue:"},
+             Case{R"json("setColorRed:green:blue:": ["float(1)", "float(2)", "NSString(3)"])json",
+                  "setColorRed:green:blue:"},
+         })
+        cases.push_back({remembering(bad.json), bad.named});
+    for (const auto& [json, named] : cases) {
+        const auto pipeline = make(json);
+        ASSERT_FALSE(pipeline.ok()) << json;
+        const std::string told = pipeline.error().subject + ": " + pipeline.error().cause;
+        EXPECT_THAT(told, testing::HasSubstr(named)) << json;
+        EXPECT_FALSE(pipeline.error().cause.empty());
+        EXPECT_TRUE(m_source->targets().empty());
+    }
+}
+
+TEST_F(PipelineTest, ConfigurationsComeFromFiles)
+{
+    const TemporaryFolder folder;
+    writeFile(folder.path("chain.json"), R"json({"Filters": [{"FilterName": "Plain"}]})json");
+    const auto load = [&](const char* name) {
+        return GPUImageFilterPipeline::makeWithConfigurationFile(folder.path(name), registry(), m_source, m_end);
+    };
+    const auto pipeline = load("chain.json");
+    ASSERT_TRUE(pipeline.ok());
+    EXPECT_EQ((*pipeline)->filters().size(), 1U);
+    const auto missing = load("missing.json");
+    ASSERT_FALSE(missing.ok());
+    EXPECT_THAT(missing.error().subject, testing::HasSubstr("missing.json"));
+}
+
+TEST_F(PipelineTest, EveryChangeOfTheListConnectsAnew)
+{
+    const auto a = std::make_shared<GPUImageFilter>();
+    const auto b = std::make_shared<GPUImageFilter>();
+    const auto c = std::make_shared<GPUImageFilter>();
+    GPUImageFilterPipeline pipeline({a}, m_source, m_end);
+    const auto expectChain = [&](const std::vector<std::shared_ptr<GPUImageFilter>>& chain) {
+        ASSERT_EQ(pipeline.filters().size(), chain.size());
+        std::shared_ptr<GPUImageOutput> stage = m_source;
+        for (std::size_t i = 0; i < chain.size(); ++i) {
+            EXPECT_EQ(pipeline.filters()[i], chain[i]);
+            EXPECT_EQ(stage->targets(), Stages{chain[i]});
+            stage = chain[i];
+        }
+        EXPECT_EQ(stage->targets(), Stages{m_end});
+        EXPECT_EQ(framesOfAPush(), 1U);
+    };
+    expectChain({a});
+    pipeline.addFilter(c);
+    expectChain({a, c});
+    pipeline.addFilter(b, 1);
+    expectChain({a, b, c});
+    pipeline.replaceFilterAtIndex(3, c);
+    pipeline.removeFilterAtIndex(3);
+    pipeline.removeFilter(std::make_shared<GPUImageFilter>());
+    pipeline.addFilter(std::make_shared<GPUImageFilter>(), 9);
+    expectChain({a, b, c});
+    pipeline.removeFilterAtIndex(0);
+    expectChain({b, c});
+    pipeline.replaceFilterAtIndex(1, a);
+    expectChain({b, a});
+    pipeline.removeFilter(b);
+    expectChain({a});
+    pipeline.replaceAllFilters({c, b});
+    expectChain({c, b});
+    pipeline.removeAllFilters();
+    expectChain({});
+    EXPECT_FALSE(pipeline.currentFilteredFrame());
+    EXPECT_FALSE(pipeline.newCGImageFromCurrentFilteredFrame());
+}
+
+TEST_F(PipelineTest, GivesTheLastFiltersFrame)
+{
+    const auto last = std::make_shared<GPUImageFilter>();
+    GPUImageFilterPipeline pipeline({std::make_shared<GPUImageFilter>(), last}, m_source, nullptr);
+    last->useNextFrameForImageCapture();
+    m_source->push({3, 2}, {1, 2, 3, 255}, second(1));
+    const UIImage frame = pipeline.currentFilteredFrameWithOrientation(UIImageOrientation::Right);
+    EXPECT_TRUE(samePixels(frame.cgImage(), plainPicture(3, 2, {1, 2, 3, 255})));
+    EXPECT_EQ(frame.imageOrientation(), UIImageOrientation::Right);
+}
+
+TEST(FilterValueTest, TextsAndValuesAgree)
+{
+    const std::vector<std::pair<std::string, FilterValue>> values{
+        {"0.1", 0.1F},
+        {"-3", -3},
+        {"1", true},
+        {"0.5,-2", CGPoint{0.5, -2}},
+        {"640x480", CGSize{640, 480}},
+        {"1,0.5,0", GPUVector3{1, 0.5F, 0}},
+        {"1,2,3,4", GPUVector4{1, 2, 3, 4}},
+        {"1,2,3;4,5,6;7,8,9", GPUMatrix3x3{{1, 2, 3}, {4, 5, 6}, {7, 8, 9}}},
+        {"1,0,0,0;0,1,0,0;0,0,1,0;0,0,0,1", GPUMatrix4x4::identity()},
+        {"any; text, at all", std::string("any; text, at all")},
+    };
+    for (const auto& [text, value] : values) {
+        EXPECT_EQ(formatFilterValue(value), text);
+        const auto parsed = parseFilterValue(text, value);
+        ASSERT_TRUE(parsed.ok()) << text;
+        EXPECT_TRUE(*parsed == value) << text;
+    }
+    const std::vector<std::pair<std::string, FilterValue>> wrong{
+        {"", 1.0F},
+        {"1 ", 1.0F},
+        {"nan", 1.0F},
+        {"inf", 1.0F},
+        {"1e99", 1.0F},
+        {"1,5", 1.0F},
+        {"0x10", 1.0F},
+        {"1.5", 1},
+        {"99999999999", 1},
+        {"true", true},
+        {"1", CGPoint{}},
+        {"1,2,3", CGPoint{}},
+        {"1,2", CGSize{}},
+        {"1x", CGSize{}},
+        {"1,2", GPUVector3{}},
+        {"1,2,3", GPUVector4{}},
+        {"1,2,3;4,5,6", GPUMatrix3x3{}},
+    };
+    for (const auto& [text, like] : wrong) {
+        const auto parsed = parseFilterValue(text, like);
+        ASSERT_FALSE(parsed.ok()) << text << " as " << filterValueTypeName(like);
+        EXPECT_EQ(parsed.error().subject, text);
+        EXPECT_FALSE(parsed.error().cause.empty());
+    }
+}
+
+TEST_F(PipelineTest, SettingsOfOtherNamesOrTypesAreRefused)
+{
+    const FilterRegistry all = registry();
+    const FilterDescription& description = *all.find("Remembering");
+    const auto good = makeFilter(description, {{"intensity", 0.5F}, {"label", std::string("x")}});
+    ASSERT_TRUE(good.ok());
+    EXPECT_EQ(dynamic_cast<const Remembering&>(**good).told(), "intensity 0.500000; label x; ");
+    const auto unknown = makeFilter(description, {{"radius", 1.0F}});
+    ASSERT_FALSE(unknown.ok());
+    EXPECT_EQ(unknown.error().subject, "radius");
+    EXPECT_FALSE(makeFilter(description, {{"intensity", 1}}).ok());
+    EXPECT_EQ(all.find("Remember"), nullptr);
+    EXPECT_EQ(all.all().size(), 2U);
+}
+
+} // namespace
+} // namespace lamina::test

@@ -1,0 +1,146 @@
+#include "GLCalls.h"
+#include "GraphFixture.h"
+#include "gpu/core/GPUImageTwoPassTextureSamplingFilter.h"
+
+namespace lamina::test {
+namespace {
+
+class TwoPassTest : public GraphFixture {
+protected:
+    std::shared_ptr<FrameSource> m_source = std::make_shared<FrameSource>();
+};
+
+TEST_F(TwoPassTest, ClearsToTheBackgroundFirstAndToOpaqueBlackThen)
+{
+    const auto filter = std::make_shared<GPUImageTwoPassFilter>(
+        R"(varying highp vec2 textureCoordinate;
+           void main() { if (textureCoordinate.x < 0.5) discard; gl_FragColor = vec4(0.0, 1.0, 0.0, 0.4); })",
+        R"(varying highp vec2 textureCoordinate; uniform sampler2D inputImageTexture;
+           void main() { if (textureCoordinate.y < 0.5) discard;
+                         gl_FragColor = texture2D(inputImageTexture, textureCoordinate); })");
+    filter->setBackgroundColor(1, 0, 0, 0.2F);
+    EXPECT_TRUE(
+        samePixels(filter->newCGImageByFilteringCGImage(plainPicture(2, 2, {})), makePicture(2, 2, [](int x, int y) {
+                       if (y == 0)
+                           return Rgba{0, 0, 0, 255};
+                       return x == 0 ? Rgba{255, 0, 0, 51} : Rgba{0, 255, 0, 102};
+                   })));
+}
+
+TEST_F(TwoPassTest, ValuesOfEqualLocationsStayWithTheirPass)
+{
+    /// The same uniform, and so the same location, in both programs.
+    struct TwoFactors : GPUImageTwoPassFilter {
+        TwoFactors(const std::string& first, const std::string& second)
+            : GPUImageTwoPassFilter(first, second)
+        {
+            setFloat(0.5F, secondUniformIndex("factor"), m_secondFilterProgram);
+            setFloat(0.8F, uniformIndex("factor"), m_filterProgram);
+        }
+    };
+    const auto shader = [](const char* channel) {
+        return std::string(
+                   "precision highp float; varying vec2 textureCoordinate; uniform sampler2D inputImageTexture;"
+                   "uniform float factor; void main() { vec4 c = texture2D(inputImageTexture, textureCoordinate);") +
+               "c." + channel + " *= factor; gl_FragColor = c; }";
+    };
+    const auto filter = std::make_shared<TwoFactors>(shader("r"), shader("g"));
+    m_source->addTarget(filter);
+    const auto consumer = consumerOf(*filter);
+    consumer->keepPixels(true);
+    for (int i = 0; i < 2; ++i) {
+        m_source->push({2, 2}, {100, 100, 100, 255}, second(i));
+        EXPECT_TRUE(samePixels(consumer->last().pixels, plainPicture(2, 2, {80, 50, 100, 255})));
+    }
+}
+
+TEST_F(TwoPassTest, EitherShaderFailingLeavesNoPicture)
+{
+    const std::string good = kGPUImagePassthroughFragmentShaderString;
+    for (const bool firstFails : {true, false}) {
+        LogCapture log;
+        const std::string bad = "void main() { gl_FragColor = nonsense; }";
+        const auto filter = std::make_shared<GPUImageTwoPassFilter>(firstFails ? bad : good, firstFails ? good : bad);
+        EXPECT_FALSE(filter->canRender());
+        EXPECT_THAT(log.text(), testing::HasSubstr("Program link log: "));
+        EXPECT_FALSE(filter->newCGImageByFilteringCGImage(plainPicture(2, 2, {})));
+        m_source->addTarget(filter);
+        m_source->push({2, 2}, {}, second(1));
+        m_source->removeAllTargets();
+    }
+    EXPECT_EQ(idleFramebuffers(), GPUImageFramebufferCache::livingCount()) << "counts are given back all the same";
+}
+
+TEST_F(TwoPassTest, AChainOfPassesHoldsTwoFramebuffersOfASize)
+{
+    constexpr int kFilters = 4;
+    std::vector<std::shared_ptr<GPUImageFilter>> chain;
+    for (int i = 0; i < kFilters; ++i) {
+        if (i % 2 == 0)
+            chain.push_back(std::make_shared<GPUImageTwoPassFilter>(kGPUImagePassthroughFragmentShaderString,
+                                                                    kGPUImagePassthroughFragmentShaderString));
+        else
+            chain.push_back(std::make_shared<GPUImageFilter>());
+        if (i > 0)
+            chain[chain.size() - 2]->addTarget(chain.back());
+    }
+    m_source->addTarget(chain.front());
+    const auto consumer = consumerOf(*chain.back());
+    consumer->keepPixels(true);
+    const CGImage picture = distinctPicture(5, 4);
+    const std::size_t before = GPUImageFramebufferCache::livingCount();
+    m_source->push(picture, second(1));
+    EXPECT_TRUE(samePixels(consumer->last().pixels, picture));
+    EXPECT_EQ(GPUImageFramebufferCache::livingCount() - before, 2U + 1U) << "two, and the source's own kind of frame";
+
+    const GLCalls warm = valueFromVideoProcessingQueue(glCallsSoFar);
+    for (int i = 0; i < 10; ++i)
+        m_source->push(picture, second(i));
+    const GLCalls calls = valueFromVideoProcessingQueue(glCallsSoFar) - warm;
+    EXPECT_EQ(calls.objectsMade(), 0);
+    EXPECT_EQ(calls.draws, 10 * 6);
+}
+
+/// Both passes take the neighbour one step along their line.
+constexpr const char* kNeighbourVertexShader = R"(
+    attribute vec4 position; attribute vec4 inputTextureCoordinate;
+    uniform float texelWidthOffset; uniform float texelHeightOffset;
+    varying vec2 textureCoordinate;
+    void main() {
+        gl_Position = position;
+        textureCoordinate = inputTextureCoordinate.xy + vec2(texelWidthOffset, texelHeightOffset);
+    })";
+
+TEST_F(TwoPassTest, SamplingStepsDownwardsFirstAndAcrossThen)
+{
+    const char* const pass = kGPUImagePassthroughFragmentShaderString;
+    const auto filter = std::make_shared<GPUImageTwoPassTextureSamplingFilter>(kNeighbourVertexShader, pass,
+                                                                               kNeighbourVertexShader, pass);
+    m_source->addTarget(filter);
+    const auto consumer = consumerOf(*filter);
+    consumer->keepPixels(true);
+    const CGImage picture = distinctPicture(7, 5);
+    const auto neighbours = [&](int dx, int dy) {
+        return rearranged(picture, {7, 5}, [=](int x, int y) {
+            return IntSize{std::min(x + dx, 6), std::min(y + dy, 4)};
+        });
+    };
+    m_source->push(picture, second(1));
+    EXPECT_TRUE(samePixels(consumer->last().pixels, neighbours(1, 1)));
+    filter->setVerticalTexelSpacing(2);
+    filter->setHorizontalTexelSpacing(3);
+    m_source->push(picture, second(2));
+    EXPECT_TRUE(samePixels(consumer->last().pixels, neighbours(3, 2)));
+    EXPECT_EQ(filter->verticalTexelSpacing(), 2);
+    EXPECT_EQ(filter->horizontalTexelSpacing(), 3);
+
+    // An input that is turned right has its columns where the output's rows are.
+    m_source->setRotation(kGPUImageRotateRight);
+    m_source->push(picture, second(3));
+    EXPECT_TRUE(samePixels(consumer->last().pixels, rearranged(picture, {5, 7}, [](int x, int y) {
+                               return IntSize{std::min(y + 2, 6), 4 - std::min(x + 3, 4)};
+                           })));
+}
+
+} // namespace
+} // namespace lamina::test

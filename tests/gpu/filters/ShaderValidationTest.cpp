@@ -1,0 +1,171 @@
+#include "CommandRunner.h"
+#include "GraphFixture.h"
+#include "gpu/filters/FilterCatalogue.h"
+#include "gpu/filters/GPUImageBoxBlurFilter.h"
+#include "gpu/filters/GPUImageGaussianBlurFilter.h"
+
+#include <algorithm>
+#include <cmath>
+#include <dlfcn.h>
+#include <set>
+
+namespace lamina::test {
+namespace {
+
+struct Shader {
+    std::string text;
+    GLenum kind;
+    friend auto operator<=>(const Shader&, const Shader&) = default;
+};
+
+/// Every text that has gone to GL since the program's start. Touched on the video processing queue.
+std::set<Shader>& collected()
+{
+    static std::set<Shader> shaders;
+    return shaders;
+}
+
+std::string joined(GLsizei count, const GLchar* const* texts, const GLint* lengths)
+{
+    std::string all;
+    for (GLsizei i = 0; i < count; ++i) {
+        const bool counted = lengths != nullptr && lengths[i] >= 0;
+        all += counted ? std::string(texts[i], static_cast<std::size_t>(lengths[i])) : std::string(texts[i]);
+    }
+    return all;
+}
+
+} // namespace
+} // namespace lamina::test
+
+/// Preferred by the linker to the driver's own, which it calls.
+extern "C" void glShaderSource(GLuint shader, GLsizei count, const GLchar* const* texts, const GLint* lengths)
+{
+    using Function = void (*)(GLuint, GLsizei, const GLchar* const*, const GLint*);
+    static const auto real = reinterpret_cast<Function>(::dlsym(RTLD_NEXT, "glShaderSource"));
+    GLint kind = 0;
+    glGetShaderiv(shader, GL_SHADER_TYPE, &kind);
+    lamina::test::collected().insert({lamina::test::joined(count, texts, lengths), static_cast<GLenum>(kind)});
+    real(shader, count, texts, lengths);
+}
+
+namespace lamina::test {
+namespace {
+
+class ShaderValidationTest : public GraphFixture {};
+
+/// What every device of OpenGL ES 2.0 has, and no more: the least counts, and indices and loops that can be unrolled.
+constexpr const char* kLimits = R"(MaxVertexAttribs 8
+MaxVertexUniformVectors 128
+MaxVaryingVectors 8
+MaxVertexTextureImageUnits 0
+MaxCombinedTextureImageUnits 8
+MaxTextureImageUnits 8
+MaxFragmentUniformVectors 16
+MaxDrawBuffers 1
+MaxDualSourceDrawBuffersEXT 1
+nonInductiveForLoops 0
+whileLoops 0
+doWhileLoops 0
+generalUniformIndexing 0
+generalAttributeMatrixVectorIndexing 0
+generalVaryingIndexing 0
+generalSamplerIndexing 0
+generalVariableIndexing 0
+generalConstantMatrixVectorIndexing 0
+)";
+
+/// What a compiler that knows nothing but OpenGL ES 2.0 says to the shader; empty where it is content. The shader stays in a
+/// file of the build folder.
+std::string objections(const Shader& shader, const std::string& name)
+{
+    const std::string stage = shader.kind == GL_VERTEX_SHADER ? "vert" : "frag";
+    std::filesystem::create_directories(LAMINA_SHADER_FOLDER);
+    const std::string path = std::string(LAMINA_SHADER_FOLDER) + "/" + name + "." + stage;
+    const std::string limits = std::string(LAMINA_SHADER_FOLDER) + "/limits.conf";
+    writeFile(path, shader.text);
+    writeFile(limits, kLimits);
+    const CommandResult result = runCommand("/usr/bin/env", {"glslangValidator", "-S", stage, limits, path});
+    return result.exitCode == 0 ? std::string() : path + "\n" + result.output + result.errors + shader.text;
+}
+
+/// Values of the property that may lead to other shaders: the ends of its range and some in between.
+std::vector<FilterValue> valuesToTry(const FilterProperty& property)
+{
+    constexpr double kReach = 64;
+    const double least = std::max(property.range.minimum, -kReach);
+    const double most = std::min(property.range.maximum, kReach);
+    std::vector<FilterValue> values;
+    for (const double share : {0.0, 0.02, 0.05, 0.1, 0.2, 0.25, 0.5, 0.75, 1.0}) {
+        const double value = std::lerp(least, most, share);
+        if (std::holds_alternative<float>(property.fallback))
+            values.emplace_back(static_cast<float>(value));
+        else if (std::holds_alternative<int>(property.fallback))
+            values.emplace_back(static_cast<int>(std::lround(value)));
+    }
+    return values;
+}
+
+void makeInAllWays(const FilterDescription& description)
+{
+    ASSERT_TRUE(description.make({})->canRender()) << description.className;
+    for (const FilterProperty& property : description.properties) {
+        for (const FilterValue& value : valuesToTry(property)) {
+            const auto filter = makeFilter(description, {{property.name, value}});
+            ASSERT_TRUE(filter.ok()) << description.className << " " << property.name;
+            EXPECT_TRUE((*filter)->canRender())
+                << description.className << " with " << property.name << " " << formatFilterValue(value);
+        }
+    }
+}
+
+TEST_F(ShaderValidationTest, EveryShaderOfTheCatalogueIsStrictlyOpenGLES2)
+{
+    ASSERT_FALSE(filterCatalogue().all().empty());
+    for (const auto& [name, description] : filterCatalogue().all())
+        makeInAllWays(description);
+    using Gaussian = GPUImageGaussianBlurFilter;
+    using Box = GPUImageBoxBlurFilter;
+    for (const unsigned radius : {0U, 1U, 7U}) {
+        Gaussian().switchToVertexShader(Gaussian::vertexShaderForStandardBlurOfRadius(radius, 2),
+                                        Gaussian::fragmentShaderForStandardBlurOfRadius(radius, 2));
+        Box().switchToVertexShader(Box::vertexShaderForStandardBlurOfRadius(radius, 2),
+                                   Box::fragmentShaderForStandardBlurOfRadius(radius, 2));
+    }
+
+    const std::set<Shader> shaders = valueFromVideoProcessingQueue([] { return collected(); });
+    const auto isVertexShader = [](const Shader& shader) { return shader.kind == GL_VERTEX_SHADER; };
+    const auto vertexShaders = std::ranges::count_if(shaders, isVertexShader);
+    // Most filters have a fragment shader of their own; radii of blurs and of morphology make more of both kinds.
+    ASSERT_GT(vertexShaders, 10);
+    ASSERT_GT(shaders.size() - static_cast<std::size_t>(vertexShaders), filterCatalogue().all().size() / 2);
+    int number = 0;
+    for (const Shader& shader : shaders)
+        EXPECT_EQ(objections(shader, "shader" + std::to_string(++number)), "");
+}
+
+TEST_F(ShaderValidationTest, TheStrictCompilerObjectsWhereTheDriverMayNot)
+{
+    const std::string head = "varying highp vec2 textureCoordinate;\nuniform sampler2D inputImageTexture;\n";
+    const auto fragment = [&](const std::string& body) {
+        return Shader{head + "void main()\n{\n" + body + "}\n", GL_FRAGMENT_SHADER};
+    };
+    EXPECT_EQ(objections(fragment("    gl_FragColor = texture2D(inputImageTexture, textureCoordinate);\n"), "good"),
+              "");
+    const std::vector<std::pair<std::string, std::string>> faults{
+        {"no precision",
+         "    vec4 color = texture2D(inputImageTexture, textureCoordinate);\n    gl_FragColor = color;\n"},
+        {"integer as number", "    gl_FragColor = texture2D(inputImageTexture, textureCoordinate) * 2;\n"},
+        {"loop without constant bounds",
+         "    lowp float sum = 0.0;\n    for (int i = 0; i < int(textureCoordinate.x); ++i)\n        sum += 0.1;\n"
+         "    gl_FragColor = vec4(sum);\n"},
+    };
+    for (const auto& [fault, body] : faults) {
+        const std::string words = objections(fragment(body), "bad");
+        EXPECT_THAT(words, testing::HasSubstr("ERROR")) << fault;
+        EXPECT_THAT(words, testing::HasSubstr(body)) << "the text is shown with the words";
+    }
+}
+
+} // namespace
+} // namespace lamina::test

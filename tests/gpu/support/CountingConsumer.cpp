@@ -1,0 +1,28 @@
+#include "CountingConsumer.h"
+
+namespace lamina::test {
+
+void CountingConsumer::setInputFramebuffer(std::shared_ptr<GPUImageFramebuffer> framebuffer, int)
+{
+    m_framebuffer = std::move(framebuffer);
+    if (m_framebuffer && m_takesCounts)
+        m_framebuffer->lock();
+}
+
+void CountingConsumer::newFrameReadyAtTime(const CMTime& frameTime, int textureIndex)
+{
+    if (m_log)
+        m_log->push_back(m_name);
+    Frame frame{frameTime, textureIndex, m_size, 0, m_framebuffer, {}};
+    if (m_framebuffer) {
+        frame.counts = m_framebuffer->framebufferReferenceCount();
+        if (m_keepPixels && !m_framebuffer->missingFramebuffer())
+            frame.pixels = m_framebuffer->newCGImageFromFramebufferContents(); // gives a count back, as unlock does
+        else if (m_takesCounts)
+            m_framebuffer->unlock();
+    }
+    m_framebuffer.reset();
+    m_frames.push_back(std::move(frame));
+}
+
+} // namespace lamina::test

@@ -1,0 +1,53 @@
+#pragma once
+
+#include "TestPictures.h"
+#include "gpu/core/GPUImageOutput.h"
+
+#include <gtest/gtest.h>
+
+#include <functional>
+
+namespace lamina::test {
+
+/// A stream of frames out of the pool, as a camera or a movie gives them. Each push has reached all targets when it returns.
+class FrameSource : public GPUImageOutput {
+public:
+    /// One colour.
+    void push(IntSize size, Rgba color, const CMTime& time);
+    /// The pixels of a picture of R G B A bytes.
+    void push(const CGImage& picture, const CMTime& time);
+    /// As above, with a framebuffer that is kept and never counted: what a still picture does.
+    void pushStill(const CGImage& picture);
+
+    void setRotation(GPUImageRotationMode rotation) { m_rotation = rotation; }
+
+private:
+    void deliver(const std::shared_ptr<GPUImageFramebuffer>& framebuffer, const CMTime& time);
+
+    GPUImageRotationMode m_rotation = kGPUImageNoRotation;
+    std::shared_ptr<GPUImageFramebuffer> m_still;
+};
+
+/// A picture of one colour.
+CGImage plainPicture(int width, int height, Rgba color);
+
+/// A picture each of whose pixels has a colour of its own.
+CGImage distinctPicture(int width, int height);
+
+/// The picture whose pixel (x, y) is the given pixel of `source`.
+CGImage rearranged(const CGImage& source, IntSize size, const std::function<IntSize(int x, int y)>& from);
+
+/// Sizes are equal and no component differs by more than `step`; the failure names the worst pixel.
+testing::AssertionResult samePixels(const CGImage& got, const CGImage& wanted, int step = 0);
+
+/// The number of framebuffers that wait in the pool once all that has been returned so far is there.
+std::size_t idleFramebuffers();
+/// Empties the pool.
+void emptyPool();
+
+inline CMTime second(int number)
+{
+    return CMTime::make(number, 1);
+}
+
+} // namespace lamina::test

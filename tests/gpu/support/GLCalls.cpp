@@ -1,0 +1,91 @@
+#include "GLCalls.h"
+
+#include "platform/gl/GLHeaders.h"
+
+#include <dlfcn.h>
+
+namespace lamina::test {
+
+namespace {
+
+GLCalls calls;
+
+/// The driver's function of the same name.
+template <class Function>
+Function driver(Function, const char* name)
+{
+    return reinterpret_cast<Function>(::dlsym(RTLD_NEXT, name));
+}
+
+} // namespace
+
+GLCalls glCallsSoFar()
+{
+    return calls;
+}
+
+} // namespace lamina::test
+
+using lamina::test::calls;
+using lamina::test::driver;
+
+extern "C" {
+
+void glGenTextures(GLsizei n, GLuint* textures)
+{
+    static const auto real = driver(&glGenTextures, "glGenTextures");
+    calls.textures += n;
+    real(n, textures);
+}
+
+void glGenFramebuffers(GLsizei n, GLuint* framebuffers)
+{
+    static const auto real = driver(&glGenFramebuffers, "glGenFramebuffers");
+    calls.framebuffers += n;
+    real(n, framebuffers);
+}
+
+void glGenBuffers(GLsizei n, GLuint* buffers)
+{
+    static const auto real = driver(&glGenBuffers, "glGenBuffers");
+    calls.buffers += n;
+    real(n, buffers);
+}
+
+GLuint glCreateShader(GLenum type)
+{
+    static const auto real = driver(&glCreateShader, "glCreateShader");
+    ++calls.shaders;
+    return real(type);
+}
+
+GLuint glCreateProgram(void)
+{
+    static const auto real = driver(&glCreateProgram, "glCreateProgram");
+    ++calls.programs;
+    return real();
+}
+
+void glTexImage2D(GLenum target, GLint level, GLint internalFormat, GLsizei width, GLsizei height, GLint border,
+                  GLenum format, GLenum type, const void* pixels)
+{
+    static const auto real = driver(&glTexImage2D, "glTexImage2D");
+    ++calls.uploads;
+    real(target, level, internalFormat, width, height, border, format, type, pixels);
+}
+
+void glDrawArrays(GLenum mode, GLint first, GLsizei count)
+{
+    static const auto real = driver(&glDrawArrays, "glDrawArrays");
+    ++calls.draws;
+    real(mode, first, count);
+}
+
+void glUseProgram(GLuint program)
+{
+    static const auto real = driver(&glUseProgram, "glUseProgram");
+    ++calls.programChanges;
+    real(program);
+}
+
+} // extern "C"

@@ -1,0 +1,76 @@
+#pragma once
+
+#include "CommandRunner.h"
+#include "CountingConsumer.h"
+#include "FrameSource.h"
+#include "gpu/core/GPUImageContext.h"
+#include "gpu/core/GPUImageFilter.h"
+#include "platform/base/Log.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <mutex>
+
+namespace lamina::test {
+
+/// Takes what is logged as long as it lives.
+class LogCapture {
+public:
+    LogCapture()
+        : m_before(setLogSink([this](LogLevel, std::string_view text) {
+            const std::lock_guard lock(m_mutex);
+            m_lines.emplace_back(text);
+        }))
+    {
+    }
+    ~LogCapture() { setLogSink(m_before); }
+    LogCapture(const LogCapture&) = delete;
+    LogCapture& operator=(const LogCapture&) = delete;
+
+    std::vector<std::string> lines() const
+    {
+        const std::lock_guard lock(m_mutex);
+        return m_lines;
+    }
+    std::string text() const
+    {
+        std::string all;
+        for (const std::string& line : lines())
+            all += line + '\n';
+        return all;
+    }
+
+private:
+    mutable std::mutex m_mutex;
+    std::vector<std::string> m_lines;
+    LogSink m_before;
+};
+
+/// Needs a context, and fails where there is none: a test without one would say nothing. Starts with an empty pool and no
+/// GL error, and asks that none is left.
+class GraphFixture : public testing::Test {
+protected:
+    void SetUp() override
+    {
+        const Outcome available = GPUImageContext::availability();
+        ASSERT_TRUE(available.ok()) << available.error().subject << ": " << available.error().cause;
+        emptyPool();
+    }
+
+    void TearDown() override
+    {
+        onQueue([] { EXPECT_EQ(glGetError(), GLenum{GL_NO_ERROR}); });
+    }
+
+    static void onQueue(const std::function<void()>& body) { runSynchronouslyOnVideoProcessingQueue(body); }
+};
+
+/// A consumer at the end of `output`.
+inline std::shared_ptr<CountingConsumer> consumerOf(GPUImageOutput& output)
+{
+    auto consumer = std::make_shared<CountingConsumer>();
+    output.addTarget(consumer);
+    return consumer;
+}
+
+} // namespace lamina::test

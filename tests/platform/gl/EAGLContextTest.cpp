@@ -1,0 +1,167 @@
+#include "platform/gl/EAGLContext.h"
+#include "platform/gl/GLDisplay.h"
+
+#include <array>
+#include <cstdlib>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <iostream>
+#include <thread>
+
+namespace lamina {
+namespace {
+
+std::shared_ptr<EAGLContext> makeContext(std::shared_ptr<EAGLSharegroup> group = nullptr)
+{
+    auto context = EAGLContext::make(EAGLRenderingAPI::OpenGLES2, std::move(group));
+    if (!context) {
+        ADD_FAILURE() << context.error().subject << ": " << context.error().cause;
+        return nullptr;
+    }
+    return *context;
+}
+
+using Pixel = std::array<GLubyte, 4>;
+
+GLuint textureOf(const Pixel& pixel)
+{
+    GLuint texture = 0;
+    glGenTextures(1, &texture);
+    glBindTexture(GL_TEXTURE_2D, texture);
+    glTexImage2D(GL_TEXTURE_2D, 0, GL_RGBA, 1, 1, 0, GL_RGBA, GL_UNSIGNED_BYTE, pixel.data());
+    glFinish();
+    return texture;
+}
+
+Pixel readBack(GLuint texture)
+{
+    GLuint framebuffer = 0;
+    glGenFramebuffers(1, &framebuffer);
+    glBindFramebuffer(GL_FRAMEBUFFER, framebuffer);
+    glFramebufferTexture2D(GL_FRAMEBUFFER, GL_COLOR_ATTACHMENT0, GL_TEXTURE_2D, texture, 0);
+    Pixel pixel{};
+    glReadPixels(0, 0, 1, 1, GL_RGBA, GL_UNSIGNED_BYTE, pixel.data());
+    glDeleteFramebuffers(1, &framebuffer);
+    return pixel;
+}
+
+class EAGLContextTest : public testing::Test {
+protected:
+    ~EAGLContextTest() override { EAGLContext::setCurrentContext(nullptr); }
+};
+
+TEST_F(EAGLContextTest, IsOpenGLESAndDraws)
+{
+    const auto context = makeContext();
+    ASSERT_TRUE(context);
+    EXPECT_EQ(EAGLContext::currentContext(), nullptr) << "making a context does not make it current";
+    ASSERT_TRUE(EAGLContext::setCurrentContext(context.get()));
+    EXPECT_EQ(EAGLContext::currentContext(), context.get());
+
+    const auto* version = reinterpret_cast<const char*>(glGetString(GL_VERSION));
+    ASSERT_NE(version, nullptr);
+    EXPECT_THAT(std::string(version), testing::StartsWith("OpenGL ES "));
+
+    const GLuint texture = textureOf({1, 2, 3, 4});
+    EXPECT_EQ(readBack(texture), (Pixel{1, 2, 3, 4}));
+    EXPECT_EQ(glGetError(), GLenum{GL_NO_ERROR});
+
+    EXPECT_TRUE(EAGLContext::setCurrentContext(nullptr));
+    EXPECT_EQ(EAGLContext::currentContext(), nullptr);
+}
+
+TEST_F(EAGLContextTest, ContextsOfOneGroupSeeEachOthersTextures)
+{
+    const auto first = makeContext();
+    ASSERT_TRUE(first && first->sharegroup());
+    const auto second = makeContext(first->sharegroup());
+    const auto stranger = makeContext();
+    ASSERT_TRUE(second && stranger);
+    EXPECT_EQ(second->sharegroup(), first->sharegroup());
+    EXPECT_NE(stranger->sharegroup(), first->sharegroup());
+
+    ASSERT_TRUE(EAGLContext::setCurrentContext(first.get()));
+    const GLuint texture = textureOf({9, 8, 7, 6});
+    ASSERT_TRUE(EAGLContext::setCurrentContext(stranger.get()));
+    EXPECT_FALSE(glIsTexture(texture));
+    ASSERT_TRUE(EAGLContext::setCurrentContext(second.get()));
+    EXPECT_EQ(readBack(texture), (Pixel{9, 8, 7, 6}));
+}
+
+TEST_F(EAGLContextTest, AGroupOutlivesTheContextItWasMadeWith)
+{
+    auto first = makeContext();
+    ASSERT_TRUE(first && EAGLContext::setCurrentContext(first.get()));
+    const auto group = first->sharegroup();
+    const auto second = makeContext(group);
+    ASSERT_TRUE(second);
+    const GLuint texture = textureOf({5, 6, 7, 8});
+    first.reset();
+    EXPECT_EQ(EAGLContext::currentContext(), nullptr) << "a dropped context is no longer current";
+
+    const auto third = makeContext(group);
+    ASSERT_TRUE(third && EAGLContext::setCurrentContext(third.get()));
+    EXPECT_EQ(readBack(texture), (Pixel{5, 6, 7, 8}));
+}
+
+TEST_F(EAGLContextTest, IsCurrentOnOneThreadAtATime)
+{
+    const auto context = makeContext();
+    const auto other = makeContext();
+    ASSERT_TRUE(context && other && EAGLContext::setCurrentContext(context.get()));
+
+    std::thread([&] {
+        EXPECT_EQ(EAGLContext::currentContext(), nullptr) << "the current context is each thread's own";
+        EXPECT_TRUE(EAGLContext::setCurrentContext(other.get()));
+        EXPECT_FALSE(EAGLContext::setCurrentContext(context.get()));
+        EXPECT_EQ(EAGLContext::currentContext(), other.get()) << "a refusal changes nothing";
+        EXPECT_NE(glGetString(GL_VERSION), nullptr);
+        EAGLContext::setCurrentContext(nullptr);
+    }).join();
+
+    EAGLContext::setCurrentContext(nullptr);
+    std::thread([&] {
+        EXPECT_TRUE(EAGLContext::setCurrentContext(context.get()));
+        EAGLContext::setCurrentContext(nullptr);
+    }).join();
+}
+
+TEST_F(EAGLContextTest, PresentsToWhoeverShows)
+{
+    const auto context = makeContext();
+    ASSERT_TRUE(context);
+    EXPECT_FALSE(context->presentRenderbuffer(GL_RENDERBUFFER));
+    GLenum presented = 0;
+    context->setPresenter([&](GLenum target) {
+        presented = target;
+        return true;
+    });
+    EXPECT_TRUE(context->presentRenderbuffer(GL_RENDERBUFFER));
+    EXPECT_EQ(presented, GLenum{GL_RENDERBUFFER});
+}
+
+/// The display is opened once in a process, so these run in processes of their own.
+[[noreturn]] void exitWithWhatTheDisplaySays(const char* device)
+{
+    ::setenv("LAMINA_EGL_DEVICE", device, 1);
+    const Result<GLDisplay>& display = GLDisplay::shared();
+    const auto context = EAGLContext::make(EAGLRenderingAPI::OpenGLES2);
+    if (display) {
+        std::cerr << (display->device().software ? "drawn by software" : "drawn by hardware") << '\n';
+        std::exit(context ? 0 : 3);
+    }
+    const bool sameCause = !context && context.error().cause == display.error().cause;
+    std::cerr << display.error().subject << ": " << display.error().cause << '\n';
+    std::exit(sameCause ? 1 : 2);
+}
+
+TEST(GLDisplayDeathTest, FollowsTheWishForADevice)
+{
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    EXPECT_EXIT(exitWithWhatTheDisplaySays("software"), testing::ExitedWithCode(0), "drawn by software");
+    EXPECT_EXIT(exitWithWhatTheDisplaySays("/dev/dri/card77"), testing::ExitedWithCode(1), "/dev/dri/card77");
+    EXPECT_EXIT(exitWithWhatTheDisplaySays("4000"), testing::ExitedWithCode(1), "4000");
+}
+
+} // namespace
+} // namespace lamina
