@@ -1,11 +1,15 @@
-# What other programs link: find_package(lamina), then lamina::base, lamina::image or lamina::imageops. Headers keep their
-# rooms' paths below include/lamina. `cmake --install BUILD --component development` installs it alone.
+# What other programs link: find_package(lamina), then lamina::base, lamina::image, lamina::imageops or lamina::gpu. Headers
+# keep their rooms' paths below include/lamina. `cmake --install BUILD --component development` installs it alone.
 include(CMakePackageConfigHelpers)
 
 set(LAMINA_PUBLIC_HEADERS
     platform/base/CGAffineTransform.h
     platform/base/CGGeometry.h
+    platform/base/CMTime.h
+    platform/base/DispatchQueue.h
+    platform/base/DispatchSemaphore.h
     platform/base/Log.h
+    platform/base/NotificationCenter.h
     platform/base/Result.h
     platform/base/UIColor.h
     platform/base/UIScreen.h
@@ -24,6 +28,13 @@ set(LAMINA_PUBLIC_HEADERS
     imageops/ImageFilters.h
     imageops/ImageGeometry.h
 )
+# The filter graph is public as a whole, but for a few helpers of its sources: new filters stand on all of it.
+set(private_headers "(_p|GLErrors|GLTextureFormat|LookupStage|PictureBytes)\\.h$")
+foreach(folder IN ITEMS platform/gl gpu/core gpu/sources gpu/filters)
+    file(GLOB headers CONFIGURE_DEPENDS RELATIVE ${PROJECT_SOURCE_DIR}/src ${PROJECT_SOURCE_DIR}/src/${folder}/*.h)
+    list(FILTER headers EXCLUDE REGEX ${private_headers})
+    list(APPEND LAMINA_PUBLIC_HEADERS ${headers})
+endforeach()
 foreach(header IN LISTS LAMINA_PUBLIC_HEADERS)
     cmake_path(GET header PARENT_PATH folder)
     install(FILES ${PROJECT_SOURCE_DIR}/src/${header} DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/lamina/${folder}
@@ -31,7 +42,7 @@ foreach(header IN LISTS LAMINA_PUBLIC_HEADERS)
 endforeach()
 
 set(package_folder ${CMAKE_INSTALL_LIBDIR}/cmake/lamina)
-set(rooms base image imageops)
+set(rooms base image imageops gl gpucore gpusources gpufilters gpu)
 foreach(room IN LISTS rooms)
     set_target_properties(lamina_${room} PROPERTIES EXPORT_NAME ${room})
     install(TARGETS lamina_${room} EXPORT laminaTargets

@@ -103,7 +103,7 @@ BlendCommand::BlendCommand(CLI::App& application)
                  ->type_name("S ...")
                  ->check(zoomFault);
     for (CLI::Option* step : {m_move, m_zoom})
-        step->expected(1)->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
+        step->expected(1)->allow_extra_args(false)->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
     options.add_flag("-q,--quiet", m_arguments.quiet, "Say nothing but errors");
     options.footer("--move and --zoom may stand several times and act in the order in which they stand.\n"
                    "The result has W x S pixels a side; the photos lie on white, each at half strength.\n\n"

@@ -19,9 +19,26 @@ std::string onOneLine(std::string text)
 
 ExitCode fail(const Error& error, ExitCode code)
 {
-    const std::string line = "lamina: " + onOneLine(error.subject) + ": " + onOneLine(error.cause) + "\n";
-    std::fputs(line.c_str(), stderr);
+    warn(error);
     return code;
+}
+
+void warn(const Error& warning)
+{
+    const std::string line = "lamina: " + onOneLine(warning.subject) + ": " + onOneLine(warning.cause) + "\n";
+    std::fputs(line.c_str(), stderr);
+}
+
+ExitCode printData(const std::string& text)
+{
+    const bool written = std::fputs(text.c_str(), stdout) >= 0 && std::fflush(stdout) == 0;
+    return written ? ExitCode::Good : fail({"standard output", "can't be written"}, ExitCode::Output);
+}
+
+std::string beginning(std::string_view text)
+{
+    constexpr std::size_t kShown = 60;
+    return text.size() <= kShown ? std::string(text) : std::string(text.substr(0, kShown)) + "...";
 }
 
 void note(const std::string& text)

@@ -11,7 +11,6 @@
 #include <CLI/Formatter.hpp>
 #include <algorithm>
 #include <cstddef>
-#include <cstdio>
 #include <utility>
 
 namespace lamina {
@@ -21,6 +20,11 @@ namespace {
 constexpr double kMinimumPictureScale = 0.01;
 constexpr double kMaximumPictureScale = 100;
 constexpr int kFullSize = 0;
+
+/// Operations don't say why they gave no picture; with good arguments it is one of these.
+constexpr const char* kNothing =
+    "gives no picture: the result would be smaller than a pixel, longer than 262144 pixels or "
+    "larger than 134 megapixels, or memory is short";
 
 std::string scaleFault(const std::string& text)
 {
@@ -52,22 +56,6 @@ Outcome readPictures(std::vector<OperationStep>& steps)
     return std::monostate();
 }
 
-/// Why an operation on a good picture gave none, as far as that can be told from outside.
-std::string causeOfNothing(const OperationStep& step, const UIImage& image)
-{
-    for (std::size_t i = 0; i < step.operation->arguments.size(); ++i) {
-        if (step.operation->arguments[i].kind != ArgumentKind::Picture)
-            continue;
-        const IntSize own = image.pixelSize();
-        const IntSize other = step.values.picture(i).pixelSize();
-        if (own.width != other.width || own.height != other.height) {
-            return "gives no picture: " + std::string(step.operation->arguments[i].name) + " has " +
-                   sizeInPixels(other) + " and the picture " + sizeInPixels(own);
-        }
-    }
-    return "gives no picture: the result would be empty or too large, or memory is short";
-}
-
 /// Takes the picture over, so that it goes as soon as the first operation has worked on it.
 UIImage scaled(UIImage image, double scale)
 {
@@ -77,9 +65,14 @@ UIImage scaled(UIImage image, double scale)
 Result<UIImage> perform(UIImage image, const std::vector<OperationStep>& steps)
 {
     for (const OperationStep& step : steps) {
+        if (step.operation->refusal) {
+            const std::string refusal = step.operation->refusal(image, step.values);
+            if (!refusal.empty())
+                return Error{step.text, refusal};
+        }
         UIImage result = step.operation->perform(image, step.values);
         if (!result)
-            return Error{step.text, causeOfNothing(step, image)};
+            return Error{step.text, kNothing};
         image = std::move(result);
     }
     return image;
@@ -142,11 +135,8 @@ Outcome OpCommand::check(const std::vector<OperationStep>& steps) const
 
 ExitCode OpCommand::run()
 {
-    if (m_json) {
-        const std::string list = operationsAsJson();
-        const bool written = std::fputs(list.c_str(), stdout) >= 0 && std::fflush(stdout) == 0;
-        return written ? ExitCode::Good : fail({"standard output", "can't be written"}, ExitCode::Output);
-    }
+    if (m_json)
+        return printData(operationsAsJson());
     Result<std::vector<OperationStep>> steps = this->steps();
     if (!steps)
         return fail(steps.error(), ExitCode::Usage);

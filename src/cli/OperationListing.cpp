@@ -13,10 +13,12 @@ const char* kindName(ArgumentKind kind)
     switch (kind) {
     case ArgumentKind::Number:
         return "number";
+    case ArgumentKind::Positive:
+        return "positive";
     case ArgumentKind::Whole:
         return "integer";
     case ArgumentKind::Count:
-        return "unsigned";
+        return "count";
     case ArgumentKind::Flag:
         return "flag";
     case ArgumentKind::Size:

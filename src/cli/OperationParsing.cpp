@@ -1,5 +1,6 @@
 #include "cli/OperationParsing.h"
 
+#include "cli/Messages.h"
 #include "cli/NearestName.h"
 #include "cli/Numbers.h"
 
@@ -24,6 +25,12 @@ std::optional<double> parseSingle(std::string_view text)
     return number->front();
 }
 
+std::optional<double> parsePositive(std::string_view text)
+{
+    const auto number = parseSingle(text);
+    return number && *number > 0 ? number : std::nullopt;
+}
+
 std::optional<Value> parseInteger(std::string_view text, long low, long high)
 {
     long value = 0;
@@ -38,9 +45,9 @@ std::optional<Value> parseSize(std::string_view text)
     const std::size_t cross = text.find('x');
     if (cross == std::string_view::npos)
         return std::nullopt;
-    const auto width = parseSingle(text.substr(0, cross));
-    const auto height = parseSingle(text.substr(cross + 1));
-    if (!width || !height || *width <= 0 || *height <= 0)
+    const auto width = parsePositive(text.substr(0, cross));
+    const auto height = parsePositive(text.substr(cross + 1));
+    if (!width || !height)
         return std::nullopt;
     return CGSize{*width, *height};
 }
@@ -50,10 +57,12 @@ std::optional<Value> parseValue(ArgumentKind kind, std::string_view text)
     switch (kind) {
     case ArgumentKind::Number:
         return parseSingle(text);
+    case ArgumentKind::Positive:
+        return parsePositive(text);
     case ArgumentKind::Whole:
         return parseInteger(text, std::numeric_limits<std::int32_t>::min(), std::numeric_limits<std::int32_t>::max());
     case ArgumentKind::Count:
-        return parseInteger(text, 0, std::numeric_limits<std::uint32_t>::max());
+        return parseInteger(text, 1, std::numeric_limits<std::uint32_t>::max());
     case ArgumentKind::Flag:
         if (text != "0" && text != "1")
             return std::nullopt;
@@ -73,10 +82,12 @@ std::string expectation(ArgumentKind kind)
     switch (kind) {
     case ArgumentKind::Number:
         return "a number";
+    case ArgumentKind::Positive:
+        return "a number above 0";
     case ArgumentKind::Whole:
         return "a whole number";
     case ArgumentKind::Count:
-        return "a whole number from 0";
+        return "a whole number above 0";
     case ArgumentKind::Flag:
         return "0 or 1";
     case ArgumentKind::Size:
@@ -102,20 +113,16 @@ std::vector<std::string_view> split(std::string_view text, const std::vector<Ope
     }
 }
 
-/// Enough of it to be recognised: a message is a line, whatever was pasted.
-std::string beginning(std::string_view text)
-{
-    constexpr std::size_t kShown = 60;
-    return text.size() <= kShown ? std::string(text) : std::string(text.substr(0, kShown)) + "...";
-}
-
 Error unknownOperation(const std::string& text, std::string_view name)
 {
+    if (name.empty())
+        return {text.empty() ? "op" : beginning(text),
+                "an operation is NAME or NAME=ARGUMENTS; lamina op --help lists them"};
     std::vector<std::string_view> names;
     for (const Operation& operation : operations())
         names.push_back(operation.name);
-    return {text.empty() ? "op" : beginning(text), "there is no operation '" + beginning(name) + "'; did you mean " +
-                                                       std::string(nearestName(name, names)) + "?"};
+    return {beginning(text), "there is no operation '" + beginning(name) + "'; did you mean " +
+                                 std::string(nearestName(name, names)) + "?"};
 }
 
 std::string usage(const Operation& operation)

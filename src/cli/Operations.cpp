@@ -1,7 +1,11 @@
 #include "cli/Operations.h"
 
+#include "cli/PictureOutput.h"
 #include "imageops/ImageFilters.h"
 #include "imageops/ImageGeometry.h"
+
+#include <array>
+#include <cstdio>
 
 namespace lamina {
 
@@ -12,10 +16,36 @@ using Values = OperationValues;
 constexpr auto kNumber = ArgumentKind::Number;
 constexpr auto kSize = ArgumentKind::Size;
 
-const OperationArgument kDegrees{"DEGREES", kNumber, "angle, counter-clockwise"};
-const OperationArgument kRadians{"RADIANS", kNumber, "angle, counter-clockwise"};
+const OperationArgument kDegrees{"DEGREES", kNumber, "angle, counter-clockwise; below 0 clockwise"};
+const OperationArgument kRadians{"RADIANS", kNumber, "angle, counter-clockwise; below 0 clockwise"};
 const OperationArgument kTarget{"WxH", kSize, "size in points"};
-const OperationArgument kBias{"BIAS", ArgumentKind::Whole, "added to every result, in steps of 255", "0"};
+const OperationArgument kBias{"BIAS", ArgumentKind::Whole,
+                              "added to all channels of the result, alpha too; 255 is the whole range", "0"};
+
+std::string inPoints(CGSize size)
+{
+    std::array<char, 64> text;
+    const int length = std::snprintf(text.data(), text.size(), "%.10g x %.10g points", size.width, size.height);
+    return {text.data(), static_cast<std::size_t>(length)};
+}
+
+/// The library cuts at the edge; whoever wrote a size into a script wants to hear that there is less.
+std::string cropRefusal(const UIImage& image, const Values& v)
+{
+    constexpr double kNoise = 1e-6; // of points that are pixels divided by a scale
+    const CGSize own = image.size();
+    const CGSize wanted = v.size(0);
+    if (wanted.width <= own.width + kNoise && wanted.height <= own.height + kNoise)
+        return {};
+    return "reaches beyond the picture, which has " + inPoints(own);
+}
+
+std::string maskRefusal(const UIImage& image, const Values& v)
+{
+    const IntSize own = image.pixelSize();
+    const IntSize other = v.picture(0).pixelSize();
+    return own == other ? "" : "FILE has " + sizeInPixels(other) + " and the picture " + sizeInPixels(own);
+}
 
 std::vector<Operation> turns()
 {
@@ -69,10 +99,11 @@ std::vector<Operation> framings()
          "100x50,8",
          [](const UIImage& image, const Values& v) {
              return cropToSize(image, v.size(0), static_cast<int>(v.whole(1)));
-         }},
+         },
+         cropRefusal},
         {"scaleByFactor",
          "Scales both sides by a factor",
-         {{"FACTOR", kNumber, "above 0; 1 keeps the size"}},
+         {{"FACTOR", ArgumentKind::Positive, "above 0; 1 keeps the size"}},
          "0.5",
          [](const UIImage& image, const Values& v) { return scaleByFactor(image, v.number(0)); }},
         {"scaleToSize",
@@ -101,10 +132,11 @@ std::vector<Operation> framings()
          "The picture through a mask of its own pixel size: white shows, black hides",
          {{"FILE", ArgumentKind::Picture, "the mask; - is standard input"}},
          "mask.png",
-         [](const UIImage& image, const Values& v) { return maskWithImage(image, v.picture(0)); }},
+         [](const UIImage& image, const Values& v) { return maskWithImage(image, v.picture(0)); },
+         maskRefusal},
         {"reflectedImageWithHeight",
          "The strip that mirrors the picture below its bottom edge",
-         {{"HEIGHT", ArgumentKind::Count, "points; 0 gives no picture"},
+         {{"HEIGHT", ArgumentKind::Count, "in points"},
           {"FROM", kNumber, "alpha at the top, 0 to 1"},
           {"TO", kNumber, "alpha at the bottom, 0 to 1"}},
          "40,0.8,0.2",

@@ -15,11 +15,12 @@ namespace lamina {
 
 /// What may stand for an argument on the command line.
 enum class ArgumentKind {
-    Number, ///< finite, within single precision: `double`
-    Whole,  ///< an integer of 32 bits: `long`
-    Count,  ///< an integer from 0 to 4294967295: `long`
-    Flag,   ///< 0 or 1: `bool`
-    Size,   ///< WIDTHxHEIGHT, both above 0: `CGSize`
+    Number,   ///< finite, within single precision: `double`
+    Positive, ///< the same, above 0: `double`
+    Whole,    ///< an integer of 32 bits: `long`
+    Count,    ///< an integer from 1 to 4294967295: `long`
+    Flag,     ///< 0 or 1: `bool`
+    Size,     ///< WIDTHxHEIGHT, both above 0: `CGSize`
     Picture, ///< a file, the rest of the text with its commas: its name as `std::string`, then the `UIImage` read from it
 };
 
@@ -56,6 +57,8 @@ struct Operation {
     std::vector<OperationArgument> arguments;
     std::string_view example; ///< arguments as they may be typed; empty where there are none
     UIImage (*perform)(const UIImage& image, const OperationValues& values);
+    /// Why good arguments don't suit this picture; empty when they do. Null where any picture will do.
+    std::string (*refusal)(const UIImage& image, const OperationValues& values) = nullptr;
 };
 
 /// All operations, in the order in which they are listed: parsing, help and the machine-readable list go by this table alone.

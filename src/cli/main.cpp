@@ -1,4 +1,6 @@
 #include "cli/BlendCommand.h"
+#include "cli/FilterCommand.h"
+#include "cli/FiltersCommand.h"
 #include "cli/Interruption.h"
 #include "cli/OpCommand.h"
 #include "cli/WindowLauncher.h"
@@ -44,6 +46,8 @@ int main(int argc, char** argv)
         "4 an output can't be written, 130 interrupted.");
     BlendCommand blend(application);
     OpCommand op(application);
+    FilterCommand filter(application);
+    FiltersCommand filters(application);
 
     try {
         application.parse(argc, argv);
@@ -54,6 +58,10 @@ int main(int argc, char** argv)
         return static_cast<int>(blend.run());
     if (application.got_subcommand("op"))
         return static_cast<int>(op.run());
+    if (application.got_subcommand("filter"))
+        return static_cast<int>(filter.run());
+    if (application.got_subcommand("filters"))
+        return static_cast<int>(filters.run());
     std::vector<std::string> window;
     if (!screen.empty())
         window.insert(window.end(), {"--screen", screen});

@@ -284,7 +284,9 @@ TEST_F(OpCommand, BadArgumentsAreToldBeforeAnythingIsRead)
                                                           {"cropToSize=5x0", "WxH must be"},
                                                           {"scaleToFitSize=100", "WxH must be"},
                                                           {"scaleToFitSize=infx1", "WxH must be"},
-                                                          {"reflectedImageWithHeight=-1,1,0", "HEIGHT must be"},
+                                                          {"scaleByFactor=-1", "FACTOR must be a number above 0"},
+                                                          {"reflectedImageWithHeight=0,1,0", "HEIGHT must be"},
+                                                          {"=5", "an operation is NAME"},
                                                           {"maskWithImage=", "FILE must be a file"}})
         expectRefusal({text, "-i", nowhere, "-o", out()}, 2, message);
 
@@ -299,12 +301,14 @@ TEST_F(OpCommand, BadArgumentsAreToldBeforeAnythingIsRead)
 TEST_F(OpCommand, AnOperationWithoutAPictureIsNamed)
 {
     for (const std::string& text :
-         {std::string("scaleToFillSize=1000000x1000000"), std::string("scaleByFactor=-1"),
-          std::string("scaleByFactor=1e30"), std::string("scaleToFitSize=0.5x0.5"),
-          std::string("reflectedImageWithHeight=0,1,0"), std::string("reflectedImageWithHeight=4294967295,1,0")})
+         {std::string("scaleToFillSize=1000000x1000000"), std::string("scaleByFactor=1e30"),
+          std::string("scaleToFitSize=0.5x0.5"), std::string("reflectedImageWithHeight=4294967295,1,0")})
         expectRefusal({"invert", text, "-i", small(), "-o", out()}, 1, "lamina: " + text + ": gives no picture");
     expectRefusal({"maskWithImage=" + flat(), "-i", small(), "-o", out()}, 1,
                   "FILE has 400 x 200 pixels and the picture 3 x 2 pixels");
+    expectRefusal({"rotateInDegrees=90", "cropToSize=3x2,8", "-i", small(), "-o", out()}, 1,
+                  "cropToSize=3x2,8: reaches beyond the picture, which has 2 x 3 points");
+    expectRefusal({"cropToSize=1x1", "--picture-scale", "2.5", "-i", small(), "-o", out()}, 1, "1.2 x 0.8 points");
 }
 
 TEST_F(OpCommand, UnreadableInputsAndUnwritableOutputsHaveTheirOwnCodes)

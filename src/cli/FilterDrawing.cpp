@@ -1,0 +1,122 @@
+#include "cli/FilterDrawing.h"
+
+#include "cli/FilterParsing.h"
+#include "cli/PictureOutput.h"
+#include "gpu/core/GPUImageContext.h"
+#include "gpu/filters/FilterCatalogue.h"
+#include "gpu/sources/GPUImagePicture.h"
+#include "platform/base/Log.h"
+
+#include <ranges>
+#include <string_view>
+#include <utility>
+
+namespace lamina {
+
+namespace {
+
+/// Pushes from the last slot to the first: that gives the output its size, and a filter of four inputs passes over a fourth
+/// picture that comes after the other three.
+UIImage combined(const std::shared_ptr<GPUImageStage>& filter, const std::vector<UIImage>& pictures)
+{
+    std::vector<std::shared_ptr<GPUImagePicture>> sources;
+    for (const UIImage& picture : pictures) {
+        sources.push_back(std::make_shared<GPUImagePicture>(picture));
+        sources.back()->addTarget(filter, static_cast<int>(sources.size()) - 1);
+    }
+    filter->useNextFrameForImageCapture();
+    for (const auto& source : std::views::reverse(sources))
+        source->processImage();
+    return filter->imageFromCurrentFramebufferWithOrientation(UIImageOrientation::Up);
+}
+
+Error shadersDontBuild(const std::string& className)
+{
+    return {className, "the graphics driver does not build its shaders"};
+}
+
+Error noPicture(const std::string& className)
+{
+    return {className, "gives no picture: graphics memory is short"};
+}
+
+} // namespace
+
+Outcome drawingIsPossible()
+{
+    LogSink usual = setLogSink([](LogLevel, std::string_view) {});
+    Outcome possible = GPUImageContext::availability();
+    setLogSink(std::move(usual));
+    return possible;
+}
+
+std::optional<std::string> reductionNote(const UIImage& picture)
+{
+    const IntSize pixels = picture.pixelSize();
+    const CGSize whole{static_cast<double>(pixels.width), static_cast<double>(pixels.height)};
+    const CGSize fitting = GPUImageContext::sizeThatFitsWithinATextureForSize(whole);
+    if (fitting == whole)
+        return std::nullopt;
+    return "reduced to " + sizeInPixels({static_cast<int>(fitting.width), static_cast<int>(fitting.height)}) +
+           ": the GPU draws at most " + std::to_string(GPUImageContext::maximumTextureSizeForThisDevice()) +
+           " pixels a side";
+}
+
+Result<UIImage> filteredPicture(const FilterDescription& description, const FilterSettings& settings,
+                                const std::vector<UIImage>& pictures)
+{
+    Result<std::shared_ptr<GPUImageStage>> filter = makeFilter(description, settings);
+    if (!filter)
+        return filter.error();
+    if (!(*filter)->canRender())
+        return shadersDontBuild(description.className);
+    UIImage result =
+        pictures.size() == 1 ? (*filter)->imageByFilteringImage(pictures.front()) : combined(*filter, pictures);
+    if (!result)
+        return noPicture(description.className);
+    return result;
+}
+
+Outcome checkPipeline(const PipelineConfiguration& configuration)
+{
+    for (const PipelineConfiguration::Filter& step : configuration.filters) {
+        const Result<const FilterDescription*> filter = filterNamed(step.filterName);
+        if (!filter)
+            return filter.error();
+        if ((*filter)->inputs != 1) {
+            return Error{step.filterName, "needs " + countedPictures(static_cast<std::size_t>((*filter)->inputs)) +
+                                              "; a pipeline takes filters of one"};
+        }
+    }
+    return GPUImageFilterPipeline::check(configuration, filterCatalogue());
+}
+
+Result<GPUImageFilterPipeline::Filters> makeFilters(const PipelineConfiguration& configuration)
+{
+    const auto chain =
+        GPUImageFilterPipeline::makeWithConfiguration(configuration, filterCatalogue(), nullptr, nullptr);
+    if (!chain)
+        return chain.error();
+    return (*chain)->filters();
+}
+
+Result<UIImage> pictureThroughChain(const GPUImageFilterPipeline::Filters& filters,
+                                    const PipelineConfiguration& configuration, const UIImage& picture)
+{
+    if (filters.empty())
+        return picture;
+    for (std::size_t i = 0; i < filters.size(); ++i) {
+        if (!filters[i]->canRender())
+            return shadersDontBuild(configuration.filters[i].filterName);
+    }
+    const auto source = std::make_shared<GPUImagePicture>(picture);
+    GPUImageFilterPipeline pipeline(filters, source, nullptr);
+    filters.back()->useNextFrameForImageCapture();
+    source->processImage();
+    UIImage result = pipeline.currentFilteredFrameWithOrientation(UIImageOrientation::Up);
+    if (!result)
+        return noPicture(configuration.filters.back().filterName);
+    return result;
+}
+
+} // namespace lamina

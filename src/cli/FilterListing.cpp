@@ -1,0 +1,241 @@
+#include "cli/FilterListing.h"
+
+#include "cli/FilterParsing.h"
+
+#include <algorithm>
+#include <cctype>
+#include <cmath>
+#include <nlohmann/json.hpp>
+#include <utility>
+#include <vector>
+
+namespace lamina {
+
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+struct Family {
+    std::string name;
+    std::vector<const FilterDescription*> filters;
+};
+
+/// Families in the order of their first filter's name, filters by name.
+std::vector<Family> families(const FilterRegistry& registry)
+{
+    std::vector<Family> families;
+    for (const auto& [name, filter] : registry.all()) {
+        auto found = std::ranges::find(families, filter.family, &Family::name);
+        if (found == families.end())
+            found = families.insert(found, {filter.family, {}});
+        found->filters.push_back(&filter);
+    }
+    std::ranges::sort(families, {}, &Family::name);
+    return families;
+}
+
+std::string capitalised(std::string text)
+{
+    if (!text.empty())
+        text.front() = static_cast<char>(std::toupper(static_cast<unsigned char>(text.front())));
+    return text;
+}
+
+std::string number(double value)
+{
+    return formatFilterValue(static_cast<float>(value));
+}
+
+/// "0 to 1", "from 0", "up to 5", or nothing.
+std::string rangeAsText(const FilterRange& range)
+{
+    const bool low = std::isfinite(range.minimum);
+    const bool high = std::isfinite(range.maximum);
+    if (low && high)
+        return number(range.minimum) + " to " + number(range.maximum);
+    return low ? "from " + number(range.minimum) : high ? "up to " + number(range.maximum) : "";
+}
+
+/// How a pipeline names the setter; nothing for a value that is given when the filter is made.
+std::string pipelineSelector(const FilterProperty& property)
+{
+    return property.set ? "set" + capitalised(property.name) + ":" : "";
+}
+
+std::string argumentTypes(const FilterSelector& selector)
+{
+    std::string types;
+    for (const FilterValue& argument : selector.arguments)
+        types += (types.empty() ? "" : ", ") + std::string(filterValueTypeName(argument));
+    return types;
+}
+
+std::string propertyAsText(const FilterProperty& property)
+{
+    std::string text = "      " + property.name + "=" + std::string(filterValueSyntax(property.fallback)) + ": " +
+                       property.help + "\n          " + std::string(filterValueTypeName(property.fallback));
+    for (const std::string& part : {rangeAsText(property.range), property.unit})
+        text += part.empty() ? "" : ", " + part;
+    return text + " [" + formatFilterValue(property.fallback) + "]\n";
+}
+
+std::string entryAsText(const FilterDescription& filter)
+{
+    std::string text = "  " + filter.className;
+    if (filter.inputs != 1)
+        text += " (" + std::to_string(filter.inputs) + " inputs)";
+    text += "\n      " + filter.help + ".\n";
+    for (const FilterProperty& property : filter.properties)
+        text += propertyAsText(property);
+    return text;
+}
+
+std::string exampleOf(const FilterDescription& filter)
+{
+    std::string example = "lamina filter " + filter.className;
+    for (int i = 1; i <= filter.inputs; ++i)
+        example += filter.inputs == 1 ? " -i in.png" : " -i in" + std::to_string(i) + ".png";
+    if (!filter.properties.empty()) {
+        const FilterProperty& property = filter.properties.front();
+        const std::string setting = property.name + "=" + formatFilterValue(property.fallback);
+        const bool quoted = setting.find_first_of("; ") != std::string::npos;
+        example += " --set " + (quoted ? "'" + setting + "'" : setting);
+    }
+    return example + " -o out.png";
+}
+
+Json defaultAsJson(const FilterValue& value)
+{
+    if (const bool* flag = std::get_if<bool>(&value))
+        return *flag;
+    const std::string text = formatFilterValue(value);
+    // By way of the text, so that 0.2 stays 0.2.
+    return std::holds_alternative<float>(value) || std::holds_alternative<int>(value) ? Json::parse(text) : Json(text);
+}
+
+Json propertyAsJson(const FilterProperty& property)
+{
+    Json entry{{"name", property.name},
+               {"type", filterValueTypeName(property.fallback)},
+               {"syntax", filterValueSyntax(property.fallback)},
+               {"default", defaultAsJson(property.fallback)}};
+    if (std::isfinite(property.range.minimum))
+        entry["minimum"] = property.range.minimum;
+    if (std::isfinite(property.range.maximum))
+        entry["maximum"] = property.range.maximum;
+    if (!property.unit.empty())
+        entry["unit"] = property.unit;
+    entry["about"] = property.help;
+    if (const std::string selector = pipelineSelector(property); !selector.empty())
+        entry["pipeline"] = selector;
+    return entry;
+}
+
+Json entryAsJson(const FilterDescription& filter)
+{
+    Json properties = Json::array();
+    for (const FilterProperty& property : filter.properties)
+        properties.push_back(propertyAsJson(property));
+    Json selectors = Json::array();
+    for (const FilterSelector& selector : filter.selectors) {
+        Json arguments = Json::array();
+        for (const FilterValue& argument : selector.arguments)
+            arguments.push_back(filterValueTypeName(argument));
+        selectors.push_back({{"name", selector.name}, {"arguments", std::move(arguments)}});
+    }
+    return {{"name", filter.className},
+            {"family", filter.family},
+            {"inputs", filter.inputs},
+            {"about", filter.help},
+            {"properties", std::move(properties)},
+            {"selectors", std::move(selectors)}};
+}
+
+std::string entryAsMarkdown(const FilterDescription& filter)
+{
+    std::string text = "### " + filter.className + "\n\n" + filter.help + ".";
+    if (filter.inputs != 1)
+        text += " Takes " + countedPictures(static_cast<std::size_t>(filter.inputs)) + ".";
+    text += "\n";
+    if (!filter.properties.empty())
+        text += "\n| property | type | default | useful values | unit | meaning |\n|---|---|---|---|---|---|\n";
+    for (const FilterProperty& property : filter.properties) {
+        text += "| `" + property.name + "` | " + std::string(filterValueTypeName(property.fallback)) + " `" +
+                std::string(filterValueSyntax(property.fallback)) + "` | `" + formatFilterValue(property.fallback) +
+                "` | " + rangeAsText(property.range) + " | " + property.unit + " | " + property.help + " |\n";
+    }
+    std::string selectors;
+    for (const FilterProperty& property : filter.properties) {
+        if (const std::string selector = pipelineSelector(property); !selector.empty())
+            selectors += (selectors.empty() ? "`" : ", `") + selector + "`";
+    }
+    for (const FilterSelector& selector : filter.selectors)
+        selectors += (selectors.empty() ? "`" : ", `") + selector.name + "` (" + argumentTypes(selector) + ")";
+    if (!selectors.empty())
+        text += "\nIn a pipeline: " + selectors + ".\n";
+    return text + "\n";
+}
+
+constexpr const char* kMarkdownHead = R"page(# The filters
+
+Every filter that `lamina filter`, pipelines and programs can name. The list of the program at hand: `lamina filters`; one
+filter's page: `lamina filters NAME`; for programs: `lamina filters --json`.
+
+    lamina filter GPUImageSepiaFilter -i beach.jpg --set intensity=0.8 -o sepia.jpg
+
+*Useful values* are advice for sliders, for each component; a filter takes others too. In a pipeline a number is written
+`float(V)`, a point `CGPoint(X, Y)`, and whatever else `NSString(...)` with the text that `--set` would take:
+
+    {"Filters": [{"FilterName": "GPUImageSepiaFilter", "Attributes": {"setIntensity:": "float(0.8)"}}]}
+
+This page is made by `lamina filters --markdown`; [new-filter.md](new-filter.md) tells how to write a filter.
+
+)page";
+
+} // namespace
+
+std::string filtersAsText(const FilterRegistry& registry)
+{
+    std::string text;
+    for (const Family& family : families(registry)) {
+        text += (text.empty() ? "" : "\n") + capitalised(family.name) + " filters:\n";
+        for (const FilterDescription* filter : family.filters)
+            text += entryAsText(*filter);
+    }
+    return text;
+}
+
+std::string filterAsText(const FilterDescription& filter)
+{
+    std::string text = capitalised(filter.family) + " filter:\n" + entryAsText(filter);
+    for (const FilterSelector& selector : filter.selectors)
+        text += "      In a pipeline also " + selector.name + " (" + argumentTypes(selector) + ").\n";
+    return text + "\nExample: " + exampleOf(filter) + "\n";
+}
+
+std::string filtersAsJson(const FilterRegistry& registry)
+{
+    Json list = Json::array();
+    for (const auto& [name, filter] : registry.all())
+        list.push_back(entryAsJson(filter));
+    return list.dump(2) + "\n";
+}
+
+std::string filterAsJson(const FilterDescription& filter)
+{
+    return entryAsJson(filter).dump(2) + "\n";
+}
+
+std::string filtersAsMarkdown(const FilterRegistry& registry)
+{
+    std::string text = kMarkdownHead;
+    for (const Family& family : families(registry)) {
+        text += "## " + capitalised(family.name) + "\n\n";
+        for (const FilterDescription* filter : family.filters)
+            text += entryAsMarkdown(*filter);
+    }
+    text.pop_back();
+    return text;
+}
+
+} // namespace lamina

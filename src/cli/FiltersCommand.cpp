@@ -1,0 +1,40 @@
+#include "cli/FiltersCommand.h"
+
+#include "cli/FilterListing.h"
+#include "cli/FilterParsing.h"
+#include "cli/Messages.h"
+#include "gpu/filters/FilterCatalogue.h"
+
+#include <CLI/Config.hpp>
+#include <CLI/Formatter.hpp>
+
+namespace lamina {
+
+FiltersCommand::FiltersCommand(CLI::App& application)
+{
+    CLI::App& options =
+        *application.add_subcommand("filters", "List the filters with their inputs, properties, types and defaults");
+    options.set_help_flag("-h,--help", "Print this help and leave");
+    options.add_option("NAME", m_name, "Only this filter")->type_name("");
+    CLI::Option* json = options.add_flag("--json", m_json, "Print the list for programs");
+    options.add_flag("--markdown", m_markdown, "Print the documentation page of all filters")->excludes(json);
+    options.add_flag("-q,--quiet", m_quiet, "Say nothing but errors");
+}
+
+ExitCode FiltersCommand::run()
+{
+    if (m_name.empty()) {
+        const FilterRegistry& catalogue = filterCatalogue();
+        return printData(m_json       ? filtersAsJson(catalogue)
+                         : m_markdown ? filtersAsMarkdown(catalogue)
+                                      : filtersAsText(catalogue));
+    }
+    if (m_markdown)
+        return fail({"filters", "the page holds all filters: leave out the name"}, ExitCode::Usage);
+    const Result<const FilterDescription*> filter = filterNamed(m_name);
+    if (!filter)
+        return fail(filter.error(), ExitCode::Usage);
+    return printData(m_json ? filterAsJson(**filter) : filterAsText(**filter));
+}
+
+} // namespace lamina
