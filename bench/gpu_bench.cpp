@@ -3,11 +3,11 @@
 #include "gpu/core/GPUImageFilter.h"
 #include "gpu/filters/FilterCatalogue.h"
 #include "gpu/sources/GPUImagePicture.h"
+#include "support/Measuring.h"
 
 #include <algorithm>
 #include <array>
 #include <benchmark/benchmark.h>
-#include <chrono>
 #include <cstdio>
 #include <string>
 #include <vector>
@@ -19,7 +19,7 @@
 namespace {
 
 using namespace lamina;
-using Clock = std::chrono::steady_clock;
+using namespace lamina::bench;
 
 constexpr IntSize kPhoto{4000, 3000};
 constexpr IntSize kCanvas{1125, 1125};
@@ -37,29 +37,9 @@ constexpr const char* kTintFragmentShader = R"(
         gl_FragColor = vec4(mix(color.rgb, vec3(luminance), amount), color.a);
     })";
 
-double seconds(const auto& work)
-{
-    const auto start = Clock::now();
-    work();
-    return std::chrono::duration<double>(Clock::now() - start).count();
-}
-
-double median(std::vector<double> times)
-{
-    std::ranges::nth_element(times, times.begin() + static_cast<std::ptrdiff_t>(times.size() / 2));
-    return times[times.size() / 2];
-}
-
 CGImage noise(IntSize size)
 {
-    const CGImageLayout layout = CGImageLayout::rgba(size.width, size.height, CGImageAlphaInfo::Last);
-    PixelBuffer buffer = PixelBuffer::allocate(layout.byteCount());
-    std::uint32_t state = 1;
-    for (std::size_t i = 0; i < layout.byteCount(); ++i) {
-        state = state * 1664525u + 1013904223u;
-        buffer.data()[i] = static_cast<std::uint8_t>(state >> 24);
-    }
-    return CGImage::make(layout, std::move(buffer));
+    return noisePicture(size.width, size.height, CGImageAlphaInfo::Last);
 }
 
 CGSize sizeOf(IntSize size)

@@ -1,6 +1,7 @@
 #include "platform/base/WorkerPool.h"
 #include "platform/image/CGContext.h"
 #include "platform/image/Resampling.h"
+#include "support/Measuring.h"
 
 #include <benchmark/benchmark.h>
 #include <cstring>
@@ -10,20 +11,14 @@
 namespace {
 
 using namespace lamina;
+using namespace lamina::bench;
 
 constexpr int kPhotoWidth = 4000;
 constexpr int kPhotoHeight = 3000;
 
 CGImage photo(int width, int height, CGImageAlphaInfo alpha = CGImageAlphaInfo::NoneSkipLast)
 {
-    const CGImageLayout layout = CGImageLayout::rgba(width, height, alpha);
-    PixelBuffer buffer = PixelBuffer::allocate(layout.byteCount());
-    std::uint32_t state = 1;
-    for (std::size_t i = 0; i < layout.byteCount(); ++i) {
-        state = state * 1664525u + 1013904223u;
-        buffer.data()[i] = static_cast<std::uint8_t>(state >> 24);
-    }
-    return CGImage::make(layout, std::move(buffer));
+    return noisePicture(width, height, alpha);
 }
 
 void copyOneThread(benchmark::State& state)

@@ -1,11 +1,11 @@
 #include "imageops/ImageFilters.h"
 #include "imageops/ImageGeometry.h"
 #include "platform/base/WorkerPool.h"
+#include "support/Measuring.h"
 
 #include <algorithm>
 #include <array>
 #include <benchmark/benchmark.h>
-#include <chrono>
 #include <cstdlib>
 #include <cstring>
 #include <string>
@@ -21,7 +21,7 @@
 namespace {
 
 using namespace lamina;
-using Clock = std::chrono::steady_clock;
+using namespace lamina::bench;
 
 constexpr IntSize kPhoto{4000, 3000};
 constexpr IntSize kCanvas{1125, 1125};
@@ -39,28 +39,8 @@ const UIImage& noise(IntSize size, CGImageAlphaInfo alpha)
     const auto found = std::ranges::find_if(made, [&](const Made& m) { return m.size == size && m.alpha == alpha; });
     if (found != made.end())
         return found->image;
-    const CGImageLayout layout = CGImageLayout::rgba(size.width, size.height, alpha);
-    PixelBuffer buffer = PixelBuffer::allocate(layout.byteCount());
-    std::uint32_t state = 1;
-    for (std::size_t i = 0; i < layout.byteCount(); ++i) {
-        state = state * 1664525u + 1013904223u;
-        buffer.data()[i] = static_cast<std::uint8_t>(state >> 24);
-    }
     made.reserve(8);
-    return made.emplace_back(Made{size, alpha, UIImage(CGImage::make(layout, std::move(buffer)))}).image;
-}
-
-double seconds(const auto& work)
-{
-    const auto start = Clock::now();
-    work();
-    return std::chrono::duration<double>(Clock::now() - start).count();
-}
-
-double median(std::vector<double> times)
-{
-    std::ranges::nth_element(times, times.begin() + static_cast<std::ptrdiff_t>(times.size() / 2));
-    return times[times.size() / 2];
+    return made.emplace_back(Made{size, alpha, UIImage(noisePicture(size.width, size.height, alpha))}).image;
 }
 
 void copyAllCores(const CGImage& source, std::uint8_t* target)

@@ -12,7 +12,6 @@ namespace lamina {
 namespace {
 
 constexpr double kCaptureTimeoutSeconds = 3;
-constexpr int kFirstTextureUnit = 2; // 1 is for making textures
 
 constexpr std::array<QuadCoordinates, 8> kTextureCoordinates{{
     {0, 0, 1, 0, 0, 1, 1, 1}, // none
@@ -184,7 +183,9 @@ void GPUImageFilter::renderToTextureWithVertices(const QuadCoordinates& vertices
         m_outputFramebuffer->lock();
     setUniformsForProgramAtIndex(0);
     bindInput(m_firstInputFramebuffer, kFirstTextureUnit, m_filterInputTextureUniform);
+    bindFurtherInputs();
     drawQuad(m_filterPositionAttribute, vertices, m_filterTextureCoordinateAttribute, textureCoordinates);
+    disableFurtherArrays();
     unlockInputs();
     signalCapture();
 }

@@ -128,6 +128,8 @@ protected:
     std::shared_ptr<GPUImageFramebuffer> beginOutput() const;
     /// Binds the texture of `input` (none: texture 0) to `unit` and tells the sampler at `uniform`.
     static void bindInput(const std::shared_ptr<GPUImageFramebuffer>& input, int unit, GLint uniform);
+    /// Slot i samples from texture unit 2 + i; unit 1 is for making textures.
+    static constexpr int kFirstTextureUnit = 2;
     /// The draw of four vertices with position and first coordinate.
     static void drawQuad(GLuint positionAttribute, const QuadCoordinates& vertices, GLuint coordinateAttribute,
                          const QuadCoordinates& textureCoordinates);
@@ -137,6 +139,10 @@ protected:
     void dropFrame();
     /// Gives back the counts of all inputs after the draw, in slot order.
     virtual void unlockInputs();
+    /// Binds the inputs after the first, with their coordinates in enabled arrays, before the draw; and disables the arrays
+    /// after it. Nothing here.
+    virtual void bindFurtherInputs() {}
+    virtual void disableFurtherArrays() {}
 
     std::shared_ptr<GPUImageFramebuffer> m_firstInputFramebuffer;
     std::shared_ptr<GLProgram> m_filterProgram;

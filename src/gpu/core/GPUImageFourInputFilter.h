@@ -16,28 +16,7 @@ public:
     explicit GPUImageFourInputFilter(const std::string& fragmentShader);
     GPUImageFourInputFilter(const std::string& vertexShader, const std::string& fragmentShader);
 
-    void disableFourthFrameCheck() { m_fourthFrameCheckDisabled = true; }
-
-    void newFrameReadyAtTime(const CMTime& frameTime, int textureIndex) override;
-    void setInputFramebuffer(std::shared_ptr<GPUImageFramebuffer> framebuffer, int textureIndex) override;
-    int nextAvailableTextureIndex() const override;
-    void setInputSize(CGSize size, int textureIndex) override;
-    void setInputRotation(GPUImageRotationMode rotation, int textureIndex) override;
-    CGSize rotatedSize(CGSize size, int textureIndex) const override;
-
-protected:
-    void unlockInputs() override;
-    void bindFurtherInputs() override;
-    void disableFurtherArrays() override;
-
-    std::shared_ptr<GPUImageFramebuffer> m_fourthInputFramebuffer;
-    GLuint m_filterFourthTextureCoordinateAttribute = 0;
-    GLint m_filterInputTextureUniform4 = -1;
-    GPUImageRotationMode m_inputRotation4 = kGPUImageNoRotation;
-    CMTime m_fourthFrameTime = kCMTimeInvalid;
-    bool m_hasSetThirdTexture = false;
-    bool m_hasReceivedFourthFrame = false;
-    bool m_fourthFrameCheckDisabled = false;
+    void disableFourthFrameCheck() { disableFrameCheck(3); }
 };
 
 } // namespace lamina

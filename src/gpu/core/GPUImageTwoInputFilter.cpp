@@ -1,7 +1,8 @@
 #include "gpu/core/GPUImageTwoInputFilter.h"
 
-#include "gpu/core/GPUImageContext.h"
-
+#include <algorithm>
+#include <span>
+#include <string>
 #include <utility>
 
 namespace lamina {
@@ -24,13 +25,19 @@ void main()
 
 namespace {
 
-constexpr int kFirstTextureUnit = 2;
-constexpr int kSecondTextureUnit = 3;
+constexpr std::size_t kInputs = 2;
 
-std::vector<std::string> withSecond(std::vector<std::string> more)
+std::string numbered(const char* name, std::size_t slot)
 {
-    more.insert(more.begin(), "inputTextureCoordinate2");
-    return more;
+    return name + std::to_string(slot + 1);
+}
+
+std::vector<std::string> furtherAttributes(std::size_t inputs)
+{
+    std::vector<std::string> names;
+    for (std::size_t slot = 1; slot < inputs; ++slot)
+        names.push_back(numbered("inputTextureCoordinate", slot));
+    return names;
 }
 
 } // namespace
@@ -41,116 +48,136 @@ GPUImageTwoInputFilter::GPUImageTwoInputFilter(const std::string& fragmentShader
 }
 
 GPUImageTwoInputFilter::GPUImageTwoInputFilter(const std::string& vertexShader, const std::string& fragmentShader)
-    : GPUImageTwoInputFilter(vertexShader, fragmentShader, std::vector<std::string>())
+    : GPUImageTwoInputFilter(vertexShader, fragmentShader, kInputs)
 {
 }
 
 GPUImageTwoInputFilter::GPUImageTwoInputFilter(const std::string& vertexShader, const std::string& fragmentShader,
-                                               std::vector<std::string> moreAttributes)
-    : GPUImageFilter(vertexShader, fragmentShader, withSecond(std::move(moreAttributes)))
+                                               std::size_t inputs)
+    : GPUImageFilter(vertexShader, fragmentShader, furtherAttributes(inputs))
+    , m_slots(inputs)
 {
-    if (m_filterProgram)
-        m_filterSecondTextureCoordinateAttribute = m_filterProgram->attributeIndex("inputTextureCoordinate2");
-    m_filterInputTextureUniform2 = uniformIndex("inputImageTexture2");
+    for (std::size_t slot = 1; slot < inputs; ++slot) {
+        if (m_filterProgram)
+            m_slots[slot].textureCoordinateAttribute =
+                m_filterProgram->attributeIndex(numbered("inputTextureCoordinate", slot));
+        m_slots[slot].inputTextureUniform = uniformIndex(numbered("inputImageTexture", slot).c_str());
+    }
 }
 
-void GPUImageTwoInputFilter::bindSlot(const std::shared_ptr<GPUImageFramebuffer>& input, int unit, GLint uniform,
-                                      GLuint attribute, GPUImageRotationMode rotation)
+std::size_t GPUImageTwoInputFilter::slotIndex(int textureIndex) const
 {
-    bindInput(input, unit, uniform);
-    glEnableVertexAttribArray(attribute);
-    glVertexAttribPointer(attribute, 2, GL_FLOAT, GL_FALSE, 0, textureCoordinatesForRotation(rotation).data());
+    return std::min(static_cast<std::size_t>(std::max(textureIndex, 0)), m_slots.size() - 1);
 }
 
 void GPUImageTwoInputFilter::bindFurtherInputs()
 {
-    bindSlot(m_secondInputFramebuffer, kSecondTextureUnit, m_filterInputTextureUniform2,
-             m_filterSecondTextureCoordinateAttribute, m_inputRotation2);
+    for (std::size_t i = 1; i < m_slots.size(); ++i) {
+        const Slot& slot = m_slots[i];
+        bindInput(slot.inputFramebuffer, kFirstTextureUnit + static_cast<int>(i), slot.inputTextureUniform);
+        glEnableVertexAttribArray(slot.textureCoordinateAttribute);
+        glVertexAttribPointer(slot.textureCoordinateAttribute, 2, GL_FLOAT, GL_FALSE, 0,
+                              textureCoordinatesForRotation(slot.inputRotation).data());
+    }
 }
 
 /// An array that stays enabled would be read by draws of programs that don't have it.
 void GPUImageTwoInputFilter::disableFurtherArrays()
 {
-    glDisableVertexAttribArray(m_filterSecondTextureCoordinateAttribute);
+    for (std::size_t i = 1; i < m_slots.size(); ++i)
+        glDisableVertexAttribArray(m_slots[i].textureCoordinateAttribute);
 }
 
 void GPUImageTwoInputFilter::unlockInputs()
 {
     GPUImageFilter::unlockInputs();
-    if (m_secondInputFramebuffer)
-        m_secondInputFramebuffer->unlock();
+    for (const Slot& slot : m_slots) {
+        if (slot.inputFramebuffer)
+            slot.inputFramebuffer->unlock();
+    }
 }
 
-void GPUImageTwoInputFilter::renderToTextureWithVertices(const QuadCoordinates& vertices,
-                                                         const QuadCoordinates& textureCoordinates)
+bool GPUImageTwoInputFilter::haveReceived(std::size_t slots) const
 {
-    if (preventRendering() || !canRender()) {
-        dropFrame();
-        return;
-    }
-    GPUImageContext::setActiveShaderProgram(m_filterProgram);
-    m_outputFramebuffer = beginOutput();
-    if (m_usingNextFrameForImageCapture)
-        m_outputFramebuffer->lock();
-    setUniformsForProgramAtIndex(0);
-    bindInput(m_firstInputFramebuffer, kFirstTextureUnit, m_filterInputTextureUniform);
-    bindFurtherInputs();
-    drawQuad(m_filterPositionAttribute, vertices, m_filterTextureCoordinateAttribute, textureCoordinates);
-    disableFurtherArrays();
-    unlockInputs();
-    signalCapture();
+    const std::span asked(m_slots.data(), slots);
+    return std::ranges::all_of(asked, &Slot::hasReceivedFrame);
+}
+
+/// Slots whose check is disabled count as received from the first arrival at another one.
+void GPUImageTwoInputFilter::noteArrival(const CMTime& frameTime, std::size_t slot)
+{
+    for (Slot& other : m_slots)
+        other.hasReceivedFrame = other.hasReceivedFrame || other.frameCheckDisabled;
+    m_slots[slot].hasReceivedFrame = true;
+    m_slots[slot].frameTime = frameTime;
+}
+
+CMTime GPUImageTwoInputFilter::timePassedOn(const CMTime& frameTime) const
+{
+    if (m_slots.size() > kInputs)
+        return frameTime;
+    return m_slots[m_slots[0].frameTime.isIndefinite() ? 1 : 0].frameTime;
 }
 
 void GPUImageTwoInputFilter::newFrameReadyAtTime(const CMTime& frameTime, int textureIndex)
 {
-    // A frame of a source that outruns the other, or that comes round in a loop.
-    if (m_hasReceivedFirstFrame && m_hasReceivedSecondFrame)
+    // A frame of a source that outruns the others, or that comes round in a loop. Only the first three slots are asked, so a
+    // fourth that comes after them is passed over too.
+    constexpr std::size_t kMostAsked = 3;
+    if (haveReceived(std::min(m_slots.size(), kMostAsked)))
         return;
-    const bool isFirst = textureIndex == 0;
-    (isFirst ? m_hasReceivedFirstFrame : m_hasReceivedSecondFrame) = true;
-    (isFirst ? m_firstFrameTime : m_secondFrameTime) = frameTime;
-    if (isFirst ? m_secondFrameCheckDisabled : m_firstFrameCheckDisabled)
-        (isFirst ? m_hasReceivedSecondFrame : m_hasReceivedFirstFrame) = true;
-    const CMTime& opposite = isFirst ? m_secondFrameTime : m_firstFrameTime;
-    const bool movingOppositeStill = !frameTime.isIndefinite() && opposite.isIndefinite();
-
-    if (!(m_hasReceivedFirstFrame && m_hasReceivedSecondFrame) && !movingOppositeStill)
+    const std::size_t slot = slotIndex(textureIndex);
+    noteArrival(frameTime, slot);
+    const Slot& opposite = m_slots[m_slots.size() == kInputs && slot == 0 ? 1 : 0];
+    const bool movingOppositeStill = !frameTime.isIndefinite() && opposite.frameTime.isIndefinite();
+    if (!haveReceived(m_slots.size()) && !movingOppositeStill)
         return;
-    const CMTime passedOn = m_firstFrameTime.isIndefinite() ? m_secondFrameTime : m_firstFrameTime;
-    GPUImageFilter::newFrameReadyAtTime(passedOn, 0);
-    m_hasReceivedFirstFrame = false;
-    m_hasReceivedSecondFrame = false;
+    GPUImageFilter::newFrameReadyAtTime(timePassedOn(frameTime), 0);
+    for (Slot& drawn : m_slots)
+        drawn.hasReceivedFrame = false;
 }
 
 void GPUImageTwoInputFilter::setInputFramebuffer(std::shared_ptr<GPUImageFramebuffer> framebuffer, int textureIndex)
 {
-    if (textureIndex == 0) {
+    const std::size_t slot = slotIndex(textureIndex);
+    m_slots[slot].hasSetTexture = true;
+    if (slot == 0) {
         GPUImageFilter::setInputFramebuffer(std::move(framebuffer), 0);
-        m_hasSetFirstTexture = true;
         return;
     }
-    m_secondInputFramebuffer = std::move(framebuffer);
-    if (m_secondInputFramebuffer)
-        m_secondInputFramebuffer->lock();
+    m_slots[slot].inputFramebuffer = std::move(framebuffer);
+    if (m_slots[slot].inputFramebuffer)
+        m_slots[slot].inputFramebuffer->lock();
+}
+
+int GPUImageTwoInputFilter::nextAvailableTextureIndex() const
+{
+    for (std::size_t slot = m_slots.size() - 1; slot > 0; --slot) {
+        if (m_slots[slot - 1].hasSetTexture)
+            return static_cast<int>(slot);
+    }
+    return 0;
 }
 
 void GPUImageTwoInputFilter::setInputSize(CGSize size, int textureIndex)
 {
-    if (textureIndex != 0)
-        return;
-    GPUImageFilter::setInputSize(size, textureIndex);
+    const std::size_t slot = slotIndex(textureIndex);
+    if (slot == 0)
+        GPUImageFilter::setInputSize(size, 0);
     if (size == CGSize{})
-        m_hasSetFirstTexture = false;
+        m_slots[slot].hasSetTexture = false;
 }
 
 void GPUImageTwoInputFilter::setInputRotation(GPUImageRotationMode rotation, int textureIndex)
 {
-    (textureIndex == 0 ? m_inputRotation : m_inputRotation2) = rotation;
+    const std::size_t slot = slotIndex(textureIndex);
+    (slot == 0 ? m_inputRotation : m_slots[slot].inputRotation) = rotation;
 }
 
 CGSize GPUImageTwoInputFilter::rotatedSize(CGSize size, int textureIndex) const
 {
-    return sizeRotatedBy(textureIndex == 0 ? m_inputRotation : m_inputRotation2, size);
+    const std::size_t slot = slotIndex(textureIndex);
+    return sizeRotatedBy(slot == 0 ? m_inputRotation : m_slots[slot].inputRotation, size);
 }
 
 } // namespace lamina

@@ -2,6 +2,9 @@
 
 #include "gpu/core/GPUImageFilter.h"
 
+#include <cstddef>
+#include <vector>
+
 namespace lamina {
 
 /// Passes a second coordinate on as `textureCoordinate2`.
@@ -11,48 +14,56 @@ extern const char* const kGPUImageTwoInputTextureVertexShaderString;
 /// streams: then each frame of the stream draws. The output has the size of slot 0; other inputs are stretched to it.
 ///
 /// The fragment shader gets `inputImageTexture2` and `textureCoordinate2` for slot 1.
+///
+/// Filters of more inputs derive from it; the bookkeeping of all slots stands here. With three and more, a stream draws
+/// beside a still only where the still fills slot 0, and the time passed on is that of the frame that completed the set; with
+/// two it is the first slot's, unless that is indefinite.
 class GPUImageTwoInputFilter : public GPUImageFilter {
 public:
     explicit GPUImageTwoInputFilter(const std::string& fragmentShader);
     GPUImageTwoInputFilter(const std::string& vertexShader, const std::string& fragmentShader);
 
     /// The slot is fed once: after that it is not waited for. For good.
-    void disableFirstFrameCheck() { m_firstFrameCheckDisabled = true; }
-    void disableSecondFrameCheck() { m_secondFrameCheckDisabled = true; }
+    void disableFirstFrameCheck() { m_slots[0].frameCheckDisabled = true; }
+    void disableSecondFrameCheck() { m_slots[1].frameCheckDisabled = true; }
 
-    void renderToTextureWithVertices(const QuadCoordinates& vertices,
-                                     const QuadCoordinates& textureCoordinates) override;
     void newFrameReadyAtTime(const CMTime& frameTime, int textureIndex) override;
     void setInputFramebuffer(std::shared_ptr<GPUImageFramebuffer> framebuffer, int textureIndex) override;
-    int nextAvailableTextureIndex() const override { return m_hasSetFirstTexture ? 1 : 0; }
+    /// The slot after the highest that has a source; the last one, whatever it has, when all have.
+    int nextAvailableTextureIndex() const override;
     void setInputSize(CGSize size, int textureIndex) override;
     void setInputRotation(GPUImageRotationMode rotation, int textureIndex) override;
     CGSize rotatedSize(CGSize size, int textureIndex) const override;
 
 protected:
-    /// For three and more inputs: the attributes after `inputTextureCoordinate2`.
-    GPUImageTwoInputFilter(const std::string& vertexShader, const std::string& fragmentShader,
-                           std::vector<std::string> moreAttributes);
+    /// For three and more inputs: slot i brings `inputTextureCoordinate` and `inputImageTexture` with the number i + 1.
+    GPUImageTwoInputFilter(const std::string& vertexShader, const std::string& fragmentShader, std::size_t inputs);
+
+    void disableFrameCheck(std::size_t slot) { m_slots[slot].frameCheckDisabled = true; }
 
     void unlockInputs() override;
-    /// Binds the inputs after the first and sets their coordinates; returns with their attribute arrays enabled.
-    virtual void bindFurtherInputs();
-    virtual void disableFurtherArrays();
-    /// One further slot: its texture to `unit`, its coordinates by its rotation.
-    static void bindSlot(const std::shared_ptr<GPUImageFramebuffer>& input, int unit, GLint uniform, GLuint attribute,
-                         GPUImageRotationMode rotation);
+    void bindFurtherInputs() override;
+    void disableFurtherArrays() override;
 
-    std::shared_ptr<GPUImageFramebuffer> m_secondInputFramebuffer;
-    GLuint m_filterSecondTextureCoordinateAttribute = 0;
-    GLint m_filterInputTextureUniform2 = -1;
-    GPUImageRotationMode m_inputRotation2 = kGPUImageNoRotation;
-    CMTime m_firstFrameTime = kCMTimeInvalid;
-    CMTime m_secondFrameTime = kCMTimeInvalid;
-    bool m_hasSetFirstTexture = false;
-    bool m_hasReceivedFirstFrame = false;
-    bool m_hasReceivedSecondFrame = false;
-    bool m_firstFrameCheckDisabled = false;
-    bool m_secondFrameCheckDisabled = false;
+private:
+    /// Framebuffer, rotation, attribute and uniform of slot 0 are the base's.
+    struct Slot {
+        std::shared_ptr<GPUImageFramebuffer> inputFramebuffer;
+        GLuint textureCoordinateAttribute = 0;
+        GLint inputTextureUniform = -1;
+        GPUImageRotationMode inputRotation = kGPUImageNoRotation;
+        CMTime frameTime = kCMTimeInvalid;
+        bool hasSetTexture = false;
+        bool hasReceivedFrame = false;
+        bool frameCheckDisabled = false;
+    };
+    /// An index beyond the last slot means that one.
+    std::size_t slotIndex(int textureIndex) const;
+    bool haveReceived(std::size_t slots) const;
+    void noteArrival(const CMTime& frameTime, std::size_t slot);
+    CMTime timePassedOn(const CMTime& frameTime) const;
+
+    std::vector<Slot> m_slots;
 };
 
 } // namespace lamina

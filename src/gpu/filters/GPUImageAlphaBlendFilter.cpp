@@ -24,23 +24,14 @@ void main()
 } // namespace
 
 GPUImageAlphaBlendFilter::GPUImageAlphaBlendFilter()
-    : GPUImageTwoInputFilter(kAlphaBlendFragmentShader)
-    , m_mixUniform(uniformIndex("mixturePercent"))
+    : MixtureBlendFilter(kAlphaBlendFragmentShader)
 {
-    setMix(0.5F);
 }
 
 FilterDescription GPUImageAlphaBlendFilter::describe()
 {
     return filterDescription<GPUImageAlphaBlendFilter>(
-        "GPUImageAlphaBlendFilter", "blend", 2, "Lays the second picture over the first by its alpha",
-        {filterProperty("mix", &GPUImageAlphaBlendFilter::setMix, 0.5F, {0, 1}, "", "Share of the second picture")});
-}
-
-void GPUImageAlphaBlendFilter::setMix(float mix)
-{
-    m_mix = mix;
-    setFloat(mix, m_mixUniform, m_filterProgram);
+        "GPUImageAlphaBlendFilter", "blend", 2, "Lays the second picture over the first by its alpha", {mixProperty()});
 }
 
 } // namespace lamina

@@ -1,7 +1,6 @@
 #pragma once
 
-#include "gpu/core/FilterRegistry.h"
-#include "gpu/core/GPUImageTwoInputFilter.h"
+#include "gpu/filters/MixtureBlendFilter.h"
 
 namespace lamina {
 
@@ -11,17 +10,10 @@ namespace lamina {
 ///
 /// Colours are straight, as stored. `mix` runs from 0, the base alone, to 1; default 0.5. The base's alpha has no say in the
 /// colour, and stays.
-class GPUImageAlphaBlendFilter : public GPUImageTwoInputFilter {
+class GPUImageAlphaBlendFilter : public MixtureBlendFilter {
 public:
     GPUImageAlphaBlendFilter();
     static FilterDescription describe();
-
-    float mix() const { return m_mix; }
-    void setMix(float mix);
-
-private:
-    GLint m_mixUniform;
-    float m_mix = 0;
 };
 
 } // namespace lamina

@@ -24,23 +24,14 @@ void main()
 } // namespace
 
 GPUImageDissolveBlendFilter::GPUImageDissolveBlendFilter()
-    : GPUImageTwoInputFilter(kDissolveBlendFragmentShader)
-    , m_mixUniform(uniformIndex("mixturePercent"))
+    : MixtureBlendFilter(kDissolveBlendFragmentShader)
 {
-    setMix(0.5F);
 }
 
 FilterDescription GPUImageDissolveBlendFilter::describe()
 {
     return filterDescription<GPUImageDissolveBlendFilter>(
-        "GPUImageDissolveBlendFilter", "blend", 2, "Fades from the first picture to the second",
-        {filterProperty("mix", &GPUImageDissolveBlendFilter::setMix, 0.5F, {0, 1}, "", "Share of the second picture")});
-}
-
-void GPUImageDissolveBlendFilter::setMix(float mix)
-{
-    m_mix = mix;
-    setFloat(mix, m_mixUniform, m_filterProgram);
+        "GPUImageDissolveBlendFilter", "blend", 2, "Fades from the first picture to the second", {mixProperty()});
 }
 
 } // namespace lamina

@@ -1,7 +1,6 @@
 #pragma once
 
-#include "gpu/core/FilterRegistry.h"
-#include "gpu/core/GPUImageTwoInputFilter.h"
+#include "gpu/filters/MixtureBlendFilter.h"
 
 namespace lamina {
 
@@ -11,17 +10,10 @@ namespace lamina {
 ///
 /// Colours are straight, as stored: where alphas differ, the colour of a clear pixel shows in the mixture. `mix` runs from 0,
 /// the base, to 1, the overlay; default 0.5.
-class GPUImageDissolveBlendFilter : public GPUImageTwoInputFilter {
+class GPUImageDissolveBlendFilter : public MixtureBlendFilter {
 public:
     GPUImageDissolveBlendFilter();
     static FilterDescription describe();
-
-    float mix() const { return m_mix; }
-    void setMix(float mix);
-
-private:
-    GLint m_mixUniform;
-    float m_mix = 0;
 };
 
 } // namespace lamina

@@ -1,0 +1,30 @@
+#include "gpu/filters/MixtureBlendFilter.h"
+
+namespace lamina {
+
+namespace {
+
+constexpr float kMixOfNewFilter = 0.5F;
+
+} // namespace
+
+MixtureBlendFilter::MixtureBlendFilter(const std::string& fragmentShader)
+    : GPUImageTwoInputFilter(fragmentShader)
+    , m_mixUniform(uniformIndex("mixturePercent"))
+{
+    setMix(kMixOfNewFilter);
+}
+
+void MixtureBlendFilter::setMix(float mix)
+{
+    m_mix = mix;
+    setFloat(mix, m_mixUniform, m_filterProgram);
+}
+
+FilterProperty MixtureBlendFilter::mixProperty()
+{
+    return filterProperty("mix", &MixtureBlendFilter::setMix, kMixOfNewFilter, {0, 1}, "",
+                          "Share of the second picture");
+}
+
+} // namespace lamina

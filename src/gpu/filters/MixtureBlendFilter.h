@@ -1,0 +1,26 @@
+#pragma once
+
+#include "gpu/core/FilterRegistry.h"
+#include "gpu/core/GPUImageTwoInputFilter.h"
+
+#include <string>
+
+namespace lamina {
+
+/// The base of blends that a person turns up and down. Fragment shaders get the amount as `mixturePercent`, 0 to 1.
+class MixtureBlendFilter : public GPUImageTwoInputFilter {
+public:
+    /// From 0, the base (slot 0), to 1, all that the blend makes of the overlay (slot 1); default 0.5.
+    float mix() const { return m_mix; }
+    void setMix(float mix);
+
+protected:
+    explicit MixtureBlendFilter(const std::string& fragmentShader);
+    static FilterProperty mixProperty();
+
+private:
+    GLint m_mixUniform;
+    float m_mix = 0;
+};
+
+} // namespace lamina
