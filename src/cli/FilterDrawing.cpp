@@ -7,7 +7,6 @@
 #include "gpu/sources/GPUImagePicture.h"
 #include "platform/base/Log.h"
 
-#include <ranges>
 #include <string_view>
 #include <utility>
 
@@ -25,8 +24,8 @@ UIImage combined(const std::shared_ptr<GPUImageStage>& filter, const std::vector
         sources.back()->addTarget(filter, static_cast<int>(sources.size()) - 1);
     }
     filter->useNextFrameForImageCapture();
-    for (const auto& source : std::views::reverse(sources))
-        source->processImage();
+    for (auto source = sources.rbegin(); source != sources.rend(); ++source)
+        (*source)->processImage();
     return filter->imageFromCurrentFramebufferWithOrientation(UIImageOrientation::Up);
 }
 

@@ -4,6 +4,7 @@
 #include "cli/NearestName.h"
 #include "gpu/filters/FilterCatalogue.h"
 
+#include <algorithm>
 #include <string_view>
 #include <utility>
 
@@ -22,13 +23,22 @@ std::string unknownProperty(const FilterDescription& filter, std::string_view na
            std::string(nearestName(name, names)) + "?";
 }
 
-/// "intensity must be a number (V), not 'full', as in intensity=1".
+/// "point written X,Y"; of what is a single word in capitals, like NUMBER, the type's name says it all.
+std::string typeAndSyntax(const FilterValue& value)
+{
+    const std::string type(filterValueTypeName(value));
+    const std::string_view syntax = filterValueSyntax(value);
+    const bool isWord = std::ranges::all_of(syntax, [](char c) { return c >= 'A' && c <= 'Z'; });
+    return isWord ? type : type + " written " + std::string(syntax);
+}
+
+/// "intensity must be a number, not 'full', as in intensity=1".
 std::string wrongValue(const FilterProperty& property, std::string_view value)
 {
-    const std::string type(filterValueTypeName(property.fallback));
-    return property.name + " must be " + (type.starts_with('i') ? "an " : "a ") + type + " written " +
-           std::string(filterValueSyntax(property.fallback)) + (property.unit.empty() ? "" : " in " + property.unit) +
-           ", not '" + beginning(value) + "', as in " + property.name + "=" + formatFilterValue(property.fallback);
+    const std::string type = typeAndSyntax(property.fallback);
+    return property.name + " must be " + (type.starts_with('i') ? "an " : "a ") + type +
+           (property.unit.empty() ? "" : " in " + property.unit) + ", not '" + beginning(value) + "', as in " +
+           property.name + "=" + formatFilterValue(property.fallback);
 }
 
 } // namespace

@@ -306,7 +306,8 @@ TEST_F(FilterCommand, WrongUsageIsToldBeforeAnythingIsRead)
     refused({"GPUImageSepiaFilter", "--set", "intensty=1"}, "did you mean intensity?");
     refused({"GPUImageGrayscaleFilter", "--set", "intensity=1"}, "no properties");
     refused({"GPUImageSepiaFilter", "--set", "intensity"}, "PROPERTY=VALUE");
-    refused({"GPUImageSepiaFilter", "--set", "intensity=full"}, "must be a number");
+    refused({"GPUImageSepiaFilter", "--set", "intensity=full"},
+            "intensity must be a number, not 'full', as in intensity=1");
     refused({"GPUImageSepiaFilter", "--set", "intensity=nan"}, "must be a number");
     refused({"GPUImageMonochromeFilter", "--set", "color=1,2,3"}, "as in color=0.6,0.45,0.3,1");
     refused({"GPUImageErosionFilter", "--set", "radius=1.5"}, "must be an integer");

@@ -1,5 +1,6 @@
 #include "gpu/core/GLProgram.h"
 
+#include "gpu/core/FilterProgram.h"
 #include "gpu/core/GLErrors.h"
 #include "platform/base/Log.h"
 
@@ -62,6 +63,18 @@ GLProgram::GLProgram(const std::string& vertexShader, const std::string& fragmen
     }
 }
 
+std::shared_ptr<GLProgram> GLProgram::makeWithVertexShaderString(const std::string& vertexShader,
+                                                                 const std::string& fragmentShaderFilename)
+{
+    return std::make_shared<GLProgram>(vertexShader, shaderTextFromFile(fragmentShaderFilename, "fsh"));
+}
+
+std::shared_ptr<GLProgram> GLProgram::makeWithVertexShaderFilename(const std::string& vertexShaderFilename,
+                                                                   const std::string& fragmentShaderFilename)
+{
+    return makeWithVertexShaderString(shaderTextFromFile(vertexShaderFilename, "vsh"), fragmentShaderFilename);
+}
+
 GLProgram::~GLProgram()
 {
     if (m_program == 0)
@@ -103,7 +116,7 @@ void GLProgram::addAttribute(const std::string& name)
     if (attributeIndex(name) != kNotFound)
         return;
     m_attributes.push_back(name);
-    if (m_program != 0)
+    if (m_program != 0 && mayCallGL())
         glBindAttribLocation(m_program, attributeIndex(name), name.c_str());
 }
 
@@ -115,12 +128,12 @@ GLuint GLProgram::attributeIndex(const std::string& name) const
 
 GLint GLProgram::uniformIndex(const std::string& name) const
 {
-    return m_program == 0 ? -1 : glGetUniformLocation(m_program, name.c_str());
+    return m_program != 0 && mayCallGL() ? glGetUniformLocation(m_program, name.c_str()) : -1;
 }
 
 bool GLProgram::link()
 {
-    if (m_program == 0)
+    if (m_program == 0 || !mayCallGL())
         return false;
     glLinkProgram(m_program);
     GLint status = GL_FALSE;
@@ -141,13 +154,13 @@ bool GLProgram::link()
 
 void GLProgram::use() const
 {
-    if (m_program != 0)
+    if (m_program != 0 && mayCallGL())
         glUseProgram(m_program);
 }
 
 void GLProgram::validate()
 {
-    if (m_program == 0)
+    if (m_program == 0 || !mayCallGL())
         return;
     glValidateProgram(m_program);
     readProgramLog();

@@ -2,6 +2,7 @@
 
 #include "platform/gl/GLHeaders.h"
 
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -20,6 +21,11 @@ public:
 
     /// Compiles both. A failure is logged ("Failed to compile vertex shader") and shows again when `link` fails.
     GLProgram(const std::string& vertexShader, const std::string& fragmentShader);
+    /// With texts from files: paths without the extensions "vsh" and "fsh".
+    static std::shared_ptr<GLProgram> makeWithVertexShaderString(const std::string& vertexShader,
+                                                                 const std::string& fragmentShaderFilename);
+    static std::shared_ptr<GLProgram> makeWithVertexShaderFilename(const std::string& vertexShaderFilename,
+                                                                   const std::string& fragmentShaderFilename);
     ~GLProgram();
     GLProgram(const GLProgram&) = delete;
     GLProgram& operator=(const GLProgram&) = delete;

@@ -29,6 +29,10 @@ void GPUImageBuffer::newFrameReadyAtTime(const CMTime& frameTime, int)
 {
     if (!m_firstInputFramebuffer)
         return;
+    if (preventRendering()) {
+        dropFrame();
+        return;
+    }
     if (m_bufferedFramebuffers.size() < m_bufferSize) {
         m_outputFramebuffer = m_firstInputFramebuffer;
         m_firstInputFramebuffer->lock(); // handed on now and once more when its turn comes

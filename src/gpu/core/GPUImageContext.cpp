@@ -3,7 +3,9 @@
 #include "gpu/core/GLErrors.h"
 #include "platform/base/Log.h"
 
+#include <algorithm>
 #include <atomic>
+#include <cassert>
 #include <cstdint>
 #include <mutex>
 #include <set>
@@ -136,6 +138,8 @@ CGSize GPUImageContext::sizeThatFitsWithinATextureForSize(CGSize size)
 
 CGSize GPUImageContext::sizeThatFits(CGSize size, double limit)
 {
+    if (!(limit > 0))
+        return {};
     if (size.width < limit && size.height < limit)
         return size;
     if (size.width > size.height)
@@ -150,6 +154,8 @@ void GPUImageContext::limitTextureSize(int limit)
 
 EAGLContext* GPUImageContext::context()
 {
+    // A context that became current on another thread would be lost to the queue.
+    assert(isOnVideoProcessingQueue());
     if (m_context || m_failure)
         return m_context.get();
     Result<std::shared_ptr<EAGLContext>> made = createContext();
@@ -196,10 +202,12 @@ void GPUImageContext::presentBufferForDisplay()
 std::shared_ptr<GLProgram> GPUImageContext::programForVertexShaderString(const std::string& vertexShader,
                                                                          const std::string& fragmentShader)
 {
+    assert(isOnVideoProcessingQueue());
     std::string key = "V: " + vertexShader + " - F: " + fragmentShader;
     const auto known = m_shaderProgramCache.find(key);
     if (known != m_shaderProgramCache.end())
         return known->second;
+    useAsCurrentContext(); // a program made without one would be kept as one that never links
     auto program = std::make_shared<GLProgram>(vertexShader, fragmentShader);
     m_shaderProgramCache.emplace(std::move(key), program);
     return program;

@@ -61,14 +61,16 @@ public:
     /// `size` where both sides are below the texture limit; otherwise reduced in proportion so that the longer side is the
     /// limit. Not rounded.
     static CGSize sizeThatFitsWithinATextureForSize(CGSize size);
-    /// The same for a limit of one's own.
+    /// The same for a limit of one's own; the zero size where that is 0.
     static CGSize sizeThatFits(CGSize size, double limit);
     /// Lowers the texture limit, to bound memory or to try what happens to large pictures; 0: the device's own.
     static void limitTextureSize(int limit);
 
+    /// Makes this context current on the calling thread, which must be its queue's. False: there is none.
     bool useAsCurrentContext();
     /// Binds the program unless it is bound already. On the queue.
     void setContextShaderProgram(const std::shared_ptr<GLProgram>& program);
+    /// Shows what was drawn into the bound renderbuffer. On the queue.
     void presentBufferForDisplay();
     /// The program of these two texts, compiled once for the life of the process, perhaps not yet linked: test
     /// `initialized`. On the queue.

@@ -111,8 +111,10 @@ CGImage GPUImageFilter::newCGImageFromCurrentlyProcessedOutput()
     runSynchronouslyOnVideoProcessingQueue([&] {
         const std::shared_ptr<GPUImageFramebuffer> framebuffer = framebufferForOutput();
         m_usingNextFrameForImageCapture = false;
+        // Read before, it may be at work for somebody else by now, whose count it then is.
+        const bool held = std::exchange(m_holdsFrameForCapture, false);
         if (framebuffer)
-            image = framebuffer->newCGImageFromFramebufferContents();
+            image = held ? framebuffer->newCGImageFromFramebufferContents() : framebuffer->contents();
     });
     m_imageCaptureSemaphore.signal();
     return image;
@@ -150,24 +152,39 @@ void GPUImageFilter::drawQuad(GLuint positionAttribute, const QuadCoordinates& v
     checkDraw("drawing a filter");
 }
 
+void GPUImageFilter::holdForCapture(GPUImageFramebuffer& output)
+{
+    m_holdsFrameForCapture = m_usingNextFrameForImageCapture;
+    if (m_holdsFrameForCapture)
+        output.lock();
+}
+
 void GPUImageFilter::signalCapture()
 {
-    if (m_usingNextFrameForImageCapture)
+    if (m_holdsFrameForCapture)
         m_imageCaptureSemaphore.signal();
+}
+
+void GPUImageFilter::giveBack(std::shared_ptr<GPUImageFramebuffer>& input)
+{
+    if (!input)
+        return;
+    input->unlock();
+    if (!input->referenceCountingDisabled())
+        input.reset();
 }
 
 void GPUImageFilter::unlockInputs()
 {
-    if (m_firstInputFramebuffer)
-        m_firstInputFramebuffer->unlock();
+    giveBack(m_firstInputFramebuffer);
 }
 
 void GPUImageFilter::dropFrame()
 {
     unlockInputs();
     // Whoever waits for a frame of a filter that can't draw need not wait for its time to be over.
-    if (!canRender())
-        signalCapture();
+    if (!canRender() && m_usingNextFrameForImageCapture)
+        m_imageCaptureSemaphore.signal();
 }
 
 void GPUImageFilter::renderToTextureWithVertices(const QuadCoordinates& vertices,
@@ -179,8 +196,7 @@ void GPUImageFilter::renderToTextureWithVertices(const QuadCoordinates& vertices
     }
     GPUImageContext::setActiveShaderProgram(m_filterProgram);
     m_outputFramebuffer = beginOutput();
-    if (m_usingNextFrameForImageCapture)
-        m_outputFramebuffer->lock();
+    holdForCapture(*m_outputFramebuffer);
     setUniformsForProgramAtIndex(0);
     bindInput(m_firstInputFramebuffer, kFirstTextureUnit, m_filterInputTextureUniform);
     bindFurtherInputs();
@@ -212,7 +228,7 @@ void GPUImageFilter::informTargetsAboutNewFrameAtTime(const CMTime& frameTime)
         target.input->setInputSize(outputFrameSize(), target.textureIndex);
     }
     output->unlock();
-    if (!m_usingNextFrameForImageCapture)
+    if (!m_holdsFrameForCapture)
         removeOutputFramebuffer();
     for (const Target& target : targets) {
         if (!isIgnored(target))
@@ -274,19 +290,23 @@ CGPoint GPUImageFilter::rotatedPoint(CGPoint point, GPUImageRotationMode rotatio
 
 void GPUImageFilter::forceProcessingAtSize(CGSize size)
 {
-    m_overrideInputSize = !isZero(size);
-    if (!m_overrideInputSize)
-        return;
-    m_inputTextureSize = size;
-    m_forcedMaximumSize = {};
+    runSynchronouslyOnVideoProcessingQueue([&] {
+        m_overrideInputSize = !isZero(size);
+        if (!m_overrideInputSize)
+            return;
+        m_inputTextureSize = size;
+        m_forcedMaximumSize = {};
+    });
 }
 
 void GPUImageFilter::forceProcessingAtSizeRespectingAspectRatio(CGSize size)
 {
-    m_overrideInputSize = !isZero(size);
-    m_forcedMaximumSize = size;
-    if (!m_overrideInputSize)
-        m_inputTextureSize = {};
+    runSynchronouslyOnVideoProcessingQueue([&] {
+        m_overrideInputSize = !isZero(size);
+        m_forcedMaximumSize = size;
+        if (!m_overrideInputSize)
+            m_inputTextureSize = {};
+    });
 }
 
 void GPUImageFilter::endProcessing()

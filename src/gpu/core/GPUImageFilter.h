@@ -50,7 +50,7 @@ public:
     void informTargetsAboutNewFrameAtTime(const CMTime& frameTime);
 
     /// What the output is cleared to before the draw; components 0 to 1, all 0 at first.
-    void setBackgroundColor(float red, float green, float blue, float alpha);
+    void setBackgroundColorRed(float red, float green, float blue, float alpha);
 
     /// By the uniform's name in the (first) program.
     void setInteger(int value, const std::string& uniformName);
@@ -133,10 +133,16 @@ protected:
     /// The draw of four vertices with position and first coordinate.
     static void drawQuad(GLuint positionAttribute, const QuadCoordinates& vertices, GLuint coordinateAttribute,
                          const QuadCoordinates& textureCoordinates);
-    /// After the draw, if a capture was asked for: lets the waiter go on.
+    /// Before the draw, if a capture was asked for: takes the count that `newCGImageFromCurrentlyProcessedOutput` gives back.
+    /// A wish that comes later, while the frame is under way, is for the next one.
+    void holdForCapture(GPUImageFramebuffer& output);
+    /// After the draw of such a frame: lets the waiter go on.
     void signalCapture();
     /// What happens to a frame that is not drawn: every input's count is given back, and a waiter learns of it.
     void dropFrame();
+    /// Gives back the count of an input and, unless it is a source's own for good, lets go of it: the next to fetch it may
+    /// be this very filter for its output, and nothing may be drawn from a texture into itself.
+    static void giveBack(std::shared_ptr<GPUImageFramebuffer>& input);
     /// Gives back the counts of all inputs after the draw, in slot order.
     virtual void unlockInputs();
     /// Binds the inputs after the first, with their coordinates in enabled arrays, before the draw; and disables the arrays
@@ -162,6 +168,7 @@ private:
     std::shared_ptr<UniformState> m_uniformState = std::make_shared<UniformState>();
     std::atomic<bool> m_preventRendering{false};
     bool m_isEndProcessing = false;
+    bool m_holdsFrameForCapture = false; ///< the output has a count for the capture; touched on the queue
 };
 
 /// Centred fit: the size of the largest rectangle of `aspect`'s proportions inside `bounds`.

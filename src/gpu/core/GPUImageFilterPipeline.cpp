@@ -222,6 +222,7 @@ void GPUImageFilterPipeline::replaceAllFilters(Filters filters)
 
 void GPUImageFilterPipeline::refreshFilters()
 {
+    std::erase(m_filters, nullptr);
     std::shared_ptr<GPUImageOutput> last = m_input;
     const auto connect = [&last](const std::shared_ptr<GPUImageInput>& next) {
         if (last)

@@ -8,7 +8,7 @@
 
 namespace lamina {
 
-void GPUImageFilter::setBackgroundColor(float red, float green, float blue, float alpha)
+void GPUImageFilter::setBackgroundColorRed(float red, float green, float blue, float alpha)
 {
     runSynchronouslyOnVideoProcessingQueue([&] { m_backgroundColor = {red, green, blue, alpha}; });
 }
@@ -37,6 +37,8 @@ void GPUImageFilter::setUniform(UniformPlace place, const std::shared_ptr<GLProg
     // The filter may be gone when the block runs; the state is not.
     runAsynchronouslyOnVideoProcessingQueue(
         [state = uniformStateFor(program), program, place = std::move(place), apply = std::move(apply)] {
+            if (!program->initialized())
+                return;
             const std::string* name = std::get_if<std::string>(&place);
             const GLint uniform = name ? program->uniformIndex(*name) : std::get<GLint>(place);
             if (uniform < 0)

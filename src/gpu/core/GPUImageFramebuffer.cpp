@@ -3,6 +3,7 @@
 #include "gpu/core/GLErrors.h"
 #include "gpu/core/GLTextureFormat.h"
 #include "gpu/core/GPUImageContext.h"
+#include "platform/base/Log.h"
 
 #include <algorithm>
 #include <atomic>
@@ -141,11 +142,16 @@ CGImage GPUImageFramebuffer::newCGImageFromFramebufferContents()
 {
     CGImage image;
     runSynchronouslyOnVideoProcessingQueue([&] {
-        if (GPUImageContext::useImageProcessingContext())
-            image = readPixels();
+        image = contents();
         unlock();
     });
     return image;
+}
+
+CGImage GPUImageFramebuffer::contents() const
+{
+    return valueFromVideoProcessingQueue(
+        [this] { return GPUImageContext::useImageProcessingContext() ? readPixels() : CGImage(); });
 }
 
 CGImage GPUImageFramebuffer::readPixels() const
@@ -153,11 +159,17 @@ CGImage GPUImageFramebuffer::readPixels() const
     const IntSize pixels = pixelSize();
     if (pixels.isEmpty() || m_framebuffer == 0)
         return {};
+    activateFramebuffer();
+    if (glCheckFramebufferStatus(GL_FRAMEBUFFER) != GL_FRAMEBUFFER_COMPLETE) {
+        // Nothing would be read, and the buffer show what was in memory before.
+        logError("OpenGL ES: the device has no framebuffer of " + std::to_string(pixels.width) + "x" +
+                 std::to_string(pixels.height) + " pixels");
+        return {};
+    }
     const CGImageLayout layout = CGImageLayout::rgba(pixels.width, pixels.height, CGImageAlphaInfo::Last);
     PixelBuffer buffer = PixelBuffer::allocate(layout.byteCount());
     if (!buffer)
         return {};
-    activateFramebuffer();
     glReadPixels(0, 0, pixels.width, pixels.height, GL_RGBA, GL_UNSIGNED_BYTE, buffer.data());
     checkDraw("reading a framebuffer");
     return CGImage::make(layout, std::move(buffer));

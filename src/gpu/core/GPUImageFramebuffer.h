@@ -42,13 +42,17 @@ public:
     void unlock();
     void clearAllLocks() { m_framebufferReferenceCount = 0; }
     void disableReferenceCounting() { m_referenceCountingDisabled = true; }
-    void enableReferenceCounting() { m_referenceCountingDisabled = false; }
+    /// Not for somebody else's texture.
+    void enableReferenceCounting() { m_referenceCountingDisabled = !m_ownsTexture; }
+    bool referenceCountingDisabled() const { return m_referenceCountingDisabled; }
     /// For those who watch the counts.
     unsigned framebufferReferenceCount() const { return m_framebufferReferenceCount; }
 
     /// The pixels, RGBA with straight alpha, first row of the texture on top; gives back one count, which the caller must
     /// hold. Empty when there is nothing to read or memory is short. From any thread.
     CGImage newCGImageFromFramebufferContents();
+    /// The same pixels without giving back a count, for who holds none. From any thread.
+    CGImage contents() const;
 
     /// Bytes of a row of read-back pixels.
     std::size_t bytesPerRow() const;

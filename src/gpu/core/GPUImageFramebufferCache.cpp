@@ -35,6 +35,12 @@ GPUImageFramebufferCache::GPUImageFramebufferCache()
 {
 }
 
+GPUImageFramebufferCache::~GPUImageFramebufferCache()
+{
+    m_memoryWarningObserver.remove();
+    runSynchronouslyOnVideoProcessingQueue([this] { m_framebufferCache.clear(); }); // after what is under way for it
+}
+
 std::string GPUImageFramebufferCache::hashForSize(CGSize size, const GPUTextureOptions& options, bool onlyTexture)
 {
     const auto tenths = [](double side) {

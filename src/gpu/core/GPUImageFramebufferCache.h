@@ -25,6 +25,7 @@ public:
     static constexpr std::size_t kIdleByteLimit = std::size_t{256} << 20;
 
     GPUImageFramebufferCache();
+    ~GPUImageFramebufferCache();
     GPUImageFramebufferCache(const GPUImageFramebufferCache&) = delete;
     GPUImageFramebufferCache& operator=(const GPUImageFramebufferCache&) = delete;
 

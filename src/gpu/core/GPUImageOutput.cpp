@@ -34,7 +34,9 @@ void freeSlot(GPUImageInput& target, int textureIndex)
 
 GPUImageOutput::~GPUImageOutput()
 {
-    GPUImageOutput::removeAllTargets();
+    // What nobody ever connected goes without a hop, and without making the queue.
+    if (!m_targets.empty())
+        GPUImageOutput::removeAllTargets();
 }
 
 void GPUImageOutput::setInputFramebufferForTarget(GPUImageInput& target, int textureIndex)
@@ -62,9 +64,12 @@ void GPUImageOutput::addTarget(const std::shared_ptr<GPUImageInput>& target)
 {
     if (!target)
         return;
-    addTarget(target, target->nextAvailableTextureIndex());
-    if (target->shouldIgnoreUpdatesToThisTarget())
-        setTargetToIgnoreForUpdates(target);
+    // In one turn: two sources that are added by two threads must not be told the same slot.
+    runSynchronouslyOnVideoProcessingQueue([&] {
+        addTarget(target, target->nextAvailableTextureIndex());
+        if (target->shouldIgnoreUpdatesToThisTarget())
+            setTargetToIgnoreForUpdates(target);
+    });
 }
 
 void GPUImageOutput::addTarget(const std::shared_ptr<GPUImageInput>& target, int textureLocation)
@@ -97,12 +102,9 @@ void GPUImageOutput::removeTarget(const std::shared_ptr<GPUImageInput>& target)
 
 void GPUImageOutput::removeAllTargets()
 {
-    m_cachedMaximumOutputSize = {};
-    // What nobody ever connected goes without a hop, and without making the queue.
-    if (m_targets.empty())
-        return;
     std::vector<Target> removed; // dropped after the hop: the last reference to a target may be here
     runSynchronouslyOnVideoProcessingQueue([&] {
+        m_cachedMaximumOutputSize = {};
         for (const Target& target : m_targets)
             freeSlot(*target.input, target.textureIndex);
         removed.swap(m_targets);
@@ -126,6 +128,27 @@ void GPUImageOutput::setAudioEncodingTarget(std::shared_ptr<GPUImageAudioEncodin
     m_audioEncodingTarget = std::move(target);
     if (m_audioEncodingTarget && !m_audioEncodingTarget->hasAudioTrack())
         m_audioEncodingTarget->setHasAudioTrack(true);
+}
+
+std::shared_ptr<GPUImageInput> GPUImageOutput::targetToIgnoreForUpdates() const
+{
+    return valueFromVideoProcessingQueue([this] { return m_targetToIgnoreForUpdates.lock(); });
+}
+
+void GPUImageOutput::setTargetToIgnoreForUpdates(const std::shared_ptr<GPUImageInput>& target)
+{
+    runSynchronouslyOnVideoProcessingQueue([&] { m_targetToIgnoreForUpdates = target; });
+}
+
+GPUImageOutput::FrameProcessingCompletionBlock GPUImageOutput::frameProcessingCompletionBlock() const
+{
+    return valueFromVideoProcessingQueue([this] { return m_frameProcessingCompletionBlock; });
+}
+
+void GPUImageOutput::setFrameProcessingCompletionBlock(FrameProcessingCompletionBlock block)
+{
+    // The former one goes on the caller's thread, after the hop.
+    runSynchronouslyOnVideoProcessingQueue([&] { m_frameProcessingCompletionBlock.swap(block); });
 }
 
 void GPUImageOutput::setOutputTextureOptions(const GPUTextureOptions& options)

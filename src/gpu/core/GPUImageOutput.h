@@ -21,7 +21,8 @@ public:
 /// Whatever gives frames: still pictures, cameras, movies, filters. It holds its targets, in the order of adding, and so a
 /// graph lives as long as somebody holds its sources. Graphs must have no cycles of targets; nobody checks.
 ///
-/// List operations may be called from any thread: they do their work on the video processing queue and wait for it.
+/// List operations and settings may be called from any thread: they do their work on the video processing queue and wait for
+/// it.
 class GPUImageOutput : public std::enable_shared_from_this<GPUImageOutput> {
 public:
     GPUImageOutput() = default;
@@ -92,22 +93,13 @@ public:
     void setEnabled(bool enabled) { m_enabled = enabled; }
 
     /// Not held. It stays in the list but gets no frames.
-    std::shared_ptr<GPUImageInput> targetToIgnoreForUpdates() const { return m_targetToIgnoreForUpdates.lock(); }
-    virtual void setTargetToIgnoreForUpdates(const std::shared_ptr<GPUImageInput>& target)
-    {
-        m_targetToIgnoreForUpdates = target;
-    }
+    std::shared_ptr<GPUImageInput> targetToIgnoreForUpdates() const;
+    virtual void setTargetToIgnoreForUpdates(const std::shared_ptr<GPUImageInput>& target);
 
-    /// Called on the queue when a frame has been drawn, before the targets have it. Set it before frames flow.
+    /// Called on the queue when a frame has been drawn, before the targets have it.
     using FrameProcessingCompletionBlock = std::function<void(GPUImageOutput& output, const CMTime& frameTime)>;
-    virtual FrameProcessingCompletionBlock frameProcessingCompletionBlock() const
-    {
-        return m_frameProcessingCompletionBlock;
-    }
-    virtual void setFrameProcessingCompletionBlock(FrameProcessingCompletionBlock block)
-    {
-        m_frameProcessingCompletionBlock = std::move(block);
-    }
+    virtual FrameProcessingCompletionBlock frameProcessingCompletionBlock() const;
+    virtual void setFrameProcessingCompletionBlock(FrameProcessingCompletionBlock block);
 
     /// Whether all targets would do with one channel.
     bool allTargetsWantMonochromeData() const { return m_allTargetsWantMonochromeData; }
@@ -132,8 +124,8 @@ private:
     std::vector<Target> m_targets;
     bool m_allTargetsWantMonochromeData = true;
     bool m_shouldSmoothlyScaleOutput = false;
-    bool m_shouldIgnoreUpdatesToThisTarget = false;
-    bool m_enabled = true;
+    std::atomic<bool> m_shouldIgnoreUpdatesToThisTarget{false};
+    std::atomic<bool> m_enabled{true};
     std::shared_ptr<GPUImageAudioEncodingTarget> m_audioEncodingTarget;
     std::weak_ptr<GPUImageInput> m_targetToIgnoreForUpdates;
     FrameProcessingCompletionBlock m_frameProcessingCompletionBlock;

@@ -1,5 +1,7 @@
 #include "gpu/core/GPUImageTwoInputFilter.h"
 
+#include "gpu/core/VideoProcessingQueue.h"
+
 #include <algorithm>
 #include <span>
 #include <string>
@@ -65,6 +67,11 @@ GPUImageTwoInputFilter::GPUImageTwoInputFilter(const std::string& vertexShader, 
     }
 }
 
+void GPUImageTwoInputFilter::disableFrameCheck(std::size_t slot)
+{
+    runSynchronouslyOnVideoProcessingQueue([&] { m_slots[slot].frameCheckDisabled = true; });
+}
+
 std::size_t GPUImageTwoInputFilter::slotIndex(int textureIndex) const
 {
     return std::min(static_cast<std::size_t>(std::max(textureIndex, 0)), m_slots.size() - 1);
@@ -91,10 +98,8 @@ void GPUImageTwoInputFilter::disableFurtherArrays()
 void GPUImageTwoInputFilter::unlockInputs()
 {
     GPUImageFilter::unlockInputs();
-    for (const Slot& slot : m_slots) {
-        if (slot.inputFramebuffer)
-            slot.inputFramebuffer->unlock();
-    }
+    for (Slot& slot : m_slots)
+        giveBack(slot.inputFramebuffer);
 }
 
 bool GPUImageTwoInputFilter::haveReceived(std::size_t slots) const

@@ -11,7 +11,9 @@ namespace lamina {
 extern const char* const kGPUImageTwoInputTextureVertexShaderString;
 
 /// A filter that draws when both slots have a frame. One of them may be a still picture that comes once while the other
-/// streams: then each frame of the stream draws. The output has the size of slot 0; other inputs are stretched to it.
+/// streams: then each frame of the stream draws. (The still has to be the source itself: what a filter makes of one goes back
+/// to the pool after its draw, and the slot is black from then on.) The output has the size of slot 0; other inputs are
+/// stretched to it.
 ///
 /// The fragment shader gets `inputImageTexture2` and `textureCoordinate2` for slot 1.
 ///
@@ -24,8 +26,8 @@ public:
     GPUImageTwoInputFilter(const std::string& vertexShader, const std::string& fragmentShader);
 
     /// The slot is fed once: after that it is not waited for. For good.
-    void disableFirstFrameCheck() { m_slots[0].frameCheckDisabled = true; }
-    void disableSecondFrameCheck() { m_slots[1].frameCheckDisabled = true; }
+    void disableFirstFrameCheck() { disableFrameCheck(0); }
+    void disableSecondFrameCheck() { disableFrameCheck(1); }
 
     void newFrameReadyAtTime(const CMTime& frameTime, int textureIndex) override;
     void setInputFramebuffer(std::shared_ptr<GPUImageFramebuffer> framebuffer, int textureIndex) override;
@@ -39,7 +41,7 @@ protected:
     /// For three and more inputs: slot i brings `inputTextureCoordinate` and `inputImageTexture` with the number i + 1.
     GPUImageTwoInputFilter(const std::string& vertexShader, const std::string& fragmentShader, std::size_t inputs);
 
-    void disableFrameCheck(std::size_t slot) { m_slots[slot].frameCheckDisabled = true; }
+    void disableFrameCheck(std::size_t slot);
 
     void unlockInputs() override;
     void bindFurtherInputs() override;

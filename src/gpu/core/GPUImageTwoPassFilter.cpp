@@ -84,8 +84,7 @@ void GPUImageTwoPassFilter::renderToTextureWithVertices(const QuadCoordinates& v
         GPUImageContext::sharedFramebufferCache().fetchFramebufferForSize(sizeOfFBO(), outputTextureOptions(), false);
     m_secondOutputFramebuffer->activateFramebuffer();
     GPUImageContext::setActiveShaderProgram(m_secondFilterProgram);
-    if (m_usingNextFrameForImageCapture)
-        m_secondOutputFramebuffer->lock();
+    holdForCapture(*m_secondOutputFramebuffer);
     setUniformsForProgramAtIndex(1);
     bindInput(m_outputFramebuffer, kSecondPassUnit, m_secondFilterInputTextureUniform);
     glClearColor(0, 0, 0, 1);

@@ -11,7 +11,8 @@ namespace lamina {
 
 namespace {
 
-/// Pairs on each side whose places travel in varyings: 15 of two components fill what every device has, 8 of four.
+/// Pairs on each side whose places travel in varyings: 15 places and the step, of two components each, fill what every
+/// device has, 8 of four.
 constexpr std::size_t kPairsInVaryings = 7;
 
 /// Six decimals with a point, whatever the locale.
@@ -52,8 +53,10 @@ std::string stepsAway(double steps)
     return std::string(steps < 0 ? "- " : "+ ") + "singleStepOffset * " + decimal(std::abs(steps));
 }
 
-/// `steps[k]` is how far entry k lies from the pixel.
-std::string vertexShader(const std::vector<double>& steps)
+/// `steps[k]` is how far entry k lies from the pixel. `handsOutStep` for a fragment shader that computes places of its own: it
+/// could not declare the offsets itself where its best precision is below the vertex shader's, as a uniform of both must have
+/// the same precision in both.
+std::string vertexShader(const std::vector<double>& steps, bool handsOutStep)
 {
     std::string text = R"(attribute vec4 position;
 attribute vec4 inputTextureCoordinate;
@@ -62,14 +65,12 @@ uniform float texelWidthOffset;
 uniform float texelHeightOffset;
 
 varying vec2 blurCoordinates[)" +
-                       std::to_string(steps.size()) + R"(];
-
-void main()
-{
-    gl_Position = position;
-
-    vec2 singleStepOffset = vec2(texelWidthOffset, texelHeightOffset);
-)";
+                       std::to_string(steps.size()) + "];\n";
+    if (handsOutStep)
+        text += "varying vec2 singleStepOffset;\n";
+    text += "\nvoid main()\n{\n    gl_Position = position;\n\n";
+    text += handsOutStep ? "    " : "    vec2 ";
+    text += "singleStepOffset = vec2(texelWidthOffset, texelHeightOffset);\n";
     for (std::size_t k = 0; k < steps.size(); ++k) {
         text += "    " + place(k) + " = inputTextureCoordinate.xy";
         text += steps[k] == 0 ? ";\n" : " " + stepsAway(steps[k]) + ";\n";
@@ -77,13 +78,14 @@ void main()
     return text + "}\n";
 }
 
-/// Everything before the sum. The steps are declared where the sum computes places of its own.
-std::string fragmentShaderHead(std::size_t places, bool needsSteps)
+/// Everything before the sum. The step is declared where the sum computes places of its own.
+std::string fragmentShaderHead(std::size_t places, bool needsStep)
 {
-    std::string text = "precision highp float;\n\nuniform sampler2D inputImageTexture;\n";
-    if (needsSteps)
-        text += "uniform highp float texelWidthOffset;\nuniform highp float texelHeightOffset;\n";
-    text += "\nvarying highp vec2 blurCoordinates[" + std::to_string(places) + "];\n\nvoid main()\n{\n";
+    std::string text = "precision highp float;\n\nuniform highp sampler2D inputImageTexture;\n";
+    text += "\nvarying highp vec2 blurCoordinates[" + std::to_string(places) + "];\n";
+    if (needsStep)
+        text += "varying highp vec2 singleStepOffset;\n";
+    text += "\nvoid main()\n{\n";
     text += "    highp vec4 sum = vec4(0.0);\n";
     return text;
 }
@@ -131,11 +133,11 @@ std::string standardBlurVertexShader(const BlurWeights& weights)
 {
     if (weights.size() < 2)
         return kGPUImageVertexShaderString;
-    const auto radius = static_cast<double>(weights.size() - 1);
+    const auto radius = static_cast<int>(weights.size() - 1);
     std::vector<double> steps;
-    for (double step = -radius; step <= radius; ++step)
+    for (int step = -radius; step <= radius; ++step)
         steps.push_back(step);
-    return vertexShader(steps);
+    return vertexShader(steps, false);
 }
 
 std::string standardBlurFragmentShader(const BlurWeights& weights)
@@ -160,7 +162,7 @@ std::string optimizedBlurVertexShader(const BlurWeights& weights)
         steps.push_back(pairs[j].offset);
         steps.push_back(-pairs[j].offset);
     }
-    return vertexShader(steps);
+    return vertexShader(steps, pairs.size() > kPairsInVaryings);
 }
 
 std::string optimizedBlurFragmentShader(const BlurWeights& weights)
@@ -169,16 +171,13 @@ std::string optimizedBlurFragmentShader(const BlurWeights& weights)
         return kGPUImagePassthroughFragmentShaderString;
     const std::vector<Pair> pairs = pairsOf(weights);
     const std::size_t handedOut = std::min(pairs.size(), kPairsInVaryings);
-    const bool needsSteps = pairs.size() > handedOut;
 
-    std::string text = fragmentShaderHead(1 + 2 * handedOut, needsSteps);
+    std::string text = fragmentShaderHead(1 + 2 * handedOut, pairs.size() > handedOut);
     text += addend(place(0), weights[0]);
     for (std::size_t j = 0; j < handedOut; ++j) {
         text += addend(place(2 * j + 1), pairs[j].weight);
         text += addend(place(2 * j + 2), pairs[j].weight);
     }
-    if (needsSteps)
-        text += "    highp vec2 singleStepOffset = vec2(texelWidthOffset, texelHeightOffset);\n";
     for (std::size_t j = handedOut; j < pairs.size(); ++j) {
         text += addend(place(0) + " " + stepsAway(pairs[j].offset), pairs[j].weight);
         text += addend(place(0) + " " + stepsAway(-pairs[j].offset), pairs[j].weight);

@@ -22,7 +22,8 @@ std::string standardBlurVertexShader(const BlurWeights& weights);
 std::string standardBlurFragmentShader(const BlurWeights& weights);
 
 /// Neighbours are read in pairs, at the place between both where linear sampling weighs them right. The vertex shader hands
-/// out the places of seven pairs on each side; pairs beyond, for which there are no varyings left, are computed at each pixel.
+/// out the places of seven pairs on each side; those of pairs beyond, for which there are no varyings left, are computed at
+/// each pixel from the step, `singleStepOffset`.
 std::string optimizedBlurVertexShader(const BlurWeights& weights);
 std::string optimizedBlurFragmentShader(const BlurWeights& weights);
 

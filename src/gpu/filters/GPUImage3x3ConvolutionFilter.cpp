@@ -10,7 +10,7 @@ constexpr GPUMatrix3x3 kCentreAlone{{0, 0, 0}, {0, 1, 0}, {0, 0, 0}};
 // Sums are made at high precision: with weights of some size, the rounding of medium precision shows in 8 bits.
 constexpr const char* kConvolutionFragmentShader = R"(precision highp float;
 
-uniform sampler2D inputImageTexture;
+uniform highp sampler2D inputImageTexture;
 uniform mediump mat3 convolutionMatrix;
 
 varying vec2 textureCoordinate;

@@ -9,7 +9,7 @@ constexpr const char* kColorMatrixFragmentShader = R"(
 precision highp float;
 
 varying vec2 textureCoordinate;
-uniform sampler2D inputImageTexture;
+uniform highp sampler2D inputImageTexture;
 uniform mat4 colorMatrix;
 uniform float intensity;
 

@@ -9,8 +9,8 @@ precision highp float;
 
 varying vec2 textureCoordinate;
 varying vec2 textureCoordinate2;
-uniform sampler2D inputImageTexture;
-uniform sampler2D inputImageTexture2;
+uniform highp sampler2D inputImageTexture;
+uniform highp sampler2D inputImageTexture2;
 uniform float mixturePercent;
 
 void main()

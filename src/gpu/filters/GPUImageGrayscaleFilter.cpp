@@ -8,7 +8,7 @@ constexpr const char* kGrayscaleFragmentShader = R"(
 precision highp float;
 
 varying vec2 textureCoordinate;
-uniform sampler2D inputImageTexture;
+uniform highp sampler2D inputImageTexture;
 
 const vec3 W = vec3(0.2125, 0.7154, 0.0721);
 

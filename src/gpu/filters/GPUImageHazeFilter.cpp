@@ -8,7 +8,7 @@ namespace {
 // "not a number".
 constexpr const char* kHazeFragmentShader = R"(
 varying highp vec2 textureCoordinate;
-uniform sampler2D inputImageTexture;
+uniform highp sampler2D inputImageTexture;
 uniform lowp float hazeDistance;
 uniform highp float slope;
 

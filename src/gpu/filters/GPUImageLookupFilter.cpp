@@ -11,8 +11,8 @@ precision highp float;
 uniform float intensity;
 varying vec2 textureCoordinate;
 varying vec2 textureCoordinate2;
-uniform sampler2D inputImageTexture;
-uniform sampler2D inputImageTexture2;
+uniform highp sampler2D inputImageTexture;
+uniform highp sampler2D inputImageTexture2;
 
 vec2 placeInTile(float tile, vec2 redGreen)
 {

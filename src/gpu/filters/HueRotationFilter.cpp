@@ -12,7 +12,7 @@ constexpr const char* kPrecision = "precision highp float;\n";
 // A turn by sine and cosine instead of by way of the polar angle: that one is undefined for greys.
 constexpr const char* kHueFragmentShader = R"(
 varying vec2 textureCoordinate;
-uniform sampler2D inputImageTexture;
+uniform highp sampler2D inputImageTexture;
 uniform float hueAdjust;
 
 const vec4 kRGBToYPrime = vec4(0.299, 0.587, 0.114, 0.0);

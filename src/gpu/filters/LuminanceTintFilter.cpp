@@ -4,22 +4,24 @@ namespace lamina {
 
 namespace {
 
+// An intensity of 5 is beyond the range of low precision, and multiplies what medium precision rounds, in what is read from the
+// sampler too, to more than a step of 8 bits.
 constexpr const char* kLuminanceTintFragmentShader = R"(
-precision lowp float;
+precision highp float;
 
-varying highp vec2 textureCoordinate;
-uniform sampler2D inputImageTexture;
+varying vec2 textureCoordinate;
+uniform highp sampler2D inputImageTexture;
 uniform float intensity;
 uniform vec3 filterColor;
 
-const mediump vec3 luminanceWeighting = vec3(0.2125, 0.7154, 0.0721);
+const vec3 luminanceWeighting = vec3(0.2125, 0.7154, 0.0721);
 
 void main()
 {
     vec4 color = texture2D(inputImageTexture, textureCoordinate);
-    mediump float luminance = dot(color.rgb, luminanceWeighting);
-    mediump vec3 tint = luminance < 0.5 ? 2.0 * luminance * filterColor
-                                        : 1.0 - 2.0 * (1.0 - luminance) * (1.0 - filterColor);
+    float luminance = dot(color.rgb, luminanceWeighting);
+    vec3 tint = luminance < 0.5 ? 2.0 * luminance * filterColor
+                                : 1.0 - 2.0 * (1.0 - luminance) * (1.0 - filterColor);
     gl_FragColor = vec4(mix(color.rgb, tint, intensity), color.a);
 }
 )";

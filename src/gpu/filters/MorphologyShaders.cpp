@@ -57,8 +57,18 @@ void main()
     for (unsigned steps = 1; steps <= reach; ++steps) {
         const std::string way = "inputTextureCoordinate.xy";
         const std::string distance = std::to_string(steps) + ".0 * offset;\n";
-        text += "    " + neighbour(steps, "Negative") + " = " + way + " - " + distance;
-        text += "    " + neighbour(steps, "Positive") + " = " + way + " + " + distance;
+        text.append("    ")
+            .append(neighbour(steps, "Negative"))
+            .append(" = ")
+            .append(way)
+            .append(" - ")
+            .append(distance);
+        text.append("    ")
+            .append(neighbour(steps, "Positive"))
+            .append(" = ")
+            .append(way)
+            .append(" + ")
+            .append(distance);
     }
     return text + "}\n";
 }
@@ -74,7 +84,11 @@ std::string morphologyFragmentShader(Morphology morphology, unsigned radius)
     text += "\nvoid main()\n{\n    float value = texture2D(inputImageTexture, centerTextureCoordinate).r;\n";
     for (const std::string& name : places(reach)) {
         if (name != kCentre)
-            text += "    value = " + choose + "(value, texture2D(inputImageTexture, " + name + ").r);\n";
+            text.append("    value = ")
+                .append(choose)
+                .append("(value, texture2D(inputImageTexture, ")
+                .append(name)
+                .append(").r);\n");
     }
     return text + "    gl_FragColor = vec4(value, value, value, 1.0);\n}\n";
 }

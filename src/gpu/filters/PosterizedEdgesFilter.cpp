@@ -6,9 +6,10 @@ namespace {
 
 constexpr float kQuantizationLevels = 10;
 
+// The sampler's own precision, low if nothing is said, is that of what is read: at a threshold it decides between ink and paper.
 constexpr const char* kPosterizedEdgesFragmentShader = R"(precision highp float;
 
-uniform sampler2D inputImageTexture;
+uniform highp sampler2D inputImageTexture;
 uniform highp float threshold;
 uniform highp float quantizationLevels;
 

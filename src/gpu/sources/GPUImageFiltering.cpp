@@ -9,7 +9,7 @@ namespace lamina {
 CGImage GPUImageOutput::newCGImageByFilteringCGImage(const CGImage& image)
 {
     auto* stage = dynamic_cast<GPUImageStage*>(this);
-    if (!stage || !stage->canRender() || !image)
+    if (!stage || !image || !valueFromVideoProcessingQueue([&] { return stage->canRender(); }))
         return {};
     // A filter that nobody shares is a target too, for the length of this call.
     const std::shared_ptr<GPUImageInput> self(weak_from_this().lock(), stage);

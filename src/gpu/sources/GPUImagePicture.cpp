@@ -7,6 +7,8 @@
 #include "platform/base/Log.h"
 #include "platform/image/PictureDecoding.h"
 
+#include <algorithm>
+#include <cassert>
 #include <cmath>
 #include <cstring>
 #include <utility>
@@ -114,9 +116,11 @@ void GPUImagePicture::upload(const CGImage& image, PictureUpload how, CGSize tex
         if (!GPUImageContext::useImageProcessingContext())
             return;
         glBindTexture(GL_TEXTURE_2D, m_outputFramebuffer->texture());
-        // A texture from the pool may have had mipmaps for its former picture.
+        // A texture from the pool may have had mipmaps, or been wrapped, for its former picture.
         const GLint minFilter = how.smoothlyScaleOutput ? GL_LINEAR_MIPMAP_LINEAR : GL_LINEAR;
         glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, minFilter);
+        glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_S, GL_CLAMP_TO_EDGE);
+        glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_T, GL_CLAMP_TO_EDGE);
         glTexImage2D(GL_TEXTURE_2D, 0, static_cast<GLint>(stored.internalFormat), pixels.width, pixels.height, 0,
                      stored.format, GL_UNSIGNED_BYTE, data);
         if (how.smoothlyScaleOutput && data)
@@ -168,6 +172,9 @@ void GPUImagePicture::push()
 void GPUImagePicture::processImageUpToFilter(const std::shared_ptr<GPUImageStage>& filter,
                                              std::function<void(const UIImage& processed)> completion)
 {
+    assert(filter && completion);
+    if (!filter || !completion)
+        return;
     filter->useNextFrameForImageCapture();
     processImageWithCompletionHandler(
         [filter, completion = std::move(completion)] { completion(filter->imageFromCurrentFramebuffer()); });
@@ -175,10 +182,11 @@ void GPUImagePicture::processImageUpToFilter(const std::shared_ptr<GPUImageStage
 
 void GPUImagePicture::addTarget(const std::shared_ptr<GPUImageInput>& target, int textureLocation)
 {
-    GPUImageOutput::addTarget(target, textureLocation);
-    if (!m_hasProcessedImage || !target)
-        return;
     runSynchronouslyOnVideoProcessingQueue([&] {
+        const bool isThere = std::ranges::find(targetList(), target, &Target::input) != targetList().end();
+        GPUImageOutput::addTarget(target, textureLocation);
+        if (!m_hasProcessedImage || !target || isThere)
+            return;
         target->setInputSize(m_pixelSizeOfImage, textureLocation);
         target->newFrameReadyAtTime(kCMTimeIndefinite, textureLocation);
     });

@@ -45,7 +45,7 @@ std::string named(const GLDevice& device)
 Result<std::vector<GLDevice>> devicesInOrder(const std::vector<GLDevice>& all, std::string_view wanted)
 {
     std::vector<GLDevice> chosen = all;
-    std::ranges::stable_partition(chosen, [](const GLDevice& device) { return !device.software; });
+    std::stable_partition(chosen.begin(), chosen.end(), [](const GLDevice& device) { return !device.software; });
     if (wanted.empty())
         return chosen;
     int index = -1;

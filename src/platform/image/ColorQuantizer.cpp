@@ -189,7 +189,9 @@ ColorQuantizer::Color ColorQuantizer::meanOf(const Box& box) const
         for (std::size_t c = 0; c < 3; ++c)
             all.sums[c] += cell.sums[c];
     }
-    Color color;
+    Color color{};
+    if (all.count == 0) // no box is empty; the division must not rest on that
+        return color;
     for (std::size_t c = 0; c < 3; ++c)
         color[c] = static_cast<std::uint8_t>((all.sums[c] + all.count / 2) / all.count);
     return color;

@@ -42,6 +42,12 @@ TEST_F(ContextTest, ReducesSizesToTheTextureLimit)
     }
 }
 
+TEST_F(ContextTest, NothingFitsWithoutALimit)
+{
+    for (const CGSize size : {CGSize{0, 0}, CGSize{5, 4}})
+        EXPECT_EQ(GPUImageContext::sizeThatFits(size, 0), CGSize{});
+}
+
 TEST_F(ContextTest, TheTextureLimitCanBeLowered)
 {
     const int device = GPUImageContext::maximumTextureSizeForThisDevice();
@@ -192,6 +198,13 @@ TEST_F(ContextTest, ShaderTextComesFromFiles)
     ASSERT_TRUE(missing);
     EXPECT_FALSE(missing->canRender());
     EXPECT_THAT(log.text(), testing::HasSubstr("Missing"));
+
+    writeFile(folder.path("Corners.vsh"), kVertex);
+    onQueue([&] {
+        EXPECT_TRUE(GLProgram::makeWithVertexShaderFilename(folder.path("Corners"), folder.path("Green"))->link());
+        EXPECT_TRUE(GLProgram::makeWithVertexShaderString(kVertex, folder.path("Green"))->link());
+        EXPECT_FALSE(GLProgram::makeWithVertexShaderFilename(folder.path("Missing"), folder.path("Green"))->link());
+    });
 }
 
 TEST_F(ContextTest, BlocksRunInlineOnTheQueueAndInOrderElsewhere)

@@ -131,6 +131,7 @@ TEST(MisuseDeathTest, WorkOfTheQueueElsewhereIsCaught)
     EXPECT_DEATH(filter->setInputFramebuffer(framebuffer, 0), "Assert");
     EXPECT_DEATH(framebuffer->lock(), "Assert");
     EXPECT_DEATH(framebuffer->activateFramebuffer(), "Assert");
+    EXPECT_DEATH(GPUImageContext::useImageProcessingContext(), "Assert");
     EXPECT_DEATH(GPUImageContext::setActiveShaderProgram(std::make_shared<GLProgram>("", "")), "Assert");
     EXPECT_DEATH(runSynchronouslyOnVideoProcessingQueue([] { DispatchQueue::main().sync([] {}); }), "Assert");
 }

@@ -244,7 +244,7 @@ TEST_F(FilterTest, TheBackgroundShowsWhereNothingIsDrawn)
                            makePicture(2, 1, [](int x, int) {
                                return x == 0 ? Rgba{0, 0, 0, 0} : Rgba{0, 255, 0, 255};
                            })));
-    filter->setBackgroundColor(1, 0, 0.2F, 0.4F);
+    filter->setBackgroundColorRed(1, 0, 0.2F, 0.4F);
     EXPECT_TRUE(samePixels(filter->newCGImageByFilteringCGImage(plainPicture(2, 1, {9, 9, 9, 9})),
                            makePicture(2, 1, [](int x, int) {
                                return x == 0 ? Rgba{255, 0, 51, 102} : Rgba{0, 255, 0, 255};
@@ -285,6 +285,17 @@ TEST_F(FilterTest, AKeptFrameCanBeReadAgain)
     m_source->push({3, 3}, {7, 8, 9, 255}, kCMTimeZero);
     EXPECT_TRUE(samePixels(filter->newCGImageFromCurrentlyProcessedOutput(), plainPicture(3, 3, {7, 8, 9, 255})));
     EXPECT_TRUE(samePixels(filter->newCGImageFromCurrentlyProcessedOutput(), plainPicture(3, 3, {7, 8, 9, 255})));
+
+    // Nor does a third reading take the count of a filter that keeps a frame in the same place by now.
+    const auto other = std::make_shared<GPUImageFilter>();
+    FrameSource source;
+    source.addTarget(other);
+    other->useNextFrameForImageCapture();
+    source.push({3, 3}, {1, 2, 3, 255}, kCMTimeZero);
+    ASSERT_EQ(other->framebufferForOutput(), filter->framebufferForOutput());
+    EXPECT_TRUE(filter->newCGImageFromCurrentlyProcessedOutput());
+    EXPECT_EQ(other->framebufferForOutput()->framebufferReferenceCount(), 1U);
+    EXPECT_TRUE(samePixels(other->newCGImageFromCurrentlyProcessedOutput(), plainPicture(3, 3, {1, 2, 3, 255})));
 
     // The pool has not been upset by it: frames of two filters at a time stay apart.
     const auto next = std::make_shared<Reddening>(0.2F);

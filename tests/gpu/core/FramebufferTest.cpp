@@ -172,6 +172,7 @@ TEST_F(FramebufferTest, OnesOfOthersTexturesAreNeverCountedNorDeleted)
         {
             const auto wrapper = std::make_shared<GPUImageFramebuffer>(CGSize{4, 4}, texture);
             EXPECT_EQ(wrapper->texture(), texture);
+            wrapper->enableReferenceCounting();
             wrapper->lock();
             wrapper->unlock();
             EXPECT_EQ(wrapper->framebufferReferenceCount(), 0U);
@@ -221,7 +222,8 @@ TEST_F(FramebufferTest, TheLastReferenceMayBeDroppedAnywhere)
 
 TEST_F(FramebufferTest, HopelessSizesGiveNoPicture)
 {
-    for (const CGSize size : {CGSize{0, 0}, CGSize{-4, 4}, CGSize{1e9, 1e9}, CGSize{std::nan(""), 4}}) {
+    for (const CGSize size :
+         {CGSize{0, 0}, CGSize{-4, 4}, CGSize{1e9, 1e9}, CGSize{1 << 20, 1}, CGSize{std::nan(""), 4}}) {
         const Framebuffer framebuffer = fetch(size);
         ASSERT_TRUE(framebuffer);
         EXPECT_FALSE(framebuffer->newCGImageFromFramebufferContents());

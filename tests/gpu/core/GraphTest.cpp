@@ -110,6 +110,10 @@ TEST_F(GraphTest, KnowsWhetherOneChannelWouldDoForAll)
     EXPECT_FALSE(m_source->allTargetsWantMonochromeData());
     m_source->removeAllTargets();
     EXPECT_TRUE(m_source->allTargetsWantMonochromeData());
+    m_source->removeTarget(consumerOf(*m_source));
+    EXPECT_FALSE(m_source->allTargetsWantMonochromeData()) << "forgotten only when all are removed";
+    m_source->removeAllTargets();
+    EXPECT_TRUE(m_source->allTargetsWantMonochromeData());
 }
 
 TEST_F(GraphTest, TextureOptionsComeWithTheNextFrame)

@@ -98,6 +98,20 @@ TEST_F(MultiInputTest, EachFrameOfAStreamDrawsBesideAStill)
     }
 }
 
+TEST_F(MultiInputTest, AFrameThatWasGivenBackIsNotReadAgain)
+{
+    // What a filter makes of a still: it counts, and has gone back to the pool when the next frame of the stream draws.
+    make<GPUImageTwoInputFilter>(kTwo, 2);
+    m_sources[1]->push({2, 2}, {50, 0, 0, 255}, kCMTimeIndefinite);
+    for (int number = 1; number <= 4; ++number) {
+        stream(0, number);
+        ASSERT_EQ(drawn(), static_cast<std::size_t>(number));
+        EXPECT_EQ(pixelAt(m_end->last().pixels, 0, 0),
+                  (Rgba{100, static_cast<std::uint8_t>(number == 1 ? 50 : 0), 0, 255}));
+        EXPECT_EQ(idleFramebuffers(), GPUImageFramebufferCache::livingCount());
+    }
+}
+
 TEST_F(MultiInputTest, TwoStreamsDrawInPairsWithTheFirstOnesTime)
 {
     make<GPUImageTwoInputFilter>(kTwo, 2);

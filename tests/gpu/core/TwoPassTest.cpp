@@ -18,7 +18,7 @@ TEST_F(TwoPassTest, ClearsToTheBackgroundFirstAndToOpaqueBlackThen)
         R"(varying highp vec2 textureCoordinate; uniform sampler2D inputImageTexture;
            void main() { if (textureCoordinate.y < 0.5) discard;
                          gl_FragColor = texture2D(inputImageTexture, textureCoordinate); })");
-    filter->setBackgroundColor(1, 0, 0, 0.2F);
+    filter->setBackgroundColorRed(1, 0, 0, 0.2F);
     EXPECT_TRUE(
         samePixels(filter->newCGImageByFilteringCGImage(plainPicture(2, 2, {})), makePicture(2, 2, [](int x, int y) {
                        if (y == 0)

@@ -12,7 +12,7 @@ namespace {
 
 std::shared_ptr<GPUImageLookupFilter> makeLookup(std::optional<float> intensity)
 {
-    const auto filter = std::make_shared<GPUImageLookupFilter>();
+    auto filter = std::make_shared<GPUImageLookupFilter>();
     if (intensity)
         filter->setIntensity(*intensity);
     return filter;

@@ -47,10 +47,11 @@ Formula blurred(double stepX, double stepY)
     }
     return [=](const Texture& in, double u, double v) {
         Color sum{};
-        for (int i = -kReach; i <= kReach; ++i) {
-            const Color color = in.sample(u + i * stepX / in.width(), v + i * stepY / in.height());
+        for (std::size_t i = 0; i < weights.size(); ++i) {
+            const int away = static_cast<int>(i) - kReach;
+            const Color color = in.sample(u + away * stepX / in.width(), v + away * stepY / in.height());
             for (std::size_t k = 0; k < sum.size(); ++k)
-                sum[k] += color[k] * weights[static_cast<std::size_t>(i + kReach)] / total;
+                sum[k] += color[k] * weights[i] / total;
         }
         return sum;
     };

@@ -14,8 +14,10 @@ inline Color lookedUp(const Texture& table, const Color& color)
     for (int k = 0; k < 2; ++k) {
         const int tile = static_cast<int>(k == 0 ? std::floor(blue) : std::ceil(blue));
         // Entry 0 of a tile is the middle of its first texel, entry 63 that of its last.
-        const double x = tile % 8 * 64 + 0.5 + 63 * color[0];
-        const double y = tile / 8 * 64 + 0.5 + 63 * color[1];
+        const int column = tile % 8;
+        const int row = tile / 8;
+        const double x = column * 64 + 0.5 + 63 * color[0];
+        const double y = row * 64 + 0.5 + 63 * color[1];
         tiles[k] = table.sample(x / 512, y / 512);
     }
     Color result = color;

@@ -152,6 +152,19 @@ TEST(PointFilters, ATintChangesWithoutTheColour)
                  });
 }
 
+// What is rounded on the way shows twelve times as large. Little changes from pixel to pixel, or the driver's reads would.
+TEST(PointFilters, ATintGoesFarPastItsEndWithoutLoss)
+{
+    ASSERT_NO_FATAL_FAILURE(requireContext());
+    constexpr float kIntensity = 12;
+    expectFilter(
+        *make<GpuImageCustomFilter1>([](auto& f) { f.setIntensity(kIntensity); })(), gradientPicture(255, 255, false),
+        [](const Texture& in, double u, double v) {
+            return tinted(in.sample(u, v), kIntensity, {0.35, 0.23, 0.1});
+        },
+        1);
+}
+
 // The divisor is 0: white included, every channel ends at 0.
 TEST(HazeFilter, LeavesNothingOfAPictureThatIsAllHaze)
 {

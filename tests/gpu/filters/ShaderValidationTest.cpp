@@ -8,6 +8,8 @@
 #include <cmath>
 #include <dlfcn.h>
 #include <set>
+#include <sstream>
+#include <tuple>
 
 namespace lamina::test {
 namespace {
@@ -15,7 +17,10 @@ namespace {
 struct Shader {
     std::string text;
     GLenum kind;
-    friend auto operator<=>(const Shader&, const Shader&) = default;
+    friend bool operator<(const Shader& a, const Shader& b)
+    {
+        return std::tie(a.kind, a.text) < std::tie(b.kind, b.text);
+    }
 };
 
 /// Every text that has gone to GL since the program's start. Touched on the video processing queue.
@@ -89,6 +94,20 @@ std::string objections(const Shader& shader, const std::string& name)
     return result.exitCode == 0 ? std::string() : path + "\n" + result.output + result.errors + shader.text;
 }
 
+/// The uniforms that shaders of this kind declare, each on a line of its own.
+std::set<std::string> uniformsOf(const std::set<Shader>& shaders, GLenum kind)
+{
+    std::set<std::string> names;
+    for (const Shader& shader : shaders) {
+        std::istringstream lines(shader.text);
+        for (std::string line; shader.kind == kind && std::getline(lines, line);) {
+            if (line.starts_with("uniform "))
+                names.insert(line.substr(line.rfind(' ') + 1));
+        }
+    }
+    return names;
+}
+
 /// Values of the property that may lead to other shaders: the ends of its range and some in between.
 std::vector<FilterValue> valuesToTry(const FilterProperty& property)
 {
@@ -142,6 +161,14 @@ TEST_F(ShaderValidationTest, EveryShaderOfTheCatalogueIsStrictlyOpenGLES2)
     int number = 0;
     for (const Shader& shader : shaders)
         EXPECT_EQ(objections(shader, "shader" + std::to_string(++number)), "");
+
+    // Where fragment shaders lack the high precision, a uniform that is in both would differ in precision, and not link.
+    const std::set<std::string> inVertexShaders = uniformsOf(shaders, GL_VERTEX_SHADER);
+    const std::set<std::string> inFragmentShaders = uniformsOf(shaders, GL_FRAGMENT_SHADER);
+    EXPECT_THAT(inVertexShaders, testing::Contains("texelWidthOffset;"));
+    EXPECT_THAT(inFragmentShaders, testing::Contains("hazeDistance;"));
+    for (const std::string& name : inVertexShaders)
+        EXPECT_FALSE(inFragmentShaders.contains(name)) << name;
 }
 
 TEST_F(ShaderValidationTest, TheStrictCompilerObjectsWhereTheDriverMayNot)

@@ -73,6 +73,8 @@ TEST_F(PictureTest, ATargetThatComesLateGetsTheFrameAtOnce)
     EXPECT_EQ(late->last().size, (CGSize{5, 4}));
     EXPECT_TRUE(late->last().framebuffer.lock());
     EXPECT_EQ(early->frames().size(), 1U);
+    m_picture->addTarget(late);
+    EXPECT_EQ(late->frames().size(), 1U) << "it was there already";
 
     m_picture->removeAllTargets();
     const auto after = consumerOf(*m_picture);
@@ -118,6 +120,21 @@ TEST_F(PictureTest, ATextureThatWasSmoothIsPlainForTheNextPicture)
         return middle ? Rgba{255, 255, 255, 255} : Rgba{0, 0, 0, 255};
     });
     EXPECT_TRUE(samePixels(filter->newCGImageByFilteringCGImage(fine), plainPicture(8, 8, {255, 255, 255, 255})));
+}
+
+TEST_F(PictureTest, ATextureThatWasWrappedIsClampedForTheNextPicture)
+{
+    const CGImage edge = makePicture(2, 1, [](int x, int) {
+        return x == 0 ? Rgba{0, 0, 0, 255} : Rgba{255, 255, 255, 255};
+    });
+    auto wrapped = std::make_shared<GPUImagePicture>(edge);
+    GPUTextureOptions options;
+    options.wrapS = GL_REPEAT;
+    wrapped->setOutputTextureOptions(options);
+    wrapped.reset();
+    const auto filter = std::make_shared<GPUImageFilter>();
+    filter->forceProcessingAtSize({8, 1});
+    EXPECT_EQ(pixelAt(filter->newCGImageByFilteringCGImage(edge), 0, 0), (Rgba{0, 0, 0, 255}));
 }
 
 TEST_F(PictureTest, ADroppedPictureFinishesThePushThatIsOnItsWay)
