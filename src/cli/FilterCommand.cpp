@@ -127,7 +127,7 @@ ExitCode FilterCommand::runPipeline()
         return fail(files.error(), ExitCode::Usage);
 
     const auto misunderstood = [&](const Error& error) {
-        return fail({m_pipeline, error.subject + ": " + error.cause}, ExitCode::Input);
+        return fail({m_pipeline, "'" + error.subject + "': " + error.cause}, ExitCode::Input);
     };
     const Result<PipelineConfiguration> configuration = PipelineConfiguration::fromFile(m_pipeline);
     if (!configuration)

@@ -7,6 +7,7 @@
 #include "gpu/sources/GPUImagePicture.h"
 #include "platform/base/Log.h"
 
+#include <algorithm>
 #include <string_view>
 #include <utility>
 
@@ -56,7 +57,7 @@ std::optional<std::string> reductionNote(const UIImage& picture)
     const CGSize fitting = GPUImageContext::sizeThatFitsWithinATextureForSize(whole);
     if (fitting == whole)
         return std::nullopt;
-    return "reduced to " + sizeInPixels({static_cast<int>(fitting.width), static_cast<int>(fitting.height)}) +
+    return "reduced to " + sizeInPixels({std::max(1, static_cast<int>(fitting.width)), std::max(1, static_cast<int>(fitting.height))}) +
            ": the GPU draws at most " + std::to_string(GPUImageContext::maximumTextureSizeForThisDevice()) +
            " pixels a side";
 }

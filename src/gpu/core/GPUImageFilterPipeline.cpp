@@ -77,28 +77,41 @@ Error misunderstood(const PipelineConfiguration::Attribute& attribute, const std
 
 using Setting = std::function<void(GPUImageStage& filter)>;
 
+Result<Setting> settingOf(const FilterSelector& selector, const PipelineConfiguration::Attribute& attribute)
+{
+    std::vector<FilterValue> values;
+    for (std::size_t i = 0; i < attribute.values.size(); ++i) {
+        Result<FilterValue> value = argument(attribute.values[i], selector.arguments[i]);
+        if (!value)
+            return misunderstood(attribute, attribute.values[i], value.error());
+        values.push_back(std::move(*value));
+    }
+    return Setting([&selector, read = std::move(values)](GPUImageStage& filter) { selector.call(filter, read); });
+}
+
 /// An attribute as a call that is yet to be made.
 Result<Setting> settingOf(const FilterDescription& description, const PipelineConfiguration::Attribute& attribute)
 {
+    const auto wrongCount = [&](std::size_t wanted) {
+        return Error{attribute.selector, "takes " + std::to_string(wanted) + (wanted == 1 ? " value" : " values") +
+                                             ", not " + std::to_string(attribute.values.size())};
+    };
     for (const FilterProperty& property : description.properties) {
-        if (!property.set || selectorOf(property) != attribute.selector || attribute.values.size() != 1)
+        if (!property.set || selectorOf(property) != attribute.selector)
             continue;
+        if (attribute.values.size() != 1)
+            return wrongCount(1);
         Result<FilterValue> value = argument(attribute.values.front(), property.fallback);
         if (!value)
             return misunderstood(attribute, attribute.values.front(), value.error());
         return Setting([&property, read = std::move(*value)](GPUImageStage& filter) { property.set(filter, read); });
     }
     for (const FilterSelector& selector : description.selectors) {
-        if (selector.name != attribute.selector || selector.arguments.size() != attribute.values.size())
+        if (selector.name != attribute.selector)
             continue;
-        std::vector<FilterValue> values;
-        for (std::size_t i = 0; i < attribute.values.size(); ++i) {
-            Result<FilterValue> value = argument(attribute.values[i], selector.arguments[i]);
-            if (!value)
-                return misunderstood(attribute, attribute.values[i], value.error());
-            values.push_back(std::move(*value));
-        }
-        return Setting([&selector, read = std::move(values)](GPUImageStage& filter) { selector.call(filter, read); });
+        if (attribute.values.size() != selector.arguments.size())
+            return wrongCount(selector.arguments.size());
+        return settingOf(selector, attribute);
     }
     return Error{attribute.selector, description.className + " has no such setter"};
 }

@@ -27,6 +27,12 @@ IntSize wholePixels(CGSize size)
     return {static_cast<int>(size.width), static_cast<int>(size.height)};
 }
 
+/// The fit into the texture limit leaves less than a pixel of a long thin picture; it keeps one.
+CGSize neverThinner(CGSize fitting, CGSize whole)
+{
+    return {std::max(fitting.width, std::min(whole.width, 1.0)), std::max(fitting.height, std::min(whole.height, 1.0))};
+}
+
 double nextPowerOfTwo(double side)
 {
     return side > 0 ? std::exp2(std::ceil(std::log2(side))) : 0;
@@ -71,7 +77,8 @@ GPUImagePicture::GPUImagePicture(const CGImage& image, PictureUpload how)
     : m_pixelSizeOfImage(sizeOf(image))
 {
     setShouldSmoothlyScaleOutput(how.smoothlyScaleOutput);
-    const CGSize fitting = GPUImageContext::sizeThatFitsWithinATextureForSize(m_pixelSizeOfImage);
+    const CGSize fitting =
+        neverThinner(GPUImageContext::sizeThatFitsWithinATextureForSize(m_pixelSizeOfImage), m_pixelSizeOfImage);
     bool redraw = fitting != m_pixelSizeOfImage;
     m_pixelSizeOfImage = fitting;
     CGSize textureSize = fitting;
