@@ -57,7 +57,8 @@ std::optional<std::string> reductionNote(const UIImage& picture)
     const CGSize fitting = GPUImageContext::sizeThatFitsWithinATextureForSize(whole);
     if (fitting == whole)
         return std::nullopt;
-    return "reduced to " + sizeInPixels({std::max(1, static_cast<int>(fitting.width)), std::max(1, static_cast<int>(fitting.height))}) +
+    return "reduced to " +
+           sizeInPixels({std::max(1, static_cast<int>(fitting.width)), std::max(1, static_cast<int>(fitting.height))}) +
            ": the GPU draws at most " + std::to_string(GPUImageContext::maximumTextureSizeForThisDevice()) +
            " pixels a side";
 }

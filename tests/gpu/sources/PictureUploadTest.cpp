@@ -200,10 +200,8 @@ TEST_F(PictureUploadTest, PicturesOverTheTextureLimitAreReduced)
     };
     GPUImageContext::limitTextureSize(64);
     for (const auto& [size, told, texture] : {
-             Case{{100, 50}, {64, 32}, {64, 32}},
-             Case{{50, 100}, {32, 64}, {32, 64}},
-             Case{{64, 20}, {64, 20}, {64, 20}},
-             Case{{100, 33}, {64, 33 * (64.0 / 100)}, {64, 21}},
+             Case{{100, 50}, {64, 32}, {64, 32}}, Case{{50, 100}, {32, 64}, {32, 64}},
+             Case{{64, 20}, {64, 20}, {64, 20}}, Case{{100, 33}, {64, 33 * (64.0 / 100)}, {64, 21}},
              Case{{1000, 1}, {64, 1}, {64, 1}}, // never less than a pixel
          }) {
         const CGImage image = plainPicture(size.width, size.height, {10, 200, 30, 255});
