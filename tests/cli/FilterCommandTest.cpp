@@ -275,9 +275,9 @@ TEST_F(FilterCommand, TheListsKnowTheSameFiltersAndTheirDefaultsAreGoodValues)
                                       : fallback.is_boolean() ? (fallback.get<bool>() ? "1" : "0")
                                                               : fallback.dump();
             const std::string key = property.at("name");
-            EXPECT_THAT(page, HasSubstr("\n      " + key + "=" + property.at("syntax").get<std::string>() + ": " +
-                                        property.at("about").get<std::string>() + "\n          " +
-                                        property.at("type").get<std::string>()));
+            const std::string heading = key + "=" + property.at("syntax").get<std::string>() + ": ";
+            EXPECT_THAT(page, HasSubstr("\n      " + heading + property.at("about").get<std::string>()));
+            EXPECT_THAT(page, HasSubstr("\n          " + property.at("type").get<std::string>()));
             arguments.insert(arguments.end(), {"--set", key + "=" + value});
         }
         const CommandResult run = filter(arguments);

@@ -86,9 +86,11 @@ void GPUImageFramebuffer::generateFramebuffer()
     glBindFramebuffer(GL_FRAMEBUFFER, m_framebuffer);
     generateTexture();
     const GLTextureFormat stored = renderFormat(m_textureOptions);
-    const IntSize pixels = pixelSize();
-    glTexImage2D(GL_TEXTURE_2D, 0, static_cast<GLint>(stored.internalFormat), pixels.width, pixels.height, 0,
-                 stored.format, m_textureOptions.type, nullptr);
+    // An empty one has a pixel that nothing is drawn into: a framebuffer without any is an error at every draw.
+    const int width = std::max(1, pixelSize().width);
+    const int height = std::max(1, pixelSize().height);
+    glTexImage2D(GL_TEXTURE_2D, 0, static_cast<GLint>(stored.internalFormat), width, height, 0, stored.format,
+                 m_textureOptions.type, nullptr);
     glFramebufferTexture2D(GL_FRAMEBUFFER, GL_COLOR_ATTACHMENT0, GL_TEXTURE_2D, m_texture, 0);
     glBindTexture(GL_TEXTURE_2D, 0);
     checkDraw("making a framebuffer");

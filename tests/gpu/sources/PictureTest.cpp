@@ -203,10 +203,6 @@ TEST_F(PictureTest, AnEmptyPictureGoesOnWithTheZeroSize)
         ASSERT_EQ(consumer->frames().size(), 1U);
         EXPECT_EQ(consumer->last().size, CGSize{});
     }
-    onQueue([] {
-        while (glGetError() != GL_NO_ERROR) {
-        }
-    });
 }
 
 } // namespace

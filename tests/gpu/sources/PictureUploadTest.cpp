@@ -291,7 +291,6 @@ TEST_P(SubImageTest, WhatLiesOutsideChangesNothing)
     m_picture->replaceTextureWithSubCGImage(CGImage{});
     m_picture->replaceTextureWithSubCGImage(plainPicture(7, 1, kPatch));
     EXPECT_TRUE(samePixels(pixels(), patched({})));
-    onQueue([] { glGetError(); });
 }
 
 TEST_P(SubImageTest, ARectangleLargerThanThePictureReadsNothingBeyondIt)
