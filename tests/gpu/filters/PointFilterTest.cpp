@@ -23,7 +23,7 @@ template <class Filter, class... Setting>
 Make make(Setting... setting)
 {
     return [setting...] {
-        const auto filter = std::make_shared<Filter>();
+        auto filter = std::make_shared<Filter>();
         (setting(*filter), ...);
         return filter;
     };
