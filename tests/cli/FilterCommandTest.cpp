@@ -275,10 +275,11 @@ TEST_F(FilterCommand, TheListsKnowTheSameFiltersAndTheirDefaultsAreGoodValues)
                                       : fallback.is_boolean() ? (fallback.get<bool>() ? "1" : "0")
                                                               : fallback.dump();
             const std::string key = property.at("name");
-            const std::string heading = key + "=" + property.at("syntax").get<std::string>() + ": ";
-            EXPECT_THAT(page, HasSubstr("\n      " + heading + property.at("about").get<std::string>()));
+            EXPECT_THAT(page, HasSubstr("\n      " + key + "=" + property.at("syntax").get<std::string>()));
+            EXPECT_THAT(page, HasSubstr(": " + property.at("about").get<std::string>()));
             EXPECT_THAT(page, HasSubstr("\n          " + property.at("type").get<std::string>()));
-            arguments.insert(arguments.end(), {"--set", key + "=" + value});
+            arguments.emplace_back("--set");
+            arguments.push_back(key + "=" + value);
         }
         const CommandResult run = filter(arguments);
         EXPECT_EQ(run.exitCode, 0) << run.errors;
