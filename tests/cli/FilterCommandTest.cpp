@@ -279,7 +279,7 @@ TEST_F(FilterCommand, TheListsKnowTheSameFiltersAndTheirDefaultsAreGoodValues)
             EXPECT_THAT(page, HasSubstr(": " + property.at("about").get<std::string>()));
             EXPECT_THAT(page, HasSubstr("\n          " + property.at("type").get<std::string>()));
             arguments.emplace_back("--set");
-            arguments.push_back(key + "=" + value);
+            arguments.push_back(std::string(key).append("=").append(value));
         }
         const CommandResult run = filter(arguments);
         EXPECT_EQ(run.exitCode, 0) << run.errors;
