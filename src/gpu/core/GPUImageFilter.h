@@ -138,7 +138,8 @@ protected:
     void holdForCapture(GPUImageFramebuffer& output);
     /// After the draw of such a frame: lets the waiter go on.
     void signalCapture();
-    /// What happens to a frame that is not drawn: every input's count is given back, and a waiter learns of it.
+    /// What happens to a frame that is not drawn: every input's count is given back. Where the filter can't render at all, a
+    /// waiter for the frame is let go on without one; one that is only prevented may draw in time.
     void dropFrame();
     /// Gives back the count of an input and, unless it is a source's own for good, lets go of it: the next to fetch it may
     /// be this very filter for its output, and nothing may be drawn from a texture into itself.

@@ -1,16 +1,10 @@
 #include "gpu/filters/GPUImageAmatorkaFilter.h"
 
-#include "gpu/filters/LookupStage.h"
-
 namespace lamina {
 
 GPUImageAmatorkaFilter::GPUImageAmatorkaFilter()
+    : SingleLookupLook("lookup_amatorka.png")
 {
-    const LookupStage look = LookupStage::make("lookup_amatorka.png");
-    m_lookupImageSource = look.lookupImageSource;
-    addFilter(look.filter);
-    setInitialFilters({look.filter});
-    setTerminalFilter(look.filter);
 }
 
 FilterDescription GPUImageAmatorkaFilter::describe()

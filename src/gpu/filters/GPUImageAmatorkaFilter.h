@@ -1,21 +1,15 @@
 #pragma once
 
 #include "gpu/core/FilterRegistry.h"
-#include "gpu/core/GPUImageFilterGroup.h"
-#include "gpu/sources/GPUImagePicture.h"
-
-#include <memory>
+#include "gpu/filters/SingleLookupLook.h"
 
 namespace lamina {
 
 /// The look of a warm film: amber lights, faintly green shadows, lifted black; by the table "lookup_amatorka.png". Alpha stays.
-class GPUImageAmatorkaFilter : public GPUImageFilterGroup {
+class GPUImageAmatorkaFilter : public SingleLookupLook {
 public:
     GPUImageAmatorkaFilter();
     static FilterDescription describe();
-
-private:
-    std::shared_ptr<GPUImagePicture> m_lookupImageSource;
 };
 
 } // namespace lamina

@@ -1,16 +1,10 @@
 #include "gpu/filters/GPUImageMissEtikateFilter.h"
 
-#include "gpu/filters/LookupStage.h"
-
 namespace lamina {
 
 GPUImageMissEtikateFilter::GPUImageMissEtikateFilter()
+    : SingleLookupLook("lookup_miss_etikate.png")
 {
-    const LookupStage look = LookupStage::make("lookup_miss_etikate.png");
-    m_lookupImageSource = look.lookupImageSource;
-    addFilter(look.filter);
-    setInitialFilters({look.filter});
-    setTerminalFilter(look.filter);
 }
 
 FilterDescription GPUImageMissEtikateFilter::describe()

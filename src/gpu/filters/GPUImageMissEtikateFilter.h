@@ -1,21 +1,15 @@
 #pragma once
 
 #include "gpu/core/FilterRegistry.h"
-#include "gpu/core/GPUImageFilterGroup.h"
-#include "gpu/sources/GPUImagePicture.h"
-
-#include <memory>
+#include "gpu/filters/SingleLookupLook.h"
 
 namespace lamina {
 
 /// A cool look: blue-teal shadows under a slightly blue light, with warm skin; by the table "lookup_miss_etikate.png". Alpha stays.
-class GPUImageMissEtikateFilter : public GPUImageFilterGroup {
+class GPUImageMissEtikateFilter : public SingleLookupLook {
 public:
     GPUImageMissEtikateFilter();
     static FilterDescription describe();
-
-private:
-    std::shared_ptr<GPUImagePicture> m_lookupImageSource;
 };
 
 } // namespace lamina

@@ -61,22 +61,6 @@ TEST_F(FramebufferTest, TheLastReturnedIsFetchedFirst)
     });
 }
 
-TEST_F(FramebufferTest, KindsDoNotServeForEachOther)
-{
-    onQueue([] {
-        const Framebuffer full = fetch({8, 8});
-        full->unlock();
-        const Framebuffer texture = fetch({8, 8}, true);
-        EXPECT_NE(texture, full);
-        EXPECT_TRUE(texture->missingFramebuffer());
-        EXPECT_FALSE(full->missingFramebuffer());
-        GPUTextureOptions nearest;
-        nearest.magFilter = GL_NEAREST;
-        EXPECT_NE(cache().fetchFramebufferForSize({8, 8}, nearest, false), full);
-        EXPECT_EQ(fetch({8, 8.04}), full) << "sizes that agree to a tenth";
-    });
-}
-
 TEST_F(FramebufferTest, ReturnsOnTheLastUnlockOnly)
 {
     onQueue([] {

@@ -138,21 +138,6 @@ TEST_F(PipelineTest, BadConfigurationsSayWhatIsNotUnderstoodAndConnectNothing)
     }
 }
 
-TEST_F(PipelineTest, ConfigurationsComeFromFiles)
-{
-    const TemporaryFolder folder;
-    writeFile(folder.path("chain.json"), R"json({"Filters": [{"FilterName": "Plain"}]})json");
-    const auto load = [&](const char* name) {
-        return GPUImageFilterPipeline::makeWithConfigurationFile(folder.path(name), registry(), m_source, m_end);
-    };
-    const auto pipeline = load("chain.json");
-    ASSERT_TRUE(pipeline.ok());
-    EXPECT_EQ((*pipeline)->filters().size(), 1U);
-    const auto missing = load("missing.json");
-    ASSERT_FALSE(missing.ok());
-    EXPECT_THAT(missing.error().subject, testing::HasSubstr("missing.json"));
-}
-
 TEST_F(PipelineTest, EveryChangeOfTheListConnectsAnew)
 {
     const auto a = std::make_shared<GPUImageFilter>();

@@ -49,15 +49,6 @@ TEST_F(FilteringTest, ChangesNoByteOnTheDirectPath)
     }
 }
 
-TEST_F(FilteringTest, LeavesNothingBehind)
-{
-    const auto consumer = consumerOf(*m_filter);
-    const CGImage out = m_filter->newCGImageByFilteringImage(UIImage(distinctPicture(6, 6)));
-    EXPECT_TRUE(out);
-    EXPECT_EQ(idleFramebuffers(), GPUImageFramebufferCache::livingCount());
-    EXPECT_EQ(consumer->frames().size(), 1U) << "targets of the filter see the frame too";
-}
-
 TEST_F(FilteringTest, WorksOnTheQueueItself)
 {
     onQueue([&] {
