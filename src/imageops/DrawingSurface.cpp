@@ -2,11 +2,12 @@
 
 #include "platform/base/WorkerPool.h"
 #include "platform/image/PixelConversion.h"
+#include "platform/image/PixelKernels.h"
 #include "platform/image/Resampling.h"
 
+#include <array>
 #include <bit>
 #include <cmath>
-#include <cstring>
 #include <utility>
 
 namespace lamina {
@@ -16,17 +17,8 @@ namespace {
 constexpr double kLongestSide = 1 << 18;
 constexpr double kLargestArea = 1 << 27;
 
-/// R G B A in memory becomes A R G B; the bits of `filled` are set in A.
-void moveAlphaFirst(const std::uint8_t* rgba, std::uint8_t* argb, std::uint8_t filled)
-{
-    std::uint32_t pixel;
-    std::memcpy(&pixel, rgba, 4);
-    if constexpr (std::endian::native == std::endian::little)
-        pixel = std::rotl(pixel, 8) | filled;
-    else
-        pixel = std::rotr(pixel, 8) | static_cast<std::uint32_t>(filled) << 24;
-    std::memcpy(argb, &pixel, 4);
-}
+/// A R G B taken from R G B A.
+constexpr kernels::ByteOrder kAlphaFirst{3, 0, 1, 2};
 
 } // namespace
 
@@ -102,17 +94,9 @@ std::optional<DrawnRows> DrawnRows::make(const CGImage& image, IntSize size, boo
 
 void DrawnRows::read(int y, std::uint8_t* argb) const
 {
-    const std::size_t bytes = 4 * static_cast<std::size_t>(m_size.width);
-    const std::uint8_t* rgba = this->rgba(y, argb);
-    const std::uint8_t filled = filledAlpha();
-    if (rgba ==
-        argb) { // converted where the result goes: a loop of its own, since overlapping pointers go without lanes
-        for (std::size_t i = 0; i < bytes; i += 4)
-            moveAlphaFirst(argb + i, argb + i, filled);
-        return;
-    }
-    for (std::size_t i = 0; i < bytes; i += 4)
-        moveAlphaFirst(rgba + i, argb + i, filled);
+    const std::array<std::uint8_t, 4> filled{filledAlpha(), 0, 0, 0};
+    kernels::reorder(rgba(y, argb), static_cast<std::size_t>(m_size.width), kAlphaFirst,
+                     std::bit_cast<std::uint32_t>(filled), argb);
 }
 
 std::optional<DrawingSurface> DrawnRows::draw() const

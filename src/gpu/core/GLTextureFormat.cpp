@@ -1,6 +1,7 @@
 #include "gpu/core/GLTextureFormat.h"
 
 #include "gpu/core/GPUImageContext.h"
+#include "platform/image/PixelKernels.h"
 
 namespace lamina {
 
@@ -36,14 +37,7 @@ GLTextureFormat renderFormat(const GPUTextureOptions& options)
 
 void swapRedAndBlue(std::span<const std::uint8_t> from, std::uint8_t* to)
 {
-    const std::uint8_t* source = from.data();
-    for (std::size_t i = 0; i + 4 <= from.size(); i += 4) {
-        const std::uint8_t first = source[i];
-        to[i] = source[i + 2];
-        to[i + 1] = source[i + 1];
-        to[i + 2] = first;
-        to[i + 3] = source[i + 3];
-    }
+    kernels::reorder(from.data(), from.size() / 4, {2, 1, 0, 3}, 0, to);
 }
 
 } // namespace lamina
