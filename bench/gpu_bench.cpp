@@ -12,9 +12,9 @@
 #include <string>
 #include <vector>
 
-// The filter graph beside bare GL: the same shader in the same program and context, drawn by hand. "bare" is the ratio of
-// the medians, and "limit" what it may be. Both are timed in turn, each to the end of its glFinish: drivers that draw on the
-// processor put off all work until then.
+// The filter graph beside bare GL: the same shader in the same program and context, drawn by hand. "bare" is the ratio
+// of the medians, and "limit" what it may be. Both are timed in turn, each to the end of its glFinish: drivers that
+// draw on the processor put off all work until then.
 
 namespace {
 
@@ -232,8 +232,8 @@ void pictureThroughAFilter(benchmark::State& state, IntSize size)
     report(state, ours, bare, 1.10);
 }
 
-/// The row of thumbnails: each look is a new filter, its programs are there already. The first of the fourteen is the picture
-/// as it is.
+/// The row of thumbnails: each look is a new filter, its programs are there already. The first of the fourteen is the
+/// picture as it is.
 void fourteenThumbnails(benchmark::State& state)
 {
     constexpr std::array kLooks{"GPUImageAmatorkaFilter",     "GPUImageSepiaFilter",  "GpuImageCustomFilter3",

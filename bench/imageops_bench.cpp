@@ -12,11 +12,11 @@
 #include <sys/mman.h>
 #include <vector>
 
-// Operations on a photo of 12 megapixels (48 MB), each beside the time of copying the same bytes on all cores: "copies" is
-// the ratio to a copy into memory that is there already, and "limit" what it may be. "new_copies" is the ratio to a copy
-// into memory fresh from the system, which is what a new picture costs at the least; the two tell how much of an
-// operation's time is memory being handed out. The picture is noise, so that neither caches nor branches find a pattern. At the
-// size of a phone's canvas the limit is one in milliseconds.
+// Operations on a photo of 12 megapixels (48 MB), each beside the time of copying the same bytes on all cores: "copies"
+// is the ratio to a copy into memory that is there already, and "limit" what it may be. "new_copies" is the ratio to a
+// copy into memory fresh from the system, which is what a new picture costs at the least; the two tell how much of an
+// operation's time is memory being handed out. The picture is noise, so that neither caches nor branches find a
+// pattern. At the size of a phone's canvas the limit is one in milliseconds.
 
 namespace {
 

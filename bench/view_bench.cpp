@@ -1,5 +1,5 @@
-// Flattening a blend and repainting it while a photo is dragged, beside a plain loop that does the same work: what the tree of
-// layers costs above the pixels.
+// Flattening a blend and repainting it while a photo is dragged, beside a plain loop that does the same work: what the
+// tree of layers costs above the pixels.
 
 #include "platform/base/WorkerPool.h"
 #include "platform/view/CanvasRenderer.h"

@@ -189,8 +189,8 @@ void chooseToCrop(benchmark::State& state)
 }
 BENCHMARK(chooseToCrop)->UseManualTime()->Unit(benchmark::kMillisecond);
 
-/// The longest time that the window hears nothing while it opens a photo of 100 megapixels: between two beats of a timer that
-/// beats whenever the event loop comes round.
+/// The longest time that the window hears nothing while it opens a photo of 100 megapixels: between two beats of a
+/// timer that beats whenever the event loop comes round.
 void openHundredMegapixels(benchmark::State& state)
 {
     const std::string photo = bench::hundredMegapixelPhoto();
@@ -235,7 +235,8 @@ double processSeconds()
     return static_cast<double>(spent.tv_sec) + static_cast<double>(spent.tv_nsec) * 1e-9;
 }
 
-/// Two photos of 12 megapixels blended and nobody touching anything for two seconds: memory, and processor time in thousandths.
+/// Two photos of 12 megapixels blended and nobody touching anything for two seconds: memory, and processor time in
+/// thousandths.
 void idleWithTwoPhotos(benchmark::State& state)
 {
     const auto driver = blendOfTwoPhotos();

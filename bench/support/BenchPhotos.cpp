@@ -87,7 +87,8 @@ std::string pathOf(const Photo& photo)
     const std::string path = (std::filesystem::temp_directory_path() / name).string();
     if (std::filesystem::exists(path))
         return path;
-    // In a process of its own: a benchmark that measures the memory of others must stay small, because they inherit its peak.
+    // In a process of its own: a benchmark that measures the memory of others must stay small, because they inherit its
+    // peak.
     const pid_t child = ::fork();
     if (child == 0) {
         makePhoto(photo, path);

@@ -4,8 +4,8 @@
 
 namespace lamina::bench {
 
-/// A JPEG of 4000 × 3000 pixels as a phone takes them (4:2:0, about 4 MB, a sample photo with fresh grain), made once in the folder
-/// for temporary files. `variant` 0 or 1: two different photos. Ends the program when it can't be made.
+/// A JPEG of 4000 × 3000 pixels as a phone takes them (4:2:0, about 4 MB, a sample photo with fresh grain), made once
+/// in the folder for temporary files. `variant` 0 or 1: two different photos. Ends the program when it can't be made.
 std::string twelveMegapixelPhoto(int variant = 0);
 /// The same with 11600 × 8700 pixels.
 std::string hundredMegapixelPhoto();

@@ -9,8 +9,9 @@
 
 namespace lamina {
 
-/// The screen that asks where the next photo of a blend comes from: the camera or the library. Which photo that is, the slots
-/// tell: the first one while `firstPickedImage` is empty. What is picked goes to the crop screen. Main thread only.
+/// The screen that asks where the next photo of a blend comes from: the camera or the library. Which photo that is, the
+/// slots tell: the first one while `firstPickedImage` is empty. What is picked goes to the crop screen. Main thread
+/// only.
 class ImagePIckingViewController : public UIViewController,
                                    public UIImagePickerControllerDelegate,
                                    public PhotoReceiver {

@@ -15,8 +15,9 @@ namespace lamina {
 /// How far a photo can be zoomed in the crop square; a decoder must leave the pixels for it.
 inline constexpr double kMaximumCropZoom = 6.0;
 
-/// The crop screen: a photo placed behind a square by scrolling and zooming, and cut out of it. What the square shows at
-/// that moment becomes a picture of S × S pixels, one a point, S being the main screen's width when the view loads. Main thread only.
+/// The crop screen: a photo placed behind a square by scrolling and zooming, and cut out of it. What the square shows
+/// at that moment becomes a picture of S × S pixels, one a point, S being the main screen's width when the view loads.
+/// Main thread only.
 class PinchZoomViewController : public UIViewController,
                                 public UIScrollViewDelegate,
                                 public UIGestureRecognizerDelegate {
@@ -38,8 +39,8 @@ public:
 
     /// Leaves without a crop, and gives up a first photo that was taken already.
     Q_INVOKABLE void backButton();
-    /// Cuts the photo. The first crop goes to the first slot and the screen is dismissed; the second goes to the second slot and the
-    /// blend editor opens. Nothing happens when memory is short.
+    /// Cuts the photo. The first crop goes to the first slot and the screen is dismissed; the second goes to the second
+    /// slot and the blend editor opens. Nothing happens when memory is short.
     Q_INVOKABLE void doneButton();
 
     /// 1 while the first photo of the blend is cropped, 2 for the second. As it was when the view loaded.
@@ -50,8 +51,8 @@ public:
     double minimumZoomScale() const { return 1.0; }
     double maximumZoomScale() const { return kMaximumCropZoom; }
 
-    /// What keys and double taps do: scrolls so that the photo moves by points; zooms about the middle; goes in twice at a point of
-    /// the square or, when zoomed already, all the way out.
+    /// What keys and double taps do: scrolls so that the photo moves by points; zooms about the middle; goes in twice
+    /// at a point of the square or, when zoomed already, all the way out.
     Q_INVOKABLE void nudge(double dx, double dy);
     Q_INVOKABLE void zoomBy(double factor);
     Q_INVOKABLE void toggleZoom(double x, double y);

@@ -11,8 +11,9 @@
 
 namespace lamina {
 
-/// The home screen, at the bottom of the navigation stack. It offers three ways on: a collage of two or of three photos, by way of the
-/// photo picker whose delegate it is, and a blend of two, by way of the screen that asks for a source. Main thread only.
+/// The home screen, at the bottom of the navigation stack. It offers three ways on: a collage of two or of three
+/// photos, by way of the photo picker whose delegate it is, and a blend of two, by way of the screen that asks for a
+/// source. Main thread only.
 ///
 /// The notification "PinchZoomViewController" dismisses all that this screen presents.
 class ViewController : public UIViewController, public YMSPhotoPickerViewControllerDelegate, public PhotoReceiver {
@@ -23,8 +24,8 @@ public:
     ViewController();
     ~ViewController() override;
 
-    /// The collage that was asked for last, "twoPhoto" or "threePhoto"; "blendPhoto" leads picked photos to the blend editor.
-    /// Default empty.
+    /// The collage that was asked for last, "twoPhoto" or "threePhoto"; "blendPhoto" leads picked photos to the blend
+    /// editor. Default empty.
     std::string selectedBtnStr;
     /// The photos that came from the picker last, in the order of choice.
     std::vector<UIImage> chosenImages;
@@ -51,8 +52,8 @@ public:
     bool respondsTo(Call call) const override;
     /// Keeps the picture, and stays on this screen.
     void photoPickerViewController(YMSPhotoPickerViewController& picker, const UIImage& didFinishPickingImage) override;
-    /// Reads the pictures, in full quality and in time, then opens the editor that `selectedBtnStr` names. What can't be read is left
-    /// out. An alert says so when the editor needs another number of photos.
+    /// Reads the pictures, in full quality and in time, then opens the editor that `selectedBtnStr` names. What can't
+    /// be read is left out. An alert says so when the editor needs another number of photos.
     void photoPickerViewController(YMSPhotoPickerViewController& picker,
                                    const std::vector<PHAsset>& didFinishPickingImages) override;
     /// Alerts with a way to the system's settings: the first over this screen, the second over the picker.

@@ -27,8 +27,8 @@ struct ZoomStep {
 /// What is done to the second photo, as fingers would do it.
 using BlendStep = std::variant<MoveStep, ZoomStep>;
 
-/// Goes through the screens of a blend without a window, as a person would: crop, done, crop, done, gestures. One at a time;
-/// on the main thread, whose queue it pumps.
+/// Goes through the screens of a blend without a window, as a person would: crop, done, crop, done, gestures. One at a
+/// time; on the main thread, whose queue it pumps.
 class BlendScript {
 public:
     /// The screen that the controllers see: `width` points, `scale` pixels a point.

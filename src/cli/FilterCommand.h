@@ -11,8 +11,8 @@
 
 namespace lamina {
 
-/// `lamina filter`: pictures through one GPU filter, or one through a chain of them. Everything is checked and read before a
-/// GL context is made.
+/// `lamina filter`: pictures through one GPU filter, or one through a chain of them. Everything is checked and read
+/// before a GL context is made.
 class FilterCommand {
 public:
     explicit FilterCommand(CLI::App& application);

@@ -15,8 +15,8 @@ namespace lamina {
 
 namespace {
 
-/// Pushes from the last slot to the first: that gives the output its size, and a filter of four inputs passes over a fourth
-/// picture that comes after the other three.
+/// Pushes from the last slot to the first: that gives the output its size, and a filter of four inputs passes over a
+/// fourth picture that comes after the other three.
 UIImage combined(const std::shared_ptr<GPUImageStage>& filter, const std::vector<UIImage>& pictures)
 {
     std::vector<std::shared_ptr<GPUImagePicture>> sources;

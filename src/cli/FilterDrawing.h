@@ -13,16 +13,16 @@ namespace lamina {
 /// Why nothing can be drawn, if so. Keeps the log quiet about it: the command tells it.
 Outcome drawingIsPossible();
 
-/// What the GPU makes of a picture that is beyond its texture limit: "reduced to W x H: the GPU draws at most N pixels a
-/// side". Nothing when it fits.
+/// What the GPU makes of a picture that is beyond its texture limit: "reduced to W x H: the GPU draws at most N pixels
+/// a side". Nothing when it fits.
 std::optional<std::string> reductionNote(const UIImage& picture);
 
 /// The pictures in slots 0, 1, ... of the filter, of which there are as many. The error names the filter.
 Result<UIImage> filteredPicture(const FilterDescription& description, const FilterSettings& settings,
                                 const std::vector<UIImage>& pictures);
 
-/// What is wrong with a chain that can be told without making its filters: a name that is not known, a filter that needs more
-/// than one picture.
+/// What is wrong with a chain that can be told without making its filters: a name that is not known, a filter that
+/// needs more than one picture.
 Outcome checkPipeline(const PipelineConfiguration& configuration);
 
 /// The filters of a checked chain. The error names a setter or a value that is not understood.

@@ -8,7 +8,8 @@
 
 namespace lamina {
 
-/// Prints "lamina: SUBJECT: CAUSE" to standard error and returns `code`. Control characters in a file's name are shown as
+/// Prints "lamina: SUBJECT: CAUSE" to standard error and returns `code`. Control characters in a file's name are shown
+/// as
 /// '?', so that the message stays one line.
 ExitCode fail(const Error& error, ExitCode code);
 

@@ -9,7 +9,8 @@
 
 namespace lamina {
 
-/// `lamina op`: picture operations in sequence. A file is a picture of scale 1 (or `--picture-scale`) on a screen of scale
+/// `lamina op`: picture operations in sequence. A file is a picture of scale 1 (or `--picture-scale`) on a screen of
+/// scale
 /// 1. Everything is checked and read before anything is computed.
 class OpCommand {
 public:

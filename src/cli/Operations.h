@@ -21,7 +21,8 @@ enum class ArgumentKind {
     Count,    ///< an integer from 1 to 4294967295: `long`
     Flag,     ///< 0 or 1: `bool`
     Size,     ///< WIDTHxHEIGHT, both above 0: `CGSize`
-    Picture, ///< a file, the rest of the text with its commas: its name as `std::string`, then the `UIImage` read from it
+    Picture,  ///< a file, the rest of the text with its commas: its name as `std::string`, then the `UIImage` read from
+              ///< it
 };
 
 struct OperationArgument {
@@ -61,7 +62,8 @@ struct Operation {
     std::string (*refusal)(const UIImage& image, const OperationValues& values) = nullptr;
 };
 
-/// All operations, in the order in which they are listed: parsing, help and the machine-readable list go by this table alone.
+/// All operations, in the order in which they are listed: parsing, help and the machine-readable list go by this table
+/// alone.
 std::span<const Operation> operations();
 
 } // namespace lamina

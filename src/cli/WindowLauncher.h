@@ -7,8 +7,8 @@
 
 namespace lamina {
 
-/// Becomes the application with the window, `lamina-app`, with these arguments: the one beside this program, else the first in
-/// PATH. Returns only when there is none, with the reason on standard error.
+/// Becomes the application with the window, `lamina-app`, with these arguments: the one beside this program, else the
+/// first in PATH. Returns only when there is none, with the reason on standard error.
 ExitCode becomeWindow(const std::vector<std::string>& arguments);
 
 } // namespace lamina

@@ -23,7 +23,8 @@ double whole(double points)
 
 UIImage scaleByFactor(const UIImage& image, float factor)
 {
-    // 0.7 is a little less as a float, and 100 times that would lose a pixel: half a step of the float is no difference.
+    // 0.7 is a little less as a float, and 100 times that would lose a pixel: half a step of the float is no
+    // difference.
     constexpr double kHalfStep = 0x1p-24;
     const double exact = static_cast<double>(factor) * (1 + kHalfStep);
     const CGSize size = image.size();

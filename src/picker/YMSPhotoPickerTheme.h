@@ -11,8 +11,8 @@ constexpr UIColor systemBlueColor()
     return {0, 0.47843137254901963, 1, 1};
 }
 
-/// Colours and fonts of the photo picker and of the screens that it opens. There is one for all pickers: what is set for one
-/// stays for every later one until it is set again. Read when a picker loads. Main thread only.
+/// Colours and fonts of the photo picker and of the screens that it opens. There is one for all pickers: what is set
+/// for one stays for every later one until it is set again. Read when a picker loads. Main thread only.
 struct YMSPhotoPickerTheme {
     UIColor tintColor = systemBlueColor();
     UIColor titleLabelTextColor = UIColor::black();

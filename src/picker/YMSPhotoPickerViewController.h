@@ -8,10 +8,11 @@
 
 namespace lamina {
 
-/// The screen on which photos of the library are chosen. Presented by `yms_presentCustomAlbumPhotoView`. Main thread only.
+/// The screen on which photos of the library are chosen. Presented by `yms_presentCustomAlbumPhotoView`. Main thread
+/// only.
 ///
-/// Here stands what a caller sets before it is shown and what its delegate hears. It has no content yet, neither grid nor
-/// buttons: nothing in it makes the delegate's finish calls.
+/// Here stands what a caller sets before it is shown and what its delegate hears. It has no content yet, neither grid
+/// nor buttons: nothing in it makes the delegate's finish calls.
 class YMSPhotoPickerViewController : public UIViewController {
     Q_OBJECT
 

@@ -9,8 +9,8 @@ namespace lamina {
 
 class YMSPhotoPickerViewController;
 
-/// Hears what became of a photo picker. Every call is optional: the picker makes those alone that `respondsTo` names, and does
-/// without the delegate where one is not named. After a finish the delegate dismisses the picker. Main thread.
+/// Hears what became of a photo picker. Every call is optional: the picker makes those alone that `respondsTo` names,
+/// and does without the delegate where one is not named. After a finish the delegate dismisses the picker. Main thread.
 class YMSPhotoPickerViewControllerDelegate {
 public:
     enum class Call {

@@ -1,5 +1,5 @@
-// The look's numbers, from the designers' file to what QML sees. The file is read from its source, as by an engine that can't use
-// what was compiled.
+// The look's numbers, from the designers' file to what QML sees. The file is read from its source, as by an engine that
+// can't use what was compiled.
 #include <QColor>
 #include <QFile>
 #include <QGuiApplication>

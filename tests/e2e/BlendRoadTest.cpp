@@ -64,7 +64,8 @@ TEST_F(BlendRoad, ByFingers)
     pickAndUse(sample("city-rain.jpg"));
     ASSERT_TRUE(driver->waitFor<BlendPhotoViewController>());
 
-    // A drag moves the second photo by the finger's way; after a pinch a drag is as much further as the photo is larger.
+    // A drag moves the second photo by the finger's way; after a pinch a drag is as much further as the photo is
+    // larger.
     driver->dragCanvas({30, -24});
     EXPECT_NEAR(secondTransform().tx, 30, 1);
     EXPECT_NEAR(secondTransform().ty, -24, 1);

@@ -12,7 +12,8 @@
 
 namespace lamina::test {
 
-/// A window as large as a small phone (so that its canvas has exactly three pixels a point), with a portal to choose photos in.
+/// A window as large as a small phone (so that its canvas has exactly three pixels a point), with a portal to choose
+/// photos in.
 class WindowTest : public testing::Test {
 protected:
     static constexpr int kWidth = 320;

@@ -5,9 +5,9 @@
 
 namespace lamina::test {
 
-/// Gives the process a session bus of its own, on which nobody else is and no service starts by itself: runs the program again
-/// under `dbus-run-session`, and returns in that second run. First thing in `main`, with its arguments. Listing the tests
-/// needs no bus and goes on without.
+/// Gives the process a session bus of its own, on which nobody else is and no service starts by itself: runs the
+/// program again under `dbus-run-session`, and returns in that second run. First thing in `main`, with its arguments.
+/// Listing the tests needs no bus and goes on without.
 void enterPrivateBus(char** arguments);
 
 /// One more bus, which ends with this object or before.

@@ -15,7 +15,8 @@ using Rgba = std::array<std::uint8_t, 4>;
 /// A picture of skip-last (`alpha` false) or straight-alpha pixels, each asked for by its place.
 CGImage makePicture(int width, int height, const std::function<Rgba(int x, int y)>& pixel, bool alpha = false);
 
-/// A ramp that any honest interpolation keeps: red grows to the right, green downwards, both over the whole range; blue fixed.
+/// A ramp that any honest interpolation keeps: red grows to the right, green downwards, both over the whole range; blue
+/// fixed.
 CGImage rampPicture(int width, int height, std::uint8_t blue);
 
 /// The four components at a place of a picture of four bytes a pixel in R G B A order.

@@ -14,8 +14,8 @@
 
 namespace lamina::test {
 
-/// Stands in for the desktop's portals on the session bus: records what its file chooser is asked and answers as told, and
-/// keeps settings. Lives in the thread that makes it and answers when that thread's event loop runs.
+/// Stands in for the desktop's portals on the session bus: records what its file chooser is asked and answers as told,
+/// and keeps settings. Lives in the thread that makes it and answers when that thread's event loop runs.
 class TestPortal : public QDBusVirtualObject {
 public:
     /// How the chooser takes a question.

@@ -23,8 +23,8 @@ struct BlendPhoto {
     double alpha = kBlendPhotoAlpha;
 };
 
-/// All that a person has done to a blend: a small value (pictures share their pixels) from which the view tree can be built
-/// again at any time.
+/// All that a person has done to a blend: a small value (pictures share their pixels) from which the view tree can be
+/// built again at any time.
 struct BlendComposition {
     /// `photos[0]` is the first photo.
     std::array<BlendPhoto, 2> photos;
@@ -47,7 +47,8 @@ struct BlendComposition {
     bool contrastBool = false;
     bool brightBool = false;
     bool opacityBool = false;
-    /// The snapshots that the contrast and brightness sliders work from; the second serves while both photos are selected.
+    /// The snapshots that the contrast and brightness sliders work from; the second serves while both photos are
+    /// selected.
     UIImage applyFxOnImage1;
     UIImage applyFxOnImage2;
 
@@ -55,8 +56,8 @@ struct BlendComposition {
     void bringToFront(std::size_t index) { order = {1 - index, index}; }
 };
 
-/// Whether both give the same picture: the same photos (in memory), transforms, alphas, order and backdrop. A clear backdrop
-/// shows the white paper, so it counts as white. Selection, modes and snapshots don't show.
+/// Whether both give the same picture: the same photos (in memory), transforms, alphas, order and backdrop. A clear
+/// backdrop shows the white paper, so it counts as white. Selection, modes and snapshots don't show.
 bool looksAlike(const BlendComposition& one, const BlendComposition& other);
 
 } // namespace lamina

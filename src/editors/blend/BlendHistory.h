@@ -8,8 +8,8 @@ namespace lamina {
 /// Small changes that come many at a time: keys that repeat, the notches of a wheel, the steps of a touchpad's pinch.
 enum class BlendSeries { None, Move, Zoom };
 
-/// Undo and redo of a blend. What a person would call one change is one step; what doesn't show in the picture (selecting,
-/// changing the mode) is none, but goes with the state in which it was done. Main thread.
+/// Undo and redo of a blend. What a person would call one change is one step; what doesn't show in the picture
+/// (selecting, changing the mode) is none, but goes with the state in which it was done. Main thread.
 class BlendHistory {
 public:
     /// Small changes of one series that follow each other within this time are one step.
@@ -18,8 +18,8 @@ public:
     /// Begins anew at the state in which the editor opens.
     void start(const BlendComposition& opening);
 
-    /// A change that is over: a step, unless the picture looks as before it. A small one joins the step of the one before
-    /// where both belong to one series; a series that ends where it began leaves no step.
+    /// A change that is over: a step, unless the picture looks as before it. A small one joins the step of the one
+    /// before where both belong to one series; a series that ends where it began leaves no step.
     void record(const BlendComposition& composition, BlendSeries series = BlendSeries::None);
     /// A change that is no step.
     void amend(const BlendComposition& composition);

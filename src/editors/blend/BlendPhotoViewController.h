@@ -20,15 +20,16 @@
 
 namespace lamina {
 
-/// The blend editor: two photos laid over each other, each with its own alpha and transform, over a backdrop. Nothing is
-/// computed on pixels while a person works; `flattened` renders the stack once.
+/// The blend editor: two photos laid over each other, each with its own alpha and transform, over a backdrop. Nothing
+/// is computed on pixels while a person works; `flattened` renders the stack once.
 ///
 /// The state is the `BlendComposition`; the view tree shows it:
-/// `baseView` > `saveTheImg` > `mainImgView` > `imgView2`, `imgView1` (and stickers), each W × W points, where W is the width of the
-/// main screen when the view loads. Main thread only.
+/// `baseView` > `saveTheImg` > `mainImgView` > `imgView2`, `imgView1` (and stickers), each W × W points, where W is the
+/// width of the main screen when the view loads. Main thread only.
 ///
-/// Undo goes over the composition. One change is one step: a gesture from its start to its end, a reset, a run of keys or of
-/// the wheel without a pause of a second. Every action first ends a gesture that is under way, which then is a step of its own.
+/// Undo goes over the composition. One change is one step: a gesture from its start to its end, a reset, a run of keys
+/// or of the wheel without a pause of a second. Every action first ends a gesture that is under way, which then is a
+/// step of its own.
 class BlendPhotoViewController : public UIViewController {
     Q_OBJECT
     // A drag wakes none of these but, once, `edited`.
@@ -55,26 +56,27 @@ public:
     /// `baseView`; loads the view.
     std::shared_ptr<UIView> canvasView() override;
 
-    /// Takes the photos from the two slots, selects the second and builds the stack in move mode. A slot that is empty leaves its
-    /// image view without a picture.
+    /// Takes the photos from the two slots, selects the second and builds the stack in move mode. A slot that is empty
+    /// leaves its image view without a picture.
     void viewDidLoad() override;
     bool prefersStatusBarHidden() const { return true; }
 
     /// What has been done so far.
     const BlendComposition& composition() const { return m_composition; }
-    /// Takes the editor to another state, which is a step: the tree is built anew from it, and in move mode the bar and the
-    /// panels are those of that mode. Views held from before are out of the tree then.
+    /// Takes the editor to another state, which is a step: the tree is built anew from it, and in move mode the bar and
+    /// the panels are those of that mode. Views held from before are out of the tree then.
     void setComposition(const BlendComposition& composition);
 
-    /// Both photos as they came in, untransformed, half transparent, the second below the first, over a clear backdrop; then move
-    /// mode, which takes the second to the front. Part of a change: whoever calls it records the step.
+    /// Both photos as they came in, untransformed, half transparent, the second below the first, over a clear backdrop;
+    /// then move mode, which takes the second to the front. Part of a change: whoever calls it records the step.
     void createLayout();
 
-    /// Actions of the two selection buttons: a tap on the selected one swaps. In move mode the first photo can't be chosen: an
-    /// alert says so, both buttons end up off, and the second photo stays movable.
+    /// Actions of the two selection buttons: a tap on the selected one swaps. In move mode the first photo can't be
+    /// chosen: an alert says so, both buttons end up off, and the second photo stays movable.
     Q_INVOKABLE void photo1();
     Q_INVOKABLE void photo2();
-    /// Back to the photos as they came in, with nothing on them. The tags of stickers count on, and slider snapshots stay.
+    /// Back to the photos as they came in, with nothing on them. The tags of stickers count on, and slider snapshots
+    /// stay.
     Q_INVOKABLE void resetBtn();
     /// Move mode: hides the panels, selects the second photo and gives it the gestures.
     Q_INVOKABLE void panBtn();
@@ -90,8 +92,8 @@ public:
     /// No recogniser calls it: photos of a blend turn by quarters only.
     void rotationGes(UIRotationGestureRecognizer& gesture);
 
-    /// What a pan by (dx, dy) points of the canvas does to the current photo, and a pinch by `factor`; for keys. In move mode
-    /// only; a factor that is not finite and positive does nothing.
+    /// What a pan by (dx, dy) points of the canvas does to the current photo, and a pinch by `factor`; for keys. In
+    /// move mode only; a factor that is not finite and positive does nothing.
     Q_INVOKABLE void nudge(double dx, double dy);
     Q_INVOKABLE void zoomBy(double factor);
 
@@ -102,13 +104,13 @@ public:
     /// Asks whether to discard the work. Yes: posts the notification "PinchZoomViewController" with this screen as its
     /// sender, on which the home screen closes everything, and empties the two slots.
     Q_INVOKABLE void backBtn();
-    /// Saves the flattened picture as a PNG file in the photo library's folder, in the background, and puts up a notice; what
-    /// goes wrong is told in an alert. Nothing while a picture is being saved.
+    /// Saves the flattened picture as a PNG file in the photo library's folder, in the background, and puts up a
+    /// notice; what goes wrong is told in an alert. Nothing while a picture is being saved.
     Q_INVOKABLE void shareBtn();
     Q_INVOKABLE void dismissNotice();
 
-    /// The stack as one picture of W × scale pixels a side at the main screen's scale, on white: the backdrop turns white, on
-    /// the canvas too, which is no step. Empty when memory is short.
+    /// The stack as one picture of W × scale pixels a side at the main screen's scale, on white: the backdrop turns
+    /// white, on the canvas too, which is no step. Empty when memory is short.
     UIImage flattened();
 
     UIView& baseView() const { return *m_baseView; }

@@ -33,8 +33,8 @@ public:
     /// Tag of a tool's cell in the bar; 0 for pan, which has none.
     static int tag(BlendTool tool);
 
-    /// Sets all images and label colours. The cell of the tool turns grey and the others clear, but for pan, which leaves
-    /// the backgrounds as they are.
+    /// Sets all images and label colours. The cell of the tool turns grey and the others clear, but for pan, which
+    /// leaves the backgrounds as they are.
     void setActiveTool(BlendTool tool);
     /// Turns every cell's background clear.
     void clearBackgrounds();

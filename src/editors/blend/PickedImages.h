@@ -15,8 +15,8 @@ struct PhotoCrop {
     friend bool operator==(const PhotoCrop&, const PhotoCrop&) = default;
 };
 
-/// The two slots through which the crop screen hands its photos to the blend editor. An empty `firstPickedImage` means that
-/// the first photo is still wanted. Process-wide; main thread only.
+/// The two slots through which the crop screen hands its photos to the blend editor. An empty `firstPickedImage` means
+/// that the first photo is still wanted. Process-wide; main thread only.
 extern UIImage firstPickedImage;
 extern UIImage secondPickedImage;
 

@@ -16,19 +16,19 @@ extern const char* const kGPUImageVertexShaderString;
 /// Gives the input as it is.
 extern const char* const kGPUImagePassthroughFragmentShaderString;
 
-/// Four (x, y) pairs for the corners of a quad in the order of a triangle strip: bottom left, bottom right, top left, top
-/// right of clip space, which are the picture's top left, top right, bottom left, bottom right.
+/// Four (x, y) pairs for the corners of a quad in the order of a triangle strip: bottom left, bottom right, top left,
+/// top right of clip space, which are the picture's top left, top right, bottom left, bottom right.
 using QuadCoordinates = std::array<GLfloat, 8>;
 /// The whole of clip space.
 extern const QuadCoordinates kGPUImageQuadVertices;
 
-/// The linked program of the two texts, from the shared context's cache, with these attributes in this order. Null where it
-/// can't be built; then three lines in the log tell the driver's words. On the video processing queue.
+/// The linked program of the two texts, from the shared context's cache, with these attributes in this order. Null
+/// where it can't be built; then three lines in the log tell the driver's words. On the video processing queue.
 std::shared_ptr<GLProgram> linkedProgram(const std::string& vertexShader, const std::string& fragmentShader,
                                          const std::vector<std::string>& attributes);
 
-/// The text of a shader in a file: `name` is its path without the extension ("vsh" or "fsh"). Empty when it can't be read,
-/// which is logged; a program made of it doesn't link.
+/// The text of a shader in a file: `name` is its path without the extension ("vsh" or "fsh"). Empty when it can't be
+/// read, which is logged; a program made of it doesn't link.
 std::string shaderTextFromFile(const std::string& name, const char* extension);
 
 /// The uniform values of one filter in one program, as calls that set them again. Filters of the same shaders share a

@@ -16,8 +16,8 @@
 
 namespace lamina {
 
-/// The values that are useful for a property, each component of it. Advice for sliders and help: setters take others too, and
-/// say what they make of them.
+/// The values that are useful for a property, each component of it. Advice for sliders and help: setters take others
+/// too, and say what they make of them.
 struct FilterRange {
     double minimum = -std::numeric_limits<double>::infinity();
     double maximum = std::numeric_limits<double>::infinity();
@@ -72,7 +72,8 @@ private:
     std::map<std::string, FilterDescription, std::less<>> m_filters;
 };
 
-/// A new filter with these settings. An error for a name that the filter doesn't have (its subject) or a value of another type.
+/// A new filter with these settings. An error for a name that the filter doesn't have (its subject) or a value of
+/// another type.
 Result<std::shared_ptr<GPUImageStage>> makeFilter(const FilterDescription& description, const FilterSettings& settings);
 
 /// The type by which a setter's argument is known to the registry.

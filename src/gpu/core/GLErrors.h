@@ -7,16 +7,16 @@
 
 namespace lamina {
 
-/// GL calls belong to the video processing queue, where a context is current. Debug builds stop at a call from elsewhere.
-/// False: no context, and GL must be left alone.
+/// GL calls belong to the video processing queue, where a context is current. Debug builds stop at a call from
+/// elsewhere. False: no context, and GL must be left alone.
 inline bool mayCallGL()
 {
     assert(isOnVideoProcessingQueue());
     return EAGLContext::currentContext() != nullptr;
 }
 
-/// Logs what GL complains of, naming the work that was done. Asking can make the driver wait, so only `checkDraw` in debug
-/// builds asks after draws.
+/// Logs what GL complains of, naming the work that was done. Asking can make the driver wait, so only `checkDraw` in
+/// debug builds asks after draws.
 void checkGL(const char* work);
 
 inline void checkDraw([[maybe_unused]] const char* work)

@@ -8,8 +8,8 @@
 
 namespace lamina {
 
-/// A vertex and a fragment shader and the program they are linked to. Made, used and dropped on the video processing queue
-/// (dropping elsewhere hops there).
+/// A vertex and a fragment shader and the program they are linked to. Made, used and dropped on the video processing
+/// queue (dropping elsewhere hops there).
 ///
 /// Order of use: construct, `addAttribute` for each attribute, `link` unless `initialized`, then `attributeIndex`,
 /// `uniformIndex` and `use`. Programs are shared between filters of the same shaders: see

@@ -30,8 +30,8 @@ BGRASupport bgraSupport();
 /// How pixels in the order `format` (GL_RGBA or GL_BGRA) become a texture of `internalFormat`.
 GLTextureFormat uploadFormat(GLenum internalFormat, GLenum format, BGRASupport support);
 
-/// How a texture that is drawn into is stored. No pixels go up, so the order of the bytes doesn't matter and GL_BGRA becomes the
-/// order that every context can draw into.
+/// How a texture that is drawn into is stored. No pixels go up, so the order of the bytes doesn't matter and GL_BGRA
+/// becomes the order that every context can draw into.
 GLTextureFormat renderFormat(const GPUTextureOptions& options);
 
 /// Exchanges bytes 0 and 2 of every four. In place when the spans are the same.

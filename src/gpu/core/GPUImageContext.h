@@ -16,7 +16,8 @@
 namespace lamina {
 
 /// The GL context of the filter graph with its serial queue, its cache of programs and its pool of framebuffers. One is
-/// shared by the whole process and never destroyed. The GL context itself is made when it is first needed, on the queue.
+/// shared by the whole process and never destroyed. The GL context itself is made when it is first needed, on the
+/// queue.
 ///
 /// Where no context can be had (no driver), `availability` tells why; everything else then does nothing: programs don't
 /// link, framebuffers have no texture, filters give no picture.
@@ -58,8 +59,8 @@ public:
     /// Textures that share memory with the processor don't exist here.
     static constexpr bool supportsFastTextureUpload() { return false; }
 
-    /// `size` where both sides are below the texture limit; otherwise reduced in proportion so that the longer side is the
-    /// limit. Not rounded.
+    /// `size` where both sides are below the texture limit; otherwise reduced in proportion so that the longer side is
+    /// the limit. Not rounded.
     static CGSize sizeThatFitsWithinATextureForSize(CGSize size);
     /// The same for a limit of one's own; the zero size where that is 0.
     static CGSize sizeThatFits(CGSize size, double limit);

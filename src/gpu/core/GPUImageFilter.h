@@ -12,15 +12,16 @@
 
 namespace lamina {
 
-/// One input, one pass: draws the input over the whole of a pooled framebuffer with one pair of shaders and pushes that to
-/// its targets. The base of all filters; by itself it passes pictures through.
+/// One input, one pass: draws the input over the whole of a pooled framebuffer with one pair of shaders and pushes that
+/// to its targets. The base of all filters; by itself it passes pictures through.
 ///
-/// Shaders are OpenGL ES 2.0 (GLSL 1.00). The vertex shader gets the attributes `position` and `inputTextureCoordinate`,
-/// the fragment shader the sampler `inputImageTexture`. Row 0 of the texture is the top of the picture. A shader that
-/// doesn't build leaves three lines in the log and a filter that renders nothing.
+/// Shaders are OpenGL ES 2.0 (GLSL 1.00). The vertex shader gets the attributes `position` and
+/// `inputTextureCoordinate`, the fragment shader the sampler `inputImageTexture`. Row 0 of the texture is the top of
+/// the picture. A shader that doesn't build leaves three lines in the log and a filter that renders nothing.
 ///
-/// Construction and uniform setters may happen on any thread; uniform values take effect in the order of the calls, from the
-/// next frame. A change of a uniform rebuilds nothing. Everything of `GPUImageInput` runs on the video processing queue.
+/// Construction and uniform setters may happen on any thread; uniform values take effect in the order of the calls,
+/// from the next frame. A change of a uniform rebuilds nothing. Everything of `GPUImageInput` runs on the video
+/// processing queue.
 class GPUImageFilter : public GPUImageStage {
 public:
     GPUImageFilter();
@@ -35,8 +36,8 @@ public:
     /// Called on the queue when the size of the output is known or has changed: subclasses recompute what hangs on it.
     virtual void setupFilterForSize(CGSize) {}
 
-    /// The kept frame is taken by `newCGImageFromCurrentlyProcessedOutput`, which waits for it at most three seconds (real
-    /// time) and gives nothing then. A second taking reads the frame that is still the output, if there is one.
+    /// The kept frame is taken by `newCGImageFromCurrentlyProcessedOutput`, which waits for it at most three seconds
+    /// (real time) and gives nothing then. A second taking reads the frame that is still the output, if there is one.
     void useNextFrameForImageCapture() override;
     CGImage newCGImageFromCurrentlyProcessedOutput() override;
 
@@ -124,7 +125,8 @@ protected:
     /// Replaces the first program by that of other shaders with the same attributes. On the queue.
     void buildFilterProgram(const std::string& vertexShader, const std::string& fragmentShader);
 
-    /// A framebuffer of the output's size and options, active and cleared to the background; with the count of the fetch.
+    /// A framebuffer of the output's size and options, active and cleared to the background; with the count of the
+    /// fetch.
     std::shared_ptr<GPUImageFramebuffer> beginOutput() const;
     /// Binds the texture of `input` (none: texture 0) to `unit` and tells the sampler at `uniform`.
     static void bindInput(const std::shared_ptr<GPUImageFramebuffer>& input, int unit, GLint uniform);
@@ -133,21 +135,21 @@ protected:
     /// The draw of four vertices with position and first coordinate.
     static void drawQuad(GLuint positionAttribute, const QuadCoordinates& vertices, GLuint coordinateAttribute,
                          const QuadCoordinates& textureCoordinates);
-    /// Before the draw, if a capture was asked for: takes the count that `newCGImageFromCurrentlyProcessedOutput` gives back.
-    /// A wish that comes later, while the frame is under way, is for the next one.
+    /// Before the draw, if a capture was asked for: takes the count that `newCGImageFromCurrentlyProcessedOutput` gives
+    /// back. A wish that comes later, while the frame is under way, is for the next one.
     void holdForCapture(GPUImageFramebuffer& output);
     /// After the draw of such a frame: lets the waiter go on.
     void signalCapture();
-    /// What happens to a frame that is not drawn: every input's count is given back. Where the filter can't render at all, a
-    /// waiter for the frame is let go on without one; one that is only prevented may draw in time.
+    /// What happens to a frame that is not drawn: every input's count is given back. Where the filter can't render at
+    /// all, a waiter for the frame is let go on without one; one that is only prevented may draw in time.
     void dropFrame();
-    /// Gives back the count of an input and, unless it is a source's own for good, lets go of it: the next to fetch it may
-    /// be this very filter for its output, and nothing may be drawn from a texture into itself.
+    /// Gives back the count of an input and, unless it is a source's own for good, lets go of it: the next to fetch it
+    /// may be this very filter for its output, and nothing may be drawn from a texture into itself.
     static void giveBack(std::shared_ptr<GPUImageFramebuffer>& input);
     /// Gives back the counts of all inputs after the draw, in slot order.
     virtual void unlockInputs();
-    /// Binds the inputs after the first, with their coordinates in enabled arrays, before the draw; and disables the arrays
-    /// after it. Nothing here.
+    /// Binds the inputs after the first, with their coordinates in enabled arrays, before the draw; and disables the
+    /// arrays after it. Nothing here.
     virtual void bindFurtherInputs() {}
     virtual void disableFurtherArrays() {}
 

@@ -6,11 +6,12 @@
 
 namespace lamina {
 
-/// A graph of filters that looks like one filter. What arrives goes to all `initialFilters`; what is asked of the output goes
-/// to the `terminalFilter`. The group has no framebuffer of its own and takes no counts. It holds its filters.
+/// A graph of filters that looks like one filter. What arrives goes to all `initialFilters`; what is asked of the
+/// output goes to the `terminalFilter`. The group has no framebuffer of its own and takes no counts. It holds its
+/// filters.
 ///
-/// A subclass's constructor makes the filters, connects them, adds each with `addFilter`, and sets both ends. Until there is a
-/// terminal filter, operations on the output do nothing.
+/// A subclass's constructor makes the filters, connects them, adds each with `addFilter`, and sets both ends. Until
+/// there is a terminal filter, operations on the output do nothing.
 class GPUImageFilterGroup : public GPUImageStage {
 public:
     GPUImageFilterGroup() = default;

@@ -31,8 +31,8 @@ struct PipelineConfiguration {
     static Result<PipelineConfiguration> fromFile(const std::string& path);
 };
 
-/// A list of filters kept as a chain between an input and an output: every change of the list connects the stages anew. It
-/// holds all of them. One thread at a time; changes of targets hop to the video processing queue.
+/// A list of filters kept as a chain between an input and an output: every change of the list connects the stages anew.
+/// It holds all of them. One thread at a time; changes of targets hop to the video processing queue.
 class GPUImageFilterPipeline {
 public:
     using Filters = std::vector<std::shared_ptr<GPUImageStage>>;
@@ -40,7 +40,8 @@ public:
     /// Whether every filter, attribute and value is understood; makes nothing, and needs no GL context.
     static Outcome check(const PipelineConfiguration& configuration, const FilterRegistry& registry);
 
-    /// Null `output`: none. The error says which filter, attribute or value is not understood; nothing is connected then.
+    /// Null `output`: none. The error says which filter, attribute or value is not understood; nothing is connected
+    /// then.
     static Result<std::unique_ptr<GPUImageFilterPipeline>>
     makeWithConfiguration(const PipelineConfiguration& configuration, const FilterRegistry& registry,
                           std::shared_ptr<GPUImageOutput> input, std::shared_ptr<GPUImageInput> output);

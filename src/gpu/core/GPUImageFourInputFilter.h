@@ -9,8 +9,8 @@ extern const char* const kGPUImageFourInputTextureVertexShaderString;
 
 /// As `GPUImageThreeInputFilter` with a fourth slot: `inputImageTexture4`, `textureCoordinate4`.
 ///
-/// When the first three slots have arrived, a frame of slot 3 that comes last is passed over: the fourth has to come before
-/// the third, or a stream has to run beside stills.
+/// When the first three slots have arrived, a frame of slot 3 that comes last is passed over: the fourth has to come
+/// before the third, or a stream has to run beside stills.
 class GPUImageFourInputFilter : public GPUImageThreeInputFilter {
 public:
     explicit GPUImageFourInputFilter(const std::string& fragmentShader);

@@ -12,9 +12,9 @@ namespace lamina {
 
 /// A texture to read and, unless it is a texture only, to draw into; pooled by `GPUImageFramebufferCache`.
 ///
-/// Users are counted by hand: a fetch gives one count, each consumer locks when it is handed the framebuffer and unlocks
-/// after its draw, and at zero the object goes back to the pool. Counts are touched on the video processing queue alone.
-/// The object itself is shared; dropping the last reference deletes the GL names on the queue.
+/// Users are counted by hand: a fetch gives one count, each consumer locks when it is handed the framebuffer and
+/// unlocks after its draw, and at zero the object goes back to the pool. Counts are touched on the video processing
+/// queue alone. The object itself is shared; dropping the last reference deletes the GL names on the queue.
 class GPUImageFramebuffer : public std::enable_shared_from_this<GPUImageFramebuffer> {
 public:
     /// `size` in pixels, cut to whole ones for GL. `onlyTexture`: without storage and without a framebuffer; the owner
@@ -48,8 +48,8 @@ public:
     /// For those who watch the counts.
     unsigned framebufferReferenceCount() const { return m_framebufferReferenceCount; }
 
-    /// The pixels, RGBA with straight alpha, first row of the texture on top; gives back one count, which the caller must
-    /// hold. Empty when there is nothing to read or memory is short. From any thread.
+    /// The pixels, RGBA with straight alpha, first row of the texture on top; gives back one count, which the caller
+    /// must hold. Empty when there is nothing to read or memory is short. From any thread.
     CGImage newCGImageFromFramebufferContents();
     /// The same pixels without giving back a count, for who holds none. From any thread.
     CGImage contents() const;

@@ -16,9 +16,9 @@ namespace lamina {
 inline constexpr const char* UIApplicationDidReceiveMemoryWarningNotification =
     "UIApplicationDidReceiveMemoryWarningNotification";
 
-/// The pool of framebuffers, by exact size and texture options, so that no GL object is made per frame. Idle ones are kept
-/// up to a bound on their bytes; beyond it the longest unused go first. All of it runs on the video processing queue; the
-/// operations hop there themselves.
+/// The pool of framebuffers, by exact size and texture options, so that no GL object is made per frame. Idle ones are
+/// kept up to a bound on their bytes; beyond it the longest unused go first. All of it runs on the video processing
+/// queue; the operations hop there themselves.
 class GPUImageFramebufferCache {
 public:
     /// More idle bytes than this are not kept.
@@ -29,7 +29,8 @@ public:
     GPUImageFramebufferCache(const GPUImageFramebufferCache&) = delete;
     GPUImageFramebufferCache& operator=(const GPUImageFramebufferCache&) = delete;
 
-    /// What framebuffers of one kind have in common: sides to a tenth of a pixel, the options, "-NOFB" for textures only.
+    /// What framebuffers of one kind have in common: sides to a tenth of a pixel, the options, "-NOFB" for textures
+    /// only.
     static std::string hashForSize(CGSize size, const GPUTextureOptions& options, bool onlyTexture);
 
     /// An idle one of the kind, the last returned first, or a new one. It comes with a count of 1, the caller's.

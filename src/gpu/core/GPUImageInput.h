@@ -8,16 +8,18 @@
 
 namespace lamina {
 
-/// Whatever takes frames: filters, views, writers. A consumer has one or more numbered slots. Everything but the questions
-/// (`nextAvailableTextureIndex`, `maximumOutputSize`, `shouldIgnoreUpdatesToThisTarget`, `enabled`, `wantsMonochromeInput`)
-/// is called on the video processing queue.
+/// Whatever takes frames: filters, views, writers. A consumer has one or more numbered slots. Everything but the
+/// questions
+/// (`nextAvailableTextureIndex`, `maximumOutputSize`, `shouldIgnoreUpdatesToThisTarget`, `enabled`,
+/// `wantsMonochromeInput`) is called on the video processing queue.
 class GPUImageInput {
 public:
     virtual ~GPUImageInput() = default;
 
     /// A frame for the slot has arrived; it is consumed within the call.
     virtual void newFrameReadyAtTime(const CMTime& frameTime, int textureIndex) = 0;
-    /// What the slot's next frame stands in; the consumer takes one count on it, or none if it does not use it. May be null.
+    /// What the slot's next frame stands in; the consumer takes one count on it, or none if it does not use it. May be
+    /// null.
     virtual void setInputFramebuffer(std::shared_ptr<GPUImageFramebuffer> framebuffer, int textureIndex) = 0;
     /// The slot that a new source would fill.
     virtual int nextAvailableTextureIndex() const = 0;

@@ -18,11 +18,11 @@ public:
     virtual void setHasAudioTrack(bool hasAudioTrack) = 0;
 };
 
-/// Whatever gives frames: still pictures, cameras, movies, filters. It holds its targets, in the order of adding, and so a
-/// graph lives as long as somebody holds its sources. Graphs must have no cycles of targets; nobody checks.
+/// Whatever gives frames: still pictures, cameras, movies, filters. It holds its targets, in the order of adding, and
+/// so a graph lives as long as somebody holds its sources. Graphs must have no cycles of targets; nobody checks.
 ///
-/// List operations and settings may be called from any thread: they do their work on the video processing queue and wait for
-/// it.
+/// List operations and settings may be called from any thread: they do their work on the video processing queue and
+/// wait for it.
 class GPUImageOutput : public std::enable_shared_from_this<GPUImageOutput> {
 public:
     GPUImageOutput() = default;
@@ -59,17 +59,19 @@ public:
     virtual CGImage newCGImageFromCurrentlyProcessedOutput() { return {}; }
     virtual bool providesMonochromeOutput() const { return false; }
 
-    /// The kept frame as a picture of scale 1, tagged by how the device is held, or with a tag of one's own. Empty when no
-    /// frame comes in time.
+    /// The kept frame as a picture of scale 1, tagged by how the device is held, or with a tag of one's own. Empty when
+    /// no frame comes in time.
     UIImage imageFromCurrentFramebuffer();
     UIImage imageFromCurrentFramebufferWithOrientation(UIImageOrientation orientation);
 
-    /// This filter as a function of pictures: pushes a still picture through it and waits for what comes out, at most three
-    /// seconds. Stored pixels go through as they are; the picture's scale and orientation are carried around the work as
-    /// tags. Opaque and straight-alpha pictures of 8 bits RGBA go up without being drawn; see `GPUImagePicture` for the
-    /// others. What comes out has straight alpha. Empty when there is no context, no program, or a slot stays empty.
+    /// This filter as a function of pictures: pushes a still picture through it and waits for what comes out, at most
+    /// three seconds. Stored pixels go through as they are; the picture's scale and orientation are carried around the
+    /// work as tags. Opaque and straight-alpha pictures of 8 bits RGBA go up without being drawn; see `GPUImagePicture`
+    /// for the others. What comes out has straight alpha. Empty when there is no context, no program, or a slot stays
+    /// empty.
     ///
-    /// From any thread, but for one filter one call at a time. Link lamina::gpu (these three live beside the still picture).
+    /// From any thread, but for one filter one call at a time. Link lamina::gpu (these three live beside the still
+    /// picture).
     CGImage newCGImageByFilteringCGImage(const CGImage& image);
     CGImage newCGImageByFilteringImage(const UIImage& image) { return newCGImageByFilteringCGImage(image.cgImage()); }
     UIImage imageByFilteringImage(const UIImage& image);

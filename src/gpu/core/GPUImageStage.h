@@ -10,8 +10,8 @@ public:
     bool shouldIgnoreUpdatesToThisTarget() const override { return GPUImageOutput::shouldIgnoreUpdatesToThisTarget(); }
     bool enabled() const override { return GPUImageOutput::enabled(); }
 
-    /// Whether its programs stand; false after a shader failed to build or where there is no GL context. A stage that can't
-    /// render gives no picture.
+    /// Whether its programs stand; false after a shader failed to build or where there is no GL context. A stage that
+    /// can't render gives no picture.
     virtual bool canRender() const = 0;
 };
 

@@ -126,8 +126,8 @@ CMTime GPUImageTwoInputFilter::timePassedOn(const CMTime& frameTime) const
 
 void GPUImageTwoInputFilter::newFrameReadyAtTime(const CMTime& frameTime, int textureIndex)
 {
-    // A frame of a source that outruns the others, or that comes round in a loop. Only the first three slots are asked, so a
-    // fourth that comes after them is passed over too.
+    // A frame of a source that outruns the others, or that comes round in a loop. Only the first three slots are asked,
+    // so a fourth that comes after them is passed over too.
     constexpr std::size_t kMostAsked = 3;
     if (haveReceived(std::min(m_slots.size(), kMostAsked)))
         return;

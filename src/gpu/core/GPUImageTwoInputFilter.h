@@ -11,15 +11,15 @@ namespace lamina {
 extern const char* const kGPUImageTwoInputTextureVertexShaderString;
 
 /// A filter that draws when both slots have a frame. One of them may be a still picture that comes once while the other
-/// streams: then each frame of the stream draws. (The still has to be the source itself: what a filter makes of one goes back
-/// to the pool after its draw, and the slot is black from then on.) The output has the size of slot 0; other inputs are
-/// stretched to it.
+/// streams: then each frame of the stream draws. (The still has to be the source itself: what a filter makes of one
+/// goes back to the pool after its draw, and the slot is black from then on.) The output has the size of slot 0; other
+/// inputs are stretched to it.
 ///
 /// The fragment shader gets `inputImageTexture2` and `textureCoordinate2` for slot 1.
 ///
 /// Filters of more inputs derive from it; the bookkeeping of all slots stands here. With three and more, a stream draws
-/// beside a still only where the still fills slot 0, and the time passed on is that of the frame that completed the set; with
-/// two it is the first slot's, unless that is indefinite.
+/// beside a still only where the still fills slot 0, and the time passed on is that of the frame that completed the
+/// set; with two it is the first slot's, unless that is indefinite.
 class GPUImageTwoInputFilter : public GPUImageFilter {
 public:
     explicit GPUImageTwoInputFilter(const std::string& fragmentShader);

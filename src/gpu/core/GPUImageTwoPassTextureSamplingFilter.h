@@ -4,9 +4,9 @@
 
 namespace lamina {
 
-/// Two passes that sample along a line: the first downwards, the second across. Both vertex shaders get `texelWidthOffset`
-/// and `texelHeightOffset`, the step from one sample to the next in texture coordinates. A first pass whose input lies
-/// turned steps along the other axis, so that the picture is sampled downwards all the same.
+/// Two passes that sample along a line: the first downwards, the second across. Both vertex shaders get
+/// `texelWidthOffset` and `texelHeightOffset`, the step from one sample to the next in texture coordinates. A first
+/// pass whose input lies turned steps along the other axis, so that the picture is sampled downwards all the same.
 class GPUImageTwoPassTextureSamplingFilter : public GPUImageTwoPassFilter {
 public:
     GPUImageTwoPassTextureSamplingFilter(const std::string& firstStageVertexShader,

@@ -19,7 +19,8 @@ struct GPUVector4 {
     friend bool operator==(const GPUVector4&, const GPUVector4&) = default;
 };
 
-/// Goes to the GPU as it lies in memory, without transposing: a record `one` is the first *column* of the shader's matrix.
+/// Goes to the GPU as it lies in memory, without transposing: a record `one` is the first *column* of the shader's
+/// matrix.
 struct GPUMatrix3x3 {
     GPUVector3 one;
     GPUVector3 two;

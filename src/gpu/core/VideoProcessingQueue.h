@@ -8,10 +8,11 @@ namespace lamina {
 
 class GPUImageContext;
 
-// All GL work runs on one serial queue, the video processing queue. A thread that is on it already runs the block at once,
-// inside the call, in the asynchronous forms too: code on the queue must not count on its block running later.
+// All GL work runs on one serial queue, the video processing queue. A thread that is on it already runs the block at
+// once, inside the call, in the asynchronous forms too: code on the queue must not count on its block running later.
 //
-// What runs on the queue must not wait for the main queue: main waits for this one all the time. Debug builds assert it.
+// What runs on the queue must not wait for the main queue: main waits for this one all the time. Debug builds assert
+// it.
 
 /// Runs the block on the shared context's queue and waits for its end.
 void runSynchronouslyOnVideoProcessingQueue(const DispatchQueue::Block& block);
@@ -21,7 +22,8 @@ void runAsynchronouslyOnVideoProcessingQueue(DispatchQueue::Block block);
 void runSynchronouslyOnContextQueue(GPUImageContext& context, const DispatchQueue::Block& block);
 void runAsynchronouslyOnContextQueue(GPUImageContext& context, DispatchQueue::Block block);
 
-/// Whether the caller runs on a video processing queue. GL calls, and whatever touches framebuffer counts, belong there.
+/// Whether the caller runs on a video processing queue. GL calls, and whatever touches framebuffer counts, belong
+/// there.
 bool isOnVideoProcessingQueue();
 
 /// The value of `body`, run as by `runSynchronouslyOnVideoProcessingQueue`.

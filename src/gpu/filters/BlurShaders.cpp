@@ -53,9 +53,9 @@ std::string stepsAway(double steps)
     return std::string(steps < 0 ? "- " : "+ ") + "singleStepOffset * " + decimal(std::abs(steps));
 }
 
-/// `steps[k]` is how far entry k lies from the pixel. `handsOutStep` for a fragment shader that computes places of its own: it
-/// could not declare the offsets itself where its best precision is below the vertex shader's, as a uniform of both must have
-/// the same precision in both.
+/// `steps[k]` is how far entry k lies from the pixel. `handsOutStep` for a fragment shader that computes places of its
+/// own: it could not declare the offsets itself where its best precision is below the vertex shader's, as a uniform of
+/// both must have the same precision in both.
 std::string vertexShader(const std::vector<double>& steps, bool handsOutStep)
 {
     std::string text = R"(attribute vec4 position;

@@ -5,8 +5,9 @@
 
 namespace lamina {
 
-/// What a symmetric blur along a line makes of a pixel and its neighbours: the first weight is that of the pixel itself, the
-/// one at i that of both neighbours i steps away. They sum to 1, neighbours counted twice. Its length is the radius plus 1.
+/// What a symmetric blur along a line makes of a pixel and its neighbours: the first weight is that of the pixel
+/// itself, the one at i that of both neighbours i steps away. They sum to 1, neighbours counted twice. Its length is
+/// the radius plus 1.
 using BlurWeights = std::vector<float>;
 
 /// The bell exp(-i^2 / (2 sigma^2)). One weight of 1 for radius 0 or a sigma that is not above 0.
@@ -14,16 +15,18 @@ BlurWeights gaussianBlurWeights(unsigned radius, double sigma);
 /// The same weight for all.
 BlurWeights boxBlurWeights(unsigned radius);
 
-// Shaders for one pass of such a blur. The vertex shader gets the step from one pixel to the next as `texelWidthOffset` and
-// `texelHeightOffset` and hands out where to read as `blurCoordinates`. Radius 0 gives the plain texts that pass a picture on.
+// Shaders for one pass of such a blur. The vertex shader gets the step from one pixel to the next as `texelWidthOffset`
+// and `texelHeightOffset` and hands out where to read as `blurCoordinates`. Radius 0 gives the plain texts that pass a
+// picture on.
 
-/// Each neighbour is read by itself. The array of places has 2 * radius + 1 entries: few devices take more than radius 7.
+/// Each neighbour is read by itself. The array of places has 2 * radius + 1 entries: few devices take more than
+/// radius 7.
 std::string standardBlurVertexShader(const BlurWeights& weights);
 std::string standardBlurFragmentShader(const BlurWeights& weights);
 
-/// Neighbours are read in pairs, at the place between both where linear sampling weighs them right. The vertex shader hands
-/// out the places of seven pairs on each side; those of pairs beyond, for which there are no varyings left, are computed at
-/// each pixel from the step, `singleStepOffset`.
+/// Neighbours are read in pairs, at the place between both where linear sampling weighs them right. The vertex shader
+/// hands out the places of seven pairs on each side; those of pairs beyond, for which there are no varyings left, are
+/// computed at each pixel from the step, `singleStepOffset`.
 std::string optimizedBlurVertexShader(const BlurWeights& weights);
 std::string optimizedBlurFragmentShader(const BlurWeights& weights);
 

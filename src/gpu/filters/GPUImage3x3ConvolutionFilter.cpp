@@ -6,8 +6,8 @@ namespace {
 
 constexpr GPUMatrix3x3 kCentreAlone{{0, 0, 0}, {0, 1, 0}, {0, 0, 0}};
 
-// A row of the kernel goes to a column of the matrix, and the first index is the column's: [r][c] reads as in the kernel.
-// Sums are made at high precision: with weights of some size, the rounding of medium precision shows in 8 bits.
+// A row of the kernel goes to a column of the matrix, and the first index is the column's: [r][c] reads as in the
+// kernel. Sums are made at high precision: with weights of some size, the rounding of medium precision shows in 8 bits.
 constexpr const char* kConvolutionFragmentShader = R"(precision highp float;
 
 uniform highp sampler2D inputImageTexture;

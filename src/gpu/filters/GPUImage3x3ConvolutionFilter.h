@@ -8,8 +8,8 @@ namespace lamina {
 ///
 ///   out.rgb = sum over rows r and columns c of kernel[r][c] * in.rgb(p + (c - 1, r - 1)),   out.a = in.a(p)
 ///
-/// `in` straight, as stored; the result is cut to 0..1. The kernel's first stored row weighs the row above, the first number
-/// of a row the pixel to the left. Nothing is divided: weights that sum to 1 keep the brightness.
+/// `in` straight, as stored; the result is cut to 0..1. The kernel's first stored row weighs the row above, the first
+/// number of a row the pixel to the left. Nothing is divided: weights that sum to 1 keep the brightness.
 class GPUImage3x3ConvolutionFilter : public GPUImage3x3TextureSamplingFilter {
 public:
     static FilterDescription describe();

@@ -52,7 +52,8 @@ GPUImage3x3TextureSamplingFilter::GPUImage3x3TextureSamplingFilter(const std::st
     , m_texelWidthUniform(uniformIndex("texelWidth"))
     , m_texelHeightUniform(uniformIndex("texelHeight"))
 {
-    // The program may be shared: where only one of the two is set later, the other must not be what somebody else left there.
+    // The program may be shared: where only one of the two is set later, the other must not be what somebody else left
+    // there.
     setFloat(0, m_texelWidthUniform, m_filterProgram);
     setFloat(0, m_texelHeightUniform, m_filterProgram);
 }
@@ -92,8 +93,8 @@ void GPUImage3x3TextureSamplingFilter::setupFilterForSize(CGSize filterFrameSize
         return;
     m_texelWidth = static_cast<float>(1.0 / filterFrameSize.width);
     m_texelHeight = static_cast<float>(1.0 / filterFrameSize.height);
-    // The size is that of the output; in a picture that lies turned, its width runs along the texture's columns. The values
-    // are kept for the draw: another filter of the same program may be set up in between.
+    // The size is that of the output; in a picture that lies turned, its width runs along the texture's columns. The
+    // values are kept for the draw: another filter of the same program may be set up in between.
     const bool turned = swapsWidthAndHeight(m_inputRotation);
     setFloat(turned ? m_texelHeight : m_texelWidth, m_texelWidthUniform, m_filterProgram);
     setFloat(turned ? m_texelWidth : m_texelHeight, m_texelHeightUniform, m_filterProgram);

@@ -10,17 +10,18 @@ namespace lamina {
 
 /// The base of filters that look at a pixel and its eight neighbours. Fragment shaders get their places as the varyings
 /// `textureCoordinate`, `leftTextureCoordinate`, `rightTextureCoordinate`, `topTextureCoordinate`,
-/// `topLeftTextureCoordinate`, `topRightTextureCoordinate`, `bottomTextureCoordinate`, `bottomLeftTextureCoordinate` and
-/// `bottomRightTextureCoordinate`.
+/// `topLeftTextureCoordinate`, `topRightTextureCoordinate`, `bottomTextureCoordinate`, `bottomLeftTextureCoordinate`
+/// and `bottomRightTextureCoordinate`.
 ///
-/// Left and top are those of the picture as its texture holds it: where the input lies turned, a result that has a direction
-/// turns with it. Beyond the border the outermost pixels go on.
+/// Left and top are those of the picture as its texture holds it: where the input lies turned, a result that has a
+/// direction turns with it. Beyond the border the outermost pixels go on.
 class GPUImage3x3TextureSamplingFilter : public GPUImageFilter {
 public:
     explicit GPUImage3x3TextureSamplingFilter(const std::string& fragmentShader);
 
-    /// The way to the neighbours, as shares of the width and height: 0 until the first size is known, then one pixel. Setting
-    /// one keeps both as they are from then on, whatever the size. From any thread; waits for the video processing queue.
+    /// The way to the neighbours, as shares of the width and height: 0 until the first size is known, then one pixel.
+    /// Setting one keeps both as they are from then on, whatever the size. From any thread; waits for the video
+    /// processing queue.
     float texelWidth() const;
     void setTexelWidth(float share);
     float texelHeight() const;

@@ -8,8 +8,8 @@ namespace lamina {
 ///
 ///   out.rgb = (1 - t) base.rgb + t overlay.rgb,   t = overlay.a mix,   out.a = base.a
 ///
-/// Colours are straight, as stored. `mix` runs from 0, the base alone, to 1; default 0.5. The base's alpha has no say in the
-/// colour, and stays.
+/// Colours are straight, as stored. `mix` runs from 0, the base alone, to 1; default 0.5. The base's alpha has no say
+/// in the colour, and stays.
 class GPUImageAlphaBlendFilter : public MixtureBlendFilter {
 public:
     GPUImageAlphaBlendFilter();

@@ -5,7 +5,8 @@
 
 namespace lamina {
 
-/// The look of a warm film: amber lights, faintly green shadows, lifted black; by the table "lookup_amatorka.png". Alpha stays.
+/// The look of a warm film: amber lights, faintly green shadows, lifted black; by the table "lookup_amatorka.png".
+/// Alpha stays.
 class GPUImageAmatorkaFilter : public SingleLookupLook {
 public:
     GPUImageAmatorkaFilter();

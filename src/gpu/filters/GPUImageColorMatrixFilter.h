@@ -9,9 +9,9 @@ namespace lamina {
 ///
 ///   out = intensity (M in) + (1 - intensity) in
 ///
-/// A record of `colorMatrix` is a row of M: `one` weighs (red, green, blue, alpha) for red, `four` for alpha. `in` is straight,
-/// as stored; nothing is linearised. Defaults: the identity, intensity 1. Intensities outside 0 to 1 extrapolate; the result is
-/// cut to 0 to 1 when it is stored.
+/// A record of `colorMatrix` is a row of M: `one` weighs (red, green, blue, alpha) for red, `four` for alpha. `in` is
+/// straight, as stored; nothing is linearised. Defaults: the identity, intensity 1. Intensities outside 0 to 1
+/// extrapolate; the result is cut to 0 to 1 when it is stored.
 class GPUImageColorMatrixFilter : public GPUImageFilter {
 public:
     GPUImageColorMatrixFilter();

@@ -8,8 +8,8 @@ namespace lamina {
 ///
 ///   out = (1 - mix) base + mix overlay,   on all four channels
 ///
-/// Colours are straight, as stored: where alphas differ, the colour of a clear pixel shows in the mixture. `mix` runs from 0,
-/// the base, to 1, the overlay; default 0.5.
+/// Colours are straight, as stored: where alphas differ, the colour of a clear pixel shows in the mixture. `mix` runs
+/// from 0, the base, to 1, the overlay; default 0.5.
 class GPUImageDissolveBlendFilter : public MixtureBlendFilter {
 public:
     GPUImageDissolveBlendFilter();

@@ -8,8 +8,8 @@ namespace lamina {
 ///
 ///   v = min over |i| <= radius, |j| <= radius of in.r(p + (i, j)),   out = (v, v, v, 1)
 ///
-/// `in` straight, as stored; done downwards, then across. Green, blue and alpha are not looked at, so that a photo comes out
-/// grey and opaque. Beyond the border the outermost pixels go on.
+/// `in` straight, as stored; done downwards, then across. Green, blue and alpha are not looked at, so that a photo
+/// comes out grey and opaque. Beyond the border the outermost pixels go on.
 class GPUImageErosionFilter : public MorphologyFilter {
 public:
     static FilterDescription describe();

@@ -14,9 +14,9 @@ namespace {
 constexpr unsigned kRadiusOfNewFilter = 4;
 constexpr float kSigmaOfNewFilter = 2;
 
-/// Where the bell of this sigma, itself of area 1, falls below 1/256: sqrt(-2 sigma^2 log(sqrt(2 pi sigma^2) / 256)), made
-/// even. The expression is largest at sigma = 256 / sqrt(2 pi e), about 62, and about 62 itself. From there it would fall, to
-/// nothing at 102 where even the top of the bell is lower, and a larger radius would blur less.
+/// Where the bell of this sigma, itself of area 1, falls below 1/256: sqrt(-2 sigma^2 log(sqrt(2 pi sigma^2) / 256)),
+/// made even. The expression is largest at sigma = 256 / sqrt(2 pi e), about 62, and about 62 itself. From there it
+/// would fall, to nothing at 102 where even the top of the bell is lower, and a larger radius would blur less.
 unsigned sampleRadiusForSigma(double sigma, double sigmaOfLargest)
 {
     if (sigma < 1)

@@ -10,16 +10,17 @@ namespace lamina {
 
 /// Blurs with a Gaussian bell, in two passes: downwards, then across.
 ///
-///   out(p) = sum over |i| <= n of w(|i|) * in(p + i * step),   w(i) ~ exp(-i^2 / (2 sigma^2)),   w(0) + 2 w(1) + ... = 1
+///   out(p) = sum over |i| <= n of w(|i|) * in(p + i * step),   w(i) ~ exp(-i^2 / (2 sigma^2)),   w(0) + 2 w(1) + ... =
+///   1
 ///
 /// on all four channels alike; `in` straight, as stored. sigma is `blurRadiusInPixels`, step is one pixel times
 /// `texelSpacingMultiplier`. n is the distance where the bell, before it is scaled to the sum of 1, falls below 1/256,
 /// rounded up to an even number; it grows up to 62 pixels (at sigma 62) and stays there, which bounds the length of the
 /// shaders: a larger sigma then only flattens the bell. Beyond the border the outermost pixels go on.
 ///
-/// The shaders are made for each radius and let the texture unit weigh two neighbours in one read, so a radius costs a new
-/// program the first time it is used and none later. A new filter has sigma 2 cut at n = 4, narrower than what setting
-/// another radius and then 2 again gives (n = 6); looks are tuned to it.
+/// The shaders are made for each radius and let the texture unit weigh two neighbours in one read, so a radius costs a
+/// new program the first time it is used and none later. A new filter has sigma 2 cut at n = 4, narrower than what
+/// setting another radius and then 2 again gives (n = 6); looks are tuned to it.
 ///
 /// Setters may be called from any thread, one at a time; they wait for the video processing queue.
 class GPUImageGaussianBlurFilter : public GPUImageTwoPassTextureSamplingFilter {
@@ -37,10 +38,10 @@ public:
     float blurRadiusInPixels() const;
     void setBlurRadiusInPixels(float pixels);
 
-    /// sigma as a share of the picture's width or height, 0 at first: not used. It is turned into `blurRadiusInPixels` when
-    /// the size of the next picture is known, once: another size later keeps that radius until a fraction is set again.
-    /// Setting one fraction clears the other; setting the very value that is set already ends its use. Negative values are
-    /// ignored.
+    /// sigma as a share of the picture's width or height, 0 at first: not used. It is turned into `blurRadiusInPixels`
+    /// when the size of the next picture is known, once: another size later keeps that radius until a fraction is set
+    /// again. Setting one fraction clears the other; setting the very value that is set already ends its use. Negative
+    /// values are ignored.
     float blurRadiusAsFractionOfImageWidth() const { return m_fractionOfWidth; }
     void setBlurRadiusAsFractionOfImageWidth(float fraction);
     float blurRadiusAsFractionOfImageHeight() const { return m_fractionOfHeight; }
@@ -50,8 +51,9 @@ public:
     int blurPasses() const { return m_blurPasses; }
     void setBlurPasses(int passes);
 
-    /// Texts of the shaders that weigh `radius` neighbours on each side by the bell of `sigma`. Radius 0, or a sigma that is
-    /// not above 0: the plain texts that pass a picture on. "Standard" reads each neighbour; "optimized" two in one read.
+    /// Texts of the shaders that weigh `radius` neighbours on each side by the bell of `sigma`. Radius 0, or a sigma
+    /// that is not above 0: the plain texts that pass a picture on. "Standard" reads each neighbour; "optimized" two in
+    /// one read.
     static std::string vertexShaderForStandardBlurOfRadius(unsigned blurRadius, double sigma);
     static std::string fragmentShaderForStandardBlurOfRadius(unsigned blurRadius, double sigma);
     static std::string vertexShaderForOptimizedBlurOfRadius(unsigned blurRadius, double sigma);

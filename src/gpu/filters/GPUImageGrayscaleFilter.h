@@ -9,8 +9,8 @@ namespace lamina {
 ///
 ///   out = (Y, Y, Y, alpha),   Y = 0.2125 red + 0.7154 green + 0.0721 blue
 ///
-/// Luma weights of Rec. ITU-R BT.709 in an older rounding, on stored values. It wants one channel and gives one; where one
-/// channel comes in it is grey already, and nothing is drawn.
+/// Luma weights of Rec. ITU-R BT.709 in an older rounding, on stored values. It wants one channel and gives one; where
+/// one channel comes in it is grey already, and nothing is drawn.
 class GPUImageGrayscaleFilter : public GPUImageFilter {
 public:
     GPUImageGrayscaleFilter();

@@ -4,8 +4,8 @@ namespace lamina {
 
 namespace {
 
-// A divisor of 0 is replaced by a tiny one: white, 0 / 0 else, becomes 0 like all the rest instead of what a driver makes of
-// "not a number".
+// A divisor of 0 is replaced by a tiny one: white, 0 / 0 else, becomes 0 like all the rest instead of what a driver
+// makes of "not a number".
 constexpr const char* kHazeFragmentShader = R"(
 varying highp vec2 textureCoordinate;
 uniform highp sampler2D inputImageTexture;

@@ -9,9 +9,10 @@ namespace lamina {
 ///
 ///   d = y slope + distance,   out = (in - d) / (1 - d),   on all four channels
 ///
-/// y is 0 at the top and 1 at the bottom of the input as it comes, before the slot's rotation; `in` is straight, as stored.
-/// Positive d darkens and raises contrast, negative d adds haze. Alpha takes part: translucent parts grow thinner with positive
-/// d. Where d is 1 everything becomes 0. Defaults: distance 0.2, slope 0; useful from -0.3 to 0.3.
+/// y is 0 at the top and 1 at the bottom of the input as it comes, before the slot's rotation; `in` is straight, as
+/// stored. Positive d darkens and raises contrast, negative d adds haze. Alpha takes part: translucent parts grow
+/// thinner with positive d. Where d is 1 everything becomes 0. Defaults: distance 0.2, slope 0; useful from -0.3 to
+/// 0.3.
 class GPUImageHazeFilter : public GPUImageFilter {
 public:
     GPUImageHazeFilter();

@@ -5,7 +5,8 @@
 
 namespace lamina {
 
-/// A cool look: blue-teal shadows under a slightly blue light, with warm skin; by the table "lookup_miss_etikate.png". Alpha stays.
+/// A cool look: blue-teal shadows under a slightly blue light, with warm skin; by the table "lookup_miss_etikate.png".
+/// Alpha stays.
 class GPUImageMissEtikateFilter : public SingleLookupLook {
 public:
     GPUImageMissEtikateFilter();

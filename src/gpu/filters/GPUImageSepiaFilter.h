@@ -4,8 +4,8 @@
 
 namespace lamina {
 
-/// Brown tones, as of an old print: a colour matrix whose rows for red, green and blue are the luma of the picture in falling
-/// strength.
+/// Brown tones, as of an old print: a colour matrix whose rows for red, green and blue are the luma of the picture in
+/// falling strength.
 ///
 ///   red = 1.2 Y,   green = Y,   blue = 0.8 Y,   Y = 0.299 red + 0.587 green + 0.114 blue,   alpha stays
 ///

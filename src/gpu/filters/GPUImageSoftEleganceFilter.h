@@ -12,8 +12,8 @@ namespace lamina {
 ///
 ///   pale = table1(in),   out = table2(0.86 pale + 0.14 blur(pale))   where pale is opaque
 ///
-/// The tables are "lookup_soft_elegance_1.png" and "lookup_soft_elegance_2.png", the blur a Gaussian of 10 pixels, laid over by
-/// its own alpha. Alpha stays.
+/// The tables are "lookup_soft_elegance_1.png" and "lookup_soft_elegance_2.png", the blur a Gaussian of 10 pixels, laid
+/// over by its own alpha. Alpha stays.
 class GPUImageSoftEleganceFilter : public GPUImageFilterGroup {
 public:
     GPUImageSoftEleganceFilter();

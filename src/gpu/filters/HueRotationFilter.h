@@ -6,12 +6,14 @@
 
 namespace lamina {
 
-/// Turns the hue in the plane of the colour differences I and Q; brightness Y and chroma stay. What the hue filters stand on.
+/// Turns the hue in the plane of the colour differences I and Q; brightness Y and chroma stay. What the hue filters
+/// stand on.
 ///
 ///   (Y, I, Q) = A in.rgb,   (I, Q) turned by -a,   out.rgb = B (Y, I, Q),   alpha stays
 ///
-/// A and B are those of the NTSC colour system on stored values; a subclass says two of their rows. The angle a in radians comes
-/// of what is set, the rest of its division by 360 (with its sign) times pi / `halfTurn`. Results are cut to 0 to 1.
+/// A and B are those of the NTSC colour system on stored values; a subclass says two of their rows. The angle a in
+/// radians comes of what is set, the rest of its division by 360 (with its sign) times pi / `halfTurn`. Results are cut
+/// to 0 to 1.
 class HueRotationFilter : public GPUImageFilter {
 public:
     /// Radians: what the shader gets, not what was set.

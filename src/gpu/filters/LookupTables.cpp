@@ -8,8 +8,8 @@
 #include <mutex>
 #include <string>
 
-// The assembler takes a file into the object as it is; compilers have no way of their own. Not a template: the assembler's text
-// must be one literal. The build defines the folder, and builds this file again when a table changes.
+// The assembler takes a file into the object as it is; compilers have no way of their own. Not a template: the
+// assembler's text must be one literal. The build defines the folder, and builds this file again when a table changes.
 #define LAMINA_EMBED(table)                                                                                            \
     asm(".pushsection .rodata\n"                                                                                       \
         ".globl lamina_" #table "\n"                                                                                   \

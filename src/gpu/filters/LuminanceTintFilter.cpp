@@ -4,8 +4,8 @@ namespace lamina {
 
 namespace {
 
-// An intensity of 5 is beyond the range of low precision, and multiplies what medium precision rounds, in what is read from the
-// sampler too, to more than a step of 8 bits.
+// An intensity of 5 is beyond the range of low precision, and multiplies what medium precision rounds, in what is read
+// from the sampler too, to more than a step of 8 bits.
 constexpr const char* kLuminanceTintFragmentShader = R"(
 precision highp float;
 

@@ -7,16 +7,16 @@
 
 namespace lamina {
 
-/// Tints a picture by its luminance: black stays black, white white, the middle takes the colour. What the monochrome filter and
-/// the tinted looks stand on.
+/// Tints a picture by its luminance: black stays black, white white, the middle takes the colour. What the monochrome
+/// filter and the tinted looks stand on.
 ///
 ///   Y = 0.2125 red + 0.7154 green + 0.0721 blue
 ///   tint = 2 Y f                      where Y < 0.5
 ///   tint = 1 - 2 (1 - Y) (1 - f)      elsewhere
 ///   out.rgb = (1 - intensity) in.rgb + intensity tint,   out.a = in.a
 ///
-/// f is the tint colour, straight, as stored, like `in`. An intensity above 1 goes on past the tinted picture; the result is
-/// cut to 0 to 1.
+/// f is the tint colour, straight, as stored, like `in`. An intensity above 1 goes on past the tinted picture; the
+/// result is cut to 0 to 1.
 class LuminanceTintFilter : public GPUImageFilter {
 public:
     float intensity() const { return m_intensity; }

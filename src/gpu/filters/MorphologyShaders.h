@@ -12,9 +12,9 @@ enum class Morphology {
 /// The radii that shaders can be made for.
 inline constexpr unsigned kLargestMorphologyRadius = 4;
 
-/// Shaders for one pass of a dilation or erosion along a line, `radius` pixels to each side: 0 counts as 1, more than 4 as 4.
-/// The step from pixel to pixel is `texelWidthOffset`, `texelHeightOffset`. The fragment shader looks at red alone and gives
-/// an opaque grey.
+/// Shaders for one pass of a dilation or erosion along a line, `radius` pixels to each side: 0 counts as 1, more than 4
+/// as 4. The step from pixel to pixel is `texelWidthOffset`, `texelHeightOffset`. The fragment shader looks at red
+/// alone and gives an opaque grey.
 std::string morphologyVertexShader(unsigned radius);
 std::string morphologyFragmentShader(Morphology morphology, unsigned radius);
 

@@ -6,7 +6,8 @@ namespace {
 
 constexpr float kQuantizationLevels = 10;
 
-// The sampler's own precision, low if nothing is said, is that of what is read: at a threshold it decides between ink and paper.
+// The sampler's own precision, low if nothing is said, is that of what is read: at a threshold it decides between ink
+// and paper.
 constexpr const char* kPosterizedEdgesFragmentShader = R"(precision highp float;
 
 uniform highp sampler2D inputImageTexture;

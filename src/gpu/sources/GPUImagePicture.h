@@ -23,11 +23,11 @@ struct PictureUpload {
 /// A still picture as a source: uploaded once, pushed as often as it is asked.
 ///
 /// Pictures of four bytes a pixel without padding go up as they are: straight or premultiplied RGBA, and BGRA in 32-bit
-/// little order. All others, and those over the texture limit, are drawn anew first, which premultiplies them. Nothing is
-/// converted on the GPU: filters see the values as they went up. The orientation of a UIImage is dropped.
+/// little order. All others, and those over the texture limit, are drawn anew first, which premultiplies them. Nothing
+/// is converted on the GPU: filters see the values as they went up. The orientation of a UIImage is dropped.
 ///
-/// Construction uploads, on the video processing queue, and waits. Pushes run there too, without waiting. The target list may
-/// change at any time. An empty picture goes on with the zero size.
+/// Construction uploads, on the video processing queue, and waits. Pushes run there too, without waiting. The target
+/// list may change at any time. An empty picture goes on with the zero size.
 class GPUImagePicture : public GPUImageOutput {
 public:
     explicit GPUImagePicture(const CGImage& image, PictureUpload upload = {});
@@ -54,9 +54,9 @@ public:
     /// Also forgets that the picture has been pushed.
     void removeAllTargets() override;
 
-    /// Puts a picture over a part of the texture, by default at its top left in the picture's own size, else stretched over
-    /// `rect` (pixels, cut to whole ones). A rectangle that does not lie within the texture changes nothing and is logged.
-    /// Waits for the queue.
+    /// Puts a picture over a part of the texture, by default at its top left in the picture's own size, else stretched
+    /// over `rect` (pixels, cut to whole ones). A rectangle that does not lie within the texture changes nothing and is
+    /// logged. Waits for the queue.
     void replaceTextureWithSubimage(const UIImage& image) { replaceTextureWithSubCGImage(image.cgImage()); }
     void replaceTextureWithSubCGImage(const CGImage& image);
     void replaceTextureWithSubimage(const UIImage& image, CGRect rect)

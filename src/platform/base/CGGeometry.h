@@ -47,7 +47,8 @@ struct CGRect {
     /// True when no point lies inside: a side is zero, negative or not a number.
     constexpr bool isEmpty() const { return !(size.width > 0 && size.height > 0); }
 
-    /// Not empty, and its edges are numbers in order: false where a coordinate is NaN or too large for the sides to count.
+    /// Not empty, and its edges are numbers in order: false where a coordinate is NaN or too large for the sides to
+    /// count.
     constexpr bool isMeasurable() const { return !isEmpty() && maxX() > minX() && maxY() > minY(); }
 
     /// The top and left edges belong to the rectangle, the bottom and right ones do not.
@@ -126,7 +127,8 @@ struct IntRect {
     friend bool operator==(const IntRect&, const IntRect&) = default;
 };
 
-/// The smallest rectangle of whole pixels that covers `rect`, saturated to ±(2^30 − 1) so that hostile values stay harmless.
+/// The smallest rectangle of whole pixels that covers `rect`, saturated to ±(2^30 − 1) so that hostile values stay
+/// harmless.
 IntRect integralCover(const CGRect& rect);
 
 } // namespace lamina

@@ -18,7 +18,8 @@ struct Quotient {
     bool exact;
 };
 
-/// To the nearest, halves away from zero. The divisor is positive, and both stay clear of the type's end by a factor of 2.
+/// To the nearest, halves away from zero. The divisor is positive, and both stay clear of the type's end by a factor
+/// of 2.
 Quotient dividedRounding(Wide dividend, Wide divisor)
 {
     const Wide whole = dividend / divisor;

@@ -15,11 +15,11 @@ inline constexpr CMTimeFlags kCMTimeFlags_Indefinite = 1u << 4;
 /// The finest timescale.
 inline constexpr std::int32_t kCMTimeMaxTimescale = 0x7fffffff;
 
-/// A time or duration of media: value / timescale seconds, kept as a fraction so that frames add up exactly; or one of the
-/// special times. The default one is invalid. A plain value, usable from any thread.
+/// A time or duration of media: value / timescale seconds, kept as a fraction so that frames add up exactly; or one of
+/// the special times. The default one is invalid. A plain value, usable from any thread.
 ///
-/// Rounding is to the nearest, halves away from zero, and is told by a flag that sums inherit. The epoch tells runs of a
-/// timeline apart (a movie that starts over); durations have epoch 0.
+/// Rounding is to the nearest, halves away from zero, and is told by a flag that sums inherit. The epoch tells runs of
+/// a timeline apart (a movie that starts over); durations have epoch 0.
 struct CMTime {
     std::int64_t value = 0;
     std::int32_t timescale = 0;
@@ -54,18 +54,17 @@ struct CMTime {
     /// The same time in units of 1 / `newTimescale`, treated as in `makeWithSeconds`. Special times stay as they are.
     CMTime converted(std::int32_t newTimescale) const;
 
-    /// In the least common multiple of the timescales, or the finest timescale where that is too large; halved while the
-    /// value does not fit, and infinite beyond that.
-    /// Special times, first match: one invalid, or infinities that cancel out: invalid; an infinity: infinite; one indefinite:
-    /// indefinite. A sum takes the epoch that is not 0; a difference within one epoch is a duration. Any other mix of
-    /// epochs is invalid.
+    /// In the least common multiple of the timescales, or the finest timescale where that is too large; halved while
+    /// the value does not fit, and infinite beyond that. Special times, first match: one invalid, or infinities that
+    /// cancel out: invalid; an infinity: infinite; one indefinite: indefinite. A sum takes the epoch that is not 0; a
+    /// difference within one epoch is a duration. Any other mix of epochs is invalid.
     friend CMTime operator+(const CMTime& x, const CMTime& y);
     friend CMTime operator-(const CMTime& x, const CMTime& y);
     /// The other direction, in the same timescale.
     CMTime operator-() const;
 
-    /// By the moment they name, whatever the timescale; a later epoch is later. Order: negative infinity, numeric times,
-    /// positive infinity, indefinite, invalid; each special time equals itself.
+    /// By the moment they name, whatever the timescale; a later epoch is later. Order: negative infinity, numeric
+    /// times, positive infinity, indefinite, invalid; each special time equals itself.
     friend std::weak_ordering operator<=>(const CMTime& x, const CMTime& y);
     friend bool operator==(const CMTime& x, const CMTime& y) { return (x <=> y) == 0; }
 };

@@ -16,9 +16,9 @@ public:
     /// Seconds since a moment of the clock's own choice.
     virtual double now() const = 0;
 
-    /// Asks for one call of the wake-up handler at `time` or soon after, at once if that has passed. A new request takes the
-    /// place of the one before; infinity asks for none. The call comes from another thread or a later moment, never from
-    /// inside this operation.
+    /// Asks for one call of the wake-up handler at `time` or soon after, at once if that has passed. A new request
+    /// takes the place of the one before; infinity asks for none. The call comes from another thread or a later moment,
+    /// never from inside this operation.
     virtual void requestWakeUp(double time) = 0;
 
     /// Set by whoever keeps timers on this clock. May still be called once after it was replaced.
@@ -38,8 +38,8 @@ private:
     std::shared_ptr<const std::function<void()>> m_handler;
 };
 
-/// The system's monotonic clock. One thread, made at the first request, sleeps until the wake-up; without a request it costs
-/// nothing. There is one instance, which is never destroyed.
+/// The system's monotonic clock. One thread, made at the first request, sleeps until the wake-up; without a request it
+/// costs nothing. There is one instance, which is never destroyed.
 class SteadyClock final : public Clock {
 public:
     static std::shared_ptr<SteadyClock> instance();
@@ -63,8 +63,9 @@ public:
     double now() const override;
     void requestWakeUp(double time) override;
 
-    /// Moves on by `seconds` (not negative), stopping at every wake-up asked for on the way; the handler runs on the calling
-    /// thread with `now()` being the time it asked for. When this returns, every timer that fell due has been submitted.
+    /// Moves on by `seconds` (not negative), stopping at every wake-up asked for on the way; the handler runs on the
+    /// calling thread with `now()` being the time it asked for. When this returns, every timer that fell due has been
+    /// submitted.
     void advance(double seconds);
 
 private:

@@ -17,15 +17,15 @@ class DispatchTimer {
 public:
     /// No timer.
     DispatchTimer();
-    /// Starts at once. Zero, a negative value or NaN is due at once, infinity never. An exception in the block is treated as
-    /// the queue treats it. A timer that is left when its queue is destroyed doesn't fire.
+    /// Starts at once. Zero, a negative value or NaN is due at once, infinity never. An exception in the block is
+    /// treated as the queue treats it. A timer that is left when its queue is destroyed doesn't fire.
     DispatchTimer(DispatchQueue& queue, double seconds, DispatchQueue::Block block);
     ~DispatchTimer();
     DispatchTimer(DispatchTimer&& other) noexcept;
     DispatchTimer& operator=(DispatchTimer&& other) noexcept;
 
-    /// The block never begins after this returns, if called from the timer's queue; from another thread it may be running just
-    /// then. The block is destroyed here if it has not begun.
+    /// The block never begins after this returns, if called from the timer's queue; from another thread it may be
+    /// running just then. The block is destroyed here if it has not begun.
     void cancel();
     /// Neither begun nor cancelled.
     bool isPending() const;

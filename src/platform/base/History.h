@@ -6,8 +6,9 @@
 
 namespace lamina {
 
-/// The states that something edited has gone through, for undo and redo. A state is a copy, so it should be small or share
-/// its bulk. There is always a current one; a step leads from each state to the next. A plain value: one thread at a time.
+/// The states that something edited has gone through, for undo and redo. A state is a copy, so it should be small or
+/// share its bulk. There is always a current one; a step leads from each state to the next. A plain value: one thread
+/// at a time.
 template <class State>
 class History {
 public:
@@ -39,8 +40,8 @@ public:
     /// Puts `state` in the place of the current one: a change that is no step. Undone steps can still be redone.
     void amend(State state) { m_states[m_position] = std::move(state); }
 
-    /// Goes back a step and forgets it, with those that were undone before; for a step that is to be recorded anew. Nothing
-    /// where there is none.
+    /// Goes back a step and forgets it, with those that were undone before; for a step that is to be recorded anew.
+    /// Nothing where there is none.
     void takeBack()
     {
         undo();

@@ -7,12 +7,12 @@
 
 namespace lamina {
 
-/// The text to show a person for `key`, which is the English text itself: what the installed look-up answers, or the key
-/// when none is installed or the answer is empty. From any thread.
+/// The text to show a person for `key`, which is the English text itself: what the installed look-up answers, or the
+/// key when none is installed or the answer is empty. From any thread.
 std::string localizedString(std::string_view key);
 
-/// The same with values in its places: "%1" to "%9" become the first to the ninth of `values`; a place without a value stays.
-/// What the values hold is not looked at again. From any thread.
+/// The same with values in its places: "%1" to "%9" become the first to the ninth of `values`; a place without a value
+/// stays. What the values hold is not looked at again. From any thread.
 std::string localizedText(std::string_view key, const std::vector<std::string>& values);
 
 /// Called on any thread, several at once.

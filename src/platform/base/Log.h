@@ -7,8 +7,8 @@ namespace lamina {
 
 enum class LogLevel { Debug, Info, Warning, Error };
 
-/// Writes one message. It goes to standard error as a line "lamina: text" (with the level's name before the text, except
-/// for `Info`) unless a sink is installed. A text of several lines stays together, each with the same beginning.
+/// Writes one message. It goes to standard error as a line "lamina: text" (with the level's name before the text,
+/// except for `Info`) unless a sink is installed. A text of several lines stays together, each with the same beginning.
 /// From any thread; messages never interleave.
 void log(LogLevel level, std::string_view text);
 
@@ -33,8 +33,8 @@ inline void logError(std::string_view text)
 void setMinimumLogLevel(LogLevel level);
 LogLevel minimumLogLevel();
 
-/// Takes messages instead of standard error. Calls come one at a time, on the thread that logs; what the sink itself logs
-/// goes to standard error, and an exception it throws is dropped.
+/// Takes messages instead of standard error. Calls come one at a time, on the thread that logs; what the sink itself
+/// logs goes to standard error, and an exception it throws is dropped.
 using LogSink = std::function<void(LogLevel level, std::string_view text)>;
 
 /// Installs a sink (an empty one: standard error again) and gives back the one before. No call of the old sink is under

@@ -30,8 +30,8 @@ public:
     NotificationObserver(NotificationObserver&& other) noexcept = default;
     NotificationObserver& operator=(NotificationObserver&& other) noexcept;
 
-    /// The handler is not called any more, not even by a post that is under way on this thread; one on another thread may be
-    /// inside it just then.
+    /// The handler is not called any more, not even by a post that is under way on this thread; one on another thread
+    /// may be inside it just then.
     void remove();
 
 private:
@@ -40,8 +40,8 @@ private:
     std::shared_ptr<NotificationEntry> m_entry;
 };
 
-/// Tells observers of events by name, one after another in the order they were registered, on the thread that posts. All
-/// operations from any thread, and from inside handlers.
+/// Tells observers of events by name, one after another in the order they were registered, on the thread that posts.
+/// All operations from any thread, and from inside handlers.
 class NotificationCenter {
 public:
     using Handler = std::function<void(const Notification&)>;
@@ -54,8 +54,9 @@ public:
     /// The one that the whole process shares. Never destroyed.
     static NotificationCenter& defaultCenter();
 
-    /// Calls `handler` for every post of `name`, or with a `sender` only for its posts, until the result is destroyed. A post
-    /// that is under way is not seen. An exception that leaves the handler is logged, and the next observer called.
+    /// Calls `handler` for every post of `name`, or with a `sender` only for its posts, until the result is destroyed.
+    /// A post that is under way is not seen. An exception that leaves the handler is logged, and the next observer
+    /// called.
     [[nodiscard]] NotificationObserver addObserver(std::string name, Handler handler, const void* sender = nullptr);
 
     /// Returns when every observer has been called.

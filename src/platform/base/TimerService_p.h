@@ -23,8 +23,8 @@ struct TimerRecord {
     bool settle() { return !settled.exchange(true); }
 };
 
-/// Keeps every one-shot timer of the process in the order they are due, and hands those that are due to their queues. The
-/// clock in force tells when to look. Never destroyed.
+/// Keeps every one-shot timer of the process in the order they are due, and hands those that are due to their queues.
+/// The clock in force tells when to look. Never destroyed.
 class TimerService {
 public:
     static TimerService& instance();

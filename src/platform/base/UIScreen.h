@@ -4,8 +4,8 @@
 
 namespace lamina {
 
-/// The screen that pictures are made for: a plain value without a window behind it. Its scale decides how sharp stickers,
-/// masks and edges are drawn, so it is kept at 3 or more by whoever knows a coarser display.
+/// The screen that pictures are made for: a plain value without a window behind it. Its scale decides how sharp
+/// stickers, masks and edges are drawn, so it is kept at 3 or more by whoever knows a coarser display.
 struct UIScreen {
     CGSize bounds{375, 667}; ///< points, upright; the default is a common phone
     double scale = 3;        ///< pixels per point, at least 1

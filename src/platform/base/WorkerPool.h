@@ -5,8 +5,8 @@
 
 namespace lamina {
 
-/// The process's threads for splitting pixel work by rows. They are started once, on the first use that is worth it, and
-/// kept: fresh threads can land on one core for seconds. The instance is never destroyed.
+/// The process's threads for splitting pixel work by rows. They are started once, on the first use that is worth it,
+/// and kept: fresh threads can land on one core for seconds. The instance is never destroyed.
 ///
 /// Work must give the same result however it is split. The caller works too; a call from inside a worker runs inline.
 /// Usable from any thread; calls from several threads at once share the workers.
@@ -21,8 +21,8 @@ public:
     void warmUp();
 
     /// Calls `body(first, last)` for pieces of [begin, end) that together cover it once, and returns when all are done.
-    /// `grain`: the fewest rows worth a piece; the range runs inline when it is not longer than that. An exception thrown by
-    /// `body` ends up with the caller, once every piece that had started is done.
+    /// `grain`: the fewest rows worth a piece; the range runs inline when it is not longer than that. An exception
+    /// thrown by `body` ends up with the caller, once every piece that had started is done.
     void parallelFor(int begin, int end, int grain, const std::function<void(int, int)>& body);
 
     /// Limits the threads used, the caller included (0: as many as there are cores). For tests and benchmarks.

@@ -13,11 +13,12 @@ class EAGLSharegroup;
 
 enum class EAGLRenderingAPI { OpenGLES2 = 2 };
 
-/// An OpenGL ES context without a window. A context is current on one thread at a time; all GL calls of a thread go to its
-/// current one. Making and making current may happen on any thread.
+/// An OpenGL ES context without a window. A context is current on one thread at a time; all GL calls of a thread go to
+/// its current one. Making and making current may happen on any thread.
 class EAGLContext {
 public:
-    /// A context of the display's device, in `sharegroup` (null: a group of its own). The error tells why there is none.
+    /// A context of the display's device, in `sharegroup` (null: a group of its own). The error tells why there is
+    /// none.
     static Result<std::shared_ptr<EAGLContext>> make(EAGLRenderingAPI api,
                                                      std::shared_ptr<EAGLSharegroup> sharegroup = nullptr);
     /// Must not be current on a thread other than the one that drops it.

@@ -16,18 +16,19 @@ struct GLDevice {
 };
 
 /// The devices to try, best first, as `wanted` says: empty: hardware in EGL's order, then software; "hardware" or
-/// "software": those alone; a number: EGL's index; anything else: the DRM file. The error names the wish and what there is.
+/// "software": those alone; a number: EGL's index; anything else: the DRM file. The error names the wish and what there
+/// is.
 Result<std::vector<GLDevice>> devicesInOrder(const std::vector<GLDevice>& all, std::string_view wanted);
 
-/// The one connection to the graphics driver, without a window. Opened on first use, by the first thread that asks; never
-/// closed. The environment variable LAMINA_EGL_DEVICE chooses the device, by the rules of `devicesInOrder`.
+/// The one connection to the graphics driver, without a window. Opened on first use, by the first thread that asks;
+/// never closed. The environment variable LAMINA_EGL_DEVICE chooses the device, by the rules of `devicesInOrder`.
 ///
 /// EGL's own handles are kept as plain pointers so that its headers, and what they include of window systems, stay away
 /// from everybody else.
 class GLDisplay {
 public:
-    /// The connection, or why there is none ("OpenGL ES", "no driver offers OpenGL ES 2.0 ..."). The outcome of the first
-    /// call stands for the whole process. From any thread.
+    /// The connection, or why there is none ("OpenGL ES", "no driver offers OpenGL ES 2.0 ..."). The outcome of the
+    /// first call stands for the whole process. From any thread.
     static const Result<GLDisplay>& shared();
 
     void* eglDisplay() const { return m_display; }

@@ -33,8 +33,8 @@ struct LaunchOptions {
     QSize size;
 };
 
-/// The window of Lamina and all that stands around it: the screens, the system's services, the language. One a process, after
-/// the QGuiApplication and gone before it. Main thread.
+/// The window of Lamina and all that stands around it: the screens, the system's services, the language. One a process,
+/// after the QGuiApplication and gone before it. Main thread.
 class Application {
 public:
     explicit Application(const LaunchOptions& options = {});

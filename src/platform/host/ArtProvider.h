@@ -4,8 +4,8 @@
 
 namespace lamina {
 
-/// Our own line art by name, "image://art/Pan1", drawn at the size that is asked for: icons, the home cards' prints and the
-/// chooser's backdrops. Any thread.
+/// Our own line art by name, "image://art/Pan1", drawn at the size that is asked for: icons, the home cards' prints and
+/// the chooser's backdrops. Any thread.
 class ArtProvider : public QQuickImageProvider {
 public:
     ArtProvider();

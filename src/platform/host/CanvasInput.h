@@ -14,8 +14,8 @@ class QWheelEvent;
 
 namespace lamina {
 
-/// Turns the window's events over one canvas into touches of its tree. Positions come in the item's units and are handed on
-/// in the tree's points. Main thread.
+/// Turns the window's events over one canvas into touches of its tree. Positions come in the item's units and are
+/// handed on in the tree's points. Main thread.
 class CanvasInput {
 public:
     explicit CanvasInput(const std::shared_ptr<UIView>& root);

@@ -103,8 +103,8 @@ void CanvasItem::updatePolish()
     update();
 }
 
-/// The renderer keeps R, G, B, A in memory. Qt blits its own order of bytes several times as fast, and a picture of our own
-/// leaves the renderer's bitmap unshared, so that it need not be copied whole at the next stroke.
+/// The renderer keeps R, G, B, A in memory. Qt blits its own order of bytes several times as fast, and a picture of our
+/// own leaves the renderer's bitmap unshared, so that it need not be copied whole at the next stroke.
 void CanvasItem::copyPainted(const IntRect& area)
 {
     const CGImage shown = m_renderer->image();

@@ -12,9 +12,9 @@
 
 namespace lamina {
 
-/// The place in the window where a screen's tree of views is seen and touched: `canvasView()` of the controller, drawn at the
-/// display's own pixels and stretched to this item's width. Fingers, mouse, wheel and touchpad reach the tree in its own points,
-/// whatever the item's size. Give the item the tree's proportions.
+/// The place in the window where a screen's tree of views is seen and touched: `canvasView()` of the controller, drawn
+/// at the display's own pixels and stretched to this item's width. Fingers, mouse, wheel and touchpad reach the tree in
+/// its own points, whatever the item's size. Give the item the tree's proportions.
 ///
 /// It paints when the tree changes and at no other time, and only what has changed.
 class CanvasItem : public QQuickItem {

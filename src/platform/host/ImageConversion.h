@@ -6,8 +6,8 @@
 
 namespace lamina {
 
-/// A copy in Qt's own order of bytes. `image` is one that a context made (R, G, B, A premultiplied or opaque); null for any
-/// other layout.
+/// A copy in Qt's own order of bytes. `image` is one that a context made (R, G, B, A premultiplied or opaque); null for
+/// any other layout.
 QImage qImage(const CGImage& image);
 
 /// The same for the part inside `area`, which lies within the picture.

@@ -4,8 +4,8 @@
 
 namespace lamina {
 
-/// Lets Qt's event loop pump the main queue: blocks run in turns, with the window's own events in between. One a process,
-/// made on the main thread before anything is submitted from others.
+/// Lets Qt's event loop pump the main queue: blocks run in turns, with the window's own events in between. One a
+/// process, made on the main thread before anything is submitted from others.
 class MainLoop : public QObject {
     Q_OBJECT
 

@@ -16,8 +16,8 @@ class FileChooserPortal;
 class FolderModel;
 struct FileChooserAnswer;
 
-/// Lets a presented `UIImagePickerController` choose: in the chooser of the system, or in a folder list in the window where
-/// none answers. Main thread.
+/// Lets a presented `UIImagePickerController` choose: in the chooser of the system, or in a folder list in the window
+/// where none answers. Main thread.
 class PickerPresenter : public QObject {
     Q_OBJECT
 

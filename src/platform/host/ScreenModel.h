@@ -37,8 +37,8 @@ public:
     QVariant data(const QModelIndex& index, int role) const override;
     QHash<int, QByteArray> roleNames() const override;
 
-    /// Makes the rows those given, in their order. New ones wait; ones that are not given go on to leave, and stay until
-    /// `removeLeaving`. Then `settle` says who is seen.
+    /// Makes the rows those given, in their order. New ones wait; ones that are not given go on to leave, and stay
+    /// until `removeLeaving`. Then `settle` says who is seen.
     void setScreens(std::vector<Row> screens);
     /// Shows what is not covered, and hides the rest. Animated by the views.
     void settle();

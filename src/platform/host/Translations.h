@@ -4,8 +4,8 @@
 
 namespace lamina {
 
-/// Installs the person's language for the application and for `localizedString`: lamina_XX.qm from the installed folder of
-/// translations or, in a build tree, from `LAMINA_TRANSLATIONS`. Lives as long as the application.
+/// Installs the person's language for the application and for `localizedString`: lamina_XX.qm from the installed folder
+/// of translations or, in a build tree, from `LAMINA_TRANSLATIONS`. Lives as long as the application.
 class Translations {
 public:
     Translations();

@@ -17,8 +17,8 @@ enum class ResampleFilter {
     Nearest, ///< the sample under the pixel's centre
 };
 
-/// Which source samples make each output sample of one axis, and by what weights. Every output has the same number of taps
-/// (unused ones weigh nothing), and all of them lie inside the source.
+/// Which source samples make each output sample of one axis, and by what weights. Every output has the same number of
+/// taps (unused ones weigh nothing), and all of them lie inside the source.
 struct AxisTable {
     int begin = 0; ///< first output
     int end = 0;   ///< one past the last

@@ -19,7 +19,8 @@ public:
     static CGColorSpace deviceCMYK() { return CGColorSpace(Model::CMYK, nullptr); }
     /// No colour at all, only coverage.
     static CGColorSpace alphaOnly() { return CGColorSpace(Model::AlphaOnly, nullptr); }
-    /// `iccProfile` must be a profile of the model; a profile that can't be used is treated as absent when pixels convert.
+    /// `iccProfile` must be a profile of the model; a profile that can't be used is treated as absent when pixels
+    /// convert.
     static CGColorSpace withProfile(Model model, std::vector<std::uint8_t> iccProfile)
     {
         return CGColorSpace(model, std::make_shared<const std::vector<std::uint8_t>>(std::move(iccProfile)));

@@ -13,7 +13,8 @@
 
 namespace lamina {
 
-/// What still lets drawing through: a rectangle of device pixels, and inside it a mask where edges are not on pixel borders.
+/// What still lets drawing through: a rectangle of device pixels, and inside it a mask where edges are not on pixel
+/// borders.
 struct ClipState {
     IntRect bounds;
     CoverageMask mask; ///< empty: everything in the bounds; otherwise it covers at least the bounds
@@ -36,7 +37,8 @@ struct GraphicsState {
     std::optional<ShadowState> shadow;
 };
 
-/// A picture being put together by itself. Without a surface (memory was short, or nothing can be seen) it takes nothing.
+/// A picture being put together by itself. Without a surface (memory was short, or nothing can be seen) it takes
+/// nothing.
 struct TransparencyLayer {
     std::optional<Surface> surface;
     GraphicsState outside;  ///< as it was at the beginning
@@ -71,7 +73,8 @@ struct CGContext::Impl {
     void drawImage(const CGImage& image, const CGAffineTransform& toDevice);
     CoverageMask maskCoverage(const CGImage& mask, const CGAffineTransform& toDevice, bool inverted) const;
 
-    /// Calls `draw`; with a shadow in force, inside a layer that lets it fall. `bounds`: the device pixels that `draw` may touch.
+    /// Calls `draw`; with a shadow in force, inside a layer that lets it fall. `bounds`: the device pixels that `draw`
+    /// may touch.
     template <class Draw>
     void withShadow(const IntRect& bounds, Draw draw);
 

@@ -96,8 +96,8 @@ public:
     /// is not a whole number of bytes. The mask is not carried over.
     CGImage subImage(const IntRect& rect) const;
 
-    /// This picture seen through `mask`, a picture of one component that is stretched over it: for a grey mask 0 shows and
-    /// the largest value hides (the sense of an image mask); for an alpha-only one the alpha shows.
+    /// This picture seen through `mask`, a picture of one component that is stretched over it: for a grey mask 0 shows
+    /// and the largest value hides (the sense of an image mask); for an alpha-only one the alpha shows.
     CGImage withMask(const CGImage& mask) const;
     /// Null when there is none. Valid while this picture lives.
     const CGImage* mask() const { return m_mask.get(); }

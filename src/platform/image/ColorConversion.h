@@ -33,8 +33,8 @@ CGColorSpace::Model profileModel(std::span<const std::uint8_t> iccProfile);
 /// A cheap value (the transform is shared); converting is usable from several threads at once.
 class ColorConversion {
 public:
-    /// Nothing when there is nothing to do: the profile is absent, can't be used or is not of the model, or it is sRGB in
-    /// effect (no colour of a grid through the whole space moves by more than 1/255).
+    /// Nothing when there is nothing to do: the profile is absent, can't be used or is not of the model, or it is sRGB
+    /// in effect (no colour of a grid through the whole space moves by more than 1/255).
     static std::optional<ColorConversion> toSRGB(std::span<const std::uint8_t> iccProfile, CGColorSpace::Model model);
 
     /// In place. `convertRows` shares the rows out to the worker pool.
@@ -62,8 +62,8 @@ struct Chromaticities {
     CGPoint blue{0.15, 0.06};
 };
 
-/// An ICC profile of RGB with these primaries whose linear light is value^gamma, as files without a profile may state it.
-/// Empty for impossible values.
+/// An ICC profile of RGB with these primaries whose linear light is value^gamma, as files without a profile may state
+/// it. Empty for impossible values.
 std::vector<std::uint8_t> makeProfile(const Chromaticities& primaries, double gamma);
 
 /// Device CMYK (C M Y K, 255 full ink) to R G B 255 in place by the plain formula R = (1 - C)(1 - K) and its siblings.

@@ -10,10 +10,10 @@ namespace lamina {
 
 /// Finds the palette for a picture, and each pixel's place in it.
 ///
-/// A picture with few enough colours gets exactly those. Otherwise colours are gathered in cells of four levels a channel,
-/// and boxes of cells are cut in two, always the box and the place where the squared error shrinks most (after
-/// P. Heckbert, Color Image Quantization for Frame Buffer Display, 1982, with X. Wu's criterion for the cut); the palette
-/// is the boxes' mean colours. Uses 10 MB. One thread at a time, `indexOf` from several.
+/// A picture with few enough colours gets exactly those. Otherwise colours are gathered in cells of four levels a
+/// channel, and boxes of cells are cut in two, always the box and the place where the squared error shrinks most (after
+/// P. Heckbert, Color Image Quantization for Frame Buffer Display, 1982, with X. Wu's criterion for the cut); the
+/// palette is the boxes' mean colours. Uses 10 MB. One thread at a time, `indexOf` from several.
 class ColorQuantizer {
 public:
     using Color = std::array<std::uint8_t, 3>;

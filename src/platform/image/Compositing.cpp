@@ -107,8 +107,8 @@ void CompositePlain(std::uint8_t* dst, const std::uint8_t* src, std::size_t pixe
         plainPixel(dst + i, src + i);
 }
 
-// A pixel that is covered wholly gets the same bytes whether its row has coverage or not: a row that is drawn in part may have
-// none where the whole row has some.
+// A pixel that is covered wholly gets the same bytes whether its row has coverage or not: a row that is drawn in part
+// may have none where the whole row has some.
 
 template <bool Covered>
 HWY_INLINE void compositeScaled(std::uint8_t* dst, const std::uint8_t* src, const std::uint8_t* coverage,

@@ -10,7 +10,8 @@ namespace lamina {
 
 namespace {
 
-/// For each of `count` places the two of `samples` it lies between and the share of the second, in 256ths; centres on centres.
+/// For each of `count` places the two of `samples` it lies between and the share of the second, in 256ths; centres on
+/// centres.
 struct Place {
     int first;
     int second;

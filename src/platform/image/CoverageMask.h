@@ -9,8 +9,8 @@
 
 namespace lamina {
 
-/// How much of each pixel of a rectangle of the device is covered: 0 not at all, 255 wholly. Nothing is covered outside.
-/// A cheap value, usable from any thread.
+/// How much of each pixel of a rectangle of the device is covered: 0 not at all, 255 wholly. Nothing is covered
+/// outside. A cheap value, usable from any thread.
 class CoverageMask {
 public:
     CoverageMask() = default;

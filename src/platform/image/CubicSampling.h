@@ -5,8 +5,8 @@
 
 namespace lamina::kernels {
 
-// Pictures read at any place, on lanes chosen at run time. Sums are taken in the order of the taps and never fused, so that
-// every processor gives the same bytes.
+// Pictures read at any place, on lanes chosen at run time. Sums are taken in the order of the taps and never fused, so
+// that every processor gives the same bytes.
 
 /// A picture to read at any place; four channels or one.
 struct Texels {
@@ -18,8 +18,8 @@ struct Texels {
     int top = 0;
 };
 
-/// Where a row of output pixels reads: the place of column 0 in source pixels (counted from edges), and the step to the next.
-/// The places are computed from column 0 of the device, so that a row that begins elsewhere reads the same.
+/// Where a row of output pixels reads: the place of column 0 in source pixels (counted from edges), and the step to the
+/// next. The places are computed from column 0 of the device, so that a row that begins elsewhere reads the same.
 struct SamplePath {
     int first = 0; ///< column of the first output pixel
     double x = 0;

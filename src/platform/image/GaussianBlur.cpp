@@ -43,7 +43,8 @@ void blurRow(const std::uint8_t* padded, const std::vector<float>& weights, std:
     kernels::weighBytes(rows.data(), weights.data(), static_cast<int>(rows.size()), width, false, out);
 }
 
-/// Wide blurs leave nothing fine behind: they are made on a picture `step` times smaller, so that the work stays the same.
+/// Wide blurs leave nothing fine behind: they are made on a picture `step` times smaller, so that the work stays the
+/// same.
 bool blurReduced(PixelBuffer& bytes, IntSize size, double sigma)
 {
     const int step = blurStep(sigma);

@@ -14,7 +14,8 @@ namespace lamina {
 /// The outline of a picture on the device: the device pixels that it covers, and how much of each.
 class ImageShape {
 public:
-    /// `toDevice` takes the picture's pixels (edges counted from the top left) to device pixels; `clip` bounds the work.
+    /// `toDevice` takes the picture's pixels (edges counted from the top left) to device pixels; `clip` bounds the
+    /// work.
     ImageShape(IntSize size, const CGAffineTransform& toDevice, const IntRect& clip, bool antialias);
 
     const IntRect& bounds() const { return m_bounds; }
@@ -27,9 +28,10 @@ private:
     IntRect m_bounds;
 };
 
-/// Reads a picture through an affine transform, row by row of the device. Upright transforms, mirroring and quarter turns
-/// included, resample each axis by itself (AxisTable); others take Keys' cubic convolution at every pixel, from a copy that
-/// was resampled to about the device's size first where the picture gets smaller. Places beyond the picture repeat its edge.
+/// Reads a picture through an affine transform, row by row of the device. Upright transforms, mirroring and quarter
+/// turns included, resample each axis by itself (AxisTable); others take Keys' cubic convolution at every pixel, from a
+/// copy that was resampled to about the device's size first where the picture gets smaller. Places beyond the picture
+/// repeat its edge.
 class ImageSampler {
 public:
     /// Rows of `area` (device pixels). Nothing when the transform can't be inverted or memory is short.
@@ -43,8 +45,8 @@ public:
     class Band {
     public:
         explicit Band(const ImageSampler& sampler);
-        /// Row y of the area, of which pixels [first, first + count), counted from the area's left, are sure to be there;
-        /// valid until the next call.
+        /// Row y of the area, of which pixels [first, first + count), counted from the area's left, are sure to be
+        /// there; valid until the next call.
         const std::uint8_t* row(int y, int first, int count);
 
     private:

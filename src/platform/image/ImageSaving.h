@@ -10,9 +10,9 @@
 #include <string_view>
 #include <vector>
 
-/// A picture as a file of its own. The file holds what is seen: pixels are turned upright and converted to sRGB, which the
-/// file states where its format can. Files are written whole or not at all (see writeFileAtomically). The same picture
-/// gives the same bytes. Everything here is usable from any thread.
+/// A picture as a file of its own. The file holds what is seen: pixels are turned upright and converted to sRGB, which
+/// the file states where its format can. Files are written whole or not at all (see writeFileAtomically). The same
+/// picture gives the same bytes. Everything here is usable from any thread.
 namespace lamina {
 
 /// Uniform type identifiers of the formats that can be written.
@@ -44,8 +44,9 @@ struct ImageSavingOptions {
     std::string uti;
     /// JPEG only: 0 smallest to 1 best; outside it the nearer end, not a number: 1.
     double quality = 1;
-    /// Lies under translucent pixels where the format has no alpha: JPEG, BMP, and the edges in a GIF (whose pixels are clear
-    /// or not). White when there is none; where it is translucent itself it lies on white. PNG and TIFF keep their alpha.
+    /// Lies under translucent pixels where the format has no alpha: JPEG, BMP, and the edges in a GIF (whose pixels are
+    /// clear or not). White when there is none; where it is translucent itself it lies on white. PNG and TIFF keep
+    /// their alpha.
     std::optional<UIColor> backgroundFillColor;
 };
 
@@ -60,9 +61,9 @@ Outcome saveImage(const UIImage& image, const std::string& path, const ImageSavi
 /// The file of a URL with the scheme `file`, on this machine; nothing for others and for what isn't a file's name.
 std::optional<std::string> pathOfFileURL(std::string_view url);
 
-/// saveImage in best quality to a file's URL ("file:///home/...", percent-encoded). False on any failure, whose cause is logged as
-/// a warning; also when the URL is empty or doesn't name a file here, and when its folder doesn't exist. No identifier
-/// (an empty one) means PNG.
+/// saveImage in best quality to a file's URL ("file:///home/...", percent-encoded). False on any failure, whose cause
+/// is logged as a warning; also when the URL is empty or doesn't name a file here, and when its folder doesn't exist.
+/// No identifier (an empty one) means PNG.
 bool saveToURL(const UIImage& image, const std::string& url, std::string_view uti,
                const std::optional<UIColor>& backgroundFillColor);
 /// By the type's number, see `utiForType`.

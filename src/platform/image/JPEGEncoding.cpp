@@ -11,15 +11,16 @@
 #include <jpeglib.h>
 #include <new>
 
-/// JPEG, by libjpeg-turbo: baseline, the standard Huffman tables. Tables made for the picture would save some percent and
-/// cost the memory of all its coefficients.
+/// JPEG, by libjpeg-turbo: baseline, the standard Huffman tables. Tables made for the picture would save some percent
+/// and cost the memory of all its coefficients.
 namespace lamina {
 
 namespace {
 
 constexpr int kBandRows = 64;
 
-/// The compressor of libjpeg with its error jumps kept in, writing into memory. Not movable: the library points into it.
+/// The compressor of libjpeg with its error jumps kept in, writing into memory. Not movable: the library points into
+/// it.
 class JPEGOutput {
 public:
     JPEGOutput()

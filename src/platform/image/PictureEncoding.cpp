@@ -58,7 +58,8 @@ Compressed compress(std::span<const std::uint8_t> bytes, int level)
     return result;
 }
 
-/// The colour chunk of files in sRGB: a profile for RGB, which print programs want to see, the plain statement for grey.
+/// The colour chunk of files in sRGB: a profile for RGB, which print programs want to see, the plain statement for
+/// grey.
 void appendColors(std::vector<std::uint8_t>& file, bool grey)
 {
     constexpr std::uint8_t kRelativeColorimetric[] = {1};
@@ -73,7 +74,8 @@ void appendColors(std::vector<std::uint8_t>& file, bool grey)
     appendChunk(file, "iCCP", data);
 }
 
-/// All rows as filtered bytes. A piece of them begins with the row above it, so that the bytes don't depend on the split.
+/// All rows as filtered bytes. A piece of them begins with the row above it, so that the bytes don't depend on the
+/// split.
 PixelBuffer filteredRows(const CGImage& image, const RowConverter& rows, StoredColors type)
 {
     const auto width = static_cast<std::size_t>(image.width());

@@ -11,23 +11,23 @@
 
 namespace lamina {
 
-/// A PNG file of the picture, with an embedded sRGB profile. Pixels of any layout are converted to 8-bit sRGB with straight
-/// alpha; alpha is left out when every pixel is opaque. A grey picture stays grey. The same pixels give the same bytes.
-/// Fails with the given subject when the picture is empty or memory is short. Usable from any thread.
+/// A PNG file of the picture, with an embedded sRGB profile. Pixels of any layout are converted to 8-bit sRGB with
+/// straight alpha; alpha is left out when every pixel is opaque. A grey picture stays grey. The same pixels give the
+/// same bytes. Fails with the given subject when the picture is empty or memory is short. Usable from any thread.
 Result<std::vector<std::uint8_t>> encodePNG(const CGImage& image, const std::string& subject);
 
-/// The other formats, on the same terms: 8-bit sRGB, an embedded profile where the format has a place for one, a grey picture
-/// stays grey where it can, the same pixels give the same bytes. `background` lies under translucent pixels where the
-/// format has no alpha; its components are clamped to [0, 1], and where it is translucent itself it lies on white. A
-/// picture with longer sides than the format can state is an error too.
+/// The other formats, on the same terms: 8-bit sRGB, an embedded profile where the format has a place for one, a grey
+/// picture stays grey where it can, the same pixels give the same bytes. `background` lies under translucent pixels
+/// where the format has no alpha; its components are clamped to [0, 1], and where it is translucent itself it lies on
+/// white. A picture with longer sides than the format can state is an error too.
 ///
-/// JPEG: `quality` from 0 (smallest) to 1 (best), clamped, not a number: 1. From 0.9 on colours are kept at full resolution, below
-/// at half. At most 65500 pixels a side.
+/// JPEG: `quality` from 0 (smallest) to 1 (best), clamped, not a number: 1. From 0.9 on colours are kept at full
+/// resolution, below at half. At most 65500 pixels a side.
 Result<std::vector<std::uint8_t>> encodeJPEG(const CGImage& image, double quality, const UIColor& background,
                                              const std::string& subject);
 
-/// GIF, one frame: up to 256 colours exactly as they are, for more a palette found for the picture; no dithering. Pixels of less
-/// than half alpha are clear, the others lie on the background. At most 65535 pixels a side.
+/// GIF, one frame: up to 256 colours exactly as they are, for more a palette found for the picture; no dithering.
+/// Pixels of less than half alpha are clear, the others lie on the background. At most 65535 pixels a side.
 Result<std::vector<std::uint8_t>> encodeGIF(const CGImage& image, const UIColor& background,
                                             const std::string& subject);
 
@@ -39,22 +39,23 @@ Result<std::vector<std::uint8_t>> encodeBMP(const CGImage& image, const UIColor&
 Result<std::vector<std::uint8_t>> encodeTIFF(const CGImage& image, const std::string& subject);
 
 /// Writes the whole file or nothing: a temporary name in the target folder, then a rename. An existing file keeps its
-/// contents on failure and its permissions on success; a symbolic link stays one and its target is replaced. The error's
-/// subject is the path. Usable from any thread.
+/// contents on failure and its permissions on success; a symbolic link stays one and its target is replaced. The
+/// error's subject is the path. Usable from any thread.
 ///
-/// A file that may not be written is left alone even where its folder would allow replacing it. A pipe or device is written
-/// through, since nothing there can be replaced. The temporary file is hidden and its name ends in ".lamina-unfinished".
+/// A file that may not be written is left alone even where its folder would allow replacing it. A pipe or device is
+/// written through, since nothing there can be replaced. The temporary file is hidden and its name ends in
+/// ".lamina-unfinished".
 Outcome writeFileAtomically(const std::string& path, std::span<const std::uint8_t> bytes);
 
-/// Writes the whole file under a name that is free, or nothing: true when written, false when anything bears the name already (a
-/// file, a folder, a symbolic link wherever it leads), which is left as it is. Of several that want the same name at once, in
-/// this process or another, one gets it. The error's subject is the path. The temporary file is as above. Usable from any
-/// thread.
+/// Writes the whole file under a name that is free, or nothing: true when written, false when anything bears the name
+/// already (a file, a folder, a symbolic link wherever it leads), which is left as it is. Of several that want the same
+/// name at once, in this process or another, one gets it. The error's subject is the path. The temporary file is as
+/// above. Usable from any thread.
 Result<bool> writeNewFile(const std::string& path, std::span<const std::uint8_t> bytes);
 
-/// Removes the temporary files that are being written at the moment, for a program about to leave on a signal: safe to be
-/// called from a signal handler, from any thread. A write under way that goes on afterwards fails or ends as if it had the
-/// device to itself; the handler should not return to it. At most 16 files written at once are known.
+/// Removes the temporary files that are being written at the moment, for a program about to leave on a signal: safe to
+/// be called from a signal handler, from any thread. A write under way that goes on afterwards fails or ends as if it
+/// had the device to itself; the handler should not return to it. At most 16 files written at once are known.
 void removeUnfinishedFiles();
 
 } // namespace lamina

@@ -19,8 +19,8 @@ namespace lamina {
 /// The file, or the cause of failure in one short phrase without subject.
 using Encoded = std::variant<std::vector<std::uint8_t>, std::string>;
 
-/// The frame of every encoder: `encode` gets the picture with its mask applied; no picture and a lack of memory, thrown or
-/// returned, become errors with the subject.
+/// The frame of every encoder: `encode` gets the picture with its mask applied; no picture and a lack of memory, thrown
+/// or returned, become errors with the subject.
 Result<std::vector<std::uint8_t>> encodeShown(const CGImage& image, const std::string& subject,
                                               const std::function<Encoded(const CGImage&)>& encode);
 
@@ -51,7 +51,8 @@ void packRow(const std::uint8_t* rgba, std::size_t width, StoredColors colors, s
 /// Rows of a picture laid on a colour, for formats without alpha.
 class LaidRows {
 public:
-    /// The picture has no mask. The colour's components are clamped to [0, 1]; where it is translucent it lies on white.
+    /// The picture has no mask. The colour's components are clamped to [0, 1]; where it is translucent it lies on
+    /// white.
     LaidRows(const CGImage& image, const UIColor& background);
 
     int width() const { return m_width; }

@@ -12,8 +12,8 @@ constexpr std::uint8_t mul255(unsigned a, unsigned b)
     return static_cast<std::uint8_t>((t + (t >> 8)) >> 8);
 }
 
-/// Products of three values (colour, coverage, alpha) are taken on 16 bits, where 65535 stands for 1, and rounded to 8 bits
-/// once: the result is then off by little more than half a step.
+/// Products of three values (colour, coverage, alpha) are taken on 16 bits, where 65535 stands for 1, and rounded to 8
+/// bits once: the result is then off by little more than half a step.
 constexpr std::uint16_t widened(std::uint8_t value)
 {
     return static_cast<std::uint16_t>(value * 257u);

@@ -7,8 +7,8 @@
 
 namespace lamina {
 
-/// Large blocks of memory straight from the system, and the few idle ones that are kept (see PixelBuffer). Usable from any
-/// thread.
+/// Large blocks of memory straight from the system, and the few idle ones that are kept (see PixelBuffer). Usable from
+/// any thread.
 class PixelBlocks {
 public:
     /// From here on a buffer is a block of its own.

@@ -9,11 +9,11 @@ namespace lamina {
 /// Memory for pixels: aligned to 64 bytes, movable, freed with its last owner. Not initialised unless `zeroed`: it may
 /// hold bytes of pictures that are gone. Empty when the memory could not be had, which callers test.
 ///
-/// Memory fresh from the system costs as much as all the work on a photo's pixels: every page is a fault, and the system
-/// clears it before we write it. So up to two blocks of 1 MB or more, 64 MB together, are kept when their owners let them
-/// go, and serve the next buffers of about their size. They never raise the most memory that buffers have taken: where a
-/// new block and the idle ones together would pass that, the idle ones go first. Blocks from 4 MB on ask for huge
-/// pages, each of which saves 512 faults.
+/// Memory fresh from the system costs as much as all the work on a photo's pixels: every page is a fault, and the
+/// system clears it before we write it. So up to two blocks of 1 MB or more, 64 MB together, are kept when their owners
+/// let them go, and serve the next buffers of about their size. They never raise the most memory that buffers have
+/// taken: where a new block and the idle ones together would pass that, the idle ones go first. Blocks from 4 MB on ask
+/// for huge pages, each of which saves 512 faults.
 ///
 /// All of it is usable from any thread.
 class PixelBuffer {

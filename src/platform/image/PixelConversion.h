@@ -16,8 +16,10 @@ enum class AlphaForm { Straight, Premultiplied };
 /// Turns stretches of rows of a CGImage, whatever its layout, into RGBA of 8 bits a component in sRGB.
 ///
 /// It reads all bit depths (1 to 16 bits a component, 32-bit floats), grey, RGB, CMYK and alpha only, alpha before or
-/// behind, both byte orders (the most significant byte first unless the layout says otherwise), and converts profiles. Values are rounded to the nearest; floats are clamped to [0, 1]. A
-/// picture without alpha gives alpha 255; an alpha-only one gives black under its alpha. Alpha beside CMYK is read as straight. The picture's mask is not looked at.
+/// behind, both byte orders (the most significant byte first unless the layout says otherwise), and converts profiles.
+/// Values are rounded to the nearest; floats are clamped to [0, 1]. A picture without alpha gives alpha 255; an
+/// alpha-only one gives black under its alpha. Alpha beside CMYK is read as straight. The picture's mask is not looked
+/// at.
 ///
 /// Usable from several threads at once. Holds a copy of the picture. Made once per picture: a profile takes up to some
 /// milliseconds to prepare.
@@ -53,13 +55,13 @@ private:
     bool m_identity = false;
 };
 
-/// What a mask lets through as an alpha-only picture of 8 bits and the mask's size (see CGImage::withMask for the senses).
-/// Empty when the mask is, or memory is short.
+/// What a mask lets through as an alpha-only picture of 8 bits and the mask's size (see CGImage::withMask for the
+/// senses). Empty when the mask is, or memory is short.
 CGImage coverageOfMask(const CGImage& mask);
 
-/// The picture as RGBA of 8 bits in sRGB, rows without padding: `Last` (straight) when it has alpha or a mask, `NoneSkipLast`
-/// with 255 as fourth byte otherwise. The mask is applied, stretched over the picture by linear interpolation. Empty when
-/// the picture is empty or memory is short.
+/// The picture as RGBA of 8 bits in sRGB, rows without padding: `Last` (straight) when it has alpha or a mask,
+/// `NoneSkipLast` with 255 as fourth byte otherwise. The mask is applied, stretched over the picture by linear
+/// interpolation. Empty when the picture is empty or memory is short.
 CGImage convertedToSRGB(const CGImage& image);
 
 } // namespace lamina

@@ -15,8 +15,8 @@ HWY_BEFORE_NAMESPACE();
 namespace lamina::kernels {
 namespace HWY_NAMESPACE {
 
-// Every loop below ends in a plain one, which does the last pixels, and all of them where there are no lanes. A lane holds
-// one pixel as a number whose lowest byte comes first in memory: lanes exist on little-endian processors alone.
+// Every loop below ends in a plain one, which does the last pixels, and all of them where there are no lanes. A lane
+// holds one pixel as a number whose lowest byte comes first in memory: lanes exist on little-endian processors alone.
 #if HWY_TARGET != HWY_SCALAR
 
 namespace hn = hwy::HWY_NAMESPACE;
@@ -62,7 +62,8 @@ void Premultiply(const std::uint8_t* in, std::size_t pixels, std::uint8_t* out)
     const std::size_t samples = 4 * pixels;
     std::size_t i = 0;
 #if HWY_TARGET != HWY_SCALAR
-    // Red and blue are the lower bytes of a pixel's two pairs; green and alpha the upper ones, where alpha times 255 stays.
+    // Red and blue are the lower bytes of a pixel's two pairs; green and alpha the upper ones, where alpha times 255
+    // stays.
     alignas(16) static constexpr std::uint8_t kAlpha[16] = {3,  0x80, 3,  0x80, 7,  0x80, 7,  0x80,
                                                             11, 0x80, 11, 0x80, 15, 0x80, 15, 0x80};
     const auto alphaLanes = hn::LoadDup128(Bytes(), kAlpha);

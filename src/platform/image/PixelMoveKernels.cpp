@@ -18,12 +18,12 @@ namespace HWY_NAMESPACE {
 /// Columns that are turned at once.
 constexpr int kMostColumns = 32;
 
-/// Rows of the source that are turned before they are written. Where the sides are powers of two, the lines of all target
-/// rows fall on one place of the cache; so they are put together beside it, and written row by row.
+/// Rows of the source that are turned before they are written. Where the sides are powers of two, the lines of all
+/// target rows fall on one place of the cache; so they are put together beside it, and written row by row.
 constexpr int kTile = 64;
 
-/// How many rows ahead a quarter turn asks for its columns. No machine foresees reads that go a whole row further each time;
-/// more than this would push each other out, again where rows are a power of two.
+/// How many rows ahead a quarter turn asks for its columns. No machine foresees reads that go a whole row further each
+/// time; more than this would push each other out, again where rows are a power of two.
 constexpr int kRowsAhead = 8;
 
 void movePixel(const std::uint8_t* source, std::uint8_t* target, std::uint32_t filled)

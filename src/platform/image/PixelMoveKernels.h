@@ -7,7 +7,8 @@
 
 namespace lamina::kernels {
 
-// Pixels of four bytes moved, on lanes chosen at run time. `filled`: bits that are set in every pixel. Rows don't overlap.
+// Pixels of four bytes moved, on lanes chosen at run time. `filled`: bits that are set in every pixel. Rows don't
+// overlap.
 
 void copyPixels(const std::uint8_t* in, std::size_t pixels, std::uint32_t filled, std::uint8_t* out);
 

@@ -115,8 +115,8 @@ void movePixels(const CGImage& image, const PixelMove& move, std::uint32_t fille
         });
         return;
     }
-    // Each row becomes a column and each column a row; to the left, the last column is the first row, to the right the last
-    // row is the first column.
+    // Each row becomes a column and each column a row; to the left, the last column is the first row, to the right the
+    // last row is the first column.
     if (move.mirrorY != (turn == 3))
         fromLastRow(rows.source, rows.sourceStep, size.height);
     if (move.mirrorX != (turn == 1))

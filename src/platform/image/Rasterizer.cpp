@@ -15,8 +15,8 @@ constexpr double kTolerance = 0.01;
 /// Rows that are summed up together: the edges are looked through once for all of them.
 constexpr int kBandRows = 16;
 
-/// Coverage is summed up in whole steps of this share of a pixel: sums of whole numbers don't depend on where they begin, so
-/// that a part of an outline gets exactly the bytes of the whole.
+/// Coverage is summed up in whole steps of this share of a pixel: sums of whole numbers don't depend on where they
+/// begin, so that a part of an outline gets exactly the bytes of the whole.
 constexpr std::int32_t kFullCoverage = 1 << 16;
 
 /// Unsigned, because an outline that winds absurdly often must wrap around and not overflow.
@@ -34,9 +34,9 @@ double ramp(double x, double length)
     return inside * inside / 2 + length * std::max(0.0, x - length);
 }
 
-/// Adds to `sums`, which begins at pixel `origin`, what an edge piece inside one row changes from pixel to pixel: it runs from
-/// `xa` to `xb` while it goes down by `height` (signed). What lies to its right is covered by `height`, the pixels it crosses
-/// by their share.
+/// Adds to `sums`, which begins at pixel `origin`, what an edge piece inside one row changes from pixel to pixel: it
+/// runs from `xa` to `xb` while it goes down by `height` (signed). What lies to its right is covered by `height`, the
+/// pixels it crosses by their share.
 void addPiece(Steps* sums, int origin, int width, double xa, double xb, double height)
 {
     const double left = std::min(xa, xb);

@@ -8,8 +8,9 @@
 
 namespace lamina {
 
-/// Turns outlines into coverage: for every pixel the exact area under the outline, by summing up along each row the signed
-/// areas that the edges cut off. Where the non-zero rule is in force the sum is cut to 1, by the even-odd rule it is folded.
+/// Turns outlines into coverage: for every pixel the exact area under the outline, by summing up along each row the
+/// signed areas that the edges cut off. Where the non-zero rule is in force the sum is cut to 1, by the even-odd rule
+/// it is folded.
 class Rasterizer {
 public:
     struct Rules {
@@ -24,8 +25,8 @@ public:
 
     /// The pixels touched, saturated far outside any device.
     IntRect bounds() const;
-    /// Coverage inside `area`, which should not be larger than needed; rows are shared out to the worker pool. Empty when
-    /// nothing is covered or memory is short.
+    /// Coverage inside `area`, which should not be larger than needed; rows are shared out to the worker pool. Empty
+    /// when nothing is covered or memory is short.
     CoverageMask render(const IntRect& area, const Rules& rules) const;
 
 private:

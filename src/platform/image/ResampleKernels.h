@@ -5,8 +5,8 @@
 
 namespace lamina::kernels {
 
-/// Inner loops of resampling, on lanes chosen at run time. Sums are taken in the order of the taps and never fused, so that
-/// every processor gives the same bytes. Rows don't overlap; nothing beyond the given counts is read or written.
+/// Inner loops of resampling, on lanes chosen at run time. Sums are taken in the order of the taps and never fused, so
+/// that every processor gives the same bytes. Rows don't overlap; nothing beyond the given counts is read or written.
 
 /// out[i] = (add ? out[i] : 0) + Σ weights[t] · rows[t][i]
 void weighBytes(const std::uint8_t* const* rows, const float* weights, int taps, std::size_t samples, bool add,

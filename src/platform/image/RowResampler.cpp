@@ -30,7 +30,8 @@ RowResampler::RowResampler(SourcePixels source, AxisTable x, AxisTable y)
 
 bool RowResampler::choosesVerticalFirst() const
 {
-    // Counted for one output of a large picture: each order rounds in its own way, so a part must not choose another one.
+    // Counted for one output of a large picture: each order rounds in its own way, so a part must not choose another
+    // one.
     const double loading = m_source.isDirect() ? 0 : 1;
     // The horizontal pass handles a pixel at a time, the vertical one whole rows: it costs about twice as much a tap.
     const double vertical = m_x.step * m_y.reach * (1 + loading) + 2 * m_x.reach;

@@ -8,8 +8,8 @@
 
 namespace lamina {
 
-/// A picture resized by one table for each axis, given out row by row: any rectangle of the result, in bands that several
-/// threads work on, without the rest of it and without a copy of the picture.
+/// A picture resized by one table for each axis, given out row by row: any rectangle of the result, in bands that
+/// several threads work on, without the rest of it and without a copy of the picture.
 class RowResampler {
 public:
     RowResampler(SourcePixels source, AxisTable x, AxisTable y);

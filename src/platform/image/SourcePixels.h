@@ -9,17 +9,17 @@
 
 namespace lamina {
 
-/// The pixels of a picture as drawing and resampling read them: four channels premultiplied (R G B A), four channels of ink
-/// (C M Y K), or one (grey, coverage). Rows that lie in memory in that form are read where they are, others are converted
-/// row by row. A cheap value that keeps the picture alive; usable from several threads at once.
+/// The pixels of a picture as drawing and resampling read them: four channels premultiplied (R G B A), four channels of
+/// ink (C M Y K), or one (grey, coverage). Rows that lie in memory in that form are read where they are, others are
+/// converted row by row. A cheap value that keeps the picture alive; usable from several threads at once.
 class SourcePixels {
 public:
     /// Any picture, in sRGB.
     static SourcePixels rgba(const CGImage& image);
     /// The picture's own components, when it is of 8 bits without alpha, grey, alpha only or CMYK; nothing otherwise.
     static std::optional<SourcePixels> components(const CGImage& image);
-    /// One byte a pixel of how much a mask lets through: the value of a grey picture without alpha (`inverted`: black shows),
-    /// the alpha of any other.
+    /// One byte a pixel of how much a mask lets through: the value of a grey picture without alpha (`inverted`: black
+    /// shows), the alpha of any other.
     static SourcePixels coverage(const CGImage& mask, bool inverted);
 
     int width() const { return m_image.width(); }

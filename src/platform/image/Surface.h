@@ -12,8 +12,8 @@ namespace lamina {
 /// What the bytes of a bitmap that is drawn into are: R G B A premultiplied, a grey, a coverage, or C M Y K.
 enum class SurfaceKind { RGBA, Gray, Alpha, CMYK };
 
-/// The memory of a bitmap that is drawn into: a rectangle of the device. Pictures taken of it share its bytes; the first
-/// write afterwards moves to a copy.
+/// The memory of a bitmap that is drawn into: a rectangle of the device. Pictures taken of it share its bytes; the
+/// first write afterwards moves to a copy.
 class Surface {
 public:
     /// Zeroed. Nothing when the rectangle is empty or memory is short. `bytesPerRow` 0: no padding.

@@ -31,7 +31,8 @@ CGPoint onCurve(CGPoint start, const UIBezierPath::Element& curve, double t)
             w0 * start.y + w1 * curve.control1.y + w2 * curve.control2.y + w3 * curve.end.y};
 }
 
-/// Equal steps of the parameter. A chord is off by at most |B''|/(8 n²), and |B''| by 6 times the larger second difference.
+/// Equal steps of the parameter. A chord is off by at most |B''|/(8 n²), and |B''| by 6 times the larger second
+/// difference.
 int piecesOf(CGPoint start, const UIBezierPath::Element& curve, double tolerance)
 {
     const auto bend = [](CGPoint a, CGPoint b, CGPoint c) {

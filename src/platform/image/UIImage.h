@@ -34,8 +34,8 @@ CGAffineTransform orientationTransform(UIImageOrientation orientation, IntSize s
 
 class CGContext;
 
-/// A picture with its scale (pixels per point, above zero) and orientation. A cheap value that shares its pixels; the empty
-/// UIImage is "no picture". Usable from any thread.
+/// A picture with its scale (pixels per point, above zero) and orientation. A cheap value that shares its pixels; the
+/// empty UIImage is "no picture". Usable from any thread.
 class UIImage {
 public:
     UIImage() = default;

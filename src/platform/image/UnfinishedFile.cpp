@@ -19,7 +19,8 @@ namespace {
 
 constexpr const char* kSuffix = ".lamina-unfinished";
 
-/// The names of files being written, in memory that a signal handler may read: fixed places, each handed over by its state.
+/// The names of files being written, in memory that a signal handler may read: fixed places, each handed over by its
+/// state.
 class UnfinishedFiles {
 public:
     /// The place taken; nothing when all are (the file is then written all the same) or the name is too long.
@@ -59,7 +60,8 @@ private:
 
 std::array<UnfinishedFiles::Slot, 16> UnfinishedFiles::s_slots;
 
-/// Growing past the process's limit for files raises a signal that ends it; held back, the write fails in the ordinary way.
+/// Growing past the process's limit for files raises a signal that ends it; held back, the write fails in the ordinary
+/// way.
 class FileSizeSignalBlocker {
 public:
     FileSizeSignalBlocker()
@@ -163,8 +165,8 @@ void UnfinishedFile::claim(const std::filesystem::path& target)
         m_exists = false;
         return;
     }
-    // Network file systems refuse the flag but know links; sticks know the flag but no links. Our own name for the file goes
-    // with this object.
+    // Network file systems refuse the flag but know links; sticks know the flag but no links. Our own name for the file
+    // goes with this object.
     const bool unknown = errno == EINVAL || errno == ENOSYS || errno == ENOTSUP;
     if (!unknown || ::link(m_path.c_str(), target.c_str()) != 0)
         m_error = errno;

@@ -8,8 +8,8 @@
 
 namespace lamina {
 
-/// A temporary file in the folder of its target, gone with this object unless it has taken the target's place. Each step does
-/// nothing once one has failed; `error` keeps the number of the first failure, 0 while there is none.
+/// A temporary file in the folder of its target, gone with this object unless it has taken the target's place. Each
+/// step does nothing once one has failed; `error` keeps the number of the first failure, 0 while there is none.
 class UnfinishedFile {
 public:
     explicit UnfinishedFile(const std::filesystem::path& target);
@@ -38,8 +38,8 @@ private:
     bool m_exists = false;
 };
 
-/// Writes everything and closes the descriptor; the error's number, or 0. Growing past the process's limit for files is an
-/// error like others and raises no signal.
+/// Writes everything and closes the descriptor; the error's number, or 0. Growing past the process's limit for files is
+/// an error like others and raises no signal.
 int writeAndClose(int descriptor, std::span<const std::uint8_t> bytes);
 
 } // namespace lamina

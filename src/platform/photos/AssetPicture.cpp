@@ -29,7 +29,8 @@ std::optional<CGSize> wholeTarget(const AssetPictureRequest& request)
 }
 
 /// The picture's size when it fits or covers the target. The side that decides is the target's to the last bit, and
-/// the other never falls short of a target that is to be covered: an edge that missed by a rounding error would be blended.
+/// the other never falls short of a target that is to be covered: an edge that missed by a rounding error would be
+/// blended.
 CGSize scaledSize(CGSize picture, CGSize target, PHImageContentMode mode)
 {
     const double byWidth = picture.height * target.width / picture.width;

@@ -4,7 +4,8 @@
 
 namespace lamina {
 
-/// A picture of the photo library: what is known of it without reading its pixels. A plain value, usable from any thread.
+/// A picture of the photo library: what is known of it without reading its pixels. A plain value, usable from any
+/// thread.
 struct PHAsset {
     std::string localIdentifier; ///< names the picture for as long as the library has it
     std::string path;            ///< its file

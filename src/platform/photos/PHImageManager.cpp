@@ -12,8 +12,8 @@ namespace lamina {
 
 namespace {
 
-/// One for all managers: decoders split their work over the cores themselves, and memory for many pictures at once would be
-/// worse than waiting. Never destroyed.
+/// One for all managers: decoders split their work over the cores themselves, and memory for many pictures at once
+/// would be worse than waiting. Never destroyed.
 DispatchQueue& loadingQueue()
 {
     static auto* const queue = new DispatchQueue("photo library pictures");

@@ -18,11 +18,12 @@ inline constexpr PHImageRequestID PHInvalidImageRequestID = 0;
 /// A target size that asks for all pixels there are.
 inline constexpr CGSize PHImageManagerMaximumSize{-1, -1};
 
-/// Gives pictures of the library's assets at the size at which they are needed. Operations may be called from any thread.
+/// Gives pictures of the library's assets at the size at which they are needed. Operations may be called from any
+/// thread.
 class PHImageManager {
 public:
-    /// Hears the picture: upright, scale 1, in sRGB. The empty picture when the file can't be read or memory is short; the log
-    /// then tells the cause.
+    /// Hears the picture: upright, scale 1, in sRGB. The empty picture when the file can't be read or memory is short;
+    /// the log then tells the cause.
     using ResultHandler = std::function<void(const UIImage& result)>;
 
     PHImageManager();
@@ -31,15 +32,15 @@ public:
     PHImageManager(const PHImageManager&) = delete;
     PHImageManager& operator=(const PHImageManager&) = delete;
 
-    /// Reads the asset's picture for `targetSize` (pixels, rounded to whole ones; a side that is not positive and finite asks for
-    /// the maximum size). The decoder reduces on the way where its format can. The handler is called exactly once: before this
-    /// returns when the options are synchronous, else on a later turn of the main queue, which counts as busy until then. The
-    /// identifier is `PHInvalidImageRequestID` for a synchronous request.
+    /// Reads the asset's picture for `targetSize` (pixels, rounded to whole ones; a side that is not positive and
+    /// finite asks for the maximum size). The decoder reduces on the way where its format can. The handler is called
+    /// exactly once: before this returns when the options are synchronous, else on a later turn of the main queue,
+    /// which counts as busy until then. The identifier is `PHInvalidImageRequestID` for a synchronous request.
     PHImageRequestID requestImageForAsset(const PHAsset& asset, CGSize targetSize, PHImageContentMode contentMode,
                                           const PHImageRequestOptions& options, ResultHandler resultHandler);
 
-    /// Stops a request; called on the main thread, its handler is not called any more. One that is finished or unknown is
-    /// ignored.
+    /// Stops a request; called on the main thread, its handler is not called any more. One that is finished or unknown
+    /// is ignored.
     void cancelImageRequest(PHImageRequestID requestID);
 
 private:

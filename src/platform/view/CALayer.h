@@ -20,11 +20,12 @@ enum class UIViewContentMode { ScaleToFill, ScaleAspectFit, ScaleAspectFill, Cen
 /// What is seen: a rectangle with geometry, colours, a picture, and layers above it. Every view has one.
 ///
 /// Geometry: `bounds` is the layer's own coordinate system; its centre stands at `position` of the parent's, turned and
-/// scaled there by `transform`. Lengths in points, y down, colours straight sRGB. A value that is not finite is ignored, a negative
-/// length counts as 0. Must be held by std::shared_ptr. All on the main thread.
+/// scaled there by `transform`. Lengths in points, y down, colours straight sRGB. A value that is not finite is
+/// ignored, a negative length counts as 0. Must be held by std::shared_ptr. All on the main thread.
 ///
-/// Order of drawing: shadow, background, contents, sublayers in order, border; then the mask and the corner clip (`masksToBounds`
-/// clips contents and sublayers to the rounded bounds, never the shadow); `opacity` acts on all of it as one group.
+/// Order of drawing: shadow, background, contents, sublayers in order, border; then the mask and the corner clip
+/// (`masksToBounds` clips contents and sublayers to the rounded bounds, never the shadow); `opacity` acts on all of it
+/// as one group.
 class CALayer : public std::enable_shared_from_this<CALayer> {
 public:
     CALayer();
@@ -72,14 +73,14 @@ public:
     const Shadow& shadow() const { return m_shadow; }
     void setShadow(const Shadow& shadow);
 
-    /// A layer whose alpha, drawn in this layer's coordinates at its own position, lets this one through, shadow included; it
-    /// belongs to no parent (it leaves the one it had) and masks one layer. Null: none. A shape layer gives polygon masks, a
-    /// layer with contents picture masks.
+    /// A layer whose alpha, drawn in this layer's coordinates at its own position, lets this one through, shadow
+    /// included; it belongs to no parent (it leaves the one it had) and masks one layer. Null: none. A shape layer
+    /// gives polygon masks, a layer with contents picture masks.
     const std::shared_ptr<CALayer>& mask() const { return m_mask; }
     void setMask(std::shared_ptr<CALayer> mask);
 
-    /// The picture shown, stretched over the bounds by `contentsMode`. What an aspect fill lets stick out of the bounds is seen
-    /// unless masked.
+    /// The picture shown, stretched over the bounds by `contentsMode`. What an aspect fill lets stick out of the bounds
+    /// is seen unless masked.
     const UIImage& contents() const { return m_contents; }
     void setContents(const UIImage& image);
     UIViewContentMode contentsMode() const { return m_contentsMode; }
@@ -90,14 +91,14 @@ public:
     CALayer* superlayer() const { return m_superlayer; }
     const std::vector<std::shared_ptr<CALayer>>& sublayers() const { return m_sublayers; }
     void addSublayer(std::shared_ptr<CALayer> layer);
-    /// `index` counts from the bottom and is clamped. A layer that has a parent leaves it first. Null and a layer that this one
-    /// stands in are refused (asserted).
+    /// `index` counts from the bottom and is clamped. A layer that has a parent leaves it first. Null and a layer that
+    /// this one stands in are refused (asserted).
     void insertSublayer(std::shared_ptr<CALayer> layer, std::size_t index);
     void removeFromSuperlayer();
 
     /// Draws this layer and all above it in its own coordinates: its position and transform in the parent do not count;
-    /// opacity, mask, clip and shadow do. Where the bounds don't begin at (0, 0), as in a view that was scrolled, whoever
-    /// wants their top left at the origin translates the context first. A hidden layer draws nothing.
+    /// opacity, mask, clip and shadow do. Where the bounds don't begin at (0, 0), as in a view that was scrolled,
+    /// whoever wants their top left at the origin translates the context first. A hidden layer draws nothing.
     void renderInContext(CGContext& context) const;
 
     /// Grows with every change of this layer itself (not of its sublayers); never the same for two layers' states.
@@ -106,8 +107,8 @@ public:
     /// Empty when it paints nothing.
     CGRect paintedBounds() const;
 
-    /// Calls `handler` at every change of this layer, its mask and all layers above it, as long as the result is held. For
-    /// whoever shows the tree; several may watch. The handler must not change the tree.
+    /// Calls `handler` at every change of this layer, its mask and all layers above it, as long as the result is held.
+    /// For whoever shows the tree; several may watch. The handler must not change the tree.
     using ChangeObserver = std::shared_ptr<const std::function<void()>>;
     [[nodiscard]] ChangeObserver observeChanges(std::function<void()> handler);
 

@@ -31,8 +31,8 @@ std::uint64_t stirredTree(std::uint64_t stamp, const CALayer& layer)
 
 } // namespace
 
-/// The surroundings up to the next layer that throws a shadow: its shadow is thrown by what its clips let through. All in whole
-/// pixels, because a pixel that a clip and a layer both touch can change even where their outlines don't meet.
+/// The surroundings up to the next layer that throws a shadow: its shadow is thrown by what its clips let through. All
+/// in whole pixels, because a pixel that a clip and a layer both touch can change even where their outlines don't meet.
 struct CanvasFrame::Scope {
     const Scope* outer = nullptr;
     IntRect clip;

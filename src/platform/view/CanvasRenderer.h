@@ -11,10 +11,9 @@ namespace lamina {
 
 /// What a window shows of a view tree: a bitmap that is kept up to date by painting again only what has changed.
 ///
-/// The bitmap holds the root view's bounds; the root's own position and transform don't count. Its bytes are always those that
-/// painting everything would give, and those of `CALayer::renderInContext` in an image context of the same size and scale whose origin is
-/// the bounds' top left.
-/// Several renderers may show one tree. Main thread.
+/// The bitmap holds the root view's bounds; the root's own position and transform don't count. Its bytes are always
+/// those that painting everything would give, and those of `CALayer::renderInContext` in an image context of the same
+/// size and scale whose origin is the bounds' top left. Several renderers may show one tree. Main thread.
 class CanvasRenderer {
 public:
     /// `scale`: device pixels per point, above zero, fractions allowed (anything else counts as 1).
@@ -30,16 +29,16 @@ public:
 
     /// Whether something has changed since the last `render`. True at first.
     bool needsRender() const { return m_pending; }
-    /// Paints what has changed; gives back the pixels painted (origin top left), empty when there were none. All of them when the
-    /// root's size has changed. Without an area, or when memory is short, there is no bitmap.
+    /// Paints what has changed; gives back the pixels painted (origin top left), empty when there were none. All of
+    /// them when the root's size has changed. Without an area, or when memory is short, there is no bitmap.
     IntRect render();
 
-    /// The bitmap as of the last `render`: RGBA premultiplied. Empty when there is none. It shares the bytes: let it go before
-    /// the next `render`, which must copy the whole of it otherwise.
+    /// The bitmap as of the last `render`: RGBA premultiplied. Empty when there is none. It shares the bytes: let it go
+    /// before the next `render`, which must copy the whole of it otherwise.
     CGImage image() const;
 
-    /// Called once when something changes, and again only after the next `render`; called at once when something is pending.
-    /// It schedules a frame, and must not change the tree nor render.
+    /// Called once when something changes, and again only after the next `render`; called at once when something is
+    /// pending. It schedules a frame, and must not change the tree nor render.
     void setChangeHandler(std::function<void()> handler);
 
 private:

@@ -6,10 +6,10 @@ namespace lamina {
 
 /// Draws layers into a context: the one way in which a tree becomes a picture, be it for a window or for a file.
 ///
-/// A layer of several parts that is to be seen as one (translucent, masked, with rounded corners that clip, or casting a shadow)
-/// is put together by itself first: what lies below a part must not shine through it nor along its edge. Everything else is
-/// drawn straight on. How a layer is drawn depends on the tree alone and never on the clip, so that a part that is drawn again
-/// gets the same bytes. Main thread.
+/// A layer of several parts that is to be seen as one (translucent, masked, with rounded corners that clip, or casting
+/// a shadow) is put together by itself first: what lies below a part must not shine through it nor along its edge.
+/// Everything else is drawn straight on. How a layer is drawn depends on the tree alone and never on the clip, so that
+/// a part that is drawn again gets the same bytes. Main thread.
 class LayerRenderer {
 public:
     /// The context must outlive the renderer.
@@ -40,8 +40,8 @@ public:
         IntRect castingOn(const IntRect& rect) const;
     };
     static ShadowPixels shadowPixels(const CALayer& layer, const CGAffineTransform& toDevice);
-    /// All pixels that the layer and those above it may change, clips, masks and shadows considered. Counted in whole pixels,
-    /// because a clip and a layer that share a pixel leave a trace even where their outlines don't meet.
+    /// All pixels that the layer and those above it may change, clips, masks and shadows considered. Counted in whole
+    /// pixels, because a clip and a layer that share a pixel leave a trace even where their outlines don't meet.
     static IntRect treePixels(const CALayer& layer, const CGAffineTransform& toDevice);
     /// The same without the layer's own shadow and mask: what throws the shadow.
     static IntRect bodyPixels(const CALayer& layer, const CGAffineTransform& toDevice);

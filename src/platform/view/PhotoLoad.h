@@ -10,14 +10,14 @@
 
 namespace lamina {
 
-/// A photo on its way from file to screen: read on a queue of its own, turned upright, and handed over on the main queue.
-/// Until then the main queue does not count as idle. Main thread.
+/// A photo on its way from file to screen: read on a queue of its own, turned upright, and handed over on the main
+/// queue. Until then the main queue does not count as idle. Main thread.
 class PhotoLoad {
 public:
     using Completion = std::function<void(Result<UIImage>)>;
 
-    /// Begins at once. `shortSide`: pixels that the shorter side has to keep, 0 for all. The completion runs once, unless
-    /// the load is cancelled or destroyed before.
+    /// Begins at once. `shortSide`: pixels that the shorter side has to keep, 0 for all. The completion runs once,
+    /// unless the load is cancelled or destroyed before.
     PhotoLoad(PhotoSource source, int shortSide, Completion completion);
     /// Cancels.
     ~PhotoLoad();

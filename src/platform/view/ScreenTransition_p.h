@@ -11,14 +11,14 @@ namespace lamina {
 
 class UINavigationController;
 
-/// One change of screens, from the request to the completion. Transitions run one after another, each beginning on a turn
-/// of the main queue later than its request; whatever they hold lives until the completion has run.
+/// One change of screens, from the request to the completion. Transitions run one after another, each beginning on a
+/// turn of the main queue later than its request; whatever they hold lives until the completion has run.
 class ScreenTransition {
 public:
     /// What the host is shown. With neither side set only the completion runs.
     PresentationTransition shown;
-    /// Those that go out of sight, in the order in which they are told, and those that come into sight. Screens that are in that
-    /// state already hear nothing.
+    /// Those that go out of sight, in the order in which they are told, and those that come into sight. Screens that
+    /// are in that state already hear nothing.
     std::vector<std::shared_ptr<UIViewController>> leaving;
     std::vector<std::shared_ptr<UIViewController>> arriving;
     /// Whether those that arrive hear first that they have (presentations), or those that leave (stacks).

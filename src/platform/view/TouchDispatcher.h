@@ -11,9 +11,10 @@ namespace lamina {
 
 /// Turns what the window hears from fingers, mouse, wheel and touchpad into the gestures of a view tree.
 ///
-/// Points in the root view's coordinates. The view that is hit when a finger comes down keeps the finger; recognisers of that
-/// view and of all views above it up to the root see it before the view does. Events with unknown ids or points that are not
-/// finite are ignored. What a handler destroys or removes is safe, the dispatcher and its root included. Main thread.
+/// Points in the root view's coordinates. The view that is hit when a finger comes down keeps the finger; recognisers
+/// of that view and of all views above it up to the root see it before the view does. Events with unknown ids or points
+/// that are not finite are ignored. What a handler destroys or removes is safe, the dispatcher and its root included.
+/// Main thread.
 class TouchDispatcher {
 public:
     /// Not owned; once the root is gone nothing is dispatched.
@@ -30,8 +31,8 @@ public:
     /// `time` in seconds on any steady clock. A finger that is down already under this id is cancelled first.
     void touchBegan(std::int64_t id, CGPoint point, double time);
     void touchMoved(std::int64_t id, CGPoint point, double time);
-    /// Several fingers in one event: all are put in their places before anyone hears of it, so that a pinch is not taken
-    /// for a drag of its first finger.
+    /// Several fingers in one event: all are put in their places before anyone hears of it, so that a pinch is not
+    /// taken for a drag of its first finger.
     void touchesMoved(std::span<const Position> positions, double time);
     void touchEnded(std::int64_t id, CGPoint point, double time);
     void touchCancelled(std::int64_t id, double time);

@@ -19,8 +19,8 @@ struct UIAlertAction {
     std::function<void()> handler; ///< may be empty
 };
 
-/// A question over the screen that presents it, in its middle or, as a sheet of choices, at its foot. The window draws it; its
-/// answer comes through tap().
+/// A question over the screen that presents it, in its middle or, as a sheet of choices, at its foot. The window draws
+/// it; its answer comes through tap().
 class UIAlertController : public UIViewController {
     Q_OBJECT
     Q_PROPERTY(QString message READ messageText CONSTANT FINAL)

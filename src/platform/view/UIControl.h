@@ -23,8 +23,8 @@ struct UIControlEvents {
     static constexpr Set All = 0xFFFFFFFF;
 };
 
-/// A view that a person operates: it follows one finger and tells handlers what happens. While a finger is on a control,
-/// tap recognisers of the views above it do not see that finger. Main thread.
+/// A view that a person operates: it follows one finger and tells handlers what happens. While a finger is on a
+/// control, tap recognisers of the views above it do not see that finger. Main thread.
 class UIControl : public UIView {
 public:
     using Handler = std::function<void(UIControl&)>;
@@ -32,8 +32,8 @@ public:
 
     explicit UIControl(const CGRect& frame = {});
 
-    /// Default true. A disabled control takes no touches (they do not fall through to what lies below); one that is disabled
-    /// under a finger cancels it.
+    /// Default true. A disabled control takes no touches (they do not fall through to what lies below); one that is
+    /// disabled under a finger cancels it.
     bool isEnabled() const { return m_enabled; }
     virtual void setEnabled(bool enabled);
     /// Default false; a lasting state that only the owner changes.
@@ -46,8 +46,8 @@ public:
     bool isTracking() const { return m_tracking; }
     bool isTouchInside() const { return m_touchInside; }
 
-    /// Calls the handler at each of `events`, in the order of these calls. A handler may remove handlers, itself too, or
-    /// destroy the control.
+    /// Calls the handler at each of `events`, in the order of these calls. A handler may remove handlers, itself too,
+    /// or destroy the control.
     HandlerId addTarget(Handler handler, UIControlEvents::Set events);
     void removeTarget(HandlerId id);
     /// Calls the handlers of the events, whether the control is enabled or not.

@@ -15,8 +15,8 @@ class UIGestureRecognizer;
 class UIView;
 struct UITouch;
 
-/// Possible is the state at rest. A continuous gesture goes Began, Changed any number of times, then Ended or Cancelled; a
-/// discrete one (a tap) goes straight to Ended. Failed: these fingers do something else.
+/// Possible is the state at rest. A continuous gesture goes Began, Changed any number of times, then Ended or
+/// Cancelled; a discrete one (a tap) goes straight to Ended. Failed: these fingers do something else.
 enum class UIGestureRecognizerState { Possible, Began, Changed, Ended, Cancelled, Failed };
 
 /// Every answer has a default, so that a delegate overrides what it cares about.
@@ -34,13 +34,14 @@ public:
 
 /// Makes a gesture out of the touches in its view and the views above it, and tells its actions at every step.
 ///
-/// Of several recognisers that share a finger one is recognised; the others fail, unless a delegate lets two go together. The
-/// first to recognise wins, in one event that of the nearest view (children before ancestors), in one view the one attached
-/// first. One that is under way refuses later ones on its fingers.
+/// Of several recognisers that share a finger one is recognised; the others fail, unless a delegate lets two go
+/// together. The first to recognise wins, in one event that of the nearest view (children before ancestors), in one
+/// view the one attached first. One that is under way refuses later ones on its fingers.
 ///
 /// After Ended, Cancelled or Failed the recogniser ignores everything until its fingers are lifted, then it is Possible
-/// again. An action may remove or disable its recogniser, or destroy the view. A view that is destroyed under a gesture ends
-/// it without a word; one that leaves the tree cancels it at the next event. Must be held by std::shared_ptr. Main thread.
+/// again. An action may remove or disable its recogniser, or destroy the view. A view that is destroyed under a gesture
+/// ends it without a word; one that leaves the tree cancels it at the next event. Must be held by std::shared_ptr. Main
+/// thread.
 class UIGestureRecognizer : public std::enable_shared_from_this<UIGestureRecognizer> {
 public:
     using State = UIGestureRecognizerState;
@@ -55,8 +56,8 @@ public:
     void addAction(Action action);
     /// The same, as long as `owner` lives.
     void addTarget(std::weak_ptr<const void> owner, Action action);
-    /// Calls `(target->*action)(recogniser)` as long as the target lives: `pan->addTarget(this, &Screen::handlePan)`. The
-    /// target must be held by a shared pointer already, so not inside its constructor.
+    /// Calls `(target->*action)(recogniser)` as long as the target lives: `pan->addTarget(this, &Screen::handlePan)`.
+    /// The target must be held by a shared pointer already, so not inside its constructor.
     template <class Target, class Class, class Recognizer>
     void addTarget(Target* target, void (Class::*action)(Recognizer&))
     {
@@ -85,7 +86,8 @@ public:
     void setDelegate(std::weak_ptr<UIGestureRecognizerDelegate> delegate) { m_delegate = std::move(delegate); }
 
     std::size_t numberOfTouches() const { return m_touches.size(); }
-    /// The middle of the fingers (of the last ones, once they are lifted) in the coordinates of `view`; null: of the root.
+    /// The middle of the fingers (of the last ones, once they are lifted) in the coordinates of `view`; null: of the
+    /// root.
     CGPoint locationInView(const UIView* view) const;
 
     /// This one is recognised only after `other` has failed on the same fingers (a single tap after a double tap).
@@ -108,8 +110,8 @@ protected:
     virtual bool awaitsMoreTouches() const { return false; }
 
     /// From Possible: to `state` (Began, or Ended for discrete gestures) with the action called, or to Failed if a
-    /// delegate or a gesture under way forbids it, or later if it has to wait for another to fail. True when the gesture is in
-    /// that state after the action.
+    /// delegate or a gesture under way forbids it, or later if it has to wait for another to fail. True when the
+    /// gesture is in that state after the action.
     bool recognize(State state);
     /// The steps of a gesture under way, with the action called; nothing in other states.
     void change();
@@ -118,8 +120,8 @@ protected:
     void cancel();
     void fail();
 
-    /// Runs Began, `update` and Changed, Ended without a finger. False, and nothing happens, when it is disabled, without a
-    /// view, busy or refused by its delegate.
+    /// Runs Began, `update` and Changed, Ended without a finger. False, and nothing happens, when it is disabled,
+    /// without a view, busy or refused by its delegate.
     bool performSteps(std::optional<CGPoint> rootLocation, const std::function<void()>& update);
     /// The same for discrete gestures: Ended, at once.
     bool performOnce(std::optional<CGPoint> rootLocation);

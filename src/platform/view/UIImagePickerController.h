@@ -31,11 +31,11 @@ public:
                                        const UIImagePickerInfo& didFinishPickingMediaWithInfo);
 };
 
-/// The system's own way to one photo. The window lets a person choose a file while this is presented; the photo is then read in the
-/// background, and can be given up until it is there. Main thread.
+/// The system's own way to one photo. The window lets a person choose a file while this is presented; the photo is then
+/// read in the background, and can be given up until it is there. Main thread.
 ///
-/// A photo that can't be read is no answer: the picker dismisses itself, and an alert over the screen that presented it names
-/// the photo and the cause.
+/// A photo that can't be read is no answer: the picker dismisses itself, and an alert over the screen that presented it
+/// names the photo and the cause.
 class UIImagePickerController : public UIViewController {
     Q_OBJECT
     Q_PROPERTY(State state READ state NOTIFY stateChanged FINAL)

@@ -8,7 +8,8 @@ namespace lamina {
 /// A finger that stays down. Once begun it is a drag: Changed at every move, Ended when the finger is lifted.
 class UILongPressGestureRecognizer : public UIGestureRecognizer {
 public:
-    /// Seconds, by the main queue's clock; default 0.5. With 0 it begins at the first touch. Negative or not a number: 0.
+    /// Seconds, by the main queue's clock; default 0.5. With 0 it begins at the first touch. Negative or not a number:
+    /// 0.
     double minimumPressDuration() const { return m_minimumPressDuration; }
     void setMinimumPressDuration(double seconds);
     /// Root points that the finger may stray before it begins; default 10.

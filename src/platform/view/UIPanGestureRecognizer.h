@@ -7,8 +7,8 @@
 
 namespace lamina {
 
-/// Fingers that drag. Begins once their middle has moved by 10 points; the translation counts from there. It adds up the
-/// fingers' own steps, so that nothing jumps when a finger is added or lifted. Ends with too few fingers left.
+/// Fingers that drag. Begins once their middle has moved by 10 points; the translation counts from there. It adds up
+/// the fingers' own steps, so that nothing jumps when a finger is added or lifted. Ends with too few fingers left.
 class UIPanGestureRecognizer : public UIGestureRecognizer {
 public:
     /// Root points that the middle has to move before it is a pan.
@@ -28,8 +28,8 @@ public:
     std::size_t maximumNumberOfTouches() const { return m_maximumTouches; }
     void setMaximumNumberOfTouches(std::size_t count);
 
-    /// A whole pan without fingers: Began with no translation, Changed with `translation` (points of `inView`; null: of the
-    /// root), Ended. False when it did not take place (disabled, no view, busy, refused by the delegate).
+    /// A whole pan without fingers: Began with no translation, Changed with `translation` (points of `inView`; null: of
+    /// the root), Ended. False when it did not take place (disabled, no view, busy, refused by the delegate).
     bool perform(CGPoint translation, const UIView* inView);
 
 protected:

@@ -4,8 +4,8 @@
 
 namespace lamina {
 
-/// Two fingers that move apart or together. Begins once their distance has changed by 4 points, ends when one is lifted;
-/// further fingers are ignored.
+/// Two fingers that move apart or together. Begins once their distance has changed by 4 points, ends when one is
+/// lifted; further fingers are ignored.
 class UIPinchGestureRecognizer : public UIGestureRecognizer {
 public:
     /// Root points by which the distance has to change before it is a pinch.
@@ -19,8 +19,8 @@ public:
     /// Change of the scale a second, between the last two events.
     double velocity() const { return m_velocity; }
 
-    /// A whole pinch without fingers: Began at 1, Changed at `scale`, Ended. `rootLocation`: where the fingers would be,
-    /// in root coordinates; by default the middle of the view. False when it did not take place.
+    /// A whole pinch without fingers: Began at 1, Changed at `scale`, Ended. `rootLocation`: where the fingers would
+    /// be, in root coordinates; by default the middle of the view. False when it did not take place.
     bool perform(double scale, std::optional<CGPoint> rootLocation = std::nullopt);
 
 protected:

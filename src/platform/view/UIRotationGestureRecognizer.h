@@ -4,14 +4,15 @@
 
 namespace lamina {
 
-/// Two fingers that turn. Begins once the line between them has turned by 0.05 radians (about 3 degrees), ends when one is
-/// lifted; further fingers are ignored.
+/// Two fingers that turn. Begins once the line between them has turned by 0.05 radians (about 3 degrees), ends when one
+/// is lifted; further fingers are ignored.
 class UIRotationGestureRecognizer : public UIGestureRecognizer {
 public:
     /// Radians the line has to turn before it is a rotation.
     static constexpr double kHysteresis = 0.05;
 
-    /// Radians, clockwise on the screen, since the second finger came down or on top of the last setRotation. Whole turns add up.
+    /// Radians, clockwise on the screen, since the second finger came down or on top of the last setRotation. Whole
+    /// turns add up.
     double rotation() const { return m_rotation; }
     /// Sets the angle reached so far; 0 consumes it. Not finite: ignored.
     void setRotation(double radians);

@@ -22,15 +22,15 @@ public:
     virtual void scrollViewDidZoom(UIScrollView& scrollView);
 };
 
-/// A window onto larger content. Its children are laid out in content coordinates; `contentOffset`, which is the bounds'
-/// origin, says which content point stands at the top left. Clips to its bounds; no bounce, no deceleration.
+/// A window onto larger content. Its children are laid out in content coordinates; `contentOffset`, which is the
+/// bounds' origin, says which content point stands at the top left. Clips to its bounds; no bounce, no deceleration.
 ///
-/// Zooming: the delegate's view gets the transform scaling(z, z) with its frame's origin kept at (0, 0). The content size
-/// stays what was set until a zoom changes the scale for the first time; from then on each zoom makes it the size of the
-/// zoomed view's frame.
+/// Zooming: the delegate's view gets the transform scaling(z, z) with its frame's origin kept at (0, 0). The content
+/// size stays what was set until a zoom changes the scale for the first time; from then on each zoom makes it the size
+/// of the zoomed view's frame.
 ///
-/// One finger drags, two pinch (both at once if they like), as far as the limits allow. A wheel or a touchpad pinch zooms at
-/// the pointer.
+/// One finger drags, two pinch (both at once if they like), as far as the limits allow. A wheel or a touchpad pinch
+/// zooms at the pointer.
 class UIScrollView : public UIView {
 public:
     explicit UIScrollView(const CGRect& frame = {});
@@ -52,11 +52,11 @@ public:
     void setMaximumZoomScale(double scale);
     /// Default 1.
     double zoomScale() const { return m_zoomScale; }
-    /// Zooms about the middle of what is visible. Clamped to the limits; the same scale again, or one that is not a number,
-    /// changes nothing, and nothing happens without a view for zooming.
+    /// Zooms about the middle of what is visible. Clamped to the limits; the same scale again, or one that is not a
+    /// number, changes nothing, and nothing happens without a view for zooming.
     void setZoomScale(double scale);
-    /// Zooms so that the content point under `anchor` (this view's coordinates, so within the bounds when it is visible)
-    /// stays under it, as far as the range allows. Otherwise as setZoomScale.
+    /// Zooms so that the content point under `anchor` (this view's coordinates, so within the bounds when it is
+    /// visible) stays under it, as far as the range allows. Otherwise as setZoomScale.
     void zoomToScale(double scale, CGPoint anchor);
 
     /// Not owned. Asked at each zoom.

@@ -10,7 +10,8 @@ namespace lamina {
 
 class UIViewController;
 
-/// The screens of the application by name, and the named transitions between them. Filled once at the start, main thread.
+/// The screens of the application by name, and the named transitions between them. Filled once at the start, main
+/// thread.
 class UIStoryboard : public std::enable_shared_from_this<UIStoryboard> {
 public:
     enum class SegueKind {

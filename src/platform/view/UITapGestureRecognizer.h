@@ -22,8 +22,8 @@ public:
     std::size_t numberOfTouchesRequired() const { return m_touchesRequired; }
     void setNumberOfTouchesRequired(std::size_t touches);
 
-    /// One tap without fingers. `rootLocation`: where, in root coordinates; by default the middle of the view. False when it
-    /// did not take place.
+    /// One tap without fingers. `rootLocation`: where, in root coordinates; by default the middle of the view. False
+    /// when it did not take place.
     bool perform(std::optional<CGPoint> rootLocation = std::nullopt);
 
 protected:

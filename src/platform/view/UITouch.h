@@ -13,8 +13,8 @@ class UIView;
 
 enum class UITouchPhase { Began, Moved, Ended, Cancelled };
 
-/// One finger (or the pressed mouse) from the moment it comes down until it is lifted. Made and changed by TouchDispatcher alone;
-/// recognisers and views read it while they handle it. Main thread.
+/// One finger (or the pressed mouse) from the moment it comes down until it is lifted. Made and changed by
+/// TouchDispatcher alone; recognisers and views read it while they handle it. Main thread.
 struct UITouch {
     std::int64_t id = 0; ///< whatever the window tells fingers apart by
     UITouchPhase phase = UITouchPhase::Began;

@@ -12,8 +12,8 @@ namespace {
 /// Where touches stop being felt.
 constexpr double kLeastTouchableAlpha = 0.01;
 
-/// The size whose box under `t` is `box`: |a|·w + |c|·h = W, |b|·w + |d|·h = H. Falls back to the sides divided by the scale of
-/// the axes, and keeps a side that the transform flattens to nothing.
+/// The size whose box under `t` is `box`: |a|·w + |c|·h = W, |b|·w + |d|·h = H. Falls back to the sides divided by the
+/// scale of the axes, and keeps a side that the transform flattens to nothing.
 CGSize sizeWithBox(CGSize box, const CGAffineTransform& t, CGSize present)
 {
     const double a = std::abs(t.a);

@@ -11,10 +11,11 @@ namespace lamina {
 class UIGestureRecognizer;
 struct UITouch;
 
-/// A rectangle of the canvas that can be drawn, hit and moved. It owns its layer, its recognisers and shares its children.
+/// A rectangle of the canvas that can be drawn, hit and moved. It owns its layer, its recognisers and shares its
+/// children.
 ///
-/// Lengths in points, y down. Everything on the main thread. Children stand in order from the bottom to the top, and the
-/// layers in the same order.
+/// Lengths in points, y down. Everything on the main thread. Children stand in order from the bottom to the top, and
+/// the layers in the same order.
 class UIView : public std::enable_shared_from_this<UIView> {
 public:
     explicit UIView(const CGRect& frame = {});
@@ -24,9 +25,10 @@ public:
 
     CALayer& layer() const { return *m_layer; }
 
-    /// The box around the view in its parent, that is the bounding box where a transform is in force. Setting it keeps the
-    /// transform and the bounds' origin, and sets centre and bounds' size so that the box becomes this one. Where a transform
-    /// allows no such size (a turn by 45 degrees has one box for all shapes), the sides are divided by its scale.
+    /// The box around the view in its parent, that is the bounding box where a transform is in force. Setting it keeps
+    /// the transform and the bounds' origin, and sets centre and bounds' size so that the box becomes this one. Where a
+    /// transform allows no such size (a turn by 45 degrees has one box for all shapes), the sides are divided by its
+    /// scale.
     CGRect frame() const;
     virtual void setFrame(const CGRect& frame);
     CGRect bounds() const { return m_layer->bounds(); }
@@ -61,7 +63,8 @@ public:
     UIView* superview() const { return m_superview; }
     /// A loop that adds, removes or reorders takes a copy first.
     const std::vector<std::shared_ptr<UIView>>& subviews() const { return m_subviews; }
-    /// Puts the view on top; it leaves its present parent first. Null, and a view that this one stands in, are refused (asserted).
+    /// Puts the view on top; it leaves its present parent first. Null, and a view that this one stands in, are refused
+    /// (asserted).
     void addSubview(std::shared_ptr<UIView> view);
     /// `index` counts from the bottom and is clamped.
     void insertSubview(std::shared_ptr<UIView> view, std::size_t index);
@@ -74,8 +77,8 @@ public:
     /// After this view's parent has changed; not when the parent is destroyed.
     virtual void didMoveToSuperview() {}
 
-    /// Default true, false for image views. A view without it, a hidden one and one with alpha below 0.01 gets no touches, nor do
-    /// its children.
+    /// Default true, false for image views. A view without it, a hidden one and one with alpha below 0.01 gets no
+    /// touches, nor do its children.
     bool isUserInteractionEnabled() const { return m_userInteractionEnabled; }
     void setUserInteractionEnabled(bool enabled) { m_userInteractionEnabled = enabled; }
     /// Default false: only the first finger reaches the view's touch operations (recognisers see them all).
@@ -84,12 +87,12 @@ public:
 
     /// Whether the point (own coordinates) lies in the bounds.
     virtual bool pointInside(CGPoint point) const;
-    /// The topmost view at the point (own coordinates) that takes touches; null when none does. Children outside a parent's
-    /// bounds are not hit.
+    /// The topmost view at the point (own coordinates) that takes touches; null when none does. Children outside a
+    /// parent's bounds are not hit.
     virtual UIView* hitTest(CGPoint point);
 
-    /// From this view's coordinates to those of `view` (null: those of the root). The views must share a root; a transform
-    /// that can't be undone gives the point (0, 0).
+    /// From this view's coordinates to those of `view` (null: those of the root). The views must share a root; a
+    /// transform that can't be undone gives the point (0, 0).
     CGPoint convertPointToView(CGPoint point, const UIView* view) const;
     CGPoint convertPointFromView(CGPoint point, const UIView* view) const;
     /// The topmost view of the tree that this one stands in.

@@ -16,8 +16,8 @@ class UINavigationController;
 class UIStoryboard;
 class UIViewController;
 
-/// How a presented screen lies over the one that presents it. The presenter of the first two leaves the window while it is
-/// covered (it hears viewWillDisappear), that of the others stays visible.
+/// How a presented screen lies over the one that presents it. The presenter of the first two leaves the window while it
+/// is covered (it hears viewWillDisappear), that of the others stays visible.
 enum class UIModalPresentationStyle { FullScreen = 0, CurrentContext = 3, OverFullScreen = 5, OverCurrentContext = 6 };
 
 /// A transition to another screen that a storyboard knows by name.
@@ -36,11 +36,11 @@ struct UIStoryboardSegue {
 
 /// One screen: its state, its behaviour and its tree of views. Must be held by std::shared_ptr. Main thread.
 ///
-/// Transitions (present, dismiss, push, pop) change who presents whom and who is on the stack at once; what is told to the screens
-/// (appearance calls) and to the caller (the completion) comes on later turns of the main queue, one transition after another.
-/// All screens that take part are kept alive until the completion has run. What can't be done (presenting over what is
-/// presented already, dismissing with nothing presented, popping the last screen) is logged, changes nothing, and its completion is
-/// still called on a later turn.
+/// Transitions (present, dismiss, push, pop) change who presents whom and who is on the stack at once; what is told to
+/// the screens (appearance calls) and to the caller (the completion) comes on later turns of the main queue, one
+/// transition after another. All screens that take part are kept alive until the completion has run. What can't be done
+/// (presenting over what is presented already, dismissing with nothing presented, popping the last screen) is logged,
+/// changes nothing, and its completion is still called on a later turn.
 class UIViewController : public QObject, public std::enable_shared_from_this<UIViewController> {
     Q_OBJECT
     Q_PROPERTY(QString title READ titleText NOTIFY titleChanged FINAL)
@@ -71,12 +71,13 @@ public:
     UIModalPresentationStyle modalPresentationStyle() const { return m_modalPresentationStyle; }
     void setModalPresentationStyle(UIModalPresentationStyle style) { m_modalPresentationStyle = style; }
 
-    /// Presents from the outermost container of this screen. Order: presenter viewWillDisappear, presented viewWillAppear, the
-    /// animation, presented viewDidAppear, presenter viewDidDisappear, completion.
+    /// Presents from the outermost container of this screen. Order: presenter viewWillDisappear, presented
+    /// viewWillAppear, the animation, presented viewDidAppear, presenter viewDidDisappear, completion.
     void present(std::shared_ptr<UIViewController> controller, bool animated, Completion completion = {});
-    /// Dismisses what this screen or a container of it presents, with everything above that; if there is nothing, the presented
-    /// screen (or container) that this one belongs to. Order: those that leave viewWillDisappear from the top down, the
-    /// presenter viewWillAppear, the animation, presenter viewDidAppear, the others viewDidDisappear, completion.
+    /// Dismisses what this screen or a container of it presents, with everything above that; if there is nothing, the
+    /// presented screen (or container) that this one belongs to. Order: those that leave viewWillDisappear from the top
+    /// down, the presenter viewWillAppear, the animation, presenter viewDidAppear, the others viewDidDisappear,
+    /// completion.
     void dismiss(bool animated, Completion completion = {});
     /// Presented by this screen or by a container of it; null: nothing.
     std::shared_ptr<UIViewController> presentedViewController() const;
@@ -90,8 +91,8 @@ public:
 
     /// The storyboard that made this screen; null: none.
     std::shared_ptr<UIStoryboard> storyboard() const { return m_storyboard; }
-    /// Makes the destination, hands it to prepareForSegue, then shows it (pushed, or presented without a navigation stack) or
-    /// presents it, animated. An unknown identifier is logged, and nothing happens.
+    /// Makes the destination, hands it to prepareForSegue, then shows it (pushed, or presented without a navigation
+    /// stack) or presents it, animated. An unknown identifier is logged, and nothing happens.
     void performSegue(const std::string& identifier, QObject* sender = nullptr);
     /// The place to hand over data. Default: nothing.
     virtual void prepareForSegue(UIStoryboardSegue& segue, QObject* sender);
@@ -109,12 +110,13 @@ public:
 
 signals:
     void titleChanged();
-    /// From the screen or container that presents, when its presented screen has changed (for those that stand in a container:
-    /// from the outermost one). The transition itself is told to the PresentationHost.
+    /// From the screen or container that presents, when its presented screen has changed (for those that stand in a
+    /// container: from the outermost one). The transition itself is told to the PresentationHost.
     void presentedViewControllerChanged();
 
 protected:
-    /// Makes the view and hands it to setView, without asking for view(). Default: an empty view of the main screen's size.
+    /// Makes the view and hands it to setView, without asking for view(). Default: an empty view of the main screen's
+    /// size.
     virtual void loadView();
     void setView(std::shared_ptr<UIView> view) { m_view = std::move(view); }
 

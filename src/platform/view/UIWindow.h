@@ -15,7 +15,8 @@ public:
     std::shared_ptr<UIViewController> rootViewController() const { return m_root; }
     /// Shows another first screen, on a later turn; what the former one presents goes with it. Null: none.
     void setRootViewController(std::shared_ptr<UIViewController> controller);
-    /// The screen that a person deals with: presented last, and the top one where that is a navigation stack. Null: none.
+    /// The screen that a person deals with: presented last, and the top one where that is a navigation stack. Null:
+    /// none.
     std::shared_ptr<UIViewController> topViewController() const;
 
 signals:

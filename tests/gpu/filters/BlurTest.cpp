@@ -193,7 +193,8 @@ TEST_F(BlurTest, FractionsBecomeARadiusWithTheNextSizeOnce)
 
 TEST_F(BlurTest, SpacingSetsTheSamplesApart)
 {
-    // The pairs' places lie between texels that are no neighbours then, so that only single reads can be summed up here.
+    // The pairs' places lie between texels that are no neighbours then, so that only single reads can be summed up
+    // here.
     const CGImage picture = noisePicture(37, 23, false);
     using Blur = GPUImageGaussianBlurFilter;
     GPUImageGaussianBlurFilter filter;

@@ -14,7 +14,8 @@ namespace lamina::test {
 /// Red, green, blue, alpha, 0 to 1, as stored.
 using Color = std::array<double, 4>;
 
-/// A picture as a texture, in double precision. The coordinate (0, 0) is the picture's top left corner, (1, 1) its bottom right.
+/// A picture as a texture, in double precision. The coordinate (0, 0) is the picture's top left corner, (1, 1) its
+/// bottom right.
 class Texture {
 public:
     /// Four bytes a pixel in the order R G B A, whatever the alpha is said to mean: what GL sees.
@@ -66,7 +67,8 @@ void expectTwoInputFilter(GPUImageTwoInputFilter& filter, const CGImage& first, 
 
 /// The picture as a filter sees it through the rotation of its slot.
 CGImage turned(const CGImage& input, GPUImageRotationMode rotation);
-/// All eight rotations: `input` pushed into a new filter whose slot 0 has that rotation. The formula sees the turned picture.
+/// All eight rotations: `input` pushed into a new filter whose slot 0 has that rotation. The formula sees the turned
+/// picture.
 void expectFilterInAllRotations(const std::function<std::shared_ptr<GPUImageFilter>()>& make, const CGImage& input,
                                 const Formula& formula, int tolerance = 2);
 

@@ -74,8 +74,8 @@ CGImage softElegance(const CGImage& picture)
 TEST(LookupGroups, SoftEleganceFollowsItsChain)
 {
     ASSERT_NO_FATAL_FAILURE(requireContext());
-    // Rounding to bytes after the first table and after the mixture may differ by one each way. The second table climbs by at
-    // most 10 from one entry to the next, 4 apart: 2.5 times as steep as what goes in.
+    // Rounding to bytes after the first table and after the mixture may differ by one each way. The second table climbs
+    // by at most 10 from one entry to the next, 4 apart: 2.5 times as steep as what goes in.
     constexpr int kTolerance = 4;
     for (const CGImage& picture : usualPictures()) {
         const auto group = std::make_shared<GPUImageSoftEleganceFilter>();

@@ -134,8 +134,8 @@ TEST_F(NeighbourFilterTest, NeighboursAreThoseOfTheTextureInAllRotations)
                                posterized(0.2, 10));
 }
 
-/// As `posterized`, but where the edge is as steep as the threshold within what reads of neighbours are off (a step of 1/256
-/// towards the next texel, eight times), either side of it is right.
+/// As `posterized`, but where the edge is as steep as the threshold within what reads of neighbours are off (a step of
+/// 1/256 towards the next texel, eight times), either side of it is right.
 void expectPosterized(GPUImageOutput& filter, const CGImage& picture, double threshold, double levels)
 {
     constexpr double kDoubt = 0.02;

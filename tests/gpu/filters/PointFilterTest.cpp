@@ -152,7 +152,8 @@ TEST(PointFilters, ATintChangesWithoutTheColour)
                  });
 }
 
-// What is rounded on the way shows twelve times as large. Little changes from pixel to pixel, or the driver's reads would.
+// What is rounded on the way shows twelve times as large. Little changes from pixel to pixel, or the driver's reads
+// would.
 TEST(PointFilters, ATintGoesFarPastItsEndWithoutLoss)
 {
     ASSERT_NO_FATAL_FAILURE(requireContext());

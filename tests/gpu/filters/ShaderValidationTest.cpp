@@ -80,8 +80,8 @@ generalVariableIndexing 0
 generalConstantMatrixVectorIndexing 0
 )";
 
-/// What a compiler that knows nothing but OpenGL ES 2.0 says to the shader; empty where it is content. The shader stays in a
-/// file of the build folder.
+/// What a compiler that knows nothing but OpenGL ES 2.0 says to the shader; empty where it is content. The shader stays
+/// in a file of the build folder.
 std::string objections(const Shader& shader, const std::string& name)
 {
     const std::string stage = shader.kind == GL_VERTEX_SHADER ? "vert" : "frag";
@@ -162,7 +162,8 @@ TEST_F(ShaderValidationTest, EveryShaderOfTheCatalogueIsStrictlyOpenGLES2)
     for (const Shader& shader : shaders)
         EXPECT_EQ(objections(shader, "shader" + std::to_string(++number)), "");
 
-    // Where fragment shaders lack the high precision, a uniform that is in both would differ in precision, and not link.
+    // Where fragment shaders lack the high precision, a uniform that is in both would differ in precision, and not
+    // link.
     const std::set<std::string> inVertexShaders = uniformsOf(shaders, GL_VERTEX_SHADER);
     const std::set<std::string> inFragmentShaders = uniformsOf(shaders, GL_FRAGMENT_SHADER);
     EXPECT_THAT(inVertexShaders, testing::Contains("texelWidthOffset;"));

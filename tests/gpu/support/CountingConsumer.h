@@ -8,8 +8,8 @@
 
 namespace lamina::test {
 
-/// The end of a graph: writes down what it is told, in order, and keeps the pixels of what it gets. Read it while no frame is
-/// under way.
+/// The end of a graph: writes down what it is told, in order, and keeps the pixels of what it gets. Read it while no
+/// frame is under way.
 class CountingConsumer : public GPUImageInput {
 public:
     struct Frame {

@@ -9,7 +9,8 @@
 
 namespace lamina::test {
 
-/// A stream of frames out of the pool, as a camera or a movie gives them. Each push has reached all targets when it returns.
+/// A stream of frames out of the pool, as a camera or a movie gives them. Each push has reached all targets when it
+/// returns.
 class FrameSource : public GPUImageOutput {
 public:
     /// One colour.

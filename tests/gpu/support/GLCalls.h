@@ -2,8 +2,8 @@
 
 namespace lamina::test {
 
-/// Calls of GL that make objects or draw, counted for the whole program. Made in between by this program's own functions of
-/// GL's names, which the linker prefers.
+/// Calls of GL that make objects or draw, counted for the whole program. Made in between by this program's own
+/// functions of GL's names, which the linker prefers.
 struct GLCalls {
     int textures = 0;
     int framebuffers = 0;

@@ -46,8 +46,8 @@ private:
     LogSink m_before;
 };
 
-/// Needs a context, and fails where there is none: a test without one would say nothing. Starts with an empty pool and no
-/// GL error, and asks that none is left.
+/// Needs a context, and fails where there is none: a test without one would say nothing. Starts with an empty pool and
+/// no GL error, and asks that none is left.
 class GraphFixture : public testing::Test {
 protected:
     void SetUp() override

@@ -64,8 +64,8 @@ TEST(MainQueue, IdleWaitsForAnswersAndTimers)
     EXPECT_TRUE(mainQueue().runUntilIdle(10));
     EXPECT_EQ(order, "st");
 
-    // Work that ends without an answer, and a timer that is taken back elsewhere, end the wait too; both come when the main
-    // queue has most likely gone to sleep.
+    // Work that ends without an answer, and a timer that is taken back elsewhere, end the wait too; both come when the
+    // main queue has most likely gone to sleep.
     const auto whenAsleep = [&](DispatchQueue::Block block) {
         worker.async([block = std::move(block)] {
             std::this_thread::sleep_for(std::chrono::milliseconds(3));

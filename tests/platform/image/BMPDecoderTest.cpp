@@ -100,7 +100,8 @@ TEST(BMPDecoder, TakesWhatWritersLeaveOut)
 
 TEST(BMPDecoder, UnpacksRunsFromTheBottomUp)
 {
-    // Bottom row: two red, literal green red green (padded), end of line. Next row: skip one right and one up, red. No more.
+    // Bottom row: two red, literal green red green (padded), end of line. Next row: skip one right and one up, red. No
+    // more.
     const Bytes runs{2, 1, 0, 3, 2, 1, 2, 0, 0, 0, 0, 2, 1, 1, 1, 1, 0, 1};
     const BMPFile file{.width = 5, .height = 3, .bits = 8, .compression = 1, .extra = kBlackRedGreen, .pixels = runs};
     const UIImage image = pictureOf(decode(kBMPFormat, file.bytes()));

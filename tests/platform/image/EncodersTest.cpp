@@ -96,8 +96,8 @@ TEST(Encoders, KeepGrayPicturesGray)
     EXPECT_EQ(read(kTIFF(ramp.withMask(bytePicture(40, 30, [](int, int) { return 0; })))).mode, "L");
 }
 
-// The look of a ramp, the resolution of colours, and the profile. In best quality each of the three steps (colours, transform,
-// quantisation) rounds once.
+// The look of a ramp, the resolution of colours, and the profile. In best quality each of the three steps (colours,
+// transform, quantisation) rounds once.
 TEST(Encoders, WriteJPEGInTheQualityWanted)
 {
     const CGImage ramp = fourBytePicture(120, 90, CGImageAlphaInfo::NoneSkipLast, [](int x, int y) {

@@ -39,7 +39,8 @@ TEST(ImageDrawing, MirrorsAndQuarterTurnsAreExact)
 {
     const CGImage source = noisePicture(11, 6, CGImageAlphaInfo::NoneSkipLast);
     const auto turned = [&](double degrees) { return CGAffineTransform::rotation(degrees * std::numbers::pi / 180); };
-    // Each takes the source's pixel (x, y) to the place given beside it; an oblique detour and back costs nothing either.
+    // Each takes the source's pixel (x, y) to the place given beside it; an oblique detour and back costs nothing
+    // either.
     const std::vector<std::pair<CGAffineTransform, std::function<IntSize(int, int)>>> cases{
         {{-1, 0, 0, 1, 11, 0},
          [](int x, int y) {

@@ -34,7 +34,8 @@ PNGChunk gamma(std::size_t value)
 
 TEST(PNGDecoder, RoundsSixteenBitsToTheNearest)
 {
-    // 128 and 129 of 65535 are 0.498 and 0.502 of 255, 65406 and 65407 are 254.498 and 254.502; the high byte alone would give 0, 0, 255, 255.
+    // 128 and 129 of 65535 are 0.498 and 0.502 of 255, 65406 and 65407 are 254.498 and 254.502; the high byte alone
+    // would give 0, 0, 255, 255.
     const Bytes file = rowPNG(4, 16, kGrey, {0x00, 0x80, 0x00, 0x81, 0xFF, 0x7E, 0xFF, 0x7F});
     const int expected[] = {0, 1, 254, 255};
     const std::vector<Pixel> row = firstRow(decode(kPNGFormat, file));
@@ -97,7 +98,8 @@ TEST(PNGDecoder, FindsTheOrientationBehindThePixels)
     EXPECT_EQ(pictureOf(decode(kPNGFormat, pngOf(chunks))).imageOrientation(), UIImageOrientation::Right);
 }
 
-/// The megabytes by which `body` raises the most memory that a process of its own has held; at least 255 when it crashes.
+/// The megabytes by which `body` raises the most memory that a process of its own has held; at least 255 when it
+/// crashes.
 template <class Body>
 int megabytesTakenBy(Body body)
 {

@@ -157,7 +157,8 @@ TEST(Path, StrokesHaveMitredJoinsAndFlatEnds)
     for (int y = 0; y < 42; ++y)
         EXPECT_EQ(tip[static_cast<std::size_t>(70 * y + 48)], 0);
     EXPECT_GT(tip[70 * 21 + 44], 200);
-    // Twice the corner's angle and the mitre stands: its length is width / sin(half the angle), half of it beyond the corner.
+    // Twice the corner's angle and the mitre stands: its length is width / sin(half the angle), half of it beyond the
+    // corner.
     UIBezierPath wedge;
     wedge.moveToPoint({5, 11});
     wedge.addLineToPoint({45, 21});

@@ -30,7 +30,8 @@ enum Tag : std::uint16_t {
     kSampleFormat = 339,
 };
 
-/// A little-endian page of one row (unless told otherwise), uncompressed. All tags are written as 32-bit or 16-bit numbers.
+/// A little-endian page of one row (unless told otherwise), uncompressed. All tags are written as 32-bit or 16-bit
+/// numbers.
 struct TIFFPage {
     std::uint32_t width = 1;
     std::uint32_t height = 1;

@@ -14,8 +14,8 @@
 
 namespace lamina::test {
 
-/// A view of 400 by 400 with fingers on it, and a log of what its recognisers say. Time moves by a sixtieth of a second an
-/// event; timers go by a clock of their own.
+/// A view of 400 by 400 with fingers on it, and a log of what its recognisers say. Time moves by a sixtieth of a second
+/// an event; timers go by a clock of their own.
 class TouchBench : public testing::Test {
 protected:
     TouchBench() { Clock::setShared(clock); }

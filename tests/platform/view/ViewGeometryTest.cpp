@@ -94,8 +94,8 @@ TEST(ViewGeometry, ConvertsThroughTransformsAndScrolledBounds)
     scrolled->setBounds({30, 40, 200, 200}); // its point (30, 40) stands at the frame's corner
     const auto zoomed = child(*scrolled, {50, 60, 20, 10});
     zoomed->setTransform(CGAffineTransform::scaling(2, 2).rotated(kQuarter));
-    // Its centre (10, 5) is at (60, 65) of `scrolled`, that is (130, 75) of the root. Five to the right of that is, turned
-    // clockwise and doubled, ten down.
+    // Its centre (10, 5) is at (60, 65) of `scrolled`, that is (130, 75) of the root. Five to the right of that is,
+    // turned clockwise and doubled, ten down.
     expectNear(zoomed->convertPointToView({15, 5}, nullptr), {130, 85});
     expectNear(zoomed->convertPointFromView({130, 85}, root.get()), {15, 5});
     const auto sibling = child(*root, {300, 300, 10, 10});

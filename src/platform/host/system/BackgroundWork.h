@@ -14,8 +14,8 @@ DispatchQueue& busQueue();
 /// For looking through folders, which can take long on slow disks. Never destroyed.
 DispatchQueue& folderQueue();
 
-/// Runs `work` on `queue` and hands its value to `done` on the main queue, unless `context` is gone by then. Until that has
-/// happened the main queue does not count as idle. Called on the main thread.
+/// Runs `work` on `queue` and hands its value to `done` on the main queue, unless `context` is gone by then. Until that
+/// has happened the main queue does not count as idle. Called on the main thread.
 template <class Value>
 void inBackground(DispatchQueue& queue, QObject* context, std::function<Value()> work, std::function<void(Value)> done)
 {

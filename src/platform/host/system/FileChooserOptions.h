@@ -6,7 +6,8 @@
 
 namespace lamina {
 
-/// What a file chooser is asked for: one picture file. All texts are to be shown to a person as they are; paths are bytes.
+/// What a file chooser is asked for: one picture file. All texts are to be shown to a person as they are; paths are
+/// bytes.
 struct FileChooserQuestion {
     std::string parentWindow; ///< over which it stands, from `portalWindowIdentifier`; may be empty
     std::string title;
@@ -15,8 +16,8 @@ struct FileChooserQuestion {
         folder; ///< in which it starts; empty: the samples while a person has no pictures, else where the desktop likes
 };
 
-/// The question as options of the portal's OpenFile call (a{sv}), the title and the parent window apart. The answer will come
-/// to the request object that ends in `token`.
+/// The question as options of the portal's OpenFile call (a{sv}), the title and the parent window apart. The answer
+/// will come to the request object that ends in `token`.
 QVariantMap fileChooserOptions(const FileChooserQuestion& question, const QString& token);
 
 } // namespace lamina

@@ -119,7 +119,8 @@ void FileChooserPortal::ask(const QDBusConnection& bus, const FileChooserQuestio
         kPortalService, kPortalPath, QStringLiteral("org.freedesktop.portal.FileChooser"), QStringLiteral("OpenFile"));
     call << QString::fromStdString(question.parentWindow) << QString::fromStdString(question.title)
          << fileChooserOptions(question, token);
-    // Not a child: a question that is taken back early is closed when its handle comes, whatever has become of this object.
+    // Not a child: a question that is taken back early is closed when its handle comes, whatever has become of this
+    // object.
     auto* const watcher = new QDBusPendingCallWatcher(bus.asyncCall(call, m_patience));
     QObject::connect(watcher, &QDBusPendingCallWatcher::finished, watcher,
                      [self = QPointer(this), bus, number = m_question, watcher] {

@@ -30,8 +30,8 @@ struct FileChooserAnswer {
     Error error;
 };
 
-/// The desktop's own file chooser, by the portal org.freedesktop.portal.FileChooser of the session bus. Nothing here waits: the
-/// person may think for an hour. One question at a time. Main thread.
+/// The desktop's own file chooser, by the portal org.freedesktop.portal.FileChooser of the session bus. Nothing here
+/// waits: the person may think for an hour. One question at a time. Main thread.
 class FileChooserPortal : public QObject {
     Q_OBJECT
 
@@ -42,17 +42,18 @@ public:
     /// Cancels.
     ~FileChooserPortal() override;
 
-    /// Opens the chooser. The completion runs once, on a later turn of the main queue, unless the question is taken back before;
-    /// it may destroy this object. A question that is still open is cancelled first.
+    /// Opens the chooser. The completion runs once, on a later turn of the main queue, unless the question is taken
+    /// back before; it may destroy this object. A question that is still open is cancelled first.
     void open(FileChooserQuestion question, Completion completion);
 
-    /// Takes the question back: the chooser closes, the completion is not called any more. The second time nothing happens.
+    /// Takes the question back: the chooser closes, the completion is not called any more. The second time nothing
+    /// happens.
     void cancel();
 
     bool isOpen() const { return static_cast<bool>(m_completion); }
 
-    /// How long the portal may take to say that it is about to ask, in milliseconds; then it counts as unavailable. It does not
-    /// limit the person. Default: ten seconds, in which a slow phone starts it.
+    /// How long the portal may take to say that it is about to ask, in milliseconds; then it counts as unavailable. It
+    /// does not limit the person. Default: ten seconds, in which a slow phone starts it.
     void setPatience(int milliseconds) { m_patience = milliseconds; }
 
 private slots:

@@ -22,13 +22,13 @@ struct FolderContents {
     std::string error;       ///< a text to show when the folder can't be read; then there are no entries
 };
 
-/// What stands in `folder`: folders first, by name; then picture files in `order`, by name where they are equally old. Names
-/// go as people sort them: by the language's letters, whatever their case, and numbers by value. Links count as what
-/// they lead to.
+/// What stands in `folder`: folders first, by name; then picture files in `order`, by name where they are equally old.
+/// Names go as people sort them: by the language's letters, whatever their case, and numbers by value. Links count as
+/// what they lead to.
 ///
-/// Left out: what is hidden, links that lead nowhere, names that are no UTF-8 and could not be asked for again, and everything
-/// beyond the first `limit`. When `cancelled` is set the rest is not read, and what is there does not matter.
-/// Reads the disk: for a background thread.
+/// Left out: what is hidden, links that lead nowhere, names that are no UTF-8 and could not be asked for again, and
+/// everything beyond the first `limit`. When `cancelled` is set the rest is not read, and what is there does not
+/// matter. Reads the disk: for a background thread.
 FolderContents listFolder(const std::string& folder, FolderOrder order, std::size_t limit,
                           const std::atomic<bool>& cancelled);
 

@@ -9,8 +9,8 @@
 
 namespace lamina {
 
-/// A folder as the chooser in the window shows it: the folders in it, then its pictures. Listed in the background; until then
-/// it is empty and `loading`. It does not look by itself whether something has changed. Main thread.
+/// A folder as the chooser in the window shows it: the folders in it, then its pictures. Listed in the background;
+/// until then it is empty and `loading`. It does not look by itself whether something has changed. Main thread.
 class FolderModel : public QAbstractListModel {
     Q_OBJECT
     /// Absolute and without ".." when read. What is set may be relative; setting the same folder again lists it anew.
@@ -25,8 +25,8 @@ class FolderModel : public QAbstractListModel {
     Q_PROPERTY(QString error READ error NOTIFY stateChanged FINAL)
     /// What to say about the list, such as that it is not all; mostly empty.
     Q_PROPERTY(QString note READ note NOTIFY stateChanged FINAL)
-    /// Maps {name, path}: the person's pictures, their home, and the samples while there are no pictures. Empty until a folder
-    /// has been listed.
+    /// Maps {name, path}: the person's pictures, their home, and the samples while there are no pictures. Empty until a
+    /// folder has been listed.
     Q_PROPERTY(QVariantList places READ places NOTIFY placesChanged FINAL)
 
 public:

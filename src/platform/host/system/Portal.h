@@ -12,7 +12,8 @@ namespace lamina {
 inline const QString kPortalService = QStringLiteral("org.freedesktop.portal.Desktop");
 inline const QString kPortalPath = QStringLiteral("/org/freedesktop/portal/desktop");
 
-/// Gives the bus on which the portals are looked for. Called on a background thread, since connecting waits for an answer.
+/// Gives the bus on which the portals are looked for. Called on a background thread, since connecting waits for an
+/// answer.
 using BusConnector = std::function<QDBusConnection()>;
 
 /// The session's own bus, not connected when there is none.

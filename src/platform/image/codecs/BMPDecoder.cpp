@@ -6,9 +6,9 @@
 
 #include <bit>
 
-/// BMP. An index beyond the palette, and what run-length data leave out, is black (the first index for the latter). Alpha
-/// counts where the header has a mask for it; a picture whose alpha is 0 throughout was written by a program that left the
-/// field unset, and is taken as opaque. Plain pixels can be reduced on the way.
+/// BMP. An index beyond the palette, and what run-length data leave out, is black (the first index for the latter).
+/// Alpha counts where the header has a mask for it; a picture whose alpha is 0 throughout was written by a program that
+/// left the field unset, and is taken as opaque. Plain pixels can be reduced on the way.
 namespace lamina {
 
 namespace {

@@ -24,7 +24,8 @@ enum Compression : std::uint32_t {
     kAlphaBitFields = 6,
 };
 
-/// The two headers and the masks behind the second; fields beyond the end read as zero, as the shorter versions mean them.
+/// The two headers and the masks behind the second; fields beyond the end read as zero, as the shorter versions mean
+/// them.
 struct Fields {
     std::array<std::uint8_t, kFileHeaderSize + kLargestHeaderSize + 16> bytes{};
     std::size_t count = 0;

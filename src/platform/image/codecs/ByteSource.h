@@ -19,8 +19,8 @@ public:
     virtual std::size_t read(std::uint64_t offset, std::span<std::uint8_t> target) = 0;
 };
 
-/// Opens a regular file (links followed). The error's cause says plainly what is wrong: missing, a folder, no permission,
-/// not a regular file.
+/// Opens a regular file (links followed). The error's cause says plainly what is wrong: missing, a folder, no
+/// permission, not a regular file.
 Result<std::unique_ptr<ByteSource>> openFileSource(const std::string& path);
 
 /// Reads from memory that must outlive the source.

@@ -7,8 +7,8 @@
 #include <memory>
 #include <vector>
 
-/// GIF, by giflib: the first frame on its logical screen, which is clear where the frame isn't. What a frame holds outside
-/// the screen is cut off, an index beyond the palette is black.
+/// GIF, by giflib: the first frame on its logical screen, which is clear where the frame isn't. What a frame holds
+/// outside the screen is cut off, an index beyond the palette is black.
 namespace lamina {
 
 namespace {

@@ -10,8 +10,8 @@
 #include <memory>
 #include <vector>
 
-/// HEIC and AVIF, by libheif: the primary picture, turned and cropped by its own boxes, so that it comes upright; its EXIF
-/// tag says the same once more and is left alone. Reduced by whole factors while it is copied out of the codec.
+/// HEIC and AVIF, by libheif: the primary picture, turned and cropped by its own boxes, so that it comes upright; its
+/// EXIF tag says the same once more and is left alone. Reduced by whole factors while it is copied out of the codec.
 namespace lamina {
 
 namespace {
@@ -184,8 +184,8 @@ private:
     std::optional<std::string> decodePixels()
     {
         const Owned<heif_decoding_options> options(m_heif.optionsAlloc(), m_heif.optionsFree);
-        // Of the two decoders for AVIF this one is quiet about damaged data; the other writes to standard error. For HEIC the
-        // name means nothing.
+        // Of the two decoders for AVIF this one is quiet about damaged data; the other writes to standard error. For
+        // HEIC the name means nothing.
         if (options && options->version >= 4)
             options->decoder_id = "aom";
         heif_image* image = nullptr;

@@ -69,8 +69,8 @@ void eachBox(ByteSource& source, std::uint64_t offset, std::uint64_t limit, cons
 /// Which items are decoded along with each item.
 class Dependencies {
 public:
-    /// Takes the references of an iref box in, one after another as libheif reads them: it trusts their counts and not the sizes
-    /// of their boxes.
+    /// Takes the references of an iref box in, one after another as libheif reads them: it trusts their counts and not
+    /// the sizes of their boxes.
     void add(std::span<const std::uint8_t> content)
     {
         if (content.size() < 4)
@@ -102,8 +102,8 @@ public:
     }
 
 private:
-    /// How often a decoder runs for an item, itself included; more than the most when it comes back to itself. Deep chains
-    /// count as that too, so that this walk has an end.
+    /// How often a decoder runs for an item, itself included; more than the most when it comes back to itself. Deep
+    /// chains count as that too, so that this walk has an end.
     std::uint64_t itemsDecoded(std::uint64_t item, int depth)
     {
         constexpr int kDeepest = 64;

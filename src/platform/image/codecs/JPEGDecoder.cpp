@@ -7,8 +7,8 @@
 
 #include <algorithm>
 
-/// JPEG, by libjpeg-turbo: baseline and progressive, 8 bits, Huffman coded; grey, YCbCr, RGB, CMYK and YCCK. Can be reduced to
-/// eighths on the way, which costs nothing: the inverse transform gives fewer samples a block.
+/// JPEG, by libjpeg-turbo: baseline and progressive, 8 bits, Huffman coded; grey, YCbCr, RGB, CMYK and YCCK. Can be
+/// reduced to eighths on the way, which costs nothing: the inverse transform gives fewer samples a block.
 namespace lamina {
 
 namespace {
@@ -25,9 +25,9 @@ constexpr std::uint64_t divideUp(std::uint64_t value, std::uint64_t divisor)
     return (value + divisor - 1) / divisor;
 }
 
-/// The smallest number of eighths that leaves `shortSide` pixels on the shorter side. Where that is more than half, the whole is
-/// read instead if it is of moderate size: the library has vector code for the whole and the half, and none for what
-/// lies between (12 megapixels: 45 ms whole, 70 ms at seven eighths).
+/// The smallest number of eighths that leaves `shortSide` pixels on the shorter side. Where that is more than half, the
+/// whole is read instead if it is of moderate size: the library has vector code for the whole and the half, and none
+/// for what lies between (12 megapixels: 45 ms whole, 70 ms at seven eighths).
 unsigned reducedEighths(unsigned width, unsigned height, int shortSide)
 {
     constexpr std::uint64_t kModerateBytes = 64u << 20;

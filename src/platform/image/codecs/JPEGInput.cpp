@@ -21,8 +21,8 @@ bool beginsWith(std::span<const std::uint8_t> bytes, std::string_view mark)
     return bytes.size() >= mark.size() && std::memcmp(bytes.data(), mark.data(), mark.size()) == 0;
 }
 
-/// Warnings after which a part of the picture is made up. The others are about bytes between segments, version numbers and
-/// the like, which every viewer passes over.
+/// Warnings after which a part of the picture is made up. The others are about bytes between segments, version numbers
+/// and the like, which every viewer passes over.
 bool meansMissingData(int code)
 {
     switch (code) {

@@ -14,8 +14,8 @@
 
 namespace lamina {
 
-/// The decompressor of libjpeg over a ByteSource, with its error jumps kept in, its warnings sorted, the EXIF and profile
-/// segments gathered within bounds and hostile scan scripts stopped.
+/// The decompressor of libjpeg over a ByteSource, with its error jumps kept in, its warnings sorted, the EXIF and
+/// profile segments gathered within bounds and hostile scan scripts stopped.
 ///
 /// Every call into the library goes through `attempt`. Afterwards a failed one has a cause. Not movable: the library
 /// points into it.
@@ -28,7 +28,8 @@ public:
 
     jpeg_decompress_struct& info() { return m_info; }
 
-    /// Runs `body`; false when the library gave up in it. The jump passes over `body`, which may therefore not own anything.
+    /// Runs `body`; false when the library gave up in it. The jump passes over `body`, which may therefore not own
+    /// anything.
     template <class Body>
     bool attempt(Body body)
     {
@@ -45,14 +46,15 @@ public:
     /// The profile put together from its segments; empty when there is none or a segment is missing.
     std::vector<std::uint8_t> profile() const;
 
-    /// Limits how often a file of several scans may go over the picture and how long its data may be, given its blocks of
-    /// 8 × 8 coefficients.
+    /// Limits how often a file of several scans may go over the picture and how long its data may be, given its blocks
+    /// of 8 × 8 coefficients.
     void limitWork(std::uint64_t blocks);
     /// True when every colour component was in some scan.
     bool sawAllComponents() const;
 
 private:
-    // Reached by profiles and private segments only; without it a large file of zeros would be searched for markers to its end.
+    // Reached by profiles and private segments only; without it a large file of zeros would be searched for markers to
+    // its end.
     static constexpr std::uint64_t kMostHeaderBytes = std::uint64_t{64} << 20;
 
     struct Errors : jpeg_error_mgr {

@@ -13,9 +13,9 @@
 #include <string_view>
 #include <vector>
 
-/// PNG, by libpng: every colour type, bit depth and interlacing, as 8-bit RGBA. Pictures that aren't interlaced can be reduced by
-/// whole numbers on the way. A checksum that fails is an error in the chunks that make up the picture; elsewhere the chunk
-/// is passed over.
+/// PNG, by libpng: every colour type, bit depth and interlacing, as 8-bit RGBA. Pictures that aren't interlaced can be
+/// reduced by whole numbers on the way. A checksum that fails is an error in the chunks that make up the picture;
+/// elsewhere the chunk is passed over.
 namespace lamina {
 
 namespace {
@@ -46,7 +46,8 @@ public:
     png_infop info() { return m_info; }
     const char* cause() const { return m_cause; }
 
-    /// Runs `body`; false when the library gave up in it. The jump passes over `body`, which may therefore not own anything.
+    /// Runs `body`; false when the library gave up in it. The jump passes over `body`, which may therefore not own
+    /// anything.
     template <class Body>
     bool attempt(Body body)
     {
@@ -104,7 +105,8 @@ void PNGInput::readHeader()
     png_set_chunk_malloc_max(m_png, kLargestChunk);
     png_set_chunk_cache_max(m_png, kMostChunks);
     png_set_keep_unknown_chunks(m_png, PNG_HANDLE_CHUNK_NEVER, kUnused, static_cast<int>(sizeof kUnused / 5));
-    // The library's own reader of this chunk allocates whatever length it claims; the one for unknown chunks keeps the limit.
+    // The library's own reader of this chunk allocates whatever length it claims; the one for unknown chunks keeps the
+    // limit.
     png_set_keep_unknown_chunks(m_png, PNG_HANDLE_CHUNK_ALWAYS, kExif, 1);
     png_set_crc_action(m_png, PNG_CRC_ERROR_QUIT, PNG_CRC_WARN_DISCARD);
     png_set_benign_errors(m_png, 1);
@@ -187,8 +189,8 @@ bool isNear(const Chromaticities& x, const Chromaticities& y)
     return near(x.white, y.white) && near(x.red, y.red) && near(x.green, y.green) && near(x.blue, y.blue);
 }
 
-/// What the file says of its colours by numbers. An exponent of about 1/2.2 with the primaries of sRGB is how older programs
-/// write sRGB and is taken as that.
+/// What the file says of its colours by numbers. An exponent of about 1/2.2 with the primaries of sRGB is how older
+/// programs write sRGB and is taken as that.
 std::vector<std::uint8_t> statedColors(PNGInput& input)
 {
     double encoding = 0;

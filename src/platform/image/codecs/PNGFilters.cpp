@@ -40,8 +40,8 @@ struct Paeth {
     }
 };
 
-/// Differences of a stretch and the sum of their magnitudes. Short stretches keep the sum in 16 bits, so that sixteen lanes
-/// of it fit where four would.
+/// Differences of a stretch and the sum of their magnitudes. Short stretches keep the sum in 16 bits, so that sixteen
+/// lanes of it fit where four would.
 template <class Predictor>
 std::uint64_t filterRow(const std::uint8_t* __restrict row, const Neighbours& near, std::size_t count,
                         std::uint8_t* __restrict target)

@@ -7,8 +7,8 @@
 
 namespace lamina {
 
-/// Turns rows of a PNG into differences, which compress better. Of the five filters of the format each row takes the one
-/// whose differences, as signed bytes, have the smallest sum of magnitudes; on a tie the simpler one.
+/// Turns rows of a PNG into differences, which compress better. Of the five filters of the format each row takes the
+/// one whose differences, as signed bytes, have the smallest sum of magnitudes; on a tie the simpler one.
 ///
 /// One object serves one thread. Rows are given in `next()`, from top to bottom.
 class PNGFilters {

@@ -44,9 +44,9 @@ inline bool isCancelled(const DecodeOptions& options)
     return options.cancelled != nullptr && options.cancelled->load(std::memory_order_relaxed);
 }
 
-/// Nothing when a header's claim of `width` × `height` pixels may be believed; else the cause of refusal. `heldBytes` is all that
-/// decoding will hold for pixels, after reduction and with the codec's own frame buffers; `fileBytes` is the compressed
-/// size, against which a very large claim is weighed (a bomb claims far more than its data can carry).
+/// Nothing when a header's claim of `width` × `height` pixels may be believed; else the cause of refusal. `heldBytes`
+/// is all that decoding will hold for pixels, after reduction and with the codec's own frame buffers; `fileBytes` is
+/// the compressed size, against which a very large claim is weighed (a bomb claims far more than its data can carry).
 std::optional<std::string> refusal(std::int64_t width, std::int64_t height, std::uint64_t heldBytes,
                                    std::uint64_t fileBytes, const DecodeOptions& options);
 
@@ -62,9 +62,9 @@ public:
     std::size_t bytesPerRow() const { return 4 * static_cast<std::size_t>(m_width); }
     std::uint8_t* row(int y) { return m_buffer.data() + static_cast<std::size_t>(y) * bytesPerRow(); }
 
-    /// Ends the work. `translucent`: whether alpha bytes were written (otherwise they are set to 255 here; with it, a picture whose
-    /// alpha is 255 throughout still becomes `NoneSkipLast`). `iccProfile`: an RGB or grey profile that the rows are in, empty
-    /// for sRGB; one that can't be used is ignored.
+    /// Ends the work. `translucent`: whether alpha bytes were written (otherwise they are set to 255 here; with it, a
+    /// picture whose alpha is 255 throughout still becomes `NoneSkipLast`). `iccProfile`: an RGB or grey profile that
+    /// the rows are in, empty for sRGB; one that can't be used is ignored.
     UIImage finish(bool translucent, std::span<const std::uint8_t> iccProfile, UIImageOrientation orientation) &&;
     /// The same for rows whose alpha bytes were written as 255, which saves a walk over the pixels.
     UIImage finishOpaque(std::span<const std::uint8_t> iccProfile, UIImageOrientation orientation) &&;

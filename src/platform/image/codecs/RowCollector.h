@@ -7,16 +7,16 @@
 
 namespace lamina {
 
-/// The largest whole number by which both sides can be divided (the rest rounded up) with at least `shortSide` pixels left
-/// on the shorter one; 1 when nothing is to be reduced.
+/// The largest whole number by which both sides can be divided (the rest rounded up) with at least `shortSide` pixels
+/// left on the shorter one; 1 when nothing is to be reduced.
 int reductionFactor(std::int64_t width, std::int64_t height, int shortSide);
 
 /// The bytes that a collector holds, for `refusal`.
 std::uint64_t collectorBytes(std::int64_t width, std::int64_t height, int factor);
 
-/// Takes the full-size rows of a picture from top to bottom, RGBA with straight alpha, and keeps the mean of each square of
-/// `factor` pixels (colours weighted by alpha; squares at the right and bottom edge may be cut). With the factor 1 rows go
-/// straight to their place.
+/// Takes the full-size rows of a picture from top to bottom, RGBA with straight alpha, and keeps the mean of each
+/// square of `factor` pixels (colours weighted by alpha; squares at the right and bottom edge may be cut). With the
+/// factor 1 rows go straight to their place.
 class RowCollector {
 public:
     /// Empty (false) when memory is short. `translucent`: whether the rows carry alpha; without it

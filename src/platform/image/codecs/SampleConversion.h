@@ -17,8 +17,8 @@ constexpr std::uint8_t from16Bits(std::uint32_t value)
     return static_cast<std::uint8_t>((value + 128) / 257);
 }
 
-/// A premultiplied colour component in its straight form. A clear pixel has no colour and gives 0; a component above its
-/// alpha, which is not possible in a sound picture, saturates.
+/// A premultiplied colour component in its straight form. A clear pixel has no colour and gives 0; a component above
+/// its alpha, which is not possible in a sound picture, saturates.
 constexpr std::uint8_t straightComponent(std::uint32_t premultiplied, std::uint32_t alpha)
 {
     if (alpha == 0)

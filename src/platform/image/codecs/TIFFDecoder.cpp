@@ -9,8 +9,9 @@
 #include <memory>
 #include <vector>
 
-/// TIFF and BigTIFF, by libtiff: the first page. Grey, palette, RGB, CMYK and Lab pixels are converted here, in any packing; they
-/// can be reduced by whole factors on the way. The other kinds (YCbCr, LogLuv) go through libtiff's own conversion.
+/// TIFF and BigTIFF, by libtiff: the first page. Grey, palette, RGB, CMYK and Lab pixels are converted here, in any
+/// packing; they can be reduced by whole factors on the way. The other kinds (YCbCr, LogLuv) go through libtiff's own
+/// conversion.
 namespace lamina {
 
 namespace {

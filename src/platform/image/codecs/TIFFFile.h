@@ -52,8 +52,8 @@ struct TIFFLibrary {
 /// into `failure()`.
 class TIFFFile {
 public:
-    /// Null when the header or the first directory with all its values can't be read; `failure` then gets the cause. `largestAllocation`: the
-    /// most bytes that the library may take at once.
+    /// Null when the header or the first directory with all its values can't be read; `failure` then gets the cause.
+    /// `largestAllocation`: the most bytes that the library may take at once.
     static std::unique_ptr<TIFFFile> open(const TIFFLibrary& library, ByteSource& source, std::size_t largestAllocation,
                                           std::string& failure);
     ~TIFFFile();

@@ -65,8 +65,8 @@ bool readPalette(const TIFFFile& file, TIFFLayout& layout)
     if (layout.bits > 8 || file.library().getField(file.handle(), TIFFTAG_COLORMAP, &map[0], &map[1], &map[2]) != 1)
         return false;
     const std::size_t count = std::size_t{1} << layout.bits;
-    // The entries have 16 bits; some writers give 8, which shows when none is larger. The others may have multiplied by 256 or
-    // by 257: the high byte is right for both.
+    // The entries have 16 bits; some writers give 8, which shows when none is larger. The others may have multiplied by
+    // 256 or by 257: the high byte is right for both.
     bool small = true;
     for (const std::uint16_t* channel : map)
         small = small && std::all_of(channel, channel + count, [](std::uint16_t value) { return value < 256; });

@@ -37,13 +37,13 @@ struct TIFFLayout {
     /// Samples that decide a pixel's look, in the order in which a converter wants planes: the colours, then alpha.
     std::vector<int> usedSamples() const;
 
-    /// Nothing when the page is of another kind, which libtiff's own conversion may know. Sets the colour mode of the JPEG codec
-    /// where that makes the page RGB. Sides and samples are above zero.
+    /// Nothing when the page is of another kind, which libtiff's own conversion may know. Sets the colour mode of the
+    /// JPEG codec where that makes the page RGB. Sides and samples are above zero.
     static std::optional<TIFFLayout> read(const TIFFFile& file);
 };
 
-/// Turns stored rows into RGBA of 8 bits with straight alpha (255 without). All in 16 bits up to the last step, so that each
-/// value is rounded once.
+/// Turns stored rows into RGBA of 8 bits with straight alpha (255 without). All in 16 bits up to the last step, so that
+/// each value is rounded once.
 class TIFFRowConverter {
 public:
     /// `width`: the most pixels of a row. `inks`: how CMYK becomes RGB; the plain formula when there is none.

@@ -8,9 +8,9 @@
 #include <cstring>
 #include <memory>
 
-/// WebP, by libwebp: still pictures, and the first frame of an animation on its canvas, which is clear where the frame isn't.
-/// Opaque pictures can be reduced to any size on the way; translucent ones come whole, because the codec would mix the
-/// colours of clear pixels in.
+/// WebP, by libwebp: still pictures, and the first frame of an animation on its canvas, which is clear where the frame
+/// isn't. Opaque pictures can be reduced to any size on the way; translucent ones come whole, because the codec would
+/// mix the colours of clear pixels in.
 namespace lamina {
 
 namespace {
@@ -58,8 +58,8 @@ std::span<const std::uint8_t> chunk(WebPDemuxer* demuxer, const char* fourcc)
     return bytes;
 }
 
-/// What the decoder itself will hold for a frame: the whole picture when it is lossless, the whole alpha plane (with its
-/// own lossless frame behind it) when a lossy one has alpha, otherwise some rows.
+/// What the decoder itself will hold for a frame: the whole picture when it is lossless, the whole alpha plane (with
+/// its own lossless frame behind it) when a lossy one has alpha, otherwise some rows.
 std::uint64_t codecBytes(const WebPBitstreamFeatures& features)
 {
     const auto pixels = static_cast<std::uint64_t>(features.width) * static_cast<std::uint64_t>(features.height);
