@@ -1,6 +1,7 @@
 #include "platform/base/WorkerPool.h"
-#include "platform/image/CGContext.h"
-#include "platform/image/Resampling.h"
+#include "platform/image/drawing/CGContext.h"
+#include "platform/image/drawing/Resampling.h"
+#include "platform/image/drawing/UIImageDrawing.h"
 #include "support/Measuring.h"
 
 #include <benchmark/benchmark.h>
@@ -96,8 +97,8 @@ void twoPictures(benchmark::State& state)
         context.setFillColor(UIColor::white());
         context.fillRect(square);
         context.setAlpha(0.5);
-        second.drawInRect(context, square);
-        first.drawInRect(context, square);
+        drawInRect(second, context, square);
+        drawInRect(first, context, square);
         benchmark::DoNotOptimize(context.makeImage());
     }
 }
@@ -108,7 +109,7 @@ void reducedCrop(benchmark::State& state)
     const UIImage source(photo(3000, 2250));
     for (auto _ : state) {
         CGContext context = *CGContext::image({375, 375}, true, 1);
-        source.drawInRect(context, {-62.5, 0, 500, 375});
+        drawInRect(source, context, {-62.5, 0, 500, 375});
         benchmark::DoNotOptimize(context.makeImage());
     }
 }
@@ -120,7 +121,7 @@ void obliquePicture(benchmark::State& state)
         CGContext context = *CGContext::image({375, 375}, true, 3);
         context.translateCTM(187, 187);
         context.rotateCTM(0.4);
-        source.drawInRect(context, {-187, -187, 375, 375});
+        drawInRect(source, context, {-187, -187, 375, 375});
         benchmark::DoNotOptimize(context.makeImage());
     }
 }

@@ -2,37 +2,13 @@
 # keep their rooms' paths below include/lamina. `cmake --install BUILD --component development` installs it alone.
 include(CMakePackageConfigHelpers)
 
-set(LAMINA_PUBLIC_HEADERS
-    platform/base/CGAffineTransform.h
-    platform/base/CGGeometry.h
-    platform/base/CMTime.h
-    platform/base/DispatchQueue.h
-    platform/base/DispatchSemaphore.h
-    platform/base/Log.h
-    platform/base/NotificationCenter.h
-    platform/base/Result.h
-    platform/base/UIColor.h
-    platform/base/UIScreen.h
-    platform/base/WorkerPool.h
-    platform/image/CGColorSpace.h
-    platform/image/CGContext.h
-    platform/image/CGImage.h
-    platform/image/ImageSaving.h
-    platform/image/PictureDecoding.h
-    platform/image/PictureEncoding.h
-    platform/image/PixelBuffer.h
-    platform/image/Resampling.h
-    platform/image/SquareCrop.h
-    platform/image/UIBezierPath.h
-    platform/image/UIImage.h
-    imageops/ImageFilters.h
-    imageops/ImageGeometry.h
-)
-# The filter graph is public as a whole, but for a few helpers of its sources: new filters stand on all of it.
-set(private_headers "(_p|GLErrors|GLTextureFormat|LookupStage|PictureBytes)\\.h$")
-foreach(folder IN ITEMS platform/gl gpu/core gpu/sources gpu/filters)
-    file(GLOB headers CONFIGURE_DEPENDS RELATIVE ${PROJECT_SOURCE_DIR}/src ${PROJECT_SOURCE_DIR}/src/${folder}/*.h)
-    list(FILTER headers EXCLUDE REGEX ${private_headers})
+# Every header of the library's rooms is public, but for those marked as a room's own (NAME_p.h).
+set(public_rooms base files pixels drawing codecs gl imageops gpucore gpusources gpufilters)
+set(LAMINA_PUBLIC_HEADERS "")
+foreach(room IN LISTS public_rooms)
+    get_target_property(folder lamina_${room} SOURCE_DIR)
+    file(GLOB headers CONFIGURE_DEPENDS RELATIVE ${PROJECT_SOURCE_DIR}/src ${folder}/*.h)
+    list(FILTER headers EXCLUDE REGEX "_p\\.h$")
     list(APPEND LAMINA_PUBLIC_HEADERS ${headers})
 endforeach()
 foreach(header IN LISTS LAMINA_PUBLIC_HEADERS)
@@ -42,8 +18,7 @@ foreach(header IN LISTS LAMINA_PUBLIC_HEADERS)
 endforeach()
 
 set(package_folder ${CMAKE_INSTALL_LIBDIR}/cmake/lamina)
-set(rooms base image imageops gl gpucore gpusources gpufilters gpu)
-foreach(room IN LISTS rooms)
+foreach(room IN LISTS public_rooms ITEMS image gpu)
     set_target_properties(lamina_${room} PROPERTIES EXPORT_NAME ${room})
     install(TARGETS lamina_${room} EXPORT laminaTargets
         ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT development

@@ -1,7 +1,7 @@
 #include "BenchPhotos.h"
 
-#include "platform/image/PictureDecoding.h"
-#include "platform/image/Resampling.h"
+#include "platform/image/codecs/PictureDecoding.h"
+#include "platform/image/drawing/Resampling.h"
 
 #include <cstdio>
 #include <cstdlib>

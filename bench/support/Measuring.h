@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/image/CGImage.h"
+#include "platform/image/pixels/CGImage.h"
 
 #include <algorithm>
 #include <chrono>

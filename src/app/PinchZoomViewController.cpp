@@ -2,7 +2,7 @@
 
 #include "platform/base/Log.h"
 #include "platform/base/UIScreen.h"
-#include "platform/image/CGContext.h"
+#include "platform/image/drawing/CGContext.h"
 
 #include <utility>
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "platform/base/CGGeometry.h"
-#include "platform/image/UIImage.h"
+#include "platform/image/pixels/UIImage.h"
 #include "platform/view/UIWindow.h"
 
 #include <memory>

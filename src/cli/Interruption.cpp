@@ -1,7 +1,7 @@
 #include "cli/Interruption.h"
 
 #include "cli/ExitCode.h"
-#include "platform/image/PictureEncoding.h"
+#include "platform/files/FileWriting.h"
 
 #include <csignal>
 #include <unistd.h>

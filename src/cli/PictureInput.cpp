@@ -1,6 +1,6 @@
 #include "cli/PictureInput.h"
 
-#include "platform/image/PictureDecoding.h"
+#include "platform/image/codecs/PictureDecoding.h"
 
 #include <cerrno>
 #include <cstring>

@@ -1,8 +1,9 @@
 #include "cli/PictureOutput.h"
 
 #include "cli/Messages.h"
-#include "platform/image/ImageSaving.h"
-#include "platform/image/PictureEncoding.h"
+#include "platform/files/FileWriting.h"
+#include "platform/image/codecs/ImageSaving.h"
+#include "platform/image/codecs/PictureEncoding.h"
 
 #include <algorithm>
 #include <array>

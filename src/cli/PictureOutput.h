@@ -2,7 +2,7 @@
 
 #include "cli/ExitCode.h"
 #include "platform/base/Result.h"
-#include "platform/image/UIImage.h"
+#include "platform/image/pixels/UIImage.h"
 
 #include <string>
 

@@ -1,4 +1,4 @@
-#include "imageops/Angles.h"
+#include "imageops/Angles_p.h"
 
 #include <algorithm>
 #include <array>

@@ -1,4 +1,4 @@
-#include "imageops/ColorKernels.h"
+#include "imageops/ColorKernels_p.h"
 
 #include <algorithm>
 

@@ -1,4 +1,4 @@
-#include "imageops/ConvolutionKernels.h"
+#include "imageops/ConvolutionKernels_p.h"
 #include "imageops/DrawingSurface.h"
 #include "imageops/ImageFilters.h"
 #include "platform/base/Log.h"

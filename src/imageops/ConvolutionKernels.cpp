@@ -1,4 +1,4 @@
-#include "imageops/ConvolutionKernels.h"
+#include "imageops/ConvolutionKernels_p.h"
 
 #include <algorithm>
 #include <array>

@@ -1,9 +1,9 @@
 #include "imageops/DrawingSurface.h"
 
 #include "platform/base/WorkerPool.h"
-#include "platform/image/PixelConversion.h"
-#include "platform/image/PixelKernels.h"
-#include "platform/image/Resampling.h"
+#include "platform/image/drawing/Resampling.h"
+#include "platform/image/pixels/PixelConversion.h"
+#include "platform/image/pixels/PixelKernels.h"
 
 #include <array>
 #include <bit>

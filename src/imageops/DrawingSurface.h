@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/image/SourcePixels.h"
-#include "platform/image/UIImage.h"
+#include "platform/image/drawing/SourcePixels.h"
+#include "platform/image/pixels/UIImage.h"
 
 #include <cstddef>
 #include <cstdint>

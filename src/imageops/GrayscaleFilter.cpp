@@ -1,8 +1,8 @@
 #include "imageops/DrawingSurface.h"
 #include "imageops/ImageFilters.h"
 #include "platform/base/WorkerPool.h"
-#include "platform/image/CGContext.h"
-#include "platform/image/PixelKernels.h"
+#include "platform/image/drawing/CGContext.h"
+#include "platform/image/pixels/PixelKernels.h"
 
 #include <cstring>
 #include <utility>

@@ -1,6 +1,6 @@
 #include "imageops/ImageGeometry.h"
 
-#include "platform/image/PixelConversion.h"
+#include "platform/image/pixels/PixelConversion.h"
 
 #include <cmath>
 

@@ -3,7 +3,7 @@
 
 #include "platform/base/UIScreen.h"
 #include "platform/base/WorkerPool.h"
-#include "platform/image/CGContext.h"
+#include "platform/image/drawing/CGContext.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,9 +1,9 @@
-#include "imageops/Angles.h"
+#include "imageops/Angles_p.h"
 #include "imageops/DrawingSurface.h"
 #include "imageops/ImageGeometry.h"
-#include "imageops/MovedPicture.h"
+#include "imageops/MovedPicture_p.h"
 
-#include "platform/image/CGContext.h"
+#include "platform/image/drawing/CGContext.h"
 
 #include <cmath>
 #include <utility>

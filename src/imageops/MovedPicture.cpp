@@ -1,4 +1,4 @@
-#include "imageops/MovedPicture.h"
+#include "imageops/MovedPicture_p.h"
 
 #include <bit>
 #include <utility>

@@ -1,4 +1,4 @@
-#include "imageops/ColorKernels.h"
+#include "imageops/ColorKernels_p.h"
 #include "imageops/DrawingSurface.h"
 #include "imageops/ImageFilters.h"
 #include "platform/base/WorkerPool.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/image/UIImage.h"
+#include "platform/image/pixels/UIImage.h"
 #include "platform/photos/PHAsset.h"
 
 #include <vector>

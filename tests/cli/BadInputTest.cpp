@@ -1,4 +1,5 @@
 #include "CommandRunner.h"
+#include "TestPaths.h"
 #include "TestPictures.h"
 
 #include <gmock/gmock.h>
@@ -27,7 +28,7 @@ std::string bigEndian(std::uint32_t value)
 /// The bytes of a sample photo with the sides in its frame header overwritten.
 std::string jpegClaiming(int width, int height)
 {
-    std::string bytes = readFile(LAMINA_SAMPLES "/meadow.jpg");
+    std::string bytes = readFile(samples("meadow.jpg"));
     std::size_t at = 2;
     while (static_cast<std::uint8_t>(bytes[at + 1]) != 0xC0 && static_cast<std::uint8_t>(bytes[at + 1]) != 0xC2)
         at += 2 + 256 * static_cast<std::uint8_t>(bytes[at + 2]) + static_cast<std::uint8_t>(bytes[at + 3]);
@@ -95,7 +96,7 @@ TEST_F(BadInput, AFileWithoutPermissionIsTold)
 
 TEST_F(BadInput, HalfAPhotoIsAnErrorAndNoGreyPicture)
 {
-    const std::string photo = readFile(LAMINA_SAMPLES "/meadow.jpg");
+    const std::string photo = readFile(samples("meadow.jpg"));
     for (const double share : {0.1, 0.5, 0.99})
         expectRefusal(
             made("cut.jpg", photo.substr(0, static_cast<std::size_t>(share * static_cast<double>(photo.size())))),
@@ -106,7 +107,7 @@ TEST_F(BadInput, HalfAPhotoIsAnErrorAndNoGreyPicture)
 
 TEST_F(BadInput, ExtraBytesAtTheEndDoNotMatter)
 {
-    const std::string padded = made("padded.jpg", readFile(LAMINA_SAMPLES "/meadow.jpg") + std::string(5000, 'x'));
+    const std::string padded = made("padded.jpg", readFile(samples("meadow.jpg")) + std::string(5000, 'x'));
     EXPECT_EQ(runCommand(LAMINA_COMMAND, {"blend", padded, good(), "-o", folder.path("out.png")}).exitCode, 0);
 }
 

@@ -1,4 +1,5 @@
 #include "CommandRunner.h"
+#include "TestPaths.h"
 #include "TestPictures.h"
 
 #include <cmath>
@@ -171,8 +172,7 @@ TEST_F(BlendCommand, GivesTheSameBytesOnOneCore)
 {
     CommandOptions oneCore;
     oneCore.cores = 1;
-    const std::vector<std::string> arguments{"blend", LAMINA_SAMPLES "/meadow.jpg", portrait(), "-o", "-", "--zoom",
-                                             "1.37"};
+    const std::vector<std::string> arguments{"blend", samples("meadow.jpg"), portrait(), "-o", "-", "--zoom", "1.37"};
     const CommandResult all = lamina(arguments);
     ASSERT_EQ(all.exitCode, 0) << all.errors;
     EXPECT_EQ(lamina(arguments, oneCore).output, all.output);

@@ -1,4 +1,5 @@
 #include "CommandRunner.h"
+#include "TestPaths.h"
 #include "TestPictures.h"
 
 #include <gmock/gmock.h>
@@ -243,7 +244,7 @@ TEST_F(OpCommand, ReadsStandardInputAndWritesTheSameBytesOnAnyNumberOfCores)
         EXPECT_EQ(run.exitCode, 0) << run.errors;
         return run.output;
     };
-    const std::string photo = LAMINA_SAMPLES "/meadow.jpg";
+    const std::string photo = samples("meadow.jpg");
     CommandOptions piped;
     piped.input = readFile(photo);
     piped.cores = 1;

@@ -1,4 +1,5 @@
 // The ways of a photo into the window, and what can go wrong on them.
+#include "TestPaths.h"
 #include "WindowTest.h"
 
 #include "CommandRunner.h"
@@ -87,7 +88,7 @@ TEST_F(Picking, ADroppedFileIsCropped)
 TEST_F(Picking, APastedPictureIsCropped)
 {
     openChooser();
-    const std::string bytes = readFile(LAMINA_TEST_DATA "/pictures/png-rgb8.png");
+    const std::string bytes = readFile(testData("pictures/png-rgb8.png"));
     auto* const copied = new QMimeData;
     copied->setData(QStringLiteral("image/png"), QByteArray(bytes.data(), static_cast<qsizetype>(bytes.size())));
     QGuiApplication::clipboard()->setMimeData(copied);

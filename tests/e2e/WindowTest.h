@@ -1,5 +1,6 @@
 #pragma once
 
+#include "TestPaths.h"
 #include "TestPortal.h"
 #include "WindowDriver.h"
 #include "platform/view/UIAlertController.h"
@@ -25,7 +26,7 @@ protected:
             options.size = {kWidth, kHeight};
         driver = std::make_unique<WindowDriver>(options);
     }
-    static std::string sample(const char* name) { return std::string(LAMINA_SAMPLES "/") + name; }
+    static std::string sample(const char* name) { return samples(name); }
 
     /// Taps "Photo library" and lets the portal answer with the file.
     void pick(const std::string& path)

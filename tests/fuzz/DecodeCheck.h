@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/image/codecs/PictureFormat.h"
+#include "platform/image/codecs/PictureFormat_p.h"
 
 #include <cstdint>
 #include <span>

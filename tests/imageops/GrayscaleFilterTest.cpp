@@ -1,6 +1,6 @@
 #include "FilterSupport.h"
 #include "imageops/ImageFilters.h"
-#include "platform/image/PixelConversion.h"
+#include "platform/image/pixels/PixelConversion.h"
 
 namespace {
 

@@ -1,4 +1,5 @@
 #include "PrivateBus.h"
+#include "TestPaths.h"
 
 #include <cstdio>
 #include <cstdlib>
@@ -12,7 +13,7 @@ namespace lamina::test {
 namespace {
 
 constexpr const char* kMark = "LAMINA_PRIVATE_BUS";
-constexpr const char* kConfiguration = LAMINA_TEST_DATA "/../support/session-bus.conf";
+const std::string kConfiguration = testData("../support/session-bus.conf");
 
 } // namespace
 
@@ -43,7 +44,7 @@ ExtraBus::ExtraBus()
     m_daemon.setStandardErrorFile(QProcess::nullDevice());
     m_daemon.start(QStringLiteral("dbus-daemon"),
                    {QStringLiteral("--nofork"), QStringLiteral("--print-address"),
-                    QStringLiteral("--config-file=") + QString::fromUtf8(kConfiguration)});
+                    QStringLiteral("--config-file=") + QString::fromStdString(kConfiguration)});
     if (m_daemon.waitForReadyRead(10'000))
         m_address = QString::fromUtf8(m_daemon.readLine()).trimmed();
 }

@@ -1,8 +1,8 @@
 #include "TestPictures.h"
 
 #include "CommandRunner.h"
-#include "platform/image/PictureDecoding.h"
-#include "platform/image/PictureEncoding.h"
+#include "platform/image/codecs/PictureDecoding.h"
+#include "platform/image/codecs/PictureEncoding.h"
 
 #include <algorithm>
 #include <cstdlib>

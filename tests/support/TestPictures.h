@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/image/CGImage.h"
-#include "platform/image/UIImage.h"
+#include "platform/image/pixels/CGImage.h"
+#include "platform/image/pixels/UIImage.h"
 
 #include <array>
 #include <cstdint>

@@ -4,8 +4,8 @@
 #include <gpu/core/GPUImageContext.h>
 #include <gpu/core/GPUImageFilter.h>
 #include <gpu/filters/FilterCatalogue.h>
-#include <platform/image/ImageSaving.h>
-#include <platform/image/PictureDecoding.h>
+#include <platform/image/codecs/ImageSaving.h>
+#include <platform/image/codecs/PictureDecoding.h>
 
 using namespace lamina;
 

@@ -3,8 +3,8 @@
 #include <cstdio>
 #include <imageops/ImageFilters.h>
 #include <imageops/ImageGeometry.h>
-#include <platform/image/ImageSaving.h>
-#include <platform/image/PictureDecoding.h>
+#include <platform/image/codecs/ImageSaving.h>
+#include <platform/image/codecs/PictureDecoding.h>
 
 using namespace lamina;
 

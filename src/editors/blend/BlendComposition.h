@@ -3,7 +3,7 @@
 #include "editors/blend/PickedImages.h"
 #include "platform/base/CGAffineTransform.h"
 #include "platform/base/UIColor.h"
-#include "platform/image/UIImage.h"
+#include "platform/image/pixels/UIImage.h"
 
 #include <array>
 #include <cstddef>

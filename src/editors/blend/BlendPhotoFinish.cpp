@@ -5,7 +5,7 @@
 #include "platform/base/DispatchQueue.h"
 #include "platform/base/Localization.h"
 #include "platform/base/NotificationCenter.h"
-#include "platform/image/CGContext.h"
+#include "platform/image/drawing/CGContext.h"
 #include "platform/photos/PhotoFolder.h"
 #include "platform/view/UIAlertController.h"
 

@@ -1,7 +1,7 @@
 #include "gpu/core/GLTextureFormat.h"
 
 #include "gpu/core/GPUImageContext.h"
-#include "platform/image/PixelKernels.h"
+#include "platform/image/pixels/PixelKernels.h"
 
 namespace lamina {
 

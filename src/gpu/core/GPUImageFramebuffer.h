@@ -2,7 +2,7 @@
 
 #include "gpu/core/GPUTextureOptions.h"
 #include "platform/base/CGGeometry.h"
-#include "platform/image/CGImage.h"
+#include "platform/image/pixels/CGImage.h"
 
 #include <cstddef>
 #include <cstdint>

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "gpu/core/GPUImageInput.h"
-#include "platform/image/UIImage.h"
+#include "platform/image/pixels/UIImage.h"
 
 #include <atomic>
 #include <functional>

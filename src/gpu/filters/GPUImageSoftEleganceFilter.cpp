@@ -2,7 +2,7 @@
 
 #include "gpu/filters/GPUImageAlphaBlendFilter.h"
 #include "gpu/filters/GPUImageGaussianBlurFilter.h"
-#include "gpu/filters/LookupStage.h"
+#include "gpu/filters/LookupStage_p.h"
 
 namespace lamina {
 

@@ -1,4 +1,4 @@
-#include "gpu/filters/LookupStage.h"
+#include "gpu/filters/LookupStage_p.h"
 
 #include "gpu/filters/LookupTables.h"
 

@@ -1,7 +1,7 @@
 #include "gpu/filters/LookupTables.h"
 
 #include "platform/base/Log.h"
-#include "platform/image/PictureDecoding.h"
+#include "platform/image/codecs/PictureDecoding.h"
 
 #include <cstdint>
 #include <map>

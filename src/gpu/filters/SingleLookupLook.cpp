@@ -1,6 +1,6 @@
 #include "gpu/filters/SingleLookupLook.h"
 
-#include "gpu/filters/LookupStage.h"
+#include "gpu/filters/LookupStage_p.h"
 
 namespace lamina {
 

@@ -3,9 +3,9 @@
 #include "gpu/core/GLErrors.h"
 #include "gpu/core/GLTextureFormat.h"
 #include "gpu/core/GPUImageContext.h"
-#include "gpu/sources/PictureBytes.h"
+#include "gpu/sources/PictureBytes_p.h"
 #include "platform/base/Log.h"
-#include "platform/image/PictureDecoding.h"
+#include "platform/image/codecs/PictureDecoding.h"
 
 #include <algorithm>
 #include <cassert>

@@ -2,7 +2,7 @@
 
 #include "gpu/core/GPUImageFilter.h"
 #include "platform/base/DispatchSemaphore.h"
-#include "platform/image/UIImage.h"
+#include "platform/image/pixels/UIImage.h"
 
 #include <atomic>
 #include <cstdint>

@@ -1,6 +1,6 @@
-#include "gpu/sources/PictureBytes.h"
+#include "gpu/sources/PictureBytes_p.h"
 
-#include "platform/image/CGContext.h"
+#include "platform/image/drawing/CGContext.h"
 
 #include <bit>
 #include <cmath>

@@ -2,7 +2,8 @@
 
 #include "platform/host/ImageConversion.h"
 #include "platform/host/ImageNode.h"
-#include "platform/image/CGContext.h"
+#include "platform/image/drawing/CGContext.h"
+#include "platform/image/drawing/UIImageDrawing.h"
 #include "platform/view/UIImageMetaType.h"
 
 #include <QQuickWindow>
@@ -29,7 +30,7 @@ QImage drawn(const UIImage& picture, CGSize size, double radius, double pixelsPe
         return {};
     if (radius > 0)
         context->clipToPath(UIBezierPath::withRoundedRect(CGRect({}, size), radius));
-    picture.drawInRect(*context, coveringRect(picture.size(), size));
+    drawInRect(picture, *context, coveringRect(picture.size(), size));
     return qImage(context->makeImage());
 }
 

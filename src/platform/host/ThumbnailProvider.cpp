@@ -1,7 +1,7 @@
 #include "platform/host/ThumbnailProvider.h"
 
 #include "platform/host/ImageConversion.h"
-#include "platform/host/system/Thumbnail.h"
+#include "platform/photos/Thumbnail.h"
 
 #include <QImage>
 #include <QRunnable>

@@ -1,8 +1,9 @@
 #include "platform/photos/AssetPicture.h"
 
 #include "platform/base/Log.h"
-#include "platform/image/CGContext.h"
-#include "platform/image/PictureDecoding.h"
+#include "platform/image/codecs/PictureDecoding.h"
+#include "platform/image/drawing/CGContext.h"
+#include "platform/image/drawing/UIImageDrawing.h"
 
 #include <algorithm>
 #include <cmath>
@@ -64,7 +65,7 @@ UIImage redrawn(const UIImage& picture, CGSize drawn, CGSize size)
     if (!context)
         return {};
     const CGPoint origin{(size.width - drawn.width) / 2, (size.height - drawn.height) / 2};
-    picture.drawInRect(*context, {origin, drawn});
+    drawInRect(picture, *context, {origin, drawn});
     return context->makeUIImage();
 }
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "platform/base/CGGeometry.h"
-#include "platform/image/UIImage.h"
+#include "platform/image/pixels/UIImage.h"
 #include "platform/photos/PHAsset.h"
 #include "platform/photos/PHImageRequestOptions.h"
 

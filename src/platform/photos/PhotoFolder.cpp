@@ -1,6 +1,7 @@
 #include "platform/photos/PhotoFolder.h"
 
-#include "platform/image/PictureEncoding.h"
+#include "platform/files/FileWriting.h"
+#include "platform/image/codecs/PictureEncoding.h"
 
 #include <QDateTime>
 #include <QFile>

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "platform/base/Result.h"
-#include "platform/image/CGImage.h"
+#include "platform/image/pixels/CGImage.h"
 
 #include <string>
 

@@ -2,9 +2,9 @@
 
 #include "platform/base/CGAffineTransform.h"
 #include "platform/base/UIColor.h"
-#include "platform/image/CGContext.h"
-#include "platform/image/UIBezierPath.h"
-#include "platform/image/UIImage.h"
+#include "platform/image/drawing/CGContext.h"
+#include "platform/image/drawing/UIBezierPath.h"
+#include "platform/image/pixels/UIImage.h"
 
 #include <cstdint>
 #include <functional>

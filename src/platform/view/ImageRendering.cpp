@@ -1,6 +1,6 @@
 #include "platform/view/ImageRendering.h"
 
-#include "platform/image/CGContext.h"
+#include "platform/image/drawing/CGContext.h"
 #include "platform/view/UIScrollView.h"
 
 namespace lamina {

@@ -1,5 +1,7 @@
 #include "platform/view/LayerRenderer.h"
 
+#include "platform/image/drawing/UIImageDrawing.h"
+
 #include <algorithm>
 #include <cmath>
 
@@ -171,7 +173,7 @@ void LayerRenderer::drawContents(const CALayer& layer, double alpha)
     if (!isSeen(rect))
         return;
     m_context.setAlpha(alpha);
-    layer.contents().drawInRect(m_context, rect);
+    drawInRect(layer.contents(), m_context, rect);
 }
 
 void LayerRenderer::drawBorder(const CALayer& layer, double alpha, bool square)

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/view/PhotoSource.h"
+#include "platform/photos/PhotoSource.h"
 
 #include <vector>
 

@@ -2,7 +2,7 @@
 
 #include "platform/base/Localization.h"
 #include "platform/base/Log.h"
-#include "platform/view/PhotoLoad.h"
+#include "platform/photos/PhotoLoad.h"
 #include "platform/view/UIAlertController.h"
 
 #include <utility>

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "platform/base/Result.h"
-#include "platform/image/UIImage.h"
-#include "platform/view/PhotoSource.h"
+#include "platform/image/pixels/UIImage.h"
+#include "platform/photos/PhotoSource.h"
 #include "platform/view/UIViewController.h"
 
 #include <functional>

@@ -2,7 +2,7 @@
 
 #include "TestPictures.h"
 #include "gpu/core/GPUImageTwoInputFilter.h"
-#include "platform/image/CGImage.h"
+#include "platform/image/pixels/CGImage.h"
 
 #include <array>
 #include <functional>

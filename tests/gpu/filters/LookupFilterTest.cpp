@@ -1,8 +1,9 @@
 #include "LookupReference.h"
+#include "TestPaths.h"
 
 #include "gpu/filters/GPUImageLookupFilter.h"
 #include "gpu/filters/LookupTables.h"
-#include "platform/image/PictureDecoding.h"
+#include "platform/image/codecs/PictureDecoding.h"
 
 #include <gtest/gtest.h>
 #include <optional>
@@ -23,7 +24,7 @@ TEST(LookupTables, AreTheFilesOfTheHouse)
     for (const std::string name : {"lookup_amatorka.png", "lookup_identity.png", "lookup_miss_etikate.png",
                                    "lookup_soft_elegance_1.png", "lookup_soft_elegance_2.png"}) {
         SCOPED_TRACE(name);
-        const Result<UIImage> file = loadPicture(std::string(LAMINA_SAMPLES) + "/../lookup/" + name);
+        const Result<UIImage> file = loadPicture(samples("../lookup/" + std::string(name)));
         ASSERT_TRUE(file);
         const CGImage table = lookupTable(name);
         ASSERT_TRUE(table);

@@ -1,7 +1,7 @@
 #include "GraphFixture.h"
 #include "gpu/sources/GPUImagePicture.h"
 #include "platform/base/DispatchSemaphore.h"
-#include "platform/image/PictureEncoding.h"
+#include "platform/image/codecs/PictureEncoding.h"
 
 #include <thread>
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "gpu/core/GPUImageInput.h"
-#include "platform/image/CGImage.h"
+#include "platform/image/pixels/CGImage.h"
 
 #include <string>
 #include <vector>

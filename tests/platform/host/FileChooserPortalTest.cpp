@@ -1,4 +1,5 @@
 #include "platform/host/system/FileChooserPortal.h"
+#include "TestPaths.h"
 
 #include "CommandRunner.h"
 #include "Environment.h"
@@ -92,7 +93,7 @@ TEST_F(FileChooser, StartsAmongTheSamplesWhileThereAreNoPictures)
     const TemporaryFolder home;
     const Variable homeVariable("HOME", home.path());
     const Variable configuration("XDG_CONFIG_HOME", home.path("none"));
-    const Variable samples("LAMINA_SAMPLES", LAMINA_SAMPLES);
+    const Variable samples("LAMINA_SAMPLES", test::samples().c_str());
     TestPortal portal;
     portal.setAnswer(1, {});
     const auto startFolder = [&] {
@@ -101,10 +102,10 @@ TEST_F(FileChooser, StartsAmongTheSamplesWhileThereAreNoPictures)
         EXPECT_TRUE(waitForAnswer(Kind::Cancelled));
         return portal.questions().empty() ? QVariant() : portal.questions().back().options.value("current_folder");
     };
-    EXPECT_EQ(startFolder(), QByteArray(LAMINA_SAMPLES) + '\0');
+    EXPECT_EQ(startFolder(), QByteArray::fromStdString(test::samples()) + '\0');
     std::filesystem::create_directories(home.path("Pictures/Camera"));
     writeFile(home.path("Pictures/.thumb.jpg"), "");
-    EXPECT_EQ(startFolder(), QByteArray(LAMINA_SAMPLES) + '\0');
+    EXPECT_EQ(startFolder(), QByteArray::fromStdString(test::samples()) + '\0');
     writeFile(home.path("Pictures/Camera/one.JPG"), "");
     EXPECT_FALSE(startFolder().isValid());
 }

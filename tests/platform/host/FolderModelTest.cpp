@@ -1,4 +1,5 @@
 #include "platform/host/system/FolderModel.h"
+#include "TestPaths.h"
 
 #include "CommandRunner.h"
 #include "Environment.h"
@@ -145,7 +146,7 @@ TEST_F(Folders, BeginWhereThePicturesAre)
 {
     const Variable home("HOME", folder.path());
     const Variable configuration("XDG_CONFIG_HOME", folder.path("none"));
-    Variable samples("LAMINA_SAMPLES", LAMINA_SAMPLES);
+    Variable samples("LAMINA_SAMPLES", test::samples().c_str());
     const auto start = [this] {
         model.openStart();
         EXPECT_TRUE(listed());
@@ -155,11 +156,11 @@ TEST_F(Folders, BeginWhereThePicturesAre)
         return std::pair(model.title().toStdString(), places);
     };
     EXPECT_EQ(start(), std::pair(std::string("Samples"), Names({"Pictures", "Home", "Samples"})));
-    EXPECT_EQ(model.folder(), LAMINA_SAMPLES);
+    EXPECT_EQ(model.folder(), QString::fromStdString(test::samples()));
     EXPECT_GT(model.rowCount(), 0);
     samples.set(folder.path("none"));
     EXPECT_EQ(start(), std::pair(std::string("Home"), Names({"Pictures", "Home"}))) << "no folder for pictures";
-    samples.set(LAMINA_SAMPLES);
+    samples.set(test::samples().c_str());
     fs::create_directory(folder.path("Pictures"));
     EXPECT_EQ(start().first, "Samples");
     file("Pictures/mine.png");

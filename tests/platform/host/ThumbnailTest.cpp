@@ -1,4 +1,5 @@
-#include "platform/host/system/Thumbnail.h"
+#include "platform/photos/Thumbnail.h"
+#include "TestPaths.h"
 
 #include "CommandRunner.h"
 #include "TestPictures.h"
@@ -10,7 +11,7 @@ namespace {
 
 std::string sample(const std::string& name)
 {
-    return std::string(LAMINA_TEST_DATA) + "/pictures/" + name;
+    return testData(std::string("pictures/") + name);
 }
 
 // The flag of four flat quarters, 64 × 48 when shown, stored in each of the eight turns.

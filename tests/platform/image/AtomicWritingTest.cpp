@@ -1,6 +1,6 @@
 #include "CommandRunner.h"
 
-#include "platform/image/PictureEncoding.h"
+#include "platform/files/FileWriting.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
 #include "DecodedPictures.h"
 
-#include "platform/image/ColorConversion.h"
-#include "platform/image/PixelConversion.h"
+#include "platform/image/pixels/ColorConversion.h"
+#include "platform/image/pixels/PixelConversion.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,5 @@
 #include "DrawingSupport.h"
+#include "platform/image/drawing/UIImageDrawing.h"
 
 #include <cmath>
 #include <gtest/gtest.h>
@@ -70,7 +71,7 @@ TEST(Context, PutsComponentsWhereTheByteOrderSays)
         EXPECT_EQ(pixelOf(image, 0, 0), c.wanted);
         // What is drawn back is read in the same order.
         CGContext again = canvas(2, 2);
-        UIImage(image).drawInRect(again, {0, 0, 2, 2});
+        drawInRect(UIImage(image), again, {0, 0, 2, 2});
         EXPECT_EQ(pixelOf(again.makeImage(), 0, 0), (Pixel{20, 40, 60, 255}));
     }
 }

@@ -1,6 +1,7 @@
 #pragma once
 
-#include "platform/image/codecs/PictureFormat.h"
+#include "TestPaths.h"
+#include "platform/image/codecs/PictureFormat_p.h"
 
 #include <array>
 #include <cstdint>
@@ -17,7 +18,7 @@ using Pixel = std::array<int, 4>;
 
 inline Bytes dataFile(const std::string& name)
 {
-    std::ifstream file(LAMINA_TEST_DATA "/pictures/" + name, std::ios::binary);
+    std::ifstream file(testData("pictures/" + name), std::ios::binary);
     return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
 }
 

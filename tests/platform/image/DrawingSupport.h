@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/image/CGContext.h"
+#include "platform/image/drawing/CGContext.h"
 
 #include <array>
 #include <cstdint>

@@ -1,10 +1,11 @@
 #include "CommandRunner.h"
 #include "DrawingSupport.h"
 #include "PillowReader.h"
+#include "TestPaths.h"
 
 #include "platform/base/WorkerPool.h"
-#include "platform/image/PictureDecoding.h"
-#include "platform/image/PictureEncoding.h"
+#include "platform/image/codecs/PictureDecoding.h"
+#include "platform/image/codecs/PictureEncoding.h"
 
 #include <gtest/gtest.h>
 
@@ -196,8 +197,7 @@ im.quantize(256, method=Image.Quantize.MEDIANCUT, dither=Image.Dither.NONE).save
 )";
     for (const char* name : {"city-rain", "meadow", "sea-sunset"}) {
         SCOPED_TRACE(name);
-        const Result<UIImage> photo =
-            loadPicture(LAMINA_SAMPLES + std::string("/") + name + ".jpg", {.shortSide = 500});
+        const Result<UIImage> photo = loadPicture(samples(name + std::string(".jpg")), {.shortSide = 500});
         ASSERT_TRUE(photo);
         const CGImage& pixels = photo->cgImage();
         const TemporaryFolder folder;

@@ -1,6 +1,7 @@
 // What all decoders must do, on the pictures of tests/data and the colours that its table tells.
 
 #include "DecodedPictures.h"
+#include "TestPaths.h"
 
 #include <gtest/gtest.h>
 
@@ -38,7 +39,7 @@ std::array<Pixel, 4> parseQuarters(const std::string& text)
 std::vector<Flag> readTable()
 {
     std::vector<Flag> flags;
-    std::ifstream table(LAMINA_TEST_DATA "/README.md");
+    std::ifstream table(testData("README.md"));
     for (std::string line; std::getline(table, line);) {
         std::istringstream row(line);
         std::array<std::string, 5> cells;

@@ -1,5 +1,6 @@
 #include "DrawingSupport.h"
-#include "platform/image/Resampling.h"
+#include "platform/image/drawing/Resampling.h"
+#include "platform/image/drawing/UIImageDrawing.h"
 
 #include <cmath>
 #include <gtest/gtest.h>
@@ -100,11 +101,10 @@ TEST(ImageDrawing, TheTopEdgeLiesAtTheLargestYInBothKindsOfContext)
     downwards.drawImage(source, CGRect{0, 0, 1, 2});
     EXPECT_EQ(pixelOf(downwards.makeImage(), 0, 1), red);
     CGContext view = canvas(1, 2);
-    UIImage(source).drawInRect(view, {0, 0, 1, 2});
+    drawInRect(UIImage(source), view, {0, 0, 1, 2});
     EXPECT_EQ(pixelOf(view.makeImage(), 0, 0), red);
     CGContext turned = canvas(2, 1);
-    UIImage(source, 1, UIImageOrientation::Right)
-        .drawInRect(turned, {0, 0, 2, 1}); // a quarter clockwise: top to the right
+    drawInRect(UIImage(source, 1, UIImageOrientation::Right), turned, {0, 0, 2, 1}); // a quarter clockwise
     EXPECT_EQ(pixelOf(turned.makeImage(), 1, 0), red);
 }
 
@@ -131,12 +131,12 @@ TEST(ImageDrawing, ScalingEqualsTheResamplerAndPartsEqualTheWhole)
     for (const IntSize size : {IntSize{40, 30}, IntSize{100, 80}, IntSize{300, 210}}) {
         const CGImage wanted = resampled(source, size);
         CGContext context = canvas(size.width, size.height);
-        UIImage(source).drawInRect(context, {0, 0, static_cast<double>(size.width), static_cast<double>(size.height)});
+        drawInRect(UIImage(source), context, {0, 0, static_cast<double>(size.width), static_cast<double>(size.height)});
         EXPECT_EQ(bytesOf(context.makeImage()), bytesOf(wanted));
         // A clip in the middle: the same pixels there.
         CGContext clipped = canvas(size.width, size.height);
         clipped.clipToRect({11, 9, 17, 13});
-        UIImage(source).drawInRect(clipped, {0, 0, static_cast<double>(size.width), static_cast<double>(size.height)});
+        drawInRect(UIImage(source), clipped, {0, 0, static_cast<double>(size.width), static_cast<double>(size.height)});
         const CGImage part = clipped.makeImage();
         EXPECT_EQ(bytesOf(part.subImage({11, 9, 17, 13})), bytesOf(wanted.subImage({11, 9, 17, 13})));
         EXPECT_EQ(pixelOf(part, 10, 9), Pixel{});
@@ -223,7 +223,7 @@ TEST(ImageDrawing, NearestTakesThePixelUnderTheCentre)
     const CGImage source = noisePicture(3, 3, CGImageAlphaInfo::NoneSkipLast);
     CGContext context = canvas(9, 9);
     context.setInterpolationQuality(CGContext::Interpolation::None);
-    UIImage(source).drawInRect(context, {0, 0, 9, 9});
+    drawInRect(UIImage(source), context, {0, 0, 9, 9});
     const CGImage result = context.makeImage();
     for (int y = 0; y < 9; ++y) {
         for (int x = 0; x < 9; ++x)
@@ -236,7 +236,7 @@ TEST(ImageDrawing, MasksHideAndShow)
     const CGImage picture = flat(4, 1, {100, 200, 40, 255}, CGImageAlphaInfo::NoneSkipLast);
     const auto draw = [](const CGImage& image) {
         CGContext context = canvas(4, 1);
-        UIImage(image).drawInRect(context, {0, 0, 4, 1});
+        drawInRect(UIImage(image), context, {0, 0, 4, 1});
         return context.makeImage();
     };
     const auto values = [](int x, int) { return x == 0 ? 0 : x == 1 ? 51 : 255; };

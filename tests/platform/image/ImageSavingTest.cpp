@@ -1,4 +1,4 @@
-#include "platform/image/ImageSaving.h"
+#include "platform/image/codecs/ImageSaving.h"
 
 #include "../base/LogCapture.h"
 #include "CommandRunner.h"

@@ -1,8 +1,8 @@
 #include "PNGFile.h"
 
 #include "platform/base/WorkerPool.h"
-#include "platform/image/ColorConversion.h"
-#include "platform/image/PictureEncoding.h"
+#include "platform/image/codecs/PictureEncoding.h"
+#include "platform/image/pixels/ColorConversion.h"
 
 #include <gtest/gtest.h>
 

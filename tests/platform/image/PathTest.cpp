@@ -1,5 +1,5 @@
 #include "DrawingSupport.h"
-#include "platform/image/UIBezierPath.h"
+#include "platform/image/drawing/UIBezierPath.h"
 
 #include <cmath>
 #include <gtest/gtest.h>

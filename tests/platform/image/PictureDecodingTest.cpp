@@ -1,7 +1,7 @@
 #include "CommandRunner.h"
 #include "DecodedPictures.h"
 
-#include "platform/image/PictureDecoding.h"
+#include "platform/image/codecs/PictureDecoding.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "platform/image/PixelBuffer.h"
+#include "platform/image/pixels/PixelBuffer.h"
 
 #include <algorithm>
 #include <cstring>

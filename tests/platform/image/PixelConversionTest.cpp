@@ -1,6 +1,6 @@
 #include "DecodedPictures.h"
 
-#include "platform/image/PixelConversion.h"
+#include "platform/image/pixels/PixelConversion.h"
 
 #include <gtest/gtest.h>
 

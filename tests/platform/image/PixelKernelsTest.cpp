@@ -1,7 +1,7 @@
-#include "platform/image/PixelKernels.h"
+#include "platform/image/pixels/PixelKernels.h"
 
 #include "EveryProcessor.h"
-#include "platform/image/PixelMoveKernels.h"
+#include "platform/image/pixels/PixelMoveKernels_p.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,4 +1,4 @@
-#include "platform/image/Resampling.h"
+#include "platform/image/drawing/Resampling.h"
 
 #include "DrawingSupport.h"
 #include "EveryProcessor.h"

@@ -1,4 +1,4 @@
-#include "platform/image/SquareCrop.h"
+#include "platform/image/drawing/SquareCrop.h"
 
 #include "platform/base/UIScreen.h"
 

@@ -1,4 +1,4 @@
-#include "platform/image/UIImage.h"
+#include "platform/image/pixels/UIImage.h"
 
 #include <gtest/gtest.h>
 

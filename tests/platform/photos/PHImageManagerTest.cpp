@@ -1,4 +1,5 @@
 #include "platform/photos/PHImageManager.h"
+#include "TestPaths.h"
 
 #include "CommandRunner.h"
 #include "TestPictures.h"
@@ -92,7 +93,7 @@ TEST_F(ImageRequests, AnExactFillShowsTheMiddleUpToEveryEdge)
 // The flag lies on its side in its file: stored 48 × 64, shown 64 × 48.
 TEST_F(ImageRequests, PicturesComeUpright)
 {
-    const std::string path = std::string(LAMINA_TEST_DATA) + "/pictures/exif-6.jpg";
+    const std::string path = testData("pictures/exif-6.jpg");
     for (const ResizeMode resizeMode : {ResizeMode::None, ResizeMode::Exact}) {
         const UIImage result = requestNow(asset(path), {32, 24}, ContentMode::AspectFill, resizeMode);
         ASSERT_EQ(result.pixelSize(), resizeMode == ResizeMode::None ? (IntSize{64, 48}) : (IntSize{32, 24}));

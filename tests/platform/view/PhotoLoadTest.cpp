@@ -1,4 +1,5 @@
-#include "platform/view/PhotoLoad.h"
+#include "platform/photos/PhotoLoad.h"
+#include "TestPaths.h"
 
 #include "CommandRunner.h"
 #include "TestPictures.h"
@@ -15,8 +16,8 @@
 namespace lamina {
 namespace {
 
-const std::string kTurned = LAMINA_TEST_DATA "/pictures/exif-6.jpg"; ///< stored lying, shown upright
-const std::string kLarge = LAMINA_SAMPLES "/meadow.jpg";             ///< 2000 × 1500
+const std::string kTurned = test::testData("pictures/exif-6.jpg"); ///< stored lying, shown upright
+const std::string kLarge = test::samples("meadow.jpg");            ///< 2000 × 1500
 
 class PhotoLoading : public testing::Test {
 protected:

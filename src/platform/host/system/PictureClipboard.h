@@ -1,7 +1,7 @@
 #pragma once
 
 #include "platform/base/Result.h"
-#include "platform/view/PhotoSource.h"
+#include "platform/photos/PhotoSource.h"
 
 #include <vector>
 

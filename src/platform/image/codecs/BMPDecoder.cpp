@@ -1,8 +1,8 @@
-#include "platform/image/codecs/BMPHeader.h"
-#include "platform/image/codecs/PictureFormat.h"
-#include "platform/image/codecs/RowCollector.h"
-#include "platform/image/codecs/SampleConversion.h"
-#include "platform/image/codecs/SequentialReader.h"
+#include "platform/image/codecs/BMPHeader_p.h"
+#include "platform/image/codecs/PictureFormat_p.h"
+#include "platform/image/codecs/RowCollector_p.h"
+#include "platform/image/codecs/SequentialReader_p.h"
+#include "platform/image/pixels/SampleConversion.h"
 
 #include <bit>
 

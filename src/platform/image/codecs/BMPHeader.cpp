@@ -1,6 +1,6 @@
-#include "platform/image/codecs/BMPHeader.h"
+#include "platform/image/codecs/BMPHeader_p.h"
 
-#include "platform/image/codecs/PictureFormat.h"
+#include "platform/image/codecs/PictureFormat_p.h"
 
 #include <algorithm>
 #include <bit>

@@ -1,4 +1,4 @@
-#include "platform/image/codecs/ByteSource.h"
+#include "platform/image/codecs/ByteSource_p.h"
 
 #include <algorithm>
 #include <cerrno>

@@ -1,4 +1,4 @@
-#include "platform/image/codecs/Exif.h"
+#include "platform/image/codecs/Exif_p.h"
 
 #include <algorithm>
 #include <cstring>

@@ -1,5 +1,5 @@
-#include "platform/image/codecs/PictureFormat.h"
-#include "platform/image/codecs/SequentialReader.h"
+#include "platform/image/codecs/PictureFormat_p.h"
+#include "platform/image/codecs/SequentialReader_p.h"
 
 #include <gif_lib.h>
 

@@ -1,8 +1,8 @@
-#include "platform/image/codecs/HeifLibrary.h"
-#include "platform/image/codecs/HeifReferences.h"
-#include "platform/image/codecs/PictureFormat.h"
-#include "platform/image/codecs/RowCollector.h"
-#include "platform/image/codecs/SampleConversion.h"
+#include "platform/image/codecs/HeifLibrary_p.h"
+#include "platform/image/codecs/HeifReferences_p.h"
+#include "platform/image/codecs/PictureFormat_p.h"
+#include "platform/image/codecs/RowCollector_p.h"
+#include "platform/image/pixels/SampleConversion.h"
 
 #include <array>
 #include <cmath>

@@ -1,6 +1,6 @@
-#include "platform/image/codecs/HeifLibrary.h"
+#include "platform/image/codecs/HeifLibrary_p.h"
 
-#include "platform/image/codecs/LazyLibrary.h"
+#include "platform/image/codecs/LazyLibrary_p.h"
 
 namespace lamina {
 

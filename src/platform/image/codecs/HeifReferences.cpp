@@ -1,4 +1,4 @@
-#include "platform/image/codecs/HeifReferences.h"
+#include "platform/image/codecs/HeifReferences_p.h"
 
 #include <algorithm>
 #include <array>

@@ -1,7 +1,7 @@
-#include "platform/image/ColorConversion.h"
-#include "platform/image/codecs/Exif.h"
-#include "platform/image/codecs/JPEGInput.h"
-#include "platform/image/codecs/PictureFormat.h"
+#include "platform/image/codecs/Exif_p.h"
+#include "platform/image/codecs/JPEGInput_p.h"
+#include "platform/image/codecs/PictureFormat_p.h"
+#include "platform/image/pixels/ColorConversion.h"
 
 #include "platform/base/WorkerPool.h"
 

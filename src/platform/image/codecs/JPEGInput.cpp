@@ -1,4 +1,4 @@
-#include "platform/image/codecs/JPEGInput.h"
+#include "platform/image/codecs/JPEGInput_p.h"
 
 #include <algorithm>
 #include <cstring>

@@ -1,8 +1,8 @@
-#include "platform/image/ColorConversion.h"
-#include "platform/image/codecs/Exif.h"
-#include "platform/image/codecs/PictureFormat.h"
-#include "platform/image/codecs/RowCollector.h"
-#include "platform/image/codecs/SequentialReader.h"
+#include "platform/image/codecs/Exif_p.h"
+#include "platform/image/codecs/PictureFormat_p.h"
+#include "platform/image/codecs/RowCollector_p.h"
+#include "platform/image/codecs/SequentialReader_p.h"
+#include "platform/image/pixels/ColorConversion.h"
 
 #include <algorithm>
 #include <cmath>

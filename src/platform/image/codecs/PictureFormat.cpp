@@ -1,7 +1,7 @@
-#include "platform/image/codecs/PictureFormat.h"
+#include "platform/image/codecs/PictureFormat_p.h"
 
 #include "platform/base/WorkerPool.h"
-#include "platform/image/ColorConversion.h"
+#include "platform/image/pixels/ColorConversion.h"
 
 #include <algorithm>
 #include <atomic>

@@ -1,4 +1,4 @@
-#include "platform/image/codecs/RowCollector.h"
+#include "platform/image/codecs/RowCollector_p.h"
 
 #include <algorithm>
 

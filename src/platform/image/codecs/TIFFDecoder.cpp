@@ -1,8 +1,8 @@
-#include "platform/image/codecs/PictureFormat.h"
-#include "platform/image/codecs/RowCollector.h"
-#include "platform/image/codecs/SampleConversion.h"
-#include "platform/image/codecs/TIFFFile.h"
-#include "platform/image/codecs/TIFFSamples.h"
+#include "platform/image/codecs/PictureFormat_p.h"
+#include "platform/image/codecs/RowCollector_p.h"
+#include "platform/image/codecs/TIFFFile_p.h"
+#include "platform/image/codecs/TIFFSamples_p.h"
+#include "platform/image/pixels/SampleConversion.h"
 
 #include <algorithm>
 #include <cstring>

@@ -1,7 +1,7 @@
-#include "platform/image/codecs/TIFFFile.h"
+#include "platform/image/codecs/TIFFFile_p.h"
 
-#include "platform/image/codecs/LazyLibrary.h"
-#include "platform/image/codecs/PictureFormat.h"
+#include "platform/image/codecs/LazyLibrary_p.h"
+#include "platform/image/codecs/PictureFormat_p.h"
 
 #include <algorithm>
 #include <array>

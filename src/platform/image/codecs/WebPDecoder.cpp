@@ -1,6 +1,6 @@
-#include "platform/image/codecs/Exif.h"
-#include "platform/image/codecs/PictureFormat.h"
-#include "platform/image/codecs/RowCollector.h"
+#include "platform/image/codecs/Exif_p.h"
+#include "platform/image/codecs/PictureFormat_p.h"
+#include "platform/image/codecs/RowCollector_p.h"
 
 #include <webp/decode.h>
 #include <webp/demux.h>

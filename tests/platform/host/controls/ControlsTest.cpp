@@ -1,6 +1,7 @@
 // The shared controls, put into the window one by one.
+#include "TestPaths.h"
 #include "WindowDriver.h"
-#include "platform/image/PictureDecoding.h"
+#include "platform/image/codecs/PictureDecoding.h"
 
 #include <QElapsedTimer>
 #include <QQmlComponent>
@@ -111,7 +112,7 @@ TEST_F(Controls, TheMiddleOfTheZoomLineIsTheMiddleRatio)
 {
     open();
     auto crop = std::make_shared<PinchZoomViewController>();
-    const Result<UIImage> photo = loadPicture(LAMINA_SAMPLES "/sea-sunset.jpg");
+    const Result<UIImage> photo = loadPicture(samples("sea-sunset.jpg"));
     ASSERT_TRUE(photo);
     crop->pickedImage = *photo;
     driver->application().screens().window().topViewController()->present(crop, true);

@@ -1,0 +1,31 @@
+#pragma once
+
+#include "platform/base/Result.h"
+
+#include <cstdint>
+#include <span>
+#include <string>
+
+namespace lamina {
+
+/// Writes the whole file or nothing: a temporary name in the target folder, then a rename. An existing file keeps its
+/// contents on failure and its permissions on success; a symbolic link stays one and its target is replaced. The
+/// error's subject is the path. Usable from any thread.
+///
+/// A file that may not be written is left alone even where its folder would allow replacing it. A pipe or device is
+/// written through, since nothing there can be replaced. The temporary file is hidden and its name ends in
+/// ".lamina-unfinished".
+Outcome writeFileAtomically(const std::string& path, std::span<const std::uint8_t> bytes);
+
+/// Writes the whole file under a name that is free, or nothing: true when written, false when anything bears the name
+/// already (a file, a folder, a symbolic link wherever it leads), which is left as it is. Of several that want the same
+/// name at once, in this process or another, one gets it. The error's subject is the path. The temporary file is as
+/// above. Usable from any thread.
+Result<bool> writeNewFile(const std::string& path, std::span<const std::uint8_t> bytes);
+
+/// Removes the temporary files that are being written at the moment, for a program about to leave on a signal: safe to
+/// be called from a signal handler, from any thread. A write under way that goes on afterwards fails or ends as if it
+/// had the device to itself; the handler should not return to it. At most 16 files written at once are known.
+void removeUnfinishedFiles();
+
+} // namespace lamina

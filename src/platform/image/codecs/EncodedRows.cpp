@@ -1,0 +1,159 @@
+#include "platform/image/codecs/PictureEncoding_p.h"
+
+#include "platform/base/WorkerPool.h"
+
+#include <algorithm>
+#include <atomic>
+#include <cmath>
+#include <cstring>
+#include <new>
+
+namespace lamina {
+
+namespace {
+
+/// In [0, 1]; not a number counts as 0.
+double component(double value)
+{
+    return value > 0 ? std::min(value, 1.0) : 0.0;
+}
+
+unsigned onWhite(double value, double alpha)
+{
+    const double laid = component(value) * component(alpha) + (1 - component(alpha));
+    return static_cast<unsigned>(std::lround(255 * laid));
+}
+
+bool isOpaque(const CGImage& image, const RowConverter& rows)
+{
+    if (!image.hasAlpha())
+        return true;
+    std::atomic<bool> opaque = true;
+    parallelRows(0, image.height(), static_cast<std::size_t>(image.width()), [&](int first, int last) {
+        std::vector<std::uint8_t> rgba(4 * static_cast<std::size_t>(image.width()));
+        for (int y = first; y < last && opaque.load(std::memory_order_relaxed); ++y) {
+            rows.convert(0, y, image.width(), rgba.data());
+            std::uint8_t all = 255;
+            for (std::size_t i = 3; i < rgba.size(); i += 4)
+                all &= rgba[i];
+            if (all != 255)
+                opaque.store(false, std::memory_order_relaxed);
+        }
+    });
+    return opaque;
+}
+
+/// Grey and alpha of R G B A pixels whose colours are all grey.
+CGImage grayPart(const CGImage& rgba)
+{
+    CGImageLayout layout = CGImageLayout::gray(rgba.width(), rgba.height());
+    layout.bytesPerRow *= 2;
+    layout.bitsPerPixel = 16;
+    layout.bitmapInfo = bitmapInfo(CGImageAlphaInfo::Last);
+    PixelBuffer buffer = PixelBuffer::allocate(layout.byteCount());
+    if (!buffer)
+        return {};
+    const auto width = static_cast<std::size_t>(rgba.width());
+    parallelRows(0, rgba.height(), width, [&](int first, int last) {
+        for (int y = first; y < last; ++y)
+            packRow(rgba.row(y), width, StoredColors::GrayAlpha,
+                    buffer.data() + static_cast<std::size_t>(y) * layout.bytesPerRow);
+    });
+    return CGImage::make(layout, std::move(buffer));
+}
+
+/// With the mask as alpha; a grey picture stays grey.
+CGImage maskApplied(const CGImage& image)
+{
+    const CGImage shown = convertedToSRGB(image);
+    return shown && image.colorSpace().model() == CGColorSpace::Model::Gray ? grayPart(shown) : shown;
+}
+
+} // namespace
+
+Result<std::vector<std::uint8_t>> encodeShown(const CGImage& image, const std::string& subject,
+                                              const std::function<Encoded(const CGImage&)>& encode)
+{
+    if (!image)
+        return Error{subject, "there is no picture"};
+    try {
+        const CGImage shown = image.mask() ? maskApplied(image) : image;
+        if (!shown)
+            return Error{subject, cause::kNoMemory};
+        Encoded file = encode(shown);
+        if (const auto* cause = std::get_if<std::string>(&file))
+            return Error{subject, *cause};
+        return std::get<0>(std::move(file));
+    } catch (const std::bad_alloc&) {
+        return Error{subject, cause::kNoMemory};
+    }
+}
+
+StoredColors chooseStoredColors(const CGImage& image, const RowConverter& rows)
+{
+    const bool gray = image.colorSpace().model() == CGColorSpace::Model::Gray;
+    if (isOpaque(image, rows))
+        return gray ? StoredColors::Gray : StoredColors::RGB;
+    return gray ? StoredColors::GrayAlpha : StoredColors::RGBA;
+}
+
+void packRow(const std::uint8_t* rgba, std::size_t width, StoredColors colors, std::uint8_t* out)
+{
+    switch (colors) {
+    case StoredColors::Gray:
+        for (std::size_t x = 0; x < width; ++x)
+            out[x] = rgba[4 * x];
+        break;
+    case StoredColors::GrayAlpha:
+        for (std::size_t x = 0; x < width; ++x) {
+            out[2 * x] = rgba[4 * x];
+            out[2 * x + 1] = rgba[4 * x + 3];
+        }
+        break;
+    case StoredColors::RGB:
+        for (std::size_t x = 0; x < width; ++x) {
+            out[3 * x] = rgba[4 * x];
+            out[3 * x + 1] = rgba[4 * x + 1];
+            out[3 * x + 2] = rgba[4 * x + 2];
+        }
+        break;
+    case StoredColors::RGBA:
+        std::memcpy(out, rgba, 4 * width);
+        break;
+    }
+}
+
+LaidRows::LaidRows(const CGImage& image, const UIColor& background)
+    : m_rows(image, AlphaForm::Straight)
+    , m_width(image.width())
+    , m_height(image.height())
+    , m_background{onWhite(background.red, background.alpha), onWhite(background.green, background.alpha),
+                   onWhite(background.blue, background.alpha)}
+    , m_hasAlpha(image.hasAlpha())
+{
+    const bool grayBackground = m_background[0] == m_background[1] && m_background[1] == m_background[2];
+    m_gray = image.colorSpace().model() == CGColorSpace::Model::Gray && (!m_hasAlpha || grayBackground);
+}
+
+void LaidRows::read(int y, std::uint8_t* rgba) const
+{
+    m_rows.convert(0, y, m_width, rgba);
+    if (!m_hasAlpha)
+        return;
+    for (std::uint8_t* const end = rgba + 4 * static_cast<std::size_t>(m_width); rgba != end; rgba += 4) {
+        const unsigned alpha = rgba[3];
+        for (std::size_t c = 0; c < 3; ++c)
+            rgba[c] = static_cast<std::uint8_t>((rgba[c] * alpha + m_background[c] * (255 - alpha) + 127) / 255);
+    }
+}
+
+void LaidRows::readBand(int first, int count, std::uint8_t* rgba) const
+{
+    const std::size_t rowBytes = 4 * static_cast<std::size_t>(m_width);
+    parallelRows(first, first + count, static_cast<std::size_t>(m_width), [&](int begin, int end) {
+        for (int y = begin; y < end; ++y)
+            read(y, rgba + static_cast<std::size_t>(y - first) * rowBytes);
+    });
+}
+
+} // namespace lamina

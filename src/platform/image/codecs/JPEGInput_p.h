@@ -1,0 +1,105 @@
+#pragma once
+
+#include "platform/image/codecs/ByteSource_p.h"
+#include "platform/image/codecs/PictureFormat_p.h"
+
+#include <array>
+#include <csetjmp>
+#include <cstdint>
+#include <cstdio> // jpeglib.h names FILE without asking for it
+#include <jpeglib.h>
+#include <span>
+#include <string>
+#include <vector>
+
+namespace lamina {
+
+/// The decompressor of libjpeg over a ByteSource, with its error jumps kept in, its warnings sorted, the EXIF and
+/// profile segments gathered within bounds and hostile scan scripts stopped.
+///
+/// Every call into the library goes through `attempt`. Afterwards a failed one has a cause. Not movable: the library
+/// points into it.
+class JPEGInput {
+public:
+    JPEGInput(ByteSource& source, const DecodeOptions& options);
+    ~JPEGInput();
+    JPEGInput(const JPEGInput&) = delete;
+    JPEGInput& operator=(const JPEGInput&) = delete;
+
+    jpeg_decompress_struct& info() { return m_info; }
+
+    /// Runs `body`; false when the library gave up in it. The jump passes over `body`, which may therefore not own
+    /// anything.
+    template <class Body>
+    bool attempt(Body body)
+    {
+        if (setjmp(m_errors.jump) != 0) // NOLINT: the library's only way to report
+            return false;
+        body();
+        return true;
+    }
+
+    const std::string& cause() const { return m_cause; }
+
+    /// The first EXIF block, empty when there is none.
+    std::span<const std::uint8_t> exif() const { return m_exif; }
+    /// The profile put together from its segments; empty when there is none or a segment is missing.
+    std::vector<std::uint8_t> profile() const;
+
+    /// Limits how often a file of several scans may go over the picture and how long its data may be, given its blocks
+    /// of 8 × 8 coefficients.
+    void limitWork(std::uint64_t blocks);
+    /// True when every colour component was in some scan.
+    bool sawAllComponents() const;
+
+private:
+    // Reached by profiles and private segments only; without it a large file of zeros would be searched for markers to
+    // its end.
+    static constexpr std::uint64_t kMostHeaderBytes = std::uint64_t{64} << 20;
+
+    struct Errors : jpeg_error_mgr {
+        JPEGInput* owner;
+        std::jmp_buf jump;
+    };
+    struct Progress : jpeg_progress_mgr {
+        JPEGInput* owner;
+    };
+    struct Source : jpeg_source_mgr {
+        JPEGInput* owner;
+    };
+
+    static JPEGInput& owner(j_common_ptr info) { return *static_cast<Errors*>(info->err)->owner; }
+    static JPEGInput& owner(j_decompress_ptr info) { return *static_cast<Source*>(info->src)->owner; }
+    static void errorExit(j_common_ptr info);
+    static void message(j_common_ptr info, int level);
+    static void progressed(j_common_ptr info);
+    static boolean fill(j_decompress_ptr info);
+    static void skip(j_decompress_ptr info, long count);
+    static boolean applicationSegment(j_decompress_ptr info);
+
+    [[noreturn]] void giveUp(const char* cause);
+    int nextByte();
+    void keepSegment(int marker, std::span<const std::uint8_t> content);
+
+    ByteSource& m_source;
+    const DecodeOptions& m_options;
+    std::uint64_t m_next = 0;      ///< where in the source the buffer ends
+    std::uint64_t m_bytesRead = 0; ///< segments that were leapt over not counted
+    std::string m_cause;
+    std::vector<std::uint8_t> m_exif;
+    std::vector<std::vector<std::uint8_t>> m_profileParts; ///< by their number, which starts at 1
+    std::size_t m_profilePartCount = 0;
+    bool m_profileBroken = false;
+    std::uint64_t m_mostBytes = kMostHeaderBytes;
+    int m_mostScans = 1;
+    unsigned m_componentsSeen = 0;
+
+    jpeg_decompress_struct m_info{};
+    Errors m_errors{};
+    Progress m_progress{};
+    Source m_input{};
+    std::array<std::uint8_t, 65536> m_segment;
+    std::array<std::uint8_t, 65536> m_buffer;
+};
+
+} // namespace lamina

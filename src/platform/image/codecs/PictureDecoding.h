@@ -1,0 +1,43 @@
+#pragma once
+
+#include "platform/base/Result.h"
+#include "platform/image/pixels/UIImage.h"
+
+#include <atomic>
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <string>
+
+namespace lamina {
+
+/// How a picture is read.
+struct DecodeOptions {
+    /// When above zero, the codec may reduce while it reads, so long as the shorter side keeps at least this many
+    /// pixels; a picture that is smaller comes at its full size. Only formats that can reduce on the way do (see each
+    /// decoder).
+    int shortSide = 0;
+    /// Set from any thread to stop: reading ends within some rows with the cause "cancelled".
+    const std::atomic<bool>* cancelled = nullptr;
+    /// The most memory for pixels, in bytes, after reduction; more is refused before it is taken.
+    std::size_t memoryLimit = std::size_t{256} << 20;
+};
+
+/// A header may not claim more pixels than this, whatever the reduction.
+inline constexpr std::int64_t kMaximumClaimedPixels = 400'000'000;
+
+/// Reads a still picture: JPEG, PNG, WebP, HEIC, TIFF (first page), GIF (first frame) or BMP, told by its first bytes
+/// and never by its name.
+///
+/// The result has 8 bits a component in RGB order, converted to sRGB where a profile is embedded: straight alpha
+/// (`Last`) when a pixel is translucent, `NoneSkipLast` otherwise. Scale 1; the orientation is the file's tag, with the
+/// pixels as they are stored. (HEIC is turned by its own boxes while it is read and comes upright.)
+///
+/// A file that ends too early is an error and never a part of a picture; bytes after the end don't matter, nor does a
+/// damaged EXIF block. The error's subject is the path (or `subject`), its cause one short phrase. Memory is bounded by
+/// the limit above plus some megabytes for the codec. Usable from any thread.
+Result<UIImage> loadPicture(const std::string& path, const DecodeOptions& options = {});
+Result<UIImage> decodePicture(std::span<const std::uint8_t> bytes, const std::string& subject,
+                              const DecodeOptions& options = {});
+
+} // namespace lamina

@@ -1,0 +1,114 @@
+#pragma once
+
+#include "platform/base/CGAffineTransform.h"
+#include "platform/base/UIColor.h"
+#include "platform/image/drawing/UIBezierPath.h"
+#include "platform/image/pixels/CGImage.h"
+#include "platform/image/pixels/UIImage.h"
+
+#include <memory>
+#include <optional>
+
+namespace lamina {
+
+/// A bitmap and the state of drawing into it: transform, clip, alpha, colours, shadow.
+///
+/// Everything is composited source-over: out = src + (1 - src.alpha)·dst on premultiplied values. Edges that don't fall
+/// on pixel borders are antialiased by the exact area they cover. Colours and pictures are converted to the bitmap's
+/// space. RGB bitmaps keep premultiplied alpha or none; grey and CMYK ones have no alpha and start as black or no ink;
+/// alpha-only ones keep coverage alone. Work on large areas is split by rows over the worker pool; the result does not
+/// depend on it.
+///
+/// One thread at a time may use a context. Move-only.
+class CGContext {
+public:
+    /// A plain bitmap context, cleared to zero. User space: one unit a pixel, origin at the *bottom* left, y upwards.
+    /// Formats: 8 bits a component in RGB of 32 bits (premultiplied or skipped alpha, first or last, 32-bit little or
+    /// big order), grey or alpha only of 8 bits, CMYK of 32 bits. `bytesPerRow` 0 chooses it. Nothing when the format
+    /// is not one of these, a side is not positive, or memory is short.
+    static std::optional<CGContext> bitmap(int width, int height, std::size_t bytesPerRow, const CGColorSpace& space,
+                                           CGBitmapInfo info);
+
+    /// A context for pictures of views: RGBA premultiplied, `size` in points times `scale` pixels, rounded up to whole
+    /// pixels; user space in points, origin at the *top* left, y downwards. `scale` 0 means the main screen's. An
+    /// opaque one starts black and its picture has no alpha; otherwise it starts clear. Nothing when the size is empty
+    /// or not finite, or memory is short.
+    static std::optional<CGContext> image(CGSize size, bool opaque, double scale);
+
+    CGContext(CGContext&&) noexcept;
+    CGContext& operator=(CGContext&&) noexcept;
+    ~CGContext();
+
+    int width() const;
+    int height() const;
+    /// Pixels per point of a context made by `image`; 1 for a plain one.
+    double scale() const;
+
+    /// State: transform, clip, alpha, colours, shadow, antialiasing and interpolation. A restore without a save does
+    /// nothing.
+    void saveGState();
+    void restoreGState();
+
+    /// From user space to device pixels (origin top left, y down).
+    CGAffineTransform deviceTransform() const;
+    void concatCTM(const CGAffineTransform& transform);
+    void translateCTM(double x, double y) { concatCTM(CGAffineTransform::translation(x, y)); }
+    void scaleCTM(double sx, double sy) { concatCTM(CGAffineTransform::scaling(sx, sy)); }
+    void rotateCTM(double radians) { concatCTM(CGAffineTransform::rotation(radians)); }
+
+    /// The clip only shrinks. Edges are antialiased; edges on pixel borders cost nothing later.
+    void clipToRect(const CGRect& rect);
+    void clipToPath(const UIBezierPath& path);
+    /// Lets through by the mask stretched over `rect`, its top edge at the rectangle's top as a picture drawn there:
+    /// for a grey mask the value (white shows), for an alpha-only one the alpha; for a picture in colour its alpha.
+    void clipToMask(const CGRect& rect, const CGImage& mask);
+    /// Device pixels that drawing can still reach; empty when nothing can.
+    IntRect clipBounds() const;
+
+    /// Multiplies the alpha of everything drawn; clamped to [0, 1]. Default 1.
+    void setAlpha(double alpha);
+    /// Default black.
+    void setFillColor(const UIColor& color);
+    /// Default black.
+    void setStrokeColor(const UIColor& color);
+    /// Default true. Without it a pixel is covered when its centre is.
+    void setShouldAntialias(bool antialias);
+    enum class Interpolation { None, High };
+    /// `None` takes the nearest source pixel. Default High.
+    void setInterpolationQuality(Interpolation quality);
+    /// A shadow under everything drawn: `offset` and `blur` in device-independent points of the context's scale, y
+    /// down. The blur is a Gaussian of standard deviation blur / 2. No colour: no shadow (the default).
+    void setShadow(CGSize offset, double blur, const std::optional<UIColor>& color);
+
+    void fillRect(const CGRect& rect);
+    void fillPath(const UIBezierPath& path);
+    /// Strokes with the path's `lineWidth`, mitred joins and flat ends.
+    void strokePath(const UIBezierPath& path);
+    /// Sets to clear (alpha 0, or zero where there is no alpha).
+    void clearRect(const CGRect& rect);
+
+    /// Draws the stored pixels stretched over `rect` of user space, with the picture's own top edge at the largest y
+    /// when y runs up. In a context whose y runs down this mirrors the picture; `drawInRect` does not.
+    void drawImage(const CGImage& image, const CGRect& rect);
+
+    /// Draws stored pixels through a transform from their own space (pixels, y down) to user space.
+    void drawImage(const CGImage& image, const CGAffineTransform& imageToUser);
+
+    /// What is drawn until the end is first put together by itself, from clear, then composited as one with the alpha,
+    /// shadow and clip of the moment of the beginning; inside, alpha is 1 and there is no shadow. `bounds` (user space)
+    /// may limit the layer. RGB contexts only; elsewhere they draw straight on.
+    void beginTransparencyLayer(const std::optional<CGRect>& bounds = std::nullopt);
+    void endTransparencyLayer();
+
+    /// The bitmap now. The bytes are copied when the context draws on afterwards, not before.
+    CGImage makeImage();
+    /// The bitmap as a picture of the context's scale.
+    UIImage makeUIImage();
+
+private:
+    struct Impl;
+    explicit CGContext(std::unique_ptr<Impl> impl);
+    std::unique_ptr<Impl> m_impl;
+};
+
+} // namespace lamina

@@ -1,0 +1,13 @@
+#pragma once
+
+#include <string>
+
+namespace lamina::test {
+
+/// A file below tests/data, and that folder itself.
+std::string testData(const std::string& name = "");
+
+/// A file below assets/samples, and that folder itself.
+std::string samples(const std::string& name = "");
+
+} // namespace lamina::test
