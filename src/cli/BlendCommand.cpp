@@ -6,6 +6,7 @@
 #include "cli/Numbers.h"
 #include "cli/PictureInput.h"
 #include "cli/PictureOutput.h"
+#include "platform/base/Causes.h"
 
 #include <CLI/Config.hpp>
 #include <CLI/Formatter.hpp>
@@ -153,7 +154,7 @@ ExitCode BlendCommand::run()
 
     const UIImage picture = script.flattened();
     if (!picture)
-        return fail({m_arguments.output, "not enough memory"}, ExitCode::Failed);
+        return fail({m_arguments.output, cause::kNoMemory}, ExitCode::Failed);
     return deliverPicture(picture, m_arguments.output, m_arguments.quiet);
 }
 

@@ -1,5 +1,6 @@
 #include "cli/PictureInput.h"
 
+#include "platform/base/Causes.h"
 #include "platform/image/codecs/PictureDecoding.h"
 
 #include <cerrno>
@@ -60,7 +61,7 @@ Result<UIImage> readPicture(const std::string& path, int shortSide)
         return picture;
     UIImage upright = picture->upright();
     if (!upright)
-        return Error{path, "not enough memory"};
+        return Error{path, cause::kNoMemory};
     return upright;
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "gpu/core/GPUImageFramebuffer.h"
+#include "platform/base/MemoryWarning.h"
 #include "platform/base/NotificationCenter.h"
 
 #include <cstddef>
@@ -11,10 +12,6 @@
 #include <vector>
 
 namespace lamina {
-
-/// Posted when memory is short: idle framebuffers go.
-inline constexpr const char* UIApplicationDidReceiveMemoryWarningNotification =
-    "UIApplicationDidReceiveMemoryWarningNotification";
 
 /// The pool of framebuffers, by exact size and texture options, so that no GL object is made per frame. Idle ones are
 /// kept up to a bound on their bytes; beyond it the longest unused go first. All of it runs on the video processing

@@ -1,5 +1,6 @@
 #include "platform/photos/PhotoLoad.h"
 
+#include "platform/base/Causes.h"
 #include "platform/base/DispatchQueue.h"
 #include "platform/image/codecs/PictureDecoding.h"
 
@@ -30,10 +31,10 @@ Result<UIImage> read(const PhotoSource& source, const DecodeOptions& options)
     if (!photo)
         return Error{source.name, photo.error().cause};
     if (*options.cancelled) // turning a large photo takes a while as well
-        return Error{source.name, "cancelled"};
+        return Error{source.name, cause::kCancelled};
     UIImage upright = photo->upright();
     if (!upright)
-        return Error{source.name, "not enough memory"};
+        return Error{source.name, cause::kNoMemory};
     return upright;
 }
 

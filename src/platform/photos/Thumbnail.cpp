@@ -1,5 +1,6 @@
 #include "platform/photos/Thumbnail.h"
 
+#include "platform/base/Causes.h"
 #include "platform/image/codecs/PictureDecoding.h"
 #include "platform/image/drawing/Resampling.h"
 
@@ -21,7 +22,7 @@ Result<UIImage> loadThumbnail(const std::string& path, int side, const std::atom
     const int shown = std::min(side, edge);
     const UIImage thumbnail = UIImage(resampled(square, {shown, shown}), 1, picture->imageOrientation()).upright();
     if (!thumbnail)
-        return Error{path, "not enough memory"};
+        return Error{path, cause::kNoMemory};
     return thumbnail;
 }
 

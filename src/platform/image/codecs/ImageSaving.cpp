@@ -1,5 +1,6 @@
 #include "platform/image/codecs/ImageSaving.h"
 
+#include "platform/base/Causes.h"
 #include "platform/base/Log.h"
 #include "platform/files/FileWriting.h"
 #include "platform/image/codecs/PictureEncoding.h"
@@ -106,7 +107,7 @@ Result<Bytes> encodeImage(const UIImage& image, const ImageSavingOptions& option
         return Error{subject, "there is no picture"};
     const UIImage upright = image.upright();
     if (!upright)
-        return Error{subject, "not enough memory"};
+        return Error{subject, cause::kNoMemory};
     const CGImage& pixels = upright.cgImage();
     const UIColor background = options.backgroundFillColor.value_or(UIColor::white());
     if (uti == kUTTypeJPEG)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/base/Causes.h"
 #include "platform/image/codecs/ByteSource_p.h"
 #include "platform/image/codecs/PictureDecoding.h"
 
@@ -35,8 +36,6 @@ namespace cause {
 inline constexpr const char* kTruncated = "the file ends too early";
 inline constexpr const char* kDamaged = "the picture is damaged";
 inline constexpr const char* kTooLarge = "the picture is too large";
-inline constexpr const char* kNoMemory = "not enough memory";
-inline constexpr const char* kCancelled = "cancelled";
 } // namespace cause
 
 inline bool isCancelled(const DecodeOptions& options)
