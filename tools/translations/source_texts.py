@@ -154,7 +154,9 @@ def collect(code, name, room=""):
     filter graph: a screen says in words of its own that a filter gave no picture."""
     stream, unknown = tokens(code), []
     stays_english = room == "cli" or room == "platform/gl" or room.startswith("gpu/")
-    texts = set() if stays_english else causes(stream, room.startswith(("platform/image", "platform/files")) or name.endswith("Causes.h"))
+    texts = set() if stays_english else causes(stream, room.startswith(("platform/image", "platform/files")))
+    if str(name).endswith("base/Causes.h"):
+        texts |= {Text(token.value) for token in stream if token.kind == "string"}
     for i, token in enumerate(stream[:-1]):
         if token.kind != "word" or token.value not in PLAIN_CALLS | CONTEXT_CALLS | FOREIGN_CALLS or not is_call(stream, i):
             continue
