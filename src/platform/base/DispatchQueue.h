@@ -34,8 +34,6 @@ public:
     /// The queue of the main thread, which has no thread of its own: whoever owns that thread pumps it.
     static MainQueue& main();
 
-    const std::string& label() const;
-
     /// Returns at once. An exception that leaves the block is logged with the label and goes no further. The block and
     /// what it holds are destroyed on the queue.
     void async(Block block);
