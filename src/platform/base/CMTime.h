@@ -36,6 +36,7 @@ struct CMTime {
     /// needed, and beyond 2^63 seconds the time is infinite. NaN, or a timescale that is not positive: invalid.
     static CMTime makeWithSeconds(double seconds, std::int32_t timescale);
 
+    /// What the flags say; only a valid time has any other property.
     constexpr bool isValid() const { return (flags & kCMTimeFlags_Valid) != 0; }
     constexpr bool isIndefinite() const { return isValid() && (flags & kCMTimeFlags_Indefinite) != 0; }
     constexpr bool isPositiveInfinity() const { return isValid() && (flags & kCMTimeFlags_PositiveInfinity) != 0; }
