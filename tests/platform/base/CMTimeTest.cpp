@@ -1,8 +1,10 @@
 #include "platform/base/CMTime.h"
 
 #include <cmath>
+#include <cstddef>
 #include <gtest/gtest.h>
 #include <limits>
+#include <ostream>
 #include <string>
 
 namespace lamina {

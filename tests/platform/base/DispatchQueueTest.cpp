@@ -3,6 +3,7 @@
 #include "platform/base/DispatchSemaphore.h"
 
 #include <atomic>
+#include <cstddef>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <stdexcept>

@@ -1,5 +1,6 @@
 #include "platform/base/WorkerPool.h"
 
+#include <algorithm>
 #include <atomic>
 #include <chrono>
 #include <gtest/gtest.h>
