@@ -7,7 +7,8 @@
 
 Of our names only those count that a single header declares at the level of a namespace. A source file may rely on its
 own headers: that of its name, and those of its folder whose classes it defines. A header may rely on the headers of the
-classes that its own derive from, a test or benchmark on all of ours that it includes. What a file declares itself, forward declarations included, needs no header.
+classes that its own derive from, a test or benchmark on all of ours that it includes. What a file declares itself,
+forward declarations included, needs no header.
 """
 
 import argparse
