@@ -5,7 +5,7 @@
 
 #include <QQmlEngine>
 
-// Types of rooms that know no QML, by the names they have there.
+// Types of modules that know no QML, by the names they have there.
 
 namespace lamina {
 
@@ -27,7 +27,7 @@ public:
     static SystemSettings* create(QQmlEngine* engine, QJSEngine* scriptEngine);
 };
 
-/// Keeps the module's types in a program that links this room: without it the linker leaves their registration out.
+/// Keeps the module's types in a program that links this module: without it the linker leaves their registration out.
 void registerQmlTypes();
 
 } // namespace lamina

@@ -80,7 +80,7 @@ TEST_F(FileChooser, AsksForOnePicture)
     EXPECT_EQ(asked.filters, wanted);
 
     runFor(30);
-    EXPECT_EQ(answers, 0) << "the person thinks";
+    EXPECT_EQ(answers, 0) << "the user thinks";
     EXPECT_TRUE(chooser->isOpen());
     portal.choose({"file:///home/a%20b/caf%E9%23.jpg"});
     ASSERT_TRUE(waitForAnswer(Kind::Chosen));

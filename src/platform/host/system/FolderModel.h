@@ -25,7 +25,7 @@ class FolderModel : public QAbstractListModel {
     Q_PROPERTY(QString error READ error NOTIFY stateChanged FINAL)
     /// What to say about the list, such as that it is not all; mostly empty.
     Q_PROPERTY(QString note READ note NOTIFY stateChanged FINAL)
-    /// Maps {name, path}: the person's pictures, their home, and the samples while there are no pictures. Empty until a
+    /// Maps {name, path}: the user's pictures, their home, and the samples while there are no pictures. Empty until a
     /// folder has been listed.
     Q_PROPERTY(QVariantList places READ places NOTIFY placesChanged FINAL)
 
@@ -58,7 +58,7 @@ public:
     QVariantList places() const { return m_places; }
     void setLimit(std::size_t entries) { m_limit = entries; }
 
-    /// Goes where choosing begins: the person's pictures; the samples while there are none; their home without either.
+    /// Goes where choosing begins: the user's pictures; the samples while there are none; their home without either.
     Q_INVOKABLE void openStart();
     /// Lists the folder again; what is shown stays until then.
     Q_INVOKABLE void refresh();
