@@ -9,6 +9,7 @@
 
 namespace lamina {
 
+/// The list of screens, for the types of its values alone.
 struct ScreenModelInQml {
     Q_GADGET
     QML_FOREIGN(lamina::ScreenModel)
@@ -24,6 +25,7 @@ struct SystemSettingsInQml {
     QML_SINGLETON
 
 public:
+    /// The application's settings, for QML's engine; they stay owned by the application.
     static SystemSettings* create(QQmlEngine* engine, QJSEngine* scriptEngine);
 };
 

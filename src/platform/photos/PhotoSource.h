@@ -22,6 +22,7 @@ struct PhotoSource {
         source.path = std::move(path);
         return source;
     }
+    /// A picture file's contents, shown under `name`.
     static PhotoSource fromBytes(std::vector<std::uint8_t> bytes, std::string name)
     {
         PhotoSource source;

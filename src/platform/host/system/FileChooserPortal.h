@@ -19,6 +19,7 @@ namespace lamina {
 
 /// How asking for a file ended.
 struct FileChooserAnswer {
+    /// The ways in which it can end.
     enum class Kind {
         Chosen,      ///< `path` is the file
         Cancelled,   ///< by the user
@@ -49,8 +50,6 @@ public:
     /// Takes the question back: the chooser closes, the completion is not called any more. The second time nothing
     /// happens.
     void cancel();
-
-    bool isOpen() const { return static_cast<bool>(m_completion); }
 
     /// How long the portal may take to say that it is about to ask, in milliseconds; then it counts as unavailable. It
     /// does not limit the user. Default: ten seconds, in which a slow phone starts it.

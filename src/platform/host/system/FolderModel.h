@@ -30,6 +30,7 @@ class FolderModel : public QAbstractListModel {
     Q_PROPERTY(QVariantList places READ places NOTIFY placesChanged FINAL)
 
 public:
+    /// How pictures are sorted; folders always go by name.
     enum Order { NewestFirst, ByName };
     Q_ENUM(Order)
     /// "name", "path" and "isFolder" in views.
@@ -46,10 +47,14 @@ public:
     QVariant data(const QModelIndex& index, int role) const override;
     QHash<int, QByteArray> roleNames() const override;
 
+    /// Goes to a folder and lists it; relative ones count from the working directory, the empty one changes nothing.
     QString folder() const { return m_folder; }
     void setFolder(const QString& folder);
+    /// The folder above this one; empty at the top.
     QString parentFolder() const;
+    /// The folder's name to show.
     QString title() const;
+    /// The order of the pictures; another one lists the folder anew.
     Order order() const { return m_order; }
     void setOrder(Order order);
     bool isLoading() const { return m_cancelled != nullptr; }
