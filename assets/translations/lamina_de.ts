@@ -104,8 +104,16 @@
         <translation>Erstes Foto</translation>
     </message>
     <message>
+        <source>HEIC pictures need libheif</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>Home</source>
         <translation>Start</translation>
+    </message>
+    <message>
+        <source>JPEG pictures with arithmetic coding are not supported</source>
+        <translation type="unfinished"></translation>
     </message>
     <message>
         <source>Lay one photo over another</source>
@@ -248,6 +256,10 @@
         <translation>Sticker</translation>
     </message>
     <message>
+        <source>TIFF pictures need libtiff</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>Ten frames</source>
         <translation>Zehn Rahmen</translation>
     </message>
@@ -372,10 +384,6 @@
         <translation>den Ordner gibt es nicht</translation>
     </message>
     <message>
-        <source>not a file name</source>
-        <translation>kein Dateiname</translation>
-    </message>
-    <message>
         <source>not a picture</source>
         <translation>kein Bild</translation>
     </message>
@@ -460,20 +468,12 @@
         <translation>der Speicher reicht nicht aus</translation>
     </message>
     <message>
-        <source>this is not the address of a file on this machine</source>
-        <translation>das ist keine Adresse einer Datei auf diesem Gerät</translation>
-    </message>
-    <message>
         <source>this is not the name of a file</source>
         <translation>das ist kein Dateiname</translation>
     </message>
     <message>
         <source>this kind of BMP compression can&apos;t be read</source>
         <translation>diese Art der BMP-Kompression ist nicht lesbar</translation>
-    </message>
-    <message>
-        <source>this kind of HEIC picture can&apos;t be read</source>
-        <translation>diese Art von HEIC-Bild ist nicht lesbar</translation>
     </message>
     <message>
         <source>this kind of JPEG is not supported</source>
