@@ -476,6 +476,10 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>this kind of HEIC picture can&apos;t be read</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>this kind of JPEG is not supported</source>
         <translation type="unfinished"></translation>
     </message>

@@ -105,7 +105,7 @@
     </message>
     <message>
         <source>HEIC pictures need libheif</source>
-        <translation type="unfinished"></translation>
+        <translation>HEIC-Bilder brauchen libheif</translation>
     </message>
     <message>
         <source>Home</source>
@@ -113,7 +113,7 @@
     </message>
     <message>
         <source>JPEG pictures with arithmetic coding are not supported</source>
-        <translation type="unfinished"></translation>
+        <translation>JPEG-Bilder mit arithmetischer Kodierung werden nicht unterstützt</translation>
     </message>
     <message>
         <source>Lay one photo over another</source>
@@ -257,7 +257,7 @@
     </message>
     <message>
         <source>TIFF pictures need libtiff</source>
-        <translation type="unfinished"></translation>
+        <translation>TIFF-Bilder brauchen libtiff</translation>
     </message>
     <message>
         <source>Ten frames</source>
@@ -474,6 +474,10 @@
     <message>
         <source>this kind of BMP compression can&apos;t be read</source>
         <translation>diese Art der BMP-Kompression ist nicht lesbar</translation>
+    </message>
+    <message>
+        <source>this kind of HEIC picture can&apos;t be read</source>
+        <translation>diese Art von HEIC-Bild ist nicht lesbar</translation>
     </message>
     <message>
         <source>this kind of JPEG is not supported</source>

@@ -156,7 +156,7 @@ private:
         if (m_reader.endReached() || error.subcode == heif_suberror_End_of_data)
             return {{}, cause::kTruncated};
         if (error.code == heif_error_Unsupported_feature || error.code == heif_error_Unsupported_filetype)
-            return {{}, "this kind of HEIC picture can't be read"};
+            return Error{{}, "this kind of HEIC picture can't be read"};
         return {{}, cause::kDamaged};
     }
 
