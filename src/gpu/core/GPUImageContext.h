@@ -1,13 +1,15 @@
 #pragma once
 
 #include "gpu/core/GLProgram.h"
+#include "gpu/core/GLProgramCache.h"
 #include "gpu/core/GPUImageFramebufferCache.h"
 #include "gpu/core/VideoProcessingQueue.h"
 #include "platform/base/CGGeometry.h"
+#include "platform/base/DispatchQueue.h"
+#include "platform/base/NotificationCenter.h"
 #include "platform/base/Result.h"
 #include "platform/gl/EAGLContext.h"
 
-#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -73,8 +75,8 @@ public:
     void setContextShaderProgram(const std::shared_ptr<GLProgram>& program);
     /// Shows what was drawn into the bound renderbuffer. On the queue.
     void presentBufferForDisplay();
-    /// The program of these two texts, compiled once for the life of the process, perhaps not yet linked: test
-    /// `initialized`. On the queue.
+    /// The program of these two texts out of the `programCache`, perhaps not yet linked: test `initialized`. On the
+    /// queue.
     std::shared_ptr<GLProgram> programForVertexShaderString(const std::string& vertexShader,
                                                             const std::string& fragmentShader);
     /// The group that the context is made in; only before it is made.
@@ -84,19 +86,25 @@ public:
 
     /// The GL context, made on first use; null when there is none to be had. On the queue.
     EAGLContext* context();
+    /// The pool of framebuffers.
     GPUImageFramebufferCache& framebufferCache() { return *m_framebufferCache; }
+    /// The programs that were made so far; a memory warning drops the idle ones. On the queue.
+    const GLProgramCache& programCache() const { return m_programCache; }
     DispatchQueue& contextQueue() { return *m_contextQueue; }
     const std::shared_ptr<GLProgram>& currentShaderProgram() const { return m_currentShaderProgram; }
     void setCurrentShaderProgram(std::shared_ptr<GLProgram> program) { m_currentShaderProgram = std::move(program); }
 
 private:
-    std::map<std::string, std::shared_ptr<GLProgram>, std::less<>> m_shaderProgramCache;
+    void purgeIdlePrograms();
+
+    GLProgramCache m_programCache;
     std::shared_ptr<EAGLSharegroup> m_sharegroup;
     std::shared_ptr<EAGLContext> m_context;
     std::optional<Error> m_failure;
     std::shared_ptr<GLProgram> m_currentShaderProgram;
     std::unique_ptr<DispatchQueue> m_contextQueue;
     std::unique_ptr<GPUImageFramebufferCache> m_framebufferCache;
+    NotificationObserver m_memoryWarningObserver;
 };
 
 } // namespace lamina
