@@ -114,7 +114,7 @@ public:
 protected:
     /// `moreAttributes` follow `position` and `inputTextureCoordinate` in this order.
     GPUImageFilter(const std::string& vertexShader, const std::string& fragmentShader,
-                   std::vector<std::string> moreAttributes);
+                   const std::vector<std::string>& moreAttributes);
 
     /// For constructors of subclasses: the location in the first program, -1 without one. From any thread.
     GLint uniformIndex(const char* name) const;
@@ -122,19 +122,30 @@ protected:
     /// Where the values for `program` are kept.
     virtual const std::shared_ptr<UniformState>& uniformStateFor(const std::shared_ptr<GLProgram>& program) const;
 
-    /// Replaces the first program by that of other shaders with the same attributes. On the queue.
-    void buildFilterProgram(const std::string& vertexShader, const std::string& fragmentShader);
+    /// One of the filter's programs with the locations that every draw needs: the filter's own fields.
+    struct Pass {
+        int programIndex; ///< of `setUniformsForProgramAtIndex`
+        std::shared_ptr<GLProgram>& program;
+        GLuint& positionAttribute;
+        GLuint& textureCoordinateAttribute;
+        GLint& inputTextureUniform;
+    };
+    /// The program of these shaders, with the base's own attributes and then `moreAttributes` in this order; null where
+    /// it can't be built. On the queue.
+    static void buildProgram(const Pass& pass, const std::string& vertexShader, const std::string& fragmentShader,
+                             const std::vector<std::string>& moreAttributes = {});
+    /// Draws `input` (null: black) through the pass's program into the active framebuffer. On the queue.
+    void drawPass(const Pass& pass, const std::shared_ptr<GPUImageFramebuffer>& input, const QuadCoordinates& vertices,
+                  const QuadCoordinates& textureCoordinates);
+    /// The pass of `m_filterProgram`.
+    Pass firstPass();
 
-    /// A framebuffer of the output's size and options, active and cleared to the background; with the count of the
-    /// fetch.
-    std::shared_ptr<GPUImageFramebuffer> beginOutput() const;
+    /// A framebuffer of the output's size and options, active and cleared; with the count of the fetch.
+    std::shared_ptr<GPUImageFramebuffer> beginOutput(const GPUVector4& clearColor) const;
     /// Binds the texture of `input` (none: texture 0) to `unit` and tells the sampler at `uniform`.
     static void bindInput(const std::shared_ptr<GPUImageFramebuffer>& input, int unit, GLint uniform);
     /// Slot i samples from texture unit 2 + i; unit 1 is for making textures.
     static constexpr int kFirstTextureUnit = 2;
-    /// The draw of four vertices with position and first coordinate.
-    static void drawQuad(GLuint positionAttribute, const QuadCoordinates& vertices, GLuint coordinateAttribute,
-                         const QuadCoordinates& textureCoordinates);
     /// Before the draw, if a capture was asked for: takes the count that `newCGImageFromCurrentlyProcessedOutput` gives
     /// back. A wish that comes later, while the frame is under way, is for the next one.
     void holdForCapture(GPUImageFramebuffer& output);
@@ -161,7 +172,6 @@ protected:
     GPUVector4 m_backgroundColor;
     GPUImageRotationMode m_inputRotation = kGPUImageNoRotation;
     bool m_currentlyReceivingMonochromeInput = false;
-    std::vector<std::string> m_attributes;
     DispatchSemaphore m_imageCaptureSemaphore{0};
 
 private:

@@ -80,9 +80,6 @@ protected:
 
 private:
     void setFraction(float& fraction, float value, float& other);
-    std::shared_ptr<GPUImageFramebuffer> blurredOnce(const std::shared_ptr<GPUImageFramebuffer>& input,
-                                                     const QuadCoordinates& vertices,
-                                                     const QuadCoordinates& textureCoordinates);
     void dropTheTurn();
 
     // Some are written while a frame's size is being set: they are written on the queue alone.
