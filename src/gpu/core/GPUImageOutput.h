@@ -36,6 +36,7 @@ public:
     virtual std::shared_ptr<GPUImageFramebuffer> framebufferForOutput() const { return m_outputFramebuffer; }
     /// Forgets it; no count changes.
     virtual void removeOutputFramebuffer() { m_outputFramebuffer.reset(); }
+    /// Hands the present output to every target's slot.
     void notifyTargetsAboutNewOutputTexture();
 
     /// A copy of the list.
@@ -66,12 +67,11 @@ public:
 
     /// This filter as a function of pictures: pushes a still picture through it and waits for what comes out, at most
     /// three seconds. Stored pixels go through as they are; the picture's scale and orientation are carried around the
-    /// work as tags. Opaque and straight-alpha pictures of 8 bits RGBA go up without being drawn; see `GPUImagePicture`
+    /// work as tags. Opaque and straight-alpha pictures of 8 bits RGBA go up without being drawn; see `PictureTexture`
     /// for the others. What comes out has straight alpha. Empty when there is no context, no program, or a slot stays
     /// empty.
     ///
-    /// From any thread, but for one filter one call at a time. Link lamina::gpu (these three live beside the still
-    /// picture).
+    /// From any thread, but for one filter one call at a time.
     CGImage newCGImageByFilteringCGImage(const CGImage& image);
     CGImage newCGImageByFilteringImage(const UIImage& image) { return newCGImageByFilteringCGImage(image.cgImage()); }
     UIImage imageByFilteringImage(const UIImage& image);
@@ -113,6 +113,8 @@ protected:
     };
     /// In the order of adding. On the queue.
     const std::vector<Target>& targetList() const { return m_targets; }
+    /// Tells the target that the slot has no source any more. On the queue.
+    static void freeSlot(GPUImageInput& target, int textureIndex);
     bool isIgnored(const Target& target) const { return target.input == m_targetToIgnoreForUpdates.lock(); }
 
     std::shared_ptr<GPUImageFramebuffer> m_outputFramebuffer;
