@@ -33,5 +33,6 @@ private:
 
 template <>
 struct std::hash<lamina::FramebufferKind> {
+    /// As the kind says itself.
     std::size_t operator()(const lamina::FramebufferKind& kind) const { return kind.hash(); }
 };

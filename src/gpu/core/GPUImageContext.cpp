@@ -59,9 +59,8 @@ std::atomic<int> s_textureLimit{0};
 GPUImageContext::GPUImageContext()
     : m_contextQueue(std::make_unique<DispatchQueue>("com.vx.GPUImage.openGLESContextQueue"))
     , m_framebufferCache(std::make_unique<GPUImageFramebufferCache>())
-    , m_memoryWarningObserver(
-          NotificationCenter::defaultCenter().addObserver(UIApplicationDidReceiveMemoryWarningNotification,
-                                                          [this](const Notification&) { purgeIdlePrograms(); }))
+    , m_memoryWarningObserver(NotificationCenter::defaultCenter().addObserver(
+          UIApplicationDidReceiveMemoryWarningNotification, [this](const Notification&) { purgeIdlePrograms(); }))
 {
     m_contextQueue->setSpecific(contextKey(), this);
     m_contextQueue->forbidWaitingForMain();

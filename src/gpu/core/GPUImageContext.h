@@ -32,8 +32,11 @@ public:
 
     /// The address under which the queue tells that it belongs to a context.
     static const void* contextKey();
+    /// The one of the process, made on first use. From any thread.
     static GPUImageContext& sharedImageProcessingContext();
+    /// The video processing queue: that of the shared context.
     static DispatchQueue& sharedContextQueue() { return sharedImageProcessingContext().contextQueue(); }
+    /// The pool of the shared context.
     static GPUImageFramebufferCache& sharedFramebufferCache()
     {
         return sharedImageProcessingContext().framebufferCache();
@@ -50,13 +53,18 @@ public:
     /// Why the shared context can't be had; success when it stands. Makes it when it is not there yet. From any thread.
     static Outcome availability();
 
-    /// Limits of the device, read once; 0 without a context. From any thread.
+    /// The longest side of a texture in pixels: the device's limit, or a lower one that was set. Like the other limits
+    /// it is asked of the device once, and 0 without a context. From any thread.
     static int maximumTextureSizeForThisDevice();
+    /// How many textures a fragment shader may sample.
     static int maximumTextureUnitsForThisDevice();
+    /// How many vectors of four a vertex shader may hand to a fragment shader.
     static int maximumVaryingVectorsForThisDevice();
     /// By its whole name, as "GL_EXT_texture_rg". From any thread.
     static bool deviceSupportsOpenGLESExtension(std::string_view extension);
+    /// Textures of one or two channels (GL_EXT_texture_rg).
     static bool deviceSupportsRedTextures();
+    /// Fragment shaders that read what they draw over (GL_EXT_shader_framebuffer_fetch).
     static bool deviceSupportsFramebufferReads();
     /// Textures that share memory with the processor don't exist here.
     static constexpr bool supportsFastTextureUpload() { return false; }

@@ -46,32 +46,53 @@ public:
     /// The size that targets are told.
     virtual CGSize outputFrameSize() const { return m_inputTextureSize; }
 
+    /// Draws the input into a new output, or drops the frame where rendering is prevented or impossible. `vertices` are
+    /// places in clip space, `textureCoordinates` the same corners' places in the input. On the queue.
     virtual void renderToTextureWithVertices(const QuadCoordinates& vertices,
                                              const QuadCoordinates& textureCoordinates);
+    /// Hands the output to the targets and lets them draw. On the queue.
     void informTargetsAboutNewFrameAtTime(const CMTime& frameTime);
 
     /// What the output is cleared to before the draw; components 0 to 1, all 0 at first.
     void setBackgroundColorRed(float red, float green, float blue, float alpha);
 
-    /// By the uniform's name in the (first) program.
+    // Uniforms by their names in the (first) program; nothing happens for a name it doesn't have.
+
+    /// An `int`, or the texture unit of a sampler.
     void setInteger(int value, const std::string& uniformName);
+    /// A `float`.
     void setFloat(float value, const std::string& uniformName);
+    /// A `vec2` of width and height.
     void setSize(CGSize value, const std::string& uniformName);
+    /// A `vec2` of x and y.
     void setPoint(CGPoint value, const std::string& uniformName);
+    /// A `vec3`.
     void setFloatVec3(const GPUVector3& value, const std::string& uniformName);
+    /// A `vec4`.
     void setFloatVec4(const GPUVector4& value, const std::string& uniformName);
-    /// The floats are copied.
+    /// A `float[]`. The floats are copied.
     void setFloatArray(std::span<const float> values, const std::string& uniformName);
 
-    /// By location in a program; nothing happens without a linked program or for location -1.
+    // Uniforms by their locations in one of the filter's programs; nothing happens without a linked program or for
+    // location -1.
+
+    /// A `mat3`; the value's records are its columns.
     void setMatrix3f(const GPUMatrix3x3& value, GLint uniform, const std::shared_ptr<GLProgram>& program);
+    /// A `mat4`; the value's records are its columns.
     void setMatrix4f(const GPUMatrix4x4& value, GLint uniform, const std::shared_ptr<GLProgram>& program);
+    /// A `float`.
     void setFloat(float value, GLint uniform, const std::shared_ptr<GLProgram>& program);
+    /// A `vec2` of x and y.
     void setPoint(CGPoint value, GLint uniform, const std::shared_ptr<GLProgram>& program);
+    /// A `vec2` of width and height.
     void setSize(CGSize value, GLint uniform, const std::shared_ptr<GLProgram>& program);
+    /// A `vec3`.
     void setVec3(const GPUVector3& value, GLint uniform, const std::shared_ptr<GLProgram>& program);
+    /// A `vec4`.
     void setVec4(const GPUVector4& value, GLint uniform, const std::shared_ptr<GLProgram>& program);
+    /// A `float[]`. The floats are copied.
     void setFloatArray(std::span<const float> values, GLint uniform, const std::shared_ptr<GLProgram>& program);
+    /// An `int`, or the texture unit of a sampler.
     void setInteger(int value, GLint uniform, const std::shared_ptr<GLProgram>& program);
 
     /// Runs the block now and before every draw of the program. On the queue, with the program active.

@@ -16,8 +16,8 @@
 namespace lamina {
 
 /// The pool of framebuffers, by exact size and texture options, so that no GL object is made per frame. Idle ones are
-/// kept up to a bound on their bytes; beyond it the longest unused go first, and at a memory warning all of them. All of
-/// it runs on the video processing queue; the operations hop there themselves.
+/// kept up to a bound on their bytes; beyond it the longest unused go first, and at a memory warning all of them. All
+/// of it runs on the video processing queue; the operations hop there themselves.
 class GPUImageFramebufferCache {
 public:
     /// More idle bytes than this are not kept.
@@ -49,8 +49,9 @@ public:
     /// Lets it go again.
     void removeFramebufferFromActiveImageCaptureList(const std::shared_ptr<GPUImageFramebuffer>& framebuffer);
 
-    /// For those who watch the pool: idle framebuffers, and made but not yet deleted ones of all pools.
+    /// For those who watch the pool: how many wait in it.
     std::size_t idleCount();
+    /// For those who watch: made but not yet deleted framebuffers of all pools, in use and idle. From any thread.
     static std::size_t livingCount();
 
 private:

@@ -1,3 +1,6 @@
+// How far a bell reaches follows from the density of the normal distribution, exp(-x^2 / (2 sigma^2)) / sqrt(2 pi
+// sigma^2), solved for the x where it is 1/256: what is left out is less than a step of 8 bits.
+
 #include "gpu/filters/GPUImageGaussianBlurFilter.h"
 
 #include "gpu/core/GPUImageContext.h"

@@ -23,8 +23,9 @@ class GPUImagePicture : public GPUImageOutput {
 public:
     explicit GPUImagePicture(const CGImage& image, PictureUpload upload = {});
     explicit GPUImagePicture(const UIImage& image, PictureUpload upload = {});
-    /// From a file, or the bytes of one. A picture that can't be read is an empty one, and logged.
+    /// From a file. A picture that can't be read is an empty one, and logged.
     static std::shared_ptr<GPUImagePicture> makeWithURL(const std::string& path);
+    /// The same from the bytes of a file.
     static std::shared_ptr<GPUImagePicture> makeWithData(std::span<const std::uint8_t> bytes);
     ~GPUImagePicture() override;
 
@@ -45,16 +46,17 @@ public:
     /// Also forgets that the picture has been pushed.
     void removeAllTargets() override;
 
-    /// Puts a picture over a part of the texture, by default at its top left in the picture's own size, else stretched
-    /// over `rect` (pixels, cut to whole ones). A rectangle that does not lie within the texture changes nothing and is
-    /// logged. Waits for the queue.
-    void replaceTextureWithSubimage(const UIImage& image) { replaceTextureWithSubCGImage(image.cgImage()); }
+    /// Puts a picture over a part of the texture, without `rect` at its top left in the picture's own size, else
+    /// stretched over it (pixels, cut to whole ones). A rectangle that does not lie within the texture changes nothing
+    /// and is logged. Waits for the queue.
     void replaceTextureWithSubCGImage(const CGImage& image);
+    void replaceTextureWithSubCGImage(const CGImage& image, CGRect rect);
+    /// The same with the pixels of a UIImage.
+    void replaceTextureWithSubimage(const UIImage& image) { replaceTextureWithSubCGImage(image.cgImage()); }
     void replaceTextureWithSubimage(const UIImage& image, CGRect rect)
     {
         replaceTextureWithSubCGImage(image.cgImage(), rect);
     }
-    void replaceTextureWithSubCGImage(const CGImage& image, CGRect rect);
 
 private:
     void push();
