@@ -1,12 +1,12 @@
-// The ways out of the blend editor: discarding, and the picture as a file.
+// The ways out of an editor: discarding, and the picture as a file.
 
-#include "editors/blend/BlendPhotoViewController.h"
+#include "editors/common/EditorViewController.h"
 
+#include "platform/base/Causes.h"
 #include "platform/base/DispatchQueue.h"
 #include "platform/base/Localization.h"
-#include "platform/base/NotificationCenter.h"
-#include "platform/image/drawing/CGContext.h"
 #include "platform/photos/PhotoFolder.h"
+#include "platform/view/ImageRendering.h"
 #include "platform/view/UIAlertController.h"
 
 #include <QDir>
@@ -32,46 +32,37 @@ QString shownPath(const std::string& path)
 
 } // namespace
 
-void BlendPhotoViewController::backBtn()
+void EditorViewController::askToDiscard(std::function<void()> discard)
 {
-    const auto discard = [weak = weak_from_this()] {
-        const std::shared_ptr<UIViewController> self = weak.lock();
-        if (!self)
-            return;
-        NotificationCenter::defaultCenter().post("PinchZoomViewController", self.get());
-        clearPickedImages();
+    const auto yes = [weak = weak_from_this(), discard = std::move(discard)] {
+        if (const std::shared_ptr<UIViewController> self = weak.lock())
+            discard();
     };
     present(UIAlertController::make(localizedString("⚠️"), localizedString("Discard Editing"),
-                                    {{localizedString("YES"), UIAlertActionStyle::Default, discard},
+                                    {{localizedString("YES"), UIAlertActionStyle::Default, yes},
                                      {localizedString("NO"), UIAlertActionStyle::Default, {}}}),
             true);
 }
 
-UIImage BlendPhotoViewController::flattened()
+UIImage EditorViewController::flattened()
 {
-    m_composition.backdrop = UIColor::white();
-    m_mainImgView->setBackgroundColor(m_composition.backdrop);
-    // Into the last step alone: a gesture may be under way, which is not for this to record.
-    BlendComposition kept = m_history.current();
-    kept.backdrop = m_composition.backdrop;
-    m_history.amend(kept);
-    tell();
-
-    std::optional<CGContext> context = CGContext::image(m_mainImgView->bounds().size, m_mainImgView->isOpaque(), 0);
-    if (!context)
-        return {};
-    m_mainImgView->layer().renderInContext(*context);
-    return context->makeUIImage();
+    prepareExport();
+    return renderedCanvas();
 }
 
-void BlendPhotoViewController::shareBtn()
+UIImage EditorViewController::renderedCanvas() const
+{
+    return imageByRenderingView(exportedView());
+}
+
+void EditorViewController::savePicture()
 {
     if (m_saving)
         return;
     setNotice({});
     const UIImage picture = flattened();
     if (!picture)
-        return showSaveFailure({localizedString("The picture"), localizedString("there is not enough memory")});
+        return showSaveFailure({localizedString("The picture"), cause::kNoMemory});
     setSaving(true);
 
     const auto weak = std::weak_ptr<UIViewController>(weak_from_this());
@@ -85,7 +76,7 @@ void BlendPhotoViewController::shareBtn()
     });
 }
 
-void BlendPhotoViewController::saved(const Result<std::string>& path)
+void EditorViewController::saved(const Result<std::string>& path)
 {
     if (path)
         setNotice(QString::fromStdString(localizedString("Saved to %1")).arg(shownPath(*path)));
@@ -94,7 +85,7 @@ void BlendPhotoViewController::saved(const Result<std::string>& path)
         showSaveFailure(path.error());
 }
 
-void BlendPhotoViewController::showSaveFailure(const Error& error)
+void EditorViewController::showSaveFailure(const Error& error)
 {
     const QString message =
         QStringLiteral("%1: %2.").arg(shownPath(error.subject), QString::fromStdString(error.cause));
@@ -107,18 +98,18 @@ void BlendPhotoViewController::showSaveFailure(const Error& error)
                  true);
 }
 
-void BlendPhotoViewController::dismissNotice()
+void EditorViewController::dismissNotice()
 {
     setNotice({});
 }
 
-void BlendPhotoViewController::setSaving(bool saving)
+void EditorViewController::setSaving(bool saving)
 {
     m_saving = saving;
     emit savingChanged();
 }
 
-void BlendPhotoViewController::setNotice(const QString& notice)
+void EditorViewController::setNotice(const QString& notice)
 {
     if (notice == m_notice)
         return;
