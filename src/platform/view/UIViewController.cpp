@@ -19,15 +19,13 @@ bool coversPresenter(UIModalPresentationStyle style)
     return style == UIModalPresentationStyle::FullScreen || style == UIModalPresentationStyle::CurrentContext;
 }
 
-/// Runs the completion in its turn, after the transitions that were asked for before.
-void completeOnly(const Screen& screen, UIViewController::Completion completion)
+/// Keeps the screen until the completion has run.
+UIViewController::Completion keeping(const Screen& screen, UIViewController::Completion completion)
 {
-    ScreenTransition transition;
-    transition.completion = [screen, completion = std::move(completion)] {
+    return [screen, completion = std::move(completion)] {
         if (completion)
             completion();
     };
-    ScreenTransition::submit(std::move(transition));
 }
 
 } // namespace
@@ -140,7 +138,7 @@ void UIViewController::present(std::shared_ptr<UIViewController> controller, boo
     const Screen presenter = outermostContainer();
     if (const char* const reason = presenter->reasonNotToPresent(controller.get())) {
         logWarning(std::string("can't present: ") + reason);
-        completeOnly(shared_from_this(), std::move(completion));
+        ScreenTransition::submitCompletion(keeping(shared_from_this(), std::move(completion)));
         return;
     }
     presenter->m_presented = controller;
@@ -168,14 +166,11 @@ void UIViewController::dismiss(bool animated, Completion completion)
         presenter = presentingViewController();
     if (!presenter) {
         logWarning("can't dismiss: no screen is presented");
-        completeOnly(screen, std::move(completion));
+        ScreenTransition::submitCompletion(keeping(screen, std::move(completion)));
         return;
     }
     // The caller may be the one that leaves; the completion is the last that needs it.
-    presenter->dismissPresented(animated, [screen, completion = std::move(completion)] {
-        if (completion)
-            completion();
-    });
+    presenter->dismissPresented(animated, keeping(screen, std::move(completion)));
 }
 
 /// Takes all that stands above this screen out of the chain; gives it from the top down.
