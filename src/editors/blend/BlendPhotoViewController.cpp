@@ -38,13 +38,19 @@ BlendPhotoViewController::~BlendPhotoViewController() = default;
 
 void BlendPhotoViewController::watchProperties()
 {
-    watch([this] { return std::array{photo1Selected(), photo2Selected(), panBool(), photo2OnTop()}; },
-          [this] { emit selectionChanged(); });
+    watch(
+        [this] {
+            return std::array{photo1Selected(), photo2Selected(), panBool(), photo2OnTop()};
+        },
+        [this] { emit selectionChanged(); });
     const auto areIdentical = [](const std::array<UIImage, 2>& some, const std::array<UIImage, 2>& others) {
         return some[0].isIdenticalTo(others[0]) && some[1].isIdenticalTo(others[1]);
     };
-    watch([this] { return std::array{composition().photos[kFirst].image, composition().photos[kSecond].image}; },
-          [this] { emit picturesChanged(); }, areIdentical);
+    watch(
+        [this] {
+            return std::array{composition().photos[kFirst].image, composition().photos[kSecond].image};
+        },
+        [this] { emit picturesChanged(); }, areIdentical);
 }
 
 void BlendPhotoViewController::viewDidLoad()

@@ -6,6 +6,8 @@
 #include "platform/base/DispatchQueue.h"
 #include "platform/base/Localization.h"
 #include "platform/photos/PhotoFolder.h"
+#include "platform/photos/PictureQueue.h"
+#include "platform/view/FailureAlert.h"
 #include "platform/view/ImageRendering.h"
 #include "platform/view/UIAlertController.h"
 
@@ -14,13 +16,6 @@
 namespace lamina {
 
 namespace {
-
-/// Never destroyed: a picture may still be on its way to the disk when the process ends.
-DispatchQueue& savingQueue()
-{
-    static DispatchQueue* const queue = new DispatchQueue("lamina.blend.saving");
-    return *queue;
-}
 
 /// With the home folder as "~", as people know it.
 QString shownPath(const std::string& path)
@@ -67,7 +62,7 @@ void EditorViewController::savePicture()
 
     const auto weak = std::weak_ptr<UIViewController>(weak_from_this());
     // The process waits for the file, and the screen doesn't have to.
-    savingQueue().async([this, weak, image = picture.cgImage(), work = DispatchQueue::main().expectWork()] {
+    pictureQueue().async([this, weak, image = picture.cgImage(), work = DispatchQueue::main().expectWork()] {
         const Result<std::string> path = savePNGToPhotoLibrary(image);
         DispatchQueue::main().async([this, weak, path, work] {
             if (const auto self = weak.lock())
@@ -87,15 +82,8 @@ void EditorViewController::saved(const Result<std::string>& path)
 
 void EditorViewController::showSaveFailure(const Error& error)
 {
-    const QString message =
-        QStringLiteral("%1: %2.").arg(shownPath(error.subject), QString::fromStdString(error.cause));
-    // A question may be open by now; this one goes over it.
-    std::shared_ptr<UIViewController> top = shared_from_this();
-    while (const std::shared_ptr<UIViewController> next = top->presentedViewController())
-        top = next;
-    top->present(UIAlertController::make(localizedString("Can’t save the picture"), message.toStdString(),
-                                         {{localizedString("OK"), UIAlertActionStyle::Default, {}}}),
-                 true);
+    presentFailure(*this, localizedString("Can’t save the picture"),
+                   {shownPath(error.subject).toStdString(), error.cause});
 }
 
 void EditorViewController::dismissNotice()

@@ -21,7 +21,7 @@ struct EditorTool {
     std::string_view icon;       ///< name of the image
     std::string_view activeIcon; ///< its image while it is active
     int tag = 0;                 ///< of its cell in the bar; 0: none
-    bool graysCell = true;       ///< becoming active, its cell turns grey and the others clear; else all stay as they are
+    bool graysCell = true; ///< becoming active, its cell turns grey and the others clear; else all stay as they are
 };
 
 /// What one cell of the bar shows.
