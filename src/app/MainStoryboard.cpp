@@ -10,13 +10,13 @@ namespace lamina {
 
 void registerMainStoryboard()
 {
-    const std::shared_ptr<UIStoryboard> storyboard = UIStoryboard::named("Main");
-    storyboard->addScene("ViewController", [] { return std::make_shared<ViewController>(); });
-    storyboard->addScene("ImagePIckingViewController", [] { return std::make_shared<ImagePIckingViewController>(); });
-    storyboard->addScene("PinchZoomViewController", [] { return std::make_shared<PinchZoomViewController>(); });
-    storyboard->addScene("BlendPhotoViewController", [] { return std::make_shared<BlendPhotoViewController>(); });
-    storyboard->addSegue("blend", "BlendPhotoViewController", UIStoryboard::SegueKind::Present);
-    storyboard->addSegue("toBlend", "BlendPhotoViewController", UIStoryboard::SegueKind::Present);
+    const std::shared_ptr<UIStoryboard> storyboard = UIStoryboard::named(kMainStoryboard);
+    storyboard->addScene(scene::kHome, [] { return std::make_shared<ViewController>(); });
+    storyboard->addScene(scene::kSourceChoice, [] { return std::make_shared<ImagePIckingViewController>(); });
+    storyboard->addScene(scene::kCrop, [] { return std::make_shared<PinchZoomViewController>(); });
+    storyboard->addScene(scene::kBlend, [] { return std::make_shared<BlendPhotoViewController>(); });
+    storyboard->addSegue(segue::kPickedToBlend, scene::kBlend, UIStoryboard::SegueKind::Present);
+    storyboard->addSegue(segue::kToBlend, scene::kBlend, UIStoryboard::SegueKind::Present);
 }
 
 } // namespace lamina
