@@ -1,5 +1,6 @@
 #include "app/PinchZoomViewController.h"
 
+#include "app/MainStoryboard.h"
 #include "platform/base/Log.h"
 #include "platform/base/UIScreen.h"
 #include "platform/image/drawing/CGContext.h"
@@ -131,7 +132,7 @@ void PinchZoomViewController::doneButton()
     }
     secondPickedImage = image;
     secondPickedCrop = crop();
-    performSegue("toBlend", this);
+    performSegue(segue::kToBlend, this);
 }
 
 UIImage PinchZoomViewController::croppedImage()
