@@ -57,7 +57,6 @@ TEST_F(WorkerPoolTest, CoversTheWholeRangeOfNumbers)
 
 TEST_F(WorkerPoolTest, SpreadsOverThreadsAndRunsNestedCallsInline)
 {
-    pool.warmUp();
     std::atomic<int> inside{0};
     std::atomic<bool> together{false};
     // Two pieces for four threads: a nested call would find helpers.

@@ -1,4 +1,4 @@
-#include "DecodedPictures.h"
+#include "../codecs/DecodedPictures.h"
 
 #include "platform/image/pixels/PixelConversion.h"
 

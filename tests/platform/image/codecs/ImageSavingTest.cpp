@@ -1,6 +1,6 @@
 #include "platform/image/codecs/ImageSaving.h"
 
-#include "../base/LogCapture.h"
+#include "../../base/LogCapture.h"
 #include "CommandRunner.h"
 #include "DrawingSupport.h"
 #include "PillowReader.h"
