@@ -1,13 +1,13 @@
 import QtQuick
 import Lamina
 
-// The blend's tools beside a wide window's canvas: the tools in a row, what the active one has to say, and Save at the foot.
+// An editor's tools beside a wide window's canvas: the tools in a row, what the active one has to say, and Save at the foot.
 SidePanel {
     id: panel
 
-    // A BlendPhotoViewController.
+    // An EditorViewController.
     required property var controller
-    signal chosen(int tool)
+    default property alias content: page.data
 
     // Where a notice may stand: over the foot.
     readonly property real foot: save.y
@@ -19,7 +19,7 @@ SidePanel {
         room: parent.width - 2 * Tokens.space.s
         spacing: 5
         tools: panel.controller.tools
-        onChosen: index => panel.chosen(index)
+        onChosen: identifier => panel.controller.chooseTool(identifier)
     }
     Rectangle {
         id: rule
@@ -29,25 +29,11 @@ SidePanel {
         color: Tokens.palette.hairline
     }
     Column {
+        id: page
         x: Tokens.space.sheetMargin
         y: rule.y + Tokens.space.xl
         width: parent.width - 2 * Tokens.space.sheetMargin
         spacing: Tokens.space.s
-        StyledText {
-            width: parent.width
-            text: qsTranslate("Lamina", "Move")
-            role: Tokens.type.caption
-            strong: true
-            Accessible.role: Accessible.Heading
-            Accessible.name: text
-        }
-        StyledText {
-            width: parent.width
-            text: qsTranslate("Lamina", "Drag the second photo, pinch or turn the wheel to zoom it. Arrow keys move it a little, plus and minus zoom.")
-            role: Tokens.type.caption
-            color: Tokens.palette.textSecondary
-            Accessible.name: text
-        }
     }
     LaminaButton {
         id: save
