@@ -66,15 +66,15 @@ TEST_F(FileChooser, AsksForOnePicture)
     EXPECT_TRUE(partOfAPath.match(asked.options["handle_token"].toString()).hasMatch());
     const std::vector<TestPortal::Filter> wanted = {
         {"Pictures",
-         {{1, "image/jpeg"},
-          {1, "image/png"},
+         {{1, "image/png"},
+          {1, "image/jpeg"},
           {1, "image/webp"},
+          {1, "image/tiff"},
+          {1, "image/bmp"},
+          {1, "image/gif"},
           {1, "image/heif"},
           {1, "image/heic"},
-          {1, "image/avif"},
-          {1, "image/tiff"},
-          {1, "image/gif"},
-          {1, "image/bmp"}}},
+          {1, "image/avif"}}},
         {"All files", {{0, "*"}}},
     };
     EXPECT_EQ(asked.filters, wanted);
