@@ -1,6 +1,8 @@
 #include "GraphFixture.h"
 #include "gpu/core/GPUImageFourInputFilter.h"
 
+#include <sstream>
+
 namespace lamina::test {
 namespace {
 
@@ -18,24 +20,6 @@ std::string redsOf(int inputs)
         reds += "1.0, ";
     reds.resize(reds.size() - 2);
     return head + "void main() { gl_FragColor = vec4(" + reds + "); }";
-}
-
-struct Step {
-    enum What { Still, Frame, Free, Prevent } what;
-    std::size_t slot = 0;
-    std::uint8_t red = 0;
-    CMTime time = kCMTimeIndefinite;
-};
-
-/// A still picture.
-Step still(std::size_t slot, std::uint8_t red)
-{
-    return {Step::Still, slot, red};
-}
-/// A frame of a stream.
-Step frame(std::size_t slot, std::uint8_t red, int atSecond)
-{
-    return {Step::Frame, slot, red, second(atSecond)};
 }
 
 class MultiInputTest : public GraphFixture {
@@ -60,18 +44,26 @@ protected:
         m_end->keepPixels(true);
     }
 
-    void perform(const Step& step)
+    /// "S0=10": slot 0 gets a still picture of red 10. "V0=10@3": a frame of a stream at second 3, without "@3" one
+    /// without a time. "F1": slot 1 is not waited for any more. "P0": rendering is prevented.
+    void perform(const std::string& step)
     {
-        const Rgba color{step.red, 0, 0, 255};
-        if (step.what == Step::Still)
-            m_sources[step.slot]->pushStill(solidPicture(2, 2, color));
-        else if (step.what == Step::Frame)
-            m_sources[step.slot]->push({2, 2}, color, step.time);
-        else if (step.what == Step::Prevent)
+        char what = 0;
+        char sign = 0;
+        std::size_t slot = 0;
+        int red = 0;
+        int time = -1;
+        std::istringstream(step) >> what >> slot >> sign >> red >> sign >> time;
+        const Rgba color{static_cast<std::uint8_t>(red), 0, 0, 255};
+        if (what == 'S')
+            m_sources.at(slot)->pushStill(solidPicture(2, 2, color));
+        else if (what == 'V')
+            m_sources.at(slot)->push({2, 2}, color, time < 0 ? kCMTimeIndefinite : second(time));
+        else if (what == 'P')
             m_filter->setPreventRendering(true);
-        else if (step.slot == 0)
+        else if (slot == 0)
             m_filter->disableFirstFrameCheck();
-        else if (step.slot == 1)
+        else if (slot == 1)
             m_filter->disableSecondFrameCheck();
         else
             dynamic_cast<GPUImageThreeInputFilter&>(*m_filter).disableThirdFrameCheck();
@@ -98,61 +90,27 @@ protected:
 struct Script {
     const char* what;
     int inputs;
-    std::vector<Step> steps;
+    const char* steps;
     const char* drawn;
 };
 
 const Script kScripts[] = {
-    {"two stills draw when both have come",
-     2,
-     {still(0, 10), still(1, 20), still(1, 40), still(0, 30)},
-     "-: 10 20; -: 30 40; "},
-    {"each frame of a stream draws beside a still",
-     2,
-     {still(1, 50), frame(0, 1, 1), frame(0, 2, 2), frame(0, 3, 3)},
-     "1: 1 50; 2: 2 50; 3: 3 50; "},
-    {"in the other slot too", 2, {still(0, 50), frame(1, 1, 1), frame(1, 2, 2)}, "1: 50 1; 2: 50 2; "},
-    {"a still that was counted has gone back to the pool after its draw",
-     2,
-     {{Step::Frame, 1, 50}, frame(0, 9, 1), frame(0, 9, 2), frame(0, 9, 3)},
+    {"two stills draw when both have come", 2, "S0=10 S1=20 S1=40 S0=30", "-: 10 20; -: 30 40; "},
+    {"each frame of a stream draws beside a still", 2, "S1=50 V0=1@1 V0=2@2 V0=3@3", "1: 1 50; 2: 2 50; 3: 3 50; "},
+    {"in the other slot too", 2, "S0=50 V1=1@1 V1=2@2", "1: 50 1; 2: 50 2; "},
+    {"a still that was counted has gone back to the pool after its draw", 2, "V1=50 V0=9@1 V0=9@2 V0=9@3",
      "1: 9 50; 2: 9 0; 3: 9 0; "},
-    {"two streams draw in pairs at the first one's time",
-     2,
-     {frame(1, 1, 8), frame(0, 2, 7), frame(0, 3, 9), frame(1, 4, 10)},
-     "7: 2 1; 9: 3 4; "},
-    {"of an input that outruns the other the last frame counts",
-     2,
-     {frame(0, 1, 1), frame(0, 2, 2), frame(0, 3, 3), frame(0, 4, 4), frame(1, 7, 5)},
-     "4: 4 7; "},
-    {"a slot that was freed is not waited for",
-     2,
-     {frame(1, 20, 1), frame(0, 10, 1), {Step::Free, 1}, frame(0, 11, 2), frame(0, 12, 3)},
+    {"two streams draw in pairs at the first one's time", 2, "V1=1@8 V0=2@7 V0=3@9 V1=4@10", "7: 2 1; 9: 3 4; "},
+    {"of an input that outruns the other the last frame counts", 2, "V0=1@1 V0=2@2 V0=3@3 V0=4@4 V1=7@5", "4: 4 7; "},
+    {"a slot that was freed is not waited for", 2, "V1=20@1 V0=10@1 F1 V0=11@2 V0=12@3",
      "1: 10 20; 2: 11 0; 3: 12 0; "},
-    {"three draw at the time of the last to come",
-     3,
-     {frame(2, 30, 3), frame(0, 10, 1), frame(1, 20, 2)},
-     "2: 10 20 30; "},
-    {"beside stills every frame of a stream draws",
-     3,
-     {still(0, 11), still(1, 21), frame(2, 31, 5), frame(2, 32, 6)},
-     "5: 11 21 31; 6: 11 21 32; "},
-    {"the first and the third can be freed",
-     3,
-     {{Step::Free, 0}, {Step::Free, 2}, still(0, 1), still(2, 3), frame(1, 2, 1), frame(1, 4, 2)},
-     "1: 1 2 3; 2: 1 4 3; "},
-    {"of four the fourth must not come last",
-     4,
-     {frame(3, 40, 1), frame(0, 10, 2), frame(2, 30, 3), frame(1, 20, 4), frame(0, 1, 5), frame(1, 1, 6),
-      frame(2, 1, 7), frame(3, 1, 8)},
+    {"three draw at the time of the last to come", 3, "V2=30@3 V0=10@1 V1=20@2", "2: 10 20 30; "},
+    {"beside stills every frame of a stream draws", 3, "S0=11 S1=21 V2=31@5 V2=32@6", "5: 11 21 31; 6: 11 21 32; "},
+    {"the first and the third can be freed", 3, "F0 F2 S0=1 S2=3 V1=2@1 V1=4@2", "1: 1 2 3; 2: 1 4 3; "},
+    {"of four the fourth must not come last", 4, "V3=40@1 V0=10@2 V2=30@3 V1=20@4 V0=1@5 V1=1@6 V2=1@7 V3=1@8",
      "4: 10 20 30 40; "},
-    {"a fourth that streams beside a still draws",
-     4,
-     {still(0, 10), frame(3, 40, 1), frame(3, 41, 2)},
-     "1: 10 0 0 40; 2: 10 0 0 41; "},
-    {"nothing is drawn where rendering is prevented",
-     4,
-     {{Step::Prevent}, frame(3, 1, 1), frame(0, 1, 1), frame(1, 1, 1), frame(2, 1, 1)},
-     ""},
+    {"a fourth that streams beside a still draws", 4, "S0=10 V3=40@1 V3=41@2", "1: 10 0 0 40; 2: 10 0 0 41; "},
+    {"nothing is drawn where rendering is prevented", 4, "P0 V3=1@1 V0=1@1 V1=1@1 V2=1@1", ""},
 };
 
 TEST_F(MultiInputTest, DrawsWhenTheSlotsHaveWhatTheyNeed)
@@ -162,7 +120,8 @@ TEST_F(MultiInputTest, DrawsWhenTheSlotsHaveWhatTheyNeed)
         ASSERT_NO_FATAL_FAILURE(make(script.inputs));
         emptyPool();
         const std::size_t before = GPUImageFramebufferCache::livingCount();
-        for (const Step& step : script.steps)
+        std::istringstream steps(script.steps);
+        for (std::string step; steps >> step;)
             perform(step);
         EXPECT_EQ(drawn(), script.drawn);
         // A frame for each slot, one on its way, and the output.

@@ -56,11 +56,11 @@ TEST_F(TwoPassTest, ValuesOfEqualLocationsStayWithTheirPass)
 
 TEST_F(TwoPassTest, EitherShaderFailingLeavesNoPicture)
 {
-    const std::string good = kGPUImagePassthroughFragmentShaderString;
-    const std::string bad = "void main() { gl_FragColor = nonsense; }";
+    const LogCapture log;
     for (const bool firstFails : {true, false}) {
-        const LogCapture log;
-        const auto filter = std::make_shared<GPUImageTwoPassFilter>(firstFails ? bad : good, firstFails ? good : bad);
+        const std::string shaders[] = {"void main() { gl_FragColor = nonsense; }",
+                                       kGPUImagePassthroughFragmentShaderString};
+        const auto filter = std::make_shared<GPUImageTwoPassFilter>(shaders[firstFails ? 0 : 1], shaders[firstFails]);
         EXPECT_FALSE(filter->newCGImageByFilteringCGImage(solidPicture(2, 2, {})));
         m_source->addTarget(filter);
         m_source->push({2, 2}, {}, second(1));
