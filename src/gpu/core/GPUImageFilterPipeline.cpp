@@ -1,10 +1,14 @@
 #include "gpu/core/GPUImageFilterPipeline.h"
 
+#include "platform/base/CGGeometry.h"
+
 #include <algorithm>
 #include <cctype>
+#include <functional>
 #include <optional>
 #include <string_view>
 #include <utility>
+#include <variant>
 
 namespace lamina {
 

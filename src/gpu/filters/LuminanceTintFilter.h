@@ -2,8 +2,12 @@
 
 #include "gpu/core/FilterRegistry.h"
 #include "gpu/core/GPUImageFilter.h"
+#include "gpu/core/GPUVectors.h"
+#include "platform/gl/GLHeaders.h"
 
+#include <span>
 #include <string>
+#include <utility>
 
 namespace lamina {
 
