@@ -4,9 +4,12 @@
 #include "platform/image/codecs/PictureDecoding.h"
 
 #include <cerrno>
+#include <cstddef>
+#include <cstdint>
 #include <cstring>
+#include <future>
 #include <unistd.h>
-#include <vector>
+#include <utility>
 
 namespace lamina {
 
@@ -63,6 +66,25 @@ Result<UIImage> readPicture(const std::string& path, int shortSide)
     if (!upright)
         return Error{path, cause::kNoMemory};
     return upright;
+}
+
+Result<std::vector<UIImage>> readPictures(const std::vector<std::string>& paths, int shortSide, ReadingOrder order)
+{
+    // What is deferred is read by the caller when its turn comes; the first one always is.
+    std::vector<std::future<Result<UIImage>>> readers;
+    for (const std::string& path : paths) {
+        const bool elsewhere = order == ReadingOrder::AtOnce && !readers.empty();
+        const std::launch policy = elsewhere ? std::launch::async : std::launch::deferred;
+        readers.push_back(std::async(policy, readPicture, path, shortSide));
+    }
+    std::vector<UIImage> pictures;
+    for (auto& reader : readers) {
+        Result<UIImage> picture = reader.get();
+        if (!picture)
+            return picture.error();
+        pictures.push_back(std::move(*picture));
+    }
+    return pictures;
 }
 
 } // namespace lamina

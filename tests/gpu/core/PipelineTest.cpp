@@ -16,10 +16,10 @@ public:
         m_told += "center " + std::to_string(value.x) + " " + std::to_string(value.y) + "; ";
     }
     void setLabel(const std::string& value) { m_told += "label " + value + "; "; }
-    void setColor(std::span<const FilterValue> values)
+    void setColor(std::span<const TypedValue> values)
     {
         m_told += "color";
-        for (const FilterValue& value : values)
+        for (const TypedValue& value : values)
             m_told += " " + std::to_string(std::get<float>(value));
         m_told += "; ";
     }
@@ -37,7 +37,7 @@ FilterRegistry registry()
         {filterProperty("intensity", &Remembering::setIntensity, 1.0F, {0, 1}, "", ""),
          filterProperty("center", &Remembering::setCenter, CGPoint{}, {0, 1}, "", ""),
          filterProperty("label", &Remembering::setLabel, std::string(), {}, "", "")},
-        {{"setColorRed:green:blue:", {0.0F, 0.0F, 0.0F}, [](GPUImageStage& stage, std::span<const FilterValue> values) {
+        {{"setColorRed:green:blue:", {0.0F, 0.0F, 0.0F}, [](GPUImageStage& stage, std::span<const TypedValue> values) {
               dynamic_cast<Remembering&>(stage).setColor(values);
           }}}));
     registry.add(filterDescription<GPUImageFilter>("Plain", "effect", 1, "Passes pictures through"));
@@ -190,9 +190,9 @@ TEST_F(PipelineTest, GivesTheLastFiltersFrame)
     EXPECT_EQ(frame.imageOrientation(), UIImageOrientation::Right);
 }
 
-TEST(FilterValueTest, TextsAndValuesAgree)
+TEST(TypedValueTest, TextsAndValuesAgree)
 {
-    const std::vector<std::pair<std::string, FilterValue>> values{
+    const std::vector<std::pair<std::string, TypedValue>> values{
         {"0.1", 0.1F},
         {"-3", -3},
         {"1", true},
@@ -205,12 +205,12 @@ TEST(FilterValueTest, TextsAndValuesAgree)
         {"any; text, at all", std::string("any; text, at all")},
     };
     for (const auto& [text, value] : values) {
-        EXPECT_EQ(formatFilterValue(value), text);
-        const auto parsed = parseFilterValue(text, value);
+        EXPECT_EQ(formatValue(value), text);
+        const auto parsed = parseValue(text, kindOf(value));
         ASSERT_TRUE(parsed.ok()) << text;
         EXPECT_TRUE(*parsed == value) << text;
     }
-    const std::vector<std::pair<std::string, FilterValue>> wrong{
+    const std::vector<std::pair<std::string, TypedValue>> wrong{
         {"", 1.0F},
         {"1 ", 1.0F},
         {"nan", 1.0F},
@@ -230,8 +230,8 @@ TEST(FilterValueTest, TextsAndValuesAgree)
         {"1,2,3;4,5,6", GPUMatrix3x3{}},
     };
     for (const auto& [text, like] : wrong) {
-        const auto parsed = parseFilterValue(text, like);
-        ASSERT_FALSE(parsed.ok()) << text << " as " << filterValueTypeName(like);
+        const auto parsed = parseValue(text, kindOf(like));
+        ASSERT_FALSE(parsed.ok()) << text << " as " << kindOf(like).name;
         EXPECT_EQ(parsed.error().subject, text);
         EXPECT_FALSE(parsed.error().cause.empty());
     }

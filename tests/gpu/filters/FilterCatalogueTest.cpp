@@ -71,14 +71,14 @@ TEST(FilterCatalogue, WhatItTellsIsWhatANewFilterHas)
 struct Getter {
     const char* className;
     const char* property;
-    std::function<FilterValue(GPUImageStage&)> read;
+    std::function<TypedValue(GPUImageStage&)> read;
 };
 
 template <class Filter, class Value>
 Getter getter(const char* className, const char* property, Value (Filter::*read)() const)
 {
     return {className, property, [read](GPUImageStage& stage) {
-                return FilterValue(std::remove_cvref_t<Value>((dynamic_cast<Filter&>(stage).*read)()));
+                return TypedValue(std::remove_cvref_t<Value>((dynamic_cast<Filter&>(stage).*read)()));
             }};
 }
 
@@ -131,7 +131,7 @@ TEST(FilterCatalogue, OffersTheSetterOfThreeNumbers)
         EXPECT_EQ(selector.name, "setColorRed:green:blue:");
         ASSERT_EQ(selector.arguments.size(), 3u);
         const auto by = made(*description, {});
-        selector.call(*by, std::vector<FilterValue>{0.9F, 0.2F, 0.6F});
+        selector.call(*by, std::vector<TypedValue>{0.9F, 0.2F, 0.6F});
         const auto same = made(*description, {{"color", GPUVector4{0.9F, 0.2F, 0.6F, 0}}});
         expectPicture(filteredNoise(*by), filteredNoise(*same), 0);
     }

@@ -109,12 +109,12 @@ std::set<std::string> uniformsOf(const std::set<Shader>& shaders, GLenum kind)
 }
 
 /// Values of the property that may lead to other shaders: the ends of its range and some in between.
-std::vector<FilterValue> valuesToTry(const FilterProperty& property)
+std::vector<TypedValue> valuesToTry(const FilterProperty& property)
 {
     constexpr double kReach = 64;
     const double least = std::max(property.range.minimum, -kReach);
     const double most = std::min(property.range.maximum, kReach);
-    std::vector<FilterValue> values;
+    std::vector<TypedValue> values;
     for (const double share : {0.0, 0.02, 0.05, 0.1, 0.2, 0.25, 0.5, 0.75, 1.0}) {
         const double value = std::lerp(least, most, share);
         if (std::holds_alternative<float>(property.fallback))
@@ -129,11 +129,11 @@ void makeInAllWays(const FilterDescription& description)
 {
     ASSERT_TRUE(description.make({})->canRender()) << description.className;
     for (const FilterProperty& property : description.properties) {
-        for (const FilterValue& value : valuesToTry(property)) {
+        for (const TypedValue& value : valuesToTry(property)) {
             const auto filter = makeFilter(description, {{property.name, value}});
             ASSERT_TRUE(filter.ok()) << description.className << " " << property.name;
             EXPECT_TRUE((*filter)->canRender())
-                << description.className << " with " << property.name << " " << formatFilterValue(value);
+                << description.className << " with " << property.name << " " << formatValue(value);
         }
     }
 }
