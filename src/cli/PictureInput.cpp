@@ -1,7 +1,8 @@
 #include "cli/PictureInput.h"
 
-#include "platform/base/Causes.h"
 #include "platform/image/codecs/PictureDecoding.h"
+#include "platform/photos/PhotoLoading.h"
+#include "platform/photos/PhotoSource.h"
 
 #include <cerrno>
 #include <cstddef>
@@ -43,29 +44,26 @@ Result<std::vector<std::uint8_t>> readStandardInput()
     return bytes;
 }
 
-Result<UIImage> decode(const std::string& path, const DecodeOptions& options)
+Result<PhotoSource> sourceOf(const std::string& path)
 {
     if (path != "-")
-        return loadPicture(path, options);
-    const Result<std::vector<std::uint8_t>> bytes = readStandardInput();
+        return PhotoSource{path, nullptr, path};
+    Result<std::vector<std::uint8_t>> bytes = readStandardInput();
     if (!bytes)
         return bytes.error();
-    return decodePicture(*bytes, kStandardInput, options);
+    return PhotoSource::fromBytes(std::move(*bytes), kStandardInput);
 }
 
 } // namespace
 
 Result<UIImage> readPicture(const std::string& path, int shortSide)
 {
+    const Result<PhotoSource> source = sourceOf(path);
+    if (!source)
+        return source.error();
     DecodeOptions options;
     options.shortSide = shortSide;
-    Result<UIImage> picture = decode(path, options);
-    if (!picture)
-        return picture;
-    UIImage upright = picture->upright();
-    if (!upright)
-        return Error{path, cause::kNoMemory};
-    return upright;
+    return loadUpright(*source, options);
 }
 
 Result<std::vector<UIImage>> readPictures(const std::vector<std::string>& paths, int shortSide, ReadingOrder order)

@@ -21,4 +21,9 @@ std::string samples(const std::string& name)
     return inside(LAMINA_SAMPLES, name);
 }
 
+std::string golden(const std::string& name)
+{
+    return inside(LAMINA_GOLDEN, name);
+}
+
 } // namespace lamina::test

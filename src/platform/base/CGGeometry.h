@@ -5,15 +5,17 @@
 
 namespace lamina {
 
-/// Geometry in points (or pixels, where a header says so); x runs to the right, y runs down.
-/// Plain values, usable from any thread.
+// Geometry in points (or pixels, where a header says so); x runs to the right, y runs down. Plain values, usable from
+// any thread.
 
+/// A place in the plane.
 struct CGPoint {
     double x = 0;
     double y = 0;
     friend bool operator==(const CGPoint&, const CGPoint&) = default;
 };
 
+/// A width and a height.
 struct CGSize {
     double width = 0;
     double height = 0;
@@ -59,6 +61,7 @@ struct CGRect {
     {
         return {origin.x + dx, origin.y + dy, size.width - 2 * dx, size.height - 2 * dy};
     }
+    /// The same rectangle moved by `dx` and `dy`.
     constexpr CGRect offsetBy(double dx, double dy) const { return {{origin.x + dx, origin.y + dy}, size}; }
 
     /// The common part; an empty rectangle at (0, 0) when there is none, or a value is not a number.
@@ -106,6 +109,7 @@ struct IntRect {
     constexpr int right() const { return x + width; }
     constexpr int bottom() const { return y + height; }
     constexpr bool isEmpty() const { return width <= 0 || height <= 0; }
+    /// The common part; an empty rectangle at (0, 0) when there is none. The edges must fit an int.
     constexpr IntRect intersection(const IntRect& other) const
     {
         const int x0 = std::max(x, other.x);
@@ -114,6 +118,7 @@ struct IntRect {
         const int y1 = std::min(bottom(), other.bottom());
         return x1 > x0 && y1 > y0 ? IntRect{x0, y0, x1 - x0, y1 - y0} : IntRect{};
     }
+    /// The smallest rectangle around both; an empty one adds nothing. The edges must fit an int.
     constexpr IntRect unionWith(const IntRect& other) const
     {
         if (isEmpty())

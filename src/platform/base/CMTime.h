@@ -5,6 +5,7 @@
 
 namespace lamina {
 
+/// Bits of the constants below.
 using CMTimeFlags = std::uint32_t;
 inline constexpr CMTimeFlags kCMTimeFlags_Valid = 1u << 0;
 inline constexpr CMTimeFlags kCMTimeFlags_HasBeenRounded = 1u << 1;
@@ -26,7 +27,7 @@ struct CMTime {
     CMTimeFlags flags = 0;
     std::int64_t epoch = 0;
 
-    /// Invalid when the timescale is not positive.
+    /// value / timescale seconds. Invalid when the timescale is not positive.
     static constexpr CMTime make(std::int64_t value, std::int32_t timescale, std::int64_t epoch = 0)
     {
         return timescale > 0 ? CMTime{value, timescale, kCMTimeFlags_Valid, epoch} : CMTime{};
@@ -35,6 +36,7 @@ struct CMTime {
     /// needed, and beyond 2^63 seconds the time is infinite. NaN, or a timescale that is not positive: invalid.
     static CMTime makeWithSeconds(double seconds, std::int32_t timescale);
 
+    /// What the flags say; only a valid time has any other property.
     constexpr bool isValid() const { return (flags & kCMTimeFlags_Valid) != 0; }
     constexpr bool isIndefinite() const { return isValid() && (flags & kCMTimeFlags_Indefinite) != 0; }
     constexpr bool isPositiveInfinity() const { return isValid() && (flags & kCMTimeFlags_PositiveInfinity) != 0; }

@@ -21,7 +21,7 @@ public:
     /// never from inside this operation.
     virtual void requestWakeUp(double time) = 0;
 
-    /// Set by whoever keeps timers on this clock. May still be called once after it was replaced.
+    /// Set by the keeper of timers on this clock. May still be called once after it was replaced.
     void setWakeUpHandler(std::function<void()> handler);
 
     /// The clock that dispatch timers go by: the steady clock, unless another one was installed.
@@ -31,6 +31,7 @@ public:
 
 protected:
     Clock() = default;
+    /// For clocks: calls the wake-up handler, on the calling thread. Must be called without the clock's own locks.
     void wakeUp();
 
 private:
@@ -42,6 +43,7 @@ private:
 /// costs nothing. There is one instance, which is never destroyed.
 class SteadyClock final : public Clock {
 public:
+    /// The one instance.
     static std::shared_ptr<SteadyClock> instance();
 
     double now() const override;
@@ -58,6 +60,7 @@ private:
 /// A clock for tests, which moves only when it is told to.
 class ManualClock final : public Clock {
 public:
+    /// Stands at `now` seconds.
     explicit ManualClock(double now = 0);
 
     double now() const override;

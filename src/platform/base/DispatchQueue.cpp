@@ -157,11 +157,6 @@ DispatchQueue::~DispatchQueue()
     m_state->close();
 }
 
-const std::string& DispatchQueue::label() const
-{
-    return m_state->label;
-}
-
 void DispatchQueue::async(Block block)
 {
     m_state->submit(std::move(block));

@@ -31,10 +31,8 @@ public:
     DispatchQueue(const DispatchQueue&) = delete;
     DispatchQueue& operator=(const DispatchQueue&) = delete;
 
-    /// The queue of the main thread, which has no thread of its own: whoever owns that thread pumps it.
+    /// The queue of the main thread, which has no thread of its own: the owner of that thread pumps it.
     static MainQueue& main();
-
-    const std::string& label() const;
 
     /// Returns at once. An exception that leaves the block is logged with the label and goes no further. The block and
     /// what it holds are destroyed on the queue.
@@ -116,13 +114,14 @@ public:
     /// somebody else has to advance it.
     bool runUntilIdle(double timeoutSeconds = kNoTimeout);
 
-    /// The same until `done()` is true. It is asked at the start and after each block; whoever changes its answer from
-    /// another thread submits a block afterwards.
+    /// The same until `done()` is true. It is asked at the start and after each block; a change of its answer from
+    /// another thread is followed by a submitted block.
     bool runUntil(const std::function<bool()>& done, double timeoutSeconds = kNoTimeout);
 
-    /// While a copy of the result lives, the queue does not count as idle. Whoever hands work to another thread holds
-    /// one until the answer has been submitted here. Let it go on any thread.
+    /// An answer that is still to come.
     using ExpectedWork = std::shared_ptr<void>;
+    /// While a copy of the result lives, the queue does not count as idle. The side that hands work to another thread
+    /// holds one until the answer has been submitted here. Let it go on any thread.
     [[nodiscard]] ExpectedWork expectWork();
 
     /// Tells the owner of an event loop, on any thread, that it should pump soon: once when work comes, and again only

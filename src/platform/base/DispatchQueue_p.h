@@ -5,9 +5,13 @@
 
 #include <atomic>
 #include <condition_variable>
+#include <cstddef>
 #include <deque>
+#include <functional>
 #include <map>
+#include <memory>
 #include <mutex>
+#include <string>
 #include <thread>
 
 namespace lamina {
@@ -21,9 +25,11 @@ struct DispatchQueue::State : std::enable_shared_from_this<State> {
     /// No more work comes; returns when what is left has run, unless called by the queue itself.
     virtual void close() = 0;
 
+    /// Queues a block behind the others.
     void submit(Block block);
     /// The block of a timer counted by `timersPending`: it stops being pending and becomes queued in one step.
     void submitTimer(Block block);
+    /// Counts a timer that will call `submitTimer`, or was taken back before.
     void timerStarted();
     void timerCancelled();
 
@@ -44,7 +50,7 @@ struct DispatchQueue::State : std::enable_shared_from_this<State> {
 protected:
     /// Before a block is queued, with the lock held. May throw, and then the block is not queued.
     virtual void prepareForWork() {}
-    /// After a block was queued: sees to it that somebody runs it. The lock is held, and may be given up.
+    /// After a block was queued: sees to it that it is run. The lock is held, and may be given up.
     virtual void announceWork(std::unique_lock<std::mutex>& lock) = 0;
 };
 
@@ -59,6 +65,7 @@ struct MainQueue::MainState final : DispatchQueue::State {
     void beginTurn();
     /// Runs one block; if there is none, waits for one or until `ready()`. False once the deadline has passed.
     bool runOrWait(const Deadline& deadline, const std::function<bool()>& ready);
+    /// The end of one expected piece of work.
     void workArrived();
     /// The lock must be held.
     bool isIdle() const { return blocks.empty() && timersPending == 0 && workExpected == 0; }

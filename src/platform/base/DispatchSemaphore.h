@@ -14,10 +14,13 @@ public:
     DispatchSemaphore(const DispatchSemaphore&) = delete;
     DispatchSemaphore& operator=(const DispatchSemaphore&) = delete;
 
+    /// Adds one and wakes a waiting thread, if there is one.
     void signal();
+    /// Takes one; sleeps until there is one.
     void wait();
     /// Waits at most `timeoutSeconds` by the steady clock; whether one was taken. Zero, negative and NaN: no waiting.
     bool wait(double timeoutSeconds);
+    /// Takes one if there is one, without waiting; whether one was taken.
     bool tryWait();
 
 private:

@@ -7,7 +7,7 @@
 
 namespace lamina {
 
-/// The text to show a person for `key`, which is the English text itself: what the installed look-up answers, or the
+/// The text to show the user for `key`, which is the English text itself: what the installed look-up answers, or the
 /// key when none is installed or the answer is empty. From any thread.
 std::string localizedString(std::string_view key);
 

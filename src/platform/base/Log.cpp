@@ -89,11 +89,6 @@ void setMinimumLogLevel(LogLevel level)
     state().minimum = level;
 }
 
-LogLevel minimumLogLevel()
-{
-    return state().minimum;
-}
-
 LogSink setLogSink(LogSink sink)
 {
     LogState& s = state();

@@ -5,6 +5,7 @@
 
 namespace lamina {
 
+/// How much a message matters, in rising order.
 enum class LogLevel { Debug, Info, Warning, Error };
 
 /// Writes one message. It goes to standard error as a line "lamina: text" (with the level's name before the text,
@@ -12,6 +13,7 @@ enum class LogLevel { Debug, Info, Warning, Error };
 /// From any thread; messages never interleave.
 void log(LogLevel level, std::string_view text);
 
+/// `log` at each level.
 inline void logDebug(std::string_view text)
 {
     log(LogLevel::Debug, text);
@@ -31,7 +33,6 @@ inline void logError(std::string_view text)
 
 /// Messages below the level are dropped. Default: `Info`. From any thread.
 void setMinimumLogLevel(LogLevel level);
-LogLevel minimumLogLevel();
 
 /// Takes messages instead of standard error. Calls come one at a time, on the thread that logs; what the sink itself
 /// logs goes to standard error, and an exception it throws is dropped.

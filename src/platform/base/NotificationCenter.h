@@ -61,6 +61,7 @@ public:
 
     /// Returns when every observer has been called.
     void post(const Notification& notification) const;
+    /// The same, put together here.
     void post(std::string_view name, const void* sender = nullptr, Notification::UserInfo userInfo = {}) const;
 
 private:

@@ -7,14 +7,17 @@
 
 namespace lamina {
 
-/// What went wrong, in two parts so that whoever shows it can place them: the thing concerned (a file's path, an
-/// option) and the cause in plain words, without a full stop: {"beach.jpg", "the file is empty"}.
+/// What went wrong, in two parts so that the caller can place them: the thing concerned (a file's path, an option) and
+/// the cause in plain English, without a full stop: {"beach.jpg", "the file is empty"}. A plain value.
 struct Error {
-    std::string subject;
-    std::string cause;
+    std::string subject; ///< may be empty where only the caller knows it
+    std::string cause;   ///< translated by the one place that shows it (`localizedString`)
+
+    /// "subject: cause" for logs and the command; the cause alone without a subject.
+    std::string message() const { return subject.empty() ? cause : subject + ": " + cause; }
 };
 
-/// A value, or the error that stood in its way.
+/// A value, or the error that stood in its way; converts from both. The same value from several threads: as `T` allows.
 template <class T>
 class [[nodiscard]] Result {
 public:
@@ -27,9 +30,11 @@ public:
     {
     }
 
+    /// Whether there is a value.
     bool ok() const { return m_content.index() == 0; }
     explicit operator bool() const { return ok(); }
 
+    /// The value; there must be one (asserted in debug builds, `std::bad_variant_access` otherwise).
     T& value() &
     {
         assert(ok());
@@ -51,6 +56,7 @@ public:
     T* operator->() { return &value(); }
     const T* operator->() const { return &value(); }
 
+    /// The error; there must be one (asserted in debug builds, `std::bad_variant_access` otherwise).
     const Error& error() const
     {
         assert(!ok());
@@ -61,7 +67,13 @@ private:
     std::variant<T, Error> m_content;
 };
 
-/// The outcome of work that has no value to give.
+/// The outcome of work that has no value to give: `success()`, or an error.
 using Outcome = Result<std::monostate>;
+
+/// The outcome of work that was done.
+inline Outcome success()
+{
+    return std::monostate{};
+}
 
 } // namespace lamina

@@ -6,12 +6,14 @@
 #include <atomic>
 #include <cstdint>
 #include <map>
+#include <memory>
+#include <mutex>
 #include <utility>
 #include <vector>
 
 namespace lamina {
 
-/// One timer. Whoever turns `settled` on, the queue that runs the block or the one who cancels, owns the block.
+/// One timer. The side that turns `settled` on, the queue that runs the block or the one that cancels, owns the block.
 struct TimerRecord {
     using Key = std::pair<double, std::uint64_t>; // due time, then order of creation
 
@@ -20,6 +22,7 @@ struct TimerRecord {
     std::atomic<bool> settled{false};
     Key key; // guarded by the service
 
+    /// Claims the block; true for the first caller alone.
     bool settle() { return !settled.exchange(true); }
 };
 
@@ -27,16 +30,21 @@ struct TimerRecord {
 /// The clock in force tells when to look. Never destroyed.
 class TimerService {
 public:
+    /// The one instance, made at the first call.
     static TimerService& instance();
 
     std::shared_ptr<Clock> clock() const;
+    /// Timers keep the time that was left to them.
     void setClock(std::shared_ptr<Clock> clock);
 
+    /// A block for `queue`, due in `seconds` (zero, negative or NaN: at once) on the clock in force.
     std::shared_ptr<TimerRecord> schedule(const std::shared_ptr<DispatchQueue::State>& queue, double seconds,
                                           DispatchQueue::Block block);
+    /// The block does not begin any more and is let go, unless the queue has claimed it.
     void cancel(TimerRecord& record);
     /// Drops the timers of a queue that takes no more work.
     void cancelAll(const DispatchQueue::State& queue);
+    /// Hands every timer that is due to its queue, in the order they are due.
     void submitDueTimers();
 
 private:

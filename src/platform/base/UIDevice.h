@@ -15,8 +15,9 @@ enum class UIDeviceOrientation {
 
 /// What is known of the device that the process runs on.
 struct UIDevice {
-    /// `Unknown` until somebody who can tell has said it. From any thread.
+    /// The last value that was set; `Unknown` until then. From any thread.
     static UIDeviceOrientation orientation();
+    /// For what reads the sensor. From any thread.
     static void setOrientation(UIDeviceOrientation orientation);
 };
 

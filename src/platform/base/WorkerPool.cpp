@@ -121,12 +121,6 @@ void WorkerPool::setConcurrency(unsigned limit)
     m_impl->limit = limit == 0 ? coreCount() : limit;
 }
 
-void WorkerPool::warmUp()
-{
-    const std::lock_guard lock(m_impl->mutex);
-    m_impl->startWorkers();
-}
-
 void WorkerPool::parallelFor(int begin, int end, int grain, const std::function<void(int, int)>& body)
 {
     if (begin >= end)

@@ -12,13 +12,11 @@ namespace lamina {
 /// Usable from any thread; calls from several threads at once share the workers.
 class WorkerPool {
 public:
+    /// The one pool of the process.
     static WorkerPool& shared();
 
     /// Threads that can work at once, the caller included; at least 1.
     unsigned concurrency() const;
-
-    /// Starts the workers now, so that the first picture does not wait for them. A second call costs nothing.
-    void warmUp();
 
     /// Calls `body(first, last)` for pieces of [begin, end) that together cover it once, and returns when all are done.
     /// `grain`: the fewest rows worth a piece; the range runs inline when it is not longer than that. An exception

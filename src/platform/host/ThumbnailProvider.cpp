@@ -1,11 +1,10 @@
 #include "platform/host/ThumbnailProvider.h"
 
 #include "platform/host/ImageConversion.h"
+#include "platform/photos/PictureQueue.h"
 #include "platform/photos/Thumbnail.h"
 
 #include <QImage>
-#include <QRunnable>
-#include <QThreadPool>
 #include <QUrl>
 
 #include <algorithm>
@@ -21,7 +20,7 @@ public:
     ThumbnailResponse(std::string path, int side)
         : m_cancelled(std::make_shared<std::atomic<bool>>(false))
     {
-        QThreadPool::globalInstance()->start([this, path = std::move(path), side, cancelled = m_cancelled] {
+        runShortPictureWork([this, path = std::move(path), side, cancelled = m_cancelled] {
             if (const Result<UIImage> picture = loadThumbnail(path, side, cancelled.get()))
                 m_image = qImage(picture->cgImage());
             emit finished(); // the engine deletes this afterwards, also when it was cancelled

@@ -1,9 +1,9 @@
 #include "platform/photos/AssetPicture.h"
 
-#include "platform/base/Log.h"
-#include "platform/image/codecs/PictureDecoding.h"
 #include "platform/image/drawing/CGContext.h"
 #include "platform/image/drawing/UIImageDrawing.h"
+#include "platform/photos/PhotoLoading.h"
+#include "platform/photos/PhotoSource.h"
 
 #include <algorithm>
 #include <cmath>
@@ -17,6 +17,9 @@ using ResizeMode = PHImageRequestOptionsResizeMode;
 
 /// Pixels; beyond what a picture may have, and small enough to count in.
 constexpr double kLargestSide = 1 << 20;
+
+/// Pixels of the longer side: the cells of a grid of photos, on dense displays too.
+constexpr double kLargestThumbnail = 640;
 
 /// The target in whole pixels; nothing when all pixels are wanted.
 std::optional<CGSize> wholeTarget(const AssetPictureRequest& request)
@@ -83,23 +86,24 @@ UIImage sized(const UIImage& picture, CGSize target, const AssetPictureRequest& 
 
 } // namespace
 
-UIImage loadAssetPicture(const AssetPictureRequest& request, const std::atomic<bool>* cancelled)
+bool isThumbnail(const AssetPictureRequest& request)
 {
     const std::optional<CGSize> target = wholeTarget(request);
+    return target && std::max(target->width, target->height) <= kLargestThumbnail;
+}
+
+Result<UIImage> loadAssetPicture(const AssetPictureRequest& request, const std::atomic<bool>* cancelled)
+{
+    const std::string& path = request.asset.path;
+    const PhotoSource source{path, nullptr, path};
     DecodeOptions options;
     options.cancelled = cancelled;
-    if (target)
-        options.shortSide = decodedShortSide(request.asset, *target, request.contentMode);
-    const Result<UIImage> picture = loadPicture(request.asset.path, options);
-    if (!picture) {
-        if (!cancelled || !*cancelled)
-            logWarning(picture.error().subject + ": " + picture.error().cause);
-        return {};
-    }
-    UIImage result = target ? sized(*picture, *target, request) : picture->upright();
-    if (!result)
-        logWarning(request.asset.path + ": no memory for the picture at its new size");
-    return result;
+    const std::optional<CGSize> target = wholeTarget(request);
+    if (!target)
+        return loadUpright(source, options);
+    options.shortSide = decodedShortSide(request.asset, *target, request.contentMode);
+    const Result<UIImage> stored = loadAsStored(source, options);
+    return stored ? madeOrNoMemory(sized(*stored, *target, request), path) : stored;
 }
 
 } // namespace lamina

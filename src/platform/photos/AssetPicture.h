@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/base/CGGeometry.h"
+#include "platform/base/Result.h"
 #include "platform/image/pixels/UIImage.h"
 #include "platform/photos/PHAsset.h"
 #include "platform/photos/PHImageRequestOptions.h"
@@ -17,7 +18,11 @@ struct AssetPictureRequest {
     PHImageRequestOptionsResizeMode resizeMode = PHImageRequestOptionsResizeMode::Fast;
 };
 
-/// Reads and sizes the picture on the calling thread; empty when that fails, or once `cancelled` (may be null) is set.
-UIImage loadAssetPicture(const AssetPictureRequest& request, const std::atomic<bool>* cancelled);
+/// Whether the request is for a picture so small that it should not wait behind whole photos.
+bool isThumbnail(const AssetPictureRequest& request);
+
+/// Reads and sizes the picture on the calling thread: upright, scale 1, in sRGB. Set `cancelled` (may be null) from any
+/// thread to stop. The error's subject is the file's path, its cause one of `loadPicture` or the want of memory.
+Result<UIImage> loadAssetPicture(const AssetPictureRequest& request, const std::atomic<bool>* cancelled);
 
 } // namespace lamina

@@ -1,7 +1,9 @@
 #include "platform/photos/PHImageManager.h"
 
 #include "platform/base/DispatchQueue.h"
+#include "platform/base/Log.h"
 #include "platform/photos/AssetPicture.h"
+#include "platform/photos/PictureQueue.h"
 
 #include <atomic>
 #include <map>
@@ -12,12 +14,15 @@ namespace lamina {
 
 namespace {
 
-/// One for all managers: decoders split their work over the cores themselves, and memory for many pictures at once
-/// would be worse than waiting. Never destroyed.
-DispatchQueue& loadingQueue()
+/// The picture, or the empty one; the log then tells why, unless nobody wants it any more.
+UIImage pictureOrLog(const AssetPictureRequest& request, const std::atomic<bool>* cancelled)
 {
-    static auto* const queue = new DispatchQueue("photo library pictures");
-    return *queue;
+    const Result<UIImage> picture = loadAssetPicture(request, cancelled);
+    if (picture)
+        return *picture;
+    if (!cancelled || !*cancelled)
+        logWarning(picture.error().subject + ": " + picture.error().cause);
+    return {};
 }
 
 } // namespace
@@ -73,7 +78,7 @@ PHImageRequestID PHImageManager::requestImageForAsset(const PHAsset& asset, CGSi
 {
     const AssetPictureRequest request{asset, targetSize, contentMode, options.resizeMode};
     if (options.synchronous) {
-        resultHandler(loadAssetPicture(request, nullptr));
+        resultHandler(pictureOrLog(request, nullptr));
         return PHInvalidImageRequestID;
     }
     const auto stopped = std::make_shared<std::atomic<bool>>(false);
@@ -85,13 +90,17 @@ PHImageRequestID PHImageManager::requestImageForAsset(const PHAsset& asset, CGSi
         if (!*stopped)
             handler(picture);
     };
-    const MainQueue::ExpectedWork work = DispatchQueue::main().expectWork();
-    loadingQueue().async([request, stopped, answer = std::move(answer), work]() mutable {
+    auto work = [request, stopped, answer = std::move(answer),
+                 expected = DispatchQueue::main().expectWork()]() mutable {
         UIImage picture;
         if (!*stopped)
-            picture = loadAssetPicture(request, stopped.get());
+            picture = pictureOrLog(request, stopped.get());
         DispatchQueue::main().async([answer = std::move(answer), picture = std::move(picture)] { answer(picture); });
-    });
+    };
+    if (isThumbnail(request))
+        runShortPictureWork(std::move(work));
+    else
+        pictureQueue().async(std::move(work));
     return identifier;
 }
 

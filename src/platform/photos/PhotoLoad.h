@@ -10,7 +10,7 @@
 
 namespace lamina {
 
-/// A photo on its way from file to screen: read on a queue of its own, turned upright, and handed over on the main
+/// A photo on its way from file to screen: read on the picture queue, turned upright, and handed over on the main
 /// queue. Until then the main queue does not count as idle. Main thread.
 class PhotoLoad {
 public:

@@ -1,8 +1,7 @@
 #include "platform/photos/Thumbnail.h"
 
-#include "platform/base/Causes.h"
-#include "platform/image/codecs/PictureDecoding.h"
 #include "platform/image/drawing/Resampling.h"
+#include "platform/photos/PhotoLoading.h"
 
 #include <algorithm>
 
@@ -12,18 +11,16 @@ Result<UIImage> loadThumbnail(const std::string& path, int side, const std::atom
 {
     if (side <= 0)
         return Error{path, "a thumbnail has no size below one pixel"};
-    const Result<UIImage> picture = loadPicture(path, {.shortSide = side, .cancelled = cancelled});
+    const Result<UIImage> picture = loadAsStored({path, nullptr, path}, {.shortSide = side, .cancelled = cancelled});
     if (!picture)
-        return picture.error();
+        return picture;
     // The small square is turned, not the picture: a middle square is the same before and after.
     const CGImage& stored = picture->cgImage();
     const int edge = std::min(stored.width(), stored.height());
     const CGImage square = stored.subImage({(stored.width() - edge) / 2, (stored.height() - edge) / 2, edge, edge});
     const int shown = std::min(side, edge);
-    const UIImage thumbnail = UIImage(resampled(square, {shown, shown}), 1, picture->imageOrientation()).upright();
-    if (!thumbnail)
-        return Error{path, cause::kNoMemory};
-    return thumbnail;
+    const UIImage thumbnail(resampled(square, {shown, shown}), 1, picture->imageOrientation());
+    return madeOrNoMemory(thumbnail.upright(), path);
 }
 
 } // namespace lamina

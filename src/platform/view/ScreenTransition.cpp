@@ -84,6 +84,13 @@ void ScreenTransition::submit(ScreenTransition transition)
     Queue::instance().submit(std::move(transition));
 }
 
+void ScreenTransition::submitCompletion(std::function<void()> completion)
+{
+    ScreenTransition transition;
+    transition.completion = std::move(completion);
+    submit(std::move(transition));
+}
+
 void ScreenTransition::finishForLostHost()
 {
     Queue::instance().finishForLostHost();

@@ -31,6 +31,8 @@ public:
     static constexpr double kDuration = 0.3;
 
     static void submit(ScreenTransition transition);
+    /// Runs the completion in its turn, after the transitions that were asked for before.
+    static void submitCompletion(std::function<void()> completion);
     /// Counts the transition under way as finished, if its host has gone.
     static void finishForLostHost();
 

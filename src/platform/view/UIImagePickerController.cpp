@@ -3,7 +3,7 @@
 #include "platform/base/Localization.h"
 #include "platform/base/Log.h"
 #include "platform/photos/PhotoLoad.h"
-#include "platform/view/UIAlertController.h"
+#include "platform/view/FailureAlert.h"
 
 #include <utility>
 
@@ -15,15 +15,6 @@ std::function<bool()>& cameraAvailability()
 {
     static auto* const isAvailable = new std::function<bool()>;
     return *isAvailable;
-}
-
-std::shared_ptr<UIAlertController> unreadableAlert(const Error& error)
-{
-    const std::string message = error.subject.empty()
-                                    ? localizedString(error.cause)
-                                    : localizedText("%1: %2.", {error.subject, localizedString(error.cause)});
-    return UIAlertController::make(localizedString("Can’t open the photo"), message,
-                                   {{localizedString("OK"), UIAlertActionStyle::Default, {}}});
 }
 
 } // namespace
@@ -105,7 +96,8 @@ void UIImagePickerController::fail(const Error& error)
         logWarning(error.subject + ": " + error.cause);
         return;
     }
-    dismiss(true, [presenter, error] { presenter->present(unreadableAlert(error), true); });
+    dismiss(true);
+    presentFailure(*presenter, localizedString("Can’t open the photo"), error);
 }
 
 void UIImagePickerController::finish()

@@ -7,6 +7,7 @@
 #include "platform/view/UIStoryboard.h"
 
 #include <utility>
+#include <variant>
 
 namespace lamina {
 
@@ -19,15 +20,13 @@ bool coversPresenter(UIModalPresentationStyle style)
     return style == UIModalPresentationStyle::FullScreen || style == UIModalPresentationStyle::CurrentContext;
 }
 
-/// Runs the completion in its turn, after the transitions that were asked for before.
-void completeOnly(const Screen& screen, UIViewController::Completion completion)
+/// Keeps the screen until the completion has run.
+UIViewController::Completion keeping(const Screen& screen, UIViewController::Completion completion)
 {
-    ScreenTransition transition;
-    transition.completion = [screen, completion = std::move(completion)] {
+    return [screen, completion = std::move(completion)] {
         if (completion)
             completion();
     };
-    ScreenTransition::submit(std::move(transition));
 }
 
 } // namespace
@@ -123,24 +122,24 @@ std::vector<Screen> UIViewController::visibleScreens()
 
 // ---- presenting ----
 
-/// Null when this container can present the screen.
-const char* UIViewController::reasonNotToPresent(const UIViewController* controller) const
+/// Whether this container can present the screen.
+Outcome UIViewController::canPresent(const UIViewController* controller) const
 {
     if (!controller)
-        return "there is no screen to present";
+        return Error{"present", "there is no screen to present"};
     if (m_presented)
-        return "a screen is presented already";
+        return Error{"present", "a screen is presented already"};
     if (controller == this || controller->m_parent.lock() || controller->m_presenting.lock() || controller->m_presented)
-        return "the screen to present stands somewhere else";
-    return nullptr;
+        return Error{"present", "the screen to present stands somewhere else"};
+    return std::monostate();
 }
 
 void UIViewController::present(std::shared_ptr<UIViewController> controller, bool animated, Completion completion)
 {
     const Screen presenter = outermostContainer();
-    if (const char* const reason = presenter->reasonNotToPresent(controller.get())) {
-        logWarning(std::string("can't present: ") + reason);
-        completeOnly(shared_from_this(), std::move(completion));
+    if (const Outcome possible = presenter->canPresent(controller.get()); !possible) {
+        logWarning(possible.error().subject + ": " + possible.error().cause);
+        ScreenTransition::submitCompletion(keeping(shared_from_this(), std::move(completion)));
         return;
     }
     presenter->m_presented = controller;
@@ -168,14 +167,11 @@ void UIViewController::dismiss(bool animated, Completion completion)
         presenter = presentingViewController();
     if (!presenter) {
         logWarning("can't dismiss: no screen is presented");
-        completeOnly(screen, std::move(completion));
+        ScreenTransition::submitCompletion(keeping(screen, std::move(completion)));
         return;
     }
     // The caller may be the one that leaves; the completion is the last that needs it.
-    presenter->dismissPresented(animated, [screen, completion = std::move(completion)] {
-        if (completion)
-            completion();
-    });
+    presenter->dismissPresented(animated, keeping(screen, std::move(completion)));
 }
 
 /// Takes all that stands above this screen out of the chain; gives it from the top down.

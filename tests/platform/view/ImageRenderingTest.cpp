@@ -52,6 +52,59 @@ TEST_F(ImageRendering, TakesSizeScaleAndOpacityOfTheView)
     EXPECT_EQ(pixelAt(clear.cgImage(), 9, 4), kClear);
 }
 
+/// Wherever the background hides every pixel the picture has no alpha, and is the same otherwise.
+TEST_F(ImageRendering, AnOpaqueGroundNeedsNoAlpha)
+{
+    const struct {
+        const char* name;
+        bool hasAlpha;
+        void (*change)(UIView&);
+    } kGrounds[] = {
+        {"opaque colour", false, [](UIView&) {}},
+        {"with a shadow and a border", false,
+         [](UIView& view) {
+             view.layer().setShadow({UIColor::black(), 0.5, {2, 2}, 3});
+             view.layer().setBorderWidth(2);
+             view.layer().setBorderColor({0, 0, 1, 0.5});
+         }},
+        {"no colour", true, [](UIView& view) { view.setBackgroundColor({}); }},
+        {"translucent colour", true,
+         [](UIView& view) {
+             view.setBackgroundColor(UIColor{0, 1, 0, 0.99});
+         }},
+        {"translucent view", true, [](UIView& view) { view.setAlpha(0.99); }},
+        {"hidden view", true, [](UIView& view) { view.setHidden(true); }},
+        {"round corners", true, [](UIView& view) { view.layer().setCornerRadius(1); }},
+        {"a mask", true, [](UIView& view) { view.layer().setMask(std::make_shared<CALayer>()); }},
+        {"scrolled away", true,
+         [](UIView& view) {
+             view.setBounds({0, 1, 20, 10});
+         }},
+        {"ends within a pixel", true,
+         [](UIView& view) {
+             view.setBounds({0, 0, 20, 10.25});
+         }},
+    };
+    for (const auto& ground : kGrounds) {
+        SCOPED_TRACE(ground.name);
+        const auto view = colored({0, 0, 20, 10}, {0, 1, 0, 1});
+        view->addSubview(colored({5, 2, 10, 4}, {1, 0, 0, 0.5}));
+        view->setOpaque(false);
+        ground.change(*view);
+        const CGImage image = imageByRenderingView(*view).cgImage();
+        EXPECT_EQ(image.hasAlpha(), ground.hasAlpha);
+
+        std::optional<CGContext> context = CGContext::image(view->bounds().size, false, 2);
+        view->layer().renderInContext(*context);
+        const CGImage clear = context->makeImage();
+        int differing = 0;
+        for (int y = 0; y < clear.height(); ++y)
+            for (int x = 0; x < clear.width(); ++x)
+                differing += pixelAt(image, x, y) != pixelAt(clear, x, y);
+        EXPECT_EQ(differing, 0);
+    }
+}
+
 TEST_F(ImageRendering, ShowsWhatAScrollViewShowsNow)
 {
     const auto scroll = std::make_shared<UIScrollView>(CGRect{0, 0, 20, 20});

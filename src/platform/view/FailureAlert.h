@@ -1,0 +1,23 @@
+#pragma once
+
+#include "platform/base/Result.h"
+
+#include <memory>
+#include <string>
+
+namespace lamina {
+
+class UIAlertController;
+class UIViewController;
+
+/// Presents the alert over whatever is on top of the screens that `screen` stands among, once the transitions that were
+/// asked for before are over: over what it or a container of it presents, over what that presents, and so on. Should
+/// `screen` leave meanwhile, the alert goes over those that stay. Main thread.
+void presentOverTop(UIViewController& screen, std::shared_ptr<UIAlertController> alert);
+
+/// Tells the user of a failure, as `presentOverTop` does: an alert with the given title, already in the user's
+/// language, the text "SUBJECT: cause." and the one button OK. The cause is translated here and nowhere before; without
+/// a subject it stands alone. Main thread.
+void presentFailure(UIViewController& screen, std::string title, const Error& error);
+
+} // namespace lamina

@@ -1,0 +1,108 @@
+#include "../codecs/DecodedPictures.h"
+
+#include "platform/image/pixels/ColorConversion.h"
+#include "platform/image/pixels/PixelConversion.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <string_view>
+
+namespace lamina::test {
+namespace {
+
+using Model = CGColorSpace::Model;
+
+/// The profile in the only APP2 segment of a fixture.
+Bytes profileIn(const std::string& file)
+{
+    const Bytes bytes = dataFile(file);
+    constexpr std::string_view kMark("ICC_PROFILE\0", 12);
+    const auto mark = std::search(bytes.begin(), bytes.end(), kMark.begin(), kMark.end());
+    if (mark == bytes.end())
+        return {};
+    const int length = mark[-2] * 256 + mark[-1] - 2;
+    return {mark + 14, mark + length};
+}
+
+struct Sample {
+    Bytes in;
+    Bytes shown; ///< by Pillow's ImageCms, relative colorimetric with black point compensation
+};
+
+void expectShown(const Bytes& profile, const std::vector<Sample>& samples)
+{
+    const auto conversion = ColorConversion::toSRGB(profile, Model::RGB);
+    ASSERT_TRUE(conversion);
+    for (const Sample& sample : samples) {
+        Bytes pixel = sample.in;
+        pixel.push_back(33);
+        conversion->convertRow(pixel.data(), 1);
+        for (std::size_t c = 0; c < 3; ++c)
+            EXPECT_NEAR(pixel[c], sample.shown[c], 2) << testing::PrintToString(sample.in);
+        EXPECT_EQ(pixel[3], 33);
+    }
+}
+
+TEST(ColorConversion, TurnsWideSpacesIntoSRGB)
+{
+    expectShown(profileIn("jpeg-p3.jpg"), {{{0, 0, 0}, {0, 0, 0}},
+                                           {{255, 255, 255}, {255, 255, 255}},
+                                           {{128, 128, 128}, {128, 128, 128}},
+                                           {{200, 150, 100}, {209, 147, 91}},
+                                           {{60, 90, 140}, {50, 91, 144}},
+                                           {{20, 30, 25}, {17, 30, 25}}});
+    expectShown(profileIn("jpeg-adobe.jpg"), {{{128, 128, 128}, {129, 129, 129}},
+                                              {{200, 150, 100}, {217, 151, 97}},
+                                              {{60, 90, 140}, {36, 90, 143}},
+                                              {{20, 30, 25}, {5, 24, 18}}});
+    // Linear light through the curve of IEC 61966-2-1: 0.5 is shown as 188, 0.1 as 89.
+    expectShown(makeProfile(Chromaticities(), 1), {{{128, 128, 128}, {188, 188, 188}}, {{26, 26, 26}, {90, 90, 90}}});
+}
+
+TEST(ColorConversion, IsAbsentWhereNothingWouldChange)
+{
+    EXPECT_FALSE(ColorConversion::toSRGB(sRGBProfile(), Model::RGB));
+    EXPECT_FALSE(ColorConversion::toSRGB(profileIn("jpeg-srgb.jpg"), Model::RGB));
+    const Bytes wide = profileIn("jpeg-p3.jpg");
+    EXPECT_TRUE(ColorConversion::toSRGB(wide, Model::RGB));
+    for (const Model other : {Model::Gray, Model::CMYK, Model::AlphaOnly})
+        EXPECT_FALSE(ColorConversion::toSRGB(wide, other));
+    EXPECT_FALSE(ColorConversion::toSRGB({}, Model::RGB));
+}
+
+TEST(ColorConversion, SurvivesBrokenProfiles)
+{
+    const Bytes whole = profileIn("jpeg-p3.jpg");
+    for (std::size_t length = 0; length < whole.size(); length += 13)
+        EXPECT_FALSE(ColorConversion::toSRGB(std::span(whole).first(length), Model::RGB)) << length;
+    // With a byte changed it is used or refused, and gives colours either way.
+    for (std::size_t i = 0; i < whole.size(); i += i < 300 ? 1 : 17) {
+        Bytes damaged = whole;
+        damaged[i] ^= 0xA5;
+        Bytes pixel{10, 20, 30, 40};
+        if (const auto conversion = ColorConversion::toSRGB(damaged, Model::RGB))
+            conversion->convertRow(pixel.data(), 1);
+        ASSERT_EQ(pixel[3], 40) << i;
+    }
+    for (const double gamma : {0.0, -1.0, 1e9, std::numeric_limits<double>::quiet_NaN()})
+        EXPECT_TRUE(makeProfile(Chromaticities(), gamma).empty());
+    Chromaticities flat;
+    flat.green = flat.blue = flat.red; // no space lies between them
+    EXPECT_TRUE(makeProfile(flat, 2.2).empty());
+}
+
+TEST(ColorConversion, ConvertsPicturesByTheirOwnSpace)
+{
+    CGImageLayout layout = CGImageLayout::rgba(1, 1, CGImageAlphaInfo::Last);
+    layout.colorSpace = CGColorSpace::withProfile(Model::RGB, profileIn("jpeg-p3.jpg"));
+    PixelBuffer buffer = PixelBuffer::allocate(4);
+    std::copy_n(Bytes{200, 150, 100, 50}.data(), 4, buffer.data());
+    const Pixel shown = pixelAt(convertedToSRGB(CGImage::make(layout, std::move(buffer))), 0, 0);
+    EXPECT_NEAR(shown[0], 209, 2);
+    EXPECT_NEAR(shown[2], 91, 2);
+    EXPECT_EQ(shown[3], 50);
+}
+
+} // namespace
+} // namespace lamina::test

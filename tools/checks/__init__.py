@@ -1,0 +1,1 @@
+"""What the checkers of the sources share."""
