@@ -2,8 +2,10 @@
 
 #include "CommandRunner.h"
 #include "TestPictures.h"
+#include "app/ImagePIckingViewController.h"
 #include "app/MainStoryboard.h"
 #include "editors/blend/BlendPhotoViewController.h"
+#include "editors/common/EditorNotifications.h"
 #include "picker/SelectedImagesReceiver.h"
 #include "picker/YMSPhotoPickerViewController.h"
 #include "platform/base/DispatchQueue.h"
@@ -25,22 +27,13 @@ public:
     void setSelectedImages(std::vector<UIImage> selectedImages) override { images = std::move(selectedImages); }
 };
 
-/// Takes the place of the screen that asks for a source.
-class SourceChooser : public UIViewController, public PhotoReceiver {
-public:
-    std::vector<PhotoSource> photos;
-    bool wantsPhotos() const override { return true; }
-    void receivePhotos(std::vector<PhotoSource> received) override { photos = std::move(received); }
-};
-
 class HomeScreen : public testing::Test {
 protected:
     void SetUp() override
     {
         UIScreen::setMain({{375, 667}, 3});
         registerMainStoryboard();
-        storyboard->addScene("ImagePIckingViewController", [] { return std::make_shared<SourceChooser>(); });
-        home = storyboard->instantiate<ViewController>("ViewController");
+        home = storyboard->instantiate<ViewController>(scene::kHome);
         stack = UINavigationController::make(home);
         home->view();
         test::writePng(folder.path("a.png"), test::rampPicture(40, 30, 10));
@@ -82,7 +75,7 @@ protected:
     }
 
     const test::TemporaryFolder folder;
-    const std::shared_ptr<UIStoryboard> storyboard = UIStoryboard::named("Main");
+    const std::shared_ptr<UIStoryboard> storyboard = UIStoryboard::named(kMainStoryboard);
     std::shared_ptr<ViewController> home;
     std::shared_ptr<UINavigationController> stack;
 };
@@ -120,9 +113,11 @@ TEST_F(HomeScreen, CollageEntriesOpenThePickerInItsColours)
 TEST_F(HomeScreen, ABlendIsPushedAndForgetsNothing)
 {
     home->selectedBtnStr = "twoPhoto";
+    home->receivePhotos({}); // no reason to leave
+    EXPECT_EQ(stack->topViewController(), home);
     home->BlendPhoto();
     settle();
-    EXPECT_TRUE(std::dynamic_pointer_cast<SourceChooser>(stack->topViewController()));
+    EXPECT_TRUE(std::dynamic_pointer_cast<ImagePIckingViewController>(stack->topViewController()));
     EXPECT_EQ(home->selectedBtnStr, "twoPhoto");
 
     // What the blend presents goes in one step; the chooser stays.
@@ -131,46 +126,36 @@ TEST_F(HomeScreen, ABlendIsPushedAndForgetsNothing)
     stack->topViewController()->present(crop, true);
     crop->present(editor, true);
     settle();
-    NotificationCenter::defaultCenter().post("PinchZoomViewController");
+    NotificationCenter::defaultCenter().post(kDismissEditorsNotification);
     settle();
     EXPECT_FALSE(stack->presentedViewController());
     EXPECT_FALSE(crop->presentedViewController());
     EXPECT_EQ(stack->viewControllers().size(), 2u);
 }
 
-TEST_F(HomeScreen, PhotosFromOutsideBeginABlend)
-{
-    ASSERT_TRUE(home->wantsPhotos());
-    home->receivePhotos({});
-    settle();
-    EXPECT_EQ(stack->topViewController(), home);
-    std::vector<PhotoSource> photos(2);
-    photos[0].path = folder.path("a.png");
-    photos[1].path = folder.path("b.png");
-    home->receivePhotos(photos);
-    settle();
-    const auto chooser = std::dynamic_pointer_cast<SourceChooser>(stack->topViewController());
-    ASSERT_TRUE(chooser);
-    ASSERT_EQ(chooser->photos.size(), 2u);
-    EXPECT_EQ(chooser->photos[1].path, folder.path("b.png"));
-}
-
-TEST_F(HomeScreen, PickedPhotosReachTheCollageEditor)
+TEST_F(HomeScreen, PickedPhotosReachTheEditorInTheirOrder)
 {
     EXPECT_FALSE(home->collageAvailable());
     storyboard->addScene("CreateCollageViewController", [] { return std::make_shared<CollageEditor>(); });
-    storyboard->addSegue("nextPage", "CreateCollageViewController", UIStoryboard::SegueKind::Present);
+    storyboard->addSegue(segue::kPickedToCollage, "CreateCollageViewController", UIStoryboard::SegueKind::Present);
     EXPECT_TRUE(home->collageAvailable());
-
+    const auto blues = [](const std::vector<UIImage>& images) {
+        std::vector<int> read;
+        for (const UIImage& image : images) {
+            // 40 points less than the screen on each axis, at its scale.
+            EXPECT_EQ(image.pixelSize(), (IntSize{1005, 1881}));
+            read.push_back(test::pixelAt(image.cgImage(), 500, 900)[2]);
+        }
+        return read;
+    };
     pick("threePhoto", {"a.png", "b.png", "a.png"});
-    const auto editor = presented<CollageEditor>();
-    ASSERT_TRUE(editor);
-    ASSERT_EQ(editor->images.size(), 3u);
-    // 40 points less than the screen on each axis, at its scale.
-    for (const UIImage& image : editor->images)
-        EXPECT_EQ(image.pixelSize(), (IntSize{1005, 1881}));
-    EXPECT_EQ(test::pixelAt(editor->images[0].cgImage(), 500, 900)[2], 10);
-    EXPECT_EQ(test::pixelAt(editor->images[1].cgImage(), 500, 900)[2], 200);
+    ASSERT_TRUE(presented<CollageEditor>());
+    EXPECT_EQ(blues(presented<CollageEditor>()->images), (std::vector{10, 200, 10}));
+    home->dismiss(false);
+    settle();
+    pick("blendPhoto", {"b.png", "a.png"});
+    ASSERT_TRUE(presented<BlendPhotoViewController>());
+    EXPECT_EQ(blues(presented<BlendPhotoViewController>()->getImageArr), (std::vector{200, 10}));
 }
 
 TEST_F(HomeScreen, AnotherNumberOfPhotosOpensNothing)
@@ -195,16 +180,6 @@ TEST_F(HomeScreen, AnotherNumberOfPhotosOpensNothing)
         EXPECT_FALSE(home->presentedViewController());
         EXPECT_EQ(home->selectedBtnStr, c.entry);
     }
-}
-
-TEST_F(HomeScreen, TheOtherWayIntoTheBlendEditorWorks)
-{
-    pick("blendPhoto", {"b.png", "a.png"});
-    const auto editor = presented<BlendPhotoViewController>();
-    ASSERT_TRUE(editor);
-    ASSERT_EQ(editor->getImageArr.size(), 2u);
-    EXPECT_TRUE(editor->getImageArr[0].isIdenticalTo(home->chosenImages[0]));
-    EXPECT_EQ(test::pixelAt(editor->getImageArr[0].cgImage(), 500, 900)[2], 200);
 }
 
 TEST_F(HomeScreen, ASinglePictureIsKeptAndNothingOpens)
