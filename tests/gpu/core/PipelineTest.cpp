@@ -179,7 +179,7 @@ TEST(TypedValueTest, TextsAndValuesAgree)
     };
     for (const auto& [text, value] : values) {
         EXPECT_EQ(formatValue(value), text);
-        const auto parsed = parseFilterValue(text, value);
+        const auto parsed = parseValue(text, kindOf(value));
         ASSERT_TRUE(parsed.ok()) << text;
         EXPECT_TRUE(*parsed == value) << text;
     }
