@@ -44,7 +44,7 @@ protected:
     {
         // Another test may have put a screen of its own in its place.
         storyboard->addScene("ImagePIckingViewController",
-                             [] { return std::make_shared<ImagePIckingViewController>(); });
+                             {[] { return std::make_shared<ImagePIckingViewController>(); }, ""});
         chooser = storyboard->instantiate<ImagePIckingViewController>("ImagePIckingViewController");
         stack = UINavigationController::make(std::make_shared<UIViewController>());
         window.setRootViewController(stack);

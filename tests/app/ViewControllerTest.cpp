@@ -39,7 +39,7 @@ protected:
     {
         UIScreen::setMain({{375, 667}, 3});
         registerMainStoryboard();
-        storyboard->addScene("ImagePIckingViewController", [] { return std::make_shared<SourceChooser>(); });
+        storyboard->addScene("ImagePIckingViewController", {[] { return std::make_shared<SourceChooser>(); }, ""});
         home = storyboard->instantiate<ViewController>("ViewController");
         stack = UINavigationController::make(home);
         home->view();
@@ -158,7 +158,7 @@ TEST_F(HomeScreen, PhotosFromOutsideBeginABlend)
 TEST_F(HomeScreen, PickedPhotosReachTheCollageEditor)
 {
     EXPECT_FALSE(home->collageAvailable());
-    storyboard->addScene("CreateCollageViewController", [] { return std::make_shared<CollageEditor>(); });
+    storyboard->addScene("CreateCollageViewController", {[] { return std::make_shared<CollageEditor>(); }, ""});
     storyboard->addSegue("nextPage", "CreateCollageViewController", UIStoryboard::SegueKind::Present);
     EXPECT_TRUE(home->collageAvailable());
 

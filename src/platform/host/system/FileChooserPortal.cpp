@@ -1,8 +1,8 @@
 #include "platform/host/system/FileChooserPortal.h"
 
 #include "platform/base/Localization.h"
+#include "platform/files/FileURL.h"
 #include "platform/host/system/BackgroundWork.h"
-#include "platform/host/system/LocalFile.h"
 #include "platform/host/system/PictureFolders.h"
 
 #include <QDBusPendingCallWatcher>
@@ -55,7 +55,7 @@ FileChooserAnswer answerOf(const QDBusMessage& response)
     const QStringList uris = qdbus_cast<QVariantMap>(arguments.at(1)).value(QStringLiteral("uris")).toStringList();
     if (uris.isEmpty())
         return {Kind::Failed, {}, Error{localizedString("photo"), "the file chooser named no file"}};
-    const Result<std::string> path = localFilePath(QUrl(uris.first()));
+    const Result<std::string> path = pathOfFileURL(uris.first().toStdString());
     if (!path)
         return {Kind::Failed, {}, path.error()};
     return {Kind::Chosen, *path, {}};

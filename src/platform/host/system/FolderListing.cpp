@@ -1,6 +1,6 @@
 #include "platform/host/system/FolderListing.h"
 
-#include "platform/host/system/PictureTypes.h"
+#include "platform/image/codecs/PictureFormats.h"
 
 #include <QCollator>
 #include <QLocale>
@@ -47,7 +47,7 @@ std::optional<Candidate> candidate(const fs::directory_entry& file, FolderOrder 
         return std::nullopt;
     std::error_code failure;
     const bool isFolder = file.is_directory(failure);
-    if (!isFolder && (!hasPictureExtension(name) || !file.is_regular_file(failure)))
+    if (!isFolder && (!pictureFormatForFileName(name) || !file.is_regular_file(failure)))
         return std::nullopt;
     const std::optional<QString> text = asText(name);
     if (!text)

@@ -1,7 +1,9 @@
 // The shared controls, put into the window one by one.
 #include "TestPaths.h"
 #include "WindowDriver.h"
+#include "app/MainStoryboard.h"
 #include "platform/image/codecs/PictureDecoding.h"
+#include "platform/view/UIStoryboard.h"
 
 #include <QElapsedTimer>
 #include <QQmlComponent>
@@ -58,7 +60,7 @@ protected:
 
 constexpr const char* kRow = R"(ToolRow {
     room: 344
-    tools: ["Reset", "Move", "Tools", "Effects", "Sticker"].map(name => ({ name: name, icon: "Reset", active: name === "Move", gray: false, enabled: name !== "Tools" }))
+    tools: ["Reset", "Move", "Tools", "Effects", "Sticker"].map(name => ({ identifier: "the " + name, name: name, icon: "Reset", active: name === "Move", gray: false, enabled: name !== "Tools" }))
 })";
 
 TEST_F(Controls, ToolsHaveWholeNamesOfOneSizeHoweverLargeTheTextIsAndAreChosen)
@@ -78,11 +80,11 @@ TEST_F(Controls, ToolsHaveWholeNamesOfOneSizeHoweverLargeTheTextIsAndAreChosen)
         EXPECT_EQ(sizes.size(), 1u);
         EXPECT_GE(*sizes.begin(), 11);
 
-        QSignalSpy chosen(row, SIGNAL(chosen(int)));
+        QSignalSpy chosen(row, SIGNAL(chosen(QString)));
         EXPECT_TRUE(driver->tap(QStringLiteral("Sticker")));
         EXPECT_FALSE(driver->tap(QStringLiteral("Tools")));
         ASSERT_EQ(chosen.size(), 1);
-        EXPECT_EQ(chosen.at(0).at(0).toInt(), 4);
+        EXPECT_EQ(chosen.at(0).at(0).toString(), "the Sticker");
     }
     qunsetenv("LAMINA_TEXT_SCALE");
 }
@@ -105,7 +107,7 @@ TEST_F(Controls, ASliderMarksZeroWhereItsRangeHasBothSigns)
 TEST_F(Controls, TheMiddleOfTheZoomLineIsTheMiddleRatio)
 {
     const QString hint = QStringLiteral("Drag to move, pinch to zoom");
-    auto crop = std::make_shared<PinchZoomViewController>();
+    const auto crop = UIStoryboard::named(kMainStoryboard)->instantiate<PinchZoomViewController>(scene::kCrop);
     const Result<UIImage> photo = loadPicture(samples("sea-sunset.jpg"));
     ASSERT_TRUE(photo);
     crop->pickedImage = *photo;
