@@ -69,7 +69,8 @@ const PictureFormat* pictureFormatForFileName(std::string_view name)
 {
     name = name.substr(name.find_last_of('/') + 1);
     const std::size_t dot = name.find_last_of('.');
-    if (dot == std::string_view::npos || dot == 0) // what begins with its only full stop is hidden, and has no extension
+    if (dot == std::string_view::npos ||
+        dot == 0) // what begins with its only full stop is hidden, and has no extension
         return nullptr;
     const std::string_view extension = name.substr(dot + 1);
     return firstFormat([&](const PictureFormat& format) {
