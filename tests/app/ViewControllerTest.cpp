@@ -99,7 +99,7 @@ TEST_F(HomeScreen, ABlendIsPushedAndWhatItPresentsGoesInOneStep)
 TEST_F(HomeScreen, PickedPhotosReachTheEditorInTheirOrder)
 {
     EXPECT_FALSE(home->collageAvailable());
-    storyboard->addScene("CreateCollageViewController", [] { return std::make_shared<CollageEditor>(); });
+    storyboard->addScene("CreateCollageViewController", {[] { return std::make_shared<CollageEditor>(); }, ""});
     storyboard->addSegue(segue::kPickedToCollage, "CreateCollageViewController", UIStoryboard::SegueKind::Present);
     EXPECT_TRUE(home->collageAvailable());
     const auto blues = [](const std::vector<UIImage>& images) {
