@@ -22,10 +22,10 @@ void registerMainStoryboard()
 {
     const std::shared_ptr<UIStoryboard> storyboard = UIStoryboard::named(kMainStoryboard);
     storyboard->addScene(scene::kHome, sceneOf<ViewController>("HomeScreen.qml"));
-    storyboard->addScene(scene::kSourceChooser, sceneOf<ImagePIckingViewController>("ImagePIckingScreen.qml"));
+    storyboard->addScene(scene::kSourceChoice, sceneOf<ImagePIckingViewController>("ImagePIckingScreen.qml"));
     storyboard->addScene(scene::kCrop, sceneOf<PinchZoomViewController>("PinchZoomScreen.qml"));
     storyboard->addScene(scene::kBlend, sceneOf<BlendPhotoViewController>("BlendPhotoScreen.qml"));
-    storyboard->addSegue(segue::kBlend, scene::kBlend, UIStoryboard::SegueKind::Present);
+    storyboard->addSegue(segue::kPickedToBlend, scene::kBlend, UIStoryboard::SegueKind::Present);
     storyboard->addSegue(segue::kToBlend, scene::kBlend, UIStoryboard::SegueKind::Present);
 }
 

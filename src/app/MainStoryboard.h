@@ -2,26 +2,24 @@
 
 namespace lamina {
 
-/// The storyboard of all screens of the application.
+/// The storyboard of the application, and the identifiers of its screens and transitions.
 inline constexpr const char* kMainStoryboard = "Main";
 
-/// Its screens.
 namespace scene {
 inline constexpr const char* kHome = "ViewController";
-inline constexpr const char* kSourceChooser = "ImagePIckingViewController";
+inline constexpr const char* kSourceChoice = "ImagePIckingViewController";
 inline constexpr const char* kCrop = "PinchZoomViewController";
 inline constexpr const char* kBlend = "BlendPhotoViewController";
 } // namespace scene
 
-/// The transitions between them.
 namespace segue {
-inline constexpr const char* kBlend = "blend";
-inline constexpr const char* kToBlend = "toBlend";
-inline constexpr const char* kToCollage = "nextPage";
+inline constexpr const char* kToBlend = "toBlend";          ///< from the second crop
+inline constexpr const char* kPickedToBlend = "blend";      ///< from the home screen, with picked photos
+inline constexpr const char* kPickedToCollage = "nextPage"; ///< from the home screen; there once its editor is
 } // namespace segue
 
-/// Fills the storyboard with the screens, each with its layout, and the transitions. Once, before the first screen is
-/// made; main thread.
+/// Puts all screens and the transitions between them into that storyboard, in the place of those of the same
+/// identifiers. At the start; main thread.
 void registerMainStoryboard();
 
 } // namespace lamina

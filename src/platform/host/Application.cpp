@@ -9,8 +9,8 @@
 #include "platform/host/ThumbnailProvider.h"
 #include "platform/host/system/PictureClipboard.h"
 #include "platform/host/system/SystemURLOpener.h"
+#include "platform/view/FailureAlert.h"
 #include "platform/view/PhotoReceiver.h"
-#include "platform/view/UIAlertController.h"
 #include "platform/view/UINavigationController.h"
 #include "platform/view/UIStoryboard.h"
 
@@ -132,10 +132,8 @@ bool Application::receivePhotos(const QMimeData& offered)
         return false;
     const auto pictures = picturesOf(offered);
     if (!pictures) {
-        const auto top = m_screens->window().topViewController();
-        top->present(UIAlertController::make(localizedString("Can’t open the photo"), pictures.error().cause,
-                                             {{localizedString("OK"), UIAlertActionStyle::Default, {}}}),
-                     true);
+        presentFailure(*m_screens->window().topViewController(), localizedString("Can’t open the photo"),
+                       pictures.error());
         return false;
     }
     if (pictures->empty())

@@ -58,7 +58,7 @@ protected:
 
 constexpr const char* kRow = R"(ToolRow {
     room: 344
-    tools: ["Reset", "Move", "Tools", "Effects", "Sticker"].map(name => ({ name: name, icon: "Reset", active: name === "Move", gray: false, enabled: name !== "Tools" }))
+    tools: ["Reset", "Move", "Tools", "Effects", "Sticker"].map(name => ({ identifier: "the " + name, name: name, icon: "Reset", active: name === "Move", gray: false, enabled: name !== "Tools" }))
 })";
 
 TEST_F(Controls, NamesOfToolsAreWholeAndOfOneSizeHoweverLargeTheTextIs)
@@ -86,11 +86,11 @@ TEST_F(Controls, OnlyAToolThatIsThereIsChosen)
 {
     open();
     QQuickItem* const row = show(kRow);
-    QSignalSpy chosen(row, SIGNAL(chosen(int)));
+    QSignalSpy chosen(row, SIGNAL(chosen(QString)));
     EXPECT_TRUE(driver->tap(QStringLiteral("Sticker")));
     EXPECT_FALSE(driver->tap(QStringLiteral("Tools")));
     ASSERT_EQ(chosen.size(), 1);
-    EXPECT_EQ(chosen.at(0).at(0).toInt(), 4);
+    EXPECT_EQ(chosen.at(0).at(0).toString(), "the Sticker");
 }
 
 TEST_F(Controls, ASliderMarksZeroWhereItsRangeHasBothSigns)
