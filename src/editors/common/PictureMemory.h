@@ -9,7 +9,7 @@ namespace lamina {
 
 /// Adds up the memory of pictures that share their pixels: what was counted once costs nothing more. A plain value; the
 /// pictures must outlive it, for their addresses are what it knows them by.
-class PictureBytes {
+class PictureMemory {
 public:
     /// Bytes that the picture adds to those counted so far: those of its pixels and of its mask.
     std::size_t add(const UIImage& picture);

@@ -1,8 +1,8 @@
-#include "editors/common/PictureBytes.h"
+#include "editors/common/PictureMemory.h"
 
 namespace lamina {
 
-std::size_t PictureBytes::add(const UIImage& picture)
+std::size_t PictureMemory::add(const UIImage& picture)
 {
     std::size_t added = 0;
     for (const CGImage* part = &picture.cgImage(); part != nullptr && *part; part = part->mask()) {

@@ -1,4 +1,4 @@
-#include "platform/host/system/PictureFolders.h"
+#include "platform/photos/PictureFolders.h"
 
 #include "platform/image/codecs/PictureFormats.h"
 
@@ -19,26 +19,8 @@ constexpr int kDeepest = 1;
 /// Enough to meet a picture in any folder for pictures, and soon looked through on a slow card.
 constexpr int kMostEntries = 5000;
 
-} // namespace
-
-std::string picturesFolder()
-{
-    return QStandardPaths::writableLocation(QStandardPaths::PicturesLocation).toStdString();
-}
-
-std::string samplesFolder()
-{
-    const QString told = qEnvironmentVariable("LAMINA_SAMPLES");
-    if (!told.isEmpty())
-        return QFileInfo(told).isDir() ? told.toStdString() : std::string();
-    const QString beside = QCoreApplication::applicationDirPath() + QStringLiteral("/../share/lamina/samples");
-    if (QFileInfo(beside).isDir())
-        return QFileInfo(beside).canonicalFilePath().toStdString();
-    return QStandardPaths::locate(QStandardPaths::GenericDataLocation, QStringLiteral("lamina/samples"),
-                                  QStandardPaths::LocateDirectory)
-        .toStdString();
-}
-
+/// Whether the folder, or a folder in it, holds a picture by its name. What is hidden does not count; of a very large
+/// folder only a part is looked at.
 bool holdsPictures(const std::string& folder)
 {
     std::error_code failure;
@@ -52,6 +34,27 @@ bool holdsPictures(const std::string& folder)
             return true;
     }
     return false;
+}
+
+/// Empty when there is none.
+std::string samplesFolder()
+{
+    const QString told = qEnvironmentVariable("LAMINA_SAMPLES");
+    if (!told.isEmpty())
+        return QFileInfo(told).isDir() ? told.toStdString() : std::string();
+    const QString beside = QCoreApplication::applicationDirPath() + QStringLiteral("/../share/lamina/samples");
+    if (QFileInfo(beside).isDir())
+        return QFileInfo(beside).canonicalFilePath().toStdString();
+    return QStandardPaths::locate(QStandardPaths::GenericDataLocation, QStringLiteral("lamina/samples"),
+                                  QStandardPaths::LocateDirectory)
+        .toStdString();
+}
+
+} // namespace
+
+std::string picturesFolder()
+{
+    return QStandardPaths::writableLocation(QStandardPaths::PicturesLocation).toStdString();
 }
 
 std::string samplesForBeginners()
