@@ -2,6 +2,7 @@
 #include "TestPictures.h"
 
 #include "platform/image/codecs/PictureDecoder_p.h"
+#include "platform/image/pixels/ColorConversion.h"
 
 #include <gtest/gtest.h>
 
@@ -49,8 +50,14 @@ int megabytesTakenBy(Body body)
 
 TEST(PNGDecoder, PassesOverChunksThatSwellWhenUnpacked)
 {
+    // A sound profile but for its length.
+    Bytes large(sRGBProfile().begin(), sRGBProfile().end());
+    large.resize(std::size_t{100} << 20);
+    large[0] = static_cast<std::uint8_t>(large.size() >> 24);
+    large[1] = static_cast<std::uint8_t>(large.size() >> 16);
+    large[2] = large[3] = 0;
     Bytes profile{'x', 0, 0};
-    append(profile, deflated(Bytes(std::size_t{100} << 20, 0)));
+    append(profile, deflated(large));
     Bytes text{'x', 0};
     append(text, std::span(profile).subspan(2));
     auto chunks = chunksOf(dataFile("png-rgb8.png"));
