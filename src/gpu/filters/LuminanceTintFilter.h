@@ -62,7 +62,7 @@ FilterDescription LuminanceTintFilter::describeTint(std::string className, std::
                                                      "Colour of the middle tones; the fourth number has no effect")},
                                      {{"setColorRed:green:blue:",
                                        {color.one, color.two, color.three},
-                                       [](GPUImageStage& stage, std::span<const FilterValue> values) {
+                                       [](GPUImageStage& stage, std::span<const TypedValue> values) {
                                            dynamic_cast<LuminanceTintFilter&>(stage).setColorRed(
                                                std::get<float>(values[0]), std::get<float>(values[1]),
                                                std::get<float>(values[2]));

@@ -11,11 +11,11 @@ public:
     void setIntensity(float value) { remember("intensity", {value}); }
     void setCenter(CGPoint value) { remember("center", {value}); }
     void setLabel(const std::string& value) { remember("label", {value}); }
-    void remember(const std::string& name, const std::vector<FilterValue>& values)
+    void remember(const std::string& name, const std::vector<TypedValue>& values)
     {
         m_told += name;
-        for (const FilterValue& value : values)
-            m_told += " " + formatFilterValue(value);
+        for (const TypedValue& value : values)
+            m_told += " " + formatValue(value);
         m_told += "; ";
     }
     const std::string& told() const { return m_told; }
@@ -32,7 +32,7 @@ FilterRegistry registry()
         {filterProperty("intensity", &Remembering::setIntensity, 1.0F, {0, 1}, "", ""),
          filterProperty("center", &Remembering::setCenter, CGPoint{}, {0, 1}, "", ""),
          filterProperty("label", &Remembering::setLabel, std::string(), {}, "", "")},
-        {{"setColorRed:green:blue:", {0.0F, 0.0F, 0.0F}, [](GPUImageStage& stage, std::span<const FilterValue> values) {
+        {{"setColorRed:green:blue:", {0.0F, 0.0F, 0.0F}, [](GPUImageStage& stage, std::span<const TypedValue> values) {
               dynamic_cast<Remembering&>(stage).remember("color", {values.begin(), values.end()});
           }}}));
     registry.add(filterDescription<GPUImageFilter>("Plain", "effect", 1, "Passes pictures through"));
@@ -163,9 +163,9 @@ TEST_F(PipelineTest, EveryChangeOfTheListConnectsAnew)
     EXPECT_FALSE(pipeline.newCGImageFromCurrentFilteredFrame());
 }
 
-TEST(FilterValueTest, TextsAndValuesAgree)
+TEST(TypedValueTest, TextsAndValuesAgree)
 {
-    const std::vector<std::pair<std::string, FilterValue>> values{
+    const std::vector<std::pair<std::string, TypedValue>> values{
         {"0.1", 0.1F},
         {"-3", -3},
         {"1", true},
@@ -178,12 +178,12 @@ TEST(FilterValueTest, TextsAndValuesAgree)
         {"any; text, at all", std::string("any; text, at all")},
     };
     for (const auto& [text, value] : values) {
-        EXPECT_EQ(formatFilterValue(value), text);
-        const auto parsed = parseFilterValue(text, value);
+        EXPECT_EQ(formatValue(value), text);
+        const auto parsed = parseValue(text, kindOf(value));
         ASSERT_TRUE(parsed.ok()) << text;
         EXPECT_TRUE(*parsed == value) << text;
     }
-    const std::vector<std::pair<FilterValue, std::vector<std::string>>> wrong{
+    const std::vector<std::pair<TypedValue, std::vector<std::string>>> wrong{
         {1.0F, {"", "1 ", "nan", "inf", "1e99", "1,5", "0x10"}},
         {1, {"1.5", "99999999999"}},
         {true, {"true"}},
@@ -194,8 +194,8 @@ TEST(FilterValueTest, TextsAndValuesAgree)
         {GPUMatrix3x3{}, {"1,2,3;4,5,6"}}};
     for (const auto& [like, texts] : wrong) {
         for (const std::string& text : texts) {
-            const auto parsed = parseFilterValue(text, like);
-            ASSERT_FALSE(parsed.ok()) << text << " as " << filterValueTypeName(like);
+            const auto parsed = parseValue(text, kindOf(like));
+            ASSERT_FALSE(parsed.ok()) << text << " as " << kindOf(like).name;
             EXPECT_EQ(parsed.error().subject, text);
         }
     }

@@ -62,7 +62,7 @@ TEST_F(FilterCatalogueTest, OffersTheSetterOfThreeNumbers)
         EXPECT_EQ(selector.name, "setColorRed:green:blue:");
         ASSERT_EQ(selector.arguments.size(), 3U);
         const auto by = made(description, {});
-        selector.call(*by, std::vector<FilterValue>{0.9F, 0.2F, 0.6F});
+        selector.call(*by, std::vector<TypedValue>{0.9F, 0.2F, 0.6F});
         const auto same = made(description, {{"color", GPUVector4{0.9F, 0.2F, 0.6F, 0}}});
         EXPECT_TRUE(imagesMatch(filteredNoise(by), filteredNoise(same)));
     }

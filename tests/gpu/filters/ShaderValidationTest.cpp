@@ -116,8 +116,8 @@ void makeInAllWays(const FilterDescription& description)
         for (const double share : {0.0, 0.02, 0.05, 0.1, 0.2, 0.25, 0.5, 0.75, 1.0}) {
             const double number =
                 std::lerp(std::max(property.range.minimum, -kReach), std::min(property.range.maximum, kReach), share);
-            const FilterValue value =
-                whole ? FilterValue(static_cast<int>(std::lround(number))) : FilterValue(static_cast<float>(number));
+            const TypedValue value =
+                whole ? TypedValue(static_cast<int>(std::lround(number))) : TypedValue(static_cast<float>(number));
             const auto filter = makeFilter(description, {{property.name, value}});
             EXPECT_TRUE(filter.ok() && (*filter)->canRender())
                 << description.className << " with " << property.name << " " << number;
