@@ -1,6 +1,6 @@
 #include "GLCalls.h"
 #include "GraphFixture.h"
-#include "gpu/core/GPUImageTwoPassTextureSamplingFilter.h"
+#include "gpu/core/GPUImageTwoPassFilter.h"
 
 namespace lamina::test {
 namespace {
@@ -93,44 +93,6 @@ TEST_F(TwoPassTest, AChainOfPassesHoldsTwoFramebuffersOfASize)
     const GLCalls calls = valueFromVideoProcessingQueue(glCallsSoFar) - warm;
     EXPECT_EQ(calls.objectsMade(), 0);
     EXPECT_EQ(calls.draws, 6);
-}
-
-/// Both passes take the neighbour one step along their line.
-constexpr const char* kNeighbourVertexShader = R"(
-    attribute vec4 position; attribute vec4 inputTextureCoordinate;
-    uniform float texelWidthOffset; uniform float texelHeightOffset;
-    varying vec2 textureCoordinate;
-    void main() {
-        gl_Position = position;
-        textureCoordinate = inputTextureCoordinate.xy + vec2(texelWidthOffset, texelHeightOffset);
-    })";
-
-TEST_F(TwoPassTest, SamplingStepsDownwardsFirstAndAcrossThen)
-{
-    const char* const pass = kGPUImagePassthroughFragmentShaderString;
-    const auto filter = std::make_shared<GPUImageTwoPassTextureSamplingFilter>(kNeighbourVertexShader, pass,
-                                                                               kNeighbourVertexShader, pass);
-    m_source->addTarget(filter);
-    const auto consumer = consumerOf(*filter);
-    consumer->keepPixels(true);
-    const CGImage picture = chartPicture(7, 5);
-    const auto neighbours = [&](int dx, int dy) {
-        return rearranged(picture, {7, 5}, [=](int x, int y) {
-            return IntSize{std::min(x + dx, 6), std::min(y + dy, 4)};
-        });
-    };
-    m_source->push(picture, second(1));
-    EXPECT_TRUE(imagesMatch(consumer->last().pixels, neighbours(1, 1)));
-    filter->setVerticalTexelSpacing(2);
-    filter->setHorizontalTexelSpacing(3);
-    m_source->push(picture, second(2));
-    EXPECT_TRUE(imagesMatch(consumer->last().pixels, neighbours(3, 2)));
-    // An input that is turned right has its columns where the output's rows are.
-    m_source->setRotation(kGPUImageRotateRight);
-    m_source->push(picture, second(3));
-    EXPECT_TRUE(imagesMatch(consumer->last().pixels, rearranged(picture, {5, 7}, [](int x, int y) {
-                                return IntSize{std::min(y + 2, 6), 4 - std::min(x + 3, 4)};
-                            })));
 }
 
 } // namespace

@@ -12,7 +12,7 @@
 #include "platform/base/MemoryWarning.h"
 
 #include <cmath>
-#include <locale>
+#include <typeinfo>
 
 // What filters do beside their formulas, which a table holds against numpy.
 
@@ -100,19 +100,6 @@ TEST_F(FilterBehaviourTest, BlurShadersOfSingleReadsAndOfPairsAgree)
                                 2))
             << reach;
     }
-}
-
-TEST_F(FilterBehaviourTest, NumbersInShadersDoNotHangOnTheLocale)
-{
-    struct Comma : std::numpunct<char> {
-        char do_decimal_point() const override { return ','; }
-    };
-    const auto text = [] { return Blur::fragmentShaderForOptimizedBlurOfRadius(20, 8); };
-    const std::string plain = text();
-    EXPECT_THAT(plain, testing::HasSubstr("blurCoordinates[0]) * 0.0"));
-    const std::locale before = std::locale::global(std::locale(std::locale::classic(), new Comma));
-    EXPECT_EQ(text(), plain);
-    std::locale::global(before);
 }
 
 TEST_F(FilterBehaviourTest, ABlurMakesShadersOnlyForARadiusThatIsNew)

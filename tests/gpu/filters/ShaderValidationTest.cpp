@@ -26,13 +26,11 @@ std::set<Shader>& collected()
     return shaders;
 }
 
-std::string joined(GLsizei count, const GLchar* const* texts, const GLint* lengths)
+std::string joined(GLsizei count, const GLchar* const* texts)
 {
     std::string all;
-    for (GLsizei i = 0; i < count; ++i) {
-        const bool counted = lengths != nullptr && lengths[i] >= 0;
-        all += counted ? std::string(texts[i], static_cast<std::size_t>(lengths[i])) : std::string(texts[i]);
-    }
+    for (GLsizei i = 0; i < count; ++i)
+        all += texts[i];
     return all;
 }
 
@@ -46,7 +44,7 @@ extern "C" void glShaderSource(GLuint shader, GLsizei count, const GLchar* const
     static const auto real = reinterpret_cast<Function>(::dlsym(RTLD_NEXT, "glShaderSource"));
     GLint kind = 0;
     glGetShaderiv(shader, GL_SHADER_TYPE, &kind);
-    lamina::test::collected().insert({lamina::test::joined(count, texts, lengths), static_cast<GLenum>(kind)});
+    lamina::test::collected().insert({lamina::test::joined(count, texts), static_cast<GLenum>(kind)});
     real(shader, count, texts, lengths);
 }
 
@@ -55,38 +53,17 @@ namespace {
 
 class ShaderValidationTest : public GraphFixture {};
 
-/// What every device of OpenGL ES 2.0 has, and no more: the least counts, and indices and loops that can be unrolled.
-constexpr const char* kLimits = R"(MaxVertexAttribs 8
-MaxVertexUniformVectors 128
-MaxVaryingVectors 8
-MaxVertexTextureImageUnits 0
-MaxCombinedTextureImageUnits 8
-MaxTextureImageUnits 8
-MaxFragmentUniformVectors 16
-MaxDrawBuffers 1
-MaxDualSourceDrawBuffersEXT 1
-nonInductiveForLoops 0
-whileLoops 0
-doWhileLoops 0
-generalUniformIndexing 0
-generalAttributeMatrixVectorIndexing 0
-generalVaryingIndexing 0
-generalSamplerIndexing 0
-generalVariableIndexing 0
-generalConstantMatrixVectorIndexing 0
-)";
-
-/// What a compiler that knows nothing but OpenGL ES 2.0 says to the shader; empty where it is content. The shader stays
+/// What a compiler that knows nothing but OpenGL ES 2.0 says to the shader, within what every device has and no more:
+/// the least counts, and indices and loops that can be unrolled; empty where it is content. The shader stays
 /// in a file of the build folder.
 std::string objections(const Shader& shader, const std::string& name)
 {
     const std::string stage = shader.kind == GL_VERTEX_SHADER ? "vert" : "frag";
     std::filesystem::create_directories(LAMINA_SHADER_FOLDER);
     const std::string path = std::string(LAMINA_SHADER_FOLDER) + "/" + name + "." + stage;
-    const std::string limits = std::string(LAMINA_SHADER_FOLDER) + "/limits.conf";
     writeFile(path, shader.text);
-    writeFile(limits, kLimits);
-    const CommandResult result = runCommand("/usr/bin/env", {"glslangValidator", "-S", stage, limits, path});
+    const CommandResult result =
+        runCommand("/usr/bin/env", {"glslangValidator", "-S", stage, LAMINA_SHADER_LIMITS, path});
     return result.exitCode == 0 ? std::string() : path + "\n" + result.output + result.errors + shader.text;
 }
 

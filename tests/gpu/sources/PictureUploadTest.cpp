@@ -2,7 +2,6 @@
 #include "gpu/sources/GPUImagePicture.h"
 
 #include <cmath>
-#include <cstring>
 
 namespace lamina::test {
 namespace {
@@ -78,19 +77,12 @@ TEST_F(PictureUploadTest, EachLayoutGoesUpAsItsOrderTellsOrIsDrawnAnew)
 
     EXPECT_EQ(seenOf(bitmapInfo(Alpha::None), {7, 200}, {}, 8, 8, CGColorSpace::deviceGray()),
               (Pixels{{7, 7, 7, 255}, {200, 200, 200, 255}}));
-    EXPECT_EQ(seenOf(bitmapInfo(Alpha::None), {1, 2, 3}, {}, 8, 24), (Pixels{{1, 2, 3, 255}}));
     // R = (1 - C)(1 - K): 255 * 0.8 * 0.4, 255 * 1 * 0.4, 255 * 0.6 * 0.4.
     EXPECT_EQ(seenOf(bitmapInfo(Alpha::None), {51, 0, 102, 153}, {}, 8, 32, CGColorSpace::deviceCMYK()),
               (Pixels{{82, 102, 61, 255}}));
     // 16 bits, most significant byte first: 0x8080 is 128 / 255.
     EXPECT_EQ(seenOf(bitmapInfo(Alpha::NoneSkipLast), {0x80, 0x80, 0xFF, 0xFF, 0, 0, 0, 0}, {}, 16, 64),
               (Pixels{{128, 255, 0, 255}}));
-    const float values[] = {0.2F, 1, 0.6F, 1};
-    Bytes floats(sizeof(values));
-    std::memcpy(floats.data(), values, sizeof(values));
-    EXPECT_EQ(seenOf(bitmapInfo(Alpha::NoneSkipLast) | kCGBitmapFloatComponents | kCGBitmapByteOrder32Little, floats,
-                     {}, 32, 128),
-              (Pixels{{51, 255, 153, 255}}));
 }
 
 TEST_F(PictureUploadTest, PaddedRowsAndCutOutsKeepTheirPixels)
