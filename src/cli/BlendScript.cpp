@@ -58,7 +58,7 @@ BlendScript::~BlendScript() = default;
 
 void BlendScript::cropPhoto(UIImage photo, const std::optional<CropStep>& step)
 {
-    const auto screen = UIStoryboard::named("Main")->instantiate<PinchZoomViewController>("PinchZoomViewController");
+    const auto screen = UIStoryboard::named(kMainStoryboard)->instantiate<PinchZoomViewController>(scene::kCrop);
     screen->pickedImage = std::move(photo);
     m_window.rootViewController()->present(screen, false);
     letTransitionsRun();

@@ -23,6 +23,7 @@ protected:
     void SetUp() override
     {
         ScreenTest::SetUp();
+        UIScreen::setMain({{100, 120}, 3});
         home = storyboard->instantiate<ViewController>(scene::kHome);
         stack = UINavigationController::make(home);
         window.setRootViewController(stack);
@@ -99,15 +100,15 @@ TEST_F(HomeScreen, ABlendIsPushedAndWhatItPresentsGoesInOneStep)
 TEST_F(HomeScreen, PickedPhotosReachTheEditorInTheirOrder)
 {
     EXPECT_FALSE(home->collageAvailable());
-    storyboard->addScene("CreateCollageViewController", [] { return std::make_shared<CollageEditor>(); });
+    storyboard->addScene("CreateCollageViewController", {[] { return std::make_shared<CollageEditor>(); }, ""});
     storyboard->addSegue(segue::kPickedToCollage, "CreateCollageViewController", UIStoryboard::SegueKind::Present);
     EXPECT_TRUE(home->collageAvailable());
     const auto blues = [](const std::vector<UIImage>& images) {
         std::vector<int> read;
         for (const UIImage& image : images) {
             // 40 points less than the screen on each axis, at its scale.
-            EXPECT_EQ(image.pixelSize(), (IntSize{1005, 1881}));
-            read.push_back(pixelAt(image.cgImage(), 500, 900)[2]);
+            EXPECT_EQ(image.pixelSize(), (IntSize{180, 240}));
+            read.push_back(pixelAt(image.cgImage(), 90, 120)[2]);
         }
         return read;
     };

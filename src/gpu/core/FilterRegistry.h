@@ -55,6 +55,7 @@ struct FilterDescription {
     /// A new filter. Of the settings it looks at those whose property has no setter.
     std::function<std::shared_ptr<GPUImageStage>(const FilterSettings& settings)> make;
 
+    /// The property of this name; null where there is none.
     const FilterProperty* property(std::string_view name) const;
 };
 

@@ -16,6 +16,7 @@ class GPUImageFilterGroup : public GPUImageStage {
 public:
     GPUImageFilterGroup() = default;
 
+    /// One more member, last. Nothing is connected.
     void addFilter(std::shared_ptr<GPUImageStage> filter) { m_filters.push_back(std::move(filter)); }
     /// Null beyond the end.
     std::shared_ptr<GPUImageStage> filterAtIndex(std::size_t index) const;

@@ -16,6 +16,7 @@ public:
     explicit GPUImageFourInputFilter(const std::string& fragmentShader);
     GPUImageFourInputFilter(const std::string& vertexShader, const std::string& fragmentShader);
 
+    /// As `disableFirstFrameCheck` for slot 3.
     void disableFourthFrameCheck() { disableFrameCheck(3); }
 };
 

@@ -24,12 +24,6 @@ UIImageOrientation orientationOf(UIDeviceOrientation device)
     }
 }
 
-void freeSlot(GPUImageInput& target, int textureIndex)
-{
-    target.setInputSize({}, textureIndex);
-    target.setInputRotation(kGPUImageNoRotation, textureIndex);
-}
-
 } // namespace
 
 GPUImageOutput::~GPUImageOutput()
@@ -37,6 +31,12 @@ GPUImageOutput::~GPUImageOutput()
     // What nobody ever connected goes without a hop, and without making the queue.
     if (!m_targets.empty())
         GPUImageOutput::removeAllTargets();
+}
+
+void GPUImageOutput::freeSlot(GPUImageInput& target, int textureIndex)
+{
+    target.setInputSize({}, textureIndex);
+    target.setInputRotation(kGPUImageNoRotation, textureIndex);
 }
 
 void GPUImageOutput::setInputFramebufferForTarget(GPUImageInput& target, int textureIndex)

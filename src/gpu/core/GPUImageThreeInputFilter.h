@@ -13,6 +13,7 @@ public:
     explicit GPUImageThreeInputFilter(const std::string& fragmentShader);
     GPUImageThreeInputFilter(const std::string& vertexShader, const std::string& fragmentShader);
 
+    /// As `disableFirstFrameCheck` for slot 2.
     void disableThirdFrameCheck() { disableFrameCheck(2); }
 
 protected:

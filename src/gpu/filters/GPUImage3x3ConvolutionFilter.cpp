@@ -1,3 +1,6 @@
+// Spatial filtering with a 3 x 3 mask that is not turned around: strictly a correlation (Gonzalez and Woods, Digital
+// Image Processing, chapter 3).
+
 #include "gpu/filters/GPUImage3x3ConvolutionFilter.h"
 
 namespace lamina {

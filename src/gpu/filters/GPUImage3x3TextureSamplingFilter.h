@@ -24,6 +24,7 @@ public:
     /// processing queue.
     float texelWidth() const;
     void setTexelWidth(float share);
+    /// The same downwards.
     float texelHeight() const;
     void setTexelHeight(float share);
 

@@ -17,8 +17,10 @@ public:
     GPUImageColorMatrixFilter();
     static FilterDescription describe();
 
+    /// Share of the mixed colour.
     float intensity() const { return m_intensity; }
     void setIntensity(float intensity);
+    /// M, by rows.
     const GPUMatrix4x4& colorMatrix() const { return m_colorMatrix; }
     void setColorMatrix(const GPUMatrix4x4& matrix);
 

@@ -1,3 +1,6 @@
+// The picture plus its derivative along the falling diagonal, which is what light from one side adds to a relief
+// (Gonzalez and Woods, Digital Image Processing, chapter 3).
+
 #include "gpu/filters/GPUImageEmbossFilter.h"
 
 namespace lamina {

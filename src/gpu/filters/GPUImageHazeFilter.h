@@ -18,8 +18,10 @@ public:
     GPUImageHazeFilter();
     static FilterDescription describe();
 
+    /// d at the top.
     float distance() const { return m_distance; }
     void setDistance(float distance);
+    /// What d gains from top to bottom.
     float slope() const { return m_slope; }
     void setSlope(float slope);
 

@@ -23,6 +23,7 @@ public:
     GPUImageLookupFilter();
     static FilterDescription describe();
 
+    /// Share of the look.
     float intensity() const { return m_intensity; }
     void setIntensity(float intensity);
 

@@ -19,6 +19,7 @@ namespace lamina {
 /// result is cut to 0 to 1.
 class LuminanceTintFilter : public GPUImageFilter {
 public:
+    /// Share of the tint.
     float intensity() const { return m_intensity; }
     void setIntensity(float intensity);
 

@@ -25,7 +25,7 @@ namespace lamina {
 struct LaunchOptions {
     /// "home", "two", "three" or "blend".
     std::string screen = "home";
-    /// Where choosing a photo starts; empty: the person's pictures, or the samples while those are empty.
+    /// Where choosing a photo starts; empty: the user's pictures, or the samples while those are empty.
     std::string photosFolder;
     /// Photos to begin a blend with, the first one first.
     std::vector<std::string> files;

@@ -10,7 +10,7 @@
 
 namespace lamina {
 
-/// The screens that the window holds, from the bottom to the top. Each row is drawn by the QML file of its class.
+/// The screens that the window holds, from the bottom to the top. Each row is drawn by the QML file at its `source`.
 class ScreenModel : public QAbstractListModel {
     Q_OBJECT
 
@@ -23,6 +23,7 @@ public:
     Q_ENUM(Motion)
     enum Role { ControllerRole = Qt::UserRole, SourceRole, PhaseRole, MotionRole, FrontRole };
 
+    /// One screen, and how it is to be shown.
     struct Row {
         std::shared_ptr<UIViewController> controller;
         QUrl source;
@@ -42,6 +43,7 @@ public:
     void setScreens(std::vector<Row> screens);
     /// Shows what is not covered, and hides the rest. Animated by the views.
     void settle();
+    /// Takes out the rows of the screens that left.
     void removeLeaving();
 
 private:

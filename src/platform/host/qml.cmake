@@ -11,6 +11,7 @@ set(LAMINA_QML_FILES
     editors/common/EditorSidePanel.qml
     platform/host/AlertScreen.qml
     platform/host/Main.qml
+    platform/host/MissingScreen.qml
     platform/host/PickerScreen.qml
     platform/host/ScreenFrame.qml
     platform/host/controls/AlertPanel.qml

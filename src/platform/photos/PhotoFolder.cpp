@@ -13,7 +13,7 @@ namespace lamina {
 
 namespace {
 
-/// Far more than a person or a script saves in one second.
+/// Far more than a user or a script saves in one second.
 constexpr int kMostNames = 10'000;
 
 std::string nameForNow()

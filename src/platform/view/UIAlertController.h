@@ -38,6 +38,7 @@ public:
                                                    std::vector<UIAlertAction> actions,
                                                    Style preferredStyle = Style::Alert);
 
+    UISystemPresentation systemPresentation() const override { return UISystemPresentation::Alert; }
     const std::string& message() const { return m_message; }
     QString messageText() const { return QString::fromStdString(m_message); }
     Style preferredStyle() const { return m_preferredStyle; }

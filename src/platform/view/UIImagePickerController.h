@@ -78,6 +78,7 @@ public:
     /// Choosing went wrong, or reading did: handled as a photo that can't be read.
     void fail(const Error& error);
 
+    UISystemPresentation systemPresentation() const override { return UISystemPresentation::ImagePicker; }
     void viewDidAppear(bool animated) override;
 
 signals:

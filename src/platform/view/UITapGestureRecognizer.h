@@ -34,8 +34,6 @@ protected:
     bool awaitsMoreTouches() const override { return m_taps > 0 && m_taps < m_tapsRequired; }
 
 private:
-    void tapCompleted();
-
     int m_tapsRequired = 1;
     std::size_t m_touchesRequired = 1;
     int m_taps = 0;                ///< complete ones

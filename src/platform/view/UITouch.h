@@ -22,7 +22,6 @@ struct UITouch {
     CGPoint startLocation;      ///< where it came down
     CGPoint previousLocation;   ///< where it was before the last event; the same as `location` at first
     double timestamp = 0;       ///< seconds, of the last event
-    int tapCount = 1;           ///< 2 for the second of two quick taps at nearly one place
     std::weak_ptr<UIView> view; ///< what was hit when the finger came down; stays so however far it moves
 
     /// Those that were handed this touch, the nearest view's first.

@@ -1,4 +1,6 @@
 #include "GraphFixture.h"
+#include "platform/base/MemoryWarning.h"
+#include "platform/base/NotificationCenter.h"
 
 #include <thread>
 

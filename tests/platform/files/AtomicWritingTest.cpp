@@ -86,7 +86,7 @@ TEST(WriteFileAtomically, SaysPlainlyWhatIsWrong)
     EXPECT_EQ(write(folder.path("file") + "/out.png", "x"), "no such folder");
     EXPECT_EQ(write(folder.path(), "x"), "is a folder");
     EXPECT_EQ(write(folder.path() + "/", "x"), "is a folder");
-    EXPECT_EQ(write("", "x"), "not a file name");
+    EXPECT_EQ(write("", "x"), "this is not the name of a file");
     EXPECT_EQ(write(folder.path(std::string(300, 'n')), "x"), "the name is too long");
     EXPECT_EQ(folder.names(), Names{"file"});
 }
@@ -165,7 +165,7 @@ TEST(WriteNewFile, TouchesNothingThatStandsThere)
     EXPECT_EQ(readFile(folder.path("file")), "first");
     EXPECT_EQ(writeNew(folder.path("none/file"), "x"), "no such folder");
     EXPECT_EQ(writeNew(folder.path() + "/", "x"), "is a folder");
-    EXPECT_EQ(writeNew("", "x"), "not a file name");
+    EXPECT_EQ(writeNew("", "x"), "this is not the name of a file");
     EXPECT_EQ(folder.names(), (Names{"dangling", "file", "folder"}));
 }
 

@@ -84,9 +84,9 @@ TEST_F(ControllerNavigationTest, SeguesMakePrepareAndShow)
 {
     const auto storyboard = UIStoryboard::named("ControllerNavigationTest");
     EXPECT_EQ(UIStoryboard::named("ControllerNavigationTest"), storyboard);
-    storyboard->addScene("source", [] { return std::make_shared<Source>(); });
-    storyboard->addScene("plain", [] { return std::make_shared<UIViewController>(); });
-    storyboard->addScene("broken", [] { return std::shared_ptr<UIViewController>(); });
+    storyboard->addScene("source", {[] { return std::make_shared<Source>(); }, ""});
+    storyboard->addScene("plain", {[] { return std::make_shared<UIViewController>(); }, ""});
+    storyboard->addScene("broken", {[] { return std::shared_ptr<UIViewController>(); }, ""});
     storyboard->addSegue("next", "plain", UIStoryboard::SegueKind::Show);
     storyboard->addSegue("over", "plain", UIStoryboard::SegueKind::Present);
     storyboard->addSegue("nowhere", "missing", UIStoryboard::SegueKind::Show);
@@ -94,6 +94,7 @@ TEST_F(ControllerNavigationTest, SeguesMakePrepareAndShow)
     const auto source = storyboard->instantiate<Source>("source");
     ASSERT_NE(source, nullptr);
     EXPECT_EQ(source->storyboard(), storyboard);
+    EXPECT_EQ(source->scene(), storyboard->scenes().at("source").get());
     stack->pushViewController(source, false);
     source->performSegue("next", rootScreen.get());
     EXPECT_EQ(source->prepared, "next");

@@ -1,6 +1,6 @@
 #include "platform/host/system/PictureFolders.h"
 
-#include "platform/host/system/PictureTypes.h"
+#include "platform/image/codecs/PictureFormats.h"
 
 #include <QCoreApplication>
 #include <QFileInfo>
@@ -48,7 +48,7 @@ bool holdsPictures(const std::string& folder)
         std::error_code gone;
         if (name.starts_with('.') || entry.depth() >= kDeepest)
             entry.disable_recursion_pending();
-        if (!name.starts_with('.') && hasPictureExtension(name) && entry->is_regular_file(gone))
+        if (!name.starts_with('.') && pictureFormatForFileName(name) && entry->is_regular_file(gone))
             return true;
     }
     return false;

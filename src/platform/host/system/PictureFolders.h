@@ -4,7 +4,7 @@
 
 namespace lamina {
 
-/// The person's own folder for pictures, whether it exists or not. Usable from any thread.
+/// The user's own folder for pictures, whether it exists or not. Usable from any thread.
 std::string picturesFolder();
 
 /// The folder of the sample photos: what the variable LAMINA_SAMPLES of the environment names, else
@@ -15,7 +15,7 @@ std::string samplesFolder();
 /// folder only a part is looked at. Reads the disk: for a background thread.
 bool holdsPictures(const std::string& folder);
 
-/// The samples' folder while the person has no pictures yet (and there are samples); otherwise empty. Reads the disk:
+/// The samples' folder while the user has no pictures yet (and there are samples); otherwise empty. Reads the disk:
 /// for a background thread.
 std::string samplesForBeginners();
 

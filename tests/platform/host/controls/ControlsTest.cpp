@@ -1,7 +1,9 @@
 // The shared controls, put into the window one by one.
 #include "TestPaths.h"
 #include "WindowDriver.h"
+#include "app/MainStoryboard.h"
 #include "platform/image/codecs/PictureDecoding.h"
+#include "platform/view/UIStoryboard.h"
 
 #include <QElapsedTimer>
 #include <QQmlComponent>
@@ -111,7 +113,7 @@ TEST_F(Controls, ASliderMarksZeroWhereItsRangeHasBothSigns)
 TEST_F(Controls, TheMiddleOfTheZoomLineIsTheMiddleRatio)
 {
     open();
-    auto crop = std::make_shared<PinchZoomViewController>();
+    const auto crop = UIStoryboard::named(kMainStoryboard)->instantiate<PinchZoomViewController>(scene::kCrop);
     const Result<UIImage> photo = loadPicture(samples("sea-sunset.jpg"));
     ASSERT_TRUE(photo);
     crop->pickedImage = *photo;

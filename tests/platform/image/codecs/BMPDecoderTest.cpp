@@ -85,7 +85,7 @@ TEST(BMPDecoder, ScalesMaskedComponentsToTheNearest)
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.name);
-        EXPECT_EQ(firstRow(decode(kBMPFormat, c.file.bytes())), c.row);
+        EXPECT_EQ(firstRow(decode(kBMPDecoder, c.file.bytes())), c.row);
     }
 }
 
@@ -93,9 +93,9 @@ TEST(BMPDecoder, TakesWhatWritersLeaveOut)
 {
     // An index beyond the palette is black; the padding of the last row may be missing.
     BMPFile file{.width = 3, .height = -2, .bits = 8, .extra = kBlackRedGreen, .pixels = {1, 2, 200, 0, 1, 1, 1}};
-    EXPECT_EQ(firstRow(decode(kBMPFormat, file.bytes())), (std::vector{kRed, kGreen, kBlack}));
+    EXPECT_EQ(firstRow(decode(kBMPDecoder, file.bytes())), (std::vector{kRed, kGreen, kBlack}));
     file.pixels.pop_back();
-    EXPECT_EQ(causeOf(decode(kBMPFormat, file.bytes())), cause::kTruncated);
+    EXPECT_EQ(causeOf(decode(kBMPDecoder, file.bytes())), cause::kTruncated);
 }
 
 TEST(BMPDecoder, UnpacksRunsFromTheBottomUp)
@@ -104,7 +104,7 @@ TEST(BMPDecoder, UnpacksRunsFromTheBottomUp)
     // more.
     const Bytes runs{2, 1, 0, 3, 2, 1, 2, 0, 0, 0, 0, 2, 1, 1, 1, 1, 0, 1};
     const BMPFile file{.width = 5, .height = 3, .bits = 8, .compression = 1, .extra = kBlackRedGreen, .pixels = runs};
-    const UIImage image = pictureOf(decode(kBMPFormat, file.bytes()));
+    const UIImage image = pictureOf(decode(kBMPDecoder, file.bytes()));
     const std::array<std::array<Pixel, 5>, 3> wanted{{{kBlack, kRed, kBlack, kBlack, kBlack},
                                                       {kBlack, kBlack, kBlack, kBlack, kBlack},
                                                       {kRed, kRed, kGreen, kRed, kGreen}}};
@@ -116,14 +116,14 @@ TEST(BMPDecoder, UnpacksRunsFromTheBottomUp)
 
     // Nibbles alternate within a run, and a run longer than the row ends at its edge.
     BMPFile nibbles{.width = 3, .bits = 4, .compression = 2, .extra = kBlackRedGreen, .pixels = {9, 0x12, 0, 1}};
-    EXPECT_EQ(firstRow(decode(kBMPFormat, nibbles.bytes())), (std::vector{kRed, kGreen, kRed}));
+    EXPECT_EQ(firstRow(decode(kBMPDecoder, nibbles.bytes())), (std::vector{kRed, kGreen, kRed}));
     nibbles.pixels = {2, 0x12};
-    EXPECT_EQ(causeOf(decode(kBMPFormat, nibbles.bytes())), cause::kTruncated);
+    EXPECT_EQ(causeOf(decode(kBMPDecoder, nibbles.bytes())), cause::kTruncated);
 }
 
 TEST(BMPDecoder, RefusesHeadersThatLie)
 {
-    const auto cause = [](const BMPFile& file) { return causeOf(decode(kBMPFormat, file.bytes())); };
+    const auto cause = [](const BMPFile& file) { return causeOf(decode(kBMPDecoder, file.bytes())); };
     const Bytes some(64, 1);
     EXPECT_TRUE(cause({.width = 0x7FFFFFFF, .height = 0x7FFFFFFF, .pixels = some}).starts_with(cause::kTooLarge));
     EXPECT_EQ(cause({.height = -0x7FFFFFFF - 1, .pixels = some}), cause::kDamaged);

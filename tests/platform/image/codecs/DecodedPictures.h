@@ -1,7 +1,7 @@
 #pragma once
 
 #include "TestPaths.h"
-#include "platform/image/codecs/PictureFormat_p.h"
+#include "platform/image/codecs/PictureDecoder_p.h"
 
 #include <array>
 #include <cstdint>
@@ -22,24 +22,22 @@ inline Bytes dataFile(const std::string& name)
     return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
 }
 
-inline Decoded decode(const PictureFormat& format, std::span<const std::uint8_t> bytes,
-                      const DecodeOptions& options = {})
+inline Result<UIImage> decode(const PictureDecoder& decoder, std::span<const std::uint8_t> bytes,
+                              const DecodeOptions& options = {})
 {
-    return format.decode(*memorySource(bytes), options);
+    return decoder.decode(*memorySource(bytes), options);
 }
 
 /// The picture, or the empty one.
-inline UIImage pictureOf(const Decoded& decoded)
+inline UIImage pictureOf(const Result<UIImage>& decoded)
 {
-    const auto* image = std::get_if<UIImage>(&decoded);
-    return image ? *image : UIImage();
+    return decoded ? *decoded : UIImage();
 }
 
 /// The cause of failure; empty when there is a picture.
-inline std::string causeOf(const Decoded& decoded)
+inline std::string causeOf(const Result<UIImage>& decoded)
 {
-    const auto* cause = std::get_if<std::string>(&decoded);
-    return cause ? *cause : "";
+    return decoded ? "" : decoded.error().cause;
 }
 
 /// R, G, B, A; 255 for alpha where there is none. All -1 outside the picture.
@@ -52,7 +50,7 @@ inline Pixel pixelAt(const CGImage& image, int x, int y)
 }
 
 /// Row 0 of what the decoder makes of the bytes; empty on failure.
-inline std::vector<Pixel> firstRow(const Decoded& decoded)
+inline std::vector<Pixel> firstRow(const Result<UIImage>& decoded)
 {
     const CGImage image = pictureOf(decoded).cgImage();
     std::vector<Pixel> pixels;

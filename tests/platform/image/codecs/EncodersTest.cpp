@@ -21,10 +21,16 @@ using Encoder = std::function<File(const CGImage&)>;
 
 constexpr UIColor kBlue{0, 0, 1, 1};
 
-const Encoder kBMP = [](const CGImage& image) { return encodeBMP(image, kBlue, "picture"); };
-const Encoder kGIF = [](const CGImage& image) { return encodeGIF(image, kBlue, "picture"); };
-const Encoder kJPEG = [](const CGImage& image) { return encodeJPEG(image, 1, kBlue, "picture"); };
-const Encoder kTIFF = [](const CGImage& image) { return encodeTIFF(image, "picture"); };
+Encoder encoder(std::string_view uti)
+{
+    return [uti](const CGImage& image) {
+        return encodePicture(image, *pictureFormatForUTI(uti), "picture", {1, kBlue});
+    };
+}
+const Encoder kBMP = encoder(kUTTypeBMP);
+const Encoder kGIF = encoder(kUTTypeGIF);
+const Encoder kJPEG = encoder(kUTTypeJPEG);
+const Encoder kTIFF = encoder(kUTTypeTIFF);
 
 /// The encoded picture as Pillow reads it.
 PillowPicture read(const File& file)
@@ -104,7 +110,9 @@ TEST(Encoders, WriteJPEGInTheQualityWanted)
     const CGImage ramp = fourBytePicture(120, 90, CGImageAlphaInfo::NoneSkipLast, [](int x, int y) {
         return Pixel{static_cast<std::uint8_t>(2 * x), static_cast<std::uint8_t>(2 * y), 90, 17};
     });
-    const auto encoded = [&](double quality) { return *encodeJPEG(ramp, quality, kBlue, "picture"); };
+    const auto encoded = [&](double quality) {
+        return *encodePicture(ramp, *pictureFormatForUTI(kUTTypeJPEG), "picture", {quality, kBlue});
+    };
     const PillowPicture best = read(encoded(1));
     EXPECT_EQ(best.format + best.mode + best.profile + best.sampling, "JPEGRGBsRGB1x1");
     EXPECT_LE(largestDifference(ramp, best), 3);
@@ -135,9 +143,12 @@ TEST(Encoders, LayTranslucentPixelsOnTheBackground)
     const CGImage picture = flat({200, 100, 0, 128});
     for (const Case& c : cases) {
         SCOPED_TRACE(testing::Message() << c.background.red << ' ' << c.background.green << ' ' << c.background.blue);
-        const PillowPicture bmp = read(encodeBMP(picture, c.background, "picture"));
-        const PillowPicture gif = read(encodeGIF(picture, c.background, "picture"));
-        const PillowPicture jpeg = read(encodeJPEG(picture, 1, c.background, "picture"));
+        const PillowPicture bmp =
+            read(encodePicture(picture, *pictureFormatForUTI(kUTTypeBMP), "picture", {1, c.background}));
+        const PillowPicture gif =
+            read(encodePicture(picture, *pictureFormatForUTI(kUTTypeGIF), "picture", {1, c.background}));
+        const PillowPicture jpeg =
+            read(encodePicture(picture, *pictureFormatForUTI(kUTTypeJPEG), "picture", {1, c.background}));
         for (int channel = 0; channel < 4; ++channel) {
             const int wanted = c.wanted[static_cast<std::size_t>(channel)];
             EXPECT_NEAR(bmp.at(7, 7, channel), wanted, 1);

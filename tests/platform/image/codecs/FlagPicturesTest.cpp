@@ -2,6 +2,7 @@
 
 #include "DecodedPictures.h"
 #include "TestPaths.h"
+#include "platform/image/codecs/PictureFormats.h"
 
 #include <gtest/gtest.h>
 
@@ -55,16 +56,15 @@ std::vector<Flag> readTable()
     return flags;
 }
 
-const PictureFormat& formatOf(const Bytes& bytes)
+const PictureDecoder& decoderOf(const Bytes& bytes)
 {
     const std::span head = std::span(bytes).first(std::min<std::size_t>(64, bytes.size()));
-    static const PictureFormat none{"none", nullptr, nullptr};
-    const PictureFormat* found = &none;
-    for (const PictureFormat* format :
-         {&kJPEGFormat, &kPNGFormat, &kWebPFormat, &kHEICFormat, &kTIFFFormat, &kGIFFormat, &kBMPFormat}) {
-        if (format->recognizes(head)) {
-            EXPECT_EQ(found, &none) << "both " << found->name << " and " << format->name;
-            found = format;
+    static const PictureDecoder none{nullptr, nullptr};
+    const PictureDecoder* found = &none;
+    for (const PictureFormat& format : pictureFormats()) {
+        if (format.decoder && format.decoder->recognizes(head)) {
+            EXPECT_EQ(found, &none) << "also " << format.name;
+            found = format.decoder;
         }
     }
     return *found;
@@ -92,13 +92,13 @@ void expectQuarters(const UIImage& image, const Flag& flag, int tolerance)
 class FlagPictures : public testing::TestWithParam<Flag> {
 protected:
     const Bytes m_bytes = dataFile(GetParam().file);
-    const PictureFormat& m_format = formatOf(m_bytes);
+    const PictureDecoder& m_format = decoderOf(m_bytes);
 };
 
 TEST_P(FlagPictures, ShowTheirColors)
 {
     ASSERT_NE(m_format.decode, nullptr);
-    const Decoded decoded = decode(m_format, m_bytes);
+    const Result<UIImage> decoded = decode(m_format, m_bytes);
     EXPECT_EQ(causeOf(decoded), "");
     const UIImage image = pictureOf(decoded);
     ASSERT_EQ(image.cgImage().width() + image.cgImage().height(), 64 + 48);
@@ -121,7 +121,7 @@ TEST_P(FlagPictures, AreNeverShownInPart)
         const std::size_t length = 20 + (m_bytes.size() - 21) * i / 23;
         SCOPED_TRACE(length);
         const Bytes cut(m_bytes.begin(), m_bytes.begin() + static_cast<std::ptrdiff_t>(length));
-        const Decoded decoded = decode(m_format, cut);
+        const Result<UIImage> decoded = decode(m_format, cut);
         // Only end marks and further frames may be missing.
         if (const UIImage image = pictureOf(decoded)) {
             EXPECT_GT(length, m_bytes.size() / 2);
@@ -156,7 +156,7 @@ TEST(PictureRecognition, LeavesOtherFilesAlone)
           "RIFF1234WAVEfmt a sound file it is", "....ftypqt  ....qt  a movie", "MM", "B", ""}) {
         const std::string_view view(text);
         const Bytes bytes(view.begin(), view.end());
-        EXPECT_STREQ(formatOf(bytes).name, "none") << text;
+        EXPECT_EQ(pictureFormatForHead(bytes), nullptr) << text;
     }
 }
 

@@ -83,7 +83,7 @@ TEST(GIFDecoder, ComposesTheFrameOnItsScreen)
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.name);
-        const Decoded decoded = decode(kGIFFormat, c.file.bytes());
+        const Result<UIImage> decoded = decode(kGIFDecoder, c.file.bytes());
         EXPECT_EQ(causeOf(decoded), "");
         EXPECT_EQ(firstRow(decoded), c.firstRow);
     }
@@ -91,14 +91,14 @@ TEST(GIFDecoder, ComposesTheFrameOnItsScreen)
 
 TEST(GIFDecoder, RefusesWhatItCannotShow)
 {
-    const auto cause = [](const GIFFile& file) { return causeOf(decode(kGIFFormat, file.bytes())); };
+    const auto cause = [](const GIFFile& file) { return causeOf(decode(kGIFDecoder, file.bytes())); };
     EXPECT_EQ(cause({.palette = false}), "the picture has no palette");
     EXPECT_TRUE(cause({.screenWidth = 65535, .screenHeight = 65535}).starts_with(cause::kTooLarge));
     // A frame of 4 gigapixels behind a screen of four: its lines must not be walked through.
     EXPECT_TRUE(cause({.width = 65535, .height = 65535}).starts_with(cause::kTooLarge));
     EXPECT_EQ(cause({.width = 0}), cause::kDamaged);
     const Bytes empty{'G', 'I', 'F', '8', '9', 'a', 1, 0, 1, 0, 0, 0, 0, ';'};
-    EXPECT_EQ(causeOf(decode(kGIFFormat, empty)), "the file holds no picture");
+    EXPECT_EQ(causeOf(decode(kGIFDecoder, empty)), "the file holds no picture");
 }
 
 } // namespace

@@ -27,12 +27,12 @@ TEST(HEICDecoder, RefusesSidesThatLie)
     for (const char* name : {"heic-444.heic", "avif-444.avif"}) {
         SCOPED_TRACE(name);
         const Bytes sound = dataFile(name);
-        ASSERT_EQ(causeOf(decode(kHEICFormat, sound)), "");
-        EXPECT_TRUE(causeOf(decode(kHEICFormat, claiming(sound, 16000, 16000))).starts_with(cause::kTooLarge));
-        EXPECT_NE(causeOf(decode(kHEICFormat, claiming(sound, 0x7FFFFFFF, 0x7FFFFFFF))), "");
-        EXPECT_NE(causeOf(decode(kHEICFormat, claiming(sound, 0, 48))), "");
+        ASSERT_EQ(causeOf(decode(kHEICDecoder, sound)), "");
+        EXPECT_TRUE(causeOf(decode(kHEICDecoder, claiming(sound, 16000, 16000))).starts_with(cause::kTooLarge));
+        EXPECT_NE(causeOf(decode(kHEICDecoder, claiming(sound, 0x7FFFFFFF, 0x7FFFFFFF))), "");
+        EXPECT_NE(causeOf(decode(kHEICDecoder, claiming(sound, 0, 48))), "");
         // Memory was granted for what was announced.
-        EXPECT_NE(causeOf(decode(kHEICFormat, claiming(sound, 8, 6))), "");
+        EXPECT_NE(causeOf(decode(kHEICDecoder, claiming(sound, 8, 6))), "");
     }
 }
 
@@ -44,15 +44,15 @@ TEST(HEICDecoder, RefusesPicturesMadeOfThemselves)
     const auto at = std::search(bytes.begin(), bytes.end(), reference.begin(), reference.end());
     ASSERT_NE(at, bytes.end());
     at[9] = 2;
-    EXPECT_EQ(causeOf(decode(kHEICFormat, bytes)), cause::kDamaged);
+    EXPECT_EQ(causeOf(decode(kHEICDecoder, bytes)), cause::kDamaged);
     at[9] = 4;
-    EXPECT_EQ(causeOf(decode(kHEICFormat, bytes)), cause::kDamaged);
+    EXPECT_EQ(causeOf(decode(kHEICDecoder, bytes)), cause::kDamaged);
 }
 
 TEST(HEICDecoder, KnowsItsBrands)
 {
     const auto recognizes = [](std::string_view head) {
-        return kHEICFormat.recognizes({reinterpret_cast<const std::uint8_t*>(head.data()), head.size()});
+        return kHEICDecoder.recognizes({reinterpret_cast<const std::uint8_t*>(head.data()), head.size()});
     };
     using namespace std::string_view_literals;
     EXPECT_TRUE(recognizes("\0\0\0\x14"

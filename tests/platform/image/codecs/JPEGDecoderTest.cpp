@@ -92,7 +92,7 @@ Bytes withInserted(Bytes bytes, std::size_t at, const Bytes& more)
     return bytes;
 }
 
-bool showsTheSame(const Decoded& x, const Decoded& y)
+bool showsTheSame(const Result<UIImage>& x, const Result<UIImage>& y)
 {
     const CGImage first = pictureOf(x).cgImage();
     const CGImage second = pictureOf(y).cgImage();
@@ -103,15 +103,15 @@ TEST(JPEGDecoder, RefusesAFileCutAnywhere)
 {
     for (const bool progressive : {false, true}) {
         const Bytes whole = makeJPEG({.width = 40, .height = 24, .progressive = progressive});
-        ASSERT_TRUE(pictureOf(decode(kJPEGFormat, whole)));
+        ASSERT_TRUE(pictureOf(decode(kJPEGDecoder, whole)));
         for (std::size_t length = 3; length < whole.size(); ++length) {
             const Bytes cut(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(length));
-            ASSERT_EQ(causeOf(decode(kJPEGFormat, cut)), cause::kTruncated) << length << " of " << whole.size();
+            ASSERT_EQ(causeOf(decode(kJPEGDecoder, cut)), cause::kTruncated) << length << " of " << whole.size();
             if (length < marker(whole, kScan) + 10 || length > whole.size() - 12)
                 continue;
             Bytes ended = cut; // as some programs close what they could not fetch
             append(ended, Bytes{0xFF, 0xD9});
-            if (const UIImage shown = pictureOf(decode(kJPEGFormat, ended)); shown && !progressive)
+            if (const UIImage shown = pictureOf(decode(kJPEGDecoder, ended)); shown && !progressive)
                 FAIL() << "shown in part at " << length;
         }
     }
@@ -122,7 +122,7 @@ TEST(JPEGDecoder, RefusesHalfOfALargePhotoWithoutShowingGrey)
     const Bytes whole = makeJPEG({.width = 4000, .height = 3000});
     const Bytes half(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(whole.size() / 2));
     for (const int shortSide : {0, 375})
-        EXPECT_EQ(causeOf(decode(kJPEGFormat, half, {.shortSide = shortSide})), cause::kTruncated);
+        EXPECT_EQ(causeOf(decode(kJPEGDecoder, half, {.shortSide = shortSide})), cause::kTruncated);
 }
 
 TEST(JPEGDecoder, RefusesScansThatLeaveAComponentOut)
@@ -131,12 +131,12 @@ TEST(JPEGDecoder, RefusesScansThatLeaveAComponentOut)
     for (int c = 0; c < 3; ++c)
         scans.push_back({1, {c, 0, 0, 0}, 0, 63, 0, 0});
     const Bytes whole = makeJPEG({.scans = scans});
-    EXPECT_TRUE(pictureOf(decode(kJPEGFormat, whole)));
+    EXPECT_TRUE(pictureOf(decode(kJPEGDecoder, whole)));
     const std::uint8_t wanted[] = {0xFF, kScan};
     const auto last = std::find_end(whole.begin(), whole.end(), std::begin(wanted), std::end(wanted));
     Bytes two(whole.begin(), last);
     append(two, Bytes{0xFF, 0xD9});
-    EXPECT_EQ(causeOf(decode(kJPEGFormat, two)), cause::kDamaged);
+    EXPECT_EQ(causeOf(decode(kJPEGDecoder, two)), cause::kDamaged);
 }
 
 TEST(JPEGDecoder, ReducesToTheFewestEighthsThatKeepTheShortSide)
@@ -153,7 +153,7 @@ TEST(JPEGDecoder, ReducesToTheFewestEighthsThatKeepTheShortSide)
                             Case{76, {150, 113}}, Case{150, {200, 150}}, Case{151, {400, 300}}, Case{300, {400, 300}},
                             Case{5000, {400, 300}}, Case{0, {400, 300}}}) {
         SCOPED_TRACE(one.shortSide);
-        const CGImage image = pictureOf(decode(kJPEGFormat, ramp, {.shortSide = one.shortSide})).cgImage();
+        const CGImage image = pictureOf(decode(kJPEGDecoder, ramp, {.shortSide = one.shortSide})).cgImage();
         ASSERT_EQ(image.size(), one.size);
         EXPECT_EQ(image.alphaInfo(), CGImageAlphaInfo::NoneSkipLast);
         for (int i = 1; i < 8; ++i) {
@@ -171,7 +171,7 @@ TEST(JPEGDecoder, ReducesToTheFewestEighthsThatKeepTheShortSide)
 TEST(JPEGDecoder, ReducesALargePictureByAnyEighths)
 {
     const Bytes large = makeJPEG({.width = 4200, .height = 4100, .value = [](int, int, int) { return 90; }});
-    EXPECT_EQ(pictureOf(decode(kJPEGFormat, large, {.shortSide = 3000})).cgImage().size(), (IntSize{3150, 3075}));
+    EXPECT_EQ(pictureOf(decode(kJPEGDecoder, large, {.shortSide = 3000})).cgImage().size(), (IntSize{3150, 3075}));
 }
 
 TEST(JPEGDecoder, WeighsTheMemoryOfAProgressivePictureBeforeTakingIt)
@@ -179,15 +179,15 @@ TEST(JPEGDecoder, WeighsTheMemoryOfAProgressivePictureBeforeTakingIt)
     // 64 million pixels of three whole components: 384 MB of coefficients, however small the result.
     const DecodeOptions reduced{.shortSide = 1000};
     const Bytes progressive = claiming(makeJPEG({.progressive = true}), kProgressive, 12000, 12000);
-    EXPECT_EQ(causeOf(decode(kJPEGFormat, progressive, reduced)), "the picture is too large (12000 x 12000 pixels)");
+    EXPECT_EQ(causeOf(decode(kJPEGDecoder, progressive, reduced)), "the picture is too large (12000 x 12000 pixels)");
     const Bytes baseline = makeJPEG({});
-    EXPECT_EQ(causeOf(decode(kJPEGFormat, claiming(baseline, kBaseline, 60000, 60000), reduced)),
+    EXPECT_EQ(causeOf(decode(kJPEGDecoder, claiming(baseline, kBaseline, 60000, 60000), reduced)),
               "the picture is too large (60000 x 60000 pixels)");
     // Within the limit once reduced, but no file of one kilobyte holds it.
-    EXPECT_TRUE(causeOf(decode(kJPEGFormat, claiming(baseline, kBaseline, 16000, 16000), reduced))
+    EXPECT_TRUE(causeOf(decode(kJPEGDecoder, claiming(baseline, kBaseline, 16000, 16000), reduced))
                     .starts_with(cause::kTooLarge));
     // A claim that can be believed; the data then are not there.
-    EXPECT_EQ(causeOf(decode(kJPEGFormat, claiming(baseline, kBaseline, 4000, 3000), reduced)), cause::kDamaged);
+    EXPECT_EQ(causeOf(decode(kJPEGDecoder, claiming(baseline, kBaseline, 4000, 3000), reduced)), cause::kDamaged);
 }
 
 TEST(JPEGDecoder, StopsAtEndlessScansAndEndlessSearches)
@@ -205,7 +205,7 @@ TEST(JPEGDecoder, StopsAtEndlessScansAndEndlessSearches)
     zeros.resize(std::size_t{200} << 20);
     for (const Bytes* bytes : {&hostile, &zeros}) {
         const std::clock_t start = std::clock();
-        EXPECT_EQ(causeOf(decode(kJPEGFormat, *bytes)), cause::kDamaged);
+        EXPECT_EQ(causeOf(decode(kJPEGDecoder, *bytes)), cause::kDamaged);
         EXPECT_LT(std::clock() - start, 3 * CLOCKS_PER_SEC); // of the processor's time; a second without sanitizers
     }
 }
@@ -213,13 +213,13 @@ TEST(JPEGDecoder, StopsAtEndlessScansAndEndlessSearches)
 TEST(JPEGDecoder, PassesOverWhatEveryViewerPassesOver)
 {
     const Bytes whole = makeJPEG({});
-    const Decoded shown = decode(kJPEGFormat, whole);
+    const Result<UIImage> shown = decode(kJPEGDecoder, whole);
     Bytes versionThree = whole;
     versionThree[marker(whole, 0xE0) + 9] = 3;
-    EXPECT_TRUE(showsTheSame(decode(kJPEGFormat, versionThree), shown));
+    EXPECT_TRUE(showsTheSame(decode(kJPEGDecoder, versionThree), shown));
     const Bytes stray{0, 1, 2, 3};
-    EXPECT_TRUE(showsTheSame(decode(kJPEGFormat, withInserted(whole, marker(whole, kBaseline), stray)), shown));
-    EXPECT_TRUE(showsTheSame(decode(kJPEGFormat, withInserted(whole, whole.size() - 2, stray)), shown));
+    EXPECT_TRUE(showsTheSame(decode(kJPEGDecoder, withInserted(whole, marker(whole, kBaseline), stray)), shown));
+    EXPECT_TRUE(showsTheSame(decode(kJPEGDecoder, withInserted(whole, whole.size() - 2, stray)), shown));
 }
 
 TEST(JPEGDecoder, NamesTheKindsItCannotRead)
@@ -229,7 +229,7 @@ TEST(JPEGDecoder, NamesTheKindsItCannotRead)
     const auto causeWith = [&](std::size_t offset, std::uint8_t value) {
         Bytes changed = whole;
         changed[frame + offset] = value;
-        return causeOf(decode(kJPEGFormat, changed));
+        return causeOf(decode(kJPEGDecoder, changed));
     };
     EXPECT_EQ(causeWith(1, 0xC9), "JPEG pictures with arithmetic coding are not supported");
     EXPECT_EQ(causeWith(4, 12), "JPEG pictures of more than 8 bits are not supported");
@@ -245,7 +245,7 @@ TEST(JPEGDecoder, ReadsInksAsStoredWithoutTheMarkThatTurnsThem)
     const Bytes marked =
         makeJPEG({.components = 4, .value = [&](int, int, int c) { return 255 - inks[static_cast<std::size_t>(c)]; }});
     for (const Bytes* bytes : {&plain, &marked}) {
-        const Pixel got = pixelAt(pictureOf(decode(kJPEGFormat, *bytes)).cgImage(), 30, 20);
+        const Pixel got = pixelAt(pictureOf(decode(kJPEGDecoder, *bytes)).cgImage(), 30, 20);
         EXPECT_NEAR(got[0], 102, 2); // (1 - 51/255)(1 - 127/255) · 255
         EXPECT_NEAR(got[1], 128, 2);
         EXPECT_NEAR(got[2], 0, 2);
@@ -281,10 +281,10 @@ TEST(JPEGDecoder, PutsAProfileTogetherFromItsSegments)
         Bytes segments;
         for (const std::uint8_t number : numbers)
             append(segments, segment(number));
-        return decode(kJPEGFormat, withInserted(bare, at, segments));
+        return decode(kJPEGDecoder, withInserted(bare, at, segments));
     };
-    const Decoded converted = decode(kJPEGFormat, wide);
-    const Decoded untouched = decode(kJPEGFormat, bare);
+    const Result<UIImage> converted = decode(kJPEGDecoder, wide);
+    const Result<UIImage> untouched = decode(kJPEGDecoder, bare);
     EXPECT_FALSE(showsTheSame(converted, untouched));
     EXPECT_TRUE(showsTheSame(with({1, 2, 3}), converted));
     EXPECT_TRUE(showsTheSame(with({3, 1, 2}), converted));

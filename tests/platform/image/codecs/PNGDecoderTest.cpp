@@ -38,7 +38,7 @@ TEST(PNGDecoder, RoundsSixteenBitsToTheNearest)
     // would give 0, 0, 255, 255.
     const Bytes file = rowPNG(4, 16, kGrey, {0x00, 0x80, 0x00, 0x81, 0xFF, 0x7E, 0xFF, 0x7F});
     const int expected[] = {0, 1, 254, 255};
-    const std::vector<Pixel> row = firstRow(decode(kPNGFormat, file));
+    const std::vector<Pixel> row = firstRow(decode(kPNGDecoder, file));
     ASSERT_EQ(row.size(), 4u);
     for (std::size_t i = 0; i < 4; ++i)
         EXPECT_EQ(row[i][0], expected[i]) << i;
@@ -48,7 +48,7 @@ TEST(PNGDecoder, BelievesStatementsAboutColorWhereTheyMatter)
 {
     const Bytes pixel{128, 128, 128};
     const auto shown = [&](const std::vector<PNGChunk>& chunks) {
-        return firstRow(decode(kPNGFormat, rowPNG(1, 8, kRGB, pixel, chunks))).at(0)[0];
+        return firstRow(decode(kPNGDecoder, rowPNG(1, 8, kRGB, pixel, chunks))).at(0)[0];
     };
     EXPECT_EQ(shown({gamma(45455)}), 128);       // how sRGB was written before it had a chunk
     EXPECT_NEAR(shown({gamma(100000)}), 188, 1); // linear light
@@ -60,9 +60,9 @@ TEST(PNGDecoder, BelievesStatementsAboutColorWhereTheyMatter)
 TEST(PNGDecoder, TellsDamageThatMattersFromDamageThatDoesNot)
 {
     const Bytes whole = dataFile("png-rgb8.png");
-    const Decoded shown = decode(kPNGFormat, whole);
+    const Result<UIImage> shown = decode(kPNGDecoder, whole);
     const auto same = [&](const Bytes& file) {
-        const CGImage image = pictureOf(decode(kPNGFormat, file)).cgImage();
+        const CGImage image = pictureOf(decode(kPNGDecoder, file)).cgImage();
         return image && std::ranges::equal(image.bytes(), pictureOf(shown).cgImage().bytes());
     };
     const auto chunks = chunksOf(whole);
@@ -84,7 +84,7 @@ TEST(PNGDecoder, TellsDamageThatMattersFromDamageThatDoesNot)
     for (std::size_t at = pixels; at < whole.size() - 12; at += 3) {
         Bytes file = whole;
         file[at] ^= 0x10;
-        EXPECT_EQ(causeOf(decode(kPNGFormat, file)), cause::kDamaged) << at;
+        EXPECT_EQ(causeOf(decode(kPNGDecoder, file)), cause::kDamaged) << at;
     }
 }
 
@@ -95,7 +95,7 @@ TEST(PNGDecoder, FindsTheOrientationBehindThePixels)
     ASSERT_NE(exif, chunks.end());
     std::rotate(exif, exif + 1, chunks.end() - 1);
     ASSERT_EQ(chunks[chunks.size() - 2].type, "eXIf");
-    EXPECT_EQ(pictureOf(decode(kPNGFormat, pngOf(chunks))).imageOrientation(), UIImageOrientation::Right);
+    EXPECT_EQ(pictureOf(decode(kPNGDecoder, pngOf(chunks))).imageOrientation(), UIImageOrientation::Right);
 }
 
 /// The megabytes by which `body` raises the most memory that a process of its own has held; at least 255 when it
@@ -126,8 +126,8 @@ TEST(PNGDecoder, PassesOverChunksThatSwellWhenUnpacked)
     Bytes text{'x', 0};
     append(text, std::span(profile).subspan(2));
     const Bytes file = rowPNG(1, 8, kRGB, {1, 2, 3}, {{"iCCP", profile}, {"zTXt", text}});
-    EXPECT_EQ(firstRow(decode(kPNGFormat, file)).at(0), (Pixel{1, 2, 3, 255}));
-    EXPECT_LT(megabytesTakenBy([&] { (void)decode(kPNGFormat, file); }), 40);
+    EXPECT_EQ(firstRow(decode(kPNGDecoder, file)).at(0), (Pixel{1, 2, 3, 255}));
+    EXPECT_LT(megabytesTakenBy([&] { (void)decode(kPNGDecoder, file); }), 40);
 }
 
 TEST(PNGDecoder, RefusesClaimsThatItsDataCannotCarry)
@@ -136,14 +136,14 @@ TEST(PNGDecoder, RefusesClaimsThatItsDataCannotCarry)
         return pngOf({pngHeader(width, height, 1, kGrey), {"IDAT", deflated(Bytes(100, 0))}, {"IEND", {}}});
     };
     for (const int shortSide : {0, 100}) {
-        EXPECT_EQ(causeOf(decode(kPNGFormat, claims(60000, 60000), {.shortSide = shortSide})),
+        EXPECT_EQ(causeOf(decode(kPNGDecoder, claims(60000, 60000), {.shortSide = shortSide})),
                   "the picture is too large (60000 x 60000 pixels)");
-        EXPECT_EQ(causeOf(decode(kPNGFormat, claims(15000, 15000), {.shortSide = shortSide})),
+        EXPECT_EQ(causeOf(decode(kPNGDecoder, claims(15000, 15000), {.shortSide = shortSide})),
                   "the picture is too large (15000 x 15000 pixels)");
-        EXPECT_TRUE(causeOf(decode(kPNGFormat, claims(399'000'000, 1), {.shortSide = shortSide}))
+        EXPECT_TRUE(causeOf(decode(kPNGDecoder, claims(399'000'000, 1), {.shortSide = shortSide}))
                         .starts_with(cause::kTooLarge));
     }
-    EXPECT_EQ(causeOf(decode(kPNGFormat, claims(0, 5))), cause::kDamaged);
+    EXPECT_EQ(causeOf(decode(kPNGDecoder, claims(0, 5))), cause::kDamaged);
 }
 
 } // namespace

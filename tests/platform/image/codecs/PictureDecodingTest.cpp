@@ -106,14 +106,14 @@ TEST(Refusal, WeighsClaims)
 {
     const DecodeOptions options;
     constexpr std::uint64_t kMega = 1'000'000;
-    EXPECT_EQ(refusal(20000, 20000, 10 * kMega, 9 * kMega, options), std::nullopt); // 400 million, 8 MB wanted
-    EXPECT_NE(refusal(20000, 20001, 10 * kMega, 900 * kMega, options), std::nullopt);
-    EXPECT_NE(refusal(20000, 20000, 10 * kMega, 7 * kMega, options), std::nullopt);
-    EXPECT_EQ(refusal(8000, 8000, 256 * kMega, 100, options), std::nullopt); // small enough to be given
-    EXPECT_NE(refusal(8000, 8000, 269 * kMega, 100, options), std::nullopt);
-    EXPECT_EQ(refusal(0, 5, 0, 100, options), cause::kDamaged);
+    EXPECT_TRUE(checkClaim(20000, 20000, 10 * kMega, 9 * kMega, options)); // 400 million, 8 MB wanted
+    EXPECT_FALSE(checkClaim(20000, 20001, 10 * kMega, 900 * kMega, options));
+    EXPECT_FALSE(checkClaim(20000, 20000, 10 * kMega, 7 * kMega, options));
+    EXPECT_TRUE(checkClaim(8000, 8000, 256 * kMega, 100, options)); // small enough to be given
+    EXPECT_FALSE(checkClaim(8000, 8000, 269 * kMega, 100, options));
+    EXPECT_EQ(checkClaim(0, 5, 0, 100, options).error().cause, cause::kDamaged);
     constexpr std::int64_t kMost = std::numeric_limits<std::int64_t>::max();
-    EXPECT_NE(refusal(kMost, kMost, 0, 0, options), std::nullopt);
+    EXPECT_FALSE(checkClaim(kMost, kMost, 0, 0, options));
 }
 
 } // namespace

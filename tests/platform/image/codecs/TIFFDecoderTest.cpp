@@ -123,7 +123,7 @@ class TIFFRows : public testing::TestWithParam<Row> {};
 
 TEST_P(TIFFRows, AreConvertedToTheNearest)
 {
-    const Decoded decoded = decode(kTIFFFormat, GetParam().page.bytes());
+    const Result<UIImage> decoded = decode(kTIFFDecoder, GetParam().page.bytes());
     EXPECT_EQ(causeOf(decoded), "");
     EXPECT_EQ(firstRow(decoded), GetParam().pixels);
 }
@@ -220,7 +220,7 @@ TEST(TIFFDecoder, PutsTilesOfSeparatePlanesTogether)
         .samples = 4,
         .tags = {{kPlanar, {2}}, {kTileWidth, {16}}, {kTileHeight, {16}}, {kExtraSamples, {2}}, {kOrientation, {6}}},
         .blocks = tiles};
-    const UIImage image = pictureOf(decode(kTIFFFormat, page.bytes()));
+    const UIImage image = pictureOf(decode(kTIFFDecoder, page.bytes()));
     EXPECT_EQ(image.imageOrientation(), UIImageOrientation::Right);
     EXPECT_EQ(image.cgImage().size(), (IntSize{20, 18}));
     EXPECT_EQ(pixelAt(image.cgImage(), 15, 15), (Pixel{0, 50, 100, 150}));
@@ -238,14 +238,14 @@ TEST(TIFFDecoder, ReducesByTheMeanWeightedByAlpha)
                         .samples = 2,
                         .tags = {{kExtraSamples, {2}}},
                         .blocks = {{100, 255, 200, 0, 10, 255, 50, 255, 250, 0, 30, 255}}};
-    const Decoded decoded = decode(kTIFFFormat, page.bytes(), {.shortSide = 1});
+    const Result<UIImage> decoded = decode(kTIFFDecoder, page.bytes(), {.shortSide = 1});
     // Mean of 100 and 50, the clear ones don't count; alpha 2 · 255 / 4.
     EXPECT_EQ(firstRow(decoded), (std::vector<Pixel>{{75, 75, 75, 128}, {20, 20, 20, 255}}));
 }
 
 TEST(TIFFDecoder, RefusesHeadersThatLie)
 {
-    const auto cause = [](const TIFFPage& page) { return causeOf(decode(kTIFFFormat, page.bytes())); };
+    const auto cause = [](const TIFFPage& page) { return causeOf(decode(kTIFFDecoder, page.bytes())); };
     const std::vector<Bytes> some{Bytes(64, 1)};
     EXPECT_NE(cause({.width = 0xFFFFFFFF, .height = 0xFFFFFFFF, .blocks = some}), "");
     EXPECT_NE(cause({.width = 0x7FFFFFFF, .height = 0x7FFFFFFF, .blocks = some}), "");
@@ -264,7 +264,7 @@ TEST(TIFFDecoder, RefusesHeadersThatLie)
                      .blocks = {{0x26, 0xA0}}}),
               "");
     const Bytes loop{'I', 'I', 42, 0, 8, 0, 0, 0, 0, 0, 8, 0, 0, 0};
-    EXPECT_NE(causeOf(decode(kTIFFFormat, loop)), "");
+    EXPECT_NE(causeOf(decode(kTIFFDecoder, loop)), "");
 }
 
 } // namespace

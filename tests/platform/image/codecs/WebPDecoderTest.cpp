@@ -48,7 +48,7 @@ Bytes animation(int x, int y)
 
 TEST(WebPDecoder, ComposesTheFirstFrameOnItsCanvas)
 {
-    const Decoded decoded = decode(kWebPFormat, animation(20, 10));
+    const Result<UIImage> decoded = decode(kWebPDecoder, animation(20, 10));
     EXPECT_EQ(causeOf(decoded), "");
     const CGImage image = pictureOf(decoded).cgImage();
     ASSERT_EQ(image.size(), (IntSize{100, 60}));
@@ -57,7 +57,7 @@ TEST(WebPDecoder, ComposesTheFirstFrameOnItsCanvas)
     EXPECT_EQ(pixelAt(image, 20, 10), (Pixel{220, 40, 30, 255}));
     EXPECT_EQ(pixelAt(image, 83, 57), (Pixel{240, 220, 40, 255}));
     EXPECT_EQ(pixelAt(image, 84, 57)[3], 0);
-    EXPECT_EQ(causeOf(decode(kWebPFormat, animation(38, 10))), cause::kDamaged);
+    EXPECT_EQ(causeOf(decode(kWebPDecoder, animation(38, 10))), cause::kDamaged);
 }
 
 TEST(WebPDecoder, ReducesOpaquePicturesToTheVerySize)
@@ -65,12 +65,13 @@ TEST(WebPDecoder, ReducesOpaquePicturesToTheVerySize)
     for (const char* name : {"webp-lossless.webp", "webp-lossy.webp"}) {
         SCOPED_TRACE(name);
         const Bytes bytes = dataFile(name);
-        EXPECT_EQ(pictureOf(decode(kWebPFormat, bytes, {.shortSide = 31})).cgImage().size(), (IntSize{42, 31}));
-        EXPECT_EQ(pictureOf(decode(kWebPFormat, bytes, {.shortSide = 48})).cgImage().size(), (IntSize{64, 48}));
-        EXPECT_EQ(pictureOf(decode(kWebPFormat, bytes, {.shortSide = 500})).cgImage().size(), (IntSize{64, 48}));
+        EXPECT_EQ(pictureOf(decode(kWebPDecoder, bytes, {.shortSide = 31})).cgImage().size(), (IntSize{42, 31}));
+        EXPECT_EQ(pictureOf(decode(kWebPDecoder, bytes, {.shortSide = 48})).cgImage().size(), (IntSize{64, 48}));
+        EXPECT_EQ(pictureOf(decode(kWebPDecoder, bytes, {.shortSide = 500})).cgImage().size(), (IntSize{64, 48}));
     }
     // The codec would mix the hidden colours of clear pixels into their neighbours.
-    const UIImage translucent = pictureOf(decode(kWebPFormat, dataFile("webp-lossless-alpha.webp"), {.shortSide = 31}));
+    const UIImage translucent =
+        pictureOf(decode(kWebPDecoder, dataFile("webp-lossless-alpha.webp"), {.shortSide = 31}));
     EXPECT_EQ(translucent.cgImage().size(), (IntSize{64, 48}));
 }
 
@@ -78,11 +79,11 @@ TEST(WebPDecoder, RefusesHeadersThatLie)
 {
     // 16384 x 16384 lossless, and a canvas of 2^24 pixels a side.
     const Bytes lossless = riff({chunk("VP8L", {0x2F, 0xFF, 0xFF, 0xFF, 0x0F, 0, 0, 0, 0, 0})});
-    EXPECT_TRUE(causeOf(decode(kWebPFormat, lossless)).starts_with(cause::kTooLarge));
+    EXPECT_TRUE(causeOf(decode(kWebPDecoder, lossless)).starts_with(cause::kTooLarge));
     const Bytes canvas =
         riff({chunk("VP8X", {2, 0, 0, 0, 255, 255, 255, 255, 255, 255}), chunk("VP8L", {0x2F, 0, 0, 0, 0})});
-    EXPECT_NE(causeOf(decode(kWebPFormat, canvas)), "");
-    EXPECT_NE(causeOf(decode(kWebPFormat, riff({chunk("VP8 ", {})}))), "");
+    EXPECT_NE(causeOf(decode(kWebPDecoder, canvas)), "");
+    EXPECT_NE(causeOf(decode(kWebPDecoder, riff({chunk("VP8 ", {})}))), "");
 }
 
 } // namespace

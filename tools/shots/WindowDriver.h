@@ -19,7 +19,7 @@ class QPointingDevice;
 
 namespace lamina::test {
 
-/// The real window, worked as a person works it: what is seen is found by its accessible name, and touched by fingers,
+/// The real window, worked as a user works it: what is seen is found by its accessible name, and touched by fingers,
 /// mouse or keys.
 class WindowDriver {
 public:

@@ -1,4 +1,4 @@
-#include "gpu/sources/PictureBytes_p.h"
+#include "gpu/core/PictureBytes_p.h"
 
 #include "platform/image/drawing/CGContext.h"
 

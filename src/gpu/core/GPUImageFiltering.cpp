@@ -1,8 +1,11 @@
-// A filter as a function from picture to picture. The base class declares it; it stands here because it needs a source.
+// A filter as a function from picture to picture.
 
 #include "gpu/core/GPUImageStage.h"
+#include "gpu/core/PictureTexture.h"
 #include "gpu/core/VideoProcessingQueue.h"
-#include "gpu/sources/GPUImagePicture.h"
+
+#include <memory>
+#include <utility>
 
 namespace lamina {
 
@@ -11,16 +14,19 @@ CGImage GPUImageOutput::newCGImageByFilteringCGImage(const CGImage& image)
     auto* stage = dynamic_cast<GPUImageStage*>(this);
     if (!stage || !image || !valueFromVideoProcessingQueue([&] { return stage->canRender(); }))
         return {};
-    // A filter that nobody shares is a target too, for the length of this call.
-    const std::shared_ptr<GPUImageInput> self(weak_from_this().lock(), stage);
-    const auto picture = std::make_shared<GPUImagePicture>(image);
+    const PictureTexture picture(image);
     useNextFrameForImageCapture();
-    picture->addTarget(self);
-    picture->processImage();
     // The push has its turn first: what others spend on the queue is not counted as waiting for the frame.
-    runSynchronouslyOnVideoProcessingQueue([] {});
+    const int slot = valueFromVideoProcessingQueue([&] {
+        const int next = stage->nextAvailableTextureIndex();
+        picture.pushTo(*stage, next);
+        return next;
+    });
     CGImage filtered = newCGImageFromCurrentlyProcessedOutput();
-    picture->removeTarget(self);
+    runSynchronouslyOnVideoProcessingQueue([&] {
+        freeSlot(*stage, slot);
+        stage->endProcessing();
+    });
     return filtered;
 }
 

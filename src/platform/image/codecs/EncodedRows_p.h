@@ -1,28 +1,15 @@
 #pragma once
 
-#include "platform/base/Result.h"
 #include "platform/base/UIColor.h"
-#include "platform/image/codecs/PictureFormat_p.h"
+#include "platform/image/pixels/CGImage.h"
 #include "platform/image/pixels/PixelConversion.h"
 
 #include <array>
 #include <cstddef>
 #include <cstdint>
-#include <functional>
-#include <string>
-#include <variant>
-#include <vector>
 
-/// What the encoders share.
+/// The rows that encoders write.
 namespace lamina {
-
-/// The file, or the cause of failure in one short phrase without subject.
-using Encoded = std::variant<std::vector<std::uint8_t>, std::string>;
-
-/// The frame of every encoder: `encode` gets the picture with its mask applied; no picture and a lack of memory, thrown
-/// or returned, become errors with the subject.
-Result<std::vector<std::uint8_t>> encodeShown(const CGImage& image, const std::string& subject,
-                                              const std::function<Encoded(const CGImage&)>& encode);
 
 /// What a file keeps of each pixel. The values are PNG's.
 enum class StoredColors : std::uint8_t { Gray = 0, RGB = 2, GrayAlpha = 4, RGBA = 6 };
@@ -48,12 +35,12 @@ StoredColors chooseStoredColors(const CGImage& image, const RowConverter& rows);
 /// `width` pixels of RGBA as they are stored.
 void packRow(const std::uint8_t* rgba, std::size_t width, StoredColors colors, std::uint8_t* out);
 
-/// Rows of a picture laid on a colour, for formats without alpha.
-class LaidRows {
+/// Rows of a picture composited over a colour, for formats without alpha.
+class FlattenedRows {
 public:
     /// The picture has no mask. The colour's components are clamped to [0, 1]; where it is translucent it lies on
     /// white.
-    LaidRows(const CGImage& image, const UIColor& background);
+    FlattenedRows(const CGImage& image, const UIColor& background);
 
     int width() const { return m_width; }
     int height() const { return m_height; }

@@ -1,5 +1,4 @@
 // Draws every screen into pictures, for whoever judges the look: lamina_shots FOLDER [WIDTHxHEIGHT...]
-#include "TestPaths.h"
 #include "WindowDriver.h"
 
 #include "platform/view/UIAlertController.h"
@@ -38,8 +37,8 @@ private:
     QString m_prefix;
 };
 
-const std::string kFirst = samples("sea-sunset.jpg");
-const std::string kSecond = samples("city-rain.jpg");
+const std::string kFirst = LAMINA_SAMPLES "/sea-sunset.jpg";
+const std::string kSecond = LAMINA_SAMPLES "/city-rain.jpg";
 
 void shootRoad(const LaunchOptions& options, const QString& prefix)
 {
@@ -54,7 +53,7 @@ void shootRoad(const LaunchOptions& options, const QString& prefix)
     chooser->galleryButton();
     shooter.shoot("no-camera");
     driver.press(Qt::Key_Escape);
-    chooser->receivePhotos({PhotoSource::fromFile(testData("README.md"))});
+    chooser->receivePhotos({PhotoSource::fromBytes({'n', 'o'}, "README.md")});
     driver.waitFor<UIAlertController>();
     shooter.shoot("unreadable");
     driver.press(Qt::Key_Escape);

@@ -1,4 +1,4 @@
-#include "platform/image/codecs/PictureFormat_p.h"
+#include "platform/image/codecs/PictureBuilder_p.h"
 
 #include "platform/base/WorkerPool.h"
 #include "platform/image/pixels/ColorConversion.h"
@@ -10,14 +10,6 @@
 namespace lamina {
 
 namespace {
-
-// Photos keep 1/3 to 1/30 of their pixels' bytes, flat drawings as PNG seldom less than 1/150.
-constexpr std::uint64_t kBelievableCompression = 200;
-
-std::string tooLarge(std::int64_t width, std::int64_t height)
-{
-    return std::string(cause::kTooLarge) + " (" + std::to_string(width) + " x " + std::to_string(height) + " pixels)";
-}
 
 void setOpaque(std::uint8_t* rgba, int pixels)
 {
@@ -34,19 +26,6 @@ bool isOpaque(const std::uint8_t* rgba, int pixels)
 }
 
 } // namespace
-
-std::optional<std::string> refusal(std::int64_t width, std::int64_t height, std::uint64_t heldBytes,
-                                   std::uint64_t fileBytes, const DecodeOptions& options)
-{
-    if (width <= 0 || height <= 0)
-        return cause::kDamaged;
-    if (width > kMaximumClaimedPixels || height > kMaximumClaimedPixels / width || heldBytes > options.memoryLimit)
-        return tooLarge(width, height);
-    const std::uint64_t unreduced = 4 * static_cast<std::uint64_t>(width) * static_cast<std::uint64_t>(height);
-    if (unreduced > options.memoryLimit && fileBytes < unreduced / kBelievableCompression)
-        return tooLarge(width, height);
-    return std::nullopt;
-}
 
 PictureBuilder::PictureBuilder(int width, int height)
     : m_width(width)
