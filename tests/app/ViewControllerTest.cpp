@@ -6,8 +6,12 @@
 #include "editors/common/EditorNotifications.h"
 #include "picker/SelectedImagesReceiver.h"
 #include "picker/YMSPhotoPickerViewController.h"
+#include "platform/base/UIColor.h"
+#include "platform/photos/PHAsset.h"
 #include "platform/view/UIApplication.h"
 #include "platform/view/UINavigationController.h"
+
+#include <cstddef>
 
 namespace lamina::test {
 namespace {
