@@ -2,6 +2,8 @@
 
 #include "ScreenTest.h"
 #include "app/PinchZoomViewController.h"
+#include "platform/base/CGGeometry.h"
+#include "platform/photos/PhotoSource.h"
 #include "platform/view/UINavigationController.h"
 
 namespace lamina::test {

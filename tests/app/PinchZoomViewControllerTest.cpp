@@ -2,8 +2,10 @@
 
 #include "ScreenTest.h"
 #include "editors/blend/BlendPhotoViewController.h"
+#include "platform/image/pixels/CGImage.h"
 
 #include <cmath>
+#include <cstdint>
 
 namespace lamina::test {
 namespace {

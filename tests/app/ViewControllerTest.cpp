@@ -6,8 +6,12 @@
 #include "editors/common/EditorNotifications.h"
 #include "picker/SelectedImagesReceiver.h"
 #include "picker/YMSPhotoPickerViewController.h"
+#include "platform/base/UIColor.h"
+#include "platform/photos/PHAsset.h"
 #include "platform/view/UIApplication.h"
 #include "platform/view/UINavigationController.h"
+
+#include <cstddef>
 
 namespace lamina::test {
 namespace {
@@ -23,6 +27,7 @@ protected:
     void SetUp() override
     {
         ScreenTest::SetUp();
+        UIScreen::setMain({{100, 120}, 3});
         home = storyboard->instantiate<ViewController>(scene::kHome);
         stack = UINavigationController::make(home);
         window.setRootViewController(stack);
@@ -106,8 +111,8 @@ TEST_F(HomeScreen, PickedPhotosReachTheEditorInTheirOrder)
         std::vector<int> read;
         for (const UIImage& image : images) {
             // 40 points less than the screen on each axis, at its scale.
-            EXPECT_EQ(image.pixelSize(), (IntSize{1005, 1881}));
-            read.push_back(pixelAt(image.cgImage(), 500, 900)[2]);
+            EXPECT_EQ(image.pixelSize(), (IntSize{180, 240}));
+            read.push_back(pixelAt(image.cgImage(), 90, 120)[2]);
         }
         return read;
     };

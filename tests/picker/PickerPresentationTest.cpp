@@ -1,12 +1,16 @@
 #include "picker/YMSPhotoHelper.h"
+#include "picker/YMSPhotoPickerTheme.h"
 #include "platform/base/DispatchQueue.h"
+#include "platform/base/UIColor.h"
 #include "platform/photos/PHPhotoLibrary.h"
+#include "platform/view/UIFont.h"
 
 #include <gtest/gtest.h>
 
 #include <optional>
 #include <thread>
 #include <utility>
+#include <vector>
 
 namespace lamina {
 namespace {

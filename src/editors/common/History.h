@@ -64,6 +64,7 @@ public:
         m_position -= canUndo() ? 1 : 0;
         return current();
     }
+    /// See undo.
     const State& redo()
     {
         m_position += canRedo() ? 1 : 0;

@@ -1,5 +1,7 @@
 #include "editors/common/PictureMemory.h"
 
+#include "platform/image/pixels/CGImage.h"
+
 namespace lamina {
 
 std::size_t PictureMemory::add(const UIImage& picture)

@@ -7,6 +7,7 @@
 
 #include <cstdlib>
 #include <filesystem>
+#include <iterator>
 
 namespace lamina::test {
 namespace {

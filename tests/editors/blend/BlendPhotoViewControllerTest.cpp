@@ -1,6 +1,13 @@
 #include "BlendEditorFixture.h"
+#include "platform/base/CGGeometry.h"
+#include "platform/base/UIColor.h"
+#include "platform/view/UIPanGestureRecognizer.h"
+#include "platform/view/UIPinchGestureRecognizer.h"
+#include "platform/view/UIRotationGestureRecognizer.h"
 
 #include <cmath>
+#include <cstddef>
+#include <cstdint>
 #include <functional>
 #include <map>
 #include <string>

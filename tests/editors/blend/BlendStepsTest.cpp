@@ -1,8 +1,13 @@
 #include "BlendEditorFixture.h"
+#include "platform/base/CGGeometry.h"
+#include "platform/base/UIColor.h"
+#include "platform/image/pixels/CGImage.h"
+#include "platform/view/UIView.h"
 
 #include <functional>
 #include <limits>
 #include <string>
+#include <utility>
 
 namespace lamina::test {
 namespace {
@@ -168,6 +173,17 @@ TEST_F(BlendSteps, AResetIsAStepFromAllOfTheComposition)
     EXPECT_EQ(editor->toolBar().cell("reset").background, UIColor::clear());
     EXPECT_EQ(editor->toolBar().activeTool(), "pan");
     EXPECT_EQ(undoAll(), 1);
+}
+
+TEST_F(BlendSteps, AStateCostsWhatItsOwnPicturesTake)
+{
+    constexpr std::size_t kPicture = 4 * kSide * kSide;
+    PictureMemory counted;
+    EXPECT_EQ(byteCount(state(), counted), 2 * kPicture);
+    BlendComposition changed = state();
+    changed.photos[1].image = changed.applyFxOnImage1 = flat(kRed);
+    changed.applyFxOnImage2 = flat(kBlue);
+    EXPECT_EQ(byteCount(changed, counted), 2 * kPicture);
 }
 
 TEST_F(BlendSteps, FlatteningLeavesADragAlone)
