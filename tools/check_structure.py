@@ -4,7 +4,8 @@
     tools/check_structure.py    the layers from the ground up; 1 where something is wrong
 
 Wrong are: an include of a library that is not linked, links or includes that run in a circle, a private header
-(NAME_p.h) outside of its library, a library above 7,000 lines (without blanks and comments).
+(NAME_p.h) outside of its library, two types of one name (each library compiles, and a program that links both runs
+the wrong one's code), a library above 7,000 lines (without blanks and comments).
 """
 
 import argparse
@@ -15,6 +16,7 @@ from pathlib import PurePosixPath
 
 sys.dont_write_bytecode = True
 
+from checks.declarations import declarations  # noqa: E402
 from checks.sources import CPP, code_lines, includes, read, tracked  # noqa: E402
 
 MOST_LINES = 7000
@@ -80,6 +82,17 @@ def faults_of_includes(files, owners, allowed):
     return faults, graph
 
 
+def faults_of_names(files):
+    """Types that two headers define under one name."""
+    homes = {}
+    for path, text in files.items():
+        if path.suffix == ".h":
+            for each in declarations(text):
+                if each.kind == "type" and not each.scope and each.is_definition:
+                    homes.setdefault(each.name, set()).add(str(path))
+    return [f"{name}: stands in {' and '.join(sorted(paths))}" for name, paths in homes.items() if len(paths) > 1]
+
+
 def circle(graph, what):
     try:
         TopologicalSorter(graph).prepare()
@@ -98,6 +111,7 @@ def main():
     files = {PurePosixPath(path): read(path) for path in paths}
     faults, graph = faults_of_includes(files, owners, reachable(links))
     faults += circle(graph, "files include one another")
+    faults += faults_of_names(files)
     faults += [f"{path}: belongs to no library" for path in files if owner_of(path, owners) is None]
 
     lines = dict.fromkeys(folders, 0)
