@@ -33,8 +33,7 @@ void runShortPictureWork(std::function<void()> work)
 {
     shortWorkPool().start([work = std::move(work), expected = DispatchQueue::main().expectWork()]() mutable {
         work();
-        work = {};
-        expected.reset();
+        work = {}; // before the expectation ends with this block
     });
 }
 

@@ -137,13 +137,14 @@ TEST_F(Folders, BeginWhereThePicturesAre)
     EXPECT_EQ(model.folder(), QString::fromStdString(samples()));
     samplesVariable.set(folder.path("none"));
     EXPECT_EQ(start(), (Names{"Home", "Pictures", "Home"})) << "no folder for pictures";
-    fs::create_directory(folder.path("Pictures"));
+    fs::create_directories(folder.path("Pictures/Camera"));
+    file("Pictures/.thumb.jpg");
     EXPECT_EQ(start(), (Names{"Pictures", "Pictures", "Home"}));
     samplesVariable.set(samples());
     EXPECT_EQ(start().front(), "Samples");
-    file("Pictures/mine.png");
+    file("Pictures/Camera/mine.png");
     EXPECT_EQ(start(), (Names{"Pictures", "Pictures", "Home"}));
-    EXPECT_EQ(shown(), Names{"mine.png"});
+    EXPECT_EQ(shown(), Names{"Camera/"});
 }
 
 } // namespace

@@ -62,8 +62,9 @@ TEST_F(URLOpener, OpensTheSettingsOfTheRunningDesktop)
     EXPECT_EQ(opened(UIApplicationOpenSettingsURLString), gnome);
     desktop.set("phosh:GNOME");
     EXPECT_EQ(opened(UIApplicationOpenSettingsURLString), gnome);
+    install("plasma-open-settings");
     desktop.set("KDE");
-    EXPECT_EQ(opened(UIApplicationOpenSettingsURLString), "systemsettings \n");
+    EXPECT_EQ(opened(UIApplicationOpenSettingsURLString), "plasma-open-settings \n");
 }
 
 } // namespace

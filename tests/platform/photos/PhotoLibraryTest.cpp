@@ -6,6 +6,7 @@
 #include "platform/photos/PhotoFolder.h"
 #include "platform/photos/PhotosAlbum.h"
 
+#include <chrono>
 #include <cstdlib>
 #include <ctime>
 #include <filesystem>
@@ -47,9 +48,11 @@ TEST_F(PhotoLibraryFolder, IsMadeByTheFirstPicture)
     EXPECT_FALSE(savePNGToPhotoLibrary(CGImage()));
     EXPECT_FALSE(fs::exists(home.path("Fotos")));
 
-    const std::time_t before = std::time(nullptr);
+    // Not std::time, which may be some milliseconds behind.
+    const auto now = [] { return std::chrono::system_clock::to_time_t(std::chrono::system_clock::now()); };
+    const std::time_t before = now();
     const Result<std::string> path = savePNGToPhotoLibrary(picture);
-    const std::time_t after = std::time(nullptr);
+    const std::time_t after = now();
     ASSERT_TRUE(path);
     const fs::path saved(*path);
     EXPECT_EQ(saved.parent_path(), home.path("Fotos/Lamina"));

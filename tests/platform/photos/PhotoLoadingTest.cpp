@@ -125,9 +125,12 @@ TEST_F(PhotoLoads, OnesGivenUpCostNothingAndAnswerNothing)
 TEST_F(PhotoLoads, ShortWorkDoesNotWaitBehindAPhotoAndLeavingWaitsForIt)
 {
     const QueueHeld held;
+    DispatchSemaphore gate;
     std::atomic<bool> done = false;
-    runShortPictureWork([&] { done = true; });
-    settle();
+    runShortPictureWork([&] { done = gate.wait(20); });
+    EXPECT_FALSE(DispatchQueue::main().runUntilIdle(0.05));
+    gate.signal();
+    EXPECT_TRUE(DispatchQueue::main().runUntilIdle(10));
     EXPECT_TRUE(done);
 }
 
