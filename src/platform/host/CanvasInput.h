@@ -31,9 +31,11 @@ public:
         return {position.x() * m_pointsPerUnit, position.y() * m_pointsPerUnit};
     }
 
-    /// The mouse is a finger of its own while a button is held.
+    /// The mouse is a finger of its own from now on,
     void mousePressed(const QMouseEvent& event);
+    /// moves as one,
     void mouseMoved(const QMouseEvent& event);
+    /// and is none any more.
     void mouseReleased(const QMouseEvent& event);
     /// All fingers of the event; gives the point of a double tap when this event completes one. That is the canvas's
     /// own gesture: the recognisers of the tree neither wait for it nor are held up by it.

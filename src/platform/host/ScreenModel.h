@@ -21,6 +21,7 @@ public:
     /// How a screen comes and goes: pushed from the side, or faded in.
     enum Motion { Slide, Fade };
     Q_ENUM(Motion)
+    /// What a row tells its view.
     enum Role { ControllerRole = Qt::UserRole, SourceRole, PhaseRole, MotionRole, FrontRole };
 
     /// One screen, and how it is to be shown.

@@ -13,11 +13,6 @@ namespace lamina {
 
 namespace {
 
-bool isFinite(CGPoint point)
-{
-    return std::isfinite(point.x) && std::isfinite(point.y);
-}
-
 /// The views under a point, the nearest first.
 std::vector<std::shared_ptr<UIView>> viewsAt(UIView& root, CGPoint point)
 {
@@ -49,7 +44,7 @@ bool scrollAt(UIView& root, CGPoint point, double distance)
 {
     for (const auto& view : viewsAt(root, point)) {
         const auto scrollView = std::dynamic_pointer_cast<UIScrollView>(view);
-        if (!scrollView || !scrollView->isScrollEnabled())
+        if (!scrollView)
             continue;
         const CGPoint range = scrollView->maximumContentOffset();
         CGPoint offset = scrollView->contentOffset();

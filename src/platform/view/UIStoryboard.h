@@ -23,10 +23,12 @@ struct UIStoryboardScene {
 /// thread.
 class UIStoryboard : public std::enable_shared_from_this<UIStoryboard> {
 public:
+    /// How the destination comes.
     enum class SegueKind {
         Show,    ///< pushed on the navigation stack of the source; presented where it has none
         Present, ///< presented by the source
     };
+    /// A named transition.
     struct Segue {
         std::string destinationIdentifier;
         SegueKind kind = SegueKind::Show;

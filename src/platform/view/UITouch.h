@@ -11,6 +11,7 @@ namespace lamina {
 class UIGestureRecognizer;
 class UIView;
 
+/// What a finger has just done.
 enum class UITouchPhase { Began, Moved, Ended, Cancelled };
 
 /// One finger (or the pressed mouse) from the moment it comes down until it is lifted. Made and changed by
@@ -31,7 +32,6 @@ struct UITouch {
 
     /// In the coordinates of `view`; null: those of the topmost view.
     CGPoint locationInView(const UIView* inView) const;
-    CGPoint previousLocationInView(const UIView* inView) const;
 
     /// Tells the view that its touch is lost, once; later events of the touch no longer reach it.
     void cancelInView();

@@ -153,7 +153,6 @@ void UIViewController::present(std::shared_ptr<UIViewController> controller, boo
     transition.arriving = {controller};
     transition.completion = std::move(completion);
     ScreenTransition::submit(std::move(transition));
-    emit presenter->presentedViewControllerChanged();
 }
 
 void UIViewController::dismiss(bool animated, Completion completion)
@@ -200,9 +199,6 @@ void UIViewController::dismissPresented(bool animated, Completion completion)
     transition.arriving = visibleScreens();
     transition.completion = std::move(completion);
     ScreenTransition::submit(std::move(transition));
-    for (auto screen = unlinked.rbegin(); screen + 1 < unlinked.rend(); ++screen)
-        emit(*screen)->presentedViewControllerChanged();
-    emit presentedViewControllerChanged();
 }
 
 // ---- segues ----

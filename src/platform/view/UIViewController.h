@@ -63,6 +63,7 @@ public:
 
     /// The root of the screen's views, made at the first call: loadView, then viewDidLoad.
     UIView& view();
+    /// The same view, to be shared.
     std::shared_ptr<UIView> sharedView();
     bool isViewLoaded() const { return m_view != nullptr; }
 
@@ -122,9 +123,6 @@ public:
 
 signals:
     void titleChanged();
-    /// From the screen or container that presents, when its presented screen has changed (for those that stand in a
-    /// container: from the outermost one). The transition itself is told to the PresentationHost.
-    void presentedViewControllerChanged();
 
 protected:
     /// Makes the view and hands it to setView, without asking for view(). Default: an empty view of the main screen's
