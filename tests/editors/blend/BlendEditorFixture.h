@@ -66,6 +66,7 @@ protected:
     {
         fingers->touchBegan(1, {kSide / 2.0, kSide / 2.0}, 0);
         fingers->touchMoved(1, {kSide / 2.0 + 10, kSide / 2.0}, 0.1);
+        fingers->touchMoved(1, {kSide / 2.0 + 10 + x / 2, kSide / 2.0}, 0.15);
         fingers->touchMoved(1, {kSide / 2.0 + 10 + x, kSide / 2.0}, 0.2);
     }
     template <class Recognizer>

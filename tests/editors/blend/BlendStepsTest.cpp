@@ -113,6 +113,9 @@ TEST_F(BlendSteps, KeysAndWheelJoinWithinASecond)
         editor->nudge(there, 0);
     editor->undo();
     EXPECT_EQ(transform(), run);
+    editor->nudge(5, 0);
+    editor->undo();
+    EXPECT_EQ(transform(), run);
     EXPECT_EQ(undoAll(), 1);
 }
 
@@ -181,7 +184,8 @@ TEST_F(BlendSteps, AStateCostsWhatItsOwnPicturesTake)
     PictureMemory counted;
     EXPECT_EQ(byteCount(state(), counted), 2 * kPicture);
     BlendComposition changed = state();
-    changed.photos[1].image = changed.applyFxOnImage1 = flat(kRed);
+    changed.photos[1].image = flat(kRed);
+    changed.applyFxOnImage1 = changed.photos[0].image;
     changed.applyFxOnImage2 = flat(kBlue);
     EXPECT_EQ(byteCount(changed, counted), 2 * kPicture);
 }
