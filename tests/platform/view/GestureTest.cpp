@@ -25,6 +25,8 @@ const Script kScripts[] = {
     {"PanDoesNotJumpAsFingersComeAndGo", "pan",
      "1+100,100 1>120,100 1>130,100 2+300,300 1>140,100&2>310,320 1-140,100 2>310,325 2-310,325",
      "pan+0,0 pan~10,0 pan~20,10 pan~20,15 pan.20,15 "},
+    {"PanCountsAnewWhenAFingerGoes", "pan", "1+100,100 2+200,100 1>108,100&2>208,100 2-208,100 1>112,100 1-112,100",
+     ""},
     {"PanCountsTheLastStretch", "pan", "1+100,100 1>120,100 1-125,100", "pan+0,0 pan~5,0 pan.5,0 "},
     {"PanIsLost", "pan", "1+100,100 1>120,100 1x", "pan+0,0 panx0,0 "},
     {"PinchIsTheRatioOfDistances", "pinch",
