@@ -42,6 +42,7 @@ const Script kScripts[] = {
      "rotation+0.06 rotation.0.06 "},
     {"Tap", "tap", "t50,50 1+50,50 1-58,58 1+50,50 2+90,50 1-50,50 2-90,50", "tap. "},
     {"DoubleTap", "twice", "t50,50 w0.3 t60,60", "twice. "},
+    {"DoubleTapHeld", "twice", "t50,50 w0.3 1+50,50 w0.2 1-50,50", "twice. "},
     {"DoubleTapTooLate", "twice", "t50,50 w0.4 t50,50 w0.4 t50,50 t50,50", "twice. "},
     {"DoubleTapTooFar", "twice", "t50,50 t95,50 w1 t50,50 t85,50", "twice. "},
     {"LongPress", "press", "1+50,50 w0.4 1>55,55 w0.1 1>150,150 1-150,150", "press+ press~ press. "},
