@@ -5,12 +5,14 @@
 #include "editors/blend/PickedImages.h"
 #include "platform/base/Localization.h"
 #include "platform/base/UIScreen.h"
+#include "platform/photos/PhotoSource.h"
 #include "platform/view/UIAlertController.h"
 #include "platform/view/UINavigationController.h"
 #include "platform/view/UIStoryboard.h"
 
 #include <cmath>
 #include <utility>
+#include <vector>
 
 namespace lamina {
 

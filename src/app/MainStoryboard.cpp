@@ -6,6 +6,8 @@
 #include "editors/blend/BlendPhotoViewController.h"
 #include "platform/view/UIStoryboard.h"
 
+#include <memory>
+
 namespace lamina {
 
 namespace {

@@ -1,11 +1,13 @@
 #include "app/PinchZoomViewController.h"
 
 #include "app/MainStoryboard.h"
+#include "platform/base/CGGeometry.h"
 #include "platform/base/Causes.h"
 #include "platform/base/Localization.h"
 #include "platform/base/UIScreen.h"
 #include "platform/view/FailureAlert.h"
 #include "platform/view/ImageRendering.h"
+#include "platform/view/UIView.h"
 
 #include <utility>
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "editors/blend/PickedImages.h"
+#include "platform/image/pixels/UIImage.h"
 #include "platform/view/UIGestureRecognizer.h"
 #include "platform/view/UIImageView.h"
 #include "platform/view/UIPanGestureRecognizer.h"
@@ -45,22 +46,25 @@ public:
 
     /// 1 while the first photo of the blend is cropped, 2 for the second. As it was when the view loaded.
     int step() const { return m_step; }
+    /// How large the photo stands behind the square, from 1, which fills it. Setting it zooms about the middle of the
+    /// square, within the limits.
     double zoomScale() const;
-    /// Zooms about the middle of the square, within the limits.
     void setZoomScale(double scale);
     double minimumZoomScale() const { return 1.0; }
     double maximumZoomScale() const { return kMaximumCropZoom; }
 
-    /// What keys and double taps do: scrolls so that the photo moves by points; zooms about the middle; goes in twice
-    /// at a point of the square or, when zoomed already, all the way out.
+    /// Scrolls so that the photo moves by points, as a drag and the arrow keys do.
     Q_INVOKABLE void nudge(double dx, double dy);
+    /// Zooms about the middle of the square, as a pinch there and the keys do.
     Q_INVOKABLE void zoomBy(double factor);
+    /// A double tap: goes in twice at a point of the square or, when zoomed already, all the way out.
     Q_INVOKABLE void toggleZoom(double x, double y);
 
     std::shared_ptr<UIView> canvasView() override;
 
     /// Attached to nothing here; for any recogniser whose view is to be moved or scaled. Each event adds its increment.
     void handlePan(UIPanGestureRecognizer& gesture);
+    /// The same for the view's scale.
     void handlePinch(UIPinchGestureRecognizer& gesture);
 
     UIView* viewForZoomingInScrollView(UIScrollView& scrollView) override;

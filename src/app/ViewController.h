@@ -41,9 +41,11 @@ public:
     /// Dismisses what this screen presents, in one animated step.
     void dismissAllViewControllers();
 
-    /// The three entries. The last pushes the screen that asks where a photo comes from.
+    /// The entries of the collages: open the photo picker for two photos, and for three.
     Q_INVOKABLE void twoPhotoCollage();
+    /// See twoPhotoCollage.
     Q_INVOKABLE void threePhotoCollage();
+    /// The entry of the blend: pushes the screen that asks where a photo comes from.
     Q_INVOKABLE void BlendPhoto();
 
     /// Presents the photo picker in this screen's colours, for as many photos as `selectedBtnStr` needs.

@@ -1,6 +1,8 @@
 #pragma once
 
 #include "picker/YMSPhotoPickerViewController.h"
+#include "picker/YMSPhotoPickerViewControllerDelegate.h"
+#include "platform/view/UIViewController.h"
 
 #include <memory>
 

@@ -13,6 +13,7 @@ class YMSPhotoPickerViewController;
 /// and does without the delegate where one is not named. After a finish the delegate dismisses the picker. Main thread.
 class YMSPhotoPickerViewControllerDelegate {
 public:
+    /// The calls below, by their names.
     enum class Call {
         DidCancel,
         DidFinishPickingImage,

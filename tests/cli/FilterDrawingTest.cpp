@@ -9,24 +9,6 @@
 namespace lamina::test {
 namespace {
 
-constexpr const char* kReds = R"(
-precision highp float;
-
-varying vec2 textureCoordinate;
-varying vec2 textureCoordinate2;
-varying vec2 textureCoordinate3;
-uniform sampler2D inputImageTexture;
-uniform sampler2D inputImageTexture2;
-uniform sampler2D inputImageTexture3;
-
-void main()
-{
-    gl_FragColor = vec4(texture2D(inputImageTexture, textureCoordinate).r,
-                        texture2D(inputImageTexture2, textureCoordinate2).r,
-                        texture2D(inputImageTexture3, textureCoordinate3).r, 1.0);
-}
-)";
-
 constexpr const char* kFourReds = R"(
 precision highp float;
 
@@ -48,13 +30,6 @@ void main()
 }
 )";
 
-struct ThreeReds : GPUImageThreeInputFilter {
-    ThreeReds()
-        : GPUImageThreeInputFilter(kReds)
-    {
-    }
-};
-
 struct FourReds : GPUImageFourInputFilter {
     FourReds()
         : GPUImageFourInputFilter(kFourReds)
@@ -69,32 +44,21 @@ struct Broken : GPUImageFilter {
     }
 };
 
-/// Flat pictures whose reds are 40, 80, 120, 160; each of another size.
-std::vector<UIImage> reds(int count)
+TEST(FilterDrawing, FourPicturesReachTheirSlotsAndTheFirstGivesTheSize)
 {
     std::vector<UIImage> pictures;
-    for (int i = 1; i <= count; ++i) {
-        const auto red = static_cast<std::uint8_t>(40 * i);
-        pictures.emplace_back(makePicture(2 + i, 3, [red](int, int) { return Rgba{red, 0, 0, 255}; }));
-    }
-    return pictures;
-}
-
-TEST(FilterDrawing, ThreeAndFourPicturesReachTheirSlots)
-{
-    const auto three = filteredPicture(filterDescription<ThreeReds>("ThreeReds", "effect", 3, ""), {}, reds(3));
-    ASSERT_TRUE(three.ok()) << three.error().cause;
-    EXPECT_EQ(three->pixelSize(), (IntSize{3, 3}));
-    EXPECT_EQ(pixelAt(three->cgImage(), 1, 1), (Rgba{40, 80, 120, 255}));
-
-    const auto four = filteredPicture(filterDescription<FourReds>("FourReds", "effect", 4, ""), {}, reds(4));
+    for (int i = 1; i <= 4; ++i)
+        pictures.emplace_back(solidPicture(2 + i, 3, {static_cast<std::uint8_t>(40 * i), 0, 0, 255}));
+    const auto four = filteredPicture(filterDescription<FourReds>("FourReds", "effect", 4, ""), {}, pictures);
     ASSERT_TRUE(four.ok()) << four.error().cause;
+    EXPECT_EQ(four->pixelSize(), (IntSize{3, 3}));
     EXPECT_EQ(pixelAt(four->cgImage(), 1, 1), (Rgba{40, 80, 120, 160}));
 }
 
 TEST(FilterDrawing, AShaderThatDoesNotBuildIsNamed)
 {
-    const auto none = filteredPicture(filterDescription<Broken>("Broken", "effect", 1, ""), {}, reds(1));
+    const UIImage red(solidPicture(2, 2, {255, 0, 0, 255}));
+    const auto none = filteredPicture(filterDescription<Broken>("Broken", "effect", 1, ""), {}, {red});
     ASSERT_FALSE(none.ok());
     EXPECT_EQ(none.error().subject, "Broken");
     EXPECT_THAT(none.error().cause, testing::HasSubstr("shaders"));

@@ -21,7 +21,7 @@ bool looksAlike(const BlendComposition& one, const BlendComposition& other)
                       [](const BlendPhoto& a, const BlendPhoto& b) { return looksAlike(a, b); });
 }
 
-std::size_t byteCount(const BlendComposition& composition, PictureBytes& counted)
+std::size_t byteCount(const BlendComposition& composition, PictureMemory& counted)
 {
     std::size_t bytes = counted.add(composition.applyFxOnImage1) + counted.add(composition.applyFxOnImage2);
     for (const BlendPhoto& photo : composition.photos)

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "editors/blend/PickedImages.h"
-#include "editors/common/PictureBytes.h"
+#include "editors/common/PictureMemory.h"
 #include "platform/base/CGAffineTransform.h"
 #include "platform/base/UIColor.h"
 #include "platform/image/pixels/UIImage.h"
@@ -62,6 +62,6 @@ struct BlendComposition {
 bool looksAlike(const BlendComposition& one, const BlendComposition& other);
 
 /// Bytes of the composition's pictures, snapshots included, that are not `counted` yet.
-std::size_t byteCount(const BlendComposition& composition, PictureBytes& counted);
+std::size_t byteCount(const BlendComposition& composition, PictureMemory& counted);
 
 } // namespace lamina

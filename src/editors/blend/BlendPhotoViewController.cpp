@@ -1,11 +1,16 @@
 #include "editors/blend/BlendPhotoViewController.h"
 
 #include "editors/blend/BlendTools.h"
+#include "editors/blend/PickedImages.h"
 #include "editors/common/EditorNotifications.h"
+#include "platform/base/CGAffineTransform.h"
 #include "platform/base/Localization.h"
 #include "platform/base/NotificationCenter.h"
 #include "platform/base/UIScreen.h"
+#include "platform/image/pixels/UIImage.h"
 #include "platform/view/UIAlertController.h"
+
+#include <cstddef>
 
 namespace lamina {
 

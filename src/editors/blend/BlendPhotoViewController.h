@@ -2,8 +2,10 @@
 
 #include "editors/blend/BlendComposition.h"
 #include "editors/common/CompositionEditor.h"
+#include "platform/base/CGGeometry.h"
 #include "platform/view/UIImageMetaType.h"
 #include "platform/view/UIImageView.h"
+#include "platform/view/UIView.h"
 
 #include <QVariant>
 
@@ -51,9 +53,10 @@ public:
     /// then move mode, which takes the second to the front. Part of a change: whoever calls it records the step.
     void createLayout();
 
-    /// Actions of the two selection buttons: a tap on the selected one swaps. In move mode the first photo can't be
-    /// chosen: an alert says so, both buttons end up off, and the second photo stays movable.
+    /// Action of the first selection button: selects its photo, or swaps where it is selected. In move mode the first
+    /// photo can't be chosen: an alert says so, both buttons end up off, and the second photo stays movable.
     Q_INVOKABLE void photo1();
+    /// The same for the second photo, which stays selected in move mode.
     Q_INVOKABLE void photo2();
     /// Back to the photos as they came in, with nothing on them. The tags of stickers count on, and slider snapshots
     /// stay.
@@ -77,11 +80,16 @@ public:
     UIImageView& mainImgView() const { return *m_mainImgView; }
     UIImageView& imgView1() const { return *m_imgViews[0]; }
     UIImageView& imgView2() const { return *m_imgViews[1]; }
+    /// The photo that gestures act on, and the tools while no button is selected.
     UIImageView& currentImageView() const { return *m_imgViews[composition().current]; }
 
+    /// The state of the selection buttons.
     bool photo1Selected() const { return composition().photo1Selected; }
+    /// See photo1Selected.
     bool photo2Selected() const { return composition().photo2Selected; }
+    /// Whether move mode is on.
     bool panBool() const { return composition().panBool; }
+    /// Whether the second photo lies over the first.
     bool photo2OnTop() const { return composition().order.back() == 1; }
     /// A `lamina::UIImage`: the photo as it looks now, untransformed.
     QVariant photo1Picture() const { return QVariant::fromValue(composition().photos[0].image); }

@@ -55,6 +55,7 @@ public:
         m_series = EditSeries::None;
         return m_states.undo();
     }
+    /// See undo.
     const Composition& redo()
     {
         m_series = EditSeries::None;

@@ -13,6 +13,8 @@
 
 #include <QDir>
 
+#include <utility>
+
 namespace lamina {
 
 namespace {

@@ -1,8 +1,8 @@
 import QtQuick
 import Lamina
 
-// The measures of an editor, in points of the window: where its paper, its bars and what stands under the paper lie in an
-// upright, a lying and a wide window.
+// The measures of an editor, in points of the window: where its paper, its bars and what stands under the paper lie in
+// an upright, a lying and a wide window.
 QtObject {
     id: layout
 
@@ -12,8 +12,8 @@ QtObject {
     required property real barHeight
     required property real underHeight
 
-    // Upright: the paper takes the window's width but for a margin, which the narrowest windows go without, and leaves the
-    // bars their height.
+    // Upright: the paper takes the window's width but for a margin, which the narrowest windows go without, and leaves
+    // the bars their height.
     readonly property real narrowest: 320
     readonly property real widestMargin: 12
     readonly property real uprightBars: 248

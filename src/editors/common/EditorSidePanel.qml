@@ -1,7 +1,8 @@
 import QtQuick
 import Lamina
 
-// An editor's tools beside a wide window's canvas: the tools in a row, what the active one has to say, and Save at the foot.
+// An editor's tools beside a wide window's canvas: the tools in a row, what the active one has to say, and Save at the
+// foot.
 SidePanel {
     id: panel
 

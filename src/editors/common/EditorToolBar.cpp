@@ -5,6 +5,8 @@
 #include <QString>
 #include <QVariantMap>
 
+#include <cstddef>
+
 namespace lamina {
 
 namespace {

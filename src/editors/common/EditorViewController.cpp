@@ -1,8 +1,11 @@
 #include "editors/common/EditorViewController.h"
 
+#include "platform/view/UIView.h"
+
 #include <array>
 #include <cmath>
 #include <utility>
+#include <vector>
 
 namespace lamina {
 

@@ -3,8 +3,11 @@
 #include "editors/common/ChangeNotifier.h"
 #include "editors/common/EditHistory.h"
 #include "editors/common/EditorToolBar.h"
+#include "platform/base/CGAffineTransform.h"
+#include "platform/base/CGGeometry.h"
 #include "platform/base/Result.h"
 #include "platform/image/pixels/UIImage.h"
+#include "platform/view/UIGestureRecognizer.h"
 #include "platform/view/UIPanGestureRecognizer.h"
 #include "platform/view/UIPinchGestureRecognizer.h"
 #include "platform/view/UIRotationGestureRecognizer.h"
@@ -44,10 +47,13 @@ public:
     /// Does what the tool is for; nothing for one that is unknown or not enabled.
     Q_INVOKABLE void chooseTool(const QString& identifier);
 
+    /// Whether there is a step to go back, and one to go forth.
     virtual bool canUndo() const = 0;
+    /// See canUndo.
     virtual bool canRedo() const = 0;
-    /// A step back or forth: all that the composition holds is as it was, and the canvas takes touches as it did then.
+    /// A step back: all that the composition holds is as it was, and the canvas takes touches as it did then.
     Q_INVOKABLE void undo();
+    /// A step forth, which was undone before.
     Q_INVOKABLE void redo();
     /// Whether the picture differs from the one that the editor opened with.
     bool isEdited() const { return m_edited; }
@@ -56,13 +62,15 @@ public:
     /// could not be brought back (flattened to nothing, not finite) is left out. Nothing for a view that the editor
     /// doesn't know.
     void handlePan1(UIPanGestureRecognizer& gesture);
+    /// Zooms, as handlePan1 moves.
     void pinch(UIPinchGestureRecognizer& gesture);
+    /// Turns, as handlePan1 moves.
     void rotationGes(UIRotationGestureRecognizer& gesture);
 
-    /// What a pan by (dx, dy) points of the canvas does to the photo that takes gestures, and a pinch by `factor`, to
-    /// the bit; for keys and scripts. Nothing while no photo takes gestures; a factor that is not finite and positive
-    /// does nothing.
+    /// Does to the photo that takes gestures what a pan by (dx, dy) points of the canvas does, to the bit; for keys and
+    /// scripts. Nothing while no photo takes gestures.
     Q_INVOKABLE void nudge(double dx, double dy);
+    /// The same for a pinch by `factor`; one that is not finite and positive does nothing.
     Q_INVOKABLE void zoomBy(double factor);
 
     /// The canvas as one picture, its points times the main screen's scale a side. First come the changes that an
@@ -75,6 +83,7 @@ public:
     bool isSaving() const { return m_saving; }
     /// Where the last picture was saved, until it is dismissed or the next one is; empty: nothing to tell.
     QString notice() const { return m_notice; }
+    /// Takes the notice away.
     Q_INVOKABLE void dismissNotice();
 
 signals:

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "editors/common/PictureBytes.h"
+#include "editors/common/PictureMemory.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -16,7 +16,7 @@ struct HistoryLimits {
 };
 
 /// The states that something edited has gone through, for undo and redo. A state is a copy, so it should be small or
-/// share its bulk; `std::size_t byteCount(const State&, PictureBytes& counted)`, found beside the state's type, tells
+/// share its bulk; `std::size_t byteCount(const State&, PictureMemory& counted)`, found beside the state's type, tells
 /// what it adds to the bulk of those counted before it. There is always a current state, however large; a step leads
 /// from each state to the next. A plain value: one thread at a time.
 template <class State>
@@ -64,6 +64,7 @@ public:
         m_position -= canUndo() ? 1 : 0;
         return current();
     }
+    /// See undo.
     const State& redo()
     {
         m_position += canRedo() ? 1 : 0;
@@ -79,7 +80,7 @@ private:
     /// How many of the newest states the bound on bytes leaves room for.
     std::size_t statesWithinBytes() const
     {
-        PictureBytes counted;
+        PictureMemory counted;
         std::size_t bytes = 0;
         std::size_t states = 0;
         for (auto state = m_states.rbegin(); state != m_states.rend(); ++state, ++states) {

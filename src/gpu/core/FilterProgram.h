@@ -1,6 +1,7 @@
 #pragma once
 
 #include "gpu/core/GLProgram.h"
+#include "platform/gl/GLHeaders.h"
 
 #include <array>
 #include <functional>

@@ -3,6 +3,7 @@
 #include "gpu/core/VideoProcessingQueue.h"
 #include "platform/base/Log.h"
 #include "platform/base/MemoryWarning.h"
+#include "platform/gl/GLHeaders.h"
 
 #include <algorithm>
 #include <atomic>
@@ -10,6 +11,7 @@
 #include <mutex>
 #include <set>
 #include <sstream>
+#include <variant>
 
 namespace lamina {
 

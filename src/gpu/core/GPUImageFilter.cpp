@@ -2,9 +2,11 @@
 
 #include "gpu/core/GLErrors.h"
 #include "gpu/core/GPUImageContext.h"
+#include "gpu/core/VideoProcessingQueue.h"
 
 #include <algorithm>
 #include <array>
+#include <cstddef>
 #include <utility>
 
 namespace lamina {

@@ -1,10 +1,20 @@
 #pragma once
 
 #include "gpu/core/FilterProgram.h"
+#include "gpu/core/GLProgram.h"
+#include "gpu/core/GPUImageFramebuffer.h"
+#include "gpu/core/GPUImageRotationMode.h"
 #include "gpu/core/GPUImageStage.h"
 #include "gpu/core/GPUVectors.h"
+#include "platform/base/CGGeometry.h"
+#include "platform/base/CMTime.h"
 #include "platform/base/DispatchSemaphore.h"
+#include "platform/gl/GLHeaders.h"
+#include "platform/image/pixels/CGImage.h"
 
+#include <atomic>
+#include <functional>
+#include <memory>
 #include <span>
 #include <string>
 #include <variant>

@@ -1,7 +1,15 @@
 #pragma once
 
+#include "gpu/core/GPUImageFramebuffer.h"
+#include "gpu/core/GPUImageRotationMode.h"
 #include "gpu/core/GPUImageStage.h"
+#include "platform/base/CGGeometry.h"
+#include "platform/base/CMTime.h"
+#include "platform/image/pixels/CGImage.h"
 
+#include <cstddef>
+#include <memory>
+#include <utility>
 #include <vector>
 
 namespace lamina {

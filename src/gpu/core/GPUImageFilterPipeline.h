@@ -1,10 +1,13 @@
 #pragma once
 
 #include "gpu/core/FilterRegistry.h"
+#include "platform/base/Result.h"
+#include "platform/image/pixels/CGImage.h"
+#include "platform/image/pixels/UIImage.h"
 
+#include <cstddef>
 #include <memory>
 #include <string>
-#include <utility>
 #include <vector>
 
 namespace lamina {

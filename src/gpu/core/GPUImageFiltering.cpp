@@ -3,8 +3,9 @@
 #include "gpu/core/GPUImageStage.h"
 #include "gpu/core/PictureTexture.h"
 #include "gpu/core/VideoProcessingQueue.h"
+#include "platform/image/pixels/CGImage.h"
+#include "platform/image/pixels/UIImage.h"
 
-#include <memory>
 #include <utility>
 
 namespace lamina {

@@ -2,6 +2,8 @@
 
 #include "gpu/core/GPUImageThreeInputFilter.h"
 
+#include <string>
+
 namespace lamina {
 
 /// Passes coordinates on as `textureCoordinate2` to `textureCoordinate4`.

@@ -2,10 +2,10 @@
 
 #include "gpu/core/GPUTextureOptions.h"
 #include "platform/base/CGGeometry.h"
+#include "platform/gl/GLHeaders.h"
 #include "platform/image/pixels/CGImage.h"
 
 #include <cstddef>
-#include <cstdint>
 #include <memory>
 
 namespace lamina {

@@ -2,6 +2,7 @@
 
 #include "gpu/core/GPUImageFramebuffer.h"
 #include "gpu/core/GPUImageRotationMode.h"
+#include "platform/base/CGGeometry.h"
 #include "platform/base/CMTime.h"
 
 #include <memory>

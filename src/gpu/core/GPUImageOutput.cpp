@@ -1,7 +1,10 @@
 #include "gpu/core/GPUImageOutput.h"
 
 #include "gpu/core/GPUImageContext.h"
+#include "gpu/core/GPUImageRotationMode.h"
+#include "gpu/core/VideoProcessingQueue.h"
 #include "platform/base/UIDevice.h"
+#include "platform/gl/GLHeaders.h"
 
 #include <algorithm>
 #include <utility>

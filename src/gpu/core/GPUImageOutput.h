@@ -1,6 +1,11 @@
 #pragma once
 
+#include "gpu/core/GPUImageFramebuffer.h"
 #include "gpu/core/GPUImageInput.h"
+#include "gpu/core/GPUTextureOptions.h"
+#include "platform/base/CGGeometry.h"
+#include "platform/base/CMTime.h"
+#include "platform/image/pixels/CGImage.h"
 #include "platform/image/pixels/UIImage.h"
 
 #include <atomic>

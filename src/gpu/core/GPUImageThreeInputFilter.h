@@ -2,6 +2,9 @@
 
 #include "gpu/core/GPUImageTwoInputFilter.h"
 
+#include <cstddef>
+#include <string>
+
 namespace lamina {
 
 /// Passes coordinates on as `textureCoordinate2` and `textureCoordinate3`.

@@ -1,8 +1,8 @@
 #include "gpu/core/GPUImageTwoPassFilter.h"
 
-#include "gpu/core/GPUImageContext.h"
-
-#include <utility>
+#include "gpu/core/GPUImageRotationMode.h"
+#include "gpu/core/GPUVectors.h"
+#include "gpu/core/VideoProcessingQueue.h"
 
 namespace lamina {
 

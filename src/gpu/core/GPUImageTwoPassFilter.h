@@ -1,6 +1,13 @@
 #pragma once
 
+#include "gpu/core/FilterProgram.h"
+#include "gpu/core/GLProgram.h"
 #include "gpu/core/GPUImageFilter.h"
+#include "gpu/core/GPUImageFramebuffer.h"
+#include "platform/gl/GLHeaders.h"
+
+#include <memory>
+#include <string>
 
 namespace lamina {
 

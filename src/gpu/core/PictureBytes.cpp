@@ -3,8 +3,9 @@
 #include "platform/image/drawing/CGContext.h"
 
 #include <bit>
-#include <cmath>
+#include <cstddef>
 #include <limits>
+#include <optional>
 
 namespace lamina {
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/base/CGGeometry.h"
 #include "platform/gl/GLHeaders.h"
 #include "platform/image/pixels/CGImage.h"
 

@@ -5,13 +5,13 @@
 #include "gpu/core/GPUImageContext.h"
 #include "gpu/core/PictureBytes_p.h"
 #include "gpu/core/VideoProcessingQueue.h"
+#include "platform/base/CMTime.h"
 #include "platform/base/Log.h"
 
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
 #include <cstring>
-#include <optional>
 #include <span>
 #include <utility>
 

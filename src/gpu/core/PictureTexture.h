@@ -6,6 +6,7 @@
 #include "platform/gl/GLHeaders.h"
 #include "platform/image/pixels/CGImage.h"
 
+#include <cstdint>
 #include <memory>
 
 namespace lamina {

@@ -3,6 +3,9 @@
 
 #include "gpu/filters/GPUImage3x3ConvolutionFilter.h"
 
+#include <utility>
+#include <vector>
+
 namespace lamina {
 
 namespace {

@@ -2,6 +2,8 @@
 
 #include "gpu/core/FilterRegistry.h"
 #include "gpu/core/GPUImageFilter.h"
+#include "platform/base/CGGeometry.h"
+#include "platform/gl/GLHeaders.h"
 
 #include <string>
 #include <vector>

@@ -1,6 +1,9 @@
 #pragma once
 
+#include "gpu/core/FilterRegistry.h"
 #include "gpu/filters/GPUImageGaussianBlurFilter.h"
+
+#include <string>
 
 namespace lamina {
 

@@ -2,6 +2,8 @@
 
 #include "gpu/core/FilterRegistry.h"
 #include "gpu/core/GPUImageFilter.h"
+#include "gpu/core/GPUVectors.h"
+#include "platform/gl/GLHeaders.h"
 
 namespace lamina {
 

@@ -3,6 +3,9 @@
 
 #include "gpu/filters/GPUImageEmbossFilter.h"
 
+#include <utility>
+#include <vector>
+
 namespace lamina {
 
 GPUImageEmbossFilter::GPUImageEmbossFilter()

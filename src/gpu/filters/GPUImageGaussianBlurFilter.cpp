@@ -3,7 +3,8 @@
 
 #include "gpu/filters/GPUImageGaussianBlurFilter.h"
 
-#include "gpu/core/GPUImageContext.h"
+#include "gpu/core/GPUImageRotationMode.h"
+#include "gpu/core/VideoProcessingQueue.h"
 
 #include <algorithm>
 #include <cmath>

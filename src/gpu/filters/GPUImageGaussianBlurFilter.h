@@ -1,10 +1,13 @@
 #pragma once
 
+#include "gpu/core/FilterProgram.h"
 #include "gpu/core/FilterRegistry.h"
 #include "gpu/core/GPUImageTwoPassTextureSamplingFilter.h"
 #include "gpu/filters/BlurShaders.h"
+#include "platform/base/CGGeometry.h"
 
 #include <string>
+#include <vector>
 
 namespace lamina {
 

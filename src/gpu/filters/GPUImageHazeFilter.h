@@ -2,6 +2,7 @@
 
 #include "gpu/core/FilterRegistry.h"
 #include "gpu/core/GPUImageFilter.h"
+#include "platform/gl/GLHeaders.h"
 
 namespace lamina {
 

@@ -2,6 +2,8 @@
 
 #include "gpu/filters/GPUImageSepiaFilter.h"
 
+#include "gpu/core/GPUVectors.h"
+
 namespace lamina {
 
 namespace {

@@ -3,7 +3,9 @@
 #include "platform/base/Log.h"
 #include "platform/base/MemoryWarning.h"
 #include "platform/base/NotificationCenter.h"
+#include "platform/base/Result.h"
 #include "platform/image/codecs/PictureDecoding.h"
+#include "platform/image/pixels/UIImage.h"
 
 #include <cstdint>
 #include <map>

@@ -2,8 +2,12 @@
 
 #include "gpu/core/FilterRegistry.h"
 #include "gpu/core/GPUImageFilter.h"
+#include "gpu/core/GPUVectors.h"
+#include "platform/gl/GLHeaders.h"
 
+#include <span>
 #include <string>
+#include <utility>
 
 namespace lamina {
 
@@ -58,7 +62,7 @@ FilterDescription LuminanceTintFilter::describeTint(std::string className, std::
                                                      "Colour of the middle tones; the fourth number has no effect")},
                                      {{"setColorRed:green:blue:",
                                        {color.one, color.two, color.three},
-                                       [](GPUImageStage& stage, std::span<const FilterValue> values) {
+                                       [](GPUImageStage& stage, std::span<const TypedValue> values) {
                                            dynamic_cast<LuminanceTintFilter&>(stage).setColorRed(
                                                std::get<float>(values[0]), std::get<float>(values[1]),
                                                std::get<float>(values[2]));

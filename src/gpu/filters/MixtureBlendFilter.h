@@ -2,6 +2,7 @@
 
 #include "gpu/core/FilterRegistry.h"
 #include "gpu/core/GPUImageTwoInputFilter.h"
+#include "platform/gl/GLHeaders.h"
 
 #include <string>
 

@@ -3,6 +3,8 @@
 
 #include "gpu/filters/PosterizedEdgesFilter.h"
 
+#include <utility>
+
 namespace lamina {
 
 namespace {

@@ -1,12 +1,15 @@
 #include "gpu/sources/GPUImagePicture.h"
 
 #include "gpu/core/VideoProcessingQueue.h"
+#include "platform/base/CMTime.h"
 #include "platform/base/Log.h"
+#include "platform/base/Result.h"
 #include "platform/image/codecs/PictureDecoding.h"
 
 #include <algorithm>
 #include <cassert>
 #include <utility>
+#include <vector>
 
 namespace lamina {
 

@@ -2,12 +2,15 @@
 
 #include "gpu/core/GPUImageStage.h"
 #include "gpu/core/PictureTexture.h"
+#include "platform/base/CGGeometry.h"
 #include "platform/base/DispatchSemaphore.h"
+#include "platform/image/pixels/CGImage.h"
 #include "platform/image/pixels/UIImage.h"
 
 #include <atomic>
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <span>
 #include <string>
 

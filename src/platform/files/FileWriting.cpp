@@ -1,7 +1,7 @@
 #include "platform/files/FileWriting.h"
 
 #include "platform/files/FileCauses.h"
-#include "platform/files/UnfinishedFile.h"
+#include "platform/files/UnfinishedFile_p.h"
 
 #include <cerrno>
 #include <fcntl.h>

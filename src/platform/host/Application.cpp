@@ -11,6 +11,7 @@
 #include "platform/host/system/SystemURLOpener.h"
 #include "platform/view/FailureAlert.h"
 #include "platform/view/PhotoReceiver.h"
+#include "platform/view/UIApplication.h"
 #include "platform/view/UINavigationController.h"
 #include "platform/view/UIStoryboard.h"
 
@@ -52,6 +53,7 @@ Application::Application(const LaunchOptions& options)
     PresentationHost::setCurrent(m_screens);
     installSystemURLOpener();
     QObject::connect(m_screens.get(), &ScreenHost::presenting, &m_picker, &PickerPresenter::present);
+    QObject::connect(&m_memory, &MemoryMonitor::lowMemory, &UIApplication::didReceiveMemoryWarning);
     m_picker.setStartFolder(options.photosFolder);
 
     m_view.setColor(QColor(0x12, 0x13, 0x16)); // the table, before the first frame is drawn

@@ -9,6 +9,7 @@
 #include "platform/host/ScreenMetrics.h"
 #include "platform/host/Translations.h"
 #include "platform/host/system/FolderModel.h"
+#include "platform/host/system/MemoryMonitor.h"
 #include "platform/host/system/SystemSettings.h"
 
 #include <QQuickView>
@@ -71,6 +72,7 @@ private:
     ScreenMetrics m_metrics;
     FocusKeeper m_focus;
     SystemSettings m_settings;
+    MemoryMonitor m_memory;
     FolderModel m_folder;
     PickerPresenter m_picker;
     std::shared_ptr<ScreenHost> m_screens;

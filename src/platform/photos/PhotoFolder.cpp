@@ -2,10 +2,9 @@
 
 #include "platform/files/FileWriting.h"
 #include "platform/image/codecs/PictureEncoding.h"
+#include "platform/photos/PictureFolders.h"
 
 #include <QDateTime>
-#include <QFile>
-#include <QStandardPaths>
 
 #include <filesystem>
 
@@ -26,8 +25,7 @@ std::string nameForNow()
 
 std::string photoLibraryFolder()
 {
-    const QString pictures = QStandardPaths::writableLocation(QStandardPaths::PicturesLocation);
-    return QFile::encodeName(pictures).toStdString() + "/Lamina";
+    return picturesFolder() + "/Lamina";
 }
 
 Result<std::string> savePNGToPhotoLibrary(const CGImage& image)

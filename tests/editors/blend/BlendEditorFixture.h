@@ -1,10 +1,14 @@
 #pragma once
 
 #include "TestPictures.h"
+#include "editors/blend/BlendComposition.h"
 #include "editors/blend/BlendPhotoViewController.h"
+#include "editors/blend/PickedImages.h"
+#include "platform/base/CGAffineTransform.h"
 #include "platform/base/Clock.h"
 #include "platform/base/DispatchQueue.h"
 #include "platform/base/UIScreen.h"
+#include "platform/image/pixels/UIImage.h"
 #include "platform/view/TouchDispatcher.h"
 
 #include <gtest/gtest.h>

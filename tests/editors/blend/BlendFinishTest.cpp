@@ -7,6 +7,7 @@
 
 #include <cstdlib>
 #include <filesystem>
+#include <iterator>
 
 namespace lamina::test {
 namespace {
@@ -46,31 +47,23 @@ TEST_F(BlendFinish, OnePictureIsSavedAtATime)
     }
 }
 
-TEST_F(BlendFinish, AFailureIsToldOverWhateverIsOpen)
+TEST_F(BlendFinish, WhatStandsInTheWayIsTold)
 {
     fs::create_directories(fs::path(photoLibraryFolder()).parent_path());
     writeFile(photoLibraryFolder(), ""); // a file in the folder's place
-    editor->backBtn();
-    editor->shareBtn();
-    const auto question = alertOver(*editor);
-    ASSERT_TRUE(question);
-    const auto told = alertOver(*question);
-    ASSERT_TRUE(told);
-    EXPECT_FALSE(editor->isSaving());
-    EXPECT_TRUE(editor->notice().isEmpty());
-    EXPECT_EQ(told->title(), "Can’t save the picture");
-    const QString message = told->messageText();
-    EXPECT_TRUE(message.startsWith("~/") && message.contains("/Lamina: ") && message.endsWith(".")) << told->message();
-}
-
-TEST_F(BlendFinish, APictureForWhichThereIsNoMemoryIsTold)
-{
-    UIScreen::setMain({{kSide, kSide}, 1e6}); // of the screen on which the canvas is drawn
-    editor->shareBtn();
-    const auto told = alertOver(*editor);
-    ASSERT_TRUE(told);
-    EXPECT_EQ(told->message(), "The picture: not enough memory.");
-    EXPECT_FALSE(editor->isSaving());
+    for (const bool memory : {true, false}) {
+        UIScreen::setMain({{kSide, kSide}, memory ? 2 : 1e6});
+        editor->shareBtn();
+        const auto told = alertOver(*editor);
+        ASSERT_TRUE(told);
+        EXPECT_EQ(told->title(), "Can’t save the picture");
+        EXPECT_TRUE(told->messageText().startsWith(memory ? "~/" : "The picture: not enough memory."))
+            << told->message();
+        EXPECT_FALSE(editor->isSaving());
+        EXPECT_TRUE(editor->notice().isEmpty());
+        told->tap(0);
+        DispatchQueue::main().runUntilIdle();
+    }
 }
 
 TEST_F(BlendFinish, DiscardingAsksFirst)

@@ -14,7 +14,7 @@ struct Page {
     std::vector<UIImage> pictures;
 
     friend bool operator==(const Page& one, const Page& other) { return one.letter == other.letter; }
-    friend std::size_t byteCount(const Page& page, PictureBytes& counted)
+    friend std::size_t byteCount(const Page& page, PictureMemory& counted)
     {
         std::size_t bytes = 0;
         for (const UIImage& picture : page.pictures)
@@ -103,8 +103,8 @@ TEST(History, ForgetsTheOldestBeyondItsBytesAndCountsAPictureOnce)
     EXPECT_EQ(all(history), "[e]");
 
     const UIImage masked(solidPicture(5, 5, {}).withMask(bytePicture(5, 5, [](int, int) { return 0; })));
-    EXPECT_EQ(PictureBytes().add(masked), 125u);
-    EXPECT_EQ(PictureBytes().add({}), 0u);
+    EXPECT_EQ(PictureMemory().add(masked), 125u);
+    EXPECT_EQ(PictureMemory().add({}), 0u);
 }
 
 } // namespace

@@ -1,5 +1,6 @@
 #include "platform/base/CGAffineTransform.h"
 #include "platform/base/CGGeometry.h"
+#include "platform/base/UIScreen.h"
 
 #include <gtest/gtest.h>
 #include <limits>
@@ -10,7 +11,7 @@ namespace {
 constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
 
-TEST(CGAffineTransform, FlatAndInfiniteOnesHaveNoInverse)
+TEST(CGAffineTransform, MapsBothWaysUnlessItIsFlatOrInfinite)
 {
     const auto transform = CGAffineTransform::translation(-7, 3).rotated(0.7).scaled(-2.5, 0.3).translated(11, 0.5);
     const auto inverse = transform.inverted();
@@ -21,6 +22,7 @@ TEST(CGAffineTransform, FlatAndInfiniteOnesHaveNoInverse)
     const CGAffineTransform without[] = {{1, 2, 2, 4, 0, 0}, {1, 0, 0, 1, kNaN, 0}, {kInfinity, 0, 0, 1, 0, 0}};
     for (const CGAffineTransform& hostile : without)
         EXPECT_FALSE(hostile.inverted());
+    EXPECT_EQ(CGAffineTransform::scaling(-1, 2).boundingBox({1, 1, 2, 3}), CGRect(-3, 2, 2, 6));
 }
 
 TEST(CGRect, EdgesAndWhatIsNoNumber)
@@ -43,6 +45,16 @@ TEST(CGRect, CoverOfPixelsStaysHarmlessForHostileValues)
     const IntRect huge = integralCover({-1e300, 0, 2e300, 1});
     EXPECT_EQ(huge.x, 1 - (1 << 30));
     EXPECT_EQ(huge.right(), (1 << 30) - 1);
+}
+
+TEST(UIScreen, KeepsUsableValuesOnly)
+{
+    const UIScreen before = UIScreen::main();
+    UIScreen::setMain({{kNaN, -5}, 0.5});
+    EXPECT_EQ(UIScreen::main(), (UIScreen{{375, 667}, 1}));
+    UIScreen::setMain({{430, 932}, kNaN});
+    EXPECT_EQ(UIScreen::main(), (UIScreen{{430, 932}, 1}));
+    UIScreen::setMain(before);
 }
 
 } // namespace

@@ -12,29 +12,22 @@
 namespace lamina::test {
 namespace {
 
-QDBusConnection noBus()
-{
-    return QDBusConnection(QStringLiteral("none"));
-}
-
-int noPressure()
-{
-    return -1;
-}
+const BusConnector kNoBus = [] { return QDBusConnection(QStringLiteral("none")); };
 
 TEST(MemoryWarnings, ComeFromThePortalAndFromTheSystemsService)
 {
+    const auto noPressure = [] { return -1; };
     const struct {
         MemoryWarningSources sources;
         const char* service;
         const char* path;
         const char* interface;
     } table[] = {
-        {{sessionBus, noBus, noPressure},
+        {{sessionBus, kNoBus, noPressure},
          "org.freedesktop.portal.Desktop",
          "/org/freedesktop/portal/desktop",
          "org.freedesktop.portal.MemoryMonitor"},
-        {{noBus, sessionBus, noPressure},
+        {{kNoBus, sessionBus, noPressure},
          "org.freedesktop.LowMemoryMonitor",
          "/org/freedesktop/LowMemoryMonitor",
          "org.freedesktop.LowMemoryMonitor"},
@@ -63,7 +56,7 @@ TEST(MemoryWarnings, ComeFromTheKernelUntilItTakesItsTriggerAway)
     std::array<int, 2> sockets{};
     ASSERT_EQ(::socketpair(AF_UNIX, SOCK_STREAM, 0, sockets.data()), 0);
     const auto [kernel, pressure] = sockets;
-    const MemoryMonitor monitor({noBus, noBus, [pressure = pressure] { return pressure; }});
+    const MemoryMonitor monitor({kNoBus, kNoBus, [pressure = pressure] { return pressure; }});
     int warnings = 0;
     QObject::connect(&monitor, &MemoryMonitor::lowMemory, [&, pressure = pressure] {
         ++warnings;
@@ -81,9 +74,8 @@ TEST(MemoryWarnings, ComeFromTheKernelUntilItTakesItsTriggerAway)
 
 TEST(MemoryWarnings, TheKernelTakesTheTriggerWhereThisUserMaySetOne)
 {
-    const bool settable = ::access("/proc/pressure/memory", W_OK) == 0;
     const int pressure = openMemoryPressure();
-    EXPECT_EQ(pressure >= 0, settable);
+    EXPECT_EQ(pressure >= 0, ::access("/proc/pressure/memory", W_OK) == 0);
     ::close(pressure);
 }
 

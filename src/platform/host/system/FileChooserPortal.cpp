@@ -3,7 +3,7 @@
 #include "platform/base/Localization.h"
 #include "platform/files/FileURL.h"
 #include "platform/host/system/BackgroundWork.h"
-#include "platform/host/system/PictureFolders.h"
+#include "platform/photos/PictureFolders.h"
 
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>

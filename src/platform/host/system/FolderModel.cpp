@@ -2,7 +2,7 @@
 
 #include "platform/base/Localization.h"
 #include "platform/host/system/BackgroundWork.h"
-#include "platform/host/system/PictureFolders.h"
+#include "platform/photos/PictureFolders.h"
 
 #include <QDir>
 #include <QFileInfo>

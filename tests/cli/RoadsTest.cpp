@@ -1,0 +1,86 @@
+#include "CommandLines.h"
+#include "TestPaths.h"
+
+#include <gmock/gmock.h>
+
+namespace lamina::test {
+namespace {
+
+using Roads = CommandLines;
+
+// The first line of each pair takes the plain road to "out.png"; the second must make the same bytes.
+TEST_F(Roads, DifferentRoadsLeadToTheSameBytes)
+{
+    writeFile(folder.path("chain.json"), R"json({"Filters": [
+        {"FilterName": "GPUImageSepiaFilter", "Attributes": {"setIntensity:": "float(0.5)"}},
+        {"FilterName": "GPUImageHazeFilter", "Attributes": {"setDistance:": "float(0.1)"}}]})json");
+    writeFile(folder.path("empty.json"), R"({"Filters": []})");
+    const std::string inverted = "lamina op invert -i small.png -o out.png";
+    const std::string sepia = "lamina filter GPUImageSepiaFilter -i flat.png -o out.png";
+    const std::vector<std::pair<std::string, std::string>> pairs{
+        {inverted, "lamina op invert -i - -o - <small.png >out.png"},
+        {inverted, "cat small.png | lamina op invert -i - -o - | cat >out.png"},
+        {inverted, "cp small.png out.png; lamina op invert -i out.png -o out.png"},
+        {inverted, "ln -s out.png link.png; lamina op invert -i small.png -o link.png"},
+        {inverted, "lamina op invert -i small.png -o \"it's ☀ \n.png\"; mv it* out.png"},
+        {sepia, "lamina filter GPUImageSepiaFilter -i - -o - <flat.png >out.png"},
+        {sepia, "lamina filter -o out.png --set intensity=0 GPUImageSepiaFilter --set intensity=1 -i flat.png"},
+        {"lamina op autoEnhance -i flat.png -o out.png", "lamina filter --pipeline empty.json -i flat.png -o out.png"},
+        {"lamina filter GPUImageSepiaFilter --set intensity=0.5 -i flat.png -o a.png; "
+         "lamina filter GPUImageHazeFilter --set distance=0.1 -i a.png -o out.png",
+         "lamina filter --pipeline chain.json -i flat.png -o out.png"},
+        {"lamina op rotateInDegrees=90 -i small.png -o a.png; lamina op cropToSize=1x2 -i a.png -o out.png",
+         "lamina op -i small.png rotateInDegrees=90 -o out.png cropToSize=1x2"},
+        {"lamina blend flat.png small.png -o out.png", "lamina blend flat.png - -o - <small.png >out.png"},
+        {"lamina blend flat.png small.png -o out.png",
+         "cp small.png ./-in.png; lamina blend -o -out.png -- flat.png -in.png; mv ./-out.png out.png"},
+    };
+    for (const auto& [plain, other] : pairs) {
+        SCOPED_TRACE(other);
+        picture(plain);
+        const std::string bytes = readFile(folder.path("out.png"));
+        picture(other);
+        EXPECT_TRUE(readFile(folder.path("out.png")) == bytes);
+    }
+}
+
+TEST_F(Roads, TheSameBytesComeOfAnyNumberOfCores)
+{
+    const std::string photo = "'" + samples("meadow.jpg") + "'";
+    CommandOptions oneCore;
+    oneCore.cores = 1;
+    for (const std::string& line :
+         {"lamina blend " + photo + " flat.png -o - --zoom 1.37",
+          "lamina op rotateInDegrees=33 scaleToFitSize=500x500 gaussianBlurWithBias -o - -i " + photo}) {
+        const std::string bytes = shell(line).output;
+        EXPECT_THAT(bytes, testing::StartsWith("\x89PNG"));
+        EXPECT_TRUE(shell(line, oneCore).output == bytes) << line;
+    }
+}
+
+TEST_F(Roads, TheNameOfTheOutputTellsItsFormat)
+{
+    for (const auto& [extension, head] : std::vector<std::pair<std::string, std::string>>{
+             {"PNG", "\x89PNG"}, {"jpeg", "\xFF\xD8"}, {"gif", "GIF8"}, {"bmp", "BM"}, {"tif", "II*"}}) {
+        const CommandResult run = shell("lamina op opacity=0 -i flat.png -o o." + extension);
+        EXPECT_EQ(run.exitCode, 0) << run.errors;
+        EXPECT_THAT(readFile(folder.path("o." + extension)), testing::StartsWith(head));
+    }
+    const CGImage onWhite = readPictureFile(folder.path("o.jpeg"));
+    EXPECT_EQ(pixelAt(onWhite, 1, 1), (Rgba{255, 255, 255, 255}));
+}
+
+TEST_F(Roads, AnInterruptionLeavesNothingBehind)
+{
+    const std::vector<std::string> before = folder.names();
+    CommandOptions options;
+    options.input = readFile(folder.path("small.png"));
+    options.interruptAfterMs = 700;
+    const CommandResult run =
+        runCommand(LAMINA_COMMAND, {"op", "invert", "-i", "-", "-o", folder.path("out.png")}, options);
+    EXPECT_EQ(run.exitCode, 130);
+    EXPECT_EQ(folder.names(), before);
+}
+
+} // namespace
+} // namespace lamina::test
