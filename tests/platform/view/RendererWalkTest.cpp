@@ -38,64 +38,41 @@ public:
     {
         const auto view = any();
         CALayer& layer = view->layer();
-        switch (upTo(16)) {
-        case 0:
-        case 1:
-            view->setCenter({view->center().x + number(-9, 9), view->center().y + number(-9, 9)});
-            break;
-        case 2:
-            view->setTransform(view->transform().rotated(number(-1, 1)).scaled(number(0.7, 1.4), number(0.7, 1.4)));
-            break;
-        case 3:
-            view->setTransform({});
-            break;
-        case 4:
-            view->setAlpha(upTo(2) ? 1 : number(0, 1));
-            break;
-        case 5:
-            view->superview()->bringSubviewToFront(*view);
-            break;
-        case 6:
-            view->superview()->insertSubview(view, 0);
-            break;
-        case 7:
-            if (m_views.size() < 12)
-                add();
-            break;
-        case 8:
-            if (m_views.size() > 4)
-                remove(view);
-            break;
-        case 9:
-            layer.setMask(upTo(2) ? mask() : nullptr);
-            break;
-        case 10:
-            layer.setCornerRadius(upTo(2) ? number(0, 12) : 0);
-            view->setClipsToBounds(upTo(2));
-            break;
-        case 11:
-            layer.setContents(picture());
-            layer.setContentsMode(static_cast<UIViewContentMode>(upTo(4)));
-            break;
-        case 12:
-            view->setHidden(!view->isHidden());
-            break;
-        case 13:
-            layer.setShadow({UIColor{0, 0, 0.3, 1}, upTo(2) ? 0.7 : 0, {number(-6, 6), number(-6, 6)}, number(0, 4)});
-            break;
-        case 14:
-            layer.setBorderWidth(upTo(2) ? number(0, 3) : 0);
-            view->setBackgroundColor(upTo(2) ? std::optional(color()) : std::nullopt);
-            break;
-        default:
-            view->setBounds({number(-5, 5), number(-5, 5), number(0, 40), number(0, 40)});
-            if (layer.mask())
-                layer.mask()->setPosition({number(-5, 5), number(-5, 5)});
-        }
+        const std::function<void()> changes[] = {
+            [&] {
+                view->setCenter({view->center().x + number(-9, 9), view->center().y + number(-9, 9)});
+            },
+            [&] { view->setTransform(view->transform().rotated(number(-1, 1)).scaled(number(0.7, 1.4), 1.1)); },
+            [&] { view->setTransform({}); },
+            [&] { view->setAlpha(upTo(2) ? 1 : number(0, 1)); },
+            [&] { view->superview()->bringSubviewToFront(*view); },
+            [&] { view->superview()->insertSubview(view, 0); },
+            [&] { m_views.size() < 12 ? add() : remove(view); },
+            [&] { m_views.size() > 4 ? remove(view) : add(); },
+            [&] { layer.setMask(upTo(2) ? mask() : nullptr); },
+            [&] { layer.setCornerRadius(upTo(2) ? number(0, 12) : 0); },
+            [&] { view->setClipsToBounds(upTo(2)); },
+            [&] { layer.setContents(picture()); },
+            [&] { layer.setContentsMode(static_cast<UIViewContentMode>(upTo(4))); },
+            [&] { view->setHidden(!view->isHidden()); },
+            [&] {
+                layer.setShadow({kBlue, upTo(2) ? 0.7 : 0, {number(-6, 6), number(-6, 6)}, number(0, 4)});
+            },
+            [&] { layer.setBorderWidth(upTo(2) ? number(0, 3) : 0); },
+            [&] { view->setBackgroundColor(upTo(2) ? std::optional(color()) : std::nullopt); },
+            [&] {
+                view->setBounds({number(-5, 5), number(-5, 5), number(0, 40), number(0, 40)});
+            },
+            [&] {
+                if (layer.mask())
+                    layer.mask()->setPosition({number(-5, 5), number(-5, 5)});
+            },
+        };
+        changes[upTo(std::size(changes))]();
     }
 
 private:
-    int upTo(int limit) { return std::uniform_int_distribution<int>(0, limit - 1)(m_random); }
+    std::size_t upTo(std::size_t limit) { return std::uniform_int_distribution<std::size_t>(0, limit - 1)(m_random); }
     /// Half of all numbers are whole, so that edges fall on pixel borders as they do in life.
     double number(double low, double high)
     {
@@ -103,7 +80,7 @@ private:
         return upTo(2) ? std::round(value) : value;
     }
     UIColor color() { return {number(0, 1), number(0, 1), number(0, 1), upTo(2) ? 1 : number(0, 1)}; }
-    std::shared_ptr<UIView> any() { return m_views[static_cast<std::size_t>(upTo(static_cast<int>(m_views.size())))]; }
+    std::shared_ptr<UIView> any() { return m_views[upTo(m_views.size())]; }
 
     UIImage picture()
     {
@@ -142,7 +119,7 @@ private:
         else
             view->setBackgroundColor(color());
         const auto parent = m_views.empty() || upTo(2) ? root : any();
-        parent->insertSubview(view, static_cast<std::size_t>(upTo(4)));
+        parent->insertSubview(view, upTo(4));
         m_views.push_back(view);
     }
 
@@ -179,7 +156,7 @@ TEST_P(RendererWalk, PaintsPartsAsItWouldPaintTheWhole)
     Wanderer wanderer(GetParam().seed);
     CanvasRenderer canvas(wanderer.root, scale);
     int partial = 0;
-    for (int i = 0; i < 250; ++i) {
+    for (int i = 0; i < 200; ++i) {
         wanderer.step();
         if (i % 3 == 0)
             wanderer.step(); // several changes in one frame
@@ -259,15 +236,13 @@ TEST(CanvasRenderer, AsksForOneFrameABatch)
 
 TEST(CanvasRenderer, ShowsNothingWithoutArea)
 {
-    CanvasRenderer empty(std::make_shared<UIView>(), 2);
-    EXPECT_EQ(empty.render(), IntRect{});
-    EXPECT_FALSE(empty.image());
-    empty.root().setBounds({0, 0, 1e9, 1e9}); // more than any memory
-    EXPECT_EQ(empty.render(), IntRect{});
-    EXPECT_FALSE(empty.image());
-    empty.root().setBounds({0, 0, 4, 4});
-    EXPECT_EQ(empty.render(), (IntRect{0, 0, 8, 8}));
-    EXPECT_EQ(empty.image().size(), (IntSize{8, 8}));
+    CanvasRenderer canvas(std::make_shared<UIView>(), 2);
+    for (const double side : {0.0, 1e9, 4.0}) { // none, more than any memory, and then some
+        canvas.root().setBounds({0, 0, side, side});
+        const int pixels = side == 4 ? 8 : 0;
+        EXPECT_EQ(canvas.render(), (IntRect{0, 0, pixels, pixels}));
+        EXPECT_EQ(canvas.image().size(), (IntSize{pixels, pixels}));
+    }
 }
 
 } // namespace

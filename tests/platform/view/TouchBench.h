@@ -81,8 +81,6 @@ protected:
         root->addSubview(view);
         return view;
     }
-    /// What was logged since the last call.
-    std::string heard() { return std::exchange(log, {}); }
 
     std::shared_ptr<ManualClock> clock = std::make_shared<ManualClock>(100);
     double time = 0;
@@ -163,18 +161,6 @@ private:
         clock->advance(seconds);
         DispatchQueue::main().drain();
     }
-};
-
-/// Two recognisers may go together, and other answers that a test sets.
-class Rules : public UIGestureRecognizerDelegate {
-public:
-    bool gestureRecognizerShouldBegin(UIGestureRecognizer&) override { return mayBegin; }
-    bool gestureRecognizerShouldReceiveTouch(UIGestureRecognizer&, const UITouch&) override { return mayReceive; }
-    bool gestureRecognizer(UIGestureRecognizer&, UIGestureRecognizer&) override { return together; }
-
-    bool mayBegin = true;
-    bool mayReceive = true;
-    bool together = false;
 };
 
 } // namespace lamina::test

@@ -122,6 +122,10 @@ TEST_F(Controls, TheMiddleOfTheZoomLineIsTheMiddleRatio)
         << "the line has to follow, moved by hand or not";
     driver->dragCanvas({-20, -20});
     EXPECT_EQ(driver->item(hint), nullptr) << "it has been done by now";
+    driver->tapOnly(*driver->canvas());
+    EXPECT_GT(crop->zoomScale(), 1);
+    driver->tapOnly(*driver->canvas());
+    EXPECT_EQ(crop->zoomScale(), 1) << "two quick taps go out again";
 }
 
 TEST_F(Controls, WorkThatIsQuickShowsNothingAndSlowWorkAWayOut)
