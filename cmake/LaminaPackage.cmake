@@ -1,5 +1,6 @@
-# What other programs link: find_package(lamina), then lamina::base, lamina::image, lamina::imageops or lamina::gpu. Headers
-# keep their rooms' paths below include/lamina. `cmake --install BUILD --component development` installs it alone.
+# What other programs link: find_package(lamina), then lamina::base, lamina::image, lamina::imageops or lamina::gpu.
+# Headers keep their rooms' paths below include/lamina. `cmake --install BUILD --component development` installs it
+# alone.
 include(CMakePackageConfigHelpers)
 
 # Every header of the library's rooms is public, but for those marked as a room's own (NAME_p.h).

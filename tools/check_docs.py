@@ -7,8 +7,9 @@
 
 Public is what a header shows outside of its `private` and `protected` parts; a header NAME_p.h is its module's own.
 Constructors, destructors, operators, overrides, deleted and defaulted functions, accessors of one line and the signals
-of properties are not counted. A comment stands right above what it speaks of, or behind it on the same line. One above a group without blank
-lines speaks for overloads of one name, for a setter and its getter, and for functions that are defined in one line.
+of properties are not counted. A comment stands right above what it speaks of, or behind it on the same line. One above
+a group without blank lines speaks for overloads of one name, for a setter and its getter, and for functions that are
+defined in one line.
 """
 
 import argparse

@@ -8,8 +8,8 @@ A table is a picture of 512 x 512: eight rows of eight tiles of 64 x 64. Blue pi
 left; in it red runs to the right and green down. The entry (r, g, b), each 0 to 63, says what the colour
 (r, g, b) / 63 becomes, all in sRGB as stored. assets/lookup/README.md tells what each grading is for.
 
-A grading is computed in double precision and rounded once; the same numpy and Pillow give the same bytes. The files hold
-no colour chunk, which would make a reader convert the entries. Needs numpy and Pillow.
+A grading is computed in double precision and rounded once; the same numpy and Pillow give the same bytes. The files
+hold no colour chunk, which would make a reader convert the entries. Needs numpy and Pillow.
 """
 
 import argparse
@@ -39,7 +39,8 @@ TO_OKLAB = np.array([
 
 @dataclass(frozen=True)
 class Grade:
-    """A grading's numbers, in the order of the steps. The defaults change nothing but colours at the very edge of sRGB."""
+    """A grading's numbers, in the order of the steps. The defaults change nothing but colours at the very edge of
+    sRGB."""
 
     # Crosstalk, in linear light: the share of each channel that is taken from the other two, half from each. Greys keep
     # their value; colours mellow as dyes do that absorb more than their own part of the spectrum.
@@ -76,8 +77,8 @@ AMATORKA = Grade(
     skin_guard=0.4,
 )
 
-# Soft and low in contrast. The first opens the shadows and pales the colours, so that the blurred copy glows rather than
-# smears; the second tones the mixture: lilac below, cream above.
+# Soft and low in contrast. The first opens the shadows and pales the colours, so that the blurred copy glows rather
+# than smears; the second tones the mixture: lilac below, cream above.
 SOFT_ELEGANCE_1 = Grade(
     crosstalk=0.04,
     lift=0.055, gain=0.985, gamma=0.80, contrast=-0.15,
@@ -162,7 +163,8 @@ def recoloured(lab, grade):
 
 def drawn_in(lab):
     """Linear sRGB of OKLab. What lies beyond is brought inside along the line to a grey nearer the middle: not cut off,
-    which would show as flat patches, nor moved at its own lightness, which would take the colour from bright yellows."""
+    which would show as flat patches, nor moved at its own lightness, which would take the colour from bright
+    yellows."""
     light = from_oklab(lab)
     grey = (0.15 + 0.70 * lab[..., :1]) ** 3
     distance = np.max((light - grey) / np.where(light > grey, 1 - grey, -grey), axis=-1, keepdims=True)

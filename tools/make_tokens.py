@@ -1,17 +1,17 @@
 #!/usr/bin/env python3
 """Makes the QML singleton Tokens from the look's numbers: make_tokens.py tokens.json Tokens.qml
 
-Every group becomes an object, every number a property. A colour and its alpha become one colour (#AARRGGBB), texts that look
-like colours are colours, notes are left out. Names keep their spelling but for "on...", which QML would take for the handler of
-a signal: onAccent becomes overAccent. A name that QML can't take is an error.
+Every group becomes an object, every number a property. A colour and its alpha become one colour (#AARRGGBB), texts that
+look like colours are colours, notes are left out. Names keep their spelling but for "on...", which QML would take for
+the handler of a signal: onAccent becomes overAccent. A name that QML can't take is an error.
 """
 import json
 import re
 import sys
 
 NAME = re.compile(r"[a-z_][A-Za-z0-9_]*$")
-# Functions and objects that every script sees. The build lets such a name pass; wherever the engine can't use what was built
-# and reads the file itself, it refuses it.
+# Functions and objects that every script sees. The build lets such a name pass; wherever the engine can't use what was
+# built and reads the file itself, it refuses it.
 TAKEN = {"console", "escape", "eval", "gc", "print", "undefined", "unescape"}
 
 
@@ -55,7 +55,8 @@ def property_line(token, value, path, components):
 
 
 def add_component(path, group, components):
-    """Gives each group a type of its own, so that a misspelt name is found when QML is checked. Returns the type's name."""
+    """Gives each group a type of its own, so that a misspelt name is found when QML is checked. Returns the type's
+    name."""
     kind = "".join(part[0].upper() + part[1:] for part in path) + "Tokens"
     lines = [property_line(name, value, path, components) for name, value in group.items()]
     components.append([f"    component {kind}: QtObject {{", *(f"        {line}" for line in lines), "    }"])

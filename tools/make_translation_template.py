@@ -23,7 +23,8 @@ SUFFIXES = {".qml", ".js", ".h", ".cpp"}
 
 
 def collected(root):
-    """All texts of the sources below `root`. Says on standard error which calls look up something else than a literal."""
+    """All texts of the sources below `root`. Says on standard error which calls look up something else than a
+    literal."""
     texts = set()
     for path in sorted(root.rglob("*")):
         if path.suffix in SUFFIXES and path.is_file():

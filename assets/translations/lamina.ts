@@ -104,7 +104,15 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>HEIC pictures need libheif</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>Home</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>JPEG pictures with arithmetic coding are not supported</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -248,6 +256,10 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>TIFF pictures need libtiff</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>Ten frames</source>
         <translation type="unfinished"></translation>
     </message>
@@ -372,10 +384,6 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>not a file name</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
         <source>not a picture</source>
         <translation type="unfinished"></translation>
     </message>
@@ -457,10 +465,6 @@
     </message>
     <message>
         <source>there is not enough memory</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>this is not the address of a file on this machine</source>
         <translation type="unfinished"></translation>
     </message>
     <message>

@@ -104,8 +104,16 @@
         <translation>Erstes Foto</translation>
     </message>
     <message>
+        <source>HEIC pictures need libheif</source>
+        <translation>HEIC-Bilder brauchen libheif</translation>
+    </message>
+    <message>
         <source>Home</source>
         <translation>Start</translation>
+    </message>
+    <message>
+        <source>JPEG pictures with arithmetic coding are not supported</source>
+        <translation>JPEG-Bilder mit arithmetischer Kodierung werden nicht unterstützt</translation>
     </message>
     <message>
         <source>Lay one photo over another</source>
@@ -248,6 +256,10 @@
         <translation>Sticker</translation>
     </message>
     <message>
+        <source>TIFF pictures need libtiff</source>
+        <translation>TIFF-Bilder brauchen libtiff</translation>
+    </message>
+    <message>
         <source>Ten frames</source>
         <translation>Zehn Rahmen</translation>
     </message>
@@ -372,10 +384,6 @@
         <translation>den Ordner gibt es nicht</translation>
     </message>
     <message>
-        <source>not a file name</source>
-        <translation>kein Dateiname</translation>
-    </message>
-    <message>
         <source>not a picture</source>
         <translation>kein Bild</translation>
     </message>
@@ -458,10 +466,6 @@
     <message>
         <source>there is not enough memory</source>
         <translation>der Speicher reicht nicht aus</translation>
-    </message>
-    <message>
-        <source>this is not the address of a file on this machine</source>
-        <translation>das ist keine Adresse einer Datei auf diesem Gerät</translation>
     </message>
     <message>
         <source>this is not the name of a file</source>

@@ -1,5 +1,6 @@
 #include "app/ImagePIckingViewController.h"
 
+#include "app/MainStoryboard.h"
 #include "app/PinchZoomViewController.h"
 #include "editors/blend/PickedImages.h"
 #include "platform/base/Localization.h"
@@ -105,18 +106,18 @@ void ImagePIckingViewController::imagePickerController(UIImagePickerController& 
 {
     const auto self = std::static_pointer_cast<ImagePIckingViewController>(shared_from_this());
     m_leadsToCrop = true;
-    picker.dismiss(true, [self, container = parentViewController(),
-                          image = didFinishPickingMediaWithInfo.originalImage] {
-        self->m_leadsToCrop = false;
-        if (self->parentViewController() != container) // this screen was left meanwhile
-            return;
-        const auto crop = UIStoryboard::named("Main")->instantiate<PinchZoomViewController>("PinchZoomViewController");
-        if (!crop)
-            return;
-        crop->pickedImage = image;
-        crop->setModalPresentationStyle(UIModalPresentationStyle::CurrentContext);
-        self->present(crop, true);
-    });
+    picker.dismiss(
+        true, [self, container = parentViewController(), image = didFinishPickingMediaWithInfo.originalImage] {
+            self->m_leadsToCrop = false;
+            if (self->parentViewController() != container) // this screen was left meanwhile
+                return;
+            const auto crop = UIStoryboard::named(kMainStoryboard)->instantiate<PinchZoomViewController>(scene::kCrop);
+            if (!crop)
+                return;
+            crop->pickedImage = image;
+            crop->setModalPresentationStyle(UIModalPresentationStyle::CurrentContext);
+            self->present(crop, true);
+        });
 }
 
 bool ImagePIckingViewController::wantsPhotos() const

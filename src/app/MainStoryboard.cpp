@@ -8,15 +8,25 @@
 
 namespace lamina {
 
+namespace {
+
+template <class Controller>
+UIStoryboardScene sceneOf(const char* qmlFile)
+{
+    return {[] { return std::make_shared<Controller>(); }, qmlFile};
+}
+
+} // namespace
+
 void registerMainStoryboard()
 {
-    const std::shared_ptr<UIStoryboard> storyboard = UIStoryboard::named("Main");
-    storyboard->addScene("ViewController", [] { return std::make_shared<ViewController>(); });
-    storyboard->addScene("ImagePIckingViewController", [] { return std::make_shared<ImagePIckingViewController>(); });
-    storyboard->addScene("PinchZoomViewController", [] { return std::make_shared<PinchZoomViewController>(); });
-    storyboard->addScene("BlendPhotoViewController", [] { return std::make_shared<BlendPhotoViewController>(); });
-    storyboard->addSegue("blend", "BlendPhotoViewController", UIStoryboard::SegueKind::Present);
-    storyboard->addSegue("toBlend", "BlendPhotoViewController", UIStoryboard::SegueKind::Present);
+    const std::shared_ptr<UIStoryboard> storyboard = UIStoryboard::named(kMainStoryboard);
+    storyboard->addScene(scene::kHome, sceneOf<ViewController>("HomeScreen.qml"));
+    storyboard->addScene(scene::kSourceChoice, sceneOf<ImagePIckingViewController>("ImagePIckingScreen.qml"));
+    storyboard->addScene(scene::kCrop, sceneOf<PinchZoomViewController>("PinchZoomScreen.qml"));
+    storyboard->addScene(scene::kBlend, sceneOf<BlendPhotoViewController>("BlendPhotoScreen.qml"));
+    storyboard->addSegue(segue::kPickedToBlend, scene::kBlend, UIStoryboard::SegueKind::Present);
+    storyboard->addSegue(segue::kToBlend, scene::kBlend, UIStoryboard::SegueKind::Present);
 }
 
 } // namespace lamina

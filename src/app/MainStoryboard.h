@@ -2,8 +2,24 @@
 
 namespace lamina {
 
-/// Fills the storyboard "Main" with the screens by their identifiers and the transitions between them. Once, before the
-/// first screen is made; main thread.
+/// The storyboard of the application, and the identifiers of its screens and transitions.
+inline constexpr const char* kMainStoryboard = "Main";
+
+namespace scene {
+inline constexpr const char* kHome = "ViewController";
+inline constexpr const char* kSourceChoice = "ImagePIckingViewController";
+inline constexpr const char* kCrop = "PinchZoomViewController";
+inline constexpr const char* kBlend = "BlendPhotoViewController";
+} // namespace scene
+
+namespace segue {
+inline constexpr const char* kToBlend = "toBlend";          ///< from the second crop
+inline constexpr const char* kPickedToBlend = "blend";      ///< from the home screen, with picked photos
+inline constexpr const char* kPickedToCollage = "nextPage"; ///< from the home screen; there once its editor is
+} // namespace segue
+
+/// Puts all screens and the transitions between them into that storyboard, in the place of those of the same
+/// identifiers. At the start; main thread.
 void registerMainStoryboard();
 
 } // namespace lamina

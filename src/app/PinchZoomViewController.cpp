@@ -1,8 +1,11 @@
 #include "app/PinchZoomViewController.h"
 
-#include "platform/base/Log.h"
+#include "app/MainStoryboard.h"
+#include "platform/base/Causes.h"
+#include "platform/base/Localization.h"
 #include "platform/base/UIScreen.h"
-#include "platform/image/drawing/CGContext.h"
+#include "platform/view/FailureAlert.h"
+#include "platform/view/ImageRendering.h"
 
 #include <utility>
 
@@ -26,6 +29,7 @@ void PinchZoomViewController::viewDidLoad()
     view().addSubview(m_containerView);
     layOutPhoto();
     m_containerView->setClipsToBounds(true);
+    m_containerView->setOpaque(false); // a translucent photo stays so
 }
 
 void PinchZoomViewController::layOutPhoto()
@@ -118,10 +122,9 @@ void PinchZoomViewController::doneButton()
     view(); // without it there is no square to cut
     const bool had = static_cast<bool>(firstPickedImage);
     const UIImage image = croppedImage();
-    if (!image) {
-        logError("no memory for the crop");
-        return;
-    }
+    if (!image)
+        return presentFailure(*this, localizedString("Can’t crop the photo"),
+                              {localizedString("The photo"), cause::kNoMemory});
     if (!had) {
         firstPickedImage = image;
         firstPickedCrop = crop();
@@ -131,17 +134,13 @@ void PinchZoomViewController::doneButton()
     }
     secondPickedImage = image;
     secondPickedCrop = crop();
-    performSegue("toBlend", this);
+    performSegue(segue::kToBlend, this);
 }
 
-UIImage PinchZoomViewController::croppedImage()
+UIImage PinchZoomViewController::croppedImage() const
 {
     // One pixel a point, whatever the screen: a blend's photos are as many pixels wide as the canvas has points.
-    std::optional<CGContext> context = CGContext::image(m_containerView->bounds().size, false, 1.0);
-    if (!context)
-        return {};
-    m_containerView->layer().renderInContext(*context);
-    return context->makeUIImage();
+    return imageByRenderingView(*m_containerView, 1.0);
 }
 
 PhotoCrop PinchZoomViewController::crop() const

@@ -40,7 +40,7 @@ public:
     /// Leaves without a crop, and gives up a first photo that was taken already.
     Q_INVOKABLE void backButton();
     /// Cuts the photo. The first crop goes to the first slot and the screen is dismissed; the second goes to the second
-    /// slot and the blend editor opens. Nothing happens when memory is short.
+    /// slot and the blend editor opens. When memory is short an alert says so, and the screen stays as it is.
     Q_INVOKABLE void doneButton();
 
     /// 1 while the first photo of the blend is cropped, 2 for the second. As it was when the view loaded.
@@ -79,7 +79,7 @@ signals:
 
 private:
     void layOutPhoto();
-    UIImage croppedImage();
+    UIImage croppedImage() const;
     PhotoCrop crop() const;
 
     int m_step = 1;

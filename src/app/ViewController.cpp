@@ -1,6 +1,8 @@
 #include "app/ViewController.h"
 
+#include "app/MainStoryboard.h"
 #include "editors/blend/BlendPhotoViewController.h"
+#include "editors/common/EditorNotifications.h"
 #include "picker/SelectedImagesReceiver.h"
 #include "picker/YMSPhotoHelper.h"
 #include "platform/base/Localization.h"
@@ -21,10 +23,6 @@ namespace lamina {
 
 namespace {
 
-constexpr const char* kStoryboard = "Main";
-constexpr const char* kToCollage = "nextPage";
-constexpr const char* kToBlend = "blend";
-
 /// What a way on needs from the picker, and where it leads.
 struct Entry {
     std::string_view name;
@@ -33,8 +31,8 @@ struct Entry {
 };
 
 constexpr std::array kEntries{
-    Entry{"twoPhoto", 2, kToCollage}, Entry{"threePhoto", 3, kToCollage},
-    Entry{"blendPhoto", 2, kToBlend}, // no button sets it: a second way into the blend editor, kept ready
+    Entry{"twoPhoto", 2, segue::kPickedToCollage}, Entry{"threePhoto", 3, segue::kPickedToCollage},
+    Entry{"blendPhoto", 2, segue::kPickedToBlend}, // no button sets it: a second way into the blend editor, kept ready
 };
 
 const Entry* entryNamed(std::string_view name)
@@ -92,14 +90,14 @@ std::shared_ptr<ViewController> ViewController::sharedSelf()
 
 bool ViewController::collageAvailable() const
 {
-    return UIStoryboard::named(kStoryboard)->segue(kToCollage).has_value();
+    return UIStoryboard::named(kMainStoryboard)->segue(segue::kPickedToCollage).has_value();
 }
 
 void ViewController::viewDidLoad()
 {
     UIViewController::viewDidLoad();
     m_dismissal = NotificationCenter::defaultCenter().addObserver(
-        "PinchZoomViewController", [this](const Notification&) { dismissAllViewControllers(); });
+        kDismissEditorsNotification, [this](const Notification&) { dismissAllViewControllers(); });
     const double height = view().bounds().size.height;
     if (std::find(kShortScreens.begin(), kShortScreens.end(), height) != kShortScreens.end())
         verticlebtnConstraints = kShortScreenSpacing;
@@ -131,7 +129,7 @@ void ViewController::BlendPhoto()
 std::shared_ptr<UIViewController> ViewController::pushSourceChooser()
 {
     const std::shared_ptr<UINavigationController> stack = navigationController();
-    auto chooser = UIStoryboard::named(kStoryboard)->instantiateViewController("ImagePIckingViewController");
+    auto chooser = UIStoryboard::named(kMainStoryboard)->instantiateViewController(scene::kSourceChoice);
     if (!stack || !chooser) {
         logError("the home screen can't open the choice of a photo's source");
         return nullptr;
@@ -161,10 +159,10 @@ void ViewController::launchSpecialController()
 void ViewController::prepareForSegue(UIStoryboardSegue& segue, QObject* sender)
 {
     UIViewController::prepareForSegue(segue, sender);
-    if (segue.identifier == kToCollage) {
+    if (segue.identifier == segue::kPickedToCollage) {
         if (auto* const editor = segue.destination<SelectedImagesReceiver>())
             editor->setSelectedImages(chosenImages);
-    } else if (segue.identifier == kToBlend) {
+    } else if (segue.identifier == segue::kPickedToBlend) {
         if (auto* const editor = segue.destination<BlendPhotoViewController>())
             editor->getImageArr = chosenImages;
     }

@@ -15,7 +15,7 @@ namespace lamina {
 /// photos, by way of the photo picker whose delegate it is, and a blend of two, by way of the screen that asks for a
 /// source. Main thread only.
 ///
-/// The notification "PinchZoomViewController" dismisses all that this screen presents.
+/// The notification `kDismissEditorsNotification` dismisses all that this screen presents.
 class ViewController : public UIViewController, public YMSPhotoPickerViewControllerDelegate, public PhotoReceiver {
     Q_OBJECT
     Q_PROPERTY(bool collageAvailable READ collageAvailable CONSTANT FINAL)

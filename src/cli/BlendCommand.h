@@ -1,7 +1,9 @@
 #pragma once
 
 #include "cli/BlendScript.h"
-#include "cli/ExitCode.h"
+#include "cli/PictureCommand.h"
+#include "platform/base/Result.h"
+#include "platform/image/pixels/UIImage.h"
 
 #include <CLI/App.hpp>
 #include <array>
@@ -11,36 +13,31 @@
 
 namespace lamina {
 
-/// `lamina blend`, as it was asked for.
-struct BlendArguments {
-    std::array<std::string, 2> photos;
-    std::string output;
-    double width = 375; ///< points
-    double scale = 3;   ///< pixels per point
-    std::array<std::optional<CropStep>, 2> crops;
-    std::vector<BlendStep> steps; ///< in the order in which they stood on the command line
-    bool quiet = false;
-};
-
-/// The subcommand's options and its work.
-class BlendCommand {
+/// `lamina blend`: two photos through the screens of a blend.
+class BlendCommand : public PictureCommand {
 public:
     explicit BlendCommand(CLI::App& application);
 
-    /// After the command line was parsed with this subcommand chosen.
-    ExitCode run();
-
 private:
-    /// Gathers what the parser left as text; what is wrong with it as a whole, if anything is.
-    std::optional<std::string> finishArguments();
+    std::vector<std::string> inputs() const override { return {m_photos.begin(), m_photos.end()}; }
+    Outcome check() override;
+    /// Both photos at once, no larger than their crops need.
+    Result<std::vector<UIImage>> read() override;
+    Result<UIImage> make(std::vector<UIImage> pictures) override;
 
-    CLI::App* m_options;
-    CLI::Option* m_move = nullptr;
-    CLI::Option* m_zoom = nullptr;
-    BlendArguments m_arguments;
+    void addSteps();
+    std::optional<CropStep> crop(std::size_t photo) const;
+    /// In the order in which they stood on the command line.
+    std::vector<BlendStep> steps() const;
+
+    std::array<std::string, 2> m_photos;
+    double m_width = 375; ///< points
+    double m_scale = 3;   ///< pixels per point
     std::array<std::string, 2> m_crops;
     std::vector<std::string> m_moves;
     std::vector<std::string> m_zooms;
+    CLI::Option* m_move = nullptr;
+    CLI::Option* m_zoom = nullptr;
 };
 
 } // namespace lamina

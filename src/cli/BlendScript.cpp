@@ -13,34 +13,17 @@ namespace lamina {
 
 namespace {
 
-template <class Recognizer>
-Recognizer* recognizerOf(const UIView& view)
-{
-    for (const auto& gesture : view.gestureRecognizers()) {
-        if (auto* found = dynamic_cast<Recognizer*>(gesture.get()))
-            return found;
-    }
-    return nullptr;
-}
-
 void letTransitionsRun()
 {
     DispatchQueue::main().runUntilIdle();
 }
 
-struct Fingers {
+/// What a step is to the editor: the movement of fingers, without the fingers.
+struct Gesture {
     BlendPhotoViewController& editor;
 
-    void operator()(const MoveStep& step) const
-    {
-        if (auto* pan = recognizerOf<UIPanGestureRecognizer>(editor.currentImageView()))
-            pan->perform(step.translation, &editor.saveTheImg());
-    }
-    void operator()(const ZoomStep& step) const
-    {
-        if (auto* pinch = recognizerOf<UIPinchGestureRecognizer>(editor.currentImageView()))
-            pinch->perform(step.factor);
-    }
+    void operator()(const MoveStep& step) const { editor.nudge(step.translation.x, step.translation.y); }
+    void operator()(const ZoomStep& step) const { editor.zoomBy(step.factor); }
 };
 
 } // namespace
@@ -58,7 +41,7 @@ BlendScript::~BlendScript() = default;
 
 void BlendScript::cropPhoto(UIImage photo, const std::optional<CropStep>& step)
 {
-    const auto screen = UIStoryboard::named("Main")->instantiate<PinchZoomViewController>("PinchZoomViewController");
+    const auto screen = UIStoryboard::named(kMainStoryboard)->instantiate<PinchZoomViewController>(scene::kCrop);
     screen->pickedImage = std::move(photo);
     m_window.rootViewController()->present(screen, false);
     letTransitionsRun();
@@ -74,7 +57,7 @@ void BlendScript::cropPhoto(UIImage photo, const std::optional<CropStep>& step)
 void BlendScript::perform(const BlendStep& step)
 {
     if (m_editor)
-        std::visit(Fingers{*m_editor}, step);
+        std::visit(Gesture{*m_editor}, step);
 }
 
 UIImage BlendScript::flattened()

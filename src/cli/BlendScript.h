@@ -18,9 +18,11 @@ struct CropStep {
     double zoom = 1;
     CGPoint offset;
 };
+/// The second photo moves, as two points of a finger's way are apart, inside the zoom that it has by then.
 struct MoveStep {
     CGPoint translation; ///< points
 };
+/// The second photo grows about its centre.
 struct ZoomStep {
     double factor = 1;
 };
@@ -39,6 +41,7 @@ public:
     void cropPhoto(UIImage photo, const std::optional<CropStep>& step);
     /// After both photos.
     void perform(const BlendStep& step);
+    /// The picture of all that was done; empty where memory was short.
     UIImage flattened();
 
 private:

@@ -1,6 +1,8 @@
 #pragma once
 
-#include "cli/ExitCode.h"
+#include "cli/PictureCommand.h"
+#include "gpu/core/FilterRegistry.h"
+#include "gpu/core/GPUImageFilterPipeline.h"
 #include "platform/base/Result.h"
 #include "platform/image/pixels/UIImage.h"
 
@@ -13,28 +15,32 @@ namespace lamina {
 
 /// `lamina filter`: pictures through one GPU filter, or one through a chain of them. Everything is checked and read
 /// before a GL context is made.
-class FilterCommand {
+class FilterCommand : public PictureCommand {
 public:
     explicit FilterCommand(CLI::App& application);
 
-    /// After the command line was parsed with this subcommand chosen.
-    ExitCode run();
-
 private:
-    /// What is wrong with the arguments that both forms share; `whose`: what takes so many inputs.
-    Outcome checkFiles(std::size_t inputs, const std::string& whose) const;
-    ExitCode runFilter();
-    ExitCode runPipeline();
-    Result<std::vector<UIImage>> readPictures() const;
+    std::vector<std::string> inputs() const override { return m_inputs; }
+    Outcome check() override;
+    /// The chain's file too.
+    Result<std::vector<UIImage>> read() override;
+    Result<UIImage> make(std::vector<UIImage> pictures) override;
+
+    bool isPipeline() const { return !m_pipeline.empty(); }
+    Outcome checkFilter();
+    /// `whose`: what takes so many inputs.
+    Outcome checkCount(std::size_t inputs, const std::string& whose) const;
+    Outcome readPipeline();
     void tellReductions(const std::vector<UIImage>& pictures) const;
-    ExitCode deliver(const Result<UIImage>& picture) const;
 
     std::string m_name;
     std::string m_pipeline;
     std::vector<std::string> m_inputs;
     std::vector<std::string> m_settings;
-    std::string m_output;
-    bool m_quiet = false;
+
+    const FilterDescription* m_filter = nullptr; ///< by `check`, where there is no chain
+    FilterSettings m_filterSettings;
+    PipelineConfiguration m_chain; ///< by `read`
 };
 
 } // namespace lamina

@@ -8,6 +8,8 @@
 #include "platform/base/Log.h"
 
 #include <algorithm>
+#include <cstddef>
+#include <memory>
 #include <string_view>
 #include <utility>
 
@@ -92,29 +94,22 @@ Outcome checkPipeline(const PipelineConfiguration& configuration)
     return GPUImageFilterPipeline::check(configuration, filterCatalogue());
 }
 
-Result<GPUImageFilterPipeline::Filters> makeFilters(const PipelineConfiguration& configuration)
+Result<UIImage> pictureThroughChain(const PipelineConfiguration& configuration, const UIImage& picture)
 {
-    const auto chain =
-        GPUImageFilterPipeline::makeWithConfiguration(configuration, filterCatalogue(), nullptr, nullptr);
+    if (configuration.filters.empty())
+        return picture;
+    const auto source = std::make_shared<GPUImagePicture>(picture);
+    const auto chain = GPUImageFilterPipeline::makeWithConfiguration(configuration, filterCatalogue(), source, nullptr);
     if (!chain)
         return chain.error();
-    return (*chain)->filters();
-}
-
-Result<UIImage> pictureThroughChain(const GPUImageFilterPipeline::Filters& filters,
-                                    const PipelineConfiguration& configuration, const UIImage& picture)
-{
-    if (filters.empty())
-        return picture;
+    const GPUImageFilterPipeline::Filters& filters = (*chain)->filters();
     for (std::size_t i = 0; i < filters.size(); ++i) {
         if (!filters[i]->canRender())
             return shadersDontBuild(configuration.filters[i].filterName);
     }
-    const auto source = std::make_shared<GPUImagePicture>(picture);
-    GPUImageFilterPipeline pipeline(filters, source, nullptr);
     filters.back()->useNextFrameForImageCapture();
     source->processImage();
-    UIImage result = pipeline.currentFilteredFrameWithOrientation(UIImageOrientation::Up);
+    UIImage result = (*chain)->currentFilteredFrameWithOrientation(UIImageOrientation::Up);
     if (!result)
         return noPicture(configuration.filters.back().filterName);
     return result;

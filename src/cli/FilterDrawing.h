@@ -1,5 +1,6 @@
 #pragma once
 
+#include "gpu/core/FilterRegistry.h"
 #include "gpu/core/GPUImageFilterPipeline.h"
 #include "platform/base/Result.h"
 #include "platform/image/pixels/UIImage.h"
@@ -25,11 +26,7 @@ Result<UIImage> filteredPicture(const FilterDescription& description, const Filt
 /// needs more than one picture.
 Outcome checkPipeline(const PipelineConfiguration& configuration);
 
-/// The filters of a checked chain. The error names a setter or a value that is not understood.
-Result<GPUImageFilterPipeline::Filters> makeFilters(const PipelineConfiguration& configuration);
-
-/// The picture through the chain; the picture itself when the chain is empty.
-Result<UIImage> pictureThroughChain(const GPUImageFilterPipeline::Filters& filters,
-                                    const PipelineConfiguration& configuration, const UIImage& picture);
+/// The picture through a checked chain; the picture itself when the chain is empty. The error names a filter.
+Result<UIImage> pictureThroughChain(const PipelineConfiguration& configuration, const UIImage& picture);
 
 } // namespace lamina

@@ -1,11 +1,15 @@
 #include "cli/FilterListing.h"
 
 #include "cli/FilterParsing.h"
+#include "cli/NamedValue.h"
+#include "gpu/core/TypedValue.h"
 
 #include <algorithm>
 #include <cctype>
 #include <cmath>
+#include <cstddef>
 #include <nlohmann/json.hpp>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -41,50 +45,27 @@ std::string capitalised(std::string text)
     return text;
 }
 
-std::string number(double value)
-{
-    return formatFilterValue(static_cast<float>(value));
-}
-
-/// "0 to 1", "from 0", "up to 5", or nothing.
-std::string rangeAsText(const FilterRange& range)
-{
-    const bool low = std::isfinite(range.minimum);
-    const bool high = std::isfinite(range.maximum);
-    if (low && high)
-        return number(range.minimum) + " to " + number(range.maximum);
-    return low ? "from " + number(range.minimum) : high ? "up to " + number(range.maximum) : "";
-}
-
-/// How a pipeline names the setter; nothing for a value that is given when the filter is made.
-std::string pipelineSelector(const FilterProperty& property)
-{
-    return property.set ? "set" + capitalised(property.name) + ":" : "";
-}
-
 std::string argumentTypes(const FilterSelector& selector)
 {
     std::string types;
-    for (const FilterValue& argument : selector.arguments)
-        types += (types.empty() ? "" : ", ") + std::string(filterValueTypeName(argument));
+    for (const TypedValue& argument : selector.arguments)
+        types += (types.empty() ? "" : ", ") + std::string(kindOf(argument).name);
     return types;
 }
 
 std::string propertyAsText(const FilterProperty& property)
 {
-    std::string text = "      " + property.name + "=" + std::string(filterValueSyntax(property.fallback)) + ": " +
-                       property.help + "\n          " + std::string(filterValueTypeName(property.fallback));
-    for (const std::string& part : {rangeAsText(property.range), property.unit})
-        text += part.empty() ? "" : ", " + part;
-    return text + " [" + formatFilterValue(property.fallback) + "]\n";
+    const ValueKind& kind = kindOf(property.fallback);
+    std::string details(kind.name);
+    for (const std::string& part : {formatRange(property.range), property.unit})
+        details += part.empty() ? "" : ", " + part;
+    return listedValue(property.name + "=" + std::string(kind.syntax), property.help, details, &property.fallback);
 }
 
 std::string entryAsText(const FilterDescription& filter)
 {
-    std::string text = "  " + filter.className;
-    if (filter.inputs != 1)
-        text += " (" + std::to_string(filter.inputs) + " inputs)";
-    text += "\n      " + filter.help + ".\n";
+    const std::string inputs = filter.inputs == 1 ? "" : " (" + std::to_string(filter.inputs) + " inputs)";
+    std::string text = listedHeading(filter.className + inputs, filter.help);
     for (const FilterProperty& property : filter.properties)
         text += propertyAsText(property);
     return text;
@@ -97,18 +78,18 @@ std::string exampleOf(const FilterDescription& filter)
         example += filter.inputs == 1 ? " -i in.png" : " -i in" + std::to_string(i) + ".png";
     if (!filter.properties.empty()) {
         const FilterProperty& property = filter.properties.front();
-        const std::string setting = property.name + "=" + formatFilterValue(property.fallback);
+        const std::string setting = property.name + "=" + formatValue(property.fallback);
         const bool quoted = setting.find_first_of("; ") != std::string::npos;
         example += " --set " + (quoted ? "'" + setting + "'" : setting);
     }
     return example + " -o out.png";
 }
 
-Json defaultAsJson(const FilterValue& value)
+Json defaultAsJson(const TypedValue& value)
 {
     if (const bool* flag = std::get_if<bool>(&value))
         return *flag;
-    const std::string text = formatFilterValue(value);
+    const std::string text = formatValue(value);
     // By way of the text, so that 0.2 stays 0.2.
     return std::holds_alternative<float>(value) || std::holds_alternative<int>(value) ? Json::parse(text) : Json(text);
 }
@@ -116,8 +97,8 @@ Json defaultAsJson(const FilterValue& value)
 Json propertyAsJson(const FilterProperty& property)
 {
     Json entry{{"name", property.name},
-               {"type", filterValueTypeName(property.fallback)},
-               {"syntax", filterValueSyntax(property.fallback)},
+               {"type", kindOf(property.fallback).name},
+               {"syntax", kindOf(property.fallback).syntax},
                {"default", defaultAsJson(property.fallback)}};
     if (std::isfinite(property.range.minimum))
         entry["minimum"] = property.range.minimum;
@@ -126,7 +107,7 @@ Json propertyAsJson(const FilterProperty& property)
     if (!property.unit.empty())
         entry["unit"] = property.unit;
     entry["about"] = property.help;
-    if (const std::string selector = pipelineSelector(property); !selector.empty())
+    if (const std::string selector = property.selector(); !selector.empty())
         entry["pipeline"] = selector;
     return entry;
 }
@@ -139,8 +120,8 @@ Json entryAsJson(const FilterDescription& filter)
     Json selectors = Json::array();
     for (const FilterSelector& selector : filter.selectors) {
         Json arguments = Json::array();
-        for (const FilterValue& argument : selector.arguments)
-            arguments.push_back(filterValueTypeName(argument));
+        for (const TypedValue& argument : selector.arguments)
+            arguments.push_back(kindOf(argument).name);
         selectors.push_back({{"name", selector.name}, {"arguments", std::move(arguments)}});
     }
     return {{"name", filter.className},
@@ -151,6 +132,26 @@ Json entryAsJson(const FilterDescription& filter)
             {"selectors", std::move(selectors)}};
 }
 
+std::string propertyAsMarkdown(const FilterProperty& property)
+{
+    const ValueKind& kind = kindOf(property.fallback);
+    return "| `" + property.name + "` | " + std::string(kind.name) + " `" + std::string(kind.syntax) + "` | `" +
+           formatValue(property.fallback) + "` | " + formatRange(property.range) + " | " + property.unit + " | " +
+           property.help + " |\n";
+}
+
+std::string selectorsAsMarkdown(const FilterDescription& filter)
+{
+    std::string selectors;
+    for (const FilterProperty& property : filter.properties) {
+        if (const std::string selector = property.selector(); !selector.empty())
+            selectors += (selectors.empty() ? "`" : ", `") + selector + "`";
+    }
+    for (const FilterSelector& selector : filter.selectors)
+        selectors += (selectors.empty() ? "`" : ", `") + selector.name + "` (" + argumentTypes(selector) + ")";
+    return selectors;
+}
+
 std::string entryAsMarkdown(const FilterDescription& filter)
 {
     std::string text = "### " + filter.className + "\n\n" + filter.help + ".";
@@ -159,19 +160,9 @@ std::string entryAsMarkdown(const FilterDescription& filter)
     text += "\n";
     if (!filter.properties.empty())
         text += "\n| property | type | default | useful values | unit | meaning |\n|---|---|---|---|---|---|\n";
-    for (const FilterProperty& property : filter.properties) {
-        text += "| `" + property.name + "` | " + std::string(filterValueTypeName(property.fallback)) + " `" +
-                std::string(filterValueSyntax(property.fallback)) + "` | `" + formatFilterValue(property.fallback) +
-                "` | " + rangeAsText(property.range) + " | " + property.unit + " | " + property.help + " |\n";
-    }
-    std::string selectors;
-    for (const FilterProperty& property : filter.properties) {
-        if (const std::string selector = pipelineSelector(property); !selector.empty())
-            selectors += (selectors.empty() ? "`" : ", `") + selector + "`";
-    }
-    for (const FilterSelector& selector : filter.selectors)
-        selectors += (selectors.empty() ? "`" : ", `") + selector.name + "` (" + argumentTypes(selector) + ")";
-    if (!selectors.empty())
+    for (const FilterProperty& property : filter.properties)
+        text += propertyAsMarkdown(property);
+    if (const std::string selectors = selectorsAsMarkdown(filter); !selectors.empty())
         text += "\nIn a pipeline: " + selectors + ".\n";
     return text + "\n";
 }

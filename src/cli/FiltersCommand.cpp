@@ -3,22 +3,21 @@
 #include "cli/FilterListing.h"
 #include "cli/FilterParsing.h"
 #include "cli/Messages.h"
+#include "gpu/core/FilterRegistry.h"
 #include "gpu/filters/FilterCatalogue.h"
+#include "platform/base/Result.h"
 
-#include <CLI/Config.hpp>
-#include <CLI/Formatter.hpp>
+#include <CLI/Option.hpp>
 
 namespace lamina {
 
 FiltersCommand::FiltersCommand(CLI::App& application)
+    : Command(application, "filters", "List the filters with their inputs, properties, types and defaults")
 {
-    CLI::App& options =
-        *application.add_subcommand("filters", "List the filters with their inputs, properties, types and defaults");
-    options.set_help_flag("-h,--help", "Print this help and leave");
-    options.add_option("NAME", m_name, "Only this filter")->type_name("");
-    CLI::Option* json = options.add_flag("--json", m_json, "Print the list for programs");
-    options.add_flag("--markdown", m_markdown, "Print the documentation page of all filters")->excludes(json);
-    options.add_flag("-q,--quiet", m_quiet, "Say nothing but errors");
+    options().add_option("NAME", m_name, "Only this filter")->type_name("");
+    CLI::Option* json = options().add_flag("--json", m_json, "Print the list for programs");
+    options().add_flag("--markdown", m_markdown, "Print the documentation page of all filters")->excludes(json);
+    addQuiet(); // as everywhere, although a list is no message
 }
 
 ExitCode FiltersCommand::run()
@@ -30,7 +29,7 @@ ExitCode FiltersCommand::run()
                                       : filtersAsText(catalogue));
     }
     if (m_markdown)
-        return fail({"filters", "the page holds all filters: leave out the name"}, ExitCode::Usage);
+        return fail({name(), "the page holds all filters: leave out the name"}, ExitCode::Usage);
     const Result<const FilterDescription*> filter = filterNamed(m_name);
     if (!filter)
         return fail(filter.error(), ExitCode::Usage);

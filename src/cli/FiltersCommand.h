@@ -1,5 +1,6 @@
 #pragma once
 
+#include "cli/Command.h"
 #include "cli/ExitCode.h"
 
 #include <CLI/App.hpp>
@@ -8,18 +9,16 @@
 namespace lamina {
 
 /// `lamina filters`: what `lamina filter` can do, for people, programs and the documentation. Needs no graphics driver.
-class FiltersCommand {
+class FiltersCommand : public Command {
 public:
     explicit FiltersCommand(CLI::App& application);
 
-    /// After the command line was parsed with this subcommand chosen.
-    ExitCode run();
+    ExitCode run() override;
 
 private:
     std::string m_name;
     bool m_json = false;
     bool m_markdown = false;
-    bool m_quiet = false; ///< as everywhere; a list is no message
 };
 
 } // namespace lamina

@@ -1,7 +1,7 @@
 #include "cli/NearestName.h"
 
 #include <algorithm>
-#include <limits>
+#include <cstddef>
 #include <vector>
 
 namespace lamina {
@@ -52,18 +52,11 @@ unsigned distance(std::string_view typed, std::string_view name)
 
 } // namespace
 
-std::string_view nearestName(std::string_view typed, std::span<const std::string_view> names)
+std::string didYouMean(std::string_view typed, std::span<const std::string_view> names)
 {
-    std::string_view nearest;
-    unsigned least = std::numeric_limits<unsigned>::max();
-    for (const std::string_view name : names) {
-        const unsigned cost = distance(typed.substr(0, kLongestTyped), name);
-        if (cost < least) {
-            least = cost;
-            nearest = name;
-        }
-    }
-    return nearest;
+    const auto nearest = std::ranges::min_element(
+        names, {}, [&](std::string_view name) { return distance(typed.substr(0, kLongestTyped), name); });
+    return "did you mean " + std::string(*nearest) + "?";
 }
 
 } // namespace lamina

@@ -2,6 +2,9 @@
 
 #include "cli/ExitCode.h"
 #include "cli/OperationParsing.h"
+#include "cli/PictureCommand.h"
+#include "platform/base/Result.h"
+#include "platform/image/pixels/UIImage.h"
 
 #include <CLI/App.hpp>
 #include <string>
@@ -10,26 +13,25 @@
 namespace lamina {
 
 /// `lamina op`: picture operations in sequence. A file is a picture of scale 1 (or `--picture-scale`) on a screen of
-/// scale
-/// 1. Everything is checked and read before anything is computed.
-class OpCommand {
+/// scale 1.
+class OpCommand : public PictureCommand {
 public:
     explicit OpCommand(CLI::App& application);
 
-    /// After the command line was parsed with this subcommand chosen.
-    ExitCode run();
+    /// With `--json` the list of operations is all that is asked for.
+    ExitCode run() override;
 
 private:
-    Result<std::vector<OperationStep>> steps() const;
-    /// What is wrong with the arguments as a whole.
-    Outcome check(const std::vector<OperationStep>& steps) const;
+    std::vector<std::string> inputs() const override;
+    Outcome check() override;
+    Outcome parseSteps();
+    Result<UIImage> make(std::vector<UIImage> pictures) override;
 
     std::vector<std::string> m_operations;
+    std::vector<OperationStep> m_steps;
     std::string m_input;
-    std::string m_output;
     double m_pictureScale = 1;
     bool m_json = false;
-    bool m_quiet = false;
 };
 
 } // namespace lamina

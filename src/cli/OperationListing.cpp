@@ -1,47 +1,23 @@
 #include "cli/OperationListing.h"
 
+#include "cli/NamedValue.h"
 #include "cli/OperationParsing.h"
+#include "cli/Operations.h"
+#include "gpu/core/TypedValue.h"
 
 #include <nlohmann/json.hpp>
+#include <utility>
 
 namespace lamina {
-
-namespace {
-
-const char* kindName(ArgumentKind kind)
-{
-    switch (kind) {
-    case ArgumentKind::Number:
-        return "number";
-    case ArgumentKind::Positive:
-        return "positive";
-    case ArgumentKind::Whole:
-        return "integer";
-    case ArgumentKind::Count:
-        return "count";
-    case ArgumentKind::Flag:
-        return "flag";
-    case ArgumentKind::Size:
-        return "size";
-    case ArgumentKind::Picture:
-        return "picture";
-    }
-    return "";
-}
-
-} // namespace
 
 std::string operationsAsText()
 {
     std::string text = "Operations:\n";
     for (const Operation& operation : operations()) {
-        text += "  " + std::string(operation.name) + argumentSyntax(operation) + "\n";
-        text += "      " + std::string(operation.about) + ".\n";
+        text += listedHeading(std::string(operation.name) + argumentSyntax(operation), operation.about);
         for (const OperationArgument& argument : operation.arguments) {
-            text += "      " + std::string(argument.name) + ": " + std::string(argument.about);
-            if (!argument.fallback.empty())
-                text += " [" + std::string(argument.fallback) + "]";
-            text += "\n";
+            const TypedValue* fallback = argument.fallback ? &*argument.fallback : nullptr;
+            text += listedValue(std::string(argument.name), argument.about, {}, fallback);
         }
     }
     return text;
@@ -54,9 +30,9 @@ std::string operationsAsJson()
         nlohmann::ordered_json arguments = nlohmann::ordered_json::array();
         for (const OperationArgument& argument : operation.arguments) {
             nlohmann::ordered_json entry{
-                {"name", argument.name}, {"kind", kindName(argument.kind)}, {"about", argument.about}};
-            if (!argument.fallback.empty())
-                entry["default"] = argument.fallback;
+                {"name", argument.name}, {"kind", argument.kind.name}, {"about", argument.about}};
+            if (argument.fallback)
+                entry["default"] = formatValue(*argument.fallback);
             arguments.push_back(std::move(entry));
         }
         list.push_back({{"name", operation.name},

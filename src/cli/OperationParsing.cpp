@@ -1,110 +1,27 @@
 #include "cli/OperationParsing.h"
 
 #include "cli/Messages.h"
+#include "cli/NamedValue.h"
 #include "cli/NearestName.h"
-#include "cli/Numbers.h"
+#include "gpu/core/TypedValue.h"
 
 #include <algorithm>
-#include <charconv>
-#include <cmath>
-#include <cstdint>
-#include <limits>
+#include <cstddef>
 #include <optional>
+#include <string_view>
+#include <utility>
+#include <variant>
 
 namespace lamina {
 
 namespace {
 
-using Value = OperationValues::Value;
-
-std::optional<double> parseSingle(std::string_view text)
-{
-    const auto number = parseNumbers(text, 1);
-    if (!number || std::abs(number->front()) > std::numeric_limits<float>::max())
-        return std::nullopt;
-    return number->front();
-}
-
-std::optional<double> parsePositive(std::string_view text)
-{
-    const auto number = parseSingle(text);
-    return number && *number > 0 ? number : std::nullopt;
-}
-
-std::optional<Value> parseInteger(std::string_view text, long low, long high)
-{
-    long value = 0;
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
-    if (error != std::errc() || end != text.data() + text.size() || value < low || value > high)
-        return std::nullopt;
-    return value;
-}
-
-std::optional<Value> parseSize(std::string_view text)
-{
-    const std::size_t cross = text.find('x');
-    if (cross == std::string_view::npos)
-        return std::nullopt;
-    const auto width = parsePositive(text.substr(0, cross));
-    const auto height = parsePositive(text.substr(cross + 1));
-    if (!width || !height)
-        return std::nullopt;
-    return CGSize{*width, *height};
-}
-
-std::optional<Value> parseValue(ArgumentKind kind, std::string_view text)
-{
-    switch (kind) {
-    case ArgumentKind::Number:
-        return parseSingle(text);
-    case ArgumentKind::Positive:
-        return parsePositive(text);
-    case ArgumentKind::Whole:
-        return parseInteger(text, std::numeric_limits<std::int32_t>::min(), std::numeric_limits<std::int32_t>::max());
-    case ArgumentKind::Count:
-        return parseInteger(text, 1, std::numeric_limits<std::uint32_t>::max());
-    case ArgumentKind::Flag:
-        if (text != "0" && text != "1")
-            return std::nullopt;
-        return text == "1";
-    case ArgumentKind::Size:
-        return parseSize(text);
-    case ArgumentKind::Picture:
-        if (text.empty())
-            return std::nullopt;
-        return std::string(text);
-    }
-    return std::nullopt;
-}
-
-std::string expectation(ArgumentKind kind)
-{
-    switch (kind) {
-    case ArgumentKind::Number:
-        return "a number";
-    case ArgumentKind::Positive:
-        return "a number above 0";
-    case ArgumentKind::Whole:
-        return "a whole number";
-    case ArgumentKind::Count:
-        return "a whole number above 0";
-    case ArgumentKind::Flag:
-        return "0 or 1";
-    case ArgumentKind::Size:
-        return "two numbers above 0 with an x between";
-    case ArgumentKind::Picture:
-        return "a file";
-    }
-    return {};
-}
-
-/// The texts of the arguments; a picture's name keeps its commas.
+/// The texts of the arguments; a file's name keeps its commas.
 std::vector<std::string_view> split(std::string_view text, const std::vector<OperationArgument>& arguments)
 {
     std::vector<std::string_view> fields;
     for (;;) {
-        const bool takesRest =
-            fields.size() < arguments.size() && arguments[fields.size()].kind == ArgumentKind::Picture;
+        const bool takesRest = fields.size() < arguments.size() && arguments[fields.size()].kind.namesFile;
         const std::size_t comma = takesRest ? std::string_view::npos : text.find(',');
         fields.push_back(text.substr(0, comma));
         if (comma == std::string_view::npos)
@@ -121,8 +38,7 @@ Error unknownOperation(const std::string& text, std::string_view name)
     std::vector<std::string_view> names;
     for (const Operation& operation : operations())
         names.push_back(operation.name);
-    return {beginning(text), "there is no operation '" + beginning(name) + "'; did you mean " +
-                                 std::string(nearestName(name, names)) + "?"};
+    return {beginning(text), "there is no operation '" + beginning(name) + "'; " + didYouMean(name, names)};
 }
 
 std::string usage(const Operation& operation)
@@ -132,14 +48,34 @@ std::string usage(const Operation& operation)
     return operation.example.empty() ? syntax : syntax + ", as in " + name + "=" + std::string(operation.example);
 }
 
+/// Nothing typed: the argument was left out.
+Result<TypedValue> valueOf(const OperationArgument& argument, std::optional<std::string_view> typed)
+{
+    if (typed)
+        return parseNamedValue(argument.name, *typed, argument.kind);
+    if (argument.fallback)
+        return *argument.fallback;
+    return Error{std::string(argument.name), std::string(argument.name) + " is missing"};
+}
+
 } // namespace
+
+std::vector<std::string> OperationStep::files() const
+{
+    std::vector<std::string> files;
+    for (std::size_t i = 0; i < values.values.size(); ++i) {
+        if (operation->arguments[i].kind.namesFile)
+            files.push_back(std::get<std::string>(values.values[i]));
+    }
+    return files;
+}
 
 std::string argumentSyntax(const Operation& operation)
 {
     std::string syntax;
     std::string closing;
     for (const OperationArgument& argument : operation.arguments) {
-        if (!argument.fallback.empty()) {
+        if (argument.fallback) {
             syntax += "[";
             closing += "]";
         }
@@ -167,15 +103,10 @@ Result<OperationStep> parseOperation(const std::string& text)
     OperationStep step{text, &*found, {}};
     for (std::size_t i = 0; i < found->arguments.size(); ++i) {
         const OperationArgument& argument = found->arguments[i];
-        if (i >= fields.size() && argument.fallback.empty())
-            return Error{text, std::string(argument.name) + " is missing; " + usage(*found)};
-        const std::string_view field = i < fields.size() ? fields[i] : argument.fallback;
-        std::optional<Value> value = parseValue(argument.kind, field);
-        if (!value) {
-            return Error{text, std::string(argument.name) + " must be " + expectation(argument.kind) + ", not '" +
-                                   beginning(field) + "'; " + usage(*found)};
-        }
-        step.values.append(std::move(*value));
+        Result<TypedValue> value = valueOf(argument, i < fields.size() ? std::optional(fields[i]) : std::nullopt);
+        if (!value)
+            return Error{text, value.error().cause + "; " + usage(*found)};
+        step.values.values.push_back(std::move(*value));
     }
     return step;
 }

@@ -13,6 +13,9 @@ struct OperationStep {
     std::string text; ///< as it was typed
     const Operation* operation = nullptr;
     OperationValues values;
+
+    /// The names of the files that its arguments are, "-" for standard input.
+    std::vector<std::string> files() const;
 };
 
 /// What may follow the name: "=WxH[,MODE]", "[=BIAS]" or nothing.

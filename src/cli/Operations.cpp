@@ -5,7 +5,10 @@
 #include "imageops/ImageGeometry.h"
 
 #include <array>
+#include <cstddef>
 #include <cstdio>
+#include <limits>
+#include <variant>
 
 namespace lamina {
 
@@ -13,14 +16,27 @@ namespace {
 
 using Values = OperationValues;
 
-constexpr auto kNumber = ArgumentKind::Number;
-constexpr auto kSize = ArgumentKind::Size;
+/// The same kind, told in other words.
+constexpr ValueKind told(ValueKind kind, std::string_view expected)
+{
+    kind.expected = expected;
+    return kind;
+}
 
-const OperationArgument kDegrees{"DEGREES", kNumber, "angle, counter-clockwise; below 0 clockwise"};
-const OperationArgument kRadians{"RADIANS", kNumber, "angle, counter-clockwise; below 0 clockwise"};
+constexpr ValueKind kWhole = told(kind::kInteger, "a whole number");
+constexpr ValueKind kFlag = told(kind::kFlag, "0 or 1");
+constexpr ValueKind kSize{ValueType::Size,
+                          "size",
+                          "WxH",
+                          "two numbers above 0 with an x between",
+                          {kAboveZero, std::numeric_limits<float>::max()}};
+constexpr ValueKind kPicture{ValueType::Text, "picture", "FILE", "a file", {}, true};
+
+const OperationArgument kDegrees{"DEGREES", kind::kNumber, "angle, counter-clockwise; below 0 clockwise"};
+const OperationArgument kRadians{"RADIANS", kind::kNumber, "angle, counter-clockwise; below 0 clockwise"};
 const OperationArgument kTarget{"WxH", kSize, "size in points"};
-const OperationArgument kBias{"BIAS", ArgumentKind::Whole,
-                              "added to all channels of the result, alpha too; 255 is the whole range", "0"};
+const OperationArgument kBias{"BIAS", kWhole, "added to all channels of the result, alpha too; 255 is the whole range",
+                              0};
 
 std::string inPoints(CGSize size)
 {
@@ -30,20 +46,22 @@ std::string inPoints(CGSize size)
 }
 
 /// The library cuts at the edge; whoever wrote a size into a script wants to hear that there is less.
-std::string cropRefusal(const UIImage& image, const Values& v)
+Outcome checkCrop(const UIImage& image, const Values& v)
 {
     const CGSize own = image.size();
     const CGSize wanted = v.size(0);
     if (wanted.width <= own.width + kPixelNoise && wanted.height <= own.height + kPixelNoise)
-        return {};
-    return "reaches beyond the picture, which has " + inPoints(own);
+        return std::monostate();
+    return Error{"cropToSize", "reaches beyond the picture, which has " + inPoints(own)};
 }
 
-std::string maskRefusal(const UIImage& image, const Values& v)
+Outcome checkMask(const UIImage& image, const Values& v)
 {
     const IntSize own = image.pixelSize();
-    const IntSize other = v.picture(0).pixelSize();
-    return own == other ? "" : "FILE has " + sizeInPixels(other) + " and the picture " + sizeInPixels(own);
+    const IntSize other = v.pictures.at(0).pixelSize();
+    if (own == other)
+        return std::monostate();
+    return Error{"maskWithImage", "FILE has " + sizeInPixels(other) + " and the picture " + sizeInPixels(own)};
 }
 
 std::vector<Operation> turns()
@@ -57,8 +75,8 @@ std::vector<Operation> turns()
         {"rotateInRadians",
          "The same in radians, after mirroring",
          {kRadians,
-          {"MIRRORX", ArgumentKind::Flag, "1: left and right change places", "0"},
-          {"MIRRORY", ArgumentKind::Flag, "1: top and bottom change places", "0"}},
+          {"MIRRORX", kFlag, "1: left and right change places", false},
+          {"MIRRORY", kFlag, "1: top and bottom change places", false}},
          "0.5,1,0",
          [](const UIImage& image, const Values& v) {
              return rotateInRadians(image, v.number(0), v.flag(1), v.flag(2));
@@ -92,26 +110,22 @@ std::vector<Operation> framings()
         {"cropToSize",
          "Cuts a part out of the picture",
          {kTarget,
-          {"MODE", ArgumentKind::Whole,
+          {"MODE", kWhole,
            "anchor: 0 top left, 1 top, 2 top right, 3 bottom left, 4 bottom, 5 bottom right, 6 left, 7 right, 8 centre",
-           "0"}},
+           0}},
          "100x50,8",
-         [](const UIImage& image, const Values& v) {
-             return cropToSize(image, v.size(0), static_cast<int>(v.whole(1)));
-         },
-         cropRefusal},
+         [](const UIImage& image, const Values& v) { return cropToSize(image, v.size(0), v.whole(1)); },
+         checkCrop},
         {"scaleByFactor",
          "Scales both sides by a factor",
-         {{"FACTOR", ArgumentKind::Positive, "above 0; 1 keeps the size"}},
+         {{"FACTOR", kind::kPositive, "above 0; 1 keeps the size"}},
          "0.5",
          [](const UIImage& image, const Values& v) { return scaleByFactor(image, v.number(0)); }},
         {"scaleToSize",
          "Scales by mode",
-         {kTarget, {"MODE", ArgumentKind::Whole, "0 fill, 1 fit, 2 cover", "0"}},
+         {kTarget, {"MODE", kWhole, "0 fill, 1 fit, 2 cover", 0}},
          "100x100,1",
-         [](const UIImage& image, const Values& v) {
-             return scaleToSize(image, v.size(0), static_cast<int>(v.whole(1)));
-         }},
+         [](const UIImage& image, const Values& v) { return scaleToSize(image, v.size(0), v.whole(1)); }},
         {"scaleToFillSize",
          "Stretches to exactly this size",
          {kTarget},
@@ -129,18 +143,18 @@ std::vector<Operation> framings()
          [](const UIImage& image, const Values& v) { return scaleToCoverSize(image, v.size(0)); }},
         {"maskWithImage",
          "The picture through a mask of its own pixel size: white shows, black hides",
-         {{"FILE", ArgumentKind::Picture, "the mask; - is standard input"}},
+         {{"FILE", kPicture, "the mask; - is standard input"}},
          "mask.png",
-         [](const UIImage& image, const Values& v) { return maskWithImage(image, v.picture(0)); },
-         maskRefusal},
+         [](const UIImage& image, const Values& v) { return maskWithImage(image, v.pictures.at(0)); },
+         checkMask},
         {"reflectedImageWithHeight",
          "The strip that mirrors the picture below its bottom edge",
-         {{"HEIGHT", ArgumentKind::Count, "in points"},
-          {"FROM", kNumber, "alpha at the top, 0 to 1"},
-          {"TO", kNumber, "alpha at the bottom, 0 to 1"}},
+         {{"HEIGHT", kind::kCount, "in points"},
+          {"FROM", kind::kNumber, "alpha at the top, 0 to 1"},
+          {"TO", kind::kNumber, "alpha at the bottom, 0 to 1"}},
          "40,0.8,0.2",
          [](const UIImage& image, const Values& v) {
-             return reflectedImageWithHeight(image, static_cast<unsigned>(v.whole(0)), v.number(1), v.number(2));
+             return reflectedImageWithHeight(image, v.count(0), v.number(1), v.number(2));
          }},
     };
 }
@@ -150,23 +164,23 @@ std::vector<Operation> tones()
     return {
         {"brightenWithValue",
          "Adds to red, green and blue",
-         {{"VALUE", kNumber, "-255 to 255; 0 changes nothing"}},
+         {{"VALUE", kind::kNumber, "-255 to 255; 0 changes nothing"}},
          "40",
          [](const UIImage& image, const Values& v) { return brightenWithValue(image, v.number(0)); }},
         {"contrastAdjustmentWithValue",
          "Spreads colours about the middle grey",
-         {{"VALUE", kNumber, "-255 to 255; 0 changes nothing"}},
+         {{"VALUE", kind::kNumber, "-255 to 255; 0 changes nothing"}},
          "40",
          [](const UIImage& image, const Values& v) { return contrastAdjustmentWithValue(image, v.number(0)); }},
         {"gammaCorrectionWithValue",
          "Raises colours to a power",
-         {{"EXPONENT", kNumber, "below 1 brightens, above 1 darkens"}},
+         {{"EXPONENT", kind::kNumber, "below 1 brightens, above 1 darkens"}},
          "0.8",
          [](const UIImage& image, const Values& v) { return gammaCorrectionWithValue(image, v.number(0)); }},
         {"invert", "The negative", {}, "", [](const UIImage& image, const Values&) { return invert(image); }},
         {"opacity",
          "Multiplies alpha",
-         {{"ALPHA", kNumber, "0 clear to 1 unchanged"}},
+         {{"ALPHA", kind::kNumber, "0 clear to 1 unchanged"}},
          "0.5",
          [](const UIImage& image, const Values& v) { return opacity(image, v.number(0)); }},
         {"grayscale", "Shades of grey", {}, "", [](const UIImage& image, const Values&) { return grayscale(image); }},
@@ -189,7 +203,7 @@ std::vector<Operation> convolutions()
     return {
         {"edgeDetectionWithBias",
          "White edges on black",
-         {{"BIAS", ArgumentKind::Whole, "plays no part", "0"}},
+         {{"BIAS", kWhole, "plays no part", 0}},
          "0",
          [](const UIImage& image, const Values& v) { return edgeDetectionWithBias(image, v.whole(0)); }},
         {"embossWithBias",

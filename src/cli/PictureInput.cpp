@@ -1,12 +1,16 @@
 #include "cli/PictureInput.h"
 
-#include "platform/base/Causes.h"
 #include "platform/image/codecs/PictureDecoding.h"
+#include "platform/photos/PhotoLoading.h"
+#include "platform/photos/PhotoSource.h"
 
 #include <cerrno>
+#include <cstddef>
+#include <cstdint>
 #include <cstring>
+#include <future>
 #include <unistd.h>
-#include <vector>
+#include <utility>
 
 namespace lamina {
 
@@ -40,29 +44,45 @@ Result<std::vector<std::uint8_t>> readStandardInput()
     return bytes;
 }
 
-Result<UIImage> decode(const std::string& path, const DecodeOptions& options)
+Result<PhotoSource> sourceOf(const std::string& path)
 {
     if (path != "-")
-        return loadPicture(path, options);
-    const Result<std::vector<std::uint8_t>> bytes = readStandardInput();
+        return PhotoSource{path, nullptr, path};
+    Result<std::vector<std::uint8_t>> bytes = readStandardInput();
     if (!bytes)
         return bytes.error();
-    return decodePicture(*bytes, kStandardInput, options);
+    return PhotoSource::fromBytes(std::move(*bytes), kStandardInput);
 }
 
 } // namespace
 
 Result<UIImage> readPicture(const std::string& path, int shortSide)
 {
+    const Result<PhotoSource> source = sourceOf(path);
+    if (!source)
+        return source.error();
     DecodeOptions options;
     options.shortSide = shortSide;
-    Result<UIImage> picture = decode(path, options);
-    if (!picture)
-        return picture;
-    UIImage upright = picture->upright();
-    if (!upright)
-        return Error{path, cause::kNoMemory};
-    return upright;
+    return loadUpright(*source, options);
+}
+
+Result<std::vector<UIImage>> readPictures(const std::vector<std::string>& paths, int shortSide, ReadingOrder order)
+{
+    // What is deferred is read by the caller when its turn comes; the first one always is.
+    std::vector<std::future<Result<UIImage>>> readers;
+    for (const std::string& path : paths) {
+        const bool elsewhere = order == ReadingOrder::AtOnce && !readers.empty();
+        const std::launch policy = elsewhere ? std::launch::async : std::launch::deferred;
+        readers.push_back(std::async(policy, readPicture, path, shortSide));
+    }
+    std::vector<UIImage> pictures;
+    for (auto& reader : readers) {
+        Result<UIImage> picture = reader.get();
+        if (!picture)
+            return picture.error();
+        pictures.push_back(std::move(*picture));
+    }
+    return pictures;
 }
 
 } // namespace lamina

@@ -1,17 +1,13 @@
 #include "cli/PictureOutput.h"
 
 #include "cli/Messages.h"
+#include "platform/files/FileCauses.h"
 #include "platform/files/FileWriting.h"
 #include "platform/image/codecs/ImageSaving.h"
-#include "platform/image/codecs/PictureEncoding.h"
+#include "platform/image/codecs/PictureFormats.h"
 
-#include <algorithm>
-#include <array>
 #include <cerrno>
-#include <cstring>
-#include <filesystem>
 #include <string_view>
-#include <strings.h>
 #include <unistd.h>
 #include <vector>
 
@@ -21,16 +17,6 @@ namespace {
 
 constexpr const char* kStandardOutput = "standard output";
 
-struct OutputFormat {
-    const char* extension;
-    std::string_view uti;
-};
-constexpr std::array kFormats{
-    OutputFormat{".png", kUTTypePNG},   OutputFormat{".jpg", kUTTypeJPEG}, OutputFormat{".jpeg", kUTTypeJPEG},
-    OutputFormat{".gif", kUTTypeGIF},   OutputFormat{".bmp", kUTTypeBMP},  OutputFormat{".tif", kUTTypeTIFF},
-    OutputFormat{".tiff", kUTTypeTIFF},
-};
-
 Outcome writeStandardOutput(std::span<const std::uint8_t> bytes)
 {
     while (!bytes.empty()) {
@@ -38,28 +24,30 @@ Outcome writeStandardOutput(std::span<const std::uint8_t> bytes)
         if (written < 0 && errno == EINTR)
             continue;
         if (written < 0)
-            return Error{kStandardOutput, std::strerror(errno)};
+            return Error{kStandardOutput, writingFailure(errno)};
         bytes = bytes.subspan(static_cast<std::size_t>(written));
     }
     return std::monostate();
 }
 
 /// The format that the name of a file asks for; null when it asks for none.
-const OutputFormat* formatOf(const std::string& path)
+const PictureFormat* formatOf(const std::string& path)
 {
-    const std::string extension = std::filesystem::path(path).extension().string();
-    const auto found = std::ranges::find_if(
-        kFormats, [&](const OutputFormat& format) { return strcasecmp(extension.c_str(), format.extension) == 0; });
-    return found == kFormats.end() ? nullptr : &*found;
+    const PictureFormat* format = pictureFormatForFileName(path);
+    return format && format->encoder ? format : nullptr;
 }
 
 } // namespace
 
 std::string outputExtensions()
 {
+    std::vector<std::string_view> known;
+    for (const PictureFormat& format : pictureFormats())
+        if (format.encoder)
+            known.insert(known.end(), format.extensions.begin(), format.extensions.end());
     std::string list;
-    for (const OutputFormat& format : kFormats)
-        list += (list.empty() ? "" : &format == &kFormats.back() ? " or " : ", ") + std::string(format.extension);
+    for (const std::string_view& extension : known)
+        list.append(list.empty() ? "." : &extension == &known.back() ? " or ." : ", .").append(extension);
     return list;
 }
 
@@ -74,7 +62,7 @@ Outcome writePicture(const UIImage& picture, const std::string& path)
 {
     if (path == "-" && isatty(STDOUT_FILENO))
         return Error{kStandardOutput, "is a terminal; send the picture to a file or a program"};
-    const OutputFormat* format = formatOf(path);
+    const PictureFormat* format = formatOf(path);
     ImageSavingOptions options;
     options.uti = format ? format->uti : kUTTypePNG;
     const Result<std::vector<std::uint8_t>> file = encodeImage(picture, options, path);

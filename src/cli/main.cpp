@@ -1,4 +1,6 @@
 #include "cli/BlendCommand.h"
+#include "cli/Command.h"
+#include "cli/ExitCode.h"
 #include "cli/FilterCommand.h"
 #include "cli/FiltersCommand.h"
 #include "cli/Interruption.h"
@@ -7,6 +9,7 @@
 
 #include <CLI/CLI.hpp>
 #include <cstdio>
+#include <initializer_list>
 #include <string>
 #include <vector>
 
@@ -54,14 +57,10 @@ int main(int argc, char** argv)
     } catch (const CLI::ParseError& error) {
         return usageError(application, error);
     }
-    if (application.got_subcommand("blend"))
-        return static_cast<int>(blend.run());
-    if (application.got_subcommand("op"))
-        return static_cast<int>(op.run());
-    if (application.got_subcommand("filter"))
-        return static_cast<int>(filter.run());
-    if (application.got_subcommand("filters"))
-        return static_cast<int>(filters.run());
+    for (Command* command : std::initializer_list<Command*>{&blend, &op, &filter, &filters}) {
+        if (command->isChosen())
+            return static_cast<int>(command->run());
+    }
     std::vector<std::string> window;
     if (!screen.empty())
         window.insert(window.end(), {"--screen", screen});

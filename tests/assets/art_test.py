@@ -8,7 +8,8 @@ from pathlib import Path
 
 SOURCE = Path(os.environ["LAMINA_SOURCE"])
 SVG = "{http://www.w3.org/2000/svg}"
-# Every renderer draws these alike. Texts, filters, masks, pictures and scripts it may draw in its own way, or not at all.
+# Every renderer draws these alike. Texts, filters, masks, pictures and scripts it may draw in its own way, or not at
+# all.
 ALLOWED = {
     "svg": {"width", "height", "viewBox", "fill"},
     "g": {"transform", "fill-opacity"},

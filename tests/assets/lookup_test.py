@@ -67,8 +67,8 @@ class LookupTables(unittest.TestCase):
     def test_smooth_along_every_axis(self):
         for name in GRADINGS:
             table = entries(name)
-            for axis, channel in enumerate(("red", "green", "blue")):
-                with self.subTest(name, channel=channel):
+            for axis in range(3):
+                with self.subTest(name, axis=axis):
                     self.assertLessEqual(np.abs(np.diff(table, axis=axis)).max(), GREATEST_STEP)
                     # More light in never gives less light out, but for the rounding of three channels.
                     self.assertGreaterEqual(np.diff(table @ LUMA, axis=axis).min(), -1)
@@ -83,26 +83,15 @@ class LookupTables(unittest.TestCase):
                 self.assertGreaterEqual(ramp[63].min(), 240)
                 self.assertLessEqual(np.ptp(ramp[63]), 10)
 
-    def test_each_has_the_character_it_is_named_for(self):
-        for name in GRADINGS:
-            with self.subTest(name):
-                self.assertGreater(np.abs(entries(name) - entries(IDENTITY)).mean(), 5)
-        middle = {name: greys(name)[32] for name in GRADINGS}
-        self.assertGreater(middle["lookup_amatorka.png"][0] - middle["lookup_amatorka.png"][2], 15)
-        self.assertGreater(middle["lookup_miss_etikate.png"][2] - middle["lookup_miss_etikate.png"][0], 15)
-        first, second = (greys(f"lookup_soft_elegance_{i}.png") for i in (1, 2))
-        both = np.interp(first @ LUMA, np.linspace(0, 255, 64), second @ LUMA)
-        self.assertLess(both[56] - both[8], 0.9 * 255 * 48 / 63)
-
     def test_skin_stays_skin(self):
         """Deep, middle and light: red above green above blue, and no darker than a fifth."""
+        skins = np.array([(59, 34, 25), (115, 82, 68), (194, 150, 130), (243, 215, 196)])
         for name in GRADINGS:
-            for skin in ((59, 34, 25), (115, 82, 68), (194, 150, 130), (243, 215, 196)):
-                with self.subTest(name, skin=skin):
-                    result = entries(name)[tuple(round(63 * value / 255) for value in skin)]
-                    self.assertGreaterEqual(result[0], result[1] + 4)
-                    self.assertGreaterEqual(result[1], result[2])
-                    self.assertGreater(result @ LUMA, 0.8 * (skin @ LUMA))
+            with self.subTest(name):
+                result = entries(name)[tuple(np.rint(63 * skins / 255).astype(int).T)]
+                self.assertGreaterEqual((result[:, 0] - result[:, 1]).min(), 4)
+                self.assertGreaterEqual((result[:, 1] - result[:, 2]).min(), 0)
+                self.assertGreater((result @ LUMA - 0.8 * (skins @ LUMA)).min(), 0)
 
 
 if __name__ == "__main__":

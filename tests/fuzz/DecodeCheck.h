@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/image/codecs/PictureFormat_p.h"
+#include "platform/image/codecs/PictureDecoder_p.h"
 
 #include <cstdint>
 #include <span>
@@ -14,11 +14,11 @@ inline constexpr std::size_t kFuzzMemoryLimit = std::size_t{32} << 20;
 /// What is wrong with the outcome of a decoder, whatever the file was; empty when nothing is: a failure must name its
 /// cause, a picture must have a sound layout of at most `kFuzzMemoryLimit` bytes, all of them
 /// readable, and say of its alpha what is true.
-inline std::string faultOf(const Decoded& decoded)
+inline std::string faultOf(const Result<UIImage>& decoded)
 {
-    if (const auto* cause = std::get_if<std::string>(&decoded))
-        return cause->empty() ? "a failure without a cause" : "";
-    const CGImage& image = std::get<UIImage>(decoded).cgImage();
+    if (!decoded)
+        return decoded.error().cause.empty() ? "a failure without a cause" : "";
+    const CGImage& image = decoded->cgImage();
     if (!image)
         return "neither a picture nor a cause";
     if (image.bitsPerComponent() != 8 || image.bitsPerPixel() != 32 ||

@@ -86,16 +86,16 @@ class Collector(unittest.TestCase):
                 self.assertIn("a.cpp:2: ", run.stderr)
                 self.assertFalse(self.template.exists())
 
-    def test_a_look_up_of_texts_that_nobody_marked_is_noted(self):
+    def test_a_look_up_of_texts_that_are_not_marked_is_noted(self):
         run = self.collect(a_cpp='std::string localizedString(std::string_view key);\nx = localizedString(kNames[n]);')
         self.assertEqual(run.returncode, 0)
         self.assertRegex(run.stderr, r"^note: .*a\.cpp:2: looks up no literal.*\n$")
 
     def test_a_cause_of_failure_is_a_text_but_not_the_commands(self):
         code = 'return Error{path, "is a folder"};\nreturn "no such file";\nreturn "rb";\nreturn "Adobe RGB";'
-        for room in ("platform/image/codecs", "platform/photos", "cli"):
-            (self.sources / room).mkdir(parents=True)
-            (self.sources / room / "a.cpp").write_text(code.replace("folder", room.split("/")[-1]), encoding="utf-8")
+        for module in ("platform/image/codecs", "platform/photos", "cli"):
+            (self.sources / module).mkdir(parents=True)
+            (self.sources / module / "a.cpp").write_text(code.replace("folder", module.split("/")[-1]), encoding="utf-8")
         self.assertEqual(self.collect().returncode, 0)
         self.assertEqual([source for source, *_ in messages(self.template)], ["is a codecs", "is a photos", "no such file"])
 

@@ -36,7 +36,7 @@ void enterPrivateBus(char** arguments)
     ::setenv(kMark, "1", 1);
     ::execvp(runner.c_str(), words.data());
     std::perror("dbus-run-session");
-    std::exit(1); // without a bus of their own the tests would meet the person's
+    std::exit(1); // without a bus of their own the tests would meet the user's
 }
 
 ExtraBus::ExtraBus()

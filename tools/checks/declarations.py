@@ -114,7 +114,7 @@ class Reader:
         return False
 
     def open_type(self, begin, head, kind):
-        self.add("type", kind[2].split("::")[-1], begin, head)
+        self.add("type", kind[2], begin, head)
         if kind[1].startswith("enum"):
             self.skip()
             return False
@@ -146,13 +146,13 @@ class Reader:
             self.add("variable", name[1], begin, head)
 
     def add(self, kind, name, begin, head, body=None, end=None, is_definition=True):
-        classes = tuple(scope.name for scope in self.scopes if scope.kind == "class")
+        classes = tuple(scope.name for scope in self.scopes if scope.kind == "class") + tuple(name.split("::")[:-1])
         access = next((s.access for s in self.scopes[::-1] if s.kind == "class" and s.access != "public"), "public")
         if any(scope.kind == "namespace" and scope.name == "namespace" for scope in self.scopes):
             access = "private"  # of the file alone
         line = self.code.count("\n", 0, begin) + 1
         last = self.code.count("\n", 0, self.at if end is None else end) + 1
-        self.found.append(Declaration(kind, name, line, classes, access, head, body, last, is_definition))
+        self.found.append(Declaration(kind, name.split("::")[-1], line, classes, access, head, body, last, is_definition))
 
 
 def outside_parentheses(text):

@@ -1,4 +1,4 @@
-"""Finds the texts that sources show to a person: literals given to the look-up calls, in C++, QML and JavaScript."""
+"""Finds the texts that sources show to the user: literals given to the look-up calls, in C++, QML and JavaScript."""
 
 import re
 from dataclasses import dataclass
@@ -115,16 +115,17 @@ def is_call(stream, i):
     return called and (i == 0 or stream[i - 1].kind != "word" or stream[i - 1].value in ("return", "else", "case"))
 
 
-def causes(stream, rooms_own):
-    """The causes of failure, which an alert looks up when it tells of them: the last literal of an `Error{subject, "cause"}`.
+def causes(stream, bare_phrases):
+    """The causes of failure, which an alert looks up when it tells of them: the last literal of an `Error{subject,
+    "cause"}`.
 
-    `rooms_own`: the sources are a room that knows no look-up and speaks to nobody; there a phrase that is returned, or kept
-    as a constant, is a cause as well."""
+    `bare_phrases`: the sources are of a module that knows no look-up and shows nothing; there a phrase that is
+    returned, or kept as a constant, is a cause as well."""
     found = set()
     for i, token in enumerate(stream[:-1]):
         if token.kind == "word" and token.value == "Error" and stream[i + 1].value == "{":
             found |= {Text(text) for text in texts_of(arguments(stream, i + 1)[-1])}
-        elif rooms_own and token.value in ("return", "=") and token.kind != "string":
+        elif bare_phrases and token.value in ("return", "=") and token.kind != "string":
             if stream[i + 1].kind == "string" and re.fullmatch(r"[a-z][\w']*( [\w']+)+", stream[i + 1].value):
                 found.add(Text(stream[i + 1].value))
     return found
@@ -146,15 +147,15 @@ def text_of_call(stream, i, name):
     return others[0], others[1:]
 
 
-def collect(code, name, room=""):
+def collect(code, name, module=""):
     """The texts in `code`, and the lines of calls that look up what is no literal while no table in the file is marked.
 
-    Raises SourceError for a call that could never find its translation. `name` is the file's, for messages; `room` its
-    folder below src/: the command's messages stay English, so that scripts can rely on them, and with them those of the
-    filter graph: a screen says in words of its own that a filter gave no picture."""
+    Raises SourceError for a call that could never find its translation. `name` is the file's, for messages; `module`
+    its folder below src/: the command's messages stay English, so that scripts can rely on them, and with them those of
+    the filter graph: a screen says in words of its own that a filter gave no picture."""
     stream, unknown = tokens(code), []
-    stays_english = room == "cli" or room == "platform/gl" or room.startswith("gpu/")
-    texts = set() if stays_english else causes(stream, room.startswith(("platform/image", "platform/files")))
+    stays_english = module == "cli" or module == "platform/gl" or module.startswith("gpu/")
+    texts = set() if stays_english else causes(stream, module.startswith(("platform/image", "platform/files")))
     if str(name).endswith("base/Causes.h"):
         texts |= {Text(token.value) for token in stream if token.kind == "string"}
     for i, token in enumerate(stream[:-1]):

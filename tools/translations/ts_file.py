@@ -1,4 +1,5 @@
-"""Reads and writes Qt's translation files: one context, sorted, and nothing in them that moves when a source is edited."""
+"""Reads and writes Qt's translation files: one context, sorted, and nothing in them that moves when a source is
+edited."""
 
 import xml.etree.ElementTree as ET
 
@@ -28,7 +29,8 @@ def translation(text, forms, state):
 
 
 def written(texts, known=None, language=None):
-    """A whole file for `texts`. `known` gives what is translated already: {Text: (forms, state)}; the rest is unfinished."""
+    """A whole file for `texts`. `known` gives what is translated already: {Text: (forms, state)}; the rest is
+    unfinished."""
     target = f' language="{language}"' if language else ""
     lines = [f'<TS version="2.1" sourcelanguage="en"{target}>', "<context>", f"    <name>{CONTEXT}</name>"]
     for text in sorted(texts):

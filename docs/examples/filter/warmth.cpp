@@ -74,7 +74,7 @@ Result<std::shared_ptr<GPUImageStage>> makeWarmthFilter(const char* warmth)
     FilterSettings settings;
     if (warmth) {
         const FilterProperty& property = *description.property("warmth");
-        const Result<FilterValue> value = parseFilterValue(warmth, property.fallback);
+        const Result<TypedValue> value = parseValue(warmth, kindOf(property.fallback));
         if (!value)
             return value.error();
         settings.emplace_back(property.name, *value);

@@ -21,4 +21,12 @@ bool looksAlike(const BlendComposition& one, const BlendComposition& other)
                       [](const BlendPhoto& a, const BlendPhoto& b) { return looksAlike(a, b); });
 }
 
+std::size_t byteCount(const BlendComposition& composition, PictureMemory& counted)
+{
+    std::size_t bytes = counted.add(composition.applyFxOnImage1) + counted.add(composition.applyFxOnImage2);
+    for (const BlendPhoto& photo : composition.photos)
+        bytes += counted.add(photo.actualImage) + counted.add(photo.image);
+    return bytes;
+}
+
 } // namespace lamina

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "editors/blend/PickedImages.h"
+#include "editors/common/PictureMemory.h"
 #include "platform/base/CGAffineTransform.h"
 #include "platform/base/UIColor.h"
 #include "platform/image/pixels/UIImage.h"
@@ -23,7 +24,7 @@ struct BlendPhoto {
     double alpha = kBlendPhotoAlpha;
 };
 
-/// All that a person has done to a blend: a small value (pictures share their pixels) from which the view tree can be
+/// All that the user has done to a blend: a small value (pictures share their pixels) from which the view tree can be
 /// built again at any time.
 struct BlendComposition {
     /// `photos[0]` is the first photo.
@@ -59,5 +60,8 @@ struct BlendComposition {
 /// Whether both give the same picture: the same photos (in memory), transforms, alphas, order and backdrop. A clear
 /// backdrop shows the white paper, so it counts as white. Selection, modes and snapshots don't show.
 bool looksAlike(const BlendComposition& one, const BlendComposition& other);
+
+/// Bytes of the composition's pictures, snapshots included, that are not `counted` yet.
+std::size_t byteCount(const BlendComposition& composition, PictureMemory& counted);
 
 } // namespace lamina

@@ -1,7 +1,9 @@
 #include "editors/blend/BlendPhotoViewController.h"
 
-#include "editors/blend/BlendToolList.h"
+#include "editors/blend/BlendTools.h"
+#include "editors/common/EditorNotifications.h"
 #include "platform/base/Localization.h"
+#include "platform/base/NotificationCenter.h"
 #include "platform/base/UIScreen.h"
 #include "platform/view/UIAlertController.h"
 
@@ -25,33 +27,57 @@ std::shared_ptr<View> makeSquareView(double side)
 } // namespace
 
 BlendPhotoViewController::BlendPhotoViewController()
-    : m_tools(blendToolList(m_toolBar))
+    : CompositionEditor(kBlendTools, blendtool::kPan)
 {
+    setToolAction(blendtool::kReset, [this] { resetBtn(); });
+    setToolAction(blendtool::kPan, [this] { panBtn(); });
+    watchProperties();
 }
 
 BlendPhotoViewController::~BlendPhotoViewController() = default;
+
+void BlendPhotoViewController::watchProperties()
+{
+    watch(
+        [this] {
+            return std::array{photo1Selected(), photo2Selected(), panBool(), photo2OnTop()};
+        },
+        [this] { emit selectionChanged(); });
+    const auto areIdentical = [](const std::array<UIImage, 2>& some, const std::array<UIImage, 2>& others) {
+        return some[0].isIdenticalTo(others[0]) && some[1].isIdenticalTo(others[1]);
+    };
+    watch(
+        [this] {
+            return std::array{composition().photos[kFirst].image, composition().photos[kSecond].image};
+        },
+        [this] { emit picturesChanged(); }, areIdentical);
+}
 
 void BlendPhotoViewController::viewDidLoad()
 {
     UIViewController::viewDidLoad();
     m_side = UIScreen::main().bounds.width;
-    m_toolSpacing = blendToolSpacing(m_side);
+    m_toolSpacing = lamina::toolSpacing(m_side, kBlendToolSpaces);
     // White paper under the stack: a clear canvas looks as it will be exported.
     m_baseView = makeSquareView<UIView>(m_side);
     m_baseView->setBackgroundColor(UIColor::white());
     view().addSubview(m_baseView);
-
-    m_composition = {};
-    m_composition.photos[kFirst].actualImage = firstPickedImage;
-    m_composition.photos[kFirst].crop = firstPickedCrop;
-    m_composition.photos[kSecond].actualImage = secondPickedImage;
-    m_composition.photos[kSecond].crop = secondPickedCrop;
-    m_composition.photo2Selected = true;
+    takePickedPhotos();
     m_stickerHandleTag = kFirstStickerTag;
     m_stickerTags.clear();
     createLayout();
-    m_history.start(m_composition);
-    tell();
+    open();
+}
+
+void BlendPhotoViewController::takePickedPhotos()
+{
+    BlendComposition& composition = editedComposition();
+    composition = {};
+    composition.photos[kFirst].actualImage = firstPickedImage;
+    composition.photos[kFirst].crop = firstPickedCrop;
+    composition.photos[kSecond].actualImage = secondPickedImage;
+    composition.photos[kSecond].crop = secondPickedCrop;
+    composition.photo2Selected = true;
 }
 
 std::shared_ptr<UIView> BlendPhotoViewController::canvasView()
@@ -62,14 +88,15 @@ std::shared_ptr<UIView> BlendPhotoViewController::canvasView()
 
 void BlendPhotoViewController::createLayout()
 {
-    for (BlendPhoto& photo : m_composition.photos) {
+    BlendComposition& composition = editedComposition();
+    for (BlendPhoto& photo : composition.photos) {
         photo.image = photo.actualImage;
         photo.transform = {};
         photo.alpha = kBlendPhotoAlpha;
     }
-    m_composition.bringToFront(kFirst);
-    m_composition.current = kSecond;
-    m_composition.backdrop.reset();
+    composition.bringToFront(kFirst);
+    composition.current = kSecond;
+    composition.backdrop.reset();
     buildTree();
     enterMoveMode();
 }
@@ -82,55 +109,75 @@ void BlendPhotoViewController::buildTree()
     m_saveTheImg = makeSquareView<UIView>(m_side);
     m_mainImgView = makeSquareView<UIImageView>(m_side);
     m_mainImgView->setContentMode(UIViewContentMode::ScaleAspectFill);
-    m_mainImgView->setBackgroundColor(m_composition.backdrop);
+    m_mainImgView->setBackgroundColor(composition().backdrop);
+    m_mainImgView->setUserInteractionEnabled(true);
     m_baseView->addSubview(m_saveTheImg);
     m_saveTheImg->addSubview(m_mainImgView);
 
-    for (const std::size_t index : m_composition.order) {
-        const BlendPhoto& photo = m_composition.photos[index];
-        auto view = std::make_shared<UIImageView>(CGRect{0, 0, m_side, m_side});
-        view->setContentMode(UIViewContentMode::ScaleAspectFill);
-        view->setImage(photo.image);
-        view->setAlpha(photo.alpha);
-        view->setTransform(photo.transform);
-        m_mainImgView->addSubview(view);
-        m_imgViews[index] = std::move(view);
+    for (const std::size_t index : composition().order) {
+        m_imgViews[index] = makePhotoView(composition().photos[index]);
+        m_mainImgView->addSubview(m_imgViews[index]);
     }
-    if (m_composition.panBool) {
-        m_mainImgView->setUserInteractionEnabled(true);
+    if (panBool())
         addGesture(currentImageView());
-    }
+}
+
+std::shared_ptr<UIImageView> BlendPhotoViewController::makePhotoView(const BlendPhoto& photo) const
+{
+    auto view = std::make_shared<UIImageView>(CGRect{0, 0, m_side, m_side});
+    view->setContentMode(UIViewContentMode::ScaleAspectFill);
+    view->setUserInteractionEnabled(true);
+    view->setImage(photo.image);
+    view->setAlpha(photo.alpha);
+    view->setTransform(photo.transform);
+    return view;
+}
+
+void BlendPhotoViewController::showComposition()
+{
+    buildTree();
+    if (!panBool())
+        return;
+    hidePanels();
+    editedToolBar().clearBackgrounds();
+    editedToolBar().setActiveTool(blendtool::kPan);
 }
 
 void BlendPhotoViewController::photo1()
 {
-    cancelGestures();
-    const bool was = m_composition.photo1Selected;
-    m_composition.photo1Selected = !was;
-    m_composition.photo2Selected = was;
-    if (m_composition.panBool) {
-        panBtnFunc();
-        m_composition.photo1Selected = false;
-        showNotMovableAlert();
-    }
-    m_composition.opacityBool = m_composition.brightBool = m_composition.contrastBool = false;
-    m_history.record(m_composition);
-    tell();
+    act([this] {
+        BlendComposition& composition = editedComposition();
+        const bool was = composition.photo1Selected;
+        composition.photo1Selected = !was;
+        composition.photo2Selected = was;
+        if (panBool()) {
+            panBtnFunc();
+            composition.photo1Selected = false;
+            showNotMovableAlert();
+        }
+        forgetSnapshots();
+    });
 }
 
 void BlendPhotoViewController::photo2()
 {
-    cancelGestures();
-    m_composition.photo1Selected = m_composition.photo2Selected;
-    m_composition.photo2Selected = !m_composition.photo2Selected;
-    if (m_composition.panBool) {
-        panBtnFunc();
-        m_composition.photo1Selected = false;
-        m_composition.photo2Selected = true;
-    }
-    m_composition.opacityBool = m_composition.brightBool = m_composition.contrastBool = false;
-    m_history.record(m_composition);
-    tell();
+    act([this] {
+        BlendComposition& composition = editedComposition();
+        composition.photo1Selected = composition.photo2Selected;
+        composition.photo2Selected = !composition.photo2Selected;
+        if (panBool()) {
+            panBtnFunc();
+            composition.photo1Selected = false;
+            composition.photo2Selected = true;
+        }
+        forgetSnapshots();
+    });
+}
+
+void BlendPhotoViewController::forgetSnapshots()
+{
+    BlendComposition& composition = editedComposition();
+    composition.opacityBool = composition.brightBool = composition.contrastBool = false;
 }
 
 void BlendPhotoViewController::showNotMovableAlert()
@@ -142,47 +189,81 @@ void BlendPhotoViewController::showNotMovableAlert()
 
 void BlendPhotoViewController::resetBtn()
 {
-    cancelGestures();
-    m_composition.panBool = false;
-    createLayout();
-    m_toolBar.setActiveTool(BlendTool::Reset);
-    hidePanels();
-    m_history.record(m_composition);
-    tell();
+    act([this] {
+        editedComposition().panBool = false;
+        createLayout();
+        editedToolBar().setActiveTool(blendtool::kReset);
+        hidePanels();
+    });
 }
 
 void BlendPhotoViewController::panBtn()
 {
-    cancelGestures();
-    enterMoveMode();
-    m_history.record(m_composition); // another photo may lie on top now
-    tell();
+    act([this] { enterMoveMode(); }); // a step too where another photo lies on top now
 }
 
 void BlendPhotoViewController::enterMoveMode()
 {
     for (UIImageView* view : {&imgView1(), &imgView2(), &mainImgView()})
         view->setUserInteractionEnabled(true);
-    m_composition.panBool = true;
+    editedComposition().panBool = true;
     hidePanels();
-    m_composition.photo1Selected = false;
-    m_composition.photo2Selected = true;
-    m_toolBar.setActiveTool(BlendTool::Pan);
+    editedComposition().photo1Selected = false;
+    editedComposition().photo2Selected = true;
+    editedToolBar().setActiveTool(blendtool::kPan);
     panBtnFunc();
 }
 
 void BlendPhotoViewController::panBtnFunc()
 {
-    if (!m_composition.toolBool)
+    BlendComposition& composition = editedComposition();
+    if (!composition.toolBool)
         m_panels.toolSubViewTopConst = kHiddenToolStrip;
     currentImageView().removeAllGestureRecognizers();
-    if (m_composition.photo2Selected && !m_composition.photo1Selected) {
-        m_composition.current = kSecond;
-        m_composition.bringToFront(kSecond);
+    if (composition.photo2Selected && !composition.photo1Selected) {
+        composition.current = kSecond;
+        composition.bringToFront(kSecond);
         m_mainImgView->bringSubviewToFront(imgView2());
     }
     addGesture(currentImageView());
     bringStickersToFront();
+}
+
+void BlendPhotoViewController::addGesture(UIImageView& view)
+{
+    view.setUserInteractionEnabled(true);
+    attachGesture(view, &BlendPhotoViewController::handlePan1);
+    attachGesture(view, &BlendPhotoViewController::pinch);
+}
+
+UIView* BlendPhotoViewController::gestureView() const
+{
+    return panBool() ? &currentImageView() : nullptr;
+}
+
+void BlendPhotoViewController::panPhoto(UIView& view, CGPoint by)
+{
+    transformPhoto(view, view.transform().translated(by.x, by.y)); // a zoomed photo goes further
+}
+
+void BlendPhotoViewController::transformPhoto(UIView& view, const CGAffineTransform& transform)
+{
+    const std::optional<std::size_t> photo = photoOf(&view);
+    // A photo of no size could not be zoomed or even touched again.
+    if (!photo || !transform.inverted())
+        return;
+    editedComposition().photos[*photo].transform = transform;
+    view.setTransform(transform);
+    tellGesture();
+}
+
+std::optional<std::size_t> BlendPhotoViewController::photoOf(const UIView* view) const
+{
+    for (const std::size_t index : {kFirst, kSecond}) {
+        if (view != nullptr && view == m_imgViews[index].get())
+            return index;
+    }
+    return std::nullopt;
 }
 
 void BlendPhotoViewController::hidePanels()
@@ -199,6 +280,26 @@ void BlendPhotoViewController::bringStickersToFront()
         if (UIView* sticker = view().viewWithTag(tag))
             m_mainImgView->bringSubviewToFront(*sticker);
     }
+}
+
+void BlendPhotoViewController::prepareExport()
+{
+    editedComposition().backdrop = UIColor::white();
+    m_mainImgView->setBackgroundColor(composition().backdrop);
+    amendRecorded([](BlendComposition& recorded) { recorded.backdrop = UIColor::white(); });
+}
+
+void BlendPhotoViewController::backBtn()
+{
+    askToDiscard([this] {
+        NotificationCenter::defaultCenter().post(kDismissEditorsNotification, this);
+        clearPickedImages();
+    });
+}
+
+void BlendPhotoViewController::shareBtn()
+{
+    savePicture();
 }
 
 } // namespace lamina

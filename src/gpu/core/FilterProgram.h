@@ -1,6 +1,7 @@
 #pragma once
 
 #include "gpu/core/GLProgram.h"
+#include "platform/gl/GLHeaders.h"
 
 #include <array>
 #include <functional>
@@ -38,6 +39,7 @@ public:
     using Block = std::function<void()>;
     /// Runs the block now and at every `restore`, in the place of the former one of this location.
     void setAndExecute(GLint uniform, Block block);
+    /// Sets all values again.
     void restore() const;
 
 private:

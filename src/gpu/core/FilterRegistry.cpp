@@ -1,8 +1,17 @@
 #include "gpu/core/FilterRegistry.h"
 
 #include <algorithm>
+#include <cctype>
 
 namespace lamina {
+
+std::string FilterProperty::selector() const
+{
+    if (!set || name.empty())
+        return {};
+    const char initial = static_cast<char>(std::toupper(static_cast<unsigned char>(name.front())));
+    return "set" + std::string(1, initial) + name.substr(1) + ":";
+}
 
 const FilterProperty* FilterDescription::property(std::string_view name) const
 {
@@ -29,7 +38,7 @@ Result<std::shared_ptr<GPUImageStage>> makeFilter(const FilterDescription& descr
         if (!property)
             return Error{name, description.className + " has no such property"};
         if (property->fallback.index() != value.index())
-            return Error{name, "expected " + std::string(filterValueSyntax(property->fallback))};
+            return Error{name, "expected " + std::string(kindOf(property->fallback).syntax)};
     }
     std::shared_ptr<GPUImageStage> filter = description.make(settings);
     for (const auto& [name, value] : settings) {

@@ -1,10 +1,9 @@
 #pragma once
 
-#include "gpu/core/FilterValue.h"
 #include "gpu/core/GPUImageStage.h"
+#include "gpu/core/TypedValue.h"
 
 #include <functional>
-#include <limits>
 #include <map>
 #include <memory>
 #include <span>
@@ -16,33 +15,31 @@
 
 namespace lamina {
 
-/// The values that are useful for a property, each component of it. Advice for sliders and help: setters take others
-/// too, and say what they make of them.
-struct FilterRange {
-    double minimum = -std::numeric_limits<double>::infinity();
-    double maximum = std::numeric_limits<double>::infinity();
-};
-
 /// Something to set on a filter.
 struct FilterProperty {
-    std::string name;     ///< as in the setter: "intensity" for `setIntensity`
-    FilterValue fallback; ///< what a new filter has, and thereby the type
-    FilterRange range;
+    std::string name;    ///< as in the setter: "intensity" for `setIntensity`
+    TypedValue fallback; ///< what a new filter has, and thereby the type
+    /// The values that are useful, for each component. Advice for sliders and help: setters take others too, and say
+    /// what they make of them.
+    ValueRange range;
     std::string unit; ///< "pixels", "degrees", "share of the width" ...; empty where there is none
     std::string help; ///< one line, without a full stop
     /// Empty for a value that is given when the filter is made: see `FilterDescription::make`.
-    std::function<void(GPUImageStage& filter, const FilterValue& value)> set;
+    std::function<void(GPUImageStage& filter, const TypedValue& value)> set;
+
+    /// How a pipeline names the setter: "setIntensity:" for "intensity"; empty where there is none.
+    std::string selector() const;
 };
 
 /// A setter of several arguments that pipelines may name, "setColorRed:green:blue:".
 struct FilterSelector {
     std::string name;
-    std::vector<FilterValue> arguments; ///< examples of the types
-    std::function<void(GPUImageStage& filter, std::span<const FilterValue> values)> call;
+    std::vector<TypedValue> arguments; ///< examples of the types
+    std::function<void(GPUImageStage& filter, std::span<const TypedValue> values)> call;
 };
 
 /// Values by the names of properties, in the order in which they are set.
-using FilterSettings = std::vector<std::pair<std::string, FilterValue>>;
+using FilterSettings = std::vector<std::pair<std::string, TypedValue>>;
 
 /// All that parsing, help, listings and pages need to know of a filter.
 struct FilterDescription {
@@ -65,7 +62,7 @@ public:
     void add(FilterDescription description);
     /// Null when there is none of this class.
     const FilterDescription* find(std::string_view className) const;
-    /// By class name.
+    /// All descriptions, sorted by class name.
     const std::map<std::string, FilterDescription, std::less<>>& all() const { return m_filters; }
 
 private:
@@ -76,9 +73,9 @@ private:
 /// another type.
 Result<std::shared_ptr<GPUImageStage>> makeFilter(const FilterDescription& description, const FilterSettings& settings);
 
-/// The type by which a setter's argument is known to the registry.
+/// The alternative of `TypedValue` that holds a setter's argument: any whole number is an `int`, any other a `float`.
 template <class Argument>
-using FilterValueOf =
+using SetterValue =
     std::conditional_t<std::is_same_v<Argument, bool>, bool,
                        std::conditional_t<std::is_integral_v<Argument>, int,
                                           std::conditional_t<std::is_floating_point_v<Argument>, float, Argument>>>;
@@ -88,17 +85,17 @@ using FilterValueOf =
 ///   filterProperty("intensity", &GPUImageSepiaFilter::setIntensity, 1.0F, {0, 1}, "", "Share of the tinted picture")
 template <class Filter, class Argument>
 FilterProperty filterProperty(std::string name, void (Filter::*setter)(Argument),
-                              FilterValueOf<std::remove_cvref_t<Argument>> fallback, FilterRange range,
-                              std::string unit, std::string help)
+                              SetterValue<std::remove_cvref_t<Argument>> fallback, ValueRange range, std::string unit,
+                              std::string help)
 {
     using Plain = std::remove_cvref_t<Argument>;
     return {std::move(name),
-            FilterValue(std::move(fallback)),
+            TypedValue(std::move(fallback)),
             range,
             std::move(unit),
             std::move(help),
-            [setter](GPUImageStage& stage, const FilterValue& value) {
-                (dynamic_cast<Filter&>(stage).*setter)(static_cast<Plain>(std::get<FilterValueOf<Plain>>(value)));
+            [setter](GPUImageStage& stage, const TypedValue& value) {
+                (dynamic_cast<Filter&>(stage).*setter)(static_cast<Plain>(std::get<SetterValue<Plain>>(value)));
             }};
 }
 

@@ -19,6 +19,7 @@ inline bool mayCallGL()
 /// debug builds asks after draws.
 void checkGL(const char* work);
 
+/// `checkGL` in debug builds, nothing in others.
 inline void checkDraw([[maybe_unused]] const char* work)
 {
 #ifndef NDEBUG

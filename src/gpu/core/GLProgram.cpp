@@ -2,24 +2,14 @@
 
 #include "gpu/core/FilterProgram.h"
 #include "gpu/core/GLErrors.h"
+#include "gpu/core/VideoProcessingQueue.h"
 #include "platform/base/Log.h"
 
 #include <algorithm>
 #include <array>
+#include <cstddef>
 
 namespace lamina {
-
-void checkGL(const char* work)
-{
-    // A lost context would go on complaining for ever.
-    constexpr int kMostMessages = 8;
-    for (int i = 0; i < kMostMessages; ++i) {
-        const GLenum error = glGetError();
-        if (error == GL_NO_ERROR)
-            return;
-        logError("GL error " + std::to_string(error) + " after " + work);
-    }
-}
 
 namespace {
 

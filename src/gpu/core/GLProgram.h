@@ -21,9 +21,10 @@ public:
 
     /// Compiles both. A failure is logged ("Failed to compile vertex shader") and shows again when `link` fails.
     GLProgram(const std::string& vertexShader, const std::string& fragmentShader);
-    /// With texts from files: paths without the extensions "vsh" and "fsh".
+    /// With the fragment shader from a file: its path without the extension "fsh".
     static std::shared_ptr<GLProgram> makeWithVertexShaderString(const std::string& vertexShader,
                                                                  const std::string& fragmentShaderFilename);
+    /// With both from files; the vertex shader's extension is "vsh".
     static std::shared_ptr<GLProgram> makeWithVertexShaderFilename(const std::string& vertexShaderFilename,
                                                                    const std::string& fragmentShaderFilename);
     ~GLProgram();
@@ -39,6 +40,8 @@ public:
 
     /// False when it can't be linked; the shaders stay for another try.
     bool link();
+    /// Makes it GL's program for the draws to come. `GPUImageContext::setActiveShaderProgram` spares it where it is
+    /// already.
     void use() const;
     /// Asks the driver what it thinks of the program in the present state; see `programLog`.
     void validate();

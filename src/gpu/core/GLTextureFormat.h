@@ -3,7 +3,6 @@
 #include "gpu/core/GPUTextureOptions.h"
 #include "platform/gl/GLHeaders.h"
 
-#include <cstddef>
 #include <cstdint>
 #include <span>
 

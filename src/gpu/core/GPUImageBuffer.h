@@ -1,8 +1,12 @@
 #pragma once
 
+#include "gpu/core/FilterProgram.h"
 #include "gpu/core/GPUImageFilter.h"
+#include "gpu/core/GPUImageFramebuffer.h"
+#include "platform/base/CMTime.h"
 
 #include <deque>
+#include <memory>
 
 namespace lamina {
 

@@ -1,15 +1,17 @@
 #include "gpu/core/GPUImageContext.h"
 
-#include "gpu/core/GLErrors.h"
+#include "gpu/core/VideoProcessingQueue.h"
 #include "platform/base/Log.h"
+#include "platform/base/MemoryWarning.h"
+#include "platform/gl/GLHeaders.h"
 
 #include <algorithm>
 #include <atomic>
 #include <cassert>
-#include <cstdint>
 #include <mutex>
 #include <set>
 #include <sstream>
+#include <variant>
 
 namespace lamina {
 
@@ -59,6 +61,8 @@ std::atomic<int> s_textureLimit{0};
 GPUImageContext::GPUImageContext()
     : m_contextQueue(std::make_unique<DispatchQueue>("com.vx.GPUImage.openGLESContextQueue"))
     , m_framebufferCache(std::make_unique<GPUImageFramebufferCache>())
+    , m_memoryWarningObserver(NotificationCenter::defaultCenter().addObserver(
+          UIApplicationDidReceiveMemoryWarningNotification, [this](const Notification&) { purgeIdlePrograms(); }))
 {
     m_contextQueue->setSpecific(contextKey(), this);
     m_contextQueue->forbidWaitingForMain();
@@ -66,10 +70,11 @@ GPUImageContext::GPUImageContext()
 
 GPUImageContext::~GPUImageContext()
 {
+    m_memoryWarningObserver.remove();
     // Programs go while their context is current, and that is on the queue.
     m_contextQueue->sync([this] {
         m_currentShaderProgram.reset();
-        m_shaderProgramCache.clear();
+        m_programCache.purgeIdlePrograms();
         m_context.reset();
     });
 }
@@ -203,14 +208,16 @@ std::shared_ptr<GLProgram> GPUImageContext::programForVertexShaderString(const s
                                                                          const std::string& fragmentShader)
 {
     assert(isOnVideoProcessingQueue());
-    std::string key = "V: " + vertexShader + " - F: " + fragmentShader;
-    const auto known = m_shaderProgramCache.find(key);
-    if (known != m_shaderProgramCache.end())
-        return known->second;
     useAsCurrentContext(); // a program made without one would be kept as one that never links
-    auto program = std::make_shared<GLProgram>(vertexShader, fragmentShader);
-    m_shaderProgramCache.emplace(std::move(key), program);
-    return program;
+    return m_programCache.programForShaders(vertexShader, fragmentShader);
+}
+
+void GPUImageContext::purgeIdlePrograms()
+{
+    m_contextQueue->async([this] {
+        if (m_context && useAsCurrentContext())
+            m_programCache.purgeIdlePrograms();
+    });
 }
 
 void GPUImageContext::useSharegroup(std::shared_ptr<EAGLSharegroup> sharegroup)

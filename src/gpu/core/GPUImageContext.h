@@ -1,17 +1,20 @@
 #pragma once
 
 #include "gpu/core/GLProgram.h"
+#include "gpu/core/GLProgramCache.h"
 #include "gpu/core/GPUImageFramebufferCache.h"
 #include "gpu/core/VideoProcessingQueue.h"
 #include "platform/base/CGGeometry.h"
+#include "platform/base/DispatchQueue.h"
+#include "platform/base/NotificationCenter.h"
 #include "platform/base/Result.h"
 #include "platform/gl/EAGLContext.h"
 
-#include <map>
 #include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace lamina {
 
@@ -30,8 +33,11 @@ public:
 
     /// The address under which the queue tells that it belongs to a context.
     static const void* contextKey();
+    /// The one of the process, made on first use. From any thread.
     static GPUImageContext& sharedImageProcessingContext();
+    /// The video processing queue: that of the shared context.
     static DispatchQueue& sharedContextQueue() { return sharedImageProcessingContext().contextQueue(); }
+    /// The pool of the shared context.
     static GPUImageFramebufferCache& sharedFramebufferCache()
     {
         return sharedImageProcessingContext().framebufferCache();
@@ -48,13 +54,18 @@ public:
     /// Why the shared context can't be had; success when it stands. Makes it when it is not there yet. From any thread.
     static Outcome availability();
 
-    /// Limits of the device, read once; 0 without a context. From any thread.
+    /// The longest side of a texture in pixels: the device's limit, or a lower one that was set. Like the other limits
+    /// it is asked of the device once, and 0 without a context. From any thread.
     static int maximumTextureSizeForThisDevice();
+    /// How many textures a fragment shader may sample.
     static int maximumTextureUnitsForThisDevice();
+    /// How many vectors of four a vertex shader may hand to a fragment shader.
     static int maximumVaryingVectorsForThisDevice();
     /// By its whole name, as "GL_EXT_texture_rg". From any thread.
     static bool deviceSupportsOpenGLESExtension(std::string_view extension);
+    /// Textures of one or two channels (GL_EXT_texture_rg).
     static bool deviceSupportsRedTextures();
+    /// Fragment shaders that read what they draw over (GL_EXT_shader_framebuffer_fetch).
     static bool deviceSupportsFramebufferReads();
     /// Textures that share memory with the processor don't exist here.
     static constexpr bool supportsFastTextureUpload() { return false; }
@@ -73,8 +84,8 @@ public:
     void setContextShaderProgram(const std::shared_ptr<GLProgram>& program);
     /// Shows what was drawn into the bound renderbuffer. On the queue.
     void presentBufferForDisplay();
-    /// The program of these two texts, compiled once for the life of the process, perhaps not yet linked: test
-    /// `initialized`. On the queue.
+    /// The program of these two texts out of the `programCache`, perhaps not yet linked: test `initialized`. On the
+    /// queue.
     std::shared_ptr<GLProgram> programForVertexShaderString(const std::string& vertexShader,
                                                             const std::string& fragmentShader);
     /// The group that the context is made in; only before it is made.
@@ -84,19 +95,25 @@ public:
 
     /// The GL context, made on first use; null when there is none to be had. On the queue.
     EAGLContext* context();
+    /// The pool of framebuffers.
     GPUImageFramebufferCache& framebufferCache() { return *m_framebufferCache; }
+    /// The programs that were made so far; a memory warning drops the idle ones. On the queue.
+    const GLProgramCache& programCache() const { return m_programCache; }
     DispatchQueue& contextQueue() { return *m_contextQueue; }
     const std::shared_ptr<GLProgram>& currentShaderProgram() const { return m_currentShaderProgram; }
     void setCurrentShaderProgram(std::shared_ptr<GLProgram> program) { m_currentShaderProgram = std::move(program); }
 
 private:
-    std::map<std::string, std::shared_ptr<GLProgram>, std::less<>> m_shaderProgramCache;
+    void purgeIdlePrograms();
+
+    GLProgramCache m_programCache;
     std::shared_ptr<EAGLSharegroup> m_sharegroup;
     std::shared_ptr<EAGLContext> m_context;
     std::optional<Error> m_failure;
     std::shared_ptr<GLProgram> m_currentShaderProgram;
     std::unique_ptr<DispatchQueue> m_contextQueue;
     std::unique_ptr<GPUImageFramebufferCache> m_framebufferCache;
+    NotificationObserver m_memoryWarningObserver;
 };
 
 } // namespace lamina

@@ -2,9 +2,11 @@
 
 #include "gpu/core/GLErrors.h"
 #include "gpu/core/GPUImageContext.h"
+#include "gpu/core/VideoProcessingQueue.h"
 
 #include <algorithm>
 #include <array>
+#include <cstddef>
 #include <utility>
 
 namespace lamina {
@@ -27,12 +29,6 @@ constexpr std::array<QuadCoordinates, 8> kTextureCoordinates{{
 constexpr bool isZero(CGSize size)
 {
     return size.width == 0 && size.height == 0;
-}
-
-std::vector<std::string> allAttributes(std::vector<std::string> more)
-{
-    more.insert(more.begin(), {"position", "inputTextureCoordinate"});
-    return more;
 }
 
 } // namespace
@@ -61,11 +57,11 @@ GPUImageFilter::GPUImageFilter(const std::string& vertexShader, const std::strin
 }
 
 GPUImageFilter::GPUImageFilter(const std::string& vertexShader, const std::string& fragmentShader,
-                               std::vector<std::string> moreAttributes)
-    : m_attributes(allAttributes(std::move(moreAttributes)))
+                               const std::vector<std::string>& moreAttributes)
 {
     m_imageCaptureSemaphore.signal();
-    runSynchronouslyOnVideoProcessingQueue([&] { buildFilterProgram(vertexShader, fragmentShader); });
+    runSynchronouslyOnVideoProcessingQueue(
+        [&] { buildProgram(firstPass(), vertexShader, fragmentShader, moreAttributes); });
 }
 
 std::shared_ptr<GPUImageFilter> GPUImageFilter::makeWithFragmentShaderFromFile(const std::string& name)
@@ -73,17 +69,26 @@ std::shared_ptr<GPUImageFilter> GPUImageFilter::makeWithFragmentShaderFromFile(c
     return std::make_shared<GPUImageFilter>(shaderTextFromFile(name, "fsh"));
 }
 
-void GPUImageFilter::buildFilterProgram(const std::string& vertexShader, const std::string& fragmentShader)
+GPUImageFilter::Pass GPUImageFilter::firstPass()
 {
-    m_filterProgram = linkedProgram(vertexShader, fragmentShader, m_attributes);
-    if (!m_filterProgram)
+    return {0, m_filterProgram, m_filterPositionAttribute, m_filterTextureCoordinateAttribute,
+            m_filterInputTextureUniform};
+}
+
+void GPUImageFilter::buildProgram(const Pass& pass, const std::string& vertexShader, const std::string& fragmentShader,
+                                  const std::vector<std::string>& moreAttributes)
+{
+    std::vector<std::string> attributes{"position", "inputTextureCoordinate"};
+    attributes.insert(attributes.end(), moreAttributes.begin(), moreAttributes.end());
+    pass.program = linkedProgram(vertexShader, fragmentShader, attributes);
+    if (!pass.program)
         return;
-    m_filterPositionAttribute = m_filterProgram->attributeIndex("position");
-    m_filterTextureCoordinateAttribute = m_filterProgram->attributeIndex("inputTextureCoordinate");
-    m_filterInputTextureUniform = m_filterProgram->uniformIndex("inputImageTexture");
-    GPUImageContext::setActiveShaderProgram(m_filterProgram);
-    glEnableVertexAttribArray(m_filterPositionAttribute);
-    glEnableVertexAttribArray(m_filterTextureCoordinateAttribute);
+    pass.positionAttribute = pass.program->attributeIndex("position");
+    pass.textureCoordinateAttribute = pass.program->attributeIndex("inputTextureCoordinate");
+    pass.inputTextureUniform = pass.program->uniformIndex("inputImageTexture");
+    GPUImageContext::setActiveShaderProgram(pass.program);
+    glEnableVertexAttribArray(pass.positionAttribute);
+    glEnableVertexAttribArray(pass.textureCoordinateAttribute);
 }
 
 GLint GPUImageFilter::uniformIndex(const char* name) const
@@ -126,12 +131,12 @@ CGSize GPUImageFilter::sizeOfFBO() const
     return isZero(maximum) || m_inputTextureSize.width < maximum.width ? m_inputTextureSize : maximum;
 }
 
-std::shared_ptr<GPUImageFramebuffer> GPUImageFilter::beginOutput() const
+std::shared_ptr<GPUImageFramebuffer> GPUImageFilter::beginOutput(const GPUVector4& clearColor) const
 {
     auto output =
         GPUImageContext::sharedFramebufferCache().fetchFramebufferForSize(sizeOfFBO(), outputTextureOptions(), false);
     output->activateFramebuffer();
-    glClearColor(m_backgroundColor.one, m_backgroundColor.two, m_backgroundColor.three, m_backgroundColor.four);
+    glClearColor(clearColor.one, clearColor.two, clearColor.three, clearColor.four);
     glClear(GL_COLOR_BUFFER_BIT);
     return output;
 }
@@ -143,13 +148,18 @@ void GPUImageFilter::bindInput(const std::shared_ptr<GPUImageFramebuffer>& input
     glUniform1i(uniform, unit);
 }
 
-void GPUImageFilter::drawQuad(GLuint positionAttribute, const QuadCoordinates& vertices, GLuint coordinateAttribute,
-                              const QuadCoordinates& textureCoordinates)
+void GPUImageFilter::drawPass(const Pass& pass, const std::shared_ptr<GPUImageFramebuffer>& input,
+                              const QuadCoordinates& vertices, const QuadCoordinates& textureCoordinates)
 {
-    glVertexAttribPointer(positionAttribute, 2, GL_FLOAT, GL_FALSE, 0, vertices.data());
-    glVertexAttribPointer(coordinateAttribute, 2, GL_FLOAT, GL_FALSE, 0, textureCoordinates.data());
+    GPUImageContext::setActiveShaderProgram(pass.program);
+    setUniformsForProgramAtIndex(pass.programIndex);
+    bindInput(input, kFirstTextureUnit, pass.inputTextureUniform);
+    bindFurtherInputs();
+    glVertexAttribPointer(pass.positionAttribute, 2, GL_FLOAT, GL_FALSE, 0, vertices.data());
+    glVertexAttribPointer(pass.textureCoordinateAttribute, 2, GL_FLOAT, GL_FALSE, 0, textureCoordinates.data());
     glDrawArrays(GL_TRIANGLE_STRIP, 0, 4);
     checkDraw("drawing a filter");
+    disableFurtherArrays();
 }
 
 void GPUImageFilter::holdForCapture(GPUImageFramebuffer& output)
@@ -194,14 +204,9 @@ void GPUImageFilter::renderToTextureWithVertices(const QuadCoordinates& vertices
         dropFrame();
         return;
     }
-    GPUImageContext::setActiveShaderProgram(m_filterProgram);
-    m_outputFramebuffer = beginOutput();
+    m_outputFramebuffer = beginOutput(m_backgroundColor);
     holdForCapture(*m_outputFramebuffer);
-    setUniformsForProgramAtIndex(0);
-    bindInput(m_firstInputFramebuffer, kFirstTextureUnit, m_filterInputTextureUniform);
-    bindFurtherInputs();
-    drawQuad(m_filterPositionAttribute, vertices, m_filterTextureCoordinateAttribute, textureCoordinates);
-    disableFurtherArrays();
+    drawPass(firstPass(), m_firstInputFramebuffer, vertices, textureCoordinates);
     unlockInputs();
     signalCapture();
 }

@@ -1,10 +1,20 @@
 #pragma once
 
 #include "gpu/core/FilterProgram.h"
+#include "gpu/core/GLProgram.h"
+#include "gpu/core/GPUImageFramebuffer.h"
+#include "gpu/core/GPUImageRotationMode.h"
 #include "gpu/core/GPUImageStage.h"
 #include "gpu/core/GPUVectors.h"
+#include "platform/base/CGGeometry.h"
+#include "platform/base/CMTime.h"
 #include "platform/base/DispatchSemaphore.h"
+#include "platform/gl/GLHeaders.h"
+#include "platform/image/pixels/CGImage.h"
 
+#include <atomic>
+#include <functional>
+#include <memory>
 #include <span>
 #include <string>
 #include <variant>
@@ -46,32 +56,53 @@ public:
     /// The size that targets are told.
     virtual CGSize outputFrameSize() const { return m_inputTextureSize; }
 
+    /// Draws the input into a new output, or drops the frame where rendering is prevented or impossible. `vertices` are
+    /// places in clip space, `textureCoordinates` the same corners' places in the input. On the queue.
     virtual void renderToTextureWithVertices(const QuadCoordinates& vertices,
                                              const QuadCoordinates& textureCoordinates);
+    /// Hands the output to the targets and lets them draw. On the queue.
     void informTargetsAboutNewFrameAtTime(const CMTime& frameTime);
 
     /// What the output is cleared to before the draw; components 0 to 1, all 0 at first.
     void setBackgroundColorRed(float red, float green, float blue, float alpha);
 
-    /// By the uniform's name in the (first) program.
+    // Uniforms by their names in the (first) program; nothing happens for a name it doesn't have.
+
+    /// An `int`, or the texture unit of a sampler.
     void setInteger(int value, const std::string& uniformName);
+    /// A `float`.
     void setFloat(float value, const std::string& uniformName);
+    /// A `vec2` of width and height.
     void setSize(CGSize value, const std::string& uniformName);
+    /// A `vec2` of x and y.
     void setPoint(CGPoint value, const std::string& uniformName);
+    /// A `vec3`.
     void setFloatVec3(const GPUVector3& value, const std::string& uniformName);
+    /// A `vec4`.
     void setFloatVec4(const GPUVector4& value, const std::string& uniformName);
-    /// The floats are copied.
+    /// A `float[]`. The floats are copied.
     void setFloatArray(std::span<const float> values, const std::string& uniformName);
 
-    /// By location in a program; nothing happens without a linked program or for location -1.
+    // Uniforms by their locations in one of the filter's programs; nothing happens without a linked program or for
+    // location -1.
+
+    /// A `mat3`; the value's records are its columns.
     void setMatrix3f(const GPUMatrix3x3& value, GLint uniform, const std::shared_ptr<GLProgram>& program);
+    /// A `mat4`; the value's records are its columns.
     void setMatrix4f(const GPUMatrix4x4& value, GLint uniform, const std::shared_ptr<GLProgram>& program);
+    /// A `float`.
     void setFloat(float value, GLint uniform, const std::shared_ptr<GLProgram>& program);
+    /// A `vec2` of x and y.
     void setPoint(CGPoint value, GLint uniform, const std::shared_ptr<GLProgram>& program);
+    /// A `vec2` of width and height.
     void setSize(CGSize value, GLint uniform, const std::shared_ptr<GLProgram>& program);
+    /// A `vec3`.
     void setVec3(const GPUVector3& value, GLint uniform, const std::shared_ptr<GLProgram>& program);
+    /// A `vec4`.
     void setVec4(const GPUVector4& value, GLint uniform, const std::shared_ptr<GLProgram>& program);
+    /// A `float[]`. The floats are copied.
     void setFloatArray(std::span<const float> values, GLint uniform, const std::shared_ptr<GLProgram>& program);
+    /// An `int`, or the texture unit of a sampler.
     void setInteger(int value, GLint uniform, const std::shared_ptr<GLProgram>& program);
 
     /// Runs the block now and before every draw of the program. On the queue, with the program active.
@@ -114,7 +145,7 @@ public:
 protected:
     /// `moreAttributes` follow `position` and `inputTextureCoordinate` in this order.
     GPUImageFilter(const std::string& vertexShader, const std::string& fragmentShader,
-                   std::vector<std::string> moreAttributes);
+                   const std::vector<std::string>& moreAttributes);
 
     /// For constructors of subclasses: the location in the first program, -1 without one. From any thread.
     GLint uniformIndex(const char* name) const;
@@ -122,19 +153,30 @@ protected:
     /// Where the values for `program` are kept.
     virtual const std::shared_ptr<UniformState>& uniformStateFor(const std::shared_ptr<GLProgram>& program) const;
 
-    /// Replaces the first program by that of other shaders with the same attributes. On the queue.
-    void buildFilterProgram(const std::string& vertexShader, const std::string& fragmentShader);
+    /// One of the filter's programs with the locations that every draw needs: the filter's own fields.
+    struct Pass {
+        int programIndex; ///< of `setUniformsForProgramAtIndex`
+        std::shared_ptr<GLProgram>& program;
+        GLuint& positionAttribute;
+        GLuint& textureCoordinateAttribute;
+        GLint& inputTextureUniform;
+    };
+    /// The program of these shaders, with the base's own attributes and then `moreAttributes` in this order; null where
+    /// it can't be built. On the queue.
+    static void buildProgram(const Pass& pass, const std::string& vertexShader, const std::string& fragmentShader,
+                             const std::vector<std::string>& moreAttributes = {});
+    /// Draws `input` (null: black) through the pass's program into the active framebuffer. On the queue.
+    void drawPass(const Pass& pass, const std::shared_ptr<GPUImageFramebuffer>& input, const QuadCoordinates& vertices,
+                  const QuadCoordinates& textureCoordinates);
+    /// The pass of `m_filterProgram`.
+    Pass firstPass();
 
-    /// A framebuffer of the output's size and options, active and cleared to the background; with the count of the
-    /// fetch.
-    std::shared_ptr<GPUImageFramebuffer> beginOutput() const;
+    /// A framebuffer of the output's size and options, active and cleared; with the count of the fetch.
+    std::shared_ptr<GPUImageFramebuffer> beginOutput(const GPUVector4& clearColor) const;
     /// Binds the texture of `input` (none: texture 0) to `unit` and tells the sampler at `uniform`.
     static void bindInput(const std::shared_ptr<GPUImageFramebuffer>& input, int unit, GLint uniform);
     /// Slot i samples from texture unit 2 + i; unit 1 is for making textures.
     static constexpr int kFirstTextureUnit = 2;
-    /// The draw of four vertices with position and first coordinate.
-    static void drawQuad(GLuint positionAttribute, const QuadCoordinates& vertices, GLuint coordinateAttribute,
-                         const QuadCoordinates& textureCoordinates);
     /// Before the draw, if a capture was asked for: takes the count that `newCGImageFromCurrentlyProcessedOutput` gives
     /// back. A wish that comes later, while the frame is under way, is for the next one.
     void holdForCapture(GPUImageFramebuffer& output);
@@ -161,7 +203,6 @@ protected:
     GPUVector4 m_backgroundColor;
     GPUImageRotationMode m_inputRotation = kGPUImageNoRotation;
     bool m_currentlyReceivingMonochromeInput = false;
-    std::vector<std::string> m_attributes;
     DispatchSemaphore m_imageCaptureSemaphore{0};
 
 private:

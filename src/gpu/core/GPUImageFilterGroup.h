@@ -1,7 +1,15 @@
 #pragma once
 
+#include "gpu/core/GPUImageFramebuffer.h"
+#include "gpu/core/GPUImageRotationMode.h"
 #include "gpu/core/GPUImageStage.h"
+#include "platform/base/CGGeometry.h"
+#include "platform/base/CMTime.h"
+#include "platform/image/pixels/CGImage.h"
 
+#include <cstddef>
+#include <memory>
+#include <utility>
 #include <vector>
 
 namespace lamina {
@@ -16,6 +24,7 @@ class GPUImageFilterGroup : public GPUImageStage {
 public:
     GPUImageFilterGroup() = default;
 
+    /// One more member, last. Nothing is connected.
     void addFilter(std::shared_ptr<GPUImageStage> filter) { m_filters.push_back(std::move(filter)); }
     /// Null beyond the end.
     std::shared_ptr<GPUImageStage> filterAtIndex(std::size_t index) const;

@@ -1,23 +1,18 @@
 #include "gpu/core/GPUImageFilterPipeline.h"
 
+#include "platform/base/CGGeometry.h"
+
 #include <algorithm>
 #include <cctype>
+#include <functional>
 #include <optional>
 #include <string_view>
 #include <utility>
+#include <variant>
 
 namespace lamina {
 
 namespace {
-
-/// "setIntensity:" for "intensity".
-std::string selectorOf(const FilterProperty& property)
-{
-    std::string name = property.name;
-    if (!name.empty())
-        name.front() = static_cast<char>(std::toupper(static_cast<unsigned char>(name.front())));
-    return "set" + name + ":";
-}
 
 /// The parts of a text like "CGPoint(0.5, 0.5)". What stands before the type or behind the bracket is passed over.
 struct ArgumentText {
@@ -52,7 +47,7 @@ std::optional<ArgumentText> partsOf(std::string_view text)
 }
 
 /// What such a text says, as a value of the type of `like`. Numbers fit every kind of number.
-Result<FilterValue> argument(std::string_view text, const FilterValue& like)
+Result<TypedValue> argument(std::string_view text, const TypedValue& like)
 {
     const std::optional<ArgumentText> parts = partsOf(text);
     if (!parts)
@@ -60,12 +55,12 @@ Result<FilterValue> argument(std::string_view text, const FilterValue& like)
     const bool isNumber =
         std::holds_alternative<float>(like) || std::holds_alternative<int>(like) || std::holds_alternative<bool>(like);
     if (parts->type == "float" && isNumber)
-        return parseFilterValue(parts->first, like);
+        return parseValue(parts->first, kindOf(like));
     if (parts->type == "CGPoint" && std::holds_alternative<CGPoint>(like))
-        return parseFilterValue(std::string(parts->first) + "," + std::string(parts->last), like);
+        return parseValue(std::string(parts->first) + "," + std::string(parts->last), kindOf(like));
     if (parts->type == "NSString" && !isNumber)
-        return parseFilterValue(std::holds_alternative<std::string>(like) ? parts->first : parts->whole, like);
-    return Error{std::string(text), "expected a value of the type " + std::string(filterValueTypeName(like))};
+        return parseValue(std::holds_alternative<std::string>(like) ? parts->first : parts->whole, kindOf(like));
+    return Error{std::string(text), "expected a value of the type " + std::string(kindOf(like).name)};
 }
 
 /// The error of a value as part of its attribute.
@@ -79,9 +74,9 @@ using Setting = std::function<void(GPUImageStage& filter)>;
 
 Result<Setting> settingOf(const FilterSelector& selector, const PipelineConfiguration::Attribute& attribute)
 {
-    std::vector<FilterValue> values;
+    std::vector<TypedValue> values;
     for (std::size_t i = 0; i < attribute.values.size(); ++i) {
-        Result<FilterValue> value = argument(attribute.values[i], selector.arguments[i]);
+        Result<TypedValue> value = argument(attribute.values[i], selector.arguments[i]);
         if (!value)
             return misunderstood(attribute, attribute.values[i], value.error());
         values.push_back(std::move(*value));
@@ -97,11 +92,11 @@ Result<Setting> settingOf(const FilterDescription& description, const PipelineCo
                                              ", not " + std::to_string(attribute.values.size())};
     };
     for (const FilterProperty& property : description.properties) {
-        if (!property.set || selectorOf(property) != attribute.selector)
+        if (!property.set || property.selector() != attribute.selector)
             continue;
         if (attribute.values.size() != 1)
             return wrongCount(1);
-        Result<FilterValue> value = argument(attribute.values.front(), property.fallback);
+        Result<TypedValue> value = argument(attribute.values.front(), property.fallback);
         if (!value)
             return misunderstood(attribute, attribute.values.front(), value.error());
         return Setting([&property, read = std::move(*value)](GPUImageStage& filter) { property.set(filter, read); });

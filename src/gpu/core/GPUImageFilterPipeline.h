@@ -1,10 +1,13 @@
 #pragma once
 
 #include "gpu/core/FilterRegistry.h"
+#include "platform/base/Result.h"
+#include "platform/image/pixels/CGImage.h"
+#include "platform/image/pixels/UIImage.h"
 
+#include <cstddef>
 #include <memory>
 #include <string>
-#include <utility>
 #include <vector>
 
 namespace lamina {
@@ -16,10 +19,12 @@ namespace lamina {
 /// An attribute's value is "float(V)", "CGPoint(X, Y)" or "NSString(TEXT)", or for setters of several arguments
 /// ("setColorRed:green:blue:") an array of such texts.
 struct PipelineConfiguration {
+    /// A call of a setter.
     struct Attribute {
         std::string selector;
         std::vector<std::string> values;
     };
+    /// A filter of the chain, by its class.
     struct Filter {
         std::string filterName;
         std::vector<Attribute> attributes;
@@ -28,6 +33,7 @@ struct PipelineConfiguration {
 
     /// The error's subject is `name`.
     static Result<PipelineConfiguration> fromJson(const std::string& text, const std::string& name);
+    /// From a text file of at most a megabyte; the error's subject is the path.
     static Result<PipelineConfiguration> fromFile(const std::string& path);
 };
 
@@ -56,18 +62,29 @@ public:
     const std::shared_ptr<GPUImageOutput>& input() const { return m_input; }
     const std::shared_ptr<GPUImageInput>& output() const { return m_output; }
 
-    /// Indices beyond the end, and filters that are not in the list, are ignored.
+    // Changes of the list. Indices beyond the end, and filters that are not in the list, are ignored.
+
+    /// Last, or before the filter that is at `index` now.
     void addFilter(std::shared_ptr<GPUImageStage> filter);
     void addFilter(std::shared_ptr<GPUImageStage> filter, std::size_t index);
+    /// Another filter in the place of one.
     void replaceFilterAtIndex(std::size_t index, std::shared_ptr<GPUImageStage> filter);
+    /// Every entry of this filter.
     void removeFilter(const std::shared_ptr<GPUImageStage>& filter);
+    /// One entry.
     void removeFilterAtIndex(std::size_t index);
+    /// The input goes to the output then.
     void removeAllFilters();
+    /// Another list; null entries are left out.
     void replaceAllFilters(Filters filters);
 
-    /// Of the last filter; nothing without one.
+    // What the last filter has kept for a capture; nothing without a filter. As the operations of `GPUImageOutput`.
+
+    /// Tagged by how the device is held.
     UIImage currentFilteredFrame();
+    /// With a tag of one's own.
     UIImage currentFilteredFrameWithOrientation(UIImageOrientation orientation);
+    /// Without a tag.
     CGImage newCGImageFromCurrentFilteredFrame();
 
 private:

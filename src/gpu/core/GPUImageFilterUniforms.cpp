@@ -1,8 +1,19 @@
-#include "gpu/core/GPUImageFilter.h"
-
+#include "gpu/core/GLProgram.h"
 #include "gpu/core/GPUImageContext.h"
+#include "gpu/core/GPUImageFilter.h"
+#include "gpu/core/GPUVectors.h"
+#include "gpu/core/VideoProcessingQueue.h"
+#include "platform/base/CGGeometry.h"
+#include "platform/gl/GLHeaders.h"
 
+#include <cassert>
+#include <functional>
+#include <memory>
+#include <span>
+#include <string>
 #include <utility>
+#include <variant>
+#include <vector>
 
 // Setting uniforms. Values are copied into a block that is run now, on the queue, and again before each draw.
 

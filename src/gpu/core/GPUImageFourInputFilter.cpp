@@ -1,5 +1,7 @@
 #include "gpu/core/GPUImageFourInputFilter.h"
 
+#include <cstddef>
+
 namespace lamina {
 
 const char* const kGPUImageFourInputTextureVertexShaderString = R"(

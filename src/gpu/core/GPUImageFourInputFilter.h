@@ -2,6 +2,8 @@
 
 #include "gpu/core/GPUImageThreeInputFilter.h"
 
+#include <string>
+
 namespace lamina {
 
 /// Passes coordinates on as `textureCoordinate2` to `textureCoordinate4`.
@@ -16,6 +18,7 @@ public:
     explicit GPUImageFourInputFilter(const std::string& fragmentShader);
     GPUImageFourInputFilter(const std::string& vertexShader, const std::string& fragmentShader);
 
+    /// As `disableFirstFrameCheck` for slot 3.
     void disableFourthFrameCheck() { disableFrameCheck(3); }
 };
 

@@ -3,12 +3,15 @@
 #include "gpu/core/GLErrors.h"
 #include "gpu/core/GLTextureFormat.h"
 #include "gpu/core/GPUImageContext.h"
+#include "gpu/core/VideoProcessingQueue.h"
 #include "platform/base/Log.h"
 
 #include <algorithm>
 #include <atomic>
 #include <cassert>
-#include <cmath>
+#include <cstdint>
+#include <string>
+#include <utility>
 
 namespace lamina {
 

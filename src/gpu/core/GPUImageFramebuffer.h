@@ -2,10 +2,10 @@
 
 #include "gpu/core/GPUTextureOptions.h"
 #include "platform/base/CGGeometry.h"
+#include "platform/gl/GLHeaders.h"
 #include "platform/image/pixels/CGImage.h"
 
 #include <cstddef>
-#include <cstdint>
 #include <memory>
 
 namespace lamina {
@@ -37,8 +37,10 @@ public:
     /// Draws go here from now on, over the whole area. On the queue.
     void activateFramebuffer() const;
 
+    /// One count more. On the queue, as `unlock`.
     void lock();
-    /// At zero it returns to the pool. One unlock too many is not noticed: the object is then never returned.
+    /// One count less. At zero it returns to the pool. One unlock too many is not noticed: the object is then never
+    /// returned.
     void unlock();
     void clearAllLocks() { m_framebufferReferenceCount = 0; }
     void disableReferenceCounting() { m_referenceCountingDisabled = true; }

@@ -1,24 +1,20 @@
 #include "gpu/core/GPUImageFramebufferCache.h"
 
 #include "gpu/core/VideoProcessingQueue.h"
+#include "platform/base/MemoryWarning.h"
 
 #include <algorithm>
 #include <array>
 #include <cstdio>
+#include <utility>
 
 namespace lamina {
 
 namespace {
 
-std::string slotKey(const std::string& hash, long slot)
+FramebufferKind kindOf(const GPUImageFramebuffer& framebuffer)
 {
-    return hash + "-" + std::to_string(slot);
-}
-
-std::string hashOf(const GPUImageFramebuffer& framebuffer)
-{
-    return GPUImageFramebufferCache::hashForSize(framebuffer.size(), framebuffer.textureOptions(),
-                                                 framebuffer.missingFramebuffer());
+    return {framebuffer.size(), framebuffer.textureOptions(), framebuffer.missingFramebuffer()};
 }
 
 std::size_t bytesOf(const GPUImageFramebuffer& framebuffer)
@@ -38,7 +34,7 @@ GPUImageFramebufferCache::GPUImageFramebufferCache()
 GPUImageFramebufferCache::~GPUImageFramebufferCache()
 {
     m_memoryWarningObserver.remove();
-    runSynchronouslyOnVideoProcessingQueue([this] { m_framebufferCache.clear(); }); // after what is under way for it
+    runSynchronouslyOnVideoProcessingQueue([this] { m_idle.clear(); }); // after what is under way for it
 }
 
 std::string GPUImageFramebufferCache::hashForSize(CGSize size, const GPUTextureOptions& options, bool onlyTexture)
@@ -63,7 +59,7 @@ GPUImageFramebufferCache::fetchFramebufferForSize(CGSize size, const GPUTextureO
 {
     std::shared_ptr<GPUImageFramebuffer> framebuffer;
     runSynchronouslyOnVideoProcessingQueue([&] {
-        framebuffer = takeIdle(hashForSize(size, options, onlyTexture));
+        framebuffer = takeIdle({size, options, onlyTexture});
         if (!framebuffer)
             framebuffer = std::make_shared<GPUImageFramebuffer>(size, options, onlyTexture);
         framebuffer->clearAllLocks(); // whatever an unlock too many has left
@@ -77,26 +73,18 @@ std::shared_ptr<GPUImageFramebuffer> GPUImageFramebufferCache::fetchFramebufferF
     return fetchFramebufferForSize(size, GPUTextureOptions{}, onlyTexture);
 }
 
-/// Walks down from the last slot that was filled. Slots can be empty: what was dropped leaves a hole.
-std::shared_ptr<GPUImageFramebuffer> GPUImageFramebufferCache::takeIdle(const std::string& hash)
+std::shared_ptr<GPUImageFramebuffer> GPUImageFramebufferCache::takeIdle(const FramebufferKind& kind)
 {
-    const auto count = m_framebufferTypeCounts.find(hash);
-    if (count == m_framebufferTypeCounts.end() || count->second < 1)
+    const auto idle = m_idle.find(kind);
+    if (idle == m_idle.end())
         return nullptr;
-    std::shared_ptr<GPUImageFramebuffer> found;
-    long slot = count->second - 1;
-    for (;; --slot) {
-        const auto idle = m_framebufferCache.find(slotKey(hash, slot));
-        if (idle != m_framebufferCache.end()) {
-            found = std::move(idle->second.framebuffer);
-            m_idleBytes -= bytesOf(*found);
-            m_framebufferCache.erase(idle);
-        }
-        if (found || slot == 0)
-            break;
-    }
-    count->second = slot;
-    return found;
+    std::shared_ptr<GPUImageFramebuffer> last = std::move(idle->second.back().framebuffer);
+    idle->second.pop_back();
+    if (idle->second.empty())
+        m_idle.erase(idle);
+    m_idleBytes -= bytesOf(*last);
+    --m_idleCount;
+    return last;
 }
 
 void GPUImageFramebufferCache::returnFramebufferToCache(const std::shared_ptr<GPUImageFramebuffer>& framebuffer)
@@ -107,29 +95,31 @@ void GPUImageFramebufferCache::returnFramebufferToCache(const std::shared_ptr<GP
 
 void GPUImageFramebufferCache::put(std::shared_ptr<GPUImageFramebuffer> framebuffer)
 {
-    const std::string hash = hashOf(*framebuffer);
-    long& count = m_framebufferTypeCounts[hash];
     m_idleBytes += bytesOf(*framebuffer);
-    m_framebufferCache[slotKey(hash, count)] = Idle{std::move(framebuffer), ++m_returns};
-    ++count;
-    dropBeyondLimit();
+    ++m_idleCount;
+    IdleOfKind& others = m_idle[kindOf(*framebuffer)];
+    others.push_back({std::move(framebuffer), ++m_returns});
+    while (m_idleBytes > kIdleByteLimit && m_idleCount > 1)
+        dropOldest();
 }
 
-void GPUImageFramebufferCache::dropBeyondLimit()
+void GPUImageFramebufferCache::dropOldest()
 {
-    while (m_idleBytes > kIdleByteLimit && m_framebufferCache.size() > 1) {
-        const auto oldest =
-            std::ranges::min_element(m_framebufferCache, {}, [](const auto& entry) { return entry.second.returned; });
-        m_idleBytes -= bytesOf(*oldest->second.framebuffer);
-        m_framebufferCache.erase(oldest);
-    }
+    const auto oldest =
+        std::ranges::min_element(m_idle, {}, [](const auto& entry) { return entry.second.front().returned; });
+    IdleOfKind& ofKind = oldest->second;
+    m_idleBytes -= bytesOf(*ofKind.front().framebuffer);
+    --m_idleCount;
+    ofKind.erase(ofKind.begin());
+    if (ofKind.empty())
+        m_idle.erase(oldest);
 }
 
 void GPUImageFramebufferCache::purgeAllUnassignedFramebuffers()
 {
     runAsynchronouslyOnVideoProcessingQueue([this] {
-        m_framebufferCache.clear();
-        m_framebufferTypeCounts.clear();
+        m_idle.clear();
+        m_idleCount = 0;
         m_idleBytes = 0;
     });
 }
@@ -148,9 +138,7 @@ void GPUImageFramebufferCache::removeFramebufferFromActiveImageCaptureList(
 
 std::size_t GPUImageFramebufferCache::idleCount()
 {
-    std::size_t count = 0;
-    runSynchronouslyOnVideoProcessingQueue([&] { count = m_framebufferCache.size(); });
-    return count;
+    return valueFromVideoProcessingQueue([this] { return m_idleCount; });
 }
 
 } // namespace lamina

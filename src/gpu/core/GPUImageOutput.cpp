@@ -1,7 +1,10 @@
 #include "gpu/core/GPUImageOutput.h"
 
 #include "gpu/core/GPUImageContext.h"
+#include "gpu/core/GPUImageRotationMode.h"
+#include "gpu/core/VideoProcessingQueue.h"
 #include "platform/base/UIDevice.h"
+#include "platform/gl/GLHeaders.h"
 
 #include <algorithm>
 #include <utility>
@@ -24,12 +27,6 @@ UIImageOrientation orientationOf(UIDeviceOrientation device)
     }
 }
 
-void freeSlot(GPUImageInput& target, int textureIndex)
-{
-    target.setInputSize({}, textureIndex);
-    target.setInputRotation(kGPUImageNoRotation, textureIndex);
-}
-
 } // namespace
 
 GPUImageOutput::~GPUImageOutput()
@@ -37,6 +34,12 @@ GPUImageOutput::~GPUImageOutput()
     // What nobody ever connected goes without a hop, and without making the queue.
     if (!m_targets.empty())
         GPUImageOutput::removeAllTargets();
+}
+
+void GPUImageOutput::freeSlot(GPUImageInput& target, int textureIndex)
+{
+    target.setInputSize({}, textureIndex);
+    target.setInputRotation(kGPUImageNoRotation, textureIndex);
 }
 
 void GPUImageOutput::setInputFramebufferForTarget(GPUImageInput& target, int textureIndex)

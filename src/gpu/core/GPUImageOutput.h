@@ -1,6 +1,11 @@
 #pragma once
 
+#include "gpu/core/GPUImageFramebuffer.h"
 #include "gpu/core/GPUImageInput.h"
+#include "gpu/core/GPUTextureOptions.h"
+#include "platform/base/CGGeometry.h"
+#include "platform/base/CMTime.h"
+#include "platform/image/pixels/CGImage.h"
 #include "platform/image/pixels/UIImage.h"
 
 #include <atomic>
@@ -14,7 +19,9 @@ namespace lamina {
 class GPUImageAudioEncodingTarget {
 public:
     virtual ~GPUImageAudioEncodingTarget() = default;
+    /// Whether it writes sound.
     virtual bool hasAudioTrack() const = 0;
+    /// Before it starts to write.
     virtual void setHasAudioTrack(bool hasAudioTrack) = 0;
 };
 
@@ -36,6 +43,7 @@ public:
     virtual std::shared_ptr<GPUImageFramebuffer> framebufferForOutput() const { return m_outputFramebuffer; }
     /// Forgets it; no count changes.
     virtual void removeOutputFramebuffer() { m_outputFramebuffer.reset(); }
+    /// Hands the present output to every target's slot.
     void notifyTargetsAboutNewOutputTexture();
 
     /// A copy of the list.
@@ -59,21 +67,21 @@ public:
     virtual CGImage newCGImageFromCurrentlyProcessedOutput() { return {}; }
     virtual bool providesMonochromeOutput() const { return false; }
 
-    /// The kept frame as a picture of scale 1, tagged by how the device is held, or with a tag of one's own. Empty when
-    /// no frame comes in time.
+    /// The kept frame as a picture of scale 1, tagged by how the device is held. Empty when no frame comes in time.
     UIImage imageFromCurrentFramebuffer();
+    /// The same with a tag of one's own.
     UIImage imageFromCurrentFramebufferWithOrientation(UIImageOrientation orientation);
 
     /// This filter as a function of pictures: pushes a still picture through it and waits for what comes out, at most
-    /// three seconds. Stored pixels go through as they are; the picture's scale and orientation are carried around the
-    /// work as tags. Opaque and straight-alpha pictures of 8 bits RGBA go up without being drawn; see `GPUImagePicture`
-    /// for the others. What comes out has straight alpha. Empty when there is no context, no program, or a slot stays
-    /// empty.
+    /// three seconds. Stored pixels go through as they are, and
+    /// are not turned upright. Opaque and straight-alpha pictures of 8 bits RGBA go up without being drawn; see
+    /// `PictureTexture` for the others. What comes out has straight alpha. Empty when there is no context, no program,
+    /// or a slot stays empty.
     ///
-    /// From any thread, but for one filter one call at a time. Link lamina::gpu (these three live beside the still
-    /// picture).
+    /// From any thread, but for one filter one call at a time.
     CGImage newCGImageByFilteringCGImage(const CGImage& image);
     CGImage newCGImageByFilteringImage(const UIImage& image) { return newCGImageByFilteringCGImage(image.cgImage()); }
+    /// The same with the picture's scale and orientation.
     UIImage imageByFilteringImage(const UIImage& image);
 
     /// Switches the writer's sound track on.
@@ -100,6 +108,7 @@ public:
 
     /// Called on the queue when a frame has been drawn, before the targets have it.
     using FrameProcessingCompletionBlock = std::function<void(GPUImageOutput& output, const CMTime& frameTime)>;
+    /// The present one; empty where there is none.
     virtual FrameProcessingCompletionBlock frameProcessingCompletionBlock() const;
     virtual void setFrameProcessingCompletionBlock(FrameProcessingCompletionBlock block);
 
@@ -113,6 +122,8 @@ protected:
     };
     /// In the order of adding. On the queue.
     const std::vector<Target>& targetList() const { return m_targets; }
+    /// Tells the target that the slot has no source any more. On the queue.
+    static void freeSlot(GPUImageInput& target, int textureIndex);
     bool isIgnored(const Target& target) const { return target.input == m_targetToIgnoreForUpdates.lock(); }
 
     std::shared_ptr<GPUImageFramebuffer> m_outputFramebuffer;

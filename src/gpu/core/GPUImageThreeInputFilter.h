@@ -2,6 +2,9 @@
 
 #include "gpu/core/GPUImageTwoInputFilter.h"
 
+#include <cstddef>
+#include <string>
+
 namespace lamina {
 
 /// Passes coordinates on as `textureCoordinate2` and `textureCoordinate3`.
@@ -13,6 +16,7 @@ public:
     explicit GPUImageThreeInputFilter(const std::string& fragmentShader);
     GPUImageThreeInputFilter(const std::string& vertexShader, const std::string& fragmentShader);
 
+    /// As `disableFirstFrameCheck` for slot 2.
     void disableThirdFrameCheck() { disableFrameCheck(2); }
 
 protected:

@@ -1,8 +1,15 @@
 #pragma once
 
 #include "gpu/core/GPUImageFilter.h"
+#include "gpu/core/GPUImageFramebuffer.h"
+#include "gpu/core/GPUImageRotationMode.h"
+#include "platform/base/CGGeometry.h"
+#include "platform/base/CMTime.h"
+#include "platform/gl/GLHeaders.h"
 
 #include <cstddef>
+#include <memory>
+#include <string>
 #include <vector>
 
 namespace lamina {

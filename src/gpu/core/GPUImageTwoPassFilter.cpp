@@ -1,15 +1,14 @@
 #include "gpu/core/GPUImageTwoPassFilter.h"
 
-#include "gpu/core/GPUImageContext.h"
-
-#include <utility>
+#include "gpu/core/GPUImageRotationMode.h"
+#include "gpu/core/GPUVectors.h"
+#include "gpu/core/VideoProcessingQueue.h"
 
 namespace lamina {
 
 namespace {
 
-constexpr int kFirstPassUnit = 2;
-constexpr int kSecondPassUnit = 3;
+constexpr GPUVector4 kOpaqueBlack{0, 0, 0, 1};
 
 } // namespace
 
@@ -20,7 +19,7 @@ GPUImageTwoPassFilter::GPUImageTwoPassFilter(const std::string& firstStageVertex
     : GPUImageFilter(firstStageVertexShader, firstStageFragmentShader)
 {
     runSynchronouslyOnVideoProcessingQueue(
-        [&] { buildSecondFilterProgram(secondStageVertexShader, secondStageFragmentShader); });
+        [&] { buildSecondProgram(secondStageVertexShader, secondStageFragmentShader); });
 }
 
 GPUImageTwoPassFilter::GPUImageTwoPassFilter(const std::string& firstStageFragmentShader,
@@ -30,18 +29,16 @@ GPUImageTwoPassFilter::GPUImageTwoPassFilter(const std::string& firstStageFragme
 {
 }
 
-void GPUImageTwoPassFilter::buildSecondFilterProgram(const std::string& vertexShader, const std::string& fragmentShader)
+GPUImageFilter::Pass GPUImageTwoPassFilter::secondPass()
 {
-    m_secondFilterProgram = linkedProgram(vertexShader, fragmentShader, {"position", "inputTextureCoordinate"});
-    if (!m_secondFilterProgram)
-        return;
-    m_secondFilterPositionAttribute = m_secondFilterProgram->attributeIndex("position");
-    m_secondFilterTextureCoordinateAttribute = m_secondFilterProgram->attributeIndex("inputTextureCoordinate");
-    m_secondFilterInputTextureUniform = m_secondFilterProgram->uniformIndex("inputImageTexture");
-    m_secondFilterInputTextureUniform2 = m_secondFilterProgram->uniformIndex("inputImageTexture2");
-    GPUImageContext::setActiveShaderProgram(m_secondFilterProgram);
-    glEnableVertexAttribArray(m_secondFilterPositionAttribute);
-    glEnableVertexAttribArray(m_secondFilterTextureCoordinateAttribute);
+    return {1, m_secondFilterProgram, m_secondFilterPositionAttribute, m_secondFilterTextureCoordinateAttribute,
+            m_secondFilterInputTextureUniform};
+}
+
+void GPUImageTwoPassFilter::buildSecondProgram(const std::string& vertexShader, const std::string& fragmentShader)
+{
+    buildProgram(secondPass(), vertexShader, fragmentShader);
+    m_secondFilterInputTextureUniform2 = secondUniformIndex("inputImageTexture2");
 }
 
 GLint GPUImageTwoPassFilter::secondUniformIndex(const char* name) const
@@ -71,29 +68,25 @@ void GPUImageTwoPassFilter::renderToTextureWithVertices(const QuadCoordinates& v
         dropFrame();
         return;
     }
-    GPUImageContext::setActiveShaderProgram(m_filterProgram);
-    m_outputFramebuffer = beginOutput();
-    setUniformsForProgramAtIndex(0);
-    bindInput(m_firstInputFramebuffer, kFirstPassUnit, m_filterInputTextureUniform);
-    drawQuad(m_filterPositionAttribute, vertices, m_filterTextureCoordinateAttribute, textureCoordinates);
+    m_secondOutputFramebuffer = drawBothPasses(vertices, textureCoordinates, Kept::Output);
+    signalCapture();
+}
+
+std::shared_ptr<GPUImageFramebuffer> GPUImageTwoPassFilter::drawBothPasses(const QuadCoordinates& vertices,
+                                                                           const QuadCoordinates& textureCoordinates,
+                                                                           Kept kept)
+{
+    const std::shared_ptr<GPUImageFramebuffer> between = beginOutput(m_backgroundColor);
+    drawPass(firstPass(), m_firstInputFramebuffer, vertices, textureCoordinates);
     // The input goes back to the pool before the second framebuffer is fetched, which may then be the very same.
     unlockInputs();
     m_firstInputFramebuffer.reset();
-
-    m_secondOutputFramebuffer =
-        GPUImageContext::sharedFramebufferCache().fetchFramebufferForSize(sizeOfFBO(), outputTextureOptions(), false);
-    m_secondOutputFramebuffer->activateFramebuffer();
-    GPUImageContext::setActiveShaderProgram(m_secondFilterProgram);
-    holdForCapture(*m_secondOutputFramebuffer);
-    setUniformsForProgramAtIndex(1);
-    bindInput(m_outputFramebuffer, kSecondPassUnit, m_secondFilterInputTextureUniform);
-    glClearColor(0, 0, 0, 1);
-    glClear(GL_COLOR_BUFFER_BIT);
-    drawQuad(m_secondFilterPositionAttribute, vertices, m_secondFilterTextureCoordinateAttribute,
-             textureCoordinatesForRotation(kGPUImageNoRotation));
-    m_outputFramebuffer->unlock();
-    m_outputFramebuffer.reset();
-    signalCapture();
+    std::shared_ptr<GPUImageFramebuffer> output = beginOutput(kOpaqueBlack);
+    if (kept == Kept::Output)
+        holdForCapture(*output);
+    drawPass(secondPass(), between, vertices, textureCoordinatesForRotation(kGPUImageNoRotation));
+    between->unlock();
+    return output;
 }
 
 } // namespace lamina

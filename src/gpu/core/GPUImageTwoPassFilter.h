@@ -1,6 +1,13 @@
 #pragma once
 
+#include "gpu/core/FilterProgram.h"
+#include "gpu/core/GLProgram.h"
 #include "gpu/core/GPUImageFilter.h"
+#include "gpu/core/GPUImageFramebuffer.h"
+#include "platform/gl/GLHeaders.h"
+
+#include <memory>
+#include <string>
 
 namespace lamina {
 
@@ -26,8 +33,19 @@ protected:
     const std::shared_ptr<UniformState>& uniformStateFor(const std::shared_ptr<GLProgram>& program) const override;
     /// As `uniformIndex` for the second program.
     GLint secondUniformIndex(const char* name) const;
-    /// As `buildFilterProgram` for the second program.
-    void buildSecondFilterProgram(const std::string& vertexShader, const std::string& fragmentShader);
+    /// The pass of `m_secondFilterProgram`.
+    Pass secondPass();
+    /// Replaces the second program by that of other shaders. On the queue.
+    void buildSecondProgram(const std::string& vertexShader, const std::string& fragmentShader);
+    /// Whose output the second pass draws into.
+    enum class Kept {
+        Between, ///< nobody's: the filter draws on from it
+        Output,  ///< the filter's, which a capture may have asked for
+    };
+    /// Draws the input through both programs and gives its count back. The result has the count of its fetch. On the
+    /// queue.
+    std::shared_ptr<GPUImageFramebuffer> drawBothPasses(const QuadCoordinates& vertices,
+                                                        const QuadCoordinates& textureCoordinates, Kept kept);
 
     std::shared_ptr<GPUImageFramebuffer> m_secondOutputFramebuffer;
     std::shared_ptr<GLProgram> m_secondFilterProgram;

@@ -1,6 +1,10 @@
 #pragma once
 
 #include "gpu/core/GPUImageTwoPassFilter.h"
+#include "platform/base/CGGeometry.h"
+#include "platform/gl/GLHeaders.h"
+
+#include <string>
 
 namespace lamina {
 

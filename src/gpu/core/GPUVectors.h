@@ -2,8 +2,9 @@
 
 namespace lamina {
 
-/// Plain records of floats for uniforms.
+// Plain records of floats for uniforms.
 
+/// A colour, or a row of a matrix.
 struct GPUVector3 {
     float one = 0;
     float two = 0;
@@ -11,6 +12,7 @@ struct GPUVector3 {
     friend bool operator==(const GPUVector3&, const GPUVector3&) = default;
 };
 
+/// A colour with alpha, or a row of a matrix.
 struct GPUVector4 {
     float one = 0;
     float two = 0;
@@ -26,6 +28,7 @@ struct GPUMatrix3x3 {
     GPUVector3 two;
     GPUVector3 three;
 
+    /// Leaves every vector as it is.
     static constexpr GPUMatrix3x3 identity() { return {{1, 0, 0}, {0, 1, 0}, {0, 0, 1}}; }
     friend bool operator==(const GPUMatrix3x3&, const GPUMatrix3x3&) = default;
 };
@@ -37,6 +40,7 @@ struct GPUMatrix4x4 {
     GPUVector4 three;
     GPUVector4 four;
 
+    /// Leaves every vector as it is.
     static constexpr GPUMatrix4x4 identity() { return {{1, 0, 0, 0}, {0, 1, 0, 0}, {0, 0, 1, 0}, {0, 0, 0, 1}}; }
     friend bool operator==(const GPUMatrix4x4&, const GPUMatrix4x4&) = default;
 };

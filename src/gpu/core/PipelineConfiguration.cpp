@@ -1,9 +1,14 @@
 #include "gpu/core/GPUImageFilterPipeline.h"
+#include "platform/base/Result.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <filesystem>
 #include <fstream>
 #include <nlohmann/json.hpp>
+#include <string>
+#include <utility>
+#include <vector>
 
 namespace lamina {
 

@@ -18,8 +18,9 @@ class GPUImageContext;
 void runSynchronouslyOnVideoProcessingQueue(const DispatchQueue::Block& block);
 /// Hands the block to the shared context's queue.
 void runAsynchronouslyOnVideoProcessingQueue(DispatchQueue::Block block);
-/// The same on the queue of `context`.
+/// Runs the block on the queue of `context` and waits for its end.
 void runSynchronouslyOnContextQueue(GPUImageContext& context, const DispatchQueue::Block& block);
+/// Hands the block to the queue of `context`.
 void runAsynchronouslyOnContextQueue(GPUImageContext& context, DispatchQueue::Block block);
 
 /// Whether the caller runs on a video processing queue. GL calls, and whatever touches framebuffer counts, belong

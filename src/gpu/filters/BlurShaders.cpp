@@ -1,3 +1,8 @@
+// The weights are the density of the normal distribution at whole distances, scaled to the sum of 1. A bell in two
+// dimensions is the product of one down and one across, so two passes along lines do (Gonzalez and Woods, Digital Image
+// Processing, chapter 3). Reading two neighbours at once rests on a t1 + b t2 = (a + b) mix(t1, t2, b / (a + b)), which
+// the texture unit works out (Sigg and Hadwiger, Fast Third-Order Texture Filtering, GPU Gems 2, chapter 20).
+
 #include "gpu/filters/BlurShaders.h"
 
 #include "gpu/core/FilterProgram.h"
@@ -6,6 +11,7 @@
 #include <array>
 #include <charconv>
 #include <cmath>
+#include <cstddef>
 
 namespace lamina {
 

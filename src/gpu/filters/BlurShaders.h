@@ -22,12 +22,14 @@ BlurWeights boxBlurWeights(unsigned radius);
 /// Each neighbour is read by itself. The array of places has 2 * radius + 1 entries: few devices take more than
 /// radius 7.
 std::string standardBlurVertexShader(const BlurWeights& weights);
+/// Sums what is read there.
 std::string standardBlurFragmentShader(const BlurWeights& weights);
 
 /// Neighbours are read in pairs, at the place between both where linear sampling weighs them right. The vertex shader
 /// hands out the places of seven pairs on each side; those of pairs beyond, for which there are no varyings left, are
 /// computed at each pixel from the step, `singleStepOffset`.
 std::string optimizedBlurVertexShader(const BlurWeights& weights);
+/// Sums what is read there, and at the computed places.
 std::string optimizedBlurFragmentShader(const BlurWeights& weights);
 
 } // namespace lamina

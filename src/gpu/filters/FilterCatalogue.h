@@ -4,7 +4,7 @@
 
 namespace lamina {
 
-/// The registry that starts with every filter of the house. A program adds filters of its own before it uses it:
+/// The registry that starts with every built-in filter. A program adds filters of its own before it uses it:
 ///
 ///   filterCatalogue().add(filterDescription<MyFilter>("MyFilter", "colour", 1, "Turns red into blue", {...}));
 FilterRegistry& filterCatalogue();

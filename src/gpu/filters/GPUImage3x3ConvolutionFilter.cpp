@@ -1,4 +1,10 @@
+// Spatial filtering with a 3 x 3 mask that is not turned around: strictly a correlation (Gonzalez and Woods, Digital
+// Image Processing, chapter 3).
+
 #include "gpu/filters/GPUImage3x3ConvolutionFilter.h"
+
+#include <utility>
+#include <vector>
 
 namespace lamina {
 

@@ -1,6 +1,9 @@
 #pragma once
 
+#include "gpu/core/FilterRegistry.h"
+#include "gpu/core/GPUVectors.h"
 #include "gpu/filters/GPUImage3x3TextureSamplingFilter.h"
+#include "platform/gl/GLHeaders.h"
 
 namespace lamina {
 

@@ -110,8 +110,8 @@ std::vector<FilterProperty> GPUImage3x3TextureSamplingFilter::texelProperties()
                        "Way to the neighbours downwards; 0: one pixel"),
     };
     for (FilterProperty& property : properties) {
-        property.set = [set = std::move(property.set)](GPUImageStage& filter, const FilterValue& value) {
-            if (value != FilterValue(0.0F))
+        property.set = [set = std::move(property.set)](GPUImageStage& filter, const TypedValue& value) {
+            if (value != TypedValue(0.0F))
                 set(filter, value);
         };
     }

@@ -2,6 +2,8 @@
 
 #include "gpu/core/FilterRegistry.h"
 #include "gpu/core/GPUImageFilter.h"
+#include "platform/base/CGGeometry.h"
+#include "platform/gl/GLHeaders.h"
 
 #include <string>
 #include <vector>
@@ -24,6 +26,7 @@ public:
     /// processing queue.
     float texelWidth() const;
     void setTexelWidth(float share);
+    /// The same downwards.
     float texelHeight() const;
     void setTexelHeight(float share);
 

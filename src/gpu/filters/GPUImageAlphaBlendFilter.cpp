@@ -1,3 +1,6 @@
+// The operator "over" on straight colours, with the base taken for opaque (Porter and Duff, Compositing Digital Images,
+// 1984).
+
 #include "gpu/filters/GPUImageAlphaBlendFilter.h"
 
 namespace lamina {

@@ -1,3 +1,5 @@
+// The moving average (Gonzalez and Woods, Digital Image Processing, chapter 3).
+
 #include "gpu/filters/GPUImageBoxBlurFilter.h"
 
 #include <algorithm>

@@ -1,6 +1,9 @@
 #pragma once
 
+#include "gpu/core/FilterRegistry.h"
 #include "gpu/filters/GPUImageGaussianBlurFilter.h"
+
+#include <string>
 
 namespace lamina {
 
@@ -15,10 +18,15 @@ public:
 
     GPUImageBoxBlurFilter();
 
-    /// As those of the base, with equal weights; `sigma` plays no part.
+    // The texts of shaders, as those of the base with equal weights; `sigma` plays no part.
+
+    /// Hands out the place of each neighbour.
     static std::string vertexShaderForStandardBlurOfRadius(unsigned blurRadius, double sigma);
+    /// Reads each neighbour.
     static std::string fragmentShaderForStandardBlurOfRadius(unsigned blurRadius, double sigma);
+    /// Hands out the places between pairs of neighbours.
     static std::string vertexShaderForOptimizedBlurOfRadius(unsigned blurRadius, double sigma);
+    /// Reads two neighbours at once.
     static std::string fragmentShaderForOptimizedBlurOfRadius(unsigned blurRadius, double sigma);
 
 protected:

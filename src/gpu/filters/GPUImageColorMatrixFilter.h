@@ -2,6 +2,8 @@
 
 #include "gpu/core/FilterRegistry.h"
 #include "gpu/core/GPUImageFilter.h"
+#include "gpu/core/GPUVectors.h"
+#include "platform/gl/GLHeaders.h"
 
 namespace lamina {
 
@@ -17,8 +19,10 @@ public:
     GPUImageColorMatrixFilter();
     static FilterDescription describe();
 
+    /// Share of the mixed colour.
     float intensity() const { return m_intensity; }
     void setIntensity(float intensity);
+    /// M, by rows.
     const GPUMatrix4x4& colorMatrix() const { return m_colorMatrix; }
     void setColorMatrix(const GPUMatrix4x4& matrix);
 

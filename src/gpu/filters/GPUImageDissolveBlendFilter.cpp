@@ -1,3 +1,5 @@
+// A linear cross-fade (Porter and Duff, Compositing Digital Images, 1984: "dissolve" and "plus").
+
 #include "gpu/filters/GPUImageDissolveBlendFilter.h"
 
 namespace lamina {

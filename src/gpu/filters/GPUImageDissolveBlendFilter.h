@@ -1,5 +1,6 @@
 #pragma once
 
+#include "gpu/core/FilterRegistry.h"
 #include "gpu/filters/MixtureBlendFilter.h"
 
 namespace lamina {

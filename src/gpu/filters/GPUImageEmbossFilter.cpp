@@ -1,4 +1,10 @@
+// The picture plus its derivative along the falling diagonal, which is what light from one side adds to a relief
+// (Gonzalez and Woods, Digital Image Processing, chapter 3).
+
 #include "gpu/filters/GPUImageEmbossFilter.h"
+
+#include <utility>
+#include <vector>
 
 namespace lamina {
 

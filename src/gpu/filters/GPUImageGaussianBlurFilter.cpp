@@ -1,6 +1,10 @@
+// How far a bell reaches follows from the density of the normal distribution, exp(-x^2 / (2 sigma^2)) / sqrt(2 pi
+// sigma^2), solved for the x where it is 1/256: what is left out is less than a step of 8 bits.
+
 #include "gpu/filters/GPUImageGaussianBlurFilter.h"
 
-#include "gpu/core/GPUImageContext.h"
+#include "gpu/core/GPUImageRotationMode.h"
+#include "gpu/core/VideoProcessingQueue.h"
 
 #include <algorithm>
 #include <cmath>
@@ -123,8 +127,8 @@ void GPUImageGaussianBlurFilter::switchToVertexShader(const std::string& vertexS
                                                       const std::string& fragmentShader)
 {
     runSynchronouslyOnVideoProcessingQueue([&] {
-        buildFilterProgram(vertexShader, fragmentShader);
-        buildSecondFilterProgram(vertexShader, fragmentShader);
+        buildProgram(firstPass(), vertexShader, fragmentShader);
+        buildSecondProgram(vertexShader, fragmentShader);
         readOffsetUniforms();
         setupFilterForSize(sizeOfFBO());
     });
@@ -142,29 +146,6 @@ void GPUImageGaussianBlurFilter::setupFilterForSize(CGSize filterFrameSize)
                                                  : filterFrameSize.height * static_cast<double>(m_fractionOfHeight)));
 }
 
-std::shared_ptr<GPUImageFramebuffer>
-GPUImageGaussianBlurFilter::blurredOnce(const std::shared_ptr<GPUImageFramebuffer>& input,
-                                        const QuadCoordinates& vertices, const QuadCoordinates& textureCoordinates)
-{
-    constexpr int kInputUnit = 2;
-    GPUImageContext::setActiveShaderProgram(m_filterProgram);
-    const std::shared_ptr<GPUImageFramebuffer> between = beginOutput();
-    setUniformsForProgramAtIndex(0);
-    bindInput(input, kInputUnit, m_filterInputTextureUniform);
-    drawQuad(m_filterPositionAttribute, vertices, m_filterTextureCoordinateAttribute, textureCoordinates);
-    if (input)
-        input->unlock();
-
-    GPUImageContext::setActiveShaderProgram(m_secondFilterProgram);
-    std::shared_ptr<GPUImageFramebuffer> output = beginOutput();
-    setUniformsForProgramAtIndex(1);
-    bindInput(between, kInputUnit, m_secondFilterInputTextureUniform);
-    drawQuad(m_secondFilterPositionAttribute, vertices, m_secondFilterTextureCoordinateAttribute,
-             textureCoordinatesForRotation(kGPUImageNoRotation));
-    between->unlock();
-    return output;
-}
-
 /// What a pass has drawn lies upright: the next one goes down along the texture's own columns.
 void GPUImageGaussianBlurFilter::dropTheTurn()
 {
@@ -180,12 +161,12 @@ void GPUImageGaussianBlurFilter::renderToTextureWithVertices(const QuadCoordinat
     }
     // The last pass is the base's: it alone is kept for capture and handed on.
     const bool turned = swapsWidthAndHeight(m_inputRotation);
-    m_firstInputFramebuffer = blurredOnce(m_firstInputFramebuffer, vertices, textureCoordinates);
+    m_firstInputFramebuffer = drawBothPasses(vertices, textureCoordinates, Kept::Between);
     if (turned)
         dropTheTurn();
     const QuadCoordinates& upright = textureCoordinatesForRotation(kGPUImageNoRotation);
     for (int pass = 2; pass < m_blurPasses; ++pass)
-        m_firstInputFramebuffer = blurredOnce(m_firstInputFramebuffer, vertices, upright);
+        m_firstInputFramebuffer = drawBothPasses(vertices, upright, Kept::Between);
     GPUImageTwoPassTextureSamplingFilter::renderToTextureWithVertices(vertices, upright);
     if (turned)
         dropTheTurn();

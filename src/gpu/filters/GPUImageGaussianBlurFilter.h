@@ -1,10 +1,13 @@
 #pragma once
 
+#include "gpu/core/FilterProgram.h"
 #include "gpu/core/FilterRegistry.h"
 #include "gpu/core/GPUImageTwoPassTextureSamplingFilter.h"
 #include "gpu/filters/BlurShaders.h"
+#include "platform/base/CGGeometry.h"
 
 #include <string>
+#include <vector>
 
 namespace lamina {
 
@@ -51,12 +54,16 @@ public:
     int blurPasses() const { return m_blurPasses; }
     void setBlurPasses(int passes);
 
-    /// Texts of the shaders that weigh `radius` neighbours on each side by the bell of `sigma`. Radius 0, or a sigma
-    /// that is not above 0: the plain texts that pass a picture on. "Standard" reads each neighbour; "optimized" two in
-    /// one read.
+    // Texts of the shaders that weigh `radius` neighbours on each side by the bell of `sigma`. Radius 0, or a sigma
+    // that is not above 0: the plain texts that pass a picture on.
+
+    /// Hands out the place of each neighbour.
     static std::string vertexShaderForStandardBlurOfRadius(unsigned blurRadius, double sigma);
+    /// Reads each neighbour.
     static std::string fragmentShaderForStandardBlurOfRadius(unsigned blurRadius, double sigma);
+    /// Hands out the places between pairs of neighbours.
     static std::string vertexShaderForOptimizedBlurOfRadius(unsigned blurRadius, double sigma);
+    /// Reads two neighbours at once.
     static std::string fragmentShaderForOptimizedBlurOfRadius(unsigned blurRadius, double sigma);
 
     /// Replaces the shaders of both passes. Waits for the queue.
@@ -80,9 +87,6 @@ protected:
 
 private:
     void setFraction(float& fraction, float value, float& other);
-    std::shared_ptr<GPUImageFramebuffer> blurredOnce(const std::shared_ptr<GPUImageFramebuffer>& input,
-                                                     const QuadCoordinates& vertices,
-                                                     const QuadCoordinates& textureCoordinates);
     void dropTheTurn();
 
     // Some are written while a frame's size is being set: they are written on the queue alone.

@@ -1,3 +1,5 @@
+// The luma of ITU-R BT.709 in the four digits in which Poynton's Color FAQ gives the weights.
+
 #include "gpu/filters/GPUImageGrayscaleFilter.h"
 
 namespace lamina {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "gpu/core/FilterProgram.h"
 #include "gpu/core/FilterRegistry.h"
 #include "gpu/core/GPUImageFilter.h"
 

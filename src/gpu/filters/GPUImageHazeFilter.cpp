@@ -1,3 +1,6 @@
+// Koschmieder's law (1924): what is seen through haze is J t + A (1 - t) of the scene J and the air's light A. Here A
+// is white and d = 1 - t; solved for J.
+
 #include "gpu/filters/GPUImageHazeFilter.h"
 
 namespace lamina {

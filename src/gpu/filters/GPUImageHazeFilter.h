@@ -2,6 +2,7 @@
 
 #include "gpu/core/FilterRegistry.h"
 #include "gpu/core/GPUImageFilter.h"
+#include "platform/gl/GLHeaders.h"
 
 namespace lamina {
 
@@ -18,8 +19,10 @@ public:
     GPUImageHazeFilter();
     static FilterDescription describe();
 
+    /// d at the top.
     float distance() const { return m_distance; }
     void setDistance(float distance);
+    /// What d gains from top to bottom.
     float slope() const { return m_slope; }
     void setSlope(float slope);
 

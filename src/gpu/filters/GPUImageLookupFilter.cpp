@@ -1,3 +1,6 @@
+// A colour cube cut into tiles and interpolated trilinearly: in red and green by the texture unit, in blue by the
+// shader (Selan, Using Lookup Tables to Accelerate Color Transformations, GPU Gems 2, chapter 24).
+
 #include "gpu/filters/GPUImageLookupFilter.h"
 
 namespace lamina {

@@ -2,6 +2,7 @@
 
 #include "gpu/core/FilterRegistry.h"
 #include "gpu/core/GPUImageTwoInputFilter.h"
+#include "platform/gl/GLHeaders.h"
 
 namespace lamina {
 
@@ -23,6 +24,7 @@ public:
     GPUImageLookupFilter();
     static FilterDescription describe();
 
+    /// Share of the look.
     float intensity() const { return m_intensity; }
     void setIntensity(float intensity);
 

@@ -1,5 +1,7 @@
 #include "gpu/filters/GPUImageMonochromeFilter.h"
 
+#include "gpu/core/GPUVectors.h"
+
 namespace lamina {
 
 namespace {

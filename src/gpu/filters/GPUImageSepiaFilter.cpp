@@ -1,4 +1,8 @@
+// The rows are the luma of ITU-R BT.601, 0.299 R + 0.587 G + 0.114 B, times 1.2, 1 and 0.8.
+
 #include "gpu/filters/GPUImageSepiaFilter.h"
+
+#include "gpu/core/GPUVectors.h"
 
 namespace lamina {
 

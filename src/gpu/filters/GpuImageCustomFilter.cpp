@@ -1,5 +1,7 @@
 #include "gpu/filters/GpuImageCustomFilter.h"
 
+#include "gpu/core/GPUVectors.h"
+
 namespace lamina {
 
 namespace {

@@ -1,5 +1,7 @@
 #include "gpu/filters/GpuImageCustomFilter1.h"
 
+#include "gpu/core/GPUVectors.h"
+
 namespace lamina {
 
 namespace {

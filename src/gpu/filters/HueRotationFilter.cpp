@@ -1,3 +1,5 @@
+// Luma and the two chroma signals of NTSC (FCC, 1953), Y', I and Q: a hue is an angle in the plane of I and Q.
+
 #include "gpu/filters/HueRotationFilter.h"
 
 #include <cmath>

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "gpu/core/GPUImageFilter.h"
+#include "platform/gl/GLHeaders.h"
 
 #include <string>
 

@@ -8,7 +8,7 @@ LookupStage LookupStage::make(std::string_view tableFileName)
 {
     LookupStage stage{std::make_shared<GPUImagePicture>(lookupTable(tableFileName)),
                       std::make_shared<GPUImageLookupFilter>()};
-    // By name: whatever place the driver gave the uniform, a person is to see the look.
+    // By name: whatever place the driver gave the uniform, the user is to see the look.
     stage.filter->setFloat(1.0F, "intensity");
     stage.filter->disableSecondFrameCheck();
     stage.lookupImageSource->addTarget(stage.filter, 1);

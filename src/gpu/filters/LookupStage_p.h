@@ -8,7 +8,7 @@
 
 namespace lamina {
 
-/// A look-up filter with one of the house's tables in slot 1, at intensity 1: what the looks are made of. Slot 0 is
+/// A look-up filter with one of the built-in tables in slot 1, at intensity 1: what the looks are made of. Slot 0 is
 /// free and takes any number of frames, still or streaming, since the table comes once and is not waited for again. The
 /// table's picture must live as long as the filter is used.
 struct LookupStage {

@@ -1,12 +1,17 @@
 #include "gpu/filters/LookupTables.h"
 
 #include "platform/base/Log.h"
+#include "platform/base/MemoryWarning.h"
+#include "platform/base/NotificationCenter.h"
+#include "platform/base/Result.h"
 #include "platform/image/codecs/PictureDecoding.h"
+#include "platform/image/pixels/UIImage.h"
 
 #include <cstdint>
 #include <map>
 #include <mutex>
 #include <string>
+#include <string_view>
 
 // The assembler takes a file into the object as it is; compilers have no way of their own. Not a template: the
 // assembler's text must be one literal. The build defines the folder, and builds this file again when a table changes.
@@ -59,21 +64,41 @@ CGImage decode(const Table& table)
     return picture->cgImage();
 }
 
+/// The tables that have been asked for; a memory warning drops the pictures, which can be decoded again.
+class DecodedTables {
+public:
+    CGImage table(std::string_view fileName)
+    {
+        const std::lock_guard lock(m_mutex);
+        for (const Table& table : kTables) {
+            if (table.fileName != fileName)
+                continue;
+            const auto known = m_pictures.find(table.fileName);
+            return known != m_pictures.end() ? known->second
+                                             : m_pictures.emplace(table.fileName, decode(table)).first->second;
+        }
+        return {};
+    }
+
+private:
+    void clear()
+    {
+        const std::lock_guard lock(m_mutex);
+        m_pictures.clear();
+    }
+
+    std::mutex m_mutex;
+    std::map<std::string_view, CGImage> m_pictures;
+    NotificationObserver m_memoryWarningObserver = NotificationCenter::defaultCenter().addObserver(
+        UIApplicationDidReceiveMemoryWarningNotification, [this](const Notification&) { clear(); });
+};
+
 } // namespace
 
 CGImage lookupTable(std::string_view fileName)
 {
-    static std::mutex& mutex =
-        *new std::mutex; // like the pictures never destroyed: filters may be made until the very end
-    static std::map<std::string_view, CGImage>& decoded = *new std::map<std::string_view, CGImage>;
-    for (const Table& table : kTables) {
-        if (table.fileName != fileName)
-            continue;
-        const std::lock_guard lock(mutex);
-        const auto known = decoded.find(table.fileName);
-        return known != decoded.end() ? known->second : decoded.emplace(table.fileName, decode(table)).first->second;
-    }
-    return {};
+    static DecodedTables& decoded = *new DecodedTables; // never destroyed: filters may be made until the very end
+    return decoded.table(fileName);
 }
 
 } // namespace lamina

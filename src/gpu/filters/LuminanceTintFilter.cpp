@@ -1,3 +1,6 @@
+// The luma of ITU-R BT.709 (Poynton's Color FAQ), laid under the tint by the blend mode Overlay (ISO 32000-1, section
+// 11.3.5).
+
 #include "gpu/filters/LuminanceTintFilter.h"
 
 namespace lamina {

@@ -2,8 +2,12 @@
 
 #include "gpu/core/FilterRegistry.h"
 #include "gpu/core/GPUImageFilter.h"
+#include "gpu/core/GPUVectors.h"
+#include "platform/gl/GLHeaders.h"
 
+#include <span>
 #include <string>
+#include <utility>
 
 namespace lamina {
 
@@ -19,6 +23,7 @@ namespace lamina {
 /// result is cut to 0 to 1.
 class LuminanceTintFilter : public GPUImageFilter {
 public:
+    /// Share of the tint.
     float intensity() const { return m_intensity; }
     void setIntensity(float intensity);
 
@@ -57,7 +62,7 @@ FilterDescription LuminanceTintFilter::describeTint(std::string className, std::
                                                      "Colour of the middle tones; the fourth number has no effect")},
                                      {{"setColorRed:green:blue:",
                                        {color.one, color.two, color.three},
-                                       [](GPUImageStage& stage, std::span<const FilterValue> values) {
+                                       [](GPUImageStage& stage, std::span<const TypedValue> values) {
                                            dynamic_cast<LuminanceTintFilter&>(stage).setColorRed(
                                                std::get<float>(values[0]), std::get<float>(values[1]),
                                                std::get<float>(values[2]));

@@ -2,12 +2,13 @@
 
 #include "gpu/core/FilterRegistry.h"
 #include "gpu/core/GPUImageTwoInputFilter.h"
+#include "platform/gl/GLHeaders.h"
 
 #include <string>
 
 namespace lamina {
 
-/// The base of blends that a person turns up and down. Fragment shaders get the amount as `mixturePercent`, 0 to 1.
+/// The base of blends that the user turns up and down. Fragment shaders get the amount as `mixturePercent`, 0 to 1.
 class MixtureBlendFilter : public GPUImageTwoInputFilter {
 public:
     /// From 0, the base (slot 0), to 1, all that the blend makes of the overlay (slot 1); default 0.5.

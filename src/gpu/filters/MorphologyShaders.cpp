@@ -1,3 +1,6 @@
+// Dilation and erosion of grey values by a flat square, which is a line down after a line across (Serra, Image Analysis
+// and Mathematical Morphology, 1982).
+
 #include "gpu/filters/MorphologyShaders.h"
 
 #include <algorithm>

@@ -4,6 +4,7 @@
 
 namespace lamina {
 
+/// Which of the values around a pixel counts.
 enum class Morphology {
     Dilation, ///< takes the largest value around
     Erosion,  ///< takes the smallest
@@ -16,6 +17,7 @@ inline constexpr unsigned kLargestMorphologyRadius = 4;
 /// as 4. The step from pixel to pixel is `texelWidthOffset`, `texelHeightOffset`. The fragment shader looks at red
 /// alone and gives an opaque grey.
 std::string morphologyVertexShader(unsigned radius);
+/// The largest or smallest of what is read there.
 std::string morphologyFragmentShader(Morphology morphology, unsigned radius);
 
 } // namespace lamina

@@ -1,4 +1,9 @@
+// Edges are where the gradient by Sobel's operator is steep (Sobel and Feldman, 1968; Gonzalez and Woods, Digital Image
+// Processing, chapter 10); the rest is rounded to evenly spaced levels.
+
 #include "gpu/filters/PosterizedEdgesFilter.h"
+
+#include <utility>
 
 namespace lamina {
 

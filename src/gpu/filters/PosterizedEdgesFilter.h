@@ -1,6 +1,10 @@
 #pragma once
 
+#include "gpu/core/FilterRegistry.h"
 #include "gpu/filters/GPUImage3x3TextureSamplingFilter.h"
+#include "platform/gl/GLHeaders.h"
+
+#include <vector>
 
 namespace lamina {
 

@@ -8,7 +8,7 @@
 
 namespace lamina {
 
-/// The base of looks that are one of the house's look-up tables at full strength. Alpha stays.
+/// The base of looks that are one of the built-in look-up tables at full strength. Alpha stays.
 class SingleLookupLook : public GPUImageFilterGroup {
 protected:
     /// `tableFileName`: as of `lookupTable`.

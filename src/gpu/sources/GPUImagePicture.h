@@ -1,30 +1,24 @@
 #pragma once
 
-#include "gpu/core/GPUImageFilter.h"
+#include "gpu/core/GPUImageStage.h"
+#include "gpu/core/PictureTexture.h"
+#include "platform/base/CGGeometry.h"
 #include "platform/base/DispatchSemaphore.h"
+#include "platform/image/pixels/CGImage.h"
 #include "platform/image/pixels/UIImage.h"
 
 #include <atomic>
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <span>
 #include <string>
 
 namespace lamina {
 
-/// How a still picture becomes a texture.
-struct PictureUpload {
-    /// Mipmaps, for pictures that are drawn much smaller: the texture is the picture stretched to powers of two.
-    bool smoothlyScaleOutput = false;
-    /// Divides colours by alpha where what goes up is premultiplied.
-    bool removePremultiplication = false;
-};
-
 /// A still picture as a source: uploaded once, pushed as often as it is asked.
 ///
-/// Pictures of four bytes a pixel without padding go up as they are: straight or premultiplied RGBA, and BGRA in 32-bit
-/// little order. All others, and those over the texture limit, are drawn anew first, which premultiplies them. Nothing
-/// is converted on the GPU: filters see the values as they went up. The orientation of a UIImage is dropped.
+/// What goes up, and how, is told at `PictureTexture`. The orientation of a UIImage is dropped.
 ///
 /// Construction uploads, on the video processing queue, and waits. Pushes run there too, without waiting. The target
 /// list may change at any time. An empty picture goes on with the zero size.
@@ -32,8 +26,9 @@ class GPUImagePicture : public GPUImageOutput {
 public:
     explicit GPUImagePicture(const CGImage& image, PictureUpload upload = {});
     explicit GPUImagePicture(const UIImage& image, PictureUpload upload = {});
-    /// From a file, or the bytes of one. A picture that can't be read is an empty one, and logged.
+    /// From a file. A picture that can't be read is an empty one, and logged.
     static std::shared_ptr<GPUImagePicture> makeWithURL(const std::string& path);
+    /// The same from the bytes of a file.
     static std::shared_ptr<GPUImagePicture> makeWithData(std::span<const std::uint8_t> bytes);
     ~GPUImagePicture() override;
 
@@ -46,7 +41,7 @@ public:
                                 std::function<void(const UIImage& processed)> completion);
 
     /// What targets are told: the picture's pixels after the fit into the texture limit.
-    CGSize outputImageSize() const { return m_pixelSizeOfImage; }
+    CGSize outputImageSize() const { return m_texture.pictureSize(); }
 
     /// A picture that has been pushed before hands its frame to the new target at once.
     using GPUImageOutput::addTarget;
@@ -54,24 +49,23 @@ public:
     /// Also forgets that the picture has been pushed.
     void removeAllTargets() override;
 
-    /// Puts a picture over a part of the texture, by default at its top left in the picture's own size, else stretched
-    /// over `rect` (pixels, cut to whole ones). A rectangle that does not lie within the texture changes nothing and is
-    /// logged. Waits for the queue.
-    void replaceTextureWithSubimage(const UIImage& image) { replaceTextureWithSubCGImage(image.cgImage()); }
+    /// Puts a picture over a part of the texture, without `rect` at its top left in the picture's own size, else
+    /// stretched over it (pixels, cut to whole ones). A rectangle that does not lie within the texture changes nothing
+    /// and is logged. Waits for the queue.
     void replaceTextureWithSubCGImage(const CGImage& image);
+    void replaceTextureWithSubCGImage(const CGImage& image, CGRect rect);
+    /// The same with the pixels of a UIImage.
+    void replaceTextureWithSubimage(const UIImage& image) { replaceTextureWithSubCGImage(image.cgImage()); }
     void replaceTextureWithSubimage(const UIImage& image, CGRect rect)
     {
         replaceTextureWithSubCGImage(image.cgImage(), rect);
     }
-    void replaceTextureWithSubCGImage(const CGImage& image, CGRect rect);
 
 private:
-    void upload(const CGImage& image, PictureUpload how, CGSize textureSize, bool redraw);
     void push();
 
-    CGSize m_pixelSizeOfImage;
+    PictureTexture m_texture;
     std::atomic<bool> m_hasProcessedImage{false};
-    GLenum m_textureFormat = GL_RGBA; ///< of the storage, which later uploads must keep to
     DispatchSemaphore m_imageUpdateSemaphore{1};
 };
 

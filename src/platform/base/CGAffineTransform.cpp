@@ -1,5 +1,8 @@
 #include "platform/base/CGAffineTransform.h"
 
+#include <algorithm>
+#include <cmath>
+
 namespace lamina {
 
 CGAffineTransform CGAffineTransform::rotation(double radians)

@@ -1,5 +1,6 @@
 #include "platform/base/CMTime.h"
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 #include <numeric>

@@ -3,6 +3,9 @@
 #include "platform/base/Deadline.h"
 #include "platform/base/TimerService_p.h"
 
+#include <algorithm>
+#include <chrono>
+#include <condition_variable>
 #include <limits>
 #include <thread>
 

@@ -5,9 +5,13 @@
 
 #include <atomic>
 #include <condition_variable>
+#include <cstddef>
 #include <deque>
+#include <functional>
 #include <map>
+#include <memory>
 #include <mutex>
+#include <string>
 #include <thread>
 
 namespace lamina {

@@ -1,5 +1,6 @@
 #include "platform/base/Localization.h"
 
+#include <cstddef>
 #include <memory>
 #include <mutex>
 #include <utility>

@@ -1,8 +1,13 @@
+#include "platform/base/Deadline.h"
 #include "platform/base/DispatchQueue_p.h"
 #include "platform/base/Log.h"
 #include "platform/base/TimerService_p.h"
 
 #include <cassert>
+#include <chrono>
+#include <cstddef>
+#include <functional>
+#include <thread>
 #include <unistd.h>
 
 namespace lamina {

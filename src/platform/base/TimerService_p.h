@@ -6,6 +6,8 @@
 #include <atomic>
 #include <cstdint>
 #include <map>
+#include <memory>
+#include <mutex>
 #include <utility>
 #include <vector>
 

@@ -1,5 +1,8 @@
 #include "platform/base/UIScreen.h"
 
+#include <algorithm>
+#include <cmath>
+
 namespace lamina {
 
 namespace {

@@ -1,9 +1,9 @@
 #include "platform/files/FileWriting.h"
 
-#include "platform/files/UnfinishedFile.h"
+#include "platform/files/FileCauses.h"
+#include "platform/files/UnfinishedFile_p.h"
 
 #include <cerrno>
-#include <cstring>
 #include <fcntl.h>
 #include <filesystem>
 #include <optional>
@@ -13,33 +13,6 @@
 namespace lamina {
 
 namespace {
-
-std::string writeFailure(int error)
-{
-    switch (error) {
-    case ENOENT:
-    case ENOTDIR:
-        return "no such folder";
-    case EACCES:
-    case EPERM:
-        return "permission denied";
-    case EISDIR:
-        return "is a folder";
-    case ENOSPC:
-    case EDQUOT:
-        return "no space left on the device";
-    case EFBIG:
-        return "the file is too large for the device";
-    case EROFS:
-        return "the device can only be read";
-    case ELOOP:
-        return "a symbolic link leads in a circle";
-    case ENAMETOOLONG:
-        return "the name is too long";
-    default:
-        return std::strerror(error);
-    }
-}
 
 /// The file that a path means once its symbolic links are followed; it need not exist. Nothing on a circle.
 std::optional<std::filesystem::path> followLinks(std::filesystem::path path)
@@ -80,10 +53,10 @@ int replaceFile(const std::filesystem::path& target, const struct stat* existing
 Outcome writeFileAtomically(const std::string& path, std::span<const std::uint8_t> bytes)
 {
     if (path.empty() || path.find('\0') != std::string::npos)
-        return Error{path, "not a file name"};
+        return Error{path, cause::kNoFileName};
     const std::optional<std::filesystem::path> target = followLinks(path);
     if (!target)
-        return Error{path, writeFailure(ELOOP)};
+        return Error{path, writingFailure(ELOOP)};
     struct stat status {};
     const bool exists = ::stat(target->c_str(), &status) == 0;
     int error = 0;
@@ -94,24 +67,24 @@ Outcome writeFileAtomically(const std::string& path, std::span<const std::uint8_
     else
         error = replaceFile(*target, exists ? &status : nullptr, bytes);
     if (error != 0)
-        return Error{path, writeFailure(error)};
+        return Error{path, writingFailure(error)};
     return std::monostate();
 }
 
 Result<bool> writeNewFile(const std::string& path, std::span<const std::uint8_t> bytes)
 {
     if (path.empty() || path.find('\0') != std::string::npos)
-        return Error{path, "not a file name"};
+        return Error{path, cause::kNoFileName};
     const std::filesystem::path target(path);
     if (!target.has_filename())
-        return Error{path, writeFailure(EISDIR)};
+        return Error{path, writingFailure(EISDIR)};
     UnfinishedFile file(target);
     file.write(bytes);
     file.claim(target);
     if (file.error() == EEXIST)
         return false;
     if (file.error() != 0)
-        return Error{path, writeFailure(file.error())};
+        return Error{path, writingFailure(file.error())};
     return true;
 }
 

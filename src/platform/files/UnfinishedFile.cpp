@@ -1,4 +1,4 @@
-#include "platform/files/UnfinishedFile.h"
+#include "platform/files/UnfinishedFile_p.h"
 
 #include <array>
 #include <atomic>

@@ -5,12 +5,14 @@
 
 #include <functional>
 #include <memory>
+#include <utility>
 
 namespace lamina {
 
 /// Contexts of one group see each other's textures, buffers and programs.
 class EAGLSharegroup;
 
+/// What a context speaks. There is one dialect here.
 enum class EAGLRenderingAPI { OpenGLES2 = 2 };
 
 /// An OpenGL ES context without a window. A context is current on one thread at a time; all GL calls of a thread go to

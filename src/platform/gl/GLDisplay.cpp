@@ -5,8 +5,10 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <cstddef>
 #include <cstdlib>
 #include <optional>
+#include <utility>
 
 namespace lamina {
 

@@ -9,8 +9,9 @@
 #include "platform/host/ThumbnailProvider.h"
 #include "platform/host/system/PictureClipboard.h"
 #include "platform/host/system/SystemURLOpener.h"
+#include "platform/view/FailureAlert.h"
 #include "platform/view/PhotoReceiver.h"
-#include "platform/view/UIAlertController.h"
+#include "platform/view/UIApplication.h"
 #include "platform/view/UINavigationController.h"
 #include "platform/view/UIStoryboard.h"
 
@@ -51,10 +52,8 @@ Application::Application(const LaunchOptions& options)
 {
     PresentationHost::setCurrent(m_screens);
     installSystemURLOpener();
-    QObject::connect(m_screens.get(), &ScreenHost::presenting, &m_picker, [this](UIViewController* screen) {
-        if (auto* const picker = dynamic_cast<UIImagePickerController*>(screen))
-            m_picker.present(*picker);
-    });
+    QObject::connect(m_screens.get(), &ScreenHost::presenting, &m_picker, &PickerPresenter::present);
+    QObject::connect(&m_memory, &MemoryMonitor::lowMemory, &UIApplication::didReceiveMemoryWarning);
     m_picker.setStartFolder(options.photosFolder);
 
     m_view.setColor(QColor(0x12, 0x13, 0x16)); // the table, before the first frame is drawn
@@ -96,7 +95,7 @@ void Application::chooseSize(QSize wanted)
 void Application::openFirstScreen(const LaunchOptions& options)
 {
     registerMainStoryboard();
-    const auto home = UIStoryboard::named("Main")->instantiate<ViewController>("ViewController");
+    const auto home = UIStoryboard::named(kMainStoryboard)->instantiate<ViewController>(scene::kHome);
     m_screens->window().setRootViewController(UINavigationController::make(home));
     DispatchQueue::main().drain();
 
@@ -135,10 +134,8 @@ bool Application::receivePhotos(const QMimeData& offered)
         return false;
     const auto pictures = picturesOf(offered);
     if (!pictures) {
-        const auto top = m_screens->window().topViewController();
-        top->present(UIAlertController::make(localizedString("Can’t open the photo"), pictures.error().cause,
-                                             {{localizedString("OK"), UIAlertActionStyle::Default, {}}}),
-                     true);
+        presentFailure(*m_screens->window().topViewController(), localizedString("Can’t open the photo"),
+                       pictures.error());
         return false;
     }
     if (pictures->empty())

@@ -9,6 +9,7 @@
 #include "platform/host/ScreenMetrics.h"
 #include "platform/host/Translations.h"
 #include "platform/host/system/FolderModel.h"
+#include "platform/host/system/MemoryMonitor.h"
 #include "platform/host/system/SystemSettings.h"
 
 #include <QQuickView>
@@ -25,7 +26,7 @@ namespace lamina {
 struct LaunchOptions {
     /// "home", "two", "three" or "blend".
     std::string screen = "home";
-    /// Where choosing a photo starts; empty: the person's pictures, or the samples while those are empty.
+    /// Where choosing a photo starts; empty: the user's pictures, or the samples while those are empty.
     std::string photosFolder;
     /// Photos to begin a blend with, the first one first.
     std::vector<std::string> files;
@@ -71,6 +72,7 @@ private:
     ScreenMetrics m_metrics;
     FocusKeeper m_focus;
     SystemSettings m_settings;
+    MemoryMonitor m_memory;
     FolderModel m_folder;
     PickerPresenter m_picker;
     std::shared_ptr<ScreenHost> m_screens;

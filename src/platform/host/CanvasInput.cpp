@@ -1,12 +1,15 @@
 #include "platform/host/CanvasInput.h"
 
+#include "platform/view/UITapGestureRecognizer.h"
+#include "platform/view/UIView.h"
+
 #include <QMouseEvent>
 #include <QNativeGestureEvent>
 #include <QTouchEvent>
 #include <QWheelEvent>
 
-#include <cmath>
 #include <numbers>
+#include <utility>
 #include <vector>
 
 namespace lamina {
@@ -15,23 +18,31 @@ namespace {
 
 constexpr std::int64_t kMouse = -1; // no finger has it
 constexpr double kWheelUnitsPerStep = 120;
-constexpr double kTapSeconds = 0.3;
-constexpr double kTapDistance = 20; // points
 
 double seconds(const QInputEvent& event)
 {
     return static_cast<double>(event.timestamp()) / 1000.0;
 }
 
-bool near(CGPoint a, CGPoint b)
+/// A view without an end that hears of two quick taps of one finger.
+std::shared_ptr<UIView> tapView(std::optional<CGPoint>& doubleTap)
 {
-    return std::hypot(a.x - b.x, a.y - b.y) <= kTapDistance;
+    constexpr double kFar = 1e6;
+    auto view = std::make_shared<UIView>();
+    view->setBounds({-kFar, -kFar, 2 * kFar, 2 * kFar});
+    auto recognizer = std::make_shared<UITapGestureRecognizer>();
+    recognizer->setNumberOfTapsRequired(2);
+    recognizer->addAction([&](UIGestureRecognizer& tapped) { doubleTap = tapped.locationInView(nullptr); });
+    view->addGestureRecognizer(std::move(recognizer));
+    return view;
 }
 
 } // namespace
 
 CanvasInput::CanvasInput(const std::shared_ptr<UIView>& root)
     : m_dispatcher(root)
+    , m_tapView(tapView(m_doubleTap))
+    , m_tapDispatcher(m_tapView)
 {
 }
 
@@ -60,43 +71,25 @@ std::optional<CGPoint> CanvasInput::touched(const QTouchEvent& event)
         cancel();
         return std::nullopt;
     }
+    dispatch(event, m_dispatcher);
+    dispatch(event, m_tapDispatcher);
+    return std::exchange(m_doubleTap, std::nullopt);
+}
+
+void CanvasInput::dispatch(const QTouchEvent& event, TouchDispatcher& dispatcher) const
+{
     std::vector<TouchDispatcher::Position> moved;
     for (const QEventPoint& point : event.points())
         if (point.state() == QEventPoint::Updated)
             moved.push_back({point.id(), treePoint(point.position())});
     if (!moved.empty())
-        m_dispatcher.touchesMoved(moved, m_lastTime);
+        dispatcher.touchesMoved(moved, m_lastTime);
     for (const QEventPoint& point : event.points()) {
         if (point.state() == QEventPoint::Pressed)
-            m_dispatcher.touchBegan(point.id(), treePoint(point.position()), m_lastTime);
+            dispatcher.touchBegan(point.id(), treePoint(point.position()), m_lastTime);
         else if (point.state() == QEventPoint::Released)
-            m_dispatcher.touchEnded(point.id(), treePoint(point.position()), m_lastTime);
+            dispatcher.touchEnded(point.id(), treePoint(point.position()), m_lastTime);
     }
-    return followTaps(event);
-}
-
-std::optional<CGPoint> CanvasInput::followTaps(const QTouchEvent& event)
-{
-    const auto& points = event.points();
-    if (points.size() != 1) {
-        m_down.reset();
-        m_lastTap.reset();
-        return std::nullopt;
-    }
-    const CGPoint point = treePoint(points.first().position());
-    if (event.type() == QEvent::TouchBegin)
-        m_down = Tap{point, m_lastTime};
-    if (event.type() != QEvent::TouchEnd || !m_down)
-        return std::nullopt;
-    const Tap down = *m_down;
-    m_down.reset();
-    if (m_lastTime - down.time > kTapSeconds || !near(point, down.point)) {
-        m_lastTap.reset();
-        return std::nullopt;
-    }
-    const bool second = m_lastTap && down.time - m_lastTap->time <= kTapSeconds && near(point, m_lastTap->point);
-    m_lastTap = second ? std::nullopt : std::optional(Tap{point, m_lastTime});
-    return second ? std::optional(point) : std::nullopt;
 }
 
 bool CanvasInput::wheelTurned(const QWheelEvent& event)
@@ -126,7 +119,7 @@ bool CanvasInput::nativeGesture(const QNativeGestureEvent& event)
 
 void CanvasInput::cancel()
 {
-    m_down.reset();
+    m_tapDispatcher.cancelAllTouches(m_lastTime);
     m_dispatcher.cancelAllTouches(m_lastTime);
 }
 

@@ -31,8 +31,10 @@ public:
     explicit CanvasItem(QQuickItem* parent = nullptr);
     ~CanvasItem() override;
 
+    /// The `UIViewController` whose tree is on show; not owned, and null once it is gone.
     QObject* controller() const { return m_controller; }
     void setController(QObject* controller);
+    /// Whether touches reach the tree; taking that away cancels those that are under way.
     bool acceptsInput() const { return m_acceptsInput; }
     void setAcceptsInput(bool accepts);
     bool hasVisualFocus() const { return m_visualFocus; }

@@ -31,17 +31,24 @@ class HostBridge : public QObject {
 
 public:
     explicit HostBridge(Application& application);
+    /// The application's bridge, for QML's engine; stays owned by the application.
     static HostBridge* create(QQmlEngine* engine, QJSEngine* scriptEngine);
 
+    /// The screens in the window, from the bottom to the top.
     ScreenModel* screens() const;
     int transitionDuration() const { return m_transitionDuration; }
+    /// Milliseconds for screens that slide in from the side and out again; 0: at once.
     int slideDuration() const { return m_slideDuration; }
     void setSlideDuration(int milliseconds);
+    /// The same for screens that fade in and out.
     int fadeDuration() const { return m_fadeDuration; }
     void setFadeDuration(int milliseconds);
+    /// The item inside which Tab goes round; null: Tab goes as Qt has it.
     QQuickItem* focusFrame() const { return m_focusFrame; }
     void setFocusFrame(QQuickItem* frame);
+    /// The `UIImagePickerController` that waits for a choice in the window; null: none.
     QObject* folderPicker() const;
+    /// The application's `FolderModel`; stays owned by the application.
     QObject* folder() const;
 
     /// Hands what the clipboard holds to the screen on top; false when there is no picture, or it takes none.

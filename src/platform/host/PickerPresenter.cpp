@@ -18,8 +18,11 @@ PickerPresenter::PickerPresenter(QWindow& parent, FolderModel& folder)
 
 PickerPresenter::~PickerPresenter() = default;
 
-void PickerPresenter::present(UIImagePickerController& picker)
+void PickerPresenter::present(UIViewController* screen)
 {
+    if (screen->systemPresentation() != UISystemPresentation::ImagePicker)
+        return;
+    auto& picker = static_cast<UIImagePickerController&>(*screen);
     forget();
     if (picker.hasPreselected() || picker.sourceType() != UIImagePickerControllerSourceType::PhotoLibrary)
         return;

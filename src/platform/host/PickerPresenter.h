@@ -29,11 +29,13 @@ public:
     /// Where choosing starts; empty: where the system likes.
     void setStartFolder(std::string folder) { m_startFolder = std::move(folder); }
 
-    /// Called as a picker is presented. One that has its photo already, or wants the camera, is left alone.
-    void present(UIImagePickerController& picker);
+    /// Called as a screen is presented. What is no picker is left alone, and so is a picker that has its photo already,
+    /// or wants the camera.
+    void present(UIViewController* screen);
 
     /// The picker that has to choose in the window; null: none.
     UIImagePickerController* folderPicker() const { return m_choosesInWindow ? m_picker.data() : nullptr; }
+    /// What was chosen in the window.
     void choose(const std::string& path);
 
 signals:

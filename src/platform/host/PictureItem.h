@@ -21,8 +21,10 @@ class PictureItem : public QQuickItem {
 public:
     explicit PictureItem(QQuickItem* parent = nullptr);
 
+    /// The picture on show, a `lamina::UIImage`. Setting one that shares its pixels with it changes nothing.
     QVariant picture() const;
     void setPicture(const QVariant& picture);
+    /// Of the corners, in the item's units; 0: square.
     qreal radius() const { return m_radius; }
     void setRadius(qreal radius);
     bool isEmpty() const { return !m_picture; }

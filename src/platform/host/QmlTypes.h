@@ -5,10 +5,11 @@
 
 #include <QQmlEngine>
 
-// Types of rooms that know no QML, by the names they have there.
+// Types of modules that know no QML, by the names they have there.
 
 namespace lamina {
 
+/// The list of screens, for the types of its values alone.
 struct ScreenModelInQml {
     Q_GADGET
     QML_FOREIGN(lamina::ScreenModel)
@@ -24,10 +25,11 @@ struct SystemSettingsInQml {
     QML_SINGLETON
 
 public:
+    /// The application's settings, for QML's engine; they stay owned by the application.
     static SystemSettings* create(QQmlEngine* engine, QJSEngine* scriptEngine);
 };
 
-/// Keeps the module's types in a program that links this room: without it the linker leaves their registration out.
+/// Keeps the module's types in a program that links this module: without it the linker leaves their registration out.
 void registerQmlTypes();
 
 } // namespace lamina

@@ -1,10 +1,11 @@
 #include "platform/host/ScreenHost.h"
 
 #include "platform/base/DispatchQueue.h"
-#include "platform/view/UIAlertController.h"
-#include "platform/view/UIImagePickerController.h"
+#include "platform/base/Log.h"
 #include "platform/view/UINavigationController.h"
+#include "platform/view/UIStoryboard.h"
 
+#include <QFile>
 #include <QTimer>
 
 #include <cmath>
@@ -16,23 +17,35 @@ namespace {
 
 using Kind = PresentationTransition::Kind;
 
-/// Where the views of a screen are written down.
-QUrl viewOf(const UIViewController& controller)
+constexpr const char* kModule = ":/qt/qml/Lamina/";
+
+/// The layout of a screen, a file of the module; empty: it has none.
+QString layoutOf(const UIViewController& controller)
 {
-    static constexpr struct {
-        const char* screen;
-        const char* view;
-    } kNamedOtherwise[] = {
-        {"ViewController", "HomeScreen"},
-        {"UIAlertController", "AlertScreen"},
-        {"UIImagePickerController", "PickerScreen"},
-    };
-    QString name = controller.className();
-    for (const auto& known : kNamedOtherwise)
-        if (name == QLatin1String(known.screen))
-            return QUrl(QStringLiteral("qrc:/qt/qml/Lamina/%1.qml").arg(QLatin1String(known.view)));
-    name.chop(static_cast<int>(qstrlen("ViewController")));
-    return QUrl(QStringLiteral("qrc:/qt/qml/Lamina/%1Screen.qml").arg(name));
+    switch (controller.systemPresentation()) {
+    case UISystemPresentation::Alert:
+        return QStringLiteral("AlertScreen.qml");
+    case UISystemPresentation::ImagePicker:
+        return QStringLiteral("PickerScreen.qml");
+    case UISystemPresentation::None:
+        break;
+    }
+    return controller.scene() ? QString::fromStdString(controller.scene()->qmlFile) : QString();
+}
+
+QUrl layoutURLOf(const UIViewController& controller)
+{
+    QString file = layoutOf(controller);
+    if (file.isEmpty() || !QFile::exists(kModule + file)) {
+        logError(controller.className().toStdString() + " has no layout called '" + file.toStdString() + "'");
+        file = QStringLiteral("MissingScreen.qml");
+    }
+    return QUrl(QStringLiteral("qrc") + kModule + file);
+}
+
+bool isPicker(const UIViewController* controller)
+{
+    return controller && controller->systemPresentation() == UISystemPresentation::ImagePicker;
 }
 
 /// The system's own picker is a window of its own: ours stays in sight behind it.
@@ -40,7 +53,7 @@ bool showsThrough(const UIViewController& controller)
 {
     const UIModalPresentationStyle style = controller.modalPresentationStyle();
     return style == UIModalPresentationStyle::OverFullScreen || style == UIModalPresentationStyle::OverCurrentContext ||
-           dynamic_cast<const UIImagePickerController*>(&controller) != nullptr;
+           isPicker(&controller);
 }
 
 } // namespace
@@ -52,7 +65,7 @@ std::vector<ScreenModel::Row> ScreenHost::wantedScreens() const
     std::vector<ScreenModel::Row> rows;
     const auto add = [&rows](const std::shared_ptr<UIViewController>& screen, bool overlay,
                              ScreenModel::Motion motion) {
-        rows.push_back({screen, viewOf(*screen), overlay, motion});
+        rows.push_back({screen, layoutURLOf(*screen), overlay, motion});
     };
     bool presented = false;
     for (auto screen = m_window.rootViewController(); screen; screen = screen->presentedViewController()) {
@@ -70,12 +83,9 @@ std::vector<ScreenModel::Row> ScreenHost::wantedScreens() const
 /// Milliseconds. A picker has nothing of its own to show, so nobody waits for it to come or go.
 int ScreenHost::durationOf(const PresentationTransition& transition) const
 {
-    const auto isPicker = [](const std::shared_ptr<UIViewController>& screen) {
-        return dynamic_cast<const UIImagePickerController*>(screen.get()) != nullptr;
-    };
     const bool slides = transition.kind == Kind::Push || transition.kind == Kind::Pop;
-    const bool picks = (transition.kind == Kind::Present && isPicker(transition.to)) ||
-                       (transition.kind == Kind::Dismiss && isPicker(transition.from));
+    const bool picks = (transition.kind == Kind::Present && isPicker(transition.to.get())) ||
+                       (transition.kind == Kind::Dismiss && isPicker(transition.from.get()));
     if (transition.duration <= 0 || picks)
         return 0;
     return static_cast<int>(std::lround((slides ? m_durations.slide : m_durations.fade) * 1000));

@@ -8,15 +8,18 @@
 
 namespace lamina {
 
-/// Mirrors the screens of a `UIWindow` in the real window: a screen has the QML file of its class (HomeScreen.qml for
-/// ViewController, else XScreen.qml for XViewController), and comes and goes as its transition says. Main thread.
+/// Mirrors the screens of a `UIWindow` in the real window: a screen is drawn by the QML file that its scene names, one
+/// of the system's by a file of this folder, and comes and goes as its transition says. One whose file is missing is
+/// logged as an error and shown as an empty screen with its name. Main thread.
 class ScreenHost : public QObject, public PresentationHost {
     Q_OBJECT
 
 public:
     ScreenHost();
 
+    /// Whose screens are mirrored.
     UIWindow& window() { return m_window; }
+    /// They as rows for the window's QML.
     ScreenModel& screens() { return m_screens; }
 
     /// Seconds that a transition takes, by its kind; 0 while the system asks for little motion.

@@ -10,7 +10,7 @@
 
 namespace lamina {
 
-/// The screens that the window holds, from the bottom to the top. Each row is drawn by the QML file of its class.
+/// The screens that the window holds, from the bottom to the top. Each row is drawn by the QML file at its `source`.
 class ScreenModel : public QAbstractListModel {
     Q_OBJECT
 
@@ -21,8 +21,10 @@ public:
     /// How a screen comes and goes: pushed from the side, or faded in.
     enum Motion { Slide, Fade };
     Q_ENUM(Motion)
+    /// What a row tells its view.
     enum Role { ControllerRole = Qt::UserRole, SourceRole, PhaseRole, MotionRole, FrontRole };
 
+    /// One screen, and how it is to be shown.
     struct Row {
         std::shared_ptr<UIViewController> controller;
         QUrl source;
@@ -42,6 +44,7 @@ public:
     void setScreens(std::vector<Row> screens);
     /// Shows what is not covered, and hides the rest. Animated by the views.
     void settle();
+    /// Takes out the rows of the screens that left.
     void removeLeaving();
 
 private:

@@ -28,7 +28,7 @@ Translations::Translations()
     });
 }
 
-/// The first of the person's languages that there is; the texts themselves are English.
+/// The first of the user's languages that there is; the texts themselves are English.
 void Translations::load()
 {
     for (QString language : QLocale::system().uiLanguages()) {

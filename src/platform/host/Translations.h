@@ -4,7 +4,7 @@
 
 namespace lamina {
 
-/// Installs the person's language for the application and for `localizedString`: lamina_XX.qm from the installed folder
+/// Installs the user's language for the application and for `localizedString`: lamina_XX.qm from the installed folder
 /// of translations or, in a build tree, from `LAMINA_TRANSLATIONS`. Lives as long as the application.
 class Translations {
 public:

@@ -6,9 +6,12 @@ set(LAMINA_QML_FILES
     app/ZoomRow.qml
     editors/blend/BlendPhotoButtons.qml
     editors/blend/BlendPhotoScreen.qml
-    editors/blend/BlendSidePanel.qml
+    editors/common/EditorLayout.qml
+    editors/common/EditorScreen.qml
+    editors/common/EditorSidePanel.qml
     platform/host/AlertScreen.qml
     platform/host/Main.qml
+    platform/host/MissingScreen.qml
     platform/host/PickerScreen.qml
     platform/host/ScreenFrame.qml
     platform/host/controls/AlertPanel.qml

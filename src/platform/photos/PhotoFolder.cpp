@@ -2,10 +2,9 @@
 
 #include "platform/files/FileWriting.h"
 #include "platform/image/codecs/PictureEncoding.h"
+#include "platform/photos/PictureFolders.h"
 
 #include <QDateTime>
-#include <QFile>
-#include <QStandardPaths>
 
 #include <filesystem>
 
@@ -13,7 +12,7 @@ namespace lamina {
 
 namespace {
 
-/// Far more than a person or a script saves in one second.
+/// Far more than a user or a script saves in one second.
 constexpr int kMostNames = 10'000;
 
 std::string nameForNow()
@@ -26,8 +25,7 @@ std::string nameForNow()
 
 std::string photoLibraryFolder()
 {
-    const QString pictures = QStandardPaths::writableLocation(QStandardPaths::PicturesLocation);
-    return QFile::encodeName(pictures).toStdString() + "/Lamina";
+    return picturesFolder() + "/Lamina";
 }
 
 Result<std::string> savePNGToPhotoLibrary(const CGImage& image)

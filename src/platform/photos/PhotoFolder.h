@@ -7,7 +7,7 @@
 
 namespace lamina {
 
-/// The folder into which the application puts finished pictures: "Lamina" inside the person's folder for pictures. It
+/// The folder into which the application puts finished pictures: "Lamina" inside the user's folder for pictures. It
 /// is not made until something is written. Usable from any thread.
 std::string photoLibraryFolder();
 

@@ -12,7 +12,7 @@ namespace lamina {
 struct PhotoSource {
     std::string path;                                       ///< of a file; empty: the bytes count
     std::shared_ptr<const std::vector<std::uint8_t>> bytes; ///< a picture file's contents; null: the path counts
-    std::string name;                                       ///< to show to a person: "beach.jpg"
+    std::string name;                                       ///< to show to the user: "beach.jpg"
 
     /// The name is the path's last part.
     static PhotoSource fromFile(std::string path)
@@ -22,6 +22,7 @@ struct PhotoSource {
         source.path = std::move(path);
         return source;
     }
+    /// A picture file's contents, shown under `name`.
     static PhotoSource fromBytes(std::vector<std::uint8_t> bytes, std::string name)
     {
         PhotoSource source;

@@ -33,10 +33,13 @@ public:
     CALayer(const CALayer&) = delete;
     CALayer& operator=(const CALayer&) = delete;
 
+    /// Own coordinates; default empty.
     CGRect bounds() const { return m_bounds; }
     void setBounds(const CGRect& bounds);
+    /// Of the bounds' centre, in the parent's coordinates.
     CGPoint position() const { return m_position; }
     void setPosition(CGPoint position);
+    /// About the position; default the identity.
     CGAffineTransform affineTransform() const { return m_transform; }
     void setAffineTransform(const CGAffineTransform& transform);
     /// From this layer's coordinates to the parent's.
@@ -63,6 +66,7 @@ public:
     bool masksToBounds() const { return m_masksToBounds; }
     void setMasksToBounds(bool masks);
 
+    /// A blurred copy of what the layer shows, in one colour, under it.
     struct Shadow {
         UIColor color = UIColor::black();
         double opacity = 0;      ///< [0, 1]; 0 draws no shadow
@@ -90,10 +94,12 @@ public:
 
     CALayer* superlayer() const { return m_superlayer; }
     const std::vector<std::shared_ptr<CALayer>>& sublayers() const { return m_sublayers; }
+    /// Puts the layer on top; otherwise as insertSublayer.
     void addSublayer(std::shared_ptr<CALayer> layer);
     /// `index` counts from the bottom and is clamped. A layer that has a parent leaves it first. Null and a layer that
     /// this one stands in are refused (asserted).
     void insertSublayer(std::shared_ptr<CALayer> layer, std::size_t index);
+    /// Leaves the parent; nothing without one. The layer may be destroyed by this.
     void removeFromSuperlayer();
 
     /// Draws this layer and all above it in its own coordinates: its position and transform in the parent do not count;
@@ -107,9 +113,9 @@ public:
     /// Empty when it paints nothing.
     CGRect paintedBounds() const;
 
+    using ChangeObserver = std::shared_ptr<const std::function<void()>>;
     /// Calls `handler` at every change of this layer, its mask and all layers above it, as long as the result is held.
     /// For whoever shows the tree; several may watch. The handler must not change the tree.
-    using ChangeObserver = std::shared_ptr<const std::function<void()>>;
     [[nodiscard]] ChangeObserver observeChanges(std::function<void()> handler);
 
 protected:

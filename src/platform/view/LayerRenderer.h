@@ -24,6 +24,7 @@ public:
     static CGRect innerBounds(const CALayer& layer);
     /// Whether the layer paints all over its bounds, or along their edge.
     static bool paintsBounds(const CALayer& layer);
+    /// Whether a shadow of the layer is to be seen.
     static bool castsShadow(const CALayer& layer);
     /// Where the shadow of something in `painted` may fall, in the layer's coordinates.
     static CGRect shadowBounds(const CALayer& layer, const CGRect& painted);
@@ -35,10 +36,12 @@ public:
         int x = 0;
         int y = 0;
         int reach = 0;
+        /// Where the shadow of `rect` falls.
         IntRect of(const IntRect& rect) const;
         /// What may throw its shadow on `rect`.
         IntRect castingOn(const IntRect& rect) const;
     };
+    /// Of the layer, its coordinates placed by `toDevice`.
     static ShadowPixels shadowPixels(const CALayer& layer, const CGAffineTransform& toDevice);
     /// All pixels that the layer and those above it may change, clips, masks and shadows considered. Counted in whole
     /// pixels, because a clip and a layer that share a pixel leave a trace even where their outlines don't meet.

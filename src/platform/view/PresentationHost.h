@@ -9,6 +9,7 @@ namespace lamina {
 
 /// What a window is to show: one change from screen to screen.
 struct PresentationTransition {
+    /// A first screen, a presentation and its end, a step on a stack and back.
     enum class Kind { Root, Present, Dismiss, Push, Pop };
     Kind kind = Kind::Root;
     std::shared_ptr<UIViewController> from; ///< covered or leaving (the topmost of several); null at the start

@@ -82,14 +82,8 @@ void tellViews(const std::vector<Touch>& touches)
 } // namespace
 
 struct TouchDispatcher::Touches {
-    /// For the second tap of two: how soon and how near it has to come down.
-    static constexpr double kTapInterval = UITapGestureRecognizer::kTapInterval;
-    static constexpr double kTapDistance = UITapGestureRecognizer::kTapDistance;
-
     std::weak_ptr<UIView> root;
     std::map<std::int64_t, Touch> down;
-    UITouch lastTap;
-    bool hasLastTap = false;
     double latest = 0;
 
     /// Times that are not numbers, or run back, count as the latest one.
@@ -98,13 +92,6 @@ struct TouchDispatcher::Touches {
         if (time > latest && std::isfinite(time))
             latest = time;
         return latest;
-    }
-
-    int tapCount(CGPoint at, double time) const
-    {
-        const bool again = hasLastTap && time - lastTap.timestamp <= kTapInterval &&
-                           std::hypot(at.x - lastTap.location.x, at.y - lastTap.location.y) <= kTapDistance;
-        return again ? lastTap.tapCount + 1 : 1;
     }
 
     /// Makes the touch known to the view that is hit and to all recognisers on the way up; null where nothing is hit.
@@ -118,7 +105,6 @@ struct TouchDispatcher::Touches {
         touch->location = rootView.convertPointToView(point, nullptr);
         touch->startLocation = touch->previousLocation = touch->location;
         touch->timestamp = time;
-        touch->tapCount = tapCount(touch->location, time);
         touch->view = hit->weak_from_this();
         touch->reachesView =
             hit->isMultipleTouchEnabled() ||
@@ -185,9 +171,6 @@ struct TouchDispatcher::Touches {
         down.erase(found);
         touch->timestamp = time;
         touch->previousLocation = touch->location;
-        lastTap = *touch;
-        lastTap.gestureRecognizers.clear();
-        hasLastTap = phase == UITouchPhase::Ended;
         deliver({touch}, phase);
         touch->reachesView = false;
         for (const Recognizer& recognizer : followers({touch}))

@@ -23,6 +23,7 @@ public:
     TouchDispatcher(const TouchDispatcher&) = delete;
     TouchDispatcher& operator=(const TouchDispatcher&) = delete;
 
+    /// Where a finger is now.
     struct Position {
         std::int64_t id = 0;
         CGPoint point;
@@ -30,15 +31,21 @@ public:
 
     /// `time` in seconds on any steady clock. A finger that is down already under this id is cancelled first.
     void touchBegan(std::int64_t id, CGPoint point, double time);
+    /// A finger that is down has moved.
     void touchMoved(std::int64_t id, CGPoint point, double time);
     /// Several fingers in one event: all are put in their places before anyone hears of it, so that a pinch is not
     /// taken for a drag of its first finger.
     void touchesMoved(std::span<const Position> positions, double time);
+    /// A finger is lifted at `point`; the way to it counts as moved.
     void touchEnded(std::int64_t id, CGPoint point, double time);
+    /// A finger is lost: views and recognisers hear that its touch is cancelled.
     void touchCancelled(std::int64_t id, double time);
+    /// The same for all fingers.
     void cancelAllTouches(double time);
+    /// Whether a finger is down.
     bool hasTouches() const;
 
+    /// Keys held; sets of them are sums.
     enum Modifiers : unsigned { NoModifier = 0, Shift = 1u << 0 };
     /// Zoom factor of one step of a wheel.
     static constexpr double kWheelZoomStep = 1.1;
@@ -47,7 +54,7 @@ public:
     /// Points that a wheel step scrolls where nothing zooms.
     static constexpr double kWheelScrollStep = 40;
 
-    /// A wheel turned by `steps` (positive: away from the person) over `point`: zooms in what takes a pinch there, else
+    /// A wheel turned by `steps` (positive: away from the user) over `point`: zooms in what takes a pinch there, else
     /// scrolls a scroll view. With Shift it turns what takes a rotation. False when nothing there cares.
     bool wheel(CGPoint point, double steps, unsigned modifiers = NoModifier);
     /// A touchpad's pinch; the nearest pinch recogniser under the point, and those that go together with it, take it.

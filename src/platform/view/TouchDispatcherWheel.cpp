@@ -44,7 +44,7 @@ bool scrollAt(UIView& root, CGPoint point, double distance)
 {
     for (const auto& view : viewsAt(root, point)) {
         const auto scrollView = std::dynamic_pointer_cast<UIScrollView>(view);
-        if (!scrollView || !scrollView->isScrollEnabled())
+        if (!scrollView)
             continue;
         const CGPoint range = scrollView->maximumContentOffset();
         CGPoint offset = scrollView->contentOffset();

@@ -9,7 +9,9 @@
 
 namespace lamina {
 
+/// Where an alert stands: at the foot of the screen, or in its middle.
 enum class UIAlertControllerStyle { ActionSheet = 0, Alert = 1 };
+/// What a button means: Cancel changes nothing, Destructive loses something.
 enum class UIAlertActionStyle { Default = 0, Cancel = 1, Destructive = 2 };
 
 /// One button of an alert.
@@ -38,13 +40,16 @@ public:
                                                    std::vector<UIAlertAction> actions,
                                                    Style preferredStyle = Style::Alert);
 
+    UISystemPresentation systemPresentation() const override { return UISystemPresentation::Alert; }
     const std::string& message() const { return m_message; }
+    /// For views: the message, the style, and the buttons as `actionList` tells.
     QString messageText() const { return QString::fromStdString(m_message); }
-    Style preferredStyle() const { return m_preferredStyle; }
     int preferredStyleNumber() const { return static_cast<int>(m_preferredStyle); }
     QVariantList actionList() const;
+    Style preferredStyle() const { return m_preferredStyle; }
     /// In the order in which they were added.
     const std::vector<UIAlertAction>& actions() const { return m_actions; }
+    /// One more button, below those there are.
     void addAction(UIAlertAction action);
 
     /// The choice of button `index`: the alert is dismissed, then the handler runs, on a later turn. An index that is

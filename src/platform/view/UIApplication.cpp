@@ -1,6 +1,9 @@
 #include "platform/view/UIApplication.h"
 
+#include "platform/base/DispatchQueue.h"
 #include "platform/base/Log.h"
+#include "platform/base/MemoryWarning.h"
+#include "platform/base/NotificationCenter.h"
 
 namespace lamina {
 
@@ -16,6 +19,12 @@ bool UIApplication::openURL(const std::string& url)
     if (!opened)
         logWarning("nothing here opens " + url);
     return opened;
+}
+
+void UIApplication::didReceiveMemoryWarning()
+{
+    DispatchQueue::main().async(
+        [] { NotificationCenter::defaultCenter().post(UIApplicationDidReceiveMemoryWarningNotification); });
 }
 
 } // namespace lamina

@@ -11,10 +11,15 @@ inline constexpr const char* UIApplicationOpenSettingsURLString = "app-settings:
 /// The application as its screens see it. One a process, never destroyed. Main thread.
 class UIApplication {
 public:
+    /// The process's own.
     static UIApplication& shared();
 
-    /// True when something opens it. Without an opener: false, and logged.
+    /// Hands the address to the installed opener. True when something opens it. Without an opener: false, and logged.
     bool openURL(const std::string& url);
+
+    /// The system runs short of memory: posts UIApplicationDidReceiveMemoryWarningNotification on a later turn of the
+    /// main queue. From any thread.
+    static void didReceiveMemoryWarning();
 
     using URLOpener = std::function<bool(const std::string& url)>;
     /// Installed by whoever knows the system; empty: none.

@@ -23,7 +23,7 @@ struct UIControlEvents {
     static constexpr Set All = 0xFFFFFFFF;
 };
 
-/// A view that a person operates: it follows one finger and tells handlers what happens. While a finger is on a
+/// A view that the user operates: it follows one finger and tells handlers what happens. While a finger is on a
 /// control, tap recognisers of the views above it do not see that finger. Main thread.
 class UIControl : public UIView {
 public:
@@ -44,11 +44,11 @@ public:
     virtual void setHighlighted(bool highlighted);
     /// Under a finger that came down on it, wherever the finger is now.
     bool isTracking() const { return m_tracking; }
-    bool isTouchInside() const { return m_touchInside; }
 
     /// Calls the handler at each of `events`, in the order of these calls. A handler may remove handlers, itself too,
     /// or destroy the control.
     HandlerId addTarget(Handler handler, UIControlEvents::Set events);
+    /// Nothing when the handler is gone already.
     void removeTarget(HandlerId id);
     /// Calls the handlers of the events, whether the control is enabled or not.
     void sendActions(UIControlEvents::Set events);

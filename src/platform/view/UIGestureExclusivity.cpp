@@ -7,14 +7,6 @@
 
 namespace lamina {
 
-void UIGestureRecognizer::requireGestureRecognizerToFail(const std::shared_ptr<UIGestureRecognizer>& other)
-{
-    if (!other || other.get() == this)
-        return;
-    m_mustFail.push_back(other);
-    other->m_dependents.push_back(weak_from_this());
-}
-
 bool UIGestureRecognizer::recognizesSimultaneouslyWith(UIGestureRecognizer& other)
 {
     if (const auto rules = delegate(); rules && rules->gestureRecognizer(*this, other))
@@ -54,37 +46,6 @@ bool UIGestureRecognizer::mayBegin()
         const bool goesAhead = rival->isActive() || rival->m_state == State::Ended;
         return goesAhead && !recognizesSimultaneouslyWith(*rival);
     });
-}
-
-bool UIGestureRecognizer::waitsForFailure() const
-{
-    return std::any_of(m_mustFail.begin(), m_mustFail.end(), [&](const auto& weak) {
-        const auto other = weak.lock();
-        return other && other->m_view && other->m_state == State::Possible &&
-               (other->awaitsMoreTouches() || other->m_pending || tracksAnyOf(*other));
-    });
-}
-
-void UIGestureRecognizer::tellDependents(bool recognized)
-{
-    for (const auto& weak : std::vector(m_dependents)) {
-        const auto dependent = weak.lock();
-        if (!dependent || dependent->m_state != State::Possible)
-            continue;
-        if (!recognized)
-            dependent->goOn();
-        else if (dependent->m_pending || dependent->tracksAnyOf(*this))
-            dependent->fail();
-    }
-}
-
-void UIGestureRecognizer::goOn()
-{
-    if (!m_pending || waitsForFailure())
-        return;
-    const State state = *m_pending;
-    m_pending.reset();
-    enter(state);
 }
 
 } // namespace lamina

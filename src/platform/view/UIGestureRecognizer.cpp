@@ -34,11 +34,6 @@ void UIGestureRecognizer::addTarget(std::weak_ptr<const void> owner, Action acti
     m_targets.push_back({std::move(owner), true, std::move(action)});
 }
 
-void UIGestureRecognizer::removeAllActions()
-{
-    m_targets.clear();
-}
-
 void UIGestureRecognizer::setEnabled(bool enabled)
 {
     if (enabled == m_enabled)
@@ -75,9 +70,7 @@ bool UIGestureRecognizer::isOver() const
 
 bool UIGestureRecognizer::addTouch(const std::shared_ptr<UITouch>& touch)
 {
-    if (m_pending && !waitsForFailure())
-        fail(); // what it waited for has vanished without an answer
-    if (!m_enabled || !m_view || isOver() || m_pending || !acceptsTouch())
+    if (!m_enabled || !m_view || isOver() || !acceptsTouch())
         return false;
     if (const auto rules = delegate(); rules && !rules->gestureRecognizerShouldReceiveTouch(*this, *touch))
         return false;
@@ -136,7 +129,6 @@ void UIGestureRecognizer::viewDestroyed()
 {
     m_view = nullptr;
     m_touches.clear();
-    m_pending.reset();
     m_state = State::Possible;
     reset();
 }

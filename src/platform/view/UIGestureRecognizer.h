@@ -38,6 +38,8 @@ public:
 /// together. The first to recognise wins, in one event that of the nearest view (children before ancestors), in one
 /// view the one attached first. One that is under way refuses later ones on its fingers.
 ///
+/// Once one is recognised, the view that was touched hears that its touches are cancelled.
+///
 /// After Ended, Cancelled or Failed the recogniser ignores everything until its fingers are lifted, then it is Possible
 /// again. An action may remove or disable its recogniser, or destroy the view. A view that is destroyed under a gesture
 /// ends it without a word; one that leaves the tree cancels it at the next event. Must be held by std::shared_ptr. Main
@@ -68,7 +70,6 @@ public:
                           (target->*action)(*typed);
                   });
     }
-    void removeAllActions();
 
     State state() const { return m_state; }
     /// Began or Changed.
@@ -78,9 +79,6 @@ public:
     /// Default true. Disabling cancels a gesture under way.
     bool isEnabled() const { return m_enabled; }
     void setEnabled(bool enabled);
-    /// Default true: once recognised, the view that was touched hears that its touches are cancelled.
-    bool cancelsTouchesInView() const { return m_cancelsTouchesInView; }
-    void setCancelsTouchesInView(bool cancels) { m_cancelsTouchesInView = cancels; }
     /// Default none; not owned.
     std::shared_ptr<UIGestureRecognizerDelegate> delegate() const { return m_delegate.lock(); }
     void setDelegate(std::weak_ptr<UIGestureRecognizerDelegate> delegate) { m_delegate = std::move(delegate); }
@@ -89,9 +87,6 @@ public:
     /// The middle of the fingers (of the last ones, once they are lifted) in the coordinates of `view`; null: of the
     /// root.
     CGPoint locationInView(const UIView* view) const;
-
-    /// This one is recognised only after `other` has failed on the same fingers (a single tap after a double tap).
-    void requireGestureRecognizerToFail(const std::shared_ptr<UIGestureRecognizer>& other);
 
     /// True when either delegate lets both go together.
     bool recognizesSimultaneouslyWith(UIGestureRecognizer& other);
@@ -110,8 +105,7 @@ protected:
     virtual bool awaitsMoreTouches() const { return false; }
 
     /// From Possible: to `state` (Began, or Ended for discrete gestures) with the action called, or to Failed if a
-    /// delegate or a gesture under way forbids it, or later if it has to wait for another to fail. True when the
-    /// gesture is in that state after the action.
+    /// delegate or a gesture under way forbids it. True when the gesture is in that state after the action.
     bool recognize(State state);
     /// The steps of a gesture under way, with the action called; nothing in other states.
     void change();
@@ -149,11 +143,7 @@ private:
     void abandon();
     void settle();
     void fire();
-    bool enter(State state);
     bool mayBegin();
-    bool waitsForFailure() const;
-    void tellDependents(bool recognized);
-    void goOn();
     bool tracksAnyOf(const UIGestureRecognizer& other) const;
     std::vector<std::shared_ptr<UIGestureRecognizer>> rivals() const;
 
@@ -164,15 +154,11 @@ private:
     };
     std::vector<Target> m_targets;
     State m_state = State::Possible;
-    std::optional<State> m_pending; ///< waits for others to fail before it goes there
     UIView* m_view = nullptr;
     bool m_enabled = true;
-    bool m_cancelsTouchesInView = true;
     std::weak_ptr<UIGestureRecognizerDelegate> m_delegate;
     std::vector<std::shared_ptr<UITouch>> m_touches;
     CGPoint m_lastLocation; ///< root coordinates
-    std::vector<std::weak_ptr<UIGestureRecognizer>> m_mustFail;
-    std::vector<std::weak_ptr<UIGestureRecognizer>> m_dependents;
 };
 
 } // namespace lamina

@@ -10,15 +10,6 @@ bool UIGestureRecognizer::recognize(State state)
 {
     if (m_state != State::Possible)
         return false;
-    if (waitsForFailure()) {
-        m_pending = state;
-        return false;
-    }
-    return enter(state);
-}
-
-bool UIGestureRecognizer::enter(State state)
-{
     const auto self = weak_from_this().lock();
     if (!mayBegin()) {
         fail();
@@ -30,10 +21,8 @@ bool UIGestureRecognizer::enter(State state)
     for (const auto& rival : rivals())
         if (rival->m_state == State::Possible && !recognizesSimultaneouslyWith(*rival))
             rival->fail();
-    tellDependents(true);
-    if (m_cancelsTouchesInView)
-        for (const auto& touch : std::vector(m_touches))
-            touch->cancelInView();
+    for (const auto& touch : std::vector(m_touches))
+        touch->cancelInView();
     if (m_state == state)
         fire();
     const bool there = m_state == state;
@@ -74,10 +63,7 @@ void UIGestureRecognizer::fail()
 {
     if (m_state != State::Possible)
         return;
-    const auto self = weak_from_this().lock();
-    m_pending.reset();
     m_state = State::Failed;
-    tellDependents(false);
     settle();
 }
 
@@ -89,12 +75,11 @@ void UIGestureRecognizer::settle()
     if (isActive())
         return cancel();
     if (m_state == State::Possible) {
-        if (m_pending != State::Ended && !awaitsMoreTouches())
+        if (!awaitsMoreTouches())
             fail();
         return;
     }
     m_state = State::Possible;
-    m_pending.reset();
     reset();
 }
 
@@ -102,7 +87,7 @@ void UIGestureRecognizer::settle()
 void UIGestureRecognizer::abandon()
 {
     const auto self = weak_from_this().lock();
-    const bool idle = m_touches.empty() && m_state == State::Possible && !m_pending && !awaitsMoreTouches();
+    const bool idle = m_touches.empty() && m_state == State::Possible && !awaitsMoreTouches();
     if (idle)
         return;
     if (isActive()) {
@@ -129,12 +114,12 @@ void UIGestureRecognizer::fire()
 
 bool UIGestureRecognizer::enterWithoutTouches(State state, std::optional<CGPoint> rootLocation)
 {
-    if (!m_enabled || !m_view || m_state != State::Possible || !m_touches.empty() || m_pending)
+    if (!m_enabled || !m_view || !m_touches.empty())
         return false;
     const CGRect bounds = m_view->bounds();
     const CGPoint middle{bounds.midX(), bounds.midY()};
     m_lastLocation = rootLocation ? *rootLocation : m_view->convertPointToView(middle, nullptr);
-    return enter(state);
+    return recognize(state);
 }
 
 bool UIGestureRecognizer::performSteps(std::optional<CGPoint> rootLocation, const std::function<void()>& update)

@@ -14,9 +14,10 @@ namespace lamina {
 class PhotoLoad;
 class UIImagePickerController;
 
+/// Where the photo comes from.
 enum class UIImagePickerControllerSourceType { PhotoLibrary = 0, Camera = 1 };
 
-/// What a person has picked.
+/// What the user has picked.
 struct UIImagePickerInfo {
     UIImage originalImage; ///< UIImagePickerControllerOriginalImage: upright
     std::string name;      ///< to show
@@ -31,7 +32,7 @@ public:
                                        const UIImagePickerInfo& didFinishPickingMediaWithInfo);
 };
 
-/// The system's own way to one photo. The window lets a person choose a file while this is presented; the photo is then
+/// The system's own way to one photo. The window lets the user choose a file while this is presented; the photo is then
 /// read in the background, and can be given up until it is there. Main thread.
 ///
 /// A photo that can't be read is no answer: the picker dismisses itself, and an alert over the screen that presented it
@@ -42,6 +43,7 @@ class UIImagePickerController : public UIViewController {
     Q_PROPERTY(QString photoName READ photoNameText NOTIFY stateChanged FINAL)
 
 public:
+    /// Finished: there is a photo, or there will be none.
     enum State { Choosing, Loading, Finished };
     Q_ENUM(State)
     using SourceType = UIImagePickerControllerSourceType;
@@ -51,6 +53,7 @@ public:
 
     /// The library always is; the camera when `setCameraAvailability` says so (default: no).
     static bool isSourceTypeAvailable(SourceType type);
+    /// Installed by whoever knows of cameras; asked each time. Empty: there are none.
     static void setCameraAvailability(std::function<bool()> isAvailable);
 
     /// Default: the library.
@@ -71,13 +74,14 @@ public:
     const std::string& photoName() const { return m_photoName; }
     QString photoNameText() const { return QString::fromStdString(m_photoName); }
 
-    /// A person's choice; only while choosing.
+    /// The user's choice; only while choosing.
     void choose(PhotoSource photo);
-    /// A person wants none, or no longer; the delegate hears of it once. Nothing once finished.
+    /// The user wants none, or no longer; the delegate hears of it once. Nothing once finished.
     Q_INVOKABLE void cancel();
     /// Choosing went wrong, or reading did: handled as a photo that can't be read.
     void fail(const Error& error);
 
+    UISystemPresentation systemPresentation() const override { return UISystemPresentation::ImagePicker; }
     void viewDidAppear(bool animated) override;
 
 signals:

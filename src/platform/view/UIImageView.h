@@ -11,6 +11,7 @@ public:
     /// As large as the picture, in points.
     explicit UIImageView(const UIImage& image);
 
+    /// Default the empty picture.
     const UIImage& image() const { return layer().contents(); }
     /// The empty picture shows nothing.
     void setImage(const UIImage& image) { layer().setContents(image); }

@@ -2,7 +2,6 @@
 
 #include "platform/view/UITouch.h"
 
-#include <algorithm>
 #include <cmath>
 
 namespace lamina {
@@ -10,11 +9,6 @@ namespace lamina {
 void UILongPressGestureRecognizer::setMinimumPressDuration(double seconds)
 {
     m_minimumPressDuration = seconds > 0 ? seconds : 0;
-}
-
-void UILongPressGestureRecognizer::setAllowableMovement(double points)
-{
-    m_allowableMovement = points > 0 ? points : 0;
 }
 
 void UILongPressGestureRecognizer::touchesBegan(const std::vector<UITouch*>&)
@@ -34,7 +28,7 @@ void UILongPressGestureRecognizer::touchesMoved(const std::vector<UITouch*>& tou
         return change();
     const UITouch& touch = *touches.front();
     const CGPoint start = touch.startLocation;
-    if (std::hypot(touch.location.x - start.x, touch.location.y - start.y) > m_allowableMovement)
+    if (std::hypot(touch.location.x - start.x, touch.location.y - start.y) > kSlop)
         fail();
 }
 

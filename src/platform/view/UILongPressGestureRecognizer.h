@@ -12,9 +12,8 @@ public:
     /// 0.
     double minimumPressDuration() const { return m_minimumPressDuration; }
     void setMinimumPressDuration(double seconds);
-    /// Root points that the finger may stray before it begins; default 10.
-    double allowableMovement() const { return m_allowableMovement; }
-    void setAllowableMovement(double points);
+    /// Root points that the finger may stray before it begins.
+    static constexpr double kSlop = 10;
 
 protected:
     void touchesBegan(const std::vector<UITouch*>& touches) override;
@@ -25,7 +24,6 @@ protected:
 
 private:
     double m_minimumPressDuration = 0.5;
-    double m_allowableMovement = 10;
     DispatchTimer m_timer;
 };
 

@@ -72,14 +72,6 @@ std::shared_ptr<UIViewController> UINavigationController::popViewController(bool
     return popped;
 }
 
-void UINavigationController::popToRootViewController(bool animated, Completion completion)
-{
-    std::vector<Screen> controllers = m_viewControllers;
-    if (controllers.size() > 1)
-        controllers.resize(1);
-    replaceStack(std::move(controllers), Direction::Back, animated, std::move(completion));
-}
-
 void UINavigationController::replaceStack(std::vector<std::shared_ptr<UIViewController>> controllers,
                                           Direction direction, bool animated, Completion completion)
 {
@@ -108,8 +100,6 @@ void UINavigationController::replaceStack(std::vector<std::shared_ptr<UIViewCont
             completion();
     };
     ScreenTransition::submit(std::move(transition));
-    if (former != m_viewControllers)
-        emit viewControllersChanged();
 }
 
 void UINavigationController::viewWillAppear(bool animated)

@@ -30,16 +30,11 @@ public:
     void pushViewController(std::shared_ptr<UIViewController> controller, bool animated, Completion completion = {});
     /// Gives the screen that left; null when only the bottom one was there.
     std::shared_ptr<UIViewController> popViewController(bool animated, Completion completion = {});
-    /// Leaves the bottom screen alone on the stack.
-    void popToRootViewController(bool animated, Completion completion = {});
 
     void viewWillAppear(bool animated) override;
     void viewDidAppear(bool animated) override;
     void viewWillDisappear(bool animated) override;
     void viewDidDisappear(bool animated) override;
-
-signals:
-    void viewControllersChanged();
 
 private:
     friend class ScreenTransition;

@@ -30,25 +30,20 @@ bool UIPinchGestureRecognizer::perform(double scale, std::optional<CGPoint> root
     return performSteps(rootLocation, [&] { setScale(scale); });
 }
 
-void UIPinchGestureRecognizer::touchesBegan(const std::vector<UITouch*>& touches)
+void UIPinchGestureRecognizer::touchesBegan(const std::vector<UITouch*>&)
 {
     if (numberOfTouches() != 2)
         return;
     m_startDistance = fingerDistance();
     m_scale = 1;
-    m_time = touches.front()->timestamp;
 }
 
-void UIPinchGestureRecognizer::touchesMoved(const std::vector<UITouch*>& touches)
+void UIPinchGestureRecognizer::touchesMoved(const std::vector<UITouch*>&)
 {
     if (numberOfTouches() != 2)
         return;
     const double distance = fingerDistance();
-    const double scale = distance / m_startDistance;
-    const double time = touches.front()->timestamp;
-    m_velocity = time > m_time ? (scale - m_scale) / (time - m_time) : 0;
-    m_scale = scale;
-    m_time = time;
+    m_scale = distance / m_startDistance;
     if (isActive())
         change();
     else if (std::abs(distance - m_startDistance) >= kHysteresis)
@@ -63,7 +58,6 @@ void UIPinchGestureRecognizer::touchesEnded(const std::vector<UITouch*>&)
 void UIPinchGestureRecognizer::reset()
 {
     m_scale = 1;
-    m_velocity = 0;
 }
 
 } // namespace lamina

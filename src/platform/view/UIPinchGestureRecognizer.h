@@ -16,8 +16,6 @@ public:
     double scale() const { return m_scale; }
     /// Sets the scale reached so far; 1 consumes it. Not finite or not positive: ignored.
     void setScale(double scale);
-    /// Change of the scale a second, between the last two events.
-    double velocity() const { return m_velocity; }
 
     /// A whole pinch without fingers: Began at 1, Changed at `scale`, Ended. `rootLocation`: where the fingers would
     /// be, in root coordinates; by default the middle of the view. False when it did not take place.
@@ -35,8 +33,6 @@ private:
 
     double m_startDistance = 1; ///< that counts as scale 1
     double m_scale = 1;
-    double m_velocity = 0;
-    double m_time = 0;
 };
 
 } // namespace lamina

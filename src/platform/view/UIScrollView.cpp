@@ -145,16 +145,6 @@ void UIScrollView::zoomToScale(double scale, CGPoint anchor)
     listener->scrollViewDidZoom(*this);
 }
 
-bool UIScrollView::isScrollEnabled() const
-{
-    return m_pan->isEnabled();
-}
-
-void UIScrollView::setScrollEnabled(bool enabled)
-{
-    m_pan->setEnabled(enabled);
-}
-
 void UIScrollView::handlePan()
 {
     const CGPoint step = m_pan->translationInView(this);

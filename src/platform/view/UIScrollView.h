@@ -36,6 +36,7 @@ public:
     explicit UIScrollView(const CGRect& frame = {});
     ~UIScrollView() override;
 
+    /// The content point at the top left; default zero.
     CGPoint contentOffset() const { return bounds().origin; }
     /// Clamped per axis to [0, max(0, content size - bounds' size)]; not finite counts as 0.
     void setContentOffset(CGPoint offset);
@@ -63,9 +64,7 @@ public:
     std::shared_ptr<UIScrollViewDelegate> delegate() const { return m_delegate.lock(); }
     void setDelegate(std::weak_ptr<UIScrollViewDelegate> delegate) { m_delegate = std::move(delegate); }
 
-    /// Default true. Off: fingers and wheels no longer move the content; operations still do.
-    bool isScrollEnabled() const;
-    void setScrollEnabled(bool enabled);
+    /// Whether the limits leave anything to zoom.
     bool canZoom() const { return m_maximumZoomScale > m_minimumZoomScale; }
 
     /// Its own recognisers; the delegates they have are not to be replaced.

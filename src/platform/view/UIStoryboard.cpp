@@ -21,9 +21,9 @@ UIStoryboard::UIStoryboard(std::string name)
 {
 }
 
-void UIStoryboard::addScene(const std::string& identifier, Factory factory)
+void UIStoryboard::addScene(const std::string& identifier, UIStoryboardScene scene)
 {
-    m_scenes[identifier] = std::move(factory);
+    m_scenes[identifier] = std::make_shared<const UIStoryboardScene>(std::move(scene));
 }
 
 void UIStoryboard::addSegue(const std::string& identifier, const std::string& destinationIdentifier, SegueKind kind)
@@ -40,12 +40,13 @@ std::optional<UIStoryboard::Segue> UIStoryboard::segue(const std::string& identi
 std::shared_ptr<UIViewController> UIStoryboard::instantiateViewController(const std::string& identifier)
 {
     const auto found = m_scenes.find(identifier);
-    auto screen = found == m_scenes.end() || !found->second ? nullptr : found->second();
+    auto screen = found == m_scenes.end() || !found->second->factory ? nullptr : found->second->factory();
     if (!screen) {
         logError("storyboard " + m_name + " has no screen called " + identifier);
         return nullptr;
     }
     screen->m_storyboard = shared_from_this();
+    screen->m_scene = found->second;
     return screen;
 }
 

@@ -12,11 +12,6 @@ void UITapGestureRecognizer::setNumberOfTapsRequired(int taps)
     m_tapsRequired = std::max(taps, 1);
 }
 
-void UITapGestureRecognizer::setNumberOfTouchesRequired(std::size_t touches)
-{
-    m_touchesRequired = std::max<std::size_t>(touches, 1);
-}
-
 bool UITapGestureRecognizer::perform(std::optional<CGPoint> rootLocation)
 {
     return performOnce(rootLocation);
@@ -25,12 +20,11 @@ bool UITapGestureRecognizer::perform(std::optional<CGPoint> rootLocation)
 void UITapGestureRecognizer::touchesBegan(const std::vector<UITouch*>& touches)
 {
     m_interval.cancel();
-    m_mostTouches = std::max(m_mostTouches, numberOfTouches());
     const CGPoint at = touches.front()->location;
     const bool astray = m_taps > 0 && std::hypot(at.x - m_firstTap.x, at.y - m_firstTap.y) > kTapDistance;
-    if (astray || m_mostTouches > m_touchesRequired)
+    if (astray || numberOfTouches() > 1)
         return fail();
-    if (m_taps == 0 && numberOfTouches() == 1)
+    if (m_taps == 0)
         m_firstTap = at;
 }
 
@@ -44,13 +38,8 @@ void UITapGestureRecognizer::touchesMoved(const std::vector<UITouch*>& touches)
         fail();
 }
 
-void UITapGestureRecognizer::touchesEnded(const std::vector<UITouch*>& touches)
+void UITapGestureRecognizer::touchesEnded(const std::vector<UITouch*>&)
 {
-    if (numberOfTouches() > touches.size())
-        return;
-    if (m_mostTouches != m_touchesRequired)
-        return fail();
-    m_mostTouches = 0;
     ++m_taps;
     if (m_taps >= m_tapsRequired) {
         recognize(State::Ended);
@@ -63,7 +52,6 @@ void UITapGestureRecognizer::reset()
 {
     m_interval.cancel();
     m_taps = 0;
-    m_mostTouches = 0;
 }
 
 } // namespace lamina

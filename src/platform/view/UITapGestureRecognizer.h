@@ -5,7 +5,8 @@
 
 namespace lamina {
 
-/// Fingers that come down and leave again nearly where they were. Discrete: the action is called once, at Ended.
+/// One finger that comes down and leaves again nearly where it was, once or several times: the one place that knows how
+/// near and how soon taps belong together. Discrete: the action is called once, at Ended.
 class UITapGestureRecognizer : public UIGestureRecognizer {
 public:
     /// Root points that a finger may stray.
@@ -18,9 +19,6 @@ public:
     /// Default 1; at least 1.
     int numberOfTapsRequired() const { return m_tapsRequired; }
     void setNumberOfTapsRequired(int taps);
-    /// Default 1; at least 1. More fingers make it fail.
-    std::size_t numberOfTouchesRequired() const { return m_touchesRequired; }
-    void setNumberOfTouchesRequired(std::size_t touches);
 
     /// One tap without fingers. `rootLocation`: where, in root coordinates; by default the middle of the view. False
     /// when it did not take place.
@@ -34,14 +32,10 @@ protected:
     bool awaitsMoreTouches() const override { return m_taps > 0 && m_taps < m_tapsRequired; }
 
 private:
-    void tapCompleted();
-
     int m_tapsRequired = 1;
-    std::size_t m_touchesRequired = 1;
-    int m_taps = 0;                ///< complete ones
-    std::size_t m_mostTouches = 0; ///< fingers down together in the present tap
-    CGPoint m_firstTap;            ///< root coordinates
-    DispatchTimer m_interval;      ///< until the next tap has to come down
+    int m_taps = 0;           ///< complete ones
+    CGPoint m_firstTap;       ///< root coordinates
+    DispatchTimer m_interval; ///< until the next tap has to come down
 };
 
 } // namespace lamina

@@ -9,11 +9,6 @@ CGPoint UITouch::locationInView(const UIView* inView) const
     return inView ? inView->convertPointFromView(location, nullptr) : location;
 }
 
-CGPoint UITouch::previousLocationInView(const UIView* inView) const
-{
-    return inView ? inView->convertPointFromView(previousLocation, nullptr) : previousLocation;
-}
-
 void UITouch::cancelInView()
 {
     if (!reachesView)

@@ -11,6 +11,7 @@ namespace lamina {
 class UIGestureRecognizer;
 class UIView;
 
+/// What a finger has just done.
 enum class UITouchPhase { Began, Moved, Ended, Cancelled };
 
 /// One finger (or the pressed mouse) from the moment it comes down until it is lifted. Made and changed by
@@ -22,7 +23,6 @@ struct UITouch {
     CGPoint startLocation;      ///< where it came down
     CGPoint previousLocation;   ///< where it was before the last event; the same as `location` at first
     double timestamp = 0;       ///< seconds, of the last event
-    int tapCount = 1;           ///< 2 for the second of two quick taps at nearly one place
     std::weak_ptr<UIView> view; ///< what was hit when the finger came down; stays so however far it moves
 
     /// Those that were handed this touch, the nearest view's first.
@@ -32,7 +32,6 @@ struct UITouch {
 
     /// In the coordinates of `view`; null: those of the topmost view.
     CGPoint locationInView(const UIView* inView) const;
-    CGPoint previousLocationInView(const UIView* inView) const;
 
     /// Tells the view that its touch is lost, once; later events of the touch no longer reach it.
     void cancelInView();

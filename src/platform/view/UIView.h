@@ -40,14 +40,19 @@ public:
     CGAffineTransform transform() const { return m_layer->affineTransform(); }
     void setTransform(const CGAffineTransform& transform) { m_layer->setAffineTransform(transform); }
 
+    /// Of the view with all that stands in it; default 1.
     double alpha() const { return m_layer->opacity(); }
     void setAlpha(double alpha) { m_layer->setOpacity(alpha); }
+    /// Default false.
     bool isHidden() const { return m_layer->isHidden(); }
     void setHidden(bool hidden) { m_layer->setHidden(hidden); }
+    /// Default none.
     std::optional<UIColor> backgroundColor() const { return m_layer->backgroundColor(); }
     void setBackgroundColor(const std::optional<UIColor>& color) { m_layer->setBackgroundColor(color); }
+    /// Default false: children are seen outside the bounds.
     bool clipsToBounds() const { return m_layer->masksToBounds(); }
     void setClipsToBounds(bool clips) { m_layer->setMasksToBounds(clips); }
+    /// Of the layer's picture; default ScaleToFill.
     UIViewContentMode contentMode() const { return m_layer->contentsMode(); }
     void setContentMode(UIViewContentMode mode) { m_layer->setContentsMode(mode); }
     /// A promise for whoever flattens the view: its picture needs no alpha. Default true (false for image views).
@@ -68,8 +73,8 @@ public:
     void addSubview(std::shared_ptr<UIView> view);
     /// `index` counts from the bottom and is clamped.
     void insertSubview(std::shared_ptr<UIView> view, std::size_t index);
+    /// Puts a child on top; nothing for views that are none.
     void bringSubviewToFront(UIView& view);
-    void sendSubviewToBack(UIView& view);
     /// The view may be destroyed by this, if nobody else holds it.
     void removeFromSuperview();
     /// True for the view itself and everything that stands above it on the way to the root.
@@ -94,6 +99,7 @@ public:
     /// From this view's coordinates to those of `view` (null: those of the root). The views must share a root; a
     /// transform that can't be undone gives the point (0, 0).
     CGPoint convertPointToView(CGPoint point, const UIView* view) const;
+    /// The other way, by the same rules.
     CGPoint convertPointFromView(CGPoint point, const UIView* view) const;
     /// The topmost view of the tree that this one stands in.
     UIView& rootView();
@@ -106,12 +112,17 @@ public:
     void addGestureRecognizer(std::shared_ptr<UIGestureRecognizer> recognizer);
     /// A gesture under way is cancelled first, so that its action hears of it.
     void removeGestureRecognizer(UIGestureRecognizer& recognizer);
+    /// As removeGestureRecognizer, one after another.
     void removeAllGestureRecognizers();
 
-    /// Touches that no recogniser has claimed. The default hands them to nobody.
+    /// Fingers have come down on this view; as the next three, for touches that no recogniser has claimed. The default
+    /// does nothing with them.
     virtual void touchesBegan(const std::vector<UITouch*>& touches);
+    /// They have moved, all in one event.
     virtual void touchesMoved(const std::vector<UITouch*>& touches);
+    /// They were lifted.
     virtual void touchesEnded(const std::vector<UITouch*>& touches);
+    /// They were lost, or a recogniser has claimed them.
     virtual void touchesCancelled(const std::vector<UITouch*>& touches);
 
 protected:

@@ -7,6 +7,7 @@
 #include "platform/view/UIStoryboard.h"
 
 #include <utility>
+#include <variant>
 
 namespace lamina {
 
@@ -121,23 +122,23 @@ std::vector<Screen> UIViewController::visibleScreens()
 
 // ---- presenting ----
 
-/// Null when this container can present the screen.
-const char* UIViewController::reasonNotToPresent(const UIViewController* controller) const
+/// Whether this container can present the screen.
+Outcome UIViewController::canPresent(const UIViewController* controller) const
 {
     if (!controller)
-        return "there is no screen to present";
+        return Error{"present", "there is no screen to present"};
     if (m_presented)
-        return "a screen is presented already";
+        return Error{"present", "a screen is presented already"};
     if (controller == this || controller->m_parent.lock() || controller->m_presenting.lock() || controller->m_presented)
-        return "the screen to present stands somewhere else";
-    return nullptr;
+        return Error{"present", "the screen to present stands somewhere else"};
+    return std::monostate();
 }
 
 void UIViewController::present(std::shared_ptr<UIViewController> controller, bool animated, Completion completion)
 {
     const Screen presenter = outermostContainer();
-    if (const char* const reason = presenter->reasonNotToPresent(controller.get())) {
-        logWarning(std::string("can't present: ") + reason);
+    if (const Outcome possible = presenter->canPresent(controller.get()); !possible) {
+        logWarning(possible.error().subject + ": " + possible.error().cause);
         ScreenTransition::submitCompletion(keeping(shared_from_this(), std::move(completion)));
         return;
     }
@@ -152,7 +153,6 @@ void UIViewController::present(std::shared_ptr<UIViewController> controller, boo
     transition.arriving = {controller};
     transition.completion = std::move(completion);
     ScreenTransition::submit(std::move(transition));
-    emit presenter->presentedViewControllerChanged();
 }
 
 void UIViewController::dismiss(bool animated, Completion completion)
@@ -199,9 +199,6 @@ void UIViewController::dismissPresented(bool animated, Completion completion)
     transition.arriving = visibleScreens();
     transition.completion = std::move(completion);
     ScreenTransition::submit(std::move(transition));
-    for (auto screen = unlinked.rbegin(); screen + 1 < unlinked.rend(); ++screen)
-        emit(*screen)->presentedViewControllerChanged();
-    emit presentedViewControllerChanged();
 }
 
 // ---- segues ----

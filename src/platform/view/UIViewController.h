@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/base/Result.h"
 #include "platform/view/UIView.h"
 
 #include <QObject>
@@ -15,10 +16,18 @@ namespace lamina {
 class UINavigationController;
 class UIStoryboard;
 class UIViewController;
+struct UIStoryboardScene;
 
 /// How a presented screen lies over the one that presents it. The presenter of the first two leaves the window while it
 /// is covered (it hears viewWillDisappear), that of the others stays visible.
 enum class UIModalPresentationStyle { FullScreen = 0, CurrentContext = 3, OverFullScreen = 5, OverCurrentContext = 6 };
+
+/// Which of the system's own screens this is: it shows them in its own way, whoever presents them.
+enum class UISystemPresentation {
+    None,        ///< none: a screen of the application, drawn with the layout of its scene
+    Alert,       ///< UIAlertController
+    ImagePicker, ///< UIImagePickerController; ours stay in sight behind it
+};
 
 /// A transition to another screen that a storyboard knows by name.
 struct UIStoryboardSegue {
@@ -54,12 +63,13 @@ public:
 
     /// The root of the screen's views, made at the first call: loadView, then viewDidLoad.
     UIView& view();
+    /// The same view, to be shared.
     std::shared_ptr<UIView> sharedView();
     bool isViewLoaded() const { return m_view != nullptr; }
 
     /// The part of this screen that a window shows and hit-tests as a canvas; null, the default: none. Loads the view.
     virtual std::shared_ptr<UIView> canvasView() { return nullptr; }
-    /// The name of this screen's class, without its namespace: what a window finds the screen's layout by.
+    /// The name of this screen's class, without its namespace; for messages.
     QString className() const;
 
     /// Default empty.
@@ -89,8 +99,11 @@ public:
     /// The nearest container that is a navigation stack; null: none.
     std::shared_ptr<UINavigationController> navigationController() const;
 
-    /// The storyboard that made this screen; null: none.
+    /// The storyboard that made this screen, and the scene it was made from; null: none.
     std::shared_ptr<UIStoryboard> storyboard() const { return m_storyboard; }
+    const UIStoryboardScene* scene() const { return m_scene.get(); }
+    /// Default: None.
+    virtual UISystemPresentation systemPresentation() const { return UISystemPresentation::None; }
     /// Makes the destination, hands it to prepareForSegue, then shows it (pushed, or presented without a navigation
     /// stack) or presents it, animated. An unknown identifier is logged, and nothing happens.
     void performSegue(const std::string& identifier, QObject* sender = nullptr);
@@ -110,9 +123,6 @@ public:
 
 signals:
     void titleChanged();
-    /// From the screen or container that presents, when its presented screen has changed (for those that stand in a
-    /// container: from the outermost one). The transition itself is told to the PresentationHost.
-    void presentedViewControllerChanged();
 
 protected:
     /// Makes the view and hands it to setView, without asking for view(). Default: an empty view of the main screen's
@@ -128,7 +138,7 @@ private:
     enum class Appearance { Disappeared, Appearing, Appeared, Disappearing };
 
     std::shared_ptr<UIViewController> outermostContainer();
-    const char* reasonNotToPresent(const UIViewController* controller) const;
+    Outcome canPresent(const UIViewController* controller) const;
     std::vector<std::shared_ptr<UIViewController>> visibleScreens();
     std::vector<std::shared_ptr<UIViewController>> unlinkPresented();
     void dismissPresented(bool animated, Completion completion);
@@ -140,6 +150,7 @@ private:
     std::weak_ptr<UIViewController> m_presenting;
     std::weak_ptr<UIViewController> m_parent;
     std::shared_ptr<UIStoryboard> m_storyboard;
+    std::shared_ptr<const UIStoryboardScene> m_scene;
     Appearance m_appearance = Appearance::Disappeared;
 };
 

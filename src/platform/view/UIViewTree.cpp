@@ -52,12 +52,6 @@ void UIView::bringSubviewToFront(UIView& view)
         insertSubview(view.shared_from_this(), m_subviews.size());
 }
 
-void UIView::sendSubviewToBack(UIView& view)
-{
-    if (view.m_superview == this)
-        insertSubview(view.shared_from_this(), 0);
-}
-
 void UIView::removeFromSuperview()
 {
     UIView* const parent = m_superview;

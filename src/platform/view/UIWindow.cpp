@@ -26,7 +26,6 @@ void UIWindow::setRootViewController(std::shared_ptr<UIViewController> controlle
         transition.arriving.push_back(controller);
     m_root = std::move(controller);
     ScreenTransition::submit(std::move(transition));
-    emit rootViewControllerChanged();
 }
 
 std::shared_ptr<UIViewController> UIWindow::topViewController() const

@@ -5,21 +5,23 @@
 #include "platform/base/Clock.h"
 #include "platform/base/DispatchQueue.h"
 #include "platform/base/UIScreen.h"
+#include "platform/view/TouchDispatcher.h"
 
 #include <gtest/gtest.h>
 #include <memory>
+#include <optional>
 #include <stdexcept>
-#include <vector>
 
 namespace lamina::test {
 
 inline constexpr int kSide = 64;
 inline constexpr Rgba kRed{220, 40, 30, 255};
 inline constexpr Rgba kBlue{40, 60, 200, 255};
+inline constexpr Rgba kWhite{255, 255, 255, 255};
 
 inline UIImage flat(Rgba color)
 {
-    return UIImage(makePicture(kSide, kSide, [=](int, int) { return color; }));
+    return UIImage(solidPicture(kSide, kSide, color, CGImageAlphaInfo::NoneSkipLast));
 }
 
 /// The editor on a screen of 64 points at scale 2, a red photo under a blue one, with a clock that stands still.
@@ -32,7 +34,7 @@ protected:
         firstPickedImage = flat(kRed);
         secondPickedImage = flat(kBlue);
         editor = std::make_shared<BlendPhotoViewController>();
-        editor->view();
+        fingers.emplace(editor->canvasView());
     }
     void TearDown() override
     {
@@ -42,15 +44,26 @@ protected:
     }
 
     const BlendComposition& state() const { return editor->composition(); }
+    CGAffineTransform transform() const { return editor->imgView2().transform(); }
     void leaveMoveMode()
     {
         BlendComposition composition = state();
         composition.panBool = false;
         editor->setComposition(composition);
     }
-    CGAffineTransform transform() const { return editor->imgView2().transform(); }
-    UIPanGestureRecognizer& pan() { return gesture<UIPanGestureRecognizer>(); }
-    UIPinchGestureRecognizer& pinch() { return gesture<UIPinchGestureRecognizer>(); }
+
+    /// A finger that drags from the middle: the first 10 points only make it a drag.
+    void dragBy(double x)
+    {
+        beginDrag(x);
+        fingers->touchEnded(1, {kSide / 2.0 + 10 + x, kSide / 2.0}, 0.3);
+    }
+    void beginDrag(double x)
+    {
+        fingers->touchBegan(1, {kSide / 2.0, kSide / 2.0}, 0);
+        fingers->touchMoved(1, {kSide / 2.0 + 10, kSide / 2.0}, 0.1);
+        fingers->touchMoved(1, {kSide / 2.0 + 10 + x, kSide / 2.0}, 0.2);
+    }
     template <class Recognizer>
     Recognizer& gesture()
     {
@@ -60,16 +73,10 @@ protected:
         }
         throw std::runtime_error("the current photo has no such gesture");
     }
-    std::vector<UIView*> stack() const
-    {
-        std::vector<UIView*> views;
-        for (const auto& view : editor->mainImgView().subviews())
-            views.push_back(view.get());
-        return views;
-    }
 
     const std::shared_ptr<ManualClock> clock = std::make_shared<ManualClock>();
     std::shared_ptr<BlendPhotoViewController> editor;
+    std::optional<TouchDispatcher> fingers;
 };
 
 } // namespace lamina::test

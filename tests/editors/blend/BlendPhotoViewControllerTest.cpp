@@ -1,137 +1,98 @@
 #include "BlendEditorFixture.h"
-#include "platform/view/UIAlertController.h"
 
 #include <cmath>
+#include <functional>
+#include <map>
+#include <string>
 
 namespace lamina::test {
 namespace {
 
-/// a·T + (1 − a)·(b·B + (1 − b)·C) for one pixel, computed in real numbers.
-Rgba over(Rgba top, double a, Rgba bottom, double b, Rgba backdrop)
-{
-    Rgba result{};
-    for (std::size_t i = 0; i < result.size(); ++i)
-        result[i] =
-            static_cast<std::uint8_t>(std::lround(a * top[i] + (1 - a) * (b * bottom[i] + (1 - b) * backdrop[i])));
-    return result;
-}
-
 TEST_F(BlendEditor, OpensInMoveModeWithTheSecondPhotoOnTop)
 {
-    EXPECT_TRUE(state().photo2Selected);
-    EXPECT_FALSE(state().photo1Selected);
-    EXPECT_TRUE(state().panBool);
+    EXPECT_TRUE(state().photo2Selected && !state().photo1Selected && state().panBool && editor->photo2OnTop());
     EXPECT_EQ(&editor->currentImageView(), &editor->imgView2());
-    EXPECT_EQ(stack(), (std::vector<UIView*>{&editor->imgView1(), &editor->imgView2()}));
-    EXPECT_EQ(editor->imgView1().alpha(), 0.5);
-    EXPECT_EQ(editor->imgView2().alpha(), 0.5);
-    EXPECT_EQ(editor->imgView2().gestureRecognizers().size(), 2u);
-    EXPECT_TRUE(editor->imgView1().gestureRecognizers().empty());
+    EXPECT_EQ(editor->mainImgView().subviews().back().get(), &editor->imgView2());
     EXPECT_EQ(editor->mainImgView().frame(), (CGRect{0, 0, kSide, kSide}));
-    EXPECT_EQ(editor->toolBar().activeTool(), BlendTool::Pan);
     EXPECT_EQ(editor->stickerHandleTag(), 500);
+    EXPECT_EQ(editor->toolSpacing(), 47);
 }
 
-TEST_F(BlendEditor, TheFirstPhotoCannotBeChosenInMoveMode)
+TEST_F(BlendEditor, SelectionButtonsSwapOutsideMoveModeAlone)
 {
-    editor->photo1();
-    DispatchQueue::main().runUntilIdle();
-    EXPECT_FALSE(state().photo1Selected);
-    EXPECT_FALSE(state().photo2Selected);
-    const auto alert = std::dynamic_pointer_cast<UIAlertController>(editor->presentedViewController());
-    ASSERT_TRUE(alert);
-    EXPECT_EQ(alert->title(), "⚠️");
-    EXPECT_EQ(alert->message(), "Photo 1 is not movable.");
-    ASSERT_EQ(alert->actions().size(), 1u);
-    EXPECT_EQ(alert->actions()[0].title, "OK");
-
-    // The second photo stays movable.
-    pan().perform({5, 0}, &editor->saveTheImg());
-    EXPECT_EQ(editor->imgView2().transform().tx, 5);
+    using Button = void (BlendPhotoViewController::*)();
+    const struct {
+        bool moves;
+        bool first; ///< selected before, and then the second
+        bool second;
+        Button button;
+        bool firstThen;
+        bool secondThen;
+    } table[] = {
+        {false, false, true, &BlendPhotoViewController::photo2, true, false},
+        {false, true, false, &BlendPhotoViewController::photo1, false, true},
+        {false, false, true, &BlendPhotoViewController::photo1, true, false},
+        {false, false, false, &BlendPhotoViewController::photo2, false, true},
+        {true, false, true, &BlendPhotoViewController::photo1, false, false},
+        {true, false, false, &BlendPhotoViewController::photo2, false, true},
+        {true, false, true, &BlendPhotoViewController::photo2, false, true},
+    };
+    for (const auto& c : table) {
+        SCOPED_TRACE(&c - table);
+        BlendComposition composition = state();
+        composition.panBool = c.moves;
+        composition.photo1Selected = c.first;
+        composition.photo2Selected = c.second;
+        composition.contrastBool = composition.brightBool = composition.opacityBool = true;
+        editor->setComposition(composition);
+        ((*editor).*c.button)();
+        DispatchQueue::main().runUntilIdle();
+        EXPECT_EQ(state().photo1Selected, c.firstThen);
+        EXPECT_EQ(state().photo2Selected, c.secondThen);
+        EXPECT_FALSE(state().contrastBool || state().brightBool || state().opacityBool);
+        // An alert says why nothing is selected, and the second photo stays movable.
+        EXPECT_EQ(editor->presentedViewController() != nullptr, !c.firstThen && !c.secondThen);
+        const double before = transform().tx;
+        dragBy(3);
+        EXPECT_EQ(transform().tx - before, c.moves ? 3 : 0);
+        if (editor->presentedViewController())
+            editor->dismiss(false);
+        DispatchQueue::main().runUntilIdle();
+    }
 }
 
-TEST_F(BlendEditor, SelectionButtonsSwapOutsideMoveModeAndForgetSnapshots)
+TEST_F(BlendEditor, GesturesAddUpInsideTheTransformAndKeysDoTheSame)
 {
-    leaveMoveMode();
-    BlendComposition composition = state();
-    composition.contrastBool = composition.brightBool = composition.opacityBool = true;
-    editor->setComposition(composition);
-
-    editor->photo2();
-    EXPECT_TRUE(state().photo1Selected);
-    EXPECT_FALSE(state().photo2Selected);
-    EXPECT_FALSE(state().contrastBool || state().brightBool || state().opacityBool);
-    editor->photo1();
-    EXPECT_FALSE(state().photo1Selected);
-    EXPECT_TRUE(state().photo2Selected);
-    editor->photo1();
-    EXPECT_TRUE(state().photo1Selected);
-    EXPECT_FALSE(state().photo2Selected);
-    EXPECT_FALSE(editor->presentedViewController());
-}
-
-TEST_F(BlendEditor, TheSecondPhotoStaysSelectedInMoveMode)
-{
-    editor->photo2();
-    EXPECT_TRUE(state().photo2Selected);
-    EXPECT_FALSE(state().photo1Selected);
-    EXPECT_EQ(editor->imgView2().gestureRecognizers().size(), 2u);
-}
-
-TEST_F(BlendEditor, GesturesAddUpInsideTheTransform)
-{
-    pinch().perform(2);
-    pan().perform({10, -4}, &editor->saveTheImg());
-    const CGAffineTransform wanted{2, 0, 0, 2, 20, -8};
-    EXPECT_EQ(editor->imgView2().transform(), wanted);
-    EXPECT_EQ(state().photos[1].transform, wanted);
+    gesture<UIPinchGestureRecognizer>().perform(2.3);
+    gesture<UIPanGestureRecognizer>().perform({10.7, -4.1}, &editor->saveTheImg());
+    const CGAffineTransform byFingers = transform();
+    EXPECT_EQ(byFingers, (CGAffineTransform{2.3, 0, 0, 2.3, 2.3 * 10.7, 2.3 * -4.1}));
+    EXPECT_EQ(state().photos[1].transform, byFingers);
     EXPECT_TRUE(editor->imgView1().transform().isIdentity());
+    editor->resetBtn();
+    editor->zoomBy(2.3);
+    editor->nudge(10.7, -4.1);
+    EXPECT_EQ(transform(), byFingers);
 
     UIRotationGestureRecognizer rotation;
     editor->rotationGes(rotation); // belongs to no photo
-    EXPECT_EQ(editor->imgView2().transform(), wanted);
-}
-
-TEST_F(BlendEditor, ResetGoesBackToThePhotosAsTheyCame)
-{
-    pinch().perform(3);
-    BlendComposition composition = state();
-    composition.photos[1].image = flat({1, 2, 3, 255});
-    composition.photos[0].alpha = 0.9;
-    composition.backdrop = UIColor{1, 0, 0, 1};
-    composition.contrastBool = true;
-    composition.applyFxOnImage1 = flat({9, 9, 9, 255});
-    editor->setComposition(composition);
-    auto sticker = std::make_shared<UIView>(CGRect{0, 0, 10, 10});
-    editor->mainImgView().addSubview(sticker);
-
-    editor->resetBtn();
-    EXPECT_EQ(stack(), (std::vector<UIView*>{&editor->imgView1(), &editor->imgView2()}));
-    EXPECT_EQ(sticker->superview(), nullptr);
-    EXPECT_TRUE(editor->imgView2().transform().isIdentity());
-    EXPECT_TRUE(editor->imgView2().image().isIdenticalTo(secondPickedImage));
-    EXPECT_EQ(editor->imgView1().alpha(), 0.5);
-    EXPECT_FALSE(editor->mainImgView().backgroundColor().has_value());
-    EXPECT_TRUE(state().panBool);
-    EXPECT_EQ(editor->toolBar().activeTool(), BlendTool::Reset);
-    EXPECT_EQ(editor->imgView2().gestureRecognizers().size(), 2u);
-    // What a slider works from outlives a reset.
-    EXPECT_TRUE(state().contrastBool);
-    EXPECT_TRUE(state().applyFxOnImage1);
+    EXPECT_EQ(transform(), byFingers);
 }
 
 TEST_F(BlendEditor, FlattensSourceOverOnWhiteAtTheScreensScale)
 {
-    const UIImage picture = editor->flattened();
-    ASSERT_EQ(picture.pixelSize(), (IntSize{2 * kSide, 2 * kSide}));
-    EXPECT_EQ(picture.scale(), 2);
-    const Rgba wanted = over(kBlue, 0.5, kRed, 0.5, {255, 255, 255, 255});
-    for (const auto& [x, y] : {std::pair{0, 0}, {127, 0}, {0, 127}, {127, 127}, {64, 64}})
-        EXPECT_LE(difference(pixelAt(picture.cgImage(), x, y), wanted), 1) << x << ", " << y;
-}
+    // T over B on white, alphas a and b: a·T + (1 − a)·(b·B + (1 − b)·white).
+    const auto over = [](Rgba top, double a, Rgba bottom, double b) {
+        Rgba mixed{};
+        for (std::size_t i = 0; i < mixed.size(); ++i)
+            mixed[i] = static_cast<std::uint8_t>(std::lround(a * top[i] + (1 - a) * (b * bottom[i] + (1 - b) * 255)));
+        return mixed;
+    };
+    const UIImage opening = editor->flattened();
+    ASSERT_EQ(opening.pixelSize(), (IntSize{2 * kSide, 2 * kSide}));
+    EXPECT_EQ(opening.scale(), 2);
+    EXPECT_TRUE(pixelMatches(opening.cgImage(), 127, 127, over(kBlue, 0.5, kRed, 0.5), 1));
 
-TEST_F(BlendEditor, FlattensWithAlphasOrderAndWhiteInsteadOfTheBackdrop)
-{
     BlendComposition composition = state();
     composition.photos[0].alpha = 0.8;
     composition.photos[1].alpha = 0.3;
@@ -139,40 +100,54 @@ TEST_F(BlendEditor, FlattensWithAlphasOrderAndWhiteInsteadOfTheBackdrop)
     composition.bringToFront(0);
     composition.backdrop = UIColor{1, 0, 0, 1};
     editor->setComposition(composition);
-    const UIImage picture = editor->flattened();
-    const Rgba white{255, 255, 255, 255};
-    EXPECT_LE(difference(pixelAt(picture.cgImage(), 10, 64), over(kRed, 0.8, white, 1, white)), 1);
-    EXPECT_LE(difference(pixelAt(picture.cgImage(), 100, 64), over(kRed, 0.8, kBlue, 0.3, white)), 1);
+    EXPECT_FALSE(pixelMatches(editor->renderedCanvas().cgImage(), 10, 64, over(kRed, 0.8, kWhite, 1), 1));
+    const UIImage moved = editor->flattened();
+    EXPECT_TRUE(pixelMatches(moved.cgImage(), 10, 64, over(kRed, 0.8, kWhite, 1), 1));
+    EXPECT_TRUE(pixelMatches(moved.cgImage(), 100, 64, over(kRed, 0.8, kBlue, 0.3), 1));
     // The canvas shows the white backdrop from here on.
     EXPECT_EQ(editor->mainImgView().backgroundColor(), UIColor::white());
     EXPECT_EQ(state().backdrop, UIColor::white());
 }
 
-TEST_F(BlendEditor, ARecordRebuildsTheSameCanvas)
-{
-    pinch().perform(1.7);
-    pan().perform({7, 3}, &editor->saveTheImg());
-    const BlendComposition record = state();
-    const UIImage before = editor->flattened();
-    editor->resetBtn();
-    editor->setComposition(record);
-    const UIImage after = editor->flattened();
-    ASSERT_EQ(after.pixelSize(), before.pixelSize());
-    EXPECT_TRUE(
-        std::equal(before.cgImage().bytes().begin(), before.cgImage().bytes().end(), after.cgImage().bytes().begin()));
-    // And it can still be moved.
-    pan().perform({1, 0}, &editor->saveTheImg());
-    EXPECT_NE(state().photos[1].transform, record.photos[1].transform);
-}
-
 TEST_F(BlendEditor, EmptySlotsLeaveTheRestWorking)
 {
     clearPickedImages();
-    auto empty = std::make_shared<BlendPhotoViewController>();
+    const auto empty = std::make_shared<BlendPhotoViewController>();
     empty->view();
-    const UIImage picture = empty->flattened();
-    ASSERT_TRUE(picture);
-    EXPECT_EQ(pixelAt(picture.cgImage(), 5, 5), (Rgba{255, 255, 255, 255}));
+    EXPECT_TRUE(pixelMatches(empty->flattened().cgImage(), 5, 5, kWhite));
+}
+
+TEST_F(BlendEditor, ADragWakesOnlyWhoHasToKnow)
+{
+    using Editor = BlendPhotoViewController;
+    std::map<std::string, int> heard;
+    const auto listen = [&](const char* name, auto signal) {
+        QObject::connect(editor.get(), signal, editor.get(), [&heard, name] { ++heard[name]; });
+    };
+    listen("bar", &Editor::barChanged);
+    listen("selection", &Editor::selectionChanged);
+    listen("history", &Editor::historyChanged);
+    listen("edited", &Editor::editedChanged);
+    listen("pictures", &Editor::picturesChanged);
+    using Calls = std::map<std::string, int>;
+
+    beginDrag(4);
+    fingers->touchMoved(1, {50, 32}, 0.3);
+    EXPECT_EQ(heard, (Calls{{"edited", 1}}));
+    fingers->touchEnded(1, {50, 32}, 0.4);
+    EXPECT_EQ(heard, (Calls{{"edited", 1}, {"history", 1}}));
+
+    heard.clear();
+    editor->resetBtn();
+    EXPECT_EQ(heard, (Calls{{"edited", 1}, {"bar", 1}}));
+    EXPECT_EQ(editor->tools(), editor->toolBar().list());
+    heard.clear();
+    BlendComposition other = state();
+    other.photos[1].image = flat(kRed);
+    other.photo1Selected = true;
+    editor->setComposition(other);
+    EXPECT_EQ(heard, (Calls{{"edited", 1}, {"bar", 1}, {"selection", 1}, {"pictures", 1}}));
+    EXPECT_TRUE(qvariant_cast<UIImage>(editor->property("photo2Picture")).isIdenticalTo(other.photos[1].image));
 }
 
 } // namespace

@@ -9,31 +9,20 @@ protected:
     void push(int number = 0) { m_source->push(IntSize{4, 2}, {10, 20, 30, 255}, second(number)); }
 };
 
-TEST_F(GraphTest, ATargetIsAddedOnce)
-{
-    const auto consumer = consumerOf(*m_source);
-    m_source->addTarget(consumer);
-    m_source->addTarget(consumer, 1);
-    EXPECT_EQ(m_source->targets().size(), 1U);
-    push();
-    ASSERT_EQ(consumer->frames().size(), 1U);
-    EXPECT_EQ(consumer->last().slot, 0);
-}
-
-TEST_F(GraphTest, RemovalFreesTheSlotAndEndsTheTarget)
+TEST_F(GraphTest, ATargetIsAddedOnceAndItsRemovalFreesTheSlotAndEndsIt)
 {
     const auto consumer = consumerOf(*m_source);
     const auto other = consumerOf(*m_source);
+    m_source->addTarget(consumer, 1);
+    EXPECT_EQ(m_source->targets().size(), 2U);
     m_source->setRotation(kGPUImageRotateLeft);
     push();
-    EXPECT_EQ(consumer->toldSize(), (CGSize{4, 2}));
-    m_source->removeTarget(consumer);
+    EXPECT_EQ(consumer->last().slot, 0);
+    for (int i = 0; i < 2; ++i)
+        m_source->removeTarget(consumer);
     EXPECT_EQ(consumer->toldSize(), CGSize{});
     EXPECT_EQ(consumer->toldRotation(), kGPUImageNoRotation);
     EXPECT_EQ(consumer->endings(), 1);
-    m_source->removeTarget(consumer);
-    m_source->removeTarget(std::make_shared<CountingConsumer>());
-    EXPECT_EQ(consumer->endings(), 1) << "it is not in the list any more";
     push();
     EXPECT_EQ(consumer->frames().size(), 1U);
     EXPECT_EQ(other->frames().size(), 2U);
@@ -42,21 +31,18 @@ TEST_F(GraphTest, RemovalFreesTheSlotAndEndsTheTarget)
 
 TEST_F(GraphTest, RemovingAllFreesTheSlotsButEndsNobody)
 {
-    const auto first = consumerOf(*m_source);
-    const auto second = consumerOf(*m_source);
-    push();
-    m_source->removeAllTargets();
-    EXPECT_TRUE(m_source->targets().empty());
-    for (const auto& consumer : {first, second}) {
-        EXPECT_EQ(consumer->toldSize(), CGSize{});
-        EXPECT_EQ(consumer->endings(), 0);
+    for (const bool byItsEnd : {false, true}) {
+        const auto consumers = {consumerOf(*m_source), consumerOf(*m_source)};
+        push();
+        if (byItsEnd)
+            m_source.reset();
+        else
+            m_source->removeAllTargets();
+        for (const auto& consumer : consumers) {
+            EXPECT_EQ(consumer->toldSize(), CGSize{});
+            EXPECT_EQ(consumer->endings(), 0);
+        }
     }
-    // So does the end of a source.
-    const auto last = consumerOf(*m_source);
-    push();
-    m_source.reset();
-    EXPECT_EQ(last->toldSize(), CGSize{});
-    EXPECT_EQ(last->endings(), 0);
 }
 
 TEST_F(GraphTest, TargetsAreServedInTheOrderOfAddingWhateverTheirSlots)
@@ -92,7 +78,6 @@ TEST_F(GraphTest, AnIgnoredTargetStaysInTheListWithoutFrames)
     EXPECT_EQ(idleFramebuffers(), 2U) << "nobody holds a count for the ignored one";
 
     filter->removeTarget(ignored);
-    EXPECT_EQ(filter->targetToIgnoreForUpdates(), nullptr);
     ignored->setShouldIgnoreUpdates(false);
     filter->addTarget(ignored);
     push();
@@ -109,7 +94,6 @@ TEST_F(GraphTest, KnowsWhetherOneChannelWouldDoForAll)
     consumerOf(*m_source);
     EXPECT_FALSE(m_source->allTargetsWantMonochromeData());
     m_source->removeAllTargets();
-    EXPECT_TRUE(m_source->allTargetsWantMonochromeData());
     m_source->removeTarget(consumerOf(*m_source));
     EXPECT_FALSE(m_source->allTargetsWantMonochromeData()) << "forgotten only when all are removed";
     m_source->removeAllTargets();

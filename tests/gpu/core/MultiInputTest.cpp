@@ -1,283 +1,164 @@
 #include "GraphFixture.h"
 #include "gpu/core/GPUImageFourInputFilter.h"
 
+#include <sstream>
+
 namespace lamina::test {
 namespace {
 
 /// Each slot's red channel in a channel of its own.
-constexpr const char* kTwo = R"(
-    varying highp vec2 textureCoordinate; varying highp vec2 textureCoordinate2;
-    uniform sampler2D inputImageTexture; uniform sampler2D inputImageTexture2;
-    void main() {
-        gl_FragColor = vec4(texture2D(inputImageTexture, textureCoordinate).r,
-                            texture2D(inputImageTexture2, textureCoordinate2).r, 0.0, 1.0);
-    })";
-constexpr const char* kThree = R"(
-    varying highp vec2 textureCoordinate; varying highp vec2 textureCoordinate2; varying highp vec2 textureCoordinate3;
-    uniform sampler2D inputImageTexture; uniform sampler2D inputImageTexture2; uniform sampler2D inputImageTexture3;
-    void main() {
-        gl_FragColor = vec4(texture2D(inputImageTexture, textureCoordinate).r,
-                            texture2D(inputImageTexture2, textureCoordinate2).r,
-                            texture2D(inputImageTexture3, textureCoordinate3).r, 1.0);
-    })";
-constexpr const char* kFour = R"(
-    varying highp vec2 textureCoordinate; varying highp vec2 textureCoordinate2; varying highp vec2 textureCoordinate3;
-    varying highp vec2 textureCoordinate4;
-    uniform sampler2D inputImageTexture; uniform sampler2D inputImageTexture2; uniform sampler2D inputImageTexture3;
-    uniform sampler2D inputImageTexture4;
-    void main() {
-        gl_FragColor = vec4(texture2D(inputImageTexture, textureCoordinate).r,
-                            texture2D(inputImageTexture2, textureCoordinate2).r,
-                            texture2D(inputImageTexture3, textureCoordinate3).r,
-                            texture2D(inputImageTexture4, textureCoordinate4).r);
-    })";
+std::string redsOf(int inputs)
+{
+    std::string head = "precision highp float;";
+    std::string reds;
+    for (int slot = 0; slot < inputs; ++slot) {
+        const std::string number = slot == 0 ? "" : std::to_string(slot + 1);
+        head += "varying vec2 textureCoordinate" + number + "; uniform sampler2D inputImageTexture" + number + ";";
+        reds += "texture2D(inputImageTexture" + number + ", textureCoordinate" + number + ").r, ";
+    }
+    for (int channel = inputs; channel < 4; ++channel)
+        reds += "1.0, ";
+    reds.resize(reds.size() - 2);
+    return head + "void main() { gl_FragColor = vec4(" + reds + "); }";
+}
 
 class MultiInputTest : public GraphFixture {
 protected:
-    /// A filter with a source for each slot.
-    template <class Filter>
-    std::shared_ptr<Filter> make(const char* shader, int slots)
+    void make(int inputs)
     {
-        auto filter = std::make_shared<Filter>(shader);
-        EXPECT_TRUE(filter->canRender());
-        for (int slot = 0; slot < slots; ++slot) {
+        m_end.reset();
+        m_sources.clear();
+        if (inputs == 2)
+            m_filter = std::make_shared<GPUImageTwoInputFilter>(redsOf(2));
+        else if (inputs == 3)
+            m_filter = std::make_shared<GPUImageThreeInputFilter>(redsOf(3));
+        else
+            m_filter = std::make_shared<GPUImageFourInputFilter>(redsOf(4));
+        ASSERT_TRUE(m_filter->canRender());
+        for (int slot = 0; slot < inputs; ++slot) {
+            EXPECT_EQ(m_filter->nextAvailableTextureIndex(), slot);
             m_sources.push_back(std::make_shared<FrameSource>());
-            EXPECT_EQ(filter->nextAvailableTextureIndex(), slot);
-            m_sources.back()->addTarget(filter);
+            m_sources.back()->addTarget(m_filter);
         }
-        m_end = consumerOf(*filter);
+        m_end = consumerOf(*m_filter);
         m_end->keepPixels(true);
-        return filter;
     }
-    void stream(int slot, int number, std::uint8_t red = 100)
+
+    /// "S0=10": slot 0 gets a still picture of red 10. "V0=10@3": a frame of a stream at second 3, without "@3" one
+    /// without a time. "F1": slot 1 is not waited for any more. "P0": rendering is prevented.
+    void perform(const std::string& step)
     {
-        m_sources.at(static_cast<std::size_t>(slot))->push({2, 2}, {red, 0, 0, 255}, second(number));
+        char what = 0;
+        char sign = 0;
+        std::size_t slot = 0;
+        int red = 0;
+        int time = -1;
+        std::istringstream(step) >> what >> slot >> sign >> red >> sign >> time;
+        const Rgba color{static_cast<std::uint8_t>(red), 0, 0, 255};
+        if (what == 'S')
+            m_sources.at(slot)->pushStill(solidPicture(2, 2, color));
+        else if (what == 'V')
+            m_sources.at(slot)->push({2, 2}, color, time < 0 ? kCMTimeIndefinite : second(time));
+        else if (what == 'P')
+            m_filter->setPreventRendering(true);
+        else if (slot == 0)
+            m_filter->disableFirstFrameCheck();
+        else if (slot == 1)
+            m_filter->disableSecondFrameCheck();
+        else
+            dynamic_cast<GPUImageThreeInputFilter&>(*m_filter).disableThirdFrameCheck();
     }
-    void still(int slot, std::uint8_t red = 100)
+
+    /// What was drawn, as "TIME: REDS; ".
+    std::string drawn() const
     {
-        m_sources.at(static_cast<std::size_t>(slot))->pushStill(plainPicture(2, 2, {red, 0, 0, 255}));
+        std::string all;
+        for (const CountingConsumer::Frame& frame : m_end->frames()) {
+            all += frame.time.isIndefinite() ? "-" : std::to_string(frame.time.value);
+            for (std::size_t slot = 0; slot < m_sources.size(); ++slot)
+                all += (slot == 0 ? ": " : " ") + std::to_string(pixelAt(frame.pixels, 1, 1)[slot]);
+            all += "; ";
+        }
+        return all;
     }
-    std::size_t drawn() const { return m_end->frames().size(); }
 
     std::vector<std::shared_ptr<FrameSource>> m_sources;
+    std::shared_ptr<GPUImageTwoInputFilter> m_filter;
     std::shared_ptr<CountingConsumer> m_end;
 };
 
-TEST_F(MultiInputTest, TwoStillsDrawWhenTheSecondArrives)
-{
-    make<GPUImageTwoInputFilter>(kTwo, 2);
-    still(0, 10);
-    EXPECT_EQ(drawn(), 0U);
-    still(1, 20);
-    ASSERT_EQ(drawn(), 1U);
-    EXPECT_TRUE(m_end->last().time.isIndefinite());
-    EXPECT_TRUE(samePixels(m_end->last().pixels, plainPicture(2, 2, {10, 20, 0, 255})));
-    still(1, 40);
-    EXPECT_EQ(drawn(), 1U) << "it waits for the other";
-    still(0, 30);
-    EXPECT_TRUE(samePixels(m_end->last().pixels, plainPicture(2, 2, {30, 40, 0, 255})));
-    EXPECT_EQ(drawn(), 2U);
-}
+struct Script {
+    const char* what;
+    int inputs;
+    const char* steps;
+    const char* drawn;
+};
 
-TEST_F(MultiInputTest, EachFrameOfAStreamDrawsBesideAStill)
+const Script kScripts[] = {
+    {"two stills draw when both have come", 2, "S0=10 S1=20 S1=40 S0=30", "-: 10 20; -: 30 40; "},
+    {"each frame of a stream draws beside a still", 2, "S1=50 V0=1@1 V0=2@2 V0=3@3", "1: 1 50; 2: 2 50; 3: 3 50; "},
+    {"in the other slot too", 2, "S0=50 V1=1@1 V1=2@2", "1: 50 1; 2: 50 2; "},
+    {"a still that was counted has gone back to the pool after its draw", 2, "V1=50 V0=9@1 V0=9@2 V0=9@3",
+     "1: 9 50; 2: 9 0; 3: 9 0; "},
+    {"two streams draw in pairs at the first one's time", 2, "V1=1@8 V0=2@7 V0=3@9 V1=4@10", "7: 2 1; 9: 3 4; "},
+    {"of an input that outruns the other the last frame counts", 2, "V0=1@1 V0=2@2 V0=3@3 V0=4@4 V1=7@5", "4: 4 7; "},
+    {"a slot that was freed is not waited for", 2, "V1=20@1 V0=10@1 F1 V0=11@2 V0=12@3",
+     "1: 10 20; 2: 11 0; 3: 12 0; "},
+    {"three draw at the time of the last to come", 3, "V2=30@3 V0=10@1 V1=20@2", "2: 10 20 30; "},
+    {"beside stills every frame of a stream draws", 3, "S0=11 S1=21 V2=31@5 V2=32@6", "5: 11 21 31; 6: 11 21 32; "},
+    {"the first and the third can be freed", 3, "F0 F2 S0=1 S2=3 V1=2@1 V1=4@2", "1: 1 2 3; 2: 1 4 3; "},
+    {"of four the fourth must not come last", 4, "V3=40@1 V0=10@2 V2=30@3 V1=20@4 V0=1@5 V1=1@6 V2=1@7 V3=1@8",
+     "4: 10 20 30 40; "},
+    {"a fourth that streams beside a still draws", 4, "S0=10 V3=40@1 V3=41@2", "1: 10 0 0 40; 2: 10 0 0 41; "},
+    {"nothing is drawn where rendering is prevented", 4, "P0 V3=1@1 V0=1@1 V1=1@1 V2=1@1", ""},
+};
+
+TEST_F(MultiInputTest, DrawsWhenTheSlotsHaveWhatTheyNeed)
 {
-    for (const int streaming : {0, 1}) {
-        SCOPED_TRACE(streaming);
+    for (const Script& script : kScripts) {
+        SCOPED_TRACE(script.what);
+        ASSERT_NO_FATAL_FAILURE(make(script.inputs));
+        emptyPool();
+        const std::size_t before = GPUImageFramebufferCache::livingCount();
+        std::istringstream steps(script.steps);
+        for (std::string step; steps >> step;)
+            perform(step);
+        EXPECT_EQ(drawn(), script.drawn);
+        // A frame for each slot, one on its way, and the output.
+        EXPECT_LE(GPUImageFramebufferCache::livingCount(), before + static_cast<std::size_t>(script.inputs) + 2);
         m_sources.clear();
-        make<GPUImageTwoInputFilter>(kTwo, 2);
-        still(1 - streaming, 50);
-        EXPECT_EQ(drawn(), 0U);
-        for (int number = 1; number <= 3; ++number) {
-            stream(streaming, number, static_cast<std::uint8_t>(number));
-            ASSERT_EQ(drawn(), static_cast<std::size_t>(number));
-            EXPECT_EQ(m_end->last().time, second(number));
-            const auto red = static_cast<std::uint8_t>(number);
-            EXPECT_TRUE(samePixels(m_end->last().pixels,
-                                   plainPicture(2, 2, streaming == 0 ? Rgba{red, 50, 0, 255} : Rgba{50, red, 0, 255})));
-        }
+        m_filter.reset();
+        EXPECT_EQ(idleFramebuffers(), GPUImageFramebufferCache::livingCount()) << "all counts have been given back";
     }
-}
-
-TEST_F(MultiInputTest, AFrameThatWasGivenBackIsNotReadAgain)
-{
-    // What a filter makes of a still: it counts, and has gone back to the pool when the next frame of the stream draws.
-    make<GPUImageTwoInputFilter>(kTwo, 2);
-    m_sources[1]->push({2, 2}, {50, 0, 0, 255}, kCMTimeIndefinite);
-    for (int number = 1; number <= 4; ++number) {
-        stream(0, number);
-        ASSERT_EQ(drawn(), static_cast<std::size_t>(number));
-        EXPECT_EQ(pixelAt(m_end->last().pixels, 0, 0),
-                  (Rgba{100, static_cast<std::uint8_t>(number == 1 ? 50 : 0), 0, 255}));
-        EXPECT_EQ(idleFramebuffers(), GPUImageFramebufferCache::livingCount());
-    }
-}
-
-TEST_F(MultiInputTest, TwoStreamsDrawInPairsWithTheFirstOnesTime)
-{
-    make<GPUImageTwoInputFilter>(kTwo, 2);
-    stream(1, 8);
-    stream(0, 7);
-    stream(0, 9);
-    EXPECT_EQ(drawn(), 1U);
-    stream(1, 10);
-    ASSERT_EQ(drawn(), 2U);
-    EXPECT_EQ(m_end->frames()[0].time, second(7));
-    EXPECT_EQ(m_end->frames()[1].time, second(9));
-    EXPECT_EQ(idleFramebuffers(), GPUImageFramebufferCache::livingCount()) << "all counts have been given back";
-}
-
-TEST_F(MultiInputTest, AnInputThatOutrunsTheOtherTakesNoMemory)
-{
-    make<GPUImageTwoInputFilter>(kTwo, 2);
-    stream(0, 0);
-    stream(0, 1);
-    const std::size_t living = GPUImageFramebufferCache::livingCount();
-    for (int number = 2; number < 100; ++number)
-        stream(0, number);
-    EXPECT_LE(GPUImageFramebufferCache::livingCount(), living + 1);
-    stream(1, 100, 7);
-    EXPECT_EQ(drawn(), 1U);
-    EXPECT_EQ(m_end->last().time, second(99));
 }
 
 TEST_F(MultiInputTest, SourcesFillTheNextSlotAndRemovalFreesIt)
 {
-    const auto filter = make<GPUImageTwoInputFilter>(kTwo, 2);
-    EXPECT_EQ(filter->nextAvailableTextureIndex(), 1) << "a third source takes the second one's slot";
-    m_sources[0]->removeTarget(filter);
-    EXPECT_EQ(filter->nextAvailableTextureIndex(), 0);
-    m_sources[0]->addTarget(filter);
-    still(1, 5);
-    still(0, 4);
-    EXPECT_EQ(drawn(), 1U);
-
-    const auto four = make<GPUImageFourInputFilter>(kFour, 0);
-    for (int slot = 0; slot < 4; ++slot) {
-        EXPECT_EQ(four->nextAvailableTextureIndex(), slot);
-        m_sources.push_back(std::make_shared<FrameSource>());
-        m_sources.back()->addTarget(four);
+    make(4);
+    EXPECT_EQ(m_filter->nextAvailableTextureIndex(), 3) << "a fifth source takes the fourth one's slot";
+    for (const auto& [removed, next] : {std::pair{3, 3}, {2, 2}, {0, 2}, {1, 0}}) {
+        m_sources[static_cast<std::size_t>(removed)]->removeTarget(m_filter);
+        EXPECT_EQ(m_filter->nextAvailableTextureIndex(), next);
     }
-    EXPECT_EQ(four->nextAvailableTextureIndex(), 3);
-    m_sources[4]->removeTarget(four); // slot 2
-    EXPECT_EQ(four->nextAvailableTextureIndex(), 2);
 }
 
 TEST_F(MultiInputTest, TheFirstInputGivesTheSizeAndEachSlotItsRotation)
 {
-    make<GPUImageTwoInputFilter>(kTwo, 2);
-    const CGImage first = makePicture(4, 2, [](int x, int y) {
-        return Rgba{static_cast<std::uint8_t>(60 * x + y), 0, 0, 255};
-    });
-    const CGImage secondPicture = makePicture(2, 4, [](int x, int y) {
-        return Rgba{static_cast<std::uint8_t>(60 * y + x), 0, 0, 255};
-    });
+    make(2);
+    const CGImage first = chartPicture(4, 2);
+    const CGImage other = chartPicture(2, 4);
     m_sources[1]->setRotation(kGPUImageRotateRight);
-    m_sources[1]->push(secondPicture, second(1));
+    m_sources[1]->push(other, second(1));
     m_sources[0]->push(first, second(1));
-    ASSERT_EQ(drawn(), 1U);
-    EXPECT_TRUE(samePixels(m_end->last().pixels, makePicture(4, 2, [&](int x, int y) {
-                               return Rgba{pixelAt(first, x, y)[0], pixelAt(secondPicture, y, 3 - x)[0], 0, 255};
-                           })));
-
+    EXPECT_TRUE(imagesMatch(m_end->last().pixels, makePicture(4, 2, [&](int x, int y) {
+                                return Rgba{pixelAt(first, x, y)[0], pixelAt(other, y, 3 - x)[0], 255, 255};
+                            })));
     // A second input of another size is stretched over the first.
     m_sources[1]->setRotation(kGPUImageNoRotation);
     m_sources[1]->push({1, 1}, {200, 0, 0, 255}, second(2));
     m_sources[0]->push(first, second(2));
     EXPECT_EQ(m_end->last().size, (CGSize{4, 2}));
-    EXPECT_EQ(pixelAt(m_end->last().pixels, 3, 1), (Rgba{181, 200, 0, 255}));
-}
-
-TEST_F(MultiInputTest, ASlotWhoseCheckIsDisabledIsNotWaitedFor)
-{
-    const auto filter = make<GPUImageTwoInputFilter>(kTwo, 2);
-    stream(1, 1, 20);
-    stream(0, 1, 10);
-    EXPECT_EQ(drawn(), 1U);
-    filter->disableSecondFrameCheck();
-    stream(0, 2, 11);
-    stream(0, 3, 12);
-    EXPECT_EQ(drawn(), 3U);
-
-    const auto three = make<GPUImageThreeInputFilter>(kThree, 0);
-    for (int slot = 0; slot < 3; ++slot) {
-        m_sources.push_back(std::make_shared<FrameSource>());
-        m_sources.back()->addTarget(three);
-    }
-    three->disableFirstFrameCheck();
-    three->disableThirdFrameCheck();
-    m_sources[2]->pushStill(plainPicture(2, 2, {1, 0, 0, 255}));
-    m_sources[4]->pushStill(plainPicture(2, 2, {3, 0, 0, 255}));
-    m_end->forget();
-    for (int number = 1; number <= 2; ++number) {
-        m_sources[3]->push({2, 2}, {2, 0, 0, 255}, second(number));
-        ASSERT_EQ(drawn(), static_cast<std::size_t>(number));
-        EXPECT_EQ(m_end->last().time, second(number));
-        EXPECT_TRUE(samePixels(m_end->last().pixels, plainPicture(2, 2, {1, 2, 3, 255})));
-    }
-}
-
-TEST_F(MultiInputTest, ThreeInputsDrawWhenAllAreThere)
-{
-    make<GPUImageThreeInputFilter>(kThree, 3);
-    stream(2, 3, 30);
-    stream(0, 1, 10);
-    EXPECT_EQ(drawn(), 0U);
-    stream(1, 2, 20);
-    ASSERT_EQ(drawn(), 1U);
-    EXPECT_EQ(m_end->last().time, second(2)) << "that of the frame that completed the set";
-    EXPECT_TRUE(samePixels(m_end->last().pixels, plainPicture(2, 2, {10, 20, 30, 255})));
-    EXPECT_EQ(idleFramebuffers(), GPUImageFramebufferCache::livingCount());
-
-    // Beside stills every frame of a stream draws.
-    still(0, 11);
-    still(1, 21);
-    for (int number = 5; number <= 7; ++number) {
-        stream(2, number, 31);
-        EXPECT_EQ(m_end->last().time, second(number));
-    }
-    EXPECT_EQ(drawn(), 4U);
-    EXPECT_TRUE(samePixels(m_end->last().pixels, plainPicture(2, 2, {11, 21, 31, 255})));
-}
-
-TEST_F(MultiInputTest, OfFourInputsTheFourthMustNotComeLast)
-{
-    make<GPUImageFourInputFilter>(kFour, 4);
-    stream(3, 1, 40);
-    stream(0, 2, 10);
-    stream(2, 3, 30);
-    EXPECT_EQ(drawn(), 0U);
-    stream(1, 4, 20);
-    ASSERT_EQ(drawn(), 1U);
-    EXPECT_EQ(m_end->last().time, second(4));
-    EXPECT_TRUE(samePixels(m_end->last().pixels, plainPicture(2, 2, {10, 20, 30, 40})));
-    EXPECT_EQ(idleFramebuffers(), GPUImageFramebufferCache::livingCount());
-
-    for (const int slot : {0, 1, 2, 3})
-        stream(slot, 5 + slot);
-    EXPECT_EQ(drawn(), 1U) << "three have arrived: the fourth is passed over";
-}
-
-TEST_F(MultiInputTest, AFourthInputThatStreamsBesideAStillDraws)
-{
-    make<GPUImageFourInputFilter>(kFour, 4);
-    still(0, 10);
-    for (int number = 1; number <= 2; ++number) {
-        stream(3, number, 40);
-        ASSERT_EQ(drawn(), static_cast<std::size_t>(number));
-        EXPECT_EQ(m_end->last().time, second(number));
-        const Rgba pixel = pixelAt(m_end->last().pixels, 0, 0);
-        EXPECT_EQ(pixel[0], 10);
-        EXPECT_EQ(pixel[3], 40);
-    }
-}
-
-TEST_F(MultiInputTest, PreventedRenderingGivesAllCountsBack)
-{
-    const auto filter = make<GPUImageFourInputFilter>(kFour, 4);
-    filter->setPreventRendering(true);
-    for (const int slot : {3, 0, 1, 2})
-        stream(slot, slot);
-    EXPECT_EQ(idleFramebuffers(), GPUImageFramebufferCache::livingCount());
+    EXPECT_TRUE(pixelMatches(m_end->last().pixels, 3, 1, {pixelAt(first, 3, 1)[0], 200, 255, 255}));
 }
 
 } // namespace

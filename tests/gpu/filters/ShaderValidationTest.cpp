@@ -9,7 +9,6 @@
 #include <dlfcn.h>
 #include <set>
 #include <sstream>
-#include <tuple>
 
 namespace lamina::test {
 namespace {
@@ -17,10 +16,7 @@ namespace {
 struct Shader {
     std::string text;
     GLenum kind;
-    friend bool operator<(const Shader& a, const Shader& b)
-    {
-        return std::tie(a.kind, a.text) < std::tie(b.kind, b.text);
-    }
+    friend auto operator<=>(const Shader&, const Shader&) = default;
 };
 
 /// Every text that has gone to GL since the program's start. Touched on the video processing queue.
@@ -108,32 +104,23 @@ std::set<std::string> uniformsOf(const std::set<Shader>& shaders, GLenum kind)
     return names;
 }
 
-/// Values of the property that may lead to other shaders: the ends of its range and some in between.
-std::vector<FilterValue> valuesToTry(const FilterProperty& property)
-{
-    constexpr double kReach = 64;
-    const double least = std::max(property.range.minimum, -kReach);
-    const double most = std::min(property.range.maximum, kReach);
-    std::vector<FilterValue> values;
-    for (const double share : {0.0, 0.02, 0.05, 0.1, 0.2, 0.25, 0.5, 0.75, 1.0}) {
-        const double value = std::lerp(least, most, share);
-        if (std::holds_alternative<float>(property.fallback))
-            values.emplace_back(static_cast<float>(value));
-        else if (std::holds_alternative<int>(property.fallback))
-            values.emplace_back(static_cast<int>(std::lround(value)));
-    }
-    return values;
-}
-
+/// With values of each property that may lead to other shaders: the ends of its range and some in between.
 void makeInAllWays(const FilterDescription& description)
 {
+    constexpr double kReach = 64;
     ASSERT_TRUE(description.make({})->canRender()) << description.className;
     for (const FilterProperty& property : description.properties) {
-        for (const FilterValue& value : valuesToTry(property)) {
+        const bool whole = std::holds_alternative<int>(property.fallback);
+        if (!whole && !std::holds_alternative<float>(property.fallback))
+            continue;
+        for (const double share : {0.0, 0.02, 0.05, 0.1, 0.2, 0.25, 0.5, 0.75, 1.0}) {
+            const double number =
+                std::lerp(std::max(property.range.minimum, -kReach), std::min(property.range.maximum, kReach), share);
+            const TypedValue value =
+                whole ? TypedValue(static_cast<int>(std::lround(number))) : TypedValue(static_cast<float>(number));
             const auto filter = makeFilter(description, {{property.name, value}});
-            ASSERT_TRUE(filter.ok()) << description.className << " " << property.name;
-            EXPECT_TRUE((*filter)->canRender())
-                << description.className << " with " << property.name << " " << formatFilterValue(value);
+            EXPECT_TRUE(filter.ok() && (*filter)->canRender())
+                << description.className << " with " << property.name << " " << number;
         }
     }
 }
@@ -153,11 +140,8 @@ TEST_F(ShaderValidationTest, EveryShaderOfTheCatalogueIsStrictlyOpenGLES2)
     }
 
     const std::set<Shader> shaders = valueFromVideoProcessingQueue([] { return collected(); });
-    const auto isVertexShader = [](const Shader& shader) { return shader.kind == GL_VERTEX_SHADER; };
-    const auto vertexShaders = std::ranges::count_if(shaders, isVertexShader);
     // Most filters have a fragment shader of their own; radii of blurs and of morphology make more of both kinds.
-    ASSERT_GT(vertexShaders, 10);
-    ASSERT_GT(shaders.size() - static_cast<std::size_t>(vertexShaders), filterCatalogue().all().size() / 2);
+    ASSERT_GT(shaders.size(), filterCatalogue().all().size());
     int number = 0;
     for (const Shader& shader : shaders)
         EXPECT_EQ(objections(shader, "shader" + std::to_string(++number)), "");
@@ -174,25 +158,16 @@ TEST_F(ShaderValidationTest, EveryShaderOfTheCatalogueIsStrictlyOpenGLES2)
 
 TEST_F(ShaderValidationTest, TheStrictCompilerObjectsWhereTheDriverMayNot)
 {
-    const std::string head = "varying highp vec2 textureCoordinate;\nuniform sampler2D inputImageTexture;\n";
-    const auto fragment = [&](const std::string& body) {
-        return Shader{head + "void main()\n{\n" + body + "}\n", GL_FRAGMENT_SHADER};
+    const auto objectionsTo = [](const std::string& body) {
+        return objections({"varying highp vec2 place;\nuniform sampler2D image;\nvoid main()\n{\n" + body + "}\n",
+                           GL_FRAGMENT_SHADER},
+                          "tried");
     };
-    EXPECT_EQ(objections(fragment("    gl_FragColor = texture2D(inputImageTexture, textureCoordinate);\n"), "good"),
-              "");
-    const std::vector<std::pair<std::string, std::string>> faults{
-        {"no precision",
-         "    vec4 color = texture2D(inputImageTexture, textureCoordinate);\n    gl_FragColor = color;\n"},
-        {"integer as number", "    gl_FragColor = texture2D(inputImageTexture, textureCoordinate) * 2;\n"},
-        {"loop without constant bounds",
-         "    lowp float sum = 0.0;\n    for (int i = 0; i < int(textureCoordinate.x); ++i)\n        sum += 0.1;\n"
-         "    gl_FragColor = vec4(sum);\n"},
-    };
-    for (const auto& [fault, body] : faults) {
-        const std::string words = objections(fragment(body), "bad");
-        EXPECT_THAT(words, testing::HasSubstr("ERROR")) << fault;
-        EXPECT_THAT(words, testing::HasSubstr(body)) << "the text is shown with the words";
-    }
+    EXPECT_EQ(objectionsTo("gl_FragColor = texture2D(image, place);"), "");
+    for (const char* fault : {"vec4 color = texture2D(image, place); gl_FragColor = color;", // no precision
+                              "gl_FragColor = texture2D(image, place) * 2;",
+                              "for (int i = 0; i < int(place.x); ++i) gl_FragColor = vec4(0.1);"})
+        EXPECT_THAT(objectionsTo(fault), testing::HasSubstr("ERROR")) << fault;
 }
 
 } // namespace

@@ -24,7 +24,7 @@ std::shared_ptr<GPUImageFramebuffer> uploaded(const CGImage& picture)
 
 void FrameSource::push(IntSize size, Rgba color, const CMTime& time)
 {
-    push(plainPicture(size.width, size.height, color), time);
+    push(solidPicture(size.width, size.height, color), time);
 }
 
 void FrameSource::push(const CGImage& picture, const CMTime& time)
@@ -57,23 +57,6 @@ void FrameSource::pushStill(const CGImage& picture)
     });
 }
 
-CGImage plainPicture(int width, int height, Rgba color)
-{
-    return makePicture(
-        width, height, [&](int, int) { return color; }, true);
-}
-
-CGImage distinctPicture(int width, int height)
-{
-    return makePicture(
-        width, height,
-        [&](int x, int y) {
-            const auto byte = [](int value) { return static_cast<std::uint8_t>(value); };
-            return Rgba{byte(17 + 13 * x), byte(29 + 11 * y), byte(7 * x + 3 * y), byte(255 - x - 5 * y)};
-        },
-        true);
-}
-
 CGImage rearranged(const CGImage& source, IntSize size, const std::function<IntSize(int x, int y)>& from)
 {
     return makePicture(
@@ -83,33 +66,6 @@ CGImage rearranged(const CGImage& source, IntSize size, const std::function<IntS
             return pixelAt(source, place.width, place.height);
         },
         true);
-}
-
-testing::AssertionResult samePixels(const CGImage& got, const CGImage& wanted, int step)
-{
-    if (!got)
-        return testing::AssertionFailure() << "there is no picture";
-    if (got.size() != wanted.size()) {
-        return testing::AssertionFailure() << got.width() << "x" << got.height() << " pixels instead of "
-                                           << wanted.width() << "x" << wanted.height();
-    }
-    int worst = -1;
-    IntSize place;
-    for (int y = 0; y < got.height(); ++y) {
-        for (int x = 0; x < got.width(); ++x) {
-            const int off = difference(pixelAt(got, x, y), pixelAt(wanted, x, y));
-            if (off > worst) {
-                worst = off;
-                place = {x, y};
-            }
-        }
-    }
-    if (worst <= step)
-        return testing::AssertionSuccess();
-    return testing::AssertionFailure() << "off by " << worst << " at (" << place.width << ", " << place.height
-                                       << "): got " << testing::PrintToString(pixelAt(got, place.width, place.height))
-                                       << ", wanted "
-                                       << testing::PrintToString(pixelAt(wanted, place.width, place.height));
 }
 
 std::size_t idleFramebuffers()

@@ -3,8 +3,6 @@
 #include "TestPictures.h"
 #include "gpu/core/GPUImageOutput.h"
 
-#include <gtest/gtest.h>
-
 #include <functional>
 
 namespace lamina::test {
@@ -29,17 +27,8 @@ private:
     std::shared_ptr<GPUImageFramebuffer> m_still;
 };
 
-/// A picture of one colour.
-CGImage plainPicture(int width, int height, Rgba color);
-
-/// A picture each of whose pixels has a colour of its own.
-CGImage distinctPicture(int width, int height);
-
 /// The picture whose pixel (x, y) is the given pixel of `source`.
 CGImage rearranged(const CGImage& source, IntSize size, const std::function<IntSize(int x, int y)>& from);
-
-/// Sizes are equal and no component differs by more than `step`; the failure names the worst pixel.
-testing::AssertionResult samePixels(const CGImage& got, const CGImage& wanted, int step = 0);
 
 /// The number of framebuffers that wait in the pool once all that has been returned so far is there.
 std::size_t idleFramebuffers();

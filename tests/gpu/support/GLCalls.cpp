@@ -34,34 +34,35 @@ extern "C" {
 void glGenTextures(GLsizei n, GLuint* textures)
 {
     static const auto real = driver(&glGenTextures, "glGenTextures");
-    calls.textures += n;
+    calls.objects += n;
     real(n, textures);
 }
 
 void glGenFramebuffers(GLsizei n, GLuint* framebuffers)
 {
     static const auto real = driver(&glGenFramebuffers, "glGenFramebuffers");
-    calls.framebuffers += n;
+    calls.objects += n;
     real(n, framebuffers);
 }
 
 void glGenBuffers(GLsizei n, GLuint* buffers)
 {
     static const auto real = driver(&glGenBuffers, "glGenBuffers");
-    calls.buffers += n;
+    calls.objects += n;
     real(n, buffers);
 }
 
 GLuint glCreateShader(GLenum type)
 {
     static const auto real = driver(&glCreateShader, "glCreateShader");
-    ++calls.shaders;
+    ++calls.objects;
     return real(type);
 }
 
 GLuint glCreateProgram(void)
 {
     static const auto real = driver(&glCreateProgram, "glCreateProgram");
+    ++calls.objects;
     ++calls.programs;
     return real();
 }

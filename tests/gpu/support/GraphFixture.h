@@ -65,6 +65,16 @@ protected:
     static void onQueue(const std::function<void()>& body) { runSynchronouslyOnVideoProcessingQueue(body); }
 };
 
+/// Multiplies all channels by its uniform `factor`.
+inline std::shared_ptr<GPUImageFilter> multiplying(float factor)
+{
+    auto filter = std::make_shared<GPUImageFilter>(R"(
+        varying highp vec2 textureCoordinate; uniform sampler2D inputImageTexture; uniform highp float factor;
+        void main() { gl_FragColor = texture2D(inputImageTexture, textureCoordinate) * factor; })");
+    filter->setFloat(factor, "factor");
+    return filter;
+}
+
 /// A consumer at the end of `output`.
 inline std::shared_ptr<CountingConsumer> consumerOf(GPUImageOutput& output)
 {

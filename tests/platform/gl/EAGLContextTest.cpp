@@ -13,12 +13,9 @@ namespace {
 
 std::shared_ptr<EAGLContext> makeContext(std::shared_ptr<EAGLSharegroup> group = nullptr)
 {
-    auto context = EAGLContext::make(EAGLRenderingAPI::OpenGLES2, std::move(group));
-    if (!context) {
-        ADD_FAILURE() << context.error().subject << ": " << context.error().cause;
-        return nullptr;
-    }
-    return *context;
+    const auto context = EAGLContext::make(EAGLRenderingAPI::OpenGLES2, std::move(group));
+    EXPECT_TRUE(context.ok());
+    return context ? *context : nullptr;
 }
 
 using Pixel = std::array<GLubyte, 4>;
@@ -50,78 +47,48 @@ protected:
     ~EAGLContextTest() override { EAGLContext::setCurrentContext(nullptr); }
 };
 
-TEST_F(EAGLContextTest, IsOpenGLESAndDraws)
+TEST_F(EAGLContextTest, IsOpenGLESAndDrawsOnceItIsCurrent)
 {
     const auto context = makeContext();
-    ASSERT_TRUE(context);
     EXPECT_EQ(EAGLContext::currentContext(), nullptr) << "making a context does not make it current";
     ASSERT_TRUE(EAGLContext::setCurrentContext(context.get()));
     EXPECT_EQ(EAGLContext::currentContext(), context.get());
-
     const auto* version = reinterpret_cast<const char*>(glGetString(GL_VERSION));
-    ASSERT_NE(version, nullptr);
-    EXPECT_THAT(std::string(version), testing::StartsWith("OpenGL ES "));
-
-    const GLuint texture = textureOf({1, 2, 3, 4});
-    EXPECT_EQ(readBack(texture), (Pixel{1, 2, 3, 4}));
+    EXPECT_THAT(std::string(version ? version : ""), testing::StartsWith("OpenGL ES "));
+    EXPECT_EQ(readBack(textureOf({1, 2, 3, 4})), (Pixel{1, 2, 3, 4}));
     EXPECT_EQ(glGetError(), GLenum{GL_NO_ERROR});
-
-    EXPECT_TRUE(EAGLContext::setCurrentContext(nullptr));
-    EXPECT_EQ(EAGLContext::currentContext(), nullptr);
 }
 
-TEST_F(EAGLContextTest, ContextsOfOneGroupSeeEachOthersTextures)
+TEST_F(EAGLContextTest, ContextsOfAGroupShareTexturesThatOutliveTheOneTheyWereMadeIn)
 {
-    const auto first = makeContext();
-    ASSERT_TRUE(first && first->sharegroup());
+    auto first = makeContext();
     const auto second = makeContext(first->sharegroup());
     const auto stranger = makeContext();
-    ASSERT_TRUE(second && stranger);
     EXPECT_EQ(second->sharegroup(), first->sharegroup());
-    EXPECT_NE(stranger->sharegroup(), first->sharegroup());
-
     ASSERT_TRUE(EAGLContext::setCurrentContext(first.get()));
     const GLuint texture = textureOf({9, 8, 7, 6});
     ASSERT_TRUE(EAGLContext::setCurrentContext(stranger.get()));
     EXPECT_FALSE(glIsTexture(texture));
-    ASSERT_TRUE(EAGLContext::setCurrentContext(second.get()));
-    EXPECT_EQ(readBack(texture), (Pixel{9, 8, 7, 6}));
-}
-
-TEST_F(EAGLContextTest, AGroupOutlivesTheContextItWasMadeWith)
-{
-    auto first = makeContext();
-    ASSERT_TRUE(first && EAGLContext::setCurrentContext(first.get()));
+    ASSERT_TRUE(EAGLContext::setCurrentContext(first.get()));
     const auto group = first->sharegroup();
-    const auto second = makeContext(group);
-    ASSERT_TRUE(second);
-    const GLuint texture = textureOf({5, 6, 7, 8});
     first.reset();
     EXPECT_EQ(EAGLContext::currentContext(), nullptr) << "a dropped context is no longer current";
-
-    const auto third = makeContext(group);
-    ASSERT_TRUE(third && EAGLContext::setCurrentContext(third.get()));
-    EXPECT_EQ(readBack(texture), (Pixel{5, 6, 7, 8}));
+    for (const auto& context : {second, makeContext(group)}) {
+        ASSERT_TRUE(EAGLContext::setCurrentContext(context.get()));
+        EXPECT_EQ(readBack(texture), (Pixel{9, 8, 7, 6}));
+    }
 }
 
 TEST_F(EAGLContextTest, IsCurrentOnOneThreadAtATime)
 {
     const auto context = makeContext();
     const auto other = makeContext();
-    ASSERT_TRUE(context && other && EAGLContext::setCurrentContext(context.get()));
-
+    ASSERT_TRUE(EAGLContext::setCurrentContext(context.get()));
     std::thread([&] {
         EXPECT_EQ(EAGLContext::currentContext(), nullptr) << "the current context is each thread's own";
         EXPECT_TRUE(EAGLContext::setCurrentContext(other.get()));
         EXPECT_FALSE(EAGLContext::setCurrentContext(context.get()));
         EXPECT_EQ(EAGLContext::currentContext(), other.get()) << "a refusal changes nothing";
-        EXPECT_NE(glGetString(GL_VERSION), nullptr);
-        EAGLContext::setCurrentContext(nullptr);
-    }).join();
-
-    EAGLContext::setCurrentContext(nullptr);
-    std::thread([&] {
-        EXPECT_TRUE(EAGLContext::setCurrentContext(context.get()));
         EAGLContext::setCurrentContext(nullptr);
     }).join();
 }
@@ -129,15 +96,9 @@ TEST_F(EAGLContextTest, IsCurrentOnOneThreadAtATime)
 TEST_F(EAGLContextTest, PresentsToWhoeverShows)
 {
     const auto context = makeContext();
-    ASSERT_TRUE(context);
     EXPECT_FALSE(context->presentRenderbuffer(GL_RENDERBUFFER));
-    GLenum presented = 0;
-    context->setPresenter([&](GLenum target) {
-        presented = target;
-        return true;
-    });
+    context->setPresenter([](GLenum target) { return target == GL_RENDERBUFFER; });
     EXPECT_TRUE(context->presentRenderbuffer(GL_RENDERBUFFER));
-    EXPECT_EQ(presented, GLenum{GL_RENDERBUFFER});
 }
 
 /// The display is opened once in a process, so these run in processes of their own.

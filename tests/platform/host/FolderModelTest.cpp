@@ -1,16 +1,16 @@
 #include "platform/host/system/FolderModel.h"
-#include "TestPaths.h"
 
 #include "CommandRunner.h"
 #include "Environment.h"
 #include "EventPump.h"
+#include "TestPaths.h"
 
 #include <QAbstractItemModelTester>
 #include <QLocale>
-#include <gtest/gtest.h>
 
 #include <chrono>
 #include <filesystem>
+#include <gtest/gtest.h>
 #include <sys/stat.h>
 
 namespace lamina::test {
@@ -28,19 +28,25 @@ protected:
         writeFile(folder.path(name), "x");
         fs::last_write_time(folder.path(name), fs::file_time_type::clock::now() - std::chrono::minutes(minutesOld));
     }
-    bool listed()
+    /// What is shown, once it has been listed: folders end in "/", and a failure or a note stands alone.
+    Names shown()
     {
-        return runUntil([this] { return !model.isLoading(); });
-    }
-    Names names() const
-    {
+        EXPECT_TRUE(runUntil([this] { return !model.isLoading(); }));
         Names names;
         for (int row = 0; row < model.rowCount(); ++row) {
             const bool isFolder = model.data(model.index(row), FolderModel::IsFolderRole).toBool();
             names.push_back(model.data(model.index(row), FolderModel::NameRole).toString().toStdString() +
                             (isFolder ? "/" : ""));
         }
+        for (const QString& text : {model.note(), model.error()})
+            if (!text.isEmpty())
+                names.push_back(text.toStdString());
         return names;
+    }
+    Names shown(const QString& there)
+    {
+        model.setFolder(there);
+        return shown();
     }
     QString path(const std::string& name = "") const { return QString::fromStdString(folder.path(name)); }
 
@@ -65,43 +71,30 @@ TEST_F(Folders, ShowFoldersFirstThenPictures)
     fs::create_symlink("zebra.webp", folder.path("link.png"));
 
     model.setFolder(path());
-    EXPECT_TRUE(model.isLoading());
     EXPECT_EQ(model.rowCount(), 0) << "nothing waits for the disk";
-    ASSERT_TRUE(listed());
-    const Names folders = {"A/", "album.jpg/", "b/", "folder 9/", "folder 10/"};
-    const auto with = [&](Names pictures) {
-        pictures.insert(pictures.begin(), folders.begin(), folders.end());
-        return pictures;
-    };
-    EXPECT_EQ(names(), with({"link.png", "zebra.webp", "Ämter.heic", "img9.JPEG", "img10.jpg"}));
+    EXPECT_EQ(shown(), (Names{"A/", "album.jpg/", "b/", "folder 9/", "folder 10/", "link.png", "zebra.webp",
+                              "Ämter.heic", "img9.JPEG", "img10.jpg"}));
     EXPECT_EQ(model.data(model.index(5), FolderModel::PathRole).toString(), path("link.png"));
-    EXPECT_EQ(model.error(), "");
-    EXPECT_EQ(model.note(), "");
-
     model.setOrder(FolderModel::ByName);
-    ASSERT_TRUE(listed());
-    EXPECT_EQ(names(), with({"Ämter.heic", "img9.JPEG", "img10.jpg", "link.png", "zebra.webp"}));
+    EXPECT_EQ(shown(), (Names{"A/", "album.jpg/", "b/", "folder 9/", "folder 10/", "Ämter.heic", "img9.JPEG",
+                              "img10.jpg", "link.png", "zebra.webp"}));
 }
 
 TEST_F(Folders, GoUpAndDown)
 {
     fs::create_directories(folder.path("a/b"));
-    file("a/b/one.png");
     int changes = 0;
     QObject::connect(&model, &FolderModel::folderChanged, [&] { ++changes; });
     model.setFolder(path("a/../a/b/"));
     EXPECT_EQ(model.folder(), path("a/b"));
-    EXPECT_EQ(model.parentFolder(), path("a"));
     EXPECT_EQ(model.title(), "b");
-    model.setFolder(model.parentFolder()); // before the first has been listed: its answer is dropped
-    ASSERT_TRUE(listed());
-    EXPECT_EQ(names(), Names{"b/"});
+    // Before the first has been listed: its answer is dropped.
+    EXPECT_EQ(shown(model.parentFolder()), Names{"b/"});
+    EXPECT_EQ(model.folder(), path("a"));
     EXPECT_EQ(changes, 2);
-
     file("a/two.png");
     model.refresh();
-    ASSERT_TRUE(listed());
-    EXPECT_EQ(names(), (Names{"b/", "two.png"}));
+    EXPECT_EQ(shown(), (Names{"b/", "two.png"}));
     model.setFolder("");
     EXPECT_EQ(model.folder(), path("a"));
     model.setFolder("/");
@@ -109,32 +102,16 @@ TEST_F(Folders, GoUpAndDown)
     EXPECT_EQ(model.title(), "/");
 }
 
-TEST_F(Folders, SayWhyTheyCannotBeShown)
-{
-    file("file.png");
-    file("one.png", 1);
-    for (const char* const name : {"missing", "file.png"}) {
-        model.setFolder(path(name));
-        ASSERT_TRUE(listed());
-        EXPECT_EQ(model.rowCount(), 0);
-        EXPECT_NE(model.error(), "") << name;
-    }
-    model.setFolder(path());
-    ASSERT_TRUE(listed());
-    EXPECT_EQ(model.error(), "");
-    EXPECT_EQ(names(), (Names{"file.png", "one.png"}));
-}
-
-TEST_F(Folders, ShowTheFirstOfVeryMany)
+TEST_F(Folders, SayWhyTheyCannotBeShownAndThatMoreIsThere)
 {
     for (int i = 0; i < 12; ++i)
         file("img" + std::to_string(i) + ".jpg", i);
     fs::create_directory(folder.path("folder"));
     model.setLimit(4);
-    model.setFolder(path());
-    ASSERT_TRUE(listed());
-    EXPECT_EQ(names(), (Names{"folder/", "img0.jpg", "img1.jpg", "img2.jpg"}));
-    EXPECT_EQ(model.note(), "Only the first 4 of 13 are shown.");
+    EXPECT_EQ(shown(path("missing")), Names{"The folder does not exist."});
+    EXPECT_EQ(shown(path()),
+              (Names{"folder/", "img0.jpg", "img1.jpg", "img2.jpg", "Only the first 4 of 13 are shown."}));
+    EXPECT_EQ(shown(path("img0.jpg")), Names{"This is not a folder."});
 
     auto passing = std::make_unique<FolderModel>();
     passing->setFolder(path());
@@ -146,26 +123,27 @@ TEST_F(Folders, BeginWhereThePicturesAre)
 {
     const Variable home("HOME", folder.path());
     const Variable configuration("XDG_CONFIG_HOME", folder.path("none"));
-    Variable samples("LAMINA_SAMPLES", test::samples().c_str());
+    Variable samplesVariable("LAMINA_SAMPLES", samples());
+    /// The folder's title, then all places.
     const auto start = [this] {
         model.openStart();
-        EXPECT_TRUE(listed());
-        Names places;
+        shown();
+        Names names{model.title().toStdString()};
         for (const QVariant& place : model.places())
-            places.push_back(place.toMap()["name"].toString().toStdString());
-        return std::pair(model.title().toStdString(), places);
+            names.push_back(place.toMap()["name"].toString().toStdString());
+        return names;
     };
-    EXPECT_EQ(start(), std::pair(std::string("Samples"), Names({"Pictures", "Home", "Samples"})));
-    EXPECT_EQ(model.folder(), QString::fromStdString(test::samples()));
-    EXPECT_GT(model.rowCount(), 0);
-    samples.set(folder.path("none"));
-    EXPECT_EQ(start(), std::pair(std::string("Home"), Names({"Pictures", "Home"}))) << "no folder for pictures";
-    samples.set(test::samples().c_str());
+    EXPECT_EQ(start(), (Names{"Samples", "Pictures", "Home", "Samples"}));
+    EXPECT_EQ(model.folder(), QString::fromStdString(samples()));
+    samplesVariable.set(folder.path("none"));
+    EXPECT_EQ(start(), (Names{"Home", "Pictures", "Home"})) << "no folder for pictures";
     fs::create_directory(folder.path("Pictures"));
-    EXPECT_EQ(start().first, "Samples");
+    EXPECT_EQ(start(), (Names{"Pictures", "Pictures", "Home"}));
+    samplesVariable.set(samples());
+    EXPECT_EQ(start().front(), "Samples");
     file("Pictures/mine.png");
-    EXPECT_EQ(start(), std::pair(std::string("Pictures"), Names({"Pictures", "Home"})));
-    EXPECT_EQ(names(), Names{"mine.png"});
+    EXPECT_EQ(start(), (Names{"Pictures", "Pictures", "Home"}));
+    EXPECT_EQ(shown(), Names{"mine.png"});
 }
 
 } // namespace

@@ -40,20 +40,15 @@ protected:
     Variable desktop{"XDG_CURRENT_DESKTOP", ""};
 };
 
-TEST_F(URLOpener, HandsLinksToTheDesktop)
+TEST_F(URLOpener, HandsLinksToTheDesktopAndRefusesTheRest)
 {
     install("xdg-open");
-    EXPECT_EQ(opened("https://example.org/a b?q=%20#x"), "");
-    EXPECT_EQ(opened("https://example.org/a?q=%20#x"), "xdg-open https://example.org/a?q=%20#x\n");
-    EXPECT_EQ(opened("mailto:me@example.org"), "xdg-open mailto:me@example.org\n");
-    EXPECT_EQ(opened("file:///tmp/caf%E9%20x.png"), "xdg-open file:///tmp/caf%E9%20x.png\n");
-}
-
-TEST_F(URLOpener, RefusesTheRest)
-{
-    install("xdg-open");
-    for (const char* const url : {"", "https:", "https://", "/tmp/a.png", "file://nas/a.png", "javascript:alert(1)",
-                                  "data:text/html,x", "smb://nas/a", "--help", "app-settings", "https://exa mple.org"})
+    for (const char* const url :
+         {"https://example.org/a?q=%20#x", "mailto:me@example.org", "file:///tmp/caf%E9%20x.png"})
+        EXPECT_EQ(opened(url), std::string("xdg-open ") + url + "\n");
+    for (const char* const url :
+         {"", "https:", "https://", "https://exa mple.org", "https://example.org/a b", "/tmp/a.png", "file://nas/a.png",
+          "javascript:alert(1)", "smb://nas/a", "--help", "app-settings"})
         EXPECT_FALSE(openSystemURL(url)) << url;
     EXPECT_FALSE(openSystemURL(UIApplicationOpenSettingsURLString)) << "no settings program is there";
 }

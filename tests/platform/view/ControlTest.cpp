@@ -1,15 +1,13 @@
 #include "TouchBench.h"
 
 #include "platform/view/UIButton.h"
-#include "platform/view/UIPanGestureRecognizer.h"
-#include "platform/view/UITapGestureRecognizer.h"
 
-namespace lamina {
+namespace lamina::test {
 namespace {
 
 using Events = UIControlEvents;
 
-class ControlTest : public test::TouchBench {
+class ControlTest : public TouchBench {
 protected:
     ControlTest()
     {
@@ -23,59 +21,40 @@ protected:
             button->addTarget([this, text = name](UIControl&) { log += text; }, event);
     }
 
-    std::shared_ptr<UIButton> button = addView<UIButton>(*root, {100, 100, 80, 44});
+    std::shared_ptr<UIButton> button = addView<UIButton>({100, 100, 80, 44});
 };
 
 TEST_F(ControlTest, FollowsAFinger)
 {
-    down(1, 110, 110);
+    EXPECT_EQ(play("1+110,110 1>120,110"), "down inside ");
     EXPECT_TRUE(button->isTracking() && button->isHighlighted());
-    move(1, 120, 110);
-    move(1, 300, 110);
-    EXPECT_TRUE(button->isTracking());
-    EXPECT_FALSE(button->isHighlighted());
-    move(1, 310, 110);
-    move(1, 130, 110);
+    EXPECT_EQ(play("1>300,110 1>310,110"), "exit outside outside ");
+    EXPECT_TRUE(button->isTracking() && !button->isHighlighted());
+    EXPECT_EQ(play("1>130,110"), "enter inside ");
     EXPECT_TRUE(button->isHighlighted());
-    up(1, 130, 110);
-    EXPECT_EQ(heard(), "down inside exit outside outside enter inside up ");
+    EXPECT_EQ(play("1-130,110"), "up ");
     EXPECT_FALSE(button->isTracking() || button->isHighlighted());
-    down(1, 110, 110);
-    up(1, 10, 10); // the way out and the end in one event
-    EXPECT_EQ(heard(), "down exit outside away ");
-    down(1, 110, 110);
-    fingers.touchCancelled(1, tick());
-    EXPECT_EQ(heard(), "down cancel ");
+    EXPECT_EQ(play("1+110,110 1-10,10"), "down exit outside away "); // the way out and the end in one event
+    EXPECT_EQ(play("1+110,110 1x"), "down cancel ");
 }
 
 TEST_F(ControlTest, DisabledControlsTakeNoTouches)
 {
     button->setEnabled(false);
-    tap(110, 110);
-    EXPECT_EQ(heard(), "");
+    EXPECT_EQ(play("t110,110"), "");
     button->sendActions(Events::TouchUpInside);
-    EXPECT_EQ(heard(), "up ");
     button->setEnabled(true);
-    down(1, 110, 110);
+    EXPECT_EQ(play("1+110,110"), "up down ");
     button->setEnabled(false);
-    EXPECT_EQ(heard(), "down cancel ");
     button->setEnabled(true);
-    up(1, 110, 110);
-    EXPECT_EQ(heard(), "");
+    EXPECT_EQ(play("1-110,110"), "cancel ");
 }
 
 TEST_F(ControlTest, GesturesAroundItTakeDragsButNoTaps)
 {
-    const auto outerTap = attach<UITapGestureRecognizer>(*root, "tap");
-    const auto outerPan = attach<UIPanGestureRecognizer>(*root, "pan");
-    tap(110, 110);
-    EXPECT_EQ(heard(), "down up ");
-    tap(10, 10);
-    EXPECT_EQ(heard(), "tap:ended ");
-    down(1, 110, 110);
-    move(1, 130, 110);
-    up(1, 130, 110);
-    EXPECT_EQ(heard(), "down cancel pan:began pan:ended ");
+    attach("tap");
+    attach("pan");
+    EXPECT_EQ(play("t110,110 t10,10 d110,110>130,110"), "down up tap. down cancel pan+0,0 pan.0,0 ");
 }
 
 TEST_F(ControlTest, HandlersMayRemoveHandlersAndTheControl)
@@ -91,12 +70,9 @@ TEST_F(ControlTest, HandlersMayRemoveHandlersAndTheControl)
             button.reset();
         },
         Events::TouchDragExit);
-    down(1, 110, 110);
-    move(1, 10, 10);
-    up(1, 10, 10);
+    EXPECT_EQ(play("d110,110>10,10").substr(0, 10), "down exit ");
     EXPECT_EQ(button, nullptr);
-    EXPECT_EQ(heard().substr(0, 10), "down exit ");
 }
 
 } // namespace
-} // namespace lamina
+} // namespace lamina::test

@@ -2,6 +2,7 @@
 
 #include "platform/base/DispatchQueue.h"
 #include "platform/base/Log.h"
+#include "platform/view/UIAlertController.h"
 #include "platform/view/UINavigationController.h"
 #include "platform/view/UIWindow.h"
 
@@ -32,15 +33,14 @@ private:
     std::string& m_log;
 };
 
-/// A window whose first screen is a stack that holds screen "R"; it has appeared. Messages go to `messages`.
+/// A window whose first screen is a stack that holds screen "R"; it has appeared. Messages are counted.
 class ControllerBench : public testing::Test {
 protected:
     ControllerBench()
         : m_formerSink(setLogSink([this](LogLevel, std::string_view) { ++messages; }))
     {
         window.setRootViewController(stack);
-        turns();
-        log.clear();
+        heard();
     }
     ~ControllerBench() override
     {
@@ -51,10 +51,12 @@ protected:
     std::shared_ptr<HeardScreen> screen(const std::string& name,
                                         UIModalPresentationStyle style = UIModalPresentationStyle::FullScreen)
     {
+        std::string whileLoading;
         auto made = std::make_shared<HeardScreen>(name, log);
+        std::swap(log, whileLoading);
         made->view();
+        std::swap(log, whileLoading);
         made->setModalPresentationStyle(style);
-        log.clear();
         return made;
     }
     UIViewController::Completion note(std::string text)
@@ -67,6 +69,11 @@ protected:
     {
         turns();
         return std::exchange(log, {});
+    }
+    /// The alert that is on top; null: another screen is.
+    std::shared_ptr<UIAlertController> alert() const
+    {
+        return std::dynamic_pointer_cast<UIAlertController>(window.topViewController());
     }
 
     std::string log;

@@ -2,19 +2,18 @@
 
 #include "ControllerBench.h"
 #include "platform/base/Localization.h"
-#include "platform/view/UIAlertController.h"
+#include "platform/base/MemoryWarning.h"
+#include "platform/base/NotificationCenter.h"
+#include "platform/view/UIApplication.h"
 
-namespace lamina {
+#include <thread>
+
+namespace lamina::test {
 namespace {
 
-class FailureAlertTest : public test::ControllerBench {
+class FailureAlertTest : public ControllerBench {
 protected:
     ~FailureAlertTest() override { setTextLookup({}); }
-
-    std::shared_ptr<UIAlertController> alert() const
-    {
-        return std::dynamic_pointer_cast<UIAlertController>(window.topViewController());
-    }
 };
 
 TEST_F(FailureAlertTest, NamesTheSubjectAndTheTranslatedCause)
@@ -25,8 +24,7 @@ TEST_F(FailureAlertTest, NamesTheSubjectAndTheTranslatedCause)
         presentFailure(*rootScreen, "Can’t save", error);
         turns();
         ASSERT_TRUE(alert());
-        EXPECT_EQ(alert()->title(), "Can’t save");
-        EXPECT_EQ(alert()->message(), message);
+        EXPECT_EQ(alert()->title() + '|' + alert()->message(), std::string("Can’t save|") + message);
         ASSERT_EQ(alert()->actions().size(), 1u);
         EXPECT_EQ(alert()->actions()[0].title, "OK");
         alert()->tap(0);
@@ -56,5 +54,17 @@ TEST_F(FailureAlertTest, LiesOverWhateverIsOnTopWhenItsTurnComes)
     EXPECT_EQ(alert()->presentingViewController(), a);
 }
 
+TEST(Application, WarnsOfShortMemoryOnTheMainThread)
+{
+    std::thread::id warnedOn;
+    const auto observer = NotificationCenter::defaultCenter().addObserver(
+        UIApplicationDidReceiveMemoryWarningNotification,
+        [&](const Notification&) { warnedOn = std::this_thread::get_id(); });
+    std::thread([] { UIApplication::didReceiveMemoryWarning(); }).join();
+    EXPECT_EQ(warnedOn, std::thread::id());
+    DispatchQueue::main().drain();
+    EXPECT_EQ(warnedOn, std::this_thread::get_id());
+}
+
 } // namespace
-} // namespace lamina
+} // namespace lamina::test

@@ -1,305 +1,114 @@
 #include "TouchBench.h"
 
-#include "platform/view/UIControl.h"
-#include "platform/view/UILongPressGestureRecognizer.h"
-#include "platform/view/UIPanGestureRecognizer.h"
-#include "platform/view/UIPinchGestureRecognizer.h"
-#include "platform/view/UIRotationGestureRecognizer.h"
-#include "platform/view/UITapGestureRecognizer.h"
+#include "platform/view/UITouch.h"
 
 #include <limits>
 #include <numbers>
+#include <ostream>
 
-namespace lamina {
+namespace lamina::test {
 namespace {
 
-constexpr double kPi = std::numbers::pi;
+constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
 
-class GestureTest : public test::TouchBench {};
+struct Script {
+    const char* name;
+    const char* recognizers; ///< in the order in which they are attached
+    const char* steps;
+    const char* heard;
+    friend void PrintTo(const Script& script, std::ostream* out) { *out << script.name; }
+};
 
-TEST_F(GestureTest, PanBeginsAfterTenPointsAndCountsFromThere)
+const Script kScripts[] = {
+    {"PanBeginsAfterTenPoints", "pan", "1+100,100 1>106,107 1>106,110 1>116,105 1-116,105",
+     "pan+0,0 pan~10,-5 pan.10,-5 "},
+    {"PanDoesNotJumpAsFingersComeAndGo", "pan",
+     "1+100,100 1>120,100 1>130,100 2+300,300 1>140,100&2>310,320 1-140,100 2>310,325 2-310,325",
+     "pan+0,0 pan~10,0 pan~20,10 pan~20,15 pan.20,15 "},
+    {"PanCountsTheLastStretch", "pan", "1+100,100 1>120,100 1-125,100", "pan+0,0 pan~5,0 pan.5,0 "},
+    {"PanIsLost", "pan", "1+100,100 1>120,100 1x", "pan+0,0 panx0,0 "},
+    {"PinchIsTheRatioOfDistances", "pinch",
+     "1+150,200 2+250,200 1>149,200&2>251,200 1>100,200&2>300,200 3+10,10 1>50,200&2>350,200 2-350,200",
+     "pinch+2 pinch~3 pinch.3 "},
+    {"PinchWaitsUntilAllAreLifted", "pinch",
+     "1+100,200 2+200,200 2>300,200 2-300,200 2+300,200 2>200,200 1-100,200 2-200,200", "pinch+2 pinch.2 "},
+    {"PinchFromOnePoint", "pinch", "1+200,200 2+200,200 2>220,200 2>200,200 2x", "pinch+20 pinch~1 pinchx1 "},
+    {"RotationFromOnePoint", "rotation", "1+100,50 2+200,50 1>200,50 2-200,50", ""},
+    {"RotationCrossesTheSeam", "rotation", "1+200,200 2+100,200 2>200,100 2>300,200 2>200,300 2>100,200 2>200,100 2x",
+     "rotation+1.571 rotation~3.142 rotation~4.712 rotation~6.283 rotation~7.854 rotationx7.854 "},
+    {"RotationBeginsAfterThreeDegrees", "rotation", "1+0,0 2+100,0 2>100,4 2>100,6 2-100,6",
+     "rotation+0.06 rotation.0.06 "},
+    {"Tap", "tap", "t50,50 1+50,50 1-58,58 1+50,50 2+90,50 1-50,50 2-90,50", "tap. "},
+    {"DoubleTap", "twice", "t50,50 w0.3 t60,60", "twice. "},
+    {"DoubleTapTooLate", "twice", "t50,50 w0.4 t50,50 w0.4 t50,50 t50,50", "twice. "},
+    {"DoubleTapTooFar", "twice", "t50,50 t95,50 w1 t50,50 t85,50", "twice. "},
+    {"LongPress", "press", "1+50,50 w0.4 1>55,55 w0.1 1>150,150 1-150,150", "press+ press~ press. "},
+    {"LongPressStraysOrEndsTooSoon", "press", "1+50,50 1>61,50 w1 1-61,50 t50,50 w1 1+50,50 2+60,50 w1", ""},
+    {"LongPressAtOnce", "hold", "1+50,50 1>51,50 1-51,50", "hold+ hold~ hold. "},
+    {"OneGestureAtATime", "pan tap pinch", "t50,50 1+50,50 1>80,50 2+150,50 1>80,50&2>250,50 1-80,50 2-250,50",
+     "tap. pan+0,0 pan~50,0 pan.50,0 "},
+    {"SpreadingFingersArePinch", "pan tap pinch", "1+100,50 2+200,50 1>70,50&2>230,50 1>70,90&2>230,90 1x 2x",
+     "pinch+1.6 pinch~1.6 pinchx1.6 "},
+    {"ChildrenGoBeforeAncestors", "pan child/pan", "d200,200>230,200 d20,20>50,20",
+     "child/pan+0,0 child/pan.0,0 pan+0,0 pan.0,0 "},
+    {"AHandleKeepsItsFinger", "pan child/hold", "d110,110>150,150", "child/hold+ child/hold~ child/hold. "},
+};
+
+class GestureScripts : public TouchBench, public testing::WithParamInterface<Script> {};
+
+TEST_P(GestureScripts, AreHeard)
 {
-    const auto pan = attach<UIPanGestureRecognizer>(*root, "pan");
-    down(1, 100, 100);
-    move(1, 106, 107); // 9.2 points
-    EXPECT_EQ(heard(), "");
-    move(1, 106, 110);
-    EXPECT_EQ(heard(), "pan:began ");
-    EXPECT_EQ(pan->translationInView(root.get()), (CGPoint{0, 0}));
-    move(1, 116, 105);
-    EXPECT_EQ(pan->translationInView(root.get()), (CGPoint{10, -5}));
-    pan->setTranslation({}, root.get());
-    move(1, 120, 105);
-    EXPECT_EQ(pan->translationInView(root.get()), (CGPoint{4, 0}));
-    EXPECT_EQ(pan->locationInView(root.get()), (CGPoint{120, 105}));
-    up(1, 120, 105);
-    EXPECT_EQ(heard(), "pan:changed pan:changed pan:ended ");
-    EXPECT_EQ(pan->state(), UIGestureRecognizerState::Possible);
-    EXPECT_EQ(pan->numberOfTouches(), 0u);
+    std::istringstream names(GetParam().recognizers);
+    std::vector<std::shared_ptr<UIGestureRecognizer>> recognizers;
+    for (std::string name; names >> name;)
+        recognizers.push_back(attach(name));
+    EXPECT_EQ(play(GetParam().steps), GetParam().heard);
+    play("1x 2x 3x");
+    for (const auto& recognizer : recognizers)
+        EXPECT_TRUE(recognizer->state() == UIGestureRecognizerState::Possible && recognizer->numberOfTouches() == 0);
 }
 
-TEST_F(GestureTest, PanDoesNotJumpWhenFingersComeAndGo)
-{
-    const auto pan = attach<UIPanGestureRecognizer>(*root, "pan");
-    down(1, 100, 100);
-    move(1, 120, 100);
-    move(1, 130, 100);
-    down(2, 300, 300);
-    EXPECT_EQ(pan->translationInView(nullptr), (CGPoint{10, 0}));
-    moveBoth({140, 100}, {310, 320}); // their middle moves by (10, 10)
-    EXPECT_EQ(pan->translationInView(nullptr), (CGPoint{20, 10}));
-    up(1, 140, 100);
-    EXPECT_EQ(pan->translationInView(nullptr), (CGPoint{20, 10}));
-    move(2, 310, 325);
-    EXPECT_EQ(pan->translationInView(nullptr), (CGPoint{20, 15}));
-    heard();
-    up(2, 310, 325);
-    EXPECT_EQ(heard(), "pan:ended ");
-}
+INSTANTIATE_TEST_SUITE_P(, GestureScripts, testing::ValuesIn(kScripts),
+                         [](const auto& script) { return std::string(script.param.name); });
 
-TEST_F(GestureTest, PanKeepsToItsNumberOfFingers)
-{
-    const auto two = attach<UIPanGestureRecognizer>(*root, "two");
-    two->setMinimumNumberOfTouches(2);
-    down(1, 100, 100);
-    move(1, 150, 100);
-    EXPECT_EQ(heard(), "");
-    down(2, 200, 100);
-    moveBoth({165, 100}, {215, 100});
-    up(1, 165, 100);
-    EXPECT_EQ(heard(), "two:began two:ended ");
-    up(2, 215, 100);
+class GestureTest : public TouchBench {};
 
-    root->removeGestureRecognizer(*two);
-    const auto one = attach<UIPanGestureRecognizer>(*root, "one");
-    one->setMaximumNumberOfTouches(1);
-    down(1, 100, 100);
-    down(2, 200, 100);
-    moveBoth({130, 100}, {230, 100});
-    EXPECT_EQ(heard(), "");
-    EXPECT_EQ(one->state(), UIGestureRecognizerState::Failed);
-}
-
-TEST_F(GestureTest, PanIsMeasuredInTheViewAskedFor)
+TEST_F(GestureTest, ValuesAreMeasuredInTheViewAskedForAndConsumed)
 {
-    const auto child = addView(*root, {100, 100, 200, 200});
-    child->setTransform(CGAffineTransform::rotation(kPi / 2).scaled(2, 2));
-    const auto pan = attach<UIPanGestureRecognizer>(*child, "pan");
-    down(1, 200, 200);
-    move(1, 220, 200);
-    move(1, 230, 220); // (10, 20) on the screen
-    const CGPoint inside = pan->translationInView(child.get());
+    child->setTransform(CGAffineTransform::rotation(std::numbers::pi / 2).scaled(2, 2));
+    const auto pan = attachAs<UIPanGestureRecognizer>("child/pan");
+    play("1+200,200 1>220,200 1>230,220"); // (10, 20) on the screen
     // A quarter turn clockwise: the child's x runs down the screen, its y to the left; lengths count half.
-    EXPECT_NEAR(inside.x, 10, 1e-9);
-    EXPECT_NEAR(inside.y, -5, 1e-9);
+    EXPECT_EQ(text(pan->translationInView(child.get())), "10,-5");
+    EXPECT_EQ(text(pan->locationInView(root.get())), "230,220");
     pan->setTranslation({1, 0}, child.get());
-    EXPECT_NEAR(pan->translationInView(root.get()).x, 0, 1e-9);
-    EXPECT_NEAR(pan->translationInView(root.get()).y, 2, 1e-9);
-}
+    EXPECT_EQ(play("1>231,220 1x"), "child/pan~1,2 child/panx1,2 ");
 
-TEST_F(GestureTest, PanVelocityForgetsARest)
-{
-    const auto pan = attach<UIPanGestureRecognizer>(*root, "pan");
-    fingers.touchBegan(1, {100, 100}, 0);
-    for (int step = 1; step <= 10; ++step)
-        fingers.touchMoved(1, {100.0 + 20 * step, 100.0 - 10 * step}, 0.02 * step);
-    EXPECT_NEAR(pan->velocityInView(nullptr).x, 1000, 1e-6);
-    EXPECT_NEAR(pan->velocityInView(nullptr).y, -500, 1e-6);
-    CGPoint atEnd{-1, -1};
-    pan->addAction([&](UIGestureRecognizer&) { atEnd = pan->velocityInView(nullptr); });
-    fingers.touchEnded(1, {300, 0}, 2);
-    EXPECT_EQ(atEnd, (CGPoint{0, 0}));
-}
-
-TEST_F(GestureTest, PinchIsTheRatioOfTheFingersDistances)
-{
-    const auto pinch = attach<UIPinchGestureRecognizer>(*root, "pinch");
-    down(1, 150, 200);
-    down(2, 250, 200);
-    moveBoth({149, 200}, {251, 200});
-    EXPECT_EQ(heard(), "");
-    moveBoth({100, 200}, {300, 200});
-    EXPECT_EQ(heard(), "pinch:began ");
-    EXPECT_DOUBLE_EQ(pinch->scale(), 2);
-    pinch->setScale(1);
-    down(3, 10, 10); // a third finger plays no part
-    moveBoth({50, 200}, {350, 200});
-    EXPECT_DOUBLE_EQ(pinch->scale(), 1.5);
-    EXPECT_EQ(pinch->locationInView(nullptr), (CGPoint{200, 200}));
-    up(2, 350, 200);
-    EXPECT_EQ(heard(), "pinch:changed pinch:ended ");
-    down(2, 300, 200); // not before all are lifted
-    moveBoth({50, 200}, {100, 200});
-    EXPECT_EQ(heard(), "");
-}
-
-TEST_F(GestureTest, FingersOnOnePointGiveFiniteValues)
-{
-    const auto pinch = attach<UIPinchGestureRecognizer>(*root, "pinch");
-    const auto rotation = attach<UIRotationGestureRecognizer>(*addView(*root, {0, 0, 400, 100}), "rotation");
-    down(1, 200, 200);
-    down(2, 200, 200);
-    moveBoth({200, 200}, {220, 200});
-    EXPECT_DOUBLE_EQ(pinch->scale(), 20);
-    moveBoth({210, 200}, {210, 200});
-    EXPECT_DOUBLE_EQ(pinch->scale(), 1);
-    for (const double bad : {0.0, -1.0, std::numeric_limits<double>::quiet_NaN()})
+    const auto pinch = attachAs<UIPinchGestureRecognizer>("pinch");
+    play("1+10,20 2+20,20 1>10,20&2>30,20");
+    for (const double bad : {0.0, -1.0, kNan})
         pinch->setScale(bad);
-    EXPECT_DOUBLE_EQ(pinch->scale(), 1);
-    fingers.cancelAllTouches(time);
-
-    down(1, 100, 50);
-    down(2, 200, 50);
-    moveBoth({200, 50}, {200, 50});
-    EXPECT_DOUBLE_EQ(rotation->rotation(), 0);
-}
-
-TEST_F(GestureTest, RotationCrossesTheSeamWithoutAJump)
-{
-    const auto rotation = attach<UIRotationGestureRecognizer>(*root, "rotation");
-    const CGPoint middle{200, 200};
-    down(1, 200, 200);
-    down(2, 100, 200); // at 180 degrees, where atan2 jumps
-    for (int step = 1; step <= 10; ++step) {
-        const double angle = kPi + step * 0.1;
-        move(2, middle.x + 100 * std::cos(angle), middle.y + 100 * std::sin(angle));
-    }
-    EXPECT_NEAR(rotation->rotation(), 1.0, 1e-9);
-    EXPECT_EQ(log.substr(0, 15), "rotation:began ");
-    rotation->setRotation(0);
-    move(2, middle.x + 100 * std::cos(kPi + 0.8), middle.y + 100 * std::sin(kPi + 0.8));
-    EXPECT_NEAR(rotation->rotation(), -0.2, 1e-9);
-}
-
-TEST_F(GestureTest, TapsCountFingersPlacesAndTime)
-{
-    const auto one = attach<UITapGestureRecognizer>(*root, "one");
-    tap(50, 50);
-    EXPECT_EQ(heard(), "one:ended ");
-    down(1, 50, 50);
-    up(1, 58, 58); // 11.3 points away
-    EXPECT_EQ(heard(), "");
-    down(1, 50, 50);
-    down(2, 90, 50);
-    up(1, 50, 50);
-    up(2, 90, 50);
-    EXPECT_EQ(heard(), "");
-
-    root->removeGestureRecognizer(*one);
-    const auto twice = attach<UITapGestureRecognizer>(*root, "twice");
-    twice->setNumberOfTapsRequired(2);
-    tap(50, 50);
-    wait(0.3);
-    tap(60, 60);
-    EXPECT_EQ(heard(), "twice:ended ");
-    tap(50, 50);
-    wait(0.4); // too late: this is a first tap again
-    tap(50, 50);
-    EXPECT_EQ(heard(), "");
-    wait(0.4);
-    tap(50, 50);
-    tap(200, 50); // too far
-    EXPECT_EQ(heard(), "");
-
-    root->removeGestureRecognizer(*twice);
-    const auto fork = attach<UITapGestureRecognizer>(*root, "fork");
-    fork->setNumberOfTouchesRequired(2);
-    tap(50, 50);
-    EXPECT_EQ(heard(), "");
-    down(1, 50, 50);
-    down(2, 90, 50);
-    up(1, 50, 50);
-    up(2, 90, 50);
-    EXPECT_EQ(heard(), "fork:ended ");
-}
-
-TEST_F(GestureTest, SingleTapWaitsForTheDoubleTapToFail)
-{
-    const auto single = attach<UITapGestureRecognizer>(*root, "single");
-    const auto twice = attach<UITapGestureRecognizer>(*root, "twice");
-    twice->setNumberOfTapsRequired(2);
-    single->requireGestureRecognizerToFail(twice);
-    tap(50, 50);
-    EXPECT_EQ(heard(), "");
-    wait(0.4);
-    EXPECT_EQ(heard(), "single:ended ");
-    tap(50, 50);
-    tap(50, 50);
-    EXPECT_EQ(heard(), "twice:ended ");
-    wait(1);
-    EXPECT_EQ(heard(), "");
-    tap(50, 50); // nothing is stuck
-    wait(0.4);
-    EXPECT_EQ(heard(), "single:ended ");
-    tap(50, 50);
-    root->removeGestureRecognizer(*twice); // the one waited for goes away
-    tap(60, 60);
-    EXPECT_EQ(heard(), "single:ended single:ended ");
-}
-
-TEST_F(GestureTest, LongPressWaitsOrBeginsAtOnce)
-{
-    const auto press = attach<UILongPressGestureRecognizer>(*root, "press");
-    down(1, 50, 50);
-    wait(0.4);
-    move(1, 55, 55);
-    EXPECT_EQ(heard(), "");
-    wait(0.1);
-    EXPECT_EQ(heard(), "press:began ");
-    move(1, 150, 150);
-    up(1, 150, 150);
-    EXPECT_EQ(heard(), "press:changed press:ended ");
-
-    down(1, 50, 50);
-    move(1, 61, 50); // strays too far before its time
-    wait(1);
-    up(1, 61, 50);
-    down(1, 50, 50); // lifted too early
-    up(1, 50, 50);
-    wait(1);
-    EXPECT_EQ(heard(), "");
-
-    press->setMinimumPressDuration(0);
-    down(1, 50, 50);
-    EXPECT_EQ(heard(), "press:began ");
-    move(1, 51, 50);
-    up(1, 51, 50);
-    EXPECT_EQ(heard(), "press:changed press:ended ");
+    EXPECT_EQ(pinch->scale(), 2);
+    pinch->setScale(1);
+    EXPECT_EQ(play("2>40,20"), "pinch~1.5 ");
+    EXPECT_EQ(text(pinch->locationInView(nullptr)), "25,20");
 }
 
 TEST_F(GestureTest, GesturesWithoutFingersRunTheSameSteps)
 {
-    const auto child = addView(*root, {100, 100, 200, 200});
     child->setTransform(CGAffineTransform::scaling(2, 2));
-    const auto pan = attach<UIPanGestureRecognizer>(*child, "pan");
-    CGPoint moved;
-    pan->addAction([&](UIGestureRecognizer&) {
-        const CGPoint step = pan->translationInView(root.get());
-        moved = {moved.x + step.x, moved.y + step.y};
-        pan->setTranslation({}, root.get());
-    });
+    const auto pan = attachAs<UIPanGestureRecognizer>("child/pan");
     EXPECT_TRUE(pan->perform({30, -20}, root.get()));
-    EXPECT_EQ(heard(), "pan:began pan:changed pan:ended ");
-    EXPECT_EQ(moved, (CGPoint{30, -20}));
+    EXPECT_EQ(heard(), "child/pan+0,0 child/pan~30,-20 child/pan.30,-20 ");
     EXPECT_TRUE(pan->perform({30, -20}, child.get()));
-    EXPECT_EQ(moved, (CGPoint{90, -60}));
-
-    const auto pinch = attach<UIPinchGestureRecognizer>(*child, "pinch");
-    double product = 1;
-    CGPoint at;
-    pinch->addAction([&](UIGestureRecognizer&) {
-        product *= pinch->scale();
-        pinch->setScale(1);
-        at = pinch->locationInView(root.get());
-    });
-    heard();
+    EXPECT_EQ(heard(), "child/pan+0,0 child/pan~60,-40 child/pan.60,-40 ");
+    const auto pinch = attachAs<UIPinchGestureRecognizer>("child/pinch");
     EXPECT_TRUE(pinch->perform(2.5));
-    EXPECT_EQ(heard(), "pinch:began pinch:changed pinch:ended ");
-    EXPECT_DOUBLE_EQ(product, 2.5);
-    EXPECT_EQ(at, (CGPoint{200, 200}));
-    EXPECT_FALSE(pinch->perform(std::numeric_limits<double>::quiet_NaN()));
+    EXPECT_EQ(heard(), "child/pinch+1 child/pinch~2.5 child/pinch.2.5 ");
+    EXPECT_EQ(text(pinch->locationInView(root.get())), "200,200");
+    EXPECT_FALSE(pinch->perform(kNan));
 
-    const auto rules = std::make_shared<test::Rules>();
+    const auto rules = std::make_shared<Rules>();
     rules->mayBegin = false;
     pan->setDelegate(rules);
     EXPECT_FALSE(pan->perform({1, 1}, nullptr));
@@ -313,39 +122,170 @@ TEST_F(GestureTest, GesturesWithoutFingersRunTheSameSteps)
 
 TEST_F(GestureTest, WheelsAndTouchpadsReachTheNearestRecogniser)
 {
-    const auto child = addView(*root, {100, 100, 200, 200});
-    const auto near = attach<UIPinchGestureRecognizer>(*child, "near");
-    const auto far = attach<UIPinchGestureRecognizer>(*root, "far");
-    const auto turn = attach<UIRotationGestureRecognizer>(*root, "turn");
-    double scale = 0;
-    CGPoint at;
-    near->addAction([&](UIGestureRecognizer& r) {
-        if (r.state() != UIGestureRecognizerState::Changed)
-            return;
-        scale = near->scale();
-        at = near->locationInView(child.get());
-    });
+    attach("child/pinch");
+    const auto far = attachAs<UIPinchGestureRecognizer>("pinch");
+    const auto turn = attach("rotation");
+    const std::string near = "child/pinch+1 child/pinch~0.5 child/pinch.0.5 ";
     EXPECT_TRUE(fingers.wheel({150, 160}, 2));
-    EXPECT_DOUBLE_EQ(scale, 1.1 * 1.1);
-    EXPECT_EQ(at, (CGPoint{50, 60}));
-    EXPECT_EQ(heard(), "near:began near:changed near:ended ");
-    EXPECT_TRUE(fingers.magnify({20, 20}, 0.5));
-    EXPECT_EQ(heard(), "far:began far:changed far:ended ");
-    const auto rules = std::make_shared<test::Rules>();
+    EXPECT_EQ(heard(), "child/pinch+1 child/pinch~1.21 child/pinch.1.21 ");
+    EXPECT_TRUE(fingers.magnify({20, 30}, 0.5));
+    EXPECT_EQ(heard(), "pinch+1 pinch~0.5 pinch.0.5 ");
+    EXPECT_EQ(text(far->locationInView(nullptr)), "20,30");
+    EXPECT_TRUE(fingers.magnify({150, 160}, 0.5));
+    EXPECT_EQ(heard(), near);
+    const auto rules = std::make_shared<Rules>();
     rules->together = true;
     far->setDelegate(rules);
     EXPECT_TRUE(fingers.magnify({150, 160}, 0.5));
-    EXPECT_EQ(heard(), "near:began near:changed near:ended far:began far:changed far:ended ");
+    EXPECT_EQ(heard(), near + "pinch+1 pinch~0.5 pinch.0.5 ");
     EXPECT_TRUE(fingers.wheel({150, 160}, -1, TouchDispatcher::Shift));
-    EXPECT_EQ(heard(), "turn:began turn:changed turn:ended ");
+    EXPECT_EQ(heard(), "rotation+0 rotation~-0.052 rotation.-0.052 ");
 
     root->removeGestureRecognizer(*turn);
     EXPECT_FALSE(fingers.wheel({150, 160}, 1, TouchDispatcher::Shift));
     EXPECT_FALSE(fingers.magnify({150, 160}, 0));
     EXPECT_FALSE(fingers.wheel({500, 500}, 1));
-    EXPECT_FALSE(fingers.wheel({std::numeric_limits<double>::quiet_NaN(), 0}, 1));
+    EXPECT_FALSE(fingers.wheel({kNan, 0}, 1));
     EXPECT_EQ(heard(), "");
 }
 
+TEST_F(GestureTest, EitherDelegateLetsBothGo)
+{
+    const auto outer = attach("pan");
+    const auto inner = attach("child/pan");
+    const auto rules = std::make_shared<Rules>();
+    rules->together = true;
+    for (const auto& willing : {outer, inner}) {
+        willing->setDelegate(rules);
+        EXPECT_EQ(play("d200,200>230,200"), "child/pan+0,0 pan+0,0 child/pan.0,0 pan.0,0 ");
+        willing->setDelegate({});
+    }
+    rules->mayBegin = false;
+    inner->setDelegate(rules);
+    EXPECT_EQ(play("d200,200>230,200"), "pan+0,0 pan.0,0 ");
+    rules->mayBegin = true;
+    rules->mayReceive = false;
+    play("1+200,200");
+    EXPECT_EQ(inner->numberOfTouches(), 0u);
+    EXPECT_EQ(outer->numberOfTouches(), 1u);
+}
+
+/// Logs what touches tell it.
+class HeardView : public UIView {
+public:
+    using UIView::UIView;
+    void touchesBegan(const std::vector<UITouch*>& touches) override { note('+', touches); }
+    void touchesMoved(const std::vector<UITouch*>& touches) override { note('>', touches); }
+    void touchesEnded(const std::vector<UITouch*>& touches) override { note('-', touches); }
+    void touchesCancelled(const std::vector<UITouch*>& touches) override { note('x', touches); }
+
+    std::string log;
+
+private:
+    void note(char what, const std::vector<UITouch*>& touches)
+    {
+        for (const UITouch* touch : touches)
+            log += std::to_string(touch->id);
+        log += what;
+    }
+};
+
+TEST_F(GestureTest, ViewsHearUntilAGestureTakesTheTouch)
+{
+    const auto view = addView<HeardView>({0, 0, 100, 100});
+    const auto heardBy = [&](const char* script) {
+        play(script);
+        return std::exchange(view->log, {});
+    };
+    const char* const bothMove = "1+10,10 2+20,20 1>11,10&2>21,20 1-11,10 2x";
+    EXPECT_EQ(heardBy(bothMove), "1+1>1-");
+    view->setMultipleTouchEnabled(true);
+    EXPECT_EQ(heardBy(bothMove), "1+2+12>1-2x");
+    attach("pan");
+    EXPECT_EQ(heardBy("1+10,10 1>40,10 1>50,10 1-50,10"), "1+1x");
+}
+
+TEST_F(GestureTest, RemovingOrDisablingInsideTheAction)
+{
+    using State = UIGestureRecognizerState;
+    const auto pan = attach("pan");
+    pan->addAction([this](UIGestureRecognizer& r) {
+        if (r.state() == State::Changed)
+            root->removeAllGestureRecognizers();
+    });
+    EXPECT_EQ(play("1+50,50 1>70,50 1>80,50 1>90,50 1-90,50"), "pan+0,0 pan~10,0 panx10,0 ");
+    EXPECT_EQ(pan->view(), nullptr);
+    EXPECT_EQ(pan->state(), State::Possible);
+
+    const auto other = attach("pan");
+    other->addAction([](UIGestureRecognizer& r) { r.setEnabled(false); });
+    EXPECT_EQ(play("1+50,50 1>70,50"), "pan+0,0 panx0,0 ");
+    other->setEnabled(true); // the finger it has lost is not taken up again
+    EXPECT_EQ(play("1>90,50 1-90,50"), "");
+
+    const auto closing = attach("child/tap");
+    closing->addAction([this](UIGestureRecognizer&) { child->removeFromSuperview(); });
+    EXPECT_EQ(play("t200,200"), "child/tap. ");
+    EXPECT_EQ(child->superview(), nullptr);
+    EXPECT_EQ(closing->state(), State::Possible);
+}
+
+TEST_F(GestureTest, ViewsThatGoTakeTheirGesturesAlong)
+{
+    const auto pan = attach("child/pan");
+    EXPECT_EQ(play("1+200,200 1>230,200"), "child/pan+0,0 ");
+    child->removeFromSuperview(); // alive, but no longer under the fingers
+    EXPECT_EQ(play("1>240,200 1-240,200"), "child/panx0,0 ");
+
+    root->addSubview(child);
+    pan->addAction([this](UIGestureRecognizer& r) { // destroyed by its own gesture
+        if (r.state() == UIGestureRecognizerState::Changed) {
+            child->removeFromSuperview();
+            child.reset();
+        }
+    });
+    EXPECT_EQ(play("1+200,200 2+220,200 1>230,200&2>250,200 1>240,200&2>260,200 1-240,200 2-260,200"),
+              "child/pan+0,0 child/pan~10,0 ");
+    EXPECT_EQ(child, nullptr);
+    EXPECT_EQ(pan->view(), nullptr);
+
+    const auto outer = attach("pan");
+    EXPECT_EQ(play("1+200,200 1>230,200"), "pan+0,0 ");
+    root.reset(); // the whole tree
+    EXPECT_EQ(play("1>240,200 1-240,200 1+200,200"), "");
+    EXPECT_FALSE(fingers.hasTouches());
+}
+
+TEST_F(GestureTest, TargetsThatAreGoneHearNothing)
+{
+    struct Target : std::enable_shared_from_this<Target> {
+        void panned(UIPanGestureRecognizer& pan) { translation = pan.translationInView(nullptr); }
+        CGPoint translation;
+    };
+    const auto pan = attachAs<UIPanGestureRecognizer>("pan");
+    auto target = std::make_shared<Target>();
+    pan->addTarget(target.get(), &Target::panned);
+    pan->perform({3, 4}, nullptr);
+    EXPECT_EQ(target->translation, (CGPoint{3, 4}));
+    target.reset();
+    EXPECT_TRUE(pan->perform({5, 6}, nullptr));
+}
+
+TEST_F(GestureTest, BadEventsAreHarmless)
+{
+    const auto pan = attach("pan");
+    EXPECT_EQ(play("7>10,10 7-10,10 1+1e300,10"), "");
+    fingers.touchBegan(1, {kNan, 10}, 0);
+    EXPECT_FALSE(fingers.hasTouches());
+    fingers.touchBegan(1, {50, 50}, kNan);
+    fingers.touchMoved(1, {kNan, 50}, 0);
+    fingers.touchMoved(1, {90, 50}, -1);
+    fingers.touchMoved(1, {95, 50}, std::numeric_limits<double>::infinity());
+    EXPECT_EQ(heard(), "pan+0,0 pan~5,0 ");
+    fingers.touchBegan(1, {10, 10}, 1); // its end was lost on the way
+    EXPECT_EQ(heard(), "panx5,0 ");
+    EXPECT_EQ(pan->numberOfTouches(), 1u);
+}
+
 } // namespace
-} // namespace lamina
+} // namespace lamina::test

@@ -4,8 +4,7 @@
 #include <limits>
 #include <numbers>
 
-using namespace lamina;
-
+namespace lamina {
 namespace {
 
 constexpr double kQuarter = std::numbers::pi / 2;
@@ -29,21 +28,22 @@ std::shared_ptr<UIView> child(UIView& parent, const CGRect& frame)
     return view;
 }
 
-} // namespace
-
 TEST(ViewGeometry, FrameIsTheBoxAroundTheTransformedBounds)
 {
     UIView view({10, 20, 40, 30});
-    EXPECT_EQ(view.bounds(), CGRect(0, 0, 40, 30));
-    EXPECT_EQ(view.center(), (CGPoint{30, 35}));
-    view.setTransform(CGAffineTransform::scaling(2, 3));
-    EXPECT_EQ(view.frame(), CGRect(-10, -10, 80, 90));
-    view.setTransform(CGAffineTransform::rotation(kQuarter));
-    expectNear(view.frame(), {15, 15, 30, 40});
-    view.setTransform(CGAffineTransform::rotation(kQuarter / 2));
     const double side = 70 / std::numbers::sqrt2; // (40 + 30) · cos 45°
-    expectNear(view.frame(), {30 - side / 2, 35 - side / 2, side, side});
-    EXPECT_EQ(view.bounds(), CGRect(0, 0, 40, 30));
+    const std::pair<CGAffineTransform, CGRect> cases[] = {
+        {{}, {10, 20, 40, 30}},
+        {CGAffineTransform::scaling(2, 3), {-10, -10, 80, 90}},
+        {CGAffineTransform::rotation(kQuarter), {15, 15, 30, 40}},
+        {CGAffineTransform::rotation(kQuarter / 2), {30 - side / 2, 35 - side / 2, side, side}},
+    };
+    for (const auto& [transform, frame] : cases) {
+        view.setTransform(transform);
+        expectNear(view.frame(), frame);
+        EXPECT_EQ(view.bounds(), CGRect(0, 0, 40, 30));
+        EXPECT_EQ(view.center(), (CGPoint{30, 35}));
+    }
 }
 
 TEST(ViewGeometry, SettingTheFrameOfATransformedViewGivesThatFrame)
@@ -57,7 +57,7 @@ TEST(ViewGeometry, SettingTheFrameOfATransformedViewGivesThatFrame)
         CGAffineTransform::rotation(0.2),
     };
     for (const CGAffineTransform& transform : transforms) {
-        UIView view({0, 0, 5, 5});
+        UIView view;
         view.setBounds({3, 4, 5, 5});
         view.setTransform(transform);
         view.setFrame({10, 20, 60, 40});
@@ -96,13 +96,14 @@ TEST(ViewGeometry, ConvertsThroughTransformsAndScrolledBounds)
     zoomed->setTransform(CGAffineTransform::scaling(2, 2).rotated(kQuarter));
     // Its centre (10, 5) is at (60, 65) of `scrolled`, that is (130, 75) of the root. Five to the right of that is,
     // turned clockwise and doubled, ten down.
-    expectNear(zoomed->convertPointToView({15, 5}, nullptr), {130, 85});
-    expectNear(zoomed->convertPointFromView({130, 85}, root.get()), {15, 5});
     const auto sibling = child(*root, {300, 300, 10, 10});
-    expectNear(zoomed->convertPointToView({15, 5}, sibling.get()), {-170, -215});
-    expectNear(sibling->convertPointToView({-170, -215}, zoomed.get()), {15, 5});
-    EXPECT_EQ(zoomed->convertPointToView({15, 5}, zoomed.get()), (CGPoint{15, 5}));
-
+    for (const auto& [view, point] : {std::pair<UIView*, CGPoint>{nullptr, {130, 85}},
+                                      {root.get(), {130, 85}},
+                                      {sibling.get(), {-170, -215}},
+                                      {zoomed.get(), {15, 5}}}) {
+        expectNear(zoomed->convertPointToView({15, 5}, view), point);
+        expectNear(zoomed->convertPointFromView(point, view), {15, 5});
+    }
     root->setTransform(CGAffineTransform::scaling(0, 0)); // above both, so of no matter between them
     expectNear(sibling->convertPointToView({-170, -215}, zoomed.get()), {15, 5});
     zoomed->setTransform(CGAffineTransform::scaling(0, 1));
@@ -114,23 +115,28 @@ TEST(ViewGeometry, HitsTheTopmostViewThroughTransforms)
     const auto root = std::make_shared<UIView>(CGRect(0, 0, 100, 100));
     const auto low = child(*root, {10, 10, 40, 40});
     const auto high = child(*root, {30, 30, 40, 20});
-    EXPECT_EQ(root->hitTest({35, 35}), high.get());
-    EXPECT_EQ(root->hitTest({12, 12}), low.get());
-    EXPECT_EQ(root->hitTest({90, 90}), root.get());
-    EXPECT_EQ(root->hitTest({100, 50}), nullptr); // the right edge is outside
-
-    high->setTransform(CGAffineTransform::rotation(kQuarter)); // 20 x 40 about (50, 40)
-    EXPECT_EQ(root->hitTest({50, 58}), high.get());
-    EXPECT_EQ(root->hitTest({65, 40}), root.get());
-    high->setTransform(CGAffineTransform::rotation(kQuarter / 2));
-    EXPECT_EQ(root->hitTest({50 + 12, 40 + 12}), high.get());
-    EXPECT_EQ(root->hitTest({50 + 12, 40 - 12}), root.get()); // in the box, not in the view
-    high->setTransform(CGAffineTransform::scaling(0, 0));
-    EXPECT_EQ(root->hitTest({50, 40}), root.get());
-
     const auto outside = child(*low, {60, 0, 20, 20}); // right of its parent's bounds
-    EXPECT_EQ(root->hitTest({75, 15}), root.get());
-    low->setBounds({50, 0, 40, 40}); // scrolled into it
+    const struct {
+        CGAffineTransform ofHigh;
+        CGPoint point;
+        const UIView* hit;
+    } cases[] = {
+        {{}, {35, 35}, high.get()},
+        {{}, {12, 12}, low.get()},
+        {{}, {90, 90}, root.get()},
+        {{}, {75, 15}, root.get()},
+        {{}, {100, 50}, nullptr},                                      // the right edge is outside
+        {CGAffineTransform::rotation(kQuarter), {50, 58}, high.get()}, // 20 x 40 about (50, 40)
+        {CGAffineTransform::rotation(kQuarter), {65, 40}, root.get()},
+        {CGAffineTransform::rotation(kQuarter / 2), {50 + 12, 40 + 12}, high.get()},
+        {CGAffineTransform::rotation(kQuarter / 2), {50 + 12, 40 - 12}, root.get()}, // in the box, not in the view
+        {CGAffineTransform::scaling(0, 0), {50, 40}, root.get()},
+    };
+    for (const auto& c : cases) {
+        high->setTransform(c.ofHigh);
+        EXPECT_EQ(root->hitTest(c.point), c.hit) << c.point.x << ' ' << c.point.y;
+    }
+    low->setBounds({50, 0, 40, 40}); // scrolled to it
     EXPECT_EQ(root->hitTest({25, 15}), outside.get());
 }
 
@@ -173,3 +179,6 @@ TEST(ViewGeometry, AHitTestMaySpoilTheTree)
     EXPECT_EQ(root->hitTest({25, 25}), stays.get());
     EXPECT_EQ(root->subviews().size(), 1u);
 }
+
+} // namespace
+} // namespace lamina

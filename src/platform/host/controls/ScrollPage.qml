@@ -23,7 +23,7 @@ Flickable {
     }
 
     function reveal() {
-        // A control that got the focus without the keyboard is where the person looks, or no concern of theirs.
+        // A control that got the focus without the keyboard is where the user looks, or no concern of theirs.
         if (!focused || !holds(focused) || focused.visualFocus === false)
             return
         const top = focused.mapToItem(contentItem, 0, 0).y - slack

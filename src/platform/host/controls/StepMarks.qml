@@ -1,7 +1,7 @@
 import QtQuick
 import Lamina
 
-// How far a person has come.
+// How far the user has come.
 Row {
     id: marks
 

@@ -2,7 +2,7 @@ pragma Singleton
 import QtQuick
 import Lamina
 
-// How the look bends to the person: the size of text, and whether things may move.
+// How the look bends to the user: the size of text, and whether things may move.
 QtObject {
     readonly property real textScale: SystemSettings.textScale
     readonly property bool reducedMotion: SystemSettings.reducedMotion

@@ -7,7 +7,7 @@ Rectangle {
 
     // As for a ToolRow.
     required property var tools
-    signal chosen(int index)
+    signal chosen(string identifier)
 
     implicitHeight: Math.max(Tokens.bars.tools, row.implicitHeight + Tokens.space.xxl)
     color: Tokens.palette.panel
@@ -23,6 +23,6 @@ Rectangle {
         anchors.horizontalCenter: parent.horizontalCenter
         room: bar.width - Tokens.space.s
         tools: bar.tools
-        onChosen: index => bar.chosen(index)
+        onChosen: identifier => bar.chosen(identifier)
     }
 }

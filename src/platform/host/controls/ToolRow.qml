@@ -1,14 +1,14 @@
 import QtQuick
 import Lamina
 
-// The tools of an editor side by side, from a list of {name, icon, active, gray, enabled}.
+// The tools of an editor side by side, from a list of {identifier, name, icon, active, gray, enabled}.
 Row {
     id: row
 
     required property var tools
     // Width that the cells may take together.
     required property real room
-    signal chosen(int index)
+    signal chosen(string identifier)
 
     readonly property int count: tools.length
     readonly property real cellWidth: Math.min(68, Math.floor((room - (count - 1) * spacing) / Math.max(1, count)))
@@ -39,7 +39,7 @@ Row {
             active: tool.active
             gray: tool.gray
             enabled: tool.enabled
-            onClicked: row.chosen(index)
+            onClicked: row.chosen(tool.identifier)
         }
     }
 }

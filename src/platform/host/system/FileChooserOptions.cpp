@@ -1,7 +1,7 @@
 #include "platform/host/system/FileChooserOptions.h"
 
 #include "platform/base/Localization.h"
-#include "platform/host/system/PictureTypes.h"
+#include "platform/image/codecs/PictureFormats.h"
 
 #include <QDBusArgument>
 #include <QDBusMetaType>
@@ -72,8 +72,9 @@ void registerFilterTypes()
 QList<Filter> pictureFilters()
 {
     Filter pictures{QString::fromStdString(localizedString("Pictures")), {}};
-    for (const QString& type : pictureMimeTypes())
-        pictures.rules.append({kMimeType, type});
+    for (const PictureFormat& format : pictureFormats())
+        for (const std::string_view type : format.mimeTypes)
+            pictures.rules.append({kMimeType, QString::fromUtf8(type.data(), static_cast<qsizetype>(type.size()))});
     return {pictures, {QString::fromStdString(localizedString("All files")), {{kGlob, QStringLiteral("*")}}}};
 }
 

@@ -6,14 +6,14 @@
 
 namespace lamina {
 
-/// What a file chooser is asked for: one picture file. All texts are to be shown to a person as they are; paths are
+/// What a file chooser is asked for: one picture file. All texts are to be shown to the user as they are; paths are
 /// bytes.
 struct FileChooserQuestion {
     std::string parentWindow; ///< over which it stands, from `portalWindowIdentifier`; may be empty
     std::string title;
     std::string acceptLabel; ///< of the button that takes the file; empty: what the desktop calls it
     std::string
-        folder; ///< in which it starts; empty: the samples while a person has no pictures, else where the desktop likes
+        folder; ///< in which it starts; empty: the samples while the user has no pictures, else where the desktop likes
 };
 
 /// The question as options of the portal's OpenFile call (a{sv}), the title and the parent window apart. The answer

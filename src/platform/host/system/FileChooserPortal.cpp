@@ -1,9 +1,9 @@
 #include "platform/host/system/FileChooserPortal.h"
 
 #include "platform/base/Localization.h"
+#include "platform/files/FileURL.h"
 #include "platform/host/system/BackgroundWork.h"
-#include "platform/host/system/LocalFile.h"
-#include "platform/host/system/PictureFolders.h"
+#include "platform/photos/PictureFolders.h"
 
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
@@ -21,7 +21,7 @@ using Kind = FileChooserAnswer::Kind;
 const QString kRequestInterface = QStringLiteral("org.freedesktop.portal.Request");
 const QString kResponseSignal = QStringLiteral("Response");
 constexpr uint kTaken = 0;
-constexpr uint kCancelledByPerson = 1;
+constexpr uint kCancelledByUser = 1;
 
 /// Not to be guessed, so that nobody else on the bus can answer in the portal's place.
 QString newToken()
@@ -48,14 +48,14 @@ FileChooserAnswer answerOf(const QDBusMessage& response)
         return {Kind::Unavailable, {}, {"", "the file chooser's answer makes no sense"}};
     const QList<QVariant> arguments = response.arguments();
     const uint code = arguments.at(0).toUInt();
-    if (code == kCancelledByPerson)
+    if (code == kCancelledByUser)
         return {Kind::Cancelled, {}, {}};
     if (code != kTaken)
         return {Kind::Unavailable, {}, {"", "the file chooser ended by itself"}};
     const QStringList uris = qdbus_cast<QVariantMap>(arguments.at(1)).value(QStringLiteral("uris")).toStringList();
     if (uris.isEmpty())
-        return {Kind::Failed, {}, {localizedString("photo"), localizedString("the file chooser named no file")}};
-    const Result<std::string> path = localFilePath(QUrl(uris.first()));
+        return {Kind::Failed, {}, Error{localizedString("photo"), "the file chooser named no file"}};
+    const Result<std::string> path = pathOfFileURL(uris.first().toStdString());
     if (!path)
         return {Kind::Failed, {}, path.error()};
     return {Kind::Chosen, *path, {}};

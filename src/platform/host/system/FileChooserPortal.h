@@ -19,9 +19,10 @@ namespace lamina {
 
 /// How asking for a file ended.
 struct FileChooserAnswer {
+    /// The ways in which it can end.
     enum class Kind {
         Chosen,      ///< `path` is the file
-        Cancelled,   ///< by the person
+        Cancelled,   ///< by the user
         Unavailable, ///< no chooser could be shown, or it went away; `error` says why. Another way of choosing may do
         Failed, ///< something was chosen that is no file of this device; `error` holds its name and the cause to show
     };
@@ -31,7 +32,7 @@ struct FileChooserAnswer {
 };
 
 /// The desktop's own file chooser, by the portal org.freedesktop.portal.FileChooser of the session bus. Nothing here
-/// waits: the person may think for an hour. One question at a time. Main thread.
+/// waits: the user may think for an hour. One question at a time. Main thread.
 class FileChooserPortal : public QObject {
     Q_OBJECT
 
@@ -50,10 +51,8 @@ public:
     /// happens.
     void cancel();
 
-    bool isOpen() const { return static_cast<bool>(m_completion); }
-
     /// How long the portal may take to say that it is about to ask, in milliseconds; then it counts as unavailable. It
-    /// does not limit the person. Default: ten seconds, in which a slow phone starts it.
+    /// does not limit the user. Default: ten seconds, in which a slow phone starts it.
     void setPatience(int milliseconds) { m_patience = milliseconds; }
 
 private slots:

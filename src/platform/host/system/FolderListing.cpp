@@ -1,7 +1,6 @@
 #include "platform/host/system/FolderListing.h"
 
-#include "platform/base/Localization.h"
-#include "platform/host/system/PictureTypes.h"
+#include "platform/image/codecs/PictureFormats.h"
 
 #include <QCollator>
 #include <QLocale>
@@ -23,15 +22,15 @@ struct Candidate {
     QCollatorSortKey key;
 };
 
-std::string refusal(const std::error_code& failure)
+Error refusal(const std::string& folder, const std::error_code& failure)
 {
     if (failure == std::errc::no_such_file_or_directory)
-        return localizedString("The folder does not exist.");
+        return Error{folder, "The folder does not exist."};
     if (failure == std::errc::permission_denied)
-        return localizedString("You are not allowed to look into this folder.");
+        return Error{folder, "You are not allowed to look into this folder."};
     if (failure == std::errc::not_a_directory)
-        return localizedString("This is not a folder.");
-    return localizedString("The folder can’t be read.");
+        return Error{folder, "This is not a folder."};
+    return Error{folder, "The folder can’t be read."};
 }
 
 std::optional<QString> asText(const std::string& name)
@@ -48,7 +47,7 @@ std::optional<Candidate> candidate(const fs::directory_entry& file, FolderOrder 
         return std::nullopt;
     std::error_code failure;
     const bool isFolder = file.is_directory(failure);
-    if (!isFolder && (!hasPictureExtension(name) || !file.is_regular_file(failure)))
+    if (!isFolder && (!pictureFormatForFileName(name) || !file.is_regular_file(failure)))
         return std::nullopt;
     const std::optional<QString> text = asText(name);
     if (!text)
@@ -59,9 +58,9 @@ std::optional<Candidate> candidate(const fs::directory_entry& file, FolderOrder 
     return Candidate{{std::move(name), file.path().string(), isFolder}, changed, collator.sortKey(*text)};
 }
 
-QCollator peoplesOrder()
+QCollator readersOrder()
 {
-    // The locale "C" sorts by code points, which is no order for people.
+    // The locale "C" sorts by code points, which is no order for readers.
     const QLocale locale;
     QCollator collator(locale.language() == QLocale::C ? QLocale(QLocale::English) : locale);
     collator.setNumericMode(true);
@@ -82,23 +81,23 @@ bool standsBefore(const Candidate& x, const Candidate& y)
 
 } // namespace
 
-FolderContents listFolder(const std::string& folder, FolderOrder order, std::size_t limit,
-                          const std::atomic<bool>& cancelled)
+Result<FolderContents> listFolder(const std::string& folder, FolderOrder order, std::size_t limit,
+                                  const std::atomic<bool>& cancelled)
 {
     std::error_code failure;
     fs::directory_iterator file(folder, failure);
     if (failure)
-        return {{}, 0, refusal(failure)};
+        return refusal(folder, failure);
 
-    const QCollator collator = peoplesOrder();
+    const QCollator collator = readersOrder();
     std::vector<Candidate> found;
     for (; !failure && !cancelled && file != fs::end(file); file.increment(failure))
         if (std::optional<Candidate> taken = candidate(*file, order, collator))
             found.push_back(*std::move(taken));
     if (failure)
-        return {{}, 0, refusal(failure)};
+        return refusal(folder, failure);
     if (cancelled)
-        return {};
+        return FolderContents();
 
     FolderContents contents;
     const std::size_t kept = std::min(limit, found.size());

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/base/Result.h"
+
 #include <atomic>
 #include <cstddef>
 #include <string>
@@ -7,6 +9,7 @@
 
 namespace lamina {
 
+/// How the pictures of a folder are sorted.
 enum class FolderOrder { NewestFirst, ByName };
 
 /// A folder, or a file that by its name is a picture.
@@ -16,20 +19,21 @@ struct FolderEntry {
     bool isFolder = false;
 };
 
+/// What a folder holds, as far as it is to be shown.
 struct FolderContents {
     std::vector<FolderEntry> entries;
     std::size_t leftOut = 0; ///< how many there would be beyond the limit
-    std::string error;       ///< a text to show when the folder can't be read; then there are no entries
 };
 
 /// What stands in `folder`: folders first, by name; then picture files in `order`, by name where they are equally old.
-/// Names go as people sort them: by the language's letters, whatever their case, and numbers by value. Links count as
+/// Names go as readers sort them: by the language's letters, whatever their case, and numbers by value. Links count as
 /// what they lead to.
 ///
 /// Left out: what is hidden, links that lead nowhere, names that are no UTF-8 and could not be asked for again, and
 /// everything beyond the first `limit`. When `cancelled` is set the rest is not read, and what is there does not
-/// matter. Reads the disk: for a background thread.
-FolderContents listFolder(const std::string& folder, FolderOrder order, std::size_t limit,
-                          const std::atomic<bool>& cancelled);
+/// matter. The error's subject is the folder, its cause a whole sentence, since it is shown by itself in the list's
+/// place. Reads the disk: for a background thread.
+Result<FolderContents> listFolder(const std::string& folder, FolderOrder order, std::size_t limit,
+                                  const std::atomic<bool>& cancelled);
 
 } // namespace lamina

@@ -2,7 +2,7 @@
 
 #include "platform/base/Localization.h"
 #include "platform/host/system/BackgroundWork.h"
-#include "platform/host/system/PictureFolders.h"
+#include "platform/photos/PictureFolders.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -64,7 +64,7 @@ QString noteOn(const FolderContents& contents)
 struct FolderModel::Listing {
     std::shared_ptr<std::atomic<bool>> cancelled; ///< tells which one it is
     std::string folder;
-    FolderContents contents;
+    Result<FolderContents> contents = FolderContents();
     std::vector<Place> places;
 };
 
@@ -185,7 +185,7 @@ void FolderModel::list(bool start)
     inBackground<Listing>(
         folderQueue(), this,
         [cancelled = m_cancelled, start, folder = m_folder.toStdString(), order, limit = m_limit] {
-            Listing listing{cancelled, folder, {}, {}};
+            Listing listing{cancelled, folder, FolderContents(), {}};
             if (*cancelled)
                 return listing;
             const std::string samples = samplesForBeginners();
@@ -208,11 +208,12 @@ void FolderModel::show(Listing listing)
     const bool moved = std::exchange(m_folder, folder) != folder;
     const QVariantList places = asVariants(listing.places);
     const bool placesMoved = std::exchange(m_places, places) != places;
-    m_note = noteOn(listing.contents);
-    m_error = QString::fromStdString(listing.contents.error);
+    const Result<FolderContents>& found = listing.contents;
+    m_note = found ? noteOn(*found) : QString();
+    m_error = found ? QString() : QString::fromStdString(localizedString(found.error().cause));
     m_cancelled = nullptr;
     beginResetModel();
-    m_entries = std::move(listing.contents.entries);
+    m_entries = found ? std::move(listing.contents->entries) : std::vector<FolderEntry>();
     endResetModel();
     if (placesMoved)
         emit placesChanged();

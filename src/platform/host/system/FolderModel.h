@@ -25,11 +25,12 @@ class FolderModel : public QAbstractListModel {
     Q_PROPERTY(QString error READ error NOTIFY stateChanged FINAL)
     /// What to say about the list, such as that it is not all; mostly empty.
     Q_PROPERTY(QString note READ note NOTIFY stateChanged FINAL)
-    /// Maps {name, path}: the person's pictures, their home, and the samples while there are no pictures. Empty until a
+    /// Maps {name, path}: the user's pictures, their home, and the samples while there are no pictures. Empty until a
     /// folder has been listed.
     Q_PROPERTY(QVariantList places READ places NOTIFY placesChanged FINAL)
 
 public:
+    /// How pictures are sorted; folders always go by name.
     enum Order { NewestFirst, ByName };
     Q_ENUM(Order)
     /// "name", "path" and "isFolder" in views.
@@ -46,10 +47,14 @@ public:
     QVariant data(const QModelIndex& index, int role) const override;
     QHash<int, QByteArray> roleNames() const override;
 
+    /// Goes to a folder and lists it; relative ones count from the working directory, the empty one changes nothing.
     QString folder() const { return m_folder; }
     void setFolder(const QString& folder);
+    /// The folder above this one; empty at the top.
     QString parentFolder() const;
+    /// The folder's name to show.
     QString title() const;
+    /// The order of the pictures; another one lists the folder anew.
     Order order() const { return m_order; }
     void setOrder(Order order);
     bool isLoading() const { return m_cancelled != nullptr; }
@@ -58,7 +63,7 @@ public:
     QVariantList places() const { return m_places; }
     void setLimit(std::size_t entries) { m_limit = entries; }
 
-    /// Goes where choosing begins: the person's pictures; the samples while there are none; their home without either.
+    /// Goes where choosing begins: the user's pictures; the samples while there are none; their home without either.
     Q_INVOKABLE void openStart();
     /// Lists the folder again; what is shown stays until then.
     Q_INVOKABLE void refresh();

@@ -1,29 +1,39 @@
 #include "platform/host/system/PictureClipboard.h"
 
 #include "platform/base/Localization.h"
-#include "platform/host/system/LocalFile.h"
+#include "platform/files/FileURL.h"
+#include "platform/image/codecs/PictureFormats.h"
 
 #include <QMimeData>
+#include <QStringList>
 #include <QUrl>
 
 #include <algorithm>
-#include <array>
 #include <optional>
+#include <string_view>
 
 namespace lamina {
 
 namespace {
 
-/// Those that lose nothing where others have to turn the picture into something first; the best first.
-const std::array kByteFormats = {
-    QStringLiteral("image/png"),  QStringLiteral("image/jpeg"), QStringLiteral("image/webp"),
-    QStringLiteral("image/tiff"), QStringLiteral("image/bmp"),
-};
+/// MIME types in which a picture may be taken; the best first.
+const QStringList& exchangedTypes()
+{
+    static const QStringList types = [] {
+        QStringList all;
+        for (const PictureFormat& format : pictureFormats())
+            for (const std::string_view type : format.mimeTypes)
+                if (format.isExchanged)
+                    all.append(QString::fromUtf8(type.data(), static_cast<qsizetype>(type.size())));
+        return all;
+    }();
+    return types;
+}
 
 std::optional<PhotoSource> pastedPicture(const QMimeData& offered)
 {
-    for (const QString& format : kByteFormats) {
-        const QByteArray bytes = offered.hasFormat(format) ? offered.data(format) : QByteArray();
+    for (const QString& type : exchangedTypes()) {
+        const QByteArray bytes = offered.hasFormat(type) ? offered.data(type) : QByteArray();
         if (!bytes.isEmpty())
             return PhotoSource::fromBytes({bytes.begin(), bytes.end()}, localizedString("pasted picture"));
     }
@@ -34,8 +44,8 @@ std::optional<PhotoSource> pastedPicture(const QMimeData& offered)
 
 bool offersPictures(const QMimeData& offered)
 {
-    return offered.hasUrls() || std::any_of(kByteFormats.begin(), kByteFormats.end(),
-                                            [&](const QString& format) { return offered.hasFormat(format); });
+    return offered.hasUrls() ||
+           std::ranges::any_of(exchangedTypes(), [&](const QString& type) { return offered.hasFormat(type); });
 }
 
 Result<std::vector<PhotoSource>> picturesOf(const QMimeData& offered)
@@ -43,7 +53,7 @@ Result<std::vector<PhotoSource>> picturesOf(const QMimeData& offered)
     std::vector<PhotoSource> pictures;
     std::optional<Error> elsewhere;
     for (const QUrl& url : offered.urls()) {
-        Result<std::string> path = localFilePath(url);
+        Result<std::string> path = pathOfFileURL(url.toEncoded().toStdString());
         if (path)
             pictures.push_back(PhotoSource::fromFile(*std::move(path)));
         else if (!elsewhere)

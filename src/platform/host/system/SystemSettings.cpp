@@ -97,7 +97,7 @@ void SystemSettings::listen(const QDBusConnection& bus)
     QDBusConnection(bus).connect(kPortalService, kPortalPath, kSettingsInterface, QStringLiteral("SettingChanged"),
                                  this, SLOT(settingChanged(QDBusMessage)));
     m_watcher = std::make_unique<QDBusServiceWatcher>(kPortalService, bus, QDBusServiceWatcher::WatchForRegistration);
-    // A portal that starts anew, as when the person logs in, may know more than before.
+    // A portal that starts anew, as when the user logs in, may know more than before.
     QObject::connect(m_watcher.get(), &QDBusServiceWatcher::serviceRegistered, this, [this, bus] { read(bus); });
     read(bus);
 }

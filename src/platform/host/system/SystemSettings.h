@@ -13,7 +13,7 @@ class QDBusServiceWatcher;
 
 namespace lamina {
 
-/// What the person has set for all applications, followed while it changes: told by the desktop's settings portal.
+/// What the user has set for all applications, followed while it changes: told by the desktop's settings portal.
 /// Until it has answered, and where there is none, the defaults hold; nothing waits for it.
 ///
 /// The variables LAMINA_TEXT_SCALE (a number) and LAMINA_REDUCED_MOTION (0 or 1) of the environment take precedence,

@@ -1,6 +1,6 @@
 #include "platform/host/system/SystemURLOpener.h"
 
-#include "platform/host/system/LocalFile.h"
+#include "platform/files/FileURL.h"
 #include "platform/view/UIApplication.h"
 
 #include <QDesktopServices>
@@ -46,7 +46,7 @@ bool mayOpen(const QUrl& url)
     const QString scheme = url.scheme();
     if (scheme == QLatin1String("http") || scheme == QLatin1String("https"))
         return !url.host().isEmpty();
-    return scheme == QLatin1String("mailto") || localFilePath(url).ok();
+    return scheme == QLatin1String("mailto") || pathOfFileURL(url.toEncoded().toStdString()).ok();
 }
 
 /// Qt's own way knows the portal of a sandbox, but not every platform of it has one.

@@ -1,5 +1,5 @@
 #include "platform/image/codecs/BMPHeader_p.h"
-#include "platform/image/codecs/PictureFormat_p.h"
+#include "platform/image/codecs/PictureDecoder_p.h"
 #include "platform/image/codecs/RowCollector_p.h"
 #include "platform/image/codecs/SequentialReader_p.h"
 #include "platform/image/pixels/PixelArithmetic.h"
@@ -128,69 +128,68 @@ std::vector<std::uint8_t> readProfile(const BMPHeader& header, ByteSource& sourc
 
 /// Reads row after row, top first. `body(bytes)` gets each stored row and says whether to go on.
 template <class Body>
-std::optional<std::string> eachStoredRow(const BMPHeader& header, ByteSource& source, const DecodeOptions& options,
-                                         const Body& body)
+Outcome eachStoredRow(const BMPHeader& header, ByteSource& source, const DecodeOptions& options, const Body& body)
 {
     std::vector<std::uint8_t> stored(static_cast<std::size_t>(header.usedBytesPerRow()));
     for (int y = 0; y < header.height; ++y) {
         if (isCancelled(options))
-            return cause::kCancelled;
+            return Error{{}, cause::kCancelled};
         const auto line = static_cast<std::uint64_t>(header.topDown ? y : header.height - 1 - y);
         if (source.read(header.pixelOffset + line * header.storedBytesPerRow(), stored) < stored.size())
-            return cause::kTruncated;
+            return Error{{}, cause::kTruncated};
         if (!body(stored.data()))
             break;
     }
-    return std::nullopt;
+    return std::monostate();
 }
 
 /// Whether a row has a pixel that isn't clear, with the alpha mask of the header.
-std::variant<bool, std::string> hasAlphaInUse(const BMPHeader& header, ByteSource& source, const DecodeOptions& options)
+Result<bool> hasAlphaInUse(const BMPHeader& header, ByteSource& source, const DecodeOptions& options)
 {
     if (header.masks[3] == 0)
         return false;
     const auto bytes = static_cast<std::size_t>(header.bitsPerPixel / 8);
     bool used = false;
-    const auto failure = eachStoredRow(header, source, options, [&](const std::uint8_t* row) {
+    const Outcome read = eachStoredRow(header, source, options, [&](const std::uint8_t* row) {
         for (std::size_t x = 0; !used && x < static_cast<std::size_t>(header.width); ++x) {
             for (std::size_t i = 0; i < bytes; ++i)
                 used = used || (row[x * bytes + i] & (header.masks[3] >> 8 * i & 0xFF)) != 0;
         }
         return !used;
     });
-    if (failure)
-        return *failure;
+    if (!read)
+        return read.error();
     return used;
 }
 
-Decoded decodePlain(BMPHeader header, ByteSource& source, const DecodeOptions& options)
+Result<UIImage> decodePlain(BMPHeader header, ByteSource& source, const DecodeOptions& options)
 {
     const std::uint64_t needed = header.pixelOffset + header.usedBytesPerRow() +
                                  static_cast<std::uint64_t>(header.height - 1) * header.storedBytesPerRow();
     const int factor = reductionFactor(header.width, header.height, options.shortSide);
     const std::uint64_t held = collectorBytes(header.width, header.height, factor) + header.usedBytesPerRow();
-    if (auto cause = refusal(header.width, header.height, held, source.size(), options))
-        return *cause;
+    if (const Outcome claim = checkClaim(header.width, header.height, held, source.size(), options); !claim)
+        return claim.error();
     if (source.size() < needed)
-        return cause::kTruncated;
+        return Error{{}, cause::kTruncated};
 
-    const auto alphaUsed = hasAlphaInUse(header, source, options);
-    if (const auto* cause = std::get_if<std::string>(&alphaUsed))
-        return *cause;
-    if (!std::get<bool>(alphaUsed))
+    const Result<bool> alphaUsed = hasAlphaInUse(header, source, options);
+    if (!alphaUsed)
+        return alphaUsed.error();
+    if (!*alphaUsed)
         header.masks[3] = 0;
 
     const StoredRowConverter converter(header);
     RowCollector rows(header.width, header.height, factor, converter.hasAlpha());
     if (!rows)
-        return cause::kNoMemory;
-    const auto failure = eachStoredRow(header, source, options, [&](const std::uint8_t* stored) {
+        return Error{{}, cause::kNoMemory};
+    const Outcome read = eachStoredRow(header, source, options, [&](const std::uint8_t* stored) {
         converter.convert(stored, rows.row());
         rows.advance();
         return true;
     });
-    if (failure)
-        return *failure;
+    if (!read)
+        return read.error();
     return std::move(rows).finish(readProfile(header, source), UIImageOrientation::Up);
 }
 
@@ -205,25 +204,25 @@ public:
     {
     }
 
-    std::optional<std::string> run(const DecodeOptions& options)
+    Outcome run(const DecodeOptions& options)
     {
         // The end mark may be missing when every row is there.
         while (m_y < m_header.height && !m_ended) {
             const int count = m_reader.byte();
             const int value = m_reader.byte();
             if (value < 0)
-                return cause::kTruncated;
+                return Error{{}, cause::kTruncated};
             if (count > 0)
                 repeat(count, value);
             else if (!escape(value))
-                return cause::kTruncated;
+                return Error{{}, cause::kTruncated};
             if (isCancelled(options))
-                return cause::kCancelled;
+                return Error{{}, cause::kCancelled};
             // A last row that is full needs no end mark either.
             if (m_y == m_header.height - 1 && m_x >= m_header.width)
                 m_ended = true;
         }
-        return std::nullopt;
+        return std::monostate();
     }
 
 private:
@@ -293,36 +292,35 @@ private:
     int m_y = 0;
 };
 
-Decoded decodeRunLength(const BMPHeader& header, ByteSource& source, const DecodeOptions& options)
+Result<UIImage> decodeRunLength(const BMPHeader& header, ByteSource& source, const DecodeOptions& options)
 {
     const std::uint64_t held = collectorBytes(header.width, header.height, 1);
-    if (auto cause = refusal(header.width, header.height, held, source.size(), options))
-        return *cause;
+    if (const Outcome claim = checkClaim(header.width, header.height, held, source.size(), options); !claim)
+        return claim.error();
     PictureBuilder builder(header.width, header.height);
     if (!builder)
-        return cause::kNoMemory;
+        return Error{{}, cause::kNoMemory};
     for (int y = 0; y < header.height; ++y) {
         std::uint8_t* out = builder.row(y);
         for (int x = 0; x < header.width; ++x, out += 4)
             std::copy(header.palette[0].begin(), header.palette[0].end(), out);
     }
-    if (auto failure = RunLengthReader(header, source, builder).run(options))
-        return *failure;
+    if (const Outcome run = RunLengthReader(header, source, builder).run(options); !run)
+        return run.error();
     return std::move(builder).finish(false, readProfile(header, source), UIImageOrientation::Up);
 }
 
-Decoded decodeBMP(ByteSource& source, const DecodeOptions& options)
+Result<UIImage> decodeBMP(ByteSource& source, const DecodeOptions& options)
 {
-    const auto read = readBMPHeader(source);
-    if (const auto* cause = std::get_if<std::string>(&read))
-        return *cause;
-    const auto& header = std::get<BMPHeader>(read);
-    return header.packing == BMPHeader::Packing::Plain ? decodePlain(header, source, options)
-                                                       : decodeRunLength(header, source, options);
+    const Result<BMPHeader> header = readBMPHeader(source);
+    if (!header)
+        return header.error();
+    return header->packing == BMPHeader::Packing::Plain ? decodePlain(*header, source, options)
+                                                        : decodeRunLength(*header, source, options);
 }
 
 } // namespace
 
-const PictureFormat kBMPFormat{"BMP", recognizesBMP, decodeBMP};
+const PictureDecoder kBMPDecoder{recognizesBMP, decodeBMP};
 
 } // namespace lamina

@@ -1,7 +1,6 @@
-#include "platform/image/codecs/PictureEncoding.h"
-
 #include "platform/base/WorkerPool.h"
-#include "platform/image/codecs/PictureEncoding_p.h"
+#include "platform/image/codecs/EncodedRows_p.h"
+#include "platform/image/codecs/PictureEncoder_p.h"
 
 #include <algorithm>
 #include <limits>
@@ -54,15 +53,15 @@ void writeHeader(std::vector<std::uint8_t>& file, int width, int height)
     header.add32(kPixelsPerMetre).add32(kPixelsPerMetre).skip(8 + kMasks).add32(kStandardRGB);
 }
 
-Encoded encode(const CGImage& image, const UIColor& background)
+Result<std::vector<std::uint8_t>> encodeBMP(const CGImage& image, const EncodeOptions& options)
 {
-    const LaidRows rows(image, background);
+    const FlattenedRows rows(image, options.background);
     const auto width = static_cast<std::size_t>(rows.width());
     const auto height = static_cast<std::size_t>(rows.height());
     const std::size_t rowBytes = (3 * width + 3) / 4 * 4;
     constexpr std::size_t kMost = std::numeric_limits<std::int32_t>::max(); // some readers take sizes as signed
     if (rowBytes > (kMost - kPixels) / height)
-        return "a BMP picture can't be larger than 2 GB";
+        return Error{{}, "a BMP picture can't be larger than 2 GB"};
     std::vector<std::uint8_t> file(kPixels + rowBytes * height);
     writeHeader(file, rows.width(), rows.height());
     parallelRows(0, rows.height(), 2 * width, [&](int first, int last) {
@@ -82,9 +81,6 @@ Encoded encode(const CGImage& image, const UIColor& background)
 
 } // namespace
 
-Result<std::vector<std::uint8_t>> encodeBMP(const CGImage& image, const UIColor& background, const std::string& subject)
-{
-    return encodeShown(image, subject, [&](const CGImage& shown) { return encode(shown, background); });
-}
+const PictureEncoder kBMPEncoder{encodeBMP};
 
 } // namespace lamina

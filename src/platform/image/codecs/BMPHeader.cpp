@@ -1,10 +1,11 @@
 #include "platform/image/codecs/BMPHeader_p.h"
 
-#include "platform/image/codecs/PictureFormat_p.h"
+#include "platform/image/codecs/PictureDecoder_p.h"
 
 #include <algorithm>
 #include <bit>
 #include <limits>
+#include <optional>
 
 namespace lamina {
 
@@ -125,32 +126,32 @@ bool isBMPHeaderSize(std::uint32_t size)
     return std::find(known.begin(), known.end(), size) != known.end();
 }
 
-std::variant<BMPHeader, std::string> readBMPHeader(ByteSource& source)
+Result<BMPHeader> readBMPHeader(ByteSource& source)
 {
     Fields fields;
     fields.count = source.read(0, fields.bytes);
     const std::uint32_t size = fields.u32(kFileHeaderSize);
     if (!isBMPHeaderSize(size))
-        return cause::kDamaged;
+        return Error{{}, cause::kDamaged};
     if (fields.count < kFileHeaderSize + size)
-        return cause::kTruncated;
+        return Error{{}, cause::kTruncated};
 
     const bool core = size == kCoreHeaderSize;
     const std::uint32_t bits = fields.u16(core ? 24 : 28);
     const std::uint32_t compression = size >= kInfoHeaderSize ? fields.u32(30) : std::uint32_t{kPlain};
     BMPHeader header;
     if (!readSides(header, fields, core))
-        return cause::kDamaged;
+        return Error{{}, cause::kDamaged};
     // The long header of OS/2 means other things by 3 and 4.
     const bool known = compression <= kBitFields || compression == kAlphaBitFields;
     if (!known || (size == 64 && compression >= kBitFields))
-        return "this kind of BMP compression can't be read";
+        return Error{{}, "this kind of BMP compression can't be read"};
     if (!isPossibleDepth(bits, compression))
-        return cause::kDamaged;
+        return Error{{}, cause::kDamaged};
     header.bitsPerPixel = static_cast<int>(bits);
     if (compression == kRunLength8 || compression == kRunLength4) {
         if (header.topDown)
-            return cause::kDamaged;
+            return Error{{}, cause::kDamaged};
         header.packing = compression == kRunLength8 ? BMPHeader::Packing::RunLength8 : BMPHeader::Packing::RunLength4;
     }
 
@@ -158,7 +159,7 @@ std::variant<BMPHeader, std::string> readBMPHeader(ByteSource& source)
     header.pixelOffset = fields.u32(10);
     const std::uint64_t headersEnd = kFileHeaderSize + size + maskBytes.value_or(0);
     if (!maskBytes || header.pixelOffset < headersEnd)
-        return cause::kDamaged;
+        return Error{{}, cause::kDamaged};
     if (bits <= 8)
         readPalette(header, source, headersEnd, size >= kInfoHeaderSize ? fields.u32(46) : 0, core);
     if (size == kLargestHeaderSize && fields.u32(kFileHeaderSize + 56) == kEmbeddedProfile) {

@@ -1,12 +1,10 @@
 #pragma once
 
+#include "platform/base/Result.h"
 #include "platform/image/codecs/ByteSource_p.h"
 
 #include <array>
 #include <cstdint>
-#include <optional>
-#include <string>
-#include <variant>
 #include <vector>
 
 namespace lamina {
@@ -45,7 +43,7 @@ struct BMPHeader {
 /// Whether the length of the second header is one that exists.
 bool isBMPHeaderSize(std::uint32_t size);
 
-/// The header, or the cause why the file can't be read. All kinds from the one of OS/2 with 12 bytes to version 5.
-std::variant<BMPHeader, std::string> readBMPHeader(ByteSource& source);
+/// The header, or why the file can't be read. All kinds from the one of OS/2 with 12 bytes to version 5.
+Result<BMPHeader> readBMPHeader(ByteSource& source);
 
 } // namespace lamina

@@ -1,5 +1,7 @@
 #include "platform/image/codecs/ByteSource_p.h"
 
+#include "platform/files/FileCauses.h"
+
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
@@ -91,44 +93,24 @@ private:
     std::span<const std::uint8_t> m_bytes;
 };
 
-std::string openFailure(int error)
-{
-    switch (error) {
-    case ENOENT:
-    case ENOTDIR:
-        return "no such file";
-    case EACCES:
-    case EPERM:
-        return "permission denied";
-    case ELOOP:
-        return "a symbolic link leads in a circle";
-    case ENAMETOOLONG:
-        return "the name is too long";
-    case ENXIO: // a socket, or a device without its driver
-        return "not a regular file";
-    default:
-        return std::strerror(error);
-    }
-}
-
 } // namespace
 
 Result<std::unique_ptr<ByteSource>> openFileSource(const std::string& path)
 {
     // A path with a zero byte would open another file than it shows.
     if (path.find('\0') != std::string::npos)
-        return Error{path, "no such file"};
+        return Error{path, cause::kNoSuchFile};
     // Without O_NONBLOCK a pipe that nobody writes to would hold us here for ever.
     FileDescriptor descriptor(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
     if (descriptor.get() < 0)
-        return Error{path, openFailure(errno)};
+        return Error{path, readingFailure(errno)};
     struct stat status {};
     if (::fstat(descriptor.get(), &status) != 0)
-        return Error{path, openFailure(errno)};
+        return Error{path, readingFailure(errno)};
     if (S_ISDIR(status.st_mode))
-        return Error{path, "is a folder"};
+        return Error{path, cause::kIsFolder};
     if (!S_ISREG(status.st_mode))
-        return Error{path, "not a regular file"};
+        return Error{path, cause::kNotRegular};
     return std::unique_ptr<ByteSource>(
         std::make_unique<FileSource>(std::move(descriptor), static_cast<std::uint64_t>(status.st_size)));
 }

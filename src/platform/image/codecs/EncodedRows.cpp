@@ -1,4 +1,4 @@
-#include "platform/image/codecs/PictureEncoding_p.h"
+#include "platform/image/codecs/EncodedRows_p.h"
 
 #include "platform/base/WorkerPool.h"
 #include "platform/image/pixels/PixelKernels.h"
@@ -7,7 +7,7 @@
 #include <atomic>
 #include <cmath>
 #include <cstring>
-#include <new>
+#include <vector>
 
 namespace lamina {
 
@@ -41,51 +41,7 @@ bool isOpaque(const CGImage& image, const RowConverter& rows)
     return opaque;
 }
 
-/// Grey and alpha of R G B A pixels whose colours are all grey.
-CGImage grayPart(const CGImage& rgba)
-{
-    CGImageLayout layout = CGImageLayout::gray(rgba.width(), rgba.height());
-    layout.bytesPerRow *= 2;
-    layout.bitsPerPixel = 16;
-    layout.bitmapInfo = bitmapInfo(CGImageAlphaInfo::Last);
-    PixelBuffer buffer = PixelBuffer::allocate(layout.byteCount());
-    if (!buffer)
-        return {};
-    const auto width = static_cast<std::size_t>(rgba.width());
-    parallelRows(0, rgba.height(), width, [&](int first, int last) {
-        for (int y = first; y < last; ++y)
-            packRow(rgba.row(y), width, StoredColors::GrayAlpha,
-                    buffer.data() + static_cast<std::size_t>(y) * layout.bytesPerRow);
-    });
-    return CGImage::make(layout, std::move(buffer));
-}
-
-/// With the mask as alpha; a grey picture stays grey.
-CGImage maskApplied(const CGImage& image)
-{
-    const CGImage shown = convertedToSRGB(image);
-    return shown && image.colorSpace().model() == CGColorSpace::Model::Gray ? grayPart(shown) : shown;
-}
-
 } // namespace
-
-Result<std::vector<std::uint8_t>> encodeShown(const CGImage& image, const std::string& subject,
-                                              const std::function<Encoded(const CGImage&)>& encode)
-{
-    if (!image)
-        return Error{subject, "there is no picture"};
-    try {
-        const CGImage shown = image.mask() ? maskApplied(image) : image;
-        if (!shown)
-            return Error{subject, cause::kNoMemory};
-        Encoded file = encode(shown);
-        if (const auto* cause = std::get_if<std::string>(&file))
-            return Error{subject, *cause};
-        return std::get<0>(std::move(file));
-    } catch (const std::bad_alloc&) {
-        return Error{subject, cause::kNoMemory};
-    }
-}
 
 StoredColors chooseStoredColors(const CGImage& image, const RowConverter& rows)
 {
@@ -121,7 +77,7 @@ void packRow(const std::uint8_t* rgba, std::size_t width, StoredColors colors, s
     }
 }
 
-LaidRows::LaidRows(const CGImage& image, const UIColor& background)
+FlattenedRows::FlattenedRows(const CGImage& image, const UIColor& background)
     : m_rows(image, AlphaForm::Straight)
     , m_width(image.width())
     , m_height(image.height())
@@ -133,7 +89,7 @@ LaidRows::LaidRows(const CGImage& image, const UIColor& background)
     m_gray = image.colorSpace().model() == CGColorSpace::Model::Gray && (!m_hasAlpha || grayBackground);
 }
 
-void LaidRows::read(int y, std::uint8_t* rgba) const
+void FlattenedRows::read(int y, std::uint8_t* rgba) const
 {
     m_rows.convert(0, y, m_width, rgba);
     if (!m_hasAlpha)
@@ -145,7 +101,7 @@ void LaidRows::read(int y, std::uint8_t* rgba) const
     }
 }
 
-void LaidRows::readBand(int first, int count, std::uint8_t* rgba) const
+void FlattenedRows::readBand(int first, int count, std::uint8_t* rgba) const
 {
     const std::size_t rowBytes = 4 * static_cast<std::size_t>(m_width);
     parallelRows(first, first + count, static_cast<std::size_t>(m_width), [&](int begin, int end) {

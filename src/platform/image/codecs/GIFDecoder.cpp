@@ -1,4 +1,5 @@
-#include "platform/image/codecs/PictureFormat_p.h"
+#include "platform/image/codecs/PictureBuilder_p.h"
+#include "platform/image/codecs/PictureDecoder_p.h"
 #include "platform/image/codecs/SequentialReader_p.h"
 
 #include <gif_lib.h>
@@ -38,59 +39,59 @@ public:
     {
     }
 
-    Decoded decode()
+    Result<UIImage> decode()
     {
         int error = D_GIF_SUCCEEDED;
         m_file.reset(DGifOpen(&m_reader, readForGiflib, &error));
         if (!m_file)
             return failure(error);
-        if (auto cause = seekFirstFrame())
-            return *cause;
+        if (const Outcome done = seekFirstFrame(); !done)
+            return done.error();
         const GifImageDesc& frame = m_file->Image;
         if (frame.Width <= 0 || frame.Height <= 0)
-            return cause::kDamaged;
+            return Error{{}, cause::kDamaged};
         // Some programs leave the screen's size unset; then it is as large as it must be.
         const int width = m_file->SWidth > 0 ? m_file->SWidth : frame.Left + frame.Width;
         const int height = m_file->SHeight > 0 ? m_file->SHeight : frame.Top + frame.Height;
         const std::uint64_t held = 4 * static_cast<std::uint64_t>(width) * static_cast<std::uint64_t>(height) +
                                    static_cast<std::uint64_t>(frame.Width);
         for (const IntSize size : {IntSize{width, height}, IntSize{frame.Width, frame.Height}}) {
-            if (auto cause = refusal(size.width, size.height, held, m_fileBytes, m_options))
-                return *cause;
+            if (const Outcome claim = checkClaim(size.width, size.height, held, m_fileBytes, m_options); !claim)
+                return claim.error();
         }
         PictureBuilder builder(width, height);
         if (!builder)
-            return cause::kNoMemory;
+            return Error{{}, cause::kNoMemory};
         std::memset(builder.row(0), 0, builder.bytesPerRow() * static_cast<std::size_t>(height));
-        if (auto cause = fill(builder))
-            return *cause;
+        if (const Outcome done = fill(builder); !done)
+            return done.error();
         return std::move(builder).finish(true, {}, UIImageOrientation::Up);
     }
 
 private:
-    std::string failure(int error) const
+    Error failure(int error) const
     {
         if (error == D_GIF_ERR_NOT_ENOUGH_MEM)
-            return cause::kNoMemory;
-        return m_reader.endReached() ? cause::kTruncated : cause::kDamaged;
+            return {{}, cause::kNoMemory};
+        return {{}, m_reader.endReached() ? cause::kTruncated : cause::kDamaged};
     }
-    std::string failure() const { return failure(m_file->Error); }
+    Error failure() const { return failure(m_file->Error); }
 
-    std::optional<std::string> seekFirstFrame()
+    Outcome seekFirstFrame()
     {
         for (;;) {
             if (isCancelled(m_options))
-                return cause::kCancelled;
+                return Error{{}, cause::kCancelled};
             GifRecordType record = UNDEFINED_RECORD_TYPE;
             if (DGifGetRecordType(m_file.get(), &record) == GIF_ERROR)
                 return failure();
             if (record == IMAGE_DESC_RECORD_TYPE) {
                 if (DGifGetImageDesc(m_file.get()) == GIF_ERROR)
                     return failure();
-                return std::nullopt;
+                return std::monostate();
             }
             if (record == TERMINATE_RECORD_TYPE)
-                return "the file holds no picture";
+                return Error{{}, "the file holds no picture"};
             if (record == EXTENSION_RECORD_TYPE && !readExtension())
                 return failure();
         }
@@ -113,12 +114,12 @@ private:
     }
 
     /// Decodes the frame's lines onto the screen.
-    std::optional<std::string> fill(PictureBuilder& builder)
+    Outcome fill(PictureBuilder& builder)
     {
         const GifImageDesc& frame = m_file->Image;
         const ColorMapObject* palette = frame.ColorMap ? frame.ColorMap : m_file->SColorMap;
         if (!palette || !palette->Colors)
-            return "the picture has no palette";
+            return Error{{}, "the picture has no palette"};
         std::vector<GifPixelType> line(static_cast<std::size_t>(frame.Width));
         struct Pass {
             int first;
@@ -129,14 +130,14 @@ private:
         for (const Pass pass : passes) {
             for (int y = pass.first; y < frame.Height; y += pass.step) {
                 if (isCancelled(m_options))
-                    return cause::kCancelled;
+                    return Error{{}, cause::kCancelled};
                 if (DGifGetLine(m_file.get(), line.data(), frame.Width) == GIF_ERROR)
                     return failure();
                 if (frame.Top + y < builder.height())
                     paint(line, *palette, builder.row(frame.Top + y), builder.width());
             }
         }
-        return std::nullopt;
+        return std::monostate();
     }
 
     void paint(const std::vector<GifPixelType>& line, const ColorMapObject& palette, std::uint8_t* row,
@@ -164,7 +165,7 @@ private:
     int m_transparent = NO_TRANSPARENT_COLOR;
 };
 
-Decoded decodeGIF(ByteSource& source, const DecodeOptions& options)
+Result<UIImage> decodeGIF(ByteSource& source, const DecodeOptions& options)
 {
     // On the heap: the read buffer is large for the stack of a worker.
     return std::make_unique<GIFReader>(source, options)->decode();
@@ -172,6 +173,6 @@ Decoded decodeGIF(ByteSource& source, const DecodeOptions& options)
 
 } // namespace
 
-const PictureFormat kGIFFormat{"GIF", recognizesGIF, decodeGIF};
+const PictureDecoder kGIFDecoder{recognizesGIF, decodeGIF};
 
 } // namespace lamina

@@ -1,7 +1,6 @@
-#include "platform/image/codecs/PictureEncoding.h"
-
 #include "platform/image/codecs/ColorQuantizer_p.h"
-#include "platform/image/codecs/PictureEncoding_p.h"
+#include "platform/image/codecs/EncodedRows_p.h"
+#include "platform/image/codecs/PictureEncoder_p.h"
 
 #include <gif_lib.h>
 
@@ -44,7 +43,7 @@ using ColorMap = std::unique_ptr<ColorMapObject, FreeMap>;
 
 /// Reads all rows in bands, and passes each row on.
 template <class Use>
-bool forEachRow(const LaidRows& rows, Use use)
+bool forEachRow(const FlattenedRows& rows, Use use)
 {
     const std::size_t rowBytes = 4 * static_cast<std::size_t>(rows.width());
     std::vector<std::uint8_t> band(rowBytes * static_cast<std::size_t>(std::min(kBandRows, rows.height())));
@@ -77,7 +76,7 @@ ColorMap makeColorMap(const ColorQuantizer& colors)
     return map;
 }
 
-bool writeHeader(GifFileType* file, const LaidRows& rows, const ColorMap& map, std::optional<int> clearIndex)
+bool writeHeader(GifFileType* file, const FlattenedRows& rows, const ColorMap& map, std::optional<int> clearIndex)
 {
     constexpr int kBitsPerColor = 8;
     EGifSetGifVersion(file, clearIndex.has_value());
@@ -93,7 +92,7 @@ bool writeHeader(GifFileType* file, const LaidRows& rows, const ColorMap& map, s
     return EGifPutImageDesc(file, 0, 0, rows.width(), rows.height(), false, nullptr) != GIF_ERROR;
 }
 
-bool writePixels(GifFileType* file, const LaidRows& rows, const ColorQuantizer& colors)
+bool writePixels(GifFileType* file, const FlattenedRows& rows, const ColorQuantizer& colors)
 {
     const auto clear = static_cast<GifPixelType>(colors.palette().size());
     std::vector<GifPixelType> line(static_cast<std::size_t>(rows.width()));
@@ -106,11 +105,11 @@ bool writePixels(GifFileType* file, const LaidRows& rows, const ColorQuantizer& 
     });
 }
 
-Encoded encode(const CGImage& image, const UIColor& background)
+Result<std::vector<std::uint8_t>> encodeGIF(const CGImage& image, const EncodeOptions& options)
 {
     if (std::max(image.width(), image.height()) > kLongestSide)
-        return "a GIF picture can't be longer than 65535 pixels";
-    const LaidRows rows(image, background);
+        return Error{{}, "a GIF picture can't be longer than 65535 pixels"};
+    const FlattenedRows rows(image, options.background);
     ColorQuantizer colors;
     forEachRow(rows, [&](std::span<const std::uint8_t> rgba) {
         colors.add(rgba);
@@ -126,17 +125,14 @@ Encoded encode(const CGImage& image, const UIColor& background)
     GifBytes result;
     std::unique_ptr<GifFileType, CloseGif> file(EGifOpen(&result, GifBytes::append, nullptr));
     if (!map || !file || !writeHeader(file.get(), rows, map, clearIndex) || !writePixels(file.get(), rows, colors))
-        return cause::kNoMemory;
+        return Error{{}, cause::kNoMemory};
     if (EGifCloseFile(file.release(), nullptr) == GIF_ERROR)
-        return cause::kNoMemory;
+        return Error{{}, cause::kNoMemory};
     return std::move(result.bytes);
 }
 
 } // namespace
 
-Result<std::vector<std::uint8_t>> encodeGIF(const CGImage& image, const UIColor& background, const std::string& subject)
-{
-    return encodeShown(image, subject, [&](const CGImage& shown) { return encode(shown, background); });
-}
+const PictureEncoder kGIFEncoder{encodeGIF};
 
 } // namespace lamina

@@ -1,6 +1,6 @@
 #include "platform/image/codecs/HeifLibrary_p.h"
 #include "platform/image/codecs/HeifReferences_p.h"
-#include "platform/image/codecs/PictureFormat_p.h"
+#include "platform/image/codecs/PictureDecoder_p.h"
 #include "platform/image/codecs/RowCollector_p.h"
 #include "platform/image/pixels/PixelArithmetic.h"
 #include "platform/image/pixels/PixelKernels.h"
@@ -126,45 +126,45 @@ public:
     {
     }
 
-    Decoded decode()
+    Result<UIImage> decode()
     {
-        if (auto cause = open())
-            return *cause;
+        if (const Outcome done = open(); !done)
+            return done.error();
         const int factor = reductionFactor(m_layout.width, m_layout.height, m_options.shortSide);
         const std::uint64_t held = m_layout.heldBytes(collectorBytes(m_layout.width, m_layout.height, factor));
-        if (auto cause = refusal(m_layout.width, m_layout.height, held, m_fileBytes, m_options))
-            return *cause;
+        if (const Outcome claim = checkClaim(m_layout.width, m_layout.height, held, m_fileBytes, m_options); !claim)
+            return claim.error();
         if (isCancelled(m_options))
-            return cause::kCancelled;
-        if (auto cause = decodePixels())
-            return *cause;
+            return Error{{}, cause::kCancelled};
+        if (const Outcome done = decodePixels(); !done)
+            return done.error();
 
         RowCollector rows(m_layout.width, m_layout.height, factor, m_layout.alpha);
         if (!rows)
-            return cause::kNoMemory;
-        if (auto cause = copyRows(rows))
-            return *cause;
+            return Error{{}, cause::kNoMemory};
+        if (const Outcome done = copyRows(rows); !done)
+            return done.error();
         return std::move(rows).finish(profile(), UIImageOrientation::Up);
     }
 
 private:
-    std::string failure(const heif_error& error) const
+    Error failure(const heif_error& error) const
     {
         if (error.subcode == heif_suberror_Security_limit_exceeded)
-            return cause::kTooLarge;
+            return {{}, cause::kTooLarge};
         if (error.code == heif_error_Memory_allocation_error)
-            return cause::kNoMemory;
+            return {{}, cause::kNoMemory};
         if (m_reader.endReached() || error.subcode == heif_suberror_End_of_data)
-            return cause::kTruncated;
+            return {{}, cause::kTruncated};
         if (error.code == heif_error_Unsupported_feature || error.code == heif_error_Unsupported_filetype)
-            return "this kind of HEIC picture can't be read";
-        return cause::kDamaged;
+            return Error{{}, "this kind of HEIC picture can't be read"};
+        return {{}, cause::kDamaged};
     }
 
-    std::optional<std::string> open()
+    Outcome open()
     {
         if (!m_context)
-            return cause::kNoMemory;
+            return Error{{}, cause::kNoMemory};
         // The library takes a side and compares the square of it with the pixels.
         m_heif.setMaximumImageSizeLimit(m_context.get(), static_cast<int>(std::sqrt(kMaximumClaimedPixels)));
         heif_error error = m_heif.readFromReader(m_context.get(), Reader::callbacks(), &m_reader, nullptr);
@@ -179,10 +179,10 @@ private:
         m_layout.height = m_heif.handleHeight(handle);
         m_layout.alpha = m_heif.handleHasAlpha(handle) != 0;
         m_layout.deep = m_heif.handleLumaBits(handle) > 8;
-        return std::nullopt;
+        return std::monostate();
     }
 
-    std::optional<std::string> decodePixels()
+    Outcome decodePixels()
     {
         const Owned<heif_decoding_options> options(m_heif.optionsAlloc(), m_heif.optionsFree);
         // Of the two decoders for AVIF this one is quiet about damaged data; the other writes to standard error. For
@@ -198,21 +198,21 @@ private:
         // What was announced decides about memory; what was decoded must be that.
         if (m_heif.imageWidth(image, heif_channel_interleaved) != m_layout.width ||
             m_heif.imageHeight(image, heif_channel_interleaved) != m_layout.height)
-            return cause::kDamaged;
-        return std::nullopt;
+            return Error{{}, cause::kDamaged};
+        return std::monostate();
     }
 
-    std::optional<std::string> copyRows(RowCollector& rows) const
+    Outcome copyRows(RowCollector& rows) const
     {
         int stride = 0;
         const std::uint8_t* plane = m_heif.imagePlane(m_image.get(), heif_channel_interleaved, &stride);
         const int bits = m_heif.imageBits(m_image.get(), heif_channel_interleaved);
         if (!plane || bits < 8 || bits > 16)
-            return cause::kDamaged;
+            return Error{{}, cause::kDamaged};
         const bool premultiplied = m_layout.alpha && m_heif.handleIsPremultiplied(m_handle.get()) != 0;
         for (int y = 0; y < m_layout.height; ++y) {
             if (isCancelled(m_options))
-                return cause::kCancelled;
+                return Error{{}, cause::kCancelled};
             const std::uint8_t* in = plane + static_cast<std::ptrdiff_t>(y) * stride;
             if (m_layout.deep)
                 copyDeepRow(in, rows.row(), (1u << bits) - 1);
@@ -222,7 +222,7 @@ private:
                 kernels::unpremultiply(rows.row(), static_cast<std::size_t>(m_layout.width));
             rows.advance();
         }
-        return std::nullopt;
+        return std::monostate();
     }
 
     void copyRow(const std::uint8_t* in, std::uint8_t* out) const
@@ -270,18 +270,18 @@ private:
     std::unique_ptr<heif_image, void (*)(heif_image*)> m_image;
 };
 
-Decoded decodeHEIC(ByteSource& source, const DecodeOptions& options)
+Result<UIImage> decodeHEIC(ByteSource& source, const DecodeOptions& options)
 {
     const HeifLibrary* heif = HeifLibrary::shared();
     if (!heif)
-        return "HEIC pictures need libheif";
+        return Error{{}, "HEIC pictures need libheif"};
     if (!areHeifReferencesSound(source))
-        return cause::kDamaged;
+        return Error{{}, cause::kDamaged};
     return HEICReader(*heif, source, options).decode();
 }
 
 } // namespace
 
-const PictureFormat kHEICFormat{"HEIC", recognizesHEIC, decodeHEIC};
+const PictureDecoder kHEICDecoder{recognizesHEIC, decodeHEIC};
 
 } // namespace lamina

@@ -2,12 +2,14 @@
 
 #include "platform/base/Causes.h"
 #include "platform/base/Log.h"
+#include "platform/files/FileURL.h"
 #include "platform/files/FileWriting.h"
 #include "platform/image/codecs/PictureEncoding.h"
+#include "platform/image/codecs/PictureFormats.h"
 
-#include <algorithm>
 #include <array>
-#include <cctype>
+#include <cstddef>
+#include <cstdint>
 
 namespace lamina {
 
@@ -17,63 +19,16 @@ using Bytes = std::vector<std::uint8_t>;
 
 constexpr std::array<std::string_view, 5> kTypes{kUTTypePNG, kUTTypeJPEG, kUTTypeGIF, kUTTypeBMP, kUTTypeTIFF};
 
-struct Extension {
+/// Types that are no pictures of ours, but that the application writes.
+struct OtherType {
     std::string_view uti;
     std::string_view extension; ///< the first of those that the type declares
 };
-constexpr Extension kExtensions[] = {
-    {kUTTypePNG, "png"},
-    {kUTTypeJPEG, "jpeg"},
-    {kUTTypeGIF, "gif"},
-    {kUTTypeBMP, "bmp"},
-    {kUTTypeTIFF, "tiff"},
-    {"public.heic", "heic"},
-    {"org.webmproject.webp", "webp"},
+constexpr OtherType kOtherTypes[] = {
     {"com.adobe.pdf", "pdf"},
     {"public.svg-image", "svg"},
     {"public.mpeg-4", "mp4"},
 };
-
-std::optional<std::uint8_t> hexDigit(char digit)
-{
-    if (digit >= '0' && digit <= '9')
-        return static_cast<std::uint8_t>(digit - '0');
-    const char lower = static_cast<char>(digit | 0x20);
-    if (lower >= 'a' && lower <= 'f')
-        return static_cast<std::uint8_t>(lower - 'a' + 10);
-    return std::nullopt;
-}
-
-/// A percent sign that no two digits follow stands for itself.
-std::string percentDecoded(std::string_view text)
-{
-    std::string decoded;
-    decoded.reserve(text.size());
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        if (text[i] == '%' && i + 2 < text.size()) {
-            const auto high = hexDigit(text[i + 1]);
-            const auto low = hexDigit(text[i + 2]);
-            if (high && low) {
-                decoded.push_back(static_cast<char>(*high << 4 | *low));
-                i += 2;
-                continue;
-            }
-        }
-        decoded.push_back(text[i]);
-    }
-    return decoded;
-}
-
-/// Takes `prefix`, in any case, from the beginning of the text.
-bool take(std::string_view& text, std::string_view prefix)
-{
-    const auto same = [](char x, char y) { return std::tolower(static_cast<unsigned char>(x)) == y; };
-    if (text.size() < prefix.size() || !std::equal(prefix.begin(), prefix.end(), text.begin(),
-                                                   [&](char wanted, char given) { return same(given, wanted); }))
-        return false;
-    text.remove_prefix(prefix.size());
-    return true;
-}
 
 bool succeeded(const Outcome& outcome)
 {
@@ -92,7 +47,9 @@ std::string_view utiForType(int type)
 
 std::optional<std::string> extensionForUTI(std::string_view uti)
 {
-    for (const Extension& known : kExtensions)
+    if (const PictureFormat* format = pictureFormatForUTI(uti))
+        return std::string(format->preferredExtension);
+    for (const OtherType& known : kOtherTypes)
         if (known.uti == uti)
             return std::string(known.extension);
     return std::nullopt;
@@ -101,24 +58,14 @@ std::optional<std::string> extensionForUTI(std::string_view uti)
 Result<Bytes> encodeImage(const UIImage& image, const ImageSavingOptions& options, const std::string& subject)
 {
     const std::string_view uti = options.uti.empty() ? kUTTypePNG : std::string_view(options.uti);
-    if (std::find(kTypes.begin(), kTypes.end(), uti) == kTypes.end())
+    const PictureFormat* format = pictureFormatForUTI(uti);
+    if (!format || !format->encoder)
         return Error{subject, "pictures of the type \"" + std::string(uti) + "\" can't be written"};
-    if (!image)
-        return Error{subject, "there is no picture"};
     const UIImage upright = image.upright();
-    if (!upright)
+    if (image && !upright)
         return Error{subject, cause::kNoMemory};
-    const CGImage& pixels = upright.cgImage();
     const UIColor background = options.backgroundFillColor.value_or(UIColor::white());
-    if (uti == kUTTypeJPEG)
-        return encodeJPEG(pixels, options.quality, background, subject);
-    if (uti == kUTTypeGIF)
-        return encodeGIF(pixels, background, subject);
-    if (uti == kUTTypeBMP)
-        return encodeBMP(pixels, background, subject);
-    if (uti == kUTTypeTIFF)
-        return encodeTIFF(pixels, subject);
-    return encodePNG(pixels, subject);
+    return encodePicture(upright.cgImage(), *format, subject, {options.quality, background});
 }
 
 Outcome saveImage(const UIImage& image, const std::string& path, const ImageSavingOptions& options)
@@ -129,25 +76,12 @@ Outcome saveImage(const UIImage& image, const std::string& path, const ImageSavi
     return writeFileAtomically(path, *file);
 }
 
-std::optional<std::string> pathOfFileURL(std::string_view url)
-{
-    if (!take(url, "file:"))
-        return std::nullopt;
-    if (take(url, "//"))
-        take(url, "localhost");
-    url = url.substr(0, url.find_first_of("?#"));
-    std::string path = percentDecoded(url);
-    if (path.empty() || path.front() != '/' || path.find('\0') != std::string::npos)
-        return std::nullopt;
-    return path;
-}
-
 bool saveToURL(const UIImage& image, const std::string& url, std::string_view uti,
                const std::optional<UIColor>& backgroundFillColor)
 {
-    const std::optional<std::string> path = pathOfFileURL(url);
+    const Result<std::string> path = pathOfFileURL(url);
     if (!path)
-        return succeeded(Error{url, "this is not the address of a file on this machine"});
+        return succeeded(path.error());
     return saveToPath(image, *path, uti, backgroundFillColor);
 }
 

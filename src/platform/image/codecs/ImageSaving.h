@@ -2,6 +2,7 @@
 
 #include "platform/base/Result.h"
 #include "platform/base/UIColor.h"
+#include "platform/image/codecs/PictureFormats.h"
 #include "platform/image/pixels/UIImage.h"
 
 #include <cstdint>
@@ -15,14 +16,7 @@
 /// picture gives the same bytes. Everything here is usable from any thread.
 namespace lamina {
 
-/// Uniform type identifiers of the formats that can be written.
-inline constexpr std::string_view kUTTypePNG = "public.png";
-inline constexpr std::string_view kUTTypeJPEG = "public.jpeg";
-inline constexpr std::string_view kUTTypeGIF = "com.compuserve.gif";
-inline constexpr std::string_view kUTTypeBMP = "com.microsoft.bmp";
-inline constexpr std::string_view kUTTypeTIFF = "public.tiff";
-
-/// The numbers of those formats.
+/// The numbers of the formats that can be written.
 enum ImageType : int {
     kImageTypePNG = 0,
     kImageTypeJPEG = 1,
@@ -57,9 +51,6 @@ Result<std::vector<std::uint8_t>> encodeImage(const UIImage& image, const ImageS
 
 /// Writes the picture to `path`, whatever its extension. The error's subject is the path.
 Outcome saveImage(const UIImage& image, const std::string& path, const ImageSavingOptions& options = {});
-
-/// The file of a URL with the scheme `file`, on this machine; nothing for others and for what isn't a file's name.
-std::optional<std::string> pathOfFileURL(std::string_view url);
 
 /// saveImage in best quality to a file's URL ("file:///home/...", percent-encoded). False on any failure, whose cause
 /// is logged as a warning; also when the URL is empty or doesn't name a file here, and when its folder doesn't exist.

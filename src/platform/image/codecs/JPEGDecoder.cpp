@@ -1,6 +1,7 @@
 #include "platform/image/codecs/Exif_p.h"
 #include "platform/image/codecs/JPEGInput_p.h"
-#include "platform/image/codecs/PictureFormat_p.h"
+#include "platform/image/codecs/PictureBuilder_p.h"
+#include "platform/image/codecs/PictureDecoder_p.h"
 #include "platform/image/pixels/ColorConversion.h"
 
 #include "platform/base/WorkerPool.h"
@@ -58,12 +59,12 @@ std::uint64_t blockCount(const jpeg_decompress_struct& info)
     return blocks;
 }
 
-/// Chooses size and colours of the output. Returns the cause of refusal.
-std::optional<std::string> prepare(JPEGInput& input, std::uint64_t fileBytes, const DecodeOptions& options)
+/// Chooses size and colours of the output. Fails where the picture may not be taken.
+Outcome prepare(JPEGInput& input, std::uint64_t fileBytes, const DecodeOptions& options)
 {
     jpeg_decompress_struct& info = input.info();
     if (info.arith_code)
-        return "JPEG pictures with arithmetic coding are not supported";
+        return Error{{}, "JPEG pictures with arithmetic coding are not supported"};
     switch (info.jpeg_color_space) {
     case JCS_GRAYSCALE:
     case JCS_YCbCr:
@@ -75,7 +76,7 @@ std::optional<std::string> prepare(JPEGInput& input, std::uint64_t fileBytes, co
         info.out_color_space = JCS_CMYK;
         break;
     default:
-        return "this kind of JPEG is not supported";
+        return Error{{}, "this kind of JPEG is not supported"};
     }
     info.scale_num = reducedEighths(info.image_width, info.image_height, options.shortSide);
     info.scale_denom = kEighths;
@@ -83,7 +84,7 @@ std::optional<std::string> prepare(JPEGInput& input, std::uint64_t fileBytes, co
     // It would guess at what scans left out; such files are refused or whole.
     info.do_block_smoothing = FALSE;
     if (!input.attempt([&] { jpeg_calc_output_dimensions(&info); }))
-        return input.cause();
+        return input.error();
 
     const std::uint64_t blocks = blockCount(info);
     input.limitWork(blocks);
@@ -93,7 +94,7 @@ std::optional<std::string> prepare(JPEGInput& input, std::uint64_t fileBytes, co
     held += kWorkingBytesPerColumn * info.image_width;
     if (jpeg_has_multiple_scans(&info))
         held += blocks * kBytesPerBlock;
-    return refusal(info.image_width, info.image_height, held, fileBytes, options);
+    return checkClaim(info.image_width, info.image_height, held, fileBytes, options);
 }
 
 /// All rows, straight into the picture, and on to the end marker.
@@ -132,21 +133,21 @@ void convertInks(JPEGInput& input, PictureBuilder& builder, std::span<const std:
         convertDeviceCMYK(rows);
 }
 
-Decoded decodeJPEG(ByteSource& source, const DecodeOptions& options)
+Result<UIImage> decodeJPEG(ByteSource& source, const DecodeOptions& options)
 {
     JPEGInput input(source, options);
     jpeg_decompress_struct& info = input.info();
-    if (!input.cause().empty() || !input.attempt([&] { jpeg_read_header(&info, TRUE); }))
-        return input.cause();
-    if (auto cause = prepare(input, source.size(), options))
-        return *cause;
+    if (input.failed() || !input.attempt([&] { jpeg_read_header(&info, TRUE); }))
+        return input.error();
+    if (const Outcome done = prepare(input, source.size(), options); !done)
+        return done.error();
     PictureBuilder builder(static_cast<int>(info.output_width), static_cast<int>(info.output_height));
     if (!builder)
-        return cause::kNoMemory;
+        return Error{{}, cause::kNoMemory};
     if (!readRows(input, builder))
-        return input.cause();
+        return input.error();
     if (!input.sawAllComponents())
-        return cause::kDamaged;
+        return Error{{}, cause::kDamaged};
 
     const std::vector<std::uint8_t> profile = input.profile();
     const UIImageOrientation orientation = exifOrientation(input.exif());
@@ -162,6 +163,6 @@ Decoded decodeJPEG(ByteSource& source, const DecodeOptions& options)
 
 } // namespace
 
-const PictureFormat kJPEGFormat{"JPEG", recognizesJPEG, decodeJPEG};
+const PictureDecoder kJPEGDecoder{recognizesJPEG, decodeJPEG};
 
 } // namespace lamina

@@ -1,6 +1,5 @@
-#include "platform/image/codecs/PictureEncoding.h"
-
-#include "platform/image/codecs/PictureEncoding_p.h"
+#include "platform/image/codecs/EncodedRows_p.h"
+#include "platform/image/codecs/PictureEncoder_p.h"
 #include "platform/image/pixels/ColorConversion.h"
 
 #include <algorithm>
@@ -9,6 +8,7 @@
 #include <csetjmp>
 #include <cstdio> // jpeglib.h names FILE without asking for it
 #include <jpeglib.h>
+#include <memory>
 #include <new>
 
 /// JPEG, by libjpeg-turbo: baseline, the standard Huffman tables. Tables made for the picture would save some percent
@@ -44,7 +44,7 @@ public:
     JPEGOutput& operator=(const JPEGOutput&) = delete;
 
     /// False when the library gave up, which without a fault of ours means that memory was short.
-    bool write(const LaidRows& rows, int quality)
+    bool write(const FlattenedRows& rows, int quality)
     {
         // Made before the jump is set: what it passes over may not own anything.
         const std::size_t rowBytes = 4 * static_cast<std::size_t>(rows.width());
@@ -75,7 +75,7 @@ private:
         return *static_cast<JPEGOutput*>(info->client_data);
     }
 
-    void start(const LaidRows& rows, int quality)
+    void start(const FlattenedRows& rows, int quality)
     {
         jpeg_create_compress(&m_info);
         m_info.dest = &m_target;
@@ -131,19 +131,18 @@ int libraryQuality(double quality)
     return std::max(1, static_cast<int>(std::lround(100 * std::clamp(quality, 0.0, 1.0))));
 }
 
+Result<std::vector<std::uint8_t>> encodeJPEG(const CGImage& image, const EncodeOptions& options)
+{
+    if (std::max(image.width(), image.height()) > JPEG_MAX_DIMENSION)
+        return Error{{}, "a JPEG picture can't be longer than 65500 pixels"};
+    const auto output = std::make_unique<JPEGOutput>();
+    if (!output->write(FlattenedRows(image, options.background), libraryQuality(options.quality)))
+        return Error{{}, cause::kNoMemory};
+    return output->take();
+}
+
 } // namespace
 
-Result<std::vector<std::uint8_t>> encodeJPEG(const CGImage& image, double quality, const UIColor& background,
-                                             const std::string& subject)
-{
-    return encodeShown(image, subject, [&](const CGImage& shown) -> Encoded {
-        if (std::max(shown.width(), shown.height()) > JPEG_MAX_DIMENSION)
-            return "a JPEG picture can't be longer than 65500 pixels";
-        const auto output = std::make_unique<JPEGOutput>();
-        if (!output->write(LaidRows(shown, background), libraryQuality(quality)))
-            return cause::kNoMemory;
-        return output->take();
-    });
-}
+const PictureEncoder kJPEGEncoder{encodeJPEG};
 
 } // namespace lamina

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "platform/image/codecs/ByteSource_p.h"
-#include "platform/image/codecs/PictureFormat_p.h"
+#include "platform/image/codecs/PictureDecoder_p.h"
 
 #include <array>
 #include <csetjmp>
@@ -39,7 +39,9 @@ public:
         return true;
     }
 
-    const std::string& cause() const { return m_cause; }
+    bool failed() const { return !m_cause.empty(); }
+    /// Why the library gave up.
+    Error error() const { return {{}, m_cause}; }
 
     /// The first EXIF block, empty when there is none.
     std::span<const std::uint8_t> exif() const { return m_exif; }

@@ -1,5 +1,5 @@
 #include "platform/image/codecs/Exif_p.h"
-#include "platform/image/codecs/PictureFormat_p.h"
+#include "platform/image/codecs/PictureDecoder_p.h"
 #include "platform/image/codecs/RowCollector_p.h"
 #include "platform/image/codecs/SequentialReader_p.h"
 #include "platform/image/pixels/ColorConversion.h"
@@ -44,7 +44,8 @@ public:
     explicit operator bool() const { return m_info != nullptr; }
     png_structp png() { return m_png; }
     png_infop info() { return m_info; }
-    const char* cause() const { return m_cause; }
+    /// Why the library gave up.
+    Error error() const { return {{}, m_cause}; }
 
     /// Runs `body`; false when the library gave up in it. The jump passes over `body`, which may therefore not own
     /// anything.
@@ -222,44 +223,44 @@ std::vector<std::uint8_t> profile(PNGInput& input, const Header& header)
     return {icc.begin(), icc.end()};
 }
 
-Decoded decodePNG(ByteSource& source, const DecodeOptions& options)
+Result<UIImage> decodePNG(ByteSource& source, const DecodeOptions& options)
 {
     PNGInput input(source, options);
     if (!input)
-        return cause::kNoMemory;
+        return Error{{}, cause::kNoMemory};
     if (!input.attempt([&] { input.readHeader(); }))
-        return input.cause();
+        return input.error();
     const Header header = claimedHeader(input);
 
     const int factor = header.interlaced ? 1 : reductionFactor(header.width, header.height, options.shortSide);
     constexpr std::uint64_t kWorkingBytesPerColumn = 24; // the codec's rows, before and after its conversions
     const std::uint64_t held =
         collectorBytes(header.width, header.height, factor) + kWorkingBytesPerColumn * header.width;
-    if (auto cause = refusal(header.width, header.height, held, source.size(), options))
-        return *cause;
+    if (const Outcome claim = checkClaim(header.width, header.height, held, source.size(), options); !claim)
+        return claim.error();
     if (!input.attempt([&] { prepareRows(input, header); }))
-        return input.cause();
+        return input.error();
 
     const int width = static_cast<int>(header.width);
     const int height = static_cast<int>(header.height);
     if (header.interlaced) {
         PictureBuilder builder(width, height);
         if (!builder)
-            return cause::kNoMemory;
+            return Error{{}, cause::kNoMemory};
         if (!input.attempt([&] { readPasses(input, builder, header); }))
-            return input.cause();
+            return input.error();
         return std::move(builder).finish(header.translucent, profile(input, header), orientation(input));
     }
     RowCollector rows(width, height, factor, header.translucent);
     if (!rows)
-        return cause::kNoMemory;
+        return Error{{}, cause::kNoMemory};
     if (!input.attempt([&] { readRows(input, rows, header); }))
-        return input.cause();
+        return input.error();
     return std::move(rows).finish(profile(input, header), orientation(input));
 }
 
 } // namespace
 
-const PictureFormat kPNGFormat{"PNG", recognizesPNG, decodePNG};
+const PictureDecoder kPNGDecoder{recognizesPNG, decodePNG};
 
 } // namespace lamina

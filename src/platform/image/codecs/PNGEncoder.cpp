@@ -1,15 +1,13 @@
-#include "platform/image/codecs/PictureEncoding.h"
-
 #include "platform/base/WorkerPool.h"
+#include "platform/image/codecs/EncodedRows_p.h"
 #include "platform/image/codecs/PNGFilters_p.h"
-#include "platform/image/codecs/PictureEncoding_p.h"
+#include "platform/image/codecs/PictureEncoder_p.h"
 #include "platform/image/pixels/ColorConversion.h"
 
 #include <algorithm>
 #include <array>
 #include <libdeflate.h>
 #include <memory>
-#include <optional>
 #include <string_view>
 
 namespace lamina {
@@ -97,8 +95,7 @@ PixelBuffer filteredRows(const CGImage& image, const RowConverter& rows, StoredC
     return buffer;
 }
 
-/// The whole file; nothing when memory is short.
-std::optional<std::vector<std::uint8_t>> encode(const CGImage& image)
+Result<std::vector<std::uint8_t>> encodePNG(const CGImage& image, const EncodeOptions&)
 {
     const RowConverter rows(image, AlphaForm::Straight);
     const StoredColors type = chooseStoredColors(image, rows);
@@ -106,11 +103,11 @@ std::optional<std::vector<std::uint8_t>> encode(const CGImage& image)
     {
         const PixelBuffer filtered = filteredRows(image, rows, type);
         if (!filtered)
-            return std::nullopt;
+            return Error{{}, cause::kNoMemory};
         pixels = compress({filtered.data(), filtered.size()}, kLevel);
     }
     if (pixels.size == 0)
-        return std::nullopt;
+        return Error{{}, cause::kNoMemory};
 
     constexpr std::array<std::uint8_t, 8> kSignature{0x89, 'P', 'N', 'G', '\r', '\n', 0x1A, '\n'};
     std::vector<std::uint8_t> file(kSignature.begin(), kSignature.end());
@@ -131,13 +128,6 @@ std::optional<std::vector<std::uint8_t>> encode(const CGImage& image)
 
 } // namespace
 
-Result<std::vector<std::uint8_t>> encodePNG(const CGImage& image, const std::string& subject)
-{
-    return encodeShown(image, subject, [](const CGImage& shown) -> Encoded {
-        if (auto file = encode(shown))
-            return std::move(*file);
-        return cause::kNoMemory;
-    });
-}
+const PictureEncoder kPNGEncoder{encodePNG};
 
 } // namespace lamina

@@ -37,6 +37,7 @@ inline constexpr std::int64_t kMaximumClaimedPixels = 400'000'000;
 /// damaged EXIF block. The error's subject is the path (or `subject`), its cause one short phrase. Memory is bounded by
 /// the limit above plus some megabytes for the codec. Usable from any thread.
 Result<UIImage> loadPicture(const std::string& path, const DecodeOptions& options = {});
+/// The same of a file in memory, which is called `subject`.
 Result<UIImage> decodePicture(std::span<const std::uint8_t> bytes, const std::string& subject,
                               const DecodeOptions& options = {});
 

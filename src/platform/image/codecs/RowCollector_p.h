@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/image/codecs/PictureFormat_p.h"
+#include "platform/image/codecs/PictureBuilder_p.h"
 
 #include <cstdint>
 #include <vector>
@@ -11,7 +11,7 @@ namespace lamina {
 /// left on the shorter one; 1 when nothing is to be reduced.
 int reductionFactor(std::int64_t width, std::int64_t height, int shortSide);
 
-/// The bytes that a collector holds, for `refusal`.
+/// The bytes that a collector holds, for `checkClaim`.
 std::uint64_t collectorBytes(std::int64_t width, std::int64_t height, int factor);
 
 /// Takes the full-size rows of a picture from top to bottom, RGBA with straight alpha, and keeps the mean of each

@@ -1,4 +1,4 @@
-#include "platform/image/codecs/PictureFormat_p.h"
+#include "platform/image/codecs/PictureDecoder_p.h"
 #include "platform/image/codecs/RowCollector_p.h"
 #include "platform/image/codecs/TIFFFile_p.h"
 #include "platform/image/codecs/TIFFSamples_p.h"
@@ -51,8 +51,8 @@ struct BlockShape {
     /// Compressed bytes of a block, about: libtiff holds them while it reads.
     std::uint64_t storedBytes = 0;
 
-    /// Nothing when the file's numbers don't go together.
-    static std::optional<BlockShape> read(const TIFFFile& file)
+    /// Fails when the file's numbers don't go together.
+    static Result<BlockShape> read(const TIFFFile& file)
     {
         const TIFFLibrary& tiff = file.library();
         BlockShape shape;
@@ -68,10 +68,10 @@ struct BlockShape {
         const std::uint32_t blocks =
             shape.tiled ? tiff.numberOfTiles(file.handle()) : tiff.numberOfStrips(file.handle());
         if (imageWidth > INT32_MAX || imageHeight > INT32_MAX)
-            return std::nullopt;
+            return Error{{}, cause::kDamaged};
         if (width == 0 || height == 0 || width > INT32_MAX || height > INT32_MAX || bytes <= 0 || row <= 0 ||
             blocks == 0)
-            return std::nullopt;
+            return Error{{}, cause::kDamaged};
         shape.width = static_cast<int>(width);
         shape.height = static_cast<int>(height);
         shape.bytes = static_cast<std::uint64_t>(bytes);
@@ -94,24 +94,25 @@ public:
     {
     }
 
-    Decoded decode()
+    Result<UIImage> decode()
     {
         const int factor = reductionFactor(m_layout.width, m_layout.height, m_options.shortSide);
         const std::uint64_t held =
             collectorBytes(m_layout.width, m_layout.height, factor) + bufferBytes() + m_block.storedBytes;
-        if (auto cause = refusal(m_layout.width, m_layout.height, held, m_file.fileBytes(), m_options))
-            return *cause;
+        if (const Outcome claim = checkClaim(m_layout.width, m_layout.height, held, m_file.fileBytes(), m_options);
+            !claim)
+            return claim.error();
         if (m_layout.color == TIFFLayout::Color::CMYK)
             m_inks = ColorConversion::toSRGB(profileOf(m_file), CGColorSpace::Model::CMYK);
 
         const bool translucent = m_layout.alpha != TIFFLayout::Alpha::None;
         RowCollector rows(m_layout.width, m_layout.height, factor, translucent);
         if (!rows)
-            return cause::kNoMemory;
+            return Error{{}, cause::kNoMemory};
         m_file.beginPixels();
-        const auto failure = m_byScanline ? readScanlines(rows) : readBands(rows);
-        if (failure)
-            return *failure;
+        const Outcome read = m_byScanline ? readScanlines(rows) : readBands(rows);
+        if (!read)
+            return read.error();
         // Inks and Lab have become sRGB by now; their profile has done its work.
         const bool profiled = m_layout.color != TIFFLayout::Color::CMYK && m_layout.color != TIFFLayout::Color::Lab;
         return std::move(rows).finish(profiled ? profileOf(m_file) : std::span<const std::uint8_t>(),
@@ -131,29 +132,24 @@ private:
     }
     int bandHeight() const { return std::min(m_block.height, m_layout.height); }
 
-    std::optional<std::string> stop() const
-    {
-        return isCancelled(m_options) ? std::optional<std::string>(cause::kCancelled) : std::nullopt;
-    }
-
-    std::optional<std::string> readScanlines(RowCollector& rows)
+    Outcome readScanlines(RowCollector& rows)
     {
         std::vector<std::uint8_t> stored(static_cast<std::size_t>(m_block.bytesPerRow));
         TIFFRowConverter converter(m_layout, m_layout.width, m_inks);
         for (int y = 0; y < m_layout.height; ++y) {
-            if (auto cancelled = stop())
-                return cancelled;
+            if (isCancelled(m_options))
+                return Error{{}, cause::kCancelled};
             if (m_tiff.readScanline(m_file.handle(), stored.data(), static_cast<std::uint32_t>(y), 0) != 1 ||
                 m_file.complained())
                 return m_file.failure();
             converter.convert({stored.data()}, m_layout.width, rows.row());
             rows.advance();
         }
-        return std::nullopt;
+        return std::monostate();
     }
 
     /// Rows of tiles, or strips whose planes lie apart: read as a band over the whole width.
-    std::optional<std::string> readBands(RowCollector& rows)
+    Outcome readBands(RowCollector& rows)
     {
         std::vector<std::vector<std::uint8_t>> planes(planeCount());
         for (auto& plane : planes)
@@ -166,8 +162,8 @@ private:
         for (int top = 0; top < m_layout.height; top += m_block.height) {
             const int height = std::min(m_block.height, m_layout.height - top);
             for (int left = 0; left < m_layout.width; left += m_block.width) {
-                if (auto cancelled = stop())
-                    return cancelled;
+                if (isCancelled(m_options))
+                    return Error{{}, cause::kCancelled};
                 const int width = std::min(m_block.width, m_layout.width - left);
                 if (!readBlock(planes, left, top, height))
                     return m_file.failure();
@@ -184,7 +180,7 @@ private:
                 rows.advance();
             }
         }
-        return std::nullopt;
+        return std::monostate();
     }
 
     bool readBlock(std::vector<std::vector<std::uint8_t>>& planes, int left, int top, int height)
@@ -238,25 +234,27 @@ public:
     ConvertedPageReader(const ConvertedPageReader&) = delete;
     ConvertedPageReader& operator=(const ConvertedPageReader&) = delete;
 
-    Decoded decode()
+    Result<UIImage> decode()
     {
         if (!m_begun)
-            return "this kind of TIFF can't be read";
+            return Error{{}, "this kind of TIFF can't be read"};
         const std::uint64_t ours = 4 * std::uint64_t{m_image.width} * m_image.height;
         // The library takes a block for each sample at worst.
         const std::uint64_t buffers = 4 * m_block.bytes + m_block.storedBytes;
-        if (auto cause = refusal(m_image.width, m_image.height, ours + buffers, m_file.fileBytes(), m_options))
-            return *cause;
+        if (const Outcome claim =
+                checkClaim(m_image.width, m_image.height, ours + buffers, m_file.fileBytes(), m_options);
+            !claim)
+            return claim.error();
         PictureBuilder builder(static_cast<int>(m_image.width), static_cast<int>(m_image.height));
         if (!builder)
-            return cause::kNoMemory;
-        if (auto cause = readBands(builder))
-            return *cause;
+            return Error{{}, cause::kNoMemory};
+        if (const Outcome done = readBands(builder); !done)
+            return done.error();
         return std::move(builder).finish(m_image.alpha != 0, profile(), orientationOf(m_file));
     }
 
 private:
-    std::optional<std::string> readBands(PictureBuilder& builder)
+    Outcome readBands(PictureBuilder& builder)
     {
         // The stored order of rows and columns; the orientation is the caller's business.
         m_image.req_orientation = m_image.orientation;
@@ -265,7 +263,7 @@ private:
                                         static_cast<std::size_t>(std::min(m_block.height, builder.height())));
         for (int top = 0; top < builder.height();) {
             if (isCancelled(m_options))
-                return cause::kCancelled;
+                return Error{{}, cause::kCancelled};
             const int rows = std::min(m_block.height, builder.height() - top);
             m_image.row_offset = top;
             if (m_tiff.rgbaGet(&m_image, band.data(), m_image.width, static_cast<std::uint32_t>(rows)) != 1 ||
@@ -284,7 +282,7 @@ private:
             }
             top += rows;
         }
-        return std::nullopt;
+        return std::monostate();
     }
 
     /// LogLuv has become sRGB already; only YCbCr is still in the profile's space.
@@ -302,26 +300,26 @@ private:
     bool m_begun = false;
 };
 
-Decoded decodeTIFF(ByteSource& source, const DecodeOptions& options)
+Result<UIImage> decodeTIFF(ByteSource& source, const DecodeOptions& options)
 {
     const TIFFLibrary* library = TIFFLibrary::shared();
     if (!library)
-        return "TIFF pictures need libtiff";
-    std::string failure;
-    const auto file = TIFFFile::open(*library, source, options.memoryLimit, failure);
-    if (!file)
-        return failure;
-    const auto layout = TIFFLayout::read(*file);
-    const auto block = BlockShape::read(*file);
+        return Error{{}, "TIFF pictures need libtiff"};
+    const Result<std::unique_ptr<TIFFFile>> opened = TIFFFile::open(*library, source, options.memoryLimit);
+    if (!opened)
+        return opened.error();
+    TIFFFile& file = **opened;
+    const std::optional<TIFFLayout> layout = TIFFLayout::read(file);
+    const Result<BlockShape> block = BlockShape::read(file);
     if (!block)
-        return cause::kDamaged;
+        return block.error();
     if (layout)
-        return PageReader(*file, *layout, *block, options).decode();
-    return ConvertedPageReader(*file, *block, options).decode();
+        return PageReader(file, *layout, *block, options).decode();
+    return ConvertedPageReader(file, *block, options).decode();
 }
 
 } // namespace
 
-const PictureFormat kTIFFFormat{"TIFF", recognizesTIFF, decodeTIFF};
+const PictureDecoder kTIFFDecoder{recognizesTIFF, decodeTIFF};
 
 } // namespace lamina

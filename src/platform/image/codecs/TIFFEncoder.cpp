@@ -1,7 +1,6 @@
-#include "platform/image/codecs/PictureEncoding.h"
-
 #include "platform/base/WorkerPool.h"
-#include "platform/image/codecs/PictureEncoding_p.h"
+#include "platform/image/codecs/EncodedRows_p.h"
+#include "platform/image/codecs/PictureEncoder_p.h"
 #include "platform/image/codecs/TIFFFile_p.h"
 #include "platform/image/pixels/ColorConversion.h"
 
@@ -133,17 +132,17 @@ bool writePixels(const TIFFLibrary& tiff, TIFF* file, const CGImage& image, cons
     return tiff.flush(file) == 1;
 }
 
-Encoded encode(const CGImage& image)
+Result<std::vector<std::uint8_t>> encodeTIFF(const CGImage& image, const EncodeOptions&)
 {
     const TIFFLibrary* tiff = TIFFLibrary::shared();
     if (!tiff)
-        return "TIFF pictures need libtiff";
+        return Error{{}, "TIFF pictures need libtiff"};
     const RowConverter rows(image, AlphaForm::Straight);
     const StoredColors colors = chooseStoredColors(image, rows);
     const std::size_t rowBytes = static_cast<std::size_t>(image.width()) * storedBytes(colors);
     constexpr std::size_t kMost = 4'000'000'000; // offsets of 32 bits, with some room for what does not get smaller
     if (rowBytes * static_cast<std::size_t>(image.height()) > kMost)
-        return "a TIFF picture can't be larger than 4 GB";
+        return Error{{}, "a TIFF picture can't be larger than 4 GB"};
     // Enough rows for the table of codes to pay, few enough for readers that show a part.
     constexpr std::size_t kStripBytes = std::size_t{256} << 10;
     const int rowsPerStrip = std::clamp(static_cast<int>(kStripBytes / rowBytes), 1, image.height());
@@ -156,15 +155,12 @@ Encoded encode(const CGImage& image)
                writePixels(*tiff, handle.get(), image, rows, colors, rowsPerStrip);
     }
     if (!good || file.memoryShort())
-        return cause::kNoMemory;
+        return Error{{}, cause::kNoMemory};
     return file.take();
 }
 
 } // namespace
 
-Result<std::vector<std::uint8_t>> encodeTIFF(const CGImage& image, const std::string& subject)
-{
-    return encodeShown(image, subject, encode);
-}
+const PictureEncoder kTIFFEncoder{encodeTIFF};
 
 } // namespace lamina

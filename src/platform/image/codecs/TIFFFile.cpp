@@ -1,7 +1,7 @@
 #include "platform/image/codecs/TIFFFile_p.h"
 
 #include "platform/image/codecs/LazyLibrary_p.h"
-#include "platform/image/codecs/PictureFormat_p.h"
+#include "platform/image/codecs/PictureDecoder_p.h"
 
 #include <algorithm>
 #include <array>
@@ -54,16 +54,14 @@ const TIFFLibrary* TIFFLibrary::shared()
     return loaded.complete ? &loaded.table : nullptr;
 }
 
-std::unique_ptr<TIFFFile> TIFFFile::open(const TIFFLibrary& library, ByteSource& source, std::size_t largestAllocation,
-                                         std::string& failure)
+Result<std::unique_ptr<TIFFFile>> TIFFFile::open(const TIFFLibrary& library, ByteSource& source,
+                                                 std::size_t largestAllocation)
 {
     std::unique_ptr<TIFFFile> file(new TIFFFile(library, source));
     const std::unique_ptr<TIFFOpenOptions, decltype(library.openOptionsFree)> options(library.openOptionsAlloc(),
                                                                                       library.openOptionsFree);
-    if (!options) {
-        failure = cause::kNoMemory;
-        return nullptr;
-    }
+    if (!options)
+        return Error{{}, cause::kNoMemory};
     constexpr auto kMost = static_cast<std::size_t>(std::numeric_limits<tmsize_t>::max());
     library.setMaxSingleMemAlloc(options.get(), static_cast<tmsize_t>(std::min(largestAllocation, kMost)));
     library.setErrorHandler(options.get(), onError, file.get());
@@ -83,10 +81,8 @@ std::unique_ptr<TIFFFile> TIFFFile::open(const TIFFLibrary& library, ByteSource&
         [](thandle_t, void**, toff_t*) { return 0; }, [](thandle_t, void*, toff_t) {}, options.get());
     // The library leaves out a tag whose value lies beyond the end; without its palette or profile a picture would show
     // wrong colours.
-    if (!file->m_tiff || file->m_endReached) {
-        failure = file->failure();
-        return nullptr;
-    }
+    if (!file->m_tiff || file->m_endReached)
+        return file->failure();
     return file;
 }
 
@@ -121,9 +117,9 @@ void TIFFFile::beginPixels()
     m_complained = false;
 }
 
-std::string TIFFFile::failure() const
+Error TIFFFile::failure() const
 {
-    return m_endReached ? cause::kTruncated : cause::kDamaged;
+    return {{}, m_endReached ? cause::kTruncated : cause::kDamaged};
 }
 
 int TIFFFile::onError(TIFF*, void* self, const char*, const char*, std::va_list)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/base/Result.h"
 #include "platform/image/codecs/ByteSource_p.h"
 
 #include <tiffio.h>
@@ -10,7 +11,6 @@
 #include <memory>
 #include <optional>
 #include <span>
-#include <string>
 
 namespace lamina {
 
@@ -52,10 +52,10 @@ struct TIFFLibrary {
 /// into `failure()`.
 class TIFFFile {
 public:
-    /// Null when the header or the first directory with all its values can't be read; `failure` then gets the cause.
-    /// `largestAllocation`: the most bytes that the library may take at once.
-    static std::unique_ptr<TIFFFile> open(const TIFFLibrary& library, ByteSource& source, std::size_t largestAllocation,
-                                          std::string& failure);
+    /// Fails when the header or the first directory with all its values can't be read. `largestAllocation`: the most
+    /// bytes that the library may take at once.
+    static Result<std::unique_ptr<TIFFFile>> open(const TIFFLibrary& library, ByteSource& source,
+                                                  std::size_t largestAllocation);
     ~TIFFFile();
     TIFFFile(const TIFFFile&) = delete;
     TIFFFile& operator=(const TIFFFile&) = delete;
@@ -76,8 +76,8 @@ public:
     void beginPixels();
     /// Whether the library complained about the pixels. It returns some damaged data as if they were sound.
     bool complained() const { return m_complained; }
-    /// The cause of a failure, or of a complaint.
-    std::string failure() const;
+    /// Why reading failed, or what was complained about.
+    Error failure() const;
 
 private:
     TIFFFile(const TIFFLibrary& library, ByteSource& source)

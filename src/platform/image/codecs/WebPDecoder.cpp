@@ -1,5 +1,6 @@
 #include "platform/image/codecs/Exif_p.h"
-#include "platform/image/codecs/PictureFormat_p.h"
+#include "platform/image/codecs/PictureBuilder_p.h"
+#include "platform/image/codecs/PictureDecoder_p.h"
 #include "platform/image/codecs/RowCollector_p.h"
 
 #include <webp/decode.h>
@@ -81,45 +82,44 @@ IntSize reducedSize(IntSize full, int shortSide)
     return {scaled(full.width), scaled(full.height)};
 }
 
-std::string failure(VP8StatusCode status)
+Error failure(VP8StatusCode status)
 {
     switch (status) {
     case VP8_STATUS_OUT_OF_MEMORY:
-        return cause::kNoMemory;
+        return {{}, cause::kNoMemory};
     case VP8_STATUS_SUSPENDED:
     case VP8_STATUS_NOT_ENOUGH_DATA:
-        return cause::kTruncated;
+        return {{}, cause::kTruncated};
     default:
-        return cause::kDamaged;
+        return {{}, cause::kDamaged};
     }
 }
 
 /// Decodes piece by piece, so that it can be stopped in between.
-std::optional<std::string> decodeInto(WebPDecoderConfig& config, std::span<const std::uint8_t> data,
-                                      const DecodeOptions& options)
+Outcome decodeInto(WebPDecoderConfig& config, std::span<const std::uint8_t> data, const DecodeOptions& options)
 {
     const std::unique_ptr<WebPIDecoder, DeleteDecoder> decoder(WebPIDecode(nullptr, 0, &config));
     if (!decoder)
-        return cause::kNoMemory;
+        return Error{{}, cause::kNoMemory};
     const std::size_t step = std::max<std::size_t>(16384, data.size() / 32);
     VP8StatusCode status = VP8_STATUS_SUSPENDED;
     for (std::size_t given = 0; status == VP8_STATUS_SUSPENDED && given < data.size();) {
         if (isCancelled(options))
-            return cause::kCancelled;
+            return Error{{}, cause::kCancelled};
         given = std::min(data.size(), given + step);
         status = WebPIUpdate(decoder.get(), data.data(), given);
     }
-    return status == VP8_STATUS_OK ? std::nullopt : std::optional(failure(status));
+    return status == VP8_STATUS_OK ? Outcome(std::monostate()) : failure(status);
 }
 
-Decoded decodeFrame(WebPDemuxer* demuxer, std::uint64_t fileBytes, const DecodeOptions& options)
+Result<UIImage> decodeFrame(WebPDemuxer* demuxer, std::uint64_t fileBytes, const DecodeOptions& options)
 {
     const FirstFrame frame(demuxer);
     if (!frame)
-        return cause::kTruncated;
+        return Error{{}, cause::kTruncated};
     WebPDecoderConfig config;
     if (!WebPInitDecoderConfig(&config))
-        return cause::kDamaged;
+        return Error{{}, cause::kDamaged};
     const WebPData& data = frame->fragment;
     if (const VP8StatusCode status = WebPGetFeatures(data.bytes, data.size, &config.input); status != VP8_STATUS_OK)
         return failure(status);
@@ -130,17 +130,17 @@ Decoded decodeFrame(WebPDemuxer* demuxer, std::uint64_t fileBytes, const DecodeO
     const IntRect whole{0, 0, canvas.width, canvas.height};
     if (canvas.isEmpty() || rect.isEmpty() || rect.unionWith(whole) != whole || config.input.width != rect.width ||
         config.input.height != rect.height)
-        return cause::kDamaged;
+        return Error{{}, cause::kDamaged};
     const bool covers = rect == whole;
     const bool translucent = !covers || config.input.has_alpha != 0;
     const IntSize size = translucent ? canvas : reducedSize(canvas, options.shortSide);
 
     const std::uint64_t held = collectorBytes(size.width, size.height, 1) + codecBytes(config.input) + fileBytes;
-    if (auto cause = refusal(canvas.width, canvas.height, held, fileBytes, options))
-        return *cause;
+    if (const Outcome claim = checkClaim(canvas.width, canvas.height, held, fileBytes, options); !claim)
+        return claim.error();
     PictureBuilder builder(size.width, size.height);
     if (!builder)
-        return cause::kNoMemory;
+        return Error{{}, cause::kNoMemory};
     if (!covers)
         std::memset(builder.row(0), 0, builder.bytesPerRow() * static_cast<std::size_t>(builder.height()));
 
@@ -155,31 +155,31 @@ Decoded decodeFrame(WebPDemuxer* demuxer, std::uint64_t fileBytes, const DecodeO
     config.output.u.RGBA.stride = static_cast<int>(builder.bytesPerRow());
     config.output.u.RGBA.size = builder.bytesPerRow() * static_cast<std::size_t>(target.height - 1) +
                                 4 * static_cast<std::size_t>(target.width);
-    if (auto cause = decodeInto(config, {data.bytes, data.size}, options))
-        return *cause;
+    if (const Outcome done = decodeInto(config, {data.bytes, data.size}, options); !done)
+        return done.error();
     const UIImageOrientation orientation = exifOrientation(chunk(demuxer, "EXIF"));
     return std::move(builder).finish(translucent, chunk(demuxer, "ICCP"), orientation);
 }
 
-Decoded decodeWebP(ByteSource& source, const DecodeOptions& options)
+Result<UIImage> decodeWebP(ByteSource& source, const DecodeOptions& options)
 {
     if (source.size() > options.memoryLimit)
-        return cause::kTooLarge;
+        return Error{{}, cause::kTooLarge};
     PixelBuffer file = PixelBuffer::allocate(static_cast<std::size_t>(source.size()));
     if (!file)
-        return cause::kNoMemory;
+        return Error{{}, cause::kNoMemory};
     const WebPData data{file.data(), source.read(0, {file.data(), file.size()})};
     WebPDemuxState state = WEBP_DEMUX_PARSE_ERROR;
     const std::unique_ptr<WebPDemuxer, DeleteDemuxer> demuxer(WebPDemuxPartial(&data, &state));
     if (state == WEBP_DEMUX_PARSING_HEADER || state == WEBP_DEMUX_PARSED_HEADER)
-        return cause::kTruncated;
+        return Error{{}, cause::kTruncated};
     if (!demuxer || state != WEBP_DEMUX_DONE)
-        return cause::kDamaged;
+        return Error{{}, cause::kDamaged};
     return decodeFrame(demuxer.get(), file.size(), options);
 }
 
 } // namespace
 
-const PictureFormat kWebPFormat{"WebP", recognizesWebP, decodeWebP};
+const PictureDecoder kWebPDecoder{recognizesWebP, decodeWebP};
 
 } // namespace lamina

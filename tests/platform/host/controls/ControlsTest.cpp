@@ -1,7 +1,9 @@
 // The shared controls, put into the window one by one.
 #include "TestPaths.h"
 #include "WindowDriver.h"
+#include "app/MainStoryboard.h"
 #include "platform/image/codecs/PictureDecoding.h"
+#include "platform/view/UIStoryboard.h"
 
 #include <QElapsedTimer>
 #include <QQmlComponent>
@@ -12,20 +14,20 @@
 
 #include <cmath>
 #include <gtest/gtest.h>
+#include <set>
 
 namespace lamina::test {
 namespace {
 
 class Controls : public testing::Test {
 protected:
-    ~Controls() override { qunsetenv("LAMINA_TEXT_SCALE"); }
-
-    void open(QSize size = {360, 720})
+    void SetUp() override
     {
         LaunchOptions options;
-        options.size = size;
+        options.size = {360, 720};
         driver = std::make_unique<WindowDriver>(options);
     }
+
     /// Over all that the window shows.
     QQuickItem* show(const char* text)
     {
@@ -33,21 +35,23 @@ protected:
         component.setData(QByteArray("import QtQuick\nimport Lamina\n") + text, QUrl());
         auto* const item = qobject_cast<QQuickItem*>(component.create());
         EXPECT_NE(item, nullptr) << component.errorString().toStdString();
-        if (item) {
-            item->setParent(driver->view().contentItem());
-            item->setParentItem(driver->view().contentItem());
-            driver->settle();
-        }
+        item->setParent(driver->view().contentItem());
+        item->setParentItem(driver->view().contentItem());
+        driver->settle();
         return item;
     }
-    static std::vector<QQuickItem*> itemsWith(QQuickItem& root, const char* property)
+
+    static void collect(QQuickItem& root, const char* property, std::vector<QQuickItem*>& found)
     {
-        std::vector<QQuickItem*> found;
         if (root.property(property).isValid())
             found.push_back(&root);
-        for (QQuickItem* child : root.childItems())
-            for (QQuickItem* item : itemsWith(*child, property))
-                found.push_back(item);
+        for (QQuickItem* const child : root.childItems())
+            collect(*child, property, found);
+    }
+    static std::vector<QQuickItem*> itemsWith(QQuickItem* root, const char* property)
+    {
+        std::vector<QQuickItem*> found;
+        collect(*root, property, found);
         return found;
     }
 
@@ -56,48 +60,40 @@ protected:
 
 constexpr const char* kRow = R"(ToolRow {
     room: 344
-    tools: ["Reset", "Move", "Tools", "Effects", "Sticker"].map(name => ({ name: name, icon: "Reset", active: name === "Move", gray: false, enabled: name !== "Tools" }))
+    tools: ["Reset", "Move", "Tools", "Effects", "Sticker"].map(name => ({ identifier: "the " + name, name: name, icon: "Reset", active: name === "Move", gray: false, enabled: name !== "Tools" }))
 })";
 
-TEST_F(Controls, NamesOfToolsAreWholeAndOfOneSizeHoweverLargeTheTextIs)
+TEST_F(Controls, ToolsHaveWholeNamesOfOneSizeHoweverLargeTheTextIsAndAreChosen)
 {
     for (const char* const scale : {"1", "2"}) {
         SCOPED_TRACE(scale);
-        qputenv("LAMINA_TEXT_SCALE", scale);
-        open();
-        QQuickItem* const row = show(kRow);
-        ASSERT_NE(row, nullptr);
-        EXPECT_LE(row->width(), 344);
-        const std::vector<QQuickItem*> names = itemsWith(*row, "truncated");
-        ASSERT_EQ(names.size(), 5u);
-        for (QQuickItem* const name : names) {
-            EXPECT_FALSE(name->property("truncated").toBool()) << name->property("text").toString().toStdString();
-            EXPECT_EQ(name->property("font").value<QFont>().pixelSize(),
-                      names.front()->property("font").value<QFont>().pixelSize());
-            EXPECT_GE(name->property("font").value<QFont>().pixelSize(), 11);
-        }
         driver.reset();
-    }
-}
+        qputenv("LAMINA_TEXT_SCALE", scale);
+        SetUp();
+        QQuickItem* const row = show(kRow);
+        EXPECT_LE(row->width(), 344);
+        std::set<int> sizes;
+        for (QQuickItem* const name : itemsWith(row, "truncated")) {
+            EXPECT_FALSE(name->property("truncated").toBool()) << name->property("text").toString().toStdString();
+            sizes.insert(name->property("font").value<QFont>().pixelSize());
+        }
+        EXPECT_EQ(sizes.size(), 1u);
+        EXPECT_GE(*sizes.begin(), 11);
 
-TEST_F(Controls, OnlyAToolThatIsThereIsChosen)
-{
-    open();
-    QQuickItem* const row = show(kRow);
-    QSignalSpy chosen(row, SIGNAL(chosen(int)));
-    EXPECT_TRUE(driver->tap(QStringLiteral("Sticker")));
-    EXPECT_FALSE(driver->tap(QStringLiteral("Tools")));
-    ASSERT_EQ(chosen.size(), 1);
-    EXPECT_EQ(chosen.at(0).at(0).toInt(), 4);
+        QSignalSpy chosen(row, SIGNAL(chosen(QString)));
+        EXPECT_TRUE(driver->tap(QStringLiteral("Sticker")));
+        EXPECT_FALSE(driver->tap(QStringLiteral("Tools")));
+        ASSERT_EQ(chosen.size(), 1);
+        EXPECT_EQ(chosen.at(0).at(0).toString(), "the Sticker");
+    }
+    qunsetenv("LAMINA_TEXT_SCALE");
 }
 
 TEST_F(Controls, ASliderMarksZeroWhereItsRangeHasBothSigns)
 {
-    open();
     const auto ticks = [this](const char* text) {
         std::vector<double> places;
-        QQuickItem* const slider = show(text);
-        for (QQuickItem* item : itemsWith(*slider->property("background").value<QQuickItem*>(), "radius"))
+        for (QQuickItem* const item : itemsWith(show(text)->property("background").value<QQuickItem*>(), "radius"))
             if (item->isVisible() && item->width() == 1)
                 places.push_back(item->x());
         return places;
@@ -110,14 +106,14 @@ TEST_F(Controls, ASliderMarksZeroWhereItsRangeHasBothSigns)
 
 TEST_F(Controls, TheMiddleOfTheZoomLineIsTheMiddleRatio)
 {
-    open();
-    auto crop = std::make_shared<PinchZoomViewController>();
+    const QString hint = QStringLiteral("Drag to move, pinch to zoom");
+    const auto crop = UIStoryboard::named(kMainStoryboard)->instantiate<PinchZoomViewController>(scene::kCrop);
     const Result<UIImage> photo = loadPicture(samples("sea-sunset.jpg"));
     ASSERT_TRUE(photo);
     crop->pickedImage = *photo;
     driver->application().screens().window().topViewController()->present(crop, true);
     ASSERT_TRUE(driver->waitFor<PinchZoomViewController>());
-    ASSERT_NE(driver->item(QStringLiteral("Drag to move, pinch to zoom")), nullptr);
+    EXPECT_NE(driver->item(hint), nullptr);
     ASSERT_TRUE(driver->click(QStringLiteral("Zoom")));
     EXPECT_NEAR(crop->zoomScale(), std::sqrt(6.0), 0.05);
     ASSERT_TRUE(driver->tap(QStringLiteral("Zoom in")));
@@ -125,12 +121,11 @@ TEST_F(Controls, TheMiddleOfTheZoomLineIsTheMiddleRatio)
                 0.02)
         << "the line has to follow, moved by hand or not";
     driver->dragCanvas({-20, -20});
-    EXPECT_EQ(driver->item(QStringLiteral("Drag to move, pinch to zoom")), nullptr) << "it has been done by now";
+    EXPECT_EQ(driver->item(hint), nullptr) << "it has been done by now";
 }
 
 TEST_F(Controls, WorkThatIsQuickShowsNothingAndSlowWorkAWayOut)
 {
-    open();
     QElapsedTimer waited;
     waited.start();
     QQuickItem* const panel = show(R"(BusyPanel { text: "Opening beach.jpg"; cancelText: "Give up"; running: true })");
@@ -148,7 +143,6 @@ TEST_F(Controls, WorkThatIsQuickShowsNothingAndSlowWorkAWayOut)
 
 TEST_F(Controls, AToastGoesAtATap)
 {
-    open();
     QQuickItem* const toast = show(R"(Toast { text: "Saved"; width: implicitWidth; height: implicitHeight; y: 300 })");
     QSignalSpy done(toast, SIGNAL(done()));
     EXPECT_TRUE(driver->tap(QStringLiteral("Saved")));

@@ -1,12 +1,10 @@
 #pragma once
 
+#include "CommandRunner.h"
 #include "TestPaths.h"
-#include "platform/image/codecs/PictureFormat_p.h"
+#include "platform/image/codecs/PictureDecoding.h"
 
-#include <array>
 #include <cstdint>
-#include <fstream>
-#include <iterator>
 #include <span>
 #include <string>
 #include <vector>
@@ -14,63 +12,26 @@
 namespace lamina::test {
 
 using Bytes = std::vector<std::uint8_t>;
-using Pixel = std::array<int, 4>;
 
+/// A file of tests/data/pictures.
 inline Bytes dataFile(const std::string& name)
 {
-    std::ifstream file(testData("pictures/" + name), std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
-}
-
-inline Decoded decode(const PictureFormat& format, std::span<const std::uint8_t> bytes,
-                      const DecodeOptions& options = {})
-{
-    return format.decode(*memorySource(bytes), options);
+    const std::string content = readFile(testData("pictures/" + name));
+    return {content.begin(), content.end()};
 }
 
 /// The picture, or the empty one.
-inline UIImage pictureOf(const Decoded& decoded)
+inline UIImage shown(std::span<const std::uint8_t> bytes, const DecodeOptions& options = {})
 {
-    const auto* image = std::get_if<UIImage>(&decoded);
-    return image ? *image : UIImage();
+    const Result<UIImage> picture = decodePicture(bytes, "picture", options);
+    return picture ? *picture : UIImage();
 }
 
 /// The cause of failure; empty when there is a picture.
-inline std::string causeOf(const Decoded& decoded)
+inline std::string causeOf(std::span<const std::uint8_t> bytes, const DecodeOptions& options = {})
 {
-    const auto* cause = std::get_if<std::string>(&decoded);
-    return cause ? *cause : "";
-}
-
-/// R, G, B, A; 255 for alpha where there is none. All -1 outside the picture.
-inline Pixel pixelAt(const CGImage& image, int x, int y)
-{
-    if (!image || x < 0 || y < 0 || x >= image.width() || y >= image.height())
-        return {-1, -1, -1, -1};
-    const std::uint8_t* p = image.row(y) + 4 * static_cast<std::size_t>(x);
-    return {p[0], p[1], p[2], image.hasAlpha() ? p[3] : 255};
-}
-
-/// Row 0 of what the decoder makes of the bytes; empty on failure.
-inline std::vector<Pixel> firstRow(const Decoded& decoded)
-{
-    const CGImage image = pictureOf(decoded).cgImage();
-    std::vector<Pixel> pixels;
-    for (int x = 0; image && x < image.width(); ++x)
-        pixels.push_back(pixelAt(image, x, 0));
-    return pixels;
-}
-
-inline void append16(Bytes& bytes, std::uint32_t value)
-{
-    bytes.push_back(static_cast<std::uint8_t>(value));
-    bytes.push_back(static_cast<std::uint8_t>(value >> 8));
-}
-
-inline void append32(Bytes& bytes, std::uint32_t value)
-{
-    append16(bytes, value);
-    append16(bytes, value >> 16);
+    const Result<UIImage> picture = decodePicture(bytes, "picture", options);
+    return picture ? "" : picture.error().cause;
 }
 
 inline void append(Bytes& bytes, std::span<const std::uint8_t> more)

@@ -1,7 +1,8 @@
 #include "CommandRunner.h"
-#include "DrawingSupport.h"
+#include "PNGFile.h"
 #include "PillowReader.h"
 #include "TestPaths.h"
+#include "TestPictures.h"
 
 #include "platform/base/WorkerPool.h"
 #include "platform/image/codecs/PictureDecoding.h"
@@ -10,179 +11,175 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <cstdlib>
+#include <cstdint>
 #include <limits>
+#include <string>
+#include <vector>
 
 namespace lamina::test {
 namespace {
 
-using File = Result<std::vector<std::uint8_t>>;
-using Encoder = std::function<File(const CGImage&)>;
+using File = std::vector<std::uint8_t>;
 
-constexpr UIColor kBlue{0, 0, 1, 1};
-
-const Encoder kBMP = [](const CGImage& image) { return encodeBMP(image, kBlue, "picture"); };
-const Encoder kGIF = [](const CGImage& image) { return encodeGIF(image, kBlue, "picture"); };
-const Encoder kJPEG = [](const CGImage& image) { return encodeJPEG(image, 1, kBlue, "picture"); };
-const Encoder kTIFF = [](const CGImage& image) { return encodeTIFF(image, "picture"); };
-
-/// The encoded picture as Pillow reads it.
-PillowPicture read(const File& file)
+Result<File> encoded(std::string_view uti, const CGImage& picture, const EncodeOptions& options = {})
 {
-    EXPECT_TRUE(file) << (file ? "" : file.error().cause);
-    if (!file)
-        return {};
-    const TemporaryFolder folder;
-    writeFile(folder.path("picture"), std::string(file->begin(), file->end()));
-    return readWithPillow(folder.path("picture"));
+    return encodePicture(picture, *pictureFormatForUTI(uti), "picture", options);
 }
 
-CGImage flat(Pixel color, CGImageAlphaInfo alpha = CGImageAlphaInfo::Last)
+/// A picture as RGBA with straight alpha; 255 where it has none.
+CGImage asRead(const CGImage& picture)
 {
-    return fourBytePicture(16, 16, alpha, [&](int, int) { return color; });
+    return makePicture(
+        picture.width(), picture.height(),
+        [&](int x, int y) {
+            Rgba pixel = pixelAt(picture, x, y);
+            pixel[3] = picture.hasAlpha() ? pixel[3] : 255;
+            return pixel;
+        },
+        true);
 }
 
-/// The largest difference between the picture, R G B A in memory, and what was read. Alpha is taken as 255 where the
-/// picture has none.
-int largestDifference(const CGImage& wanted, const PillowPicture& got)
-{
-    EXPECT_EQ((IntSize{got.width, got.height}), wanted.size());
-    int largest = 0;
-    for (int y = 0; y < wanted.height(); ++y)
-        for (int x = 0; x < wanted.width(); ++x)
-            for (int c = 0; c < 4; ++c) {
-                const int value = c < 3 || wanted.hasAlpha() ? wanted.row(y)[4 * x + c] : 255;
-                largest = std::max(largest, std::abs(value - got.at(x, y, c)));
-            }
-    return largest;
-}
+/// A file that is written, and what another program is to make of it.
+struct Case {
+    std::string_view uti;
+    CGImage picture;
+    std::string kind;
+    CGImage wanted;
+    int tolerance = 0;
+    EncodeOptions options = {};
+};
 
-TEST(Encoders, KeepEveryPixelWhereTheFormatCan)
+void check(const std::vector<Case>& cases)
 {
-    for (const IntSize size : {IntSize{1, 1}, IntSize{3, 17}, IntSize{64, 5}, IntSize{301, 403}}) {
-        SCOPED_TRACE(testing::Message() << size.width << " x " << size.height);
-        const CGImage opaque = noisePicture(size.width, size.height, CGImageAlphaInfo::NoneSkipLast);
-        const CGImage translucent = noisePicture(size.width, size.height, CGImageAlphaInfo::Last, 2);
-        const PillowPicture bmp = read(kBMP(opaque));
-        EXPECT_EQ(bmp.format + bmp.mode, "BMPRGB");
-        EXPECT_EQ(largestDifference(opaque, bmp), 0);
-        const PillowPicture tiff = read(kTIFF(opaque));
-        EXPECT_EQ(tiff.format + tiff.mode + tiff.profile, "TIFFRGBsRGB");
-        EXPECT_EQ(largestDifference(opaque, tiff), 0);
-        const PillowPicture clear = read(kTIFF(translucent));
-        EXPECT_EQ(clear.mode, "RGBA");
-        EXPECT_EQ(largestDifference(translucent, clear), 0);
+    std::vector<File> files;
+    for (const Case& c : cases)
+        files.push_back(*encoded(c.uti, c.picture, c.options));
+    const std::vector<PillowPicture> pictures = readWithPillow(files);
+    for (std::size_t i = 0; i < cases.size(); ++i) {
+        SCOPED_TRACE(testing::Message() << "case " << i << ", " << cases[i].uti);
+        EXPECT_EQ(pictures[i].kind, cases[i].kind);
+        EXPECT_TRUE(imagesMatch(pictures[i].pixels, cases[i].wanted, cases[i].tolerance));
     }
 }
 
-TEST(Encoders, KeepGrayPicturesGray)
+// Sizes around those that the filters' loops take at once.
+TEST(Encoders, KeepEveryPixelWhereTheFormatCan)
 {
-    const CGImage ramp = bytePicture(40, 30, [](int x, int y) { return 6 * x + y / 3; });
-    const PillowPicture tiff = read(kTIFF(ramp));
-    const PillowPicture jpeg = read(kJPEG(ramp));
-    EXPECT_EQ(tiff.mode + tiff.profile, "L-");
-    EXPECT_EQ(jpeg.mode + jpeg.profile, "L-"); // a profile of RGB would be wrong beside one component
-    for (int y = 0; y < 30; ++y)
-        for (int x = 0; x < 40; ++x) {
-            ASSERT_EQ(tiff.at(x, y, 1), 6 * x + y / 3);
-            ASSERT_NEAR(jpeg.at(x, y, 1), 6 * x + y / 3, 1);
-        }
-    // A mask is an alpha beside the grey, and none where it hides nothing.
-    const CGImage masked = ramp.withMask(bytePicture(40, 30, [](int x, int) { return x < 20 ? 255 : 0; }));
-    const PillowPicture half = read(kTIFF(masked));
-    EXPECT_EQ(half.mode, "LA");
-    EXPECT_EQ(half.at(19, 9, 3), 0);
-    EXPECT_EQ(half.at(20, 9, 1), 6 * 20 + 3);
-    EXPECT_EQ(half.at(20, 9, 3), 255);
-    EXPECT_EQ(read(kTIFF(ramp.withMask(bytePicture(40, 30, [](int, int) { return 0; })))).mode, "L");
+    std::vector<Case> cases;
+    for (const IntSize size : {IntSize{1, 1}, IntSize{3, 17}, IntSize{64, 5}, IntSize{301, 260}}) {
+        const CGImage opaque = noisePicture(size.width, size.height, CGImageAlphaInfo::NoneSkipLast);
+        const CGImage translucent = noisePicture(size.width, size.height, CGImageAlphaInfo::Last, 2);
+        cases.push_back({kUTTypePNG, opaque, "PNG RGB sRGB", asRead(opaque)});
+        cases.push_back({kUTTypeTIFF, opaque, "TIFF RGB sRGB", asRead(opaque)});
+        cases.push_back({kUTTypeBMP, opaque, "BMP RGB -", asRead(opaque)});
+        cases.push_back({kUTTypePNG, translucent, "PNG RGBA sRGB", translucent});
+        cases.push_back({kUTTypeTIFF, translucent, "TIFF RGBA sRGB", translucent});
+    }
+    // Contents that lead to each of the filters of a PNG.
+    using Value = int (*)(int, int);
+    for (const Value value : {Value([](int, int) { return 200; }), Value([](int x, int y) { return x * 3 + y * 5; }),
+                              Value([](int x, int y) { return (x / 5 + y / 3) % 2 * 255; }),
+                              Value([](int x, int y) { return (x * x + y * y) / 8; })}) {
+        const CGImage picture = makePicture(300, 200, [&](int x, int y) {
+            const auto level = static_cast<std::uint8_t>(value(x, y));
+            return Rgba{level, static_cast<std::uint8_t>(level + x), 9, 255};
+        });
+        cases.push_back({kUTTypePNG, picture, "PNG RGB sRGB", asRead(picture)});
+    }
+    check(cases);
 }
 
-// The look of a ramp, the resolution of colours, and the profile. In best quality each of the three steps (colours,
-// transform, quantisation) rounds once.
+TEST(Encoders, StoreNoMoreThanThePictureHas)
+{
+    const auto level = [](int x, int y) { return 6 * x + y / 3; };
+    const CGImage gray = bytePicture(40, 30, level);
+    const auto asGray = [&](int from) {
+        return makePicture(
+            40, 30,
+            [&](int x, int y) {
+                const auto value = static_cast<std::uint8_t>(level(x, y));
+                return Rgba{value, value, value, static_cast<std::uint8_t>(x < from ? 0 : 255)};
+            },
+            true);
+    };
+    // A mask is an alpha beside the grey, and none where it hides nothing.
+    const CGImage half = gray.withMask(bytePicture(40, 30, [](int x, int) { return x < 20 ? 255 : 0; }));
+    const CGImage all = gray.withMask(bytePicture(40, 30, [](int, int) { return 0; }));
+    const CGImage opaque = solidPicture(5, 5, {1, 2, 3, 255});
+    const CGImage premultiplied = solidPicture(5, 5, {100, 100, 100, 128}, CGImageAlphaInfo::PremultipliedLast);
+    check({{kUTTypePNG, gray, "PNG L -", asGray(0)},
+           {kUTTypeTIFF, gray, "TIFF L -", asGray(0)},
+           {kUTTypeJPEG, gray, "JPEG L - 1x1", asGray(0), 1}, // a profile of RGB would be wrong beside one component
+           {kUTTypePNG, half, "PNG LA -", asGray(20)},
+           {kUTTypeTIFF, half, "TIFF LA -", asGray(20)},
+           {kUTTypeTIFF, all, "TIFF L -", asGray(0)},
+           {kUTTypePNG, opaque, "PNG RGB sRGB", opaque},
+           {kUTTypePNG, premultiplied, "PNG RGBA sRGB", solidPicture(5, 5, {199, 199, 199, 128})}});
+}
+
+// In best quality each of the three steps (colours, transform, quantisation) rounds once.
 TEST(Encoders, WriteJPEGInTheQualityWanted)
 {
-    const CGImage ramp = fourBytePicture(120, 90, CGImageAlphaInfo::NoneSkipLast, [](int x, int y) {
-        return Pixel{static_cast<std::uint8_t>(2 * x), static_cast<std::uint8_t>(2 * y), 90, 17};
-    });
-    const auto encoded = [&](double quality) { return *encodeJPEG(ramp, quality, kBlue, "picture"); };
-    const PillowPicture best = read(encoded(1));
-    EXPECT_EQ(best.format + best.mode + best.profile + best.sampling, "JPEGRGBsRGB1x1");
-    EXPECT_LE(largestDifference(ramp, best), 3);
-    const PillowPicture plain = read(encoded(0.8));
-    EXPECT_EQ(plain.sampling, "2x2");
-    EXPECT_LE(largestDifference(ramp, plain), 16);
-    EXPECT_GT(encoded(1).size(), encoded(0.8).size());
-    EXPECT_GT(encoded(0.8).size(), encoded(0.2).size());
-    EXPECT_EQ(encoded(7), encoded(1));
-    EXPECT_EQ(encoded(std::nan("")), encoded(1));
-    EXPECT_EQ(encoded(-7), encoded(0));
+    const CGImage ramp = rampPicture(120, 90, 90);
+    const auto size = [&](double quality) { return encoded(kUTTypeJPEG, ramp, {.quality = quality})->size(); };
+    check({{kUTTypeJPEG, ramp, "JPEG RGB sRGB 1x1", asRead(ramp), 3, {.quality = 1}},
+           {kUTTypeJPEG, ramp, "JPEG RGB sRGB 2x2", asRead(ramp), 16, {.quality = 0.8}}});
+    EXPECT_GT(size(1), size(0.8));
+    EXPECT_GT(size(0.8), size(0.2));
+    EXPECT_EQ(size(7), size(1));
+    EXPECT_EQ(size(std::nan("")), size(1));
+    EXPECT_EQ(size(-7), size(0));
 }
 
 // By hand: value · alpha + background · (1 - alpha), with alpha 128/255.
-TEST(Encoders, LayTranslucentPixelsOnTheBackground)
+TEST(Encoders, CompositeTranslucentPixelsOverTheBackground)
 {
-    struct Case {
-        UIColor background;
-        Pixel wanted;
-    };
     const double nan = std::nan("");
-    const Case cases[] = {
-        {{0, 0, 1, 1}, {100, 50, 127, 255}},   {{1, 1, 1, 1}, {227, 177, 127, 255}},
-        {{0, 0, 0, 0}, {227, 177, 127, 255}},  // clear lies on white
-        {{9, -4, nan, 1}, {227, 50, 0, 255}},  // as (1, 0, 0)
-        {{0, 0, 0, 0.5}, {164, 114, 64, 255}}, // grey of 128: half black on white
-    };
-    const CGImage picture = flat({200, 100, 0, 128});
-    for (const Case& c : cases) {
-        SCOPED_TRACE(testing::Message() << c.background.red << ' ' << c.background.green << ' ' << c.background.blue);
-        const PillowPicture bmp = read(encodeBMP(picture, c.background, "picture"));
-        const PillowPicture gif = read(encodeGIF(picture, c.background, "picture"));
-        const PillowPicture jpeg = read(encodeJPEG(picture, 1, c.background, "picture"));
-        for (int channel = 0; channel < 4; ++channel) {
-            const int wanted = c.wanted[static_cast<std::size_t>(channel)];
-            EXPECT_NEAR(bmp.at(7, 7, channel), wanted, 1);
-            EXPECT_NEAR(gif.at(7, 7, channel), wanted, 1);
-            EXPECT_NEAR(jpeg.at(7, 7, channel), wanted, 2);
-        }
+    const CGImage picture = solidPicture(16, 16, {200, 100, 0, 128});
+    std::vector<Case> cases;
+    for (const auto& [background, wanted] :
+         {std::pair{UIColor{0, 0, 1, 1}, Rgba{100, 50, 127, 255}},
+          {UIColor{0, 0, 0, 0}, Rgba{227, 177, 127, 255}},  // clear lies on white
+          {UIColor{9, -4, nan, 1}, Rgba{227, 50, 0, 255}},  // as (1, 0, 0)
+          {UIColor{0, 0, 0, 0.5}, Rgba{164, 114, 64, 255}}, // grey of 128: half black on white
+          {EncodeOptions().background, Rgba{227, 177, 127, 255}}}) {
+        const EncodeOptions options{.background = background};
+        cases.push_back({kUTTypeBMP, picture, "BMP RGB -", solidPicture(16, 16, wanted), 1, options});
+        cases.push_back({kUTTypeGIF, picture, "GIF P -", solidPicture(16, 16, wanted), 1, options});
+        cases.push_back({kUTTypeJPEG, picture, "JPEG RGB sRGB 1x1", solidPicture(16, 16, wanted), 2, options});
     }
-    const CGImage masked = flat({200, 100, 0, 255}).withMask(bytePicture(16, 16, [](int, int) { return 255; }));
-    EXPECT_EQ(read(kBMP(masked)).at(7, 7, 2), 255) << "an image mask of the largest value hides";
+    check(cases);
 }
 
 TEST(Encoders, KeepFewColorsOfAGIFExactly)
 {
     // 256 colours that share cells of any coarse histogram, in the order of a permutation
     const auto color = [](int i, int alpha) {
-        return Pixel{static_cast<std::uint8_t>(i), static_cast<std::uint8_t>(i * 37), 90,
-                     static_cast<std::uint8_t>(alpha)};
+        return Rgba{static_cast<std::uint8_t>(i), static_cast<std::uint8_t>(i * 37), 90,
+                    static_cast<std::uint8_t>(alpha)};
     };
-    const CGImage all = fourBytePicture(32, 24, CGImageAlphaInfo::Last,
-                                        [&](int x, int y) { return color((x + 32 * y) * 77 % 256, 255); });
-    const PillowPicture opaque = read(kGIF(all));
-    EXPECT_EQ(opaque.format, "GIF");
-    EXPECT_EQ(largestDifference(all, opaque), 0);
-
+    const CGImage all = makePicture(
+        32, 24, [&](int x, int y) { return color((x + 32 * y) * 77 % 256, 255); }, true);
     // One colour less, and its place clear. 127 is clear, 128 is not.
-    const CGImage some = fourBytePicture(16, 16, CGImageAlphaInfo::Last, [&](int x, int y) {
-        const int i = x + 16 * y;
-        return i == 200 ? color(i, 127) : color(i, 255);
-    });
-    const PillowPicture clear = read(kGIF(some));
-    for (int i = 0; i < 256; ++i) {
-        ASSERT_EQ(clear.at(i % 16, i / 16, 3), i == 200 ? 0 : 255) << i;
-        ASSERT_EQ(clear.at(i % 16, i / 16, 0), i == 200 ? 0 : i) << i;
-    }
-    EXPECT_EQ(read(kGIF(flat({9, 9, 9, 0}))).at(3, 3, 3), 0);
-    EXPECT_EQ(read(kGIF(flat({9, 8, 7, 255}))).at(3, 3, 1), 8);
+    const auto but200 = [&](int alpha) {
+        return [=](int x, int y) { return x + 16 * y == 200 ? color(200, alpha) : color(x + 16 * y, 255); };
+    };
+    const auto clear = [&](int x, int y) { return x + 16 * y == 200 ? Rgba{} : color(x + 16 * y, 255); };
+    const CGImage empty = solidPicture(16, 16, {9, 9, 9, 0});
+    const CGImage black = solidPicture(16, 16, {0, 0, 0, 0});
+    check({{kUTTypeGIF, all, "GIF P -", all},
+           {kUTTypeGIF, makePicture(16, 16, but200(127), true), "GIF P -", makePicture(16, 16, clear, true)},
+           {kUTTypeGIF, solidPicture(16, 16, {9, 8, 7, 255}), "GIF P -", solidPicture(16, 16, {9, 8, 7, 255})},
+           {kUTTypeGIF, empty, "GIF P -", black}});
 }
 
-double meanSquare(const CGImage& wanted, const PillowPicture& got)
+double meanSquare(const CGImage& wanted, const CGImage& got)
 {
     double sum = 0;
     for (int y = 0; y < wanted.height(); ++y)
         for (int x = 0; x < wanted.width(); ++x)
             for (int c = 0; c < 3; ++c)
-                sum += std::pow(wanted.row(y)[4 * x + c] - got.at(x, y, c), 2);
+                sum += std::pow(wanted.row(y)[4 * x + c] - got.row(y)[4 * x + c], 2);
     return sum / (3.0 * wanted.width() * wanted.height());
 }
 
@@ -197,63 +194,66 @@ im.quantize(256, method=Image.Quantize.MEDIANCUT, dither=Image.Dither.NONE).save
 )";
     for (const char* name : {"city-rain", "meadow", "sea-sunset"}) {
         SCOPED_TRACE(name);
+        const TemporaryFolder folder;
         const Result<UIImage> photo = loadPicture(samples(name + std::string(".jpg")), {.shortSide = 500});
         ASSERT_TRUE(photo);
-        const CGImage& pixels = photo->cgImage();
-        const TemporaryFolder folder;
-        const auto png = encodePNG(pixels, "picture");
-        writeFile(folder.path("photo.png"), std::string(png->begin(), png->end()));
-        ASSERT_EQ(
-            runCommand("/usr/bin/python3", {"-c", script, folder.path("photo.png"), folder.path("other.gif")}).exitCode,
-            0);
-        const double ours = meanSquare(pixels, read(kGIF(pixels)));
-        const double other = meanSquare(pixels, readWithPillow(folder.path("other.gif")));
-        EXPECT_LT(ours, other);
+        writePng(folder.path("photo.png"), photo->cgImage());
+        runCommand("/usr/bin/python3", {"-c", script, folder.path("photo.png"), folder.path("other.gif")});
+        const double ours =
+            meanSquare(photo->cgImage(), readWithPillow({*encoded(kUTTypeGIF, photo->cgImage())})[0].pixels);
+        EXPECT_LT(ours, meanSquare(photo->cgImage(), readPictureFile(folder.path("other.gif"))));
         EXPECT_GT(ours, 0);
     }
 }
 
 TEST(Encoders, RefuseWhatTheFormatCannotState)
 {
-    const auto line = [](int length) { return bytePicture(length, 1, [](int x, int) { return x % 256; }); };
-    const auto causeOf = [](const File& file) { return file ? std::string() : file.error().cause; };
-    EXPECT_EQ(causeOf(kJPEG(line(65501))), "a JPEG picture can't be longer than 65500 pixels");
-    EXPECT_EQ(causeOf(kGIF(line(65536))), "a GIF picture can't be longer than 65535 pixels");
-    EXPECT_EQ(read(kJPEG(line(65500))).width, 65500);
-    EXPECT_EQ(read(kGIF(line(65535))).at(65534, 0, 1), 65534 % 256);
-    EXPECT_EQ(read(kTIFF(line(300'000))).at(299'999, 0, 1), 299'999 % 256); // a row longer than a strip should be
-    for (const Encoder& encoder : {kBMP, kGIF, kJPEG, kTIFF})
-        EXPECT_EQ(causeOf(encoder(CGImage())), "there is no picture");
+    const auto line = [](int length) { return bytePicture(length, 1, [](int x, int) { return x % 251; }); };
+    const auto lineRead = [](int length) {
+        return makePicture(
+            length, 1,
+            [](int x, int) {
+                const auto value = static_cast<std::uint8_t>(x % 251);
+                return Rgba{value, value, value, 255};
+            },
+            true);
+    };
+    check({{kUTTypeGIF, line(65535), "GIF P -", lineRead(65535)},
+           {kUTTypeJPEG, line(65500), "JPEG L - 1x1", lineRead(65500), 9},
+           {kUTTypeTIFF, line(300'000), "TIFF L -", lineRead(300'000)}}); // a row longer than a strip should be
 
     // One bit a pixel here, 24 in the file: 2.4 GB.
-    CGImageLayout layout = CGImageLayout::gray(32'768, 24'576);
-    layout.bitsPerComponent = layout.bitsPerPixel = 1;
-    layout.bytesPerRow = 32'768 / 8;
+    const CGImageLayout layout =
+        packedLayout({32'768, 24'576}, bitmapInfo(CGImageAlphaInfo::None), 1, 1, CGColorSpace::deviceGray());
     const CGImage huge = CGImage::make(layout, PixelBuffer::allocate(layout.byteCount()));
-    ASSERT_TRUE(huge);
-    EXPECT_EQ(causeOf(kBMP(huge)), "a BMP picture can't be larger than 2 GB");
+    const auto causeOf = [](const Result<File>& file) { return file ? std::string() : file.error().cause; };
+    EXPECT_EQ(causeOf(encoded(kUTTypeJPEG, line(65501))), "a JPEG picture can't be longer than 65500 pixels");
+    EXPECT_EQ(causeOf(encoded(kUTTypeGIF, line(65536))), "a GIF picture can't be longer than 65535 pixels");
+    EXPECT_EQ(causeOf(encoded(kUTTypeBMP, huge)), "a BMP picture can't be larger than 2 GB");
+    EXPECT_EQ(causeOf(encoded(kUTTypeTIFF, CGImage())), "there is no picture");
+    EXPECT_EQ(encodePNG(CGImage(), "out.png").error().subject, "out.png");
 }
 
 TEST(Encoders, GiveTheSameBytesWhateverTheCores)
 {
     const CGImage noise = noisePicture(500, 333, CGImageAlphaInfo::Last);
-    for (const Encoder& encoder : {kBMP, kGIF, kJPEG, kTIFF}) {
-        const File first = encoder(noise);
+    for (const PictureFormat& format : pictureFormats()) {
+        if (!format.encoder)
+            continue;
+        const File first = *encodePicture(noise, format, "picture");
         WorkerPool::shared().setConcurrency(1);
-        const File second = encoder(noise);
+        const File second = *encodePicture(noise, format, "picture");
         WorkerPool::shared().setConcurrency(0);
-        ASSERT_TRUE(first && second);
-        EXPECT_EQ(*first, *second);
+        EXPECT_EQ(first, second) << format.name;
     }
 }
 
 TEST(Encoders, StateSRGBInABMP)
 {
-    const File file = kBMP(flat({1, 2, 3, 255}));
-    ASSERT_TRUE(file);
+    const File file = *encoded(kUTTypeBMP, solidPicture(1, 1, {1, 2, 3, 255}));
     // Behind a file header of 14 bytes the picture's own, of which byte 56 begins the kind of colours.
-    EXPECT_EQ((*file)[14], 108);
-    EXPECT_EQ(std::string(file->begin() + 14 + 56, file->begin() + 14 + 60), "BGRs");
+    EXPECT_EQ(file[14], 108);
+    EXPECT_EQ(std::string(file.begin() + 14 + 56, file.begin() + 14 + 60), "BGRs");
 }
 
 } // namespace

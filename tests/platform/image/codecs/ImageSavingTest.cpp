@@ -2,10 +2,15 @@
 
 #include "../../base/LogCapture.h"
 #include "CommandRunner.h"
-#include "DrawingSupport.h"
 #include "PillowReader.h"
+#include "TestPictures.h"
 
 #include <gtest/gtest.h>
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
 
 namespace lamina::test {
 namespace {
@@ -13,10 +18,39 @@ namespace {
 /// Two pixels: red and, to the right of it, green, half covered.
 UIImage twoPixels(UIImageOrientation orientation = UIImageOrientation::Up, double scale = 1)
 {
-    const CGImage pixels = fourBytePicture(2, 1, CGImageAlphaInfo::Last, [](int x, int) {
-        return x == 0 ? Pixel{255, 0, 0, 255} : Pixel{0, 255, 0, 128};
-    });
-    return UIImage(pixels, scale, orientation);
+    const auto color = [](int x, int) { return x == 0 ? Rgba{255, 0, 0, 255} : Rgba{0, 255, 0, 128}; };
+    return UIImage(makePicture(2, 1, color, true), scale, orientation);
+}
+
+/// What Pillow makes of a file that was saved.
+PillowPicture readSaved(const std::string& path)
+{
+    const std::string content = readFile(path);
+    return readWithPillow({{content.begin(), content.end()}})[0];
+}
+
+TEST(PictureFormats, AreToldByExtensionAndType)
+{
+    const auto named = [](std::string_view file) {
+        const PictureFormat* format = pictureFormatForFileName(file);
+        return format ? format->name : "none";
+    };
+    for (const auto& [file, name] : {std::pair{"a.jpg", "JPEG"},
+                                     {"/b.c/A.JPEG", "JPEG"},
+                                     {"a.png.Dib", "BMP"},
+                                     {"x.avif", "HEIC"},
+                                     {"x.TIF", "TIFF"},
+                                     {".png", "none"},
+                                     {"/x/.png", "none"},
+                                     {"a.png/b", "none"},
+                                     {"png", "none"},
+                                     {"a.", "none"},
+                                     {"", "none"}})
+        EXPECT_EQ(named(file), name) << file;
+    EXPECT_EQ(extensionForUTI("public.heic"), "heic");
+    EXPECT_EQ(extensionForUTI("com.adobe.pdf"), "pdf");
+    EXPECT_EQ(extensionForUTI("public.nothing"), std::nullopt);
+    EXPECT_EQ(extensionForUTI(""), std::nullopt);
 }
 
 TEST(ImageSaving, FollowsTheTypesNumber)
@@ -24,64 +58,47 @@ TEST(ImageSaving, FollowsTheTypesNumber)
     struct Case {
         int type;
         std::string_view uti;
-        const char* format;
+        const char* kind;
         const char* extension;
     };
     const Case cases[] = {
-        {0, "public.png", "PNG", "png"},         {1, "public.jpeg", "JPEG", "jpeg"},
-        {2, "com.compuserve.gif", "GIF", "gif"}, {3, "com.microsoft.bmp", "BMP", "bmp"},
-        {4, "public.tiff", "TIFF", "tiff"},      {5, "public.png", "PNG", "png"},
-        {-1, "public.png", "PNG", "png"},        {2147483647, "public.png", "PNG", "png"},
+        {0, "public.png", "PNG RGBA sRGB", "png"},    {1, "public.jpeg", "JPEG RGB sRGB 1x1", "jpeg"},
+        {2, "com.compuserve.gif", "GIF P -", "gif"},  {3, "com.microsoft.bmp", "BMP RGB -", "bmp"},
+        {4, "public.tiff", "TIFF RGBA sRGB", "tiff"}, {5, "public.png", "PNG RGBA sRGB", "png"},
+        {-1, "public.png", "PNG RGBA sRGB", "png"},
     };
     const TemporaryFolder folder;
     for (const Case& c : cases) {
         SCOPED_TRACE(c.type);
         EXPECT_EQ(utiForType(c.type), c.uti);
         EXPECT_EQ(extensionForUTI(c.uti), c.extension);
+        // The file's name has no say.
         ASSERT_TRUE(saveToPath(twoPixels(), folder.path("a.file"), c.type, UIColor::black()));
-        EXPECT_EQ(readWithPillow(folder.path("a.file")).format, c.format);
+        EXPECT_EQ(readSaved(folder.path("a.file")).kind, c.kind);
         ASSERT_TRUE(saveToURL(twoPixels(), "file://" + folder.path("b.file"), c.uti, UIColor::black()));
         EXPECT_EQ(readFile(folder.path("b.file")), readFile(folder.path("a.file")));
     }
-    EXPECT_EQ(extensionForUTI("public.nothing"), std::nullopt);
-    EXPECT_EQ(extensionForUTI(""), std::nullopt);
-
-    // No identifier means PNG, whose translucent pixels need no background.
-    ASSERT_TRUE(saveToPath(twoPixels(), folder.path("a.file"), "", UIColor::black()));
-    const PillowPicture png = readWithPillow(folder.path("a.file"));
-    EXPECT_EQ(png.format + png.mode, "PNGRGBA");
-    EXPECT_EQ(png.at(1, 0, 3), 128);
+    ASSERT_TRUE(saveToPath(twoPixels(), folder.path("name.jpg")));
+    EXPECT_EQ(readSaved(folder.path("name.jpg")).kind, "PNG RGBA sRGB");
 }
 
 TEST(ImageSaving, WritesWhatIsSeen)
 {
     const TemporaryFolder folder;
     // Turned a quarter to the right, left becomes top.
-    ASSERT_TRUE(saveToPath(twoPixels(UIImageOrientation::Right, 2), folder.path("turned.bmp"), kImageTypeBMP,
-                           UIColor::black()));
-    const PillowPicture turned = readWithPillow(folder.path("turned.bmp"));
-    ASSERT_EQ((IntSize{turned.width, turned.height}), (IntSize{1, 2}));
-    EXPECT_EQ(turned.at(0, 0, 0), 255);
-    EXPECT_EQ(turned.at(0, 1, 1), 128);
+    ASSERT_TRUE(
+        saveToPath(twoPixels(UIImageOrientation::Right, 2), folder.path("turned"), kImageTypeBMP, UIColor::black()));
+    EXPECT_EQ(pixelsOf(readSaved(folder.path("turned")).pixels),
+              (std::vector<Rgba>{{255, 0, 0, 255}, {0, 128, 0, 255}}));
     // White where no colour is given: half green on white keeps all of the green.
-    ASSERT_TRUE(saveToPath(twoPixels(), folder.path("white.bmp"), kImageTypeBMP, std::nullopt));
-    const PillowPicture white = readWithPillow(folder.path("white.bmp"));
-    EXPECT_EQ(white.at(1, 0, 1), 255);
-    EXPECT_EQ(white.at(1, 0, 0), 127);
-    // The file's name has no say.
-    ASSERT_TRUE(saveToPath(twoPixels(), folder.path("name.jpg")));
-    EXPECT_EQ(readWithPillow(folder.path("name.jpg")).format, "PNG");
-}
-
-TEST(ImageSaving, FindsTheFileOfAURL)
-{
-    EXPECT_EQ(pathOfFileURL("file:///tmp/a%20b%C3%A4.png"), "/tmp/a b\xC3\xA4.png");
-    EXPECT_EQ(pathOfFileURL("FILE://LocalHost/tmp/100%25.png"), "/tmp/100%.png");
-    EXPECT_EQ(pathOfFileURL("file:/tmp/50%.png"), "/tmp/50%.png");
-    EXPECT_EQ(pathOfFileURL("file:///tmp/a%3Fb.png?size=1#top"), "/tmp/a?b.png");
-    for (const char* url : {"", "file:", "file://", "/tmp/a.png", "https://example.org/a.png", "file://other/a.png",
-                            "file:a.png", "file://localhosts/a.png", "file:///tmp/%00.png"})
-        EXPECT_EQ(pathOfFileURL(url), std::nullopt) << url;
+    ASSERT_TRUE(saveToPath(twoPixels(), folder.path("white"), kImageTypeBMP, std::nullopt));
+    EXPECT_EQ(pixelsOf(readSaved(folder.path("white")).pixels),
+              (std::vector<Rgba>{{255, 0, 0, 255}, {127, 255, 127, 255}}));
+    const UIImage noise(noisePicture(64, 64, CGImageAlphaInfo::NoneSkipLast));
+    const auto size = [&](double quality) {
+        return encodeImage(noise, {std::string(kUTTypeJPEG), quality, std::nullopt}, "noise")->size();
+    };
+    EXPECT_GT(size(1), 2 * size(0.3));
 }
 
 TEST(ImageSaving, AnswersNoAndLeavesNothingBehind)
@@ -94,29 +111,16 @@ TEST(ImageSaving, AnswersNoAndLeavesNothingBehind)
         EXPECT_NE(log.messages.back().second.find(cause), std::string::npos) << log.messages.back().second;
         log.messages.clear();
     };
-    refused(saveToURL(twoPixels(), ""), "not the address of a file");
-    refused(saveToURL(twoPixels(), "https://example.org/a.png"), "not the address of a file");
-    refused(saveToURL(twoPixels(), "file://" + folder.path("none/a.png")), "no such folder");
-    refused(saveToPath(twoPixels(), ""), "not a file name");
-    refused(saveToPath(UIImage(), folder.path("a.png")), "there is no picture");
-    refused(saveToPath(twoPixels(), folder.path("a.heic"), "public.heic", std::nullopt), "can't be written");
-    EXPECT_EQ(folder.names(), std::vector<std::string>());
-
-    // What can't be encoded leaves the file that was there.
     writeFile(folder.path("kept.jpg"), "kept");
     const UIImage line(bytePicture(70'000, 1, [](int, int) { return 1; }));
+    refused(saveToURL(twoPixels(), "https://example.org/a.png"), "not on this device");
+    refused(saveToURL(twoPixels(), "file://" + folder.path("none/a.png")), "no such folder");
+    refused(saveToPath(twoPixels(), ""), "not the name of a file");
+    refused(saveToPath(UIImage(), folder.path("a.png")), "there is no picture");
+    refused(saveToPath(twoPixels(), folder.path("a.heic"), "public.heic", std::nullopt), "can't be written");
     refused(saveToPath(line, folder.path("kept.jpg"), kImageTypeJPEG, std::nullopt), "65500");
-    EXPECT_EQ(readFile(folder.path("kept.jpg")), "kept");
+    EXPECT_EQ(readFile(folder.path("kept.jpg")), "kept"); // what can't be encoded leaves the file that was there
     EXPECT_EQ(folder.names(), std::vector<std::string>{"kept.jpg"});
-}
-
-TEST(ImageSaving, PassesTheQualityOn)
-{
-    const UIImage noise(noisePicture(64, 64, CGImageAlphaInfo::NoneSkipLast));
-    const auto size = [&](double quality) {
-        return encodeImage(noise, {std::string(kUTTypeJPEG), quality, std::nullopt}, "noise")->size();
-    };
-    EXPECT_GT(size(1), 2 * size(0.3));
 }
 
 } // namespace

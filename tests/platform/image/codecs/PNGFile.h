@@ -60,13 +60,4 @@ inline Bytes deflated(const Bytes& bytes)
     return packed;
 }
 
-inline PNGChunk pngHeader(int width, int height, int bits, int colorType)
-{
-    PNGChunk header{"IHDR", {}};
-    appendBig32(header.data, static_cast<std::size_t>(width));
-    appendBig32(header.data, static_cast<std::size_t>(height));
-    append(header.data, Bytes{static_cast<std::uint8_t>(bits), static_cast<std::uint8_t>(colorType), 0, 0, 0});
-    return header;
-}
-
 } // namespace lamina::test

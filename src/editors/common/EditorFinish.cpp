@@ -1,0 +1,108 @@
+// The ways out of an editor: discarding, and the picture as a file.
+
+#include "editors/common/EditorViewController.h"
+
+#include "platform/base/Causes.h"
+#include "platform/base/DispatchQueue.h"
+#include "platform/base/Localization.h"
+#include "platform/photos/PhotoFolder.h"
+#include "platform/photos/PictureQueue.h"
+#include "platform/view/FailureAlert.h"
+#include "platform/view/ImageRendering.h"
+#include "platform/view/UIAlertController.h"
+
+#include <QDir>
+
+namespace lamina {
+
+namespace {
+
+/// With the home folder as "~", as people know it.
+QString shownPath(const std::string& path)
+{
+    const QString text = QString::fromStdString(path);
+    const QString home = QDir::homePath();
+    return text.startsWith(home + '/') ? '~' + text.mid(home.size()) : text;
+}
+
+} // namespace
+
+void EditorViewController::askToDiscard(std::function<void()> discard)
+{
+    const auto yes = [weak = weak_from_this(), discard = std::move(discard)] {
+        if (const std::shared_ptr<UIViewController> self = weak.lock())
+            discard();
+    };
+    present(UIAlertController::make(localizedString("⚠️"), localizedString("Discard Editing"),
+                                    {{localizedString("YES"), UIAlertActionStyle::Default, yes},
+                                     {localizedString("NO"), UIAlertActionStyle::Default, {}}}),
+            true);
+}
+
+UIImage EditorViewController::flattened()
+{
+    prepareExport();
+    return renderedCanvas();
+}
+
+UIImage EditorViewController::renderedCanvas() const
+{
+    return imageByRenderingView(exportedView());
+}
+
+void EditorViewController::savePicture()
+{
+    if (m_saving)
+        return;
+    setNotice({});
+    const UIImage picture = flattened();
+    if (!picture)
+        return showSaveFailure({localizedString("The picture"), cause::kNoMemory});
+    setSaving(true);
+
+    const auto weak = std::weak_ptr<UIViewController>(weak_from_this());
+    // The process waits for the file, and the screen doesn't have to.
+    pictureQueue().async([this, weak, image = picture.cgImage(), work = DispatchQueue::main().expectWork()] {
+        const Result<std::string> path = savePNGToPhotoLibrary(image);
+        DispatchQueue::main().async([this, weak, path, work] {
+            if (const auto self = weak.lock())
+                saved(path);
+        });
+    });
+}
+
+void EditorViewController::saved(const Result<std::string>& path)
+{
+    if (path)
+        setNotice(QString::fromStdString(localizedString("Saved to %1")).arg(shownPath(*path)));
+    setSaving(false);
+    if (!path)
+        showSaveFailure(path.error());
+}
+
+void EditorViewController::showSaveFailure(const Error& error)
+{
+    presentFailure(*this, localizedString("Can’t save the picture"),
+                   {shownPath(error.subject).toStdString(), error.cause});
+}
+
+void EditorViewController::dismissNotice()
+{
+    setNotice({});
+}
+
+void EditorViewController::setSaving(bool saving)
+{
+    m_saving = saving;
+    emit savingChanged();
+}
+
+void EditorViewController::setNotice(const QString& notice)
+{
+    if (notice == m_notice)
+        return;
+    m_notice = notice;
+    emit noticeChanged();
+}
+
+} // namespace lamina

@@ -1,0 +1,167 @@
+#include "editors/common/EditorViewController.h"
+
+#include <array>
+#include <cmath>
+#include <utility>
+
+namespace lamina {
+
+namespace {
+
+void cancelGesturesIn(UIView& view)
+{
+    for (const auto& gesture : std::vector(view.gestureRecognizers())) {
+        if (!gesture->isActive())
+            continue;
+        gesture->setEnabled(false);
+        gesture->setEnabled(true);
+    }
+    for (const auto& child : std::vector(view.subviews()))
+        cancelGesturesIn(*child);
+}
+
+} // namespace
+
+EditorViewController::EditorViewController(std::span<const EditorTool> tools, std::string_view active)
+    : m_toolBar(tools, active)
+    , m_tools(m_toolBar.list())
+{
+    watch([this] { return m_toolBar; },
+          [this] {
+              m_tools = m_toolBar.list();
+              emit barChanged();
+          });
+    watch([this] { return std::array{canUndo(), canRedo()}; }, [this] { emit historyChanged(); });
+}
+
+EditorViewController::~EditorViewController() = default;
+
+void EditorViewController::setToolAction(std::string_view tool, std::function<void()> action)
+{
+    m_toolActions[std::string(tool)] = std::move(action);
+    m_toolBar.setEnabled(tool, true);
+    m_tools = m_toolBar.list();
+}
+
+void EditorViewController::chooseTool(const QString& identifier)
+{
+    const std::string tool = identifier.toStdString();
+    const auto found = m_toolActions.find(tool);
+    if (found != m_toolActions.end() && m_toolBar.cell(tool).enabled)
+        found->second();
+}
+
+void EditorViewController::act(const std::function<void()>& change)
+{
+    cancelGestures();
+    change();
+    endStep();
+}
+
+void EditorViewController::endStep(EditSeries series)
+{
+    recordStep(series);
+    tell();
+}
+
+void EditorViewController::undo()
+{
+    cancelGestures();
+    if (!canUndo())
+        return;
+    stepBack();
+    tell();
+}
+
+void EditorViewController::redo()
+{
+    cancelGestures();
+    if (!canRedo())
+        return;
+    stepForth();
+    tell();
+}
+
+void EditorViewController::cancelGestures()
+{
+    if (isViewLoaded())
+        cancelGesturesIn(view());
+}
+
+void EditorViewController::handlePan1(UIPanGestureRecognizer& gesture)
+{
+    if (!isPhotoView(gesture.view()))
+        return;
+    if (!gesture.isActive())
+        return endGesture(gesture, EditSeries::Move);
+    panPhoto(*gesture.view(), gesture.translationInView(&gestureSpace()));
+    gesture.setTranslation({}, &gestureSpace());
+}
+
+void EditorViewController::pinch(UIPinchGestureRecognizer& gesture)
+{
+    UIView* const view = gesture.view();
+    if (!isPhotoView(view))
+        return;
+    transformPhoto(*view, view->transform().scaled(gesture.scale(), gesture.scale()));
+    gesture.setScale(1);
+    endGesture(gesture, EditSeries::Zoom);
+}
+
+void EditorViewController::rotationGes(UIRotationGestureRecognizer& gesture)
+{
+    UIView* const view = gesture.view();
+    if (!isPhotoView(view))
+        return;
+    transformPhoto(*view, view->transform().rotated(gesture.rotation()));
+    gesture.setRotation(0);
+    endGesture(gesture, EditSeries::Rotate);
+}
+
+void EditorViewController::nudge(double dx, double dy)
+{
+    UIView* const view = gestureView();
+    if (view == nullptr)
+        return;
+    panPhoto(*view, {dx, dy});
+    endStep(EditSeries::Move);
+}
+
+void EditorViewController::zoomBy(double factor)
+{
+    UIView* const view = gestureView();
+    if (view == nullptr || !std::isfinite(factor) || !(factor > 0))
+        return;
+    transformPhoto(*view, view->transform().scaled(factor, factor));
+    endStep(EditSeries::Zoom);
+}
+
+void EditorViewController::endGesture(const UIGestureRecognizer& gesture, EditSeries series)
+{
+    if (gesture.isActive())
+        return;
+    // Without fingers it is a notch of a wheel or a moment of a touchpad's pinch.
+    const bool whole = gesture.numberOfTouches() > 0;
+    endStep(whole ? EditSeries::None : series);
+}
+
+void EditorViewController::tell()
+{
+    emit changed();
+    m_notifier.tell();
+    tellEdited();
+}
+
+void EditorViewController::tellGesture()
+{
+    emit changed();
+    tellEdited();
+}
+
+void EditorViewController::tellEdited()
+{
+    if (std::exchange(m_edited, differsFromOpening()) != m_edited)
+        emit editedChanged();
+}
+
+} // namespace lamina

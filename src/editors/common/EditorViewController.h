@@ -1,0 +1,170 @@
+#pragma once
+
+#include "editors/common/ChangeNotifier.h"
+#include "editors/common/EditHistory.h"
+#include "editors/common/EditorToolBar.h"
+#include "platform/base/Result.h"
+#include "platform/image/pixels/UIImage.h"
+#include "platform/view/UIPanGestureRecognizer.h"
+#include "platform/view/UIPinchGestureRecognizer.h"
+#include "platform/view/UIRotationGestureRecognizer.h"
+#include "platform/view/UIViewController.h"
+
+#include <QString>
+#include <QVariantList>
+
+#include <functional>
+#include <map>
+#include <memory>
+#include <span>
+#include <string>
+#include <string_view>
+
+namespace lamina {
+
+/// What every editor is: photos on a canvas that gestures, wheel and keys move, a bar of tools, undo, and the ways out.
+/// An editor derives from `CompositionEditor`, which adds the composition and its history. Main thread only.
+///
+/// One change is one step of undo: a gesture from its start to its end, an action, a run of keys or of the wheel
+/// without a pause of a second. Every action first ends a gesture that is under way, which then is a step of its own.
+class EditorViewController : public UIViewController {
+    Q_OBJECT
+    // A drag wakes none of these but, once, `edited`.
+    Q_PROPERTY(QVariantList tools READ tools NOTIFY barChanged FINAL)
+    Q_PROPERTY(bool canUndo READ canUndo NOTIFY historyChanged FINAL)
+    Q_PROPERTY(bool canRedo READ canRedo NOTIFY historyChanged FINAL)
+    Q_PROPERTY(bool edited READ isEdited NOTIFY editedChanged FINAL)
+    Q_PROPERTY(bool saving READ isSaving NOTIFY savingChanged FINAL)
+    Q_PROPERTY(QString notice READ notice NOTIFY noticeChanged FINAL)
+
+public:
+    /// See EditorToolBar.
+    QVariantList tools() const { return m_tools; }
+    const EditorToolBar& toolBar() const { return m_toolBar; }
+    /// Does what the tool is for; nothing for one that is unknown or not enabled.
+    Q_INVOKABLE void chooseTool(const QString& identifier);
+
+    virtual bool canUndo() const = 0;
+    virtual bool canRedo() const = 0;
+    /// A step back or forth: all that the composition holds is as it was, and the canvas takes touches as it did then.
+    Q_INVOKABLE void undo();
+    Q_INVOKABLE void redo();
+    /// Whether the picture differs from the one that the editor opened with.
+    bool isEdited() const { return m_edited; }
+
+    /// Each event adds its increment to the view of the gesture, and consumes it. An increment after which the view
+    /// could not be brought back (flattened to nothing, not finite) is left out. Nothing for a view that the editor
+    /// doesn't know.
+    void handlePan1(UIPanGestureRecognizer& gesture);
+    void pinch(UIPinchGestureRecognizer& gesture);
+    void rotationGes(UIRotationGestureRecognizer& gesture);
+
+    /// What a pan by (dx, dy) points of the canvas does to the photo that takes gestures, and a pinch by `factor`, to
+    /// the bit; for keys and scripts. Nothing while no photo takes gestures; a factor that is not finite and positive
+    /// does nothing.
+    Q_INVOKABLE void nudge(double dx, double dy);
+    Q_INVOKABLE void zoomBy(double factor);
+
+    /// The canvas as one picture, its points times the main screen's scale a side. First come the changes that an
+    /// export makes to the canvas itself, where the editor has any; they are no step. Empty when memory is short.
+    UIImage flattened();
+    /// The same of the canvas as it stands.
+    UIImage renderedCanvas() const;
+
+    /// Whether a picture is being saved.
+    bool isSaving() const { return m_saving; }
+    /// Where the last picture was saved, until it is dismissed or the next one is; empty: nothing to tell.
+    QString notice() const { return m_notice; }
+    Q_INVOKABLE void dismissNotice();
+
+signals:
+    /// After every change of the composition, the bar or the panels: at each step of a gesture too.
+    void changed();
+    /// After changes of what the properties above name; never during a gesture, but for `editedChanged`.
+    void barChanged();
+    void historyChanged();
+    void editedChanged();
+    void savingChanged();
+    void noticeChanged();
+
+protected:
+    /// The bar opens with the tool `active`; see EditorToolBar.
+    EditorViewController(std::span<const EditorTool> tools, std::string_view active);
+    ~EditorViewController() override;
+
+    /// Enables the tool, and says what choosing it does.
+    void setToolAction(std::string_view tool, std::function<void()> action);
+    /// The bar, to be changed within an action.
+    EditorToolBar& editedToolBar() { return m_toolBar; }
+
+    /// Runs `change` as an action: a gesture under way ends, and what has changed is recorded and told.
+    void act(const std::function<void()>& change);
+    /// Cancels every gesture under way in the canvas.
+    void cancelGestures();
+    /// Records the state as it is now, and tells what has changed.
+    void endStep(EditSeries series = EditSeries::None);
+    /// Tells all that has changed.
+    void tell();
+    /// The same in the midst of a gesture: only the canvas, and whether it is edited.
+    void tellGesture();
+    /// Has `notify` called by `tell` whenever `read` gives another value. See ChangeNotifier.
+    template <class Read, class Notify, class Same = std::equal_to<>>
+    void watch(Read read, Notify notify, Same same = {})
+    {
+        m_notifier.watch(std::move(read), std::move(notify), std::move(same));
+    }
+
+    /// Attaches a new recogniser whose action is one of the three above: attachGesture(view, &Editor::pinch).
+    template <class Recognizer>
+    void attachGesture(UIView& view, void (EditorViewController::*action)(Recognizer&))
+    {
+        auto recognizer = std::make_shared<Recognizer>();
+        recognizer->addTarget(this, action);
+        view.addGestureRecognizer(std::move(recognizer));
+    }
+
+    /// Saves the flattened picture as a PNG file in the photo library's folder, in the background, and puts up a
+    /// notice; what goes wrong is told in an alert. Nothing while a picture is being saved.
+    void savePicture();
+    /// Asks whether to discard the work; yes runs `discard`, unless the editor is gone by then.
+    void askToDiscard(std::function<void()> discard);
+
+    /// The photo that takes gestures now; null: none.
+    virtual UIView* gestureView() const = 0;
+    /// The view in whose points a pan is told.
+    virtual UIView& gestureSpace() const = 0;
+    /// Whether the view is one of the photos that gestures may move.
+    virtual bool isPhotoView(const UIView* view) const = 0;
+    /// What a pan by points of the gesture space, and any other gesture, does to a photo. `tellGesture` follows a
+    /// change.
+    virtual void panPhoto(UIView& view, CGPoint by) = 0;
+    virtual void transformPhoto(UIView& view, const CGAffineTransform& transform) = 0;
+
+    /// The view that an export shows.
+    virtual const UIView& exportedView() const = 0;
+    /// The changes that an export makes to the canvas. Default: none.
+    virtual void prepareExport() {}
+
+private:
+    virtual void recordStep(EditSeries series) = 0;
+    virtual void stepBack() = 0;
+    virtual void stepForth() = 0;
+    virtual bool differsFromOpening() const = 0;
+
+    void endGesture(const UIGestureRecognizer& gesture, EditSeries series);
+    void tellEdited();
+    void saved(const Result<std::string>& path);
+    void showSaveFailure(const Error& error);
+    void setSaving(bool saving);
+    void setNotice(const QString& notice);
+
+    EditorToolBar m_toolBar;
+    QVariantList m_tools; ///< of m_toolBar, made when it changes
+    std::map<std::string, std::function<void()>, std::less<>> m_toolActions;
+    ChangeNotifier m_notifier;
+    bool m_edited = false;
+    bool m_saving = false;
+    QString m_notice;
+};
+
+} // namespace lamina

@@ -1,0 +1,185 @@
+#include "gpu/core/PictureTexture.h"
+
+#include "gpu/core/GLErrors.h"
+#include "gpu/core/GLTextureFormat.h"
+#include "gpu/core/GPUImageContext.h"
+#include "gpu/core/PictureBytes_p.h"
+#include "gpu/core/VideoProcessingQueue.h"
+#include "platform/base/CMTime.h"
+#include "platform/base/Log.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdint>
+#include <cstring>
+#include <span>
+#include <utility>
+
+namespace lamina {
+
+namespace {
+
+IntSize wholePixels(CGSize size)
+{
+    return {static_cast<int>(size.width), static_cast<int>(size.height)};
+}
+
+CGSize sizeOf(const CGImage& image)
+{
+    return image ? CGSize{static_cast<double>(image.width()), static_cast<double>(image.height())} : CGSize{};
+}
+
+/// The picture's size within the texture limit. The fit leaves less than a pixel of a long thin picture; it keeps one.
+CGSize fittingSize(CGSize whole)
+{
+    const CGSize fitting = GPUImageContext::sizeThatFitsWithinATextureForSize(whole);
+    return {std::max(fitting.width, std::min(whole.width, 1.0)), std::max(fitting.height, std::min(whole.height, 1.0))};
+}
+
+double nextPowerOfTwo(double side)
+{
+    return side > 0 ? std::exp2(std::ceil(std::log2(side))) : 0;
+}
+
+/// A copy of the bytes that can be changed; empty when memory is short.
+PixelBuffer copyOf(std::span<const std::uint8_t> bytes)
+{
+    PixelBuffer copy = PixelBuffer::allocate(bytes.size());
+    if (copy)
+        std::memcpy(copy.data(), bytes.data(), bytes.size());
+    return copy;
+}
+
+/// Divides by alpha where the bytes are premultiplied.
+PixelBuffer dividedByAlpha(const PictureBytes& bytes)
+{
+    PixelBuffer copy = copyOf(bytes.pixels.bytes());
+    if (copy) {
+        removePremultiplication({reinterpret_cast<std::uint32_t*>(copy.data()), copy.size() / 4}, bytes.alphaFirst,
+                                bytes.littleEndian);
+    }
+    return copy;
+}
+
+/// The bytes as the storage wants them. Holds either the picture's own or a changed copy.
+class BytesToUpload {
+public:
+    explicit BytesToUpload(const PictureBytes& bytes)
+        : m_pixels(bytes.pixels)
+    {
+    }
+    void set(PixelBuffer changed) { m_changed = std::move(changed); }
+    /// False when memory is short.
+    bool swapRedAndBlue()
+    {
+        if (!m_changed)
+            m_changed = copyOf(m_pixels.bytes());
+        if (m_changed)
+            lamina::swapRedAndBlue({m_changed.data(), m_changed.size()}, m_changed.data());
+        return static_cast<bool>(m_changed);
+    }
+    const std::uint8_t* data() const { return m_changed ? m_changed.data() : m_pixels.bytes().data(); }
+
+private:
+    CGImage m_pixels;
+    PixelBuffer m_changed;
+};
+
+} // namespace
+
+PictureTexture::PictureTexture(const CGImage& image, PictureUpload how)
+    : m_pictureSize(fittingSize(sizeOf(image)))
+    , m_textureSize(m_pictureSize)
+    , m_hasMipmaps(how.smoothlyScaleOutput)
+{
+    if (m_hasMipmaps)
+        m_textureSize = {nextPowerOfTwo(m_pictureSize.width), nextPowerOfTwo(m_pictureSize.height)};
+    upload(image, how, m_hasMipmaps || m_pictureSize != sizeOf(image));
+}
+
+PictureTexture::~PictureTexture()
+{
+    runSynchronouslyOnVideoProcessingQueue([this] {
+        m_framebuffer->enableReferenceCounting();
+        m_framebuffer->unlock();
+    });
+}
+
+void PictureTexture::upload(const CGImage& image, PictureUpload how, bool redraw)
+{
+    PictureBytes bytes = redraw ? PictureBytes{} : bytesAsTheyAre(image);
+    if (!bytes.pixels)
+        bytes = bytesDrawnAnew(image, wholePixels(m_textureSize));
+    BytesToUpload data(bytes);
+    if (how.removePremultiplication && bytes.premultiplied && bytes.pixels)
+        data.set(dividedByAlpha(bytes));
+    const GLTextureFormat stored = uploadFormat(GL_RGBA, bytes.format, bgraSupport());
+    if (stored.swapRedAndBlue && bytes.pixels)
+        data.swapRedAndBlue();
+    m_format = stored.format;
+    runSynchronouslyOnVideoProcessingQueue([&] {
+        m_framebuffer = GPUImageContext::sharedFramebufferCache().fetchFramebufferForSize(m_textureSize, true);
+        m_framebuffer->disableReferenceCounting();
+        if (GPUImageContext::useImageProcessingContext())
+            uploadBytes(data.data(), static_cast<GLint>(stored.internalFormat));
+    });
+}
+
+void PictureTexture::uploadBytes(const std::uint8_t* data, GLint internalFormat) const
+{
+    const IntSize pixels = wholePixels(m_textureSize);
+    glBindTexture(GL_TEXTURE_2D, m_framebuffer->texture());
+    // A texture from the pool may have had mipmaps, or been wrapped, for its former picture.
+    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, m_hasMipmaps ? GL_LINEAR_MIPMAP_LINEAR : GL_LINEAR);
+    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_S, GL_CLAMP_TO_EDGE);
+    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_T, GL_CLAMP_TO_EDGE);
+    glTexImage2D(GL_TEXTURE_2D, 0, internalFormat, pixels.width, pixels.height, 0, m_format, GL_UNSIGNED_BYTE, data);
+    if (m_hasMipmaps && data)
+        glGenerateMipmap(GL_TEXTURE_2D);
+    glBindTexture(GL_TEXTURE_2D, 0);
+    checkDraw("uploading a picture");
+}
+
+void PictureTexture::replace(const CGImage& image, CGRect rect)
+{
+    const IntSize texture = m_framebuffer->pixelSize();
+    const bool within = rect.origin.x >= 0 && rect.origin.y >= 0 && rect.size.width >= 1 && rect.size.height >= 1 &&
+                        rect.maxX() <= texture.width && rect.maxY() <= texture.height;
+    if (!within || !image) {
+        logError("the part of a picture to be replaced does not lie within it");
+        return;
+    }
+    const IntSize size = wholePixels(rect.size);
+    const IntSize origin = wholePixels({rect.origin.x, rect.origin.y});
+    PictureBytes bytes = image.size() == size ? bytesAsTheyAre(image) : PictureBytes{};
+    if (bytes.format == GL_BGRA || !bytes.pixels)
+        bytes = bytesDrawnAnew(image, size);
+    BytesToUpload data(bytes);
+    const bool storedAsBGRA = m_format == GL_BGRA && bgraSupport() == BGRASupport::Extension;
+    const bool comesAsBGRA = bytes.format == GL_BGRA;
+    if (!bytes.pixels || (storedAsBGRA != comesAsBGRA && !data.swapRedAndBlue())) {
+        logError("memory is short for a part of a picture");
+        return;
+    }
+    runSynchronouslyOnVideoProcessingQueue([&] {
+        if (!GPUImageContext::useImageProcessingContext())
+            return;
+        glBindTexture(GL_TEXTURE_2D, m_framebuffer->texture());
+        glTexSubImage2D(GL_TEXTURE_2D, 0, origin.width, origin.height, size.width, size.height,
+                        storedAsBGRA ? GL_BGRA : GLenum{GL_RGBA}, GL_UNSIGNED_BYTE, data.data());
+        if (m_hasMipmaps)
+            glGenerateMipmap(GL_TEXTURE_2D);
+        glBindTexture(GL_TEXTURE_2D, 0);
+        checkDraw("replacing a part of a picture");
+    });
+}
+
+void PictureTexture::pushTo(GPUImageInput& target, int textureIndex) const
+{
+    target.setCurrentlyReceivingMonochromeInput(false);
+    target.setInputSize(m_pictureSize, textureIndex);
+    target.setInputFramebuffer(m_framebuffer, textureIndex);
+    target.newFrameReadyAtTime(kCMTimeIndefinite, textureIndex);
+}
+
+} // namespace lamina

@@ -1,0 +1,61 @@
+#pragma once
+
+#include "gpu/core/GPUImageFramebuffer.h"
+#include "gpu/core/GPUImageInput.h"
+#include "platform/base/CGGeometry.h"
+#include "platform/gl/GLHeaders.h"
+#include "platform/image/pixels/CGImage.h"
+
+#include <cstdint>
+#include <memory>
+
+namespace lamina {
+
+/// How a still picture becomes a texture.
+struct PictureUpload {
+    /// Mipmaps, for pictures that are drawn much smaller: the texture is the picture stretched to powers of two.
+    bool smoothlyScaleOutput = false;
+    /// Divides colours by alpha where what goes up is premultiplied.
+    bool removePremultiplication = false;
+};
+
+/// A still picture in a texture from the pool, for as long as this lives.
+///
+/// Pictures of four bytes a pixel without padding go up as they are: straight or premultiplied RGBA, and BGRA in 32-bit
+/// little order. All others, and those over the texture limit, are drawn anew first, which premultiplies them. Nothing
+/// is converted on the GPU: filters see the values as they went up.
+///
+/// From any thread but for `pushTo`; construction, replacing and destruction wait for the video processing queue.
+class PictureTexture {
+public:
+    /// Uploads the picture. An empty one has the zero size, and memory that is short leaves the texture's content
+    /// undefined.
+    explicit PictureTexture(const CGImage& image, PictureUpload how = {});
+    ~PictureTexture();
+    PictureTexture(const PictureTexture&) = delete;
+    PictureTexture& operator=(const PictureTexture&) = delete;
+
+    /// A texture only, whose users are not counted. Never null.
+    const std::shared_ptr<GPUImageFramebuffer>& framebuffer() const { return m_framebuffer; }
+    /// The picture's pixels after the fit into the texture limit.
+    CGSize pictureSize() const { return m_pictureSize; }
+
+    /// Puts a picture over a part of the texture, stretched over `rect` (pixels, cut to whole ones). A rectangle that
+    /// does not lie within the texture changes nothing and is logged.
+    void replace(const CGImage& image, CGRect rect);
+
+    /// The picture as a frame without a time for the target's slot. On the queue.
+    void pushTo(GPUImageInput& target, int textureIndex) const;
+
+private:
+    void upload(const CGImage& image, PictureUpload how, bool redraw);
+    void uploadBytes(const std::uint8_t* data, GLint internalFormat) const;
+
+    CGSize m_pictureSize;
+    CGSize m_textureSize;
+    bool m_hasMipmaps;
+    GLenum m_format = GL_RGBA; ///< of the storage, which later uploads must keep to
+    std::shared_ptr<GPUImageFramebuffer> m_framebuffer;
+};
+
+} // namespace lamina

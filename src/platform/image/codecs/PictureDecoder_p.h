@@ -1,0 +1,48 @@
+#pragma once
+
+#include "platform/base/Causes.h"
+#include "platform/base/Result.h"
+#include "platform/image/codecs/ByteSource_p.h"
+#include "platform/image/codecs/PictureDecoding.h"
+
+#include <cstdint>
+#include <span>
+
+namespace lamina {
+
+/// What reads one format, a file each: `XDecoder.cpp`. A failure inside names no subject, since a decoder doesn't know
+/// what its bytes are called; `loadPicture` and `decodePicture` set it. No exception but that of missing memory.
+struct PictureDecoder {
+    /// By the first bytes of the file (up to 64, fewer when the file is shorter).
+    bool (*recognizes)(std::span<const std::uint8_t> head);
+    /// The picture as `loadPicture` promises it; an empty one means that memory was short.
+    Result<UIImage> (*decode)(ByteSource& source, const DecodeOptions& options);
+};
+
+extern const PictureDecoder kPNGDecoder;
+extern const PictureDecoder kJPEGDecoder;
+extern const PictureDecoder kWebPDecoder;
+extern const PictureDecoder kTIFFDecoder;
+extern const PictureDecoder kBMPDecoder;
+extern const PictureDecoder kGIFDecoder;
+extern const PictureDecoder kHEICDecoder;
+
+/// The causes that several decoders give.
+namespace cause {
+inline constexpr const char* kTruncated = "the file ends too early";
+inline constexpr const char* kDamaged = "the picture is damaged";
+inline constexpr const char* kTooLarge = "the picture is too large";
+} // namespace cause
+
+inline bool isCancelled(const DecodeOptions& options)
+{
+    return options.cancelled != nullptr && options.cancelled->load(std::memory_order_relaxed);
+}
+
+/// Good when a header's claim of `width` × `height` pixels may be believed. `heldBytes` is all that decoding will hold
+/// for pixels, after reduction and with the codec's own frame buffers; `fileBytes` is the compressed size, against
+/// which a very large claim is weighed (a bomb claims far more than its data can carry).
+Outcome checkClaim(std::int64_t width, std::int64_t height, std::uint64_t heldBytes, std::uint64_t fileBytes,
+                   const DecodeOptions& options);
+
+} // namespace lamina

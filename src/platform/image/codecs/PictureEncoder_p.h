@@ -1,0 +1,25 @@
+#pragma once
+
+#include "platform/base/Causes.h"
+#include "platform/base/Result.h"
+#include "platform/image/codecs/PictureEncoding.h"
+
+#include <cstdint>
+#include <vector>
+
+namespace lamina {
+
+/// What writes one format, a file each: `XEncoder.cpp`. A failure inside names no subject; `encodePicture` sets it. No
+/// exception but that of missing memory.
+struct PictureEncoder {
+    /// The file of a picture that is not empty and has no mask.
+    Result<std::vector<std::uint8_t>> (*encode)(const CGImage& image, const EncodeOptions& options);
+};
+
+extern const PictureEncoder kPNGEncoder;
+extern const PictureEncoder kJPEGEncoder;
+extern const PictureEncoder kTIFFEncoder;
+extern const PictureEncoder kBMPEncoder;
+extern const PictureEncoder kGIFEncoder;
+
+} // namespace lamina

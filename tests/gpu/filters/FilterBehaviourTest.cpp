@@ -1,0 +1,236 @@
+#include "GLCalls.h"
+#include "GraphFixture.h"
+#include "gpu/filters/GPUImage3x3ConvolutionFilter.h"
+#include "gpu/filters/GPUImageErosionFilter.h"
+#include "gpu/filters/GPUImageGaussianBlurFilter.h"
+#include "gpu/filters/GPUImageGrayscaleFilter.h"
+#include "gpu/filters/GPUImageLookupFilter.h"
+#include "gpu/filters/GPUImageSepiaFilter.h"
+#include "gpu/filters/GPUImageToonFilter.h"
+#include "gpu/filters/LookupTables.h"
+#include "gpu/sources/GPUImagePicture.h"
+#include "platform/base/MemoryWarning.h"
+
+#include <cmath>
+#include <locale>
+
+// What filters do beside their formulas, which a table holds against numpy.
+
+namespace lamina::test {
+namespace {
+
+using Blur = GPUImageGaussianBlurFilter;
+
+CGImage noise(int width, int height)
+{
+    return noisePicture(width, height, CGImageAlphaInfo::Last);
+}
+
+class FilterBehaviourTest : public GraphFixture {};
+
+constexpr GPUMatrix3x3 kLopsided{{0.3F, -0.1F, 0.05F}, {0.2F, 0.25F, -0.3F}, {-0.15F, 0.35F, 0.4F}};
+
+/// Has a direction, downwards, in its first pass.
+std::shared_ptr<Blur> blurDownwards(int passes)
+{
+    auto filter = std::make_shared<Blur>();
+    filter->setBlurPasses(passes);
+    filter->setHorizontalTexelSpacing(0);
+    return filter;
+}
+
+TEST_F(FilterBehaviourTest, SeesItsInputTurnedInAllRotations)
+{
+    const CGImage picture = noise(23, 14);
+    const auto erosion = std::make_shared<GPUImageErosionFilter>(2);
+    erosion->setVerticalTexelSpacing(3);
+    const std::shared_ptr<GPUImageFilter> filters[] = {std::make_shared<GPUImageSepiaFilter>(),
+                                                       std::make_shared<GPUImageToonFilter>(),
+                                                       erosion,
+                                                       blurDownwards(1),
+                                                       blurDownwards(2),
+                                                       blurDownwards(3)};
+    const auto turn = std::make_shared<GPUImageFilter>();
+    const auto lopsided = std::make_shared<GPUImage3x3ConvolutionFilter>();
+    lopsided->setConvolutionKernel(kLopsided);
+    const auto filtered = [](GPUImageFilter& filter, const CGImage& input, GPUImageRotationMode rotation) {
+        onQueue([&] { filter.setInputRotation(rotation, 0); });
+        return filter.newCGImageByFilteringCGImage(input);
+    };
+    for (int number = 0; number < 8; ++number) {
+        const auto rotation = static_cast<GPUImageRotationMode>(number);
+        const CGImage turned = filtered(*turn, picture, rotation);
+        for (const auto& filter : filters) {
+            EXPECT_TRUE(
+                imagesMatch(filtered(*filter, picture, rotation), filtered(*filter, turned, kGPUImageNoRotation), 1))
+                << typeid(*filter).name() << " rotation " << number;
+        }
+        // Neighbours of a single pass are those of the texture: what has a direction turns with it.
+        const CGImage convolved = filtered(*lopsided, picture, kGPUImageNoRotation);
+        EXPECT_TRUE(imagesMatch(filtered(*lopsided, picture, rotation), filtered(*turn, convolved, rotation), 1))
+            << number;
+    }
+}
+
+TEST_F(FilterBehaviourTest, AStepOfOnesOwnStaysWhateverTheSize)
+{
+    GPUImage3x3ConvolutionFilter filter;
+    filter.newCGImageByFilteringCGImage(noise(40, 20));
+    EXPECT_EQ(filter.texelWidth(), 1.0F / 40);
+    EXPECT_EQ(filter.texelHeight(), 1.0F / 20);
+    filter.setTexelWidth(0.25F);
+    filter.newCGImageByFilteringCGImage(noise(10, 10));
+    EXPECT_EQ(filter.texelWidth(), 0.25F);
+    EXPECT_EQ(filter.texelHeight(), 1.0F / 20) << "one that is set keeps the other";
+}
+
+TEST_F(FilterBehaviourTest, BlurShadersOfSingleReadsAndOfPairsAgree)
+{
+    const CGImage picture = noise(37, 23);
+    for (const unsigned reach : {0U, 1U, 4U, 7U}) {
+        const auto blurredBy = [&](const std::string& vertexShader, const std::string& fragmentShader) {
+            Blur filter;
+            filter.switchToVertexShader(vertexShader, fragmentShader);
+            return filter.newCGImageByFilteringCGImage(picture);
+        };
+        EXPECT_TRUE(imagesMatch(blurredBy(Blur::vertexShaderForStandardBlurOfRadius(reach, 2.5),
+                                          Blur::fragmentShaderForStandardBlurOfRadius(reach, 2.5)),
+                                blurredBy(Blur::vertexShaderForOptimizedBlurOfRadius(reach, 2.5),
+                                          Blur::fragmentShaderForOptimizedBlurOfRadius(reach, 2.5)),
+                                2))
+            << reach;
+    }
+}
+
+TEST_F(FilterBehaviourTest, NumbersInShadersDoNotHangOnTheLocale)
+{
+    struct Comma : std::numpunct<char> {
+        char do_decimal_point() const override { return ','; }
+    };
+    const auto text = [] { return Blur::fragmentShaderForOptimizedBlurOfRadius(20, 8); };
+    const std::string plain = text();
+    EXPECT_THAT(plain, testing::HasSubstr("blurCoordinates[0]) * 0.0"));
+    const std::locale before = std::locale::global(std::locale(std::locale::classic(), new Comma));
+    EXPECT_EQ(text(), plain);
+    std::locale::global(before);
+}
+
+TEST_F(FilterBehaviourTest, ABlurMakesShadersOnlyForARadiusThatIsNew)
+{
+    Blur filter;
+    for (const auto& [radius, made] :
+         {std::pair{2.0F, 0}, {23.0F, 3}, {23.3F, 0}, {24.0F, 3}, {23.0F, 0}, {std::nanf(""), 0}, {HUGE_VALF, 0}}) {
+        const GLCalls before = glCallsSoFar();
+        filter.setBlurRadiusInPixels(radius);
+        EXPECT_EQ((glCallsSoFar() - before).objects, made) << radius << ": two shaders, a program for both passes";
+    }
+    EXPECT_EQ(filter.blurRadiusInPixels(), 23.0F) << "what is no number changes nothing";
+    // A slider that goes up and down.
+    for (int radius = 0; radius < 500; ++radius)
+        filter.setBlurRadiusInPixels(static_cast<float>(radius % 63));
+    onQueue([] {
+        const GLProgramCache& cache = GPUImageContext::sharedImageProcessingContext().programCache();
+        EXPECT_LE(cache.count(), GLProgramCache::kIdleLimit + 20) << "and those of living filters";
+    });
+}
+
+TEST_F(FilterBehaviourTest, FractionsBecomeARadiusWithTheNextSizeOnce)
+{
+    Blur filter;
+    const auto radiusAfter = [&](int width, int height) {
+        filter.newCGImageByFilteringCGImage(noise(width, height));
+        return filter.blurRadiusInPixels();
+    };
+    filter.setBlurRadiusAsFractionOfImageWidth(0.1F);
+    filter.setTexelSpacingMultiplier(1); // there is no size yet
+    EXPECT_EQ(filter.blurRadiusInPixels(), 2.0F);
+    EXPECT_EQ(radiusAfter(60, 30), 6.0F);
+    EXPECT_EQ(radiusAfter(30, 60), 6.0F) << "the fraction is used up";
+    filter.setBlurRadiusAsFractionOfImageHeight(0.1F);
+    EXPECT_EQ(filter.blurRadiusAsFractionOfImageWidth(), 0.0F);
+    filter.setBlurRadiusAsFractionOfImageWidth(-1);
+    EXPECT_EQ(radiusAfter(60, 30), 3.0F) << "negative fractions change nothing";
+    filter.setBlurRadiusAsFractionOfImageWidth(0.5F);
+    filter.setBlurRadiusInPixels(5);
+    EXPECT_EQ(radiusAfter(60, 30), 5.0F) << "a radius in pixels ends the fraction";
+}
+
+TEST_F(FilterBehaviourTest, PassesOfABlurTakeTwoFramebuffersAndLeaveNoCounts)
+{
+    const CGImage picture = noise(24, 16);
+    const auto source = std::make_shared<FrameSource>();
+    const auto filter = std::make_shared<Blur>();
+    filter->setBlurPasses(3);
+    source->addTarget(filter);
+    const auto consumer = consumerOf(*filter);
+    source->push(picture, second(0));
+    EXPECT_EQ(consumer->last().counts, 1U) << "the consumer's own";
+    const std::size_t idle = idleFramebuffers();
+    EXPECT_EQ(idle, 3U) << "the source's and two of the filter's";
+    const GLCalls before = glCallsSoFar();
+    for (int frame = 1; frame < 10; ++frame)
+        source->push(picture, second(frame));
+    EXPECT_EQ((glCallsSoFar() - before).objectsMade(), 0);
+    EXPECT_EQ((glCallsSoFar() - before).draws, 9 * 3 * 2);
+    EXPECT_EQ(idleFramebuffers(), idle);
+
+    // A kept frame is the last pass's, and is given back when it is taken.
+    filter->useNextFrameForImageCapture();
+    source->push(picture, second(10));
+    EXPECT_EQ(idleFramebuffers(), idle - 1);
+    EXPECT_TRUE(
+        imagesMatch(filter->newCGImageFromCurrentlyProcessedOutput(), filter->newCGImageByFilteringCGImage(picture)));
+    filter->setPreventRendering(true);
+    source->push(picture, second(11));
+    EXPECT_EQ(idleFramebuffers(), GPUImageFramebufferCache::livingCount()) << "a frozen filter gives its input back";
+}
+
+TEST_F(FilterBehaviourTest, GrayscaleLeavesMonochromeInputAlone)
+{
+    const auto filter = std::make_shared<GPUImageGrayscaleFilter>();
+    EXPECT_TRUE(filter->wantsMonochromeInput());
+    EXPECT_TRUE(filter->providesMonochromeOutput());
+    onQueue([&] {
+        const auto input = GPUImageContext::sharedFramebufferCache().fetchFramebufferForSize({8, 8}, {}, false);
+        for (const bool monochrome : {true, false}) {
+            filter->setCurrentlyReceivingMonochromeInput(monochrome);
+            filter->setInputSize({8, 8}, 0);
+            filter->setInputFramebuffer(input, 0);
+            filter->renderToTextureWithVertices(kGPUImageQuadVertices,
+                                                GPUImageFilter::textureCoordinatesForRotation(kGPUImageNoRotation));
+            EXPECT_EQ(filter->framebufferForOutput() == nullptr, monochrome);
+            EXPECT_EQ(input->framebufferReferenceCount(), 2U) << "the fetch, and the slot's, which stays";
+        }
+    });
+}
+
+TEST_F(FilterBehaviourTest, ALookupShowsNoLookBeforeItsIntensityIsSet)
+{
+    const CGImage picture = rampPicture(37, 23, 90);
+    const auto graded = [&](GPUImageLookupFilter& filter) {
+        const auto table = std::make_shared<GPUImagePicture>(lookupTable("lookup_amatorka.png"));
+        table->addTarget(std::shared_ptr<GPUImageInput>(filter.shared_from_this(), &filter), 1);
+        table->processImage();
+        return filter.newCGImageByFilteringCGImage(picture);
+    };
+    const auto told = std::make_shared<GPUImageLookupFilter>();
+    told->setIntensity(1);
+    EXPECT_FALSE(imagesMatch(graded(*told), picture, 20));
+    const auto fresh = std::make_shared<GPUImageLookupFilter>();
+    EXPECT_EQ(fresh->intensity(), 1);
+    EXPECT_TRUE(imagesMatch(graded(*fresh), picture)) << "in the program that has just had an intensity";
+}
+
+TEST_F(FilterBehaviourTest, LookupTablesAreSharedUntilMemoryIsShort)
+{
+    const CGImage table = lookupTable("lookup_identity.png");
+    EXPECT_EQ(table.size(), (IntSize{512, 512}));
+    EXPECT_TRUE(lookupTable("lookup_identity.png").sharesBytesWith(table));
+    NotificationCenter::defaultCenter().post(UIApplicationDidReceiveMemoryWarningNotification);
+    EXPECT_FALSE(lookupTable("lookup_identity.png").sharesBytesWith(table));
+    EXPECT_TRUE(imagesMatch(lookupTable("lookup_identity.png"), table));
+    EXPECT_FALSE(lookupTable("lookup_unknown.png"));
+}
+
+} // namespace
+} // namespace lamina::test

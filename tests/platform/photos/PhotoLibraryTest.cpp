@@ -1,0 +1,114 @@
+// Finished pictures on their way into the library's folder.
+#include "../base/LogCapture.h"
+#include "CommandRunner.h"
+#include "TestPictures.h"
+#include "platform/base/DispatchQueue.h"
+#include "platform/photos/PhotoFolder.h"
+#include "platform/photos/PhotosAlbum.h"
+
+#include <cstdlib>
+#include <ctime>
+#include <filesystem>
+#include <gtest/gtest.h>
+#include <set>
+#include <thread>
+
+namespace lamina::test {
+namespace {
+
+namespace fs = std::filesystem;
+
+/// A home of its own, whose folder for pictures is "Fotos".
+class PhotoLibraryFolder : public testing::Test {
+protected:
+    void SetUp() override
+    {
+        fs::create_directory(home.path("config"));
+        writeFile(home.path("config/user-dirs.dirs"), "XDG_PICTURES_DIR=\"$HOME/Fotos\"\n");
+        ::setenv("HOME", home.path().c_str(), 1);
+        ::setenv("XDG_CONFIG_HOME", home.path("config").c_str(), 1);
+    }
+
+    static std::string nameAt(std::time_t time)
+    {
+        std::tm parts{};
+        ::localtime_r(&time, &parts);
+        char name[64];
+        std::strftime(name, sizeof name, "Lamina %Y-%m-%d %H.%M.%S", &parts);
+        return name;
+    }
+
+    const TemporaryFolder home;
+    const CGImage picture = chartPicture(9, 7, CGImageAlphaInfo::NoneSkipLast);
+};
+
+TEST_F(PhotoLibraryFolder, IsMadeByTheFirstPicture)
+{
+    EXPECT_FALSE(savePNGToPhotoLibrary(CGImage()));
+    EXPECT_FALSE(fs::exists(home.path("Fotos")));
+
+    const std::time_t before = std::time(nullptr);
+    const Result<std::string> path = savePNGToPhotoLibrary(picture);
+    const std::time_t after = std::time(nullptr);
+    ASSERT_TRUE(path);
+    const fs::path saved(*path);
+    EXPECT_EQ(saved.parent_path(), home.path("Fotos/Lamina"));
+    EXPECT_GE(saved.filename(), nameAt(before) + ".png");
+    EXPECT_LE(saved.filename(), nameAt(after) + ".png");
+    EXPECT_TRUE(imagesMatch(readPictureFile(*path), picture));
+}
+
+TEST_F(PhotoLibraryFolder, NeverReplacesAPicture)
+{
+    fs::create_directories(photoLibraryFolder());
+    const std::time_t now = std::time(nullptr);
+    for (int second = 0; second < 60; ++second)
+        writeFile(photoLibraryFolder() + '/' + nameAt(now + second) + ".png", "kept");
+
+    std::vector<std::string> paths(8);
+    std::vector<std::thread> savers;
+    savers.reserve(paths.size());
+    for (std::string& path : paths)
+        savers.emplace_back([&path, this] {
+            if (const Result<std::string> saved = savePNGToPhotoLibrary(picture))
+                path = *saved;
+        });
+    for (std::thread& saver : savers)
+        saver.join();
+
+    EXPECT_EQ(std::set<std::string>(paths.begin(), paths.end()).size(), paths.size());
+    for (const std::string& path : paths) {
+        // One of the taken names with a number before its extension.
+        ASSERT_GT(path.size(), std::string(" 2.png").size());
+        EXPECT_EQ(readFile(path.substr(0, path.size() - 6) + ".png"), "kept") << path;
+        EXPECT_TRUE(imagesMatch(readPictureFile(path), picture)) << path;
+    }
+}
+
+TEST_F(PhotoLibraryFolder, TakesPicturesOfTheAlbumUprightBeforeTheProgramLeaves)
+{
+    EXPECT_TRUE(saveToPhotosAlbum(UIImage(picture, 1, UIImageOrientation::Right)));
+    ASSERT_TRUE(DispatchQueue::main().runUntilIdle(60));
+    const auto saved = fs::directory_iterator(photoLibraryFolder());
+    ASSERT_NE(saved, fs::end(saved));
+    const CGImage turned = readPictureFile(saved->path());
+    ASSERT_EQ(turned.size(), (IntSize{7, 9}));
+    EXPECT_EQ(pixelAt(turned, 6, 0), pixelAt(picture, 0, 0)); // a quarter to the right: top left goes to the top right
+    EXPECT_EQ(pixelAt(turned, 0, 8), pixelAt(picture, 8, 6));
+}
+
+TEST_F(PhotoLibraryFolder, TellsWhatCouldNotBeSavedWhereAndWhy)
+{
+    writeFile(home.path("Fotos"), "a file in the way");
+    LogCapture log;
+    EXPECT_TRUE(saveToPhotosAlbum(UIImage(picture)));
+    EXPECT_TRUE(saveToPhotosAlbum(UIImage()));
+    ASSERT_TRUE(DispatchQueue::main().runUntilIdle(60));
+    ASSERT_EQ(log.messages.size(), 2u);
+    EXPECT_EQ(log.messages[0].second, home.path("Fotos/Lamina") + ": the folder can't be made");
+    EXPECT_NE(log.messages[1].second.find("there is no picture"), std::string::npos);
+    EXPECT_EQ(readFile(home.path("Fotos")), "a file in the way");
+}
+
+} // namespace
+} // namespace lamina::test

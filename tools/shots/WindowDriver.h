@@ -1,0 +1,86 @@
+#pragma once
+
+#include "app/ImagePIckingViewController.h"
+#include "app/PinchZoomViewController.h"
+#include "editors/blend/BlendPhotoViewController.h"
+#include "platform/host/Application.h"
+#include "platform/host/CanvasItem.h"
+
+#include <QImage>
+#include <QQuickItem>
+
+#include <functional>
+#include <memory>
+#include <string>
+
+class QAccessibleInterface;
+class QMimeData;
+class QPointingDevice;
+
+namespace lamina::test {
+
+/// The real window, worked as a user works it: what is seen is found by its accessible name, and touched by fingers,
+/// mouse or keys.
+class WindowDriver {
+public:
+    explicit WindowDriver(const LaunchOptions& options);
+    ~WindowDriver();
+
+    Application& application() { return *m_application; }
+    QQuickView& view() { return m_application->view(); }
+
+    /// Runs the event loop until `done` says so; false after `seconds`.
+    static bool waitUntil(const std::function<bool()>& done, double seconds = 20);
+    /// Until no transition is under way and the main queue is empty.
+    void settle();
+
+    /// The screen on top as the class it is expected to be; null when it is another.
+    template <class Screen>
+    std::shared_ptr<Screen> top()
+    {
+        return std::dynamic_pointer_cast<Screen>(m_application->screens().window().topViewController());
+    }
+    template <class Screen>
+    bool waitFor()
+    {
+        const bool came = waitUntil([this] { return top<Screen>() != nullptr; });
+        settle();
+        return came;
+    }
+
+    /// The visible item with this accessible name; null when there is none.
+    QQuickItem* item(const QString& name);
+    /// Its middle, in the window.
+    static QPointF middleOf(const QQuickItem& item);
+    /// False when there is no such item, or it is disabled.
+    bool tap(const QString& name);
+    bool click(const QString& name);
+    /// A tap without waiting for what follows.
+    void tapOnly(QQuickItem& item);
+    /// What is held over the middle of the window, then let go; false when it is not taken.
+    bool drop(const QMimeData& dropped);
+    void turnWheel(int steps);
+    /// Two fingers on a touchpad, by a factor.
+    void pinchTouchpad(double factor);
+    /// Accessible name of what has the keyboard; empty: nothing.
+    QString focusedName();
+    void press(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
+
+    /// In front; null when there is none.
+    CanvasItem* canvas();
+    /// One finger, or the mouse, from the canvas's middle by points of the window, in small steps.
+    void dragCanvas(QPointF by);
+    void dragCanvasWithMouse(QPointF by);
+    /// Two fingers about the canvas's middle, from `before` to `after` apart.
+    void pinchCanvas(double before, double after);
+
+    QImage grab() { return view().grabWindow(); }
+
+private:
+    CanvasItem& shownCanvas();
+
+    std::unique_ptr<Application> m_application;
+    std::unique_ptr<QPointingDevice> m_fingers;
+};
+
+} // namespace lamina::test
