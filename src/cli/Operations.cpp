@@ -48,10 +48,9 @@ std::string inPoints(CGSize size)
 /// The library cuts at the edge; whoever wrote a size into a script wants to hear that there is less.
 Outcome checkCrop(const UIImage& image, const Values& v)
 {
-    constexpr double kNoise = 1e-6; // of points that are pixels divided by a scale
     const CGSize own = image.size();
     const CGSize wanted = v.size(0);
-    if (wanted.width <= own.width + kNoise && wanted.height <= own.height + kNoise)
+    if (wanted.width <= own.width + kPixelNoise && wanted.height <= own.height + kPixelNoise)
         return std::monostate();
     return Error{"cropToSize", "reaches beyond the picture, which has " + inPoints(own)};
 }

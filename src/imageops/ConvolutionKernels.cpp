@@ -5,6 +5,10 @@
 #include <bit>
 #include <utility>
 
+// Kernels of 3 × 3 as in R. C. Gonzalez, R. E. Woods, "Digital Image Processing": the Laplacian with diagonals finds
+// edges, and added to the picture sharpens it; a difference along one diagonal embosses. The blur is the binomial
+// kernel of 5 × 5, which comes near the Gaussian.
+
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "imageops/ConvolutionKernels.cpp"
 #include <hwy/foreach_target.h>

@@ -22,16 +22,10 @@ constexpr kernels::ByteOrder kAlphaFirst{3, 0, 1, 2};
 
 } // namespace
 
-bool sourceHasAlpha(const CGImage& image)
-{
-    const auto info = static_cast<std::uint32_t>(image.alphaInfo());
-    return info >= 1 && info <= 4;
-}
-
 std::optional<IntSize> wholePixels(double width, double height)
 {
-    const double w = std::floor(width + 1e-6);
-    const double h = std::floor(height + 1e-6);
+    const double w = std::floor(width + kPixelNoise);
+    const double h = std::floor(height + kPixelNoise);
     if (!(w >= 1 && w <= kLongestSide) || !(h >= 1 && h <= kLongestSide) || w * h > kLargestArea)
         return std::nullopt;
     return IntSize{static_cast<int>(w), static_cast<int>(h)};
@@ -77,7 +71,7 @@ DrawnRows::DrawnRows(SourcePixels pixels, IntSize size, bool hasAlpha)
 
 std::optional<DrawnRows> DrawnRows::make(const CGImage& image, IntSize size)
 {
-    return make(image, size, sourceHasAlpha(image));
+    return make(image, size, image.hasAlpha() && image.alphaInfo() != CGImageAlphaInfo::Only);
 }
 
 std::optional<DrawnRows> DrawnRows::make(const CGImage& image, IntSize size, bool hasAlpha)
@@ -116,12 +110,6 @@ std::optional<DrawnRows> workingRows(const UIImage& image)
     const CGSize points = image.size();
     const std::optional<IntSize> size = wholePixels(points.width, points.height);
     return size ? DrawnRows::make(image.cgImage(), *size) : std::nullopt;
-}
-
-std::optional<DrawingSurface> workingSurface(const UIImage& image)
-{
-    const std::optional<DrawnRows> rows = workingRows(image);
-    return rows ? rows->draw() : std::nullopt;
 }
 
 } // namespace lamina

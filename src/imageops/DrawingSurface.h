@@ -9,10 +9,6 @@
 
 namespace lamina {
 
-/// True when a picture's alpha info says that its pixels carry alpha before or behind their colours (values 1 to 4). A
-/// coverage-only picture and a mask don't count.
-bool sourceHasAlpha(const CGImage& image);
-
 /// A size in whole pixels, each side truncated; what is whole but for the last bits of a product counts as whole.
 /// Nothing when a side is below one pixel, not finite, or longer than 2^18 pixels, or the area is above 2^27 pixels
 /// (half a gigabyte).
@@ -52,9 +48,9 @@ private:
 /// not looked at. Holds the picture. Rows may be read from several threads at once.
 class DrawnRows {
 public:
-    /// Stored pixels stretched over `size`, with alpha as `sourceHasAlpha` says, or as `hasAlpha` says (a clear part of
-    /// a picture is black without it). Nothing without a picture, for a size that `wholePixels` refuses, or when memory
-    /// is short.
+    /// Stored pixels stretched over `size`, with alpha when the pixels carry it before or behind their colours (a mask
+    /// and coverage alone don't count), or as `hasAlpha` says (a clear part of a picture is black without it). Nothing
+    /// without a picture, for a size that `wholePixels` refuses, or when memory is short.
     static std::optional<DrawnRows> make(const CGImage& image, IntSize size);
     static std::optional<DrawnRows> make(const CGImage& image, IntSize size, bool hasAlpha);
 
@@ -84,8 +80,5 @@ private:
 /// The rows of the working surface of the pixel filters: the picture's size in *points*, truncated, whatever its scale;
 /// a picture of scale 2 is halved. The stored pixels are stretched over it, and the orientation is not looked at.
 std::optional<DrawnRows> workingRows(const UIImage& image);
-
-/// The working surface with the picture drawn on it.
-std::optional<DrawingSurface> workingSurface(const UIImage& image);
 
 } // namespace lamina

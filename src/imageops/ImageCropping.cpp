@@ -2,8 +2,6 @@
 
 #include "platform/image/pixels/PixelConversion.h"
 
-#include <cmath>
-
 namespace lamina {
 
 namespace {
@@ -62,28 +60,21 @@ CGImage divisible(const CGImage& image)
     return image.mask() || image.bitsPerPixel() % 8 != 0 ? convertedToSRGB(image) : image;
 }
 
-constexpr double kNoise = 1e-6;
-
 /// The whole pixels that a rectangle touches; a product's last bits touch nothing.
 IntRect touchedPixels(const CGRect& rect)
 {
-    const CGRect core = rect.insetBy(kNoise, kNoise);
+    const CGRect core = rect.insetBy(kPixelNoise, kPixelNoise);
     return core.isEmpty() ? IntRect{} : integralCover(core);
-}
-
-bool isUsable(CGSize size)
-{
-    return std::isfinite(size.width) && std::isfinite(size.height) && size.width > 0 && size.height > 0;
 }
 
 } // namespace
 
 UIImage cropToSize(const UIImage& image, CGSize size, int mode)
 {
-    if (!image || !isUsable(size))
+    if (!image || !isMeasurable(size))
         return {};
     const CGSize whole = image.size();
-    if (size.width > whole.width + kNoise || size.height > whole.height + kNoise)
+    if (size.width > whole.width + kPixelNoise || size.height > whole.height + kPixelNoise)
         return {};
     const double scale = image.scale();
     CGRect part(placed(horizontalAnchor(mode), whole.width, size.width) * scale,

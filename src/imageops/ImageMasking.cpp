@@ -4,6 +4,7 @@
 #include "platform/base/UIScreen.h"
 #include "platform/base/WorkerPool.h"
 #include "platform/image/drawing/CGContext.h"
+#include "platform/image/pixels/PixelArithmetic.h"
 
 #include <algorithm>
 #include <cmath>
@@ -14,19 +15,12 @@ namespace lamina {
 
 namespace {
 
-/// The grey of a premultiplied pixel on black. Weights of Rec. ITU-R BT.709; they add up to 2^16, so that a grey keeps
-/// its value.
-unsigned grayOf(const std::uint8_t* argb)
-{
-    return (13933u * argb[1] + 46871u * argb[2] + 4732u * argb[3] + 32768u) >> 16;
-}
-
 /// A row through its mask, twice: value · S² / 255², rounded once.
 void maskRow(std::uint8_t* argb, const std::uint8_t* maskArgb, int width, bool coverageOnly)
 {
     constexpr unsigned kWhole = 255 * 255;
     for (int x = 0; x < width; ++x, argb += 4, maskArgb += 4) {
-        const unsigned shown = coverageOnly ? maskArgb[0] : grayOf(maskArgb);
+        const unsigned shown = coverageOnly ? maskArgb[0] : quickLumaOf(maskArgb[1], maskArgb[2], maskArgb[3]);
         const unsigned twice = shown * shown;
         for (int c = 0; c < 4; ++c)
             argb[c] = static_cast<std::uint8_t>((argb[c] * twice + kWhole / 2) / kWhole);

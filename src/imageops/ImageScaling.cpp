@@ -8,15 +8,10 @@ namespace lamina {
 
 namespace {
 
-bool isUsable(const UIImage& image, CGSize size)
-{
-    return image && std::isfinite(size.width) && std::isfinite(size.height) && size.width > 0 && size.height > 0;
-}
-
 /// Truncated; what is whole but for the last bits of a product counts as whole, as in `wholePixels`.
 double whole(double points)
 {
-    return std::trunc(points + 1e-6);
+    return std::trunc(points + kPixelNoise);
 }
 
 } // namespace
@@ -50,7 +45,7 @@ UIImage scaleToSize(const UIImage& image, CGSize size)
 
 UIImage scaleToFillSize(const UIImage& image, CGSize size)
 {
-    if (!isUsable(image, size))
+    if (!image || !isMeasurable(size))
         return {};
     std::optional<IntSize> target = wholePixels(size.width * image.scale(), size.height * image.scale());
     if (!target)
@@ -64,7 +59,7 @@ UIImage scaleToFillSize(const UIImage& image, CGSize size)
 
 UIImage scaleToFitSize(const UIImage& image, CGSize size)
 {
-    if (!isUsable(image, size))
+    if (!image || !isMeasurable(size))
         return {};
     const CGSize own = image.size();
     CGSize fitted = own.width > own.height ? CGSize{size.width, size.width * own.height / own.width}
@@ -79,7 +74,7 @@ UIImage scaleToFitSize(const UIImage& image, CGSize size)
 
 UIImage scaleToCoverSize(const UIImage& image, CGSize size)
 {
-    if (!isUsable(image, size))
+    if (!image || !isMeasurable(size))
         return {};
     const CGSize own = image.size();
     const bool followsHeight = size.height / own.height > size.width / own.width;

@@ -7,25 +7,15 @@ namespace lamina {
 
 namespace {
 
-/// Alpha's place in a pixel's memory.
-std::size_t alphaByte(const CGImageLayout& layout)
-{
-    const CGImageAlphaInfo info = layout.alphaInfo();
-    const bool first = info == CGImageAlphaInfo::PremultipliedFirst || info == CGImageAlphaInfo::First ||
-                       info == CGImageAlphaInfo::NoneSkipFirst;
-    const bool little = (layout.bitmapInfo & kCGBitmapByteOrderMask) == kCGBitmapByteOrder32Little;
-    return first != little ? 0 : 3;
-}
-
 /// What makes a skipped byte an alpha of 255; the layout is told so.
 std::uint32_t makeOpaque(CGImageLayout& layout)
 {
-    const std::size_t place = alphaByte(layout);
-    const bool first = layout.alphaInfo() == CGImageAlphaInfo::NoneSkipFirst;
+    const std::size_t alpha = componentPlaces(layout.bitmapInfo)[3];
+    const bool first = alphaStandsFirst(layout.alphaInfo());
     layout.bitmapInfo = (layout.bitmapInfo & ~kCGBitmapAlphaInfoMask) |
                         bitmapInfo(first ? CGImageAlphaInfo::PremultipliedFirst : CGImageAlphaInfo::PremultipliedLast);
     std::uint8_t bytes[4] = {};
-    bytes[place] = 255;
+    bytes[alpha] = 255;
     return std::bit_cast<std::uint32_t>(bytes);
 }
 

@@ -8,6 +8,9 @@
 #include <cmath>
 #include <numeric>
 
+// Contrast is a line through the middle grey of slope 259 (v + 255) / (255 (259 - v)), gamma the power law of R. C.
+// Gonzalez, R. E. Woods, "Digital Image Processing", sepia a matrix of three weighted sums.
+
 namespace lamina {
 
 namespace {

@@ -132,6 +132,27 @@ struct IntRect {
     friend bool operator==(const IntRect&, const IntRect&) = default;
 };
 
+/// Neither coordinate is infinite or NaN.
+inline bool isFinite(CGPoint p)
+{
+    return std::isfinite(p.x) && std::isfinite(p.y);
+}
+
+/// Neither side is infinite or NaN.
+inline bool isFinite(CGSize s)
+{
+    return std::isfinite(s.width) && std::isfinite(s.height);
+}
+
+/// Both sides are finite and above zero.
+inline bool isMeasurable(CGSize s)
+{
+    return isFinite(s) && s.width > 0 && s.height > 0;
+}
+
+/// Lengths in pixels that differ by no more than this differ by the rounding of products and quotients alone.
+inline constexpr double kPixelNoise = 1e-6;
+
 /// The smallest rectangle of whole pixels that covers `rect`, saturated to ±(2^30 − 1) so that hostile values stay
 /// harmless.
 IntRect integralCover(const CGRect& rect);

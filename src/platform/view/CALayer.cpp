@@ -9,16 +9,6 @@ namespace lamina {
 
 namespace {
 
-bool isFinite(CGPoint p)
-{
-    return std::isfinite(p.x) && std::isfinite(p.y);
-}
-
-bool isFinite(CGSize s)
-{
-    return std::isfinite(s.width) && std::isfinite(s.height);
-}
-
 /// One count for all layers, so that a layer which takes another's place can't be mistaken for it.
 std::uint64_t nextRevision()
 {

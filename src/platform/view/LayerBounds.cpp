@@ -84,8 +84,8 @@ CGRect LayerRenderer::shadowBounds(const CALayer& layer, const CGRect& painted)
 {
     if (painted.isEmpty())
         return {};
-    // The blur is cut at three standard deviations; the rest is room for the offset's rounding to whole pixels.
-    const double reach = 3 * layer.shadow().radius + 2;
+    constexpr double kRounding = 2; // of the offset to whole pixels
+    const double reach = CGContext::shadowReach(layer.shadow().radius) + kRounding;
     return painted.insetBy(-reach, -reach).offsetBy(layer.shadow().offset.width, layer.shadow().offset.height);
 }
 
@@ -114,11 +114,10 @@ LayerRenderer::ShadowPixels LayerRenderer::shadowPixels(const CALayer& layer, co
 {
     const CALayer::Shadow& shadow = layer.shadow();
     constexpr int kRounding = 2; // offset and blur act in whole pixels
-    constexpr double kWide = 16; // wider blurs are made on a smaller picture, which carries them further
     const double deviation = shadow.radius * std::sqrt(std::abs(t.determinant()));
     return {wholePixels(t.a * shadow.offset.width + t.c * shadow.offset.height),
             wholePixels(t.b * shadow.offset.width + t.d * shadow.offset.height),
-            wholePixels((deviation > kWide ? 3.5 : 3) * deviation) + kRounding};
+            CGContext::shadowReach(deviation) + kRounding};
 }
 
 IntRect LayerRenderer::treePixels(const CALayer& layer, const CGAffineTransform& toDevice)

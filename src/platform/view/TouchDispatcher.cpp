@@ -14,11 +14,6 @@ namespace {
 using Touch = std::shared_ptr<UITouch>;
 using Recognizer = std::shared_ptr<UIGestureRecognizer>;
 
-bool isFinite(CGPoint point)
-{
-    return std::isfinite(point.x) && std::isfinite(point.y);
-}
-
 /// A control keeps taps on it from the views above it, so that a button in a tappable view is a button.
 bool isKeptByControl(const UIView& hit, const UIGestureRecognizer& recognizer)
 {

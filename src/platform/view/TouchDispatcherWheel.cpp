@@ -13,11 +13,6 @@ namespace lamina {
 
 namespace {
 
-bool isFinite(CGPoint point)
-{
-    return std::isfinite(point.x) && std::isfinite(point.y);
-}
-
 /// The views under a point, the nearest first.
 std::vector<std::shared_ptr<UIView>> viewsAt(UIView& root, CGPoint point)
 {

@@ -2,7 +2,7 @@
 #include "platform/image/codecs/PictureDecoder_p.h"
 #include "platform/image/codecs/RowCollector_p.h"
 #include "platform/image/codecs/SequentialReader_p.h"
-#include "platform/image/pixels/SampleConversion.h"
+#include "platform/image/pixels/PixelArithmetic.h"
 
 #include <bit>
 

@@ -1,6 +1,7 @@
 #include "platform/image/codecs/EncodedRows_p.h"
 
 #include "platform/base/WorkerPool.h"
+#include "platform/image/pixels/PixelKernels.h"
 
 #include <algorithm>
 #include <atomic>
@@ -33,10 +34,7 @@ bool isOpaque(const CGImage& image, const RowConverter& rows)
         std::vector<std::uint8_t> rgba(4 * static_cast<std::size_t>(image.width()));
         for (int y = first; y < last && opaque.load(std::memory_order_relaxed); ++y) {
             rows.convert(0, y, image.width(), rgba.data());
-            std::uint8_t all = 255;
-            for (std::size_t i = 3; i < rgba.size(); i += 4)
-                all &= rgba[i];
-            if (all != 255)
+            if (!kernels::isOpaque(rgba.data(), rgba.size() / 4))
                 opaque.store(false, std::memory_order_relaxed);
         }
     });

@@ -2,7 +2,8 @@
 #include "platform/image/codecs/HeifReferences_p.h"
 #include "platform/image/codecs/PictureDecoder_p.h"
 #include "platform/image/codecs/RowCollector_p.h"
-#include "platform/image/pixels/SampleConversion.h"
+#include "platform/image/pixels/PixelArithmetic.h"
+#include "platform/image/pixels/PixelKernels.h"
 
 #include <array>
 #include <cmath>
@@ -218,7 +219,7 @@ private:
             else
                 copyRow(in, rows.row());
             if (premultiplied)
-                makeStraight(rows.row(), m_layout.width);
+                kernels::unpremultiply(rows.row(), static_cast<std::size_t>(m_layout.width));
             rows.advance();
         }
         return std::monostate();

@@ -2,30 +2,13 @@
 
 #include "platform/base/WorkerPool.h"
 #include "platform/image/pixels/ColorConversion.h"
+#include "platform/image/pixels/PixelKernels.h"
 
 #include <algorithm>
 #include <atomic>
 #include <utility>
 
 namespace lamina {
-
-namespace {
-
-void setOpaque(std::uint8_t* rgba, int pixels)
-{
-    for (int x = 0; x < pixels; ++x)
-        rgba[4 * static_cast<std::size_t>(x) + 3] = 255;
-}
-
-bool isOpaque(const std::uint8_t* rgba, int pixels)
-{
-    std::uint8_t all = 255;
-    for (int x = 0; x < pixels; ++x)
-        all &= rgba[4 * static_cast<std::size_t>(x) + 3];
-    return all == 255;
-}
-
-} // namespace
 
 PictureBuilder::PictureBuilder(int width, int height)
     : m_width(width)
@@ -41,8 +24,9 @@ UIImage PictureBuilder::finish(bool translucent, std::span<const std::uint8_t> i
     parallelRows(0, m_height, static_cast<std::size_t>(m_width), [&](int first, int last) {
         for (int y = first; y < last; ++y) {
             if (!translucent)
-                setOpaque(row(y), m_width);
-            else if (opaque.load(std::memory_order_relaxed) && !isOpaque(row(y), m_width))
+                kernels::setOpaque(row(y), static_cast<std::size_t>(m_width));
+            else if (opaque.load(std::memory_order_relaxed) &&
+                     !kernels::isOpaque(row(y), static_cast<std::size_t>(m_width)))
                 opaque.store(false, std::memory_order_relaxed);
         }
     });

@@ -2,7 +2,7 @@
 #include "platform/image/codecs/RowCollector_p.h"
 #include "platform/image/codecs/TIFFFile_p.h"
 #include "platform/image/codecs/TIFFSamples_p.h"
-#include "platform/image/pixels/SampleConversion.h"
+#include "platform/image/pixels/PixelKernels.h"
 
 #include <algorithm>
 #include <cstring>
@@ -278,7 +278,7 @@ private:
                     out[2] = static_cast<std::uint8_t>(TIFFGetB(*pixel));
                     out[3] = static_cast<std::uint8_t>(TIFFGetA(*pixel));
                 }
-                makeStraight(builder.row(y), builder.width());
+                kernels::unpremultiply(builder.row(y), static_cast<std::size_t>(builder.width()));
             }
             top += rows;
         }

@@ -1,6 +1,6 @@
 #include "platform/image/codecs/TIFFSamples_p.h"
 
-#include "platform/image/pixels/SampleConversion.h"
+#include "platform/image/pixels/PixelArithmetic.h"
 
 #include <algorithm>
 #include <cassert>

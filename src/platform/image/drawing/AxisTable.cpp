@@ -1,15 +1,18 @@
 #include "platform/image/drawing/AxisTable_p.h"
 
+#include "platform/image/drawing/DeviceBounds_p.h"
+
 #include <algorithm>
 #include <cmath>
 #include <numbers>
 
+// The kernels: R. G. Keys, "Cubic convolution interpolation for digital image processing", IEEE Transactions on
+// Acoustics, Speech and Signal Processing 29, 1981, with a = -1/2; C. E. Duchon, "Lanczos filtering in one and two
+// dimensions", Journal of Applied Meteorology 18, 1979, with three lobes.
+
 namespace lamina {
 
 namespace {
-
-/// Places that differ by less than this, in pixels, give the same bytes.
-constexpr double kSamePlace = 1.0 / 4096;
 
 /// The weights of one output before all are brought to the same number of taps.
 struct Span {

@@ -31,21 +31,8 @@ std::optional<SurfaceKind> kindOf(const CGColorSpace& space, CGBitmapInfo info)
         break;
     }
     const bool bytes = plainOrder || order == kCGBitmapByteOrder32Little || order == kCGBitmapByteOrder32Big;
-    switch (alpha) {
-    case CGImageAlphaInfo::PremultipliedLast:
-    case CGImageAlphaInfo::PremultipliedFirst:
-    case CGImageAlphaInfo::NoneSkipLast:
-    case CGImageAlphaInfo::NoneSkipFirst:
-        return bytes ? std::optional(SurfaceKind::RGBA) : std::nullopt;
-    default:
-        return std::nullopt;
-    }
-}
-
-bool skipsAlpha(const CGImageLayout& layout)
-{
-    return layout.alphaInfo() == CGImageAlphaInfo::NoneSkipLast ||
-           layout.alphaInfo() == CGImageAlphaInfo::NoneSkipFirst;
+    const bool known = isPremultiplied(alpha) || skipsAlpha(alpha);
+    return known && bytes ? std::optional(SurfaceKind::RGBA) : std::nullopt;
 }
 
 } // namespace
@@ -59,7 +46,7 @@ CGContext::Impl::Impl(Surface surface, const CGImageLayout& pictureLayout, const
 {
     state.ctm = base;
     state.clip.bounds = bottom.bounds();
-    if (isRGB() && skipsAlpha(layout))
+    if (isRGB() && skipsAlpha(layout.alphaInfo()))
         bottom.makeOpaque();
 }
 
@@ -82,7 +69,7 @@ std::optional<CGContext> CGContext::image(CGSize size, bool opaque, double scale
     if (scale == 0)
         scale = UIScreen::main().scale;
     // A size that is a whole number of pixels but for the last bits of the product must not gain a row.
-    const auto pixels = [&](double points) { return std::ceil(points * scale - 1e-6); };
+    const auto pixels = [&](double points) { return std::ceil(points * scale - kPixelNoise); };
     const double width = pixels(size.width);
     const double height = pixels(size.height);
     if (!(scale > 0) || !(width >= 1 && width <= kLongestSide) || !(height >= 1 && height <= kLongestSide))
@@ -177,7 +164,7 @@ IntRect CGContext::clipBounds() const
 
 bool CGContext::Impl::keepsOpaque() const
 {
-    return layers.empty() && skipsAlpha(layout);
+    return layers.empty() && skipsAlpha(layout.alphaInfo());
 }
 
 Surface* CGContext::Impl::target()

@@ -79,6 +79,9 @@ public:
     /// A shadow under everything drawn: `offset` and `blur` in device-independent points of the context's scale, y
     /// down. The blur is a Gaussian of standard deviation blur / 2. No colour: no shadow (the default).
     void setShadow(CGSize offset, double blur, const std::optional<UIColor>& color);
+    /// How many pixels beyond the outline of what casts it a shadow without offset is drawn; `deviation` is the blur's
+    /// standard deviation in pixels. Whoever draws a part of a picture draws what lies this far around it too.
+    static int shadowReach(double deviation);
 
     void fillRect(const CGRect& rect);
     void fillPath(const UIBezierPath& path);

@@ -53,9 +53,14 @@ std::optional<AlphaPlane> blurredAlpha(const Surface& layer, double sigma)
 
 } // namespace
 
+int CGContext::shadowReach(double deviation)
+{
+    return blurReach(deviation);
+}
+
 void CGContext::setShadow(CGSize offset, double blur, const std::optional<UIColor>& color)
 {
-    const bool usable = std::isfinite(offset.width) && std::isfinite(offset.height) && blur >= 0;
+    const bool usable = isFinite(offset) && blur >= 0;
     m_impl->state.shadow.reset();
     if (!color || !(color->alpha > 0) || !usable)
         return;

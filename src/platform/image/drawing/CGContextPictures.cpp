@@ -2,7 +2,8 @@
 #include "platform/image/drawing/CGContext_p.h"
 #include "platform/image/pixels/PixelKernels.h"
 
-#include <algorithm>
+#include <array>
+#include <cstdint>
 #include <cstring>
 #include <utility>
 
@@ -13,11 +14,10 @@ namespace {
 /// Which of R, G, B and A stands at each place of a pixel's memory.
 kernels::ByteOrder byteOrder(CGBitmapInfo info)
 {
-    const auto alpha = static_cast<CGImageAlphaInfo>(info & kCGBitmapAlphaInfoMask);
-    const bool first = alpha == CGImageAlphaInfo::PremultipliedFirst || alpha == CGImageAlphaInfo::NoneSkipFirst;
-    kernels::ByteOrder order = first ? kernels::ByteOrder{3, 0, 1, 2} : kernels::ByteOrder{0, 1, 2, 3};
-    if ((info & kCGBitmapByteOrderMask) == kCGBitmapByteOrder32Little)
-        std::ranges::reverse(order);
+    const std::array<std::uint8_t, 4> places = componentPlaces(info);
+    kernels::ByteOrder order{};
+    for (std::uint8_t component = 0; component < 4; ++component)
+        order[places[component]] = component;
     return order;
 }
 

@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <cstring>
 
+// Source-over of T. Porter and T. Duff, "Compositing Digital Images", SIGGRAPH 1984.
+
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "platform/image/drawing/Compositing.cpp"
 #include <hwy/foreach_target.h>

@@ -9,8 +9,6 @@ namespace lamina {
 
 namespace {
 
-constexpr double kSamePlace = 1.0 / 4096;
-
 double snapped(double place)
 {
     const double whole = std::round(place);

@@ -5,6 +5,9 @@
 #include <cmath>
 #include <cstring>
 
+// R. G. Keys, "Cubic convolution interpolation for digital image processing", IEEE Transactions on Acoustics, Speech
+// and Signal Processing 29, 1981.
+
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "platform/image/drawing/CubicSampling.cpp"
 #include <hwy/foreach_target.h>

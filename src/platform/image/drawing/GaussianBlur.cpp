@@ -10,6 +10,10 @@
 #include <utility>
 #include <vector>
 
+// A separable convolution with the sampled Gaussian (R. C. Gonzalez, R. E. Woods, "Digital Image Processing"). Wide
+// blurs go through a pyramid of one step: P. J. Burt, "Fast filter transforms for image processing", 1981; variances of
+// convolutions add up.
+
 namespace lamina {
 
 namespace {
@@ -79,7 +83,7 @@ bool blurReduced(PixelBuffer& bytes, IntSize size, double sigma)
 
 int blurReach(double sigma)
 {
-    const double used = std::clamp(sigma, 0.0, kLargestSigma);
+    const double used = sigma > 0 ? std::min(sigma, kLargestSigma) : 0;
     // Reducing takes a step, the smaller kernel is rounded up to one, and enlarging reaches two.
     const int step = blurStep(used);
     return static_cast<int>(std::ceil(3 * used)) + (step > 1 ? 4 * step : 0);

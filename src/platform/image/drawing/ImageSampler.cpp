@@ -11,12 +11,13 @@
 #include <cstring>
 #include <utility>
 
+// Reading through an affine transform: backward mapping, with the picture reduced beforehand where it gets smaller so
+// that nothing aliases (P. S. Heckbert, "Fundamentals of Texture Mapping and Image Warping", 1989).
+
 namespace lamina {
 
 namespace {
 
-/// Shears that move no place of the picture by more than this, in pixels, are rounding errors of turns that cancel out.
-constexpr double kSamePlace = 1.0 / 4096;
 /// Source pixels that the cubic kernel needs around a place, and some room for rounding.
 constexpr double kKernelReach = 4;
 
@@ -95,12 +96,6 @@ ImageShape::ImageShape(IntSize size, const CGAffineTransform& toDevice, const In
     const CoverageMask mask = rasterizer.render(clip, {.evenOdd = false, .antialias = antialias});
     m_bounds = mask.bounds();
     m_coverage = mask;
-}
-
-bool ImageShape::isWhole() const
-{
-    const auto* rect = std::get_if<RectCoverage>(&m_coverage);
-    return rect && rect->isWhole();
 }
 
 const std::uint8_t* ImageShape::row(int x, int y, int count, std::uint8_t* scratch) const

@@ -21,7 +21,6 @@ public:
     const IntRect& bounds() const { return m_bounds; }
     /// Coverage of pixels [x, x + count) of row y inside the bounds; null when all are covered wholly.
     const std::uint8_t* row(int x, int y, int count, std::uint8_t* scratch) const;
-    bool isWhole() const;
 
 private:
     std::variant<RectCoverage, CoverageMask> m_coverage;

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
+// Offsets, mitres and their limit are those of the PostScript Language Reference, third edition, 1999, "Stroking".
+
 namespace lamina {
 
 namespace {

@@ -6,6 +6,9 @@
 #include <algorithm>
 #include <cmath>
 
+// Exact area coverage by summed signed areas: the accumulation buffer of font rasterizers, as R. Levien describes it
+// ("Inside the fastest font renderer in the world", 2016), here in whole steps.
+
 namespace lamina {
 
 namespace {

@@ -12,6 +12,7 @@ namespace lamina {
 /// several threads work on, without the rest of it and without a copy of the picture.
 class RowResampler {
 public:
+    /// The columns of `x` and the rows of `y`, which speak of the source's axes.
     RowResampler(SourcePixels source, AxisTable x, AxisTable y);
 
     /// The work of one thread: rows in any order, cheapest in rising order. Must not outlive the resampler.
@@ -38,9 +39,6 @@ public:
 
     /// Cost of a row, in plain pixels, for sharing out the work.
     std::size_t rowCost() const;
-    const AxisTable& xTable() const { return m_x; }
-    const AxisTable& yTable() const { return m_y; }
-    const SourcePixels& source() const { return m_source; }
 
 private:
     bool choosesVerticalFirst() const;

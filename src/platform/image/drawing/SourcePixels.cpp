@@ -1,6 +1,7 @@
 #include "platform/image/drawing/SourcePixels.h"
 
 #include "platform/base/WorkerPool.h"
+#include "platform/image/pixels/PixelArithmetic.h"
 #include "platform/image/pixels/PixelKernels.h"
 
 #include <algorithm>
@@ -25,12 +26,6 @@ bool isPlainBytes(const CGImage& image, int bitsPerPixel)
 {
     return image.bitsPerComponent() == 8 && image.bitsPerPixel() == bitsPerPixel &&
            (image.bitmapInfo() & ~kCGBitmapAlphaInfoMask) == kCGBitmapByteOrderDefault;
-}
-
-/// The value of R G B A pixels: grey ones have it in all three colours; colours weigh as luma (Rec. ITU-R BT.709).
-std::uint8_t luma(const std::uint8_t* p)
-{
-    return static_cast<std::uint8_t>((p[0] * 13933u + p[1] * 46871u + p[2] * 4732u + 32768u) >> 16);
 }
 
 } // namespace
@@ -120,7 +115,8 @@ const std::uint8_t* SourcePixels::row(int x, int y, int count, std::uint8_t* out
     std::vector<std::uint8_t> rgba(4 * n);
     m_converter->convert(x, y, count, rgba.data());
     for (std::size_t i = 0; i < n; ++i) {
-        const std::uint8_t value = m_load == Load::ConvertAlpha ? rgba[4 * i + 3] : luma(&rgba[4 * i]);
+        const std::uint8_t* p = &rgba[4 * i];
+        const std::uint8_t value = m_load == Load::ConvertAlpha ? p[3] : lumaOf(p[0], p[1], p[2]);
         out[i] = m_inverted ? static_cast<std::uint8_t>(255 - value) : value;
     }
     return out;

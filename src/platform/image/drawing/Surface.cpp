@@ -1,5 +1,7 @@
 #include "platform/image/drawing/Surface_p.h"
 
+#include "platform/image/pixels/PixelKernels.h"
+
 #include <atomic>
 #include <cstring>
 #include <utility>
@@ -45,11 +47,8 @@ bool Surface::detach()
 
 void Surface::makeOpaque()
 {
-    for (int y = m_bounds.y; y < m_bounds.bottom(); ++y) {
-        std::uint8_t* row = at(m_bounds.x, y);
-        for (int x = 0; x < m_bounds.width; ++x)
-            row[4 * x + 3] = 255;
-    }
+    for (int y = m_bounds.y; y < m_bounds.bottom(); ++y)
+        kernels::setOpaque(at(m_bounds.x, y), static_cast<std::size_t>(m_bounds.width));
 }
 
 } // namespace lamina

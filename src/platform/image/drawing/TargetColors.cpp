@@ -9,6 +9,9 @@
 #include <lcms2.h>
 #include <vector>
 
+// Device CMYK by full replacement of the grey part with black ink: PostScript Language Reference, third edition, 1999,
+// "Conversion from DeviceRGB to DeviceCMYK".
+
 namespace lamina {
 
 namespace {
@@ -54,7 +57,7 @@ Components fromRGB(double r, double g, double b, CGColorSpace::Model model)
 {
     switch (model) {
     case CGColorSpace::Model::Gray:
-        return {{0.2126 * r + 0.7152 * g + 0.0722 * b}};
+        return {{lumaOf(r, g, b)}};
     case CGColorSpace::Model::CMYK: {
         const double light = std::max({r, g, b});
         if (light <= 0)
@@ -129,14 +132,7 @@ void TargetColors::convertRow(const std::uint8_t* rgba, int count, std::uint8_t*
         return;
     }
     std::vector<std::uint8_t> straight(rgba, rgba + 4 * static_cast<std::ptrdiff_t>(count));
-    for (int i = 0; i < count; ++i) {
-        const unsigned a = alphas[i];
-        if (a == 0 || a == 255)
-            continue;
-        std::uint8_t* p = straight.data() + 4 * static_cast<std::ptrdiff_t>(i);
-        for (int c = 0; c < 3; ++c)
-            p[c] = static_cast<std::uint8_t>(std::min(255u, (p[c] * 255u + a / 2) / a));
-    }
+    kernels::unpremultiply(straight.data(), static_cast<std::size_t>(count));
     convertStraight(straight.data(), count, components);
     const int channels = model == CGColorSpace::Model::Gray ? 1 : 4;
     for (int i = 0; i < count; ++i) {

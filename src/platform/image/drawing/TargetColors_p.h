@@ -11,8 +11,8 @@ namespace lamina {
 
 /// The way from sRGB into the space of a bitmap:
 ///
-///   grey   Rec. ITU-R BT.709 luma of the stored values      CMYK   K = 1 - max(R, G, B), C = (1 - R - K)/(1 - K) and
-///   so on
+///   grey   luma of the stored values
+///   CMYK   K = 1 - max(R, G, B), C = (1 - R - K)/(1 - K) and so on
 ///
 /// or by the space's ICC profile where it has one (relative colorimetric with black point compensation). Usable from
 /// several threads at once.

@@ -6,6 +6,10 @@
 #include <cmath>
 #include <utility>
 
+// Curves are split by the bound of their second differences (G. Farin, "Curves and Surfaces for CAGD", the deviation of
+// a chord); inside and outside are told by the winding number (J. D. Foley et al., "Computer Graphics: Principles and
+// Practice").
+
 namespace lamina {
 
 namespace {
@@ -14,11 +18,6 @@ namespace {
 constexpr double kQuarterCircle = 0.5522847498;
 /// Pieces of one curve at most: enough for curves of some million pixels.
 constexpr int kMostPieces = 4096;
-
-CGPoint between(CGPoint a, CGPoint b, double t)
-{
-    return {a.x + (b.x - a.x) * t, a.y + (b.y - a.y) * t};
-}
 
 CGPoint onCurve(CGPoint start, const UIBezierPath::Element& curve, double t)
 {
@@ -117,24 +116,6 @@ void UIBezierPath::addCurveToPoint(CGPoint end, CGPoint control1, CGPoint contro
     if (m_elements.empty())
         moveToPoint(control1);
     m_elements.push_back({Verb::Curve, control1, control2, end});
-}
-
-void UIBezierPath::addQuadCurveToPoint(CGPoint end, CGPoint control)
-{
-    CGPoint start = control;
-    for (auto it = m_elements.rbegin(); it != m_elements.rend(); ++it) {
-        if (it->verb != Verb::Close) {
-            start = it->end;
-            break;
-        }
-        // After a close the pen stands where the part began.
-        const auto move = std::find_if(it, m_elements.rend(), [](const Element& e) { return e.verb == Verb::Move; });
-        if (move != m_elements.rend()) {
-            start = move->end;
-            break;
-        }
-    }
-    addCurveToPoint(end, between(start, control, 2.0 / 3), between(end, control, 2.0 / 3));
 }
 
 void UIBezierPath::closePath()

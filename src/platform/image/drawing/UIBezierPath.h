@@ -20,18 +20,26 @@ public:
     };
 
     UIBezierPath() = default;
+    /// Four lines from the top left corner, clockwise where y runs down.
     static UIBezierPath withRect(const CGRect& rect);
     /// Corners are quarter circles; a radius above half of the shorter side counts as that half.
     static UIBezierPath withRoundedRect(const CGRect& rect, double cornerRadius);
+    /// The ellipse that touches the sides, of four curves that come within 0.03 % of it.
     static UIBezierPath withOvalIn(const CGRect& rect);
+    /// A closed part of straight lines; empty without corners.
     static UIBezierPath polygon(const std::vector<CGPoint>& corners);
 
+    /// Begins a new part at `p`.
     void moveToPoint(CGPoint p);
+    /// A straight line from where the part has come to. Without a part it begins one at `p`.
     void addLineToPoint(CGPoint p);
+    /// A cubic curve that leaves towards `control1` and arrives from `control2`.
     void addCurveToPoint(CGPoint end, CGPoint control1, CGPoint control2);
-    void addQuadCurveToPoint(CGPoint end, CGPoint control);
+    /// A straight line back to where the part began. Nothing without a part.
     void closePath();
+    /// All parts of the other path, whose fill rule and line width are not taken.
     void appendPath(const UIBezierPath& other);
+    /// Moves every point.
     void applyTransform(const CGAffineTransform& transform);
 
     bool isEmpty() const { return m_elements.empty(); }

@@ -31,15 +31,9 @@ namespace {
 /// Alpha is one more component; what is skipped may be as little as a bit, as in pixels of 5 bits a component.
 int bitsBesideColors(const CGImageLayout& layout)
 {
-    switch (layout.alphaInfo()) {
-    case CGImageAlphaInfo::None:
+    if (layout.alphaInfo() == CGImageAlphaInfo::None)
         return 0;
-    case CGImageAlphaInfo::NoneSkipLast:
-    case CGImageAlphaInfo::NoneSkipFirst:
-        return 1;
-    default:
-        return layout.bitsPerComponent;
-    }
+    return skipsAlpha(layout.alphaInfo()) ? 1 : layout.bitsPerComponent;
 }
 
 bool isPossible(const CGImageLayout& layout)
@@ -76,14 +70,7 @@ CGImage CGImage::make(const CGImageLayout& layout, std::shared_ptr<const std::ui
 
 bool CGImage::hasAlpha() const
 {
-    switch (alphaInfo()) {
-    case CGImageAlphaInfo::None:
-    case CGImageAlphaInfo::NoneSkipLast:
-    case CGImageAlphaInfo::NoneSkipFirst:
-        return false;
-    default:
-        return true;
-    }
+    return alphaInfo() != CGImageAlphaInfo::None && !skipsAlpha(alphaInfo());
 }
 
 CGImage CGImage::subImage(const IntRect& rect) const

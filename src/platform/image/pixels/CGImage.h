@@ -4,6 +4,7 @@
 #include "platform/image/pixels/CGColorSpace.h"
 #include "platform/image/pixels/PixelBuffer.h"
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -35,9 +36,52 @@ inline constexpr CGBitmapInfo kCGBitmapByteOrder32Little = 0x2000;
 inline constexpr CGBitmapInfo kCGBitmapByteOrder16Big = 0x3000;
 inline constexpr CGBitmapInfo kCGBitmapByteOrder32Big = 0x4000;
 
+/// Colours are multiplied by the alpha.
+constexpr bool isPremultiplied(CGImageAlphaInfo alpha)
+{
+    return alpha == CGImageAlphaInfo::PremultipliedFirst || alpha == CGImageAlphaInfo::PremultipliedLast;
+}
+
+/// Pixels have room for alpha that is not looked at.
+constexpr bool skipsAlpha(CGImageAlphaInfo alpha)
+{
+    return alpha == CGImageAlphaInfo::NoneSkipFirst || alpha == CGImageAlphaInfo::NoneSkipLast;
+}
+
+/// Alpha, or the room for it, stands before the colours.
+constexpr bool alphaStandsFirst(CGImageAlphaInfo alpha)
+{
+    return alpha == CGImageAlphaInfo::PremultipliedFirst || alpha == CGImageAlphaInfo::First ||
+           alpha == CGImageAlphaInfo::NoneSkipFirst;
+}
+
+/// The alpha info together with a byte order.
 constexpr CGBitmapInfo bitmapInfo(CGImageAlphaInfo alpha, CGBitmapInfo byteOrder = kCGBitmapByteOrderDefault)
 {
     return static_cast<CGBitmapInfo>(alpha) | byteOrder;
+}
+
+/// Memory keeps the bytes of a pixel in units of so many that are turned round: 2 or 4 for the little orders, else 1.
+constexpr unsigned swappedUnit(CGBitmapInfo info)
+{
+    switch (info & kCGBitmapByteOrderMask) {
+    case kCGBitmapByteOrder16Little:
+        return 2;
+    case kCGBitmapByteOrder32Little:
+        return 4;
+    default:
+        return 1;
+    }
+}
+
+/// Where red, green, blue and alpha (or its room) lie in the memory of a pixel of four bytes.
+constexpr std::array<std::uint8_t, 4> componentPlaces(CGBitmapInfo info)
+{
+    const unsigned first = alphaStandsFirst(static_cast<CGImageAlphaInfo>(info & kCGBitmapAlphaInfoMask)) ? 1 : 0;
+    std::array<std::uint8_t, 4> places{};
+    for (unsigned c = 0; c < 4; ++c)
+        places[c] = static_cast<std::uint8_t>((c + first) % 4 ^ (swappedUnit(info) - 1));
+    return places;
 }
 
 /// How the bytes of a picture are arranged. Sizes in pixels; `bytesPerRow` may be padded.

@@ -1,6 +1,7 @@
 #include "platform/image/pixels/ColorConversion.h"
 
 #include "platform/base/WorkerPool.h"
+#include "platform/image/pixels/PixelArithmetic.h"
 
 #include <algorithm>
 #include <cmath>
@@ -8,6 +9,9 @@
 #include <cstring>
 #include <lcms2.h>
 #include <vector>
+
+// Profiles and rendering intents are those of ICC.1; sRGB is IEC 61966-2-1 with the primaries of Rec. ITU-R BT.709. The
+// plain formula for CMYK is that of the PostScript Language Reference, third edition, 1999.
 
 namespace lamina {
 
@@ -219,10 +223,8 @@ void convertDeviceCMYK(std::uint8_t* pixels, int count)
 {
     for (std::uint8_t* end = pixels + 4 * static_cast<std::ptrdiff_t>(count); pixels != end; pixels += 4) {
         const unsigned light = 255u - pixels[3];
-        for (int c = 0; c < 3; ++c) {
-            const unsigned product = (255u - pixels[c]) * light + 128; // rounded division by 255
-            pixels[c] = static_cast<std::uint8_t>((product + (product >> 8)) >> 8);
-        }
+        for (int c = 0; c < 3; ++c)
+            pixels[c] = mul255(255u - pixels[c], light);
         pixels[3] = 255;
     }
 }

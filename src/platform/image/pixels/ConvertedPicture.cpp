@@ -1,10 +1,13 @@
 #include "platform/image/pixels/PixelConversion.h"
 
 #include "platform/base/WorkerPool.h"
+#include "platform/image/pixels/PixelArithmetic.h"
 
 #include <algorithm>
 #include <cmath>
 #include <vector>
+
+// A mask is stretched by bilinear interpolation, in integers.
 
 namespace lamina {
 
@@ -50,7 +53,7 @@ public:
             const unsigned left = mix(above[column.first], below[column.first], row.share);
             const unsigned right = mix(above[column.second], below[column.second], row.share);
             const unsigned value = (mix(left, right, column.share) + 32768) >> 16;
-            rgba[3] = static_cast<std::uint8_t>((rgba[3] * value + 127) / 255);
+            rgba[3] = mul255(rgba[3], value);
             rgba += 4;
         }
     }

@@ -1,5 +1,7 @@
 #include "platform/image/pixels/PixelBlocks_p.h"
 
+#include "platform/base/MemoryWarning.h"
+
 #include <algorithm>
 #include <limits>
 #include <sys/mman.h>
@@ -71,6 +73,12 @@ void unmap(PixelBlocks::Block& block)
 }
 
 } // namespace
+
+PixelBlocks::PixelBlocks()
+    : m_memoryWarning(NotificationCenter::defaultCenter().addObserver(UIApplicationDidReceiveMemoryWarningNotification,
+                                                                      [this](const Notification&) { releaseIdle(); }))
+{
+}
 
 PixelBlocks& PixelBlocks::shared()
 {

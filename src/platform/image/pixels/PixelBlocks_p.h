@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/base/NotificationCenter.h"
+
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -23,6 +25,8 @@ public:
 
     static PixelBlocks& shared();
 
+    /// A block of `size` bytes or more: an idle one of about that size, or a new one. Without memory when none is to be
+    /// had.
     Block take(std::size_t size);
     /// Takes a block back, of which memory and capacity are looked at.
     void giveBack(const Block& block) noexcept;
@@ -31,6 +35,8 @@ public:
     std::size_t idleBytes();
 
 private:
+    PixelBlocks();
+
     std::size_t sumOfIdle() const;
     Block takeIdle(std::size_t size);
     void dropOldest();
@@ -39,6 +45,7 @@ private:
     std::array<Block, 2> m_idle; ///< the one that came last first; null where there is none
     std::size_t m_used = 0;      ///< bytes of the blocks that are out
     std::size_t m_mostUsed = 0;
+    NotificationObserver m_memoryWarning; ///< for good, as these blocks are
 };
 
 } // namespace lamina

@@ -12,14 +12,17 @@ namespace lamina {
 /// Memory fresh from the system costs as much as all the work on a photo's pixels: every page is a fault, and the
 /// system clears it before we write it. So up to two blocks of 1 MB or more, 64 MB together, are kept when their owners
 /// let them go, and serve the next buffers of about their size. They never raise the most memory that buffers have
-/// taken: where a new block and the idle ones together would pass that, the idle ones go first. Blocks from 4 MB on ask
-/// for huge pages, each of which saves 512 faults.
+/// taken: where a new block and the idle ones together would pass that, the idle ones go first; and all of them go when
+/// the system runs short of memory (`UIApplicationDidReceiveMemoryWarningNotification`). Blocks from 4 MB on ask for
+/// huge pages, each of which saves 512 faults.
 ///
 /// All of it is usable from any thread.
 class PixelBuffer {
 public:
     PixelBuffer() = default;
+    /// `size` bytes that hold anything.
     static PixelBuffer allocate(std::size_t size);
+    /// `size` bytes of 0.
     static PixelBuffer zeroed(std::size_t size);
 
     std::uint8_t* data() { return m_data.get(); }

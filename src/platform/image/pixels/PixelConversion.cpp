@@ -1,8 +1,8 @@
 #include "platform/image/pixels/PixelConversion.h"
 
 #include "platform/base/WorkerPool.h"
+#include "platform/image/pixels/PixelArithmetic.h"
 #include "platform/image/pixels/PixelKernels.h"
-#include "platform/image/pixels/SampleConversion.h"
 
 #include <algorithm>
 #include <bit>
@@ -13,30 +13,6 @@
 namespace lamina {
 
 namespace {
-
-bool isPremultiplied(CGImageAlphaInfo alpha)
-{
-    return alpha == CGImageAlphaInfo::PremultipliedFirst || alpha == CGImageAlphaInfo::PremultipliedLast;
-}
-
-bool standsFirst(CGImageAlphaInfo alpha)
-{
-    return alpha == CGImageAlphaInfo::PremultipliedFirst || alpha == CGImageAlphaInfo::First ||
-           alpha == CGImageAlphaInfo::NoneSkipFirst;
-}
-
-/// Memory keeps its bytes in units of so many that are turned round; 1: nothing is.
-unsigned swappedUnit(CGBitmapInfo info)
-{
-    switch (info & kCGBitmapByteOrderMask) {
-    case kCGBitmapByteOrder16Little:
-        return 2;
-    case kCGBitmapByteOrder32Little:
-        return 4;
-    default:
-        return 1;
-    }
-}
 
 /// Reads components of any size out of a row, most significant bit first.
 class ComponentReader {
@@ -59,7 +35,7 @@ public:
         const std::uint32_t largest = m_bits >= 32 ? 0xFFFFFFFFu : (1u << m_bits) - 1;
         const auto value = static_cast<std::uint32_t>(window >> (40 - bit % 8 - m_bits)) & largest;
         if (!m_float)
-            return static_cast<std::uint8_t>((std::uint64_t{value} * 255 + largest / 2) / largest);
+            return to8Bits(value, largest);
         const float number = std::bit_cast<float>(value);
         return number > 0 ? static_cast<std::uint8_t>(std::lround(std::min(number, 1.0F) * 255)) : std::uint8_t{0};
     }
@@ -96,16 +72,11 @@ RowConverter::RowConverter(CGImage image, AlphaForm form)
     const bool inBytes32 = bytes && layout.bitsPerPixel == 32 && (model == CGColorSpace::Model::RGB || m_inks);
     if (inBytes32) {
         m_path = Path::Bytes32;
-        const std::size_t flip = swappedUnit(layout.bitmapInfo) - 1;
-        const std::size_t shift = !m_inks && standsFirst(layout.alphaInfo()) ? 1 : 0;
-        for (std::size_t c = 0; c < 4; ++c)
-            m_order[c] = static_cast<std::uint8_t>(((c + shift) % 4) ^ flip);
+        m_order = componentPlaces(m_inks ? layout.bitmapInfo & ~kCGBitmapAlphaInfoMask : layout.bitmapInfo);
     } else if (bytes && layout.bitsPerPixel == 8 && model == CGColorSpace::Model::Gray &&
                swappedUnit(layout.bitmapInfo) == 1) {
         m_path = Path::Gray8;
     }
-    m_identity = inBytes32 && !m_inks && !m_colors && m_hasAlpha && m_order == kPlainOrder &&
-                 m_premultiplied == (form == AlphaForm::Premultiplied);
 }
 
 void RowConverter::convert(int x, int y, int count, std::uint8_t* rgba) const
@@ -114,7 +85,7 @@ void RowConverter::convert(int x, int y, int count, std::uint8_t* rgba) const
     const bool wantsPremultiplied = m_form == AlphaForm::Premultiplied;
     const bool mustBeStraight = m_hasAlpha && m_premultiplied && !m_inks && (m_colors || !wantsPremultiplied);
     if (mustBeStraight)
-        makeStraight(rgba, count);
+        kernels::unpremultiply(rgba, static_cast<std::size_t>(count));
     if (m_colors)
         m_colors->convertRow(rgba, count);
     else if (m_inks)
@@ -156,7 +127,7 @@ std::size_t RowConverter::componentBit(int x, int component) const
 {
     const CGImageLayout& layout = m_image.layout();
     const int colors = layout.colorSpace.componentCount();
-    const bool first = standsFirst(layout.alphaInfo());
+    const bool first = alphaStandsFirst(layout.alphaInfo());
     int bit = component * layout.bitsPerComponent; // alpha behind the colours counts as one more of them
     if (first && component < colors)
         bit += layout.bitsPerPixel - colors * layout.bitsPerComponent;

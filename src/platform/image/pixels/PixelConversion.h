@@ -30,9 +30,6 @@ public:
     /// Pixels [x, x + count) of row y into `rgba`, 4 · count bytes. The range must lie inside the picture.
     void convert(int x, int y, int count, std::uint8_t* rgba) const;
 
-    /// True when the rows are RGBA in memory in the wanted form already, so that they can be read where they are.
-    bool isIdentity() const { return m_identity; }
-
 private:
     enum class Path { Bytes32, Gray8, Any };
     using Order = std::array<std::uint8_t, 4>;
@@ -52,7 +49,6 @@ private:
     bool m_inks = false;
     bool m_hasAlpha = false;
     bool m_premultiplied = false;
-    bool m_identity = false;
 };
 
 /// What a mask lets through as an alpha-only picture of 8 bits and the mask's size (see CGImage::withMask for the

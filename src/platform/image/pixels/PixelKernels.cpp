@@ -130,19 +130,14 @@ void Reorder(const std::uint8_t* in, std::size_t pixels, ByteOrder order, std::u
     }
 }
 
-std::uint8_t straightOf(std::uint8_t color, std::uint8_t alpha)
-{
-    const unsigned divisor = std::max<unsigned>(alpha, 1);
-    return static_cast<std::uint8_t>(std::min(255u, (color * 255u + alpha / 2u) / divisor));
-}
-
 void GrayOf(const std::uint8_t* in, std::size_t pixels, std::uint8_t* gray, std::uint8_t* alphas)
 {
     std::size_t i = 0;
 #if HWY_TARGET != HWY_SCALAR
+    using Luma = FixedLuma<24>;
     const hn::Rebind<std::uint8_t, Pixels> bytes;
     const auto all = hn::Set(Pixels(), 255);
-    const auto half = hn::Set(Pixels(), (1u << 23) + 512u);
+    const auto half = hn::Set(Pixels(), kLumaHalf);
     const std::size_t n = hn::Lanes(Pixels());
     for (; i + n <= pixels; i += n) {
         const auto rgba = loadPixels(in + 4 * i);
@@ -158,8 +153,8 @@ void GrayOf(const std::uint8_t* in, std::size_t pixels, std::uint8_t* gray, std:
             g = straightColor(g, alpha, divisor);
             b = straightColor(b, alpha, divisor);
         }
-        const auto rg = hn::Add(hn::Mul(r, hn::Set(Pixels(), kLumaRed)), hn::Mul(g, hn::Set(Pixels(), kLumaGreen)));
-        auto luma = hn::ShiftRight<24>(hn::Add(rg, hn::Add(hn::Mul(b, hn::Set(Pixels(), kLumaBlue)), half)));
+        const auto rg = hn::Add(hn::Mul(r, hn::Set(Pixels(), Luma::kRed)), hn::Mul(g, hn::Set(Pixels(), Luma::kGreen)));
+        auto luma = hn::ShiftRight<24>(hn::Add(rg, hn::Add(hn::Mul(b, hn::Set(Pixels(), Luma::kBlue)), half)));
         if (!isOpaque) {
             const auto t = hn::Add(hn::Mul(luma, alpha), hn::Set(Pixels(), 128));
             luma = hn::ShiftRight<8>(hn::Add(t, hn::ShiftRight<8>(t)));
@@ -171,7 +166,7 @@ void GrayOf(const std::uint8_t* in, std::size_t pixels, std::uint8_t* gray, std:
     for (; i < pixels; ++i) {
         const std::uint8_t* p = in + 4 * i;
         const std::uint8_t a = p[3];
-        gray[i] = mul255(lumaOf(straightOf(p[0], a), straightOf(p[1], a), straightOf(p[2], a)), a);
+        gray[i] = mul255(lumaOf(unpremultiplied(p[0], a), unpremultiplied(p[1], a), unpremultiplied(p[2], a)), a);
         alphas[i] = a;
     }
 }
@@ -192,6 +187,24 @@ HWY_EXPORT(GrayOf);
 void premultiply(const std::uint8_t* in, std::size_t pixels, std::uint8_t* out)
 {
     HWY_DYNAMIC_DISPATCH(Premultiply)(in, pixels, out);
+}
+
+void unpremultiply(std::uint8_t* row, std::size_t pixels)
+{
+    for (std::uint8_t* const end = row + 4 * pixels; row != end; row += 4) {
+        if (row[3] == 255)
+            continue;
+        for (int c = 0; c < 3; ++c)
+            row[c] = unpremultiplied(row[c], row[3]);
+    }
+}
+
+bool isOpaque(const std::uint8_t* row, std::size_t pixels)
+{
+    std::uint8_t all = 255;
+    for (std::size_t i = 0; i < pixels; ++i)
+        all &= row[4 * i + 3];
+    return all == 255;
 }
 
 void cutToAlpha(std::uint8_t* row, std::size_t pixels)

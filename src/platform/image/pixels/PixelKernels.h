@@ -12,6 +12,12 @@ namespace lamina::kernels {
 /// Colours multiplied by the pixel's alpha, round(c·a/255). `out` may be `in`.
 void premultiply(const std::uint8_t* in, std::size_t pixels, std::uint8_t* out);
 
+/// The way back, in place, by `unpremultiplied`: opaque pixels stay, clear ones become black.
+void unpremultiply(std::uint8_t* row, std::size_t pixels);
+
+/// True when every pixel's fourth byte is 255.
+bool isOpaque(const std::uint8_t* row, std::size_t pixels);
+
 /// Colours cut to the pixel's alpha: what a filter that overshoots may leave is no valid premultiplied pixel.
 void cutToAlpha(std::uint8_t* row, std::size_t pixels);
 
@@ -25,20 +31,8 @@ using ByteOrder = std::array<std::uint8_t, 4>;
 /// memory) set in all of them. `out` may be `in`.
 void reorder(const std::uint8_t* in, std::size_t pixels, ByteOrder order, std::uint32_t filled, std::uint8_t* out);
 
-/// Premultiplied pixels in grey: the Rec. ITU-R BT.709 luma of the straight colours, rounded to the nearest (halves
-/// up), times alpha, into `gray`; the alphas into `alphas`. A pixel each is one byte.
+/// Premultiplied pixels in grey: `lumaOf` the straight colours times alpha, into `gray`; the alphas into `alphas`. A
+/// pixel each is one byte.
 void grayOf(const std::uint8_t* in, std::size_t pixels, std::uint8_t* gray, std::uint8_t* alphas);
-
-// The weights on 24 bits; together they are one.
-inline constexpr std::uint32_t kLumaRed = 3566836;
-inline constexpr std::uint32_t kLumaGreen = 11999065;
-inline constexpr std::uint32_t kLumaBlue = 1211315;
-
-/// round(0.2126 R + 0.7152 G + 0.0722 B), halves up, exactly.
-constexpr std::uint8_t lumaOf(std::uint8_t r, std::uint8_t g, std::uint8_t b)
-{
-    // Sums are off by less than 2^-16, and none comes nearer than 2^-13 to a half without being one.
-    return static_cast<std::uint8_t>((r * kLumaRed + g * kLumaGreen + b * kLumaBlue + (1u << 23) + 512u) >> 24);
-}
 
 } // namespace lamina::kernels

@@ -1,40 +1,41 @@
-#include "DrawingSupport.h"
+#include "Canvas.h"
 #include "platform/image/drawing/UIBezierPath.h"
 
 #include <cmath>
-#include <gtest/gtest.h>
 #include <numbers>
+#include <numeric>
 #include <random>
 
-namespace lamina {
+namespace lamina::test {
 namespace {
 
-using test::canvas;
-using test::pixelOf;
-
-/// Coverage of a path filled on a canvas, pixel by pixel in [0, 255].
-std::vector<int> coverage(const UIBezierPath& path, int width, int height, bool stroke = false)
+/// Coverage of a path on a canvas, in [0, 255].
+Grid coverage(const UIBezierPath& path, int width, int height, bool stroke = false)
 {
-    CGContext context = canvas(width, height);
-    if (stroke)
-        context.strokePath(path);
-    else
-        context.fillPath(path);
-    const CGImage image = context.makeImage();
-    std::vector<int> out;
-    for (int y = 0; y < height; ++y) {
-        for (int x = 0; x < width; ++x)
-            out.push_back(pixelOf(image, x, y)[3]);
-    }
-    return out;
+    const CGImage image = drawn(width, height, [&](CGContext& context) {
+        if (stroke)
+            context.strokePath(path);
+        else
+            context.fillPath(path);
+    });
+    return componentGrid(image, kAlpha);
 }
 
-double totalOf(const std::vector<int>& pixels)
+double totalOf(const Grid& grid)
 {
     double sum = 0;
-    for (const int v : pixels)
-        sum += v / 255.0;
+    for (const std::vector<int>& row : grid)
+        sum += std::accumulate(row.begin(), row.end(), 0) / 255.0;
     return sum;
+}
+
+UIBezierPath openLine(const std::vector<CGPoint>& places, double width)
+{
+    UIBezierPath path;
+    for (const CGPoint& place : places)
+        path.addLineToPoint(place);
+    path.lineWidth = width;
+    return path;
 }
 
 using Polygon = std::vector<CGPoint>;
@@ -83,10 +84,10 @@ TEST(Path, EveryPixelIsCoveredByItsExactArea)
     for (int round = 0; round < 40; ++round) {
         const Polygon triangle{
             {place(random), place(random)}, {place(random), place(random)}, {place(random), place(random)}};
-        const std::vector<int> got = coverage(UIBezierPath::polygon(triangle), 24, 24);
+        const Grid got = coverage(UIBezierPath::polygon(triangle), 24, 24);
         for (int y = 0; y < 24; ++y) {
             for (int x = 0; x < 24; ++x)
-                ASSERT_NEAR(got[static_cast<std::size_t>(24 * y + x)], 255 * areaInPixel(triangle, x, y), 1)
+                ASSERT_NEAR(got[std::size_t(y)][std::size_t(x)], 255 * areaInPixel(triangle, x, y), 1)
                     << "triangle " << round << ", pixel " << x << ", " << y;
         }
     }
@@ -137,36 +138,22 @@ TEST(Path, StrokesHaveMitredJoinsAndFlatEnds)
 {
     UIBezierPath frame = UIBezierPath::withRect({4, 4, 12, 10});
     frame.lineWidth = 3;
-    const std::vector<int> ring = coverage(frame, 20, 20, true);
+    const Grid ring = coverage(frame, 20, 20, true);
     EXPECT_NEAR(totalOf(ring), 15 * 13 - 9 * 7, 0.25); // square corners outside and inside
-    EXPECT_EQ(ring[20 * 3 + 3], 255);
-    EXPECT_NEAR(ring[20 * 2 + 2], 64, 1); // a quarter of the outermost pixel
-    EXPECT_EQ(ring[20 * 9 + 9], 0);
-    UIBezierPath line;
-    line.moveToPoint({3, 5});
-    line.addLineToPoint({9, 5});
-    line.lineWidth = 2;
-    EXPECT_NEAR(totalOf(coverage(line, 12, 12, true)), 12, 0.01); // nothing beyond the ends
+    EXPECT_EQ(ring[3][3], 255);
+    EXPECT_NEAR(ring[2][2], 64, 1); // a quarter of the outermost pixel
+    EXPECT_EQ(ring[9][9], 0);
+    EXPECT_NEAR(totalOf(coverage(openLine({{3, 5}, {9, 5}}, 2), 12, 12, true)), 12, 0.01); // nothing beyond the ends
     // An angle of 2·atan(1/20) is sharper than the limit allows: bevelled, so that the tip ends at about the corner.
-    UIBezierPath spike;
-    spike.moveToPoint({5, 19});
-    spike.addLineToPoint({45, 21});
-    spike.addLineToPoint({5, 23});
-    spike.lineWidth = 2;
-    const std::vector<int> tip = coverage(spike, 70, 42, true);
-    for (int y = 0; y < 42; ++y)
-        EXPECT_EQ(tip[static_cast<std::size_t>(70 * y + 48)], 0);
-    EXPECT_GT(tip[70 * 21 + 44], 200);
+    const Grid tip = coverage(openLine({{5, 19}, {45, 21}, {5, 23}}, 2), 70, 42, true);
+    for (const std::vector<int>& row : tip)
+        EXPECT_EQ(row[48], 0);
+    EXPECT_GT(tip[21][44], 200);
     // Twice the corner's angle and the mitre stands: its length is width / sin(half the angle), half of it beyond the
-    // corner.
-    UIBezierPath wedge;
-    wedge.moveToPoint({5, 11});
-    wedge.addLineToPoint({45, 21});
-    wedge.addLineToPoint({5, 31});
-    wedge.lineWidth = 2;
-    const std::vector<int> mitre = coverage(wedge, 70, 42, true);
-    EXPECT_GT(mitre[70 * 20 + 46], 150); // ends at 45 + 1 / sin(atan(1/4)) = 49.1
-    EXPECT_EQ(mitre[70 * 20 + 50], 0);
+    // corner, so that it ends at 45 + 1 / sin(atan(1/4)) = 49.1.
+    const Grid mitre = coverage(openLine({{5, 11}, {45, 21}, {5, 31}}, 2), 70, 42, true);
+    EXPECT_GT(mitre[20][46], 150);
+    EXPECT_EQ(mitre[20][50], 0);
 }
 
 TEST(Path, DegenerateOutlinesAreHarmless)
@@ -189,4 +176,4 @@ TEST(Path, DegenerateOutlinesAreHarmless)
 }
 
 } // namespace
-} // namespace lamina
+} // namespace lamina::test

@@ -1,22 +1,25 @@
-#include "../codecs/DecodedPictures.h"
-
 #include "platform/image/pixels/ColorConversion.h"
+
+#include "CommandRunner.h"
+#include "TestPaths.h"
+#include "TestPictures.h"
 #include "platform/image/pixels/PixelConversion.h"
 
-#include <gtest/gtest.h>
-
 #include <algorithm>
+#include <limits>
 #include <string_view>
 
 namespace lamina::test {
 namespace {
 
+using Bytes = std::vector<std::uint8_t>;
 using Model = CGColorSpace::Model;
 
 /// The profile in the only APP2 segment of a fixture.
 Bytes profileIn(const std::string& file)
 {
-    const Bytes bytes = dataFile(file);
+    const std::string text = readFile(testData("pictures/" + file));
+    const Bytes bytes(text.begin(), text.end());
     constexpr std::string_view kMark("ICC_PROFILE\0", 12);
     const auto mark = std::search(bytes.begin(), bytes.end(), kMark.begin(), kMark.end());
     if (mark == bytes.end())
@@ -96,9 +99,7 @@ TEST(ColorConversion, ConvertsPicturesByTheirOwnSpace)
 {
     CGImageLayout layout = CGImageLayout::rgba(1, 1, CGImageAlphaInfo::Last);
     layout.colorSpace = CGColorSpace::withProfile(Model::RGB, profileIn("jpeg-p3.jpg"));
-    PixelBuffer buffer = PixelBuffer::allocate(4);
-    std::copy_n(Bytes{200, 150, 100, 50}.data(), 4, buffer.data());
-    const Pixel shown = pixelAt(convertedToSRGB(CGImage::make(layout, std::move(buffer))), 0, 0);
+    const Rgba shown = pixelAt(convertedToSRGB(pictureFromBytes(layout, Bytes{200, 150, 100, 50})), 0, 0);
     EXPECT_NEAR(shown[0], 209, 2);
     EXPECT_NEAR(shown[2], 91, 2);
     EXPECT_EQ(shown[3], 50);

@@ -1,5 +1,8 @@
 #include "platform/image/pixels/PixelBuffer.h"
 
+#include "platform/base/MemoryWarning.h"
+#include "platform/base/NotificationCenter.h"
+
 #include <algorithm>
 #include <cstring>
 #include <gtest/gtest.h>
@@ -74,8 +77,18 @@ TEST_F(PixelBuffers, KeepTwoBlocksAnd64MegabytesAtMost)
     static_cast<void>(PixelBuffer::allocate(62 * kMega));
     EXPECT_GE(PixelBuffer::idleBytes(), 62 * kMega);
     EXPECT_LE(PixelBuffer::idleBytes(), 64 * kMega);
-    PixelBuffer::releaseIdle();
+}
+
+TEST_F(PixelBuffers, GiveIdleBlocksBackWhenMemoryIsShort)
+{
+    const PixelBuffer used = PixelBuffer::zeroed(2 * kMega);
+    static_cast<void>(PixelBuffer::allocate(3 * kMega));
+    EXPECT_GE(PixelBuffer::idleBytes(), 3 * kMega);
+    std::thread([] {
+        NotificationCenter::defaultCenter().post(UIApplicationDidReceiveMemoryWarningNotification);
+    }).join();
     EXPECT_EQ(PixelBuffer::idleBytes(), 0u);
+    EXPECT_EQ(used.data()[2 * kMega - 1], 0);
 }
 
 // A new block of another size beside the largest one ever would take more than any picture did.

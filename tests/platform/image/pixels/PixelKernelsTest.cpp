@@ -1,127 +1,131 @@
 #include "platform/image/pixels/PixelKernels.h"
 
 #include "EveryProcessor.h"
-#include "platform/image/pixels/PixelMoveKernels_p.h"
+#include "platform/image/pixels/PixelArithmetic.h"
 
 #include <algorithm>
+#include <bit>
 #include <cmath>
-#include <cstring>
 #include <random>
 #include <vector>
 
-namespace lamina {
+namespace lamina::test {
 namespace {
 
 using Bytes = std::vector<std::uint8_t>;
 
-/// Random bytes with guards behind them; alpha is often 0, 1, 254 or 255.
-Bytes noisePixels(std::size_t pixels)
+constexpr std::uint8_t kGuard = 0xAB;
+
+/// Every colour under every alpha: 65536 pixels whose three colours are the same but for two in every 256.
+Bytes everyColorAndAlpha()
 {
-    std::mt19937 random(11);
-    Bytes bytes(4 * pixels);
-    for (std::size_t i = 0; i < bytes.size(); ++i) {
-        const std::uint8_t value = static_cast<std::uint8_t>(random());
-        constexpr std::uint8_t kEnds[] = {0, 1, 254, 255};
-        bytes[i] = i % 4 == 3 && value % 2 == 0 ? kEnds[value / 2 % 4] : value;
+    Bytes bytes;
+    for (unsigned i = 0; i < 65536; ++i) {
+        const auto color = static_cast<std::uint8_t>(i >> 8);
+        const auto other = static_cast<std::uint8_t>(255 - color);
+        bytes.insert(bytes.end(),
+                     {color, i % 256 == 7 ? other : color, i % 256 == 9 ? other : color, static_cast<std::uint8_t>(i)});
     }
     return bytes;
 }
 
-/// Runs of pixels shorter, as long and longer than lanes.
-constexpr std::size_t kLengths[] = {1, 3, 4, 15, 16, 17, 64, 131};
-
-TEST(PixelKernels, LumaIsExactForEveryColour)
+TEST(PixelArithmetic, LumaIsExactForEveryColour)
 {
     int wrong = 0;
-    for (int r = 0; r < 256; ++r) {
-        for (int g = 0; g < 256; ++g) {
-            for (int b = 0; b < 256; ++b) {
-                const int wanted = (2126 * r + 7152 * g + 722 * b + 5000) / 10000;
-                const auto byte = [](int v) { return static_cast<std::uint8_t>(v); };
-                wrong += kernels::lumaOf(byte(r), byte(g), byte(b)) != wanted ? 1 : 0;
-            }
-        }
+    int apart = 0;
+    for (int i = 0; i < 1 << 24; ++i) {
+        const int r = i >> 16;
+        const int g = i >> 8 & 255;
+        const int b = i & 255;
+        const auto byte = [](int v) { return static_cast<std::uint8_t>(v); };
+        const int luma = lumaOf(byte(r), byte(g), byte(b));
+        wrong += luma != (2126 * r + 7152 * g + 722 * b + 5000) / 10000 ? 1 : 0;
+        apart += luma != quickLumaOf(byte(r), byte(g), byte(b)) ? 1 : 0;
+    }
+    EXPECT_EQ(wrong, 0);
+    EXPECT_EQ(apart, 7564); // of 16.8 million: what files depend on where the quick one is used
+}
+
+TEST(PixelKernels, FollowTheirFormulas)
+{
+    const Bytes in = everyColorAndAlpha();
+    const std::size_t pixels = in.size() / 4;
+    Bytes multiplied(in.size());
+    Bytes straight = in;
+    Bytes cut = in;
+    Bytes gray(pixels);
+    Bytes alphas(pixels);
+    kernels::premultiply(in.data(), pixels, multiplied.data());
+    kernels::unpremultiply(straight.data(), pixels);
+    kernels::cutToAlpha(cut.data(), pixels);
+    kernels::grayOf(in.data(), pixels, gray.data(), alphas.data());
+    int wrong = 0;
+    for (std::size_t i = 0; i < in.size(); ++i) {
+        const int alpha = in[i | 3];
+        const bool isAlpha = i % 4 == 3;
+        const long divided = alpha == 0 ? 0 : std::min(255L, std::lround(in[i] * 255.0 / alpha));
+        wrong += multiplied[i] != (isAlpha ? alpha : std::lround(in[i] * alpha / 255.0)) ? 1 : 0;
+        wrong += straight[i] != (isAlpha ? alpha : divided) ? 1 : 0;
+        wrong += cut[i] != std::min<int>(in[i], alpha) ? 1 : 0;
+    }
+    for (std::size_t i = 0; i < pixels; ++i) {
+        const std::uint8_t* p = &straight[4 * i];
+        wrong += gray[i] != std::lround(lumaOf(p[0], p[1], p[2]) * p[3] / 255.0) ? 1 : 0;
+        wrong += alphas[i] != p[3] ? 1 : 0;
     }
     EXPECT_EQ(wrong, 0);
 }
 
-TEST(PixelKernels, AgreeWithTheirFormulasOnEveryProcessor)
+TEST(PixelKernels, FindTheOnePixelThatIsNotOpaque)
+{
+    for (std::size_t pixels = 1; pixels < 70; ++pixels) {
+        Bytes row(4 * pixels, 0);
+        kernels::setOpaque(row.data(), pixels);
+        EXPECT_TRUE(kernels::isOpaque(row.data(), pixels));
+        EXPECT_EQ(std::ranges::count(row, 255), static_cast<std::ptrdiff_t>(pixels));
+        row[4 * (pixels / 3) + 3] = 254;
+        EXPECT_FALSE(kernels::isOpaque(row.data(), pixels)) << pixels;
+    }
+}
+
+/// What all kernels make of runs of pixels shorter, as long and longer than lanes, with a guard behind each.
+Bytes everyKernel(const Bytes& noise)
 {
     constexpr kernels::ByteOrder kOrder{3, 0, 2, 1};
     constexpr std::array<std::uint8_t, 4> kFilled{0, 0x0F, 0, 0x80};
-    test::onEveryProcessor([&](const std::string& processor) {
-        for (const std::size_t pixels : kLengths) {
-            const Bytes in = noisePixels(pixels);
-            Bytes multiplied(in.size() + 1, 0xAB);
-            Bytes ordered(in.size() + 1, 0xAB);
-            Bytes gray(pixels + 1, 0xAB);
-            Bytes alphas(pixels + 1, 0xAB);
-            kernels::premultiply(in.data(), pixels, multiplied.data());
-            kernels::reorder(in.data(), pixels, kOrder, std::bit_cast<std::uint32_t>(kFilled), ordered.data());
-            kernels::grayOf(multiplied.data(), pixels, gray.data(), alphas.data());
-            int wrong = 0;
-            for (std::size_t i = 0; i < in.size(); ++i) {
-                const int alpha = in[i | 3];
-                wrong += multiplied[i] != (i % 4 == 3 ? alpha : std::lround(in[i] * alpha / 255.0)) ? 1 : 0;
-                wrong += ordered[i] != (in[i / 4 * 4 + kOrder[i % 4]] | kFilled[i % 4]) ? 1 : 0;
-            }
-            for (std::size_t i = 0; i < pixels; ++i) {
-                const std::uint8_t* p = &multiplied[4 * i];
-                const int alpha = p[3];
-                const auto straight = [&](int c) {
-                    return alpha == 0 ? 0 : std::min(255L, std::lround(c * 255.0 / alpha));
-                };
-                const long luma = (2126 * straight(p[0]) + 7152 * straight(p[1]) + 722 * straight(p[2]) + 5000) / 10000;
-                wrong += gray[i] != std::lround(static_cast<double>(luma * alpha) / 255) ? 1 : 0;
-                wrong += alphas[i] != alpha ? 1 : 0;
-            }
-            EXPECT_EQ(wrong, 0) << processor << ", " << pixels << " pixels";
-            for (const Bytes* out : {&multiplied, &ordered, &gray, &alphas})
-                EXPECT_EQ(out->back(), 0xAB) << processor;
+    Bytes all;
+    for (const std::size_t pixels : {1, 3, 4, 15, 16, 17, 64, 131}) {
+        Bytes multiplied(4 * pixels + 1, kGuard);
+        Bytes ordered = multiplied;
+        Bytes cut(noise.begin(), noise.begin() + static_cast<std::ptrdiff_t>(4 * pixels));
+        cut.push_back(kGuard);
+        Bytes gray(pixels + 1, kGuard);
+        Bytes alphas = gray;
+        kernels::premultiply(noise.data(), pixels, multiplied.data());
+        kernels::reorder(noise.data(), pixels, kOrder, std::bit_cast<std::uint32_t>(kFilled), ordered.data());
+        kernels::cutToAlpha(cut.data(), pixels);
+        kernels::grayOf(multiplied.data(), pixels, gray.data(), alphas.data());
+        for (const Bytes& out : {multiplied, ordered, cut, gray, alphas}) {
+            EXPECT_EQ(out.back(), kGuard) << pixels;
+            all.insert(all.end(), out.begin(), out.end());
         }
-    });
+    }
+    return all;
 }
 
-TEST(PixelKernels, MovesPixelsAlikeOnEveryProcessor)
+TEST(PixelKernels, GiveTheSameBytesOnEveryProcessor)
 {
-    constexpr std::array<std::uint8_t, 4> kFilled{0, 0, 0x80, 0};
-    test::onEveryProcessor([&](const std::string& processor) {
-        for (const std::size_t pixels : kLengths) {
-            const Bytes in = noisePixels(pixels);
-            Bytes copied(in.size() + 1, 0xAB);
-            Bytes mirrored(in.size() + 1, 0xAB);
-            const auto filled = std::bit_cast<std::uint32_t>(kFilled);
-            kernels::copyPixels(in.data(), pixels, filled, copied.data());
-            kernels::mirrorPixels(in.data(), pixels, filled, mirrored.data());
-            int wrong = 0;
-            for (std::size_t i = 0; i < in.size(); ++i) {
-                const std::uint8_t wanted = in[i] | kFilled[i % 4];
-                wrong += copied[i] != wanted ? 1 : 0;
-                wrong += mirrored[4 * (pixels - 1 - i / 4) + i % 4] != wanted ? 1 : 0;
-            }
-            EXPECT_EQ(wrong, 0) << processor << ", " << pixels << " pixels";
-            EXPECT_EQ(copied.back(), 0xAB);
-            EXPECT_EQ(mirrored.back(), 0xAB);
-        }
-        // 29 of 41 columns of 70 rows: whole squares and rests on both sides, more rows than a tile has.
-        constexpr int kWidth = 41;
-        constexpr int kHeight = 70;
-        constexpr int kEnd = 31;
-        const Bytes in = noisePixels(kWidth * kHeight);
-        Bytes out(4 * kWidth * kHeight, 0xAB);
-        kernels::transposeColumns({in.data(), 4 * kWidth, {kWidth, kHeight}, out.data(), 4 * kHeight}, 2, kEnd, 0);
-        int wrong = 0;
-        for (int x = 0; x < kWidth; ++x) {
-            for (int y = 0; y < kHeight; ++y) {
-                const std::uint8_t* moved = &out[static_cast<std::size_t>(4 * (x * kHeight + y))];
-                const std::uint8_t* from = &in[static_cast<std::size_t>(4 * (y * kWidth + x))];
-                const bool isMoved = x >= 2 && x < kEnd;
-                wrong += isMoved ? std::memcmp(moved, from, 4) != 0 : moved[0] != 0xAB || moved[3] != 0xAB;
-            }
-        }
-        EXPECT_EQ(wrong, 0) << processor;
-    });
+    std::mt19937 random(11);
+    Bytes noise(4 * 131);
+    std::ranges::generate(noise, [&] { return static_cast<std::uint8_t>(random()); });
+    const Bytes wanted = everyKernel(noise);
+    onEveryProcessor([&](const std::string& processor) { EXPECT_TRUE(everyKernel(noise) == wanted) << processor; });
+    // The first run is one pixel: what each byte of it is.
+    EXPECT_EQ(wanted[5], noise[3]);
+    EXPECT_EQ(wanted[6], noise[0] | 0x0F);
+    EXPECT_EQ(wanted[7], noise[2]);
+    EXPECT_EQ(wanted[8], noise[1] | 0x80);
 }
 
 } // namespace
-} // namespace lamina
+} // namespace lamina::test

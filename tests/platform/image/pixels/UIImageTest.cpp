@@ -1,25 +1,22 @@
 #include "platform/image/pixels/UIImage.h"
 
-#include <gtest/gtest.h>
+#include "EveryProcessor.h"
+#include "TestPictures.h"
 
+#include <algorithm>
 #include <cstring>
 #include <string>
 
 namespace lamina::test {
 namespace {
 
-/// A picture of one byte a pixel, a letter each; rows separated by '/'. Rows are padded by `padding` bytes of '#'.
-CGImage letters(const std::string& rows, std::size_t padding = 0)
+/// A picture of one byte a pixel, a letter each; rows separated by '/'.
+CGImage letters(const std::string& rows)
 {
-    const std::size_t width = rows.find('/') == std::string::npos ? rows.size() : rows.find('/');
-    const std::size_t height = (rows.size() + 1) / (width + 1);
-    CGImageLayout layout = CGImageLayout::gray(static_cast<int>(width), static_cast<int>(height));
-    layout.bytesPerRow += padding;
-    PixelBuffer buffer = PixelBuffer::allocate(layout.byteCount());
-    std::memset(buffer.data(), '#', buffer.size());
-    for (std::size_t y = 0; y < height; ++y)
-        std::memcpy(buffer.data() + y * layout.bytesPerRow, rows.data() + y * (width + 1), width);
-    return CGImage::make(layout, std::move(buffer));
+    const auto width = static_cast<int>(std::min(rows.find('/'), rows.size()));
+    const auto height = static_cast<int>(rows.size() + 1) / (width + 1);
+    return bytePicture(width, height,
+                       [&](int x, int y) { return rows[static_cast<std::size_t>(y * (width + 1) + x)]; });
 }
 
 std::string lettersOf(const CGImage& image)
@@ -36,10 +33,10 @@ std::string lettersOf(const CGImage& image)
 struct Turn {
     int exif;
     UIImageOrientation orientation;
-    const char* shown; ///< of abc/def, worked by hand
+    std::string shown; ///< of abc/def, worked by hand
 };
 
-constexpr Turn kTurns[] = {
+const Turn kTurns[] = {
     {1, UIImageOrientation::Up, "abc/def"},
     {2, UIImageOrientation::UpMirrored, "cba/fed"},
     {3, UIImageOrientation::Down, "fed/cba"},
@@ -55,7 +52,7 @@ TEST(UIImage, TurnsUprightByItsTag)
     for (const Turn& turn : kTurns) {
         SCOPED_TRACE(turn.exif);
         EXPECT_EQ(orientationFromExif(turn.exif), turn.orientation);
-        const UIImage stored(letters("abc/def", 5).withMask(letters("ghi/jkl")), 2, turn.orientation);
+        const UIImage stored(letters("abc/def").withMask(letters("ghi/jkl")), 2, turn.orientation);
         const UIImage shown = stored.upright();
         EXPECT_EQ(lettersOf(shown.cgImage()), turn.shown);
         EXPECT_EQ(shown.imageOrientation(), UIImageOrientation::Up);
@@ -64,48 +61,54 @@ TEST(UIImage, TurnsUprightByItsTag)
         EXPECT_EQ(stored.size(), (CGSize{shown.cgImage().width() / 2.0, shown.cgImage().height() / 2.0}));
         ASSERT_NE(shown.cgImage().mask(), nullptr);
         std::string mask = turn.shown;
-        for (char& c : mask)
-            c = static_cast<char>(c == '/' ? c : c + 6);
+        std::ranges::for_each(mask, [](char& c) { c = static_cast<char>(c == '/' ? c : c + 6); });
         EXPECT_EQ(lettersOf(*shown.cgImage().mask()), mask);
     }
     for (const int tag : {-1, 0, 9, 65535})
         EXPECT_EQ(orientationFromExif(tag), UIImageOrientation::Up);
 }
 
+/// How many pixels `upright` does not bring to where the orientation's transform says.
+int misplaced(const CGImage& stored, UIImageOrientation orientation)
+{
+    const CGImage shown = UIImage(stored, 1, orientation).upright().cgImage();
+    const CGAffineTransform map = orientationTransform(orientation, stored.size());
+    const auto pixel = static_cast<std::size_t>(stored.bitsPerPixel() / 8);
+    int wrong = shown ? 0 : 1;
+    for (int y = 0; shown && y < stored.height(); ++y) {
+        for (int x = 0; x < stored.width(); ++x) {
+            const CGPoint to = map.apply({x + 0.5, y + 0.5});
+            const std::uint8_t* got = shown.row(static_cast<int>(to.y)) + static_cast<std::size_t>(to.x) * pixel;
+            wrong += std::memcmp(got, stored.row(y) + static_cast<std::size_t>(x) * pixel, pixel) != 0 ? 1 : 0;
+        }
+    }
+    return wrong;
+}
+
 // Sizes beyond a block, not divisible by it, and every size of pixel that is moved by a loop of its own.
 TEST(UIImage, MovesPixelsOfEverySizeToWhereTheTransformSays)
 {
-    constexpr int kWidth = 71;
-    constexpr int kHeight = 100;
-    struct Format {
+    const struct {
         int bitsPerComponent;
         int bitsPerPixel;
-    };
-    for (const Format format : {Format{8, 24}, Format{8, 32}, Format{16, 48}, Format{16, 64}}) {
-        CGImageLayout layout = CGImageLayout::rgba(kWidth, kHeight, CGImageAlphaInfo::None);
-        const auto pixel = static_cast<std::size_t>(format.bitsPerPixel / 8);
-        layout.bitsPerComponent = format.bitsPerComponent;
-        layout.bitsPerPixel = format.bitsPerPixel;
-        layout.bytesPerRow = pixel * kWidth + 3;
-        PixelBuffer buffer = PixelBuffer::allocate(layout.byteCount());
-        for (std::size_t i = 0; i < buffer.size(); ++i)
-            buffer.data()[i] = static_cast<std::uint8_t>(i * 2654435761u >> 13);
-        const CGImage stored = CGImage::make(layout, std::move(buffer));
-        for (const Turn& turn : kTurns) {
-            SCOPED_TRACE(testing::Message() << format.bitsPerPixel << " bits, tag " << turn.exif);
-            const CGImage shown = UIImage(stored, 1, turn.orientation).upright().cgImage();
-            ASSERT_TRUE(shown);
-            const CGAffineTransform map = orientationTransform(turn.orientation, stored.size());
-            int wrong = 0;
-            for (int y = 0; y < kHeight; ++y)
-                for (int x = 0; x < kWidth; ++x) {
-                    const CGPoint to = map.apply({x + 0.5, y + 0.5});
-                    const std::uint8_t* got =
-                        shown.row(static_cast<int>(to.y)) + static_cast<std::size_t>(to.x) * pixel;
-                    wrong += std::memcmp(got, stored.row(y) + static_cast<std::size_t>(x) * pixel, pixel) != 0;
-                }
-            EXPECT_EQ(wrong, 0);
-        }
+    } formats[] = {{8, 24}, {8, 32}, {16, 48}, {16, 64}};
+    for (const auto& format : formats) {
+        CGImageLayout layout =
+            packedLayout({71, 100}, bitmapInfo(CGImageAlphaInfo::None), format.bitsPerComponent, format.bitsPerPixel);
+        layout.bytesPerRow += 3;
+        std::vector<std::uint8_t> bytes(layout.byteCount());
+        for (std::size_t i = 0; i < bytes.size(); ++i)
+            bytes[i] = static_cast<std::uint8_t>(i * 2654435761u >> 13);
+        const CGImage stored = pictureFromBytes(layout, bytes);
+        const auto check = [&](const std::string& processor) {
+            for (const Turn& turn : kTurns)
+                EXPECT_EQ(misplaced(stored, turn.orientation), 0)
+                    << format.bitsPerPixel << " bits, tag " << turn.exif << processor;
+        };
+        if (format.bitsPerPixel == 32)
+            onEveryProcessor(check);
+        else
+            check("");
     }
 }
 
@@ -119,21 +122,14 @@ TEST(UIImage, SharesItsPixelsWhenThereIsNothingToTurn)
     EXPECT_EQ(UIImage().size(), (CGSize{0, 0}));
 }
 
-// One bit a pixel can't be moved as bytes: the picture grows to four of them. 10100000/00000000 turned to the right.
+// One bit a pixel can't be moved as bytes: the picture grows to four of them. 101/000 turned to the right.
 TEST(UIImage, TurnsPicturesOfPartsOfBytes)
 {
-    CGImageLayout layout = CGImageLayout::gray(3, 2);
-    layout.bitsPerComponent = layout.bitsPerPixel = 1;
-    layout.bytesPerRow = 1;
-    PixelBuffer buffer = PixelBuffer::zeroed(2);
-    buffer.data()[0] = 0b10100000;
-    const CGImage bits = CGImage::make(layout, std::move(buffer));
+    const CGImageLayout layout =
+        packedLayout({3, 2}, bitmapInfo(CGImageAlphaInfo::None), 1, 1, CGColorSpace::deviceGray());
+    const CGImage bits = pictureFromBytes(layout, std::vector<std::uint8_t>{0b10100000, 0});
     const CGImage shown = UIImage(bits, 1, UIImageOrientation::Right).upright().cgImage();
-    ASSERT_EQ(shown.size(), (IntSize{2, 3}));
-    for (int y = 0; y < 3; ++y) {
-        EXPECT_EQ(shown.row(y)[0], 0);
-        EXPECT_EQ(shown.row(y)[4], y == 1 ? 0 : 255);
-    }
+    EXPECT_EQ(componentGrid(shown), (std::vector<std::vector<int>>{{0, 255}, {0, 0}, {0, 255}}));
 }
 
 } // namespace
