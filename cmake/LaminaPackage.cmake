@@ -1,13 +1,13 @@
 # What other programs link: find_package(lamina), then lamina::base, lamina::image, lamina::imageops or lamina::gpu.
-# Headers keep their rooms' paths below include/lamina. `cmake --install BUILD --component development` installs it
+# Headers keep their modules' paths below include/lamina. `cmake --install BUILD --component development` installs it
 # alone.
 include(CMakePackageConfigHelpers)
 
-# Every header of the library's rooms is public, but for those marked as a room's own (NAME_p.h).
-set(public_rooms base files pixels drawing codecs gl imageops gpucore gpusources gpufilters)
+# Every header of the library's modules is public, but for those marked as a module's own (NAME_p.h).
+set(public_modules base files pixels drawing codecs gl imageops gpucore gpusources gpufilters)
 set(LAMINA_PUBLIC_HEADERS "")
-foreach(room IN LISTS public_rooms)
-    get_target_property(folder lamina_${room} SOURCE_DIR)
+foreach(module IN LISTS public_modules)
+    get_target_property(folder lamina_${module} SOURCE_DIR)
     file(GLOB headers CONFIGURE_DEPENDS RELATIVE ${PROJECT_SOURCE_DIR}/src ${folder}/*.h)
     list(FILTER headers EXCLUDE REGEX "_p\\.h$")
     list(APPEND LAMINA_PUBLIC_HEADERS ${headers})
@@ -19,9 +19,9 @@ foreach(header IN LISTS LAMINA_PUBLIC_HEADERS)
 endforeach()
 
 set(package_folder ${CMAKE_INSTALL_LIBDIR}/cmake/lamina)
-foreach(room IN LISTS public_rooms ITEMS image gpu)
-    set_target_properties(lamina_${room} PROPERTIES EXPORT_NAME ${room})
-    install(TARGETS lamina_${room} EXPORT laminaTargets
+foreach(module IN LISTS public_modules ITEMS image gpu)
+    set_target_properties(lamina_${module} PROPERTIES EXPORT_NAME ${module})
+    install(TARGETS lamina_${module} EXPORT laminaTargets
         ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT development
         INCLUDES DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/lamina)
 endforeach()

@@ -31,7 +31,7 @@ def libraries():
         text = re.sub(r"#.*|\$<[^>]*>", "", read(path))
         for command, arguments in COMMAND.findall(text):
             words = arguments.split()
-            if command in ("lamina_room", "lamina_library"):
+            if command == "lamina_library":
                 folders[words[0]] = PurePosixPath("src", words[words.index("FOLDER") + 1])
                 links.setdefault(words[0], set()).update(OURS.findall(arguments))
             elif command in ("add_library", "add_executable") and (name := OURS.fullmatch(words[0])):

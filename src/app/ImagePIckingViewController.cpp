@@ -81,7 +81,7 @@ void ImagePIckingViewController::pickByHand(UIImagePickerControllerSourceType so
 {
     if (m_leadsToCrop)
         return;
-    m_waiting.clear(); // a person who picks by hand has other plans
+    m_waiting.clear(); // a user who picks by hand has other plans
     present(makePicker(source), true);
 }
 

@@ -29,7 +29,7 @@ struct ZoomStep {
 /// What is done to the second photo, as fingers would do it.
 using BlendStep = std::variant<MoveStep, ZoomStep>;
 
-/// Goes through the screens of a blend without a window, as a person would: crop, done, crop, done, gestures. One at a
+/// Goes through the screens of a blend without a window, as a user would: crop, done, crop, done, gestures. One at a
 /// time; on the main thread, whose queue it pumps.
 class BlendScript {
 public:

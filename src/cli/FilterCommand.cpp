@@ -7,7 +7,6 @@
 #include <CLI/Option.hpp>
 #include <optional>
 #include <utility>
-#include <variant>
 
 namespace lamina {
 
@@ -50,7 +49,7 @@ Outcome FilterCommand::checkCount(std::size_t inputs, const std::string& whose) 
 {
     const std::size_t given = m_inputs.size();
     if (given == inputs)
-        return std::monostate();
+        return success();
     return Error{name(), whose + " needs " + countedPictures(inputs) + ", " +
                              (given == 0 ? "none" : std::to_string(given)) +
                              (given < 2 ? " was given" : " were given")};
@@ -88,7 +87,7 @@ Outcome FilterCommand::readPipeline()
     if (const Outcome known = checkPipeline(*configuration); !known)
         return Error{m_pipeline, "'" + known.error().subject + "': " + known.error().cause};
     m_chain = std::move(*configuration);
-    return std::monostate();
+    return success();
 }
 
 Result<std::vector<UIImage>> FilterCommand::read()

@@ -8,7 +8,6 @@
 #include <CLI/Option.hpp>
 #include <cstddef>
 #include <utility>
-#include <variant>
 
 namespace lamina {
 
@@ -85,7 +84,7 @@ Outcome OpCommand::parseSteps()
             return step.error();
         m_steps.push_back(std::move(*step));
     }
-    return std::monostate();
+    return success();
 }
 
 Outcome OpCommand::check()

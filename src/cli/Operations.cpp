@@ -8,7 +8,6 @@
 #include <cstddef>
 #include <cstdio>
 #include <limits>
-#include <variant>
 
 namespace lamina {
 
@@ -51,7 +50,7 @@ Outcome checkCrop(const UIImage& image, const Values& v)
     const CGSize own = image.size();
     const CGSize wanted = v.size(0);
     if (wanted.width <= own.width + kPixelNoise && wanted.height <= own.height + kPixelNoise)
-        return std::monostate();
+        return success();
     return Error{"cropToSize", "reaches beyond the picture, which has " + inPoints(own)};
 }
 
@@ -60,7 +59,7 @@ Outcome checkMask(const UIImage& image, const Values& v)
     const IntSize own = image.pixelSize();
     const IntSize other = v.pictures.at(0).pixelSize();
     if (own == other)
-        return std::monostate();
+        return success();
     return Error{"maskWithImage", "FILE has " + sizeInPixels(other) + " and the picture " + sizeInPixels(own)};
 }
 

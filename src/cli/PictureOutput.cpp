@@ -27,7 +27,7 @@ Outcome writeStandardOutput(std::span<const std::uint8_t> bytes)
             return Error{kStandardOutput, writingFailure(errno)};
         bytes = bytes.subspan(static_cast<std::size_t>(written));
     }
-    return std::monostate();
+    return success();
 }
 
 /// The format that the name of a file asks for; null when it asks for none.
@@ -54,7 +54,7 @@ std::string outputExtensions()
 Outcome checkOutputName(const std::string& path)
 {
     if (path == "-" || formatOf(path))
-        return std::monostate();
+        return success();
     return Error{path, "the name of the output must end in " + outputExtensions()};
 }
 

@@ -11,7 +11,6 @@
 #include <mutex>
 #include <set>
 #include <sstream>
-#include <variant>
 
 namespace lamina {
 
@@ -101,7 +100,7 @@ Outcome GPUImageContext::availability()
     });
     if (failure)
         return *failure;
-    return std::monostate();
+    return success();
 }
 
 int GPUImageContext::maximumTextureSizeForThisDevice()

@@ -8,7 +8,6 @@
 #include <optional>
 #include <string_view>
 #include <utility>
-#include <variant>
 
 namespace lamina {
 
@@ -142,7 +141,7 @@ Outcome GPUImageFilterPipeline::check(const PipelineConfiguration& configuration
     const Result<std::vector<Plan>> plans = plansOf(configuration, registry);
     if (!plans)
         return plans.error();
-    return std::monostate();
+    return success();
 }
 
 Result<std::unique_ptr<GPUImageFilterPipeline>>

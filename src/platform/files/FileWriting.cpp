@@ -68,7 +68,7 @@ Outcome writeFileAtomically(const std::string& path, std::span<const std::uint8_
         error = replaceFile(*target, exists ? &status : nullptr, bytes);
     if (error != 0)
         return Error{path, writingFailure(error)};
-    return std::monostate();
+    return success();
 }
 
 Result<bool> writeNewFile(const std::string& path, std::span<const std::uint8_t> bytes)

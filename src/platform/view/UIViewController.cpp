@@ -7,7 +7,6 @@
 #include "platform/view/UIStoryboard.h"
 
 #include <utility>
-#include <variant>
 
 namespace lamina {
 
@@ -131,7 +130,7 @@ Outcome UIViewController::canPresent(const UIViewController* controller) const
         return Error{"present", "a screen is presented already"};
     if (controller == this || controller->m_parent.lock() || controller->m_presenting.lock() || controller->m_presented)
         return Error{"present", "the screen to present stands somewhere else"};
-    return std::monostate();
+    return success();
 }
 
 void UIViewController::present(std::shared_ptr<UIViewController> controller, bool animated, Completion completion)

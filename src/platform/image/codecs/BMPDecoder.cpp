@@ -140,7 +140,7 @@ Outcome eachStoredRow(const BMPHeader& header, ByteSource& source, const DecodeO
         if (!body(stored.data()))
             break;
     }
-    return std::monostate();
+    return success();
 }
 
 /// Whether a row has a pixel that isn't clear, with the alpha mask of the header.
@@ -222,7 +222,7 @@ public:
             if (m_y == m_header.height - 1 && m_x >= m_header.width)
                 m_ended = true;
         }
-        return std::monostate();
+        return success();
     }
 
 private:

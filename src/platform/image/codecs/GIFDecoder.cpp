@@ -88,7 +88,7 @@ private:
             if (record == IMAGE_DESC_RECORD_TYPE) {
                 if (DGifGetImageDesc(m_file.get()) == GIF_ERROR)
                     return failure();
-                return std::monostate();
+                return success();
             }
             if (record == TERMINATE_RECORD_TYPE)
                 return Error{{}, "the file holds no picture"};
@@ -137,7 +137,7 @@ private:
                     paint(line, *palette, builder.row(frame.Top + y), builder.width());
             }
         }
-        return std::monostate();
+        return success();
     }
 
     void paint(const std::vector<GifPixelType>& line, const ColorMapObject& palette, std::uint8_t* row,

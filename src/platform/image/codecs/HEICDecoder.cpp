@@ -179,7 +179,7 @@ private:
         m_layout.height = m_heif.handleHeight(handle);
         m_layout.alpha = m_heif.handleHasAlpha(handle) != 0;
         m_layout.deep = m_heif.handleLumaBits(handle) > 8;
-        return std::monostate();
+        return success();
     }
 
     Outcome decodePixels()
@@ -199,7 +199,7 @@ private:
         if (m_heif.imageWidth(image, heif_channel_interleaved) != m_layout.width ||
             m_heif.imageHeight(image, heif_channel_interleaved) != m_layout.height)
             return Error{{}, cause::kDamaged};
-        return std::monostate();
+        return success();
     }
 
     Outcome copyRows(RowCollector& rows) const
@@ -222,7 +222,7 @@ private:
                 kernels::unpremultiply(rows.row(), static_cast<std::size_t>(m_layout.width));
             rows.advance();
         }
-        return std::monostate();
+        return success();
     }
 
     void copyRow(const std::uint8_t* in, std::uint8_t* out) const

@@ -57,7 +57,7 @@ Outcome checkClaim(std::int64_t width, std::int64_t height, std::uint64_t heldBy
     const std::uint64_t unreduced = 4 * static_cast<std::uint64_t>(width) * static_cast<std::uint64_t>(height);
     if (unreduced > options.memoryLimit && fileBytes < unreduced / kBelievableCompression)
         return tooLarge(width, height);
-    return std::monostate();
+    return success();
 }
 
 Result<UIImage> loadPicture(const std::string& path, const DecodeOptions& options)

@@ -145,7 +145,7 @@ private:
             converter.convert({stored.data()}, m_layout.width, rows.row());
             rows.advance();
         }
-        return std::monostate();
+        return success();
     }
 
     /// Rows of tiles, or strips whose planes lie apart: read as a band over the whole width.
@@ -180,7 +180,7 @@ private:
                 rows.advance();
             }
         }
-        return std::monostate();
+        return success();
     }
 
     bool readBlock(std::vector<std::vector<std::uint8_t>>& planes, int left, int top, int height)
@@ -282,7 +282,7 @@ private:
             }
             top += rows;
         }
-        return std::monostate();
+        return success();
     }
 
     /// LogLuv has become sRGB already; only YCbCr is still in the profile's space.

@@ -1,9 +1,9 @@
-# One room of the house: one folder below src/, one static library, one target `lamina_<name>` (alias lamina::<name>).
+# One module: one folder below src/, one static library, one target `lamina_<name>` (alias lamina::<name>).
 #
-#   lamina_room(image FOLDER platform/image SOURCES a.cpp ... PUBLIC lamina::base PRIVATE PkgConfig::JPEG)
+#   lamina_library(image FOLDER platform/image SOURCES a.cpp ... PUBLIC lamina::base PRIVATE PkgConfig::JPEG)
 #
-# A room's headers are reached as "platform/image/CGImage.h" through a folder of its own that holds nothing but a link
-# to the room. Only targets that link the room see that folder, so an include that climbs a floor does not build.
+# A module's headers are reached as "platform/image/CGImage.h" through a folder of its own that holds nothing but a link
+# to the module. Only targets that link it see that folder, so an include of a layer above does not build.
 
 add_library(lamina_warnings INTERFACE)
 target_compile_options(lamina_warnings INTERFACE
@@ -17,21 +17,21 @@ add_library(lamina_flags INTERFACE)
 target_compile_options(lamina_flags INTERFACE -ffp-contract=off -fvisibility-inlines-hidden)
 target_link_libraries(lamina_flags INTERFACE Threads::Threads)
 
-function(lamina_room name)
-    cmake_parse_arguments(ROOM "" "FOLDER" "SOURCES;PUBLIC;PRIVATE" ${ARGN})
+function(lamina_library name)
+    cmake_parse_arguments(LIB "" "FOLDER" "SOURCES;PUBLIC;PRIVATE" ${ARGN})
     set(target lamina_${name})
     set(view ${CMAKE_BINARY_DIR}/rooms/${name})
-    get_filename_component(parent ${view}/${ROOM_FOLDER} DIRECTORY)
+    get_filename_component(parent ${view}/${LIB_FOLDER} DIRECTORY)
     file(MAKE_DIRECTORY ${parent})
-    file(CREATE_LINK ${PROJECT_SOURCE_DIR}/src/${ROOM_FOLDER} ${view}/${ROOM_FOLDER} SYMBOLIC)
+    file(CREATE_LINK ${PROJECT_SOURCE_DIR}/src/${LIB_FOLDER} ${view}/${LIB_FOLDER} SYMBOLIC)
 
-    add_library(${target} STATIC ${ROOM_SOURCES})
+    add_library(${target} STATIC ${LIB_SOURCES})
     add_library(lamina::${name} ALIAS ${target})
     target_compile_features(${target} PUBLIC cxx_std_20)
     target_include_directories(${target} PUBLIC $<BUILD_INTERFACE:${view}>)
     target_link_libraries(${target}
-        PUBLIC ${ROOM_PUBLIC}
-        PRIVATE ${ROOM_PRIVATE} $<BUILD_INTERFACE:lamina_warnings> $<BUILD_INTERFACE:lamina_flags>)
+        PUBLIC ${LIB_PUBLIC}
+        PRIVATE ${LIB_PRIVATE} $<BUILD_INTERFACE:lamina_warnings> $<BUILD_INTERFACE:lamina_flags>)
     target_compile_options(${target} PRIVATE $<$<CONFIG:Release>:-O3>)
 endfunction()
 

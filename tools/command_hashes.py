@@ -1,10 +1,10 @@
 #!/usr/bin/env python3
 """Tells whether the command still makes the same pictures, to the byte.
 
-    tools/command_digests.py build/release/bin/lamina            compares with tools/command_digests.txt
-    tools/command_digests.py build/release/bin/lamina --write    writes that file anew
+    tools/command_hashes.py build/release/bin/lamina            compares with tools/command_hashes.txt
+    tools/command_hashes.py build/release/bin/lamina --write    writes that file anew
 
-Each line of the file is a digest and the command line that made it. Filters are drawn by a driver, so their lines hold
+Each line of the file is a hash and the command line that made it. Filters are drawn by a driver, so their lines hold
 for one version of Mesa's software driver; the rest holds everywhere.
 """
 
@@ -19,7 +19,7 @@ import tempfile
 from concurrent.futures import ThreadPoolExecutor
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
-LIST = ROOT / "tools" / "command_digests.txt"
+LIST = ROOT / "tools" / "command_hashes.txt"
 S = "assets/samples/"
 T = "tests/data/pictures/"
 PHOTO = S + "dunes.jpg"
@@ -96,7 +96,7 @@ def command_lines():
         yield f"filter {text.format(SMALL, '')} -o png"
 
 
-def digest(program, line, folder, number):
+def hash_of(program, line, folder, number):
     """`-o KIND` at the end stands for a file of that kind."""
     words = shlex.split(line)
     target = folder / f"{number}.{words[-1]}"
@@ -116,7 +116,7 @@ def main():
     program = str(pathlib.Path(arguments.program).resolve())
     lines = list(command_lines())
     with tempfile.TemporaryDirectory() as folder, ThreadPoolExecutor(os.cpu_count()) as pool:
-        made = list(pool.map(lambda pair: digest(program, pair[1], pathlib.Path(folder), pair[0]), enumerate(lines)))
+        made = list(pool.map(lambda pair: hash_of(program, pair[1], pathlib.Path(folder), pair[0]), enumerate(lines)))
     text = "".join(f"{d}  {line}\n" for d, line in zip(made, lines))
     if arguments.write:
         LIST.write_text(text)
