@@ -2,6 +2,8 @@
 
 #include "support/BenchPhotos.h"
 
+#include "BenchPhotos.h"
+
 #include <algorithm>
 #include <benchmark/benchmark.h>
 #include <chrono>

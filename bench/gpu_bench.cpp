@@ -3,6 +3,7 @@
 #include "gpu/core/GPUImageFilter.h"
 #include "gpu/filters/FilterCatalogue.h"
 #include "gpu/sources/GPUImagePicture.h"
+#include "platform/image/pixels/PixelBuffer.h"
 #include "support/Measuring.h"
 
 #include <algorithm>

@@ -2,9 +2,11 @@
 #include "platform/image/drawing/CGContext.h"
 #include "platform/image/drawing/Resampling.h"
 #include "platform/image/drawing/UIImageDrawing.h"
+#include "platform/image/pixels/PixelBuffer.h"
 #include "support/Measuring.h"
 
 #include <benchmark/benchmark.h>
+#include <cstdint>
 #include <cstring>
 
 // Drawing and resizing beside the time of copying a photo of 12 megapixels (48 MB), which is as fast as memory goes.

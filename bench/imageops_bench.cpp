@@ -1,11 +1,15 @@
+#include "Measuring.h"
 #include "imageops/ImageFilters.h"
 #include "imageops/ImageGeometry.h"
 #include "platform/base/WorkerPool.h"
+#include "platform/image/pixels/CGImage.h"
+#include "platform/image/pixels/PixelBuffer.h"
 #include "support/Measuring.h"
 
 #include <algorithm>
 #include <array>
 #include <benchmark/benchmark.h>
+#include <cstdint>
 #include <cstdlib>
 #include <cstring>
 #include <string>

@@ -2,12 +2,14 @@
 // tree of layers costs above the pixels.
 
 #include "platform/base/WorkerPool.h"
+#include "platform/image/pixels/PixelBuffer.h"
 #include "platform/view/CanvasRenderer.h"
 #include "platform/view/UIImageView.h"
 
 #include <algorithm>
 #include <benchmark/benchmark.h>
 #include <cmath>
+#include <cstdint>
 #include <cstring>
 #include <vector>
 

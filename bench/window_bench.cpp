@@ -1,6 +1,12 @@
 // The window on the offscreen platform with Qt's own painter: what two cores without a graphics card make of it.
 
+#include "BenchPhotos.h"
 #include "WindowDriver.h"
+#include "app/ImagePIckingViewController.h"
+#include "app/PinchZoomViewController.h"
+#include "editors/blend/BlendPhotoViewController.h"
+#include "platform/host/Application.h"
+#include "platform/host/CanvasItem.h"
 #include "support/BenchPhotos.h"
 
 #include <QCoreApplication>
@@ -10,6 +16,7 @@
 #include <QTest>
 #include <QTimer>
 
+#include <algorithm>
 #include <benchmark/benchmark.h>
 #include <chrono>
 #include <cstdio>
@@ -17,6 +24,7 @@
 #include <ctime>
 #include <fcntl.h>
 #include <fstream>
+#include <memory>
 #include <spawn.h>
 #include <sys/wait.h>
 #include <unistd.h>

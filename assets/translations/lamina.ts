@@ -60,6 +60,10 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>Can’t crop the photo</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>Can’t open the photo</source>
         <translation type="unfinished"></translation>
     </message>
@@ -276,6 +280,10 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>The photo</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>The picture</source>
         <translation type="unfinished"></translation>
     </message>
@@ -353,6 +361,10 @@
     </message>
     <message>
         <source>a TIFF picture can&apos;t be larger than 4 GB</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>a screen is presented already</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -460,11 +472,15 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>the screen to present stands somewhere else</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>there is no picture</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>there is not enough memory</source>
+        <source>there is no screen to present</source>
         <translation type="unfinished"></translation>
     </message>
     <message>

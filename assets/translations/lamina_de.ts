@@ -60,6 +60,10 @@
         <translation>Abbrechen</translation>
     </message>
     <message>
+        <source>Can’t crop the photo</source>
+        <translation>Das Foto lässt sich nicht zuschneiden</translation>
+    </message>
+    <message>
         <source>Can’t open the photo</source>
         <translation>Das Foto lässt sich nicht öffnen</translation>
     </message>
@@ -276,6 +280,10 @@
         <translation>Den Ordner gibt es nicht.</translation>
     </message>
     <message>
+        <source>The photo</source>
+        <translation>Das Foto</translation>
+    </message>
+    <message>
         <source>The picture</source>
         <translation>Das Bild</translation>
     </message>
@@ -354,6 +362,10 @@
     <message>
         <source>a TIFF picture can&apos;t be larger than 4 GB</source>
         <translation>ein TIFF-Bild kann nicht größer als 4 GB sein</translation>
+    </message>
+    <message>
+        <source>a screen is presented already</source>
+        <translation>es wird schon ein Bildschirm gezeigt</translation>
     </message>
     <message>
         <source>a symbolic link leads in a circle</source>
@@ -460,12 +472,16 @@
         <translation>das Bild ist zu groß</translation>
     </message>
     <message>
+        <source>the screen to present stands somewhere else</source>
+        <translation>der Bildschirm, der gezeigt werden soll, steht schon woanders</translation>
+    </message>
+    <message>
         <source>there is no picture</source>
         <translation>es gibt kein Bild</translation>
     </message>
     <message>
-        <source>there is not enough memory</source>
-        <translation>der Speicher reicht nicht aus</translation>
+        <source>there is no screen to present</source>
+        <translation>es gibt keinen Bildschirm zu zeigen</translation>
     </message>
     <message>
         <source>this is not the name of a file</source>

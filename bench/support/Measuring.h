@@ -2,6 +2,8 @@
 
 #include "platform/image/pixels/CGImage.h"
 
+#include "platform/image/pixels/PixelBuffer.h"
+
 #include <algorithm>
 #include <chrono>
 #include <cstddef>

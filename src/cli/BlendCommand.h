@@ -7,6 +7,7 @@
 
 #include <CLI/App.hpp>
 #include <array>
+#include <cstddef>
 #include <optional>
 #include <string>
 #include <vector>

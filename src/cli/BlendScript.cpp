@@ -3,9 +3,11 @@
 #include "app/MainStoryboard.h"
 #include "app/PinchZoomViewController.h"
 #include "editors/blend/BlendPhotoViewController.h"
+#include "editors/blend/PickedImages.h"
 #include "platform/base/DispatchQueue.h"
 #include "platform/base/UIScreen.h"
 #include "platform/view/UIStoryboard.h"
+#include "platform/view/UIViewController.h"
 
 #include <utility>
 

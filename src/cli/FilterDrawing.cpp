@@ -3,8 +3,10 @@
 #include "cli/FilterParsing.h"
 #include "cli/PictureOutput.h"
 #include "gpu/core/GPUImageContext.h"
+#include "gpu/core/GPUImageStage.h"
 #include "gpu/filters/FilterCatalogue.h"
 #include "gpu/sources/GPUImagePicture.h"
+#include "platform/base/CGGeometry.h"
 #include "platform/base/Log.h"
 
 #include <algorithm>

@@ -11,6 +11,7 @@
 #include <nlohmann/json.hpp>
 #include <string_view>
 #include <utility>
+#include <variant>
 #include <vector>
 
 namespace lamina {

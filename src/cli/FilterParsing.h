@@ -3,6 +3,7 @@
 #include "gpu/core/FilterRegistry.h"
 #include "platform/base/Result.h"
 
+#include <cstddef>
 #include <string>
 #include <vector>
 

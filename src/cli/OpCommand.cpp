@@ -1,5 +1,6 @@
 #include "cli/OpCommand.h"
 
+#include "cli/Command.h"
 #include "cli/Messages.h"
 #include "cli/OperationListing.h"
 #include "gpu/core/TypedValue.h"

@@ -7,6 +7,9 @@
 #include "platform/image/codecs/PictureFormats.h"
 
 #include <cerrno>
+#include <cstddef>
+#include <cstdint>
+#include <span>
 #include <string_view>
 #include <unistd.h>
 #include <vector>

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "cli/ExitCode.h"
+#include "platform/base/CGGeometry.h"
 #include "platform/base/Result.h"
 #include "platform/image/pixels/UIImage.h"
 

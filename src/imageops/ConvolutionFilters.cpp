@@ -3,10 +3,14 @@
 #include "imageops/ImageFilters.h"
 #include "platform/base/Log.h"
 #include "platform/base/WorkerPool.h"
+#include "platform/image/pixels/PixelBuffer.h"
+#include "platform/image/pixels/UIImage.h"
 
 #include <algorithm>
 #include <array>
+#include <cstdint>
 #include <cstring>
+#include <optional>
 #include <string>
 
 namespace lamina {

@@ -1,6 +1,9 @@
 #pragma once
 
+#include "platform/base/CGGeometry.h"
 #include "platform/image/drawing/SourcePixels.h"
+#include "platform/image/pixels/CGImage.h"
+#include "platform/image/pixels/PixelBuffer.h"
 #include "platform/image/pixels/UIImage.h"
 
 #include <cstddef>

@@ -1,10 +1,17 @@
 #include "imageops/DrawingSurface.h"
 #include "imageops/ImageFilters.h"
+#include "platform/base/CGGeometry.h"
 #include "platform/base/WorkerPool.h"
 #include "platform/image/drawing/CGContext.h"
+#include "platform/image/pixels/CGColorSpace.h"
+#include "platform/image/pixels/CGImage.h"
+#include "platform/image/pixels/PixelBuffer.h"
 #include "platform/image/pixels/PixelKernels.h"
+#include "platform/image/pixels/UIImage.h"
 
+#include <cstdint>
 #include <cstring>
+#include <optional>
 #include <utility>
 #include <vector>
 

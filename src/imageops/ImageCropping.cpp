@@ -1,6 +1,9 @@
 #include "imageops/ImageGeometry.h"
 
+#include "platform/base/CGGeometry.h"
+#include "platform/image/pixels/CGImage.h"
 #include "platform/image/pixels/PixelConversion.h"
+#include "platform/image/pixels/UIImage.h"
 
 namespace lamina {
 

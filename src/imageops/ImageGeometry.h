@@ -2,6 +2,8 @@
 
 #include "platform/image/pixels/UIImage.h"
 
+#include "platform/base/CGGeometry.h"
+
 namespace lamina {
 
 // Turning, flipping, cropping, scaling, masking and reflecting pictures on the CPU.

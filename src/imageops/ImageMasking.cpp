@@ -1,13 +1,20 @@
 #include "imageops/DrawingSurface.h"
 #include "imageops/ImageGeometry.h"
 
+#include "platform/base/CGGeometry.h"
 #include "platform/base/UIScreen.h"
 #include "platform/base/WorkerPool.h"
 #include "platform/image/drawing/CGContext.h"
+#include "platform/image/pixels/CGImage.h"
 #include "platform/image/pixels/PixelArithmetic.h"
+#include "platform/image/pixels/PixelBuffer.h"
+#include "platform/image/pixels/UIImage.h"
 
 #include <algorithm>
 #include <cmath>
+#include <cstddef>
+#include <cstdint>
+#include <optional>
 #include <utility>
 #include <vector>
 

@@ -2,10 +2,15 @@
 #include "imageops/DrawingSurface.h"
 #include "imageops/ImageGeometry.h"
 #include "imageops/MovedPicture_p.h"
+#include "platform/base/CGGeometry.h"
+#include "platform/image/pixels/CGImage.h"
+#include "platform/image/pixels/PixelMoves.h"
+#include "platform/image/pixels/UIImage.h"
 
 #include "platform/image/drawing/CGContext.h"
 
 #include <cmath>
+#include <optional>
 #include <utility>
 
 namespace lamina {

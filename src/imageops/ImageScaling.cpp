@@ -1,7 +1,10 @@
 #include "imageops/DrawingSurface.h"
 #include "imageops/ImageGeometry.h"
+#include "platform/base/CGGeometry.h"
+#include "platform/image/pixels/UIImage.h"
 
 #include <cmath>
+#include <optional>
 #include <utility>
 
 namespace lamina {

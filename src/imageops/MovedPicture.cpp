@@ -1,6 +1,10 @@
 #include "imageops/MovedPicture_p.h"
 
+#include "platform/image/pixels/PixelBuffer.h"
+
 #include <bit>
+#include <cstddef>
+#include <cstdint>
 #include <utility>
 
 namespace lamina {

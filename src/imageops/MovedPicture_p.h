@@ -2,6 +2,8 @@
 
 #include "platform/image/pixels/PixelMoves.h"
 
+#include "platform/image/pixels/CGImage.h"
+
 namespace lamina {
 
 /// True when `movedPicture` takes the picture: four bytes of RGB a pixel, no mask.

@@ -1,12 +1,17 @@
 #include "imageops/ColorKernels_p.h"
 #include "imageops/DrawingSurface.h"
 #include "imageops/ImageFilters.h"
+#include "platform/base/CGGeometry.h"
 #include "platform/base/WorkerPool.h"
+#include "platform/image/pixels/UIImage.h"
 
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <cstddef>
+#include <cstdint>
 #include <numeric>
+#include <optional>
 
 // Contrast is a line through the middle grey of slope 259 (v + 255) / (255 (259 - v)), gamma the power law of R. C.
 // Gonzalez, R. E. Woods, "Digital Image Processing", sepia a matrix of three weighted sums.

@@ -1,7 +1,13 @@
 #include "CommandLines.h"
 
+#include "platform/base/CGGeometry.h"
+
+#include <algorithm>
+#include <array>
 #include <cmath>
+#include <cstddef>
 #include <gmock/gmock.h>
+#include <vector>
 
 namespace lamina::test {
 namespace {

@@ -2,7 +2,9 @@
 
 #include "CommandRunner.h"
 #include "TestPictures.h"
+#include "platform/image/pixels/CGImage.h"
 
+#include <cstdint>
 #include <filesystem>
 #include <gtest/gtest.h>
 #include <string>

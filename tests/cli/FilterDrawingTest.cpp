@@ -1,6 +1,7 @@
 #include "cli/FilterDrawing.h"
 
 #include "TestPictures.h"
+#include "gpu/core/GPUImageFilter.h"
 #include "gpu/core/GPUImageFourInputFilter.h"
 
 #include <gmock/gmock.h>

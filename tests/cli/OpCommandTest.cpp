@@ -1,7 +1,11 @@
 #include "CommandLines.h"
 
+#include "platform/base/CGGeometry.h"
+
 #include <gmock/gmock.h>
 #include <nlohmann/json.hpp>
+#include <utility>
+#include <vector>
 
 namespace lamina::test {
 namespace {

@@ -2,8 +2,10 @@
 #include "TestPaths.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <gmock/gmock.h>
 #include <sys/stat.h>
+#include <vector>
 
 namespace lamina::test {
 namespace {

@@ -2,6 +2,8 @@
 #include "TestPaths.h"
 
 #include <gmock/gmock.h>
+#include <utility>
+#include <vector>
 
 namespace lamina::test {
 namespace {

@@ -2,6 +2,9 @@
 #include "WindowTest.h"
 
 #include "app/ViewController.h"
+#include "editors/blend/PickedImages.h"
+#include "platform/base/CGAffineTransform.h"
+#include "platform/base/CGGeometry.h"
 
 #include <QColorSpace>
 

@@ -1,6 +1,7 @@
 // The ways of a photo into the window, and what can go wrong on them.
 #include "TestPaths.h"
 #include "WindowTest.h"
+#include "platform/base/CGGeometry.h"
 
 #include "CommandRunner.h"
 

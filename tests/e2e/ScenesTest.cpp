@@ -6,6 +6,7 @@
 #include "platform/view/UIStoryboard.h"
 
 #include <QFile>
+#include <vector>
 
 namespace lamina::test {
 namespace {

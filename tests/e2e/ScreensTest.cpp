@@ -1,6 +1,9 @@
 // What every screen has to be, whatever the window's shape: whole, named, and reachable.
 #include "WindowTest.h"
 
+#include "editors/blend/BlendComposition.h"
+#include "platform/base/CGGeometry.h"
+
 #include <QAccessible>
 #include <QQuickItem>
 

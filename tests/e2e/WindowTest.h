@@ -3,6 +3,10 @@
 #include "TestPaths.h"
 #include "TestPortal.h"
 #include "WindowDriver.h"
+#include "app/ImagePIckingViewController.h"
+#include "app/PinchZoomViewController.h"
+#include "editors/blend/BlendPhotoViewController.h"
+#include "platform/host/Application.h"
 #include "platform/view/UIAlertController.h"
 
 #include <QDir>
@@ -10,6 +14,7 @@
 
 #include <gtest/gtest.h>
 #include <memory>
+#include <string>
 
 namespace lamina::test {
 

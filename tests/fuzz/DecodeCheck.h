@@ -2,6 +2,11 @@
 
 #include "platform/image/codecs/PictureDecoder_p.h"
 
+#include "platform/base/Result.h"
+#include "platform/image/pixels/CGImage.h"
+#include "platform/image/pixels/UIImage.h"
+
+#include <cstddef>
 #include <cstdint>
 #include <span>
 #include <string>

@@ -2,6 +2,8 @@
 
 #include "DecodeCheck.h"
 
+#include "platform/image/codecs/ByteSource_p.h"
+#include "platform/image/codecs/PictureDecoding.h"
 #include "platform/image/codecs/PictureFormats.h"
 
 #include <algorithm>

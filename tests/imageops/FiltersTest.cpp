@@ -6,6 +6,7 @@
 #include "imageops/ImageFilters.h"
 #include "imageops/ImageGeometry.h"
 
+#include <algorithm>
 #include <limits>
 
 namespace lamina::test {

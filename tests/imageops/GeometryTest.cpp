@@ -4,8 +4,10 @@
 #include "platform/base/UIScreen.h"
 
 #include <cmath>
+#include <cstddef>
 #include <limits>
 #include <numbers>
+#include <utility>
 
 namespace lamina::test {
 namespace {

@@ -2,6 +2,11 @@
 
 #include "AllHeaders.h"
 
+#include "gpu/core/FilterRegistry.h"
+#include "gpu/core/GPUImageFilter.h"
+#include "platform/base/Result.h"
+#include "platform/image/pixels/CGImage.h"
+
 #include <cstdio>
 #include <memory>
 

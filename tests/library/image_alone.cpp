@@ -2,6 +2,13 @@
 
 #include "AllHeaders.h"
 
+#include "platform/base/CGGeometry.h"
+#include "platform/base/Result.h"
+#include "platform/image/codecs/PictureDecoding.h"
+#include "platform/image/codecs/PictureEncoding.h"
+#include "platform/image/drawing/CGContext.h"
+#include "platform/image/pixels/UIImage.h"
+
 #include <cstdio>
 #include <optional>
 

@@ -2,6 +2,7 @@
 
 #include "platform/base/WorkerPool.h"
 
+#include <cstdint>
 #include <functional>
 #include <gtest/gtest.h>
 #include <hwy/targets.h>

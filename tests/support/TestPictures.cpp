@@ -4,6 +4,7 @@
 #include "TestPaths.h"
 #include "platform/image/codecs/PictureDecoding.h"
 #include "platform/image/codecs/PictureEncoding.h"
+#include "platform/image/pixels/PixelBuffer.h"
 
 #include <algorithm>
 #include <cstdlib>

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/base/CGGeometry.h"
+#include "platform/image/pixels/CGColorSpace.h"
 #include "platform/image/pixels/CGImage.h"
 #include "platform/image/pixels/UIImage.h"
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "editors/blend/BlendComposition.h"
 #include "editors/common/History.h"
 #include "platform/base/Clock.h"
 

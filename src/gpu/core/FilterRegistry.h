@@ -2,6 +2,7 @@
 
 #include "gpu/core/GPUImageStage.h"
 #include "gpu/core/TypedValue.h"
+#include "platform/base/Result.h"
 
 #include <functional>
 #include <map>

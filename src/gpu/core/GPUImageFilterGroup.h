@@ -1,6 +1,7 @@
 #pragma once
 
 #include "gpu/core/GPUImageFramebuffer.h"
+#include "gpu/core/GPUImageInput.h"
 #include "gpu/core/GPUImageRotationMode.h"
 #include "gpu/core/GPUImageStage.h"
 #include "platform/base/CGGeometry.h"

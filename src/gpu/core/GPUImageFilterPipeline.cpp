@@ -1,5 +1,6 @@
 #include "gpu/core/GPUImageFilterPipeline.h"
 
+#include "gpu/core/TypedValue.h"
 #include "platform/base/CGGeometry.h"
 
 #include <algorithm>
@@ -8,6 +9,7 @@
 #include <optional>
 #include <string_view>
 #include <utility>
+#include <variant>
 
 namespace lamina {
 

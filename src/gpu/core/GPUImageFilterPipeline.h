@@ -1,6 +1,9 @@
 #pragma once
 
 #include "gpu/core/FilterRegistry.h"
+#include "gpu/core/GPUImageInput.h"
+#include "gpu/core/GPUImageOutput.h"
+#include "gpu/core/GPUImageStage.h"
 #include "platform/base/Result.h"
 #include "platform/image/pixels/CGImage.h"
 #include "platform/image/pixels/UIImage.h"

@@ -5,6 +5,7 @@
 #include "gpu/core/GPUImageContext.h"
 #include "gpu/core/VideoProcessingQueue.h"
 #include "platform/base/Log.h"
+#include "platform/image/pixels/PixelBuffer.h"
 
 #include <algorithm>
 #include <atomic>

@@ -1,5 +1,6 @@
 #include "gpu/core/GPUImageTwoPassTextureSamplingFilter.h"
 
+#include "gpu/core/GPUImageRotationMode.h"
 #include "gpu/core/VideoProcessingQueue.h"
 
 namespace lamina {

@@ -7,6 +7,7 @@
 #include "gpu/core/VideoProcessingQueue.h"
 #include "platform/base/CMTime.h"
 #include "platform/base/Log.h"
+#include "platform/image/pixels/PixelBuffer.h"
 
 #include <algorithm>
 #include <cmath>

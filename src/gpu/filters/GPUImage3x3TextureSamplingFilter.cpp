@@ -1,5 +1,8 @@
 #include "gpu/filters/GPUImage3x3TextureSamplingFilter.h"
 
+#include "gpu/core/GPUImageRotationMode.h"
+#include "gpu/core/GPUImageStage.h"
+#include "gpu/core/TypedValue.h"
 #include "gpu/core/VideoProcessingQueue.h"
 
 #include <utility>

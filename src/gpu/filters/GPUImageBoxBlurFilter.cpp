@@ -2,6 +2,8 @@
 
 #include "gpu/filters/GPUImageBoxBlurFilter.h"
 
+#include "gpu/filters/BlurShaders.h"
+
 #include <algorithm>
 
 namespace lamina {

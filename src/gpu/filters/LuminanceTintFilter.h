@@ -3,6 +3,7 @@
 #include "gpu/core/FilterRegistry.h"
 #include "gpu/core/GPUImageFilter.h"
 #include "gpu/core/GPUVectors.h"
+#include "gpu/core/TypedValue.h"
 #include "platform/gl/GLHeaders.h"
 
 #include <span>

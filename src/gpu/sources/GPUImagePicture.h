@@ -1,5 +1,7 @@
 #pragma once
 
+#include "gpu/core/GPUImageInput.h"
+#include "gpu/core/GPUImageOutput.h"
 #include "gpu/core/GPUImageStage.h"
 #include "gpu/core/PictureTexture.h"
 #include "platform/base/CGGeometry.h"

@@ -3,6 +3,7 @@
 #include "platform/files/ASCIICase.h"
 #include "platform/files/FileCauses.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 

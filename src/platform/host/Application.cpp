@@ -9,15 +9,18 @@
 #include "platform/host/ThumbnailProvider.h"
 #include "platform/host/system/PictureClipboard.h"
 #include "platform/host/system/SystemURLOpener.h"
+#include "platform/photos/PhotoSource.h"
 #include "platform/view/FailureAlert.h"
 #include "platform/view/PhotoReceiver.h"
 #include "platform/view/UIApplication.h"
 #include "platform/view/UINavigationController.h"
 #include "platform/view/UIStoryboard.h"
+#include "platform/view/UIWindow.h"
 
 #include <QGuiApplication>
 #include <QQmlEngine>
 #include <QScreen>
+#include <utility>
 
 namespace lamina {
 

@@ -1,5 +1,6 @@
 #include "platform/host/CanvasInput.h"
 
+#include "platform/view/UIGestureRecognizer.h"
 #include "platform/view/UITapGestureRecognizer.h"
 #include "platform/view/UIView.h"
 
@@ -8,6 +9,7 @@
 #include <QTouchEvent>
 #include <QWheelEvent>
 
+#include <cstdint>
 #include <numbers>
 #include <utility>
 #include <vector>

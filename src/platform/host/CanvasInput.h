@@ -2,6 +2,9 @@
 
 #include "platform/view/TouchDispatcher.h"
 
+#include "platform/base/CGGeometry.h"
+#include "platform/view/UIView.h"
+
 #include <QPointF>
 
 #include <memory>

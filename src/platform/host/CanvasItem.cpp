@@ -2,10 +2,12 @@
 
 #include "platform/host/ImageConversion.h"
 #include "platform/host/ImageNode.h"
+#include "platform/image/pixels/CGImage.h"
 
 #include <QQuickWindow>
 
 #include <algorithm>
+#include <cstddef>
 
 namespace lamina {
 

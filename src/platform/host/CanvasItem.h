@@ -1,7 +1,9 @@
 #pragma once
 
+#include "platform/base/CGGeometry.h"
 #include "platform/host/CanvasInput.h"
 #include "platform/view/CanvasRenderer.h"
+#include "platform/view/UIView.h"
 #include "platform/view/UIViewController.h"
 
 #include <QImage>

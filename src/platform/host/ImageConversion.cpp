@@ -1,5 +1,8 @@
 #include "platform/host/ImageConversion.h"
 
+#include <cstddef>
+#include <cstdint>
+
 namespace lamina {
 
 QImage qImage(const CGImage& image)

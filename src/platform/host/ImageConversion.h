@@ -2,6 +2,8 @@
 
 #include "platform/image/pixels/CGImage.h"
 
+#include "platform/base/CGGeometry.h"
+
 #include <QImage>
 
 namespace lamina {

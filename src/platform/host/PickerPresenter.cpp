@@ -1,6 +1,7 @@
 #include "platform/host/PickerPresenter.h"
 
 #include "platform/base/Localization.h"
+#include "platform/host/system/FileChooserOptions.h"
 #include "platform/host/system/FileChooserPortal.h"
 #include "platform/host/system/FolderModel.h"
 #include "platform/host/system/WindowIdentifier.h"

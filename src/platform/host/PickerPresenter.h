@@ -2,11 +2,14 @@
 
 #include "platform/view/UIImagePickerController.h"
 
+#include "platform/view/UIViewController.h"
+
 #include <QObject>
 #include <QPointer>
 
 #include <memory>
 #include <string>
+#include <utility>
 
 class QWindow;
 

@@ -1,5 +1,6 @@
 #include "platform/host/PictureItem.h"
 
+#include "platform/base/CGGeometry.h"
 #include "platform/host/ImageConversion.h"
 #include "platform/host/ImageNode.h"
 #include "platform/image/drawing/CGContext.h"

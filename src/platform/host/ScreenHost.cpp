@@ -4,11 +4,14 @@
 #include "platform/base/Log.h"
 #include "platform/view/UINavigationController.h"
 #include "platform/view/UIStoryboard.h"
+#include "platform/view/UIViewController.h"
 
 #include <QFile>
 #include <QTimer>
 
 #include <cmath>
+#include <functional>
+#include <memory>
 #include <utility>
 
 namespace lamina {

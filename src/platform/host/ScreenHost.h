@@ -5,6 +5,7 @@
 #include "platform/view/UIWindow.h"
 
 #include <QObject>
+#include <vector>
 
 namespace lamina {
 

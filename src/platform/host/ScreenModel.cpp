@@ -3,6 +3,7 @@
 #include <QQmlEngine>
 
 #include <algorithm>
+#include <cstddef>
 #include <utility>
 
 namespace lamina {

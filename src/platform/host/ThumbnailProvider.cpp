@@ -1,6 +1,8 @@
 #include "platform/host/ThumbnailProvider.h"
 
+#include "platform/base/Result.h"
 #include "platform/host/ImageConversion.h"
+#include "platform/image/pixels/UIImage.h"
 #include "platform/photos/PictureQueue.h"
 #include "platform/photos/Thumbnail.h"
 
@@ -10,6 +12,7 @@
 #include <algorithm>
 #include <atomic>
 #include <memory>
+#include <string>
 
 namespace lamina {
 

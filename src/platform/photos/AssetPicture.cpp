@@ -1,5 +1,6 @@
 #include "platform/photos/AssetPicture.h"
 
+#include "platform/image/codecs/PictureDecoding.h"
 #include "platform/image/drawing/CGContext.h"
 #include "platform/image/drawing/UIImageDrawing.h"
 #include "platform/photos/PhotoLoading.h"
@@ -8,6 +9,7 @@
 #include <algorithm>
 #include <cmath>
 #include <optional>
+#include <string>
 
 namespace lamina {
 

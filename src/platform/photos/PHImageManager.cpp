@@ -2,6 +2,7 @@
 
 #include "platform/base/DispatchQueue.h"
 #include "platform/base/Log.h"
+#include "platform/base/Result.h"
 #include "platform/photos/AssetPicture.h"
 #include "platform/photos/PictureQueue.h"
 

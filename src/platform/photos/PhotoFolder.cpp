@@ -6,7 +6,9 @@
 
 #include <QDateTime>
 
+#include <cstdint>
 #include <filesystem>
+#include <vector>
 
 namespace lamina {
 

@@ -1,6 +1,7 @@
 #include "platform/photos/PhotoLoad.h"
 
 #include "platform/base/DispatchQueue.h"
+#include "platform/image/codecs/PictureDecoding.h"
 #include "platform/photos/PhotoLoading.h"
 #include "platform/photos/PictureQueue.h"
 

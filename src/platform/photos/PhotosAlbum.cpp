@@ -2,8 +2,11 @@
 
 #include "platform/base/DispatchQueue.h"
 #include "platform/base/Log.h"
+#include "platform/base/Result.h"
 #include "platform/photos/PhotoFolder.h"
 #include "platform/photos/PictureQueue.h"
+
+#include <string>
 
 namespace lamina {
 

@@ -1,6 +1,7 @@
 #include "platform/photos/Thumbnail.h"
 
 #include "platform/image/drawing/Resampling.h"
+#include "platform/image/pixels/CGImage.h"
 #include "platform/photos/PhotoLoading.h"
 
 #include <algorithm>

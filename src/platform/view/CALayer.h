@@ -1,11 +1,13 @@
 #pragma once
 
 #include "platform/base/CGAffineTransform.h"
+#include "platform/base/CGGeometry.h"
 #include "platform/base/UIColor.h"
 #include "platform/image/drawing/CGContext.h"
 #include "platform/image/drawing/UIBezierPath.h"
 #include "platform/image/pixels/UIImage.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <memory>

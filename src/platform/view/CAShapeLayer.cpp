@@ -1,7 +1,13 @@
 #include "platform/view/CAShapeLayer.h"
 
+#include "platform/base/CGGeometry.h"
+#include "platform/base/UIColor.h"
+#include "platform/image/drawing/CGContext.h"
+#include "platform/image/drawing/UIBezierPath.h"
+
 #include <algorithm>
 #include <cmath>
+#include <optional>
 
 namespace lamina {
 

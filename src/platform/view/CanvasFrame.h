@@ -2,6 +2,10 @@
 
 #include "platform/view/CALayer.h"
 
+#include "platform/base/CGAffineTransform.h"
+#include "platform/base/CGGeometry.h"
+
+#include <cstddef>
 #include <cstdint>
 #include <vector>
 

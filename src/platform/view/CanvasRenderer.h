@@ -1,5 +1,8 @@
 #pragma once
 
+#include "platform/base/CGGeometry.h"
+#include "platform/image/drawing/CGContext.h"
+#include "platform/image/pixels/CGImage.h"
 #include "platform/view/CanvasFrame.h"
 #include "platform/view/UIView.h"
 

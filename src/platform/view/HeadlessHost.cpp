@@ -2,6 +2,7 @@
 
 #include "platform/base/DispatchQueue.h"
 
+#include <functional>
 #include <utility>
 
 namespace lamina {

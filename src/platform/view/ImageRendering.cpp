@@ -1,10 +1,14 @@
 #include "platform/view/ImageRendering.h"
 
+#include "platform/base/CGGeometry.h"
+#include "platform/base/UIColor.h"
 #include "platform/base/UIScreen.h"
 #include "platform/image/drawing/CGContext.h"
+#include "platform/view/CALayer.h"
 #include "platform/view/UIScrollView.h"
 
 #include <cmath>
+#include <optional>
 
 namespace lamina {
 

@@ -1,9 +1,12 @@
 #include "platform/view/LayerRenderer.h"
 
+#include "platform/base/UIColor.h"
+#include "platform/image/drawing/UIBezierPath.h"
 #include "platform/image/drawing/UIImageDrawing.h"
 
 #include <algorithm>
 #include <cmath>
+#include <optional>
 
 namespace lamina {
 

@@ -2,6 +2,10 @@
 
 #include "platform/view/CALayer.h"
 
+#include "platform/base/CGAffineTransform.h"
+#include "platform/base/CGGeometry.h"
+#include "platform/image/drawing/CGContext.h"
+
 namespace lamina {
 
 /// Draws layers into a context: the one way in which a tree becomes a picture, be it for a window or for a file.

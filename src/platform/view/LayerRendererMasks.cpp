@@ -1,5 +1,10 @@
+#include "platform/image/drawing/UIBezierPath.h"
+#include "platform/image/pixels/UIImage.h"
 #include "platform/view/CAShapeLayer.h"
 #include "platform/view/LayerRenderer.h"
+
+#include <algorithm>
+#include <optional>
 
 namespace lamina {
 

@@ -2,6 +2,8 @@
 
 #include "platform/view/PresentationHost.h"
 
+#include "platform/view/UIViewController.h"
+
 #include <deque>
 #include <functional>
 #include <memory>

@@ -1,6 +1,7 @@
 #include "platform/view/TouchDispatcher.h"
 
 #include "platform/view/UIControl.h"
+#include "platform/view/UIGestureRecognizer.h"
 #include "platform/view/UITapGestureRecognizer.h"
 #include "platform/view/UIView.h"
 

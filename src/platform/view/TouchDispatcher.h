@@ -2,6 +2,10 @@
 
 #include "platform/view/UITouch.h"
 
+#include "platform/base/CGGeometry.h"
+#include "platform/view/UIView.h"
+
+#include <cstdint>
 #include <map>
 #include <memory>
 #include <span>

@@ -3,6 +3,8 @@
 #include "platform/base/Log.h"
 
 #include <algorithm>
+#include <memory>
+#include <string>
 #include <utility>
 
 namespace lamina {

@@ -3,6 +3,7 @@
 #include "platform/view/UIControl.h"
 
 #include <string>
+#include <utility>
 
 namespace lamina {
 

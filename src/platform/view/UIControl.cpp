@@ -1,5 +1,6 @@
 #include "platform/view/UIControl.h"
 
+#include "platform/base/CGGeometry.h"
 #include "platform/view/UITouch.h"
 
 #include <algorithm>

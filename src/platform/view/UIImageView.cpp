@@ -1,5 +1,7 @@
 #include "platform/view/UIImageView.h"
 
+#include "platform/base/CGGeometry.h"
+
 namespace lamina {
 
 UIImageView::UIImageView(const CGRect& frame)

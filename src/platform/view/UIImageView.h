@@ -2,6 +2,8 @@
 
 #include "platform/view/UIView.h"
 
+#include "platform/image/pixels/UIImage.h"
+
 namespace lamina {
 
 /// Shows a picture by its content mode. Not opaque, and takes no touches until told to.

@@ -1,8 +1,10 @@
 #include "platform/view/UILongPressGestureRecognizer.h"
 
+#include "platform/base/CGGeometry.h"
 #include "platform/view/UITouch.h"
 
 #include <cmath>
+#include <vector>
 
 namespace lamina {
 

@@ -4,6 +4,7 @@
 #include "platform/view/ScreenTransition_p.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace lamina {
 

@@ -1,9 +1,13 @@
 #include "platform/view/UIPanGestureRecognizer.h"
 
+#include "platform/base/CGAffineTransform.h"
+#include "platform/base/CGGeometry.h"
 #include "platform/view/UITouch.h"
 #include "platform/view/UIView.h"
 
 #include <cmath>
+#include <optional>
+#include <vector>
 
 namespace lamina {
 

@@ -1,9 +1,12 @@
 #include "platform/view/UIRotationGestureRecognizer.h"
 
+#include "platform/base/CGGeometry.h"
 #include "platform/view/UITouch.h"
 
 #include <cmath>
 #include <numbers>
+#include <optional>
+#include <vector>
 
 namespace lamina {
 

@@ -1,5 +1,7 @@
 #include "platform/view/UIScrollView.h"
 
+#include "platform/base/CGGeometry.h"
+#include "platform/view/UIGestureRecognizer.h"
 #include "platform/view/UIPanGestureRecognizer.h"
 #include "platform/view/UIPinchGestureRecognizer.h"
 

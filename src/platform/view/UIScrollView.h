@@ -3,6 +3,7 @@
 #include "platform/view/UIView.h"
 
 #include <memory>
+#include <utility>
 
 namespace lamina {
 

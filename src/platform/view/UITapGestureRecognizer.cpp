@@ -1,9 +1,12 @@
 #include "platform/view/UITapGestureRecognizer.h"
 
+#include "platform/base/CGGeometry.h"
 #include "platform/view/UITouch.h"
 
 #include <algorithm>
 #include <cmath>
+#include <optional>
+#include <vector>
 
 namespace lamina {
 

@@ -2,8 +2,14 @@
 
 #include "platform/view/CALayer.h"
 
+#include "platform/base/CGAffineTransform.h"
+#include "platform/base/CGGeometry.h"
+#include "platform/base/UIColor.h"
+
+#include <cstddef>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <vector>
 
 namespace lamina {

@@ -1,11 +1,13 @@
 #include "platform/view/UIViewController.h"
 
+#include "platform/base/CGGeometry.h"
 #include "platform/base/Log.h"
 #include "platform/base/UIScreen.h"
 #include "platform/view/ScreenTransition_p.h"
 #include "platform/view/UINavigationController.h"
 #include "platform/view/UIStoryboard.h"
 
+#include <optional>
 #include <utility>
 
 namespace lamina {

@@ -2,6 +2,8 @@
 
 #include "platform/view/UIViewController.h"
 
+#include <memory>
+
 namespace lamina {
 
 /// Where the first screen stands, and so the owner of all the screens. Main thread.

@@ -1,4 +1,5 @@
 #include "BlendEditorFixture.h"
+#include "editors/common/PictureMemory.h"
 #include "platform/base/CGGeometry.h"
 #include "platform/base/UIColor.h"
 #include "platform/image/pixels/CGImage.h"

@@ -1,10 +1,14 @@
 #include "GLCalls.h"
 #include "GraphFixture.h"
+#include "TestPictures.h"
 #include "gpu/core/FilterProgram.h"
 #include "gpu/core/GPUImageContext.h"
+#include "platform/base/CMTime.h"
 #include "platform/base/MemoryWarning.h"
 
 #include <array>
+#include <chrono>
+#include <cstddef>
 #include <sstream>
 #include <thread>
 

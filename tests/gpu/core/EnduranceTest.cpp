@@ -1,8 +1,11 @@
 #include "GLCalls.h"
 #include "GraphFixture.h"
+#include "TestPictures.h"
 #include "gpu/core/GPUImageTwoInputFilter.h"
 #include "gpu/core/GPUImageTwoPassFilter.h"
+#include "platform/image/pixels/CGImage.h"
 
+#include <cstdint>
 #include <fstream>
 #include <thread>
 

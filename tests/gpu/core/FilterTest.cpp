@@ -1,5 +1,14 @@
 #include "GraphFixture.h"
 
+#include "TestPictures.h"
+#include "gpu/core/GPUImageRotationMode.h"
+#include "platform/base/CGGeometry.h"
+#include "platform/base/CMTime.h"
+#include "platform/image/pixels/CGImage.h"
+#include "platform/image/pixels/UIImage.h"
+
+#include <array>
+#include <cstdint>
 #include <thread>
 
 namespace lamina::test {

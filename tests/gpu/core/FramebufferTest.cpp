@@ -1,10 +1,20 @@
 #include "GraphFixture.h"
+#include "TestPictures.h"
+#include "gpu/core/FramebufferKind.h"
+#include "gpu/core/GPUImageFramebuffer.h"
+#include "gpu/core/GPUImageFramebufferCache.h"
+#include "gpu/core/GPUTextureOptions.h"
+#include "platform/base/CGGeometry.h"
 #include "platform/base/MemoryWarning.h"
 #include "platform/base/NotificationCenter.h"
+#include "platform/image/pixels/CGImage.h"
 
 #include <cmath>
+#include <cstddef>
+#include <cstdint>
 #include <thread>
 #include <tuple>
+#include <utility>
 
 namespace lamina::test {
 namespace {

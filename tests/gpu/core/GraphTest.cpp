@@ -1,5 +1,10 @@
 #include "GraphFixture.h"
 
+#include "gpu/core/GPUTextureOptions.h"
+#include "platform/base/CGGeometry.h"
+
+#include <utility>
+
 namespace lamina::test {
 namespace {
 

@@ -1,6 +1,9 @@
 #include "GraphFixture.h"
+#include "TestPictures.h"
 #include "gpu/core/GPUImageBuffer.h"
 #include "gpu/core/GPUImageFilterGroup.h"
+
+#include <cstdint>
 
 namespace lamina::test {
 namespace {

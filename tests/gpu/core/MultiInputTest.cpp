@@ -1,7 +1,15 @@
 #include "GraphFixture.h"
+#include "TestPictures.h"
 #include "gpu/core/GPUImageFourInputFilter.h"
+#include "gpu/core/GPUImageTwoInputFilter.h"
+#include "platform/base/CGGeometry.h"
+#include "platform/base/CMTime.h"
+#include "platform/image/pixels/CGImage.h"
 
+#include <cstddef>
+#include <cstdint>
 #include <sstream>
+#include <utility>
 
 namespace lamina::test {
 namespace {

@@ -1,6 +1,9 @@
 #include "GraphFixture.h"
+#include "TestPictures.h"
 #include "gpu/core/FilterRegistry.h"
 #include "gpu/core/GPUImageFilterPipeline.h"
+#include "gpu/core/GPUVectors.h"
+#include "platform/base/CGGeometry.h"
 
 namespace lamina::test {
 namespace {

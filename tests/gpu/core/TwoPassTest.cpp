@@ -1,6 +1,10 @@
 #include "GLCalls.h"
 #include "GraphFixture.h"
+#include "TestPictures.h"
 #include "gpu/core/GPUImageTwoPassFilter.h"
+#include "platform/image/pixels/CGImage.h"
+
+#include <cstddef>
 
 namespace lamina::test {
 namespace {

@@ -1,5 +1,8 @@
 #include "GLCalls.h"
 #include "GraphFixture.h"
+#include "TestPictures.h"
+#include "gpu/core/GLProgramCache.h"
+#include "gpu/core/GPUImageRotationMode.h"
 #include "gpu/filters/GPUImage3x3ConvolutionFilter.h"
 #include "gpu/filters/GPUImageErosionFilter.h"
 #include "gpu/filters/GPUImageGaussianBlurFilter.h"
@@ -12,7 +15,9 @@
 #include "platform/base/MemoryWarning.h"
 
 #include <cmath>
+#include <cstddef>
 #include <typeinfo>
+#include <utility>
 
 // What filters do beside their formulas, which a table holds against numpy.
 

@@ -1,7 +1,11 @@
 #include "gpu/filters/FilterCatalogue.h"
 #include "GraphFixture.h"
+#include "TestPictures.h"
 #include "gpu/core/GPUImageTwoInputFilter.h"
+#include "gpu/core/GPUVectors.h"
+#include "gpu/core/TypedValue.h"
 #include "gpu/sources/GPUImagePicture.h"
+#include "platform/base/Result.h"
 
 namespace lamina::test {
 namespace {

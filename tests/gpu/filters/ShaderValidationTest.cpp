@@ -1,5 +1,6 @@
 #include "CommandRunner.h"
 #include "GraphFixture.h"
+#include "gpu/core/TypedValue.h"
 #include "gpu/filters/FilterCatalogue.h"
 #include "gpu/filters/GPUImageBoxBlurFilter.h"
 #include "gpu/filters/GPUImageGaussianBlurFilter.h"
@@ -9,6 +10,7 @@
 #include <dlfcn.h>
 #include <set>
 #include <sstream>
+#include <variant>
 
 namespace lamina::test {
 namespace {

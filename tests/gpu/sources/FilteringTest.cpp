@@ -1,4 +1,5 @@
 #include "GraphFixture.h"
+#include "TestPictures.h"
 #include "gpu/core/GPUImageTwoInputFilter.h"
 #include "gpu/sources/GPUImagePicture.h"
 

@@ -1,8 +1,11 @@
 #include "GraphFixture.h"
+#include "TestPictures.h"
+#include "gpu/core/GPUTextureOptions.h"
 #include "gpu/sources/GPUImagePicture.h"
 #include "platform/base/DispatchSemaphore.h"
 #include "platform/image/codecs/PictureEncoding.h"
 
+#include <cstddef>
 #include <thread>
 
 namespace lamina::test {

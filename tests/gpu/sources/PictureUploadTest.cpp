@@ -1,5 +1,7 @@
 #include "GraphFixture.h"
+#include "TestPictures.h"
 #include "gpu/sources/GPUImagePicture.h"
+#include "platform/image/pixels/CGColorSpace.h"
 
 #include <cmath>
 

@@ -1,5 +1,10 @@
 #include "CountingConsumer.h"
 
+#include "gpu/core/GPUImageFramebuffer.h"
+#include "platform/base/CMTime.h"
+
+#include <memory>
+
 namespace lamina::test {
 
 void CountingConsumer::setInputFramebuffer(std::shared_ptr<GPUImageFramebuffer> framebuffer, int)

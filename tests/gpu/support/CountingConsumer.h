@@ -4,6 +4,7 @@
 #include "platform/image/pixels/CGImage.h"
 
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace lamina::test {

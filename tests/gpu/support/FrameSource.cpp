@@ -1,6 +1,10 @@
 #include "FrameSource.h"
 
 #include "gpu/core/GPUImageContext.h"
+#include "gpu/core/GPUImageFramebuffer.h"
+#include "gpu/core/GPUTextureOptions.h"
+#include "platform/base/CMTime.h"
+#include "platform/image/pixels/CGImage.h"
 
 namespace lamina::test {
 

@@ -2,7 +2,9 @@
 
 #include "TestPictures.h"
 #include "gpu/core/GPUImageOutput.h"
+#include "gpu/core/GPUImageRotationMode.h"
 
+#include <cstddef>
 #include <functional>
 
 namespace lamina::test {

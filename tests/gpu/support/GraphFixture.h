@@ -5,11 +5,17 @@
 #include "FrameSource.h"
 #include "gpu/core/GPUImageContext.h"
 #include "gpu/core/GPUImageFilter.h"
+#include "gpu/core/GPUImageOutput.h"
+#include "gpu/core/VideoProcessingQueue.h"
 #include "platform/base/Log.h"
 
+#include <functional>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <memory>
 #include <mutex>
+#include <string>
+#include <vector>
 
 namespace lamina::test {
 

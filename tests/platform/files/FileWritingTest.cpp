@@ -4,7 +4,9 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <csignal>
+#include <cstddef>
 #include <filesystem>
 #include <sys/resource.h>
 #include <sys/stat.h>

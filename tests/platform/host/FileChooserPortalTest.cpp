@@ -9,6 +9,8 @@
 
 #include <QRegularExpression>
 
+#include <algorithm>
+#include <cstddef>
 #include <gtest/gtest.h>
 
 namespace lamina::test {

@@ -4,6 +4,8 @@
 #include <QUrl>
 
 #include <gtest/gtest.h>
+#include <string>
+#include <utility>
 
 namespace lamina::test {
 namespace {

@@ -2,6 +2,7 @@
 
 #include "TestPaths.h"
 #include "TestPictures.h"
+#include "platform/image/pixels/CGImage.h"
 
 #include <gtest/gtest.h>
 #include <string>

@@ -2,6 +2,7 @@
 #include "platform/photos/PhotoLoading.h"
 #include "CommandRunner.h"
 #include "Flag.h"
+#include "platform/base/CGGeometry.h"
 #include "platform/base/DispatchSemaphore.h"
 #include "platform/photos/PhotoLoad.h"
 #include "platform/photos/PictureQueue.h"
@@ -9,6 +10,7 @@
 
 #include <ctime>
 #include <gtest/gtest.h>
+#include <utility>
 
 namespace lamina::test {
 namespace {

@@ -4,6 +4,7 @@
 #include "platform/base/Log.h"
 #include "platform/view/UIAlertController.h"
 #include "platform/view/UINavigationController.h"
+#include "platform/view/UIViewController.h"
 #include "platform/view/UIWindow.h"
 
 #include <gtest/gtest.h>

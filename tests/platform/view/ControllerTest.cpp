@@ -3,9 +3,11 @@
 #include "platform/view/PresentationHost.h"
 #include "platform/view/UIStoryboard.h"
 
+#include <cstddef>
 #include <map>
 #include <ostream>
 #include <sstream>
+#include <vector>
 
 namespace lamina::test {
 namespace {

@@ -1,8 +1,12 @@
 // Small scenes against grids drawn by hand, and what antialiasing and blur make of shapes against their areas.
 #include "LayerScene.h"
+#include "platform/image/drawing/UIBezierPath.h"
 #include "platform/view/CAShapeLayer.h"
 
+#include <functional>
 #include <numbers>
+#include <utility>
+#include <vector>
 
 namespace lamina::test {
 namespace {

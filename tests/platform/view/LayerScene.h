@@ -1,11 +1,22 @@
 #pragma once
 
 #include "TestPictures.h"
+#include "platform/base/CGGeometry.h"
+#include "platform/base/UIColor.h"
+#include "platform/image/drawing/CGContext.h"
+#include "platform/image/pixels/CGImage.h"
+#include "platform/image/pixels/UIImage.h"
 #include "platform/view/CALayer.h"
 
 #include <algorithm>
 #include <cmath>
+#include <cstddef>
+#include <cstdint>
 #include <gtest/gtest.h>
+#include <iterator>
+#include <memory>
+#include <optional>
+#include <string>
 
 namespace lamina::test {
 

@@ -5,6 +5,7 @@
 #include "platform/view/UIImageView.h"
 
 #include <random>
+#include <vector>
 
 namespace lamina::test {
 namespace {

@@ -1,8 +1,10 @@
 #pragma once
 
+#include "platform/base/CGGeometry.h"
 #include "platform/base/Clock.h"
 #include "platform/base/DispatchQueue.h"
 #include "platform/view/TouchDispatcher.h"
+#include "platform/view/UIGestureRecognizer.h"
 #include "platform/view/UILongPressGestureRecognizer.h"
 #include "platform/view/UIPanGestureRecognizer.h"
 #include "platform/view/UIPinchGestureRecognizer.h"
@@ -11,6 +13,7 @@
 #include "platform/view/UIView.h"
 
 #include <cmath>
+#include <cstddef>
 #include <gtest/gtest.h>
 #include <memory>
 #include <sstream>

@@ -1,7 +1,15 @@
 #include "platform/view/UIImageView.h"
 
+#include "platform/base/CGGeometry.h"
+#include "platform/image/pixels/CGImage.h"
+#include "platform/view/CALayer.h"
+
 #include <algorithm>
+#include <cstddef>
 #include <gtest/gtest.h>
+#include <memory>
+#include <string>
+#include <vector>
 
 namespace lamina {
 namespace {

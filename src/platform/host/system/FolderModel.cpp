@@ -1,6 +1,7 @@
 #include "platform/host/system/FolderModel.h"
 
 #include "platform/base/Localization.h"
+#include "platform/base/Result.h"
 #include "platform/host/system/BackgroundWork.h"
 #include "platform/photos/PictureFolders.h"
 
@@ -8,6 +9,7 @@
 #include <QFileInfo>
 #include <QLocale>
 
+#include <string>
 #include <utility>
 
 namespace lamina {

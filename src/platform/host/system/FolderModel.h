@@ -5,7 +5,10 @@
 #include <QAbstractListModel>
 #include <QVariantList>
 
+#include <atomic>
+#include <cstddef>
 #include <memory>
+#include <vector>
 
 namespace lamina {
 

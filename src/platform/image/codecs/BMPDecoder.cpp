@@ -1,10 +1,22 @@
+#include "DecodedPictures.h"
+#include "platform/base/Causes.h"
+#include "platform/base/Result.h"
 #include "platform/image/codecs/BMPHeader_p.h"
+#include "platform/image/codecs/ByteSource_p.h"
+#include "platform/image/codecs/PictureBuilder_p.h"
 #include "platform/image/codecs/PictureDecoder_p.h"
+#include "platform/image/codecs/PictureDecoding.h"
 #include "platform/image/codecs/RowCollector_p.h"
 #include "platform/image/codecs/SequentialReader_p.h"
 #include "platform/image/pixels/PixelArithmetic.h"
+#include "platform/image/pixels/UIImage.h"
 
+#include <algorithm>
 #include <bit>
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <vector>
 
 /// BMP. An index beyond the palette, and what run-length data leave out, is black (the first index for the latter).
 /// Alpha counts where the header has a mask for it; a picture whose alpha is 0 throughout was written by a program that

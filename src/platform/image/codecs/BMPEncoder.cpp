@@ -1,9 +1,15 @@
+#include "platform/base/Result.h"
 #include "platform/base/WorkerPool.h"
 #include "platform/image/codecs/EncodedRows_p.h"
 #include "platform/image/codecs/PictureEncoder_p.h"
+#include "platform/image/codecs/PictureEncoding.h"
+#include "platform/image/pixels/CGImage.h"
 
 #include <algorithm>
+#include <cstddef>
+#include <cstdint>
 #include <limits>
+#include <vector>
 
 /// BMP with a header of version 4, the oldest that says which colours are meant.
 namespace lamina {

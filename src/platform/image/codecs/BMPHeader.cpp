@@ -4,8 +4,10 @@
 
 #include <algorithm>
 #include <bit>
+#include <cstddef>
 #include <limits>
 #include <optional>
+#include <span>
 
 namespace lamina {
 

@@ -2,6 +2,7 @@
 
 #include "platform/base/Result.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <span>

@@ -1,11 +1,21 @@
+#include "platform/base/CGGeometry.h"
+#include "platform/base/Causes.h"
+#include "platform/base/Result.h"
+#include "platform/image/codecs/ByteSource_p.h"
 #include "platform/image/codecs/PictureBuilder_p.h"
 #include "platform/image/codecs/PictureDecoder_p.h"
+#include "platform/image/codecs/PictureDecoding.h"
 #include "platform/image/codecs/SequentialReader_p.h"
+#include "platform/image/pixels/UIImage.h"
 
 #include <gif_lib.h>
 
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
 #include <cstring>
 #include <memory>
+#include <span>
 #include <vector>
 
 /// GIF, by giflib: the first frame on its logical screen, which is clear where the frame isn't. What a frame holds

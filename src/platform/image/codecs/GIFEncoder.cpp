@@ -1,13 +1,21 @@
+#include "platform/base/Causes.h"
+#include "platform/base/Result.h"
 #include "platform/image/codecs/ColorQuantizer_p.h"
 #include "platform/image/codecs/EncodedRows_p.h"
 #include "platform/image/codecs/PictureEncoder_p.h"
+#include "platform/image/codecs/PictureEncoding.h"
+#include "platform/image/pixels/CGImage.h"
 
 #include <gif_lib.h>
 
 #include <algorithm>
+#include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <new>
 #include <optional>
+#include <span>
+#include <vector>
 
 /// GIF, by giflib.
 namespace lamina {

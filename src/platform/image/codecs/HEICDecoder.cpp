@@ -1,14 +1,23 @@
+#include "platform/base/Causes.h"
+#include "platform/base/Result.h"
+#include "platform/image/codecs/ByteSource_p.h"
 #include "platform/image/codecs/HeifLibrary_p.h"
 #include "platform/image/codecs/HeifReferences_p.h"
 #include "platform/image/codecs/PictureDecoder_p.h"
+#include "platform/image/codecs/PictureDecoding.h"
 #include "platform/image/codecs/RowCollector_p.h"
 #include "platform/image/pixels/PixelArithmetic.h"
 #include "platform/image/pixels/PixelKernels.h"
+#include "platform/image/pixels/UIImage.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
+#include <cstddef>
+#include <cstdint>
 #include <cstring>
 #include <memory>
+#include <span>
 #include <vector>
 
 /// HEIC and AVIF, by libheif: the primary picture, turned and cropped by its own boxes, so that it comes upright; its

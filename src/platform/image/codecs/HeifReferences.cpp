@@ -2,9 +2,11 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdint>
 #include <cstring>
 #include <map>
 #include <optional>
+#include <span>
 #include <vector>
 
 namespace lamina {

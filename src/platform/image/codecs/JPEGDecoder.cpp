@@ -1,12 +1,21 @@
+#include "platform/base/Causes.h"
+#include "platform/base/Result.h"
+#include "platform/image/codecs/ByteSource_p.h"
 #include "platform/image/codecs/Exif_p.h"
 #include "platform/image/codecs/JPEGInput_p.h"
 #include "platform/image/codecs/PictureBuilder_p.h"
 #include "platform/image/codecs/PictureDecoder_p.h"
+#include "platform/image/codecs/PictureDecoding.h"
 #include "platform/image/pixels/ColorConversion.h"
+#include "platform/image/pixels/UIImage.h"
 
 #include "platform/base/WorkerPool.h"
 
 #include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <vector>
 
 /// JPEG, by libjpeg-turbo: baseline and progressive, 8 bits, Huffman coded; grey, YCbCr, RGB, CMYK and YCCK. Can be
 /// reduced to eighths on the way, which costs nothing: the inverse transform gives fewer samples a block.

@@ -1,15 +1,22 @@
+#include "platform/base/Causes.h"
+#include "platform/base/Result.h"
 #include "platform/image/codecs/EncodedRows_p.h"
 #include "platform/image/codecs/PictureEncoder_p.h"
+#include "platform/image/codecs/PictureEncoding.h"
+#include "platform/image/pixels/CGImage.h"
 #include "platform/image/pixels/ColorConversion.h"
 
 #include <algorithm>
 #include <array>
 #include <cmath>
 #include <csetjmp>
+#include <cstddef>
+#include <cstdint>
 #include <cstdio> // jpeglib.h names FILE without asking for it
 #include <jpeglib.h>
 #include <memory>
 #include <new>
+#include <vector>
 
 /// JPEG, by libjpeg-turbo: baseline, the standard Huffman tables. Tables made for the picture would save some percent
 /// and cost the memory of all its coefficients.

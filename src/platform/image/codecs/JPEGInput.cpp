@@ -1,5 +1,7 @@
 #include "platform/image/codecs/JPEGInput_p.h"
 
+#include "platform/base/Causes.h"
+
 #include <algorithm>
 #include <cstring>
 #include <jerror.h>

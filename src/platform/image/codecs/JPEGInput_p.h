@@ -1,7 +1,9 @@
 #pragma once
 
+#include "platform/base/Result.h"
 #include "platform/image/codecs/ByteSource_p.h"
 #include "platform/image/codecs/PictureDecoder_p.h"
+#include "platform/image/codecs/PictureDecoding.h"
 
 #include <array>
 #include <csetjmp>

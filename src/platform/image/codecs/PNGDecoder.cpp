@@ -1,15 +1,24 @@
+#include "platform/base/CGGeometry.h"
+#include "platform/base/Causes.h"
+#include "platform/base/Result.h"
+#include "platform/image/codecs/ByteSource_p.h"
 #include "platform/image/codecs/Exif_p.h"
+#include "platform/image/codecs/PictureBuilder_p.h"
 #include "platform/image/codecs/PictureDecoder_p.h"
+#include "platform/image/codecs/PictureDecoding.h"
 #include "platform/image/codecs/RowCollector_p.h"
 #include "platform/image/codecs/SequentialReader_p.h"
 #include "platform/image/pixels/ColorConversion.h"
+#include "platform/image/pixels/UIImage.h"
 
 #include <algorithm>
 #include <cmath>
 #include <csetjmp>
+#include <cstdint>
 #include <cstring>
 #include <iterator>
 #include <png.h>
+#include <span>
 #include <string_view>
 #include <vector>
 

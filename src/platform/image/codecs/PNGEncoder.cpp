@@ -1,14 +1,24 @@
+#include "platform/base/Causes.h"
+#include "platform/base/Result.h"
 #include "platform/base/WorkerPool.h"
 #include "platform/image/codecs/EncodedRows_p.h"
 #include "platform/image/codecs/PNGFilters_p.h"
 #include "platform/image/codecs/PictureEncoder_p.h"
+#include "platform/image/codecs/PictureEncoding.h"
+#include "platform/image/pixels/CGImage.h"
 #include "platform/image/pixels/ColorConversion.h"
+#include "platform/image/pixels/PixelBuffer.h"
+#include "platform/image/pixels/PixelConversion.h"
 
 #include <algorithm>
 #include <array>
+#include <cstddef>
+#include <cstdint>
 #include <libdeflate.h>
 #include <memory>
+#include <span>
 #include <string_view>
+#include <vector>
 
 namespace lamina {
 

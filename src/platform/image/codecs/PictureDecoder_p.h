@@ -4,7 +4,9 @@
 #include "platform/base/Result.h"
 #include "platform/image/codecs/ByteSource_p.h"
 #include "platform/image/codecs/PictureDecoding.h"
+#include "platform/image/pixels/UIImage.h"
 
+#include <atomic>
 #include <cstdint>
 #include <span>
 

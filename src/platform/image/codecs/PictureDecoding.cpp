@@ -1,5 +1,6 @@
 #include "platform/image/codecs/PictureDecoding.h"
 
+#include "platform/base/Causes.h"
 #include "platform/image/codecs/ByteSource_p.h"
 #include "platform/image/codecs/PictureDecoder_p.h"
 #include "platform/image/codecs/PictureFormats.h"

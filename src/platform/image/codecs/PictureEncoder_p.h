@@ -3,6 +3,7 @@
 #include "platform/base/Causes.h"
 #include "platform/base/Result.h"
 #include "platform/image/codecs/PictureEncoding.h"
+#include "platform/image/pixels/CGImage.h"
 
 #include <cstdint>
 #include <vector>

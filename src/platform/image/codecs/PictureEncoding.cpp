@@ -1,5 +1,6 @@
 #include "platform/image/codecs/PictureEncoding.h"
 
+#include "platform/base/Causes.h"
 #include "platform/base/WorkerPool.h"
 #include "platform/image/codecs/EncodedRows_p.h"
 #include "platform/image/codecs/PictureEncoder_p.h"

@@ -1,6 +1,7 @@
 #include "platform/image/codecs/RowCollector_p.h"
 
 #include <algorithm>
+#include <cstddef>
 
 namespace lamina {
 

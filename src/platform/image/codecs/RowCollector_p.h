@@ -2,7 +2,10 @@
 
 #include "platform/image/codecs/PictureBuilder_p.h"
 
+#include "platform/image/pixels/UIImage.h"
+
 #include <cstdint>
+#include <span>
 #include <vector>
 
 namespace lamina {

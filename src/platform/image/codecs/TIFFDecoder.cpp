@@ -1,12 +1,23 @@
+#include "platform/base/Causes.h"
+#include "platform/base/Result.h"
+#include "platform/image/codecs/ByteSource_p.h"
+#include "platform/image/codecs/PictureBuilder_p.h"
 #include "platform/image/codecs/PictureDecoder_p.h"
+#include "platform/image/codecs/PictureDecoding.h"
 #include "platform/image/codecs/RowCollector_p.h"
 #include "platform/image/codecs/TIFFFile_p.h"
 #include "platform/image/codecs/TIFFSamples_p.h"
+#include "platform/image/pixels/ColorConversion.h"
 #include "platform/image/pixels/PixelKernels.h"
+#include "platform/image/pixels/UIImage.h"
 
 #include <algorithm>
+#include <array>
+#include <cstdint>
 #include <cstring>
 #include <memory>
+#include <optional>
+#include <span>
 #include <vector>
 
 /// TIFF and BigTIFF, by libtiff: the first page. Grey, palette, RGB, CMYK and Lab pixels are converted here, in any

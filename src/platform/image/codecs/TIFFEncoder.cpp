@@ -1,12 +1,21 @@
+#include "platform/base/Causes.h"
+#include "platform/base/Result.h"
 #include "platform/base/WorkerPool.h"
 #include "platform/image/codecs/EncodedRows_p.h"
 #include "platform/image/codecs/PictureEncoder_p.h"
+#include "platform/image/codecs/PictureEncoding.h"
 #include "platform/image/codecs/TIFFFile_p.h"
+#include "platform/image/pixels/CGImage.h"
 #include "platform/image/pixels/ColorConversion.h"
+#include "platform/image/pixels/PixelConversion.h"
 
 #include <algorithm>
+#include <cstdarg>
+#include <cstdint>
 #include <cstring>
+#include <memory>
 #include <new>
+#include <vector>
 
 /// TIFF, by libtiff.
 namespace lamina {

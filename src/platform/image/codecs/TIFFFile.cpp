@@ -1,5 +1,6 @@
 #include "platform/image/codecs/TIFFFile_p.h"
 
+#include "platform/base/Causes.h"
 #include "platform/image/codecs/LazyLibrary_p.h"
 #include "platform/image/codecs/PictureDecoder_p.h"
 

@@ -4,6 +4,7 @@
 #include "platform/image/pixels/ColorConversion.h"
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <vector>

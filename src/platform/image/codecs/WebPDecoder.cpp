@@ -1,13 +1,25 @@
+#include "platform/base/CGGeometry.h"
+#include "platform/base/Causes.h"
+#include "platform/base/Result.h"
+#include "platform/image/codecs/ByteSource_p.h"
 #include "platform/image/codecs/Exif_p.h"
 #include "platform/image/codecs/PictureBuilder_p.h"
 #include "platform/image/codecs/PictureDecoder_p.h"
+#include "platform/image/codecs/PictureDecoding.h"
 #include "platform/image/codecs/RowCollector_p.h"
+#include "platform/image/pixels/PixelBuffer.h"
+#include "platform/image/pixels/UIImage.h"
 
 #include <webp/decode.h>
 #include <webp/demux.h>
 
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
 #include <cstring>
 #include <memory>
+#include <span>
+#include <variant>
 
 /// WebP, by libwebp: still pictures, and the first frame of an animation on its canvas, which is clear where the frame
 /// isn't. Opaque pictures can be reduced to any size on the way; translucent ones come whole, because the codec would

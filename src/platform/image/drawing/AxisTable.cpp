@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstddef>
 #include <numbers>
 
 // The kernels: R. G. Keys, "Cubic convolution interpolation for digital image processing", IEEE Transactions on

@@ -1,9 +1,11 @@
 #include "platform/image/drawing/CGContext_p.h"
 
 #include "platform/base/UIScreen.h"
+#include "platform/image/pixels/CGColorSpace.h"
 
 #include <algorithm>
 #include <cmath>
+#include <memory>
 #include <utility>
 
 namespace lamina {

@@ -1,11 +1,14 @@
 #pragma once
 
 #include "platform/base/CGAffineTransform.h"
+#include "platform/base/CGGeometry.h"
 #include "platform/base/UIColor.h"
 #include "platform/image/drawing/UIBezierPath.h"
+#include "platform/image/pixels/CGColorSpace.h"
 #include "platform/image/pixels/CGImage.h"
 #include "platform/image/pixels/UIImage.h"
 
+#include <cstddef>
 #include <memory>
 #include <optional>
 

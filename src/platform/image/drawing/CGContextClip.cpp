@@ -1,10 +1,21 @@
+#include "platform/base/CGAffineTransform.h"
+#include "platform/base/CGGeometry.h"
 #include "platform/base/WorkerPool.h"
 #include "platform/image/drawing/CGContext_p.h"
+#include "platform/image/drawing/Compositing_p.h"
+#include "platform/image/drawing/CoverageMask_p.h"
 #include "platform/image/drawing/ImageSampler_p.h"
+#include "platform/image/drawing/Rasterizer_p.h"
+#include "platform/image/drawing/UIBezierPath.h"
+#include "platform/image/pixels/CGImage.h"
+#include "platform/image/pixels/PixelBuffer.h"
 
 #include <cmath>
+#include <cstdint>
 #include <cstring>
+#include <optional>
 #include <utility>
+#include <vector>
 
 namespace lamina {
 

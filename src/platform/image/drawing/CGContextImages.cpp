@@ -1,8 +1,13 @@
 #include "platform/base/WorkerPool.h"
 #include "platform/image/drawing/CGContext_p.h"
+#include "platform/image/drawing/Compositing_p.h"
 #include "platform/image/drawing/CoverageRow_p.h"
 #include "platform/image/drawing/DeviceBounds_p.h"
 #include "platform/image/drawing/ImageSampler_p.h"
+#include "platform/image/drawing/Surface_p.h"
+#include "platform/image/drawing/TargetColors_p.h"
+#include "platform/image/pixels/CGImage.h"
+#include "platform/image/pixels/PixelArithmetic.h"
 
 #include <algorithm>
 #include <utility>

@@ -1,11 +1,20 @@
+#include "platform/base/CGGeometry.h"
+#include "platform/base/UIColor.h"
 #include "platform/base/WorkerPool.h"
 #include "platform/image/drawing/CGContext_p.h"
+#include "platform/image/drawing/Compositing_p.h"
 #include "platform/image/drawing/CoverageRow_p.h"
 #include "platform/image/drawing/DeviceBounds_p.h"
 #include "platform/image/drawing/GaussianBlur_p.h"
+#include "platform/image/drawing/Surface_p.h"
+#include "platform/image/pixels/PixelArithmetic.h"
+#include "platform/image/pixels/PixelBuffer.h"
 
 #include <algorithm>
 #include <cmath>
+#include <cstddef>
+#include <cstdint>
+#include <optional>
 #include <utility>
 
 namespace lamina {

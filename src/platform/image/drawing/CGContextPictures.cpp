@@ -1,6 +1,10 @@
 #include "platform/base/WorkerPool.h"
 #include "platform/image/drawing/CGContext_p.h"
+#include "platform/image/drawing/Surface_p.h"
+#include "platform/image/pixels/CGImage.h"
+#include "platform/image/pixels/PixelBuffer.h"
 #include "platform/image/pixels/PixelKernels.h"
+#include "platform/image/pixels/UIImage.h"
 
 #include <array>
 #include <cstdint>

@@ -1,10 +1,22 @@
+#include "platform/base/CGAffineTransform.h"
+#include "platform/base/CGGeometry.h"
+#include "platform/base/UIColor.h"
 #include "platform/base/WorkerPool.h"
 #include "platform/image/drawing/CGContext_p.h"
+#include "platform/image/drawing/Compositing_p.h"
+#include "platform/image/drawing/CoverageMask_p.h"
 #include "platform/image/drawing/CoverageRow_p.h"
 #include "platform/image/drawing/PathOutline_p.h"
+#include "platform/image/drawing/Rasterizer_p.h"
+#include "platform/image/drawing/Surface_p.h"
+#include "platform/image/drawing/UIBezierPath.h"
 
+#include <algorithm>
 #include <cmath>
+#include <cstddef>
+#include <cstdint>
 #include <utility>
+#include <vector>
 
 namespace lamina {
 

@@ -1,13 +1,18 @@
 #pragma once
 
+#include "platform/base/CGAffineTransform.h"
+#include "platform/base/CGGeometry.h"
+#include "platform/base/UIColor.h"
 #include "platform/image/drawing/CGContext.h"
 #include "platform/image/drawing/CoverageMask_p.h"
 #include "platform/image/drawing/Rasterizer_p.h"
 #include "platform/image/drawing/SourcePixels.h"
 #include "platform/image/drawing/Surface_p.h"
 #include "platform/image/drawing/TargetColors_p.h"
+#include "platform/image/pixels/CGImage.h"
 #include "platform/image/pixels/PixelArithmetic.h"
 
+#include <cstddef>
 #include <optional>
 #include <vector>
 

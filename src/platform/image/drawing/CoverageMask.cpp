@@ -2,6 +2,7 @@
 
 #include "platform/image/drawing/DeviceBounds_p.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstring>
 

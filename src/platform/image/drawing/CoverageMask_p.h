@@ -3,8 +3,10 @@
 #include "platform/base/CGGeometry.h"
 #include "platform/image/pixels/PixelBuffer.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <utility>
 #include <vector>
 
 namespace lamina {

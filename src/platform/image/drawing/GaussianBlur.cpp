@@ -3,9 +3,11 @@
 #include "platform/base/WorkerPool.h"
 #include "platform/image/drawing/ResampleKernels_p.h"
 #include "platform/image/drawing/Resampling.h"
+#include "platform/image/pixels/CGImage.h"
 
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
 #include <cstring>
 #include <utility>
 #include <vector>

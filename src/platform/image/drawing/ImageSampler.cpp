@@ -1,9 +1,11 @@
 #include "platform/image/drawing/ImageSampler_p.h"
 
 #include "platform/base/WorkerPool.h"
+#include "platform/image/drawing/AxisTable_p.h"
 #include "platform/image/drawing/CubicSampling_p.h"
 #include "platform/image/drawing/DeviceBounds_p.h"
 #include "platform/image/drawing/Rasterizer_p.h"
+#include "platform/image/pixels/PixelBuffer.h"
 #include "platform/image/pixels/PixelKernels.h"
 
 #include <algorithm>

@@ -1,10 +1,13 @@
 #pragma once
 
 #include "platform/base/CGAffineTransform.h"
+#include "platform/base/CGGeometry.h"
 #include "platform/image/drawing/CoverageMask_p.h"
 #include "platform/image/drawing/RowResampler_p.h"
 #include "platform/image/drawing/SourcePixels.h"
 
+#include <cstddef>
+#include <cstdint>
 #include <optional>
 #include <variant>
 #include <vector>

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstddef>
 
 // Offsets, mitres and their limit are those of the PostScript Language Reference, third edition, 1999, "Stroking".
 

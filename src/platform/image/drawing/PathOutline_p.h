@@ -2,6 +2,8 @@
 
 #include "platform/image/drawing/UIBezierPath.h"
 
+#include "platform/base/CGGeometry.h"
+
 #include <vector>
 
 namespace lamina {

@@ -2,9 +2,11 @@
 
 #include "platform/base/WorkerPool.h"
 #include "platform/image/drawing/DeviceBounds_p.h"
+#include "platform/image/pixels/PixelBuffer.h"
 
 #include <algorithm>
 #include <cmath>
+#include <cstddef>
 
 // Exact area coverage by summed signed areas: the accumulation buffer of font rasterizers, as R. Levien describes it
 // ("Inside the fastest font renderer in the world", 2016), here in whole steps.

@@ -1,9 +1,11 @@
 #pragma once
 
 #include "platform/base/CGAffineTransform.h"
+#include "platform/base/CGGeometry.h"
 #include "platform/image/drawing/CoverageMask_p.h"
 #include "platform/image/drawing/UIBezierPath.h"
 
+#include <cstdint>
 #include <vector>
 
 namespace lamina {

@@ -2,8 +2,11 @@
 
 #include "platform/base/WorkerPool.h"
 #include "platform/image/drawing/RowResampler_p.h"
+#include "platform/image/drawing/SourcePixels.h"
+#include "platform/image/pixels/PixelBuffer.h"
 
 #include <cstring>
+#include <optional>
 #include <utility>
 
 namespace lamina {

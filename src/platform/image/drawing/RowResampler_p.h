@@ -3,6 +3,7 @@
 #include "platform/image/drawing/AxisTable_p.h"
 #include "platform/image/drawing/SourcePixels.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <vector>
 

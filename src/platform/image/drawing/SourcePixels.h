@@ -1,8 +1,11 @@
 #pragma once
 
+#include "platform/base/CGGeometry.h"
 #include "platform/image/pixels/CGImage.h"
+#include "platform/image/pixels/PixelBuffer.h"
 #include "platform/image/pixels/PixelConversion.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <optional>

@@ -1,9 +1,11 @@
 #include "platform/image/drawing/SquareCrop.h"
 
+#include "platform/base/CGGeometry.h"
 #include "platform/image/drawing/CGContext.h"
 #include "platform/image/drawing/UIImageDrawing.h"
 
 #include <cmath>
+#include <optional>
 
 namespace lamina {
 

@@ -3,6 +3,7 @@
 #include "platform/base/CGGeometry.h"
 #include "platform/image/pixels/PixelBuffer.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <optional>

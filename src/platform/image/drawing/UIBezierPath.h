@@ -2,6 +2,8 @@
 
 #include "platform/base/CGAffineTransform.h"
 
+#include "platform/base/CGGeometry.h"
+
 #include <vector>
 
 namespace lamina {

@@ -1,5 +1,8 @@
 #include "platform/image/drawing/UIImageDrawing.h"
 
+#include "platform/base/CGAffineTransform.h"
+#include "platform/image/pixels/CGImage.h"
+
 namespace lamina {
 
 void drawInRect(const UIImage& image, CGContext& context, const CGRect& rect)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/base/CGGeometry.h"
 #include "platform/image/drawing/CGContext.h"
 #include "platform/image/pixels/UIImage.h"
 

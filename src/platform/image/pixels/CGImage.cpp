@@ -1,5 +1,6 @@
 #include "platform/image/pixels/CGImage.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace lamina {

@@ -1,10 +1,15 @@
 #include "platform/image/pixels/PixelConversion.h"
 
+#include "platform/base/CGGeometry.h"
 #include "platform/base/WorkerPool.h"
+#include "platform/image/pixels/CGImage.h"
 #include "platform/image/pixels/PixelArithmetic.h"
+#include "platform/image/pixels/PixelBuffer.h"
 
 #include <algorithm>
 #include <cmath>
+#include <cstddef>
+#include <cstdint>
 #include <vector>
 
 // A mask is stretched by bilinear interpolation, in integers.

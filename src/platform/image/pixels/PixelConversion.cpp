@@ -2,13 +2,17 @@
 
 #include "platform/base/WorkerPool.h"
 #include "platform/image/pixels/PixelArithmetic.h"
+#include "platform/image/pixels/PixelBuffer.h"
 #include "platform/image/pixels/PixelKernels.h"
 
 #include <algorithm>
 #include <bit>
 #include <cmath>
 #include <cstring>
+#include <memory>
+#include <span>
 #include <utility>
+#include <vector>
 
 namespace lamina {
 

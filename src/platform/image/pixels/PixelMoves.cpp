@@ -1,5 +1,6 @@
 #include "platform/image/pixels/PixelMoves.h"
 
+#include "platform/base/CGGeometry.h"
 #include "platform/base/WorkerPool.h"
 #include "platform/image/pixels/PixelMoveKernels_p.h"
 

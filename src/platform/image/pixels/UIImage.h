@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/base/CGAffineTransform.h"
+#include "platform/base/CGGeometry.h"
 #include "platform/image/pixels/CGImage.h"
 
 namespace lamina {

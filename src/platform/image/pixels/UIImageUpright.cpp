@@ -1,7 +1,9 @@
+#include "platform/image/pixels/PixelBuffer.h"
 #include "platform/image/pixels/PixelConversion.h"
 #include "platform/image/pixels/PixelMoves.h"
 #include "platform/image/pixels/UIImage.h"
 
+#include <cstddef>
 #include <utility>
 
 namespace lamina {

@@ -1,11 +1,15 @@
 // Alerts and sheets of choices: where the keyboard begins, what Esc answers, and that the answers stay within reach.
 #include "WindowDriver.h"
+#include "platform/host/Application.h"
 #include "platform/view/UIAlertController.h"
 
 #include <QPointingDevice>
 #include <QTest>
 
 #include <gtest/gtest.h>
+#include <memory>
+#include <string>
+#include <utility>
 
 namespace lamina::test {
 namespace {

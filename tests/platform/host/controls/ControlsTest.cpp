@@ -2,6 +2,8 @@
 #include "TestPaths.h"
 #include "WindowDriver.h"
 #include "app/MainStoryboard.h"
+#include "app/PinchZoomViewController.h"
+#include "platform/host/Application.h"
 #include "platform/image/codecs/PictureDecoding.h"
 #include "platform/view/UIStoryboard.h"
 
@@ -15,6 +17,7 @@
 #include <cmath>
 #include <gtest/gtest.h>
 #include <set>
+#include <vector>
 
 namespace lamina::test {
 namespace {

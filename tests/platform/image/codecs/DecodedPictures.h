@@ -2,7 +2,9 @@
 
 #include "CommandRunner.h"
 #include "TestPaths.h"
+#include "platform/base/Result.h"
 #include "platform/image/codecs/PictureDecoding.h"
+#include "platform/image/pixels/UIImage.h"
 
 #include <cstdint>
 #include <span>

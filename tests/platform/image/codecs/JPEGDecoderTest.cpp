@@ -6,11 +6,13 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstddef>
 #include <cstdio>
 #include <cstdlib>
 #include <ctime>
 #include <functional>
 #include <jpeglib.h>
+#include <utility>
 
 namespace lamina::test {
 namespace {

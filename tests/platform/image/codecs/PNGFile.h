@@ -2,8 +2,11 @@
 
 #include "DecodedPictures.h"
 
+#include <cstddef>
+#include <cstdint>
 #include <libdeflate.h>
 #include <string>
+#include <vector>
 
 namespace lamina::test {
 

@@ -10,6 +10,7 @@
 #include <limits>
 #include <sys/stat.h>
 #include <unistd.h>
+#include <utility>
 
 namespace lamina::test {
 namespace {

@@ -2,6 +2,7 @@
 
 #include "CommandRunner.h"
 #include "TestPictures.h"
+#include "platform/image/pixels/CGImage.h"
 
 #include <cstdint>
 #include <gtest/gtest.h>

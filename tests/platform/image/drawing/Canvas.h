@@ -1,7 +1,9 @@
 #pragma once
 
 #include "TestPictures.h"
+#include "platform/base/CGGeometry.h"
 #include "platform/image/drawing/CGContext.h"
+#include "platform/image/pixels/CGImage.h"
 
 #include <functional>
 #include <vector>

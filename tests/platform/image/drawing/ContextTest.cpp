@@ -1,12 +1,18 @@
 #include "Canvas.h"
 #include "EveryProcessor.h"
+#include "platform/base/UIColor.h"
 #include "platform/image/drawing/Resampling.h"
+#include "platform/image/drawing/UIBezierPath.h"
 #include "platform/image/drawing/UIImageDrawing.h"
+#include "platform/image/pixels/CGColorSpace.h"
 
 #include <cmath>
+#include <cstddef>
 #include <lcms2.h>
 #include <limits>
 #include <numbers>
+#include <optional>
+#include <utility>
 
 namespace lamina::test {
 namespace {

@@ -1,9 +1,14 @@
 #include "Canvas.h"
+#include "platform/base/CGAffineTransform.h"
 #include "platform/image/drawing/Resampling.h"
 #include "platform/image/drawing/UIImageDrawing.h"
+#include "platform/image/pixels/CGColorSpace.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
+#include <cstddef>
+#include <cstdint>
 #include <limits>
 #include <numbers>
 

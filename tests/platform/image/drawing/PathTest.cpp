@@ -2,6 +2,7 @@
 #include "platform/image/drawing/UIBezierPath.h"
 
 #include <cmath>
+#include <cstddef>
 #include <numbers>
 #include <numeric>
 #include <random>
