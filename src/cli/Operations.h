@@ -29,7 +29,8 @@ struct OperationValues {
     std::vector<TypedValue> values;
     std::vector<UIImage> pictures; ///< read from the files that the values name, in their order
 
-    // Argument i, from 0, whose kind must be one of the type asked for; throws as `at` and `std::get` do where it isn't.
+    // Argument i, from 0, whose kind must be one of the type asked for; throws as `at` and `std::get` do where it
+    // isn't.
 
     /// A number: an amount, an angle, a factor, by what the operation says of it.
     float number(std::size_t i) const { return std::get<float>(values.at(i)); }

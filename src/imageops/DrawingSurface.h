@@ -31,7 +31,8 @@ public:
     bool hasAlpha() const { return m_hasAlpha; }
     /// 4 · width: rows have no padding.
     std::size_t bytesPerRow() const { return 4 * static_cast<std::size_t>(m_size.width); }
-    /// The `bytesPerRow` bytes of row y, from 0 at the top to height - 1; not checked. Valid until the bytes are given up.
+    /// The `bytesPerRow` bytes of row y, from 0 at the top to height - 1; not checked. Valid until the bytes are given
+    /// up.
     std::uint8_t* row(int y) { return m_buffer.data() + static_cast<std::size_t>(y) * bytesPerRow(); }
     const std::uint8_t* row(int y) const { return m_buffer.data() + static_cast<std::size_t>(y) * bytesPerRow(); }
 

@@ -81,10 +81,10 @@ TEST(MainQueue, WakesItsOwnerOncePerPump)
     // A timer has to tell the owner as well: nobody pumps until then.
     const auto clock = std::make_shared<ManualClock>();
     Clock::setShared(clock);
+    wakes = 0;
     main.after(1, [] {});
-    EXPECT_EQ(wakes, 3);
     clock->advance(1);
-    EXPECT_EQ(wakes, 4);
+    EXPECT_EQ(wakes, 1);
     main.setWakeHandler({});
     main.drain();
     Clock::setShared(nullptr);

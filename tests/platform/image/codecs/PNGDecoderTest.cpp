@@ -7,6 +7,9 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <libdeflate.h>
+#include <string>
+#include <string_view>
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -54,7 +57,7 @@ void appendBig32(Bytes& bytes, std::size_t value)
         bytes.push_back(static_cast<std::uint8_t>(value >> shift));
 }
 
-/// A chunk of a head (its type, a name, the end of that and the method) and packed bytes.
+/// A chunk of its head (type, name, the end of that and the method) and packed bytes.
 Bytes packedChunk(const std::string& head, const Bytes& content)
 {
     libdeflate_compressor* compressor = libdeflate_alloc_compressor(6);

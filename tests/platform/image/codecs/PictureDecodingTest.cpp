@@ -8,9 +8,7 @@
 #include <ctime>
 #include <filesystem>
 #include <limits>
-#include <sys/stat.h>
 #include <unistd.h>
-#include <utility>
 
 namespace lamina::test {
 namespace {

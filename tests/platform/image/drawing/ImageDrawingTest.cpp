@@ -5,10 +5,8 @@
 #include "platform/image/pixels/CGColorSpace.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <cstddef>
-#include <cstdint>
 #include <limits>
 #include <numbers>
 
