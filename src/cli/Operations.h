@@ -29,10 +29,18 @@ struct OperationValues {
     std::vector<TypedValue> values;
     std::vector<UIImage> pictures; ///< read from the files that the values name, in their order
 
+    // Argument i, from 0, whose kind must be one of the type asked for; throws as `at` and `std::get` do where it
+    // isn't.
+
+    /// A number: an amount, an angle, a factor, by what the operation says of it.
     float number(std::size_t i) const { return std::get<float>(values.at(i)); }
+    /// A whole number that may be negative, as of a mode.
     int whole(std::size_t i) const { return std::get<int>(values.at(i)); }
+    /// A whole number from 0.
     std::uint32_t count(std::size_t i) const { return std::get<std::uint32_t>(values.at(i)); }
+    /// Yes or no.
     bool flag(std::size_t i) const { return std::get<bool>(values.at(i)); }
+    /// A width and a height, in points.
     CGSize size(std::size_t i) const { return std::get<CGSize>(values.at(i)); }
 };
 
@@ -42,6 +50,8 @@ struct Operation {
     std::string_view about;
     std::vector<OperationArgument> arguments;
     std::string_view example; ///< arguments as they may be typed; empty where there are none
+    /// The operation itself, on a picture and arguments that `check` has no word against. Empty where there can be no
+    /// result.
     UIImage (*perform)(const UIImage& image, const OperationValues& values);
     /// Whether good arguments suit this picture too. Null where any picture will do.
     Outcome (*check)(const UIImage& image, const OperationValues& values) = nullptr;

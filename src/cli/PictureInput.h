@@ -12,6 +12,7 @@ namespace lamina {
 /// size. The error's subject is the path, or "standard input". Any thread.
 Result<UIImage> readPicture(const std::string& path, int shortSide = 0);
 
+/// Whether several pictures are decoded one after another or at once.
 enum class ReadingOrder {
     OneByOne,
     AtOnce, ///< each on a thread of its own: memory for decoding all of them at a time

@@ -29,12 +29,16 @@ public:
     int height() const { return m_size.height; }
     IntSize size() const { return m_size; }
     bool hasAlpha() const { return m_hasAlpha; }
+    /// 4 · width: rows have no padding.
     std::size_t bytesPerRow() const { return 4 * static_cast<std::size_t>(m_size.width); }
+    /// The `bytesPerRow` bytes of row y, from 0 at the top to height - 1; not checked. Valid until the bytes are given
+    /// up.
     std::uint8_t* row(int y) { return m_buffer.data() + static_cast<std::size_t>(y) * bytesPerRow(); }
     const std::uint8_t* row(int y) const { return m_buffer.data() + static_cast<std::size_t>(y) * bytesPerRow(); }
 
     /// Gives the bytes up: PremultipliedFirst with alpha, NoneSkipFirst without.
     CGImage makeImage() &&;
+    /// The same as a picture of that scale (pixels a point) and orientation; the pixels stay as they are.
     UIImage makePicture(double scale = 1, UIImageOrientation orientation = UIImageOrientation::Up) &&;
 
 private:

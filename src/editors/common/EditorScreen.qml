@@ -1,8 +1,8 @@
 import QtQuick
 import Lamina
 
-// What the screens of all editors share: the canvas on its paper, undo and save over it, the tools round it, the notice.
-// An editor adds what stands under its paper, and what its side panel says.
+// What the screens of all editors share: the canvas on its paper, undo and save over it, the tools round it, the
+// notice. An editor adds what stands under its paper, and what its side panel says.
 AppScreen {
     id: editor
 

@@ -53,6 +53,7 @@ struct FilterDescription {
     /// A new filter. Of the settings it looks at those whose property has no setter.
     std::function<std::shared_ptr<GPUImageStage>(const FilterSettings& settings)> make;
 
+    /// The property of that name; null where there is none. Lives as long as the description.
     const FilterProperty* property(std::string_view name) const;
 };
 

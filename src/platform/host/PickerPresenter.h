@@ -42,6 +42,7 @@ public:
     void choose(const std::string& path);
 
 signals:
+    /// Another picker has to choose in the window, or none any more.
     void folderPickerChanged();
 
 private:

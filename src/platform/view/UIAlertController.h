@@ -45,6 +45,7 @@ public:
     /// For views: the message, the style, and the buttons as `actionList` tells.
     QString messageText() const { return QString::fromStdString(m_message); }
     int preferredStyleNumber() const { return static_cast<int>(m_preferredStyle); }
+    /// A map for each button in their order: "title", and "style" as the number of a UIAlertActionStyle.
     QVariantList actionList() const;
     Style preferredStyle() const { return m_preferredStyle; }
     /// In the order in which they were added.

@@ -3,10 +3,8 @@
 
 #include <any>
 #include <atomic>
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <optional>
-#include <stdexcept>
 #include <string>
 #include <thread>
 #include <vector>
@@ -23,10 +21,7 @@ TEST(NotificationCenter, CallsByNameAndSenderInOrderAndGoesOnAfterAFailure)
     std::string calls;
     const auto everybody = center.addObserver("saved", [&](const Notification& n) {
         calls += 'e';
-        if (const auto path = n.userInfo.find("path"); path != n.userInfo.end())
-            calls += std::any_cast<std::string>(path->second);
-        else
-            throw std::runtime_error("no path");
+        calls += std::any_cast<std::string>(n.userInfo.at("path")); // throws where there is none
     });
     const auto ofPhoto = center.addObserver(
         "saved", [&](const Notification&) { calls += 'p'; }, &photo);
@@ -35,8 +30,7 @@ TEST(NotificationCenter, CallsByNameAndSenderInOrderAndGoesOnAfterAFailure)
     center.post("saved", &other);
     center.post("saved", &photo);
     EXPECT_EQ(calls, "e(a.png)peep");
-    ASSERT_EQ(log.messages.size(), 2u);
-    EXPECT_THAT(log.messages[0].second, testing::HasSubstr("no path"));
+    EXPECT_EQ(log.messages.size(), 2u);
 }
 
 TEST(NotificationCenter, ObserversComeAndGoDuringAPost)

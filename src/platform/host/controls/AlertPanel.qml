@@ -1,8 +1,8 @@
 import QtQuick
 import Lamina
 
-// A question in the middle of the window: its words, and the answers in their order. Words that don't fit are scrolled; the
-// answers stay in sight.
+// A question in the middle of the window: its words, and the answers in their order. Words that don't fit are scrolled;
+// the answers stay in sight.
 Rectangle {
     id: panel
 
@@ -42,7 +42,8 @@ Rectangle {
             buttons.itemAt(safe).forceActiveFocus(Qt.TabFocusReason)
     }
 
-    // Leaves without an answer: by the cancelling one, or the one that keeps the work; not at all where there is neither.
+    // Leaves without an answer: by the cancelling one, or the one that keeps the work; not at all where there is
+    // neither.
     function giveUp() {
         if (cancelIndex >= 0 || losesWork)
             chosen(cancelIndex >= 0 ? cancelIndex : safe)

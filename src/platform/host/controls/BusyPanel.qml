@@ -1,8 +1,8 @@
 import QtQuick
 import Lamina
 
-// Work that takes its time: paper over the dark, with a way to give it up. Nothing is shown for the first moment, so that what is
-// quick does not flicker.
+// Work that takes its time: paper over the dark, with a way to give it up. Nothing is shown for the first moment, so
+// that what is quick does not flicker.
 Item {
     id: panel
 

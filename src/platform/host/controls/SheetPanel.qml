@@ -1,8 +1,8 @@
 import QtQuick
 import Lamina
 
-// A sheet over the work. From the foot of an upright window it reaches below it, so that only its upper corners are round, and
-// is closed by a pull downwards; in the others it is a card in the middle.
+// A sheet over the work. From the foot of an upright window it reaches below it, so that only its upper corners are
+// round, and is closed by a pull downwards; in the others it is a card in the middle.
 Item {
     id: sheet
 

@@ -1,8 +1,8 @@
 import QtQuick
 import Lamina
 
-// The canvas of an editor, worked by keys too: arrows move what lies on it by a point, with Shift by ten; plus and minus zoom.
-// A screen forwards its keys here, so that they work wherever the focus is and nothing else wants them.
+// The canvas of an editor, worked by keys too: arrows move what lies on it by a point, with Shift by ten; plus and
+// minus zoom. A screen forwards its keys here, so that they work wherever the focus is and nothing else wants them.
 ViewCanvas {
     id: canvas
 

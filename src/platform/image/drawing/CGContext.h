@@ -42,25 +42,35 @@ public:
     CGContext& operator=(CGContext&&) noexcept;
     ~CGContext();
 
+    /// Columns of the bitmap, in pixels whatever the scale; at least 1.
     int width() const;
+    /// Rows of the bitmap, in pixels whatever the scale; at least 1.
     int height() const;
     /// Pixels per point of a context made by `image`; 1 for a plain one.
     double scale() const;
 
-    /// State: transform, clip, alpha, colours, shadow, antialiasing and interpolation. A restore without a save does
-    /// nothing.
+    /// Puts a copy of the state on a stack: transform, clip, alpha, colours, shadow, antialiasing and interpolation.
     void saveGState();
+    /// Takes the state back that was saved last. Without one does nothing, and inside a layer doesn't reach what was
+    /// saved before the layer began.
     void restoreGState();
 
     /// From user space to device pixels (origin top left, y down).
     CGAffineTransform deviceTransform() const;
+    /// Puts a transform before those there are: coordinates go through it first. What has no inverse or is not finite
+    /// leaves nothing to be drawn until the state is restored.
     void concatCTM(const CGAffineTransform& transform);
+    /// Moves the origin to (x, y) of user space as it was.
     void translateCTM(double x, double y) { concatCTM(CGAffineTransform::translation(x, y)); }
+    /// Makes a unit of either axis so many times as long; negative ones mirror.
     void scaleCTM(double sx, double sy) { concatCTM(CGAffineTransform::scaling(sx, sy)); }
+    /// Turns the axes about the origin, from the x axis towards the y axis.
     void rotateCTM(double radians) { concatCTM(CGAffineTransform::rotation(radians)); }
 
-    /// The clip only shrinks. Edges are antialiased; edges on pixel borders cost nothing later.
+    /// Cuts the clip to a rectangle of user space. A clip only shrinks, until the state is restored. Edges are
+    /// antialiased; edges on pixel borders cost nothing later.
     void clipToRect(const CGRect& rect);
+    /// Cuts the clip to the inside of a path by its fill rule; open parts are closed. An empty path leaves nothing.
     void clipToPath(const UIBezierPath& path);
     /// Lets through by the mask stretched over `rect`, its top edge at the rectangle's top as a picture drawn there:
     /// for a grey mask the value (white shows), for an alpha-only one the alpha; for a picture in colour its alpha.
@@ -76,7 +86,11 @@ public:
     void setStrokeColor(const UIColor& color);
     /// Default true. Without it a pixel is covered when its centre is.
     void setShouldAntialias(bool antialias);
-    enum class Interpolation { None, High };
+    /// How a picture is read where its pixels don't fall on the bitmap's.
+    enum class Interpolation {
+        None, ///< the pixel under the centre
+        High, ///< as `resampled` where the axes stay parallel; cubic convolution of a reduced picture where they don't
+    };
     /// `None` takes the nearest source pixel. Default High.
     void setInterpolationQuality(Interpolation quality);
     /// A shadow under everything drawn: `offset` and `blur` in device-independent points of the context's scale, y
@@ -86,7 +100,9 @@ public:
     /// standard deviation in pixels. Whoever draws a part of a picture draws what lies this far around it too.
     static int shadowReach(double deviation);
 
+    /// Fills a rectangle of user space with the fill colour. One without area, or that is not finite, fills nothing.
     void fillRect(const CGRect& rect);
+    /// Fills the inside of a path by its fill rule; open parts are closed.
     void fillPath(const UIBezierPath& path);
     /// Strokes with the path's `lineWidth`, mitred joins and flat ends.
     void strokePath(const UIBezierPath& path);
@@ -104,6 +120,7 @@ public:
     /// shadow and clip of the moment of the beginning; inside, alpha is 1 and there is no shadow. `bounds` (user space)
     /// may limit the layer. RGB contexts only; elsewhere they draw straight on.
     void beginTransparencyLayer(const std::optional<CGRect>& bounds = std::nullopt);
+    /// Composites the layer begun last and takes the state back that held before it. Without one does nothing.
     void endTransparencyLayer();
 
     /// The bitmap now. The bytes are copied when the context draws on afterwards, not before.

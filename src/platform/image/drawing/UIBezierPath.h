@@ -12,6 +12,7 @@ namespace lamina {
 /// A plain value, usable from any thread.
 class UIBezierPath {
 public:
+    /// What an element does: begins a part, goes on by a straight line or a cubic curve, or goes back to the beginning.
     enum class Verb { Move, Line, Curve, Close };
     /// `Move` and `Line` use `end`; `Curve` uses both controls and `end`; `Close` none.
     struct Element {

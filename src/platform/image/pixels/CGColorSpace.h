@@ -13,10 +13,14 @@ namespace lamina {
 /// A cheap value (the profile is shared), usable from any thread.
 class CGColorSpace {
 public:
+    /// The colour components of a pixel, in memory's order: one of light, R G B, C M Y K (the most is full ink), or none.
     enum class Model { Gray, RGB, CMYK, AlphaOnly };
 
+    /// One component of light by the curve of sRGB, 0 black.
     static CGColorSpace deviceGray() { return CGColorSpace(Model::Gray, nullptr); }
+    /// sRGB (IEC 61966-2-1).
     static CGColorSpace deviceRGB() { return CGColorSpace(Model::RGB, nullptr); }
+    /// Inks without a profile: R = (1 - C)(1 - K) and its siblings.
     static CGColorSpace deviceCMYK() { return CGColorSpace(Model::CMYK, nullptr); }
     /// No colour at all, only coverage.
     static CGColorSpace alphaOnly() { return CGColorSpace(Model::AlphaOnly, nullptr); }

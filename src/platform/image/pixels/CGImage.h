@@ -99,6 +99,7 @@ struct CGImageLayout {
     /// One byte a pixel without alpha.
     static CGImageLayout gray(int width, int height);
 
+    /// Where `bitmapInfo` says that alpha stands, and whether colours are multiplied by it.
     CGImageAlphaInfo alphaInfo() const { return static_cast<CGImageAlphaInfo>(bitmapInfo & kCGBitmapAlphaInfoMask); }
     /// Bytes that a buffer of this layout must hold.
     std::size_t byteCount() const { return bytesPerRow * static_cast<std::size_t>(height); }
@@ -121,6 +122,7 @@ public:
     const CGImageLayout& layout() const { return m_layout; }
     int width() const { return m_layout.width; }
     int height() const { return m_layout.height; }
+    /// Width and height in stored pixels; 0 x 0 of no picture.
     IntSize size() const { return {m_layout.width, m_layout.height}; }
     std::size_t bytesPerRow() const { return m_layout.bytesPerRow; }
     int bitsPerComponent() const { return m_layout.bitsPerComponent; }

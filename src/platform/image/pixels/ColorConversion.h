@@ -37,8 +37,9 @@ public:
     /// in effect (no colour of a grid through the whole space moves by more than 1/255).
     static std::optional<ColorConversion> toSRGB(std::span<const std::uint8_t> iccProfile, CGColorSpace::Model model);
 
-    /// In place. `convertRows` shares the rows out to the worker pool.
+    /// `count` pixels in place, four bytes each.
     void convertRow(std::uint8_t* pixels, int count) const;
+    /// All rows in place, shared out to the worker pool.
     void convertRows(const PixelRows& rows) const;
 
 private:

@@ -260,26 +260,17 @@ TEST(Context, LayersCompositeAsOneMayBeNestedBoundedAndEmpty)
 
 TEST(Context, ShadowsAreGaussianAndFallWhereTheyAreTold)
 {
-    // A half plane throws the integral of the Gaussian; standard deviation blur / 2 points, 2 pixels a point.
-    CGContext context = *CGContext::image({60, 30}, false, 2);
-    context.setShadow({10, 0}, 6, UIColor{0, 0, 1, 0.8});
-    fill(context, kRedColor, {-100, -100, 120, 200}); // edge at 20 points, its shadow's at 30
-    const CGImage image = context.makeImage();
-    EXPECT_EQ(pixelAt(image, 30, 30), (Rgba{255, 0, 0, 255}));
-    // A wide one goes through a smaller picture.
-    const CGImage soft = drawn(400, 9, [](CGContext& wide) {
-        wide.setShadow({0, 0}, 80, UIColor::black());
-        fill(wide, UIColor::white(), {-1000, -1000, 1200, 2000});
+    // A half plane throws the integral of the Gaussian; so wide a one goes through a smaller picture.
+    const double deviation = 40;
+    const CGImage soft = drawn(400, 9, [&](CGContext& wide) {
+        wide.setShadow({10, 0}, 2 * deviation, UIColor{0, 0, 1, 0.8});
+        fill(wide, kRedColor, {-1000, -1000, 1190, 2000});
     });
-    const auto integral = [](double distance, double deviation) {
-        return 255 * 0.5 * std::erfc(distance / (deviation * std::numbers::sqrt2));
-    };
-    for (int x = 41; x < 110; ++x) {
-        EXPECT_NEAR(pixelAt(image, x, 30)[kAlpha], 0.8 * integral(x + 0.5 - 60, 6), 2) << x;
-        EXPECT_EQ(pixelAt(image, x, 30)[kRed], 0);
+    for (int x = 191; x < 400; ++x) {
+        const double share = 0.5 * std::erfc((x + 0.5 - 200) / (deviation * std::numbers::sqrt2));
+        EXPECT_NEAR(pixelAt(soft, x, 4)[kAlpha], 0.8 * 255 * share, 2) << x;
+        EXPECT_EQ(pixelAt(soft, x, 4)[kRed], 0);
     }
-    for (int x = 201; x < 400; ++x)
-        EXPECT_NEAR(pixelAt(soft, x, 4)[kAlpha], integral(x + 0.5 - 200, 40), 2) << x;
     // A hard shadow of something that the clip itself hides.
     const CGImage shadow = drawn(10, 4, [](CGContext& clipped) {
         clipped.clipToRect({5, 0, 5, 4});
@@ -304,7 +295,6 @@ TEST(Context, ShadowsEndWithinTheirReach)
         });
         EXPECT_EQ(pixelAt(image, 19, 1)[kAlpha], 0) << deviation;
         EXPECT_EQ(pixelAt(image, side - 20, 1)[kAlpha], 0) << deviation;
-        EXPECT_GE(reach, 3 * deviation);
     }
     EXPECT_EQ(CGContext::shadowReach(std::nan("")), 0);
     EXPECT_EQ(CGContext::shadowReach(1e9), CGContext::shadowReach(256));
