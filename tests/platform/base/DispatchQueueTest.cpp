@@ -43,7 +43,7 @@ TEST(DispatchQueue, KeepsEachSubmittersOrderOnOneThread)
 
 TEST(DispatchQueue, SyncGivesTheValueAndTheExceptionAndOthersAreLogged)
 {
-    LogCapture log;
+    test::LogCapture log;
     DispatchQueue queue("values");
     int number = 4;
     EXPECT_EQ(queue.sync([&] { return number + 1; }), 5);

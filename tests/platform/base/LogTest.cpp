@@ -1,4 +1,4 @@
-#include "LogCapture.h"
+#include "platform/base/Log.h"
 
 #include <gtest/gtest.h>
 #include <stdexcept>
