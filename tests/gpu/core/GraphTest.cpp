@@ -1,9 +1,9 @@
 #include "GraphFixture.h"
 
-#include "gpu/core/GPUTextureOptions.h"
 #include "platform/base/CGGeometry.h"
 
 #include <utility>
+#include <vector>
 
 namespace lamina::test {
 namespace {
@@ -91,19 +91,6 @@ TEST_F(GraphTest, KnowsWhetherOneChannelWouldDoForAll)
     m_source->removeAllTargets();
     m_source->addTarget(gray);
     EXPECT_TRUE(m_source->allTargetsWantMonochromeData());
-}
-
-TEST_F(GraphTest, TextureOptionsComeWithTheNextFrame)
-{
-    const auto filter = std::make_shared<GPUImageFilter>();
-    m_source->addTarget(filter);
-    const auto consumer = consumerOf(*filter);
-    GPUTextureOptions options = filter->outputTextureOptions();
-    options.wrapS = GL_REPEAT;
-    options.minFilter = GL_NEAREST;
-    filter->setOutputTextureOptions(options);
-    push();
-    EXPECT_EQ(consumer->last().framebuffer.lock()->textureOptions(), options);
 }
 
 } // namespace

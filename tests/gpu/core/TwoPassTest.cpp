@@ -2,9 +2,6 @@
 #include "LogCapture.h"
 #include "TestPictures.h"
 #include "gpu/core/GPUImageTwoPassFilter.h"
-#include "platform/image/pixels/CGImage.h"
-
-#include <cstddef>
 
 namespace lamina::test {
 namespace {
@@ -67,23 +64,6 @@ TEST_F(TwoPassTest, EitherShaderFailingLeavesNoPicture)
         m_source->removeAllTargets();
     }
     EXPECT_EQ(idleFramebuffers(), GPUImageFramebufferCache::livingCount()) << "counts are given back all the same";
-}
-
-TEST_F(TwoPassTest, AChainOfPassesHoldsTwoFramebuffersOfASize)
-{
-    std::vector<std::shared_ptr<GPUImageFilter>> chain{std::make_shared<GPUImageFilter>()};
-    for (int i = 0; i < 2; ++i) {
-        chain.push_back(std::make_shared<GPUImageTwoPassFilter>(kGPUImagePassthroughFragmentShaderString,
-                                                                kGPUImagePassthroughFragmentShaderString));
-        chain[chain.size() - 2]->addTarget(chain.back());
-    }
-    m_source->addTarget(chain.front());
-    const auto consumer = consumerOf(*chain.back());
-    const CGImage picture = chartPicture(5, 4);
-    const std::size_t before = GPUImageFramebufferCache::livingCount();
-    m_source->push(picture, second(1));
-    EXPECT_TRUE(imagesMatch(consumer->last().pixels, picture));
-    EXPECT_EQ(GPUImageFramebufferCache::livingCount() - before, 2U + 1U) << "two, and the source's own kind of frame";
 }
 
 } // namespace

@@ -76,16 +76,6 @@ TEST_F(FilterBehaviourTest, SeesItsInputTurnedInAllRotations)
     }
 }
 
-TEST_F(FilterBehaviourTest, AStepOfOnesOwnStaysWhateverTheSize)
-{
-    GPUImage3x3ConvolutionFilter filter;
-    filter.newCGImageByFilteringCGImage(noise(40, 20));
-    filter.setTexelWidth(0.25F);
-    filter.newCGImageByFilteringCGImage(noise(10, 10));
-    EXPECT_EQ(filter.texelWidth(), 0.25F);
-    EXPECT_EQ(filter.texelHeight(), 1.0F / 20) << "one that is set keeps the other";
-}
-
 TEST_F(FilterBehaviourTest, BlurShadersOfSingleReadsAndOfPairsAgree)
 {
     const CGImage picture = noise(37, 23);
