@@ -1,6 +1,6 @@
 // Finished pictures on their way into the library's folder.
-#include "../base/LogCapture.h"
 #include "CommandRunner.h"
+#include "LogCapture.h"
 #include "TestPictures.h"
 #include "platform/base/DispatchQueue.h"
 #include "platform/photos/PhotoFolder.h"
