@@ -2,8 +2,6 @@
 
 #include "support/BenchPhotos.h"
 
-#include "BenchPhotos.h"
-
 #include <algorithm>
 #include <benchmark/benchmark.h>
 #include <chrono>

@@ -1,6 +1,5 @@
 // Decoding a phone's photo, at full size and as far reduced as a crop allows, beside the codec library alone.
 
-#include "BenchPhotos.h"
 #include "platform/image/codecs/PictureDecoding.h"
 #include "support/BenchPhotos.h"
 

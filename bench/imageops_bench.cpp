@@ -1,4 +1,3 @@
-#include "Measuring.h"
 #include "imageops/ImageFilters.h"
 #include "imageops/ImageGeometry.h"
 #include "platform/base/WorkerPool.h"

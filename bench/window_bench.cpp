@@ -1,6 +1,5 @@
 // The window on the offscreen platform with Qt's own painter: what two cores without a graphics card make of it.
 
-#include "BenchPhotos.h"
 #include "WindowDriver.h"
 #include "app/ImagePIckingViewController.h"
 #include "app/PinchZoomViewController.h"

@@ -1,5 +1,6 @@
 #include "cli/PictureInput.h"
 
+#include "platform/files/FileCauses.h"
 #include "platform/image/codecs/PictureDecoding.h"
 #include "platform/photos/PhotoLoading.h"
 #include "platform/photos/PhotoSource.h"
@@ -7,7 +8,6 @@
 #include <cerrno>
 #include <cstddef>
 #include <cstdint>
-#include <cstring>
 #include <future>
 #include <unistd.h>
 #include <utility>
@@ -35,7 +35,7 @@ Result<std::vector<std::uint8_t>> readStandardInput()
         if (got < 0 && errno == EINTR)
             continue;
         if (got < 0)
-            return Error{kStandardInput, std::strerror(errno)};
+            return Error{kStandardInput, readingFailure(errno)};
         if (got == 0)
             break;
         used += static_cast<std::size_t>(got);

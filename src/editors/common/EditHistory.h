@@ -1,6 +1,5 @@
 #pragma once
 
-#include "editors/blend/BlendComposition.h"
 #include "editors/common/History.h"
 #include "platform/base/Clock.h"
 

@@ -1,4 +1,6 @@
 #include "platform/base/Log.h"
+#include "platform/base/Result.h"
+#include "platform/files/FileURL.h"
 #include "platform/host/Application.h"
 
 #include <QCommandLineParser>
@@ -6,10 +8,10 @@
 #include <QGuiApplication>
 #include <QIcon>
 #include <QQuickWindow>
-#include <QUrl>
 
 #include <cstdio>
 #include <optional>
+#include <string>
 
 namespace {
 
@@ -116,8 +118,8 @@ Parsed parse(const QStringList& arguments)
         parsed.options.size = *wanted;
     }
     for (const QString& file : parser.positionalArguments()) {
-        const QUrl url(file);
-        parsed.options.files.push_back((url.isLocalFile() ? url.toLocalFile() : file).toStdString());
+        const Result<std::string> path = pathOfFileURL(file.toStdString());
+        parsed.options.files.push_back(path ? *path : file.toStdString());
     }
     return parsed;
 }

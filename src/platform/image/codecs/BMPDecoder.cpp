@@ -1,4 +1,3 @@
-#include "DecodedPictures.h"
 #include "platform/base/Causes.h"
 #include "platform/base/Result.h"
 #include "platform/image/codecs/BMPHeader_p.h"
