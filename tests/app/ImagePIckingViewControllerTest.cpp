@@ -84,7 +84,7 @@ TEST_F(SourceChoice, PhotosFromOutsideWaitUntilTheyCanBeSeen)
     // Who leaves and comes again finds the first photo in its slot.
     chooser->backButton();
     settle();
-    EXPECT_EQ(stack->viewControllers().size(), 1u);
+    EXPECT_EQ(stack->viewControllers().size(), 2u);
     open();
     EXPECT_EQ(chooser->selectImage(), "SCREEN2bg");
 }
