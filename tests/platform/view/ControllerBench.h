@@ -1,6 +1,6 @@
 #pragma once
 
-#include "../base/LogCapture.h"
+#include "LogCapture.h"
 #include "platform/base/DispatchQueue.h"
 #include "platform/view/UIAlertController.h"
 #include "platform/view/UINavigationController.h"
