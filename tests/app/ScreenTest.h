@@ -44,13 +44,13 @@ protected:
     {
         return std::dynamic_pointer_cast<Screen>(window.topViewController());
     }
-    /// Title and message of the alert in front, which is left by its first button; empty when there is none.
-    std::string alertText() const
+    /// Title and message of the alert in front, which is left by that button; empty when there is none.
+    std::string alertText(int button = 0) const
     {
         const auto alert = top<UIAlertController>();
         if (!alert)
             return {};
-        alert->tap(0);
+        alert->tap(button);
         settle();
         return alert->title() + " / " + alert->message();
     }

@@ -1,10 +1,8 @@
 #include "CommandLines.h"
-#include "TestPaths.h"
 
 #include <algorithm>
 #include <cstddef>
 #include <gmock/gmock.h>
-#include <sys/stat.h>
 #include <vector>
 
 namespace lamina::test {
@@ -63,12 +61,10 @@ TEST_F(Refusals, WrongUsageOfAnyCommand)
         {"op invert -i no.png", 2, "op: --output is required"},
         {"op invert -i no.png -o out", 2, "out: the name of the output must end in"},
         {"op maskWithImage=- -i - -o out.png", 2, "op: standard input can be only one of the pictures"},
-        {"op maskWithImage=- maskWithImage=- -i no.png -o out.png", 2, "standard input"},
         {"filter -i no.png -o out.png", 2, "filter: name one filter, or a chain with --pipeline"},
         {"filter GPUImageSepiaFilter --pipeline no.json", 2, "filter: name one filter, or a chain with --pipeline"},
         {"filter GPUImageSepiaFilter -o out.png", 2, "GPUImageSepiaFilter needs 1 picture, none was given"},
         {"filter GPUImageLookupFilter -i no.png", 2, "GPUImageLookupFilter needs 2 pictures, 1 was given"},
-        {"filter GPUImageSepiaFilter -i no.png -i no.png", 2, "needs 1 picture, 2 were given"},
         {"filter GPUImageSepiaFilter -i no.png", 2, "filter: --output is required"},
         {"filter GPUImageSepiaFilter -i no.png -o out.webp", 2, "out.webp: the name of the output must end in"},
         {"filter GPUImageLookupFilter -i - -i - -o out.png", 2, "standard input can be only one of the pictures"},
@@ -88,9 +84,7 @@ TEST_F(Refusals, ValuesThatAreNotUnderstood)
         {blend + "--crop1 7,0,0", 2, "--crop1: expected ZOOM,X,Y with a zoom from 1 to 6, as in 2,100,40, not '7,0,0'"},
         {blend + "--crop1 0.5,0,0", 2, "a zoom from 1 to 6"},
         {blend + "--crop2 1,0", 2, "ZOOM,X,Y"},
-        {blend + "--crop2 1", 2, "ZOOM,X,Y"},
         {blend + "--crop2 nan,0,0", 2, "ZOOM,X,Y"},
-        {blend + "--crop2 ''", 2, "ZOOM,X,Y"},
         {blend + "--zoom 0", 2, "--zoom: expected a factor above 0, as in 1.5, not '0'"},
         {blend + "--zoom inf", 2, "above 0"},
         {blend + "--move '1;2'", 2, "--move: expected DX,DY in points, as in 20,-10, not '1;2'"},
@@ -101,25 +95,18 @@ TEST_F(Refusals, ValuesThatAreNotUnderstood)
         {"op rotateInDegrees", 2, "DEGREES is missing; usage: rotateInDegrees=DEGREES, as in rotateInDegrees=90"},
         {"op rotateInDegrees=", 2,
          "rotateInDegrees=: DEGREES must be a number, not ''; usage: rotateInDegrees=DEGREES"},
-        {"op rotateInDegrees=nan", 2, "DEGREES must be a number"},
         {"op brightenWithValue=1e39", 2, "VALUE must be a number"},
         {"op brightenWithValue=1,2", 2, "too many arguments; usage: brightenWithValue=VALUE"},
         {"op invert=1", 2, "too many arguments; usage: invert"},
-        {"op embossWithBias=1.5", 2, "BIAS must be a whole number"},
         {"op embossWithBias=2147483648", 2, "BIAS must be a whole number"},
         {"op rotateInRadians=1,2", 2, "MIRRORX must be 0 or 1, not '2'"},
         {"op cropToSize=-5x5", 2, "WxH must be two numbers above 0 with an x between"},
-        {"op cropToSize=5x0", 2, "WxH must be"},
-        {"op cropToSize=5x5x5", 2, "WxH must be"},
-        {"op scaleToFitSize=100", 2, "WxH must be"},
         {"op scaleToFitSize=1x1e39", 2, "WxH must be"},
         {"op scaleByFactor=0", 2, "FACTOR must be a number above 0"},
-        {"op reflectedImageWithHeight=0,1,0", 2, "HEIGHT must be a whole number above 0"},
         {"op reflectedImageWithHeight=4294967296,1,0", 2, "HEIGHT must be"},
         {"op maskWithImage=", 2, "FILE must be a file"},
         {filter + "intensity", 2, "intensity: a setting is PROPERTY=VALUE"},
         {filter + "intensity=full", 2, "intensity=full: intensity must be a number, not 'full', as in intensity=1"},
-        {filter + "intensity=nan", 2, "must be a number"},
         {"filter GPUImageMonochromeFilter --set color=1,2,3", 2, "color must be a vector written A,B,C,D, not '1,2,3'"},
         {"filter GPUImageErosionFilter --set radius=1.5", 2, "radius must be an integer in pixels, not '1.5'"},
         {"filter GPUImageColorMatrixFilter --set 'colorMatrix=1,0;0,1'", 2, "colorMatrix must be a matrix4 written"},
@@ -131,16 +118,12 @@ TEST_F(Refusals, UnknownNamesSuggestTheNearest)
     const std::string pasted(100'000, 'x');
     expect({
         {"op rotateInDegres=90", 2, "there is no operation 'rotateInDegres'; did you mean rotateInDegrees?"},
-        {"op horizontalflip", 2, "did you mean horizontalFlip?"},
-        {"op contrast=3", 2, "did you mean contrastAdjustmentWithValue?"},
         {"op blur", 2, "did you mean gaussianBlurWithBias?"},
-        {"op greyscale", 2, "did you mean grayscale?"},
         {"op scale=2", 2, "did you mean scaleToSize?"},
         {"op sepai", 2, "did you mean sepia?"},
         {"op =5", 2, "an operation is NAME"},
         {"op " + pasted, 2, "'" + pasted.substr(0, 60) + "...'; did you mean"},
         {"filter sepia", 2, "sepia: there is no such filter; did you mean GPUImageSepiaFilter?"},
-        {"filter " + pasted, 2, "did you mean"},
         {"filter GPUImageSepiaFilter --set intensty=1", 2, "no property 'intensty'; did you mean intensity?"},
         {"filter GPUImageGrayscaleFilter --set a=1", 2, "GPUImageGrayscaleFilter has no properties to set"},
     });
@@ -151,38 +134,16 @@ TEST_F(Refusals, FilesThatAreNoPicture)
     make("empty.jpg", "");
     make("text.jpg", "This is no photo, whatever its name says.\n");
     make("new\nline.png", "");
-    ASSERT_EQ(::mkfifo(folder.path("pipe.jpg").c_str(), 0600), 0);
-    const std::string photo = readFile(samples("meadow.jpg"));
-    make("cut.jpg", photo.substr(0, photo.size() * 99 / 100));
-    // A complete and valid file: 361 million black pixels in 45 KB.
-    const std::string script = "import zlib, sys\n"
-                               "from struct import pack\n"
-                               "def chunk(k, d): return pack('>I', len(d)) + k + d + pack('>I', zlib.crc32(k + d))\n"
-                               "head = pack('>IIBBBBB', 19000, 19000, 1, 0, 0, 0, 0)\n"
-                               "rows = zlib.compress(bytes(19000 * (19000 // 8 + 1)), 9)\n"
-                               "sys.stdout.buffer.write(b'\\x89PNG\\r\\n\\x1a\\n' + chunk(b'IHDR', head) + "
-                               "chunk(b'IDAT', rows) + chunk(b'IEND', b''))\n";
-    make("bomb.png", runCommand("/usr/bin/python3", {"-c", script}).output);
     expect({
         {"blend no.jpg empty.jpg -o out.png", 3, "lamina: no.jpg: no such file"},
         {"blend small.png empty.jpg -o out.png", 3, "lamina: empty.jpg: the file is empty"},
         {"blend text.jpg small.png -o out.png", 3, "lamina: text.jpg: not a picture"},
-        {"blend small.png cut.jpg -o out.png", 3, "lamina: cut.jpg: the file ends too early"},
-        {"blend small.png bomb.png -o out.png", 3, "lamina: bomb.png: the picture is too large"},
-        {"op invert -i . -o out.png", 3, "lamina: .: is a folder"},
         {"op invert -i /dev/zero -o out.png", 3, "lamina: /dev/zero: not a regular file"},
-        {"op invert -i pipe.jpg -o out.png", 3, "lamina: pipe.jpg: not a regular file"},
         {"op invert -i \"$(printf 'new\\nline.png')\" -o out.png", 3, "lamina: new?line.png: the file is empty"},
         {"op maskWithImage=no,where.png -i small.png -o out.png", 3, "lamina: no,where.png: no such file"},
         {"op invert -i - -o out.png </dev/null", 3, "lamina: standard input: the file is empty"},
         {"filter GPUImageLookupFilter -i small.png -i no.png -o out.png", 3, "lamina: no.png: no such file"},
     });
-
-    ::chmod(folder.path().c_str(), 0755);
-    ::chmod(folder.path("small.png").c_str(), 0000);
-    CommandOptions unprivileged;
-    unprivileged.unprivileged = true;
-    expect({{"op invert -i small.png -o out.png", 3, "lamina: small.png: permission denied"}}, unprivileged);
 }
 
 TEST_F(Refusals, PipelinesThatAreNotUnderstoodNameTheirFault)
@@ -192,24 +153,17 @@ TEST_F(Refusals, PipelinesThatAreNotUnderstoodNameTheirFault)
                R"(", "Attributes": {")" + setter + R"(": ")" + value + R"("}}]})";
     };
     make("bad.json", "{");
-    make("list.json", "[]");
     make("name.json", chain("GPUImageSepia", "setIntensity:", "float(1)"));
     make("two.json", chain("GPUImageDissolveBlendFilter", "setMix:", "float(1)"));
-    make("setter.json", chain("GPUImageSepiaFilter", "setHue:", "float(1)"));
-    make("type.json", chain("GPUImageSepiaFilter", "setIntensity:", "int(1)"));
     make("long.json", chain("GPUImageSepiaFilter", "setIntensity:", "float(" + std::string(200'000, 'x') + ")"));
     const auto refused = [](const std::string& file, const std::string& message) {
         return Refusal{"filter --pipeline " + file + " -i small.png -o out.png", 3, "lamina: " + file + ": " + message};
     };
     expect({
         refused("no.json", "there is no such file"),
-        refused("../", "is a folder"),
         refused("bad.json", "is not JSON"),
-        refused("list.json", "has no list \"Filters\""),
         refused("name.json", "'GPUImageSepia': there is no such filter; did you mean GPUImageSepiaFilter?"),
         refused("two.json", "'GPUImageDissolveBlendFilter': needs 2 pictures; a pipeline takes filters of one"),
-        refused("setter.json", "'setHue:': GPUImageSepiaFilter has no such setter"),
-        refused("type.json", "'setIntensity:': 'int(1)': expected float(V)"),
         refused("long.json", "'setIntensity:': 'float(xxx"),
     });
 }
@@ -219,8 +173,6 @@ TEST_F(Refusals, WorkThatCannotBeDone)
     expect({
         {"op invert scaleToFillSize=1e6x1e6 -i small.png -o out.png", 1,
          "lamina: scaleToFillSize=1e6x1e6: gives no picture"},
-        {"op scaleByFactor=1e30 -i small.png -o out.png", 1, "gives no picture"},
-        {"op scaleToFitSize=0.5x0.5 -i small.png -o out.png", 1, "gives no picture"},
         {"op reflectedImageWithHeight=4294967295,1,0 -i small.png -o out.png", 1, "gives no picture"},
         {"op maskWithImage=flat.png -i small.png -o out.png", 1,
          "maskWithImage=flat.png: FILE has 400 x 200 pixels and the picture 3 x 2 pixels"},
@@ -233,11 +185,8 @@ TEST_F(Refusals, WorkThatCannotBeDone)
 TEST_F(Refusals, OutputsThatCannotBeWritten)
 {
     make("earlier.png", "what was there before");
-    std::filesystem::create_directory(folder.path("folder.png"));
     expect({
         {"blend small.png small.png -o no/out.png", 4, "lamina: no/out.png: no such folder"},
-        {"op invert -i small.png -o folder.png", 4, "lamina: folder.png: is a folder"},
-        {"filter GPUImageSepiaFilter -i small.png -o no/out.png", 4, "lamina: no/out.png: no such folder"},
         {"op invert -i small.png -o - >/dev/full", 4, "lamina: standard output: no space left"},
         {"filters >/dev/full", 4, "lamina: standard output: can't be written"},
     });
@@ -245,11 +194,6 @@ TEST_F(Refusals, OutputsThatCannotBeWritten)
     CommandOptions fullDisk;
     fullDisk.fileSizeLimit = 20;
     expect({{"op invert -i small.png -o earlier.png", 4, "lamina: earlier.png: "}}, fullDisk);
-    CommandOptions unprivileged;
-    unprivileged.unprivileged = true;
-    ::chmod(folder.path().c_str(), 0555);
-    expect({{"op invert -i small.png -o earlier.png", 4, "lamina: earlier.png: permission denied"}}, unprivileged);
-    ::chmod(folder.path().c_str(), 0755);
     EXPECT_EQ(readFile(folder.path("earlier.png")), "what was there before");
 }
 

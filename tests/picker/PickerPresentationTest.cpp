@@ -1,9 +1,6 @@
 #include "picker/YMSPhotoHelper.h"
-#include "picker/YMSPhotoPickerTheme.h"
 #include "platform/base/DispatchQueue.h"
-#include "platform/base/UIColor.h"
 #include "platform/photos/PHPhotoLibrary.h"
-#include "platform/view/UIFont.h"
 
 #include <gtest/gtest.h>
 
@@ -35,7 +32,7 @@ protected:
     /// Whether the picker was presented.
     bool present()
     {
-        presenter = std::make_shared<UIViewController>();
+        const auto presenter = std::make_shared<UIViewController>();
         picker = std::make_shared<YMSPhotoPickerViewController>();
         yms_presentCustomAlbumPhotoView(*presenter, picker, delegate);
         EXPECT_TRUE(DispatchQueue::main().runUntilIdle(20));
@@ -44,7 +41,6 @@ protected:
         return presented;
     }
 
-    std::shared_ptr<UIViewController> presenter;
     std::shared_ptr<YMSPhotoPickerViewController> picker;
     const std::shared_ptr<Delegate> delegate = std::make_shared<Delegate>();
 };
@@ -72,14 +68,16 @@ TEST_F(PickerPresentation, GoesByTheStatusOfTheLibraryAndTheAnswerOfTheUser)
     for (const auto& c : table) {
         SCOPED_TRACE(&c - table);
         std::thread user;
-        const auto ask = [&](PHPhotoLibrary::StatusHandler handler) {
-            user = std::thread([&c, handler = std::move(handler), work = DispatchQueue::main().expectWork()]() mutable {
-                std::exchange(handler, {})(*c.answer);
-            });
-        };
-        PHPhotoLibrary::setAuthorizer({[&] { return c.status; }, {}});
-        if (c.answer)
-            PHPhotoLibrary::setAuthorizer({[&] { return c.status; }, ask});
+        PHPhotoLibrary::Authorizer authorizer{[&] { return c.status; }, {}};
+        if (c.answer) {
+            authorizer.request = [&](PHPhotoLibrary::StatusHandler handler) {
+                user = std::thread(
+                    [&c, handler = std::move(handler), work = DispatchQueue::main().expectWork()]() mutable {
+                        std::exchange(handler, {})(*c.answer);
+                    });
+            };
+        }
+        PHPhotoLibrary::setAuthorizer(authorizer);
         for (const bool wants : {true, false}) {
             delegate->wants = wants;
             delegate->refused.clear();
@@ -89,25 +87,6 @@ TEST_F(PickerPresentation, GoesByTheStatusOfTheLibraryAndTheAnswerOfTheUser)
                 user.join();
         }
     }
-}
-
-TEST(PhotoPickerTheme, IsOneForAllPickersUntilItIsReset)
-{
-    YMSPhotoPickerTheme& theme = YMSPhotoPickerTheme::sharedInstance();
-    YMSPhotoPickerViewController first;
-    YMSPhotoPickerViewController second;
-    first.theme().tintColor = UIColor::brown();
-    first.theme().statusBarStyle = 1;
-    first.theme().titleLabelFont.size = 30;
-    EXPECT_EQ(second.theme().tintColor, UIColor::brown());
-    EXPECT_EQ(second.preferredStatusBarStyle(), 1);
-
-    theme.reset();
-    EXPECT_EQ(theme, YMSPhotoPickerTheme());
-    EXPECT_EQ(theme.tintColor, (UIColor{0, 122 / 255.0, 1, 1}));
-    EXPECT_EQ(theme.titleLabelFont, (UIFont{"", 18, UIFontWeight::Regular}));
-    EXPECT_EQ(theme.albumNameLabelFont, (UIFont{"", 18, UIFontWeight::Light}));
-    EXPECT_EQ(theme.selectionOrderLabelFont, (UIFont{"", 17, UIFontWeight::Regular}));
 }
 
 } // namespace

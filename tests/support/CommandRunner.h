@@ -22,7 +22,6 @@ struct CommandOptions {
     std::optional<std::uint64_t> fileSizeLimit; ///< bytes a file may grow to (as a full disk would)
     std::optional<int> cores;                   ///< pins the run to the first so many
     std::optional<int> interruptAfterMs;        ///< keeps standard input open and sends SIGINT
-    bool unprivileged = false;                  ///< drops root, so that permissions count
 };
 
 CommandResult runCommand(const std::string& program, const std::vector<std::string>& arguments,

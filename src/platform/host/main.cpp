@@ -118,7 +118,7 @@ Parsed parse(const QStringList& arguments)
         parsed.options.size = *wanted;
     }
     for (const QString& file : parser.positionalArguments()) {
-        const Result<std::string> path = pathOfFileURL(file.toStdString());
+        const lamina::Result<std::string> path = lamina::pathOfFileURL(file.toStdString());
         parsed.options.files.push_back(path ? *path : file.toStdString());
     }
     return parsed;

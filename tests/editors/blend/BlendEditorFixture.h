@@ -14,7 +14,6 @@
 #include <gtest/gtest.h>
 #include <memory>
 #include <optional>
-#include <stdexcept>
 
 namespace lamina::test {
 
@@ -69,16 +68,6 @@ protected:
         fingers->touchMoved(1, {kSide / 2.0 + 10 + x / 2, kSide / 2.0}, 0.15);
         fingers->touchMoved(1, {kSide / 2.0 + 10 + x, kSide / 2.0}, 0.2);
     }
-    template <class Recognizer>
-    Recognizer& gesture()
-    {
-        for (const auto& recognizer : editor->currentImageView().gestureRecognizers()) {
-            if (auto* found = dynamic_cast<Recognizer*>(recognizer.get()))
-                return *found;
-        }
-        throw std::runtime_error("the current photo has no such gesture");
-    }
-
     const std::shared_ptr<ManualClock> clock = std::make_shared<ManualClock>();
     std::shared_ptr<BlendPhotoViewController> editor;
     std::optional<TouchDispatcher> fingers;

@@ -22,16 +22,15 @@ std::size_t residentBytes()
     return resident * 4096;
 }
 
-class EnduranceTest : public GraphFixture {};
+using EnduranceTest = GraphFixture;
 
 TEST_F(EnduranceTest, FramesTakeNothing)
 {
-    const auto source = std::make_shared<FrameSource>();
     const auto first = multiplying(0.5F);
     const auto twice = std::make_shared<GPUImageTwoPassFilter>(kGPUImagePassthroughFragmentShaderString,
                                                                kGPUImagePassthroughFragmentShaderString);
     const auto both = std::make_shared<GPUImageTwoInputFilter>(kGPUImagePassthroughFragmentShaderString);
-    source->addTarget(first);
+    m_source->addTarget(first);
     first->addTarget(twice);
     first->addTarget(both);
     twice->addTarget(both);
@@ -39,7 +38,7 @@ TEST_F(EnduranceTest, FramesTakeNothing)
     const auto run = [&](int frames) {
         for (int i = 0; i < frames; ++i) {
             first->setFloat(0.1F, "factor");
-            source->push(picture, second(i));
+            m_source->push(picture, second(i));
         }
     };
     run(100);
@@ -55,24 +54,8 @@ TEST_F(EnduranceTest, FramesTakeNothing)
 #endif
 }
 
-TEST_F(EnduranceTest, RepeatedPicturesMakeNothingNew)
-{
-    const auto filter = multiplying(0.5F);
-    const auto run = [&](int times) {
-        for (int i = 0; i < times; ++i)
-            EXPECT_TRUE(filter->newCGImageByFilteringCGImage(chartPicture(9, 7)));
-    };
-    run(3);
-    const std::size_t living = GPUImageFramebufferCache::livingCount();
-    const GLCalls before = valueFromVideoProcessingQueue(glCallsSoFar);
-    run(20);
-    EXPECT_LE((valueFromVideoProcessingQueue(glCallsSoFar) - before).objectsMade(), 20) << "an upload for each picture";
-    EXPECT_EQ(GPUImageFramebufferCache::livingCount(), living);
-}
-
 TEST_F(EnduranceTest, ThreadsFilterConnectAndLeaveAtOnce)
 {
-    const auto source = std::make_shared<FrameSource>();
     const auto filterPictures = [](float factor, std::uint8_t red) {
         const auto filter = multiplying(factor);
         for (int i = 0; i < 50; ++i) {
@@ -86,15 +69,15 @@ TEST_F(EnduranceTest, ThreadsFilterConnectAndLeaveAtOnce)
     std::thread connecting([&] {
         for (int i = 0; i < 50; ++i) {
             const auto filter = multiplying(0.2F);
-            source->addTarget(filter);
-            source->removeTarget(filter);
+            m_source->addTarget(filter);
+            m_source->removeTarget(filter);
         }
     });
     for (int i = 0; i < 100; ++i)
-        source->push({8, 8}, {1, 2, 3, 4}, second(i));
+        m_source->push({8, 8}, {1, 2, 3, 4}, second(i));
     for (std::thread* thread : {&one, &other, &connecting})
         thread->join();
-    EXPECT_TRUE(source->targets().empty());
+    EXPECT_TRUE(m_source->targets().empty());
     EXPECT_EQ(idleFramebuffers(), GPUImageFramebufferCache::livingCount());
 }
 

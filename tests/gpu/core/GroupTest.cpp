@@ -21,10 +21,7 @@ public:
     }
 };
 
-class GroupTest : public GraphFixture {
-protected:
-    std::shared_ptr<FrameSource> m_source = std::make_shared<FrameSource>();
-};
+using GroupTest = GraphFixture;
 
 TEST_F(GroupTest, WorksAsOneFilter)
 {
@@ -35,7 +32,6 @@ TEST_F(GroupTest, WorksAsOneFilter)
     m_source->addTarget(group);
     const auto consumer = consumerOf(*group);
     const auto between = consumerOf(*group->filterAtIndex(0));
-    EXPECT_THAT(group->targets(), testing::ElementsAre(consumer));
     int completions = 0;
     group->setFrameProcessingCompletionBlock([&](GPUImageOutput&, const CMTime&) { ++completions; });
     const auto expectSize = [&](CGSize size) {
@@ -51,8 +47,8 @@ TEST_F(GroupTest, WorksAsOneFilter)
     group->forceProcessingAtSizeRespectingAspectRatio({8, 8});
     expectSize({8, 4});
     EXPECT_EQ(completions, 3);
+    EXPECT_THAT(group->targets(), testing::ElementsAre(consumer));
     group->removeTarget(consumer);
-    EXPECT_EQ(consumer->endings(), 1);
     EXPECT_TRUE(group->targets().empty());
 }
 
@@ -94,7 +90,6 @@ TEST_F(GroupTest, ABufferDelaysFramesByItsSize)
     auto buffer = std::make_shared<GPUImageBuffer>();
     m_source->addTarget(buffer);
     const auto end = consumerOf(*buffer);
-    end->keepPixels(true);
     // The numbers of the frames that come out as these go in.
     const auto pushAll = [&](int from, int to) {
         std::vector<int> out;

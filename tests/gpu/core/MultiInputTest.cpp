@@ -49,7 +49,6 @@ protected:
             m_sources.back()->addTarget(m_filter);
         }
         m_end = consumerOf(*m_filter);
-        m_end->keepPixels(true);
     }
 
     /// "S0=10": slot 0 gets a still picture of red 10. "V0=10@3": a frame of a stream at second 3, without "@3" one
@@ -161,12 +160,6 @@ TEST_F(MultiInputTest, TheFirstInputGivesTheSizeAndEachSlotItsRotation)
     EXPECT_TRUE(imagesMatch(m_end->last().pixels, makePicture(4, 2, [&](int x, int y) {
                                 return Rgba{pixelAt(first, x, y)[0], pixelAt(other, y, 3 - x)[0], 255, 255};
                             })));
-    // A second input of another size is stretched over the first.
-    m_sources[1]->setRotation(kGPUImageNoRotation);
-    m_sources[1]->push({1, 1}, {200, 0, 0, 255}, second(2));
-    m_sources[0]->push(first, second(2));
-    EXPECT_EQ(m_end->last().size, (CGSize{4, 2}));
-    EXPECT_TRUE(pixelMatches(m_end->last().pixels, 3, 1, {pixelAt(first, 3, 1)[0], 200, 255, 255}));
 }
 
 } // namespace

@@ -1,18 +1,12 @@
-#include "GLCalls.h"
 #include "GraphFixture.h"
+#include "LogCapture.h"
 #include "TestPictures.h"
 #include "gpu/core/GPUImageTwoPassFilter.h"
-#include "platform/image/pixels/CGImage.h"
-
-#include <cstddef>
 
 namespace lamina::test {
 namespace {
 
-class TwoPassTest : public GraphFixture {
-protected:
-    std::shared_ptr<FrameSource> m_source = std::make_shared<FrameSource>();
-};
+using TwoPassTest = GraphFixture;
 
 TEST_F(TwoPassTest, ClearsToTheBackgroundFirstAndToOpaqueBlackThen)
 {
@@ -51,7 +45,6 @@ TEST_F(TwoPassTest, ValuesOfEqualLocationsStayWithTheirPass)
     const auto filter = std::make_shared<TwoFactors>(shader("r"), shader("g"));
     m_source->addTarget(filter);
     const auto consumer = consumerOf(*filter);
-    consumer->keepPixels(true);
     for (int i = 0; i < 2; ++i) {
         m_source->push({2, 2}, {100, 100, 100, 255}, second(i));
         EXPECT_TRUE(imagesMatch(consumer->last().pixels, solidPicture(2, 2, {80, 50, 100, 255})));
@@ -71,32 +64,6 @@ TEST_F(TwoPassTest, EitherShaderFailingLeavesNoPicture)
         m_source->removeAllTargets();
     }
     EXPECT_EQ(idleFramebuffers(), GPUImageFramebufferCache::livingCount()) << "counts are given back all the same";
-}
-
-TEST_F(TwoPassTest, AChainOfPassesHoldsTwoFramebuffersOfASize)
-{
-    std::vector<std::shared_ptr<GPUImageFilter>> chain;
-    for (int pair = 0; pair < 2; ++pair) {
-        chain.push_back(std::make_shared<GPUImageTwoPassFilter>(kGPUImagePassthroughFragmentShaderString,
-                                                                kGPUImagePassthroughFragmentShaderString));
-        chain.push_back(std::make_shared<GPUImageFilter>());
-    }
-    for (std::size_t i = 1; i < chain.size(); ++i)
-        chain[i - 1]->addTarget(chain[i]);
-    m_source->addTarget(chain.front());
-    const auto consumer = consumerOf(*chain.back());
-    consumer->keepPixels(true);
-    const CGImage picture = chartPicture(5, 4);
-    const std::size_t before = GPUImageFramebufferCache::livingCount();
-    m_source->push(picture, second(1));
-    EXPECT_TRUE(imagesMatch(consumer->last().pixels, picture));
-    EXPECT_EQ(GPUImageFramebufferCache::livingCount() - before, 2U + 1U) << "two, and the source's own kind of frame";
-
-    const GLCalls warm = valueFromVideoProcessingQueue(glCallsSoFar);
-    m_source->push(picture, second(2));
-    const GLCalls calls = valueFromVideoProcessingQueue(glCallsSoFar) - warm;
-    EXPECT_EQ(calls.objectsMade(), 0);
-    EXPECT_EQ(calls.draws, 6);
 }
 
 } // namespace

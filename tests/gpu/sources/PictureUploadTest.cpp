@@ -12,6 +12,9 @@ using Alpha = CGImageAlphaInfo;
 using Bytes = std::vector<std::uint8_t>;
 using Pixels = std::vector<Rgba>;
 
+constexpr Rgba kGround{10, 20, 30, 255};
+constexpr Rgba kPatch{200, 100, 50, 255};
+
 /// What a filter sees of the picture.
 CGImage seen(GPUImagePicture& picture, IntSize size = {})
 {
@@ -36,7 +39,7 @@ Pixels seenOf(CGBitmapInfo info, const Bytes& bytes, PictureUpload upload = {}, 
     return pixelsOf(seen(*picture));
 }
 
-class PictureUploadTest : public GraphFixture {};
+using PictureUploadTest = GraphFixture;
 
 TEST_F(PictureUploadTest, EachLayoutGoesUpAsItsOrderTellsOrIsDrawnAnew)
 {
@@ -128,18 +131,14 @@ TEST_F(PictureUploadTest, UnpremultipliesByTruncationAndLetsOverflowRun)
 TEST_F(PictureUploadTest, SmoothScalingStretchesToPowersOfTwoAndAverages)
 {
     // Much smaller, a checkerboard of single pixels becomes even; without mipmaps single pixels would be picked.
-    const auto board = std::make_shared<GPUImagePicture>(makePicture(100, 100,
-                                                                     [](int x, int y) {
-                                                                         const std::uint8_t value = (x + y) % 2 * 255;
-                                                                         return Rgba{value, value, value, 255};
-                                                                     }),
-                                                         PictureUpload{.smoothlyScaleOutput = true});
-    EXPECT_TRUE(board->shouldSmoothlyScaleOutput());
-    EXPECT_EQ(board->outputImageSize(), (CGSize{100, 100}));
-    EXPECT_TRUE(imagesMatch(seen(*board, {5, 5}), solidPicture(5, 5, {128, 128, 128, 255}), 2));
-    const auto consumer = consumerOf(*board);
-    onQueue([&] { board->processImage(); });
-    EXPECT_EQ(consumer->last().framebuffer.lock()->size(), (CGSize{128, 128}));
+    const CGImage board = makePicture(100, 100, [](int x, int y) {
+        const std::uint8_t value = (x + y) % 2 * 255;
+        return Rgba{value, value, value, 255};
+    });
+    const auto picture = std::make_shared<GPUImagePicture>(board, PictureUpload{.smoothlyScaleOutput = true});
+    EXPECT_EQ(picture->outputImageSize(), (CGSize{100, 100}));
+    EXPECT_TRUE(imagesMatch(seen(*picture, {5, 5}), solidPicture(5, 5, {128, 128, 128, 255}), 2));
+    EXPECT_EQ(picture->framebufferForOutput()->size(), (CGSize{128, 128}));
 }
 
 TEST_F(PictureUploadTest, PicturesOverTheTextureLimitAreReduced)
@@ -151,84 +150,67 @@ TEST_F(PictureUploadTest, PicturesOverTheTextureLimitAreReduced)
     };
     GPUImageContext::limitTextureSize(64);
     for (const auto& [size, told, texture] : {
-             Case{{100, 50}, {64, 32}, {64, 32}}, Case{{50, 100}, {32, 64}, {32, 64}},
-             Case{{64, 20}, {64, 20}, {64, 20}}, Case{{100, 33}, {64, 33 * (64.0 / 100)}, {64, 21}},
-             Case{{1000, 1}, {64, 1}, {64, 1}}, // never less than a pixel
+             Case{{50, 100}, {32, 64}, {32, 64}}, Case{{64, 20}, {64, 20}, {64, 20}},
+             Case{{100, 33}, {64, 33 * (64.0 / 100)}, {64, 21}}, // not rounded
+             Case{{1000, 1}, {64, 1}, {64, 1}},                  // never less than a pixel
          }) {
-        const auto picture =
-            std::make_shared<GPUImagePicture>(solidPicture(size.width, size.height, {10, 200, 30, 255}));
+        const auto picture = std::make_shared<GPUImagePicture>(solidPicture(size.width, size.height, kGround));
         EXPECT_EQ(picture->outputImageSize(), told);
-        EXPECT_TRUE(imagesMatch(seen(*picture), solidPicture(texture.width, texture.height, {10, 200, 30, 255})));
+        EXPECT_TRUE(imagesMatch(seen(*picture), solidPicture(texture.width, texture.height, kGround)));
     }
     GPUImageContext::limitTextureSize(0);
 }
 
-class SubImageTest : public GraphFixture, public testing::WithParamInterface<CGBitmapInfo> {
-protected:
-    static constexpr Rgba kGround{10, 20, 30, 255};
-    static constexpr Rgba kPatch{200, 100, 50, 255};
-
-    SubImageTest()
-    {
-        const bool bgra = (GetParam() & kCGBitmapByteOrderMask) == kCGBitmapByteOrder32Little;
-        const Rgba stored = bgra ? Rgba{30, 20, 10, 255} : kGround;
-        m_picture = std::make_shared<GPUImagePicture>(
-            makePicture(packedLayout({6, 5}, GetParam(), 8, 32), [&](int, int) { return stored; }));
-    }
-    /// Only these pixels are the patch's.
-    testing::AssertionResult isPatched(IntRect rect)
-    {
-        const auto inside = [&](int x, int y) {
-            return x >= rect.x && x < rect.right() && y >= rect.y && y < rect.bottom();
-        };
-        return imagesMatch(seen(*m_picture),
-                           makePicture(6, 5, [&](int x, int y) { return inside(x, y) ? kPatch : kGround; }));
-    }
-
-    std::shared_ptr<GPUImagePicture> m_picture;
-};
-
-INSTANTIATE_TEST_SUITE_P(StorageOrders, SubImageTest,
-                         testing::Values(bitmapInfo(Alpha::Last),
-                                         bitmapInfo(Alpha::First, kCGBitmapByteOrder32Little)));
-
-TEST_P(SubImageTest, ReplacesThePartItCoversFromEveryLayout)
+/// All of it is ground, in either order of storage.
+std::shared_ptr<GPUImagePicture> groundPicture(bool bgra)
 {
-    const CGImage patch = solidPicture(2, 3, kPatch);
-    const CGImage ground = solidPicture(6, 5, kGround);
-    m_picture->replaceTextureWithSubCGImage(patch, {1, 1, 2, 3});
-    EXPECT_TRUE(isPatched({1, 1, 2, 3}));
-    m_picture->replaceTextureWithSubCGImage(ground);
-    m_picture->replaceTextureWithSubimage(UIImage(patch), {4, 2, 2, 3}); // at the edge
-    EXPECT_TRUE(isPatched({4, 2, 2, 3}));
-    m_picture->replaceTextureWithSubimage(UIImage(ground));
-    m_picture->replaceTextureWithSubimage(UIImage(patch));
-    EXPECT_TRUE(isPatched({0, 0, 2, 3}));
-    m_picture->replaceTextureWithSubCGImage(ground);
-    const CGImageLayout bgra =
-        packedLayout({2, 1}, bitmapInfo(Alpha::NoneSkipFirst, kCGBitmapByteOrder32Little), 8, 32);
-    m_picture->replaceTextureWithSubCGImage(pictureFromBytes(bgra, Bytes{50, 100, 200, 0, 50, 100, 200, 0}),
-                                            {3, 0, 2, 1});
-    EXPECT_TRUE(isPatched({3, 0, 2, 1}));
-    m_picture->replaceTextureWithSubCGImage(ground);
-    const CGImage cut = solidPicture(9, 9, kPatch).subImage({2, 2, 3, 3}); // its rows lie apart
-    m_picture->replaceTextureWithSubCGImage(cut, {2, 1, 3, 3});
-    EXPECT_TRUE(isPatched({2, 1, 3, 3}));
-    m_picture->replaceTextureWithSubCGImage(ground);
-    m_picture->replaceTextureWithSubCGImage(solidPicture(1, 1, kPatch), {0, 0, 5, 4}); // stretched
-    EXPECT_TRUE(isPatched({0, 0, 5, 4}));
+    const CGBitmapInfo info = bgra ? bitmapInfo(Alpha::First, kCGBitmapByteOrder32Little) : bitmapInfo(Alpha::Last);
+    return std::make_shared<GPUImagePicture>(makePicture(packedLayout({6, 5}, info, 8, 32), [&](int, int) {
+        return bgra ? Rgba{30, 20, 10, 255} : kGround;
+    }));
 }
 
-TEST_P(SubImageTest, WhatLiesOutsideChangesNothing)
+/// Only these pixels are the patch's.
+testing::AssertionResult isPatched(GPUImagePicture& picture, IntRect rect)
 {
-    const CGImage patch = solidPicture(3, 3, kPatch);
+    return imagesMatch(seen(picture), makePicture(6, 5, [&](int x, int y) {
+                           const bool inside = x >= rect.x && x < rect.right() && y >= rect.y && y < rect.bottom();
+                           return inside ? kPatch : kGround;
+                       }));
+}
+
+TEST_F(PictureUploadTest, APartIsReplacedFromEveryLayout)
+{
+    const CGImageLayout bgra =
+        packedLayout({2, 1}, bitmapInfo(Alpha::NoneSkipFirst, kCGBitmapByteOrder32Little), 8, 32);
+    const std::pair<CGImage, IntRect> patches[] = {
+        {solidPicture(2, 3, kPatch), {1, 1, 2, 3}},
+        {solidPicture(2, 3, kPatch), {4, 2, 2, 3}}, // at the edge
+        {pictureFromBytes(bgra, Bytes{50, 100, 200, 0, 50, 100, 200, 0}), {3, 0, 2, 1}},
+        {solidPicture(9, 9, kPatch).subImage({2, 2, 3, 3}), {2, 1, 3, 3}}, // its rows lie apart
+        {solidPicture(1, 1, kPatch), {0, 0, 5, 4}},                        // stretched
+    };
+    for (const bool storedAsBgra : {false, true}) {
+        for (const auto& [patch, place] : patches) {
+            const auto picture = groundPicture(storedAsBgra);
+            picture->replaceTextureWithSubCGImage(patch, CGRect(place.x, place.y, place.width, place.height));
+            EXPECT_TRUE(isPatched(*picture, place));
+        }
+        const auto picture = groundPicture(storedAsBgra);
+        picture->replaceTextureWithSubimage(UIImage(solidPicture(2, 3, kPatch)));
+        EXPECT_TRUE(isPatched(*picture, {0, 0, 2, 3}));
+    }
+}
+
+TEST_F(PictureUploadTest, APartThatLiesOutsideChangesNothing)
+{
+    const auto picture = groundPicture(false);
     for (const CGRect& rect : {CGRect{4, 1, 3, 3}, CGRect{-1, 0, 3, 3}, CGRect{0, 3, 3, 3}, CGRect{1e300, 0, 3, 3},
                                CGRect{0, 0, 1e300, 3}, CGRect{std::nan(""), 0, 3, 3}, CGRect{0, 0, 0, 0}})
-        m_picture->replaceTextureWithSubCGImage(patch, rect);
-    m_picture->replaceTextureWithSubCGImage(CGImage{}, {0, 0, 2, 2});
-    m_picture->replaceTextureWithSubCGImage(CGImage{});
-    m_picture->replaceTextureWithSubCGImage(solidPicture(7, 1, kPatch));
-    EXPECT_TRUE(isPatched({}));
+        picture->replaceTextureWithSubCGImage(solidPicture(3, 3, kPatch), rect);
+    picture->replaceTextureWithSubCGImage(CGImage{}, {0, 0, 2, 2});
+    picture->replaceTextureWithSubCGImage(CGImage{});
+    EXPECT_TRUE(isPatched(*picture, {}));
 }
 
 } // namespace

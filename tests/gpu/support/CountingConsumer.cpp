@@ -10,20 +10,20 @@ namespace lamina::test {
 void CountingConsumer::setInputFramebuffer(std::shared_ptr<GPUImageFramebuffer> framebuffer, int)
 {
     m_framebuffer = std::move(framebuffer);
-    if (m_framebuffer && m_takesCounts)
+    if (m_framebuffer)
         m_framebuffer->lock();
 }
 
 void CountingConsumer::newFrameReadyAtTime(const CMTime& frameTime, int textureIndex)
 {
     if (m_log)
-        m_log->push_back(m_name);
+        m_log->push_back(m_name + std::to_string(textureIndex));
     Frame frame{frameTime, textureIndex, m_size, 0, m_framebuffer, {}};
     if (m_framebuffer) {
         frame.counts = m_framebuffer->framebufferReferenceCount();
-        if (m_keepPixels && !m_framebuffer->missingFramebuffer())
+        if (!m_framebuffer->missingFramebuffer())
             frame.pixels = m_framebuffer->newCGImageFromFramebufferContents(); // gives a count back, as unlock does
-        else if (m_takesCounts)
+        else
             m_framebuffer->unlock();
     }
     m_framebuffer.reset();

@@ -19,16 +19,12 @@ public:
         CGSize size;                                    ///< as told by `setInputSize`
         unsigned counts = 0;                            ///< of the framebuffer when the frame arrived
         std::weak_ptr<GPUImageFramebuffer> framebuffer; ///< held by whoever holds it
-        CGImage pixels;                                 ///< empty unless `keepPixels`
+        CGImage pixels;                                 ///< empty where nothing was drawn into it
     };
 
-    void keepPixels(bool keep) { m_keepPixels = keep; }
-    /// Whether it takes a count on what it is handed and gives it back after the frame; true at first.
-    void takeCounts(bool take) { m_takesCounts = take; }
     void setShouldIgnoreUpdates(bool ignore) { m_ignoresUpdates = ignore; }
     void setWantsMonochrome(bool wants) { m_wantsMonochrome = wants; }
-    void setNextSlot(int slot) { m_nextSlot = slot; }
-    /// Writes "NAME" into `log` at every frame: the order among several.
+    /// Writes the name and the slot into `log` at every frame: the order among several.
     void logTo(std::vector<std::string>& log, std::string name)
     {
         m_log = &log;
@@ -37,14 +33,13 @@ public:
 
     const std::vector<Frame>& frames() const { return m_frames; }
     const Frame& last() const { return m_frames.at(m_frames.size() - 1); }
-    void forget() { m_frames.clear(); }
     int endings() const { return m_endings; }
     CGSize toldSize() const { return m_size; }
     GPUImageRotationMode toldRotation() const { return m_rotation; }
 
     void newFrameReadyAtTime(const CMTime& frameTime, int textureIndex) override;
     void setInputFramebuffer(std::shared_ptr<GPUImageFramebuffer> framebuffer, int textureIndex) override;
-    int nextAvailableTextureIndex() const override { return m_nextSlot; }
+    int nextAvailableTextureIndex() const override { return 0; }
     void setInputSize(CGSize size, int) override { m_size = size; }
     void setInputRotation(GPUImageRotationMode rotation, int) override { m_rotation = rotation; }
     CGSize maximumOutputSize() const override { return {}; }
@@ -61,10 +56,7 @@ private:
     GPUImageRotationMode m_rotation = kGPUImageNoRotation;
     std::vector<std::string>* m_log = nullptr;
     std::string m_name;
-    int m_nextSlot = 0;
     int m_endings = 0;
-    bool m_keepPixels = false;
-    bool m_takesCounts = true;
     bool m_ignoresUpdates = false;
     bool m_wantsMonochrome = false;
 };

@@ -61,17 +61,6 @@ void FrameSource::pushStill(const CGImage& picture)
     });
 }
 
-CGImage rearranged(const CGImage& source, IntSize size, const std::function<IntSize(int x, int y)>& from)
-{
-    return makePicture(
-        size.width, size.height,
-        [&](int x, int y) {
-            const IntSize place = from(x, y);
-            return pixelAt(source, place.width, place.height);
-        },
-        true);
-}
-
 std::size_t idleFramebuffers()
 {
     return valueFromVideoProcessingQueue([] { return GPUImageContext::sharedFramebufferCache().idleCount(); });

@@ -5,7 +5,6 @@
 #include "gpu/core/GPUImageRotationMode.h"
 
 #include <cstddef>
-#include <functional>
 
 namespace lamina::test {
 
@@ -23,14 +22,9 @@ public:
     void setRotation(GPUImageRotationMode rotation) { m_rotation = rotation; }
 
 private:
-    void deliver(const std::shared_ptr<GPUImageFramebuffer>& framebuffer, const CMTime& time);
-
     GPUImageRotationMode m_rotation = kGPUImageNoRotation;
     std::shared_ptr<GPUImageFramebuffer> m_still;
 };
-
-/// The picture whose pixel (x, y) is the given pixel of `source`.
-CGImage rearranged(const CGImage& source, IntSize size, const std::function<IntSize(int x, int y)>& from);
 
 /// The number of framebuffers that wait in the pool once all that has been returned so far is there.
 std::size_t idleFramebuffers();

@@ -45,13 +45,6 @@ void glGenFramebuffers(GLsizei n, GLuint* framebuffers)
     real(n, framebuffers);
 }
 
-void glGenBuffers(GLsizei n, GLuint* buffers)
-{
-    static const auto real = driver(&glGenBuffers, "glGenBuffers");
-    calls.objects += n;
-    real(n, buffers);
-}
-
 GLuint glCreateShader(GLenum type)
 {
     static const auto real = driver(&glCreateShader, "glCreateShader");
@@ -73,20 +66,6 @@ void glTexImage2D(GLenum target, GLint level, GLint internalFormat, GLsizei widt
     static const auto real = driver(&glTexImage2D, "glTexImage2D");
     ++calls.uploads;
     real(target, level, internalFormat, width, height, border, format, type, pixels);
-}
-
-void glDrawArrays(GLenum mode, GLint first, GLsizei count)
-{
-    static const auto real = driver(&glDrawArrays, "glDrawArrays");
-    ++calls.draws;
-    real(mode, first, count);
-}
-
-void glUseProgram(GLuint program)
-{
-    static const auto real = driver(&glUseProgram, "glUseProgram");
-    ++calls.programChanges;
-    real(program);
 }
 
 } // extern "C"

@@ -2,20 +2,17 @@
 
 namespace lamina::test {
 
-/// Calls of GL that make objects or draw, counted for the whole program. Made in between by this program's own
+/// Calls of GL that make objects, counted for the whole program. Made in between by this program's own
 /// functions of GL's names, which the linker prefers.
 struct GLCalls {
-    int objects = 0; ///< textures, framebuffers, buffers, shaders and programs
+    int objects = 0; ///< textures, framebuffers, shaders and programs
     int programs = 0;
     int uploads = 0; ///< glTexImage2D
-    int draws = 0;   ///< glDrawArrays
-    int programChanges = 0;
 
     int objectsMade() const { return objects + uploads; }
     friend GLCalls operator-(const GLCalls& x, const GLCalls& y)
     {
-        return {x.objects - y.objects, x.programs - y.programs, x.uploads - y.uploads, x.draws - y.draws,
-                x.programChanges - y.programChanges};
+        return {x.objects - y.objects, x.programs - y.programs, x.uploads - y.uploads};
     }
 };
 

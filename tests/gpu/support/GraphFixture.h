@@ -7,50 +7,14 @@
 #include "gpu/core/GPUImageFilter.h"
 #include "gpu/core/GPUImageOutput.h"
 #include "gpu/core/VideoProcessingQueue.h"
-#include "platform/base/Log.h"
 
 #include <functional>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <memory>
-#include <mutex>
 #include <string>
-#include <vector>
 
 namespace lamina::test {
-
-/// Takes what is logged as long as it lives.
-class LogCapture {
-public:
-    LogCapture()
-        : m_before(setLogSink([this](LogLevel, std::string_view text) {
-            const std::lock_guard lock(m_mutex);
-            m_lines.emplace_back(text);
-        }))
-    {
-    }
-    ~LogCapture() { setLogSink(m_before); }
-    LogCapture(const LogCapture&) = delete;
-    LogCapture& operator=(const LogCapture&) = delete;
-
-    std::vector<std::string> lines() const
-    {
-        const std::lock_guard lock(m_mutex);
-        return m_lines;
-    }
-    std::string text() const
-    {
-        std::string all;
-        for (const std::string& line : lines())
-            all += line + '\n';
-        return all;
-    }
-
-private:
-    mutable std::mutex m_mutex;
-    std::vector<std::string> m_lines;
-    LogSink m_before;
-};
 
 /// Needs a context, and fails where there is none: a test without one would say nothing. Starts with an empty pool and
 /// no GL error, and asks that none is left.
@@ -69,6 +33,8 @@ protected:
     }
 
     static void onQueue(const std::function<void()>& body) { runSynchronouslyOnVideoProcessingQueue(body); }
+
+    std::shared_ptr<FrameSource> m_source = std::make_shared<FrameSource>();
 };
 
 /// Multiplies all channels by its uniform `factor`.

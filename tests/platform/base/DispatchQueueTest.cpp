@@ -44,7 +44,7 @@ TEST(DispatchQueue, KeepsEachSubmittersOrderOnOneThreadAndEndsWithItsWork)
 
 TEST(DispatchQueue, SyncGivesTheValueAndTheExceptionAndOthersAreLogged)
 {
-    LogCapture log;
+    test::LogCapture log;
     DispatchQueue queue("values");
     EXPECT_EQ(*queue.sync([] { return std::make_unique<int>(3); }), 3);
     // From the queue itself it runs at once, ahead of what waits.

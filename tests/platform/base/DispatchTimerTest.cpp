@@ -32,7 +32,7 @@ protected:
     }
 
     std::shared_ptr<ManualClock> clock = std::make_shared<ManualClock>();
-    LogCapture log;
+    test::LogCapture log;
     MainQueue& main = DispatchQueue::main();
     std::string fired;
 };

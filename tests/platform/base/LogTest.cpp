@@ -1,7 +1,8 @@
-#include "LogCapture.h"
+#include "platform/base/Log.h"
 
 #include <gtest/gtest.h>
 #include <stdexcept>
+#include <string>
 
 namespace lamina {
 namespace {

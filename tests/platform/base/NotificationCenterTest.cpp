@@ -14,7 +14,7 @@ namespace {
 
 TEST(NotificationCenter, CallsByNameAndSenderInOrderAndGoesOnAfterAFailure)
 {
-    LogCapture log;
+    test::LogCapture log;
     NotificationCenter center;
     const int photo = 0;
     const int other = 0;

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "LogCapture.h"
 #include "platform/base/DispatchQueue.h"
-#include "platform/base/Log.h"
 #include "platform/view/UIAlertController.h"
 #include "platform/view/UINavigationController.h"
 #include "platform/view/UIViewController.h"
@@ -22,7 +22,6 @@ public:
     {
         setTitle(std::move(name));
     }
-    void viewDidLoad() override { note("*"); }
     void viewWillAppear(bool) override { note("+"); }
     void viewDidAppear(bool) override { note("!"); }
     void viewWillDisappear(bool) override { note("-"); }
@@ -34,29 +33,20 @@ private:
     std::string& m_log;
 };
 
-/// A window whose first screen is a stack that holds screen "R"; it has appeared. Messages are counted.
+/// A window whose first screen is a stack that holds screen "R"; it has appeared.
 class ControllerBench : public testing::Test {
 protected:
     ControllerBench()
-        : m_formerSink(setLogSink([this](LogLevel, std::string_view) { ++messages; }))
     {
         window.setRootViewController(stack);
         heard();
     }
-    ~ControllerBench() override
-    {
-        turns();
-        setLogSink(std::move(m_formerSink));
-    }
+    ~ControllerBench() override { turns(); }
 
     std::shared_ptr<HeardScreen> screen(const std::string& name,
                                         UIModalPresentationStyle style = UIModalPresentationStyle::FullScreen)
     {
-        std::string whileLoading;
         auto made = std::make_shared<HeardScreen>(name, log);
-        std::swap(log, whileLoading);
-        made->view();
-        std::swap(log, whileLoading);
         made->setModalPresentationStyle(style);
         return made;
     }
@@ -77,14 +67,11 @@ protected:
         return std::dynamic_pointer_cast<UIAlertController>(window.topViewController());
     }
 
+    LogCapture logged;
     std::string log;
-    int messages = 0;
     std::shared_ptr<HeardScreen> rootScreen = std::make_shared<HeardScreen>("R", log);
     std::shared_ptr<UINavigationController> stack = UINavigationController::make(rootScreen);
     UIWindow window;
-
-private:
-    LogSink m_formerSink;
 };
 
 } // namespace lamina::test

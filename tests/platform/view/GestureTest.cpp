@@ -28,7 +28,6 @@ const Script kScripts[] = {
     {"PanCountsAnewWhenAFingerGoes", "pan", "1+100,100 2+200,100 1>108,100&2>208,100 2-208,100 1>112,100 1-112,100",
      ""},
     {"PanCountsTheLastStretch", "pan", "1+100,100 1>120,100 1-125,100", "pan+0,0 pan~5,0 pan.5,0 "},
-    {"PanIsLost", "pan", "1+100,100 1>120,100 1x", "pan+0,0 panx0,0 "},
     {"PinchIsTheRatioOfDistances", "pinch",
      "1+150,200 2+250,200 1>149,200&2>251,200 1>100,200&2>300,200 3+10,10 1>50,200&2>350,200 2-350,200",
      "pinch+2 pinch~3 pinch.3 "},
@@ -38,19 +37,16 @@ const Script kScripts[] = {
     {"RotationFromOnePoint", "rotation", "1+100,50 2+200,50 1>200,50 2-200,50", ""},
     {"RotationCrossesTheSeam", "rotation", "1+200,200 2+100,200 2>200,100 2>300,200 2>200,300 2>100,200 2>200,100 2x",
      "rotation+1.571 rotation~3.142 rotation~4.712 rotation~6.283 rotation~7.854 rotationx7.854 "},
-    {"RotationBeginsAfterThreeDegrees", "rotation", "1+0,0 2+100,0 2>100,4 2>100,6 2-100,6",
-     "rotation+0.06 rotation.0.06 "},
+    {"RotationBeginsAfterThreeDegrees", "rotation", "1+0,0 2+100,0 2>100,4 2>100,6 2x", "rotation+0.06 rotationx0.06 "},
     {"Tap", "tap", "t50,50 1+50,50 1-58,58 1+50,50 2+90,50 1-50,50 2-90,50", "tap. "},
-    {"DoubleTap", "twice", "t50,50 w0.3 t60,60", "twice. "},
     {"DoubleTapHeld", "twice", "t50,50 w0.3 1+50,50 w0.2 1-50,50", "twice. "},
     {"DoubleTapTooLate", "twice", "t50,50 w0.4 t50,50 w0.4 t50,50 t50,50", "twice. "},
     {"DoubleTapTooFar", "twice", "t50,50 t95,50 w1 t50,50 t85,50", "twice. "},
     {"LongPress", "press", "1+50,50 w0.4 1>55,55 w0.1 1>150,150 1-150,150", "press+ press~ press. "},
     {"LongPressStraysOrEndsTooSoon", "press", "1+50,50 1>61,50 w1 1-61,50 t50,50 w1 1+50,50 2+60,50 w1", ""},
-    {"LongPressAtOnce", "hold", "1+50,50 1>51,50 1-51,50", "hold+ hold~ hold. "},
     {"OneGestureAtATime", "pan tap pinch", "t50,50 1+50,50 1>80,50 2+150,50 1>80,50&2>250,50 1-80,50 2-250,50",
      "tap. pan+0,0 pan~50,0 pan.50,0 "},
-    {"SpreadingFingersArePinch", "pan tap pinch", "1+100,50 2+200,50 1>70,50&2>230,50 1>70,90&2>230,90 1x 2x",
+    {"SpreadingFingersPinch", "pan pinch", "1+100,50 2+200,50 1>70,50&2>230,50 1>70,90&2>230,90 1x 2x",
      "pinch+1.6 pinch~1.6 pinchx1.6 "},
     {"ChildrenGoBeforeAncestors", "pan child/pan", "d200,200>230,200 d20,20>50,20",
      "child/pan+0,0 child/pan.0,0 pan+0,0 pan.0,0 "},
@@ -91,50 +87,15 @@ protected:
     const std::shared_ptr<Rules> rules = std::make_shared<Rules>();
 };
 
-TEST_F(GestureTest, ValuesAreMeasuredInTheViewAskedForAndConsumed)
+TEST_F(GestureTest, APanIsMeasuredInTheViewAskedForAndConsumed)
 {
     child->setTransform(CGAffineTransform::rotation(std::numbers::pi / 2).scaled(2, 2));
     const auto pan = attachAs<UIPanGestureRecognizer>("child/pan");
     play("1+200,200 1>220,200 1>230,220"); // (10, 20) on the screen
     // A quarter turn clockwise: the child's x runs down the screen, its y to the left; lengths count half.
     EXPECT_EQ(text(pan->translationInView(child.get())), "10,-5");
-    EXPECT_EQ(text(pan->locationInView(root.get())), "230,220");
     pan->setTranslation({1, 0}, child.get());
     EXPECT_EQ(play("1>231,220 1x"), "child/pan~1,2 child/panx1,2 ");
-
-    const auto pinch = attachAs<UIPinchGestureRecognizer>("pinch");
-    play("1+10,20 2+20,20 1>10,20&2>30,20");
-    for (const double bad : {0.0, -1.0, kNan})
-        pinch->setScale(bad);
-    EXPECT_EQ(pinch->scale(), 2);
-    pinch->setScale(1);
-    EXPECT_EQ(play("2>40,20"), "pinch~1.5 ");
-    EXPECT_EQ(text(pinch->locationInView(nullptr)), "25,20");
-}
-
-TEST_F(GestureTest, GesturesWithoutFingersRunTheSameSteps)
-{
-    child->setTransform(CGAffineTransform::scaling(2, 2));
-    const auto pan = attachAs<UIPanGestureRecognizer>("child/pan");
-    EXPECT_TRUE(pan->perform({30, -20}, root.get()));
-    EXPECT_EQ(play(""), "child/pan+0,0 child/pan~30,-20 child/pan.30,-20 ");
-    EXPECT_TRUE(pan->perform({30, -20}, child.get()));
-    EXPECT_EQ(play(""), "child/pan+0,0 child/pan~60,-40 child/pan.60,-40 ");
-    const auto pinch = attachAs<UIPinchGestureRecognizer>("child/pinch");
-    EXPECT_TRUE(pinch->perform(2.5));
-    EXPECT_EQ(play(""), "child/pinch+1 child/pinch~2.5 child/pinch.2.5 ");
-    EXPECT_EQ(text(pinch->locationInView(root.get())), "200,200");
-    EXPECT_FALSE(pinch->perform(kNan));
-
-    rules->mayBegin = false;
-    pan->setDelegate(rules);
-    EXPECT_FALSE(pan->perform({1, 1}, nullptr));
-    pan->setDelegate({});
-    pan->setEnabled(false);
-    EXPECT_FALSE(pan->perform({1, 1}, nullptr));
-    child->removeGestureRecognizer(*pinch);
-    EXPECT_FALSE(pinch->perform(2));
-    EXPECT_EQ(play(""), "");
 }
 
 TEST_F(GestureTest, WheelsAndTouchpadsReachTheNearestRecogniser)
@@ -142,25 +103,23 @@ TEST_F(GestureTest, WheelsAndTouchpadsReachTheNearestRecogniser)
     attach("child/pinch");
     const auto far = attachAs<UIPinchGestureRecognizer>("pinch");
     const auto turn = attach("rotation");
-    const std::string near = "child/pinch+1 child/pinch~0.5 child/pinch.0.5 ";
     EXPECT_TRUE(fingers.wheel({150, 160}, 2));
     EXPECT_EQ(play(""), "child/pinch+1 child/pinch~1.21 child/pinch.1.21 ");
     EXPECT_TRUE(fingers.magnify({20, 30}, 0.5));
     EXPECT_EQ(play(""), "pinch+1 pinch~0.5 pinch.0.5 ");
     EXPECT_EQ(text(far->locationInView(nullptr)), "20,30");
-    EXPECT_TRUE(fingers.magnify({150, 160}, 0.5));
-    EXPECT_EQ(play(""), near);
     rules->together = true;
     far->setDelegate(rules);
     EXPECT_TRUE(fingers.magnify({150, 160}, 0.5));
-    EXPECT_EQ(play(""), near + "pinch+1 pinch~0.5 pinch.0.5 ");
+    EXPECT_EQ(play(""), "child/pinch+1 child/pinch~0.5 child/pinch.0.5 pinch+1 pinch~0.5 pinch.0.5 ");
     EXPECT_TRUE(fingers.wheel({150, 160}, -1, TouchDispatcher::Shift));
     EXPECT_EQ(play(""), "rotation+0 rotation~-0.052 rotation.-0.052 ");
 
     root->removeGestureRecognizer(*turn);
     EXPECT_FALSE(fingers.wheel({150, 160}, 1, TouchDispatcher::Shift));
+    far->setEnabled(false);
+    EXPECT_FALSE(fingers.wheel({20, 30}, 1));
     EXPECT_FALSE(fingers.magnify({150, 160}, 0));
-    EXPECT_FALSE(fingers.wheel({500, 500}, 1));
     EXPECT_FALSE(fingers.wheel({kNan, 0}, 1));
     EXPECT_EQ(play(""), "");
 }
@@ -178,46 +137,9 @@ TEST_F(GestureTest, EitherDelegateLetsBothGo)
     rules->mayBegin = false;
     inner->setDelegate(rules);
     EXPECT_EQ(play("d200,200>230,200"), "pan+0,0 pan.0,0 ");
-    rules->mayBegin = true;
     rules->mayReceive = false;
     play("1+200,200");
     EXPECT_EQ(inner->numberOfTouches(), 0u);
-    EXPECT_EQ(outer->numberOfTouches(), 1u);
-}
-
-/// Logs what touches tell it.
-class HeardView : public UIView {
-public:
-    using UIView::UIView;
-    void touchesBegan(const std::vector<UITouch*>& touches) override { note('+', touches); }
-    void touchesMoved(const std::vector<UITouch*>& touches) override { note('>', touches); }
-    void touchesEnded(const std::vector<UITouch*>& touches) override { note('-', touches); }
-    void touchesCancelled(const std::vector<UITouch*>& touches) override { note('x', touches); }
-
-    std::string log;
-
-private:
-    void note(char what, const std::vector<UITouch*>& touches)
-    {
-        for (const UITouch* touch : touches)
-            log += std::to_string(touch->id);
-        log += what;
-    }
-};
-
-TEST_F(GestureTest, ViewsHearUntilAGestureTakesTheTouch)
-{
-    const auto view = addView<HeardView>({0, 0, 100, 100});
-    const auto heardBy = [&](const char* script) {
-        play(script);
-        return std::exchange(view->log, {});
-    };
-    const char* const bothMove = "1+10,10 2+20,20 1>11,10&2>21,20 1-11,10 2x";
-    EXPECT_EQ(heardBy(bothMove), "1+1>1-");
-    view->setMultipleTouchEnabled(true);
-    EXPECT_EQ(heardBy(bothMove), "1+2+12>1-2x");
-    attach("pan");
-    EXPECT_EQ(heardBy("1+10,10 1>40,10 1>50,10 1-50,10"), "1+1x");
 }
 
 TEST_F(GestureTest, RemovingOrDisablingInsideTheAction)
@@ -229,7 +151,6 @@ TEST_F(GestureTest, RemovingOrDisablingInsideTheAction)
             root->removeAllGestureRecognizers();
     });
     EXPECT_EQ(play("1+50,50 1>70,50 1>80,50 1>90,50 1-90,50"), "pan+0,0 pan~10,0 panx10,0 ");
-    EXPECT_EQ(pan->view(), nullptr);
     EXPECT_EQ(pan->state(), State::Possible);
 
     const auto other = attach("pan");
@@ -237,12 +158,6 @@ TEST_F(GestureTest, RemovingOrDisablingInsideTheAction)
     EXPECT_EQ(play("1+50,50 1>70,50"), "pan+0,0 panx0,0 ");
     other->setEnabled(true); // the finger it has lost is not taken up again
     EXPECT_EQ(play("1>90,50 1-90,50"), "");
-
-    const auto closing = attach("child/tap");
-    closing->addAction([this](UIGestureRecognizer&) { child->removeFromSuperview(); });
-    EXPECT_EQ(play("t200,200"), "child/tap. ");
-    EXPECT_EQ(child->superview(), nullptr);
-    EXPECT_EQ(closing->state(), State::Possible);
 }
 
 TEST_F(GestureTest, ViewsThatGoTakeTheirGesturesAlong)
@@ -261,10 +176,9 @@ TEST_F(GestureTest, ViewsThatGoTakeTheirGesturesAlong)
     });
     EXPECT_EQ(play("1+200,200 2+220,200 1>230,200&2>250,200 1>240,200&2>260,200 1-240,200 2-260,200"),
               "child/pan+0,0 child/pan~10,0 ");
-    EXPECT_EQ(child, nullptr);
     EXPECT_EQ(pan->view(), nullptr);
 
-    const auto outer = attach("pan");
+    attach("pan");
     EXPECT_EQ(play("1+200,200 1>230,200"), "pan+0,0 ");
     root.reset(); // the whole tree
     EXPECT_EQ(play("1>240,200 1-240,200 1+200,200"), "");
@@ -274,21 +188,16 @@ TEST_F(GestureTest, ViewsThatGoTakeTheirGesturesAlong)
 TEST_F(GestureTest, TargetsThatAreGoneHearNothing)
 {
     struct Target : std::enable_shared_from_this<Target> {
-        void panned(UIPanGestureRecognizer& pan) { translation = pan.translationInView(nullptr); }
-        CGPoint translation;
+        void panned(UIPanGestureRecognizer&) { FAIL(); }
     };
     const auto pan = attachAs<UIPanGestureRecognizer>("pan");
-    auto target = std::make_shared<Target>();
-    pan->addTarget(target.get(), &Target::panned);
-    pan->perform({3, 4}, nullptr);
-    EXPECT_EQ(target->translation, (CGPoint{3, 4}));
-    target.reset();
+    pan->addTarget(std::make_shared<Target>().get(), &Target::panned);
     EXPECT_TRUE(pan->perform({5, 6}, nullptr));
 }
 
 TEST_F(GestureTest, BadEventsAreHarmless)
 {
-    const auto pan = attach("pan");
+    attach("pan");
     EXPECT_EQ(play("7>10,10 7-10,10 1+1e300,10"), "");
     fingers.touchBegan(1, {kNan, 10}, 0);
     EXPECT_FALSE(fingers.hasTouches());
@@ -298,8 +207,7 @@ TEST_F(GestureTest, BadEventsAreHarmless)
     fingers.touchMoved(1, {95, 50}, std::numeric_limits<double>::infinity());
     EXPECT_EQ(play(""), "pan+0,0 pan~5,0 ");
     fingers.touchBegan(1, {10, 10}, 1); // its end was lost on the way
-    EXPECT_EQ(play(""), "panx5,0 ");
-    EXPECT_EQ(pan->numberOfTouches(), 1u);
+    EXPECT_EQ(play("1>30,10"), "panx5,0 pan+0,0 ");
 }
 
 } // namespace

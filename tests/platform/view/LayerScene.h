@@ -7,11 +7,10 @@
 #include "platform/image/pixels/CGImage.h"
 #include "platform/image/pixels/UIImage.h"
 #include "platform/view/CALayer.h"
+#include "platform/view/UIView.h"
 
 #include <algorithm>
-#include <cmath>
 #include <cstddef>
-#include <cstdint>
 #include <gtest/gtest.h>
 #include <iterator>
 #include <memory>
@@ -31,6 +30,15 @@ inline std::shared_ptr<CALayer> makeLayer(const CGRect& frame, const std::option
     layer->setPosition({frame.midX(), frame.midY()});
     layer->setBackgroundColor(color);
     return layer;
+}
+
+inline std::shared_ptr<UIView> addView(UIView& parent, const CGRect& frame,
+                                       const std::optional<UIColor>& color = std::nullopt)
+{
+    auto view = std::make_shared<UIView>(frame);
+    view->setBackgroundColor(color);
+    parent.addSubview(view);
+    return view;
 }
 
 /// The layer as a picture of its bounds, RGBA premultiplied.
@@ -92,11 +100,6 @@ inline double coveredArea(const CGImage& image)
     for (const Rgba& pixel : pixelsOf(image))
         sum += pixel[3] / 255.0;
     return sum;
-}
-
-inline std::uint8_t byteOf(double value)
-{
-    return static_cast<std::uint8_t>(std::lround(value));
 }
 
 } // namespace lamina::test

@@ -26,9 +26,7 @@ namespace lamina::test {
 /// To three places, as scripts write numbers.
 inline std::string number(double value)
 {
-    std::ostringstream text;
-    text << std::round(value * 1000) / 1000 + 0.0;
-    return text.str();
+    return (std::ostringstream() << std::round(value * 1000) / 1000 + 0.0).str();
 }
 
 inline std::string text(CGPoint point)
@@ -65,7 +63,7 @@ protected:
     std::shared_ptr<UIGestureRecognizer> attach(const std::string& name)
     {
         const bool onChild = name.starts_with("child/");
-        auto recognizer = makeRecognizer(onChild ? name.substr(6) : name);
+        const auto recognizer = makeRecognizer(onChild ? name.substr(6) : name);
         recognizer->addAction([this, name](UIGestureRecognizer& r) {
             log += name + "?+~.x!"[static_cast<int>(r.state())] + progress(r) + ' ';
         });

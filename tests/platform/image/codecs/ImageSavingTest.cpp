@@ -1,7 +1,7 @@
 #include "platform/image/codecs/ImageSaving.h"
 
-#include "../../base/LogCapture.h"
 #include "CommandRunner.h"
+#include "LogCapture.h"
 #include "PillowReader.h"
 #include "TestPictures.h"
 

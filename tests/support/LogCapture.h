@@ -6,7 +6,7 @@
 #include <utility>
 #include <vector>
 
-namespace lamina {
+namespace lamina::test {
 
 /// Collects messages for as long as it lives.
 class LogCapture {
@@ -19,6 +19,15 @@ public:
     LogCapture(const LogCapture&) = delete;
     LogCapture& operator=(const LogCapture&) = delete;
 
+    /// All messages, each a line.
+    std::string text() const
+    {
+        std::string all;
+        for (const auto& [level, message] : messages)
+            all += message + '\n';
+        return all;
+    }
+
     /// To be read when nobody logs any more.
     std::vector<std::pair<LogLevel, std::string>> messages;
 
@@ -26,4 +35,4 @@ private:
     LogSink m_former;
 };
 
-} // namespace lamina
+} // namespace lamina::test
