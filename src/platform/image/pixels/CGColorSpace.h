@@ -13,7 +13,8 @@ namespace lamina {
 /// A cheap value (the profile is shared), usable from any thread.
 class CGColorSpace {
 public:
-    /// The colour components of a pixel, in memory's order: one of light, R G B, C M Y K (the most is full ink), or none.
+    /// The colour components of a pixel, in memory's order: one of light, R G B, C M Y K (the most is full ink), or
+    /// none.
     enum class Model { Gray, RGB, CMYK, AlphaOnly };
 
     /// One component of light by the curve of sRGB, 0 black.
