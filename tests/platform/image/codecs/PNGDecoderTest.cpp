@@ -51,10 +51,10 @@ int megabytesTakenBy(Body body)
     return WIFEXITED(status) ? WEXITSTATUS(status) : 255;
 }
 
-void appendBig32(Bytes& bytes, std::size_t value)
+void storeBig32(std::uint8_t* bytes, std::size_t value)
 {
     for (int shift = 24; shift >= 0; shift -= 8)
-        bytes.push_back(static_cast<std::uint8_t>(value >> shift));
+        *bytes++ = static_cast<std::uint8_t>(value >> shift);
 }
 
 /// A chunk of its head (type, name, the end of that and the method) and packed bytes.
@@ -66,10 +66,10 @@ Bytes packedChunk(const std::string& head, const Bytes& content)
     data.resize(head.size() + libdeflate_zlib_compress(compressor, content.data(), content.size(), &data[head.size()],
                                                        data.size() - head.size()));
     libdeflate_free_compressor(compressor);
-    Bytes chunk;
-    appendBig32(chunk, data.size() - 4); // without the type
-    append(chunk, data);
-    appendBig32(chunk, libdeflate_crc32(0, data.data(), data.size()));
+    Bytes chunk(data.size() + 8);
+    storeBig32(chunk.data(), data.size() - 4); // without the type
+    std::copy(data.begin(), data.end(), chunk.begin() + 4);
+    storeBig32(&chunk[chunk.size() - 4], libdeflate_crc32(0, data.data(), data.size()));
     return chunk;
 }
 
