@@ -444,6 +444,10 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>the file is not on this device</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>the file is too large for the device</source>
         <translation type="unfinished"></translation>
     </message>
@@ -453,10 +457,6 @@
     </message>
     <message>
         <source>the name is too long</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>the photo is not on this device</source>
         <translation type="unfinished"></translation>
     </message>
     <message>

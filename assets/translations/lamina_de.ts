@@ -444,6 +444,10 @@
         <translation>die Datei ist leer</translation>
     </message>
     <message>
+        <source>the file is not on this device</source>
+        <translation>die Datei liegt nicht auf diesem Gerät</translation>
+    </message>
+    <message>
         <source>the file is too large for the device</source>
         <translation>die Datei ist zu groß für das Gerät</translation>
     </message>
@@ -454,10 +458,6 @@
     <message>
         <source>the name is too long</source>
         <translation>der Name ist zu lang</translation>
-    </message>
-    <message>
-        <source>the photo is not on this device</source>
-        <translation>das Foto liegt nicht auf diesem Gerät</translation>
     </message>
     <message>
         <source>the picture has no palette</source>

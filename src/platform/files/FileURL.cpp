@@ -80,7 +80,7 @@ Result<std::string> pathOfFileURL(std::string_view url)
         rest.remove_prefix(rest.find(':') + 1);
     const std::string_view host = takeHost(rest);
     if (!isFile || !(host.empty() || equalIgnoringCase(host, "localhost")))
-        return Error{shownName(url, rest), "the photo is not on this device"};
+        return Error{shownName(url, rest), "the file is not on this device"};
     std::string path = percentDecoded(rest);
     if (path.empty() || path.front() != '/' || path.find('\0') != std::string::npos)
         return Error{shownName(url, rest), cause::kNoFileName};

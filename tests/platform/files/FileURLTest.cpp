@@ -24,7 +24,7 @@ TEST(FileURL, NamesAFileOfThisDevice)
 
 TEST(FileURL, SaysWhatIsWrong)
 {
-    constexpr const char* kElsewhere = "the photo is not on this device";
+    constexpr const char* kElsewhere = "the file is not on this device";
     constexpr const char* kNoName = "this is not the name of a file";
     for (const auto& [url, subject, cause] :
          {std::tuple{"https://example.org/far%20off.png?x=1", "far off.png", kElsewhere},
