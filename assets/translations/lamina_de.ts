@@ -96,10 +96,6 @@
         <translation>Ziehen verschiebt, zwei Finger zoomen</translation>
     </message>
     <message>
-        <source>Effects</source>
-        <translation>Effekte</translation>
-    </message>
-    <message>
         <source>Eight frames</source>
         <translation>Acht Rahmen</translation>
     </message>
@@ -378,6 +374,10 @@
     <message>
         <source>cancelled</source>
         <translation>abgebrochen</translation>
+    </message>
+    <message>
+        <source>fx</source>
+        <translation>Effekte</translation>
     </message>
     <message>
         <source>is a folder</source>

@@ -1,9 +1,9 @@
 // Every test drives the real window on the offscreen platform, on a session bus and in a home of its own.
+#include "OwnHome.h"
 #include "PrivateBus.h"
 
 #include <QGuiApplication>
 #include <QQuickWindow>
-#include <QTemporaryDir>
 
 #include <gtest/gtest.h>
 
@@ -11,10 +11,7 @@ int main(int argc, char** argv)
 {
     lamina::test::enterPrivateBus(argv);
     testing::InitGoogleTest(&argc, argv);
-    const QTemporaryDir home;
-    qputenv("HOME", home.path().toUtf8());
-    qputenv("XDG_CONFIG_HOME", home.filePath(QStringLiteral("config")).toUtf8());
-    qputenv("XDG_RUNTIME_DIR", home.path().toUtf8());
+    const lamina::test::OwnHome home;
     qputenv("QT_QPA_PLATFORM", "offscreen");
     qputenv("QT_SCALE_FACTOR", "3"); // a phone's display: the canvas has the pixels that are saved
     qputenv("LAMINA_REDUCED_MOTION", "1");
