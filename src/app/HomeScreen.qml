@@ -39,11 +39,11 @@ AppScreen {
         Item {
             id: page
 
-            readonly property real free: scroller.height - head.height - home.headGap
+            readonly property real free: scroller.height - head.height - home.headGap - keptWork.room
             readonly property real cardHeight: home.upright ? Math.max(140, Math.min(220, (free - 66 - 2 * home.gap) / 3))
                                              : home.lying ? Math.max(200, Math.min(320, free - 28))
                                              : Math.max(240, Math.min(442 * Math.max(1, Theme.textScale), free - 120))
-            readonly property real block: head.height + home.headGap + grid.height
+            readonly property real block: head.height + home.headGap + keptWork.room + grid.height
 
             width: scroller.width
             height: scroller.contentHeight
@@ -76,10 +76,24 @@ AppScreen {
                 }
             }
 
+            Loader {
+                id: keptWork
+                readonly property real room: active ? height + home.gap : 0
+                active: home.controller.workOffered
+                x: home.edge
+                y: head.y + head.height + (active ? Math.min(home.headGap, Tokens.space.l) : home.headGap)
+                width: home.usable
+                sourceComponent: KeptWorkCard {
+                    controller: home.controller
+                }
+                // Who has discarded it goes on with the cards.
+                onActiveChanged: if (!active) repeater.itemAt(home.controller.collageAvailable ? 0 : 2).focus = true
+            }
+
             Grid {
                 id: grid
                 x: home.edge
-                y: head.y + head.height + home.headGap
+                y: keptWork.y + keptWork.room
                 columns: home.upright ? 1 : 3
                 spacing: home.gap
 

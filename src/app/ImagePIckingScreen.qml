@@ -101,6 +101,14 @@ AppScreen {
                 width: page.width - x - (chooser.lying ? Tokens.space.l : page.buttonInset)
                 spacing: Tokens.space.m
                 LaminaButton {
+                    visible: chooser.controller.firstPhotoSetAside
+                    width: parent.width
+                    kind: "quiet"
+                    iconName: "undo"
+                    text: qsTranslate("Lamina", "Use the first photo again")
+                    onClicked: chooser.controller.useFirstPhotoAgain()
+                }
+                LaminaButton {
                     width: parent.width
                     iconName: "Gallery"
                     text: qsTranslate("Lamina", "Photo library")

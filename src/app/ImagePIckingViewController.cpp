@@ -42,10 +42,28 @@ int ImagePIckingViewController::step() const
 void ImagePIckingViewController::viewWillAppear(bool animated)
 {
     UIViewController::viewWillAppear(animated);
-    if (m_selectImage == backdropName())
+    readSlots();
+}
+
+void ImagePIckingViewController::readSlots()
+{
+    if (m_selectImage != backdropName()) {
+        m_selectImage = backdropName();
+        emit selectImageChanged();
+    }
+    if (m_firstPhotoSetAside != isFirstImageSetAside()) {
+        m_firstPhotoSetAside = !m_firstPhotoSetAside;
+        emit firstPhotoSetAsideChanged();
+    }
+}
+
+void ImagePIckingViewController::useFirstPhotoAgain()
+{
+    if (!wantsPhotos())
         return;
-    m_selectImage = backdropName();
-    emit selectImageChanged();
+    m_waiting.clear();
+    takeFirstImageAgain();
+    readSlots();
 }
 
 void ImagePIckingViewController::viewDidAppear(bool animated)
@@ -56,6 +74,7 @@ void ImagePIckingViewController::viewDidAppear(bool animated)
 
 void ImagePIckingViewController::backButton()
 {
+    forgetImageSetAside();
     if (const auto stack = navigationController())
         stack->popViewController(true);
 }

@@ -18,6 +18,7 @@ class ImagePIckingViewController : public UIViewController,
     Q_OBJECT
     Q_PROPERTY(QString selectImage READ selectImage NOTIFY selectImageChanged FINAL)
     Q_PROPERTY(int step READ step NOTIFY selectImageChanged FINAL)
+    Q_PROPERTY(bool firstPhotoSetAside READ firstPhotoSetAside NOTIFY firstPhotoSetAsideChanged FINAL)
 
 public:
     ImagePIckingViewController();
@@ -30,6 +31,12 @@ public:
 
     void viewWillAppear(bool animated) override;
     void viewDidAppear(bool animated) override;
+
+    /// Whether the first photo was given up and can be taken again: until another is taken, or this screen is left for
+    /// the home screen.
+    bool firstPhotoSetAside() const { return m_firstPhotoSetAside; }
+    /// Takes it again with its crop, so that the second photo is wanted.
+    Q_INVOKABLE void useFirstPhotoAgain();
 
     /// Back to the home screen; the slots stay.
     Q_INVOKABLE void backButton();
@@ -50,8 +57,10 @@ public:
 
 signals:
     void selectImageChanged();
+    void firstPhotoSetAsideChanged();
 
 private:
+    void readSlots();
     std::shared_ptr<UIImagePickerController> makePicker(UIImagePickerControllerSourceType source);
     void pickByHand(UIImagePickerControllerSourceType source);
     void openWaitingPhoto();
@@ -63,6 +72,7 @@ private:
     };
 
     QString m_selectImage;
+    bool m_firstPhotoSetAside = false;
     std::deque<WaitingPhoto> m_waiting;
     bool m_leadsToCrop = false; ///< a photo was picked, and the picker is still on its way out
 };

@@ -3,8 +3,10 @@
 #include "editors/common/ChangeNotifier.h"
 #include "editors/common/EditHistory.h"
 #include "editors/common/EditorToolBar.h"
+#include "editors/common/WorkKeeper.h"
 #include "platform/base/CGAffineTransform.h"
 #include "platform/base/CGGeometry.h"
+#include "platform/base/NotificationCenter.h"
 #include "platform/base/Result.h"
 #include "platform/image/pixels/UIImage.h"
 #include "platform/view/UIGestureRecognizer.h"
@@ -79,6 +81,11 @@ public:
     /// The same of the canvas as it stands.
     UIImage renderedCanvas() const;
 
+    /// Opens with a work that was kept, undo beginning there. To be called before the view loads; false when nothing
+    /// in it can be read.
+    virtual bool resumeWork(std::shared_ptr<KeptWork> work) = 0;
+    void viewWillDisappear(bool animated) override;
+
     /// Whether a picture is being saved.
     bool isSaving() const { return m_saving; }
     /// Where the last picture was saved, until it is dismissed or the next one is; empty: nothing to tell.
@@ -132,8 +139,13 @@ protected:
         view.addGestureRecognizer(std::move(recognizer));
     }
 
+    /// Keeps the work from now on, wherever works are kept: in the form `kind`, as `record` gives it.
+    void keepWork(const KeptKind& kind, std::function<KeptWork::Write()> record);
+    WorkKeeper& keeper() { return m_keeper; }
+
     /// Saves the flattened picture as a PNG file in the photo library's folder, in the background, and puts up a
-    /// notice; what goes wrong is told in an alert. Nothing while a picture is being saved.
+    /// notice; what goes wrong is told in an alert. Nothing while a picture is being saved. What was saved is not kept
+    /// any more.
     void savePicture();
     /// Asks whether to discard the work; yes runs `discard`, unless the editor is gone by then.
     void askToDiscard(std::function<void()> discard);
@@ -162,7 +174,9 @@ private:
 
     void endGesture(const UIGestureRecognizer& gesture, EditSeries series);
     void tellEdited();
-    void saved(const Result<std::string>& path);
+    void saved(const Result<std::string>& path, int revision);
+    UIImage workPrint() const;
+    void tellNotKept(const Error& error);
     void showSaveFailure(const Error& error);
     void setSaving(bool saving);
     void setNotice(const QString& notice);
@@ -174,6 +188,8 @@ private:
     bool m_edited = false;
     bool m_saving = false;
     QString m_notice;
+    WorkKeeper m_keeper;
+    NotificationObserver m_leaving;
 };
 
 } // namespace lamina

@@ -2,6 +2,7 @@
 set(LAMINA_QML_FILES
     app/HomeScreen.qml
     app/ImagePIckingScreen.qml
+    app/KeptWorkCard.qml
     app/PinchZoomScreen.qml
     app/ZoomRow.qml
     editors/blend/BlendPhotoButtons.qml
