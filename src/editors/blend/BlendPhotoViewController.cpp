@@ -65,9 +65,7 @@ void BlendPhotoViewController::viewDidLoad()
         putPickedPhotos(*kept);
     m_side = resumed() ? resumed()->side : UIScreen::main().bounds.width;
     m_toolSpacing = lamina::toolSpacing(m_side, kBlendToolSpaces);
-    // White paper under the stack: a clear canvas looks as it will be exported.
-    m_baseView = makeSquareView<UIView>(m_side);
-    m_baseView->setBackgroundColor(UIColor::white());
+    m_baseView = makeCanvas({0, 0, m_side, m_side});
     view().addSubview(m_baseView);
     takePickedPhotos();
     m_stickerHandleTag = kFirstStickerTag;

@@ -24,6 +24,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <type_traits>
 
 namespace lamina {
 
@@ -74,6 +75,9 @@ public:
     Q_INVOKABLE void nudge(double dx, double dy);
     /// The same for a pinch by `factor`; one that is not finite and positive does nothing.
     Q_INVOKABLE void zoomBy(double factor);
+    /// Takes the photo that takes gestures to the middle, as large and as turned as it is, where nothing of it is seen
+    /// any more; that is a step. Nothing while a part of it is seen.
+    Q_INVOKABLE void bringPhotoBack();
 
     /// The canvas as one picture, its points times the main screen's scale a side. First come the changes that an
     /// export makes to the canvas itself, where the editor has any; they are no step. Empty when memory is short.
@@ -130,11 +134,17 @@ protected:
         m_notifier.watch(std::move(read), std::move(notify), std::move(same));
     }
 
-    /// Attaches a new recogniser whose action is one of the three above: attachGesture(view, &Editor::pinch).
+    /// The view for an editor's tree to stand in; see EditorCanvasView. Not within a constructor.
+    std::shared_ptr<UIView> makeCanvas(const CGRect& frame);
+
+    /// Attaches a new recogniser whose action is one of the three above: attachGesture(view, &Editor::pinch). A finger
+    /// that joins a drag ends it, so that a pinch can follow.
     template <class Recognizer>
     void attachGesture(UIView& view, void (EditorViewController::*action)(Recognizer&))
     {
         auto recognizer = std::make_shared<Recognizer>();
+        if constexpr (std::is_same_v<Recognizer, UIPanGestureRecognizer>)
+            recognizer->setRestartsWithAnotherTouch(true);
         recognizer->addTarget(this, action);
         view.addGestureRecognizer(std::move(recognizer));
     }
