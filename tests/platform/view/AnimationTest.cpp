@@ -50,6 +50,7 @@ TEST_F(Animations, EndInTimeOrWhereSomethingElseTakesOver)
     const auto child = std::make_shared<UIView>(CGRect{10, 10, 50, 50});
     parent.addSubview(child);
     child->setAutoresizingMask(UIViewAutoresizing::FlexibleWidth);
+    const CGRect wide{0, 0, 200, 100};
     // "a" changes strip, alpha and bounds within a second; then comes this, and is heard of at once | before the second
     // is over | when it is.
     const std::pair<std::function<void()>, const char*> cases[] = {
@@ -59,10 +60,7 @@ TEST_F(Animations, EndInTimeOrWhereSomethingElseTakesOver)
         {[&] { start("b", 0.75, [&] { child->setCenter({}); }); }, "| | a+ b+ "},
         {[&] { child->setAlpha(0); }, "| | a+ "},
         {[&] { *strip = 1; }, "a- | | "},
-        {[&] {
-             parent.setBounds({0, 0, 200, 100});
-         },
-         "a- | | "}, // and the child's with it
+        {[&] { parent.setBounds(wide); }, "a- | | "}, // and the child's with it
         {[&] { strip.reset(); }, "a- | | "},
         {[&] { start("b", 0.75, [&] { start("c", 0, [&] { strip.reset(); }); }); }, "a- | c+ | b+ "},
         {[&] { PresentationHost::setCurrent(nullptr); }, "a+ | | "},

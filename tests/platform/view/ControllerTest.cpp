@@ -1,7 +1,7 @@
 #include "ControllerBench.h"
 
-#include "platform/view/PresentationHost.h"
 #include "platform/base/CGGeometry.h"
+#include "platform/view/PresentationHost.h"
 #include "platform/view/UIStoryboard.h"
 
 #include <cstddef>
