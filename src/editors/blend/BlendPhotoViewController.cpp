@@ -3,6 +3,7 @@
 #include "editors/blend/BlendTools.h"
 #include "editors/blend/PickedImages.h"
 #include "editors/common/EditorNotifications.h"
+#include "editors/common/PanelAnimation.h"
 #include "platform/base/CGAffineTransform.h"
 #include "platform/base/Localization.h"
 #include "platform/base/NotificationCenter.h"
@@ -283,10 +284,11 @@ std::optional<std::size_t> BlendPhotoViewController::photoOf(const UIView* view)
 
 void BlendPhotoViewController::hidePanels()
 {
-    const CGRect screen = view().frame();
-    m_panels.toolSubViewTopConst = kHiddenToolStrip;
-    m_panels.fxView = {0, screen.size.height, screen.size.width, 180};
-    m_panels.stickerScrollView = {0, screen.size.height, screen.size.width, 50};
+    animatePanels([this, screen = view().frame()] {
+        m_panels.toolSubViewTopConst = kHiddenToolStrip;
+        m_panels.fxView = {0, screen.size.height, screen.size.width, 180};
+        m_panels.stickerScrollView = {0, screen.size.height, screen.size.width, 50};
+    });
 }
 
 void BlendPhotoViewController::bringStickersToFront()

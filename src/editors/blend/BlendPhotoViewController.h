@@ -3,6 +3,7 @@
 #include "editors/blend/BlendComposition.h"
 #include "editors/common/CompositionEditor.h"
 #include "platform/base/CGGeometry.h"
+#include "platform/view/AnimatedProperty.h"
 #include "platform/view/UIImageMetaType.h"
 #include "platform/view/UIImageView.h"
 #include "platform/view/UIView.h"
@@ -101,9 +102,9 @@ public:
 
     /// Where the panels stand, for the view that draws them.
     struct Panels {
-        double toolSubViewTopConst = -250; ///< 0 shows the strip of sub-tools
-        CGRect fxView;
-        CGRect stickerScrollView;
+        Animated<double> toolSubViewTopConst{-250}; ///< 0 shows the strip of sub-tools
+        Animated<CGRect> fxView;
+        Animated<CGRect> stickerScrollView;
     };
     const Panels& panels() const { return m_panels; }
 

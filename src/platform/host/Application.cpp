@@ -77,6 +77,9 @@ Application::Application(const LaunchOptions& options)
     installSystemURLOpener();
     QObject::connect(m_screens.get(), &ScreenHost::presenting, &m_picker, &PickerPresenter::present);
     QObject::connect(&m_memory, &MemoryMonitor::lowMemory, &UIApplication::didReceiveMemoryWarning);
+    QObject::connect(&m_metrics, &ScreenMetrics::sizeChanged, m_screens.get(), [this](QSizeF size) {
+        m_screens->window().setSize({size.width(), size.height()});
+    });
     m_picker.setStartFolder(options.photosFolder);
 
     m_view.setColor(QColor(0x12, 0x13, 0x16)); // the table, before the first frame is drawn
@@ -84,6 +87,7 @@ Application::Application(const LaunchOptions& options)
     m_view.setResizeMode(QQuickView::SizeRootObjectToView);
     m_view.setMinimumSize(kSmallestWindow);
     chooseSize(options.size);
+    m_metrics.update(); // the first screen is laid out before the window is shown
     registerQmlTypes();
     m_view.engine()->addImportPath(QStringLiteral("qrc:/qt/qml"));
     m_view.engine()->addImageProvider(QStringLiteral("art"), new ArtProvider);

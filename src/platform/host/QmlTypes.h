@@ -10,12 +10,11 @@
 namespace lamina {
 
 /// The list of screens, for the types of its values alone.
-struct ScreenModelInQml {
-    Q_GADGET
-    QML_FOREIGN(lamina::ScreenModel)
-    QML_NAMED_ELEMENT(ScreenModel)
-    QML_UNCREATABLE("Host.screens is the one")
-};
+namespace ScreenModelInQml {
+Q_NAMESPACE
+QML_FOREIGN_NAMESPACE(lamina::ScreenRow)
+QML_NAMED_ELEMENT(ScreenModel)
+} // namespace ScreenModelInQml
 
 /// The application's settings object, as a singleton.
 struct SystemSettingsInQml {

@@ -66,8 +66,7 @@ ScreenHost::ScreenHost() = default;
 std::vector<ScreenModel::Row> ScreenHost::wantedScreens() const
 {
     std::vector<ScreenModel::Row> rows;
-    const auto add = [&rows](const std::shared_ptr<UIViewController>& screen, bool overlay,
-                             ScreenModel::Motion motion) {
+    const auto add = [&rows](const std::shared_ptr<UIViewController>& screen, bool overlay, ScreenRow::Motion motion) {
         rows.push_back({screen, layoutURLOf(*screen), overlay, motion});
     };
     bool presented = false;
@@ -75,9 +74,9 @@ std::vector<ScreenModel::Row> ScreenHost::wantedScreens() const
         const bool overlay = presented && showsThrough(*screen);
         if (const auto stack = std::dynamic_pointer_cast<UINavigationController>(screen))
             for (const auto& step : stack->viewControllers())
-                add(step, overlay, step == stack->viewControllers().front() ? ScreenModel::Fade : ScreenModel::Slide);
+                add(step, overlay, step == stack->viewControllers().front() ? ScreenRow::Fade : ScreenRow::Slide);
         else
-            add(screen, overlay, ScreenModel::Fade);
+            add(screen, overlay, ScreenRow::Fade);
         presented = true;
     }
     return rows;

@@ -34,6 +34,8 @@ public:
     bool inTransition() const { return m_inTransition; }
 
     void startTransition(const PresentationTransition& transition, std::function<void()> finished) override;
+    /// As the durations say.
+    bool showsMotion() const override { return m_durations.slide > 0 || m_durations.fade > 0; }
 
 signals:
     /// A screen is about to be presented.

@@ -44,6 +44,7 @@ void ScreenMetrics::update()
         std::max(width <= height || height < kWidest ? std::max(width, height) : height, screen.bounds.width);
     screen.scale = std::max(kLeastScale, static_cast<double>(m_window.effectiveDevicePixelRatio()));
     UIScreen::setMain(screen);
+    emit sizeChanged({width, height});
 }
 
 } // namespace lamina

@@ -1,18 +1,20 @@
 #pragma once
 
+#include "platform/view/ListModel.h"
 #include "platform/view/UIViewController.h"
 
-#include <QAbstractListModel>
+#include <QObject>
 #include <QUrl>
 
+#include <cstddef>
 #include <memory>
 #include <vector>
 
 namespace lamina {
 
-/// The screens that the window holds, from the bottom to the top. Each row is drawn by the QML file at its `source`.
-class ScreenModel : public QAbstractListModel {
-    Q_OBJECT
+/// One screen, and how it is to be shown.
+struct ScreenRow {
+    Q_GADGET
 
 public:
     /// Waiting: on its way in, or out. Covered: another screen stands over it and hides it.
@@ -21,23 +23,25 @@ public:
     /// How a screen comes and goes: pushed from the side, or faded in.
     enum Motion { Slide, Fade };
     Q_ENUM(Motion)
-    /// What a row tells its view.
-    enum Role { ControllerRole = Qt::UserRole, SourceRole, PhaseRole, MotionRole, FrontRole };
 
-    /// One screen, and how it is to be shown.
-    struct Row {
-        std::shared_ptr<UIViewController> controller;
-        QUrl source;
-        bool overlay = false; ///< lets what lies below show through
-        Motion motion = Fade;
-        Phase phase = Waiting;
-        bool front = false; ///< has the keyboard
-        bool leaving = false;
-    };
+    std::shared_ptr<UIViewController> controller;
+    QUrl source;
+    bool overlay = false; ///< lets what lies below show through
+    Motion motion = Fade;
+    Phase phase = Waiting;
+    bool front = false; ///< has the keyboard
+    bool leaving = false;
+};
 
-    int rowCount(const QModelIndex& parent = {}) const override;
-    QVariant data(const QModelIndex& index, int role) const override;
-    QHash<int, QByteArray> roleNames() const override;
+/// The screens that the window holds, from the bottom to the top. Each row is drawn by the QML file at its `source`;
+/// views see all but `overlay` and `leaving`.
+class ScreenModel : public ListModel<ScreenRow> {
+    Q_OBJECT
+
+public:
+    using Row = ScreenRow;
+
+    ScreenModel();
 
     /// Makes the rows those given, in their order. New ones wait; ones that are not given go on to leave, and stay
     /// until `removeLeaving`. Then `settle` says who is seen.
@@ -48,10 +52,8 @@ public:
     void removeLeaving();
 
 private:
-    int find(const UIViewController* controller) const;
-    void setPhase(Row& row, Phase phase, bool front);
-
-    std::vector<Row> m_rows;
+    /// The number of rows where there is none.
+    std::size_t find(const UIViewController* controller) const;
 };
 
 } // namespace lamina

@@ -28,6 +28,7 @@ set(LAMINA_QML_FILES
     platform/host/controls/Icon.qml
     platform/host/controls/IconButton.qml
     platform/host/controls/LaminaButton.qml
+    platform/host/controls/MotionBehavior.qml
     platform/host/controls/Paper.qml
     platform/host/controls/PhotoButton.qml
     platform/host/controls/Scrim.qml

@@ -2,6 +2,7 @@
 
 #include "platform/view/HeadlessHost.h"
 #include "platform/view/ScreenTransition_p.h"
+#include "platform/view/UIViewAnimationRun_p.h"
 
 #include <utility>
 
@@ -25,8 +26,10 @@ std::shared_ptr<PresentationHost> PresentationHost::current()
 void PresentationHost::setCurrent(std::shared_ptr<PresentationHost> host)
 {
     const auto former = std::exchange(hostInForce(), host ? std::move(host) : std::make_shared<HeadlessHost>());
-    if (former != hostInForce())
-        ScreenTransition::finishForLostHost();
+    if (former == hostInForce())
+        return;
+    ScreenTransition::finishForLostHost();
+    UIViewAnimationRun::finishForLostHost();
 }
 
 } // namespace lamina

@@ -24,10 +24,12 @@ public:
     virtual ~PresentationHost() = default;
     /// Shows the transition and calls `finished` on a later turn of the main queue, when it is over.
     virtual void startTransition(const PresentationTransition& transition, std::function<void()> finished) = 0;
+    /// Whether what is animated is seen moving. Default false: nobody looks, and so nobody waits for it.
+    virtual bool showsMotion() const { return false; }
 
     /// The host in force; a headless one until another is set.
     static std::shared_ptr<PresentationHost> current();
-    /// Null: a headless one. A transition that the former host has not finished counts as finished.
+    /// Null: a headless one. Transitions and animations that the former host has not finished count as finished.
     static void setCurrent(std::shared_ptr<PresentationHost> host);
 };
 

@@ -133,6 +133,7 @@ bool ScreenTransition::beginAppearing(UIViewController& screen, bool animated)
     screen.m_appearance = UIViewController::Appearance::Appearing;
     screen.view(); // a screen that appears has its view
     screen.viewWillAppear(animated);
+    screen.layoutInWindow();
     return true;
 }
 

@@ -79,13 +79,68 @@ CGRect UIView::frame() const
 void UIView::setFrame(const CGRect& frame)
 {
     const CGAffineTransform t = transform();
-    m_layer->setBounds({bounds().origin, sizeWithBox(frame.size, t, bounds().size)});
+    changeBounds({bounds().origin, sizeWithBox(frame.size, t, bounds().size)});
     setCenter({frame.midX() - t.tx, frame.midY() - t.ty});
 }
 
 void UIView::setBounds(const CGRect& bounds)
 {
+    changeBounds(bounds);
+}
+
+void UIView::changeBounds(const CGRect& bounds)
+{
+    const CGSize before = this->bounds().size;
+    prepareChange(Bounds, bounds != this->bounds());
     m_layer->setBounds(bounds);
+    const CGSize after = this->bounds().size;
+    if (after == before || !m_autoresizesSubviews)
+        return;
+    for (const auto& child : std::vector(m_subviews)) // an override may change the tree
+        child->followSuperview(before, after);
+}
+
+void UIView::followSuperview(CGSize before, CGSize after)
+{
+    if (m_autoresizingMask == UIViewAutoresizing::None)
+        return;
+    const CGRect own = bounds();
+    const CGPoint topLeft{center().x - own.size.width / 2, center().y - own.size.height / 2};
+    const CGRect place = autoresized({topLeft, own.size}, m_autoresizingMask, before, after);
+    setBounds({own.origin, place.size});
+    setCenter({place.midX(), place.midY()});
+}
+
+void UIView::setCenter(CGPoint center)
+{
+    prepareChange(Center, center != this->center());
+    m_layer->setPosition(center);
+}
+
+void UIView::setTransform(const CGAffineTransform& transform)
+{
+    prepareChange(Transform, transform != this->transform());
+    m_layer->setAffineTransform(transform);
+}
+
+void UIView::setAlpha(double alpha)
+{
+    prepareChange(Alpha, alpha != this->alpha());
+    m_layer->setOpacity(alpha);
+}
+
+void UIView::setBackgroundColor(const std::optional<UIColor>& color)
+{
+    prepareChange(BackgroundColor, color != backgroundColor());
+    m_layer->setBackgroundColor(color);
+}
+
+void UIView::prepareChange(AnimatedPart part, bool differs)
+{
+    if (!m_animatables && UIViewAnimatable::isRecording())
+        m_animatables = std::make_unique<std::array<UIViewAnimatable, kAnimatedParts>>();
+    if (m_animatables)
+        (*m_animatables)[part].set(differs);
 }
 
 bool UIView::pointInside(CGPoint point) const

@@ -3,11 +3,14 @@
 #include "platform/view/CALayer.h"
 #include "platform/view/UIAccessibility.h"
 #include "platform/view/UIPointerShape.h"
+#include "platform/view/UIViewAnimation.h"
+#include "platform/view/UIViewAutoresizing.h"
 
 #include "platform/base/CGAffineTransform.h"
 #include "platform/base/CGGeometry.h"
 #include "platform/base/UIColor.h"
 
+#include <array>
 #include <cstddef>
 #include <functional>
 #include <memory>
@@ -43,20 +46,27 @@ public:
     virtual void setBounds(const CGRect& bounds);
     /// In the parent's coordinates.
     CGPoint center() const { return m_layer->position(); }
-    void setCenter(CGPoint center) { m_layer->setPosition(center); }
+    void setCenter(CGPoint center);
     /// About the centre.
     CGAffineTransform transform() const { return m_layer->affineTransform(); }
-    void setTransform(const CGAffineTransform& transform) { m_layer->setAffineTransform(transform); }
+    void setTransform(const CGAffineTransform& transform);
+
+    /// What follows the parent when the size of its bounds changes; see UIViewAutoresizing. Default None.
+    UIViewAutoresizing autoresizingMask() const { return m_autoresizingMask; }
+    void setAutoresizingMask(UIViewAutoresizing mask) { m_autoresizingMask = mask; }
+    /// Whether the children follow this view's size, each by its mask. Default true.
+    bool autoresizesSubviews() const { return m_autoresizesSubviews; }
+    void setAutoresizesSubviews(bool resizes) { m_autoresizesSubviews = resizes; }
 
     /// Of the view with all that stands in it; default 1.
     double alpha() const { return m_layer->opacity(); }
-    void setAlpha(double alpha) { m_layer->setOpacity(alpha); }
+    void setAlpha(double alpha);
     /// Default false.
     bool isHidden() const { return m_layer->isHidden(); }
     void setHidden(bool hidden) { m_layer->setHidden(hidden); }
     /// Default none.
     std::optional<UIColor> backgroundColor() const { return m_layer->backgroundColor(); }
-    void setBackgroundColor(const std::optional<UIColor>& color) { m_layer->setBackgroundColor(color); }
+    void setBackgroundColor(const std::optional<UIColor>& color);
     /// Default false: children are seen outside the bounds.
     bool clipsToBounds() const { return m_layer->masksToBounds(); }
     void setClipsToBounds(bool clips) { m_layer->setMasksToBounds(clips); }
@@ -146,10 +156,19 @@ protected:
     UIView(const CGRect& frame, std::shared_ptr<CALayer> layer);
 
 private:
+    /// What `animate` can move.
+    enum AnimatedPart : std::size_t { Bounds, Center, Transform, Alpha, BackgroundColor, kAnimatedParts };
+    void prepareChange(AnimatedPart part, bool differs);
+    void changeBounds(const CGRect& bounds);
+    void followSuperview(CGSize before, CGSize after);
+
     std::shared_ptr<CALayer> m_layer;
     UIView* m_superview = nullptr;
     std::vector<std::shared_ptr<UIView>> m_subviews;
     std::vector<std::shared_ptr<UIGestureRecognizer>> m_gestureRecognizers;
+    std::unique_ptr<std::array<UIViewAnimatable, kAnimatedParts>> m_animatables; ///< made by the first animation
+    UIViewAutoresizing m_autoresizingMask = UIViewAutoresizing::None;
+    bool m_autoresizesSubviews = true;
     int m_tag = 0;
     bool m_opaque = true;
     bool m_userInteractionEnabled = true;

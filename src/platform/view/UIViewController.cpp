@@ -6,6 +6,7 @@
 #include "platform/view/ScreenTransition_p.h"
 #include "platform/view/UINavigationController.h"
 #include "platform/view/UIStoryboard.h"
+#include "platform/view/UIWindow.h"
 
 #include <optional>
 #include <utility>
@@ -74,6 +75,42 @@ void UIViewController::viewWillAppear(bool) {}
 void UIViewController::viewDidAppear(bool) {}
 void UIViewController::viewWillDisappear(bool) {}
 void UIViewController::viewDidDisappear(bool) {}
+
+// ---- the window ----
+
+const UIWindow* UIViewController::window() const
+{
+    const UIViewController* step = this;
+    while (step && !step->m_window) {
+        const auto container = step->m_parent.lock();
+        step = container ? container.get() : step->m_presenting.lock().get();
+    }
+    return step ? step->m_window : nullptr;
+}
+
+CGSize UIViewController::windowSize() const
+{
+    const UIWindow* const standsIn = window();
+    return standsIn ? standsIn->size() : UIScreen::main().bounds;
+}
+
+UIInterfaceOrientation UIViewController::interfaceOrientation() const
+{
+    const CGSize size = windowSize();
+    return size.width > size.height ? UIInterfaceOrientation::LandscapeRight : UIInterfaceOrientation::Portrait;
+}
+
+void UIViewController::layoutInWindow()
+{
+    if (!m_view || !viewFollowsWindow())
+        return;
+    const CGSize size = windowSize();
+    if (m_view->bounds().size == size && m_laidOut)
+        return;
+    m_laidOut = true;
+    m_view->setFrame({{}, size});
+    viewDidLayoutSubviews();
+}
 
 // ---- who stands where ----
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/base/CGGeometry.h"
 #include "platform/base/Result.h"
 #include "platform/view/UIView.h"
 
@@ -17,11 +18,20 @@ namespace lamina {
 class UINavigationController;
 class UIStoryboard;
 class UIViewController;
+class UIWindow;
 struct UIStoryboardScene;
 
 /// How a presented screen lies over the one that presents it. The presenter of the first two leaves the window while it
 /// is covered (it hears viewWillDisappear), that of the others stays visible.
 enum class UIModalPresentationStyle { FullScreen = 0, CurrentContext = 3, OverFullScreen = 5, OverCurrentContext = 6 };
+
+/// How a window stands. The values are the platform's; of the two ways to lie down windows here know one.
+enum class UIInterfaceOrientation {
+    Portrait = 1, ///< higher than wide, or square
+    PortraitUpsideDown = 2,
+    LandscapeRight = 3, ///< wider than high
+    LandscapeLeft = 4,
+};
 
 /// Which of the system's own screens this is: it shows them in its own way, whoever presents them.
 enum class UISystemPresentation {
@@ -119,6 +129,18 @@ public:
     virtual void viewWillDisappear(bool animated);
     virtual void viewDidDisappear(bool animated);
 
+    /// Of the window this screen stands in, in points; without a window that of the main screen. Within
+    /// viewWillTransitionToSize still the former one.
+    CGSize windowSize() const;
+    /// How that window stands.
+    UIInterfaceOrientation interfaceOrientation() const;
+    /// The window is about to have another size, or to be turned. Told to screens with a loaded view, visible or not,
+    /// on a turn of its own; of sizes that follow each other quickly only the last. Default: nothing.
+    virtual void viewWillTransitionToSize(CGSize) {}
+    /// The root view has taken the window's size: while the screen appears, after viewWillAppear, and whenever the
+    /// window has another one. Only where viewFollowsWindow. Default: nothing.
+    virtual void viewDidLayoutSubviews() {}
+
     /// True from viewWillAppear until viewWillDisappear.
     bool isAppearing() const { return m_appearance == Appearance::Appearing || m_appearance == Appearance::Appeared; }
 
@@ -130,6 +152,9 @@ protected:
     /// size.
     virtual void loadView();
     void setView(std::shared_ptr<UIView> view) { m_view = std::move(view); }
+    /// Whether the root view is kept as large as the window, and its children with it by their autoresizing masks.
+    /// Default false: it keeps the size with which it was loaded.
+    virtual bool viewFollowsWindow() const { return false; }
 
 private:
     friend class UINavigationController;
@@ -138,6 +163,8 @@ private:
     friend class ScreenTransition;
     enum class Appearance { Disappeared, Appearing, Appeared, Disappearing };
 
+    const UIWindow* window() const;
+    void layoutInWindow();
     std::shared_ptr<UIViewController> outermostContainer();
     Outcome canPresent(const UIViewController* controller) const;
     std::vector<std::shared_ptr<UIViewController>> visibleScreens();
@@ -150,9 +177,11 @@ private:
     std::shared_ptr<UIViewController> m_presented;
     std::weak_ptr<UIViewController> m_presenting;
     std::weak_ptr<UIViewController> m_parent;
+    UIWindow* m_window = nullptr; ///< of which this is the first screen
     std::shared_ptr<UIStoryboard> m_storyboard;
     std::shared_ptr<const UIStoryboardScene> m_scene;
     Appearance m_appearance = Appearance::Disappeared;
+    bool m_laidOut = false;
 };
 
 } // namespace lamina

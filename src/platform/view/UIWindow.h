@@ -2,7 +2,11 @@
 
 #include "platform/view/UIViewController.h"
 
+#include "platform/base/CGGeometry.h"
+
 #include <memory>
+#include <optional>
+#include <vector>
 
 namespace lamina {
 
@@ -21,8 +25,20 @@ public:
     /// none.
     std::shared_ptr<UIViewController> topViewController() const;
 
+    /// Points; that of the main screen until one is set.
+    CGSize size() const;
+    /// For whoever knows the real window. In force at once while there are no screens; otherwise the screens are told
+    /// and laid out on a later turn, and of sizes set before that turn only the last counts. One that is not finite and
+    /// positive is ignored.
+    void setSize(CGSize size);
+
 private:
+    std::vector<std::shared_ptr<UIViewController>> screens() const;
+    void takeSize(CGSize size);
+
     std::shared_ptr<UIViewController> m_root;
+    std::optional<CGSize> m_size;
+    std::shared_ptr<CGSize> m_comingSize; ///< null: none waits for its turn
 };
 
 } // namespace lamina

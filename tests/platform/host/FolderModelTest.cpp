@@ -33,11 +33,8 @@ protected:
     {
         EXPECT_TRUE(runUntil([this] { return !model.isLoading(); }));
         Names names;
-        for (int row = 0; row < model.rowCount(); ++row) {
-            const bool isFolder = model.data(model.index(row), FolderModel::IsFolderRole).toBool();
-            names.push_back(model.data(model.index(row), FolderModel::NameRole).toString().toStdString() +
-                            (isFolder ? "/" : ""));
-        }
+        for (const FolderEntry& entry : model.rows())
+            names.push_back(entry.name + (entry.isFolder ? "/" : ""));
         for (const QString& text : {model.note(), model.error()})
             if (!text.isEmpty())
                 names.push_back(text.toStdString());
@@ -74,7 +71,7 @@ TEST_F(Folders, ShowFoldersFirstThenPictures)
     EXPECT_EQ(model.rowCount(), 0) << "nothing waits for the disk";
     EXPECT_EQ(shown(), (Names{"A/", "album.jpg/", "b/", "folder 9/", "folder 10/", "link.png", "zebra.webp",
                               "Ämter.heic", "img9.JPEG", "img10.jpg"}));
-    EXPECT_EQ(model.data(model.index(5), FolderModel::PathRole).toString(), path("link.png"));
+    EXPECT_EQ(model.rows()[5].path, folder.path("link.png"));
     model.setOrder(FolderModel::ByName);
     EXPECT_EQ(shown(), (Names{"A/", "album.jpg/", "b/", "folder 9/", "folder 10/", "Ämter.heic", "img9.JPEG",
                               "img10.jpg", "link.png", "zebra.webp"}));

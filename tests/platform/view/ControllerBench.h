@@ -14,7 +14,8 @@
 
 namespace lamina::test {
 
-/// Writes down what it is told: "A+" will appear, "A!" did appear, "A-" will disappear, "A." did disappear.
+/// Writes down what it is told: "A+" will appear, "A!" did appear, "A-" will disappear, "A." did disappear, "At" the
+/// window is about to have another size, "Al" the view has it.
 class HeardScreen : public UIViewController {
 public:
     HeardScreen(std::string name, std::string& log)
@@ -26,6 +27,11 @@ public:
     void viewDidAppear(bool) override { note("!"); }
     void viewWillDisappear(bool) override { note("-"); }
     void viewDidDisappear(bool) override { note("."); }
+    void viewWillTransitionToSize(CGSize) override { note("t"); }
+    void viewDidLayoutSubviews() override { note("l"); }
+    bool viewFollowsWindow() const override { return follows; }
+
+    bool follows = false;
 
 private:
     void note(const char* what) { m_log += title() + what + ' '; }

@@ -1,5 +1,6 @@
 #include "ControllerBench.h"
 
+#include "platform/base/CGGeometry.h"
 #include "platform/view/PresentationHost.h"
 #include "platform/view/UIStoryboard.h"
 
@@ -7,6 +8,7 @@
 #include <map>
 #include <ostream>
 #include <sstream>
+#include <string>
 
 namespace lamina::test {
 namespace {
@@ -155,6 +157,29 @@ TEST_F(ControllerTest, HostsTakeTheirTimeOneTransitionAtATime)
     late(); // of another transition than the one under way
     EXPECT_EQ(heard(), "S+ ");
     PresentationHost::setCurrent(nullptr);
+}
+
+TEST_F(ControllerTest, ScreensHearOfTheWindowsSizeAndFollowItIfTheyLike)
+{
+    const auto a = screen("A");
+    a->follows = true;
+    stack->pushViewController(a, false);
+    stack->present(screen("S", Style::OverFullScreen), false);
+    EXPECT_TRUE(heard().starts_with("R- A+ Al "));
+    const CGSize loaded = rootScreen->view().bounds().size;
+    for (const CGSize size : {CGSize{500, 400}, CGSize{300, 200}, CGSize{-1, 5}})
+        window.setSize(size);
+    EXPECT_EQ(log, "") << "never within the caller's layout";
+    EXPECT_EQ(heard(), "Rt At St Al ");
+    EXPECT_EQ(a->view().bounds().size, (CGSize{300, 200}));
+    EXPECT_EQ(rootScreen->view().bounds().size, loaded);
+    EXPECT_EQ(rootScreen->interfaceOrientation(), UIInterfaceOrientation::LandscapeRight);
+
+    auto other = std::make_unique<UIWindow>();
+    other->setRootViewController(screen("B"));
+    other->setSize({50, 50});
+    other.reset();
+    EXPECT_EQ(heard(), "B+ B! ") << "the size came to nobody";
 }
 
 TEST_F(ControllerTest, AlertsCloseBeforeTheirChoiceRuns)

@@ -44,6 +44,42 @@ TEST(ViewGeometry, TheFrameIsTheBoxAroundTheTransformedBounds)
     expectNear(turned.frame(), {30 - side / 2, 35 - side / 2, side, side});
 }
 
+TEST(ViewGeometry, ChildrenFollowTheirParentsSize)
+{
+    using Mask = UIViewAutoresizing;
+    constexpr Mask kAcross = Mask::FlexibleLeftMargin | Mask::FlexibleWidth | Mask::FlexibleRightMargin;
+    const struct {
+        Mask mask;
+        CGRect place; ///< in a parent of 100 by 100
+        CGRect then;  ///< in one of 200 by 60
+    } cases[] = {
+        {Mask::None, {20, 30, 50, 50}, {20, 30, 50, 50}},
+        {Mask::FlexibleLeftMargin | Mask::FlexibleHeight, {20, 30, 50, 50}, {120, 30, 50, 10}},
+        {kAcross | Mask::FlexibleTopMargin | Mask::FlexibleBottomMargin, {20, 30, 50, 50}, {40, 6, 100, 50}}, // 30 : 20
+        {Mask::FlexibleLeftMargin | Mask::FlexibleRightMargin, {0, 0, 100, 10}, {50, 0, 100, 10}}, // nothing to go by
+        {Mask::FlexibleHeight, {0, 75, 10, 25}, {0, 75, 10, 0}},
+    };
+    for (const auto& c : cases) {
+        UIView byFrame({5, 5, 100, 100});
+        UIView byBounds({5, 5, 100, 100});
+        for (UIView* const parent : {&byFrame, &byBounds})
+            addView(*parent, c.place)->setAutoresizingMask(c.mask);
+        byFrame.setFrame({9, 9, 200, 60});
+        byBounds.setBounds({9, 9, 200, 60});
+        for (const UIView* const parent : {&byFrame, &byBounds})
+            expectNear(parent->subviews()[0]->frame(), c.then);
+    }
+    UIView parent({0, 0, 100, 100});
+    const auto turned = addView(parent, {10, 10, 80, 20});
+    turned->setTransform(CGAffineTransform::rotation(kQuarter));
+    turned->setAutoresizingMask(Mask::FlexibleWidth);
+    parent.setFrame({0, 0, 150, 100});
+    parent.setAutoresizesSubviews(false);
+    parent.setFrame({0, 0, 300, 300});
+    expectNear(turned->bounds(), {0, 0, 130, 20}); // its own width, whichever way it is turned
+    expectNear(turned->center(), {75, 20});
+}
+
 TEST(ViewGeometry, RefusesWhatIsNotFinite)
 {
     const double nan = std::numeric_limits<double>::quiet_NaN();

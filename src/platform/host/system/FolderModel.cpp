@@ -71,7 +71,8 @@ struct FolderModel::Listing {
 };
 
 FolderModel::FolderModel(QObject* parent)
-    : QAbstractListModel(parent)
+    : ListModel({{"name", &FolderEntry::name}, {"path", &FolderEntry::path}, {"isFolder", &FolderEntry::isFolder}},
+                parent)
 {
 }
 
@@ -81,34 +82,6 @@ FolderModel::~FolderModel()
         return;
     stop();
     folderQueue().sync([] {});
-}
-
-int FolderModel::rowCount(const QModelIndex& parent) const
-{
-    return parent.isValid() ? 0 : static_cast<int>(m_entries.size());
-}
-
-QVariant FolderModel::data(const QModelIndex& index, int role) const
-{
-    if (!checkIndex(index, CheckIndexOption::IndexIsValid | CheckIndexOption::ParentIsInvalid))
-        return {};
-    const FolderEntry& entry = m_entries[static_cast<std::size_t>(index.row())];
-    switch (role) {
-    case Qt::DisplayRole:
-    case NameRole:
-        return QString::fromStdString(entry.name);
-    case PathRole:
-        return QString::fromStdString(entry.path);
-    case IsFolderRole:
-        return entry.isFolder;
-    default:
-        return {};
-    }
-}
-
-QHash<int, QByteArray> FolderModel::roleNames() const
-{
-    return {{NameRole, "name"}, {PathRole, "path"}, {IsFolderRole, "isFolder"}};
 }
 
 void FolderModel::setFolder(const QString& folder)
@@ -166,9 +139,7 @@ void FolderModel::refresh()
 
 void FolderModel::clear()
 {
-    beginResetModel();
-    m_entries.clear();
-    endResetModel();
+    reset({});
     m_error.clear();
     m_note.clear();
 }
@@ -214,9 +185,7 @@ void FolderModel::show(Listing listing)
     m_note = found ? noteOn(*found) : QString();
     m_error = found ? QString() : QString::fromStdString(localizedString(found.error().cause));
     m_cancelled = nullptr;
-    beginResetModel();
-    m_entries = found ? std::move(listing.contents->entries) : std::vector<FolderEntry>();
-    endResetModel();
+    reset(found ? std::move(listing.contents->entries) : std::vector<FolderEntry>());
     if (placesMoved)
         emit placesChanged();
     if (moved)

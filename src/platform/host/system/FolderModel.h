@@ -1,8 +1,8 @@
 #pragma once
 
 #include "platform/host/system/FolderListing.h"
+#include "platform/view/ListModel.h"
 
-#include <QAbstractListModel>
 #include <QVariantList>
 
 #include <atomic>
@@ -12,9 +12,10 @@
 
 namespace lamina {
 
-/// A folder as the chooser in the window shows it: the folders in it, then its pictures. Listed in the background;
-/// until then it is empty and `loading`. It does not look by itself whether something has changed. Main thread.
-class FolderModel : public QAbstractListModel {
+/// A folder as the chooser in the window shows it: the folders in it, then its pictures, as `name`, `path` and
+/// `isFolder`. Listed in the background; until then it is empty and `loading`. It does not look by itself whether
+/// something has changed. Main thread.
+class FolderModel : public ListModel<FolderEntry> {
     Q_OBJECT
     /// Absolute and without ".." when read. What is set may be relative; setting the same folder again lists it anew.
     Q_PROPERTY(QString folder READ folder WRITE setFolder NOTIFY folderChanged FINAL)
@@ -36,19 +37,12 @@ public:
     /// How pictures are sorted; folders always go by name.
     enum Order { NewestFirst, ByName };
     Q_ENUM(Order)
-    /// "name", "path" and "isFolder" in views.
-    enum Role { NameRole = Qt::UserRole + 1, PathRole, IsFolderRole };
-
     /// More entries than this are not shown: nobody scrolls that far.
     static constexpr std::size_t kDefaultLimit = 10'000;
 
     explicit FolderModel(QObject* parent = nullptr);
     /// Stops the listing that is under way, and waits until it has stopped: Qt's own end must not overtake it.
     ~FolderModel() override;
-
-    int rowCount(const QModelIndex& parent = {}) const override;
-    QVariant data(const QModelIndex& index, int role) const override;
-    QHash<int, QByteArray> roleNames() const override;
 
     /// Goes to a folder and lists it; relative ones count from the working directory, the empty one changes nothing.
     QString folder() const { return m_folder; }
@@ -88,7 +82,6 @@ private:
     QString m_folder;
     Order m_order = NewestFirst;
     std::size_t m_limit = kDefaultLimit;
-    std::vector<FolderEntry> m_entries;
     QString m_error;
     QString m_note;
     QVariantList m_places;
