@@ -2,11 +2,13 @@
 #include "WindowTest.h"
 
 #include "app/ViewController.h"
+#include "editors/blend/BlendComposition.h"
 #include "editors/blend/PickedImages.h"
 #include "platform/base/CGAffineTransform.h"
 #include "platform/base/CGGeometry.h"
 
 #include <QColorSpace>
+#include <QTest>
 
 #include <gmock/gmock.h>
 
@@ -131,6 +133,31 @@ TEST_F(BlendRoad, ByMouseAndWheel)
     EXPECT_FALSE(driver->click(QStringLiteral("Undo"))) << "there is nothing left to undo";
     ASSERT_TRUE(driver->click(QStringLiteral("Redo")));
     EXPECT_NEAR(secondTransform().tx, -25, 1);
+}
+
+TEST_F(BlendRoad, APhotoThatWasLostIsCaughtAndThePointerTells)
+{
+    open();
+    goToBlend();
+    const auto blend = driver->top<BlendPhotoViewController>();
+    const QPointF corner = driver->canvas()->mapToScene({4, 4});
+    EXPECT_EQ(driver->application().bridge().lastPointer(), QStringLiteral("touch"));
+    Qt::CursorShape dragging = Qt::ArrowCursor;
+    QObject::connect(blend.get(), &BlendPhotoViewController::changed, driver->canvas(),
+                     [&] { dragging = driver->pointer(); });
+    blend->nudge(2 * kWidth, 0);
+    driver->dragCanvasWithMouse({-25, 0}); // beside the photo
+    EXPECT_NEAR(secondTransform().tx, 2 * kWidth - 25, 1);
+    EXPECT_EQ(dragging, Qt::ClosedHandCursor);
+    EXPECT_EQ(driver->application().bridge().lastPointer(), QStringLiteral("mouse"));
+    EXPECT_EQ(driver->pointerAt(corner), Qt::OpenHandCursor);
+    QTest::mouseDClick(&driver->view(), Qt::LeftButton, Qt::NoModifier, corner.toPoint());
+    EXPECT_EQ(secondTransform(), CGAffineTransform());
+    driver->press(Qt::Key_Z, Qt::ControlModifier);
+    driver->press(Qt::Key_Home);
+    EXPECT_EQ(secondTransform(), CGAffineTransform());
+    EXPECT_EQ(driver->pointer(), Qt::OpenHandCursor);
+    EXPECT_EQ(driver->pointerAt(WindowDriver::middleOf(*driver->item(QStringLiteral("Photo 1")))), Qt::ArrowCursor);
 }
 
 TEST_F(BlendRoad, ByKeysAlone)

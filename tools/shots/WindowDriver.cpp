@@ -218,6 +218,19 @@ void WindowDriver::dragCanvasWithMouse(QPointF by)
     settle();
 }
 
+Qt::CursorShape WindowDriver::pointerAt(QPointF place)
+{
+    QTest::mouseMove(&view(), place.toPoint());
+    settle();
+    return pointer();
+}
+
+Qt::CursorShape WindowDriver::pointer()
+{
+    const QCursor* const over = QGuiApplication::overrideCursor();
+    return over ? over->shape() : view().cursor().shape();
+}
+
 void WindowDriver::pinchCanvas(double before, double after)
 {
     const QPointF middle = middleOf(shownCanvas());

@@ -71,6 +71,9 @@ public:
     /// One finger, or the mouse, from the canvas's middle by points of the window, in small steps.
     void dragCanvas(QPointF by);
     void dragCanvasWithMouse(QPointF by);
+    /// What the mouse's pointer looks like, once it has moved to a place of the window.
+    Qt::CursorShape pointerAt(QPointF place);
+    Qt::CursorShape pointer();
     /// Two fingers about the canvas's middle, from `before` to `after` apart.
     void pinchCanvas(double before, double after);
 

@@ -3,6 +3,7 @@
 #include "platform/view/TouchDispatcher.h"
 
 #include "platform/base/CGGeometry.h"
+#include "platform/view/UIPointerShape.h"
 #include "platform/view/UIView.h"
 
 #include <QPointF>
@@ -47,6 +48,8 @@ public:
     bool wheelTurned(const QWheelEvent& event);
     /// A touchpad's pinch or rotation; false when nothing under the pointer cares.
     bool nativeGesture(const QNativeGestureEvent& event);
+    /// See TouchDispatcher::pointerShape.
+    UIPointerShape pointerShape(QPointF position) const { return m_dispatcher.pointerShape(treePoint(position)); }
     /// Takes all fingers away.
     void cancel();
 

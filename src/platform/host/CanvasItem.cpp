@@ -3,7 +3,9 @@
 #include "platform/host/ImageConversion.h"
 #include "platform/host/ImageNode.h"
 #include "platform/image/pixels/CGImage.h"
+#include "platform/view/UIPointerShape.h"
 
+#include <QGuiApplication>
 #include <QQuickWindow>
 
 #include <algorithm>
@@ -11,12 +13,46 @@
 
 namespace lamina {
 
+namespace {
+
+Qt::CursorShape cursorFor(UIPointerShape shape)
+{
+    switch (shape) {
+    case UIPointerShape::Arrow:
+        return Qt::ArrowCursor;
+    case UIPointerShape::OpenHand:
+        return Qt::OpenHandCursor;
+    case UIPointerShape::ClosedHand:
+        return Qt::ClosedHandCursor;
+    case UIPointerShape::ResizeAcross:
+        return Qt::SizeHorCursor;
+    case UIPointerShape::ResizeDiagonally:
+        return Qt::SizeBDiagCursor;
+    case UIPointerShape::Cross:
+        return Qt::CrossCursor;
+    }
+    return Qt::ArrowCursor;
+}
+
+} // namespace
+
+ClosedHand::ClosedHand()
+{
+    QGuiApplication::setOverrideCursor(Qt::ClosedHandCursor);
+}
+
+ClosedHand::~ClosedHand()
+{
+    QGuiApplication::restoreOverrideCursor();
+}
+
 CanvasItem::CanvasItem(QQuickItem* parent)
     : QQuickItem(parent)
 {
     setFlag(ItemHasContents);
     setAcceptedMouseButtons(Qt::LeftButton);
     setAcceptTouchEvents(true);
+    setAcceptHoverEvents(true);
 }
 
 CanvasItem::~CanvasItem() = default;
@@ -40,6 +76,7 @@ void CanvasItem::setAcceptsInput(bool accepts)
     m_acceptsInput = accepts;
     if (m_input && !accepts)
         m_input->cancel();
+    releaseMouse();
     emit acceptsInputChanged();
 }
 
@@ -47,6 +84,8 @@ void CanvasItem::showView(std::shared_ptr<UIView> view)
 {
     m_renderer.reset();
     m_input.reset();
+    m_closedHand.reset();
+    m_elements.update(nullptr);
     m_image = {};
     m_imageChanged = true;
     m_view = std::move(view);
@@ -98,6 +137,8 @@ void CanvasItem::updatePolish()
     if (!m_renderer || !isVisible() || !window() || width() <= 0)
         return;
     const IntRect painted = m_renderer->render();
+    m_elements.update(m_view.get());
+    setPointer();
     if (painted.isEmpty())
         return;
     copyPainted(painted);
@@ -167,14 +208,53 @@ void CanvasItem::setVisualFocus(bool visual)
     emit visualFocusChanged();
 }
 
+void CanvasItem::hoverEnterEvent(QHoverEvent* event)
+{
+    hoverMoveEvent(event);
+}
+
+void CanvasItem::hoverMoveEvent(QHoverEvent* event)
+{
+    m_pointer = event->position();
+    setPointer();
+}
+
+void CanvasItem::hoverLeaveEvent(QHoverEvent*)
+{
+    m_pointer.reset();
+}
+
+void CanvasItem::setPointer()
+{
+    if (!m_pointer || m_closedHand)
+        return;
+    const bool live = m_input && m_acceptsInput;
+    const Qt::CursorShape wanted = cursorFor(live ? m_input->pointerShape(*m_pointer) : UIPointerShape::Arrow);
+    if (cursor().shape() != wanted)
+        setCursor(wanted);
+}
+
+void CanvasItem::takeMouse(const QMouseEvent& event)
+{
+    setKeepMouseGrab(true);
+    forceActiveFocus(Qt::MouseFocusReason);
+    emit touched();
+    if (!m_closedHand && m_input->pointerShape(event.position()) == UIPointerShape::OpenHand)
+        m_closedHand.emplace();
+    m_input->mousePressed(event);
+}
+
+void CanvasItem::releaseMouse()
+{
+    m_closedHand.reset();
+    setPointer();
+}
+
 void CanvasItem::mousePressEvent(QMouseEvent* event)
 {
     if (!m_input || !m_acceptsInput)
         return event->ignore();
-    setKeepMouseGrab(true);
-    forceActiveFocus(Qt::MouseFocusReason);
-    emit touched();
-    m_input->mousePressed(*event);
+    takeMouse(*event);
 }
 
 void CanvasItem::mouseMoveEvent(QMouseEvent* event)
@@ -188,6 +268,8 @@ void CanvasItem::mouseReleaseEvent(QMouseEvent* event)
     setKeepMouseGrab(false);
     if (m_input)
         m_input->mouseReleased(*event);
+    m_pointer = event->position();
+    releaseMouse();
 }
 
 void CanvasItem::mouseDoubleClickEvent(QMouseEvent* event)
@@ -195,6 +277,7 @@ void CanvasItem::mouseDoubleClickEvent(QMouseEvent* event)
     if (!m_input || !m_acceptsInput)
         return event->ignore();
     const CGPoint point = m_input->treePoint(event->position());
+    takeMouse(*event); // two drags that follow each other quickly are drags both
     emit doubleTapped(point.x, point.y);
 }
 
@@ -202,6 +285,7 @@ void CanvasItem::mouseUngrabEvent()
 {
     if (m_input)
         m_input->cancel();
+    releaseMouse();
 }
 
 void CanvasItem::touchEvent(QTouchEvent* event)

@@ -1,24 +1,38 @@
 #pragma once
 
 #include "platform/base/CGGeometry.h"
+#include "platform/host/CanvasElements.h"
 #include "platform/host/CanvasInput.h"
 #include "platform/view/CanvasRenderer.h"
 #include "platform/view/UIView.h"
 #include "platform/view/UIViewController.h"
 
+#include <QAbstractItemModel>
 #include <QImage>
+#include <QPointF>
 #include <QPointer>
 #include <QQuickItem>
 
 #include <memory>
+#include <optional>
 
 namespace lamina {
+
+/// A closed hand wherever the mouse goes, for as long as this lives.
+class ClosedHand {
+public:
+    ClosedHand();
+    ~ClosedHand();
+    ClosedHand(const ClosedHand&) = delete;
+    ClosedHand& operator=(const ClosedHand&) = delete;
+};
 
 /// The place in the window where a screen's tree of views is seen and touched: `canvasView()` of the controller, drawn
 /// at the display's own pixels and stretched to this item's width. Fingers, mouse, wheel and touchpad reach the tree in
 /// its own points, whatever the item's size. Give the item the tree's proportions.
 ///
-/// It paints when the tree changes and at no other time, and only what has changed.
+/// It paints when the tree changes and at no other time, and only what has changed. The mouse's pointer is what the
+/// tree says, and a closed hand while the mouse drags from a place that has an open one.
 class CanvasItem : public QQuickItem {
     Q_OBJECT
     QML_NAMED_ELEMENT(ViewCanvas)
@@ -28,6 +42,8 @@ class CanvasItem : public QQuickItem {
     Q_PROPERTY(bool visualFocus READ hasVisualFocus NOTIFY visualFocusChanged FINAL)
     /// Default true. Off: the tree is only seen; fingers down are cancelled.
     Q_PROPERTY(bool acceptsInput READ acceptsInput WRITE setAcceptsInput NOTIFY acceptsInputChanged FINAL)
+    /// The tree's accessibility elements; see CanvasElements.
+    Q_PROPERTY(QAbstractItemModel* elements READ elements CONSTANT FINAL)
 
 public:
     explicit CanvasItem(QQuickItem* parent = nullptr);
@@ -40,6 +56,8 @@ public:
     bool acceptsInput() const { return m_acceptsInput; }
     void setAcceptsInput(bool accepts);
     bool hasVisualFocus() const { return m_visualFocus; }
+    /// Stays owned by this item.
+    QAbstractItemModel* elements() { return &m_elements; }
 
     /// What is on show, at the display's pixels. Null when nothing is.
     const QImage& shownImage() const { return m_image; }
@@ -61,6 +79,9 @@ protected:
     bool event(QEvent* event) override;
     void focusInEvent(QFocusEvent* event) override;
     void focusOutEvent(QFocusEvent* event) override;
+    void hoverEnterEvent(QHoverEvent* event) override;
+    void hoverMoveEvent(QHoverEvent* event) override;
+    void hoverLeaveEvent(QHoverEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
@@ -75,12 +96,18 @@ private:
     void settleScale();
     void copyPainted(const IntRect& area);
     void setVisualFocus(bool visual);
+    void takeMouse(const QMouseEvent& event);
+    void releaseMouse();
+    void setPointer();
     bool takeNativeGesture(QNativeGestureEvent& event);
 
     QPointer<QObject> m_controller;
     std::shared_ptr<UIView> m_view;
     std::unique_ptr<CanvasRenderer> m_renderer;
     std::unique_ptr<CanvasInput> m_input;
+    CanvasElements m_elements;
+    std::optional<QPointF> m_pointer; ///< where the mouse hovers
+    std::optional<ClosedHand> m_closedHand;
     QImage m_image;
     bool m_imageChanged = false;
     bool m_acceptsInput = true;

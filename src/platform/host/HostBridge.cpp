@@ -9,7 +9,9 @@ namespace lamina {
 
 HostBridge::HostBridge(Application& application)
     : m_application(application)
+    , m_lastPointer(application.view())
 {
+    QObject::connect(&m_lastPointer, &LastPointer::changed, this, &HostBridge::lastPointerChanged);
     QObject::connect(&application.screens(), &ScreenHost::transitionStarted, this, [this](int duration) {
         if (m_transitionDuration == duration)
             return;
@@ -72,6 +74,11 @@ QObject* HostBridge::folder() const
 {
     QQmlEngine::setObjectOwnership(&m_application.folder(), QQmlEngine::CppOwnership);
     return &m_application.folder();
+}
+
+QString HostBridge::lastPointer() const
+{
+    return m_lastPointer.isTouch() ? QStringLiteral("touch") : QStringLiteral("mouse");
 }
 
 bool HostBridge::paste()

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/host/LastPointer.h"
 #include "platform/host/ScreenModel.h"
 
 #include <QObject>
@@ -28,6 +29,8 @@ class HostBridge : public QObject {
     Q_PROPERTY(QObject* folderPicker READ folderPicker NOTIFY folderPickerChanged FINAL)
     /// The folder it looks into.
     Q_PROPERTY(QObject* folder READ folder CONSTANT FINAL)
+    /// What the user points with: "touch" or "mouse"; see LastPointer.
+    Q_PROPERTY(QString lastPointer READ lastPointer NOTIFY lastPointerChanged FINAL)
 
 public:
     explicit HostBridge(Application& application);
@@ -51,6 +54,8 @@ public:
     /// The application's `FolderModel`; stays owned by the application.
     QObject* folder() const;
 
+    QString lastPointer() const;
+
     /// Hands what the clipboard holds to the screen on top; false when there is no picture, or it takes none.
     Q_INVOKABLE bool paste();
     /// The answer of the folder picker.
@@ -61,11 +66,13 @@ signals:
     void durationsChanged();
     void focusFrameChanged();
     void folderPickerChanged();
+    void lastPointerChanged();
 
 private:
     void tellDurations();
 
     Application& m_application;
+    LastPointer m_lastPointer;
     int m_transitionDuration = 0;
     int m_slideDuration = 0;
     int m_fadeDuration = 0;

@@ -44,11 +44,12 @@ FocusScope {
         focus: true
     }
 
-    // Until a screen stands, and while it leaves, it is only seen.
+    // Until a screen stands, and while it leaves, it is only seen. Hidden when it stands: one that is merely disabled
+    // would go on to set the pointer.
     MouseArea {
         anchors.fill: parent
-        enabled: !frame.front
-        hoverEnabled: enabled
+        visible: !frame.front
+        hoverEnabled: true
         onWheel: wheel => wheel.accepted = true
     }
 }

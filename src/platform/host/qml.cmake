@@ -19,6 +19,7 @@ set(LAMINA_QML_FILES
     platform/host/controls/AppScreen.qml
     platform/host/controls/BusyPanel.qml
     platform/host/controls/BusyRing.qml
+    platform/host/controls/CanvasControls.qml
     platform/host/controls/CropMarks.qml
     platform/host/controls/FocusRing.qml
     platform/host/controls/FolderRow.qml

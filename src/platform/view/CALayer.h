@@ -131,6 +131,7 @@ protected:
 
 private:
     friend class LayerRenderer;
+    friend class UIView; // what it tells besides is read by those who show the tree
     /// What this layer belongs to: its parent, or the layer that it masks.
     CALayer* owner() const { return m_superlayer ? m_superlayer : m_maskedLayer; }
     bool isInside(const CALayer& layer) const;

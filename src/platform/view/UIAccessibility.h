@@ -29,7 +29,7 @@ struct UIAccessibilityRange {
 };
 
 /// What assistive technology is told of a view, and what it may do to it. Texts are shown as they are, so in the user's
-/// language. Whoever shows the tree reads all of it anew when the tree is painted anew. Main thread.
+/// language. Whoever shows the tree reads all of it anew when the tree changes. Main thread.
 class UIAccessibility {
 public:
     virtual ~UIAccessibility() = default;
@@ -37,19 +37,19 @@ public:
     /// Whether the view is told of at all, as one thing: what stands in it is then not told. Default false, true for
     /// controls.
     bool isAccessibilityElement() const { return m_isElement; }
-    void setAccessibilityElement(bool element) { m_isElement = element; }
+    void setAccessibilityElement(bool element) { set(m_isElement, element); }
     /// What it is called, in a word or two. Default empty.
     virtual std::string accessibilityLabel() const { return m_label; }
-    void setAccessibilityLabel(std::string label) { m_label = std::move(label); }
+    void setAccessibilityLabel(std::string label) { set(m_label, std::move(label)); }
     /// What it is set to, in words. Default empty.
     virtual std::string accessibilityValue() const { return m_value; }
-    void setAccessibilityValue(std::string value) { m_value = std::move(value); }
+    void setAccessibilityValue(std::string value) { set(m_value, std::move(value)); }
     /// What comes of using it. Default empty.
     virtual std::string accessibilityHint() const { return m_hint; }
-    void setAccessibilityHint(std::string hint) { m_hint = std::move(hint); }
+    void setAccessibilityHint(std::string hint) { set(m_hint, std::move(hint)); }
     /// Default none; a subclass adds its own to those that were set.
     virtual UIAccessibilityTraits::Set accessibilityTraits() const { return m_traits; }
-    void setAccessibilityTraits(UIAccessibilityTraits::Set traits) { m_traits = traits; }
+    void setAccessibilityTraits(UIAccessibilityTraits::Set traits) { set(m_traits, traits); }
     /// The value as a number, for those that have one. Default none.
     virtual std::optional<UIAccessibilityRange> accessibilityRange() const { return std::nullopt; }
 
@@ -60,7 +60,18 @@ public:
     /// A press. False when there is nothing to press.
     virtual bool accessibilityActivate() { return false; }
 
+protected:
+    /// After any of it has changed, unless that is seen too.
+    virtual void accessibilityChanged() {}
+
 private:
+    template <class Value>
+    void set(Value& member, Value value)
+    {
+        member = std::move(value);
+        accessibilityChanged();
+    }
+
     std::string m_label;
     std::string m_value;
     std::string m_hint;

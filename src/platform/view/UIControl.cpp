@@ -21,6 +21,7 @@ void UIControl::setEnabled(bool enabled)
     if (enabled == m_enabled)
         return;
     m_enabled = enabled;
+    accessibilityChanged();
     if (!enabled)
         cancel();
 }
@@ -28,6 +29,7 @@ void UIControl::setEnabled(bool enabled)
 void UIControl::setSelected(bool selected)
 {
     m_selected = selected;
+    accessibilityChanged();
 }
 
 void UIControl::setHighlighted(bool highlighted)

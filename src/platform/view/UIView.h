@@ -121,7 +121,7 @@ public:
     /// What the mouse's pointer looks like over this view; none: what lies above it in the tree says. By default what
     /// was set, else an open hand where a pan or a press that begins at once is attached.
     virtual std::optional<UIPointerShape> pointerShape() const;
-    void setPointerShape(std::optional<UIPointerShape> shape) { m_pointerShape = shape; }
+    void setPointerShape(std::optional<UIPointerShape> shape);
 
     /// From this view's coordinates to those of `view` (null: those of the root). The views must share a root; a
     /// transform that can't be undone gives the point (0, 0).
@@ -154,6 +154,7 @@ public:
 
 protected:
     UIView(const CGRect& frame, std::shared_ptr<CALayer> layer);
+    void accessibilityChanged() override { m_layer->notifyObservers(); }
 
 private:
     /// What `animate` can move.

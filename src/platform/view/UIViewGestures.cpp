@@ -26,6 +26,12 @@ std::optional<UIPointerShape> UIView::pointerShape() const
     return m_pointerShape || !dragged ? m_pointerShape : UIPointerShape::OpenHand;
 }
 
+void UIView::setPointerShape(std::optional<UIPointerShape> shape)
+{
+    m_pointerShape = shape;
+    m_layer->notifyObservers();
+}
+
 void UIView::addGestureRecognizer(std::shared_ptr<UIGestureRecognizer> recognizer)
 {
     assert(recognizer);
@@ -35,6 +41,7 @@ void UIView::addGestureRecognizer(std::shared_ptr<UIGestureRecognizer> recognize
         former->removeGestureRecognizer(*recognizer);
     recognizer->setView(this);
     m_gestureRecognizers.push_back(std::move(recognizer));
+    m_layer->notifyObservers(); // a pointer that hovers over the view may be another now
 }
 
 void UIView::removeGestureRecognizer(UIGestureRecognizer& recognizer)
@@ -48,6 +55,7 @@ void UIView::removeGestureRecognizer(UIGestureRecognizer& recognizer)
     const std::shared_ptr<UIView> self = weak_from_this().lock();
     held->setView(nullptr);
     std::erase(m_gestureRecognizers, held);
+    m_layer->notifyObservers();
 }
 
 void UIView::removeAllGestureRecognizers()

@@ -62,32 +62,24 @@ TEST_F(BlendSteps, AStateThatComesBackLooksAndTakesTouchesAsItDid)
 
 TEST_F(BlendSteps, APhotoOutOfSightIsCaughtAndBroughtBack)
 {
-    editor->bringPhotoBack(); // is in sight
     editor->nudge(kSide - 0.5, 0);
-    editor->bringPhotoBack();
-    EXPECT_EQ(transform().tx, kSide - 0.5);
-    clock->advance(2);
-    editor->nudge(0.5, 0); // out of sight now
+    editor->bringPhotoBack(); // a part of it is in sight
+    editor->nudge(0.5, 0);
     const CGAffineTransform away = transform();
     dragBy(-8);
     EXPECT_EQ(transform().tx, kSide - 8);
-    EXPECT_EQ(fingers->pointerShape({5, 5}), UIPointerShape::OpenHand);
+    EXPECT_TRUE(fingers->wheel({5, 5}, 1));
     editor->undo();
-    EXPECT_TRUE(fingers->wheel({5, 5}, 1)); // larger, into sight
-    editor->bringPhotoBack();
-    EXPECT_EQ(transform(), away.scaled(1.1, 1.1));
     editor->undo();
+    EXPECT_EQ(transform(), away);
     editor->bringPhotoBack();
     EXPECT_TRUE(transform().isIdentity());
     editor->undo();
-    EXPECT_EQ(transform(), away);
-
     leaveMoveMode();
     dragBy(-8);
     EXPECT_FALSE(fingers->wheel({5, 5}, 1));
     editor->bringPhotoBack();
     EXPECT_EQ(transform(), away);
-    EXPECT_EQ(fingers->pointerShape({5, 5}), UIPointerShape::Arrow);
 
     // A corner of its box is in sight, the turned photo is not.
     BlendComposition turned = state();
@@ -101,12 +93,9 @@ TEST_F(BlendSteps, APhotoOutOfSightIsCaughtAndBroughtBack)
 
 TEST_F(BlendSteps, ASecondFingerEndsTheDragAndPinches)
 {
-    beginDrag(4);
+    beginDrag(4); // to (46, 32)
     fingers->touchBegan(2, {6, 32}, 0.3);
-    fingers->touchMoved(2, {1, 32}, 0.4); // from 40 apart to 45
-    fingers->touchMoved(2, {-34, 32}, 0.5);
-    fingers->touchEnded(2, {-34, 32}, 0.6);
-    fingers->touchEnded(1, {46, 32}, 0.6);
+    fingers->touchMoved(2, {-34, 32}, 0.4);
     EXPECT_EQ(transform(), CGAffineTransform::translation(4, 0).scaled(2, 2));
     for (const double left : {4, 0}) {
         editor->undo();

@@ -51,16 +51,11 @@ TEST_F(ControlTest, FollowsAFinger)
 /// Says what it is asked, and whether the finger counts as inside by then.
 struct Follower : UIControl {
     using UIControl::UIControl;
-    bool beginTracking(const UITouch& touch) override
-    {
-        return tell("begin " + text(touch.locationInView(this))) && begins;
-    }
-    bool continueTracking(const UITouch& touch) override
-    {
-        return tell("to " + text(touch.locationInView(this))) && goesOn;
-    }
+    bool beginTracking(const UITouch& touch) override { return tell("begin " + at(touch)) && begins; }
+    bool continueTracking(const UITouch& touch) override { return tell("to " + at(touch)) && goesOn; }
     void endTracking(const UITouch&) override { tell("end"); }
     void cancelTracking() override { tell("lost"); }
+    std::string at(const UITouch& touch) const { return text(touch.locationInView(this)); }
     bool tell(const std::string& what) { return *log += what + (isTouchInside() ? "* " : " "), true; }
     std::string* log = nullptr;
     bool begins = true;
@@ -74,8 +69,7 @@ TEST_F(ControlTest, SubclassesFollowTheFingerBeforeHandlersHear)
     listen(*follower);
     EXPECT_EQ(play("1+210,210 1>220,210 1>399,210 1-399,220"),
               "begin 10,10 down to 20,10* inside to 199,10 exit outside to 199,20 outside end away ");
-    EXPECT_EQ(play("1+210,210 2+211,211 2-211,211 1-210,210 1+210,210 1x"),
-              "begin 10,10 down end* up begin 10,10 down lost cancel ");
+    EXPECT_EQ(play("1+210,210 1-210,210 1+210,210 1x"), "begin 10,10 down end* up begin 10,10 down lost cancel ");
     follower->goesOn = false;
     EXPECT_EQ(play("1+210,210 1>220,210 1>230,210 1-230,210"), "begin 10,10 down to 20,10* ");
     EXPECT_FALSE(follower->isHighlighted() || follower->isTracking());
@@ -89,33 +83,23 @@ TEST_F(ControlTest, TellsAssistiveTechnologyWhatItIs)
     EXPECT_TRUE(button->isAccessibilityElement() && !root->isAccessibilityElement());
     button->setTitle("Reset");
     EXPECT_EQ(button->accessibilityLabel(), "Reset");
-    button->setAccessibilityLabel("Reset the colour");
-    EXPECT_EQ(button->accessibilityLabel(), "Reset the colour");
     EXPECT_TRUE(button->accessibilityActivate());
-    EXPECT_EQ(play(""), "up ");
-    button->setAccessibilityTraits(Traits::Adjustable);
     button->setSelected(true);
     button->setEnabled(false);
-    EXPECT_EQ(button->accessibilityTraits(),
-              Traits::Adjustable | Traits::Button | Traits::Selected | Traits::NotEnabled);
+    EXPECT_EQ(button->accessibilityTraits(), Traits::Button | Traits::Selected | Traits::NotEnabled);
     EXPECT_FALSE(button->accessibilityActivate());
-    EXPECT_EQ(play(""), "");
-}
-
-TEST_F(ControlTest, WhatIsDraggedBesideItIsNotDraggedThroughIt)
-{
-    root->fallback = child.get();
-    attach("child/pan");
-    attach("child/pinch");
-    EXPECT_FALSE(fingers.wheel({110, 110}, 1));
-    EXPECT_EQ(fingers.pointerShape({110, 110}), UIPointerShape::Arrow);
-    EXPECT_EQ(play("d110,110>130,110"), "down inside up ");
+    EXPECT_EQ(play(""), "up ");
 }
 
 TEST_F(ControlTest, GesturesAroundItTakeDragsButNoTaps)
 {
+    root->fallback = child.get(); // what is caught beside a control is not caught through it
+    attach("child/pinch");
+    EXPECT_FALSE(fingers.wheel({110, 110}, 1));
+    EXPECT_EQ(play("d110,110>130,110"), "down inside up ");
     attach("tap");
     attach("pan");
+    EXPECT_EQ(fingers.pointerShape({110, 110}), UIPointerShape::Arrow);
     EXPECT_EQ(play("t110,110 t10,10 d110,110>130,110"), "down up tap. down cancel pan+0,0 pan.0,0 ");
 }
 

@@ -30,6 +30,10 @@ ViewCanvas {
             event.accepted = false
     }
 
+    CanvasControls {
+        canvas: canvas
+    }
+
     FocusRing {
         z: 1
         shown: canvas.visualFocus

@@ -3,10 +3,16 @@
 #include "WindowDriver.h"
 #include "app/MainStoryboard.h"
 #include "app/PinchZoomViewController.h"
+#include "platform/base/CGGeometry.h"
+#include "platform/base/UIColor.h"
 #include "platform/host/Application.h"
 #include "platform/image/codecs/PictureDecoding.h"
+#include "platform/view/UIAccessibility.h"
+#include "platform/view/UIButton.h"
 #include "platform/view/UIStoryboard.h"
+#include "platform/view/UIViewController.h"
 
+#include <QAccessible>
 #include <QElapsedTimer>
 #include <QQmlComponent>
 #include <QQmlEngine>
@@ -105,6 +111,73 @@ TEST_F(Controls, ASliderMarksZeroWhereItsRangeHasBothSigns)
     EXPECT_EQ(ticks(R"(ValueSlider { name: "Contrast"; from: -50; to: 150; width: 200 })"),
               std::vector{std::round(11 + 178 * 0.25)});
     EXPECT_TRUE(ticks(R"(ValueSlider { name: "Opacity"; from: 0.1; to: 1; width: 200 })").empty());
+}
+
+/// Steps by ten degrees.
+struct Dial : UIControl {
+    using UIControl::UIControl;
+    std::string accessibilityValue() const override { return std::to_string(degrees) + " degrees"; }
+    std::optional<UIAccessibilityRange> accessibilityRange() const override { return {{1.0 * degrees, 0, 360}}; }
+    void accessibilityIncrement() override { turn(10); }
+    void accessibilityDecrement() override { turn(-10); }
+    void turn(int by)
+    {
+        degrees += by;
+        setBackgroundColor(UIColor{degrees / 360.0, 0, 0, 1});
+    }
+    int degrees = 120;
+};
+
+struct DialScreen : UIViewController {
+    std::shared_ptr<UIView> canvasView() override { return canvas; }
+    std::shared_ptr<UIView> canvas = std::make_shared<UIView>(CGRect{0, 0, 200, 200});
+};
+
+TEST_F(Controls, ACanvasTellsOfItsElementsAndIsWorkedByKeys)
+{
+    DialScreen screen;
+    const auto dial = std::make_shared<Dial>(CGRect{20, 40, 160, 40});
+    dial->setAccessibilityLabel("Hue");
+    dial->setAccessibilityTraits(UIAccessibilityTraits::Adjustable);
+    const auto button = std::make_shared<UIButton>(CGRect{20, 100, 160, 40});
+    button->setTitle("Reset");
+    button->addTarget([&](UIControl&) { dial->turn(120 - dial->degrees); }, UIControlEvents::TouchUpInside);
+    button->addSubview(std::make_shared<UIButton>(CGRect{0, 0, 20, 20})); // told of as one with it
+    const auto outside = std::make_shared<UIButton>(CGRect{300, 0, 50, 50});
+    for (const std::shared_ptr<UIView>& view :
+         {std::shared_ptr<UIView>(dial), std::shared_ptr<UIView>(button), std::shared_ptr<UIView>(outside)})
+        screen.canvas->addSubview(view);
+    QQuickItem* const canvas = show("WorkCanvas { width: 300; height: 300 }");
+    canvas->setParentItem(driver->application().bridge().focusFrame()); // Tab goes round in there
+    canvas->setProperty("controller", QVariant::fromValue<QObject*>(&screen));
+    driver->grab();
+
+    QAccessibleInterface* const node = QAccessible::queryAccessibleInterface(canvas);
+    ASSERT_EQ(node->childCount(), 2);
+    QAccessibleInterface* const told = node->child(0);
+    EXPECT_EQ(told->role(), QAccessible::Slider);
+    EXPECT_EQ(told->rect().size(), QSize(240, 60)); // the canvas is half as large again as its tree
+    told->actionInterface()->doAction(QAccessibleActionInterface::increaseAction());
+    driver->grab();
+    EXPECT_EQ(node->child(0), told);
+    EXPECT_EQ(told->text(QAccessible::Description), QStringLiteral("130 degrees"));
+    EXPECT_EQ(told->valueInterface()->currentValue(), 130);
+    EXPECT_EQ(told->valueInterface()->maximumValue(), 360);
+    node->child(1)->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+    EXPECT_EQ(dial->degrees, 120);
+
+    canvas->forceActiveFocus(Qt::TabFocusReason);
+    for (const Qt::Key key : {Qt::Key_Tab, Qt::Key_Right, Qt::Key_Up, Qt::Key_Minus})
+        driver->press(key);
+    EXPECT_EQ(dial->degrees, 130);
+    EXPECT_TRUE(driver->click(QStringLiteral("Reset"))); // through to the tree
+    EXPECT_EQ(dial->degrees, 120);
+    button->setEnabled(false);
+    outside->setFrame({0, 0, 10, 10});
+    driver->grab();
+    EXPECT_FALSE(driver->click(QStringLiteral("Reset")));
+    EXPECT_EQ(node->childCount(), 3);
+    delete canvas;
 }
 
 TEST_F(Controls, TheMiddleOfTheZoomLineIsTheMiddleRatio)

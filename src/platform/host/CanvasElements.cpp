@@ -1,0 +1,144 @@
+#include "platform/host/CanvasElements.h"
+
+#include "platform/base/CGAffineTransform.h"
+#include "platform/base/CGGeometry.h"
+#include "platform/view/UIAccessibility.h"
+
+#include <QRectF>
+#include <QStringList>
+
+#include <algorithm>
+#include <cstddef>
+
+namespace lamina {
+
+namespace {
+
+/// Views that are fainter can't be seen.
+constexpr double kLeastSeenAlpha = 0.01;
+
+/// The part of the view's box that can be seen, in shares of the canvas; empty: none.
+QRectF seenFrame(const UIView& view, const UIView& canvas)
+{
+    const auto toCanvas = canvas.transformToRoot().inverted();
+    const CGRect whole = canvas.bounds();
+    if (!toCanvas || whole.isEmpty())
+        return {};
+    const CGRect box = view.transformToRoot().concatenating(*toCanvas).boundingBox(view.bounds()).intersection(whole);
+    return {(box.minX() - whole.minX()) / whole.size.width, (box.minY() - whole.minY()) / whole.size.height,
+            box.size.width / whole.size.width, box.size.height / whole.size.height};
+}
+
+QString description(const UIView& view)
+{
+    QStringList parts{QString::fromStdString(view.accessibilityValue()),
+                      QString::fromStdString(view.accessibilityHint())};
+    parts.removeAll(QString());
+    return parts.join(QStringLiteral(". "));
+}
+
+QVariantMap infoOf(const UIView& view, const QRectF& frame)
+{
+    using Traits = UIAccessibilityTraits;
+    const Traits::Set traits = view.accessibilityTraits();
+    QVariantMap info{
+        {QStringLiteral("label"), QString::fromStdString(view.accessibilityLabel())},
+        {QStringLiteral("description"), description(view)},
+        {QStringLiteral("frame"), frame},
+        {QStringLiteral("button"), (traits & Traits::Button) != 0},
+        {QStringLiteral("adjustable"), (traits & Traits::Adjustable) != 0},
+        {QStringLiteral("image"), (traits & Traits::Image) != 0},
+        {QStringLiteral("text"), (traits & Traits::StaticText) != 0},
+        {QStringLiteral("selected"), (traits & Traits::Selected) != 0},
+        {QStringLiteral("available"), (traits & Traits::NotEnabled) == 0},
+    };
+    if (const auto range = view.accessibilityRange()) {
+        info[QStringLiteral("value")] = range->value;
+        info[QStringLiteral("minimum")] = range->minimum;
+        info[QStringLiteral("maximum")] = range->maximum;
+    }
+    return info;
+}
+
+} // namespace
+
+int CanvasElements::rowCount(const QModelIndex& parent) const
+{
+    return parent.isValid() ? 0 : static_cast<int>(m_rows.size());
+}
+
+QVariant CanvasElements::data(const QModelIndex& index, int) const
+{
+    return checkIndex(index, CheckIndexOption::IndexIsValid) ? m_rows[static_cast<std::size_t>(index.row())].info
+                                                             : QVariant();
+}
+
+QHash<int, QByteArray> CanvasElements::roleNames() const
+{
+    return {{Qt::UserRole, "info"}};
+}
+
+void CanvasElements::collect(const UIView& parent, const UIView& canvas, std::vector<Row>& rows)
+{
+    for (const auto& view : parent.subviews()) {
+        if (view->isHidden() || view->alpha() < kLeastSeenAlpha)
+            continue;
+        const QRectF frame = view->isAccessibilityElement() ? seenFrame(*view, canvas) : QRectF();
+        if (!view->isAccessibilityElement())
+            collect(*view, canvas, rows);
+        else if (!frame.isEmpty())
+            rows.push_back({view, infoOf(*view, frame)});
+    }
+}
+
+bool CanvasElements::holdsViewsOf(const std::vector<Row>& rows) const
+{
+    return std::equal(m_rows.begin(), m_rows.end(), rows.begin(), rows.end(),
+                      [](const Row& a, const Row& b) { return a.view.lock() == b.view.lock(); });
+}
+
+void CanvasElements::update(const UIView* canvas)
+{
+    std::vector<Row> rows;
+    if (canvas)
+        collect(*canvas, *canvas, rows);
+    if (!holdsViewsOf(rows)) {
+        beginResetModel();
+        m_rows = std::move(rows);
+        endResetModel();
+        return;
+    }
+    for (std::size_t i = 0; i < rows.size(); ++i) {
+        if (m_rows[i].info == rows[i].info)
+            continue;
+        m_rows[i].info = std::move(rows[i].info);
+        const QModelIndex changed = index(static_cast<int>(i));
+        emit dataChanged(changed, changed);
+    }
+}
+
+std::shared_ptr<UIView> CanvasElements::viewOf(int row) const
+{
+    const bool known = row >= 0 && row < rowCount();
+    return known ? m_rows[static_cast<std::size_t>(row)].view.lock() : nullptr;
+}
+
+void CanvasElements::activate(int row)
+{
+    if (const auto view = viewOf(row))
+        view->accessibilityActivate();
+}
+
+void CanvasElements::increment(int row)
+{
+    if (const auto view = viewOf(row))
+        view->accessibilityIncrement();
+}
+
+void CanvasElements::decrement(int row)
+{
+    if (const auto view = viewOf(row))
+        view->accessibilityDecrement();
+}
+
+} // namespace lamina

@@ -1,0 +1,52 @@
+#pragma once
+
+#include "platform/view/UIView.h"
+
+#include <QAbstractListModel>
+#include <QVariantMap>
+
+#include <memory>
+#include <vector>
+
+namespace lamina {
+
+/// What stands on a canvas for assistive technology and the keyboard: a row for each accessibility element of the tree
+/// that can be seen, depth first, the lower ones before those that cover them. A row keeps its place as long as the
+/// same views are seen. Main thread.
+///
+/// A row's one value, `info`, holds: `label`; `description` (value and hint); `frame`, in shares of the canvas's width
+/// and height; `button`, `adjustable`, `image`, `text`, `selected` and `available`; and where there is a range `value`,
+/// `minimum` and `maximum`.
+class CanvasElements : public QAbstractListModel {
+    Q_OBJECT
+
+public:
+    using QAbstractListModel::QAbstractListModel;
+
+    int rowCount(const QModelIndex& parent = {}) const override;
+    QVariant data(const QModelIndex& index, int role) const override;
+    QHash<int, QByteArray> roleNames() const override;
+
+    /// Reads the tree below `canvas` anew; null: no rows.
+    void update(const UIView* canvas);
+
+    /// What a press does. Nothing for a row whose view is gone; as the next two.
+    Q_INVOKABLE void activate(int row);
+    /// A step up,
+    Q_INVOKABLE void increment(int row);
+    /// and one down.
+    Q_INVOKABLE void decrement(int row);
+
+private:
+    struct Row {
+        std::weak_ptr<UIView> view;
+        QVariantMap info;
+    };
+    static void collect(const UIView& parent, const UIView& canvas, std::vector<Row>& rows);
+    std::shared_ptr<UIView> viewOf(int row) const;
+    bool holdsViewsOf(const std::vector<Row>& rows) const;
+
+    std::vector<Row> m_rows;
+};
+
+} // namespace lamina
