@@ -70,6 +70,8 @@ public:
     CanvasItem* canvas();
     /// One finger, or the mouse, from the canvas's middle by points of the window, in small steps.
     void dragCanvas(QPointF by);
+    /// The finger's drag without its end.
+    void beginDrag(QPointF by);
     void dragCanvasWithMouse(QPointF by);
     /// Two fingers about the canvas's middle, from `before` to `after` apart.
     void pinchCanvas(double before, double after);
