@@ -56,7 +56,9 @@ std::string timeInWords(const QDateTime& time)
 {
     const qint64 days = time.date().daysTo(QDate::currentDate());
     const QLocale locale;
-    const std::string clock = locale.toString(time.time(), QLocale::ShortFormat).toStdString();
+    // Without a language of its own the system would count seconds.
+    const QString form = locale.language() == QLocale::C ? QStringLiteral("HH:mm") : locale.timeFormat(QLocale::ShortFormat);
+    const std::string clock = locale.toString(time.time(), form).toStdString();
     if (days == 0)
         return localizedText("today at %1", {clock});
     if (days == 1)

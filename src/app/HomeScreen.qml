@@ -39,11 +39,12 @@ AppScreen {
         Item {
             id: page
 
-            readonly property real free: scroller.height - head.height - home.headGap - keptWork.room
+            readonly property real headGap: keptWork.active ? Math.min(home.headGap, Tokens.space.l) : home.headGap
+            readonly property real free: scroller.height - head.height - headGap - keptWork.room
             readonly property real cardHeight: home.upright ? Math.max(140, Math.min(220, (free - 66 - 2 * home.gap) / 3))
                                              : home.lying ? Math.max(200, Math.min(320, free - 28))
                                              : Math.max(240, Math.min(442 * Math.max(1, Theme.textScale), free - 120))
-            readonly property real block: head.height + home.headGap + keptWork.room + grid.height
+            readonly property real block: head.height + headGap + keptWork.room + grid.height
 
             width: scroller.width
             height: scroller.contentHeight
@@ -81,13 +82,18 @@ AppScreen {
                 readonly property real room: active ? height + home.gap : 0
                 active: home.controller.workOffered
                 x: home.edge
-                y: head.y + head.height + (active ? Math.min(home.headGap, Tokens.space.l) : home.headGap)
+                y: head.y + head.height + page.headGap
                 width: home.usable
                 sourceComponent: KeptWorkCard {
                     controller: home.controller
+                    low: home.lying
                 }
                 // Who has discarded it goes on with the cards.
-                onActiveChanged: if (!active) repeater.itemAt(home.controller.collageAvailable ? 0 : 2).focus = true
+                onActiveChanged: {
+                    const next = active ? null : repeater.itemAt(home.controller.collageAvailable ? 0 : 2)
+                    if (next)
+                        next.focus = true
+                }
             }
 
             Grid {

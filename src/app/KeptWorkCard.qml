@@ -8,10 +8,14 @@ Rectangle {
     // The ViewController that offers it.
     required property var controller
     readonly property string title: qsTranslate("Lamina", "Not saved yet")
+    property bool low: false
+    // Where there is room, words and buttons stand beside each other.
+    readonly property bool broad: width >= 480
     readonly property real inset: Tokens.space.l
-    readonly property real printSide: Math.max(64, Math.min(92, width * 0.28))
+    readonly property real printSide: low ? 64 : Math.max(64, Math.min(92, width * 0.28))
+    readonly property real wordsHeight: words.height + (broad ? 0 : buttons.height + Tokens.space.xs)
 
-    implicitHeight: Math.ceil(Math.max(printSide + 40, words.height + buttons.height + 2 * inset))
+    implicitHeight: Math.ceil(Math.max(printSide + (low ? 28 : 40), wordsHeight + 2 * inset))
     radius: Tokens.radius.homeCard
     color: Tokens.palette.panelRaised
     border.width: 1
@@ -37,9 +41,9 @@ Rectangle {
     }
     Column {
         id: words
-        x: sheet.x + sheet.width + Tokens.space.xl
-        y: (parent.height - height - buttons.height - Tokens.space.xs) / 2
-        width: parent.width - x - card.inset
+        x: sheet.x + sheet.width + Tokens.space.l
+        y: (parent.height - card.wordsHeight) / 2
+        width: (card.broad ? buttons.x : parent.width) - x - card.inset
         spacing: 2
         StyledText {
             width: parent.width
@@ -57,9 +61,10 @@ Rectangle {
     }
     Flow {
         id: buttons
-        x: words.x
-        y: words.y + words.height + Tokens.space.xs
-        width: parent.width - x
+        x: card.broad ? parent.width - width - card.inset : words.x
+        y: card.broad ? (parent.height - height) / 2 : words.y + words.height + Tokens.space.xs
+        width: card.broad ? go.width + spacing + away.width : parent.width - x
+        layoutDirection: card.broad ? Qt.RightToLeft : Qt.LeftToRight
         spacing: Tokens.space.xs
         LaminaButton {
             id: go
@@ -69,6 +74,8 @@ Rectangle {
             onClicked: card.controller.continueWork()
         }
         LaminaButton {
+            id: away
+            width: implicitWidth - (card.broad ? 0 : Tokens.space.s)
             height: go.height
             kind: "quiet"
             danger: true

@@ -89,6 +89,40 @@ TEST_F(SourceChoice, PhotosFromOutsideWaitUntilTheyCanBeSeen)
     EXPECT_EQ(chooser->selectImage(), "SCREEN2bg");
 }
 
+TEST_F(SourceChoice, AFirstPhotoThatWasGivenUpCanBeTakenAgain)
+{
+    const auto crop = [&](bool take) {
+        pick();
+        settle();
+        take ? top<PinchZoomViewController>()->doneButton() : top<PinchZoomViewController>()->backButton();
+        settle();
+    };
+    crop(true);
+    const UIImage first = firstPickedImage;
+    const PhotoCrop place = firstPickedCrop;
+    EXPECT_FALSE(chooser->firstPhotoSetAside());
+    for (int i = 0; i < 2; ++i) { // leaving the crop of another first photo changes nothing
+        crop(false);
+        EXPECT_EQ(chooser->step(), 1);
+        EXPECT_FALSE(firstPickedImage);
+        EXPECT_TRUE(chooser->firstPhotoSetAside());
+    }
+    chooser->useFirstPhotoAgain();
+    EXPECT_EQ(chooser->step(), 2);
+    EXPECT_FALSE(chooser->firstPhotoSetAside());
+    EXPECT_TRUE(firstPickedImage.isIdenticalTo(first));
+    EXPECT_EQ(firstPickedCrop, place);
+
+    crop(false);
+    crop(true); // another one is taken
+    EXPECT_FALSE(chooser->firstPhotoSetAside());
+    crop(false);
+    chooser->backButton();
+    settle();
+    open();
+    EXPECT_FALSE(chooser->firstPhotoSetAside());
+}
+
 TEST_F(SourceChoice, WhileAPhotoIsOnItsWayNothingElseComesBetween)
 {
     pick();

@@ -7,9 +7,11 @@
 #include "platform/base/UIColor.h"
 #include "platform/photos/PHAsset.h"
 #include "platform/view/UIApplication.h"
+#include "platform/view/UIImageMetaType.h"
 #include "platform/view/UINavigationController.h"
 
 #include <cstddef>
+#include <filesystem>
 
 namespace lamina::test {
 namespace {
@@ -119,6 +121,54 @@ TEST_F(HomeScreen, AnotherNumberOfPhotosOpensNothing)
         EXPECT_EQ(alertText(), c.alert);
         EXPECT_EQ(window.topViewController(), home);
     }
+}
+
+TEST_F(HomeScreen, WorkThatWasLeftIsOfferedUntilItIsRemoved)
+{
+    setKeptWorksFolder(folder.path("kept"));
+    firstPickedImage = secondPickedImage = UIImage(rampPicture(100, 100, 0));
+    home->performSegue(segue::kPickedToBlend);
+    settle();
+    EXPECT_FALSE(home->workOffered());
+    const auto leave = [&] {
+        top<BlendPhotoViewController>()->nudge(7, 0);
+        top<BlendPhotoViewController>()->backBtn();
+        settle();
+        EXPECT_EQ(alertText(), "⚠️ / Discard Editing");
+    };
+    leave();
+    EXPECT_FALSE(firstPickedImage);
+    ASSERT_TRUE(home->workOffered());
+    EXPECT_TRUE(home->workWasLeft());
+    EXPECT_TRUE(home->workPrint().value<UIImage>());
+    EXPECT_TRUE(home->workLine().startsWith("Blend, today at ")) << home->workLine().toStdString();
+
+    home->continueWork();
+    home->continueWork(); // an impatient second press
+    settle();
+    ASSERT_TRUE(top<BlendPhotoViewController>());
+    EXPECT_FALSE(home->workOffered());
+    EXPECT_EQ(top<BlendPhotoViewController>()->composition().photos[1].transform.tx, 7);
+    leave();
+
+    home->discardWork();
+    settle();
+    EXPECT_EQ(alertText(1), "⚠️ / Discard this work?");
+    EXPECT_TRUE(home->workOffered());
+    const KeptOffer offer = *offeredWork({{"blend", 1}});
+    for (const auto& entry : std::filesystem::directory_iterator(offer.folder))
+        if (entry.path().filename() != "journal")
+            std::filesystem::remove(entry); // all pictures
+    home->continueWork();
+    settle();
+    EXPECT_EQ(alertText(), "Can’t open the work / a part of it is missing or damaged");
+    home->discardWork();
+    settle();
+    alertText();
+    EXPECT_FALSE(home->workOffered());
+    EXPECT_EQ(home->workLine(), "");
+    EXPECT_FALSE(std::filesystem::exists(offer.folder));
+    setKeptWorksFolder({});
 }
 
 TEST_F(HomeScreen, ASinglePictureIsKeptAndNothingOpens)

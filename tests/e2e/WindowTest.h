@@ -25,6 +25,9 @@ protected:
     static constexpr int kWidth = 320;
     static constexpr int kHeight = 640;
 
+    // No work of the test before is offered.
+    void SetUp() override { QDir(qEnvironmentVariable("XDG_STATE_HOME")).removeRecursively(); }
+
     void open(LaunchOptions options = {})
     {
         if (options.size.isEmpty())

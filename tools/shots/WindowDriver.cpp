@@ -195,7 +195,7 @@ CanvasItem& WindowDriver::shownCanvas()
     return *shown;
 }
 
-void WindowDriver::dragCanvas(QPointF by)
+void WindowDriver::beginDrag(QPointF by)
 {
     const QPointF start = middleOf(shownCanvas());
     QTest::touchEvent(&view(), m_fingers.get()).press(0, (start - runUp(by)).toPoint(), &view());
@@ -203,7 +203,13 @@ void WindowDriver::dragCanvas(QPointF by)
     settle(); // the window joins moves until it draws
     for (int step = 1; step <= kDragSteps; ++step)
         QTest::touchEvent(&view(), m_fingers.get()).move(0, (start + by * step / kDragSteps).toPoint(), &view());
-    QTest::touchEvent(&view(), m_fingers.get()).release(0, (start + by).toPoint(), &view());
+}
+
+void WindowDriver::dragCanvas(QPointF by)
+{
+    const QPoint end = (middleOf(shownCanvas()) + by).toPoint();
+    beginDrag(by);
+    QTest::touchEvent(&view(), m_fingers.get()).release(0, end, &view());
     settle();
 }
 

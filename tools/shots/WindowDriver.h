@@ -70,6 +70,8 @@ public:
     CanvasItem* canvas();
     /// One finger, or the mouse, from the canvas's middle by points of the window, in small steps.
     void dragCanvas(QPointF by);
+    /// The finger's drag without its end.
+    void beginDrag(QPointF by);
     void dragCanvasWithMouse(QPointF by);
     /// What the mouse's pointer looks like, once it has moved to a place of the window.
     Qt::CursorShape pointerAt(QPointF place);

@@ -2,10 +2,12 @@
 #include "OwnHome.h"
 #include "WindowDriver.h"
 
+#include "app/ViewController.h"
 #include "platform/view/UIAlertController.h"
 
 #include <QDir>
 #include <QGuiApplication>
+#include <QTemporaryDir>
 
 #include <cstdio>
 
@@ -66,6 +68,12 @@ void shootRoad(const LaunchOptions& options, const QString& prefix)
     shooter.shoot("chooser-second");
     chooser->receivePhotos({PhotoSource::fromFile(kSecond)});
     driver.waitFor<PinchZoomViewController>();
+    driver.top<PinchZoomViewController>()->backButton();
+    driver.waitFor<ImagePIckingViewController>();
+    shooter.shoot("chooser-again");
+    chooser->useFirstPhotoAgain();
+    chooser->receivePhotos({PhotoSource::fromFile(kSecond)});
+    driver.waitFor<PinchZoomViewController>();
     driver.top<PinchZoomViewController>()->zoomBy(1.4);
     shooter.shoot("crop-second");
     driver.top<PinchZoomViewController>()->doneButton();
@@ -85,6 +93,15 @@ void shootRoad(const LaunchOptions& options, const QString& prefix)
     blend->shareBtn();
     WindowDriver::waitUntil([&] { return !blend->notice().isEmpty(); }, 5);
     shooter.shoot("saved");
+    blend->nudge(24, -16); // what is saved is not offered again
+}
+
+void shootReopening(const LaunchOptions& options, const QString& prefix)
+{
+    Shooter shooter(options, prefix);
+    shooter.shoot("home-reopen");
+    shooter.driver().top<ViewController>()->discardWork();
+    shooter.shoot("discard-work");
 }
 
 } // namespace
@@ -100,6 +117,8 @@ int main(int argc, char** argv)
     qputenv("QT_QPA_PLATFORM", "offscreen");
     if (!qEnvironmentVariableIsSet("LAMINA_REDUCED_MOTION"))
         qputenv("LAMINA_REDUCED_MOTION", "1");
+    const QTemporaryDir state; // no work of the developer's own is looked for
+    qputenv("XDG_STATE_HOME", state.path().toLocal8Bit());
     QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
     QGuiApplication qt(argc, argv);
     QDir().mkpath(QString::fromLocal8Bit(argv[1]));
@@ -112,6 +131,9 @@ int main(int argc, char** argv)
         const QStringList sides = size.split(QLatin1Char('x'));
         LaunchOptions options;
         options.size = QSize(sides.value(0).toInt(), sides.value(1).toInt());
-        shootRoad(options, QString::fromLocal8Bit(argv[1]) + QLatin1Char('/') + size + QLatin1Char('-'));
+        const QString prefix = QString::fromLocal8Bit(argv[1]) + QLatin1Char('/') + size + QLatin1Char('-');
+        shootRoad(options, prefix);
+        shootReopening(options, prefix);
+        QDir(state.path()).removeRecursively();
     }
 }

@@ -15,7 +15,7 @@ T.Button {
     readonly property real visibleHeight: kind === "pill" ? 36 : Math.max(Tokens.touch.button, row.implicitHeight + Tokens.space.l)
 
     implicitHeight: Math.max(visibleHeight, Tokens.touch.minimum)
-    implicitWidth: Math.max(kind === "pill" ? 72 : 0, row.implicitWidth + 2 * (kind === "pill" ? 18 : Tokens.space.l))
+    implicitWidth: Math.max(kind === "pill" ? 72 : 0, row.wanted + 2 * (kind === "pill" ? 18 : Tokens.space.l))
     hoverEnabled: true
     focusPolicy: Qt.StrongFocus
     Accessible.name: text
@@ -47,6 +47,8 @@ T.Button {
     contentItem: Item {
         Row {
             id: row
+            // With the words on one line, whatever room the button has.
+            readonly property real wanted: words.implicitWidth + (button.iconName === "" ? 0 : Tokens.icon.grid + spacing)
             anchors.centerIn: parent
             spacing: Tokens.space.m
             opacity: button.enabled || button.filled ? 1 : Tokens.opacity.disabled
@@ -56,6 +58,7 @@ T.Button {
                 anchors.verticalCenter: parent.verticalCenter
             }
             StyledText {
+                id: words
                 text: button.text
                 strong: true
                 anchors.verticalCenter: parent.verticalCenter

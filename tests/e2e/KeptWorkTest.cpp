@@ -1,0 +1,98 @@
+// Work outlives the window, however that ends.
+#include "WindowTest.h"
+
+#include "CommandRunner.h"
+#include "app/ViewController.h"
+
+#include <csignal>
+#include <unistd.h>
+
+namespace lamina::test {
+namespace {
+
+constexpr const char* kStateOfTheKilled = "LAMINA_STATE_OF_THE_KILLED";
+
+class KeptWorkRoad : public WindowTest {
+protected:
+    CGAffineTransform secondTransform()
+    {
+        return driver->top<BlendPhotoViewController>()->composition().photos[1].transform;
+    }
+    void goOn(const char* button)
+    {
+        ASSERT_NE(driver->item(QStringLiteral("Not saved yet")), nullptr);
+        ASSERT_TRUE(driver->tap(QString::fromLatin1(button)));
+        ASSERT_TRUE(driver->waitFor<BlendPhotoViewController>());
+    }
+    void pressUntil(const char* name)
+    {
+        for (int i = 0; i < 10 && driver->focusedName() != QLatin1String(name); ++i)
+            driver->press(Qt::Key_Tab);
+        ASSERT_EQ(driver->focusedName().toStdString(), name);
+    }
+};
+
+/// Runs in a process of its own, for the next test.
+TEST_F(KeptWorkRoad, DISABLED_IsKilledInTheMiddleOfADrag)
+{
+    qputenv("XDG_STATE_HOME", qgetenv(kStateOfTheKilled));
+    open();
+    goToBlend();
+    driver->dragCanvas({30, -24});
+    driver->beginDrag({40, 0});
+    if (secondTransform().tx > 60)
+        ::kill(::getpid(), SIGKILL);
+}
+
+TEST_F(KeptWorkRoad, AfterAKillAndAfterClosing)
+{
+    const std::string state = qgetenv("XDG_STATE_HOME").toStdString();
+    const CommandResult killed = runCommand(
+        "/usr/bin/env", {"-u", "LAMINA_PRIVATE_BUS", "TMPDIR=" + QDir::homePath().toStdString(),
+                         std::string(kStateOfTheKilled) + '=' + state, QCoreApplication::applicationFilePath().toStdString(),
+                         "--gtest_also_run_disabled_tests", "--gtest_filter=KeptWorkRoad.DISABLED_*"});
+    ASSERT_EQ(killed.output.find("[       OK ]"), std::string::npos) << killed.output;
+
+    open();
+    goOn("Continue");
+    EXPECT_NEAR(secondTransform().tx, 30, 1) << "the drag that was over counts";
+    driver->dragCanvas({0, 10});
+    driver->top<BlendPhotoViewController>()->nudge(-5, 0);
+    driver.reset(); // at once
+
+    open();
+    goOn("Continue");
+    EXPECT_NEAR(secondTransform().tx, 25, 1);
+    EXPECT_NEAR(secondTransform().ty, -14, 1);
+}
+
+TEST_F(KeptWorkRoad, WhoLeavesAnEditorFindsItsWorkAtHome)
+{
+    open();
+    goToBlend();
+    driver->press(Qt::Key_Right);
+    ASSERT_TRUE(driver->tap(QStringLiteral("Back")));
+    ASSERT_TRUE(driver->tap(QStringLiteral("YES")));
+    ASSERT_TRUE(driver->waitFor<ImagePIckingViewController>());
+    driver->press(Qt::Key_Escape);
+    ASSERT_TRUE(driver->waitFor<ViewController>());
+    goOn("Reopen");
+    EXPECT_EQ(secondTransform(), CGAffineTransform::translation(1, 0));
+    ASSERT_TRUE(driver->tap(QStringLiteral("Back")));
+    ASSERT_TRUE(driver->tap(QStringLiteral("YES")));
+    ASSERT_TRUE(driver->waitFor<ViewController>());
+
+    // By keys alone, and with the keyboard on a card when the work is gone.
+    pressUntil("Discard");
+    driver->press(Qt::Key_Return);
+    EXPECT_EQ(alertText(), "⚠️|Discard this work?");
+    EXPECT_EQ(driver->focusedName(), QStringLiteral("Keep"));
+    pressUntil("Discard");
+    driver->press(Qt::Key_Return);
+    ASSERT_TRUE(driver->waitFor<ViewController>());
+    EXPECT_EQ(driver->item(QStringLiteral("Not saved yet")), nullptr);
+    EXPECT_EQ(driver->focusedName(), QStringLiteral("Blend"));
+}
+
+} // namespace
+} // namespace lamina::test
