@@ -1,10 +1,10 @@
 #include "platform/host/ArtProvider.h"
 
-#include "platform/base/Log.h"
+#include "platform/base/CGGeometry.h"
+#include "platform/host/ImageConversion.h"
+#include "platform/image/named/NamedPictures.h"
 
-#include <QFile>
-#include <QPainter>
-#include <QSvgRenderer>
+#include <string>
 
 namespace lamina {
 
@@ -15,26 +15,14 @@ ArtProvider::ArtProvider()
 
 QImage ArtProvider::requestImage(const QString& id, QSize* size, const QSize& requestedSize)
 {
-    QSvgRenderer art;
-    for (const char* const folder : {"icons", "art"}) {
-        const QString path = QStringLiteral(":/lamina/%1/%2.svg").arg(QLatin1String(folder), id);
-        if (QFile::exists(path) && art.load(path))
-            break;
-    }
-    if (!art.isValid()) {
-        logError("no art is called " + id.toStdString());
-        return {};
-    }
-    QSize target = requestedSize.isEmpty() ? art.defaultSize() : requestedSize;
+    const std::string name = id.toStdString();
+    const CGSize own = sizeOfImageNamed(name);
+    const CGSize pixels = requestedSize.isEmpty() ? own
+                                                  : CGSize{static_cast<double>(requestedSize.width()),
+                                                           static_cast<double>(requestedSize.height())};
+    const QImage image = qImage(imageNamed(name, pixels, 1).cgImage());
     if (size)
-        *size = target;
-    QImage image(target, QImage::Format_ARGB32_Premultiplied);
-    if (image.isNull())
-        return {};
-    image.fill(Qt::transparent);
-    QPainter painter(&image);
-    art.setAspectRatioMode(Qt::KeepAspectRatio);
-    art.render(&painter);
+        *size = image.size();
     return image;
 }
 

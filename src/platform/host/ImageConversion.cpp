@@ -1,5 +1,8 @@
 #include "platform/host/ImageConversion.h"
 
+#include "platform/base/UIColor.h"
+#include "platform/image/drawing/UIImageDrawing.h"
+
 #include <cstddef>
 #include <cstdint>
 
@@ -19,6 +22,15 @@ QImage qImage(const CGImage& image, const IntRect& area)
     const QImage source(first, area.width, area.height, static_cast<qsizetype>(image.bytesPerRow()),
                         opaque ? QImage::Format_RGBX8888 : QImage::Format_RGBA8888_Premultiplied);
     return source.convertToFormat(opaque ? QImage::Format_RGB32 : QImage::Format_ARGB32_Premultiplied);
+}
+
+void drawOnPaper(const UIImage& picture, CGContext& context, const CGRect& paper, const CGRect& rect)
+{
+    if (picture.cgImage().hasAlpha() || picture.cgImage().mask()) {
+        context.setFillColor(UIColor::white());
+        context.fillRect(paper);
+    }
+    drawInRect(picture, context, rect);
 }
 
 } // namespace lamina

@@ -3,6 +3,8 @@
 #include "platform/image/pixels/CGImage.h"
 
 #include "platform/base/CGGeometry.h"
+#include "platform/image/drawing/CGContext.h"
+#include "platform/image/pixels/UIImage.h"
 
 #include <QImage>
 
@@ -14,5 +16,8 @@ QImage qImage(const CGImage& image);
 
 /// The same for the part inside `area`, which lies within the picture.
 QImage qImage(const CGImage& image, const IntRect& area);
+
+/// Draws a picture over `rect`, on white where it is translucent: `paper` says how far the white reaches.
+void drawOnPaper(const UIImage& picture, CGContext& context, const CGRect& paper, const CGRect& rect);
 
 } // namespace lamina

@@ -2,12 +2,9 @@
 
 #include "platform/base/CGGeometry.h"
 #include "platform/host/ImageConversion.h"
-#include "platform/host/ImageNode.h"
 #include "platform/image/drawing/CGContext.h"
-#include "platform/image/drawing/UIImageDrawing.h"
+#include "platform/image/drawing/UIBezierPath.h"
 #include "platform/view/UIImageMetaType.h"
-
-#include <QQuickWindow>
 
 #include <algorithm>
 #include <optional>
@@ -24,24 +21,7 @@ CGRect coveringRect(CGSize picture, CGSize box)
     return {(box.width - size.width) / 2, (box.height - size.height) / 2, size.width, size.height};
 }
 
-QImage drawn(const UIImage& picture, CGSize size, double radius, double pixelsPerUnit)
-{
-    std::optional<CGContext> context = CGContext::image(size, false, pixelsPerUnit);
-    if (!context)
-        return {};
-    if (radius > 0)
-        context->clipToPath(UIBezierPath::withRoundedRect(CGRect({}, size), radius));
-    drawInRect(picture, *context, coveringRect(picture.size(), size));
-    return qImage(context->makeImage());
-}
-
 } // namespace
-
-PictureItem::PictureItem(QQuickItem* parent)
-    : QQuickItem(parent)
-{
-    setFlag(ItemHasContents);
-}
 
 QVariant PictureItem::picture() const
 {
@@ -54,7 +34,7 @@ void PictureItem::setPicture(const QVariant& picture)
     if (image.cgImage().sharesBytesWith(m_picture.cgImage()) && image.cgImage().size() == m_picture.cgImage().size())
         return;
     m_picture = image;
-    polish();
+    redraw();
     emit pictureChanged();
 }
 
@@ -63,36 +43,22 @@ void PictureItem::setRadius(qreal radius)
     if (m_radius == radius)
         return;
     m_radius = radius;
-    polish();
+    redraw();
     emit radiusChanged();
 }
 
-void PictureItem::geometryChange(const QRectF& newGeometry, const QRectF& oldGeometry)
+QImage PictureItem::drawn(double pixelsPerUnit) const
 {
-    QQuickItem::geometryChange(newGeometry, oldGeometry);
-    if (newGeometry.size() != oldGeometry.size())
-        polish();
-}
-
-void PictureItem::itemChange(ItemChange change, const ItemChangeData& data)
-{
-    QQuickItem::itemChange(change, data);
-    if (change == ItemDevicePixelRatioHasChanged || change == ItemSceneChange)
-        polish();
-}
-
-void PictureItem::updatePolish()
-{
-    const bool visible = m_picture && window() && width() > 0 && height() > 0;
-    m_drawn =
-        visible ? drawn(m_picture, {width(), height()}, m_radius, window()->effectiveDevicePixelRatio()) : QImage();
-    m_drawnChanged = true;
-    update();
-}
-
-QSGNode* PictureItem::updatePaintNode(QSGNode* former, UpdatePaintNodeData*)
-{
-    return showImage(former, *window(), m_drawn, boundingRect(), m_drawnChanged);
+    const CGRect whole(0, 0, width(), height());
+    std::optional<CGContext> context = CGContext::image(whole.size, false, pixelsPerUnit);
+    if (!m_picture || !context)
+        return {};
+    if (m_radius > 0)
+        context->clipToPath(UIBezierPath::withRoundedRect(whole, m_radius));
+    context->beginTransparencyLayer(); // so that white is not seen along round corners
+    drawOnPaper(m_picture, *context, whole, coveringRect(m_picture.size(), whole.size));
+    context->endTransparencyLayer();
+    return qImage(context->makeImage());
 }
 
 } // namespace lamina

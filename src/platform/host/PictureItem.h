@@ -1,15 +1,16 @@
 #pragma once
 
+#include "platform/host/DrawnItem.h"
+
 #include "platform/image/pixels/UIImage.h"
 
-#include <QImage>
-#include <QQuickItem>
 #include <QVariant>
 
 namespace lamina {
 
-/// A picture of ours in the chrome: a thumbnail that fills the item, its middle kept, with rounded corners.
-class PictureItem : public QQuickItem {
+/// A picture of ours in the chrome: a thumbnail that fills the item, its middle kept, with rounded corners. A
+/// translucent one stands on white, as it leaves the application.
+class PictureItem : public DrawnItem {
     Q_OBJECT
     QML_NAMED_ELEMENT(Picture)
     /// A `lamina::UIImage`; anything else, or an empty one, shows nothing.
@@ -19,7 +20,7 @@ class PictureItem : public QQuickItem {
     Q_PROPERTY(bool empty READ isEmpty NOTIFY pictureChanged FINAL)
 
 public:
-    explicit PictureItem(QQuickItem* parent = nullptr);
+    using DrawnItem::DrawnItem;
 
     /// The picture on show, a `lamina::UIImage`. Setting one that shares its pixels with it changes nothing.
     QVariant picture() const;
@@ -34,16 +35,11 @@ signals:
     void radiusChanged();
 
 protected:
-    void geometryChange(const QRectF& newGeometry, const QRectF& oldGeometry) override;
-    void itemChange(ItemChange change, const ItemChangeData& data) override;
-    void updatePolish() override;
-    QSGNode* updatePaintNode(QSGNode* node, UpdatePaintNodeData* data) override;
+    QImage drawn(double pixelsPerUnit) const override;
 
 private:
     UIImage m_picture;
     qreal m_radius = 0;
-    QImage m_drawn;
-    bool m_drawnChanged = false;
 };
 
 } // namespace lamina

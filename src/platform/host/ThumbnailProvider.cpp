@@ -1,7 +1,9 @@
 #include "platform/host/ThumbnailProvider.h"
 
+#include "platform/base/CGGeometry.h"
 #include "platform/base/Result.h"
 #include "platform/host/ImageConversion.h"
+#include "platform/image/drawing/CGContext.h"
 #include "platform/image/pixels/UIImage.h"
 #include "platform/photos/PictureQueue.h"
 #include "platform/photos/Thumbnail.h"
@@ -12,11 +14,23 @@
 #include <algorithm>
 #include <atomic>
 #include <memory>
+#include <optional>
 #include <string>
 
 namespace lamina {
 
 namespace {
+
+/// `picture` has scale 1.
+QImage onPaper(const UIImage& picture)
+{
+    const CGRect whole({}, picture.size());
+    std::optional<CGContext> context = CGContext::image(whole.size, true, 1);
+    if (!context)
+        return {};
+    drawOnPaper(picture, *context, whole, whole);
+    return qImage(context->makeImage());
+}
 
 class ThumbnailResponse : public QQuickImageResponse {
 public:
@@ -25,7 +39,7 @@ public:
     {
         runShortPictureWork([this, path = std::move(path), side, cancelled = m_cancelled] {
             if (const Result<UIImage> picture = loadThumbnail(path, side, cancelled.get()))
-                m_image = qImage(picture->cgImage());
+                m_image = onPaper(*picture);
             emit finished(); // the engine deletes this afterwards, also when it was cancelled
         });
     }

@@ -3,11 +3,14 @@
 #include "platform/files/FileURL.h"
 #include "platform/host/Application.h"
 #include "platform/host/system/TerminationSignals.h"
+#include "platform/host/ImageConversion.h"
+#include "platform/image/named/NamedPictures.h"
 
 #include <QCommandLineParser>
 #include <QFile>
 #include <QGuiApplication>
 #include <QIcon>
+#include <QPixmap>
 #include <QQuickWindow>
 
 #include <cstdio>
@@ -151,7 +154,8 @@ int main(int argc, char** argv)
     const Parsed parsed = parse(QGuiApplication::arguments());
     if (parsed.leave)
         return *parsed.leave;
-    QGuiApplication::setWindowIcon(QIcon(QStringLiteral(":/lamina/icons/app-scalable.svg")));
+    QGuiApplication::setWindowIcon(
+        QIcon(QPixmap::fromImage(lamina::qImage(lamina::imageNamed("app-scalable", {128, 128}, 1).cgImage()))));
     lamina::Application application(parsed.options);
     const lamina::TerminationSignals termination;
     application.show();

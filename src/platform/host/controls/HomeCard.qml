@@ -49,28 +49,20 @@ T.Button {
     }
 
     contentItem: Item {
-        Paper {
+        Print {
             id: sheet
-            role: "print"
             width: card.printSide
             height: card.printSide
-            rotation: card.turn
-            x: card.tall ? (parent.width - width) / 2 : parent.width - width - card.inset
-            y: ((card.tall ? parent.height - card.foot - card.highestWords : parent.height) - height) / 2
-            Icon {
-                name: card.art
-                size: card.printSide
-                antialiasing: true
-            }
+            turn: card.turn
+            x: Math.round(card.tall ? (parent.width - width) / 2 : parent.width - width - card.inset)
+            y: Math.round(((card.tall ? parent.height - card.foot - card.highestWords : parent.height) - height) / 2)
+            art: card.art
+            radius: Tokens.radius.photoPrint
+            color: Tokens.palette.paper
+            shadowColor: Tokens.palette.shadow
+            shadow: Tokens.elevation.photoPrint
             // What can't be had yet steps back behind a veil; the shadow would show through a faded print.
-            Rectangle {
-                anchors.fill: parent
-                visible: card.soon
-                radius: sheet.radius
-                color: Tokens.palette.panel
-                opacity: 0.35
-                antialiasing: true
-            }
+            veil: card.soon ? Qt.alpha(Tokens.palette.panel, 0.35) : "transparent"
         }
         Column {
             id: words

@@ -1,0 +1,51 @@
+#pragma once
+
+#include "platform/host/DrawnItem.h"
+
+#include <QColor>
+#include <QString>
+#include <QVariantList>
+
+namespace lamina {
+
+/// A photo's print that lies askew: a sheet of paper with art on it and a hard shadow of stacked edges, all turned
+/// together about the item's centre and drawn as one picture, so that its edges are smooth under every renderer. It
+/// sticks out of the item by what its corners and the shadow need.
+class PrintItem : public DrawnItem {
+    Q_OBJECT
+    QML_NAMED_ELEMENT(Print)
+    /// A named picture that covers the sheet; empty: none.
+    Q_PROPERTY(QString art MEMBER m_art NOTIFY shownChanged FINAL)
+    /// Degrees, clockwise. Default 0.
+    Q_PROPERTY(qreal turn MEMBER m_turn NOTIFY shownChanged FINAL)
+    /// Of the sheet's corners, in the item's units.
+    Q_PROPERTY(qreal radius MEMBER m_radius NOTIFY shownChanged FINAL)
+    Q_PROPERTY(QColor color MEMBER m_color NOTIFY shownChanged FINAL)
+    /// Its alpha is multiplied by that of each edge.
+    Q_PROPERTY(QColor shadowColor MEMBER m_shadowColor NOTIFY shownChanged FINAL)
+    /// The shadow's edges, the lowest first: `offset` down, `grow` on every side, `alpha`.
+    Q_PROPERTY(QVariantList shadow MEMBER m_shadow NOTIFY shownChanged FINAL)
+    /// Lies over sheet and art, not over the shadow: a print that steps back. Default clear.
+    Q_PROPERTY(QColor veil MEMBER m_veil NOTIFY shownChanged FINAL)
+
+public:
+    explicit PrintItem(QQuickItem* parent = nullptr);
+
+signals:
+    void shownChanged();
+
+protected:
+    QImage drawn(double pixelsPerUnit) const override;
+    QRectF drawnRect() const override;
+
+private:
+    QString m_art;
+    qreal m_turn = 0;
+    qreal m_radius = 0;
+    QColor m_color = Qt::white;
+    QColor m_shadowColor = Qt::black;
+    QVariantList m_shadow;
+    QColor m_veil = Qt::transparent;
+};
+
+} // namespace lamina
