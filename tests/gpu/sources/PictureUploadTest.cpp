@@ -128,6 +128,23 @@ TEST_F(PictureUploadTest, UnpremultipliesByTruncationAndLetsOverflowRun)
     EXPECT_EQ(seenOf(bitmapInfo(Alpha::PremultipliedFirst), {128, 64, 1, 128}, removing), (Pixels{{127, 1, 255, 128}}));
 }
 
+TEST_F(PictureUploadTest, PremultipliesWhatIsStraight)
+{
+    const PictureUpload multiplying{.premultiply = true};
+    const Bytes bytes{200, 100, 1, 128};
+    const CGBitmapInfo bgra = kCGBitmapByteOrder32Little;
+    EXPECT_EQ(seenOf(bitmapInfo(Alpha::Last), bytes, multiplying), (Pixels{{100, 50, 1, 128}}));
+    EXPECT_EQ(seenOf(bitmapInfo(Alpha::First, bgra), bytes, multiplying), (Pixels{{1, 50, 100, 128}}));
+    EXPECT_EQ(seenOf(bitmapInfo(Alpha::PremultipliedLast), bytes, multiplying), (Pixels{{200, 100, 1, 128}}));
+    EXPECT_EQ(seenOf(bitmapInfo(Alpha::PremultipliedFirst, bgra), bytes, multiplying), (Pixels{{1, 100, 200, 128}}));
+    EXPECT_EQ(seenOf(bitmapInfo(Alpha::NoneSkipLast), bytes, multiplying), (Pixels{{200, 100, 1, 128}}));
+    EXPECT_EQ(seenOf(bitmapInfo(Alpha::First), {128, 200, 100, 1}, multiplying), (Pixels{{100, 50, 1, 128}}))
+        << "drawn anew, which has done it";
+    GPUImagePicture ground(solidPicture(3, 3, {0, 0, 0, 0}), multiplying);
+    ground.replaceTextureWithSubCGImage(solidPicture(3, 3, {200, 100, 1, 128}));
+    EXPECT_TRUE(imagesMatch(seen(ground), solidPicture(3, 3, {100, 50, 1, 128})));
+}
+
 TEST_F(PictureUploadTest, SmoothScalingStretchesToPowersOfTwoAndAverages)
 {
     // Much smaller, a checkerboard of single pixels becomes even; without mipmaps single pixels would be picked.
