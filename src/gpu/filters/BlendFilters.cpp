@@ -117,19 +117,22 @@ const BlendFormula kSoftLight{"GPUImageSoftLightBlendFilter",
 const BlendFormula kDarken{"GPUImageDarkenBlendFilter", "Keeps the darker of the two, channel by channel",
                            kPremultiplied,
                            "vec4(min(overlay.rgb * base.a, base.rgb * overlay.a) + alone(base, overlay), 1.0)"};
-const BlendFormula kLighten{"GPUImageLightenBlendFilter", "Keeps the lighter of the two, channel by channel", kStraight,
+const BlendFormula kLighten{"GPUImageLightenBlendFilter",
+                            "Keeps the lighter of the two, channel by channel; for opaque overlays", kStraight,
                             "max(base, overlay)"};
 const BlendFormula kColorBurn{"GPUImageColorBurnBlendFilter",
-                              "Darkens and saturates the base where the overlay is dark", kStraight,
-                              "1.0 - (1.0 - base) / max(overlay, kLeast)"};
+                              "Darkens and saturates the base where the overlay is dark; for opaque overlays",
+                              kStraight, "1.0 - (1.0 - base) / max(overlay, kLeast)"};
 const BlendFormula kColorDodge{"GPUImageColorDodgeBlendFilter", "Brightens the base where the overlay is light",
                                kPremultiplied, "vec4(dodged(base, overlay) + alone(base, overlay), 1.0)",
                                kDodgeFunction};
-const BlendFormula kLinearBurn{"GPUImageLinearBurnBlendFilter", "Darkens the base by what the overlay lacks to white",
-                               kStraight, "vec4(clamp(base.rgb + overlay.rgb - 1.0, 0.0, 1.0), base.a)"};
-const BlendFormula kDifference{"GPUImageDifferenceBlendFilter", "Shows how far the two are apart", kStraight,
-                               "vec4(abs(overlay.rgb - base.rgb), base.a)"};
-const BlendFormula kSubtract{"GPUImageSubtractBlendFilter", "Takes the overlay's light away from the base", kStraight,
+const BlendFormula kLinearBurn{"GPUImageLinearBurnBlendFilter",
+                               "Darkens the base by what the overlay lacks to white; for opaque overlays", kStraight,
+                               "vec4(clamp(base.rgb + overlay.rgb - 1.0, 0.0, 1.0), base.a)"};
+const BlendFormula kDifference{"GPUImageDifferenceBlendFilter", "Shows how far the two are apart; for opaque overlays",
+                               kStraight, "vec4(abs(overlay.rgb - base.rgb), base.a)"};
+const BlendFormula kSubtract{"GPUImageSubtractBlendFilter",
+                             "Takes the overlay's light away from the base; for opaque overlays", kStraight,
                              "vec4(base.rgb - overlay.rgb, base.a)"};
 const BlendFormula kDivide{"GPUImageDivideBlendFilter", "Lightens the base by dividing it by the overlay",
                            kPremultiplied, "joined(base, overlay, divided(base, overlay))", kDivideFunction};

@@ -82,33 +82,32 @@ TEST_F(FilterBehaviourTest, ABlendOfPremultipliedColoursTakesAndGivesStraightPic
 {
     const auto blend = std::make_shared<GPUImageMultiplyBlendFilter>();
     const auto group = std::make_shared<GPUImageFilterGroup>();
-    group->addFilter(blend);
     group->setInitialFilters({blend});
     group->setTerminalFilter(blend);
-    const UIImage base(solidPicture(5, 3, {200, 100, 50, 128}));
+    group->addFilter(blend);
     for (const auto& [overlay, wanted] : {std::pair<Rgba, Rgba>{{255, 255, 255, 0}, {200, 100, 50, 128}},
                                           // What black lets through of the base, in the alpha of both.
                                           {{0, 0, 0, 128}, {67, 33, 17, 192}}}) {
-        const auto source =
-            std::make_shared<GPUImagePicture>(solidPicture(5, 3, overlay), PictureUpload::as(blend->alphaForm()));
-        source->addTarget(blend, 1);
-        for (const auto& stage : {std::shared_ptr<GPUImageStage>(blend), std::shared_ptr<GPUImageStage>(group)}) {
-            source->processImage();
-            EXPECT_TRUE(imagesMatch(stage->imageByFilteringImage(base).cgImage(), solidPicture(5, 3, wanted), 2));
+        GPUImagePicture source(solidPicture(5, 3, overlay), PictureUpload::as(blend->alphaForm()));
+        source.addTarget(blend, 1);
+        for (GPUImageStage* stage :
+             {static_cast<GPUImageStage*>(blend.get()), static_cast<GPUImageStage*>(group.get())}) {
+            source.processImage();
+            EXPECT_TRUE(imagesMatch(stage->newCGImageByFilteringCGImage(solidPicture(5, 3, {200, 100, 50, 128})),
+                                    solidPicture(5, 3, wanted), 2));
         }
-        source->removeAllTargets();
     }
 }
 
 TEST_F(FilterBehaviourTest, SourceOverReadsBothAtOnePlace)
 {
-    const auto filtered = [](GPUImageRotationMode rotationOfOverlay) {
-        const auto filter = std::make_shared<GPUImageSourceOverBlendFilter>();
-        const auto overlay = std::make_shared<GPUImagePicture>(noisePicture(9, 4, CGImageAlphaInfo::Last, 5));
-        overlay->addTarget(filter, 1);
+    const auto filter = std::make_shared<GPUImageSourceOverBlendFilter>();
+    GPUImagePicture overlay(noise(9, 4));
+    overlay.addTarget(filter, 1);
+    const auto filtered = [&](GPUImageRotationMode rotationOfOverlay) {
         onQueue([&] { filter->setInputRotation(rotationOfOverlay, 1); });
-        overlay->processImage();
-        return filter->newCGImageByFilteringCGImage(noise(9, 4));
+        overlay.processImage();
+        return filter->newCGImageByFilteringCGImage(chartPicture(9, 4));
     };
     EXPECT_TRUE(imagesMatch(filtered(kGPUImageRotate180), filtered(kGPUImageNoRotation)));
 }

@@ -131,16 +131,14 @@ TEST_F(PictureUploadTest, UnpremultipliesByTruncationAndLetsOverflowRun)
 TEST_F(PictureUploadTest, PremultipliesWhatIsStraight)
 {
     const PictureUpload multiplying{.premultiply = true};
-    const Bytes bytes{200, 100, 1, 128};
-    const CGBitmapInfo bgra = kCGBitmapByteOrder32Little;
-    EXPECT_EQ(seenOf(bitmapInfo(Alpha::Last), bytes, multiplying), (Pixels{{100, 50, 1, 128}}));
-    EXPECT_EQ(seenOf(bitmapInfo(Alpha::First, bgra), bytes, multiplying), (Pixels{{1, 50, 100, 128}}));
-    EXPECT_EQ(seenOf(bitmapInfo(Alpha::PremultipliedLast), bytes, multiplying), (Pixels{{200, 100, 1, 128}}));
-    EXPECT_EQ(seenOf(bitmapInfo(Alpha::PremultipliedFirst, bgra), bytes, multiplying), (Pixels{{1, 100, 200, 128}}));
-    EXPECT_EQ(seenOf(bitmapInfo(Alpha::NoneSkipLast), bytes, multiplying), (Pixels{{200, 100, 1, 128}}));
-    EXPECT_EQ(seenOf(bitmapInfo(Alpha::First), {128, 200, 100, 1}, multiplying), (Pixels{{100, 50, 1, 128}}))
-        << "drawn anew, which has done it";
-    GPUImagePicture ground(solidPicture(3, 3, {0, 0, 0, 0}), multiplying);
+    for (const auto& [info, pixel] :
+         {std::pair<CGBitmapInfo, Rgba>{bitmapInfo(Alpha::Last), {100, 50, 1, 128}},
+          {bitmapInfo(Alpha::First, kCGBitmapByteOrder32Little), {1, 50, 100, 128}},
+          {bitmapInfo(Alpha::PremultipliedLast), {200, 100, 1, 128}},
+          {bitmapInfo(Alpha::NoneSkipLast), {200, 100, 1, 128}},
+          {bitmapInfo(Alpha::Last, kCGBitmapByteOrder32Little), {128, 1, 78, 200}}}) // drawn anew, which has done it
+        EXPECT_EQ(seenOf(info, {200, 100, 1, 128}, multiplying), Pixels{pixel}) << info;
+    GPUImagePicture ground(solidPicture(3, 3, {}), multiplying);
     ground.replaceTextureWithSubCGImage(solidPicture(3, 3, {200, 100, 1, 128}));
     EXPECT_TRUE(imagesMatch(seen(ground), solidPicture(3, 3, {100, 50, 1, 128})));
 }
