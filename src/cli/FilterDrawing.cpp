@@ -4,6 +4,7 @@
 #include "cli/PictureOutput.h"
 #include "gpu/core/GPUImageContext.h"
 #include "gpu/core/GPUImageStage.h"
+#include "gpu/core/PictureTexture.h"
 #include "gpu/filters/FilterCatalogue.h"
 #include "gpu/sources/GPUImagePicture.h"
 #include "platform/base/CGGeometry.h"
@@ -24,8 +25,9 @@ namespace {
 UIImage combined(const std::shared_ptr<GPUImageStage>& filter, const std::vector<UIImage>& pictures)
 {
     std::vector<std::shared_ptr<GPUImagePicture>> sources;
+    const PictureUpload upload = PictureUpload::as(filter->alphaForm());
     for (const UIImage& picture : pictures) {
-        sources.push_back(std::make_shared<GPUImagePicture>(picture));
+        sources.push_back(std::make_shared<GPUImagePicture>(picture, upload));
         sources.back()->addTarget(filter, static_cast<int>(sources.size()) - 1);
     }
     filter->useNextFrameForImageCapture();

@@ -46,6 +46,26 @@ std::string capitalised(std::string text)
     return text;
 }
 
+/// "base, overlay"; empty for a filter of one picture.
+std::string inputNames(const FilterDescription& filter)
+{
+    std::string names;
+    for (const std::string& name : filter.inputNames)
+        names += (names.empty() ? "" : ", ") + name;
+    return names;
+}
+
+bool isPremultiplied(const FilterDescription& filter)
+{
+    return filter.alphaForm == AlphaForm::Premultiplied;
+}
+
+/// One line, without a full stop.
+std::string helpOf(const FilterDescription& filter)
+{
+    return filter.help + (isPremultiplied(filter) ? "; works on premultiplied colours" : "");
+}
+
 std::string argumentTypes(const FilterSelector& selector)
 {
     std::string types;
@@ -65,8 +85,8 @@ std::string propertyAsText(const FilterProperty& property)
 
 std::string entryAsText(const FilterDescription& filter)
 {
-    const std::string inputs = filter.inputs == 1 ? "" : " (" + std::to_string(filter.inputs) + " inputs)";
-    std::string text = listedHeading(filter.className + inputs, filter.help);
+    const std::string inputs = filter.inputs == 1 ? "" : " (inputs: " + inputNames(filter) + ")";
+    std::string text = listedHeading(filter.className + inputs, helpOf(filter));
     for (const FilterProperty& property : filter.properties)
         text += propertyAsText(property);
     return text;
@@ -128,6 +148,8 @@ Json entryAsJson(const FilterDescription& filter)
     return {{"name", filter.className},
             {"family", filter.family},
             {"inputs", filter.inputs},
+            {"inputNames", filter.inputNames},
+            {"premultiplied", isPremultiplied(filter)},
             {"about", filter.help},
             {"properties", std::move(properties)},
             {"selectors", std::move(selectors)}};
@@ -155,9 +177,9 @@ std::string selectorsAsMarkdown(const FilterDescription& filter)
 
 std::string entryAsMarkdown(const FilterDescription& filter)
 {
-    std::string text = "### " + filter.className + "\n\n" + filter.help + ".";
+    std::string text = "### " + filter.className + "\n\n" + helpOf(filter) + ".";
     if (filter.inputs != 1)
-        text += " Takes " + countedPictures(static_cast<std::size_t>(filter.inputs)) + ".";
+        text += " Takes " + countedPictures(static_cast<std::size_t>(filter.inputs)) + ": " + inputNames(filter) + ".";
     text += "\n";
     if (!filter.properties.empty())
         text += "\n| property | type | default | useful values | unit | meaning |\n|---|---|---|---|---|---|\n";
@@ -179,6 +201,9 @@ filter's page: `lamina filters NAME`; for programs: `lamina filters --json`.
 `float(V)`, a point `CGPoint(X, Y)`, and whatever else `NSString(...)` with the text that `--set` would take:
 
     {"Filters": [{"FilterName": "GPUImageSepiaFilter", "Attributes": {"setIntensity:": "float(0.8)"}}]}
+
+Pictures are given in the order in which a filter's inputs are named; the first gives the size, and the others are stretched
+to it. A filter that *works on premultiplied colours* gets its pictures so, and gives straight alpha again.
 
 This page is made by `lamina filters --markdown`; [new-filter.md](new-filter.md) tells how to write a filter.
 

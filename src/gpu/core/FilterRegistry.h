@@ -3,6 +3,7 @@
 #include "gpu/core/GPUImageStage.h"
 #include "gpu/core/TypedValue.h"
 #include "platform/base/Result.h"
+#include "platform/image/pixels/AlphaForm.h"
 
 #include <functional>
 #include <map>
@@ -52,6 +53,10 @@ struct FilterDescription {
     std::vector<FilterSelector> selectors;
     /// A new filter. Of the settings it looks at those whose property has no setter.
     std::function<std::shared_ptr<GPUImageStage>(const FilterSettings& settings)> make;
+    /// What the pictures of slots 0, 1, ... are to the filter, "base" and "overlay"; empty where it takes only one.
+    std::vector<std::string> inputNames;
+    /// What its formula takes colours for: as `GPUImageStage::alphaForm` of its filters.
+    AlphaForm alphaForm = AlphaForm::Straight;
 
     /// The property of that name; null where there is none. Lives as long as the description.
     const FilterProperty* property(std::string_view name) const;
@@ -105,7 +110,8 @@ FilterProperty filterProperty(std::string name, void (Filter::*setter)(Argument)
 template <class Filter>
 FilterDescription filterDescription(std::string className, std::string family, int inputs, std::string help,
                                     std::vector<FilterProperty> properties = {},
-                                    std::vector<FilterSelector> selectors = {})
+                                    std::vector<FilterSelector> selectors = {},
+                                    std::vector<std::string> inputNames = {})
 {
     return {std::move(className),
             std::move(family),
@@ -113,7 +119,8 @@ FilterDescription filterDescription(std::string className, std::string family, i
             std::move(help),
             std::move(properties),
             std::move(selectors),
-            [](const FilterSettings&) { return std::make_shared<Filter>(); }};
+            [](const FilterSettings&) { return std::make_shared<Filter>(); },
+            std::move(inputNames)};
 }
 
 /// A filter whose constructor takes a radius, offered as the property "radius".

@@ -119,7 +119,8 @@ CGImage GPUImageFilter::newCGImageFromCurrentlyProcessedOutput()
         // Read before, it may be at work for somebody else by now, whose count it then is.
         const bool held = std::exchange(m_holdsFrameForCapture, false);
         if (framebuffer)
-            image = held ? framebuffer->newCGImageFromFramebufferContents() : framebuffer->contents();
+            image =
+                held ? framebuffer->newCGImageFromFramebufferContents(alphaForm()) : framebuffer->contents(alphaForm());
     });
     m_imageCaptureSemaphore.signal();
     return image;

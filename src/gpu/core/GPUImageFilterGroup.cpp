@@ -1,5 +1,7 @@
 #include "gpu/core/GPUImageFilterGroup.h"
 
+#include "platform/image/pixels/AlphaForm.h"
+
 #include <algorithm>
 #include <utility>
 
@@ -123,6 +125,11 @@ void GPUImageFilterGroup::forceProcessingAtSizeRespectingAspectRatio(CGSize size
 bool GPUImageFilterGroup::canRender() const
 {
     return m_terminalFilter && std::ranges::all_of(m_filters, [](const auto& filter) { return filter->canRender(); });
+}
+
+AlphaForm GPUImageFilterGroup::alphaForm() const
+{
+    return m_terminalFilter ? m_terminalFilter->alphaForm() : AlphaForm::Straight;
 }
 
 } // namespace lamina

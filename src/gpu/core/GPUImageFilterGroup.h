@@ -70,6 +70,8 @@ public:
     void forceProcessingAtSizeRespectingAspectRatio(CGSize size) override;
 
     bool canRender() const override;
+    /// The terminal filter's.
+    AlphaForm alphaForm() const override;
 
 private:
     std::vector<std::shared_ptr<GPUImageStage>> m_filters;

@@ -15,7 +15,7 @@ CGImage GPUImageOutput::newCGImageByFilteringCGImage(const CGImage& image)
     auto* stage = dynamic_cast<GPUImageStage*>(this);
     if (!stage || !image || !valueFromVideoProcessingQueue([&] { return stage->canRender(); }))
         return {};
-    const PictureTexture picture(image);
+    const PictureTexture picture(image, PictureUpload::as(stage->alphaForm()));
     useNextFrameForImageCapture();
     // The push has its turn first: what others spend on the queue is not counted as waiting for the frame.
     const int slot = valueFromVideoProcessingQueue([&] {

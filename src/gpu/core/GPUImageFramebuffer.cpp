@@ -6,6 +6,7 @@
 #include "gpu/core/VideoProcessingQueue.h"
 #include "platform/base/Log.h"
 #include "platform/image/pixels/PixelBuffer.h"
+#include "platform/image/pixels/PixelKernels.h"
 
 #include <algorithm>
 #include <atomic>
@@ -144,23 +145,23 @@ std::size_t GPUImageFramebuffer::bytesPerRow() const
     return static_cast<std::size_t>(pixelSize().width) * 4;
 }
 
-CGImage GPUImageFramebuffer::newCGImageFromFramebufferContents()
+CGImage GPUImageFramebuffer::newCGImageFromFramebufferContents(AlphaForm drawn)
 {
     CGImage image;
     runSynchronouslyOnVideoProcessingQueue([&] {
-        image = contents();
+        image = contents(drawn);
         unlock();
     });
     return image;
 }
 
-CGImage GPUImageFramebuffer::contents() const
+CGImage GPUImageFramebuffer::contents(AlphaForm drawn) const
 {
     return valueFromVideoProcessingQueue(
-        [this] { return GPUImageContext::useImageProcessingContext() ? readPixels() : CGImage(); });
+        [&] { return GPUImageContext::useImageProcessingContext() ? readPixels(drawn) : CGImage(); });
 }
 
-CGImage GPUImageFramebuffer::readPixels() const
+CGImage GPUImageFramebuffer::readPixels(AlphaForm drawn) const
 {
     const IntSize pixels = pixelSize();
     if (pixels.isEmpty() || m_framebuffer == 0)
@@ -178,6 +179,8 @@ CGImage GPUImageFramebuffer::readPixels() const
         return {};
     glReadPixels(0, 0, pixels.width, pixels.height, GL_RGBA, GL_UNSIGNED_BYTE, buffer.data());
     checkDraw("reading a framebuffer");
+    if (drawn == AlphaForm::Premultiplied)
+        kernels::unpremultiply(buffer.data(), layout.byteCount() / 4);
     return CGImage::make(layout, std::move(buffer));
 }
 

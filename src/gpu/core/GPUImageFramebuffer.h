@@ -3,6 +3,7 @@
 #include "gpu/core/GPUTextureOptions.h"
 #include "platform/base/CGGeometry.h"
 #include "platform/gl/GLHeaders.h"
+#include "platform/image/pixels/AlphaForm.h"
 #include "platform/image/pixels/CGImage.h"
 
 #include <cstddef>
@@ -51,10 +52,11 @@ public:
     unsigned framebufferReferenceCount() const { return m_framebufferReferenceCount; }
 
     /// The pixels, RGBA with straight alpha, first row of the texture on top; gives back one count, which the caller
-    /// must hold. Empty when there is nothing to read or memory is short. From any thread.
-    CGImage newCGImageFromFramebufferContents();
+    /// must hold. `drawn`: what the colours were drawn as; premultiplied ones are divided by their alpha. Empty when
+    /// there is nothing to read or memory is short. From any thread.
+    CGImage newCGImageFromFramebufferContents(AlphaForm drawn = AlphaForm::Straight);
     /// The same pixels without giving back a count, for who holds none. From any thread.
-    CGImage contents() const;
+    CGImage contents(AlphaForm drawn = AlphaForm::Straight) const;
 
     /// Bytes of a row of read-back pixels.
     std::size_t bytesPerRow() const;
@@ -63,7 +65,7 @@ private:
     void generateTexture();
     void generateFramebuffer();
     void destroyFramebuffer();
-    CGImage readPixels() const;
+    CGImage readPixels(AlphaForm drawn) const;
 
     GLuint m_framebuffer = 0;
     unsigned m_framebufferReferenceCount = 0;

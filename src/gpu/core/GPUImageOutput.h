@@ -73,7 +73,7 @@ public:
     UIImage imageFromCurrentFramebufferWithOrientation(UIImageOrientation orientation);
 
     /// This filter as a function of pictures: pushes a still picture through it and waits for what comes out, at most
-    /// three seconds. Stored pixels go through as they are, and
+    /// three seconds. Stored pixels go through as they are, premultiplied where the filter works on such colours, and
     /// are not turned upright. Opaque and straight-alpha pictures of 8 bits RGBA go up without being drawn; see
     /// `PictureTexture` for the others. What comes out has straight alpha. Empty when there is no context, no program,
     /// or a slot stays empty.

@@ -8,6 +8,7 @@
 #include "platform/base/CMTime.h"
 #include "platform/base/Log.h"
 #include "platform/image/pixels/PixelBuffer.h"
+#include "platform/image/pixels/PixelKernels.h"
 
 #include <algorithm>
 #include <cmath>
@@ -70,6 +71,17 @@ public:
     {
     }
     void set(PixelBuffer changed) { m_changed = std::move(changed); }
+    /// Nothing where the picture's colours are so already, or it has no alpha. False when memory is short.
+    bool premultiply()
+    {
+        const CGImageAlphaInfo alpha = m_pixels.alphaInfo();
+        if (alpha != CGImageAlphaInfo::Last && alpha != CGImageAlphaInfo::First)
+            return true;
+        m_changed = copyOf(m_pixels.bytes());
+        // In both orders that go up as they are the fourth byte is alpha.
+        kernels::premultiply(m_changed.data(), m_changed.size() / 4, m_changed.data());
+        return static_cast<bool>(m_changed);
+    }
     /// False when memory is short.
     bool swapRedAndBlue()
     {
@@ -92,6 +104,7 @@ PictureTexture::PictureTexture(const CGImage& image, PictureUpload how)
     : m_pictureSize(fittingSize(sizeOf(image)))
     , m_textureSize(m_pictureSize)
     , m_hasMipmaps(how.smoothlyScaleOutput)
+    , m_premultiplies(how.premultiply)
 {
     if (m_hasMipmaps)
         m_textureSize = {nextPowerOfTwo(m_pictureSize.width), nextPowerOfTwo(m_pictureSize.height)};
@@ -114,6 +127,8 @@ void PictureTexture::upload(const CGImage& image, PictureUpload how, bool redraw
     BytesToUpload data(bytes);
     if (how.removePremultiplication && bytes.premultiplied && bytes.pixels)
         data.set(dividedByAlpha(bytes));
+    if (m_premultiplies && bytes.pixels)
+        data.premultiply();
     const GLTextureFormat stored = uploadFormat(GL_RGBA, bytes.format, bgraSupport());
     if (stored.swapRedAndBlue && bytes.pixels)
         data.swapRedAndBlue();
@@ -158,7 +173,8 @@ void PictureTexture::replace(const CGImage& image, CGRect rect)
     BytesToUpload data(bytes);
     const bool storedAsBGRA = m_format == GL_BGRA && bgraSupport() == BGRASupport::Extension;
     const bool comesAsBGRA = bytes.format == GL_BGRA;
-    if (!bytes.pixels || (storedAsBGRA != comesAsBGRA && !data.swapRedAndBlue())) {
+    if (!bytes.pixels || (m_premultiplies && !data.premultiply()) ||
+        (storedAsBGRA != comesAsBGRA && !data.swapRedAndBlue())) {
         logError("memory is short for a part of a picture");
         return;
     }

@@ -4,6 +4,7 @@
 #include "gpu/core/GPUImageInput.h"
 #include "platform/base/CGGeometry.h"
 #include "platform/gl/GLHeaders.h"
+#include "platform/image/pixels/AlphaForm.h"
 #include "platform/image/pixels/CGImage.h"
 
 #include <cstdint>
@@ -17,13 +18,19 @@ struct PictureUpload {
     bool smoothlyScaleOutput = false;
     /// Divides colours by alpha where what goes up is premultiplied.
     bool removePremultiplication = false;
+    /// Multiplies colours by alpha where the picture's are straight.
+    bool premultiply = false;
+
+    /// For a filter that works on such colours. Straight leaves colours as they are.
+    static PictureUpload as(AlphaForm form) { return {.premultiply = form == AlphaForm::Premultiplied}; }
 };
 
 /// A still picture in a texture from the pool, for as long as this lives.
 ///
 /// Pictures of four bytes a pixel without padding go up as they are: straight or premultiplied RGBA, and BGRA in 32-bit
 /// little order. All others, and those over the texture limit, are drawn anew first, which premultiplies them. Nothing
-/// is converted on the GPU: filters see the values as they went up.
+/// is converted on the GPU: filters see the values as they went up. A part that is replaced is premultiplied as the
+/// whole was.
 ///
 /// From any thread but for `pushTo`; construction, replacing and destruction wait for the video processing queue.
 class PictureTexture {
@@ -54,6 +61,7 @@ private:
     CGSize m_pictureSize;
     CGSize m_textureSize;
     bool m_hasMipmaps;
+    bool m_premultiplies;
     GLenum m_format = GL_RGBA; ///< of the storage, which later uploads must keep to
     std::shared_ptr<GPUImageFramebuffer> m_framebuffer;
 };

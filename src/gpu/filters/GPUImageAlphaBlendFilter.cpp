@@ -3,38 +3,19 @@
 
 #include "gpu/filters/GPUImageAlphaBlendFilter.h"
 
+#include "gpu/filters/BlendShader.h"
+
 namespace lamina {
 
-namespace {
-
-constexpr const char* kAlphaBlendFragmentShader = R"(
-precision highp float;
-
-varying vec2 textureCoordinate;
-varying vec2 textureCoordinate2;
-uniform highp sampler2D inputImageTexture;
-uniform highp sampler2D inputImageTexture2;
-uniform float mixturePercent;
-
-void main()
-{
-    vec4 base = texture2D(inputImageTexture, textureCoordinate);
-    vec4 overlay = texture2D(inputImageTexture2, textureCoordinate2);
-    gl_FragColor = vec4(mix(base.rgb, overlay.rgb, overlay.a * mixturePercent), base.a);
-}
-)";
-
-} // namespace
-
 GPUImageAlphaBlendFilter::GPUImageAlphaBlendFilter()
-    : MixtureBlendFilter(kAlphaBlendFragmentShader)
+    : MixtureBlendFilter("vec4(mix(base.rgb, overlay.rgb, overlay.a * mixturePercent), base.a)")
 {
 }
 
 FilterDescription GPUImageAlphaBlendFilter::describe()
 {
-    return filterDescription<GPUImageAlphaBlendFilter>(
-        "GPUImageAlphaBlendFilter", "blend", 2, "Lays the second picture over the first by its alpha", {mixProperty()});
+    return blendDescription<GPUImageAlphaBlendFilter>("GPUImageAlphaBlendFilter",
+                                                      "Lays the overlay over the base by its alpha", {mixProperty()});
 }
 
 } // namespace lamina

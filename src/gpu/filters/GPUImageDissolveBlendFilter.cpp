@@ -2,38 +2,19 @@
 
 #include "gpu/filters/GPUImageDissolveBlendFilter.h"
 
+#include "gpu/filters/BlendShader.h"
+
 namespace lamina {
 
-namespace {
-
-constexpr const char* kDissolveBlendFragmentShader = R"(
-precision highp float;
-
-varying vec2 textureCoordinate;
-varying vec2 textureCoordinate2;
-uniform highp sampler2D inputImageTexture;
-uniform highp sampler2D inputImageTexture2;
-uniform float mixturePercent;
-
-void main()
-{
-    vec4 base = texture2D(inputImageTexture, textureCoordinate);
-    vec4 overlay = texture2D(inputImageTexture2, textureCoordinate2);
-    gl_FragColor = mix(base, overlay, mixturePercent);
-}
-)";
-
-} // namespace
-
 GPUImageDissolveBlendFilter::GPUImageDissolveBlendFilter()
-    : MixtureBlendFilter(kDissolveBlendFragmentShader)
+    : MixtureBlendFilter("mix(base, overlay, mixturePercent)")
 {
 }
 
 FilterDescription GPUImageDissolveBlendFilter::describe()
 {
-    return filterDescription<GPUImageDissolveBlendFilter>(
-        "GPUImageDissolveBlendFilter", "blend", 2, "Fades from the first picture to the second", {mixProperty()});
+    return blendDescription<GPUImageDissolveBlendFilter>("GPUImageDissolveBlendFilter",
+                                                         "Fades from the base to the overlay", {mixProperty()});
 }
 
 } // namespace lamina

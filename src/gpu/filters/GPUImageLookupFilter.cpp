@@ -49,7 +49,8 @@ FilterDescription GPUImageLookupFilter::describe()
     return filterDescription<GPUImageLookupFilter>(
         "GPUImageLookupFilter", "editor", 2, "Grades the first picture by the look-up table in the second",
         {filterProperty("intensity", &GPUImageLookupFilter::setIntensity, 1.0F, {0, 1}, "",
-                        "Share of the graded picture; has to be set to take effect")});
+                        "Share of the graded picture; has to be set to take effect")},
+        {}, {"picture", "table"});
 }
 
 void GPUImageLookupFilter::setIntensity(float intensity)

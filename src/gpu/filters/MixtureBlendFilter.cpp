@@ -1,5 +1,7 @@
 #include "gpu/filters/MixtureBlendFilter.h"
 
+#include "gpu/filters/BlendShader.h"
+
 namespace lamina {
 
 namespace {
@@ -8,8 +10,8 @@ constexpr float kMixOfNewFilter = 0.5F;
 
 } // namespace
 
-MixtureBlendFilter::MixtureBlendFilter(const std::string& fragmentShader)
-    : GPUImageTwoInputFilter(fragmentShader)
+MixtureBlendFilter::MixtureBlendFilter(std::string_view result)
+    : GPUImageTwoInputFilter(blendShader(result, "uniform float mixturePercent;\n"))
     , m_mixUniform(uniformIndex("mixturePercent"))
 {
     setMix(kMixOfNewFilter);
@@ -23,8 +25,7 @@ void MixtureBlendFilter::setMix(float mix)
 
 FilterProperty MixtureBlendFilter::mixProperty()
 {
-    return filterProperty("mix", &MixtureBlendFilter::setMix, kMixOfNewFilter, {0, 1}, "",
-                          "Share of the second picture");
+    return filterProperty("mix", &MixtureBlendFilter::setMix, kMixOfNewFilter, {0, 1}, "", "Share of the overlay");
 }
 
 } // namespace lamina

@@ -4,11 +4,11 @@
 #include "gpu/core/GPUImageTwoInputFilter.h"
 #include "platform/gl/GLHeaders.h"
 
-#include <string>
+#include <string_view>
 
 namespace lamina {
 
-/// The base of blends that the user turns up and down. Fragment shaders get the amount as `mixturePercent`, 0 to 1.
+/// The base of blends that the user turns up and down.
 class MixtureBlendFilter : public GPUImageTwoInputFilter {
 public:
     /// From 0, the base (slot 0), to 1, all that the blend makes of the overlay (slot 1); default 0.5.
@@ -16,7 +16,8 @@ public:
     void setMix(float mix);
 
 protected:
-    explicit MixtureBlendFilter(const std::string& fragmentShader);
+    /// `result` as in `blendShader`, which gets the amount as `mixturePercent`, 0 to 1.
+    explicit MixtureBlendFilter(std::string_view result);
     static FilterProperty mixProperty();
 
 private:

@@ -1,7 +1,9 @@
 #include "GLCalls.h"
 #include "GraphFixture.h"
 #include "TestPictures.h"
+#include "gpu/core/GPUImageFilterGroup.h"
 #include "gpu/core/GPUImageRotationMode.h"
+#include "gpu/filters/BlendFilters.h"
 #include "gpu/filters/GPUImage3x3ConvolutionFilter.h"
 #include "gpu/filters/GPUImageErosionFilter.h"
 #include "gpu/filters/GPUImageGaussianBlurFilter.h"
@@ -74,6 +76,40 @@ TEST_F(FilterBehaviourTest, SeesItsInputTurnedInAllRotations)
         EXPECT_TRUE(imagesMatch(filtered(*lopsided, picture, rotation), filtered(*turn, convolved, rotation), 1))
             << number;
     }
+}
+
+TEST_F(FilterBehaviourTest, ABlendOfPremultipliedColoursTakesAndGivesStraightPictures)
+{
+    const auto blend = std::make_shared<GPUImageMultiplyBlendFilter>();
+    const auto group = std::make_shared<GPUImageFilterGroup>();
+    group->setInitialFilters({blend});
+    group->setTerminalFilter(blend);
+    group->addFilter(blend);
+    for (const auto& [overlay, wanted] : {std::pair<Rgba, Rgba>{{255, 255, 255, 0}, {200, 100, 50, 128}},
+                                          // What black lets through of the base, in the alpha of both.
+                                          {{0, 0, 0, 128}, {67, 33, 17, 192}}}) {
+        GPUImagePicture source(solidPicture(5, 3, overlay), PictureUpload::as(blend->alphaForm()));
+        source.addTarget(blend, 1);
+        for (GPUImageStage* stage :
+             {static_cast<GPUImageStage*>(blend.get()), static_cast<GPUImageStage*>(group.get())}) {
+            source.processImage();
+            EXPECT_TRUE(imagesMatch(stage->newCGImageByFilteringCGImage(solidPicture(5, 3, {200, 100, 50, 128})),
+                                    solidPicture(5, 3, wanted), 2));
+        }
+    }
+}
+
+TEST_F(FilterBehaviourTest, SourceOverReadsBothAtOnePlace)
+{
+    const auto filter = std::make_shared<GPUImageSourceOverBlendFilter>();
+    GPUImagePicture overlay(noise(9, 4));
+    overlay.addTarget(filter, 1);
+    const auto filtered = [&](GPUImageRotationMode rotationOfOverlay) {
+        onQueue([&] { filter->setInputRotation(rotationOfOverlay, 1); });
+        overlay.processImage();
+        return filter->newCGImageByFilteringCGImage(chartPicture(9, 4));
+    };
+    EXPECT_TRUE(imagesMatch(filtered(kGPUImageRotate180), filtered(kGPUImageNoRotation)));
 }
 
 TEST_F(FilterBehaviourTest, BlurShadersOfSingleReadsAndOfPairsAgree)

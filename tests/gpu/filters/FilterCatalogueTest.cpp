@@ -1,4 +1,6 @@
 #include "gpu/filters/FilterCatalogue.h"
+#include "FrameSource.h"
+#include "GLCalls.h"
 #include "GraphFixture.h"
 #include "TestPictures.h"
 #include "gpu/core/GPUImageTwoInputFilter.h"
@@ -43,6 +45,8 @@ TEST_F(FilterCatalogueTest, WhatItTellsIsWhatANewFilterHas)
         const auto fresh = made(description, {});
         ASSERT_TRUE(fresh && fresh->canRender());
         EXPECT_EQ(description.inputs, dynamic_cast<GPUImageTwoInputFilter*>(fresh.get()) != nullptr ? 2 : 1);
+        EXPECT_EQ(description.inputNames.size(), description.inputs == 1 ? 0U : 2U);
+        EXPECT_EQ(description.alphaForm, fresh->alphaForm());
         const CGImage wanted = filteredNoise(fresh);
         // One at a time: a default of one property may switch another off.
         for (const FilterProperty& property : description.properties) {
@@ -51,6 +55,29 @@ TEST_F(FilterCatalogueTest, WhatItTellsIsWhatANewFilterHas)
             EXPECT_TRUE(imagesMatch(filteredNoise(made(description, {{property.name, property.fallback}})), wanted))
                 << property.name;
         }
+    }
+}
+
+TEST_F(FilterCatalogueTest, NoFilterMakesObjectsOnceWarm)
+{
+    const CGImage picture = noisePicture(31, 17, CGImageAlphaInfo::Last);
+    for (const auto& [name, description] : filterCatalogue().all()) {
+        const auto filter = made(description, {});
+        FrameSource other;
+        if (description.inputs > 1)
+            other.addTarget(filter, 1);
+        m_source->addTarget(filter, 0);
+        const auto consumer = consumerOf(*filter);
+        GLCalls warm;
+        for (int frame = 0; frame < 12; ++frame) {
+            other.push(picture, second(frame));
+            m_source->push(picture, second(frame));
+            if (frame == 1)
+                warm = valueFromVideoProcessingQueue(glCallsSoFar);
+        }
+        EXPECT_EQ((valueFromVideoProcessingQueue(glCallsSoFar) - warm).objectsMade(), 0) << name;
+        EXPECT_EQ(consumer->frames().size(), 12U) << name;
+        m_source->removeAllTargets();
     }
 }
 

@@ -10,6 +10,9 @@ from pathlib import Path
 import numpy as np
 from PIL import Image
 
+import blend_formulas
+from blend_formulas import stored
+
 LAMINA, LOOKUP = os.environ["LAMINA_COMMAND"], Path(os.environ["LAMINA_LOOKUP"])
 ALL = "noise", "column"  # what a filter of neighbours is tried on: one is a single pixel wide
 
@@ -17,11 +20,6 @@ ALL = "noise", "column"  # what a filter of neighbours is tried on: one is a sin
 def picture_of(path):
     with Image.open(path) as picture:
         return np.array(picture.convert("RGBA")) / 255
-
-
-def stored(picture):
-    """As bytes keep it."""
-    return np.rint(np.clip(picture, 0, 1) * 255) / 255
 
 
 def mix(one, other, share):
@@ -162,7 +160,8 @@ def rows(values):
     return ";".join(",".join(map(str, row)) for row in values)
 
 
-# Filter and settings; the formula; further pictures and the tolerance where they are not the usual ones.
+# Filter and settings; the formula; further pictures, the tolerance and what is compared where they are not the usual
+# ones.
 CASES = [
     ("3x3ConvolutionFilter", same, ALL, 0),
     (f"3x3ConvolutionFilter convolutionKernel={rows(LOPSIDED)}", convolution(LOPSIDED), ALL),
@@ -225,9 +224,11 @@ PICTURES = {name: stored(np.asarray(pixels)) for name, pixels in {
     "column": random.random((9, 1, 4)),
     "ramp": np.dstack([across, downwards, (across + downwards) / 2, np.full((255, 255), 254)]) / 254,
     "greys": [[[level / 255] * 3 + [1] for level in range(256)]],
+    **blend_formulas.pictures(random),
     **{f"step {red}": [[[0, 1, 1, 1], [red / 255, 1, 1, 1], [0, 1, 1, 1]]] + [[[0, 1, 1, 1]] * 3] * 2
        for red in (25, 26, 255)},
 }.items()}
+CASES += blend_formulas.cases(PICTURES)
 
 
 class FiltersBesideNumpy(unittest.TestCase):
@@ -245,7 +246,7 @@ class FiltersBesideNumpy(unittest.TestCase):
         name, *settings = command.split()
         inputs = [self.folder / f"{picture}.png"]
         if second:
-            inputs.append(LOOKUP / f"lookup_{second}.png" if second != "other" else self.folder / "other.png")
+            inputs.append(self.folder / f"{second}.png" if second in PICTURES else LOOKUP / f"lookup_{second}.png")
         output = self.folder / "out.png"
         done = subprocess.run([LAMINA, "filter", full_name(name), *(word for path in inputs for word in ("-i", path)),
                                *(word for setting in settings for word in ("--set", setting)), "-o", output],
@@ -255,10 +256,11 @@ class FiltersBesideNumpy(unittest.TestCase):
 
     def test_formulas(self):
         for case, formula, *rest in CASES:
-            pictures, tolerance = [*rest, *[["noise"], 2][len(rest):]]
+            pictures, tolerance, compared = [*rest, *[["noise"], 2, same][len(rest):]]
             for picture in pictures:
                 with self.subTest(case, picture=picture):
-                    got, wanted = self.filtered(case, picture), np.clip(formula(PICTURES[picture]), 0, 1)
+                    got = compared(self.filtered(case, picture))
+                    wanted = np.clip(formula(PICTURES[picture]), 0, 1)
                     self.assertEqual(got.shape, wanted.shape)
                     self.assertLess(np.isnan(wanted).mean(), 0.1)
                     self.assertLessEqual(np.nanmax(abs(got - wanted)) * 255, tolerance + 0.5)

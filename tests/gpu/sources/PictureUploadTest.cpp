@@ -128,6 +128,21 @@ TEST_F(PictureUploadTest, UnpremultipliesByTruncationAndLetsOverflowRun)
     EXPECT_EQ(seenOf(bitmapInfo(Alpha::PremultipliedFirst), {128, 64, 1, 128}, removing), (Pixels{{127, 1, 255, 128}}));
 }
 
+TEST_F(PictureUploadTest, PremultipliesWhatIsStraight)
+{
+    const PictureUpload multiplying{.premultiply = true};
+    for (const auto& [info, pixel] :
+         {std::pair<CGBitmapInfo, Rgba>{bitmapInfo(Alpha::Last), {100, 50, 1, 128}},
+          {bitmapInfo(Alpha::First, kCGBitmapByteOrder32Little), {1, 50, 100, 128}},
+          {bitmapInfo(Alpha::PremultipliedLast), {200, 100, 1, 128}},
+          {bitmapInfo(Alpha::NoneSkipLast), {200, 100, 1, 128}},
+          {bitmapInfo(Alpha::Last, kCGBitmapByteOrder32Little), {128, 1, 78, 200}}}) // drawn anew, which has done it
+        EXPECT_EQ(seenOf(info, {200, 100, 1, 128}, multiplying), Pixels{pixel}) << info;
+    GPUImagePicture ground(solidPicture(3, 3, {}), multiplying);
+    ground.replaceTextureWithSubCGImage(solidPicture(3, 3, {200, 100, 1, 128}));
+    EXPECT_TRUE(imagesMatch(seen(ground), solidPicture(3, 3, {100, 50, 1, 128})));
+}
+
 TEST_F(PictureUploadTest, SmoothScalingStretchesToPowersOfTwoAndAverages)
 {
     // Much smaller, a checkerboard of single pixels becomes even; without mipmaps single pixels would be picked.

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/image/pixels/AlphaForm.h"
 #include "platform/image/pixels/CGImage.h"
 #include "platform/image/pixels/ColorConversion.h"
 
@@ -9,9 +10,6 @@
 #include <optional>
 
 namespace lamina {
-
-/// What the alpha of converted pixels does to their colours.
-enum class AlphaForm { Straight, Premultiplied };
 
 /// Turns stretches of rows of a CGImage, whatever its layout, into RGBA of 8 bits a component in sRGB.
 ///
