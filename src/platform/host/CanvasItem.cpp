@@ -11,12 +11,25 @@
 
 namespace lamina {
 
+namespace {
+
+/// Without a frame for so long, nothing moves any more.
+constexpr int kRestMilliseconds = 150;
+
+} // namespace
+
 CanvasItem::CanvasItem(QQuickItem* parent)
     : QQuickItem(parent)
 {
     setFlag(ItemHasContents);
     setAcceptedMouseButtons(Qt::LeftButton);
     setAcceptTouchEvents(true);
+    m_rest.setSingleShot(true);
+    m_rest.setInterval(kRestMilliseconds);
+    connect(&m_rest, &QTimer::timeout, this, [this] {
+        if (m_renderer)
+            m_renderer->setMoving(false);
+    });
 }
 
 CanvasItem::~CanvasItem() = default;
@@ -45,6 +58,7 @@ void CanvasItem::setAcceptsInput(bool accepts)
 
 void CanvasItem::showView(std::shared_ptr<UIView> view)
 {
+    m_rest.stop();
     m_renderer.reset();
     m_input.reset();
     m_image = {};
@@ -97,9 +111,12 @@ void CanvasItem::updatePolish()
 {
     if (!m_renderer || !isVisible() || !window() || width() <= 0)
         return;
+    if (m_rest.isActive()) // so soon after another frame, this is one of a movement
+        m_renderer->setMoving(true);
     const IntRect painted = m_renderer->render();
     if (painted.isEmpty())
         return;
+    m_rest.start();
     copyPainted(painted);
     m_imageChanged = true;
     update();

@@ -9,6 +9,7 @@
 #include <QImage>
 #include <QPointer>
 #include <QQuickItem>
+#include <QTimer>
 
 #include <memory>
 
@@ -81,6 +82,7 @@ private:
     std::shared_ptr<UIView> m_view;
     std::unique_ptr<CanvasRenderer> m_renderer;
     std::unique_ptr<CanvasInput> m_input;
+    QTimer m_rest; ///< runs while frames follow one another
     QImage m_image;
     bool m_imageChanged = false;
     bool m_acceptsInput = true;
