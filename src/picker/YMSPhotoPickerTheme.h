@@ -1,7 +1,7 @@
 #pragma once
 
 #include "platform/base/UIColor.h"
-#include "platform/view/UIFont.h"
+#include "platform/text/UIFont.h"
 
 namespace lamina {
 

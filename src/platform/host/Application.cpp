@@ -14,6 +14,7 @@
 #include "platform/host/system/PictureClipboard.h"
 #include "platform/host/system/SystemURLOpener.h"
 #include "platform/photos/PhotoSource.h"
+#include "platform/text/TextLayout.h"
 #include "platform/view/FailureAlert.h"
 #include "platform/view/PhotoReceiver.h"
 #include "platform/view/UIApplication.h"
@@ -74,6 +75,7 @@ Application::Application(const LaunchOptions& options)
     , m_bridge((g_current = this, *this))
 {
     PresentationHost::setCurrent(m_screens);
+    setSystemFontFamily(QGuiApplication::font().family().toStdString());
     installSystemURLOpener();
     QObject::connect(m_screens.get(), &ScreenHost::presenting, &m_picker, &PickerPresenter::present);
     QObject::connect(&m_memory, &MemoryMonitor::lowMemory, &UIApplication::didReceiveMemoryWarning);

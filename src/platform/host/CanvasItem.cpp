@@ -15,6 +15,9 @@ namespace lamina {
 
 namespace {
 
+/// Without a frame for so long, nothing moves any more.
+constexpr int kRestMilliseconds = 150;
+
 Qt::CursorShape cursorFor(UIPointerShape shape)
 {
     switch (shape) {
@@ -53,6 +56,12 @@ CanvasItem::CanvasItem(QQuickItem* parent)
     setAcceptedMouseButtons(Qt::LeftButton);
     setAcceptTouchEvents(true);
     setAcceptHoverEvents(true);
+    m_rest.setSingleShot(true);
+    m_rest.setInterval(kRestMilliseconds);
+    connect(&m_rest, &QTimer::timeout, this, [this] {
+        if (m_renderer)
+            m_renderer->setMoving(false);
+    });
 }
 
 CanvasItem::~CanvasItem() = default;
@@ -82,6 +91,7 @@ void CanvasItem::setAcceptsInput(bool accepts)
 
 void CanvasItem::showView(std::shared_ptr<UIView> view)
 {
+    m_rest.stop();
     m_renderer.reset();
     m_input.reset();
     m_closedHand.reset();
@@ -136,11 +146,14 @@ void CanvasItem::updatePolish()
 {
     if (!m_renderer || !isVisible() || !window() || width() <= 0)
         return;
+    if (m_rest.isActive()) // so soon after another frame, this is one of a movement
+        m_renderer->setMoving(true);
     const IntRect painted = m_renderer->render();
     m_elements.update(m_view.get());
     setPointer();
     if (painted.isEmpty())
         return;
+    m_rest.start();
     copyPainted(painted);
     m_imageChanged = true;
     update();

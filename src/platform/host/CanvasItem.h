@@ -12,6 +12,7 @@
 #include <QPointF>
 #include <QPointer>
 #include <QQuickItem>
+#include <QTimer>
 
 #include <memory>
 #include <optional>
@@ -108,6 +109,7 @@ private:
     CanvasElements m_elements;
     std::optional<QPointF> m_pointer; ///< where the mouse hovers
     std::optional<ClosedHand> m_closedHand;
+    QTimer m_rest; ///< runs while frames follow one another
     QImage m_image;
     bool m_imageChanged = false;
     bool m_acceptsInput = true;

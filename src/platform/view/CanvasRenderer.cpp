@@ -36,6 +36,16 @@ void CanvasRenderer::setScale(double scale)
     noteChange();
 }
 
+void CanvasRenderer::setMoving(bool moving)
+{
+    m_moving = moving;
+    if (moving)
+        return;
+    m_reductions.drop();
+    if (!m_reducedArea.isEmpty())
+        noteChange();
+}
+
 void CanvasRenderer::setChangeHandler(std::function<void()> handler)
 {
     m_changeHandler = std::move(handler);
@@ -63,7 +73,9 @@ IntRect CanvasRenderer::render()
     const IntSize size{m_context->width(), m_context->height()};
     CanvasFrame frame(m_root->layer(), m_scale, size);
     const IntRect all{0, 0, size.width, size.height};
-    const IntRect area = fresh ? all : m_frame.differenceTo(frame).intersection(all);
+    IntRect area = fresh ? all : m_frame.differenceTo(frame).intersection(all);
+    if (!m_moving)
+        area = area.unionWith(std::exchange(m_reducedArea, {}).intersection(all));
     m_frame = std::move(frame);
     if (!area.isEmpty())
         paint(area);
@@ -89,8 +101,10 @@ void CanvasRenderer::paint(const IntRect& area)
     m_context->clipToRect(points);
     m_context->clearRect(points);
     m_context->translateCTM(-m_root->bounds().minX(), -m_root->bounds().minY());
-    LayerRenderer(*m_context).render(m_root->layer());
+    LayerRenderer(*m_context, m_moving ? &m_reductions : nullptr).render(m_root->layer());
     m_context->restoreGState();
+    if (m_moving && m_reductions.wereUsed())
+        m_reducedArea = m_reducedArea.unionWith(area);
 }
 
 CGImage CanvasRenderer::image() const

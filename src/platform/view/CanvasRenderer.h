@@ -4,6 +4,7 @@
 #include "platform/image/drawing/CGContext.h"
 #include "platform/image/pixels/CGImage.h"
 #include "platform/view/CanvasFrame.h"
+#include "platform/view/PictureReductions.h"
 #include "platform/view/UIView.h"
 
 #include <functional>
@@ -16,7 +17,8 @@ namespace lamina {
 ///
 /// The bitmap holds the root view's bounds; the root's own position and transform don't count. Its bytes are always
 /// those that painting everything would give, and those of `CALayer::renderInContext` in an image context of the same
-/// size and scale whose origin is the bounds' top left. Several renderers may show one tree. Main thread.
+/// size and scale whose origin is the bounds' top left; only while something moves (`setMoving`) large pictures are
+/// drawn from reductions, to be drawn anew at rest. Several renderers may show one tree. Main thread.
 class CanvasRenderer {
 public:
     /// `scale`: device pixels per point, above zero, fractions allowed (anything else counts as 1).
@@ -29,6 +31,10 @@ public:
     double scale() const { return m_scale; }
     /// The next `render` paints everything.
     void setScale(double scale);
+
+    /// True: frames follow one another, and speed counts. False, the default: the next `render` paints what was drawn
+    /// from reductions as it is, and these are let go.
+    void setMoving(bool moving);
 
     /// Whether something has changed since the last `render`. True at first.
     bool needsRender() const { return m_pending; }
@@ -54,6 +60,9 @@ private:
     CGSize m_size; ///< the root's, that the bitmap was made for
     mutable std::optional<CGContext> m_context;
     CanvasFrame m_frame;
+    PictureReductions m_reductions;
+    bool m_moving = false;
+    IntRect m_reducedArea; ///< pixels that were drawn from reductions
     bool m_pending = true;
     std::function<void()> m_changeHandler;
     CALayer::ChangeObserver m_observer;

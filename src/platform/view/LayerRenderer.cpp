@@ -3,6 +3,8 @@
 #include "platform/base/UIColor.h"
 #include "platform/image/drawing/UIBezierPath.h"
 #include "platform/image/drawing/UIImageDrawing.h"
+#include "platform/image/pixels/UIImage.h"
+#include "platform/view/PictureReductions.h"
 
 #include <algorithm>
 #include <cmath>
@@ -46,8 +48,9 @@ bool covers(const CGRect& outer, const CGRect& inner)
 
 } // namespace
 
-LayerRenderer::LayerRenderer(CGContext& context)
+LayerRenderer::LayerRenderer(CGContext& context, PictureReductions* reductions)
     : m_context(context)
+    , m_reductions(reductions)
 {
 }
 
@@ -176,7 +179,16 @@ void LayerRenderer::drawContents(const CALayer& layer, double alpha)
     if (!isSeen(rect))
         return;
     m_context.setAlpha(alpha);
-    drawInRect(layer.contents(), m_context, rect);
+    const UIImage& picture = layer.contents();
+    if (!m_reductions) {
+        drawInRect(picture, m_context, rect);
+        return;
+    }
+    const CGAffineTransform t = m_context.deviceTransform();
+    const IntSize pixels = picture.pixelSize();
+    const double stretch = std::max(std::hypot(t.a, t.b) * rect.size.width / pixels.width,
+                                    std::hypot(t.c, t.d) * rect.size.height / pixels.height);
+    drawInRect(m_reductions->fitting(picture, stretch), m_context, rect);
 }
 
 void LayerRenderer::drawBorder(const CALayer& layer, double alpha, bool square)

@@ -8,6 +8,8 @@
 
 namespace lamina {
 
+class PictureReductions;
+
 /// Draws layers into a context: the one way in which a tree becomes a picture, be it for a window or for a file.
 ///
 /// A layer of several parts that is to be seen as one (translucent, masked, with rounded corners that clip, or casting
@@ -16,8 +18,9 @@ namespace lamina {
 /// a part that is drawn again gets the same bytes. Main thread.
 class LayerRenderer {
 public:
-    /// The context must outlive the renderer.
-    explicit LayerRenderer(CGContext& context);
+    /// The context must outlive the renderer, as must `reductions`: with these, large pictures are drawn from copies
+    /// of about the size that is seen, quickly and not by the same bytes.
+    explicit LayerRenderer(CGContext& context, PictureReductions* reductions = nullptr);
 
     /// The layer and all above it, its own coordinates being those of user space.
     void render(const CALayer& layer);
@@ -84,6 +87,7 @@ private:
     bool clipToDrawingOf(const CALayer& mask, const IntRect& seen);
 
     CGContext& m_context;
+    PictureReductions* m_reductions;
 };
 
 } // namespace lamina

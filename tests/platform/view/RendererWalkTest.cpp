@@ -1,9 +1,13 @@
 // A canvas that is painted in parts is always what painting all of it would give.
 #include "LayerScene.h"
+#include "platform/base/MemoryWarning.h"
+#include "platform/base/NotificationCenter.h"
 #include "platform/view/CAShapeLayer.h"
 #include "platform/view/CanvasRenderer.h"
+#include "platform/view/UIImageView.h"
 
 #include <cmath>
+#include <cstdint>
 #include <random>
 #include <vector>
 
@@ -120,6 +124,40 @@ TEST_P(RendererWalk, PaintsPartsAsItWouldPaintTheWhole)
 }
 
 INSTANTIATE_TEST_SUITE_P(Scales, RendererWalk, testing::Values(1, 3, 1.7, 2, 1.25));
+
+TEST(CanvasRenderer, LargePicturesAreReducedWhileTheyMoveAndExactAtRest)
+{
+    const auto root = std::make_shared<UIView>(CGRect(0, 0, 160, 160));
+    root->setBackgroundColor(UIColor::white());
+    const auto photo = std::make_shared<UIImageView>(CGRect(30, 40, 100, 80));
+    const auto wave = [](double place) { return static_cast<std::uint8_t>(128 + 100 * std::sin(place)); };
+    const CGImage waves = makePicture(1100, 1000, [&](int x, int y) {
+        return Rgba{wave(0.03 * x), wave(0.02 * y), wave(0.01 * (x + y)), 255};
+    });
+    photo->setImage(UIImage(waves, 1, UIImageOrientation::Left));
+    root->addSubview(photo);
+    CanvasRenderer canvas(root, 2);
+    canvas.render();
+    canvas.setMoving(true);
+    for (const double size : {1.0, 0.6, 1.3}) {
+        photo->setTransform(CGAffineTransform::rotation(size).scaled(size, size));
+        canvas.render();
+        const CGImage exact = rendered(root->layer(), 2);
+        EXPECT_TRUE(imagesMatch(canvas.image(), exact, 12)) << size;
+        EXPECT_FALSE(imagesMatch(canvas.image(), exact)) << size;
+    }
+    photo->setTransform(CGAffineTransform::rotation(0.5));
+    canvas.render();
+    NotificationCenter::defaultCenter().post(UIApplicationDidReceiveMemoryWarningNotification);
+    photo->setCenter({70, 70});
+    canvas.render();
+    canvas.setMoving(false);
+    EXPECT_TRUE(canvas.needsRender());
+    canvas.render();
+    EXPECT_TRUE(imagesMatch(canvas.image(), rendered(root->layer(), 2)));
+    canvas.setMoving(false);
+    EXPECT_FALSE(canvas.needsRender());
+}
 
 TEST(CanvasRenderer, PaintsNoMoreThanWhatChanged)
 {

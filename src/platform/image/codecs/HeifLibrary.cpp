@@ -1,6 +1,6 @@
 #include "platform/image/codecs/HeifLibrary_p.h"
 
-#include "platform/image/codecs/LazyLibrary_p.h"
+#include "platform/base/LazyLibrary.h"
 
 namespace lamina {
 

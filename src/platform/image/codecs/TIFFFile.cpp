@@ -1,7 +1,7 @@
 #include "platform/image/codecs/TIFFFile_p.h"
 
 #include "platform/base/Causes.h"
-#include "platform/image/codecs/LazyLibrary_p.h"
+#include "platform/base/LazyLibrary.h"
 #include "platform/image/codecs/PictureDecoder_p.h"
 
 #include <algorithm>

@@ -6,6 +6,7 @@
 #include "platform/image/drawing/CoverageRow_p.h"
 #include "platform/image/drawing/DeviceBounds_p.h"
 #include "platform/image/drawing/GaussianBlur_p.h"
+#include "platform/image/drawing/RowBlender_p.h"
 #include "platform/image/drawing/Surface_p.h"
 #include "platform/image/pixels/PixelArithmetic.h"
 #include "platform/image/pixels/PixelBuffer.h"

@@ -8,6 +8,7 @@
 #include "platform/image/drawing/CoverageRow_p.h"
 #include "platform/image/drawing/PathOutline_p.h"
 #include "platform/image/drawing/Rasterizer_p.h"
+#include "platform/image/drawing/RowBlender_p.h"
 #include "platform/image/drawing/Surface_p.h"
 #include "platform/image/drawing/UIBezierPath.h"
 

@@ -1,9 +1,12 @@
 #include "platform/image/drawing/PathOutline_p.h"
 
+#include "platform/base/CGGeometry.h"
+
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
 #include <numeric>
+#include <vector>
 
 namespace lamina {
 

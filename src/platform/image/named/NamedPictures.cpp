@@ -6,6 +6,7 @@
 #include "platform/base/UIScreen.h"
 #include "platform/image/drawing/CGContext.h"
 #include "platform/image/named/PictureDrawing_p.h"
+#include "platform/image/named/PictureTable_p.h"
 
 #include <algorithm>
 #include <cstddef>

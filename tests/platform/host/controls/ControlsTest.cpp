@@ -9,6 +9,8 @@
 #include "platform/image/codecs/PictureDecoding.h"
 #include "platform/view/UIAccessibility.h"
 #include "platform/view/UIButton.h"
+#include "platform/image/drawing/CGContext.h"
+#include "platform/view/UIImageMetaType.h"
 #include "platform/view/UIStoryboard.h"
 #include "platform/view/UIViewController.h"
 
@@ -219,6 +221,32 @@ TEST_F(Controls, WorkThatIsQuickShowsNothingAndSlowWorkAWayOut)
     EXPECT_FALSE(panel->isVisible());
     panel->setProperty("running", true);
     EXPECT_FALSE(panel->isVisible()) << "every wait has its own first moment";
+}
+
+TEST_F(Controls, PrintsThatLieAskewHaveSmoothEdgesAndTranslucentPicturesStandOnWhite)
+{
+    QQuickItem* const ground = show(R"(Rectangle { anchors.fill: parent; color: "black"
+        Print { x: 60; y: 60; width: 200; height: 200; turn: 5 }
+        Picture { objectName: "picture"; x: 60; y: 400; width: 60; height: 60; radius: 10 } })");
+    const UIImage clear = CGContext::image({8, 8}, false, 1)->makeUIImage();
+    ground->findChild<QQuickItem*>(QStringLiteral("picture"))->setProperty("picture", QVariant::fromValue(clear));
+    driver->settle();
+    const QImage shot = driver->view().grabWindow();
+    const int ratio = shot.width() / driver->view().width();
+    // By the pixel, the light of a sheet is its area; a jagged edge has that too, but hardly a pixel in between.
+    double light = 0;
+    int between = 0;
+    for (int y = 40 * ratio; y < 280 * ratio; ++y) {
+        for (int x = 40 * ratio; x < 280 * ratio; ++x) {
+            const int value = qGreen(shot.pixel(x, y));
+            light += value / 255.0;
+            between += value > 10 && value < 245;
+        }
+    }
+    EXPECT_NEAR(light, 200 * 200 * ratio * ratio, 100);
+    EXPECT_GT(between, 4 * 180 * ratio);
+    EXPECT_EQ(shot.pixel(90 * ratio, 430 * ratio), qRgb(255, 255, 255));
+    EXPECT_EQ(shot.pixel(61 * ratio, 401 * ratio), qRgb(0, 0, 0)); // round corners
 }
 
 TEST_F(Controls, AToastGoesAtATap)

@@ -4,8 +4,9 @@
 
 namespace lamina {
 
-/// A shared library that is loaded when it is first needed and then stays. For codecs that bring many libraries along:
-/// linked in the ordinary way they would cost each run of a command some milliseconds, used or not.
+/// A shared library that is loaded when it is first needed and then stays. For those that bring many others along:
+/// linked in the ordinary way they would cost each run of a command some milliseconds, used or not. Whoever uses it
+/// links ${CMAKE_DL_LIBS}.
 ///
 /// The caller keeps one table of functions per library in a local static, which makes the loading safe for threads, and
 /// names their types by `decltype` of the declarations in the library's header.
