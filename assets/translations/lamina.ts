@@ -64,7 +64,15 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>Can’t discard the work</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>Can’t open the photo</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Can’t open the work</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -84,7 +92,19 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>Continue</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Discard</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>Discard Editing</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Discard this work?</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -120,6 +140,10 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>Keep</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>Lay one photo over another</source>
         <translation type="unfinished"></translation>
     </message>
@@ -141,6 +165,10 @@
     </message>
     <message>
         <source>No photos in this folder</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Not saved yet</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -217,6 +245,10 @@
     </message>
     <message>
         <source>Redo</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Reopen</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -328,11 +360,19 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>Use the first photo again</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>YES</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
         <source>You are not allowed to look into this folder.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Your work can’t be kept safe: %1</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -364,6 +404,10 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>a part of it is missing or damaged</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>a screen is presented already</source>
         <translation type="unfinished"></translation>
     </message>
@@ -381,6 +425,10 @@
     </message>
     <message>
         <source>is a folder</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>it is open in another window</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -448,6 +496,10 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>the file is too large</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>the file is too large for the device</source>
         <translation type="unfinished"></translation>
     </message>
@@ -504,7 +556,19 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>today at %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>too many pictures of that second</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>too many works are open</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>yesterday at %1</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
