@@ -64,7 +64,15 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>Can’t discard the work</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>Can’t open the photo</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Can’t open the work</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -84,7 +92,19 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>Continue</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Discard</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>Discard Editing</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Discard this work?</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -116,6 +136,10 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>Keep</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>Lay one photo over another</source>
         <translation type="unfinished"></translation>
     </message>
@@ -137,6 +161,10 @@
     </message>
     <message>
         <source>No photos in this folder</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Not saved yet</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -213,6 +241,10 @@
     </message>
     <message>
         <source>Redo</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Reopen</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -324,11 +356,19 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>Use the first photo again</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>YES</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
         <source>You are not allowed to look into this folder.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Your work can’t be kept safe: %1</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -360,6 +400,10 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>a part of it is missing or damaged</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>a screen is presented already</source>
         <translation type="unfinished"></translation>
     </message>
@@ -381,6 +425,10 @@
     </message>
     <message>
         <source>is a folder</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>it is open in another window</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -448,6 +496,10 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>the file is too large</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>the file is too large for the device</source>
         <translation type="unfinished"></translation>
     </message>
@@ -504,7 +556,19 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>today at %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>too many pictures of that second</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>too many works are open</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>yesterday at %1</source>
         <translation type="unfinished"></translation>
     </message>
     <message>

@@ -64,8 +64,16 @@
         <translation>Das Foto lässt sich nicht zuschneiden</translation>
     </message>
     <message>
+        <source>Can’t discard the work</source>
+        <translation>Die Arbeit lässt sich nicht verwerfen</translation>
+    </message>
+    <message>
         <source>Can’t open the photo</source>
         <translation>Das Foto lässt sich nicht öffnen</translation>
+    </message>
+    <message>
+        <source>Can’t open the work</source>
+        <translation>Die Arbeit lässt sich nicht öffnen</translation>
     </message>
     <message>
         <source>Can’t save the picture</source>
@@ -84,8 +92,20 @@
         <translation>Schließen</translation>
     </message>
     <message>
+        <source>Continue</source>
+        <translation>Weiter</translation>
+    </message>
+    <message>
+        <source>Discard</source>
+        <translation>Verwerfen</translation>
+    </message>
+    <message>
         <source>Discard Editing</source>
         <translation>Änderungen verwerfen</translation>
+    </message>
+    <message>
+        <source>Discard this work?</source>
+        <translation>Diese Arbeit verwerfen?</translation>
     </message>
     <message>
         <source>Drag the second photo, pinch or turn the wheel to zoom it. Arrow keys move it a little, plus and minus zoom.</source>
@@ -116,6 +136,10 @@
         <translation>JPEG-Bilder mit arithmetischer Kodierung werden nicht unterstützt</translation>
     </message>
     <message>
+        <source>Keep</source>
+        <translation>Behalten</translation>
+    </message>
+    <message>
         <source>Lay one photo over another</source>
         <translation>Ein Foto über ein anderes legen</translation>
     </message>
@@ -138,6 +162,10 @@
     <message>
         <source>No photos in this folder</source>
         <translation>Keine Fotos in diesem Ordner</translation>
+    </message>
+    <message>
+        <source>Not saved yet</source>
+        <translation>Noch nicht gespeichert</translation>
     </message>
     <message>
         <source>OK</source>
@@ -214,6 +242,10 @@
     <message>
         <source>Redo</source>
         <translation>Wiederholen</translation>
+    </message>
+    <message>
+        <source>Reopen</source>
+        <translation>Wieder öffnen</translation>
     </message>
     <message>
         <source>Reset</source>
@@ -324,12 +356,20 @@
         <translation>Foto verwenden</translation>
     </message>
     <message>
+        <source>Use the first photo again</source>
+        <translation>Das erste Foto wieder nehmen</translation>
+    </message>
+    <message>
         <source>YES</source>
         <translation>JA</translation>
     </message>
     <message>
         <source>You are not allowed to look into this folder.</source>
         <translation>Sie dürfen diesen Ordner nicht einsehen.</translation>
+    </message>
+    <message>
+        <source>Your work can’t be kept safe: %1</source>
+        <translation>Ihre Arbeit kann nicht gesichert werden: %1</translation>
     </message>
     <message>
         <source>Zoom</source>
@@ -360,6 +400,10 @@
         <translation>ein TIFF-Bild kann nicht größer als 4 GB sein</translation>
     </message>
     <message>
+        <source>a part of it is missing or damaged</source>
+        <translation>ein Teil davon fehlt oder ist beschädigt</translation>
+    </message>
+    <message>
         <source>a screen is presented already</source>
         <translation>es wird schon ein Bildschirm gezeigt</translation>
     </message>
@@ -382,6 +426,10 @@
     <message>
         <source>is a folder</source>
         <translation>ist ein Ordner</translation>
+    </message>
+    <message>
+        <source>it is open in another window</source>
+        <translation>sie ist in einem anderen Fenster geöffnet</translation>
     </message>
     <message>
         <source>no space left on the device</source>
@@ -448,6 +496,10 @@
         <translation>die Datei liegt nicht auf diesem Gerät</translation>
     </message>
     <message>
+        <source>the file is too large</source>
+        <translation>die Datei ist zu groß</translation>
+    </message>
+    <message>
         <source>the file is too large for the device</source>
         <translation>die Datei ist zu groß für das Gerät</translation>
     </message>
@@ -504,8 +556,20 @@
         <translation>diese Art von TIFF ist nicht lesbar</translation>
     </message>
     <message>
+        <source>today at %1</source>
+        <translation>heute um %1</translation>
+    </message>
+    <message>
         <source>too many pictures of that second</source>
         <translation>zu viele Bilder aus derselben Sekunde</translation>
+    </message>
+    <message>
+        <source>too many works are open</source>
+        <translation>zu viele Arbeiten sind geöffnet</translation>
+    </message>
+    <message>
+        <source>yesterday at %1</source>
+        <translation>gestern um %1</translation>
     </message>
     <message>
         <source>⚠️</source>

@@ -10,6 +10,7 @@
 #include "platform/view/FailureAlert.h"
 #include "platform/view/UIAlertController.h"
 #include "platform/view/UIImageMetaType.h"
+#include "platform/base/Result.h"
 #include "platform/view/UIStoryboard.h"
 
 #include <QDateTime>
@@ -57,7 +58,8 @@ std::string timeInWords(const QDateTime& time)
     const qint64 days = time.date().daysTo(QDate::currentDate());
     const QLocale locale;
     // Without a language of its own the system would count seconds.
-    const QString form = locale.language() == QLocale::C ? QStringLiteral("HH:mm") : locale.timeFormat(QLocale::ShortFormat);
+    const QString form =
+        locale.language() == QLocale::C ? QStringLiteral("HH:mm") : locale.timeFormat(QLocale::ShortFormat);
     const std::string clock = locale.toString(time.time(), form).toStdString();
     if (days == 0)
         return localizedText("today at %1", {clock});
@@ -128,13 +130,12 @@ void ViewController::openWork(const Result<std::shared_ptr<KeptWork>>& work)
     m_opensWork = false;
     if (!isAppearing() || presentedViewController())
         return findOfferedWork(); // this screen was left meanwhile
-    const auto editor =
-        UIStoryboard::named(kMainStoryboard)->instantiate<EditorViewController>(editorOf(offer).scene);
+    const auto editor = UIStoryboard::named(kMainStoryboard)->instantiate<EditorViewController>(editorOf(offer).scene);
     if (work && editor && editor->resumeWork(*work)) {
         emit offeredWorkChanged();
         return present(editor, true);
     }
-    const Error error = work ? Error{{}, "a part of it is missing or damaged"} : work.error();
+    const Error error = work ? workIsDamaged() : work.error();
     logWarning(offer.folder + ": " + error.cause);
     presentFailure(*this, localizedString("Can’t open the work"), {{}, error.cause});
     findOfferedWork();

@@ -106,9 +106,13 @@ AppScreen {
                     kind: "quiet"
                     iconName: "undo"
                     text: qsTranslate("Lamina", "Use the first photo again")
-                    onClicked: chooser.controller.useFirstPhotoAgain()
+                    onClicked: {
+                        library.focus = true // this button goes
+                        chooser.controller.useFirstPhotoAgain()
+                    }
                 }
                 LaminaButton {
+                    id: library
                     width: parent.width
                     iconName: "Gallery"
                     text: qsTranslate("Lamina", "Photo library")

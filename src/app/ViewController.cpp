@@ -104,8 +104,8 @@ bool ViewController::collageAvailable() const
 void ViewController::viewDidLoad()
 {
     UIViewController::viewDidLoad();
-    m_dismissal = NotificationCenter::defaultCenter().addObserver(
-        kDismissEditorsNotification, [this](const Notification&) {
+    m_dismissal =
+        NotificationCenter::defaultCenter().addObserver(kDismissEditorsNotification, [this](const Notification&) {
             m_editorWasLeft = true;
             dismissAllViewControllers();
         });

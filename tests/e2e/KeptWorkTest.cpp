@@ -2,6 +2,7 @@
 #include "WindowTest.h"
 
 #include "CommandRunner.h"
+#include "platform/base/CGAffineTransform.h"
 #include "app/ViewController.h"
 
 #include <csignal>
@@ -47,10 +48,11 @@ TEST_F(KeptWorkRoad, DISABLED_IsKilledInTheMiddleOfADrag)
 TEST_F(KeptWorkRoad, AfterAKillAndAfterClosing)
 {
     const std::string state = qgetenv("XDG_STATE_HOME").toStdString();
-    const CommandResult killed = runCommand(
-        "/usr/bin/env", {"-u", "LAMINA_PRIVATE_BUS", "TMPDIR=" + QDir::homePath().toStdString(),
-                         std::string(kStateOfTheKilled) + '=' + state, QCoreApplication::applicationFilePath().toStdString(),
-                         "--gtest_also_run_disabled_tests", "--gtest_filter=KeptWorkRoad.DISABLED_*"});
+    const CommandResult killed =
+        runCommand("/usr/bin/env",
+                   {"-u", "LAMINA_PRIVATE_BUS", "TMPDIR=" + QDir::homePath().toStdString(),
+                    std::string(kStateOfTheKilled) + '=' + state, QCoreApplication::applicationFilePath().toStdString(),
+                    "--gtest_also_run_disabled_tests", "--gtest_filter=KeptWorkRoad.DISABLED_*"});
     ASSERT_EQ(killed.output.find("[       OK ]"), std::string::npos) << killed.output;
 
     open();

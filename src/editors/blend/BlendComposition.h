@@ -5,6 +5,8 @@
 #include "editors/common/PictureMemory.h"
 #include "platform/base/CGAffineTransform.h"
 #include "platform/base/UIColor.h"
+#include "editors/common/KeptPictures.h"
+#include "editors/common/RecordValue.h"
 #include "platform/image/pixels/UIImage.h"
 
 #include <array>

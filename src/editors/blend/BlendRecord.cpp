@@ -1,8 +1,14 @@
 // How a blend is written into a record, and read from it.
 
 #include "editors/blend/BlendComposition.h"
+#include "editors/blend/PickedImages.h"
+#include "editors/common/KeptPictures.h"
+#include "editors/common/KeptWork.h"
+#include "editors/common/RecordValue.h"
+#include "platform/base/UIColor.h"
 #include "editors/common/RecordReading.h"
 
+#include <array>
 #include <algorithm>
 #include <cstddef>
 #include <utility>
@@ -17,9 +23,12 @@ constexpr KeptKind kBlendKind{"blend", 1};
 constexpr double kLargestSide = 4096;
 
 constexpr std::pair<const char*, bool BlendComposition::*> kFlags[] = {
-    {"photo1Selected", &BlendComposition::photo1Selected}, {"photo2Selected", &BlendComposition::photo2Selected},
-    {"panBool", &BlendComposition::panBool},               {"toolBool", &BlendComposition::toolBool},
-    {"contrastBool", &BlendComposition::contrastBool},     {"brightBool", &BlendComposition::brightBool},
+    {"photo1Selected", &BlendComposition::photo1Selected},
+    {"photo2Selected", &BlendComposition::photo2Selected},
+    {"panBool", &BlendComposition::panBool},
+    {"toolBool", &BlendComposition::toolBool},
+    {"contrastBool", &BlendComposition::contrastBool},
+    {"brightBool", &BlendComposition::brightBool},
     {"opacityBool", &BlendComposition::opacityBool},
 };
 
@@ -88,14 +97,13 @@ KeptKind keptKind(const BlendComposition&)
 
 void writeRecord(const BlendComposition& composition, KeptPictures& pictures, RecordValue& record)
 {
-    record = {
-        {"side", composition.side},
-        {"photos", {recordOf(composition.photos[0], pictures), recordOf(composition.photos[1], pictures)}},
-        {"order", composition.order},
-        {"backdrop", composition.backdrop ? RecordValue(*composition.backdrop) : RecordValue()},
-        {"current", composition.current},
-        {"applyFxOnImage1", pictures.keep(composition.applyFxOnImage1)},
-        {"applyFxOnImage2", pictures.keep(composition.applyFxOnImage2)}};
+    record = {{"side", composition.side},
+              {"photos", {recordOf(composition.photos[0], pictures), recordOf(composition.photos[1], pictures)}},
+              {"order", composition.order},
+              {"backdrop", composition.backdrop ? RecordValue(*composition.backdrop) : RecordValue()},
+              {"current", composition.current},
+              {"applyFxOnImage1", pictures.keep(composition.applyFxOnImage1)},
+              {"applyFxOnImage2", pictures.keep(composition.applyFxOnImage2)}};
     for (const auto& [name, flag] : kFlags)
         record[name] = composition.*flag;
 }

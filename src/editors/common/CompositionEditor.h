@@ -1,6 +1,8 @@
 #pragma once
 
 #include "editors/common/EditorViewController.h"
+#include "editors/common/KeptPictures.h"
+#include "editors/common/RecordValue.h"
 
 #include <memory>
 #include <optional>
@@ -26,9 +28,8 @@ public:
     bool resumeWork(std::shared_ptr<KeptWork> work) override
     {
         Composition read;
-        const bool found = work->read([&read](const RecordValue& record, KeptPictures& pictures) {
-            return readRecord(record, pictures, read);
-        });
+        const bool found = work->read(
+            [&read](const RecordValue& record, KeptPictures& pictures) { return readRecord(record, pictures, read); });
         if (found) {
             m_resumed = std::move(read);
             keeper().resume(std::move(work));

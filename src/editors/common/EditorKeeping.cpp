@@ -21,8 +21,8 @@ constexpr double kPrintSide = 288;
 
 void EditorViewController::keepWork(const KeptKind& kind, std::function<KeptWork::Write()> record)
 {
-    m_keeper.start({kind, std::move(record), [this] { return workPrint(); },
-                    [this](const Error& error) { tellNotKept(error); }});
+    m_keeper.start(
+        {kind, std::move(record), [this] { return workPrint(); }, [this](const Error& error) { tellNotKept(error); }});
     m_leaving =
         NotificationCenter::defaultCenter().addObserver(UIApplicationWillTerminateNotification, [this](const auto&) {
             cancelGestures(); // what a finger has done so far counts
@@ -44,8 +44,8 @@ UIImage EditorViewController::workPrint() const
 
 void EditorViewController::tellNotKept(const Error& error)
 {
-    setNotice(QString::fromStdString(
-        localizedText("Your work can’t be kept safe: %1", {localizedString(error.cause)})));
+    setNotice(
+        QString::fromStdString(localizedText("Your work can’t be kept safe: %1", {localizedString(error.cause)})));
 }
 
 } // namespace lamina

@@ -22,7 +22,8 @@ struct JournalContents {
     bool isNewer = false;
 };
 
-/// Reads the records that are whole, whatever lies between them: a journal that was cut off or damaged gives the others.
+/// Reads the records that are whole, whatever lies between them: a journal that was cut off or damaged gives the
+/// others.
 JournalContents readJournal(std::span<const std::uint8_t> bytes);
 
 } // namespace lamina

@@ -7,8 +7,14 @@
 #include "platform/base/Log.h"
 #include "platform/files/FileCauses.h"
 #include "platform/files/FileReading.h"
+#include "editors/common/RecordValue.h"
+#include "platform/base/Result.h"
+#include "platform/image/pixels/UIImage.h"
 #include "platform/image/codecs/PictureDecoding.h"
 
+#include <vector>
+#include <string>
+#include <optional>
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
@@ -98,6 +104,16 @@ void setKeptWorksFolder(std::string folder)
 const std::string& keptWorksFolder()
 {
     return g_folder;
+}
+
+Error workIsOpenElsewhere()
+{
+    return Error{{}, "it is open in another window"};
+}
+
+Error workIsDamaged()
+{
+    return Error{{}, "a part of it is missing or damaged"};
 }
 
 std::string keptFolder(const KeptKind& kind, int number)

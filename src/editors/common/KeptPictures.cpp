@@ -58,7 +58,8 @@ bool isSame(const CGImage& one, const CGImage& other)
 bool isAlphaOfStored(int alpha)
 {
     return alpha == static_cast<int>(CGImageAlphaInfo::PremultipliedLast) ||
-           alpha == static_cast<int>(CGImageAlphaInfo::Last) || alpha == static_cast<int>(CGImageAlphaInfo::NoneSkipLast);
+           alpha == static_cast<int>(CGImageAlphaInfo::Last) ||
+           alpha == static_cast<int>(CGImageAlphaInfo::NoneSkipLast);
 }
 
 } // namespace
@@ -94,9 +95,8 @@ RecordValue KeptPictures::keep(const UIImage& picture)
     const std::string name = nameOf(picture.cgImage());
     if (std::find(m_named.begin(), m_named.end(), name) == m_named.end())
         m_named.push_back(name);
-    RecordValue value{{kFile, name},
-                      {kScale, picture.scale()},
-                      {kOrientation, static_cast<int>(picture.imageOrientation())}};
+    RecordValue value{
+        {kFile, name}, {kScale, picture.scale()}, {kOrientation, static_cast<int>(picture.imageOrientation())}};
     if (isAlphaOfStored(static_cast<int>(picture.cgImage().alphaInfo())))
         value[kAlpha] = static_cast<int>(picture.cgImage().alphaInfo());
     return value;
@@ -190,9 +190,8 @@ void KeptPictures::load(const std::vector<std::string>& names)
 
 void KeptPictures::forgetOthers(const std::vector<std::string>& names)
 {
-    std::erase_if(m_held, [&](const Held& held) {
-        return std::find(names.begin(), names.end(), held.name) == names.end();
-    });
+    std::erase_if(m_held,
+                  [&](const Held& held) { return std::find(names.begin(), names.end(), held.name) == names.end(); });
 }
 
 } // namespace lamina

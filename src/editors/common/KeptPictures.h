@@ -2,6 +2,7 @@
 
 #include "editors/common/RecordValue.h"
 #include "platform/base/Result.h"
+#include "platform/image/pixels/CGImage.h"
 #include "platform/image/pixels/UIImage.h"
 
 #include <string>

@@ -9,6 +9,7 @@
 #include "platform/files/FileWriting.h"
 #include "platform/image/codecs/PictureEncoding.h"
 
+#include <cstdint>
 #include <algorithm>
 #include <chrono>
 #include <cstddef>
@@ -32,8 +33,7 @@ double secondsNow()
 
 void tellChange()
 {
-    DispatchQueue::main().async(
-        [] { NotificationCenter::defaultCenter().post(kKeptWorksChangedNotification); });
+    DispatchQueue::main().async([] { NotificationCenter::defaultCenter().post(kKeptWorksChangedNotification); });
 }
 
 } // namespace
@@ -60,10 +60,10 @@ Result<std::shared_ptr<KeptWork>> KeptWork::open(const KeptOffer& offer, const K
 {
     const std::shared_ptr<KeptWork> work(new KeptWork(kind));
     if (!work->claimFolder(offer.folder))
-        return Error{{}, "it is open in another window"};
+        return workIsOpenElsewhere();
     auto records = readKeptRecords(offer.folder, {kind});
     if (!records)
-        return records.error();
+        return workIsDamaged();
     work->m_records = std::move(*records);
     work->m_pictures->load(work->pictureNames());
     return work;
@@ -209,7 +209,7 @@ Outcome removeKeptWork(const KeptOffer& offer)
 {
     const auto lock = FolderLock::take(offer.folder);
     if (!lock)
-        return Error{{}, "it is open in another window"};
+        return workIsOpenElsewhere();
     std::error_code failure;
     fs::remove_all(offer.folder, failure);
     tellChange();

@@ -1,6 +1,9 @@
 #pragma once
 
 #include "editors/common/KeptPictures.h"
+#include "editors/common/RecordValue.h"
+#include "platform/base/Result.h"
+#include "platform/image/pixels/UIImage.h"
 #include "platform/files/PrivateFolder.h"
 
 #include <functional>
@@ -33,6 +36,11 @@ inline constexpr const char* kKeptWorksChangedNotification = "KeptWorksChanged";
 void setKeptWorksFolder(std::string folder);
 /// See setKeptWorksFolder.
 const std::string& keptWorksFolder();
+
+/// Why a work that is offered can't be had, each in one wording; without a subject.
+Error workIsOpenElsewhere();
+/// See workIsOpenElsewhere.
+Error workIsDamaged();
 
 /// The work that was changed last among those of these kinds that nobody has open, in this process or another. What
 /// can't be read is not offered; why is logged once. Reads small files. Main thread.

@@ -2,6 +2,8 @@
 
 #include "editors/common/KeptWork.h"
 
+#include "platform/base/Result.h"
+
 #include <optional>
 #include <string>
 #include <vector>

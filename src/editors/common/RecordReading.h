@@ -23,42 +23,48 @@ bool readRecordValue(Read read)
     }
 }
 
-// Found by the library beside the types.
-
+/// [x, y], found by the library beside the type.
 inline void to_json(RecordValue& value, const CGPoint& point)
 {
     value = std::array{point.x, point.y};
 }
+/// See to_json.
 inline void from_json(const RecordValue& value, CGPoint& point)
 {
     const auto read = value.get<std::array<double, 2>>();
     point = {read[0], read[1]};
 }
 
+/// [width, height], likewise.
 inline void to_json(RecordValue& value, const CGSize& size)
 {
     value = std::array{size.width, size.height};
 }
+/// See to_json.
 inline void from_json(const RecordValue& value, CGSize& size)
 {
     const auto read = value.get<std::array<double, 2>>();
     size = {read[0], read[1]};
 }
 
+/// [red, green, blue, alpha], likewise.
 inline void to_json(RecordValue& value, const UIColor& color)
 {
     value = std::array{color.red, color.green, color.blue, color.alpha};
 }
+/// See to_json.
 inline void from_json(const RecordValue& value, UIColor& color)
 {
     const auto read = value.get<std::array<double, 4>>();
     color = {read[0], read[1], read[2], read[3]};
 }
 
+/// [a, b, c, d, tx, ty], likewise.
 inline void to_json(RecordValue& value, const CGAffineTransform& t)
 {
     value = std::array{t.a, t.b, t.c, t.d, t.tx, t.ty};
 }
+/// See to_json.
 inline void from_json(const RecordValue& value, CGAffineTransform& transform)
 {
     const auto read = value.get<std::array<double, 6>>();

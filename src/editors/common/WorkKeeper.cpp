@@ -43,9 +43,8 @@ void WorkKeeper::flush()
     m_timer.cancel();
     if (std::exchange(m_isWritten, true) || !m_source.record)
         return;
-    inBackground([write = m_source.record(), print = m_source.print()](KeptWork& work) {
-        return work.write(write, print);
-    });
+    inBackground(
+        [write = m_source.record(), print = m_source.print()](KeptWork& work) { return work.write(write, print); });
 }
 
 void WorkKeeper::release(int revision)

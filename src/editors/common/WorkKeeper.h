@@ -1,8 +1,11 @@
 #pragma once
 
 #include "editors/common/KeptWork.h"
+#include "platform/base/Result.h"
+#include "platform/image/pixels/UIImage.h"
 #include "platform/base/DispatchTimer.h"
 
+#include <utility>
 #include <functional>
 #include <memory>
 

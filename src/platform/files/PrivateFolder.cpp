@@ -56,7 +56,7 @@ Outcome makePrivateFolder(const std::string& path)
     if (errno != EEXIST)
         return Error{path, writingFailure(errno)};
     if (!fs::is_directory(folder, ignored))
-        return Error{path, "is not a folder"};
+        return Error{path, cause::kNoSuchFolder};
     struct stat status {};
     if (::stat(path.c_str(), &status) == 0 && (status.st_mode & 07777) != kOwnerOnly &&
         ::chmod(path.c_str(), kOwnerOnly) != 0)

@@ -3,13 +3,15 @@
 #include "platform/base/Result.h"
 #include "platform/files/FileReading.h"
 
+#include <utility>
 #include <optional>
 #include <string>
 
 namespace lamina {
 
 /// Where the application keeps what outlives it and is nobody else's: "lamina" in the user's folder for state
-/// ($XDG_STATE_HOME, else ~/.local/state). Empty when the user has neither. It is not made here. Usable from any thread.
+/// ($XDG_STATE_HOME, else ~/.local/state). Empty when the user has neither. It is not made here. Usable from any
+/// thread.
 std::string stateFolder();
 
 /// Makes the folder, and those above it that are missing, for the owner alone (mode 0700); one that is there becomes

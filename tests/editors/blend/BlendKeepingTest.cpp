@@ -6,8 +6,11 @@
 #include "editors/common/KeptWork.h"
 #include "editors/common/RecordReading.h"
 #include "platform/base/UIColor.h"
+#include "platform/image/pixels/CGImage.h"
 #include "platform/view/UIApplication.h"
 
+#include <iterator>
+#include <cstddef>
 #include <csignal>
 #include <filesystem>
 #include <gmock/gmock.h>
@@ -83,7 +86,8 @@ TEST_F(BlendKeeping, AWorkComesBackWhole)
     work.photos[0].actualImage = noise(CGImageAlphaInfo::PremultipliedLast, 1);
     work.photos[0].image = noise(CGImageAlphaInfo::Last, 2);
     work.photos[0].crop = {{4000, 3000}, kSide, 1.1, {1.0 / 3, 1e-7}};
-    work.photos[1].image = UIImage(noisePicture(40, 64, CGImageAlphaInfo::NoneSkipLast, 3), 2, UIImageOrientation::Right);
+    work.photos[1].image =
+        UIImage(noisePicture(40, 64, CGImageAlphaInfo::NoneSkipLast, 3), 2, UIImageOrientation::Right);
     work.photos[1].transform = {0.1 + 0.2, -0.7, 1e-3, 1.0 / 7, 12.345678901234567, -1e-9};
     work.photos[1].alpha = 0.1 + 0.2;
     work.backdrop = UIColor{1.0 / 3, 0.5, 0, 1};
@@ -161,10 +165,15 @@ TEST_F(BlendKeeping, WhatCannotBeReadIsNotOfferedAndNobodyIsStopped)
         {"huge", [&] { writeFile(file("journal"), moreThanItEverHolds); }, false, "too large"},
         {"newer", [&] { writeFile(file("journal"), "lamina-kept 2 {}"); }, false, "a later version"},
         {"a folder", [&] { fs::create_directory(file("journal")); }, false, "is a folder"},
-        {"no record", [&] { writeFile(file("journal"), [] {
-             const auto bytes = journalOf(std::vector<std::string>{R"({"editor":"blend","version":1,"when":"now"})"});
-             return std::string(bytes.begin(), bytes.end());
-         }()); }, false, ""},
+        {"no record",
+         [&] {
+             writeFile(file("journal"), [] {
+                 const auto bytes =
+                     journalOf(std::vector<std::string>{R"({"editor":"blend","version":1,"when":"now"})"});
+                 return std::string(bytes.begin(), bytes.end());
+             }());
+         },
+         false, ""},
     };
     for (const auto& c : table) {
         SCOPED_TRACE(c.what);
@@ -217,12 +226,26 @@ TEST_F(BlendKeeping, AFullDiskIsToldOnceAndLeavesWhatWasKept)
         editor->dismissNotice();
         EXPECT_EQ(readFile(file("journal")), journal);
     }
-    EXPECT_EQ(log.messages.size(), 1u) << log.text();
+    EXPECT_THAT(log.text(), testing::MatchesRegex(".*/kept/blend/.*: the file is too large for the device\n"));
     const std::string last = recordNow();
     EXPECT_NE(last, before);
     leave(); // there is room again
     ASSERT_TRUE(resume());
     EXPECT_EQ(recordNow(), last);
+}
+
+TEST_F(BlendKeeping, WithoutAFolderTheWorkGoesOn)
+{
+    writeFile(state.path("file"), "");
+    setKeptWorksFolder(state.path("file/kept"));
+    const LogCapture log;
+    EXPECT_FALSE(offer());
+    editor = std::make_shared<BlendPhotoViewController>();
+    editor->view();
+    settle();
+    EXPECT_EQ(editor->notice(), QStringLiteral("Your work can’t be kept safe: no such folder"));
+    EXPECT_EQ(log.text(), state.path("file/kept") + ": no such folder\n");
+    leave();
 }
 
 TEST_F(BlendKeeping, WhatIsOpenElsewhereIsLeftAlone)

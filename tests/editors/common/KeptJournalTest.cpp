@@ -1,5 +1,6 @@
 #include "editors/common/KeptJournal.h"
 
+#include <cstddef>
 #include <gtest/gtest.h>
 
 namespace lamina::test {
@@ -32,7 +33,8 @@ TEST(KeptJournal, ALaterVersionIsToldFromDamage)
         return readJournal({reinterpret_cast<const std::uint8_t*>(text.data()), text.size()});
     };
     EXPECT_TRUE(contents("lamina-kept 2 whatever\n").isNewer);
-    for (const char* const foreign : {"", "\x89PNG", "lamina-kept", "lamina-kept 1 99999999999999999999 ", "lamina-kept x"})
+    for (const char* const foreign :
+         {"", "\x89PNG", "lamina-kept", "lamina-kept 1 99999999999999999999 ", "lamina-kept x"})
         EXPECT_FALSE(contents(foreign).isNewer || !contents(foreign).records.empty()) << foreign;
 }
 
