@@ -72,6 +72,10 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>Can’t show the picture</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>Choose</source>
         <translation type="unfinished"></translation>
     </message>
@@ -88,11 +92,19 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>Drag the second photo, pinch or turn the wheel to zoom it. Arrow keys move it a little, plus and minus zoom.</source>
+        <source>Drag the second photo, pinch to zoom it. Arrow keys move it a little, plus and minus zoom.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Drag the second photo, turn the wheel to zoom it. Arrow keys move it a little, plus and minus zoom.</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
         <source>Drag to move, pinch to zoom</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Drag to move, turn the wheel to zoom</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -117,6 +129,14 @@
     </message>
     <message>
         <source>JPEG pictures with arithmetic coding are not supported</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Lamina blends two photos. %1 were left out.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Lamina blends two photos. One was left out.</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -244,6 +264,10 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>Show</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>Soon</source>
         <translation type="unfinished"></translation>
     </message>
@@ -301,6 +325,10 @@
     </message>
     <message>
         <source>Three photos</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Too many photos</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -381,6 +409,10 @@
     </message>
     <message>
         <source>is a folder</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>no program opens folders</source>
         <translation type="unfinished"></translation>
     </message>
     <message>

@@ -72,6 +72,10 @@
         <translation>Das Bild lässt sich nicht speichern</translation>
     </message>
     <message>
+        <source>Can’t show the picture</source>
+        <translation>Das Bild lässt sich nicht zeigen</translation>
+    </message>
+    <message>
         <source>Choose</source>
         <translation>Auswählen</translation>
     </message>
@@ -88,12 +92,20 @@
         <translation>Änderungen verwerfen</translation>
     </message>
     <message>
-        <source>Drag the second photo, pinch or turn the wheel to zoom it. Arrow keys move it a little, plus and minus zoom.</source>
-        <translation>Das zweite Foto ziehen; mit zwei Fingern oder dem Mausrad zoomen. Pfeiltasten verschieben es ein wenig, Plus und Minus zoomen.</translation>
+        <source>Drag the second photo, pinch to zoom it. Arrow keys move it a little, plus and minus zoom.</source>
+        <translation>Das zweite Foto ziehen; mit zwei Fingern zoomen. Pfeiltasten verschieben es ein wenig, Plus und Minus zoomen.</translation>
+    </message>
+    <message>
+        <source>Drag the second photo, turn the wheel to zoom it. Arrow keys move it a little, plus and minus zoom.</source>
+        <translation>Das zweite Foto ziehen; mit dem Mausrad zoomen. Pfeiltasten verschieben es ein wenig, Plus und Minus zoomen.</translation>
     </message>
     <message>
         <source>Drag to move, pinch to zoom</source>
         <translation>Ziehen verschiebt, zwei Finger zoomen</translation>
+    </message>
+    <message>
+        <source>Drag to move, turn the wheel to zoom</source>
+        <translation>Ziehen verschiebt, das Mausrad zoomt</translation>
     </message>
     <message>
         <source>Effects</source>
@@ -118,6 +130,14 @@
     <message>
         <source>JPEG pictures with arithmetic coding are not supported</source>
         <translation>JPEG-Bilder mit arithmetischer Kodierung werden nicht unterstützt</translation>
+    </message>
+    <message>
+        <source>Lamina blends two photos. %1 were left out.</source>
+        <translation>Lamina überblendet zwei Fotos. %1 wurden weggelassen.</translation>
+    </message>
+    <message>
+        <source>Lamina blends two photos. One was left out.</source>
+        <translation>Lamina überblendet zwei Fotos. Eines wurde weggelassen.</translation>
     </message>
     <message>
         <source>Lay one photo over another</source>
@@ -244,6 +264,10 @@
         <translation>Einstellungen</translation>
     </message>
     <message>
+        <source>Show</source>
+        <translation>Zeigen</translation>
+    </message>
+    <message>
         <source>Soon</source>
         <translation>Bald</translation>
     </message>
@@ -302,6 +326,10 @@
     <message>
         <source>Three photos</source>
         <translation>Drei Fotos</translation>
+    </message>
+    <message>
+        <source>Too many photos</source>
+        <translation>Zu viele Fotos</translation>
     </message>
     <message>
         <source>Tools</source>
@@ -382,6 +410,10 @@
     <message>
         <source>is a folder</source>
         <translation>ist ein Ordner</translation>
+    </message>
+    <message>
+        <source>no program opens folders</source>
+        <translation>kein Programm öffnet Ordner</translation>
     </message>
     <message>
         <source>no space left on the device</source>

@@ -7,6 +7,10 @@
 
 #include <gtest/gtest.h>
 
+#ifndef LAMINA_DISPLAY_SCALE
+#define LAMINA_DISPLAY_SCALE "3" // a phone's display: the canvas has the pixels that are saved
+#endif
+
 int main(int argc, char** argv)
 {
     lamina::test::enterPrivateBus(argv);
@@ -16,7 +20,8 @@ int main(int argc, char** argv)
     qputenv("XDG_CONFIG_HOME", home.filePath(QStringLiteral("config")).toUtf8());
     qputenv("XDG_RUNTIME_DIR", home.path().toUtf8());
     qputenv("QT_QPA_PLATFORM", "offscreen");
-    qputenv("QT_SCALE_FACTOR", "3"); // a phone's display: the canvas has the pixels that are saved
+    qputenv("XDG_STATE_HOME", home.filePath(QStringLiteral("state")).toUtf8());
+    qputenv("QT_SCALE_FACTOR", LAMINA_DISPLAY_SCALE);
     qputenv("LAMINA_REDUCED_MOTION", "1");
     qputenv("LC_ALL", "C.UTF-8");
     QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
