@@ -108,10 +108,6 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>Effects</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
         <source>Eight frames</source>
         <translation type="unfinished"></translation>
     </message>
@@ -405,6 +401,10 @@
     </message>
     <message>
         <source>cancelled</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>fx</source>
         <translation type="unfinished"></translation>
     </message>
     <message>

@@ -108,10 +108,6 @@
         <translation>Ziehen verschiebt, das Mausrad zoomt</translation>
     </message>
     <message>
-        <source>Effects</source>
-        <translation>Effekte</translation>
-    </message>
-    <message>
         <source>Eight frames</source>
         <translation>Acht Rahmen</translation>
     </message>
@@ -406,6 +402,10 @@
     <message>
         <source>cancelled</source>
         <translation>abgebrochen</translation>
+    </message>
+    <message>
+        <source>fx</source>
+        <translation>Effekte</translation>
     </message>
     <message>
         <source>is a folder</source>

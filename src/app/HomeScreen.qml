@@ -5,10 +5,6 @@ import Lamina
 AppScreen {
     id: home
 
-    // Makes the card of left work, which is as high as its implicitHeight.
-    property bool hasKeptWork: false
-    property Component keptWork: null
-
     readonly property bool brief: measures.stacked && !tablet
     readonly property var cards: [
         { title: qsTranslate("Lamina", "Two photos"), art: "home_two", turn: 4, collage: true,
@@ -70,8 +66,16 @@ AppScreen {
                 y: head.y + head.height + measures.headGap
                 width: measures.usable
                 height: item ? item.implicitHeight : 0
-                active: home.hasKeptWork
-                sourceComponent: home.keptWork
+                active: home.controller.workOffered
+                sourceComponent: KeptWorkCard {
+                    controller: home.controller
+                }
+                // Who has discarded it goes on with the cards.
+                onActiveChanged: {
+                    const first = repeater.itemAt(home.controller.collageAvailable ? 0 : 2)
+                    if (!active && first)
+                        first.focus = true
+                }
             }
 
             Grid {

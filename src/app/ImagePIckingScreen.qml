@@ -75,7 +75,8 @@ AppScreen {
                     Accessible.name: text
                 }
                 StyledText {
-                    width: parent.width
+                    // A line of some sixty signs is read with ease.
+                    width: Math.min(parent.width, 32 * font.pixelSize)
                     text: chooser.second
                         ? qsTranslate("Lamina", "This one lies on top. Move it, zoom it, let the first one shine through.")
                         : qsTranslate("Lamina", "This one stays in place. Pick something calm: a sky, a wall, the sea.")
@@ -115,6 +116,14 @@ AppScreen {
                 y: page.height - height - page.foot
                 width: page.width - x - page.rightInset - page.buttonInset
                 spacing: Tokens.space.m
+                LaminaButton {
+                    visible: chooser.controller.firstPhotoSetAside
+                    width: parent.width
+                    kind: "quiet"
+                    iconName: "undo"
+                    text: qsTranslate("Lamina", "Use the first photo again")
+                    onClicked: chooser.controller.useFirstPhotoAgain()
+                }
                 LaminaButton {
                     width: parent.width
                     iconName: "Gallery"

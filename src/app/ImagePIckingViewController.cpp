@@ -51,10 +51,28 @@ void ImagePIckingViewController::viewWillAppear(bool animated)
     UIViewController::viewWillAppear(animated);
     if (std::exchange(m_cameraAvailable, cameraIsThere()) != m_cameraAvailable)
         emit cameraAvailableChanged();
-    if (m_selectImage == backdropName())
+    readSlots();
+}
+
+void ImagePIckingViewController::readSlots()
+{
+    if (m_selectImage != backdropName()) {
+        m_selectImage = backdropName();
+        emit selectImageChanged();
+    }
+    if (m_firstPhotoSetAside != isFirstImageSetAside()) {
+        m_firstPhotoSetAside = !m_firstPhotoSetAside;
+        emit firstPhotoSetAsideChanged();
+    }
+}
+
+void ImagePIckingViewController::useFirstPhotoAgain()
+{
+    if (!wantsPhotos())
         return;
-    m_selectImage = backdropName();
-    emit selectImageChanged();
+    m_waiting.clear();
+    takeFirstImageAgain();
+    readSlots();
 }
 
 void ImagePIckingViewController::viewDidAppear(bool animated)
@@ -65,6 +83,7 @@ void ImagePIckingViewController::viewDidAppear(bool animated)
 
 void ImagePIckingViewController::backButton()
 {
+    forgetImageSetAside();
     if (const auto stack = navigationController())
         stack->popViewController(true);
 }

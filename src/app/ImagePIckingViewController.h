@@ -20,6 +20,7 @@ class ImagePIckingViewController : public UIViewController,
     Q_PROPERTY(QString selectImage READ selectImage NOTIFY selectImageChanged FINAL)
     Q_PROPERTY(bool cameraAvailable READ cameraAvailable NOTIFY cameraAvailableChanged FINAL)
     Q_PROPERTY(int step READ step NOTIFY selectImageChanged FINAL)
+    Q_PROPERTY(bool firstPhotoSetAside READ firstPhotoSetAside NOTIFY firstPhotoSetAsideChanged FINAL)
 
 public:
     ImagePIckingViewController();
@@ -35,6 +36,12 @@ public:
 
     void viewWillAppear(bool animated) override;
     void viewDidAppear(bool animated) override;
+
+    /// Whether the first photo was given up and can be taken again: until another is taken, or this screen is left for
+    /// the home screen.
+    bool firstPhotoSetAside() const { return m_firstPhotoSetAside; }
+    /// Takes it again with its crop, so that the second photo is wanted.
+    Q_INVOKABLE void useFirstPhotoAgain();
 
     /// Back to the home screen; the slots stay.
     Q_INVOKABLE void backButton();
@@ -57,8 +64,10 @@ public:
 signals:
     void selectImageChanged();
     void cameraAvailableChanged();
+    void firstPhotoSetAsideChanged();
 
 private:
+    void readSlots();
     std::shared_ptr<UIImagePickerController> makePicker(UIImagePickerControllerSourceType source);
     void pickByHand(UIImagePickerControllerSourceType source);
     void openWaitingPhoto();
@@ -71,6 +80,7 @@ private:
     };
 
     QString m_selectImage;
+    bool m_firstPhotoSetAside = false;
     std::deque<WaitingPhoto> m_waiting;
     std::size_t m_leftOut = 0; ///< photos of which the user has to be told yet
     bool m_cameraAvailable = false;

@@ -114,7 +114,7 @@ void PinchZoomViewController::backButton()
     if (std::exchange(m_leaving, true))
         return;
     dismiss(true);
-    clearPickedImages();
+    givePickedImagesUp();
 }
 
 void PinchZoomViewController::doneButton()
@@ -130,6 +130,7 @@ void PinchZoomViewController::doneButton()
     if (!had) {
         firstPickedImage = image;
         firstPickedCrop = crop();
+        forgetImageSetAside();
         m_leaving = true;
         dismiss(true);
         return;

@@ -38,7 +38,7 @@ public:
     /// Lays the square out; at zoom 1 the photo fills it on its shorter side and starts at its top left.
     void viewDidLoad() override;
 
-    /// Leaves without a crop, and gives up a first photo that was taken already.
+    /// Leaves without a crop, and gives up a first photo that was taken already; that one can be taken again.
     Q_INVOKABLE void backButton();
     /// Cuts the photo. The first crop goes to the first slot and the screen is dismissed; the second goes to the second
     /// slot and the blend editor opens. When memory is short an alert says so, and the screen stays as it is.

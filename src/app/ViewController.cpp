@@ -105,7 +105,12 @@ void ViewController::viewDidLoad()
 {
     UIViewController::viewDidLoad();
     m_dismissal = NotificationCenter::defaultCenter().addObserver(
-        kDismissEditorsNotification, [this](const Notification&) { dismissAllViewControllers(); });
+        kDismissEditorsNotification, [this](const Notification&) {
+            m_editorWasLeft = true;
+            dismissAllViewControllers();
+        });
+    m_keptWorks = NotificationCenter::defaultCenter().addObserver(kKeptWorksChangedNotification,
+                                                                  [this](const Notification&) { findOfferedWork(); });
     const double height = view().bounds().size.height;
     if (std::find(kShortScreens.begin(), kShortScreens.end(), height) != kShortScreens.end())
         verticlebtnConstraints = kShortScreenSpacing;

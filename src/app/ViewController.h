@@ -1,11 +1,16 @@
 #pragma once
 
+#include "editors/common/KeptWork.h"
 #include "picker/YMSPhotoPickerViewControllerDelegate.h"
 #include "platform/base/NotificationCenter.h"
 #include "platform/view/PhotoReceiver.h"
 #include "platform/view/UIViewController.h"
 
+#include <QString>
+#include <QVariant>
+
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -16,9 +21,16 @@ namespace lamina {
 /// source. Main thread only.
 ///
 /// The notification `kDismissEditorsNotification` dismisses all that this screen presents.
+///
+/// A work that was not exported is offered here, until it is gone on with or another of its kind is begun, or the
+/// person removes it.
 class ViewController : public UIViewController, public YMSPhotoPickerViewControllerDelegate, public PhotoReceiver {
     Q_OBJECT
     Q_PROPERTY(bool collageAvailable READ collageAvailable CONSTANT FINAL)
+    Q_PROPERTY(bool workOffered READ workOffered NOTIFY offeredWorkChanged FINAL)
+    Q_PROPERTY(bool workWasLeft READ workWasLeft NOTIFY offeredWorkChanged FINAL)
+    Q_PROPERTY(QString workLine READ workLine NOTIFY offeredWorkChanged FINAL)
+    Q_PROPERTY(QVariant workPrint READ workPrint NOTIFY workPrintChanged FINAL)
 
 public:
     ViewController();
@@ -36,6 +48,7 @@ public:
     bool collageAvailable() const;
 
     void viewDidLoad() override;
+    void viewWillAppear(bool animated) override;
     void prepareForSegue(UIStoryboardSegue& segue, QObject* sender) override;
 
     /// Dismisses what this screen presents, in one animated step.
@@ -47,6 +60,19 @@ public:
     Q_INVOKABLE void threePhotoCollage();
     /// The entry of the blend: pushes the screen that asks where a photo comes from.
     Q_INVOKABLE void BlendPhoto();
+
+    /// Whether there is a work to go on with.
+    bool workOffered() const { return m_offer.has_value(); }
+    /// Whether an editor was left since the start, so that the work is opened again rather than gone on with.
+    bool workWasLeft() const { return m_editorWasLeft; }
+    /// What it is, and when it was last changed: "Blend, today at 19:22".
+    QString workLine() const;
+    /// A `lamina::UIImage`: how it looked; empty until it was read.
+    QVariant workPrint() const { return QVariant::fromValue(m_print); }
+    /// Opens the editor with the work as it was left. What stands in the way is told in an alert.
+    Q_INVOKABLE void continueWork();
+    /// Asks whether to remove the work for good.
+    Q_INVOKABLE void discardWork();
 
     /// Presents the photo picker in this screen's colours, for as many photos as `selectedBtnStr` needs.
     void launchSpecialController();
@@ -66,13 +92,26 @@ public:
     bool wantsPhotos() const override { return true; }
     void receivePhotos(std::vector<PhotoSource> photos) override;
 
+signals:
+    void offeredWorkChanged();
+    void workPrintChanged();
+
 private:
+    void findOfferedWork();
+    void readPrint();
+    void openWork(const Result<std::shared_ptr<KeptWork>>& work);
+    void removeWork();
     std::shared_ptr<ViewController> sharedSelf();
     std::shared_ptr<UIViewController> pushSourceChooser();
     std::vector<UIImage> imagesOf(const std::vector<PHAsset>& assets);
     void goOnWithChosenImages();
 
     NotificationObserver m_dismissal;
+    NotificationObserver m_keptWorks;
+    std::optional<KeptOffer> m_offer;
+    UIImage m_print; ///< of the offer
+    bool m_editorWasLeft = false;
+    bool m_opensWork = false; ///< it is being read
 };
 
 } // namespace lamina

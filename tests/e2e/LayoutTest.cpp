@@ -21,9 +21,9 @@
 namespace lamina::test {
 namespace {
 
-constexpr QSize kSizes[] = {{320, 320},  {320, 568},  {360, 720},  {500, 400},  {568, 320},  {720, 360}, {320, 470},
-                            {768, 1024}, {600, 610},  {1024, 768}, {839, 600},  {1280, 800}, {1366, 768}, {400, 360},
-                            {1920, 1080}, {1300, 400}, {3840, 2160}};
+constexpr QSize kSizes[] = {{320, 320}, {320, 568},  {360, 720}, {500, 400},  {568, 320},  {320, 470},  {720, 360},
+                            {768, 1024}, {600, 610}, {1024, 768}, {839, 600},  {1280, 800}, {400, 360},
+                            {1366, 768}, {1300, 400}, {1920, 1080}, {3840, 2160}};
 
 struct Speech {
     const char* name;
@@ -92,7 +92,7 @@ protected:
     void SetUp() override
     {
         if (GetParam().german) {
-            ASSERT_TRUE(german.load(QStringLiteral("lamina_de"), QStringLiteral(LAMINA_BUILT_TRANSLATIONS)));
+            ASSERT_TRUE(german.load(QStringLiteral("lamina_de"), qEnvironmentVariable("LAMINA_TRANSLATIONS")));
             QCoreApplication::installTranslator(&german);
         }
         qputenv("LAMINA_TEXT_SCALE", GetParam().textScale);
@@ -198,8 +198,7 @@ TEST_P(Layout, KeepsAllThatCanBePressedWholeAndFree)
 }
 
 INSTANTIATE_TEST_SUITE_P(Speeches, Layout,
-                         testing::Values(Speech{"English", false, "1"}, Speech{"German", true, "1"},
-                                         Speech{"LargeGerman", true, "2"}),
+                         testing::Values(Speech{"English", false, "1"}, Speech{"LargeGerman", true, "2"}),
                          [](const auto& speech) { return std::string(speech.param.name); });
 
 } // namespace

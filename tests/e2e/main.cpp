@@ -1,9 +1,9 @@
 // Every test drives the real window on the offscreen platform, on a session bus and in a home of its own.
+#include "OwnHome.h"
 #include "PrivateBus.h"
 
 #include <QGuiApplication>
 #include <QQuickWindow>
-#include <QTemporaryDir>
 
 #include <gtest/gtest.h>
 
@@ -15,12 +15,8 @@ int main(int argc, char** argv)
 {
     lamina::test::enterPrivateBus(argv);
     testing::InitGoogleTest(&argc, argv);
-    const QTemporaryDir home;
-    qputenv("HOME", home.path().toUtf8());
-    qputenv("XDG_CONFIG_HOME", home.filePath(QStringLiteral("config")).toUtf8());
-    qputenv("XDG_RUNTIME_DIR", home.path().toUtf8());
+    const lamina::test::OwnHome home;
     qputenv("QT_QPA_PLATFORM", "offscreen");
-    qputenv("XDG_STATE_HOME", home.filePath(QStringLiteral("state")).toUtf8());
     qputenv("QT_SCALE_FACTOR", LAMINA_DISPLAY_SCALE);
     qputenv("LAMINA_REDUCED_MOTION", "1");
     qputenv("LC_ALL", "C.UTF-8");

@@ -62,7 +62,7 @@ class InstalledTree(unittest.TestCase):
 
     def test_a_phone_shows_the_application(self):
         length = self.metainfo.find("requires/display_length")
-        self.assertEqual((length.get("compare"), length.text), ("ge", "360"))
+        self.assertEqual((length.get("compare"), length.text), ("ge", "320"))
         self.assertIn("touch", self.texts("recommends/control"))
         self.assertIn("Mobile", self.desktop["Desktop Entry"]["X-Purism-FormFactor"].split(";"))
 

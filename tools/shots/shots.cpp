@@ -1,4 +1,5 @@
 // Draws every screen into pictures, for whoever judges the look: lamina_shots FOLDER [WIDTHxHEIGHT...]
+#include "OwnHome.h"
 #include "WindowDriver.h"
 
 #include "platform/view/UIAlertController.h"
@@ -94,6 +95,8 @@ int main(int argc, char** argv)
         std::fputs("lamina_shots FOLDER [WIDTHxHEIGHT...]\n", stderr);
         return 2;
     }
+    const OwnHome home;
+    qputenv("DBUS_SESSION_BUS_ADDRESS", "disabled:"); // nor the settings of the desktop
     qputenv("QT_QPA_PLATFORM", "offscreen");
     if (!qEnvironmentVariableIsSet("LAMINA_REDUCED_MOTION"))
         qputenv("LAMINA_REDUCED_MOTION", "1");

@@ -30,10 +30,10 @@ def translation(text, forms, state):
 
 def written(texts, known=None, language=None):
     """A whole file for `texts`. `known` gives what is translated already: {Text: (forms, state)}; the rest is
-    unfinished."""
+    unfinished. That for English holds those alone whose text is not their English."""
     target = f' language="{language}"' if language else ""
     lines = [f'<TS version="2.1" sourcelanguage="en"{target}>', "<context>", f"    <name>{CONTEXT}</name>"]
-    for text in sorted(texts):
+    for text in sorted(texts if language != "en" else texts & set(known or {})):
         lines.append('    <message numerus="yes">' if text.numerus else "    <message>")
         lines.append(f"        <source>{escaped(text.source)}</source>")
         if text.comment:

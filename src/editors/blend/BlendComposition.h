@@ -1,6 +1,7 @@
 #pragma once
 
 #include "editors/blend/PickedImages.h"
+#include "editors/common/KeptWork.h"
 #include "editors/common/PictureMemory.h"
 #include "platform/base/CGAffineTransform.h"
 #include "platform/base/UIColor.h"
@@ -27,6 +28,8 @@ struct BlendPhoto {
 /// All that the user has done to a blend: a small value (pictures share their pixels) from which the view tree can be
 /// built again at any time.
 struct BlendComposition {
+    /// W: of the canvas, points. What the transforms count in.
+    double side = 0;
     /// `photos[0]` is the first photo.
     std::array<BlendPhoto, 2> photos;
     /// Indices into `photos`, the lower one first.
@@ -60,6 +63,14 @@ struct BlendComposition {
 /// Whether both give the same picture: the same photos (in memory), transforms, alphas, order and backdrop. A clear
 /// backdrop shows the white paper, so it counts as white. Selection, modes and snapshots don't show.
 bool looksAlike(const BlendComposition& one, const BlendComposition& other);
+
+/// How a blend is kept.
+KeptKind keptKind(const BlendComposition& composition);
+/// Writes the composition as a value, its pictures beside it.
+void writeRecord(const BlendComposition& composition, KeptPictures& pictures, RecordValue& record);
+/// The composition of such a value. False, and nothing is changed, when it is none, can't be shown, or a picture is
+/// missing.
+bool readRecord(const RecordValue& record, KeptPictures& pictures, BlendComposition& composition);
 
 /// Bytes of the composition's pictures, snapshots included, that are not `counted` yet.
 std::size_t byteCount(const BlendComposition& composition, PictureMemory& counted);

@@ -62,11 +62,11 @@ void BlendPhotoViewController::watchProperties()
 void BlendPhotoViewController::viewDidLoad()
 {
     UIViewController::viewDidLoad();
-    m_side = UIScreen::main().bounds.width;
+    if (const BlendComposition* const kept = resumed())
+        putPickedPhotos(*kept);
+    m_side = resumed() ? resumed()->side : UIScreen::main().bounds.width;
     m_toolSpacing = lamina::toolSpacing(m_side, kBlendToolSpaces);
-    // White paper under the stack: a clear canvas looks as it will be exported.
-    m_baseView = makeSquareView<UIView>(m_side);
-    m_baseView->setBackgroundColor(UIColor::white());
+    m_baseView = makeCanvas({0, 0, m_side, m_side});
     view().addSubview(m_baseView);
     takePickedPhotos();
     m_stickerHandleTag = kFirstStickerTag;
@@ -79,11 +79,21 @@ void BlendPhotoViewController::takePickedPhotos()
 {
     BlendComposition& composition = editedComposition();
     composition = {};
+    composition.side = m_side;
     composition.photos[kFirst].actualImage = firstPickedImage;
     composition.photos[kFirst].crop = firstPickedCrop;
     composition.photos[kSecond].actualImage = secondPickedImage;
     composition.photos[kSecond].crop = secondPickedCrop;
     composition.photo2Selected = true;
+}
+
+/// Whoever finds the editor open finds its photos in the slots, whichever way it was opened.
+void BlendPhotoViewController::putPickedPhotos(const BlendComposition& composition)
+{
+    firstPickedImage = composition.photos[kFirst].actualImage;
+    firstPickedCrop = composition.photos[kFirst].crop;
+    secondPickedImage = composition.photos[kSecond].actualImage;
+    secondPickedCrop = composition.photos[kSecond].crop;
 }
 
 std::shared_ptr<UIView> BlendPhotoViewController::canvasView()

@@ -21,7 +21,7 @@ namespace lamina {
 ///
 /// The state is the `BlendComposition`; the view tree shows it:
 /// `baseView` > `saveTheImg` > `mainImgView` > `imgView2`, `imgView1` (and stickers), each W × W points, where W is the
-/// width of the main screen when the view loads. Main thread only.
+/// width of the main screen when the view loads, or that of the work which is resumed. Main thread only.
 ///
 /// In move mode the current photo takes gestures, keys and the wheel. An export turns the backdrop white, on the canvas
 /// too.
@@ -46,7 +46,8 @@ public:
     std::shared_ptr<UIView> canvasView() override;
 
     /// Takes the photos from the two slots, selects the second and builds the stack in move mode. A slot that is empty
-    /// leaves its image view without a picture.
+    /// leaves its image view without a picture. A work that is resumed comes as it was left, and its photos fill the
+    /// slots.
     void viewDidLoad() override;
     bool prefersStatusBarHidden() const { return true; }
 
@@ -129,6 +130,7 @@ protected:
 
 private:
     void takePickedPhotos();
+    static void putPickedPhotos(const BlendComposition& composition);
     void watchProperties();
     void buildTree();
     std::shared_ptr<UIImageView> makePhotoView(const BlendPhoto& photo) const;

@@ -24,7 +24,17 @@ extern UIImage secondPickedImage;
 extern PhotoCrop firstPickedCrop;
 extern PhotoCrop secondPickedCrop;
 
-/// Empties both slots: the next photo taken is the first one again.
+/// Empties both slots: the next photo taken is the first one again. Nothing is set aside any more.
 void clearPickedImages();
+
+/// The same, but a first photo that was taken is set aside with its crop, to be taken again; without one, what was set
+/// aside before stays.
+void givePickedImagesUp();
+/// Whether a photo is set aside, and wanted: the first slot is empty.
+bool isFirstImageSetAside();
+/// Puts the photo that is set aside back into the first slot. Nothing when there is none.
+void takeFirstImageAgain();
+/// Forgets the photo that is set aside.
+void forgetImageSetAside();
 
 } // namespace lamina

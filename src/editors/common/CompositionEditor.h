@@ -2,10 +2,16 @@
 
 #include "editors/common/EditorViewController.h"
 
+#include <memory>
+#include <optional>
+#include <utility>
+
 namespace lamina {
 
 /// An editor over a composition: the value type that holds all that the user has done, from which the tree of views can
-/// be built again at any time. See EditHistory for what a composition brings.
+/// be built again at any time. See EditHistory for what a composition brings; and beside it, so that work is kept,
+/// `KeptKind keptKind(const Composition&)`, `void writeRecord(const Composition&, KeptPictures&, RecordValue&)`
+/// and `bool readRecord(const RecordValue&, KeptPictures&, Composition&)`, which is false for what is no such record.
 template <class Composition>
 class CompositionEditor : public EditorViewController {
 public:
@@ -17,6 +23,19 @@ public:
         act([&] { show(composition); });
     }
 
+    bool resumeWork(std::shared_ptr<KeptWork> work) override
+    {
+        Composition read;
+        const bool found = work->read([&read](const RecordValue& record, KeptPictures& pictures) {
+            return readRecord(record, pictures, read);
+        });
+        if (found) {
+            m_resumed = std::move(read);
+            keeper().resume(std::move(work));
+        }
+        return found;
+    }
+
     bool canUndo() const override { return m_history.canUndo(); }
     bool canRedo() const override { return m_history.canRedo(); }
 
@@ -25,11 +44,22 @@ protected:
 
     /// To be changed within an action, a gesture or before the opening, together with the tree.
     Composition& editedComposition() { return m_composition; }
-    /// The composition as it is now is the one that the editor opens with: history begins, all is told.
+    /// The composition that was kept and is to be gone on with, until the opening; null: the work is a new one.
+    const Composition* resumed() const { return m_resumed ? &*m_resumed : nullptr; }
+    /// The composition as it is now, or the one that was resumed, is the one that the editor opens with: history
+    /// begins, all is told, and the work is kept from now on.
     void open()
     {
+        if (m_resumed)
+            show(*m_resumed);
+        m_resumed.reset();
         m_history.start(m_composition);
         tell();
+        keepWork(keptKind(m_composition), [this] {
+            return [state = m_history.current()](KeptPictures& pictures, RecordValue& record) {
+                writeRecord(state, pictures, record);
+            };
+        });
     }
     /// Changes the last recorded step alone, by `change(composition)`. The composition is not touched: a gesture may be
     /// under way, which is not for this to record.
@@ -39,6 +69,7 @@ protected:
         Composition recorded = m_history.current();
         change(recorded);
         m_history.amend(recorded);
+        keeper().touch();
         tell();
     }
 
@@ -52,13 +83,26 @@ private:
         m_composition = composition;
         showComposition();
     }
-    void recordStep(EditSeries series) override { m_history.record(m_composition, series); }
-    void stepBack() override { show(m_history.undo()); }
-    void stepForth() override { show(m_history.redo()); }
+    void recordStep(EditSeries series) override
+    {
+        m_history.record(m_composition, series);
+        keeper().touch();
+    }
+    void stepBack() override
+    {
+        show(m_history.undo());
+        keeper().touch();
+    }
+    void stepForth() override
+    {
+        show(m_history.redo());
+        keeper().touch();
+    }
     bool differsFromOpening() const override { return m_history.isEdited(m_composition); }
 
     Composition m_composition;
     EditHistory<Composition> m_history;
+    std::optional<Composition> m_resumed;
 };
 
 } // namespace lamina

@@ -67,19 +67,22 @@ void EditorViewController::savePicture()
 
     const auto weak = std::weak_ptr<UIViewController>(weak_from_this());
     // The process waits for the file, and the screen doesn't have to.
-    pictureQueue().async([this, weak, image = picture.cgImage(), work = DispatchQueue::main().expectWork()] {
+    pictureQueue().async([this, weak, image = picture.cgImage(), revision = m_keeper.revision(),
+                          work = DispatchQueue::main().expectWork()] {
         const Result<std::string> path = savePNGToPhotoLibrary(image);
-        DispatchQueue::main().async([this, weak, path, work] {
+        DispatchQueue::main().async([this, weak, path, revision, work] {
             if (const auto self = weak.lock())
-                saved(path);
+                saved(path, revision);
         });
     });
 }
 
-void EditorViewController::saved(const Result<std::string>& path)
+void EditorViewController::saved(const Result<std::string>& path, int revision)
 {
-    if (path)
+    if (path) {
+        m_keeper.release(revision);
         setNotice(QString::fromStdString(localizedString("Saved to %1")).arg(shownPath(*path)), *path);
+    }
     setSaving(false);
     if (!path)
         showSaveFailure(path.error());

@@ -28,6 +28,11 @@ AppScreen {
     Keys.forwardTo: [canvas]
     Keys.onEscapePressed: controller.backBtn()
     Keys.onBackPressed: controller.backBtn()
+    Keys.onPressed: event => {
+        event.accepted = event.key === Qt.Key_Home
+        if (event.accepted)
+            controller.bringPhotoBack()
+    }
     Shortcut {
         sequences: [StandardKey.Undo]
         enabled: editor.activeFocus
@@ -91,6 +96,7 @@ AppScreen {
             controller: editor.controller
             Accessible.name: editor.canvasName
             Accessible.description: editor.canvasDescription
+            onDoubleTapped: editor.controller.bringPhotoBack()
         }
     }
 

@@ -1,5 +1,6 @@
 #include "editors/common/EditorViewController.h"
 
+#include "editors/common/EditorCanvasView.h"
 #include "platform/view/UIView.h"
 
 #include <array>
@@ -21,6 +22,15 @@ void cancelGesturesIn(UIView& view)
     }
     for (const auto& child : std::vector(view.subviews()))
         cancelGesturesIn(*child);
+}
+
+/// Two boxes under an affine transform are apart if they are so along the sides of either.
+bool isOutside(const UIView& view, const UIView& parent)
+{
+    const CGAffineTransform toParent = view.layer().transformToParent();
+    const auto fromParent = toParent.inverted();
+    return !fromParent || toParent.boundingBox(view.bounds()).intersection(parent.bounds()).isEmpty() ||
+           fromParent->boundingBox(parent.bounds()).intersection(view.bounds()).isEmpty();
 }
 
 } // namespace
@@ -137,6 +147,28 @@ void EditorViewController::zoomBy(double factor)
         return;
     transformPhoto(*view, view->transform().scaled(factor, factor));
     endStep(EditSeries::Zoom);
+}
+
+void EditorViewController::bringPhotoBack()
+{
+    UIView* const photo = gestureView();
+    const UIView* const parent = photo ? photo->superview() : nullptr;
+    if (parent == nullptr || !isOutside(*photo, *parent))
+        return;
+    act([&] {
+        CGAffineTransform transform = photo->transform();
+        transform.tx = parent->bounds().midX() - photo->center().x;
+        transform.ty = parent->bounds().midY() - photo->center().y;
+        transformPhoto(*photo, transform);
+    });
+}
+
+std::shared_ptr<UIView> EditorViewController::makeCanvas(const CGRect& frame)
+{
+    return std::make_shared<EditorCanvasView>(frame, [weak = weak_from_this()]() -> UIView* {
+        const auto self = std::static_pointer_cast<EditorViewController>(weak.lock());
+        return self ? self->gestureView() : nullptr;
+    });
 }
 
 void EditorViewController::endGesture(const UIGestureRecognizer& gesture, EditSeries series)

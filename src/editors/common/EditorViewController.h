@@ -3,8 +3,10 @@
 #include "editors/common/ChangeNotifier.h"
 #include "editors/common/EditHistory.h"
 #include "editors/common/EditorToolBar.h"
+#include "editors/common/WorkKeeper.h"
 #include "platform/base/CGAffineTransform.h"
 #include "platform/base/CGGeometry.h"
+#include "platform/base/NotificationCenter.h"
 #include "platform/base/Result.h"
 #include "platform/image/pixels/UIImage.h"
 #include "platform/view/UIGestureRecognizer.h"
@@ -22,6 +24,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <type_traits>
 
 namespace lamina {
 
@@ -73,12 +76,20 @@ public:
     Q_INVOKABLE void nudge(double dx, double dy);
     /// The same for a pinch by `factor`; one that is not finite and positive does nothing.
     Q_INVOKABLE void zoomBy(double factor);
+    /// Takes the photo that takes gestures to the middle, as large and as turned as it is, where nothing of it is seen
+    /// any more; that is a step. Nothing while a part of it is seen.
+    Q_INVOKABLE void bringPhotoBack();
 
     /// The canvas as one picture, its points times the main screen's scale a side. First come the changes that an
     /// export makes to the canvas itself, where the editor has any; they are no step. Empty when memory is short.
     UIImage flattened();
     /// The same of the canvas as it stands.
     UIImage renderedCanvas() const;
+
+    /// Opens with a work that was kept, undo beginning there. To be called before the view loads; false when nothing
+    /// in it can be read.
+    virtual bool resumeWork(std::shared_ptr<KeptWork> work) = 0;
+    void viewWillDisappear(bool animated) override;
 
     /// Whether a picture is being saved.
     bool isSaving() const { return m_saving; }
@@ -128,17 +139,28 @@ protected:
         m_notifier.watch(std::move(read), std::move(notify), std::move(same));
     }
 
-    /// Attaches a new recogniser whose action is one of the three above: attachGesture(view, &Editor::pinch).
+    /// The view for an editor's tree to stand in; see EditorCanvasView. Not within a constructor.
+    std::shared_ptr<UIView> makeCanvas(const CGRect& frame);
+
+    /// Attaches a new recogniser whose action is one of the three above: attachGesture(view, &Editor::pinch). A finger
+    /// that joins a drag ends it, so that a pinch can follow.
     template <class Recognizer>
     void attachGesture(UIView& view, void (EditorViewController::*action)(Recognizer&))
     {
         auto recognizer = std::make_shared<Recognizer>();
+        if constexpr (std::is_same_v<Recognizer, UIPanGestureRecognizer>)
+            recognizer->setRestartsWithAnotherTouch(true);
         recognizer->addTarget(this, action);
         view.addGestureRecognizer(std::move(recognizer));
     }
 
+    /// Keeps the work from now on, wherever works are kept: in the form `kind`, as `record` gives it.
+    void keepWork(const KeptKind& kind, std::function<KeptWork::Write()> record);
+    WorkKeeper& keeper() { return m_keeper; }
+
     /// Saves the flattened picture as a PNG file in the photo library's folder, in the background, and puts up a
-    /// notice; what goes wrong is told in an alert. Nothing while a picture is being saved.
+    /// notice; what goes wrong is told in an alert. Nothing while a picture is being saved. What was saved is not kept
+    /// any more.
     void savePicture();
     /// Asks whether to discard the work; yes runs `discard`, unless the editor is gone by then.
     void askToDiscard(std::function<void()> discard);
@@ -167,7 +189,9 @@ private:
 
     void endGesture(const UIGestureRecognizer& gesture, EditSeries series);
     void tellEdited();
-    void saved(const Result<std::string>& path);
+    void saved(const Result<std::string>& path, int revision);
+    UIImage workPrint() const;
+    void tellNotKept(const Error& error);
     void showSaveFailure(const Error& error);
     void setSaving(bool saving);
     void setNotice(const QString& notice, const std::string& savedPath = {});
@@ -180,6 +204,8 @@ private:
     bool m_saving = false;
     QString m_notice;
     std::string m_savedPath; ///< of the notice
+    WorkKeeper m_keeper;
+    NotificationObserver m_leaving;
 };
 
 } // namespace lamina

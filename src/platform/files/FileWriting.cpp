@@ -88,6 +88,17 @@ Result<bool> writeNewFile(const std::string& path, std::span<const std::uint8_t>
     return true;
 }
 
+Outcome writePrivateFile(const std::string& path, std::span<const std::uint8_t> bytes)
+{
+    const std::filesystem::path target(path);
+    UnfinishedFile file(target, 0600);
+    file.write(bytes, Durability::OnDevice);
+    file.replace(target);
+    if (file.error() != 0)
+        return Error{path, writingFailure(file.error())};
+    return success();
+}
+
 void removeUnfinishedFiles()
 {
     const int error = errno;

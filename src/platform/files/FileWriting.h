@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <span>
 #include <string>
+#include <string_view>
 
 namespace lamina {
 
@@ -22,6 +23,15 @@ Outcome writeFileAtomically(const std::string& path, std::span<const std::uint8_
 /// name at once, in this process or another, one gets it. The error's subject is the path. The temporary file is as
 /// above. Usable from any thread.
 Result<bool> writeNewFile(const std::string& path, std::span<const std::uint8_t> bytes);
+
+/// Writes the whole file or nothing, for the owner alone (mode 0600), whatever bears the name: that is replaced, and
+/// not followed where it is a link. The bytes are on the device before the file takes its name, so that a loss of power
+/// leaves the file of before or this one. The error's subject is the path. The temporary file is as above. Usable from
+/// any thread.
+Outcome writePrivateFile(const std::string& path, std::span<const std::uint8_t> bytes);
+
+/// What the names of temporary files end in.
+inline constexpr std::string_view kUnfinishedSuffix = ".lamina-unfinished";
 
 /// Removes the temporary files that are being written at the moment, for a program about to leave on a signal: safe to
 /// be called from a signal handler, from any thread. A write under way that goes on afterwards fails or ends as if it

@@ -1,5 +1,7 @@
 #include "platform/files/UnfinishedFile_p.h"
 
+#include "platform/files/FileWriting.h"
+
 #include <array>
 #include <atomic>
 #include <cerrno>
@@ -16,8 +18,6 @@
 namespace lamina {
 
 namespace {
-
-constexpr const char* kSuffix = ".lamina-unfinished";
 
 /// The names of files being written, in memory that a signal handler may read: fixed places, each handed over by its
 /// state.
@@ -88,7 +88,7 @@ private:
 
 } // namespace
 
-int writeAndClose(int descriptor, std::span<const std::uint8_t> bytes)
+int writeAndClose(int descriptor, std::span<const std::uint8_t> bytes, Durability durability)
 {
     const FileSizeSignalBlocker blocker;
     int error = 0;
@@ -99,20 +99,22 @@ int writeAndClose(int descriptor, std::span<const std::uint8_t> bytes)
         else if (errno != EINTR)
             error = errno;
     }
+    if (durability == Durability::OnDevice && error == 0 && ::fdatasync(descriptor) != 0)
+        error = errno;
     if (::close(descriptor) != 0 && error == 0 && errno != EINTR) // some file systems tell only now that they are full
         error = errno;
     return error;
 }
 
-UnfinishedFile::UnfinishedFile(const std::filesystem::path& target)
+UnfinishedFile::UnfinishedFile(const std::filesystem::path& target, mode_t mode)
 {
     std::random_device random;
     for (int attempt = 0; attempt < 100; ++attempt) {
         char name[64];
-        std::snprintf(name, sizeof name, ".%08x%08x%s", random(), random(), kSuffix);
+        std::snprintf(name, sizeof name, ".%08x%08x%s", random(), random(), kUnfinishedSuffix.data());
         m_path = (target.parent_path() / name).string();
         m_place = UnfinishedFiles::enter(m_path);
-        m_descriptor = ::open(m_path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW, 0666);
+        m_descriptor = ::open(m_path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW, mode);
         m_error = m_descriptor < 0 ? errno : 0;
         if (m_error != EEXIST)
             break;
@@ -141,10 +143,10 @@ void UnfinishedFile::take(const struct stat& status)
         m_error = errno;
 }
 
-void UnfinishedFile::write(std::span<const std::uint8_t> bytes)
+void UnfinishedFile::write(std::span<const std::uint8_t> bytes, Durability durability)
 {
     if (m_error == 0)
-        m_error = writeAndClose(std::exchange(m_descriptor, -1), bytes);
+        m_error = writeAndClose(std::exchange(m_descriptor, -1), bytes, durability);
 }
 
 void UnfinishedFile::replace(const std::filesystem::path& target)

@@ -8,11 +8,15 @@
 
 namespace lamina {
 
+/// Ordinary: the system writes to the device when it likes. OnDevice: what was written survives a loss of power.
+enum class Durability { Ordinary, OnDevice };
+
 /// A temporary file in the folder of its target, gone with this object unless it has taken the target's place. Each
 /// step does nothing once one has failed; `error` keeps the number of the first failure, 0 while there is none.
 class UnfinishedFile {
 public:
-    explicit UnfinishedFile(const std::filesystem::path& target);
+    /// `mode`: its permissions, less those that the process takes from all its files.
+    explicit UnfinishedFile(const std::filesystem::path& target, mode_t mode = 0666);
     ~UnfinishedFile();
     UnfinishedFile(const UnfinishedFile&) = delete;
     UnfinishedFile& operator=(const UnfinishedFile&) = delete;
@@ -20,7 +24,7 @@ public:
     /// Takes on the permissions, and where we may the owner, of another file.
     void take(const struct stat& status);
     /// Writes everything and closes the file.
-    void write(std::span<const std::uint8_t> bytes);
+    void write(std::span<const std::uint8_t> bytes, Durability durability = Durability::Ordinary);
     /// Takes the target's place, whatever stands there.
     void replace(const std::filesystem::path& target);
     /// Takes a name that is free; EEXIST when anything has it, a link that leads nowhere included.
@@ -40,6 +44,6 @@ private:
 
 /// Writes everything and closes the descriptor; the error's number, or 0. Growing past the process's limit for files is
 /// an error like others and raises no signal.
-int writeAndClose(int descriptor, std::span<const std::uint8_t> bytes);
+int writeAndClose(int descriptor, std::span<const std::uint8_t> bytes, Durability durability = Durability::Ordinary);
 
 } // namespace lamina

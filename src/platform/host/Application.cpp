@@ -2,8 +2,12 @@
 
 #include "app/MainStoryboard.h"
 #include "app/ViewController.h"
+#include "editors/common/KeptWork.h"
 #include "platform/base/DispatchQueue.h"
 #include "platform/base/Localization.h"
+#include "platform/base/Log.h"
+#include "platform/base/NotificationCenter.h"
+#include "platform/files/PrivateFolder.h"
 #include "platform/host/ArtProvider.h"
 #include "platform/host/QmlTypes.h"
 #include "platform/host/ThumbnailProvider.h"
@@ -26,6 +30,22 @@ namespace lamina {
 namespace {
 
 Application* g_current = nullptr;
+
+void keepWorks()
+{
+    const std::string state = stateFolder();
+    if (state.empty())
+        logWarning("there is no folder in which work could be kept: neither XDG_STATE_HOME nor HOME is set");
+    setKeptWorksFolder(state.empty() ? state : state + "/kept");
+}
+
+/// The session ends: it may leave no time for more.
+void keepWorkNow()
+{
+    constexpr double kSeconds = 2;
+    NotificationCenter::defaultCenter().post(UIApplicationWillTerminateNotification);
+    DispatchQueue::main().runUntilIdle(kSeconds);
+}
 
 PhotoReceiver* receiver(const UIWindow& window)
 {
@@ -62,12 +82,15 @@ Application::Application(const LaunchOptions& options)
     m_view.engine()->addImportPath(QStringLiteral("qrc:/qt/qml"));
     m_view.engine()->addImageProvider(QStringLiteral("art"), new ArtProvider);
     m_view.engine()->addImageProvider(QStringLiteral("thumbnail"), new ThumbnailProvider);
+    keepWorks();
+    QObject::connect(qGuiApp, &QGuiApplication::commitDataRequest, &m_view, [] { keepWorkNow(); });
     openFirstScreen(options);
     m_view.setSource(QUrl(QStringLiteral("qrc:/qt/qml/Lamina/Main.qml")));
 }
 
 Application::~Application()
 {
+    NotificationCenter::defaultCenter().post(UIApplicationWillTerminateNotification);
     m_view.setSource({}); // the views go before the screens that they show
     PresentationHost::setCurrent(nullptr);
     m_screens->window().setRootViewController(nullptr);

@@ -4,8 +4,9 @@
 
 namespace lamina {
 
-/// Installs the user's language for the application and for `localizedString`: lamina_XX.qm from the installed folder
-/// of translations or, in a build tree, from `LAMINA_TRANSLATIONS`. Lives as long as the application.
+/// Installs the user's language for the application and for `localizedString`: lamina_XX.qm from
+/// `LAMINA_TRANSLATIONS` or else from the installed folder of translations. Below it lies lamina_en.qm, which has the
+/// English of the texts that are no English themselves ("fx"), whatever the language. Lives as long as the application.
 class Translations {
 public:
     Translations();
@@ -14,9 +15,8 @@ public:
     Translations& operator=(const Translations&) = delete;
 
 private:
-    void load();
-
-    QTranslator m_translator;
+    QTranslator m_english;
+    QTranslator m_language;
 };
 
 } // namespace lamina

@@ -1,11 +1,13 @@
 #include "platform/host/WindowPlacement.h"
 
-#include <QDir>
+#include "platform/files/PrivateFolder.h"
+
 #include <QGuiApplication>
 #include <QScreen>
 #include <QSettings>
 #include <QWindow>
 
+#include <string>
 #include <utility>
 
 namespace lamina {
@@ -24,13 +26,14 @@ constexpr QSize kPhoneBelow{720, 480};
 
 QString fileName()
 {
-    const QString folder = qEnvironmentVariable("XDG_STATE_HOME");
-    const QString state = QDir::isAbsolutePath(folder) ? folder : QDir::home().filePath(QStringLiteral(".local/state"));
-    return state + QStringLiteral("/lamina/window.ini");
+    const std::string folder = stateFolder();
+    return folder.empty() ? QString() : QString::fromStdString(folder) + QStringLiteral("/window.ini");
 }
 
 std::optional<WindowSize> lastSize()
 {
+    if (fileName().isEmpty())
+        return std::nullopt;
     const QSettings file(fileName(), QSettings::IniFormat);
     const WindowSize last{file.value(QStringLiteral("size")).toSize(),
                           file.value(QStringLiteral("maximized")).toBool()};
@@ -39,6 +42,8 @@ std::optional<WindowSize> lastSize()
 
 void keep(const WindowSize& now)
 {
+    if (fileName().isEmpty() || !makePrivateFolder(stateFolder()))
+        return;
     QSettings file(fileName(), QSettings::IniFormat);
     file.setValue(QStringLiteral("size"), now.size);
     file.setValue(QStringLiteral("maximized"), now.maximized);

@@ -2,6 +2,7 @@
 #include "platform/base/Result.h"
 #include "platform/files/FileURL.h"
 #include "platform/host/Application.h"
+#include "platform/host/system/TerminationSignals.h"
 
 #include <QCommandLineParser>
 #include <QFile>
@@ -152,6 +153,7 @@ int main(int argc, char** argv)
         return *parsed.leave;
     QGuiApplication::setWindowIcon(QIcon(QStringLiteral(":/lamina/icons/app-scalable.svg")));
     lamina::Application application(parsed.options);
+    const lamina::TerminationSignals termination;
     application.show();
     return QGuiApplication::exec();
 }

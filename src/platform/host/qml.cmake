@@ -5,6 +5,7 @@ set(LAMINA_QML_FILES
     app/HomeLayout.qml
     app/HomeScreen.qml
     app/ImagePIckingScreen.qml
+    app/KeptWorkCard.qml
     app/PinchZoomScreen.qml
     app/ZoomRow.qml
     editors/blend/BlendPhotoButtons.qml

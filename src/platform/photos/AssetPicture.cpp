@@ -35,8 +35,7 @@ std::optional<CGSize> wholeTarget(const AssetPictureRequest& request)
 }
 
 /// The picture's size when it fits or covers the target. The side that decides is the target's to the last bit, and
-/// the other never falls short of a target that is to be covered: an edge that missed by a rounding error would be
-/// blended.
+/// the other never falls short of a target that is to be covered.
 CGSize scaledSize(CGSize picture, CGSize target, PHImageContentMode mode)
 {
     const double byWidth = picture.height * target.width / picture.width;
@@ -59,31 +58,28 @@ int decodedShortSide(const PHAsset& asset, CGSize target, PHImageContentMode mod
     return static_cast<int>(std::ceil(std::clamp(std::min(wanted.width, wanted.height), 1.0, kLargestSide)));
 }
 
-/// Draws the picture to `drawn` pixels in the middle of a picture of `size`.
-UIImage redrawn(const UIImage& picture, CGSize drawn, CGSize size)
+/// The picture drawn anew at `size` pixels.
+UIImage redrawn(const UIImage& picture, CGSize size)
 {
-    if (drawn == picture.size() && drawn == size)
+    if (size == picture.size())
         return picture.upright();
-    if (size.width * size.height * 4 > static_cast<double>(DecodeOptions().memoryLimit))
-        return {};
     std::optional<CGContext> context = CGContext::image(size, !picture.cgImage().hasAlpha(), 1);
     if (!context)
         return {};
-    const CGPoint origin{(size.width - drawn.width) / 2, (size.height - drawn.height) / 2};
-    drawInRect(picture, *context, {origin, drawn});
+    drawInRect(picture, *context, {{}, size});
     return context->makeUIImage();
 }
 
 UIImage sized(const UIImage& picture, CGSize target, const AssetPictureRequest& request)
 {
     const CGSize own = picture.size();
-    CGSize drawn = scaledSize(own, target, request.contentMode);
-    if (request.resizeMode == ResizeMode::Exact && request.contentMode == PHImageContentMode::AspectFill)
-        return redrawn(picture, drawn, target);
-    if (request.resizeMode == ResizeMode::Fast && (drawn.width > own.width || drawn.height > own.height))
+    const CGSize scaled = scaledSize(own, target, request.contentMode);
+    const bool enlarged = scaled.width > own.width || scaled.height > own.height;
+    // A panorama that covers an upright screen can be enlarged beyond all bounds.
+    const bool tooLarge = scaled.width * scaled.height * 4 > static_cast<double>(DecodeOptions().memoryLimit);
+    if (enlarged && (tooLarge || request.resizeMode == ResizeMode::Fast))
         return picture.upright();
-    drawn = {std::max(1.0, std::round(drawn.width)), std::max(1.0, std::round(drawn.height))};
-    return redrawn(picture, drawn, drawn);
+    return redrawn(picture, {std::max(1.0, std::round(scaled.width)), std::max(1.0, std::round(scaled.height))});
 }
 
 } // namespace

@@ -11,9 +11,10 @@ enum class PHImageRequestOptionsDeliveryMode { Opportunistic = 0, HighQualityFor
 /// What the target size means.
 enum class PHImageRequestOptionsResizeMode {
     None = 0,  ///< nothing: the picture comes at its own size
-    Fast = 1,  ///< reduced to what fits or covers the target, never cut and never enlarged
-    Exact = 2, ///< fits or covers the target to the pixel, enlarged where it must be; what overhangs when it covers is
-               ///< cut off alike on both ends
+    Fast = 1,  ///< reduced to what fits or covers the target, never enlarged
+    Exact = 2, ///< fits or covers the target to the pixel, enlarged where it must be; one that covers it overhangs in
+               ///< one direction, and nothing is cut. What would take more memory than any picture may comes at its own
+               ///< size
 };
 
 /// How a picture is asked for.

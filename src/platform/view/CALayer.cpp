@@ -105,12 +105,8 @@ void CALayer::setMasksToBounds(bool masks)
 
 void CALayer::setShadow(const Shadow& shadow)
 {
-    if (!std::isfinite(shadow.opacity) || !std::isfinite(shadow.radius) || !isFinite(shadow.offset))
-        return;
-    Shadow sane = shadow;
-    sane.opacity = std::clamp(shadow.opacity, 0.0, 1.0);
-    sane.radius = std::max(0.0, shadow.radius);
-    assign(m_shadow, sane);
+    if (std::isfinite(shadow.opacity) && std::isfinite(shadow.radius) && isFinite(shadow.offset))
+        assign(m_shadow, shadow);
 }
 
 void CALayer::setContents(const UIImage& image)

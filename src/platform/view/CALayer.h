@@ -23,7 +23,7 @@ enum class UIViewContentMode { ScaleToFill, ScaleAspectFit, ScaleAspectFill, Cen
 ///
 /// Geometry: `bounds` is the layer's own coordinate system; its centre stands at `position` of the parent's, turned and
 /// scaled there by `transform`. Lengths in points, y down, colours straight sRGB. A value that is not finite is
-/// ignored, a negative length counts as 0. Must be held by std::shared_ptr. All on the main thread.
+/// ignored, a negative length counts as 0 (in a shadow, where it is drawn). Must be held by std::shared_ptr. All on the main thread.
 ///
 /// Order of drawing: shadow, background, contents, sublayers in order, border; then the mask and the corner clip
 /// (`masksToBounds` clips contents and sublayers to the rounded bounds, never the shadow); `opacity` acts on all of it
@@ -68,19 +68,20 @@ public:
     bool masksToBounds() const { return m_masksToBounds; }
     void setMasksToBounds(bool masks);
 
-    /// A blurred copy of what the layer shows, in one colour, under it.
+    /// A blurred copy of what the layer shows, in one colour, under it. Values are kept as they are given, and come
+    /// within their ranges where they are drawn.
     struct Shadow {
         UIColor color = UIColor::black();
-        double opacity = 0;      ///< [0, 1]; 0 draws no shadow
+        double opacity = 0;      ///< drawn within [0, 1]; 0 draws no shadow
         CGSize offset = {0, -3}; ///< points, y down
-        double radius = 3;       ///< standard deviation of the blur, points
+        double radius = 3;       ///< standard deviation of the blur, points; below 0 it is drawn as 0
         friend bool operator==(const Shadow&, const Shadow&) = default;
     };
     const Shadow& shadow() const { return m_shadow; }
     void setShadow(const Shadow& shadow);
 
     /// A layer whose alpha, drawn in this layer's coordinates at its own position, lets this one through, shadow
-    /// included; it belongs to no parent (it leaves the one it had) and masks one layer. Null: none. A shape layer
+    /// included. A mask draws no shadow of its own, which would let through what lies beside it; it belongs to no parent (it leaves the one it had) and masks one layer. Null: none. A shape layer
     /// gives polygon masks, a layer with contents picture masks.
     const std::shared_ptr<CALayer>& mask() const { return m_mask; }
     void setMask(std::shared_ptr<CALayer> mask);

@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <numbers>
 #include <optional>
 
 namespace lamina {
@@ -51,9 +52,8 @@ CGRect CAShapeLayer::drawnBounds() const
     const CGRect box = m_path.controlBounds();
     if (!m_strokeColor)
         return box;
-    // A mitre reaches no further than ten half widths; sharper corners are cut flat.
-    constexpr double kMitreLimit = 10;
-    const double reach = m_lineWidth / 2 * kMitreLimit;
+    // A mitre reaches no further than its limit of half widths, the corner of a square end than the root of two.
+    const double reach = m_lineWidth / 2 * std::max(m_path.miterLimit, std::numbers::sqrt2);
     return box.insetBy(-reach, -reach);
 }
 

@@ -15,7 +15,7 @@ public:
     /// Default none.
     std::optional<UIColor> strokeColor() const { return m_strokeColor; }
     void setStrokeColor(const std::optional<UIColor>& color);
-    /// Points; default 1. Takes the place of the path's own width.
+    /// Points; default 1. Takes the place of the path's own width; ends, joins and dashes are the path's.
     double lineWidth() const { return m_lineWidth; }
     void setLineWidth(double width);
 

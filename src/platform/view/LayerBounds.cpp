@@ -77,7 +77,16 @@ bool LayerRenderer::hasSeveralParts(const CALayer& layer)
 
 bool LayerRenderer::castsShadow(const CALayer& layer)
 {
-    return layer.shadow().opacity > 0 && layer.shadow().color.alpha > 0;
+    const bool isMask = layer.m_maskedLayer != nullptr;
+    return !isMask && layer.shadow().opacity > 0 && layer.shadow().color.alpha > 0;
+}
+
+CALayer::Shadow LayerRenderer::drawnShadow(const CALayer& layer)
+{
+    CALayer::Shadow shadow = layer.shadow();
+    shadow.opacity = std::clamp(shadow.opacity, 0.0, 1.0);
+    shadow.radius = std::max(0.0, shadow.radius);
+    return shadow;
 }
 
 CGRect LayerRenderer::shadowBounds(const CALayer& layer, const CGRect& painted)
@@ -85,7 +94,7 @@ CGRect LayerRenderer::shadowBounds(const CALayer& layer, const CGRect& painted)
     if (painted.isEmpty())
         return {};
     constexpr double kRounding = 2; // of the offset to whole pixels
-    const double reach = CGContext::shadowReach(layer.shadow().radius) + kRounding;
+    const double reach = CGContext::shadowReach(drawnShadow(layer).radius) + kRounding;
     return painted.insetBy(-reach, -reach).offsetBy(layer.shadow().offset.width, layer.shadow().offset.height);
 }
 
@@ -112,7 +121,7 @@ IntRect LayerRenderer::ShadowPixels::castingOn(const IntRect& rect) const
 
 LayerRenderer::ShadowPixels LayerRenderer::shadowPixels(const CALayer& layer, const CGAffineTransform& t)
 {
-    const CALayer::Shadow& shadow = layer.shadow();
+    const CALayer::Shadow shadow = drawnShadow(layer);
     constexpr int kRounding = 2; // offset and blur act in whole pixels
     const double deviation = shadow.radius * std::sqrt(std::abs(t.determinant()));
     return {wholePixels(t.a * shadow.offset.width + t.c * shadow.offset.height),

@@ -113,7 +113,7 @@ void LayerRenderer::drawWithShadow(const CALayer& layer, double alpha)
         m_context.setAlpha(alpha);
         m_context.beginTransparencyLayer(inUserSpace(pixels));
     }
-    const CALayer::Shadow& shadow = layer.shadow();
+    const CALayer::Shadow shadow = drawnShadow(layer);
     const double scale = m_context.scale();
     const CGSize offset{(t.a * shadow.offset.width + t.c * shadow.offset.height) / scale,
                         (t.b * shadow.offset.width + t.d * shadow.offset.height) / scale};

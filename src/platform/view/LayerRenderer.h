@@ -28,8 +28,10 @@ public:
     static CGRect innerBounds(const CALayer& layer);
     /// Whether the layer paints all over its bounds, or along their edge.
     static bool paintsBounds(const CALayer& layer);
-    /// Whether a shadow of the layer is to be seen.
+    /// Whether a shadow of the layer is to be seen: never of a mask.
     static bool castsShadow(const CALayer& layer);
+    /// The layer's shadow with its values within their ranges.
+    static CALayer::Shadow drawnShadow(const CALayer& layer);
     /// Where the shadow of something in `painted` may fall, in the layer's coordinates.
     static CGRect shadowBounds(const CALayer& layer, const CGRect& painted);
 

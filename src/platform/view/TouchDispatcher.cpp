@@ -1,5 +1,6 @@
 #include "platform/view/TouchDispatcher.h"
 
+#include "platform/view/TouchTargets_p.h"
 #include "platform/view/UIControl.h"
 #include "platform/view/UIGestureRecognizer.h"
 #include "platform/view/UITapGestureRecognizer.h"
@@ -24,6 +25,17 @@ bool isKeptByControl(const UIView& hit, const UIGestureRecognizer& recognizer)
         if (dynamic_cast<const UIControl*>(view))
             return true;
     return false;
+}
+
+/// The recognisers that are offered a finger, those of the nearest views first.
+std::vector<Recognizer> candidatesFor(UIView& hit, UIView& root)
+{
+    std::vector<Recognizer> candidates;
+    for (const auto& view : touchTargets(hit, root))
+        for (const Recognizer& recognizer : view->gestureRecognizers())
+            if (!isKeptByControl(hit, *recognizer))
+                candidates.push_back(recognizer);
+    return candidates;
 }
 
 int depth(const UIView* view)
@@ -110,11 +122,9 @@ struct TouchDispatcher::Touches {
         touch->reachesView =
             hit->isMultipleTouchEnabled() ||
             std::none_of(down.begin(), down.end(), [&](const auto& d) { return d.second->view.lock().get() == hit; });
-        std::vector<Recognizer> candidates;
-        for (UIView* view = hit; view; view = view == &rootView ? nullptr : view->superview())
-            for (const Recognizer& recognizer : view->gestureRecognizers())
-                if (!isKeptByControl(*hit, *recognizer))
-                    candidates.push_back(recognizer);
+        const std::vector<Recognizer> candidates = candidatesFor(*hit, rootView);
+        for (const Recognizer& recognizer : candidates)
+            recognizer->prepareForTouch();
         for (const Recognizer& recognizer : candidates)
             if (recognizer->addTouch(touch))
                 touch->gestureRecognizers.push_back(recognizer);

@@ -3,6 +3,7 @@
 #include "platform/view/UITouch.h"
 
 #include "platform/base/CGGeometry.h"
+#include "platform/view/UIPointerShape.h"
 #include "platform/view/UIView.h"
 
 #include <cstdint>
@@ -16,7 +17,8 @@ namespace lamina {
 /// Turns what the window hears from fingers, mouse, wheel and touchpad into the gestures of a view tree.
 ///
 /// Points in the root view's coordinates. The view that is hit when a finger comes down keeps the finger; recognisers
-/// of that view and of all views above it up to the root see it before the view does. Events with unknown ids or points
+/// of that view and of all views above it up to the root see it before the view does. Where none of these cares, the
+/// recognisers of `UIView::gestureFallback` get it. Events with unknown ids or points
 /// that are not finite are ignored. What a handler destroys or removes is safe, the dispatcher and its root included.
 /// Main thread.
 class TouchDispatcher {
@@ -65,6 +67,10 @@ public:
     bool magnify(CGPoint point, double factor);
     /// A touchpad's rotation, radians, clockwise.
     bool rotate(CGPoint point, double angle);
+
+    /// What the mouse's pointer looks like there: as the nearest view says that would be offered a touch. An arrow
+    /// where none does.
+    UIPointerShape pointerShape(CGPoint point) const;
 
 private:
     struct Touches;

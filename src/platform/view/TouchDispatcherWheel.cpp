@@ -1,33 +1,28 @@
-// Wheels and touchpads: gestures that come whole, without fingers.
+// Wheels and touchpads: gestures that come whole, without fingers. And the pointer that hovers.
 
 #include "platform/view/TouchDispatcher.h"
 
+#include "platform/view/TouchTargets_p.h"
+#include "platform/view/UIPanGestureRecognizer.h"
 #include "platform/view/UIPinchGestureRecognizer.h"
 #include "platform/view/UIRotationGestureRecognizer.h"
 #include "platform/view/UIScrollView.h"
 
 #include <algorithm>
 #include <cmath>
+#include <memory>
+#include <vector>
 
 namespace lamina {
 
 namespace {
-
-/// The views under a point, the nearest first.
-std::vector<std::shared_ptr<UIView>> viewsAt(UIView& root, CGPoint point)
-{
-    std::vector<std::shared_ptr<UIView>> views;
-    for (UIView* view = root.hitTest(point); view; view = view == &root ? nullptr : view->superview())
-        views.push_back(view->shared_from_this());
-    return views;
-}
 
 /// Lets the nearest recogniser of a kind make the gesture, and those that go together with it.
 template <class Kind, class Perform>
 bool performAt(UIView& root, CGPoint point, const Perform& perform)
 {
     std::vector<std::shared_ptr<Kind>> taken;
-    for (const auto& view : viewsAt(root, point)) {
+    for (const auto& view : touchTargetsAt(point, root)) {
         for (const auto& recognizer : std::vector(view->gestureRecognizers())) {
             const auto candidate = std::dynamic_pointer_cast<Kind>(recognizer);
             const bool free = candidate && std::all_of(taken.begin(), taken.end(), [&](const auto& other) {
@@ -40,22 +35,16 @@ bool performAt(UIView& root, CGPoint point, const Perform& perform)
     return !taken.empty();
 }
 
+/// As a pan would, along the axis that scrolls.
 bool scrollAt(UIView& root, CGPoint point, double distance)
 {
-    for (const auto& view : viewsAt(root, point)) {
+    for (const auto& view : touchTargetsAt(point, root)) {
         const auto scrollView = std::dynamic_pointer_cast<UIScrollView>(view);
-        if (!scrollView)
+        if (!scrollView || !scrollView->canScroll())
             continue;
-        const CGPoint range = scrollView->maximumContentOffset();
-        CGPoint offset = scrollView->contentOffset();
-        if (range.y > 0)
-            offset.y -= distance;
-        else if (range.x > 0)
-            offset.x -= distance;
-        else
-            continue;
-        scrollView->setContentOffset(offset);
-        return true;
+        const CGPoint by = scrollView->canScrollDown() ? CGPoint{0, distance} : CGPoint{distance, 0};
+        if (scrollView->panGestureRecognizer().perform(by, scrollView.get()))
+            return true;
     }
     return false;
 }
@@ -71,7 +60,7 @@ bool TouchDispatcher::wheel(CGPoint point, double steps, unsigned modifiers)
     if (magnify(point, std::pow(kWheelZoomStep, steps)))
         return true;
     const auto view = root();
-    return view && isFinite(point) && scrollAt(*view, point, steps * kWheelScrollStep);
+    return view && scrollAt(*view, point, steps * kWheelScrollStep);
 }
 
 bool TouchDispatcher::magnify(CGPoint point, double factor)
@@ -92,6 +81,17 @@ bool TouchDispatcher::rotate(CGPoint point, double angle)
     const CGPoint location = view->convertPointToView(point, nullptr);
     return performAt<UIRotationGestureRecognizer>(*view, point,
                                                   [&](auto& rotation) { return rotation.perform(angle, location); });
+}
+
+UIPointerShape TouchDispatcher::pointerShape(CGPoint point) const
+{
+    const auto view = root();
+    if (!view)
+        return UIPointerShape::Arrow;
+    for (const auto& target : touchTargetsAt(point, *view))
+        if (const auto shape = target->pointerShape())
+            return *shape;
+    return UIPointerShape::Arrow;
 }
 
 } // namespace lamina

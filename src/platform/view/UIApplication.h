@@ -9,6 +9,10 @@ namespace lamina {
 /// Opens the system's settings for this application.
 inline constexpr const char* UIApplicationOpenSettingsURLString = "app-settings:";
 
+/// Posted when the application is about to leave, with its screens still there: the moment to keep what must not be
+/// lost. Leaving waits, for some seconds at most, until the main queue is idle. Main thread, without a sender.
+inline constexpr const char* UIApplicationWillTerminateNotification = "UIApplicationWillTerminateNotification";
+
 /// The application as its screens see it. One a process, never destroyed. Main thread.
 class UIApplication {
 public:

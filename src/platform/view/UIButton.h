@@ -19,6 +19,17 @@ public:
     const std::string& imageName() const { return m_imageName; }
     void setImageName(std::string name) { m_imageName = std::move(name); }
 
+    /// What was set, else the title.
+    std::string accessibilityLabel() const override
+    {
+        const std::string label = UIControl::accessibilityLabel();
+        return label.empty() ? m_title : label;
+    }
+    UIAccessibilityTraits::Set accessibilityTraits() const override
+    {
+        return UIControl::accessibilityTraits() | UIAccessibilityTraits::Button;
+    }
+
 private:
     std::string m_title;
     std::string m_imageName;

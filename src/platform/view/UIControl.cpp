@@ -1,15 +1,19 @@
 #include "platform/view/UIControl.h"
 
 #include "platform/base/CGGeometry.h"
+#include "platform/view/UIAccessibility.h"
+#include "platform/view/UIPointerShape.h"
 #include "platform/view/UITouch.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace lamina {
 
 UIControl::UIControl(const CGRect& frame)
     : UIView(frame)
 {
+    setAccessibilityElement(true);
 }
 
 void UIControl::setEnabled(bool enabled)
@@ -17,8 +21,8 @@ void UIControl::setEnabled(bool enabled)
     if (enabled == m_enabled)
         return;
     m_enabled = enabled;
-    if (!enabled && m_tracking)
-        stopTracking(UIControlEvents::TouchCancel);
+    if (!enabled)
+        cancel();
 }
 
 void UIControl::setSelected(bool selected)
@@ -53,49 +57,118 @@ void UIControl::sendActions(UIControlEvents::Set events)
     }
 }
 
-void UIControl::touchesBegan(const std::vector<UITouch*>&)
+// ---- tracking: any call may end it, or the control ----
+
+bool UIControl::beginTracking(const UITouch&)
 {
-    if (!m_enabled || m_tracking)
+    return true;
+}
+
+bool UIControl::continueTracking(const UITouch&)
+{
+    return true;
+}
+
+const UITouch* UIControl::trackedOf(const std::vector<UITouch*>& touches) const
+{
+    const auto found = std::find_if(touches.begin(), touches.end(),
+                                    [this](const UITouch* touch) { return touch->id == m_trackedTouch; });
+    return m_tracking && found != touches.end() ? *found : nullptr;
+}
+
+bool UIControl::countsAsInside(const UITouch& touch) const
+{
+    const CGPoint point = touch.locationInView(this);
+    return pointInside(point) || bounds().insetBy(-kTrackingSlack, -kTrackingSlack).contains(point);
+}
+
+void UIControl::touchesBegan(const std::vector<UITouch*>& touches)
+{
+    const auto self = weak_from_this().lock();
+    const UITouch& touch = *touches.front();
+    if (!m_enabled || m_tracking || !beginTracking(touch) || !m_enabled)
         return;
-    m_tracking = true;
-    m_touchInside = true;
+    m_tracking = m_touchInside = true;
+    m_trackedTouch = touch.id;
     setHighlighted(true);
     sendActions(UIControlEvents::TouchDown);
 }
 
 void UIControl::touchesMoved(const std::vector<UITouch*>& touches)
 {
-    if (!m_tracking)
+    const UITouch* const touch = trackedOf(touches);
+    if (!touch)
         return;
     const auto self = weak_from_this().lock();
-    const bool inside = pointInside(touches.front()->locationInView(this));
-    const bool crossed = inside != m_touchInside;
-    m_touchInside = inside;
-    setHighlighted(inside);
+    const bool inside = countsAsInside(*touch);
+    const bool crossed = std::exchange(m_touchInside, inside) != inside;
     if (crossed)
+        setHighlighted(inside);
+    const bool goesOn = continueTracking(*touch);
+    if (!goesOn && m_tracking)
+        return stopTracking();
+    if (crossed && m_tracking)
         sendActions(inside ? UIControlEvents::TouchDragEnter : UIControlEvents::TouchDragExit);
     if (m_tracking)
         sendActions(inside ? UIControlEvents::TouchDragInside : UIControlEvents::TouchDragOutside);
 }
 
-void UIControl::touchesEnded(const std::vector<UITouch*>&)
+void UIControl::touchesEnded(const std::vector<UITouch*>& touches)
 {
-    if (m_tracking)
-        stopTracking(m_touchInside ? UIControlEvents::TouchUpInside : UIControlEvents::TouchUpOutside);
+    const UITouch* const touch = trackedOf(touches);
+    if (!touch)
+        return;
+    const auto self = weak_from_this().lock();
+    endTracking(*touch);
+    if (!m_tracking)
+        return;
+    const bool inside = m_touchInside;
+    stopTracking();
+    sendActions(inside ? UIControlEvents::TouchUpInside : UIControlEvents::TouchUpOutside);
 }
 
-void UIControl::touchesCancelled(const std::vector<UITouch*>&)
+void UIControl::touchesCancelled(const std::vector<UITouch*>& touches)
 {
-    if (m_tracking)
-        stopTracking(UIControlEvents::TouchCancel);
+    if (trackedOf(touches))
+        cancel();
 }
 
-void UIControl::stopTracking(UIControlEvents::Set event)
+void UIControl::stopTracking()
 {
-    m_tracking = false;
-    m_touchInside = false;
+    m_tracking = m_touchInside = false;
     setHighlighted(false);
-    sendActions(event);
+}
+
+void UIControl::cancel()
+{
+    if (!m_tracking)
+        return;
+    const auto self = weak_from_this().lock();
+    stopTracking();
+    cancelTracking();
+    sendActions(UIControlEvents::TouchCancel);
+}
+
+// ---- what it is to pointers and to assistive technology ----
+
+std::optional<UIPointerShape> UIControl::pointerShape() const
+{
+    const auto shape = UIView::pointerShape();
+    return shape ? shape : UIPointerShape::Arrow;
+}
+
+UIAccessibilityTraits::Set UIControl::accessibilityTraits() const
+{
+    using Traits = UIAccessibilityTraits;
+    return UIView::accessibilityTraits() | (m_selected ? Traits::Selected : Traits::None) |
+           (m_enabled ? Traits::None : Traits::NotEnabled);
+}
+
+bool UIControl::accessibilityActivate()
+{
+    if (m_enabled)
+        sendActions(UIControlEvents::TouchUpInside);
+    return m_enabled;
 }
 
 } // namespace lamina

@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <vector>
 
 namespace lamina {
@@ -25,6 +26,10 @@ struct UIControlEvents {
 
 /// A view that the user operates: it follows one finger and tells handlers what happens. While a finger is on a
 /// control, tap recognisers of the views above it do not see that finger. Main thread.
+///
+/// A finger that comes down is tracked if `beginTracking` says so, until it is lifted or lost, or `continueTracking`
+/// says no. At each event the tracking operation is called first, then the handlers. A tracked finger counts as inside
+/// until it is more than `kTrackingSlack` points away, since fingers are not steady.
 class UIControl : public UIView {
 public:
     using Handler = std::function<void(UIControl&)>;
@@ -39,11 +44,24 @@ public:
     /// Default false; a lasting state that only the owner changes.
     bool isSelected() const { return m_selected; }
     virtual void setSelected(bool selected);
-    /// True while a finger is on it.
+    /// True while the tracked finger counts as inside.
     bool isHighlighted() const { return m_highlighted; }
     virtual void setHighlighted(bool highlighted);
-    /// Under a finger that came down on it, wherever the finger is now.
+    /// Follows a finger that came down on it, wherever that is now.
     bool isTracking() const { return m_tracking; }
+    /// Whether the tracked finger counts as inside; false while none is tracked.
+    bool isTouchInside() const { return m_touchInside; }
+    /// Own points that a tracked finger may leave the bounds by.
+    static constexpr double kTrackingSlack = 70;
+
+    /// For subclasses that follow the finger themselves. False: this finger is of no interest, no handler hears of it.
+    virtual bool beginTracking(const UITouch& touch);
+    /// The finger has moved, inside or not. False: it is of no interest any longer, and nothing more is heard of it.
+    virtual bool continueTracking(const UITouch& touch);
+    /// The finger was lifted, inside or not.
+    virtual void endTracking(const UITouch&) {}
+    /// The finger was lost, a gesture has claimed it, or the control was disabled.
+    virtual void cancelTracking() {}
 
     /// Calls the handler at each of `events`, in the order of these calls. A handler may remove handlers, itself too,
     /// or destroy the control.
@@ -58,8 +76,18 @@ public:
     void touchesEnded(const std::vector<UITouch*>& touches) override;
     void touchesCancelled(const std::vector<UITouch*>& touches) override;
 
+    /// An arrow, whatever moves when it is dragged beside the control.
+    std::optional<UIPointerShape> pointerShape() const override;
+    /// Those that were set, and the control's state.
+    UIAccessibilityTraits::Set accessibilityTraits() const override;
+    /// What a tap does. False while the control is disabled.
+    bool accessibilityActivate() override;
+
 private:
-    void stopTracking(UIControlEvents::Set event);
+    const UITouch* trackedOf(const std::vector<UITouch*>& touches) const;
+    bool countsAsInside(const UITouch& touch) const;
+    void stopTracking();
+    void cancel();
 
     struct Target {
         HandlerId id = 0;
@@ -73,6 +101,7 @@ private:
     bool m_highlighted = false;
     bool m_tracking = false;
     bool m_touchInside = false;
+    std::int64_t m_trackedTouch = 0; ///< id of the finger that is tracked
 };
 
 } // namespace lamina

@@ -68,6 +68,12 @@ bool UIGestureRecognizer::isOver() const
 
 // ---- touches ----
 
+void UIGestureRecognizer::prepareForTouch()
+{
+    if (isActive() && !m_touches.empty() && restartsWithAnotherTouch())
+        restart();
+}
+
 bool UIGestureRecognizer::addTouch(const std::shared_ptr<UITouch>& touch)
 {
     if (!m_enabled || !m_view || isOver() || !acceptsTouch())

@@ -102,6 +102,9 @@ protected:
     virtual void reset() {}
     /// Whether a finger that comes down now is of interest; an ignored one is never seen.
     virtual bool acceptsTouch() const { return true; }
+    /// Whether a finger that joins ends a gesture under way. All fingers then count as having just come down, for this
+    /// recogniser and for those that it had beaten to them.
+    virtual bool restartsWithAnotherTouch() const { return false; }
     /// True while the gesture may still come although no finger is down (between two taps).
     virtual bool awaitsMoreTouches() const { return false; }
 
@@ -134,7 +137,9 @@ private:
     void setView(UIView* view);
     void viewDestroyed();
 
-    // For TouchDispatcher. A touch is added, handled any number of times, and dropped after its last event.
+    // For TouchDispatcher. All that are offered a touch prepare for it; it is added, handled any number of times, and
+    // dropped after its last event.
+    void prepareForTouch();
     bool addTouch(const std::shared_ptr<UITouch>& touch);
     void handleTouches(const std::vector<UITouch*>& touches);
     void dropTouch(const UITouch& touch);
@@ -143,6 +148,7 @@ private:
     bool enterWithoutTouches(State state, std::optional<CGPoint> rootLocation);
     void abandon();
     void settle();
+    void restart();
     void fire();
     bool mayBegin();
     bool tracksAnyOf(const UIGestureRecognizer& other) const;

@@ -83,6 +83,23 @@ void UIGestureRecognizer::settle()
     reset();
 }
 
+/// Ends the gesture and keeps the fingers; the others on them may try again too.
+void UIGestureRecognizer::restart()
+{
+    const auto self = weak_from_this().lock();
+    end();
+    if (m_state != State::Ended)
+        return; // the action has let the fingers go
+    for (const auto& rival : rivals()) {
+        if (rival->m_state != State::Failed)
+            continue;
+        rival->m_state = State::Possible;
+        rival->reset();
+    }
+    m_state = State::Possible;
+    reset();
+}
+
 /// Ends whatever is going on and lets the fingers go.
 void UIGestureRecognizer::abandon()
 {

@@ -38,8 +38,13 @@ void UIImagePickerController::setCameraAvailability(std::function<bool()> isAvai
 void UIImagePickerController::viewDidAppear(bool animated)
 {
     UIViewController::viewDidAppear(animated);
-    if (m_preselected && m_state == Choosing)
+    if (m_state != Choosing)
+        return;
+    if (m_preselected)
         choose(std::move(*m_preselected));
+    else if (!isSourceTypeAvailable(m_sourceType))
+        giveUp(localizedString("Camera Unavailable"),
+               {{}, QT_TRANSLATE_NOOP("Lamina", "Unable to find a camera on your device.")});
 }
 
 void UIImagePickerController::choose(PhotoSource photo)
@@ -87,17 +92,21 @@ void UIImagePickerController::leave()
 
 void UIImagePickerController::fail(const Error& error)
 {
-    if (m_state == Finished)
-        return;
+    if (m_state != Finished)
+        giveUp(localizedString("Can’t open the photo"), error);
+}
+
+void UIImagePickerController::giveUp(std::string title, const Error& error)
+{
     const auto self = shared_from_this();
     finish();
     const auto presenter = presentingViewController();
     if (!presenter) {
-        logWarning(error.subject + ": " + error.cause);
+        logWarning(error.message());
         return;
     }
     dismiss(true);
-    presentFailure(*presenter, localizedString("Can’t open the photo"), error);
+    presentFailure(*presenter, std::move(title), error);
 }
 
 void UIImagePickerController::finish()

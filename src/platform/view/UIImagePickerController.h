@@ -36,7 +36,7 @@ public:
 /// read in the background, and can be given up until it is there. Main thread.
 ///
 /// A photo that can't be read is no answer: the picker dismisses itself, and an alert over the screen that presented it
-/// names the photo and the cause.
+/// names the photo and the cause. So does one for the camera where there is none, as soon as it has appeared.
 class UIImagePickerController : public UIViewController {
     Q_OBJECT
     Q_PROPERTY(State state READ state NOTIFY stateChanged FINAL)
@@ -53,7 +53,8 @@ public:
 
     /// The library always is; the camera when `setCameraAvailability` says so (default: no).
     static bool isSourceTypeAvailable(SourceType type);
-    /// Installed by whoever knows of cameras; asked each time. Empty: there are none.
+    /// Installed by whoever knows of cameras and serves a picker that wants one; asked each time. Empty: there are
+    /// none.
     static void setCameraAvailability(std::function<bool()> isAvailable);
 
     /// Default: the library.
@@ -90,6 +91,7 @@ signals:
 private:
     void finish();
     void leave();
+    void giveUp(std::string title, const Error& error);
     void photoArrived(Result<UIImage> photo);
 
     SourceType m_sourceType = SourceType::PhotoLibrary;

@@ -53,38 +53,53 @@ bool UIPanGestureRecognizer::perform(CGPoint translation, const UIView* inView)
 
 void UIPanGestureRecognizer::touchesBegan(const std::vector<UITouch*>&)
 {
-    m_approach = {};
+    m_approach = m_apart = {};
+}
+
+/// The middle's step as the mean of the fingers' own steps: the middle itself jumps when a finger comes or goes.
+CGPoint UIPanGestureRecognizer::stepOf(const std::vector<UITouch*>& moved)
+{
+    const auto count = static_cast<double>(numberOfTouches());
+    CGPoint step;
+    for (const UITouch* touch : moved) {
+        const CGPoint way{touch->location.x - touch->previousLocation.x, touch->location.y - touch->previousLocation.y};
+        step = {step.x + way.x / count, step.y + way.y / count};
+        const double side = touch == touches().front().get() ? -1 : 1;
+        m_apart = {m_apart.x + side * way.x, m_apart.y + side * way.y};
+    }
+    return step;
+}
+
+bool UIPanGestureRecognizer::isUnderWay() const
+{
+    const double along = std::hypot(m_approach.x, m_approach.y);
+    const bool pinched = m_restarts && numberOfTouches() > 1 && std::hypot(m_apart.x, m_apart.y) > along;
+    return along >= kHysteresis && !pinched;
 }
 
 void UIPanGestureRecognizer::touchesMoved(const std::vector<UITouch*>& touches)
 {
-    // The middle's step as the mean of the fingers' own steps: the middle itself jumps when a finger comes or goes.
-    const auto count = static_cast<double>(numberOfTouches());
-    CGPoint step;
-    for (const UITouch* touch : touches) {
-        step.x += (touch->location.x - touch->previousLocation.x) / count;
-        step.y += (touch->location.y - touch->previousLocation.y) / count;
-    }
+    const CGPoint step = stepOf(touches);
     if (isActive()) {
         m_translation = {m_translation.x + step.x, m_translation.y + step.y};
         change();
         return;
     }
     m_approach = {m_approach.x + step.x, m_approach.y + step.y};
-    if (std::hypot(m_approach.x, m_approach.y) >= kHysteresis)
+    if (isUnderWay())
         recognize(State::Began);
 }
 
 void UIPanGestureRecognizer::touchesEnded(const std::vector<UITouch*>& touches)
 {
-    m_approach = {};
+    m_approach = m_apart = {};
     if (numberOfTouches() == touches.size())
         end();
 }
 
 void UIPanGestureRecognizer::reset()
 {
-    m_approach = {};
+    m_approach = m_apart = {};
     m_translation = {};
 }
 

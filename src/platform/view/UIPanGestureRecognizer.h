@@ -11,6 +11,12 @@ public:
     /// Root points that the middle has to move before it is a pan.
     static constexpr double kHysteresis = 10;
 
+    /// Whether a finger that joins ends a pan under way, so that a pinch may follow the drag without lifting the first.
+    /// Fingers that have moved apart or together further than along then are no pan, however coarse the events. Default
+    /// false: the pan goes on, with the middle of all fingers.
+    void setRestartsWithAnotherTouch(bool restarts) { m_restarts = restarts; }
+    bool restartsWithAnotherTouch() const override { return m_restarts; }
+
     /// The way made since the start, or since the last setTranslation, in points of `view` (null: of the root).
     CGPoint translationInView(const UIView* view) const;
     /// Sets the way made so far; zero consumes it.
@@ -27,8 +33,13 @@ protected:
     void reset() override;
 
 private:
+    CGPoint stepOf(const std::vector<UITouch*>& touches);
+    bool isUnderWay() const;
+
     CGPoint m_approach;    ///< root points since the fingers came down, before the start
+    CGPoint m_apart;       ///< those that the second has moved away from the first by
     CGPoint m_translation; ///< root points
+    bool m_restarts = false;
 };
 
 } // namespace lamina

@@ -1,9 +1,11 @@
 #include "platform/view/UIScrollView.h"
 
 #include "platform/base/CGGeometry.h"
+#include "platform/base/DispatchQueue.h"
 #include "platform/view/UIGestureRecognizer.h"
 #include "platform/view/UIPanGestureRecognizer.h"
 #include "platform/view/UIPinchGestureRecognizer.h"
+#include "platform/view/UIPointerShape.h"
 
 #include <algorithm>
 #include <cmath>
@@ -15,21 +17,25 @@ UIView* UIScrollViewDelegate::viewForZoomingInScrollView(UIScrollView&)
     return nullptr;
 }
 
+void UIScrollViewDelegate::scrollViewWillBeginDragging(UIScrollView&) {}
 void UIScrollViewDelegate::scrollViewDidScroll(UIScrollView&) {}
+void UIScrollViewDelegate::scrollViewDidEndDragging(UIScrollView&, bool) {}
+void UIScrollViewDelegate::scrollViewDidEndScrollingAnimation(UIScrollView&) {}
+void UIScrollViewDelegate::scrollViewWillBeginZooming(UIScrollView&, UIView*) {}
 void UIScrollViewDelegate::scrollViewDidZoom(UIScrollView&) {}
+void UIScrollViewDelegate::scrollViewDidEndZooming(UIScrollView&, UIView*, double) {}
 
 /// Its two gestures go together, and leave the fingers to others where there is nothing to move.
 class UIScrollView::GestureRules : public UIGestureRecognizerDelegate {
 public:
     bool gestureRecognizerShouldBegin(UIGestureRecognizer& recognizer) override
     {
-        const auto* view = dynamic_cast<const UIScrollView*>(recognizer.view());
+        auto* view = dynamic_cast<UIScrollView*>(recognizer.view());
         if (!view)
             return false;
         if (&recognizer == view->m_pinch.get())
-            return view->canZoom() && view->m_delegate.lock();
-        const CGPoint range = view->maximumContentOffset();
-        return view->canZoom() || range.x > 0 || range.y > 0;
+            return view->canZoom() && view->zoomedView();
+        return view->canZoom() || view->canScroll();
     }
 
     bool gestureRecognizer(UIGestureRecognizer& recognizer, UIGestureRecognizer& other) override
@@ -56,18 +62,35 @@ UIScrollView::UIScrollView(const CGRect& frame)
 
 UIScrollView::~UIScrollView() = default;
 
+CGPoint UIScrollView::minimumContentOffset() const
+{
+    return {-m_contentInset.left, -m_contentInset.top};
+}
+
 CGPoint UIScrollView::maximumContentOffset() const
 {
     const CGSize visible = bounds().size;
-    return {std::max(0.0, m_contentSize.width - visible.width), std::max(0.0, m_contentSize.height - visible.height)};
+    const CGPoint least = minimumContentOffset();
+    return {std::max(least.x, m_contentSize.width + m_contentInset.right - visible.width),
+            std::max(least.y, m_contentSize.height + m_contentInset.bottom - visible.height)};
+}
+
+bool UIScrollView::canScroll() const
+{
+    return canScrollDown() || maximumContentOffset().x > minimumContentOffset().x;
+}
+
+bool UIScrollView::canScrollDown() const
+{
+    return maximumContentOffset().y > minimumContentOffset().y;
 }
 
 CGPoint UIScrollView::clampedOffset(CGPoint offset) const
 {
-    const auto clamp = [](double value, double most) { return value > 0 ? std::min(value, most) : 0.0; };
+    const CGPoint least = minimumContentOffset();
     const CGPoint most = maximumContentOffset();
-    const bool finite = std::isfinite(offset.x) && std::isfinite(offset.y);
-    return finite ? CGPoint{clamp(offset.x, most.x), clamp(offset.y, most.y)} : CGPoint{};
+    const CGPoint wanted = isFinite(offset) ? offset : CGPoint{};
+    return {std::max(least.x, std::min(wanted.x, most.x)), std::max(least.y, std::min(wanted.y, most.y))};
 }
 
 void UIScrollView::moveTo(CGPoint offset)
@@ -83,6 +106,27 @@ void UIScrollView::moveTo(CGPoint offset)
 void UIScrollView::setContentOffset(CGPoint offset)
 {
     moveTo(offset);
+}
+
+void UIScrollView::setContentOffset(CGPoint offset, bool animated)
+{
+    const CGPoint former = contentOffset();
+    moveTo(offset);
+    if (!animated || contentOffset() == former)
+        return;
+    DispatchQueue::main().async([weak = weak_from_this()] {
+        const auto self = std::static_pointer_cast<UIScrollView>(weak.lock());
+        if (const auto listener = self ? self->delegate() : nullptr)
+            listener->scrollViewDidEndScrollingAnimation(*self);
+    });
+}
+
+void UIScrollView::setContentInset(const UIEdgeInsets& inset)
+{
+    if (!inset.isFinite())
+        return;
+    m_contentInset = inset;
+    moveTo(contentOffset());
 }
 
 void UIScrollView::setContentSize(CGSize size)
@@ -129,7 +173,7 @@ void UIScrollView::zoomToScale(double scale, CGPoint anchor)
 {
     const auto self = weak_from_this().lock();
     const auto listener = delegate();
-    UIView* const zoomed = listener ? listener->viewForZoomingInScrollView(*this) : nullptr;
+    UIView* const zoomed = zoomedView();
     if (!zoomed || std::isnan(scale) || !std::isfinite(anchor.x) || !std::isfinite(anchor.y))
         return;
     scale = std::max(m_minimumZoomScale, std::min(scale, m_maximumZoomScale));
@@ -147,8 +191,31 @@ void UIScrollView::zoomToScale(double scale, CGPoint anchor)
     listener->scrollViewDidZoom(*this);
 }
 
+UIView* UIScrollView::zoomedView()
+{
+    const auto listener = delegate();
+    return listener ? listener->viewForZoomingInScrollView(*this) : nullptr;
+}
+
+std::optional<UIPointerShape> UIScrollView::pointerShape() const
+{
+    const auto shape = UIView::pointerShape();
+    return shape == UIPointerShape::OpenHand && !canScroll() ? std::nullopt : shape;
+}
+
+// A delegate may end the gesture in the call for its beginning; the end call has come then.
+
 void UIScrollView::handlePan()
 {
+    const auto self = weak_from_this().lock();
+    const auto listener = delegate();
+    if (!m_pan->isActive()) {
+        if (listener)
+            listener->scrollViewDidEndDragging(*this, false);
+        return;
+    }
+    if (listener && m_pan->state() == UIGestureRecognizerState::Began)
+        listener->scrollViewWillBeginDragging(*this);
     const CGPoint step = m_pan->translationInView(this);
     m_pan->setTranslation({}, this);
     const CGPoint offset = contentOffset();
@@ -157,8 +224,18 @@ void UIScrollView::handlePan()
 
 void UIScrollView::handlePinch()
 {
-    if (m_pinch->state() == UIGestureRecognizerState::Began)
+    const auto self = weak_from_this().lock();
+    const auto listener = delegate();
+    if (!m_pinch->isActive()) {
+        if (listener)
+            listener->scrollViewDidEndZooming(*this, zoomedView(), m_zoomScale);
+        return;
+    }
+    if (m_pinch->state() == UIGestureRecognizerState::Began) {
         m_pinchStartScale = m_zoomScale;
+        if (listener)
+            listener->scrollViewWillBeginZooming(*this, zoomedView());
+    }
     if (m_pinch->isActive())
         zoomToScale(m_pinchStartScale * m_pinch->scale(), m_pinch->locationInView(this));
 }

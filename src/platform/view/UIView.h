@@ -1,6 +1,8 @@
 #pragma once
 
 #include "platform/view/CALayer.h"
+#include "platform/view/UIAccessibility.h"
+#include "platform/view/UIPointerShape.h"
 
 #include "platform/base/CGAffineTransform.h"
 #include "platform/base/CGGeometry.h"
@@ -22,10 +24,10 @@ struct UITouch;
 ///
 /// Lengths in points, y down. Everything on the main thread. Children stand in order from the bottom to the top, and
 /// the layers in the same order.
-class UIView : public std::enable_shared_from_this<UIView> {
+class UIView : public UIAccessibility, public std::enable_shared_from_this<UIView> {
 public:
     explicit UIView(const CGRect& frame = {});
-    virtual ~UIView();
+    ~UIView() override;
     UIView(const UIView&) = delete;
     UIView& operator=(const UIView&) = delete;
 
@@ -102,6 +104,15 @@ public:
     /// parent's bounds are not hit.
     virtual UIView* hitTest(CGPoint point);
 
+    /// Where touches, wheels and pinches on this view and what stands in it go that no recogniser or control there
+    /// takes: to the recognisers of the view that is given. The nearest view that gives one is asked; it must stand in
+    /// the same tree, seen or not. Default none.
+    virtual UIView* gestureFallback() const { return nullptr; }
+    /// What the mouse's pointer looks like over this view; none: what lies above it in the tree says. By default what
+    /// was set, else an open hand where a pan or a press that begins at once is attached.
+    virtual std::optional<UIPointerShape> pointerShape() const;
+    void setPointerShape(std::optional<UIPointerShape> shape) { m_pointerShape = shape; }
+
     /// From this view's coordinates to those of `view` (null: those of the root). The views must share a root; a
     /// transform that can't be undone gives the point (0, 0).
     CGPoint convertPointToView(CGPoint point, const UIView* view) const;
@@ -143,6 +154,7 @@ private:
     bool m_opaque = true;
     bool m_userInteractionEnabled = true;
     bool m_multipleTouchEnabled = false;
+    std::optional<UIPointerShape> m_pointerShape;
 };
 
 } // namespace lamina

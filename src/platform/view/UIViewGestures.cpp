@@ -1,10 +1,30 @@
 #include "platform/view/UIGestureRecognizer.h"
+#include "platform/view/UILongPressGestureRecognizer.h"
+#include "platform/view/UIPanGestureRecognizer.h"
 #include "platform/view/UIView.h"
 
 #include <algorithm>
 #include <cassert>
 
 namespace lamina {
+
+namespace {
+
+bool drags(const UIGestureRecognizer& recognizer)
+{
+    const auto* const press = dynamic_cast<const UILongPressGestureRecognizer*>(&recognizer);
+    const bool atOnce = press && press->minimumPressDuration() == 0;
+    return recognizer.isEnabled() && (atOnce || dynamic_cast<const UIPanGestureRecognizer*>(&recognizer));
+}
+
+} // namespace
+
+std::optional<UIPointerShape> UIView::pointerShape() const
+{
+    const bool dragged = std::any_of(m_gestureRecognizers.begin(), m_gestureRecognizers.end(),
+                                     [](const auto& recognizer) { return drags(*recognizer); });
+    return m_pointerShape || !dragged ? m_pointerShape : UIPointerShape::OpenHand;
+}
 
 void UIView::addGestureRecognizer(std::shared_ptr<UIGestureRecognizer> recognizer)
 {

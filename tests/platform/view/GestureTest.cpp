@@ -1,5 +1,6 @@
 #include "TouchBench.h"
 
+#include "platform/view/UIPointerShape.h"
 #include "platform/view/UITouch.h"
 
 #include <limits>
@@ -13,7 +14,7 @@ constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
 
 struct Script {
     const char* name;
-    const char* recognizers; ///< in the order in which they are attached
+    const char* recognizers; ///< in the order in which they are attached; "beside": the child takes what is left over
     const char* steps;
     const char* heard;
     friend void PrintTo(const Script& script, std::ostream* out) { *out << script.name; }
@@ -50,6 +51,15 @@ const Script kScripts[] = {
      "pinch+1.6 pinch~1.6 pinchx1.6 "},
     {"ChildrenGoBeforeAncestors", "pan child/pan", "d200,200>230,200 d20,20>50,20",
      "child/pan+0,0 child/pan.0,0 pan+0,0 pan.0,0 "},
+    {"ASecondFingerMakesAPinchOfADrag", "again pinch",
+     "1+100,100 1>120,100 1>130,100 2+230,100 2>330,100 1-130,100 2-330,100",
+     "again+0,0 again~10,0 again.10,0 pinch+2 pinch.2 "},
+    {"ASecondFingerMayDragOn", "again pinch", "1+100,100 1>120,100 2+200,100 1>120,120&2>200,120 1x 2x",
+     "again+0,0 again.0,0 again+0,0 againx0,0 "},
+    {"BesideTheChildItIsCaught", "beside child/again child/pinch",
+     "d20,20>50,20 1+200,200 2+320,200 1>140,200&2>380,200 1x 2x",
+     "child/again+0,0 child/again.0,0 child/pinch+2 child/pinchx2 "},
+    {"WhatIsTakenIsNotLeftOver", "beside tap child/pan", "d20,20>50,20 t20,20", "tap. "},
     {"AHandleKeepsItsFinger", "pan child/hold", "d110,110>150,150", "child/hold+ child/hold~ child/hold. "},
 };
 
@@ -59,8 +69,12 @@ TEST_P(GestureScripts, AreHeard)
 {
     std::istringstream names(GetParam().recognizers);
     std::vector<std::shared_ptr<UIGestureRecognizer>> recognizers;
-    for (std::string name; names >> name;)
-        recognizers.push_back(attach(name));
+    for (std::string name; names >> name;) {
+        if (name == "beside")
+            root->fallback = child.get();
+        else
+            recognizers.push_back(attach(name));
+    }
     EXPECT_EQ(play(GetParam().steps), GetParam().heard);
     play("1x 2x 3x");
     for (const auto& recognizer : recognizers)
@@ -122,6 +136,30 @@ TEST_F(GestureTest, WheelsAndTouchpadsReachTheNearestRecogniser)
     EXPECT_FALSE(fingers.magnify({150, 160}, 0));
     EXPECT_FALSE(fingers.wheel({kNan, 0}, 1));
     EXPECT_EQ(play(""), "");
+}
+
+TEST_F(GestureTest, WhatIsLeftOverReachesTheWheelAndThePointer)
+{
+    using Shape = UIPointerShape;
+    const auto shapes = [this] { return std::pair(fingers.pointerShape({150, 160}), fingers.pointerShape({20, 30})); };
+    attach("child/pinch");
+    EXPECT_FALSE(fingers.wheel({20, 30}, 1));
+    root->fallback = child.get();
+    EXPECT_TRUE(fingers.wheel({20, 30}, 1));
+    EXPECT_EQ(shapes(), std::pair(Shape::Arrow, Shape::Arrow)); // it zooms, but can't be dragged
+    const auto pan = attach("child/pan");
+    child->setHidden(true); // or out of reach: it is caught all the same
+    EXPECT_EQ(shapes(), std::pair(Shape::OpenHand, Shape::OpenHand));
+    pan->setEnabled(false);
+    attach("child/hold");
+    child->setHidden(false);
+    root->fallback = nullptr;
+    EXPECT_EQ(shapes(), std::pair(Shape::OpenHand, Shape::Arrow));
+    child->setPointerShape(Shape::Cross);
+    EXPECT_EQ(shapes().first, Shape::Cross);
+    UIView stranger;
+    root->fallback = &stranger;
+    EXPECT_FALSE(fingers.wheel({20, 30}, 1));
 }
 
 TEST_F(GestureTest, EitherDelegateLetsBothGo)

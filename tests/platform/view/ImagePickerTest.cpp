@@ -3,6 +3,7 @@
 #include "CommandRunner.h"
 #include "ControllerBench.h"
 #include "TestPictures.h"
+#include "platform/view/UIAlertController.h"
 
 namespace lamina::test {
 namespace {
@@ -47,6 +48,22 @@ TEST_F(ImagePicker, TheChosenPhotoReachesTheDelegateOnce)
     settle();
     EXPECT_EQ(listener->heard, "ramp.png 40 ");
     EXPECT_EQ(window.topViewController(), picker); // to be dismissed by the delegate
+}
+
+TEST_F(ImagePicker, ACameraThatNobodyServesIsAnsweredAtOnce)
+{
+    picker->cancel();
+    rootScreen->dismiss(false);
+    settle();
+    const auto camera = std::make_shared<UIImagePickerController>();
+    camera->setSourceType(UIImagePickerControllerSourceType::Camera);
+    camera->setDelegate(listener);
+    rootScreen->present(camera, true);
+    settle();
+    const auto alert = std::dynamic_pointer_cast<UIAlertController>(window.topViewController());
+    ASSERT_TRUE(alert);
+    EXPECT_EQ(alert->title(), "Camera Unavailable");
+    EXPECT_FALSE(camera->presentingViewController());
 }
 
 TEST_F(ImagePicker, CancellingIsToldOnceAndEndsTheReading)

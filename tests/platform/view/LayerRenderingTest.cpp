@@ -131,7 +131,11 @@ TEST(LayerRendering, DrawsPartsInTheirOrderThroughTheAlphaOfMasks)
 
 TEST(LayerRendering, ShadowsAreThrownByWhatIsSeen)
 {
-    const auto shadow = [](CALayer& box, CGSize offset) { box.setShadow({UIColor::black(), 1, offset, 0}); };
+    const auto shadow = [](CALayer& box, CGSize offset) { // kept as given, drawn within the range
+        const CALayer::Shadow given{UIColor::black(), 1.7, offset, -2};
+        box.setShadow(given);
+        EXPECT_EQ(box.shadow(), given);
+    };
     const std::vector<Change> changes = {
         [](CALayer& box) { // no shadow, but a group that is seen through as one
             box.sublayers()[0]->setBackgroundColor(kBlue);
@@ -147,10 +151,11 @@ TEST(LayerRendering, ShadowsAreThrownByWhatIsSeen)
             shadow(box, {2, 0});
             box.setOpacity(0.5);
         },
-        [&](CALayer& box) { // cut by a mask
+        [&](CALayer& box) { // cut by a mask, whose own shadow lets nothing through
             box.setMasksToBounds(true);
             shadow(box, {2, 0});
             box.setMask(shapeOf(UIBezierPath::withRect({0, 0, 5, 4})));
+            shadow(*box.mask(), {1, 0});
         },
     };
     EXPECT_EQ(sheet(box, changes, UIColor::white()), R"(

@@ -57,7 +57,7 @@ private:
     }
     UIColor color() { return {number(0, 1), number(0, 1), number(0, 1), upTo(2) ? 1 : number(0, 1)}; }
     CGPoint place(double farthest) { return {number(-5, farthest), number(-5, farthest)}; }
-    CALayer::Shadow shadow() { return {kBlue, upTo(2) ? 0.7 : 0, {number(-6, 6), number(-6, 6)}, number(0, 4)}; }
+    CALayer::Shadow shadow() { return {kBlue, upTo(2) ? 0.7 : 0, {number(-6, 6), number(-6, 6)}, number(-1, 4)}; }
     std::shared_ptr<UIView> any() { return m_views[upTo(m_views.size())]; }
 
     UIImage picture()
@@ -73,6 +73,7 @@ private:
         const std::shared_ptr<CALayer> layer = upTo(2) ? shape : makeLayer({0, 0, 30, 25});
         layer->setContents(upTo(2) ? picture() : UIImage());
         layer->setOpacity(upTo(2) ? 1 : number(0, 1));
+        layer->setShadow(shadow());
         return layer;
     }
 

@@ -23,8 +23,16 @@ protected:
     }
 
     UIView* viewForZoomingInScrollView(UIScrollView&) override { return photo.get(); }
+    void scrollViewWillBeginDragging(UIScrollView&) override { log += 'd'; }
     void scrollViewDidScroll(UIScrollView&) override { log += 's'; }
+    void scrollViewDidEndDragging(UIScrollView& view, bool willDecelerate) override
+    {
+        log += willDecelerate || view.isDragging() ? '?' : 'D';
+    }
+    void scrollViewDidEndScrollingAnimation(UIScrollView&) override { log += 'A'; }
+    void scrollViewWillBeginZooming(UIScrollView&, UIView* view) override { log += view == photo.get() ? 'p' : '?'; }
     void scrollViewDidZoom(UIScrollView&) override { log += 'z'; }
+    void scrollViewDidEndZooming(UIScrollView&, UIView*, double scale) override { log += 'P' + number(scale); }
 
     /// "OFFSET ZOOM" after the script.
     std::string after(const std::string& script)
@@ -54,6 +62,37 @@ TEST_F(ScrollViewTest, OffsetsStayInTheRange)
     EXPECT_EQ(scroll->contentOffset(), (CGPoint{10, 0}));
     scroll->setContentSize({kNan, -4});
     EXPECT_EQ(scroll->contentOffset(), (CGPoint{0, 0}));
+
+    scroll->setContentSize({400, 300});
+    scroll->setContentInset({5, 10, 95, 20}); // top, left, bottom, right
+    scroll->setContentInset({kNan, 0, 0, 0});
+    const CGPoint far{1e6, 1e6};
+    for (const CGPoint got : {CGPoint{30, 20}, {-10, -5}}) {
+        scroll->setContentOffset(got.x > 0 ? far : CGPoint{-far.x, -far.y});
+        EXPECT_EQ(scroll->contentOffset(), got);
+    }
+    scroll->setContentInset({});
+    EXPECT_EQ(scroll->contentOffset(), (CGPoint{0, 0}));
+}
+
+TEST_F(ScrollViewTest, EachGestureIsToldFromItsBeginningToItsEnd)
+{
+    EXPECT_EQ(play("1+300,100 1>285,100 1>280,100 1>270,100 1-270,100"), "dssD");
+    EXPECT_EQ(play("1+300,100 1>285,100 1x"), "dD");
+    EXPECT_EQ(play("1+150,200 2+250,200 1>100,200&2>300,200 1-100,200 2-300,200"), "pszP2");
+    EXPECT_EQ(play("1+150,200 1>170,200 2+270,200 2>370,200 1x 2x"), "dspszDP4"); // a drag goes on as well
+    fingers.wheel({110, 120}, -1);
+    EXPECT_EQ(play(""), "pszP3.636");
+    scroll->setMaximumZoomScale(1);
+    scroll->setContentOffset({});
+    play("");
+    fingers.wheel({110, 120}, -1);
+    EXPECT_EQ(play(""), "dsD");
+    scroll->setContentOffset({0, 10}, true);
+    EXPECT_EQ(play(""), "s");
+    EXPECT_EQ(play("w0"), "A");
+    scroll->setContentOffset({0, 10}, true);
+    EXPECT_EQ(play("w0"), "");
 }
 
 TEST_F(ScrollViewTest, ZoomKeepsThePointUnderTheAnchorAndStaysInItsLimits)
@@ -115,6 +154,9 @@ TEST_F(ScrollViewTest, WheelZoomsAtThePointerOrScrolls)
     play("");
     EXPECT_EQ(play("1+200,200 1>220,200"), "pan+0,0 ");
     EXPECT_FALSE(fingers.wheel({110, 120}, -1));
+    EXPECT_EQ(fingers.pointerShape({110, 120}), UIPointerShape::OpenHand); // the root's
+    root->removeAllGestureRecognizers();
+    EXPECT_EQ(fingers.pointerShape({110, 120}), UIPointerShape::Arrow);
 }
 
 } // namespace

@@ -34,6 +34,13 @@ inline std::string text(CGPoint point)
     return number(point.x) + ',' + number(point.y);
 }
 
+/// A view that hands what is left over to one that a test sets.
+struct CatchingView : UIView {
+    using UIView::UIView;
+    UIView* gestureFallback() const override { return fallback; }
+    UIView* fallback = nullptr;
+};
+
 /// A view of 400 by 400 with fingers on it, a child in its middle, and a log of what its recognisers say. Time moves by
 /// a sixtieth of a second an event; timers go by a clock of their own.
 class TouchBench : public testing::Test {
@@ -57,9 +64,10 @@ protected:
         return std::exchange(log, {});
     }
 
-    /// A recogniser on the root, or on the child where the name begins with "child/": a pan, pinch, rotation, tap,
-    /// twice (a double tap), press or hold (a press that begins at once). It logs "NAME+ " as it begins, "~" as it
-    /// changes, "." as it ends and "x" as it is cancelled, with how far it has come behind the sign.
+    /// A recogniser on the root, or on the child where the name begins with "child/": a pan, again (a pan that restarts
+    /// with another finger), pinch, rotation, tap, twice (a double tap), press or hold (a press that begins at once).
+    /// It logs "NAME+ " as it begins, "~" as it changes, "." as it ends and "x" as it is cancelled, with how far it has
+    /// come behind the sign.
     std::shared_ptr<UIGestureRecognizer> attach(const std::string& name)
     {
         const bool onChild = name.starts_with("child/");
@@ -86,15 +94,18 @@ protected:
     std::shared_ptr<ManualClock> clock = std::make_shared<ManualClock>(100);
     double time = 0;
     std::string log;
-    std::shared_ptr<UIView> root = std::make_shared<UIView>(CGRect{0, 0, 400, 400});
+    std::shared_ptr<CatchingView> root = std::make_shared<CatchingView>(CGRect{0, 0, 400, 400});
     std::shared_ptr<UIView> child = addView({100, 100, 200, 200});
     TouchDispatcher fingers{root};
 
 private:
     static std::shared_ptr<UIGestureRecognizer> makeRecognizer(const std::string& kind)
     {
-        if (kind == "pan")
-            return std::make_shared<UIPanGestureRecognizer>();
+        if (kind == "pan" || kind == "again") {
+            auto pan = std::make_shared<UIPanGestureRecognizer>();
+            pan->setRestartsWithAnotherTouch(kind == "again");
+            return pan;
+        }
         if (kind == "pinch")
             return std::make_shared<UIPinchGestureRecognizer>();
         if (kind == "rotation")

@@ -1,6 +1,6 @@
 #include "platform/image/codecs/ByteSource_p.h"
 
-#include "platform/files/FileCauses.h"
+#include "platform/files/FileReading.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -13,28 +13,6 @@
 namespace lamina {
 
 namespace {
-
-class FileDescriptor {
-public:
-    explicit FileDescriptor(int descriptor)
-        : m_descriptor(descriptor)
-    {
-    }
-    FileDescriptor(FileDescriptor&& other) noexcept
-        : m_descriptor(std::exchange(other.m_descriptor, -1))
-    {
-    }
-    FileDescriptor& operator=(FileDescriptor&&) = delete;
-    ~FileDescriptor()
-    {
-        if (m_descriptor >= 0)
-            ::close(m_descriptor);
-    }
-    int get() const { return m_descriptor; }
-
-private:
-    int m_descriptor;
-};
 
 // Positioned reads rather than a mapping: a file that shrinks meanwhile is an early end, not a signal.
 class FileSource final : public ByteSource {
@@ -97,22 +75,10 @@ private:
 
 Result<std::unique_ptr<ByteSource>> openFileSource(const std::string& path)
 {
-    // A path with a zero byte would open another file than it shows.
-    if (path.find('\0') != std::string::npos)
-        return Error{path, cause::kNoSuchFile};
-    // Without O_NONBLOCK a pipe that nobody writes to would hold us here for ever.
-    FileDescriptor descriptor(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
-    if (descriptor.get() < 0)
-        return Error{path, readingFailure(errno)};
-    struct stat status {};
-    if (::fstat(descriptor.get(), &status) != 0)
-        return Error{path, readingFailure(errno)};
-    if (S_ISDIR(status.st_mode))
-        return Error{path, cause::kIsFolder};
-    if (!S_ISREG(status.st_mode))
-        return Error{path, cause::kNotRegular};
-    return std::unique_ptr<ByteSource>(
-        std::make_unique<FileSource>(std::move(descriptor), static_cast<std::uint64_t>(status.st_size)));
+    Result<OpenedFile> file = openFileForReading(path);
+    if (!file)
+        return file.error();
+    return std::unique_ptr<ByteSource>(std::make_unique<FileSource>(std::move(file->descriptor), file->size));
 }
 
 std::unique_ptr<ByteSource> memorySource(std::span<const std::uint8_t> bytes)

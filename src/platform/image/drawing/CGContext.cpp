@@ -139,6 +139,11 @@ void CGContext::setAlpha(double alpha)
     m_impl->state.alpha = alpha > 0 ? std::min(alpha, 1.0) : 0;
 }
 
+void CGContext::setBlendMode(CGBlendMode mode)
+{
+    m_impl->state.blendMode = mode;
+}
+
 void CGContext::setFillColor(const UIColor& color)
 {
     m_impl->state.fillColor = color;
@@ -167,6 +172,11 @@ IntRect CGContext::clipBounds() const
 bool CGContext::Impl::keepsOpaque() const
 {
     return layers.empty() && skipsAlpha(layout.alphaInfo());
+}
+
+RowBlender CGContext::Impl::blender(CGBlendMode mode) const
+{
+    return {mode, bottom.channels(), isRGB() && keepsOpaque()};
 }
 
 Surface* CGContext::Impl::target()

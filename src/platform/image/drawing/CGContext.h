@@ -14,9 +14,17 @@
 
 namespace lamina {
 
-/// A bitmap and the state of drawing into it: transform, clip, alpha, colours, shadow.
+/// How what is drawn meets what is there, on premultiplied values. Where an edge or a clip covers a pixel in part, the
+/// result is mixed with what was there by that part.
+enum class CGBlendMode {
+    Normal, ///< source-over: out = src + (1 - src.alpha)·dst
+    Clear,  ///< out = 0, whatever is drawn
+    Copy,   ///< out = src, its alpha too
+};
+
+/// A bitmap and the state of drawing into it: transform, clip, alpha, blend mode, colours, shadow.
 ///
-/// Everything is composited source-over: out = src + (1 - src.alpha)·dst on premultiplied values. Edges that don't fall
+/// Everything is composited source-over unless another blend mode is set. Edges that don't fall
 /// on pixel borders are antialiased by the exact area they cover. Colours and pictures are converted to the bitmap's
 /// space. RGB bitmaps keep premultiplied alpha or none; grey and CMYK ones have no alpha and start as black or no ink;
 /// alpha-only ones keep coverage alone. Work on large areas is split by rows over the worker pool; the result does not
@@ -49,7 +57,8 @@ public:
     /// Pixels per point of a context made by `image`; 1 for a plain one.
     double scale() const;
 
-    /// Puts a copy of the state on a stack: transform, clip, alpha, colours, shadow, antialiasing and interpolation.
+    /// Puts a copy of the state on a stack: transform, clip, alpha, blend mode, colours, shadow, antialiasing and
+    /// interpolation.
     void saveGState();
     /// Takes the state back that was saved last. Without one does nothing, and inside a layer doesn't reach what was
     /// saved before the layer began.
@@ -80,6 +89,9 @@ public:
 
     /// Multiplies the alpha of everything drawn; clamped to [0, 1]. Default 1.
     void setAlpha(double alpha);
+    /// Default Normal. In the others nothing throws a shadow, and an opaque bitmap stays opaque: it takes the
+    /// premultiplied colour, as if black lay beneath.
+    void setBlendMode(CGBlendMode mode);
     /// Default black.
     void setFillColor(const UIColor& color);
     /// Default black.
@@ -104,7 +116,7 @@ public:
     void fillRect(const CGRect& rect);
     /// Fills the inside of a path by its fill rule; open parts are closed.
     void fillPath(const UIBezierPath& path);
-    /// Strokes with the path's `lineWidth`, mitred joins and flat ends.
+    /// Strokes with the path's `lineWidth`, ends, joins and dashes.
     void strokePath(const UIBezierPath& path);
     /// Sets to clear (alpha 0, or zero where there is no alpha).
     void clearRect(const CGRect& rect);
@@ -117,7 +129,8 @@ public:
     void drawImage(const CGImage& image, const CGAffineTransform& imageToUser);
 
     /// What is drawn until the end is first put together by itself, from clear, then composited as one with the alpha,
-    /// shadow and clip of the moment of the beginning; inside, alpha is 1 and there is no shadow. `bounds` (user space)
+    /// blend mode, shadow and clip of the moment of the beginning; inside, alpha is 1, the mode Normal and there is no
+    /// shadow. `bounds` (user space)
     /// may limit the layer. RGB contexts only; elsewhere they draw straight on.
     void beginTransparencyLayer(const std::optional<CGRect>& bounds = std::nullopt);
     /// Composites the layer begun last and takes the state back that held before it. Without one does nothing.

@@ -1,9 +1,9 @@
 #include "platform/base/WorkerPool.h"
 #include "platform/image/drawing/CGContext_p.h"
-#include "platform/image/drawing/Compositing_p.h"
 #include "platform/image/drawing/CoverageRow_p.h"
 #include "platform/image/drawing/DeviceBounds_p.h"
 #include "platform/image/drawing/ImageSampler_p.h"
+#include "platform/image/drawing/RowBlender_p.h"
 #include "platform/image/drawing/Surface_p.h"
 #include "platform/image/drawing/TargetColors_p.h"
 #include "platform/image/pixels/CGImage.h"
@@ -51,8 +51,10 @@ Span coveredSpan(const std::uint8_t* coverage, int count)
 /// Rows of a picture put over rows of a bitmap.
 class RowPainter {
 public:
-    RowPainter(const ImageSampler& sampler, const TargetColors& colors, SurfaceKind kind, bool own, std::size_t pixels)
+    RowPainter(const ImageSampler& sampler, const RowBlender& blender, const TargetColors& colors, SurfaceKind kind,
+               bool own, std::size_t pixels)
         : m_band(sampler)
+        , m_blender(blender)
         , m_colors(colors)
         , m_kind(kind)
         , m_own(own)
@@ -74,23 +76,23 @@ public:
         coverage = coverage ? coverage + span.first : nullptr;
         if (m_own) {
             // Coverage alone is its own alpha.
-            compositeComponents(channels, dst, row, m_kind == SurfaceKind::Alpha ? row : nullptr, coverage, alpha,
-                                pixels);
+            m_blender.components(dst, row, m_kind == SurfaceKind::Alpha ? row : nullptr, coverage, alpha, pixels);
             return;
         }
         if (m_colors.isPlain()) {
-            compositePixels(dst, row, coverage, alpha, pixels);
+            m_blender.pixels(dst, row, coverage, alpha, pixels);
             return;
         }
         m_colors.convertRow(row, span.count, m_components.data(), m_alphas.data());
         if (m_kind == SurfaceKind::RGBA)
-            compositePixels(dst, m_components.data(), coverage, alpha, pixels);
+            m_blender.pixels(dst, m_components.data(), coverage, alpha, pixels);
         else
-            compositeComponents(channels, dst, m_components.data(), m_alphas.data(), coverage, alpha, pixels);
+            m_blender.components(dst, m_components.data(), m_alphas.data(), coverage, alpha, pixels);
     }
 
 private:
     ImageSampler::Band m_band;
+    const RowBlender& m_blender;
     const TargetColors& m_colors;
     SurfaceKind m_kind;
     bool m_own;
@@ -113,7 +115,8 @@ void CGContext::Impl::drawImage(const CGImage& image, const CGAffineTransform& t
         mask = maskCoverage(through, stretch.concatenating(toDevice), true);
         area = area.intersection(mask.bounds());
     }
-    Surface* surface = area.isEmpty() || state.alpha == 0 ? nullptr : target();
+    const bool seen = state.alpha > 0 || state.blendMode != CGBlendMode::Normal;
+    Surface* surface = area.isEmpty() || !seen ? nullptr : target();
     if (!surface)
         return;
     const bool nearest = state.interpolation == Interpolation::None;
@@ -123,9 +126,10 @@ void CGContext::Impl::drawImage(const CGImage& image, const CGAffineTransform& t
     if (!sampler)
         return;
     const std::uint16_t alpha = widened(state.alpha);
+    const RowBlender rows = blender();
     const auto width = static_cast<std::size_t>(area.width);
     parallelRows(area.y, area.bottom(), width + sampler->rowCost(), [&](int begin, int end) {
-        RowPainter painter(*sampler, colors, surface->kind(), own.has_value(), width);
+        RowPainter painter(*sampler, rows, colors, surface->kind(), own.has_value(), width);
         CoverageRow coverage(width);
         for (int y = begin; y < end; ++y) {
             // The mask has the picture's outline in it already.

@@ -97,6 +97,7 @@ void CGContext::Impl::beginLayer(const IntRect& bounds)
     const IntRect area = layerArea(bounds);
     TransparencyLayer layer{Surface::make(SurfaceKind::RGBA, area), state, saved.size()};
     state.alpha = 1;
+    state.blendMode = CGBlendMode::Normal;
     state.shadow.reset();
     state.clip = {layer.surface ? area : IntRect{}, {}};
     layers.push_back(std::move(layer));
@@ -110,7 +111,7 @@ void CGContext::Impl::endLayer()
     state = std::move(layer.outside);
     if (!layer.surface)
         return;
-    if (state.shadow)
+    if (state.shadow && state.blendMode == CGBlendMode::Normal)
         compositeShadow(*layer.surface, *state.shadow);
     compositeLayer(*layer.surface);
 }
@@ -118,15 +119,17 @@ void CGContext::Impl::endLayer()
 void CGContext::Impl::compositeLayer(const Surface& layer)
 {
     const IntRect area = layer.bounds().intersection(clipBounds());
-    Surface* surface = area.isEmpty() || state.alpha == 0 ? nullptr : target();
+    const bool seen = state.alpha > 0 || state.blendMode != CGBlendMode::Normal;
+    Surface* surface = area.isEmpty() || !seen ? nullptr : target();
     if (!surface)
         return;
     const std::uint16_t alpha = widened(state.alpha);
+    const RowBlender rows = blender();
     const auto width = static_cast<std::size_t>(area.width);
     parallelRows(area.y, area.bottom(), width, [&](int begin, int end) {
         for (int y = begin; y < end; ++y) {
             const std::uint8_t* coverage = state.clip.mask ? state.clip.mask.at(area.x, y) : nullptr;
-            compositePixels(surface->at(area.x, y), layer.at(area.x, y), coverage, alpha, width);
+            rows.pixels(surface->at(area.x, y), layer.at(area.x, y), coverage, alpha, width);
         }
     });
 }

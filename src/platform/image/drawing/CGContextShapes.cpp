@@ -43,17 +43,6 @@ struct MaskShape {
     const std::uint8_t* row(int x, int y, int, std::uint8_t*) const { return mask.at(x, y); }
 };
 
-/// Clearing leaves nothing; where there is no alpha, black and no ink.
-void eraseRow(const Surface& surface, bool keepsOpaque, std::uint8_t* dst, const std::uint8_t* coverage,
-              std::size_t pixels)
-{
-    eraseBytes(surface.channels(), dst, coverage, pixels);
-    if (!keepsOpaque)
-        return;
-    for (std::size_t i = 0; i < pixels; ++i)
-        dst[4 * i + 3] = 255;
-}
-
 } // namespace
 
 void CGContext::Impl::fillRect(const CGRect& rect)
@@ -73,8 +62,9 @@ void CGContext::Impl::fillRect(const CGRect& rect)
         if (!surface)
             return;
         const Ink ink = colors.ink(state.fillColor, state.alpha);
+        const RowBlender rows = blender();
         forRows(*surface, state.clip, area, shape, [&](std::uint8_t* dst, const std::uint8_t* coverage, std::size_t n) {
-            compositeInk(surface->channels(), dst, ink, coverage, n);
+            rows.ink(dst, ink, coverage, n);
         });
     });
 }
@@ -88,8 +78,9 @@ void CGContext::Impl::erase(const CGRect& rect)
         Surface* surface = area.isEmpty() ? nullptr : target();
         if (!surface)
             return;
+        const RowBlender rows = blender(CGBlendMode::Clear);
         forRows(*surface, state.clip, area, shape, [&](std::uint8_t* dst, const std::uint8_t* coverage, std::size_t n) {
-            eraseRow(*surface, keepsOpaque(), dst, coverage, n);
+            rows.ink(dst, {}, coverage, n);
         });
     };
     if (upright) {
@@ -112,10 +103,10 @@ void CGContext::Impl::fillPolygons(const Rasterizer& rasterizer, bool evenOdd, c
         if (!surface)
             return;
         const Ink ink = colors.ink(inkColor, state.alpha);
-        forRows(*surface, state.clip, mask.bounds(), MaskShape{mask},
-                [&](std::uint8_t* dst, const std::uint8_t* coverage, std::size_t n) {
-                    compositeInk(surface->channels(), dst, ink, coverage, n);
-                });
+        const RowBlender rows = blender();
+        forRows(
+            *surface, state.clip, mask.bounds(), MaskShape{mask},
+            [&](std::uint8_t* dst, const std::uint8_t* coverage, std::size_t n) { rows.ink(dst, ink, coverage, n); });
     });
 }
 
@@ -147,7 +138,7 @@ void CGContext::strokePath(const UIBezierPath& path)
         return;
     constexpr double kTolerance = 0.01;
     Rasterizer rasterizer;
-    for (std::vector<CGPoint>& polygon : strokeOutline(path, path.lineWidth, kTolerance / stretch)) {
+    for (std::vector<CGPoint>& polygon : strokeOutline(path, kTolerance / stretch)) {
         for (CGPoint& corner : polygon)
             corner = t.apply(corner);
         rasterizer.addPolygon(polygon);

@@ -6,6 +6,7 @@
 #include "platform/image/drawing/CGContext.h"
 #include "platform/image/drawing/CoverageMask_p.h"
 #include "platform/image/drawing/Rasterizer_p.h"
+#include "platform/image/drawing/RowBlender_p.h"
 #include "platform/image/drawing/SourcePixels.h"
 #include "platform/image/drawing/Surface_p.h"
 #include "platform/image/drawing/TargetColors_p.h"
@@ -35,6 +36,7 @@ struct GraphicsState {
     CGAffineTransform ctm;
     ClipState clip;
     double alpha = 1;
+    CGBlendMode blendMode = CGBlendMode::Normal;
     UIColor fillColor = UIColor::black();
     UIColor strokeColor = UIColor::black();
     bool antialias = true;
@@ -63,6 +65,9 @@ struct CGContext::Impl {
 
     bool isRGB() const { return bottom.kind() == SurfaceKind::RGBA; }
     bool keepsOpaque() const;
+    /// For rows of what is drawn into at the moment.
+    RowBlender blender(CGBlendMode mode) const;
+    RowBlender blender() const { return blender(state.blendMode); }
 
     /// What is drawn into at the moment, ready to be written; null when nothing can be.
     Surface* target();
@@ -93,7 +98,7 @@ struct CGContext::Impl {
 template <class Draw>
 void CGContext::Impl::withShadow(const IntRect& bounds, Draw draw)
 {
-    if (!state.shadow || !isRGB()) {
+    if (!state.shadow || !isRGB() || state.blendMode != CGBlendMode::Normal) {
         draw();
         return;
     }

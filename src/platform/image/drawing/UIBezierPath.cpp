@@ -4,6 +4,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <numbers>
+#include <tuple>
 #include <utility>
 
 // Curves are split by the bound of their second differences (G. Farin, "Curves and Surfaces for CAGD", the deviation of
@@ -16,6 +18,7 @@ namespace {
 
 /// Length of the controls of a cubic curve that comes within 0.03 % of a quarter circle of radius 1.
 constexpr double kQuarterCircle = 0.5522847498;
+constexpr double kFullTurn = 2 * std::numbers::pi;
 /// Pieces of one curve at most: enough for curves of some million pixels.
 constexpr int kMostPieces = 4096;
 
@@ -41,6 +44,18 @@ int piecesOf(CGPoint start, const UIBezierPath::Element& curve, double tolerance
         std::max(bend(start, curve.control1, curve.control2), bend(curve.control1, curve.control2, curve.end));
     const double pieces = std::ceil(std::sqrt(6 * most / (8 * tolerance)));
     return pieces >= 1 ? static_cast<int>(std::min<double>(pieces, kMostPieces)) : 1;
+}
+
+/// The signed angle from one direction to another, at most a full turn.
+double sweepBetween(double start, double end, bool clockwise)
+{
+    const double apart = clockwise ? end - start : start - end;
+    double sweep = apart;
+    if (apart >= kFullTurn)
+        sweep = kFullTurn;
+    else if (apart < 0)
+        sweep = apart - std::floor(apart / kFullTurn) * kFullTurn;
+    return clockwise ? sweep : -sweep;
 }
 
 } // namespace
@@ -84,6 +99,14 @@ UIBezierPath UIBezierPath::withOvalIn(const CGRect& rect)
     return path;
 }
 
+UIBezierPath UIBezierPath::withArcCenter(CGPoint center, double radius, double startAngle, double endAngle,
+                                         bool clockwise)
+{
+    UIBezierPath path;
+    path.addArc(center, radius, startAngle, endAngle, clockwise);
+    return path;
+}
+
 UIBezierPath UIBezierPath::polygon(const std::vector<CGPoint>& corners)
 {
     UIBezierPath path;
@@ -116,6 +139,28 @@ void UIBezierPath::addCurveToPoint(CGPoint end, CGPoint control1, CGPoint contro
     if (m_elements.empty())
         moveToPoint(control1);
     m_elements.push_back({Verb::Curve, control1, control2, end});
+}
+
+void UIBezierPath::addArc(CGPoint center, double radius, double startAngle, double endAngle, bool clockwise)
+{
+    if (!(radius > 0) || !std::isfinite(radius) || !std::isfinite(startAngle) || !std::isfinite(endAngle))
+        return;
+    const auto onCircle = [&](double angle) {
+        return CGPoint{center.x + radius * std::cos(angle), center.y + radius * std::sin(angle)};
+    };
+    const double sweep = sweepBetween(startAngle, endAngle, clockwise);
+    const int quarters = std::max(1, static_cast<int>(std::ceil(std::abs(sweep) / (kFullTurn / 4) - 1e-9)));
+    const double step = sweep / quarters;
+    const double reach = radius * 4 / 3 * std::tan(step / 4);
+    addLineToPoint(onCircle(startAngle));
+    for (int i = 0; i < quarters && sweep != 0; ++i) {
+        const double from = startAngle + i * step;
+        const double to = from + step;
+        const CGPoint start = onCircle(from);
+        const CGPoint end = onCircle(to);
+        addCurveToPoint(end, {start.x - reach * std::sin(from), start.y + reach * std::cos(from)},
+                        {end.x + reach * std::sin(to), end.y - reach * std::cos(to)});
+    }
 }
 
 void UIBezierPath::closePath()
@@ -188,7 +233,11 @@ bool operator==(const UIBezierPath& x, const UIBezierPath& y)
     const auto same = [](const UIBezierPath::Element& a, const UIBezierPath::Element& b) {
         return a.verb == b.verb && a.control1 == b.control1 && a.control2 == b.control2 && a.end == b.end;
     };
-    return x.usesEvenOddFillRule == y.usesEvenOddFillRule && x.lineWidth == y.lineWidth &&
+    const auto manner = [](const UIBezierPath& path) {
+        return std::tie(path.usesEvenOddFillRule, path.lineWidth, path.lineCap, path.lineJoin, path.miterLimit,
+                        path.lineDash, path.lineDashPhase);
+    };
+    return manner(x) == manner(y) &&
            std::equal(x.m_elements.begin(), x.m_elements.end(), y.m_elements.begin(), y.m_elements.end(), same);
 }
 

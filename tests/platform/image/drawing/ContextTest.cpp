@@ -8,6 +8,7 @@
 
 #include <cmath>
 #include <cstddef>
+#include <functional>
 #include <lcms2.h>
 #include <limits>
 #include <numbers>
@@ -111,6 +112,38 @@ TEST(Context, TranslucentFillsRoundOnceAndClearingLeavesTheRest)
     fill(opaque, UIColor::white(), whole(2, 1));
     opaque.clearRect({0, 0, 1, 1});
     EXPECT_EQ(pixelsOf(opaque.makeImage()), (std::vector<Rgba>{{0, 0, 0, 255}, {255, 255, 255, 255}}));
+}
+
+TEST(Context, CopyAndClearReplaceWhatIsThereByThePartThatIsCovered)
+{
+    const UIImage picture(drawn(4, 4, [](CGContext& c) { fill(c, {0, 0, 1, 0.25}, whole(4, 4)); }));
+    const auto color = [](CGContext& c) { fill(c, {0, 0, 1, 0.25}, {0.5, 0, 4, 4}); };
+    const auto image = [&](CGContext& c) { drawInRect(picture, c, {0.5, 0, 4, 4}); };
+    const auto group = [&](CGContext& c) {
+        c.clipToRect({0.5, 0, 4, 4});
+        c.beginTransparencyLayer();
+        fill(c, {0, 0, 1, 0.25}, {-5, 0, 20, 4}); // in a layer of its own the mode is the usual one
+        fill(c, {0, 0, 1, 0}, {-5, 0, 20, 4});
+        c.endTransparencyLayer();
+    };
+    for (const std::function<void(CGContext&)>& draw : {std::function<void(CGContext&)>(color), {image}, {group}}) {
+        for (const bool opaque : {false, true}) {
+            const auto result = [&](CGBlendMode mode) {
+                CGContext context = *CGContext::image({8, 4}, opaque, 1);
+                fill(context, kRedColor, whole(8, 4));
+                context.setShadow({0, 0}, 0, UIColor::black());
+                context.setBlendMode(mode);
+                draw(context);
+                return context.makeImage();
+            };
+            const CGImage copied = result(CGBlendMode::Copy);
+            const auto rgba = [&](Rgba clear) { return opaque ? Rgba{clear[0], clear[1], clear[2], 255} : clear; };
+            EXPECT_EQ(pixelAt(copied, 2, 1), rgba({0, 0, 64, 64}));
+            EXPECT_EQ(pixelAt(copied, 0, 1), rgba({127, 0, 32, 159})); // half of each
+            EXPECT_EQ(pixelAt(copied, 6, 1), (Rgba{255, 0, 0, 255}));
+            EXPECT_EQ(pixelAt(result(CGBlendMode::Clear), 2, 1), rgba({0, 0, 0, 0}));
+        }
+    }
 }
 
 TEST(Context, PicturesKeepTheirBytesWhenDrawingGoesOn)

@@ -146,6 +146,78 @@ TEST(Path, StrokesHaveMitredJoinsAndFlatEnds)
     EXPECT_EQ(mitre[20][50], 0);
 }
 
+TEST(Path, ArcsRunTheWayThatIsAskedFor)
+{
+    constexpr double kQuarter = std::numbers::pi / 2;
+    struct Case {
+        double start, end;
+        bool clockwise;
+        double quarters; ///< of the disc that the closed arc with the centre covers
+    };
+    const Case cases[] = {
+        {-kQuarter, -kQuarter + 0.9, true, 0.9 / kQuarter},
+        {0, kQuarter, false, 3},
+        {0, -kQuarter, true, 3},
+        {3 * kQuarter, 0, true, 1},
+        {0, 5 * kQuarter, true, 4},
+        {1, 1, true, 0},
+        {0, -9 * kQuarter, false, 4},
+    };
+    for (const Case& c : cases) {
+        UIBezierPath pie;
+        pie.moveToPoint({30, 30});
+        pie.addArc({30, 30}, 25, c.start, c.end, c.clockwise);
+        EXPECT_NEAR(totalOf(coverage(pie, 60, 60)), c.quarters * kQuarter / 2 * 25 * 25, 0.8)
+            << c.start << " " << c.end;
+    }
+    // Clockwise from the right is down, and the arc begins where nothing is yet.
+    const UIBezierPath down = UIBezierPath::withArcCenter({30, 30}, 25, 0, kQuarter, true);
+    EXPECT_EQ(down.elements().front().end, (CGPoint{55, 30}));
+    EXPECT_NEAR(down.elements().back().end.y, 55, 1e-9);
+}
+
+TEST(Path, StrokesEndTurnAndBreakAsThePathSays)
+{
+    using Cap = UIBezierPath::LineCap;
+    using Join = UIBezierPath::LineJoin;
+    const double disc = std::numbers::pi * 4 * 4;
+    const std::vector<CGPoint> line{{20, 20}, {50, 20}};
+    const std::vector<CGPoint> corner{{20, 20}, {50, 20}, {50, 50}};
+    const double legs = 2 * 30 * 8 - 16; // both cover the inner quarter of the corner
+    struct Case {
+        std::vector<CGPoint> places;
+        Cap cap;
+        Join join;
+        std::vector<double> dash;
+        double phase;
+        double area; ///< of a stroke of width 8
+    };
+    const Case cases[] = {
+        {line, Cap::Butt, Join::Miter, {}, 0, 240},
+        {line, Cap::Square, Join::Miter, {}, 0, 240 + 64},
+        {line, Cap::Round, Join::Miter, {}, 0, 240 + disc},
+        {{{20, 20}, {20, 20}}, Cap::Round, Join::Miter, {}, 0, disc},
+        {{{20, 20}, {20, 20}}, Cap::Butt, Join::Miter, {}, 0, 0},
+        {corner, Cap::Butt, Join::Miter, {}, 0, legs + 16},
+        {corner, Cap::Butt, Join::Bevel, {}, 0, legs + 8},
+        {corner, Cap::Butt, Join::Round, {}, 0, legs + disc / 4},
+        {line, Cap::Butt, Join::Miter, {4, 6}, 0, 3 * 4 * 8},
+        {line, Cap::Butt, Join::Miter, {4, 6}, 2, (2 + 4 + 4 + 2) * 8},
+        {line, Cap::Butt, Join::Miter, {5}, -5, 3 * 5 * 8},
+        {line, Cap::Round, Join::Miter, {0, 12}, 0, 3 * disc},
+        {corner, Cap::Butt, Join::Miter, {25, 10, 15, 99}, 0, (25 + 15) * 8}, // a dash begins after the corner
+        {line, Cap::Butt, Join::Miter, {4, -1}, 0, 240},
+    };
+    for (const Case& c : cases) {
+        UIBezierPath path = openLine(c.places, 8);
+        path.lineCap = c.cap;
+        path.lineJoin = c.join;
+        path.lineDash = c.dash;
+        path.lineDashPhase = c.phase;
+        EXPECT_NEAR(totalOf(coverage(path, 80, 80, true)), c.area, 0.5) << &c - cases;
+    }
+}
+
 TEST(Path, DegenerateOutlinesAreHarmless)
 {
     const double nan = std::nan("");

@@ -1,0 +1,11 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" sourcelanguage="en" language="en">
+<context>
+    <name>Lamina</name>
+    <message>
+        <source>fx</source>
+        <translation>Effects</translation>
+    </message>
+</context>
+</TS>

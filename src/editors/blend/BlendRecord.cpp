@@ -1,0 +1,112 @@
+// How a blend is written into a record, and read from it.
+
+#include "editors/blend/BlendComposition.h"
+#include "editors/common/RecordReading.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <utility>
+
+namespace lamina {
+
+namespace {
+
+/// One more whenever a record says something that this version could not know.
+constexpr KeptKind kBlendKind{"blend", 1};
+/// Of canvases, points: far beyond both that there are.
+constexpr double kLargestSide = 4096;
+
+constexpr std::pair<const char*, bool BlendComposition::*> kFlags[] = {
+    {"photo1Selected", &BlendComposition::photo1Selected}, {"photo2Selected", &BlendComposition::photo2Selected},
+    {"panBool", &BlendComposition::panBool},               {"toolBool", &BlendComposition::toolBool},
+    {"contrastBool", &BlendComposition::contrastBool},     {"brightBool", &BlendComposition::brightBool},
+    {"opacityBool", &BlendComposition::opacityBool},
+};
+
+RecordValue recordOf(const PhotoCrop& crop)
+{
+    return {{"photoSize", crop.photoSize},
+            {"squareSide", crop.squareSide},
+            {"zoomScale", crop.zoomScale},
+            {"contentOffset", crop.contentOffset}};
+}
+
+RecordValue recordOf(const BlendPhoto& photo, KeptPictures& pictures)
+{
+    return {{"actualImage", pictures.keep(photo.actualImage)},
+            {"crop", recordOf(photo.crop)},
+            {"image", pictures.keep(photo.image)},
+            {"transform", photo.transform},
+            {"alpha", photo.alpha}};
+}
+
+void readCrop(const RecordValue& record, PhotoCrop& crop)
+{
+    record.at("photoSize").get_to(crop.photoSize);
+    record.at("squareSide").get_to(crop.squareSide);
+    record.at("zoomScale").get_to(crop.zoomScale);
+    record.at("contentOffset").get_to(crop.contentOffset);
+}
+
+bool readPhoto(const RecordValue& record, KeptPictures& pictures, BlendPhoto& photo)
+{
+    readCrop(record.at("crop"), photo.crop);
+    record.at("transform").get_to(photo.transform);
+    record.at("alpha").get_to(photo.alpha);
+    return photo.transform.inverted() && photo.alpha >= 0 && photo.alpha <= 1 &&
+           pictures.find(record.at("actualImage"), photo.actualImage) && pictures.find(record.at("image"), photo.image);
+}
+
+bool isStack(const std::array<std::size_t, 2>& order)
+{
+    return order[0] + order[1] == 1 && order[0] <= 1;
+}
+
+bool readAll(const RecordValue& record, KeptPictures& pictures, BlendComposition& composition)
+{
+    record.at("side").get_to(composition.side);
+    record.at("order").get_to(composition.order);
+    record.at("current").get_to(composition.current);
+    if (const RecordValue& backdrop = record.at("backdrop"); !backdrop.is_null())
+        composition.backdrop = backdrop.get<UIColor>();
+    for (const auto& [name, flag] : kFlags)
+        record.at(name).get_to(composition.*flag);
+    const RecordValue& photos = record.at("photos");
+    return composition.side >= 1 && composition.side <= kLargestSide && isStack(composition.order) &&
+           composition.current <= 1 && readPhoto(photos.at(0), pictures, composition.photos[0]) &&
+           readPhoto(photos.at(1), pictures, composition.photos[1]) &&
+           pictures.find(record.at("applyFxOnImage1"), composition.applyFxOnImage1) &&
+           pictures.find(record.at("applyFxOnImage2"), composition.applyFxOnImage2);
+}
+
+} // namespace
+
+KeptKind keptKind(const BlendComposition&)
+{
+    return kBlendKind;
+}
+
+void writeRecord(const BlendComposition& composition, KeptPictures& pictures, RecordValue& record)
+{
+    record = {
+        {"side", composition.side},
+        {"photos", {recordOf(composition.photos[0], pictures), recordOf(composition.photos[1], pictures)}},
+        {"order", composition.order},
+        {"backdrop", composition.backdrop ? RecordValue(*composition.backdrop) : RecordValue()},
+        {"current", composition.current},
+        {"applyFxOnImage1", pictures.keep(composition.applyFxOnImage1)},
+        {"applyFxOnImage2", pictures.keep(composition.applyFxOnImage2)}};
+    for (const auto& [name, flag] : kFlags)
+        record[name] = composition.*flag;
+}
+
+bool readRecord(const RecordValue& record, KeptPictures& pictures, BlendComposition& composition)
+{
+    BlendComposition read;
+    if (!readRecordValue([&] { return readAll(record, pictures, read); }))
+        return false;
+    composition = std::move(read);
+    return true;
+}
+
+} // namespace lamina

@@ -1,0 +1,89 @@
+#include "platform/files/PrivateFolder.h"
+
+#include "platform/files/FileCauses.h"
+
+#include <cerrno>
+#include <cstdlib>
+#include <fcntl.h>
+#include <filesystem>
+#include <string_view>
+#include <sys/file.h>
+#include <sys/stat.h>
+
+namespace lamina {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+constexpr mode_t kOwnerOnly = 0700;
+
+/// A variable that names no absolute path counts as unset.
+std::string_view folderInEnvironment(const char* name)
+{
+    const char* const value = std::getenv(name);
+    return value != nullptr && *value == '/' ? value : std::string_view();
+}
+
+bool isSameFolder(int descriptor, const std::string& path)
+{
+    struct stat open {};
+    struct stat named {};
+    return ::fstat(descriptor, &open) == 0 && ::stat(path.c_str(), &named) == 0 && open.st_ino == named.st_ino &&
+           open.st_dev == named.st_dev;
+}
+
+} // namespace
+
+std::string stateFolder()
+{
+    if (const std::string_view state = folderInEnvironment("XDG_STATE_HOME"); !state.empty())
+        return std::string(state) + "/lamina";
+    const std::string_view home = folderInEnvironment("HOME");
+    return home.empty() ? std::string() : std::string(home) + "/.local/state/lamina";
+}
+
+Outcome makePrivateFolder(const std::string& path)
+{
+    const fs::path folder(path);
+    std::error_code ignored;
+    if (folder.has_relative_path() && !fs::exists(folder.parent_path(), ignored)) {
+        if (const Outcome above = makePrivateFolder(folder.parent_path()); !above)
+            return above;
+    }
+    if (::mkdir(path.c_str(), kOwnerOnly) == 0)
+        return success();
+    if (errno != EEXIST)
+        return Error{path, writingFailure(errno)};
+    if (!fs::is_directory(folder, ignored))
+        return Error{path, "is not a folder"};
+    struct stat status {};
+    if (::stat(path.c_str(), &status) == 0 && (status.st_mode & 07777) != kOwnerOnly &&
+        ::chmod(path.c_str(), kOwnerOnly) != 0)
+        return Error{path, writingFailure(errno)};
+    return success();
+}
+
+std::optional<FolderLock> FolderLock::take(const std::string& folder)
+{
+    std::optional<FolderLock> lock = tryLock(folder, LOCK_EX);
+    // Whoever had it before may just have removed it: that one would be nobody's folder.
+    if (lock && !isSameFolder(lock->m_folder.get(), folder))
+        lock.reset();
+    return lock;
+}
+
+bool FolderLock::isTaken(const std::string& folder)
+{
+    return !tryLock(folder, LOCK_SH);
+}
+
+std::optional<FolderLock> FolderLock::tryLock(const std::string& folder, int operation)
+{
+    FileDescriptor descriptor(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (descriptor.get() < 0 || (::flock(descriptor.get(), operation | LOCK_NB) != 0 && errno == EWOULDBLOCK))
+        return std::nullopt;
+    return FolderLock(std::move(descriptor));
+}
+
+} // namespace lamina

@@ -1,0 +1,278 @@
+// A blend is kept while it is done, and comes back as it was.
+#include "BlendEditorFixture.h"
+#include "CommandRunner.h"
+#include "LogCapture.h"
+#include "editors/common/KeptJournal.h"
+#include "editors/common/KeptWork.h"
+#include "editors/common/RecordReading.h"
+#include "platform/base/UIColor.h"
+#include "platform/view/UIApplication.h"
+
+#include <csignal>
+#include <filesystem>
+#include <gmock/gmock.h>
+#include <sys/resource.h>
+
+namespace lamina::test {
+namespace {
+
+namespace fs = std::filesystem;
+
+class BlendKeeping : public BlendEditor {
+protected:
+    void SetUp() override
+    {
+        setKeptWorksFolder(state.path("lamina/kept"));
+        BlendEditor::SetUp();
+        settle();
+    }
+    void TearDown() override
+    {
+        editor.reset();
+        BlendEditor::TearDown();
+        setKeptWorksFolder({});
+    }
+    /// Until all that has changed is written.
+    void settle()
+    {
+        clock->advance(WorkKeeper::kDelay);
+        DispatchQueue::main().runUntilIdle();
+    }
+    void leave()
+    {
+        fingers.reset();
+        editor->viewWillDisappear(false);
+        editor.reset();
+        settle();
+    }
+    std::string file(const std::string& name) const { return state.path("lamina/kept/blend/" + name); }
+    std::optional<KeptOffer> offer() const { return offeredWork({keptKind(BlendComposition())}); }
+    std::shared_ptr<KeptWork> openOffered() const
+    {
+        const auto work = KeptWork::open(*offer(), keptKind(BlendComposition()));
+        return work ? *work : nullptr;
+    }
+    /// The editor opens with the work that is offered; false when that can't be read.
+    bool resume()
+    {
+        editor = std::make_shared<BlendPhotoViewController>();
+        const auto work = openOffered();
+        if (!work || !editor->resumeWork(work))
+            return false;
+        fingers.emplace(editor->canvasView());
+        return true;
+    }
+    /// All that a record says, its pictures by their contents.
+    std::string recordNow() const
+    {
+        const TemporaryFolder folder;
+        KeptPictures pictures(folder.path());
+        pictures.beginRecord();
+        RecordValue record;
+        writeRecord(editor->composition(), pictures, record);
+        return record.dump();
+    }
+
+    const TemporaryFolder state;
+};
+
+TEST_F(BlendKeeping, AWorkComesBackWhole)
+{
+    BlendComposition work = editor->composition();
+    const auto noise = [](CGImageAlphaInfo alpha, unsigned seed) { return UIImage(noisePicture(64, 64, alpha, seed)); };
+    work.photos[0].actualImage = noise(CGImageAlphaInfo::PremultipliedLast, 1);
+    work.photos[0].image = noise(CGImageAlphaInfo::Last, 2);
+    work.photos[0].crop = {{4000, 3000}, kSide, 1.1, {1.0 / 3, 1e-7}};
+    work.photos[1].image = UIImage(noisePicture(40, 64, CGImageAlphaInfo::NoneSkipLast, 3), 2, UIImageOrientation::Right);
+    work.photos[1].transform = {0.1 + 0.2, -0.7, 1e-3, 1.0 / 7, 12.345678901234567, -1e-9};
+    work.photos[1].alpha = 0.1 + 0.2;
+    work.backdrop = UIColor{1.0 / 3, 0.5, 0, 1};
+    work.order = {1, 0};
+    work.photo1Selected = work.toolBool = work.contrastBool = true;
+    work.photo2Selected = work.panBool = false;
+    work.current = 0;
+    work.applyFxOnImage2 = work.photos[0].actualImage;
+    editor->setComposition(work);
+    const std::string record = recordNow();
+    const CGImage look = editor->renderedCanvas().cgImage();
+    leave();
+    UIScreen::setMain({{2.0 * kSide, 4.0 * kSide}, 2}); // another window: the canvas stays as it was
+
+    ASSERT_TRUE(resume());
+    EXPECT_EQ(recordNow(), record);
+    EXPECT_EQ(bytesOf(editor->renderedCanvas().cgImage()), bytesOf(look));
+    EXPECT_FALSE(editor->canUndo() || editor->isEdited());
+    EXPECT_TRUE(firstPickedImage.isIdenticalTo(editor->composition().photos[0].actualImage));
+    EXPECT_FALSE(offer()) << "what is open is not offered";
+
+    // Undo begins there, and what is done from now on is kept in the same place.
+    editor->panBtn();
+    dragBy(20);
+    settle();
+    const std::string moved = recordNow();
+    EXPECT_NE(moved, record);
+    editor->undo();
+    editor->undo();
+    EXPECT_EQ(recordNow(), record);
+    leave();
+    ASSERT_TRUE(resume());
+    EXPECT_EQ(recordNow(), record);
+    EXPECT_EQ(std::distance(fs::directory_iterator(state.path("lamina/kept")), {}), 1);
+}
+
+TEST_F(BlendKeeping, NobodyElseReadsItAndOldPicturesGo)
+{
+    for (unsigned seed = 1; seed < 6; ++seed) {
+        BlendComposition work = editor->composition();
+        work.photos[1].image = UIImage(noisePicture(kSide, kSide, CGImageAlphaInfo::Last, seed));
+        editor->setComposition(work);
+        writeFile(file("." + std::to_string(seed) + ".lamina-unfinished"), "left by a kill");
+        settle();
+    }
+    std::vector<std::string> names;
+    for (const auto& entry : fs::recursive_directory_iterator(state.path())) {
+        const bool folder = entry.is_directory();
+        EXPECT_EQ(entry.status().permissions(), folder ? fs::perms(0700) : fs::perms(0600)) << entry.path();
+        if (!folder)
+            names.push_back(entry.path().extension());
+    }
+    // The two photos as they came, and the second one as it was in the last two records; the print.
+    EXPECT_THAT(names, testing::UnorderedElementsAre("", ".png", ".png", ".png", ".png", ".png"));
+}
+
+TEST_F(BlendKeeping, WhatCannotBeReadIsNotOfferedAndNobodyIsStopped)
+{
+    dragBy(10);
+    settle();
+    const std::string older = recordNow();
+    dragBy(10);
+    leave();
+    const std::string journal = readFile(file("journal"));
+    const std::string moreThanItEverHolds(std::size_t{2} << 20, ' ');
+    const struct {
+        const char* what;
+        std::function<void()> damage;
+        bool offered;
+        std::string log;
+    } table[] = {
+        {"cut", [&] { writeFile(file("journal"), journal.substr(0, journal.size() - 9)); }, true, ""},
+        {"empty", [&] { writeFile(file("journal"), ""); }, false, "can't be read"},
+        {"foreign", [&] { writeFile(file("journal"), "\x89PNG"); }, false, ""}, // the same is told once
+        {"huge", [&] { writeFile(file("journal"), moreThanItEverHolds); }, false, "too large"},
+        {"newer", [&] { writeFile(file("journal"), "lamina-kept 2 {}"); }, false, "a later version"},
+        {"a folder", [&] { fs::create_directory(file("journal")); }, false, "is a folder"},
+        {"no record", [&] { writeFile(file("journal"), [] {
+             const auto bytes = journalOf(std::vector<std::string>{R"({"editor":"blend","version":1,"when":"now"})"});
+             return std::string(bytes.begin(), bytes.end());
+         }()); }, false, ""},
+    };
+    for (const auto& c : table) {
+        SCOPED_TRACE(c.what);
+        fs::remove_all(file("journal"));
+        c.damage();
+        const LogCapture log;
+        EXPECT_EQ(offer().has_value(), c.offered);
+        offer();
+        EXPECT_EQ(log.messages.size(), c.log.empty() ? 0u : 1u) << log.text();
+        EXPECT_THAT(log.text(), testing::HasSubstr(c.log));
+        if (c.offered) {
+            ASSERT_TRUE(resume());
+            EXPECT_EQ(recordNow(), older);
+            leave();
+        }
+    }
+
+    // A picture that is gone or damaged takes all records with it that name it.
+    writeFile(file("journal"), journal);
+    for (const auto& entry : fs::directory_iterator(file("")))
+        if (entry.path().extension() == ".png" && entry.path().filename() != "print.png")
+            writeFile(entry.path(), readFile(entry.path()) + "x");
+    EXPECT_FALSE(resume());
+
+    // A work of a later version is left for that one.
+    writeFile(file("journal"), "lamina-kept 2 {}");
+    firstPickedImage = flat(kRed);
+    editor = std::make_shared<BlendPhotoViewController>();
+    editor->view();
+    leave();
+    EXPECT_EQ(readFile(file("journal")), "lamina-kept 2 {}");
+    ASSERT_TRUE(offer());
+    EXPECT_THAT(offer()->folder, testing::EndsWith("/blend-2"));
+}
+
+TEST_F(BlendKeeping, AFullDiskIsToldOnceAndLeavesWhatWasKept)
+{
+    const std::string before = recordNow();
+    const std::string journal = readFile(file("journal"));
+    rlimit former{};
+    ::getrlimit(RLIMIT_FSIZE, &former);
+    const rlimit full{200, former.rlim_max};
+    const LogCapture log;
+    for (const bool first : {true, false}) {
+        dragBy(10);
+        ::setrlimit(RLIMIT_FSIZE, &full);
+        settle();
+        ::setrlimit(RLIMIT_FSIZE, &former);
+        EXPECT_EQ(editor->notice().isEmpty(), !first) << editor->notice().toStdString();
+        editor->dismissNotice();
+        EXPECT_EQ(readFile(file("journal")), journal);
+    }
+    EXPECT_EQ(log.messages.size(), 1u) << log.text();
+    const std::string last = recordNow();
+    EXPECT_NE(last, before);
+    leave(); // there is room again
+    ASSERT_TRUE(resume());
+    EXPECT_EQ(recordNow(), last);
+}
+
+TEST_F(BlendKeeping, WhatIsOpenElsewhereIsLeftAlone)
+{
+    // Whoever holds a folder counts as another process.
+    KeptOffer opened{state.path("lamina/kept/blend"), "blend", 0};
+    const std::string journal = readFile(file("journal"));
+    EXPECT_FALSE(offer());
+    EXPECT_FALSE(KeptWork::open(opened, keptKind(BlendComposition())));
+    EXPECT_FALSE(removeKeptWork(opened));
+    auto other = std::make_shared<BlendPhotoViewController>();
+    other->view();
+    settle();
+    other.reset();
+    settle();
+    EXPECT_EQ(readFile(file("journal")), journal);
+    ASSERT_TRUE(offer());
+    EXPECT_EQ(offer()->folder, opened.folder + "-2");
+
+    // One that is begun takes the place of the one that was offered.
+    other = std::make_shared<BlendPhotoViewController>();
+    other->view();
+    settle();
+    EXPECT_FALSE(offer());
+    EXPECT_FALSE(fs::exists(opened.folder + "-3"));
+}
+
+TEST_F(BlendKeeping, OnlyWhatIsNotExportedIsKept)
+{
+    ::setenv("HOME", state.path().c_str(), 1);
+    ::setenv("XDG_CONFIG_HOME", state.path("config").c_str(), 1);
+    EXPECT_TRUE(fs::exists(file("journal")));
+    editor->shareBtn();
+    settle();
+    EXPECT_FALSE(fs::exists(file("")));
+    dragBy(10);
+    // Leaving waits for no delay, and a drag under way counts as far as it went.
+    beginDrag(10);
+    const std::string record = recordNow();
+    NotificationCenter::defaultCenter().post(UIApplicationWillTerminateNotification);
+    DispatchQueue::main().runUntilIdle();
+    leave();
+    ASSERT_TRUE(offer());
+    EXPECT_TRUE(printOfKeptWork(*offer()));
+    ASSERT_TRUE(resume());
+    EXPECT_EQ(recordNow(), record);
+    leave();
+    EXPECT_TRUE(removeKeptWork(*offer()));
+    EXPECT_FALSE(fs::exists(file("")));
+}
+
+} // namespace
+} // namespace lamina::test
