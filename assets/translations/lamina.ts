@@ -80,6 +80,10 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>Can’t show the picture</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>Choose</source>
         <translation type="unfinished"></translation>
     </message>
@@ -108,11 +112,19 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>Drag the second photo, pinch or turn the wheel to zoom it. Arrow keys move it a little, plus and minus zoom.</source>
+        <source>Drag the second photo, pinch to zoom it. Arrow keys move it a little, plus and minus zoom.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Drag the second photo, turn the wheel to zoom it. Arrow keys move it a little, plus and minus zoom.</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
         <source>Drag to move, pinch to zoom</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Drag to move, turn the wheel to zoom</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -137,6 +149,14 @@
     </message>
     <message>
         <source>Keep</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Lamina blends two photos. %1 were left out.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Lamina blends two photos. One was left out.</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -272,6 +292,10 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>Show</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>Soon</source>
         <translation type="unfinished"></translation>
     </message>
@@ -329,6 +353,10 @@
     </message>
     <message>
         <source>Three photos</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Too many photos</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -429,6 +457,10 @@
     </message>
     <message>
         <source>it is open in another window</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>no program opens folders</source>
         <translation type="unfinished"></translation>
     </message>
     <message>

@@ -80,6 +80,10 @@
         <translation>Das Bild lässt sich nicht speichern</translation>
     </message>
     <message>
+        <source>Can’t show the picture</source>
+        <translation>Das Bild lässt sich nicht zeigen</translation>
+    </message>
+    <message>
         <source>Choose</source>
         <translation>Auswählen</translation>
     </message>
@@ -108,12 +112,20 @@
         <translation>Diese Arbeit verwerfen?</translation>
     </message>
     <message>
-        <source>Drag the second photo, pinch or turn the wheel to zoom it. Arrow keys move it a little, plus and minus zoom.</source>
-        <translation>Das zweite Foto ziehen; mit zwei Fingern oder dem Mausrad zoomen. Pfeiltasten verschieben es ein wenig, Plus und Minus zoomen.</translation>
+        <source>Drag the second photo, pinch to zoom it. Arrow keys move it a little, plus and minus zoom.</source>
+        <translation>Das zweite Foto ziehen; mit zwei Fingern zoomen. Pfeiltasten verschieben es ein wenig, Plus und Minus zoomen.</translation>
+    </message>
+    <message>
+        <source>Drag the second photo, turn the wheel to zoom it. Arrow keys move it a little, plus and minus zoom.</source>
+        <translation>Das zweite Foto ziehen; mit dem Mausrad zoomen. Pfeiltasten verschieben es ein wenig, Plus und Minus zoomen.</translation>
     </message>
     <message>
         <source>Drag to move, pinch to zoom</source>
         <translation>Ziehen verschiebt, zwei Finger zoomen</translation>
+    </message>
+    <message>
+        <source>Drag to move, turn the wheel to zoom</source>
+        <translation>Ziehen verschiebt, das Mausrad zoomt</translation>
     </message>
     <message>
         <source>Eight frames</source>
@@ -138,6 +150,14 @@
     <message>
         <source>Keep</source>
         <translation>Behalten</translation>
+    </message>
+    <message>
+        <source>Lamina blends two photos. %1 were left out.</source>
+        <translation>Lamina überblendet zwei Fotos. %1 wurden weggelassen.</translation>
+    </message>
+    <message>
+        <source>Lamina blends two photos. One was left out.</source>
+        <translation>Lamina überblendet zwei Fotos. Eines wurde weggelassen.</translation>
     </message>
     <message>
         <source>Lay one photo over another</source>
@@ -272,6 +292,10 @@
         <translation>Einstellungen</translation>
     </message>
     <message>
+        <source>Show</source>
+        <translation>Zeigen</translation>
+    </message>
+    <message>
         <source>Soon</source>
         <translation>Bald</translation>
     </message>
@@ -330,6 +354,10 @@
     <message>
         <source>Three photos</source>
         <translation>Drei Fotos</translation>
+    </message>
+    <message>
+        <source>Too many photos</source>
+        <translation>Zu viele Fotos</translation>
     </message>
     <message>
         <source>Tools</source>
@@ -430,6 +458,10 @@
     <message>
         <source>it is open in another window</source>
         <translation>sie ist in einem anderen Fenster geöffnet</translation>
+    </message>
+    <message>
+        <source>no program opens folders</source>
+        <translation>kein Programm öffnet Ordner</translation>
     </message>
     <message>
         <source>no space left on the device</source>

@@ -1,25 +1,19 @@
 import QtQuick
 import Lamina
 
-// Three ways on, one card each.
+// Three ways on, one card each; over them, where there is any, work that was left.
 AppScreen {
     id: home
 
-    readonly property real margin: wide ? Math.max(Tokens.space.xxl, Math.min(88, (width - 900) / 4 + Tokens.space.xxl)) : Tokens.space.l
-    readonly property real gap: wide ? 22 : lying ? Tokens.space.m : 14
-    readonly property real usable: Math.min(width - 2 * margin, upright ? 560 : 1240)
-    readonly property real edge: Math.round((width - usable) / 2)
-    // From the head to the cards.
-    readonly property real headGap: wide ? 53 : lying ? Tokens.space.m : 32
-
+    readonly property bool brief: measures.stacked && !tablet
     readonly property var cards: [
         { title: qsTranslate("Lamina", "Two photos"), art: "home_two", turn: 4, collage: true,
-          line: upright ? qsTranslate("Lamina", "Eight frames") : qsTranslate("Lamina", "One cut, eight frames") },
+          line: brief ? qsTranslate("Lamina", "Eight frames") : qsTranslate("Lamina", "One cut, eight frames") },
         { title: qsTranslate("Lamina", "Three photos"), art: "home_three", turn: -3, collage: true,
-          line: upright ? qsTranslate("Lamina", "Ten frames") : qsTranslate("Lamina", "A collage in ten frames") },
+          line: brief ? qsTranslate("Lamina", "Ten frames") : qsTranslate("Lamina", "A collage in ten frames") },
         { title: qsTranslate("Lamina", "Blend"), art: "home_blend", turn: 3, collage: false,
-          line: upright ? qsTranslate("Lamina", "One photo shines through the other")
-                        : qsTranslate("Lamina", "Lay one photo over another") }
+          line: measures.stacked ? qsTranslate("Lamina", "One photo shines through the other")
+                               : qsTranslate("Lamina", "Lay one photo over another") }
     ]
 
     function open(index) {
@@ -31,59 +25,48 @@ AppScreen {
             controller.BlendPhoto()
     }
 
+    HomeLayout {
+        id: measures
+        screen: home
+        headHeight: head.height
+        keptHeight: kept.height
+        titles: home.cards.map(card => card.title)
+        wordsHeight: grid.highestWords
+    }
+
     ScrollPage {
         id: scroller
         anchors.fill: parent
-        contentHeight: Math.max(height, page.implicitHeight)
+        contentHeight: Math.max(height, page.block + (home.upright ? measures.headTop + Tokens.space.l : 2 * Tokens.space.m))
 
         Item {
             id: page
 
-            readonly property real headGap: keptWork.active ? Math.min(home.headGap, Tokens.space.l) : home.headGap
-            readonly property real free: scroller.height - head.height - headGap - keptWork.room
-            readonly property real cardHeight: home.upright ? Math.max(140, Math.min(220, (free - 66 - 2 * home.gap) / 3))
-                                             : home.lying ? Math.max(200, Math.min(320, free - 28))
-                                             : Math.max(240, Math.min(442 * Math.max(1, Theme.textScale), free - 120))
-            readonly property real block: head.height + headGap + keptWork.room + grid.height
+            readonly property real block: measures.above + grid.height
+            readonly property real start: home.upright && !home.tablet ? measures.headTop
+                : Math.max(measures.headTop, Math.round((height - block) / 2) - (home.wide ? 20 : home.tablet ? 5 : 2))
 
             width: scroller.width
             height: scroller.contentHeight
-            implicitHeight: block + (home.upright ? 28 + Tokens.space.l : 28)
 
-            Row {
+            HomeHead {
                 id: head
-                // The sign's tile keeps a little room in its own square.
-                x: home.edge + (home.upright ? 3 : 0)
-                y: home.upright ? 28 : Math.max(Tokens.space.m, Math.round((page.height - page.block) / 2) - (home.wide ? 20 : 2))
-                spacing: home.wide ? Tokens.space.xl : home.lying ? Tokens.space.m : 14
-                Icon {
-                    name: "app-scalable"
-                    size: home.wide ? 72 : home.lying ? 38 : 48
-                    anchors.verticalCenter: parent.verticalCenter
-                }
-                Column {
-                    anchors.verticalCenter: parent.verticalCenter
-                    StyledText {
-                        text: "Lamina"
-                        role: home.lying ? Tokens.type.title : Tokens.type.display
-                        Accessible.role: Accessible.Heading
-                        Accessible.name: text
-                    }
-                    StyledText {
-                        visible: home.wide
-                        text: qsTranslate("Lamina", "Put photos together.")
-                        color: Tokens.palette.textSecondary
-                    }
-                }
+                x: measures.edge + (home.upright && !home.tablet ? 3 : 0)
+                y: page.start
+                width: measures.usable
+                iconSize: measures.signSize
+                spacing: home.wide || home.tablet ? Tokens.space.xl : home.upright ? 14 : Tokens.space.m
+                role: measures.low ? Tokens.type.title : Tokens.type.display
+                withLine: home.wide || home.tablet
             }
 
             Loader {
-                id: keptWork
-                readonly property real room: active ? height + home.gap : 0
+                id: kept
+                x: measures.edge
+                y: head.y + head.height + measures.headGap
+                width: measures.usable
+                height: item ? item.implicitHeight : 0
                 active: home.controller.workOffered
-                x: home.edge
-                y: head.y + head.height + page.headGap
-                width: home.usable
                 sourceComponent: KeptWorkCard {
                     controller: home.controller
                     low: home.lying
@@ -98,38 +81,33 @@ AppScreen {
 
             Grid {
                 id: grid
-                x: home.edge
-                y: keptWork.y + keptWork.room
-                columns: home.upright ? 1 : 3
-                spacing: home.gap
+                x: measures.edge
+                y: page.start + measures.above
+                columns: measures.stacked ? 1 : 3
+                spacing: measures.gap
 
-                function agree(choose, property) {
-                    const values = []
+                // Cards beside each other agree on the height of their words.
+                readonly property real highestWords: {
+                    let most = 0
                     for (let i = 0; i < repeater.count; ++i)
                         if (repeater.itemAt(i))
-                            values.push(repeater.itemAt(i)[property])
-                    return values.length > 0 ? choose(...values) : 0
+                            most = Math.max(most, repeater.itemAt(i).wordsHeight)
+                    return most
                 }
-                readonly property real printSide: agree(Math.min, "printRoom")
-                readonly property real highestWords: home.upright ? 0 : agree(Math.max, "wordsHeight")
 
                 Repeater {
                     id: repeater
-                    model: home.cards
+                    model: home.cards.length
                     delegate: HomeCard {
-                        required property var modelData
                         required property int index
-                        width: home.upright ? home.usable : (home.usable - 2 * home.gap) / 3
-                        height: implicitHeight
-                        printSide: grid.printSide
-                        highestWords: Math.max(wordsHeight, grid.highestWords)
-                        leastHeight: page.cardHeight
-                        title: modelData.title
-                        line: modelData.line
-                        art: modelData.art
-                        turn: modelData.turn
-                        tall: !home.upright
-                        soon: modelData.collage && !home.controller.collageAvailable
+                        readonly property var card: home.cards[index]
+                        layout: measures
+                        width: measures.cardWidth
+                        title: card.title
+                        line: card.line
+                        art: card.art
+                        turn: card.turn
+                        soon: card.collage && !home.controller.collageAvailable
                         focus: index === (home.controller.collageAvailable ? 0 : 2)
                         onClicked: home.open(index)
                     }

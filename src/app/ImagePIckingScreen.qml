@@ -18,7 +18,8 @@ AppScreen {
     TopBar {
         id: bar
         width: parent.width
-        wide: chooser.wide
+        large: chooser.wide || chooser.tablet
+        column: chooser.tablet ? chooser.tabletColumn : 0
         onBack: chooser.controller.backButton()
     }
 
@@ -44,11 +45,13 @@ AppScreen {
         Item {
             id: page
 
-            // A lying phone has the art at the left, all else at the right.
-            readonly property real column: chooser.lying ? Math.round(width / 2) : 0
-            readonly property real textInset: chooser.lying ? 0 : chooser.wide ? 32 : Tokens.space.xxl
-            readonly property real buttonInset: chooser.lying ? 0 : chooser.wide ? 32 : Tokens.space.l
-            readonly property real foot: chooser.wide ? 32 : chooser.lying ? Tokens.space.l : Tokens.space.xxl
+            // Lying, or small with room for words, it has the art at the left, all else at the right.
+            readonly property bool halved: chooser.lying || (chooser.small && !chooser.slim)
+            readonly property real column: halved ? Math.round(width / 2) : chooser.tablet ? (width - chooser.tabletColumn) / 2 : 0
+            readonly property real textInset: halved || chooser.tablet ? 0 : chooser.wide ? 32 : Tokens.space.xxl
+            readonly property real buttonInset: halved || chooser.tablet ? 0 : chooser.wide ? 32 : Tokens.space.l
+            readonly property real rightInset: halved ? Tokens.space.l : column
+            readonly property real foot: chooser.wide ? 32 : chooser.upright ? Tokens.space.xxl : Tokens.space.l
             readonly property real needed: words.y + words.height + Tokens.space.xxl + buttons.height + foot
 
             width: scroller.width
@@ -57,8 +60,8 @@ AppScreen {
             Column {
                 id: words
                 x: page.column + page.textInset
-                y: chooser.lying ? 0 : chooser.wide ? 36 : Tokens.space.xxl
-                width: page.width - x - (chooser.lying ? Tokens.space.l : page.textInset)
+                y: chooser.wide ? 36 : chooser.upright ? Tokens.space.xxl : chooser.slim ? Tokens.space.xs : 0
+                width: page.width - x - page.rightInset - page.textInset
                 spacing: Tokens.space.s
                 StepMarks {
                     step: chooser.controller.step
@@ -72,7 +75,8 @@ AppScreen {
                     Accessible.name: text
                 }
                 StyledText {
-                    width: parent.width
+                    // A line of some sixty signs is read with ease.
+                    width: Math.min(parent.width, 32 * font.pixelSize)
                     text: chooser.second
                         ? qsTranslate("Lamina", "This one lies on top. Move it, zoom it, let the first one shine through.")
                         : qsTranslate("Lamina", "This one stays in place. Pick something calm: a sky, a wall, the sea.")
@@ -81,9 +85,10 @@ AppScreen {
             }
 
             Icon {
-                readonly property real above: chooser.lying ? 0 : words.y + words.height
-                readonly property real below: chooser.lying ? scroller.height - page.foot : buttons.y
-                readonly property real room: chooser.lying ? page.column : page.width
+                id: art
+                readonly property real above: page.halved ? 0 : words.y + words.height
+                readonly property real below: page.halved ? scroller.height - page.foot : buttons.y
+                readonly property real room: page.halved ? page.column : page.width
 
                 name: chooser.controller.selectImage
                 // The backdrop is 360 by 300; where hardly any of it could be seen, it is left out.
@@ -92,13 +97,24 @@ AppScreen {
                 height: width / 1.2
                 x: (room - width) / 2
                 y: above + (below - above - height) / 2
+
+                // Its circle with the plus is what it looks like.
+                RoundButton {
+                    objectName: "circle"
+                    readonly property real unit: art.width / 360
+                    x: (chooser.second ? 224 : 136) * unit - width / 2
+                    y: 150 * unit - height / 2
+                    width: 2 * 104 * unit
+                    height: width
+                    onClicked: chooser.controller.cameraButton()
+                }
             }
 
             Column {
                 id: buttons
                 x: page.column + page.buttonInset
                 y: page.height - height - page.foot
-                width: page.width - x - (chooser.lying ? Tokens.space.l : page.buttonInset)
+                width: page.width - x - page.rightInset - page.buttonInset
                 spacing: Tokens.space.m
                 LaminaButton {
                     visible: chooser.controller.firstPhotoSetAside
@@ -120,6 +136,7 @@ AppScreen {
                     onClicked: chooser.controller.cameraButton()
                 }
                 LaminaButton {
+                    visible: chooser.controller.cameraAvailable
                     width: parent.width
                     kind: "quiet"
                     iconName: "camera"

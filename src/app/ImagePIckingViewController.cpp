@@ -11,6 +11,7 @@
 #include "platform/view/UIStoryboard.h"
 
 #include <cmath>
+#include <string>
 #include <utility>
 #include <vector>
 
@@ -25,10 +26,16 @@ QString backdropName()
     return firstPickedImage ? QStringLiteral("SCREEN2bg") : QStringLiteral("SCREENbg");
 }
 
+bool cameraIsThere()
+{
+    return UIImagePickerController::isSourceTypeAvailable(UIImagePickerControllerSourceType::Camera);
+}
+
 } // namespace
 
 ImagePIckingViewController::ImagePIckingViewController()
     : m_selectImage(backdropName())
+    , m_cameraAvailable(cameraIsThere())
 {
 }
 
@@ -42,6 +49,8 @@ int ImagePIckingViewController::step() const
 void ImagePIckingViewController::viewWillAppear(bool animated)
 {
     UIViewController::viewWillAppear(animated);
+    if (std::exchange(m_cameraAvailable, cameraIsThere()) != m_cameraAvailable)
+        emit cameraAvailableChanged();
     readSlots();
 }
 
@@ -81,7 +90,7 @@ void ImagePIckingViewController::backButton()
 
 void ImagePIckingViewController::galleryButton()
 {
-    if (UIImagePickerController::isSourceTypeAvailable(UIImagePickerControllerSourceType::Camera)) {
+    if (cameraIsThere()) {
         pickByHand(UIImagePickerControllerSourceType::Camera);
         return;
     }
@@ -152,10 +161,26 @@ void ImagePIckingViewController::receivePhotos(std::vector<PhotoSource> photos)
         return;
     m_waiting.clear();
     int wanted = firstPickedImage ? 2 : 1;
-    for (PhotoSource& photo : photos)
+    m_leftOut = 0;
+    for (PhotoSource& photo : photos) {
         if (wanted <= kPhotosOfABlend)
             m_waiting.push_back({std::move(photo), wanted++});
+        else
+            ++m_leftOut;
+    }
     openWaitingPhoto();
+}
+
+void ImagePIckingViewController::tellLeftOut(std::size_t count)
+{
+    const std::string message =
+        count == 1 ? localizedString("Lamina blends two photos. One was left out.")
+                   : localizedText("Lamina blends two photos. %1 were left out.", {std::to_string(count)});
+    const auto self = std::static_pointer_cast<ImagePIckingViewController>(shared_from_this());
+    const auto goOn = [self] { self->openWaitingPhoto(); };
+    present(UIAlertController::make(localizedString("Too many photos"), message,
+                                    {{localizedString("OK"), UIAlertActionStyle::Default, goOn}}),
+            true);
 }
 
 /// A photo for the second step waits until the first one is cropped.
@@ -163,6 +188,8 @@ void ImagePIckingViewController::openWaitingPhoto()
 {
     if (m_waiting.empty() || m_waiting.front().step != step() || !isAppearing() || !wantsPhotos())
         return;
+    if (const std::size_t count = std::exchange(m_leftOut, 0); count > 0)
+        return tellLeftOut(count);
     const auto picker = makePicker(UIImagePickerControllerSourceType::PhotoLibrary);
     picker->setPreselected(std::move(m_waiting.front().photo));
     m_waiting.pop_front();

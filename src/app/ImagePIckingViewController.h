@@ -4,6 +4,7 @@
 #include "platform/view/UIImagePickerController.h"
 #include "platform/view/UIViewController.h"
 
+#include <cstddef>
 #include <deque>
 #include <memory>
 
@@ -17,6 +18,7 @@ class ImagePIckingViewController : public UIViewController,
                                    public PhotoReceiver {
     Q_OBJECT
     Q_PROPERTY(QString selectImage READ selectImage NOTIFY selectImageChanged FINAL)
+    Q_PROPERTY(bool cameraAvailable READ cameraAvailable NOTIFY cameraAvailableChanged FINAL)
     Q_PROPERTY(int step READ step NOTIFY selectImageChanged FINAL)
     Q_PROPERTY(bool firstPhotoSetAside READ firstPhotoSetAside NOTIFY firstPhotoSetAsideChanged FINAL)
 
@@ -28,6 +30,9 @@ public:
     const QString& selectImage() const { return m_selectImage; }
     /// The photo that is wanted: 1 or 2.
     int step() const;
+
+    /// Whether there is a camera; looked up each time that the screen appears.
+    bool cameraAvailable() const { return m_cameraAvailable; }
 
     void viewWillAppear(bool animated) override;
     void viewDidAppear(bool animated) override;
@@ -51,12 +56,14 @@ public:
 
     /// Not while a picker or the crop screen is up or on its way.
     bool wantsPhotos() const override;
-    /// Reads the first one as if it had been picked; one more waits for the second step. Photos that waited before are
-    /// forgotten. Nothing happens while none are wanted.
+    /// Reads the first one as if it had been picked; one more waits for the second step. An alert tells of those that a
+    /// blend has no room for, and comes first. Photos that waited before are forgotten. Nothing happens while none are
+    /// wanted.
     void receivePhotos(std::vector<PhotoSource> photos) override;
 
 signals:
     void selectImageChanged();
+    void cameraAvailableChanged();
     void firstPhotoSetAsideChanged();
 
 private:
@@ -64,6 +71,7 @@ private:
     std::shared_ptr<UIImagePickerController> makePicker(UIImagePickerControllerSourceType source);
     void pickByHand(UIImagePickerControllerSourceType source);
     void openWaitingPhoto();
+    void tellLeftOut(std::size_t count);
 
     /// A photo that came from outside, for the first or the second step.
     struct WaitingPhoto {
@@ -74,6 +82,8 @@ private:
     QString m_selectImage;
     bool m_firstPhotoSetAside = false;
     std::deque<WaitingPhoto> m_waiting;
+    std::size_t m_leftOut = 0; ///< photos of which the user has to be told yet
+    bool m_cameraAvailable = false;
     bool m_leadsToCrop = false; ///< a photo was picked, and the picker is still on its way out
 };
 

@@ -1,18 +1,27 @@
 import QtQuick
 import Lamina
 
-// The zoom of a crop: steps down and up, a line between them, and the value.
+// The zoom of a crop: steps down and up, a line between them, and the value. Where there is no room for the line, the
+// value stands in its place; in a column, the three stand one over the other.
 Item {
     id: row
 
     // A PinchZoomViewController.
     required property var controller
+    property bool upright: false
     readonly property string words: qsTranslate("Lamina", "%1×").arg(controller.zoomScale.toLocaleString(Qt.locale(), "f", 1))
 
-    implicitHeight: Tokens.touch.minimum
+    readonly property real button: Tokens.touch.minimum
+    readonly property real numberWidth: Math.max(48, number.implicitWidth)
+    readonly property real lineWidth: width - 2 * button - numberWidth
+    readonly property bool hasLine: !upright && lineWidth >= 2 * button
+
+    implicitHeight: upright ? 2 * button + number.lineHeight + 2 * Tokens.space.s : button
 
     IconButton {
         id: minus
+        x: row.upright ? (row.width - width) / 2 : 0
+        y: row.upright ? row.height - height : 0
         iconName: "minus"
         name: qsTranslate("Lamina", "Zoom out")
         enabled: row.controller.zoomScale > row.controller.minimumZoomScale
@@ -20,8 +29,9 @@ Item {
     }
     ValueSlider {
         id: slider
-        anchors.left: minus.right
-        anchors.right: plus.left
+        visible: row.hasLine
+        x: row.button
+        width: row.lineWidth
         name: qsTranslate("Lamina", "Zoom")
         words: row.words
         // Equal ways on the line are equal ratios of the zoom.
@@ -34,7 +44,7 @@ Item {
     }
     IconButton {
         id: plus
-        anchors.right: number.left
+        x: row.upright ? (row.width - width) / 2 : row.width - width - (row.hasLine ? row.numberWidth : 0)
         iconName: "plus"
         name: qsTranslate("Lamina", "Zoom in")
         enabled: row.controller.zoomScale < row.controller.maximumZoomScale
@@ -42,13 +52,13 @@ Item {
     }
     StyledText {
         id: number
-        anchors.right: parent.right
-        anchors.verticalCenter: parent.verticalCenter
-        width: Math.max(48, implicitWidth)
+        x: row.upright ? 0 : row.hasLine ? row.width - width : row.button
+        y: (row.height - height) / 2
+        width: row.hasLine ? row.numberWidth : row.width - (row.upright ? 0 : 2 * row.button)
         text: row.words
         role: Tokens.type.caption
         strong: true
-        horizontalAlignment: Text.AlignRight
+        horizontalAlignment: row.hasLine ? Text.AlignRight : Text.AlignHCenter
         wrapMode: Text.NoWrap
         Accessible.ignored: true // the slider says it
     }

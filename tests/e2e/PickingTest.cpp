@@ -67,11 +67,29 @@ TEST_F(Picking, WithoutAPortalTheWindowListsTheFolderItself)
     EXPECT_TRUE(driver->waitFor<PinchZoomViewController>());
 }
 
-TEST_F(Picking, ThereIsNoCameraYet)
+TEST_F(Picking, TheCameraIsOfferedWhereThereIsOne)
 {
     openChooser();
-    ASSERT_TRUE(driver->tap(QStringLiteral("Camera")));
+    const auto chooser = driver->top<ImagePIckingViewController>();
+    EXPECT_EQ(driver->item(QStringLiteral("Camera")), nullptr);
+    UIImagePickerController::setCameraAvailability([] { return true; });
+    chooser->viewWillAppear(false);
+    EXPECT_NE(driver->item(QStringLiteral("Camera")), nullptr);
+    UIImagePickerController::setCameraAvailability({});
+    chooser->galleryButton();
+    driver->settle();
     EXPECT_EQ(alertText(), "Camera Unavailable|Unable to find a camera on your device.");
+}
+
+TEST_F(Picking, TheCircleOpensTheLibraryAndItsCornersDoNot)
+{
+    openChooser();
+    portal.setChoice({QUrl::fromLocalFile(QString::fromStdString(sample("dunes.jpg"))).toString()});
+    QQuickItem* const circle = driver->called(QStringLiteral("circle"));
+    ASSERT_NE(circle, nullptr);
+    EXPECT_FALSE(circle->contains({4, 4}));
+    driver->tapOnly(*circle);
+    EXPECT_TRUE(driver->waitFor<PinchZoomViewController>());
 }
 
 TEST_F(Picking, ADroppedFileIsCropped)
@@ -103,6 +121,8 @@ TEST_F(Picking, PhotosOfTheCommandLineBeginABlend)
     LaunchOptions options;
     options.files = {sample("dunes.jpg"), sample("meadow.jpg"), sample("aurora-lake.jpg")};
     open(options);
+    EXPECT_EQ(alertText(), "Too many photos|Lamina blends two photos. One was left out.");
+    ASSERT_TRUE(driver->tap(QStringLiteral("OK")));
     ASSERT_TRUE(driver->waitFor<PinchZoomViewController>());
     ASSERT_TRUE(driver->tap(QStringLiteral("Use photo")));
     ASSERT_TRUE(WindowDriver::waitUntil([&] {

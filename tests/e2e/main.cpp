@@ -7,13 +7,17 @@
 
 #include <gtest/gtest.h>
 
+#ifndef LAMINA_DISPLAY_SCALE
+#define LAMINA_DISPLAY_SCALE "3" // a phone's display: the canvas has the pixels that are saved
+#endif
+
 int main(int argc, char** argv)
 {
     lamina::test::enterPrivateBus(argv);
     testing::InitGoogleTest(&argc, argv);
     const lamina::test::OwnHome home;
     qputenv("QT_QPA_PLATFORM", "offscreen");
-    qputenv("QT_SCALE_FACTOR", "3"); // a phone's display: the canvas has the pixels that are saved
+    qputenv("QT_SCALE_FACTOR", LAMINA_DISPLAY_SCALE);
     qputenv("LAMINA_REDUCED_MOTION", "1");
     qputenv("LC_ALL", "C.UTF-8");
     QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);

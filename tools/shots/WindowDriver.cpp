@@ -100,6 +100,16 @@ QQuickItem* WindowDriver::item(const QString& name)
     return nullptr;
 }
 
+QQuickItem* WindowDriver::called(const QString& objectName)
+{
+    std::vector<QQuickItem*> items;
+    collect(*view().contentItem(), items);
+    for (auto item = items.rbegin(); item != items.rend(); ++item)
+        if ((*item)->objectName() == objectName)
+            return *item;
+    return nullptr;
+}
+
 QPointF WindowDriver::middleOf(const QQuickItem& item)
 {
     return item.mapToScene(QPointF(item.width() / 2, item.height() / 2));

@@ -50,6 +50,8 @@ public:
 
     /// The visible item with this accessible name; null when there is none.
     QQuickItem* item(const QString& name);
+    /// The visible item with this object name; null when there is none.
+    QQuickItem* called(const QString& objectName);
     /// Its middle, in the window.
     static QPointF middleOf(const QQuickItem& item);
     /// False when there is no such item, or it is disabled.

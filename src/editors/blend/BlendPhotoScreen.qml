@@ -11,6 +11,8 @@ EditorScreen {
 
     BlendPhotoButtons {
         id: selector
+        stacked: blend.small
+        slim: blend.slim
         width: blend.layout.underWidth
         x: blend.layout.underX
         y: blend.layout.underY
@@ -18,13 +20,13 @@ EditorScreen {
     }
 
     HintPill {
-        readonly property real space: blend.toolsTop - selector.y - selector.height
-        visible: !blend.wide && opacity > 0 && space >= implicitHeight
-        width: Math.min(implicitWidth, selector.width)
+        readonly property real space: blend.toolsTop - blend.layout.underFoot
+        visible: !blend.wide && opacity > 0 && space >= height + 2 * Tokens.space.s
+        room: selector.width
         x: selector.x + (selector.width - width) / 2
-        y: selector.y + selector.height + (space - height) / 2
-        shown: blend.controller.panBool && !blend.controller.edited
-        text: qsTranslate("Lamina", "Drag to move, pinch to zoom")
+        y: blend.layout.underFoot + (space - height) / 2
+        shown: blend.controller.panBool && !blend.controller.edited && blend.controller.notice === ""
+        text: blend.gestureHint
     }
 
     panelContent: [
@@ -38,7 +40,9 @@ EditorScreen {
         },
         StyledText {
             width: parent ? parent.width : 0
-            text: qsTranslate("Lamina", "Drag the second photo, pinch or turn the wheel to zoom it. Arrow keys move it a little, plus and minus zoom.")
+            text: Host.mouseAtHand
+                ? qsTranslate("Lamina", "Drag the second photo, turn the wheel to zoom it. Arrow keys move it a little, plus and minus zoom.")
+                : qsTranslate("Lamina", "Drag the second photo, pinch to zoom it. Arrow keys move it a little, plus and minus zoom.")
             role: Tokens.type.caption
             color: Tokens.palette.textSecondary
             Accessible.name: text

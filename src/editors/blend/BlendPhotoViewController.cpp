@@ -12,6 +12,7 @@
 #include "platform/view/UIAlertController.h"
 
 #include <cstddef>
+#include <tuple>
 
 namespace lamina {
 
@@ -46,7 +47,7 @@ void BlendPhotoViewController::watchProperties()
 {
     watch(
         [this] {
-            return std::array{photo1Selected(), photo2Selected(), panBool(), photo2OnTop()};
+            return std::tuple{photo1Selected(), photo2Selected(), movingPhoto(), photo2OnTop()};
         },
         [this] { emit selectionChanged(); });
     const auto areIdentical = [](const std::array<UIImage, 2>& some, const std::array<UIImage, 2>& others) {

@@ -31,6 +31,7 @@ class BlendPhotoViewController : public CompositionEditor<BlendComposition> {
     Q_PROPERTY(bool photo1Selected READ photo1Selected NOTIFY selectionChanged FINAL)
     Q_PROPERTY(bool photo2Selected READ photo2Selected NOTIFY selectionChanged FINAL)
     Q_PROPERTY(bool panBool READ panBool NOTIFY selectionChanged FINAL)
+    Q_PROPERTY(int movingPhoto READ movingPhoto NOTIFY selectionChanged FINAL)
     Q_PROPERTY(bool photo2OnTop READ photo2OnTop NOTIFY selectionChanged FINAL)
     Q_PROPERTY(QVariant photo1Picture READ photo1Picture NOTIFY picturesChanged FINAL)
     Q_PROPERTY(QVariant photo2Picture READ photo2Picture NOTIFY picturesChanged FINAL)
@@ -91,6 +92,8 @@ public:
     bool photo2Selected() const { return composition().photo2Selected; }
     /// Whether move mode is on.
     bool panBool() const { return composition().panBool; }
+    /// The photo that fingers move, 1 or 2, whatever the buttons say; 0 outside move mode.
+    int movingPhoto() const { return panBool() ? static_cast<int>(composition().current) + 1 : 0; }
     /// Whether the second photo lies over the first.
     bool photo2OnTop() const { return composition().order.back() == 1; }
     /// A `lamina::UIImage`: the photo as it looks now, untransformed.

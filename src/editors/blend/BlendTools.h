@@ -19,7 +19,7 @@ inline constexpr std::string_view kStickers = "stickers";
 /// The blend editor's bar, in its order. The label of the pan tool says what it does: move. "fx" is a key,
 /// whose English stands with the translations.
 inline constexpr std::array<EditorTool, 5> kBlendTools = {{
-    {blendtool::kReset, QT_TRANSLATE_NOOP("Lamina", "Reset"), "Reset", "Reset1", 51},
+    {blendtool::kReset, QT_TRANSLATE_NOOP("Lamina", "Reset"), "Reset", "Reset1", 51, true, false},
     {blendtool::kPan, QT_TRANSLATE_NOOP("Lamina", "Move"), "Pan", "Pan1", 0, false},
     {blendtool::kTools, QT_TRANSLATE_NOOP("Lamina", "Tools"), "Tools", "Tools1", 53},
     {blendtool::kEffects, QT_TRANSLATE_NOOP("Lamina", "fx"), "Fx", "Fx1", 54},

@@ -8,10 +8,13 @@
 #include "platform/photos/PhotoFolder.h"
 #include "platform/photos/PictureQueue.h"
 #include "platform/view/FailureAlert.h"
+#include "platform/view/UIApplication.h"
 #include "platform/view/ImageRendering.h"
 #include "platform/view/UIAlertController.h"
 
 #include <QDir>
+#include <QFileInfo>
+#include <QUrl>
 
 #include <utility>
 
@@ -78,7 +81,7 @@ void EditorViewController::saved(const Result<std::string>& path, int revision)
 {
     if (path) {
         m_keeper.release(revision);
-        setNotice(QString::fromStdString(localizedString("Saved to %1")).arg(shownPath(*path)));
+        setNotice(QString::fromStdString(localizedString("Saved to %1")).arg(shownPath(*path)), *path);
     }
     setSaving(false);
     if (!path)
@@ -89,6 +92,21 @@ void EditorViewController::showSaveFailure(const Error& error)
 {
     presentFailure(*this, localizedString("Can’t save the picture"),
                    {shownPath(error.subject).toStdString(), error.cause});
+}
+
+QString EditorViewController::noticeAction() const
+{
+    return m_savedPath.empty() ? QString() : QString::fromStdString(localizedString("Show"));
+}
+
+void EditorViewController::actOnNotice()
+{
+    const QString folder = QFileInfo(QString::fromStdString(m_savedPath)).path();
+    const Error failure{shownPath(folder.toStdString()).toStdString(),
+                        QT_TRANSLATE_NOOP("Lamina", "no program opens folders")};
+    if (!m_savedPath.empty() && !UIApplication::shared().openURL(QUrl::fromLocalFile(folder).toEncoded().toStdString()))
+        presentFailure(*this, localizedString("Can’t show the picture"), failure);
+    dismissNotice();
 }
 
 void EditorViewController::dismissNotice()
@@ -102,11 +120,12 @@ void EditorViewController::setSaving(bool saving)
     emit savingChanged();
 }
 
-void EditorViewController::setNotice(const QString& notice)
+void EditorViewController::setNotice(const QString& notice, const std::string& savedPath)
 {
     if (notice == m_notice)
         return;
     m_notice = notice;
+    m_savedPath = savedPath;
     emit noticeChanged();
 }
 

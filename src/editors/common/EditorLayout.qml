@@ -1,73 +1,78 @@
 import QtQuick
 import Lamina
 
-// The measures of an editor, in points of the window: where its paper, its bars and what stands under the paper lie in
-// an upright, a lying and a wide window.
-QtObject {
+// The measures of an editor, in points of the window: where its paper, its bars and what stands under or beside the
+// paper lie.
+WorkLayout {
     id: layout
 
-    // The AppScreen that is laid out.
-    required property var screen
-    // Heights of the bar over the paper and of what stands under it.
-    required property real barHeight
+    // Height of what stands under the paper.
     required property real underHeight
+    // Names of the tools.
+    required property var toolNames
 
     // Upright: the paper takes the window's width but for a margin, which the narrowest windows go without, and leaves
-    // the bars their height.
+    // the bars and a tray their height.
     readonly property real narrowest: 320
     readonly property real widestMargin: 12
-    readonly property real uprightBars: 248
-    readonly property real uprightGap: 14
-    // The part of the room above the tools, and what of it stands over the paper.
-    readonly property real uprightFoot: 196
+    readonly property real gap: 14
+    readonly property real trayRoom: 112
+    // What of the room above a tray stands over the paper.
     readonly property real uprightLift: 0.46
+    readonly property real tabletSpare: 34
+    // A tablet's column is that of the paper, unless that had to be drawn smaller than tools can be.
+    readonly property real leastColumn: 360
 
     // Wide: the paper stands in the room left of the side panel.
-    readonly property real wideBars: 180
+    readonly property real wideBars: 132
     readonly property real wideSides: 96
-    readonly property real widestPaper: 760
+    readonly property real widestPaper: Math.max(760, 0.7 * height)
     readonly property real wideGap: 20
     readonly property real wideFoot: 52
     readonly property real wideLead: 6
-    readonly property real wideUnder: 360
+    readonly property real wideUnder: 420
 
     // Lying: what stands beside the paper keeps off the window's edge.
     readonly property real lyingInset: 20
 
-    readonly property bool upright: screen.upright
-    readonly property bool lying: screen.lying
-    readonly property bool wide: screen.wide
-    readonly property real width: screen.width
-    readonly property real height: screen.height
+    // The bar of tools: an icon over a label, which grows with the system's text.
+    readonly property real cellHeight: Math.max(Tokens.touch.toolCell, 46 + Math.round(Tokens.type.label.line * Theme.textScale))
+    readonly property real toolsHeight: Tokens.bars.tools - Tokens.touch.toolCell + cellHeight
 
     readonly property real margin: Math.max(0, Math.min(widestMargin, (width - narrowest) / 2))
-    // Side of the paper.
-    readonly property real side: Math.floor(
-        upright ? Math.min(width - 2 * margin, height - uprightBars - uprightGap - underHeight)
-        : lying ? height - 2 * Tokens.space.m
-        : Math.min(height - wideBars, width - Tokens.bars.sidePanel - wideSides, widestPaper))
-    // Width of the part of the window that holds the paper, and of the column beside it in a lying window.
-    readonly property real room: wide ? width - Tokens.bars.sidePanel : width
-    readonly property real column: width - side - 2 * Tokens.space.m
-    // Paper, gap and what stands under it.
-    readonly property real block: side + uprightGap + underHeight
+    readonly property real uprightRoom: height - barHeight - trayRoom - toolsHeight
+    readonly property real block: side + gap + underHeight
 
-    readonly property real paperX: lying ? Tokens.space.m : Math.round((room - side) / 2)
-    readonly property real paperY: lying ? Tokens.space.m
-        : wide ? Math.round(barHeight + wideLead + Math.max(0, height - barHeight - wideFoot - block - wideLead) / 2)
-        : Math.round(barHeight + Math.max(0, height - uprightFoot - barHeight - block) * uprightLift)
-
-    readonly property real barX: lying ? width - column : 0
-    readonly property real barWidth: lying ? column : room
+    uprightSide: tablet ? Math.min(width - 2 * Tokens.layout.tabletMargin, uprightRoom - gap - underHeight - tabletSpare)
+                        : Math.min(width - 2 * margin, uprightRoom - gap - underHeight)
+    uprightY: Math.round(barHeight + Math.max(0, uprightRoom - block) * uprightLift)
+    wideSide: Math.min(height - wideBars - underHeight, width - Tokens.bars.sidePanel - wideSides, widestPaper)
+    wideY: Math.round(barHeight + wideLead + Math.max(0, height - barHeight - wideFoot - block - wideLead) / 2)
 
     // As wide as the paper, unless that had to be drawn smaller.
-    readonly property real underWidth: lying ? column - lyingInset : wide ? Math.min(wideUnder, side)
-        : width - 2 * Math.max(margin, Tokens.space.m)
-    readonly property real underX: lying ? width - underWidth - Tokens.space.m : Math.round((room - underWidth) / 2)
-    readonly property real underY: lying ? barHeight + Tokens.space.m : paperY + side + (wide ? wideGap : uprightGap)
+    readonly property real underWidth: small ? column : lying ? column - lyingInset : wide ? Math.min(wideUnder, side)
+        : tablet ? Math.max(side, Math.min(screen.tabletColumn, leastColumn))
+        : width - 2 * Math.max(margin, inset)
+    readonly property real underX: small ? columnX : lying ? width - underWidth - inset : Math.round((room - underWidth) / 2)
+    readonly property real underY: small ? y : lying ? barHeight + inset : y + side + (wide ? wideGap : gap)
+    readonly property real underFoot: underY + underHeight
 
-    readonly property real toolsWidth: lying ? column : width
-    // The width over which a notice stands, at the window's right, and what it leaves free of that.
-    readonly property real noticeSpan: wide ? Tokens.bars.sidePanel : toolsWidth
-    readonly property real noticeMargins: 2 * (wide ? Tokens.space.sheetMargin : Tokens.space.l)
+    // The bar that the tools are in: over all of a width, or a tray in a small window's column.
+    readonly property real toolsX: beside ? columnX : 0
+    readonly property real toolsWidth: beside ? column : width
+    // What its cells share, in its middle.
+    readonly property real cellsWidth: tablet ? underWidth : toolsWidth - Tokens.space.s
+    // A small window's column has them in one row where all names can be read.
+    readonly property int cellsInRow: slim ? 1 : !small || (column >= 264 && labels.widest <= labels.room) ? 0 : 2
+    readonly property LabelFit labels: LabelFit {
+        texts: layout.toolNames
+        room: (layout.column - Tokens.space.s) / Math.max(1, texts.length)
+        role: Tokens.type.label
+        weight: Tokens.type.label.weightActive
+    }
+
+    // Where a notice stands: in the middle of what, how wide, and over what.
+    readonly property real noticeMiddle: lying ? columnX + column / 2 : x + side / 2
+    readonly property real noticeWidth: lying ? column - 2 * inset : Math.min(Math.max(side, underWidth), width - 2 * inset)
+    readonly property real canvasFoot: y + side
 }

@@ -11,8 +11,8 @@ AppScreen {
     property string canvasDescription
     // Height of what stands under the paper.
     property real underHeight: 0
-    // Where the tools begin that stand at the foot.
-    readonly property real toolsTop: tools.y
+    // Where the tools begin that stand under what is under the paper.
+    readonly property real toolsTop: small ? tray.y + tray.start : tools.y
     readonly property alias layout: measures
     default property alias under: slot.data
     property alias panelContent: panel.content
@@ -22,6 +22,7 @@ AppScreen {
         screen: editor
         barHeight: bar.height
         underHeight: editor.underHeight
+        toolNames: editor.controller.tools.map(tool => tool.name)
     }
 
     Keys.forwardTo: [canvas]
@@ -52,7 +53,8 @@ AppScreen {
         id: bar
         x: measures.barX
         width: measures.barWidth
-        wide: editor.wide
+        large: editor.wide || editor.tablet
+        column: editor.tablet ? measures.underWidth : 0
         onBack: editor.controller.backBtn()
         IconButton {
             iconName: "undo"
@@ -67,12 +69,14 @@ AppScreen {
             onClicked: editor.controller.redo()
         }
         Item {
+            id: space
             visible: !editor.wide
             width: Tokens.space.s
             height: 1
         }
         LaminaButton {
             visible: !editor.wide
+            width: Math.min(implicitWidth, bar.room - 2 * Tokens.touch.iconButton - space.width)
             kind: "pill"
             text: qsTranslate("Lamina", "Save")
             enabled: !editor.controller.saving
@@ -83,8 +87,8 @@ AppScreen {
     Paper {
         width: measures.side
         height: measures.side
-        x: measures.paperX
-        y: measures.paperY
+        x: measures.x
+        y: measures.y
 
         WorkCanvas {
             id: canvas
@@ -103,10 +107,25 @@ AppScreen {
 
     ToolBar {
         id: tools
-        visible: !editor.wide
-        x: editor.width - width
+        visible: editor.upright || editor.lying
+        x: measures.toolsX
         y: editor.height - height
         width: measures.toolsWidth
+        height: measures.toolsHeight
+        cellsWidth: measures.cellsWidth
+        spread: editor.tablet
+        tools: editor.controller.tools
+        onChosen: identifier => editor.controller.chooseTool(identifier)
+    }
+    ToolTray {
+        id: tray
+        visible: editor.small
+        x: measures.toolsX
+        y: measures.underFoot + Tokens.space.m
+        width: measures.toolsWidth
+        height: measures.smallFoot - y
+        perRow: measures.cellsInRow
+        cellHeight: measures.cellHeight
         tools: editor.controller.tools
         onChosen: identifier => editor.controller.chooseTool(identifier)
     }
@@ -118,12 +137,17 @@ AppScreen {
     }
 
     Toast {
-        room: measures.noticeSpan - measures.noticeMargins
-        width: implicitWidth
-        height: implicitHeight
-        x: editor.width - measures.noticeSpan + (measures.noticeSpan - width) / 2
-        y: (editor.wide ? panel.foot : tools.y) - height - Tokens.space.m
+        id: toast
+        // Over the tools or the window's foot; in the paper where it would cover what stands under that.
+        readonly property real foot: (editor.wide || editor.small ? editor.height : tools.y) - Tokens.space.m
+        readonly property bool fits: !editor.small && foot - height >= measures.underFoot + Tokens.space.xs
+
+        room: fits ? measures.noticeWidth : measures.side - 2 * Tokens.space.m
+        x: Math.round((fits ? measures.noticeMiddle : measures.x + measures.side / 2) - width / 2)
+        y: (fits ? foot : measures.canvasFoot - Tokens.space.m) - height
+        action: editor.controller.noticeAction
         text: editor.controller.notice
+        onActed: editor.controller.actOnNotice()
         onDone: editor.controller.dismissNotice()
     }
 }

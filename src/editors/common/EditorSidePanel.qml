@@ -10,15 +10,12 @@ SidePanel {
     required property var controller
     default property alias content: page.data
 
-    // Where a notice may stand: over the foot.
-    readonly property real foot: save.y
-
     ToolRow {
         id: tools
         y: 14
         anchors.horizontalCenter: parent.horizontalCenter
         room: parent.width - 2 * Tokens.space.s
-        spacing: 5
+        columnSpacing: 5
         tools: panel.controller.tools
         onChosen: identifier => panel.controller.chooseTool(identifier)
     }
@@ -29,12 +26,18 @@ SidePanel {
         height: 1
         color: Tokens.palette.hairline
     }
-    Column {
-        id: page
+    ScrollPage {
         x: Tokens.space.sheetMargin
         y: rule.y + Tokens.space.xl
         width: parent.width - 2 * Tokens.space.sheetMargin
-        spacing: Tokens.space.s
+        height: save.y - y - Tokens.space.m
+        contentHeight: page.height
+        clip: interactive
+        Column {
+            id: page
+            width: parent.width
+            spacing: Tokens.space.s
+        }
     }
     LaminaButton {
         id: save

@@ -5,6 +5,7 @@
 #include <QString>
 #include <QVariantMap>
 
+#include <algorithm>
 #include <cstddef>
 
 namespace lamina {
@@ -43,6 +44,8 @@ void EditorToolBar::setActiveTool(std::string_view tool)
         const bool active = m_tools[i].identifier == tool;
         if (active)
             m_active = m_tools[i].identifier;
+        if (active && m_tools[i].isMode)
+            m_mode = m_active;
         m_cells[i].icon = active ? m_tools[i].activeIcon : m_tools[i].icon;
         m_cells[i].labelColor = active ? kEditorAccentColor : UIColor::white();
         grays = grays || (active && m_tools[i].graysCell);
@@ -68,6 +71,9 @@ void EditorToolBar::setEnabled(std::string_view tool, bool enabled)
 QVariantList EditorToolBar::list() const
 {
     QVariantList list;
+    const bool grays = std::any_of(m_cells.begin(), m_cells.end(), [](const EditorToolCell& cell) {
+        return cell.background == UIColor::gray();
+    });
     for (std::size_t i = 0; i < m_tools.size(); ++i) {
         const EditorTool& tool = m_tools[i];
         list << QVariantMap{
@@ -75,7 +81,8 @@ QVariantList EditorToolBar::list() const
             {"name", QString::fromStdString(localizedString(tool.name))},
             {"icon", qtString(m_cells[i].icon)},
             {"active", tool.identifier == m_active},
-            {"gray", m_cells[i].background == UIColor::gray()},
+            {"gray", grays && tool.identifier == m_mode},
+            {"current", tool.identifier == m_mode},
             {"enabled", m_cells[i].enabled},
             {"tag", tool.tag},
         };

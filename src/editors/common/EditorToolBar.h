@@ -22,6 +22,7 @@ struct EditorTool {
     std::string_view activeIcon; ///< its image while it is active
     int tag = 0;                 ///< of its cell in the bar; 0: none
     bool graysCell = true; ///< becoming active, its cell turns grey and the others clear; else all stay as they are
+    bool isMode = true;    ///< stays on until another one comes; else it is done at once, and the mode before goes on
 };
 
 /// What one cell of the bar shows.
@@ -42,6 +43,8 @@ public:
 
     /// Identifier of the tool that was made active last.
     std::string_view activeTool() const { return m_active; }
+    /// Identifier of the mode that is on: the active tool or, where that is none, the last active one that is.
+    std::string_view mode() const { return m_mode; }
     /// The cell of a tool; an identifier that is not in the table gives an empty cell.
     EditorToolCell cell(std::string_view tool) const;
 
@@ -58,19 +61,21 @@ public:
     ///   name         label, translated
     ///   icon         name of the image
     ///   active       its label has the accent colour
-    ///   gray         its cell is grey
+    ///   gray         its cell is drawn grey: while any is, that of the mode that is on
+    ///   current      it is the mode that is on
     ///   enabled      whether it can be chosen
     ///   tag          of the cell; 0: none
     QVariantList list() const;
 
     friend bool operator==(const EditorToolBar& one, const EditorToolBar& other)
     {
-        return one.m_active == other.m_active && one.m_cells == other.m_cells;
+        return one.m_active == other.m_active && one.m_mode == other.m_mode && one.m_cells == other.m_cells;
     }
 
 private:
     std::span<const EditorTool> m_tools;
     std::string_view m_active;
+    std::string_view m_mode;
     std::vector<EditorToolCell> m_cells; ///< one for each of m_tools
 };
 

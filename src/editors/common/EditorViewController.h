@@ -43,6 +43,7 @@ class EditorViewController : public UIViewController {
     Q_PROPERTY(bool edited READ isEdited NOTIFY editedChanged FINAL)
     Q_PROPERTY(bool saving READ isSaving NOTIFY savingChanged FINAL)
     Q_PROPERTY(QString notice READ notice NOTIFY noticeChanged FINAL)
+    Q_PROPERTY(QString noticeAction READ noticeAction NOTIFY noticeChanged FINAL)
 
 public:
     /// See EditorToolBar.
@@ -95,6 +96,10 @@ public:
     bool isSaving() const { return m_saving; }
     /// Where the last picture was saved, until it is dismissed or the next one is; empty: nothing to tell.
     QString notice() const { return m_notice; }
+    /// What can be done about the notice, in a word; empty: nothing.
+    QString noticeAction() const;
+    /// Does it: opens the folder of the picture that was saved. The notice goes.
+    Q_INVOKABLE void actOnNotice();
     /// Takes the notice away.
     Q_INVOKABLE void dismissNotice();
 
@@ -190,7 +195,7 @@ private:
     void tellNotKept(const Error& error);
     void showSaveFailure(const Error& error);
     void setSaving(bool saving);
-    void setNotice(const QString& notice);
+    void setNotice(const QString& notice, const std::string& savedPath = {});
 
     EditorToolBar m_toolBar;
     QVariantList m_tools; ///< of m_toolBar, made when it changes
@@ -199,6 +204,7 @@ private:
     bool m_edited = false;
     bool m_saving = false;
     QString m_notice;
+    std::string m_savedPath; ///< of the notice
     WorkKeeper m_keeper;
     NotificationObserver m_leaving;
 };

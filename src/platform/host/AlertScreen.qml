@@ -59,7 +59,7 @@ AppScreen {
                     choices.itemAt(Math.max(0, alert.cancelIndex)).forceActiveFocus(Qt.TabFocusReason)
             }
 
-            card: !alert.upright
+            card: alert.sheetsAreCards
             closable: alert.cancelIndex >= 0
             title: alert.controller.title
             contentHeight: rows.height

@@ -24,7 +24,6 @@
 
 #include <QGuiApplication>
 #include <QQmlEngine>
-#include <QScreen>
 #include <utility>
 
 namespace lamina {
@@ -32,11 +31,6 @@ namespace lamina {
 namespace {
 
 Application* g_current = nullptr;
-
-/// Where there is room for both, the window opens wide; otherwise shaped like a phone.
-constexpr QSize kWideWindow{1120, 760};
-constexpr QSize kUprightWindow{400, 780};
-constexpr QSize kSmallestWindow{320, 320};
 
 void keepWorks()
 {
@@ -69,7 +63,9 @@ Application* Application::current()
 
 Application::Application(const LaunchOptions& options)
     : m_metrics(m_view)
+    , m_placement(m_view, options.size)
     , m_focus(m_view)
+    , m_pointer(m_view)
     , m_picker(m_view, m_folder)
     , m_screens(std::make_shared<ScreenHost>())
     , m_bridge((g_current = this, *this))
@@ -87,8 +83,6 @@ Application::Application(const LaunchOptions& options)
     m_view.setColor(QColor(0x12, 0x13, 0x16)); // the table, before the first frame is drawn
     m_view.setTitle(QStringLiteral("Lamina"));
     m_view.setResizeMode(QQuickView::SizeRootObjectToView);
-    m_view.setMinimumSize(kSmallestWindow);
-    chooseSize(options.size);
     m_metrics.update(); // the first screen is laid out before the window is shown
     registerQmlTypes();
     m_view.engine()->addImportPath(QStringLiteral("qrc:/qt/qml"));
@@ -110,18 +104,6 @@ Application::~Application()
     constexpr double kLeavingSeconds = 10;
     DispatchQueue::main().runUntilIdle(kLeavingSeconds);
     g_current = nullptr;
-}
-
-void Application::chooseSize(QSize wanted)
-{
-    m_sizeGiven = !wanted.isEmpty();
-    if (!m_sizeGiven) {
-        const QScreen* const display = QGuiApplication::primaryScreen();
-        const QSize room = display ? display->availableSize() : kUprightWindow;
-        const bool wide = room.width() > kWideWindow.width() && room.height() > kWideWindow.height();
-        wanted = (wide ? kWideWindow : kUprightWindow).boundedTo(room);
-    }
-    m_view.resize(wanted);
 }
 
 void Application::openFirstScreen(const LaunchOptions& options)
@@ -146,12 +128,7 @@ void Application::openFirstScreen(const LaunchOptions& options)
 
 void Application::show()
 {
-    // On phones the shell gives the window its size.
-    const QScreen* const display = m_view.screen();
-    if (!m_sizeGiven && display && display->availableSize().width() < kUprightWindow.width() + kSmallestWindow.width())
-        m_view.showMaximized();
-    else
-        m_view.show();
+    m_placement.show();
 }
 
 bool Application::wantsPhotos(const QMimeData& offered) const

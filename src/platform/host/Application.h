@@ -5,9 +5,11 @@
 #include "platform/host/HostBridge.h"
 #include "platform/host/MainLoop.h"
 #include "platform/host/PickerPresenter.h"
+#include "platform/host/PointerKind.h"
 #include "platform/host/ScreenHost.h"
 #include "platform/host/ScreenMetrics.h"
 #include "platform/host/Translations.h"
+#include "platform/host/WindowPlacement.h"
 #include "platform/host/system/FolderModel.h"
 #include "platform/host/system/MemoryMonitor.h"
 #include "platform/host/system/SystemSettings.h"
@@ -30,7 +32,7 @@ struct LaunchOptions {
     std::string photosFolder;
     /// Photos to begin a blend with, the first one first.
     std::vector<std::string> files;
-    /// Of the window; empty: as the display allows.
+    /// Of the window, which then is not remembered; empty: the last one, or as the display allows.
     QSize size;
 };
 
@@ -53,6 +55,7 @@ public:
     FolderModel& folder() { return m_folder; }
     HostBridge& bridge() { return m_bridge; }
     FocusKeeper& focus() { return m_focus; }
+    PointerKind& pointer() { return m_pointer; }
 
     /// Shows the window; the first screen stands in it already.
     void show();
@@ -64,20 +67,20 @@ public:
 
 private:
     void openFirstScreen(const LaunchOptions& options);
-    void chooseSize(QSize wanted);
 
     MainLoop m_loop;
     Translations m_translations;
     QQuickView m_view;
     ScreenMetrics m_metrics;
+    WindowPlacement m_placement;
     FocusKeeper m_focus;
+    PointerKind m_pointer;
     SystemSettings m_settings;
     MemoryMonitor m_memory;
     FolderModel m_folder;
     PickerPresenter m_picker;
     std::shared_ptr<ScreenHost> m_screens;
     HostBridge m_bridge;
-    bool m_sizeGiven = false;
 };
 
 } // namespace lamina

@@ -20,6 +20,7 @@ HostBridge::HostBridge(Application& application)
     });
     QObject::connect(&application.picker(), &PickerPresenter::folderPickerChanged, this,
                      &HostBridge::folderPickerChanged);
+    QObject::connect(&application.pointer(), &PointerKind::changed, this, &HostBridge::mouseAtHandChanged);
 }
 
 HostBridge* HostBridge::create(QQmlEngine*, QJSEngine*)
@@ -54,6 +55,11 @@ void HostBridge::tellDurations()
 {
     m_application.screens().setDurations({m_slideDuration / 1000.0, m_fadeDuration / 1000.0});
     emit durationsChanged();
+}
+
+bool HostBridge::mouseAtHand() const
+{
+    return m_application.pointer().isMouse();
 }
 
 void HostBridge::setFocusFrame(QQuickItem* frame)

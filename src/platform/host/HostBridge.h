@@ -23,6 +23,8 @@ class HostBridge : public QObject {
     /// Milliseconds that each kind of transition is to take, told by the views.
     Q_PROPERTY(int slideDuration READ slideDuration WRITE setSlideDuration NOTIFY durationsChanged FINAL)
     Q_PROPERTY(int fadeDuration READ fadeDuration WRITE setFadeDuration NOTIFY durationsChanged FINAL)
+    /// Whether a mouse is at hand; false: fingers are.
+    Q_PROPERTY(bool mouseAtHand READ mouseAtHand NOTIFY mouseAtHandChanged FINAL)
     /// The view that has the keyboard: Tab goes round inside it.
     Q_PROPERTY(QQuickItem* focusFrame READ focusFrame WRITE setFocusFrame NOTIFY focusFrameChanged FINAL)
     /// The picker that has to choose in the window, since no chooser of the system answers; null: none.
@@ -46,6 +48,8 @@ public:
     /// The same for screens that fade in and out.
     int fadeDuration() const { return m_fadeDuration; }
     void setFadeDuration(int milliseconds);
+    /// See PointerKind.
+    bool mouseAtHand() const;
     /// The item inside which Tab goes round; null: Tab goes as Qt has it.
     QQuickItem* focusFrame() const { return m_focusFrame; }
     void setFocusFrame(QQuickItem* frame);
@@ -64,6 +68,7 @@ public:
 signals:
     void transitionDurationChanged();
     void durationsChanged();
+    void mouseAtHandChanged();
     void focusFrameChanged();
     void folderPickerChanged();
     void lastPointerChanged();

@@ -24,7 +24,7 @@ AppScreen {
         active: picker.choosesHere
         focus: active
         sourceComponent: FolderSheet {
-            card: !picker.upright
+            card: picker.sheetsAreCards
             onChosen: path => Host.choose(path)
             onClosed: picker.controller.cancel()
         }

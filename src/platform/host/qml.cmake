@@ -1,5 +1,8 @@
 # The screens and their parts, by their paths below src/. All of them stand flat in the module Lamina.
 set(LAMINA_QML_FILES
+    app/HomeCard.qml
+    app/HomeHead.qml
+    app/HomeLayout.qml
     app/HomeScreen.qml
     app/ImagePIckingScreen.qml
     app/KeptWorkCard.qml
@@ -25,13 +28,14 @@ set(LAMINA_QML_FILES
     platform/host/controls/FolderRow.qml
     platform/host/controls/FolderSheet.qml
     platform/host/controls/HintPill.qml
-    platform/host/controls/HomeCard.qml
     platform/host/controls/Icon.qml
     platform/host/controls/IconButton.qml
+    platform/host/controls/LabelFit.qml
     platform/host/controls/LaminaButton.qml
     platform/host/controls/MotionBehavior.qml
     platform/host/controls/Paper.qml
     platform/host/controls/PhotoButton.qml
+    platform/host/controls/RoundButton.qml
     platform/host/controls/Scrim.qml
     platform/host/controls/ScrollPage.qml
     platform/host/controls/SheetPanel.qml
@@ -44,9 +48,11 @@ set(LAMINA_QML_FILES
     platform/host/controls/ToolBar.qml
     platform/host/controls/ToolCell.qml
     platform/host/controls/ToolRow.qml
+    platform/host/controls/ToolTray.qml
     platform/host/controls/TopBar.qml
     platform/host/controls/ValueSlider.qml
     platform/host/controls/WorkCanvas.qml
+    platform/host/controls/WorkLayout.qml
 )
 # One object each, shared by all screens.
 set(LAMINA_QML_SINGLETONS

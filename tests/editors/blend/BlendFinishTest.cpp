@@ -4,6 +4,7 @@
 #include "platform/base/NotificationCenter.h"
 #include "platform/photos/PhotoFolder.h"
 #include "platform/view/UIAlertController.h"
+#include "platform/view/UIApplication.h"
 
 #include <cstdlib>
 #include <filesystem>
@@ -43,6 +44,22 @@ TEST_F(BlendFinish, OnePictureIsSavedAtATime)
         EXPECT_EQ(std::distance(fs::directory_iterator(photoLibraryFolder()), {}), saved);
         EXPECT_TRUE(editor->notice().startsWith("Saved to ~/")) << editor->notice().toStdString();
     }
+}
+
+TEST_F(BlendFinish, TheFolderOfASavedPictureCanBeShown)
+{
+    std::string opened;
+    for (const bool opens : {true, false}) {
+        UIApplication::shared().setURLOpener([&](const std::string& url) { opened = url; return opens; });
+        editor->shareBtn();
+        DispatchQueue::main().runUntilIdle();
+        EXPECT_EQ(editor->noticeAction(), "Show");
+        editor->actOnNotice();
+        EXPECT_EQ(opened, "file://" + photoLibraryFolder());
+        EXPECT_EQ(editor->notice() + editor->noticeAction(), "");
+        EXPECT_EQ(alertOver(*editor) == nullptr, opens);
+    }
+    UIApplication::shared().setURLOpener({});
 }
 
 TEST_F(BlendFinish, WhatStandsInTheWayIsTold)

@@ -34,6 +34,7 @@ TEST_F(BlendEditor, SelectionButtonsSwapOutsideMoveModeAlone)
         EXPECT_FALSE(state().contrastBool || state().brightBool || state().opacityBool);
         // An alert says why nothing is selected, and the second photo stays movable.
         EXPECT_EQ(editor->presentedViewController() != nullptr, c.then == 0);
+        EXPECT_EQ(editor->movingPhoto(), c.moves ? 2 : 0);
         const double before = transform().tx;
         dragBy(3);
         EXPECT_EQ(transform().tx - before, c.moves ? 3 : 0);

@@ -12,12 +12,12 @@ namespace lamina {
 namespace {
 
 constexpr EditorTool kTools[] = {
-    {"reset", "Reset", "Reset", "Reset1", 51},
+    {"reset", "Reset", "Reset", "Reset1", 51, true, false},
     {"pan", "Move", "Pan", "Pan1", 0, false},
     {"fx", "Effects", "Fx", "Fx1", 54},
 };
 
-/// The bar in a line: for each tool its tag, icon and name, then * accent colour, # grey, - off.
+/// The bar in a line: for each tool its tag, icon and name, then * accent colour, # grey, @ drawn grey, - off.
 std::string listed(const EditorToolBar& bar)
 {
     QString text;
@@ -26,8 +26,9 @@ std::string listed(const EditorToolBar& bar)
         text += QStringLiteral("%1 %2 %3").arg(map["tag"].toInt()).arg(map["icon"].toString(), map["name"].toString());
         const EditorToolCell cell = bar.cell(map["identifier"].toString().toStdString());
         EXPECT_EQ(cell.labelColor, map["active"].toBool() ? kEditorAccentColor : UIColor::white());
-        EXPECT_EQ(cell.background, map["gray"].toBool() ? UIColor::gray() : UIColor::clear());
-        text += (map["active"].toBool() ? "*" : "") + QString(map["gray"].toBool() ? "#" : "") +
+        EXPECT_EQ(map["current"].toBool(), map["identifier"] == QString::fromUtf8(bar.mode().data()));
+        text += (map["active"].toBool() ? "*" : "") + QString(cell.background == UIColor::gray() ? "#" : "") +
+                (map["gray"].toBool() ? "@" : "") +
                 (map["enabled"].toBool() ? ", " : "-, ");
     }
     return text.chopped(2).toStdString();
@@ -38,10 +39,10 @@ TEST(EditorToolBar, TheActiveToolSetsAllIconsLabelsAndMostlyBackgrounds)
     EditorToolBar bar(kTools, "fx");
     EXPECT_EQ(listed(bar), "51 Reset Reset-, 0 Pan Move-, 54 Fx1 Effects*-");
     const std::pair<const char*, const char*> table[] = {
-        {"reset", "51 Reset1 Reset*#-, 0 Pan Move, 54 Fx Effects-"},
-        {"pan", "51 Reset Reset#-, 0 Pan1 Move*, 54 Fx Effects-"},
-        {"fx", "51 Reset Reset-, 0 Pan Move, 54 Fx1 Effects*#-"},
-        {"unknown", "51 Reset Reset-, 0 Pan Move, 54 Fx Effects#-"},
+        {"reset", "51 Reset1 Reset*#-, 0 Pan Move, 54 Fx Effects@-"},
+        {"pan", "51 Reset Reset#-, 0 Pan1 Move*@, 54 Fx Effects-"},
+        {"fx", "51 Reset Reset-, 0 Pan Move, 54 Fx1 Effects*#@-"},
+        {"unknown", "51 Reset Reset-, 0 Pan Move, 54 Fx Effects#@-"},
     };
     bar.setEnabled("pan", true);
     for (const auto& [tool, shown] : table) {

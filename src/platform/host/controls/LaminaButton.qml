@@ -14,14 +14,33 @@ T.Button {
     readonly property bool filled: kind !== "quiet"
     readonly property real visibleHeight: kind === "pill" ? 36 : Math.max(Tokens.touch.button, row.implicitHeight + Tokens.space.l)
 
+    readonly property real iconRoom: iconName === "" ? 0 : Tokens.icon.grid + row.spacing
+    // Of the text on one line; asked of the letters, since a text that wraps changes its mind.
+    readonly property real textWidth: Math.ceil(whole.widest) + 1
+
     implicitHeight: Math.max(visibleHeight, Tokens.touch.minimum)
-    implicitWidth: Math.max(kind === "pill" ? 72 : 0, row.wanted + 2 * (kind === "pill" ? 18 : Tokens.space.l))
+    implicitWidth: Math.max(kind === "pill" ? 72 : 0, iconRoom + textWidth + 2 * (kind === "pill" ? 18 : Tokens.space.l))
     hoverEnabled: true
     focusPolicy: Qt.StrongFocus
     Accessible.name: text
     Keys.onReturnPressed: clicked()
     Keys.onEnterPressed: clicked()
 
+    LabelFit {
+        id: whole
+        texts: [button.text]
+        room: fit.room
+        role: fit.role
+        weight: fit.weight
+    }
+    // Words are not broken; the small button has them all on one line.
+    LabelFit {
+        id: fit
+        texts: button.kind === "pill" ? [button.text] : button.text.split(" ")
+        room: button.width - 2 * Tokens.space.m - button.iconRoom
+        role: Tokens.type.body
+        weight: Tokens.type.body.weightStrong
+    }
     function fill() {
         if (!filled)
             return down ? Tokens.palette.field : hovered ? Tokens.palette.cell : Tokens.palette.panelRaised
@@ -47,8 +66,6 @@ T.Button {
     contentItem: Item {
         Row {
             id: row
-            // With the words on one line, whatever room the button has.
-            readonly property real wanted: words.implicitWidth + (button.iconName === "" ? 0 : Tokens.icon.grid + spacing)
             anchors.centerIn: parent
             spacing: Tokens.space.m
             opacity: button.enabled || button.filled ? 1 : Tokens.opacity.disabled
@@ -62,8 +79,9 @@ T.Button {
                 text: button.text
                 strong: true
                 anchors.verticalCenter: parent.verticalCenter
-                width: Math.min(implicitWidth, button.width - 2 * Tokens.space.m - (button.iconName === "" ? 0 : Tokens.icon.grid + row.spacing))
-                maximumLineCount: 2
+                font.pixelSize: fit.size
+                width: Math.min(button.textWidth, fit.room)
+                maximumLineCount: button.kind === "pill" ? 1 : 2
                 Accessible.ignored: true
                 horizontalAlignment: Text.AlignHCenter
                 color: button.danger ? Tokens.palette.danger

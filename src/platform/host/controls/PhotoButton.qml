@@ -11,8 +11,13 @@ T.Button {
     property var picture
     property bool selected: false
     property bool dimmed: false
+    // The picture alone; a pointer that rests is told the name.
+    property bool slim: false
+    readonly property bool narrow: width < 160
 
-    implicitHeight: Math.max(Tokens.bars.selector, texts.implicitHeight + Tokens.space.m)
+    // The texts may shrink to their width, their lines don't.
+    implicitHeight: slim ? Tokens.bars.selector
+        : Math.max(Tokens.bars.selector, titleText.lineHeight + captionText.lineHeight + Tokens.space.m)
     hoverEnabled: true
     focusPolicy: Qt.StrongFocus
     Accessible.name: title
@@ -42,6 +47,14 @@ T.Button {
             radius: Tokens.radius.thumb
             color: Tokens.palette.field
             opacity: button.dimmed ? Tokens.opacity.photoHeldFixed : 1
+            // A photo that one can see through stands on paper, whose corners don't show beside the photo's own.
+            Rectangle {
+                anchors.fill: parent
+                anchors.margins: 1
+                visible: !shown.empty
+                radius: Tokens.radius.thumb
+                color: Tokens.palette.paper
+            }
             Icon {
                 anchors.centerIn: parent
                 name: "Gallery"
@@ -56,13 +69,14 @@ T.Button {
             }
         }
         Column {
-            id: texts
+            visible: !button.slim
             anchors.left: thumb.right
-            anchors.leftMargin: 10
+            anchors.leftMargin: button.narrow ? Tokens.space.s : 10
             anchors.right: parent.right
-            anchors.rightMargin: Tokens.space.s
+            anchors.rightMargin: button.narrow ? Tokens.space.xs : Tokens.space.s
             anchors.verticalCenter: parent.verticalCenter
             StyledText {
+                id: titleText
                 width: parent.width
                 text: button.title
                 role: Tokens.type.caption
@@ -75,6 +89,7 @@ T.Button {
                 opacity: button.selected ? 1 : 0.8
             }
             StyledText {
+                id: captionText
                 width: parent.width
                 text: button.caption
                 role: Tokens.type.label
@@ -86,5 +101,13 @@ T.Button {
                 color: Tokens.palette.textSecondary
             }
         }
+    }
+
+    // The tip lies over what stands below the button.
+    z: tip.visible ? 1 : 0
+    Tip {
+        id: tip
+        text: button.title
+        shown: button.slim && button.hovered && !button.down
     }
 }

@@ -1,18 +1,27 @@
 import QtQuick
+import QtQuick.Templates as T
 import Lamina
 
-// A short word on what has been done, on paper. It goes by itself, or at a tap.
+// A short word on what has been done, on paper, with at most one thing to do about it. It goes by itself, or at a tap;
+// not while a pointer rests on it or its action has the keyboard.
 Item {
     id: toast
 
     property string text
     property string shownText
-    signal done()
-
-    implicitWidth: Math.min(words.implicitWidth + 2 * Tokens.space.l, room)
-    implicitHeight: words.implicitHeight + 2 * Tokens.space.m
+    // What can be done; empty: nothing.
+    property string action
+    property string shownAction
     property real room: parent ? parent.width - 2 * Tokens.space.l : 0
+    signal done()
+    signal acted()
 
+    readonly property bool hasAction: shownAction !== ""
+    readonly property real actionRoom: hasAction ? act.implicitWidth : 0
+    readonly property bool held: hover.hovered || act.activeFocus
+
+    width: Math.min(words.x + words.implicitWidth + (hasAction ? actionRoom : Tokens.space.l), room)
+    height: hasAction ? Tokens.touch.minimum : words.height + 22
     opacity: text !== "" ? 1 : 0
     visible: opacity > 0
     Accessible.role: Accessible.AlertMessage
@@ -24,34 +33,78 @@ Item {
         if (text === "")
             return
         shownText = text
+        shownAction = action
         hold.restart()
     }
+    onActionChanged: if (text !== "") shownAction = action
+    onHeldChanged: if (!held) hold.restart()
 
     Timer {
         id: hold
-        interval: 4000
-        onTriggered: toast.done()
+        interval: toast.hasAction ? 8000 : 4000
+        onTriggered: if (!toast.held) toast.done()
     }
-    Paper {
-        anchors.fill: parent
-        radius: Tokens.radius.hud
-        role: "print"
-        color: Tokens.palette.paperSoft
-        StyledText {
-            id: words
-            anchors.centerIn: parent
-            width: Math.min(implicitWidth, toast.room - 2 * Tokens.space.l)
-            text: toast.shownText
-            role: Tokens.type.caption
-            strong: true
-            wrapMode: Text.WrapAtWordBoundaryOrAnywhere
-            maximumLineCount: 4
-            color: Tokens.palette.overPaperToast
-            Accessible.ignored: true
-        }
+    HoverHandler {
+        id: hover
     }
     MouseArea {
         anchors.fill: parent
         onClicked: toast.done()
+    }
+    Paper {
+        anchors.fill: parent
+        radius: Math.min(Tokens.radius.pill, height / 2)
+        role: "print"
+        color: Tokens.palette.paperSoft
+        Icon {
+            x: Tokens.space.m
+            anchors.verticalCenter: parent.verticalCenter
+            name: "check_dark"
+            size: 20
+        }
+        StyledText {
+            id: words
+            x: Tokens.space.m + 20 + Tokens.space.s
+            anchors.verticalCenter: parent.verticalCenter
+            width: toast.width - x - (toast.hasAction ? toast.actionRoom : Tokens.space.l)
+            text: toast.shownText
+            role: Tokens.type.caption
+            strong: true
+            // What is long is a file's name, whose beginning and end tell most.
+            wrapMode: Text.NoWrap
+            elide: Text.ElideMiddle
+            color: Tokens.palette.overPaperToast
+            Accessible.ignored: true
+        }
+        T.Button {
+            id: act
+            visible: toast.hasAction
+            anchors.right: parent.right
+            anchors.verticalCenter: parent.verticalCenter
+            implicitWidth: Math.max(Tokens.touch.minimum, label.implicitWidth + 2 * Tokens.space.l)
+            implicitHeight: Tokens.touch.minimum
+            focusPolicy: Qt.StrongFocus
+            Accessible.name: toast.shownAction
+            Keys.onReturnPressed: clicked()
+            Keys.onEnterPressed: clicked()
+            onClicked: toast.acted()
+            background: FocusRing {
+                radius: Tokens.radius.pill
+                shown: act.visualFocus
+            }
+            contentItem: Item {
+                StyledText {
+                    id: label
+                    anchors.centerIn: parent
+                    text: toast.shownAction
+                    role: Tokens.type.caption
+                    strong: true
+                    font.underline: true
+                    wrapMode: Text.NoWrap
+                    color: Tokens.palette.overPaper
+                    Accessible.ignored: true
+                }
+            }
+        }
     }
 }

@@ -7,6 +7,9 @@ Rectangle {
 
     // As for a ToolRow.
     required property var tools
+    // What the cells share, in the bar's middle.
+    property real cellsWidth: width - Tokens.space.s
+    property bool spread: false
     signal chosen(string identifier)
 
     implicitHeight: Math.max(Tokens.bars.tools, row.implicitHeight + Tokens.space.xxl)
@@ -21,7 +24,8 @@ Rectangle {
         id: row
         y: 9
         anchors.horizontalCenter: parent.horizontalCenter
-        room: bar.width - Tokens.space.s
+        room: bar.cellsWidth
+        spread: bar.spread
         tools: bar.tools
         onChosen: identifier => bar.chosen(identifier)
     }

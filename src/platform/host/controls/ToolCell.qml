@@ -2,7 +2,7 @@ import QtQuick
 import QtQuick.Templates as T
 import Lamina
 
-// A tool in a bar: its icon over its name. Which one is active, and which cell is grey, the controller says.
+// A tool in a bar: its icon over its name. Which one is active, which cell is grey and what is on, the controller says.
 T.Button {
     id: cell
 
@@ -10,6 +10,7 @@ T.Button {
     required property string iconName
     property bool active: false
     property bool gray: false
+    property bool current: active
     // Pixels of the name's letters; a row gives all of its cells the same.
     property int labelSize: Theme.textSize(Tokens.type.label.size)
 
@@ -19,7 +20,7 @@ T.Button {
     focusPolicy: Qt.StrongFocus
     Accessible.name: label
     Accessible.checkable: true
-    Accessible.checked: active
+    Accessible.checked: current
     Keys.onReturnPressed: clicked()
     Keys.onEnterPressed: clicked()
 
@@ -40,9 +41,9 @@ T.Button {
         }
         StyledText {
             id: name
-            anchors.horizontalCenter: parent.horizontalCenter
             y: 37
-            width: Math.min(implicitWidth, cell.width)
+            width: cell.width
+            horizontalAlignment: Text.AlignHCenter
             text: cell.label
             role: Tokens.type.label
             font.pixelSize: cell.labelSize

@@ -1,30 +1,33 @@
 import QtQuick
 import Lamina
 
-// The tools of an editor side by side, from a list of {identifier, name, icon, active, gray, enabled}.
-Row {
+// The tools of an editor side by side, from a list of {identifier, name, icon, active, gray, current, enabled}.
+Grid {
     id: row
 
     required property var tools
     // Width that the cells may take together.
     required property real room
+    // Cells in one row; 0: all of them.
+    property int perRow: 0
+    // The cells share the room evenly. Off: they stand together.
+    property bool spread: false
     signal chosen(string identifier)
 
     readonly property int count: tools.length
-    readonly property real cellWidth: Math.min(68, Math.floor((room - (count - 1) * spacing) / Math.max(1, count)))
+    readonly property real share: room / columns
+    readonly property real cellWidth: Math.min(68, Math.floor(spread ? share : (room - (columns - 1) * 2) / columns))
+
+    columns: Math.max(1, perRow > 0 ? perRow : count)
+    columnSpacing: spread ? share - cellWidth : 2
+
     // Names are not wrapped and not cut: where one would not fit, all of them are smaller.
-    readonly property int labelSize: {
-        const widest = tools.reduce((most, tool) => Math.max(most, letters.advanceWidth(tool.name)), 1)
-        const fitting = Math.floor(letters.font.pixelSize * Math.min(1, (cellWidth - 2) / widest))
-        return Math.max(Tokens.type.minimum, fitting)
-    }
-
-    spacing: 2
-
-    FontMetrics {
-        id: letters
-        font.pixelSize: Theme.textSize(Tokens.type.label.size)
-        font.weight: Tokens.type.label.weightActive
+    LabelFit {
+        id: fit
+        texts: row.tools.map(tool => tool.name)
+        room: row.cellWidth
+        role: Tokens.type.label
+        weight: Tokens.type.label.weightActive
     }
     Repeater {
         // The count alone: a cell outlives a change of its tool, and keeps the keyboard.
@@ -34,10 +37,11 @@ Row {
             readonly property var tool: row.tools[index]
             width: row.cellWidth
             label: tool.name
-            labelSize: row.labelSize
+            labelSize: fit.size
             iconName: tool.icon
             active: tool.active
             gray: tool.gray
+            current: tool.current
             enabled: tool.enabled
             onClicked: row.chosen(tool.identifier)
         }

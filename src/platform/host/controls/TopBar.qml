@@ -7,18 +7,27 @@ Item {
 
     property string title
     property string backName: qsTranslate("Lamina", "Back")
-    property bool wide: false
+    // Of a large window: a little higher.
+    property bool large: false
+    // The column whose edges the bar's glyphs end on; 0: they end near the bar's own.
+    property real column: 0
     default property alias content: right.data
     signal back()
 
-    height: wide ? Tokens.bars.topWide : Tokens.bars.top
+    readonly property real margin: column > 0 ? (width - column) / 2 : 0
+    // From the edge of the button to that of its glyph.
+    readonly property real glyphInset: 17
+    // What there is for the content.
+    readonly property real room: width - backButton.x - backButton.width - right.anchors.rightMargin
+
+    height: large ? Tokens.bars.topWide : Tokens.bars.top
     // The names of its buttons come out under it, over the screen.
     z: 1
 
     IconButton {
         id: backButton
         anchors.left: parent.left
-        anchors.leftMargin: bar.wide ? 11 : Tokens.space.xs
+        anchors.leftMargin: bar.column > 0 ? bar.margin - bar.glyphInset : bar.large ? 11 : Tokens.space.xs
         anchors.verticalCenter: parent.verticalCenter
         iconName: "back"
         name: bar.backName
@@ -31,14 +40,14 @@ Item {
         anchors.verticalCenter: parent.verticalCenter
         text: bar.title
         strong: true
-        maximumLineCount: 1
+        wrapMode: Text.NoWrap
         Accessible.role: Accessible.Heading
         Accessible.name: text
     }
     Row {
         id: right
         anchors.right: parent.right
-        anchors.rightMargin: Tokens.space.m
+        anchors.rightMargin: bar.column > 0 ? bar.margin : Tokens.space.m
         anchors.verticalCenter: parent.verticalCenter
         spacing: 0
     }

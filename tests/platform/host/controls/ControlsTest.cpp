@@ -20,8 +20,10 @@
 #include <QQmlEngine>
 #include <QQuickView>
 #include <QSignalSpy>
+#include <QTemporaryDir>
 #include <QTest>
 
+#include <algorithm>
 #include <cmath>
 #include <gtest/gtest.h>
 #include <set>
@@ -64,6 +66,17 @@ protected:
         std::vector<QQuickItem*> found;
         collect(*root, property, found);
         return found;
+    }
+
+    std::shared_ptr<PinchZoomViewController> openCrop(const std::string& path)
+    {
+        const auto crop = UIStoryboard::named(kMainStoryboard)->instantiate<PinchZoomViewController>(scene::kCrop);
+        const Result<UIImage> photo = loadPicture(path);
+        EXPECT_TRUE(photo);
+        crop->pickedImage = photo ? *photo : UIImage();
+        driver->application().screens().window().topViewController()->present(crop, true);
+        driver->waitFor<PinchZoomViewController>();
+        return driver->top<PinchZoomViewController>();
     }
 
     std::unique_ptr<WindowDriver> driver;
@@ -184,26 +197,52 @@ TEST_F(Controls, ACanvasTellsOfItsElementsAndIsWorkedByKeys)
 
 TEST_F(Controls, TheMiddleOfTheZoomLineIsTheMiddleRatio)
 {
-    const QString hint = QStringLiteral("Drag to move, pinch to zoom");
-    const auto crop = UIStoryboard::named(kMainStoryboard)->instantiate<PinchZoomViewController>(scene::kCrop);
-    const Result<UIImage> photo = loadPicture(samples("sea-sunset.jpg"));
-    ASSERT_TRUE(photo);
-    crop->pickedImage = *photo;
-    driver->application().screens().window().topViewController()->present(crop, true);
-    ASSERT_TRUE(driver->waitFor<PinchZoomViewController>());
-    EXPECT_NE(driver->item(hint), nullptr);
+    const QString hints[] = {QStringLiteral("Drag to move, turn the wheel to zoom"),
+                             QStringLiteral("Drag to move, pinch to zoom")};
+    const auto crop = openCrop(samples("sea-sunset.jpg"));
+    ASSERT_NE(crop, nullptr);
     ASSERT_TRUE(driver->click(QStringLiteral("Zoom")));
+    EXPECT_NE(driver->item(hints[0]), nullptr) << "a mouse is at hand";
     EXPECT_NEAR(crop->zoomScale(), std::sqrt(6.0), 0.05);
     ASSERT_TRUE(driver->tap(QStringLiteral("Zoom in")));
+    EXPECT_NE(driver->item(hints[1]), nullptr) << "a finger is at hand";
     EXPECT_NEAR(driver->item(QStringLiteral("Zoom"))->property("value").toDouble(), std::log(1.1 * std::sqrt(6.0)),
                 0.02)
         << "the line has to follow, moved by hand or not";
     driver->dragCanvas({-20, -20});
-    EXPECT_EQ(driver->item(hint), nullptr) << "it has been done by now";
+    EXPECT_EQ(driver->item(hints[1]), nullptr) << "it has been done by now";
     driver->tapOnly(*driver->canvas());
     EXPECT_GT(crop->zoomScale(), 1);
     driver->tapOnly(*driver->canvas());
     EXPECT_EQ(crop->zoomScale(), 1) << "two quick taps go out again";
+}
+
+TEST_F(Controls, ThirdsOfACropLeaveASecondAfterTheLastTouchAndAreSeenOnWhite)
+{
+    QImage clear(8, 8, QImage::Format_ARGB32);
+    clear.fill(Qt::transparent);
+    const QTemporaryDir folder;
+    ASSERT_TRUE(clear.save(folder.filePath(QStringLiteral("clear.png"))));
+    ASSERT_NE(openCrop(folder.filePath(QStringLiteral("clear.png")).toStdString()), nullptr);
+    const auto thirds = [this] { return driver->called(QStringLiteral("thirds")) != nullptr; };
+    const auto darkest = [this] { // of a row through the square, which the upright lines cross
+        const QImage shown = driver->grab();
+        const int y = static_cast<int>(WindowDriver::middleOf(*driver->canvas()).y() * shown.devicePixelRatio());
+        int least = 255;
+        for (int x = 0; x < shown.width(); ++x)
+            least = std::min(least, qGray(shown.pixel(x, y)));
+        return least;
+    };
+    EXPECT_LT(darkest(), 145) << "3.4 : 1 on white";
+    const QPoint middle = WindowDriver::middleOf(*driver->canvas()).toPoint();
+    QTest::mousePress(&driver->view(), Qt::LeftButton, Qt::NoModifier, middle);
+    EXPECT_FALSE(WindowDriver::waitUntil([&] { return !thirds(); }, 1.4)) << "they stay under a finger";
+    QElapsedTimer waited;
+    waited.start();
+    QTest::mouseRelease(&driver->view(), Qt::LeftButton, Qt::NoModifier, middle);
+    EXPECT_TRUE(WindowDriver::waitUntil([&] { return !thirds(); }));
+    EXPECT_GE(waited.elapsed(), 950);
+    EXPECT_EQ(darkest(), 255) << "what can be seen through stands on white";
 }
 
 TEST_F(Controls, WorkThatIsQuickShowsNothingAndSlowWorkAWayOut)
@@ -249,9 +288,12 @@ TEST_F(Controls, PrintsThatLieAskewHaveSmoothEdgesAndTranslucentPicturesStandOnW
     EXPECT_EQ(shot.pixel(61 * ratio, 401 * ratio), qRgb(0, 0, 0)); // round corners
 }
 
-TEST_F(Controls, AToastGoesAtATap)
+TEST_F(Controls, AToastIsActedOnOrGoesAtATap)
 {
-    QQuickItem* const toast = show(R"(Toast { text: "Saved"; width: implicitWidth; height: implicitHeight; y: 300 })");
+    QQuickItem* const toast = show(R"(Toast { text: "Saved"; action: "Show"; y: 300 })");
+    QSignalSpy acted(toast, SIGNAL(acted()));
+    EXPECT_TRUE(driver->tap(QStringLiteral("Show")));
+    EXPECT_EQ(acted.size(), 1);
     QSignalSpy done(toast, SIGNAL(done()));
     EXPECT_TRUE(driver->tap(QStringLiteral("Saved")));
     EXPECT_EQ(done.size(), 1);

@@ -11,24 +11,18 @@ T.Button {
     required property string art
     // By how many degrees the print lies askew.
     property real turn: 0
-    property bool tall: false
     property bool soon: false
-    // As high as the layout would have it; larger text makes the card higher.
-    property real leastHeight: 140
+    // The HomeLayout, which all cards share.
+    required property var layout
 
-    readonly property bool large: tall && width > 280
-    readonly property real inset: large ? 32 : 20
-    readonly property real foot: large ? 36 : 20
-    // The print may be as large as this. Long titles and large text take room from it, down to a size at which it can
-    // still be read. Cards beside each other agree on the smallest print and the highest words.
-    readonly property real printRoom: tall
-        ? Math.max(72, Math.min(236, width * 0.67, leastHeight - words.height - foot - inset - Tokens.space.l))
-        : Math.max(88, Math.min(140, leastHeight - 2 * inset, width - 2 * inset - Tokens.space.m - titleText.implicitWidth))
+    readonly property bool tall: !layout.stacked
     readonly property real wordsHeight: words.height
-    property real printSide: printRoom
-    property real highestWords: wordsHeight
+    // As high as the layout would have it; larger text makes the card higher.
+    readonly property real needed: tall
+        ? layout.wordsHeight + layout.cardFoot + layout.printSide + layout.inset + Tokens.space.l
+        : wordsHeight + layout.cardFoot + (layout.listed ? layout.cardFoot : layout.inset)
 
-    implicitHeight: Math.ceil(Math.max(leastHeight, highestWords + foot + (tall ? printSide + inset + Tokens.space.l : inset)))
+    implicitHeight: Math.ceil(Math.max(layout.cardHeight, needed))
     enabled: !soon
     hoverEnabled: true
     focusPolicy: Qt.StrongFocus
@@ -38,7 +32,7 @@ T.Button {
     Keys.onEnterPressed: clicked()
 
     background: Rectangle {
-        radius: card.large ? Tokens.radius.homeCardWide : Tokens.radius.homeCard
+        radius: card.layout.large ? Tokens.radius.homeCardWide : Tokens.radius.homeCard
         color: card.down ? Tokens.palette.cell : card.hovered && card.enabled ? Tokens.palette.panelAlert : Tokens.palette.panel
         border.width: 1
         border.color: card.hovered && card.enabled ? Tokens.palette.hairline : Tokens.palette.cardEdge
@@ -51,11 +45,11 @@ T.Button {
     contentItem: Item {
         Print {
             id: sheet
-            width: card.printSide
-            height: card.printSide
+            width: card.layout.printSide
+            height: card.layout.printSide
             turn: card.turn
-            x: Math.round(card.tall ? (parent.width - width) / 2 : parent.width - width - card.inset)
-            y: Math.round(((card.tall ? parent.height - card.foot - card.highestWords : parent.height) - height) / 2)
+            x: Math.round(card.tall ? (parent.width - width) / 2 : parent.width - width - card.layout.printInset)
+            y: Math.round(((card.tall ? parent.height - card.layout.cardFoot - card.layout.wordsHeight : parent.height) - height) / 2)
             art: card.art
             radius: Tokens.radius.photoPrint
             color: Tokens.palette.paper
@@ -66,28 +60,28 @@ T.Button {
         }
         Column {
             id: words
-            x: card.inset
-            y: parent.height - height - card.foot
-            width: (card.tall ? parent.width - card.inset : sheet.x - Tokens.space.m) - card.inset
+            x: card.layout.inset
+            y: parent.height - height - card.layout.cardFoot
+            width: card.width - 2 * card.layout.inset - (card.tall ? 0 : card.layout.printSide + Tokens.space.m)
             spacing: Tokens.space.xs
             SoonMark {
                 visible: card.soon
             }
             StyledText {
-                id: titleText
                 width: parent.width
                 text: card.title
                 topPadding: card.soon ? Tokens.space.xs : 0
-                role: card.large ? Tokens.type.display : Tokens.type.title
-                maximumLineCount: 2
+                role: card.layout.titleRole
+                font.pixelSize: card.layout.titleSize
+                maximumLineCount: card.tall ? 1 : 2
                 color: card.soon ? Tokens.palette.textDisabled : Tokens.palette.text
                 Accessible.ignored: true
             }
             StyledText {
                 width: parent.width
                 text: card.line
-                role: card.large ? Tokens.type.body : Tokens.type.caption
-                maximumLineCount: Math.ceil(2 * Theme.textScale)
+                role: card.layout.large ? Tokens.type.body : Tokens.type.caption
+                maximumLineCount: card.layout.listed ? 1 : Math.ceil(2 * card.layout.scale)
                 color: card.soon ? Tokens.palette.textDisabled : Tokens.palette.textSecondary
                 Accessible.ignored: true
             }

@@ -1,0 +1,205 @@
+// Every screen at every size, while the window is resized: what can be pressed is whole, large enough and free, and
+// nothing complains.
+#include "WindowTest.h"
+
+#include "LogCapture.h"
+#include "app/ViewController.h"
+#include "platform/base/CGGeometry.h"
+
+#include <QAccessible>
+#include <QQmlComponent>
+#include <QQmlEngine>
+#include <QTranslator>
+
+#include <gmock/gmock.h>
+
+#include <algorithm>
+#include <iterator>
+#include <ostream>
+#include <vector>
+
+namespace lamina::test {
+namespace {
+
+constexpr QSize kSizes[] = {{320, 320}, {320, 568},  {360, 720}, {500, 400},  {568, 320},  {320, 470},  {720, 360},
+                            {768, 1024}, {600, 610}, {1024, 768}, {839, 600},  {1280, 800}, {400, 360},
+                            {1366, 768}, {1300, 400}, {1920, 1080}, {3840, 2160}};
+
+struct Speech {
+    const char* name;
+    bool german;
+    const char* textScale;
+
+    friend void PrintTo(const Speech& speech, std::ostream* out) { *out << speech.name; }
+};
+
+std::string sizeText(QSize size)
+{
+    return std::to_string(size.width()) + "x" + std::to_string(size.height());
+}
+
+QRectF placeOf(const QQuickItem& item)
+{
+    return item.mapRectToScene(QRectF(0, 0, item.width(), item.height()));
+}
+
+std::string nameOf(QQuickItem& item)
+{
+    QAccessibleInterface* const interface = QAccessible::queryAccessibleInterface(&item);
+    const std::string name = interface ? interface->text(QAccessible::Name).toStdString() : std::string();
+    return name.empty() ? item.metaObject()->className() : name;
+}
+
+/// Something that can be pressed, and as much of it as is not scrolled out of sight.
+struct Pressable {
+    QQuickItem* item;
+    bool scrolls = false;
+    QRectF seen;
+};
+
+void collectPressables(QQuickItem& root, std::optional<QRectF> viewport, std::vector<Pressable>& found)
+{
+    if (!root.isVisible())
+        return;
+    if (root.inherits("QQuickFlickable") && root.property("interactive").toBool())
+        viewport = placeOf(root);
+    if (root.inherits("QQuickAbstractButton") || root.inherits("QQuickSlider"))
+        found.push_back({&root, viewport.has_value(), viewport ? placeOf(root).intersected(*viewport) : placeOf(root)});
+    for (QQuickItem* const child : root.childItems())
+        collectPressables(*child, viewport, found);
+}
+
+QQuickItem* frontFrame(QQuickItem& root)
+{
+    if (root.property("front").toBool() && root.property("motion").isValid())
+        return &root;
+    for (QQuickItem* const child : root.childItems())
+        if (QQuickItem* const frame = frontFrame(*child))
+            return frame;
+    return nullptr;
+}
+
+void collectCutTexts(QQuickItem& root, std::vector<std::string>& texts)
+{
+    if (root.isVisible() && root.property("truncated").toBool())
+        texts.push_back(root.property("text").toString().toStdString());
+    for (QQuickItem* const child : root.childItems())
+        collectCutTexts(*child, texts);
+}
+
+class Layout : public WindowTest, public testing::WithParamInterface<Speech> {
+protected:
+    void SetUp() override
+    {
+        if (GetParam().german) {
+            ASSERT_TRUE(german.load(QStringLiteral("lamina_de"), qEnvironmentVariable("LAMINA_TRANSLATIONS")));
+            QCoreApplication::installTranslator(&german);
+        }
+        qputenv("LAMINA_TEXT_SCALE", GetParam().textScale);
+        former = qInstallMessageHandler([](QtMsgType type, const QMessageLogContext&, const QString& text) {
+            if (type != QtDebugMsg && type != QtInfoMsg)
+                ADD_FAILURE() << text.toStdString();
+        });
+        open();
+    }
+    void TearDown() override
+    {
+        driver.reset();
+        qInstallMessageHandler(former);
+        qunsetenv("LAMINA_TEXT_SCALE");
+        QCoreApplication::removeTranslator(&german);
+    }
+
+    /// Takes the window through all sizes.
+    void checkEverywhere(const char* screen)
+    {
+        for (const QSize size : kSizes) {
+            SCOPED_TRACE(screen + (" at " + sizeText(size)));
+            driver->view().resize(size);
+            driver->settle();
+            check();
+        }
+    }
+
+private:
+    void check()
+    {
+        QQuickItem* const frame = frontFrame(*driver->view().contentItem());
+        ASSERT_NE(frame, nullptr);
+        std::vector<Pressable> pressables;
+        collectPressables(*frame, std::nullopt, pressables);
+        ASSERT_FALSE(pressables.empty());
+        for (const Pressable& one : pressables)
+            checkAlone(one);
+        for (auto one = pressables.begin(); one != pressables.end(); ++one)
+            for (auto other = std::next(one); other != pressables.end(); ++other)
+                EXPECT_FALSE(cover(one->seen, other->seen)) << nameOf(*one->item) << " and " << nameOf(*other->item);
+        CanvasItem* const canvas = driver->canvas();
+        if (!canvas || !frame->isAncestorOf(canvas))
+            return;
+        EXPECT_EQ(canvas->width(), canvas->height());
+        EXPECT_GT(canvas->width(), 100);
+        for (const Pressable& one : pressables) // a notice has its place in the canvas where it has no other
+            EXPECT_TRUE(nameOf(*one.item) == "Show" || nameOf(*one.item) == "Zeigen" || !cover(one.seen, placeOf(*canvas)))
+                << nameOf(*one.item) << " lies on the canvas";
+    }
+    void checkAlone(const Pressable& one) const
+    {
+        SCOPED_TRACE(nameOf(*one.item));
+        const QRectF window(QPointF(), QSizeF(driver->view().size()));
+        const QRectF place = placeOf(*one.item);
+        EXPECT_GE(place.left(), -0.5);
+        EXPECT_LE(place.right(), window.right() + 0.5);
+        EXPECT_TRUE(one.scrolls || window.adjusted(0, -0.5, 0, 0.5).contains(place)) << place.top() << " to " << place.bottom();
+        EXPECT_GE(place.width(), 43.5);
+        EXPECT_GE(place.height(), 43.5);
+        // What stands under a title may end in an ellipsis, and a tool's name where it is as small as can be read.
+        std::vector<std::string> cut;
+        if (!one.item->property("caption").isValid() && !one.item->property("line").isValid() &&
+            one.item->property("labelSize") != 11)
+            collectCutTexts(*one.item, cut);
+        EXPECT_THAT(cut, testing::IsEmpty());
+    }
+    static bool cover(const QRectF& one, const QRectF& other)
+    {
+        const QRectF both = one.intersected(other);
+        return both.width() > 0.5 && both.height() > 0.5;
+    }
+
+    QTranslator german;
+    QtMessageHandler former = nullptr;
+};
+
+TEST_P(Layout, KeepsAllThatCanBePressedWholeAndFree)
+{
+    checkEverywhere("home");
+    driver->top<ViewController>()->BlendPhoto();
+    driver->waitFor<ImagePIckingViewController>();
+    checkEverywhere("chooser");
+    const auto chooser = driver->top<ImagePIckingViewController>();
+    chooser->galleryButton();
+    driver->waitFor<UIAlertController>();
+    checkEverywhere("alert");
+    driver->press(Qt::Key_Escape);
+    for (const char* const name : {"dunes.jpg", "meadow.jpg"}) {
+        chooser->receivePhotos({PhotoSource::fromFile(sample(name))});
+        ASSERT_TRUE(driver->waitFor<PinchZoomViewController>());
+        if (!firstPickedImage)
+            checkEverywhere("crop");
+        driver->top<PinchZoomViewController>()->doneButton();
+        driver->settle();
+    }
+    ASSERT_TRUE(driver->waitFor<BlendPhotoViewController>());
+    checkEverywhere("blend");
+    const auto blend = driver->top<BlendPhotoViewController>();
+    blend->shareBtn();
+    ASSERT_TRUE(WindowDriver::waitUntil([&] { return !blend->notice().isEmpty(); }));
+    checkEverywhere("saved");
+}
+
+INSTANTIATE_TEST_SUITE_P(Speeches, Layout,
+                         testing::Values(Speech{"English", false, "1"}, Speech{"LargeGerman", true, "2"}),
+                         [](const auto& speech) { return std::string(speech.param.name); });
+
+} // namespace
+} // namespace lamina::test
