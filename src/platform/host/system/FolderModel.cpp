@@ -9,6 +9,7 @@
 #include <QFileInfo>
 #include <QLocale>
 
+#include <algorithm>
 #include <string>
 #include <utility>
 
@@ -30,8 +31,9 @@ std::vector<Place> findPlaces(const std::string& samples)
     return places;
 }
 
-std::string startFolder(const std::string& samples)
+std::string startFolder()
 {
+    const std::string samples = samplesForBeginners();
     if (!samples.empty())
         return samples;
     const std::string pictures = picturesFolder();
@@ -85,14 +87,17 @@ FolderModel::~FolderModel()
 
 int FolderModel::rowCount(const QModelIndex& parent) const
 {
-    return parent.isValid() ? 0 : static_cast<int>(m_entries.size());
+    return parent.isValid() ? 0 : static_cast<int>(m_entries.size()) + (hasParent() ? 1 : 0);
 }
 
 QVariant FolderModel::data(const QModelIndex& index, int role) const
 {
     if (!checkIndex(index, CheckIndexOption::IndexIsValid | CheckIndexOption::ParentIsInvalid))
         return {};
-    const FolderEntry& entry = m_entries[static_cast<std::size_t>(index.row())];
+    const int entries = hasParent() ? 1 : 0;
+    if (index.row() < entries)
+        return parentData(role);
+    const FolderEntry& entry = m_entries[static_cast<std::size_t>(index.row() - entries)];
     switch (role) {
     case Qt::DisplayRole:
     case NameRole:
@@ -101,6 +106,24 @@ QVariant FolderModel::data(const QModelIndex& index, int role) const
         return QString::fromStdString(entry.path);
     case IsFolderRole:
         return entry.isFolder;
+    case IsParentRole:
+        return false;
+    default:
+        return {};
+    }
+}
+
+QVariant FolderModel::parentData(int role) const
+{
+    switch (role) {
+    case Qt::DisplayRole:
+    case NameRole:
+        return QString::fromStdString(localizedString("Up one folder"));
+    case PathRole:
+        return parentFolder();
+    case IsFolderRole:
+    case IsParentRole:
+        return true;
     default:
         return {};
     }
@@ -108,7 +131,7 @@ QVariant FolderModel::data(const QModelIndex& index, int role) const
 
 QHash<int, QByteArray> FolderModel::roleNames() const
 {
-    return {{NameRole, "name"}, {PathRole, "path"}, {IsFolderRole, "isFolder"}};
+    return {{NameRole, "name"}, {PathRole, "path"}, {IsFolderRole, "isFolder"}, {IsParentRole, "isParent"}};
 }
 
 void FolderModel::setFolder(const QString& folder)
@@ -120,8 +143,10 @@ void FolderModel::setFolder(const QString& folder)
         refresh();
         return;
     }
-    clear();
+    beginResetModel();
     m_folder = absolute;
+    clear();
+    endResetModel();
     list(false);
     emit folderChanged();
     emit titleChanged();
@@ -152,9 +177,37 @@ void FolderModel::setOrder(Order order)
     refresh();
 }
 
+int FolderModel::rowForTyping(const QString& text, int current)
+{
+    const bool goesOn = !m_typed.isEmpty() && !m_typedUntil.hasExpired();
+    // A space at the start presses the row.
+    if (text.isEmpty() || !text.front().isPrint() || (!goesOn && text.front().isSpace()))
+        return -1;
+    m_typed = goesOn ? m_typed + text : text;
+    m_typedUntil.setRemainingTime(m_typingMemory);
+    const bool oneLetter = m_typed.count(m_typed.front(), Qt::CaseInsensitive) == m_typed.size();
+    if (const int row = findRow(m_typed, m_typed.size() == 1 ? current + 1 : current); row >= 0 || !oneLetter)
+        return row;
+    return findRow(m_typed.first(1), current + 1);
+}
+
+/// The first row from `first` on, round the list, whose name begins so; the way up has no name of its own.
+int FolderModel::findRow(const QString& start, int first) const
+{
+    const int rows = rowCount();
+    for (int i = 0; i < rows; ++i) {
+        const QModelIndex row = index((std::max(0, first) + i) % rows);
+        if (!data(row, IsParentRole).toBool() && data(row, NameRole).toString().startsWith(start, Qt::CaseInsensitive))
+            return row.row();
+    }
+    return -1;
+}
+
 void FolderModel::openStart()
 {
+    beginResetModel();
     clear();
+    endResetModel();
     list(true);
 }
 
@@ -164,11 +217,10 @@ void FolderModel::refresh()
         list(false);
 }
 
+/// Within a reset of the model.
 void FolderModel::clear()
 {
-    beginResetModel();
     m_entries.clear();
-    endResetModel();
     m_error.clear();
     m_note.clear();
 }
@@ -190,10 +242,9 @@ void FolderModel::list(bool start)
             Listing listing{cancelled, folder, FolderContents(), {}};
             if (*cancelled)
                 return listing;
-            const std::string samples = samplesForBeginners();
             if (start)
-                listing.folder = startFolder(samples);
-            listing.places = findPlaces(samples);
+                listing.folder = startFolder();
+            listing.places = findPlaces(samplesFolder());
             listing.contents = listFolder(listing.folder, order, limit, *cancelled);
             return listing;
         },
@@ -206,6 +257,7 @@ void FolderModel::list(bool start)
 
 void FolderModel::show(Listing listing)
 {
+    beginResetModel();
     const QString folder = QString::fromStdString(listing.folder);
     const bool moved = std::exchange(m_folder, folder) != folder;
     const QVariantList places = asVariants(listing.places);
@@ -214,7 +266,6 @@ void FolderModel::show(Listing listing)
     m_note = found ? noteOn(*found) : QString();
     m_error = found ? QString() : QString::fromStdString(localizedString(found.error().cause));
     m_cancelled = nullptr;
-    beginResetModel();
     m_entries = found ? std::move(listing.contents->entries) : std::vector<FolderEntry>();
     endResetModel();
     if (placesMoved)

@@ -3,6 +3,7 @@
 #include "platform/host/system/FolderListing.h"
 
 #include <QAbstractListModel>
+#include <QDeadlineTimer>
 #include <QVariantList>
 
 #include <atomic>
@@ -12,8 +13,9 @@
 
 namespace lamina {
 
-/// A folder as the chooser in the window shows it: the folders in it, then its pictures. Listed in the background;
-/// until then it is empty and `loading`. It does not look by itself whether something has changed. Main thread.
+/// A folder as the chooser in the window shows it: the way up, the folders in it, then its pictures. Listed in the
+/// background; until then it has at most the way up, and is `loading`. It does not look by itself whether something has
+/// changed. Main thread.
 class FolderModel : public QAbstractListModel {
     Q_OBJECT
     /// Absolute and without ".." when read. What is set may be relative; setting the same folder again lists it anew.
@@ -28,16 +30,18 @@ class FolderModel : public QAbstractListModel {
     Q_PROPERTY(QString error READ error NOTIFY stateChanged FINAL)
     /// What to say about the list, such as that it is not all; mostly empty.
     Q_PROPERTY(QString note READ note NOTIFY stateChanged FINAL)
-    /// Maps {name, path}: the user's pictures, their home, and the samples while there are no pictures. Empty until a
-    /// folder has been listed.
+    /// Whether there is neither a folder nor a picture in it.
+    Q_PROPERTY(bool empty READ isEmpty NOTIFY stateChanged FINAL)
+    /// Maps {name, path}: the user's pictures, their home, and the samples where there are any. Empty until a folder
+    /// has been listed.
     Q_PROPERTY(QVariantList places READ places NOTIFY placesChanged FINAL)
 
 public:
     /// How pictures are sorted; folders always go by name.
     enum Order { NewestFirst, ByName };
     Q_ENUM(Order)
-    /// "name", "path" and "isFolder" in views.
-    enum Role { NameRole = Qt::UserRole + 1, PathRole, IsFolderRole };
+    /// "name", "path", "isFolder" and "isParent" in views. The parent, the first row where there is one, is a folder.
+    enum Role { NameRole = Qt::UserRole + 1, PathRole, IsFolderRole, IsParentRole };
 
     /// More entries than this are not shown: nobody scrolls that far.
     static constexpr std::size_t kDefaultLimit = 10'000;
@@ -63,8 +67,16 @@ public:
     bool isLoading() const { return m_cancelled != nullptr; }
     QString error() const { return m_error; }
     QString note() const { return m_note; }
+    bool isEmpty() const { return m_entries.empty(); }
     QVariantList places() const { return m_places; }
     void setLimit(std::size_t entries) { m_limit = entries; }
+
+    /// How long letters that are typed one after another make one name; default a second.
+    void setTypingMemory(int milliseconds) { m_typingMemory = milliseconds; }
+    /// Takes what was typed further, and gives the row whose name begins with all of it, in any case: the next one
+    /// after `current`, round the list, or `current` itself while more letters follow. One letter again and again goes
+    /// from one such name to the next. -1: there is none, or nothing to be seen was typed.
+    Q_INVOKABLE int rowForTyping(const QString& text, int current);
 
     /// Goes where choosing begins: the user's pictures; the samples while there are none; their home without either.
     Q_INVOKABLE void openStart();
@@ -80,6 +92,9 @@ signals:
 
 private:
     struct Listing;
+    bool hasParent() const { return !parentFolder().isEmpty(); }
+    QVariant parentData(int role) const;
+    int findRow(const QString& start, int first) const;
     void clear();
     void list(bool start);
     void show(Listing listing);
@@ -89,6 +104,9 @@ private:
     Order m_order = NewestFirst;
     std::size_t m_limit = kDefaultLimit;
     std::vector<FolderEntry> m_entries;
+    int m_typingMemory = 1000;
+    QString m_typed;
+    QDeadlineTimer m_typedUntil;
     QString m_error;
     QString m_note;
     QVariantList m_places;
