@@ -5,6 +5,13 @@ import Lamina
 AppScreen {
     id: home
 
+    name: "Lamina"
+    KeyCommand {
+        command: "open"
+        enabled: home.activeFocus
+        onActivated: home.controller.openPhoto()
+    }
+
     readonly property real margin: wide ? Math.max(Tokens.space.xxl, Math.min(88, (width - 900) / 4 + Tokens.space.xxl)) : Tokens.space.l
     readonly property real gap: wide ? 22 : lying ? Tokens.space.m : 14
     readonly property real usable: Math.min(width - 2 * margin, upright ? 560 : 1240)
@@ -74,6 +81,14 @@ AppScreen {
                         color: Tokens.palette.textSecondary
                     }
                 }
+            }
+
+            IconButton {
+                x: home.edge + home.usable - width
+                y: head.y + (head.height - height) / 2
+                iconName: "more"
+                name: qsTranslate("Lamina", "Menu")
+                onClicked: home.controller.showMenu()
             }
 
             Grid {

@@ -48,6 +48,11 @@ public:
     /// The entry of the blend: pushes the screen that asks where a photo comes from.
     Q_INVOKABLE void BlendPhoto();
 
+    /// Begins a blend and opens the photo library for its first photo.
+    Q_INVOKABLE void openPhoto();
+    /// Opens the application's menu.
+    Q_INVOKABLE void showMenu();
+
     /// Presents the photo picker in this screen's colours, for as many photos as `selectedBtnStr` needs.
     void launchSpecialController();
 

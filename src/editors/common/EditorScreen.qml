@@ -25,20 +25,26 @@ AppScreen {
     }
 
     Keys.forwardTo: [canvas]
-    Keys.onEscapePressed: controller.backBtn()
-    Keys.onBackPressed: controller.backBtn()
-    Shortcut {
-        sequences: [StandardKey.Undo]
+    name: canvasName
+    onBack: controller.backBtn()
+    Keys.onPressed: event => {
+        const tool = controller.tools[KeyTable.find("tool", event.key, event.modifiers)]
+        event.accepted = event.accepted || tool !== undefined
+        if (tool)
+            controller.chooseTool(tool.identifier)
+    }
+    KeyCommand {
+        command: "undo"
         enabled: editor.activeFocus
         onActivated: editor.controller.undo()
     }
-    Shortcut {
-        sequences: [StandardKey.Redo]
+    KeyCommand {
+        command: "redo"
         enabled: editor.activeFocus
         onActivated: editor.controller.redo()
     }
-    Shortcut {
-        sequences: [StandardKey.Save]
+    KeyCommand {
+        command: "save"
         enabled: editor.activeFocus
         onActivated: editor.controller.shareBtn()
     }
@@ -52,12 +58,14 @@ AppScreen {
         IconButton {
             iconName: "undo"
             name: qsTranslate("Lamina", "Undo")
+            command: "undo"
             enabled: editor.controller.canUndo
             onClicked: editor.controller.undo()
         }
         IconButton {
             iconName: "redo"
             name: qsTranslate("Lamina", "Redo")
+            command: "redo"
             enabled: editor.controller.canRedo
             onClicked: editor.controller.redo()
         }

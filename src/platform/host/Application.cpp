@@ -1,11 +1,13 @@
 #include "platform/host/Application.h"
 
+#include "app/AppMenu.h"
 #include "app/MainStoryboard.h"
 #include "app/ViewController.h"
 #include "platform/base/DispatchQueue.h"
 #include "platform/base/Localization.h"
 #include "platform/host/ArtProvider.h"
 #include "platform/host/QmlTypes.h"
+#include "platform/host/ScreenItem.h"
 #include "platform/host/ThumbnailProvider.h"
 #include "platform/host/system/PictureClipboard.h"
 #include "platform/host/system/SystemURLOpener.h"
@@ -65,6 +67,7 @@ Application::Application(const LaunchOptions& options)
     m_view.setMinimumSize(kSmallestWindow);
     chooseSize(options.size);
     registerQmlTypes();
+    installScreenAccessibility();
     m_view.engine()->addImportPath(QStringLiteral("qrc:/qt/qml"));
     m_view.engine()->addImageProvider(QStringLiteral("art"), new ArtProvider);
     m_view.engine()->addImageProvider(QStringLiteral("thumbnail"), new ThumbnailProvider);
@@ -123,6 +126,13 @@ void Application::show()
         m_view.showMaximized();
     else
         m_view.show();
+}
+
+void Application::showKeys()
+{
+    const std::shared_ptr<UIViewController> top = m_screens->window().topViewController();
+    if (top && !m_screens->inTransition() && top->systemPresentation() == UISystemPresentation::None)
+        presentAbout(*top, AboutViewController::Page::Keys);
 }
 
 bool Application::wantsPhotos(const QMimeData& offered) const

@@ -24,8 +24,6 @@ class CanvasItem : public QQuickItem {
     QML_NAMED_ELEMENT(ViewCanvas)
     /// The screen; null shows nothing. A screen without a canvas shows nothing either.
     Q_PROPERTY(QObject* controller READ controller WRITE setController NOTIFY controllerChanged FINAL)
-    /// True while the keyboard's focus came here by the keyboard: then it is to be shown.
-    Q_PROPERTY(bool visualFocus READ hasVisualFocus NOTIFY visualFocusChanged FINAL)
     /// Default true. Off: the tree is only seen; fingers down are cancelled.
     Q_PROPERTY(bool acceptsInput READ acceptsInput WRITE setAcceptsInput NOTIFY acceptsInputChanged FINAL)
 
@@ -39,7 +37,6 @@ public:
     /// Whether touches reach the tree; taking that away cancels those that are under way.
     bool acceptsInput() const { return m_acceptsInput; }
     void setAcceptsInput(bool accepts);
-    bool hasVisualFocus() const { return m_visualFocus; }
 
     /// What is on show, at the display's pixels. Null when nothing is.
     const QImage& shownImage() const { return m_image; }
@@ -47,7 +44,6 @@ public:
 signals:
     void controllerChanged();
     void acceptsInputChanged();
-    void visualFocusChanged();
     /// The first touch or turn of a wheel of a gesture.
     void touched();
     /// Two quick taps of one finger or the mouse; the point in the tree's coordinates.
@@ -59,8 +55,6 @@ protected:
     void updatePolish() override;
     QSGNode* updatePaintNode(QSGNode* node, UpdatePaintNodeData* data) override;
     bool event(QEvent* event) override;
-    void focusInEvent(QFocusEvent* event) override;
-    void focusOutEvent(QFocusEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
@@ -74,7 +68,6 @@ private:
     void showView(std::shared_ptr<UIView> view);
     void settleScale();
     void copyPainted(const IntRect& area);
-    void setVisualFocus(bool visual);
     bool takeNativeGesture(QNativeGestureEvent& event);
 
     QPointer<QObject> m_controller;
@@ -84,7 +77,6 @@ private:
     QImage m_image;
     bool m_imageChanged = false;
     bool m_acceptsInput = true;
-    bool m_visualFocus = false;
 };
 
 } // namespace lamina

@@ -18,6 +18,7 @@ HostBridge::HostBridge(Application& application)
     });
     QObject::connect(&application.picker(), &PickerPresenter::folderPickerChanged, this,
                      &HostBridge::folderPickerChanged);
+    QObject::connect(&application.focus(), &FocusKeeper::focusVisibleChanged, this, &HostBridge::focusVisibleChanged);
 }
 
 HostBridge* HostBridge::create(QQmlEngine*, QJSEngine*)
@@ -54,13 +55,14 @@ void HostBridge::tellDurations()
     emit durationsChanged();
 }
 
-void HostBridge::setFocusFrame(QQuickItem* frame)
+void HostBridge::giveFocusTo(QQuickItem* frame)
 {
-    if (m_focusFrame == frame)
-        return;
-    m_focusFrame = frame;
     m_application.focus().setFrame(frame);
-    emit focusFrameChanged();
+}
+
+bool HostBridge::isFocusVisible() const
+{
+    return m_application.focus().isFocusVisible();
 }
 
 QObject* HostBridge::folderPicker() const
@@ -78,6 +80,22 @@ bool HostBridge::paste()
 {
     const QMimeData* const held = QGuiApplication::clipboard()->mimeData();
     return held && m_application.receivePhotos(*held);
+}
+
+void HostBridge::showKeys()
+{
+    m_application.showKeys();
+}
+
+void HostBridge::toggleFullScreen()
+{
+    QQuickView& window = m_application.view();
+    window.setWindowStates(window.windowStates() ^ Qt::WindowFullScreen);
+}
+
+void HostBridge::closeWindow()
+{
+    m_application.view().close();
 }
 
 void HostBridge::choose(const QString& path)

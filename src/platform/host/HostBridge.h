@@ -22,8 +22,8 @@ class HostBridge : public QObject {
     /// Milliseconds that each kind of transition is to take, told by the views.
     Q_PROPERTY(int slideDuration READ slideDuration WRITE setSlideDuration NOTIFY durationsChanged FINAL)
     Q_PROPERTY(int fadeDuration READ fadeDuration WRITE setFadeDuration NOTIFY durationsChanged FINAL)
-    /// The view that has the keyboard: Tab goes round inside it.
-    Q_PROPERTY(QQuickItem* focusFrame READ focusFrame WRITE setFocusFrame NOTIFY focusFrameChanged FINAL)
+    /// Whether the keyboard's focus is to be shown, since the user works by keys.
+    Q_PROPERTY(bool focusVisible READ isFocusVisible NOTIFY focusVisibleChanged FINAL)
     /// The picker that has to choose in the window, since no chooser of the system answers; null: none.
     Q_PROPERTY(QObject* folderPicker READ folderPicker NOTIFY folderPickerChanged FINAL)
     /// The folder it looks into.
@@ -43,14 +43,20 @@ public:
     /// The same for screens that fade in and out.
     int fadeDuration() const { return m_fadeDuration; }
     void setFadeDuration(int milliseconds);
-    /// The item inside which Tab goes round; null: Tab goes as Qt has it.
-    QQuickItem* focusFrame() const { return m_focusFrame; }
-    void setFocusFrame(QQuickItem* frame);
+    /// See FocusKeeper.
+    bool isFocusVisible() const;
     /// The `UIImagePickerController` that waits for a choice in the window; null: none.
     QObject* folderPicker() const;
     /// The application's `FolderModel`; stays owned by the application.
     QObject* folder() const;
 
+    /// Gives the keyboard to a screen's item: what had the focus there has it again, and Tab goes round inside it.
+    Q_INVOKABLE void giveFocusTo(QQuickItem* frame);
+    /// Shows the list of keys over the screen on top; nothing while that is an alert or a picker.
+    Q_INVOKABLE void showKeys();
+    Q_INVOKABLE void toggleFullScreen();
+    /// Closes the window as its frame's button does; the application ends with it.
+    Q_INVOKABLE void closeWindow();
     /// Hands what the clipboard holds to the screen on top; false when there is no picture, or it takes none.
     Q_INVOKABLE bool paste();
     /// The answer of the folder picker.
@@ -59,7 +65,7 @@ public:
 signals:
     void transitionDurationChanged();
     void durationsChanged();
-    void focusFrameChanged();
+    void focusVisibleChanged();
     void folderPickerChanged();
 
 private:
@@ -69,7 +75,6 @@ private:
     int m_transitionDuration = 0;
     int m_slideDuration = 0;
     int m_fadeDuration = 0;
-    QPointer<QQuickItem> m_focusFrame;
 };
 
 } // namespace lamina

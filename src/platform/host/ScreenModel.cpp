@@ -29,6 +29,8 @@ QVariant ScreenModel::data(const QModelIndex& index, int role) const
         return row.motion;
     case FrontRole:
         return row.front;
+    case OverlayRole:
+        return row.overlay;
     default:
         return {};
     }
@@ -36,11 +38,8 @@ QVariant ScreenModel::data(const QModelIndex& index, int role) const
 
 QHash<int, QByteArray> ScreenModel::roleNames() const
 {
-    return {{ControllerRole, "controller"},
-            {SourceRole, "source"},
-            {PhaseRole, "phase"},
-            {MotionRole, "motion"},
-            {FrontRole, "front"}};
+    return {{ControllerRole, "controller"}, {SourceRole, "source"}, {PhaseRole, "phase"},
+            {MotionRole, "motion"},         {FrontRole, "front"},   {OverlayRole, "overlay"}};
 }
 
 int ScreenModel::find(const UIViewController* controller) const

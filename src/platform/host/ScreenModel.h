@@ -22,7 +22,7 @@ public:
     enum Motion { Slide, Fade };
     Q_ENUM(Motion)
     /// What a row tells its view.
-    enum Role { ControllerRole = Qt::UserRole, SourceRole, PhaseRole, MotionRole, FrontRole };
+    enum Role { ControllerRole = Qt::UserRole, SourceRole, PhaseRole, MotionRole, FrontRole, OverlayRole };
 
     /// One screen, and how it is to be shown.
     struct Row {

@@ -1,5 +1,6 @@
 # The screens and their parts, by their paths below src/. All of them stand flat in the module Lamina.
 set(LAMINA_QML_FILES
+    app/AboutScreen.qml
     app/HomeScreen.qml
     app/ImagePIckingScreen.qml
     app/PinchZoomScreen.qml
@@ -18,6 +19,8 @@ set(LAMINA_QML_FILES
     platform/host/controls/AppScreen.qml
     platform/host/controls/BusyPanel.qml
     platform/host/controls/BusyRing.qml
+    platform/host/controls/ChipButton.qml
+    platform/host/controls/ChoiceButton.qml
     platform/host/controls/CropMarks.qml
     platform/host/controls/FocusRing.qml
     platform/host/controls/FolderRow.qml
@@ -26,9 +29,13 @@ set(LAMINA_QML_FILES
     platform/host/controls/HomeCard.qml
     platform/host/controls/Icon.qml
     platform/host/controls/IconButton.qml
+    platform/host/controls/KeyCaps.qml
+    platform/host/controls/KeyCommand.qml
+    platform/host/controls/KeyList.qml
     platform/host/controls/LaminaButton.qml
     platform/host/controls/Paper.qml
     platform/host/controls/PhotoButton.qml
+    platform/host/controls/PlaceRow.qml
     platform/host/controls/Scrim.qml
     platform/host/controls/ScrollPage.qml
     platform/host/controls/SheetPanel.qml
@@ -36,6 +43,7 @@ set(LAMINA_QML_FILES
     platform/host/controls/SoonMark.qml
     platform/host/controls/StepMarks.qml
     platform/host/controls/StyledText.qml
+    platform/host/controls/ThinScrollBar.qml
     platform/host/controls/Tip.qml
     platform/host/controls/Toast.qml
     platform/host/controls/ToolBar.qml

@@ -8,10 +8,21 @@ FocusScope {
     // The UIViewController that this is the layout of.
     required property var controller
 
+    // What the screen is called, for those who can't see it.
+    property string name
+    // The key for a step back was pressed.
+    signal back()
+
     readonly property bool lying: width > height && height < Tokens.breakpoints.lyingBelow
     readonly property bool wide: width >= Tokens.breakpoints.wideFrom && width > height && !lying
     readonly property bool upright: !lying && !wide
 
     anchors.fill: parent
     focus: true
+
+    Keys.onPressed: event => {
+        event.accepted = KeyTable.find("back", event.key, event.modifiers) >= 0
+        if (event.accepted)
+            back()
+    }
 }

@@ -22,6 +22,7 @@ Item {
         anchors.verticalCenter: parent.verticalCenter
         iconName: "back"
         name: bar.backName
+        command: "back"
         onClicked: bar.back()
     }
     StyledText {
@@ -34,6 +35,7 @@ Item {
         maximumLineCount: 1
         Accessible.role: Accessible.Heading
         Accessible.name: text
+        Accessible.ignored: text === ""
     }
     Row {
         id: right
