@@ -16,6 +16,18 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>A page up or down</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>About Lamina</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>About and licence</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>All files</source>
         <translation type="unfinished"></translation>
     </message>
@@ -25,6 +37,10 @@
     </message>
     <message>
         <source>Allow photo album access?</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Another row or answer</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -48,6 +64,10 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>Bring the photo back</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>Camera</source>
         <translation type="unfinished"></translation>
     </message>
@@ -57,6 +77,10 @@
     </message>
     <message>
         <source>Cancel</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Canvas</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -92,11 +116,23 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>Choose a tool</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>Close</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>Close the window</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>Continue</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Ctrl</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -132,7 +168,27 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>End</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Enter</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>First and last</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>First photo</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Folder</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Full screen</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -144,11 +200,23 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>Home key</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>JPEG pictures with arithmetic coding are not supported</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>Jump to a name</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>Keep</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Keys</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -160,11 +228,31 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>Lamina puts photos together: it lays one over another, or several into a collage. Your photos stay on this device.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>Lay one photo over another</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>Lists</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Menu</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>Move</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Move it further</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Move the photo</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -180,7 +268,15 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>Next control</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>No photos in this folder</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Not available now</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -208,6 +304,10 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>One step back</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>Only the first %1 of %2 are shown.</source>
         <translation type="unfinished"></translation>
     </message>
@@ -216,7 +316,23 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>Open a photo</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>Opening %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Paste</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>PgDn</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>PgUp</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -232,7 +348,15 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>Photo 1 lies over photo 2.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>Photo 2</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Photo 2 lies over photo 1.</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -241,6 +365,10 @@
     </message>
     <message>
         <source>Photo library</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Photos</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -260,11 +388,19 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>Quit</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>Redo</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
         <source>Reopen</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Report a fault</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -289,6 +425,10 @@
     </message>
     <message>
         <source>Settings</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Shift</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -344,6 +484,10 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>This list</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>This one lies on top. Move it, zoom it, let the first one shine through.</source>
         <translation type="unfinished"></translation>
     </message>
@@ -385,6 +529,18 @@
     </message>
     <message>
         <source>Use the first photo again</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Use the photo</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Version %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Windows</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -488,6 +644,10 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>or</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>pasted picture</source>
         <translation type="unfinished"></translation>
     </message>
@@ -585,6 +745,10 @@
     </message>
     <message>
         <source>this kind of TIFF can&apos;t be read</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>to</source>
         <translation type="unfinished"></translation>
     </message>
     <message>

@@ -16,6 +16,18 @@
         <translation>Eine Collage in zehn Rahmen</translation>
     </message>
     <message>
+        <source>A page up or down</source>
+        <translation>Eine Seite hinauf oder hinab</translation>
+    </message>
+    <message>
+        <source>About Lamina</source>
+        <translation>Über Lamina</translation>
+    </message>
+    <message>
+        <source>About and licence</source>
+        <translation>Über Lamina und Lizenz</translation>
+    </message>
+    <message>
         <source>All files</source>
         <translation>Alle Dateien</translation>
     </message>
@@ -26,6 +38,10 @@
     <message>
         <source>Allow photo album access?</source>
         <translation>Zugriff auf die Fotoalben erlauben?</translation>
+    </message>
+    <message>
+        <source>Another row or answer</source>
+        <translation>Andere Zeile oder Antwort</translation>
     </message>
     <message>
         <source>Arrow keys move it, plus and minus zoom</source>
@@ -48,6 +64,10 @@
         <translation>Überblenden</translation>
     </message>
     <message>
+        <source>Bring the photo back</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>Camera</source>
         <translation>Kamera</translation>
     </message>
@@ -58,6 +78,10 @@
     <message>
         <source>Cancel</source>
         <translation>Abbrechen</translation>
+    </message>
+    <message>
+        <source>Canvas</source>
+        <translation>Leinwand</translation>
     </message>
     <message>
         <source>Can’t crop the photo</source>
@@ -92,12 +116,24 @@
         <translation>Foto wählen</translation>
     </message>
     <message>
+        <source>Choose a tool</source>
+        <translation>Werkzeug wählen</translation>
+    </message>
+    <message>
         <source>Close</source>
         <translation>Schließen</translation>
     </message>
     <message>
+        <source>Close the window</source>
+        <translation>Fenster schließen</translation>
+    </message>
+    <message>
         <source>Continue</source>
         <translation>Weiter</translation>
+    </message>
+    <message>
+        <source>Ctrl</source>
+        <translation>Strg</translation>
     </message>
     <message>
         <source>Discard</source>
@@ -132,8 +168,28 @@
         <translation>Acht Rahmen</translation>
     </message>
     <message>
+        <source>End</source>
+        <translation>Ende</translation>
+    </message>
+    <message>
+        <source>Enter</source>
+        <translation>Eingabe</translation>
+    </message>
+    <message>
+        <source>First and last</source>
+        <translation>Anfang und Ende</translation>
+    </message>
+    <message>
         <source>First photo</source>
         <translation>Erstes Foto</translation>
+    </message>
+    <message>
+        <source>Folder</source>
+        <translation>Ordner</translation>
+    </message>
+    <message>
+        <source>Full screen</source>
+        <translation>Vollbild</translation>
     </message>
     <message>
         <source>HEIC pictures need libheif</source>
@@ -144,12 +200,24 @@
         <translation>Start</translation>
     </message>
     <message>
+        <source>Home key</source>
+        <translation>Pos1</translation>
+    </message>
+    <message>
         <source>JPEG pictures with arithmetic coding are not supported</source>
         <translation>JPEG-Bilder mit arithmetischer Kodierung werden nicht unterstützt</translation>
     </message>
     <message>
+        <source>Jump to a name</source>
+        <translation>Zu einem Namen springen</translation>
+    </message>
+    <message>
         <source>Keep</source>
         <translation>Behalten</translation>
+    </message>
+    <message>
+        <source>Keys</source>
+        <translation>Tasten</translation>
     </message>
     <message>
         <source>Lamina blends two photos. %1 were left out.</source>
@@ -160,12 +228,32 @@
         <translation>Lamina überblendet zwei Fotos. Eines wurde weggelassen.</translation>
     </message>
     <message>
+        <source>Lamina puts photos together: it lays one over another, or several into a collage. Your photos stay on this device.</source>
+        <translation>Lamina setzt Fotos zusammen: es legt eines über das andere oder mehrere in eine Collage. Ihre Fotos bleiben auf diesem Gerät.</translation>
+    </message>
+    <message>
         <source>Lay one photo over another</source>
         <translation>Ein Foto über ein anderes legen</translation>
     </message>
     <message>
+        <source>Lists</source>
+        <translation>Listen</translation>
+    </message>
+    <message>
+        <source>Menu</source>
+        <translation>Menü</translation>
+    </message>
+    <message>
         <source>Move</source>
         <translation>Bewegen</translation>
+    </message>
+    <message>
+        <source>Move it further</source>
+        <translation>Weiter verschieben</translation>
+    </message>
+    <message>
+        <source>Move the photo</source>
+        <translation>Foto verschieben</translation>
     </message>
     <message>
         <source>NO</source>
@@ -180,8 +268,16 @@
         <translation>Zum Fotografieren wird Ihre Erlaubnis gebraucht</translation>
     </message>
     <message>
+        <source>Next control</source>
+        <translation>Nächstes Element</translation>
+    </message>
+    <message>
         <source>No photos in this folder</source>
         <translation>Keine Fotos in diesem Ordner</translation>
+    </message>
+    <message>
+        <source>Not available now</source>
+        <translation>Jetzt nicht verfügbar</translation>
     </message>
     <message>
         <source>Not saved yet</source>
@@ -208,6 +304,10 @@
         <translation>Ein Foto scheint durch das andere</translation>
     </message>
     <message>
+        <source>One step back</source>
+        <translation>Einen Schritt zurück</translation>
+    </message>
+    <message>
         <source>Only the first %1 of %2 are shown.</source>
         <translation>Nur die ersten %1 von %2 sind zu sehen.</translation>
     </message>
@@ -216,8 +316,24 @@
         <translation>Hoppla</translation>
     </message>
     <message>
+        <source>Open a photo</source>
+        <translation>Foto öffnen</translation>
+    </message>
+    <message>
         <source>Opening %1</source>
         <translation>%1 wird geöffnet</translation>
+    </message>
+    <message>
+        <source>Paste</source>
+        <translation>Einfügen</translation>
+    </message>
+    <message>
+        <source>PgDn</source>
+        <translation>Bild ↓</translation>
+    </message>
+    <message>
+        <source>PgUp</source>
+        <translation>Bild ↑</translation>
     </message>
     <message>
         <source>Photo %1 of 2</source>
@@ -232,8 +348,16 @@
         <translation>Foto 1 lässt sich nicht bewegen.</translation>
     </message>
     <message>
+        <source>Photo 1 lies over photo 2.</source>
+        <translation>Foto 1 liegt über Foto 2.</translation>
+    </message>
+    <message>
         <source>Photo 2</source>
         <translation>Foto 2</translation>
+    </message>
+    <message>
+        <source>Photo 2 lies over photo 1.</source>
+        <translation>Foto 2 liegt über Foto 1.</translation>
     </message>
     <message>
         <source>Photo behind the crop square</source>
@@ -242,6 +366,10 @@
     <message>
         <source>Photo library</source>
         <translation>Fotosammlung</translation>
+    </message>
+    <message>
+        <source>Photos</source>
+        <translation>Fotos</translation>
     </message>
     <message>
         <source>Pictures</source>
@@ -260,12 +388,20 @@
         <translation>Fotos zusammenfügen.</translation>
     </message>
     <message>
+        <source>Quit</source>
+        <translation>Beenden</translation>
+    </message>
+    <message>
         <source>Redo</source>
         <translation>Wiederholen</translation>
     </message>
     <message>
         <source>Reopen</source>
         <translation>Wieder öffnen</translation>
+    </message>
+    <message>
+        <source>Report a fault</source>
+        <translation>Fehler melden</translation>
     </message>
     <message>
         <source>Reset</source>
@@ -290,6 +426,10 @@
     <message>
         <source>Settings</source>
         <translation>Einstellungen</translation>
+    </message>
+    <message>
+        <source>Shift</source>
+        <translation>Umschalt</translation>
     </message>
     <message>
         <source>Show</source>
@@ -344,6 +484,10 @@
         <translation>Das ist kein Ordner.</translation>
     </message>
     <message>
+        <source>This list</source>
+        <translation>Diese Liste</translation>
+    </message>
+    <message>
         <source>This one lies on top. Move it, zoom it, let the first one shine through.</source>
         <translation>Dieses liegt oben. Verschieben, zoomen, das erste durchscheinen lassen.</translation>
     </message>
@@ -386,6 +530,18 @@
     <message>
         <source>Use the first photo again</source>
         <translation>Das erste Foto wieder nehmen</translation>
+    </message>
+    <message>
+        <source>Use the photo</source>
+        <translation>Foto verwenden</translation>
+    </message>
+    <message>
+        <source>Version %1</source>
+        <translation>Version %1</translation>
+    </message>
+    <message>
+        <source>Windows</source>
+        <translation>Fenster</translation>
     </message>
     <message>
         <source>YES</source>
@@ -488,6 +644,10 @@
         <translation>zu wenig Speicher</translation>
     </message>
     <message>
+        <source>or</source>
+        <translation>oder</translation>
+    </message>
+    <message>
         <source>pasted picture</source>
         <translation>eingefügtes Bild</translation>
     </message>
@@ -586,6 +746,10 @@
     <message>
         <source>this kind of TIFF can&apos;t be read</source>
         <translation>diese Art von TIFF ist nicht lesbar</translation>
+    </message>
+    <message>
+        <source>to</source>
+        <translation>bis</translation>
     </message>
     <message>
         <source>today at %1</source>

@@ -4,6 +4,10 @@
 <context>
     <name>Lamina</name>
     <message>
+        <source>Home key</source>
+        <translation>Home</translation>
+    </message>
+    <message>
         <source>fx</source>
         <translation>Effects</translation>
     </message>

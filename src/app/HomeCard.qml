@@ -28,6 +28,7 @@ T.Button {
     focusPolicy: Qt.StrongFocus
     Accessible.name: title
     Accessible.description: soon ? qsTranslate("Lamina", "Soon") : line
+    Accessible.onPressAction: if (enabled) clicked()
     Keys.onReturnPressed: clicked()
     Keys.onEnterPressed: clicked()
 
@@ -38,7 +39,7 @@ T.Button {
         border.color: card.hovered && card.enabled ? Tokens.palette.hairline : Tokens.palette.cardEdge
         FocusRing {
             radius: parent.radius
-            shown: card.visualFocus
+            control: card
         }
     }
 

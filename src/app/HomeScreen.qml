@@ -5,6 +5,13 @@ import Lamina
 AppScreen {
     id: home
 
+    name: "Lamina"
+    KeyCommand {
+        command: "open"
+        enabled: home.activeFocus
+        onActivated: home.controller.openPhoto()
+    }
+
     readonly property bool brief: measures.stacked && !tablet
     readonly property var cards: [
         { title: qsTranslate("Lamina", "Two photos"), art: "home_two", turn: 4, collage: true,
@@ -77,6 +84,14 @@ AppScreen {
                     if (next)
                         next.focus = true
                 }
+            }
+
+            IconButton {
+                x: measures.edge + measures.usable - width
+                y: head.y + (head.height - height) / 2
+                iconName: "more"
+                name: qsTranslate("Lamina", "Menu")
+                onClicked: home.controller.showMenu()
             }
 
             Grid {

@@ -7,10 +7,10 @@ AppScreen {
 
     readonly property bool second: controller.step === 2
 
-    Keys.onEscapePressed: controller.backButton()
-    Keys.onBackPressed: controller.backButton()
-    Shortcut {
-        sequences: [StandardKey.Open]
+    name: second ? qsTranslate("Lamina", "Second photo") : qsTranslate("Lamina", "First photo")
+    onBack: controller.backButton()
+    KeyCommand {
+        command: "open"
         enabled: chooser.activeFocus
         onActivated: chooser.controller.cameraButton()
     }
@@ -69,7 +69,7 @@ AppScreen {
                 }
                 StyledText {
                     width: parent.width
-                    text: chooser.second ? qsTranslate("Lamina", "Second photo") : qsTranslate("Lamina", "First photo")
+                    text: chooser.name
                     role: Tokens.type.display
                     Accessible.role: Accessible.Heading
                     Accessible.name: text

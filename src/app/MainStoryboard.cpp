@@ -1,5 +1,6 @@
 #include "app/MainStoryboard.h"
 
+#include "app/AboutViewController.h"
 #include "app/ImagePIckingViewController.h"
 #include "app/PinchZoomViewController.h"
 #include "app/ViewController.h"
@@ -26,6 +27,7 @@ void registerMainStoryboard()
     storyboard->addScene(scene::kHome, sceneOf<ViewController>("HomeScreen.qml"));
     storyboard->addScene(scene::kSourceChoice, sceneOf<ImagePIckingViewController>("ImagePIckingScreen.qml"));
     storyboard->addScene(scene::kCrop, sceneOf<PinchZoomViewController>("PinchZoomScreen.qml"));
+    storyboard->addScene(scene::kAbout, sceneOf<AboutViewController>("AboutScreen.qml"));
     storyboard->addScene(scene::kBlend, sceneOf<BlendPhotoViewController>("BlendPhotoScreen.qml"));
     storyboard->addSegue(segue::kPickedToBlend, scene::kBlend, UIStoryboard::SegueKind::Present);
     storyboard->addSegue(segue::kToBlend, scene::kBlend, UIStoryboard::SegueKind::Present);

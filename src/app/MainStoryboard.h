@@ -9,6 +9,7 @@ namespace scene {
 inline constexpr const char* kHome = "ViewController";
 inline constexpr const char* kSourceChoice = "ImagePIckingViewController";
 inline constexpr const char* kCrop = "PinchZoomViewController";
+inline constexpr const char* kAbout = "AboutViewController";
 inline constexpr const char* kBlend = "BlendPhotoViewController";
 } // namespace scene
 

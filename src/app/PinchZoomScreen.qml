@@ -36,10 +36,14 @@ AppScreen {
     }
 
     Keys.forwardTo: [canvas]
-    Keys.onReturnPressed: controller.doneButton()
-    Keys.onEnterPressed: controller.doneButton()
-    Keys.onEscapePressed: controller.backButton()
-    Keys.onBackPressed: controller.backButton()
+    name: bar.title
+    onBack: controller.backButton()
+    Keys.onPressed: event => {
+        const use = KeyTable.find("use", event.key, event.modifiers) >= 0
+        event.accepted = event.accepted || use
+        if (use)
+            controller.doneButton()
+    }
 
     TopBar {
         id: bar

@@ -1,5 +1,7 @@
 #include "app/ViewController.h"
 
+#include "app/AppMenu.h"
+#include "app/ImagePIckingViewController.h"
 #include "app/MainStoryboard.h"
 #include "editors/blend/BlendPhotoViewController.h"
 #include "editors/common/EditorNotifications.h"
@@ -137,6 +139,17 @@ void ViewController::threePhotoCollage()
 void ViewController::BlendPhoto()
 {
     pushSourceChooser();
+}
+
+void ViewController::openPhoto()
+{
+    if (const auto chooser = std::dynamic_pointer_cast<ImagePIckingViewController>(pushSourceChooser()))
+        chooser->cameraButton();
+}
+
+void ViewController::showMenu()
+{
+    presentAppMenu(*this);
 }
 
 std::shared_ptr<UIViewController> ViewController::pushSourceChooser()

@@ -61,6 +61,10 @@ public:
     /// The entry of the blend: pushes the screen that asks where a photo comes from.
     Q_INVOKABLE void BlendPhoto();
 
+    /// Begins a blend and opens the photo library for its first photo.
+    Q_INVOKABLE void openPhoto();
+    /// Opens the application's menu.
+    Q_INVOKABLE void showMenu();
     /// Whether there is a work to go on with.
     bool workOffered() const { return m_offer.has_value(); }
     /// Whether an editor was left since the start, so that the work is opened again rather than gone on with.

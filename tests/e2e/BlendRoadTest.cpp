@@ -141,7 +141,7 @@ TEST_F(BlendRoad, APhotoThatWasLostIsCaughtAndThePointerTells)
     goToBlend();
     const auto blend = driver->top<BlendPhotoViewController>();
     const QPointF corner = driver->canvas()->mapToScene({4, 4});
-    EXPECT_EQ(driver->application().bridge().lastPointer(), QStringLiteral("touch"));
+    EXPECT_FALSE(driver->application().bridge().mouseAtHand());
     Qt::CursorShape dragging = Qt::ArrowCursor;
     QObject::connect(blend.get(), &BlendPhotoViewController::changed, driver->canvas(),
                      [&] { dragging = driver->pointer(); });
@@ -149,7 +149,7 @@ TEST_F(BlendRoad, APhotoThatWasLostIsCaughtAndThePointerTells)
     driver->dragCanvasWithMouse({-25, 0}); // beside the photo
     EXPECT_NEAR(secondTransform().tx, 2 * kWidth - 25, 1);
     EXPECT_EQ(dragging, Qt::ClosedHandCursor);
-    EXPECT_EQ(driver->application().bridge().lastPointer(), QStringLiteral("mouse"));
+    EXPECT_TRUE(driver->application().bridge().mouseAtHand());
     EXPECT_EQ(driver->pointerAt(corner), Qt::OpenHandCursor);
     QTest::mouseDClick(&driver->view(), Qt::LeftButton, Qt::NoModifier, corner.toPoint());
     EXPECT_EQ(secondTransform(), CGAffineTransform());

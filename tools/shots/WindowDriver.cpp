@@ -132,17 +132,21 @@ void WindowDriver::tapOnly(QQuickItem& item)
     QTest::touchEvent(&view(), m_fingers.get()).release(0, point, &view());
 }
 
-bool WindowDriver::drop(const QMimeData& dropped)
+Qt::DropAction WindowDriver::drop(const QMimeData& dropped, Qt::DropActions offered)
 {
     const QPoint middle(view().width() / 2, view().height() / 2);
-    QDragEnterEvent enter(middle, Qt::CopyAction, &dropped, Qt::LeftButton, Qt::NoModifier);
+    QDragEnterEvent enter(middle, offered, &dropped, Qt::LeftButton, Qt::NoModifier);
     QGuiApplication::sendEvent(&view(), &enter);
     if (!enter.isAccepted())
-        return false;
-    QDropEvent let(middle, Qt::CopyAction, &dropped, Qt::LeftButton, Qt::NoModifier);
+        return Qt::IgnoreAction;
+    QDragMoveEvent move(middle, offered, &dropped, Qt::LeftButton, Qt::NoModifier);
+    QGuiApplication::sendEvent(&view(), &move);
+    if (!move.isAccepted())
+        return Qt::IgnoreAction;
+    QDropEvent let(middle, offered, &dropped, Qt::LeftButton, Qt::NoModifier);
     QGuiApplication::sendEvent(&view(), &let);
     settle();
-    return let.isAccepted();
+    return let.isAccepted() ? let.dropAction() : Qt::IgnoreAction;
 }
 
 void WindowDriver::turnWheel(int steps)
@@ -169,6 +173,19 @@ QString WindowDriver::focusedName()
 {
     QQuickItem* const focused = view().activeFocusItem();
     return focused ? accessibleName(*focused) : QString();
+}
+
+QString WindowDriver::ringedName()
+{
+    const QRectF window(QPointF(), QSizeF(view().size()));
+    std::vector<QQuickItem*> items;
+    collect(*view().contentItem(), items);
+    for (QQuickItem* const item : items) {
+        auto* const control = item->property("control").value<QQuickItem*>();
+        if (control && item->property("inside").isValid() && window.contains(middleOf(*control)))
+            return accessibleName(*control);
+    }
+    return {};
 }
 
 bool WindowDriver::click(const QString& name)

@@ -59,13 +59,16 @@ public:
     bool click(const QString& name);
     /// A tap without waiting for what follows.
     void tapOnly(QQuickItem& item);
-    /// What is held over the middle of the window, then let go; false when it is not taken.
-    bool drop(const QMimeData& dropped);
+    /// What is held over the middle of the window, then let go; its source lets do `offered` and would like the first
+    /// of `Qt::DropAction` in it. Gives what was done with it: nothing when it was not taken.
+    Qt::DropAction drop(const QMimeData& dropped, Qt::DropActions offered = Qt::CopyAction);
     void turnWheel(int steps);
     /// Two fingers on a touchpad, by a factor.
     void pinchTouchpad(double factor);
     /// Accessible name of what has the keyboard; empty: nothing.
     QString focusedName();
+    /// The same of what the ring of the focus is seen around; empty: around nothing in the window.
+    QString ringedName();
     void press(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
 
     /// In front; null when there is none.

@@ -48,11 +48,26 @@ void shootRoad(const LaunchOptions& options, const QString& prefix)
     Shooter shooter(options, prefix);
     WindowDriver& driver = shooter.driver();
     shooter.shoot("home");
+    driver.press(Qt::Key_Tab);
+    shooter.shoot("home-focus");
+    driver.tap(QStringLiteral("Menu"));
+    shooter.shoot("menu");
+    driver.press(Qt::Key_Escape);
+    driver.press(Qt::Key_F1);
+    shooter.shoot("keys");
+    driver.tap(QStringLiteral("About and licence"));
+    shooter.shoot("about");
+    driver.press(Qt::Key_Escape);
     driver.tap(QStringLiteral("Blend"));
     shooter.shoot("chooser-first");
     const auto chooser = driver.top<ImagePIckingViewController>();
     if (!chooser)
         return;
+    chooser->cameraButton(); // no portal answers here
+    WindowDriver::waitUntil([&] { return driver.item(QStringLiteral("Up one folder")) != nullptr; }, 5);
+    driver.press(Qt::Key_Down);
+    shooter.shoot("folder");
+    driver.press(Qt::Key_Escape);
     chooser->galleryButton();
     shooter.shoot("no-camera");
     driver.press(Qt::Key_Escape);

@@ -6,7 +6,9 @@ EditorScreen {
     id: blend
 
     canvasName: qsTranslate("Lamina", "The blend")
-    canvasDescription: qsTranslate("Lamina", "Arrow keys move the second photo, plus and minus zoom it")
+    canvasDescription: (controller.photo2OnTop ? qsTranslate("Lamina", "Photo 2 lies over photo 1.")
+                                               : qsTranslate("Lamina", "Photo 1 lies over photo 2."))
+        + " " + qsTranslate("Lamina", "Arrow keys move the second photo, plus and minus zoom it")
     underHeight: selector.height
 
     BlendPhotoButtons {

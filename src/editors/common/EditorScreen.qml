@@ -26,25 +26,30 @@ AppScreen {
     }
 
     Keys.forwardTo: [canvas]
-    Keys.onEscapePressed: controller.backBtn()
-    Keys.onBackPressed: controller.backBtn()
+    name: canvasName
+    onBack: controller.backBtn()
     Keys.onPressed: event => {
-        event.accepted = event.key === Qt.Key_Home
-        if (event.accepted)
+        const tool = controller.tools[KeyTable.find("tool", event.key, event.modifiers)]
+        event.accepted = event.accepted || tool !== undefined
+        if (tool)
+            controller.chooseTool(tool.identifier)
+        if (KeyTable.find("bringBack", event.key, event.modifiers) >= 0) {
+            event.accepted = true
             controller.bringPhotoBack()
+        }
     }
-    Shortcut {
-        sequences: [StandardKey.Undo]
+    KeyCommand {
+        command: "undo"
         enabled: editor.activeFocus
         onActivated: editor.controller.undo()
     }
-    Shortcut {
-        sequences: [StandardKey.Redo]
+    KeyCommand {
+        command: "redo"
         enabled: editor.activeFocus
         onActivated: editor.controller.redo()
     }
-    Shortcut {
-        sequences: [StandardKey.Save]
+    KeyCommand {
+        command: "save"
         enabled: editor.activeFocus
         onActivated: editor.controller.shareBtn()
     }
@@ -59,12 +64,14 @@ AppScreen {
         IconButton {
             iconName: "undo"
             name: qsTranslate("Lamina", "Undo")
+            command: "undo"
             enabled: editor.controller.canUndo
             onClicked: editor.controller.undo()
         }
         IconButton {
             iconName: "redo"
             name: qsTranslate("Lamina", "Redo")
+            command: "redo"
             enabled: editor.controller.canRedo
             onClicked: editor.controller.redo()
         }

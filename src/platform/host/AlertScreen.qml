@@ -8,6 +8,15 @@ AppScreen {
     readonly property bool isSheet: controller.preferredStyle === 0
     readonly property int cancelIndex: controller.cancelIndex()
 
+    // Arrows go from answer to answer, and round.
+    function moveBetween(answers, by) {
+        let at = by > 0 ? -1 : 0
+        for (let i = 0; i < answers.count; ++i)
+            if (answers.itemAt(i).activeFocus)
+                at = i
+        answers.itemAt((at + by + answers.count) % answers.count).forceActiveFocus(Qt.TabFocusReason)
+    }
+
     function takeFocus() {
         if (activeFocus && panel.item)
             panel.item.focusSafe()
@@ -19,8 +28,15 @@ AppScreen {
             controller.tap(cancelIndex)
     }
 
-    Keys.onEscapePressed: giveUp()
-    Keys.onBackPressed: giveUp()
+    name: isSheet || !panel.item ? controller.title : panel.item.headline
+    onBack: giveUp()
+    Keys.onPressed: event => {
+        // Left and up go back, right and down go on.
+        const way = KeyTable.find("row", event.key, event.modifiers)
+        event.accepted = event.accepted || way >= 0
+        if (way >= 0)
+            moveBetween(panel.item.choices, way % 2 === 0 ? -1 : 1)
+    }
     // The panel may come after the focus does.
     onActiveFocusChanged: takeFocus()
     Component.onCompleted: takeFocus()
@@ -54,6 +70,8 @@ AppScreen {
     Component {
         id: sheet
         SheetPanel {
+            readonly property alias choices: rowsOfChoices
+
             function focusSafe() {
                 if (choices.count > 0)
                     choices.itemAt(Math.max(0, alert.cancelIndex)).forceActiveFocus(Qt.TabFocusReason)
@@ -85,7 +103,7 @@ AppScreen {
                         Accessible.name: text
                     }
                     Repeater {
-                        id: choices
+                        id: rowsOfChoices
                         model: alert.controller.actionList
                         delegate: FolderRow {
                             required property var modelData

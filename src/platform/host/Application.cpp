@@ -1,5 +1,6 @@
 #include "platform/host/Application.h"
 
+#include "app/AppMenu.h"
 #include "app/MainStoryboard.h"
 #include "app/ViewController.h"
 #include "editors/common/KeptWork.h"
@@ -10,6 +11,7 @@
 #include "platform/files/PrivateFolder.h"
 #include "platform/host/ArtProvider.h"
 #include "platform/host/QmlTypes.h"
+#include "platform/host/ScreenItem.h"
 #include "platform/host/ThumbnailProvider.h"
 #include "platform/host/system/PictureClipboard.h"
 #include "platform/host/system/SystemURLOpener.h"
@@ -85,6 +87,7 @@ Application::Application(const LaunchOptions& options)
     m_view.setResizeMode(QQuickView::SizeRootObjectToView);
     m_metrics.update(); // the first screen is laid out before the window is shown
     registerQmlTypes();
+    installScreenAccessibility();
     m_view.engine()->addImportPath(QStringLiteral("qrc:/qt/qml"));
     m_view.engine()->addImageProvider(QStringLiteral("art"), new ArtProvider);
     m_view.engine()->addImageProvider(QStringLiteral("thumbnail"), new ThumbnailProvider);
@@ -129,6 +132,13 @@ void Application::openFirstScreen(const LaunchOptions& options)
 void Application::show()
 {
     m_placement.show();
+}
+
+void Application::showKeys()
+{
+    const std::shared_ptr<UIViewController> top = m_screens->window().topViewController();
+    if (top && !m_screens->inTransition() && top->systemPresentation() == UISystemPresentation::None)
+        presentAbout(*top, AboutViewController::Page::Keys);
 }
 
 bool Application::wantsPhotos(const QMimeData& offered) const

@@ -60,6 +60,9 @@ public:
     /// Shows the window; the first screen stands in it already.
     void show();
 
+    /// Shows the list of keys over the screen on top; nothing while that is an alert, a picker or this list.
+    void showKeys();
+
     /// Whether the screen on top would take what is offered.
     bool wantsPhotos(const QMimeData& offered) const;
     /// Hands it over; false when it holds no picture or nobody takes it. What can't be taken is told in an alert.

@@ -201,26 +201,6 @@ bool CanvasItem::takeNativeGesture(QNativeGestureEvent& event)
     return true;
 }
 
-void CanvasItem::focusInEvent(QFocusEvent* event)
-{
-    QQuickItem::focusInEvent(event);
-    setVisualFocus(event->reason() == Qt::TabFocusReason || event->reason() == Qt::BacktabFocusReason);
-}
-
-void CanvasItem::focusOutEvent(QFocusEvent* event)
-{
-    QQuickItem::focusOutEvent(event);
-    setVisualFocus(false);
-}
-
-void CanvasItem::setVisualFocus(bool visual)
-{
-    if (m_visualFocus == visual)
-        return;
-    m_visualFocus = visual;
-    emit visualFocusChanged();
-}
-
 void CanvasItem::hoverEnterEvent(QHoverEvent* event)
 {
     hoverMoveEvent(event);

@@ -39,8 +39,6 @@ class CanvasItem : public QQuickItem {
     QML_NAMED_ELEMENT(ViewCanvas)
     /// The screen; null shows nothing. A screen without a canvas shows nothing either.
     Q_PROPERTY(QObject* controller READ controller WRITE setController NOTIFY controllerChanged FINAL)
-    /// True while the keyboard's focus came here by the keyboard: then it is to be shown.
-    Q_PROPERTY(bool visualFocus READ hasVisualFocus NOTIFY visualFocusChanged FINAL)
     /// Default true. Off: the tree is only seen; fingers down are cancelled.
     Q_PROPERTY(bool acceptsInput READ acceptsInput WRITE setAcceptsInput NOTIFY acceptsInputChanged FINAL)
     /// The tree's accessibility elements; see CanvasElements.
@@ -56,7 +54,6 @@ public:
     /// Whether touches reach the tree; taking that away cancels those that are under way.
     bool acceptsInput() const { return m_acceptsInput; }
     void setAcceptsInput(bool accepts);
-    bool hasVisualFocus() const { return m_visualFocus; }
     /// Stays owned by this item.
     QAbstractItemModel* elements() { return &m_elements; }
 
@@ -66,7 +63,6 @@ public:
 signals:
     void controllerChanged();
     void acceptsInputChanged();
-    void visualFocusChanged();
     /// The first touch or turn of a wheel of a gesture.
     void touched();
     /// Two quick taps of one finger or the mouse; the point in the tree's coordinates.
@@ -78,8 +74,6 @@ protected:
     void updatePolish() override;
     QSGNode* updatePaintNode(QSGNode* node, UpdatePaintNodeData* data) override;
     bool event(QEvent* event) override;
-    void focusInEvent(QFocusEvent* event) override;
-    void focusOutEvent(QFocusEvent* event) override;
     void hoverEnterEvent(QHoverEvent* event) override;
     void hoverMoveEvent(QHoverEvent* event) override;
     void hoverLeaveEvent(QHoverEvent* event) override;
@@ -96,7 +90,6 @@ private:
     void showView(std::shared_ptr<UIView> view);
     void settleScale();
     void copyPainted(const IntRect& area);
-    void setVisualFocus(bool visual);
     void takeMouse(const QMouseEvent& event);
     void releaseMouse();
     void setPointer();
@@ -113,7 +106,6 @@ private:
     QImage m_image;
     bool m_imageChanged = false;
     bool m_acceptsInput = true;
-    bool m_visualFocus = false;
 };
 
 } // namespace lamina

@@ -9,9 +9,7 @@ namespace lamina {
 
 HostBridge::HostBridge(Application& application)
     : m_application(application)
-    , m_lastPointer(application.view())
 {
-    QObject::connect(&m_lastPointer, &LastPointer::changed, this, &HostBridge::lastPointerChanged);
     QObject::connect(&application.screens(), &ScreenHost::transitionStarted, this, [this](int duration) {
         if (m_transitionDuration == duration)
             return;
@@ -21,6 +19,7 @@ HostBridge::HostBridge(Application& application)
     QObject::connect(&application.picker(), &PickerPresenter::folderPickerChanged, this,
                      &HostBridge::folderPickerChanged);
     QObject::connect(&application.pointer(), &PointerKind::changed, this, &HostBridge::mouseAtHandChanged);
+    QObject::connect(&application.focus(), &FocusKeeper::focusVisibleChanged, this, &HostBridge::focusVisibleChanged);
 }
 
 HostBridge* HostBridge::create(QQmlEngine*, QJSEngine*)
@@ -62,13 +61,14 @@ bool HostBridge::mouseAtHand() const
     return m_application.pointer().isMouse();
 }
 
-void HostBridge::setFocusFrame(QQuickItem* frame)
+void HostBridge::giveFocusTo(QQuickItem* frame)
 {
-    if (m_focusFrame == frame)
-        return;
-    m_focusFrame = frame;
     m_application.focus().setFrame(frame);
-    emit focusFrameChanged();
+}
+
+bool HostBridge::isFocusVisible() const
+{
+    return m_application.focus().isFocusVisible();
 }
 
 QObject* HostBridge::folderPicker() const
@@ -82,15 +82,26 @@ QObject* HostBridge::folder() const
     return &m_application.folder();
 }
 
-QString HostBridge::lastPointer() const
-{
-    return m_lastPointer.isTouch() ? QStringLiteral("touch") : QStringLiteral("mouse");
-}
-
 bool HostBridge::paste()
 {
     const QMimeData* const held = QGuiApplication::clipboard()->mimeData();
     return held && m_application.receivePhotos(*held);
+}
+
+void HostBridge::showKeys()
+{
+    m_application.showKeys();
+}
+
+void HostBridge::toggleFullScreen()
+{
+    QQuickView& window = m_application.view();
+    window.setWindowStates(window.windowStates() ^ Qt::WindowFullScreen);
+}
+
+void HostBridge::closeWindow()
+{
+    m_application.view().close();
 }
 
 void HostBridge::choose(const QString& path)

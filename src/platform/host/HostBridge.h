@@ -1,6 +1,5 @@
 #pragma once
 
-#include "platform/host/LastPointer.h"
 #include "platform/host/ScreenModel.h"
 
 #include <QObject>
@@ -25,14 +24,12 @@ class HostBridge : public QObject {
     Q_PROPERTY(int fadeDuration READ fadeDuration WRITE setFadeDuration NOTIFY durationsChanged FINAL)
     /// Whether a mouse is at hand; false: fingers are.
     Q_PROPERTY(bool mouseAtHand READ mouseAtHand NOTIFY mouseAtHandChanged FINAL)
-    /// The view that has the keyboard: Tab goes round inside it.
-    Q_PROPERTY(QQuickItem* focusFrame READ focusFrame WRITE setFocusFrame NOTIFY focusFrameChanged FINAL)
+    /// Whether the keyboard's focus is to be shown, since the user works by keys.
+    Q_PROPERTY(bool focusVisible READ isFocusVisible NOTIFY focusVisibleChanged FINAL)
     /// The picker that has to choose in the window, since no chooser of the system answers; null: none.
     Q_PROPERTY(QObject* folderPicker READ folderPicker NOTIFY folderPickerChanged FINAL)
     /// The folder it looks into.
     Q_PROPERTY(QObject* folder READ folder CONSTANT FINAL)
-    /// What the user points with: "touch" or "mouse"; see LastPointer.
-    Q_PROPERTY(QString lastPointer READ lastPointer NOTIFY lastPointerChanged FINAL)
 
 public:
     explicit HostBridge(Application& application);
@@ -50,16 +47,20 @@ public:
     void setFadeDuration(int milliseconds);
     /// See PointerKind.
     bool mouseAtHand() const;
-    /// The item inside which Tab goes round; null: Tab goes as Qt has it.
-    QQuickItem* focusFrame() const { return m_focusFrame; }
-    void setFocusFrame(QQuickItem* frame);
+    /// See FocusKeeper.
+    bool isFocusVisible() const;
     /// The `UIImagePickerController` that waits for a choice in the window; null: none.
     QObject* folderPicker() const;
     /// The application's `FolderModel`; stays owned by the application.
     QObject* folder() const;
 
-    QString lastPointer() const;
-
+    /// Gives the keyboard to a screen's item: what had the focus there has it again, and Tab goes round inside it.
+    Q_INVOKABLE void giveFocusTo(QQuickItem* frame);
+    /// Shows the list of keys over the screen on top; nothing while that is an alert or a picker.
+    Q_INVOKABLE void showKeys();
+    Q_INVOKABLE void toggleFullScreen();
+    /// Closes the window as its frame's button does; the application ends with it.
+    Q_INVOKABLE void closeWindow();
     /// Hands what the clipboard holds to the screen on top; false when there is no picture, or it takes none.
     Q_INVOKABLE bool paste();
     /// The answer of the folder picker.
@@ -69,19 +70,16 @@ signals:
     void transitionDurationChanged();
     void durationsChanged();
     void mouseAtHandChanged();
-    void focusFrameChanged();
+    void focusVisibleChanged();
     void folderPickerChanged();
-    void lastPointerChanged();
 
 private:
     void tellDurations();
 
     Application& m_application;
-    LastPointer m_lastPointer;
     int m_transitionDuration = 0;
     int m_slideDuration = 0;
     int m_fadeDuration = 0;
-    QPointer<QQuickItem> m_focusFrame;
 };
 
 } // namespace lamina

@@ -20,9 +20,26 @@ FocusScope {
         value: Theme.duration(Tokens.motion.fade)
     }
 
-    Shortcut {
-        sequences: [StandardKey.Paste]
+    KeyCommand {
+        command: "paste"
         onActivated: Host.paste()
+    }
+    KeyCommand {
+        command: "keys"
+        onActivated: Host.showKeys()
+    }
+    KeyCommand {
+        command: "fullScreen"
+        onActivated: Host.toggleFullScreen()
+    }
+    KeyCommand {
+        command: "close"
+        onActivated: Host.closeWindow()
+    }
+    // There is one window, and its closing is the application's end.
+    KeyCommand {
+        command: "quit"
+        onActivated: Host.closeWindow()
     }
 
     Repeater {

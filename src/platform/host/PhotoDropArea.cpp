@@ -6,6 +6,22 @@
 
 namespace lamina {
 
+namespace {
+
+bool offersCopy(const QDropEvent& event)
+{
+    return event.possibleActions().testFlag(Qt::CopyAction);
+}
+
+/// What is taken is copied, whatever was proposed: a move has the source delete what was dragged.
+void answer(QDropEvent& event, bool taken)
+{
+    event.setDropAction(taken ? Qt::CopyAction : Qt::IgnoreAction);
+    event.setAccepted(taken);
+}
+
+} // namespace
+
 PhotoDropArea::PhotoDropArea(QQuickItem* parent)
     : QQuickItem(parent)
 {
@@ -15,14 +31,13 @@ PhotoDropArea::PhotoDropArea(QQuickItem* parent)
 void PhotoDropArea::dragEnterEvent(QDragEnterEvent* event)
 {
     const Application* const application = Application::current();
-    const bool wanted = application && application->wantsPhotos(*event->mimeData());
-    setHovered(wanted);
-    event->setAccepted(wanted);
+    setHovered(application && offersCopy(*event) && application->wantsPhotos(*event->mimeData()));
+    answer(*event, m_hovered);
 }
 
 void PhotoDropArea::dragMoveEvent(QDragMoveEvent* event)
 {
-    event->setAccepted(m_hovered);
+    answer(*event, m_hovered && offersCopy(*event));
 }
 
 void PhotoDropArea::dragLeaveEvent(QDragLeaveEvent*)
@@ -34,10 +49,7 @@ void PhotoDropArea::dropEvent(QDropEvent* event)
 {
     setHovered(false);
     Application* const application = Application::current();
-    if (application && application->receivePhotos(*event->mimeData()))
-        event->acceptProposedAction();
-    else
-        event->ignore();
+    answer(*event, application && offersCopy(*event) && application->receivePhotos(*event->mimeData()));
 }
 
 void PhotoDropArea::setHovered(bool hovered)

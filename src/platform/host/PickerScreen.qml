@@ -9,8 +9,8 @@ AppScreen {
     readonly property bool loading: controller.state === 1
     readonly property bool choosesHere: Host.folderPicker === controller
 
-    Keys.onEscapePressed: controller.cancel()
-    Keys.onBackPressed: controller.cancel()
+    name: qsTranslate("Lamina", "Choose a photo")
+    onBack: controller.cancel()
 
     // A tap on the dimmed work gives the chooser up, should it have got lost behind other windows.
     Scrim {

@@ -2,7 +2,7 @@ import QtQuick
 import Lamina
 
 // One screen in the window: how it comes, goes and makes way. It has no look of its own.
-FocusScope {
+ScreenItem {
     id: frame
 
     required property QtObject controller
@@ -10,12 +10,17 @@ FocusScope {
     required property int phase
     required property int motion
     required property bool front
+    required property bool overlay
 
     readonly property bool shown: phase === ScreenModel.Shown
     readonly property int away: motion === ScreenModel.Slide ? 24 : 0
 
     // At once where it is shown, since what is not visible takes no focus.
     visible: shown || opacity > 0
+    modal: overlay
+    covered: !front
+    Accessible.role: Accessible.Pane
+    name: loader.item ? loader.item.name : ""
     opacity: shown ? 1 : 0
     x: shown ? 0 : phase === ScreenModel.Covered ? -away : away
 
@@ -26,16 +31,11 @@ FocusScope {
         NumberAnimation { duration: Host.transitionDuration; easing.type: Easing.OutCubic }
     }
 
-    onFrontChanged: if (front) takeFocus()
+    onFrontChanged: if (front) Host.giveFocusTo(frame)
     Component.onCompleted: {
         loader.setSource(source, { "controller": controller })
         if (front)
-            takeFocus()
-    }
-
-    function takeFocus() {
-        Host.focusFrame = frame
-        frame.forceActiveFocus()
+            Host.giveFocusTo(frame)
     }
 
     Loader {

@@ -12,7 +12,8 @@ ScreenModel::ScreenModel()
                  {"source", &Row::source},
                  {"phase", &Row::phase},
                  {"motion", &Row::motion},
-                 {"front", &Row::front}})
+                 {"front", &Row::front},
+                 {"overlay", &Row::overlay}})
 {
 }
 

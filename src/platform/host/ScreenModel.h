@@ -34,7 +34,7 @@ public:
 };
 
 /// The screens that the window holds, from the bottom to the top. Each row is drawn by the QML file at its `source`;
-/// views see all but `overlay` and `leaving`.
+/// views see all but `leaving`.
 class ScreenModel : public ListModel<ScreenRow> {
     Q_OBJECT
 

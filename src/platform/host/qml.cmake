@@ -3,6 +3,7 @@ set(LAMINA_QML_FILES
     app/HomeCard.qml
     app/HomeHead.qml
     app/HomeLayout.qml
+    app/AboutScreen.qml
     app/HomeScreen.qml
     app/ImagePIckingScreen.qml
     app/KeptWorkCard.qml
@@ -23,6 +24,8 @@ set(LAMINA_QML_FILES
     platform/host/controls/BusyPanel.qml
     platform/host/controls/BusyRing.qml
     platform/host/controls/CanvasControls.qml
+    platform/host/controls/ChipButton.qml
+    platform/host/controls/ChoiceButton.qml
     platform/host/controls/CropMarks.qml
     platform/host/controls/FocusRing.qml
     platform/host/controls/FolderRow.qml
@@ -31,11 +34,15 @@ set(LAMINA_QML_FILES
     platform/host/controls/Icon.qml
     platform/host/controls/IconButton.qml
     platform/host/controls/LabelFit.qml
+    platform/host/controls/KeyCaps.qml
+    platform/host/controls/KeyCommand.qml
+    platform/host/controls/KeyList.qml
     platform/host/controls/LaminaButton.qml
     platform/host/controls/MotionBehavior.qml
     platform/host/controls/Paper.qml
     platform/host/controls/PhotoButton.qml
     platform/host/controls/RoundButton.qml
+    platform/host/controls/PlaceRow.qml
     platform/host/controls/Scrim.qml
     platform/host/controls/ScrollPage.qml
     platform/host/controls/SheetPanel.qml
@@ -43,6 +50,7 @@ set(LAMINA_QML_FILES
     platform/host/controls/SoonMark.qml
     platform/host/controls/StepMarks.qml
     platform/host/controls/StyledText.qml
+    platform/host/controls/ThinScrollBar.qml
     platform/host/controls/Tip.qml
     platform/host/controls/Toast.qml
     platform/host/controls/ToolBar.qml

@@ -1,6 +1,7 @@
 #include "platform/photos/PictureFolders.h"
 
 #include "platform/image/codecs/PictureFormats.h"
+#include "platform/photos/PhotoFolder.h"
 
 #include <QCoreApplication>
 #include <QFileInfo>
@@ -19,16 +20,17 @@ constexpr int kDeepest = 1;
 /// Enough to meet a picture in any folder for pictures, and soon looked through on a slow card.
 constexpr int kMostEntries = 5000;
 
-/// Whether the folder, or a folder in it, holds a picture by its name. What is hidden does not count; of a very large
-/// folder only a part is looked at.
+/// Whether the folder, or a folder in it, holds a picture by its name. What is hidden does not count, nor what lies in
+/// the folder to which this application saves; of a very large folder only a part is looked at.
 bool holdsPictures(const std::string& folder)
 {
+    const std::string own = photoLibraryFolder();
     std::error_code failure;
     fs::recursive_directory_iterator entry(folder, fs::directory_options::skip_permission_denied, failure);
     for (int left = kMostEntries; !failure && left > 0 && entry != fs::end(entry); --left, entry.increment(failure)) {
         const std::string name = entry->path().filename().string();
         std::error_code gone;
-        if (name.starts_with('.') || entry.depth() >= kDeepest)
+        if (name.starts_with('.') || entry.depth() >= kDeepest || entry->path().string() == own)
             entry.disable_recursion_pending();
         if (!name.starts_with('.') && pictureFormatForFileName(name) && entry->is_regular_file(gone))
             return true;
@@ -36,7 +38,13 @@ bool holdsPictures(const std::string& folder)
     return false;
 }
 
-/// Empty when there is none.
+} // namespace
+
+std::string picturesFolder()
+{
+    return QStandardPaths::writableLocation(QStandardPaths::PicturesLocation).toStdString();
+}
+
 std::string samplesFolder()
 {
     const QString told = qEnvironmentVariable("LAMINA_SAMPLES");
@@ -48,13 +56,6 @@ std::string samplesFolder()
     return QStandardPaths::locate(QStandardPaths::GenericDataLocation, QStringLiteral("lamina/samples"),
                                   QStandardPaths::LocateDirectory)
         .toStdString();
-}
-
-} // namespace
-
-std::string picturesFolder()
-{
-    return QStandardPaths::writableLocation(QStandardPaths::PicturesLocation).toStdString();
 }
 
 std::string samplesForBeginners()

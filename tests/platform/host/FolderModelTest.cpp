@@ -28,13 +28,19 @@ protected:
         writeFile(folder.path(name), "x");
         fs::last_write_time(folder.path(name), fs::file_time_type::clock::now() - std::chrono::minutes(minutesOld));
     }
-    /// What is shown, once it has been listed: folders end in "/", and a failure or a note stands alone.
+    /// What is shown below the way up, once it has been listed: folders end in "/", and a failure or a note stands
+    /// alone.
     Names shown()
     {
         EXPECT_TRUE(runUntil([this] { return !model.isLoading(); }));
         Names names;
-        for (const FolderEntry& entry : model.rows())
-            names.push_back(entry.name + (entry.isFolder ? "/" : ""));
+        const std::size_t first = model.parentFolder().isEmpty() ? 0 : 1;
+        for (std::size_t row = 0; row < model.rows().size(); ++row) {
+            const FolderEntry& entry = model.rows()[row];
+            EXPECT_EQ(entry.isParent, row < first);
+            if (row >= first)
+                names.push_back(entry.name + (entry.isFolder ? "/" : ""));
+        }
         for (const QString& text : {model.note(), model.error()})
             if (!text.isEmpty())
                 names.push_back(text.toStdString());
@@ -68,10 +74,11 @@ TEST_F(Folders, ShowFoldersFirstThenPictures)
     fs::create_symlink("zebra.webp", folder.path("link.png"));
 
     model.setFolder(path());
-    EXPECT_EQ(model.rowCount(), 0) << "nothing waits for the disk";
+    EXPECT_EQ(model.rowCount(), 1) << "nothing waits for the disk, and the way up is there";
+    EXPECT_EQ(model.rows().front().path, model.parentFolder().toStdString());
     EXPECT_EQ(shown(), (Names{"A/", "album.jpg/", "b/", "folder 9/", "folder 10/", "link.png", "zebra.webp",
                               "Ämter.heic", "img9.JPEG", "img10.jpg"}));
-    EXPECT_EQ(model.rows()[5].path, folder.path("link.png"));
+    EXPECT_EQ(model.rows()[6].path, folder.path("link.png"));
     model.setOrder(FolderModel::ByName);
     EXPECT_EQ(shown(), (Names{"A/", "album.jpg/", "b/", "folder 9/", "folder 10/", "Ämter.heic", "img9.JPEG",
                               "img10.jpg", "link.png", "zebra.webp"}));
@@ -116,6 +123,34 @@ TEST_F(Folders, SayWhyTheyCannotBeShownAndThatMoreIsThere)
     runFor(30); // its answer has nobody to go to
 }
 
+TEST_F(Folders, FindANameWhileItIsTyped)
+{
+    for (const char* const name : {"beach.jpg", "Bell.jpg", "berg see.jpg", "up.jpg"})
+        file(name);
+    model.setOrder(FolderModel::ByName);
+    shown(path()); // the way up, then these four
+    model.setTypingMemory(10'000);
+    EXPECT_EQ(model.rowForTyping(QStringLiteral(" "), 0), -1) << "it presses the row";
+    EXPECT_EQ(model.rowForTyping(QStringLiteral("u"), 0), 4) << "the way up has no name of its own";
+    // The same letter again goes on to the next such name, at once or after a pause.
+    EXPECT_EQ(model.rowForTyping(QStringLiteral("U"), 4), 4);
+    model.setTypingMemory(0);
+    model.rowForTyping(QStringLiteral("x"), 0);
+    int row = 0;
+    for (const int next : {1, 2, 3, 1}) {
+        runFor(1);
+        row = model.rowForTyping(QStringLiteral("b"), row);
+        EXPECT_EQ(row, next);
+    }
+    model.setTypingMemory(10'000);
+    row = 3;
+    for (const auto& [letter, next] : {std::pair{"b", 1}, {"E", 1}, {"r", 3}, {"g", 3}, {" ", 3}, {"x", -1}}) {
+        runFor(1);
+        row = model.rowForTyping(QString::fromLatin1(letter), row);
+        EXPECT_EQ(row, next) << letter;
+    }
+}
+
 TEST_F(Folders, BeginWhereThePicturesAre)
 {
     const Variable home("HOME", folder.path());
@@ -139,9 +174,12 @@ TEST_F(Folders, BeginWhereThePicturesAre)
     EXPECT_EQ(start(), (Names{"Pictures", "Pictures", "Home"}));
     samplesVariable.set(samples());
     EXPECT_EQ(start().front(), "Samples");
+    fs::create_directories(folder.path("Pictures/Lamina"));
+    file("Pictures/Lamina/made.png");
+    EXPECT_EQ(start().front(), "Samples") << "what was saved from here is not the user's own";
     file("Pictures/Camera/mine.png");
-    EXPECT_EQ(start(), (Names{"Pictures", "Pictures", "Home"}));
-    EXPECT_EQ(shown(), Names{"Camera/"});
+    EXPECT_EQ(start(), (Names{"Pictures", "Pictures", "Home", "Samples"})) << "the samples stay at hand";
+    EXPECT_EQ(shown(), (Names{"Camera/", "Lamina/"}));
 }
 
 } // namespace

@@ -21,6 +21,9 @@ Rectangle {
     readonly property bool losesWork: warning && answers.length === 2
     readonly property int safe: losesWork ? 1 : cancelIndex >= 0 ? cancelIndex : answers.length - 1
 
+    // The buttons, for whoever moves between them.
+    readonly property alias choices: buttons
+
     readonly property real inset: Tokens.space.l
     readonly property real above: warning ? 26 : Tokens.space.xl
     readonly property real between: warning ? Tokens.space.xxl : Tokens.space.xl
@@ -34,9 +37,6 @@ Rectangle {
     Accessible.name: headline
     Accessible.description: words
 
-    Keys.onUpPressed: scroller.contentY = Math.max(0, scroller.contentY - 40)
-    Keys.onDownPressed: scroller.contentY = Math.max(0, Math.min(scroller.contentY + 40, scroller.contentHeight - scroller.height))
-
     function focusSafe() {
         if (buttons.itemAt(safe))
             buttons.itemAt(safe).forceActiveFocus(Qt.TabFocusReason)
@@ -49,16 +49,18 @@ Rectangle {
             chosen(cancelIndex >= 0 ? cancelIndex : safe)
     }
 
-    Flickable {
+    ScrollPage {
         id: scroller
         x: panel.inset
         y: panel.above
         width: parent.width - 2 * panel.inset
         height: grid.y - panel.between - y
         contentHeight: column.height
-        interactive: contentHeight > height
+        reading: true
         clip: interactive
-        boundsBehavior: Flickable.StopAtBounds
+        Accessible.role: Accessible.Pane
+        Accessible.name: panel.words
+        Accessible.ignored: !interactive
 
         Column {
             id: column

@@ -9,6 +9,11 @@ FocusScope {
     // The UIViewController that this is the layout of.
     required property var controller
 
+    // What the screen is called, for those who can't see it.
+    property string name
+    // The key for a step back was pressed.
+    signal back()
+
     readonly property real lead: width - height
     readonly property bool low: height < Tokens.breakpoints.lowBelow
     readonly property bool lying: low && lead >= Tokens.breakpoints.lyingLead
@@ -30,4 +35,10 @@ FocusScope {
 
     anchors.fill: parent
     focus: true
+
+    Keys.onPressed: event => {
+        event.accepted = KeyTable.find("back", event.key, event.modifiers) >= 0
+        if (event.accepted)
+            back()
+    }
 }

@@ -16,7 +16,11 @@ Item {
     visible: due && running
     onRunningChanged: due = false
     onVisibleChanged: if (visible) cancel.forceActiveFocus()
-    Keys.onEscapePressed: cancelled()
+    Keys.onPressed: event => {
+        event.accepted = KeyTable.find("back", event.key, event.modifiers) >= 0
+        if (event.accepted)
+            cancelled()
+    }
 
     FontMetrics {
         id: letters

@@ -55,7 +55,7 @@ Repeater {
         }
 
         FocusRing {
-            shown: element.activeFocus
+            control: element
         }
     }
 }

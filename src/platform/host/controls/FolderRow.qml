@@ -14,25 +14,27 @@ T.ItemDelegate {
     // Only the name, as an answer of a sheet.
     property bool plain: false
     property bool danger: false
+    // One of a list's rows, not an answer.
+    property bool listed: false
 
     implicitHeight: Tokens.touch.listRow
     hoverEnabled: true
     focusPolicy: Qt.StrongFocus
     Accessible.name: name
-    Accessible.role: Accessible.Button
+    Accessible.selectable: listed
+    Accessible.selected: listed && activeFocus
+    Accessible.description: forward ? qsTranslate("Lamina", "Folder") : ""
+    Accessible.onPressAction: if (enabled) clicked()
     Keys.onReturnPressed: clicked()
     Keys.onEnterPressed: clicked()
 
     background: Rectangle {
         color: row.down ? Tokens.palette.cell : row.hovered ? Tokens.palette.panelRaised : "transparent"
-        Rectangle {
-            anchors.fill: parent
+        FocusRing {
             anchors.margins: 2
-            visible: row.visualFocus
+            inside: true
+            control: row
             radius: Tokens.radius.field
-            color: "transparent"
-            border.width: Tokens.focus.ring
-            border.color: Tokens.palette.focusRing
         }
     }
     contentItem: Item {

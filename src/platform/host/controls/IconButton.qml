@@ -2,18 +2,23 @@ import QtQuick
 import QtQuick.Templates as T
 import Lamina
 
-// A button that is only an icon. It has a name for those who hear the screen, and shows it to a pointer that rests.
+// A button that is only an icon. It has a name for those who hear the screen, and shows it to a pointer that rests and to
+// the keyboard.
 T.Button {
     id: button
 
     required property string iconName
     required property string name
+    // What it does in the KeyTable, where keys do it too.
+    property string command
 
     implicitWidth: Tokens.touch.iconButton
     implicitHeight: Tokens.touch.iconButton
     hoverEnabled: true
     focusPolicy: Qt.StrongFocus
     Accessible.name: name
+    Accessible.description: Theme.spoken(KeyTable.words(command), enabled)
+    Accessible.onPressAction: if (enabled) clicked()
     Keys.onReturnPressed: clicked()
     Keys.onEnterPressed: clicked()
 
@@ -22,7 +27,7 @@ T.Button {
         color: button.hovered && button.enabled ? Tokens.palette.outline : "transparent"
         FocusRing {
             radius: parent.radius
-            shown: button.visualFocus
+            control: button
         }
     }
     contentItem: Item {
@@ -38,6 +43,7 @@ T.Button {
     Tip {
         id: tip
         text: button.name
-        shown: button.hovered && button.enabled && !button.down
+        command: button.command
+        shown: !button.down && ((button.hovered && button.enabled) || (button.activeFocus && Host.focusVisible))
     }
 }

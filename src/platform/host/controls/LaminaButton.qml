@@ -23,6 +23,8 @@ T.Button {
     hoverEnabled: true
     focusPolicy: Qt.StrongFocus
     Accessible.name: text
+    Accessible.description: Theme.spoken("", enabled)
+    Accessible.onPressAction: if (enabled) clicked()
     Keys.onReturnPressed: clicked()
     Keys.onEnterPressed: clicked()
 
@@ -59,7 +61,7 @@ T.Button {
             opacity: button.enabled || button.filled ? 1 : Tokens.opacity.disabled
             FocusRing {
                 radius: parent.radius
-                shown: button.visualFocus
+                control: button
             }
         }
     }

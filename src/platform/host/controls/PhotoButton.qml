@@ -1,9 +1,8 @@
 import QtQuick
-import QtQuick.Templates as T
 import Lamina
 
 // Selects one photo of a composition: how it looks now, its name, and where it lies.
-T.Button {
+ChoiceButton {
     id: button
 
     required property string title
@@ -18,14 +17,9 @@ T.Button {
     // The texts may shrink to their width, their lines don't.
     implicitHeight: slim ? Tokens.bars.selector
         : Math.max(Tokens.bars.selector, titleText.lineHeight + captionText.lineHeight + Tokens.space.m)
-    hoverEnabled: true
-    focusPolicy: Qt.StrongFocus
+    chosen: selected
     Accessible.name: title
-    Accessible.description: caption
-    Accessible.checkable: true
-    Accessible.checked: selected
-    Keys.onReturnPressed: clicked()
-    Keys.onEnterPressed: clicked()
+    Accessible.description: Theme.spoken(caption, enabled)
 
     background: Rectangle {
         radius: Tokens.radius.selector
@@ -34,7 +28,7 @@ T.Button {
         border.color: button.selected ? Tokens.palette.accentText : Tokens.palette.hairline
         FocusRing {
             radius: parent.radius
-            shown: button.visualFocus
+            control: button
         }
     }
     contentItem: Item {

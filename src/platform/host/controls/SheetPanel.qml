@@ -7,7 +7,9 @@ Item {
     id: sheet
 
     property bool card: false
+    property string iconName
     property string title
+    property string subtitle
     property string closeName: qsTranslate("Lamina", "Close")
     // Off: there is no way out but an answer.
     property bool closable: true
@@ -16,7 +18,8 @@ Item {
     required property real contentHeight
     signal closed()
 
-    readonly property real head: (card ? 0 : 10) + Math.max(56, heading.height + Tokens.space.m)
+    readonly property real head: (card ? 0 : 10) + headRow
+    readonly property real headRow: Math.max(56, words.height + (subtitle === "" ? Tokens.space.m : Tokens.space.xxl + Tokens.space.s))
     readonly property real cardWidth: Math.min(480, width - 2 * Tokens.space.l)
     readonly property real panelHeight: Math.min(head + contentHeight + Tokens.space.l, height - Tokens.space.xxl)
 
@@ -85,17 +88,38 @@ Item {
                 radius: 3
                 color: Tokens.palette.textDisabled
             }
-            StyledText {
-                id: heading
+            Icon {
+                id: sign
+                visible: sheet.iconName !== ""
                 anchors.left: parent.left
-                anchors.leftMargin: Tokens.space.sheetMargin
+                anchors.leftMargin: visible ? Tokens.space.sheetMargin : 0
+                anchors.verticalCenter: close.verticalCenter
+                name: sheet.iconName
+                size: visible ? 48 : 0
+            }
+            Column {
+                id: words
+                anchors.left: sign.right
+                anchors.leftMargin: sign.visible ? Tokens.space.l : Tokens.space.sheetMargin
                 anchors.right: close.left
                 anchors.verticalCenter: close.verticalCenter
-                text: sheet.title
-                role: Tokens.type.title
-                maximumLineCount: 1
-                Accessible.role: Accessible.Heading
-                Accessible.name: text
+                StyledText {
+                    width: parent.width
+                    text: sheet.title
+                    role: Tokens.type.title
+                    maximumLineCount: 1
+                    Accessible.role: Accessible.Heading
+                    Accessible.name: text
+                }
+                StyledText {
+                    visible: text !== ""
+                    width: parent.width
+                    text: sheet.subtitle
+                    role: Tokens.type.caption
+                    color: Tokens.palette.textSecondary
+                    maximumLineCount: 1
+                    Accessible.name: text
+                }
             }
             IconButton {
                 id: close
@@ -103,9 +127,10 @@ Item {
                 anchors.right: parent.right
                 anchors.rightMargin: Tokens.space.s
                 anchors.bottom: parent.bottom
-                anchors.bottomMargin: (Math.max(56, heading.height + Tokens.space.m) - height) / 2
+                anchors.bottomMargin: (sheet.headRow - height) / 2
                 iconName: "YMSIconCancel"
                 name: sheet.closeName
+                command: "back"
                 onClicked: sheet.closed()
             }
         }

@@ -17,6 +17,12 @@ QtObject {
         return Math.max(Tokens.type.minimum, Math.round(points * textScale))
     }
 
+    // A control's description for those who hear the screen. Qt tells nobody that a control is disabled; the words do.
+    function spoken(description, enabled) {
+        const unavailable = qsTranslate("Lamina", "Not available now")
+        return enabled ? description : description === "" ? unavailable : unavailable + ". " + description
+    }
+
     // Milliseconds that a movement takes.
     function duration(milliseconds) {
         return reducedMotion ? 0 : milliseconds

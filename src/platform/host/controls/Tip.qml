@@ -1,11 +1,14 @@
 import QtQuick
 import Lamina
 
-// The name of a control without a text, under it (over it at the window's foot), while a pointer rests there.
+// The name of a control without a text, and its keys, under it (over it at the window's foot), while a pointer rests
+// there or the keyboard has led there.
 Rectangle {
     id: tip
 
     property string text
+    // Of the KeyTable; empty: no keys.
+    property string command
     property bool shown: false
 
     visible: false
@@ -21,8 +24,8 @@ Rectangle {
         const right = left + width - (Window.width - Tokens.space.s)
         return visible ? Math.max(0, Tokens.space.s - left) - Math.max(0, right) : 0
     }
-    width: name.implicitWidth + 2 * Tokens.space.s
-    height: name.implicitHeight + Tokens.space.s
+    width: row.implicitWidth + 2 * Tokens.space.s
+    height: row.implicitHeight + Tokens.space.s
     radius: Tokens.radius.field
     color: Tokens.palette.panelAlert
     border.width: 1
@@ -42,12 +45,20 @@ Rectangle {
         interval: 600
         onTriggered: tip.visible = true
     }
-    StyledText {
-        id: name
+    Row {
+        id: row
         anchors.centerIn: parent
-        text: tip.text
-        role: Tokens.type.caption
-        wrapMode: Text.NoWrap
-        Accessible.ignored: true
+        spacing: Tokens.space.s
+        StyledText {
+            anchors.verticalCenter: parent.verticalCenter
+            text: tip.text
+            role: Tokens.type.caption
+            wrapMode: Text.NoWrap
+            Accessible.ignored: true
+        }
+        KeyCaps {
+            visible: tip.command !== ""
+            command: tip.visible ? tip.command : ""
+        }
     }
 }

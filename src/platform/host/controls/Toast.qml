@@ -90,7 +90,7 @@ Item {
             onClicked: toast.acted()
             background: FocusRing {
                 radius: Tokens.radius.pill
-                shown: act.visualFocus
+                control: act
             }
             contentItem: Item {
                 StyledText {

@@ -1,9 +1,8 @@
 import QtQuick
-import QtQuick.Templates as T
 import Lamina
 
 // A tool in a bar: its icon over its name. Which one is active, which cell is grey and what is on, the controller says.
-T.Button {
+ChoiceButton {
     id: cell
 
     required property string label
@@ -16,20 +15,16 @@ T.Button {
 
     implicitWidth: 68
     implicitHeight: Math.max(Tokens.touch.toolCell, name.y + name.implicitHeight + 9)
-    hoverEnabled: true
-    focusPolicy: Qt.StrongFocus
+    chosen: current
     Accessible.name: label
-    Accessible.checkable: true
-    Accessible.checked: current
-    Keys.onReturnPressed: clicked()
-    Keys.onEnterPressed: clicked()
+    Accessible.description: Theme.spoken("", enabled)
 
     background: Rectangle {
         radius: Tokens.radius.cell
         color: cell.gray ? Tokens.palette.cell : cell.hovered && cell.enabled ? Tokens.palette.panelRaised : "transparent"
         FocusRing {
             radius: parent.radius
-            shown: cell.visualFocus
+            control: cell
         }
     }
     contentItem: Item {

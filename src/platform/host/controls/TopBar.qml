@@ -31,6 +31,7 @@ Item {
         anchors.verticalCenter: parent.verticalCenter
         iconName: "back"
         name: bar.backName
+        command: "back"
         onClicked: bar.back()
     }
     StyledText {
@@ -43,6 +44,7 @@ Item {
         wrapMode: Text.NoWrap
         Accessible.role: Accessible.Heading
         Accessible.name: text
+        Accessible.ignored: text === ""
     }
     Row {
         id: right

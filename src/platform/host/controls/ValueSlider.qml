@@ -18,7 +18,18 @@ T.Slider {
     focusPolicy: Qt.StrongFocus
     hoverEnabled: true
     Accessible.name: name
-    Accessible.description: words
+    Accessible.description: Theme.spoken(words, enabled)
+    Accessible.onIncreaseAction: step(increase)
+    Accessible.onDecreaseAction: step(decrease)
+
+    function step(change) {
+        change()
+        moved()
+    }
+
+    // The range by the names under which assistive technologies are told of it.
+    readonly property real minimumValue: from
+    readonly property real maximumValue: to
 
     background: Item {
         Rectangle {
@@ -63,7 +74,7 @@ T.Slider {
         border.color: Tokens.palette.sliderThumbRing
         FocusRing {
             radius: parent.radius
-            shown: slider.visualFocus
+            control: slider
         }
     }
 }

@@ -14,20 +14,22 @@ ViewCanvas {
     Accessible.role: Accessible.Graphic
     Accessible.focusable: true
 
+    // By the place of a key in the table; -1 is none.
+    function nudge(way, points) {
+        const ways = [[-1, 0], [1, 0], [0, -1], [0, 1]]
+        if (way >= 0)
+            controller.nudge(points * ways[way][0], points * ways[way][1])
+        return way >= 0
+    }
+    function zoom(way) {
+        if (way >= 0)
+            controller.zoomBy(way === 1 ? 1 / zoomStep : zoomStep)
+        return way >= 0
+    }
+
     Keys.onPressed: event => {
-        const far = event.modifiers & Qt.ShiftModifier ? 10 : 1
-        const ways = { [Qt.Key_Left]: [-far, 0], [Qt.Key_Right]: [far, 0], [Qt.Key_Up]: [0, -far], [Qt.Key_Down]: [0, far] }
-        event.accepted = true
-        if (event.modifiers & (Qt.ControlModifier | Qt.AltModifier))
-            event.accepted = false
-        else if (event.key in ways)
-            controller.nudge(ways[event.key][0], ways[event.key][1])
-        else if (event.key === Qt.Key_Plus || event.key === Qt.Key_Equal)
-            controller.zoomBy(zoomStep)
-        else if (event.key === Qt.Key_Minus)
-            controller.zoomBy(1 / zoomStep)
-        else
-            event.accepted = false
+        const pressed = command => KeyTable.find(command, event.key, event.modifiers)
+        event.accepted = nudge(pressed("move"), 1) || nudge(pressed("moveFar"), 10) || zoom(pressed("zoom"))
     }
 
     CanvasControls {
@@ -36,6 +38,7 @@ ViewCanvas {
 
     FocusRing {
         z: 1
-        shown: canvas.visualFocus
+        control: canvas
+        inside: canvas.width + 2 * (Tokens.focus.gap + Tokens.focus.ring) > canvas.Window.width
     }
 }

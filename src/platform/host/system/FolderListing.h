@@ -17,6 +17,7 @@ struct FolderEntry {
     std::string name;
     std::string path; ///< absolute
     bool isFolder = false;
+    bool isParent = false; ///< the way up: a folder that is shown by another name
 };
 
 /// What a folder holds, as far as it is to be shown.

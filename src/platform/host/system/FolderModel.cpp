@@ -9,6 +9,7 @@
 #include <QFileInfo>
 #include <QLocale>
 
+#include <algorithm>
 #include <string>
 #include <utility>
 
@@ -30,8 +31,9 @@ std::vector<Place> findPlaces(const std::string& samples)
     return places;
 }
 
-std::string startFolder(const std::string& samples)
+std::string startFolder()
 {
+    const std::string samples = samplesForBeginners();
     if (!samples.empty())
         return samples;
     const std::string pictures = picturesFolder();
@@ -71,7 +73,10 @@ struct FolderModel::Listing {
 };
 
 FolderModel::FolderModel(QObject* parent)
-    : ListModel({{"name", &FolderEntry::name}, {"path", &FolderEntry::path}, {"isFolder", &FolderEntry::isFolder}},
+    : ListModel({{"name", &FolderEntry::name},
+                 {"path", &FolderEntry::path},
+                 {"isFolder", &FolderEntry::isFolder},
+                 {"isParent", &FolderEntry::isParent}},
                 parent)
 {
 }
@@ -93,8 +98,8 @@ void FolderModel::setFolder(const QString& folder)
         refresh();
         return;
     }
-    clear();
     m_folder = absolute;
+    clear();
     list(false);
     emit folderChanged();
     emit titleChanged();
@@ -125,6 +130,32 @@ void FolderModel::setOrder(Order order)
     refresh();
 }
 
+int FolderModel::rowForTyping(const QString& text, int current)
+{
+    const bool goesOn = !m_typed.isEmpty() && !m_typedUntil.hasExpired();
+    // A space at the start presses the row.
+    if (text.isEmpty() || !text.front().isPrint() || (!goesOn && text.front().isSpace()))
+        return -1;
+    m_typed = goesOn ? m_typed + text : text;
+    m_typedUntil.setRemainingTime(m_typingMemory);
+    const bool oneLetter = m_typed.count(m_typed.front(), Qt::CaseInsensitive) == m_typed.size();
+    if (const int row = findRow(m_typed, m_typed.size() == 1 ? current + 1 : current); row >= 0 || !oneLetter)
+        return row;
+    return findRow(m_typed.first(1), current + 1);
+}
+
+/// The first row from `first` on, round the list, whose name begins so; the way up has no name of its own.
+int FolderModel::findRow(const QString& start, int first) const
+{
+    for (int i = 0; i < count(); ++i) {
+        const int row = (std::max(0, first) + i) % count();
+        const FolderEntry& entry = rows()[static_cast<std::size_t>(row)];
+        if (!entry.isParent && QString::fromStdString(entry.name).startsWith(start, Qt::CaseInsensitive))
+            return row;
+    }
+    return -1;
+}
+
 void FolderModel::openStart()
 {
     clear();
@@ -137,9 +168,18 @@ void FolderModel::refresh()
         list(false);
 }
 
+/// The way up goes first.
+void FolderModel::resetTo(std::vector<FolderEntry> entries)
+{
+    if (hasParent())
+        entries.insert(entries.begin(),
+                       {localizedString("Up one folder"), parentFolder().toStdString(), true, true});
+    reset(std::move(entries));
+}
+
 void FolderModel::clear()
 {
-    reset({});
+    resetTo({});
     m_error.clear();
     m_note.clear();
 }
@@ -161,10 +201,9 @@ void FolderModel::list(bool start)
             Listing listing{cancelled, folder, FolderContents(), {}};
             if (*cancelled)
                 return listing;
-            const std::string samples = samplesForBeginners();
             if (start)
-                listing.folder = startFolder(samples);
-            listing.places = findPlaces(samples);
+                listing.folder = startFolder();
+            listing.places = findPlaces(samplesFolder());
             listing.contents = listFolder(listing.folder, order, limit, *cancelled);
             return listing;
         },
@@ -185,7 +224,7 @@ void FolderModel::show(Listing listing)
     m_note = found ? noteOn(*found) : QString();
     m_error = found ? QString() : QString::fromStdString(localizedString(found.error().cause));
     m_cancelled = nullptr;
-    reset(found ? std::move(listing.contents->entries) : std::vector<FolderEntry>());
+    resetTo(found ? std::move(listing.contents->entries) : std::vector<FolderEntry>());
     if (placesMoved)
         emit placesChanged();
     if (moved)

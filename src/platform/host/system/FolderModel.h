@@ -3,6 +3,7 @@
 #include "platform/host/system/FolderListing.h"
 #include "platform/view/ListModel.h"
 
+#include <QDeadlineTimer>
 #include <QVariantList>
 
 #include <atomic>
@@ -12,9 +13,9 @@
 
 namespace lamina {
 
-/// A folder as the chooser in the window shows it: the folders in it, then its pictures, as `name`, `path` and
-/// `isFolder`. Listed in the background; until then it is empty and `loading`. It does not look by itself whether
-/// something has changed. Main thread.
+/// A folder as the chooser in the window shows it, as `name`, `path`, `isFolder` and `isParent`: the way up, the folders
+/// in it, then its pictures. Listed in the background; until then it has at most the way up, and is `loading`. It does
+/// not look by itself whether something has changed. Main thread.
 class FolderModel : public ListModel<FolderEntry> {
     Q_OBJECT
     /// Absolute and without ".." when read. What is set may be relative; setting the same folder again lists it anew.
@@ -29,8 +30,10 @@ class FolderModel : public ListModel<FolderEntry> {
     Q_PROPERTY(QString error READ error NOTIFY stateChanged FINAL)
     /// What to say about the list, such as that it is not all; mostly empty.
     Q_PROPERTY(QString note READ note NOTIFY stateChanged FINAL)
-    /// Maps {name, path}: the user's pictures, their home, and the samples while there are no pictures. Empty until a
-    /// folder has been listed.
+    /// Whether there is neither a folder nor a picture in it.
+    Q_PROPERTY(bool empty READ isEmpty NOTIFY stateChanged FINAL)
+    /// Maps {name, path}: the user's pictures, their home, and the samples where there are any. Empty until a folder
+    /// has been listed.
     Q_PROPERTY(QVariantList places READ places NOTIFY placesChanged FINAL)
 
 public:
@@ -57,8 +60,16 @@ public:
     bool isLoading() const { return m_cancelled != nullptr; }
     QString error() const { return m_error; }
     QString note() const { return m_note; }
+    bool isEmpty() const { return count() == (hasParent() ? 1 : 0); }
     QVariantList places() const { return m_places; }
     void setLimit(std::size_t entries) { m_limit = entries; }
+
+    /// How long letters that are typed one after another make one name; default a second.
+    void setTypingMemory(int milliseconds) { m_typingMemory = milliseconds; }
+    /// Takes what was typed further, and gives the row whose name begins with all of it, in any case: the next one
+    /// after `current`, round the list, or `current` itself while more letters follow. One letter again and again goes
+    /// from one such name to the next. -1: there is none, or nothing to be seen was typed.
+    Q_INVOKABLE int rowForTyping(const QString& text, int current);
 
     /// Goes where choosing begins: the user's pictures; the samples while there are none; their home without either.
     Q_INVOKABLE void openStart();
@@ -74,6 +85,9 @@ signals:
 
 private:
     struct Listing;
+    bool hasParent() const { return !parentFolder().isEmpty(); }
+    void resetTo(std::vector<FolderEntry> entries);
+    int findRow(const QString& start, int first) const;
     void clear();
     void list(bool start);
     void show(Listing listing);
@@ -82,6 +96,9 @@ private:
     QString m_folder;
     Order m_order = NewestFirst;
     std::size_t m_limit = kDefaultLimit;
+    int m_typingMemory = 1000;
+    QString m_typed;
+    QDeadlineTimer m_typedUntil;
     QString m_error;
     QString m_note;
     QVariantList m_places;

@@ -84,6 +84,10 @@ TEST_F(Alerts, BeginWithTheSafeAnswerAndEscNeverLosesWork)
         SCOPED_TRACE(c.question.title);
         ask(c.question);
         EXPECT_EQ(driver->focusedName().toStdString(), c.focused);
+        driver->press(Qt::Key_Right);
+        EXPECT_EQ(driver->ringedName() != QLatin1String(c.focused), c.question.answers.size() > 1);
+        driver->press(Qt::Key_Up);
+        EXPECT_EQ(driver->ringedName().toStdString(), c.focused) << "an arrow back";
         driver->press(Qt::Key_Escape);
         EXPECT_EQ(answered, c.escape);
         EXPECT_EQ(driver->top<UIAlertController>() != nullptr, answered.empty());

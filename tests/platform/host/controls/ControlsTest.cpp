@@ -163,7 +163,7 @@ TEST_F(Controls, ACanvasTellsOfItsElementsAndIsWorkedByKeys)
          {std::shared_ptr<UIView>(dial), std::shared_ptr<UIView>(button), std::shared_ptr<UIView>(outside)})
         screen.canvas->addSubview(view);
     QQuickItem* const canvas = show("WorkCanvas { width: 300; height: 300 }");
-    canvas->setParentItem(driver->application().bridge().focusFrame()); // Tab goes round in there
+    driver->application().bridge().giveFocusTo(canvas->parentItem()); // Tab goes round in there
     canvas->setProperty("controller", QVariant::fromValue<QObject*>(&screen));
     driver->grab();
 

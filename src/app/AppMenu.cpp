@@ -1,0 +1,43 @@
+#include "app/AppMenu.h"
+
+#include "app/MainStoryboard.h"
+#include "platform/base/Localization.h"
+#include "platform/view/UIAlertController.h"
+#include "platform/view/UIStoryboard.h"
+
+#include <memory>
+
+namespace lamina {
+
+void presentAppMenu(UIViewController& over)
+{
+    using Page = AboutViewController::Page;
+    const auto opens = [screen = over.weak_from_this()](Page page) {
+        return [screen, page] {
+            if (const auto still = screen.lock())
+                presentAbout(*still, page);
+        };
+    };
+    over.present(
+        UIAlertController::make(localizedString("Menu"), "",
+                                {{localizedString("Keys"), UIAlertActionStyle::Default, opens(Page::Keys)},
+                                 {localizedString("About Lamina"), UIAlertActionStyle::Default, opens(Page::About)},
+                                 {localizedString("Cancel"), UIAlertActionStyle::Cancel, {}}},
+                                UIAlertControllerStyle::ActionSheet),
+        true);
+}
+
+void presentAbout(UIViewController& over, AboutViewController::Page page)
+{
+    if (auto* const shown = dynamic_cast<AboutViewController*>(&over)) {
+        shown->setPage(page);
+        return;
+    }
+    const auto card = UIStoryboard::named(kMainStoryboard)->instantiate<AboutViewController>(scene::kAbout);
+    if (!card)
+        return;
+    card->setPage(page);
+    over.present(card, true);
+}
+
+} // namespace lamina

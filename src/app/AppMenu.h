@@ -1,0 +1,12 @@
+#pragma once
+
+#include "app/AboutViewController.h"
+
+namespace lamina {
+
+/// The application's own menu, over a screen: the keys, and what this is.
+void presentAppMenu(UIViewController& over);
+/// The card about the application with this page; where `over` is such a card, it turns to the page.
+void presentAbout(UIViewController& over, AboutViewController::Page page);
+
+} // namespace lamina
