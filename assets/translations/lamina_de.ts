@@ -65,7 +65,7 @@
     </message>
     <message>
         <source>Bring the photo back</source>
-        <translation type="unfinished"></translation>
+        <translation>Foto zurückholen</translation>
     </message>
     <message>
         <source>Camera</source>
