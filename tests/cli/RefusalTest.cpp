@@ -160,7 +160,7 @@ TEST_F(Refusals, PipelinesThatAreNotUnderstoodNameTheirFault)
         return Refusal{"filter --pipeline " + file + " -i small.png -o out.png", 3, "lamina: " + file + ": " + message};
     };
     expect({
-        refused("no.json", "there is no such file"),
+        refused("no.json", "no such file"),
         refused("bad.json", "is not JSON"),
         refused("name.json", "'GPUImageSepia': there is no such filter; did you mean GPUImageSepiaFilter?"),
         refused("two.json", "'GPUImageDissolveBlendFilter': needs 2 pictures; a pipeline takes filters of one"),
