@@ -448,6 +448,10 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>the file is too large</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>the file is too large for the device</source>
         <translation type="unfinished"></translation>
     </message>

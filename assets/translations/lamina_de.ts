@@ -448,6 +448,10 @@
         <translation>die Datei liegt nicht auf diesem Gerät</translation>
     </message>
     <message>
+        <source>the file is too large</source>
+        <translation>die Datei ist zu groß</translation>
+    </message>
+    <message>
         <source>the file is too large for the device</source>
         <translation>die Datei ist zu groß für das Gerät</translation>
     </message>
