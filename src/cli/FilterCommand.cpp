@@ -16,7 +16,8 @@ constexpr const char* kFooter =
     R"(The pictures fill the filter's inputs in the order in which they stand; the first gives the size.
 
 Values are numbers (0.8), whole numbers, flags (0 or 1), points (X,Y), sizes (WxH), colours (R,G,B),
-vectors (A,B,C,D) or matrices, whose rows are separated by ; and need quotes in a shell.
+vectors (A,B,C,D), names of files, one of a few names, or lists of points and matrices, whose rows are
+separated by ; and need quotes in a shell. Operations take several values with commas between them.
 'lamina filters' lists all filters, 'lamina filters NAME' one with its properties, units and defaults.
 
 Examples: lamina filter GPUImageSepiaFilter -i beach.jpg --set intensity=0.8 -o sepia.jpg
@@ -95,6 +96,8 @@ Result<std::vector<UIImage>> FilterCommand::read()
     if (isPipeline()) {
         if (const Outcome chain = readPipeline(); !chain)
             return chain.error();
+    } else if (const Outcome usable = checkSettings(*m_filter, m_filterSettings); !usable) {
+        return usable.error();
     }
     return PictureCommand::read();
 }

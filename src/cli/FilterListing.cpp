@@ -74,13 +74,32 @@ std::string argumentTypes(const FilterSelector& selector)
     return types;
 }
 
+/// The arguments that change nothing: "0,1,1".
+std::string startOf(const FilterSelector& selector)
+{
+    std::string start;
+    for (const TypedValue& argument : selector.arguments)
+        start += (start.empty() ? "" : ",") + formatValue(argument);
+    return start;
+}
+
 std::string propertyAsText(const FilterProperty& property)
 {
     const ValueKind& kind = kindOf(property.fallback);
     std::string details(kind.name);
     for (const std::string& part : {formatRange(property.range), property.unit})
         details += part.empty() ? "" : ", " + part;
-    return listedValue(property.name + "=" + std::string(kind.syntax), property.help, details, &property.fallback);
+    return listedValue(property.name + "=" + std::string(kind.syntax), property.help, details,
+                       formatValue(property.fallback).empty() ? nullptr : &property.fallback);
+}
+
+std::string selectorAsText(const FilterSelector& selector)
+{
+    std::string syntax = selector.name;
+    for (const TypedValue& argument : selector.arguments)
+        syntax += (&argument == &selector.arguments.front() ? "=" : ",") + std::string(kindOf(argument).syntax);
+    const std::string types = argumentTypes(selector);
+    return listedValue(syntax, selector.help, types.empty() ? "" : types + " [" + startOf(selector) + "]", nullptr);
 }
 
 std::string entryAsText(const FilterDescription& filter)
@@ -89,6 +108,8 @@ std::string entryAsText(const FilterDescription& filter)
     std::string text = listedHeading(filter.className + inputs, helpOf(filter));
     for (const FilterProperty& property : filter.properties)
         text += propertyAsText(property);
+    for (const FilterSelector& selector : filter.selectors)
+        text += selectorAsText(selector);
     return text;
 }
 
@@ -99,9 +120,11 @@ std::string exampleOf(const FilterDescription& filter)
         example += filter.inputs == 1 ? " -i in.png" : " -i in" + std::to_string(i) + ".png";
     if (!filter.properties.empty()) {
         const FilterProperty& property = filter.properties.front();
-        const std::string setting = property.name + "=" + formatValue(property.fallback);
+        const std::string setting = property.name + "=" + exampleOf(property.fallback);
         const bool quoted = setting.find_first_of("; ") != std::string::npos;
         example += " --set " + (quoted ? "'" + setting + "'" : setting);
+    } else if (!filter.selectors.empty()) {
+        example += " --set " + argumentExample(filter.selectors.front());
     }
     return example + " -o out.png";
 }
@@ -143,7 +166,10 @@ Json entryAsJson(const FilterDescription& filter)
         Json arguments = Json::array();
         for (const TypedValue& argument : selector.arguments)
             arguments.push_back(kindOf(argument).name);
-        selectors.push_back({{"name", selector.name}, {"arguments", std::move(arguments)}});
+        selectors.push_back({{"name", selector.name},
+                             {"arguments", std::move(arguments)},
+                             {"default", startOf(selector)},
+                             {"about", selector.help}});
     }
     return {{"name", filter.className},
             {"family", filter.family},
@@ -155,11 +181,20 @@ Json entryAsJson(const FilterDescription& filter)
             {"selectors", std::move(selectors)}};
 }
 
+/// A bar would end the cell.
+std::string inTable(std::string_view text)
+{
+    std::string escaped;
+    for (const char letter : text)
+        escaped += letter == '|' ? "\\|" : std::string(1, letter);
+    return escaped;
+}
+
 std::string propertyAsMarkdown(const FilterProperty& property)
 {
     const ValueKind& kind = kindOf(property.fallback);
-    return "| `" + property.name + "` | " + std::string(kind.name) + " `" + std::string(kind.syntax) + "` | `" +
-           formatValue(property.fallback) + "` | " + formatRange(property.range) + " | " + property.unit + " | " +
+    return "| `" + property.name + "` | " + std::string(kind.name) + " `" + inTable(kind.syntax) + "` | `" +
+           exampleOf(property.fallback) + "` | " + formatRange(property.range) + " | " + property.unit + " | " +
            property.help + " |\n";
 }
 
@@ -175,6 +210,13 @@ std::string selectorsAsMarkdown(const FilterDescription& filter)
     return selectors;
 }
 
+std::string selectorAsMarkdown(const FilterSelector& selector)
+{
+    const std::string start = startOf(selector);
+    return "| `" + selector.name + "` | " + argumentTypes(selector) + " | " + (start.empty() ? "" : "`" + start + "`") +
+           " | " + selector.help + " |\n";
+}
+
 std::string entryAsMarkdown(const FilterDescription& filter)
 {
     std::string text = "### " + filter.className + "\n\n" + helpOf(filter) + ".";
@@ -185,6 +227,10 @@ std::string entryAsMarkdown(const FilterDescription& filter)
         text += "\n| property | type | default | useful values | unit | meaning |\n|---|---|---|---|---|---|\n";
     for (const FilterProperty& property : filter.properties)
         text += propertyAsMarkdown(property);
+    if (!filter.selectors.empty())
+        text += "\n| operation | values | without effect | meaning |\n|---|---|---|---|\n";
+    for (const FilterSelector& selector : filter.selectors)
+        text += selectorAsMarkdown(selector);
     if (const std::string selectors = selectorsAsMarkdown(filter); !selectors.empty())
         text += "\nIn a pipeline: " + selectors + ".\n";
     return text + "\n";
@@ -197,8 +243,10 @@ filter's page: `lamina filters NAME`; for programs: `lamina filters --json`.
 
     lamina filter GPUImageSepiaFilter -i beach.jpg --set intensity=0.8 -o sepia.jpg
 
-*Useful values* are advice for sliders, for each component; a filter takes others too. In a pipeline a number is written
-`float(V)`, a point `CGPoint(X, Y)`, and whatever else `NSString(...)` with the text that `--set` would take:
+*Useful values* are advice for sliders, for each component; a filter takes others too. An operation of several values is
+written `--set setColorRed:green:blue:=0.6,0.45,0.3`, or `--set setColorRed=0.6,0.45,0.3`, and one without values by its
+name alone; whatever is set acts in the order given. In a pipeline a number is written `float(V)`, a point
+`CGPoint(X, Y)`, and whatever else `NSString(...)` with the text that `--set` would take; operations take lists of these:
 
     {"Filters": [{"FilterName": "GPUImageSepiaFilter", "Attributes": {"setIntensity:": "float(0.8)"}}]}
 
@@ -225,8 +273,6 @@ std::string filtersAsText(const FilterRegistry& registry)
 std::string filterAsText(const FilterDescription& filter)
 {
     std::string text = capitalised(filter.family) + " filter:\n" + entryAsText(filter);
-    for (const FilterSelector& selector : filter.selectors)
-        text += "      In a pipeline also " + selector.name + " (" + argumentTypes(selector) + ").\n";
     return text + "\nExample: " + exampleOf(filter) + "\n";
 }
 

@@ -16,8 +16,8 @@ std::string filterAsText(const FilterDescription& filter);
 std::string filtersAsJson(const FilterRegistry& registry);
 
 /// An object {"name", "family", "inputs", "about", "properties": [{"name", "type", "syntax", "default", "minimum",
-/// "maximum", "unit", "about", "pipeline"}], "selectors": [{"name", "arguments"}]}. Defaults are numbers and booleans
-/// where the type is one, else texts as `--set` takes them; what there is none of is left out.
+/// "maximum", "unit", "about", "pipeline"}], "selectors": [{"name", "arguments", "default", "about"}]}. Defaults are
+/// numbers and booleans where the type is one, else texts as `--set` takes them; what there is none of is left out.
 std::string filterAsJson(const FilterDescription& filter);
 
 /// All filters as a page of Markdown.

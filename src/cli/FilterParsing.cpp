@@ -15,11 +15,13 @@ namespace {
 
 std::string unknownProperty(const FilterDescription& filter, std::string_view name)
 {
-    if (filter.properties.empty())
-        return filter.className + " has no properties to set";
     std::vector<std::string_view> names;
     for (const FilterProperty& property : filter.properties)
         names.push_back(property.name);
+    for (const FilterSelector& selector : filter.selectors)
+        names.push_back(selector.name);
+    if (names.empty())
+        return filter.className + " has no properties to set";
     return filter.className + " has no property '" + beginning(name) + "'; " + didYouMean(name, names);
 }
 
@@ -29,8 +31,55 @@ Result<TypedValue> parseProperty(const FilterProperty& property, std::string_vie
     Result<TypedValue> value = parseNamedValue(property.name, text, kindOf(property.fallback), property.unit);
     if (value)
         return value;
-    return Error{property.name,
-                 value.error().cause + ", as in " + property.name + "=" + formatValue(property.fallback)};
+    return Error{property.name, value.error().cause + ", as in " + property.name + "=" + exampleOf(property.fallback)};
+}
+
+/// "setMin:gamma: takes 2 values, not 3, as in setMin:gamma:=0,1".
+Result<std::vector<TypedValue>> parseArguments(const FilterSelector& selector,
+                                               const std::vector<std::string_view>& fields)
+{
+    const std::string asIn = ", as in " + argumentExample(selector);
+    const std::size_t wanted = selector.arguments.size();
+    if (fields.size() != wanted) {
+        return Error{selector.name, selector.name + " takes " + std::to_string(wanted) +
+                                        (wanted == 1 ? " value, not " : " values, not ") +
+                                        std::to_string(fields.size()) + asIn};
+    }
+    const std::vector<std::string_view> keywords = fieldsOf(selector.name, ':');
+    std::vector<TypedValue> values;
+    for (std::size_t i = 0; i < wanted; ++i) {
+        Result<TypedValue> value = parseNamedValue(keywords[i], fields[i], kindOf(selector.arguments[i]));
+        if (!value)
+            return Error{selector.name, value.error().cause + asIn};
+        values.push_back(std::move(*value));
+    }
+    return values;
+}
+
+/// A property by "NAME=VALUE", an operation by "NAME=VALUE,VALUE..." or its name alone.
+Result<FilterSetting> parseSetting(const FilterDescription& filter, std::string_view text)
+{
+    const std::size_t equals = text.find('=');
+    const bool hasValue = equals != std::string_view::npos;
+    const std::string_view name = text.substr(0, equals);
+    const std::string_view typed = hasValue ? text.substr(equals + 1) : std::string_view();
+    const FilterProperty* property = filter.property(name);
+    const FilterSelector* selector = property || name.empty() ? nullptr : filter.selector(name);
+    if (selector) {
+        const std::vector<std::string_view> none;
+        Result<std::vector<TypedValue>> values = parseArguments(*selector, hasValue ? fieldsOf(typed, ',') : none);
+        if (!values)
+            return values.error();
+        return FilterSetting(selector->name, std::move(*values));
+    }
+    if (!hasValue && (property || filter.selectors.empty()))
+        return Error{{}, "a setting is PROPERTY=VALUE"};
+    if (!property)
+        return Error{{}, unknownProperty(filter, name)};
+    Result<TypedValue> value = parseProperty(*property, typed);
+    if (!value)
+        return value.error();
+    return FilterSetting(property->name, std::move(*value));
 }
 
 } // namespace
@@ -51,20 +100,26 @@ Result<FilterSettings> parseSettings(const FilterDescription& filter, const std:
 {
     FilterSettings settings;
     for (const std::string& text : texts) {
-        const std::string_view whole = text;
-        const std::size_t equals = whole.find('=');
-        if (equals == std::string_view::npos)
-            return Error{text.empty() ? "--set" : beginning(text), "a setting is PROPERTY=VALUE"};
-        const std::string_view name = whole.substr(0, equals);
-        const FilterProperty* property = filter.property(name);
-        if (!property)
-            return Error{beginning(text), unknownProperty(filter, name)};
-        Result<TypedValue> value = parseProperty(*property, whole.substr(equals + 1));
-        if (!value)
-            return Error{beginning(text), value.error().cause};
-        settings.emplace_back(property->name, std::move(*value));
+        Result<FilterSetting> setting = parseSetting(filter, text);
+        if (!setting)
+            return Error{text.empty() ? "--set" : beginning(text), setting.error().cause};
+        settings.push_back(std::move(*setting));
     }
     return settings;
+}
+
+std::string exampleOf(const TypedValue& value)
+{
+    const std::string text = formatValue(value);
+    return text.empty() ? std::string(kindOf(value).syntax) : text;
+}
+
+std::string argumentExample(const FilterSelector& selector)
+{
+    std::string example = selector.name;
+    for (const TypedValue& argument : selector.arguments)
+        example += (&argument == &selector.arguments.front() ? "=" : ",") + exampleOf(argument);
+    return example;
 }
 
 std::string countedPictures(std::size_t count)

@@ -21,7 +21,8 @@ std::vector<std::string_view> split(std::string_view text, const std::vector<Ope
 {
     std::vector<std::string_view> fields;
     for (;;) {
-        const bool takesRest = fields.size() < arguments.size() && arguments[fields.size()].kind.namesFile;
+        const bool takesRest =
+            fields.size() < arguments.size() && arguments[fields.size()].kind.type == ValueType::File;
         const std::size_t comma = takesRest ? std::string_view::npos : text.find(',');
         fields.push_back(text.substr(0, comma));
         if (comma == std::string_view::npos)
@@ -64,8 +65,8 @@ std::vector<std::string> OperationStep::files() const
 {
     std::vector<std::string> files;
     for (std::size_t i = 0; i < values.values.size(); ++i) {
-        if (operation->arguments[i].kind.namesFile)
-            files.push_back(std::get<std::string>(values.values[i]));
+        if (const auto* file = std::get_if<FilePath>(&values.values[i]))
+            files.push_back(file->path);
     }
     return files;
 }

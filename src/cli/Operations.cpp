@@ -29,7 +29,7 @@ constexpr ValueKind kSize{ValueType::Size,
                           "WxH",
                           "two numbers above 0 with an x between",
                           {kAboveZero, std::numeric_limits<float>::max()}};
-constexpr ValueKind kPicture{ValueType::Text, "picture", "FILE", "a file", {}, true};
+constexpr ValueKind kPicture{ValueType::File, "picture", "FILE", "a file", {}};
 
 const OperationArgument kDegrees{"DEGREES", kind::kNumber, "angle, counter-clockwise; below 0 clockwise"};
 const OperationArgument kRadians{"RADIANS", kind::kNumber, "angle, counter-clockwise; below 0 clockwise"};

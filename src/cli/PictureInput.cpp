@@ -28,7 +28,7 @@ Result<std::vector<std::uint8_t>> readStandardInput()
     for (;;) {
         if (used == bytes.size()) {
             if (used == kMaximumInput)
-                return Error{kStandardInput, "the file is too large"};
+                return Error{kStandardInput, cause::kTooLarge};
             bytes.resize(used == 0 ? std::size_t{1} << 20 : used * 2);
         }
         const ssize_t got = ::read(STDIN_FILENO, bytes.data() + used, bytes.size() - used);

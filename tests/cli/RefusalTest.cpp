@@ -109,6 +109,15 @@ TEST_F(Refusals, ValuesThatAreNotUnderstood)
         {filter + "intensity=full", 2, "intensity=full: intensity must be a number, not 'full', as in intensity=1"},
         {"filter GPUImageMonochromeFilter --set color=1,2,3", 2, "color must be a vector written A,B,C,D, not '1,2,3'"},
         {"filter GPUImageErosionFilter --set radius=1.5", 2, "radius must be an integer in pixels, not '1.5'"},
+        {"filter GPUImageLevelsFilter --set setMin=0,1", 2,
+         "setMin=0,1: setMin:gamma:max:minOut:maxOut: takes 5 values, "},
+        {"filter GPUImageLevelsFilter --set setRedMin=0,1,x,0,1", 2, "max must be a number, not 'x', as in setRedMin:"},
+        {"filter GPUImageHSBFilter --set rset", 2, "GPUImageHSBFilter has no property 'rset'; did you mean reset?"},
+        {"filter GPUImageHSBFilter --set reset=1", 2, "reset takes 0 values, not 1, as in reset"},
+        {"filter GPUImageSkinToneFilter --set upperSkinToneColor=0", 2, "must be green or orange, not '0', as in"},
+        {"filter GPUImageToneCurveFilter --set 'redControlPoints=0,0;1'", 2, "must be points written X,Y;X,Y;..., not"},
+        {"filter GPUImageToneCurveFilter --set pointsWithACVURL=", 2,
+         "must be a file, not '', as in pointsWithACVURL=FILE"},
         {"filter GPUImageColorMatrixFilter --set 'colorMatrix=1,0;0,1'", 2, "colorMatrix must be a matrix4 written"},
     });
 }
@@ -143,6 +152,10 @@ TEST_F(Refusals, FilesThatAreNoPicture)
         {"op maskWithImage=no,where.png -i small.png -o out.png", 3, "lamina: no,where.png: no such file"},
         {"op invert -i - -o out.png </dev/null", 3, "lamina: standard input: the file is empty"},
         {"filter GPUImageLookupFilter -i small.png -i no.png -o out.png", 3, "lamina: no.png: no such file"},
+        {"filter GPUImageToneCurveFilter --set pointsWithACVURL=no.acv -i small.png -o out.png", 3,
+         "lamina: no.acv: no such file"},
+        {"filter GPUImageToneCurveFilter --set pointsWithACVURL=small.png -i small.png -o out.png", 3,
+         "lamina: small.png: the curve file ends too early"},
     });
 }
 
@@ -155,15 +168,17 @@ TEST_F(Refusals, PipelinesThatAreNotUnderstoodNameTheirFault)
     make("bad.json", "{");
     make("name.json", chain("GPUImageSepia", "setIntensity:", "float(1)"));
     make("two.json", chain("GPUImageDissolveBlendFilter", "setMix:", "float(1)"));
+    make("curve.json", chain("GPUImageToneCurveFilter", "setPointsWithACVURL:", "NSString(no.acv)"));
     make("long.json", chain("GPUImageSepiaFilter", "setIntensity:", "float(" + std::string(200'000, 'x') + ")"));
     const auto refused = [](const std::string& file, const std::string& message) {
         return Refusal{"filter --pipeline " + file + " -i small.png -o out.png", 3, "lamina: " + file + ": " + message};
     };
     expect({
-        refused("no.json", "there is no such file"),
+        refused("no.json", "no such file"),
         refused("bad.json", "is not JSON"),
         refused("name.json", "'GPUImageSepia': there is no such filter; did you mean GPUImageSepiaFilter?"),
         refused("two.json", "'GPUImageDissolveBlendFilter': needs 2 pictures; a pipeline takes filters of one"),
+        refused("curve.json", "'setPointsWithACVURL:': 'NSString(no.acv)': no such file"),
         refused("long.json", "'setIntensity:': 'float(xxx"),
     });
 }

@@ -19,6 +19,13 @@ const FilterProperty* FilterDescription::property(std::string_view name) const
     return found == properties.end() ? nullptr : &*found;
 }
 
+const FilterSelector* FilterDescription::selector(std::string_view name) const
+{
+    const auto found = std::ranges::find_if(
+        selectors, [&](const FilterSelector& one) { return one.name == name || one.keyword() == name; });
+    return found == selectors.end() ? nullptr : &*found;
+}
+
 void FilterRegistry::add(FilterDescription description)
 {
     std::string name = description.className;
@@ -31,21 +38,60 @@ const FilterDescription* FilterRegistry::find(std::string_view className) const
     return found == m_filters.end() ? nullptr : &found->second;
 }
 
+namespace {
+
+Outcome checkTypes(const FilterSetting& setting, std::span<const TypedValue> wanted)
+{
+    if (setting.values.size() != wanted.size()) {
+        return Error{setting.name, "takes " + std::to_string(wanted.size()) +
+                                       (wanted.size() == 1 ? " value" : " values") + ", not " +
+                                       std::to_string(setting.values.size())};
+    }
+    for (std::size_t i = 0; i < wanted.size(); ++i) {
+        if (setting.values[i].index() != wanted[i].index())
+            return Error{setting.name, "expected " + std::string(kindOf(wanted[i]).syntax)};
+    }
+    return success();
+}
+
+Outcome checkSetting(const FilterDescription& description, const FilterSetting& setting)
+{
+    if (const FilterProperty* property = description.property(setting.name)) {
+        const Outcome suits = checkTypes(setting, {&property->fallback, 1});
+        return suits && property->check ? property->check(setting.values.front()) : suits;
+    }
+    if (const FilterSelector* selector = description.selector(setting.name))
+        return checkTypes(setting, selector->arguments);
+    return Error{setting.name, description.className + " has no such property"};
+}
+
+void apply(const FilterDescription& description, const FilterSetting& setting, GPUImageStage& filter)
+{
+    const FilterProperty* property = description.property(setting.name);
+    if (!property)
+        description.selector(setting.name)->call(filter, setting.values);
+    else if (property->set)
+        property->set(filter, setting.values.front());
+}
+
+} // namespace
+
+Outcome checkSettings(const FilterDescription& description, const FilterSettings& settings)
+{
+    for (const FilterSetting& setting : settings) {
+        if (Outcome suits = checkSetting(description, setting); !suits)
+            return suits;
+    }
+    return success();
+}
+
 Result<std::shared_ptr<GPUImageStage>> makeFilter(const FilterDescription& description, const FilterSettings& settings)
 {
-    for (const auto& [name, value] : settings) {
-        const FilterProperty* property = description.property(name);
-        if (!property)
-            return Error{name, description.className + " has no such property"};
-        if (property->fallback.index() != value.index())
-            return Error{name, "expected " + std::string(kindOf(property->fallback).syntax)};
-    }
+    if (const Outcome suits = checkSettings(description, settings); !suits)
+        return suits.error();
     std::shared_ptr<GPUImageStage> filter = description.make(settings);
-    for (const auto& [name, value] : settings) {
-        const FilterProperty* property = description.property(name);
-        if (property->set)
-            property->set(*filter, value);
-    }
+    for (const FilterSetting& setting : settings)
+        apply(description, setting, *filter);
     return filter;
 }
 

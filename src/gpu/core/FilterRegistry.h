@@ -5,6 +5,7 @@
 #include "platform/base/Result.h"
 #include "platform/image/pixels/AlphaForm.h"
 
+#include <cstddef>
 #include <functional>
 #include <map>
 #include <memory>
@@ -28,20 +29,44 @@ struct FilterProperty {
     std::string help; ///< one line, without a full stop
     /// Empty for a value that is given when the filter is made: see `FilterDescription::make`.
     std::function<void(GPUImageStage& filter, const TypedValue& value)> set;
+    /// What stands against a value, told before a filter is made: a file that can't be read, for instance. Empty where
+    /// any value of the type will do.
+    std::function<Outcome(const TypedValue& value)> check = {};
 
     /// How a pipeline names the setter: "setIntensity:" for "intensity"; empty where there is none.
     std::string selector() const;
 };
 
-/// A setter of several arguments that pipelines may name, "setColorRed:green:blue:".
+/// An operation of any number of arguments, "setColorRed:green:blue:" or "reset".
 struct FilterSelector {
     std::string name;
-    std::vector<TypedValue> arguments; ///< examples of the types
+    std::vector<TypedValue> arguments; ///< what changes nothing on a new filter, and thereby the types
     std::function<void(GPUImageStage& filter, std::span<const TypedValue> values)> call;
+    std::string help = {}; ///< one line, without a full stop
+
+    /// The name up to its first colon: "setColorRed".
+    std::string_view keyword() const { return std::string_view(name).substr(0, name.find(':')); }
 };
 
-/// Values by the names of properties, in the order in which they are set.
-using FilterSettings = std::vector<std::pair<std::string, TypedValue>>;
+/// A property or an operation by its name, and its values: one for a property.
+struct FilterSetting {
+    std::string name;
+    std::vector<TypedValue> values;
+
+    FilterSetting(std::string property, TypedValue value)
+        : name(std::move(property))
+        , values{std::move(value)}
+    {
+    }
+    FilterSetting(std::string operation, std::vector<TypedValue> arguments)
+        : name(std::move(operation))
+        , values(std::move(arguments))
+    {
+    }
+};
+
+/// In the order in which they are set.
+using FilterSettings = std::vector<FilterSetting>;
 
 /// All that parsing, help, listings and pages need to know of a filter.
 struct FilterDescription {
@@ -60,6 +85,8 @@ struct FilterDescription {
 
     /// The property of that name; null where there is none. Lives as long as the description.
     const FilterProperty* property(std::string_view name) const;
+    /// The operation of that name or first keyword; null where there is none. Lives as long as the description.
+    const FilterSelector* selector(std::string_view name) const;
 };
 
 /// The filters that can be made by name. Filled before it is used; reading is for any thread.
@@ -76,8 +103,11 @@ private:
     std::map<std::string, FilterDescription, std::less<>> m_filters;
 };
 
-/// A new filter with these settings. An error for a name that the filter doesn't have (its subject) or a value of
-/// another type.
+/// What stands against these settings: a name that the filter doesn't have (the error's subject), values of other types
+/// or another number, a value that the property itself refuses.
+Outcome checkSettings(const FilterDescription& description, const FilterSettings& settings);
+
+/// A new filter with these settings, or what stands against them.
 Result<std::shared_ptr<GPUImageStage>> makeFilter(const FilterDescription& description, const FilterSettings& settings);
 
 /// The alternative of `TypedValue` that holds a setter's argument: any whole number is an `int`, any other a `float`.
@@ -104,6 +134,41 @@ FilterProperty filterProperty(std::string name, void (Filter::*setter)(Argument)
             [setter](GPUImageStage& stage, const TypedValue& value) {
                 (dynamic_cast<Filter&>(stage).*setter)(static_cast<Plain>(std::get<SetterValue<Plain>>(value)));
             }};
+}
+
+/// A property that is a choice: `kind` names the values of an enumeration that counts from 0, in its order, and must
+/// live for ever.
+template <class Filter, class Enumeration>
+FilterProperty choiceProperty(std::string name, void (Filter::*setter)(Enumeration), const ValueKind& kind,
+                              Enumeration fallback, std::string help)
+{
+    return {std::move(name),
+            NamedChoice{&kind, static_cast<int>(fallback)},
+            {},
+            "",
+            std::move(help),
+            [setter](GPUImageStage& stage, const TypedValue& value) {
+                (dynamic_cast<Filter&>(stage).*setter)(static_cast<Enumeration>(std::get<NamedChoice>(value).index));
+            }};
+}
+
+/// An operation, with arguments that change nothing on a new filter:
+///
+///   filterOperation("rotateHue:", &GPUImageHSBFilter::rotateHue, "Turns the hue by so many degrees", 0.0F)
+template <class Filter, class... Arguments>
+FilterSelector filterOperation(std::string name, void (Filter::*operation)(Arguments...), std::string help,
+                               SetterValue<std::remove_cvref_t<Arguments>>... start)
+{
+    return {std::move(name), std::vector<TypedValue>{TypedValue(std::move(start))...},
+            [operation]([[maybe_unused]] GPUImageStage& stage, [[maybe_unused]] std::span<const TypedValue> values) {
+                [&]<std::size_t... kIndices>(std::index_sequence<kIndices...>)
+                {
+                    (dynamic_cast<Filter&>(stage).*operation)(static_cast<std::remove_cvref_t<Arguments>>(
+                        std::get<SetterValue<std::remove_cvref_t<Arguments>>>(values[kIndices]))...);
+                }
+                (std::index_sequence_for<Arguments...>());
+            },
+            std::move(help)};
 }
 
 /// A filter that is made without arguments.
@@ -133,9 +198,9 @@ FilterDescription filterDescriptionWithRadius(std::string className, std::string
     radius.set = nullptr;
     description.make = [name = radius.name, fallback = std::get<int>(radius.fallback)](const FilterSettings& settings) {
         int value = fallback;
-        for (const auto& [key, given] : settings) {
-            if (key == name)
-                value = std::get<int>(given);
+        for (const FilterSetting& setting : settings) {
+            if (setting.name == name)
+                value = std::get<int>(setting.values.front());
         }
         return std::make_shared<Filter>(static_cast<unsigned>(value < 0 ? 0 : value));
     };

@@ -100,6 +100,8 @@ Result<Setting> settingOf(const FilterDescription& description, const PipelineCo
         Result<TypedValue> value = argument(attribute.values.front(), property.fallback);
         if (!value)
             return misunderstood(attribute, attribute.values.front(), value.error());
+        if (const Outcome suits = property.check ? property.check(*value) : success(); !suits)
+            return misunderstood(attribute, attribute.values.front(), suits.error());
         return Setting([&property, read = std::move(*value)](GPUImageStage& filter) { property.set(filter, read); });
     }
     for (const FilterSelector& selector : description.selectors) {

@@ -1,10 +1,10 @@
 #include "gpu/core/GPUImageFilterPipeline.h"
 #include "platform/base/Result.h"
+#include "platform/files/FileReading.h"
 
 #include <algorithm>
 #include <cstddef>
-#include <filesystem>
-#include <fstream>
+#include <cstdint>
 #include <nlohmann/json.hpp>
 #include <string>
 #include <utility>
@@ -31,15 +31,6 @@ bool readValues(const Json& json, std::vector<std::string>& values)
     return std::all_of(json.begin(), json.end(), take);
 }
 
-std::string whyNot(const std::string& path)
-{
-    std::error_code ignored;
-    const auto status = std::filesystem::status(path, ignored);
-    if (!std::filesystem::exists(status))
-        return "there is no such file";
-    return std::filesystem::is_directory(status) ? "is a folder" : "can't be read";
-}
-
 /// Empty: it was understood.
 std::string readFilter(const Json& json, PipelineConfiguration::Filter& filter)
 {
@@ -53,7 +44,7 @@ std::string readFilter(const Json& json, PipelineConfiguration::Filter& filter)
     for (const auto& [selector, value] : json["Attributes"].items()) {
         PipelineConfiguration::Attribute& attribute = filter.attributes.emplace_back();
         attribute.selector = selector;
-        if (!readValues(value, attribute.values) || (value.is_array() && !selector.ends_with(':')))
+        if (!readValues(value, attribute.values) || (value.is_array() && !value.empty() && !selector.ends_with(':')))
             return "the value of \"" + selector + "\" is not a text";
     }
     return {};
@@ -81,16 +72,10 @@ Result<PipelineConfiguration> PipelineConfiguration::fromJson(const std::string&
 
 Result<PipelineConfiguration> PipelineConfiguration::fromFile(const std::string& path)
 {
-    std::ifstream file(path, std::ios::binary);
-    std::string text;
-    if (file) {
-        text.resize(kMostBytes + 1);
-        file.read(text.data(), static_cast<std::streamsize>(text.size()));
-        text.resize(static_cast<std::size_t>(file.gcount()));
-    }
-    if (!file.eof() || file.bad())
-        return Error{path, text.size() > kMostBytes ? "is too large for a pipeline" : whyNot(path)};
-    return fromJson(text, path);
+    const Result<std::vector<std::uint8_t>> bytes = readSmallInput(path, kMostBytes);
+    if (!bytes)
+        return bytes.error();
+    return fromJson({bytes->begin(), bytes->end()}, path);
 }
 
 } // namespace lamina

@@ -1,5 +1,6 @@
 #include "gpu/core/TypedValue.h"
 
+#include <algorithm>
 #include <array>
 #include <bit>
 #include <charconv>
@@ -14,9 +15,10 @@ namespace lamina {
 namespace {
 
 // In the order of the alternatives.
-constexpr std::array kKinds{kind::kNumber, kind::kInteger, kind::kFlag,    kind::kPoint, kind::kSize, kind::kColor,
-                            kind::kVector, kind::kMatrix3, kind::kMatrix4, kind::kText,  kind::kCount};
-static_assert(kKinds.size() == std::variant_size_v<TypedValue>);
+constexpr std::array kKinds{kind::kNumber, kind::kInteger, kind::kFlag,    kind::kPoint,   kind::kSize,
+                            kind::kColor,  kind::kVector,  kind::kMatrix3, kind::kMatrix4, kind::kText,
+                            kind::kCount,  kind::kPoints,  kind::kFile};
+static_assert(kKinds.size() + 1 == std::variant_size_v<TypedValue>, "choices bring theirs");
 
 template <class Number>
 std::optional<Number> numberIn(std::string_view text, const ValueRange& range)
@@ -66,11 +68,38 @@ std::optional<TypedValue> readComponents(std::string_view text, const ValueRange
     return std::bit_cast<Value>(components);
 }
 
+std::optional<TypedValue> readPoints(std::string_view text, const ValueRange& range)
+{
+    std::vector<CGPoint> points;
+    for (const std::string_view field : fieldsOf(text, ';')) {
+        const std::optional<TypedValue> point = readComponents<CGPoint>(field, range);
+        if (!point)
+            return std::nullopt;
+        points.push_back(std::get<CGPoint>(*point));
+    }
+    return points;
+}
+
+std::optional<TypedValue> readChoice(std::string_view text, const ValueKind& kind)
+{
+    const std::vector<std::string_view> names = fieldsOf(kind.syntax, '|');
+    const auto found = std::ranges::find(names, text);
+    if (found == names.end())
+        return std::nullopt;
+    return NamedChoice{&kind, static_cast<int>(found - names.begin())};
+}
+
 template <class Value>
 std::optional<TypedValue> read(std::string_view text, const ValueKind& kind)
 {
     if constexpr (std::is_same_v<Value, std::string>) {
-        return kind.namesFile && text.empty() ? std::nullopt : std::optional<TypedValue>(std::string(text));
+        return std::string(text);
+    } else if constexpr (std::is_same_v<Value, FilePath>) {
+        return text.empty() ? std::nullopt : std::optional<TypedValue>(FilePath{std::string(text)});
+    } else if constexpr (std::is_same_v<Value, NamedChoice>) {
+        return readChoice(text, kind);
+    } else if constexpr (std::is_same_v<Value, std::vector<CGPoint>>) {
+        return readPoints(text, kind.range);
     } else if constexpr (std::is_same_v<Value, bool>) {
         return text == "0" || text == "1" ? std::optional<TypedValue>(text == "1") : std::nullopt;
     } else if constexpr (std::is_integral_v<Value>) {
@@ -103,6 +132,15 @@ std::string write(const Value& value)
 {
     if constexpr (std::is_same_v<Value, std::string>) {
         return value;
+    } else if constexpr (std::is_same_v<Value, FilePath>) {
+        return value.path;
+    } else if constexpr (std::is_same_v<Value, NamedChoice>) {
+        return std::string(fieldsOf(value.kind->syntax, '|').at(static_cast<std::size_t>(value.index)));
+    } else if constexpr (std::is_same_v<Value, std::vector<CGPoint>>) {
+        std::string text;
+        for (const CGPoint& point : value)
+            text += (text.empty() ? "" : ";") + write(point);
+        return text;
     } else if constexpr (std::is_integral_v<Value>) {
         return digits(static_cast<std::int64_t>(value));
     } else {
@@ -121,6 +159,18 @@ std::string shortDigits(double value)
 
 } // namespace
 
+std::vector<std::string_view> fieldsOf(std::string_view text, char separator)
+{
+    std::vector<std::string_view> fields;
+    for (;;) {
+        const std::size_t end = text.find(separator);
+        fields.push_back(text.substr(0, end));
+        if (end == std::string_view::npos)
+            return fields;
+        text.remove_prefix(end + 1);
+    }
+}
+
 std::string formatRange(const ValueRange& range)
 {
     const bool low = std::isfinite(range.minimum);
@@ -134,6 +184,8 @@ std::string formatRange(const ValueRange& range)
 
 const ValueKind& kindOf(const TypedValue& value)
 {
+    if (const auto* choice = std::get_if<NamedChoice>(&value))
+        return *choice->kind;
     return kKinds[value.index()];
 }
 

@@ -9,13 +9,29 @@
 #include <string>
 #include <string_view>
 #include <variant>
+#include <vector>
 
 namespace lamina {
+
+struct ValueKind;
+
+/// The name of a file to be read.
+struct FilePath {
+    std::string path;
+    friend bool operator==(const FilePath&, const FilePath&) = default;
+};
+
+/// One of a few that have names.
+struct NamedChoice {
+    const ValueKind* kind = nullptr; ///< whose syntax holds the names; lives as long as the value is used
+    int index = 0;                   ///< of the name, from 0
+    friend bool operator==(const NamedChoice&, const NamedChoice&) = default;
+};
 
 /// A value that can be written as a text: an argument of an operation, a property of a filter. Its alternative is its
 /// type.
 using TypedValue = std::variant<float, int, bool, CGPoint, CGSize, GPUVector3, GPUVector4, GPUMatrix3x3, GPUMatrix4x4,
-                                std::string, std::uint32_t>;
+                                std::string, std::uint32_t, std::vector<CGPoint>, FilePath, NamedChoice>;
 
 /// The types, in the order of the alternatives.
 enum class ValueType : std::uint8_t {
@@ -30,6 +46,9 @@ enum class ValueType : std::uint8_t {
     Matrix4,
     Text,
     Count,
+    Points,
+    File,
+    Choice,
 };
 
 /// As the minimum of a range: whatever is above 0.
@@ -50,11 +69,10 @@ std::string formatRange(const ValueRange& range);
 /// told.
 struct ValueKind {
     ValueType type = ValueType::Number;
-    std::string_view name;     ///< for lists: "number", "size", "positive" ...
-    std::string_view syntax;   ///< for help: "NUMBER", "WxH", "A,B,C;D,E,F;G,H,I" ...
+    std::string_view name;   ///< for lists: "number", "size", "positive" ...
+    std::string_view syntax; ///< for help: "NUMBER", "WxH", "A,B,C;D,E,F;G,H,I" ...; of a choice its names, "one|other"
     std::string_view expected; ///< goes on after "must be": "a number", "a size written WxH" ...
     ValueRange range;          ///< of each number in it
-    bool namesFile = false;    ///< a text that is not empty; in a list with commas it takes the rest with its commas
 };
 
 /// The kinds that differ by their types alone, and those that several tables share.
@@ -77,11 +95,15 @@ inline constexpr ValueKind kMatrix4{ValueType::Matrix4,
 inline constexpr ValueKind kText{ValueType::Text, "text", "TEXT", "a text", {}};
 /// From 1 to 4294967295.
 inline constexpr ValueKind kCount{ValueType::Count, "count", "COUNT", "a whole number above 0", {kAboveZero}};
+/// At least one.
+inline constexpr ValueKind kPoints{ValueType::Points, "points", "X,Y;X,Y;...", "points written X,Y;X,Y;...", {}};
+/// Not empty; in a list with commas it takes the rest with its commas.
+inline constexpr ValueKind kFile{ValueType::File, "file", "FILE", "a file", {}};
 inline constexpr ValueKind kPositive{ValueType::Number, "positive", "NUMBER", "a number above 0", {kAboveZero}};
 
 } // namespace kind
 
-/// The kind that is told by the value's type alone.
+/// The kind that is told by the value's type alone; of a choice its own.
 const ValueKind& kindOf(const TypedValue& value);
 
 /// Reads a value of this kind. Numbers are finite, with a decimal point whatever the locale; nothing may stand before
@@ -90,6 +112,9 @@ Result<TypedValue> parseValue(std::string_view text, const ValueKind& kind);
 
 /// As `parseValue` reads it: the shortest digits that give the same value back.
 std::string formatValue(const TypedValue& value);
+
+/// The texts between the separators, at least one; they may be empty.
+std::vector<std::string_view> fieldsOf(std::string_view list, char separator);
 
 /// A number as in `parseValue`, in double precision. The error's subject is the text; its cause names the range.
 Result<double> parseNumber(std::string_view text, const ValueRange& range = {});

@@ -1,14 +1,10 @@
 #pragma once
 
 #include "gpu/core/FilterRegistry.h"
-#include "gpu/core/GPUImageStage.h"
 #include "gpu/core/GPUVectors.h"
-#include "gpu/core/TypedValue.h"
 #include "platform/gl/GLHeaders.h"
 
-#include <span>
 #include <string>
-#include <utility>
 #include <vector>
 
 namespace lamina {
@@ -81,12 +77,8 @@ protected:
     /// "setColorToReplaceRed:green:blue:".
     static std::vector<FilterSelector> keyingSelectors()
     {
-        return {{"setColorToReplaceRed:green:blue:",
-                 {kGreen.one, kGreen.two, kGreen.three},
-                 [](GPUImageStage& stage, std::span<const TypedValue> values) {
-                     dynamic_cast<ChromaKeying&>(stage).setColorToReplaceRed(
-                         std::get<float>(values[0]), std::get<float>(values[1]), std::get<float>(values[2]));
-                 }}};
+        return {filterOperation("setColorToReplaceRed:green:blue:", &ChromaKeying::setColorToReplaceRed,
+                                "The backdrop's colour", kGreen.one, kGreen.two, kGreen.three)};
     }
 
 private:

@@ -56,18 +56,14 @@ template <class Filter>
 FilterDescription LuminanceTintFilter::describeTint(std::string className, std::string help, float intensity,
                                                     const GPUVector4& color)
 {
-    return filterDescription<Filter>(std::move(className), "editor", 1, std::move(help),
-                                     {filterProperty("intensity", &LuminanceTintFilter::setIntensity, intensity, {0, 1},
-                                                     "", "Share of the tinted picture; above 1 goes past it"),
-                                      filterProperty("color", &LuminanceTintFilter::setColor, color, {0, 1}, "",
-                                                     "Colour of the middle tones; the fourth number has no effect")},
-                                     {{"setColorRed:green:blue:",
-                                       {color.one, color.two, color.three},
-                                       [](GPUImageStage& stage, std::span<const TypedValue> values) {
-                                           dynamic_cast<LuminanceTintFilter&>(stage).setColorRed(
-                                               std::get<float>(values[0]), std::get<float>(values[1]),
-                                               std::get<float>(values[2]));
-                                       }}});
+    return filterDescription<Filter>(
+        std::move(className), "editor", 1, std::move(help),
+        {filterProperty("intensity", &LuminanceTintFilter::setIntensity, intensity, {0, 1}, "",
+                        "Share of the tinted picture; above 1 goes past it"),
+         filterProperty("color", &LuminanceTintFilter::setColor, color, {0, 1}, "",
+                        "Colour of the middle tones; the fourth number has no effect")},
+        {filterOperation("setColorRed:green:blue:", &LuminanceTintFilter::setColorRed, "Colour of the middle tones",
+                         color.one, color.two, color.three)});
 }
 
 } // namespace lamina

@@ -11,6 +11,7 @@ inline constexpr const char* kNoSuchFile = "no such file";
 inline constexpr const char* kNoSuchFolder = "no such folder";
 inline constexpr const char* kNoFileName = "this is not the name of a file";
 inline constexpr const char* kNotRegular = "not a regular file";
+inline constexpr const char* kTooLarge = "the file is too large";
 } // namespace cause
 
 /// The cause for a number of <cerrno> that opening or reading a file has given.

@@ -3,10 +3,20 @@
 #include "platform/files/FileCauses.h"
 
 #include <cerrno>
+#include <cstdio>
 #include <fcntl.h>
+#include <memory>
 #include <sys/stat.h>
 
 namespace lamina {
+
+namespace {
+
+struct Close {
+    void operator()(std::FILE* file) const { std::fclose(file); }
+};
+
+} // namespace
 
 Result<OpenedFile> openFileForReading(const std::string& path)
 {
@@ -33,7 +43,7 @@ Result<std::vector<std::uint8_t>> readSmallFile(const std::string& path, std::si
     if (!file)
         return file.error();
     if (file->size > limit)
-        return Error{path, "the file is too large"};
+        return Error{path, cause::kTooLarge};
     std::vector<std::uint8_t> bytes(static_cast<std::size_t>(file->size));
     std::size_t done = 0;
     while (done < bytes.size()) {
@@ -44,6 +54,20 @@ Result<std::vector<std::uint8_t>> readSmallFile(const std::string& path, std::si
             bytes.resize(done); // it has shrunk meanwhile
         done += got > 0 ? static_cast<std::size_t>(got) : 0;
     }
+    return bytes;
+}
+
+Result<std::vector<std::uint8_t>> readSmallInput(const std::string& path, std::size_t limit)
+{
+    const std::unique_ptr<std::FILE, Close> file(std::fopen(path.c_str(), "rbe"));
+    if (!file)
+        return Error{path, readingFailure(errno)};
+    std::vector<std::uint8_t> bytes(limit + 1);
+    bytes.resize(std::fread(bytes.data(), 1, bytes.size(), file.get()));
+    if (std::ferror(file.get()) != 0) // opening a folder succeeds, reading it does not
+        return Error{path, readingFailure(errno)};
+    if (bytes.size() > limit)
+        return Error{path, cause::kTooLarge};
     return bytes;
 }
 

@@ -48,7 +48,9 @@ struct OpenedFile {
 /// path. Usable from any thread.
 Result<OpenedFile> openFileForReading(const std::string& path);
 
-/// The contents of a file of at most `limit` bytes; a larger one is an error. Usable from any thread.
+/// The contents of a regular file of at most `limit` bytes; a larger one is an error. Usable from any thread.
 Result<std::vector<std::uint8_t>> readSmallFile(const std::string& path, std::size_t limit);
+/// The same for what the user names: a pipe is read to its end, and waited for.
+Result<std::vector<std::uint8_t>> readSmallInput(const std::string& path, std::size_t limit);
 
 } // namespace lamina

@@ -10,6 +10,7 @@
 #include "gpu/filters/GPUImageGrayscaleFilter.h"
 #include "gpu/filters/GPUImageLookupFilter.h"
 #include "gpu/filters/GPUImageSepiaFilter.h"
+#include "gpu/filters/GPUImageToneCurveFilter.h"
 #include "gpu/filters/GPUImageToonFilter.h"
 #include "gpu/filters/LookupTables.h"
 #include "gpu/sources/GPUImagePicture.h"
@@ -215,6 +216,23 @@ TEST_F(FilterBehaviourTest, ALookupShowsNoLookBeforeItsIntensityIsSet)
     const auto fresh = std::make_shared<GPUImageLookupFilter>();
     EXPECT_EQ(fresh->intensity(), 1);
     EXPECT_TRUE(imagesMatch(graded(*fresh), picture)) << "in the program that has just had an intensity";
+}
+
+TEST_F(FilterBehaviourTest, ToneCurvesKeepTheirTextureAndWhatIsInForce)
+{
+    const CGImage picture = noise(24, 16);
+    GPUImageToneCurveFilter filter;
+    const GLCalls before = glCallsSoFar();
+    filter.setRedControlPoints({{0, 1}, {1, 0}});
+    EXPECT_EQ((glCallsSoFar() - before).objectsMade(), 0);
+    const CGImage curved = filter.newCGImageByFilteringCGImage(picture);
+    EXPECT_FALSE(imagesMatch(curved, picture, 20));
+    filter.setRedControlPoints({});
+    const GPUImageToneCurveFilter other; // leaves a texture of its own bound
+    EXPECT_TRUE(imagesMatch(filter.newCGImageByFilteringCGImage(picture), curved)) << "no points are no curve";
+    EXPECT_FALSE(filter.setPointsWithACV(LAMINA_CORPUS "/acv/whole-no-points").ok());
+    EXPECT_FALSE(filter.setPointsWithACVURL(LAMINA_CORPUS "/acv/whole-no-points").ok());
+    EXPECT_TRUE(filter.redControlPoints().empty()) << "a file that is refused changes nothing";
 }
 
 TEST_F(FilterBehaviourTest, LookupTablesAreSharedUntilMemoryIsShort)

@@ -3,6 +3,7 @@
 #include "GLCalls.h"
 #include "GraphFixture.h"
 #include "TestPictures.h"
+#include "gpu/core/GPUImageFilterPipeline.h"
 #include "gpu/core/GPUImageTwoInputFilter.h"
 #include "gpu/core/GPUVectors.h"
 #include "gpu/core/TypedValue.h"
@@ -55,6 +56,10 @@ TEST_F(FilterCatalogueTest, WhatItTellsIsWhatANewFilterHas)
             EXPECT_TRUE(imagesMatch(filteredNoise(made(description, {{property.name, property.fallback}})), wanted))
                 << property.name;
         }
+        for (const FilterSelector& operation : description.selectors) {
+            EXPECT_TRUE(imagesMatch(filteredNoise(made(description, {{operation.name, operation.arguments}})), wanted))
+                << operation.name;
+        }
     }
 }
 
@@ -92,6 +97,68 @@ TEST_F(FilterCatalogueTest, OffersTheSetterOfThreeNumbers)
         description.selectors.front().call(*by, std::vector<TypedValue>{0.9F, 0.2F, 0.6F});
         const auto same = made(description, {{"color", GPUVector4{0.9F, 0.2F, 0.6F, 0}}});
         EXPECT_TRUE(imagesMatch(filteredNoise(by), filteredNoise(same)));
+    }
+}
+
+TEST_F(FilterCatalogueTest, PipelinesTakeEveryKindOfValueAndOperationsInTheirOrder)
+{
+    struct Case {
+        const char* filter;
+        const char* attributes;
+        FilterSettings same;
+    };
+    const FilterRegistry& catalogue = filterCatalogue();
+    const ValueKind& choice =
+        kindOf(catalogue.find("GPUImageSkinToneFilter")->property("upperSkinToneColor")->fallback);
+    for (const Case& one : std::initializer_list<Case>{
+             {"GPUImageHSBFilter",
+              R"json("adjustSaturation:": "float(0)", "reset": [], "rotateHue:": ["float(120)"])json",
+              {{"rotateHue:", 120.0F}}},
+             {"GPUImageLevelsFilter",
+              R"json("setRedMin:gamma:max:minOut:maxOut:":
+                  ["float(0)", "float(1)", "float(1)", "float(1)", "float(0)"])json",
+              {{"setRedMin", std::vector<TypedValue>{0.0F, 1.0F, 1.0F, 1.0F, 0.0F}}}},
+             {"GPUImageSkinToneFilter",
+              R"json("setUpperSkinToneColor:": "NSString(orange)", "setSkinToneAdjust:": "float(1)")json",
+              {{"skinToneAdjust", 1.0F}, {"upperSkinToneColor", NamedChoice{&choice, 1}}}},
+             {"GPUImageToneCurveFilter",
+              R"json("setRedControlPoints:": "NSString(0,1;1,0)")json",
+              {{"redControlPoints", std::vector<CGPoint>{{0, 1}, {1, 0}}}}},
+         }) {
+        SCOPED_TRACE(one.filter);
+        const auto configuration =
+            PipelineConfiguration::fromJson(R"({"Filters": [{"FilterName": ")" + std::string(one.filter) +
+                                                R"(", "Attributes": {)" + one.attributes + "}}]}",
+                                            "");
+        ASSERT_TRUE(configuration.ok()) << configuration.error().message();
+        const auto chain = GPUImageFilterPipeline::makeWithConfiguration(*configuration, catalogue, nullptr, nullptr);
+        ASSERT_TRUE(chain.ok()) << chain.error().message();
+        const CGImage got = filteredNoise((*chain)->filters().front());
+        EXPECT_TRUE(imagesMatch(got, filteredNoise(made(*catalogue.find(one.filter), one.same))));
+        EXPECT_FALSE(imagesMatch(got, filteredNoise(made(*catalogue.find(one.filter), {})), 20));
+    }
+}
+
+TEST_F(FilterCatalogueTest, NoFilterMakesGLObjectsForAFrame)
+{
+    const CGImage picture = noisePicture(31, 17, CGImageAlphaInfo::Last);
+    for (const auto& [name, description] : filterCatalogue().all()) {
+        SCOPED_TRACE(name);
+        const auto filter = made(description, {});
+        std::vector<std::shared_ptr<GPUImagePicture>> others;
+        for (int slot = 1; slot < description.inputs; ++slot) {
+            others.push_back(std::make_shared<GPUImagePicture>(picture));
+            others.back()->addTarget(filter, slot);
+            others.back()->processImage();
+        }
+        m_source->addTarget(filter, 0);
+        const auto push = [&](int frame) { m_source->push(picture, second(frame)); };
+        push(0);
+        push(1);
+        const GLCalls before = valueFromVideoProcessingQueue(glCallsSoFar);
+        push(2);
+        EXPECT_EQ((valueFromVideoProcessingQueue(glCallsSoFar) - before).objectsMade(), 0);
+        m_source->removeAllTargets();
     }
 }
 

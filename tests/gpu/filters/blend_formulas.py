@@ -2,10 +2,7 @@
 
 import numpy as np
 
-
-def stored(picture):
-    """As bytes keep it."""
-    return np.rint(np.clip(picture, 0, 1) * 255) / 255
+from formulas import stored
 
 
 def multiplied(p):

@@ -11,7 +11,8 @@ import numpy as np
 from PIL import Image
 
 import blend_formulas
-from blend_formulas import stored
+import color_cases
+from formulas import colors, luma709, mix, same, stored
 
 LAMINA, LOOKUP = os.environ["LAMINA_COMMAND"], Path(os.environ["LAMINA_LOOKUP"])
 ALL = "noise", "column"  # what a filter of neighbours is tried on: one is a single pixel wide
@@ -22,13 +23,6 @@ def picture_of(path):
         return np.array(picture.convert("RGBA")) / 255
 
 
-def mix(one, other, share):
-    return one + (other - one) * share
-
-
-def colors(formula):
-    """On red, green and blue; alpha stays."""
-    return lambda p: np.dstack([formula(p[..., :3]), p[..., 3]])
 
 
 def moved(p, right, down):
@@ -44,10 +38,6 @@ def matrix(rows, share=1.0):
 def sepia(share=1.0):
     luma = np.array([0.299, 0.587, 0.114])
     return colors(lambda c: mix(c, np.dstack([tone * (c @ luma) for tone in (1.2, 1, 0.8)]), share))
-
-
-def luma709(c):
-    return (c @ [0.2125, 0.7154, 0.0721])[..., None]
 
 
 def tint(share, *color):
@@ -148,10 +138,6 @@ def over(base, top, share):
     return np.dstack([mix(base[..., :3], top[..., :3], top[..., 3:] * share), base[..., 3]])
 
 
-def same(p):
-    return p
-
-
 UNEVEN = [[0.5, 0.25, 0, 0.125], [0, 0.75, 0.5, 0], [-0.25, 0, 1, 0.25], [0.25, 0, -0.125, 0.75]]
 LOPSIDED = [[0.3, -0.1, 0.05], [0.2, 0.25, -0.3], [-0.15, 0.35, 0.4]]
 
@@ -214,6 +200,7 @@ CASES = [
     *[(f"{name}BlendFilter mix={share} + other", formula(share)) for share in (0, 0.5, 1) for name, formula in
       (("Alpha", lambda share: lambda p: over(p, PICTURES["other"], share)),
        ("Dissolve", lambda share: lambda p: mix(p, PICTURES["other"], share)))],
+    *color_cases.CASES,
 ]
 
 random = np.random.default_rng(5)
@@ -222,6 +209,8 @@ PICTURES = {name: stored(np.asarray(pixels)) for name, pixels in {
     "noise": random.random((35, 61, 4)),
     "other": random.random((35, 61, 4)),
     "column": random.random((9, 1, 4)),
+    "row": random.random((1, 70, 4)),
+    "dot": [[[0.2, 0.5, 0.9, 0.6]]],
     "ramp": np.dstack([across, downwards, (across + downwards) / 2, np.full((255, 255), 254)]) / 254,
     "greys": [[[level / 255] * 3 + [1] for level in range(256)]],
     **blend_formulas.pictures(random),
@@ -241,6 +230,9 @@ class FiltersBesideNumpy(unittest.TestCase):
             opaque = (bytes_of[..., 3] == 255).all()
             Image.fromarray(bytes_of[..., :3] if opaque else bytes_of).save(self.folder / f"{name}.png")
 
+        for name, content in color_cases.FILES.items():
+            (self.folder / name).write_bytes(content)
+
     def filtered(self, case, picture):
         command, _, second = case.partition(" + ")
         name, *settings = command.split()
@@ -250,7 +242,7 @@ class FiltersBesideNumpy(unittest.TestCase):
         output = self.folder / "out.png"
         done = subprocess.run([LAMINA, "filter", full_name(name), *(word for path in inputs for word in ("-i", path)),
                                *(word for setting in settings for word in ("--set", setting)), "-o", output],
-                              capture_output=True, text=True)
+                              cwd=self.folder, capture_output=True, text=True)
         self.assertEqual(done.returncode, 0, done.stderr)
         return picture_of(output)
 
