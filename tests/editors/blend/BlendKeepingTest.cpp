@@ -286,7 +286,8 @@ TEST_F(BlendKeeping, OnlyWhatIsNotExportedIsKept)
     beginDrag(10);
     const std::string record = recordNow();
     NotificationCenter::defaultCenter().post(UIApplicationWillTerminateNotification);
-    DispatchQueue::main().runUntilIdle();
+    EXPECT_TRUE(DispatchQueue::main().runUntilIdle(20));
+    EXPECT_TRUE(fs::exists(file("journal")));
     leave();
     ASSERT_TRUE(offer());
     EXPECT_TRUE(printOfKeptWork(*offer()));
