@@ -13,10 +13,7 @@ namespace lamina {
 
 namespace {
 
-/// Texts are set so many times as large and made smaller afterwards: what fonts and layout round to whole pixels is
-/// small then, and widths grow evenly with the size.
-constexpr double kFiner = 16;
-constexpr double kUnitsPerPoint = kFiner * PANGO_SCALE;
+constexpr double kUnitsPerPoint = PANGO_SCALE;
 /// Beyond this a width is none: numbers of the layout must not overflow.
 constexpr double kWidest = 50000;
 constexpr double kLargestFont = 4000;
