@@ -65,6 +65,8 @@ public:
     /// Accessible name of what has the keyboard; empty: nothing.
     QString focusedName();
     void press(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
+    /// A key without waiting for what follows.
+    void pressOnly(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
 
     /// In front; null when there is none.
     CanvasItem* canvas();
