@@ -6,11 +6,11 @@
 #include "editors/common/EditorViewController.h"
 #include "platform/base/Localization.h"
 #include "platform/base/Log.h"
+#include "platform/base/Result.h"
 #include "platform/photos/PictureQueue.h"
 #include "platform/view/FailureAlert.h"
 #include "platform/view/UIAlertController.h"
 #include "platform/view/UIImageMetaType.h"
-#include "platform/base/Result.h"
 #include "platform/view/UIStoryboard.h"
 
 #include <QDateTime>

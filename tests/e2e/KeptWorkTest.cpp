@@ -2,8 +2,8 @@
 #include "WindowTest.h"
 
 #include "CommandRunner.h"
-#include "platform/base/CGAffineTransform.h"
 #include "app/ViewController.h"
+#include "platform/base/CGAffineTransform.h"
 
 #include <csignal>
 #include <unistd.h>

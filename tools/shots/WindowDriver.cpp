@@ -200,8 +200,13 @@ bool WindowDriver::click(const QString& name)
 
 void WindowDriver::press(Qt::Key key, Qt::KeyboardModifiers modifiers)
 {
-    QTest::keyClick(&view(), key, modifiers);
+    pressOnly(key, modifiers);
     settle();
+}
+
+void WindowDriver::pressOnly(Qt::Key key, Qt::KeyboardModifiers modifiers)
+{
+    QTest::keyClick(&view(), key, modifiers);
 }
 
 CanvasItem* WindowDriver::canvas()

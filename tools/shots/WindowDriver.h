@@ -70,6 +70,8 @@ public:
     /// The same of what the ring of the focus is seen around; empty: around nothing in the window.
     QString ringedName();
     void press(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
+    /// A key without waiting for what follows.
+    void pressOnly(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
 
     /// In front; null when there is none.
     CanvasItem* canvas();

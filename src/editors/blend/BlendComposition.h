@@ -1,12 +1,12 @@
 #pragma once
 
 #include "editors/blend/PickedImages.h"
+#include "editors/common/KeptPictures.h"
 #include "editors/common/KeptWork.h"
 #include "editors/common/PictureMemory.h"
+#include "editors/common/RecordValue.h"
 #include "platform/base/CGAffineTransform.h"
 #include "platform/base/UIColor.h"
-#include "editors/common/KeptPictures.h"
-#include "editors/common/RecordValue.h"
 #include "platform/image/pixels/UIImage.h"
 
 #include <array>

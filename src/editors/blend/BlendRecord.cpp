@@ -4,12 +4,12 @@
 #include "editors/blend/PickedImages.h"
 #include "editors/common/KeptPictures.h"
 #include "editors/common/KeptWork.h"
+#include "editors/common/RecordReading.h"
 #include "editors/common/RecordValue.h"
 #include "platform/base/UIColor.h"
-#include "editors/common/RecordReading.h"
 
-#include <array>
 #include <algorithm>
+#include <array>
 #include <cstddef>
 #include <utility>
 

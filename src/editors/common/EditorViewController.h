@@ -3,6 +3,7 @@
 #include "editors/common/ChangeNotifier.h"
 #include "editors/common/EditHistory.h"
 #include "editors/common/EditorToolBar.h"
+#include "editors/common/KeptWork.h"
 #include "editors/common/WorkKeeper.h"
 #include "platform/base/CGAffineTransform.h"
 #include "platform/base/CGGeometry.h"
@@ -13,7 +14,6 @@
 #include "platform/view/UIPanGestureRecognizer.h"
 #include "platform/view/UIPinchGestureRecognizer.h"
 #include "platform/view/UIRotationGestureRecognizer.h"
-#include "editors/common/KeptWork.h"
 #include "platform/view/UIViewController.h"
 
 #include <QString>

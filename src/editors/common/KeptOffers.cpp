@@ -4,23 +4,23 @@
 #include "editors/common/KeptWork.h"
 #include "editors/common/KeptWorkFiles_p.h"
 #include "editors/common/RecordReading.h"
+#include "editors/common/RecordValue.h"
 #include "platform/base/Log.h"
+#include "platform/base/Result.h"
 #include "platform/files/FileCauses.h"
 #include "platform/files/FileReading.h"
-#include "editors/common/RecordValue.h"
-#include "platform/base/Result.h"
-#include "platform/image/pixels/UIImage.h"
 #include "platform/image/codecs/PictureDecoding.h"
+#include "platform/image/pixels/UIImage.h"
 
-#include <vector>
-#include <string>
-#include <optional>
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
 #include <filesystem>
 #include <mutex>
+#include <optional>
 #include <set>
+#include <string>
+#include <vector>
 
 namespace lamina {
 

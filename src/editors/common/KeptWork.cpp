@@ -9,10 +9,10 @@
 #include "platform/files/FileWriting.h"
 #include "platform/image/codecs/PictureEncoding.h"
 
-#include <cstdint>
 #include <algorithm>
 #include <chrono>
 #include <cstddef>
+#include <cstdint>
 #include <filesystem>
 #include <utility>
 

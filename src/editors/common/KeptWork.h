@@ -3,8 +3,8 @@
 #include "editors/common/KeptPictures.h"
 #include "editors/common/RecordValue.h"
 #include "platform/base/Result.h"
-#include "platform/image/pixels/UIImage.h"
 #include "platform/files/PrivateFolder.h"
+#include "platform/image/pixels/UIImage.h"
 
 #include <functional>
 #include <memory>

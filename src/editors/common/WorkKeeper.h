@@ -1,13 +1,13 @@
 #pragma once
 
 #include "editors/common/KeptWork.h"
+#include "platform/base/DispatchTimer.h"
 #include "platform/base/Result.h"
 #include "platform/image/pixels/UIImage.h"
-#include "platform/base/DispatchTimer.h"
 
-#include <utility>
 #include <functional>
 #include <memory>
+#include <utility>
 
 namespace lamina {
 

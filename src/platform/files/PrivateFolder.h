@@ -3,9 +3,9 @@
 #include "platform/base/Result.h"
 #include "platform/files/FileReading.h"
 
-#include <utility>
 #include <optional>
 #include <string>
+#include <utility>
 
 namespace lamina {
 

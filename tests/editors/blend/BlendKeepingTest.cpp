@@ -9,11 +9,11 @@
 #include "platform/image/pixels/CGImage.h"
 #include "platform/view/UIApplication.h"
 
-#include <iterator>
-#include <cstddef>
 #include <csignal>
+#include <cstddef>
 #include <filesystem>
 #include <gmock/gmock.h>
+#include <iterator>
 #include <sys/resource.h>
 
 namespace lamina::test {
