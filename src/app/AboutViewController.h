@@ -17,19 +17,26 @@ class AboutViewController : public UIViewController {
     Q_PROPERTY(bool takesReports READ takesReports CONSTANT FINAL)
 
 public:
+    /// What the card shows.
     enum class Page { Keys, About };
     Q_ENUM(Page)
 
     AboutViewController();
 
+    /// The page that is shown; opens with the keys.
     Page page() const { return m_page; }
+    /// Turns to a page.
     void setPage(Page page);
+    /// Of this build, such as "1.0.2".
     QString version() const;
+    /// See the property: paragraphs parted by empty lines.
     QString licence() const;
+    /// See the property.
     bool takesReports() const;
 
     /// Opens the page where faults are told, in the browser.
     Q_INVOKABLE void report();
+    /// Takes the card away.
     Q_INVOKABLE void close();
 
 signals:

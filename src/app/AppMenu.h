@@ -2,6 +2,8 @@
 
 #include "app/AboutViewController.h"
 
+#include "platform/view/UIViewController.h"
+
 namespace lamina {
 
 /// The application's own menu, over a screen: the keys, and what this is.

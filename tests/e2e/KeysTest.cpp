@@ -12,6 +12,7 @@
 #include <QGuiApplication>
 #include <QMimeData>
 
+#include <cmath>
 #include <filesystem>
 #include <functional>
 #include <gtest/gtest.h>

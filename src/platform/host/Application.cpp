@@ -22,6 +22,7 @@
 #include "platform/view/UIApplication.h"
 #include "platform/view/UINavigationController.h"
 #include "platform/view/UIStoryboard.h"
+#include "platform/view/UIViewController.h"
 #include "platform/view/UIWindow.h"
 
 #include <QGuiApplication>

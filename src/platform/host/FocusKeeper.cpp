@@ -35,6 +35,9 @@ void FocusKeeper::setFrame(QQuickItem* frame)
 bool FocusKeeper::eventFilter(QObject* object, QEvent* event)
 {
     switch (event->type()) {
+    case QEvent::ShortcutOverride: // a key that is a shortcut comes as nothing else
+        keyPressed(static_cast<const QKeyEvent&>(*event));
+        break;
     case QEvent::KeyPress: {
         const auto& key = static_cast<const QKeyEvent&>(*event);
         keyPressed(key);

@@ -58,6 +58,7 @@ public:
     Q_INVOKABLE void giveFocusTo(QQuickItem* frame);
     /// Shows the list of keys over the screen on top; nothing while that is an alert or a picker.
     Q_INVOKABLE void showKeys();
+    /// Takes the whole display, or gives it back.
     Q_INVOKABLE void toggleFullScreen();
     /// Closes the window as its frame's button does; the application ends with it.
     Q_INVOKABLE void closeWindow();

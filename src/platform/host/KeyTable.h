@@ -24,6 +24,7 @@ public:
 
     /// The names of all commands, in their order.
     static QStringList commands();
+    /// See the property.
     QVariantList groups() const;
 
     /// The command's keys as `Shortcut.sequences` wants them. Empty for an unknown command, as all of these are.

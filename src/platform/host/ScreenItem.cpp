@@ -6,6 +6,7 @@
 #include <QQuickWindow>
 
 #include <algorithm>
+#include <cstddef>
 #include <vector>
 
 namespace lamina {

@@ -21,10 +21,13 @@ class ScreenItem : public QQuickItem {
 
 public:
     explicit ScreenItem(QQuickItem* parent = nullptr);
+    /// See the property; a change is told to assistive technologies.
     bool isCovered() const { return m_covered; }
     void setCovered(bool covered);
+    /// See the property.
     bool isModal() const { return m_modal; }
     void setModal(bool modal);
+    /// See the property.
     const QString& name() const { return m_name; }
     void setName(const QString& name);
 

@@ -2,8 +2,8 @@ import QtQuick
 import QtQuick.Templates as T
 import Lamina
 
-// A button that is only an icon. It has a name for those who hear the screen, and shows it to a pointer that rests and to
-// the keyboard.
+// A button that is only an icon. It has a name for those who hear the screen, and shows it to a pointer that rests and
+// to the keyboard.
 T.Button {
     id: button
 
