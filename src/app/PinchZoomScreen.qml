@@ -24,7 +24,7 @@ AppScreen {
     LabelFit {
         id: hintFit
         texts: [crop.gestureHint]
-        room: crop.width - 2 * Tokens.space.l
+        room: crop.tablet ? crop.tabletColumn : crop.width - 2 * Tokens.space.l
         role: Tokens.type.caption
     }
     LabelFit {

@@ -4,6 +4,8 @@
 
 #include "LogCapture.h"
 #include "app/ViewController.h"
+#include "editors/blend/PickedImages.h"
+#include "platform/host/CanvasItem.h"
 #include "platform/base/CGGeometry.h"
 
 #include <QAccessible>
@@ -21,9 +23,9 @@
 namespace lamina::test {
 namespace {
 
-constexpr QSize kSizes[] = {{320, 320}, {320, 568},  {360, 720}, {500, 400},  {568, 320},  {320, 470},  {720, 360},
-                            {768, 1024}, {600, 610}, {1024, 768}, {839, 600},  {1280, 800}, {400, 360},
-                            {1366, 768}, {1300, 400}, {1920, 1080}, {3840, 2160}};
+constexpr QSize kSizes[] = {{320, 320}, {320, 568},  {360, 720},  {500, 400},   {568, 320},  {320, 470},
+                            {720, 360}, {768, 1024}, {600, 610},  {1024, 768},  {839, 600},  {1280, 800},
+                            {400, 360}, {1366, 768}, {1300, 400}, {1920, 1080}, {3840, 2160}};
 
 struct Speech {
     const char* name;
@@ -140,7 +142,8 @@ private:
         EXPECT_EQ(canvas->width(), canvas->height());
         EXPECT_GT(canvas->width(), 100);
         for (const Pressable& one : pressables) // a notice has its place in the canvas where it has no other
-            EXPECT_TRUE(nameOf(*one.item) == "Show" || nameOf(*one.item) == "Zeigen" || !cover(one.seen, placeOf(*canvas)))
+            EXPECT_TRUE(nameOf(*one.item) == "Show" || nameOf(*one.item) == "Zeigen" ||
+                        !cover(one.seen, placeOf(*canvas)))
                 << nameOf(*one.item) << " lies on the canvas";
     }
     void checkAlone(const Pressable& one) const
@@ -150,7 +153,8 @@ private:
         const QRectF place = placeOf(*one.item);
         EXPECT_GE(place.left(), -0.5);
         EXPECT_LE(place.right(), window.right() + 0.5);
-        EXPECT_TRUE(one.scrolls || window.adjusted(0, -0.5, 0, 0.5).contains(place)) << place.top() << " to " << place.bottom();
+        EXPECT_TRUE(one.scrolls || window.adjusted(0, -0.5, 0, 0.5).contains(place))
+            << place.top() << " to " << place.bottom();
         EXPECT_GE(place.width(), 43.5);
         EXPECT_GE(place.height(), 43.5);
         // What stands under a title may end in an ellipsis, and a tool's name where it is as small as can be read.

@@ -80,9 +80,9 @@ TEST_P(Screens, HaveAllTheirControlsAndTheyAreNamed)
 }
 
 INSTANTIATE_TEST_SUITE_P(Shapes, Screens,
-                         testing::Values(Shape{"Slim", {320, 320}}, Shape{"Small", {500, 400}}, Shape{"Phone", {360, 720}},
-                                         Shape{"LyingPhone", {720, 360}}, Shape{"Tablet", {834, 1112}},
-                                         Shape{"Desktop", {1280, 800}}),
+                         testing::Values(Shape{"Slim", {320, 320}}, Shape{"Small", {500, 400}},
+                                         Shape{"Phone", {360, 720}}, Shape{"LyingPhone", {720, 360}},
+                                         Shape{"Tablet", {834, 1112}}, Shape{"Desktop", {1280, 800}}),
                          [](const auto& shape) { return std::string(shape.param.name); });
 
 TEST_F(WindowTest, AWindowThatIsTurnedKeepsTheWorkAndItsWidth)

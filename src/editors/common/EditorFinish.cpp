@@ -8,9 +8,9 @@
 #include "platform/photos/PhotoFolder.h"
 #include "platform/photos/PictureQueue.h"
 #include "platform/view/FailureAlert.h"
-#include "platform/view/UIApplication.h"
 #include "platform/view/ImageRendering.h"
 #include "platform/view/UIAlertController.h"
+#include "platform/view/UIApplication.h"
 
 #include <QDir>
 #include <QFileInfo>

@@ -71,9 +71,8 @@ void EditorToolBar::setEnabled(std::string_view tool, bool enabled)
 QVariantList EditorToolBar::list() const
 {
     QVariantList list;
-    const bool grays = std::any_of(m_cells.begin(), m_cells.end(), [](const EditorToolCell& cell) {
-        return cell.background == UIColor::gray();
-    });
+    const bool grays = std::any_of(m_cells.begin(), m_cells.end(),
+                                   [](const EditorToolCell& cell) { return cell.background == UIColor::gray(); });
     for (std::size_t i = 0; i < m_tools.size(); ++i) {
         const EditorTool& tool = m_tools[i];
         list << QVariantMap{

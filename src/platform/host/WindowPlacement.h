@@ -23,7 +23,8 @@ struct WindowSize {
 /// frame that desktops put round a window has its room. A phone's window is maximized, whatever it was.
 WindowSize openingSize(QSize available, const std::optional<WindowSize>& last);
 
-/// Sizes a window for its display and remembers what the user makes of it: `window.ini` in the `stateFolder`. The window has to outlive this. Main thread.
+/// Sizes a window for its display and remembers what the user makes of it: `window.ini` in the `stateFolder`. The
+/// window has to outlive this. Main thread.
 class WindowPlacement : public QObject {
 public:
     /// One of a `given` size is not remembered, nor is it opened as the last one was.
@@ -40,7 +41,7 @@ private:
     QWindow& m_window;
     bool m_given;
     WindowSize m_now;
-    QSize m_former; ///< before the last change
+    QSize m_former;    ///< before the last change
     WindowSize m_kept; ///< as the file has it
 };
 

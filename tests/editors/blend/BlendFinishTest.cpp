@@ -50,7 +50,10 @@ TEST_F(BlendFinish, TheFolderOfASavedPictureCanBeShown)
 {
     std::string opened;
     for (const bool opens : {true, false}) {
-        UIApplication::shared().setURLOpener([&](const std::string& url) { opened = url; return opens; });
+        UIApplication::shared().setURLOpener([&](const std::string& url) {
+            opened = url;
+            return opens;
+        });
         editor->shareBtn();
         DispatchQueue::main().runUntilIdle();
         EXPECT_EQ(editor->noticeAction(), "Show");

@@ -28,8 +28,7 @@ std::string listed(const EditorToolBar& bar)
         EXPECT_EQ(cell.labelColor, map["active"].toBool() ? kEditorAccentColor : UIColor::white());
         EXPECT_EQ(map["current"].toBool(), map["identifier"] == QString::fromUtf8(bar.mode().data()));
         text += (map["active"].toBool() ? "*" : "") + QString(cell.background == UIColor::gray() ? "#" : "") +
-                (map["gray"].toBool() ? "@" : "") +
-                (map["enabled"].toBool() ? ", " : "-, ");
+                (map["gray"].toBool() ? "@" : "") + (map["enabled"].toBool() ? ", " : "-, ");
     }
     return text.chopped(2).toStdString();
 }

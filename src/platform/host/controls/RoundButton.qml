@@ -2,8 +2,8 @@ import QtQuick
 import QtQuick.Templates as T
 import Lamina
 
-// A circle drawn in a picture that can be pressed. For fingers and the mouse alone: a button with words says the same to
-// keys and to those who hear the screen.
+// A circle drawn in a picture that can be pressed. For fingers and the mouse alone: a button with words says the same
+// to keys and to those who hear the screen.
 T.Button {
     id: circle
 

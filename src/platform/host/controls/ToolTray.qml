@@ -1,8 +1,8 @@
 import QtQuick
 import Lamina
 
-// The tools of an editor as a panel beside the canvas of a small window. It stands on the foot of its place, is scrolled
-// where that is too low, and then ends in a cut tool.
+// The tools of an editor as a panel beside the canvas of a small window. It stands on the foot of its place, is
+// scrolled where that is too low, and then ends in a cut tool.
 Item {
     id: tray
 

@@ -84,7 +84,7 @@ protected:
 
 constexpr const char* kRow = R"(ToolRow {
     room: 344
-    tools: ["Reset", "Move", "Tools", "Effects", "Sticker"].map(name => ({ identifier: "the " + name, name: name, icon: "Reset", active: name === "Move", gray: false, enabled: name !== "Tools" }))
+    tools: ["Reset", "Move", "Tools", "Effects", "Sticker"].map(name => ({ identifier: "the " + name, name: name, icon: "Reset", active: name === "Move", gray: false, current: false, enabled: name !== "Tools" }))
 })";
 
 TEST_F(Controls, ToolsHaveWholeNamesOfOneSizeHoweverLargeTheTextIsAndAreChosen)
@@ -227,10 +227,11 @@ TEST_F(Controls, ThirdsOfACropLeaveASecondAfterTheLastTouchAndAreSeenOnWhite)
     const auto thirds = [this] { return driver->called(QStringLiteral("thirds")) != nullptr; };
     const auto darkest = [this] { // of a row through the square, which the upright lines cross
         const QImage shown = driver->grab();
-        const int y = static_cast<int>(WindowDriver::middleOf(*driver->canvas()).y() * shown.devicePixelRatio());
+        const QRectF square = driver->canvas()->mapRectToScene(driver->canvas()->boundingRect());
+        const double scale = static_cast<double>(shown.width()) / driver->view().width();
         int least = 255;
-        for (int x = 0; x < shown.width(); ++x)
-            least = std::min(least, qGray(shown.pixel(x, y)));
+        for (double x = square.left() + 9; x < square.right() - 9; x += 1 / scale)
+            least = std::min(least, qGray(shown.pixel((QPointF(x, square.center().y()) * scale).toPoint())));
         return least;
     };
     EXPECT_LT(darkest(), 145) << "3.4 : 1 on white";
