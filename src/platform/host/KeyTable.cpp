@@ -40,7 +40,7 @@ constexpr std::array kMoveFar{"Shift+Left", "Shift+Right", "Shift+Up", "Shift+Do
 constexpr std::array kZoom{"+", "-", "="};
 constexpr std::array kUndo{"Ctrl+Z"};
 constexpr std::array kRedo{"Ctrl+Shift+Z", "Ctrl+Y"};
-constexpr std::array kRow{"Up", "Down"};
+constexpr std::array kRow{"Up", "Down", "Left", "Right"};
 constexpr std::array kPage{"PgUp", "PgDown"};
 constexpr std::array kEnds{"Home", "End"};
 constexpr std::array kLetters{"A", "Z"};
