@@ -25,6 +25,7 @@ public:
     bool isFocusVisible() const { return m_visible; }
 
 signals:
+    /// See isFocusVisible.
     void focusVisibleChanged();
 
 protected:

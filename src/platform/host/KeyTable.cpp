@@ -41,7 +41,7 @@ constexpr std::array kZoom{"+", "-", "="};
 constexpr std::array kBringBack{"Home"};
 constexpr std::array kUndo{"Ctrl+Z"};
 constexpr std::array kRedo{"Ctrl+Shift+Z", "Ctrl+Y"};
-constexpr std::array kRow{"Up", "Down"};
+constexpr std::array kRow{"Up", "Down", "Left", "Right"};
 constexpr std::array kPage{"PgUp", "PgDown"};
 constexpr std::array kEnds{"Home", "End"};
 constexpr std::array kLetters{"A", "Z"};

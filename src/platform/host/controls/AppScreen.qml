@@ -37,8 +37,9 @@ FocusScope {
     focus: true
 
     Keys.onPressed: event => {
-        event.accepted = KeyTable.find("back", event.key, event.modifiers) >= 0
-        if (event.accepted)
+        const leaves = KeyTable.find("back", event.key, event.modifiers) >= 0
+        event.accepted = event.accepted || leaves
+        if (leaves)
             back()
     }
 }
