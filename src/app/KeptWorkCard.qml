@@ -24,20 +24,19 @@ Rectangle {
     Accessible.name: title
     Accessible.description: controller.workLine
 
-    Paper {
+    Print {
         id: sheet
-        role: "print"
         width: card.printSide
         height: card.printSide
-        rotation: -3
+        turn: -3
         x: card.inset
         y: (parent.height - height) / 2
-        Picture {
-            anchors.fill: parent
-            anchors.margins: 5
-            picture: card.controller.workPrint
-            antialiasing: true
-        }
+        picture: card.controller.workPrint
+        margin: 5
+        radius: Tokens.radius.photoPrint
+        color: Tokens.palette.paper
+        shadowColor: Tokens.palette.shadow
+        shadow: Tokens.elevation.photoPrint
     }
     Column {
         id: words

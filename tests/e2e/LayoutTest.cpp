@@ -5,8 +5,8 @@
 #include "LogCapture.h"
 #include "app/ViewController.h"
 #include "editors/blend/PickedImages.h"
-#include "platform/host/CanvasItem.h"
 #include "platform/base/CGGeometry.h"
+#include "platform/host/CanvasItem.h"
 
 #include <QAccessible>
 #include <QQmlComponent>

@@ -139,6 +139,10 @@ Qt::DropAction WindowDriver::drop(const QMimeData& dropped, Qt::DropActions offe
     QGuiApplication::sendEvent(&view(), &enter);
     if (!enter.isAccepted())
         return Qt::IgnoreAction;
+    QDragMoveEvent move(middle, offered, &dropped, Qt::LeftButton, Qt::NoModifier);
+    QGuiApplication::sendEvent(&view(), &move);
+    if (!move.isAccepted())
+        return Qt::IgnoreAction;
     QDropEvent let(middle, offered, &dropped, Qt::LeftButton, Qt::NoModifier);
     QGuiApplication::sendEvent(&view(), &let);
     settle();

@@ -14,7 +14,6 @@
 #include "platform/view/UIPanGestureRecognizer.h"
 #include "platform/view/UIPinchGestureRecognizer.h"
 #include "platform/view/UIRotationGestureRecognizer.h"
-#include "editors/common/KeptWork.h"
 #include "platform/view/UIViewController.h"
 
 #include <QString>

@@ -1,6 +1,5 @@
 #include "platform/host/PictureItem.h"
 
-#include "platform/base/CGGeometry.h"
 #include "platform/host/ImageConversion.h"
 #include "platform/image/drawing/CGContext.h"
 #include "platform/image/drawing/UIBezierPath.h"
@@ -11,17 +10,12 @@
 
 namespace lamina {
 
-namespace {
-
-/// The rectangle in which a picture of `picture` covers `box`, centred.
-CGRect coveringRect(CGSize picture, CGSize box)
+CGRect coveringRect(CGSize picture, const CGRect& box)
 {
-    const double scale = std::max(box.width / picture.width, box.height / picture.height);
+    const double scale = std::max(box.size.width / picture.width, box.size.height / picture.height);
     const CGSize size{picture.width * scale, picture.height * scale};
-    return {(box.width - size.width) / 2, (box.height - size.height) / 2, size.width, size.height};
+    return {box.midX() - size.width / 2, box.midY() - size.height / 2, size.width, size.height};
 }
-
-} // namespace
 
 QVariant PictureItem::picture() const
 {
@@ -56,7 +50,7 @@ QImage PictureItem::drawn(double pixelsPerUnit) const
     if (m_radius > 0)
         context->clipToPath(UIBezierPath::withRoundedRect(whole, m_radius));
     context->beginTransparencyLayer(); // so that white is not seen along round corners
-    drawOnPaper(m_picture, *context, whole, coveringRect(m_picture.size(), whole.size));
+    drawOnPaper(m_picture, *context, whole, coveringRect(m_picture.size(), whole));
     context->endTransparencyLayer();
     return qImage(context->makeImage());
 }

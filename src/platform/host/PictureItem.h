@@ -2,11 +2,15 @@
 
 #include "platform/host/DrawnItem.h"
 
+#include "platform/base/CGGeometry.h"
 #include "platform/image/pixels/UIImage.h"
 
 #include <QVariant>
 
 namespace lamina {
+
+/// The rectangle in which a picture of that size covers `box`, their middles in one place.
+CGRect coveringRect(CGSize picture, const CGRect& box);
 
 /// A picture of ours in the chrome: a thumbnail that fills the item, its middle kept, with rounded corners. A
 /// translucent one stands on white, as it leaves the application.

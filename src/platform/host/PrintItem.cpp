@@ -4,9 +4,12 @@
 #include "platform/base/CGGeometry.h"
 #include "platform/base/UIColor.h"
 #include "platform/host/ImageConversion.h"
+#include "platform/host/PictureItem.h"
 #include "platform/image/drawing/CGContext.h"
 #include "platform/image/drawing/UIBezierPath.h"
+#include "platform/image/drawing/UIImageDrawing.h"
 #include "platform/image/named/NamedPictures.h"
+#include "platform/view/UIImageMetaType.h"
 
 #include <cmath>
 #include <numbers>
@@ -49,6 +52,12 @@ PrintItem::PrintItem(QQuickItem* parent)
     connect(this, &PrintItem::shownChanged, this, &PrintItem::redraw);
 }
 
+void PrintItem::setPicture(const QVariant& picture)
+{
+    m_picture = picture.value<UIImage>();
+    emit shownChanged();
+}
+
 QRectF PrintItem::drawnRect() const
 {
     const CGRect sheet(0, 0, width(), height());
@@ -78,6 +87,13 @@ QImage PrintItem::drawn(double pixelsPerUnit) const
     fillRounded(*context, sheet, m_radius, uiColor(m_color));
     if (!m_art.isEmpty())
         drawImageNamed(m_art.toStdString(), *context, sheet);
+    if (m_picture) {
+        const CGRect inside = sheet.insetBy(m_margin, m_margin);
+        context->saveGState();
+        context->clipToPath(UIBezierPath::withRect(inside));
+        drawInRect(m_picture, *context, coveringRect(m_picture.size(), inside));
+        context->restoreGState();
+    }
     if (m_veil.alpha() > 0)
         fillRounded(*context, sheet, m_radius, uiColor(m_veil));
     return qImage(context->makeImage());

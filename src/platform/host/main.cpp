@@ -2,8 +2,8 @@
 #include "platform/base/Result.h"
 #include "platform/files/FileURL.h"
 #include "platform/host/Application.h"
-#include "platform/host/system/TerminationSignals.h"
 #include "platform/host/ImageConversion.h"
+#include "platform/host/system/TerminationSignals.h"
 #include "platform/image/named/NamedPictures.h"
 
 #include <QCommandLineParser>

@@ -5,6 +5,7 @@
 #include "platform/photos/PhotoLoad.h"
 #include "platform/view/FailureAlert.h"
 
+#include <string>
 #include <utility>
 
 namespace lamina {

@@ -32,7 +32,7 @@ Repeater {
         Accessible.role: info.adjustable ? Accessible.Slider : info.button ? Accessible.Button
                        : info.image ? Accessible.Graphic : info.text ? Accessible.StaticText : Accessible.Grouping
         Accessible.name: info.label
-        Accessible.description: info.description
+        Accessible.description: Theme.spoken(info.description, info.available)
         Accessible.focusable: operable
         Accessible.selected: info.selected
         Accessible.onPressAction: controls.model.activate(index)

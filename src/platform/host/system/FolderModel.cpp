@@ -172,8 +172,7 @@ void FolderModel::refresh()
 void FolderModel::resetTo(std::vector<FolderEntry> entries)
 {
     if (hasParent())
-        entries.insert(entries.begin(),
-                       {localizedString("Up one folder"), parentFolder().toStdString(), true, true});
+        entries.insert(entries.begin(), {localizedString("Up one folder"), parentFolder().toStdString(), true, true});
     reset(std::move(entries));
 }
 
