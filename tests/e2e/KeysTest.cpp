@@ -125,6 +125,8 @@ TEST_F(ByKeys, EveryKeyInTheListWorks)
                  typeCommand("undo");
          },
          [&](int) { return edited(); }},
+        {"bringBack", [&](int) { blend()->nudge(2000, 0); },
+         [&](int) { return blend()->composition().photos[1].transform.tx == 0; }},
         {"tool", nothing,
          [&](int i) {
              const QVariantMap tool = blend()->tools()[i].toMap();

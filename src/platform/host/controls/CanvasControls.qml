@@ -40,9 +40,11 @@ Repeater {
         Accessible.onDecreaseAction: controls.model.decrement(index)
 
         Keys.onPressed: event => {
-            const up = event.key === Qt.Key_Right || event.key === Qt.Key_Up || event.key === Qt.Key_Plus
-            const down = event.key === Qt.Key_Left || event.key === Qt.Key_Down || event.key === Qt.Key_Minus
-            const press = event.key === Qt.Key_Space || event.key === Qt.Key_Return || event.key === Qt.Key_Enter
+            const way = KeyTable.find("move", event.key, event.modifiers)
+            const zoom = KeyTable.find("zoom", event.key, event.modifiers)
+            const up = way === 1 || way === 2 || zoom === 0 || zoom === 2
+            const down = way === 0 || way === 3 || zoom === 1
+            const press = [" ", "\r", "\n"].includes(event.text)
             event.accepted = info.adjustable && (up || down) || info.button && press
             if (!event.accepted)
                 return

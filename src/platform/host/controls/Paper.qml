@@ -5,12 +5,14 @@ import Lamina
 Item {
     id: paper
 
-    property real radius: Tokens.radius.paper
+    // "paper", or "print": a photo's print, which lies lower and is a little rounded.
+    property string role: "paper"
+    property real radius: role === "print" ? Tokens.radius.photoPrint : Tokens.radius.paper
     property alias color: sheet.color
     default property alias content: sheet.data
 
     Repeater {
-        model: Tokens.elevation.paper
+        model: paper.role === "print" ? Tokens.elevation.photoPrint : Tokens.elevation.paper
         delegate: Rectangle {
             required property var modelData
             x: -modelData.grow
