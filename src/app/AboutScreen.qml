@@ -16,7 +16,7 @@ AppScreen {
     }
 
     SheetPanel {
-        card: !about.upright
+        card: about.sheetsAreCards
         iconName: "app-scalable"
         title: "Lamina"
         subtitle: qsTranslate("Lamina", "Version %1").arg(about.controller.version)

@@ -52,7 +52,7 @@ AppScreen {
             readonly property real buttonInset: halved || chooser.tablet ? 0 : chooser.wide ? 32 : Tokens.space.l
             readonly property real rightInset: halved ? Tokens.space.l : column
             readonly property real foot: chooser.wide ? 32 : chooser.upright ? Tokens.space.xxl : Tokens.space.l
-            readonly property real needed: words.y + words.height + Tokens.space.xxl + buttons.height + foot
+            readonly property real needed: words.y + words.height + (chooser.slim ? Tokens.space.m : Tokens.space.xxl) + buttons.height + foot
 
             width: scroller.width
             height: scroller.contentHeight
