@@ -7,9 +7,9 @@
 # As a script: cmake -DLAMINA_HOMEPAGE=URL ... -DLAMINA_METAINFO=OUT -P Metainfo.cmake
 
 set(LAMINA_SCREENS
-    "blend.png|Two photos, one showing through the other|Zwei Fotos, eines scheint durch das andere"
-    "crop.png|Choosing a square of each photo|Aus jedem Foto ein Quadrat wählen"
-    "blend-wide.png|The tools at the side on a desktop|Auf dem Schreibtisch stehen die Werkzeuge daneben")
+    "blend.jpg|Two photos, one showing through the other|Zwei Fotos, eines scheint durch das andere"
+    "crop.jpg|Choosing a square of each photo|Aus jedem Foto ein Quadrat wählen"
+    "blend-wide.jpg|The tools at the side on a desktop|Auf dem Schreibtisch stehen die Werkzeuge daneben")
 
 function(lamina_write_metainfo template out)
     set(links "")

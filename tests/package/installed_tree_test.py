@@ -38,6 +38,12 @@ class InstalledTree(unittest.TestCase):
         run = subprocess.run([os.environ["APPSTREAMCLI"], "validate-tree", "--no-net", self.root], capture_output=True, text=True)
         self.assertEqual(run.returncode, 0, run.stdout)
 
+    def test_a_build_that_knows_its_home_names_it_and_pictures_that_stand_there(self):
+        whole = ET.parse(BUILD / "tests/package" / f"{ID}.metainfo.xml").getroot()
+        self.assertEqual([url.get("type") for url in whole.findall("url")], ["homepage", "bugtracker"])
+        pictures = {Path(image.text).name for image in whole.iter("image")}
+        self.assertEqual(pictures, {path.name for path in (SOURCE / "docs/images/screens").iterdir()})
+
     def test_every_program_that_is_named_stands_there(self):
         commands = {self.desktop[section]["Exec"].split()[0] for section in self.desktop.sections()}
         for program in commands | set(self.texts("provides/binary")):
