@@ -103,6 +103,7 @@ class AccessibleTree(unittest.TestCase):
         os.environ["DBUS_SESSION_BUS_ADDRESS"] = cls.say_one_line(["dbus-daemon", f"--config-file={cls.home}/bus.conf", "--print-address"])
         global pyatspi
         import pyatspi  # it looks for its bus at once
+        list(pyatspi.Registry.getDesktop(0))  # an application that comes before the registry is not told of
 
     @classmethod
     def say_one_line(cls, command):
@@ -123,6 +124,7 @@ class AccessibleTree(unittest.TestCase):
 
     def window(self):
         desktop = pyatspi.Registry.getDesktop(0)
+        desktop.clearCache()  # it may know the application from before it had a window
         for child in list(desktop):
             if child and child.get_process_id() == self.pid and child.childCount:
                 return child[0]
