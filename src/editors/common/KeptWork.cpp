@@ -87,11 +87,11 @@ Outcome KeptWork::claim()
     // Once it had a place of its own it leaves that of others alone.
     if (const auto offered = newestWork({m_kind}); !m_hadFolder && offered && claimFolder(offered->folder))
         return success();
-    if (const Outcome made = makePrivateFolder(keptWorksFolder()); !made)
+    if (Outcome made = makePrivateFolder(keptWorksFolder()); !made)
         return made;
     for (int number = 1; number <= kMostFolders; ++number) {
         const std::string folder = keptFolder(m_kind, number);
-        if (const Outcome made = makePrivateFolder(folder); !made)
+        if (Outcome made = makePrivateFolder(folder); !made)
             return made;
         if (!keptRecordsAreIn(folder) && claimFolder(folder))
             return success();
@@ -119,7 +119,7 @@ std::string KeptWork::recordOf(RecordValue work, const std::vector<std::string>&
 
 Outcome KeptWork::write(const Write& write, const UIImage& print)
 {
-    if (const Outcome claimed = claim(); !claimed)
+    if (Outcome claimed = claim(); !claimed)
         return claimed;
     m_pictures->beginRecord();
     RecordValue work;
@@ -127,9 +127,9 @@ Outcome KeptWork::write(const Write& write, const UIImage& print)
     const Result<std::vector<std::string>> pictures = m_pictures->endRecord();
     if (!pictures)
         return pictures.error();
-    if (const Outcome written = writeJournal(recordOf(std::move(work), *pictures)); !written)
+    if (Outcome written = writeJournal(recordOf(std::move(work), *pictures)); !written)
         return written;
-    const Outcome printed = writePrint(print);
+    Outcome printed = writePrint(print);
     removeOtherFiles();
     m_pictures->forgetOthers(pictureNames());
     return printed;
@@ -141,7 +141,7 @@ Outcome KeptWork::writeJournal(const std::string& record)
     records.push_back(record);
     if (records.size() > kRecords)
         records.erase(records.begin());
-    const Outcome written = writePrivateFile(keptFile(m_folder, keptfile::kJournal), journalOf(records));
+    Outcome written = writePrivateFile(keptFile(m_folder, keptfile::kJournal), journalOf(records));
     if (written)
         m_records = std::move(records);
     return written;

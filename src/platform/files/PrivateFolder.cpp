@@ -48,7 +48,7 @@ Outcome makePrivateFolder(const std::string& path)
     const fs::path folder(path);
     std::error_code ignored;
     if (folder.has_relative_path() && !fs::exists(folder.parent_path(), ignored)) {
-        if (const Outcome above = makePrivateFolder(folder.parent_path()); !above)
+        if (Outcome above = makePrivateFolder(folder.parent_path()); !above)
             return above;
     }
     if (::mkdir(path.c_str(), kOwnerOnly) == 0)
