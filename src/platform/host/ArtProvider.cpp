@@ -20,7 +20,7 @@ QImage ArtProvider::requestImage(const QString& id, QSize* size, const QSize& re
     const CGSize pixels = requestedSize.isEmpty() ? own
                                                   : CGSize{static_cast<double>(requestedSize.width()),
                                                            static_cast<double>(requestedSize.height())};
-    const QImage image = qImage(imageNamed(name, pixels, 1).cgImage());
+    QImage image = qImage(imageNamed(name, pixels, 1).cgImage());
     if (size)
         *size = image.size();
     return image;

@@ -33,7 +33,7 @@ std::vector<Place> findPlaces(const std::string& samples)
 
 std::string startFolder()
 {
-    const std::string samples = samplesForBeginners();
+    std::string samples = samplesForBeginners();
     if (!samples.empty())
         return samples;
     const std::string pictures = picturesFolder();

@@ -109,8 +109,8 @@ private:
     void addArc(CGPoint center, CGPoint radius, double sweep, std::vector<CGPoint>& side) const
     {
         constexpr double kMostPieces = 4096;
-        const double pieces = std::min(kMostPieces, std::ceil(std::abs(sweep) / m_arcStep));
-        for (double i = 1; i < pieces; ++i) {
+        const int pieces = static_cast<int>(std::min(kMostPieces, std::ceil(std::abs(sweep) / m_arcStep)));
+        for (int i = 1; i < pieces; ++i) {
             const double c = std::cos(sweep * i / pieces);
             const double s = std::sin(sweep * i / pieces);
             side.push_back({center.x + c * radius.x - s * radius.y, center.y + s * radius.x + c * radius.y});
