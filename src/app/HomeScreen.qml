@@ -60,11 +60,16 @@ AppScreen {
                 id: head
                 x: measures.edge + (home.upright && !home.tablet ? 3 : 0)
                 y: page.start
-                width: measures.usable
+                width: measures.edge + measures.usable - x
                 iconSize: measures.signSize
                 spacing: home.wide || home.tablet ? Tokens.space.xl : home.upright ? 14 : Tokens.space.m
                 role: measures.low ? Tokens.type.title : Tokens.type.display
                 withLine: home.wide || home.tablet
+                IconButton {
+                    iconName: "more"
+                    name: qsTranslate("Lamina", "Menu")
+                    onClicked: home.controller.showMenu()
+                }
             }
 
             Loader {
@@ -84,14 +89,6 @@ AppScreen {
                     if (next)
                         next.focus = true
                 }
-            }
-
-            IconButton {
-                x: measures.edge + measures.usable - width
-                y: head.y + (head.height - height) / 2
-                iconName: "more"
-                name: qsTranslate("Lamina", "Menu")
-                onClicked: home.controller.showMenu()
             }
 
             Grid {

@@ -9,6 +9,8 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <utility>
+#include <vector>
 
 namespace lamina {
 
@@ -60,25 +62,7 @@ QVariantMap infoOf(const UIView& view, const QRectF& frame)
     return info;
 }
 
-} // namespace
-
-int CanvasElements::rowCount(const QModelIndex& parent) const
-{
-    return parent.isValid() ? 0 : static_cast<int>(m_rows.size());
-}
-
-QVariant CanvasElements::data(const QModelIndex& index, int) const
-{
-    return checkIndex(index, CheckIndexOption::IndexIsValid) ? m_rows[static_cast<std::size_t>(index.row())].info
-                                                             : QVariant();
-}
-
-QHash<int, QByteArray> CanvasElements::roleNames() const
-{
-    return {{Qt::UserRole, "info"}};
-}
-
-void CanvasElements::collect(const UIView& parent, const UIView& canvas, std::vector<Row>& rows)
+void collect(const UIView& parent, const UIView& canvas, std::vector<CanvasElement>& rows)
 {
     for (const auto& view : parent.subviews()) {
         if (view->isHidden() || view->alpha() < kLeastSeenAlpha)
@@ -91,36 +75,33 @@ void CanvasElements::collect(const UIView& parent, const UIView& canvas, std::ve
     }
 }
 
-bool CanvasElements::holdsViewsOf(const std::vector<Row>& rows) const
+bool isSameView(const CanvasElement& a, const CanvasElement& b)
 {
-    return std::equal(m_rows.begin(), m_rows.end(), rows.begin(), rows.end(),
-                      [](const Row& a, const Row& b) { return a.view.lock() == b.view.lock(); });
+    return a.view.lock() == b.view.lock();
+}
+
+} // namespace
+
+CanvasElements::CanvasElements()
+    : ListModel({{"info", &CanvasElement::info}})
+{
 }
 
 void CanvasElements::update(const UIView* canvas)
 {
-    std::vector<Row> rows;
+    std::vector<CanvasElement> found;
     if (canvas)
-        collect(*canvas, *canvas, rows);
-    if (!holdsViewsOf(rows)) {
-        beginResetModel();
-        m_rows = std::move(rows);
-        endResetModel();
-        return;
-    }
-    for (std::size_t i = 0; i < rows.size(); ++i) {
-        if (m_rows[i].info == rows[i].info)
-            continue;
-        m_rows[i].info = std::move(rows[i].info);
-        const QModelIndex changed = index(static_cast<int>(i));
-        emit dataChanged(changed, changed);
-    }
+        collect(*canvas, *canvas, found);
+    if (!std::equal(rows().begin(), rows().end(), found.begin(), found.end(), isSameView))
+        return reset(std::move(found));
+    for (std::size_t i = 0; i < found.size(); ++i)
+        change(i, std::move(found[i]));
 }
 
 std::shared_ptr<UIView> CanvasElements::viewOf(int row) const
 {
-    const bool known = row >= 0 && row < rowCount();
-    return known ? m_rows[static_cast<std::size_t>(row)].view.lock() : nullptr;
+    const bool known = row >= 0 && row < count();
+    return known ? rows()[static_cast<std::size_t>(row)].view.lock() : nullptr;
 }
 
 void CanvasElements::activate(int row)

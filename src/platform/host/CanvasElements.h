@@ -1,14 +1,19 @@
 #pragma once
 
+#include "platform/view/ListModel.h"
 #include "platform/view/UIView.h"
 
-#include <QAbstractListModel>
 #include <QVariantMap>
 
 #include <memory>
-#include <vector>
 
 namespace lamina {
+
+/// A row of the next.
+struct CanvasElement {
+    std::weak_ptr<UIView> view;
+    QVariantMap info;
+};
 
 /// What stands on a canvas for assistive technology and the keyboard: a row for each accessibility element of the tree
 /// that can be seen, depth first, the lower ones before those that cover them. A row keeps its place as long as the
@@ -17,15 +22,11 @@ namespace lamina {
 /// A row's one value, `info`, holds: `label`; `description` (value and hint); `frame`, in shares of the canvas's width
 /// and height; `button`, `adjustable`, `image`, `text`, `selected` and `available`; and where there is a range `value`,
 /// `minimum` and `maximum`.
-class CanvasElements : public QAbstractListModel {
+class CanvasElements : public ListModel<CanvasElement> {
     Q_OBJECT
 
 public:
-    using QAbstractListModel::QAbstractListModel;
-
-    int rowCount(const QModelIndex& parent = {}) const override;
-    QVariant data(const QModelIndex& index, int role) const override;
-    QHash<int, QByteArray> roleNames() const override;
+    CanvasElements();
 
     /// Reads the tree below `canvas` anew; null: no rows.
     void update(const UIView* canvas);
@@ -38,15 +39,7 @@ public:
     Q_INVOKABLE void decrement(int row);
 
 private:
-    struct Row {
-        std::weak_ptr<UIView> view;
-        QVariantMap info;
-    };
-    static void collect(const UIView& parent, const UIView& canvas, std::vector<Row>& rows);
     std::shared_ptr<UIView> viewOf(int row) const;
-    bool holdsViewsOf(const std::vector<Row>& rows) const;
-
-    std::vector<Row> m_rows;
 };
 
 } // namespace lamina
