@@ -1,7 +1,7 @@
 #pragma once
 
-#include "gpu/filters/GPUImageACVFile.h"
-#include "gpu/filters/GPUImageToneCurveFilter.h"
+#include "gpu/filters/color/GPUImageACVFile.h"
+#include "gpu/filters/color/GPUImageToneCurveFilter.h"
 #include "platform/base/Result.h"
 
 #include <algorithm>

@@ -2,8 +2,8 @@
 #include "GraphFixture.h"
 #include "gpu/core/TypedValue.h"
 #include "gpu/filters/FilterCatalogue.h"
-#include "gpu/filters/GPUImageBoxBlurFilter.h"
-#include "gpu/filters/GPUImageGaussianBlurFilter.h"
+#include "gpu/filters/blur/GPUImageBoxBlurFilter.h"
+#include "gpu/filters/blur/GPUImageGaussianBlurFilter.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,11 +1,15 @@
-"""The colour and tone filters: their rows in the table of filter_numpy_test.py."""
+"""The colour and tone filters."""
 
 import colorsys
+import os
 import struct
+from pathlib import Path
 
 import numpy as np
 
-from formulas import colors, luma709, mix, same
+from formulas import colors, luma709, mix, picture_of, rows, same
+
+LOOKUP = Path(os.environ["LAMINA_LOOKUP"])
 
 POINTS = "noise", "ramp", "dot", "row"  # what a filter of single pixels is tried on
 
@@ -124,6 +128,57 @@ def spline_table(points):
     return [int(np.clip(i + value - place + 1e-6, 0, 255)) for i, (place, value) in enumerate(entries[:256])]
 
 
+def matrix(rows, share=1.0):
+    return lambda p: mix(p, p @ np.array(rows).T, share)
+
+
+def sepia(share=1.0):
+    luma = np.array([0.299, 0.587, 0.114])
+    return colors(lambda c: mix(c, np.dstack([tone * (c @ luma) for tone in (1.2, 1, 0.8)]), share))
+
+
+def tint(share, *color):
+    def overlaid(c):
+        y, f = luma709(c), np.array(color)
+        return mix(c, np.where(y < 0.5, 2 * y * f, 1 - 2 * (1 - y) * (1 - f)), share)
+    return colors(overlaid)
+
+
+def hue(angle, green_in_i=-0.274453, i_in_red=0.9563):
+    """In polar form: the angle of (I, Q) falls, the length stays."""
+    def turned(c):
+        y, i, q = np.moveaxis(c @ np.array([[0.299, 0.587, 0.114], [0.595716, green_in_i, -0.321263],
+                                            [0.211456, -0.522591, 0.31135]]).T, 2, 0)
+        way, chroma = np.arctan2(q, i) - angle, np.hypot(i, q)
+        i, q = chroma * np.cos(way), chroma * np.sin(way)
+        return np.dstack([y + i_in_red * i + 0.6210 * q, y - 0.2721 * i - 0.6474 * q, y - 1.1070 * i + 1.7046 * q])
+    return colors(turned)
+
+
+def haze(distance, slope=0.0):
+    def cleared(p):
+        d = (distance + slope * (np.arange(len(p)) + 0.5) / len(p))[:, None, None]
+        return (p - d) / (1 - d)
+    return cleared
+
+
+def look(name, share=1.0):
+    """By a table of 8 x 8 tiles of 64 x 64 entries: interpolated between the eight entries around a colour."""
+    def graded(c):
+        cube = picture_of(LOOKUP / f"lookup_{name}.png")[..., :3].reshape(8, 64, 8, 64, 3)
+        cube = cube.transpose(0, 2, 1, 3, 4).reshape(64, 64, 64, 3)  # by blue, green, red
+        places = 63 * c[..., ::-1]
+        low = np.floor(places).astype(int)
+        result = 0
+        for corner in np.ndindex(2, 2, 2):
+            at = np.minimum(low + corner, 63)
+            weight = np.where(corner, places - low, 1 - places + low).prod(axis=2)
+            result = result + weight[..., None] * cube[at[..., 0], at[..., 1], at[..., 2]]
+        return mix(c, result, share)
+    return colors(graded)
+
+
+UNEVEN = [[0.5, 0.25, 0, 0.125], [0, 0.75, 0.5, 0], [-0.25, 0, 1, 0.25], [0.25, 0, -0.125, 0.75]]
 STRAIGHT = (0, 0), (1, 1)
 
 
@@ -143,8 +198,27 @@ FILM = [((0, 20), (128, 140), (255, 235)), ((0, 0), (255, 200)), ((30, 0), (255,
 FILES = {"film.acv": struct.pack(">HH", 4, 5) + b"".join(
     struct.pack(">H", len(curve)) + b"".join(struct.pack(">HH", y, x) for x, y in curve) for curve in FILM) + b"more"}
 
-# As the rows of the table there.
+# As in filter_numpy_test.py.
 CASES = [
+    ("ColorMatrixFilter", same, ["noise"], 0),
+    (f"ColorMatrixFilter colorMatrix={rows(UNEVEN)} intensity=0.5", matrix(UNEVEN, 0.5)),
+    ("SepiaFilter", sepia()), ("SepiaFilter intensity=0.3", sepia(0.3)),
+    ("GrayscaleFilter", colors(lambda c: np.repeat(luma709(c), 3, 2))),
+    ("HazeFilter", haze(0.2)), ("HazeFilter distance=0.1 slope=-0.4", haze(0.1, -0.4)),
+    ("HazeFilter distance=1", np.zeros_like, ["noise", "ramp"], 0),
+    ("MonochromeFilter", tint(1, 0.6, 0.45, 0.3)),
+    ("MonochromeFilter color=0.1,0.2,0.9,0.5 intensity=0.8", tint(0.8, 0.1, 0.2, 0.9)),
+    ("GpuImageCustomFilter", tint(1, 0.35, 0.1, 0.23)), ("GpuImageCustomFilter1", tint(5, 0.35, 0.23, 0.1)),
+    # What is rounded on the way shows twelve times as large.
+    ("GpuImageCustomFilter1 intensity=12", tint(12, 0.35, 0.23, 0.1), ["ramp"], 1),
+    *[(f"HueFilter hue={degrees}", hue(np.radians(degrees))) for degrees in (0, 200, -30, 450, -750)],
+    ("HueFilter", same, ["greys"], 1),
+    ("GpuImageCustomHue", hue(3 * np.pi / 4, -0.474453, 0.2563)),
+    ("GpuImageCustomHue hue=390", hue(np.pi / 4, -0.474453, 0.2563)),
+    ("AmatorkaFilter", look("amatorka")), ("MissEtikateFilter", look("miss_etikate")),
+    ("LookupFilter + amatorka", same, ["noise"], 0), ("LookupFilter intensity=0 + amatorka", same, ["noise"], 0),
+    ("LookupFilter intensity=1 + identity", same, ["noise", "ramp"], 1),
+    ("LookupFilter intensity=0.6 + miss_etikate", look("miss_etikate", 0.6)),
     *[(f"{name}Filter", same, POINTS, 0) for name in
       "Brightness Contrast Exposure Gamma Saturation RGB Opacity Levels HighlightShadow HighlightShadowTint HSB SkinTone "
       "ToneCurve".split()],

@@ -1,6 +1,14 @@
 """What formulas of filters are made of. A picture is rows x columns x (red, green, blue, alpha), each from 0 to 1."""
 
 import numpy as np
+from PIL import Image
+
+ALL = "noise", "column"  # what a filter of neighbours is tried on: one is a single pixel wide
+
+
+def picture_of(path):
+    with Image.open(path) as picture:
+        return np.array(picture.convert("RGBA")) / 255
 
 
 def mix(one, other, share):
@@ -23,3 +31,42 @@ def same(p):
 def stored(picture):
     """As bytes keep it."""
     return np.rint(np.clip(picture, 0, 1) * 255) / 255
+
+
+def moved(p, right, down):
+    """Each pixel's neighbour so far away; beyond the border the outermost pixels go on."""
+    height, width = p.shape[:2]
+    return p[np.clip(np.arange(height) + down, 0, height - 1)][:, np.clip(np.arange(width) + right, 0, width - 1)]
+
+
+def convolution(kernel, right=1, down=1):
+    return colors(lambda c: sum(kernel[row][column] * moved(c, (column - 1) * right, (row - 1) * down)
+                                for row in range(3) for column in range(3)))
+
+
+def bell(reach, sigma):
+    weights = np.exp(-np.arange(-reach, reach + 1) ** 2 / (2 * sigma ** 2))
+    return weights / weights.sum()
+
+
+def box(reach):
+    return np.full(2 * reach + 1, 1 / (2 * reach + 1))
+
+
+def blur(weights, passes=1, step=1):
+    """Down, then across, with bytes in between."""
+    def blurred(p):
+        reach = len(weights) // 2
+        for right, down in [(0, step), (step, 0)] * passes:
+            p = stored(sum(w * moved(p, (i - reach) * right, (i - reach) * down) for i, w in enumerate(weights)))
+        return p
+    return blurred
+
+
+def over(base, top, share):
+    return np.dstack([mix(base[..., :3], top[..., :3], top[..., 3:] * share), base[..., 3]])
+
+
+def rows(values):
+    return ";".join(",".join(map(str, row)) for row in values)
+

@@ -1,0 +1,40 @@
+"""What filters are tried on, by name. A base's overlay is named as the base and `over`."""
+
+import numpy as np
+
+from formulas import stored
+
+random = np.random.default_rng(5)
+across, downwards = np.meshgrid(np.arange(255), np.arange(255))
+
+
+def pairs():
+    """Pairs of base and overlay by name; the overlay's name is the base's and `over`."""
+    # Every colour and alpha where formulas change, over every other; greys and pairs of equal channels among them.
+    ends = np.array([0, 1, 127, 128, 254, 255])
+    colors = [*([end] * 3 for end in ends), *zip(ends, np.roll(ends, 2), np.roll(ends, 5)), [255, 0, 0], [0, 255, 255]]
+    corners = np.array([[*color, alpha] for color in colors for alpha in (0, 1, 128, 255)]) / 255
+    shape = len(corners), len(corners), 4
+    # A disc of one colour that fades out, on a clear ground of another.
+    x, y = np.meshgrid(np.arange(61), np.arange(35))
+    alpha = np.clip((17 - np.hypot(x - 30, y - 17)) / 8, 0, 1)[..., None]
+    return {**{f"{name}{which}": np.maximum(random.random((height, width, 4)), [0, 0, 0, least_alpha])
+               for name, height, width, least_alpha in
+               (("pixel", 1, 1, 0), ("line", 1, 70, 1), ("uneven", 35, 61, 0), ("photo", 35, 61, 1))
+               for which in ("", " over")},
+            "photo over": np.dstack([np.where(alpha > 0, [0.9, 0.3, 0.1], [1.0, 1.0, 1.0]), alpha]),
+            "corners": np.broadcast_to(corners, shape), "corners over": np.broadcast_to(corners[:, None], shape)}
+
+
+PICTURES = {name: stored(np.asarray(pixels)) for name, pixels in {
+    "noise": random.random((35, 61, 4)),
+    "other": random.random((35, 61, 4)),
+    "column": random.random((9, 1, 4)),
+    "row": random.random((1, 70, 4)),
+    "dot": [[[0.2, 0.5, 0.9, 0.6]]],
+    "ramp": np.dstack([across, downwards, (across + downwards) / 2, np.full((255, 255), 254)]) / 254,
+    "greys": [[[level / 255] * 3 + [1] for level in range(256)]],
+    **pairs(),
+    **{f"step {red}": [[[0, 1, 1, 1], [red / 255, 1, 1, 1], [0, 1, 1, 1]]] + [[[0, 1, 1, 1]] * 3] * 2
+       for red in (25, 26, 255)},
+}.items()}
