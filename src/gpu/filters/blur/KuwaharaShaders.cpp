@@ -51,8 +51,8 @@ void considerQuadrant(float toRight, float toBottom)
 {
     vec4 sum = vec4(0.0);
     vec4 squares = vec4(0.0);
-    for (int down = 0; down <= kRadius; ++down) {
-        for (int right = 0; right <= kRadius; ++right) {
+    for (int down = 0; down <= kRadius; down++) {
+        for (int right = 0; right <= kRadius; right++) {
             vec4 color = readAt(float(right) * toRight, float(down) * toBottom);
             sum += color;
             squares += color * color;
