@@ -60,12 +60,19 @@ def peaks(value=lambda p: p[..., 0], threshold=0):
     return kept
 
 
-def extreme(choose, reach, down=1):
-    def chosen(p):
-        steps = range(-reach, reach + 1)
-        value = choose([moved(p[..., 0], i, down * j) for i in steps for j in steps], axis=0)
-        return np.dstack([value, value, value, np.ones_like(value)])
-    return chosen
+def extreme(choose, reach, down=1, across=1):
+    """By red, grey and opaque."""
+    chosen = extremes(choose, reach, down, across)
+    return lambda p: np.dstack([chosen(p)[..., :1]] * 3 + [np.ones(p.shape[:2])])
+
+
+def extremes(choose, reach, down=1, across=1):
+    steps = range(-reach, reach + 1)
+    return lambda p: choose([moved(p, across * i, down * j) for i in steps for j in steps], axis=0)
+
+
+def after(second, first):
+    return lambda p: second(first(p))
 
 
 LOPSIDED = [[0.3, -0.1, 0.05], [0.2, 0.25, -0.3], [-0.15, 0.35, 0.4]]
@@ -97,4 +104,11 @@ CASES = [
     ("ErosionFilter radius=4 verticalTexelSpacing=3", extreme(np.min, 4, 3), ALL, 1),
     *[(f"{name}Filter radius={radius}", extreme(choose, reach), ["noise"], 1)
       for name, choose in (("Erosion", np.min), ("Dilation", np.max)) for radius, reach in ((0, 1), (3, 3), (9, 4))],
+    ("RGBErosionFilter", extremes(np.min, 1), ALL, 1), ("RGBDilationFilter", extremes(np.max, 1), ALL, 1),
+    ("RGBDilationFilter radius=3 horizontalTexelSpacing=2", extremes(np.max, 3, 1, 2), ["noise"], 1),
+    *[(f"{kind}{name} {spacings}", after(of(second, *how), of(first, *how)), ["noise"], 1)
+      for kind, of in (("", extreme), ("RGB", extremes))
+      for name, first, second in (("OpeningFilter", np.min, np.max), ("ClosingFilter", np.max, np.min))
+      for spacings, how in (("", [1]), ("radius=2 verticalTexelSpacing=3 horizontalTexelSpacing=2", [2, 3, 2]))],
+    ("LaplacianFilter", convolution([[1, 1, 1], [1, -8, 1], [1, 1, 1]]), ALL),
 ]
