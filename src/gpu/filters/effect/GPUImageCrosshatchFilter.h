@@ -20,8 +20,8 @@ public:
     GPUImageCrosshatchFilter();
     static FilterDescription describe();
 
-    /// From line to line, as a share of the picture's width along a row: 0.03 at first. At 0 and less, what is not white
-    /// is black.
+    /// From line to line, as a share of the picture's width along a row: 0.03 at first. At 0 and less, what is not
+    /// white is black.
     float crossHatchSpacing() const { return m_crossHatchSpacing; }
     void setCrossHatchSpacing(float share);
     /// Of a line along a row, 0.003 at first.

@@ -34,10 +34,10 @@ GPUImagePolarPixellateFilter::GPUImagePolarPixellateFilter()
 FilterDescription GPUImagePolarPixellateFilter::describe()
 {
     using Self = GPUImagePolarPixellateFilter;
-    return filterDescription<Self>("GPUImagePolarPixellateFilter", "effect", 1, "Large pixels in rings around a point",
-                                   {centerProperty(),
-                                    filterProperty("pixelSize", &Self::setPixelSize, kPixelSize, {0, 0.5}, "",
-                                                   "Thickness of a ring by the angle of a pixel, in radians")});
+    return filterDescription<Self>(
+        "GPUImagePolarPixellateFilter", "effect", 1, "Large pixels in rings around a point",
+        {centerProperty(), filterProperty("pixelSize", &Self::setPixelSize, kPixelSize, {0, 0.5}, "",
+                                          "Thickness of a ring by the angle of a pixel, in radians")});
 }
 
 void GPUImagePolarPixellateFilter::setPixelSize(CGSize size)
