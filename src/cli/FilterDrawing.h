@@ -2,6 +2,7 @@
 
 #include "gpu/core/FilterRegistry.h"
 #include "gpu/core/GPUImageFilterPipeline.h"
+#include "platform/base/CGGeometry.h"
 #include "platform/base/Result.h"
 #include "platform/image/pixels/UIImage.h"
 
@@ -21,6 +22,9 @@ std::optional<std::string> reductionNote(const UIImage& picture);
 /// The pictures in slots 0, 1, ... of the filter, of which there are as many. The error names the filter.
 Result<UIImage> filteredPicture(const FilterDescription& description, const FilterSettings& settings,
                                 const std::vector<UIImage>& pictures);
+
+/// What a generator draws without a picture. The error names the filter.
+Result<UIImage> generatedPicture(const FilterDescription& description, const FilterSettings& settings, IntSize size);
 
 /// What is wrong with a chain that can be told without making its filters: a name that is not known, a filter that
 /// needs more than one picture.
