@@ -1,6 +1,7 @@
 #include "cli/FilterCommand.h"
 
 #include "cli/FilterDrawing.h"
+#include "cli/FilterListing.h"
 #include "cli/FilterParsing.h"
 #include "cli/Messages.h"
 
@@ -22,6 +23,7 @@ separated by ; and need quotes in a shell. Operations take several values with c
 
 Examples: lamina filter GPUImageSepiaFilter -i beach.jpg --set intensity=0.8 -o sepia.jpg
           lamina filter GPUImageLookupFilter -i beach.jpg -i table.png --set intensity=1 -o graded.png
+          lamina filter GPUImageAverageColor -i beach.jpg --report
           lamina filter --pipeline old-film.json -i beach.jpg -o film.jpg)";
 
 } // namespace
@@ -41,6 +43,8 @@ FilterCommand::FilterCommand(CLI::App& application)
     // One value each, so that a name or an option may follow.
     for (CLI::Option* repeated : {input, set})
         repeated->expected(1)->allow_extra_args(false)->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
+    options().add_flag("--report", m_reports,
+                       "Print what the filter finds as JSON on standard output; --output may be left out then");
     addOutput();
     addQuiet();
     options().footer(kFooter);
@@ -69,6 +73,19 @@ Outcome FilterCommand::checkFilter()
     return checkCount(static_cast<std::size_t>(m_filter->inputs), m_name);
 }
 
+Outcome FilterCommand::checkReport() const
+{
+    if (!m_reports)
+        return success();
+    if (isPipeline())
+        return Error{"--report", "tells what one filter finds; a pipeline has none to tell of"};
+    if (m_filter->reporting.results.empty())
+        return Error{m_name, "finds nothing to report: it only makes a picture"};
+    if (output() == "-")
+        return Error{"--report", "goes to standard output, as the picture would; name a file for the picture"};
+    return success();
+}
+
 Outcome FilterCommand::check()
 {
     if (m_name.empty() != isPipeline())
@@ -77,7 +94,9 @@ Outcome FilterCommand::check()
         return Error{"--set", "sets a property of one filter; a pipeline's values stand in its file"};
     if (Outcome suits = isPipeline() ? checkCount(1, "a pipeline") : checkFilter(); !suits)
         return suits;
-    return checkFiles();
+    if (Outcome suits = checkReport(); !suits)
+        return suits;
+    return checkFiles(!m_reports);
 }
 
 Outcome FilterCommand::readPipeline()
@@ -116,7 +135,16 @@ Result<UIImage> FilterCommand::make(std::vector<UIImage> pictures)
         return context.error();
     tellReductions(pictures);
     return isPipeline() ? pictureThroughChain(m_chain, pictures.front())
-                        : filteredPicture(*m_filter, m_filterSettings, pictures);
+                        : filteredPicture(*m_filter, m_filterSettings, pictures, m_reports ? &m_report : nullptr);
+}
+
+ExitCode FilterCommand::deliver(const UIImage& picture)
+{
+    if (!output().empty()) {
+        if (const ExitCode written = PictureCommand::deliver(picture); written != ExitCode::Good)
+            return written;
+    }
+    return m_reports ? printData(reportAsJson(m_filter->reporting.results, m_report)) : ExitCode::Good;
 }
 
 } // namespace lamina

@@ -25,9 +25,12 @@ private:
     /// The chain's file too.
     Result<std::vector<UIImage>> read() override;
     Result<UIImage> make(std::vector<UIImage> pictures) override;
+    /// The report too, after the picture, if there is one to write.
+    ExitCode deliver(const UIImage& picture) override;
 
     bool isPipeline() const { return !m_pipeline.empty(); }
     Outcome checkFilter();
+    Outcome checkReport() const;
     /// `whose`: what takes so many inputs.
     Outcome checkCount(std::size_t inputs, const std::string& whose) const;
     Outcome readPipeline();
@@ -37,10 +40,12 @@ private:
     std::string m_pipeline;
     std::vector<std::string> m_inputs;
     std::vector<std::string> m_settings;
+    bool m_reports = false;
 
     const FilterDescription* m_filter = nullptr; ///< by `check`, where there is no chain
     FilterSettings m_filterSettings;
     PipelineConfiguration m_chain; ///< by `read`
+    FilterReport m_report;         ///< by `make`
 };
 
 } // namespace lamina

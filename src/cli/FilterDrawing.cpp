@@ -70,13 +70,15 @@ std::optional<std::string> reductionNote(const UIImage& picture)
 }
 
 Result<UIImage> filteredPicture(const FilterDescription& description, const FilterSettings& settings,
-                                const std::vector<UIImage>& pictures)
+                                const std::vector<UIImage>& pictures, FilterReport* report)
 {
     Result<std::shared_ptr<GPUImageStage>> filter = makeFilter(description, settings);
     if (!filter)
         return filter.error();
     if (!(*filter)->canRender())
         return shadersDontBuild(description.className);
+    if (report)
+        description.reporting.listen(**filter, [report](FilterReport told) { *report = std::move(told); });
     UIImage result =
         pictures.size() == 1 ? (*filter)->imageByFilteringImage(pictures.front()) : combined(*filter, pictures);
     if (!result)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "gpu/core/FilterResults.h"
 #include "gpu/core/GPUImageStage.h"
 #include "gpu/core/TypedValue.h"
 #include "platform/base/Result.h"
@@ -82,6 +83,8 @@ struct FilterDescription {
     std::vector<std::string> inputNames;
     /// What its formula takes colours for: as `GPUImageStage::alphaForm` of its filters.
     AlphaForm alphaForm = AlphaForm::Straight;
+    /// What it tells in numbers beside its picture.
+    FilterReporting reporting = {};
 
     /// The property of that name; null where there is none. Lives as long as the description.
     const FilterProperty* property(std::string_view name) const;
