@@ -1,10 +1,10 @@
 #include "gpu/filters/analysis/GPUImageAverageColor.h"
 
-#include "gpu/core/GPUImageContext.h"
 #include "gpu/core/VideoProcessingQueue.h"
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <cstddef>
 #include <cstdint>
 #include <span>
@@ -14,8 +14,22 @@ namespace lamina {
 
 namespace {
 
-constexpr int kMostPasses = 2;
 constexpr int kLeastSide = 64; // below it, what a pass adds beyond an odd side would weigh too much
+
+constexpr const char* kReductionVertexShader = R"(
+attribute vec4 position;
+attribute vec4 inputTextureCoordinate;
+
+uniform vec2 extent;
+
+varying vec2 textureCoordinate;
+
+void main()
+{
+    gl_Position = position;
+    textureCoordinate = inputTextureCoordinate.xy * extent;
+}
+)";
 
 // Where half a texel is 0, four times the same: the picture as it is.
 constexpr const char* kReductionFragmentShader = R"(
@@ -51,7 +65,8 @@ std::array<std::uint64_t, 4> sumOf(std::span<const std::uint8_t> pixels)
 } // namespace
 
 GPUImageAverageColor::GPUImageAverageColor()
-    : GPUImageFilter(kReductionFragmentShader)
+    : GPUImageFilter(kReductionVertexShader, kReductionFragmentShader)
+    , m_extentUniform(uniformIndex("extent"))
     , m_halfTexelUniform(uniformIndex("halfTexel"))
 {
 }
@@ -61,43 +76,51 @@ void GPUImageAverageColor::setColorAverageProcessingFinishedBlock(ColorAverageBl
     runSynchronouslyOnVideoProcessingQueue([&] { m_finishedBlock.swap(block); });
 }
 
-std::shared_ptr<GPUImageFramebuffer> GPUImageAverageColor::reduced(const std::shared_ptr<GPUImageFramebuffer>& input,
-                                                                   IntSize size, int step)
+int GPUImageAverageColor::halvings() const
 {
-    const auto stepsIn = [step](int side) { return static_cast<double>((side + step - 1) / step); };
-    const CGSize drawn{stepsIn(size.width), stepsIn(size.height)};
-    auto output =
-        GPUImageContext::sharedFramebufferCache().fetchFramebufferForSize(drawn, outputTextureOptions(), false);
-    output->activateFramebuffer();
-    // The texels below the pixels that are drawn, in shares of the input; one more than there are of an odd side.
-    const auto right = static_cast<float>(drawn.width * step / size.width);
-    const auto bottom = static_cast<float>(drawn.height * step / size.height);
-    const double half = 0.5 * (step - 1);
-    setPoint({half / size.width, half / size.height}, m_halfTexelUniform, m_filterProgram);
-    drawPass(firstPass(), input, kGPUImageQuadVertices, {0, 0, right, 0, 0, bottom, right, bottom});
-    return output;
+    const int side = std::min(m_inputPixels.width, m_inputPixels.height);
+    return side < kLeastSide ? 0 : (side + 1) / 2 < kLeastSide ? 1 : 2;
+}
+
+/// The picture's size after so many halvings.
+IntSize GPUImageAverageColor::sizeAfter(int halvings) const
+{
+    IntSize size = m_inputPixels;
+    for (int i = 0; i < halvings; ++i)
+        size = {(size.width + 1) / 2, (size.height + 1) / 2};
+    return size;
+}
+
+CGSize GPUImageAverageColor::sizeOfPass(int index) const
+{
+    const IntSize size = sizeAfter(std::min(index + 1, halvings()));
+    return {static_cast<double>(size.width), static_cast<double>(size.height)};
+}
+
+void GPUImageAverageColor::setUniformsForProgramAtIndex(int programIndex)
+{
+    GPUImageFilter::setUniformsForProgramAtIndex(programIndex);
+    const IntSize size = sizeAfter(programIndex);
+    const CGSize drawn = sizeOfPass(programIndex);
+    const double step = halvings() == 0 ? 1 : 2;
+    const auto share = [](double part, int whole) { return static_cast<float>(part / whole); };
+    // What lies below the pixels that are drawn; of an odd side a texel more than there is.
+    glUniform2f(m_extentUniform, share(drawn.width * step, size.width), share(drawn.height * step, size.height));
+    glUniform2f(m_halfTexelUniform, share((step - 1) / 2, size.width), share((step - 1) / 2, size.height));
 }
 
 GPUImageAverageColor::Average GPUImageAverageColor::averageOfInput()
 {
-    const IntSize whole = m_firstInputFramebuffer->pixelSize();
-    if (whole.isEmpty())
+    m_inputPixels = m_firstInputFramebuffer->pixelSize();
+    if (m_inputPixels.isEmpty()) {
+        unlockInputs();
         return {};
-    std::shared_ptr<GPUImageFramebuffer> frame;
-    double weight = 1.0 / (255.0 * whole.width * whole.height);
-    for (int pass = 0; pass == 0 || pass < kMostPasses; ++pass) {
-        const IntSize size = frame ? frame->pixelSize() : whole;
-        const bool halve = std::min(size.width, size.height) >= kLeastSide;
-        if (!halve && frame)
-            break;
-        auto next = reduced(frame ? frame : m_firstInputFramebuffer, size, halve ? 2 : 1);
-        if (frame)
-            frame->unlock();
-        frame = std::move(next);
-        weight *= halve ? 4 : 1;
     }
-    const std::array<std::uint64_t, 4> sums = sumOf(m_reading.read(*frame));
-    frame->unlock();
+    const double pixels = static_cast<double>(m_inputPixels.width) * m_inputPixels.height;
+    const double weight = std::pow(4, halvings()) / (255 * pixels);
+    const auto reduced = drawPasses(kGPUImageQuadVertices, textureCoordinatesForRotation(kGPUImageNoRotation));
+    const std::array<std::uint64_t, 4> sums = sumOf(m_reading.read(*reduced));
+    reduced->unlock();
     const auto mean = [&](std::size_t channel) { return std::min(1.0, static_cast<double>(sums[channel]) * weight); };
     return {mean(0), mean(1), mean(2), mean(3)};
 }
@@ -109,13 +132,7 @@ void GPUImageAverageColor::renderToTextureWithVertices(const QuadCoordinates&, c
         return;
     }
     m_average = averageOfInput();
-    unlockInputs();
-    m_outputFramebuffer =
-        GPUImageContext::sharedFramebufferCache().fetchFramebufferForSize({1, 1}, outputTextureOptions(), false);
-    m_outputFramebuffer->activateFramebuffer();
-    const GPUVector4 color = outputColor(m_average);
-    glClearColor(color.one, color.two, color.three, color.four);
-    glClear(GL_COLOR_BUFFER_BIT);
+    m_outputFramebuffer = beginOutput(outputColor(m_average));
     holdForCapture(*m_outputFramebuffer);
     signalCapture();
 }

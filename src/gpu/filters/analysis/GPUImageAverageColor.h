@@ -9,7 +9,6 @@
 #include "platform/gl/GLHeaders.h"
 
 #include <functional>
-#include <memory>
 
 namespace lamina {
 
@@ -34,12 +33,17 @@ public:
     /// From any thread; in force from the next frame.
     void setColorAverageProcessingFinishedBlock(ColorAverageBlock block);
 
+    CGSize sizeOfFBO() const override { return {1, 1}; }
     CGSize outputFrameSize() const override { return {1, 1}; }
     void renderToTextureWithVertices(const QuadCoordinates& vertices,
                                      const QuadCoordinates& textureCoordinates) override;
     void newFrameReadyAtTime(const CMTime& frameTime, int textureIndex) override;
+    void setUniformsForProgramAtIndex(int programIndex) override;
 
 protected:
+    int passCount() const override { return halvings(); }
+    CGSize sizeOfPass(int index) const override;
+
     struct Average {
         double red = 0;
         double green = 0;
@@ -52,12 +56,14 @@ protected:
     virtual GPUVector4 outputColor(const Average& average) const;
 
 private:
-    std::shared_ptr<GPUImageFramebuffer> reduced(const std::shared_ptr<GPUImageFramebuffer>& input, IntSize size,
-                                                 int step);
+    int halvings() const;
+    IntSize sizeAfter(int halvings) const;
     Average averageOfInput();
 
+    GLint m_extentUniform;
     GLint m_halfTexelUniform;
     FrameReading m_reading;
+    IntSize m_inputPixels;
     Average m_average;
     ColorAverageBlock m_finishedBlock;
 };
