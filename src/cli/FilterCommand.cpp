@@ -1,6 +1,7 @@
 #include "cli/FilterCommand.h"
 
 #include "cli/FilterDrawing.h"
+#include "cli/FilterListing.h"
 #include "cli/FilterParsing.h"
 #include "cli/Messages.h"
 #include "gpu/core/TypedValue.h"
@@ -29,20 +30,19 @@ matrices, whose rows are separated by ; and need quotes in a shell. Operations t
 Examples: lamina filter GPUImageSepiaFilter -i beach.jpg --set intensity=0.8 -o sepia.jpg
           lamina filter GPUImageLookupFilter -i beach.jpg -i table.png --set intensity=1 -o graded.png
           lamina filter GPUImageSolidColorGenerator --size 640x480 --set color=0.9,0.8,0.7,1 -o sand.png
+          lamina filter GPUImageAverageColor -i beach.jpg --report
           lamina filter --pipeline old-film.json -i beach.jpg -o film.jpg)";
 
 /// Whole pixels, written WxH; more than any device draws is cut down to that.
 Result<IntSize> parsePixelSize(const std::string& text)
 {
-    constexpr std::uint32_t kMost = std::numeric_limits<int>::max();
     std::vector<int> sides;
     for (const std::string_view field : fieldsOf(text, 'x')) {
-        if (const Result<TypedValue> side = parseValue(field, kind::kCount))
-            sides.push_back(static_cast<int>(std::min(std::get<std::uint32_t>(*side), kMost)));
-        else
-            sides.clear();
+        constexpr std::uint32_t kMost = std::numeric_limits<int>::max();
+        const Result<TypedValue> side = parseValue(field, kind::kCount);
+        sides.push_back(side ? static_cast<int>(std::min(std::get<std::uint32_t>(*side), kMost)) : 0);
     }
-    if (sides.size() != 2)
+    if (sides.size() != 2 || sides[0] == 0 || sides[1] == 0)
         return Error{"--size", "expected a size in whole pixels, as in 640x480, not '" + beginning(text) + "'"};
     return IntSize{sides[0], sides[1]};
 }
@@ -67,6 +67,8 @@ FilterCommand::FilterCommand(CLI::App& application)
     options()
         .add_option("--size", m_sizeText, "The output's pixels, for a generator that gets no picture")
         ->type_name("WxH");
+    options().add_flag("--report", m_reports,
+                       "Print what the filter finds as JSON on standard output; --output may be left out then");
     addOutput();
     addQuiet();
     options().footer(kFooter);
@@ -112,6 +114,19 @@ Outcome FilterCommand::checkGenerator()
     return success();
 }
 
+Outcome FilterCommand::checkReport() const
+{
+    if (!m_reports)
+        return success();
+    if (isPipeline())
+        return Error{"--report", "tells what one filter finds; a pipeline has none to tell of"};
+    if (m_filter->reporting.results.empty())
+        return Error{m_name, "finds nothing to report: it only makes a picture"};
+    if (output() == "-")
+        return Error{"--report", "goes to standard output, as the picture would; name a file for the picture"};
+    return success();
+}
+
 Outcome FilterCommand::check()
 {
     if (m_name.empty() != isPipeline())
@@ -122,7 +137,9 @@ Outcome FilterCommand::check()
         return Error{"--size", "is for a generator; a pipeline draws its picture"};
     if (Outcome suits = isPipeline() ? checkCount(1, "a pipeline") : checkFilter(); !suits)
         return suits;
-    return checkFiles();
+    if (Outcome suits = checkReport(); !suits)
+        return suits;
+    return checkFiles(!m_reports);
 }
 
 Outcome FilterCommand::readPipeline()
@@ -163,7 +180,16 @@ Result<UIImage> FilterCommand::make(std::vector<UIImage> pictures)
         return generatedPicture(*m_filter, m_filterSettings, m_size);
     tellReductions(pictures);
     return isPipeline() ? pictureThroughChain(m_chain, pictures.front())
-                        : filteredPicture(*m_filter, m_filterSettings, pictures);
+                        : filteredPicture(*m_filter, m_filterSettings, pictures, m_reports ? &m_report : nullptr);
+}
+
+ExitCode FilterCommand::deliver(const UIImage& picture)
+{
+    if (!output().empty()) {
+        if (const ExitCode written = PictureCommand::deliver(picture); written != ExitCode::Good)
+            return written;
+    }
+    return m_reports ? printData(reportAsJson(m_filter->reporting.results, m_report)) : ExitCode::Good;
 }
 
 } // namespace lamina

@@ -97,9 +97,11 @@ std::optional<std::string> reductionNote(const UIImage& picture)
 }
 
 Result<UIImage> filteredPicture(const FilterDescription& description, const FilterSettings& settings,
-                                const std::vector<UIImage>& pictures)
+                                const std::vector<UIImage>& pictures, FilterReport* report)
 {
     return drawn(description, settings, [&](const std::shared_ptr<GPUImageStage>& filter) {
+        if (report)
+            description.reporting.listen(*filter, [report](FilterReport told) { *report = std::move(told); });
         return pictures.size() == 1 ? filter->imageByFilteringImage(pictures.front()) : combined(filter, pictures);
     });
 }

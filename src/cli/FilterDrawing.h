@@ -19,9 +19,10 @@ Outcome drawingIsPossible();
 /// a side". Nothing when it fits.
 std::optional<std::string> reductionNote(const UIImage& picture);
 
-/// The pictures in slots 0, 1, ... of the filter, of which there are as many. The error names the filter.
+/// The pictures in slots 0, 1, ... of the filter, of which there are as many. The error names the filter. `report`:
+/// where to put what the filter reports of it; only for one that has results.
 Result<UIImage> filteredPicture(const FilterDescription& description, const FilterSettings& settings,
-                                const std::vector<UIImage>& pictures);
+                                const std::vector<UIImage>& pictures, FilterReport* report = nullptr);
 
 /// What a generator draws without a picture. The error names the filter.
 Result<UIImage> generatedPicture(const FilterDescription& description, const FilterSettings& settings, IntSize size);

@@ -118,7 +118,7 @@ TEST_F(Refusals, ValuesThatAreNotUnderstood)
         {"filter GPUImageLevelsFilter --set setRedMin=0,1,x,0,1", 2, "max must be a number, not 'x', as in setRedMin:"},
         {"filter GPUImageSolidColorGenerator --size 6x0 -o out.png", 2,
          "a size in whole pixels, as in 640x480, not '6x0'"},
-        {"filter GPUImageSolidColorGenerator --size 6x4x2 -o out.png", 2, "not '6x4x2'"},
+        {"filter GPUImageSolidColorGenerator --size x6x4 -o out.png", 2, "not 'x6x4'"},
         {"filter GPUImageHSBFilter --set rset", 2, "GPUImageHSBFilter has no property 'rset'; did you mean reset?"},
         {"filter GPUImageHSBFilter --set reset=1", 2, "reset takes 0 values, not 1, as in reset"},
         {"filter GPUImageSkinToneFilter --set upperSkinToneColor=0", 2, "must be green or orange, not '0', as in"},

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "gpu/core/FilterResults.h"
 #include "gpu/core/GPUImageStage.h"
 #include "gpu/core/TypedValue.h"
 #include "platform/base/Result.h"
@@ -87,6 +88,8 @@ struct FilterDescription {
     /// Draws without a picture too, at a size that is given: a `GPUImageFilter` of one input with
     /// `forceProcessingAtSize` and `generateFrameAtTime`.
     bool isGenerator = false;
+    /// What it tells in numbers beside its picture.
+    FilterReporting reporting = {};
 
     /// The property of that name; null where there is none. Lives as long as the description.
     const FilterProperty* property(std::string_view name) const;

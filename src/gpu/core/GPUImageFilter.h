@@ -194,6 +194,10 @@ protected:
     /// Whether passes after the first read inputs after the first too; false: all inputs go back once they are drawn.
     virtual bool everyPassReadsInputs() const { return false; }
 
+    /// Draws the inputs in all passes and gives their counts back. What the last pass drew, with the count of the fetch.
+    std::shared_ptr<GPUImageFramebuffer> drawPasses(const QuadCoordinates& vertices,
+                                                    const QuadCoordinates& textureCoordinates);
+
     /// A framebuffer of the output's options, active and cleared; with the count of the fetch.
     std::shared_ptr<GPUImageFramebuffer> beginOutput(const GPUVector4& clearColor, CGSize size) const;
     /// The same of the output's size.
@@ -234,8 +238,6 @@ protected:
     DispatchSemaphore m_imageCaptureSemaphore{0};
 
 private:
-    std::shared_ptr<GPUImageFramebuffer> drawPasses(const QuadCoordinates& vertices,
-                                                    const QuadCoordinates& textureCoordinates);
     using UniformPlace = std::variant<GLint, std::string>;
     void setUniform(UniformPlace place, const std::shared_ptr<GLProgram>& program, std::function<void(GLint)> apply);
 

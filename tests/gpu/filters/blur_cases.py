@@ -1,6 +1,13 @@
 """Blurs and what is made of them."""
 
+import numpy as np
+
 from formulas import ALL, bell, blur, box, same
+
+
+def of_red(formula):
+    """Of the red channel alone, in grey and opaque."""
+    return lambda p: formula(np.dstack([p[..., 0]] * 3 + [np.ones(p.shape[:2])]))
 
 # As in filter_numpy_test.py.
 CASES = [
@@ -16,4 +23,7 @@ CASES = [
     ("GaussianBlurFilter blurRadiusAsFractionOfImageHeight=0.1", blur(bell(10, 4))),
     # A box of three has its pairs' places on texels, however far they are.
     ("BoxBlurFilter blurRadiusInPixels=1 texelSpacingMultiplier=3", blur(box(1), step=3)),
+    ("SingleComponentGaussianBlurFilter", of_red(blur(bell(4, 2))), ALL),
+    ("SingleComponentGaussianBlurFilter blurRadiusInPixels=10", of_red(blur(bell(22, 10)))),
+    ("SingleComponentGaussianBlurFilter blurRadiusInPixels=0", same, ["noise"], 0),
 ]
