@@ -132,10 +132,22 @@ CGSize GPUImageFilter::sizeOfFBO() const
     return isZero(maximum) || m_inputTextureSize.width < maximum.width ? m_inputTextureSize : maximum;
 }
 
-std::shared_ptr<GPUImageFramebuffer> GPUImageFilter::beginOutput(const GPUVector4& clearColor) const
+GPUImageFilter::Pass GPUImageFilter::passAt(int index)
+{
+    Pass pass = firstPass();
+    pass.programIndex = index;
+    return pass;
+}
+
+CGSize GPUImageFilter::sizeOfPass(int) const
+{
+    return sizeOfFBO();
+}
+
+std::shared_ptr<GPUImageFramebuffer> GPUImageFilter::beginOutput(const GPUVector4& clearColor, CGSize size) const
 {
     auto output =
-        GPUImageContext::sharedFramebufferCache().fetchFramebufferForSize(sizeOfFBO(), outputTextureOptions(), false);
+        GPUImageContext::sharedFramebufferCache().fetchFramebufferForSize(size, outputTextureOptions(), false);
     output->activateFramebuffer();
     glClearColor(clearColor.one, clearColor.two, clearColor.three, clearColor.four);
     glClear(GL_COLOR_BUFFER_BIT);
@@ -161,6 +173,40 @@ void GPUImageFilter::drawPass(const Pass& pass, const std::shared_ptr<GPUImageFr
     glDrawArrays(GL_TRIANGLE_STRIP, 0, 4);
     checkDraw("drawing a filter");
     disableFurtherArrays();
+}
+
+namespace {
+
+void readFrom(GLuint attribute, const VertexArray& array)
+{
+    if (array.data)
+        glVertexAttribPointer(attribute, array.components, array.type, array.normalized, array.stride, array.data);
+    else
+        glDisableVertexAttribArray(attribute);
+}
+
+} // namespace
+
+void GPUImageFilter::drawVertices(const Pass& pass, const std::shared_ptr<GPUImageFramebuffer>& input,
+                                  const VertexDraw& draw)
+{
+    GPUImageContext::setActiveShaderProgram(pass.program);
+    setUniformsForProgramAtIndex(pass.programIndex);
+    bindInput(input, kFirstTextureUnit, pass.inputTextureUniform);
+    readFrom(pass.positionAttribute, draw.positions);
+    // An enabled array that is shorter than the draw would be read beyond its end.
+    readFrom(pass.textureCoordinateAttribute, draw.textureCoordinates);
+    if (draw.addsToWhatIsThere) {
+        glEnable(GL_BLEND);
+        glBlendEquation(GL_FUNC_ADD);
+        glBlendFunc(GL_ONE, GL_ONE);
+    }
+    glDrawArrays(draw.primitive, 0, draw.count);
+    checkDraw("drawing a filter's vertices");
+    if (draw.addsToWhatIsThere)
+        glDisable(GL_BLEND);
+    glEnableVertexAttribArray(pass.positionAttribute);
+    glEnableVertexAttribArray(pass.textureCoordinateAttribute);
 }
 
 void GPUImageFilter::holdForCapture(GPUImageFramebuffer& output)
@@ -189,6 +235,25 @@ void GPUImageFilter::dropFrame()
         m_imageCaptureSemaphore.signal();
 }
 
+std::shared_ptr<GPUImageFramebuffer> GPUImageFilter::drawPasses(const QuadCoordinates& vertices,
+                                                                const QuadCoordinates& textureCoordinates)
+{
+    const QuadCoordinates& upright = textureCoordinatesForRotation(kGPUImageNoRotation);
+    const int last = std::max(passCount(), 1) - 1;
+    std::shared_ptr<GPUImageFramebuffer> drawn; // by the pass before
+    for (int index = 0; index <= last; ++index) {
+        std::shared_ptr<GPUImageFramebuffer> output = beginOutput(m_backgroundColor, sizeOfPass(index));
+        drawPass(passAt(index), index == 0 ? m_firstInputFramebuffer : drawn, vertices,
+                 index == 0 ? textureCoordinates : upright);
+        if (index == (everyPassReadsInputs() ? last : 0))
+            unlockInputs();
+        if (drawn)
+            drawn->unlock();
+        drawn = std::move(output);
+    }
+    return drawn;
+}
+
 void GPUImageFilter::renderToTextureWithVertices(const QuadCoordinates& vertices,
                                                  const QuadCoordinates& textureCoordinates)
 {
@@ -196,10 +261,8 @@ void GPUImageFilter::renderToTextureWithVertices(const QuadCoordinates& vertices
         dropFrame();
         return;
     }
-    m_outputFramebuffer = beginOutput(m_backgroundColor);
+    m_outputFramebuffer = drawPasses(vertices, textureCoordinates);
     holdForCapture(*m_outputFramebuffer);
-    drawPass(firstPass(), m_firstInputFramebuffer, vertices, textureCoordinates);
-    unlockInputs();
     signalCapture();
 }
 
@@ -207,6 +270,17 @@ void GPUImageFilter::newFrameReadyAtTime(const CMTime& frameTime, int)
 {
     renderToTextureWithVertices(kGPUImageQuadVertices, textureCoordinatesForRotation(m_inputRotation));
     informTargetsAboutNewFrameAtTime(frameTime);
+}
+
+void GPUImageFilter::generateFrameAtTime(const CMTime& frameTime)
+{
+    runSynchronouslyOnVideoProcessingQueue([&] {
+        const CGSize size = sizeOfFBO();
+        if (!isMeasurable(size))
+            return;
+        setupFilterForSize(size);
+        GPUImageFilter::newFrameReadyAtTime(frameTime, 0);
+    });
 }
 
 void GPUImageFilter::informTargetsAboutNewFrameAtTime(const CMTime& frameTime)

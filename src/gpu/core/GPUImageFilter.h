@@ -7,6 +7,7 @@
 #include "gpu/core/GPUImageRotationMode.h"
 #include "gpu/core/GPUImageStage.h"
 #include "gpu/core/GPUVectors.h"
+#include "gpu/core/VertexDraw.h"
 #include "platform/base/CGGeometry.h"
 #include "platform/base/CMTime.h"
 #include "platform/base/DispatchSemaphore.h"
@@ -53,14 +54,18 @@ public:
     CGImage newCGImageFromCurrentlyProcessedOutput() override;
 
     /// The size that is drawn: the input's, or `maximumOutputSize` where that is narrower.
-    CGSize sizeOfFBO() const;
+    virtual CGSize sizeOfFBO() const;
     /// The size that targets are told.
     virtual CGSize outputFrameSize() const { return m_inputTextureSize; }
 
-    /// Draws the input into a new output, or drops the frame where rendering is prevented or impossible. `vertices` are
-    /// places in clip space, `textureCoordinates` the same corners' places in the input. On the queue.
+    /// Draws the input into a new output, in as many passes as `passCount` says, or drops the frame where rendering is
+    /// prevented or impossible. `vertices` are places in clip space, `textureCoordinates` the same corners' places in
+    /// the input. On the queue.
     virtual void renderToTextureWithVertices(const QuadCoordinates& vertices,
                                              const QuadCoordinates& textureCoordinates);
+    /// Draws and hands on a frame without an input, as generators do, at the size that `forceProcessingAtSize` has set;
+    /// nothing where there is none. What reads the input finds it opaque black. Waits for the queue.
+    void generateFrameAtTime(const CMTime& frameTime);
     /// Hands the output to the targets and lets them draw. On the queue.
     void informTargetsAboutNewFrameAtTime(const CMTime& frameTime);
 
@@ -171,9 +176,36 @@ protected:
                   const QuadCoordinates& textureCoordinates);
     /// The pass of `m_filterProgram`.
     Pass firstPass();
+    /// Draws points, lines or triangles of the filter's own through the pass's program into the active framebuffer;
+    /// `input` as in `drawPass`. Inputs after the first are not bound: their arrays have four places. Blending and
+    /// arrays are left as they were found. On the queue.
+    void drawVertices(const Pass& pass, const std::shared_ptr<GPUImageFramebuffer>& input, const VertexDraw& draw);
 
-    /// A framebuffer of the output's size and options, active and cleared; with the count of the fetch.
-    std::shared_ptr<GPUImageFramebuffer> beginOutput(const GPUVector4& clearColor) const;
+    // A frame may be drawn in several passes, each of which reads what the one before drew. They take turns with two
+    // framebuffers (of one size, where all passes have it); only what the last one draws is kept and handed on. The
+    // inputs' rotation acts in the first pass.
+
+    /// How many passes make a frame; 1 here. Less counts as 1.
+    virtual int passCount() const { return 1; }
+    /// The pass with this number, from 0: the first program here, each time told its number as `programIndex`, by which
+    /// `setUniformsForProgramAtIndex` may set what differs.
+    virtual Pass passAt(int index);
+    /// What the pass draws into; `sizeOfFBO` here.
+    virtual CGSize sizeOfPass(int index) const;
+    /// Whether passes after the first read inputs after the first too; false: all inputs go back once they are drawn.
+    virtual bool everyPassReadsInputs() const { return false; }
+
+    /// Draws the inputs in all passes and gives their counts back. What the last pass drew, with the count of the fetch.
+    std::shared_ptr<GPUImageFramebuffer> drawPasses(const QuadCoordinates& vertices,
+                                                    const QuadCoordinates& textureCoordinates);
+
+    /// A framebuffer of the output's options, active and cleared; with the count of the fetch.
+    std::shared_ptr<GPUImageFramebuffer> beginOutput(const GPUVector4& clearColor, CGSize size) const;
+    /// The same of the output's size.
+    std::shared_ptr<GPUImageFramebuffer> beginOutput(const GPUVector4& clearColor) const
+    {
+        return beginOutput(clearColor, sizeOfFBO());
+    }
     /// Binds the texture of `input` (none: texture 0) to `unit` and tells the sampler at `uniform`.
     static void bindInput(const std::shared_ptr<GPUImageFramebuffer>& input, int unit, GLint uniform);
     /// Slot i samples from texture unit 2 + i; unit 1 is for making textures.

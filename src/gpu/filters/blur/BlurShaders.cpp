@@ -84,39 +84,53 @@ varying vec2 blurCoordinates[)" +
     return text + "}\n";
 }
 
+/// What differs between the sums: their type and start, what of a read is added, and what is written.
+struct Sum {
+    const char* declaration;
+    const char* component;
+    const char* result;
+};
+
+constexpr Sum sumOf(BlurChannels channels)
+{
+    return channels == BlurChannels::All ? Sum{"highp vec4 sum = vec4(0.0)", "", "sum"}
+                                         : Sum{"highp float sum = 0.0", ".r", "vec4(vec3(sum), 1.0)"};
+}
+
 /// Everything before the sum. The step is declared where the sum computes places of its own.
-std::string fragmentShaderHead(std::size_t places, bool needsStep)
+std::string fragmentShaderHead(const Sum& sum, std::size_t places, bool needsStep)
 {
     std::string text = "precision highp float;\n\nuniform highp sampler2D inputImageTexture;\n";
     text += "\nvarying highp vec2 blurCoordinates[" + std::to_string(places) + "];\n";
     if (needsStep)
         text += "varying highp vec2 singleStepOffset;\n";
     text += "\nvoid main()\n{\n";
-    text += "    highp vec4 sum = vec4(0.0);\n";
-    return text;
+    return text + "    " + sum.declaration + ";\n";
 }
 
-constexpr const char* kFragmentShaderTail = "    gl_FragColor = sum;\n}\n";
-
-std::string addend(const std::string& where, double weight)
+std::string fragmentShaderTail(const Sum& sum)
 {
-    return "    sum += texture2D(inputImageTexture, " + where + ") * " + decimal(weight) + ";\n";
+    return std::string("    gl_FragColor = ") + sum.result + ";\n}\n";
 }
 
-/// Divides by the sum of all, neighbours counted twice, which takes any common factor out.
-BlurWeights normalised(const std::vector<double>& bell)
+std::string addend(const Sum& sum, const std::string& where, double weight)
 {
-    double total = -bell.front();
-    for (const double weight : bell)
-        total += 2 * weight;
-    BlurWeights weights;
-    weights.reserve(bell.size());
-    for (const double weight : bell)
-        weights.push_back(static_cast<float>(weight / total));
-    return weights;
+    return "    sum += texture2D(inputImageTexture, " + where + ")" + sum.component + " * " + decimal(weight) + ";\n";
 }
 
 } // namespace
+
+BlurWeights normalisedBlurWeights(const std::vector<double>& line)
+{
+    double total = -line.front();
+    for (const double weight : line)
+        total += 2 * weight;
+    BlurWeights weights;
+    weights.reserve(line.size());
+    for (const double weight : line)
+        weights.push_back(static_cast<float>(weight / total));
+    return weights;
+}
 
 BlurWeights gaussianBlurWeights(unsigned radius, double sigma)
 {
@@ -127,12 +141,12 @@ BlurWeights gaussianBlurWeights(unsigned radius, double sigma)
         const double distance = static_cast<double>(i) / sigma;
         bell[i] = std::exp(-distance * distance / 2);
     }
-    return normalised(bell);
+    return normalisedBlurWeights(bell);
 }
 
 BlurWeights boxBlurWeights(unsigned radius)
 {
-    return normalised(std::vector<double>(radius + std::size_t{1}, 1.0));
+    return normalisedBlurWeights(std::vector<double>(radius + std::size_t{1}, 1.0));
 }
 
 std::string standardBlurVertexShader(const BlurWeights& weights)
@@ -146,16 +160,17 @@ std::string standardBlurVertexShader(const BlurWeights& weights)
     return vertexShader(steps, false);
 }
 
-std::string standardBlurFragmentShader(const BlurWeights& weights)
+std::string standardBlurFragmentShader(const BlurWeights& weights, BlurChannels channels)
 {
     if (weights.size() < 2)
         return kGPUImagePassthroughFragmentShaderString;
+    const Sum sum = sumOf(channels);
     const std::size_t radius = weights.size() - 1;
     const std::size_t places = 2 * radius + 1;
-    std::string text = fragmentShaderHead(places, false);
+    std::string text = fragmentShaderHead(sum, places, false);
     for (std::size_t k = 0; k < places; ++k)
-        text += addend(place(k), weights[k < radius ? radius - k : k - radius]);
-    return text + kFragmentShaderTail;
+        text += addend(sum, place(k), weights[k < radius ? radius - k : k - radius]);
+    return text + fragmentShaderTail(sum);
 }
 
 std::string optimizedBlurVertexShader(const BlurWeights& weights)
@@ -171,24 +186,25 @@ std::string optimizedBlurVertexShader(const BlurWeights& weights)
     return vertexShader(steps, pairs.size() > kPairsInVaryings);
 }
 
-std::string optimizedBlurFragmentShader(const BlurWeights& weights)
+std::string optimizedBlurFragmentShader(const BlurWeights& weights, BlurChannels channels)
 {
     if (weights.size() < 2)
         return kGPUImagePassthroughFragmentShaderString;
+    const Sum sum = sumOf(channels);
     const std::vector<Pair> pairs = pairsOf(weights);
     const std::size_t handedOut = std::min(pairs.size(), kPairsInVaryings);
 
-    std::string text = fragmentShaderHead(1 + 2 * handedOut, pairs.size() > handedOut);
-    text += addend(place(0), weights[0]);
+    std::string text = fragmentShaderHead(sum, 1 + 2 * handedOut, pairs.size() > handedOut);
+    text += addend(sum, place(0), weights[0]);
     for (std::size_t j = 0; j < handedOut; ++j) {
-        text += addend(place(2 * j + 1), pairs[j].weight);
-        text += addend(place(2 * j + 2), pairs[j].weight);
+        text += addend(sum, place(2 * j + 1), pairs[j].weight);
+        text += addend(sum, place(2 * j + 2), pairs[j].weight);
     }
     for (std::size_t j = handedOut; j < pairs.size(); ++j) {
-        text += addend(place(0) + " " + stepsAway(pairs[j].offset), pairs[j].weight);
-        text += addend(place(0) + " " + stepsAway(-pairs[j].offset), pairs[j].weight);
+        text += addend(sum, place(0) + " " + stepsAway(pairs[j].offset), pairs[j].weight);
+        text += addend(sum, place(0) + " " + stepsAway(-pairs[j].offset), pairs[j].weight);
     }
-    return text + kFragmentShaderTail;
+    return text + fragmentShaderTail(sum);
 }
 
 } // namespace lamina

@@ -14,6 +14,14 @@ using BlurWeights = std::vector<float>;
 BlurWeights gaussianBlurWeights(unsigned radius, double sigma);
 /// The same weight for all.
 BlurWeights boxBlurWeights(unsigned radius);
+/// Any line, from its middle outwards: divided by the sum of all, neighbours counted twice.
+BlurWeights normalisedBlurWeights(const std::vector<double>& line);
+
+/// What of the picture is summed.
+enum class BlurChannels {
+    All,
+    Red, ///< alone, written to red, green and blue; opaque
+};
 
 // Shaders for one pass of such a blur. The vertex shader gets the step from one pixel to the next as `texelWidthOffset`
 // and `texelHeightOffset` and hands out where to read as `blurCoordinates`. Radius 0 gives the plain texts that pass a
@@ -23,13 +31,13 @@ BlurWeights boxBlurWeights(unsigned radius);
 /// radius 7.
 std::string standardBlurVertexShader(const BlurWeights& weights);
 /// Sums what is read there.
-std::string standardBlurFragmentShader(const BlurWeights& weights);
+std::string standardBlurFragmentShader(const BlurWeights& weights, BlurChannels channels = BlurChannels::All);
 
 /// Neighbours are read in pairs, at the place between both where linear sampling weighs them right. The vertex shader
 /// hands out the places of seven pairs on each side; those of pairs beyond, for which there are no varyings left, are
 /// computed at each pixel from the step, `singleStepOffset`.
 std::string optimizedBlurVertexShader(const BlurWeights& weights);
 /// Sums what is read there, and at the computed places.
-std::string optimizedBlurFragmentShader(const BlurWeights& weights);
+std::string optimizedBlurFragmentShader(const BlurWeights& weights, BlurChannels channels = BlurChannels::All);
 
 } // namespace lamina

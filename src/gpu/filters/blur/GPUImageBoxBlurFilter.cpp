@@ -8,12 +8,6 @@
 
 namespace lamina {
 
-namespace {
-
-constexpr unsigned kRadiusOfNewFilter = 4;
-
-} // namespace
-
 GPUImageBoxBlurFilter::GPUImageBoxBlurFilter()
     : GPUImageGaussianBlurFilter(boxBlurWeights(kRadiusOfNewFilter), kRadiusOfNewFilter)
 {

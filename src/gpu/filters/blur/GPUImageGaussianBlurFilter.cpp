@@ -15,9 +15,6 @@ namespace lamina {
 
 namespace {
 
-constexpr unsigned kRadiusOfNewFilter = 4;
-constexpr float kSigmaOfNewFilter = 2;
-
 /// Where the bell of this sigma, itself of area 1, falls below 1/256: sqrt(-2 sigma^2 log(sqrt(2 pi sigma^2) / 256)),
 /// made even. The expression is largest at sigma = 256 / sqrt(2 pi e), about 62, and about 62 itself. From there it
 /// would fall, to nothing at 102 where even the top of the bell is lower, and a larger radius would blur less.
@@ -39,9 +36,12 @@ GPUImageGaussianBlurFilter::GPUImageGaussianBlurFilter()
 {
 }
 
-GPUImageGaussianBlurFilter::GPUImageGaussianBlurFilter(const BlurWeights& weights, float blurRadiusInPixels)
-    : GPUImageTwoPassTextureSamplingFilter(optimizedBlurVertexShader(weights), optimizedBlurFragmentShader(weights),
-                                           optimizedBlurVertexShader(weights), optimizedBlurFragmentShader(weights))
+GPUImageGaussianBlurFilter::GPUImageGaussianBlurFilter(const BlurWeights& weights, float blurRadiusInPixels,
+                                                       BlurChannels channels)
+    : GPUImageTwoPassTextureSamplingFilter(
+          optimizedBlurVertexShader(weights), optimizedBlurFragmentShader(weights, channels),
+          optimizedBlurVertexShader(weights), optimizedBlurFragmentShader(weights, channels))
+    , m_channels(channels)
     , m_blurRadiusInPixels(blurRadiusInPixels)
 {
 }
@@ -72,9 +72,14 @@ void GPUImageGaussianBlurFilter::setBlurRadiusInPixels(float pixels)
         if (rounded == m_blurRadiusInPixels)
             return;
         m_blurRadiusInPixels = rounded;
-        const BlurWeights weights = weightsForRadius(static_cast<double>(rounded));
-        switchToVertexShader(optimizedBlurVertexShader(weights), optimizedBlurFragmentShader(weights));
+        useRadius(static_cast<double>(rounded));
     });
+}
+
+void GPUImageGaussianBlurFilter::useRadius(double pixels)
+{
+    const BlurWeights weights = weightsForRadius(pixels);
+    switchToVertexShader(optimizedBlurVertexShader(weights), optimizedBlurFragmentShader(weights, m_channels));
 }
 
 void GPUImageGaussianBlurFilter::setFraction(float& fraction, float value, float& other)

@@ -77,10 +77,17 @@ protected:
     /// Neighbours on each side that a blur reads at most.
     static constexpr unsigned kLargestSampleRadius = 62;
 
-    /// For other bells: the weights of a new filter, and its `blurRadiusInPixels`.
-    GPUImageGaussianBlurFilter(const BlurWeights& weights, float blurRadiusInPixels);
+    /// For other bells and other sums: the weights of a new filter, its `blurRadiusInPixels`, and what is summed.
+    GPUImageGaussianBlurFilter(const BlurWeights& weights, float blurRadiusInPixels,
+                               BlurChannels channels = BlurChannels::All);
     /// The weights for a whole, finite number of pixels, which may be below 1.
     virtual BlurWeights weightsForRadius(double pixels) const;
+    /// A radius that is new: makes the shaders for its weights. On the queue.
+    virtual void useRadius(double pixels);
+
+    /// Neighbours on each side, and sigma, of a new filter.
+    static constexpr unsigned kRadiusOfNewFilter = 4;
+    static constexpr float kSigmaOfNewFilter = 2;
 
     /// What a blur lets one set, starting from this radius.
     static std::vector<FilterProperty> properties(float blurRadiusInPixels);
@@ -90,6 +97,7 @@ private:
     void dropTheTurn();
 
     // Some are written while a frame's size is being set: they are written on the queue alone.
+    BlurChannels m_channels;
     float m_texelSpacingMultiplier = 1;
     float m_blurRadiusInPixels = 2;
     float m_fractionOfWidth = 0;
