@@ -2,6 +2,7 @@
 
 #include "gpu/core/FilterRegistry.h"
 #include "gpu/core/GPUImageFilterPipeline.h"
+#include "platform/base/CGGeometry.h"
 #include "platform/base/Result.h"
 #include "platform/image/pixels/UIImage.h"
 
@@ -22,6 +23,9 @@ std::optional<std::string> reductionNote(const UIImage& picture);
 /// where to put what the filter reports of it; only for one that has results.
 Result<UIImage> filteredPicture(const FilterDescription& description, const FilterSettings& settings,
                                 const std::vector<UIImage>& pictures, FilterReport* report = nullptr);
+
+/// What a generator draws without a picture. The error names the filter.
+Result<UIImage> generatedPicture(const FilterDescription& description, const FilterSettings& settings, IntSize size);
 
 /// What is wrong with a chain that can be told without making its filters: a name that is not known, a filter that
 /// needs more than one picture.

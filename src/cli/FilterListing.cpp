@@ -122,7 +122,9 @@ std::string resultAsText(const FilterResult& result)
 
 std::string entryAsText(const FilterDescription& filter)
 {
-    const std::string inputs = filter.inputs == 1 ? "" : " (inputs: " + inputNames(filter) + ")";
+    const std::string inputs = filter.isGenerator   ? " (needs no picture)"
+                               : filter.inputs == 1 ? ""
+                                                    : " (inputs: " + inputNames(filter) + ")";
     std::string text = listedHeading(filter.className + inputs, helpOf(filter));
     for (const FilterProperty& property : filter.properties)
         text += propertyAsText(property);
@@ -136,7 +138,9 @@ std::string entryAsText(const FilterDescription& filter)
 std::string exampleOf(const FilterDescription& filter)
 {
     std::string example = "lamina filter " + filter.className;
-    for (int i = 1; i <= filter.inputs; ++i)
+    if (filter.isGenerator)
+        example += " --size 640x480";
+    for (int i = 1; i <= filter.inputs && !filter.isGenerator; ++i)
         example += filter.inputs == 1 ? " -i in.png" : " -i in" + std::to_string(i) + ".png";
     if (!filter.properties.empty()) {
         const FilterProperty& property = filter.properties.front();
@@ -227,6 +231,7 @@ Json entryAsJson(const FilterDescription& filter)
             {"family", filter.family},
             {"inputs", filter.inputs},
             {"inputNames", filter.inputNames},
+            {"generator", filter.isGenerator},
             {"premultiplied", isPremultiplied(filter)},
             {"about", filter.help},
             {"properties", std::move(properties)},
@@ -280,6 +285,8 @@ std::string entryAsMarkdown(const FilterDescription& filter)
     std::string text = "### " + filter.className + "\n\n" + helpOf(filter) + ".";
     if (filter.inputs != 1)
         text += " Takes " + countedPictures(static_cast<std::size_t>(filter.inputs)) + ": " + inputNames(filter) + ".";
+    if (filter.isGenerator)
+        text += " Takes a picture, or none and a size.";
     text += "\n";
     if (!filter.properties.empty())
         text += "\n| property | type | default | useful values | unit | meaning |\n|---|---|---|---|---|---|\n";
@@ -313,7 +320,8 @@ name alone; whatever is set acts in the order given. In a pipeline a number is w
     {"Filters": [{"FilterName": "GPUImageSepiaFilter", "Attributes": {"setIntensity:": "float(0.8)"}}]}
 
 Pictures are given in the order in which a filter's inputs are named; the first gives the size, and the others are stretched
-to it. A filter that *works on premultiplied colours* gets its pictures so, and gives straight alpha again.
+to it. One that takes *a picture, or none and a size*, draws without `-i` what `--size WxH` asks for. A filter that *works on
+premultiplied colours* gets its pictures so, and gives straight alpha again.
 
 A filter that reports finds numbers beside its picture: `lamina filter NAME -i X --report` prints them as a JSON object with
 the names that its table gives, on standard output; with `-o` the picture is written too.

@@ -281,6 +281,17 @@ void GPUImageFilter::newFrameReadyAtTime(const CMTime& frameTime, int)
     informTargetsAboutNewFrameAtTime(frameTime);
 }
 
+void GPUImageFilter::generateFrameAtTime(const CMTime& frameTime)
+{
+    runSynchronouslyOnVideoProcessingQueue([&] {
+        const CGSize size = sizeOfFBO();
+        if (!isMeasurable(size))
+            return;
+        setupFilterForSize(size);
+        GPUImageFilter::newFrameReadyAtTime(frameTime, 0);
+    });
+}
+
 /// Two passes over the targets: each holds its count before the first of them draws.
 void GPUImageFilter::informTargetsAboutNewFrameAtTime(const CMTime& frameTime)
 {

@@ -62,6 +62,9 @@ public:
     /// the input. On the queue.
     virtual void renderToTextureWithVertices(const QuadCoordinates& vertices,
                                              const QuadCoordinates& textureCoordinates);
+    /// Draws and hands on a frame without an input, as generators do, at the size that `forceProcessingAtSize` has set;
+    /// nothing where there is none. What reads the input finds it opaque black. Waits for the queue.
+    void generateFrameAtTime(const CMTime& frameTime);
     /// Hands the output to the targets and lets them draw. On the queue.
     void informTargetsAboutNewFrameAtTime(const CMTime& frameTime);
 

@@ -72,9 +72,14 @@ void GPUImageGaussianBlurFilter::setBlurRadiusInPixels(float pixels)
         if (rounded == m_blurRadiusInPixels)
             return;
         m_blurRadiusInPixels = rounded;
-        const BlurWeights weights = weightsForRadius(static_cast<double>(rounded));
-        switchToVertexShader(optimizedBlurVertexShader(weights), optimizedBlurFragmentShader(weights, m_channels));
+        useRadius(static_cast<double>(rounded));
     });
+}
+
+void GPUImageGaussianBlurFilter::useRadius(double pixels)
+{
+    const BlurWeights weights = weightsForRadius(pixels);
+    switchToVertexShader(optimizedBlurVertexShader(weights), optimizedBlurFragmentShader(weights, m_channels));
 }
 
 void GPUImageGaussianBlurFilter::setFraction(float& fraction, float value, float& other)
