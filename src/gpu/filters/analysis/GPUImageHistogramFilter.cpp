@@ -11,8 +11,6 @@ namespace lamina {
 
 namespace {
 
-constexpr unsigned kStartFactor = 16;
-
 /// The channels that a type counts; luminance is none of them.
 bool counts(GPUImageHistogramType type, std::size_t channel)
 {
@@ -37,12 +35,9 @@ FilterResultValues reported(const GPUImageHistogram::Bins& bins)
 
 } // namespace
 
-const ValueKind kHistogramTypes{ValueType::Choice, "choice", "red|green|blue|rgb|luminance",
-                                "red, green, blue, rgb or luminance", {}};
-
 GPUImageHistogramFilter::GPUImageHistogramFilter(GPUImageHistogramType type)
     : m_type(type)
-    , m_downsamplingFactor(kStartFactor)
+    , m_downsamplingFactor(kStartDownsamplingFactor)
 {
 }
 
@@ -133,10 +128,7 @@ FilterDescription GPUImageHistogramFilter::describe()
     using Self = GPUImageHistogramFilter;
     FilterDescription description = filterDescription<Self>(
         "GPUImageHistogramFilter", "detection", 1, "How often each value occurs, as numbers and as a row of 256 bins",
-        {choiceProperty("histogramType", &Self::setHistogramType, kHistogramTypes, kGPUImageHistogramRGB,
-                        "What is counted"),
-         filterProperty("downsamplingFactor", &Self::setDownsamplingFactor, static_cast<int>(kStartFactor), {1, 1024},
-                        "pixels", "Every so many-th pixel is counted")});
+        properties<Self>());
     description.reporting = reporting();
     return description;
 }

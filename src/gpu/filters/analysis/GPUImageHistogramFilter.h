@@ -68,7 +68,21 @@ public:
                                      const QuadCoordinates& textureCoordinates) override;
     void newFrameReadyAtTime(const CMTime& frameTime, int textureIndex) override;
 
+    /// The properties that a histogram has, of a class that hands them on.
+    template <class Filter>
+    static std::vector<FilterProperty> properties()
+    {
+        return {choiceProperty("histogramType", &Filter::setHistogramType, kTypes, kGPUImageHistogramRGB,
+                               "What is counted"),
+                filterProperty("downsamplingFactor", &Filter::setDownsamplingFactor, int{kStartDownsamplingFactor},
+                               {1, 1024}, "pixels", "Every so many-th pixel is counted")};
+    }
+
 private:
+    static constexpr int kStartDownsamplingFactor = 16;
+    static constexpr ValueKind kTypes{ValueType::Choice, "choice", "red|green|blue|rgb|luminance",
+                                      "red, green, blue, rgb or luminance", {}};
+
     static FilterReporting reporting();
     void count(std::span<const std::uint8_t> pixels);
     std::vector<std::uint8_t> picture() const;
@@ -79,8 +93,5 @@ private:
     GPUImageHistogram m_histogram;
     HistogramBlock m_histogramBlock;
 };
-
-/// The choice of a type, for descriptions: "red|green|blue|rgb|luminance".
-extern const ValueKind kHistogramTypes;
 
 } // namespace lamina
