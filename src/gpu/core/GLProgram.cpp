@@ -2,6 +2,7 @@
 
 #include "gpu/core/FilterProgram.h"
 #include "gpu/core/GLErrors.h"
+#include "gpu/core/GPUImageContext.h"
 #include "gpu/core/VideoProcessingQueue.h"
 #include "platform/base/Log.h"
 
@@ -39,6 +40,7 @@ std::string infoLog(GLint length, GetLog getLog)
 } // namespace
 
 GLProgram::GLProgram(const std::string& vertexShader, const std::string& fragmentShader)
+    : m_context(contextOfCurrentQueue())
 {
     if (!mayCallGL())
         return;
@@ -69,7 +71,8 @@ GLProgram::~GLProgram()
 {
     if (m_program == 0)
         return;
-    runSynchronouslyOnVideoProcessingQueue([this] {
+    runSynchronouslyOnContextQueue(*m_context, [this] {
+        m_context->useAsCurrentContext();
         if (m_vertShader != 0)
             glDeleteShader(m_vertShader);
         if (m_fragShader != 0)

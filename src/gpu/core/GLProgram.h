@@ -8,8 +8,10 @@
 
 namespace lamina {
 
-/// A vertex and a fragment shader and the program they are linked to. Made, used and dropped on the video processing
-/// queue (dropping elsewhere hops there).
+class GPUImageContext;
+
+/// A vertex and a fragment shader and the program they are linked to. Made, used and dropped on the queue of its
+/// context, which must outlive it (dropping elsewhere hops there).
 ///
 /// Order of use: construct, `addAttribute` for each attribute, `link` unless `initialized`, then `attributeIndex`,
 /// `uniformIndex` and `use`. Programs are shared between filters of the same shaders: see
@@ -57,6 +59,7 @@ private:
     bool compileShader(GLuint& shader, GLenum type, const std::string& text);
     void readProgramLog();
 
+    GPUImageContext* m_context; ///< on whose queue it was made
     std::vector<std::string> m_attributes;
     GLuint m_program = 0;
     GLuint m_vertShader = 0;

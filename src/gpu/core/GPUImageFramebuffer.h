@@ -11,11 +11,22 @@
 
 namespace lamina {
 
+/// What the memory of a texture was made with. Nothing is stored where the size is empty.
+struct TextureStorage {
+    IntSize size;
+    GLenum internalFormat = 0;
+    GLenum format = 0;
+    GLenum type = 0;
+    friend bool operator==(const TextureStorage&, const TextureStorage&) = default;
+};
+
 /// A texture to read and, unless it is a texture only, to draw into; pooled by `GPUImageFramebufferCache`.
 ///
 /// Users are counted by hand: a fetch gives one count, each consumer locks when it is handed the framebuffer and
 /// unlocks after its draw, and at zero the object goes back to the pool. Counts are touched on the video processing
-/// queue alone. The object itself is shared; dropping the last reference deletes the GL names on the queue.
+/// queue alone, which is the shared context's: other contexts may read the textures, but count nothing. Whoever holds a
+/// count for longer than a call does it by a `FramebufferHold`. The object itself is shared; dropping the last
+/// reference deletes the GL names on the queue.
 class GPUImageFramebuffer : public std::enable_shared_from_this<GPUImageFramebuffer> {
 public:
     /// `size` in pixels, cut to whole ones for GL. `onlyTexture`: without storage and without a framebuffer; the owner
@@ -33,7 +44,12 @@ public:
     /// A texture only.
     bool missingFramebuffer() const { return m_missingFramebuffer; }
     /// The size in whole pixels, as GL has it.
-    IntSize pixelSize() const;
+    IntSize pixelSize() const { return wholePixels(m_size); }
+    /// Cut to whole pixels that GL can take; NaN and negative sides count as 0.
+    static IntSize wholePixels(CGSize size);
+    /// What the texture's memory was made with last, by `makeTextureStorage`.
+    const TextureStorage& textureStorage() const { return m_textureStorage; }
+    void setTextureStorage(const TextureStorage& storage) { m_textureStorage = storage; }
 
     /// Draws go here from now on, over the whole area. On the queue.
     void activateFramebuffer() const;
@@ -75,6 +91,7 @@ private:
     GLuint m_texture = 0;
     CGSize m_size;
     GPUTextureOptions m_textureOptions;
+    TextureStorage m_textureStorage;
 };
 
 } // namespace lamina

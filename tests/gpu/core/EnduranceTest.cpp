@@ -89,6 +89,8 @@ TEST(MisuseDeathTest, WorkOfTheQueueElsewhereIsCaught)
     const auto framebuffer = GPUImageContext::sharedFramebufferCache().fetchFramebufferForSize({4, 4}, false);
     EXPECT_DEATH(filter->newFrameReadyAtTime(kCMTimeZero, 0), "Assert");
     EXPECT_DEATH(framebuffer->lock(), "Assert");
+    GPUImageContext own;
+    EXPECT_DEATH(runSynchronouslyOnContextQueue(own, [&] { framebuffer->lock(); }), "Assert");
     EXPECT_DEATH(runSynchronouslyOnVideoProcessingQueue([] { DispatchQueue::main().sync([] {}); }), "Assert");
 }
 #endif
