@@ -103,6 +103,11 @@ void GPUImage3x3TextureSamplingFilter::setupFilterForSize(CGSize filterFrameSize
     setFloat(turned ? m_texelWidth : m_texelHeight, m_texelHeightUniform, m_filterProgram);
 }
 
+bool GPUImage3x3TextureSamplingFilter::readsTexelCentres(int, std::size_t slot) const
+{
+    return !m_hasOverriddenImageSizeFactor && m_filterProgram->reads(slot) != ShaderReads::Anywhere;
+}
+
 std::vector<FilterProperty> GPUImage3x3TextureSamplingFilter::texelProperties()
 {
     using Base = GPUImage3x3TextureSamplingFilter;

@@ -5,6 +5,7 @@
 #include "platform/base/CGGeometry.h"
 #include "platform/gl/GLHeaders.h"
 
+#include <cstddef>
 #include <string>
 #include <vector>
 
@@ -33,6 +34,8 @@ public:
     void setupFilterForSize(CGSize filterFrameSize) override;
 
 protected:
+    /// The neighbours are, unless another way to them is set.
+    bool readsTexelCentres(int programIndex, std::size_t slot) const override;
     /// `texelWidth` and `texelHeight` for descriptions, where 0 stands for a way that isn't set.
     static std::vector<FilterProperty> texelProperties();
 

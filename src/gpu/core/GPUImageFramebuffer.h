@@ -11,6 +11,12 @@
 
 namespace lamina {
 
+/// Where a shader reads a texture.
+enum class TextureReads {
+    Anywhere,     ///< its options say what is between texels
+    TexelCentres, ///< where all filters give the same, and the nearest texel costs least
+};
+
 /// A texture to read and, unless it is a texture only, to draw into; pooled by `GPUImageFramebufferCache`.
 ///
 /// Users are counted by hand: a fetch gives one count, each consumer locks when it is handed the framebuffer and
@@ -34,6 +40,13 @@ public:
     bool missingFramebuffer() const { return m_missingFramebuffer; }
     /// The size in whole pixels, as GL has it.
     IntSize pixelSize() const;
+
+    /// Binds the texture to the active unit, for such reads. The one way to bind it for a draw: its filters are those
+    /// of the draw before. Somebody else's texture keeps its own. On the queue.
+    void bindForReading(TextureReads reads);
+    /// What takes the place of the options' `minFilter` for content with mipmaps. The texture must be bound. On the
+    /// queue.
+    void setMinFilter(GLenum filter);
 
     /// Draws go here from now on, over the whole area. On the queue.
     void activateFramebuffer() const;
@@ -62,6 +75,12 @@ public:
     std::size_t bytesPerRow() const;
 
 private:
+    struct Filters {
+        GLenum minimizing = 0;
+        GLenum magnifying = 0;
+    };
+    /// The texture must be bound.
+    void setFilters(Filters filters);
     void generateTexture();
     void generateFramebuffer();
     void destroyFramebuffer();
@@ -75,6 +94,8 @@ private:
     GLuint m_texture = 0;
     CGSize m_size;
     GPUTextureOptions m_textureOptions;
+    Filters m_smoothFilters; ///< for reads anywhere
+    Filters m_filters;       ///< as GL has them
 };
 
 } // namespace lamina

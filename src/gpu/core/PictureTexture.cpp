@@ -146,7 +146,7 @@ void PictureTexture::uploadBytes(const std::uint8_t* data, GLint internalFormat)
     const IntSize pixels = wholePixels(m_textureSize);
     glBindTexture(GL_TEXTURE_2D, m_framebuffer->texture());
     // A texture from the pool may have had mipmaps, or been wrapped, for its former picture.
-    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, m_hasMipmaps ? GL_LINEAR_MIPMAP_LINEAR : GL_LINEAR);
+    m_framebuffer->setMinFilter(m_hasMipmaps ? GL_LINEAR_MIPMAP_LINEAR : GL_LINEAR);
     glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_S, GL_CLAMP_TO_EDGE);
     glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_T, GL_CLAMP_TO_EDGE);
     glTexImage2D(GL_TEXTURE_2D, 0, internalFormat, pixels.width, pixels.height, 0, m_format, GL_UNSIGNED_BYTE, data);

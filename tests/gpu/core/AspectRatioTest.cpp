@@ -2,6 +2,7 @@
 #include "TestPictures.h"
 #include "gpu/core/AspectRatioFilter.h"
 
+#include <algorithm>
 #include <cmath>
 #include <string>
 

@@ -1,5 +1,6 @@
 #include "GraphFixture.h"
 #include "TestPictures.h"
+#include "gpu/core/FilterProgram.h"
 #include "gpu/core/GPUImageTwoInputFilter.h"
 
 #include <array>

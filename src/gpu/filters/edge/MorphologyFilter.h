@@ -4,6 +4,7 @@
 #include "gpu/core/GPUImageTwoPassTextureSamplingFilter.h"
 #include "gpu/filters/edge/MorphologyShaders.h"
 
+#include <cstddef>
 #include <vector>
 
 namespace lamina {
@@ -13,6 +14,9 @@ class MorphologyFilter : public GPUImageTwoPassTextureSamplingFilter {
 protected:
     /// `radius` in pixels: 0 counts as 1, more than 4 as 4.
     MorphologyFilter(Morphology morphology, unsigned radius);
+
+    /// All places are whole steps away.
+    bool readsTexelCentres(int, std::size_t) const override { return stepsAreWholeTexels(); }
 
     // For descriptions.
     static FilterProperty radiusProperty();
