@@ -1,12 +1,19 @@
 #include "cli/FilterCommand.h"
 
 #include "cli/FilterDrawing.h"
+#include "cli/FilterListing.h"
 #include "cli/FilterParsing.h"
 #include "cli/Messages.h"
+#include "gpu/core/TypedValue.h"
 
 #include <CLI/Option.hpp>
+#include <algorithm>
+#include <cstdint>
+#include <limits>
 #include <optional>
+#include <string_view>
 #include <utility>
+#include <variant>
 
 namespace lamina {
 
@@ -16,13 +23,29 @@ constexpr const char* kFooter =
     R"(The pictures fill the filter's inputs in the order in which they stand; the first gives the size.
 
 Values are numbers (0.8), whole numbers, flags (0 or 1), points (X,Y), sizes (WxH), colours (R,G,B),
-vectors (A,B,C,D), names of files, one of a few names, or lists of points and matrices, whose rows are
-separated by ; and need quotes in a shell. Operations take several values with commas between them.
+vectors (A,B,C,D), rectangles (X,Y,W,H), names of files, one of a few names, or lists of points and
+matrices, whose rows are separated by ; and need quotes in a shell. Operations take several values with commas between them.
 'lamina filters' lists all filters, 'lamina filters NAME' one with its properties, units and defaults.
 
 Examples: lamina filter GPUImageSepiaFilter -i beach.jpg --set intensity=0.8 -o sepia.jpg
           lamina filter GPUImageLookupFilter -i beach.jpg -i table.png --set intensity=1 -o graded.png
+          lamina filter GPUImageSolidColorGenerator --size 640x480 --set color=0.9,0.8,0.7,1 -o sand.png
+          lamina filter GPUImageAverageColor -i beach.jpg --report
           lamina filter --pipeline old-film.json -i beach.jpg -o film.jpg)";
+
+/// Whole pixels, written WxH; more than any device draws is cut down to that.
+Result<IntSize> parsePixelSize(const std::string& text)
+{
+    std::vector<int> sides;
+    for (const std::string_view field : fieldsOf(text, 'x')) {
+        constexpr std::uint32_t kMost = std::numeric_limits<int>::max();
+        const Result<TypedValue> side = parseValue(field, kind::kCount);
+        sides.push_back(side ? static_cast<int>(std::min(std::get<std::uint32_t>(*side), kMost)) : 0);
+    }
+    if (sides.size() != 2 || sides[0] == 0 || sides[1] == 0)
+        return Error{"--size", "expected a size in whole pixels, as in 640x480, not '" + beginning(text) + "'"};
+    return IntSize{sides[0], sides[1]};
+}
 
 } // namespace
 
@@ -41,6 +64,11 @@ FilterCommand::FilterCommand(CLI::App& application)
     // One value each, so that a name or an option may follow.
     for (CLI::Option* repeated : {input, set})
         repeated->expected(1)->allow_extra_args(false)->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
+    options()
+        .add_option("--size", m_sizeText, "The output's pixels, for a generator that gets no picture")
+        ->type_name("WxH");
+    options().add_flag("--report", m_reports,
+                       "Print what the filter finds as JSON on standard output; --output may be left out then");
     addOutput();
     addQuiet();
     options().footer(kFooter);
@@ -48,6 +76,8 @@ FilterCommand::FilterCommand(CLI::App& application)
 
 Outcome FilterCommand::checkCount(std::size_t inputs, const std::string& whose) const
 {
+    if (!m_sizeText.empty() && !isPipeline() && !m_filter->isGenerator)
+        return Error{"--size", "is for generators; " + whose + " needs " + countedPictures(inputs)};
     const std::size_t given = m_inputs.size();
     if (given == inputs)
         return success();
@@ -66,7 +96,35 @@ Outcome FilterCommand::checkFilter()
         return settings.error();
     m_filter = *filter;
     m_filterSettings = std::move(*settings);
-    return checkCount(static_cast<std::size_t>(m_filter->inputs), m_name);
+    return m_filter->isGenerator ? checkGenerator() : checkCount(static_cast<std::size_t>(m_filter->inputs), m_name);
+}
+
+Outcome FilterCommand::checkGenerator()
+{
+    if (m_sizeText.empty() && m_inputs.empty())
+        return Error{name(), m_name + " needs a picture or --size WxH, neither was given"};
+    if (m_sizeText.empty())
+        return checkCount(1, m_name);
+    if (!m_inputs.empty())
+        return Error{"--size", "a picture gives its own size: leave out one of the two"};
+    const Result<IntSize> size = parsePixelSize(m_sizeText);
+    if (!size)
+        return size.error();
+    m_size = *size;
+    return success();
+}
+
+Outcome FilterCommand::checkReport() const
+{
+    if (!m_reports)
+        return success();
+    if (isPipeline())
+        return Error{"--report", "tells what one filter finds; a pipeline has none to tell of"};
+    if (m_filter->reporting.results.empty())
+        return Error{m_name, "finds nothing to report: it only makes a picture"};
+    if (output() == "-")
+        return Error{"--report", "goes to standard output, as the picture would; name a file for the picture"};
+    return success();
 }
 
 Outcome FilterCommand::check()
@@ -75,9 +133,13 @@ Outcome FilterCommand::check()
         return Error{name(), "name one filter, or a chain with --pipeline"};
     if (isPipeline() && !m_settings.empty())
         return Error{"--set", "sets a property of one filter; a pipeline's values stand in its file"};
+    if (isPipeline() && !m_sizeText.empty())
+        return Error{"--size", "is for a generator; a pipeline draws its picture"};
     if (Outcome suits = isPipeline() ? checkCount(1, "a pipeline") : checkFilter(); !suits)
         return suits;
-    return checkFiles();
+    if (Outcome suits = checkReport(); !suits)
+        return suits;
+    return checkFiles(!m_reports);
 }
 
 Outcome FilterCommand::readPipeline()
@@ -114,9 +176,20 @@ Result<UIImage> FilterCommand::make(std::vector<UIImage> pictures)
 {
     if (const Outcome context = drawingIsPossible(); !context)
         return context.error();
+    if (!m_size.isEmpty())
+        return generatedPicture(*m_filter, m_filterSettings, m_size);
     tellReductions(pictures);
     return isPipeline() ? pictureThroughChain(m_chain, pictures.front())
-                        : filteredPicture(*m_filter, m_filterSettings, pictures);
+                        : filteredPicture(*m_filter, m_filterSettings, pictures, m_reports ? &m_report : nullptr);
+}
+
+ExitCode FilterCommand::deliver(const UIImage& picture)
+{
+    if (!output().empty()) {
+        if (const ExitCode written = PictureCommand::deliver(picture); written != ExitCode::Good)
+            return written;
+    }
+    return m_reports ? printData(reportAsJson(m_filter->reporting.results, m_report)) : ExitCode::Good;
 }
 
 } // namespace lamina

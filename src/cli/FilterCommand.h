@@ -3,6 +3,7 @@
 #include "cli/PictureCommand.h"
 #include "gpu/core/FilterRegistry.h"
 #include "gpu/core/GPUImageFilterPipeline.h"
+#include "platform/base/CGGeometry.h"
 #include "platform/base/Result.h"
 #include "platform/image/pixels/UIImage.h"
 
@@ -25,9 +26,14 @@ private:
     /// The chain's file too.
     Result<std::vector<UIImage>> read() override;
     Result<UIImage> make(std::vector<UIImage> pictures) override;
+    /// The report too, after the picture, if there is one to write.
+    ExitCode deliver(const UIImage& picture) override;
 
     bool isPipeline() const { return !m_pipeline.empty(); }
     Outcome checkFilter();
+    /// A generator draws at a size where it gets no picture.
+    Outcome checkGenerator();
+    Outcome checkReport() const;
     /// `whose`: what takes so many inputs.
     Outcome checkCount(std::size_t inputs, const std::string& whose) const;
     Outcome readPipeline();
@@ -37,10 +43,14 @@ private:
     std::string m_pipeline;
     std::vector<std::string> m_inputs;
     std::vector<std::string> m_settings;
+    std::string m_sizeText;
+    bool m_reports = false;
 
     const FilterDescription* m_filter = nullptr; ///< by `check`, where there is no chain
     FilterSettings m_filterSettings;
+    IntSize m_size;                ///< by `check`, for a generator without a picture
     PipelineConfiguration m_chain; ///< by `read`
+    FilterReport m_report;         ///< by `make`
 };
 
 } // namespace lamina

@@ -3,15 +3,18 @@
 #include "cli/FilterParsing.h"
 #include "cli/PictureOutput.h"
 #include "gpu/core/GPUImageContext.h"
+#include "gpu/core/GPUImageFilter.h"
 #include "gpu/core/GPUImageStage.h"
 #include "gpu/core/PictureTexture.h"
 #include "gpu/filters/FilterCatalogue.h"
 #include "gpu/sources/GPUImagePicture.h"
 #include "platform/base/CGGeometry.h"
+#include "platform/base/CMTime.h"
 #include "platform/base/Log.h"
 
 #include <algorithm>
 #include <cstddef>
+#include <functional>
 #include <memory>
 #include <string_view>
 #include <utility>
@@ -36,6 +39,15 @@ UIImage combined(const std::shared_ptr<GPUImageStage>& filter, const std::vector
     return filter->imageFromCurrentFramebufferWithOrientation(UIImageOrientation::Up);
 }
 
+/// Of one that draws by itself.
+UIImage generated(GPUImageFilter& filter, CGSize size)
+{
+    filter.forceProcessingAtSize(size);
+    filter.useNextFrameForImageCapture();
+    filter.generateFrameAtTime(kCMTimeIndefinite);
+    return filter.imageFromCurrentFramebufferWithOrientation(UIImageOrientation::Up);
+}
+
 Error shadersDontBuild(const std::string& className)
 {
     return {className, "the graphics driver does not build its shaders"};
@@ -44,6 +56,21 @@ Error shadersDontBuild(const std::string& className)
 Error noPicture(const std::string& className)
 {
     return {className, "gives no picture: graphics memory is short"};
+}
+
+/// What a new filter draws, or why there is no picture.
+Result<UIImage> drawn(const FilterDescription& description, const FilterSettings& settings,
+                      const std::function<UIImage(const std::shared_ptr<GPUImageStage>&)>& draw)
+{
+    Result<std::shared_ptr<GPUImageStage>> filter = makeFilter(description, settings);
+    if (!filter)
+        return filter.error();
+    if (!(*filter)->canRender())
+        return shadersDontBuild(description.className);
+    UIImage result = draw(*filter);
+    if (!result)
+        return noPicture(description.className);
+    return result;
 }
 
 } // namespace
@@ -70,18 +97,25 @@ std::optional<std::string> reductionNote(const UIImage& picture)
 }
 
 Result<UIImage> filteredPicture(const FilterDescription& description, const FilterSettings& settings,
-                                const std::vector<UIImage>& pictures)
+                                const std::vector<UIImage>& pictures, FilterReport* report)
 {
-    Result<std::shared_ptr<GPUImageStage>> filter = makeFilter(description, settings);
-    if (!filter)
-        return filter.error();
-    if (!(*filter)->canRender())
-        return shadersDontBuild(description.className);
-    UIImage result =
-        pictures.size() == 1 ? (*filter)->imageByFilteringImage(pictures.front()) : combined(*filter, pictures);
-    if (!result)
-        return noPicture(description.className);
-    return result;
+    return drawn(description, settings, [&](const std::shared_ptr<GPUImageStage>& filter) {
+        if (report)
+            description.reporting.listen(*filter, [report](FilterReport told) { *report = std::move(told); });
+        return pictures.size() == 1 ? filter->imageByFilteringImage(pictures.front()) : combined(filter, pictures);
+    });
+}
+
+Result<UIImage> generatedPicture(const FilterDescription& description, const FilterSettings& settings, IntSize size)
+{
+    const int most = GPUImageContext::maximumTextureSizeForThisDevice();
+    if (size.width > most || size.height > most)
+        return Error{description.className,
+                     "the GPU draws at most " + std::to_string(most) + " pixels a side, not " + sizeInPixels(size)};
+    return drawn(description, settings, [&](const std::shared_ptr<GPUImageStage>& filter) {
+        return generated(dynamic_cast<GPUImageFilter&>(*filter),
+                         {static_cast<double>(size.width), static_cast<double>(size.height)});
+    });
 }
 
 Outcome checkPipeline(const PipelineConfiguration& configuration)

@@ -2,6 +2,7 @@
 
 #include "gpu/core/FilterRegistry.h"
 #include "gpu/core/GPUImageFilterPipeline.h"
+#include "platform/base/CGGeometry.h"
 #include "platform/base/Result.h"
 #include "platform/image/pixels/UIImage.h"
 
@@ -18,9 +19,13 @@ Outcome drawingIsPossible();
 /// a side". Nothing when it fits.
 std::optional<std::string> reductionNote(const UIImage& picture);
 
-/// The pictures in slots 0, 1, ... of the filter, of which there are as many. The error names the filter.
+/// The pictures in slots 0, 1, ... of the filter, of which there are as many. The error names the filter. `report`:
+/// where to put what the filter reports of it; only for one that has results.
 Result<UIImage> filteredPicture(const FilterDescription& description, const FilterSettings& settings,
-                                const std::vector<UIImage>& pictures);
+                                const std::vector<UIImage>& pictures, FilterReport* report = nullptr);
+
+/// What a generator draws without a picture. The error names the filter.
+Result<UIImage> generatedPicture(const FilterDescription& description, const FilterSettings& settings, IntSize size);
 
 /// What is wrong with a chain that can be told without making its filters: a name that is not known, a filter that
 /// needs more than one picture.

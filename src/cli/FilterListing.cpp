@@ -8,7 +8,9 @@
 #include <cctype>
 #include <cmath>
 #include <cstddef>
+#include <cstdint>
 #include <nlohmann/json.hpp>
+#include <span>
 #include <string_view>
 #include <utility>
 #include <variant>
@@ -102,21 +104,43 @@ std::string selectorAsText(const FilterSelector& selector)
     return listedValue(syntax, selector.help, types.empty() ? "" : types + " [" + startOf(selector) + "]", nullptr);
 }
 
+/// "number", "list of numbers", "record of x, y" or "list of records of x, y".
+std::string typeOf(const FilterResult& result)
+{
+    std::string type = std::string(result.isList ? "list of " : "") + (result.fields.empty() ? "number" : "record") +
+                       (result.isList ? "s" : "");
+    for (const std::string& field : result.fields)
+        type += (&field == &result.fields.front() ? " of " : ", ") + field;
+    return type;
+}
+
+std::string resultAsText(const FilterResult& result)
+{
+    return listedValue("reports " + result.name, result.help,
+                       typeOf(result) + (result.unit.empty() ? "" : ", " + result.unit), nullptr);
+}
+
 std::string entryAsText(const FilterDescription& filter)
 {
-    const std::string inputs = filter.inputs == 1 ? "" : " (inputs: " + inputNames(filter) + ")";
+    const std::string inputs = filter.isGenerator   ? " (needs no picture)"
+                               : filter.inputs == 1 ? ""
+                                                    : " (inputs: " + inputNames(filter) + ")";
     std::string text = listedHeading(filter.className + inputs, helpOf(filter));
     for (const FilterProperty& property : filter.properties)
         text += propertyAsText(property);
     for (const FilterSelector& selector : filter.selectors)
         text += selectorAsText(selector);
+    for (const FilterResult& result : filter.reporting.results)
+        text += resultAsText(result);
     return text;
 }
 
 std::string exampleOf(const FilterDescription& filter)
 {
     std::string example = "lamina filter " + filter.className;
-    for (int i = 1; i <= filter.inputs; ++i)
+    if (filter.isGenerator)
+        example += " --size 640x480";
+    for (int i = 1; i <= filter.inputs && !filter.isGenerator; ++i)
         example += filter.inputs == 1 ? " -i in.png" : " -i in" + std::to_string(i) + ".png";
     if (!filter.properties.empty()) {
         const FilterProperty& property = filter.properties.front();
@@ -126,7 +150,7 @@ std::string exampleOf(const FilterDescription& filter)
     } else if (!filter.selectors.empty()) {
         example += " --set " + argumentExample(filter.selectors.front());
     }
-    return example + " -o out.png";
+    return example + (filter.reporting.results.empty() ? " -o out.png" : " --report");
 }
 
 Json defaultAsJson(const TypedValue& value)
@@ -156,6 +180,35 @@ Json propertyAsJson(const FilterProperty& property)
     return entry;
 }
 
+Json resultAsJson(const FilterResult& result)
+{
+    Json entry{{"name", result.name}, {"list", result.isList}};
+    if (!result.fields.empty())
+        entry["fields"] = result.fields;
+    if (!result.unit.empty())
+        entry["unit"] = result.unit;
+    entry["about"] = result.help;
+    return entry;
+}
+
+Json numberAsJson(double value)
+{
+    constexpr double kMostExact = 1ULL << 53;
+    const bool whole = std::abs(value) < kMostExact && value == std::trunc(value);
+    return std::isnan(value) ? Json() : whole ? Json(static_cast<std::int64_t>(value)) : Json(value);
+}
+
+/// The fields of one entry.
+Json valuesAsJson(const FilterResult& result, std::span<const double> values)
+{
+    if (result.fields.empty())
+        return numberAsJson(values.front());
+    Json entry = Json::object();
+    for (std::size_t i = 0; i < result.fields.size(); ++i)
+        entry[result.fields[i]] = numberAsJson(values[i]);
+    return entry;
+}
+
 Json entryAsJson(const FilterDescription& filter)
 {
     Json properties = Json::array();
@@ -171,14 +224,19 @@ Json entryAsJson(const FilterDescription& filter)
                              {"default", startOf(selector)},
                              {"about", selector.help}});
     }
+    Json results = Json::array();
+    for (const FilterResult& result : filter.reporting.results)
+        results.push_back(resultAsJson(result));
     return {{"name", filter.className},
             {"family", filter.family},
             {"inputs", filter.inputs},
             {"inputNames", filter.inputNames},
+            {"generator", filter.isGenerator},
             {"premultiplied", isPremultiplied(filter)},
             {"about", filter.help},
             {"properties", std::move(properties)},
-            {"selectors", std::move(selectors)}};
+            {"selectors", std::move(selectors)},
+            {"results", std::move(results)}};
 }
 
 /// A bar would end the cell.
@@ -217,11 +275,18 @@ std::string selectorAsMarkdown(const FilterSelector& selector)
            " | " + selector.help + " |\n";
 }
 
+std::string resultAsMarkdown(const FilterResult& result)
+{
+    return "| `" + result.name + "` | " + typeOf(result) + " | " + result.unit + " | " + result.help + " |\n";
+}
+
 std::string entryAsMarkdown(const FilterDescription& filter)
 {
     std::string text = "### " + filter.className + "\n\n" + helpOf(filter) + ".";
     if (filter.inputs != 1)
         text += " Takes " + countedPictures(static_cast<std::size_t>(filter.inputs)) + ": " + inputNames(filter) + ".";
+    if (filter.isGenerator)
+        text += " Takes a picture, or none and a size.";
     text += "\n";
     if (!filter.properties.empty())
         text += "\n| property | type | default | useful values | unit | meaning |\n|---|---|---|---|---|---|\n";
@@ -231,6 +296,10 @@ std::string entryAsMarkdown(const FilterDescription& filter)
         text += "\n| operation | values | without effect | meaning |\n|---|---|---|---|\n";
     for (const FilterSelector& selector : filter.selectors)
         text += selectorAsMarkdown(selector);
+    if (!filter.reporting.results.empty())
+        text += "\n| reported | type | unit | meaning |\n|---|---|---|---|\n";
+    for (const FilterResult& result : filter.reporting.results)
+        text += resultAsMarkdown(result);
     if (const std::string selectors = selectorsAsMarkdown(filter); !selectors.empty())
         text += "\nIn a pipeline: " + selectors + ".\n";
     return text + "\n";
@@ -251,7 +320,11 @@ name alone; whatever is set acts in the order given. In a pipeline a number is w
     {"Filters": [{"FilterName": "GPUImageSepiaFilter", "Attributes": {"setIntensity:": "float(0.8)"}}]}
 
 Pictures are given in the order in which a filter's inputs are named; the first gives the size, and the others are stretched
-to it. A filter that *works on premultiplied colours* gets its pictures so, and gives straight alpha again.
+to it. One that takes *a picture, or none and a size*, draws without `-i` what `--size WxH` asks for. A filter that *works on
+premultiplied colours* gets its pictures so, and gives straight alpha again.
+
+A filter that reports finds numbers beside its picture: `lamina filter NAME -i X --report` prints them as a JSON object with
+the names that its table gives, on standard output; with `-o` the picture is written too.
 
 This page is made by `lamina filters --markdown`; [new-filter.md](new-filter.md) tells how to write a filter.
 
@@ -287,6 +360,20 @@ std::string filtersAsJson(const FilterRegistry& registry)
 std::string filterAsJson(const FilterDescription& filter)
 {
     return entryAsJson(filter).dump(2) + "\n";
+}
+
+std::string reportAsJson(const std::vector<FilterResult>& results, const FilterReport& report)
+{
+    Json object = Json::object();
+    for (std::size_t i = 0; i < results.size(); ++i) {
+        const FilterResult& result = results[i];
+        const std::size_t length = std::max<std::size_t>(1, result.fields.size());
+        Json entries = Json::array();
+        for (std::span<const double> rest = report[i]; rest.size() >= length; rest = rest.subspan(length))
+            entries.push_back(valuesAsJson(result, rest.first(length)));
+        object[result.name] = result.isList ? std::move(entries) : std::move(entries.at(0));
+    }
+    return object.dump(2) + "\n";
 }
 
 std::string filtersAsMarkdown(const FilterRegistry& registry)

@@ -3,6 +3,7 @@
 #include "gpu/core/FilterRegistry.h"
 
 #include <string>
+#include <vector>
 
 namespace lamina {
 
@@ -16,9 +17,14 @@ std::string filterAsText(const FilterDescription& filter);
 std::string filtersAsJson(const FilterRegistry& registry);
 
 /// An object {"name", "family", "inputs", "about", "properties": [{"name", "type", "syntax", "default", "minimum",
-/// "maximum", "unit", "about", "pipeline"}], "selectors": [{"name", "arguments", "default", "about"}]}. Defaults are
-/// numbers and booleans where the type is one, else texts as `--set` takes them; what there is none of is left out.
+/// "maximum", "unit", "about", "pipeline"}], "selectors": [{"name", "arguments", "default", "about"}],
+/// "results": [{"name", "list", "fields", "unit", "about"}]}. Defaults are numbers and booleans where the type is one,
+/// else texts as `--set` takes them; what there is none of is left out.
 std::string filterAsJson(const FilterDescription& filter);
+
+/// An object with what was reported under the names of the results: a number, or an object of numbers by the names of
+/// its fields, or an array of these. Null stands for a number that there is none of.
+std::string reportAsJson(const std::vector<FilterResult>& results, const FilterReport& report);
 
 /// All filters as a page of Markdown.
 std::string filtersAsMarkdown(const FilterRegistry& registry);

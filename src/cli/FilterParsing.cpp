@@ -6,6 +6,8 @@
 #include "gpu/core/TypedValue.h"
 #include "gpu/filters/FilterCatalogue.h"
 
+#include <algorithm>
+#include <cstddef>
 #include <string_view>
 #include <utility>
 
@@ -32,6 +34,29 @@ Result<TypedValue> parseProperty(const FilterProperty& property, std::string_vie
     if (value)
         return value;
     return Error{property.name, value.error().cause + ", as in " + property.name + "=" + exampleOf(property.fallback)};
+}
+
+/// How many of the texts between commas a value takes: a point two, a text or a list at the end all that are left.
+std::size_t fieldsFor(const TypedValue& value, std::size_t left, bool isLast)
+{
+    const ValueKind& kind = kindOf(value);
+    if (isLast && (kind.type == ValueType::File || kind.type == ValueType::Text || kind.type == ValueType::Points))
+        return left;
+    return std::min(left, fieldsOf(kind.syntax, ',').size());
+}
+
+/// The texts of the arguments; what there is too much of stands alone.
+std::vector<std::string_view> split(std::string_view text, const std::vector<TypedValue>& arguments)
+{
+    std::vector<std::string_view> fields = fieldsOf(text, ',');
+    for (std::size_t i = 0; i < arguments.size() && i < fields.size(); ++i) {
+        const std::size_t count = fieldsFor(arguments[i], fields.size() - i, i + 1 == arguments.size());
+        const std::string_view& last = fields[i + count - 1];
+        fields[i] = {fields[i].data(), static_cast<std::size_t>(last.data() + last.size() - fields[i].data())};
+        fields.erase(fields.begin() + static_cast<std::ptrdiff_t>(i) + 1,
+                     fields.begin() + static_cast<std::ptrdiff_t>(i + count));
+    }
+    return fields;
 }
 
 /// "setMin:gamma: takes 2 values, not 3, as in setMin:gamma:=0,1".
@@ -67,7 +92,8 @@ Result<FilterSetting> parseSetting(const FilterDescription& filter, std::string_
     const FilterSelector* selector = property || name.empty() ? nullptr : filter.selector(name);
     if (selector) {
         const std::vector<std::string_view> none;
-        Result<std::vector<TypedValue>> values = parseArguments(*selector, hasValue ? fieldsOf(typed, ',') : none);
+        Result<std::vector<TypedValue>> values =
+            parseArguments(*selector, hasValue ? split(typed, selector->arguments) : none);
         if (!values)
             return values.error();
         return FilterSetting(selector->name, std::move(*values));

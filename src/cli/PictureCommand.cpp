@@ -26,18 +26,23 @@ CLI::Option* PictureCommand::addOutput()
         ->type_name("FILE");
 }
 
-Outcome PictureCommand::checkFiles() const
+Outcome PictureCommand::checkFiles(bool needsOutput) const
 {
-    if (m_output.empty())
+    if (m_output.empty() && needsOutput)
         return Error{name(), "--output is required"};
     if (std::ranges::count(inputs(), "-") > 1)
         return Error{name(), "standard input can be only one of the " + m_pictures};
-    return checkOutputName(m_output);
+    return m_output.empty() ? success() : checkOutputName(m_output);
 }
 
 Result<std::vector<UIImage>> PictureCommand::read()
 {
     return readPictures(inputs());
+}
+
+ExitCode PictureCommand::deliver(const UIImage& picture)
+{
+    return deliverPicture(picture, m_output, isQuiet());
 }
 
 ExitCode PictureCommand::run()
@@ -50,7 +55,7 @@ ExitCode PictureCommand::run()
     const Result<UIImage> picture = make(std::move(*pictures));
     if (!picture)
         return fail(picture.error(), ExitCode::Failed);
-    return deliverPicture(*picture, m_output, isQuiet());
+    return deliver(*picture);
 }
 
 } // namespace lamina

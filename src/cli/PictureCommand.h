@@ -31,13 +31,15 @@ protected:
 
     /// Understands the arguments, before any file is opened; ends with `checkFiles`. What fails is wrong usage.
     virtual Outcome check() = 0;
-    /// Standard input is read only once, and the output's name tells a format.
-    Outcome checkFiles() const;
+    /// Standard input is read only once, and the output's name tells a format; whether there must be one.
+    Outcome checkFiles(bool needsOutput = true) const;
 
     /// Reads what `inputs` names, upright and in full size, one after the other. What fails is an input.
     virtual Result<std::vector<UIImage>> read();
     /// The picture, from as many as `read` gave.
     virtual Result<UIImage> make(std::vector<UIImage> pictures) = 0;
+    /// Hands over what was made: writes it to the output.
+    virtual ExitCode deliver(const UIImage& picture);
 
 private:
     std::string m_pictures;

@@ -70,6 +70,10 @@ TEST_F(Refusals, WrongUsageOfAnyCommand)
         {"filter GPUImageLookupFilter -i - -i - -o out.png", 2, "standard input can be only one of the pictures"},
         {"filter --pipeline no.json -i no.png -i no.png", 2, "a pipeline needs 1 picture, 2 were given"},
         {"filter --pipeline no.json --set intensity=1 -i no.png -o out.png", 2, "--set: sets a property of one filter"},
+        {"filter GPUImageSolidColorGenerator -o out.png", 2, "needs a picture or --size WxH, neither was given"},
+        {"filter GPUImageSolidColorGenerator --size 6x4 -i no.png", 2, "--size: a picture gives its own size"},
+        {"filter GPUImageSepiaFilter --size 6x4", 2, "--size: is for generators; GPUImageSepiaFilter needs 1 picture"},
+        {"filter --pipeline no.json --size 6x4", 2, "--size: is for a generator; a pipeline draws its picture"},
         {"filters Sepai", 2, "Sepai: there is no such filter; did you mean GPUImageSepiaFilter? lamina filters lists"},
         {"filters GPUImageSepiaFilter --markdown", 2, "filters: the page holds all filters"},
         {"filters --json --markdown", 2, "excludes"},
@@ -112,6 +116,9 @@ TEST_F(Refusals, ValuesThatAreNotUnderstood)
         {"filter GPUImageLevelsFilter --set setMin=0,1", 2,
          "setMin=0,1: setMin:gamma:max:minOut:maxOut: takes 5 values, "},
         {"filter GPUImageLevelsFilter --set setRedMin=0,1,x,0,1", 2, "max must be a number, not 'x', as in setRedMin:"},
+        {"filter GPUImageSolidColorGenerator --size 6x0 -o out.png", 2,
+         "a size in whole pixels, as in 640x480, not '6x0'"},
+        {"filter GPUImageSolidColorGenerator --size x6x4 -o out.png", 2, "not 'x6x4'"},
         {"filter GPUImageHSBFilter --set rset", 2, "GPUImageHSBFilter has no property 'rset'; did you mean reset?"},
         {"filter GPUImageHSBFilter --set reset=1", 2, "reset takes 0 values, not 1, as in reset"},
         {"filter GPUImageSkinToneFilter --set upperSkinToneColor=0", 2, "must be green or orange, not '0', as in"},
@@ -186,6 +193,8 @@ TEST_F(Refusals, PipelinesThatAreNotUnderstoodNameTheirFault)
 TEST_F(Refusals, WorkThatCannotBeDone)
 {
     expect({
+        {"filter GPUImageSolidColorGenerator --size 6x999999 -o out.png", 1,
+         "lamina: GPUImageSolidColorGenerator: the GPU draws at most "},
         {"op invert scaleToFillSize=1e6x1e6 -i small.png -o out.png", 1,
          "lamina: scaleToFillSize=1e6x1e6: gives no picture"},
         {"op reflectedImageWithHeight=4294967295,1,0 -i small.png -o out.png", 1, "gives no picture"},

@@ -2,15 +2,16 @@
 
 #include <algorithm>
 #include <cctype>
+#include <utility>
 
 namespace lamina {
 
 std::string FilterProperty::selector() const
 {
-    if (!set || name.empty())
+    if (name.empty())
         return {};
     const char initial = static_cast<char>(std::toupper(static_cast<unsigned char>(name.front())));
-    return "set" + std::string(1, initial) + name.substr(1) + ":";
+    return (set ? "set" : "initWith") + std::string(1, initial) + name.substr(1) + ":";
 }
 
 const FilterProperty* FilterDescription::property(std::string_view name) const
@@ -75,6 +76,19 @@ void apply(const FilterDescription& description, const FilterSetting& setting, G
 }
 
 } // namespace
+
+FilterProperty argumentProperty(std::string name, TypedValue fallback, ValueRange range, std::string unit,
+                                std::string help)
+{
+    return {std::move(name), std::move(fallback), range, std::move(unit), std::move(help), nullptr};
+}
+
+const TypedValue& argumentIn(const FilterSettings& settings, const FilterProperty& argument)
+{
+    const auto last = std::find_if(settings.rbegin(), settings.rend(),
+                                   [&](const FilterSetting& setting) { return setting.name == argument.name; });
+    return last == settings.rend() ? argument.fallback : last->values.front();
+}
 
 Outcome checkSettings(const FilterDescription& description, const FilterSettings& settings)
 {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "gpu/core/FilterResults.h"
 #include "gpu/core/GPUImageStage.h"
 #include "gpu/core/TypedValue.h"
 #include "platform/base/Result.h"
@@ -7,6 +8,7 @@
 
 #include <cstddef>
 #include <functional>
+#include <iterator>
 #include <map>
 #include <memory>
 #include <span>
@@ -27,13 +29,14 @@ struct FilterProperty {
     ValueRange range;
     std::string unit; ///< "pixels", "degrees", "share of the width" ...; empty where there is none
     std::string help; ///< one line, without a full stop
-    /// Empty for a value that is given when the filter is made: see `FilterDescription::make`.
+    /// Empty for an argument of the constructor: see `FilterDescription::make`.
     std::function<void(GPUImageStage& filter, const TypedValue& value)> set;
     /// What stands against a value, told before a filter is made: a file that can't be read, for instance. Empty where
     /// any value of the type will do.
     std::function<Outcome(const TypedValue& value)> check = {};
 
-    /// How a pipeline names the setter: "setIntensity:" for "intensity"; empty where there is none.
+    /// How a pipeline names the setter: "setIntensity:" for "intensity"; "initWithIntensity:" for an argument of the
+    /// constructor.
     std::string selector() const;
 };
 
@@ -76,12 +79,17 @@ struct FilterDescription {
     std::string help;   ///< one line, without a full stop
     std::vector<FilterProperty> properties;
     std::vector<FilterSelector> selectors;
-    /// A new filter. Of the settings it looks at those whose property has no setter.
+    /// A new filter. Of the settings it looks at those whose property is an argument of the constructor.
     std::function<std::shared_ptr<GPUImageStage>(const FilterSettings& settings)> make;
     /// What the pictures of slots 0, 1, ... are to the filter, "base" and "overlay"; empty where it takes only one.
     std::vector<std::string> inputNames;
     /// What its formula takes colours for: as `GPUImageStage::alphaForm` of its filters.
     AlphaForm alphaForm = AlphaForm::Straight;
+    /// Draws without a picture too, at a size that is given: a `GPUImageFilter` of one input with
+    /// `forceProcessingAtSize` and `generateFrameAtTime`.
+    bool isGenerator = false;
+    /// What it tells in numbers beside its picture.
+    FilterReporting reporting = {};
 
     /// The property of that name; null where there is none. Lives as long as the description.
     const FilterProperty* property(std::string_view name) const;
@@ -188,24 +196,79 @@ FilterDescription filterDescription(std::string className, std::string family, i
             std::move(inputNames)};
 }
 
-/// A filter whose constructor takes a radius, offered as the property "radius".
+/// The same for one that can draw without a picture.
+inline FilterDescription asGenerator(FilterDescription description)
+{
+    description.isGenerator = true;
+    return description;
+}
+
+/// A property that is an argument of the constructor, a number or a flag: as `filterProperty`, without a setter.
+FilterProperty argumentProperty(std::string name, TypedValue fallback, ValueRange range, std::string unit,
+                                std::string help);
+
+/// The same for a choice among the values of an enumeration: as `choiceProperty`.
+template <class Enumeration>
+FilterProperty argumentProperty(std::string name, const ValueKind& kind, Enumeration fallback, std::string help)
+{
+    return argumentProperty(std::move(name), NamedChoice{&kind, static_cast<int>(fallback)}, {}, "", std::move(help));
+}
+
+/// What the settings give for an argument of the constructor, the last one of several; else its fallback.
+const TypedValue& argumentIn(const FilterSettings& settings, const FilterProperty& argument);
+
+/// The value as the constructor takes it; what is below 0 is 0 where that is the least.
+template <class Argument>
+Argument argumentAs(const TypedValue& value)
+{
+    if constexpr (std::is_enum_v<Argument>) {
+        return static_cast<Argument>(std::get<NamedChoice>(value).index);
+    } else {
+        const auto& given = std::get<SetterValue<Argument>>(value);
+        if constexpr (std::is_unsigned_v<Argument> && !std::is_same_v<Argument, bool>)
+            return static_cast<Argument>(given < 0 ? 0 : given);
+        else
+            return static_cast<Argument>(given);
+    }
+}
+
+/// A filter whose constructor takes arguments of these types. `arguments` offers one property for each, in their order:
+///
+///   filterDescriptionWithArguments<GPUImageHistogramFilter, GPUImageHistogramType>(
+///       "GPUImageHistogramFilter", "detection", 1, "Counts values",
+///       {argumentProperty("histogramType", kTypes, kGPUImageHistogramRGB, "What is counted")}, {...})
+template <class Filter, class... Arguments>
+FilterDescription
+filterDescriptionWithArguments(std::string className, std::string family, int inputs, std::string help,
+                               std::vector<FilterProperty> arguments, std::vector<FilterProperty> properties = {},
+                               std::vector<FilterSelector> selectors = {}, std::vector<std::string> inputNames = {})
+{
+    std::vector<FilterProperty> all = arguments;
+    all.insert(all.end(), std::make_move_iterator(properties.begin()), std::make_move_iterator(properties.end()));
+    return {std::move(className),
+            std::move(family),
+            inputs,
+            std::move(help),
+            std::move(all),
+            std::move(selectors),
+            [arguments = std::move(arguments)](const FilterSettings& settings) {
+                return [&]<std::size_t... kIndices>(std::index_sequence<kIndices...>)
+                {
+                    return std::make_shared<Filter>(
+                        argumentAs<Arguments>(argumentIn(settings, arguments[kIndices]))...);
+                }
+                (std::index_sequence_for<Arguments...>());
+            },
+            std::move(inputNames)};
+}
+
+/// A filter of one picture whose constructor takes a radius in whole pixels.
 template <class Filter>
 FilterDescription filterDescriptionWithRadius(std::string className, std::string family, std::string help,
                                               FilterProperty radius, std::vector<FilterProperty> properties = {})
 {
-    FilterDescription description =
-        filterDescription<Filter>(std::move(className), std::move(family), 1, std::move(help), std::move(properties));
-    radius.set = nullptr;
-    description.make = [name = radius.name, fallback = std::get<int>(radius.fallback)](const FilterSettings& settings) {
-        int value = fallback;
-        for (const FilterSetting& setting : settings) {
-            if (setting.name == name)
-                value = std::get<int>(setting.values.front());
-        }
-        return std::make_shared<Filter>(static_cast<unsigned>(value < 0 ? 0 : value));
-    };
-    description.properties.insert(description.properties.begin(), std::move(radius));
-    return description;
+    return filterDescriptionWithArguments<Filter, unsigned>(std::move(className), std::move(family), 1, std::move(help),
+                                                            {std::move(radius)}, std::move(properties));
 }
 
 } // namespace lamina

@@ -293,8 +293,6 @@ std::shared_ptr<GPUImageFramebuffer> GPUImageFilter::drawPasses(const QuadCoordi
     std::shared_ptr<GPUImageFramebuffer> drawn; // by the pass before
     for (int index = 0; index <= last; ++index) {
         std::shared_ptr<GPUImageFramebuffer> output = beginOutput(m_backgroundColor, sizeOfPass(index));
-        if (index == last)
-            holdForCapture(*output);
         drawPass(passAt(index), index == 0 ? m_firstInputFramebuffer : drawn, vertices,
                  index == 0 ? textureCoordinates : upright);
         if (index == (everyPassReadsInputs() ? last : 0))
@@ -314,6 +312,7 @@ void GPUImageFilter::renderToTextureWithVertices(const QuadCoordinates& vertices
         return;
     }
     m_outputFramebuffer = drawPasses(vertices, textureCoordinates);
+    holdForCapture(*m_outputFramebuffer);
     signalCapture();
 }
 
@@ -321,6 +320,17 @@ void GPUImageFilter::newFrameReadyAtTime(const CMTime& frameTime, int)
 {
     renderToTextureWithVertices(kGPUImageQuadVertices, textureCoordinatesForRotation(m_inputRotation));
     informTargetsAboutNewFrameAtTime(frameTime);
+}
+
+void GPUImageFilter::generateFrameAtTime(const CMTime& frameTime)
+{
+    runSynchronouslyOnVideoProcessingQueue([&] {
+        const CGSize size = sizeOfFBO();
+        if (!isMeasurable(size))
+            return;
+        setupFilterForSize(size);
+        GPUImageFilter::newFrameReadyAtTime(frameTime, 0);
+    });
 }
 
 /// Two passes over the targets: each holds its count before the first of them draws.

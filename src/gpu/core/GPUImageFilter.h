@@ -63,6 +63,9 @@ public:
     /// the input. On the queue.
     virtual void renderToTextureWithVertices(const QuadCoordinates& vertices,
                                              const QuadCoordinates& textureCoordinates);
+    /// Draws and hands on a frame without an input, as generators do, at the size that `forceProcessingAtSize` has set;
+    /// nothing where there is none. What reads the input finds it opaque black. Waits for the queue.
+    void generateFrameAtTime(const CMTime& frameTime);
     /// Hands the output to the targets and lets them draw. On the queue.
     void informTargetsAboutNewFrameAtTime(const CMTime& frameTime);
 
@@ -200,6 +203,10 @@ protected:
     /// Whether passes after the first read inputs after the first too; false: all inputs go back once they are drawn.
     virtual bool everyPassReadsInputs() const { return false; }
 
+    /// Draws the inputs in all passes and gives their counts back. What the last pass drew, with the count of the fetch.
+    std::shared_ptr<GPUImageFramebuffer> drawPasses(const QuadCoordinates& vertices,
+                                                    const QuadCoordinates& textureCoordinates);
+
     /// A framebuffer of the output's options, active and cleared; with the count of the fetch.
     std::shared_ptr<GPUImageFramebuffer> beginOutput(const GPUVector4& clearColor, CGSize size) const;
     /// The same of the output's size.
@@ -244,8 +251,6 @@ protected:
     DispatchSemaphore m_imageCaptureSemaphore{0};
 
 private:
-    std::shared_ptr<GPUImageFramebuffer> drawPasses(const QuadCoordinates& vertices,
-                                                    const QuadCoordinates& textureCoordinates);
     using UniformPlace = std::variant<GLint, std::string>;
     void setUniform(UniformPlace place, const std::shared_ptr<GLProgram>& program, std::function<void(GLint)> apply);
 

@@ -5,8 +5,8 @@
 
 #include <algorithm>
 #include <cctype>
-#include <functional>
 #include <optional>
+#include <span>
 #include <string_view>
 #include <utility>
 #include <variant>
@@ -71,53 +71,46 @@ Error misunderstood(const PipelineConfiguration::Attribute& attribute, const std
     return {attribute.selector, "'" + text.substr(0, kShown) + "': " + error.cause};
 }
 
-using Setting = std::function<void(GPUImageStage& filter)>;
-
-Result<Setting> settingOf(const FilterSelector& selector, const PipelineConfiguration::Attribute& attribute)
+/// What an attribute says, in values of the types of `like`.
+Result<FilterSetting> settingOf(const PipelineConfiguration::Attribute& attribute, const std::string& name,
+                                std::span<const TypedValue> like)
 {
+    if (attribute.values.size() != like.size()) {
+        return Error{attribute.selector, "takes " + std::to_string(like.size()) +
+                                             (like.size() == 1 ? " value" : " values") + ", not " +
+                                             std::to_string(attribute.values.size())};
+    }
     std::vector<TypedValue> values;
-    for (std::size_t i = 0; i < attribute.values.size(); ++i) {
-        Result<TypedValue> value = argument(attribute.values[i], selector.arguments[i]);
+    for (std::size_t i = 0; i < like.size(); ++i) {
+        Result<TypedValue> value = argument(attribute.values[i], like[i]);
         if (!value)
             return misunderstood(attribute, attribute.values[i], value.error());
         values.push_back(std::move(*value));
     }
-    return Setting([&selector, read = std::move(values)](GPUImageStage& filter) { selector.call(filter, read); });
+    return FilterSetting(name, std::move(values));
 }
 
-/// An attribute as a call that is yet to be made.
-Result<Setting> settingOf(const FilterDescription& description, const PipelineConfiguration::Attribute& attribute)
+Result<FilterSetting> settingOf(const FilterDescription& description, const PipelineConfiguration::Attribute& attribute)
 {
-    const auto wrongCount = [&](std::size_t wanted) {
-        return Error{attribute.selector, "takes " + std::to_string(wanted) + (wanted == 1 ? " value" : " values") +
-                                             ", not " + std::to_string(attribute.values.size())};
-    };
-    for (const FilterProperty& property : description.properties) {
-        if (!property.set || property.selector() != attribute.selector)
-            continue;
-        if (attribute.values.size() != 1)
-            return wrongCount(1);
-        Result<TypedValue> value = argument(attribute.values.front(), property.fallback);
-        if (!value)
-            return misunderstood(attribute, attribute.values.front(), value.error());
-        if (const Outcome suits = property.check ? property.check(*value) : success(); !suits)
+    const auto property = std::ranges::find(description.properties, attribute.selector, &FilterProperty::selector);
+    if (property != description.properties.end()) {
+        Result<FilterSetting> setting = settingOf(attribute, property->name, {&property->fallback, 1});
+        if (!setting || !property->check)
+            return setting;
+        if (const Outcome suits = property->check(setting->values.front()); !suits)
             return misunderstood(attribute, attribute.values.front(), suits.error());
-        return Setting([&property, read = std::move(*value)](GPUImageStage& filter) { property.set(filter, read); });
+        return setting;
     }
-    for (const FilterSelector& selector : description.selectors) {
-        if (selector.name != attribute.selector)
-            continue;
-        if (attribute.values.size() != selector.arguments.size())
-            return wrongCount(selector.arguments.size());
-        return settingOf(selector, attribute);
-    }
+    const auto operation = std::ranges::find(description.selectors, attribute.selector, &FilterSelector::name);
+    if (operation != description.selectors.end())
+        return settingOf(attribute, operation->name, operation->arguments);
     return Error{attribute.selector, description.className + " has no such setter"};
 }
 
 /// A filter that is yet to be made.
 struct Plan {
     const FilterDescription* description;
-    std::vector<Setting> settings;
+    FilterSettings settings;
 };
 
 Result<std::vector<Plan>> plansOf(const PipelineConfiguration& configuration, const FilterRegistry& registry)
@@ -128,7 +121,7 @@ Result<std::vector<Plan>> plansOf(const PipelineConfiguration& configuration, co
         if (!plan.description)
             return Error{wanted.filterName, "there is no such filter"};
         for (const PipelineConfiguration::Attribute& attribute : wanted.attributes) {
-            Result<Setting> setting = settingOf(*plan.description, attribute);
+            Result<FilterSetting> setting = settingOf(*plan.description, attribute);
             if (!setting)
                 return setting.error();
             plan.settings.push_back(std::move(*setting));
@@ -158,9 +151,10 @@ GPUImageFilterPipeline::makeWithConfiguration(const PipelineConfiguration& confi
         return plans.error();
     Filters filters;
     for (const Plan& plan : *plans) {
-        filters.push_back(plan.description->make({}));
-        for (const Setting& set : plan.settings)
-            set(*filters.back());
+        Result<std::shared_ptr<GPUImageStage>> filter = makeFilter(*plan.description, plan.settings);
+        if (!filter)
+            return filter.error();
+        filters.push_back(std::move(*filter));
     }
     return std::make_unique<GPUImageFilterPipeline>(std::move(filters), std::move(input), std::move(output));
 }

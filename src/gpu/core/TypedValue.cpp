@@ -15,9 +15,9 @@ namespace lamina {
 namespace {
 
 // In the order of the alternatives.
-constexpr std::array kKinds{kind::kNumber, kind::kInteger, kind::kFlag,    kind::kPoint,   kind::kSize,
-                            kind::kColor,  kind::kVector,  kind::kMatrix3, kind::kMatrix4, kind::kText,
-                            kind::kCount,  kind::kPoints,  kind::kFile};
+constexpr std::array kKinds{kind::kNumber, kind::kInteger, kind::kFlag,    kind::kPoint,     kind::kSize,
+                            kind::kColor,  kind::kVector,  kind::kMatrix3, kind::kMatrix4,   kind::kText,
+                            kind::kCount,  kind::kPoints,  kind::kFile,    kind::kRectangle, kind::kTransform};
 static_assert(kKinds.size() + 1 == std::variant_size_v<TypedValue>, "choices bring theirs");
 
 template <class Number>
@@ -31,8 +31,11 @@ std::optional<Number> numberIn(std::string_view text, const ValueRange& range)
     return std::isfinite(number) && range.contains(number) ? std::optional(value) : std::nullopt;
 }
 
+/// Geometry is of double precision, what goes to the GPU of single.
 template <class Value>
-using Component = std::conditional_t<std::is_same_v<Value, CGPoint> || std::is_same_v<Value, CGSize>, double, float>;
+using Component = std::conditional_t<std::is_same_v<Value, CGPoint> || std::is_same_v<Value, CGSize> ||
+                                         std::is_same_v<Value, CGRect> || std::is_same_v<Value, CGAffineTransform>,
+                                     double, float>;
 
 /// A type that is made of numbers, as these numbers.
 template <class Value>
@@ -46,6 +49,8 @@ constexpr char separatorBefore(std::size_t place)
     constexpr std::size_t kColumns = std::tuple_size_v<Components<Value>> % 3 == 0 ? 3 : 4;
     if constexpr (std::is_same_v<Value, CGSize>)
         return 'x';
+    if constexpr (std::is_same_v<Value, CGAffineTransform>)
+        return ',';
     return place % kColumns == 0 ? ';' : ',';
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "gpu/core/GPUVectors.h"
+#include "platform/base/CGAffineTransform.h"
 #include "platform/base/CGGeometry.h"
 #include "platform/base/Result.h"
 
@@ -30,8 +31,9 @@ struct NamedChoice {
 
 /// A value that can be written as a text: an argument of an operation, a property of a filter. Its alternative is its
 /// type.
-using TypedValue = std::variant<float, int, bool, CGPoint, CGSize, GPUVector3, GPUVector4, GPUMatrix3x3, GPUMatrix4x4,
-                                std::string, std::uint32_t, std::vector<CGPoint>, FilePath, NamedChoice>;
+using TypedValue =
+    std::variant<float, int, bool, CGPoint, CGSize, GPUVector3, GPUVector4, GPUMatrix3x3, GPUMatrix4x4, std::string,
+                 std::uint32_t, std::vector<CGPoint>, FilePath, CGRect, CGAffineTransform, NamedChoice>;
 
 /// The types, in the order of the alternatives.
 enum class ValueType : std::uint8_t {
@@ -48,6 +50,8 @@ enum class ValueType : std::uint8_t {
     Count,
     Points,
     File,
+    Rectangle,
+    Transform,
     Choice,
 };
 
@@ -99,6 +103,11 @@ inline constexpr ValueKind kCount{ValueType::Count, "count", "COUNT", "a whole n
 inline constexpr ValueKind kPoints{ValueType::Points, "points", "X,Y;X,Y;...", "points written X,Y;X,Y;...", {}};
 /// Not empty; in a list with commas it takes the rest with its commas.
 inline constexpr ValueKind kFile{ValueType::File, "file", "FILE", "a file", {}};
+/// A corner, a width and a height.
+inline constexpr ValueKind kRectangle{ValueType::Rectangle, "rectangle", "X,Y,W,H", "a rectangle written X,Y,W,H", {}};
+/// x' = A x + C y + TX, y' = B x + D y + TY.
+inline constexpr ValueKind kTransform{
+    ValueType::Transform, "transform", "A,B,C,D,TX,TY", "a transform written A,B,C,D,TX,TY", {}};
 inline constexpr ValueKind kPositive{ValueType::Number, "positive", "NUMBER", "a number above 0", {kAboveZero}};
 
 } // namespace kind

@@ -7,9 +7,19 @@
 namespace lamina::test {
 namespace {
 
+enum class Kind { Plain, Fancy };
+constexpr ValueKind kKinds{ValueType::Choice, "choice", "plain|fancy", "plain or fancy", {}};
+
 /// Passes pictures through and remembers what was set.
 class Remembering : public GPUImageFilter {
 public:
+    Remembering() = default;
+    Remembering(unsigned radius, Kind kind, bool packed)
+    {
+        remember("made", {static_cast<int>(radius), NamedChoice{&kKinds, static_cast<int>(kind)}, packed});
+    }
+    void setRegion(const CGRect& value) { remember("region", {value}); }
+    void setTransform(const CGAffineTransform& value) { remember("transform", {value}); }
     void setIntensity(float value) { remember("intensity", {value}); }
     void setCenter(CGPoint value) { remember("center", {value}); }
     void setLabel(const std::string& value) { remember("label", {value}); }
@@ -37,6 +47,12 @@ FilterRegistry registry()
         {{"setColorRed:green:blue:", {0.0F, 0.0F, 0.0F}, [](GPUImageStage& stage, std::span<const TypedValue> values) {
               dynamic_cast<Remembering&>(stage).remember("color", {values.begin(), values.end()});
           }}}));
+    registry.add(filterDescriptionWithArguments<Remembering, unsigned, Kind, bool>(
+        "Made", "effect", 1, "Remembers with what it was made",
+        {argumentProperty("radius", 2, {}, "", ""), argumentProperty("kind", kKinds, Kind::Fancy, ""),
+         argumentProperty("packed", false, {}, "", "")},
+        {filterProperty("region", &Remembering::setRegion, CGRect(), {}, "", ""),
+         filterProperty("transform", &Remembering::setTransform, CGAffineTransform(), {}, "", "")}));
     registry.add(filterDescription<GPUImageFilter>("Plain", "effect", 1, "Passes pictures through"));
     return registry;
 }
@@ -64,13 +80,18 @@ TEST_F(PipelineTest, AConfigurationMakesFiltersAndSetsThem)
             "setCenter:": "CGPoint(0.5, -2)",
             "setLabel:": "NSString(some text)",
             "setColorRed:green:blue:": ["float(1)", "float(2)", "float(3)"]}},
-        {"FilterName": "Remembering", "Attributes": {}}]})json");
+        {"FilterName": "Made", "Attributes": {
+            "setTransform:": "NSString(0,1,-1,0,0.5,-2)", "setRegion:": "NSString(0.25,0,0.5,1)",
+            "initWithPacked:": "float(1)", "initWithKind:": "NSString(plain)", "initWithRadius:": "float(-3)"}},
+        {"FilterName": "Made"}]})json");
     ASSERT_TRUE(pipeline.ok()) << pipeline.error().subject << ": " << pipeline.error().cause;
     const auto& filters = (*pipeline)->filters();
-    ASSERT_EQ(filters.size(), 3U);
+    ASSERT_EQ(filters.size(), 4U);
     EXPECT_EQ(dynamic_cast<const Remembering&>(*filters[1]).told(),
               "intensity 0.25; center 0.5,-2; label some text; color 1 2 3; ");
-    EXPECT_EQ(dynamic_cast<const Remembering&>(*filters[2]).told(), "");
+    EXPECT_EQ(dynamic_cast<const Remembering&>(*filters[2]).told(),
+              "made 0 plain 1; transform 0,1,-1,0,0.5,-2; region 0.25,0,0.5,1; ");
+    EXPECT_EQ(dynamic_cast<const Remembering&>(*filters[3]).told(), "made 2 fancy 0; ");
     m_source->push({3, 2}, {}, second(1));
     EXPECT_EQ(m_end->frames().size(), 1U);
 }

@@ -2,31 +2,77 @@
 
 import numpy as np
 
-from formulas import ALL, colors, convolution, moved, rows, same
+from formulas import ALL, colors, convolution, luma709, moved, rows, same, stored
 
 
 def relief(i):
     return convolution([[-2 * i, -i, 0], [-i, 1, i], [0, i, 2 * i]])
 
 
+def grey(p):
+    return stored(np.dstack([luma709(p[..., :3])] * 3 + [p[..., 3]]))
+
+
+def gradient(p, middle=2, across=1, down=1):
+    """Of the red channel: to the right, downwards."""
+    def red(right, below):
+        return moved(p[..., 0], right * across, below * down)
+    return [middle * (red(*to) - red(-to[0], -to[1])) + sum(red(*(to + side)) - red(*(side - to)) for side in sides)
+            for to, sides in ((np.array([1, 0]), [[0, -1], [0, 1]]), (np.array([0, 1]), [[-1, 0], [1, 0]]))]
+
+
+def steepness(p, *how):
+    return np.hypot(*gradient(p, *how))[..., None]
+
+
+def parted(value, threshold, below, above, doubt=0.02):
+    """Not a number where reads of neighbours, which may be off a little, decide."""
+    return np.where(abs(value - threshold) < doubt, np.nan, np.where(value < threshold, below, above))
+
+
 def cartoon(threshold, levels=10.0, doubt=0.02):
-    """Not a number where the edge is as steep as the threshold within what reads of neighbours may be off."""
-    def inked(c):
-        def red(right, down):
-            return moved(c, right, down)[..., 0]
-        steep = np.hypot(red(-1, 1) + 2 * red(0, 1) + red(1, 1) - red(-1, -1) - 2 * red(0, -1) - red(1, -1),
-                         red(1, -1) + 2 * red(1, 0) + red(1, 1) - red(-1, -1) - 2 * red(-1, 0) - red(-1, 1))[..., None]
-        flat = np.where(steep < threshold, np.floor(c * levels + 0.5) / levels, 0)
-        return np.where(abs(steep - threshold) < doubt, np.nan, flat)
-    return colors(inked)
+    return lambda p: colors(lambda c: parted(steepness(p), threshold, np.floor(c * levels + 0.5) / levels, 0, doubt))(p)
 
 
-def extreme(choose, reach, down=1):
-    def chosen(p):
-        steps = range(-reach, reach + 1)
-        value = choose([moved(p[..., 0], i, down * j) for i in steps for j in steps], axis=0)
-        return np.dstack([value, value, value, np.ones_like(value)])
-    return chosen
+def edges(shown, *how):
+    """What becomes of the steepness of the grey picture."""
+    return lambda p: colors(lambda c: shown(steepness(grey(p), *how)) + 0 * c)(p)
+
+
+def derivatives(strength):
+    def products(p):
+        x, y = np.clip(np.array(gradient(grey(p))) * strength, -9, 9)
+        return np.dstack([x * x, y * y, (x * y + 1) / 2, np.ones_like(x)])
+    return products
+
+
+def peaks(value=lambda p: p[..., 0], threshold=0):
+    """Of equal ones the first in reading order; beyond the border there is nothing."""
+    def kept(p):
+        height, width = p.shape[:2]
+        centre = value(p)
+        round_about = np.pad(centre, 1, constant_values=-np.inf)
+        stays = centre >= threshold
+        for i, (down, right) in enumerate(np.ndindex(3, 3)):
+            other = round_about[down:down + height, right:right + width]
+            stays = stays & (centre > other if i < 4 else centre >= other)
+        return np.dstack([p[..., :3] * stays[..., None], p[..., 3]])
+    return kept
+
+
+def extreme(choose, reach, down=1, across=1):
+    """By red, grey and opaque."""
+    chosen = extremes(choose, reach, down, across)
+    return lambda p: np.dstack([chosen(p)[..., :1]] * 3 + [np.ones(p.shape[:2])])
+
+
+def extremes(choose, reach, down=1, across=1):
+    steps = range(-reach, reach + 1)
+    return lambda p: choose([moved(p, across * i, down * j) for i in steps for j in steps], axis=0)
+
+
+def after(second, first):
+    return lambda p: second(first(p))
 
 
 LOPSIDED = [[0.3, -0.1, 0.05], [0.2, 0.25, -0.3], [-0.15, 0.35, 0.4]]
@@ -38,6 +84,16 @@ CASES = [
     (f"3x3ConvolutionFilter convolutionKernel={rows(LOPSIDED)} texelWidth=0.09836066 texelHeight=0.11428571",
      convolution(LOPSIDED, 6, 4), ["noise"]),
     ("EmbossFilter", relief(1), ALL), ("EmbossFilter intensity=-2.5", relief(-2.5)),
+    ("SobelEdgeDetectionFilter", edges(same), ALL), ("PrewittEdgeDetectionFilter", edges(same, 1), ALL),
+    ("SobelEdgeDetectionFilter edgeStrength=0.3 texelWidth=0.03278689 texelHeight=0.08571429",
+     edges(lambda s: 0.3 * s, 2, 2, 3)),
+    ("SketchFilter edgeStrength=0.25", edges(lambda s: 1 - s / 4), ALL), ("SketchFilter", edges(lambda s: 1 - s)),
+    ("ThresholdEdgeDetectionFilter", edges(lambda s: parted(s, 0.25, 0, 1)), ALL),
+    ("ThresholdSketchFilter threshold=1.9 edgeStrength=1.5", edges(lambda s: parted(1.5 * s, 1.9, 1, 0, 0.03))),
+    ("XYDerivativeFilter", derivatives(1), ALL), ("XYDerivativeFilter edgeStrength=0.2", derivatives(0.2)),
+    ("NonMaximumSuppressionFilter", peaks(), [*ALL, "plateaus", "dot"], 0),
+    ("ThresholdedNonMaximumSuppressionFilter", peaks(threshold=0.9), ["noise", "plateaus"], 0),
+    ("ThresholdedNonMaximumSuppressionFilter threshold=0.2", peaks(threshold=0.2), ["noise"], 0),
     ("ToonFilter", cartoon(0.2), ALL), ("GpuImageCustomFilter3", cartoon(1), ALL),
     ("GpuImageCustomFilter3 threshold=2.03 quantizationLevels=3.5", cartoon(2.03, 3.5)),
     # Only the pixel above the centre differs, which counts twice.
@@ -48,4 +104,11 @@ CASES = [
     ("ErosionFilter radius=4 verticalTexelSpacing=3", extreme(np.min, 4, 3), ALL, 1),
     *[(f"{name}Filter radius={radius}", extreme(choose, reach), ["noise"], 1)
       for name, choose in (("Erosion", np.min), ("Dilation", np.max)) for radius, reach in ((0, 1), (3, 3), (9, 4))],
+    ("RGBErosionFilter", extremes(np.min, 1), ALL, 1), ("RGBDilationFilter", extremes(np.max, 1), ALL, 1),
+    ("RGBDilationFilter radius=3 horizontalTexelSpacing=2", extremes(np.max, 3, 1, 2), ["noise"], 1),
+    *[(f"{kind}{name} {spacings}", after(of(second, *how), of(first, *how)), ["noise"], 1)
+      for kind, of in (("", extreme), ("RGB", extremes))
+      for name, first, second in (("OpeningFilter", np.min, np.max), ("ClosingFilter", np.max, np.min))
+      for spacings, how in (("", [1]), ("radius=2 verticalTexelSpacing=3 horizontalTexelSpacing=2", [2, 3, 2]))],
+    ("LaplacianFilter", convolution([[1, 1, 1], [1, -8, 1], [1, 1, 1]]), ALL),
 ]

@@ -35,6 +35,7 @@ PICTURES = {name: stored(np.asarray(pixels)) for name, pixels in {
     "ramp": np.dstack([across, downwards, (across + downwards) / 2, np.full((255, 255), 254)]) / 254,
     "greys": [[[level / 255] * 3 + [1] for level in range(256)]],
     **pairs(),
+    "plateaus": random.integers(0, 4, (35, 61, 4)) / 3,
     **{f"step {red}": [[[0, 1, 1, 1], [red / 255, 1, 1, 1], [0, 1, 1, 1]]] + [[[0, 1, 1, 1]] * 3] * 2
        for red in (25, 26, 255)},
 }.items()}

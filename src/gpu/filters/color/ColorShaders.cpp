@@ -28,11 +28,27 @@ void main()
     vec4 color = texture2D(inputImageTexture, textureCoordinate);
 )";
 
+constexpr const char* kPlacedMain = R"(
+void main()
+{
+    vec2 place = textureCoordinate;
+)";
+
+constexpr const char* kReadAtPlace = R"(
+    vec4 color = texture2D(inputImageTexture, place);
+)";
+
 } // namespace
 
 std::string colorShader(const std::string& declarations, const std::string& statements)
 {
     return kHead + declarations + kMain + statements + "\n}\n";
+}
+
+std::string placedColorShader(const std::string& declarations, const std::string& placing,
+                              const std::string& statements)
+{
+    return kHead + declarations + kPlacedMain + placing + kReadAtPlace + statements + "\n}\n";
 }
 
 } // namespace lamina

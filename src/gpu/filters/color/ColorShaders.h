@@ -13,4 +13,9 @@ namespace lamina {
 ///   vec3 power(vec3 base, vec3 e)      base^e for base and e from 0; 0 where the base is, for e = 0 too
 std::string colorShader(const std::string& declarations, const std::string& statements);
 
+/// The same of a filter that computes each pixel from one that lies elsewhere: `placing` finds the pixel's own place as
+/// `vec2 place` and changes it; `color` is what the picture has there. Beyond the border its outermost pixels go on.
+std::string placedColorShader(const std::string& declarations, const std::string& placing,
+                              const std::string& statements = "    gl_FragColor = color;");
+
 } // namespace lamina

@@ -31,11 +31,11 @@ GPUImageSolidColorGenerator::GPUImageSolidColorGenerator()
 FilterDescription GPUImageSolidColorGenerator::describe()
 {
     using Self = GPUImageSolidColorGenerator;
-    return filterDescription<Self>(
-        "GPUImageSolidColorGenerator", "colour", 1, "One colour all over, of the picture's size",
+    return asGenerator(filterDescription<Self>(
+        "GPUImageSolidColorGenerator", "colour", 1, "One colour all over",
         {filterProperty("color", &Self::setColor, kBlack, {0, 1}, "", "The colour; the fourth number has no effect"),
          filterProperty("useExistingAlpha", &Self::setUseExistingAlpha, false, {}, "",
-                        "1 keeps the picture's shape, 0 fills everything")});
+                        "1 keeps the picture's shape, 0 fills everything")}));
 }
 
 void GPUImageSolidColorGenerator::setColor(const GPUVector4& color)

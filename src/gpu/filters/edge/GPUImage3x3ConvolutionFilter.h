@@ -5,6 +5,8 @@
 #include "gpu/core/GPUVectors.h"
 #include "platform/gl/GLHeaders.h"
 
+#include <vector>
+
 namespace lamina {
 
 /// Weighs a pixel and its neighbours by a matrix.
@@ -22,6 +24,10 @@ public:
     /// 1 in the centre at first, which changes nothing. Devices may hold the weights with no more than ten bits.
     const GPUMatrix3x3& convolutionKernel() const { return m_convolutionKernel; }
     void setConvolutionKernel(const GPUMatrix3x3& kernel);
+
+protected:
+    /// What is to be set, with this kernel in a new filter.
+    static std::vector<FilterProperty> kernelProperties(const GPUMatrix3x3& kernel);
 
 private:
     GLint m_convolutionMatrixUniform;

@@ -11,7 +11,7 @@ FilterDescription GPUImageDilationFilter::describe()
 {
     return filterDescriptionWithRadius<GPUImageDilationFilter>(
         "GPUImageDilationFilter", "editor", "Lets bright areas grow, by the red channel; the result is grey",
-        radiusProperty(), spacingProperties());
+        radiusProperty(), morphologySpacingProperties<GPUImageDilationFilter>());
 }
 
 } // namespace lamina

@@ -3,9 +3,6 @@
 
 #include "gpu/filters/edge/GPUImageEmbossFilter.h"
 
-#include <utility>
-#include <vector>
-
 namespace lamina {
 
 GPUImageEmbossFilter::GPUImageEmbossFilter()
@@ -22,11 +19,10 @@ void GPUImageEmbossFilter::setIntensity(float intensity)
 
 FilterDescription GPUImageEmbossFilter::describe()
 {
-    std::vector<FilterProperty> properties = texelProperties();
-    properties.insert(properties.begin(), filterProperty("intensity", &GPUImageEmbossFilter::setIntensity, 1.0F, {0, 4},
-                                                         "", "How much edges stand out"));
-    return filterDescription<GPUImageEmbossFilter>("GPUImageEmbossFilter", "editor", 1,
-                                                   "Makes edges stand out like a relief", std::move(properties));
+    return filterDescription<GPUImageEmbossFilter>(
+        "GPUImageEmbossFilter", "editor", 1, "Makes edges stand out like a relief",
+        texelProperties({filterProperty("intensity", &GPUImageEmbossFilter::setIntensity, 1.0F, {0, 4}, "",
+                                        "How much edges stand out")}));
 }
 
 } // namespace lamina

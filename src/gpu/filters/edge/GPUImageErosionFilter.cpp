@@ -11,7 +11,7 @@ FilterDescription GPUImageErosionFilter::describe()
 {
     return filterDescriptionWithRadius<GPUImageErosionFilter>(
         "GPUImageErosionFilter", "editor", "Lets dark areas grow, by the red channel; the result is grey",
-        radiusProperty(), spacingProperties());
+        radiusProperty(), morphologySpacingProperties<GPUImageErosionFilter>());
 }
 
 } // namespace lamina

@@ -9,18 +9,30 @@
 
 namespace lamina {
 
-/// What dilation and erosion by the red channel have in common: everything but the direction.
+/// What dilation and erosion have in common: everything but the direction, and whether they look at red alone.
 class MorphologyFilter : public GPUImageTwoPassTextureSamplingFilter {
+public:
+    /// For descriptions, of filters that are made of these too.
+    static FilterProperty radiusProperty();
+
 protected:
     /// `radius` in pixels: 0 counts as 1, more than 4 as 4.
-    MorphologyFilter(Morphology morphology, unsigned radius);
+    MorphologyFilter(Morphology morphology, unsigned radius, MorphologyChannels channels = MorphologyChannels::Red);
 
     /// All places are whole steps away.
     bool readsTexelCentres(int, std::size_t) const override { return stepsAreWholeTexels(); }
-
-    // For descriptions.
-    static FilterProperty radiusProperty();
-    static std::vector<FilterProperty> spacingProperties();
 };
+
+/// For descriptions: the spacings of a filter that has their setters.
+template <class Filter>
+std::vector<FilterProperty> morphologySpacingProperties()
+{
+    return {
+        filterProperty("verticalTexelSpacing", &Filter::setVerticalTexelSpacing, 1.0F, {0, 8}, "pixels",
+                       "Distance of the neighbours downwards"),
+        filterProperty("horizontalTexelSpacing", &Filter::setHorizontalTexelSpacing, 1.0F, {0, 8}, "pixels",
+                       "Distance of the neighbours across"),
+    };
+}
 
 } // namespace lamina

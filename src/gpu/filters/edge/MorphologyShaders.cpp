@@ -76,24 +76,25 @@ void main()
     return text + "}\n";
 }
 
-std::string morphologyFragmentShader(Morphology morphology, unsigned radius)
+std::string morphologyFragmentShader(Morphology morphology, MorphologyChannels channels, unsigned radius)
 {
-    const unsigned reach = usableRadius(radius);
-    const std::string choose = morphology == Morphology::Dilation ? "max" : "min";
+    const std::vector<std::string> names = places(usableRadius(radius));
+    const bool red = channels == MorphologyChannels::Red;
+    const auto valueAt = [&](const std::string& name) {
+        return "texture2D(inputImageTexture, " + name + (red ? ").r" : ")");
+    };
     // Low precision holds the values of a texture; places in it need more.
     std::string text = "precision lowp float;\n\nuniform sampler2D inputImageTexture;\n\n";
-    for (const std::string& name : places(reach))
+    for (const std::string& name : names)
         text += "varying highp vec2 " + name + ";\n";
-    text += "\nvoid main()\n{\n    float value = texture2D(inputImageTexture, centerTextureCoordinate).r;\n";
-    for (const std::string& name : places(reach)) {
+    text.append("\nvoid main()\n{\n    ").append(red ? "float" : "vec4");
+    text.append(" value = " + valueAt(kCentre) + ";\n");
+    const std::string choose = morphology == Morphology::Dilation ? "max" : "min";
+    for (const std::string& name : names) {
         if (name != kCentre)
-            text.append("    value = ")
-                .append(choose)
-                .append("(value, texture2D(inputImageTexture, ")
-                .append(name)
-                .append(").r);\n");
+            text.append("    value = " + choose + "(value, " + valueAt(name) + ");\n");
     }
-    return text + "    gl_FragColor = vec4(value, value, value, 1.0);\n}\n";
+    return text + "    gl_FragColor = " + (red ? "vec4(value, value, value, 1.0)" : "value") + ";\n}\n";
 }
 
 } // namespace lamina

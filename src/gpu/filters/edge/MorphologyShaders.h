@@ -10,14 +10,19 @@ enum class Morphology {
     Erosion,  ///< takes the smallest
 };
 
+/// What of the picture is compared.
+enum class MorphologyChannels {
+    Red, ///< alone, which gives an opaque grey
+    All, ///< each of the four by itself
+};
+
 /// The radii that shaders can be made for.
 inline constexpr unsigned kLargestMorphologyRadius = 4;
 
 /// Shaders for one pass of a dilation or erosion along a line, `radius` pixels to each side: 0 counts as 1, more than 4
-/// as 4. The step from pixel to pixel is `texelWidthOffset`, `texelHeightOffset`. The fragment shader looks at red
-/// alone and gives an opaque grey.
+/// as 4. The step from pixel to pixel is `texelWidthOffset`, `texelHeightOffset`.
 std::string morphologyVertexShader(unsigned radius);
 /// The largest or smallest of what is read there.
-std::string morphologyFragmentShader(Morphology morphology, unsigned radius);
+std::string morphologyFragmentShader(Morphology morphology, MorphologyChannels channels, unsigned radius);
 
 } // namespace lamina

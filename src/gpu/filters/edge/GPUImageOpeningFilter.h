@@ -1,0 +1,21 @@
+#pragma once
+
+#include "gpu/core/FilterRegistry.h"
+#include "gpu/filters/edge/MorphologyPair.h"
+
+namespace lamina {
+
+/// Removes bright specks and lines narrower than the square of the radius; what is wider keeps its shape.
+///
+///   out = dilation(erosion(in))     of one radius: `GPUImageErosionFilter`, then `GPUImageDilationFilter`
+///
+/// By the red channel: the result is grey and opaque.
+class GPUImageOpeningFilter : public MorphologyPair {
+public:
+    static FilterDescription describe();
+
+    /// `radius` in pixels: 0 counts as 1, more than 4 as 4.
+    explicit GPUImageOpeningFilter(unsigned radius = 1);
+};
+
+} // namespace lamina

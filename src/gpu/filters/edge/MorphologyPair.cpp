@@ -1,0 +1,30 @@
+#include "gpu/filters/edge/MorphologyPair.h"
+
+#include <utility>
+
+namespace lamina {
+
+MorphologyPair::MorphologyPair(std::shared_ptr<MorphologyFilter> first, std::shared_ptr<MorphologyFilter> second)
+    : m_first(std::move(first))
+    , m_second(std::move(second))
+{
+    m_first->addTarget(m_second);
+    addFilter(m_first);
+    addFilter(m_second);
+    setInitialFilters({m_first});
+    setTerminalFilter(m_second);
+}
+
+void MorphologyPair::setVerticalTexelSpacing(double texels)
+{
+    m_first->setVerticalTexelSpacing(texels);
+    m_second->setVerticalTexelSpacing(texels);
+}
+
+void MorphologyPair::setHorizontalTexelSpacing(double texels)
+{
+    m_first->setHorizontalTexelSpacing(texels);
+    m_second->setHorizontalTexelSpacing(texels);
+}
+
+} // namespace lamina
