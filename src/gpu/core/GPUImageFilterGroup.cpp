@@ -7,6 +7,17 @@
 
 namespace lamina {
 
+void GPUImageFilterGroup::addFiltersInLine(const std::vector<std::shared_ptr<GPUImageStage>>& filters)
+{
+    for (std::size_t i = 0; i < filters.size(); ++i) {
+        if (i > 0)
+            filters[i - 1]->addTarget(filters[i]);
+        addFilter(filters[i]);
+    }
+    setInitialFilters({filters.front()});
+    setTerminalFilter(filters.back());
+}
+
 std::shared_ptr<GPUImageStage> GPUImageFilterGroup::filterAtIndex(std::size_t index) const
 {
     return index < m_filters.size() ? m_filters[index] : nullptr;

@@ -27,6 +27,8 @@ public:
 
     /// One more member, last. Nothing is connected.
     void addFilter(std::shared_ptr<GPUImageStage> filter) { m_filters.push_back(std::move(filter)); }
+    /// For groups that are a line: adds these, at least one, connects each with the next and sets both ends.
+    void addFiltersInLine(const std::vector<std::shared_ptr<GPUImageStage>>& filters);
     /// Null beyond the end.
     std::shared_ptr<GPUImageStage> filterAtIndex(std::size_t index) const;
     std::size_t filterCount() const { return m_filters.size(); }

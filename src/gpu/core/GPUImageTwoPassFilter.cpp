@@ -82,7 +82,7 @@ std::shared_ptr<GPUImageFramebuffer> GPUImageTwoPassFilter::drawBothPasses(const
                                                                            const QuadCoordinates& textureCoordinates,
                                                                            Kept kept)
 {
-    const std::shared_ptr<GPUImageFramebuffer> between = beginOutput(m_backgroundColor);
+    const std::shared_ptr<GPUImageFramebuffer> between = beginOutput(m_backgroundColor, sizeOfPass(0));
     drawPass(firstPass(), m_firstInputFramebuffer, vertices, textureCoordinates);
     // The input goes back to the pool before the second framebuffer is fetched, which may then be the very same.
     unlockInputs();

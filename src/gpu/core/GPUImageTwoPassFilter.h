@@ -14,7 +14,8 @@ namespace lamina {
 
 /// Draws twice: the input through the first pair of shaders, what came out through the second. The input's rotation
 /// acts in the first pass; the second clears to opaque black whatever the background colour. Only the second output is
-/// kept and handed on; the first goes back to the pool at once, so a chain of passes holds two framebuffers of a size.
+/// kept and handed on; the first, of the size of pass 0, goes back to the pool at once, so a chain of passes holds two
+/// framebuffers of a size.
 class GPUImageTwoPassFilter : public GPUImageFilter {
 public:
     GPUImageTwoPassFilter(const std::string& firstStageVertexShader, const std::string& firstStageFragmentShader,

@@ -2,7 +2,7 @@
 
 import numpy as np
 
-from formulas import ALL, colors, convolution, luma709, moved, rows, same, stored
+from formulas import ALL, bell, blur, colors, convolution, luma709, moved, rows, same, stored
 
 
 def relief(i):
@@ -60,6 +60,40 @@ def peaks(value=lambda p: p[..., 0], threshold=0):
     return kept
 
 
+def directed(p, *ways):
+    x, y = gradient(p, 2, *ways)
+    steep = np.hypot(x, y)
+    way = np.where(steep > 0.002, np.array([x, y]) / np.maximum(steep, 0.002), 0)
+    return np.dstack([steep, *(way + 1) / 2, np.ones_like(steep)])
+
+
+def thinned(lower=0.1, upper=0.5, across=1, down=1, tie=0):
+    """Red where it is a peak along the way that green and blue tell; not a number close to the ends of an eighth of the
+    circle, and where what might be a tie decides."""
+    def kept(p):
+        steep, eighths = p[..., 0], np.arctan2(p[..., 2] - 0.5, p[..., 1] - 0.5) / (np.pi / 4)
+        share = np.clip((steep - lower) / (upper - lower), 0, 1)
+        shown = np.where(abs(eighths - np.round(eighths)) > 0.48, np.nan, 0)
+        for k in range(-4, 5):
+            x, y = np.round(np.cos(k * np.pi / 4)), np.round(np.sin(k * np.pi / 4))
+            ahead, behind = (steep - moved(steep, int(way * x) * across, int(way * y) * down) for way in (1, -1))
+            peak = np.where(np.minimum(abs(ahead), abs(behind)) < tie, np.nan, (ahead >= 0) & (behind > 0))
+            shown += np.where(np.round(eighths) == k, peak, 0)
+        return np.dstack([np.where(share > 0, shown * share ** 2 * (3 - 2 * share), 0)] * 3 + [np.ones_like(steep)])
+    return kept
+
+
+def closed(p):
+    around = sum(moved(p[..., :1], i, j) for i in (-1, 0, 1) for j in (-1, 0, 1))
+    white = np.where(p[..., :1] < 0.01, 0, parted(around, 1.5, 0, 1, 0.01))
+    return colors(lambda c: white + 0 * c)(p)
+
+
+def canny(lower, upper, reach, sigma, *ways):
+    return lambda p: closed(thinned(lower, upper, *ways, 3 / 255)(
+        stored(directed(blur(bell(reach, sigma))(grey(p)), *ways))))
+
+
 def extreme(choose, reach, down=1, across=1):
     """By red, grey and opaque."""
     chosen = extremes(choose, reach, down, across)
@@ -90,6 +124,14 @@ CASES = [
     ("SketchFilter edgeStrength=0.25", edges(lambda s: 1 - s / 4), ALL), ("SketchFilter", edges(lambda s: 1 - s)),
     ("ThresholdEdgeDetectionFilter", edges(lambda s: parted(s, 0.25, 0, 1)), ALL),
     ("ThresholdSketchFilter threshold=1.9 edgeStrength=1.5", edges(lambda s: parted(1.5 * s, 1.9, 1, 0, 0.03))),
+    ("DirectionalSobelEdgeDetectionFilter", directed, [*ALL, "plateaus"]),
+    ("DirectionalNonMaximumSuppressionFilter", thinned(), ["arrows"]),
+    ("DirectionalNonMaximumSuppressionFilter lowerThreshold=0.3 upperThreshold=0.9 texelWidth=0.03278689 "
+     "texelHeight=0.08571429", thinned(0.3, 0.9, 2, 3), ["arrows"]),
+    ("WeakPixelInclusionFilter", closed, [*ALL, "plateaus"], 0),
+    ("CannyEdgeDetectionFilter", canny(0.1, 0.4, 4, 2, 1, 1), ["photo over"]),
+    ("CannyEdgeDetectionFilter blurRadiusInPixels=4 lowerThreshold=0.3 upperThreshold=0.9 texelWidth=0.03278689 "
+     "texelHeight=0.08571429", canny(0.3, 0.9, 10, 4, 2, 3), ["photo over"]),
     ("XYDerivativeFilter", derivatives(1), ALL), ("XYDerivativeFilter edgeStrength=0.2", derivatives(0.2)),
     ("NonMaximumSuppressionFilter", peaks(), [*ALL, "plateaus", "dot"], 0),
     ("ThresholdedNonMaximumSuppressionFilter", peaks(threshold=0.9), ["noise", "plateaus"], 0),

@@ -39,6 +39,38 @@ def moved(p, right, down):
     return p[np.clip(np.arange(height) + down, 0, height - 1)][:, np.clip(np.arange(width) + right, 0, width - 1)]
 
 
+def grid(p):
+    """Column and row of each pixel."""
+    return np.meshgrid(np.arange(p.shape[1]), np.arange(p.shape[0]))
+
+
+def places(p):
+    """The same in shares of the width and height."""
+    x, y = grid(p)
+    return (x + 0.5) / p.shape[1], (y + 0.5) / p.shape[0]
+
+
+def sampled(p, x, y):
+    """What lies at column x and row y, between pixels too."""
+    left, top = np.floor(x).astype(int), np.floor(y).astype(int)
+    right, down = (x - left)[..., None], (y - top)[..., None]
+
+    def read(column, row):
+        return p[np.clip(row, 0, p.shape[0] - 1), np.clip(column, 0, p.shape[1] - 1)]
+    return mix(mix(read(left, top), read(left + 1, top), right),
+               mix(read(left, top + 1), read(left + 1, top + 1), right), down)
+
+
+def resized(p, width, height):
+    x, y = np.meshgrid((np.arange(width) + 0.5) / width, (np.arange(height) + 0.5) / height)
+    return sampled(p, x * p.shape[1] - 0.5, y * p.shape[0] - 0.5)
+
+
+def smoothstep(low, high, x):
+    t = np.clip((x - low) / (high - low), 0, 1)
+    return t * t * (3 - 2 * t)
+
+
 def convolution(kernel, right=1, down=1):
     return colors(lambda c: sum(kernel[row][column] * moved(c, (column - 1) * right, (row - 1) * down)
                                 for row in range(3) for column in range(3)))

@@ -8,6 +8,13 @@ random = np.random.default_rng(5)
 across, downwards = np.meshgrid(np.arange(255), np.arange(255))
 
 
+def arrows():
+    """Ways in green and blue of all angles, with few lengths in red."""
+    angle = 2 * np.pi * random.random((35, 61))
+    return np.dstack([random.integers(0, 9, angle.shape) / 8, *(np.array([np.cos(angle), np.sin(angle)]) + 1) / 2,
+                      np.ones_like(angle)])
+
+
 def pairs():
     """Pairs of base and overlay by name; the overlay's name is the base's and `over`."""
     # Every colour and alpha where formulas change, over every other; greys and pairs of equal channels among them.
@@ -35,6 +42,7 @@ PICTURES = {name: stored(np.asarray(pixels)) for name, pixels in {
     "ramp": np.dstack([across, downwards, (across + downwards) / 2, np.full((255, 255), 254)]) / 254,
     "greys": [[[level / 255] * 3 + [1] for level in range(256)]],
     **pairs(),
+    "arrows": arrows(),
     "plateaus": random.integers(0, 4, (35, 61, 4)) / 3,
     **{f"step {red}": [[[0, 1, 1, 1], [red / 255, 1, 1, 1], [0, 1, 1, 1]]] + [[[0, 1, 1, 1]] * 3] * 2
        for red in (25, 26, 255)},

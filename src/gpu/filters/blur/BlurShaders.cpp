@@ -126,20 +126,19 @@ std::string addend(const Sum& sum, const std::string& where, double weight)
     return "    sum += texture2D(inputImageTexture, " + where + ")" + sum.component + " * " + decimal(weight) + ";\n";
 }
 
-/// Divides by the sum of all, neighbours counted twice, which takes any common factor out.
-BlurWeights normalised(const std::vector<double>& bell)
+} // namespace
+
+BlurWeights normalisedBlurWeights(const std::vector<double>& line)
 {
-    double total = -bell.front();
-    for (const double weight : bell)
+    double total = -line.front();
+    for (const double weight : line)
         total += 2 * weight;
     BlurWeights weights;
-    weights.reserve(bell.size());
-    for (const double weight : bell)
+    weights.reserve(line.size());
+    for (const double weight : line)
         weights.push_back(static_cast<float>(weight / total));
     return weights;
 }
-
-} // namespace
 
 BlurWeights gaussianBlurWeights(unsigned radius, double sigma)
 {
@@ -150,12 +149,12 @@ BlurWeights gaussianBlurWeights(unsigned radius, double sigma)
         const double distance = static_cast<double>(i) / sigma;
         bell[i] = std::exp(-distance * distance / 2);
     }
-    return normalised(bell);
+    return normalisedBlurWeights(bell);
 }
 
 BlurWeights boxBlurWeights(unsigned radius)
 {
-    return normalised(std::vector<double>(radius + std::size_t{1}, 1.0));
+    return normalisedBlurWeights(std::vector<double>(radius + std::size_t{1}, 1.0));
 }
 
 std::string standardBlurVertexShader(const BlurWeights& weights)

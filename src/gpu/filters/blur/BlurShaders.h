@@ -14,6 +14,8 @@ using BlurWeights = std::vector<float>;
 BlurWeights gaussianBlurWeights(unsigned radius, double sigma);
 /// The same weight for all.
 BlurWeights boxBlurWeights(unsigned radius);
+/// Any line, from its middle outwards: divided by the sum of all, neighbours counted twice.
+BlurWeights normalisedBlurWeights(const std::vector<double>& line);
 
 /// What of the picture is summed.
 enum class BlurChannels {

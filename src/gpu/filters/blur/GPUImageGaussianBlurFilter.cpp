@@ -88,11 +88,16 @@ void GPUImageGaussianBlurFilter::setBlurRadiusInPixels(float pixels)
         if (rounded == m_blurRadiusInPixels)
             return;
         m_blurRadiusInPixels = rounded;
-        m_weights = weightsForRadius(static_cast<double>(rounded));
-        buildPass(0);
-        buildPass(1);
-        setupFilterForSize(sizeOfFBO());
+        useRadius(static_cast<double>(rounded));
     });
+}
+
+void GPUImageGaussianBlurFilter::useRadius(double pixels)
+{
+    m_weights = weightsForRadius(pixels);
+    buildPass(0);
+    buildPass(1);
+    setupFilterForSize(sizeOfFBO());
 }
 
 void GPUImageGaussianBlurFilter::setFraction(float& fraction, float value, float& other)

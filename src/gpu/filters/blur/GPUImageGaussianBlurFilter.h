@@ -85,6 +85,8 @@ protected:
                                BlurChannels channels = BlurChannels::All);
     /// The weights for a whole, finite number of pixels, which may be below 1.
     virtual BlurWeights weightsForRadius(double pixels) const;
+    /// A radius that is new: makes the shaders for its weights. On the queue.
+    virtual void useRadius(double pixels);
 
     /// Neighbours on each side, and sigma, of a new filter.
     static constexpr unsigned kRadiusOfNewFilter = 4;

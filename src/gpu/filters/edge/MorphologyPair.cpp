@@ -8,11 +8,7 @@ MorphologyPair::MorphologyPair(std::shared_ptr<MorphologyFilter> first, std::sha
     : m_first(std::move(first))
     , m_second(std::move(second))
 {
-    m_first->addTarget(m_second);
-    addFilter(m_first);
-    addFilter(m_second);
-    setInitialFilters({m_first});
-    setTerminalFilter(m_second);
+    addFiltersInLine({m_first, m_second});
 }
 
 void MorphologyPair::setVerticalTexelSpacing(double texels)
