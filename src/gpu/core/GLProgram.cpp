@@ -48,6 +48,7 @@ std::string infoLog(GLint length, GetLog getLog)
 } // namespace
 
 GLProgram::GLProgram(const std::string& vertexShader, const std::string& fragmentShader)
+    : m_context(contextOfCurrentQueue())
 {
     for (std::size_t slot = 0; slot < m_reads.size(); ++slot)
         m_reads[slot] = shaderReads(vertexShader, fragmentShader, slot);
@@ -80,7 +81,8 @@ GLProgram::~GLProgram()
 {
     if (m_program == 0)
         return;
-    runSynchronouslyOnVideoProcessingQueue([this] {
+    runSynchronouslyOnContextQueue(*m_context, [this] {
+        m_context->useAsCurrentContext();
         if (m_vertShader != 0)
             glDeleteShader(m_vertShader);
         if (m_fragShader != 0)

@@ -11,8 +11,10 @@
 
 namespace lamina {
 
-/// A vertex and a fragment shader and the program they are linked to. Made, used and dropped on the video processing
-/// queue (dropping elsewhere hops there).
+class GPUImageContext;
+
+/// A vertex and a fragment shader and the program they are linked to. Made, used and dropped on the queue of its
+/// context, which must outlive it (dropping elsewhere hops there).
 ///
 /// Where the processor draws, `lowp` and `mediump` mean `highp`, and so does a sampler without a precision in a shader
 /// without extensions: the processor would emulate the lower ones. Where fragment shaders lack `highp`, it means
@@ -70,6 +72,7 @@ private:
     static constexpr std::size_t kSlots = 4; ///< as many as filters have at most
 
     std::array<ShaderReads, kSlots> m_reads{};
+    GPUImageContext* m_context; ///< on whose queue it was made
     std::vector<std::string> m_attributes;
     GLuint m_program = 0;
     GLuint m_vertShader = 0;

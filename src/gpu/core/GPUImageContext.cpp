@@ -91,6 +91,7 @@ GPUImageContext::~GPUImageContext()
     m_contextQueue->sync([this] {
         m_currentShaderProgram.reset();
         m_programCache.purgeIdlePrograms();
+        assert(m_programCache.count() == 0);
         m_context.reset();
     });
 }
@@ -191,7 +192,7 @@ void GPUImageContext::limitVaryingVectors(int limit)
 EAGLContext* GPUImageContext::context()
 {
     // A context that became current on another thread would be lost to the queue.
-    assert(isOnVideoProcessingQueue());
+    assert(contextOfCurrentQueue() == this);
     if (m_context || m_failure)
         return m_context.get();
     Result<std::shared_ptr<EAGLContext>> made = createContext();
@@ -238,7 +239,7 @@ void GPUImageContext::presentBufferForDisplay()
 std::shared_ptr<GLProgram> GPUImageContext::programForVertexShaderString(const std::string& vertexShader,
                                                                          const std::string& fragmentShader)
 {
-    assert(isOnVideoProcessingQueue());
+    assert(contextOfCurrentQueue() == this);
     useAsCurrentContext(); // a program made without one would be kept as one that never links
     return m_programCache.programForShaders(vertexShader, fragmentShader);
 }

@@ -19,14 +19,19 @@
 namespace lamina {
 
 /// The GL context of the filter graph with its serial queue, its cache of programs and its pool of framebuffers. One is
-/// shared by the whole process and never destroyed. The GL context itself is made when it is first needed, on the
-/// queue.
+/// shared by the whole process and never destroyed: the graph lives in it. The GL context itself is made when it is
+/// first needed, on the queue.
+///
+/// Further ones serve who draws beside the graph, such as a writer of movies: in the shared one's sharegroup they see
+/// the graph's textures. They have a queue and programs of their own (`linkedProgram` of a context); framebuffers and
+/// their counts stay with the shared one, whose queue is where they are fetched, locked and unlocked.
 ///
 /// Where no context can be had (no driver), `availability` tells why; everything else then does nothing: programs don't
 /// link, framebuffers have no texture, filters give no picture.
 class GPUImageContext {
 public:
     GPUImageContext();
+    /// Waits for its queue. Nobody may hold a program of the context any more.
     ~GPUImageContext();
     GPUImageContext(const GPUImageContext&) = delete;
     GPUImageContext& operator=(const GPUImageContext&) = delete;
@@ -103,7 +108,7 @@ public:
 
     /// The GL context, made on first use; null when there is none to be had. On the queue.
     EAGLContext* context();
-    /// The pool of framebuffers.
+    /// The pool of framebuffers; the graph uses the shared context's.
     GPUImageFramebufferCache& framebufferCache() { return *m_framebufferCache; }
     /// The programs that were made so far; a memory warning drops the idle ones. On the queue.
     const GLProgramCache& programCache() const { return m_programCache; }

@@ -263,18 +263,9 @@ void GPUImageFilter::signalCapture()
         m_imageCaptureSemaphore.signal();
 }
 
-void GPUImageFilter::giveBack(std::shared_ptr<GPUImageFramebuffer>& input)
-{
-    if (!input)
-        return;
-    input->unlock();
-    if (!input->referenceCountingDisabled())
-        input.reset();
-}
-
 void GPUImageFilter::unlockInputs()
 {
-    giveBack(m_firstInputFramebuffer);
+    m_firstInputFramebuffer.giveBack();
 }
 
 void GPUImageFilter::dropFrame()
@@ -333,7 +324,6 @@ void GPUImageFilter::generateFrameAtTime(const CMTime& frameTime)
     });
 }
 
-/// Two passes over the targets: each holds its count before the first of them draws.
 void GPUImageFilter::informTargetsAboutNewFrameAtTime(const CMTime& frameTime)
 {
     const std::shared_ptr<GPUImageFramebuffer> output = framebufferForOutput();
@@ -341,31 +331,21 @@ void GPUImageFilter::informTargetsAboutNewFrameAtTime(const CMTime& frameTime)
         return;
     if (const FrameProcessingCompletionBlock completion = frameProcessingCompletionBlock())
         completion(*this, frameTime);
-    const std::vector<Target> targets = targetList(); // a target may change the list while it works
-    for (const Target& target : targets) {
-        if (isIgnored(target))
-            continue;
-        setInputFramebufferForTarget(*target.input, target.textureIndex);
-        target.input->setInputSize(outputFrameSize(), target.textureIndex);
-    }
-    output->unlock();
+    m_isEndProcessing = false;
     if (!m_holdsFrameForCapture)
         removeOutputFramebuffer();
-    for (const Target& target : targets) {
-        if (!isIgnored(target))
-            target.input->newFrameReadyAtTime(frameTime, target.textureIndex);
-    }
+    pushToTargets({.framebuffer = output, .size = outputFrameSize(), .time = frameTime, .givesUpCount = true});
 }
 
 void GPUImageFilter::setInputFramebuffer(std::shared_ptr<GPUImageFramebuffer> framebuffer, int)
 {
-    m_firstInputFramebuffer = std::move(framebuffer);
-    if (m_firstInputFramebuffer)
-        m_firstInputFramebuffer->lock();
+    m_firstInputFramebuffer.take(std::move(framebuffer));
 }
 
 void GPUImageFilter::setInputSize(CGSize size, int textureIndex)
 {
+    if (isZero(size))
+        m_firstInputFramebuffer.reset(); // its source is gone
     if (preventRendering())
         return;
     if (!m_overrideInputSize)

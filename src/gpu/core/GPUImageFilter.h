@@ -1,6 +1,7 @@
 #pragma once
 
 #include "gpu/core/FilterProgram.h"
+#include "gpu/core/FramebufferHold.h"
 #include "gpu/core/GLProgram.h"
 #include "gpu/core/GPUImageFramebuffer.h"
 #include "gpu/core/GPUImageRotationMode.h"
@@ -123,7 +124,7 @@ public:
     void setInputSize(CGSize size, int textureIndex) override;
     void setInputRotation(GPUImageRotationMode rotation, int textureIndex) override;
     CGSize maximumOutputSize() const override { return {}; }
-    /// Told to the targets, once.
+    /// Told to the targets, once; again after they have had a further frame.
     void endProcessing() override;
     bool wantsMonochromeInput() const override { return false; }
     void setCurrentlyReceivingMonochromeInput(bool monochrome) override
@@ -230,17 +231,14 @@ protected:
     /// What happens to a frame that is not drawn: every input's count is given back. Where the filter can't render at
     /// all, a waiter for the frame is let go on without one; one that is only prevented may draw in time.
     void dropFrame();
-    /// Gives back the count of an input and, unless it is a source's own for good, lets go of it: the next to fetch it
-    /// may be this very filter for its output, and nothing may be drawn from a texture into itself.
-    static void giveBack(std::shared_ptr<GPUImageFramebuffer>& input);
-    /// Gives back the counts of all inputs after the draw, in slot order.
+    /// Gives back the counts of the inputs after the draw, in slot order.
     virtual void unlockInputs();
     /// Binds the inputs after the first, with their coordinates in enabled arrays, before the draw; and disables the
     /// arrays after it. Nothing here.
     virtual void bindFurtherInputs() {}
     virtual void disableFurtherArrays() {}
 
-    std::shared_ptr<GPUImageFramebuffer> m_firstInputFramebuffer;
+    FramebufferHold m_firstInputFramebuffer;
     std::shared_ptr<GLProgram> m_filterProgram;
     GLuint m_filterPositionAttribute = 0;
     GLuint m_filterTextureCoordinateAttribute = 0;

@@ -96,11 +96,18 @@ void GPUImageTwoInputFilter::disableFurtherArrays()
         glDisableVertexAttribArray(m_slots[i].textureCoordinateAttribute);
 }
 
+FramebufferHold& GPUImageTwoInputFilter::heldBy(std::size_t slot)
+{
+    return slot == 0 ? m_firstInputFramebuffer : m_slots[slot].inputFramebuffer;
+}
+
+/// Stills come once and are drawn from again.
 void GPUImageTwoInputFilter::unlockInputs()
 {
-    GPUImageFilter::unlockInputs();
-    for (Slot& slot : m_slots)
-        giveBack(slot.inputFramebuffer);
+    for (std::size_t slot = 0; slot < m_slots.size(); ++slot) {
+        if (!m_slots[slot].frameTime.isIndefinite())
+            heldBy(slot).giveBack();
+    }
 }
 
 bool GPUImageTwoInputFilter::haveReceived(std::size_t slots) const
@@ -147,13 +154,7 @@ void GPUImageTwoInputFilter::setInputFramebuffer(std::shared_ptr<GPUImageFramebu
 {
     const std::size_t slot = slotIndex(textureIndex);
     m_slots[slot].hasSetTexture = true;
-    if (slot == 0) {
-        GPUImageFilter::setInputFramebuffer(std::move(framebuffer), 0);
-        return;
-    }
-    m_slots[slot].inputFramebuffer = std::move(framebuffer);
-    if (m_slots[slot].inputFramebuffer)
-        m_slots[slot].inputFramebuffer->lock();
+    heldBy(slot).take(std::move(framebuffer));
 }
 
 int GPUImageTwoInputFilter::nextAvailableTextureIndex() const
@@ -170,8 +171,10 @@ void GPUImageTwoInputFilter::setInputSize(CGSize size, int textureIndex)
     const std::size_t slot = slotIndex(textureIndex);
     if (slot == 0)
         GPUImageFilter::setInputSize(size, 0);
-    if (size == CGSize{})
-        m_slots[slot].hasSetTexture = false;
+    if (size != CGSize{})
+        return;
+    m_slots[slot].hasSetTexture = false;
+    heldBy(slot).reset();
 }
 
 void GPUImageTwoInputFilter::setInputRotation(GPUImageRotationMode rotation, int textureIndex)

@@ -264,7 +264,7 @@ TEST_F(FilterBehaviourTest, GrayscaleLeavesMonochromeInputAlone)
     m_source->addTarget(filter);
     const auto consumer = consumerOf(*filter);
     for (const bool monochrome : {true, false}) {
-        onQueue([&] { filter->setCurrentlyReceivingMonochromeInput(monochrome); });
+        m_source->setMonochrome(monochrome);
         m_source->push({8, 8}, {}, second(1));
         EXPECT_EQ(consumer->frames().empty(), monochrome);
         EXPECT_EQ(idleFramebuffers() == 0, monochrome) << "the input's count stays";
