@@ -9,7 +9,6 @@
 #include <algorithm>
 #include <cassert>
 #include <utility>
-#include <vector>
 
 namespace lamina {
 
@@ -49,7 +48,8 @@ std::shared_ptr<GPUImagePicture> GPUImagePicture::makeWithData(std::span<const s
 
 GPUImagePicture::~GPUImagePicture()
 {
-    runSynchronouslyOnVideoProcessingQueue([] {}); // after a push that is under way
+    // After a push that is under way, and before the texture goes back to the pool.
+    GPUImageOutput::removeAllTargets();
 }
 
 void GPUImagePicture::processImage()
@@ -74,9 +74,7 @@ bool GPUImagePicture::processImageWithCompletionHandler(std::function<void()> co
 
 void GPUImagePicture::push()
 {
-    const std::vector<Target> targets = targetList(); // a target may change the list while it works
-    for (const Target& target : targets)
-        m_texture.pushTo(*target.input, target.textureIndex);
+    pushToTargets({.framebuffer = m_texture.framebuffer(), .size = m_texture.pictureSize()});
 }
 
 void GPUImagePicture::processImageUpToFilter(const std::shared_ptr<GPUImageStage>& filter,

@@ -10,7 +10,10 @@
 #include <array>
 #include <chrono>
 #include <cstddef>
+#include <functional>
+#include <set>
 #include <sstream>
+#include <stdexcept>
 #include <thread>
 
 namespace lamina::test {
@@ -39,6 +42,15 @@ TEST_F(ContextTest, KnowsTheDevice)
             EXPECT_TRUE(GPUImageContext::deviceSupportsOpenGLESExtension(name)) << name;
     });
     EXPECT_FALSE(GPUImageContext::deviceSupportsOpenGLESExtension("GL_EXT_text")) << "a part of a name";
+}
+
+TEST_F(ContextTest, TellsDriversThatDrawOnTheProcessor)
+{
+    for (const char* renderer : {"llvmpipe (LLVM 15.0.6, 256 bits)", "softpipe", "zink Vulkan 1.3(llvmpipe)",
+                                 "Google SwiftShader", "Software Rasterizer"})
+        EXPECT_TRUE(GPUImageContext::drawsOnProcessor(renderer)) << renderer;
+    for (const char* renderer : {"", "Mali400", "Adreno (TM) 630", "NVIDIA H100 80GB HBM3/PCIe/SSE2"})
+        EXPECT_FALSE(GPUImageContext::drawsOnProcessor(renderer)) << renderer;
 }
 
 TEST_F(ContextTest, ProgramsAreSharedByTextAndKeptUpToABound)
@@ -138,13 +150,99 @@ TEST_F(ContextTest, BlocksRunInlineOnTheQueueAndInOrderElsewhere)
     });
     runAsynchronouslyOnContextQueue(GPUImageContext::sharedImageProcessingContext(), [&] { order.push_back(4); });
     EXPECT_EQ(valueFromVideoProcessingQueue([&] { return order; }), (std::vector{1, 2, 3, 4}));
+}
 
+/// Has the context draw a colour into a pixel of its own, or a texture's pixels, and reads it back. On its queue.
+Rgba drawnBy(GPUImageContext& context, const std::string& fragmentShader, GLuint texture = 0)
+{
+    const auto program =
+        linkedProgram(context, kVertex, fragmentShader, std::vector<std::string>{"position", "inputTextureCoordinate"});
+    GLuint framebuffer = 0;
+    GLuint target = 0;
+    glGenFramebuffers(1, &framebuffer);
+    glGenTextures(1, &target);
+    glBindTexture(GL_TEXTURE_2D, target);
+    glTexImage2D(GL_TEXTURE_2D, 0, GL_RGBA, 1, 1, 0, GL_RGBA, GL_UNSIGNED_BYTE, nullptr);
+    glBindFramebuffer(GL_FRAMEBUFFER, framebuffer);
+    glFramebufferTexture2D(GL_FRAMEBUFFER, GL_COLOR_ATTACHMENT0, GL_TEXTURE_2D, target, 0);
+    glViewport(0, 0, 1, 1);
+    glBindTexture(GL_TEXTURE_2D, texture);
+    context.setContextShaderProgram(program);
+    glEnableVertexAttribArray(0);
+    glVertexAttribPointer(0, 2, GL_FLOAT, GL_FALSE, 0, kGPUImageQuadVertices.data());
+    glDrawArrays(GL_TRIANGLE_STRIP, 0, 4);
+    Rgba pixel{};
+    glReadPixels(0, 0, 1, 1, GL_RGBA, GL_UNSIGNED_BYTE, pixel.data());
+    glDeleteFramebuffers(1, &framebuffer);
+    glDeleteTextures(1, &target);
+    EXPECT_EQ(glGetError(), GLenum{GL_NO_ERROR});
+    return pixel;
+}
+
+TEST_F(ContextTest, ASecondContextDrawsBesideTheGraphAndSeesItsTextures)
+{
     GPUImageContext own;
-    runSynchronouslyOnContextQueue(own, [&] {
-        EXPECT_TRUE(isOnVideoProcessingQueue() && own.useAsCurrentContext());
-        EXPECT_EQ(EAGLContext::currentContext(), own.context());
+    own.useSharegroup(valueFromVideoProcessingQueue(
+        [] { return GPUImageContext::sharedImageProcessingContext().context()->sharegroup(); }));
+    const std::string green = paints("0.0, 1.0, 0.0, 1.0");
+    std::thread beside([&] {
+        for (int i = 0; i < 50; ++i) {
+            runSynchronouslyOnContextQueue(own, [&] {
+                EXPECT_TRUE(contextOfCurrentQueue() == &own && !isOnVideoProcessingQueue());
+                EXPECT_EQ(drawnBy(own, green), (Rgba{0, 255, 0, 255}));
+                EXPECT_EQ(EAGLContext::currentContext(), own.context());
+            });
+        }
     });
-    EXPECT_FALSE(isOnVideoProcessingQueue());
+    const auto filter = std::make_shared<GPUImageFilter>(green); // the same texts, another program
+    for (int i = 0; i < 50; ++i) {
+        EXPECT_TRUE(imagesMatch(multiplying(0.5F)->newCGImageByFilteringCGImage(solidPicture(9, 5, {200, 100, 0, 250})),
+                                solidPicture(9, 5, {100, 50, 0, 125})));
+    }
+    beside.join();
+    EXPECT_TRUE(imagesMatch(filter->newCGImageByFilteringCGImage(solidPicture(2, 2, {})),
+                            solidPicture(2, 2, {0, 255, 0, 255})));
+
+    const auto consumer = consumerOf(*filter);
+    filter->useNextFrameForImageCapture();
+    m_source->addTarget(filter);
+    m_source->push({2, 2}, {}, second(1));
+    onQueue([] { glFinish(); });
+    runSynchronouslyOnContextQueue(own, [&] {
+        const std::string sampling =
+            "uniform sampler2D t; void main() { gl_FragColor = texture2D(t, highp vec2(0.5)); }";
+        glActiveTexture(GL_TEXTURE0);
+        EXPECT_EQ(drawnBy(own, sampling, filter->framebufferForOutput()->texture()), (Rgba{0, 255, 0, 255}));
+    });
+}
+
+TEST_F(ContextTest, QueuesThatCallEachOtherRunAtOnceOnTheirOwnThreads)
+{
+    GPUImageContext own;
+    std::vector<int> order;
+    std::set<std::thread::id> videoThreads;
+    const auto onOwn = [&](const std::function<void()>& body) { runSynchronouslyOnContextQueue(own, body); };
+    onOwn([&] {
+        onQueue([&] {
+            EXPECT_TRUE(isOnVideoProcessingQueue());
+            videoThreads.insert(std::this_thread::get_id());
+            onOwn([&] {
+                EXPECT_EQ(contextOfCurrentQueue(), &own);
+                order.push_back(1);
+                onQueue([&] {
+                    videoThreads.insert(std::this_thread::get_id());
+                    order.push_back(2);
+                });
+            });
+            onOwn([&] { order.push_back(3); });
+        });
+        // Framebuffers are the shared context's, wherever they are asked for.
+        EXPECT_TRUE(GPUImageContext::sharedFramebufferCache().fetchFramebufferForSize({2, 2}, false)->texture() != 0);
+        EXPECT_THROW(onQueue([] { throw std::runtime_error("from there"); }), std::runtime_error);
+        order.push_back(4);
+    });
+    EXPECT_EQ(order, (std::vector{1, 2, 3, 4}));
+    EXPECT_EQ(videoThreads.size(), 1U);
 }
 
 } // namespace

@@ -80,17 +80,35 @@ TEST_F(GraphTest, AnIgnoredTargetStaysInTheListWithoutFrames)
     EXPECT_EQ(ignored->frames().size(), 1U);
 }
 
-TEST_F(GraphTest, KnowsWhetherOneChannelWouldDoForAll)
+TEST_F(GraphTest, ADisabledTargetIsLeftOutByASourceThatAsks)
 {
+    const auto filter = std::make_shared<GPUImageFilter>();
+    m_source->addTarget(filter);
+    for (GPUImageOutput* output :
+         {static_cast<GPUImageOutput*>(m_source.get()), static_cast<GPUImageOutput*>(&*filter)})
+        consumerOf(*output)->setEnabled(false);
+    push();
+    EXPECT_TRUE(dynamic_cast<CountingConsumer&>(*m_source->targets().at(1)).frames().empty());
+    EXPECT_EQ(dynamic_cast<CountingConsumer&>(*filter->targets().at(0)).frames().size(), 1U) << "filters don't ask";
+}
+
+TEST_F(GraphTest, OneChannelIsToldWhereItIsSentAndWouldDoForAll)
+{
+    m_source->setMonochrome(true);
     const auto gray = consumerOf(*m_source);
-    EXPECT_FALSE(m_source->allTargetsWantMonochromeData());
+    push();
+    EXPECT_FALSE(gray->toldMonochrome()) << "it wants all";
     m_source->removeTarget(gray);
     gray->setWantsMonochrome(true);
     m_source->addTarget(gray);
     EXPECT_FALSE(m_source->allTargetsWantMonochromeData()) << "forgotten only when all are removed";
     m_source->removeAllTargets();
     m_source->addTarget(gray);
-    EXPECT_TRUE(m_source->allTargetsWantMonochromeData());
+    push();
+    EXPECT_TRUE(gray->toldMonochrome());
+    m_source->setMonochrome(false);
+    push();
+    EXPECT_FALSE(gray->toldMonochrome()) << "all channels are sent";
 }
 
 } // namespace

@@ -3,6 +3,7 @@
 #include "gpu/core/GPUImageContext.h"
 #include "gpu/core/GPUImageFramebuffer.h"
 #include "gpu/core/GPUTextureOptions.h"
+#include "gpu/core/TextureUpload.h"
 #include "platform/base/CMTime.h"
 #include "platform/image/pixels/CGImage.h"
 
@@ -17,14 +18,29 @@ std::shared_ptr<GPUImageFramebuffer> uploaded(const CGImage& picture)
 {
     const CGSize size{static_cast<double>(picture.width()), static_cast<double>(picture.height())};
     auto framebuffer = GPUImageContext::sharedFramebufferCache().fetchFramebufferForSize(size, kRgbaOptions, false);
-    glActiveTexture(GL_TEXTURE1);
-    glBindTexture(GL_TEXTURE_2D, framebuffer->texture());
-    glTexSubImage2D(GL_TEXTURE_2D, 0, 0, 0, picture.width(), picture.height(), GL_RGBA, GL_UNSIGNED_BYTE,
-                    picture.bytes().data());
+    uploadTexture(*framebuffer, {picture.bytes().data(), picture.size()});
     return framebuffer;
 }
 
 } // namespace
+
+FrameSource::~FrameSource()
+{
+    GPUImageOutput::removeAllTargets();
+    giveUpStill();
+}
+
+/// As a picture does at its end.
+void FrameSource::giveUpStill()
+{
+    if (!m_still)
+        return;
+    runSynchronouslyOnVideoProcessingQueue([this] {
+        m_still->enableReferenceCounting();
+        m_still->unlock();
+        m_still.reset();
+    });
+}
 
 void FrameSource::push(IntSize size, Rgba color, const CMTime& time)
 {
@@ -35,29 +51,24 @@ void FrameSource::push(const CGImage& picture, const CMTime& time)
 {
     runSynchronouslyOnVideoProcessingQueue([&] {
         const auto framebuffer = uploaded(picture);
-        m_outputFramebuffer = framebuffer;
-        for (const Target& target : targetList()) {
-            target.input->setInputRotation(m_rotation, target.textureIndex);
-            target.input->setInputSize(framebuffer->size(), target.textureIndex);
-            target.input->setInputFramebuffer(framebuffer, target.textureIndex);
-        }
-        framebuffer->unlock();
-        m_outputFramebuffer.reset();
-        for (const Target& target : targetList())
-            target.input->newFrameReadyAtTime(time, target.textureIndex);
+        pushToTargets({.framebuffer = framebuffer,
+                       .size = framebuffer->size(),
+                       .time = time,
+                       .rotation = m_rotation,
+                       .isMonochrome = m_isMonochrome,
+                       .leavesOutDisabled = true,
+                       .givesUpCount = true});
     });
 }
 
 void FrameSource::pushStill(const CGImage& picture)
 {
     runSynchronouslyOnVideoProcessingQueue([&] {
-        m_still = uploaded(picture);
+        const std::shared_ptr<GPUImageFramebuffer> next = uploaded(picture);
+        giveUpStill();
+        m_still = next;
         m_still->disableReferenceCounting();
-        for (const Target& target : targetList()) {
-            target.input->setInputSize(m_still->size(), target.textureIndex);
-            target.input->setInputFramebuffer(m_still, target.textureIndex);
-            target.input->newFrameReadyAtTime(kCMTimeIndefinite, target.textureIndex);
-        }
+        pushToTargets({.framebuffer = m_still, .size = m_still->size()});
     });
 }
 

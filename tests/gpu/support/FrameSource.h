@@ -12,6 +12,7 @@ namespace lamina::test {
 /// returns.
 class FrameSource : public GPUImageOutput {
 public:
+    ~FrameSource() override;
     /// One colour.
     void push(IntSize size, Rgba color, const CMTime& time);
     /// The pixels of a picture of R G B A bytes.
@@ -20,9 +21,14 @@ public:
     void pushStill(const CGImage& picture);
 
     void setRotation(GPUImageRotationMode rotation) { m_rotation = rotation; }
+    /// As if its frames had one channel.
+    void setMonochrome(bool monochrome) { m_isMonochrome = monochrome; }
 
 private:
+    void giveUpStill();
+
     GPUImageRotationMode m_rotation = kGPUImageNoRotation;
+    bool m_isMonochrome = false;
     std::shared_ptr<GPUImageFramebuffer> m_still;
 };
 
