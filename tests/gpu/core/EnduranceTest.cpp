@@ -50,7 +50,9 @@ struct AllBases {
         // First: of four slots the last must not be filled last.
         const Stage ofGroup = fill(group, {&stream});
         const Stage twice = fill(std::make_shared<GPUImageTwoPassFilter>(passing, passing), {&stream});
-        const Stage sampling = fill(std::make_shared<GPUImageTwoPassTextureSamplingFilter>(passing, passing), {&stream});
+        const char* const corners = kGPUImageVertexShaderString;
+        const Stage sampling =
+            fill(std::make_shared<GPUImageTwoPassTextureSamplingFilter>(corners, passing, corners, passing), {&stream});
         fill(first, {&stream});
         const Stage grid = fill(std::make_shared<GPUImage3x3TextureSamplingFilter>(passing), {first.get()});
         const Stage thrice = fill(std::make_shared<ThreePasses>(), {grid.get()});
