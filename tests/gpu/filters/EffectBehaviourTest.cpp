@@ -28,12 +28,12 @@ std::shared_ptr<Filter> around(CGPoint center)
 
 TEST_F(EffectBehaviourTest, PlacesAndSensesTurnWithTheInput)
 {
-    const CGImage picture = rampPicture(40, 24, 90);
+    const CGImage picture = rampPicture(48, 24, 90);
     const auto whirl = around<GPUImageSwirlFilter>({0.3, 0.6});
     whirl->setAngle(0.2F);
     const auto ball = around<GPUImageGlassSphereFilter>({0.6, 0.3});
     const auto dots = std::make_shared<GPUImagePolkaDotFilter>();
-    dots->setFractionalWidthOfAPixel(0.1F);
+    dots->setFractionalWidthOfAPixel(1.0F / 6); // whole cells on both sides
     const std::shared_ptr<GPUImageFilter> filters[] = {whirl, ball, dots, around<GPUImageVignetteFilter>({0.2, 0.4})};
     const auto turn = std::make_shared<GPUImageFilter>();
     const auto filtered = [](GPUImageFilter& filter, const CGImage& input, GPUImageRotationMode rotation) {
