@@ -2,6 +2,7 @@
 #include "GraphFixture.h"
 #include "TestPictures.h"
 #include "gpu/core/GPUImageRotationMode.h"
+#include "gpu/core/GPUImageStage.h"
 #include "gpu/filters/blur/GPUImageBilateralFilter.h"
 #include "gpu/filters/blur/GPUImageGaussianBlurPositionFilter.h"
 #include "gpu/filters/blur/GPUImageGaussianSelectiveBlurFilter.h"
@@ -16,6 +17,7 @@
 #include "gpu/filters/blur/GPUImageiOSBlurFilter.h"
 
 #include <typeinfo>
+#include <utility>
 
 // What blurs do beside their formulas, which a table holds against numpy.
 

@@ -2,6 +2,7 @@
 
 #include "gpu/core/VideoProcessingQueue.h"
 #include "gpu/filters/blur/NineSampleShader.h"
+#include "platform/base/CGGeometry.h"
 
 #include <cmath>
 #include <numbers>

@@ -2,6 +2,8 @@
 
 #include "gpu/filters/blur/NineSampleShader.h"
 
+#include <string>
+
 namespace lamina {
 
 namespace {
