@@ -90,8 +90,7 @@ public:
 
     void setupFilterForSize(CGSize filterFrameSize) override
     {
-        // What a first pass has drawn lies upright.
-        m_texelSize.setupForSize(filterFrameSize, !kInSecondPass && swapsWidthAndHeight(this->m_inputRotation));
+        m_texelSize.setupForSize(filterFrameSize, liesTurned());
     }
 
 protected:
@@ -101,6 +100,13 @@ protected:
         : Base(std::forward<Arguments>(arguments)...)
         , m_texelSize(*this, samplingProgram())
     {
+    }
+
+    /// Whether what is sampled, the first input here, lies on its side in its texture. On the queue.
+    virtual bool liesTurned() const
+    {
+        // What a first pass has drawn lies upright.
+        return !kInSecondPass && swapsWidthAndHeight(this->m_inputRotation);
     }
 
     /// For descriptions of subclasses.
