@@ -133,7 +133,7 @@ def unlike_surroundings(p, surroundings):
     unlike = sum(around) / 8 - p[..., :3]
     ways = [(abs(unlike) * sum(point[axis] * color for point, color in zip(points, around))).sum(2) for axis in (0, 1)]
     turn = np.arctan2(ways[1], ways[0]) / (2 * np.pi)
-    sure = (np.hypot(*ways) > 0.4 * abs(unlike).sum(2)) & (abs(turn) < 0.49)
+    sure = (np.hypot(*ways) > 0.2 * abs(unlike).sum(2)) & (abs(turn) < 0.49)
     return np.dstack([(unlike + 1) / 2, np.where(sure, turn + 0.5, np.nan)])
 
 
@@ -179,7 +179,8 @@ CASES = [
     ("LocalBinaryPatternFilter", lambda p: pattern(p[..., [0, 0, 0, 3]]), ["noise", "plateaus"], 0),
     ("ColorLocalBinaryPatternFilter", pattern, [*ALL, "plateaus"], 0), ("ColorPackingFilter", reds, ALL, 1),
     ("ColourFASTSamplingOperation + other", lambda p: unlike_surroundings(p, PICTURES["other"])),
-    ("ColourFASTFeatureDetector", lambda p: unlike_surroundings(p, blur(box(3))(p)), ["arrows"]),
+    # The angle is no surer than the bytes of the blur.
+    ("ColourFASTFeatureDetector", lambda p: unlike_surroundings(p, blur(box(3))(p)), ["arrows"], 5),
     ("FASTCornerDetectionFilter", corners(0.1), ["blots"]),
     ("FASTCornerDetectionFilter FASTDetectorVariant=all threshold=0.05", corners(0.05, False), ["blots"]),
     ("ThresholdedNonMaximumSuppressionFilter packedColorspace=1 threshold=2", peaks(packed, 2), ["counts"], 0),
