@@ -15,6 +15,16 @@ def arrows():
                       np.ones_like(angle)])
 
 
+def blots():
+    """Soft bright and dark spots on grey."""
+    x, y = np.meshgrid(np.arange(61), np.arange(35))
+    grey = 0.5 + 0.03 * random.random((35, 61))
+    for _ in range(30):
+        across, down, strength = random.random(3) * [61, 35, 1] - [0, 0, 0.5]
+        grey += strength * np.exp(-((x - across) ** 2 + (y - down) ** 2) / 3)
+    return np.dstack([np.clip(grey, 0, 1)] * 3 + [np.ones_like(x)])
+
+
 def pairs():
     """Pairs of base and overlay by name; the overlay's name is the base's and `over`."""
     # Every colour and alpha where formulas change, over every other; greys and pairs of equal channels among them.
@@ -43,6 +53,8 @@ PICTURES = {name: stored(np.asarray(pixels)) for name, pixels in {
     "greys": [[[level / 255] * 3 + [1] for level in range(256)]],
     **pairs(),
     "arrows": arrows(),
+    "blots": blots(),
+    "counts": np.dstack([random.integers(0, high, (35, 61)) for high in (256, 4, 2, 1)]) / 255 + [0, 0, 0, 1],
     "plateaus": random.integers(0, 4, (35, 61, 4)) / 3,
     **{f"step {red}": [[[0, 1, 1, 1], [red / 255, 1, 1, 1], [0, 1, 1, 1]]] + [[[0, 1, 1, 1]] * 3] * 2
        for red in (25, 26, 255)},
