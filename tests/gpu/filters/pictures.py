@@ -43,6 +43,23 @@ def pairs():
             "corners": np.broadcast_to(corners, shape), "corners over": np.broadcast_to(corners[:, None], shape)}
 
 
+def points():
+    """Few bright points, a dull one and a thin one."""
+    picture = np.tile([0.2, 0.1, 0.3, 1], (35, 61, 1))
+    for row, column in zip(random.integers(0, 35, 15), random.integers(0, 61, 15)):
+        picture[row, column] = random.random(4) / 4 + [0, 0.75, 0, 0.75]
+    picture[3, 50], picture[30, 8] = [0.49, 0, 0.4, 1], [1, 1, 1, 0.4]
+    return picture
+
+
+def diagram():
+    """The column and the row of any pixel of as large a picture, in two bytes each; white where there is none."""
+    codes = np.dstack([0 * random.random((35, 61)), random.integers(0, 61, (35, 61)), 0 * random.random((35, 61)),
+                       random.integers(0, 35, (35, 61))]) / 255
+    codes[20:23, 5:9] = 1
+    return codes
+
+
 PICTURES = {name: stored(np.asarray(pixels)) for name, pixels in {
     "noise": random.random((35, 61, 4)),
     "other": random.random((35, 61, 4)),
@@ -55,6 +72,7 @@ PICTURES = {name: stored(np.asarray(pixels)) for name, pixels in {
     "arrows": arrows(),
     "blots": blots(),
     "counts": np.dstack([random.integers(0, high, (35, 61)) for high in (256, 4, 2, 1)]) / 255 + [0, 0, 0, 1],
+    "points": points(), "diagram": diagram(),
     "plateaus": random.integers(0, 4, (35, 61, 4)) / 3,
     **{f"step {red}": [[[0, 1, 1, 1], [red / 255, 1, 1, 1], [0, 1, 1, 1]]] + [[[0, 1, 1, 1]] * 3] * 2
        for red in (25, 26, 255)},
