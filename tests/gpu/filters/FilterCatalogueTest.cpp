@@ -81,8 +81,8 @@ TEST_F(FilterCatalogueTest, SamplesShowWhatTheFilterDoes)
     for (const auto& [name, description] : filterCatalogue().all()) {
         const Outcome suits = checkSettings(description, description.sample);
         ASSERT_TRUE(suits.ok()) << name << ": " << suits.error().message();
-        if (!showsNothingOfAStill(name))
-            EXPECT_FALSE(imagesMatch(filteredNoise(made(description, description.sample)), picture, 8)) << name;
+        const bool shows = !imagesMatch(filteredNoise(made(description, description.sample)), picture, 8);
+        EXPECT_NE(shows, showsNothingOfAStill(name)) << name;
     }
 }
 
