@@ -36,7 +36,8 @@ Line lineAt(const Peak& peak, IntSize size)
 {
     const double u = placeIn(peak.x, size.width);
     const double v = placeIn(peak.y, size.height);
-    Line line{.votes = peak.value};
+    Line line;
+    line.votes = peak.value;
     const double share = 1 - std::abs(u);
     if (share > 0) {
         line.slope = u / share;
