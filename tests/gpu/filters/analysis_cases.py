@@ -94,11 +94,11 @@ def crossed(start, end):
 
 def votes(p):
     height, width = p.shape[:2]
-    total = np.zeros([max(side, 64) | 1 for side in (height, width)])
-    last = np.array(total.shape) - 1
+    total = np.zeros([max(height, 64), max(width, 64) | 1])
+    rows, last = total.shape[0], total.shape[1] - 1
     for y, x in np.argwhere(p[..., 0] >= 128 / 255):
         x, y = ((np.array([2 * x + 1, 2 * y + 1]) / [width, height]) - 1)
-        places = [((v + 1) / 2 * last[0], (u + 1) / 2 * last[1]) for u, v in ((-1, x), (0, y), (1, -x))]
+        places = [((v + 1) / 2 * rows - 0.5, (u + 1) / 2 * last) for u, v in ((-1, x), (0, y), (1, -x))]
         for start, end in zip(places, places[1:]):
             total[tuple(np.floor(np.array(crossed(start, end)) + 0.5).astype(int))] += 1
     return np.dstack([total / 255] * 3 + [np.ones_like(total)])
