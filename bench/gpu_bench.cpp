@@ -142,14 +142,7 @@ public:
         : m_texture(std::make_shared<GPUImageFramebuffer>(sizeOf(size), texture))
     {
     }
-    void push()
-    {
-        for (const Target& target : targetList()) {
-            target.input->setInputSize(m_texture->size(), target.textureIndex);
-            target.input->setInputFramebuffer(m_texture, target.textureIndex);
-            target.input->newFrameReadyAtTime(kCMTimeIndefinite, target.textureIndex);
-        }
-    }
+    void push() { pushToTargets({.framebuffer = m_texture, .size = m_texture->size()}); }
 
 private:
     std::shared_ptr<GPUImageFramebuffer> m_texture;

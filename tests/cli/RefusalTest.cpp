@@ -166,6 +166,8 @@ TEST_F(Refusals, FilesThatAreNoPicture)
         {"filter GPUImageLuminosity -i no.png --report", 3, "lamina: no.png: no such file"},
         {"filter GPUImageToneCurveFilter --set pointsWithACVURL=no.acv -i small.png -o out.png", 3,
          "lamina: no.acv: no such file"},
+        {"filter GPUImageCropFilter --set cropRegion=0.5,0,0.6,1 -i small.png -o out.png", 3,
+         "lamina: cropRegion: must have a width and a height and lie within 0 to 1"},
         {"filter GPUImageToneCurveFilter --set pointsWithACVURL=small.png -i small.png -o out.png", 3,
          "lamina: small.png: the curve file ends too early"},
     });

@@ -64,8 +64,14 @@ public:
     static int maximumTextureSizeForThisDevice();
     /// How many textures a fragment shader may sample.
     static int maximumTextureUnitsForThisDevice();
-    /// How many vectors of four a vertex shader may hand to a fragment shader.
+    /// How many vectors of four a vertex shader may hand to a fragment shader: the device's limit, or a lower one that
+    /// was set. An array takes a vector an entry, however short its entries.
     static int maximumVaryingVectorsForThisDevice();
+    /// Whether it is the processor that draws: low precision and interpolation between texels then cost time instead of
+    /// saving it. From any thread.
+    static bool deviceDrawsOnProcessor();
+    /// The same of a driver that calls itself so (GL_RENDERER).
+    static bool drawsOnProcessor(std::string_view renderer);
     /// By its whole name, as "GL_EXT_texture_rg". From any thread.
     static bool deviceSupportsOpenGLESExtension(std::string_view extension);
     /// Textures of one or two channels (GL_EXT_texture_rg).
@@ -82,6 +88,8 @@ public:
     static CGSize sizeThatFits(CGSize size, double limit);
     /// Lowers the texture limit, to bound memory or to try what happens to large pictures; 0: the device's own.
     static void limitTextureSize(int limit);
+    /// Lowers the limit of varyings for shaders that are made from now on; 0: the device's own.
+    static void limitVaryingVectors(int limit);
 
     /// Makes this context current on the calling thread, which must be its queue's. False: there is none.
     bool useAsCurrentContext();

@@ -15,6 +15,7 @@
 #include "platform/image/pixels/CGImage.h"
 
 #include <atomic>
+#include <cstddef>
 #include <functional>
 #include <memory>
 #include <span>
@@ -176,6 +177,14 @@ protected:
                   const QuadCoordinates& textureCoordinates);
     /// The pass of `m_filterProgram`.
     Pass firstPass();
+    /// Whether the program reads the slot's texture at nothing but the middles of texels while it has as many as are
+    /// drawn, so that interpolating between them is work for nothing. The base knows it of shaders that read a slot at
+    /// its own coordinate alone; filters whose varyings lie whole texels away add theirs. Never true where the result
+    /// lives on places in between. On the queue.
+    virtual bool readsTexelCentres(int programIndex, std::size_t slot) const;
+    /// Before a pass is drawn, whose program may be replaced now. `onGrid`: its first input has as many texels as are
+    /// drawn, each under a pixel. Nothing here. On the queue.
+    virtual void willDrawPass(int, bool /*onGrid*/) {}
     /// Draws points, lines or triangles of the filter's own through the pass's program into the active framebuffer;
     /// `input` as in `drawPass`. Inputs after the first are not bound: their arrays have four places. Blending and
     /// arrays are left as they were found. On the queue.
@@ -208,7 +217,11 @@ protected:
         return beginOutput(clearColor, sizeOfFBO());
     }
     /// Binds the texture of `input` (none: texture 0) to `unit` and tells the sampler at `uniform`.
-    static void bindInput(const std::shared_ptr<GPUImageFramebuffer>& input, int unit, GLint uniform);
+    static void bindInput(const std::shared_ptr<GPUImageFramebuffer>& input, int unit, GLint uniform,
+                          TextureReads reads = TextureReads::Anywhere);
+    /// The same for a slot of the pass that is being drawn; `textureCoordinates`: those of its attribute.
+    void bindSlot(const std::shared_ptr<GPUImageFramebuffer>& input, std::size_t slot, GLint uniform,
+                  const QuadCoordinates& textureCoordinates) const;
     /// Slot i samples from texture unit 2 + i; unit 1 is for making textures.
     static constexpr int kFirstTextureUnit = 2;
     /// Before the draw, if a capture was asked for: takes the count that `newCGImageFromCurrentlyProcessedOutput` gives
@@ -240,7 +253,12 @@ private:
     using UniformPlace = std::variant<GLint, std::string>;
     void setUniform(UniformPlace place, const std::shared_ptr<GLProgram>& program, std::function<void(GLint)> apply);
 
+    /// Whether each pixel of the pass has a texel of the input under it.
+    bool liesOnGrid(const std::shared_ptr<GPUImageFramebuffer>& input, const QuadCoordinates& textureCoordinates) const;
+
     std::shared_ptr<UniformState> m_uniformState = std::make_shared<UniformState>();
+    int m_drawnProgramIndex = 0; ///< of the pass that is being drawn
+    IntSize m_drawnSize;         ///< what it draws pixel by pixel; empty where the quad does not cover the output
     std::atomic<bool> m_preventRendering{false};
     bool m_isEndProcessing = false;
     bool m_holdsFrameForCapture = false; ///< the output has a count for the capture; touched on the queue

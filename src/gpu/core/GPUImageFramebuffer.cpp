@@ -71,6 +71,25 @@ IntSize GPUImageFramebuffer::wholePixels(CGSize size)
     return {cutToWhole(size.width), cutToWhole(size.height)};
 }
 
+void GPUImageFramebuffer::setFilters(Filters filters)
+{
+    const auto set = [](GLenum parameter, GLenum& present, GLenum wanted) {
+        if (present != wanted)
+            glTexParameteri(GL_TEXTURE_2D, parameter, static_cast<GLint>(wanted));
+        present = wanted;
+    };
+    set(GL_TEXTURE_MIN_FILTER, m_filters.minimizing, filters.minimizing);
+    set(GL_TEXTURE_MAG_FILTER, m_filters.magnifying, filters.magnifying);
+}
+
+void GPUImageFramebuffer::bindForReading(TextureReads reads)
+{
+    constexpr Filters kNearest{GL_NEAREST, GL_NEAREST};
+    glBindTexture(GL_TEXTURE_2D, m_texture);
+    if (m_ownsTexture)
+        setFilters(reads == TextureReads::TexelCentres ? kNearest : m_smoothFilters);
+}
+
 void GPUImageFramebuffer::generateTexture()
 {
     const auto set = [](GLenum parameter, std::uint32_t value) {
@@ -79,8 +98,8 @@ void GPUImageFramebuffer::generateTexture()
     glActiveTexture(GL_TEXTURE1);
     glGenTextures(1, &m_texture);
     glBindTexture(GL_TEXTURE_2D, m_texture);
-    set(GL_TEXTURE_MIN_FILTER, m_textureOptions.minFilter);
-    set(GL_TEXTURE_MAG_FILTER, m_textureOptions.magFilter);
+    m_smoothFilters = {m_textureOptions.minFilter, m_textureOptions.magFilter};
+    setFilters(m_smoothFilters);
     set(GL_TEXTURE_WRAP_S, m_textureOptions.wrapS);
     set(GL_TEXTURE_WRAP_T, m_textureOptions.wrapT);
 }

@@ -11,6 +11,12 @@
 
 namespace lamina {
 
+/// Where a shader reads a texture.
+enum class TextureReads {
+    Anywhere,     ///< its options say what is between texels
+    TexelCentres, ///< where all filters give the same, and the nearest texel costs least
+};
+
 /// What the memory of a texture was made with. Nothing is stored where the size is empty.
 struct TextureStorage {
     IntSize size;
@@ -40,6 +46,7 @@ public:
 
     CGSize size() const { return m_size; }
     const GPUTextureOptions& textureOptions() const { return m_textureOptions; }
+    /// The name, for uploads; draws bind it by `bindForReading`.
     GLuint texture() const { return m_texture; }
     /// A texture only.
     bool missingFramebuffer() const { return m_missingFramebuffer; }
@@ -50,6 +57,13 @@ public:
     /// What the texture's memory was made with last, by `makeTextureStorage`.
     const TextureStorage& textureStorage() const { return m_textureStorage; }
     void setTextureStorage(const TextureStorage& storage) { m_textureStorage = storage; }
+
+    /// Binds the texture to the active unit, for such reads. The one way to bind it for a draw: its filters are those
+    /// of the draw before. Somebody else's texture keeps its own. On the queue.
+    void bindForReading(TextureReads reads);
+    /// What draws from now on find in place of the options' `minFilter`: with mipmaps, another than without. On the
+    /// queue.
+    void setMinFilter(GLenum filter) { m_smoothFilters.minimizing = filter; }
 
     /// Draws go here from now on, over the whole area. On the queue.
     void activateFramebuffer() const;
@@ -78,6 +92,12 @@ public:
     std::size_t bytesPerRow() const;
 
 private:
+    struct Filters {
+        GLenum minimizing = 0;
+        GLenum magnifying = 0;
+    };
+    /// The texture must be bound.
+    void setFilters(Filters filters);
     void generateTexture();
     void generateFramebuffer();
     void destroyFramebuffer();
@@ -91,6 +111,8 @@ private:
     GLuint m_texture = 0;
     CGSize m_size;
     GPUTextureOptions m_textureOptions;
+    Filters m_smoothFilters; ///< for reads anywhere
+    Filters m_filters;       ///< as GL has them
     TextureStorage m_textureStorage;
 };
 

@@ -1,5 +1,6 @@
 #include "gpu/core/GPUImageTwoInputFilter.h"
 
+#include "gpu/core/FilterProgram.h"
 #include "gpu/core/VideoProcessingQueue.h"
 
 #include <algorithm>
@@ -81,10 +82,10 @@ void GPUImageTwoInputFilter::bindFurtherInputs()
 {
     for (std::size_t i = 1; i < m_slots.size(); ++i) {
         const Slot& slot = m_slots[i];
-        bindInput(slot.inputFramebuffer, kFirstTextureUnit + static_cast<int>(i), slot.inputTextureUniform);
+        const QuadCoordinates& coordinates = textureCoordinatesForRotation(slot.inputRotation);
+        bindSlot(slot.inputFramebuffer, i, slot.inputTextureUniform, coordinates);
         glEnableVertexAttribArray(slot.textureCoordinateAttribute);
-        glVertexAttribPointer(slot.textureCoordinateAttribute, 2, GL_FLOAT, GL_FALSE, 0,
-                              textureCoordinatesForRotation(slot.inputRotation).data());
+        glVertexAttribPointer(slot.textureCoordinateAttribute, 2, GL_FLOAT, GL_FALSE, 0, coordinates.data());
     }
 }
 

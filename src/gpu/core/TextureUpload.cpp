@@ -113,12 +113,10 @@ GLint sampled(std::uint32_t option)
 }
 
 /// A texture from the pool may have had mipmaps, or been wrapped, for its former content.
-void setSampling(const GPUTextureOptions& options, Mipmaps mipmaps)
+void setSampling(GPUImageFramebuffer& framebuffer, Mipmaps mipmaps)
 {
-    const bool smooth = mipmaps == Mipmaps::Made;
-    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER,
-                    smooth ? GL_LINEAR_MIPMAP_LINEAR : sampled(options.minFilter));
-    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MAG_FILTER, sampled(options.magFilter));
+    const GPUTextureOptions& options = framebuffer.textureOptions();
+    framebuffer.setMinFilter(mipmaps == Mipmaps::Made ? GLenum{GL_LINEAR_MIPMAP_LINEAR} : options.minFilter);
     glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_S, sampled(options.wrapS));
     glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_T, sampled(options.wrapT));
 }
@@ -168,7 +166,7 @@ bool uploadTexture(GPUImageFramebuffer& framebuffer, const UploadPixels& pixels,
     if (!rows.ok() || !GPUImageContext::useImageProcessingContext())
         return false;
     beginUpload(framebuffer);
-    setSampling(framebuffer.textureOptions(), mipmaps);
+    setSampling(framebuffer, mipmaps);
     const TextureStorage storage{pixels.size, form.internalFormat, form.format, pixels.type};
     if (framebuffer.textureStorage() != storage) {
         const RowLayout layout = rows.layout();

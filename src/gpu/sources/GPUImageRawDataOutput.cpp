@@ -98,7 +98,7 @@ void GPUImageRawDataOutput::drawInput() const
 {
     GPUImageContext::setActiveShaderProgram(m_dataProgram);
     glActiveTexture(GL_TEXTURE0 + kTextureUnit);
-    glBindTexture(GL_TEXTURE_2D, m_firstInputFramebuffer->texture());
+    m_firstInputFramebuffer->bindForReading(TextureReads::Anywhere);
     glUniform1i(m_dataInputTextureUniform, kTextureUnit);
     glVertexAttribPointer(m_dataPositionAttribute, 2, GL_FLOAT, GL_FALSE, 0, kGPUImageQuadVertices.data());
     glVertexAttribPointer(m_dataTextureCoordinateAttribute, 2, GL_FLOAT, GL_FALSE, 0,

@@ -44,6 +44,15 @@ TEST_F(ContextTest, KnowsTheDevice)
     EXPECT_FALSE(GPUImageContext::deviceSupportsOpenGLESExtension("GL_EXT_text")) << "a part of a name";
 }
 
+TEST_F(ContextTest, TellsDriversThatDrawOnTheProcessor)
+{
+    for (const char* renderer : {"llvmpipe (LLVM 15.0.6, 256 bits)", "softpipe", "zink Vulkan 1.3(llvmpipe)",
+                                 "Google SwiftShader", "Software Rasterizer"})
+        EXPECT_TRUE(GPUImageContext::drawsOnProcessor(renderer)) << renderer;
+    for (const char* renderer : {"", "Mali400", "Adreno (TM) 630", "NVIDIA H100 80GB HBM3/PCIe/SSE2"})
+        EXPECT_FALSE(GPUImageContext::drawsOnProcessor(renderer)) << renderer;
+}
+
 TEST_F(ContextTest, ProgramsAreSharedByTextAndKeptUpToABound)
 {
     onQueue([] {

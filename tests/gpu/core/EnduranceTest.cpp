@@ -1,13 +1,17 @@
 #include "GLCalls.h"
 #include "GraphFixture.h"
 #include "TestPictures.h"
-#include "gpu/core/GPUImageTwoInputFilter.h"
-#include "gpu/core/GPUImageTwoPassFilter.h"
+#include "gpu/core/GPUImage3x3TextureSamplingFilter.h"
+#include "gpu/core/GPUImageBuffer.h"
+#include "gpu/core/GPUImageFilterGroup.h"
+#include "gpu/core/GPUImageFourInputFilter.h"
+#include "gpu/core/GPUImageTwoPassTextureSamplingFilter.h"
 #include "platform/image/pixels/CGImage.h"
 
 #include <cstdint>
 #include <fstream>
 #include <thread>
+#include <vector>
 
 namespace lamina::test {
 namespace {
@@ -24,34 +28,79 @@ std::size_t residentBytes()
 
 using EnduranceTest = GraphFixture;
 
+struct ThreePasses : GPUImageFilter {
+    int passCount() const override { return 3; }
+};
+
+/// A member for each base: a stream goes through all of them, and a still beside it into one.
+struct AllBases {
+    using Stage = std::shared_ptr<GPUImageStage>;
+
+    AllBases(GPUImageOutput& stream, GPUImageOutput& still)
+    {
+        const auto fill = [](const Stage& stage, const std::vector<GPUImageOutput*>& slots) {
+            for (std::size_t slot = 0; slot < slots.size(); ++slot)
+                slots[slot]->addTarget(stage, static_cast<int>(slot));
+            return stage;
+        };
+        const char* const passing = kGPUImagePassthroughFragmentShaderString;
+        group->addFilter(multiplying(0.25F));
+        group->setInitialFilters({group->filterAtIndex(0)});
+        group->setTerminalFilter(group->filterAtIndex(0));
+        // First: of four slots the last must not be filled last.
+        const Stage ofGroup = fill(group, {&stream});
+        const Stage twice = fill(std::make_shared<GPUImageTwoPassFilter>(passing, passing), {&stream});
+        const char* const corners = kGPUImageVertexShaderString;
+        const Stage sampling =
+            fill(std::make_shared<GPUImageTwoPassTextureSamplingFilter>(corners, passing, corners, passing), {&stream});
+        fill(first, {&stream});
+        const Stage grid = fill(std::make_shared<GPUImage3x3TextureSamplingFilter>(passing), {first.get()});
+        const Stage thrice = fill(std::make_shared<ThreePasses>(), {grid.get()});
+        const Stage buffer = fill(std::make_shared<GPUImageBuffer>(), {thrice.get()});
+        const Stage kept = fill(std::make_shared<GPUImageFilter>(), {&still});
+        ends = {fill(std::make_shared<GPUImageTwoInputFilter>(passing), {buffer.get(), kept.get()}),
+                fill(std::make_shared<GPUImageTwoInputFilter>(passing), {first.get(), buffer.get()}),
+                fill(std::make_shared<GPUImageThreeInputFilter>(passing), {first.get(), sampling.get(), twice.get()}),
+                fill(std::make_shared<GPUImageFourInputFilter>(passing),
+                     {buffer.get(), twice.get(), sampling.get(), ofGroup.get()})};
+        for (const Stage& end : ends)
+            end->setFrameProcessingCompletionBlock([this](GPUImageOutput&, const CMTime&) { ++frames; });
+    }
+
+    std::shared_ptr<GPUImageFilter> first = multiplying(0.5F);
+    std::shared_ptr<GPUImageFilterGroup> group = std::make_shared<GPUImageFilterGroup>();
+    std::vector<Stage> ends;
+    int frames = 0;
+};
+
 TEST_F(EnduranceTest, FramesTakeNothing)
 {
-    const auto first = multiplying(0.5F);
-    const auto twice = std::make_shared<GPUImageTwoPassFilter>(kGPUImagePassthroughFragmentShaderString,
-                                                               kGPUImagePassthroughFragmentShaderString);
-    const auto both = std::make_shared<GPUImageTwoInputFilter>(kGPUImagePassthroughFragmentShaderString);
-    m_source->addTarget(first);
-    first->addTarget(twice);
-    first->addTarget(both);
-    twice->addTarget(both);
-    const CGImage picture = chartPicture(16, 16);
-    const auto run = [&](int frames) {
-        for (int i = 0; i < frames; ++i) {
-            first->setFloat(0.1F, "factor");
-            m_source->push(picture, second(i));
-        }
-    };
-    run(100);
-    const GLCalls calls = valueFromVideoProcessingQueue(glCallsSoFar);
-    const std::size_t living = GPUImageFramebufferCache::livingCount();
-    [[maybe_unused]] const std::size_t memory = residentBytes();
-    run(2000);
-    EXPECT_EQ((valueFromVideoProcessingQueue(glCallsSoFar) - calls).objectsMade(), 0);
-    EXPECT_EQ(GPUImageFramebufferCache::livingCount(), living);
-    EXPECT_EQ(idleFramebuffers(), living);
+    std::size_t living = 0;
+    {
+        FrameSource still;
+        AllBases bases(*m_source, still);
+        const CGImage picture = chartPicture(4, 4);
+        still.push(picture, kCMTimeIndefinite);
+        const auto run = [&](int frames) {
+            for (int i = 0; i < frames; ++i) {
+                bases.first->setFloat(0.1F, "factor");
+                m_source->push(picture, second(i));
+            }
+        };
+        run(100);
+        const GLCalls calls = valueFromVideoProcessingQueue(glCallsSoFar);
+        living = GPUImageFramebufferCache::livingCount();
+        [[maybe_unused]] const std::size_t memory = residentBytes();
+        run(10000);
+        EXPECT_EQ(bases.frames, 4 * 10100) << "all ends draw every frame";
+        EXPECT_EQ((valueFromVideoProcessingQueue(glCallsSoFar) - calls).objectsMade(), 0);
+        EXPECT_EQ(GPUImageFramebufferCache::livingCount(), living);
 #ifndef __SANITIZE_ADDRESS__ // which keeps memory to find late uses
-    EXPECT_LT(residentBytes(), memory + (std::size_t{1} << 20));
+        EXPECT_LT(residentBytes(), memory + (std::size_t{1} << 20));
 #endif
+        m_source->removeAllTargets();
+    }
+    EXPECT_EQ(idleFramebuffers(), living) << "all counts have been given back";
 }
 
 TEST_F(EnduranceTest, ThreadsFilterConnectAndLeaveAtOnce)
