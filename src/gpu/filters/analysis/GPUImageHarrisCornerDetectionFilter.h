@@ -3,8 +3,8 @@
 #include "gpu/core/FilterRegistry.h"
 #include "gpu/core/GPUImageFilter.h"
 #include "gpu/core/GPUImageFilterGroup.h"
-#include "gpu/filters/blur/GPUImageGaussianBlurFilter.h"
 #include "gpu/filters/analysis/PeakFinder.h"
+#include "gpu/filters/blur/GPUImageGaussianBlurFilter.h"
 #include "platform/base/CGGeometry.h"
 #include "platform/base/CMTime.h"
 

@@ -109,15 +109,22 @@ void GPUImageHistogramFilter::newFrameReadyAtTime(const CMTime& frameTime, int)
 FilterReporting GPUImageHistogramFilter::reporting()
 {
     const auto bins = [](const char* name) {
-        return FilterResult{name, {}, true, "pixels", "Pixels of each value from 0 to 255; none where it isn't counted"};
+        return FilterResult{
+            name, {}, true, "pixels", "Pixels of each value from 0 to 255; none where it isn't counted"};
     };
     return filterReporting<GPUImageHistogramFilter>(
         {{"points", {}, false, "pixels", "How many pixels were counted"},
-         bins("red"), bins("green"), bins("blue"), bins("luminance")},
+         bins("red"),
+         bins("green"),
+         bins("blue"),
+         bins("luminance")},
         [](GPUImageHistogramFilter& filter, const FilterReportBlock& block) {
             filter.setHistogramBlock([block](const GPUImageHistogram& histogram, CMTime) {
                 const auto& [red, green, blue] = histogram.channels;
-                block({{static_cast<double>(histogram.points)}, reported(red), reported(green), reported(blue),
+                block({{static_cast<double>(histogram.points)},
+                       reported(red),
+                       reported(green),
+                       reported(blue),
                        reported(histogram.luminance)});
             });
         });
@@ -126,9 +133,9 @@ FilterReporting GPUImageHistogramFilter::reporting()
 FilterDescription GPUImageHistogramFilter::describe()
 {
     using Self = GPUImageHistogramFilter;
-    FilterDescription description = filterDescription<Self>(
-        "GPUImageHistogramFilter", "detection", 1, "How often each value occurs, as numbers and as a row of 256 bins",
-        properties<Self>());
+    FilterDescription description =
+        filterDescription<Self>("GPUImageHistogramFilter", "detection", 1,
+                                "How often each value occurs, as numbers and as a row of 256 bins", properties<Self>());
     description.reporting = reporting();
     return description;
 }

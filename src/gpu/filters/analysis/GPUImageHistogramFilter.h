@@ -80,8 +80,8 @@ public:
 
 private:
     static constexpr int kStartDownsamplingFactor = 16;
-    static constexpr ValueKind kTypes{ValueType::Choice, "choice", "red|green|blue|rgb|luminance",
-                                      "red, green, blue, rgb or luminance", {}};
+    static constexpr ValueKind kTypes{
+        ValueType::Choice, "choice", "red|green|blue|rgb|luminance", "red, green, blue, rgb or luminance", {}};
 
     static FilterReporting reporting();
     void count(std::span<const std::uint8_t> pixels);

@@ -35,8 +35,8 @@ public:
     /// The steepness from which an edge is sure, 0.4 at first: `upperThreshold` of the edge finder.
     float edgeThreshold() const;
     void setEdgeThreshold(float threshold);
-    /// The least votes of a line, in units of 255, 0.12 at first: of an edge as long as the picture's longer side, about
-    /// its length as a share of that. 0 keeps every peak.
+    /// The least votes of a line, in units of 255, 0.12 at first: of an edge as long as the picture's longer side,
+    /// about its length as a share of that. 0 keeps every peak.
     float lineDetectionThreshold() const;
     void setLineDetectionThreshold(float threshold);
 

@@ -13,9 +13,9 @@ namespace lamina {
 
 /// Turns lines into points: what lies on a line of the picture votes for one place of the result.
 ///
-/// Places of the picture are x and y from -1 to 1, rightwards and downwards, those of the result u and v. Each lit pixel
-/// (red at least a half) draws the line through (-1, x), (0, y) and (1, -x) of u and v. Those of all pixels on
-/// y = m x + b meet
+/// Places of the picture are x and y from -1 to 1, rightwards and downwards, those of the result u and v. Each lit
+/// pixel (red at least a half) draws the line through (-1, x), (0, y) and (1, -x) of u and v. Those of all pixels on y
+/// = m x + b meet
 ///
 ///   at u = m / (1 - m), v = b / (1 - m) where m <= 0,      at u = m / (1 + m), v = b / (1 + m) where m >= 0,
 ///
