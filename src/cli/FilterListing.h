@@ -2,6 +2,8 @@
 
 #include "gpu/core/FilterRegistry.h"
 
+#include "gpu/core/FilterResults.h"
+
 #include <string>
 #include <vector>
 

@@ -4,6 +4,8 @@
 #include "gpu/core/GPUImageFilter.h"
 #include "gpu/filters/analysis/FrameReading.h"
 #include "platform/base/CGGeometry.h"
+#include "gpu/core/FilterResults.h"
+#include "gpu/core/TypedValue.h"
 #include "platform/base/CMTime.h"
 
 #include <array>

@@ -3,6 +3,7 @@
 #include "gpu/core/FilterRegistry.h"
 #include "gpu/core/GPUImageFilterGroup.h"
 #include "platform/base/CGGeometry.h"
+#include "gpu/core/FilterResults.h"
 #include "platform/base/CMTime.h"
 
 #include <cstddef>
@@ -51,6 +52,7 @@ public:
     /// From any thread; in force from the next frame.
     void setLinesDetectedBlock(LinesDetectedBlock block);
 
+    /// A line from end to end of the picture.
     struct Line {
         double slope = 0;
         double intercept = 0;

@@ -2,6 +2,7 @@
 
 #include "gpu/core/GPUImageTwoInputFilter.h"
 #include "gpu/filters/analysis/GPUImageAverageColor.h"
+#include "gpu/core/FilterResults.h"
 #include "gpu/filters/blur/GPUImageLowPassFilter.h"
 
 #include <utility>

@@ -1,5 +1,7 @@
 #include "gpu/filters/analysis/GPUImageParallelCoordinateLineTransformFilter.h"
 
+#include "gpu/core/FilterProgram.h"
+#include "gpu/core/GPUImageFramebuffer.h"
 #include "gpu/core/VideoProcessingQueue.h"
 
 #include <algorithm>
