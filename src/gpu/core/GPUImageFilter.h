@@ -204,7 +204,8 @@ protected:
     /// Whether passes after the first read inputs after the first too; false: all inputs go back once they are drawn.
     virtual bool everyPassReadsInputs() const { return false; }
 
-    /// Draws the inputs in all passes and gives their counts back. What the last pass drew, with the count of the fetch.
+    /// Draws the inputs in all passes and gives their counts back. What the last pass drew, with the count of the
+    /// fetch.
     std::shared_ptr<GPUImageFramebuffer> drawPasses(const QuadCoordinates& vertices,
                                                     const QuadCoordinates& textureCoordinates);
 

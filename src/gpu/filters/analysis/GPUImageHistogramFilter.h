@@ -4,6 +4,8 @@
 #include "gpu/core/GPUImageFilter.h"
 #include "gpu/filters/analysis/FrameReading.h"
 #include "platform/base/CGGeometry.h"
+#include "gpu/core/FilterResults.h"
+#include "gpu/core/TypedValue.h"
 #include "platform/base/CMTime.h"
 
 #include <array>
@@ -80,8 +82,8 @@ public:
 
 private:
     static constexpr int kStartDownsamplingFactor = 16;
-    static constexpr ValueKind kTypes{ValueType::Choice, "choice", "red|green|blue|rgb|luminance",
-                                      "red, green, blue, rgb or luminance", {}};
+    static constexpr ValueKind kTypes{
+        ValueType::Choice, "choice", "red|green|blue|rgb|luminance", "red, green, blue, rgb or luminance", {}};
 
     static FilterReporting reporting();
     void count(std::span<const std::uint8_t> pixels);

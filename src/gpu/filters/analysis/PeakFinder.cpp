@@ -1,7 +1,9 @@
 #include "gpu/filters/analysis/PeakFinder.h"
 
+#include "gpu/core/FilterProgram.h"
 #include "platform/base/Log.h"
 
+#include <memory>
 #include <chrono>
 #include <cstddef>
 #include <cstdint>
