@@ -9,7 +9,8 @@
 namespace lamina {
 
 /// The base of filters that read neighbours, whole pixels away, in one pass: the step from one pixel to the next is set
-/// before each draw, as two numbers in texture coordinates. Across and down are those of the picture as its texture holds it.
+/// before each draw, as two numbers in texture coordinates. Across and down are those of the picture as its texture
+/// holds it.
 class PixelStepFilter : public GPUImageFilter {
 public:
     void setUniformsForProgramAtIndex(int programIndex) override;
