@@ -4,6 +4,7 @@
 #include "cli/FilterListing.h"
 #include "cli/FilterParsing.h"
 #include "cli/Messages.h"
+#include "cli/ExitCode.h"
 #include "gpu/core/TypedValue.h"
 
 #include <CLI/Option.hpp>

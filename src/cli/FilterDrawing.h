@@ -4,6 +4,7 @@
 #include "gpu/core/GPUImageFilterPipeline.h"
 #include "platform/base/CGGeometry.h"
 #include "platform/base/Result.h"
+#include "gpu/core/FilterResults.h"
 #include "platform/image/pixels/UIImage.h"
 
 #include <optional>

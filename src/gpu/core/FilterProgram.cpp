@@ -35,10 +35,9 @@ void main()
 
 const QuadCoordinates kGPUImageQuadVertices{-1, -1, 1, -1, -1, 1, 1, 1};
 
-std::shared_ptr<GLProgram> linkedProgram(const std::string& vertexShader, const std::string& fragmentShader,
-                                         const std::vector<std::string>& attributes)
+std::shared_ptr<GLProgram> linkedProgram(GPUImageContext& context, const std::string& vertexShader,
+                                         const std::string& fragmentShader, const std::vector<std::string>& attributes)
 {
-    GPUImageContext& context = GPUImageContext::sharedImageProcessingContext();
     if (!context.useAsCurrentContext())
         return nullptr;
     std::shared_ptr<GLProgram> program = context.programForVertexShaderString(vertexShader, fragmentShader);
@@ -52,6 +51,12 @@ std::shared_ptr<GLProgram> linkedProgram(const std::string& vertexShader, const 
     logError("Fragment shader compile log: " + program->fragmentShaderLog());
     logError("Vertex shader compile log: " + program->vertexShaderLog());
     return nullptr;
+}
+
+std::shared_ptr<GLProgram> linkedProgram(const std::string& vertexShader, const std::string& fragmentShader,
+                                         const std::vector<std::string>& attributes)
+{
+    return linkedProgram(GPUImageContext::sharedImageProcessingContext(), vertexShader, fragmentShader, attributes);
 }
 
 std::string shaderTextFromFile(const std::string& name, const char* extension)

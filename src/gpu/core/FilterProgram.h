@@ -12,6 +12,8 @@
 
 namespace lamina {
 
+class GPUImageContext;
+
 /// Passes position and one texture coordinate on.
 extern const char* const kGPUImageVertexShaderString;
 /// Gives the input as it is.
@@ -23,8 +25,11 @@ using QuadCoordinates = std::array<GLfloat, 8>;
 /// The whole of clip space.
 extern const QuadCoordinates kGPUImageQuadVertices;
 
-/// The linked program of the two texts, from the shared context's cache, with these attributes in this order. Null
-/// where it can't be built; then three lines in the log tell the driver's words. On the video processing queue.
+/// The linked program of the two texts, from the context's cache, with these attributes in this order. Null where it
+/// can't be built; then three lines in the log tell the driver's words. On the context's queue.
+std::shared_ptr<GLProgram> linkedProgram(GPUImageContext& context, const std::string& vertexShader,
+                                         const std::string& fragmentShader, const std::vector<std::string>& attributes);
+/// The same of the shared context.
 std::shared_ptr<GLProgram> linkedProgram(const std::string& vertexShader, const std::string& fragmentShader,
                                          const std::vector<std::string>& attributes);
 

@@ -7,11 +7,11 @@
 
 namespace lamina {
 
-/// GL calls belong to the video processing queue, where a context is current. Debug builds stop at a call from
+/// GL calls belong to a context's queue, where that context is current. Debug builds stop at a call from
 /// elsewhere. False: no context, and GL must be left alone.
 inline bool mayCallGL()
 {
-    assert(isOnVideoProcessingQueue());
+    assert(contextOfCurrentQueue());
     return EAGLContext::currentContext() != nullptr;
 }
 

@@ -2,20 +2,29 @@
 
 #include "gpu/core/FilterProgram.h"
 #include "gpu/core/GLErrors.h"
+#include "gpu/core/GPUImageContext.h"
 #include "gpu/core/VideoProcessingQueue.h"
 #include "platform/base/Log.h"
 
 #include <algorithm>
 #include <array>
 #include <cstddef>
+#include <string_view>
 
 namespace lamina {
 
 namespace {
 
-/// Fragment shaders may lack the high precision. The one place that decides what they take instead.
-const char* precisionPrefix(GLenum type)
+/// What comes before the text: the one place that decides what precisions mean. A uniform of both shaders must have
+/// the same in both.
+std::string precisionPrefix(GLenum type, std::string_view text)
 {
+    if (GPUImageContext::deviceDrawsOnProcessor()) {
+        // A statement must not come before a directive on extensions.
+        const bool canDeclare = text.find("#extension") == std::string_view::npos;
+        return std::string("#define lowp highp\n#define mediump highp\n") +
+               (canDeclare ? "precision highp sampler2D;\n" : "");
+    }
     if (type != GL_FRAGMENT_SHADER)
         return "";
     std::array<GLint, 2> range{};
@@ -39,7 +48,10 @@ std::string infoLog(GLint length, GetLog getLog)
 } // namespace
 
 GLProgram::GLProgram(const std::string& vertexShader, const std::string& fragmentShader)
+    : m_context(contextOfCurrentQueue())
 {
+    for (std::size_t slot = 0; slot < m_reads.size(); ++slot)
+        m_reads[slot] = shaderReads(vertexShader, fragmentShader, slot);
     if (!mayCallGL())
         return;
     m_program = glCreateProgram();
@@ -69,7 +81,8 @@ GLProgram::~GLProgram()
 {
     if (m_program == 0)
         return;
-    runSynchronouslyOnVideoProcessingQueue([this] {
+    runSynchronouslyOnContextQueue(*m_context, [this] {
+        m_context->useAsCurrentContext();
         if (m_vertShader != 0)
             glDeleteShader(m_vertShader);
         if (m_fragShader != 0)
@@ -85,7 +98,8 @@ bool GLProgram::compileShader(GLuint& shader, GLenum type, const std::string& te
         return false;
     }
     shader = glCreateShader(type);
-    const std::array<const GLchar*, 2> texts{precisionPrefix(type), text.c_str()};
+    const std::string prefix = precisionPrefix(type, text);
+    const std::array<const GLchar*, 2> texts{prefix.c_str(), text.c_str()};
     glShaderSource(shader, static_cast<GLsizei>(texts.size()), texts.data(), nullptr);
     glCompileShader(shader);
     GLint status = GL_FALSE;

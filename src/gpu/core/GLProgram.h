@@ -1,15 +1,24 @@
 #pragma once
 
+#include "gpu/core/ShaderReads.h"
 #include "platform/gl/GLHeaders.h"
 
+#include <array>
+#include <cstddef>
 #include <memory>
 #include <string>
 #include <vector>
 
 namespace lamina {
 
-/// A vertex and a fragment shader and the program they are linked to. Made, used and dropped on the video processing
-/// queue (dropping elsewhere hops there).
+class GPUImageContext;
+
+/// A vertex and a fragment shader and the program they are linked to. Made, used and dropped on the queue of its
+/// context, which must outlive it (dropping elsewhere hops there).
+///
+/// Where the processor draws, `lowp` and `mediump` mean `highp`, and so does a sampler without a precision in a shader
+/// without extensions: the processor would emulate the lower ones. Where fragment shaders lack `highp`, it means
+/// `mediump`.
 ///
 /// Order of use: construct, `addAttribute` for each attribute, `link` unless `initialized`, then `attributeIndex`,
 /// `uniformIndex` and `use`. Programs are shared between filters of the same shaders: see
@@ -46,6 +55,9 @@ public:
     /// Asks the driver what it thinks of the program in the present state; see `programLog`.
     void validate();
 
+    /// Where it reads the texture of the slot (from 0), as its texts tell.
+    ShaderReads reads(std::size_t slot) const { return slot < m_reads.size() ? m_reads[slot] : ShaderReads::Anywhere; }
+
     /// Linked.
     bool initialized() const { return m_initialized; }
     /// What the driver said; empty where it said nothing. `programLog` is that of a failed `link` or of `validate`.
@@ -57,6 +69,10 @@ private:
     bool compileShader(GLuint& shader, GLenum type, const std::string& text);
     void readProgramLog();
 
+    static constexpr std::size_t kSlots = 4; ///< as many as filters have at most
+
+    std::array<ShaderReads, kSlots> m_reads{};
+    GPUImageContext* m_context; ///< on whose queue it was made
     std::vector<std::string> m_attributes;
     GLuint m_program = 0;
     GLuint m_vertShader = 0;

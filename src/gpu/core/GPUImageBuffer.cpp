@@ -2,27 +2,26 @@
 
 #include "gpu/core/VideoProcessingQueue.h"
 
-namespace lamina {
+#include <utility>
 
-GPUImageBuffer::~GPUImageBuffer()
-{
-    runSynchronouslyOnVideoProcessingQueue([this] {
-        for (const auto& framebuffer : m_bufferedFramebuffers)
-            framebuffer->unlock();
-    });
-}
+namespace lamina {
 
 void GPUImageBuffer::setBufferSize(unsigned frames)
 {
     if (frames == 0)
         return;
     runSynchronouslyOnVideoProcessingQueue([&] {
-        while (m_bufferedFramebuffers.size() > frames) {
-            m_bufferedFramebuffers.front()->unlock();
+        while (m_bufferedFramebuffers.size() > frames)
             m_bufferedFramebuffers.pop_front();
-        }
         m_bufferSize = frames;
     });
+}
+
+void GPUImageBuffer::setInputSize(CGSize size, int textureIndex)
+{
+    GPUImageFilter::setInputSize(size, textureIndex);
+    if (size == CGSize{})
+        m_bufferedFramebuffers.clear();
 }
 
 void GPUImageBuffer::newFrameReadyAtTime(const CMTime& frameTime, int)
@@ -37,10 +36,10 @@ void GPUImageBuffer::newFrameReadyAtTime(const CMTime& frameTime, int)
         m_outputFramebuffer = m_firstInputFramebuffer;
         m_firstInputFramebuffer->lock(); // handed on now and once more when its turn comes
     } else {
-        m_outputFramebuffer = m_bufferedFramebuffers.front();
+        m_outputFramebuffer = m_bufferedFramebuffers.front().release();
         m_bufferedFramebuffers.pop_front();
     }
-    m_bufferedFramebuffers.push_back(m_firstInputFramebuffer);
+    m_bufferedFramebuffers.push_back(std::move(m_firstInputFramebuffer));
     for (const Target& target : targetList()) {
         if (!isIgnored(target))
             target.input->setInputRotation(m_inputRotation, target.textureIndex); // frames are not turned here

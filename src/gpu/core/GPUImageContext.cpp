@@ -6,6 +6,7 @@
 #include "platform/gl/GLHeaders.h"
 
 #include <algorithm>
+#include <array>
 #include <atomic>
 #include <cassert>
 #include <functional>
@@ -21,8 +22,15 @@ struct Capabilities {
     GLint textureSize = 0;
     GLint textureUnits = 0;
     GLint varyingVectors = 0;
+    bool drawsOnProcessor = false;
     std::set<std::string, std::less<>> extensions;
 };
+
+const char* driverText(GLenum name)
+{
+    const GLubyte* text = glGetString(name);
+    return text ? reinterpret_cast<const char*>(text) : "";
+}
 
 Capabilities readCapabilities()
 {
@@ -32,8 +40,8 @@ Capabilities readCapabilities()
     glGetIntegerv(GL_MAX_TEXTURE_SIZE, &read.textureSize);
     glGetIntegerv(GL_MAX_TEXTURE_IMAGE_UNITS, &read.textureUnits);
     glGetIntegerv(GL_MAX_VARYING_VECTORS, &read.varyingVectors);
-    const GLubyte* names = glGetString(GL_EXTENSIONS);
-    std::istringstream words(names ? reinterpret_cast<const char*>(names) : "");
+    read.drawsOnProcessor = GPUImageContext::drawsOnProcessor(driverText(GL_RENDERER));
+    std::istringstream words(driverText(GL_EXTENSIONS));
     for (std::string word; words >> word;)
         read.extensions.insert(word);
     return read;
@@ -55,6 +63,14 @@ const Capabilities& capabilities()
 }
 
 std::atomic<int> s_textureLimit{0};
+std::atomic<int> s_varyingLimit{0};
+
+/// 0: there is no lower limit.
+int lowered(int device, const std::atomic<int>& limit)
+{
+    const int set = limit.load();
+    return set > 0 ? std::min(set, device) : device;
+}
 
 } // namespace
 
@@ -75,6 +91,7 @@ GPUImageContext::~GPUImageContext()
     m_contextQueue->sync([this] {
         m_currentShaderProgram.reset();
         m_programCache.purgeIdlePrograms();
+        assert(m_programCache.count() == 0);
         m_context.reset();
     });
 }
@@ -106,9 +123,7 @@ Outcome GPUImageContext::availability()
 
 int GPUImageContext::maximumTextureSizeForThisDevice()
 {
-    const int device = capabilities().textureSize;
-    const int limit = s_textureLimit.load();
-    return limit > 0 ? std::min(limit, device) : device;
+    return lowered(capabilities().textureSize, s_textureLimit);
 }
 
 int GPUImageContext::maximumTextureUnitsForThisDevice()
@@ -118,7 +133,19 @@ int GPUImageContext::maximumTextureUnitsForThisDevice()
 
 int GPUImageContext::maximumVaryingVectorsForThisDevice()
 {
-    return capabilities().varyingVectors;
+    return lowered(capabilities().varyingVectors, s_varyingLimit);
+}
+
+bool GPUImageContext::deviceDrawsOnProcessor()
+{
+    return capabilities().drawsOnProcessor;
+}
+
+bool GPUImageContext::drawsOnProcessor(std::string_view renderer)
+{
+    constexpr std::array kNames{"llvmpipe", "softpipe", "swrast", "SWR", "SwiftShader", "Software Rasterizer"};
+    return std::ranges::any_of(kNames,
+                               [&](std::string_view name) { return renderer.find(name) != std::string_view::npos; });
 }
 
 bool GPUImageContext::deviceSupportsOpenGLESExtension(std::string_view extension)
@@ -157,10 +184,15 @@ void GPUImageContext::limitTextureSize(int limit)
     s_textureLimit.store(limit);
 }
 
+void GPUImageContext::limitVaryingVectors(int limit)
+{
+    s_varyingLimit.store(limit);
+}
+
 EAGLContext* GPUImageContext::context()
 {
     // A context that became current on another thread would be lost to the queue.
-    assert(isOnVideoProcessingQueue());
+    assert(contextOfCurrentQueue() == this);
     if (m_context || m_failure)
         return m_context.get();
     Result<std::shared_ptr<EAGLContext>> made = createContext();
@@ -207,7 +239,7 @@ void GPUImageContext::presentBufferForDisplay()
 std::shared_ptr<GLProgram> GPUImageContext::programForVertexShaderString(const std::string& vertexShader,
                                                                          const std::string& fragmentShader)
 {
-    assert(isOnVideoProcessingQueue());
+    assert(contextOfCurrentQueue() == this);
     useAsCurrentContext(); // a program made without one would be kept as one that never links
     return m_programCache.programForShaders(vertexShader, fragmentShader);
 }

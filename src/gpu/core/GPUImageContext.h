@@ -19,14 +19,19 @@
 namespace lamina {
 
 /// The GL context of the filter graph with its serial queue, its cache of programs and its pool of framebuffers. One is
-/// shared by the whole process and never destroyed. The GL context itself is made when it is first needed, on the
-/// queue.
+/// shared by the whole process and never destroyed: the graph lives in it. The GL context itself is made when it is
+/// first needed, on the queue.
+///
+/// Further ones serve who draws beside the graph, such as a writer of movies: in the shared one's sharegroup they see
+/// the graph's textures. They have a queue and programs of their own (`linkedProgram` of a context); framebuffers and
+/// their counts stay with the shared one, whose queue is where they are fetched, locked and unlocked.
 ///
 /// Where no context can be had (no driver), `availability` tells why; everything else then does nothing: programs don't
 /// link, framebuffers have no texture, filters give no picture.
 class GPUImageContext {
 public:
     GPUImageContext();
+    /// Waits for its queue. Nobody may hold a program of the context any more.
     ~GPUImageContext();
     GPUImageContext(const GPUImageContext&) = delete;
     GPUImageContext& operator=(const GPUImageContext&) = delete;
@@ -59,8 +64,14 @@ public:
     static int maximumTextureSizeForThisDevice();
     /// How many textures a fragment shader may sample.
     static int maximumTextureUnitsForThisDevice();
-    /// How many vectors of four a vertex shader may hand to a fragment shader.
+    /// How many vectors of four a vertex shader may hand to a fragment shader: the device's limit, or a lower one that
+    /// was set. An array takes a vector an entry, however short its entries.
     static int maximumVaryingVectorsForThisDevice();
+    /// Whether it is the processor that draws: low precision and interpolation between texels then cost time instead of
+    /// saving it. From any thread.
+    static bool deviceDrawsOnProcessor();
+    /// The same of a driver that calls itself so (GL_RENDERER).
+    static bool drawsOnProcessor(std::string_view renderer);
     /// By its whole name, as "GL_EXT_texture_rg". From any thread.
     static bool deviceSupportsOpenGLESExtension(std::string_view extension);
     /// Textures of one or two channels (GL_EXT_texture_rg).
@@ -77,6 +88,8 @@ public:
     static CGSize sizeThatFits(CGSize size, double limit);
     /// Lowers the texture limit, to bound memory or to try what happens to large pictures; 0: the device's own.
     static void limitTextureSize(int limit);
+    /// Lowers the limit of varyings for shaders that are made from now on; 0: the device's own.
+    static void limitVaryingVectors(int limit);
 
     /// Makes this context current on the calling thread, which must be its queue's. False: there is none.
     bool useAsCurrentContext();
@@ -95,7 +108,7 @@ public:
 
     /// The GL context, made on first use; null when there is none to be had. On the queue.
     EAGLContext* context();
-    /// The pool of framebuffers.
+    /// The pool of framebuffers; the graph uses the shared context's.
     GPUImageFramebufferCache& framebufferCache() { return *m_framebufferCache; }
     /// The programs that were made so far; a memory warning drops the idle ones. On the queue.
     const GLProgramCache& programCache() const { return m_programCache; }

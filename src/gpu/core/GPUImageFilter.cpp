@@ -26,6 +26,16 @@ constexpr std::array<QuadCoordinates, 8> kTextureCoordinates{{
     {1, 1, 0, 1, 1, 0, 0, 0}, // half a turn
 }};
 
+/// The size of the viewport where it is the one told; empty else: steps that are made for another size don't lead from
+/// texel to texel.
+IntSize wholeSizeOfViewport(CGSize told)
+{
+    std::array<GLint, 4> viewport{};
+    glGetIntegerv(GL_VIEWPORT, viewport.data());
+    const IntSize size{viewport[2], viewport[3]};
+    return CGSize{static_cast<double>(size.width), static_cast<double>(size.height)} == told ? size : IntSize{};
+}
+
 constexpr bool isZero(CGSize size)
 {
     return size.width == 0 && size.height == 0;
@@ -154,19 +164,50 @@ std::shared_ptr<GPUImageFramebuffer> GPUImageFilter::beginOutput(const GPUVector
     return output;
 }
 
-void GPUImageFilter::bindInput(const std::shared_ptr<GPUImageFramebuffer>& input, int unit, GLint uniform)
+void GPUImageFilter::bindInput(const std::shared_ptr<GPUImageFramebuffer>& input, int unit, GLint uniform,
+                               TextureReads reads)
 {
     glActiveTexture(GL_TEXTURE0 + static_cast<GLenum>(unit));
-    glBindTexture(GL_TEXTURE_2D, input ? input->texture() : 0);
+    if (input)
+        input->bindForReading(reads);
+    else
+        glBindTexture(GL_TEXTURE_2D, 0);
     glUniform1i(uniform, unit);
+}
+
+bool GPUImageFilter::readsTexelCentres(int, std::size_t slot) const
+{
+    return m_filterProgram->reads(slot) == ShaderReads::InPlace;
+}
+
+bool GPUImageFilter::liesOnGrid(const std::shared_ptr<GPUImageFramebuffer>& input,
+                                const QuadCoordinates& textureCoordinates) const
+{
+    const auto* const row = std::ranges::find(kTextureCoordinates, textureCoordinates);
+    if (!input || m_drawnSize.isEmpty() || row == kTextureCoordinates.end())
+        return false;
+    const auto rotation = static_cast<GPUImageRotationMode>(row - kTextureCoordinates.begin());
+    const IntSize size = input->pixelSize();
+    return (swapsWidthAndHeight(rotation) ? IntSize{size.height, size.width} : size) == m_drawnSize;
+}
+
+void GPUImageFilter::bindSlot(const std::shared_ptr<GPUImageFramebuffer>& input, std::size_t slot, GLint uniform,
+                              const QuadCoordinates& textureCoordinates) const
+{
+    const bool atCentres = liesOnGrid(input, textureCoordinates) && readsTexelCentres(m_drawnProgramIndex, slot);
+    bindInput(input, kFirstTextureUnit + static_cast<int>(slot), uniform,
+              atCentres ? TextureReads::TexelCentres : TextureReads::Anywhere);
 }
 
 void GPUImageFilter::drawPass(const Pass& pass, const std::shared_ptr<GPUImageFramebuffer>& input,
                               const QuadCoordinates& vertices, const QuadCoordinates& textureCoordinates)
 {
+    m_drawnProgramIndex = pass.programIndex;
+    m_drawnSize = vertices == kGPUImageQuadVertices ? wholeSizeOfViewport(sizeOfFBO()) : IntSize{};
+    willDrawPass(pass.programIndex, liesOnGrid(input, textureCoordinates));
     GPUImageContext::setActiveShaderProgram(pass.program);
     setUniformsForProgramAtIndex(pass.programIndex);
-    bindInput(input, kFirstTextureUnit, pass.inputTextureUniform);
+    bindSlot(input, 0, pass.inputTextureUniform, textureCoordinates);
     bindFurtherInputs();
     glVertexAttribPointer(pass.positionAttribute, 2, GL_FLOAT, GL_FALSE, 0, vertices.data());
     glVertexAttribPointer(pass.textureCoordinateAttribute, 2, GL_FLOAT, GL_FALSE, 0, textureCoordinates.data());
@@ -222,18 +263,9 @@ void GPUImageFilter::signalCapture()
         m_imageCaptureSemaphore.signal();
 }
 
-void GPUImageFilter::giveBack(std::shared_ptr<GPUImageFramebuffer>& input)
-{
-    if (!input)
-        return;
-    input->unlock();
-    if (!input->referenceCountingDisabled())
-        input.reset();
-}
-
 void GPUImageFilter::unlockInputs()
 {
-    giveBack(m_firstInputFramebuffer);
+    m_firstInputFramebuffer.giveBack();
 }
 
 void GPUImageFilter::dropFrame()
@@ -292,7 +324,6 @@ void GPUImageFilter::generateFrameAtTime(const CMTime& frameTime)
     });
 }
 
-/// Two passes over the targets: each holds its count before the first of them draws.
 void GPUImageFilter::informTargetsAboutNewFrameAtTime(const CMTime& frameTime)
 {
     const std::shared_ptr<GPUImageFramebuffer> output = framebufferForOutput();
@@ -300,31 +331,21 @@ void GPUImageFilter::informTargetsAboutNewFrameAtTime(const CMTime& frameTime)
         return;
     if (const FrameProcessingCompletionBlock completion = frameProcessingCompletionBlock())
         completion(*this, frameTime);
-    const std::vector<Target> targets = targetList(); // a target may change the list while it works
-    for (const Target& target : targets) {
-        if (isIgnored(target))
-            continue;
-        setInputFramebufferForTarget(*target.input, target.textureIndex);
-        target.input->setInputSize(outputFrameSize(), target.textureIndex);
-    }
-    output->unlock();
+    m_isEndProcessing = false;
     if (!m_holdsFrameForCapture)
         removeOutputFramebuffer();
-    for (const Target& target : targets) {
-        if (!isIgnored(target))
-            target.input->newFrameReadyAtTime(frameTime, target.textureIndex);
-    }
+    pushToTargets({.framebuffer = output, .size = outputFrameSize(), .time = frameTime, .givesUpCount = true});
 }
 
 void GPUImageFilter::setInputFramebuffer(std::shared_ptr<GPUImageFramebuffer> framebuffer, int)
 {
-    m_firstInputFramebuffer = std::move(framebuffer);
-    if (m_firstInputFramebuffer)
-        m_firstInputFramebuffer->lock();
+    m_firstInputFramebuffer.take(std::move(framebuffer));
 }
 
 void GPUImageFilter::setInputSize(CGSize size, int textureIndex)
 {
+    if (isZero(size))
+        m_firstInputFramebuffer.reset(); // its source is gone
     if (preventRendering())
         return;
     if (!m_overrideInputSize)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "gpu/core/FilterProgram.h"
+#include "gpu/core/FramebufferHold.h"
 #include "gpu/core/GLProgram.h"
 #include "gpu/core/GPUImageFramebuffer.h"
 #include "gpu/core/GPUImageRotationMode.h"
@@ -14,6 +15,7 @@
 #include "platform/image/pixels/CGImage.h"
 
 #include <atomic>
+#include <cstddef>
 #include <functional>
 #include <memory>
 #include <span>
@@ -122,7 +124,7 @@ public:
     void setInputSize(CGSize size, int textureIndex) override;
     void setInputRotation(GPUImageRotationMode rotation, int textureIndex) override;
     CGSize maximumOutputSize() const override { return {}; }
-    /// Told to the targets, once.
+    /// Told to the targets, once; again after they have had a further frame.
     void endProcessing() override;
     bool wantsMonochromeInput() const override { return false; }
     void setCurrentlyReceivingMonochromeInput(bool monochrome) override
@@ -175,6 +177,14 @@ protected:
                   const QuadCoordinates& textureCoordinates);
     /// The pass of `m_filterProgram`.
     Pass firstPass();
+    /// Whether the program reads the slot's texture at nothing but the middles of texels while it has as many as are
+    /// drawn, so that interpolating between them is work for nothing. The base knows it of shaders that read a slot at
+    /// its own coordinate alone; filters whose varyings lie whole texels away add theirs. Never true where the result
+    /// lives on places in between. On the queue.
+    virtual bool readsTexelCentres(int programIndex, std::size_t slot) const;
+    /// Before a pass is drawn, whose program may be replaced now. `onGrid`: its first input has as many texels as are
+    /// drawn, each under a pixel. Nothing here. On the queue.
+    virtual void willDrawPass(int, bool /*onGrid*/) {}
     /// Draws points, lines or triangles of the filter's own through the pass's program into the active framebuffer;
     /// `input` as in `drawPass`. Inputs after the first are not bound: their arrays have four places. Blending and
     /// arrays are left as they were found. On the queue.
@@ -207,7 +217,11 @@ protected:
         return beginOutput(clearColor, sizeOfFBO());
     }
     /// Binds the texture of `input` (none: texture 0) to `unit` and tells the sampler at `uniform`.
-    static void bindInput(const std::shared_ptr<GPUImageFramebuffer>& input, int unit, GLint uniform);
+    static void bindInput(const std::shared_ptr<GPUImageFramebuffer>& input, int unit, GLint uniform,
+                          TextureReads reads = TextureReads::Anywhere);
+    /// The same for a slot of the pass that is being drawn; `textureCoordinates`: those of its attribute.
+    void bindSlot(const std::shared_ptr<GPUImageFramebuffer>& input, std::size_t slot, GLint uniform,
+                  const QuadCoordinates& textureCoordinates) const;
     /// Slot i samples from texture unit 2 + i; unit 1 is for making textures.
     static constexpr int kFirstTextureUnit = 2;
     /// Before the draw, if a capture was asked for: takes the count that `newCGImageFromCurrentlyProcessedOutput` gives
@@ -218,17 +232,14 @@ protected:
     /// What happens to a frame that is not drawn: every input's count is given back. Where the filter can't render at
     /// all, a waiter for the frame is let go on without one; one that is only prevented may draw in time.
     void dropFrame();
-    /// Gives back the count of an input and, unless it is a source's own for good, lets go of it: the next to fetch it
-    /// may be this very filter for its output, and nothing may be drawn from a texture into itself.
-    static void giveBack(std::shared_ptr<GPUImageFramebuffer>& input);
-    /// Gives back the counts of all inputs after the draw, in slot order.
+    /// Gives back the counts of the inputs after the draw, in slot order.
     virtual void unlockInputs();
     /// Binds the inputs after the first, with their coordinates in enabled arrays, before the draw; and disables the
     /// arrays after it. Nothing here.
     virtual void bindFurtherInputs() {}
     virtual void disableFurtherArrays() {}
 
-    std::shared_ptr<GPUImageFramebuffer> m_firstInputFramebuffer;
+    FramebufferHold m_firstInputFramebuffer;
     std::shared_ptr<GLProgram> m_filterProgram;
     GLuint m_filterPositionAttribute = 0;
     GLuint m_filterTextureCoordinateAttribute = 0;
@@ -242,7 +253,12 @@ private:
     using UniformPlace = std::variant<GLint, std::string>;
     void setUniform(UniformPlace place, const std::shared_ptr<GLProgram>& program, std::function<void(GLint)> apply);
 
+    /// Whether each pixel of the pass has a texel of the input under it.
+    bool liesOnGrid(const std::shared_ptr<GPUImageFramebuffer>& input, const QuadCoordinates& textureCoordinates) const;
+
     std::shared_ptr<UniformState> m_uniformState = std::make_shared<UniformState>();
+    int m_drawnProgramIndex = 0; ///< of the pass that is being drawn
+    IntSize m_drawnSize;         ///< what it draws pixel by pixel; empty where the quad does not cover the output
     std::atomic<bool> m_preventRendering{false};
     bool m_isEndProcessing = false;
     bool m_holdsFrameForCapture = false; ///< the output has a count for the capture; touched on the queue

@@ -76,6 +76,7 @@ CGImage GPUImageFilterGroup::newCGImageFromCurrentlyProcessedOutput()
 
 void GPUImageFilterGroup::newFrameReadyAtTime(const CMTime& frameTime, int textureIndex)
 {
+    m_isEndProcessing = false;
     const std::shared_ptr<GPUImageStage> ignored = m_inputFilterToIgnoreForUpdates.lock();
     for (const auto& filter : m_initialFilters) {
         if (filter != ignored)

@@ -3,6 +3,7 @@
 #include "gpu/core/GPUImageStage.h"
 #include "gpu/core/PictureTexture.h"
 #include "gpu/core/VideoProcessingQueue.h"
+#include "platform/base/CMTime.h"
 #include "platform/image/pixels/CGImage.h"
 #include "platform/image/pixels/UIImage.h"
 
@@ -20,7 +21,8 @@ CGImage GPUImageOutput::newCGImageByFilteringCGImage(const CGImage& image)
     // The push has its turn first: what others spend on the queue is not counted as waiting for the frame.
     const int slot = valueFromVideoProcessingQueue([&] {
         const int next = stage->nextAvailableTextureIndex();
-        picture.pushTo(*stage, next);
+        handFrame({.framebuffer = picture.framebuffer(), .size = picture.pictureSize()}, false, *stage, next);
+        stage->newFrameReadyAtTime(kCMTimeIndefinite, next);
         return next;
     });
     CGImage filtered = newCGImageFromCurrentlyProcessedOutput();

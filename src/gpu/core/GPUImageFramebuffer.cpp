@@ -3,6 +3,7 @@
 #include "gpu/core/GLErrors.h"
 #include "gpu/core/GLTextureFormat.h"
 #include "gpu/core/GPUImageContext.h"
+#include "gpu/core/TextureUpload.h"
 #include "gpu/core/VideoProcessingQueue.h"
 #include "platform/base/Log.h"
 #include "platform/image/pixels/PixelBuffer.h"
@@ -21,8 +22,7 @@ namespace {
 
 std::atomic<std::size_t> s_living{0};
 
-/// Cut to a whole number that GL can take; NaN and negative values count as 0.
-int wholePixels(double side)
+int cutToWhole(double side)
 {
     constexpr double kMost = 1 << 24;
     return side > 0 ? static_cast<int>(std::min(side, kMost)) : 0;
@@ -66,9 +66,28 @@ GPUImageFramebuffer::~GPUImageFramebuffer()
     --s_living;
 }
 
-IntSize GPUImageFramebuffer::pixelSize() const
+IntSize GPUImageFramebuffer::wholePixels(CGSize size)
 {
-    return {wholePixels(m_size.width), wholePixels(m_size.height)};
+    return {cutToWhole(size.width), cutToWhole(size.height)};
+}
+
+void GPUImageFramebuffer::setFilters(Filters filters)
+{
+    const auto set = [](GLenum parameter, GLenum& present, GLenum wanted) {
+        if (present != wanted)
+            glTexParameteri(GL_TEXTURE_2D, parameter, static_cast<GLint>(wanted));
+        present = wanted;
+    };
+    set(GL_TEXTURE_MIN_FILTER, m_filters.minimizing, filters.minimizing);
+    set(GL_TEXTURE_MAG_FILTER, m_filters.magnifying, filters.magnifying);
+}
+
+void GPUImageFramebuffer::bindForReading(TextureReads reads)
+{
+    constexpr Filters kNearest{GL_NEAREST, GL_NEAREST};
+    glBindTexture(GL_TEXTURE_2D, m_texture);
+    if (m_ownsTexture)
+        setFilters(reads == TextureReads::TexelCentres ? kNearest : m_smoothFilters);
 }
 
 void GPUImageFramebuffer::generateTexture()
@@ -79,8 +98,8 @@ void GPUImageFramebuffer::generateTexture()
     glActiveTexture(GL_TEXTURE1);
     glGenTextures(1, &m_texture);
     glBindTexture(GL_TEXTURE_2D, m_texture);
-    set(GL_TEXTURE_MIN_FILTER, m_textureOptions.minFilter);
-    set(GL_TEXTURE_MAG_FILTER, m_textureOptions.magFilter);
+    m_smoothFilters = {m_textureOptions.minFilter, m_textureOptions.magFilter};
+    setFilters(m_smoothFilters);
     set(GL_TEXTURE_WRAP_S, m_textureOptions.wrapS);
     set(GL_TEXTURE_WRAP_T, m_textureOptions.wrapT);
 }
@@ -94,8 +113,7 @@ void GPUImageFramebuffer::generateFramebuffer()
     // An empty one has a pixel that nothing is drawn into: a framebuffer without any is an error at every draw.
     const int width = std::max(1, pixelSize().width);
     const int height = std::max(1, pixelSize().height);
-    glTexImage2D(GL_TEXTURE_2D, 0, static_cast<GLint>(stored.internalFormat), width, height, 0, stored.format,
-                 m_textureOptions.type, nullptr);
+    makeTextureStorage(*this, {{width, height}, stored.internalFormat, stored.format, m_textureOptions.type});
     glFramebufferTexture2D(GL_FRAMEBUFFER, GL_COLOR_ATTACHMENT0, GL_TEXTURE_2D, m_texture, 0);
     glBindTexture(GL_TEXTURE_2D, 0);
     checkDraw("making a framebuffer");

@@ -11,11 +11,28 @@
 
 namespace lamina {
 
+/// Where a shader reads a texture.
+enum class TextureReads {
+    Anywhere,     ///< its options say what is between texels
+    TexelCentres, ///< where all filters give the same, and the nearest texel costs least
+};
+
+/// What the memory of a texture was made with. Nothing is stored where the size is empty.
+struct TextureStorage {
+    IntSize size;
+    GLenum internalFormat = 0;
+    GLenum format = 0;
+    GLenum type = 0;
+    friend bool operator==(const TextureStorage&, const TextureStorage&) = default;
+};
+
 /// A texture to read and, unless it is a texture only, to draw into; pooled by `GPUImageFramebufferCache`.
 ///
 /// Users are counted by hand: a fetch gives one count, each consumer locks when it is handed the framebuffer and
 /// unlocks after its draw, and at zero the object goes back to the pool. Counts are touched on the video processing
-/// queue alone. The object itself is shared; dropping the last reference deletes the GL names on the queue.
+/// queue alone, which is the shared context's: other contexts may read the textures, but count nothing. Whoever holds a
+/// count for longer than a call does it by a `FramebufferHold`. The object itself is shared; dropping the last
+/// reference deletes the GL names on the queue.
 class GPUImageFramebuffer : public std::enable_shared_from_this<GPUImageFramebuffer> {
 public:
     /// `size` in pixels, cut to whole ones for GL. `onlyTexture`: without storage and without a framebuffer; the owner
@@ -29,11 +46,24 @@ public:
 
     CGSize size() const { return m_size; }
     const GPUTextureOptions& textureOptions() const { return m_textureOptions; }
+    /// The name, for uploads; draws bind it by `bindForReading`.
     GLuint texture() const { return m_texture; }
     /// A texture only.
     bool missingFramebuffer() const { return m_missingFramebuffer; }
     /// The size in whole pixels, as GL has it.
-    IntSize pixelSize() const;
+    IntSize pixelSize() const { return wholePixels(m_size); }
+    /// Cut to whole pixels that GL can take; NaN and negative sides count as 0.
+    static IntSize wholePixels(CGSize size);
+    /// What the texture's memory was made with last, by `makeTextureStorage`.
+    const TextureStorage& textureStorage() const { return m_textureStorage; }
+    void setTextureStorage(const TextureStorage& storage) { m_textureStorage = storage; }
+
+    /// Binds the texture to the active unit, for such reads. The one way to bind it for a draw: its filters are those
+    /// of the draw before. Somebody else's texture keeps its own. On the queue.
+    void bindForReading(TextureReads reads);
+    /// What draws from now on find in place of the options' `minFilter`: with mipmaps, another than without. On the
+    /// queue.
+    void setMinFilter(GLenum filter) { m_smoothFilters.minimizing = filter; }
 
     /// Draws go here from now on, over the whole area. On the queue.
     void activateFramebuffer() const;
@@ -62,6 +92,12 @@ public:
     std::size_t bytesPerRow() const;
 
 private:
+    struct Filters {
+        GLenum minimizing = 0;
+        GLenum magnifying = 0;
+    };
+    /// The texture must be bound.
+    void setFilters(Filters filters);
     void generateTexture();
     void generateFramebuffer();
     void destroyFramebuffer();
@@ -75,6 +111,9 @@ private:
     GLuint m_texture = 0;
     CGSize m_size;
     GPUTextureOptions m_textureOptions;
+    Filters m_smoothFilters; ///< for reads anywhere
+    Filters m_filters;       ///< as GL has them
+    TextureStorage m_textureStorage;
 };
 
 } // namespace lamina

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cassert>
 #include <cstdio>
 #include <utility>
 
@@ -75,6 +76,7 @@ std::shared_ptr<GPUImageFramebuffer> GPUImageFramebufferCache::fetchFramebufferF
 
 std::shared_ptr<GPUImageFramebuffer> GPUImageFramebufferCache::takeIdle(const FramebufferKind& kind)
 {
+    assert(isOnVideoProcessingQueue());
     const auto idle = m_idle.find(kind);
     if (idle == m_idle.end())
         return nullptr;
@@ -95,6 +97,7 @@ void GPUImageFramebufferCache::returnFramebufferToCache(const std::shared_ptr<GP
 
 void GPUImageFramebufferCache::put(std::shared_ptr<GPUImageFramebuffer> framebuffer)
 {
+    assert(isOnVideoProcessingQueue());
     m_idleBytes += bytesOf(*framebuffer);
     ++m_idleCount;
     IdleOfKind& others = m_idle[kindOf(*framebuffer)];

@@ -37,7 +37,7 @@ public:
     virtual bool enabled() const = 0;
     /// One channel would do.
     virtual bool wantsMonochromeInput() const = 0;
-    /// One channel is coming, or not.
+    /// Whether frames of one channel are coming. Told before each frame.
     virtual void setCurrentlyReceivingMonochromeInput(bool monochrome) = 0;
 };
 

@@ -53,6 +53,30 @@ void GPUImageOutput::notifyTargetsAboutNewOutputTexture()
         setInputFramebufferForTarget(*target.input, target.textureIndex);
 }
 
+void GPUImageOutput::handFrame(const PushedFrame& frame, bool asMonochrome, GPUImageInput& target, int textureIndex)
+{
+    target.setCurrentlyReceivingMonochromeInput(asMonochrome);
+    if (frame.rotation)
+        target.setInputRotation(*frame.rotation, textureIndex);
+    target.setInputSize(frame.size, textureIndex);
+    if (!frame.isHandedAlready)
+        target.setInputFramebuffer(frame.framebuffer, textureIndex);
+}
+
+void GPUImageOutput::pushToTargets(const PushedFrame& frame)
+{
+    std::vector<Target> targets = m_targets; // a target may change the list while it works
+    std::erase_if(targets, [&](const Target& target) {
+        return isIgnored(target) || (frame.leavesOutDisabled && !target.input->enabled());
+    });
+    for (const Target& target : targets)
+        handFrame(frame, frame.isMonochrome && m_allTargetsWantMonochromeData, *target.input, target.textureIndex);
+    if (frame.givesUpCount && frame.framebuffer)
+        frame.framebuffer->unlock();
+    for (const Target& target : targets)
+        target.input->newFrameReadyAtTime(frame.time, target.textureIndex);
+}
+
 std::vector<std::shared_ptr<GPUImageInput>> GPUImageOutput::targets() const
 {
     std::vector<std::shared_ptr<GPUImageInput>> inputs;

@@ -2,6 +2,7 @@
 
 #include "gpu/core/GPUImageFramebuffer.h"
 #include "gpu/core/GPUImageInput.h"
+#include "gpu/core/GPUImageRotationMode.h"
 #include "gpu/core/GPUTextureOptions.h"
 #include "platform/base/CGGeometry.h"
 #include "platform/base/CMTime.h"
@@ -11,6 +12,7 @@
 #include <atomic>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <vector>
 
 namespace lamina {
@@ -23,6 +25,18 @@ public:
     virtual bool hasAudioTrack() const = 0;
     /// Before it starts to write.
     virtual void setHasAudioTrack(bool hasAudioTrack) = 0;
+};
+
+/// A frame as its producer hands it to targets.
+struct PushedFrame {
+    std::shared_ptr<GPUImageFramebuffer> framebuffer = {};
+    CGSize size = {}; ///< that targets are told, in pixels
+    CMTime time = kCMTimeIndefinite;
+    std::optional<GPUImageRotationMode> rotation = {}; ///< none: what targets were told stays
+    bool isMonochrome = false;                         ///< one channel is all there is in it
+    bool leavesOutDisabled = false;                    ///< targets that are not `enabled` don't get it
+    bool givesUpCount = false;    ///< the producer's own count is given back once every target has its own
+    bool isHandedAlready = false; ///< targets have it since they were added or it was made; they are only told to draw
 };
 
 /// Whatever gives frames: still pictures, cameras, movies, filters. It holds its targets, in the order of adding, and
@@ -125,6 +139,14 @@ protected:
     /// Tells the target that the slot has no source any more. On the queue.
     static void freeSlot(GPUImageInput& target, int textureIndex);
     bool isIgnored(const Target& target) const { return target.input == m_targetToIgnoreForUpdates.lock(); }
+
+    /// Hands the frame to all targets but the ignored one, and then lets them draw in the order of adding: each has its
+    /// count before the first of them works. They are told that one channel is coming where that is so and all of them
+    /// would do with it. On the queue.
+    void pushToTargets(const PushedFrame& frame);
+    /// Hands the frame to one slot of anybody, who draws with the `newFrameReadyAtTime` that is to follow. On the
+    /// queue.
+    static void handFrame(const PushedFrame& frame, bool asMonochrome, GPUImageInput& target, int textureIndex);
 
     std::shared_ptr<GPUImageFramebuffer> m_outputFramebuffer;
     CGSize m_inputTextureSize;        ///< of the input or, if forced, of the output

@@ -1,5 +1,6 @@
 #include "gpu/core/GPUImageTwoInputFilter.h"
 
+#include "gpu/core/FilterProgram.h"
 #include "gpu/core/VideoProcessingQueue.h"
 
 #include <algorithm>
@@ -81,10 +82,10 @@ void GPUImageTwoInputFilter::bindFurtherInputs()
 {
     for (std::size_t i = 1; i < m_slots.size(); ++i) {
         const Slot& slot = m_slots[i];
-        bindInput(slot.inputFramebuffer, kFirstTextureUnit + static_cast<int>(i), slot.inputTextureUniform);
+        const QuadCoordinates& coordinates = textureCoordinatesForRotation(slot.inputRotation);
+        bindSlot(slot.inputFramebuffer, i, slot.inputTextureUniform, coordinates);
         glEnableVertexAttribArray(slot.textureCoordinateAttribute);
-        glVertexAttribPointer(slot.textureCoordinateAttribute, 2, GL_FLOAT, GL_FALSE, 0,
-                              textureCoordinatesForRotation(slot.inputRotation).data());
+        glVertexAttribPointer(slot.textureCoordinateAttribute, 2, GL_FLOAT, GL_FALSE, 0, coordinates.data());
     }
 }
 
@@ -95,11 +96,18 @@ void GPUImageTwoInputFilter::disableFurtherArrays()
         glDisableVertexAttribArray(m_slots[i].textureCoordinateAttribute);
 }
 
+FramebufferHold& GPUImageTwoInputFilter::heldBy(std::size_t slot)
+{
+    return slot == 0 ? m_firstInputFramebuffer : m_slots[slot].inputFramebuffer;
+}
+
+/// Stills come once and are drawn from again.
 void GPUImageTwoInputFilter::unlockInputs()
 {
-    GPUImageFilter::unlockInputs();
-    for (Slot& slot : m_slots)
-        giveBack(slot.inputFramebuffer);
+    for (std::size_t slot = 0; slot < m_slots.size(); ++slot) {
+        if (!m_slots[slot].frameTime.isIndefinite())
+            heldBy(slot).giveBack();
+    }
 }
 
 bool GPUImageTwoInputFilter::haveReceived(std::size_t slots) const
@@ -146,13 +154,7 @@ void GPUImageTwoInputFilter::setInputFramebuffer(std::shared_ptr<GPUImageFramebu
 {
     const std::size_t slot = slotIndex(textureIndex);
     m_slots[slot].hasSetTexture = true;
-    if (slot == 0) {
-        GPUImageFilter::setInputFramebuffer(std::move(framebuffer), 0);
-        return;
-    }
-    m_slots[slot].inputFramebuffer = std::move(framebuffer);
-    if (m_slots[slot].inputFramebuffer)
-        m_slots[slot].inputFramebuffer->lock();
+    heldBy(slot).take(std::move(framebuffer));
 }
 
 int GPUImageTwoInputFilter::nextAvailableTextureIndex() const
@@ -169,8 +171,10 @@ void GPUImageTwoInputFilter::setInputSize(CGSize size, int textureIndex)
     const std::size_t slot = slotIndex(textureIndex);
     if (slot == 0)
         GPUImageFilter::setInputSize(size, 0);
-    if (size == CGSize{})
-        m_slots[slot].hasSetTexture = false;
+    if (size != CGSize{})
+        return;
+    m_slots[slot].hasSetTexture = false;
+    heldBy(slot).reset();
 }
 
 void GPUImageTwoInputFilter::setInputRotation(GPUImageRotationMode rotation, int textureIndex)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "gpu/core/FramebufferHold.h"
 #include "gpu/core/GPUImageFilter.h"
 #include "gpu/core/GPUImageFramebuffer.h"
 #include "gpu/core/GPUImageRotationMode.h"
@@ -17,10 +18,10 @@ namespace lamina {
 /// Passes a second coordinate on as `textureCoordinate2`.
 extern const char* const kGPUImageTwoInputTextureVertexShaderString;
 
-/// A filter that draws when both slots have a frame. One of them may be a still picture that comes once while the other
-/// streams: then each frame of the stream draws. (The still has to be the source itself: what a filter makes of one
-/// goes back to the pool after its draw, and the slot is black from then on.) The output has the size of slot 0; other
-/// inputs are stretched to it.
+/// A filter that draws when both slots have a frame. One of them may be a still picture, or what filters make of one,
+/// that comes once while the other streams: then each frame of the stream draws. An input whose time is indefinite is
+/// kept, with its count, until the slot's next frame, the removal of its source, or the filter's end; all others are
+/// given back after the draw. The output has the size of slot 0; other inputs are stretched to it.
 ///
 /// The fragment shader gets `inputImageTexture2` and `textureCoordinate2` for slot 1.
 ///
@@ -57,7 +58,7 @@ protected:
 private:
     /// Framebuffer, rotation, attribute and uniform of slot 0 are the base's.
     struct Slot {
-        std::shared_ptr<GPUImageFramebuffer> inputFramebuffer;
+        FramebufferHold inputFramebuffer;
         GLuint textureCoordinateAttribute = 0;
         GLint inputTextureUniform = -1;
         GPUImageRotationMode inputRotation = kGPUImageNoRotation;
@@ -68,6 +69,7 @@ private:
     };
     /// An index beyond the last slot means that one.
     std::size_t slotIndex(int textureIndex) const;
+    FramebufferHold& heldBy(std::size_t slot);
     bool haveReceived(std::size_t slots) const;
     void noteArrival(const CMTime& frameTime, std::size_t slot);
     CMTime timePassedOn(const CMTime& frameTime) const;

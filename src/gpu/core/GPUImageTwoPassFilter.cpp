@@ -47,6 +47,12 @@ GLint GPUImageTwoPassFilter::secondUniformIndex(const char* name) const
         [&] { return m_secondFilterProgram ? m_secondFilterProgram->uniformIndex(name) : -1; });
 }
 
+bool GPUImageTwoPassFilter::readsTexelCentres(int programIndex, std::size_t slot) const
+{
+    return programIndex == 0 ? GPUImageFilter::readsTexelCentres(programIndex, slot)
+                             : m_secondFilterProgram->reads(slot) == ShaderReads::InPlace;
+}
+
 const std::shared_ptr<UniformState>&
 GPUImageTwoPassFilter::uniformStateFor(const std::shared_ptr<GLProgram>& program) const
 {

@@ -6,6 +6,7 @@
 #include "gpu/core/GPUImageFramebuffer.h"
 #include "platform/gl/GLHeaders.h"
 
+#include <cstddef>
 #include <memory>
 #include <string>
 
@@ -31,6 +32,7 @@ public:
     bool canRender() const override { return GPUImageFilter::canRender() && m_secondFilterProgram != nullptr; }
 
 protected:
+    bool readsTexelCentres(int programIndex, std::size_t slot) const override;
     const std::shared_ptr<UniformState>& uniformStateFor(const std::shared_ptr<GLProgram>& program) const override;
     /// As `uniformIndex` for the second program.
     GLint secondUniformIndex(const char* name) const;

@@ -3,6 +3,8 @@
 #include "gpu/core/GPUImageRotationMode.h"
 #include "gpu/core/VideoProcessingQueue.h"
 
+#include <cmath>
+
 namespace lamina {
 
 GPUImageTwoPassTextureSamplingFilter::GPUImageTwoPassTextureSamplingFilter(const std::string& firstStageVertexShader,
@@ -21,6 +23,12 @@ void GPUImageTwoPassTextureSamplingFilter::readOffsetUniforms()
     m_verticalPass.heightUniform = uniformIndex("texelHeightOffset");
     m_horizontalPass.widthUniform = secondUniformIndex("texelWidthOffset");
     m_horizontalPass.heightUniform = secondUniformIndex("texelHeightOffset");
+}
+
+bool GPUImageTwoPassTextureSamplingFilter::stepsAreWholeTexels() const
+{
+    return m_verticalTexelSpacing == std::trunc(m_verticalTexelSpacing) &&
+           m_horizontalTexelSpacing == std::trunc(m_horizontalTexelSpacing);
 }
 
 void GPUImageTwoPassTextureSamplingFilter::setVerticalTexelSpacing(double texels)

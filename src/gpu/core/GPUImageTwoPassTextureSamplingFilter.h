@@ -28,6 +28,9 @@ public:
     void setUniformsForProgramAtIndex(int programIndex) override;
 
 protected:
+    /// Steps lead from texel to texel of an input that lies on the grid: what reads at whole numbers of them reads
+    /// centres.
+    bool stepsAreWholeTexels() const;
     /// Reads the locations of the offsets; again after a program has been replaced. On the queue.
     void readOffsetUniforms();
 

@@ -1,12 +1,11 @@
 #include "gpu/core/PictureTexture.h"
 
-#include "gpu/core/GLErrors.h"
-#include "gpu/core/GLTextureFormat.h"
 #include "gpu/core/GPUImageContext.h"
 #include "gpu/core/PictureBytes_p.h"
+#include "gpu/core/TextureUpload.h"
 #include "gpu/core/VideoProcessingQueue.h"
-#include "platform/base/CMTime.h"
 #include "platform/base/Log.h"
+#include "platform/gl/GLHeaders.h"
 #include "platform/image/pixels/PixelBuffer.h"
 #include "platform/image/pixels/PixelKernels.h"
 
@@ -20,11 +19,6 @@
 namespace lamina {
 
 namespace {
-
-IntSize wholePixels(CGSize size)
-{
-    return {static_cast<int>(size.width), static_cast<int>(size.height)};
-}
 
 CGSize sizeOf(const CGImage& image)
 {
@@ -82,15 +76,6 @@ public:
         kernels::premultiply(m_changed.data(), m_changed.size() / 4, m_changed.data());
         return static_cast<bool>(m_changed);
     }
-    /// False when memory is short.
-    bool swapRedAndBlue()
-    {
-        if (!m_changed)
-            m_changed = copyOf(m_pixels.bytes());
-        if (m_changed)
-            lamina::swapRedAndBlue({m_changed.data(), m_changed.size()}, m_changed.data());
-        return static_cast<bool>(m_changed);
-    }
     const std::uint8_t* data() const { return m_changed ? m_changed.data() : m_pixels.bytes().data(); }
 
 private:
@@ -103,12 +88,12 @@ private:
 PictureTexture::PictureTexture(const CGImage& image, PictureUpload how)
     : m_pictureSize(fittingSize(sizeOf(image)))
     , m_textureSize(m_pictureSize)
-    , m_hasMipmaps(how.smoothlyScaleOutput)
+    , m_mipmaps(how.smoothlyScaleOutput ? Mipmaps::Made : Mipmaps::None)
     , m_premultiplies(how.premultiply)
 {
-    if (m_hasMipmaps)
+    if (how.smoothlyScaleOutput)
         m_textureSize = {nextPowerOfTwo(m_pictureSize.width), nextPowerOfTwo(m_pictureSize.height)};
-    upload(image, how, m_hasMipmaps || m_pictureSize != sizeOf(image));
+    upload(image, how, how.smoothlyScaleOutput || m_pictureSize != sizeOf(image));
 }
 
 PictureTexture::~PictureTexture()
@@ -123,37 +108,17 @@ void PictureTexture::upload(const CGImage& image, PictureUpload how, bool redraw
 {
     PictureBytes bytes = redraw ? PictureBytes{} : bytesAsTheyAre(image);
     if (!bytes.pixels)
-        bytes = bytesDrawnAnew(image, wholePixels(m_textureSize));
+        bytes = bytesDrawnAnew(image, GPUImageFramebuffer::wholePixels(m_textureSize));
     BytesToUpload data(bytes);
     if (how.removePremultiplication && bytes.premultiplied && bytes.pixels)
         data.set(dividedByAlpha(bytes));
     if (m_premultiplies && bytes.pixels)
         data.premultiply();
-    const GLTextureFormat stored = uploadFormat(GL_RGBA, bytes.format, bgraSupport());
-    if (stored.swapRedAndBlue && bytes.pixels)
-        data.swapRedAndBlue();
-    m_format = stored.format;
     runSynchronouslyOnVideoProcessingQueue([&] {
         m_framebuffer = GPUImageContext::sharedFramebufferCache().fetchFramebufferForSize(m_textureSize, true);
         m_framebuffer->disableReferenceCounting();
-        if (GPUImageContext::useImageProcessingContext())
-            uploadBytes(data.data(), static_cast<GLint>(stored.internalFormat));
+        uploadTexture(*m_framebuffer, {data.data(), m_framebuffer->pixelSize(), bytes.format}, m_mipmaps);
     });
-}
-
-void PictureTexture::uploadBytes(const std::uint8_t* data, GLint internalFormat) const
-{
-    const IntSize pixels = wholePixels(m_textureSize);
-    glBindTexture(GL_TEXTURE_2D, m_framebuffer->texture());
-    // A texture from the pool may have had mipmaps, or been wrapped, for its former picture.
-    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, m_hasMipmaps ? GL_LINEAR_MIPMAP_LINEAR : GL_LINEAR);
-    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_S, GL_CLAMP_TO_EDGE);
-    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_T, GL_CLAMP_TO_EDGE);
-    glTexImage2D(GL_TEXTURE_2D, 0, internalFormat, pixels.width, pixels.height, 0, m_format, GL_UNSIGNED_BYTE, data);
-    if (m_hasMipmaps && data)
-        glGenerateMipmap(GL_TEXTURE_2D);
-    glBindTexture(GL_TEXTURE_2D, 0);
-    checkDraw("uploading a picture");
 }
 
 void PictureTexture::replace(const CGImage& image, CGRect rect)
@@ -165,38 +130,19 @@ void PictureTexture::replace(const CGImage& image, CGRect rect)
         logError("the part of a picture to be replaced does not lie within it");
         return;
     }
-    const IntSize size = wholePixels(rect.size);
-    const IntSize origin = wholePixels({rect.origin.x, rect.origin.y});
+    const IntSize size = GPUImageFramebuffer::wholePixels(rect.size);
+    const IntSize origin = GPUImageFramebuffer::wholePixels({rect.origin.x, rect.origin.y});
     PictureBytes bytes = image.size() == size ? bytesAsTheyAre(image) : PictureBytes{};
     if (bytes.format == GL_BGRA || !bytes.pixels)
         bytes = bytesDrawnAnew(image, size);
     BytesToUpload data(bytes);
-    const bool storedAsBGRA = m_format == GL_BGRA && bgraSupport() == BGRASupport::Extension;
-    const bool comesAsBGRA = bytes.format == GL_BGRA;
-    if (!bytes.pixels || (m_premultiplies && !data.premultiply()) ||
-        (storedAsBGRA != comesAsBGRA && !data.swapRedAndBlue())) {
+    const bool uploaded =
+        bytes.pixels && (!m_premultiplies || data.premultiply()) && valueFromVideoProcessingQueue([&] {
+            return uploadTexturePart(*m_framebuffer, origin.width, origin.height, {data.data(), size, bytes.format},
+                                     m_mipmaps);
+        });
+    if (!uploaded)
         logError("memory is short for a part of a picture");
-        return;
-    }
-    runSynchronouslyOnVideoProcessingQueue([&] {
-        if (!GPUImageContext::useImageProcessingContext())
-            return;
-        glBindTexture(GL_TEXTURE_2D, m_framebuffer->texture());
-        glTexSubImage2D(GL_TEXTURE_2D, 0, origin.width, origin.height, size.width, size.height,
-                        storedAsBGRA ? GL_BGRA : GLenum{GL_RGBA}, GL_UNSIGNED_BYTE, data.data());
-        if (m_hasMipmaps)
-            glGenerateMipmap(GL_TEXTURE_2D);
-        glBindTexture(GL_TEXTURE_2D, 0);
-        checkDraw("replacing a part of a picture");
-    });
-}
-
-void PictureTexture::pushTo(GPUImageInput& target, int textureIndex) const
-{
-    target.setCurrentlyReceivingMonochromeInput(false);
-    target.setInputSize(m_pictureSize, textureIndex);
-    target.setInputFramebuffer(m_framebuffer, textureIndex);
-    target.newFrameReadyAtTime(kCMTimeIndefinite, textureIndex);
 }
 
 } // namespace lamina

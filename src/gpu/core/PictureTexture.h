@@ -1,13 +1,11 @@
 #pragma once
 
 #include "gpu/core/GPUImageFramebuffer.h"
-#include "gpu/core/GPUImageInput.h"
+#include "gpu/core/TextureUpload.h"
 #include "platform/base/CGGeometry.h"
-#include "platform/gl/GLHeaders.h"
 #include "platform/image/pixels/AlphaForm.h"
 #include "platform/image/pixels/CGImage.h"
 
-#include <cstdint>
 #include <memory>
 
 namespace lamina {
@@ -32,7 +30,7 @@ struct PictureUpload {
 /// is converted on the GPU: filters see the values as they went up. A part that is replaced is premultiplied as the
 /// whole was.
 ///
-/// From any thread but for `pushTo`; construction, replacing and destruction wait for the video processing queue.
+/// From any thread; construction, replacing and destruction wait for the video processing queue.
 class PictureTexture {
 public:
     /// Uploads the picture. An empty one has the zero size, and memory that is short leaves the texture's content
@@ -51,18 +49,13 @@ public:
     /// does not lie within the texture changes nothing and is logged.
     void replace(const CGImage& image, CGRect rect);
 
-    /// The picture as a frame without a time for the target's slot. On the queue.
-    void pushTo(GPUImageInput& target, int textureIndex) const;
-
 private:
     void upload(const CGImage& image, PictureUpload how, bool redraw);
-    void uploadBytes(const std::uint8_t* data, GLint internalFormat) const;
 
     CGSize m_pictureSize;
     CGSize m_textureSize;
-    bool m_hasMipmaps;
+    Mipmaps m_mipmaps;
     bool m_premultiplies;
-    GLenum m_format = GL_RGBA; ///< of the storage, which later uploads must keep to
     std::shared_ptr<GPUImageFramebuffer> m_framebuffer;
 };
 

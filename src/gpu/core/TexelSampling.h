@@ -6,11 +6,13 @@
 #include "gpu/core/GPUImageRotationMode.h"
 #include "gpu/core/GPUImageStage.h"
 #include "gpu/core/GPUImageTwoPassFilter.h"
+#include "gpu/core/ShaderReads.h"
 #include "gpu/core/TypedValue.h"
 #include "platform/base/CGGeometry.h"
 #include "platform/gl/GLHeaders.h"
 
 #include <concepts>
+#include <cstddef>
 #include <memory>
 #include <utility>
 #include <vector>
@@ -36,6 +38,8 @@ public:
     void setWidth(float share);
     /// The same downwards.
     void setHeight(float share);
+    /// A way has been set, which need not be one pixel. On the queue.
+    bool isOverridden() const { return m_isOverridden; }
     /// One pixel of this size, unless a way has been set. `turned`: in the texture the picture lies on its side.
     void setupForSize(CGSize size, bool turned);
 
@@ -100,6 +104,15 @@ protected:
         : Base(std::forward<Arguments>(arguments)...)
         , m_texelSize(*this, samplingProgram())
     {
+    }
+
+    /// Of the program that gets the way, all varyings must lie whole ways from the pixel, as those of
+    /// `kGPUImageNearbyTexelSamplingVertexShaderString` do, or this be overridden. Computed places are found out.
+    bool readsTexelCentres(int programIndex, std::size_t slot) const override
+    {
+        if (programIndex != (kInSecondPass ? 1 : 0))
+            return Base::readsTexelCentres(programIndex, slot);
+        return !m_texelSize.isOverridden() && samplingProgram()->reads(slot) != ShaderReads::Anywhere;
     }
 
     /// Whether what is sampled, the first input here, lies on its side in its texture. On the queue.

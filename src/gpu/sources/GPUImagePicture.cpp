@@ -9,7 +9,6 @@
 #include <algorithm>
 #include <cassert>
 #include <utility>
-#include <vector>
 
 namespace lamina {
 
@@ -49,7 +48,8 @@ std::shared_ptr<GPUImagePicture> GPUImagePicture::makeWithData(std::span<const s
 
 GPUImagePicture::~GPUImagePicture()
 {
-    runSynchronouslyOnVideoProcessingQueue([] {}); // after a push that is under way
+    // After a push that is under way, and before the texture goes back to the pool.
+    GPUImageOutput::removeAllTargets();
 }
 
 void GPUImagePicture::processImage()
@@ -74,9 +74,7 @@ bool GPUImagePicture::processImageWithCompletionHandler(std::function<void()> co
 
 void GPUImagePicture::push()
 {
-    const std::vector<Target> targets = targetList(); // a target may change the list while it works
-    for (const Target& target : targets)
-        m_texture.pushTo(*target.input, target.textureIndex);
+    pushToTargets({.framebuffer = m_texture.framebuffer(), .size = m_texture.pictureSize()});
 }
 
 void GPUImagePicture::processImageUpToFilter(const std::shared_ptr<GPUImageStage>& filter,
@@ -97,7 +95,7 @@ void GPUImagePicture::addTarget(const std::shared_ptr<GPUImageInput>& target, in
         GPUImageOutput::addTarget(target, textureLocation);
         if (!m_hasProcessedImage || !target || isThere)
             return;
-        target->setInputSize(m_texture.pictureSize(), textureLocation);
+        handFrame({.size = m_texture.pictureSize(), .isHandedAlready = true}, false, *target, textureLocation);
         target->newFrameReadyAtTime(kCMTimeIndefinite, textureLocation);
     });
 }

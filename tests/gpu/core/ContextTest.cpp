@@ -10,7 +10,9 @@
 #include <array>
 #include <chrono>
 #include <cstddef>
+#include <functional>
 #include <sstream>
+#include <stdexcept>
 #include <thread>
 
 namespace lamina::test {
@@ -39,6 +41,15 @@ TEST_F(ContextTest, KnowsTheDevice)
             EXPECT_TRUE(GPUImageContext::deviceSupportsOpenGLESExtension(name)) << name;
     });
     EXPECT_FALSE(GPUImageContext::deviceSupportsOpenGLESExtension("GL_EXT_text")) << "a part of a name";
+}
+
+TEST_F(ContextTest, TellsDriversThatDrawOnTheProcessor)
+{
+    for (const char* renderer : {"llvmpipe (LLVM 15.0.6, 256 bits)", "softpipe", "zink Vulkan 1.3(llvmpipe)",
+                                 "Google SwiftShader", "Software Rasterizer"})
+        EXPECT_TRUE(GPUImageContext::drawsOnProcessor(renderer)) << renderer;
+    for (const char* renderer : {"", "Mali400", "Adreno (TM) 630", "NVIDIA H100 80GB HBM3/PCIe/SSE2"})
+        EXPECT_FALSE(GPUImageContext::drawsOnProcessor(renderer)) << renderer;
 }
 
 TEST_F(ContextTest, ProgramsAreSharedByTextAndKeptUpToABound)
@@ -138,13 +149,66 @@ TEST_F(ContextTest, BlocksRunInlineOnTheQueueAndInOrderElsewhere)
     });
     runAsynchronouslyOnContextQueue(GPUImageContext::sharedImageProcessingContext(), [&] { order.push_back(4); });
     EXPECT_EQ(valueFromVideoProcessingQueue([&] { return order; }), (std::vector{1, 2, 3, 4}));
+}
 
+TEST_F(ContextTest, ASecondContextDrawsBesideTheGraphAndSeesItsTextures)
+{
+    const auto kept = std::make_shared<GPUImageFilter>(paints("1.0"));
+    kept->useNextFrameForImageCapture();
+    m_source->addTarget(kept);
+    m_source->push({1, 1}, {}, second(1));
     GPUImageContext own;
-    runSynchronouslyOnContextQueue(own, [&] {
-        EXPECT_TRUE(isOnVideoProcessingQueue() && own.useAsCurrentContext());
-        EXPECT_EQ(EAGLContext::currentContext(), own.context());
+    onQueue([&] {
+        glFinish();
+        own.useSharegroup(GPUImageContext::sharedImageProcessingContext().context()->sharegroup());
     });
-    EXPECT_FALSE(isOnVideoProcessingQueue());
+    const auto draw = [&](const char* color) {
+        EXPECT_TRUE(contextOfCurrentQueue() == &own && !isOnVideoProcessingQueue());
+        own.setContextShaderProgram(linkedProgram(own, kVertex, paints(color), {"position", "inputTextureCoordinate"}));
+        GLuint framebuffer = 0;
+        glGenFramebuffers(1, &framebuffer);
+        glBindFramebuffer(GL_FRAMEBUFFER, framebuffer);
+        const GLuint texture = kept->framebufferForOutput()->texture();
+        glFramebufferTexture2D(GL_FRAMEBUFFER, GL_COLOR_ATTACHMENT0, GL_TEXTURE_2D, texture, 0);
+        glViewport(0, 0, 1, 1);
+        glEnableVertexAttribArray(0);
+        glVertexAttribPointer(0, 2, GL_FLOAT, GL_FALSE, 0, kGPUImageQuadVertices.data());
+        glDrawArrays(GL_TRIANGLE_STRIP, 0, 4);
+        glFinish();
+        glDeleteFramebuffers(1, &framebuffer);
+    };
+    std::thread beside([&] {
+        for (int i = 0; i < 50; ++i)
+            runSynchronouslyOnContextQueue(own, [&] { draw(i < 49 ? "1.0" : "0.0, 1.0, 0.0, 1.0"); });
+    });
+    for (int i = 0; i < 50; ++i) {
+        EXPECT_TRUE(imagesMatch(std::make_shared<GPUImageFilter>()->newCGImageByFilteringCGImage(chartPicture(9, 5)),
+                                chartPicture(9, 5)));
+    }
+    beside.join();
+    EXPECT_EQ(pixelAt(kept->newCGImageFromCurrentlyProcessedOutput(), 0, 0), (Rgba{0, 255, 0, 255}));
+}
+
+TEST_F(ContextTest, QueuesThatCallEachOtherRunAtOnceOnTheirOwnThreads)
+{
+    GPUImageContext own;
+    std::vector<const GPUImageContext*> order;
+    const auto note = [&] { order.push_back(contextOfCurrentQueue()); };
+    runSynchronouslyOnContextQueue(own, [&] {
+        onQueue([&] {
+            note();
+            runSynchronouslyOnContextQueue(own, [&] {
+                note();
+                onQueue(note);
+            });
+            runSynchronouslyOnContextQueue(own, note);
+        });
+        // Framebuffers are the shared context's, wherever they are asked for.
+        EXPECT_TRUE(GPUImageContext::sharedFramebufferCache().fetchFramebufferForSize({2, 2}, false)->texture() != 0);
+        EXPECT_THROW(onQueue([] { throw std::runtime_error("from there"); }), std::runtime_error);
+    });
+    const GPUImageContext* const shared = &GPUImageContext::sharedImageProcessingContext();
+    EXPECT_THAT(order, testing::ElementsAre(shared, &own, shared, &own));
 }
 
 } // namespace

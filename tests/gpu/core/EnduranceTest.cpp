@@ -1,13 +1,19 @@
 #include "GLCalls.h"
 #include "GraphFixture.h"
 #include "TestPictures.h"
+#include "gpu/core/GPUImage3x3TextureSamplingFilter.h"
+#include "gpu/core/GPUImageBuffer.h"
+#include "gpu/core/GPUImageFilterGroup.h"
+#include "gpu/core/GPUImageFourInputFilter.h"
 #include "gpu/core/GPUImageTwoInputFilter.h"
-#include "gpu/core/GPUImageTwoPassFilter.h"
+#include "gpu/core/GPUImageTwoPassTextureSamplingFilter.h"
 #include "platform/image/pixels/CGImage.h"
 
+#include <array>
 #include <cstdint>
 #include <fstream>
 #include <thread>
+#include <vector>
 
 namespace lamina::test {
 namespace {
@@ -24,31 +30,63 @@ std::size_t residentBytes()
 
 using EnduranceTest = GraphFixture;
 
-TEST_F(EnduranceTest, FramesTakeNothing)
+struct ThreePasses : GPUImageFilter {
+    int passCount() const override { return 3; }
+};
+
+/// The filter with these in its slots.
+template <class Stage>
+std::shared_ptr<Stage> fed(std::shared_ptr<Stage> stage, const std::vector<std::shared_ptr<GPUImageOutput>>& slots)
 {
-    const auto first = multiplying(0.5F);
-    const auto twice = std::make_shared<GPUImageTwoPassFilter>(kGPUImagePassthroughFragmentShaderString,
-                                                               kGPUImagePassthroughFragmentShaderString);
-    const auto both = std::make_shared<GPUImageTwoInputFilter>(kGPUImagePassthroughFragmentShaderString);
-    m_source->addTarget(first);
-    first->addTarget(twice);
-    first->addTarget(both);
-    twice->addTarget(both);
-    const CGImage picture = chartPicture(16, 16);
+    for (std::size_t slot = 0; slot < slots.size(); ++slot)
+        slots[slot]->addTarget(stage, static_cast<int>(slot));
+    return stage;
+}
+
+TEST_F(EnduranceTest, FramesOfAStreamThroughEveryBaseTakeNothing)
+{
+    const char* const through = kGPUImagePassthroughFragmentShaderString;
+    const char* const corners = kGPUImageVertexShaderString;
+    const auto still = std::make_shared<FrameSource>();
+    const auto group = std::make_shared<GPUImageFilterGroup>();
+    group->addFilter(multiplying(0.25F));
+    group->setInitialFilters({group->filterAtIndex(0)});
+    group->setTerminalFilter(group->filterAtIndex(0));
+    fed(group, {m_source}); // first: of four slots the last must not be filled last
+    const auto twice = fed(std::make_shared<GPUImageTwoPassFilter>(through, through), {m_source});
+    const auto first = fed(multiplying(0.5F), {m_source});
+    const auto sampling =
+        fed(std::make_shared<GPUImageTwoPassTextureSamplingFilter>(corners, through, corners, through), {first});
+    const auto grid = fed(std::make_shared<GPUImage3x3TextureSamplingFilter>(through), {first});
+    const auto buffer = fed(std::make_shared<GPUImageBuffer>(), {fed(std::make_shared<ThreePasses>(), {grid})});
+    const auto kept = fed(std::make_shared<GPUImageFilter>(), {still});
+    const std::array<std::shared_ptr<GPUImageFilter>, 3> ends{
+        fed(std::make_shared<GPUImageTwoInputFilter>(through), {buffer, kept}),
+        fed(std::make_shared<GPUImageThreeInputFilter>(through), {first, sampling, twice}),
+        fed(std::make_shared<GPUImageFourInputFilter>(through), {buffer, twice, sampling, group})};
+    int drawn = 0;
+    for (const auto& end : ends)
+        end->setFrameProcessingCompletionBlock([&](GPUImageOutput&, const CMTime&) { ++drawn; });
+    const CGImage picture = chartPicture(4, 4);
+    still->push(picture, kCMTimeIndefinite);
     const auto run = [&](int frames) {
-        for (int i = 0; i < frames; ++i) {
-            first->setFloat(0.1F, "factor");
-            m_source->push(picture, second(i));
-        }
+        onQueue([&] { // without a hop a frame
+            for (int i = 0; i < frames; ++i) {
+                first->setFloat(0.1F, "factor");
+                m_source->push(picture, second(i));
+            }
+        });
     };
     run(100);
     const GLCalls calls = valueFromVideoProcessingQueue(glCallsSoFar);
     const std::size_t living = GPUImageFramebufferCache::livingCount();
+    const std::size_t idle = idleFramebuffers();
     [[maybe_unused]] const std::size_t memory = residentBytes();
-    run(2000);
+    run(10000);
+    EXPECT_EQ(drawn, 3 * 10100);
     EXPECT_EQ((valueFromVideoProcessingQueue(glCallsSoFar) - calls).objectsMade(), 0);
     EXPECT_EQ(GPUImageFramebufferCache::livingCount(), living);
-    EXPECT_EQ(idleFramebuffers(), living);
+    EXPECT_EQ(idleFramebuffers(), idle);
 #ifndef __SANITIZE_ADDRESS__ // which keeps memory to find late uses
     EXPECT_LT(residentBytes(), memory + (std::size_t{1} << 20));
 #endif
@@ -89,6 +127,8 @@ TEST(MisuseDeathTest, WorkOfTheQueueElsewhereIsCaught)
     const auto framebuffer = GPUImageContext::sharedFramebufferCache().fetchFramebufferForSize({4, 4}, false);
     EXPECT_DEATH(filter->newFrameReadyAtTime(kCMTimeZero, 0), "Assert");
     EXPECT_DEATH(framebuffer->lock(), "Assert");
+    GPUImageContext own;
+    EXPECT_DEATH(runSynchronouslyOnContextQueue(own, [&] { framebuffer->lock(); }), "Assert");
     EXPECT_DEATH(runSynchronouslyOnVideoProcessingQueue([] { DispatchQueue::main().sync([] {}); }), "Assert");
 }
 #endif

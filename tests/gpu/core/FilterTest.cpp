@@ -171,6 +171,10 @@ TEST_F(FilterTest, CompletionHearsOfEveryFrameBeforeTheTargetsAndTheEndIsToldOnc
     m_source->removeTarget(filter);
     onQueue([&] { filter->endProcessing(); });
     EXPECT_EQ(consumer->endings(), 1);
+    m_source->addTarget(filter);
+    m_source->push({2, 2}, {}, second(5));
+    m_source->removeTarget(filter);
+    EXPECT_EQ(consumer->endings(), 2) << "of what came after the first end";
 }
 
 TEST_F(FilterTest, AKeptFrameCanBeReadAgain)

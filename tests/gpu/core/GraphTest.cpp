@@ -75,22 +75,30 @@ TEST_F(GraphTest, AnIgnoredTargetStaysInTheListWithoutFrames)
 
     filter->removeTarget(ignored);
     ignored->setShouldIgnoreUpdates(false);
+    ignored->setEnabled(false); // filters don't ask, this source does
     filter->addTarget(ignored);
+    m_source->addTarget(ignored);
     push();
     EXPECT_EQ(ignored->frames().size(), 1U);
 }
 
-TEST_F(GraphTest, KnowsWhetherOneChannelWouldDoForAll)
+TEST_F(GraphTest, OneChannelIsToldWhereItIsSentAndWouldDoForAll)
 {
+    m_source->setMonochrome(true);
     const auto gray = consumerOf(*m_source);
-    EXPECT_FALSE(m_source->allTargetsWantMonochromeData());
+    push();
+    EXPECT_FALSE(gray->toldMonochrome()) << "it wants all";
     m_source->removeTarget(gray);
     gray->setWantsMonochrome(true);
     m_source->addTarget(gray);
     EXPECT_FALSE(m_source->allTargetsWantMonochromeData()) << "forgotten only when all are removed";
     m_source->removeAllTargets();
     m_source->addTarget(gray);
-    EXPECT_TRUE(m_source->allTargetsWantMonochromeData());
+    push();
+    EXPECT_TRUE(gray->toldMonochrome());
+    m_source->setMonochrome(false);
+    push();
+    EXPECT_FALSE(gray->toldMonochrome()) << "all channels are sent";
 }
 
 } // namespace

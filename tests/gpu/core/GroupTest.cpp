@@ -2,6 +2,7 @@
 #include "TestPictures.h"
 #include "gpu/core/GPUImageBuffer.h"
 #include "gpu/core/GPUImageFilterGroup.h"
+#include "gpu/core/GPUImageTwoInputFilter.h"
 
 #include <cstdint>
 
@@ -72,6 +73,34 @@ TEST_F(GroupTest, SeveralInitialFiltersShareTheInput)
         onQueue([&] { group->endProcessing(); });
     EXPECT_EQ(ofFirst->endings(), 1);
     EXPECT_EQ(ofOther->endings(), 1);
+    m_source->push({2, 2}, {}, second(3));
+    onQueue([&] { group->endProcessing(); });
+    EXPECT_EQ(ofFirst->endings(), 2) << "it has had a frame since";
+    EXPECT_EQ(ofOther->endings(), 1);
+}
+
+TEST_F(GroupTest, AStillIsKeptBehindAGroupAndABuffer)
+{
+    auto still = std::make_shared<FrameSource>();
+    const auto buffer = std::make_shared<GPUImageBuffer>();
+    const auto group = std::make_shared<Fifth>();
+    const auto blend = std::make_shared<GPUImageTwoInputFilter>(R"(
+        varying highp vec2 textureCoordinate2; uniform sampler2D inputImageTexture2;
+        void main() { gl_FragColor = texture2D(inputImageTexture2, textureCoordinate2); })");
+    still->addTarget(buffer);
+    buffer->addTarget(group);
+    m_source->addTarget(blend);
+    group->addTarget(blend);
+    const auto end = consumerOf(*blend);
+    still->push({2, 2}, {100, 100, 100, 100}, kCMTimeIndefinite);
+    for (int i = 1; i <= 3; ++i) {
+        m_source->push({2, 2}, {}, second(i));
+        EXPECT_EQ(pixelAt(end->last().pixels, 0, 0)[0], 20) << i;
+    }
+    EXPECT_EQ(GPUImageFramebufferCache::livingCount() - idleFramebuffers(), 2U) << "the buffer's and the blend's";
+    still.reset();
+    group->removeAllTargets();
+    EXPECT_EQ(GPUImageFramebufferCache::livingCount(), idleFramebuffers());
 }
 
 TEST_F(GroupTest, NothingHappensUntilThereAreFilters)

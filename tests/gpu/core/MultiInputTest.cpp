@@ -52,7 +52,8 @@ protected:
     }
 
     /// "S0=10": slot 0 gets a still picture of red 10. "V0=10@3": a frame of a stream at second 3, without "@3" one
-    /// without a time. "F1": slot 1 is not waited for any more. "P0": rendering is prevented.
+    /// without a time, which is what a filter makes of a still. "F1": slot 1 is not waited for any more. "P0":
+    /// rendering is prevented. "R1": the source of slot 1 is removed.
     void perform(const std::string& step)
     {
         char what = 0;
@@ -68,6 +69,8 @@ protected:
             m_sources.at(slot)->push({2, 2}, color, time < 0 ? kCMTimeIndefinite : second(time));
         else if (what == 'P')
             m_filter->setPreventRendering(true);
+        else if (what == 'R')
+            m_sources.at(slot)->removeTarget(m_filter);
         else if (slot == 0)
             m_filter->disableFirstFrameCheck();
         else if (slot == 1)
@@ -105,8 +108,14 @@ const Script kScripts[] = {
     {"two stills draw when both have come", 2, "S0=10 S1=20 S1=40 S0=30", "-: 10 20; -: 30 40; "},
     {"each frame of a stream draws beside a still", 2, "S1=50 V0=1@1 V0=2@2 V0=3@3", "1: 1 50; 2: 2 50; 3: 3 50; "},
     {"in the other slot too", 2, "S0=50 V1=1@1 V1=2@2", "1: 50 1; 2: 50 2; "},
-    {"a still that was counted has gone back to the pool after its draw", 2, "V1=50 V0=9@1 V0=9@2 V0=9@3",
-     "1: 9 50; 2: 9 0; 3: 9 0; "},
+    {"what a filter makes of a still is kept for the stream", 2, "V1=50 V0=8@1 V0=9@2", "1: 8 50; 2: 9 50; "},
+    {"until another one comes", 2, "V0=50 V1=8@1 V0=60 V1=9@2 V0=70 V0=80 V1=9@3", "1: 50 8; 2: 60 9; 3: 80 9; "},
+    {"or the slot streams", 2, "V1=50 V0=8@1 V1=60@2 V0=9@3 F1 V0=9@4", "1: 8 50; 3: 9 60; 4: 9 0; "},
+    {"or its source is removed", 2, "V1=50 V0=8@1 R1 V0=9@2", "1: 8 50; 2: 9 0; "},
+    {"two that were counted draw a stream too", 2, "V0=10 V1=20 V0=30@1 V0=31@2", "-: 10 20; 1: 30 20; 2: 31 20; "},
+    {"three keep theirs", 3, "V0=11 V1=21 V2=31@5 V2=32@6", "5: 11 21 31; 6: 11 21 32; "},
+    {"four too", 4, "V3=41 V0=11 V1=21 V2=31@5 V2=32@6", "5: 11 21 31 41; 6: 11 21 32 41; "},
+    {"one that comes to a filter that is prevented goes at its end", 2, "P0 V1=50 V0=8@1", ""},
     {"two streams draw in pairs at the first one's time", 2, "V1=1@8 V0=2@7 V0=3@9 V1=4@10", "7: 2 1; 9: 3 4; "},
     {"of an input that outruns the other the last frame counts", 2, "V0=1@1 V0=2@2 V0=3@3 V0=4@4 V1=7@5", "4: 4 7; "},
     {"a slot that was freed is not waited for", 2, "V1=20@1 V0=10@1 F1 V0=11@2 V0=12@3",
@@ -133,9 +142,10 @@ TEST_F(MultiInputTest, DrawsWhenTheSlotsHaveWhatTheyNeed)
         EXPECT_EQ(drawn(), script.drawn);
         // A frame for each slot, one on its way, and the output.
         EXPECT_LE(GPUImageFramebufferCache::livingCount(), before + static_cast<std::size_t>(script.inputs) + 2);
+        const std::size_t living = GPUImageFramebufferCache::livingCount();
         m_sources.clear();
         m_filter.reset();
-        EXPECT_EQ(idleFramebuffers(), GPUImageFramebufferCache::livingCount()) << "all counts have been given back";
+        EXPECT_EQ(idleFramebuffers(), living) << "all counts have been given back";
     }
 }
 

@@ -1,6 +1,7 @@
 #include "GLCalls.h"
 #include "GraphFixture.h"
 #include "TestPictures.h"
+#include "gpu/core/GPUImageContext.h"
 #include "gpu/core/GPUImageFilterGroup.h"
 #include "gpu/core/GPUImageRotationMode.h"
 #include "gpu/filters/blend/BlendFilters.h"
@@ -137,14 +138,83 @@ TEST_F(FilterBehaviourTest, BlurShadersOfSingleReadsAndOfPairsAgree)
     }
 }
 
+/// The picture as a filter gives it whose shaders are those of pairs on every device.
+CGImage blurredByPairs(const CGImage& picture, GPUImageRotationMode rotation, unsigned reach, double sigma,
+                       const std::function<void(Blur&)>& change)
+{
+    FrameSource source;
+    const auto filter = std::make_shared<Blur>();
+    filter->switchToVertexShader(Blur::vertexShaderForOptimizedBlurOfRadius(reach, sigma),
+                                 Blur::fragmentShaderForOptimizedBlurOfRadius(reach, sigma));
+    change(*filter);
+    source.addTarget(filter);
+    source.setRotation(rotation);
+    const auto consumer = consumerOf(*filter);
+    source.push(picture, second(1));
+    return consumer->last().pixels;
+}
+
+TEST_F(FilterBehaviourTest, ABlurThatReadsEachTexelGivesWhatPairsGive)
+{
+    const auto same = [](Blur&) {};
+    struct Case {
+        GPUImageRotationMode rotation = kGPUImageNoRotation;
+        std::function<void(Blur&)> change;
+        int tolerance = 0;
+    };
+    const Case cases[] = {
+        {kGPUImageNoRotation, same, 1},
+        {kGPUImageRotateLeft, same, 1},
+        {kGPUImageRotateRight, [](Blur& blur) { blur.setBlurPasses(3); }, 2},
+        // Pairs read between texels then, and so does a blur on every device.
+        {kGPUImageNoRotation, [](Blur& blur) { blur.setTexelSpacingMultiplier(2); }},
+        {kGPUImageNoRotation,
+         [](Blur& blur) {
+             blur.forceProcessingAtSize({20, 31});
+         },
+         1},
+    };
+    const CGImage picture = noise(37, 23);
+    const auto filter = std::make_shared<Blur>();
+    filter->setBlurRadiusInPixels(10);
+    m_source->addTarget(filter);
+    const auto consumer = consumerOf(*filter);
+    for (const auto& [rotation, change, tolerance] : cases) {
+        change(*filter);
+        m_source->setRotation(rotation);
+        m_source->push(picture, second(1));
+        EXPECT_TRUE(imagesMatch(consumer->last().pixels, blurredByPairs(picture, rotation, 22, 10, change), tolerance));
+        filter->setBlurPasses(1);
+        filter->setTexelSpacingMultiplier(1);
+    }
+}
+
+TEST_F(FilterBehaviourTest, FewVaryingsTakeFewPairsOfABlur)
+{
+    const CGImage picture = noise(37, 23);
+    const CGImage wanted = blurredByPairs(picture, kGPUImageNoRotation, 22, 10, [](Blur&) {});
+    for (const auto& [vectors, places] : {std::pair{8, "[7]"}, {11, "[9]"}, {15, "[13]"}, {16, "[15]"}, {1, "[7]"}}) {
+        GPUImageContext::limitVaryingVectors(vectors);
+        EXPECT_THAT(Blur::vertexShaderForOptimizedBlurOfRadius(22, 10), testing::HasSubstr(places));
+        EXPECT_TRUE(imagesMatch(blurredByPairs(picture, kGPUImageNoRotation, 22, 10, [](Blur&) {}), wanted, 1));
+    }
+    GPUImageContext::limitVaryingVectors(0);
+}
+
 TEST_F(FilterBehaviourTest, ABlurMakesShadersOnlyForARadiusThatIsNew)
 {
     Blur filter;
-    for (const auto& [radius, made] :
-         {std::pair{2.0F, 0}, {23.0F, 3}, {23.3F, 0}, {24.0F, 3}, {23.0F, 0}, {std::nanf(""), 0}, {HUGE_VALF, 0}}) {
+    const int isNew = GPUImageContext::deviceDrawsOnProcessor() ? 2 : 1; // passes of pairs share one
+    for (const auto& [radius, made] : {std::pair{2.0F, 0},
+                                       {23.0F, isNew},
+                                       {23.3F, 0},
+                                       {24.0F, isNew},
+                                       {23.0F, 0},
+                                       {std::nanf(""), 0},
+                                       {HUGE_VALF, 0}}) {
         const GLCalls before = glCallsSoFar();
         filter.setBlurRadiusInPixels(radius);
-        EXPECT_EQ((glCallsSoFar() - before).objects, made) << radius << ": two shaders, a program for both passes";
+        EXPECT_EQ((glCallsSoFar() - before).programs, made) << radius;
     }
     EXPECT_EQ(filter.blurRadiusInPixels(), 23.0F) << "what is no number changes nothing";
 }
@@ -200,7 +270,7 @@ TEST_F(FilterBehaviourTest, GrayscaleLeavesMonochromeInputAlone)
     m_source->addTarget(filter);
     const auto consumer = consumerOf(*filter);
     for (const bool monochrome : {true, false}) {
-        onQueue([&] { filter->setCurrentlyReceivingMonochromeInput(monochrome); });
+        m_source->setMonochrome(monochrome);
         m_source->push({8, 8}, {}, second(1));
         EXPECT_EQ(consumer->frames().empty(), monochrome);
         EXPECT_EQ(idleFramebuffers() == 0, monochrome) << "the input's count stays";

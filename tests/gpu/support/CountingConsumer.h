@@ -1,5 +1,6 @@
 #pragma once
 
+#include "gpu/core/FramebufferHold.h"
 #include "gpu/core/GPUImageInput.h"
 #include "platform/image/pixels/CGImage.h"
 
@@ -24,6 +25,7 @@ public:
 
     void setShouldIgnoreUpdates(bool ignore) { m_ignoresUpdates = ignore; }
     void setWantsMonochrome(bool wants) { m_wantsMonochrome = wants; }
+    void setEnabled(bool enabled) { m_enabled = enabled; }
     /// Writes the name and the slot into `log` at every frame: the order among several.
     void logTo(std::vector<std::string>& log, std::string name)
     {
@@ -34,6 +36,7 @@ public:
     const std::vector<Frame>& frames() const { return m_frames; }
     const Frame& last() const { return m_frames.at(m_frames.size() - 1); }
     int endings() const { return m_endings; }
+    bool toldMonochrome() const { return m_receivesMonochrome; }
     CGSize toldSize() const { return m_size; }
     GPUImageRotationMode toldRotation() const { return m_rotation; }
 
@@ -45,13 +48,13 @@ public:
     CGSize maximumOutputSize() const override { return {}; }
     void endProcessing() override { ++m_endings; }
     bool shouldIgnoreUpdatesToThisTarget() const override { return m_ignoresUpdates; }
-    bool enabled() const override { return true; }
+    bool enabled() const override { return m_enabled; }
     bool wantsMonochromeInput() const override { return m_wantsMonochrome; }
-    void setCurrentlyReceivingMonochromeInput(bool) override {}
+    void setCurrentlyReceivingMonochromeInput(bool monochrome) override { m_receivesMonochrome = monochrome; }
 
 private:
     std::vector<Frame> m_frames;
-    std::shared_ptr<GPUImageFramebuffer> m_framebuffer;
+    FramebufferHold m_framebuffer;
     CGSize m_size;
     GPUImageRotationMode m_rotation = kGPUImageNoRotation;
     std::vector<std::string>* m_log = nullptr;
@@ -59,6 +62,8 @@ private:
     int m_endings = 0;
     bool m_ignoresUpdates = false;
     bool m_wantsMonochrome = false;
+    bool m_receivesMonochrome = false;
+    bool m_enabled = true;
 };
 
 } // namespace lamina::test

@@ -3,8 +3,10 @@
 #include "TestPictures.h"
 #include "gpu/core/GPUImageOutput.h"
 #include "gpu/core/GPUImageRotationMode.h"
+#include "gpu/core/PictureTexture.h"
 
 #include <cstddef>
+#include <memory>
 
 namespace lamina::test {
 
@@ -20,10 +22,13 @@ public:
     void pushStill(const CGImage& picture);
 
     void setRotation(GPUImageRotationMode rotation) { m_rotation = rotation; }
+    /// As if its frames had one channel.
+    void setMonochrome(bool monochrome) { m_isMonochrome = monochrome; }
 
 private:
     GPUImageRotationMode m_rotation = kGPUImageNoRotation;
-    std::shared_ptr<GPUImageFramebuffer> m_still;
+    bool m_isMonochrome = false;
+    std::unique_ptr<PictureTexture> m_still;
 };
 
 /// The number of framebuffers that wait in the pool once all that has been returned so far is there.

@@ -1,6 +1,7 @@
 #include "gpu/filters/analysis/GPUImageAverageLuminanceThresholdFilter.h"
 
 #include "gpu/filters/analysis/GPUImageLuminosity.h"
+#include "platform/base/CMTime.h"
 #include "gpu/filters/color/GPUImageLuminanceThresholdFilter.h"
 
 namespace lamina {

@@ -1,5 +1,9 @@
 #include "gpu/filters/analysis/GPUImageLuminosity.h"
 
+#include "gpu/core/FilterRegistry.h"
+#include "gpu/core/FilterResults.h"
+#include "gpu/core/GPUVectors.h"
+#include "platform/base/CMTime.h"
 #include "gpu/core/VideoProcessingQueue.h"
 
 namespace lamina {

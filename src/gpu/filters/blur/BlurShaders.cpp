@@ -6,6 +6,7 @@
 #include "gpu/filters/blur/BlurShaders.h"
 
 #include "gpu/core/FilterProgram.h"
+#include "gpu/core/GPUImageContext.h"
 
 #include <algorithm>
 #include <array>
@@ -17,9 +18,16 @@ namespace lamina {
 
 namespace {
 
-/// Pairs on each side whose places travel in varyings: 15 places and the step, of two components each, fill what every
-/// device has, 8 of four.
-constexpr std::size_t kPairsInVaryings = 7;
+/// Pairs on each side whose places travel in varyings. An array takes a vector of four for each place, and the step one
+/// more; seven pairs make sixteen. Every device has eight.
+std::size_t pairsInVaryings()
+{
+    constexpr std::size_t kMost = 7;
+    constexpr int kPixelAndStep = 2;
+    constexpr int kLeastVectors = 8;
+    const int vectors = std::max(GPUImageContext::maximumVaryingVectorsForThisDevice(), kLeastVectors);
+    return std::min(kMost, static_cast<std::size_t>(vectors - kPixelAndStep) / 2);
+}
 
 /// Six decimals with a point, whatever the locale.
 std::string decimal(double value)
@@ -179,11 +187,12 @@ std::string optimizedBlurVertexShader(const BlurWeights& weights)
         return kGPUImageVertexShaderString;
     const std::vector<Pair> pairs = pairsOf(weights);
     std::vector<double> steps{0};
-    for (std::size_t j = 0; j < std::min(pairs.size(), kPairsInVaryings); ++j) {
+    const std::size_t handedOut = std::min(pairs.size(), pairsInVaryings());
+    for (std::size_t j = 0; j < handedOut; ++j) {
         steps.push_back(pairs[j].offset);
         steps.push_back(-pairs[j].offset);
     }
-    return vertexShader(steps, pairs.size() > kPairsInVaryings);
+    return vertexShader(steps, pairs.size() > handedOut);
 }
 
 std::string optimizedBlurFragmentShader(const BlurWeights& weights, BlurChannels channels)
@@ -192,7 +201,7 @@ std::string optimizedBlurFragmentShader(const BlurWeights& weights, BlurChannels
         return kGPUImagePassthroughFragmentShaderString;
     const Sum sum = sumOf(channels);
     const std::vector<Pair> pairs = pairsOf(weights);
-    const std::size_t handedOut = std::min(pairs.size(), kPairsInVaryings);
+    const std::size_t handedOut = std::min(pairs.size(), pairsInVaryings());
 
     std::string text = fragmentShaderHead(sum, 1 + 2 * handedOut, pairs.size() > handedOut);
     text += addend(sum, place(0), weights[0]);
@@ -203,6 +212,36 @@ std::string optimizedBlurFragmentShader(const BlurWeights& weights, BlurChannels
     for (std::size_t j = handedOut; j < pairs.size(); ++j) {
         text += addend(sum, place(0) + " " + stepsAway(pairs[j].offset), pairs[j].weight);
         text += addend(sum, place(0) + " " + stepsAway(-pairs[j].offset), pairs[j].weight);
+    }
+    return text + fragmentShaderTail(sum);
+}
+
+std::string blurVertexShader(const BlurWeights& weights, BlurReads reads)
+{
+    if (weights.size() < 2 || reads == BlurReads::Pairs)
+        return optimizedBlurVertexShader(weights);
+    return vertexShader({0}, true);
+}
+
+/// Places are computed one coordinate at a time: the other one leads to the same row or column for all, which is then
+/// looked for once.
+std::string blurFragmentShader(const BlurWeights& weights, BlurChannels channels, BlurReads reads)
+{
+    if (weights.size() < 2 || reads == BlurReads::Pairs)
+        return optimizedBlurFragmentShader(weights, channels);
+    const Sum sum = sumOf(channels);
+    const auto away = [&](const char* sign, std::size_t steps) {
+        const std::string way = std::string(" ") + sign + " " + decimal(static_cast<double>(steps)) + " * step";
+        return reads == BlurReads::EachDown ? "vec2(pixel.x, pixel.y" + way + ")" : "vec2(pixel.x" + way + ", pixel.y)";
+    };
+    std::string text = fragmentShaderHead(sum, 1, true);
+    text += "    highp vec2 pixel = blurCoordinates[0];\n    highp float step = singleStepOffset.";
+    text += reads == BlurReads::EachDown ? "y;\n" : "x;\n";
+    text += addend(sum, "pixel", weights[0]);
+    for (std::size_t i = 1; i < weights.size(); ++i) {
+        text += "    sum += (texture2D(inputImageTexture, " + away("+", i) + ")" + sum.component;
+        text += " + texture2D(inputImageTexture, " + away("-", i) + ")" + sum.component;
+        text += ") * " + decimal(static_cast<double>(weights[i])) + ";\n";
     }
     return text + fragmentShaderTail(sum);
 }

@@ -34,10 +34,23 @@ std::string standardBlurVertexShader(const BlurWeights& weights);
 std::string standardBlurFragmentShader(const BlurWeights& weights, BlurChannels channels = BlurChannels::All);
 
 /// Neighbours are read in pairs, at the place between both where linear sampling weighs them right. The vertex shader
-/// hands out the places of seven pairs on each side; those of pairs beyond, for which there are no varyings left, are
-/// computed at each pixel from the step, `singleStepOffset`.
+/// hands out the places of seven pairs on each side, or as many as the device has varyings for; those of pairs beyond
+/// are computed at each pixel from the step, `singleStepOffset`.
 std::string optimizedBlurVertexShader(const BlurWeights& weights);
 /// Sums what is read there, and at the computed places.
 std::string optimizedBlurFragmentShader(const BlurWeights& weights, BlurChannels channels = BlurChannels::All);
+
+/// How the places of a pass are read.
+enum class BlurReads {
+    Pairs,      ///< two neighbours at once, as above
+    EachDown,   ///< each texel of the column: steps must be one texel downwards
+    EachAcross, ///< each texel of the row: steps must be one texel across
+};
+
+/// The shader for such reads. Where the processor draws, reading each neighbour by itself without interpolation takes
+/// about half the time of pairs, and gives the same within a step of 8 bits.
+std::string blurVertexShader(const BlurWeights& weights, BlurReads reads);
+/// The same.
+std::string blurFragmentShader(const BlurWeights& weights, BlurChannels channels, BlurReads reads);
 
 } // namespace lamina

@@ -3,6 +3,7 @@
 
 #include "gpu/filters/blur/GPUImageGaussianBlurFilter.h"
 
+#include "gpu/core/GPUImageContext.h"
 #include "gpu/core/GPUImageRotationMode.h"
 #include "gpu/core/VideoProcessingQueue.h"
 
@@ -29,6 +30,13 @@ unsigned sampleRadiusForSigma(double sigma, double sigmaOfLargest)
     return whole + whole % 2;
 }
 
+/// What pictures of their own size are drawn with, so that programs that are never used are rarely built.
+std::array<BlurReads, 2> readsToBeExpected()
+{
+    return GPUImageContext::deviceDrawsOnProcessor() ? std::array{BlurReads::EachDown, BlurReads::EachAcross}
+                                                     : std::array{BlurReads::Pairs, BlurReads::Pairs};
+}
+
 } // namespace
 
 GPUImageGaussianBlurFilter::GPUImageGaussianBlurFilter()
@@ -38,10 +46,18 @@ GPUImageGaussianBlurFilter::GPUImageGaussianBlurFilter()
 
 GPUImageGaussianBlurFilter::GPUImageGaussianBlurFilter(const BlurWeights& weights, float blurRadiusInPixels,
                                                        BlurChannels channels)
+    : GPUImageGaussianBlurFilter(weights, blurRadiusInPixels, channels, readsToBeExpected())
+{
+}
+
+GPUImageGaussianBlurFilter::GPUImageGaussianBlurFilter(const BlurWeights& weights, float blurRadiusInPixels,
+                                                       BlurChannels channels, const std::array<BlurReads, 2>& reads)
     : GPUImageTwoPassTextureSamplingFilter(
-          optimizedBlurVertexShader(weights), optimizedBlurFragmentShader(weights, channels),
-          optimizedBlurVertexShader(weights), optimizedBlurFragmentShader(weights, channels))
+          blurVertexShader(weights, reads[0]), blurFragmentShader(weights, channels, reads[0]),
+          blurVertexShader(weights, reads[1]), blurFragmentShader(weights, channels, reads[1]))
     , m_channels(channels)
+    , m_weights(weights)
+    , m_reads(reads)
     , m_blurRadiusInPixels(blurRadiusInPixels)
 {
 }
@@ -78,8 +94,10 @@ void GPUImageGaussianBlurFilter::setBlurRadiusInPixels(float pixels)
 
 void GPUImageGaussianBlurFilter::useRadius(double pixels)
 {
-    const BlurWeights weights = weightsForRadius(pixels);
-    switchToVertexShader(optimizedBlurVertexShader(weights), optimizedBlurFragmentShader(weights, m_channels));
+    m_weights = weightsForRadius(pixels);
+    buildPass(0);
+    buildPass(1);
+    setupFilterForSize(sizeOfFBO());
 }
 
 void GPUImageGaussianBlurFilter::setFraction(float& fraction, float value, float& other)
@@ -132,11 +150,45 @@ void GPUImageGaussianBlurFilter::switchToVertexShader(const std::string& vertexS
                                                       const std::string& fragmentShader)
 {
     runSynchronouslyOnVideoProcessingQueue([&] {
+        m_weights.clear();
         buildProgram(firstPass(), vertexShader, fragmentShader);
         buildSecondProgram(vertexShader, fragmentShader);
         readOffsetUniforms();
         setupFilterForSize(sizeOfFBO());
     });
+}
+
+void GPUImageGaussianBlurFilter::buildPass(int programIndex)
+{
+    const BlurReads reads = m_reads[static_cast<std::size_t>(programIndex)];
+    buildProgram(programIndex == 0 ? firstPass() : secondPass(), blurVertexShader(m_weights, reads),
+                 blurFragmentShader(m_weights, m_channels, reads));
+    readOffsetUniforms();
+}
+
+/// Between texels, and in steps of another length, it is pairs that say what a blur gives.
+BlurReads GPUImageGaussianBlurFilter::readsFor(int programIndex, bool onGrid) const
+{
+    const Offsets& pass = programIndex == 0 ? m_verticalPass : m_horizontalPass;
+    const double spacing = programIndex == 0 ? m_verticalTexelSpacing : m_horizontalTexelSpacing;
+    if (!onGrid || spacing != 1 || !GPUImageContext::deviceDrawsOnProcessor())
+        return BlurReads::Pairs;
+    return pass.width == 0 ? BlurReads::EachDown : BlurReads::EachAcross;
+}
+
+void GPUImageGaussianBlurFilter::willDrawPass(int programIndex, bool onGrid)
+{
+    BlurReads& present = m_reads[static_cast<std::size_t>(programIndex)];
+    if (m_weights.empty() || present == readsFor(programIndex, onGrid))
+        return;
+    present = readsFor(programIndex, onGrid);
+    buildPass(programIndex);
+}
+
+bool GPUImageGaussianBlurFilter::readsTexelCentres(int programIndex, std::size_t slot) const
+{
+    const bool readsEach = !m_weights.empty() && m_reads[static_cast<std::size_t>(programIndex)] != BlurReads::Pairs;
+    return readsEach || GPUImageTwoPassTextureSamplingFilter::readsTexelCentres(programIndex, slot);
 }
 
 void GPUImageGaussianBlurFilter::setupFilterForSize(CGSize filterFrameSize)

@@ -6,6 +6,8 @@
 #include "gpu/filters/blur/BlurShaders.h"
 #include "platform/base/CGGeometry.h"
 
+#include <array>
+#include <cstddef>
 #include <string>
 #include <vector>
 
@@ -22,7 +24,8 @@ namespace lamina {
 /// shaders: a larger sigma then only flattens the bell. Beyond the border the outermost pixels go on.
 ///
 /// The shaders are made for each radius and let the texture unit weigh two neighbours in one read, so a radius costs a
-/// new program the first time it is used and none later. A new filter has sigma 2 cut at n = 4, narrower than what
+/// new program the first time it is used and none later. (Where the processor draws, each neighbour is read by itself.)
+/// A new filter has sigma 2 cut at n = 4, narrower than what
 /// setting another radius and then 2 again gives (n = 6); looks are tuned to it.
 ///
 /// Setters may be called from any thread, one at a time; they wait for the video processing queue.
@@ -66,7 +69,7 @@ public:
     /// Reads two neighbours at once.
     static std::string fragmentShaderForOptimizedBlurOfRadius(unsigned blurRadius, double sigma);
 
-    /// Replaces the shaders of both passes. Waits for the queue.
+    /// Replaces the shaders of both passes, until a radius is set. Waits for the queue.
     void switchToVertexShader(const std::string& vertexShader, const std::string& fragmentShader);
 
     void setupFilterForSize(CGSize filterFrameSize) override;
@@ -89,15 +92,24 @@ protected:
     static constexpr unsigned kRadiusOfNewFilter = 4;
     static constexpr float kSigmaOfNewFilter = 2;
 
+    void willDrawPass(int programIndex, bool onGrid) override;
+    bool readsTexelCentres(int programIndex, std::size_t slot) const override;
+
     /// What a blur lets one set, starting from this radius.
     static std::vector<FilterProperty> properties(float blurRadiusInPixels);
 
 private:
+    GPUImageGaussianBlurFilter(const BlurWeights& weights, float blurRadiusInPixels, BlurChannels channels,
+                               const std::array<BlurReads, 2>& reads);
     void setFraction(float& fraction, float value, float& other);
     void dropTheTurn();
+    BlurReads readsFor(int programIndex, bool onGrid) const;
+    void buildPass(int programIndex);
 
     // Some are written while a frame's size is being set: they are written on the queue alone.
     BlurChannels m_channels;
+    BlurWeights m_weights; ///< of the present shaders; empty where they are somebody else's
+    std::array<BlurReads, 2> m_reads;
     float m_texelSpacingMultiplier = 1;
     float m_blurRadiusInPixels = 2;
     float m_fractionOfWidth = 0;

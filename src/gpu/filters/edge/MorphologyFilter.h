@@ -4,6 +4,7 @@
 #include "gpu/core/GPUImageTwoPassTextureSamplingFilter.h"
 #include "gpu/filters/edge/MorphologyShaders.h"
 
+#include <cstddef>
 #include <vector>
 
 namespace lamina {
@@ -17,6 +18,9 @@ public:
 protected:
     /// `radius` in pixels: 0 counts as 1, more than 4 as 4.
     MorphologyFilter(Morphology morphology, unsigned radius, MorphologyChannels channels = MorphologyChannels::Red);
+
+    /// All places are whole steps away.
+    bool readsTexelCentres(int, std::size_t) const override { return stepsAreWholeTexels(); }
 };
 
 /// For descriptions: the spacings of a filter that has their setters.
