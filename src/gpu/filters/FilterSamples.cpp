@@ -62,6 +62,7 @@ const std::map<std::string_view, FilterSettings>& samples()
         {"GPUImageUnsharpMaskFilter", {{"intensity", 3.0F}}},
         {"GPUImageVignetteFilter", {{"vignetteStart", 0.2F}, {"vignetteEnd", 0.7F}}},
         {"GPUImageWhiteBalanceFilter", {{"temperature", 7500.0F}}},
+        {"GPUImageiOSBlurFilter", {{"blurRadiusInPixels", 3.0F}}},
     };
     return kSamples;
 }
