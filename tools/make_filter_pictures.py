@@ -81,6 +81,8 @@ def main(lamina):
         for entry in entries:
             subprocess.run([lamina, *command_line(entry, folder), "-q"], check=True)
             picture = on_white(folder / "out.png")
+            if min(picture.width / WORKING[0], picture.height / WORKING[1]) < 1 / 8:
+                picture = picture.resize(SHOWN, Image.NEAREST)  # an average, a histogram
             picture.thumbnail(SHOWN, Image.LANCZOS)
             picture.save(TARGET / f"{entry['name']}.jpg", quality=85, optimize=True)
     with open(ROOT / "docs" / "filters.md", "wb") as page:

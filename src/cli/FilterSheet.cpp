@@ -28,6 +28,7 @@ constexpr int kColumns = 6;
 constexpr double kGap = 20;
 constexpr double kHeadingHeight = 48;
 constexpr double kLabelHeight = 36;
+constexpr double kLeastFactor = 0.75; // to which letters of a long name shrink before it is cut
 const UIColor kInk{0.13, 0.13, 0.15, 1};
 const UIColor kPaleInk{0.42, 0.42, 0.46, 1};
 const UIColor kEmpty{0.93, 0.93, 0.94, 1};
@@ -67,12 +68,17 @@ void putDiscPixel(double x, double y, std::uint8_t* pixel)
         *pixel++ = static_cast<std::uint8_t>(std::lround(std::clamp(value, 0.0, 1.0) * 255));
 }
 
-UIImage disc(int side)
+/// Round, in the middle of a picture of this size.
+UIImage disc(IntSize size)
 {
-    const CGImageLayout layout = CGImageLayout::rgba(side, side, CGImageAlphaInfo::Last);
+    const CGImageLayout layout = CGImageLayout::rgba(size.width, size.height, CGImageAlphaInfo::Last);
     PixelBuffer buffer = PixelBuffer::allocate(layout.byteCount());
-    for (int i = 0; buffer && i < side * side; ++i)
-        putDiscPixel((2.0 * (i % side) + 1) / side - 1, (2.0 * (i / side) + 1) / side - 1, buffer.data() + 4L * i);
+    const double side = std::min(size.width, size.height);
+    for (int i = 0; buffer && i < size.width * size.height; ++i) {
+        const double x = (2.0 * (i % size.width) + 1 - size.width) / side;
+        const double y = (2.0 * (i / size.width) + 1 - size.height) / side;
+        putDiscPixel(x, y, buffer.data() + 4L * i);
+    }
     return UIImage(CGImage::make(layout, std::move(buffer)));
 }
 
@@ -126,12 +132,18 @@ public:
     }
 
 private:
+    /// What has hardly any pixels, as an average or a histogram, fills its place.
+    CGSize shownSize(CGSize size) const
+    {
+        const bool isTiny = size.width * 8 < m_picture.width || size.height * 8 < m_picture.height;
+        return isTiny ? m_picture : fitting(size, m_picture);
+    }
     double rowHeight() const { return m_picture.height + kLabelHeight + kGap; }
 
     void fillPlace(double x, const Result<UIImage>& picture)
     {
         if (picture) {
-            drawInRect(*picture, *m_context, {{x, m_y}, fitting(inPixels(*picture), m_picture)});
+            drawInRect(*picture, *m_context, {{x, m_y}, shownSize(inPixels(*picture))});
             return;
         }
         m_context->setFillColor(kEmpty);
@@ -148,6 +160,9 @@ private:
         TextStyle style{font};
         style.alignment = NSTextAlignment::Left;
         style.numberOfLines = lines;
+        const double needed = lines == 1 ? layoutText(text, style).size.width : 0;
+        if (needed > width)
+            style.font.size *= std::max(width / needed * 0.999, kLeastFactor);
         UIBezierPath letters = layoutText(text, style, width).outlines;
         letters.applyTransform(CGAffineTransform::translation(place.x, place.y));
         m_context->setFillColor(color);
@@ -214,7 +229,8 @@ void fill(Sheet& sheet, const std::vector<FilterFamily>& families, const Samples
 
 Result<UIImage> filterSheet(const std::vector<FilterFamily>& families, const UIImage& photo, const UIImage& overlay)
 {
-    const Samples samples{reduced(photo), overlay ? reduced(overlay) : disc(kSheetPictureSide)};
+    const UIImage shown = reduced(photo);
+    const Samples samples{shown, overlay ? reduced(overlay) : disc(shown.pixelSize())};
     if (!samples.photo || !samples.overlay)
         return kNoMemory;
     const CGSize picture = inPixels(samples.photo);

@@ -20,6 +20,7 @@ const std::map<std::string_view, FilterSettings>& samples()
     static const std::map<std::string_view, FilterSettings> kSamples{
         {"GPUImage3x3ConvolutionFilter",
          {{"convolutionKernel", GPUMatrix3x3{{-1, -1, -1}, {-1, 9, -1}, {-1, -1, -1}}}}},
+        {"GPUImageBilateralFilter", {{"distanceNormalizationFactor", 2.0F}}},
         {"GPUImageBrightnessFilter", {{"brightness", 0.25F}}},
         {"GPUImageClosingFilter", {{"radius", 3}}},
         {"GPUImageColorMatrixFilter",
@@ -41,6 +42,7 @@ const std::map<std::string_view, FilterSettings>& samples()
         {"GPUImageLevelsFilter", {{"setMin:gamma:max:minOut:maxOut:", Arguments{0.15F, 1.0F, 0.75F, 0.0F, 1.0F}}}},
         {"GPUImageLineGenerator",
          {{"lineWidth", 4.0F}, {"lines", std::vector<CGPoint>{{0.5, 0}, {-1, 0.3}, {0, -0.5}}}}},
+        {"GPUImageLookupFilter", {{"intensity", 1.0F}}},
         {"GPUImageMosaicFilter", {{"displayTileSize", CGSize{0.04, 0.04}}}},
         {"GPUImageOpacityFilter", {{"opacity", 0.4F}}},
         {"GPUImageOpeningFilter", {{"radius", 3}}},
@@ -62,6 +64,7 @@ const std::map<std::string_view, FilterSettings>& samples()
         {"GPUImageUnsharpMaskFilter", {{"intensity", 3.0F}}},
         {"GPUImageVignetteFilter", {{"vignetteStart", 0.2F}, {"vignetteEnd", 0.7F}}},
         {"GPUImageWhiteBalanceFilter", {{"temperature", 7500.0F}}},
+        {"GPUImageiOSBlurFilter", {{"blurRadiusInPixels", 3.0F}}},
     };
     return kSamples;
 }
