@@ -1,10 +1,10 @@
 #include "cli/FilterCommand.h"
 
+#include "cli/ExitCode.h"
 #include "cli/FilterDrawing.h"
 #include "cli/FilterListing.h"
 #include "cli/FilterParsing.h"
 #include "cli/Messages.h"
-#include "cli/ExitCode.h"
 #include "gpu/core/TypedValue.h"
 
 #include <CLI/Option.hpp>

@@ -2,10 +2,10 @@
 
 #include "cli/PictureCommand.h"
 #include "gpu/core/FilterRegistry.h"
+#include "gpu/core/FilterResults.h"
 #include "gpu/core/GPUImageFilterPipeline.h"
 #include "platform/base/CGGeometry.h"
 #include "platform/base/Result.h"
-#include "gpu/core/FilterResults.h"
 #include "platform/image/pixels/UIImage.h"
 
 #include <CLI/App.hpp>

@@ -1,10 +1,10 @@
 #pragma once
 
 #include "gpu/core/FilterRegistry.h"
+#include "gpu/core/FilterResults.h"
 #include "gpu/core/GPUImageFilterPipeline.h"
 #include "platform/base/CGGeometry.h"
 #include "platform/base/Result.h"
-#include "gpu/core/FilterResults.h"
 #include "platform/image/pixels/UIImage.h"
 
 #include <optional>

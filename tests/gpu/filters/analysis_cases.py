@@ -101,6 +101,7 @@ def votes(p):
         places = [((v + 1) / 2 * rows - 0.5, (u + 1) / 2 * last) for u, v in ((-1, x), (0, y), (1, -x))]
         for start, end in zip(places, places[1:]):
             total[tuple(np.floor(np.array(crossed(start, end)) + 0.5).astype(int))] += 1
+    total[:, [0, last // 2, last]] = np.nan  # where lines begin and end, between two rows
     return np.dstack([total / 255] * 3 + [np.ones_like(total)])
 
 
@@ -132,7 +133,7 @@ CASES = [
                                       ("ShiTomasiFeature", shi_tomasi, 1.5))],
     ("HarrisCornerDetectionFilter sensitivity=9 threshold=0.1 blurRadiusInPixels=1",
      strongest_of_tiles(corners(harris, 9, 0.1, blur(bell(4, 1)))), ["board"], 8, strongest_of_tiles()),
-    ("ParallelCoordinateLineTransformFilter", votes, ["noise", "slope"]),
-    ("HoughTransformLineDetector", line(0.4, 0.1), ["slope"], 3, brightest),
+    ("ParallelCoordinateLineTransformFilter", votes, ["noise"], 1),
+    ("HoughTransformLineDetector", line(0.4, 0.1), ["slope"], 5, brightest),
     ("MotionDetector", lambda p: 0 * average(p), ["noise"], 0),
 ]

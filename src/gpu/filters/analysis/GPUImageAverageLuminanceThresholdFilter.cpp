@@ -1,8 +1,8 @@
 #include "gpu/filters/analysis/GPUImageAverageLuminanceThresholdFilter.h"
 
 #include "gpu/filters/analysis/GPUImageLuminosity.h"
-#include "platform/base/CMTime.h"
 #include "gpu/filters/color/GPUImageLuminanceThresholdFilter.h"
+#include "platform/base/CMTime.h"
 
 namespace lamina {
 

@@ -1,12 +1,12 @@
 #pragma once
 
 #include "gpu/core/FilterRegistry.h"
+#include "gpu/core/FilterResults.h"
 #include "gpu/core/GPUImageFilter.h"
 #include "gpu/core/GPUImageFilterGroup.h"
 #include "gpu/filters/analysis/PeakFinder.h"
 #include "gpu/filters/blur/GPUImageGaussianBlurFilter.h"
 #include "platform/base/CGGeometry.h"
-#include "gpu/core/FilterResults.h"
 #include "platform/base/CMTime.h"
 
 #include <cstddef>

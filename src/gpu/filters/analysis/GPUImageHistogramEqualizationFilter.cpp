@@ -2,9 +2,9 @@
 
 #include "gpu/core/GPUImageTwoInputFilter.h"
 #include "gpu/sources/GPUImageRawDataInput.h"
-#include "platform/base/Log.h"
 #include "platform/base/CGGeometry.h"
 #include "platform/base/CMTime.h"
+#include "platform/base/Log.h"
 #include "platform/base/Result.h"
 
 #include <algorithm>

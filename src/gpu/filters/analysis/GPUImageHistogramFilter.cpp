@@ -1,12 +1,12 @@
 #include "gpu/filters/analysis/GPUImageHistogramFilter.h"
 
-#include "gpu/core/TextureUpload.h"
 #include "gpu/core/FilterProgram.h"
 #include "gpu/core/GPUImageFramebuffer.h"
+#include "gpu/core/TextureUpload.h"
 #include "gpu/core/VideoProcessingQueue.h"
 
-#include <memory>
 #include <algorithm>
+#include <memory>
 #include <string>
 
 namespace lamina {

@@ -1,11 +1,11 @@
 #pragma once
 
 #include "gpu/core/FilterRegistry.h"
+#include "gpu/core/FilterResults.h"
 #include "gpu/core/GPUImageFilter.h"
+#include "gpu/core/TypedValue.h"
 #include "gpu/filters/analysis/FrameReading.h"
 #include "platform/base/CGGeometry.h"
-#include "gpu/core/FilterResults.h"
-#include "gpu/core/TypedValue.h"
 #include "platform/base/CMTime.h"
 
 #include <array>

@@ -1,9 +1,9 @@
 #pragma once
 
 #include "gpu/core/FilterRegistry.h"
+#include "gpu/core/FilterResults.h"
 #include "gpu/core/GPUImageFilterGroup.h"
 #include "platform/base/CGGeometry.h"
-#include "gpu/core/FilterResults.h"
 #include "platform/base/CMTime.h"
 
 #include <cstddef>

@@ -3,8 +3,8 @@
 #include "gpu/core/FilterRegistry.h"
 #include "gpu/core/FilterResults.h"
 #include "gpu/core/GPUVectors.h"
-#include "platform/base/CMTime.h"
 #include "gpu/core/VideoProcessingQueue.h"
+#include "platform/base/CMTime.h"
 
 namespace lamina {
 

@@ -1,8 +1,8 @@
 #include "gpu/filters/analysis/GPUImageMotionDetector.h"
 
+#include "gpu/core/FilterResults.h"
 #include "gpu/core/GPUImageTwoInputFilter.h"
 #include "gpu/filters/analysis/GPUImageAverageColor.h"
-#include "gpu/core/FilterResults.h"
 #include "gpu/filters/blur/GPUImageLowPassFilter.h"
 
 #include <utility>

@@ -3,10 +3,10 @@
 #include "gpu/core/FilterProgram.h"
 #include "platform/base/Log.h"
 
-#include <memory>
 #include <chrono>
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <string>
 
 namespace lamina {
