@@ -94,8 +94,7 @@ public:
 
     void setupFilterForSize(CGSize filterFrameSize) override
     {
-        // What a first pass has drawn lies upright.
-        m_texelSize.setupForSize(filterFrameSize, !kInSecondPass && swapsWidthAndHeight(this->m_inputRotation));
+        m_texelSize.setupForSize(filterFrameSize, liesTurned());
     }
 
 protected:
@@ -114,6 +113,13 @@ protected:
         if (programIndex != (kInSecondPass ? 1 : 0))
             return Base::readsTexelCentres(programIndex, slot);
         return !m_texelSize.isOverridden() && samplingProgram()->reads(slot) != ShaderReads::Anywhere;
+    }
+
+    /// Whether what is sampled, the first input here, lies on its side in its texture. On the queue.
+    virtual bool liesTurned() const
+    {
+        // What a first pass has drawn lies upright.
+        return !kInSecondPass && swapsWidthAndHeight(this->m_inputRotation);
     }
 
     /// For descriptions of subclasses.

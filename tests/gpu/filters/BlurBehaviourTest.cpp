@@ -2,6 +2,7 @@
 #include "GraphFixture.h"
 #include "TestPictures.h"
 #include "gpu/core/GPUImageRotationMode.h"
+#include "gpu/core/GPUImageStage.h"
 #include "gpu/filters/blur/GPUImageBilateralFilter.h"
 #include "gpu/filters/blur/GPUImageGaussianBlurPositionFilter.h"
 #include "gpu/filters/blur/GPUImageGaussianSelectiveBlurFilter.h"
@@ -16,6 +17,7 @@
 #include "gpu/filters/blur/GPUImageiOSBlurFilter.h"
 
 #include <typeinfo>
+#include <utility>
 
 // What blurs do beside their formulas, which a table holds against numpy.
 
@@ -105,19 +107,6 @@ TEST_F(BlurBehaviourTest, WhatResizesGivesTheSizeThatIsAskedFor)
         filter->forceProcessingAtSize({});
         EXPECT_EQ(size(), (IntSize{80, 60}));
     }
-    // A step at half the size, whose samples lie between the pixels: it overshoots on both sides.
-    GPUImageLanczosResamplingFilter lanczos;
-    lanczos.forceProcessingAtSize({8, 4});
-    const CGImage step = makePicture(16, 8, [](int x, int) {
-        return x < 8 ? Rgba{50, 100, 50, 255} : Rgba{200, 100, 50, 255};
-    });
-    EXPECT_TRUE(imagesMatch(lanczos.newCGImageByFilteringCGImage(step),
-                            makePicture(8, 4,
-                                        [](int x, int) {
-                                            constexpr int kReds[] = {50, 50, 48, 78, 172, 202, 200, 200};
-                                            return Rgba{static_cast<std::uint8_t>(kReds[x]), 100, 50, 255};
-                                        }),
-                            2));
 }
 
 class TimeFilterTest : public GraphFixture {

@@ -1,10 +1,12 @@
 #include "GraphFixture.h"
 #include "TestPictures.h"
 #include "gpu/core/HighPrecision.h"
+#include "gpu/filters/effect/GPUImageCropFilter.h"
 #include "gpu/filters/effect/GPUImageGlassSphereFilter.h"
 #include "gpu/filters/effect/GPUImageMosaicFilter.h"
 #include "gpu/filters/effect/GPUImagePolkaDotFilter.h"
 #include "gpu/filters/effect/GPUImageSwirlFilter.h"
+#include "gpu/filters/effect/GPUImageTransformFilter.h"
 #include "gpu/filters/effect/GPUImageVignetteFilter.h"
 #include "gpu/sources/GPUImagePicture.h"
 #include "platform/base/Log.h"
@@ -28,13 +30,18 @@ std::shared_ptr<Filter> around(CGPoint center)
 
 TEST_F(EffectBehaviourTest, PlacesAndSensesTurnWithTheInput)
 {
-    const CGImage picture = rampPicture(40, 24, 90);
+    const CGImage picture = rampPicture(48, 24, 90);
     const auto whirl = around<GPUImageSwirlFilter>({0.3, 0.6});
     whirl->setAngle(0.2F);
     const auto ball = around<GPUImageGlassSphereFilter>({0.6, 0.3});
     const auto dots = std::make_shared<GPUImagePolkaDotFilter>();
-    dots->setFractionalWidthOfAPixel(0.1F);
-    const std::shared_ptr<GPUImageFilter> filters[] = {whirl, ball, dots, around<GPUImageVignetteFilter>({0.2, 0.4})};
+    dots->setFractionalWidthOfAPixel(1.0F / 6); // whole cells on both sides
+    const auto part = std::make_shared<GPUImageCropFilter>();
+    part->setCropRegion({0.1, 0.3, 0.5, 0.25});
+    const auto leaning = std::make_shared<GPUImageTransformFilter>();
+    leaning->setAffineTransform({0.8, 0.1, 0, 0.6, 0.2, 0});
+    const std::shared_ptr<GPUImageFilter> filters[] = {whirl, ball,   dots, around<GPUImageVignetteFilter>({0.2, 0.4}),
+                                                       part,  leaning};
     const auto turn = std::make_shared<GPUImageFilter>();
     const auto filtered = [](GPUImageFilter& filter, const CGImage& input, GPUImageRotationMode rotation) {
         onQueue([&] { filter.setInputRotation(rotation, 0); });

@@ -2,7 +2,7 @@
 
 import numpy as np
 
-from formulas import mix, over as laid_over, stored
+from formulas import mix, moved, over as laid_over, stored
 from pictures import PICTURES
 
 
@@ -70,6 +70,18 @@ def keyed(threshold=0.4, smoothing=0.1, color=(0, 1, 0)):
     return formula
 
 
+def poisson(amount, steps):
+    def formula(base, overlay):
+        o = overlay[..., 3:]
+        ways = [(1, 0), (-1, 0), (0, 1), (0, -1)]
+        wanted = sum(moved(o, *way) * (overlay - moved(overlay, *way)) for way in ways)[..., :3]
+        f = base[..., :3]
+        for _ in range(steps):
+            f = stored(f + amount * o * ((sum(moved(f, *way) for way in ways) + wanted) / 4 - f))
+        return np.dstack([f, base[..., 3]])
+    return formula
+
+
 def with_alpha_of_base(colors):
     return lambda b, o: np.dstack([colors(b, o)[..., :3], b[..., 3]])
 
@@ -101,6 +113,9 @@ STRAIGHT = {
     "NormalBlendFilter": over,
     "SourceOverBlendFilter": lambda b, o: b + (o - b) * o[..., 3:],
     "MaskFilter": lambda b, o: np.dstack([b[..., :3], o[..., :3].mean(2) * o[..., 3]]),
+    "PoissonBlendFilter": poisson(0.5, 10),
+    "PoissonBlendFilter numIterations=60 mix=0.9": poisson(0.9, 60),
+    "PoissonBlendFilter numIterations=-3 mix=1": poisson(1, 1),
     "ChromaKeyBlendFilter": keyed(),
     "ChromaKeyBlendFilter thresholdSensitivity=0.25 smoothing=0": keyed(0.25, 0),
     "ChromaKeyBlendFilter thresholdSensitivity=0 smoothing=0.6 colorToReplace=0.9,0.2,0.7": keyed(0, 0.6, [0.9, 0.2, 0.7]),

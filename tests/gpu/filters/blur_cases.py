@@ -56,16 +56,21 @@ def zoom(size, x, y):
     return zoomed
 
 
-def lanczos(step=lambda length: 1):
-    """`step`: in pixels, for a width or height."""
+def lanczos(size=None, original=None):
     taps = np.array([0.38026, 0.27667, 0.08074, -0.02612])
     taps = np.concatenate([taps[:0:-1], taps]) / 1.04284
 
-    def softened(p):
-        x, y = grid(p)
-        p = stored(sum(w * sampled(p, x, y + i * step(p.shape[0])) for i, w in zip(range(-3, 4), taps)))
-        return sum(w * sampled(p, x + i * step(p.shape[1]), y) for i, w in zip(range(-3, 4), taps))
-    return softened
+    def along_rows(p, width, step):
+        x, y = np.meshgrid((np.arange(width) + 0.5) * p.shape[1] / width - 0.5, np.arange(p.shape[0]))
+        return stored(sum(w * sampled(p, x + i * step, y) for i, w in zip(range(-3, 4), taps)))
+
+    def resampled(p):
+        height, width = p.shape[:2]
+        wide, high = size or (width, height)
+        steps = [length / per for length, per in zip((width, height), original or (width, height))]
+        p = along_rows(p.swapaxes(0, 1), high, steps[1]).swapaxes(0, 1)
+        return along_rows(p, wide, steps[0])
+    return resampled
 
 
 def sharpened(s):
@@ -161,7 +166,8 @@ CASES = [
     ("MotionBlurFilter", motion(2.5, 0), ALL), ("MotionBlurFilter blurSize=1.3 blurAngle=30", motion(1.3, 30)),
     ("ZoomBlurFilter", zoom(1, 0.5, 0.5), ALL), ("ZoomBlurFilter blurSize=4 blurCenter=0.2,0.7", zoom(4, 0.2, 0.7)),
     ("LanczosResamplingFilter", lanczos(), ALL),
-    ("LanczosResamplingFilter originalImageSize=25x25", lanczos(lambda length: length / 25)),
+    ("LanczosResamplingFilter forceProcessingAtSize=30x13", lanczos((30, 13))),
+    ("LanczosResamplingFilter forceProcessingAtSize=20x40 originalImageSize=25x20", lanczos((20, 40), (25, 20))),
     ("SharpenFilter", same, ALL, 0), ("SharpenFilter sharpness=0.7", sharpened(0.7), ALL),
     ("SharpenFilter sharpness=-0.2", sharpened(-0.2)),
     ("UnsharpMaskFilter", same, ALL, 0),

@@ -2,7 +2,8 @@
 
 import numpy as np
 
-from formulas import ALL, bell, blur, colors, convolution, luma709, moved, rows, same, stored
+from formulas import ALL, bell, blur, box, colors, convolution, luma709, moved, rows, same, stored
+from pictures import PICTURES
 
 
 def relief(i):
@@ -83,6 +84,10 @@ def thinned(lower=0.1, upper=0.5, across=1, down=1, tie=0):
     return kept
 
 
+def packed(p):
+    return np.rint(p[..., :3] * 255) @ [1, 256, 65536] / 255
+
+
 def closed(p):
     around = sum(moved(p[..., :1], i, j) for i in (-1, 0, 1) for j in (-1, 0, 1))
     white = np.where(p[..., :1] < 0.01, 0, parted(around, 1.5, 0, 1, 0.01))
@@ -109,6 +114,44 @@ def after(second, first):
     return lambda p: second(first(p))
 
 
+AROUND = [(1, 0), (1, -1), (0, -1), (-1, -1), (-1, 0), (-1, 1), (0, 1), (1, 1)]  # counter-clockwise
+
+
+def pattern(p):
+    return np.dstack([sum((moved(p, *way)[..., :3] >= p[..., :3]) << bit for bit, way in enumerate(AROUND)) / 255,
+                      np.ones(p.shape[:2])])
+
+
+def reds(p):
+    return np.dstack([moved(p[..., :1], *way) for way in ((-1, 0), (0, -1), (1, 0), (0, 1))])
+
+
+def unlike_surroundings(p, surroundings):
+    """Angles are not numbers where there is hardly a direction, and at the end of the circle."""
+    points = [(x, y) for x in range(-3, 4) for y in range(-3, 4) if x * x + y * y == 10]
+    around = [moved(surroundings, *point)[..., :3] for point in points]
+    unlike = sum(around) / 8 - p[..., :3]
+    ways = [(abs(unlike) * sum(point[axis] * color for point, color in zip(points, around))).sum(2) for axis in (0, 1)]
+    turn = np.arctan2(ways[1], ways[0]) / (2 * np.pi)
+    sure = (np.hypot(*ways) > 0.2 * abs(unlike).sum(2)) & (abs(turn) < 0.49)
+    return np.dstack([(unlike + 1) / 2, np.where(sure, turn + 0.5, np.nan)])
+
+
+def corners(threshold, strongest=True):
+    circle = np.round(3.1 * np.array([np.cos(np.arange(16) * np.pi / 8), np.sin(np.arange(16) * np.pi / 8)])).astype(int)
+
+    def found(p):
+        middle = grey(p)[..., 0]
+        beyond = np.array([moved(middle, *point) for point in circle.T]) - middle
+        strengths = [np.zeros_like(middle)]
+        for side in (beyond - threshold, -beyond - threshold):
+            in_a_row = [np.all(np.roll(side > 0.002, -start, 0)[:12], 0) for start in range(16)]
+            strengths.append(np.where(np.any(in_a_row, 0), threshold + np.maximum(side, 0).sum(0) / 16, 0))
+        shown = stored(np.dstack([np.max(strengths, 0)] * 3 + [np.ones_like(middle)]))
+        return peaks()(shown) if strongest else shown
+    return found
+
+
 LOPSIDED = [[0.3, -0.1, 0.05], [0.2, 0.25, -0.3], [-0.15, 0.35, 0.4]]
 
 # As in filter_numpy_test.py.
@@ -133,6 +176,14 @@ CASES = [
     ("CannyEdgeDetectionFilter blurRadiusInPixels=4 lowerThreshold=0.3 upperThreshold=0.9 texelWidth=0.03278689 "
      "texelHeight=0.08571429", canny(0.3, 0.9, 10, 4, 2, 3), ["photo over"]),
     ("XYDerivativeFilter", derivatives(1), ALL), ("XYDerivativeFilter edgeStrength=0.2", derivatives(0.2)),
+    ("LocalBinaryPatternFilter", lambda p: pattern(p[..., [0, 0, 0, 3]]), ["noise", "plateaus"], 0),
+    ("ColorLocalBinaryPatternFilter", pattern, [*ALL, "plateaus"], 0), ("ColorPackingFilter", reds, ALL, 1),
+    ("ColourFASTSamplingOperation + other", lambda p: unlike_surroundings(p, PICTURES["other"])),
+    # The angle is no surer than the bytes of the blur.
+    ("ColourFASTFeatureDetector", lambda p: unlike_surroundings(p, blur(box(3))(p)), ["arrows"], 5),
+    ("FASTCornerDetectionFilter", corners(0.1), ["blots"]),
+    ("FASTCornerDetectionFilter FASTDetectorVariant=all threshold=0.05", corners(0.05, False), ["blots"]),
+    ("ThresholdedNonMaximumSuppressionFilter packedColorspace=1 threshold=2", peaks(packed, 2), ["counts"], 0),
     ("NonMaximumSuppressionFilter", peaks(), [*ALL, "plateaus", "dot"], 0),
     ("ThresholdedNonMaximumSuppressionFilter", peaks(threshold=0.9), ["noise", "plateaus"], 0),
     ("ThresholdedNonMaximumSuppressionFilter threshold=0.2", peaks(threshold=0.2), ["noise"], 0),

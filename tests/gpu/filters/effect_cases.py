@@ -8,6 +8,7 @@ from PIL import Image
 from color_cases import look
 from edge_cases import cartoon
 from formulas import bell, blur, colors, luma709, mix, over, stored
+from pictures import PICTURES
 
 ODD = "noise", "row", "column", "dot"
 
@@ -175,6 +176,78 @@ def perlin(p):
     return mix(np.array([1, 0.5, 0, 0.2]), np.array([0, 0.5, 1, 1]), (noise[..., None] + 1) / 2)
 
 
+def cropped(x, y, width, height):
+    """In whole pixels: where the part begins, and as many as fit."""
+    def part(p):
+        left, top, columns, rows = (int(share * side) for share, side in zip((x, y, width, height), p.shape[1::-1] * 2))
+        return p[top:top + max(rows, 1), left:left + max(columns, 1)]
+    return part
+
+
+def transformed(matrix, anchor=0.5, unit=lambda p: 2 * ratio(p)):
+    """What lies where the matrix takes it from: of columns (x, y, 1), places off the anchor in the plane's unit."""
+    def seen(p):
+        at = (places(p) - anchor) * unit(p)
+        x, y, w = np.linalg.solve(matrix, np.dstack([at, np.ones(p.shape[:2])]).reshape(-1, 3).T).reshape(3, *p.shape[:2])
+        place = np.dstack([x / w, y / w]) / unit(p) + anchor
+        inside = ((place >= 0) & (place <= 1)).all(-1, keepdims=True)
+        border = (abs(np.minimum(place, 1 - place)) * p.shape[1::-1] < 0.01).any(-1, keepdims=True)
+        return open_where(border & (matrix != np.eye(3)).any(), np.where(inside, read(p, place), 0))
+    return seen
+
+
+def turned(radians, dx=0, dy=0):
+    return np.array([[np.cos(radians), -np.sin(radians), dx], [np.sin(radians), np.cos(radians), dy], [0, 0, 1]])
+
+
+def marked(distances, reach, color=(0, 1, 0)):
+    """In the colour where the least of the distances in pixels is below the reach."""
+    def seen(p):
+        x, y = np.meshgrid(np.arange(p.shape[1]) + 0.5, np.arange(p.shape[0]) + 0.5)
+        d = np.min([*distances(x, y, *p.shape[1::-1])], axis=0)[..., None]
+        return open_where(abs(d - reach) < 0.002, np.where(d < reach, [*color, 1], p))
+    return seen
+
+
+def to_lines(x, y, width, height):
+    for a, b in ((0.5, 0.1), (-4, 0.2)):
+        # y' = a x' + b, of places from -1 to 1, in pixels: a point and a way.
+        way = np.array([width, a * height]) / np.hypot(width, a * height)
+        yield abs((x - width / 2) * way[1] - (y - (1 + b) * height / 2) * way[0])
+    yield abs(x - 0.65 * width)
+
+
+def to_crosses(x, y, width, height):
+    for across, down in ((0.3, 0.4), (20 / 61, 1 / 7)):
+        dx, dy = (abs(at - np.floor(share * side + 0.01) - 0.5) for at, share, side in
+                  ((x, across, width), (y, down, height)))
+        yield np.where(np.maximum(dx, dy) < 12.5, np.minimum(dx, dy), 99)
+
+
+def nearest_seed(p):
+    """How far the nearest marked pixel is, in 255ths: one step is one pixel."""
+    rows, columns = np.nonzero(p[..., :3].max(-1) * p[..., 3] >= 0.5)
+    x, y = np.meshgrid(np.arange(p.shape[1]), np.arange(p.shape[0]))
+    return np.hypot(x[..., None] - columns, y[..., None] - rows).min(-1) / 255
+
+
+def decoded(code):
+    high_x, low_x, high_y, low_y = np.rint(code * 255).astype(int).transpose(2, 0, 1)
+    return 256 * high_x + low_x, 256 * high_y + low_y
+
+
+def distance_told(code):
+    column, row = decoded(code)
+    x, y = np.meshgrid(np.arange(code.shape[1]), np.arange(code.shape[0]))
+    return np.hypot(x - column, y - row) / 255
+
+
+def looked_up(p):
+    column, row = decoded(PICTURES["diagram"])
+    none = column == 0xFFFF
+    return np.where(none[..., None], 0, p[np.where(none, 0, row), np.where(none, 0, column)])
+
+
 def tile_file():
     """Of the mosaic's tiles, 40 pixels each."""
     file = io.BytesIO()
@@ -210,6 +283,26 @@ CASES = [
     ("PerlinNoiseFilter scale=3 colorStart=1,0.5,0,0.2 colorFinish=0,0.5,1,1", perlin, ODD),
     # So many levels that rounding to them does nothing.
     ("SmoothToonFilter threshold=0.9 quantizationLevels=255", lambda p: cartoon(0.9, 255)(blur(bell(4, 2))(p))),
+    ("CropFilter cropRegion=0.25,0.1,0.5,0.67", cropped(0.25, 0.1, 0.5, 0.67), ODD),
+    ("CropFilter", lambda p: p), ("CropFilter cropRegion=0.99,0.99,0.01,0.01", lambda p: p[-1:, -1:]),
+    ("TransformFilter", lambda p: p, ODD),
+    ("TransformFilter affineTransform=0,1,-1,0,0,0", transformed(turned(np.pi / 2)), ["noise", "row"]),
+    ("TransformFilter affineTransform=1,0,0,1,0.31,-0.2", transformed(turned(0, 0.31, -0.2))),
+    ("TransformFilter ignoreAspectRatio=1 affineTransform=0.6,0.8,-0.8,0.6,0.1,0",
+     transformed(turned(np.arctan2(0.8, 0.6), 0.1), unit=lambda p: 2)),
+    ("TransformFilter anchorTopLeft=1 affineTransform=0.9,0.1,0.3,0.8,0.05,0.1",
+     transformed(np.array([[0.9, 0.3, 0.05], [0.1, 0.8, 0.1], [0, 0, 1]]), 0, ratio)),
+    ("TransformFilter anchorTopLeft=1 ignoreAspectRatio=1 affineTransform=0.8,0,0,0.8,0.1,0.1",
+     transformed(np.array([[0.8, 0, 0.1], [0, 0.8, 0.1], [0, 0, 1]]), 0, lambda p: 1)),
+    # About the vertical axis, seen from a distance of 4.
+    ("TransformFilter transform3D=0.8,0,0.6,-0.15;0,1,0,0;-0.6,0,0.8,-0.2;0,0,0,1",
+     transformed(np.array([[0.8, 0, 0], [0, 1, 0], [-0.15, 0, 1]]))),
+    ("LineGenerator lineWidth=3 lines=0.5,0.1;-4,0.2;200000,0.3;0,9", marked(to_lines, 1.5)),
+    ("LineGenerator", lambda p: p), ("CrosshairGenerator", lambda p: p),
+    ("CrosshairGenerator crosshairWidth=25 crosshairs=0.3,0.4;0.32786885,0.14285714 setCrosshairColorRed=1,0.2,0",
+     marked(to_crosses, 1.125, (1, 0.2, 0))),
+    ("JFAVoronoiFilter", nearest_seed, ["points", "noise", "greys"], 0, distance_told),
+    ("VoronoiConsumerFilter + diagram", looked_up),
     # The bytes after the first table and the mixture may differ by one, and the second table is 2.5 times as steep.
     ("SoftEleganceFilter", soft_elegance, ["noise"], 4),
 ]

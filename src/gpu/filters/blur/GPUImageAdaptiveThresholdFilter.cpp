@@ -1,8 +1,11 @@
 #include "gpu/filters/blur/GPUImageAdaptiveThresholdFilter.h"
 
+#include "gpu/core/GPUImageTwoInputFilter.h"
 #include "gpu/filters/blend/BlendShader.h"
 #include "gpu/filters/blur/GPUImageBoxBlurFilter.h"
 #include "gpu/filters/color/GPUImageGrayscaleFilter.h"
+
+#include <memory>
 
 namespace lamina {
 

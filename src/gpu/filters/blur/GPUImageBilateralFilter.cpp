@@ -1,7 +1,10 @@
 #include "gpu/filters/blur/GPUImageBilateralFilter.h"
 
+#include "gpu/filters/blur/BlurShaders.h"
 #include "gpu/filters/blur/NineSampleShader.h"
 #include "gpu/filters/blur/StepVertexShader.h"
+
+#include <string>
 
 namespace lamina {
 

@@ -3,6 +3,8 @@
 #include "gpu/filters/blur/NineSampleShader.h"
 #include "gpu/filters/blur/StepVertexShader.h"
 
+#include <string>
+
 namespace lamina {
 
 namespace {

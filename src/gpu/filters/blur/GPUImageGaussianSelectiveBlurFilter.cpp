@@ -1,7 +1,9 @@
 #include "gpu/filters/blur/GPUImageGaussianSelectiveBlurFilter.h"
 
 #include "gpu/core/AspectRatioFilter.h"
+#include "gpu/core/GPUImageTwoInputFilter.h"
 #include "gpu/filters/blend/BlendShader.h"
+#include "gpu/filters/blur/GPUImageGaussianBlurFilter.h"
 
 #include <string>
 

@@ -1,6 +1,7 @@
 #include "gpu/filters/blur/GPUImageHighPassFilter.h"
 
 #include "gpu/filters/blend/BlendFilters.h"
+#include "platform/base/CMTime.h"
 
 namespace lamina {
 

@@ -56,7 +56,11 @@ FilterDescription GPUImageLanczosResamplingFilter::describe()
     return filterDescription<Self>(
         "GPUImageLanczosResamplingFilter", "blur", 1, "Makes pictures smaller without jagged edges",
         {filterProperty("originalImageSize", &Self::setOriginalImageSize, CGSize{}, {0, 16384}, "pixels",
-                        "In whose pixels the samples lie apart; 0x0: the picture's own")});
+                        "In whose pixels the samples lie apart; 0x0: the picture's own")},
+        {filterOperation("forceProcessingAtSize:", &Self::forceProcessingAtSize, "Pixels that come out", CGSize{}),
+         filterOperation(
+             "forceProcessingAtSizeRespectingAspectRatio:", &Self::forceProcessingAtSizeRespectingAspectRatio,
+             "Pixels that what comes out fits in, in the picture's proportions", CGSize{})});
 }
 
 } // namespace lamina

@@ -3,9 +3,13 @@
 
 #include "gpu/filters/blur/GPUImageLowPassFilter.h"
 
+#include "gpu/core/FilterProgram.h"
 #include "gpu/core/GPUImageBuffer.h"
+#include "gpu/core/GPUImageInput.h"
 #include "gpu/core/VideoProcessingQueue.h"
 #include "gpu/filters/blend/GPUImageDissolveBlendFilter.h"
+#include "platform/base/CGGeometry.h"
+#include "platform/base/CMTime.h"
 
 namespace lamina {
 

@@ -2,6 +2,7 @@
 
 #include "gpu/core/VideoProcessingQueue.h"
 #include "gpu/filters/blur/NineSampleShader.h"
+#include "platform/base/CGGeometry.h"
 
 #include <cmath>
 #include <numbers>
@@ -61,7 +62,7 @@ FilterDescription GPUImageMotionBlurFilter::describe()
     using Self = GPUImageMotionBlurFilter;
     return filterDescription<Self>(
         "GPUImageMotionBlurFilter", "blur", 1, "Blurs along a direction, as a moving camera",
-        {filterProperty("blurSize", &Self::setBlurSize, kBlurSize, {0, 16}, "pixels",
+        {filterProperty("blurSize", &Self::setBlurSize, kBlurSize, {0, 8}, "pixels",
                         "Distance of the nine samples; more blurs further"),
          filterProperty("blurAngle", &Self::setBlurAngle, kAngle, {-90, 90}, "degrees",
                         "Direction: 0 along the rows, 45 from the top left to the bottom right")});

@@ -1,6 +1,8 @@
 #include "gpu/filters/blur/GPUImageTiltShiftFilter.h"
 
+#include "gpu/core/GPUImageTwoInputFilter.h"
 #include "gpu/filters/blend/BlendShader.h"
+#include "gpu/filters/blur/GPUImageGaussianBlurFilter.h"
 
 #include <string>
 

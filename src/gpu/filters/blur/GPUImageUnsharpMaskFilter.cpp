@@ -1,6 +1,8 @@
 #include "gpu/filters/blur/GPUImageUnsharpMaskFilter.h"
 
+#include "gpu/core/GPUImageTwoInputFilter.h"
 #include "gpu/filters/blend/BlendShader.h"
+#include "gpu/filters/blur/GPUImageGaussianBlurFilter.h"
 
 namespace lamina {
 

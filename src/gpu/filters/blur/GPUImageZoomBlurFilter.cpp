@@ -2,6 +2,8 @@
 
 #include "gpu/filters/blur/NineSampleShader.h"
 
+#include <string>
+
 namespace lamina {
 
 namespace {
@@ -29,7 +31,7 @@ FilterDescription GPUImageZoomBlurFilter::describe()
     using Self = GPUImageZoomBlurFilter;
     return filterDescription<Self>(
         "GPUImageZoomBlurFilter", "blur", 1, "Blurs towards a point, as a zooming lens",
-        {filterProperty("blurSize", &Self::setBlurSize, kBlurSize, {0, 8}, "percent of the way to the centre",
+        {filterProperty("blurSize", &Self::setBlurSize, kBlurSize, {0, 4}, "percent of the way to the centre",
                         "Distance of the nine samples; more blurs further"),
          filterProperty("blurCenter", &Self::setBlurCenter, kMiddle, {0, 1}, "share of the size",
                         "The point, which stays sharp")});

@@ -13,7 +13,8 @@ namespace lamina {
 ///   out(p) = sum over |i| <= 4 of w(|i|) in(p + i step(p)),   step(p) = (blurCenter - p) blurSize / 100
 ///   w      = 0.18, 0.15, 0.12, 0.09, 0.05
 ///
-/// on all four channels, straight, as stored. Beyond the border the outermost pixels go on.
+/// on all four channels, straight, as stored. Beyond the border the outermost pixels go on. `aspectRatio` plays no
+/// part.
 class GPUImageZoomBlurFilter : public AspectRatioFilter<GPUImageFilter> {
 public:
     static FilterDescription describe();

@@ -1,5 +1,6 @@
 #include "gpu/filters/blur/GPUImageiOSBlurFilter.h"
 
+#include "gpu/core/GPUImageFilter.h"
 #include "gpu/core/VideoProcessingQueue.h"
 #include "gpu/filters/blur/GPUImageGaussianBlurFilter.h"
 #include "gpu/filters/color/GPUImageLuminanceRangeFilter.h"

@@ -2,6 +2,7 @@
 
 #include "gpu/core/GPUImageRotationMode.h"
 #include "gpu/core/VideoProcessingQueue.h"
+#include "platform/base/CGGeometry.h"
 
 namespace lamina {
 

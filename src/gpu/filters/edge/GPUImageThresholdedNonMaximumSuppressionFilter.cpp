@@ -32,10 +32,12 @@ void GPUImageThresholdedNonMaximumSuppressionFilter::setThreshold(float threshol
 FilterDescription GPUImageThresholdedNonMaximumSuppressionFilter::describe()
 {
     using Self = GPUImageThresholdedNonMaximumSuppressionFilter;
-    return filterDescription<Self>("GPUImageThresholdedNonMaximumSuppressionFilter", "detection", 1,
-                                   "Keeps the peaks of red above a threshold",
-                                   texelProperties({filterProperty("threshold", &Self::setThreshold, kStart, {0, 1}, "",
-                                                                   "The least value that stays")}));
+    return filterDescriptionWithArguments<Self, bool>(
+        "GPUImageThresholdedNonMaximumSuppressionFilter", "detection", 1,
+        "Keeps the peaks above a threshold, by red or by a count over three bytes",
+        {argumentProperty("packedColorspace", false, {}, "", "Whether green and blue go on where red ends")},
+        texelProperties(
+            {filterProperty("threshold", &Self::setThreshold, kStart, {0, 1}, "", "The least value that stays")}));
 }
 
 } // namespace lamina

@@ -74,11 +74,11 @@ GPUImagePerlinNoiseFilter::GPUImagePerlinNoiseFilter()
 FilterDescription GPUImagePerlinNoiseFilter::describe()
 {
     using Self = GPUImagePerlinNoiseFilter;
-    return filterDescription<Self>(
-        "GPUImagePerlinNoiseFilter", "effect", 1, "Clouds of one colour in another, of the picture's size",
+    return asGenerator(filterDescription<Self>(
+        "GPUImagePerlinNoiseFilter", "effect", 1, "Clouds of one colour in another",
         {filterProperty("colorStart", &Self::setColorStart, kBlack, {0, 1}, "", "The one, with its alpha"),
          filterProperty("colorFinish", &Self::setColorFinish, kWhite, {0, 1}, "", "The other, with its alpha"),
-         filterProperty("scale", &Self::setScale, kScale, {0, 40}, "squares", "How many hills and valleys across")});
+         filterProperty("scale", &Self::setScale, kScale, {0, 40}, "squares", "How many hills and valleys across")}));
 }
 
 void GPUImagePerlinNoiseFilter::setColorStart(const GPUVector4& color)
