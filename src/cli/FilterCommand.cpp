@@ -1,5 +1,6 @@
 #include "cli/FilterCommand.h"
 
+#include "cli/ExitCode.h"
 #include "cli/FilterDrawing.h"
 #include "cli/FilterListing.h"
 #include "cli/FilterParsing.h"

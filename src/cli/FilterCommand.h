@@ -2,6 +2,7 @@
 
 #include "cli/PictureCommand.h"
 #include "gpu/core/FilterRegistry.h"
+#include "gpu/core/FilterResults.h"
 #include "gpu/core/GPUImageFilterPipeline.h"
 #include "platform/base/CGGeometry.h"
 #include "platform/base/Result.h"

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "gpu/core/FilterRegistry.h"
+#include "gpu/core/FilterResults.h"
 #include "gpu/core/GPUImageFilterPipeline.h"
 #include "platform/base/CGGeometry.h"
 #include "platform/base/Result.h"
