@@ -1,5 +1,6 @@
 #include "CommandLines.h"
 
+#include <algorithm>
 #include <gmock/gmock.h>
 #include <nlohmann/json.hpp>
 
@@ -48,6 +49,20 @@ TEST_F(FilterCommand, TheListsKnowTheSameFilters)
     EXPECT_EQ(Json::parse(shell("lamina filters GPUImageSepiaFilter --json").output).at("name"), "GPUImageSepiaFilter");
 }
 
+TEST_F(FilterCommand, ASheetShowsThePhotoAndWhatEachFilterOfAFamilyMakesOfIt)
+{
+    const CGImage sheet = picture("lamina filters --sheet out.png -i flat.png -i small.png --family editor -q");
+    ASSERT_EQ(sheet.width(), 20 + 6 * 340);
+    EXPECT_EQ(pixelAt(sheet, 20 + 160, 20 + 80), kFlat) << "the photo, 320 x 160 pixels";
+    const Json filters = Json::parse(shell("lamina filters --json").output);
+    const auto count =
+        std::ranges::count_if(filters, [](const Json& filter) { return filter.at("family") == "editor"; });
+    EXPECT_EQ(sheet.height(), 20 + (1 + (count + 5) / 6) * 216 + 48 + 20);
+    const Rgba first = pixelAt(sheet, 20 + 160, 20 + 216 + 48 + 80);
+    EXPECT_EQ(first, kFlat) << "sharpened, what is flat stays";
+    EXPECT_NE(pixelAt(sheet, 20 + 340 + 160, 20 + 216 + 48 + 80), kFlat);
+}
+
 TEST_F(FilterCommand, AReportHasWhatTheListTellsOfWithAPictureAndWithout)
 {
     writePng(folder.path("board.png"), makePicture(60, 60, [](int x, int y) {
@@ -80,7 +95,7 @@ TEST_F(FilterCommand, AReportHasWhatTheListTellsOfWithAPictureAndWithout)
 
 TEST_F(FilterCommand, TheDocumentationPageIsTheOneThatTheProgramMakes)
 {
-    // After a change: lamina filters --markdown > docs/filters.md
+    // After a change: tools/make_filter_pictures.py
     EXPECT_EQ(shell("lamina filters --markdown").output, readFile(LAMINA_DOCS "/filters.md"));
 }
 
