@@ -12,6 +12,7 @@
 #include <array>
 #include <cmath>
 #include <cstddef>
+#include <cstdint>
 
 // What filters tell in numbers.
 
@@ -67,8 +68,13 @@ TEST_F(AnalysisTest, ABinHoldsMoreThanAByteAndUnknownTypesCountAllChannels)
 
 TEST_F(AnalysisTest, OfMoreCornersThanThereIsRoomForTheLastIsKept)
 {
-    const CGImage board = drawn(31 * 12, 21 * 12, [](int x, int y) { return (x / 12 + y / 12) % 2 == 0; });
+    // The strongest are on the right.
+    const CGImage board = makePicture(31 * 12, 21 * 12, [](int x, int y) {
+        const auto grey = static_cast<std::uint8_t>((x / 12 + y / 12) % 2 == 0 ? (x < 186 ? 54 : 60) : 0);
+        return Rgba{grey, grey, grey, 255};
+    });
     GPUImageHarrisCornerDetectionFilter filter;
+    filter.setThreshold(0.05F);
     std::vector<GPUImageHarrisCornerDetectionFilter::Corner> all;
     filter.setCornersBlock([&](const auto& corners, CMTime) { all = corners; });
     std::vector<float> array;
@@ -84,6 +90,7 @@ TEST_F(AnalysisTest, OfMoreCornersThanThereIsRoomForTheLastIsKept)
         EXPECT_NEAR(std::remainder(place.y * 21, 1), 0, 0.1);
     }
     EXPECT_TRUE(std::ranges::is_sorted(all, std::greater(), [](const auto& corner) { return corner.strength; }));
+    EXPECT_GT(all.front().strength, all.back().strength);
     ASSERT_EQ(array.size(), 1024U);
     const float last[] = {30.0F / 31, 17.0F / 21, 30.0F / 31, 20.0F / 21}; // the 510th and the 600th
     for (std::size_t i = 0; i < 4; ++i)
