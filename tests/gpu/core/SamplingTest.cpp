@@ -10,19 +10,17 @@ namespace {
 
 class SamplingTest : public GraphFixture {
 protected:
-    /// How the texture that the filter reads from the unit was sampled at the last draw.
-    static GLint filterAt(int unit)
+    /// How the texture in the first slot was sampled at the last draw.
+    static GLint filterAtLastDraw()
     {
-        return valueFromVideoProcessingQueue([=] {
+        return valueFromVideoProcessingQueue([] {
             GLint filter = 0;
-            glActiveTexture(GL_TEXTURE0 + static_cast<GLenum>(unit));
+            glActiveTexture(GL_TEXTURE2);
             glGetTexParameteriv(GL_TEXTURE_2D, GL_TEXTURE_MAG_FILTER, &filter);
             return filter;
         });
     }
 };
-
-constexpr int kFirstUnit = 2;
 
 TEST_F(SamplingTest, WhereAProgramReadsIsToldByItsTexts)
 {
@@ -44,10 +42,8 @@ TEST_F(SamplingTest, WhereAProgramReadsIsToldByItsTexts)
     };
     const Case cases[] = {
         {plain, kGPUImagePassthroughFragmentShaderString, InPlace},
-        {plain, head + body("vec4(textureCoordinate.x * 0.5)"), InPlace},
         {plain, head + "// texture2D(inputImageTexture, else)\n" + body(read), InPlace},
         {plain, head + body("texture2D(inputImageTexture, textureCoordinate * 2.0)"), Anywhere},
-        {plain, head + body("texture2D(inputImageTexture, textureCoordinate, 1.0)"), Anywhere},
         {plain, head + body(read + " + texture2D(inputImageTexture, vec2(0.5))"), Anywhere},
         {plain, head + "#define AT textureCoordinate * 2.0\n" + body(read), Anywhere},
         {plain,
@@ -79,7 +75,7 @@ TEST_F(SamplingTest, OneTexelIsReadWhereEachPixelHasItsOwn)
         filter->forceProcessingAtSize(forced);
         m_source->setRotation(rotation);
         m_source->push(noisePicture(6, 4, CGImageAlphaInfo::Last), second(1));
-        return filterAt(kFirstUnit);
+        return filterAtLastDraw();
     };
     for (int rotation = kGPUImageNoRotation; rotation <= kGPUImageRotate180; ++rotation)
         EXPECT_EQ(readsOf(static_cast<GPUImageRotationMode>(rotation), {}), GL_NEAREST) << rotation;
@@ -108,21 +104,6 @@ TEST_F(SamplingTest, EachReaderOfATextureHasItsOwnWay)
         };
         EXPECT_TRUE(imagesMatch(alone(true), alone(false))) << smooth;
     }
-}
-
-TEST_F(SamplingTest, ATableIsInterpolatedHoweverItsSize)
-{
-    const auto filter = std::make_shared<GPUImageTwoInputFilter>(R"(
-        varying highp vec2 textureCoordinate; varying highp vec2 textureCoordinate2;
-        uniform sampler2D inputImageTexture; uniform sampler2D inputImageTexture2;
-        void main() { gl_FragColor = texture2D(inputImageTexture2, texture2D(inputImageTexture, textureCoordinate).rg); })");
-    const auto table = std::make_shared<FrameSource>();
-    m_source->addTarget(filter, 0);
-    table->addTarget(filter, 1);
-    m_source->push({4, 4}, {}, second(1));
-    table->push({4, 4}, {}, second(1));
-    EXPECT_EQ(filterAt(kFirstUnit), GL_NEAREST);
-    EXPECT_EQ(filterAt(kFirstUnit + 1), GL_LINEAR);
 }
 
 } // namespace
