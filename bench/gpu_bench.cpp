@@ -5,6 +5,7 @@
 #include "gpu/sources/GPUImagePicture.h"
 #include "platform/image/pixels/PixelBuffer.h"
 #include "support/Measuring.h"
+#include "support/TextureSource.h"
 
 #include <algorithm>
 #include <array>
@@ -13,9 +14,9 @@
 #include <string>
 #include <vector>
 
-// The filter graph beside bare GL: the same shader in the same program and context, drawn by hand. "bare" is the ratio
-// of the medians, and "limit" what it may be. Both are timed in turn, each to the end of its glFinish: drivers that
-// draw on the processor put off all work until then.
+// The filter graph beside bare GL: the same shader and sampling in the same program and context, drawn by hand. "bare"
+// is the ratio of the medians, and "limit" what it may be. Both are timed in turn, each to the end of its glFinish:
+// drivers that draw on the processor put off all work until then.
 
 namespace {
 
@@ -43,11 +44,6 @@ CGImage noise(IntSize size)
     return noisePicture(size.width, size.height, CGImageAlphaInfo::Last);
 }
 
-CGSize sizeOf(IntSize size)
-{
-    return {static_cast<double>(size.width), static_cast<double>(size.height)};
-}
-
 /// Counters for what was timed in turn.
 void report(benchmark::State& state, const std::vector<double>& ours, const std::vector<double>& bare, double limit)
 {
@@ -72,7 +68,7 @@ public:
             glActiveTexture(GL_TEXTURE1);
             glBindTexture(GL_TEXTURE_2D, m_textures[i]);
             for (const GLenum filter : {GL_TEXTURE_MIN_FILTER, GL_TEXTURE_MAG_FILTER})
-                glTexParameteri(GL_TEXTURE_2D, filter, GL_LINEAR);
+                glTexParameteri(GL_TEXTURE_2D, filter, GL_NEAREST);
             for (const GLenum wrap : {GL_TEXTURE_WRAP_S, GL_TEXTURE_WRAP_T})
                 glTexParameteri(GL_TEXTURE_2D, wrap, GL_CLAMP_TO_EDGE);
             upload(i, nullptr);
@@ -88,7 +84,6 @@ public:
     BareGL(const BareGL&) = delete;
     BareGL& operator=(const BareGL&) = delete;
 
-    GLuint source() const { return m_textures[0]; }
     void upload(const std::uint8_t* pixels) { upload(0, pixels); }
 
     void draw(int passes)
@@ -135,19 +130,6 @@ private:
     std::array<GLuint, 3> m_framebuffers{};
 };
 
-/// Pushes a texture that is somebody else's.
-class TextureSource : public GPUImageOutput {
-public:
-    TextureSource(IntSize size, GLuint texture)
-        : m_texture(std::make_shared<GPUImageFramebuffer>(sizeOf(size), texture))
-    {
-    }
-    void push() { pushToTargets({.framebuffer = m_texture, .size = m_texture->size()}); }
-
-private:
-    std::shared_ptr<GPUImageFramebuffer> m_texture;
-};
-
 std::shared_ptr<GPUImageFilter> tint(float amount = 0.5F)
 {
     auto filter = std::make_shared<GPUImageFilter>(kTintFragmentShader);
@@ -169,23 +151,17 @@ void passes(benchmark::State& state, IntSize size, int count)
     runSynchronouslyOnVideoProcessingQueue([&] {
         BareGL gl(size, kTintFragmentShader);
         gl.upload(pixels.bytes().data());
-        TextureSource source(size, gl.source());
+        TextureSource source(size);
         source.addTarget(chain.front());
-        const auto finished = [](const auto& draw) {
-            return seconds([&] {
-                draw();
-                glFinish();
-            });
-        };
         const auto drawBare = [&] { gl.draw(count); };
         const auto drawOurs = [&] { source.push(); };
         for (int warmUp = 0; warmUp < 2; ++warmUp) {
-            finished(drawBare);
-            finished(drawOurs);
+            secondsToFinish(drawBare);
+            secondsToFinish(drawOurs);
         }
         for (auto _ : state) {
-            bare.push_back(finished(drawBare));
-            ours.push_back(finished(drawOurs));
+            bare.push_back(secondsToFinish(drawBare));
+            ours.push_back(secondsToFinish(drawOurs));
             state.SetIterationTime(ours.back());
         }
     });

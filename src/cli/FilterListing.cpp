@@ -9,6 +9,7 @@
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
+#include <map>
 #include <nlohmann/json.hpp>
 #include <span>
 #include <string_view>
@@ -21,25 +22,6 @@ namespace lamina {
 namespace {
 
 using Json = nlohmann::ordered_json;
-
-struct Family {
-    std::string name;
-    std::vector<const FilterDescription*> filters;
-};
-
-/// Families in the order of their first filter's name, filters by name.
-std::vector<Family> families(const FilterRegistry& registry)
-{
-    std::vector<Family> families;
-    for (const auto& [name, filter] : registry.all()) {
-        auto found = std::ranges::find(families, filter.family, &Family::name);
-        if (found == families.end())
-            found = families.insert(found, {filter.family, {}});
-        found->filters.push_back(&filter);
-    }
-    std::ranges::sort(families, {}, &Family::name);
-    return families;
-}
 
 std::string capitalised(std::string text)
 {
@@ -236,7 +218,8 @@ Json entryAsJson(const FilterDescription& filter)
             {"about", filter.help},
             {"properties", std::move(properties)},
             {"selectors", std::move(selectors)},
-            {"results", std::move(results)}};
+            {"results", std::move(results)},
+            {"sample", settingTexts(filter.sample)}};
 }
 
 /// A bar would end the cell.
@@ -280,6 +263,15 @@ std::string resultAsMarkdown(const FilterResult& result)
     return "| `" + result.name + "` | " + typeOf(result) + " | " + result.unit + " | " + result.help + " |\n";
 }
 
+/// A small picture of what it does, and of what it was set to for that.
+std::string sampleAsMarkdown(const FilterDescription& filter)
+{
+    std::string text = "![" + filter.className + "](images/filters/" + filter.className + ".jpg)";
+    for (const std::string& setting : settingTexts(filter.sample))
+        text += " `" + setting + "`";
+    return text;
+}
+
 std::string entryAsMarkdown(const FilterDescription& filter)
 {
     std::string text = "### " + filter.className + "\n\n" + helpOf(filter) + ".";
@@ -287,7 +279,7 @@ std::string entryAsMarkdown(const FilterDescription& filter)
         text += " Takes " + countedPictures(static_cast<std::size_t>(filter.inputs)) + ": " + inputNames(filter) + ".";
     if (filter.isGenerator)
         text += " Takes a picture, or none and a size.";
-    text += "\n";
+    text += "\n\n" + sampleAsMarkdown(filter) + "\n";
     if (!filter.properties.empty())
         text += "\n| property | type | default | useful values | unit | meaning |\n|---|---|---|---|---|---|\n";
     for (const FilterProperty& property : filter.properties)
@@ -326,17 +318,39 @@ premultiplied colours* gets its pictures so, and gives straight alpha again.
 A filter that reports finds numbers beside its picture: `lamina filter NAME -i X --report` prints them as a JSON object with
 the names that its table gives, on standard output; with `-o` the picture is written too.
 
+The pictures show what each filter makes of one photo, with the settings beside it where its defaults would show little, and of
+that photo below a second one where it takes two. Those of a photo of one's own, on one sheet: `lamina filters --sheet`.
+
 This page is made by `lamina filters --markdown`; [new-filter.md](new-filter.md) tells how to write a filter.
 
 )page";
 
 } // namespace
 
+std::string FilterFamily::title() const
+{
+    return capitalised(name);
+}
+
+std::vector<FilterFamily> filterFamilies(const FilterRegistry& registry)
+{
+    std::map<std::string_view, FilterFamily> families;
+    for (const auto& [name, filter] : registry.all()) {
+        FilterFamily& family = families[filter.family];
+        family.name = filter.family;
+        family.filters.push_back(&filter);
+    }
+    std::vector<FilterFamily> sorted;
+    for (auto& [name, family] : families)
+        sorted.push_back(std::move(family));
+    return sorted;
+}
+
 std::string filtersAsText(const FilterRegistry& registry)
 {
     std::string text;
-    for (const Family& family : families(registry)) {
-        text += (text.empty() ? "" : "\n") + capitalised(family.name) + " filters:\n";
+    for (const FilterFamily& family : filterFamilies(registry)) {
+        text += (text.empty() ? "" : "\n") + family.title() + " filters:\n";
         for (const FilterDescription* filter : family.filters)
             text += entryAsText(*filter);
     }
@@ -379,8 +393,8 @@ std::string reportAsJson(const std::vector<FilterResult>& results, const FilterR
 std::string filtersAsMarkdown(const FilterRegistry& registry)
 {
     std::string text = kMarkdownHead;
-    for (const Family& family : families(registry)) {
-        text += "## " + capitalised(family.name) + "\n\n";
+    for (const FilterFamily& family : filterFamilies(registry)) {
+        text += "## " + family.title() + "\n\n";
         for (const FilterDescription* filter : family.filters)
             text += entryAsMarkdown(*filter);
     }

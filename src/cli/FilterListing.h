@@ -2,10 +2,24 @@
 
 #include "gpu/core/FilterRegistry.h"
 
+#include "gpu/core/FilterResults.h"
+
 #include <string>
 #include <vector>
 
 namespace lamina {
+
+/// Filters of a kind, as all lists group them.
+struct FilterFamily {
+    std::string name;
+    std::vector<const FilterDescription*> filters; ///< sorted by name
+
+    /// The name as a heading: "Colour".
+    std::string title() const;
+};
+
+/// Sorted by name.
+std::vector<FilterFamily> filterFamilies(const FilterRegistry& registry);
 
 /// All filters by family, with inputs, properties, types, ranges and defaults, for people.
 std::string filtersAsText(const FilterRegistry& registry);
@@ -18,8 +32,9 @@ std::string filtersAsJson(const FilterRegistry& registry);
 
 /// An object {"name", "family", "inputs", "about", "properties": [{"name", "type", "syntax", "default", "minimum",
 /// "maximum", "unit", "about", "pipeline"}], "selectors": [{"name", "arguments", "default", "about"}],
-/// "results": [{"name", "list", "fields", "unit", "about"}]}. Defaults are numbers and booleans where the type is one,
-/// else texts as `--set` takes them; what there is none of is left out.
+/// "results": [{"name", "list", "fields", "unit", "about"}], "sample": texts for `--set` that show what it does}.
+/// Defaults are numbers and booleans where the type is one, else texts as `--set` takes them; what there is none of is
+/// left out.
 std::string filterAsJson(const FilterDescription& filter);
 
 /// An object with what was reported under the names of the results: a number, or an object of numbers by the names of

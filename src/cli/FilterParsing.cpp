@@ -148,6 +148,17 @@ std::string argumentExample(const FilterSelector& selector)
     return example;
 }
 
+std::vector<std::string> settingTexts(const FilterSettings& settings)
+{
+    std::vector<std::string> texts;
+    for (const FilterSetting& setting : settings) {
+        std::string& text = texts.emplace_back(setting.name);
+        for (const TypedValue& value : setting.values)
+            text += (&value == &setting.values.front() ? "=" : ",") + formatValue(value);
+    }
+    return texts;
+}
+
 std::string countedPictures(std::size_t count)
 {
     return std::to_string(count) + (count == 1 ? " picture" : " pictures");

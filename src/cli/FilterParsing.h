@@ -24,6 +24,9 @@ std::string exampleOf(const TypedValue& value);
 /// An operation as it may be typed: "setMin:gamma:=0,1".
 std::string argumentExample(const FilterSelector& selector);
 
+/// Settings as texts that `parseSettings` reads.
+std::vector<std::string> settingTexts(const FilterSettings& settings);
+
 /// "1 picture", "2 pictures".
 std::string countedPictures(std::size_t count);
 

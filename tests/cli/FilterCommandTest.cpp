@@ -1,5 +1,6 @@
 #include "CommandLines.h"
 
+#include <algorithm>
 #include <gmock/gmock.h>
 #include <nlohmann/json.hpp>
 
@@ -58,9 +59,53 @@ TEST_F(FilterCommand, TheListsKnowTheSameFilters)
     EXPECT_EQ(Json::parse(shell("lamina filters GPUImageSepiaFilter --json").output).at("name"), "GPUImageSepiaFilter");
 }
 
+TEST_F(FilterCommand, ASheetShowsThePhotoAndWhatEachFilterOfAFamilyMakesOfIt)
+{
+    const CGImage sheet = picture("lamina filters --sheet out.png -i flat.png -i small.png --family editor -q");
+    ASSERT_EQ(sheet.width(), 20 + 6 * 340);
+    EXPECT_EQ(pixelAt(sheet, 20 + 160, 20 + 80), kFlat) << "the photo, 320 x 160 pixels";
+    const Json filters = Json::parse(shell("lamina filters --json").output);
+    const auto count =
+        std::ranges::count_if(filters, [](const Json& filter) { return filter.at("family") == "editor"; });
+    EXPECT_EQ(sheet.height(), 20 + (1 + (count + 5) / 6) * 216 + 48 + 20);
+    const Rgba first = pixelAt(sheet, 20 + 160, 20 + 216 + 48 + 80);
+    EXPECT_EQ(first, kFlat) << "sharpened, what is flat stays";
+    EXPECT_NE(pixelAt(sheet, 20 + 340 + 160, 20 + 216 + 48 + 80), kFlat);
+}
+
+TEST_F(FilterCommand, AReportHasWhatTheListTellsOfWithAPictureAndWithout)
+{
+    writePng(folder.path("board.png"), makePicture(60, 60, [](int x, int y) {
+                 return (x / 30 + y / 30) % 2 == 0 ? Rgba{20, 20, 20, 255} : Rgba{90, 200, 230, 255};
+             }));
+    for (const Json& entry : Json::parse(shell("lamina filters --json").output)) {
+        const std::string name = entry.at("name");
+        if (entry.at("results").empty())
+            continue;
+        SCOPED_TRACE(name);
+        const CommandResult run = shell("lamina filter " + name + " -i board.png --report");
+        ASSERT_EQ(run.exitCode, 0) << run.errors;
+        const Json report = Json::parse(run.output);
+        ASSERT_EQ(report.size(), entry.at("results").size());
+        for (const Json& result : entry.at("results")) {
+            const Json& told = report.at(result.at("name").get<std::string>());
+            ASSERT_EQ(told.is_array(), result.at("list").get<bool>());
+            const Json& first = told.is_array() && !told.empty() ? told.front() : told;
+            for (const Json& field : result.value("fields", Json::array()))
+                EXPECT_TRUE(told.is_array() && told.empty() ? false : first.contains(field.get<std::string>()))
+                    << field;
+        }
+        EXPECT_EQ(shell("lamina filter " + name + " -i board.png --report -o out.png").output, run.output);
+        EXPECT_FALSE(readPictureFile(folder.path("out.png")).size().isEmpty());
+    }
+    const Json corners =
+        Json::parse(shell("lamina filter GPUImageHarrisCornerDetectionFilter -i board.png --report").output);
+    EXPECT_NEAR(corners.at("corners").at(0).at("x").get<double>(), 0.5, 0.02);
+}
+
 TEST_F(FilterCommand, TheDocumentationPageIsTheOneThatTheProgramMakes)
 {
-    // After a change: lamina filters --markdown > docs/filters.md
+    // After a change: tools/make_filter_pictures.py
     EXPECT_EQ(shell("lamina filters --markdown").output, readFile(LAMINA_DOCS "/filters.md"));
 }
 

@@ -74,9 +74,22 @@ TEST_F(Refusals, WrongUsageOfAnyCommand)
         {"filter GPUImageSolidColorGenerator --size 6x4 -i no.png", 2, "--size: a picture gives its own size"},
         {"filter GPUImageSepiaFilter --size 6x4", 2, "--size: is for generators; GPUImageSepiaFilter needs 1 picture"},
         {"filter --pipeline no.json --size 6x4", 2, "--size: is for a generator; a pipeline draws its picture"},
+        {"filter GPUImageSepiaFilter -i no.png --report", 2, "GPUImageSepiaFilter: finds nothing to report"},
+        {"filter GPUImageLuminosity -i no.png --report -o -", 2, "--report: goes to standard output, as the picture"},
+        {"filter --pipeline no.json -i no.png --report", 2, "--report: tells what one filter finds"},
+        {"filter GPUImageLuminosity -i no.png", 2, "filter: --output is required"},
         {"filters Sepai", 2, "Sepai: there is no such filter; did you mean GPUImageSepiaFilter? lamina filters lists"},
         {"filters GPUImageSepiaFilter --markdown", 2, "filters: the page holds all filters"},
         {"filters --json --markdown", 2, "excludes"},
+        {"filters -i no.png", 2, "filters: --input is for a --sheet"},
+        {"filters --family blur", 2, "filters: --family is for a --sheet"},
+        {"filters --sheet out.png", 2, "--sheet: needs a photo by --input, and at most one more picture"},
+        {"filters --sheet out.png -i a.png -i b.png -i c.png", 2, "--sheet: needs a photo by --input, and at most"},
+        {"filters --sheet out.png -i - -i -", 2, "filters: standard input can be only one of the pictures"},
+        {"filters --sheet out.webp -i no.png", 2, "out.webp: the name of the output must end in"},
+        {"filters --sheet out.png -i no.png --json", 2, "--sheet: is a picture of all filters: leave out"},
+        {"filters GPUImageSepiaFilter --sheet out.png -i no.png", 2, "--sheet: is a picture of all filters"},
+        {"filters --sheet out.png -i no.png --family blurr", 2, "blurr: there is no such family; did you mean blur?"},
     });
 }
 
@@ -158,7 +171,11 @@ TEST_F(Refusals, FilesThatAreNoPicture)
         {"op invert -i \"$(printf 'new\\nline.png')\" -o out.png", 3, "lamina: new?line.png: the file is empty"},
         {"op maskWithImage=no,where.png -i small.png -o out.png", 3, "lamina: no,where.png: no such file"},
         {"op invert -i - -o out.png </dev/null", 3, "lamina: standard input: the file is empty"},
+        {"filters --sheet out.png -i no.png", 3, "lamina: no.png: no such file"},
+        {"filters --sheet out.png -i small.png -i text.jpg", 3, "lamina: text.jpg: not a picture"},
+        {"filter GPUImageMosaicFilter --set tileSet=text.jpg -i small.png -o out.png", 3, "lamina: text.jpg: not a"},
         {"filter GPUImageLookupFilter -i small.png -i no.png -o out.png", 3, "lamina: no.png: no such file"},
+        {"filter GPUImageLuminosity -i no.png --report", 3, "lamina: no.png: no such file"},
         {"filter GPUImageToneCurveFilter --set pointsWithACVURL=no.acv -i small.png -o out.png", 3,
          "lamina: no.acv: no such file"},
         {"filter GPUImageCropFilter --set cropRegion=0.5,0,0.6,1 -i small.png -o out.png", 3,
@@ -214,6 +231,7 @@ TEST_F(Refusals, OutputsThatCannotBeWritten)
     expect({
         {"blend small.png small.png -o no/out.png", 4, "lamina: no/out.png: no such folder"},
         {"op invert -i small.png -o - >/dev/full", 4, "lamina: standard output: no space left"},
+        {"filters --sheet no/out.png -i small.png --family detection", 4, "lamina: no/out.png: no such folder"},
         {"filters >/dev/full", 4, "lamina: standard output: can't be written"},
     });
 
@@ -235,6 +253,7 @@ TEST_F(Refusals, WithoutAGraphicsDriverOnlyDrawingFails)
         EXPECT_THAT(run.errors, testing::AllOf(StartsWith("lamina: "), HasSubstr("99")));
     }
     EXPECT_EQ(withoutDriver("filters").exitCode, 0);
+    EXPECT_EQ(withoutDriver("filters --sheet out.png -i small.png").exitCode, 1);
     EXPECT_EQ(withoutDriver("filter --help").exitCode, 0);
     EXPECT_EQ(withoutDriver("filter GPUImageSepiaFilter -i no.png -o out.png").exitCode, 3);
     EXPECT_EQ(withoutDriver("filter GPUImageSepiaFilter --set intensity=full -i no.png -o out.png").exitCode, 2);

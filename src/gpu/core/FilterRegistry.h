@@ -90,6 +90,8 @@ struct FilterDescription {
     bool isGenerator = false;
     /// What it tells in numbers beside its picture.
     FilterReporting reporting = {};
+    /// What shows what it does: for sheets and pages of pictures, and to measure it. Empty: a new filter shows it.
+    FilterSettings sample = {};
 
     /// The property of that name; null where there is none. Lives as long as the description.
     const FilterProperty* property(std::string_view name) const;

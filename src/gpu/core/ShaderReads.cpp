@@ -108,6 +108,8 @@ ShaderReads shaderReads(std::string_view vertexShader, std::string_view fragment
     const std::string number = slot == 0 ? "" : std::to_string(slot + 1);
     const std::string sampler = "inputImageTexture" + number;
     const std::string own = "textureCoordinate" + number;
+    if (fragmentShader.find(sampler) == std::string_view::npos)
+        return ShaderReads::InPlace;
     const Tokens fragment(fragmentShader);
     const auto places = varyingsReadAt(fragment, sampler);
     if (!places)

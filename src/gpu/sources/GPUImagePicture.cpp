@@ -95,7 +95,7 @@ void GPUImagePicture::addTarget(const std::shared_ptr<GPUImageInput>& target, in
         GPUImageOutput::addTarget(target, textureLocation);
         if (!m_hasProcessedImage || !target || isThere)
             return;
-        target->setInputSize(m_texture.pictureSize(), textureLocation);
+        handFrame({.size = m_texture.pictureSize(), .isHandedAlready = true}, false, *target, textureLocation);
         target->newFrameReadyAtTime(kCMTimeIndefinite, textureLocation);
     });
 }

@@ -47,6 +47,7 @@ public:
     /// pixel. Red comes first whatever the bytes' order.
     GPUByteColorVector colorAtLocation(CGPoint location);
 
+    /// The size of the bytes.
     CGSize imageSize() const;
     /// For the reads to come. Of a frame that has been read already only a still picture is drawn again.
     void setImageSize(CGSize imageSize);

@@ -5,9 +5,13 @@
 #include "gpu/core/GPUImageBuffer.h"
 #include "gpu/core/GPUImageFilterGroup.h"
 #include "gpu/core/GPUImageFourInputFilter.h"
+#include "gpu/core/GPUImageTwoInputFilter.h"
 #include "gpu/core/GPUImageTwoPassTextureSamplingFilter.h"
+#include "gpu/sources/GPUImageRawDataInput.h"
+#include "gpu/sources/GPUImageRawDataOutput.h"
 #include "platform/image/pixels/CGImage.h"
 
+#include <array>
 #include <cstdint>
 #include <fstream>
 #include <thread>
@@ -32,75 +36,69 @@ struct ThreePasses : GPUImageFilter {
     int passCount() const override { return 3; }
 };
 
-/// A member for each base: a stream goes through all of them, and a still beside it into one.
-struct AllBases {
-    using Stage = std::shared_ptr<GPUImageStage>;
-
-    AllBases(GPUImageOutput& stream, GPUImageOutput& still)
-    {
-        const auto fill = [](const Stage& stage, const std::vector<GPUImageOutput*>& slots) {
-            for (std::size_t slot = 0; slot < slots.size(); ++slot)
-                slots[slot]->addTarget(stage, static_cast<int>(slot));
-            return stage;
-        };
-        const char* const passing = kGPUImagePassthroughFragmentShaderString;
-        group->addFilter(multiplying(0.25F));
-        group->setInitialFilters({group->filterAtIndex(0)});
-        group->setTerminalFilter(group->filterAtIndex(0));
-        // First: of four slots the last must not be filled last.
-        const Stage ofGroup = fill(group, {&stream});
-        const Stage twice = fill(std::make_shared<GPUImageTwoPassFilter>(passing, passing), {&stream});
-        const char* const corners = kGPUImageVertexShaderString;
-        const Stage sampling =
-            fill(std::make_shared<GPUImageTwoPassTextureSamplingFilter>(corners, passing, corners, passing), {&stream});
-        fill(first, {&stream});
-        const Stage grid = fill(std::make_shared<GPUImage3x3TextureSamplingFilter>(passing), {first.get()});
-        const Stage thrice = fill(std::make_shared<ThreePasses>(), {grid.get()});
-        const Stage buffer = fill(std::make_shared<GPUImageBuffer>(), {thrice.get()});
-        const Stage kept = fill(std::make_shared<GPUImageFilter>(), {&still});
-        ends = {fill(std::make_shared<GPUImageTwoInputFilter>(passing), {buffer.get(), kept.get()}),
-                fill(std::make_shared<GPUImageTwoInputFilter>(passing), {first.get(), buffer.get()}),
-                fill(std::make_shared<GPUImageThreeInputFilter>(passing), {first.get(), sampling.get(), twice.get()}),
-                fill(std::make_shared<GPUImageFourInputFilter>(passing),
-                     {buffer.get(), twice.get(), sampling.get(), ofGroup.get()})};
-        for (const Stage& end : ends)
-            end->setFrameProcessingCompletionBlock([this](GPUImageOutput&, const CMTime&) { ++frames; });
-    }
-
-    std::shared_ptr<GPUImageFilter> first = multiplying(0.5F);
-    std::shared_ptr<GPUImageFilterGroup> group = std::make_shared<GPUImageFilterGroup>();
-    std::vector<Stage> ends;
-    int frames = 0;
-};
-
-TEST_F(EnduranceTest, FramesTakeNothing)
+/// The filter with these in its slots.
+template <class Stage>
+std::shared_ptr<Stage> fed(std::shared_ptr<Stage> stage, const std::vector<std::shared_ptr<GPUImageOutput>>& slots)
 {
-    std::size_t living = 0;
-    {
-        FrameSource still;
-        AllBases bases(*m_source, still);
-        const CGImage picture = chartPicture(4, 4);
-        still.push(picture, kCMTimeIndefinite);
-        const auto run = [&](int frames) {
+    for (std::size_t slot = 0; slot < slots.size(); ++slot)
+        slots[slot]->addTarget(stage, static_cast<int>(slot));
+    return stage;
+}
+
+TEST_F(EnduranceTest, FramesOfAStreamThroughEveryBaseTakeNothing)
+{
+    const char* const through = kGPUImagePassthroughFragmentShaderString;
+    const char* const corners = kGPUImageVertexShaderString;
+    const auto still = std::make_shared<FrameSource>();
+    const auto group = std::make_shared<GPUImageFilterGroup>();
+    group->addFilter(multiplying(0.25F));
+    group->setInitialFilters({group->filterAtIndex(0)});
+    group->setTerminalFilter(group->filterAtIndex(0));
+    fed(group, {m_source}); // first: of four slots the last must not be filled last
+    const auto twice = fed(std::make_shared<GPUImageTwoPassFilter>(through, through), {m_source});
+    const auto first = fed(multiplying(0.5F), {m_source});
+    const auto sampling =
+        fed(std::make_shared<GPUImageTwoPassTextureSamplingFilter>(corners, through, corners, through), {first});
+    const auto grid = fed(std::make_shared<GPUImage3x3TextureSamplingFilter>(through), {first});
+    const auto buffer = fed(std::make_shared<GPUImageBuffer>(), {fed(std::make_shared<ThreePasses>(), {grid})});
+    const auto kept = fed(std::make_shared<GPUImageFilter>(), {still});
+    const std::array<std::shared_ptr<GPUImageFilter>, 3> ends{
+        fed(std::make_shared<GPUImageTwoInputFilter>(through), {buffer, kept}),
+        fed(std::make_shared<GPUImageThreeInputFilter>(through), {first, sampling, twice}),
+        fed(std::make_shared<GPUImageFourInputFilter>(through), {buffer, twice, sampling, group})};
+    const auto raw = std::make_shared<GPUImageRawDataInput>(std::vector<std::uint8_t>(64), CGSize{4, 4});
+    const auto bytes = fed(std::make_shared<GPUImageRawDataOutput>(CGSize{3, 5}, false), {raw});
+    int drawn = 0;
+    for (const auto& end : ends)
+        end->setFrameProcessingCompletionBlock([&](GPUImageOutput&, const CMTime&) { ++drawn; });
+    const CGImage picture = chartPicture(4, 4);
+    still->push(picture, kCMTimeIndefinite);
+    const auto run = [&](int frames) {
+        onQueue([&] { // without a hop a frame
             for (int i = 0; i < frames; ++i) {
-                bases.first->setFloat(0.1F, "factor");
+                first->setFloat(0.1F, "factor");
                 m_source->push(picture, second(i));
+                ASSERT_TRUE(raw->uploadBytes(std::vector(64, static_cast<std::uint8_t>(i))).ok());
+                raw->processData();
+                if (i % 3 == 0)
+                    continue; // never read
+                ASSERT_EQ(bytes->rawBytesForImage().back(), static_cast<std::uint8_t>(i));
             }
-        };
-        run(100);
-        const GLCalls calls = valueFromVideoProcessingQueue(glCallsSoFar);
-        living = GPUImageFramebufferCache::livingCount();
-        [[maybe_unused]] const std::size_t memory = residentBytes();
-        run(10000);
-        EXPECT_EQ(bases.frames, 4 * 10100) << "all ends draw every frame";
-        EXPECT_EQ((valueFromVideoProcessingQueue(glCallsSoFar) - calls).objectsMade(), 0);
-        EXPECT_EQ(GPUImageFramebufferCache::livingCount(), living);
+        });
+    };
+    run(100);
+    const GLCalls calls = valueFromVideoProcessingQueue(glCallsSoFar);
+    const std::size_t living = GPUImageFramebufferCache::livingCount();
+    const std::size_t idle = idleFramebuffers();
+    [[maybe_unused]] const std::size_t memory = residentBytes();
+    run(10000);
+    EXPECT_EQ(drawn, 3 * 10100);
+    EXPECT_EQ((valueFromVideoProcessingQueue(glCallsSoFar) - calls).objectsMade(), 0);
+    EXPECT_EQ(GPUImageFramebufferCache::livingCount(), living);
+    EXPECT_EQ(idleFramebuffers(), idle);
 #ifndef __SANITIZE_ADDRESS__ // which keeps memory to find late uses
-        EXPECT_LT(residentBytes(), memory + (std::size_t{1} << 20));
+    EXPECT_LT(residentBytes(), memory + (std::size_t{1} << 20));
 #endif
-        m_source->removeAllTargets();
-    }
-    EXPECT_EQ(idleFramebuffers(), living) << "all counts have been given back";
 }
 
 TEST_F(EnduranceTest, ThreadsFilterConnectAndLeaveAtOnce)

@@ -1,8 +1,8 @@
 #include "GraphFixture.h"
 #include "TestPictures.h"
+#include "gpu/core/FilterProgram.h"
 #include "gpu/core/GPUImageTwoInputFilter.h"
 #include "gpu/core/ShaderReads.h"
-#include "gpu/core/FilterProgram.h"
 #include "gpu/sources/GPUImagePicture.h"
 
 namespace lamina::test {

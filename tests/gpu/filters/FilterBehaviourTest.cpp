@@ -12,7 +12,9 @@
 #include "gpu/filters/color/GPUImageToneCurveFilter.h"
 #include "gpu/filters/color/LookupTables.h"
 #include "gpu/filters/edge/GPUImage3x3ConvolutionFilter.h"
+#include "gpu/filters/edge/GPUImageColourFASTFeatureDetector.h"
 #include "gpu/filters/edge/GPUImageErosionFilter.h"
+#include "gpu/filters/edge/GPUImageSobelEdgeDetectionFilter.h"
 #include "gpu/filters/edge/GPUImageToonFilter.h"
 #include "gpu/sources/GPUImagePicture.h"
 #include "platform/base/MemoryWarning.h"
@@ -52,16 +54,20 @@ TEST_F(FilterBehaviourTest, SeesItsInputTurnedInAllRotations)
     const CGImage picture = noise(23, 14);
     const auto erosion = std::make_shared<GPUImageErosionFilter>(2);
     erosion->setVerticalTexelSpacing(3);
-    const std::shared_ptr<GPUImageFilter> filters[] = {std::make_shared<GPUImageSepiaFilter>(),
-                                                       std::make_shared<GPUImageToonFilter>(),
-                                                       erosion,
-                                                       blurDownwards(1),
-                                                       blurDownwards(2),
-                                                       blurDownwards(3)};
+    const auto features = std::make_shared<GPUImageColourFASTFeatureDetector>();
+    features->setBlurRadiusInPixels(0); // the rounding of a blur would show in the angle
+    const std::shared_ptr<GPUImageStage> filters[] = {std::make_shared<GPUImageSepiaFilter>(),
+                                                      std::make_shared<GPUImageToonFilter>(),
+                                                      std::make_shared<GPUImageSobelEdgeDetectionFilter>(),
+                                                      features,
+                                                      erosion,
+                                                      blurDownwards(1),
+                                                      blurDownwards(2),
+                                                      blurDownwards(3)};
     const auto turn = std::make_shared<GPUImageFilter>();
     const auto lopsided = std::make_shared<GPUImage3x3ConvolutionFilter>();
     lopsided->setConvolutionKernel(kLopsided);
-    const auto filtered = [](GPUImageFilter& filter, const CGImage& input, GPUImageRotationMode rotation) {
+    const auto filtered = [](GPUImageStage& filter, const CGImage& input, GPUImageRotationMode rotation) {
         onQueue([&] { filter.setInputRotation(rotation, 0); });
         return filter.newCGImageByFilteringCGImage(input);
     };

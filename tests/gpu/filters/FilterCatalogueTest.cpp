@@ -69,6 +69,23 @@ TEST_F(FilterCatalogueTest, WhatItTellsIsWhatANewFilterHas)
     }
 }
 
+/// The first frame passes as it is.
+bool showsNothingOfAStill(const std::string& filter)
+{
+    return filter == "GPUImageLowPassFilter" || filter == "GPUImageHighPassFilter";
+}
+
+TEST_F(FilterCatalogueTest, SamplesShowWhatTheFilterDoes)
+{
+    const CGImage picture = noisePicture(31, 17, CGImageAlphaInfo::Last);
+    for (const auto& [name, description] : filterCatalogue().all()) {
+        const Outcome suits = checkSettings(description, description.sample);
+        ASSERT_TRUE(suits.ok()) << name << ": " << suits.error().message();
+        const bool shows = !imagesMatch(filteredNoise(made(description, description.sample)), picture, 8);
+        EXPECT_NE(shows, showsNothingOfAStill(name)) << name;
+    }
+}
+
 TEST_F(FilterCatalogueTest, NoFilterMakesObjectsOnceWarm)
 {
     const CGImage picture = noisePicture(31, 17, CGImageAlphaInfo::Last);

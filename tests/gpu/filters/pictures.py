@@ -69,6 +69,10 @@ PICTURES = {name: stored(np.asarray(pixels)) for name, pixels in {
     "ramp": np.dstack([across, downwards, (across + downwards) / 2, np.full((255, 255), 254)]) / 254,
     "greys": [[[level / 255] * 3 + [1] for level in range(256)]],
     **pairs(),
+    "board": np.where(np.add(*np.indices((60, 84)) // 12) % 2, 0.2, 0.45)[..., None] * [1, 1, 1, 0] + [0, 0, 0, 1],
+    # Below y = 0.4 x + 0.1, from -1 to 1 each.
+    "slope": np.where((downwards[:70, :90] + 0.5) / 35 - 1.1 > 0.4 * (across[:70, :90] + 0.5) / 45 - 0.4, 1, 0)[..., None]
+             * [1.0, 1, 1, 0] + [0, 0, 0, 1],
     "arrows": arrows(),
     "blots": blots(),
     "counts": np.dstack([random.integers(0, high, (35, 61)) for high in (256, 4, 2, 1)]) / 255 + [0, 0, 0, 1],

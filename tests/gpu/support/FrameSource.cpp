@@ -24,24 +24,6 @@ std::shared_ptr<GPUImageFramebuffer> uploaded(const CGImage& picture)
 
 } // namespace
 
-FrameSource::~FrameSource()
-{
-    GPUImageOutput::removeAllTargets();
-    giveUpStill();
-}
-
-/// As a picture does at its end.
-void FrameSource::giveUpStill()
-{
-    if (!m_still)
-        return;
-    runSynchronouslyOnVideoProcessingQueue([this] {
-        m_still->enableReferenceCounting();
-        m_still->unlock();
-        m_still.reset();
-    });
-}
-
 void FrameSource::push(IntSize size, Rgba color, const CMTime& time)
 {
     push(solidPicture(size.width, size.height, color), time);
@@ -63,13 +45,9 @@ void FrameSource::push(const CGImage& picture, const CMTime& time)
 
 void FrameSource::pushStill(const CGImage& picture)
 {
-    runSynchronouslyOnVideoProcessingQueue([&] {
-        const std::shared_ptr<GPUImageFramebuffer> next = uploaded(picture);
-        giveUpStill();
-        m_still = next;
-        m_still->disableReferenceCounting();
-        pushToTargets({.framebuffer = m_still, .size = m_still->size()});
-    });
+    m_still = std::make_unique<PictureTexture>(picture);
+    runSynchronouslyOnVideoProcessingQueue(
+        [&] { pushToTargets({.framebuffer = m_still->framebuffer(), .size = m_still->pictureSize()}); });
 }
 
 std::size_t idleFramebuffers()

@@ -3,8 +3,10 @@
 #include "TestPictures.h"
 #include "gpu/core/GPUImageOutput.h"
 #include "gpu/core/GPUImageRotationMode.h"
+#include "gpu/core/PictureTexture.h"
 
 #include <cstddef>
+#include <memory>
 
 namespace lamina::test {
 
@@ -12,7 +14,6 @@ namespace lamina::test {
 /// returns.
 class FrameSource : public GPUImageOutput {
 public:
-    ~FrameSource() override;
     /// One colour.
     void push(IntSize size, Rgba color, const CMTime& time);
     /// The pixels of a picture of R G B A bytes.
@@ -25,11 +26,9 @@ public:
     void setMonochrome(bool monochrome) { m_isMonochrome = monochrome; }
 
 private:
-    void giveUpStill();
-
     GPUImageRotationMode m_rotation = kGPUImageNoRotation;
     bool m_isMonochrome = false;
-    std::shared_ptr<GPUImageFramebuffer> m_still;
+    std::unique_ptr<PictureTexture> m_still;
 };
 
 /// The number of framebuffers that wait in the pool once all that has been returned so far is there.

@@ -1,5 +1,7 @@
 #include "gpu/filters/analysis/GPUImageAverageColor.h"
 
+#include "gpu/core/FilterProgram.h"
+#include "gpu/core/FilterResults.h"
 #include "gpu/core/VideoProcessingQueue.h"
 
 #include <algorithm>

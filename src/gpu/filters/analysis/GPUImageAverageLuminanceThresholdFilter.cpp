@@ -2,6 +2,7 @@
 
 #include "gpu/filters/analysis/GPUImageLuminosity.h"
 #include "gpu/filters/color/GPUImageLuminanceThresholdFilter.h"
+#include "platform/base/CMTime.h"
 
 namespace lamina {
 

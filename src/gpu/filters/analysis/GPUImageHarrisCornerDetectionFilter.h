@@ -1,10 +1,11 @@
 #pragma once
 
 #include "gpu/core/FilterRegistry.h"
+#include "gpu/core/FilterResults.h"
 #include "gpu/core/GPUImageFilter.h"
 #include "gpu/core/GPUImageFilterGroup.h"
-#include "gpu/filters/blur/GPUImageGaussianBlurFilter.h"
 #include "gpu/filters/analysis/PeakFinder.h"
+#include "gpu/filters/blur/GPUImageGaussianBlurFilter.h"
 #include "platform/base/CGGeometry.h"
 #include "platform/base/CMTime.h"
 
@@ -51,6 +52,7 @@ public:
     /// From any thread; in force from the next frame.
     void setCornersDetectedBlock(CornersDetectedBlock block);
 
+    /// What stands out of its surroundings in two directions.
     struct Corner {
         CGPoint place;       ///< in shares of the width and the height
         double strength = 0; ///< cornerness, up to 1

@@ -2,6 +2,10 @@
 
 #include "gpu/core/GPUImageTwoInputFilter.h"
 #include "gpu/sources/GPUImageRawDataInput.h"
+#include "platform/base/CGGeometry.h"
+#include "platform/base/CMTime.h"
+#include "platform/base/Log.h"
+#include "platform/base/Result.h"
 
 #include <algorithm>
 #include <array>
@@ -74,7 +78,8 @@ GPUImageHistogramEqualizationFilter::GPUImageHistogramEqualizationFilter(GPUImag
     const auto source = std::make_shared<GPUImageRawDataInput>(tableOf({}), CGSize{256, 1});
     source->addTarget(mapping, 1);
     m_histogram->setHistogramBlock([source](const GPUImageHistogram& histogram, CMTime time) {
-        source->uploadBytes(tableOf(histogram));
+        if (const Outcome uploaded = source->uploadBytes(tableOf(histogram)); !uploaded)
+            logError(uploaded.error().message());
         source->processDataForTimestamp(time);
     });
     addFilter(m_histogram);

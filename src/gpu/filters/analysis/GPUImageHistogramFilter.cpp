@@ -1,10 +1,12 @@
 #include "gpu/filters/analysis/GPUImageHistogramFilter.h"
 
-#include "gpu/core/GLErrors.h"
-#include "gpu/core/GPUImageContext.h"
+#include "gpu/core/FilterProgram.h"
+#include "gpu/core/GPUImageFramebuffer.h"
+#include "gpu/core/TextureUpload.h"
 #include "gpu/core/VideoProcessingQueue.h"
 
 #include <algorithm>
+#include <memory>
 #include <string>
 
 namespace lamina {
@@ -89,11 +91,8 @@ void GPUImageHistogramFilter::renderToTextureWithVertices(const QuadCoordinates&
     copy->unlock();
     m_outputFramebuffer = beginOutput({}, outputFrameSize());
     const std::vector<std::uint8_t> row = picture();
-    glActiveTexture(GL_TEXTURE1);
-    glBindTexture(GL_TEXTURE_2D, m_outputFramebuffer->texture());
     for (int y = 0; y < kRows; ++y)
-        glTexSubImage2D(GL_TEXTURE_2D, 0, 0, y, kBins, 1, GL_RGBA, GL_UNSIGNED_BYTE, row.data());
-    checkDraw("drawing a histogram");
+        uploadTexturePart(*m_outputFramebuffer, 0, y, {.bytes = row.data(), .size = {kBins, 1}});
     holdForCapture(*m_outputFramebuffer);
     signalCapture();
 }
@@ -109,15 +108,22 @@ void GPUImageHistogramFilter::newFrameReadyAtTime(const CMTime& frameTime, int)
 FilterReporting GPUImageHistogramFilter::reporting()
 {
     const auto bins = [](const char* name) {
-        return FilterResult{name, {}, true, "pixels", "Pixels of each value from 0 to 255; none where it isn't counted"};
+        return FilterResult{
+            name, {}, true, "pixels", "Pixels of each value from 0 to 255; none where it isn't counted"};
     };
     return filterReporting<GPUImageHistogramFilter>(
         {{"points", {}, false, "pixels", "How many pixels were counted"},
-         bins("red"), bins("green"), bins("blue"), bins("luminance")},
+         bins("red"),
+         bins("green"),
+         bins("blue"),
+         bins("luminance")},
         [](GPUImageHistogramFilter& filter, const FilterReportBlock& block) {
             filter.setHistogramBlock([block](const GPUImageHistogram& histogram, CMTime) {
                 const auto& [red, green, blue] = histogram.channels;
-                block({{static_cast<double>(histogram.points)}, reported(red), reported(green), reported(blue),
+                block({{static_cast<double>(histogram.points)},
+                       reported(red),
+                       reported(green),
+                       reported(blue),
                        reported(histogram.luminance)});
             });
         });
@@ -126,9 +132,9 @@ FilterReporting GPUImageHistogramFilter::reporting()
 FilterDescription GPUImageHistogramFilter::describe()
 {
     using Self = GPUImageHistogramFilter;
-    FilterDescription description = filterDescription<Self>(
-        "GPUImageHistogramFilter", "detection", 1, "How often each value occurs, as numbers and as a row of 256 bins",
-        properties<Self>());
+    FilterDescription description =
+        filterDescription<Self>("GPUImageHistogramFilter", "detection", 1,
+                                "How often each value occurs, as numbers and as a row of 256 bins", properties<Self>());
     description.reporting = reporting();
     return description;
 }

@@ -1,7 +1,9 @@
 #pragma once
 
 #include "gpu/core/FilterRegistry.h"
+#include "gpu/core/FilterResults.h"
 #include "gpu/core/GPUImageFilter.h"
+#include "gpu/core/TypedValue.h"
 #include "gpu/filters/analysis/FrameReading.h"
 #include "platform/base/CGGeometry.h"
 #include "platform/base/CMTime.h"
@@ -80,8 +82,8 @@ public:
 
 private:
     static constexpr int kStartDownsamplingFactor = 16;
-    static constexpr ValueKind kTypes{ValueType::Choice, "choice", "red|green|blue|rgb|luminance",
-                                      "red, green, blue, rgb or luminance", {}};
+    static constexpr ValueKind kTypes{
+        ValueType::Choice, "choice", "red|green|blue|rgb|luminance", "red, green, blue, rgb or luminance", {}};
 
     static FilterReporting reporting();
     void count(std::span<const std::uint8_t> pixels);

@@ -48,10 +48,10 @@ void GPUImageHistogramGenerator::setInputSize(CGSize size, int textureIndex)
 FilterDescription GPUImageHistogramGenerator::describe()
 {
     using Self = GPUImageHistogramGenerator;
-    return filterDescription<Self>("GPUImageHistogramGenerator", "detection", 1,
-                                   "Draws a histogram's bins as bars: behind GPUImageHistogramFilter in a pipeline",
-                                   {filterProperty("backgroundColor", &Self::setBackgroundColor, kBlack, {0, 1}, "",
-                                                   "Behind the bars")});
+    return filterDescription<Self>(
+        "GPUImageHistogramGenerator", "detection", 1,
+        "Draws a histogram's bins as bars: behind GPUImageHistogramFilter in a pipeline",
+        {filterProperty("backgroundColor", &Self::setBackgroundColor, kBlack, {0, 1}, "", "Behind the bars")});
 }
 
 } // namespace lamina

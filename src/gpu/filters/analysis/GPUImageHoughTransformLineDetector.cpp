@@ -25,18 +25,14 @@ constexpr float kLineThreshold = 0.12F;
 
 using Line = GPUImageHoughTransformLineDetector::Line;
 
-/// The cell's middle, from -1 in the first one to 1 in the last.
-double placeIn(int cell, int cells)
-{
-    return (2.0 * cell - (cells - 1)) / (cells - 1);
-}
-
 /// The line that a place of the transform stands for; without its ends.
 Line lineAt(const Peak& peak, IntSize size)
 {
-    const double u = placeIn(peak.x, size.width);
-    const double v = placeIn(peak.y, size.height);
-    Line line{.votes = peak.value};
+    // Columns have -1 and 1 in their middles, rows between them.
+    const double u = (2.0 * peak.x - (size.width - 1)) / (size.width - 1);
+    const double v = (2.0 * peak.y + 1) / size.height - 1;
+    Line line;
+    line.votes = peak.value;
     const double share = 1 - std::abs(u);
     if (share > 0) {
         line.slope = u / share;

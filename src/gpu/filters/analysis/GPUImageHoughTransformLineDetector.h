@@ -1,6 +1,7 @@
 #pragma once
 
 #include "gpu/core/FilterRegistry.h"
+#include "gpu/core/FilterResults.h"
 #include "gpu/core/GPUImageFilterGroup.h"
 #include "platform/base/CGGeometry.h"
 #include "platform/base/CMTime.h"
@@ -35,8 +36,8 @@ public:
     /// The steepness from which an edge is sure, 0.4 at first: `upperThreshold` of the edge finder.
     float edgeThreshold() const;
     void setEdgeThreshold(float threshold);
-    /// The least votes of a line, in units of 255, 0.12 at first: of an edge as long as the picture's longer side, about
-    /// its length as a share of that. 0 keeps every peak.
+    /// The least votes of a line, in units of 255, 0.12 at first: of an edge as long as the picture's longer side,
+    /// about its length as a share of that. 0 keeps every peak.
     float lineDetectionThreshold() const;
     void setLineDetectionThreshold(float threshold);
 
@@ -51,6 +52,7 @@ public:
     /// From any thread; in force from the next frame.
     void setLinesDetectedBlock(LinesDetectedBlock block);
 
+    /// A line from end to end of the picture.
     struct Line {
         double slope = 0;
         double intercept = 0;

@@ -1,6 +1,10 @@
 #include "gpu/filters/analysis/GPUImageLuminosity.h"
 
+#include "gpu/core/FilterRegistry.h"
+#include "gpu/core/FilterResults.h"
+#include "gpu/core/GPUVectors.h"
 #include "gpu/core/VideoProcessingQueue.h"
+#include "platform/base/CMTime.h"
 
 namespace lamina {
 

@@ -1,5 +1,6 @@
 #include "gpu/filters/analysis/GPUImageMotionDetector.h"
 
+#include "gpu/core/FilterResults.h"
 #include "gpu/core/GPUImageTwoInputFilter.h"
 #include "gpu/filters/analysis/GPUImageAverageColor.h"
 #include "gpu/filters/blur/GPUImageLowPassFilter.h"
@@ -75,17 +76,17 @@ FilterDescription GPUImageMotionDetector::describe()
         "GPUImageMotionDetector", "detection", 1, "Finds what has moved since the frames before",
         {filterProperty("lowPassFilterStrength", &Self::setLowPassFilterStrength, kStart, {0, 1}, "",
                         "Share of the past in what is compared with")});
-    description.reporting = filterReporting<Self>(
-        {{"motion",
-          {"x", "y", "intensity"},
-          false,
-          "shares of the width, the height and the picture",
-          "The middle of what has moved, and how much has; 0.5, 0.5 and 0 in a single picture"}},
-        [](Self& filter, const FilterReportBlock& block) {
-            filter.setMotionDetectionBlock([block](CGPoint centroid, double intensity, CMTime) {
-                block({{centroid.x, centroid.y, intensity}});
-            });
-        });
+    description.reporting =
+        filterReporting<Self>({{"motion",
+                                {"x", "y", "intensity"},
+                                false,
+                                "shares of the width, the height and the picture",
+                                "The middle of what has moved, and how much has; 0.5, 0.5 and 0 in a single picture"}},
+                              [](Self& filter, const FilterReportBlock& block) {
+                                  filter.setMotionDetectionBlock([block](CGPoint centroid, double intensity, CMTime) {
+                                      block({{centroid.x, centroid.y, intensity}});
+                                  });
+                              });
     return description;
 }
 

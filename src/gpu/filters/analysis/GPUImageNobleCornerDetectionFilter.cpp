@@ -1,5 +1,7 @@
 #include "gpu/filters/analysis/GPUImageNobleCornerDetectionFilter.h"
 
+#include "gpu/core/FilterRegistry.h"
+
 namespace lamina {
 
 namespace {

@@ -1,5 +1,7 @@
 #include "gpu/filters/analysis/GPUImageParallelCoordinateLineTransformFilter.h"
 
+#include "gpu/core/FilterProgram.h"
+#include "gpu/core/GPUImageFramebuffer.h"
 #include "gpu/core/VideoProcessingQueue.h"
 
 #include <algorithm>
@@ -51,9 +53,9 @@ void main()
 }
 )";
 
-double accumulatorSide(double side)
+int cellsFor(double side)
 {
-    return std::clamp(static_cast<int>(side), kLeastSide, kMostSide) | 1;
+    return std::clamp(static_cast<int>(side), kLeastSide, kMostSide);
 }
 
 /// The middle of a pixel, from -1 to 1.
@@ -89,15 +91,16 @@ GPUImageFilter::Pass GPUImageParallelCoordinateLineTransformFilter::linesPass()
 
 CGSize GPUImageParallelCoordinateLineTransformFilter::sizeOfFBO() const
 {
-    return {accumulatorSide(m_inputTextureSize.width), accumulatorSide(m_inputTextureSize.height)};
+    return {static_cast<double>(cellsFor(m_inputTextureSize.width) | 1),
+            static_cast<double>(cellsFor(m_inputTextureSize.height))};
 }
 
 /// The end of a line is left out by GL: no place on the middle axis gets two votes of one pixel.
-void GPUImageParallelCoordinateLineTransformFilter::addLines(double x, double y, CGSize scale)
+void GPUImageParallelCoordinateLineTransformFilter::addLines(double x, double y, double right)
 {
-    const auto left = static_cast<GLfloat>(-scale.width);
-    const auto start = static_cast<GLfloat>(x * scale.height);
-    const auto middle = static_cast<GLfloat>(y * scale.height);
+    const auto left = static_cast<GLfloat>(-right);
+    const auto start = static_cast<GLfloat>(x);
+    const auto middle = static_cast<GLfloat>(y);
     m_lineCoordinates.insert(m_lineCoordinates.end(), {left, start, 0, middle, 0, middle, -left, -start});
 }
 
@@ -108,13 +111,12 @@ void GPUImageParallelCoordinateLineTransformFilter::generateLineCoordinates(cons
     const auto side = static_cast<std::size_t>(std::max(size.width, size.height));
     const std::size_t step =
         std::max({(side + kMostVotes - 1) / kMostVotes, (lit.size() + kMostVoters - 1) / kMostVoters, std::size_t{1}});
-    const CGSize cells = sizeOfFBO();
-    // The outermost cells' middles are -1 and 1.
-    const CGSize scale{(cells.width - 1) / cells.width, (cells.height - 1) / cells.height};
+    const double cells = sizeOfFBO().width;
+    const double right = (cells - 1) / cells; // the middle of the last column
     const auto width = static_cast<std::size_t>(size.width);
     m_lineCoordinates.clear();
     for (std::size_t i = 0; i < lit.size(); i += step)
-        addLines(centreOf(lit[i] % width, size.width), centreOf(lit[i] / width, size.height), scale);
+        addLines(centreOf(lit[i] % width, size.width), centreOf(lit[i] / width, size.height), right);
 }
 
 void GPUImageParallelCoordinateLineTransformFilter::renderToTextureWithVertices(

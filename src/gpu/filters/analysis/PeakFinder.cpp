@@ -1,10 +1,12 @@
 #include "gpu/filters/analysis/PeakFinder.h"
 
+#include "gpu/core/FilterProgram.h"
 #include "platform/base/Log.h"
 
 #include <chrono>
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <string>
 
 namespace lamina {

@@ -4,6 +4,8 @@
 #include "gpu/filters/blur/GPUImageGaussianBlurFilter.h"
 #include "platform/gl/GLHeaders.h"
 
+#include <cstddef>
+
 namespace lamina {
 
 /// Smooths areas and leaves edges: a neighbour counts the less, the more its colour differs (Tomasi and Manduchi,
@@ -30,6 +32,7 @@ public:
 
 protected:
     void useRadius(double) override {}
+    bool readsTexelCentres(int, std::size_t) const override { return stepsAreWholeTexels(); }
 
 private:
     GLint m_firstUniform;

@@ -6,6 +6,8 @@
 #include "platform/base/CGGeometry.h"
 #include "platform/gl/GLHeaders.h"
 
+#include <cstddef>
+
 namespace lamina {
 
 /// Blurs within a circle, as one makes a face unknown, and leaves the rest.
@@ -31,6 +33,9 @@ public:
     /// Radius of the circle in widths of the picture; 0.25 at first.
     float blurRadius() const { return m_blurRadius; }
     void setBlurRadius(float radius);
+
+protected:
+    bool readsTexelCentres(int, std::size_t) const override { return stepsAreWholeTexels(); }
 
 private:
     GLint m_firstRadiusUniform;
