@@ -6,6 +6,7 @@
 #include "gpu/filters/effect/GPUImageJFAVoronoiFilter.h"
 #include "gpu/filters/effect/GPUImageLineGenerator.h"
 #include "gpu/filters/effect/GPUImageVoronoiConsumerFilter.h"
+#include "gpu/sources/GPUImagePicture.h"
 
 #include <cmath>
 
@@ -90,6 +91,18 @@ TEST_F(GeneratorTest, EitherOfTwoPicturesMayLieTurned)
         EXPECT_TRUE(imagesMatch(combined(cells, picture, codes, rotation), combined(cells, turned(picture), codes), 1))
             << number;
     }
+}
+
+TEST_F(GeneratorTest, EveryStepReadsAnOverlayThatMovesAsOneThatStandsStill)
+{
+    const CGImage picture = noisePicture(12, 7, CGImageAlphaInfo::Last);
+    const CGImage other = noisePicture(12, 7, CGImageAlphaInfo::Last, 5);
+    const auto overStill = std::make_shared<GPUImagePoissonBlendFilter>();
+    const auto still = std::make_shared<GPUImagePicture>(other);
+    still->addTarget(overStill, 1);
+    still->processImage();
+    EXPECT_TRUE(imagesMatch(combined(std::make_shared<GPUImagePoissonBlendFilter>(), picture, other),
+                            overStill->newCGImageByFilteringCGImage(picture)));
 }
 
 TEST_F(GeneratorTest, CellsOfACoarserDiagramFillThePicture)
