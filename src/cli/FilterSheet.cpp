@@ -2,13 +2,18 @@
 
 #include "cli/FilterDrawing.h"
 #include "cli/FilterParsing.h"
+#include "gpu/core/FilterRegistry.h"
 #include "gpu/filters/FilterCatalogue.h"
 #include "gpu/filters/color/LookupTables.h"
 #include "platform/base/CGGeometry.h"
 #include "platform/base/UIColor.h"
 #include "platform/image/drawing/CGContext.h"
+#include "platform/image/drawing/UIBezierPath.h"
 #include "platform/image/drawing/UIImageDrawing.h"
+#include "platform/image/pixels/CGImage.h"
+#include "platform/image/pixels/PixelBuffer.h"
 #include "platform/text/TextLayout.h"
+#include "platform/text/UIFont.h"
 
 #include <algorithm>
 #include <cmath>

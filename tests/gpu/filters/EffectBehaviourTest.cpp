@@ -12,6 +12,7 @@
 #include "platform/base/Log.h"
 
 #include <typeinfo>
+#include <utility>
 
 // What effects do beside their formulas.
 

@@ -1,5 +1,7 @@
 #include "gpu/filters/effect/CircleFilter.h"
 
+#include "gpu/core/AspectRatioFilter.h"
+
 namespace lamina {
 
 std::string circleShader()

@@ -1,5 +1,7 @@
 #include "gpu/filters/effect/DiscTiles.h"
 
+#include "platform/image/pixels/PixelBuffer.h"
+
 #include <algorithm>
 #include <array>
 #include <cstddef>

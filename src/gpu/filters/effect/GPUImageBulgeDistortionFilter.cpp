@@ -1,5 +1,7 @@
 #include "gpu/filters/effect/GPUImageBulgeDistortionFilter.h"
 
+#include "gpu/core/FilterRegistry.h"
+
 namespace lamina {
 
 namespace {

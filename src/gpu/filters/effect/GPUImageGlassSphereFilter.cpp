@@ -1,5 +1,7 @@
 #include "gpu/filters/effect/GPUImageGlassSphereFilter.h"
 
+#include "platform/base/CGGeometry.h"
+
 namespace lamina {
 
 namespace {

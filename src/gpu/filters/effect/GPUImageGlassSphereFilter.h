@@ -2,6 +2,9 @@
 
 #include "gpu/filters/effect/GPUImageSphereRefractionFilter.h"
 
+#include "gpu/core/FilterRegistry.h"
+#include "gpu/core/GPUImageRotationMode.h"
+
 namespace lamina {
 
 /// A shining ball of glass in which the picture stands upright: as in `GPUImageSphereRefractionFilter`, but with twice

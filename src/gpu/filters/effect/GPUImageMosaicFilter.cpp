@@ -1,5 +1,7 @@
 #include "gpu/filters/effect/GPUImageMosaicFilter.h"
 
+#include "gpu/core/GPUImageStage.h"
+#include "gpu/core/TypedValue.h"
 #include "gpu/core/VideoProcessingQueue.h"
 #include "gpu/filters/effect/DiscTiles.h"
 #include "platform/base/Log.h"

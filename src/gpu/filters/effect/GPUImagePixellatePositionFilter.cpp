@@ -1,7 +1,11 @@
 #include "gpu/filters/effect/GPUImagePixellatePositionFilter.h"
 
+#include "gpu/core/FilterRegistry.h"
 #include "gpu/filters/color/ColorShaders.h"
 #include "gpu/filters/effect/PixelGrid.h"
+
+#include <utility>
+#include <vector>
 
 namespace lamina {
 

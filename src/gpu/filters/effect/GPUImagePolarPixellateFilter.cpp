@@ -1,5 +1,6 @@
 #include "gpu/filters/effect/GPUImagePolarPixellateFilter.h"
 
+#include "gpu/core/FilterRegistry.h"
 #include "gpu/filters/color/ColorShaders.h"
 
 namespace lamina {

@@ -2,6 +2,8 @@
 
 #include "gpu/filters/effect/CenteredFilter.h"
 
+#include "platform/base/CGGeometry.h"
+
 namespace lamina {
 
 /// Large pixels in rings around a point, as in the spokes of a wheel.

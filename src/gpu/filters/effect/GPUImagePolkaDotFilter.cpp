@@ -1,5 +1,10 @@
 #include "gpu/filters/effect/GPUImagePolkaDotFilter.h"
 
+#include "gpu/core/FilterRegistry.h"
+
+#include <utility>
+#include <vector>
+
 namespace lamina {
 
 namespace {

@@ -1,5 +1,8 @@
 #include "gpu/filters/effect/GPUImageSmoothToonFilter.h"
 
+#include "gpu/core/GPUImageStage.h"
+#include "gpu/core/TypedValue.h"
+
 #include <cstddef>
 #include <string_view>
 #include <utility>

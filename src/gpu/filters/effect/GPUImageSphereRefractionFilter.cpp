@@ -1,6 +1,10 @@
 #include "gpu/filters/effect/GPUImageSphereRefractionFilter.h"
 
+#include "gpu/core/FilterRegistry.h"
 #include "gpu/filters/color/ColorShaders.h"
+
+#include <string>
+#include <vector>
 
 namespace lamina {
 

@@ -1,5 +1,6 @@
 #include "gpu/filters/effect/GPUImageSwirlFilter.h"
 
+#include "gpu/core/FilterRegistry.h"
 #include "gpu/core/VideoProcessingQueue.h"
 #include "gpu/filters/color/ColorShaders.h"
 

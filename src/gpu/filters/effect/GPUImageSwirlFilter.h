@@ -2,6 +2,8 @@
 
 #include "gpu/filters/effect/CenteredFilter.h"
 
+#include "gpu/core/GPUImageRotationMode.h"
+
 namespace lamina {
 
 /// A whirl: what lies within a circle is turned about its centre, the more the nearer.

@@ -1,6 +1,9 @@
 #include "gpu/filters/effect/GPUImageVignetteFilter.h"
 
+#include "gpu/core/FilterRegistry.h"
 #include "gpu/filters/color/ColorShaders.h"
+
+#include <string>
 
 namespace lamina {
 

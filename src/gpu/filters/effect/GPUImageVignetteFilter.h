@@ -2,6 +2,7 @@
 
 #include "gpu/core/GPUVectors.h"
 #include "gpu/filters/effect/CenteredFilter.h"
+#include "platform/base/CGGeometry.h"
 
 namespace lamina {
 

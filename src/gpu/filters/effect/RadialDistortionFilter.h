@@ -1,6 +1,7 @@
 #pragma once
 
 #include "gpu/core/FilterRegistry.h"
+#include "gpu/core/TypedValue.h"
 #include "gpu/filters/effect/CircleFilter.h"
 #include "platform/gl/GLHeaders.h"
 
