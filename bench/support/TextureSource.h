@@ -4,6 +4,7 @@
 #include "gpu/core/GPUImageOutput.h"
 #include "support/Measuring.h"
 
+#include <ctime>
 #include <memory>
 
 namespace lamina::bench {
@@ -41,6 +42,15 @@ double secondsToFinish(const auto& work)
         work();
         glFinish();
     });
+}
+
+/// The processor's time for the same, in all threads: other programs don't disturb it. It says nothing of a GPU.
+double processorSecondsToFinish(const auto& work)
+{
+    const std::clock_t start = std::clock();
+    work();
+    glFinish();
+    return static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC;
 }
 
 } // namespace lamina::bench

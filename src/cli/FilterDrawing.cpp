@@ -6,6 +6,7 @@
 #include "gpu/core/GPUImageFilter.h"
 #include "gpu/core/GPUImageStage.h"
 #include "gpu/core/PictureTexture.h"
+#include "gpu/core/VideoProcessingQueue.h"
 #include "gpu/filters/FilterCatalogue.h"
 #include "gpu/sources/GPUImagePicture.h"
 #include "platform/base/CGGeometry.h"
@@ -23,6 +24,12 @@ namespace lamina {
 
 namespace {
 
+/// However long it takes: who waits for a kept frame gives up after some seconds.
+void awaitDrawing()
+{
+    runSynchronouslyOnVideoProcessingQueue([] {});
+}
+
 /// Pushes from the last slot to the first: that gives the output its size, and a filter of four inputs passes over a
 /// fourth picture that comes after the other three.
 UIImage combined(const std::shared_ptr<GPUImageStage>& filter, const std::vector<UIImage>& pictures)
@@ -36,6 +43,7 @@ UIImage combined(const std::shared_ptr<GPUImageStage>& filter, const std::vector
     filter->useNextFrameForImageCapture();
     for (auto source = sources.rbegin(); source != sources.rend(); ++source)
         (*source)->processImage();
+    awaitDrawing();
     return filter->imageFromCurrentFramebufferWithOrientation(UIImageOrientation::Up);
 }
 
@@ -147,6 +155,7 @@ Result<UIImage> pictureThroughChain(const PipelineConfiguration& configuration, 
     }
     filters.back()->useNextFrameForImageCapture();
     source->processImage();
+    awaitDrawing();
     UIImage result = (*chain)->currentFilteredFrameWithOrientation(UIImageOrientation::Up);
     if (!result)
         return noPicture(configuration.filters.back().filterName);

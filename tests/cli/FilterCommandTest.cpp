@@ -27,6 +27,16 @@ TEST_F(FilterCommand, APictureBeyondTheTextureLimitIsReducedAndThatIsTold)
     EXPECT_EQ(shell(line + " -q").errors, "");
 }
 
+TEST_F(FilterCommand, AGeneratorDrawsAtASize)
+{
+    const CommandResult drawn = shell(
+        "lamina filter GPUImageLineGenerator --size 8x4 --set 'lines=0,0.25' --set setLineColorRed=1,0,0 -o out.png");
+    ASSERT_EQ(drawn.exitCode, 0) << drawn.errors;
+    EXPECT_TRUE(imagesMatch(readPictureFile(folder.path("out.png")), makePicture(8, 4, [](int, int y) {
+                                return y == 2 ? Rgba{255, 0, 0, 255} : Rgba{0, 0, 0, 0};
+                            })));
+}
+
 TEST_F(FilterCommand, TheListsKnowTheSameFilters)
 {
     const std::string text = shell("lamina filters").output;

@@ -7,6 +7,8 @@
 #include "gpu/core/GPUImageFourInputFilter.h"
 #include "gpu/core/GPUImageTwoInputFilter.h"
 #include "gpu/core/GPUImageTwoPassTextureSamplingFilter.h"
+#include "gpu/sources/GPUImageRawDataInput.h"
+#include "gpu/sources/GPUImageRawDataOutput.h"
 #include "platform/image/pixels/CGImage.h"
 
 #include <array>
@@ -64,6 +66,8 @@ TEST_F(EnduranceTest, FramesOfAStreamThroughEveryBaseTakeNothing)
         fed(std::make_shared<GPUImageTwoInputFilter>(through), {buffer, kept}),
         fed(std::make_shared<GPUImageThreeInputFilter>(through), {first, sampling, twice}),
         fed(std::make_shared<GPUImageFourInputFilter>(through), {buffer, twice, sampling, group})};
+    const auto raw = std::make_shared<GPUImageRawDataInput>(std::vector<std::uint8_t>(64), CGSize{4, 4});
+    const auto bytes = fed(std::make_shared<GPUImageRawDataOutput>(CGSize{3, 5}, false), {raw});
     int drawn = 0;
     for (const auto& end : ends)
         end->setFrameProcessingCompletionBlock([&](GPUImageOutput&, const CMTime&) { ++drawn; });
@@ -74,6 +78,11 @@ TEST_F(EnduranceTest, FramesOfAStreamThroughEveryBaseTakeNothing)
             for (int i = 0; i < frames; ++i) {
                 first->setFloat(0.1F, "factor");
                 m_source->push(picture, second(i));
+                ASSERT_TRUE(raw->uploadBytes(std::vector(64, static_cast<std::uint8_t>(i))).ok());
+                raw->processData();
+                if (i % 3 == 0)
+                    continue; // never read
+                ASSERT_EQ(bytes->rawBytesForImage().back(), static_cast<std::uint8_t>(i));
             }
         });
     };

@@ -2,6 +2,7 @@
 #include "TestPictures.h"
 #include "gpu/core/FilterRegistry.h"
 #include "gpu/core/GPUImageFilterPipeline.h"
+#include "platform/base/CGAffineTransform.h"
 #include "platform/base/CGGeometry.h"
 
 namespace lamina::test {

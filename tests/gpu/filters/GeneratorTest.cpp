@@ -1,12 +1,13 @@
 #include "GraphFixture.h"
 #include "TestPictures.h"
+#include "gpu/core/GPUImageRotationMode.h"
 #include "gpu/filters/blend/GPUImagePoissonBlendFilter.h"
 #include "gpu/filters/effect/GPUImageCropFilter.h"
 #include "gpu/filters/effect/GPUImageJFAVoronoiFilter.h"
 #include "gpu/filters/effect/GPUImageLineGenerator.h"
 #include "gpu/filters/effect/GPUImageVoronoiConsumerFilter.h"
 
-#include <typeinfo>
+#include <cmath>
 
 // What generators, diagrams and cuts do beside their formulas.
 
@@ -47,6 +48,10 @@ TEST_F(GeneratorTest, WithoutAPictureMarksStandOnNothingAndStayForPictures)
                                     return y == 2 ? Rgba{255, 0, 0, 255} : ground;
                                 })));
     };
+    lines->renderLinesFromArray({{-INFINITY, 0.125}, {NAN, 0}, {0, INFINITY}}, second(0));
+    EXPECT_TRUE(imagesMatch(consumer->last().pixels, makePicture(8, 4, [&](int x, int) {
+                                return x == 4 ? Rgba{255, 0, 0, 255} : Rgba{0, 0, 0, 0};
+                            })));
     for (int frame = 1; frame < 3; ++frame) {
         lines->renderLinesFromArray({{0, 0.25}}, second(frame));
         expectLineOver({0, 0, 0, 0});

@@ -1,9 +1,14 @@
 #include "gpu/filters/effect/GPUImageCropFilter.h"
 
+#include "gpu/core/FilterProgram.h"
+#include "gpu/core/TypedValue.h"
 #include "gpu/core/VideoProcessingQueue.h"
+#include "platform/base/Result.h"
 
 #include <algorithm>
 #include <cmath>
+#include <cstddef>
+#include <variant>
 
 namespace lamina {
 

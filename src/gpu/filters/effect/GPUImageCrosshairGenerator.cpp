@@ -1,9 +1,12 @@
 #include "gpu/filters/effect/GPUImageCrosshairGenerator.h"
 
+#include "gpu/core/FilterRegistry.h"
 #include "gpu/core/VideoProcessingQueue.h"
+#include "platform/base/CGGeometry.h"
 
 #include <algorithm>
 #include <cmath>
+#include <vector>
 
 namespace lamina {
 

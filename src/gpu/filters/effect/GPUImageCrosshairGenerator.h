@@ -2,6 +2,8 @@
 
 #include "gpu/filters/effect/MarkGenerator.h"
 
+#include <utility>
+
 namespace lamina {
 
 /// Draws a small cross at each of some points, over the picture or, without one, over nothing.

@@ -1,8 +1,12 @@
 #include "gpu/filters/effect/GPUImageLineGenerator.h"
 
+#include "gpu/core/FilterRegistry.h"
+#include "platform/base/CGGeometry.h"
+
 #include <algorithm>
 #include <cmath>
 #include <optional>
+#include <vector>
 
 namespace lamina {
 
@@ -19,7 +23,7 @@ struct Segment {
 std::optional<Segment> segmentOf(CGPoint line)
 {
     const auto [slope, intercept] = line;
-    if (!isFinite(line))
+    if (std::isnan(slope) || !std::isfinite(intercept))
         return std::nullopt;
     Segment segment;
     if (std::abs(slope) > GPUImageLineGenerator::kVerticalSlope)

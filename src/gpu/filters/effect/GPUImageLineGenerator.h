@@ -2,14 +2,16 @@
 
 #include "gpu/filters/effect/MarkGenerator.h"
 
+#include <utility>
+
 namespace lamina {
 
 /// Draws straight lines from border to border, over the picture or, without one, over nothing.
 ///
 /// A line is a point of slope and intercept, y = slope x + intercept, where x runs from -1 at the left border to 1 at
-/// the right one and y from -1 at the top to 1 at the bottom. A slope beyond `kVerticalSlope`, either way, stands for
-/// the vertical line at x = intercept. Lines that miss the picture are left out; one that isn't finite too. Alpha is 1
-/// on the lines; green unless a colour is set.
+/// the right one and y from -1 at the top to 1 at the bottom. An infinite slope, or one beyond `kVerticalSlope`, either
+/// way, stands for the vertical line at x = intercept: as `GPUImageHoughTransformLineDetector` tells lines. What misses
+/// the picture or is no number is left out. Alpha is 1 on the lines; green unless a colour is set.
 class GPUImageLineGenerator : public MarkGenerator {
 public:
     static constexpr double kVerticalSlope = 100'000;

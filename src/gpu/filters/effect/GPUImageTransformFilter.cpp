@@ -1,6 +1,9 @@
 #include "gpu/filters/effect/GPUImageTransformFilter.h"
 
+#include "gpu/core/FilterProgram.h"
 #include "gpu/core/VideoProcessingQueue.h"
+
+#include <cstddef>
 
 namespace lamina {
 

@@ -1,5 +1,6 @@
 #include "gpu/filters/effect/GPUImageVoronoiConsumerFilter.h"
 
+#include "gpu/core/GPUImageRotationMode.h"
 #include "gpu/core/GPUVectors.h"
 #include "gpu/core/VideoProcessingQueue.h"
 #include "gpu/filters/effect/VoronoiCode.h"

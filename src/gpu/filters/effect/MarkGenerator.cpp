@@ -1,5 +1,6 @@
 #include "gpu/filters/effect/MarkGenerator.h"
 
+#include "gpu/core/FilterProgram.h"
 #include "gpu/core/VideoProcessingQueue.h"
 
 #include <cstddef>
