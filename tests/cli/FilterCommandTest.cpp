@@ -75,8 +75,8 @@ TEST_F(FilterCommand, ASheetShowsThePhotoAndWhatEachFilterOfAFamilyMakesOfIt)
 
 TEST_F(FilterCommand, AReportHasWhatTheListTellsOfWithAPictureAndWithout)
 {
-    writePng(folder.path("board.png"), makePicture(60, 60, [](int x, int y) {
-                 return (x / 30 + y / 30) % 2 == 0 ? Rgba{20, 20, 20, 255} : Rgba{90, 200, 230, 255};
+    writePng(folder.path("board.png"), makePicture(100, 100, [](int x, int y) {
+                 return (x / 50 + y / 50) % 2 == 0 ? Rgba{20, 20, 20, 255} : Rgba{90, 200, 230, 255};
              }));
     for (const Json& entry : Json::parse(shell("lamina filters --json").output)) {
         const std::string name = entry.at("name");

@@ -119,11 +119,13 @@ GPUImageAverageColor::Average GPUImageAverageColor::averageOfInput()
         return {};
     }
     const double pixels = static_cast<double>(m_inputPixels.width) * m_inputPixels.height;
-    const double weight = std::pow(4, halvings()) / (255 * pixels);
+    const double weight = std::pow(4, halvings()); // of what was read, in pixels of the input
     const auto reduced = drawPasses(kGPUImageQuadVertices, textureCoordinatesForRotation(kGPUImageNoRotation));
     const std::array<std::uint64_t, 4> sums = sumOf(m_reading.read(*reduced));
     reduced->unlock();
-    const auto mean = [&](std::size_t channel) { return std::min(1.0, static_cast<double>(sums[channel]) * weight); };
+    const auto mean = [&](std::size_t channel) {
+        return std::min(1.0, static_cast<double>(sums[channel]) * weight / (255 * pixels));
+    };
     return {mean(0), mean(1), mean(2), mean(3)};
 }
 
