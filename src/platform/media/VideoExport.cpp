@@ -117,6 +117,8 @@ Outcome writeStillVideo(const StillVideo& still, const std::string& path, const 
     const CGImage picture = still.picture ? opaquePicture(still.picture, options.scale) : CGImage();
     if (!picture)
         return Error{path, still.picture ? cause::kNoMemory : "there is no picture"};
+    if (options.cancelled && options.cancelled->load())
+        return Error{path, cause::kCancelled};
     const Result<const MediaModule*> module = mediaModule();
     if (!module)
         return Error{path, module.error().cause};

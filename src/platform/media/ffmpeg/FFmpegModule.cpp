@@ -7,6 +7,7 @@
 #include "platform/media/ffmpeg/FrameReading_p.h"
 
 #include <cstddef>
+#include <locale.h>
 #include <new>
 
 extern "C" {
@@ -18,10 +19,35 @@ namespace lamina {
 
 namespace {
 
+/// Numbers are read and written with points, in this thread, for as long as it lives: x264 notes its settings in the
+/// film as the locale writes them.
+class PlainNumbers {
+public:
+    PlainNumbers()
+        : m_plain(::newlocale(LC_NUMERIC_MASK, "C", nullptr))
+        , m_former(m_plain ? ::uselocale(m_plain) : nullptr)
+    {
+    }
+    ~PlainNumbers()
+    {
+        if (!m_plain)
+            return;
+        ::uselocale(m_former);
+        ::freelocale(m_plain);
+    }
+    PlainNumbers(const PlainNumbers&) = delete;
+    PlainNumbers& operator=(const PlainNumbers&) = delete;
+
+private:
+    locale_t m_plain;
+    locale_t m_former;
+};
+
 /// Nothing is thrown at the program, which may have been built otherwise.
 template <auto function, class Result, class... Arguments>
 Result guarded(Arguments... arguments)
 {
+    const PlainNumbers plain;
     try {
         return function(arguments...);
     } catch (const std::bad_alloc&) {

@@ -60,6 +60,7 @@ private:
             return source.error();
         m_decoder.reset();
         m_source = std::move(*source);
+        m_source->waitForEver(); // it is read as the film grows
         Result<StreamDecoder> decoder = StreamDecoder::open(*m_source, m_source->sound(), 1);
         if (!decoder)
             return decoder.error();

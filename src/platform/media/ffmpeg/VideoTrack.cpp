@@ -3,6 +3,7 @@
 #include "platform/base/Causes.h"
 #include "platform/media/ffmpeg/ClipPicture_p.h"
 
+#include <cstddef>
 #include <algorithm>
 #include <cmath>
 #include <cstring>
@@ -116,9 +117,16 @@ Outcome VideoTrack::setPicture(const PictureRows& picture)
     if (av_frame_make_writable(m_frame.get()) < 0)
         return m_file.failure(AVERROR(ENOMEM));
     pad(picture);
-    const std::uint8_t* rows[4] = {m_padded.data(), nullptr, nullptr, nullptr};
+    constexpr int kRowsAtOnce = 128; // a large picture takes longer than a person who cancels likes to wait
     const int strides[4] = {4 * m_encoder->width, 0, 0, 0};
-    sws_scale(m_scaler.get(), rows, strides, 0, m_encoder->height, m_frame->data, m_frame->linesize);
+    for (int y = 0; y < m_encoder->height; y += kRowsAtOnce) {
+        if (m_file.isCancelled())
+            return m_file.failure(AVERROR_EXIT);
+        const std::uint8_t* rows[4] = {m_padded.data() + static_cast<std::ptrdiff_t>(y) * strides[0], nullptr, nullptr,
+                                       nullptr};
+        sws_scale(m_scaler.get(), rows, strides, y, std::min(kRowsAtOnce, m_encoder->height - y), m_frame->data,
+                  m_frame->linesize);
+    }
     return success();
 }
 
