@@ -3,9 +3,9 @@
 #include "platform/base/Causes.h"
 #include "platform/media/ffmpeg/ClipPicture_p.h"
 
-#include <cstddef>
 #include <algorithm>
 #include <cmath>
+#include <cstddef>
 #include <cstring>
 #include <string>
 
@@ -37,6 +37,8 @@ int openEncoder(AVCodecContext& encoder, const AVCodec* codec, int crf, VideoTra
     AVDictionary* options = nullptr;
     av_dict_set(&options, "preset", "veryfast", 0);
     av_dict_set(&options, "profile", "high", 0);
+    // A thread of its own that looks ahead decides by how far it got: now and then the bytes would differ.
+    av_dict_set(&options, "x264-params", "sync-lookahead=0", 0);
     av_dict_set(&options, "crf", std::to_string(crf).c_str(), 0);
     if (content == VideoTrack::Content::Still)
         av_dict_set(&options, "tune", "stillimage", 0);
