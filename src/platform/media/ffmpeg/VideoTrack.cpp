@@ -37,8 +37,9 @@ int openEncoder(AVCodecContext& encoder, const AVCodec* codec, int crf, VideoTra
     AVDictionary* options = nullptr;
     av_dict_set(&options, "preset", "veryfast", 0);
     av_dict_set(&options, "profile", "high", 0);
-    // A thread of its own that looks ahead decides by how far it got: now and then the bytes would differ.
-    av_dict_set(&options, "x264-params", "sync-lookahead=0", 0);
+    // Threads that share a frame, and none that looks ahead: with a frame for each thread the bytes differ now and
+    // then.
+    av_dict_set(&options, "x264-params", "sliced-threads=1:sync-lookahead=0", 0);
     av_dict_set(&options, "crf", std::to_string(crf).c_str(), 0);
     if (content == VideoTrack::Content::Still)
         av_dict_set(&options, "tune", "stillimage", 0);
@@ -97,7 +98,12 @@ bool VideoTrack::prepareFrame()
     m_frame->width = even.width;
     m_frame->height = even.height;
     m_padded.resize(4 * static_cast<std::size_t>(even.width) * static_cast<std::size_t>(even.height));
-    return av_frame_get_buffer(m_frame.get(), 0) >= 0;
+    if (av_frame_get_buffer(m_frame.get(), 0) < 0)
+        return false;
+    for (const AVBufferRef* buffer : m_frame->buf) // vector code reads what lies between the rows, too
+        if (buffer)
+            std::memset(buffer->data, 0, buffer->size);
+    return true;
 }
 
 /// An odd side gets its last column or row once more.
