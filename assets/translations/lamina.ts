@@ -632,6 +632,10 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>not a clip that can be read</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>not a picture</source>
         <translation type="unfinished"></translation>
     </message>
@@ -641,6 +645,10 @@
     </message>
     <message>
         <source>not enough memory</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>nothing here reads the coding of the clip</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -664,6 +672,26 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>support for videos is not installed</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>the FFmpeg that is installed can&apos;t write H.264</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>the clip holds no picture</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>the clip is damaged</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>the clip takes too long to be read</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>the device can only be read</source>
         <translation type="unfinished"></translation>
     </message>
@@ -677,6 +705,10 @@
     </message>
     <message>
         <source>the file holds no picture</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>the file holds no sound</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -716,7 +748,19 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>the picture of the clip is too large</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>the screen to present stands somewhere else</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>the support for videos that is installed is of another version</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>the video can&apos;t be encoded</source>
         <translation type="unfinished"></translation>
     </message>
     <message>

@@ -632,6 +632,10 @@
         <translation>den Ordner gibt es nicht</translation>
     </message>
     <message>
+        <source>not a clip that can be read</source>
+        <translation>kein Film, der sich lesen lässt</translation>
+    </message>
+    <message>
         <source>not a picture</source>
         <translation>kein Bild</translation>
     </message>
@@ -642,6 +646,10 @@
     <message>
         <source>not enough memory</source>
         <translation>zu wenig Speicher</translation>
+    </message>
+    <message>
+        <source>nothing here reads the coding of the clip</source>
+        <translation>die Kodierung des Films kann hier nichts lesen</translation>
     </message>
     <message>
         <source>or</source>
@@ -664,6 +672,26 @@
         <translation>Bilder der Art &quot;</translation>
     </message>
     <message>
+        <source>support for videos is not installed</source>
+        <translation>die Unterstützung für Videos ist nicht installiert</translation>
+    </message>
+    <message>
+        <source>the FFmpeg that is installed can&apos;t write H.264</source>
+        <translation>das installierte FFmpeg kann kein H.264 schreiben</translation>
+    </message>
+    <message>
+        <source>the clip holds no picture</source>
+        <translation>der Film enthält kein Bild</translation>
+    </message>
+    <message>
+        <source>the clip is damaged</source>
+        <translation>der Film ist beschädigt</translation>
+    </message>
+    <message>
+        <source>the clip takes too long to be read</source>
+        <translation>den Film zu lesen dauert zu lange</translation>
+    </message>
+    <message>
         <source>the device can only be read</source>
         <translation>das Gerät lässt sich nur lesen</translation>
     </message>
@@ -678,6 +706,10 @@
     <message>
         <source>the file holds no picture</source>
         <translation>die Datei enthält kein Bild</translation>
+    </message>
+    <message>
+        <source>the file holds no sound</source>
+        <translation>die Datei enthält keinen Ton</translation>
     </message>
     <message>
         <source>the file is empty</source>
@@ -716,8 +748,20 @@
         <translation>das Bild ist zu groß</translation>
     </message>
     <message>
+        <source>the picture of the clip is too large</source>
+        <translation>das Bild des Films ist zu groß</translation>
+    </message>
+    <message>
         <source>the screen to present stands somewhere else</source>
         <translation>der Bildschirm, der gezeigt werden soll, steht schon woanders</translation>
+    </message>
+    <message>
+        <source>the support for videos that is installed is of another version</source>
+        <translation>die installierte Unterstützung für Videos gehört zu einer anderen Version</translation>
+    </message>
+    <message>
+        <source>the video can&apos;t be encoded</source>
+        <translation>das Video lässt sich nicht kodieren</translation>
     </message>
     <message>
         <source>there is no picture</source>

@@ -1,10 +1,10 @@
 #include "cli/WindowLauncher.h"
 
 #include "cli/Messages.h"
+#include "platform/files/ProgramFolder.h"
 
 #include <cerrno>
 #include <cstring>
-#include <filesystem>
 #include <unistd.h>
 
 namespace lamina {
@@ -12,14 +12,6 @@ namespace lamina {
 namespace {
 
 constexpr const char* kWindowProgram = "lamina-app";
-
-/// Empty when this program can't tell where it stands.
-std::string besideThisProgram()
-{
-    std::error_code error;
-    const std::filesystem::path self = std::filesystem::read_symlink("/proc/self/exe", error);
-    return error ? std::string() : (self.parent_path() / kWindowProgram).string();
-}
 
 } // namespace
 
@@ -33,8 +25,8 @@ ExitCode becomeWindow(const std::vector<std::string>& arguments)
         argv.push_back(text.data());
     argv.push_back(nullptr);
 
-    if (const std::string beside = besideThisProgram(); !beside.empty())
-        execv(beside.c_str(), argv.data());
+    if (const std::string folder = programFolder(); !folder.empty())
+        execv((folder + '/' + kWindowProgram).c_str(), argv.data());
     execvp(kWindowProgram, argv.data());
     return fail({kWindowProgram, std::strerror(errno)}, ExitCode::Failed);
 }

@@ -155,7 +155,7 @@ def collect(code, name, module=""):
     the filter graph: a screen says in words of its own that a filter gave no picture."""
     stream, unknown = tokens(code), []
     stays_english = module == "cli" or module == "platform/gl" or module.startswith("gpu/")
-    texts = set() if stays_english else causes(stream, module.startswith(("platform/image", "platform/files")))
+    texts = set() if stays_english else causes(stream, module.startswith(("platform/image", "platform/files", "platform/media")))
     if str(name).endswith("base/Causes.h"):
         texts |= {Text(token.value) for token in stream if token.kind == "string"}
     for i, token in enumerate(stream[:-1]):

@@ -6,6 +6,7 @@
 namespace lamina::cause {
 
 inline constexpr const char* kNoMemory = "not enough memory";
+inline constexpr const char* kTruncated = "the file ends too early";
 inline constexpr const char* kCancelled = "cancelled";
 
 } // namespace lamina::cause

@@ -35,22 +35,28 @@ int writeThrough(const std::filesystem::path& target, std::span<const std::uint8
     return descriptor < 0 ? errno : writeAndClose(descriptor, bytes);
 }
 
-int replaceFile(const std::filesystem::path& target, const struct stat* existing, std::span<const std::uint8_t> bytes)
+/// Writes the open file and closes it; the cause where it failed for another reason than the file.
+using Filling = std::function<std::string(UnfinishedFile& file)>;
+
+/// The cause of failure, empty on success.
+std::string replaceFile(const std::filesystem::path& target, const struct stat* existing, const Filling& fill)
 {
     // Renaming would get past the protection of a file that may not be written.
     if (existing && ::access(target.c_str(), W_OK) != 0)
-        return errno;
+        return writingFailure(errno);
     UnfinishedFile file(target);
     if (existing)
         file.take(*existing);
-    file.write(bytes);
+    if (file.error() == 0)
+        if (std::string cause = fill(file); !cause.empty())
+            return cause;
     file.replace(target);
-    return file.error();
+    return file.error() != 0 ? writingFailure(file.error()) : std::string();
 }
 
-} // namespace
-
-Outcome writeFileAtomically(const std::string& path, std::span<const std::uint8_t> bytes)
+/// `through`: writes what is no regular file; the cause of failure, empty on success.
+Outcome write(const std::string& path, const Filling& fill,
+              const std::function<std::string(const std::filesystem::path&)>& through)
 {
     if (path.empty() || path.find('\0') != std::string::npos)
         return Error{path, cause::kNoFileName};
@@ -59,16 +65,41 @@ Outcome writeFileAtomically(const std::string& path, std::span<const std::uint8_
         return Error{path, writingFailure(ELOOP)};
     struct stat status {};
     const bool exists = ::stat(target->c_str(), &status) == 0;
-    int error = 0;
+    std::string cause;
     if ((exists && S_ISDIR(status.st_mode)) || !target->has_filename())
-        error = EISDIR;
+        cause = writingFailure(EISDIR);
     else if (exists && !S_ISREG(status.st_mode))
-        error = writeThrough(*target, bytes);
+        cause = through(*target);
     else
-        error = replaceFile(*target, exists ? &status : nullptr, bytes);
-    if (error != 0)
-        return Error{path, writingFailure(error)};
+        cause = replaceFile(*target, exists ? &status : nullptr, fill);
+    if (!cause.empty())
+        return Error{path, cause};
     return success();
+}
+
+} // namespace
+
+Outcome writeFileAtomically(const std::string& path, std::span<const std::uint8_t> bytes)
+{
+    const auto fill = [bytes](UnfinishedFile& file) {
+        file.write(bytes);
+        return std::string();
+    };
+    return write(path, fill, [bytes](const std::filesystem::path& target) {
+        const int error = writeThrough(target, bytes);
+        return error != 0 ? writingFailure(error) : std::string();
+    });
+}
+
+Outcome writeFileAtomically(const std::string& path, const FileFiller& fill)
+{
+    const auto filling = [&fill](UnfinishedFile& file) {
+        const FileSizeSignalBlocker blocker;
+        const Outcome outcome = fill(file.descriptorPath());
+        file.close();
+        return outcome ? std::string() : outcome.error().cause;
+    };
+    return write(path, filling, [](const std::filesystem::path&) { return std::string(cause::kNotRegular); });
 }
 
 Result<bool> writeNewFile(const std::string& path, std::span<const std::uint8_t> bytes)

@@ -3,6 +3,7 @@
 #include "platform/base/Result.h"
 
 #include <cstdint>
+#include <functional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -17,6 +18,14 @@ namespace lamina {
 /// written through, since nothing there can be replaced. The temporary file is hidden and its name ends in
 /// ".lamina-unfinished".
 Outcome writeFileAtomically(const std::string& path, std::span<const std::uint8_t> bytes);
+
+/// Writes a file by the path that it is given, which lasts as long as the call; an error's subject is ignored.
+using FileFiller = std::function<Outcome(const std::string& path)>;
+
+/// The same for what a library writes by the file's name, reading back what it wrote if it likes: `fill` is called
+/// once, in this thread, with a path under /proc that leads to the temporary file, which is empty. What fails there
+/// fails here, with the error's cause; the file is then as it was. A pipe or device is refused.
+Outcome writeFileAtomically(const std::string& path, const FileFiller& fill);
 
 /// Writes the whole file under a name that is free, or nothing: true when written, false when anything bears the name
 /// already (a file, a folder, a symbolic link wherever it leads), which is left as it is. Of several that want the same

@@ -60,33 +60,29 @@ private:
 
 std::array<UnfinishedFiles::Slot, 16> UnfinishedFiles::s_slots;
 
-/// Growing past the process's limit for files raises a signal that ends it; held back, the write fails in the ordinary
-/// way.
-class FileSizeSignalBlocker {
-public:
-    FileSizeSignalBlocker()
-    {
-        sigemptyset(&m_signal);
-        sigaddset(&m_signal, SIGXFSZ);
-        pthread_sigmask(SIG_BLOCK, &m_signal, &m_before);
-    }
-    ~FileSizeSignalBlocker()
-    {
-        if (sigismember(&m_before, SIGXFSZ) == 0) {
-            const timespec now{};
-            sigtimedwait(&m_signal, nullptr, &now); // takes a pending one away
-        }
-        pthread_sigmask(SIG_SETMASK, &m_before, nullptr);
-    }
-    FileSizeSignalBlocker(const FileSizeSignalBlocker&) = delete;
-    FileSizeSignalBlocker& operator=(const FileSizeSignalBlocker&) = delete;
-
-private:
-    sigset_t m_signal;
-    sigset_t m_before;
-};
+/// Closes a descriptor; the error's number, or 0: some file systems tell only now that they are full.
+int closed(int descriptor)
+{
+    return ::close(descriptor) != 0 && errno != EINTR ? errno : 0;
+}
 
 } // namespace
+
+FileSizeSignalBlocker::FileSizeSignalBlocker()
+{
+    sigemptyset(&m_signal);
+    sigaddset(&m_signal, SIGXFSZ);
+    pthread_sigmask(SIG_BLOCK, &m_signal, &m_before);
+}
+
+FileSizeSignalBlocker::~FileSizeSignalBlocker()
+{
+    if (sigismember(&m_before, SIGXFSZ) == 0) {
+        const timespec now{};
+        sigtimedwait(&m_signal, nullptr, &now); // takes a pending one away
+    }
+    pthread_sigmask(SIG_SETMASK, &m_before, nullptr);
+}
 
 int writeAndClose(int descriptor, std::span<const std::uint8_t> bytes, Durability durability)
 {
@@ -101,9 +97,8 @@ int writeAndClose(int descriptor, std::span<const std::uint8_t> bytes, Durabilit
     }
     if (durability == Durability::OnDevice && error == 0 && ::fdatasync(descriptor) != 0)
         error = errno;
-    if (::close(descriptor) != 0 && error == 0 && errno != EINTR) // some file systems tell only now that they are full
-        error = errno;
-    return error;
+    const int closing = closed(descriptor);
+    return error != 0 ? error : closing;
 }
 
 UnfinishedFile::UnfinishedFile(const std::filesystem::path& target, mode_t mode)
@@ -147,6 +142,17 @@ void UnfinishedFile::write(std::span<const std::uint8_t> bytes, Durability durab
 {
     if (m_error == 0)
         m_error = writeAndClose(std::exchange(m_descriptor, -1), bytes, durability);
+}
+
+std::string UnfinishedFile::descriptorPath() const
+{
+    return "/proc/self/fd/" + std::to_string(m_descriptor);
+}
+
+void UnfinishedFile::close()
+{
+    if (m_error == 0)
+        m_error = closed(std::exchange(m_descriptor, -1));
 }
 
 void UnfinishedFile::replace(const std::filesystem::path& target)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <csignal>
 #include <cstdint>
 #include <filesystem>
 #include <span>
@@ -25,6 +26,11 @@ public:
     void take(const struct stat& status);
     /// Writes everything and closes the file.
     void write(std::span<const std::uint8_t> bytes, Durability durability = Durability::Ordinary);
+    /// A path that leads to the open file by its descriptor, for a library that opens files by their names: no name of
+    /// the file system is given away, and none can be put in its place meanwhile.
+    std::string descriptorPath() const;
+    /// Closes the file after another has written it by that path.
+    void close();
     /// Takes the target's place, whatever stands there.
     void replace(const std::filesystem::path& target);
     /// Takes a name that is free; EEXIST when anything has it, a link that leads nowhere included.
@@ -40,6 +46,20 @@ private:
     int m_place = -1;
     int m_error = 0;
     bool m_exists = false;
+};
+
+/// Growing past the process's limit for files raises a signal that ends it; held back for as long as this object lives,
+/// in its thread, the write fails in the ordinary way.
+class FileSizeSignalBlocker {
+public:
+    FileSizeSignalBlocker();
+    ~FileSizeSignalBlocker();
+    FileSizeSignalBlocker(const FileSizeSignalBlocker&) = delete;
+    FileSizeSignalBlocker& operator=(const FileSizeSignalBlocker&) = delete;
+
+private:
+    sigset_t m_signal;
+    sigset_t m_before;
 };
 
 /// Writes everything and closes the descriptor; the error's number, or 0. Growing past the process's limit for files is

@@ -56,6 +56,27 @@ TEST(WriteFileAtomically, WritesNewFilesAndReplacesOldOnes)
     EXPECT_EQ(folder.names(), Names{"out.png"});
 }
 
+TEST(WriteFileAtomically, LetsALibraryWriteByAPathOrLeavesTheFileAsItWas)
+{
+    const TemporaryFolder folder;
+    const std::string path = folder.path("film.mp4");
+    const auto fill = [](const std::string& open) {
+        writeFile(open, "first half,");
+        writeFile(open, readFile(open) + " second half");
+        return success();
+    };
+    EXPECT_TRUE(writeFileAtomically(path, fill));
+    EXPECT_EQ(readFile(path), "first half, second half");
+    const Outcome failed = writeFileAtomically(path, [](const std::string& open) {
+        writeFile(open, "no more than this");
+        return Outcome(Error{open, "the pen broke"});
+    });
+    EXPECT_EQ(failed.error().message(), path + ": the pen broke");
+    EXPECT_EQ(readFile(path), "first half, second half");
+    EXPECT_EQ(writeFileAtomically("/dev/null", fill).error().cause, "not a regular file");
+    EXPECT_EQ(folder.names(), Names{"film.mp4"});
+}
+
 TEST(WriteFileAtomically, KeepsLinksAndReplacesWhatTheyMean)
 {
     const TemporaryFolder folder;

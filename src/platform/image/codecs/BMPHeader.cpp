@@ -1,5 +1,6 @@
 #include "platform/image/codecs/BMPHeader_p.h"
 
+#include "platform/base/Causes.h"
 #include "platform/image/codecs/PictureDecoder_p.h"
 
 #include <algorithm>

@@ -31,7 +31,6 @@ extern const PictureDecoder kHEICDecoder;
 
 /// The causes that several decoders give.
 namespace cause {
-inline constexpr const char* kTruncated = "the file ends too early";
 inline constexpr const char* kDamaged = "the picture is damaged";
 inline constexpr const char* kTooLarge = "the picture is too large";
 } // namespace cause

@@ -1,0 +1,78 @@
+#include "platform/base/Causes.h"
+#include "platform/base/Result.h"
+#include "platform/media/ClipDetails.h"
+#include "platform/media/MediaModule_p.h"
+#include "platform/media/ffmpeg/FFmpegHandles_p.h"
+#include "platform/media/ffmpeg/FilmWriting_p.h"
+#include "platform/media/ffmpeg/FrameReading_p.h"
+
+#include <cstddef>
+#include <locale.h>
+#include <new>
+
+extern "C" {
+#include <libavutil/log.h>
+#include <libavutil/mem.h>
+}
+
+namespace lamina {
+
+namespace {
+
+/// Numbers are read and written with points, in this thread, for as long as it lives: x264 notes its settings in the
+/// film as the locale writes them.
+class PlainNumbers {
+public:
+    PlainNumbers()
+        : m_plain(::newlocale(LC_NUMERIC_MASK, "C", nullptr))
+        , m_former(m_plain ? ::uselocale(m_plain) : nullptr)
+    {
+    }
+    ~PlainNumbers()
+    {
+        if (!m_plain)
+            return;
+        ::uselocale(m_former);
+        ::freelocale(m_plain);
+    }
+    PlainNumbers(const PlainNumbers&) = delete;
+    PlainNumbers& operator=(const PlainNumbers&) = delete;
+
+private:
+    locale_t m_plain;
+    locale_t m_former;
+};
+
+/// Nothing is thrown at the program, which may have been built otherwise.
+template <auto function, class Result, class... Arguments>
+Result guarded(Arguments... arguments)
+{
+    const PlainNumbers plain;
+    try {
+        return function(arguments...);
+    } catch (const std::bad_alloc&) {
+        return Error{{}, cause::kNoMemory};
+    }
+}
+
+/// Damaged clips claim blocks of any size.
+constexpr std::size_t kLargestBlock = std::size_t{512} << 20;
+
+const MediaModule kModule{
+    LAMINA_VERSION,
+    guarded<readDetails, Result<ClipDetails>, const ClipFile&>,
+    guarded<readFrame, Result<double>, const ClipFile&, double, ClipDetails&, const MediaModule::Allocate&>,
+    guarded<writeStill, Outcome, const StillFilm&, const FilmSettings&>,
+    guarded<convertClip, Outcome, const ClipFile&, const MediaModule::SizeRule&, const FilmSettings&>,
+};
+
+} // namespace
+
+} // namespace lamina
+
+extern "C" __attribute__((visibility("default"))) const lamina::MediaModule* laminaMediaModule()
+{
+    av_log_set_level(AV_LOG_QUIET); // what matters comes back as a value
+    av_max_alloc(lamina::kLargestBlock);
+    return &lamina::kModule;
+}

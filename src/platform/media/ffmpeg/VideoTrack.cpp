@@ -1,0 +1,158 @@
+#include "platform/media/ffmpeg/VideoTrack_p.h"
+
+#include "platform/base/Causes.h"
+#include "platform/media/ffmpeg/ClipPicture_p.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
+#include <cstring>
+#include <string>
+
+namespace lamina {
+
+namespace {
+
+constexpr int kTicks = 90'000; // a second; the films' usual rates come out whole
+
+/// What x264 writes depends on this number and not on that of the processors.
+constexpr int kEncoderThreads = 2;
+
+int evenSide(int side)
+{
+    return side + side % 2;
+}
+
+void describeColors(AVCodecContext& encoder)
+{
+    encoder.color_primaries = AVCOL_PRI_BT709;
+    encoder.color_trc = AVCOL_TRC_BT709;
+    encoder.colorspace = AVCOL_SPC_BT709;
+    encoder.color_range = AVCOL_RANGE_MPEG;
+    encoder.chroma_sample_location = AVCHROMA_LOC_LEFT;
+}
+
+int openEncoder(AVCodecContext& encoder, const AVCodec* codec, int crf, VideoTrack::Content content)
+{
+    AVDictionary* options = nullptr;
+    av_dict_set(&options, "preset", "veryfast", 0);
+    av_dict_set(&options, "profile", "high", 0);
+    // Threads that share a frame, and none that looks ahead: with a frame for each thread the bytes differ now and
+    // then.
+    av_dict_set(&options, "x264-params", "sliced-threads=1:sync-lookahead=0", 0);
+    av_dict_set(&options, "crf", std::to_string(crf).c_str(), 0);
+    if (content == VideoTrack::Content::Still)
+        av_dict_set(&options, "tune", "stillimage", 0);
+    const int error = avcodec_open2(&encoder, codec, &options);
+    av_dict_free(&options);
+    return error;
+}
+
+} // namespace
+
+Result<std::unique_ptr<VideoTrack>> VideoTrack::add(MovieFile& file, IntSize size, AVRational rate, int crf,
+                                                    Content content)
+{
+    std::unique_ptr<VideoTrack> track(new VideoTrack(file));
+    const Outcome opened = track->open(size, rate, crf, content);
+    if (!opened)
+        return opened.error();
+    return track;
+}
+
+Outcome VideoTrack::open(IntSize size, AVRational rate, int crf, Content content)
+{
+    const AVCodec* codec = avcodec_find_encoder_by_name("libx264");
+    if (!codec)
+        return Error{m_file.path(), "the FFmpeg that is installed can't write H.264"};
+    m_encoder.reset(avcodec_alloc_context3(codec));
+    if (!m_encoder)
+        return m_file.failure(AVERROR(ENOMEM));
+    m_encoder->width = evenSide(size.width);
+    m_encoder->height = evenSide(size.height);
+    m_encoder->sample_aspect_ratio = {1, 1};
+    m_encoder->pix_fmt = AV_PIX_FMT_YUV420P;
+    m_encoder->time_base = {1, kTicks};
+    m_encoder->framerate = rate;
+    m_encoder->max_b_frames = 0;
+    m_encoder->thread_count = kEncoderThreads;
+    m_encoder->flags |= AV_CODEC_FLAG_GLOBAL_HEADER;
+    describeColors(*m_encoder);
+    if (const int error = openEncoder(*m_encoder, codec, crf, content); error < 0)
+        return m_file.failure(error);
+    m_track = m_file.addTrack(m_encoder.get());
+    return m_track && prepareFrame() ? success() : Outcome(m_file.failure(AVERROR(ENOMEM)));
+}
+
+bool VideoTrack::prepareFrame()
+{
+    const IntSize even{m_encoder->width, m_encoder->height};
+    m_scaler = makeScaler(even, AV_PIX_FMT_RGB0, even, AV_PIX_FMT_YUV420P);
+    m_frame.reset(av_frame_alloc());
+    if (!m_scaler || !m_frame)
+        return false;
+    constexpr int kUnchanged = 1 << 16;
+    const int* matrix = sws_getCoefficients(SWS_CS_ITU709);
+    sws_setColorspaceDetails(m_scaler.get(), matrix, 1, matrix, 0, 0, kUnchanged, kUnchanged);
+    m_frame->format = AV_PIX_FMT_YUV420P;
+    m_frame->width = even.width;
+    m_frame->height = even.height;
+    m_padded.resize(4 * static_cast<std::size_t>(even.width) * static_cast<std::size_t>(even.height));
+    if (av_frame_get_buffer(m_frame.get(), 0) < 0)
+        return false;
+    for (const AVBufferRef* buffer : m_frame->buf) // vector code reads what lies between the rows, too
+        if (buffer)
+            std::memset(buffer->data, 0, buffer->size);
+    return true;
+}
+
+/// An odd side gets its last column or row once more.
+void VideoTrack::pad(const PictureRows& picture)
+{
+    const std::size_t width = 4 * static_cast<std::size_t>(picture.size.width);
+    const std::size_t paddedWidth = 4 * static_cast<std::size_t>(m_encoder->width);
+    std::uint8_t* row = m_padded.data();
+    for (int y = 0; y < m_encoder->height; ++y, row += paddedWidth) {
+        const auto from = static_cast<std::size_t>(std::min(y, picture.size.height - 1));
+        std::memcpy(row, picture.pixels + from * picture.bytesPerRow, width);
+        if (paddedWidth > width)
+            std::memcpy(row + width, row + width - 4, 4);
+    }
+}
+
+Outcome VideoTrack::setPicture(const PictureRows& picture)
+{
+    if (av_frame_make_writable(m_frame.get()) < 0)
+        return m_file.failure(AVERROR(ENOMEM));
+    pad(picture);
+    constexpr int kRowsAtOnce = 128; // a large picture takes longer than a person who cancels likes to wait
+    const int strides[4] = {4 * m_encoder->width, 0, 0, 0};
+    for (int y = 0; y < m_encoder->height; y += kRowsAtOnce) {
+        if (m_file.isCancelled())
+            return m_file.failure(AVERROR_EXIT);
+        const std::uint8_t* rows[4] = {m_padded.data() + static_cast<std::ptrdiff_t>(y) * strides[0], nullptr, nullptr,
+                                       nullptr};
+        sws_scale(m_scaler.get(), rows, strides, y, std::min(kRowsAtOnce, m_encoder->height - y), m_frame->data,
+                  m_frame->linesize);
+    }
+    return success();
+}
+
+Outcome VideoTrack::show(double time, double duration)
+{
+    constexpr double kLatest = 1e9; // seconds; beyond it a clip's times are nonsense
+    const std::int64_t tick = std::llround(std::clamp(time, 0.0, kLatest) * kTicks);
+    if (tick <= m_last)
+        return success();
+    m_last = tick;
+    m_duration = std::llround(std::clamp(duration, 1.0 / kTicks, kLatest) * kTicks);
+    m_frame->pts = tick;
+    return m_file.encode(m_encoder.get(), m_frame.get(), m_track, m_duration);
+}
+
+Outcome VideoTrack::finish()
+{
+    return m_file.encode(m_encoder.get(), nullptr, m_track, m_duration);
+}
+
+} // namespace lamina
