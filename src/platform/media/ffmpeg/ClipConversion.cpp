@@ -19,7 +19,8 @@ namespace lamina {
 
 namespace {
 
-constexpr int kDecodingThreads = 2;
+// With more, a film now and then came out with other bytes.
+constexpr int kDecodingThreads = 1;
 
 /// The rate that the encoder plans with; the frames' own times are what is written.
 AVRational plannedRate(const AVStream* picture)
