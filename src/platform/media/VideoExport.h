@@ -10,7 +10,8 @@
 
 // Writing MP4: H.264 High without B-frames in 4:2:0 of 8 bits, BT.709 in video range, and AAC; the index stands before
 // the data. Sides are even: an odd one is made so by its last column or row, once more. No title, place or date is
-// written, and the same input gives the same bytes, whatever the number of cores.
+// written. The same input mostly gives the same bytes; the encoder now and then codes a picture a few bytes
+// differently.
 //
 // A file is written whole or not at all; an existing one keeps its contents on failure. Pipes and devices are refused,
 // since the index is moved to the front at the end. The subject of an error is the path of the file to which it

@@ -19,7 +19,7 @@ namespace lamina {
 
 namespace {
 
-// With more, a film now and then came out with other bytes.
+// With more, films come out with other bytes more often.
 constexpr int kDecodingThreads = 1;
 
 /// The rate that the encoder plans with; the frames' own times are what is written.

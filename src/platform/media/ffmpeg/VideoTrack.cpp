@@ -15,7 +15,7 @@ namespace {
 
 constexpr int kTicks = 90'000; // a second; the films' usual rates come out whole
 
-/// What x264 writes depends on this number and not on that of the processors.
+/// What x264 writes depends on this number, so it is not that of the processors.
 constexpr int kEncoderThreads = 2;
 
 int evenSide(int side)
@@ -37,8 +37,8 @@ int openEncoder(AVCodecContext& encoder, const AVCodec* codec, int crf, VideoTra
     AVDictionary* options = nullptr;
     av_dict_set(&options, "preset", "veryfast", 0);
     av_dict_set(&options, "profile", "high", 0);
-    // Threads that share a frame, and none that looks ahead: with a frame for each thread the bytes differ now and
-    // then.
+    // Threads that share a frame, and none that looks ahead: with a frame for each thread the bytes differ more often
+    // from run to run. They still do, rarely, by a few bytes; why is not known yet.
     av_dict_set(&options, "x264-params", "sliced-threads=1:sync-lookahead=0", 0);
     av_dict_set(&options, "crf", std::to_string(crf).c_str(), 0);
     if (content == VideoTrack::Content::Still)
