@@ -23,7 +23,8 @@
 // the clock): "bare" is the ratio to draws of the same shaders
 // with the same sampling, "before" that to draws of the same filter's plain texts with interpolated sampling, which is
 // what a GPU is given. "limit" and "limit_before" are what they may be. "catalogue" is the table of all filters, new
-// ones as they come; those that take more than a second are marked.
+// ones as they come; those that take more than a second are marked. "endurance" tells what ten thousand frames leave
+// behind.
 
 namespace {
 
@@ -257,6 +258,36 @@ void cost(benchmark::State& state, const FilterDescription& description, IntSize
         state.SetLabel("above 1 s");
 }
 
+/// What many small frames of a stream leave behind in memory, which should be nothing.
+void endurance(benchmark::State& state, const FilterDescription& description)
+{
+    constexpr int kFrames = 10'000;
+    constexpr int kWarm = 1000;
+    for (auto _ : state) {
+        runSynchronouslyOnVideoProcessingQueue([&] {
+            const auto filter = makeFilter(description, description.sample);
+            TextureSource frames({16, 16});
+            TextureSource still({16, 16});
+            frames.addTarget(*filter, 0);
+            for (int slot = 1; slot < description.inputs; ++slot)
+                still.addTarget(*filter, slot);
+            still.push();
+            const auto push = [&](int from, int to) {
+                for (int i = from; i < to; ++i)
+                    frames.push(CMTime::make(i, 30));
+                glFinish();
+            };
+            push(0, kWarm);
+            const double before = residentMegabytes();
+            const std::size_t living = GPUImageFramebufferCache::livingCount();
+            state.SetIterationTime(seconds([&] { push(kWarm, kWarm + kFrames); }));
+            state.counters["grown_MB"] = residentMegabytes() - before;
+            state.counters["framebuffers"] = static_cast<double>(GPUImageFramebufferCache::livingCount() - living);
+        });
+    }
+    state.counters["limit_MB"] = 1;
+}
+
 void registerAll()
 {
     for (const Speed& wanted : speeds())
@@ -271,6 +302,10 @@ void registerAll()
                 ->Unit(benchmark::kMillisecond)
                 ->Iterations(3)
                 ->UseManualTime();
+        benchmark::RegisterBenchmark(("endurance/" + name).c_str(), endurance, description)
+            ->Unit(benchmark::kMillisecond)
+            ->Iterations(1)
+            ->UseManualTime();
     }
 }
 

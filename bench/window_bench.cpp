@@ -7,6 +7,7 @@
 #include "platform/host/Application.h"
 #include "platform/host/CanvasItem.h"
 #include "support/BenchPhotos.h"
+#include "support/Measuring.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
@@ -226,15 +227,6 @@ BENCHMARK(openHundredMegapixels)->UseManualTime()->Unit(benchmark::kMillisecond)
 
 // ---- at rest ----
 
-double residentMegabytes()
-{
-    std::ifstream statm("/proc/self/statm");
-    long total = 0;
-    long resident = 0;
-    statm >> total >> resident;
-    return static_cast<double>(resident) * static_cast<double>(::sysconf(_SC_PAGESIZE)) / (1024.0 * 1024.0);
-}
-
 double processSeconds()
 {
     timespec spent{};
@@ -254,7 +246,7 @@ void idleWithTwoPhotos(benchmark::State& state)
         loop.exec();
         state.SetIterationTime(2);
         state.counters["cpu_permille"] = (processSeconds() - before) / 2 * 1000;
-        state.counters["resident_MB"] = residentMegabytes();
+        state.counters["resident_MB"] = lamina::bench::residentMegabytes();
     }
 }
 BENCHMARK(idleWithTwoPhotos)->UseManualTime()->Iterations(1)->Unit(benchmark::kMillisecond);

@@ -8,6 +8,8 @@
 #include <chrono>
 #include <cstddef>
 #include <cstdint>
+#include <fstream>
+#include <unistd.h>
 #include <utility>
 #include <vector>
 
@@ -25,6 +27,16 @@ inline double median(std::vector<double> values)
 {
     std::ranges::nth_element(values, values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2));
     return values[values.size() / 2];
+}
+
+/// The memory of this process that is in use.
+inline double residentMegabytes()
+{
+    std::ifstream statm("/proc/self/statm");
+    long total = 0;
+    long resident = 0;
+    statm >> total >> resident;
+    return static_cast<double>(resident) * static_cast<double>(::sysconf(_SC_PAGESIZE)) / (1024.0 * 1024.0);
 }
 
 /// R G B A pixels in which neither caches nor branches find a pattern; the same at every call.

@@ -28,7 +28,11 @@ public:
 
     GPUImageFramebuffer& framebuffer() { return *m_texture; }
 
-    void push() { pushToTargets({.framebuffer = m_texture, .size = m_texture->size()}); }
+    /// As a still, or as a frame of a stream.
+    void push(const CMTime& time = kCMTimeIndefinite)
+    {
+        pushToTargets({.framebuffer = m_texture, .size = m_texture->size(), .time = time});
+    }
 
 private:
     std::shared_ptr<GPUImageFramebuffer> m_texture;
