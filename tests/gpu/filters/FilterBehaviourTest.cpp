@@ -16,6 +16,7 @@
 #include "gpu/filters/edge/GPUImageErosionFilter.h"
 #include "gpu/filters/edge/GPUImageSobelEdgeDetectionFilter.h"
 #include "gpu/filters/edge/GPUImageToonFilter.h"
+#include "gpu/filters/edge/MorphologyShaders.h"
 #include "gpu/sources/GPUImagePicture.h"
 #include "platform/base/MemoryWarning.h"
 
@@ -199,6 +200,21 @@ TEST_F(FilterBehaviourTest, FewVaryingsTakeFewPairsOfABlur)
         EXPECT_TRUE(imagesMatch(blurredByPairs(picture, kGPUImageNoRotation, 22, 10, [](Blur&) {}), wanted, 1));
     }
     GPUImageContext::limitVaryingVectors(0);
+}
+
+TEST_F(FilterBehaviourTest, MorphologyShadersOfPlacesHandedOverAndComputedAgree)
+{
+    const CGImage picture = noise(37, 23);
+    for (const unsigned radius : {1U, 4U}) {
+        const auto widened = [&](MorphologyPlaces places) {
+            const std::string vertex = morphologyVertexShader(places, radius);
+            const std::string fragment =
+                morphologyFragmentShader(Morphology::Dilation, MorphologyChannels::All, places, radius);
+            return GPUImageTwoPassTextureSamplingFilter(vertex, fragment, vertex, fragment)
+                .newCGImageByFilteringCGImage(picture);
+        };
+        EXPECT_TRUE(imagesMatch(widened(MorphologyPlaces::HandedOver), widened(MorphologyPlaces::Computed))) << radius;
+    }
 }
 
 TEST_F(FilterBehaviourTest, ABlurMakesShadersOnlyForARadiusThatIsNew)

@@ -4,6 +4,7 @@
 #include "gpu/filters/FilterCatalogue.h"
 #include "gpu/filters/blur/GPUImageBoxBlurFilter.h"
 #include "gpu/filters/blur/GPUImageGaussianBlurFilter.h"
+#include "gpu/filters/edge/MorphologyShaders.h"
 
 #include <algorithm>
 #include <cmath>
@@ -125,6 +126,12 @@ TEST_F(ShaderValidationTest, EveryShaderOfTheCatalogueIsStrictlyOpenGLES2)
                                         Gaussian::fragmentShaderForStandardBlurOfRadius(radius, 2));
         Box().switchToVertexShader(Box::vertexShaderForStandardBlurOfRadius(radius, 2),
                                    Box::fragmentShaderForStandardBlurOfRadius(radius, 2));
+    }
+
+    for (unsigned radius = 1; radius <= kLargestMorphologyRadius; ++radius) {
+        for (const MorphologyPlaces places : {MorphologyPlaces::HandedOver, MorphologyPlaces::Computed})
+            GPUImageFilter(morphologyVertexShader(places, radius),
+                           morphologyFragmentShader(Morphology::Erosion, MorphologyChannels::Red, places, radius));
     }
 
     const std::set<Shader> shaders = valueFromVideoProcessingQueue([] { return collected(); });

@@ -1,11 +1,21 @@
 #include "gpu/filters/edge/MorphologyFilter.h"
 
+#include "gpu/core/GPUImageContext.h"
+
 namespace lamina {
 
 MorphologyFilter::MorphologyFilter(Morphology morphology, unsigned radius, MorphologyChannels channels)
+    : MorphologyFilter(morphology, radius, channels,
+                       GPUImageContext::deviceDrawsOnProcessor() ? MorphologyPlaces::Computed
+                                                                 : MorphologyPlaces::HandedOver)
+{
+}
+
+MorphologyFilter::MorphologyFilter(Morphology morphology, unsigned radius, MorphologyChannels channels,
+                                   MorphologyPlaces places)
     : GPUImageTwoPassTextureSamplingFilter(
-          morphologyVertexShader(radius), morphologyFragmentShader(morphology, channels, radius),
-          morphologyVertexShader(radius), morphologyFragmentShader(morphology, channels, radius))
+          morphologyVertexShader(places, radius), morphologyFragmentShader(morphology, channels, places, radius),
+          morphologyVertexShader(places, radius), morphologyFragmentShader(morphology, channels, places, radius))
 {
 }
 

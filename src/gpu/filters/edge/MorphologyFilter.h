@@ -18,6 +18,8 @@ public:
 protected:
     /// `radius` in pixels: 0 counts as 1, more than 4 as 4.
     MorphologyFilter(Morphology morphology, unsigned radius, MorphologyChannels channels = MorphologyChannels::Red);
+    /// With shaders for another device than that at hand.
+    MorphologyFilter(Morphology morphology, unsigned radius, MorphologyChannels channels, MorphologyPlaces places);
 
     /// All places are whole steps away.
     bool readsTexelCentres(int, std::size_t) const override { return stepsAreWholeTexels(); }

@@ -16,13 +16,20 @@ enum class MorphologyChannels {
     All, ///< each of the four by itself
 };
 
+/// How a fragment shader knows where the neighbours are.
+enum class MorphologyPlaces {
+    HandedOver, ///< each is a varying: what GPUs read ahead
+    Computed,   ///< from the centre's and the step: less work where the processor draws
+};
+
 /// The radii that shaders can be made for.
 inline constexpr unsigned kLargestMorphologyRadius = 4;
 
 /// Shaders for one pass of a dilation or erosion along a line, `radius` pixels to each side: 0 counts as 1, more than 4
 /// as 4. The step from pixel to pixel is `texelWidthOffset`, `texelHeightOffset`.
-std::string morphologyVertexShader(unsigned radius);
+std::string morphologyVertexShader(MorphologyPlaces places, unsigned radius);
 /// The largest or smallest of what is read there.
-std::string morphologyFragmentShader(Morphology morphology, MorphologyChannels channels, unsigned radius);
+std::string morphologyFragmentShader(Morphology morphology, MorphologyChannels channels, MorphologyPlaces places,
+                                     unsigned radius);
 
 } // namespace lamina
