@@ -59,6 +59,24 @@ varying vec2 bottomLeftTextureCoordinate;
 varying vec2 bottomRightTextureCoordinate;
 )";
 
+struct ValueText {
+    const char* type;
+    const char* component;
+};
+
+ValueText textOf(NeighbourValue value)
+{
+    switch (value) {
+    case NeighbourValue::Red:
+        return {"float", ".r"};
+    case NeighbourValue::Rgb:
+        return {"vec3", ".rgb"};
+    case NeighbourValue::Rgba:
+        break;
+    }
+    return {"vec4", ""};
+}
+
 constexpr const char* kMain = R"(
 void main()
 {
@@ -74,12 +92,11 @@ GPUImage3x3TextureSamplingFilter::GPUImage3x3TextureSamplingFilter(const std::st
 
 std::string neighbourhoodShader(NeighbourValue value, const std::string& declarations, const std::string& statements)
 {
-    const bool red = value == NeighbourValue::Red;
+    const auto [type, component] = textOf(value);
     std::string text = kHead + declarations + kMain;
     for (const char* name : {"topLeft", "top", "topRight", "left", "right", "bottomLeft", "bottom", "bottomRight"}) {
-        text.append(red ? "    float " : "    vec3 ").append(name);
-        text.append(" = texture2D(inputImageTexture, ").append(name).append("TextureCoordinate)");
-        text.append(red ? ".r;\n" : ".rgb;\n");
+        text.append("    ").append(type).append(" ").append(name).append(" = texture2D(inputImageTexture, ");
+        text.append(name).append("TextureCoordinate)").append(component).append(";\n");
     }
     return text + statements + "}\n";
 }

@@ -21,8 +21,9 @@ public:
 
 /// What is read of each neighbour.
 enum class NeighbourValue {
-    Red, ///< a `float`
-    Rgb, ///< a `vec3`
+    Red,  ///< a `float`
+    Rgb,  ///< a `vec3`
+    Rgba, ///< a `vec4`
 };
 
 /// A fragment shader for these places. `statements` find the pixel as `vec4 color` and its neighbours as `topLeft`,

@@ -41,20 +41,14 @@ CGPoint placeOf(const Peak& peak, IntSize size)
 } // namespace
 
 struct GPUImageHarrisCornerDetectionFilter::Telling {
-    std::array<float, kCornerRoom> cornerArray{};
+    PeakPairs pairs;
     CornersDetectedBlock cornersDetectedBlock;
     CornersBlock cornersBlock;
 
     void tellArray(std::span<const Peak> peaks, IntSize size, const CMTime& time)
     {
-        unsigned count = 0;
-        for (const Peak& peak : peaks) {
-            count = std::min(count + 1, kMostCorners);
-            const CGPoint place = placeOf(peak, size);
-            cornerArray[2 * count - 2] = static_cast<float>(place.x);
-            cornerArray[2 * count - 1] = static_cast<float>(place.y);
-        }
-        cornersDetectedBlock(cornerArray, count, time);
+        const unsigned count = pairs.fill(peaks, [&](const Peak& peak) { return placeOf(peak, size); });
+        cornersDetectedBlock(pairs.numbers(), count, time);
     }
 
     void tellCorners(std::span<const Peak> peaks, IntSize size, const CMTime& time) const

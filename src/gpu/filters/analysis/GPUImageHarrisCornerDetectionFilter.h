@@ -5,6 +5,7 @@
 #include "gpu/core/GPUImageFilter.h"
 #include "gpu/core/GPUImageFilterGroup.h"
 #include "gpu/filters/analysis/PeakFinder.h"
+#include "gpu/filters/analysis/PeakPairs.h"
 #include "gpu/filters/blur/GPUImageGaussianBlurFilter.h"
 #include "platform/base/CGGeometry.h"
 #include "platform/base/CMTime.h"
@@ -42,9 +43,9 @@ public:
     void setThreshold(float threshold) { m_peaks->setThreshold(threshold); }
 
     /// Room for the corners that the block is told: x and y of each, in shares of the width and the height.
-    static constexpr std::size_t kCornerRoom = 1024;
+    static constexpr std::size_t kCornerRoom = PeakPairs::kRoom;
     /// Of more corners, the last takes the place of the one before.
-    static constexpr unsigned kMostCorners = 511;
+    static constexpr unsigned kMostCorners = PeakPairs::kMost;
     /// Gets what was found in each frame, in the order of the picture's rows, on the video processing queue, before the
     /// targets have the frame: an array of `kCornerRoom` numbers that is good during the call, and how many corners
     /// stand in it. It must not wait for the main queue.

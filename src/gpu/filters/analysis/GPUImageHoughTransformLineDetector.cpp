@@ -5,6 +5,7 @@
 #include "gpu/core/VideoProcessingQueue.h"
 #include "gpu/filters/analysis/GPUImageParallelCoordinateLineTransformFilter.h"
 #include "gpu/filters/analysis/PeakFinder.h"
+#include "gpu/filters/analysis/PeakPairs.h"
 #include "gpu/filters/edge/GPUImageCannyEdgeDetectionFilter.h"
 
 #include <algorithm>
@@ -12,7 +13,6 @@
 #include <cmath>
 #include <limits>
 #include <optional>
-
 #include <utility>
 
 namespace lamina {
@@ -71,20 +71,17 @@ std::optional<Line> within(Line line)
 } // namespace
 
 struct GPUImageHoughTransformLineDetector::Telling {
-    std::array<float, kLineRoom> lineArray{};
+    PeakPairs pairs;
     LinesDetectedBlock linesDetectedBlock;
     LinesBlock linesBlock;
 
     void tellArray(std::span<const Peak> peaks, IntSize size, const CMTime& time)
     {
-        unsigned count = 0;
-        for (const Peak& peak : peaks) {
-            count = std::min(count + 1, kMostLines);
+        const unsigned count = pairs.fill(peaks, [&](const Peak& peak) {
             const Line line = lineAt(peak, size);
-            lineArray[2 * count - 2] = static_cast<float>(line.slope);
-            lineArray[2 * count - 1] = static_cast<float>(line.intercept);
-        }
-        linesDetectedBlock(lineArray, count, time);
+            return CGPoint{line.slope, line.intercept};
+        });
+        linesDetectedBlock(pairs.numbers(), count, time);
     }
 
     void tellLines(std::span<const Peak> peaks, IntSize size, const CMTime& time) const

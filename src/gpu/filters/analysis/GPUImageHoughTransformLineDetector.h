@@ -3,6 +3,7 @@
 #include "gpu/core/FilterRegistry.h"
 #include "gpu/core/FilterResults.h"
 #include "gpu/core/GPUImageFilterGroup.h"
+#include "gpu/filters/analysis/PeakPairs.h"
 #include "platform/base/CGGeometry.h"
 #include "platform/base/CMTime.h"
 
@@ -42,9 +43,9 @@ public:
     void setLineDetectionThreshold(float threshold);
 
     /// Room for the lines that the block is told: slope and intercept of each.
-    static constexpr std::size_t kLineRoom = 1024;
+    static constexpr std::size_t kLineRoom = PeakPairs::kRoom;
     /// Of more lines, the last takes the place of the one before.
-    static constexpr unsigned kMostLines = 511;
+    static constexpr unsigned kMostLines = PeakPairs::kMost;
     /// Gets what was found in each frame, in the order of the result's rows, on the video processing queue, before the
     /// targets have the frame: an array of `kLineRoom` numbers that is good during the call, and how many lines stand
     /// in it. It must not wait for the main queue.
