@@ -5,6 +5,8 @@
 #include "gpu/filters/blur/GPUImageBoxBlurFilter.h"
 #include "gpu/filters/blur/GPUImageGaussianBlurFilter.h"
 #include "gpu/filters/edge/MorphologyShaders.h"
+#include "platform/base/MemoryWarning.h"
+#include "platform/base/NotificationCenter.h"
 
 #include <algorithm>
 #include <cmath>
@@ -115,6 +117,9 @@ void makeInAllWays(const FilterDescription& description)
 TEST_F(ShaderValidationTest, EveryShaderOfTheCatalogueIsStrictlyOpenGLES2)
 {
     ASSERT_FALSE(filterCatalogue().all().empty());
+    // Whatever other tests have compiled, which may be wrong on purpose, goes; the filters' shaders are compiled anew.
+    NotificationCenter::defaultCenter().post(UIApplicationDidReceiveMemoryWarningNotification);
+    onQueue([] { collected().clear(); });
     for (const auto& [name, description] : filterCatalogue().all())
         makeInAllWays(description);
     using Gaussian = GPUImageGaussianBlurFilter;
