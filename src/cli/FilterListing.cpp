@@ -341,6 +341,7 @@ std::vector<FilterFamily> filterFamilies(const FilterRegistry& registry)
         family.filters.push_back(&filter);
     }
     std::vector<FilterFamily> sorted;
+    sorted.reserve(families.size());
     for (auto& [name, family] : families)
         sorted.push_back(std::move(family));
     return sorted;

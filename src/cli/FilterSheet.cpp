@@ -80,9 +80,10 @@ UIImage disc(IntSize size)
     PixelBuffer buffer = PixelBuffer::allocate(layout.byteCount());
     const double side = std::min(size.width, size.height);
     for (int i = 0; buffer && i < size.width * size.height; ++i) {
-        const double x = (2.0 * (i % size.width) + 1 - size.width) / side;
-        const double y = (2.0 * (i / size.width) + 1 - size.height) / side;
-        putDiscPixel(x, y, buffer.data() + 4L * i);
+        const int column = i % size.width;
+        const int row = i / size.width;
+        putDiscPixel((2.0 * column + 1 - size.width) / side, (2.0 * row + 1 - size.height) / side,
+                     buffer.data() + 4L * i);
     }
     return UIImage(CGImage::make(layout, std::move(buffer)));
 }

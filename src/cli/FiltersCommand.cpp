@@ -89,6 +89,7 @@ Result<std::vector<FilterFamily>> FiltersCommand::sheetFamilies() const
     if (found != families.end())
         return std::vector{*found};
     std::vector<std::string_view> names;
+    names.reserve(families.size());
     for (const FilterFamily& family : families)
         names.push_back(family.name);
     return Error{beginning(m_family), "there is no such family; " + didYouMean(m_family, names)};

@@ -16,6 +16,9 @@ class GPUImageSingleComponentGaussianBlurFilter;
 /// In line: `GPUImageGrayscaleFilter`, `GPUImageSingleComponentGaussianBlurFilter`,
 /// `GPUImageDirectionalSobelEdgeDetectionFilter`, `GPUImageDirectionalNonMaximumSuppressionFilter`,
 /// `GPUImageWeakPixelInclusionFilter`. The thresholds start closer to 0 than the third's own.
+///
+/// Steepness is held in 8 bits and ends at 1: an edge of strong contrast is a few pixels of equal steepness, of which
+/// the first on its dark side stays, so that its line may lie up to 1.5 pixels beside it.
 class GPUImageCannyEdgeDetectionFilter : public GPUImageFilterGroup {
 public:
     static FilterDescription describe();
