@@ -79,7 +79,7 @@ Outcome writeFilm(const std::string& source, const std::string& path, const Vide
                   const Film& film)
 {
     bool sourceFailed = false;
-    const Outcome outcome = writeFileAtomically(path, [&](const std::string& descriptorPath) {
+    Outcome outcome = writeFileAtomically(path, [&](const std::string& descriptorPath) {
         Outcome filled = film(filmSettings(descriptorPath, options));
         sourceFailed = !filled && filled.error().subject.empty();
         return filled;

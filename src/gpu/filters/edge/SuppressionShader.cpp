@@ -42,10 +42,12 @@ float valueOf(vec3 color)
 std::string suppressionShader(SuppressedValue value, const std::string& declarations, const std::string& condition)
 {
     std::string text = "    float centre = valueOf(color.rgb);\n    float kept = " + condition + ";\n";
-    for (const std::string name : {"topLeft", "top", "topRight", "left"})
-        text.append("    kept *= above(centre, valueOf(" + name + "), " + name + "TextureCoordinate);\n");
-    for (const std::string name : {"right", "bottomLeft", "bottom", "bottomRight"})
-        text.append("    kept *= notBelow(centre, valueOf(" + name + "));\n");
+    for (const char* name : {"topLeft", "top", "topRight", "left"}) {
+        text.append("    kept *= above(centre, valueOf(").append(name).append("), ");
+        text.append(name).append("TextureCoordinate);\n");
+    }
+    for (const char* name : {"right", "bottomLeft", "bottom", "bottomRight"})
+        text.append("    kept *= notBelow(centre, valueOf(").append(name).append("));\n");
     text += "    gl_FragColor = vec4(color.rgb * kept, color.a);\n";
     const char* valueOf = value == SuppressedValue::Red ? kValueOfRed : kValueOfPacked;
     return neighbourhoodShader(NeighbourValue::Rgb, declarations + valueOf + kComparisons, text);

@@ -44,7 +44,8 @@ CGImage discTiles(int perSide)
         const int x = i % layout.width;
         const int y = i / layout.width;
         const int tile = y / kSide * perSide + x / kSide;
-        const int rank = ranks[static_cast<std::size_t>(y % kSide * kSide + x % kSide)];
+        const int within = y % kSide * kSide + x % kSide;
+        const int rank = ranks[static_cast<std::size_t>(within)];
         const bool isWhite = rank * brightest < tile * kPixels;
         std::fill_n(buffer.data() + static_cast<std::ptrdiff_t>(i) * 4, 4, isWhite ? 255 : 0);
     }

@@ -116,7 +116,7 @@ private:
                 return read.error();
             if (!*read)
                 return drain();
-            const Outcome decoded = decode(packet->stream_index, packet.get());
+            Outcome decoded = decode(packet->stream_index, packet.get());
             av_packet_unref(packet.get());
             if (!decoded)
                 return decoded;

@@ -135,7 +135,7 @@ Outcome FrameConverter::prepare(const Kind& kind)
 Outcome FrameConverter::convert(const AVFrame& frame, std::uint8_t* pixels)
 {
     if (const Kind kind = kindOf(frame); !m_scaler || !(kind == m_kind)) {
-        const Outcome prepared = prepare(kind);
+        Outcome prepared = prepare(kind);
         if (!prepared)
             return prepared;
     }

@@ -48,7 +48,7 @@ public:
                 return read.error();
             more = *read;
             const auto look = [this](const AVFrame& frame, double time) { return take(frame, time); };
-            const Outcome decoded = decoder->decode(more ? packet.get() : nullptr, look);
+            Outcome decoded = decoder->decode(more ? packet.get() : nullptr, look);
             av_packet_unref(packet.get());
             if (!decoded)
                 return decoded;

@@ -74,7 +74,7 @@ private:
         const Packet packet(av_packet_alloc());
         if (!packet)
             return Error{{}, cause::kNoMemory};
-        const Result<bool> read = m_source->read(packet.get());
+        Result<bool> read = m_source->read(packet.get());
         if (!read)
             return read;
         const auto use = [&track](const AVFrame& frame, double) { return track.write(frame, track.time()); };

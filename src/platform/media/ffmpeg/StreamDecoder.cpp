@@ -37,7 +37,7 @@ Outcome StreamDecoder::decode(const AVPacket* packet, const FrameUser& use)
 {
     int error = avcodec_send_packet(m_context.get(), packet);
     if (error == AVERROR(EAGAIN)) { // some decoders hold more frames than a packet brings
-        const Outcome received = receive(use);
+        Outcome received = receive(use);
         if (!received)
             return received;
         error = avcodec_send_packet(m_context.get(), packet);
