@@ -15,7 +15,16 @@ set(LAMINA_QML_FILES
     editors/common/EditorScreen.qml
     editors/common/EditorSidePanel.qml
     export/ColorProfileScreen.qml
+    export/ExporterScreen.qml
+    export/JPGScreen.qml
+    export/MP4VideoScreen.qml
+    export/PDFPrintScreen.qml
+    export/PDFStandardScreen.qml
+    export/PNGScreen.qml
+    export/SVGScreen.qml
     export/SavingTypeScreen.qml
+    export/SizeField.qml
+    export/TiffScreen.qml
     platform/host/AlertScreen.qml
     platform/host/Main.qml
     platform/host/MissingScreen.qml

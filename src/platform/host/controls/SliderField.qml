@@ -12,19 +12,20 @@ Item {
     required property real start
     // The value as it is shown.
     required property string shownValue
+    // All that this can be, where that is words: the box has room for each.
+    property var shownValues: [shownValue]
     // What it comes to, and what is to be said of that below.
     property string meaning
     property string note
     signal moved(real value)
 
     property alias value: slider.value
+    // On one line while there is room for both.
+    readonly property bool stacked: label.implicitWidth + told.implicitWidth + Tokens.space.m > width
 
     x: Tokens.space.sheetMargin
     width: parent ? parent.width - 2 * x : 0
-    implicitHeight: note.y + (note.visible ? note.height : 0)
-
-    // On one line while there is room for both.
-    readonly property bool stacked: label.implicitWidth + meaning.implicitWidth + Tokens.space.m > width
+    implicitHeight: remark.y + (remark.visible ? remark.height : 0)
 
     StyledText {
         id: label
@@ -38,18 +39,17 @@ Item {
         }
     }
     StyledText {
-        id: meaning
-        anchors.right: parent.right
+        id: told
+        x: field.stacked ? 0 : parent.width - width
         y: field.stacked ? label.height : 0
         width: Math.min(implicitWidth, parent.width)
-        horizontalAlignment: field.stacked ? Text.AlignLeft : Text.AlignRight
         text: field.meaning
         role: Tokens.type.caption
         Accessible.ignored: true
     }
     ValueSlider {
         id: slider
-        y: label.height + (field.stacked ? meaning.height : 0)
+        y: label.height + (field.stacked ? told.height : 0)
         width: parent.width - box.width - Tokens.space.l
         name: field.name
         words: [field.shownValue, field.meaning, field.note].filter(text => text !== "").join(". ")
@@ -62,12 +62,19 @@ Item {
         id: box
         anchors.right: parent.right
         anchors.verticalCenter: slider.verticalCenter
-        width: Math.max(58, shown.implicitWidth + 2 * Tokens.space.m)
+        width: Math.max(58, Math.ceil(values.widest) + 2 * Tokens.space.m)
         height: Math.max(38, shown.height + Tokens.space.s)
         radius: Tokens.radius.field
         color: Tokens.palette.field
         border.width: 1
         border.color: Tokens.palette.fieldBorder
+        LabelFit {
+            id: values
+            texts: field.shownValues
+            room: field.width
+            role: Tokens.type.body
+            weight: Tokens.type.body.weightStrong
+        }
         StyledText {
             id: shown
             anchors.centerIn: parent
@@ -78,7 +85,7 @@ Item {
         }
     }
     StyledText {
-        id: note
+        id: remark
         y: slider.y + slider.height
         width: parent.width
         visible: text !== ""
