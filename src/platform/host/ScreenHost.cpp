@@ -30,6 +30,10 @@ QString layoutOf(const UIViewController& controller)
         return QStringLiteral("AlertScreen.qml");
     case UISystemPresentation::ImagePicker:
         return QStringLiteral("PickerScreen.qml");
+    case UISystemPresentation::DocumentPicker:
+        return QStringLiteral("DocumentPickerScreen.qml");
+    case UISystemPresentation::Activity:
+        return QStringLiteral("ActivityScreen.qml");
     case UISystemPresentation::None:
         break;
     }
@@ -46,12 +50,13 @@ QUrl layoutURLOf(const UIViewController& controller)
     return QUrl(QStringLiteral("qrc") + kModule + file);
 }
 
+/// The system's own pickers are windows of their own: ours stays in sight behind them.
 bool isPicker(const UIViewController* controller)
 {
-    return controller && controller->systemPresentation() == UISystemPresentation::ImagePicker;
+    return controller && (controller->systemPresentation() == UISystemPresentation::ImagePicker ||
+                          controller->systemPresentation() == UISystemPresentation::DocumentPicker);
 }
 
-/// The system's own picker is a window of its own: ours stays in sight behind it.
 bool showsThrough(const UIViewController& controller)
 {
     const UIModalPresentationStyle style = controller.modalPresentationStyle();

@@ -26,6 +26,7 @@ set(LAMINA_QML_FILES
     export/SizeField.qml
     export/TiffScreen.qml
     platform/host/AlertScreen.qml
+    platform/host/DocumentPickerScreen.qml
     platform/host/Main.qml
     platform/host/MissingScreen.qml
     platform/host/PickerScreen.qml
