@@ -1,5 +1,7 @@
 #include "export/functions/ExportWork.h"
 
+#include "export/functions/MP4Function.h"
+
 #include <array>
 #include <cstddef>
 
@@ -14,7 +16,7 @@ constexpr std::array<ExportFunction, kSavingTypeCount> kFunctions = {
     nullptr, // pdfStandard
     nullptr, // pdfPrint
     nullptr, // svg
-    nullptr, // mp4
+    exportMP4,
     nullptr, // tiff
 };
 

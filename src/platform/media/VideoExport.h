@@ -27,8 +27,8 @@ struct VideoExportOptions {
     double scale = 1;
     /// Told from 0 to 1, never downwards, in the caller's thread; 1 once the file stands.
     std::function<void(double)> progress = {};
-    /// Set from any thread to stop, within 100 ms, with the cause "cancelled". The picture that is being drawn or encoded
-    /// then is left to a thread that ends with it, some seconds later at most.
+    /// Set from any thread to stop, within 100 ms, with the cause "cancelled". The picture that is being drawn or
+    /// encoded then is left to a thread that ends with it, some seconds later at most.
     const std::atomic<bool>* cancelled = nullptr;
 };
 
