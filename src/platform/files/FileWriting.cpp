@@ -9,6 +9,7 @@
 #include <optional>
 #include <sys/stat.h>
 #include <unistd.h>
+#include <utility>
 
 namespace lamina {
 
@@ -95,6 +96,24 @@ Outcome write(const std::string& path, const Filling& fill,
     return success();
 }
 
+/// Under a name that is free: false when it is not.
+Result<bool> claimName(const std::string& path, const Filling& fill)
+{
+    if (path.empty() || path.find('\0') != std::string::npos)
+        return Error{path, cause::kNoFileName};
+    const std::filesystem::path target(path);
+    if (!target.has_filename())
+        return Error{path, writingFailure(EISDIR)};
+    UnfinishedFile file(target);
+    if (file.error() == 0)
+        if (std::string cause = fill(file); !cause.empty())
+            return Error{path, std::move(cause)};
+    const bool claimed = file.claim(target);
+    if (file.error() != 0)
+        return Error{path, writingFailure(file.error())};
+    return claimed;
+}
+
 Result<std::string> writeNumbered(const std::string& stem, const std::string& extension, const Filling& fill)
 {
     std::string path = stem + extension;
@@ -131,17 +150,12 @@ Outcome writeFileAtomically(const std::string& path, const FileFiller& fill)
 
 Result<bool> writeNewFile(const std::string& path, std::span<const std::uint8_t> bytes)
 {
-    if (path.empty() || path.find('\0') != std::string::npos)
-        return Error{path, cause::kNoFileName};
-    const std::filesystem::path target(path);
-    if (!target.has_filename())
-        return Error{path, writingFailure(EISDIR)};
-    UnfinishedFile file(target);
-    file.write(bytes);
-    const bool claimed = file.claim(target);
-    if (file.error() != 0)
-        return Error{path, writingFailure(file.error())};
-    return claimed;
+    return claimName(path, fillingWith(bytes));
+}
+
+Result<bool> writeNewFile(const std::string& path, const FileFiller& fill)
+{
+    return claimName(path, fillingBy(fill));
 }
 
 Result<std::string> writeNumberedFile(const std::string& stem, const std::string& extension, const FileFiller& fill)
