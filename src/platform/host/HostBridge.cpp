@@ -54,8 +54,7 @@ void HostBridge::setDuration(int& duration, int milliseconds)
     if (duration == milliseconds)
         return;
     duration = milliseconds;
-    m_application.screens().setDurations(
-        {m_slideDuration / 1000.0, m_fadeDuration / 1000.0, m_sheetDuration / 1000.0});
+    m_application.screens().setDurations({m_slideDuration / 1000.0, m_fadeDuration / 1000.0, m_sheetDuration / 1000.0});
     emit durationsChanged();
 }
 
