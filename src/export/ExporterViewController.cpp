@@ -12,9 +12,12 @@
 #include "platform/media/Clip.h"
 #include "platform/photos/PictureQueue.h"
 #include "platform/view/FailureAlert.h"
+#include "platform/view/UIDocumentPickerViewController.h"
 #include "platform/view/UIStoryboard.h"
 
+#include <filesystem>
 #include <functional>
+#include <optional>
 #include <vector>
 
 namespace lamina {
@@ -242,7 +245,7 @@ void ExporterViewController::exportEnded(const Job& job, const Result<ExportedFi
     emit stateChanged();
     emit closableChanged();
     if (!result && result.error().cause != cause::kCancelled)
-        return showFailure(result.error());
+        return showFailure(job, result.error());
     SVProgressHUD::dismiss();
     if (result)
         handOver(job, *result);
@@ -254,14 +257,36 @@ void ExporterViewController::handOver(const Job& job, const ExportedFile& file)
     if (!file.bytes.empty())
         details.bytes = std::make_shared<const std::vector<std::uint8_t>>(file.bytes);
     details.quality = job.options.quality;
+    details.placeWasChosen = job.place.isChosen();
     if (const auto heard = savingDelegate())
         heard->dataPassingDetails(details);
 }
 
-void ExporterViewController::showFailure(const Error& error)
+void ExporterViewController::showFailure(const Job& job, const Error& error)
 {
     logError(error.message());
-    SVProgressHUD::showFailure(error);
+    // Where the file could not be written another place may do; what can't be read, or made, is no better there.
+    if (error.subject.empty() || error.subject == job.source.clip)
+        return SVProgressHUD::showFailure(error);
+    const auto another = [weak = weak_from_this()] {
+        if (const auto self = std::static_pointer_cast<ExporterViewController>(weak.lock()))
+            self->chooseAnotherPlace();
+    };
+    SVProgressHUD::showFailure(error, {}, localizedString(QT_TRANSLATE_NOOP("Lamina", "Another place…")), another);
+}
+
+void ExporterViewController::chooseAnotherPlace()
+{
+    if (!isReady() || presentedViewController())
+        return;
+    const auto answer = [weak = weak_from_this()](const std::optional<UIDocumentPlace>& place) {
+        const auto self = std::static_pointer_cast<ExporterViewController>(weak.lock());
+        if (!self || !place || !self->isReady())
+            return;
+        const std::filesystem::path path(place->path);
+        self->startExport({path.parent_path().string(), path.filename().string()});
+    };
+    present(std::make_shared<UIDocumentPickerViewController>(kSuggestedFileNames[indexOf(m_saveType)], answer), true);
 }
 
 } // namespace lamina

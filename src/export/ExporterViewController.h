@@ -112,7 +112,8 @@ private:
     void startExport(const ExportPlace& place);
     void exportEnded(const Job& job, const Result<ExportedFile>& result);
     void handOver(const Job& job, const ExportedFile& file);
-    void showFailure(const Error& error);
+    void showFailure(const Job& job, const Error& error);
+    void chooseAnotherPlace();
     ExportSource source() const;
 
     SavingtypeMethod m_saveType;

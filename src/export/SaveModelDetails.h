@@ -27,6 +27,9 @@ struct SaveModelDetails {
     /// picture anew. Null: there is none.
     std::shared_ptr<const std::vector<std::uint8_t>> bytes = {};
     double quality = 1; ///< JPG: with which `bytes` were encoded, 0 to 1
+    /// The user chose where the file is, after it could not be written to its own place: the photo library has no copy
+    /// of it, unless the share screen makes one.
+    bool placeWasChosen = false;
 };
 
 } // namespace lamina

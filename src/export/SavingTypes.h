@@ -35,6 +35,12 @@ inline constexpr std::array<const char*, kSavingTypeCount> kSavingTypeInfos = {
     QT_TRANSLATE_NOOP("Lamina", "Store raster graphics information."),
 };
 
+/// The name that a file is offered under where the user chooses its place.
+inline constexpr std::array<const char*, kSavingTypeCount> kSuggestedFileNames = {
+    "default.jpg",     "default.png", "UntitledPdf.pdf", "UntitledPdf.pdf",
+    "UntitledSVG.svg", "Convert.mp4", "default.tiff",
+};
+
 /// The profiles of a page for print; the first is RGB.
 inline constexpr std::array<const char*, 2> kColorProfileTitles = {
     QT_TRANSLATE_NOOP("Lamina", "RGB (best for digital use)"),

@@ -62,7 +62,6 @@ ListRow {
                 text: row.info
                 role: Tokens.type.caption
                 color: Tokens.palette.textSecondary
-                maximumLineCount: 2
                 Accessible.ignored: true
             }
         }

@@ -32,7 +32,6 @@ T.Button {
             text: field.name
             role: Tokens.type.caption
             color: Tokens.palette.textSecondary
-            maximumLineCount: 1
             Accessible.ignored: true
         }
         Rectangle {
@@ -68,7 +67,6 @@ T.Button {
                     id: loud
                     width: Math.min(implicitWidth, parent.width)
                     text: field.quietFrom < 0 ? field.value : field.value.slice(0, field.quietFrom)
-                    maximumLineCount: 2
                     Accessible.ignored: true
                 }
                 StyledText {
@@ -78,7 +76,6 @@ T.Button {
                     role: Tokens.type.caption
                     lineHeight: loud.lineHeight
                     color: Tokens.palette.textSecondary
-                    maximumLineCount: 2
                     Accessible.ignored: true
                 }
             }

@@ -37,6 +37,7 @@ AppScreen {
             contentHeight: rows.height
             clip: interactive
             slack: Tokens.focus.gap + Tokens.focus.ring
+            onContentHeightChanged: Qt.callLater(reveal)
             Column {
                 id: rows
                 width: page.width
