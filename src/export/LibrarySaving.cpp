@@ -22,7 +22,7 @@ Result<std::vector<std::uint8_t>> pictureFile(const std::string& path)
         return bytes;
     DecodeOptions options;
     options.memoryLimit = kMost;
-    const Result<UIImage> picture = loadPicture(*bytes, path, options);
+    const Result<UIImage> picture = decodePicture(*bytes, path, options);
     if (!picture)
         return picture.error();
     return bytes;
