@@ -9,6 +9,7 @@
 #include <optional>
 #include <sys/stat.h>
 #include <unistd.h>
+#include <utility>
 
 namespace lamina {
 
@@ -95,7 +96,8 @@ Outcome write(const std::string& path, const Filling& fill,
     return success();
 }
 
-Result<bool> writeNew(const std::string& path, const Filling& fill)
+/// Under a name that is free: false when it is not.
+Result<bool> claimName(const std::string& path, const Filling& fill)
 {
     if (path.empty() || path.find('\0') != std::string::npos)
         return Error{path, cause::kNoFileName};
@@ -105,7 +107,7 @@ Result<bool> writeNew(const std::string& path, const Filling& fill)
     UnfinishedFile file(target);
     if (file.error() == 0)
         if (std::string cause = fill(file); !cause.empty())
-            return Error{path, cause};
+            return Error{path, std::move(cause)};
     const bool claimed = file.claim(target);
     if (file.error() != 0)
         return Error{path, writingFailure(file.error())};
@@ -148,12 +150,12 @@ Outcome writeFileAtomically(const std::string& path, const FileFiller& fill)
 
 Result<bool> writeNewFile(const std::string& path, std::span<const std::uint8_t> bytes)
 {
-    return writeNew(path, fillingWith(bytes));
+    return claimName(path, fillingWith(bytes));
 }
 
 Result<bool> writeNewFile(const std::string& path, const FileFiller& fill)
 {
-    return writeNew(path, fillingBy(fill));
+    return claimName(path, fillingBy(fill));
 }
 
 Result<std::string> writeNumberedFile(const std::string& stem, const std::string& extension, const FileFiller& fill)
