@@ -5,6 +5,7 @@
 #include "platform/image/pixels/CGImage.h"
 #include "platform/image/pixels/ConversionFromSRGB.h"
 #include "platform/image/pixels/PixelBuffer.h"
+#include "platform/image/pixels/CGColorSpace.h"
 #include "platform/image/pixels/PixelConversion.h"
 
 #include <cstddef>
@@ -103,8 +104,7 @@ Result<UIImage> PDFPrintFunction::convertToCMYK(const UIImage& image) const
     const std::optional<ConversionFromSRGB> conversion = conversionTo(*space);
     if (!conversion)
         return Error{{}, "the colour profile for print is damaged"};
-    return prepared(image, *space,
-                    [&](std::uint8_t* rgba, int count) { conversion->convert(rgba, count, rgba); });
+    return prepared(image, *space, [&](std::uint8_t* rgba, int count) { conversion->convert(rgba, count, rgba); });
 }
 
 } // namespace lamina
