@@ -12,10 +12,13 @@ AppScreen {
     onBack: controller.close()
 
     Scrim {
+        shown: sheet.up
         onTapped: about.controller.close()
     }
 
     SheetPanel {
+        id: sheet
+        shown: about.shown
         card: about.sheetsAreCards
         iconName: "app-scalable"
         title: "Lamina"

@@ -9,6 +9,7 @@
 #include <optional>
 #include <sys/stat.h>
 #include <unistd.h>
+#include <utility>
 
 namespace lamina {
 
@@ -77,6 +78,35 @@ Outcome write(const std::string& path, const Filling& fill,
     return success();
 }
 
+/// A `Filling` by the file's path.
+std::string filled(UnfinishedFile& file, const FileFiller& fill)
+{
+    const FileSizeSignalBlocker blocker;
+    const Outcome outcome = fill(file.descriptorPath());
+    file.close();
+    return outcome ? std::string() : outcome.error().cause;
+}
+
+/// Under a name that is free: false when it is not.
+Result<bool> claimName(const std::string& path, const Filling& fill)
+{
+    if (path.empty() || path.find('\0') != std::string::npos)
+        return Error{path, cause::kNoFileName};
+    const std::filesystem::path target(path);
+    if (!target.has_filename())
+        return Error{path, writingFailure(EISDIR)};
+    UnfinishedFile file(target);
+    if (file.error() == 0)
+        if (std::string cause = fill(file); !cause.empty())
+            return Error{path, std::move(cause)};
+    file.claim(target);
+    if (file.error() == EEXIST)
+        return false;
+    if (file.error() != 0)
+        return Error{path, writingFailure(file.error())};
+    return true;
+}
+
 } // namespace
 
 Outcome writeFileAtomically(const std::string& path, std::span<const std::uint8_t> bytes)
@@ -93,30 +123,21 @@ Outcome writeFileAtomically(const std::string& path, std::span<const std::uint8_
 
 Outcome writeFileAtomically(const std::string& path, const FileFiller& fill)
 {
-    const auto filling = [&fill](UnfinishedFile& file) {
-        const FileSizeSignalBlocker blocker;
-        const Outcome outcome = fill(file.descriptorPath());
-        file.close();
-        return outcome ? std::string() : outcome.error().cause;
-    };
+    const auto filling = [&fill](UnfinishedFile& file) { return filled(file, fill); };
     return write(path, filling, [](const std::filesystem::path&) { return std::string(cause::kNotRegular); });
 }
 
 Result<bool> writeNewFile(const std::string& path, std::span<const std::uint8_t> bytes)
 {
-    if (path.empty() || path.find('\0') != std::string::npos)
-        return Error{path, cause::kNoFileName};
-    const std::filesystem::path target(path);
-    if (!target.has_filename())
-        return Error{path, writingFailure(EISDIR)};
-    UnfinishedFile file(target);
-    file.write(bytes);
-    file.claim(target);
-    if (file.error() == EEXIST)
-        return false;
-    if (file.error() != 0)
-        return Error{path, writingFailure(file.error())};
-    return true;
+    return claimName(path, [bytes](UnfinishedFile& file) {
+        file.write(bytes);
+        return std::string();
+    });
+}
+
+Result<bool> writeNewFile(const std::string& path, const FileFiller& fill)
+{
+    return claimName(path, [&fill](UnfinishedFile& file) { return filled(file, fill); });
 }
 
 Outcome writePrivateFile(const std::string& path, std::span<const std::uint8_t> bytes)

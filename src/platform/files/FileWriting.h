@@ -32,6 +32,8 @@ Outcome writeFileAtomically(const std::string& path, const FileFiller& fill);
 /// name at once, in this process or another, one gets it. The error's subject is the path. The temporary file is as
 /// above. Usable from any thread.
 Result<bool> writeNewFile(const std::string& path, std::span<const std::uint8_t> bytes);
+/// The same for what `fill` writes, as above.
+Result<bool> writeNewFile(const std::string& path, const FileFiller& fill);
 
 /// Writes the whole file or nothing, for the owner alone (mode 0600), whatever bears the name: that is replaced, and
 /// not followed where it is a link. The bytes are on the device before the file takes its name, so that a loss of power

@@ -42,6 +42,7 @@ AppScreen {
     Component.onCompleted: takeFocus()
 
     Scrim {
+        shown: !alert.isSheet || !panel.item || panel.item.up
         onTapped: if (alert.isSheet) alert.giveUp()
     }
 
@@ -78,6 +79,7 @@ AppScreen {
             }
 
             card: alert.sheetsAreCards
+            shown: alert.shown
             closable: alert.cancelIndex >= 0
             title: alert.controller.title
             contentHeight: rows.height

@@ -14,6 +14,8 @@ ScreenItem {
 
     readonly property bool shown: phase === ScreenModel.Shown
     readonly property int away: motion === ScreenModel.Slide ? 24 : 0
+    // A sheet comes and goes by itself; only what stands over it takes it out of sight.
+    readonly property bool rises: motion === ScreenModel.Rise && phase !== ScreenModel.Covered
 
     // At once where it is shown, since what is not visible takes no focus.
     visible: shown || opacity > 0
@@ -21,7 +23,7 @@ ScreenItem {
     covered: !front
     Accessible.role: Accessible.Pane
     name: loader.item ? loader.item.name : ""
-    opacity: shown ? 1 : 0
+    opacity: shown || rises ? 1 : 0
     x: shown ? 0 : phase === ScreenModel.Covered ? -away : away
 
     Behavior on opacity {
@@ -42,6 +44,12 @@ ScreenItem {
         id: loader
         anchors.fill: parent
         focus: true
+    }
+    Binding {
+        target: loader.item
+        property: "shown"
+        value: frame.shown
+        when: frame.rises && loader.item
     }
 
     // Until a screen stands, and while it leaves, it is only seen. Hidden when it stands: one that is merely disabled
