@@ -1,5 +1,7 @@
 #include "export/functions/ExportWork.h"
 
+#include "export/functions/PDFStandardFunction.h"
+
 #include <array>
 #include <cstddef>
 
@@ -11,7 +13,7 @@ namespace {
 constexpr std::array<ExportFunction, kSavingTypeCount> kFunctions = {
     nullptr, // jpg
     nullptr, // png
-    nullptr, // pdfStandard
+    exportPDFStandard,
     nullptr, // pdfPrint
     nullptr, // svg
     nullptr, // mp4

@@ -41,6 +41,8 @@ std::span<const std::uint8_t> profileOf(const PictureSamples& samples, const PDF
 /// Makes the document and hands it to the sink.
 Outcome makeDocument(const UIImage& picture, const PDFPage& page, const PDFWatch& watch, const PDFSink& sink)
 {
+    if (!picture)
+        return Error{{}, "there is no picture"};
     if (!isPossible(page))
         return Error{{}, "such a page can't be written"};
     const Result<const PDFModule*> module = pdfModule();

@@ -95,7 +95,7 @@ Result<PictureSamples> pictureSamples(const UIImage& picture, const PDFWatch& wa
     const CGImage upright = picture.upright().cgImage();
     const CGImage image = upright.mask() ? convertedToSRGB(upright) : upright;
     if (!image)
-        return Error{{}, picture ? cause::kNoMemory : "there is no picture"};
+        return Error{{}, cause::kNoMemory};
     if (isInks(image))
         return PictureSamples{
             samples(PDFColors::CMYK, image.size(), inkRows(image), watch, {}), {}, image.colorSpace()};
