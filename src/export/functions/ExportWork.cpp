@@ -1,5 +1,6 @@
 #include "export/functions/ExportWork.h"
 
+#include "export/functions/PDFPrintFunction.h"
 #include "export/functions/PDFStandardFunction.h"
 
 #include <array>
@@ -14,7 +15,7 @@ constexpr std::array<ExportFunction, kSavingTypeCount> kFunctions = {
     nullptr, // jpg
     nullptr, // png
     exportPDFStandard,
-    nullptr, // pdfPrint
+    exportPDFPrint,
     nullptr, // svg
     nullptr, // mp4
     nullptr, // tiff

@@ -1,12 +1,10 @@
 #include "export/functions/PrintPages_p.h"
 
 #include "export/functions/ExportPlaces.h"
-#include "platform/files/FileReading.h"
-#include "platform/files/ProgramFolder.h"
+#include "export/functions/PrintProfile.h"
 #include "platform/image/pixels/CGColorSpace.h"
 #include "platform/pdf/PDFWriting.h"
 
-#include <algorithm>
 #include <cstdint>
 #include <filesystem>
 #include <optional>
@@ -16,32 +14,21 @@ namespace lamina {
 
 namespace {
 
-/// The profile of the printing condition that we convert to: as it is, and ready for documents.
-constexpr const char* kPrintProfile = "FOGRA39-coated.icc";
-constexpr const char* kDeflatedPrintProfile = "FOGRA39-coated.icc.zlib";
-
-Result<std::vector<std::uint8_t>> readProfile(const char* name)
-{
-    constexpr std::size_t kLargest = std::size_t{4} << 20;
-    const std::string path = installedFile("LAMINA_PROFILES", "../share/lamina/profiles", name);
-    if (path.empty())
-        return Error{{}, "the colour profile for print is not installed"};
-    return readSmallFile(path, kLargest);
-}
-
 /// What the document may claim: the condition whose profile the picture carries, if it is ours.
 Result<std::optional<PDFOutputIntent>> outputIntent(const UIImage& image)
 {
     const CGColorSpace& space = image.cgImage().colorSpace();
     if (space.model() != CGColorSpace::Model::CMYK)
         return std::optional<PDFOutputIntent>();
-    const Result<std::vector<std::uint8_t>> ours = readProfile(kPrintProfile);
-    Result<std::vector<std::uint8_t>> deflated = readProfile(kDeflatedPrintProfile);
-    if (!ours || !deflated)
-        return ours ? deflated.error() : ours.error();
-    if (!std::ranges::equal(space.iccProfile(), *ours))
+    const Result<CGColorSpace> ours = printColorSpace();
+    if (!ours)
+        return ours.error();
+    if (!(space == *ours))
         return std::optional<PDFOutputIntent>();
-    return std::optional<PDFOutputIntent>({"FOGRA39", "http://www.color.org",
+    Result<std::vector<std::uint8_t>> deflated = compressedPrintProfile();
+    if (!deflated)
+        return deflated.error();
+    return std::optional<PDFOutputIntent>({kPrintCondition, "http://www.color.org",
                                            "Offset on coated paper, ISO 12647-2:2004/Amd 1:2007",
                                            *std::move(deflated)});
 }

@@ -6,9 +6,8 @@
 #include "TestPictures.h"
 #include "export/functions/PDFPrintFunction.h"
 #include "export/functions/PDFStandardFunction.h"
-#include "platform/files/FileReading.h"
+#include "export/functions/PrintProfile.h"
 #include "platform/files/FileWriting.h"
-#include "platform/files/ProgramFolder.h"
 
 #include <cstdio>
 #include <functional>
@@ -29,13 +28,6 @@ CGImage inks(int width, int height, const CGColorSpace& space)
     });
 }
 
-CGColorSpace coated()
-{
-    const std::string file = installedFile("LAMINA_PROFILES", ".", "FOGRA39-coated.icc");
-    const auto profile = readSmallFile(file, std::size_t{1} << 20);
-    return profile ? CGColorSpace::withProfile(CGColorSpace::Model::CMYK, *profile) : CGColorSpace::deviceCMYK();
-}
-
 CGImage sixteenBits()
 {
     std::vector<std::uint8_t> bytes(6 * 20 * 10);
@@ -46,6 +38,7 @@ CGImage sixteenBits()
 
 std::map<std::string, UIImage> pictures()
 {
+    const Result<CGColorSpace> coated = printColorSpace();
     return {
         {"chart", UIImage(chartPicture(19, 13, CGImageAlphaInfo::NoneSkipLast))},
         {"clear", UIImage(chartPicture(19, 20))},
@@ -55,7 +48,7 @@ std::map<std::string, UIImage> pictures()
         {"ramp", UIImage(rampPicture(601, 503, 40))},
         {"gray", UIImage(bytePicture(16, 9, [](int x, int y) { return 16 * x + y; }))},
         {"inks", UIImage(inks(33, 21, CGColorSpace::deviceCMYK()))},
-        {"coated", UIImage(inks(240, 180, coated()))},
+        {"coated", UIImage(inks(240, 180, coated ? *coated : CGColorSpace::deviceCMYK()))},
         {"deep", UIImage(sixteenBits())},
         {"turned", UIImage(chartPicture(19, 13, CGImageAlphaInfo::NoneSkipLast), 2, UIImageOrientation::Right)},
     };
