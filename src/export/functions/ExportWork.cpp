@@ -1,5 +1,6 @@
 #include "export/functions/ExportWork.h"
 
+#include "export/functions/MP4Function.h"
 #include "export/functions/PDFPrintFunction.h"
 #include "export/functions/PDFStandardFunction.h"
 
@@ -17,7 +18,7 @@ constexpr std::array<ExportFunction, kSavingTypeCount> kFunctions = {
     exportPDFStandard,
     exportPDFPrint,
     nullptr, // svg
-    nullptr, // mp4
+    exportMP4,
     nullptr, // tiff
 };
 
