@@ -1,5 +1,10 @@
 #include "export/functions/ExportWork.h"
 
+#include "export/functions/JPGFunction.h"
+#include "export/functions/PNGFunctionClass.h"
+#include "export/functions/SVGFunction.h"
+#include "export/functions/TiffFunction.h"
+
 #include <array>
 #include <cstddef>
 
@@ -9,13 +14,13 @@ namespace {
 
 /// By the type's number.
 constexpr std::array<ExportFunction, kSavingTypeCount> kFunctions = {
-    nullptr, // jpg
-    nullptr, // png
-    nullptr, // pdfStandard
-    nullptr, // pdfPrint
-    nullptr, // svg
-    nullptr, // mp4
-    nullptr, // tiff
+    exportJPG,  // jpg
+    exportPNG,  // png
+    nullptr,    // pdfStandard
+    nullptr,    // pdfPrint
+    exportSVG,  // svg
+    nullptr,    // mp4
+    exportTIFF, // tiff
 };
 
 } // namespace
