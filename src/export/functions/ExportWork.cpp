@@ -4,6 +4,9 @@
 #include "export/functions/PNGFunctionClass.h"
 #include "export/functions/SVGFunction.h"
 #include "export/functions/TiffFunction.h"
+#include "export/functions/MP4Function.h"
+#include "export/functions/PDFPrintFunction.h"
+#include "export/functions/PDFStandardFunction.h"
 
 #include <array>
 #include <cstddef>
@@ -21,6 +24,13 @@ constexpr std::array<ExportFunction, kSavingTypeCount> kFunctions = {
     exportSVG,  // svg
     nullptr,    // mp4
     exportTIFF, // tiff
+    nullptr, // jpg
+    nullptr, // png
+    exportPDFStandard,
+    exportPDFPrint,
+    nullptr, // svg
+    exportMP4,
+    nullptr, // tiff
 };
 
 } // namespace
