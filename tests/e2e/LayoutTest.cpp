@@ -206,11 +206,11 @@ TEST_P(Layout, KeepsAllThatCanBePressedWholeAndFree)
 
 TEST_P(Layout, KeepsTheSheetsOfAnExportSo)
 {
-    for (const char* const identifier : {"SavingTypeController", "JPGController", "PNGController", "PDFPrintController",
-                                         "ColorProfileController", "MP4VideoController", "TiffController"}) {
+    for (const char* const identifier : {"SavingTypeController", "JPGController", "PDFPrintController",
+                                         "ColorProfileController", "MP4VideoController"}) {
         const auto sheet = UIStoryboard::named(kMainStoryboard)->instantiate<SheetViewController>(identifier);
         if (auto* const exporter = dynamic_cast<ExporterViewController*>(sheet.get()))
-            exporter->setShareImage(rampPicture(375, 375, 0));
+            exporter->setShareImage(UIImage(rampPicture(375, 375, 0)));
         sheet->setModalPresentationStyle(UIModalPresentationStyle::OverCurrentContext);
         driver->top<ViewController>()->present(sheet, true);
         driver->settle();

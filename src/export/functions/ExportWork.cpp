@@ -1,6 +1,8 @@
 #include "export/functions/ExportWork.h"
 
 #include "export/functions/MP4Function.h"
+#include "export/functions/PDFPrintFunction.h"
+#include "export/functions/PDFStandardFunction.h"
 
 #include <array>
 #include <cstddef>
@@ -13,8 +15,8 @@ namespace {
 constexpr std::array<ExportFunction, kSavingTypeCount> kFunctions = {
     nullptr, // jpg
     nullptr, // png
-    nullptr, // pdfStandard
-    nullptr, // pdfPrint
+    exportPDFStandard,
+    exportPDFPrint,
     nullptr, // svg
     exportMP4,
     nullptr, // tiff

@@ -1,16 +1,13 @@
 #include "platform/view/UIDocumentPickerViewController.h"
 
 #include "platform/base/Localization.h"
-#include "platform/files/FileCauses.h"
-#include "platform/files/FileReading.h"
+#include "platform/files/FileCopying.h"
 #include "platform/files/FileWriting.h"
 #include "platform/view/FailureAlert.h"
 
 #include <QCoreApplication>
 
-#include <filesystem>
 #include <memory>
-#include <system_error>
 #include <utility>
 
 namespace lamina {
@@ -37,19 +34,11 @@ Outcome writeFileAtPlace(const UIDocumentPlace& place, std::span<const std::uint
 
 Outcome copyFileToPlace(const std::string& path, const UIDocumentPlace& place)
 {
-    // Opened first: a file that has gone is told by its own name.
-    const Result<OpenedFile> source = openFileForReading(path);
-    if (!source)
-        return source.error();
-    const FileFiller fill = [&source](const std::string& target) -> Outcome {
-        std::error_code failure;
-        std::filesystem::copy_file("/proc/self/fd/" + std::to_string(source->descriptor.get()), target,
-                                   std::filesystem::copy_options::overwrite_existing, failure);
-        if (failure)
-            return Error{target, writingFailure(failure.value())};
-        return success();
-    };
-    return place.replaces ? writeFileAtomically(place.path, fill) : claimed(writeNewFile(place.path, fill), place.path);
+    const Result<FileFiller> fill = contentsOf(path);
+    if (!fill)
+        return fill.error();
+    return place.replaces ? writeFileAtomically(place.path, *fill)
+                          : claimed(writeNewFile(place.path, *fill), place.path);
 }
 
 UIDocumentPickerViewController::UIDocumentPickerViewController(std::string suggestedName, Answer answer)

@@ -13,7 +13,7 @@ ListRow {
     property bool marked: false
 
     lit: marked
-    implicitHeight: Math.max(Tokens.touch.listRow, words.height + Tokens.space.m)
+    implicitHeight: Math.max(Tokens.touch.listRow, words.height + Tokens.space.l)
     Accessible.name: name
     Accessible.selectable: true
     Accessible.selected: marked

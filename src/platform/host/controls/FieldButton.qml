@@ -12,6 +12,8 @@ T.Button {
     property string iconName
     property bool suggested: false
 
+    // Whether the mark stands at the right of what was chosen, or has to go below it.
+    readonly property bool roomy: loud.implicitWidth + mark.width + 3 * Tokens.space.s < arrow.x - words.x
     readonly property int quietFrom: value.indexOf(" (")
 
     x: Tokens.space.sheetMargin
@@ -59,7 +61,7 @@ T.Button {
                 id: words
                 anchors.left: sign.right
                 anchors.leftMargin: Tokens.space.m
-                anchors.right: mark.visible ? mark.left : arrow.left
+                anchors.right: arrow.left
                 anchors.rightMargin: Tokens.space.s
                 anchors.verticalCenter: parent.verticalCenter
                 spacing: Tokens.space.xs
@@ -78,10 +80,13 @@ T.Button {
                     color: Tokens.palette.textSecondary
                     Accessible.ignored: true
                 }
+                SuggestedMark {
+                    visible: field.suggested && !field.roomy
+                }
             }
             SuggestedMark {
                 id: mark
-                visible: field.suggested
+                visible: field.suggested && field.roomy
                 anchors.right: arrow.left
                 anchors.rightMargin: Tokens.space.s
                 anchors.verticalCenter: parent.verticalCenter

@@ -11,6 +11,7 @@ AppScreen {
     property alias foot: panel.foot
     property alias footHeight: panel.footHeight
 
+    sheet: true
     onBack: controller.backAction()
 
     Scrim {
