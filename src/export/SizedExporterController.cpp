@@ -1,6 +1,8 @@
 #include "export/SizedExporterController.h"
 
+#include "imageops/DrawingSurface.h"
 #include "platform/base/NumberText.h"
+#include "platform/base/UIScreen.h"
 
 #include <cmath>
 
@@ -34,6 +36,17 @@ void SizedExporterController::sizeSliderAction(float value)
     m_newSize = {size.width * static_cast<double>(value), size.height * static_cast<double>(value)};
     m_pxLbl = pixelLabel(fixedText(m_newSize.width, kShownDecimals), fixedText(m_newSize.height, kShownDecimals));
     emit optionsChanged();
+}
+
+/// As the pictures are drawn: by one of the two sides, in a context of the main screen's scale.
+IntSize SizedExporterController::filePixels() const
+{
+    const CGSize size = tobeSavedimage().size();
+    if (!(size.width > 0 && size.height > 0))
+        return {};
+    const double factor = size.height >= size.width ? m_newSize.width / size.width : m_newSize.height / size.height;
+    const double pixels = factor * UIScreen::main().scale;
+    return wholePixels(size.width * pixels, size.height * pixels).value_or(IntSize{});
 }
 
 ExportOptions SizedExporterController::options() const

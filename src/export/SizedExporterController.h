@@ -33,6 +33,7 @@ public:
     double newWidth() const { return m_newSize.width; }
     double newheight() const { return m_newSize.height; }
     IntSize filePixels() const override;
+    ExportOptions options() const override;
 
     /// The slider has moved. Nothing for a value that is not finite and positive.
     Q_INVOKABLE void sizeSliderAction(float value);
@@ -40,7 +41,6 @@ public:
 protected:
     using ExporterViewController::ExporterViewController;
     void takeWorkingImage() override;
-    ExportOptions options() const override;
 
 private:
     float m_sizeSlider = 1;
