@@ -8,16 +8,17 @@ AppScreen {
     // AboutViewController.Page
     readonly property bool showsKeys: controller.page === 0
 
+    sheet: true
     name: controller.title
     onBack: controller.close()
 
     Scrim {
-        shown: sheet.up
+        shown: panel.up
         onTapped: about.controller.close()
     }
 
     SheetPanel {
-        id: sheet
+        id: panel
         shown: about.shown
         card: about.sheetsAreCards
         iconName: "app-scalable"

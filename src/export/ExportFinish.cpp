@@ -4,6 +4,7 @@
 #include "export/ExporterViewController.h"
 #include "export/SavingTypeController.h"
 #include "export/SavingTypes.h"
+#include "export/ShareController.h"
 #include "platform/base/Causes.h"
 #include "platform/base/DispatchQueue.h"
 #include "platform/base/Localization.h"
@@ -107,8 +108,11 @@ void ExportFinish::presentShareScreen(const SaveModelDetails& details)
     if (details.saveType != SavingtypeMethod::jpg && details.sharedURL.empty())
         return presentSaveFailure(m_editor, {{}, QT_TRANSLATE_NOOP("Lamina", "no file was written")});
     m_work.exported();
-    if (const auto screen = UIStoryboard::named(kMainStoryboard)->instantiateViewController(exportscene::kShare))
-        presentOver(m_editor, screen);
+    const auto screen = UIStoryboard::named(kMainStoryboard)->instantiate<ShareController>(exportscene::kShare);
+    if (!screen)
+        return;
+    screen->setDetails(details);
+    presentOver(m_editor, screen);
 }
 
 } // namespace lamina

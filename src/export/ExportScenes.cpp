@@ -8,6 +8,7 @@
 #include "export/PNGController.h"
 #include "export/SVGController.h"
 #include "export/SavingTypeController.h"
+#include "export/ShareController.h"
 #include "export/TiffController.h"
 #include "platform/view/UIStoryboard.h"
 
@@ -33,6 +34,7 @@ const char* exporterScene(SavingtypeMethod type)
 void addExportScenes(UIStoryboard& storyboard)
 {
     add<SavingTypeController>(storyboard, exportscene::kChooser, "SavingTypeScreen.qml");
+    add<ShareController>(storyboard, exportscene::kShare, "ShareScreen.qml");
     add<ColorProfileController>(storyboard, exportscene::kColorProfile, "ColorProfileScreen.qml");
     add<JPGController>(storyboard, exporterScene(SavingtypeMethod::jpg), "JPGScreen.qml");
     add<PNGController>(storyboard, exporterScene(SavingtypeMethod::png), "PNGScreen.qml");

@@ -63,21 +63,25 @@ SheetScreen {
                 Accessible.name: text
             }
         }
-        FieldButton {
-            name: qsTranslate("Lamina", "File type")
-            value: exporter.controller.typeTitle
-            iconName: exporter.controller.typeIcon
-            suggested: exporter.controller.suggested
-            onClicked: exporter.controller.handlefileTap()
-        }
-        StyledText {
-            x: Tokens.space.sheetMargin
-            width: parent.width - 2 * x
-            visible: exporter.tellsPixels && text !== ""
-            text: exporter.controller.filePixels
-            role: Tokens.type.caption
-            color: Tokens.palette.textSecondary
-            Accessible.name: text
+        Column {
+            width: parent.width
+            spacing: Tokens.space.s
+            FieldButton {
+                name: qsTranslate("Lamina", "File type")
+                value: exporter.controller.typeTitle
+                iconName: exporter.controller.typeIcon
+                suggested: exporter.controller.suggested
+                onClicked: exporter.controller.handlefileTap()
+            }
+            StyledText {
+                x: Tokens.space.sheetMargin
+                width: parent.width - 2 * x
+                visible: exporter.tellsPixels && text !== ""
+                text: exporter.controller.filePixels
+                role: Tokens.type.caption
+                color: Tokens.palette.textSecondary
+                Accessible.name: text
+            }
         }
     }
 
@@ -89,5 +93,7 @@ SheetScreen {
         // The progress panel over it says why it can't be pressed.
         enabled: exporter.controller.ready || exporter.controller.exporting
         onClicked: exporter.controller.downloadbtnAction()
+        // While a clip was read something else had the keyboard.
+        onEnabledChanged: if (enabled && exporter.activeFocus) forceActiveFocus(Qt.OtherFocusReason)
     }
 }

@@ -3,7 +3,16 @@
 #include "WindowDriver.h"
 
 #include "app/ViewController.h"
+#include "export/ExportScenes.h"
+#include "export/JPGController.h"
+#include "export/MP4VideoController.h"
+#include "export/PDFPrintController.h"
+#include "export/PNGController.h"
+#include "export/SavingTypeController.h"
+#include "export/SVGController.h"
+#include "platform/media/VideoExport.h"
 #include "platform/view/UIAlertController.h"
+#include "platform/view/UIStoryboard.h"
 
 #include <QDir>
 #include <QGuiApplication>
@@ -42,6 +51,88 @@ private:
 
 const std::string kFirst = LAMINA_SAMPLES "/sea-sunset.jpg";
 const std::string kSecond = LAMINA_SAMPLES "/city-rain.jpg";
+
+/// The exporters' sheets over the editor, each with something chosen, and the two lists that they open.
+class ExportShooter {
+public:
+    ExportShooter(Shooter& shooter, UIViewController& editor, UIImage picture)
+        : m_shooter(shooter)
+        , m_editor(editor)
+        , m_picture(std::move(picture))
+    {
+    }
+
+    void shootAll()
+    {
+        openFor<JPGController>(SavingtypeMethod::jpg, [](JPGController& sheet) { sheet.qualitySlideraction(0.55F); });
+        shoot("save-jpg");
+        openFor<PNGController>(SavingtypeMethod::png, [](PNGController& sheet) {
+            sheet.sizeSliderAction(1.5F);
+            sheet.handletrasnparentTap();
+        });
+        shoot("save-png");
+        open(SavingtypeMethod::pdfStandard);
+        shoot("save-pdf");
+        const auto print = openFor<PDFPrintController>(SavingtypeMethod::pdfPrint, [](PDFPrintController& sheet) {
+            sheet.handlecropTap();
+            sheet.handleppiTap();
+        });
+        print->handleprofileTap();
+        m_shooter.shoot("color-profile");
+        print->profileSelected(1);
+        shoot("save-print");
+        openFor<SVGController>(SavingtypeMethod::svg, [](SVGController& sheet) { sheet.handletrasnparentTap(); });
+        shoot("save-svg");
+        openFor<MP4VideoController>(SavingtypeMethod::mp4, [](auto& sheet) { sheet.qualitySliderAction(0.8F); });
+        shoot("save-mp4");
+        open(SavingtypeMethod::tiff)->handlefileTap();
+        m_shooter.shoot("type-of-tiff");
+        m_shooter.driver().press(Qt::Key_Escape);
+        shoot("save-tiff");
+        shootClip();
+    }
+
+private:
+    std::shared_ptr<ExporterViewController> open(SavingtypeMethod type, const std::string& clip = {})
+    {
+        const auto sheet = UIStoryboard::named(kMainStoryboard)
+                               ->instantiate<ExporterViewController>(kExporterScenes[static_cast<int>(type)]);
+        if (clip.empty())
+            sheet->setShareImage(m_picture);
+        sheet->setVideoUrl(clip);
+        sheet->setModalPresentationStyle(UIModalPresentationStyle::OverCurrentContext);
+        m_editor.present(sheet, true);
+        m_shooter.driver().settle();
+        return sheet;
+    }
+    template <class Sheet, class Choose>
+    std::shared_ptr<Sheet> openFor(SavingtypeMethod type, const Choose& choose)
+    {
+        auto sheet = std::dynamic_pointer_cast<Sheet>(open(type));
+        choose(*sheet);
+        return sheet;
+    }
+    void shoot(const char* name)
+    {
+        m_shooter.shoot(name);
+        m_shooter.driver().press(Qt::Key_Escape);
+    }
+    /// A film has another row suggested, and other types say what becomes of it.
+    void shootClip()
+    {
+        const QTemporaryDir folder;
+        const std::string clip = folder.filePath(QStringLiteral("clip.mp4")).toStdString();
+        if (!writeStillVideo({.picture = m_picture, .seconds = 0.1, .soundFile = {}}, clip))
+            return;
+        const auto sheet = open(SavingtypeMethod::png, clip);
+        WindowDriver::waitUntil([&] { return !sheet->isLoading(); });
+        shoot("save-clip-as-png");
+    }
+
+    Shooter& m_shooter;
+    UIViewController& m_editor;
+    UIImage m_picture;
+};
 
 void shootRoad(const LaunchOptions& options, const QString& prefix)
 {
@@ -105,6 +196,7 @@ void shootRoad(const LaunchOptions& options, const QString& prefix)
     blend->backBtn();
     shooter.shoot("discard");
     driver.press(Qt::Key_Escape);
+    ExportShooter(shooter, *blend, blend->flattened()).shootAll();
     blend->shareBtn();
     WindowDriver::waitUntil([&] { return !blend->notice().isEmpty(); }, 5);
     shooter.shoot("saved");

@@ -165,19 +165,21 @@ void UnfinishedFile::replace(const std::filesystem::path& target)
         m_exists = false;
 }
 
-void UnfinishedFile::claim(const std::filesystem::path& target)
+bool UnfinishedFile::claim(const std::filesystem::path& target)
 {
     if (m_error != 0)
-        return;
+        return false;
     if (::renameat2(AT_FDCWD, m_path.c_str(), AT_FDCWD, target.c_str(), RENAME_NOREPLACE) == 0) {
         m_exists = false;
-        return;
+        return true;
     }
     // Network file systems refuse the flag but know links; sticks know the flag but no links. Our own name for the file
     // goes with this object.
     const bool unknown = errno == EINVAL || errno == ENOSYS || errno == ENOTSUP;
-    if (!unknown || ::link(m_path.c_str(), target.c_str()) != 0)
-        m_error = errno;
+    if (unknown && ::link(m_path.c_str(), target.c_str()) == 0)
+        return true;
+    m_error = errno == EEXIST ? 0 : errno;
+    return false;
 }
 
 void UnfinishedFile::removeAll()

@@ -33,8 +33,9 @@ public:
     void close();
     /// Takes the target's place, whatever stands there.
     void replace(const std::filesystem::path& target);
-    /// Takes a name that is free; EEXIST when anything has it, a link that leads nowhere included.
-    void claim(const std::filesystem::path& target);
+    /// Takes a name that is free: true when it has. When anything bears it, a link that leads nowhere included, nothing
+    /// has failed, and another name may be tried.
+    bool claim(const std::filesystem::path& target);
     int error() const { return m_error; }
 
     /// Removes those that exist at the moment; safe in a signal handler.

@@ -28,6 +28,7 @@ AppScreen {
             controller.tap(cancelIndex)
     }
 
+    sheet: isSheet
     name: isSheet || !panel.item ? controller.title : panel.item.headline
     onBack: giveUp()
     Keys.onPressed: event => {

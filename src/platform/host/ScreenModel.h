@@ -20,7 +20,7 @@ public:
     /// Waiting: on its way in, or out. Covered: another screen stands over it and hides it.
     enum Phase { Waiting, Shown, Covered };
     Q_ENUM(Phase)
-    /// How a screen comes and goes: pushed from the side, faded in, or as a sheet that moves by itself.
+    /// How a screen comes and goes: pushed from the side, faded in, or by itself where its layout is a sheet's.
     enum Motion { Slide, Fade, Rise };
     Q_ENUM(Motion)
 

@@ -23,8 +23,11 @@ set(LAMINA_QML_FILES
     export/PNGScreen.qml
     export/SVGScreen.qml
     export/SavingTypeScreen.qml
+    export/ShareDoor.qml
+    export/ShareScreen.qml
     export/SizeField.qml
     export/TiffScreen.qml
+    platform/host/ActivityScreen.qml
     platform/host/AlertScreen.qml
     platform/host/DocumentPickerScreen.qml
     platform/host/Main.qml

@@ -2,7 +2,6 @@
 
 #include "platform/base/Localization.h"
 #include "platform/files/ASCIICase.h"
-#include "platform/files/FileURL.h"
 #include "platform/image/codecs/PictureFormats.h"
 #include "platform/view/FailureAlert.h"
 
@@ -69,7 +68,7 @@ std::string copyLine(bool isPicture)
 
 UIActivityViewController::UIActivityViewController(UIImage image)
     : m_image(std::move(image))
-    , m_file(Error{"", "there is no file of this picture"})
+    , m_file(Error{"", QT_TRANSLATE_NOOP("Lamina", "there is no file")})
     , m_rows({{"type", &UIActivityRow::type},
               {"icon", &UIActivityRow::icon},
               {"title", &UIActivityRow::title},
@@ -78,10 +77,11 @@ UIActivityViewController::UIActivityViewController(UIImage image)
     setModalPresentationStyle(UIModalPresentationStyle::OverCurrentContext);
 }
 
-UIActivityViewController::UIActivityViewController(const std::string& fileURL)
+UIActivityViewController::UIActivityViewController(std::string path)
     : UIActivityViewController(UIImage())
 {
-    m_file = pathOfFileURL(fileURL);
+    if (!path.empty())
+        m_file = std::move(path);
 }
 
 void UIActivityViewController::setFile(Result<std::string> path)

@@ -12,6 +12,7 @@
 #include <optional>
 #include <set>
 #include <string>
+#include <utility>
 
 namespace lamina {
 
@@ -52,8 +53,8 @@ public:
 
     /// A sheet with a picture.
     explicit UIActivityViewController(UIImage image);
-    /// A sheet with a file of this device, by its "file:" URL.
-    explicit UIActivityViewController(const std::string& fileURL);
+    /// A sheet with a file, by its absolute path.
+    explicit UIActivityViewController(std::string path);
 
     void setCompletionWithItemsHandler(CompletionWithItemsHandler handler) { m_handler = std::move(handler); }
 

@@ -1,6 +1,7 @@
 #include "platform/view/UIDocumentPickerViewController.h"
 
 #include "platform/base/Localization.h"
+#include "platform/files/FileCopying.h"
 #include "platform/files/FileWriting.h"
 #include "platform/view/FailureAlert.h"
 
@@ -11,16 +12,33 @@
 
 namespace lamina {
 
-Outcome writeFileAtPlace(const UIDocumentPlace& place, std::span<const std::uint8_t> bytes)
+namespace {
+
+/// Of writing under a name that was to be free.
+Outcome claimed(const Result<bool>& written, const std::string& path)
 {
-    if (place.replaces)
-        return writeFileAtomically(place.path, bytes);
-    const Result<bool> written = writeNewFile(place.path, bytes);
     if (!written)
         return written.error();
     if (!*written)
-        return Error{place.path, QT_TRANSLATE_NOOP("Lamina", "there is something of that name")};
+        return Error{path, QT_TRANSLATE_NOOP("Lamina", "there is something of that name")};
     return success();
+}
+
+} // namespace
+
+Outcome writeFileAtPlace(const UIDocumentPlace& place, std::span<const std::uint8_t> bytes)
+{
+    return place.replaces ? writeFileAtomically(place.path, bytes)
+                          : claimed(writeNewFile(place.path, bytes), place.path);
+}
+
+Outcome copyFileToPlace(const std::string& path, const UIDocumentPlace& place)
+{
+    const Result<FileFiller> fill = contentsOf(path);
+    if (!fill)
+        return fill.error();
+    return place.replaces ? writeFileAtomically(place.path, *fill)
+                          : claimed(writeNewFile(place.path, *fill), place.path);
 }
 
 UIDocumentPickerViewController::UIDocumentPickerViewController(std::string suggestedName, Answer answer)

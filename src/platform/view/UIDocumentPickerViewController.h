@@ -20,6 +20,8 @@ struct UIDocumentPlace {
 /// Writes the bytes there, whole or not at all. What has taken the name since the user was asked about it is left
 /// alone: an error then. The error's subject is the path. Usable from any thread.
 Outcome writeFileAtPlace(const UIDocumentPlace& place, std::span<const std::uint8_t> bytes);
+/// The same with what another file holds, however large; the error's subject may be that file's path.
+Outcome copyFileToPlace(const std::string& path, const UIDocumentPlace& place);
 
 /// Asks the user for a place and a name for a file, in the system's own dialog, or in the window where there is none.
 /// It writes nothing. It is presented, and takes itself away with the answer. Main thread.

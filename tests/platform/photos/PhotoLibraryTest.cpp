@@ -91,7 +91,7 @@ TEST_F(PhotoLibraryFolder, TellsWhatCouldNotBeSavedWhereAndWhy)
     EXPECT_TRUE(saveToPhotosAlbum(UIImage()));
     ASSERT_TRUE(DispatchQueue::main().runUntilIdle(60));
     ASSERT_EQ(log.messages.size(), 2u);
-    EXPECT_EQ(log.messages[0].second, home.path("Fotos/Lamina") + ": the folder can't be made");
+    EXPECT_EQ(log.messages[0].second, home.path("Fotos/Lamina") + ": no such folder");
     EXPECT_NE(log.messages[1].second.find("there is no picture"), std::string::npos);
     EXPECT_EQ(readFile(home.path("Fotos")), "a file in the way");
 }

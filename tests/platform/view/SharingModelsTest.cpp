@@ -36,8 +36,8 @@ protected:
 TEST_F(SharingModels, ASheetOffersWhatTheMachineAndTheThingAllow)
 {
     using Types = std::vector<Type>;
-    const auto withFile = [](const char* path) {
-        auto sheet = std::make_shared<UIActivityViewController>("file://" + std::string(path));
+    const auto withFile = [](std::string path) {
+        auto sheet = std::make_shared<UIActivityViewController>(path);
         sheet->setServed(kAll);
         return sheet;
     };
@@ -67,7 +67,7 @@ TEST_F(SharingModels, ASheetOffersWhatTheMachineAndTheThingAllow)
 
 TEST_F(SharingModels, AChoiceIsToldWhenTheSheetHasGone)
 {
-    auto sheet = std::make_shared<UIActivityViewController>("file:///a/b.png");
+    auto sheet = std::make_shared<UIActivityViewController>("/a/b.png");
     QObject::connect(sheet.get(), &UIActivityViewController::chosen, sheet.get(), [&](Type type) {
         EXPECT_EQ(window.topViewController(), rootScreen);
         EXPECT_EQ(sheet->presenter(), stack);
@@ -84,12 +84,12 @@ TEST_F(SharingModels, AChoiceIsToldWhenTheSheetHasGone)
     sheet->end(true);
     EXPECT_EQ(heard(), "type 2 done ");
 
-    sheet = std::make_shared<UIActivityViewController>("file:///a/b.png");
+    sheet = std::make_shared<UIActivityViewController>("/a/b.png");
     present(sheet);
     sheet->cancel();
     EXPECT_EQ(heard(), "closed not done ");
 
-    sheet = std::make_shared<UIActivityViewController>("file:///a/b.png");
+    sheet = std::make_shared<UIActivityViewController>("/a/b.png");
     present(sheet);
     sheet->setServed(kAll);
     sheet->choose(1);

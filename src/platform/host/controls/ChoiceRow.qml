@@ -13,7 +13,7 @@ ListRow {
     property bool marked: false
 
     lit: marked
-    implicitHeight: Math.max(Tokens.touch.listRow, words.height + Tokens.space.m)
+    implicitHeight: Math.max(Tokens.touch.listRow, words.height + Tokens.space.l)
     Accessible.name: name
     Accessible.selectable: true
     Accessible.selected: marked
@@ -62,7 +62,6 @@ ListRow {
                 text: row.info
                 role: Tokens.type.caption
                 color: Tokens.palette.textSecondary
-                maximumLineCount: 2
                 Accessible.ignored: true
             }
         }

@@ -12,6 +12,8 @@ T.Button {
     property string iconName
     property bool suggested: false
 
+    // Whether the mark stands at the right of what was chosen, or has to go below it.
+    readonly property bool roomy: loud.implicitWidth + mark.width + 3 * Tokens.space.s < arrow.x - words.x
     readonly property int quietFrom: value.indexOf(" (")
 
     x: Tokens.space.sheetMargin
@@ -32,7 +34,6 @@ T.Button {
             text: field.name
             role: Tokens.type.caption
             color: Tokens.palette.textSecondary
-            maximumLineCount: 1
             Accessible.ignored: true
         }
         Rectangle {
@@ -60,7 +61,7 @@ T.Button {
                 id: words
                 anchors.left: sign.right
                 anchors.leftMargin: Tokens.space.m
-                anchors.right: mark.visible ? mark.left : arrow.left
+                anchors.right: arrow.left
                 anchors.rightMargin: Tokens.space.s
                 anchors.verticalCenter: parent.verticalCenter
                 spacing: Tokens.space.xs
@@ -68,7 +69,6 @@ T.Button {
                     id: loud
                     width: Math.min(implicitWidth, parent.width)
                     text: field.quietFrom < 0 ? field.value : field.value.slice(0, field.quietFrom)
-                    maximumLineCount: 2
                     Accessible.ignored: true
                 }
                 StyledText {
@@ -78,13 +78,15 @@ T.Button {
                     role: Tokens.type.caption
                     lineHeight: loud.lineHeight
                     color: Tokens.palette.textSecondary
-                    maximumLineCount: 2
                     Accessible.ignored: true
+                }
+                SuggestedMark {
+                    visible: field.suggested && !field.roomy
                 }
             }
             SuggestedMark {
                 id: mark
-                visible: field.suggested
+                visible: field.suggested && field.roomy
                 anchors.right: arrow.left
                 anchors.rightMargin: Tokens.space.s
                 anchors.verticalCenter: parent.verticalCenter

@@ -33,7 +33,7 @@ Item {
 
     readonly property real head: (card ? 0 : 10) + headRow
     readonly property real headRow: Math.max(56, words.height + (subtitle === "" ? Tokens.space.m : Tokens.space.xxl + Tokens.space.s))
-    readonly property real below: footHeight > 0 ? Tokens.space.m + footHeight + Tokens.space.sheetMargin : Tokens.space.l
+    readonly property real below: footHeight > 0 ? Tokens.space.l + footHeight + Tokens.space.sheetMargin : Tokens.space.l
     readonly property real cardWidth: Math.min(480, width - 2 * Tokens.space.l)
     readonly property real panelHeight: Math.min(Math.max(head + contentHeight + below, card ? 0 : leastHeight), height - Tokens.space.xxl)
 

@@ -11,6 +11,7 @@ AppScreen {
     property alias foot: panel.foot
     property alias footHeight: panel.footHeight
 
+    sheet: true
     onBack: controller.backAction()
 
     Scrim {
@@ -37,6 +38,7 @@ AppScreen {
             contentHeight: rows.height
             clip: interactive
             slack: Tokens.focus.gap + Tokens.focus.ring
+            onContentHeightChanged: Qt.callLater(reveal)
             Column {
                 id: rows
                 width: page.width

@@ -49,8 +49,10 @@ Item {
     }
     ValueSlider {
         id: slider
+        // Its line begins where the fields do, its thumb may stand out.
+        x: -thumb / 2
         y: label.height + (field.stacked ? told.height : 0)
-        width: parent.width - box.width - Tokens.space.l
+        width: parent.width - box.width - Tokens.space.l + thumb / 2
         name: field.name
         words: [field.shownValue, field.meaning, field.note].filter(text => text !== "").join(". ")
         from: field.from

@@ -13,6 +13,8 @@ Item {
     property string action
     property string shownAction
     property real room: parent ? parent.width - 2 * Tokens.space.l : 0
+    // An Animated number that says how much of it is seen, in the place of its own time; null: it goes by itself.
+    property var seen: null
     signal done()
     signal acted()
 
@@ -22,22 +24,33 @@ Item {
 
     width: Math.min(words.x + words.implicitWidth + (hasAction ? actionRoom : Tokens.space.l), room)
     height: hasAction ? Tokens.touch.minimum : words.height + 22
-    opacity: text !== "" ? 1 : 0
+    opacity: seen ? seen.value : text !== "" ? 1 : 0
     visible: opacity > 0
     Accessible.role: Accessible.AlertMessage
     Accessible.name: shownText
     Behavior on opacity {
-        NumberAnimation { duration: Theme.duration(Tokens.motion.fade) }
+        SequentialAnimation {
+            PauseAnimation { duration: toast.seen ? toast.seen.delay : 0 }
+            NumberAnimation {
+                duration: toast.seen ? toast.seen.duration : Theme.duration(Tokens.motion.fade)
+                easing: toast.seen ? toast.seen.easing : ({ type: Easing.Linear })
+            }
+        }
     }
     onTextChanged: {
         if (text === "")
             return
         shownText = text
         shownAction = action
-        hold.restart()
+        wait()
     }
     onActionChanged: if (text !== "") shownAction = action
-    onHeldChanged: if (!held) hold.restart()
+    onHeldChanged: if (!held) wait()
+
+    function wait() {
+        if (!seen)
+            hold.restart()
+    }
 
     Timer {
         id: hold
