@@ -1,5 +1,9 @@
 #include "export/functions/ExportWork.h"
 
+#include "export/functions/MP4Function.h"
+#include "export/functions/PDFPrintFunction.h"
+#include "export/functions/PDFStandardFunction.h"
+
 #include <array>
 #include <cstddef>
 
@@ -11,10 +15,10 @@ namespace {
 constexpr std::array<ExportFunction, kSavingTypeCount> kFunctions = {
     nullptr, // jpg
     nullptr, // png
-    nullptr, // pdfStandard
-    nullptr, // pdfPrint
+    exportPDFStandard,
+    exportPDFPrint,
     nullptr, // svg
-    nullptr, // mp4
+    exportMP4,
     nullptr, // tiff
 };
 

@@ -8,6 +8,7 @@
 #include "platform/image/drawing/CGContext.h"
 #include "platform/image/drawing/UIImageDrawing.h"
 #include "platform/image/pixels/CGImage.h"
+#include "platform/media/AbandonableWork_p.h"
 #include "platform/media/Clip.h"
 #include "platform/media/ClipReading_p.h"
 #include "platform/media/MediaModule_p.h"
@@ -54,10 +55,22 @@ int side(double length)
     return std::max(1, static_cast<int>(std::llround(length)));
 }
 
+/// Whether the pixels can stay as they are.
+bool isPlain(const UIImage& picture, IntSize size)
+{
+    const CGImage& image = picture.cgImage();
+    const CGImageLayout plain = CGImageLayout::rgba(size.width, size.height, CGImageAlphaInfo::NoneSkipLast);
+    return picture.imageOrientation() == UIImageOrientation::Up && image.size() == size && !image.mask() &&
+           image.bitsPerComponent() == plain.bitsPerComponent && image.bitsPerPixel() == plain.bitsPerPixel &&
+           image.bitmapInfo() == plain.bitmapInfo && image.colorSpace() == plain.colorSpace;
+}
+
 /// On white, upright, in the pixels of the video; empty when memory is short.
 CGImage opaquePicture(const UIImage& picture, double scale)
 {
     const IntSize size = videoSize(picture.pixelSize(), scale);
+    if (isPlain(picture, size))
+        return picture.cgImage();
     std::optional<CGContext> context = CGContext::image({double(size.width), double(size.height)}, true, 1);
     if (!context)
         return {};
@@ -81,7 +94,7 @@ Outcome writeFilm(const std::string& source, const std::string& path, const Vide
     bool sourceFailed = false;
     Outcome outcome = writeFileAtomically(path, [&](const std::string& descriptorPath) {
         Outcome filled = film(filmSettings(descriptorPath, options));
-        sourceFailed = !filled && filled.error().subject.empty();
+        sourceFailed = !filled && filled.error().subject.empty() && filled.error().cause != cause::kCancelled;
         return filled;
     });
     if (!outcome)
@@ -114,11 +127,15 @@ std::string blankAudioFile()
 
 Outcome writeStillVideo(const StillVideo& still, const std::string& path, const VideoExportOptions& options)
 {
-    const CGImage picture = still.picture ? opaquePicture(still.picture, options.scale) : CGImage();
-    if (!picture)
-        return Error{path, still.picture ? cause::kNoMemory : "there is no picture"};
-    if (options.cancelled && options.cancelled->load())
+    if (!still.picture)
+        return Error{path, "there is no picture"};
+    const auto draw = [source = still.picture, scale = options.scale] { return opaquePicture(source, scale); };
+    const std::optional<CGImage> drawn = doUnlessCancelled(draw, options.cancelled);
+    if (!drawn || (options.cancelled && options.cancelled->load()))
         return Error{path, cause::kCancelled};
+    const CGImage& picture = *drawn;
+    if (!picture)
+        return Error{path, cause::kNoMemory};
     const Result<const MediaModule*> module = mediaModule();
     if (!module)
         return Error{path, module.error().cause};

@@ -15,6 +15,8 @@
 #include <ctime>
 #include <filesystem>
 #include <numeric>
+#include <optional>
+#include <sched.h>
 #include <sys/resource.h>
 #include <utility>
 
@@ -319,6 +321,46 @@ TEST(VideoExport, NamesWhatStandsInItsWay)
     setrlimit(RLIMIT_FSIZE, &before);
     EXPECT_EQ(full, path + ": the file is too large for the device");
     EXPECT_EQ(folder.names(), Names{"sound.mp3"});
+}
+
+/// Leaves one processor to this thread and to those that it starts.
+class OneProcessor {
+public:
+    OneProcessor()
+    {
+        sched_getaffinity(0, sizeof m_before, &m_before);
+        cpu_set_t one;
+        CPU_ZERO(&one);
+        CPU_SET(static_cast<unsigned>(sched_getcpu()), &one);
+        sched_setaffinity(0, sizeof one, &one);
+    }
+    ~OneProcessor() { sched_setaffinity(0, sizeof m_before, &m_before); }
+    OneProcessor(const OneProcessor&) = delete;
+    OneProcessor& operator=(const OneProcessor&) = delete;
+
+private:
+    cpu_set_t m_before{};
+};
+
+/// Small sides are the least multiple of what vector code takes at once, and old memory the least like new.
+TEST(VideoExport, MakesTheSameBytesOfTheSameInput)
+{
+    const TemporaryFolder folder;
+    const UIImage picture(quarters(64, 48));
+    const std::string still = folder.path("still.mp4");
+    const std::string clip = folder.path("clip.mp4");
+    std::optional<OneProcessor> one;
+    std::string bytes[2];
+    for (int i = 0; i < 40; ++i) {
+        if (i == 20)
+            one.emplace();
+        ASSERT_TRUE(writeStillVideo({picture, 0.5, blankAudioFile()}, still));
+        ASSERT_TRUE(convertVideo(still, clip, {.scale = 0.5}));
+        const std::string got[2] = {readFile(still), readFile(clip)};
+        if (i == 0)
+            std::copy_n(got, 2, bytes);
+        ASSERT_TRUE(got[0] == bytes[0] && got[1] == bytes[1]) << i;
+    }
 }
 
 /// Numbers are written with commas there, which no file may show.

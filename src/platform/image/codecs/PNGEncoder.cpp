@@ -2,7 +2,7 @@
 #include "platform/base/Result.h"
 #include "platform/base/WorkerPool.h"
 #include "platform/image/codecs/EncodedRows_p.h"
-#include "platform/image/codecs/PNGFilters_p.h"
+#include "platform/image/codecs/PNGFilters.h"
 #include "platform/image/codecs/PictureEncoder_p.h"
 #include "platform/image/codecs/PictureEncoding.h"
 #include "platform/image/pixels/CGImage.h"

@@ -166,7 +166,12 @@ Outcome SoundTrack::encode(int samples, int silence)
     av_samples_set_silence(m_frame->data, samples, silence, m_encoder->ch_layout.nb_channels, AV_SAMPLE_FMT_FLTP);
     m_frame->pts = m_position;
     m_position += m_frame->nb_samples;
-    return m_file.encode(m_encoder.get(), m_frame.get(), m_track, 0);
+    return write(m_frame.get());
+}
+
+Outcome SoundTrack::write(const AVFrame* frame)
+{
+    return m_file.write(encodeFrame(m_encoder.get(), frame), m_encoder.get(), m_track, 0);
 }
 
 Outcome SoundTrack::finish()
@@ -177,7 +182,7 @@ Outcome SoundTrack::finish()
     const auto rest = static_cast<int>(std::min<std::int64_t>(queued(), end() - m_position));
     if (outcome && rest > 0)
         outcome = encode(rest, 0);
-    return outcome ? m_file.encode(m_encoder.get(), nullptr, m_track, 0) : outcome;
+    return outcome ? write(nullptr) : outcome;
 }
 
 } // namespace lamina

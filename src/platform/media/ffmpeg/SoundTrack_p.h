@@ -44,6 +44,7 @@ private:
     Outcome resample(const AVFrame* frame);
     Outcome encodeWhole();
     Outcome encode(int samples, int silence);
+    Outcome write(const AVFrame* frame);
     std::int64_t end() const;
     int queued() const { return av_audio_fifo_size(m_queue.get()); }
 
