@@ -15,8 +15,7 @@ namespace {
 constexpr std::array<ExportFunction, kSavingTypeCount> kFunctions = {
     nullptr, // jpg
     nullptr, // png
-    exportPDFStandard,
-    exportPDFPrint,
+    exportPDFStandard, exportPDFPrint,
     nullptr, // svg
     exportMP4,
     nullptr, // tiff
