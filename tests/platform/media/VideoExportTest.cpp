@@ -244,6 +244,22 @@ TEST(ConvertVideo, KeepsSoundAndPictureTogetherAndTurnsScaled)
     EXPECT_EQ(told.back(), 1);
 }
 
+TEST(ConvertVideo, KeepsAGapInTheSoundAsSilence)
+{
+    const TemporaryFolder folder;
+    makeClip({"-f", "lavfi", "-i", "color=s=64x64:r=10:d=3", "-f", "lavfi", "-i", "sine=d=3", "-af",
+              "volume=8,aselect='lt(t,0.5)+gte(t,2)'", "-c:v", "libx264", "-c:a", "aac"},
+             folder.path("a.mkv"));
+    const Outcome outcome = convertVideo(folder.path("a.mkv"), folder.path("b.mp4"));
+    ASSERT_TRUE(outcome) << outcome.error().message();
+    const std::vector<float> samples = decodedSound(folder.path("b.mp4"));
+    EXPECT_NEAR(static_cast<double>(samples.size()) / 8000, 3, 0.06);
+    const std::vector<std::pair<double, bool>> cases = {
+        {0.1, true}, {0.7, false}, {1.8, false}, {2.2, true}, {2.8, true}};
+    for (const auto& [time, loud] : cases)
+        EXPECT_EQ(loudness(samples, time, time + 0.1) > 0.1, loud) << time;
+}
+
 TEST(ConvertVideo, NeverMakesPartOfAFilm)
 {
     const TemporaryFolder folder;
