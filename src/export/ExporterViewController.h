@@ -70,6 +70,9 @@ public:
     /// The same in words: "1125 × 1125 pixels", or empty.
     QString filePixelsText() const;
 
+    /// What the user has chosen.
+    virtual ExportOptions options() const { return {}; }
+
     /// Whether the frame of a clip is still to come.
     bool isLoading() const { return m_loading; }
     /// Whether the work is under way.
@@ -99,8 +102,6 @@ protected:
 
     /// `tobeSavedimage` is there. Default: tells of it.
     virtual void takeWorkingImage();
-    /// What the user has chosen.
-    virtual ExportOptions options() const { return {}; }
     /// Flips a mark and the option behind it, and tells.
     void toggle(CheckMark& mark, bool& option);
 

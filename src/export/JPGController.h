@@ -38,8 +38,6 @@ public:
     Q_INVOKABLE void qualitySlideraction(float value);
     /// See downloadbtnAction.
     Q_INVOKABLE void donwloadbtnAction() { downloadbtnAction(); }
-
-protected:
     ExportOptions options() const override;
 
 private:

@@ -28,8 +28,6 @@ public:
 
     Q_INVOKABLE void handletrasnparentTap();
     Q_INVOKABLE void handleCompressTap();
-
-protected:
     ExportOptions options() const override;
 
 private:
