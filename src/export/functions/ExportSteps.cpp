@@ -27,7 +27,7 @@ Outcome writeExport(const std::string& path, std::span<const std::uint8_t> bytes
         return cancelledExport();
     Outcome written = writeFileAtomically(path, bytes);
     if (!written)
-        logError(complaint + written.error().message());
+        logDebug(complaint + written.error().message());
     return written;
 }
 

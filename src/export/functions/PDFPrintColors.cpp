@@ -2,10 +2,10 @@
 #include "export/functions/PrintProfile.h"
 #include "platform/base/Causes.h"
 #include "platform/base/WorkerPool.h"
+#include "platform/image/pixels/CGColorSpace.h"
 #include "platform/image/pixels/CGImage.h"
 #include "platform/image/pixels/ConversionFromSRGB.h"
 #include "platform/image/pixels/PixelBuffer.h"
-#include "platform/image/pixels/CGColorSpace.h"
 #include "platform/image/pixels/PixelConversion.h"
 
 #include <cstddef>

@@ -90,10 +90,10 @@ UIImage pictureSVG(const UIImage& picture, const ExportOptions& options)
 Result<std::string> written(const std::string& path, const FilePieces& pieces)
 {
     if (const Outcome outcome = writeFileAtomically(path, pieces); !outcome) {
-        logError(kComplaint + outcome.error().message());
+        logDebug(kComplaint + outcome.error().message());
         return outcome.error();
     }
-    logInfo("SVG file saved to: " + path);
+    logDebug("SVG file saved to: " + path);
     return path;
 }
 

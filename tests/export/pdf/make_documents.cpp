@@ -45,7 +45,7 @@ std::map<std::string, UIImage> pictures()
         {"dot", UIImage(solidPicture(1, 1, {10, 200, 30, 255}))},
         {"tall", UIImage(noisePicture(1, 5000, CGImageAlphaInfo::NoneSkipLast))},
         {"noise", UIImage(noisePicture(700, 400, CGImageAlphaInfo::NoneSkipLast))},
-        {"ramp", UIImage(rampPicture(601, 503, 40))},
+        {"ramp", UIImage(rampPicture(600, 504, 40))},
         {"gray", UIImage(bytePicture(16, 9, [](int x, int y) { return 16 * x + y; }))},
         {"inks", UIImage(inks(33, 21, CGColorSpace::deviceCMYK()))},
         {"coated", UIImage(inks(240, 180, coated ? *coated : CGColorSpace::deviceCMYK()))},
