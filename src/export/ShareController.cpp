@@ -132,8 +132,8 @@ void ShareController::viewDidLoad()
 void ShareController::viewWillDisappear(bool animated)
 {
     UIViewController::viewWillDisappear(animated);
-    for (DispatchTimer* const timer : {&m_toastTimer, &m_toastEnd, &m_promotionTimer})
-        timer->cancel();
+    m_toastTimer.cancel();
+    m_promotionTimer.cancel();
 }
 
 void ShareController::backBtn()
@@ -347,7 +347,7 @@ void ShareController::announce(const std::string& text)
 }
 
 /// Once it is time and there is something to tell. The message stands for a second and then fades over three; where
-/// nothing is to move it stands as long, and is gone.
+/// nothing is to move whoever shows it takes it away.
 void ShareController::showToast()
 {
     if (!m_toastDue || m_toastLbl.isEmpty() || !isAppearing())
@@ -355,13 +355,10 @@ void ShareController::showToast()
     m_toastAlpha = 1;
     if (PresentationHost::current()->showsMotion())
         animate(kToastFades, kToastStands, {.curve = UIViewAnimationCurve::EaseOut}, [this] { m_toastAlpha = 0; });
-    else
-        m_toastEnd = DispatchTimer(DispatchQueue::main(), kToastStands + kToastFades, [this] { dismissToast(); });
 }
 
 void ShareController::dismissToast()
 {
-    m_toastEnd.cancel();
     m_toastAlpha = 0;
 }
 

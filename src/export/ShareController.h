@@ -93,7 +93,7 @@ public:
     Q_INVOKABLE void instaAction() { shareNow(); }
     Q_INVOKABLE void faceBookAction() { shareNow(); }
     Q_INVOKABLE void moreAction() { shareNow(); }
-    /// Takes the message away before its time.
+    /// Takes the message away: before its time, or where it doesn't fade by itself since nothing is to move.
     Q_INVOKABLE void dismissToast();
 
     void viewDidLoad() override;
@@ -143,7 +143,6 @@ private:
     std::shared_ptr<CrossPromotionCoordinater> m_promotionCoordinator;
     std::optional<PromotionData> m_promotion; ///< to be shown
     DispatchTimer m_toastTimer;
-    DispatchTimer m_toastEnd;
     DispatchTimer m_promotionTimer;
 };
 

@@ -231,7 +231,8 @@ void shootRoad(const LaunchOptions& options, const QString& prefix)
     blend->backBtn();
     shooter.shoot("discard");
     driver.press(Qt::Key_Escape);
-    ExportShooter(shooter, *blend, blend->flattened()).shootAll();
+    if (!getenv("DBGS"))
+        ExportShooter(shooter, *blend, blend->flattened()).shootAll();
     shootShares(shooter, *blend, blend->flattened());
     blend->shareBtn();
     shooter.shoot("save-as");

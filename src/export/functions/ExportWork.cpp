@@ -18,6 +18,12 @@ namespace {
 /// By the type's number.
 constexpr std::array<ExportFunction, kSavingTypeCount> kFunctions = {
     exportJPG, exportPNG, exportPDFStandard, exportPDFPrint, exportSVG, exportMP4, exportTIFF,
+    nullptr, // jpg
+    nullptr, // png
+    exportPDFStandard, exportPDFPrint,
+    nullptr, // svg
+    exportMP4,
+    nullptr, // tiff
 };
 
 } // namespace
