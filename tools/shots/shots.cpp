@@ -3,6 +3,8 @@
 #include "WindowDriver.h"
 
 #include "app/ViewController.h"
+#include "hud/ProgressOverlay.h"
+#include "hud/SVProgressHUD.h"
 #include "platform/view/UIAlertController.h"
 
 #include <QDir>
@@ -42,6 +44,21 @@ private:
 
 const std::string kFirst = LAMINA_SAMPLES "/sea-sunset.jpg";
 const std::string kSecond = LAMINA_SAMPLES "/city-rain.jpg";
+
+void shootPanels(Shooter& shooter)
+{
+    SVProgressHUD::setDefaultMaskType(4);
+    SVProgressHUD::showWithStatus("Please Wait...");
+    WindowDriver::waitUntil([] { return !ProgressOverlay::shared().text().isEmpty(); }, 5);
+    shooter.shoot("busy");
+    SVProgressHUD::setProgress(0.4);
+    SVProgressHUD::setCancelAction([] {});
+    shooter.shoot("busy-share");
+    SVProgressHUD::showFailure({"Sea at sunset.pdf", "no space is left on the device"}, {}, "Save elsewhere", {});
+    shooter.shoot("work-failed");
+    shooter.driver().press(Qt::Key_Escape);
+    shooter.driver().settle();
+}
 
 void shootRoad(const LaunchOptions& options, const QString& prefix)
 {
@@ -94,6 +111,7 @@ void shootRoad(const LaunchOptions& options, const QString& prefix)
     driver.top<PinchZoomViewController>()->doneButton();
     driver.waitFor<BlendPhotoViewController>();
     shooter.shoot("blend");
+    shootPanels(shooter);
     const auto blend = driver.top<BlendPhotoViewController>();
     if (!blend)
         return;

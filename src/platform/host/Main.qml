@@ -22,10 +22,12 @@ FocusScope {
 
     KeyCommand {
         command: "paste"
+        enabled: !Host.progress.blocking
         onActivated: Host.paste()
     }
     KeyCommand {
         command: "keys"
+        enabled: !Host.progress.blocking
         onActivated: Host.showKeys()
     }
     KeyCommand {
@@ -53,6 +55,7 @@ FocusScope {
     PhotoDropArea {
         id: drops
         anchors.fill: parent
+        enabled: !Host.progress.blocking
     }
 
     Rectangle {
@@ -63,5 +66,9 @@ FocusScope {
         radius: Tokens.radius.tray
         border.width: Tokens.focus.ring
         border.color: Tokens.palette.accentText
+    }
+
+    HudOverlay {
+        anchors.fill: parent
     }
 }

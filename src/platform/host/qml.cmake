@@ -15,6 +15,7 @@ set(LAMINA_QML_FILES
     editors/common/EditorScreen.qml
     editors/common/EditorSidePanel.qml
     platform/host/AlertScreen.qml
+    platform/host/HudOverlay.qml
     platform/host/Main.qml
     platform/host/MissingScreen.qml
     platform/host/PickerScreen.qml
