@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <atomic>
+#include <chrono>
 #include <clocale>
 #include <cmath>
 #include <cstdio>
@@ -18,6 +19,7 @@
 #include <optional>
 #include <sched.h>
 #include <sys/resource.h>
+#include <thread>
 #include <utility>
 
 namespace lamina::test {
@@ -311,6 +313,34 @@ TEST(VideoExport, CanBeCancelledAndLeavesNothing)
     expectCancels(
         [&](const auto& options) { return convertVideo(folder.path("a.mkv"), folder.path("b.mp4"), options); });
     EXPECT_EQ(folder.names(), (Names{"a.mkv", "a.mkv.png"}));
+}
+
+/// The first picture of a film of this size takes half a second; whoever cancels meanwhile doesn't wait for it.
+TEST(VideoExport, CanBeCancelledWhileALargePictureIsEncoded)
+{
+    const TemporaryFolder folder;
+    const UIImage noise(noisePicture(2000, 2000, CGImageAlphaInfo::NoneSkipLast));
+    std::atomic<bool> cancelled = false;
+    std::atomic<bool> over = false;
+    std::atomic<long> steps = 0;
+    std::clock_t when = 0;
+    std::thread impatient([&] {
+        for (long seen = 0; !over && !cancelled; seen = steps) {
+            std::this_thread::sleep_for(std::chrono::milliseconds(50));
+            when = std::clock();
+            cancelled = seen > 0 && seen == steps;
+        }
+    });
+    VideoExportOptions options{.crf = 18, .cancelled = &cancelled};
+    options.progress = [&](double) { ++steps; };
+    const Outcome outcome = writeStillVideo({noise, 3, blankAudioFile()}, folder.path("a.mp4"), options);
+    const std::clock_t end = std::clock();
+    over = true;
+    impatient.join();
+    ASSERT_FALSE(outcome);
+    EXPECT_EQ(outcome.error().message(), folder.path("a.mp4") + ": cancelled");
+    EXPECT_LT(static_cast<double>(end - when) / CLOCKS_PER_SEC, 0.1);
+    EXPECT_TRUE(folder.names().empty());
 }
 
 TEST(VideoExport, NamesWhatStandsInItsWay)
