@@ -5,6 +5,8 @@
 #include "cli/PictureInput.h"
 #include "gpu/core/TypedValue.h"
 #include "platform/base/CGGeometry.h"
+#include "cli/ExitCode.h"
+#include "export/functions/ExportWork.h"
 #include "platform/base/Causes.h"
 
 #include <CLI/Option.hpp>

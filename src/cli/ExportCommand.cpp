@@ -7,6 +7,8 @@
 #include "gpu/core/TypedValue.h"
 #include "platform/base/UIScreen.h"
 #include "platform/image/codecs/PictureDecoding.h"
+#include "cli/ExitCode.h"
+#include "export/functions/ExportWork.h"
 #include "platform/image/codecs/PictureFormats.h"
 
 #include <CLI/Option.hpp>

@@ -1,6 +1,7 @@
 #include "cli/ExportDelivery.h"
 
 #include "cli/Messages.h"
+#include "platform/base/Result.h"
 #include "cli/ProgressBar.h"
 
 #include <filesystem>

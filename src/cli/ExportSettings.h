@@ -2,6 +2,7 @@
 
 #include "cli/ExportTypes.h"
 #include "export/functions/ExportWork.h"
+#include "platform/image/pixels/UIImage.h"
 #include "platform/base/Result.h"
 
 #include <CLI/App.hpp>

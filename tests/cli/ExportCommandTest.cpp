@@ -1,5 +1,6 @@
 #include "CommandLines.h"
 #include "TestPaths.h"
+#include "platform/base/CGGeometry.h"
 
 #include <array>
 #include <cstddef>
@@ -11,7 +12,9 @@
 namespace lamina::test {
 namespace {
 
+using testing::AllOf;
 using testing::HasSubstr;
+using testing::StartsWith;
 
 class Exports : public CommandLines {
 protected:
@@ -72,13 +75,25 @@ TEST_F(Exports, OptionsReachTheWork)
 
 TEST_F(Exports, TakeClipsForWhatTheyAre)
 {
-    good("lamina export mp4 -i flat.png -o in.mp4 && lamina export png -i in.mp4 -o frame.png");
+    good(
+        "ffmpeg -v error -loop 1 -i flat.png -t 1 -pix_fmt yuv420p in.mp4 && lamina export png -i in.mp4 -o frame.png");
     const CGImage frame = readPictureFile(folder.path("frame.png"));
     EXPECT_EQ(frame.size(), (IntSize{400, 200}));
     for (std::size_t c = 0; c < 3; ++c)
         EXPECT_NEAR(pixelAt(frame, 200, 100)[c], kFlat[c], 3);
     good("lamina export mp4 -i in.mp4 -o again.mp4 --quality low");
-    EXPECT_LT(sizeOf("again.mp4"), sizeOf("in.mp4"));
+    const std::string length = "ffprobe -v error -show_entries stream=duration -select_streams v -of csv=p=0 ";
+    EXPECT_THAT(good(length + "again.mp4"), StartsWith("1.0")) << "a picture would stand for 3 seconds";
+}
+
+TEST_F(Exports, ATerminalSeesHowFarTheyAre)
+{
+    const std::string line = "export mp4 -i flat.png -o out.mp4";
+    const auto onTerminal = [&](const std::string& command) {
+        return good("script -qec \"'" LAMINA_COMMAND "' " + command + "\" /dev/null");
+    };
+    EXPECT_THAT(onTerminal(line), AllOf(HasSubstr("#] 100 %"), HasSubstr("out.mp4: written")));
+    EXPECT_EQ(onTerminal(line + " --quiet"), "");
 }
 
 TEST_F(Exports, ABlendIsExportedWithItsScale)
