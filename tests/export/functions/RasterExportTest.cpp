@@ -38,6 +38,12 @@ using File = std::vector<std::uint8_t>;
 
 constexpr Type kRasterTypes[] = {Type::jpg, Type::png, Type::svg, Type::tiff};
 
+template <class Value>
+std::string messageOf(const Result<Value>& result)
+{
+    return result ? "done" : result.error().message();
+}
+
 File fileAt(const std::string& path)
 {
     const std::string content = readFile(path);
@@ -300,7 +306,7 @@ TEST_F(RasterExport, WritesADocumentAsItIsTold)
                              "viewBox=\"0 0 640.0 0.1\">\n    <image href=\"data:image/png;base64,iVBOR";
     const std::string tail = "\" width=\"640.0\" height=\"0.1\" />\n</svg>";
     EXPECT_TRUE(document.starts_with(head) && document.ends_with(tail)) << document;
-    // An export writes the same in pieces.
+    // What is larger is written in pieces.
     const UIImage large(noisePicture(200, 150, CGImageAlphaInfo::NoneSkipLast));
     ASSERT_TRUE(save(Type::svg, large));
     EXPECT_EQ(readFile(documents + "UntitledSVG.svg"), svg.svgString(large, 200, 150));
@@ -314,22 +320,22 @@ TEST_F(RasterExport, PutsFilesWhereItMayAndIsToldTo)
     EXPECT_EQ(*exportPath({folder + "/", "a.png"}, "default.png"), folder + "/a.png");
     EXPECT_EQ(*exportPath({{}, "a.png"}, "default.png"), documents + "a.png");
     for (const char* name : {"..", "../a.png", "/etc/passwd"})
-        EXPECT_EQ(exportPath({folder, name}, "default.png").error().message(),
+        EXPECT_EQ(messageOf(exportPath({folder, name}, "default.png")),
                   std::string(name) + ": this is not the name of a file");
-    EXPECT_EQ(save(Type::png, chart, {}, {home.path("none"), {}}).error().message(),
+    EXPECT_EQ(messageOf(save(Type::png, chart, {}, {home.path("none"), {}})),
               home.path("none/default.png") + ": no such folder");
 
     writeFile(home.path("precious.png"), "kept");
     fs::create_symlink(home.path("precious.png"), documents + "default.png");
-    EXPECT_EQ(save(Type::png, chart).error().message(), documents + "default.png: is a link to another file");
+    EXPECT_EQ(messageOf(save(Type::png, chart)), documents + "default.png: is a link to another file");
     EXPECT_EQ(readFile(home.path("precious.png")), "kept");
 
     fs::remove_all(home.path("Documents"));
     writeFile(home.path("Documents"), "in the way");
     writeFile(home.path("Pictures"), "in the way");
     for (const Type type : {Type::png, Type::svg})
-        EXPECT_EQ(save(type, chart).error().message(), home.path("Documents/Lamina") + ": no such folder");
-    EXPECT_EQ(save(Type::tiff, chart).error().message(), home.path("Pictures/Lamina") + ": no such folder");
+        EXPECT_EQ(messageOf(save(type, chart)), home.path("Documents/Lamina") + ": no such folder");
+    EXPECT_EQ(messageOf(save(Type::tiff, chart)), home.path("Pictures/Lamina") + ": no such folder");
     EXPECT_EQ(files(), (std::vector<std::string>{"Documents", "Pictures", "precious.png"}));
 }
 
@@ -342,8 +348,8 @@ TEST_F(RasterExport, LeavesEverythingAsItWasWhenItStops)
     const std::string logged = log.text();
     const std::atomic<bool> cancelled = true;
     for (const Type type : kRasterTypes) {
-        EXPECT_EQ(save(type, noise, {}, {}, {{}, &cancelled}).error().message(), "cancelled");
-        EXPECT_EQ(save(type, {}).error().message(), "there is no picture");
+        EXPECT_EQ(messageOf(save(type, noise, {}, {}, {{}, &cancelled})), "cancelled");
+        EXPECT_EQ(messageOf(save(type, {})), "there is no picture");
     }
     EXPECT_EQ(log.text(), logged);
 
@@ -352,8 +358,7 @@ TEST_F(RasterExport, LeavesEverythingAsItWasWhenItStops)
     const rlimit small{1 << 16, limit.rlim_max};
     ::setrlimit(RLIMIT_FSIZE, &small);
     for (const Type type : {Type::png, Type::svg, Type::tiff})
-        EXPECT_NE(save(type, noise).error().message().find(": the file is too large for the device"),
-                  std::string::npos);
+        EXPECT_NE(messageOf(save(type, noise)).find(": the file is too large for the device"), std::string::npos);
     ::setrlimit(RLIMIT_FSIZE, &limit);
     EXPECT_EQ(files(), before);
     EXPECT_EQ(fileAt(documents + "default.png"), png);
