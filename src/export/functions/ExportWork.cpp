@@ -18,12 +18,6 @@ namespace {
 /// By the type's number.
 constexpr std::array<ExportFunction, kSavingTypeCount> kFunctions = {
     exportJPG, exportPNG, exportPDFStandard, exportPDFPrint, exportSVG, exportMP4, exportTIFF,
-    nullptr, // jpg
-    nullptr, // png
-    exportPDFStandard, exportPDFPrint,
-    nullptr, // svg
-    exportMP4,
-    nullptr, // tiff
 };
 
 } // namespace
