@@ -18,8 +18,8 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// A type as a person meets it: its row, what is tapped on its sheet, and what is new below the home folder then, a file
-/// or one in a folder, with how such a file begins.
+/// A type as a person meets it: its row, what is tapped on its sheet, and what is new below the home folder then, a
+/// file or one in a folder, with how such a file begins.
 struct Type {
     const char* row;
     std::vector<const char*> taps;
