@@ -4,20 +4,24 @@
 #include "export/SavingTypes.h"
 #include "export/ShareSheet.h"
 #include "imageops/ImageGeometry.h"
+#include "platform/base/CGGeometry.h"
 #include "platform/base/DispatchQueue.h"
 #include "platform/base/Localization.h"
 #include "platform/base/NumberText.h"
 #include "platform/image/codecs/PictureEncoding.h"
 #include "platform/photos/AssetPicture.h"
+#include "platform/photos/PHAsset.h"
 #include "platform/photos/PictureQueue.h"
 #include "platform/view/FailureAlert.h"
 #include "platform/view/PresentationHost.h"
 #include "platform/view/UIAlertController.h"
+#include "platform/view/UIViewAnimation.h"
 
 #include <QCoreApplication>
 
 #include <algorithm>
 #include <array>
+#include <cstddef>
 #include <cstdint>
 #include <filesystem>
 #include <utility>
@@ -62,6 +66,17 @@ PromotionStep& promotionStep()
 std::string nameOf(const std::string& path)
 {
     return std::filesystem::path(path).filename().string();
+}
+
+/// "Saved as beach.png.", a long name without its middle: its beginning and its end tell most.
+std::string savedAs(const std::string& path)
+{
+    constexpr qsizetype kLongest = 28;
+    constexpr qsizetype kEnd = 12;
+    QString name = QString::fromStdString(nameOf(path));
+    if (name.size() > kLongest)
+        name = name.left(kLongest - kEnd - 1) + QStringLiteral("…") + name.right(kEnd);
+    return localizedText("Saved as %1.", {name.toStdString()});
 }
 
 /// In the units of file managers, a thousand each: "2.4 MB", "87 kB".
@@ -154,8 +169,7 @@ void ShareController::finishJob()
     if (goesToLibrary)
         return;
     learnFile();
-    announce(m_details.placeWasChosen ? localizedText("Saved as %1.", {nameOf(m_file)})
-                                      : localizedString(shareType(fetchData()).toast));
+    announce(m_details.placeWasChosen ? savedAs(m_file) : localizedString(shareType(fetchData()).toast));
 }
 
 void ShareController::shareNow()
@@ -201,7 +215,7 @@ void ShareController::sheetEnded(const UIActivityResult& result)
     if (result.completed && result.type == UIActivityType::Copy)
         announce(localizedString("Copied."));
     else if (result.completed && result.type == UIActivityType::SaveCopy)
-        announce(localizedText("Saved as %1.", {nameOf(result.path)}));
+        announce(savedAs(result.path));
     presentPromotion();
 }
 
@@ -269,7 +283,7 @@ void ShareController::saveAt(const UIDocumentPlace& place)
         [this, place](const Outcome& outcome) {
             if (!outcome)
                 return offerAnotherPlace(outcome.error());
-            announce(localizedText("Saved as %1.", {nameOf(place.path)}));
+            announce(savedAs(place.path));
             saved(place.path);
         });
 }

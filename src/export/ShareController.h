@@ -2,6 +2,7 @@
 
 #include "export/CrossPromotionCoordinater.h"
 #include "export/SaveModelDetails.h"
+#include "export/functions/ExportWork.h"
 #include "platform/base/DispatchTimer.h"
 #include "platform/base/Result.h"
 #include "platform/image/pixels/UIImage.h"

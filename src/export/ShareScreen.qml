@@ -34,7 +34,7 @@ AppScreen {
         // As large as there is room for between the words and the doors, the message under it.
         uprightSide: Math.min(share.width - 88, 480, panel.y - words.y - words.height - toast.height - 3 * Tokens.space.xl)
         uprightY: Math.round((words.y + words.height + toast.y - side) / 2)
-        wideSide: Math.min(share.height - bar.height - 2 * Tokens.space.xxl, share.width - Tokens.bars.sidePanel - 96, 640)
+        wideSide: Math.min(share.height - bar.height - toast.height - 3 * Tokens.space.xl, share.width - Tokens.bars.sidePanel - 96, 640)
         wideY: Math.round(bar.height + (share.height - bar.height - side) / 2 - 18)
     }
 
@@ -197,7 +197,7 @@ AppScreen {
         width: share.upright ? share.width : measures.room
         height: message.height
         y: Math.round(share.upright ? panel.y - below - height
-                    : share.wide ? Math.min(share.height - height - Tokens.space.m, measures.y + measures.side + Tokens.space.xl)
+                    : share.wide ? Math.min(share.height - height - Tokens.space.m, measures.y + measures.side + Tokens.space.l)
                     : measures.y + measures.side - height - Tokens.space.m)
         opacity: share.controller.toastAlpha.value
         visible: opacity > 0
@@ -206,6 +206,7 @@ AppScreen {
         Toast {
             id: message
             anchors.horizontalCenter: parent.horizontalCenter
+            sentence: true
             // Where nothing is to move it stands for its time, and is gone.
             timed: Theme.duration(1) === 0
             text: timed && share.controller.toastAlpha.value === 0 ? "" : share.controller.toastLbl
