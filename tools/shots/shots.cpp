@@ -11,6 +11,8 @@
 #include "export/SVGController.h"
 #include "export/SavingTypeController.h"
 #include "export/ShareController.h"
+#include "hud/ProgressOverlay.h"
+#include "hud/SVProgressHUD.h"
 #include "platform/files/FileWriting.h"
 #include "platform/media/VideoExport.h"
 #include "platform/view/UIAlertController.h"
@@ -169,6 +171,21 @@ void shootShares(Shooter& shooter, UIViewController& editor, const UIImage& pict
     shootShare(shooter, editor, {picture, file, SavingtypeMethod::pdfPrint}, "send-pdf", "share-pdf");
 }
 
+void shootPanels(Shooter& shooter)
+{
+    SVProgressHUD::setDefaultMaskType(4);
+    SVProgressHUD::showWithStatus("Please Wait...");
+    WindowDriver::waitUntil([] { return !ProgressOverlay::shared().text().isEmpty(); }, 5);
+    shooter.shoot("busy");
+    SVProgressHUD::setProgress(0.4);
+    SVProgressHUD::setCancelAction([] {});
+    shooter.shoot("busy-share");
+    SVProgressHUD::showFailure({"Sea at sunset.pdf", "no space is left on the device"}, {}, "Save elsewhere", {});
+    shooter.shoot("work-failed");
+    shooter.driver().press(Qt::Key_Escape);
+    shooter.driver().settle();
+}
+
 void shootRoad(const LaunchOptions& options, const QString& prefix)
 {
     Shooter shooter(options, prefix);
@@ -220,6 +237,7 @@ void shootRoad(const LaunchOptions& options, const QString& prefix)
     driver.top<PinchZoomViewController>()->doneButton();
     driver.waitFor<BlendPhotoViewController>();
     shooter.shoot("blend");
+    shootPanels(shooter);
     const auto blend = driver.top<BlendPhotoViewController>();
     if (!blend)
         return;
@@ -231,12 +249,11 @@ void shootRoad(const LaunchOptions& options, const QString& prefix)
     blend->backBtn();
     shooter.shoot("discard");
     driver.press(Qt::Key_Escape);
-    if (!getenv("DBGS"))
-        ExportShooter(shooter, *blend, blend->flattened()).shootAll();
+    ExportShooter(shooter, *blend, blend->flattened()).shootAll();
     shootShares(shooter, *blend, blend->flattened());
     blend->shareBtn();
-    WindowDriver::waitUntil([&] { return !blend->notice().isEmpty(); }, 5);
-    shooter.shoot("saved");
+    shooter.shoot("save-as");
+    driver.press(Qt::Key_Escape);
     blend->nudge(24, -16); // what is saved is not offered again
 }
 

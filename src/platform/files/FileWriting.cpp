@@ -30,19 +30,31 @@ std::optional<std::filesystem::path> followLinks(std::filesystem::path path)
 }
 
 /// Pipes and devices have nothing to be replaced.
-int writeThrough(const std::filesystem::path& target, std::span<const std::uint8_t> bytes)
+int writeThrough(const std::filesystem::path& target, const FilePieces& pieces)
 {
     const int descriptor = ::open(target.c_str(), O_WRONLY | O_CLOEXEC | O_NOCTTY);
-    return descriptor < 0 ? errno : writeAndClose(descriptor, bytes);
+    int error = descriptor < 0 ? errno : 0;
+    for (auto piece = pieces(); error == 0 && !piece.empty(); piece = pieces())
+        error = writeAll(descriptor, piece);
+    const int closing = descriptor < 0 ? 0 : writeAndClose(descriptor, {});
+    return error != 0 ? error : closing;
+}
+
+/// What is in memory already.
+FilePieces onePiece(std::span<const std::uint8_t> bytes)
+{
+    return [bytes]() mutable { return std::exchange(bytes, {}); };
 }
 
 /// Writes the open file and closes it; the cause where it failed for another reason than the file.
 using Filling = std::function<std::string(UnfinishedFile& file)>;
 
-Filling fillingWith(std::span<const std::uint8_t> bytes)
+Filling fillingWith(const FilePieces& pieces)
 {
-    return [bytes](UnfinishedFile& file) {
-        file.write(bytes);
+    return [&pieces](UnfinishedFile& file) {
+        for (auto piece = pieces(); file.error() == 0 && !piece.empty(); piece = pieces())
+            file.append(piece);
+        file.close();
         return std::string();
     };
 }
@@ -137,8 +149,13 @@ Result<std::string> writeNumbered(const std::string& stem, const std::string& ex
 
 Outcome writeFileAtomically(const std::string& path, std::span<const std::uint8_t> bytes)
 {
-    return write(path, fillingWith(bytes), [bytes](const std::filesystem::path& target) {
-        const int error = writeThrough(target, bytes);
+    return writeFileAtomically(path, onePiece(bytes));
+}
+
+Outcome writeFileAtomically(const std::string& path, const FilePieces& pieces)
+{
+    return write(path, fillingWith(pieces), [&pieces](const std::filesystem::path& target) {
+        const int error = writeThrough(target, pieces);
         return error != 0 ? writingFailure(error) : std::string();
     });
 }
@@ -150,7 +167,8 @@ Outcome writeFileAtomically(const std::string& path, const FileFiller& fill)
 
 Result<bool> writeNewFile(const std::string& path, std::span<const std::uint8_t> bytes)
 {
-    return claimName(path, fillingWith(bytes));
+    const FilePieces pieces = onePiece(bytes);
+    return claimName(path, fillingWith(pieces));
 }
 
 Result<bool> writeNewFile(const std::string& path, const FileFiller& fill)
@@ -166,7 +184,8 @@ Result<std::string> writeNumberedFile(const std::string& stem, const std::string
 Result<std::string> writeNumberedFile(const std::string& stem, const std::string& extension,
                                       std::span<const std::uint8_t> bytes)
 {
-    return writeNumbered(stem, extension, fillingWith(bytes));
+    const FilePieces pieces = onePiece(bytes);
+    return writeNumbered(stem, extension, fillingWith(pieces));
 }
 
 Outcome writePrivateFile(const std::string& path, std::span<const std::uint8_t> bytes)

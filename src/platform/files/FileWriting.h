@@ -19,6 +19,12 @@ namespace lamina {
 /// ".lamina-unfinished".
 Outcome writeFileAtomically(const std::string& path, std::span<const std::uint8_t> bytes);
 
+/// Gives what a file is to hold piece by piece, each valid until the next is asked for; an empty one is the end.
+using FilePieces = std::function<std::span<const std::uint8_t>()>;
+
+/// The same for what is never whole in memory.
+Outcome writeFileAtomically(const std::string& path, const FilePieces& pieces);
+
 /// Writes a file by the path that it is given, which lasts as long as the call; an error's subject is ignored.
 using FileFiller = std::function<Outcome(const std::string& path)>;
 

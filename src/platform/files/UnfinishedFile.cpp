@@ -84,7 +84,7 @@ FileSizeSignalBlocker::~FileSizeSignalBlocker()
     pthread_sigmask(SIG_SETMASK, &m_before, nullptr);
 }
 
-int writeAndClose(int descriptor, std::span<const std::uint8_t> bytes, Durability durability)
+int writeAll(int descriptor, std::span<const std::uint8_t> bytes)
 {
     const FileSizeSignalBlocker blocker;
     int error = 0;
@@ -95,6 +95,12 @@ int writeAndClose(int descriptor, std::span<const std::uint8_t> bytes, Durabilit
         else if (errno != EINTR)
             error = errno;
     }
+    return error;
+}
+
+int writeAndClose(int descriptor, std::span<const std::uint8_t> bytes, Durability durability)
+{
+    int error = writeAll(descriptor, bytes);
     if (durability == Durability::OnDevice && error == 0 && ::fdatasync(descriptor) != 0)
         error = errno;
     const int closing = closed(descriptor);
@@ -142,6 +148,12 @@ void UnfinishedFile::write(std::span<const std::uint8_t> bytes, Durability durab
 {
     if (m_error == 0)
         m_error = writeAndClose(std::exchange(m_descriptor, -1), bytes, durability);
+}
+
+void UnfinishedFile::append(std::span<const std::uint8_t> bytes)
+{
+    if (m_error == 0)
+        m_error = writeAll(m_descriptor, bytes);
 }
 
 std::string UnfinishedFile::descriptorPath() const

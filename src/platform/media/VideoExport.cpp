@@ -81,6 +81,18 @@ CGImage opaquePicture(const UIImage& picture, double scale)
     return context->makeImage();
 }
 
+/// The picture as it is encoded; the error's subject is the path.
+Result<CGImage> drawPicture(const UIImage& picture, const std::string& path, const VideoExportOptions& options)
+{
+    if (!picture)
+        return Error{path, "there is no picture"};
+    const auto draw = [picture, scale = options.scale] { return opaquePicture(picture, scale); };
+    const std::optional<CGImage> drawn = doUnlessCancelled(draw, options.cancelled);
+    if (!drawn || (options.cancelled && options.cancelled->load()))
+        return Error{path, cause::kCancelled};
+    return *drawn ? Result<CGImage>(*drawn) : Error{path, cause::kNoMemory};
+}
+
 FilmSettings filmSettings(const std::string& path, const VideoExportOptions& options)
 {
     return {path, std::clamp(options.crf, 1, 51), options.progress ? &options.progress : nullptr, options.cancelled};
@@ -127,18 +139,13 @@ std::string blankAudioFile()
 
 Outcome writeStillVideo(const StillVideo& still, const std::string& path, const VideoExportOptions& options)
 {
-    if (!still.picture)
-        return Error{path, "there is no picture"};
-    const auto draw = [source = still.picture, scale = options.scale] { return opaquePicture(source, scale); };
-    const std::optional<CGImage> drawn = doUnlessCancelled(draw, options.cancelled);
-    if (!drawn || (options.cancelled && options.cancelled->load()))
-        return Error{path, cause::kCancelled};
-    const CGImage& picture = *drawn;
-    if (!picture)
-        return Error{path, cause::kNoMemory};
     const Result<const MediaModule*> module = mediaModule();
     if (!module)
         return Error{path, module.error().cause};
+    const Result<CGImage> drawn = drawPicture(still.picture, path, options);
+    if (!drawn)
+        return drawn.error();
+    const CGImage& picture = *drawn;
     const double frames = std::clamp(still.seconds * kStillFramesPerSecond, 1.0, double(kMostStillFrames));
     StillFilm film{{picture.row(0), picture.bytesPerRow(), picture.size()}, static_cast<int>(std::llround(frames)), {}};
     const auto write = [&](const FilmSettings& settings) { return (*module)->writeStill(film, settings); };

@@ -5,6 +5,7 @@
 #include "platform/photos/PhotoFolder.h"
 #include "platform/photos/PictureQueue.h"
 
+#include <memory>
 #include <utility>
 
 namespace lamina {

@@ -4,6 +4,7 @@
 #include "platform/files/FileCauses.h"
 
 #include <atomic>
+#include <cerrno>
 #include <cstddef>
 #include <utility>
 
@@ -125,7 +126,7 @@ Error MovieFile::failure(int error) const
     if (error == AVERROR(ENOMEM))
         return {m_settings.path, cause::kNoMemory};
     constexpr int kLargestErrno = 4095; // FFmpeg's own errors are letters and lie far below
-    if (error < 0 && error >= -kLargestErrno)
+    if (error < 0 && error >= -kLargestErrno && error != AVERROR(EINVAL)) // FFmpeg says that of what it is given
         return {m_settings.path, writingFailure(-error)};
     return Error{m_settings.path, "the video can't be encoded"};
 }

@@ -117,12 +117,34 @@ Outcome SoundTrack::follow(const AVFrame& frame)
     return error >= 0 && swr_init(context) >= 0 ? success() : Outcome(Error{{}, cause::kClipDamaged});
 }
 
-/// Ends the piece that stands with silence up to a whole frame, and goes on at a later place.
+/// Goes on at a later place, with silence up to there: many players would play what follows a gap at once. Only where a
+/// clip claims enormous ones they stay gaps.
 Outcome SoundTrack::skipTo(std::int64_t position)
 {
-    Outcome outcome = queued() > 0 ? encode(queued(), m_encoder->frame_size - queued()) : success();
-    m_position = std::max(m_position, position);
+    constexpr std::int64_t kMostSilence = 600; // seconds, of all gaps together
+    const int whole = m_encoder->frame_size;
+    const std::int64_t gap = position - m_position - queued();
+    const bool filled = m_silence + gap <= kMostSilence * m_encoder->sample_rate;
+    m_silence += filled ? gap : 0;
+    Outcome outcome = queued() > 0 ? encode(queued(), whole - queued()) : success();
+    while (outcome && filled && position - m_position >= whole)
+        outcome = encode(0, whole);
+    const std::int64_t rest = std::max<std::int64_t>(0, position - m_position);
+    if (filled)
+        return outcome ? queueSilence(static_cast<int>(rest)) : outcome;
+    m_position += rest;
     return outcome;
+}
+
+Outcome SoundTrack::queueSilence(int samples)
+{
+    void* planes[kMostChannels];
+    for (int i = 0; i < kMostChannels; ++i) {
+        m_converted[i].assign(static_cast<std::size_t>(samples), 0);
+        planes[i] = m_converted[i].data();
+    }
+    const int wrote = av_audio_fifo_write(m_queue.get(), planes, samples);
+    return wrote < samples ? Outcome(m_file.failure(AVERROR(ENOMEM))) : success();
 }
 
 Outcome SoundTrack::resample(const AVFrame* frame)
