@@ -35,8 +35,8 @@ function(lamina_library name)
     target_compile_options(${target} PRIVATE $<$<CONFIG:Release>:-O3>)
 endfunction()
 
-# A part of the program that is loaded with its first use, in C++ on libraries that most runs do without: a shared object
-# beside the folder of the programs, in the build as in an installation. `OF` is the library that loads it.
+# A part of the program that is loaded with its first use, in C++ on libraries that most runs do without: a shared
+# object beside the folder of the programs, in the build as in an installation. `OF` is the library that loads it.
 #   lamina_module(ffmpeg OF media FILE lamina-media SOURCES a.cpp ... LINK PkgConfig::FFMPEG)
 set(LAMINA_MODULE_FOLDER ${CMAKE_INSTALL_LIBDIR}/lamina)
 function(lamina_module name)

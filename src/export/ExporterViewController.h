@@ -70,6 +70,9 @@ public:
     /// The same in words: "1125 × 1125 pixels", or empty.
     QString filePixelsText() const;
 
+    /// What the user has chosen.
+    virtual ExportOptions options() const { return {}; }
+
     /// Whether the frame of a clip is still to come.
     bool isLoading() const { return m_loading; }
     /// Whether the work is under way.
@@ -80,6 +83,8 @@ public:
 
     /// Takes a picture or a clip in, see the class.
     void viewDidLoad() override;
+    /// Stops the work under way: nobody hears what came of it.
+    void viewWillDisappear(bool animated) override;
 
     /// The row of the file type: opens the chooser, this type marked.
     Q_INVOKABLE void handlefileTap();
@@ -99,8 +104,6 @@ protected:
 
     /// `tobeSavedimage` is there. Default: tells of it.
     virtual void takeWorkingImage();
-    /// What the user has chosen.
-    virtual ExportOptions options() const { return {}; }
     /// Flips a mark and the option behind it, and tells.
     void toggle(CheckMark& mark, bool& option);
 
@@ -110,7 +113,8 @@ private:
     void loadFrame();
     void frameArrived(const Result<UIImage>& frame);
     void startExport(const ExportPlace& place);
-    void exportEnded(const Job& job, const Result<ExportedFile>& result);
+    void abandonWork();
+    void exportEnded(const std::shared_ptr<Job>& job, const Result<ExportedFile>& result);
     void handOver(const Job& job, const ExportedFile& file);
     void showFailure(const Job& job, const Error& error);
     void chooseAnotherPlace();

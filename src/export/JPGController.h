@@ -2,6 +2,8 @@
 
 #include "export/SizedExporterController.h"
 
+#include "export/functions/ExportWork.h"
+
 #include <QObject>
 #include <QString>
 
@@ -38,8 +40,6 @@ public:
     Q_INVOKABLE void qualitySlideraction(float value);
     /// See downloadbtnAction.
     Q_INVOKABLE void donwloadbtnAction() { downloadbtnAction(); }
-
-protected:
     ExportOptions options() const override;
 
 private:

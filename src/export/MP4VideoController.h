@@ -45,8 +45,6 @@ public:
     Q_INVOKABLE void qualitySliderAction(float value);
     /// See downloadbtnAction.
     Q_INVOKABLE void downloadBtnAction() { downloadbtnAction(); }
-
-protected:
     ExportOptions options() const override;
 
 private:

@@ -59,8 +59,6 @@ public:
     Q_INVOKABLE void handleprofileTap();
     /// The answer, a row of `kColorProfileTitles`: closes the sheet that asked.
     void profileSelected(int index) override;
-
-protected:
     ExportOptions options() const override;
 
 private:

@@ -29,8 +29,6 @@ public:
 
     Q_INVOKABLE void handleFlattenTap();
     Q_INVOKABLE void handlenotTap();
-
-protected:
     ExportOptions options() const override;
 
 private:

@@ -2,6 +2,9 @@
 
 #include "export/SizedExporterController.h"
 
+#include "export/CheckMark.h"
+#include "export/functions/ExportWork.h"
+
 #include <QObject>
 #include <QString>
 
@@ -28,8 +31,6 @@ public:
 
     Q_INVOKABLE void handletrasnparentTap();
     Q_INVOKABLE void handleCompressTap();
-
-protected:
     ExportOptions options() const override;
 
 private:

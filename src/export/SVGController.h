@@ -23,8 +23,6 @@ public:
     QString trasnparentCehck() const { return QString::fromStdString(m_trasnparentCehck.image); }
 
     Q_INVOKABLE void handletrasnparentTap();
-
-protected:
     ExportOptions options() const override;
 
 private:

@@ -2,6 +2,7 @@
 
 #include "export/CrossPromotionCoordinater.h"
 #include "export/SaveModelDetails.h"
+#include "export/functions/ExportWork.h"
 #include "platform/base/DispatchTimer.h"
 #include "platform/base/Result.h"
 #include "platform/image/pixels/UIImage.h"
@@ -18,6 +19,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 
 namespace lamina {
 
@@ -63,6 +65,9 @@ public:
     const std::string& sharevideoURL() const { return m_details.sharedURL; }
     void setSharevideoURL(std::string path) { m_details.sharedURL = std::move(path); }
 
+    /// Runs once, when the photo library has the result, or the place that the user has chosen in its stead.
+    void setSavedHandler(std::function<void()> handler) { m_savedHandler = std::move(handler); }
+
     /// How far saving has come, in the user's language.
     QString headline() const;
     /// Of the file that the result is in, without its folder; empty: there is none yet.
@@ -93,7 +98,7 @@ public:
     Q_INVOKABLE void instaAction() { shareNow(); }
     Q_INVOKABLE void faceBookAction() { shareNow(); }
     Q_INVOKABLE void moreAction() { shareNow(); }
-    /// Takes the message away before its time.
+    /// Takes the message away: before its time, or where it doesn't fade by itself since nothing is to move.
     Q_INVOKABLE void dismissToast();
 
     void viewDidLoad() override;
@@ -131,6 +136,7 @@ private:
     bool isSheetOpen() const;
 
     SaveModelDetails m_details;
+    std::function<void()> m_savedHandler;
     Saving m_saving = Saving::Done;
     std::string m_file; ///< that holds the result: the exported one, or the library's
     QString m_fileSize;
@@ -143,7 +149,6 @@ private:
     std::shared_ptr<CrossPromotionCoordinater> m_promotionCoordinator;
     std::optional<PromotionData> m_promotion; ///< to be shown
     DispatchTimer m_toastTimer;
-    DispatchTimer m_toastEnd;
     DispatchTimer m_promotionTimer;
 };
 

@@ -7,7 +7,6 @@ AppScreen {
 
     // Stands, or is on its way in.
     property bool up: false
-    readonly property bool beside: !upright
 
     name: controller.headline
     onBack: controller.backBtn()
@@ -93,7 +92,7 @@ AppScreen {
             y: file.y
             visible: text !== ""
             text: share.controller.fileSize
-            color: Tokens.palette.textDisabled
+            color: Tokens.palette.textSecondary
             wrapMode: Text.NoWrap
             Accessible.name: text
         }
@@ -123,7 +122,7 @@ AppScreen {
         visible: share.upright
         y: share.height - height
         width: parent.width
-        height: doors.height + heading.height + 2 * Tokens.space.l + Tokens.space.xl
+        height: doors.height + heading.height + 2 * Tokens.space.l + Tokens.space.xxl + Tokens.space.s
         color: Tokens.palette.panel
         Rectangle {
             width: parent.width
@@ -152,8 +151,8 @@ AppScreen {
             { name: qsTranslate("Lamina", "More"), icon: "more", open: () => share.controller.moreAction() }
         ]
         // Side by side where there is room for all, else in a square, or one over the other.
-        readonly property real room: share.slim ? measures.column : share.upright ? Math.min(share.width, share.tabletColumn) - 2 * Tokens.space.l
-                                                                                  : words.width
+        readonly property real room: share.slim ? measures.column : share.tablet ? share.tabletColumn
+                                 : share.upright ? share.width - 2 * Tokens.space.l : words.width
         readonly property real cell: columns === 1 ? room : Math.max(68, Math.min(85, room / columns))
 
         columns: share.slim ? 1 : room >= 4 * 68 || share.upright ? 4 : 2
@@ -190,18 +189,27 @@ AppScreen {
         }
     }
 
-    Toast {
+    Item {
         id: toast
         // Under the print, or over its foot where there is no room.
-        readonly property bool under: share.upright || share.wide
+        readonly property real below: panel.y - words.y - words.height > 380 ? 54 : Tokens.space.m
 
-        seen: share.controller.toastAlpha
-        text: share.controller.toastLbl
-        room: share.upright ? share.width - 2 * Tokens.space.l : measures.room - 2 * Tokens.space.l
-        x: Math.round((measures.room - width) / 2)
-        y: Math.round(share.upright ? panel.y - (panel.y - words.y - words.height > 380 ? 54 : Tokens.space.m) - height
+        width: share.upright ? share.width : measures.room
+        height: message.height
+        y: Math.round(share.upright ? panel.y - below - height
                     : share.wide ? Math.min(share.height - height - Tokens.space.m, measures.y + measures.side + Tokens.space.xl)
                     : measures.y + measures.side - height - Tokens.space.m)
-        onDone: share.controller.dismissToast()
+        opacity: share.controller.toastAlpha.value
+        visible: opacity > 0
+        MotionBehavior on opacity { motion: share.controller.toastAlpha }
+
+        Toast {
+            id: message
+            anchors.horizontalCenter: parent.horizontalCenter
+            // Where nothing is to move it stands for its time, and is gone.
+            timed: Theme.duration(1) === 0
+            text: timed && share.controller.toastAlpha.value === 0 ? "" : share.controller.toastLbl
+            onDone: share.controller.dismissToast()
+        }
     }
 }

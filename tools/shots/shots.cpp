@@ -8,9 +8,13 @@
 #include "export/MP4VideoController.h"
 #include "export/PDFPrintController.h"
 #include "export/PNGController.h"
-#include "export/SavingTypeController.h"
 #include "export/SVGController.h"
+#include "export/SavingTypeController.h"
+#include "export/ShareController.h"
+#include "platform/files/FileWriting.h"
 #include "platform/media/VideoExport.h"
+#include "hud/ProgressOverlay.h"
+#include "hud/SVProgressHUD.h"
 #include "platform/view/UIAlertController.h"
 #include "platform/view/UIStoryboard.h"
 
@@ -18,7 +22,9 @@
 #include <QGuiApplication>
 #include <QTemporaryDir>
 
+#include <cstdint>
 #include <cstdio>
+#include <vector>
 
 using namespace lamina;
 using namespace lamina::test;
@@ -134,6 +140,52 @@ private:
     UIImage m_picture;
 };
 
+/// The end of an export: what was saved, and what can be done with it on a machine that can do everything.
+void shootShare(Shooter& shooter, UIViewController& editor, const SaveModelDetails& details, const char* sheetName,
+                const char* name)
+{
+    WindowDriver& driver = shooter.driver();
+    const auto share = UIStoryboard::named(kMainStoryboard)->instantiate<ShareController>(exportscene::kShare);
+    share->setDetails(details);
+    share->setModalPresentationStyle(UIModalPresentationStyle::OverCurrentContext);
+    editor.present(share, true);
+    const auto told = [&] { return share->toastAlpha().value() > 0 && !share->fileSize().isEmpty(); };
+    if (!driver.waitFor<UIActivityViewController>() || !WindowDriver::waitUntil(told))
+        return;
+    using Type = UIActivityType;
+    driver.top<UIActivityViewController>()->setServed(
+        {Type::OpenWith, Type::Mail, Type::Copy, Type::SaveCopy, Type::ShowInFolder, Type::Print});
+    shooter.shoot(sheetName);
+    driver.press(Qt::Key_Escape);
+    shooter.shoot(name);
+    driver.press(Qt::Key_Escape);
+}
+
+void shootShares(Shooter& shooter, UIViewController& editor, const UIImage& picture)
+{
+    const QString folder = QDir::homePath() + QStringLiteral("/Documents/Lamina");
+    const std::string file = (folder + QStringLiteral("/UntitledPdf.pdf")).toStdString();
+    if (!QDir().mkpath(folder) || !writeFileAtomically(file, std::vector<std::uint8_t>(2'345'678)))
+        return;
+    shootShare(shooter, editor, {picture, {}, SavingtypeMethod::jpg}, "send-jpg", "share-jpg");
+    shootShare(shooter, editor, {picture, file, SavingtypeMethod::pdfPrint}, "send-pdf", "share-pdf");
+}
+
+void shootPanels(Shooter& shooter)
+{
+    SVProgressHUD::setDefaultMaskType(4);
+    SVProgressHUD::showWithStatus("Please Wait...");
+    WindowDriver::waitUntil([] { return !ProgressOverlay::shared().text().isEmpty(); }, 5);
+    shooter.shoot("busy");
+    SVProgressHUD::setProgress(0.4);
+    SVProgressHUD::setCancelAction([] {});
+    shooter.shoot("busy-share");
+    SVProgressHUD::showFailure({"Sea at sunset.pdf", "no space is left on the device"}, {}, "Save elsewhere", {});
+    shooter.shoot("work-failed");
+    shooter.driver().press(Qt::Key_Escape);
+    shooter.driver().settle();
+}
+
 void shootRoad(const LaunchOptions& options, const QString& prefix)
 {
     Shooter shooter(options, prefix);
@@ -185,6 +237,7 @@ void shootRoad(const LaunchOptions& options, const QString& prefix)
     driver.top<PinchZoomViewController>()->doneButton();
     driver.waitFor<BlendPhotoViewController>();
     shooter.shoot("blend");
+    shootPanels(shooter);
     const auto blend = driver.top<BlendPhotoViewController>();
     if (!blend)
         return;
@@ -197,9 +250,10 @@ void shootRoad(const LaunchOptions& options, const QString& prefix)
     shooter.shoot("discard");
     driver.press(Qt::Key_Escape);
     ExportShooter(shooter, *blend, blend->flattened()).shootAll();
+    shootShares(shooter, *blend, blend->flattened());
     blend->shareBtn();
-    WindowDriver::waitUntil([&] { return !blend->notice().isEmpty(); }, 5);
-    shooter.shoot("saved");
+    shooter.shoot("save-as");
+    driver.press(Qt::Key_Escape);
     blend->nudge(24, -16); // what is saved is not offered again
 }
 

@@ -1,7 +1,9 @@
 #include "export/functions/PDFPrintFunction.h"
 
 #include "export/functions/PrintPages_p.h"
+#include "platform/base/CGGeometry.h"
 #include "platform/base/Causes.h"
+#include "platform/pdf/PDFPage.h"
 #include "platform/pdf/PDFWriting.h"
 
 #include <utility>

@@ -5,6 +5,7 @@ import Lamina
 AppScreen {
     id: activity
 
+    sheet: true
     name: qsTranslate("Lamina", "Send or keep")
     onBack: controller.cancel()
 
@@ -36,12 +37,11 @@ AppScreen {
                 model: activity.controller.rows
                 focus: true
                 delegate: ChoiceRow {
-                    required property string icon
                     required property string title
                     required property string line
                     required property int index
                     width: rows.width
-                    iconName: icon
+                    required iconName
                     name: title
                     info: line
                     focus: index === 0

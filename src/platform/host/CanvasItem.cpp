@@ -114,6 +114,8 @@ void CanvasItem::settleScale()
     if (!m_view || !window() || width() <= 0)
         return;
     const double points = m_view->bounds().size.width;
+    if (points <= 0)
+        return;
     m_renderer->setScale(width() * window()->effectiveDevicePixelRatio() / points);
     m_input->setPointsPerUnit(points / width());
 }
@@ -146,6 +148,7 @@ void CanvasItem::updatePolish()
 {
     if (!m_renderer || !isVisible() || !window() || width() <= 0)
         return;
+    settleScale();         // a tree may have another size by now
     if (m_rest.isActive()) // so soon after another frame, this is one of a movement
         m_renderer->setMoving(true);
     const IntRect painted = m_renderer->render();

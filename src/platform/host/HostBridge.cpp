@@ -1,5 +1,6 @@
 #include "platform/host/HostBridge.h"
 
+#include "hud/ProgressOverlay.h"
 #include "platform/host/Application.h"
 
 #include <QClipboard>
@@ -76,6 +77,12 @@ bool HostBridge::isFocusVisible() const
 QObject* HostBridge::folderPicker() const
 {
     return m_application.picker().folderPicker();
+}
+
+QObject* HostBridge::progress() const
+{
+    QQmlEngine::setObjectOwnership(&ProgressOverlay::shared(), QQmlEngine::CppOwnership);
+    return &ProgressOverlay::shared();
 }
 
 QObject* HostBridge::folder() const

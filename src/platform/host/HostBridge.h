@@ -27,6 +27,8 @@ class HostBridge : public QObject {
     Q_PROPERTY(bool mouseAtHand READ mouseAtHand NOTIFY mouseAtHandChanged FINAL)
     /// Whether the keyboard's focus is to be shown, since the user works by keys.
     Q_PROPERTY(bool focusVisible READ isFocusVisible NOTIFY focusVisibleChanged FINAL)
+    /// The panel of work under way, a `ProgressOverlay`.
+    Q_PROPERTY(QObject* progress READ progress CONSTANT FINAL)
     /// The picker that has to choose in the window, since no chooser of the system answers; null: none.
     Q_PROPERTY(QObject* folderPicker READ folderPicker NOTIFY folderPickerChanged FINAL)
     /// The folder it looks into.
@@ -55,6 +57,8 @@ public:
     bool isFocusVisible() const;
     /// The `UIImagePickerController` that waits for a choice in the window; null: none.
     QObject* folderPicker() const;
+    /// The process's own.
+    QObject* progress() const;
     /// The application's `FolderModel`; stays owned by the application.
     QObject* folder() const;
 

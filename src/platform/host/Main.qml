@@ -27,10 +27,12 @@ FocusScope {
 
     KeyCommand {
         command: "paste"
+        enabled: !Host.progress.blocking
         onActivated: Host.paste()
     }
     KeyCommand {
         command: "keys"
+        enabled: !Host.progress.blocking
         onActivated: Host.showKeys()
     }
     KeyCommand {
@@ -58,6 +60,7 @@ FocusScope {
     PhotoDropArea {
         id: drops
         anchors.fill: parent
+        enabled: !Host.progress.blocking
     }
 
     Rectangle {
@@ -68,5 +71,9 @@ FocusScope {
         radius: Tokens.radius.tray
         border.width: Tokens.focus.ring
         border.color: Tokens.palette.accentText
+    }
+
+    HudOverlay {
+        anchors.fill: parent
     }
 }

@@ -12,6 +12,8 @@ ScreenItem {
     required property bool front
     required property bool overlay
 
+    // Whether the user deals with this screen: it is on top, and no panel of work lies over it.
+    readonly property bool live: front && !Host.progress.blocking
     readonly property bool shown: phase === ScreenModel.Shown
     readonly property int away: motion === ScreenModel.Slide ? 24 : 0
     // A sheet comes and goes by itself; only what stands over it takes it out of sight.
@@ -21,7 +23,7 @@ ScreenItem {
     // At once where it is shown, since what is not visible takes no focus.
     visible: shown || opacity > 0
     modal: overlay
-    covered: !front
+    covered: !live
     Accessible.role: Accessible.Pane
     name: loader.item ? loader.item.name : ""
     opacity: rises ? 1 : faded
@@ -34,10 +36,10 @@ ScreenItem {
         NumberAnimation { duration: Host.transitionDuration; easing.type: Easing.OutCubic }
     }
 
-    onFrontChanged: if (front) Host.giveFocusTo(frame)
+    onLiveChanged: if (live) Host.giveFocusTo(frame)
     Component.onCompleted: {
         loader.setSource(source, { "controller": controller })
-        if (front)
+        if (live)
             Host.giveFocusTo(frame)
     }
 

@@ -37,6 +37,7 @@ public:
     void startTransition(const PresentationTransition& transition, std::function<void()> finished) override;
     /// As the durations say.
     bool showsMotion() const override { return m_durations.slide > 0 || m_durations.fade > 0; }
+    bool showsFrames() const override { return true; }
 
 signals:
     /// A screen is about to be presented.

@@ -30,6 +30,7 @@ set(LAMINA_QML_FILES
     platform/host/ActivityScreen.qml
     platform/host/AlertScreen.qml
     platform/host/DocumentPickerScreen.qml
+    platform/host/HudOverlay.qml
     platform/host/Main.qml
     platform/host/MissingScreen.qml
     platform/host/PickerScreen.qml

@@ -1,5 +1,6 @@
 #include "platform/pdf/PictureSamples_p.h"
 
+#include "platform/base/CGGeometry.h"
 #include "platform/base/Causes.h"
 #include "platform/base/WorkerPool.h"
 #include "platform/image/drawing/SourcePixels.h"
@@ -9,7 +10,9 @@
 #include "platform/pdf/BandDeflater_p.h"
 
 #include <atomic>
+#include <cstdint>
 #include <cstring>
+#include <functional>
 #include <memory>
 #include <utility>
 #include <vector>

@@ -35,7 +35,7 @@ double springAt(double time, double damping, double velocity)
 }
 
 /// The spring as a chain of cubic segments through points of its way, with its slope in each.
-QEasingCurve easingOf(const UIViewSpring& spring, double duration)
+QEasingCurve springCurve(const UIViewSpring& spring, double duration)
 {
     constexpr int kSegments = 10; // Qt 6.4 writes beyond its memory for more
     constexpr double kStep = 1.0 / kSegments;
@@ -66,12 +66,11 @@ int AnimatedProperty::delay() const
     return milliseconds(motion().delay);
 }
 
-/// The platform's own curves, by their control points.
-QEasingCurve AnimatedProperty::easing() const
+QEasingCurve easingOf(const UIViewMotion& motion)
 {
-    if (const auto& spring = motion().spring)
-        return easingOf(*spring, motion().duration);
-    switch (motion().curve) {
+    if (motion.spring)
+        return springCurve(*motion.spring, motion.duration);
+    switch (motion.curve) {
     case UIViewAnimationCurve::EaseInOut:
         return bezier({0.42, 0}, {0.58, 1});
     case UIViewAnimationCurve::EaseIn:

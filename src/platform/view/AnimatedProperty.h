@@ -12,6 +12,9 @@
 
 namespace lamina {
 
+/// The way from 0 to 1 over the duration: the platform's own curves, by their control points, or the spring.
+QEasingCurve easingOf(const UIViewMotion& motion);
+
 /// A value of a controller that a screen draws and that `animate` can move: where a panel stands, how far something has
 /// faded. The screen takes it there over `delay` and `duration` on the curve `easing`; `MotionBehavior.qml` does so:
 ///
@@ -39,7 +42,7 @@ public:
     /// Milliseconds before it begins.
     int delay() const;
     /// The platform's curve.
-    QEasingCurve easing() const;
+    QEasingCurve easing() const { return easingOf(motion()); }
 
 signals:
     void valueChanged();

@@ -58,11 +58,26 @@ void CALayer::setAffineTransform(const CGAffineTransform& transform)
         assign(m_transform, transform);
 }
 
-CGAffineTransform CALayer::transformToParent() const
+CGAffineTransform CALayer::placed(const CGAffineTransform& transform) const
 {
     return CGAffineTransform::translation(-m_bounds.midX(), -m_bounds.midY())
-        .concatenating(m_transform)
+        .concatenating(transform)
         .concatenating(CGAffineTransform::translation(m_position.x, m_position.y));
+}
+
+CGAffineTransform CALayer::transformToParent() const
+{
+    return placed(m_transform);
+}
+
+CGAffineTransform CALayer::shownTransformToParent() const
+{
+    return placed(m_presentation ? m_presentation->transform : m_transform);
+}
+
+void CALayer::setPresentation(const std::optional<Presentation>& presentation)
+{
+    assign(m_presentation, presentation);
 }
 
 void CALayer::setOpacity(double opacity)

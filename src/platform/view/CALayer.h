@@ -53,6 +53,20 @@ public:
     void setOpacity(double opacity);
     bool isHidden() const { return m_hidden; }
     void setHidden(bool hidden);
+    /// What is seen in the place of opacity and transform while these are on their way to what was set.
+    struct Presentation {
+        double opacity = 1;
+        CGAffineTransform transform;
+        friend bool operator==(const Presentation&, const Presentation&) = default;
+    };
+    /// For whoever moves the layer; none, the default: opacity and transform are seen as they are.
+    const std::optional<Presentation>& presentation() const { return m_presentation; }
+    void setPresentation(const std::optional<Presentation>& presentation);
+    /// What is seen now, which is what the renderer draws.
+    Presentation shown() const { return m_presentation.value_or(Presentation{m_opacity, m_transform}); }
+    /// The transform to the parent with what is seen; touches go by `transformToParent`.
+    CGAffineTransform shownTransformToParent() const;
+
     /// Default none.
     std::optional<UIColor> backgroundColor() const { return m_backgroundColor; }
     void setBackgroundColor(const std::optional<UIColor>& color);
@@ -132,6 +146,7 @@ protected:
     void changed();
 
 private:
+    CGAffineTransform placed(const CGAffineTransform& transform) const;
     friend class LayerRenderer;
     friend class UIView; // what it tells besides is read by those who show the tree
     /// What this layer belongs to: its parent, or the layer that it masks.
@@ -147,6 +162,7 @@ private:
     CGPoint m_position;
     CGAffineTransform m_transform;
     double m_opacity = 1;
+    std::optional<Presentation> m_presentation;
     bool m_hidden = false;
     std::optional<UIColor> m_backgroundColor;
     double m_cornerRadius = 0;

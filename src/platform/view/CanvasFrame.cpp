@@ -65,7 +65,7 @@ CanvasFrame::CanvasFrame(const CALayer& root, double scale, IntSize size)
 void CanvasFrame::add(const CALayer& layer, const Surroundings& around)
 {
     Surroundings here = around;
-    here.alpha *= layer.opacity();
+    here.alpha *= layer.shown().opacity;
     if (layer.isHidden() || here.alpha <= 0 || here.scope.clip.isEmpty())
         return;
     const CGAffineTransform& t = here.toDevice;
@@ -108,7 +108,7 @@ void CanvasFrame::addInside(const CALayer& layer, const Surroundings& around)
     if (!pixels.isEmpty())
         m_records.push_back({&layer, layer.superlayer(), layer.revision(), around.stamp, around.alpha, t, pixels});
     for (const auto& sublayer : layer.sublayers()) {
-        inside.toDevice = sublayer->transformToParent().concatenating(t);
+        inside.toDevice = sublayer->shownTransformToParent().concatenating(t);
         add(*sublayer, inside);
     }
 }

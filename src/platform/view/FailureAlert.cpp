@@ -33,13 +33,13 @@ Screen topOf(Screen screen)
     return screen;
 }
 
+} // namespace
+
 std::string failureText(const Error& error)
 {
     const std::string cause = localizedString(error.cause);
     return error.subject.empty() ? cause : localizedText("%1: %2.", {error.subject, cause});
 }
-
-} // namespace
 
 void presentOverTop(UIViewController& screen, std::shared_ptr<UIAlertController> alert)
 {

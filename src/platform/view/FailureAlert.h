@@ -15,9 +15,12 @@ class UIViewController;
 /// `screen` leave meanwhile, the alert goes over those that stay. Main thread.
 void presentOverTop(UIViewController& screen, std::shared_ptr<UIAlertController> alert);
 
+/// "SUBJECT: cause." in the user's language; the cause, which is translated here and nowhere before, stands alone where
+/// there is no subject.
+std::string failureText(const Error& error);
+
 /// Tells the user of a failure, as `presentOverTop` does: an alert with the given title, already in the user's
-/// language, the text "SUBJECT: cause." and the one button OK. The cause is translated here and nowhere before; without
-/// a subject it stands alone. Main thread.
+/// language, the `failureText` and the one button OK. Main thread.
 void presentFailure(UIViewController& screen, std::string title, const Error& error);
 
 } // namespace lamina

@@ -26,7 +26,7 @@ CGRect clipped(const CALayer& layer, const CGRect& rect)
 /// Whether anything is painted by the layer or one above it, clips not considered.
 bool paintsAnything(const CALayer& layer)
 {
-    if (layer.isHidden() || layer.opacity() <= 0)
+    if (layer.isHidden() || layer.shown().opacity <= 0)
         return false;
     if (LayerRenderer::paintsBounds(layer) || !LayerRenderer::innerBounds(layer).isEmpty())
         return true;
@@ -131,7 +131,7 @@ LayerRenderer::ShadowPixels LayerRenderer::shadowPixels(const CALayer& layer, co
 
 IntRect LayerRenderer::treePixels(const CALayer& layer, const CGAffineTransform& toDevice)
 {
-    if (layer.isHidden() || layer.opacity() <= 0)
+    if (layer.isHidden() || layer.shown().opacity <= 0)
         return {};
     IntRect pixels = bodyPixels(layer, toDevice);
     if (castsShadow(layer))
@@ -146,7 +146,7 @@ IntRect LayerRenderer::bodyPixels(const CALayer& layer, const CGAffineTransform&
     const IntRect bounds = pixelCover(toDevice.boundingBox(layer.bounds()));
     IntRect pixels = pixelCover(toDevice.boundingBox(innerBounds(layer)));
     for (const auto& sublayer : layer.sublayers())
-        pixels = pixels.unionWith(treePixels(*sublayer, sublayer->transformToParent().concatenating(toDevice)));
+        pixels = pixels.unionWith(treePixels(*sublayer, sublayer->shownTransformToParent().concatenating(toDevice)));
     if (layer.masksToBounds())
         pixels = pixels.intersection(bounds);
     return paintsBounds(layer) ? pixels.unionWith(bounds) : pixels;

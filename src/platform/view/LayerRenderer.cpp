@@ -63,13 +63,13 @@ void LayerRenderer::render(const CALayer& layer)
 void LayerRenderer::drawPlaced(const CALayer& layer, double inheritedAlpha)
 {
     const SavedState saved(m_context);
-    m_context.concatCTM(tidied(layer.transformToParent()));
+    m_context.concatCTM(tidied(layer.shownTransformToParent()));
     draw(layer, inheritedAlpha);
 }
 
 void LayerRenderer::draw(const CALayer& layer, double inheritedAlpha)
 {
-    const double alpha = inheritedAlpha * layer.opacity();
+    const double alpha = inheritedAlpha * layer.shown().opacity;
     if (layer.isHidden() || alpha <= 0)
         return;
     const bool shadow = castsShadow(layer);

@@ -26,6 +26,8 @@ public:
     virtual void startTransition(const PresentationTransition& transition, std::function<void()> finished) = 0;
     /// Whether what is animated is seen moving. Default false: nobody looks, and so nobody waits for it.
     virtual bool showsMotion() const { return false; }
+    /// Whether anybody looks at all, so that what changes by itself (a display link) need be kept going. Default false.
+    virtual bool showsFrames() const { return false; }
 
     /// The host in force; a headless one until another is set.
     static std::shared_ptr<PresentationHost> current();

@@ -70,7 +70,7 @@ UIActivityViewController::UIActivityViewController(UIImage image)
     : m_image(std::move(image))
     , m_file(Error{"", QT_TRANSLATE_NOOP("Lamina", "there is no file")})
     , m_rows({{"type", &UIActivityRow::type},
-              {"icon", &UIActivityRow::icon},
+              {"iconName", &UIActivityRow::icon},
               {"title", &UIActivityRow::title},
               {"line", &UIActivityRow::line}})
 {

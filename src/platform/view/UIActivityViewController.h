@@ -42,7 +42,7 @@ struct UIActivityResult {
 /// wait for it.
 class UIActivityViewController : public UIViewController {
     Q_OBJECT
-    /// See UIActivityRow: type, icon, title, line.
+    /// See UIActivityRow: type, iconName, title, line.
     Q_PROPERTY(QAbstractItemModel* rows READ rowModel CONSTANT FINAL)
     /// Whether it is known what the machine can do; before there are no rows.
     Q_PROPERTY(bool ready READ isReady NOTIFY readyChanged FINAL)

@@ -14,7 +14,7 @@ public:
 
     /// Default empty.
     const std::string& title() const { return m_title; }
-    void setTitle(std::string title) { m_title = std::move(title); }
+    virtual void setTitle(std::string title) { m_title = std::move(title); }
     /// Name of the picture shown; default empty: none.
     const std::string& imageName() const { return m_imageName; }
     void setImageName(std::string name) { m_imageName = std::move(name); }

@@ -17,6 +17,8 @@ public:
     const UIImage& image() const { return layer().contents(); }
     /// The empty picture shows nothing.
     void setImage(const UIImage& image) { layer().setContents(image); }
+    /// That of the picture, in points.
+    CGSize intrinsicContentSize() const override { return image().size(); }
 };
 
 } // namespace lamina

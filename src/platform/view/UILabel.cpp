@@ -176,6 +176,23 @@ CGSize UILabel::sizeThatFits(CGSize size) const
     return layoutText(label.text, label.style, width).size;
 }
 
+CGSize UILabel::intrinsicContentSize() const
+{
+    const CGSize size = sizeThatFits({});
+    return {std::ceil(size.width), std::ceil(size.height)};
+}
+
+std::string UILabel::accessibilityLabel() const
+{
+    const std::string label = UIView::accessibilityLabel();
+    return label.empty() ? text() : label;
+}
+
+UIAccessibilityTraits::Set UILabel::accessibilityTraits() const
+{
+    return UIView::accessibilityTraits() | UIAccessibilityTraits::StaticText;
+}
+
 void UILabel::sizeToFit()
 {
     const CGPoint corner = frame().origin;

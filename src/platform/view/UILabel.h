@@ -47,9 +47,16 @@ public:
     /// What the text takes in lines no wider than `size` (a width that is not above 0 sets no bound), in points; never
     /// more than the font asks for, and empty without text. Its height is not looked at.
     CGSize sizeThatFits(CGSize size) const;
+    /// What the whole text takes, rounded up to whole points; a text of several lines that it is free to break is as
+    /// wide as its longest paragraph.
+    CGSize intrinsicContentSize() const override;
     /// Sets the bounds' size to what the text takes in one width: the present one where there are several lines, else
     /// as wide as it needs. The frame's top left stays.
     void sizeToFit();
+
+    /// What was set, else the text.
+    std::string accessibilityLabel() const override;
+    UIAccessibilityTraits::Set accessibilityTraits() const override;
 
 private:
     explicit UILabel(std::shared_ptr<LabelLayer> layer);

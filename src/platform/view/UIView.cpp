@@ -1,5 +1,6 @@
 #include "platform/view/UIView.h"
 
+#include "platform/view/LayerMotion_p.h"
 #include "platform/view/UIGestureRecognizer.h"
 
 #include <cassert>
@@ -119,14 +120,22 @@ void UIView::setCenter(CGPoint center)
 
 void UIView::setTransform(const CGAffineTransform& transform)
 {
-    prepareChange(Transform, transform != this->transform());
+    const CALayer::Presentation seen = m_layer->shown();
+    const bool differs = transform != this->transform();
+    prepareChange(Transform, differs);
     m_layer->setAffineTransform(transform);
+    if (const UIViewMotion* const motion = motionOf(Transform, differs))
+        LayerMotion::moveTransform(*m_layer, seen.transform, *motion);
 }
 
 void UIView::setAlpha(double alpha)
 {
-    prepareChange(Alpha, alpha != this->alpha());
+    const CALayer::Presentation seen = m_layer->shown();
+    const bool differs = alpha != this->alpha();
+    prepareChange(Alpha, differs);
     m_layer->setOpacity(alpha);
+    if (const UIViewMotion* const motion = motionOf(Alpha, differs))
+        LayerMotion::moveOpacity(*m_layer, seen.opacity, *motion);
 }
 
 void UIView::setBackgroundColor(const std::optional<UIColor>& color)
@@ -141,6 +150,13 @@ void UIView::prepareChange(AnimatedPart part, bool differs)
         m_animatables = std::make_unique<std::array<UIViewAnimatable, kAnimatedParts>>();
     if (m_animatables)
         (*m_animatables)[part].set(differs);
+}
+
+/// How the change that was just made is to be seen; null: what is seen stays on its way, or never was on one.
+const UIViewMotion* UIView::motionOf(AnimatedPart part, bool differs) const
+{
+    const bool moves = m_animatables && (differs || UIViewAnimatable::isRecording());
+    return moves ? &(*m_animatables)[part].motion() : nullptr;
 }
 
 bool UIView::pointInside(CGPoint point) const

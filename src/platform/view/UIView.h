@@ -77,6 +77,11 @@ public:
     bool isOpaque() const { return m_opaque; }
     void setOpaque(bool opaque) { m_opaque = opaque; }
 
+    /// A side that the content leaves open.
+    static constexpr double kNoIntrinsicMetric = -1;
+    /// What the content takes by itself, in points, for whoever lays the view out; by default both sides are open.
+    virtual CGSize intrinsicContentSize() const { return {kNoIntrinsicMetric, kNoIntrinsicMetric}; }
+
     /// Default 0.
     int tag() const { return m_tag; }
     void setTag(int tag) { m_tag = tag; }
@@ -160,6 +165,7 @@ private:
     /// What `animate` can move.
     enum AnimatedPart : std::size_t { Bounds, Center, Transform, Alpha, BackgroundColor, kAnimatedParts };
     void prepareChange(AnimatedPart part, bool differs);
+    const UIViewMotion* motionOf(AnimatedPart part, bool differs) const;
     void changeBounds(const CGRect& bounds);
     void followSuperview(CGSize before, CGSize after);
 

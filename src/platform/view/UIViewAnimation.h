@@ -37,8 +37,9 @@ struct UIViewMotion {
 };
 
 /// Runs `animations` at once: what it changes has its end state when this returns, and whoever draws it takes the time
-/// to get there. What counts as changed are the properties of views (bounds, centre, transform, alpha, background) and
-/// the values of `AnimatedProperty`, also where they are set to what they were.
+/// to get there. A canvas does so for the alpha and the transform of views; the rest it shows at once. What counts as
+/// changed are the properties of views (bounds, centre, transform, alpha, background) and the values of
+/// `AnimatedProperty`, also where they are set to what they were.
 ///
 /// The completion comes on a later turn of the main queue: `finished` after delay and duration on the shared clock; not
 /// finished, at once and before that of the newer one, when one of the changed things is animated anew, set to another

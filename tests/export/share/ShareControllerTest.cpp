@@ -145,7 +145,8 @@ TEST_F(Share, EachTypeIsSavedToldAndSharedInItsWay)
         EXPECT_EQ(screen->headline(), "Saved");
         EXPECT_EQ(screen->shareImageView().value<UIImage>().pixelSize().width, c.previewWidth);
         const Bytes& kept = c.type == Type::jpg ? jpg : c.contents;
-        EXPECT_EQ(library(), c.toLibrary ? std::vector{std::string(kept.begin(), kept.end())} : std::vector<std::string>());
+        EXPECT_EQ(library(),
+                  c.toLibrary ? std::vector{std::string(kept.begin(), kept.end())} : std::vector<std::string>());
         ASSERT_TRUE(sheet()->file() && sheet()->file()->ok());
         const std::string shared = **sheet()->file();
         EXPECT_EQ(shared, c.type == Type::jpg ? photoLibraryFolder() + '/' + screen->fileName().toStdString()
@@ -181,16 +182,14 @@ TEST_F(Share, TheMessageStandsForASecondAndFadesOverThree)
     EXPECT_EQ(alpha(), 0) << "the end of the way";
     const UIViewMotion wanted{.duration = 3, .delay = 1, .curve = UIViewAnimationCurve::EaseOut};
     EXPECT_EQ(screen->toastAlpha().motion(), wanted);
-    PresentationHost::setCurrent(nullptr); // where nothing moves it stands for as long
+    PresentationHost::setCurrent(nullptr); // nothing is to move: whoever shows it takes it away
     closeSheet();
     screen->backBtn();
     turns();
     open(Type::svg, "a.svg", {'s'});
-    pass(0.5);
+    pass(5);
     EXPECT_EQ(alpha(), 1);
-    pass(3.9);
-    EXPECT_EQ(alpha(), 1);
-    pass(0.2);
+    screen->dismissToast();
     EXPECT_EQ(alpha(), 0);
 }
 
@@ -199,7 +198,6 @@ TEST_F(Share, WhatTheLibraryRefusesIsNotCalledSavedAndMayGoElsewhere)
     fs::create_directory(home.path("Pictures"));
     writeFile(home.path("Pictures/Lamina"), "no folder");
     open(Type::jpg, "", {}, {'j', 'p', 'g'});
-    EXPECT_EQ(screen->headline(), "Saving");
     ASSERT_TRUE(waitFor([this] { return top<UIAlertController>() != nullptr; }));
     turns();
     EXPECT_EQ(top<UIAlertController>()->title(), "Not saved in Photos");
@@ -262,8 +260,8 @@ TEST_F(Share, APromotionWaitsForTheSheetAndEndsWithTheScreen)
     };
     int fetches = 0;
     const auto promotion = std::make_shared<UIViewController>();
-    ShareController::setPromotionStep({[&] { return std::make_shared<Coordinator>(fetches); },
-                                       [&](const PromotionData&) { return promotion; }});
+    ShareController::setPromotionStep(
+        {[&] { return std::make_shared<Coordinator>(fetches); }, [&](const PromotionData&) { return promotion; }});
     open(Type::svg, "a.svg", {'s'});
     pass(10);
     EXPECT_EQ(fetches, 0) << "the sheet is open";

@@ -13,8 +13,8 @@ Item {
     property string action
     property string shownAction
     property real room: parent ? parent.width - 2 * Tokens.space.l : 0
-    // An Animated number that says how much of it is seen, in the place of its own time; null: it goes by itself.
-    property var seen: null
+    // False: somebody else sees to its time.
+    property bool timed: true
     signal done()
     signal acted()
 
@@ -24,18 +24,12 @@ Item {
 
     width: Math.min(words.x + words.implicitWidth + (hasAction ? actionRoom : Tokens.space.l), room)
     height: hasAction ? Tokens.touch.minimum : words.height + 22
-    opacity: seen ? seen.value : text !== "" ? 1 : 0
+    opacity: text !== "" ? 1 : 0
     visible: opacity > 0
     Accessible.role: Accessible.AlertMessage
     Accessible.name: shownText
     Behavior on opacity {
-        SequentialAnimation {
-            PauseAnimation { duration: toast.seen ? toast.seen.delay : 0 }
-            NumberAnimation {
-                duration: toast.seen ? toast.seen.duration : Theme.duration(Tokens.motion.fade)
-                easing: toast.seen ? toast.seen.easing : ({ type: Easing.Linear })
-            }
-        }
+        NumberAnimation { duration: Theme.duration(Tokens.motion.fade) }
     }
     onTextChanged: {
         if (text === "")
@@ -48,7 +42,7 @@ Item {
     onHeldChanged: if (!held) wait()
 
     function wait() {
-        if (!seen)
+        if (timed)
             hold.restart()
     }
 

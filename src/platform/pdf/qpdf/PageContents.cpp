@@ -1,5 +1,7 @@
 #include "platform/pdf/qpdf/PageContents_p.h"
 
+#include "platform/base/CGGeometry.h"
+
 #include <charconv>
 #include <cmath>
 #include <string_view>

@@ -1,5 +1,7 @@
 #include "platform/pdf/qpdf/PageDocument_p.h"
 
+#include "platform/base/CGGeometry.h"
+#include "platform/base/Result.h"
 #include "platform/pdf/qpdf/FontSubset_p.h"
 #include "platform/pdf/qpdf/PageContents_p.h"
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/pdf/PDFModule_p.h"
+#include "platform/pdf/PDFPage.h"
 #include "platform/pdf/qpdf/DocumentFile_p.h"
 
 #include <qpdf/QPDF.hh>
