@@ -11,10 +11,10 @@
 #include "export/SVGController.h"
 #include "export/SavingTypeController.h"
 #include "export/ShareController.h"
-#include "platform/files/FileWriting.h"
-#include "platform/media/VideoExport.h"
 #include "hud/ProgressOverlay.h"
 #include "hud/SVProgressHUD.h"
+#include "platform/files/FileWriting.h"
+#include "platform/media/VideoExport.h"
 #include "platform/view/UIAlertController.h"
 #include "platform/view/UIStoryboard.h"
 

@@ -246,8 +246,8 @@ def check_failures(folder):
     (broken / "LiberationSans-Bold.ttf").write_bytes(b"\0\1\0\0 no font")
     (broken / "lamina-pdf.so").write_bytes(b"no library")
     for variable, value, name, message in [
-            ("LAMINA_MODULES", "/nowhere", "plain-dot", "support for PDF documents is not installed"),
-            ("LAMINA_MODULES", broken, "plain-dot", "support for PDF documents can't be loaded"),
+            ("LAMINA_MODULES", "/nowhere", "plain-dot", "support for PDF is not installed"),
+            ("LAMINA_MODULES", broken, "plain-dot", "support for PDF can't be loaded"),
             ("LAMINA_FONTS", "/nowhere", "notes-standard", "the font Liberation Sans Bold is not installed"),
             ("LAMINA_FONTS", broken, "notes-standard", "the font Liberation Sans Bold is damaged")]:
         target = Path(tempfile.mkdtemp(dir=folder))

@@ -396,7 +396,7 @@ TEST(VideoExport, SaysWhenItsModuleIsMissingOrBroken)
     writeFile(folder.path("lamina-media.so"), "no library");
     const std::vector<std::pair<std::string, std::string>> cases = {
         {"/nowhere", "^/proc/self/exe: support for videos is not installed$"},
-        {folder.path(), "^/proc/self/exe: support for videos can't be loaded \\(.*lamina-media.so: [^\n]*\\)$"},
+        {folder.path(), "lamina-media.so: [^\n]*\n/proc/self/exe: support for videos can't be loaded$"},
     };
     for (const auto& [modules, message] : cases)
         EXPECT_EXIT(
