@@ -35,6 +35,22 @@ function(lamina_library name)
     target_compile_options(${target} PRIVATE $<$<CONFIG:Release>:-O3>)
 endfunction()
 
+# A part of the program that is loaded with its first use, in C++ on libraries that most runs do without: a shared
+# object beside the folder of the programs, in the build as in an installation. `OF` is the library that loads it.
+#   lamina_module(ffmpeg OF media FILE lamina-media SOURCES a.cpp ... LINK PkgConfig::FFMPEG)
+set(LAMINA_MODULE_FOLDER ${CMAKE_INSTALL_LIBDIR}/lamina)
+function(lamina_module name)
+    cmake_parse_arguments(MODULE "" "OF;FILE" "SOURCES;LINK" ${ARGN})
+    set(target lamina_${name})
+    add_library(${target} MODULE ${MODULE_SOURCES})
+    set_target_properties(${target} PROPERTIES OUTPUT_NAME ${MODULE_FILE} PREFIX ""
+        LIBRARY_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/${LAMINA_MODULE_FOLDER} CXX_VISIBILITY_PRESET hidden)
+    target_include_directories(${target} PRIVATE ${PROJECT_BINARY_DIR}/include/${MODULE_OF})
+    target_compile_definitions(${target} PRIVATE LAMINA_VERSION="${PROJECT_VERSION}")
+    target_link_libraries(${target} PRIVATE ${MODULE_LINK} lamina_warnings lamina_flags)
+    install(TARGETS ${target} LIBRARY DESTINATION ${LAMINA_MODULE_FOLDER})
+endfunction()
+
 # A GoogleTest program. Each test becomes one entry of ctest.
 #   lamina_test(base_tests SOURCES ... LINK lamina::base)
 function(lamina_test name)

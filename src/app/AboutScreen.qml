@@ -8,14 +8,18 @@ AppScreen {
     // AboutViewController.Page
     readonly property bool showsKeys: controller.page === 0
 
+    sheet: true
     name: controller.title
     onBack: controller.close()
 
     Scrim {
+        shown: panel.up
         onTapped: about.controller.close()
     }
 
     SheetPanel {
+        id: panel
+        shown: about.shown
         card: about.sheetsAreCards
         iconName: "app-scalable"
         title: "Lamina"

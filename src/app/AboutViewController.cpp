@@ -13,7 +13,7 @@ namespace lamina {
 AboutViewController::AboutViewController()
 {
     setTitle(localizedString("About Lamina"));
-    setModalPresentationStyle(UIModalPresentationStyle::OverFullScreen);
+    setModalPresentationStyle(UIModalPresentationStyle::OverCurrentContext);
 }
 
 void AboutViewController::setPage(Page page)

@@ -1,10 +1,10 @@
 #pragma once
 
+#include "platform/view/UIStoryboard.h"
+
 namespace lamina {
 
-/// The storyboard of the application, and the identifiers of its screens and transitions.
-inline constexpr const char* kMainStoryboard = "Main";
-
+/// The identifiers of the screens and transitions of the application's storyboard, `kMainStoryboard`.
 namespace scene {
 inline constexpr const char* kHome = "ViewController";
 inline constexpr const char* kSourceChoice = "ImagePIckingViewController";

@@ -1,6 +1,7 @@
 #include "cli/BlendCommand.h"
 
 #include "app/PinchZoomViewController.h"
+#include "cli/ExportDelivery.h"
 #include "cli/PictureInput.h"
 #include "gpu/core/TypedValue.h"
 #include "platform/base/CGGeometry.h"
@@ -68,6 +69,9 @@ BlendCommand::BlendCommand(CLI::App& application)
     options().add_option("SECOND", m_photos[1], "The second photo, laid over the first")->required();
     addOutput()->required();
     options()
+        .add_option("--as", m_as, "Export the result: " + exportTypeNames() + "; --output is then a file or a folder")
+        ->type_name("TYPE");
+    options()
         .add_option("--width", m_width, "Side of the canvas in points [375]")
         ->type_name("W")
         ->check(numberIn(kWidths));
@@ -77,6 +81,7 @@ BlendCommand::BlendCommand(CLI::App& application)
         ->check(numberIn(kScales));
     addSteps();
     addQuiet();
+    m_settings.addTo(options());
     options().footer(
         "--move and --zoom may stand several times and act in the order in which they stand.\n"
         "The result has W x S pixels a side; the photos lie on white, each at half strength.\n\n"
@@ -124,6 +129,14 @@ Outcome BlendCommand::check()
 {
     if (std::ceil(m_width * m_scale) > kMaximumSide)
         return Error{name(), "--width times --scale must not exceed 8192 pixels"};
+    if (!m_as.empty()) {
+        const Result<const ExportType*> type = exportTypeNamed(m_as);
+        if (!type)
+            return type.error();
+        m_type = *type;
+    }
+    if (Outcome settings = m_settings.check(m_type); !settings)
+        return settings;
     Outcome files = checkFiles();
     if (files || files.error().subject == name())
         return files;
@@ -146,6 +159,21 @@ Result<UIImage> BlendCommand::make(std::vector<UIImage> pictures)
     if (!picture)
         return Error{output(), cause::kNoMemory};
     return picture;
+}
+
+Outcome BlendCommand::checkOutput() const
+{
+    if (!m_type)
+        return PictureCommand::checkOutput();
+    const Result<ExportPlace> place = exportPlaceOf(output(), *m_type);
+    return place ? success() : Outcome(place.error());
+}
+
+ExitCode BlendCommand::deliver(const UIImage& picture)
+{
+    if (!m_type)
+        return PictureCommand::deliver(picture);
+    return deliverExport({m_type, {picture, {}}, m_settings.optionsFor(picture), output(), {}, name(), isQuiet()});
 }
 
 } // namespace lamina

@@ -1,6 +1,8 @@
 #pragma once
 
 #include "cli/BlendScript.h"
+#include "cli/ExportSettings.h"
+#include "cli/ExportTypes.h"
 #include "cli/PictureCommand.h"
 #include "platform/base/Result.h"
 #include "platform/image/pixels/UIImage.h"
@@ -22,9 +24,12 @@ public:
 private:
     std::vector<std::string> inputs() const override { return {m_photos.begin(), m_photos.end()}; }
     Outcome check() override;
+    Outcome checkOutput() const override;
     /// Both photos at once, no larger than their crops need.
     Result<std::vector<UIImage>> read() override;
     Result<UIImage> make(std::vector<UIImage> pictures) override;
+    /// As the type of `--as`, with its scale; without one as a picture.
+    ExitCode deliver(const UIImage& picture) override;
 
     void addSteps();
     std::optional<CropStep> crop(std::size_t photo) const;
@@ -37,6 +42,9 @@ private:
     std::array<std::string, 2> m_crops;
     std::vector<std::string> m_moves;
     std::vector<std::string> m_zooms;
+    std::string m_as;
+    const ExportType* m_type = nullptr; ///< null: a picture
+    ExportSettings m_settings;
     CLI::Option* m_move = nullptr;
     CLI::Option* m_zoom = nullptr;
 };

@@ -18,12 +18,10 @@ PictureCommand::PictureCommand(CLI::App& application, const std::string& name, c
 {
 }
 
-CLI::Option* PictureCommand::addOutput()
+CLI::Option* PictureCommand::addOutput(const std::string& about)
 {
-    return options()
-        .add_option("-o,--output", m_output,
-                    "File to write, " + outputExtensions() + " by its name; - is PNG on standard output")
-        ->type_name("FILE");
+    const std::string picture = "File to write, " + outputExtensions() + " by its name; - is PNG on standard output";
+    return options().add_option("-o,--output", m_output, about.empty() ? picture : about)->type_name("FILE");
 }
 
 Outcome PictureCommand::checkFiles(bool needsOutput) const
@@ -32,7 +30,12 @@ Outcome PictureCommand::checkFiles(bool needsOutput) const
         return Error{name(), "--output is required"};
     if (std::ranges::count(inputs(), "-") > 1)
         return Error{name(), "standard input can be only one of the " + m_pictures};
-    return m_output.empty() ? success() : checkOutputName(m_output);
+    return m_output.empty() ? success() : checkOutput();
+}
+
+Outcome PictureCommand::checkOutput() const
+{
+    return checkOutputName(m_output);
 }
 
 Result<std::vector<UIImage>> PictureCommand::read()

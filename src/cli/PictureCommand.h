@@ -22,8 +22,8 @@ protected:
     PictureCommand(CLI::App& application, const std::string& name, const std::string& about,
                    std::string pictures = "pictures");
 
-    /// Adds `--output`.
-    CLI::Option* addOutput();
+    /// Adds `--output`: a picture's file, unless something else is told about it.
+    CLI::Option* addOutput(const std::string& about = {});
     const std::string& output() const { return m_output; }
 
     /// The files of all pictures, in the order in which they are read; "-" is standard input.
@@ -33,6 +33,8 @@ protected:
     virtual Outcome check() = 0;
     /// Standard input is read only once, and the output's name tells a format; whether there must be one.
     Outcome checkFiles(bool needsOutput = true) const;
+    /// Whether the output could be written by its name alone: a picture of a format that its extension tells.
+    virtual Outcome checkOutput() const;
 
     /// Reads what `inputs` names, upright and in full size, one after the other. What fails is an input.
     virtual Result<std::vector<UIImage>> read();

@@ -1,6 +1,7 @@
 #include "cli/BlendCommand.h"
 #include "cli/Command.h"
 #include "cli/ExitCode.h"
+#include "cli/ExportCommand.h"
 #include "cli/FilterCommand.h"
 #include "cli/FiltersCommand.h"
 #include "cli/Interruption.h"
@@ -51,13 +52,14 @@ int main(int argc, char** argv)
     OpCommand op(application);
     FilterCommand filter(application);
     FiltersCommand filters(application);
+    ExportCommand exporting(application);
 
     try {
         application.parse(argc, argv);
     } catch (const CLI::ParseError& error) {
         return usageError(application, error);
     }
-    for (Command* command : std::initializer_list<Command*>{&blend, &op, &filter, &filters}) {
+    for (Command* command : std::initializer_list<Command*>{&blend, &op, &filter, &filters, &exporting}) {
         if (command->isChosen())
             return static_cast<int>(command->run());
     }

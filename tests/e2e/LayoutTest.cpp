@@ -3,10 +3,13 @@
 #include "WindowTest.h"
 
 #include "LogCapture.h"
+#include "TestPictures.h"
 #include "app/ViewController.h"
 #include "editors/blend/PickedImages.h"
+#include "export/ExporterViewController.h"
 #include "platform/base/CGGeometry.h"
 #include "platform/host/CanvasItem.h"
+#include "platform/view/UIStoryboard.h"
 
 #include <QAccessible>
 #include <QQmlComponent>
@@ -199,6 +202,22 @@ TEST_P(Layout, KeepsAllThatCanBePressedWholeAndFree)
     blend->shareBtn();
     ASSERT_TRUE(WindowDriver::waitUntil([&] { return !blend->notice().isEmpty(); }));
     checkEverywhere("saved");
+}
+
+TEST_P(Layout, KeepsTheSheetsOfAnExportSo)
+{
+    for (const char* const identifier : {"SavingTypeController", "JPGController", "PDFPrintController",
+                                         "ColorProfileController", "MP4VideoController"}) {
+        const auto sheet = UIStoryboard::named(kMainStoryboard)->instantiate<SheetViewController>(identifier);
+        if (auto* const exporter = dynamic_cast<ExporterViewController*>(sheet.get()))
+            exporter->setShareImage(UIImage(rampPicture(375, 375, 0)));
+        sheet->setModalPresentationStyle(UIModalPresentationStyle::OverCurrentContext);
+        driver->top<ViewController>()->present(sheet, true);
+        driver->settle();
+        checkEverywhere(identifier);
+        sheet->backAction();
+        driver->settle();
+    }
 }
 
 INSTANTIATE_TEST_SUITE_P(Speeches, Layout,

@@ -3,7 +3,9 @@
 #include <QDBusArgument>
 #include <QDBusMetaType>
 #include <QDBusObjectPath>
+#include <QDBusUnixFileDescriptor>
 #include <QDBusVariant>
+#include <QFile>
 
 namespace lamina::test {
 
@@ -16,6 +18,22 @@ QString newConnectionName()
 {
     static int count = 0;
     return QStringLiteral("test portal %1").arg(++count);
+}
+
+/// What is asked by dialogs, and how.
+const QMap<QString, QString> kDialogs{
+    {QStringLiteral("FileChooser.OpenFile"), QStringLiteral("ssa{sv}")},
+    {QStringLiteral("FileChooser.SaveFile"), QStringLiteral("ssa{sv}")},
+    {QStringLiteral("OpenURI.OpenFile"), QStringLiteral("sha{sv}")},
+    {QStringLiteral("Email.ComposeEmail"), QStringLiteral("sa{sv}")},
+    {QStringLiteral("Print.PreparePrint"), QStringLiteral("ssa{sv}a{sv}a{sv}")},
+    {QStringLiteral("Print.Print"), QStringLiteral("ssha{sv}")},
+};
+
+QByteArray contentsOf(const QDBusUnixFileDescriptor& descriptor)
+{
+    QFile file;
+    return file.open(descriptor.fileDescriptor(), QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
 /// Empty when they don't have the documented type.
@@ -57,6 +75,7 @@ TestPortal::TestPortal(const QString& address)
                               : QDBusConnection::connectToBus(address, m_connectionName))
 {
     qDBusRegisterMetaType<QMap<QString, QVariantMap>>();
+    qDBusRegisterMetaType<QList<QDBusUnixFileDescriptor>>();
     m_running = m_bus.registerVirtualObject(kPath, this, QDBusConnection::SubPath) && m_bus.registerService(kName);
 }
 
@@ -81,9 +100,15 @@ QString TestPortal::introspect(const QString&) const
 bool TestPortal::handleMessage(const QDBusMessage& message, const QDBusConnection&)
 {
     const QString call = message.interface() + QLatin1Char('.') + message.member();
-    if (call == QLatin1String("org.freedesktop.portal.FileChooser.OpenFile"))
-        openFile(message);
-    else if (call == QLatin1String("org.freedesktop.portal.Settings.ReadAll"))
+    const QString name = call.mid(QStringLiteral("org.freedesktop.portal.").size());
+    if (kDialogs.contains(name))
+        ask(name, message);
+    else if (call == QLatin1String("org.freedesktop.DBus.Properties.Get"))
+        m_bus.send(message.createReply(QVariant::fromValue(QDBusVariant(3u))));
+    else if (call == QLatin1String("org.freedesktop.FileManager1.ShowItems")) {
+        m_shownItems += message.arguments().at(0).toStringList();
+        m_bus.send(message.createReply());
+    } else if (call == QLatin1String("org.freedesktop.portal.Settings.ReadAll"))
         readAll(message);
     else if (call == QLatin1String("org.freedesktop.portal.Request.Close"))
         m_closed.append(message.path());
@@ -92,17 +117,32 @@ bool TestPortal::handleMessage(const QDBusMessage& message, const QDBusConnectio
     return true;
 }
 
-void TestPortal::openFile(const QDBusMessage& call)
+void TestPortal::serveFileManager()
 {
-    if (m_manner == Manner::Refuses || call.signature() != QLatin1String("ssa{sv}")) {
+    m_running = m_bus.registerVirtualObject(QStringLiteral("/org/freedesktop/FileManager1"), this) &&
+                m_bus.registerService(QStringLiteral("org.freedesktop.FileManager1"));
+}
+
+void TestPortal::ask(const QString& name, const QDBusMessage& call)
+{
+    if (m_manner == Manner::Refuses || call.signature() != kDialogs[name]) {
         m_bus.send(call.createErrorReply(QDBusError::Failed, QStringLiteral("there is no display")));
         return;
     }
+    const QVariantList arguments = call.arguments();
     Question question;
-    question.parentWindow = call.arguments().at(0).toString();
-    question.title = call.arguments().at(1).toString();
-    question.options = qdbus_cast<QVariantMap>(call.arguments().at(2));
+    question.call = name;
+    question.parentWindow = arguments.at(0).toString();
+    if (call.signature().startsWith(QLatin1String("ss")))
+        question.title = arguments.at(1).toString();
+    for (const QVariant& argument : arguments)
+        if (argument.canConvert<QDBusUnixFileDescriptor>())
+            question.file = contentsOf(argument.value<QDBusUnixFileDescriptor>());
+    question.options = qdbus_cast<QVariantMap>(arguments.last());
     question.filters = filtersIn(question.options.take(QStringLiteral("filters")));
+    for (const auto& attachment :
+         qdbus_cast<QList<QDBusUnixFileDescriptor>>(question.options.take(QStringLiteral("attachment_fds"))))
+        question.file += contentsOf(attachment);
     question.sender = call.service();
     const QString token = m_manner == Manner::NamesItself
                               ? QStringLiteral("t%1").arg(m_questions.size())

@@ -14,11 +14,11 @@
 
 namespace lamina::test {
 
-/// Stands in for the desktop's portals on the session bus: records what its file chooser is asked and answers as told,
-/// and keeps settings. Lives in the thread that makes it and answers when that thread's event loop runs.
+/// Stands in for the desktop's portals on the session bus: records what its dialogs are asked and answers as told, and
+/// keeps settings. Lives in the thread that makes it and answers when that thread's event loop runs.
 class TestPortal : public QDBusVirtualObject {
 public:
-    /// How the chooser takes a question.
+    /// How a dialog takes a question.
     enum class Manner {
         Asks,         ///< gives the handle that was asked for, and waits for `respond`
         NamesItself,  ///< the same with a handle of its own choosing, as old portals
@@ -32,9 +32,11 @@ public:
         bool operator==(const Filter&) const = default;
     };
     struct Question {
+        QString call; ///< "FileChooser.OpenFile"
         QString parentWindow;
         QString title;
-        QVariantMap options; ///< all but the filters
+        QByteArray file;     ///< contents of the one that is handed over
+        QVariantMap options; ///< all but the filters and what is handed over
         std::vector<Filter> filters;
         QString handle; ///< of the request
         QString sender;
@@ -52,6 +54,11 @@ public:
     /// From now on every question is answered at once (with manner `Asks`, after the handle).
     void setAnswer(unsigned code, const QVariantMap& results) { m_answer = {code, results}; }
     void setChoice(const QStringList& uris) { setAnswer(0, {{QStringLiteral("uris"), uris}}); }
+
+    /// Serves the file manager as well, on the same bus.
+    void serveFileManager();
+    /// What that was to show.
+    const QStringList& shownItems() const { return m_shownItems; }
 
     const std::vector<Question>& questions() const { return m_questions; }
     /// Handles for which Close was called.
@@ -73,7 +80,7 @@ public:
     bool handleMessage(const QDBusMessage& message, const QDBusConnection& connection) override;
 
 private:
-    void openFile(const QDBusMessage& call);
+    void ask(const QString& name, const QDBusMessage& call);
     void readAll(const QDBusMessage& call);
 
     QString m_connectionName;
@@ -84,6 +91,7 @@ private:
     std::vector<Question> m_questions;
     QDBusMessage m_lastCall;
     QStringList m_closed;
+    QStringList m_shownItems;
     QMap<QString, QVariantMap> m_settings;
     int m_settingsReads = 0;
 };

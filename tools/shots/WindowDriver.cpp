@@ -245,6 +245,17 @@ void WindowDriver::dragCanvas(QPointF by)
     settle();
 }
 
+void WindowDriver::drag(QPointF start, QPointF by)
+{
+    QTest::touchEvent(&view(), m_fingers.get()).press(0, start.toPoint(), &view());
+    for (int step = 1; step <= kDragSteps; ++step) {
+        QTest::touchEvent(&view(), m_fingers.get()).move(0, (start + by * step / kDragSteps).toPoint(), &view());
+        QGuiApplication::processEvents(); // the window joins moves until it draws
+    }
+    QTest::touchEvent(&view(), m_fingers.get()).release(0, (start + by).toPoint(), &view());
+    settle();
+}
+
 void WindowDriver::dragCanvasWithMouse(QPointF by)
 {
     const QPointF start = middleOf(shownCanvas());

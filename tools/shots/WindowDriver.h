@@ -80,6 +80,8 @@ public:
     /// The finger's drag without its end.
     void beginDrag(QPointF by);
     void dragCanvasWithMouse(QPointF by);
+    /// One finger from a place of the window, by all of the way that it goes.
+    void drag(QPointF start, QPointF by);
     /// What the mouse's pointer looks like, once it has moved to a place of the window.
     Qt::CursorShape pointerAt(QPointF place);
     Qt::CursorShape pointer();

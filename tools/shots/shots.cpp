@@ -3,15 +3,28 @@
 #include "WindowDriver.h"
 
 #include "app/ViewController.h"
+#include "export/ExportScenes.h"
+#include "export/JPGController.h"
+#include "export/MP4VideoController.h"
+#include "export/PDFPrintController.h"
+#include "export/PNGController.h"
+#include "export/SVGController.h"
+#include "export/SavingTypeController.h"
+#include "export/ShareController.h"
 #include "hud/ProgressOverlay.h"
 #include "hud/SVProgressHUD.h"
+#include "platform/files/FileWriting.h"
+#include "platform/media/VideoExport.h"
 #include "platform/view/UIAlertController.h"
+#include "platform/view/UIStoryboard.h"
 
 #include <QDir>
 #include <QGuiApplication>
 #include <QTemporaryDir>
 
+#include <cstdint>
 #include <cstdio>
+#include <vector>
 
 using namespace lamina;
 using namespace lamina::test;
@@ -58,6 +71,119 @@ void shootPanels(Shooter& shooter)
     shooter.shoot("work-failed");
     shooter.driver().press(Qt::Key_Escape);
     shooter.driver().settle();
+}
+
+/// The exporters' sheets over the editor, each with something chosen, and the two lists that they open.
+class ExportShooter {
+public:
+    ExportShooter(Shooter& shooter, UIViewController& editor, UIImage picture)
+        : m_shooter(shooter)
+        , m_editor(editor)
+        , m_picture(std::move(picture))
+    {
+    }
+
+    void shootAll()
+    {
+        openFor<JPGController>(SavingtypeMethod::jpg, [](JPGController& sheet) { sheet.qualitySlideraction(0.55F); });
+        shoot("save-jpg");
+        openFor<PNGController>(SavingtypeMethod::png, [](PNGController& sheet) {
+            sheet.sizeSliderAction(1.5F);
+            sheet.handletrasnparentTap();
+        });
+        shoot("save-png");
+        open(SavingtypeMethod::pdfStandard);
+        shoot("save-pdf");
+        const auto print = openFor<PDFPrintController>(SavingtypeMethod::pdfPrint, [](PDFPrintController& sheet) {
+            sheet.handlecropTap();
+            sheet.handleppiTap();
+        });
+        print->handleprofileTap();
+        m_shooter.shoot("color-profile");
+        print->profileSelected(1);
+        shoot("save-print");
+        openFor<SVGController>(SavingtypeMethod::svg, [](SVGController& sheet) { sheet.handletrasnparentTap(); });
+        shoot("save-svg");
+        openFor<MP4VideoController>(SavingtypeMethod::mp4, [](auto& sheet) { sheet.qualitySliderAction(0.8F); });
+        shoot("save-mp4");
+        open(SavingtypeMethod::tiff)->handlefileTap();
+        m_shooter.shoot("type-of-tiff");
+        m_shooter.driver().press(Qt::Key_Escape);
+        shoot("save-tiff");
+        shootClip();
+    }
+
+private:
+    std::shared_ptr<ExporterViewController> open(SavingtypeMethod type, const std::string& clip = {})
+    {
+        const auto sheet = UIStoryboard::named(kMainStoryboard)
+                               ->instantiate<ExporterViewController>(kExporterScenes[static_cast<int>(type)]);
+        if (clip.empty())
+            sheet->setShareImage(m_picture);
+        sheet->setVideoUrl(clip);
+        sheet->setModalPresentationStyle(UIModalPresentationStyle::OverCurrentContext);
+        m_editor.present(sheet, true);
+        m_shooter.driver().settle();
+        return sheet;
+    }
+    template <class Sheet, class Choose>
+    std::shared_ptr<Sheet> openFor(SavingtypeMethod type, const Choose& choose)
+    {
+        auto sheet = std::dynamic_pointer_cast<Sheet>(open(type));
+        choose(*sheet);
+        return sheet;
+    }
+    void shoot(const char* name)
+    {
+        m_shooter.shoot(name);
+        m_shooter.driver().press(Qt::Key_Escape);
+    }
+    /// A film has another row suggested, and other types say what becomes of it.
+    void shootClip()
+    {
+        const QTemporaryDir folder;
+        const std::string clip = folder.filePath(QStringLiteral("clip.mp4")).toStdString();
+        if (!writeStillVideo({.picture = m_picture, .seconds = 0.1, .soundFile = {}}, clip))
+            return;
+        const auto sheet = open(SavingtypeMethod::png, clip);
+        WindowDriver::waitUntil([&] { return !sheet->isLoading(); });
+        shoot("save-clip-as-png");
+    }
+
+    Shooter& m_shooter;
+    UIViewController& m_editor;
+    UIImage m_picture;
+};
+
+/// The end of an export: what was saved, and what can be done with it on a machine that can do everything.
+void shootShare(Shooter& shooter, UIViewController& editor, const SaveModelDetails& details, const char* sheetName,
+                const char* name)
+{
+    WindowDriver& driver = shooter.driver();
+    const auto share = UIStoryboard::named(kMainStoryboard)->instantiate<ShareController>(exportscene::kShare);
+    share->setDetails(details);
+    share->setModalPresentationStyle(UIModalPresentationStyle::OverCurrentContext);
+    editor.present(share, true);
+    const auto told = [&] { return share->toastAlpha().value() > 0 && !share->fileSize().isEmpty(); };
+    if (!driver.waitFor<UIActivityViewController>() || !WindowDriver::waitUntil(told))
+        return;
+    using Type = UIActivityType;
+    driver.top<UIActivityViewController>()->setServed(
+        {Type::OpenWith, Type::Mail, Type::Copy, Type::SaveCopy, Type::ShowInFolder, Type::Print});
+    shooter.shoot(sheetName);
+    driver.press(Qt::Key_Escape);
+    shooter.shoot(name);
+    driver.press(Qt::Key_Escape);
+}
+
+void shootShares(Shooter& shooter, UIViewController& editor, const UIImage& picture)
+{
+    const QString folder = QDir::homePath() + QStringLiteral("/Documents/Lamina");
+    const std::string file = (folder + QStringLiteral("/UntitledPdf.pdf")).toStdString();
+    if (!QDir().mkpath(folder) || !writeFileAtomically(file, std::vector<std::uint8_t>(2'345'678)))
+        return;
+    shootShare(shooter, editor, {picture, {}, SavingtypeMethod::jpg}, "send-jpg", "share-jpg");
+    shootShare(shooter, editor, {picture, file, SavingtypeMethod::pdfPrint}, "send-pdf", "share-pdf");
 }
 
 void shootRoad(const LaunchOptions& options, const QString& prefix)
@@ -123,6 +249,9 @@ void shootRoad(const LaunchOptions& options, const QString& prefix)
     blend->backBtn();
     shooter.shoot("discard");
     driver.press(Qt::Key_Escape);
+    if (!getenv("DBGS"))
+        ExportShooter(shooter, *blend, blend->flattened()).shootAll();
+    shootShares(shooter, *blend, blend->flattened());
     blend->shareBtn();
     WindowDriver::waitUntil([&] { return !blend->notice().isEmpty(); }, 5);
     shooter.shoot("saved");

@@ -35,6 +35,8 @@ std::shared_ptr<View> makeSquareView(double side)
 
 BlendPhotoViewController::BlendPhotoViewController()
     : CompositionEditor(kBlendTools, blendtool::kPan)
+    , m_finish(std::make_shared<ExportFinish>(*this,
+                                              ExportedWork{[this] { return flattened(); }, [this] { workExported(); }}))
 {
     setToolAction(blendtool::kReset, [this] { resetBtn(); });
     setToolAction(blendtool::kPan, [this] { panBtn(); });
@@ -317,7 +319,9 @@ void BlendPhotoViewController::backBtn()
 
 void BlendPhotoViewController::shareBtn()
 {
-    savePicture();
+    cancelGestures();
+    bringStickersToFront();
+    m_finish->openChooser();
 }
 
 } // namespace lamina

@@ -2,6 +2,7 @@
 
 #include "editors/blend/BlendComposition.h"
 #include "editors/common/CompositionEditor.h"
+#include "export/ExportFinish.h"
 #include "platform/base/CGGeometry.h"
 #include "platform/view/AnimatedProperty.h"
 #include "platform/view/UIImageMetaType.h"
@@ -75,7 +76,7 @@ public:
     /// Asks whether to discard the work. Yes: posts `kDismissEditorsNotification` with this screen as its sender, and
     /// empties the two slots.
     Q_INVOKABLE void backBtn();
-    /// See EditorViewController::savePicture.
+    /// Takes the work away: see ExportFinish. Stickers come to the front.
     Q_INVOKABLE void shareBtn();
 
     UIView& baseView() const { return *m_baseView; }
@@ -142,6 +143,7 @@ private:
     void bringStickersToFront();
     std::optional<std::size_t> photoOf(const UIView* view) const;
 
+    std::shared_ptr<ExportFinish> m_finish;
     Panels m_panels;
     double m_side = 0; ///< W
     double m_toolSpacing = 0;

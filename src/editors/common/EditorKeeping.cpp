@@ -48,4 +48,17 @@ void EditorViewController::tellNotKept(const Error& error)
         QString::fromStdString(localizedText("Your work can’t be kept safe: %1", {localizedString(error.cause)})));
 }
 
+void EditorViewController::dismissNotice()
+{
+    setNotice({});
+}
+
+void EditorViewController::setNotice(const QString& notice)
+{
+    if (notice == m_notice)
+        return;
+    m_notice = notice;
+    emit noticeChanged();
+}
+
 } // namespace lamina

@@ -86,7 +86,6 @@ AppScreen {
             width: Math.min(implicitWidth, bar.room - 2 * Tokens.touch.iconButton - space.width)
             kind: "pill"
             text: qsTranslate("Lamina", "Save")
-            enabled: !editor.controller.saving
             onClicked: editor.controller.shareBtn()
         }
     }
@@ -152,9 +151,7 @@ AppScreen {
         room: fits ? measures.noticeWidth : measures.side - 2 * Tokens.space.m
         x: Math.round((fits ? measures.noticeMiddle : measures.x + measures.side / 2) - width / 2)
         y: (fits ? foot : measures.canvasFoot - Tokens.space.m) - height
-        action: editor.controller.noticeAction
         text: editor.controller.notice
-        onActed: editor.controller.actOnNotice()
         onDone: editor.controller.dismissNotice()
     }
 }

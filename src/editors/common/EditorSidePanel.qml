@@ -45,7 +45,6 @@ SidePanel {
         width: parent.width - 2 * Tokens.space.sheetMargin
         y: parent.height - height - Tokens.space.sheetMargin
         text: qsTranslate("Lamina", "Save")
-        enabled: !panel.controller.saving
         onClicked: panel.controller.shareBtn()
     }
 }

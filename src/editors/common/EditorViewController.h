@@ -41,9 +41,7 @@ class EditorViewController : public UIViewController {
     Q_PROPERTY(bool canUndo READ canUndo NOTIFY historyChanged FINAL)
     Q_PROPERTY(bool canRedo READ canRedo NOTIFY historyChanged FINAL)
     Q_PROPERTY(bool edited READ isEdited NOTIFY editedChanged FINAL)
-    Q_PROPERTY(bool saving READ isSaving NOTIFY savingChanged FINAL)
     Q_PROPERTY(QString notice READ notice NOTIFY noticeChanged FINAL)
-    Q_PROPERTY(QString noticeAction READ noticeAction NOTIFY noticeChanged FINAL)
 
 public:
     /// See EditorToolBar.
@@ -92,14 +90,8 @@ public:
     virtual bool resumeWork(std::shared_ptr<KeptWork> work) = 0;
     void viewWillDisappear(bool animated) override;
 
-    /// Whether a picture is being saved.
-    bool isSaving() const { return m_saving; }
-    /// Where the last picture was saved, until it is dismissed or the next one is; empty: nothing to tell.
+    /// That the work can't be kept, until it is dismissed; empty: nothing to tell.
     QString notice() const { return m_notice; }
-    /// What can be done about the notice, in a word; empty: nothing.
-    QString noticeAction() const;
-    /// Does it: opens the folder of the picture that was saved. The notice goes.
-    Q_INVOKABLE void actOnNotice();
     /// Takes the notice away.
     Q_INVOKABLE void dismissNotice();
 
@@ -110,7 +102,6 @@ signals:
     void barChanged();
     void historyChanged();
     void editedChanged();
-    void savingChanged();
     void noticeChanged();
 
 protected:
@@ -159,10 +150,9 @@ protected:
     void keepWork(const KeptKind& kind, std::function<KeptWork::Write()> record);
     WorkKeeper& keeper() { return m_keeper; }
 
-    /// Saves the flattened picture as a PNG file in the photo library's folder, in the background, and puts up a
-    /// notice; what goes wrong is told in an alert. Nothing while a picture is being saved. What was saved is not kept
-    /// any more.
-    void savePicture();
+    /// The work as it was when it was last flattened is safe elsewhere: it is not kept any more, unless it has changed
+    /// since.
+    void workExported();
     /// Asks whether to discard the work; yes runs `discard`, unless the editor is gone by then.
     void askToDiscard(std::function<void()> discard);
 
@@ -190,22 +180,18 @@ private:
 
     void endGesture(const UIGestureRecognizer& gesture, EditSeries series);
     void tellEdited();
-    void saved(const Result<std::string>& path, int revision);
     UIImage workPrint() const;
     void tellNotKept(const Error& error);
-    void showSaveFailure(const Error& error);
-    void setSaving(bool saving);
-    void setNotice(const QString& notice, const std::string& savedPath = {});
+    void setNotice(const QString& notice);
 
     EditorToolBar m_toolBar;
     QVariantList m_tools; ///< of m_toolBar, made when it changes
     std::map<std::string, std::function<void()>, std::less<>> m_toolActions;
     ChangeNotifier m_notifier;
     bool m_edited = false;
-    bool m_saving = false;
     QString m_notice;
-    std::string m_savedPath; ///< of the notice
     WorkKeeper m_keeper;
+    int m_flattenedRevision = 0;
     NotificationObserver m_leaving;
 };
 

@@ -1,5 +1,13 @@
 #include "export/functions/ExportWork.h"
 
+#include "export/functions/JPGFunction.h"
+#include "export/functions/MP4Function.h"
+#include "export/functions/PDFPrintFunction.h"
+#include "export/functions/PDFStandardFunction.h"
+#include "export/functions/PNGFunctionClass.h"
+#include "export/functions/SVGFunction.h"
+#include "export/functions/TiffFunction.h"
+
 #include <array>
 #include <cstddef>
 
@@ -9,12 +17,12 @@ namespace {
 
 /// By the type's number.
 constexpr std::array<ExportFunction, kSavingTypeCount> kFunctions = {
+    exportJPG,         exportPNG,      exportPDFStandard, exportPDFPrint, exportSVG, exportMP4, exportTIFF,
     nullptr, // jpg
     nullptr, // png
-    nullptr, // pdfStandard
-    nullptr, // pdfPrint
+    exportPDFStandard, exportPDFPrint,
     nullptr, // svg
-    nullptr, // mp4
+    exportMP4,
     nullptr, // tiff
 };
 
@@ -23,10 +31,7 @@ constexpr std::array<ExportFunction, kSavingTypeCount> kFunctions = {
 Result<ExportedFile> runExport(SavingtypeMethod type, const ExportSource& source, const ExportOptions& options,
                                const ExportPlace& place, const ExportWatch& watch)
 {
-    const ExportFunction run = kFunctions[static_cast<std::size_t>(type)];
-    if (!run)
-        return Error{{}, "this type can't be saved yet"};
-    return run(source, options, place, watch);
+    return kFunctions[static_cast<std::size_t>(type)](source, options, place, watch);
 }
 
 } // namespace lamina

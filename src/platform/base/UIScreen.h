@@ -10,7 +10,7 @@ struct UIScreen {
     CGSize bounds{375, 667}; ///< points, upright; the default is a common phone
     double scale = 3;        ///< pixels per point, at least 1
 
-    /// The screen in force; the default one until it is set. Main thread.
+    /// The screen in force; the default one until it is set. From any thread.
     static UIScreen main();
     /// Takes effect for what is loaded afterwards. A scale below 1 (or not finite) counts as 1, and sides that are not
     /// positive and finite as the default's. Main thread.

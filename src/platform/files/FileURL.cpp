@@ -87,4 +87,20 @@ Result<std::string> pathOfFileURL(std::string_view url)
     return path;
 }
 
+std::string fileURLOfPath(std::string_view path)
+{
+    constexpr std::string_view kPlain = "/-._~";
+    constexpr std::string_view kDigits = "0123456789ABCDEF";
+    std::string url = "file://";
+    for (const char c : path) {
+        const auto byte = static_cast<unsigned char>(c);
+        if ((c >= '0' && c <= '9') || (lowercased(c) >= 'a' && lowercased(c) <= 'z') ||
+            kPlain.find(c) != std::string_view::npos)
+            url += c;
+        else
+            (url += '%') += {kDigits[byte >> 4], kDigits[byte & 15]};
+    }
+    return url;
+}
+
 } // namespace lamina

@@ -15,4 +15,7 @@ namespace lamina {
 /// none, the URL without what may be a password. Usable from any thread.
 Result<std::string> pathOfFileURL(std::string_view url);
 
+/// The "file:" URL of an absolute path, every byte that is not plain in URLs escaped. Usable from any thread.
+std::string fileURLOfPath(std::string_view path);
+
 } // namespace lamina

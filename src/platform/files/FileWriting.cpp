@@ -9,6 +9,7 @@
 #include <optional>
 #include <sys/stat.h>
 #include <unistd.h>
+#include <utility>
 
 namespace lamina {
 
@@ -29,14 +30,44 @@ std::optional<std::filesystem::path> followLinks(std::filesystem::path path)
 }
 
 /// Pipes and devices have nothing to be replaced.
-int writeThrough(const std::filesystem::path& target, std::span<const std::uint8_t> bytes)
+int writeThrough(const std::filesystem::path& target, const FilePieces& pieces)
 {
     const int descriptor = ::open(target.c_str(), O_WRONLY | O_CLOEXEC | O_NOCTTY);
-    return descriptor < 0 ? errno : writeAndClose(descriptor, bytes);
+    int error = descriptor < 0 ? errno : 0;
+    for (auto piece = pieces(); error == 0 && !piece.empty(); piece = pieces())
+        error = writeAll(descriptor, piece);
+    const int closing = descriptor < 0 ? 0 : writeAndClose(descriptor, {});
+    return error != 0 ? error : closing;
+}
+
+/// What is in memory already.
+FilePieces onePiece(std::span<const std::uint8_t> bytes)
+{
+    return [bytes]() mutable { return std::exchange(bytes, {}); };
 }
 
 /// Writes the open file and closes it; the cause where it failed for another reason than the file.
 using Filling = std::function<std::string(UnfinishedFile& file)>;
+
+Filling fillingWith(const FilePieces& pieces)
+{
+    return [&pieces](UnfinishedFile& file) {
+        for (auto piece = pieces(); file.error() == 0 && !piece.empty(); piece = pieces())
+            file.append(piece);
+        file.close();
+        return std::string();
+    };
+}
+
+Filling fillingBy(const FileFiller& fill)
+{
+    return [&fill](UnfinishedFile& file) {
+        const FileSizeSignalBlocker blocker;
+        const Outcome outcome = fill(file.descriptorPath());
+        file.close();
+        return outcome ? std::string() : outcome.error().cause;
+    };
+}
 
 /// The cause of failure, empty on success.
 std::string replaceFile(const std::filesystem::path& target, const struct stat* existing, const Filling& fill)
@@ -77,32 +108,8 @@ Outcome write(const std::string& path, const Filling& fill,
     return success();
 }
 
-} // namespace
-
-Outcome writeFileAtomically(const std::string& path, std::span<const std::uint8_t> bytes)
-{
-    const auto fill = [bytes](UnfinishedFile& file) {
-        file.write(bytes);
-        return std::string();
-    };
-    return write(path, fill, [bytes](const std::filesystem::path& target) {
-        const int error = writeThrough(target, bytes);
-        return error != 0 ? writingFailure(error) : std::string();
-    });
-}
-
-Outcome writeFileAtomically(const std::string& path, const FileFiller& fill)
-{
-    const auto filling = [&fill](UnfinishedFile& file) {
-        const FileSizeSignalBlocker blocker;
-        const Outcome outcome = fill(file.descriptorPath());
-        file.close();
-        return outcome ? std::string() : outcome.error().cause;
-    };
-    return write(path, filling, [](const std::filesystem::path&) { return std::string(cause::kNotRegular); });
-}
-
-Result<bool> writeNewFile(const std::string& path, std::span<const std::uint8_t> bytes)
+/// Under a name that is free: false when it is not.
+Result<bool> claimName(const std::string& path, const Filling& fill)
 {
     if (path.empty() || path.find('\0') != std::string::npos)
         return Error{path, cause::kNoFileName};
@@ -110,13 +117,75 @@ Result<bool> writeNewFile(const std::string& path, std::span<const std::uint8_t>
     if (!target.has_filename())
         return Error{path, writingFailure(EISDIR)};
     UnfinishedFile file(target);
-    file.write(bytes);
-    file.claim(target);
-    if (file.error() == EEXIST)
-        return false;
+    if (file.error() == 0)
+        if (std::string cause = fill(file); !cause.empty())
+            return Error{path, std::move(cause)};
+    const bool claimed = file.claim(target);
     if (file.error() != 0)
         return Error{path, writingFailure(file.error())};
-    return true;
+    return claimed;
+}
+
+Result<std::string> writeNumbered(const std::string& stem, const std::string& extension, const Filling& fill)
+{
+    std::string path = stem + extension;
+    UnfinishedFile file{std::filesystem::path(path)};
+    if (file.error() == 0)
+        if (std::string cause = fill(file); !cause.empty())
+            return Error{path, cause};
+    constexpr int kMostNames = 10'000; // far more than a user or a script writes of one name
+    for (int number = 1; number <= kMostNames; ++number) {
+        if (number > 1)
+            path = stem + ' ' + std::to_string(number) + extension;
+        if (file.claim(path))
+            return path;
+        if (file.error() != 0)
+            return Error{path, writingFailure(file.error())};
+    }
+    return Error{stem + extension, "too many files of this name"};
+}
+
+} // namespace
+
+Outcome writeFileAtomically(const std::string& path, std::span<const std::uint8_t> bytes)
+{
+    return writeFileAtomically(path, onePiece(bytes));
+}
+
+Outcome writeFileAtomically(const std::string& path, const FilePieces& pieces)
+{
+    return write(path, fillingWith(pieces), [&pieces](const std::filesystem::path& target) {
+        const int error = writeThrough(target, pieces);
+        return error != 0 ? writingFailure(error) : std::string();
+    });
+}
+
+Outcome writeFileAtomically(const std::string& path, const FileFiller& fill)
+{
+    return write(path, fillingBy(fill), [](const std::filesystem::path&) { return std::string(cause::kNotRegular); });
+}
+
+Result<bool> writeNewFile(const std::string& path, std::span<const std::uint8_t> bytes)
+{
+    const FilePieces pieces = onePiece(bytes);
+    return claimName(path, fillingWith(pieces));
+}
+
+Result<bool> writeNewFile(const std::string& path, const FileFiller& fill)
+{
+    return claimName(path, fillingBy(fill));
+}
+
+Result<std::string> writeNumberedFile(const std::string& stem, const std::string& extension, const FileFiller& fill)
+{
+    return writeNumbered(stem, extension, fillingBy(fill));
+}
+
+Result<std::string> writeNumberedFile(const std::string& stem, const std::string& extension,
+                                      std::span<const std::uint8_t> bytes)
+{
+    const FilePieces pieces = onePiece(bytes);
+    return writeNumbered(stem, extension, fillingWith(pieces));
 }
 
 Outcome writePrivateFile(const std::string& path, std::span<const std::uint8_t> bytes)

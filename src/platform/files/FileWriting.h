@@ -19,6 +19,12 @@ namespace lamina {
 /// ".lamina-unfinished".
 Outcome writeFileAtomically(const std::string& path, std::span<const std::uint8_t> bytes);
 
+/// Gives what a file is to hold piece by piece, each valid until the next is asked for; an empty one is the end.
+using FilePieces = std::function<std::span<const std::uint8_t>()>;
+
+/// The same for what is never whole in memory.
+Outcome writeFileAtomically(const std::string& path, const FilePieces& pieces);
+
 /// Writes a file by the path that it is given, which lasts as long as the call; an error's subject is ignored.
 using FileFiller = std::function<Outcome(const std::string& path)>;
 
@@ -32,6 +38,15 @@ Outcome writeFileAtomically(const std::string& path, const FileFiller& fill);
 /// name at once, in this process or another, one gets it. The error's subject is the path. The temporary file is as
 /// above. Usable from any thread.
 Result<bool> writeNewFile(const std::string& path, std::span<const std::uint8_t> bytes);
+/// The same for what `fill` writes, as above.
+Result<bool> writeNewFile(const std::string& path, const FileFiller& fill);
+
+/// Writes the whole file, or nothing, under the first name of STEM.EXT, "STEM 2.EXT", "STEM 3.EXT" ... that is free,
+/// and gives its path; `stem` is a path, `extension` begins with its full stop. No file is ever replaced, also when
+/// several want the same names at once. `fill` and the rest are as above.
+Result<std::string> writeNumberedFile(const std::string& stem, const std::string& extension, const FileFiller& fill);
+Result<std::string> writeNumberedFile(const std::string& stem, const std::string& extension,
+                                      std::span<const std::uint8_t> bytes);
 
 /// Writes the whole file or nothing, for the owner alone (mode 0600), whatever bears the name: that is replaced, and
 /// not followed where it is a link. The bytes are on the device before the file takes its name, so that a loss of power

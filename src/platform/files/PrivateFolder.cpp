@@ -3,12 +3,14 @@
 #include "platform/files/FileCauses.h"
 
 #include <cerrno>
+#include <chrono>
 #include <cstdlib>
 #include <fcntl.h>
 #include <filesystem>
 #include <string_view>
 #include <sys/file.h>
 #include <sys/stat.h>
+#include <system_error>
 
 namespace lamina {
 
@@ -17,12 +19,34 @@ namespace fs = std::filesystem;
 namespace {
 
 constexpr mode_t kOwnerOnly = 0700;
+constexpr std::chrono::hours kLeftoversKept{24};
 
 /// A variable that names no absolute path counts as unset.
 std::string_view folderInEnvironment(const char* name)
 {
     const char* const value = std::getenv(name);
     return value != nullptr && *value == '/' ? value : std::string_view();
+}
+
+/// "lamina" in the folder that the variable names, else in `standard` of the user's home; empty without either.
+std::string ownFolder(const char* variable, std::string_view standard)
+{
+    if (const std::string_view named = folderInEnvironment(variable); !named.empty())
+        return std::string(named) + "/lamina";
+    const std::string_view home = folderInEnvironment("HOME");
+    return home.empty() ? std::string() : std::string(home) + std::string(standard) + "/lamina";
+}
+
+/// What can't be looked at or removed stays for the next time.
+void removeLeftovers(const std::string& folder)
+{
+    const fs::file_time_type oldest = fs::file_time_type::clock::now() - kLeftoversKept;
+    std::error_code failure;
+    for (fs::directory_iterator entry(folder, failure); !failure && entry != fs::end(entry); entry.increment(failure)) {
+        std::error_code ignored;
+        if (entry->symlink_status(ignored).type() == fs::file_type::regular && entry->last_write_time(ignored) < oldest)
+            fs::remove(entry->path(), ignored);
+    }
 }
 
 bool isSameFolder(int descriptor, const std::string& path)
@@ -37,10 +61,28 @@ bool isSameFolder(int descriptor, const std::string& path)
 
 std::string stateFolder()
 {
-    if (const std::string_view state = folderInEnvironment("XDG_STATE_HOME"); !state.empty())
-        return std::string(state) + "/lamina";
-    const std::string_view home = folderInEnvironment("HOME");
-    return home.empty() ? std::string() : std::string(home) + "/.local/state/lamina";
+    return ownFolder("XDG_STATE_HOME", "/.local/state");
+}
+
+Result<std::string> temporaryFolder()
+{
+    const std::string own = ownFolder("XDG_CACHE_HOME", "/.cache");
+    if (own.empty())
+        return Error{{}, "there is no folder for temporary files"};
+    const std::string folder = own + "/temporary";
+    if (Outcome made = makePrivateFolder(folder); !made)
+        return made.error();
+    removeLeftovers(folder);
+    return folder;
+}
+
+Outcome makeFolder(const std::string& path)
+{
+    std::error_code failure;
+    fs::create_directories(path, failure);
+    if (failure)
+        return Error{path, writingFailure(failure.value())};
+    return success();
 }
 
 Outcome makePrivateFolder(const std::string& path)

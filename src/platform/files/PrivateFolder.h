@@ -14,6 +14,16 @@ namespace lamina {
 /// thread.
 std::string stateFolder();
 
+/// A folder of our own for files that are to be gone some day, for the owner alone: "lamina/temporary" in the user's
+/// folder for caches ($XDG_CACHE_HOME, else ~/.cache), which lies on a disk and can't be made by somebody else before
+/// us. It is made, and files in it that were last written more than a day ago are removed. The error's subject is the
+/// folder. Usable from any thread.
+Result<std::string> temporaryFolder();
+
+/// Makes the folder, and those above it that are missing, as folders usually are. The error's subject is the path.
+/// Usable from any thread.
+Outcome makeFolder(const std::string& path);
+
 /// Makes the folder, and those above it that are missing, for the owner alone (mode 0700); one that is there becomes
 /// so. The error's subject is the path. Usable from any thread.
 Outcome makePrivateFolder(const std::string& path);

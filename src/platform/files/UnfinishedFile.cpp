@@ -84,7 +84,7 @@ FileSizeSignalBlocker::~FileSizeSignalBlocker()
     pthread_sigmask(SIG_SETMASK, &m_before, nullptr);
 }
 
-int writeAndClose(int descriptor, std::span<const std::uint8_t> bytes, Durability durability)
+int writeAll(int descriptor, std::span<const std::uint8_t> bytes)
 {
     const FileSizeSignalBlocker blocker;
     int error = 0;
@@ -95,6 +95,12 @@ int writeAndClose(int descriptor, std::span<const std::uint8_t> bytes, Durabilit
         else if (errno != EINTR)
             error = errno;
     }
+    return error;
+}
+
+int writeAndClose(int descriptor, std::span<const std::uint8_t> bytes, Durability durability)
+{
+    int error = writeAll(descriptor, bytes);
     if (durability == Durability::OnDevice && error == 0 && ::fdatasync(descriptor) != 0)
         error = errno;
     const int closing = closed(descriptor);
@@ -144,6 +150,12 @@ void UnfinishedFile::write(std::span<const std::uint8_t> bytes, Durability durab
         m_error = writeAndClose(std::exchange(m_descriptor, -1), bytes, durability);
 }
 
+void UnfinishedFile::append(std::span<const std::uint8_t> bytes)
+{
+    if (m_error == 0)
+        m_error = writeAll(m_descriptor, bytes);
+}
+
 std::string UnfinishedFile::descriptorPath() const
 {
     return "/proc/self/fd/" + std::to_string(m_descriptor);
@@ -165,19 +177,21 @@ void UnfinishedFile::replace(const std::filesystem::path& target)
         m_exists = false;
 }
 
-void UnfinishedFile::claim(const std::filesystem::path& target)
+bool UnfinishedFile::claim(const std::filesystem::path& target)
 {
     if (m_error != 0)
-        return;
+        return false;
     if (::renameat2(AT_FDCWD, m_path.c_str(), AT_FDCWD, target.c_str(), RENAME_NOREPLACE) == 0) {
         m_exists = false;
-        return;
+        return true;
     }
     // Network file systems refuse the flag but know links; sticks know the flag but no links. Our own name for the file
     // goes with this object.
     const bool unknown = errno == EINVAL || errno == ENOSYS || errno == ENOTSUP;
-    if (!unknown || ::link(m_path.c_str(), target.c_str()) != 0)
-        m_error = errno;
+    if (unknown && ::link(m_path.c_str(), target.c_str()) == 0)
+        return true;
+    m_error = errno == EEXIST ? 0 : errno;
+    return false;
 }
 
 void UnfinishedFile::removeAll()

@@ -26,15 +26,18 @@ public:
     void take(const struct stat& status);
     /// Writes everything and closes the file.
     void write(std::span<const std::uint8_t> bytes, Durability durability = Durability::Ordinary);
+    /// Writes a piece behind those before; `close` ends the file.
+    void append(std::span<const std::uint8_t> bytes);
     /// A path that leads to the open file by its descriptor, for a library that opens files by their names: no name of
     /// the file system is given away, and none can be put in its place meanwhile.
     std::string descriptorPath() const;
-    /// Closes the file after another has written it by that path.
+    /// Closes the file after it was written in pieces, or by another by that path.
     void close();
     /// Takes the target's place, whatever stands there.
     void replace(const std::filesystem::path& target);
-    /// Takes a name that is free; EEXIST when anything has it, a link that leads nowhere included.
-    void claim(const std::filesystem::path& target);
+    /// Takes a name that is free: true when it has. When anything bears it, a link that leads nowhere included, nothing
+    /// has failed, and another name may be tried.
+    bool claim(const std::filesystem::path& target);
     int error() const { return m_error; }
 
     /// Removes those that exist at the moment; safe in a signal handler.
@@ -62,8 +65,10 @@ private:
     sigset_t m_before;
 };
 
-/// Writes everything and closes the descriptor; the error's number, or 0. Growing past the process's limit for files is
-/// an error like others and raises no signal.
+/// Writes everything; the error's number, or 0. Growing past the process's limit for files is an error like others and
+/// raises no signal.
+int writeAll(int descriptor, std::span<const std::uint8_t> bytes);
+/// The same, and closes the descriptor.
 int writeAndClose(int descriptor, std::span<const std::uint8_t> bytes, Durability durability = Durability::Ordinary);
 
 } // namespace lamina

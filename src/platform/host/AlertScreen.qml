@@ -28,6 +28,7 @@ AppScreen {
             controller.tap(cancelIndex)
     }
 
+    sheet: isSheet
     name: isSheet || !panel.item ? controller.title : panel.item.headline
     onBack: giveUp()
     Keys.onPressed: event => {
@@ -42,6 +43,7 @@ AppScreen {
     Component.onCompleted: takeFocus()
 
     Scrim {
+        shown: !alert.isSheet || !panel.item || panel.item.up
         onTapped: if (alert.isSheet) alert.giveUp()
     }
 
@@ -78,6 +80,7 @@ AppScreen {
             }
 
             card: alert.sheetsAreCards
+            shown: alert.shown
             closable: alert.cancelIndex >= 0
             title: alert.controller.title
             contentHeight: rows.height

@@ -70,6 +70,8 @@ Application::Application(const LaunchOptions& options)
     , m_focus(m_view)
     , m_pointer(m_view)
     , m_picker(m_view, m_folder)
+    , m_activities(m_view)
+    , m_documents(m_view)
     , m_screens(std::make_shared<ScreenHost>())
     , m_bridge((g_current = this, *this))
 {
@@ -77,6 +79,8 @@ Application::Application(const LaunchOptions& options)
     setSystemFontFamily(QGuiApplication::font().family().toStdString());
     installSystemURLOpener();
     QObject::connect(m_screens.get(), &ScreenHost::presenting, &m_picker, &PickerPresenter::present);
+    QObject::connect(m_screens.get(), &ScreenHost::presenting, &m_activities, &ActivityPresenter::present);
+    QObject::connect(m_screens.get(), &ScreenHost::presenting, &m_documents, &DocumentPresenter::present);
     QObject::connect(&m_memory, &MemoryMonitor::lowMemory, &UIApplication::didReceiveMemoryWarning);
     QObject::connect(&m_metrics, &ScreenMetrics::sizeChanged, m_screens.get(), [this](QSizeF size) {
         m_screens->window().setSize({size.width(), size.height()});

@@ -10,6 +10,8 @@
 #include "platform/host/ScreenMetrics.h"
 #include "platform/host/Translations.h"
 #include "platform/host/WindowPlacement.h"
+#include "platform/host/system/ActivityPresenter.h"
+#include "platform/host/system/DocumentPresenter.h"
 #include "platform/host/system/FolderModel.h"
 #include "platform/host/system/MemoryMonitor.h"
 #include "platform/host/system/SystemSettings.h"
@@ -82,6 +84,8 @@ private:
     MemoryMonitor m_memory;
     FolderModel m_folder;
     PickerPresenter m_picker;
+    ActivityPresenter m_activities;
+    DocumentPresenter m_documents;
     std::shared_ptr<ScreenHost> m_screens;
     HostBridge m_bridge;
 };

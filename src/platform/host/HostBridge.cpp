@@ -37,23 +37,25 @@ ScreenModel* HostBridge::screens() const
 
 void HostBridge::setSlideDuration(int milliseconds)
 {
-    if (m_slideDuration == milliseconds)
-        return;
-    m_slideDuration = milliseconds;
-    tellDurations();
+    setDuration(m_slideDuration, milliseconds);
 }
 
 void HostBridge::setFadeDuration(int milliseconds)
 {
-    if (m_fadeDuration == milliseconds)
-        return;
-    m_fadeDuration = milliseconds;
-    tellDurations();
+    setDuration(m_fadeDuration, milliseconds);
 }
 
-void HostBridge::tellDurations()
+void HostBridge::setSheetDuration(int milliseconds)
 {
-    m_application.screens().setDurations({m_slideDuration / 1000.0, m_fadeDuration / 1000.0});
+    setDuration(m_sheetDuration, milliseconds);
+}
+
+void HostBridge::setDuration(int& duration, int milliseconds)
+{
+    if (duration == milliseconds)
+        return;
+    duration = milliseconds;
+    m_application.screens().setDurations({m_slideDuration / 1000.0, m_fadeDuration / 1000.0, m_sheetDuration / 1000.0});
     emit durationsChanged();
 }
 

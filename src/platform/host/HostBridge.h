@@ -22,6 +22,7 @@ class HostBridge : public QObject {
     /// Milliseconds that each kind of transition is to take, told by the views.
     Q_PROPERTY(int slideDuration READ slideDuration WRITE setSlideDuration NOTIFY durationsChanged FINAL)
     Q_PROPERTY(int fadeDuration READ fadeDuration WRITE setFadeDuration NOTIFY durationsChanged FINAL)
+    Q_PROPERTY(int sheetDuration READ sheetDuration WRITE setSheetDuration NOTIFY durationsChanged FINAL)
     /// Whether a mouse is at hand; false: fingers are.
     Q_PROPERTY(bool mouseAtHand READ mouseAtHand NOTIFY mouseAtHandChanged FINAL)
     /// Whether the keyboard's focus is to be shown, since the user works by keys.
@@ -47,6 +48,9 @@ public:
     /// The same for screens that fade in and out.
     int fadeDuration() const { return m_fadeDuration; }
     void setFadeDuration(int milliseconds);
+    /// The same for sheets.
+    int sheetDuration() const { return m_sheetDuration; }
+    void setSheetDuration(int milliseconds);
     /// See PointerKind.
     bool mouseAtHand() const;
     /// See FocusKeeper.
@@ -79,12 +83,13 @@ signals:
     void folderPickerChanged();
 
 private:
-    void tellDurations();
+    void setDuration(int& duration, int milliseconds);
 
     Application& m_application;
     int m_transitionDuration = 0;
     int m_slideDuration = 0;
     int m_fadeDuration = 0;
+    int m_sheetDuration = 0;
 };
 
 } // namespace lamina

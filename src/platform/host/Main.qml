@@ -19,6 +19,11 @@ FocusScope {
         property: "fadeDuration"
         value: Theme.duration(Tokens.motion.fade)
     }
+    Binding {
+        target: Host
+        property: "sheetDuration"
+        value: Theme.duration(Tokens.motion.sheet)
+    }
 
     KeyCommand {
         command: "paste"

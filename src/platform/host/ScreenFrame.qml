@@ -16,6 +16,9 @@ ScreenItem {
     readonly property bool live: front && !Host.progress.blocking
     readonly property bool shown: phase === ScreenModel.Shown
     readonly property int away: motion === ScreenModel.Slide ? 24 : 0
+    // A sheet comes and goes by itself; only what stands over it takes it out of sight.
+    readonly property bool rises: motion === ScreenModel.Rise && phase !== ScreenModel.Covered && loader.item !== null && loader.item.sheet === true
+    property real faded: shown ? 1 : 0
 
     // At once where it is shown, since what is not visible takes no focus.
     visible: shown || opacity > 0
@@ -23,10 +26,10 @@ ScreenItem {
     covered: !live
     Accessible.role: Accessible.Pane
     name: loader.item ? loader.item.name : ""
-    opacity: shown ? 1 : 0
+    opacity: rises ? 1 : faded
     x: shown ? 0 : phase === ScreenModel.Covered ? -away : away
 
-    Behavior on opacity {
+    Behavior on faded {
         NumberAnimation { duration: Host.transitionDuration; easing.type: Easing.OutCubic }
     }
     Behavior on x {
@@ -44,6 +47,12 @@ ScreenItem {
         id: loader
         anchors.fill: parent
         focus: true
+    }
+    Binding {
+        target: loader.item
+        property: "shown"
+        value: frame.shown
+        when: frame.rises
     }
 
     // Until a screen stands, and while it leaves, it is only seen. Hidden when it stands: one that is merely disabled

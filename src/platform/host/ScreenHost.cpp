@@ -30,6 +30,10 @@ QString layoutOf(const UIViewController& controller)
         return QStringLiteral("AlertScreen.qml");
     case UISystemPresentation::ImagePicker:
         return QStringLiteral("PickerScreen.qml");
+    case UISystemPresentation::DocumentPicker:
+        return QStringLiteral("DocumentPickerScreen.qml");
+    case UISystemPresentation::Activity:
+        return QStringLiteral("ActivityScreen.qml");
     case UISystemPresentation::None:
         break;
     }
@@ -46,17 +50,24 @@ QUrl layoutURLOf(const UIViewController& controller)
     return QUrl(QStringLiteral("qrc") + kModule + file);
 }
 
+/// The system's own pickers are windows of their own: ours stays in sight behind them.
 bool isPicker(const UIViewController* controller)
 {
-    return controller && controller->systemPresentation() == UISystemPresentation::ImagePicker;
+    return controller && (controller->systemPresentation() == UISystemPresentation::ImagePicker ||
+                          controller->systemPresentation() == UISystemPresentation::DocumentPicker);
 }
 
-/// The system's own picker is a window of its own: ours stays in sight behind it.
 bool showsThrough(const UIViewController& controller)
 {
     const UIModalPresentationStyle style = controller.modalPresentationStyle();
     return style == UIModalPresentationStyle::OverFullScreen || style == UIModalPresentationStyle::OverCurrentContext ||
            isPicker(&controller);
+}
+
+/// What lies over one screen, and not over all of them, is a sheet.
+bool isSheet(const UIViewController* controller)
+{
+    return controller && controller->modalPresentationStyle() == UIModalPresentationStyle::OverCurrentContext;
 }
 
 } // namespace
@@ -76,7 +87,7 @@ std::vector<ScreenModel::Row> ScreenHost::wantedScreens() const
             for (const auto& step : stack->viewControllers())
                 add(step, overlay, step == stack->viewControllers().front() ? ScreenRow::Fade : ScreenRow::Slide);
         else
-            add(screen, overlay, ScreenRow::Fade);
+            add(screen, overlay, overlay && isSheet(screen.get()) ? ScreenRow::Rise : ScreenRow::Fade);
         presented = true;
     }
     return rows;
@@ -86,11 +97,13 @@ std::vector<ScreenModel::Row> ScreenHost::wantedScreens() const
 int ScreenHost::durationOf(const PresentationTransition& transition) const
 {
     const bool slides = transition.kind == Kind::Push || transition.kind == Kind::Pop;
-    const bool picks = (transition.kind == Kind::Present && isPicker(transition.to.get())) ||
-                       (transition.kind == Kind::Dismiss && isPicker(transition.from.get()));
-    if (transition.duration <= 0 || picks)
+    const UIViewController* const moved = transition.kind == Kind::Present   ? transition.to.get()
+                                          : transition.kind == Kind::Dismiss ? transition.from.get()
+                                                                             : nullptr;
+    if (transition.duration <= 0 || isPicker(moved))
         return 0;
-    return static_cast<int>(std::lround((slides ? m_durations.slide : m_durations.fade) * 1000));
+    const double seconds = slides ? m_durations.slide : isSheet(moved) ? m_durations.sheet : m_durations.fade;
+    return static_cast<int>(std::lround(seconds * 1000));
 }
 
 void ScreenHost::startTransition(const PresentationTransition& transition, std::function<void()> finished)

@@ -27,6 +27,7 @@ public:
     struct Durations {
         double slide = 0;
         double fade = 0;
+        double sheet = 0;
     };
     void setDurations(const Durations& durations) { m_durations = durations; }
 

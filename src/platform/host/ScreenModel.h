@@ -20,8 +20,8 @@ public:
     /// Waiting: on its way in, or out. Covered: another screen stands over it and hides it.
     enum Phase { Waiting, Shown, Covered };
     Q_ENUM(Phase)
-    /// How a screen comes and goes: pushed from the side, or faded in.
-    enum Motion { Slide, Fade };
+    /// How a screen comes and goes: pushed from the side, faded in, or by itself where its layout is a sheet's.
+    enum Motion { Slide, Fade, Rise };
     Q_ENUM(Motion)
 
     std::shared_ptr<UIViewController> controller;

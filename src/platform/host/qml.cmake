@@ -14,8 +14,23 @@ set(LAMINA_QML_FILES
     editors/common/EditorLayout.qml
     editors/common/EditorScreen.qml
     editors/common/EditorSidePanel.qml
+    export/ColorProfileScreen.qml
+    export/ExporterScreen.qml
+    export/JPGScreen.qml
+    export/MP4VideoScreen.qml
+    export/PDFPrintScreen.qml
+    export/PDFStandardScreen.qml
+    export/PNGScreen.qml
+    export/SVGScreen.qml
+    export/SavingTypeScreen.qml
+    export/ShareDoor.qml
+    export/ShareScreen.qml
+    export/SizeField.qml
+    export/TiffScreen.qml
+    platform/host/ActivityScreen.qml
     platform/host/AlertScreen.qml
     platform/host/HudOverlay.qml
+    platform/host/DocumentPickerScreen.qml
     platform/host/Main.qml
     platform/host/MissingScreen.qml
     platform/host/PickerScreen.qml
@@ -26,8 +41,12 @@ set(LAMINA_QML_FILES
     platform/host/controls/BusyRing.qml
     platform/host/controls/CanvasControls.qml
     platform/host/controls/ChipButton.qml
+    platform/host/controls/CheckRow.qml
     platform/host/controls/ChoiceButton.qml
+    platform/host/controls/ChoiceRow.qml
+    platform/host/controls/ChoiceRows.qml
     platform/host/controls/CropMarks.qml
+    platform/host/controls/FieldButton.qml
     platform/host/controls/FocusRing.qml
     platform/host/controls/FolderRow.qml
     platform/host/controls/FolderSheet.qml
@@ -39,6 +58,7 @@ set(LAMINA_QML_FILES
     platform/host/controls/KeyCommand.qml
     platform/host/controls/KeyList.qml
     platform/host/controls/LaminaButton.qml
+    platform/host/controls/ListRow.qml
     platform/host/controls/MotionBehavior.qml
     platform/host/controls/Paper.qml
     platform/host/controls/PhotoButton.qml
@@ -47,10 +67,13 @@ set(LAMINA_QML_FILES
     platform/host/controls/Scrim.qml
     platform/host/controls/ScrollPage.qml
     platform/host/controls/SheetPanel.qml
+    platform/host/controls/SheetScreen.qml
     platform/host/controls/SidePanel.qml
+    platform/host/controls/SliderField.qml
     platform/host/controls/SoonMark.qml
     platform/host/controls/StepMarks.qml
     platform/host/controls/StyledText.qml
+    platform/host/controls/SuggestedMark.qml
     platform/host/controls/ThinScrollBar.qml
     platform/host/controls/Tip.qml
     platform/host/controls/Toast.qml

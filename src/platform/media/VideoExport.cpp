@@ -8,6 +8,7 @@
 #include "platform/image/drawing/CGContext.h"
 #include "platform/image/drawing/UIImageDrawing.h"
 #include "platform/image/pixels/CGImage.h"
+#include "platform/media/AbandonableWork_p.h"
 #include "platform/media/Clip.h"
 #include "platform/media/ClipReading_p.h"
 #include "platform/media/MediaModule_p.h"
@@ -54,10 +55,22 @@ int side(double length)
     return std::max(1, static_cast<int>(std::llround(length)));
 }
 
+/// Whether the pixels can stay as they are.
+bool isPlain(const UIImage& picture, IntSize size)
+{
+    const CGImage& image = picture.cgImage();
+    const CGImageLayout plain = CGImageLayout::rgba(size.width, size.height, CGImageAlphaInfo::NoneSkipLast);
+    return picture.imageOrientation() == UIImageOrientation::Up && image.size() == size && !image.mask() &&
+           image.bitsPerComponent() == plain.bitsPerComponent && image.bitsPerPixel() == plain.bitsPerPixel &&
+           image.bitmapInfo() == plain.bitmapInfo && image.colorSpace() == plain.colorSpace;
+}
+
 /// On white, upright, in the pixels of the video; empty when memory is short.
 CGImage opaquePicture(const UIImage& picture, double scale)
 {
     const IntSize size = videoSize(picture.pixelSize(), scale);
+    if (isPlain(picture, size))
+        return picture.cgImage();
     std::optional<CGContext> context = CGContext::image({double(size.width), double(size.height)}, true, 1);
     if (!context)
         return {};
@@ -66,6 +79,18 @@ CGImage opaquePicture(const UIImage& picture, double scale)
     context->fillRect(whole);
     drawInRect(picture, *context, whole);
     return context->makeImage();
+}
+
+/// The picture as it is encoded; the error's subject is the path.
+Result<CGImage> drawPicture(const UIImage& picture, const std::string& path, const VideoExportOptions& options)
+{
+    if (!picture)
+        return Error{path, "there is no picture"};
+    const auto draw = [picture, scale = options.scale] { return opaquePicture(picture, scale); };
+    const std::optional<CGImage> drawn = doUnlessCancelled(draw, options.cancelled);
+    if (!drawn || (options.cancelled && options.cancelled->load()))
+        return Error{path, cause::kCancelled};
+    return *drawn ? Result<CGImage>(*drawn) : Error{path, cause::kNoMemory};
 }
 
 FilmSettings filmSettings(const std::string& path, const VideoExportOptions& options)
@@ -81,7 +106,7 @@ Outcome writeFilm(const std::string& source, const std::string& path, const Vide
     bool sourceFailed = false;
     Outcome outcome = writeFileAtomically(path, [&](const std::string& descriptorPath) {
         Outcome filled = film(filmSettings(descriptorPath, options));
-        sourceFailed = !filled && filled.error().subject.empty();
+        sourceFailed = !filled && filled.error().subject.empty() && filled.error().cause != cause::kCancelled;
         return filled;
     });
     if (!outcome)
@@ -114,14 +139,13 @@ std::string blankAudioFile()
 
 Outcome writeStillVideo(const StillVideo& still, const std::string& path, const VideoExportOptions& options)
 {
-    const CGImage picture = still.picture ? opaquePicture(still.picture, options.scale) : CGImage();
-    if (!picture)
-        return Error{path, still.picture ? cause::kNoMemory : "there is no picture"};
-    if (options.cancelled && options.cancelled->load())
-        return Error{path, cause::kCancelled};
     const Result<const MediaModule*> module = mediaModule();
     if (!module)
         return Error{path, module.error().cause};
+    const Result<CGImage> drawn = drawPicture(still.picture, path, options);
+    if (!drawn)
+        return drawn.error();
+    const CGImage& picture = *drawn;
     const double frames = std::clamp(still.seconds * kStillFramesPerSecond, 1.0, double(kMostStillFrames));
     StillFilm film{{picture.row(0), picture.bytesPerRow(), picture.size()}, static_cast<int>(std::llround(frames)), {}};
     const auto write = [&](const FilmSettings& settings) { return (*module)->writeStill(film, settings); };

@@ -10,8 +10,7 @@
 
 // Writing MP4: H.264 High without B-frames in 4:2:0 of 8 bits, BT.709 in video range, and AAC; the index stands before
 // the data. Sides are even: an odd one is made so by its last column or row, once more. No title, place or date is
-// written. The same input mostly gives the same bytes; the encoder now and then codes a picture a few bytes
-// differently.
+// written. The same input gives the same bytes, on any number of processors.
 //
 // A file is written whole or not at all; an existing one keeps its contents on failure. Pipes and devices are refused,
 // since the index is moved to the front at the end. The subject of an error is the path of the file to which it
@@ -28,7 +27,8 @@ struct VideoExportOptions {
     double scale = 1;
     /// Told from 0 to 1, never downwards, in the caller's thread; 1 once the file stands.
     std::function<void(double)> progress = {};
-    /// Set from any thread to stop, within 100 ms, with the cause "cancelled".
+    /// Set from any thread to stop, within 100 ms, with the cause "cancelled". The picture that is being drawn or
+    /// encoded then is left to a thread that ends with it, some seconds later at most.
     const std::atomic<bool>* cancelled = nullptr;
 };
 

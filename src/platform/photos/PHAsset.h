@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 namespace lamina {
 
@@ -16,5 +17,9 @@ struct PHAsset {
     /// The same picture of the library, whatever else is known of it.
     friend bool operator==(const PHAsset& x, const PHAsset& y) { return x.localIdentifier == y.localIdentifier; }
 };
+
+/// The assets of these identifiers that the library has, in their order; those that it doesn't are left out. It knows
+/// the ones that this process has created. Usable from any thread.
+std::vector<PHAsset> fetchAssetsWithLocalIdentifiers(const std::vector<std::string>& identifiers);
 
 } // namespace lamina

@@ -1,35 +1,79 @@
 #include "platform/photos/PHPhotoLibrary.h"
 
+#include "platform/base/DispatchQueue.h"
+#include "platform/photos/PHChange_p.h"
+#include "platform/photos/PhotoFolder.h"
+
+#include <mutex>
 #include <utility>
 
 namespace lamina {
 
 namespace {
 
-PHPhotoLibrary::Authorizer& installed()
+/// The authoriser in force, which other threads ask for the status.
+class Installed {
+public:
+    static Installed& shared()
+    {
+        static auto* const installed = new Installed;
+        return *installed;
+    }
+    PHPhotoLibrary::Authorizer get()
+    {
+        const std::lock_guard lock(m_mutex);
+        return m_authorizer;
+    }
+    void set(PHPhotoLibrary::Authorizer authorizer)
+    {
+        const std::lock_guard lock(m_mutex);
+        m_authorizer = std::move(authorizer);
+    }
+
+private:
+    std::mutex m_mutex;
+    PHPhotoLibrary::Authorizer m_authorizer;
+};
+
+/// Never destroyed: changes may still be on their way when the process ends.
+DispatchQueue& libraryQueue()
 {
-    static auto* const authorizer = new PHPhotoLibrary::Authorizer;
-    return *authorizer;
+    static auto* const queue = new DispatchQueue("photo library");
+    return *queue;
 }
 
 } // namespace
 
 PHAuthorizationStatus PHPhotoLibrary::authorizationStatus()
 {
-    return installed().status ? installed().status() : PHAuthorizationStatus::Authorized;
+    const Authorizer authorizer = Installed::shared().get();
+    return authorizer.status ? authorizer.status() : PHAuthorizationStatus::Authorized;
 }
 
 void PHPhotoLibrary::requestAuthorization(StatusHandler handler)
 {
-    if (installed().status && installed().request)
-        installed().request(std::move(handler));
+    const Authorizer authorizer = Installed::shared().get();
+    if (authorizer.status && authorizer.request)
+        authorizer.request(std::move(handler));
     else
         handler(authorizationStatus());
 }
 
 void PHPhotoLibrary::setAuthorizer(Authorizer authorizer)
 {
-    installed() = std::move(authorizer);
+    Installed::shared().set(std::move(authorizer));
+}
+
+void PHPhotoLibrary::performChanges(std::function<void()> changes, ChangeHandler handler)
+{
+    auto work = [changes = std::move(changes), handler = std::move(handler),
+                 expected = DispatchQueue::main().expectWork()] {
+        const PHAuthorizationStatus status = authorizationStatus();
+        const bool allowed = status == PHAuthorizationStatus::Authorized || status == PHAuthorizationStatus::Limited;
+        handler(allowed ? PHChange::perform(changes)
+                        : Outcome(Error{photoLibraryFolder(), "access to the photo library is not given"}));
+    };
+    libraryQueue().async(std::move(work));
 }
 
 } // namespace lamina

@@ -1,12 +1,13 @@
 #include "platform/photos/PhotoFolder.h"
 
+#include "platform/files/FileCopying.h"
 #include "platform/files/FileWriting.h"
+#include "platform/files/PrivateFolder.h"
 #include "platform/image/codecs/PictureEncoding.h"
 #include "platform/photos/PictureFolders.h"
 
 #include <QDateTime>
 
-#include <cstdint>
 #include <filesystem>
 #include <vector>
 
@@ -14,13 +15,20 @@ namespace lamina {
 
 namespace {
 
-/// Far more than a user or a script saves in one second.
-constexpr int kMostNames = 10'000;
-
 std::string nameForNow()
 {
     // Full stops, since colons can't stand in names on sticks and cards.
     return "Lamina " + QDateTime::currentDateTime().toString(QStringLiteral("yyyy-MM-dd HH.mm.ss")).toStdString();
+}
+
+/// `content`: bytes, or what fills a file.
+template <class Content>
+Result<std::string> saveNew(const std::string& extension, const Content& content)
+{
+    const std::string folder = photoLibraryFolder();
+    if (Outcome made = makeFolder(folder); !made)
+        return made.error();
+    return writeNumberedFile(folder + '/' + nameForNow(), extension, content);
 }
 
 } // namespace
@@ -32,25 +40,23 @@ std::string photoLibraryFolder()
 
 Result<std::string> savePNGToPhotoLibrary(const CGImage& image)
 {
-    const std::string folder = photoLibraryFolder();
-    const std::string stem = folder + '/' + nameForNow();
-    const Result<std::vector<std::uint8_t>> png = encodePNG(image, stem + ".png");
+    const Result<std::vector<std::uint8_t>> png = encodePNG(image, photoLibraryFolder());
     if (!png)
         return png.error();
+    return saveToPhotoLibrary(*png, ".png");
+}
 
-    std::error_code failure;
-    std::filesystem::create_directories(folder, failure);
-    if (failure)
-        return Error{folder, "the folder can't be made"};
-    for (int number = 1; number <= kMostNames; ++number) {
-        const std::string path = stem + (number > 1 ? ' ' + std::to_string(number) : std::string()) + ".png";
-        const Result<bool> written = writeNewFile(path, *png);
-        if (!written)
-            return written.error();
-        if (*written)
-            return path;
-    }
-    return Error{stem + ".png", "too many pictures of that second"};
+Result<std::string> saveToPhotoLibrary(std::span<const std::uint8_t> bytes, const std::string& extension)
+{
+    return saveNew(extension, bytes);
+}
+
+Result<std::string> copyToPhotoLibrary(const std::string& path)
+{
+    const Result<FileFiller> content = contentsOf(path);
+    if (!content)
+        return content.error();
+    return saveNew(std::filesystem::path(path).extension().string(), *content);
 }
 
 } // namespace lamina

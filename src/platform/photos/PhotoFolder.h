@@ -3,6 +3,8 @@
 #include "platform/base/Result.h"
 #include "platform/image/pixels/CGImage.h"
 
+#include <cstdint>
+#include <span>
 #include <string>
 
 namespace lamina {
@@ -11,10 +13,18 @@ namespace lamina {
 /// is not made until something is written. Usable from any thread.
 std::string photoLibraryFolder();
 
-/// Saves the picture as a PNG file of a new name in that folder, and gives its path. The name tells the local time,
-/// "Lamina 2026-11-21 12.14.10.png", with " 2", " 3" and so on before the extension where that is taken. No existing
-/// file is ever replaced, also when several programs save at once, and a file appears whole or not at all. The error's
-/// subject is the path or folder concerned. Encoding takes its time; usable from any thread.
+// What saves gives the new file's path. Its name tells the local time, "Lamina 2026-11-21 12.14.10.png", with " 2",
+// " 3" and so on before the extension where that is taken. No existing file is ever replaced, also when several
+// programs save at once, and a file appears whole or not at all. The error's subject is the path or folder concerned.
+// All of it takes its time and is usable from any thread.
+
+/// Saves the picture as a PNG file.
 Result<std::string> savePNGToPhotoLibrary(const CGImage& image);
+
+/// Saves a picture file's bytes as they are; `extension` begins with its full stop.
+Result<std::string> saveToPhotoLibrary(std::span<const std::uint8_t> bytes, const std::string& extension);
+
+/// Saves a copy of a picture's or a clip's file, byte for byte, under the same extension.
+Result<std::string> copyToPhotoLibrary(const std::string& path);
 
 } // namespace lamina

@@ -45,6 +45,11 @@ std::string picturesFolder()
     return QStandardPaths::writableLocation(QStandardPaths::PicturesLocation).toStdString();
 }
 
+std::string documentsFolder()
+{
+    return QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation).toStdString() + "/Lamina";
+}
+
 std::string samplesFolder()
 {
     const QString told = qEnvironmentVariable("LAMINA_SAMPLES");

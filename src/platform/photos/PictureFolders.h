@@ -7,6 +7,10 @@ namespace lamina {
 /// The user's own folder for pictures, whether it exists or not. Usable from any thread.
 std::string picturesFolder();
 
+/// The folder into which the application puts finished documents: "Lamina" inside the user's folder for documents. It
+/// is not made here; `makeFolder` does. Usable from any thread.
+std::string documentsFolder();
+
 /// The folder of the sample photos; empty: there are none. The variable LAMINA_SAMPLES of the environment names it,
 /// else it is share/lamina/samples of the installation or of the system. Reads the disk: for a background thread.
 std::string samplesFolder();

@@ -14,7 +14,8 @@ UIAlertController::UIAlertController(std::string title, std::string message, Sty
     , m_preferredStyle(preferredStyle)
 {
     setTitle(std::move(title));
-    setModalPresentationStyle(UIModalPresentationStyle::OverFullScreen);
+    setModalPresentationStyle(preferredStyle == Style::ActionSheet ? UIModalPresentationStyle::OverCurrentContext
+                                                                   : UIModalPresentationStyle::OverFullScreen);
 }
 
 std::shared_ptr<UIAlertController> UIAlertController::make(std::string title, std::string message,

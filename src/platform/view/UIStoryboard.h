@@ -10,6 +10,9 @@ namespace lamina {
 
 class UIViewController;
 
+/// The name of the application's own storyboard.
+inline constexpr const char* kMainStoryboard = "Main";
+
 /// A screen as a storyboard knows it.
 struct UIStoryboardScene {
     /// Makes a new screen at each call.

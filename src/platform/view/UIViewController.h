@@ -35,9 +35,11 @@ enum class UIInterfaceOrientation {
 
 /// Which of the system's own screens this is: it shows them in its own way, whoever presents them.
 enum class UISystemPresentation {
-    None,        ///< none: a screen of the application, drawn with the layout of its scene
-    Alert,       ///< UIAlertController
-    ImagePicker, ///< UIImagePickerController; ours stay in sight behind it
+    None,           ///< none: a screen of the application, drawn with the layout of its scene
+    Alert,          ///< UIAlertController
+    ImagePicker,    ///< UIImagePickerController; ours stay in sight behind it
+    DocumentPicker, ///< UIDocumentPickerViewController; ours stay in sight behind it
+    Activity,       ///< UIActivityViewController
 };
 
 /// A transition to another screen that a storyboard knows by name.

@@ -1,85 +1,49 @@
 #include "BlendEditorFixture.h"
-#include "CommandRunner.h"
 #include "editors/common/EditorNotifications.h"
+#include "export/ExportScenes.h"
+#include "export/ExporterViewController.h"
+#include "export/SavingTypeController.h"
 #include "platform/base/NotificationCenter.h"
-#include "platform/photos/PhotoFolder.h"
+#include "platform/base/UIColor.h"
 #include "platform/view/UIAlertController.h"
-#include "platform/view/UIApplication.h"
-
-#include <cstdlib>
-#include <filesystem>
-#include <iterator>
+#include "platform/view/UIStoryboard.h"
 
 namespace lamina::test {
 namespace {
 
-namespace fs = std::filesystem;
-
-/// A home of its own, so that pictures go nowhere else.
 class BlendFinish : public BlendEditor {
 protected:
-    void SetUp() override
-    {
-        ::setenv("HOME", home.path().c_str(), 1);
-        ::setenv("XDG_CONFIG_HOME", home.path("config").c_str(), 1);
-        BlendEditor::SetUp();
-    }
     std::shared_ptr<UIAlertController> alertOver(UIViewController& screen) const
     {
         DispatchQueue::main().runUntilIdle();
         return std::dynamic_pointer_cast<UIAlertController>(screen.presentedViewController());
     }
-
-    const TemporaryFolder home;
 };
 
-TEST_F(BlendFinish, OnePictureIsSavedAtATime)
+TEST_F(BlendFinish, SavingAsksForTheTypeAndFlattensOnWhite)
 {
-    for (const int saved : {1, 2}) {
-        editor->shareBtn();
-        editor->shareBtn();
-        EXPECT_TRUE(editor->isSaving());
-        DispatchQueue::main().runUntilIdle();
-        EXPECT_FALSE(editor->isSaving());
-        EXPECT_EQ(std::distance(fs::directory_iterator(photoLibraryFolder()), {}), saved);
-        EXPECT_TRUE(editor->notice().startsWith("Saved to ~/")) << editor->notice().toStdString();
-    }
-}
+    addExportScenes(*UIStoryboard::named(kMainStoryboard));
+    BlendComposition work = state();
+    work.backdrop = UIColor{0, 1, 0, 1};
+    for (BlendPhoto& photo : work.photos)
+        photo.alpha = 0;
+    editor->setComposition(work);
+    beginDrag(10);
+    editor->shareBtn();
+    DispatchQueue::main().runUntilIdle();
+    const auto chooser = std::dynamic_pointer_cast<SavingTypeController>(editor->presentedViewController());
+    ASSERT_TRUE(chooser);
+    EXPECT_EQ(transform().tx, 10) << "what a finger has done so far counts";
+    fingers->touchMoved(1, {kSide, kSide}, 0.4);
+    EXPECT_EQ(transform().tx, 10);
 
-TEST_F(BlendFinish, TheFolderOfASavedPictureCanBeShown)
-{
-    std::string opened;
-    for (const bool opens : {true, false}) {
-        UIApplication::shared().setURLOpener([&](const std::string& url) {
-            opened = url;
-            return opens;
-        });
-        editor->shareBtn();
-        DispatchQueue::main().runUntilIdle();
-        EXPECT_EQ(editor->noticeAction(), "Show");
-        editor->actOnNotice();
-        EXPECT_EQ(opened, "file://" + photoLibraryFolder());
-        EXPECT_EQ(editor->notice() + editor->noticeAction(), "");
-        EXPECT_EQ(alertOver(*editor) == nullptr, opens);
-    }
-    UIApplication::shared().setURLOpener({});
-}
-
-TEST_F(BlendFinish, WhatStandsInTheWayIsTold)
-{
-    fs::create_directories(fs::path(photoLibraryFolder()).parent_path());
-    writeFile(photoLibraryFolder(), ""); // a file in the folder's place
-    for (const bool memory : {true, false}) {
-        UIScreen::setMain({{kSide, kSide}, memory ? 2 : 1e6});
-        editor->shareBtn();
-        const auto told = alertOver(*editor);
-        ASSERT_TRUE(told);
-        EXPECT_EQ(told->title(), "Can’t save the picture");
-        EXPECT_TRUE(told->messageText().startsWith(memory ? "~/" : "The picture: not enough memory."))
-            << told->message();
-        told->tap(0);
-        DispatchQueue::main().runUntilIdle();
-    }
+    chooser->selectRow(1);
+    DispatchQueue::main().runUntilIdle();
+    const auto exporter = std::dynamic_pointer_cast<ExporterViewController>(editor->presentedViewController());
+    ASSERT_TRUE(exporter);
+    const UIImage picture = exporter->tobeSavedimage();
+    EXPECT_EQ(picture.pixelSize(), (IntSize{2 * kSide, 2 * kSide}));
+    EXPECT_EQ(pixelAt(picture.cgImage(), kSide, kSide), kWhite);
 }
 
 TEST_F(BlendFinish, DiscardingAsksFirst)

@@ -5,9 +5,13 @@
 #include "editors/common/KeptJournal.h"
 #include "editors/common/KeptWork.h"
 #include "editors/common/RecordReading.h"
+#include "export/ExportScenes.h"
+#include "export/ExporterViewController.h"
+#include "export/SavingTypeController.h"
 #include "platform/base/UIColor.h"
 #include "platform/image/pixels/CGImage.h"
 #include "platform/view/UIApplication.h"
+#include "platform/view/UIStoryboard.h"
 
 #include <csignal>
 #include <cstddef>
@@ -275,12 +279,20 @@ TEST_F(BlendKeeping, WhatIsOpenElsewhereIsLeftAlone)
 
 TEST_F(BlendKeeping, OnlyWhatIsNotExportedIsKept)
 {
-    ::setenv("HOME", state.path().c_str(), 1);
-    ::setenv("XDG_CONFIG_HOME", state.path("config").c_str(), 1);
+    addExportScenes(*UIStoryboard::named(kMainStoryboard));
     EXPECT_TRUE(fs::exists(file("journal")));
     editor->shareBtn();
     settle();
+    std::dynamic_pointer_cast<SavingTypeController>(editor->presentedViewController())->selectRow(1);
+    DispatchQueue::main().drain(); // turns the ground white, which is to be kept
+    settle();
+    EXPECT_TRUE(fs::exists(file("journal")));
+    const auto exporter = std::dynamic_pointer_cast<ExporterViewController>(editor->presentedViewController());
+    exporter->savingDelegate()->dataPassingDetails({flat(kRed), file("a.png"), SavingtypeMethod::png});
+    settle();
     EXPECT_FALSE(fs::exists(file("")));
+    editor->dismiss(false);
+    settle();
     dragBy(10);
     // Leaving waits for no delay, and a drag under way counts as far as it went.
     beginDrag(10);

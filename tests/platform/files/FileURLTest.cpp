@@ -19,7 +19,9 @@ TEST(FileURL, NamesAFileOfThisDevice)
                                     {"file:///tmp/a%3Fb.png?size=1#top", "/tmp/a?b.png"}}) {
         const Result<std::string> found = pathOfFileURL(url);
         EXPECT_EQ(found ? *found : found.error().cause, path) << url;
+        EXPECT_EQ(*pathOfFileURL(fileURLOfPath(path)), path);
     }
+    EXPECT_EQ(fileURLOfPath("/a b/\xC3\xA4%?#.png"), "file:///a%20b/%C3%A4%25%3F%23.png");
 }
 
 TEST(FileURL, SaysWhatIsWrong)

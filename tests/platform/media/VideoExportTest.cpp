@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <atomic>
+#include <chrono>
 #include <clocale>
 #include <cmath>
 #include <cstdio>
@@ -15,7 +16,10 @@
 #include <ctime>
 #include <filesystem>
 #include <numeric>
+#include <optional>
+#include <sched.h>
 #include <sys/resource.h>
+#include <thread>
 #include <utility>
 
 namespace lamina::test {
@@ -242,6 +246,22 @@ TEST(ConvertVideo, KeepsSoundAndPictureTogetherAndTurnsScaled)
     EXPECT_EQ(told.back(), 1);
 }
 
+TEST(ConvertVideo, KeepsAGapInTheSoundAsSilence)
+{
+    const TemporaryFolder folder;
+    makeClip({"-f", "lavfi", "-i", "color=s=64x64:r=10:d=3", "-f", "lavfi", "-i", "sine=d=3", "-af",
+              "volume=8,aselect='lt(t,0.5)+gte(t,2)'", "-c:v", "libx264", "-c:a", "aac"},
+             folder.path("a.mkv"));
+    const Outcome outcome = convertVideo(folder.path("a.mkv"), folder.path("b.mp4"));
+    ASSERT_TRUE(outcome) << outcome.error().message();
+    const std::vector<float> samples = decodedSound(folder.path("b.mp4"));
+    EXPECT_NEAR(static_cast<double>(samples.size()) / 8000, 3, 0.06);
+    const std::vector<std::pair<double, bool>> cases = {
+        {0.1, true}, {0.7, false}, {1.8, false}, {2.2, true}, {2.8, true}};
+    for (const auto& [time, loud] : cases)
+        EXPECT_EQ(loudness(samples, time, time + 0.1) > 0.1, loud) << time;
+}
+
 TEST(ConvertVideo, NeverMakesPartOfAFilm)
 {
     const TemporaryFolder folder;
@@ -295,6 +315,34 @@ TEST(VideoExport, CanBeCancelledAndLeavesNothing)
     EXPECT_EQ(folder.names(), (Names{"a.mkv", "a.mkv.png"}));
 }
 
+/// The first picture of a film of this size takes half a second; whoever cancels meanwhile doesn't wait for it.
+TEST(VideoExport, CanBeCancelledWhileALargePictureIsEncoded)
+{
+    const TemporaryFolder folder;
+    const UIImage noise(noisePicture(2000, 2000, CGImageAlphaInfo::NoneSkipLast));
+    std::atomic<bool> cancelled = false;
+    std::atomic<bool> over = false;
+    std::atomic<long> steps = 0;
+    std::clock_t when = 0;
+    std::thread impatient([&] {
+        for (long seen = 0; !over && !cancelled; seen = steps) {
+            std::this_thread::sleep_for(std::chrono::milliseconds(50));
+            when = std::clock();
+            cancelled = seen > 0 && seen == steps;
+        }
+    });
+    VideoExportOptions options{.crf = 18, .cancelled = &cancelled};
+    options.progress = [&](double) { ++steps; };
+    const Outcome outcome = writeStillVideo({noise, 3, blankAudioFile()}, folder.path("a.mp4"), options);
+    const std::clock_t end = std::clock();
+    over = true;
+    impatient.join();
+    ASSERT_FALSE(outcome);
+    EXPECT_EQ(outcome.error().message(), folder.path("a.mp4") + ": cancelled");
+    EXPECT_LT(static_cast<double>(end - when) / CLOCKS_PER_SEC, 0.1);
+    EXPECT_TRUE(folder.names().empty());
+}
+
 TEST(VideoExport, NamesWhatStandsInItsWay)
 {
     const TemporaryFolder folder;
@@ -319,6 +367,46 @@ TEST(VideoExport, NamesWhatStandsInItsWay)
     setrlimit(RLIMIT_FSIZE, &before);
     EXPECT_EQ(full, path + ": the file is too large for the device");
     EXPECT_EQ(folder.names(), Names{"sound.mp3"});
+}
+
+/// Leaves one processor to this thread and to those that it starts.
+class OneProcessor {
+public:
+    OneProcessor()
+    {
+        sched_getaffinity(0, sizeof m_before, &m_before);
+        cpu_set_t one;
+        CPU_ZERO(&one);
+        CPU_SET(static_cast<unsigned>(sched_getcpu()), &one);
+        sched_setaffinity(0, sizeof one, &one);
+    }
+    ~OneProcessor() { sched_setaffinity(0, sizeof m_before, &m_before); }
+    OneProcessor(const OneProcessor&) = delete;
+    OneProcessor& operator=(const OneProcessor&) = delete;
+
+private:
+    cpu_set_t m_before{};
+};
+
+/// Small sides are the least multiple of what vector code takes at once, and old memory the least like new.
+TEST(VideoExport, MakesTheSameBytesOfTheSameInput)
+{
+    const TemporaryFolder folder;
+    const UIImage picture(quarters(64, 48));
+    const std::string still = folder.path("still.mp4");
+    const std::string clip = folder.path("clip.mp4");
+    std::optional<OneProcessor> one;
+    std::string bytes[2];
+    for (int i = 0; i < 40; ++i) {
+        if (i == 20)
+            one.emplace();
+        ASSERT_TRUE(writeStillVideo({picture, 0.5, blankAudioFile()}, still));
+        ASSERT_TRUE(convertVideo(still, clip, {.scale = 0.5}));
+        const std::string got[2] = {readFile(still), readFile(clip)};
+        if (i == 0)
+            std::copy_n(got, 2, bytes);
+        ASSERT_TRUE(got[0] == bytes[0] && got[1] == bytes[1]) << i;
+    }
 }
 
 /// Numbers are written with commas there, which no file may show.

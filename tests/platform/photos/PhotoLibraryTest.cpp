@@ -3,6 +3,9 @@
 #include "LogCapture.h"
 #include "TestPictures.h"
 #include "platform/base/DispatchQueue.h"
+#include "platform/photos/PHAsset.h"
+#include "platform/photos/PHAssetCreationRequest.h"
+#include "platform/photos/PHPhotoLibrary.h"
 #include "platform/photos/PhotoFolder.h"
 #include "platform/photos/PhotosAlbum.h"
 
@@ -91,9 +94,65 @@ TEST_F(PhotoLibraryFolder, TellsWhatCouldNotBeSavedWhereAndWhy)
     EXPECT_TRUE(saveToPhotosAlbum(UIImage()));
     ASSERT_TRUE(DispatchQueue::main().runUntilIdle(60));
     ASSERT_EQ(log.messages.size(), 2u);
-    EXPECT_EQ(log.messages[0].second, home.path("Fotos/Lamina") + ": the folder can't be made");
+    EXPECT_EQ(log.messages[0].second, home.path("Fotos/Lamina") + ": no such folder");
     EXPECT_NE(log.messages[1].second.find("there is no picture"), std::string::npos);
     EXPECT_EQ(readFile(home.path("Fotos")), "a file in the way");
+}
+
+TEST_F(PhotoLibraryFolder, KeepsFilesByteForByteAndTellsTheMainThread)
+{
+    writeFile(home.path("film ü.MP4"), std::string(3'000'000, 'f') + "end");
+    std::vector<Result<std::string>> heard;
+    const auto hear = [&heard](const Result<std::string>& path) {
+        EXPECT_TRUE(DispatchQueue::main().isCurrent());
+        heard.push_back(path);
+    };
+    saveToPhotosAlbum({1, 2, 3}, ".jpg", hear);
+    UISaveVideoAtPathToSavedPhotosAlbum(home.path("film ü.MP4"), hear);
+    UISaveVideoAtPathToSavedPhotosAlbum(home.path("none.mp4"), hear);
+    UISaveVideoAtPathToSavedPhotosAlbum(home.path(), hear);
+    saveToPhotosAlbum(UIImage(picture), hear);
+    ASSERT_TRUE(DispatchQueue::main().runUntilIdle(60));
+    ASSERT_EQ(heard.size(), 5u);
+    EXPECT_EQ(readFile(*heard[0]), "\x01\x02\x03");
+    EXPECT_TRUE(heard[0]->ends_with(".jpg") && heard[1]->ends_with(".MP4")) << *heard[0] << *heard[1];
+    EXPECT_EQ(readFile(*heard[1]), readFile(home.path("film ü.MP4")));
+    EXPECT_EQ(heard[2].error().message(), home.path("none.mp4") + ": no such file");
+    EXPECT_EQ(heard[3].error().message(), home.path() + ": is a folder");
+    EXPECT_TRUE(imagesMatch(readPictureFile(*heard[4]), picture));
+}
+
+TEST_F(PhotoLibraryFolder, CarriesOutAChangeAsAWholeOrNotAtAll)
+{
+    EXPECT_EQ(PHAssetCreationRequest::creationRequestForAsset(), nullptr);
+    writeFile(home.path("a.tiff"), "first");
+    writeFile(home.path("b.tiff"), "second");
+    std::vector<std::string> identifiers;
+    std::vector<std::string> outcomes;
+    const auto create = [&](const std::vector<std::string>& names) {
+        PHPhotoLibrary::performChanges(
+            [&, names] {
+                for (const std::string& name : names) {
+                    PHAssetCreationRequest* const request = PHAssetCreationRequest::creationRequestForAsset();
+                    request->addResource(PHAssetResourceType::Photo, home.path(name));
+                    identifiers.push_back(request->placeholderForCreatedAsset().localIdentifier);
+                }
+            },
+            [&](const Outcome& outcome) { outcomes.push_back(outcome ? "done" : outcome.error().cause); });
+        ASSERT_TRUE(DispatchQueue::main().runUntilIdle(60));
+    };
+    create({"a.tiff", "none.tiff"});
+    EXPECT_TRUE(fs::is_empty(home.path("Fotos/Lamina")));
+    create({"a.tiff", "b.tiff"});
+    PHPhotoLibrary::setAuthorizer({[] { return PHAuthorizationStatus::Denied; }, {}});
+    create({"a.tiff"});
+    PHPhotoLibrary::setAuthorizer({});
+    EXPECT_EQ(outcomes, (std::vector<std::string>{"no such file", "done", "access to the photo library is not given"}));
+    ASSERT_EQ(identifiers.size(), 4u);
+    const std::vector<PHAsset> assets = fetchAssetsWithLocalIdentifiers(identifiers);
+    ASSERT_EQ(assets.size(), 2u); // of the change that was carried out
+    EXPECT_EQ(assets[0].localIdentifier, identifiers[2]);
+    EXPECT_EQ(readFile(assets[0].path) + readFile(assets[1].path), "firstsecond");
 }
 
 } // namespace

@@ -11,6 +11,9 @@ FocusScope {
 
     // What the screen is called, for those who can't see it.
     property string name
+    // A sheet moves by itself, while `shown` says whether it is to stand or on its way out. Other screens are moved.
+    property bool sheet: false
+    property bool shown: true
     // The key for a step back was pressed.
     signal back()
 

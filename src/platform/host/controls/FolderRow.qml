@@ -1,9 +1,8 @@
 import QtQuick
-import QtQuick.Templates as T
 import Lamina
 
 // A line of a folder: a small picture or an icon, and the name.
-T.ItemDelegate {
+ListRow {
     id: row
 
     required property string name
@@ -17,26 +16,11 @@ T.ItemDelegate {
     // One of a list's rows, not an answer.
     property bool listed: false
 
-    implicitHeight: Tokens.touch.listRow
-    hoverEnabled: true
-    focusPolicy: Qt.StrongFocus
     Accessible.name: name
     Accessible.selectable: listed
     Accessible.selected: listed && activeFocus
     Accessible.description: forward ? qsTranslate("Lamina", "Folder") : ""
-    Accessible.onPressAction: if (enabled) clicked()
-    Keys.onReturnPressed: clicked()
-    Keys.onEnterPressed: clicked()
 
-    background: Rectangle {
-        color: row.down ? Tokens.palette.cell : row.hovered ? Tokens.palette.panelRaised : "transparent"
-        FocusRing {
-            anchors.margins: 2
-            inside: true
-            control: row
-            radius: Tokens.radius.field
-        }
-    }
     contentItem: Item {
         Rectangle {
             id: tile

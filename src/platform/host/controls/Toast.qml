@@ -13,6 +13,8 @@ Item {
     property string action
     property string shownAction
     property real room: parent ? parent.width - 2 * Tokens.space.l : 0
+    // False: somebody else sees to its time.
+    property bool timed: true
     signal done()
     signal acted()
 
@@ -34,10 +36,15 @@ Item {
             return
         shownText = text
         shownAction = action
-        hold.restart()
+        wait()
     }
     onActionChanged: if (text !== "") shownAction = action
-    onHeldChanged: if (!held) hold.restart()
+    onHeldChanged: if (!held) wait()
+
+    function wait() {
+        if (timed)
+            hold.restart()
+    }
 
     Timer {
         id: hold

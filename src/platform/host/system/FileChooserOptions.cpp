@@ -78,23 +78,34 @@ QList<Filter> pictureFilters()
     return {pictures, {QString::fromStdString(localizedString("All files")), {{kGlob, QStringLiteral("*")}}}};
 }
 
+/// What both kinds of questions have.
+QVariantMap commonOptions(const std::string& acceptLabel, const std::string& folder)
+{
+    QVariantMap options = {{QStringLiteral("modal"), true}};
+    if (!acceptLabel.empty())
+        options.insert(QStringLiteral("accept_label"), QString::fromStdString(acceptLabel));
+    // Bytes, since a path need not be text, and with the zero at their end: so paths travel on the bus.
+    if (!folder.empty())
+        options.insert(QStringLiteral("current_folder"),
+                       QByteArray(folder.c_str(), static_cast<qsizetype>(folder.size()) + 1));
+    return options;
+}
+
 } // namespace
 
-QVariantMap fileChooserOptions(const FileChooserQuestion& question, const QString& token)
+QVariantMap fileChooserOptions(const FileChooserQuestion& question)
 {
     registerFilterTypes();
-    QVariantMap options = {
-        {QStringLiteral("handle_token"), token},
-        {QStringLiteral("modal"), true},
-        {QStringLiteral("multiple"), false},
-        {QStringLiteral("filters"), QVariant::fromValue(pictureFilters())},
-    };
-    if (!question.acceptLabel.empty())
-        options.insert(QStringLiteral("accept_label"), QString::fromStdString(question.acceptLabel));
-    // Bytes, since a path need not be text, and with the zero at their end: so paths travel on the bus.
-    if (!question.folder.empty())
-        options.insert(QStringLiteral("current_folder"),
-                       QByteArray(question.folder.c_str(), static_cast<qsizetype>(question.folder.size()) + 1));
+    QVariantMap options = commonOptions(question.acceptLabel, question.folder);
+    options.insert(QStringLiteral("multiple"), false);
+    options.insert(QStringLiteral("filters"), QVariant::fromValue(pictureFilters()));
+    return options;
+}
+
+QVariantMap fileSaveOptions(const FileSaveQuestion& question)
+{
+    QVariantMap options = commonOptions(question.acceptLabel, question.folder);
+    options.insert(QStringLiteral("current_name"), QString::fromStdString(question.name));
     return options;
 }
 

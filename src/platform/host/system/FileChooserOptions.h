@@ -16,8 +16,18 @@ struct FileChooserQuestion {
         folder; ///< in which it starts; empty: the samples while the user has no pictures, else where the desktop likes
 };
 
-/// The question as options of the portal's OpenFile call (a{sv}), the title and the parent window apart. The answer
-/// will come to the request object that ends in `token`.
-QVariantMap fileChooserOptions(const FileChooserQuestion& question, const QString& token);
+/// What it is asked for where a file is to be saved.
+struct FileSaveQuestion {
+    std::string parentWindow; ///< as above
+    std::string title;
+    std::string acceptLabel;
+    std::string folder; ///< in which it starts; empty: where the desktop likes
+    std::string name;   ///< of the file, to begin with
+};
+
+/// The question as options of the portal's OpenFile call (a{sv}), the title and the parent window apart.
+QVariantMap fileChooserOptions(const FileChooserQuestion& question);
+/// The same for its SaveFile call.
+QVariantMap fileSaveOptions(const FileSaveQuestion& question);
 
 } // namespace lamina

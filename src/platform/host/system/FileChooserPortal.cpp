@@ -2,13 +2,7 @@
 
 #include "platform/base/Localization.h"
 #include "platform/files/FileURL.h"
-#include "platform/host/system/BackgroundWork.h"
 #include "platform/photos/PictureFolders.h"
-
-#include <QDBusPendingCallWatcher>
-#include <QDBusPendingReply>
-#include <QDBusServiceWatcher>
-#include <QRandomGenerator>
 
 #include <utility>
 
@@ -18,41 +12,27 @@ namespace {
 
 using Kind = FileChooserAnswer::Kind;
 
-const QString kRequestInterface = QStringLiteral("org.freedesktop.portal.Request");
-const QString kResponseSignal = QStringLiteral("Response");
-constexpr uint kTaken = 0;
-constexpr uint kCancelledByUser = 1;
-
-/// Not to be guessed, so that nobody else on the bus can answer in the portal's place.
-QString newToken()
+PortalCall chooserCall(const char* method, const std::string& parentWindow, const std::string& title,
+                       QVariantMap options)
 {
-    return QStringLiteral("lamina_%1").arg(QRandomGenerator::system()->generate64(), 16, 16, QLatin1Char('0'));
+    return {QStringLiteral("FileChooser"),
+            QString::fromLatin1(method),
+            {QString::fromStdString(parentWindow), QString::fromStdString(title)},
+            std::move(options)};
 }
 
-/// Where the request of a token will stand, known before it is made: an answer can come before the call has returned.
-QString requestPath(const QDBusConnection& bus, const QString& token)
+FileChooserAnswer answerOf(const PortalAnswer& answer)
 {
-    QString sender = bus.baseService().mid(1); // ":1.42"
-    return kPortalPath + QStringLiteral("/request/") + sender.replace(QLatin1Char('.'), QLatin1Char('_')) +
-           QLatin1Char('/') + token;
-}
-
-void closeRequest(const QDBusConnection& bus, const QString& path)
-{
-    bus.send(QDBusMessage::createMethodCall(kPortalService, path, kRequestInterface, QStringLiteral("Close")));
-}
-
-FileChooserAnswer answerOf(const QDBusMessage& response)
-{
-    if (response.signature() != QLatin1String("ua{sv}"))
-        return {Kind::Unavailable, {}, {"", "the file chooser's answer makes no sense"}};
-    const QList<QVariant> arguments = response.arguments();
-    const uint code = arguments.at(0).toUInt();
-    if (code == kCancelledByUser)
+    switch (answer.kind) {
+    case PortalAnswer::Kind::Cancelled:
         return {Kind::Cancelled, {}, {}};
-    if (code != kTaken)
-        return {Kind::Unavailable, {}, {"", "the file chooser ended by itself"}};
-    const QStringList uris = qdbus_cast<QVariantMap>(arguments.at(1)).value(QStringLiteral("uris")).toStringList();
+    case PortalAnswer::Kind::Unavailable:
+    case PortalAnswer::Kind::Failed:
+        return {Kind::Unavailable, {}, answer.error};
+    case PortalAnswer::Kind::Taken:
+        break;
+    }
+    const QStringList uris = answer.results.value(QStringLiteral("uris")).toStringList();
     if (uris.isEmpty())
         return {Kind::Failed, {}, Error{localizedString("photo"), "the file chooser named no file"}};
     const Result<std::string> path = pathOfFileURL(uris.first().toStdString());
@@ -63,155 +43,35 @@ FileChooserAnswer answerOf(const QDBusMessage& response)
 
 } // namespace
 
-FileChooserPortal::FileChooserPortal(BusConnector connector, QObject* parent)
-    : QObject(parent)
-    , m_connector(std::move(connector))
+FileChooserPortal::FileChooserPortal(BusConnector connector)
+    : m_request(std::move(connector))
 {
-}
-
-FileChooserPortal::~FileChooserPortal()
-{
-    cancel();
 }
 
 void FileChooserPortal::open(FileChooserQuestion question, Completion completion)
 {
-    struct Prepared {
-        QDBusConnection bus;
-        std::string folder;
-    };
-    cancel();
-    m_completion = std::move(completion);
-    inBackground<Prepared>(
-        busQueue(), this,
-        [connector = m_connector, folder = question.folder] {
-            return Prepared{connector(), folder.empty() ? samplesForBeginners() : folder};
+    ask(
+        [question = std::move(question)]() mutable -> Result<PortalCall> {
+            if (question.folder.empty())
+                question.folder = samplesForBeginners();
+            return chooserCall("OpenFile", question.parentWindow, question.title, fileChooserOptions(question));
         },
-        [this, question, number = m_question](Prepared prepared) mutable {
-            if (number != m_question)
-                return;
-            question.folder = std::move(prepared.folder);
-            ask(prepared.bus, question);
-        });
+        std::move(completion));
 }
 
-void FileChooserPortal::cancel()
+void FileChooserPortal::save(const FileSaveQuestion& question, Completion completion)
 {
-    ++m_question;
-    m_completion = {};
-    for (const QString& path : std::as_const(m_requestPaths))
-        closeRequest(*m_bus, path);
-    letGo();
+    ask(
+        [question]() -> Result<PortalCall> {
+            return chooserCall("SaveFile", question.parentWindow, question.title, fileSaveOptions(question));
+        },
+        std::move(completion));
 }
 
-void FileChooserPortal::ask(const QDBusConnection& bus, const FileChooserQuestion& question)
+void FileChooserPortal::ask(PortalRequest::Prepare prepare, Completion completion)
 {
-    if (!bus.isConnected()) {
-        giveUp("there is no session bus");
-        return;
-    }
-    m_bus = bus;
-    const QString token = newToken();
-    watchForLoss();
-    listenTo(requestPath(bus, token));
-
-    QDBusMessage call = QDBusMessage::createMethodCall(
-        kPortalService, kPortalPath, QStringLiteral("org.freedesktop.portal.FileChooser"), QStringLiteral("OpenFile"));
-    call << QString::fromStdString(question.parentWindow) << QString::fromStdString(question.title)
-         << fileChooserOptions(question, token);
-    // Not a child: a question that is taken back early is closed when its handle comes, whatever has become of this
-    // object.
-    auto* const watcher = new QDBusPendingCallWatcher(bus.asyncCall(call, m_patience));
-    QObject::connect(watcher, &QDBusPendingCallWatcher::finished, watcher,
-                     [self = QPointer(this), bus, number = m_question, watcher] {
-                         const QDBusPendingReply<QDBusObjectPath> handle = *watcher;
-                         if (self && self->m_question == number)
-                             self->requestMade(*watcher);
-                         else if (handle.isValid())
-                             closeRequest(bus, handle.value().path());
-                         watcher->deleteLater();
-                     });
-}
-
-void FileChooserPortal::listenTo(const QString& requestPath)
-{
-    m_requestPaths.append(requestPath);
-    m_bus->connect(kPortalService, requestPath, kRequestInterface, kResponseSignal, this,
-                   SLOT(responded(QDBusMessage)));
-}
-
-void FileChooserPortal::watchForLoss()
-{
-    m_watcher = std::make_unique<QDBusServiceWatcher>(kPortalService, *m_bus);
-    QObject::connect(m_watcher.get(), &QDBusServiceWatcher::serviceOwnerChanged, this,
-                     [this](const QString&, const QString& oldOwner) {
-                         if (!oldOwner.isEmpty()) // otherwise it has only just been started
-                             giveUp("the file chooser went away");
-                     });
-    m_bus->connect(QString(), QStringLiteral("/org/freedesktop/DBus/Local"),
-                   QStringLiteral("org.freedesktop.DBus.Local"), QStringLiteral("Disconnected"), this, SLOT(busLost()));
-}
-
-void FileChooserPortal::requestMade(QDBusPendingCallWatcher& call)
-{
-    if (!m_bus) // answered already
-        return;
-    const QDBusPendingReply<QDBusObjectPath> handle = call;
-    if (!handle.isValid()) {
-        // Should it come to ask after all, nobody would hear the answer.
-        closeRequest(*m_bus, m_requestPaths.first());
-        giveUp(handle.error().message().toStdString());
-    } else if (!m_requestPaths.contains(handle.value().path())) {
-        // Portals of before 2018 chose the name of the request themselves.
-        listenTo(handle.value().path());
-    }
-}
-
-void FileChooserPortal::responded(const QDBusMessage& response)
-{
-    // An answer to an earlier question may still have been on its way.
-    if (m_requestPaths.contains(response.path()))
-        finish(answerOf(response));
-}
-
-void FileChooserPortal::busLost()
-{
-    giveUp("the session bus went away");
-}
-
-void FileChooserPortal::letGo()
-{
-    for (const QString& path : std::as_const(m_requestPaths))
-        m_bus->disconnect(kPortalService, path, kRequestInterface, kResponseSignal, this,
-                          SLOT(responded(QDBusMessage)));
-    if (m_bus)
-        m_bus->disconnect(QString(), QStringLiteral("/org/freedesktop/DBus/Local"),
-                          QStringLiteral("org.freedesktop.DBus.Local"), QStringLiteral("Disconnected"), this,
-                          SLOT(busLost()));
-    m_requestPaths.clear();
-    if (m_watcher) {
-        m_watcher->disconnect(this);
-        m_watcher.release()->deleteLater(); // it may be the one that is telling
-    }
-    m_bus.reset();
-}
-
-void FileChooserPortal::giveUp(const std::string& cause)
-{
-    finish({Kind::Unavailable, {}, {"", cause}});
-}
-
-void FileChooserPortal::finish(FileChooserAnswer answer)
-{
-    letGo();
-    // On a turn of its own, where nothing of this object is at work: the completion may destroy it.
-    DispatchQueue::main().async([self = QPointer(this), number = m_question, answer = std::move(answer)] {
-        if (!self || self->m_question != number)
-            return;
-        ++self->m_question;
-        if (const Completion completion = std::exchange(self->m_completion, {}))
-            completion(answer);
-    });
+    m_request.ask(std::move(prepare),
+                  [completion = std::move(completion)](const PortalAnswer& answer) { completion(answerOf(answer)); });
 }
 
 } // namespace lamina

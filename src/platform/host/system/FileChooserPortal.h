@@ -2,18 +2,10 @@
 
 #include "platform/base/Result.h"
 #include "platform/host/system/FileChooserOptions.h"
-#include "platform/host/system/Portal.h"
-
-#include <QDBusMessage>
-#include <QObject>
+#include "platform/host/system/PortalRequest.h"
 
 #include <functional>
-#include <memory>
-#include <optional>
 #include <string>
-
-class QDBusPendingCallWatcher;
-class QDBusServiceWatcher;
 
 namespace lamina {
 
@@ -31,50 +23,32 @@ struct FileChooserAnswer {
     Error error;
 };
 
-/// The desktop's own file chooser, by the portal org.freedesktop.portal.FileChooser of the session bus. Nothing here
-/// waits: the user may think for an hour. One question at a time. Main thread.
-class FileChooserPortal : public QObject {
-    Q_OBJECT
-
+/// The desktop's own file chooser, by the portal org.freedesktop.portal.FileChooser of the session bus. One question at
+/// a time; see PortalRequest. Main thread.
+class FileChooserPortal {
 public:
     using Completion = std::function<void(const FileChooserAnswer& answer)>;
 
-    explicit FileChooserPortal(BusConnector connector = sessionBus, QObject* parent = nullptr);
-    /// Cancels.
-    ~FileChooserPortal() override;
+    explicit FileChooserPortal(BusConnector connector = sessionBus);
 
-    /// Opens the chooser. The completion runs once, on a later turn of the main queue, unless the question is taken
-    /// back before; it may destroy this object. A question that is still open is cancelled first.
+    /// Opens the chooser for a picture that is there. The completion runs once, on a later turn of the main queue,
+    /// unless the question is taken back before; it may destroy this object. A question that is still open is cancelled
+    /// first.
     void open(FileChooserQuestion question, Completion completion);
+    /// The same for a place and a name for a file. The user has been asked about replacing what bears the name.
+    void save(const FileSaveQuestion& question, Completion completion);
 
     /// Takes the question back: the chooser closes, the completion is not called any more. The second time nothing
     /// happens.
-    void cancel();
+    void cancel() { m_request.cancel(); }
 
-    /// How long the portal may take to say that it is about to ask, in milliseconds; then it counts as unavailable. It
-    /// does not limit the user. Default: ten seconds, in which a slow phone starts it.
-    void setPatience(int milliseconds) { m_patience = milliseconds; }
-
-private slots:
-    void responded(const QDBusMessage& response);
-    void busLost();
+    /// See PortalRequest.
+    void setPatience(int milliseconds) { m_request.setPatience(milliseconds); }
 
 private:
-    void ask(const QDBusConnection& bus, const FileChooserQuestion& question);
-    void listenTo(const QString& requestPath);
-    void watchForLoss();
-    void requestMade(QDBusPendingCallWatcher& call);
-    void letGo();
-    void finish(FileChooserAnswer answer);
-    void giveUp(const std::string& cause);
+    void ask(PortalRequest::Prepare prepare, Completion completion);
 
-    BusConnector m_connector;
-    int m_patience = 10'000;
-    Completion m_completion;              ///< empty while nothing is asked
-    int m_question = 0;                   ///< tells the present question from those before
-    std::optional<QDBusConnection> m_bus; ///< while an answer may come
-    QStringList m_requestPaths;           ///< from which it may come
-    std::unique_ptr<QDBusServiceWatcher> m_watcher;
+    PortalRequest m_request;
 };
 
 } // namespace lamina

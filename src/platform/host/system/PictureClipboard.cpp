@@ -2,13 +2,15 @@
 
 #include "platform/base/Localization.h"
 #include "platform/files/FileURL.h"
+#include "platform/image/codecs/PictureEncoding.h"
 #include "platform/image/codecs/PictureFormats.h"
+#include "platform/photos/PhotoLoading.h"
 
-#include <QMimeData>
 #include <QStringList>
 #include <QUrl>
 
 #include <algorithm>
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -68,6 +70,39 @@ Result<std::vector<PhotoSource>> picturesOf(const QMimeData& offered)
     if (elsewhere)
         return *elsewhere;
     return pictures;
+}
+
+Result<CopiedThing> copiedThing(const UIImage& image, const std::string& filePath)
+{
+    CopiedThing thing{{}, filePath};
+    UIImage picture = image;
+    if (!picture && pictureFormatForFileName(filePath)) {
+        Result<UIImage> read = loadUpright(PhotoSource::fromFile(filePath), {});
+        if (!read)
+            return read.error();
+        picture = *std::move(read);
+    }
+    if (!picture)
+        return thing;
+    const Result<std::vector<std::uint8_t>> png =
+        encodePNG(picture.upright().cgImage(), localizedString("The picture"));
+    if (!png)
+        return png.error();
+    thing.png = QByteArray(reinterpret_cast<const char*>(png->data()), static_cast<qsizetype>(png->size()));
+    return thing;
+}
+
+std::unique_ptr<QMimeData> mimeDataOf(const CopiedThing& thing)
+{
+    auto data = std::make_unique<QMimeData>();
+    if (!thing.png.isEmpty())
+        data->setData(QStringLiteral("image/png"), thing.png);
+    if (!thing.filePath.empty()) {
+        const QByteArray url = QByteArray::fromStdString(fileURLOfPath(thing.filePath));
+        data->setData(QStringLiteral("text/uri-list"), url + "\r\n");
+        data->setData(QStringLiteral("x-special/gnome-copied-files"), "copy\n" + url);
+    }
+    return data;
 }
 
 } // namespace lamina

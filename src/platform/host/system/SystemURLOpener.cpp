@@ -1,12 +1,11 @@
 #include "platform/host/system/SystemURLOpener.h"
 
 #include "platform/files/FileURL.h"
+#include "platform/host/system/DetachedProgram.h"
 #include "platform/view/UIApplication.h"
 
 #include <QDesktopServices>
 #include <QGuiApplication>
-#include <QProcess>
-#include <QStandardPaths>
 #include <QUrl>
 
 #include <algorithm>
@@ -21,12 +20,6 @@ struct Program {
     QStringList arguments;
 };
 
-bool start(const Program& program)
-{
-    const QString path = QStandardPaths::findExecutable(program.name);
-    return !path.isEmpty() && QProcess::startDetached(path, program.arguments);
-}
-
 bool openSettings()
 {
     // The panels adapt to phones, where the same programs run under the desktops' mobile shells.
@@ -38,7 +31,8 @@ bool openSettings()
     const QStringList desktops = qEnvironmentVariable("XDG_CURRENT_DESKTOP").split(QLatin1Char(':'));
     if (desktops.contains(QLatin1String("KDE"), Qt::CaseInsensitive))
         std::rotate(programs.begin(), programs.begin() + 1, programs.end());
-    return std::any_of(programs.begin(), programs.end(), start);
+    return std::any_of(programs.begin(), programs.end(),
+                       [](const Program& program) { return startProgram(program.name, program.arguments); });
 }
 
 bool mayOpen(const QUrl& url)
@@ -55,7 +49,7 @@ bool openWithDesktop(const QUrl& url)
     const QString platform = QGuiApplication::platformName();
     const bool qtKnowsHow = platform == QLatin1String("xcb") || platform.startsWith(QLatin1String("wayland"));
     return (qtKnowsHow && QDesktopServices::openUrl(url)) ||
-           start({QStringLiteral("xdg-open"), {url.toString(QUrl::FullyEncoded)}});
+           startProgram(QStringLiteral("xdg-open"), {url.toString(QUrl::FullyEncoded)});
 }
 
 } // namespace

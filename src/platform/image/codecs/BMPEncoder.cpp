@@ -59,7 +59,7 @@ void writeHeader(std::vector<std::uint8_t>& file, int width, int height)
     header.add32(kPixelsPerMetre).add32(kPixelsPerMetre).skip(8 + kMasks).add32(kStandardRGB);
 }
 
-Result<std::vector<std::uint8_t>> encodeBMP(const CGImage& image, const EncodeOptions& options)
+Result<std::vector<std::uint8_t>> encodeBMP(CGImage image, const EncodeOptions& options)
 {
     const FlattenedRows rows(image, options.background);
     const auto width = static_cast<std::size_t>(rows.width());

@@ -113,7 +113,7 @@ bool writePixels(GifFileType* file, const FlattenedRows& rows, const ColorQuanti
     });
 }
 
-Result<std::vector<std::uint8_t>> encodeGIF(const CGImage& image, const EncodeOptions& options)
+Result<std::vector<std::uint8_t>> encodeGIF(CGImage image, const EncodeOptions& options)
 {
     if (std::max(image.width(), image.height()) > kLongestSide)
         return Error{{}, "a GIF picture can't be longer than 65535 pixels"};

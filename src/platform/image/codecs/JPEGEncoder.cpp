@@ -138,7 +138,7 @@ int libraryQuality(double quality)
     return std::max(1, static_cast<int>(std::lround(100 * std::clamp(quality, 0.0, 1.0))));
 }
 
-Result<std::vector<std::uint8_t>> encodeJPEG(const CGImage& image, const EncodeOptions& options)
+Result<std::vector<std::uint8_t>> encodeJPEG(CGImage image, const EncodeOptions& options)
 {
     if (std::max(image.width(), image.height()) > JPEG_MAX_DIMENSION)
         return Error{{}, "a JPEG picture can't be longer than 65500 pixels"};

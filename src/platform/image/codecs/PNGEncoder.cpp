@@ -1,8 +1,9 @@
+#include "platform/base/CGGeometry.h"
 #include "platform/base/Causes.h"
 #include "platform/base/Result.h"
 #include "platform/base/WorkerPool.h"
 #include "platform/image/codecs/EncodedRows_p.h"
-#include "platform/image/codecs/PNGFilters_p.h"
+#include "platform/image/codecs/PNGFilters.h"
 #include "platform/image/codecs/PictureEncoder_p.h"
 #include "platform/image/codecs/PictureEncoding.h"
 #include "platform/image/pixels/CGImage.h"
@@ -18,6 +19,7 @@
 #include <memory>
 #include <span>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace lamina {
@@ -82,6 +84,12 @@ void appendColors(std::vector<std::uint8_t>& file, bool grey)
     appendChunk(file, "iCCP", data);
 }
 
+/// A picture as the format keeps it, before compression.
+struct Filtered {
+    PixelBuffer rows; ///< null when memory is short
+    StoredColors type;
+};
+
 /// All rows as filtered bytes. A piece of them begins with the row above it, so that the bytes don't depend on the
 /// split.
 PixelBuffer filteredRows(const CGImage& image, const RowConverter& rows, StoredColors type)
@@ -105,16 +113,25 @@ PixelBuffer filteredRows(const CGImage& image, const RowConverter& rows, StoredC
     return buffer;
 }
 
-Result<std::vector<std::uint8_t>> encodePNG(const CGImage& image, const EncodeOptions&)
+/// The picture is let go of.
+Filtered filterPicture(CGImage image)
 {
     const RowConverter rows(image, AlphaForm::Straight);
     const StoredColors type = chooseStoredColors(image, rows);
+    return {filteredRows(image, rows, type), type};
+}
+
+Result<std::vector<std::uint8_t>> encodePNG(CGImage image, const EncodeOptions&)
+{
+    const IntSize size = image.size();
     Compressed pixels;
+    StoredColors type{};
     {
-        const PixelBuffer filtered = filteredRows(image, rows, type);
-        if (!filtered)
+        const Filtered filtered = filterPicture(std::move(image));
+        if (!filtered.rows)
             return Error{{}, cause::kNoMemory};
-        pixels = compress({filtered.data(), filtered.size()}, kLevel);
+        type = filtered.type;
+        pixels = compress({filtered.rows.data(), filtered.rows.size()}, kLevel);
     }
     if (pixels.size == 0)
         return Error{{}, cause::kNoMemory};
@@ -123,8 +140,8 @@ Result<std::vector<std::uint8_t>> encodePNG(const CGImage& image, const EncodeOp
     std::vector<std::uint8_t> file(kSignature.begin(), kSignature.end());
     file.reserve(pixels.size + 4096);
     std::vector<std::uint8_t> header;
-    appendNumber(header, static_cast<std::uint32_t>(image.width()));
-    appendNumber(header, static_cast<std::uint32_t>(image.height()));
+    appendNumber(header, static_cast<std::uint32_t>(size.width));
+    appendNumber(header, static_cast<std::uint32_t>(size.height));
     constexpr std::uint8_t kBits = 8;
     header.insert(header.end(), {kBits, static_cast<std::uint8_t>(type), 0, 0, 0});
     appendChunk(file, "IHDR", header);

@@ -1,4 +1,4 @@
-#include "platform/image/codecs/PNGFilters_p.h"
+#include "platform/image/codecs/PNGFilters.h"
 
 #include <algorithm>
 #include <cstdlib>

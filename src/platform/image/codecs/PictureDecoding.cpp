@@ -32,7 +32,7 @@ Result<UIImage> decode(ByteSource& source, const DecodeOptions& options)
     const std::size_t known = source.read(0, head);
     const PictureFormat* format = pictureFormatForHead(std::span(head).first(known));
     if (!format)
-        return Error{{}, "not a picture"};
+        return Error{{}, cause::kNotAPicture};
     try {
         Result<UIImage> picture = format->decoder->decode(source, options);
         return picture && !*picture ? Error{{}, cause::kNoMemory} : picture;

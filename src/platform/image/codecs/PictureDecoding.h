@@ -11,6 +11,11 @@
 
 namespace lamina {
 
+namespace cause {
+/// The first bytes are those of no format that is read.
+inline constexpr const char* kNotAPicture = "not a picture";
+} // namespace cause
+
 /// How a picture is read.
 struct DecodeOptions {
     /// When above zero, the codec may reduce while it reads, so long as the shorter side keeps at least this many

@@ -42,25 +42,26 @@ CGImage maskApplied(const CGImage& image)
     return shown && image.colorSpace().model() == CGColorSpace::Model::Gray ? grayPart(shown) : shown;
 }
 
-Result<std::vector<std::uint8_t>> encodeShown(const CGImage& image, const PictureEncoder& encoder,
+Result<std::vector<std::uint8_t>> encodeShown(CGImage image, const PictureEncoder& encoder,
                                               const EncodeOptions& options)
 {
     if (!image)
         return Error{{}, "there is no picture"};
     try {
-        const CGImage shown = image.mask() ? maskApplied(image) : image;
-        if (!shown)
+        if (image.mask())
+            image = maskApplied(image);
+        if (!image)
             return Error{{}, cause::kNoMemory};
-        return encoder.encode(shown, options);
+        return encoder.encode(std::move(image), options);
     } catch (const std::bad_alloc&) {
         return Error{{}, cause::kNoMemory};
     }
 }
 
-Result<std::vector<std::uint8_t>> encodeWith(const PictureEncoder& encoder, const CGImage& image,
-                                             const std::string& subject, const EncodeOptions& options)
+Result<std::vector<std::uint8_t>> encodeWith(const PictureEncoder& encoder, CGImage image, const std::string& subject,
+                                             const EncodeOptions& options)
 {
-    Result<std::vector<std::uint8_t>> file = encodeShown(image, encoder, options);
+    Result<std::vector<std::uint8_t>> file = encodeShown(std::move(image), encoder, options);
     if (!file)
         return Error{subject, file.error().cause};
     return file;
@@ -68,16 +69,16 @@ Result<std::vector<std::uint8_t>> encodeWith(const PictureEncoder& encoder, cons
 
 } // namespace
 
-Result<std::vector<std::uint8_t>> encodePicture(const CGImage& image, const PictureFormat& format,
-                                                const std::string& subject, const EncodeOptions& options)
+Result<std::vector<std::uint8_t>> encodePicture(CGImage image, const PictureFormat& format, const std::string& subject,
+                                                const EncodeOptions& options)
 {
     assert(format.encoder);
-    return encodeWith(*format.encoder, image, subject, options);
+    return encodeWith(*format.encoder, std::move(image), subject, options);
 }
 
-Result<std::vector<std::uint8_t>> encodePNG(const CGImage& image, const std::string& subject)
+Result<std::vector<std::uint8_t>> encodePNG(CGImage image, const std::string& subject)
 {
-    return encodeWith(kPNGEncoder, image, subject, {});
+    return encodeWith(kPNGEncoder, std::move(image), subject, {});
 }
 
 } // namespace lamina

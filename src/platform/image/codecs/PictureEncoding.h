@@ -6,6 +6,7 @@
 #include "platform/image/pixels/CGImage.h"
 
 #include <cstdint>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -19,6 +20,11 @@ struct EncodeOptions {
     /// Lies under translucent pixels where the format has no alpha (JPEG, BMP, the edges in a GIF). Its components are
     /// clamped to [0, 1], and where it is translucent itself it lies on white.
     UIColor background = UIColor::white();
+    /// TIFF: R G B A whatever the picture has.
+    bool alwaysRGBA = false;
+    /// TIFF: an ICC profile of RGB that stands in the file in place of sRGB's; the picture's values are of it, and of
+    /// the device as far as its layout says. Read during the call.
+    std::span<const std::uint8_t> profile = {};
 };
 
 /// A file of the picture in a format that can be written, in 8-bit sRGB, with an embedded sRGB profile where the format
@@ -30,12 +36,14 @@ struct EncodeOptions {
 /// exactly as they are, for more a palette found for the picture, no dithering; pixels of less than half alpha are
 /// clear. BMP has 24 bits a pixel.
 ///
+/// A picture that is handed over, and that nobody else has, is let go of on the way, before the file takes its memory.
+///
 /// Fails with the given subject when the picture is empty, when it is larger than the format can state (JPEG 65500
 /// pixels a side, GIF 65535, BMP 2 GB, TIFF 4 GB) and when memory is short.
-Result<std::vector<std::uint8_t>> encodePicture(const CGImage& image, const PictureFormat& format,
-                                                const std::string& subject, const EncodeOptions& options = {});
+Result<std::vector<std::uint8_t>> encodePicture(CGImage image, const PictureFormat& format, const std::string& subject,
+                                                const EncodeOptions& options = {});
 
 /// The same as PNG.
-Result<std::vector<std::uint8_t>> encodePNG(const CGImage& image, const std::string& subject);
+Result<std::vector<std::uint8_t>> encodePNG(CGImage image, const std::string& subject);
 
 } // namespace lamina

@@ -15,6 +15,7 @@
 #include <cstring>
 #include <memory>
 #include <new>
+#include <span>
 #include <vector>
 
 /// TIFF, by libtiff.
@@ -33,6 +34,9 @@ public:
         m_position += count;
         return static_cast<tmsize_t>(count);
     }
+    /// Takes room for the whole file, which costs memory only as far as it is filled: growing by copies would hold it
+    /// twice.
+    void reserve(std::size_t bytes) { m_bytes.reserve(bytes); }
     /// Called by C code, which no exception may cross.
     tmsize_t write(const void* source, tmsize_t size)
     {
@@ -94,7 +98,8 @@ Handle openForWriting(const TIFFLibrary& tiff, MemoryFile& file)
 }
 
 /// False when the library refuses a value.
-bool describe(const TIFFLibrary& tiff, TIFF* file, const CGImage& image, StoredColors colors, int rowsPerStrip)
+bool describe(const TIFFLibrary& tiff, TIFF* file, const CGImage& image, StoredColors colors, int rowsPerStrip,
+              std::span<const std::uint8_t> profile)
 {
     const bool gray = colors == StoredColors::Gray || colors == StoredColors::GrayAlpha;
     const bool alpha = colors == StoredColors::GrayAlpha || colors == StoredColors::RGBA;
@@ -115,7 +120,7 @@ bool describe(const TIFFLibrary& tiff, TIFF* file, const CGImage& image, StoredC
         set(TIFFTAG_EXTRASAMPLES, 1, static_cast<const std::uint16_t*>(straight));
     }
     if (!gray)
-        set(TIFFTAG_ICCPROFILE, static_cast<std::uint32_t>(sRGBProfile().size()), sRGBProfile().data());
+        set(TIFFTAG_ICCPROFILE, static_cast<std::uint32_t>(profile.size()), profile.data());
     return good;
 }
 
@@ -141,13 +146,13 @@ bool writePixels(const TIFFLibrary& tiff, TIFF* file, const CGImage& image, cons
     return tiff.flush(file) == 1;
 }
 
-Result<std::vector<std::uint8_t>> encodeTIFF(const CGImage& image, const EncodeOptions&)
+Result<std::vector<std::uint8_t>> encodeTIFF(CGImage image, const EncodeOptions& options)
 {
     const TIFFLibrary* tiff = TIFFLibrary::shared();
     if (!tiff)
         return Error{{}, "TIFF pictures need libtiff"};
     const RowConverter rows(image, AlphaForm::Straight);
-    const StoredColors colors = chooseStoredColors(image, rows);
+    const StoredColors colors = options.alwaysRGBA ? StoredColors::RGBA : chooseStoredColors(image, rows);
     const std::size_t rowBytes = static_cast<std::size_t>(image.width()) * storedBytes(colors);
     constexpr std::size_t kMost = 4'000'000'000; // offsets of 32 bits, with some room for what does not get smaller
     if (rowBytes * static_cast<std::size_t>(image.height()) > kMost)
@@ -156,11 +161,15 @@ Result<std::vector<std::uint8_t>> encodeTIFF(const CGImage& image, const EncodeO
     constexpr std::size_t kStripBytes = std::size_t{256} << 10;
     const int rowsPerStrip = std::clamp(static_cast<int>(kStripBytes / rowBytes), 1, image.height());
 
+    const std::span<const std::uint8_t> profile = options.profile.empty() ? sRGBProfile() : options.profile;
     MemoryFile file;
+    constexpr std::size_t kAround = std::size_t{64} << 10; // header, profile, table of strips
+    const std::size_t pixelBytes = rowBytes * static_cast<std::size_t>(image.height());
+    file.reserve(pixelBytes + pixelBytes / 2 + kAround); // codes of up to 12 bits a byte
     bool good = false;
     {
         const Handle handle = openForWriting(*tiff, file);
-        good = handle && describe(*tiff, handle.get(), image, colors, rowsPerStrip) &&
+        good = handle && describe(*tiff, handle.get(), image, colors, rowsPerStrip, profile) &&
                writePixels(*tiff, handle.get(), image, rows, colors, rowsPerStrip);
     }
     if (!good || file.memoryShort())

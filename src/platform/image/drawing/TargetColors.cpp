@@ -1,13 +1,11 @@
 #include "platform/image/drawing/TargetColors_p.h"
 
-#include "platform/image/pixels/ColorConversion.h"
 #include "platform/image/pixels/PixelArithmetic.h"
 #include "platform/image/pixels/PixelKernels.h"
 
 #include <algorithm>
 #include <array>
 #include <cstddef>
-#include <lcms2.h>
 #include <vector>
 
 // Device CMYK by full replacement of the grey part with black ink: PostScript Language Reference, third edition, 1999,
@@ -16,39 +14,6 @@
 namespace lamina {
 
 namespace {
-
-cmsUInt32Number formatOf(CGColorSpace::Model model)
-{
-    switch (model) {
-    case CGColorSpace::Model::Gray:
-        return TYPE_GRAY_8;
-    case CGColorSpace::Model::CMYK:
-        return TYPE_CMYK_8;
-    default:
-        return TYPE_RGBA_8;
-    }
-}
-
-std::shared_ptr<void> transformTo(const CGColorSpace& space)
-{
-    const auto bytes = space.iccProfile();
-    if (bytes.empty() || profileModel(bytes) != space.model())
-        return nullptr;
-    // RGB that is sRGB in effect needs no conversion.
-    if (space.model() == CGColorSpace::Model::RGB && !ColorConversion::toSRGB(bytes, space.model()))
-        return nullptr;
-    cmsHPROFILE profile = cmsOpenProfileFromMem(bytes.data(), static_cast<cmsUInt32Number>(bytes.size()));
-    if (!profile)
-        return nullptr;
-    cmsHPROFILE source = cmsCreate_sRGBProfile();
-    // Without its cache a transform may be used by several threads.
-    cmsHTRANSFORM transform =
-        cmsCreateTransform(source, TYPE_RGBA_8, profile, formatOf(space.model()), INTENT_RELATIVE_COLORIMETRIC,
-                           cmsFLAGS_BLACKPOINTCOMPENSATION | cmsFLAGS_NOCACHE);
-    cmsCloseProfile(source);
-    cmsCloseProfile(profile);
-    return transform ? std::shared_ptr<void>(transform, cmsDeleteTransform) : nullptr;
-}
 
 struct Components {
     double value[4] = {};
@@ -74,7 +39,7 @@ Components fromRGB(double r, double g, double b, CGColorSpace::Model model)
 
 TargetColors::TargetColors(const CGColorSpace& space)
     : m_space(space)
-    , m_transform(transformTo(space))
+    , m_conversion(ConversionFromSRGB::make(space.iccProfile(), space.model()))
 {
 }
 
@@ -84,7 +49,7 @@ Ink TargetColors::ink(const UIColor& color, double alpha) const
     const double a = unit(color.alpha) * unit(alpha);
     const CGColorSpace::Model model = m_space.model();
     Components parts = fromRGB(unit(color.red), unit(color.green), unit(color.blue), model);
-    if (m_transform) {
+    if (m_conversion) {
         const auto byte = [&](double v) { return static_cast<std::uint8_t>(unit(v) * 255 + 0.5); };
         const std::array<std::uint8_t, 4> rgba{byte(color.red), byte(color.green), byte(color.blue), 255};
         std::uint8_t out[4] = {};
@@ -106,8 +71,8 @@ Ink TargetColors::ink(const UIColor& color, double alpha) const
 void TargetColors::convertStraight(const std::uint8_t* rgba, int count, std::uint8_t* components) const
 {
     const CGColorSpace::Model model = m_space.model();
-    if (m_transform) {
-        cmsDoTransform(m_transform.get(), rgba, components, static_cast<cmsUInt32Number>(count));
+    if (m_conversion) {
+        m_conversion->convert(rgba, count, components);
         return;
     }
     const auto byte = [](double v) { return static_cast<std::uint8_t>(v * 255 + 0.5); };
@@ -128,7 +93,7 @@ void TargetColors::convertRow(const std::uint8_t* rgba, int count, std::uint8_t*
         std::copy(alphas, alphas + count, components);
         return;
     }
-    if (model == CGColorSpace::Model::Gray && !m_transform) {
+    if (model == CGColorSpace::Model::Gray && !m_conversion) {
         kernels::grayOf(rgba, static_cast<std::size_t>(count), components, alphas);
         return;
     }

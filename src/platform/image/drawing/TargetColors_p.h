@@ -3,9 +3,10 @@
 #include "platform/base/UIColor.h"
 #include "platform/image/drawing/Compositing_p.h"
 #include "platform/image/pixels/CGColorSpace.h"
+#include "platform/image/pixels/ConversionFromSRGB.h"
 
 #include <cstdint>
-#include <memory>
+#include <optional>
 
 namespace lamina {
 
@@ -14,14 +15,13 @@ namespace lamina {
 ///   grey   luma of the stored values
 ///   CMYK   K = 1 - max(R, G, B), C = (1 - R - K)/(1 - K) and so on
 ///
-/// or by the space's ICC profile where it has one (relative colorimetric with black point compensation). Usable from
-/// several threads at once.
+/// or by the space's ICC profile where it has one, see ConversionFromSRGB. Usable from several threads at once.
 class TargetColors {
 public:
     explicit TargetColors(const CGColorSpace& space);
 
     /// True for R G B A in sRGB: nothing needs converting.
-    bool isPlain() const { return m_space.model() == CGColorSpace::Model::RGB && !m_transform; }
+    bool isPlain() const { return m_space.model() == CGColorSpace::Model::RGB && !m_conversion; }
     const CGColorSpace& space() const { return m_space; }
 
     /// A colour, its alpha multiplied by `alpha`, ready to be put down.
@@ -34,7 +34,7 @@ private:
     void convertStraight(const std::uint8_t* rgba, int count, std::uint8_t* components) const;
 
     CGColorSpace m_space;
-    std::shared_ptr<void> m_transform;
+    std::optional<ConversionFromSRGB> m_conversion;
 };
 
 } // namespace lamina

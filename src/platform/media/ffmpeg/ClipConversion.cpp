@@ -19,8 +19,8 @@ namespace lamina {
 
 namespace {
 
-// With more, films come out with other bytes more often.
-constexpr int kDecodingThreads = 1;
+// What is made of a damaged clip depends on this number, so it is not that of the processors.
+constexpr int kDecodingThreads = 2;
 
 /// The rate that the encoder plans with; the frames' own times are what is written.
 AVRational plannedRate(const AVStream* picture)

@@ -26,6 +26,8 @@ using CodecContext = std::unique_ptr<AVCodecContext, FreeFFmpeg>;
 using Frame = std::unique_ptr<AVFrame, FreeFFmpeg>;
 using Packet = std::unique_ptr<AVPacket, FreeFFmpeg>;
 using Scaler = std::unique_ptr<SwsContext, FreeFFmpeg>;
+/// Of an encoder that another thread may still be using when its owner has gone.
+using SharedEncoder = std::shared_ptr<AVCodecContext>;
 using Resampler = std::unique_ptr<SwrContext, FreeFFmpeg>;
 using SampleQueue = std::unique_ptr<AVAudioFifo, FreeFFmpeg>;
 

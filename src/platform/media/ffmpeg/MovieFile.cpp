@@ -4,12 +4,29 @@
 #include "platform/files/FileCauses.h"
 
 #include <atomic>
+#include <cerrno>
+#include <cstddef>
+#include <utility>
 
 namespace lamina {
 
+EncodedFrame encodeFrame(AVCodecContext* encoder, const AVFrame* frame)
+{
+    EncodedFrame encoded;
+    encoded.error = avcodec_send_frame(encoder, frame);
+    while (encoded.error >= 0) {
+        Packet packet(av_packet_alloc());
+        encoded.error = packet ? avcodec_receive_packet(encoder, packet.get()) : AVERROR(ENOMEM);
+        if (encoded.error >= 0)
+            encoded.packets.push_back(std::move(packet));
+    }
+    if (encoded.error == AVERROR(EAGAIN) || encoded.error == AVERROR_EOF)
+        encoded.error = 0;
+    return encoded;
+}
+
 MovieFile::MovieFile(const FilmSettings& settings)
     : m_settings(settings)
-    , m_packet(av_packet_alloc())
 {
 }
 
@@ -32,8 +49,6 @@ Result<std::unique_ptr<MovieFile>> MovieFile::open(const FilmSettings& settings)
 int MovieFile::openOutput()
 {
     const std::string url = "file:" + m_settings.path;
-    if (!m_packet)
-        return AVERROR(ENOMEM);
     if (const int error = avformat_alloc_output_context2(&m_container, nullptr, "mp4", url.c_str()); error < 0)
         return error;
     m_container->flags |= AVFMT_FLAG_BITEXACT; // names no version of libraries
@@ -60,26 +75,23 @@ Outcome MovieFile::begin()
     return error < 0 ? Outcome(failure(error)) : success();
 }
 
-Outcome MovieFile::encode(AVCodecContext* encoder, const AVFrame* frame, AVStream* track, std::int64_t duration)
+Outcome MovieFile::write(const EncodedFrame& encoded, const AVCodecContext* encoder, const AVStream* track,
+                         std::int64_t duration)
 {
     if (isCancelled())
         return failure(AVERROR_EXIT);
-    int error = avcodec_send_frame(encoder, frame);
-    while (error >= 0) {
-        error = avcodec_receive_packet(encoder, m_packet.get());
-        if (error == AVERROR(EAGAIN) || error == AVERROR_EOF)
-            return success();
-        if (error < 0)
-            break;
-        if (m_packet->duration <= 0)
-            m_packet->duration = duration;
-        m_packet->stream_index = track->index;
-        av_packet_rescale_ts(m_packet.get(), encoder->time_base, track->time_base);
-        error = av_interleaved_write_frame(m_container, m_packet.get());
+    int error = encoded.error;
+    for (std::size_t i = 0; error >= 0 && i < encoded.packets.size(); ++i) {
+        AVPacket* packet = encoded.packets[i].get();
+        if (packet->duration <= 0)
+            packet->duration = duration;
+        packet->stream_index = track->index;
+        av_packet_rescale_ts(packet, encoder->time_base, track->time_base);
+        error = av_interleaved_write_frame(m_container, packet);
         if (error >= 0 && m_container->pb->error < 0)
             error = m_container->pb->error;
     }
-    return failure(error);
+    return error < 0 ? Outcome(failure(error)) : success();
 }
 
 Outcome MovieFile::finish()
@@ -114,7 +126,7 @@ Error MovieFile::failure(int error) const
     if (error == AVERROR(ENOMEM))
         return {m_settings.path, cause::kNoMemory};
     constexpr int kLargestErrno = 4095; // FFmpeg's own errors are letters and lie far below
-    if (error < 0 && error >= -kLargestErrno)
+    if (error < 0 && error >= -kLargestErrno && error != AVERROR(EINVAL)) // FFmpeg says that of what it is given
         return {m_settings.path, writingFailure(-error)};
     return Error{m_settings.path, "the video can't be encoded"};
 }

@@ -4,11 +4,22 @@
 #include "platform/media/MediaModule_p.h"
 #include "platform/media/ffmpeg/FFmpegHandles_p.h"
 
+#include <atomic>
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <vector>
 
 namespace lamina {
+
+/// What an encoder gave for a frame.
+struct EncodedFrame {
+    std::vector<Packet> packets;
+    int error = 0; ///< FFmpeg's; 0: none
+};
+
+/// Encodes a frame, or, for null, what is left at the end.
+EncodedFrame encodeFrame(AVCodecContext* encoder, const AVFrame* frame);
 
 /// The MP4 file that a film becomes. Tracks are added, then it is begun, then packets come, then it is finished. Errors
 /// have the file's path as their subject.
@@ -25,15 +36,17 @@ public:
     /// A track for what an encoder that stands open gives; null when memory is short.
     AVStream* addTrack(const AVCodecContext* encoder);
     Outcome begin();
-    /// Encodes a frame, or, for null, what is left at the end, and takes the packets. A packet that tells no duration
-    /// gets `duration`, in the encoder's unit.
-    Outcome encode(AVCodecContext* encoder, const AVFrame* frame, AVStream* track, std::int64_t duration);
+    /// Takes what an encoder gave. A packet that tells no duration gets `duration`, in the encoder's unit.
+    Outcome write(const EncodedFrame& encoded, const AVCodecContext* encoder, const AVStream* track,
+                  std::int64_t duration);
     /// Writes the index, moves it to the front and closes the file.
     Outcome finish();
 
     /// Tells how much is done, from 0 to 1; smaller values than before are passed over.
     void tell(double share);
     bool isCancelled() const;
+    /// Null when nobody can cancel.
+    const std::atomic<bool>* cancelled() const { return m_settings.cancelled; }
     /// An error of FFmpeg's, told as one of this file.
     Error failure(int error) const;
 
@@ -44,7 +57,6 @@ private:
 
     const FilmSettings& m_settings;
     AVFormatContext* m_container = nullptr;
-    Packet m_packet;
     double m_told = -1;
 };
 

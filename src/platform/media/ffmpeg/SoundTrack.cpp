@@ -117,12 +117,34 @@ Outcome SoundTrack::follow(const AVFrame& frame)
     return error >= 0 && swr_init(context) >= 0 ? success() : Outcome(Error{{}, cause::kClipDamaged});
 }
 
-/// Ends the piece that stands with silence up to a whole frame, and goes on at a later place.
+/// Goes on at a later place, with silence up to there: many players would play what follows a gap at once. Only where a
+/// clip claims enormous ones they stay gaps.
 Outcome SoundTrack::skipTo(std::int64_t position)
 {
-    Outcome outcome = queued() > 0 ? encode(queued(), m_encoder->frame_size - queued()) : success();
-    m_position = std::max(m_position, position);
+    constexpr std::int64_t kMostSilence = 600; // seconds, of all gaps together
+    const int whole = m_encoder->frame_size;
+    const std::int64_t gap = position - m_position - queued();
+    const bool filled = m_silence + gap <= kMostSilence * m_encoder->sample_rate;
+    m_silence += filled ? gap : 0;
+    Outcome outcome = queued() > 0 ? encode(queued(), whole - queued()) : success();
+    while (outcome && filled && position - m_position >= whole)
+        outcome = encode(0, whole);
+    const std::int64_t rest = std::max<std::int64_t>(0, position - m_position);
+    if (filled)
+        return outcome ? queueSilence(static_cast<int>(rest)) : outcome;
+    m_position += rest;
     return outcome;
+}
+
+Outcome SoundTrack::queueSilence(int samples)
+{
+    void* planes[kMostChannels];
+    for (int i = 0; i < kMostChannels; ++i) {
+        m_converted[i].assign(static_cast<std::size_t>(samples), 0);
+        planes[i] = m_converted[i].data();
+    }
+    const int wrote = av_audio_fifo_write(m_queue.get(), planes, samples);
+    return wrote < samples ? Outcome(m_file.failure(AVERROR(ENOMEM))) : success();
 }
 
 Outcome SoundTrack::resample(const AVFrame* frame)
@@ -166,7 +188,12 @@ Outcome SoundTrack::encode(int samples, int silence)
     av_samples_set_silence(m_frame->data, samples, silence, m_encoder->ch_layout.nb_channels, AV_SAMPLE_FMT_FLTP);
     m_frame->pts = m_position;
     m_position += m_frame->nb_samples;
-    return m_file.encode(m_encoder.get(), m_frame.get(), m_track, 0);
+    return write(m_frame.get());
+}
+
+Outcome SoundTrack::write(const AVFrame* frame)
+{
+    return m_file.write(encodeFrame(m_encoder.get(), frame), m_encoder.get(), m_track, 0);
 }
 
 Outcome SoundTrack::finish()
@@ -177,7 +204,7 @@ Outcome SoundTrack::finish()
     const auto rest = static_cast<int>(std::min<std::int64_t>(queued(), end() - m_position));
     if (outcome && rest > 0)
         outcome = encode(rest, 0);
-    return outcome ? m_file.encode(m_encoder.get(), nullptr, m_track, 0) : outcome;
+    return outcome ? write(nullptr) : outcome;
 }
 
 } // namespace lamina

@@ -18,7 +18,7 @@ public:
     static Result<std::unique_ptr<SoundTrack>> add(MovieFile& file, const AVCodecParameters& source, double end);
 
     /// Takes samples that begin at `time`, in seconds. Small differences from where the sound stands are passed over; a
-    /// larger gap stays one, and what lies before 0 or before where the sound stands is dropped.
+    /// larger gap becomes silence, and what lies before 0 or before where the sound stands is dropped.
     Outcome write(const AVFrame& frame, double time);
     /// Where the sound stands, in seconds.
     double time() const;
@@ -41,9 +41,11 @@ private:
     Outcome open(const AVCodecParameters& source);
     Outcome follow(const AVFrame& frame);
     Outcome skipTo(std::int64_t position);
+    Outcome queueSilence(int samples);
     Outcome resample(const AVFrame* frame);
     Outcome encodeWhole();
     Outcome encode(int samples, int silence);
+    Outcome write(const AVFrame* frame);
     std::int64_t end() const;
     int queued() const { return av_audio_fifo_size(m_queue.get()); }
 
@@ -57,6 +59,7 @@ private:
     SampleQueue m_queue;
     Frame m_frame;
     std::int64_t m_position = 0; ///< of the queue's first sample
+    std::int64_t m_silence = 0;  ///< samples that filled gaps
 };
 
 } // namespace lamina

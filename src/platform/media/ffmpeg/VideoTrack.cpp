@@ -1,13 +1,21 @@
 #include "platform/media/ffmpeg/VideoTrack_p.h"
 
 #include "platform/base/Causes.h"
+#include "platform/media/AbandonableWork_p.h"
 #include "platform/media/ffmpeg/ClipPicture_p.h"
+#include "platform/media/ffmpeg/PlainNumbers_p.h"
+
+extern "C" {
+#include <libavutil/cpu.h>
+}
 
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
 #include <cstring>
+#include <optional>
 #include <string>
+#include <utility>
 
 namespace lamina {
 
@@ -17,6 +25,11 @@ constexpr int kTicks = 90'000; // a second; the films' usual rates come out whol
 
 /// What x264 writes depends on this number, so it is not that of the processors.
 constexpr int kEncoderThreads = 2;
+
+/// How blocks of one picture count for later ones is computed by x264's code for AVX-512 from memory past the end of a
+/// row as well, which nobody has set: now and then a film came out with other bytes. This is all that processors with
+/// AVX-512 have besides it.
+constexpr const char* kWithoutAVX512 = ":asm=MMX2,SSE2Fast,SSSE3,SSE4.2,LZCNT,AVX,FMA3,BMI2,AVX2";
 
 int evenSide(int side)
 {
@@ -37,9 +50,10 @@ int openEncoder(AVCodecContext& encoder, const AVCodec* codec, int crf, VideoTra
     AVDictionary* options = nullptr;
     av_dict_set(&options, "preset", "veryfast", 0);
     av_dict_set(&options, "profile", "high", 0);
-    // Threads that share a frame, and none that looks ahead: with a frame for each thread the bytes differ more often
-    // from run to run. They still do, rarely, by a few bytes; why is not known yet.
+    // Threads that share a frame are done with each sooner, which counts when a film is cancelled.
     av_dict_set(&options, "x264-params", "sliced-threads=1:sync-lookahead=0", 0);
+    if ((av_get_cpu_flags() & AV_CPU_FLAG_AVX512) != 0)
+        av_dict_set(&options, "x264-params", kWithoutAVX512, AV_DICT_APPEND);
     av_dict_set(&options, "crf", std::to_string(crf).c_str(), 0);
     if (content == VideoTrack::Content::Still)
         av_dict_set(&options, "tune", "stillimage", 0);
@@ -65,7 +79,7 @@ Outcome VideoTrack::open(IntSize size, AVRational rate, int crf, Content content
     const AVCodec* codec = avcodec_find_encoder_by_name("libx264");
     if (!codec)
         return Error{m_file.path(), "the FFmpeg that is installed can't write H.264"};
-    m_encoder.reset(avcodec_alloc_context3(codec));
+    m_encoder = SharedEncoder(avcodec_alloc_context3(codec), FreeFFmpeg());
     if (!m_encoder)
         return m_file.failure(AVERROR(ENOMEM));
     m_encoder->width = evenSide(size.width);
@@ -97,7 +111,6 @@ bool VideoTrack::prepareFrame()
     m_frame->format = AV_PIX_FMT_YUV420P;
     m_frame->width = even.width;
     m_frame->height = even.height;
-    m_padded.resize(4 * static_cast<std::size_t>(even.width) * static_cast<std::size_t>(even.height));
     if (av_frame_get_buffer(m_frame.get(), 0) < 0)
         return false;
     for (const AVBufferRef* buffer : m_frame->buf) // vector code reads what lies between the rows, too
@@ -107,8 +120,12 @@ bool VideoTrack::prepareFrame()
 }
 
 /// An odd side gets its last column or row once more.
-void VideoTrack::pad(const PictureRows& picture)
+PictureRows VideoTrack::withEvenSides(const PictureRows& picture)
 {
+    const IntSize even{m_encoder->width, m_encoder->height};
+    if (picture.size == even)
+        return picture;
+    m_padded.resize(4 * static_cast<std::size_t>(even.width) * static_cast<std::size_t>(even.height));
     const std::size_t width = 4 * static_cast<std::size_t>(picture.size.width);
     const std::size_t paddedWidth = 4 * static_cast<std::size_t>(m_encoder->width);
     std::uint8_t* row = m_padded.data();
@@ -118,19 +135,20 @@ void VideoTrack::pad(const PictureRows& picture)
         if (paddedWidth > width)
             std::memcpy(row + width, row + width - 4, 4);
     }
+    return {m_padded.data(), paddedWidth, even};
 }
 
 Outcome VideoTrack::setPicture(const PictureRows& picture)
 {
     if (av_frame_make_writable(m_frame.get()) < 0)
         return m_file.failure(AVERROR(ENOMEM));
-    pad(picture);
+    const PictureRows even = withEvenSides(picture);
     constexpr int kRowsAtOnce = 128; // a large picture takes longer than a person who cancels likes to wait
-    const int strides[4] = {4 * m_encoder->width, 0, 0, 0};
+    const int strides[4] = {static_cast<int>(even.bytesPerRow), 0, 0, 0};
     for (int y = 0; y < m_encoder->height; y += kRowsAtOnce) {
         if (m_file.isCancelled())
             return m_file.failure(AVERROR_EXIT);
-        const std::uint8_t* rows[4] = {m_padded.data() + static_cast<std::ptrdiff_t>(y) * strides[0], nullptr, nullptr,
+        const std::uint8_t* rows[4] = {even.pixels + static_cast<std::size_t>(y) * even.bytesPerRow, nullptr, nullptr,
                                        nullptr};
         sws_scale(m_scaler.get(), rows, strides, y, std::min(kRowsAtOnce, m_encoder->height - y), m_frame->data,
                   m_frame->linesize);
@@ -147,12 +165,30 @@ Outcome VideoTrack::show(double time, double duration)
     m_last = tick;
     m_duration = std::llround(std::clamp(duration, 1.0 / kTicks, kLatest) * kTicks);
     m_frame->pts = tick;
-    return m_file.encode(m_encoder.get(), m_frame.get(), m_track, m_duration);
+    return encode(m_frame.get());
+}
+
+/// A large picture can take seconds. Who cancels doesn't wait for it: the encoder and the frame are freed when it is
+/// done.
+Outcome VideoTrack::encode(const AVFrame* frame)
+{
+    std::shared_ptr<AVFrame> held(frame ? av_frame_clone(frame) : nullptr, FreeFFmpeg());
+    if (frame && !held)
+        return m_file.failure(AVERROR(ENOMEM));
+    auto work = [encoder = m_encoder, held = std::move(held)]() mutable {
+        const PlainNumbers plain;
+        EncodedFrame encoded = encodeFrame(encoder.get(), held.get());
+        held.reset(); // so that the next picture can take its place
+        return encoded;
+    };
+    const std::optional<EncodedFrame> encoded = doUnlessCancelled(std::move(work), m_file.cancelled());
+    return encoded ? m_file.write(*encoded, m_encoder.get(), m_track, m_duration)
+                   : Outcome(m_file.failure(AVERROR_EXIT));
 }
 
 Outcome VideoTrack::finish()
 {
-    return m_file.encode(m_encoder.get(), nullptr, m_track, m_duration);
+    return encode(nullptr);
 }
 
 } // namespace lamina

@@ -37,10 +37,11 @@ private:
     }
     Outcome open(IntSize size, AVRational rate, int crf, Content content);
     bool prepareFrame();
-    void pad(const PictureRows& picture);
+    PictureRows withEvenSides(const PictureRows& picture);
+    Outcome encode(const AVFrame* frame);
 
     MovieFile& m_file;
-    CodecContext m_encoder;
+    SharedEncoder m_encoder;
     AVStream* m_track = nullptr;
     Frame m_frame;
     Scaler m_scaler;

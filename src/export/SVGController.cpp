@@ -1,0 +1,20 @@
+#include "export/SVGController.h"
+
+namespace lamina {
+
+SVGController::SVGController()
+    : ExporterViewController(SavingtypeMethod::svg, kHeight)
+{
+}
+
+void SVGController::handletrasnparentTap()
+{
+    toggle(m_trasnparentCehck, m_trasparentChoose);
+}
+
+ExportOptions SVGController::options() const
+{
+    return {.transparency = m_trasparentChoose};
+}
+
+} // namespace lamina

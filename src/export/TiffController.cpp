@@ -1,0 +1,10 @@
+#include "export/TiffController.h"
+
+namespace lamina {
+
+TiffController::TiffController()
+    : ExporterViewController(SavingtypeMethod::tiff, kHeight)
+{
+}
+
+} // namespace lamina

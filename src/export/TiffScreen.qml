@@ -1,0 +1,6 @@
+import QtQuick
+import Lamina
+
+ExporterScreen {
+    format: "TIFF"
+}

@@ -1,0 +1,49 @@
+#include "platform/files/FileCopying.h"
+
+#include "platform/base/Causes.h"
+#include "platform/files/FileCauses.h"
+#include "platform/files/FileReading.h"
+
+#include <cerrno>
+#include <cstddef>
+#include <cstdint>
+#include <fcntl.h>
+#include <memory>
+#include <sys/sendfile.h>
+#include <utility>
+
+namespace lamina {
+
+namespace {
+
+Outcome copyTo(const std::string& target, const OpenedFile& source)
+{
+    const FileDescriptor copy(::open(target.c_str(), O_WRONLY | O_CLOEXEC));
+    if (copy.get() < 0)
+        return Error{target, writingFailure(errno)};
+    constexpr std::size_t kPiece = std::size_t{1} << 20;
+    off_t position = 0;
+    while (true) {
+        const ssize_t copied = ::sendfile(copy.get(), source.descriptor.get(), &position, kPiece);
+        if (copied == 0)
+            break;
+        if (copied < 0 && errno != EINTR)
+            return Error{target, writingFailure(errno)};
+    }
+    if (static_cast<std::uint64_t>(position) < source.size)
+        return Error{target, cause::kTruncated};
+    return success();
+}
+
+} // namespace
+
+Result<FileFiller> contentsOf(const std::string& path)
+{
+    Result<OpenedFile> opened = openFileForReading(path);
+    if (!opened)
+        return opened.error();
+    const auto source = std::make_shared<const OpenedFile>(std::move(*opened));
+    return FileFiller([source](const std::string& target) { return copyTo(target, *source); });
+}
+
+} // namespace lamina
