@@ -2,12 +2,15 @@
 
 #include "export/ExportScenes.h"
 #include "export/ExporterViewController.h"
+#include "export/SaveModelDetails.h"
 #include "export/SavingTypeController.h"
 #include "export/SavingTypes.h"
 #include "export/ShareController.h"
+#include "export/functions/ExportWork.h"
 #include "platform/base/Causes.h"
 #include "platform/base/DispatchQueue.h"
 #include "platform/base/Localization.h"
+#include "platform/base/Result.h"
 #include "platform/view/FailureAlert.h"
 #include "platform/view/UIStoryboard.h"
 #include "platform/view/UIViewController.h"
@@ -107,11 +110,18 @@ void ExportFinish::presentShareScreen(const SaveModelDetails& details)
 {
     if (details.saveType != SavingtypeMethod::jpg && details.sharedURL.empty())
         return presentSaveFailure(m_editor, {{}, QT_TRANSLATE_NOOP("Lamina", "no file was written")});
-    m_work.exported();
     const auto screen = UIStoryboard::named(kMainStoryboard)->instantiate<ShareController>(exportscene::kShare);
     if (!screen)
         return;
     screen->setDetails(details);
+    const auto exported = [weak = weak_from_this()] {
+        if (const auto self = weak.lock())
+            self->m_work.exported();
+    };
+    if (details.sharedURL.empty())
+        screen->setSavedHandler(exported); // the library alone has it then
+    else
+        exported();
     presentOver(m_editor, screen);
 }
 

@@ -10,8 +10,10 @@
 #include "export/SavingTypeController.h"
 #include "export/ShareController.h"
 #include "export/TiffController.h"
+#include "export/functions/ExportWork.h"
 #include "platform/view/UIStoryboard.h"
 
+#include <cstddef>
 #include <memory>
 
 namespace lamina {

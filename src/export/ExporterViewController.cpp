@@ -1,20 +1,20 @@
 #include "export/ExporterViewController.h"
 
+#include "export/BackgroundWork_p.h"
 #include "export/ExportScenes.h"
+#include "export/SaveModelDetails.h"
 #include "export/SavingTypeController.h"
 #include "export/SavingTypes.h"
+#include "export/functions/ClipThumbnail.h"
 #include "hud/SVProgressHUD.h"
-#include "platform/base/CMTime.h"
 #include "platform/base/Causes.h"
-#include "platform/base/DispatchQueue.h"
 #include "platform/base/Localization.h"
 #include "platform/base/Log.h"
-#include "platform/media/Clip.h"
-#include "platform/photos/PictureQueue.h"
 #include "platform/view/FailureAlert.h"
 #include "platform/view/UIDocumentPickerViewController.h"
 #include "platform/view/UIStoryboard.h"
 
+#include <cstdint>
 #include <filesystem>
 #include <functional>
 #include <optional>
@@ -24,23 +24,8 @@ namespace lamina {
 
 namespace {
 
-/// The frame that stands for a clip.
-constexpr CMTime kFrameTime = CMTime::make(1, 30);
-
 /// The panel is told of steps that can be seen.
 constexpr double kProgressStep = 0.01;
-
-/// Runs `work` among the pictures' other work, and then `done` with what it gave on the main thread.
-template <class Value>
-void runBehind(std::function<Value()> work, std::function<void(const Value&)> done)
-{
-    pictureQueue().async(
-        [work = std::move(work), done = std::move(done), expected = DispatchQueue::main().expectWork()]() mutable {
-            auto value = std::make_shared<const Value>(work());
-            DispatchQueue::main().async([value = std::move(value), done = std::move(done)] { done(*value); });
-            expected.reset();
-        });
-}
 
 void showHUD(const std::string& status)
 {
@@ -81,12 +66,24 @@ ExporterViewController::ExporterViewController(SavingtypeMethod type, double pic
 
 ExporterViewController::~ExporterViewController()
 {
+    abandonWork();
+}
+
+void ExporterViewController::viewWillDisappear(bool animated)
+{
+    SheetViewController::viewWillDisappear(animated);
+    abandonWork();
+}
+
+/// Nobody waits for a frame or a result any more.
+void ExporterViewController::abandonWork()
+{
     if (m_gone)
         *m_gone = true;
-    if (m_job) {
-        m_job->cancelled = true;
-        SVProgressHUD::dismiss();
-    }
+    if (!m_job)
+        return;
+    std::exchange(m_job, nullptr)->cancelled = true;
+    SVProgressHUD::dismiss();
 }
 
 void ExporterViewController::setSavingDelegate(std::weak_ptr<DataPassingToShareController> delegate)
@@ -156,20 +153,16 @@ void ExporterViewController::loadFrame()
     m_loading = true;
     m_gone = std::make_shared<std::atomic<bool>>(false);
     emit stateChanged();
-    const std::function load = [path = m_videoUrl, gone = m_gone]() -> Result<UIImage> {
-        Result<ClipFrame> frame = loadClipFrame(path, kFrameTime, {.cancelled = gone.get()});
-        if (!frame)
-            return frame.error();
-        return std::move(frame->picture);
-    };
-    runBehind<Result<UIImage>>(load, [this, gone = m_gone](const Result<UIImage>& frame) {
-        if (!*gone)
-            frameArrived(frame);
-    });
+    inBackground<Result<UIImage>>(
+        weak_from_this(),
+        [path = m_videoUrl, gone = m_gone] { return thumbnailOfVideo(path, kClipThumbnailTime, gone.get()); },
+        [this](const Result<UIImage>& frame) { frameArrived(frame); });
 }
 
 void ExporterViewController::frameArrived(const Result<UIImage>& frame)
 {
+    if (*m_gone)
+        return;
     m_loading = false;
     if (frame) {
         m_tobeSavedimage = *frame;
@@ -229,26 +222,27 @@ void ExporterViewController::startExport(const ExportPlace& place)
     emit closableChanged();
     showHUD(localizedString(QT_TRANSLATE_NOOP("Lamina", "Please Wait...")));
     SVProgressHUD::setCancelAction([job = m_job] { job->cancelled = true; });
-    const std::function work = [job = m_job] {
-        return runExport(job->type, job->source, job->options, job->place,
-                         {.progress = shownProgress(), .cancelled = &job->cancelled});
-    };
-    runBehind<Result<ExportedFile>>(work, [this, weak = weak_from_this(), job = m_job](const auto& result) {
-        if (const auto self = weak.lock())
-            exportEnded(*job, result);
-    });
+    inBackground<Result<ExportedFile>>(
+        weak_from_this(),
+        [job = m_job] {
+            return runExport(job->type, job->source, job->options, job->place,
+                             {.progress = shownProgress(), .cancelled = &job->cancelled});
+        },
+        [this, job = m_job](const Result<ExportedFile>& result) { exportEnded(job, result); });
 }
 
-void ExporterViewController::exportEnded(const Job& job, const Result<ExportedFile>& result)
+void ExporterViewController::exportEnded(const std::shared_ptr<Job>& job, const Result<ExportedFile>& result)
 {
+    if (m_job != job)
+        return;
     m_job = nullptr;
     emit stateChanged();
     emit closableChanged();
     if (!result && result.error().cause != cause::kCancelled)
-        return showFailure(job, result.error());
+        return showFailure(*job, result.error());
     SVProgressHUD::dismiss();
     if (result)
-        handOver(job, *result);
+        handOver(*job, *result);
 }
 
 void ExporterViewController::handOver(const Job& job, const ExportedFile& file)

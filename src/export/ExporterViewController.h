@@ -83,6 +83,8 @@ public:
 
     /// Takes a picture or a clip in, see the class.
     void viewDidLoad() override;
+    /// Stops the work under way: nobody hears what came of it.
+    void viewWillDisappear(bool animated) override;
 
     /// The row of the file type: opens the chooser, this type marked.
     Q_INVOKABLE void handlefileTap();
@@ -111,7 +113,8 @@ private:
     void loadFrame();
     void frameArrived(const Result<UIImage>& frame);
     void startExport(const ExportPlace& place);
-    void exportEnded(const Job& job, const Result<ExportedFile>& result);
+    void abandonWork();
+    void exportEnded(const std::shared_ptr<Job>& job, const Result<ExportedFile>& result);
     void handOver(const Job& job, const ExportedFile& file);
     void showFailure(const Job& job, const Error& error);
     void chooseAnotherPlace();

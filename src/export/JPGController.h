@@ -2,6 +2,8 @@
 
 #include "export/SizedExporterController.h"
 
+#include "export/functions/ExportWork.h"
+
 #include <QObject>
 #include <QString>
 

@@ -1,5 +1,6 @@
 #include "export/MP4VideoController.h"
 
+#include "export/functions/ExportWork.h"
 #include "platform/base/Localization.h"
 #include "platform/media/VideoExport.h"
 

@@ -3,6 +3,7 @@
 #include "export/ColorProfileController.h"
 #include "export/ExportScenes.h"
 #include "export/SavingTypes.h"
+#include "export/functions/ExportWork.h"
 #include "platform/base/Localization.h"
 #include "platform/base/NumberText.h"
 #include "platform/view/UIStoryboard.h"

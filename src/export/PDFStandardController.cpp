@@ -1,5 +1,7 @@
 #include "export/PDFStandardController.h"
 
+#include "export/functions/ExportWork.h"
+
 namespace lamina {
 
 PDFStandardController::PDFStandardController()

@@ -2,6 +2,9 @@
 
 #include "export/SizedExporterController.h"
 
+#include "export/CheckMark.h"
+#include "export/functions/ExportWork.h"
+
 #include <QObject>
 #include <QString>
 

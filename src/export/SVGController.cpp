@@ -1,5 +1,7 @@
 #include "export/SVGController.h"
 
+#include "export/functions/ExportWork.h"
+
 namespace lamina {
 
 SVGController::SVGController()

@@ -1,6 +1,7 @@
 #include "export/SavingTypeController.h"
 
 #include "export/SavingTypes.h"
+#include "export/functions/ExportWork.h"
 #include "platform/base/Localization.h"
 #include "platform/base/Log.h"
 

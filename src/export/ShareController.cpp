@@ -1,23 +1,27 @@
 #include "export/ShareController.h"
 
+#include "export/BackgroundWork_p.h"
 #include "export/LibrarySaving_p.h"
 #include "export/SavingTypes.h"
 #include "export/ShareSheet.h"
 #include "imageops/ImageGeometry.h"
+#include "platform/base/CGGeometry.h"
 #include "platform/base/DispatchQueue.h"
 #include "platform/base/Localization.h"
 #include "platform/base/NumberText.h"
 #include "platform/image/codecs/PictureEncoding.h"
 #include "platform/photos/AssetPicture.h"
-#include "platform/photos/PictureQueue.h"
+#include "platform/photos/PHAsset.h"
 #include "platform/view/FailureAlert.h"
 #include "platform/view/PresentationHost.h"
 #include "platform/view/UIAlertController.h"
+#include "platform/view/UIViewAnimation.h"
 
 #include <QCoreApplication>
 
 #include <algorithm>
 #include <array>
+#include <cstddef>
 #include <cstdint>
 #include <filesystem>
 #include <utility>
@@ -81,20 +85,6 @@ UIImage reduced(const UIImage& image)
         return image;
     const float factor = static_cast<float>(kPreviewSide) / static_cast<float>(longer);
     return scaleByFactor(UIImage(image.upright().cgImage()), factor);
-}
-
-/// Runs the work on a queue of the background, and `done` with what came of it as long as the screen is there.
-template <class Value>
-void inBackground(const std::weak_ptr<UIViewController>& screen, std::function<Value()> work,
-                  std::function<void(Value)> done)
-{
-    pictureQueue().async(
-        [screen, work = std::move(work), done = std::move(done), expected = DispatchQueue::main().expectWork()] {
-            DispatchQueue::main().async([screen, value = work(), done, expected]() mutable {
-                if (const auto alive = screen.lock())
-                    done(std::move(value));
-            });
-        });
 }
 
 } // namespace
@@ -227,6 +217,8 @@ void ShareController::librarySaved(const Result<std::string>& path)
 void ShareController::saved(const Result<std::string>& path)
 {
     m_saving = path || !sharevideoURL().empty() ? Saving::Done : Saving::Failed;
+    if (const auto handler = path ? std::exchange(m_savedHandler, {}) : nullptr)
+        handler();
     if (path && sharevideoURL().empty())
         m_file = *path;
     const Sheet sheet = m_sheet.lock();

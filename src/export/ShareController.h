@@ -2,6 +2,7 @@
 
 #include "export/CrossPromotionCoordinater.h"
 #include "export/SaveModelDetails.h"
+#include "export/functions/ExportWork.h"
 #include "platform/base/DispatchTimer.h"
 #include "platform/base/Result.h"
 #include "platform/image/pixels/UIImage.h"
@@ -18,6 +19,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 
 namespace lamina {
 
@@ -62,6 +64,9 @@ public:
     /// Path of the exported file, whatever its type; empty: none.
     const std::string& sharevideoURL() const { return m_details.sharedURL; }
     void setSharevideoURL(std::string path) { m_details.sharedURL = std::move(path); }
+
+    /// Runs once, when the photo library has the result, or the place that the user has chosen in its stead.
+    void setSavedHandler(std::function<void()> handler) { m_savedHandler = std::move(handler); }
 
     /// How far saving has come, in the user's language.
     QString headline() const;
@@ -131,6 +136,7 @@ private:
     bool isSheetOpen() const;
 
     SaveModelDetails m_details;
+    std::function<void()> m_savedHandler;
     Saving m_saving = Saving::Done;
     std::string m_file; ///< that holds the result: the exported one, or the library's
     QString m_fileSize;

@@ -1,10 +1,11 @@
 #include "export/SizedExporterController.h"
 
-#include "imageops/DrawingSurface.h"
+#include "export/functions/ExportWork.h"
+#include "export/functions/ImageHelpers.h"
 #include "platform/base/NumberText.h"
-#include "platform/base/UIScreen.h"
 
 #include <cmath>
+#include <string>
 
 namespace lamina {
 
@@ -38,15 +39,9 @@ void SizedExporterController::sizeSliderAction(float value)
     emit optionsChanged();
 }
 
-/// As the pictures are drawn: by one of the two sides, in a context of the main screen's scale.
 IntSize SizedExporterController::filePixels() const
 {
-    const CGSize size = tobeSavedimage().size();
-    if (!(size.width > 0 && size.height > 0))
-        return {};
-    const double factor = size.height >= size.width ? m_newSize.width / size.width : m_newSize.height / size.height;
-    const double pixels = factor * UIScreen::main().scale;
-    return wholePixels(size.width * pixels, size.height * pixels).value_or(IntSize{});
+    return tobeSavedimage() ? pixelsToFit(tobeSavedimage(), m_newSize.width, m_newSize.height) : IntSize{};
 }
 
 ExportOptions SizedExporterController::options() const

@@ -4,6 +4,8 @@
 #include "app/ViewController.h"
 #include "editors/blend/BlendComposition.h"
 #include "editors/blend/PickedImages.h"
+#include "export/PNGController.h"
+#include "export/SavingTypeController.h"
 #include "platform/base/CGAffineTransform.h"
 #include "platform/base/CGGeometry.h"
 
@@ -21,13 +23,13 @@ protected:
     {
         return driver->top<BlendPhotoViewController>()->composition().photos[1].transform;
     }
-    static QDir libraryFolder() { return QDir(QDir::home().filePath(QStringLiteral("Pictures/Lamina"))); }
-    /// The latest file in the library's folder.
-    static QImage savedPicture()
+    static QDir documents() { return QDir(QDir::home().filePath(QStringLiteral("Documents/Lamina"))); }
+    void goToPNG()
     {
-        const QStringList files = libraryFolder().entryList({QStringLiteral("*.png")}, QDir::Files, QDir::Time);
-        EXPECT_FALSE(files.isEmpty());
-        return files.isEmpty() ? QImage() : QImage(libraryFolder().filePath(files.first()));
+        ASSERT_TRUE(driver->tap(QStringLiteral("Save")));
+        ASSERT_TRUE(driver->waitFor<SavingTypeController>());
+        ASSERT_TRUE(driver->tap(QStringLiteral("PNG")));
+        ASSERT_TRUE(driver->waitFor<PNGController>());
     }
 };
 
@@ -87,13 +89,12 @@ TEST_F(BlendRoad, ByFingers)
     ASSERT_TRUE(driver->waitFor<BlendPhotoViewController>());
 
     // What is saved is what is seen.
-    ASSERT_TRUE(driver->tap(QStringLiteral("Save")));
-    const auto blend = driver->top<BlendPhotoViewController>();
-    ASSERT_TRUE(WindowDriver::waitUntil([&] { return !blend->notice().isEmpty(); }));
-    EXPECT_THAT(blend->notice().toStdString(), testing::StartsWith("Saved to ~/Pictures/Lamina/"));
-    EXPECT_NE(driver->item(blend->notice()), nullptr) << "the notice is not on the screen";
+    goToPNG();
+    ASSERT_TRUE(driver->tap(QStringLiteral("Save PNG")));
+    leaveShareScreen();
     driver->grab(); // with all that waits to be painted
-    QImage saved = savedPicture().convertToFormat(QImage::Format_RGB32);
+    QImage saved(documents().filePath(QStringLiteral("default.png")));
+    saved = saved.convertToFormat(QImage::Format_RGB32);
     EXPECT_TRUE(saved.colorSpace().isValid());
     saved.setColorSpace({}); // that of the canvas, which QImage would compare too
     EXPECT_EQ(saved.size(), QSize(3 * kWidth, 3 * kWidth));
@@ -202,14 +203,18 @@ TEST_F(BlendRoad, ByKeysAlone)
     EXPECT_TRUE(driver->waitFor<ViewController>());
 }
 
-TEST_F(BlendRoad, AWindowThatIsClosedFinishesItsSaving)
+TEST_F(BlendRoad, AWindowThatIsClosedLeavesNoHalfFile)
 {
     open();
     goToBlend();
-    const int before = libraryFolder().entryList({QStringLiteral("*.png")}, QDir::Files).size();
-    driver->top<BlendPhotoViewController>()->shareBtn();
+    goToPNG();
+    documents().removeRecursively();
+    driver->tapOnly(*driver->item(QStringLiteral("Save PNG")));
     driver.reset(); // at once
-    EXPECT_EQ(libraryFolder().entryList(QDir::Files | QDir::Hidden).size(), before + 1);
+    for (const QFileInfo& file : documents().entryInfoList(QDir::Files | QDir::Hidden)) {
+        EXPECT_EQ(file.fileName(), QStringLiteral("default.png"));
+        EXPECT_FALSE(QImage(file.filePath()).isNull());
+    }
 }
 
 } // namespace

@@ -5,6 +5,7 @@
 #include "TestPaths.h"
 #include "app/AboutViewController.h"
 #include "app/ViewController.h"
+#include "export/SavingTypeController.h"
 #include "platform/base/CGAffineTransform.h"
 #include "platform/host/KeyTable.h"
 
@@ -132,7 +133,7 @@ TEST_F(ByKeys, EveryKeyInTheListWorks)
              const QVariantMap tool = blend()->tools()[i].toMap();
              return tool["active"].toBool() == tool["enabled"].toBool();
          }},
-        {"save", nothing, [&](int) { return driver->waitUntil([&] { return !blend()->notice().isEmpty(); }); }},
+        {"save", nothing, [&](int) { return driver->top<SavingTypeController>() != nullptr; }},
         {"close", nothing, [&](int) { return !driver->view().isVisible(); }},
         {"quit", [&](int) { driver->view().show(); }, [&](int) { return !driver->view().isVisible(); }},
     };

@@ -198,10 +198,6 @@ TEST_P(Layout, KeepsAllThatCanBePressedWholeAndFree)
     }
     ASSERT_TRUE(driver->waitFor<BlendPhotoViewController>());
     checkEverywhere("blend");
-    const auto blend = driver->top<BlendPhotoViewController>();
-    blend->shareBtn();
-    ASSERT_TRUE(WindowDriver::waitUntil([&] { return !blend->notice().isEmpty(); }));
-    checkEverywhere("saved");
 }
 
 TEST_P(Layout, KeepsTheSheetsOfAnExportSo)

@@ -76,7 +76,12 @@ TEST_F(Sheet, GoesDownBeforeItIsGone)
     qputenv("LAMINA_REDUCED_MOTION", "1");
     const double rest = titleTop();
     driver->pressOnly(Qt::Key_Escape);
-    EXPECT_TRUE(WindowDriver::waitUntil([&] { return isOpen() || titleTop() > rest + 20; }));
+    EXPECT_TRUE(WindowDriver::waitUntil(
+        [&] {
+            const QQuickItem* const title = driver->item(QStringLiteral("Save as JPG"));
+            return title && title->mapToScene({}).y() > rest + 20;
+        },
+        2));
     EXPECT_EQ(driver->item(QStringLiteral("Blend"))->isVisible(), true);
     driver->settle();
     EXPECT_EQ(driver->item(QStringLiteral("Save as JPG")), nullptr);

@@ -6,7 +6,9 @@
 #include "app/ImagePIckingViewController.h"
 #include "app/PinchZoomViewController.h"
 #include "editors/blend/BlendPhotoViewController.h"
+#include "export/ShareController.h"
 #include "platform/host/Application.h"
+#include "platform/view/UIActivityViewController.h"
 #include "platform/view/UIAlertController.h"
 
 #include <QDir>
@@ -56,6 +58,15 @@ protected:
         pickAndUse(sample("sea-sunset.jpg"));
         ASSERT_TRUE(driver->waitFor<ImagePIckingViewController>());
         pickAndUse(sample("city-rain.jpg"));
+        ASSERT_TRUE(driver->waitFor<BlendPhotoViewController>());
+    }
+    /// From an exporter that saves to the editor again: the share sheet opens by itself.
+    void leaveShareScreen()
+    {
+        ASSERT_TRUE(driver->waitFor<UIActivityViewController>());
+        driver->press(Qt::Key_Escape);
+        ASSERT_TRUE(driver->waitFor<ShareController>());
+        ASSERT_TRUE(driver->tap(QStringLiteral("Back")));
         ASSERT_TRUE(driver->waitFor<BlendPhotoViewController>());
     }
     std::string alertText()

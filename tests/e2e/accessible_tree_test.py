@@ -78,6 +78,28 @@ panel 'The blend'
   check box 'Effects' (Not available now)
   check box 'Sticker' (Not available now)
 """
+TYPES = """
+dialog 'Save as' modal
+  heading 'Save as'
+  push button 'Close' (Esc)
+  list 'Save as'
+    list item 'JPG' (Best for sharing)
+    list item 'PNG' (Suggested. Best for complex images, illustrations)
+    list item 'PDF Standard' (Best for document (and emailing))
+    list item 'PDF Print' (Best for printing)
+    list item 'SVG' (Best for web design and animations)
+    list item 'MP4 Video' (High quality video)
+    list item 'TIFF' (Store raster graphics information.)
+"""
+PNG = """
+dialog 'Save as PNG' modal
+  heading 'Save as PNG'
+  push button 'Close' (Esc)
+  push button 'File type' (PNG. Suggested)
+  slider 'Size' (1.0. 360.0 x 360.0 px. 1080 × 1080 pixels in the file) 1.00 of 0.50 to 2.50
+  check box 'Transparent background' checked
+  push button 'Save PNG'
+"""
 QUESTION = """
 dialog 'Discard Editing' modal
   alert 'Discard Editing'
@@ -225,6 +247,14 @@ class AccessibleTree(unittest.TestCase):
         self.press("meadow.jpg")
         self.wait_for("panel 'Photo 2 of 2'")
         self.press("Use photo")
+        self.assert_shows(BLEND)
+        self.press("Save")
+        self.assert_shows(TYPES)
+        self.press("PNG")
+        self.wait_for("Save PNG")
+        self.press("Transparent background")
+        self.assert_shows(PNG)
+        self.press("Close")
         self.assert_shows(BLEND)
         self.press("Back")
         self.assert_shows(QUESTION)

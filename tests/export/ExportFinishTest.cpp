@@ -2,10 +2,15 @@
 #include "export/ExportFinish.h"
 
 #include "ExportScreensFixture.h"
+#include "LogCapture.h"
 #include "export/ExporterViewController.h"
 #include "export/SavingTypeController.h"
 #include "export/SavingTypes.h"
+#include "export/ShareController.h"
+#include "platform/photos/PhotoFolder.h"
 #include "platform/view/UIAlertController.h"
+
+#include <filesystem>
 
 namespace lamina::test {
 namespace {
@@ -33,6 +38,19 @@ protected:
         chooser->selectRow(static_cast<int>(indexOf(type)));
         settle();
         return top<ExporterViewController>();
+    }
+
+    /// The share screen, which has opened the system's sheet.
+    std::shared_ptr<ShareController> shareScreen() const
+    {
+        return std::dynamic_pointer_cast<ShareController>(editor->presentedViewController());
+    }
+    std::vector<std::string> library() const
+    {
+        std::vector<std::string> files;
+        for (const auto& file : std::filesystem::directory_iterator(photoLibraryFolder()))
+            files.push_back(file.path());
+        return files;
     }
 
     UIImage picture{rampPicture(40, 30, 100), 2};
@@ -71,6 +89,82 @@ TEST_F(ExportRoad, AnotherTypeIsFlattenedAnew)
     ASSERT_TRUE(exporter);
     EXPECT_EQ(exporter->saveType(), SavingtypeMethod::tiff);
     EXPECT_TRUE(exporter->tobeSavedimage().isIdenticalTo(picture));
+}
+
+TEST_F(ExportRoad, EachTypeReachesTheShareScreenWithItsFile)
+{
+    const std::string documents = home.path("Documents/Lamina/");
+    const struct {
+        SavingtypeMethod type;
+        std::string file;   // in the documents; none: elsewhere
+        std::string begins; // how such a file does
+        std::size_t from = 0;
+    } table[] = {
+        {SavingtypeMethod::jpg, "", ""},
+        {SavingtypeMethod::png, "default.png", "\x89PNG"},
+        {SavingtypeMethod::pdfStandard, "UntitledPdf.pdf", "%PDF-1."},
+        {SavingtypeMethod::pdfPrint, "UntitledPdf.pdf", "%PDF-1."},
+        {SavingtypeMethod::svg, "UntitledSVG.svg", "<?xml"},
+        {SavingtypeMethod::mp4, "Convert/Convert.mp4", "ftyp", 4},
+        {SavingtypeMethod::tiff, "", "II*"},
+    };
+    int shared = 0;
+    for (const auto& c : table) {
+        SCOPED_TRACE(static_cast<int>(c.type));
+        const auto exporter = choose(c.type);
+        ASSERT_TRUE(exporter);
+        const std::string told = exporter->filePixelsText().toStdString();
+        exporter->downloadbtnAction();
+        exporter->downloadbtnAction(); // one at a time
+        EXPECT_TRUE(exporter->isExporting());
+        exporter->handlePanGesture(3, kScreenHeight);
+        exporter->backAction();
+        exporter->handlefileTap();
+        EXPECT_EQ(top<ExporterViewController>(), exporter) << "it can't be left meanwhile";
+        ASSERT_TRUE(DispatchQueue::main().runUntil([&] { return shareScreen() && exported > shared; }, 60));
+        const auto share = shareScreen();
+        EXPECT_EQ(share->fetchData(), c.type);
+        EXPECT_EQ(share->modalPresentationStyle(), UIModalPresentationStyle::OverCurrentContext);
+        if (!c.file.empty()) {
+            EXPECT_EQ(share->sharevideoURL(), documents + c.file);
+        }
+        if (!c.begins.empty()) {
+            EXPECT_EQ(readFile(share->sharevideoURL()).substr(c.from, c.begins.size()), c.begins);
+        }
+        EXPECT_EQ(share->sharevideoURL().empty(), c.type == SavingtypeMethod::jpg);
+        EXPECT_EQ(exported, ++shared);
+        EXPECT_EQ(told, "40 × 30 pixels");
+        editor->dismiss(false);
+        settle();
+    }
+    // A JPG's bytes, a PNG's, the film's copy and the TIFF.
+    EXPECT_EQ(library().size(), 4u);
+}
+
+TEST_F(ExportRoad, AnExporterThatLeavesStopsItsWork)
+{
+    auto exporter = choose(SavingtypeMethod::png);
+    ASSERT_TRUE(exporter);
+    exporter->setSavingDelegate(listener);
+    exporter->downloadbtnAction();
+    editor->dismiss(false);
+    exporter.reset();
+    settle();
+    EXPECT_TRUE(listener->records.empty());
+}
+
+TEST_F(ExportRoad, AFailureIsToldOnThePanelAndTheSheetStays)
+{
+    writeFile(home.path("Documents"), ""); // a file in the folder's place
+    const auto exporter = choose(SavingtypeMethod::svg);
+    ASSERT_TRUE(exporter);
+    const LogCapture log;
+    exporter->downloadbtnAction();
+    settle();
+    EXPECT_EQ(top<ExporterViewController>(), exporter);
+    EXPECT_TRUE(exporter->isReady());
+    EXPECT_EQ(exported, 0);
+    EXPECT_NE(log.text().find("Documents"), std::string::npos) << log.text();
 }
 
 TEST_F(ExportRoad, WithoutMemoryOrAFileAnAlertSaysSo)

@@ -5,6 +5,7 @@
 #include "export/PNGController.h"
 #include "export/SavingTypeController.h"
 #include "export/SavingTypes.h"
+#include "platform/image/pixels/UIImage.h"
 
 #include <limits>
 

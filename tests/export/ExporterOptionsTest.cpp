@@ -7,9 +7,12 @@
 #include "export/PNGController.h"
 #include "export/SVGController.h"
 #include "export/TiffController.h"
+#include "platform/image/pixels/UIImage.h"
 
 #include <cmath>
+#include <functional>
 #include <limits>
+#include <utility>
 
 namespace lamina::test {
 namespace {

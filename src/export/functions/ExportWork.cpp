@@ -17,13 +17,7 @@ namespace {
 
 /// By the type's number.
 constexpr std::array<ExportFunction, kSavingTypeCount> kFunctions = {
-    exportJPG,         exportPNG,      exportPDFStandard, exportPDFPrint, exportSVG, exportMP4, exportTIFF,
-    nullptr, // jpg
-    nullptr, // png
-    exportPDFStandard, exportPDFPrint,
-    nullptr, // svg
-    exportMP4,
-    nullptr, // tiff
+    exportJPG, exportPNG, exportPDFStandard, exportPDFPrint, exportSVG, exportMP4, exportTIFF,
 };
 
 } // namespace

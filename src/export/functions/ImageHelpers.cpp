@@ -22,6 +22,14 @@ namespace {
 /// More is no picture that anybody could open.
 constexpr double kMostPixels = 400e6;
 
+/// In points.
+CGSize sizeToFit(const UIImage& image, double targetWidth, double targetHeight)
+{
+    const CGSize size = image.size();
+    const double factor = size.height >= size.width ? targetWidth / size.width : targetHeight / size.height;
+    return {size.width * factor, size.height * factor};
+}
+
 /// Whether a bitmap of views holds the picture's bytes just as they are.
 bool hasLayoutOfViews(const CGImage& image)
 {
@@ -62,11 +70,21 @@ UIImage redrawn(const UIImage& image, CGSize size, const CGRect& rect, const UIC
     return context->makeUIImage();
 }
 
+IntSize pixelsToFit(const UIImage& image, double targetWidth, double targetHeight)
+{
+    const CGSize scaled = sizeToFit(image, targetWidth, targetHeight);
+    const double scale = UIScreen::main().scale;
+    const auto pixels = [scale](double points) { return std::ceil(points * scale - kPixelNoise); };
+    const double width = pixels(scaled.width);
+    const double height = pixels(scaled.height);
+    if (!(width >= 1 && height >= 1 && width * height <= kMostPixels))
+        return {};
+    return {static_cast<int>(width), static_cast<int>(height)};
+}
+
 UIImage scaleImageToFit(const UIImage& image, double targetWidth, double targetHeight)
 {
-    const CGSize size = image.size();
-    const double factor = size.height >= size.width ? targetWidth / size.width : targetHeight / size.height;
-    const CGSize scaled{size.width * factor, size.height * factor};
+    const CGSize scaled = sizeToFit(image, targetWidth, targetHeight);
     return redrawn(image, scaled, {{0, 0}, scaled}, UIColor::clear());
 }
 

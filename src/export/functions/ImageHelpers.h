@@ -17,6 +17,9 @@ namespace lamina {
 /// picture, the size is not possible or memory is short.
 UIImage scaleImageToFit(const UIImage& image, double targetWidth, double targetHeight);
 
+/// The pixels that such a picture has; 0 x 0 where there will be none.
+IntSize pixelsToFit(const UIImage& image, double targetWidth, double targetHeight);
+
 /// The colour of "#rrggbb" or "rrggbb" with this alpha, as hexadecimal numbers are scanned: blanks and "0x" in front
 /// are passed over and what follows the digits is not looked at; of a longer number the last six digits count. Black
 /// with this alpha where there is no number.

@@ -1,40 +1,34 @@
 #include "platform/files/LoadedModule.h"
 
 #include "platform/base/LazyLibrary.h"
+#include "platform/base/Log.h"
 #include "platform/files/ProgramFolder.h"
 
 #include <string>
 
 namespace lamina {
 
-namespace {
-
-std::string supportFor(const ModuleName& name)
-{
-    return std::string("support for ") + name.purpose;
-}
-
-} // namespace
-
 Result<const void*> openModule(const ModuleName& name)
 {
     const std::string path = installedFile("LAMINA_MODULES", LAMINA_MODULE_FOLDER, name.file);
     if (path.empty())
-        return Error{{}, supportFor(name) + " is not installed"};
+        return name.missing;
     LazyLibrary library(path.c_str());
     const void* (*entry)() = nullptr;
     library.find(entry, name.entry);
     if (library.complete())
         return entry();
-    const char* reason = dlerror(); // names the library that the system's loader lacks
-    return Error{{}, supportFor(name) + " can't be loaded (" + (reason ? reason : "unknown") + ")"};
+    if (const char* reason = dlerror()) // names the library that the system's loader lacks
+        logWarning(reason);
+    return name.broken;
 }
 
 Outcome checkModuleVersion(const ModuleName& name, std::string_view version)
 {
     if (version == LAMINA_VERSION)
         return success();
-    return Error{{}, "the " + supportFor(name) + " that is installed is of another version"};
+    logWarning(std::string(name.file) + " is of another version");
+    return name.broken;
 }
 
 } // namespace lamina

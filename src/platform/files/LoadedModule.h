@@ -12,9 +12,10 @@ namespace lamina {
 
 /// What is to be loaded.
 struct ModuleName {
-    const char* file;    ///< "lamina-media.so"
-    const char* entry;   ///< the function that gives the module's table; it takes nothing and is in C's naming
-    const char* purpose; ///< what the user misses without it, in the plural: "videos"
+    const char* file;  ///< "lamina-media.so"
+    const char* entry; ///< the function that gives the module's table; it takes nothing and is in C's naming
+    Error missing;     ///< what the user is told where it is not installed, without a subject
+    Error broken;      ///< the same where it, or what it stands on, can't be loaded; the log says why
 };
 
 /// The table that the entry gives. The error has no subject. The module stays loaded.

@@ -5,6 +5,7 @@ import Lamina
 AppScreen {
     id: activity
 
+    sheet: true
     name: qsTranslate("Lamina", "Send or keep")
     onBack: controller.cancel()
 

@@ -29,8 +29,8 @@ set(LAMINA_QML_FILES
     export/TiffScreen.qml
     platform/host/ActivityScreen.qml
     platform/host/AlertScreen.qml
-    platform/host/HudOverlay.qml
     platform/host/DocumentPickerScreen.qml
+    platform/host/HudOverlay.qml
     platform/host/Main.qml
     platform/host/MissingScreen.qml
     platform/host/PickerScreen.qml

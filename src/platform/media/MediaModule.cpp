@@ -7,7 +7,8 @@ namespace lamina {
 Result<const MediaModule*> mediaModule()
 {
     static const Result<const MediaModule*> module =
-        loadModule<MediaModule>({"lamina-media.so", kMediaModuleEntry, "videos"});
+        loadModule<MediaModule>({"lamina-media.so", kMediaModuleEntry, Error{{}, "support for videos is not installed"},
+                                 Error{{}, "support for videos can't be loaded"}});
     return module;
 }
 

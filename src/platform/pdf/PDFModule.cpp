@@ -7,7 +7,8 @@ namespace lamina {
 Result<const PDFModule*> pdfModule()
 {
     static const Result<const PDFModule*> module =
-        loadModule<PDFModule>({"lamina-pdf.so", kPDFModuleEntry, "PDF documents"});
+        loadModule<PDFModule>({"lamina-pdf.so", kPDFModuleEntry, Error{{}, "support for PDF is not installed"},
+                               Error{{}, "support for PDF can't be loaded"}});
     return module;
 }
 

@@ -289,10 +289,10 @@ TEST_F(BlendKeeping, OnlyWhatIsNotExportedIsKept)
     EXPECT_TRUE(fs::exists(file("journal")));
     const auto exporter = std::dynamic_pointer_cast<ExporterViewController>(editor->presentedViewController());
     exporter->savingDelegate()->dataPassingDetails({flat(kRed), file("a.png"), SavingtypeMethod::png});
+    DispatchQueue::main().drain();
+    editor->dismiss(false); // the share screen, with its timers
     settle();
     EXPECT_FALSE(fs::exists(file("")));
-    editor->dismiss(false);
-    settle();
     dragBy(10);
     // Leaving waits for no delay, and a drag under way counts as far as it went.
     beginDrag(10);

@@ -27,22 +27,13 @@ struct Saving {
 
 TEST(PDFExport, WritesTheDocumentThatIsAskedForUnderItsName)
 {
-    const auto print = [](bool notes, bool marks, PrintColors colors) {
-        ExportOptions options;
-        options.notes = notes;
-        options.cropMarks = marks;
-        options.colors = colors;
-        return options;
-    };
-    ExportOptions notes;
-    notes.notes = true;
     const std::vector<Saving> savings = {
         {SavingtypeMethod::pdfStandard, {}, "UntitledPdf.pdf"},
-        {SavingtypeMethod::pdfStandard, notes, "NotesPDF.pdf"},
-        {SavingtypeMethod::pdfPrint, print(false, false, PrintColors::RGB), "UntitledPdf.pdf"},
-        {SavingtypeMethod::pdfPrint, print(true, false, PrintColors::CMYK), "Notes.pdf"},
-        {SavingtypeMethod::pdfPrint, print(false, true, PrintColors::CMYK), "CropMarks.pdf"},
-        {SavingtypeMethod::pdfPrint, print(true, true, PrintColors::RGB), "Crop&Note.pdf"},
+        {SavingtypeMethod::pdfStandard, {.notes = true}, "NotesPDF.pdf"},
+        {SavingtypeMethod::pdfPrint, {}, "UntitledPdf.pdf"},
+        {SavingtypeMethod::pdfPrint, {.notes = true, .colors = PrintColors::CMYK}, "Notes.pdf"},
+        {SavingtypeMethod::pdfPrint, {.cropMarks = true, .colors = PrintColors::CMYK}, "CropMarks.pdf"},
+        {SavingtypeMethod::pdfPrint, {.notes = true, .cropMarks = true}, "Crop&Note.pdf"},
     };
     ASSERT_TRUE(kSurroundingsAreNamed);
     const UIImage picture(chartPicture(16, 12), 2);
@@ -89,7 +80,6 @@ TEST(PDFExport, IsFollowedAndStopped)
     settings.watch.progress = [&](double share) { told.push_back(share); };
     ASSERT_TRUE(PDFStandardFunction::shared().createPDF(picture, settings));
     EXPECT_TRUE(std::is_sorted(told.begin(), told.end()));
-    EXPECT_GT(told.size(), 2u);
     EXPECT_EQ(told.back(), 1);
 }
 

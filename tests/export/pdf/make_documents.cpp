@@ -9,15 +9,15 @@
 #include "export/functions/PrintProfile.h"
 #include "platform/files/FileWriting.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <functional>
 #include <map>
 #include <string>
+#include <vector>
 
 namespace lamina::test {
 namespace {
-
-constexpr double kMargin = 20;
 
 CGImage inks(int width, int height, const CGColorSpace& space)
 {
@@ -28,17 +28,12 @@ CGImage inks(int width, int height, const CGColorSpace& space)
     });
 }
 
-CGImage sixteenBits()
-{
-    std::vector<std::uint8_t> bytes(6 * 20 * 10);
-    for (std::size_t i = 0; i < bytes.size(); ++i)
-        bytes[i] = static_cast<std::uint8_t>(i * 37);
-    return pictureFromBytes(packedLayout({20, 10}, bitmapInfo(CGImageAlphaInfo::None), 16, 48), bytes);
-}
-
 std::map<std::string, UIImage> pictures()
 {
     const Result<CGColorSpace> coated = printColorSpace();
+    const CGImageLayout deep = packedLayout({20, 10}, bitmapInfo(CGImageAlphaInfo::None), 16, 48);
+    std::vector<std::uint8_t> deepBytes(deep.byteCount());
+    std::generate(deepBytes.begin(), deepBytes.end(), [i = 0]() mutable { return static_cast<std::uint8_t>(i += 37); });
     return {
         {"chart", UIImage(chartPicture(19, 13, CGImageAlphaInfo::NoneSkipLast))},
         {"clear", UIImage(chartPicture(19, 20))},
@@ -49,7 +44,7 @@ std::map<std::string, UIImage> pictures()
         {"gray", UIImage(bytePicture(16, 9, [](int x, int y) { return 16 * x + y; }))},
         {"inks", UIImage(inks(33, 21, CGColorSpace::deviceCMYK()))},
         {"coated", UIImage(inks(240, 180, coated ? *coated : CGColorSpace::deviceCMYK()))},
-        {"deep", UIImage(sixteenBits())},
+        {"deep", UIImage(pictureFromBytes(deep, deepBytes))},
         {"turned", UIImage(chartPicture(19, 13, CGImageAlphaInfo::NoneSkipLast), 2, UIImageOrientation::Right)},
     };
 }
@@ -58,37 +53,27 @@ using Documents = std::map<std::string, std::function<Result<std::string>(const 
 
 Documents documents(const std::map<std::string, UIImage>& all)
 {
-    const PDFStandardFunction& standard = PDFStandardFunction::shared();
-    const PDFPrintFunction& print = PDFPrintFunction::shared();
     Documents documents;
-    for (const auto& [name, picture] : all)
-        documents["plain-" + name] = [&standard, &image = picture](const PDFSettings& settings) {
-            return standard.createPDF(image, settings);
-        };
-    const UIImage& ramp = all.at("ramp");
-    documents["notes-standard"] = [&](const PDFSettings& settings) {
-        return standard.createNotesPDF(ramp, kPDFNoteText, settings);
+    const auto plain = [](const UIImage& image) {
+        return [&](const PDFSettings& how) { return PDFStandardFunction::shared().createPDF(image, how); };
     };
-    for (const char* name : {"ramp", "coated"}) {
+    for (const auto& [name, picture] : all)
+        documents["plain-" + name] = plain(picture);
+    documents["notes-standard"] = [&](const PDFSettings& how) {
+        return PDFStandardFunction::shared().createNotesPDF(all.at("ramp"), kPDFNoteText, how);
+    };
+    const PDFPrintFunction& print = PDFPrintFunction::shared();
+    for (const std::string name : {"ramp", "coated"}) {
         const UIImage& image = all.at(name);
-        const std::string suffix = std::string("-") + name;
-        documents["print" + suffix] = [&](PDFSettings settings) {
-            settings.forPrint = true;
-            return standard.createPDF(image, settings);
+        documents["notes-" + name] = [&](const PDFSettings& how) {
+            return print.createNotesPDF(image, kPDFNoteText, how);
         };
-        documents["notes" + suffix] = [&](const PDFSettings& settings) {
-            return print.createNotesPDF(image, kPDFNoteText, settings);
+        documents["cropnote-" + name] = [&](const PDFSettings& how) {
+            return print.createCropAndNotePDF(image, 20, kPDFNoteText, how);
         };
-        documents["crop" + suffix] = [&](const PDFSettings& settings) {
-            return print.createCropMarksPDF(image, kMargin, settings);
-        };
-        documents["cropnote" + suffix] = [&](const PDFSettings& settings) {
-            return print.createCropAndNotePDF(image, kMargin, kPDFNoteText, settings);
-        };
-        documents["fine" + suffix] = [&](PDFSettings settings) {
-            settings.pixelsPerInch = 300;
-            return print.createCropMarksPDF(image, kMargin, settings);
-        };
+        documents["print-" + name] = plain(image);
+        for (const char* kind : {"crop-", "fine-"})
+            documents[kind + name] = [&](const PDFSettings& how) { return print.createCropMarksPDF(image, 20, how); };
     }
     return documents;
 }
@@ -111,6 +96,8 @@ int writeDocuments(const std::string& folder, const std::string& only)
     for (const auto& [name, create] : documents(all)) {
         PDFSettings settings;
         settings.place = {folder, name + ".pdf"};
+        settings.forPrint = name.starts_with("print");
+        settings.pixelsPerInch = name.starts_with("fine") ? 300 : 72;
         if (!only.empty() && name != only)
             continue;
         if (const Result<std::string> path = create(settings); !path) {

@@ -1,4 +1,5 @@
 #include "CommandRunner.h"
+#include "Surroundings.h"
 #include "TestClips.h"
 
 #include "platform/media/Clip.h"
@@ -9,7 +10,6 @@
 #include <algorithm>
 #include <atomic>
 #include <chrono>
-#include <clocale>
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
@@ -17,7 +17,6 @@
 #include <filesystem>
 #include <numeric>
 #include <optional>
-#include <sched.h>
 #include <sys/resource.h>
 #include <thread>
 #include <utility>
@@ -369,25 +368,6 @@ TEST(VideoExport, NamesWhatStandsInItsWay)
     EXPECT_EQ(folder.names(), Names{"sound.mp3"});
 }
 
-/// Leaves one processor to this thread and to those that it starts.
-class OneProcessor {
-public:
-    OneProcessor()
-    {
-        sched_getaffinity(0, sizeof m_before, &m_before);
-        cpu_set_t one;
-        CPU_ZERO(&one);
-        CPU_SET(static_cast<unsigned>(sched_getcpu()), &one);
-        sched_setaffinity(0, sizeof one, &one);
-    }
-    ~OneProcessor() { sched_setaffinity(0, sizeof m_before, &m_before); }
-    OneProcessor(const OneProcessor&) = delete;
-    OneProcessor& operator=(const OneProcessor&) = delete;
-
-private:
-    cpu_set_t m_before{};
-};
-
 /// Small sides are the least multiple of what vector code takes at once, and old memory the least like new.
 TEST(VideoExport, MakesTheSameBytesOfTheSameInput)
 {
@@ -409,29 +389,6 @@ TEST(VideoExport, MakesTheSameBytesOfTheSameInput)
     }
 }
 
-/// Numbers are written with commas there, which no file may show.
-TEST(VideoExport, WritesNumbersWithPointsInAnyLocale)
-{
-    const TemporaryFolder folder;
-    ASSERT_EQ(runCommand(LOCALEDEF, {"-i", "de_DE", "-f", "UTF-8", folder.path("de_DE.UTF-8")}).exitCode, 0);
-    const UIImage picture(quarters(64, 48));
-    ASSERT_TRUE(writeStillVideo({picture, 0.5, blankAudioFile()}, folder.path("a.mp4")));
-    ASSERT_TRUE(convertVideo(folder.path("a.mp4"), folder.path("b.mp4"), {.scale = 0.5}));
-    ::setenv("LOCPATH", folder.path().c_str(), 1);
-    ASSERT_TRUE(std::setlocale(LC_ALL, "de_DE.UTF-8"));
-    const std::string comma = std::localeconv()->decimal_point;
-    const Outcome still = writeStillVideo({picture, 0.5, blankAudioFile()}, folder.path("c.mp4"));
-    const Outcome converted = convertVideo(folder.path("a.mp4"), folder.path("d.mp4"), {.scale = 0.5});
-    std::setlocale(LC_ALL, "C");
-    ::unsetenv("LOCPATH");
-    EXPECT_EQ(comma, ",");
-    ASSERT_TRUE(still && converted);
-    for (const char* name : {"a.mp4", "b.mp4", "c.mp4", "d.mp4"}) {
-        // The encoder notes its settings in the film.
-        EXPECT_NE(readFile(folder.path(name)).find("qcomp=0.60"), std::string::npos) << name;
-    }
-}
-
 TEST(VideoExport, SaysWhenItsModuleIsMissingOrBroken)
 {
     GTEST_FLAG_SET(death_test_style, "threadsafe"); // a fresh process each, which has loaded nothing yet
@@ -439,7 +396,7 @@ TEST(VideoExport, SaysWhenItsModuleIsMissingOrBroken)
     writeFile(folder.path("lamina-media.so"), "no library");
     const std::vector<std::pair<std::string, std::string>> cases = {
         {"/nowhere", "^/proc/self/exe: support for videos is not installed$"},
-        {folder.path(), "^/proc/self/exe: support for videos can't be loaded \\(.*lamina-media.so: [^\n]*\\)$"},
+        {folder.path(), "lamina-media.so: [^\n]*\n/proc/self/exe: support for videos can't be loaded$"},
     };
     for (const auto& [modules, message] : cases)
         EXPECT_EXIT(

@@ -3,7 +3,6 @@
 #include "platform/base/Causes.h"
 #include "platform/media/AbandonableWork_p.h"
 #include "platform/media/ffmpeg/ClipPicture_p.h"
-#include "platform/media/ffmpeg/PlainNumbers_p.h"
 
 extern "C" {
 #include <libavutil/cpu.h>
@@ -176,7 +175,6 @@ Outcome VideoTrack::encode(const AVFrame* frame)
     if (frame && !held)
         return m_file.failure(AVERROR(ENOMEM));
     auto work = [encoder = m_encoder, held = std::move(held)]() mutable {
-        const PlainNumbers plain;
         EncodedFrame encoded = encodeFrame(encoder.get(), held.get());
         held.reset(); // so that the next picture can take its place
         return encoded;

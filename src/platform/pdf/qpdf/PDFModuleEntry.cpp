@@ -1,4 +1,5 @@
 #include "platform/base/Causes.h"
+#include "platform/base/Log.h"
 #include "platform/base/Result.h"
 #include "platform/pdf/PDFModule_p.h"
 #include "platform/pdf/qpdf/DocumentFile_p.h"
@@ -6,7 +7,6 @@
 
 #include <exception>
 #include <new>
-#include <string>
 
 namespace lamina {
 
@@ -23,7 +23,8 @@ Outcome write(const PDFParts& parts, const PDFSink& sink)
     } catch (const std::bad_alloc&) {
         return Error{{}, cause::kNoMemory};
     } catch (const std::exception& failure) {
-        return Error{{}, std::string("the document can't be made (") + failure.what() + ")"};
+        logWarning(failure.what());
+        return Error{{}, "the document can't be made"};
     }
 }
 
