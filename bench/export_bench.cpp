@@ -5,6 +5,7 @@
 #include "platform/base/UIScreen.h"
 #include "platform/image/codecs/PictureDecoding.h"
 #include "support/BareExports.h"
+#include "support/BareFilm.h"
 #include "support/BenchPhotos.h"
 
 #include <benchmark/benchmark.h>
@@ -50,7 +51,12 @@ struct Pair {
 const std::vector<Pair>& pairs()
 {
     using enum SavingtypeMethod;
-    const auto aFilm = [](const CGImage& image) { return bench::x264Alone(image.width(), image.height()); };
+    constexpr int kFrames = 90;
+    constexpr int kHigh = 18;
+    const auto aFilm = [](const CGImage& image) {
+        static const bench::BareFilm film(image);
+        return static_cast<std::size_t>(film.encode(kFrames, kHigh));
+    };
     const auto aTiff = [](const CGImage& image) { return bench::tiffOfLZW(image, folder() + "/bare.tiff"); };
     const auto inks = [](const CGImage& image) {
         return bench::inksAndDeflate(image, LAMINA_ASSETS "/profiles/FOGRA39-coated.icc");

@@ -12,14 +12,8 @@
 #include <png.h>
 #include <thread>
 #include <tiffio.h>
-#include <utility>
 #include <vector>
 #include <zlib.h>
-
-extern "C" {
-#include <libavcodec/avcodec.h>
-#include <libavutil/dict.h>
-}
 
 namespace lamina::bench {
 
@@ -216,70 +210,6 @@ std::size_t inksAndDeflate(const CGImage& image, const std::string& profile)
                        static_cast<cmsUInt32Number>(width * (last - first)));
         return deflated(target, 4 * width * (last - first));
     });
-}
-
-namespace {
-
-std::size_t drain(AVCodecContext* encoder, AVPacket* packet)
-{
-    std::size_t size = 0;
-    while (avcodec_receive_packet(encoder, packet) == 0) {
-        size += static_cast<std::size_t>(packet->size);
-        av_packet_unref(packet);
-    }
-    return size;
-}
-
-AVFrame* noisyFrame(int width, int height)
-{
-    AVFrame* frame = av_frame_alloc();
-    frame->format = AV_PIX_FMT_YUV420P;
-    frame->width = width;
-    frame->height = height;
-    demand(av_frame_get_buffer(frame, 0) == 0, "FFmpeg");
-    std::uint32_t state = 1;
-    for (int plane = 0; plane < 3; ++plane)
-        for (int y = 0; y < (plane > 0 ? height / 2 : height); ++y)
-            for (int x = 0; x < frame->linesize[plane]; ++x) {
-                state = state * 1664525u + 1013904223u;
-                frame->data[plane][y * frame->linesize[plane] + x] = static_cast<std::uint8_t>(118 + (state >> 28));
-            }
-    return frame;
-}
-
-} // namespace
-
-std::size_t x264Alone(int width, int height)
-{
-    constexpr int kFrames = 90;
-    const AVCodec* const codec = avcodec_find_encoder_by_name("libx264");
-    demand(codec != nullptr, "libx264");
-    AVCodecContext* encoder = avcodec_alloc_context3(codec);
-    encoder->width = width + width % 2;
-    encoder->height = height + height % 2;
-    encoder->pix_fmt = AV_PIX_FMT_YUV420P;
-    encoder->time_base = {1, 30};
-    encoder->max_b_frames = 0;
-    encoder->thread_count = 2;
-    AVDictionary* options = nullptr;
-    for (const auto& [key, value] : {std::pair{"preset", "veryfast"}, {"tune", "stillimage"}, {"crf", "18"}})
-        av_dict_set(&options, key, value, 0);
-    demand(avcodec_open2(encoder, codec, &options) == 0, "libx264");
-    av_dict_free(&options);
-    AVFrame* frame = noisyFrame(encoder->width, encoder->height);
-    AVPacket* packet = av_packet_alloc();
-    std::size_t size = 0;
-    for (int i = 0; i < kFrames; ++i) {
-        frame->pts = i;
-        demand(avcodec_send_frame(encoder, frame) == 0, "libx264");
-        size += drain(encoder, packet);
-    }
-    avcodec_send_frame(encoder, nullptr);
-    size += drain(encoder, packet);
-    av_packet_free(&packet);
-    av_frame_free(&frame);
-    avcodec_free_context(&encoder);
-    return size;
 }
 
 } // namespace lamina::bench

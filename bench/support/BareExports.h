@@ -22,7 +22,5 @@ std::size_t tiffOfLZW(const CGImage& image, const std::string& path);
 std::size_t deflateRGB(const CGImage& image);
 /// lcms2 to the inks of a profile, a half of the rows on each of two threads, and zlib as above on these.
 std::size_t inksAndDeflate(const CGImage& image, const std::string& profile);
-/// x264 as FFmpeg drives it: 90 frames of one picture, whose conversion to Y Cb Cr is left out.
-std::size_t x264Alone(int width, int height);
 
 } // namespace lamina::bench

@@ -1,12 +1,12 @@
 #include "cli/BlendCommand.h"
 
 #include "app/PinchZoomViewController.h"
+#include "cli/ExitCode.h"
 #include "cli/ExportDelivery.h"
 #include "cli/PictureInput.h"
+#include "export/functions/ExportWork.h"
 #include "gpu/core/TypedValue.h"
 #include "platform/base/CGGeometry.h"
-#include "cli/ExitCode.h"
-#include "export/functions/ExportWork.h"
 #include "platform/base/Causes.h"
 
 #include <CLI/Option.hpp>

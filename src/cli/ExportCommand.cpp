@@ -1,14 +1,14 @@
 #include "cli/ExportCommand.h"
 
 #include "cli/Command.h"
+#include "cli/ExitCode.h"
 #include "cli/ExportDelivery.h"
 #include "cli/PictureInput.h"
 #include "export/functions/ClipThumbnail.h"
+#include "export/functions/ExportWork.h"
 #include "gpu/core/TypedValue.h"
 #include "platform/base/UIScreen.h"
 #include "platform/image/codecs/PictureDecoding.h"
-#include "cli/ExitCode.h"
-#include "export/functions/ExportWork.h"
 #include "platform/image/codecs/PictureFormats.h"
 
 #include <CLI/Option.hpp>

@@ -1,8 +1,8 @@
 #include "cli/ExportDelivery.h"
 
 #include "cli/Messages.h"
-#include "platform/base/Result.h"
 #include "cli/ProgressBar.h"
+#include "platform/base/Result.h"
 
 #include <filesystem>
 

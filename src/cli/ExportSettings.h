@@ -2,8 +2,8 @@
 
 #include "cli/ExportTypes.h"
 #include "export/functions/ExportWork.h"
-#include "platform/image/pixels/UIImage.h"
 #include "platform/base/Result.h"
+#include "platform/image/pixels/UIImage.h"
 
 #include <CLI/App.hpp>
 #include <optional>

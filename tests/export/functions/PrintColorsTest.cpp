@@ -1,7 +1,6 @@
 #include "TestPictures.h"
 #include "export/functions/PDFPrintFunction.h"
 #include "export/functions/PrintProfile.h"
-#include "platform/base/WorkerPool.h"
 #include "platform/image/pixels/PixelConversion.h"
 
 #include <algorithm>
@@ -24,12 +23,6 @@ protected:
         EXPECT_TRUE(result) << result.error().message();
         return result ? result->cgImage() : CGImage();
     }
-    static CGImage light(const UIImage& image)
-    {
-        const Result<UIImage> result = PDFPrintFunction().convertToRGB(image);
-        EXPECT_TRUE(result) << result.error().message();
-        return result ? result->cgImage() : CGImage();
-    }
     static CGImage onWhite(const CGImage& straight)
     {
         return makePicture(straight.width(), straight.height(), [&](int x, int y) {
@@ -43,14 +36,12 @@ protected:
 };
 
 /// The most that a component of two pictures of four bytes a pixel differs.
-int greatestDifference(const CGImage& one, const CGImage& other, int components = 4)
+int greatestDifference(const CGImage& one, const CGImage& other)
 {
     EXPECT_EQ(one.size(), other.size());
     int greatest = 0;
-    for (int y = 0; y < one.height(); ++y)
-        for (int x = 0; x < one.width(); ++x)
-            for (int c = 0; c < components; ++c)
-                greatest = std::max(greatest, std::abs(pixelAt(one, x, y)[c] - pixelAt(other, x, y)[c]));
+    for (int i = 0; i < one.width() * one.height(); ++i)
+        greatest = std::max(greatest, difference(pixelsOf(one)[std::size_t(i)], pixelsOf(other)[std::size_t(i)]));
     return greatest;
 }
 
@@ -136,15 +127,6 @@ TEST_F(PrintColors, AnyPictureBecomesAnOpaqueUprightOneOfScaleOne)
         EXPECT_EQ(bytesOf(inks(c.source)), bytesOf(inks(UIImage(result->cgImage()))));
     }
     EXPECT_EQ(PDFPrintFunction().convertToRGB(UIImage()).error().cause, "there is no picture");
-}
-
-TEST_F(PrintColors, TheNumberOfCoresChangesNoByte)
-{
-    const UIImage noise(noisePicture(301, 257, CGImageAlphaInfo::Last));
-    const std::vector<std::uint8_t> onAll = bytesOf(inks(noise));
-    WorkerPool::shared().setConcurrency(1);
-    EXPECT_EQ(bytesOf(inks(noise)), onAll);
-    WorkerPool::shared().setConcurrency(0);
 }
 
 TEST_F(PrintColors, WithoutItsProfileThereIsACauseAndNoPicture)
