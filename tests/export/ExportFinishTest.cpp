@@ -11,10 +11,13 @@
 #include "export/ShareController.h"
 #include "hud/ProgressOverlay.h"
 #include "platform/photos/PhotoFolder.h"
+#include "platform/photos/PictureQueue.h"
 #include "platform/view/UIAlertController.h"
 #include "platform/view/UIDocumentPickerViewController.h"
 
+#include <chrono>
 #include <filesystem>
+#include <thread>
 
 namespace lamina::test {
 namespace {
@@ -147,14 +150,19 @@ TEST_F(ExportRoad, EachTypeReachesTheShareScreenWithItsFile)
 
 TEST_F(ExportRoad, AnExporterThatLeavesStopsItsWork)
 {
-    auto exporter = choose(SavingtypeMethod::png);
-    ASSERT_TRUE(exporter);
-    exporter->setSavingDelegate(listener);
-    exporter->downloadbtnAction();
-    editor->dismiss(false);
-    exporter.reset();
-    settle();
-    EXPECT_TRUE(listener->records.empty());
+    for (const bool isHeld : {true, false}) {
+        auto exporter = choose(SavingtypeMethod::png);
+        ASSERT_TRUE(exporter);
+        exporter->setSavingDelegate(listener);
+        pictureQueue().async([] { std::this_thread::sleep_for(std::chrono::milliseconds(50)); }); // busy otherwise
+        exporter->downloadbtnAction();
+        editor->dismiss(false);
+        if (!isHeld)
+            exporter.reset();
+        settle();
+        EXPECT_TRUE(listener->records.empty());
+        EXPECT_FALSE(std::filesystem::exists(home.path("Documents/Lamina/default.png")));
+    }
 }
 
 TEST_F(ExportRoad, AFailureIsToldOnThePanelAndTheSheetStays)
@@ -184,6 +192,16 @@ TEST_F(ExportRoad, AFailureIsToldOnThePanelAndTheSheetStays)
     ASSERT_TRUE(DispatchQueue::main().runUntil([&] { return shareScreen() != nullptr; }, 20));
     EXPECT_EQ(shareScreen()->sharevideoURL(), home.path("mine.svg"));
     EXPECT_EQ(readFile(home.path("mine.svg")).substr(0, 5), "<?xml");
+    editor->dismiss(false);
+    settle();
+}
+
+TEST_F(ExportRoad, AJPGIsSafeOnceTheLibraryHasIt)
+{
+    writeFile(home.path("Pictures"), "");
+    choose(SavingtypeMethod::jpg)->downloadbtnAction();
+    ASSERT_TRUE(DispatchQueue::main().runUntil([&] { return top<UIAlertController>() != nullptr; }, 20));
+    EXPECT_EQ(exported, 0);
     editor->dismiss(false);
     settle();
 }
