@@ -90,6 +90,15 @@ TEST_F(Refusals, WrongUsageOfAnyCommand)
         {"filters --sheet out.png -i no.png --json", 2, "--sheet: is a picture of all filters: leave out"},
         {"filters GPUImageSepiaFilter --sheet out.png -i no.png", 2, "--sheet: is a picture of all filters"},
         {"filters --sheet out.png -i no.png --family blurr", 2, "blurr: there is no such family; did you mean blur?"},
+        {"export", 2, "export: name a type: jpg, png"},
+        {"export pdf -i no.png -o out.pdf", 2, "pdf: there is no such type; did you mean pdf-"},
+        {"export png -o out.png", 2, "export: --input is required"},
+        {"export png -i no.png", 2, "export: --output is required"},
+        {"export png -i no.png -o out.jpg", 2, "out.jpg: the name of the output must end in .png"},
+        {"export jpg -i no.png -o -", 2, "-: an export is a file: name one, or a folder"},
+        {"export tiff -i no.png -o out.tiff --size 2", 2, "--size: is no option of tiff"},
+        {"blend no.jpg no.jpg -o out.png --notes", 2, "--notes: is for --as TYPE"},
+        {"blend no.jpg no.jpg -o out.png --as svg", 2, "blend: out.png: the name of the output must end in .svg"},
     });
 }
 
@@ -109,6 +118,11 @@ TEST_F(Refusals, ValuesThatAreNotUnderstood)
         {blend + "--scale 17", 2, "--scale: expected a number from 1 to 16, not '17'"},
         {blend + "--width 2000 --scale 16", 2, "must not exceed 8192 pixels"},
         {"op invert -i no.png -o out.png --picture-scale 0", 2, "expected a number from 0.01 to 100, not '0'"},
+        {"export jpg -i no.png -o . --quality 2", 2, "--quality: expected a number from 0.1 to 1, not '2'"},
+        {"export mp4 -i no.png -o . --quality best", 2, "low, medium, high or a number from 0.2 to 1.5, not 'best'"},
+        {"export png -i no.png -o . --size 3", 2, "--size: expected a number from 0.5 to 2.5, not '3'"},
+        {"export pdf-print -i no.png -o . --ppi 0", 2, "--ppi: expected a number from 1 to 4800, not '0'"},
+        {"export pdf-print -i no.png -o . --profile lab", 2, "--profile: lab not in {rgb,cmyk}"},
         {"op rotateInDegrees", 2, "DEGREES is missing; usage: rotateInDegrees=DEGREES, as in rotateInDegrees=90"},
         {"op rotateInDegrees=", 2,
          "rotateInDegrees=: DEGREES must be a number, not ''; usage: rotateInDegrees=DEGREES"},
@@ -163,7 +177,11 @@ TEST_F(Refusals, FilesThatAreNoPicture)
     make("empty.jpg", "");
     make("text.jpg", "This is no photo, whatever its name says.\n");
     make("new\nline.png", "");
+    make("text.mp4", "This is no film either.\n");
     expect({
+        {"export mp4 -i text.mp4 -o out.mp4", 3, "lamina: text.mp4: not a clip that can be read"},
+        {"export png -i text.jpg -o out.png", 3, "lamina: text.jpg: not a picture"},
+        {"export tiff -i no.mp4 -o .", 3, "lamina: no.mp4: no such file"},
         {"blend no.jpg empty.jpg -o out.png", 3, "lamina: no.jpg: no such file"},
         {"blend small.png empty.jpg -o out.png", 3, "lamina: empty.jpg: the file is empty"},
         {"blend text.jpg small.png -o out.png", 3, "lamina: text.jpg: not a picture"},
@@ -230,6 +248,7 @@ TEST_F(Refusals, OutputsThatCannotBeWritten)
     make("earlier.png", "what was there before");
     expect({
         {"blend small.png small.png -o no/out.png", 4, "lamina: no/out.png: no such folder"},
+        {"export svg -i small.png -o no/out.svg", 4, "lamina: no/out.svg: no such folder"},
         {"op invert -i small.png -o - >/dev/full", 4, "lamina: standard output: no space left"},
         {"filters --sheet no/out.png -i small.png --family detection", 4, "lamina: no/out.png: no such folder"},
         {"filters >/dev/full", 4, "lamina: standard output: can't be written"},
@@ -237,7 +256,15 @@ TEST_F(Refusals, OutputsThatCannotBeWritten)
 
     CommandOptions fullDisk;
     fullDisk.fileSizeLimit = 20;
-    expect({{"op invert -i small.png -o earlier.png", 4, "lamina: earlier.png: "}}, fullDisk);
+    expect({{"op invert -i small.png -o earlier.png", 4, "lamina: earlier.png: "},
+            {"export jpg -i small.png -o .", 4, "lamina: default.jpg: "},
+            {"export png -i small.png -o earlier.png", 4, "lamina: earlier.png: "},
+            {"export pdf-standard -i small.png -o .", 4, "lamina: UntitledPdf.pdf: "},
+            {"export pdf-print -i small.png -o . --crop-marks --profile cmyk", 4, "lamina: CropMarks.pdf: "},
+            {"export svg -i small.png -o .", 4, "lamina: UntitledSVG.svg: "},
+            {"export mp4 -i small.png -o .", 4, "lamina: Convert.mp4: "},
+            {"export tiff -i small.png -o out.tiff", 4, "lamina: out.tiff: "}},
+           fullDisk);
     EXPECT_EQ(readFile(folder.path("earlier.png")), "what was there before");
 }
 

@@ -49,6 +49,14 @@ class InstalledTree(unittest.TestCase):
         for program in commands | set(self.texts("provides/binary")):
             self.assertTrue(os.access(self.usr / "bin" / program, os.X_OK), program)
 
+    def test_the_command_finds_what_it_loads_on_first_use(self):
+        surroundings = {name: value for name, value in os.environ.items() if not name.startswith("LAMINA_")}
+        for arguments in (["mp4", "-o", "film.mp4"], ["pdf-print", "--profile", "cmyk", "-o", "page.pdf"]):
+            command = [self.usr / "bin/lamina", "export", *arguments, "-i", SOURCE / "tests/data/pictures/jpeg-ycck.jpg"]
+            run = subprocess.run(command, cwd=self.root, env=surroundings, capture_output=True, text=True)
+            self.assertEqual((run.returncode, run.stderr), (0, ""))
+            self.assertTrue((self.root / arguments[-1]).stat().st_size)
+
     def test_the_icon_is_there_in_colour_and_in_the_colour_of_the_theme(self):
         icons = self.usr / "share/icons/hicolor"
         name = self.desktop["Desktop Entry"]["Icon"]

@@ -26,7 +26,7 @@ const std::vector<Export> kExports = {
     {"a.jpg", SavingtypeMethod::jpg, {.width = 40.5, .height = 23.5, .quality = 0.7}},
     {"a.png", SavingtypeMethod::png, {.transparency = true}},
     {"standard.pdf", SavingtypeMethod::pdfStandard, {.notes = true}},
-    {"rgb.pdf", SavingtypeMethod::pdfPrint, {.cropMarks = true, .pixelsPerInch = 300}},
+    {"rgb.pdf", SavingtypeMethod::pdfPrint, {.cropMarks = true, .pixelsPerInch = 299.5}},
     {"cmyk.pdf", SavingtypeMethod::pdfPrint, {.notes = true, .cropMarks = true, .colors = PrintColors::CMYK}},
     {"a.svg", SavingtypeMethod::svg},
     {"still.mp4", SavingtypeMethod::mp4},

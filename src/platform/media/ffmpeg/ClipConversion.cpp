@@ -19,8 +19,8 @@ namespace lamina {
 
 namespace {
 
-// What is made of a damaged clip depends on this number, so it is not that of the processors.
-constexpr int kDecodingThreads = 2;
+// With more, what is made of a damaged clip depends on which thread comes first.
+constexpr int kDecodingThreads = 1;
 
 /// The rate that the encoder plans with; the frames' own times are what is written.
 AVRational plannedRate(const AVStream* picture)
