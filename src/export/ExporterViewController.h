@@ -53,6 +53,7 @@ public:
     std::shared_ptr<DataPassingToShareController> savingDelegate() const { return m_savingDelegate.lock(); }
 
     SavingtypeMethod saveType() const { return m_saveType; }
+    /// Its number, for layouts.
     int saveTypeNumber() const { return static_cast<int>(m_saveType); }
     /// In the user's language.
     QString typeTitle() const;

@@ -27,7 +27,9 @@ public:
     JPGController();
 
     double qualitySlider() const { return m_qualityParameter; }
+    /// The slider's range, for layouts.
     double lowestQuality() const { return static_cast<double>(kLowestQuality); }
+    /// See lowestQuality.
     double highestQuality() const { return static_cast<double>(kHighestQuality); }
     /// 0 smallest to 1 best; default 1.
     double qualityParameter() const { return m_qualityParameter; }

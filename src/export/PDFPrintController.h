@@ -51,9 +51,13 @@ public:
     /// picture.
     QString printSizeLbl() const;
 
+    /// Flips the mark of the marks where to cut.
     Q_INVOKABLE void handlecropTap();
+    /// Flips the mark of flattening.
     Q_INVOKABLE void handleFlattenTap();
+    /// Flips the mark of the line of notes.
     Q_INVOKABLE void handlenotTap();
+    /// Flips the mark of the resolution.
     Q_INVOKABLE void handleppiTap();
     /// Asks for the profile.
     Q_INVOKABLE void handleprofileTap();

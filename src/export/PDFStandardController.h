@@ -27,7 +27,9 @@ public:
     QString flattenCheckView() const { return QString::fromStdString(m_flattenCheckView.image); }
     QString noteCheckView() const { return QString::fromStdString(m_noteCheckView.image); }
 
+    /// Flips the mark of flattening.
     Q_INVOKABLE void handleFlattenTap();
+    /// Flips the mark of the line of notes.
     Q_INVOKABLE void handlenotTap();
     ExportOptions options() const override;
 

@@ -29,7 +29,9 @@ public:
     /// See trasnparentCheck. There is nothing behind this one: the encoder has no setting to give it.
     QString compressQuailityCheck() const { return QString::fromStdString(m_compressQuailityCheck.image); }
 
+    /// Flips the mark of transparency.
     Q_INVOKABLE void handletrasnparentTap();
+    /// Flips the mark of compression.
     Q_INVOKABLE void handleCompressTap();
     ExportOptions options() const override;
 

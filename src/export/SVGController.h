@@ -22,6 +22,7 @@ public:
     /// Name of the mark's picture.
     QString trasnparentCehck() const { return QString::fromStdString(m_trasnparentCehck.image); }
 
+    /// Flips the mark of transparency.
     Q_INVOKABLE void handletrasnparentTap();
     ExportOptions options() const override;
 

@@ -22,8 +22,11 @@ public:
     static constexpr float kSmallestSize = 0.5f;
     static constexpr float kLargestSize = 2.5f;
 
+    /// Where the slider stands: factor of the sides.
     double sizeSlider() const { return static_cast<double>(m_sizeSlider); }
+    /// The slider's range, for layouts.
     double smallestSize() const { return static_cast<double>(kSmallestSize); }
+    /// See smallestSize.
     double largestSize() const { return static_cast<double>(kLargestSize); }
     /// The slider's value in decimals: "1.5".
     const QString& sizeValueLbl() const { return m_sizeValueLbl; }

@@ -4,13 +4,20 @@
 #include "ExportScreensFixture.h"
 #include "LogCapture.h"
 #include "export/ExporterViewController.h"
+#include "export/MP4VideoController.h"
+#include "export/PNGController.h"
 #include "export/SavingTypeController.h"
 #include "export/SavingTypes.h"
 #include "export/ShareController.h"
+#include "hud/ProgressOverlay.h"
 #include "platform/photos/PhotoFolder.h"
+#include "platform/photos/PictureQueue.h"
 #include "platform/view/UIAlertController.h"
+#include "platform/view/UIDocumentPickerViewController.h"
 
+#include <chrono>
 #include <filesystem>
+#include <thread>
 
 namespace lamina::test {
 namespace {
@@ -143,14 +150,19 @@ TEST_F(ExportRoad, EachTypeReachesTheShareScreenWithItsFile)
 
 TEST_F(ExportRoad, AnExporterThatLeavesStopsItsWork)
 {
-    auto exporter = choose(SavingtypeMethod::png);
-    ASSERT_TRUE(exporter);
-    exporter->setSavingDelegate(listener);
-    exporter->downloadbtnAction();
-    editor->dismiss(false);
-    exporter.reset();
-    settle();
-    EXPECT_TRUE(listener->records.empty());
+    for (const bool isHeld : {true, false}) {
+        auto exporter = choose(SavingtypeMethod::png);
+        ASSERT_TRUE(exporter);
+        exporter->setSavingDelegate(listener);
+        pictureQueue().async([] { std::this_thread::sleep_for(std::chrono::milliseconds(50)); }); // busy otherwise
+        exporter->downloadbtnAction();
+        editor->dismiss(false);
+        if (!isHeld)
+            exporter.reset();
+        settle();
+        EXPECT_TRUE(listener->records.empty());
+        EXPECT_FALSE(std::filesystem::exists(home.path("Documents/Lamina/default.png")));
+    }
 }
 
 TEST_F(ExportRoad, AFailureIsToldOnThePanelAndTheSheetStays)
@@ -165,6 +177,78 @@ TEST_F(ExportRoad, AFailureIsToldOnThePanelAndTheSheetStays)
     EXPECT_TRUE(exporter->isReady());
     EXPECT_EQ(exported, 0);
     EXPECT_NE(log.text().find("Documents"), std::string::npos) << log.text();
+
+    // Another place may do.
+    for (const bool taken : {false, true}) {
+        ProgressOverlay::shared().hud()->choiceButton().sendActions(UIControlEvents::TouchUpInside);
+        settle();
+        const auto picker = top<UIDocumentPickerViewController>();
+        ASSERT_TRUE(picker);
+        EXPECT_EQ(picker->suggestedName(), "UntitledSVG.svg");
+        picker->choose({home.path(taken ? "mine.svg" : "Documents/a.svg"), false});
+        if (!taken)
+            settle();
+    }
+    ASSERT_TRUE(DispatchQueue::main().runUntil([&] { return shareScreen() != nullptr; }, 20));
+    EXPECT_EQ(shareScreen()->sharevideoURL(), home.path("mine.svg"));
+    EXPECT_EQ(readFile(home.path("mine.svg")).substr(0, 5), "<?xml");
+    editor->dismiss(false);
+    settle();
+}
+
+TEST_F(ExportRoad, AJPGIsSafeOnceTheLibraryHasIt)
+{
+    writeFile(home.path("Pictures"), "");
+    choose(SavingtypeMethod::jpg)->downloadbtnAction();
+    ASSERT_TRUE(DispatchQueue::main().runUntil([&] { return top<UIAlertController>() != nullptr; }, 20));
+    EXPECT_EQ(exported, 0);
+    editor->dismiss(false);
+    settle();
+}
+
+TEST_F(ExportRoad, AClipIsStoodForByAFrame)
+{
+    ASSERT_TRUE(choose(SavingtypeMethod::mp4));
+    const auto film = top<MP4VideoController>();
+    film->setSavingDelegate(listener);
+    film->qualitySliderAction(0.2f);
+    film->downloadbtnAction();
+    settle();
+    ASSERT_EQ(listener->records.size(), 1u);
+    film->backAction();
+    settle();
+    const std::string clip = home.path("clip.mp4");
+    std::filesystem::copy_file(listener->records[0].sharedURL, clip);
+
+    for (const auto& sheet : std::vector<std::shared_ptr<ExporterViewController>>{
+             std::make_shared<PNGController>(), std::make_shared<MP4VideoController>()}) {
+        const bool isFilm = sheet->saveType() == SavingtypeMethod::mp4;
+        sheet->setVideoUrl(clip);
+        sheet->setSavingDelegate(listener);
+        present(sheet);
+        EXPECT_EQ(sheet->tobeSavedimage().pixelSize(), (IntSize{40, 30}));
+        EXPECT_EQ(sheet->sheetHeight(), 0);
+        EXPECT_EQ(sheet->isSuggested(), isFilm);
+        EXPECT_EQ(sheet->infoLbl().isEmpty(), isFilm);
+        sheet->handlefileTap();
+        settle();
+        EXPECT_FALSE(top<SavingTypeController>()->isimage());
+        top<SavingTypeController>()->backAction();
+        settle();
+        sheet->downloadbtnAction();
+        settle();
+        const std::string file = readFile(listener->records.back().sharedURL);
+        EXPECT_EQ(file.substr(isFilm ? 4 : 1, 3), isFilm ? "fty" : "PNG");
+        sheet->backAction();
+        settle();
+    }
+
+    const auto broken = std::make_shared<PNGController>();
+    writeFile(clip, "no film");
+    broken->setVideoUrl(clip);
+    present(broken);
+    EXPECT_TRUE(top<UIAlertController>());
+    EXPECT_FALSE(broken->isReady() || broken->isLoading());
 }
 
 TEST_F(ExportRoad, WithoutMemoryOrAFileAnAlertSaysSo)

@@ -132,40 +132,31 @@ TEST_F(ExporterOptions, TicksFlipTheirMarksAndTheirOptions)
     const auto pdf = open<PDFStandardController>();
     const auto print = open<PDFPrintController>();
     const struct {
-        const char* name;
-        std::function<void()> tap;
-        std::function<QString()> mark;
-        std::function<bool()> option; // none: nothing stands behind the mark
+        std::shared_ptr<ExporterViewController> sheet;
+        const char* tap;
+        const char* mark;
+        const char* option; // none: nothing stands behind the mark
     } table[] = {
-        {"png", [&] { png->handletrasnparentTap(); }, [&] { return png->trasnparentCheck(); },
-         [&] { return png->options().transparency; }},
-        {"compress", [&] { png->handleCompressTap(); }, [&] { return png->compressQuailityCheck(); }, {}},
-        {"svg", [&] { svg->handletrasnparentTap(); }, [&] { return svg->trasnparentCehck(); },
-         [&] { return svg->options().transparency; }},
-        {"notes", [&] { pdf->handlenotTap(); }, [&] { return pdf->noteCheckView(); },
-         [&] { return pdf->options().notes; }},
-        {"flat", [&] { pdf->handleFlattenTap(); }, [&] { return pdf->flattenCheckView(); },
-         [&] { return pdf->flattenChoose(); }},
-        {"print notes", [&] { print->handlenotTap(); }, [&] { return print->notesCheck(); },
-         [&] { return print->options().notes; }},
-        {"print flat", [&] { print->handleFlattenTap(); }, [&] { return print->flattenCheck(); },
-         [&] { return print->flattenChoose(); }},
-        {"crop", [&] { print->handlecropTap(); }, [&] { return print->cropMarksCheck(); },
-         [&] { return print->options().cropMarks; }},
-        {"ppi", [&] { print->handleppiTap(); }, [&] { return print->ppiCheck(); },
-         [&] { return print->options().pixelsPerInch == 300; }},
+        {png, "handletrasnparentTap", "trasnparentCheck", "trasparentBool"},
+        {png, "handleCompressTap", "compressQuailityCheck", nullptr},
+        {svg, "handletrasnparentTap", "trasnparentCehck", "trasparentChoose"},
+        {pdf, "handlenotTap", "noteCheckView", "notesChoose"},
+        {pdf, "handleFlattenTap", "flattenCheckView", "flattenChoose"},
+        {print, "handlenotTap", "notesCheck", "notesChoose"},
+        {print, "handleFlattenTap", "flattenCheck", "flattenChoose"},
+        {print, "handlecropTap", "cropMarksCheck", "cropSelect"},
+        {print, "handleppiTap", "ppiCheck", "ppiSelect"},
     };
     for (const auto& c : table) {
-        SCOPED_TRACE(c.name);
+        SCOPED_TRACE(c.mark);
         for (const bool ticked : {false, true, false}) {
-            EXPECT_EQ(c.mark(), ticked ? "ic_checkbox1" : "ic_checkbox");
-            if (c.option) {
-                EXPECT_EQ(c.option(), ticked);
-            }
-            c.tap();
+            EXPECT_EQ(c.sheet->property(c.mark).toString(), ticked ? "ic_checkbox1" : "ic_checkbox");
+            EXPECT_TRUE(!c.option || c.sheet->property(c.option).toBool() == ticked);
+            EXPECT_TRUE(QMetaObject::invokeMethod(c.sheet.get(), c.tap));
         }
-        EXPECT_EQ(c.mark(), "ic_checkbox1");
     }
+    EXPECT_TRUE(png->options().transparency && svg->options().transparency && pdf->options().notes);
+    EXPECT_TRUE(print->options().notes && print->options().cropMarks && print->options().pixelsPerInch == 300);
 }
 
 TEST_F(ExporterOptions, APrintTellsItsSizeOnPaper)
