@@ -169,6 +169,10 @@ void shootShares(Shooter& shooter, UIViewController& editor, const UIImage& pict
         return;
     shootShare(shooter, editor, {picture, {}, SavingtypeMethod::jpg}, "send-jpg", "share-jpg");
     shootShare(shooter, editor, {picture, file, SavingtypeMethod::pdfPrint}, "send-pdf", "share-pdf");
+    editor.present(std::make_shared<UIDocumentPickerViewController>("UntitledPdf.pdf", nullptr), true);
+    WindowDriver::waitUntil([&] { return shooter.driver().item(QStringLiteral("Save here")) != nullptr; }, 5);
+    shooter.shoot("place"); // no portal answers here
+    shooter.driver().press(Qt::Key_Escape);
 }
 
 void shootPanels(Shooter& shooter)

@@ -71,7 +71,7 @@ Application::Application(const LaunchOptions& options)
     , m_pointer(m_view)
     , m_picker(m_view, m_folder)
     , m_activities(m_view)
-    , m_documents(m_view)
+    , m_documents(m_view, m_folder)
     , m_screens(std::make_shared<ScreenHost>())
     , m_bridge((g_current = this, *this))
 {

@@ -53,6 +53,7 @@ public:
     QQuickView& view() { return m_view; }
     ScreenHost& screens() { return *m_screens; }
     PickerPresenter& picker() { return m_picker; }
+    DocumentPresenter& documents() { return m_documents; }
     SystemSettings& settings() { return m_settings; }
     FolderModel& folder() { return m_folder; }
     HostBridge& bridge() { return m_bridge; }

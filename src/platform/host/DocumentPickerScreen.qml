@@ -5,12 +5,27 @@ import Lamina
 AppScreen {
     id: picker
 
+    readonly property bool asksHere: Host.folderPicker === controller
+
     name: qsTranslate("Lamina", "Choose a place")
     onBack: controller.cancel()
 
     // A tap on the dimmed work gives the dialog up, should it have got lost behind other windows.
     Scrim {
-        busy: true
+        busy: !picker.asksHere
         onTapped: picker.controller.cancel()
+    }
+
+    Loader {
+        anchors.fill: parent
+        active: picker.asksHere
+        focus: active
+        sourceComponent: FolderSheet {
+            card: picker.sheetsAreCards
+            placing: true
+            subtitle: picker.controller.suggestedName
+            onPlaced: folder => Host.placeIn(folder)
+            onClosed: picker.controller.cancel()
+        }
     }
 }

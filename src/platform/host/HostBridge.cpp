@@ -19,6 +19,8 @@ HostBridge::HostBridge(Application& application)
     });
     QObject::connect(&application.picker(), &PickerPresenter::folderPickerChanged, this,
                      &HostBridge::folderPickerChanged);
+    QObject::connect(&application.documents(), &DocumentPresenter::folderPickerChanged, this,
+                     &HostBridge::folderPickerChanged);
     QObject::connect(&application.pointer(), &PointerKind::changed, this, &HostBridge::mouseAtHandChanged);
     QObject::connect(&application.focus(), &FocusKeeper::focusVisibleChanged, this, &HostBridge::focusVisibleChanged);
 }
@@ -76,7 +78,9 @@ bool HostBridge::isFocusVisible() const
 
 QObject* HostBridge::folderPicker() const
 {
-    return m_application.picker().folderPicker();
+    if (QObject* const picker = m_application.picker().folderPicker())
+        return picker;
+    return m_application.documents().folderPicker();
 }
 
 QObject* HostBridge::progress() const
@@ -111,6 +115,11 @@ void HostBridge::toggleFullScreen()
 void HostBridge::closeWindow()
 {
     m_application.view().close();
+}
+
+void HostBridge::placeIn(const QString& folder)
+{
+    m_application.documents().placeIn(folder.toStdString());
 }
 
 void HostBridge::choose(const QString& path)

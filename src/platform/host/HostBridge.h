@@ -55,7 +55,8 @@ public:
     bool mouseAtHand() const;
     /// See FocusKeeper.
     bool isFocusVisible() const;
-    /// The `UIImagePickerController` that waits for a choice in the window; null: none.
+    /// The `UIImagePickerController` or `UIDocumentPickerViewController` that waits for a choice in the window; null:
+    /// none.
     QObject* folderPicker() const;
     /// The process's own.
     QObject* progress() const;
@@ -74,6 +75,8 @@ public:
     Q_INVOKABLE bool paste();
     /// The answer of the folder picker.
     Q_INVOKABLE void choose(const QString& path);
+    /// The same of one that asks where a file is to go: the folder.
+    Q_INVOKABLE void placeIn(const QString& folder);
 
 signals:
     void transitionDurationChanged();

@@ -7,6 +7,7 @@
 #include "EventPump.h"
 #include "TestPictures.h"
 #include "TestPortal.h"
+#include "platform/host/system/FolderModel.h"
 #include "platform/host/system/SystemURLOpener.h"
 #include "platform/view/PresentationHost.h"
 #include "platform/view/UIAlertController.h"
@@ -130,7 +131,8 @@ protected:
     const std::string pdf = folder.path("a b.pdf");
     QWindow window;
     ActivityPresenter activities{window};
-    DocumentPresenter documents{window};
+    FolderModel folders;
+    DocumentPresenter documents{window, folders};
     std::unique_ptr<TestPortal> portal = std::make_unique<TestPortal>();
     std::shared_ptr<UIViewController> screen = std::make_shared<UIViewController>();
     UIWindow screens;
@@ -151,11 +153,11 @@ TEST_F(Sharing, OffersWhatTheMachineServes)
     EXPECT_EQ(offered(),
               Types({Type::OpenWith, Type::Mail, Type::Copy, Type::SaveCopy, Type::ShowInFolder, Type::Print}));
     portal.reset();
-    EXPECT_EQ(offered(), Types{Type::Copy});
+    EXPECT_EQ(offered(), Types({Type::Copy, Type::SaveCopy}));
     install("xdg-open");
-    EXPECT_EQ(offered(), Types({Type::OpenWith, Type::Copy, Type::ShowInFolder}));
+    EXPECT_EQ(offered(), Types({Type::OpenWith, Type::Copy, Type::SaveCopy, Type::ShowInFolder}));
     install("xdg-email");
-    EXPECT_EQ(offered(), Types({Type::OpenWith, Type::Mail, Type::Copy, Type::ShowInFolder}));
+    EXPECT_EQ(offered(), Types({Type::OpenWith, Type::Mail, Type::Copy, Type::SaveCopy, Type::ShowInFolder}));
 }
 
 TEST_F(Sharing, PortalsGetTheFileItself)
@@ -296,6 +298,15 @@ TEST_F(Sharing, ACopyGoesWhereTheDialogSays)
     answer(0);
     EXPECT_TRUE(waitForEnd(false));
     EXPECT_EQ(alertText(), "Can’t save the copy|" + copy + ": is a folder.");
+    screen->dismiss(false);
+    portal->setManner(Manner::Refuses); // asked for in the window then, and nothing is replaced
+    share(Type::SaveCopy, pdf);
+    ASSERT_TRUE(runUntil([this] { return documents.folderPicker() != nullptr; }));
+    documents.placeIn(folder.path());
+    EXPECT_TRUE(waitForEnd(true));
+    EXPECT_EQ(results[0].path, folder.path("a b 2.pdf"));
+    EXPECT_EQ(readFile(folder.path("a b 2.pdf")), "%PDF-1.4 page");
+    EXPECT_FALSE(documents.folderPicker());
 }
 
 } // namespace

@@ -2,22 +2,33 @@ import QtQuick
 import QtQuick.Templates as T
 import Lamina
 
-// Chooses a photo from a folder, where the desktop has no chooser of its own.
+// Chooses a photo from a folder, or a folder for a file, where the desktop has no chooser of its own.
 SheetPanel {
     id: sheet
 
     readonly property var folder: Host.folder
+    // A folder is chosen, not a photo in it.
+    property bool placing: false
     signal chosen(string path)
+    signal placed(string folder)
 
     function open(row) {
         if (row.isFolder)
             folder.folder = row.path
-        else
+        else if (!placing)
             chosen(row.path)
     }
 
     title: folder.title
-    contentHeight: height * 0.7
+    contentHeight: height * (placing ? 0.6 : 0.7)
+    footHeight: placing ? here.height : 0
+    foot: LaminaButton {
+        id: here
+        visible: sheet.placing
+        width: parent.width
+        text: qsTranslate("Lamina", "Save here")
+        onClicked: sheet.placed(sheet.folder.folder)
+    }
 
     PlaceRow {
         id: places
@@ -80,6 +91,7 @@ SheetPanel {
             turned: isParent
             thumbnail: isFolder ? "" : path
             forward: isFolder && !isParent
+            opacity: isFolder || !sheet.placing ? 1 : Tokens.opacity.disabled
             onClicked: {
                 list.currentIndex = index
                 sheet.open({ isFolder: isFolder, path: path })

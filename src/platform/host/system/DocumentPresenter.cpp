@@ -2,6 +2,7 @@
 
 #include "platform/base/Localization.h"
 #include "platform/host/system/BackgroundWork.h"
+#include "platform/host/system/FolderModel.h"
 #include "platform/host/system/WindowIdentifier.h"
 
 #include <QWindow>
@@ -11,8 +12,30 @@
 
 namespace lamina {
 
-DocumentPresenter::DocumentPresenter(QWindow& parent, BusConnector connector)
+namespace {
+
+bool exists(const std::string& path)
+{
+    std::error_code failure;
+    return std::filesystem::exists(std::filesystem::symlink_status(path, failure));
+}
+
+/// "a.png", or "a 2.png" and so on where that is taken.
+std::string freePath(const std::string& folder, const std::string& name)
+{
+    constexpr int kMostNames = 10'000;
+    const std::filesystem::path file(name);
+    std::string path = folder + '/' + name;
+    for (int number = 2; exists(path) && number <= kMostNames; ++number)
+        path = folder + '/' + file.stem().string() + ' ' + std::to_string(number) + file.extension().string();
+    return path;
+}
+
+} // namespace
+
+DocumentPresenter::DocumentPresenter(QWindow& parent, FolderModel& folder, BusConnector connector)
     : m_parent(parent)
+    , m_folder(folder)
     , m_portal(std::move(connector))
 {
 }
@@ -40,27 +63,53 @@ void DocumentPresenter::take(const FileChooserAnswer& answer)
     case FileChooserAnswer::Kind::Chosen:
         // What is there by now is what the dialog has asked about.
         inBackground<bool>(
-            folderQueue(), m_picker,
-            [path = answer.path] {
-                std::error_code failure;
-                return std::filesystem::exists(std::filesystem::symlink_status(path, failure));
-            },
-            [picker = m_picker.data(), path = answer.path](bool exists) {
-                picker->choose({path, exists});
+            folderQueue(), m_picker, [path = answer.path] { return exists(path); },
+            [picker = m_picker.data(), path = answer.path](bool taken) {
+                picker->choose({path, taken});
             });
         break;
     case FileChooserAnswer::Kind::Cancelled:
         m_picker->cancel();
         break;
     case FileChooserAnswer::Kind::Failed:
-    case FileChooserAnswer::Kind::Unavailable:
         m_picker->fail(answer.error);
+        break;
+    case FileChooserAnswer::Kind::Unavailable:
+        askInWindow();
         break;
     }
 }
 
+void DocumentPresenter::askInWindow()
+{
+    if (!m_picker->folder().empty())
+        m_folder.setFolder(QString::fromStdString(m_picker->folder()));
+    else if (m_folder.folder().isEmpty())
+        m_folder.openStart();
+    else
+        m_folder.refresh();
+    setAsksInWindow(true);
+}
+
+void DocumentPresenter::placeIn(const std::string& folder)
+{
+    UIDocumentPickerViewController* const picker = folderPicker();
+    if (!picker)
+        return;
+    inBackground<std::string>(
+        folderQueue(), picker, [folder, name = picker->suggestedName()] { return freePath(folder, name); },
+        [picker](std::string path) { picker->choose({std::move(path)}); });
+}
+
+void DocumentPresenter::setAsksInWindow(bool inWindow)
+{
+    if (std::exchange(m_asksInWindow, inWindow) != inWindow)
+        emit folderPickerChanged();
+}
+
 void DocumentPresenter::forget()
 {
+    setAsksInWindow(false);
     m_portal.cancel();
     if (m_picker)
         m_picker->disconnect(this);

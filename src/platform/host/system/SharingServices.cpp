@@ -35,15 +35,13 @@ bool hasPortal(const QDBusConnection& bus, const char* name)
 std::set<UIActivityType> servedActivities(const QDBusConnection& bus)
 {
     using Type = UIActivityType;
-    std::set<Type> served{Type::Copy};
+    std::set<Type> served{Type::Copy, Type::SaveCopy};
     const bool opener = hasProgram(QStringLiteral("xdg-open"));
     const bool portals = bus.isConnected() && hasService(bus, kPortalService);
     if (opener || (portals && hasPortal(bus, "OpenURI")))
         served.insert(Type::OpenWith);
     if (hasProgram(QStringLiteral("xdg-email")) || (portals && hasPortal(bus, "Email")))
         served.insert(Type::Mail);
-    if (portals && hasPortal(bus, "FileChooser"))
-        served.insert(Type::SaveCopy);
     if (opener || (bus.isConnected() && hasService(bus, kFileManager)))
         served.insert(Type::ShowInFolder);
     if (portals && hasPortal(bus, "Print"))

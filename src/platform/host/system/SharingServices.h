@@ -9,7 +9,7 @@
 namespace lamina {
 
 /// What the desktop offers to do with files, by its portals, its services and its programs: what a share sheet can
-/// offer on this machine. Copying needs nothing of it. Waits for answers on the bus, a second for each at
+/// offer on this machine. Copying and saving need nothing of it. Waits for answers on the bus, a second for each at
 /// most: for a background thread.
 std::set<UIActivityType> servedActivities(const QDBusConnection& bus);
 
