@@ -7,6 +7,7 @@
 #include <chrono>
 #include <cstdlib>
 #include <fcntl.h>
+#include <filesystem>
 #include <spawn.h>
 #include <string>
 #include <sys/resource.h>
@@ -65,6 +66,66 @@ void blendTwelveMegapixels(benchmark::State& state)
 }
 BENCHMARK(blendTwelveMegapixels)->UseManualTime()->Unit(benchmark::kMillisecond);
 
+struct Export {
+    const char* name;
+    std::vector<std::string> arguments;
+};
+
+const std::vector<Export>& exports()
+{
+    static const std::vector<Export> all{
+        {"jpg", {"jpg"}},
+        {"png", {"png"}},
+        {"pdf-standard", {"pdf-standard"}},
+        {"pdf-print", {"pdf-print"}},
+        {"pdf-print-cmyk", {"pdf-print", "--profile", "cmyk", "--crop-marks", "--notes"}},
+        {"svg", {"svg"}},
+        {"mp4", {"mp4"}},
+        {"tiff", {"tiff"}},
+    };
+    return all;
+}
+
+/// An export of a photo, with the memory that it may take.
+void exportPhoto(benchmark::State& state, const Export& one, const std::string& photo, double limit)
+{
+    const std::filesystem::path folder = std::filesystem::temp_directory_path() / "lamina-bench-exports";
+    std::filesystem::create_directories(folder);
+    std::vector<std::string> arguments{"export"};
+    arguments.insert(arguments.end(), one.arguments.begin(), one.arguments.end());
+    arguments.insert(arguments.end(), {"-i", photo, "-o", folder.string()});
+    measure(state, arguments);
+    state.counters["limit_MB"] = limit;
+    std::filesystem::remove_all(folder);
+}
+
+void registerExports()
+{
+    constexpr double kMegabyte = 1024 * 1024;
+    constexpr double kSmall = 4.0 * 1125 * 1125 / kMegabyte;
+    constexpr double kLarge = 4.0 * 9248 * 6936 / kMegabyte;
+    for (const Export& one : exports()) {
+        const bool film = one.arguments.front() == "mp4";
+        const auto add = [&](const char* name, std::string (*photo)(), double limit) {
+            benchmark::RegisterBenchmark(
+                (std::string(name) + "/" + one.name).c_str(),
+                [&one, photo, limit](benchmark::State& state) { exportPhoto(state, one, photo(), limit); })
+                ->UseManualTime()
+                ->Unit(benchmark::kMillisecond);
+        };
+        add("exportBlend", lamina::bench::photoOfABlend, film ? 180 : 12 * kSmall);
+        add("exportSixtyFourMegapixels", lamina::bench::sixtyFourMegapixelPhoto, 3 * kLarge + (film ? 700 : 200));
+    }
+}
+
 } // namespace
 
-BENCHMARK_MAIN();
+int main(int argc, char** argv)
+{
+    registerExports();
+    benchmark::Initialize(&argc, argv);
+    if (benchmark::ReportUnrecognizedArguments(argc, argv))
+        return 1;
+    benchmark::RunSpecifiedBenchmarks();
+    return 0;
+}

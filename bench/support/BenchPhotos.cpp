@@ -25,6 +25,8 @@ struct Photo {
 
 constexpr IntSize kTwelveMegapixels{4000, 3000};
 constexpr Photo kLargePhoto{LAMINA_SAMPLES "/meadow.jpg", {11600, 8700}, "100-megapixels"};
+constexpr Photo kPhotoOf64{LAMINA_SAMPLES "/meadow.jpg", {9248, 6936}, "64-megapixels"};
+constexpr Photo kPhotoOfABlend{LAMINA_SAMPLES "/meadow.jpg", {1125, 1125}, "blend"};
 constexpr Photo kPhotos[] = {
     {LAMINA_SAMPLES "/meadow.jpg", kTwelveMegapixels, "0"},
     {LAMINA_SAMPLES "/dunes.jpg", kTwelveMegapixels, "1"},
@@ -111,6 +113,16 @@ std::string twelveMegapixelPhoto(int variant)
 std::string hundredMegapixelPhoto()
 {
     return pathOf(kLargePhoto);
+}
+
+std::string sixtyFourMegapixelPhoto()
+{
+    return pathOf(kPhotoOf64);
+}
+
+std::string photoOfABlend()
+{
+    return pathOf(kPhotoOfABlend);
 }
 
 } // namespace lamina::bench

@@ -10,4 +10,9 @@ std::string twelveMegapixelPhoto(int variant = 0);
 /// The same with 11600 × 8700 pixels.
 std::string hundredMegapixelPhoto();
 
+/// The same with 9248 × 6936 pixels.
+std::string sixtyFourMegapixelPhoto();
+/// The same with 1125 × 1125 pixels, as large as what a blend leaves.
+std::string photoOfABlend();
+
 } // namespace lamina::bench

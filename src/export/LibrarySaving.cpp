@@ -4,8 +4,13 @@
 #include "platform/files/FileReading.h"
 #include "platform/image/codecs/PictureDecoding.h"
 #include "platform/image/codecs/PictureEncoding.h"
+#include "platform/image/codecs/PictureFormats.h"
+#include "platform/image/pixels/UIImage.h"
 #include "platform/photos/PictureQueue.h"
 
+#include <cstddef>
+#include <cstdint>
+#include <string>
 #include <utility>
 #include <vector>
 

@@ -68,6 +68,17 @@ std::string nameOf(const std::string& path)
     return std::filesystem::path(path).filename().string();
 }
 
+/// "Saved as beach.png.", a long name without its middle: its beginning and its end tell most.
+std::string savedAs(const std::string& path)
+{
+    constexpr qsizetype kLongest = 28;
+    constexpr qsizetype kEnd = 12;
+    QString name = QString::fromStdString(nameOf(path));
+    if (name.size() > kLongest)
+        name = name.left(kLongest - kEnd - 1) + QStringLiteral("…") + name.right(kEnd);
+    return localizedText("Saved as %1.", {name.toStdString()});
+}
+
 /// In the units of file managers, a thousand each: "2.4 MB", "87 kB".
 std::string sizeText(std::uintmax_t bytes)
 {
@@ -144,8 +155,7 @@ void ShareController::finishJob()
     if (goesToLibrary)
         return;
     learnFile();
-    announce(m_details.placeWasChosen ? localizedText("Saved as %1.", {nameOf(m_file)})
-                                      : localizedString(shareType(fetchData()).toast));
+    announce(m_details.placeWasChosen ? savedAs(m_file) : localizedString(shareType(fetchData()).toast));
 }
 
 void ShareController::shareNow()
@@ -191,7 +201,7 @@ void ShareController::sheetEnded(const UIActivityResult& result)
     if (result.completed && result.type == UIActivityType::Copy)
         announce(localizedString("Copied."));
     else if (result.completed && result.type == UIActivityType::SaveCopy)
-        announce(localizedText("Saved as %1.", {nameOf(result.path)}));
+        announce(savedAs(result.path));
     presentPromotion();
 }
 
@@ -261,7 +271,7 @@ void ShareController::saveAt(const UIDocumentPlace& place)
         [this, place](const Outcome& outcome) {
             if (!outcome)
                 return offerAnotherPlace(outcome.error());
-            announce(localizedText("Saved as %1.", {nameOf(place.path)}));
+            announce(savedAs(place.path));
             saved(place.path);
         });
 }

@@ -34,7 +34,7 @@ AppScreen {
         // As large as there is room for between the words and the doors, the message under it.
         uprightSide: Math.min(share.width - 88, 480, panel.y - words.y - words.height - toast.height - 3 * Tokens.space.xl)
         uprightY: Math.round((words.y + words.height + toast.y - side) / 2)
-        wideSide: Math.min(share.height - bar.height - 2 * Tokens.space.xxl, share.width - Tokens.bars.sidePanel - 96, 640)
+        wideSide: Math.min(share.height - bar.height - toast.height - 3 * Tokens.space.xl, share.width - Tokens.bars.sidePanel - 96, 640)
         wideY: Math.round(bar.height + (share.height - bar.height - side) / 2 - 18)
     }
 
@@ -77,7 +77,7 @@ AppScreen {
         StyledText {
             id: file
             y: headline.height
-            width: Math.min(implicitWidth, parent.width - (size.visible ? size.width + Tokens.space.s : 0))
+            width: Math.min(implicitWidth, parent.width - (size.visible && !share.small ? size.width + Tokens.space.s : 0))
             height: text === "" ? 0 : implicitHeight
             text: share.controller.fileName
             color: Tokens.palette.textSecondary
@@ -88,8 +88,8 @@ AppScreen {
         }
         StyledText {
             id: size
-            x: file.width + Tokens.space.s
-            y: file.y
+            x: share.small ? 0 : file.width + Tokens.space.s
+            y: file.y + (share.small ? file.height : 0)
             visible: text !== ""
             text: share.controller.fileSize
             color: Tokens.palette.textSecondary
@@ -156,7 +156,7 @@ AppScreen {
         readonly property real cell: columns === 1 ? room : Math.max(68, Math.min(85, room / columns))
 
         columns: share.slim ? 1 : room >= 4 * 68 || share.upright ? 4 : 2
-        rowSpacing: share.slim ? Tokens.space.s : Tokens.space.m
+        rowSpacing: share.slim ? Tokens.space.xs : Tokens.space.m
         x: share.upright ? Math.round((share.width - width) / 2) : share.slim ? measures.columnX : words.x
         y: share.upright ? heading.y + heading.height + Tokens.space.m
          : share.slim ? measures.y
@@ -194,10 +194,12 @@ AppScreen {
         // Under the print, or over its foot where there is no room.
         readonly property real below: panel.y - words.y - words.height > 380 ? 54 : Tokens.space.m
 
-        width: share.upright ? share.width : measures.room
+        // In a small window nothing but the print makes way for it.
+        x: share.small ? measures.x - Tokens.space.l : 0
+        width: share.upright ? share.width : share.small ? measures.side + 2 * Tokens.space.l : measures.room
         height: message.height
         y: Math.round(share.upright ? panel.y - below - height
-                    : share.wide ? Math.min(share.height - height - Tokens.space.m, measures.y + measures.side + Tokens.space.xl)
+                    : share.wide ? Math.min(share.height - height - Tokens.space.m, measures.y + measures.side + Tokens.space.l)
                     : measures.y + measures.side - height - Tokens.space.m)
         opacity: share.controller.toastAlpha.value
         visible: opacity > 0
@@ -206,6 +208,7 @@ AppScreen {
         Toast {
             id: message
             anchors.horizontalCenter: parent.horizontalCenter
+            sentence: true
             // Where nothing is to move it stands for its time, and is gone.
             timed: Theme.duration(1) === 0
             text: timed && share.controller.toastAlpha.value === 0 ? "" : share.controller.toastLbl

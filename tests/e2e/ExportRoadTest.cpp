@@ -4,13 +4,13 @@
 #include "editors/blend/BlendComposition.h"
 #include "export/ExporterViewController.h"
 #include "export/SavingTypeController.h"
+#include "hud/ProgressOverlay.h"
 
 #include <QImage>
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
-#include <gmock/gmock.h>
-#include <set>
 #include <vector>
 
 namespace lamina::test {
@@ -18,8 +18,8 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// A type as a person meets it: its row, what is tapped on its sheet, and the file below the home folder that is new
-/// then (one of a number begins so), with how such a file begins.
+/// A type as a person meets it: its row, what is tapped on its sheet, and what is new below the home folder then, a
+/// file or one in a folder, with how such a file begins.
 struct Type {
     const char* row;
     std::vector<const char*> taps;
@@ -63,17 +63,16 @@ protected:
         std::ifstream(file).read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
         return bytes;
     }
-    /// The file that was written under the name, or the newest of those that begin with it.
     static bool isWritten(const Type& type)
     {
         std::error_code none;
         const fs::path path = home() / type.file;
-        std::vector<fs::path> files{path};
-        if (type.file.back() == '/') {
-            files.clear();
+        std::vector<fs::path> files;
+        if (type.file.back() == '/')
             for (const auto& file : fs::directory_iterator(path, none))
                 files.push_back(file.path());
-        }
+        else
+            files.push_back(path);
         return std::ranges::any_of(files, [&](const fs::path& file) {
             return fs::is_regular_file(file) && beginning(file).substr(type.from).starts_with(type.begins);
         });
@@ -141,10 +140,17 @@ TEST_F(ExportRoad, AFolderThatCantBeWrittenIsToldAndTheSheetStays)
     ASSERT_TRUE(driver->tap(QStringLiteral("Save SVG")));
     ASSERT_TRUE(WindowDriver::waitUntil([&] { return !sheet->isExporting(); }));
     driver->settle();
-    EXPECT_EQ(driver->top<ExporterViewController>(), sheet);
+    const QString told = ProgressOverlay::shared().text();
+    EXPECT_TRUE(told.contains(QStringLiteral("Documents/Lamina"))) << told.toStdString();
     EXPECT_TRUE(fs::is_regular_file(documents()));
+
+    ASSERT_TRUE(driver->tap(QStringLiteral("Close"))); // the panel
+    EXPECT_EQ(driver->called(QStringLiteral("progress")), nullptr);
+    ASSERT_EQ(driver->top<ExporterViewController>(), sheet);
     fs::remove(documents());
-    EXPECT_TRUE(driver->tap(QStringLiteral("Close")));
+    ASSERT_TRUE(driver->tap(QStringLiteral("Save SVG")));
+    leaveShareScreen();
+    EXPECT_TRUE(fs::is_regular_file(documents() / "UntitledSVG.svg"));
 }
 
 } // namespace

@@ -6,6 +6,8 @@
 #include "export/JPGController.h"
 #include "platform/view/UIStoryboard.h"
 
+#include <stdexcept>
+
 namespace lamina::test {
 namespace {
 

@@ -10,6 +10,7 @@
 #include "platform/image/pixels/PixelConversion.h"
 
 #include <cstdint>
+#include <string>
 #include <utility>
 #include <vector>
 
@@ -28,6 +29,23 @@ UIImage picturePNG(const UIImage& picture, const ExportOptions& options)
     if (options.transparency)
         return png.flattenTransparent(resized);
     return png.addBackground(resized, UIColor::white(), resized.size().width, resized.size().height);
+}
+
+/// Writes the picture as BASE.png and gives the path. The picture is let go of on the way.
+Result<std::string> saveImageToDocuments(UIImage image, const std::string& baseName, const ExportPlace& place,
+                                         const ExportWatch& watch)
+{
+    const Result<std::string> path = exportPath(place, baseName + ".png");
+    if (!path)
+        return path;
+    CGImage pixels = image.cgImage();
+    image = {};
+    const Result<std::vector<std::uint8_t>> file = encodePNG(std::move(pixels), *path);
+    if (!file)
+        return file.error();
+    if (const Outcome written = writeExport(*path, *file, watch, "Error saving image: "); !written)
+        return written.error();
+    return path;
 }
 
 } // namespace
@@ -59,21 +77,14 @@ Result<ExportedFile> exportPNG(const ExportSource& source, const ExportOptions& 
 {
     if (const Outcome ready = readyToExport(source, watch); !ready)
         return ready.error();
-    const Result<std::string> path = exportPath(place, "default.png");
-    if (!path)
-        return path.error();
     UIImage flat = picturePNG(source.picture, options);
     if (!flat)
-        return Error{*path, cause::kNoMemory};
+        return Error{{}, cause::kNoMemory};
     if (watch.isCancelled())
         return cancelledExport();
-    CGImage pixels = flat.cgImage();
-    flat = {}; // the encoder lets go of what is its alone
-    const Result<std::vector<std::uint8_t>> file = encodePNG(std::move(pixels), *path);
-    if (!file)
-        return file.error();
-    if (const Outcome written = writeExport(*path, *file, watch, "Error saving image: "); !written)
-        return written.error();
+    const Result<std::string> path = saveImageToDocuments(std::move(flat), "default", place, watch);
+    if (!path)
+        return path.error();
     return ExportedFile{source.picture, *path, {}};
 }
 

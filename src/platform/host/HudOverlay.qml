@@ -38,7 +38,7 @@ Loader {
         }
         Keys.onPressed: event => {
             const leaves = KeyTable.find("back", event.key, event.modifiers) >= 0
-            const answers = KeyTable.find("use", event.key, event.modifiers) >= 0
+            const answers = overlay.work.text !== "" && KeyTable.find("use", event.key, event.modifiers) >= 0
             event.accepted = layer.blocking
             if ((leaves || answers) && !event.isAutoRepeat)
                 overlay.work.giveUp() // after which there may be no panel

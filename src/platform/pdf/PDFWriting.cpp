@@ -35,7 +35,9 @@ std::span<const std::uint8_t> profileOf(const PictureSamples& samples, const PDF
 {
     if (samples.picture.colors != PDFColors::CMYK)
         return sRGBProfile();
-    return page.intent ? std::span<const std::uint8_t>() : samples.space.iccProfile();
+    const std::span<const std::uint8_t> profile = samples.space.iccProfile();
+    const bool usable = !page.intent && profileModel(profile) == CGColorSpace::Model::CMYK;
+    return usable ? profile : std::span<const std::uint8_t>();
 }
 
 /// Makes the document and hands it to the sink.

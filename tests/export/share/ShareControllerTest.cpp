@@ -8,8 +8,10 @@
 #include "platform/photos/PhotoFolder.h"
 #include "platform/view/PresentationHost.h"
 #include "platform/view/UIAlertController.h"
+#include "platform/view/UIViewAnimation.h"
 #include "platform/view/UIWindow.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <filesystem>
 #include <gtest/gtest.h>

@@ -12,6 +12,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <gtest/gtest.h>
+#include <memory>
 
 namespace lamina::test {
 namespace {

@@ -18,6 +18,7 @@
 #include <QMimeData>
 #include <QWindow>
 
+#include <algorithm>
 #include <filesystem>
 #include <gtest/gtest.h>
 

@@ -48,8 +48,11 @@ Repeater {
             event.accepted = info.adjustable && (up || down) || info.button && press
             if (!event.accepted)
                 return
-            if (press)
+            // A key that is still held from before presses nothing here.
+            if (press && !event.isAutoRepeat)
                 controls.model.activate(index)
+            else if (press)
+                return
             else if (up)
                 controls.model.increment(index)
             else

@@ -13,6 +13,8 @@ Item {
     property string action
     property string shownAction
     property real room: parent ? parent.width - 2 * Tokens.space.l : 0
+    // A sentence takes a second line where it needs one; what is long otherwise is a file's name.
+    property bool sentence: false
     // False: somebody else sees to its time.
     property bool timed: true
     signal done()
@@ -77,9 +79,10 @@ Item {
             text: toast.shownText
             role: Tokens.type.caption
             strong: true
-            // What is long is a file's name, whose beginning and end tell most.
-            wrapMode: Text.NoWrap
-            elide: Text.ElideMiddle
+            // The beginning and the end of a name tell most.
+            wrapMode: toast.sentence ? Text.WordWrap : Text.NoWrap
+            elide: toast.sentence ? Text.ElideRight : Text.ElideMiddle
+            maximumLineCount: 2
             color: Tokens.palette.overPaperToast
             Accessible.ignored: true
         }

@@ -10,6 +10,7 @@
 #include "platform/photos/PictureQueue.h"
 #include "platform/view/UIApplication.h"
 #include "platform/view/UIDocumentPickerViewController.h"
+#include "platform/view/UIViewController.h"
 
 #include <QClipboard>
 #include <QCoreApplication>

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/base/Result.h"
+#include "platform/host/system/Portal.h"
 #include "platform/host/system/PortalRequest.h"
 #include "platform/view/UIActivityViewController.h"
 #include "platform/view/UIDocumentPickerViewController.h"

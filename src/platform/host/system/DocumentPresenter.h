@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/host/system/FileChooserPortal.h"
+#include "platform/host/system/Portal.h"
 #include "platform/view/UIDocumentPickerViewController.h"
 #include "platform/view/UIViewController.h"
 

@@ -21,7 +21,8 @@ PortalCall chooserCall(const char* method, const std::string& parentWindow, cons
             std::move(options)};
 }
 
-FileChooserAnswer answerOf(const PortalAnswer& answer)
+/// `what` was asked for, in the user's language.
+FileChooserAnswer answerOf(const PortalAnswer& answer, const std::string& what)
 {
     switch (answer.kind) {
     case PortalAnswer::Kind::Cancelled:
@@ -34,7 +35,7 @@ FileChooserAnswer answerOf(const PortalAnswer& answer)
     }
     const QStringList uris = answer.results.value(QStringLiteral("uris")).toStringList();
     if (uris.isEmpty())
-        return {Kind::Failed, {}, Error{localizedString("photo"), "the file chooser named no file"}};
+        return {Kind::Failed, {}, Error{what, "the file chooser named no file"}};
     const Result<std::string> path = pathOfFileURL(uris.first().toStdString());
     if (!path)
         return {Kind::Failed, {}, path.error()};
@@ -51,6 +52,7 @@ FileChooserPortal::FileChooserPortal(BusConnector connector)
 void FileChooserPortal::open(FileChooserQuestion question, Completion completion)
 {
     ask(
+        localizedString("photo"),
         [question = std::move(question)]() mutable -> Result<PortalCall> {
             if (question.folder.empty())
                 question.folder = samplesForBeginners();
@@ -62,16 +64,17 @@ void FileChooserPortal::open(FileChooserQuestion question, Completion completion
 void FileChooserPortal::save(const FileSaveQuestion& question, Completion completion)
 {
     ask(
+        localizedString("The file"),
         [question]() -> Result<PortalCall> {
             return chooserCall("SaveFile", question.parentWindow, question.title, fileSaveOptions(question));
         },
         std::move(completion));
 }
 
-void FileChooserPortal::ask(PortalRequest::Prepare prepare, Completion completion)
+void FileChooserPortal::ask(std::string what, PortalRequest::Prepare prepare, Completion completion)
 {
-    m_request.ask(std::move(prepare),
-                  [completion = std::move(completion)](const PortalAnswer& answer) { completion(answerOf(answer)); });
+    m_request.ask(std::move(prepare), [what = std::move(what), completion = std::move(completion)](
+                                          const PortalAnswer& answer) { completion(answerOf(answer, what)); });
 }
 
 } // namespace lamina

@@ -2,6 +2,7 @@
 
 #include "platform/base/Result.h"
 #include "platform/host/system/FileChooserOptions.h"
+#include "platform/host/system/Portal.h"
 #include "platform/host/system/PortalRequest.h"
 
 #include <functional>
@@ -46,7 +47,7 @@ public:
     void setPatience(int milliseconds) { m_request.setPatience(milliseconds); }
 
 private:
-    void ask(PortalRequest::Prepare prepare, Completion completion);
+    void ask(std::string what, PortalRequest::Prepare prepare, Completion completion);
 
     PortalRequest m_request;
 };
