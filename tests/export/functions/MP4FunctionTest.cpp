@@ -119,25 +119,20 @@ TEST_F(MP4Export, NamesWhatWentWrongAndKeepsTheFilmOfBefore)
     EXPECT_EQ(std::filesystem::exists(home.path("none")), false);
 }
 
-TEST_F(MP4Export, LeavesAFileThatBearsTheFoldersName)
+TEST_F(MP4Export, LeavesAndDeletesNothingButItsOwnFiles)
 {
     const std::string convert = home.path("Akten/Lamina/Convert");
     placeFile(convert, "minutes of a meeting");
     EXPECT_EQ(failure({noise, {}}).substr(0, convert.size() + 2), convert + ": ");
     EXPECT_EQ(readFile(convert), "minutes of a meeting");
-}
-
-TEST_F(MP4Export, DeletesFilesAlone)
-{
     const MP4Function& function = MP4Function::shared();
-    placeFile(home.path("folder/a.mp4"), "a film");
-    EXPECT_TRUE(function.deleteFile(home.path("folder/a.mp4")));
-    EXPECT_TRUE(function.deleteFile(home.path("folder/a.mp4")));
-    EXPECT_TRUE(log.messages.empty());
-    EXPECT_FALSE(function.deleteFile(home.path("folder")));
-    EXPECT_EQ(log.messages.back().second,
-              "Unable to delete file: " + home.path("folder") + ": is a folder : deleteFile(_:).");
-    EXPECT_TRUE(std::filesystem::exists(home.path("folder")));
+    const std::string folder = home.path("Akten/Lamina");
+    EXPECT_TRUE(function.deleteFile(convert));
+    EXPECT_TRUE(function.deleteFile(convert));
+    EXPECT_FALSE(function.deleteFile(folder));
+    EXPECT_EQ(log.messages.back().second, "Unable to delete file: " + folder + ": is a folder : deleteFile(_:).");
+    EXPECT_TRUE(std::filesystem::is_directory(folder));
+    EXPECT_FALSE(std::filesystem::exists(convert));
 }
 
 } // namespace
