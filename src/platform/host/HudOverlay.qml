@@ -66,6 +66,11 @@ Loader {
             acceptsInput: layer.blocking
             CanvasControls {
                 canvas: canvas
+                // The last button is the safe one.
+                onItemAdded: (index, item) => {
+                    if (layer.blocking && item.operable)
+                        item.forceActiveFocus(Qt.TabFocusReason)
+                }
             }
         }
     }
