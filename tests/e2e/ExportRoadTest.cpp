@@ -57,6 +57,12 @@ protected:
         open();
         goToBlend();
     }
+    void goUpTo(const char* name)
+    {
+        for (int i = 0; i < 10 && driver->ringedName() != QLatin1String(name); ++i)
+            driver->press(Qt::Key_Up);
+        ASSERT_EQ(driver->ringedName().toStdString(), name);
+    }
     static std::string beginning(const fs::path& file)
     {
         std::string bytes(16, '\0');
@@ -102,19 +108,17 @@ TEST_F(ExportRoad, EveryTypeByFingersAndBack)
 TEST_F(ExportRoad, ByKeysAlone)
 {
     driver->press(Qt::Key_S, Qt::ControlModifier);
-    EXPECT_EQ(driver->ringedName(), QStringLiteral("PNG")) << "what is suggested";
+    ASSERT_EQ(driver->ringedName(), QStringLiteral("PNG")) << "what is suggested";
     driver->press(Qt::Key_Up);
     driver->press(Qt::Key_Return);
     EXPECT_EQ(driver->ringedName(), QStringLiteral("Save JPG"));
-    while (driver->ringedName() != QStringLiteral("File type"))
-        driver->press(Qt::Key_Up);
+    goUpTo("File type");
     driver->press(Qt::Key_Return);
     driver->press(Qt::Key_Down);
     driver->press(Qt::Key_Return); // PNG takes the place of JPG
     ASSERT_TRUE(driver->waitFor<ExporterViewController>());
     ASSERT_EQ(driver->ringedName(), QStringLiteral("Save PNG"));
-    while (driver->ringedName() != QStringLiteral("Size"))
-        driver->press(Qt::Key_Up);
+    goUpTo("Size");
     for (int i = 0; i < 5; ++i)
         driver->press(Qt::Key_Left);
     EXPECT_NE(driver->item(QStringLiteral("Transparent background")), nullptr);

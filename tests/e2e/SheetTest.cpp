@@ -32,7 +32,8 @@ protected:
         return *item;
     }
     double titleTop() { return shown("Save as JPG").mapToScene({}).y(); }
-    QPointF beside(const char* name) { return shown(name).mapToScene({-10, 10}); }
+    /// A place of the sheet's own, between its controls.
+    QPointF above(const char* name) { return shown(name).mapToScene({shown(name).width() / 2, -4}); }
     bool isOpen() { return driver->top<JPGController>() != nullptr; }
 
     std::shared_ptr<JPGController> sheet;
@@ -43,10 +44,10 @@ TEST_F(Sheet, IsPulledByItsWholeBodyAndNotByItsSliders)
 {
     openSheet();
     const double rest = titleTop();
-    driver->drag(beside("Quality"), {0, threshold - 4});
+    driver->drag(above("Quality"), {0, threshold - 4});
     EXPECT_TRUE(isOpen());
     EXPECT_EQ(titleTop(), rest) << "it has sprung back";
-    driver->drag(beside("Save as JPG"), {0, -80});
+    driver->drag(above("Save as JPG"), {0, -80});
     EXPECT_EQ(titleTop(), rest);
 
     // What a finger does on a slider is meant for that.
@@ -64,7 +65,7 @@ TEST_F(Sheet, IsACardOnAWideWindowWhichIsNotPulled)
 {
     openSheet({900, 600});
     const double rest = titleTop();
-    driver->drag(beside("Quality"), {0, 400});
+    driver->drag(above("Quality"), {0, 400});
     EXPECT_TRUE(isOpen());
     EXPECT_EQ(titleTop(), rest);
     driver->drag({20, 300}, {0, 0}); // beside it
