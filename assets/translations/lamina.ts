@@ -4,11 +4,27 @@
 <context>
     <name>Lamina</name>
     <message>
+        <source>%1 in the file</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 × %2 cm, %3 ppi</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 × %2 pixels</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>%1: %2.</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
         <source>%1×</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>300 pixels per inch</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -40,6 +56,18 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>Another app on this computer</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Another place</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Another place…</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>Another row or answer</source>
         <translation type="unfinished"></translation>
     </message>
@@ -52,6 +80,10 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>As an attachment</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>Back</source>
         <translation type="unfinished"></translation>
     </message>
@@ -60,11 +92,35 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>Best for complex images, illustrations</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Best for document (and emailing)</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Best for printing</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Best for sharing</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Best for web design and animations</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>Blend</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
         <source>Bring the photo back</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>CMYK (best for professional printing)</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -84,11 +140,27 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>Can’t ask for a place</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Can’t copy</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>Can’t crop the photo</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
         <source>Can’t discard the work</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Can’t open the clip</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Can’t open the file</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -100,11 +172,31 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>Can’t print</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Can’t save the copy</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>Can’t save the picture</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>Can’t show the picture</source>
+        <source>Can’t send the file</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Can’t share</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Can’t show the file</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Chat</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -116,7 +208,23 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>Choose a place</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>Choose a tool</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Chosen</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Click on below icons to share PDF Document</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Click on below icons to share SVG</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -128,7 +236,23 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>Color profile</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>Continue</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Copied.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Copy</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Crop marks</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -176,6 +300,26 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>Feed</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>File size: Large</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>File size: Medium</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>File size: Small</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>File type</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>First and last</source>
         <translation type="unfinished"></translation>
     </message>
@@ -188,11 +332,23 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>Friends</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>Full screen</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
         <source>HEIC pictures need libheif</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>High</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>High quality video</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -208,6 +364,10 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>JPG</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>Jump to a name</source>
         <translation type="unfinished"></translation>
     </message>
@@ -217,6 +377,10 @@
     </message>
     <message>
         <source>Keys</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Lamina</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -240,7 +404,27 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>Low</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>MP4 Video</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Mail</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Medium</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>Menu</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>More</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -280,11 +464,27 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>Not saved</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Not saved in Photos</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>Not saved yet</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>Note line</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>OK</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>On paper</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -320,7 +520,27 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>Open with</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>Opening %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Opens the list of what can be done with the file</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>PDF Print</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>PDF Standard</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>PNG</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -376,6 +596,10 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>Please Wait...</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>Please select 2 photos</source>
         <translation type="unfinished"></translation>
     </message>
@@ -384,11 +608,23 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>Print</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>Put photos together.</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>Quality</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>Quit</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>RGB (best for digital use)</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -408,6 +644,10 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>SVG</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>Samples</source>
         <translation type="unfinished"></translation>
     </message>
@@ -416,7 +656,35 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>Saved to %1</source>
+        <source>Save %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Save a copy</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Save as</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Save as %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Save here</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Saved</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Saved as %1.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Saving</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -424,7 +692,15 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>Send or keep</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>Settings</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Share it</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -432,7 +708,11 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>Show</source>
+        <source>Show in folder</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Size</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -452,6 +732,18 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>Store raster graphics information.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Suggested</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>TIFF</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>TIFF pictures need libtiff</source>
         <translation type="unfinished"></translation>
     </message>
@@ -460,7 +752,23 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>The audio and video won’t function with the current export type. Try downloading the file as an MP4 video.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>The blend</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The file</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The file, to the clipboard</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The finished picture</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -477,6 +785,10 @@
     </message>
     <message>
         <source>The picture</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The picture, to the clipboard</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -508,11 +820,19 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>Transparent background</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>Two photos</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
         <source>Unable to find a camera on your device.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Under another name or place</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -540,6 +860,10 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>Where it was saved</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>Windows</source>
         <translation type="unfinished"></translation>
     </message>
@@ -549,6 +873,14 @@
     </message>
     <message>
         <source>You are not allowed to look into this folder.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Your Image has been saved in Photos.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Your Video has been saved in Photos</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -600,6 +932,10 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>access to the photo library is not given</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>cancelled</source>
         <translation type="unfinished"></translation>
     </message>
@@ -612,11 +948,27 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>is a link to another file</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>is no profile of inks</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>it is open in another window</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>no file was written</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>no program opens folders</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>no program takes it</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -672,6 +1024,22 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>such a page can&apos;t be written</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>support for PDF can&apos;t be loaded</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>support for PDF is not installed</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>support for videos can&apos;t be loaded</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>support for videos is not installed</source>
         <translation type="unfinished"></translation>
     </message>
@@ -692,7 +1060,19 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>the colour profile for print is damaged</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>the colour profile for print is not installed</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>the device can only be read</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>the document can&apos;t be made</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -728,7 +1108,7 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>the folder can&apos;t be made</source>
+        <source>the font Liberation Sans Bold is not installed</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -744,6 +1124,10 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>the picture is not in the colours of print</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>the picture is too large</source>
         <translation type="unfinished"></translation>
     </message>
@@ -756,11 +1140,15 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>the support for videos that is installed is of another version</source>
+        <source>the video can&apos;t be encoded</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>the video can&apos;t be encoded</source>
+        <source>there is no file</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>there is no folder for temporary files</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -769,6 +1157,14 @@
     </message>
     <message>
         <source>there is no screen to present</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>there is no such quality</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>there is something of that name</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -800,7 +1196,7 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>too many pictures of that second</source>
+        <source>too many files of this name</source>
         <translation type="unfinished"></translation>
     </message>
     <message>

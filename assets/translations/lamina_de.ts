@@ -4,12 +4,28 @@
 <context>
     <name>Lamina</name>
     <message>
+        <source>%1 in the file</source>
+        <translation>%1 in der Datei</translation>
+    </message>
+    <message>
+        <source>%1 × %2 cm, %3 ppi</source>
+        <translation>%1 × %2 cm, %3 ppi</translation>
+    </message>
+    <message>
+        <source>%1 × %2 pixels</source>
+        <translation>%1 × %2 Pixel</translation>
+    </message>
+    <message>
         <source>%1: %2.</source>
         <translation>%1: %2.</translation>
     </message>
     <message>
         <source>%1×</source>
         <translation>%1×</translation>
+    </message>
+    <message>
+        <source>300 pixels per inch</source>
+        <translation>300 Pixel pro Zoll</translation>
     </message>
     <message>
         <source>A collage in ten frames</source>
@@ -40,6 +56,18 @@
         <translation>Zugriff auf die Fotoalben erlauben?</translation>
     </message>
     <message>
+        <source>Another app on this computer</source>
+        <translation>Eine andere App auf diesem Gerät</translation>
+    </message>
+    <message>
+        <source>Another place</source>
+        <translation>Anderer Ort</translation>
+    </message>
+    <message>
+        <source>Another place…</source>
+        <translation>Anderer Ort …</translation>
+    </message>
+    <message>
         <source>Another row or answer</source>
         <translation>Andere Zeile oder Antwort</translation>
     </message>
@@ -52,6 +80,10 @@
         <translation>Pfeiltasten verschieben das zweite Foto, Plus und Minus zoomen es</translation>
     </message>
     <message>
+        <source>As an attachment</source>
+        <translation>Als Anhang</translation>
+    </message>
+    <message>
         <source>Back</source>
         <translation>Zurück</translation>
     </message>
@@ -60,12 +92,36 @@
         <translation>Unten</translation>
     </message>
     <message>
+        <source>Best for complex images, illustrations</source>
+        <translation>Am besten für komplexe Bilder, Illustrationen</translation>
+    </message>
+    <message>
+        <source>Best for document (and emailing)</source>
+        <translation>Am besten für Dokumente (und E-Mails)</translation>
+    </message>
+    <message>
+        <source>Best for printing</source>
+        <translation>Am besten zum Drucken</translation>
+    </message>
+    <message>
+        <source>Best for sharing</source>
+        <translation>Am besten zum Teilen</translation>
+    </message>
+    <message>
+        <source>Best for web design and animations</source>
+        <translation>Am besten für Webdesign und Animationen</translation>
+    </message>
+    <message>
         <source>Blend</source>
         <translation>Überblenden</translation>
     </message>
     <message>
         <source>Bring the photo back</source>
         <translation>Foto zurückholen</translation>
+    </message>
+    <message>
+        <source>CMYK (best for professional printing)</source>
+        <translation>CMYK (am besten für professionellen Druck)</translation>
     </message>
     <message>
         <source>Camera</source>
@@ -84,12 +140,28 @@
         <translation>Leinwand</translation>
     </message>
     <message>
+        <source>Can’t ask for a place</source>
+        <translation>Es kann nicht nach einem Ort gefragt werden</translation>
+    </message>
+    <message>
+        <source>Can’t copy</source>
+        <translation>Kopieren nicht möglich</translation>
+    </message>
+    <message>
         <source>Can’t crop the photo</source>
         <translation>Das Foto lässt sich nicht zuschneiden</translation>
     </message>
     <message>
         <source>Can’t discard the work</source>
         <translation>Die Arbeit lässt sich nicht verwerfen</translation>
+    </message>
+    <message>
+        <source>Can’t open the clip</source>
+        <translation>Der Clip kann nicht geöffnet werden</translation>
+    </message>
+    <message>
+        <source>Can’t open the file</source>
+        <translation>Die Datei kann nicht geöffnet werden</translation>
     </message>
     <message>
         <source>Can’t open the photo</source>
@@ -100,12 +172,32 @@
         <translation>Die Arbeit lässt sich nicht öffnen</translation>
     </message>
     <message>
+        <source>Can’t print</source>
+        <translation>Drucken nicht möglich</translation>
+    </message>
+    <message>
+        <source>Can’t save the copy</source>
+        <translation>Die Kopie kann nicht gespeichert werden</translation>
+    </message>
+    <message>
         <source>Can’t save the picture</source>
         <translation>Das Bild lässt sich nicht speichern</translation>
     </message>
     <message>
-        <source>Can’t show the picture</source>
-        <translation>Das Bild lässt sich nicht zeigen</translation>
+        <source>Can’t send the file</source>
+        <translation>Die Datei kann nicht gesendet werden</translation>
+    </message>
+    <message>
+        <source>Can’t share</source>
+        <translation>Teilen nicht möglich</translation>
+    </message>
+    <message>
+        <source>Can’t show the file</source>
+        <translation>Die Datei kann nicht gezeigt werden</translation>
+    </message>
+    <message>
+        <source>Chat</source>
+        <translation>Chat</translation>
     </message>
     <message>
         <source>Choose</source>
@@ -116,8 +208,24 @@
         <translation>Foto wählen</translation>
     </message>
     <message>
+        <source>Choose a place</source>
+        <translation>Ort wählen</translation>
+    </message>
+    <message>
         <source>Choose a tool</source>
         <translation>Werkzeug wählen</translation>
+    </message>
+    <message>
+        <source>Chosen</source>
+        <translation>Gewählt</translation>
+    </message>
+    <message>
+        <source>Click on below icons to share PDF Document</source>
+        <translation>Unten antippen, um das PDF-Dokument zu teilen</translation>
+    </message>
+    <message>
+        <source>Click on below icons to share SVG</source>
+        <translation>Unten antippen, um das SVG zu teilen</translation>
     </message>
     <message>
         <source>Close</source>
@@ -128,8 +236,24 @@
         <translation>Fenster schließen</translation>
     </message>
     <message>
+        <source>Color profile</source>
+        <translation>Farbprofil</translation>
+    </message>
+    <message>
         <source>Continue</source>
         <translation>Weiter</translation>
+    </message>
+    <message>
+        <source>Copied.</source>
+        <translation>Kopiert.</translation>
+    </message>
+    <message>
+        <source>Copy</source>
+        <translation>Kopieren</translation>
+    </message>
+    <message>
+        <source>Crop marks</source>
+        <translation>Schnittmarken</translation>
     </message>
     <message>
         <source>Ctrl</source>
@@ -176,6 +300,26 @@
         <translation>Eingabe</translation>
     </message>
     <message>
+        <source>Feed</source>
+        <translation>Feed</translation>
+    </message>
+    <message>
+        <source>File size: Large</source>
+        <translation>Dateigröße: groß</translation>
+    </message>
+    <message>
+        <source>File size: Medium</source>
+        <translation>Dateigröße: mittel</translation>
+    </message>
+    <message>
+        <source>File size: Small</source>
+        <translation>Dateigröße: klein</translation>
+    </message>
+    <message>
+        <source>File type</source>
+        <translation>Dateityp</translation>
+    </message>
+    <message>
         <source>First and last</source>
         <translation>Anfang und Ende</translation>
     </message>
@@ -188,12 +332,24 @@
         <translation>Ordner</translation>
     </message>
     <message>
+        <source>Friends</source>
+        <translation>Freunde</translation>
+    </message>
+    <message>
         <source>Full screen</source>
         <translation>Vollbild</translation>
     </message>
     <message>
         <source>HEIC pictures need libheif</source>
         <translation>HEIC-Bilder brauchen libheif</translation>
+    </message>
+    <message>
+        <source>High</source>
+        <translation>Hoch</translation>
+    </message>
+    <message>
+        <source>High quality video</source>
+        <translation>Video in hoher Qualität</translation>
     </message>
     <message>
         <source>Home</source>
@@ -208,6 +364,10 @@
         <translation>JPEG-Bilder mit arithmetischer Kodierung werden nicht unterstützt</translation>
     </message>
     <message>
+        <source>JPG</source>
+        <translation>JPG</translation>
+    </message>
+    <message>
         <source>Jump to a name</source>
         <translation>Zu einem Namen springen</translation>
     </message>
@@ -218,6 +378,10 @@
     <message>
         <source>Keys</source>
         <translation>Tasten</translation>
+    </message>
+    <message>
+        <source>Lamina</source>
+        <translation>Lamina</translation>
     </message>
     <message>
         <source>Lamina blends two photos. %1 were left out.</source>
@@ -240,8 +404,28 @@
         <translation>Listen</translation>
     </message>
     <message>
+        <source>Low</source>
+        <translation>Niedrig</translation>
+    </message>
+    <message>
+        <source>MP4 Video</source>
+        <translation>MP4-Video</translation>
+    </message>
+    <message>
+        <source>Mail</source>
+        <translation>E-Mail</translation>
+    </message>
+    <message>
+        <source>Medium</source>
+        <translation>Mittel</translation>
+    </message>
+    <message>
         <source>Menu</source>
         <translation>Menü</translation>
+    </message>
+    <message>
+        <source>More</source>
+        <translation>Mehr</translation>
     </message>
     <message>
         <source>Move</source>
@@ -280,12 +464,28 @@
         <translation>Jetzt nicht verfügbar</translation>
     </message>
     <message>
+        <source>Not saved</source>
+        <translation>Nicht gespeichert</translation>
+    </message>
+    <message>
+        <source>Not saved in Photos</source>
+        <translation>Nicht in Fotos gespeichert</translation>
+    </message>
+    <message>
         <source>Not saved yet</source>
         <translation>Noch nicht gespeichert</translation>
     </message>
     <message>
+        <source>Note line</source>
+        <translation>Notizzeile</translation>
+    </message>
+    <message>
         <source>OK</source>
         <translation>OK</translation>
+    </message>
+    <message>
+        <source>On paper</source>
+        <translation>Auf Papier</translation>
     </message>
     <message>
         <source>On top</source>
@@ -320,8 +520,28 @@
         <translation>Foto öffnen</translation>
     </message>
     <message>
+        <source>Open with</source>
+        <translation>Öffnen mit</translation>
+    </message>
+    <message>
         <source>Opening %1</source>
         <translation>%1 wird geöffnet</translation>
+    </message>
+    <message>
+        <source>Opens the list of what can be done with the file</source>
+        <translation>Öffnet die Liste dessen, was mit der Datei getan werden kann</translation>
+    </message>
+    <message>
+        <source>PDF Print</source>
+        <translation>PDF für Druck</translation>
+    </message>
+    <message>
+        <source>PDF Standard</source>
+        <translation>PDF Standard</translation>
+    </message>
+    <message>
+        <source>PNG</source>
+        <translation>PNG</translation>
     </message>
     <message>
         <source>Paste</source>
@@ -376,6 +596,10 @@
         <translation>Bilder</translation>
     </message>
     <message>
+        <source>Please Wait...</source>
+        <translation>Bitte warten …</translation>
+    </message>
+    <message>
         <source>Please select 2 photos</source>
         <translation>Bitte wählen Sie 2 Fotos</translation>
     </message>
@@ -384,12 +608,24 @@
         <translation>Bitte wählen Sie 3 Fotos</translation>
     </message>
     <message>
+        <source>Print</source>
+        <translation>Drucken</translation>
+    </message>
+    <message>
         <source>Put photos together.</source>
         <translation>Fotos zusammenfügen.</translation>
     </message>
     <message>
+        <source>Quality</source>
+        <translation>Qualität</translation>
+    </message>
+    <message>
         <source>Quit</source>
         <translation>Beenden</translation>
+    </message>
+    <message>
+        <source>RGB (best for digital use)</source>
+        <translation>RGB (am besten für digitale Nutzung)</translation>
     </message>
     <message>
         <source>Redo</source>
@@ -408,6 +644,10 @@
         <translation>Rücksetzen</translation>
     </message>
     <message>
+        <source>SVG</source>
+        <translation>SVG</translation>
+    </message>
+    <message>
         <source>Samples</source>
         <translation>Beispiele</translation>
     </message>
@@ -416,24 +656,64 @@
         <translation>Sichern</translation>
     </message>
     <message>
-        <source>Saved to %1</source>
-        <translation>Gespeichert unter %1</translation>
+        <source>Save %1</source>
+        <translation>%1 sichern</translation>
+    </message>
+    <message>
+        <source>Save a copy</source>
+        <translation>Kopie sichern</translation>
+    </message>
+    <message>
+        <source>Save as</source>
+        <translation>Sichern als</translation>
+    </message>
+    <message>
+        <source>Save as %1</source>
+        <translation>Als %1 sichern</translation>
+    </message>
+    <message>
+        <source>Save here</source>
+        <translation>Hier sichern</translation>
+    </message>
+    <message>
+        <source>Saved</source>
+        <translation>Gesichert</translation>
+    </message>
+    <message>
+        <source>Saved as %1.</source>
+        <translation>Gesichert als %1.</translation>
+    </message>
+    <message>
+        <source>Saving</source>
+        <translation>Wird gesichert</translation>
     </message>
     <message>
         <source>Second photo</source>
         <translation>Zweites Foto</translation>
     </message>
     <message>
+        <source>Send or keep</source>
+        <translation>Senden oder behalten</translation>
+    </message>
+    <message>
         <source>Settings</source>
         <translation>Einstellungen</translation>
+    </message>
+    <message>
+        <source>Share it</source>
+        <translation>Teilen</translation>
     </message>
     <message>
         <source>Shift</source>
         <translation>Umschalt</translation>
     </message>
     <message>
-        <source>Show</source>
-        <translation>Zeigen</translation>
+        <source>Show in folder</source>
+        <translation>Im Ordner zeigen</translation>
+    </message>
+    <message>
+        <source>Size</source>
+        <translation>Größe</translation>
     </message>
     <message>
         <source>Soon</source>
@@ -452,6 +732,18 @@
         <translation>Sticker</translation>
     </message>
     <message>
+        <source>Store raster graphics information.</source>
+        <translation>Speichert Rastergrafiken.</translation>
+    </message>
+    <message>
+        <source>Suggested</source>
+        <translation>Empfohlen</translation>
+    </message>
+    <message>
+        <source>TIFF</source>
+        <translation>TIFF</translation>
+    </message>
+    <message>
         <source>TIFF pictures need libtiff</source>
         <translation>TIFF-Bilder brauchen libtiff</translation>
     </message>
@@ -460,8 +752,24 @@
         <translation>Zehn Rahmen</translation>
     </message>
     <message>
+        <source>The audio and video won’t function with the current export type. Try downloading the file as an MP4 video.</source>
+        <translation>Ton und Video funktionieren mit diesem Dateityp nicht. Sichern Sie die Datei als MP4-Video.</translation>
+    </message>
+    <message>
         <source>The blend</source>
         <translation>Die Überblendung</translation>
+    </message>
+    <message>
+        <source>The file</source>
+        <translation>Die Datei</translation>
+    </message>
+    <message>
+        <source>The file, to the clipboard</source>
+        <translation>Die Datei, in die Zwischenablage</translation>
+    </message>
+    <message>
+        <source>The finished picture</source>
+        <translation>Das fertige Bild</translation>
     </message>
     <message>
         <source>The folder can’t be read.</source>
@@ -478,6 +786,10 @@
     <message>
         <source>The picture</source>
         <translation>Das Bild</translation>
+    </message>
+    <message>
+        <source>The picture, to the clipboard</source>
+        <translation>Das Bild, in die Zwischenablage</translation>
     </message>
     <message>
         <source>This is not a folder.</source>
@@ -508,12 +820,20 @@
         <translation>Werkzeuge</translation>
     </message>
     <message>
+        <source>Transparent background</source>
+        <translation>Transparenter Hintergrund</translation>
+    </message>
+    <message>
         <source>Two photos</source>
         <translation>Zwei Fotos</translation>
     </message>
     <message>
         <source>Unable to find a camera on your device.</source>
         <translation>An diesem Gerät ist keine Kamera zu finden.</translation>
+    </message>
+    <message>
+        <source>Under another name or place</source>
+        <translation>Unter anderem Namen oder Ort</translation>
     </message>
     <message>
         <source>Undo</source>
@@ -540,6 +860,10 @@
         <translation>Version %1</translation>
     </message>
     <message>
+        <source>Where it was saved</source>
+        <translation>Wo es gesichert wurde</translation>
+    </message>
+    <message>
         <source>Windows</source>
         <translation>Fenster</translation>
     </message>
@@ -550,6 +874,14 @@
     <message>
         <source>You are not allowed to look into this folder.</source>
         <translation>Sie dürfen diesen Ordner nicht einsehen.</translation>
+    </message>
+    <message>
+        <source>Your Image has been saved in Photos.</source>
+        <translation>Ihr Bild wurde in Fotos gesichert.</translation>
+    </message>
+    <message>
+        <source>Your Video has been saved in Photos</source>
+        <translation>Ihr Video wurde in Fotos gesichert</translation>
     </message>
     <message>
         <source>Your work can’t be kept safe: %1</source>
@@ -600,6 +932,10 @@
         <translation>ein Vorschaubild ist mindestens einen Pixel groß</translation>
     </message>
     <message>
+        <source>access to the photo library is not given</source>
+        <translation>der Zugriff auf die Fotos ist nicht erlaubt</translation>
+    </message>
+    <message>
         <source>cancelled</source>
         <translation>abgebrochen</translation>
     </message>
@@ -612,12 +948,28 @@
         <translation>ist ein Ordner</translation>
     </message>
     <message>
+        <source>is a link to another file</source>
+        <translation>ist eine Verknüpfung mit einer anderen Datei</translation>
+    </message>
+    <message>
+        <source>is no profile of inks</source>
+        <translation>ist kein Profil für Druckfarben</translation>
+    </message>
+    <message>
         <source>it is open in another window</source>
         <translation>sie ist in einem anderen Fenster geöffnet</translation>
     </message>
     <message>
+        <source>no file was written</source>
+        <translation>es wurde keine Datei geschrieben</translation>
+    </message>
+    <message>
         <source>no program opens folders</source>
         <translation>kein Programm öffnet Ordner</translation>
+    </message>
+    <message>
+        <source>no program takes it</source>
+        <translation>kein Programm nimmt sie an</translation>
     </message>
     <message>
         <source>no space left on the device</source>
@@ -672,6 +1024,22 @@
         <translation>Bilder der Art &quot;</translation>
     </message>
     <message>
+        <source>such a page can&apos;t be written</source>
+        <translation>eine solche Seite kann nicht geschrieben werden</translation>
+    </message>
+    <message>
+        <source>support for PDF can&apos;t be loaded</source>
+        <translation>die Unterstützung für PDF kann nicht geladen werden</translation>
+    </message>
+    <message>
+        <source>support for PDF is not installed</source>
+        <translation>die Unterstützung für PDF ist nicht installiert</translation>
+    </message>
+    <message>
+        <source>support for videos can&apos;t be loaded</source>
+        <translation>die Unterstützung für Videos kann nicht geladen werden</translation>
+    </message>
+    <message>
         <source>support for videos is not installed</source>
         <translation>die Unterstützung für Videos ist nicht installiert</translation>
     </message>
@@ -692,8 +1060,20 @@
         <translation>den Film zu lesen dauert zu lange</translation>
     </message>
     <message>
+        <source>the colour profile for print is damaged</source>
+        <translation>das Farbprofil für den Druck ist beschädigt</translation>
+    </message>
+    <message>
+        <source>the colour profile for print is not installed</source>
+        <translation>das Farbprofil für den Druck ist nicht installiert</translation>
+    </message>
+    <message>
         <source>the device can only be read</source>
         <translation>das Gerät lässt sich nur lesen</translation>
+    </message>
+    <message>
+        <source>the document can&apos;t be made</source>
+        <translation>das Dokument kann nicht erstellt werden</translation>
     </message>
     <message>
         <source>the file chooser named no file</source>
@@ -728,8 +1108,8 @@
         <translation>die Datei ist zu groß für das Gerät</translation>
     </message>
     <message>
-        <source>the folder can&apos;t be made</source>
-        <translation>der Ordner lässt sich nicht anlegen</translation>
+        <source>the font Liberation Sans Bold is not installed</source>
+        <translation>die Schrift Liberation Sans Bold ist nicht installiert</translation>
     </message>
     <message>
         <source>the name is too long</source>
@@ -744,6 +1124,10 @@
         <translation>das Bild ist beschädigt</translation>
     </message>
     <message>
+        <source>the picture is not in the colours of print</source>
+        <translation>das Bild ist nicht in Druckfarben</translation>
+    </message>
+    <message>
         <source>the picture is too large</source>
         <translation>das Bild ist zu groß</translation>
     </message>
@@ -756,12 +1140,16 @@
         <translation>der Bildschirm, der gezeigt werden soll, steht schon woanders</translation>
     </message>
     <message>
-        <source>the support for videos that is installed is of another version</source>
-        <translation>die installierte Unterstützung für Videos gehört zu einer anderen Version</translation>
-    </message>
-    <message>
         <source>the video can&apos;t be encoded</source>
         <translation>das Video lässt sich nicht kodieren</translation>
+    </message>
+    <message>
+        <source>there is no file</source>
+        <translation>es gibt keine Datei</translation>
+    </message>
+    <message>
+        <source>there is no folder for temporary files</source>
+        <translation>es gibt keinen Ordner für temporäre Dateien</translation>
     </message>
     <message>
         <source>there is no picture</source>
@@ -770,6 +1158,14 @@
     <message>
         <source>there is no screen to present</source>
         <translation>es gibt keinen Bildschirm zu zeigen</translation>
+    </message>
+    <message>
+        <source>there is no such quality</source>
+        <translation>diese Qualität gibt es nicht</translation>
+    </message>
+    <message>
+        <source>there is something of that name</source>
+        <translation>es gibt schon etwas mit diesem Namen</translation>
     </message>
     <message>
         <source>this is not the name of a file</source>
@@ -800,8 +1196,8 @@
         <translation>heute um %1</translation>
     </message>
     <message>
-        <source>too many pictures of that second</source>
-        <translation>zu viele Bilder aus derselben Sekunde</translation>
+        <source>too many files of this name</source>
+        <translation>zu viele Dateien dieses Namens</translation>
     </message>
     <message>
         <source>too many works are open</source>
