@@ -39,6 +39,14 @@ QString description(const UIView& view)
     return parts.join(QStringLiteral(". "));
 }
 
+/// The corners' radius as a share of the shorter side, at most a half.
+double roundness(const UIView& view)
+{
+    const CGSize size = view.bounds().size;
+    const double side = std::min(size.width, size.height);
+    return side > 0 ? std::clamp(view.layer().cornerRadius() / side, 0.0, 0.5) : 0;
+}
+
 QVariantMap infoOf(const UIView& view, const QRectF& frame)
 {
     using Traits = UIAccessibilityTraits;
@@ -47,6 +55,7 @@ QVariantMap infoOf(const UIView& view, const QRectF& frame)
         {QStringLiteral("label"), QString::fromStdString(view.accessibilityLabel())},
         {QStringLiteral("description"), description(view)},
         {QStringLiteral("frame"), frame},
+        {QStringLiteral("roundness"), roundness(view)},
         {QStringLiteral("button"), (traits & Traits::Button) != 0},
         {QStringLiteral("adjustable"), (traits & Traits::Adjustable) != 0},
         {QStringLiteral("image"), (traits & Traits::Image) != 0},

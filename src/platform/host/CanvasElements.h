@@ -20,8 +20,8 @@ struct CanvasElement {
 /// same views are seen. Main thread.
 ///
 /// A row's one value, `info`, holds: `label`; `description` (value and hint); `frame`, in shares of the canvas's width
-/// and height; `button`, `adjustable`, `image`, `text`, `selected` and `available`; and where there is a range `value`,
-/// `minimum` and `maximum`.
+/// and height; `roundness`, the corners' radius in shares of the shorter side; `button`, `adjustable`, `image`, `text`,
+/// `selected` and `available`; and where there is a range `value`, `minimum` and `maximum`.
 class CanvasElements : public ListModel<CanvasElement> {
     Q_OBJECT
 

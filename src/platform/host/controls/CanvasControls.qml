@@ -61,6 +61,7 @@ Repeater {
 
         FocusRing {
             control: element
+            radius: element.info.roundness * Math.min(element.width, element.height)
         }
     }
 }
