@@ -67,12 +67,7 @@ void PickerPresenter::take(const FileChooserAnswer& answer)
 
 void PickerPresenter::chooseInWindow()
 {
-    if (!m_startFolder.empty())
-        m_folder.setFolder(QString::fromStdString(m_startFolder));
-    else if (m_folder.folder().isEmpty())
-        m_folder.openStart();
-    else
-        m_folder.refresh();
+    m_folder.openAt(m_startFolder);
     setChoosesInWindow(true);
 }
 

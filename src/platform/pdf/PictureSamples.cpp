@@ -2,14 +2,12 @@
 
 #include "platform/base/CGGeometry.h"
 #include "platform/base/Causes.h"
-#include "platform/base/WorkerPool.h"
 #include "platform/image/drawing/SourcePixels.h"
 #include "platform/image/pixels/CGImage.h"
+#include "platform/image/pixels/PictureOpacity.h"
 #include "platform/image/pixels/PixelConversion.h"
-#include "platform/image/pixels/PixelKernels.h"
 #include "platform/pdf/BandDeflater_p.h"
 
-#include <atomic>
 #include <cstdint>
 #include <cstring>
 #include <functional>
@@ -50,22 +48,6 @@ RowReader rgbaRows(std::shared_ptr<const RowConverter> converter, std::size_t wi
             for (std::size_t c = 0; c < Count; ++c)
                 row[Count * x + c] = rgba[4 * x + first + c];
     };
-}
-
-bool isOpaque(const CGImage& image, const RowConverter& rows)
-{
-    if (!image.hasAlpha())
-        return true;
-    std::atomic<bool> opaque = true;
-    parallelRows(0, image.height(), static_cast<std::size_t>(image.width()), [&](int first, int last) {
-        std::vector<std::uint8_t> rgba(4 * static_cast<std::size_t>(image.width()));
-        for (int y = first; y < last && opaque.load(std::memory_order_relaxed); ++y) {
-            rows.convert(0, y, image.width(), rgba.data());
-            if (!kernels::isOpaque(rgba.data(), rgba.size() / 4))
-                opaque.store(false, std::memory_order_relaxed);
-        }
-    });
-    return opaque;
 }
 
 /// The share of the work that a plane of samples is.

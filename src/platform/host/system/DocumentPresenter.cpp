@@ -82,12 +82,7 @@ void DocumentPresenter::take(const FileChooserAnswer& answer)
 
 void DocumentPresenter::askInWindow()
 {
-    if (!m_picker->folder().empty())
-        m_folder.setFolder(QString::fromStdString(m_picker->folder()));
-    else if (m_folder.folder().isEmpty())
-        m_folder.openStart();
-    else
-        m_folder.refresh();
+    m_folder.openAt(m_picker->folder());
     setAsksInWindow(true);
 }
 

@@ -162,6 +162,16 @@ void FolderModel::openStart()
     list(true);
 }
 
+void FolderModel::openAt(const std::string& folder)
+{
+    if (!folder.empty())
+        setFolder(QString::fromStdString(folder));
+    else if (m_folder.isEmpty())
+        openStart();
+    else
+        refresh();
+}
+
 void FolderModel::refresh()
 {
     if (!m_folder.isEmpty())

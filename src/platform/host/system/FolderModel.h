@@ -9,6 +9,7 @@
 #include <atomic>
 #include <cstddef>
 #include <memory>
+#include <string>
 #include <vector>
 
 namespace lamina {
@@ -73,6 +74,8 @@ public:
 
     /// Goes where choosing begins: the user's pictures; the samples while there are none; their home without either.
     Q_INVOKABLE void openStart();
+    /// Shows itself for a choice: goes to `folder`, or where that is empty lists anew where it was, or at the start.
+    void openAt(const std::string& folder);
     /// Lists the folder again; what is shown stays until then.
     Q_INVOKABLE void refresh();
 

@@ -1,10 +1,9 @@
 #include "platform/image/codecs/EncodedRows_p.h"
 
 #include "platform/base/WorkerPool.h"
-#include "platform/image/pixels/PixelKernels.h"
+#include "platform/image/pixels/PictureOpacity.h"
 
 #include <algorithm>
-#include <atomic>
 #include <cmath>
 #include <cstring>
 #include <vector>
@@ -23,22 +22,6 @@ unsigned onWhite(double value, double alpha)
 {
     const double laid = component(value) * component(alpha) + (1 - component(alpha));
     return static_cast<unsigned>(std::lround(255 * laid));
-}
-
-bool isOpaque(const CGImage& image, const RowConverter& rows)
-{
-    if (!image.hasAlpha())
-        return true;
-    std::atomic<bool> opaque = true;
-    parallelRows(0, image.height(), static_cast<std::size_t>(image.width()), [&](int first, int last) {
-        std::vector<std::uint8_t> rgba(4 * static_cast<std::size_t>(image.width()));
-        for (int y = first; y < last && opaque.load(std::memory_order_relaxed); ++y) {
-            rows.convert(0, y, image.width(), rgba.data());
-            if (!kernels::isOpaque(rgba.data(), rgba.size() / 4))
-                opaque.store(false, std::memory_order_relaxed);
-        }
-    });
-    return opaque;
 }
 
 } // namespace
