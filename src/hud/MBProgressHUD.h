@@ -48,6 +48,7 @@ public:
 /// What a view does when the device is tilted, by a way of its centre in points. Kept for those who can tell a tilt: a
 /// desktop can't.
 struct UIInterpolatingMotionEffect {
+    /// In which direction of the tilt.
     enum class Axis { Horizontal, Vertical };
     std::string keyPath;
     Axis axis = Axis::Horizontal;

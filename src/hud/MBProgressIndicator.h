@@ -16,6 +16,7 @@ public:
 class MBTintedIndicator {
 public:
     virtual ~MBTintedIndicator() = default;
+    /// Takes effect with the next drawing.
     virtual void setTintColor(const UIColor& color) = 0;
 };
 

@@ -31,11 +31,15 @@ class ProgressOverlay : public UIViewController {
     Q_PROPERTY(double textScale MEMBER m_textScale FINAL)
 
 public:
+    /// The process's one, made at the first call.
     static ProgressOverlay& shared();
 
     bool isPresent() const { return m_hud != nullptr; }
+    /// See the property.
     bool isBlocking() const { return m_state != State::Hidden && (m_maskType == kDarkMask || asks()); }
+    /// See the property.
     bool asks() const;
+    /// See the property.
     QString text() const;
     /// The panel; null while there is none.
     MBProgressHUD* hud() const { return m_hud.get(); }
@@ -45,14 +49,20 @@ public:
     /// The key for a step back: closes what has failed, cancels what can be cancelled; otherwise nothing.
     Q_INVOKABLE void giveUp();
 
-    // As SVProgressHUD has them.
+    /// As the operation of SVProgressHUD of this name; so are the next six.
     void setDefaultAnimationType(int type) { m_animationType = type; }
+    /// See SVProgressHUD.
     void setDefaultMaskType(int type) { m_maskType = type; }
+    /// See SVProgressHUD.
     void showWithStatus(const std::string& status);
+    /// See SVProgressHUD.
     void setProgress(double progress);
+    /// See SVProgressHUD.
     void setCancelAction(std::function<void()> cancel);
+    /// See SVProgressHUD.
     void showFailure(const Error& error, std::function<void()> closed, const std::string& actionTitle,
                      std::function<void()> action);
+    /// See SVProgressHUD.
     void dismiss();
 
     std::shared_ptr<UIView> canvasView() override { return sharedView(); }

@@ -15,10 +15,12 @@ namespace lamina {
 /// call that shows it to the one that dismisses it. The key for a step back presses its button.
 class SVProgressHUD {
 public:
-    /// The looks: style 0 light, which others are taken for; animation as `MBProgressHUDAnimation` has them; mask 0
-    /// none (what lies below can be used), 4 a dark veil that lets nothing through; others are taken for none.
+    /// The look of the panels that come: 0 light, which others are taken for.
     static void setDefaultStyle(int style);
+    /// How they come and go, as `MBProgressHUDAnimation` has it.
     static void setDefaultAnimationType(int type);
+    /// What lies around them: 0 nothing, and what lies below can be used; 4 a dark veil that lets nothing through.
+    /// Others are taken for 0.
     static void setDefaultMaskType(int type);
 
     /// Shows the panel with a text and a turning indicator, anew where one is shown already: without button, and after

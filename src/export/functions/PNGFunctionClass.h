@@ -12,6 +12,7 @@ namespace lamina {
 /// Pictures for PNG files: without state, usable from any thread. Contexts have the main screen's scale.
 class PNGFunctionClass {
 public:
+    /// The one instance; never destroyed.
     static const PNGFunctionClass& shared();
 
     /// The colour over the whole of `width` × `height` points, and on it the picture at its own size, in the middle.

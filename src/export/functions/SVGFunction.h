@@ -11,6 +11,7 @@ namespace lamina {
 /// SVG documents that hold a picture as a PNG: without state, usable from any thread.
 class SVGFunction {
 public:
+    /// The one instance; never destroyed.
     static const SVGFunction& shared();
 
     /// The document, of that size in points, with the picture stretched over it. Empty when the picture has no PNG

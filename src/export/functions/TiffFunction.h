@@ -14,6 +14,7 @@ namespace lamina {
 /// TIFF files: without state, usable from any thread.
 class TiffFunction {
 public:
+    /// The one instance; never destroyed.
     static const TiffFunction& shared();
 
     /// The picture, upright, as a TIFF file: 8-bit R G B A with straight alpha, LZW, with the profile of the picture's
