@@ -18,6 +18,7 @@
 #include <filesystem>
 #include <functional>
 #include <optional>
+#include <utility>
 #include <vector>
 
 namespace lamina {
@@ -50,6 +51,14 @@ std::function<void(double)> shownProgress()
 
 /// One export, as it was asked for.
 struct ExporterViewController::Job {
+    Job(SavingtypeMethod type_, ExportSource source_, const ExportOptions& options_, ExportPlace place_)
+        : type(type_)
+        , source(std::move(source_))
+        , options(options_)
+        , place(std::move(place_))
+    {
+    }
+
     SavingtypeMethod type;
     ExportSource source;
     ExportOptions options;

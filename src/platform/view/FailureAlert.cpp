@@ -4,6 +4,8 @@
 #include "platform/view/ScreenTransition_p.h"
 #include "platform/view/UIAlertController.h"
 
+#include <QDir>
+
 #include <utility>
 
 namespace lamina {
@@ -33,12 +35,19 @@ Screen topOf(Screen screen)
     return screen;
 }
 
+/// With the home folder as "~", as people know it.
+std::string shownSubject(const std::string& subject)
+{
+    const std::string home = QDir::homePath().toStdString();
+    return subject.starts_with(home + '/') ? '~' + subject.substr(home.size()) : subject;
+}
+
 } // namespace
 
 std::string failureText(const Error& error)
 {
     const std::string cause = localizedString(error.cause);
-    return error.subject.empty() ? cause : localizedText("%1: %2.", {error.subject, cause});
+    return error.subject.empty() ? cause : localizedText("%1: %2.", {shownSubject(error.subject), cause});
 }
 
 void presentOverTop(UIViewController& screen, std::shared_ptr<UIAlertController> alert)

@@ -15,8 +15,8 @@ class UIViewController;
 /// `screen` leave meanwhile, the alert goes over those that stay. Main thread.
 void presentOverTop(UIViewController& screen, std::shared_ptr<UIAlertController> alert);
 
-/// "SUBJECT: cause." in the user's language; the cause, which is translated here and nowhere before, stands alone where
-/// there is no subject.
+/// "SUBJECT: cause." in the user's language, with the home folder as "~"; the cause, which is translated here and
+/// nowhere before, stands alone where there is no subject.
 std::string failureText(const Error& error);
 
 /// Tells the user of a failure, as `presentOverTop` does: an alert with the given title, already in the user's

@@ -6,6 +6,8 @@
 #include "platform/base/NotificationCenter.h"
 #include "platform/view/UIApplication.h"
 
+#include <cstdlib>
+#include <string>
 #include <thread>
 
 namespace lamina::test {
@@ -16,11 +18,12 @@ using FailureAlertTest = ControllerBench;
 TEST_F(FailureAlertTest, NamesTheSubjectAndTheTranslatedCause)
 {
     setTextLookup([](std::string_view key) { return std::string(key == "the disk is full" ? "voll" : ""); });
-    presentFailure(*rootScreen, "Can’t save", {"a.png", "the disk is full"});
+    const std::string home = std::getenv("HOME");
+    presentFailure(*rootScreen, "Can’t save", {home + "/a.png", "the disk is full"});
     turns();
     setTextLookup({});
     ASSERT_TRUE(alert());
-    EXPECT_EQ(alert()->title() + '|' + alert()->message(), "Can’t save|a.png: voll.");
+    EXPECT_EQ(alert()->title() + '|' + alert()->message(), "Can’t save|~/a.png: voll.");
 }
 
 TEST_F(FailureAlertTest, LiesOverWhateverIsOnTopWhenItsTurnComes)
