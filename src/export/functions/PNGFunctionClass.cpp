@@ -35,7 +35,7 @@ UIImage picturePNG(const UIImage& picture, const ExportOptions& options)
 Result<std::string> saveImageToDocuments(UIImage image, const std::string& baseName, const ExportPlace& place,
                                          const ExportWatch& watch)
 {
-    const Result<std::string> path = exportPath(place, baseName + ".png");
+    Result<std::string> path = exportPath(place, baseName + ".png");
     if (!path)
         return path;
     CGImage pixels = image.cgImage();

@@ -120,7 +120,7 @@ std::string SVGFunction::svgString(const UIImage& image, double width, double he
 
 Result<std::string> SVGFunction::saveSVG(const std::string& document, const ExportPlace& place) const
 {
-    const Result<std::string> path = exportPath(place, kFileName);
+    Result<std::string> path = exportPath(place, kFileName);
     if (!path)
         return path;
     return written(*path, [rest = bytesOf(document)]() mutable { return std::exchange(rest, {}); });

@@ -41,7 +41,7 @@ Result<std::string> tiffPath(const ExportPlace& place)
 
 Result<std::string> writeTIFF(const UIImage& image, const ExportPlace& place, const ExportWatch& watch)
 {
-    const Result<std::string> path = tiffPath(place);
+    Result<std::string> path = tiffPath(place);
     if (!path)
         return path;
     const Result<Bytes> data = TiffFunction::shared().tiffData(image);

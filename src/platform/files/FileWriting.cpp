@@ -136,7 +136,7 @@ Result<std::string> writeNumbered(const std::string& stem, const std::string& ex
     constexpr int kMostNames = 10'000; // far more than a user or a script writes of one name
     for (int number = 1; number <= kMostNames; ++number) {
         if (number > 1)
-            path = stem + ' ' + std::to_string(number) + extension;
+            path = std::string(stem).append(" ").append(std::to_string(number)).append(extension);
         if (file.claim(path))
             return path;
         if (file.error() != 0)

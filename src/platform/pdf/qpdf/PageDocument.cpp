@@ -120,7 +120,7 @@ QPDFObjectHandle PageDocument::colorSpace()
         {name("Indexed"), space, QPDFObjectHandle::newInteger(255), QPDFObjectHandle::newString(greyTable())});
 }
 
-QPDFObjectHandle PageDocument::addSamples(const PDFSamples& samples, QPDFObjectHandle space)
+QPDFObjectHandle PageDocument::addSamples(const PDFSamples& samples, const QPDFObjectHandle& space)
 {
     QPDFObjectHandle stream = m_document.newStream();
     QPDFObjectHandle length = add("0"); // is known, and written, behind it
@@ -131,7 +131,7 @@ QPDFObjectHandle PageDocument::addSamples(const PDFSamples& samples, QPDFObjectH
         entries += " /DecodeParms << /Predictor 15 /Columns " + width + " /Colors " +
                    std::to_string(componentCount(samples.colors)) + " >>";
     stream.replaceDict(QPDFObjectHandle::parse("<< " + entries + " >>"));
-    stream.getDict().replaceKey("/ColorSpace", std::move(space));
+    stream.getDict().replaceKey("/ColorSpace", space);
     stream.getDict().replaceKey("/Length", length);
     m_streams[stream.getObjGen()] = samples.write;
     return stream;

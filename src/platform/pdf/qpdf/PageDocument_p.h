@@ -21,7 +21,7 @@ private:
     QPDFObjectHandle add(const std::string& object);
     QPDFObjectHandle addStream(const std::string& bytes, const std::string& entries);
     QPDFObjectHandle colorSpace();
-    QPDFObjectHandle addSamples(const PDFSamples& samples, QPDFObjectHandle space);
+    QPDFObjectHandle addSamples(const PDFSamples& samples, const QPDFObjectHandle& space);
     QPDFObjectHandle addPicture();
     QPDFObjectHandle addFont(const struct FontSubset& font);
     void addPage();
