@@ -86,7 +86,7 @@ void makePhoto(const Photo& photo, const std::string& path)
 std::string pathOf(const Photo& photo)
 {
     const std::string name = std::string("lamina-bench-") + photo.name + ".jpg";
-    const std::string path = (std::filesystem::temp_directory_path() / name).string();
+    std::string path = (std::filesystem::temp_directory_path() / name).string();
     if (std::filesystem::exists(path))
         return path;
     // In a process of its own: a benchmark that measures the memory of others must stay small, because they inherit its

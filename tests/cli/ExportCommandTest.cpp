@@ -35,7 +35,7 @@ TEST_F(Exports, AFolderGetsAFileOfTheTypesOwnName)
     good("mkdir twice \"" + strange + "\"");
     for (const std::string type : {"jpg", "png", "pdf-standard", "pdf-print --notes", "svg", "mp4"})
         for (const std::string& place : {strange, std::string("twice")})
-            good("lamina export " + type + " -i flat.png -o \"" + place + "\"");
+            good(std::string("lamina export ").append(type).append(" -i flat.png -o \"").append(place).append("\""));
     const std::string names = "Convert.mp4\nNotes.pdf\nUntitledPdf.pdf\nUntitledSVG.svg\ndefault.jpg\ndefault.png\n";
     EXPECT_EQ(good("LC_ALL=C ls twice && diff -r twice \"" + strange + "\""), names) << "with the same bytes";
     good("lamina export tiff -i flat.png -o a.tiff && lamina export tiff -i flat.png -o b.TIF && cmp a.tiff b.TIF");
@@ -53,7 +53,8 @@ TEST_F(Exports, OptionsReachTheWork)
     for (const auto& [type, low, high] :
          {std::array{"jpg", "0.1", "1"}, {"mp4", "low", "high"}, {"mp4", "0.5", "0.6"}}) {
         const std::string line = std::string("lamina export ") + type + " -i noise.png --quality ";
-        good(line + low + " -o a." + type + " && " + line + high + " -o b." + type);
+        for (const auto& [quality, name] : {std::pair{low, " -o a."}, {high, " -o b."}})
+            good(std::string(line).append(quality).append(name).append(type));
         EXPECT_LT(sizeOf(std::string("a.") + type), 0.8 * static_cast<double>(sizeOf(std::string("b.") + type)));
     }
     good("lamina export pdf-standard -i flat.png -o p.pdf --picture-scale 2");

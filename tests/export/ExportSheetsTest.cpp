@@ -16,7 +16,7 @@ class ExportSheets : public ExportScreens {
 protected:
     std::shared_ptr<SavingTypeController> chooser()
     {
-        const auto sheet = present(std::make_shared<SavingTypeController>());
+        auto sheet = present(std::make_shared<SavingTypeController>());
         sheet->setDelegate(listener);
         return sheet;
     }
@@ -77,16 +77,16 @@ TEST_F(ExportSheets, AFarPullDownwardsCloses)
     constexpr int kCancelled = 4;
     constexpr double kFar = kScreenHeight / 3.5; // 200, exactly
     const struct {
-        int state;
         double translation;
         double place; // where the sheet stands then
+        int state;
         bool closes;
     } table[] = {
-        {kBegan, 50, 0, false},      {kChanged, -30, 0, false},
-        {kChanged, 50, 50, false},   {kChanged, -1, 50, false}, // up does nothing
-        {kCancelled, 0, 50, false},  {kEnded, kFar, 0, false},
-        {kEnded, -400, 0, false},    {kEnded, std::numeric_limits<double>::quiet_NaN(), 0, false},
-        {kChanged, 300, 300, false}, {kEnded, std::nextafter(kFar, 1e3), 300, true},
+        {50, 0, kBegan, false},      {-30, 0, kChanged, false},
+        {50, 50, kChanged, false},   {-1, 50, kChanged, false}, // up does nothing
+        {0, 50, kCancelled, false},  {kFar, 0, kEnded, false},
+        {-400, 0, kEnded, false},    {std::numeric_limits<double>::quiet_NaN(), 0, kEnded, false},
+        {300, 300, kChanged, false}, {std::nextafter(kFar, 1e3), 300, kEnded, true},
     };
     const auto sheet = exporter<PNGController>();
     for (const auto& c : table) {

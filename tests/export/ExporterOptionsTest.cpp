@@ -22,7 +22,7 @@ protected:
     template <class Exporter>
     static std::shared_ptr<Exporter> open(int width = 64, int height = 48, double scale = 1)
     {
-        const auto exporter = std::make_shared<Exporter>();
+        auto exporter = std::make_shared<Exporter>();
         exporter->setShareImage(UIImage(rampPicture(width, height, 0), scale));
         exporter->view();
         return exporter;
@@ -102,21 +102,21 @@ TEST_F(ExporterOptions, BandsOfTheQualityOfAFilmEndAtFloats)
     EXPECT_EQ(film->filePixels(), (IntSize{102, 50}));
     EXPECT_FALSE(film->audioURL().empty());
     const struct {
-        float value;
         const char* label;
+        float value;
         VideoQuality quality;
     } table[] = {
-        {0.2f, "Low", VideoQuality::Low},
-        {below(0.2f), "Low", VideoQuality::Low},
-        {1.0f, "High", VideoQuality::High},
-        {below(1.0f), "Medium", VideoQuality::Medium},
-        {below(0.6f), "Low", VideoQuality::Low},
-        {0.6f, "Medium", VideoQuality::Medium},
-        {1.5f, "High", VideoQuality::High},
-        {0.6f, "Medium", VideoQuality::Medium},
-        {above(1.5f), "Medium", VideoQuality::Medium},
-        {1.6f, "Medium", VideoQuality::Medium},
-        {std::nanf(""), "Medium", VideoQuality::Medium},
+        {"Low", 0.2f, VideoQuality::Low},
+        {"Low", below(0.2f), VideoQuality::Low},
+        {"High", 1.0f, VideoQuality::High},
+        {"Medium", below(1.0f), VideoQuality::Medium},
+        {"Low", below(0.6f), VideoQuality::Low},
+        {"Medium", 0.6f, VideoQuality::Medium},
+        {"High", 1.5f, VideoQuality::High},
+        {"Medium", 0.6f, VideoQuality::Medium},
+        {"Medium", above(1.5f), VideoQuality::Medium},
+        {"Medium", 1.6f, VideoQuality::Medium},
+        {"Medium", std::nanf(""), VideoQuality::Medium},
     };
     for (const auto& c : table) {
         film->qualitySliderAction(c.value);
