@@ -81,7 +81,8 @@ Documents documents(const std::map<std::string, UIImage>& all)
 bool writePictures(const std::map<std::string, UIImage>& all, const std::string& folder)
 {
     for (const auto& [name, picture] : all)
-        if (!writeFileAtomically(folder + "/" + name + ".bin", bytesOf(picture.cgImage())))
+        if (!writeFileAtomically(std::string(folder).append("/").append(name).append(".bin"),
+                                 bytesOf(picture.cgImage())))
             return false;
     const auto data = PDFPrintFunction::shared().pdfData(all.at("chart"));
     return data && writeFileAtomically(folder + "/data-chart.pdf", *data);
