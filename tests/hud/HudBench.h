@@ -4,6 +4,7 @@
 #include "platform/base/DispatchQueue.h"
 #include "platform/view/HeadlessHost.h"
 
+#include <cmath>
 #include <gtest/gtest.h>
 #include <memory>
 
@@ -32,7 +33,7 @@ protected:
     {
         constexpr double kStep = 0.01;
         DispatchQueue::main().drain();
-        for (double left = seconds; left > kStep / 2; left -= kStep) {
+        for (auto left = std::lround(seconds / kStep); left > 0; --left) {
             clock->advance(kStep);
             DispatchQueue::main().drain();
         }

@@ -261,7 +261,7 @@ TEST_F(Share, APromotionWaitsForTheSheetAndEndsWithTheScreen)
         int& m_fetches;
     };
     int fetches = 0;
-    const auto promotion = std::make_shared<UIViewController>();
+    auto promotion = std::make_shared<UIViewController>();
     ShareController::setPromotionStep(
         {[&] { return std::make_shared<Coordinator>(fetches); }, [&](const PromotionData&) { return promotion; }});
     open(Type::svg, "a.svg", {'s'});
