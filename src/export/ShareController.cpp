@@ -243,11 +243,9 @@ void ShareController::offerAnotherPlace(const Error& error)
         if (const auto self = weak.lock())
             askForPlace();
     };
-    presentOverTop(*this,
-                   UIAlertController::make(localizedString("Not saved in Photos"),
-                                           localizedText("%1: %2.", {error.subject, localizedString(error.cause)}),
-                                           {{localizedString("Another place"), UIAlertActionStyle::Default, ask},
-                                            {localizedString("Cancel"), UIAlertActionStyle::Cancel, {}}}));
+    presentOverTop(*this, UIAlertController::make(localizedString("Not saved in Photos"), failureText(error),
+                                                  {{localizedString("Another place"), UIAlertActionStyle::Default, ask},
+                                                   {localizedString("Cancel"), UIAlertActionStyle::Cancel, {}}}));
 }
 
 void ShareController::askForPlace()

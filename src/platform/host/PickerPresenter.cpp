@@ -49,20 +49,8 @@ void PickerPresenter::take(const FileChooserAnswer& answer)
 {
     if (!m_picker)
         return;
-    switch (answer.kind) {
-    case FileChooserAnswer::Kind::Chosen:
-        m_picker->choose(PhotoSource::fromFile(answer.path));
-        break;
-    case FileChooserAnswer::Kind::Cancelled:
-        m_picker->cancel();
-        break;
-    case FileChooserAnswer::Kind::Failed:
-        m_picker->fail(answer.error);
-        break;
-    case FileChooserAnswer::Kind::Unavailable:
-        chooseInWindow();
-        break;
-    }
+    const auto chosen = [this](const std::string& path) { m_picker->choose(PhotoSource::fromFile(path)); };
+    tellPicker(*m_picker, answer, chosen, [this] { chooseInWindow(); });
 }
 
 void PickerPresenter::chooseInWindow()

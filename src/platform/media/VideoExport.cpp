@@ -8,6 +8,7 @@
 #include "platform/image/drawing/CGContext.h"
 #include "platform/image/drawing/UIImageDrawing.h"
 #include "platform/image/pixels/CGImage.h"
+#include "platform/image/pixels/PictureOpacity.h"
 #include "platform/media/AbandonableWork_p.h"
 #include "platform/media/Clip.h"
 #include "platform/media/ClipReading_p.h"
@@ -59,10 +60,7 @@ int side(double length)
 bool isPlain(const UIImage& picture, IntSize size)
 {
     const CGImage& image = picture.cgImage();
-    const CGImageLayout plain = CGImageLayout::rgba(size.width, size.height, CGImageAlphaInfo::NoneSkipLast);
-    return picture.imageOrientation() == UIImageOrientation::Up && image.size() == size && !image.mask() &&
-           image.bitsPerComponent() == plain.bitsPerComponent && image.bitsPerPixel() == plain.bitsPerPixel &&
-           image.bitmapInfo() == plain.bitmapInfo && image.colorSpace() == plain.colorSpace;
+    return picture.imageOrientation() == UIImageOrientation::Up && image.size() == size && hasPlainRows(image);
 }
 
 /// On white, upright, in the pixels of the video; empty when memory is short.

@@ -59,25 +59,15 @@ void DocumentPresenter::take(const FileChooserAnswer& answer)
 {
     if (!m_picker)
         return;
-    switch (answer.kind) {
-    case FileChooserAnswer::Kind::Chosen:
+    const auto chosen = [this](const std::string& path) {
         // What is there by now is what the dialog has asked about.
         inBackground<bool>(
-            folderQueue(), m_picker, [path = answer.path] { return exists(path); },
-            [picker = m_picker.data(), path = answer.path](bool taken) {
+            folderQueue(), m_picker, [path] { return exists(path); },
+            [picker = m_picker.data(), path](bool taken) {
                 picker->choose({path, taken});
             });
-        break;
-    case FileChooserAnswer::Kind::Cancelled:
-        m_picker->cancel();
-        break;
-    case FileChooserAnswer::Kind::Failed:
-        m_picker->fail(answer.error);
-        break;
-    case FileChooserAnswer::Kind::Unavailable:
-        askInWindow();
-        break;
-    }
+    };
+    tellPicker(*m_picker, answer, chosen, [this] { askInWindow(); });
 }
 
 void DocumentPresenter::askInWindow()

@@ -24,6 +24,23 @@ struct FileChooserAnswer {
     Error error;
 };
 
+/// Tells a picker how asking ended. What was chosen goes to `chosen`; where no chooser could be shown `unavailable`
+/// asks in another way.
+template <class Picker, class Chosen, class Unavailable>
+void tellPicker(Picker& picker, const FileChooserAnswer& answer, Chosen chosen, Unavailable unavailable)
+{
+    switch (answer.kind) {
+    case FileChooserAnswer::Kind::Chosen:
+        return chosen(answer.path);
+    case FileChooserAnswer::Kind::Cancelled:
+        return picker.cancel();
+    case FileChooserAnswer::Kind::Failed:
+        return picker.fail(answer.error);
+    case FileChooserAnswer::Kind::Unavailable:
+        return unavailable();
+    }
+}
+
 /// The desktop's own file chooser, by the portal org.freedesktop.portal.FileChooser of the session bus. One question at
 /// a time; see PortalRequest. Main thread.
 class FileChooserPortal {

@@ -61,11 +61,13 @@ void packRow(const std::uint8_t* rgba, std::size_t width, StoredColors colors, s
 }
 
 FlattenedRows::FlattenedRows(const CGImage& image, const UIColor& background)
-    : m_rows(image, AlphaForm::Straight)
+    : m_image(image)
+    , m_rows(image, AlphaForm::Straight)
     , m_width(image.width())
     , m_height(image.height())
     , m_background{onWhite(background.red, background.alpha), onWhite(background.green, background.alpha),
                    onWhite(background.blue, background.alpha)}
+    , m_plain(hasPlainRows(image))
     , m_hasAlpha(image.hasAlpha())
 {
     const bool grayBackground = m_background[0] == m_background[1] && m_background[1] == m_background[2];

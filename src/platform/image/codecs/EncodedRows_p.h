@@ -50,14 +50,18 @@ public:
 
     /// Row y as R G B A, 4 · width bytes: colours as they lie on the background, alpha as it was before.
     void read(int y, std::uint8_t* rgba) const;
+    /// The same where it lies in memory already, but for its alpha; null: it has to be read. Valid as long as this.
+    const std::uint8_t* stored(int y) const { return m_plain ? m_image.row(y) : nullptr; }
     /// Rows [first, first + count) one after another, split over the worker pool.
     void readBand(int first, int count, std::uint8_t* rgba) const;
 
 private:
+    CGImage m_image;
     RowConverter m_rows;
     int m_width;
     int m_height;
     std::array<unsigned, 3> m_background;
+    bool m_plain;
     bool m_hasAlpha;
     bool m_gray;
 };

@@ -56,14 +56,20 @@ public:
         // Made before the jump is set: what it passes over may not own anything.
         const std::size_t rowBytes = 4 * static_cast<std::size_t>(rows.width());
         std::vector<std::uint8_t> band(rowBytes * static_cast<std::size_t>(std::min(kBandRows, rows.height())));
+        // A byte a pixel is much for a JPEG; what isn't written to takes no memory.
+        m_bytes.reserve(std::min(kMostReserved, rowBytes / 4 * static_cast<std::size_t>(rows.height())));
         if (setjmp(m_jump) != 0) // NOLINT: the library's only way to report
             return false;
         start(rows, quality);
         for (int first = 0; first < rows.height(); first += kBandRows) {
             const int count = std::min(kBandRows, rows.height() - first);
-            rows.readBand(first, count, band.data());
+            const bool isStored = rows.stored(first) != nullptr;
+            if (!isStored)
+                rows.readBand(first, count, band.data());
             for (int i = 0; i < count; ++i) {
-                JSAMPROW row = band.data() + static_cast<std::size_t>(i) * rowBytes;
+                // The library takes rows that it doesn't change as if it might.
+                JSAMPROW row = isStored ? const_cast<JSAMPROW>(rows.stored(first + i))
+                                        : band.data() + static_cast<std::size_t>(i) * rowBytes;
                 jpeg_write_scanlines(&m_info, &row, 1);
             }
         }
@@ -75,6 +81,7 @@ public:
 
 private:
     static constexpr std::size_t kPiece = std::size_t{64} << 10;
+    static constexpr std::size_t kMostReserved = std::size_t{16} << 20;
 
     template <class Info>
     static JPEGOutput& ownerOf(Info info)

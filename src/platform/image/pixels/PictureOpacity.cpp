@@ -26,4 +26,12 @@ bool isOpaque(const CGImage& image, const RowConverter& rows)
     return opaque;
 }
 
+bool hasPlainRows(const CGImage& image)
+{
+    const CGImageLayout plain = CGImageLayout::rgba(image.width(), image.height(), CGImageAlphaInfo::NoneSkipLast);
+    return !image.mask() && image.bitsPerComponent() == plain.bitsPerComponent &&
+           image.bitsPerPixel() == plain.bitsPerPixel && image.bitmapInfo() == plain.bitmapInfo &&
+           image.colorSpace() == plain.colorSpace;
+}
+
 } // namespace lamina

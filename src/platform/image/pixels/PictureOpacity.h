@@ -9,4 +9,8 @@ namespace lamina {
 /// read on the worker pool. Usable from any thread.
 bool isOpaque(const CGImage& image, const RowConverter& rows);
 
+/// Whether the picture's rows are R G B and a byte that means nothing, 8 bits each, in sRGB and without a mask: what
+/// wants opaque rows can read them as they lie in memory. Usable from any thread.
+bool hasPlainRows(const CGImage& image);
+
 } // namespace lamina
