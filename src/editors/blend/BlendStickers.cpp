@@ -2,13 +2,13 @@
 
 #include "editors/blend/BlendPanels.h"
 #include "editors/blend/BlendPhotoViewController.h"
-#include "editors/common/PanelAnimation.h"
 #include "editors/common/EditHistory.h"
+#include "editors/common/PanelAnimation.h"
 #include "editors/stickers/Sticker.h"
 #include "editors/stickers/StickerCatalogue.h"
 
-#include <cstddef>
 #include <algorithm>
+#include <cstddef>
 #include <memory>
 #include <optional>
 

@@ -11,6 +11,7 @@
 #include "platform/base/UIColor.h"
 #include "platform/image/pixels/CGImage.h"
 #include "platform/view/UIApplication.h"
+#include "editors/blend/BlendTools.h"
 #include "platform/view/UIStoryboard.h"
 
 #include <csignal>
@@ -100,6 +101,8 @@ TEST_F(BlendKeeping, AWorkComesBackWhole)
     work.photo2Selected = false;
     work.mode = BlendMode::Effects;
     work.sliders = {-200, 34.5, 0.1};
+    work.stickers = {{501, "big117", {200.5, 37}, {1.0 / 3, -9}, CGAffineTransform::rotation(0.1), true, true, true},
+                     {500, "big116", {60, 70}, {0, 0}, {}, false, false, false}};
     work.current = 0;
     work.applyFxOnImage2 = work.photos[0].actualImage;
     editor->setComposition(work);
@@ -128,6 +131,33 @@ TEST_F(BlendKeeping, AWorkComesBackWhole)
     ASSERT_TRUE(resume());
     EXPECT_EQ(recordNow(), record);
     EXPECT_EQ(std::distance(fs::directory_iterator(state.path("lamina/kept")), {}), 1);
+}
+
+TEST_F(BlendKeeping, RecordsOfTheFirstVersionAreReadAndWhatMakesNoSenseIsNot)
+{
+    const TemporaryFolder folder;
+    KeptPictures pictures(folder.path());
+    pictures.beginRecord();
+    RecordValue record;
+    writeRecord(editor->composition(), pictures, record);
+    BlendComposition read;
+    const std::pair<const char*, RecordValue> wrong[] = {
+        {"mode", 4}, {"mode", -1}, {"mode", "tools"}, {"sliders", {0, 0, 0}}, {"sliders", 1}, {"stickers", {1}},
+    };
+    for (const auto& [name, value] : wrong) {
+        RecordValue changed = record;
+        changed[name] = value;
+        EXPECT_FALSE(readRecord(changed, pictures, read)) << name << value;
+    }
+    for (const char* const later : {"mode", "sliders", "stickers"})
+        record.erase(later);
+    for (const bool moves : {true, false}) {
+        record["panBool"] = moves;
+        ASSERT_TRUE(readRecord(record, pictures, read));
+        EXPECT_EQ(read.mode, moves ? BlendMode::Move : BlendMode::Tools);
+        EXPECT_EQ(read.sliders, kBlendSliderStarts);
+        EXPECT_TRUE(read.stickers.empty());
+    }
 }
 
 TEST_F(BlendKeeping, NobodyElseReadsItAndOldPicturesGo)
