@@ -278,7 +278,6 @@ private:
     bool m_stickerSelected = false;
     std::shared_ptr<PhotoCutting> m_cutting;
     int m_menuPhoto = 0;
-    Panels m_panels;
     double m_side = 0; ///< W
     double m_toolSpacing = 0;
     std::shared_ptr<UIView> m_baseView;
