@@ -6,9 +6,11 @@
 #include "editors/common/KeptWork.h"
 #include "editors/common/PictureMemory.h"
 #include "editors/common/RecordValue.h"
+#include "editors/stickers/Sticker.h"
 #include "platform/base/CGAffineTransform.h"
 #include "platform/base/UIColor.h"
 #include "platform/image/pixels/UIImage.h"
+#include "platform/photos/PhotoSource.h"
 
 #include <array>
 #include <cstddef>
@@ -21,12 +23,13 @@ inline constexpr double kBlendPhotoAlpha = 0.5;
 
 /// What the editor does: which tool has taken over the bar. In move mode the current photo takes gestures; in the
 /// others it takes none. The numbers stand in records.
-enum class BlendMode { Move = 0, Tools = 1, Effects = 2, Stickers = 3 };
+enum class BlendMode { Move = 0, Tools = 1, Effects = 2, AddStickers = 3 };
 
 /// One photo of a blend.
 struct BlendPhoto {
     UIImage actualImage; ///< as it came in, square, one pixel a point; what a reset goes back to
     PhotoCrop crop;      ///< how it was cut from the original
+    PhotoSource source;  ///< the original, as far as it is known
     UIImage image;       ///< as it is shown now, after turns and tone changes
     CGAffineTransform transform;
     double alpha = kBlendPhotoAlpha;
@@ -43,6 +46,8 @@ struct BlendComposition {
     std::array<std::size_t, 2> order = {1, 0};
     /// None: clear.
     std::optional<UIColor> backdrop;
+    /// All of them lie above the photos.
+    Stickers stickers;
 
     /// The two selection buttons.
     bool photo1Selected = false;
@@ -69,8 +74,9 @@ struct BlendComposition {
     void bringToFront(std::size_t index) { order = {1 - index, index}; }
 };
 
-/// Whether both give the same picture: the same photos (in memory), transforms, alphas, order and backdrop. A clear
-/// backdrop shows the white paper, so it counts as white. Selection, modes and snapshots don't show.
+/// Whether both give the same picture: the same photos (in memory), transforms, alphas, order, backdrop and stickers. A
+/// clear backdrop shows the white paper, so it counts as white. Selection, modes, sliders, snapshots and what shows
+/// that a sticker is selected don't count.
 bool looksAlike(const BlendComposition& one, const BlendComposition& other);
 
 /// How a blend is kept.
@@ -81,7 +87,8 @@ void writeRecord(const BlendComposition& composition, KeptPictures& pictures, Re
 /// missing.
 bool readRecord(const RecordValue& record, KeptPictures& pictures, BlendComposition& composition);
 
-/// Bytes of the composition's pictures, snapshots included, that are not `counted` yet.
+/// Bytes of the composition's pictures, snapshots included, and of originals that are no files, which are not `counted`
+/// yet.
 std::size_t byteCount(const BlendComposition& composition, PictureMemory& counted);
 
 } // namespace lamina
