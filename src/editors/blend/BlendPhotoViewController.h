@@ -5,6 +5,9 @@
 #include "editors/common/CompositionEditor.h"
 #include "editors/common/EditorSlider.h"
 #include "editors/common/EditorToolBar.h"
+#include "editors/stickers/IQStickerView.h"
+#include "editors/stickers/StickerBoard.h"
+#include "editors/stickers/StickerStrip.h"
 #include "export/ExportFinish.h"
 #include "platform/base/CGGeometry.h"
 #include "platform/view/UIImageMetaType.h"
@@ -124,6 +127,11 @@ public:
 
     /// Opens the strip of stickers, or closes it where it was this button that had opened it.
     Q_INVOKABLE void stickerBtn();
+    /// Puts the sticker of the strip's thumbnail of that tag into the middle of the canvas. Nothing for a tag that
+    /// stands for none.
+    Q_INVOKABLE void stickerImgGesture(int tag);
+    void letGoOfStickers() override;
+    void deleteSticker() override;
 
     /// Asks whether to discard the work. Yes: posts `kDismissEditorsNotification` with this screen as its sender, and
     /// empties the two slots.
@@ -166,10 +174,12 @@ public:
     /// The colour behind the photos, as "#AARRGGBB".
     QString backdrop() const;
     /// The stickers to choose from, a list model; null while there is none.
-    QObject* stickerStrip() const { return nullptr; }
+    QObject* stickerStrip() const;
 
     /// Tag of the next sticker.
-    int stickerHandleTag() const { return m_stickerHandleTag; }
+    int stickerHandleTag() const { return m_stickers.stickerHandleTag(); }
+    /// The tags of all stickers that there were since the editor opened.
+    const std::vector<int>& stickerTagMutableArr() const { return m_stickers.stickerTagMutableArr(); }
 
 signals:
     /// After changes of what the properties above name; never during a gesture.
@@ -184,6 +194,9 @@ protected:
     double sliderValue(int tag) const override;
     void applySlider(int tag, double value) override;
     void showComposition() override;
+    void readViews() override;
+    UIView* activeSticker() const override;
+    void moveSticker(UIView& sticker, CGPoint by) override;
     UIView* gestureView() const override;
     UIView& gestureSpace() const override { return *m_saveTheImg; }
     bool isPhotoView(const UIView* view) const override { return photoOf(view).has_value(); }
@@ -193,6 +206,9 @@ protected:
     void prepareExport() override;
 
 private:
+    static constexpr int kFirstStickerTag = 500;
+    class StickerObserver;
+
     /// What one of the two sliders of tone does.
     struct Tone {
         bool BlendComposition::*isSnapshotTaken;
@@ -222,7 +238,8 @@ private:
     void takeSnapshots();
     void changeOpacity(double value);
     void showNotMovableAlert();
-    void bringStickersToFront();
+    void setUpStickers();
+    void finishStickers(BlendComposition& recorded);
     std::optional<std::size_t> photoOf(const UIView* view) const;
 
     std::shared_ptr<ExportFinish> m_finish;
@@ -238,8 +255,9 @@ private:
     std::shared_ptr<UIView> m_saveTheImg;
     std::shared_ptr<UIImageView> m_mainImgView;
     std::array<std::shared_ptr<UIImageView>, 2> m_imgViews;
-    int m_stickerHandleTag = 0;
-    std::vector<int> m_stickerTags;
+    StickerBoard m_stickers{kFirstStickerTag};
+    std::shared_ptr<IQStickerObserver> m_stickerObserver;
+    std::unique_ptr<StickerStrip> m_stickerStrip;
 };
 
 } // namespace lamina
