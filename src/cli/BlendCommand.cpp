@@ -4,6 +4,7 @@
 #include "cli/ExitCode.h"
 #include "cli/ExportDelivery.h"
 #include "cli/PictureInput.h"
+#include "editors/blend/PhotoCutting.h"
 #include "export/functions/ExportWork.h"
 #include "gpu/core/TypedValue.h"
 #include "platform/base/CGGeometry.h"

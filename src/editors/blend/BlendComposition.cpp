@@ -26,7 +26,7 @@ std::size_t byteCount(const BlendComposition& composition, PictureMemory& counte
 {
     std::size_t bytes = counted.add(composition.applyFxOnImage1) + counted.add(composition.applyFxOnImage2);
     for (const BlendPhoto& photo : composition.photos)
-        bytes += counted.add(photo.actualImage) + counted.add(photo.image);
+        bytes += counted.add(photo.actualImage) + counted.add(photo.image) + counted.add(photo.source.bytes);
     return bytes;
 }
 

@@ -10,6 +10,7 @@
 #include "platform/base/CGAffineTransform.h"
 #include "platform/base/UIColor.h"
 #include "platform/image/pixels/UIImage.h"
+#include "platform/photos/PhotoSource.h"
 
 #include <array>
 #include <cstddef>
@@ -28,6 +29,7 @@ enum class BlendMode { Move = 0, Tools = 1, Effects = 2, AddStickers = 3 };
 struct BlendPhoto {
     UIImage actualImage; ///< as it came in, square, one pixel a point; what a reset goes back to
     PhotoCrop crop;      ///< how it was cut from the original
+    PhotoSource source;  ///< the original, as far as it is known
     UIImage image;       ///< as it is shown now, after turns and tone changes
     CGAffineTransform transform;
     double alpha = kBlendPhotoAlpha;
@@ -85,7 +87,8 @@ void writeRecord(const BlendComposition& composition, KeptPictures& pictures, Re
 /// missing.
 bool readRecord(const RecordValue& record, KeptPictures& pictures, BlendComposition& composition);
 
-/// Bytes of the composition's pictures, snapshots included, that are not `counted` yet.
+/// Bytes of the composition's pictures, snapshots included, and of originals that are no files, which are not `counted`
+/// yet.
 std::size_t byteCount(const BlendComposition& composition, PictureMemory& counted);
 
 } // namespace lamina

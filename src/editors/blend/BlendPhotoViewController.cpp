@@ -37,6 +37,7 @@ BlendPhotoViewController::BlendPhotoViewController()
     : CompositionEditor(kBlendTools, blendtool::kPan)
     , m_finish(std::make_shared<ExportFinish>(*this,
                                               ExportedWork{[this] { return flattened(); }, [this] { workExported(); }}))
+    , m_cutting(std::make_shared<PhotoCutting>(*this))
 {
     setUpTools();
     watchProperties();
@@ -70,6 +71,13 @@ void BlendPhotoViewController::watchProperties()
               emit subToolsChanged();
           });
     watch([this] { return composition().backdrop; }, [this] { emit backdropChanged(); });
+    // Whoever finds the editor open finds its photos in the slots, whichever way they came.
+    watch(
+        [this] {
+            return std::array{composition().photos[kFirst].actualImage, composition().photos[kSecond].actualImage};
+        },
+        [this] { putPickedPhotos(composition()); }, areIdentical);
+    connect(this, &EditorViewController::changed, this, &BlendPhotoViewController::closePhotoMenu);
 }
 
 void BlendPhotoViewController::viewDidLoad()
@@ -95,18 +103,21 @@ void BlendPhotoViewController::takePickedPhotos()
     composition.side = m_side;
     composition.photos[kFirst].actualImage = firstPickedImage;
     composition.photos[kFirst].crop = firstPickedCrop;
+    composition.photos[kFirst].source = firstPickedSource;
     composition.photos[kSecond].actualImage = secondPickedImage;
     composition.photos[kSecond].crop = secondPickedCrop;
+    composition.photos[kSecond].source = secondPickedSource;
     composition.photo2Selected = true;
 }
 
-/// Whoever finds the editor open finds its photos in the slots, whichever way it was opened.
 void BlendPhotoViewController::putPickedPhotos(const BlendComposition& composition)
 {
     firstPickedImage = composition.photos[kFirst].actualImage;
     firstPickedCrop = composition.photos[kFirst].crop;
+    firstPickedSource = composition.photos[kFirst].source;
     secondPickedImage = composition.photos[kSecond].actualImage;
     secondPickedCrop = composition.photos[kSecond].crop;
+    secondPickedSource = composition.photos[kSecond].source;
 }
 
 std::shared_ptr<UIView> BlendPhotoViewController::canvasView()

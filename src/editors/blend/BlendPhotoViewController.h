@@ -2,6 +2,7 @@
 
 #include "editors/blend/BlendComposition.h"
 #include "editors/blend/BlendPanels.h"
+#include "editors/blend/PhotoCutting.h"
 #include "editors/common/CompositionEditor.h"
 #include "editors/common/EditorSlider.h"
 #include "editors/common/EditorToolBar.h"
@@ -10,7 +11,10 @@
 #include "editors/stickers/StickerStrip.h"
 #include "export/ExportFinish.h"
 #include "platform/base/CGGeometry.h"
+#include "platform/photos/PhotoSource.h"
+#include "platform/view/PhotoReceiver.h"
 #include "platform/view/UIImageMetaType.h"
+#include "platform/view/UIImagePickerController.h"
 #include "platform/view/UIImageView.h"
 #include "platform/view/UIView.h"
 
@@ -19,6 +23,7 @@
 #include <QVariantList>
 
 #include <array>
+#include <deque>
 #include <memory>
 #include <optional>
 #include <span>
@@ -46,7 +51,11 @@ namespace lamina {
 ///
 /// A tool that does so makes its photo the current one. What a step of undo brings back is the tool's bar and panel
 /// too, where another tool has taken over since.
-class BlendPhotoViewController : public CompositionEditor<BlendComposition> {
+///
+/// A photo from outside (dropped, pasted) takes the place of the photo in hand: the one that the buttons name, the
+/// second where they name both, and the current one where they name none. Of several the first two take both places,
+/// which is one step.
+class BlendPhotoViewController : public CompositionEditor<BlendComposition>, public PhotoReceiver {
     Q_OBJECT
     Q_PROPERTY(bool photo1Selected READ photo1Selected NOTIFY selectionChanged FINAL)
     Q_PROPERTY(bool photo2Selected READ photo2Selected NOTIFY selectionChanged FINAL)
@@ -59,6 +68,8 @@ class BlendPhotoViewController : public CompositionEditor<BlendComposition> {
     Q_PROPERTY(QVariantList subTools READ subTools NOTIFY subToolsChanged FINAL)
     Q_PROPERTY(QString backdrop READ backdrop NOTIFY backdropChanged FINAL)
     Q_PROPERTY(QObject* stickerStrip READ stickerStrip NOTIFY panelsChanged FINAL)
+    Q_PROPERTY(int menuPhoto READ menuPhoto NOTIFY menuPhotoChanged FINAL)
+    Q_PROPERTY(QVariantList photoMenu READ photoMenu CONSTANT FINAL)
 
 public:
     BlendPhotoViewController();
@@ -132,6 +143,25 @@ public:
     Q_INVOKABLE void stickerImgGesture(int tag);
     void letGoOfStickers() override;
     void deleteSticker() override;
+    /// Opens the menu of photo 1 or 2, in the place of the other's; 0: of the photo in hand. It closes with the next
+    /// change. Nothing for other numbers.
+    Q_INVOKABLE void openPhotoMenu(int photo);
+    Q_INVOKABLE void closePhotoMenu();
+    /// Does one of the menu's actions, each a step, with the photo whose menu is open, and closes it; nothing while
+    /// none is open, or for an unknown action.
+    ///   replace   another photo is chosen and cropped, and takes the place of this one on the canvas, as it is moved
+    ///             and as much as it shines through
+    ///   crop      the same with the original of this photo, from where it was cropped
+    ///   swap      the first photo becomes the second, each with all that was done to it: only what lay above lies
+    ///   below
+    Q_INVOKABLE void choosePhotoAction(const QString& identifier);
+    /// Replaces the photo in hand.
+    Q_INVOKABLE void openPhoto();
+
+    /// Not while something lies over the editor.
+    bool wantsPhotos() const override;
+    /// An alert tells of those that have no place, and comes first.
+    void receivePhotos(std::vector<PhotoSource> photos) override;
 
     /// Asks whether to discard the work. Yes: posts `kDismissEditorsNotification` with this screen as its sender, and
     /// empties the two slots.
@@ -161,6 +191,11 @@ public:
     QVariant photo1Picture() const { return QVariant::fromValue(composition().photos[0].image); }
     QVariant photo2Picture() const { return QVariant::fromValue(composition().photos[1].image); }
 
+    /// The photo whose menu is open, 1 or 2; 0: none.
+    int menuPhoto() const { return m_menuPhoto; }
+    /// The menu, as EditorToolBar::list tells.
+    QVariantList photoMenu() const;
+
     /// Space between the bar's buttons: `resetConstraint`, `panConstraint` and their six siblings have one value.
     double toolSpacing() const { return m_toolSpacing; }
 
@@ -188,6 +223,7 @@ signals:
     void panelsChanged();
     void subToolsChanged();
     void backdropChanged();
+    void menuPhotoChanged();
 
 protected:
     std::span<const EditorSlider> sliderTable() const override { return kBlendSliders; }
@@ -240,6 +276,14 @@ private:
     void showNotMovableAlert();
     void setUpStickers();
     void finishStickers(BlendComposition& recorded);
+    void setMenuPhoto(int photo);
+    std::size_t photoInHand() const;
+    void replacePhoto(std::size_t photo);
+    void cropPhotoAgain(std::size_t photo);
+    void cutPhotos(std::deque<WantedCut> wanted, UIImagePickerControllerSourceType source);
+    void takeCuts(const std::vector<PhotoCut>& cuts);
+    void swapPhotos();
+    void showOtherPhotos();
     std::optional<std::size_t> photoOf(const UIView* view) const;
 
     std::shared_ptr<ExportFinish> m_finish;
@@ -249,6 +293,8 @@ private:
     /// Whether the two buttons that open and close their strip are on.
     bool m_toolSelected = false;
     bool m_stickerSelected = false;
+    std::shared_ptr<PhotoCutting> m_cutting;
+    int m_menuPhoto = 0;
     double m_side = 0; ///< W
     double m_toolSpacing = 0;
     std::shared_ptr<UIView> m_baseView;

@@ -8,11 +8,17 @@
 #include "editors/common/KeptWork.h"
 #include "editors/common/RecordReading.h"
 #include "editors/common/RecordValue.h"
+#include "platform/base/Result.h"
 #include "platform/base/UIColor.h"
+#include "platform/files/FileURL.h"
+#include "platform/photos/PhotoSource.h"
 
 #include <algorithm>
 #include <array>
 #include <cstddef>
+#include <filesystem>
+#include <string>
+#include <system_error>
 #include <utility>
 
 namespace lamina {
@@ -41,10 +47,20 @@ RecordValue recordOf(const PhotoCrop& crop)
             {"contentOffset", crop.contentOffset}};
 }
 
+/// The file that the photo was cut from, as a URL, since the name of a file need not be text; null: none is known. What
+/// was pasted is not kept.
+RecordValue recordOf(const PhotoSource& source)
+{
+    std::error_code failed;
+    const std::string path = source.path.empty() ? "" : std::filesystem::absolute(source.path, failed).string();
+    return path.empty() ? RecordValue() : RecordValue(fileURLOfPath(path));
+}
+
 RecordValue recordOf(const BlendPhoto& photo, KeptPictures& pictures)
 {
     return {{"actualImage", pictures.keep(photo.actualImage)},
             {"crop", recordOf(photo.crop)},
+            {"source", recordOf(photo.source)},
             {"image", pictures.keep(photo.image)},
             {"transform", photo.transform},
             {"alpha", photo.alpha}};
@@ -58,9 +74,20 @@ void readCrop(const RecordValue& record, PhotoCrop& crop)
     record.at("contentOffset").get_to(crop.contentOffset);
 }
 
+/// Works that were kept by former versions have none.
+PhotoSource readSource(const RecordValue& record)
+{
+    const auto found = record.find("source");
+    if (found == record.end() || !found->is_string())
+        return {};
+    Result<std::string> path = pathOfFileURL(found->get<std::string>());
+    return path ? PhotoSource::fromFile(*std::move(path)) : PhotoSource();
+}
+
 bool readPhoto(const RecordValue& record, KeptPictures& pictures, BlendPhoto& photo)
 {
     readCrop(record.at("crop"), photo.crop);
+    photo.source = readSource(record);
     record.at("transform").get_to(photo.transform);
     record.at("alpha").get_to(photo.alpha);
     return photo.transform.inverted() && photo.alpha >= 0 && photo.alpha <= 1 &&

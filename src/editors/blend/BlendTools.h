@@ -64,6 +64,20 @@ inline constexpr std::array<EditorSlider, 3> kBlendSliders = {{
 inline constexpr std::array<double, kBlendSliders.size()> kBlendSliderStarts = {
     kBlendSliders[0].start, kBlendSliders[1].start, kBlendSliders[2].start};
 
+/// Identifiers of what can be done with one photo.
+namespace photoaction {
+inline constexpr std::string_view kReplace = "replace";
+inline constexpr std::string_view kCrop = "crop";
+inline constexpr std::string_view kSwap = "swap";
+} // namespace photoaction
+
+/// The menu of a photo, in its order.
+inline constexpr std::array<EditorTool, 3> kBlendPhotoActions = {{
+    {photoaction::kReplace, QT_TRANSLATE_NOOP("Lamina", "Replace"), "replace", "replace"},
+    {photoaction::kCrop, QT_TRANSLATE_NOOP("Lamina", "Crop again"), "crop", "crop"},
+    {photoaction::kSwap, QT_TRANSLATE_NOOP("Lamina", "Swap"), "swap", "swap"},
+}};
+
 /// Points between the bar's buttons; see toolSpacing.
 inline constexpr std::array<double, 5> kBlendToolSpaces = {25, 35, 38, 43, 47};
 
