@@ -61,7 +61,8 @@ TEST_F(StickerBoardTest, ValuesGiveTheSameStickersAgain)
     add().showEditingHandles();
     add("big121").turnBy(1);
     IQStickerView& third = add("big122");
-    third.scaleBy(0.31);
+    third.scaleBy(0.7);
+    third.scaleBy(0.43);
     third.moveBy(-77.7, 1e5);
     add("big123").setShowsBorder(false);
     third.showEditingHandles(); // and the first one still does
@@ -79,6 +80,7 @@ TEST_F(StickerBoardTest, ValuesGiveTheSameStickersAgain)
     resumed.show(*canvas, read);
     resumed.show(*canvas, read); // in the place of those
     EXPECT_EQ(StickerBoard::stickers(*canvas), before);
+    EXPECT_EQ(StickerBoard::find(*canvas, 502)->contentView()->frame(), third.contentView()->frame()); // to the bit
     EXPECT_EQ(resumed.stickerTagMutableArr(), board.stickerTagMutableArr());
     EXPECT_EQ(resumed.stickerHandleTag(), 504);
     EXPECT_EQ(log, "");

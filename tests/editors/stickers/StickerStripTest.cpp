@@ -3,8 +3,10 @@
 #include "editors/stickers/StickerCatalogue.h"
 #include "platform/base/DispatchQueue.h"
 
+#include <chrono>
 #include <gtest/gtest.h>
 #include <optional>
+#include <thread>
 #include <utility>
 #include <vector>
 
@@ -27,7 +29,7 @@ TEST(StickerStrip, EachFillsInOrderWithItsOwn)
 {
     auto closed = std::make_unique<StickerStrip>();
     const StickerStrip strip(kCollageStickerStrip);
-    DispatchQueue::main().runTurn();
+    std::this_thread::sleep_for(std::chrono::milliseconds(100)); // something is drawn, and not added yet
     closed.reset();
     DispatchQueue::main().runUntilIdle();
     const auto& rows = strip.thumbnails().rows();
