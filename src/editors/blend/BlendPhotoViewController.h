@@ -6,6 +6,9 @@
 #include "editors/common/CompositionEditor.h"
 #include "editors/common/EditorSlider.h"
 #include "editors/common/EditorToolBar.h"
+#include "editors/stickers/IQStickerView.h"
+#include "editors/stickers/StickerBoard.h"
+#include "editors/stickers/StickerStrip.h"
 #include "export/ExportFinish.h"
 #include "platform/base/CGGeometry.h"
 #include "platform/photos/PhotoSource.h"
@@ -135,6 +138,11 @@ public:
 
     /// Opens the strip of stickers, or closes it where it was this button that had opened it.
     Q_INVOKABLE void stickerBtn();
+    /// Puts the sticker of the strip's thumbnail of that tag into the middle of the canvas. Nothing for a tag that
+    /// stands for none.
+    Q_INVOKABLE void stickerImgGesture(int tag);
+    void letGoOfStickers() override;
+    void deleteSticker() override;
     /// Opens the menu of photo 1 or 2, in the place of the other's; 0: of the photo in hand. It closes with the next
     /// change. Nothing for other numbers.
     Q_INVOKABLE void openPhotoMenu(int photo);
@@ -201,10 +209,12 @@ public:
     /// The colour behind the photos, as "#AARRGGBB".
     QString backdrop() const;
     /// The stickers to choose from, a list model; null while there is none.
-    QObject* stickerStrip() const { return nullptr; }
+    QObject* stickerStrip() const;
 
     /// Tag of the next sticker.
-    int stickerHandleTag() const { return m_stickerHandleTag; }
+    int stickerHandleTag() const { return m_stickers.stickerHandleTag(); }
+    /// The tags of all stickers that there were since the editor opened.
+    const std::vector<int>& stickerTagMutableArr() const { return m_stickers.stickerTagMutableArr(); }
 
 signals:
     /// After changes of what the properties above name; never during a gesture.
@@ -220,6 +230,9 @@ protected:
     double sliderValue(int tag) const override;
     void applySlider(int tag, double value) override;
     void showComposition() override;
+    void readViews() override;
+    UIView* activeSticker() const override;
+    void moveSticker(UIView& sticker, CGPoint by) override;
     UIView* gestureView() const override;
     UIView& gestureSpace() const override { return *m_saveTheImg; }
     bool isPhotoView(const UIView* view) const override { return photoOf(view).has_value(); }
@@ -229,6 +242,9 @@ protected:
     void prepareExport() override;
 
 private:
+    static constexpr int kFirstStickerTag = 500;
+    class StickerObserver;
+
     /// What one of the two sliders of tone does.
     struct Tone {
         bool BlendComposition::*isSnapshotTaken;
@@ -258,7 +274,8 @@ private:
     void takeSnapshots();
     void changeOpacity(double value);
     void showNotMovableAlert();
-    void bringStickersToFront();
+    void setUpStickers();
+    void finishStickers(BlendComposition& recorded);
     void setMenuPhoto(int photo);
     std::size_t photoInHand() const;
     void replacePhoto(std::size_t photo);
@@ -278,15 +295,15 @@ private:
     bool m_stickerSelected = false;
     std::shared_ptr<PhotoCutting> m_cutting;
     int m_menuPhoto = 0;
-    Panels m_panels;
     double m_side = 0; ///< W
     double m_toolSpacing = 0;
     std::shared_ptr<UIView> m_baseView;
     std::shared_ptr<UIView> m_saveTheImg;
     std::shared_ptr<UIImageView> m_mainImgView;
     std::array<std::shared_ptr<UIImageView>, 2> m_imgViews;
-    int m_stickerHandleTag = 0;
-    std::vector<int> m_stickerTags;
+    StickerBoard m_stickers{kFirstStickerTag};
+    std::shared_ptr<IQStickerObserver> m_stickerObserver;
+    std::unique_ptr<StickerStrip> m_stickerStrip;
 };
 
 } // namespace lamina

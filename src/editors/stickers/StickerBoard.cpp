@@ -1,8 +1,10 @@
 #include "editors/stickers/StickerBoard.h"
 
+#include "platform/base/CGGeometry.h"
 #include "editors/stickers/StickerPicture.h"
 #include "platform/base/CGGeometry.h"
 
+#include <cstddef>
 #include <algorithm>
 #include <cstddef>
 #include <string>
