@@ -1,5 +1,6 @@
 #pragma once
 
+#include "editors/blend/BlendTools.h"
 #include "editors/blend/PickedImages.h"
 #include "editors/common/KeptPictures.h"
 #include "editors/common/KeptWork.h"
@@ -18,6 +19,10 @@ namespace lamina {
 
 /// Alpha of a photo that nobody has changed: with both at a half, both show through alike.
 inline constexpr double kBlendPhotoAlpha = 0.5;
+
+/// What the editor does: which tool has taken over the bar. In move mode the current photo takes gestures; in the
+/// others it takes none. The numbers stand in records.
+enum class BlendMode { Move = 0, Tools = 1, Effects = 2, Stickers = 3 };
 
 /// One photo of a blend.
 struct BlendPhoto {
@@ -44,11 +49,11 @@ struct BlendComposition {
     /// The two selection buttons.
     bool photo1Selected = false;
     bool photo2Selected = false;
+    bool bothSelected() const { return photo1Selected && photo2Selected; }
     /// Index of the photo that gestures act on, and the tools while no button is selected.
     std::size_t current = 1;
 
-    /// Move mode is on.
-    bool panBool = false;
+    BlendMode mode = BlendMode::Move;
     /// The tool strip was opened.
     bool toolBool = false;
     /// The snapshot for this slider is taken.
@@ -59,6 +64,8 @@ struct BlendComposition {
     /// selected.
     UIImage applyFxOnImage1;
     UIImage applyFxOnImage2;
+    /// Where the sliders stand. They start anew at each opening of their panel, while the photos keep their look.
+    std::array<double, kBlendSliders.size()> sliders = kBlendSliderStarts;
 
     /// Takes photo `index` to the top of the stack.
     void bringToFront(std::size_t index) { order = {1 - index, index}; }

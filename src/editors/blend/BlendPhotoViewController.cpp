@@ -3,10 +3,10 @@
 #include "editors/blend/BlendTools.h"
 #include "editors/blend/PickedImages.h"
 #include "editors/common/EditorNotifications.h"
-#include "editors/common/PanelAnimation.h"
 #include "platform/base/CGAffineTransform.h"
 #include "platform/base/Localization.h"
 #include "platform/base/NotificationCenter.h"
+#include "platform/base/UIColor.h"
 #include "platform/base/UIScreen.h"
 #include "platform/image/pixels/UIImage.h"
 #include "platform/view/UIAlertController.h"
@@ -21,7 +21,8 @@ namespace {
 constexpr std::size_t kFirst = 0;
 constexpr std::size_t kSecond = 1;
 constexpr int kFirstStickerTag = 500;
-constexpr double kHiddenToolStrip = -250.0;
+/// Of the screen itself, behind the canvas: #121316.
+constexpr UIColor kGround{0x12 / 255.0, 0x13 / 255.0, 0x16 / 255.0, 1.0};
 
 template <class View>
 std::shared_ptr<View> makeSquareView(double side)
@@ -39,8 +40,7 @@ BlendPhotoViewController::BlendPhotoViewController()
                                               ExportedWork{[this] { return flattened(); }, [this] { workExported(); }}))
     , m_cutting(std::make_shared<PhotoCutting>(*this))
 {
-    setToolAction(blendtool::kReset, [this] { resetBtn(); });
-    setToolAction(blendtool::kPan, [this] { panBtn(); });
+    setUpTools();
     watchProperties();
 }
 
@@ -68,6 +68,13 @@ void BlendPhotoViewController::watchProperties()
         },
         [this] { putPickedPhotos(composition()); }, areIdentical);
     connect(this, &EditorViewController::changed, this, &BlendPhotoViewController::closePhotoMenu);
+    watch([this] { return std::tuple{shownPanel(), stickerStrip()}; }, [this] { emit panelsChanged(); });
+    watch([this] { return m_subToolBar; },
+          [this] {
+              m_subTools = m_subToolBar.list();
+              emit subToolsChanged();
+          });
+    watch([this] { return composition().backdrop; }, [this] { emit backdropChanged(); });
 }
 
 void BlendPhotoViewController::viewDidLoad()
@@ -78,6 +85,7 @@ void BlendPhotoViewController::viewDidLoad()
     m_side = resumed() ? resumed()->side : UIScreen::main().bounds.width;
     m_toolSpacing = lamina::toolSpacing(m_side, kBlendToolSpaces);
     m_baseView = makeCanvas({0, 0, m_side, m_side});
+    view().setBackgroundColor(kGround);
     view().addSubview(m_baseView);
     takePickedPhotos();
     m_stickerHandleTag = kFirstStickerTag;
@@ -166,11 +174,7 @@ std::shared_ptr<UIImageView> BlendPhotoViewController::makePhotoView(const Blend
 void BlendPhotoViewController::showComposition()
 {
     buildTree();
-    if (!panBool())
-        return;
-    hidePanels();
-    editedToolBar().clearBackgrounds();
-    editedToolBar().setActiveTool(blendtool::kPan);
+    showMode(composition().mode);
 }
 
 void BlendPhotoViewController::photo1()
@@ -220,7 +224,6 @@ void BlendPhotoViewController::showNotMovableAlert()
 void BlendPhotoViewController::resetBtn()
 {
     act([this] {
-        editedComposition().panBool = false;
         createLayout();
         editedToolBar().setActiveTool(blendtool::kReset);
         hidePanels();
@@ -236,11 +239,11 @@ void BlendPhotoViewController::enterMoveMode()
 {
     for (UIImageView* view : {&imgView1(), &imgView2(), &mainImgView()})
         view->setUserInteractionEnabled(true);
-    editedComposition().panBool = true;
+    editedComposition().mode = BlendMode::Move;
     hidePanels();
     editedComposition().photo1Selected = false;
     editedComposition().photo2Selected = true;
-    editedToolBar().setActiveTool(blendtool::kPan);
+    takeBar(BlendMode::Move);
     panBtnFunc();
 }
 
@@ -248,7 +251,7 @@ void BlendPhotoViewController::panBtnFunc()
 {
     BlendComposition& composition = editedComposition();
     if (!composition.toolBool)
-        m_panels.toolSubViewTopConst = kHiddenToolStrip;
+        m_panels.toolSubViewTopConst = blendpanel::kHiddenToolStrip;
     currentImageView().removeAllGestureRecognizers();
     if (composition.photo2Selected && !composition.photo1Selected) {
         composition.current = kSecond;
@@ -294,15 +297,6 @@ std::optional<std::size_t> BlendPhotoViewController::photoOf(const UIView* view)
             return index;
     }
     return std::nullopt;
-}
-
-void BlendPhotoViewController::hidePanels()
-{
-    animatePanels([this, screen = view().frame()] {
-        m_panels.toolSubViewTopConst = kHiddenToolStrip;
-        m_panels.fxView = {0, screen.size.height, screen.size.width, 180};
-        m_panels.stickerScrollView = {0, screen.size.height, screen.size.width, 50};
-    });
 }
 
 void BlendPhotoViewController::bringStickersToFront()

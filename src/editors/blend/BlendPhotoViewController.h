@@ -1,12 +1,14 @@
 #pragma once
 
 #include "editors/blend/BlendComposition.h"
+#include "editors/blend/BlendPanels.h"
 #include "editors/blend/PhotoCutting.h"
 #include "editors/common/CompositionEditor.h"
+#include "editors/common/EditorSlider.h"
+#include "editors/common/EditorToolBar.h"
 #include "export/ExportFinish.h"
 #include "platform/base/CGGeometry.h"
 #include "platform/photos/PhotoSource.h"
-#include "platform/view/AnimatedProperty.h"
 #include "platform/view/PhotoReceiver.h"
 #include "platform/view/UIImageMetaType.h"
 #include "platform/view/UIImagePickerController.h"
@@ -21,6 +23,8 @@
 #include <deque>
 #include <memory>
 #include <optional>
+#include <span>
+#include <string_view>
 #include <vector>
 
 namespace lamina {
@@ -32,8 +36,18 @@ namespace lamina {
 /// `baseView` > `saveTheImg` > `mainImgView` > `imgView2`, `imgView1` (and stickers), each W × W points, where W is the
 /// width of the main screen when the view loads, or that of the work which is resumed. Main thread only.
 ///
-/// In move mode the current photo takes gestures, keys and the wheel. An export turns the backdrop white, on the canvas
-/// too.
+/// In move mode the current photo takes gestures, keys and the wheel; every other tool takes them from it. An export
+/// turns the backdrop white, on the canvas too.
+///
+/// Which photo a tool acts on is asked of the selection buttons each time:
+///
+///   selected   sub-tools       sliders
+///   both       the second      both
+///   one        that one        that one
+///   none       the current     the current
+///
+/// A tool that does so makes its photo the current one. What a step of undo brings back is the tool's bar and panel
+/// too, where another tool has taken over since.
 ///
 /// A photo from outside (dropped, pasted) takes the place of the photo in hand: the one that the buttons name, the
 /// second where they name both, and the current one where they name none. Of several the first two take both places,
@@ -49,6 +63,10 @@ class BlendPhotoViewController : public CompositionEditor<BlendComposition>, pub
     Q_PROPERTY(QVariant photo2Picture READ photo2Picture NOTIFY picturesChanged FINAL)
     Q_PROPERTY(int menuPhoto READ menuPhoto NOTIFY menuPhotoChanged FINAL)
     Q_PROPERTY(QVariantList photoMenu READ photoMenu CONSTANT FINAL)
+    Q_PROPERTY(QString shownPanel READ shownPanel NOTIFY panelsChanged FINAL)
+    Q_PROPERTY(QVariantList subTools READ subTools NOTIFY subToolsChanged FINAL)
+    Q_PROPERTY(QString backdrop READ backdrop NOTIFY backdropChanged FINAL)
+    Q_PROPERTY(QObject* stickerStrip READ stickerStrip NOTIFY panelsChanged FINAL)
 
 public:
     BlendPhotoViewController();
@@ -106,6 +124,38 @@ public:
     /// An alert tells of those that have no place, and comes first.
     void receivePhotos(std::vector<PhotoSource> photos) override;
 
+    /// Opens the strip of sub-tools, or closes it where it was this button that had opened it. The second photo becomes
+    /// the current one.
+    Q_INVOKABLE void toolBtn();
+    /// Turn a photo by a quarter, to the left.
+    Q_INVOKABLE void leftBtn();
+    /// The same to the right.
+    Q_INVOKABLE void rightBtn();
+    /// Left and right of a photo change places; its pixels do, the transform that gestures gave it stays.
+    Q_INVOKABLE void horizontalBtn();
+    /// The same for top and bottom.
+    Q_INVOKABLE void verticalBtn();
+    /// Asks for the colour of the backdrop.
+    Q_INVOKABLE void adjustColor1();
+    /// Does what the sub-tool of that identifier is for; nothing for one that is unknown.
+    Q_INVOKABLE void chooseSubTool(const QString& identifier);
+
+    /// Opens the effects panel, with its sliders where they start.
+    Q_INVOKABLE void FxBtn();
+    /// Closes the effects panel.
+    Q_INVOKABLE void hideFxViewBtnClicked();
+    /// Changes the contrast of the photos that sliders act on. The value works on a snapshot that was taken at the
+    /// first move since the selection changed, so that moves don't add up; 0 gives the snapshot back. A slider that
+    /// takes its snapshot takes it for the other one as well, which then builds on what this one has done.
+    Q_INVOKABLE void contrastFun(double value);
+    /// The same for the brightness.
+    Q_INVOKABLE void brightnFun(double value);
+    /// Sets the alpha of the photos that sliders act on.
+    Q_INVOKABLE void opacityFun(double value);
+
+    /// Opens the strip of stickers, or closes it where it was this button that had opened it.
+    Q_INVOKABLE void stickerBtn();
+
     /// Asks whether to discard the work. Yes: posts `kDismissEditorsNotification` with this screen as its sender, and
     /// empties the two slots.
     Q_INVOKABLE void backBtn();
@@ -125,7 +175,7 @@ public:
     /// See photo1Selected.
     bool photo2Selected() const { return composition().photo2Selected; }
     /// Whether move mode is on.
-    bool panBool() const { return composition().panBool; }
+    bool panBool() const { return composition().mode == BlendMode::Move; }
     /// The photo that fingers move, 1 or 2, whatever the buttons say; 0 outside move mode.
     int movingPhoto() const { return panBool() ? static_cast<int>(composition().current) + 1 : 0; }
     /// Whether the second photo lies over the first.
@@ -142,13 +192,17 @@ public:
     /// Space between the bar's buttons: `resetConstraint`, `panConstraint` and their six siblings have one value.
     double toolSpacing() const { return m_toolSpacing; }
 
-    /// Where the panels stand, for the view that draws them.
-    struct Panels {
-        Animated<double> toolSubViewTopConst{-250}; ///< 0 shows the strip of sub-tools
-        Animated<CGRect> fxView;
-        Animated<CGRect> stickerScrollView;
-    };
-    const Panels& panels() const { return m_panels; }
+    /// Where the panels stand.
+    const BlendPanels& panels() const { return m_panels; }
+    /// Which of the panels is in sight: "tools", "effects", "stickers"; empty: none.
+    QString shownPanel() const;
+    /// The strip of sub-tools; see EditorToolBar.
+    QVariantList subTools() const { return m_subTools; }
+    const EditorToolBar& subToolBar() const { return m_subToolBar; }
+    /// The colour behind the photos, as "#AARRGGBB".
+    QString backdrop() const;
+    /// The stickers to choose from, a list model; null while there is none.
+    QObject* stickerStrip() const { return nullptr; }
 
     /// Tag of the next sticker.
     int stickerHandleTag() const { return m_stickerHandleTag; }
@@ -158,8 +212,14 @@ signals:
     void selectionChanged();
     void picturesChanged();
     void menuPhotoChanged();
+    void panelsChanged();
+    void subToolsChanged();
+    void backdropChanged();
 
 protected:
+    std::span<const EditorSlider> sliderTable() const override { return kBlendSliders; }
+    double sliderValue(int tag) const override;
+    void applySlider(int tag, double value) override;
     void showComposition() override;
     UIView* gestureView() const override;
     UIView& gestureSpace() const override { return *m_saveTheImg; }
@@ -170,6 +230,13 @@ protected:
     void prepareExport() override;
 
 private:
+    /// What one of the two sliders of tone does.
+    struct Tone {
+        bool BlendComposition::*isSnapshotTaken;
+        UIImage (*operation)(const UIImage& image, float value);
+    };
+
+    void setUpTools();
     void takePickedPhotos();
     static void putPickedPhotos(const BlendComposition& composition);
     void watchProperties();
@@ -178,6 +245,19 @@ private:
     void enterMoveMode();
     void forgetSnapshots();
     void hidePanels();
+    void takeBar(BlendMode mode);
+    void enterToolMode(BlendMode mode);
+    void showMode(BlendMode mode);
+    void openToolStrip();
+    void openEffects();
+    void closeEffects();
+    void openStickerStrip();
+    void doSubTool(std::string_view tool, UIImage (*operation)(const UIImage& image));
+    std::size_t resolvedPhoto();
+    void setPhotoImage(std::size_t photo, const UIImage& image);
+    void changeTone(const Tone& tone, double value);
+    void takeSnapshots();
+    void changeOpacity(double value);
     void showNotMovableAlert();
     void bringStickersToFront();
     void setMenuPhoto(int photo);
@@ -193,7 +273,12 @@ private:
     std::shared_ptr<ExportFinish> m_finish;
     std::shared_ptr<PhotoCutting> m_cutting;
     int m_menuPhoto = 0;
-    Panels m_panels;
+    BlendPanels m_panels;
+    EditorToolBar m_subToolBar{kBlendSubTools, {}};
+    QVariantList m_subTools; ///< of m_subToolBar, made when it changes
+    /// Whether the two buttons that open and close their strip are on.
+    bool m_toolSelected = false;
+    bool m_stickerSelected = false;
     double m_side = 0; ///< W
     double m_toolSpacing = 0;
     std::shared_ptr<UIView> m_baseView;

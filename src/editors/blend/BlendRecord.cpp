@@ -1,7 +1,9 @@
 // How a blend is written into a record, and read from it.
 
 #include "editors/blend/BlendComposition.h"
+#include "editors/blend/BlendTools.h"
 #include "editors/blend/PickedImages.h"
+#include "editors/common/EditorSlider.h"
 #include "editors/common/KeptPictures.h"
 #include "editors/common/KeptWork.h"
 #include "editors/common/RecordReading.h"
@@ -24,14 +26,13 @@ namespace lamina {
 namespace {
 
 /// One more whenever a record says something that this version could not know.
-constexpr KeptKind kBlendKind{"blend", 1};
+constexpr KeptKind kBlendKind{"blend", 2};
 /// Of canvases, points: far beyond both that there are.
 constexpr double kLargestSide = 4096;
 
 constexpr std::pair<const char*, bool BlendComposition::*> kFlags[] = {
     {"photo1Selected", &BlendComposition::photo1Selected},
     {"photo2Selected", &BlendComposition::photo2Selected},
-    {"panBool", &BlendComposition::panBool},
     {"toolBool", &BlendComposition::toolBool},
     {"contrastBool", &BlendComposition::contrastBool},
     {"brightBool", &BlendComposition::brightBool},
@@ -98,6 +99,23 @@ bool isStack(const std::array<std::size_t, 2>& order)
     return order[0] + order[1] == 1 && order[0] <= 1;
 }
 
+/// A record of the first version knows move mode and none of the others.
+bool readMode(const RecordValue& record, BlendMode& mode)
+{
+    const int fallback = record.value("panBool", true) ? 0 : 1;
+    mode = static_cast<BlendMode>(record.value("mode", fallback));
+    return mode >= BlendMode::Move && mode <= BlendMode::Stickers;
+}
+
+/// Nor does it know where the sliders stood.
+bool readSliders(const RecordValue& record, BlendComposition& composition)
+{
+    composition.sliders = record.value("sliders", kBlendSliderStarts);
+    return std::equal(
+        composition.sliders.begin(), composition.sliders.end(), kBlendSliders.begin(),
+        [](double value, const EditorSlider& slider) { return value >= slider.minimum && value <= slider.maximum; });
+}
+
 bool readAll(const RecordValue& record, KeptPictures& pictures, BlendComposition& composition)
 {
     record.at("side").get_to(composition.side);
@@ -109,7 +127,8 @@ bool readAll(const RecordValue& record, KeptPictures& pictures, BlendComposition
         record.at(name).get_to(composition.*flag);
     const RecordValue& photos = record.at("photos");
     return composition.side >= 1 && composition.side <= kLargestSide && isStack(composition.order) &&
-           composition.current <= 1 && readPhoto(photos.at(0), pictures, composition.photos[0]) &&
+           composition.current <= 1 && readMode(record, composition.mode) && readSliders(record, composition) &&
+           readPhoto(photos.at(0), pictures, composition.photos[0]) &&
            readPhoto(photos.at(1), pictures, composition.photos[1]) &&
            pictures.find(record.at("applyFxOnImage1"), composition.applyFxOnImage1) &&
            pictures.find(record.at("applyFxOnImage2"), composition.applyFxOnImage2);
@@ -129,6 +148,8 @@ void writeRecord(const BlendComposition& composition, KeptPictures& pictures, Re
               {"order", composition.order},
               {"backdrop", composition.backdrop ? RecordValue(*composition.backdrop) : RecordValue()},
               {"current", composition.current},
+              {"mode", static_cast<int>(composition.mode)},
+              {"sliders", composition.sliders},
               {"applyFxOnImage1", pictures.keep(composition.applyFxOnImage1)},
               {"applyFxOnImage2", pictures.keep(composition.applyFxOnImage2)}};
     for (const auto& [name, flag] : kFlags)

@@ -83,6 +83,7 @@ private:
     {
         m_composition = composition;
         showComposition();
+        renewSliders();
     }
     void recordStep(EditSeries series) override
     {

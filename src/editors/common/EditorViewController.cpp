@@ -3,6 +3,7 @@
 #include "editors/common/EditorCanvasView.h"
 #include "platform/view/UIView.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <utility>
@@ -31,6 +32,14 @@ bool isOutside(const UIView& view, const UIView& parent)
     const auto fromParent = toParent.inverted();
     return !fromParent || toParent.boundingBox(view.bounds()).intersection(parent.bounds()).isEmpty() ||
            fromParent->boundingBox(parent.bounds()).intersection(view.bounds()).isEmpty();
+}
+
+bool isTurnedByGestures(const UIView& view)
+{
+    const auto& gestures = view.gestureRecognizers();
+    return std::any_of(gestures.begin(), gestures.end(), [](const auto& gesture) {
+        return dynamic_cast<const UIRotationGestureRecognizer*>(gesture.get()) != nullptr;
+    });
 }
 
 } // namespace
@@ -97,6 +106,7 @@ void EditorViewController::redo()
 
 void EditorViewController::cancelGestures()
 {
+    endSliding();
     if (isViewLoaded())
         cancelGesturesIn(view());
 }
@@ -149,6 +159,15 @@ void EditorViewController::zoomBy(double factor)
     endStep(EditSeries::Zoom);
 }
 
+void EditorViewController::turnBy(double angle)
+{
+    UIView* const view = gestureView();
+    if (view == nullptr || !std::isfinite(angle) || !isTurnedByGestures(*view))
+        return;
+    transformPhoto(*view, view->transform().rotated(angle));
+    endStep(EditSeries::Rotate);
+}
+
 void EditorViewController::bringPhotoBack()
 {
     UIView* const photo = gestureView();
@@ -185,6 +204,8 @@ void EditorViewController::tell()
     emit changed();
     m_notifier.tell();
     tellEdited();
+    if (std::exchange(m_slidersRenewed, false))
+        emit slidersChanged();
 }
 
 void EditorViewController::tellGesture()
