@@ -17,6 +17,7 @@ bool looksAlike(const BlendComposition& one, const BlendComposition& other)
 {
     const UIColor paper = UIColor::white();
     return one.order == other.order && one.backdrop.value_or(paper) == other.backdrop.value_or(paper) &&
+           looksAlike(one.stickers, other.stickers) &&
            std::equal(one.photos.begin(), one.photos.end(), other.photos.begin(),
                       [](const BlendPhoto& a, const BlendPhoto& b) { return looksAlike(a, b); });
 }

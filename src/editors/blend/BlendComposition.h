@@ -6,6 +6,7 @@
 #include "editors/common/KeptWork.h"
 #include "editors/common/PictureMemory.h"
 #include "editors/common/RecordValue.h"
+#include "editors/stickers/Sticker.h"
 #include "platform/base/CGAffineTransform.h"
 #include "platform/base/UIColor.h"
 #include "platform/image/pixels/UIImage.h"
@@ -22,7 +23,7 @@ inline constexpr double kBlendPhotoAlpha = 0.5;
 
 /// What the editor does: which tool has taken over the bar. In move mode the current photo takes gestures; in the
 /// others it takes none. The numbers stand in records.
-enum class BlendMode { Move = 0, Tools = 1, Effects = 2, Stickers = 3 };
+enum class BlendMode { Move = 0, Tools = 1, Effects = 2, AddStickers = 3 };
 
 /// One photo of a blend.
 struct BlendPhoto {
@@ -45,6 +46,8 @@ struct BlendComposition {
     std::array<std::size_t, 2> order = {1, 0};
     /// None: clear.
     std::optional<UIColor> backdrop;
+    /// All of them lie above the photos.
+    Stickers stickers;
 
     /// The two selection buttons.
     bool photo1Selected = false;
@@ -71,8 +74,9 @@ struct BlendComposition {
     void bringToFront(std::size_t index) { order = {1 - index, index}; }
 };
 
-/// Whether both give the same picture: the same photos (in memory), transforms, alphas, order and backdrop. A clear
-/// backdrop shows the white paper, so it counts as white. Selection, modes and snapshots don't show.
+/// Whether both give the same picture: the same photos (in memory), transforms, alphas, order, backdrop and stickers. A
+/// clear backdrop shows the white paper, so it counts as white. Selection, modes, sliders, snapshots and what shows
+/// that a sticker is selected don't count.
 bool looksAlike(const BlendComposition& one, const BlendComposition& other);
 
 /// How a blend is kept.

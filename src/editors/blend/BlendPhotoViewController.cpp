@@ -20,7 +20,6 @@ namespace {
 
 constexpr std::size_t kFirst = 0;
 constexpr std::size_t kSecond = 1;
-constexpr int kFirstStickerTag = 500;
 /// Of the screen itself, behind the canvas: #121316.
 constexpr UIColor kGround{0x12 / 255.0, 0x13 / 255.0, 0x16 / 255.0, 1.0};
 
@@ -44,7 +43,11 @@ BlendPhotoViewController::BlendPhotoViewController()
     watchProperties();
 }
 
-BlendPhotoViewController::~BlendPhotoViewController() = default;
+BlendPhotoViewController::~BlendPhotoViewController()
+{
+    if (m_baseView)
+        StickerBoard::leave(*m_baseView);
+}
 
 void BlendPhotoViewController::watchProperties()
 {
@@ -88,8 +91,7 @@ void BlendPhotoViewController::viewDidLoad()
     view().setBackgroundColor(kGround);
     view().addSubview(m_baseView);
     takePickedPhotos();
-    m_stickerHandleTag = kFirstStickerTag;
-    m_stickerTags.clear();
+    setUpStickers();
     createLayout();
     open();
 }
@@ -135,12 +137,14 @@ void BlendPhotoViewController::createLayout()
     composition.bringToFront(kFirst);
     composition.current = kSecond;
     composition.backdrop.reset();
+    composition.stickers.clear();
     buildTree();
     enterMoveMode();
 }
 
 void BlendPhotoViewController::buildTree()
 {
+    StickerBoard::leave(*m_baseView);
     while (!m_baseView->subviews().empty())
         m_baseView->subviews().back()->removeFromSuperview();
 
@@ -156,6 +160,7 @@ void BlendPhotoViewController::buildTree()
         m_imgViews[index] = makePhotoView(composition().photos[index]);
         m_mainImgView->addSubview(m_imgViews[index]);
     }
+    m_stickers.show(*m_mainImgView, composition().stickers);
     if (panBool())
         addGesture(currentImageView());
 }
@@ -253,13 +258,16 @@ void BlendPhotoViewController::panBtnFunc()
     if (!composition.toolBool)
         m_panels.toolSubViewTopConst = blendpanel::kHiddenToolStrip;
     currentImageView().removeAllGestureRecognizers();
-    if (composition.photo2Selected && !composition.photo1Selected) {
+    if (composition.bothSelected()) {
+        m_baseView->bringSubviewToFront(*m_mainImgView);
+    } else if (composition.photo2Selected) {
         composition.current = kSecond;
         composition.bringToFront(kSecond);
         m_mainImgView->bringSubviewToFront(imgView2());
     }
     addGesture(currentImageView());
-    bringStickersToFront();
+    m_stickers.hideHandles(*m_mainImgView);
+    m_stickers.bringToFront(*m_mainImgView);
 }
 
 void BlendPhotoViewController::addGesture(UIImageView& view)
@@ -299,19 +307,14 @@ std::optional<std::size_t> BlendPhotoViewController::photoOf(const UIView* view)
     return std::nullopt;
 }
 
-void BlendPhotoViewController::bringStickersToFront()
-{
-    for (const int tag : m_stickerTags) {
-        if (UIView* sticker = view().viewWithTag(tag))
-            m_mainImgView->bringSubviewToFront(*sticker);
-    }
-}
-
 void BlendPhotoViewController::prepareExport()
 {
     editedComposition().backdrop = UIColor::white();
     m_mainImgView->setBackgroundColor(composition().backdrop);
-    amendRecorded([](BlendComposition& recorded) { recorded.backdrop = UIColor::white(); });
+    amendRecorded([this](BlendComposition& recorded) {
+        recorded.backdrop = UIColor::white();
+        finishStickers(recorded);
+    });
 }
 
 void BlendPhotoViewController::backBtn()
@@ -325,7 +328,7 @@ void BlendPhotoViewController::backBtn()
 void BlendPhotoViewController::shareBtn()
 {
     cancelGestures();
-    bringStickersToFront();
+    amendRecorded([this](BlendComposition& recorded) { finishStickers(recorded); });
     m_finish->openChooser();
 }
 

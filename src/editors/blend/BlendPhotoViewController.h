@@ -6,6 +6,9 @@
 #include "editors/common/CompositionEditor.h"
 #include "editors/common/EditorSlider.h"
 #include "editors/common/EditorToolBar.h"
+#include "editors/stickers/IQStickerView.h"
+#include "editors/stickers/StickerBoard.h"
+#include "editors/stickers/StickerStrip.h"
 #include "export/ExportFinish.h"
 #include "platform/base/CGGeometry.h"
 #include "platform/photos/PhotoSource.h"
@@ -155,6 +158,11 @@ public:
 
     /// Opens the strip of stickers, or closes it where it was this button that had opened it.
     Q_INVOKABLE void stickerBtn();
+    /// Puts the sticker of the strip's thumbnail of that tag into the middle of the canvas. Nothing for a tag that
+    /// stands for none.
+    Q_INVOKABLE void stickerImgGesture(int tag);
+    void letGoOfStickers() override;
+    void deleteSticker() override;
 
     /// Asks whether to discard the work. Yes: posts `kDismissEditorsNotification` with this screen as its sender, and
     /// empties the two slots.
@@ -202,10 +210,12 @@ public:
     /// The colour behind the photos, as "#AARRGGBB".
     QString backdrop() const;
     /// The stickers to choose from, a list model; null while there is none.
-    QObject* stickerStrip() const { return nullptr; }
+    QObject* stickerStrip() const;
 
     /// Tag of the next sticker.
-    int stickerHandleTag() const { return m_stickerHandleTag; }
+    int stickerHandleTag() const { return m_stickers.stickerHandleTag(); }
+    /// The tags of all stickers that there were since the editor opened.
+    const std::vector<int>& stickerTagMutableArr() const { return m_stickers.stickerTagMutableArr(); }
 
 signals:
     /// After changes of what the properties above name; never during a gesture.
@@ -221,6 +231,9 @@ protected:
     double sliderValue(int tag) const override;
     void applySlider(int tag, double value) override;
     void showComposition() override;
+    void readViews() override;
+    UIView* activeSticker() const override;
+    void moveSticker(UIView& sticker, CGPoint by) override;
     UIView* gestureView() const override;
     UIView& gestureSpace() const override { return *m_saveTheImg; }
     bool isPhotoView(const UIView* view) const override { return photoOf(view).has_value(); }
@@ -230,6 +243,9 @@ protected:
     void prepareExport() override;
 
 private:
+    static constexpr int kFirstStickerTag = 500;
+    class StickerObserver;
+
     /// What one of the two sliders of tone does.
     struct Tone {
         bool BlendComposition::*isSnapshotTaken;
@@ -259,7 +275,8 @@ private:
     void takeSnapshots();
     void changeOpacity(double value);
     void showNotMovableAlert();
-    void bringStickersToFront();
+    void setUpStickers();
+    void finishStickers(BlendComposition& recorded);
     void setMenuPhoto(int photo);
     std::size_t photoInHand() const;
     void replacePhoto(std::size_t photo);
@@ -285,8 +302,9 @@ private:
     std::shared_ptr<UIView> m_saveTheImg;
     std::shared_ptr<UIImageView> m_mainImgView;
     std::array<std::shared_ptr<UIImageView>, 2> m_imgViews;
-    int m_stickerHandleTag = 0;
-    std::vector<int> m_stickerTags;
+    StickerBoard m_stickers{kFirstStickerTag};
+    std::shared_ptr<IQStickerObserver> m_stickerObserver;
+    std::unique_ptr<StickerStrip> m_stickerStrip;
 };
 
 } // namespace lamina

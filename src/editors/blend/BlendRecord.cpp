@@ -104,7 +104,7 @@ bool readMode(const RecordValue& record, BlendMode& mode)
 {
     const int fallback = record.value("panBool", true) ? 0 : 1;
     mode = static_cast<BlendMode>(record.value("mode", fallback));
-    return mode >= BlendMode::Move && mode <= BlendMode::Stickers;
+    return mode >= BlendMode::Move && mode <= BlendMode::AddStickers;
 }
 
 /// Nor does it know where the sliders stood.
@@ -127,7 +127,9 @@ bool readAll(const RecordValue& record, KeptPictures& pictures, BlendComposition
         record.at(name).get_to(composition.*flag);
     const RecordValue& photos = record.at("photos");
     return composition.side >= 1 && composition.side <= kLargestSide && isStack(composition.order) &&
-           composition.current <= 1 && readMode(record, composition.mode) && readSliders(record, composition) &&
+           composition.current <= 1 &&
+           readStickers(record.value("stickers", RecordValue::array()), composition.stickers) &&
+           readMode(record, composition.mode) && readSliders(record, composition) &&
            readPhoto(photos.at(0), pictures, composition.photos[0]) &&
            readPhoto(photos.at(1), pictures, composition.photos[1]) &&
            pictures.find(record.at("applyFxOnImage1"), composition.applyFxOnImage1) &&
@@ -150,6 +152,7 @@ void writeRecord(const BlendComposition& composition, KeptPictures& pictures, Re
               {"current", composition.current},
               {"mode", static_cast<int>(composition.mode)},
               {"sliders", composition.sliders},
+              {"stickers", recordOf(composition.stickers)},
               {"applyFxOnImage1", pictures.keep(composition.applyFxOnImage1)},
               {"applyFxOnImage2", pictures.keep(composition.applyFxOnImage2)}};
     for (const auto& [name, flag] : kFlags)

@@ -25,7 +25,7 @@ constexpr std::array<ModeTool, 4> kModeTools = {{
     {BlendMode::Move, blendtool::kPan},
     {BlendMode::Tools, blendtool::kTools},
     {BlendMode::Effects, blendtool::kEffects},
-    {BlendMode::Stickers, blendtool::kStickers},
+    {BlendMode::AddStickers, blendtool::kStickers},
 }};
 
 std::string_view toolOf(BlendMode mode)
@@ -80,7 +80,7 @@ void BlendPhotoViewController::takeBar(BlendMode mode)
 {
     editedToolBar().setActiveTool(toolOf(mode));
     m_toolSelected = m_toolSelected && mode == BlendMode::Tools;
-    m_stickerSelected = m_stickerSelected && mode == BlendMode::Stickers;
+    m_stickerSelected = m_stickerSelected && mode == BlendMode::AddStickers;
 }
 
 void BlendPhotoViewController::enterToolMode(BlendMode mode)
@@ -103,7 +103,7 @@ void BlendPhotoViewController::showMode(BlendMode mode)
         return;
     takeBar(mode);
     m_toolSelected = mode == BlendMode::Tools;
-    m_stickerSelected = mode == BlendMode::Stickers;
+    m_stickerSelected = mode == BlendMode::AddStickers;
     mode == BlendMode::Tools ? openToolStrip() : mode == BlendMode::Effects ? openEffects() : openStickerStrip();
 }
 

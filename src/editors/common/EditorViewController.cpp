@@ -54,6 +54,7 @@ EditorViewController::EditorViewController(std::span<const EditorTool> tools, st
               emit barChanged();
           });
     watch([this] { return std::array{canUndo(), canRedo()}; }, [this] { emit historyChanged(); });
+    watch([this] { return stickerActive(); }, [this] { emit stickerChanged(); });
 }
 
 EditorViewController::~EditorViewController() = default;
@@ -143,6 +144,8 @@ void EditorViewController::rotationGes(UIRotationGestureRecognizer& gesture)
 
 void EditorViewController::nudge(double dx, double dy)
 {
+    if (UIView* const sticker = activeSticker())
+        return moveSticker(*sticker, {dx, dy});
     UIView* const view = gestureView();
     if (view == nullptr)
         return;
@@ -152,8 +155,12 @@ void EditorViewController::nudge(double dx, double dy)
 
 void EditorViewController::zoomBy(double factor)
 {
+    if (!std::isfinite(factor) || !(factor > 0))
+        return;
+    if (UIView* const sticker = activeSticker(); sticker && sticker->magnifyBy(factor))
+        return;
     UIView* const view = gestureView();
-    if (view == nullptr || !std::isfinite(factor) || !(factor > 0))
+    if (view == nullptr)
         return;
     transformPhoto(*view, view->transform().scaled(factor, factor));
     endStep(EditSeries::Zoom);
@@ -161,8 +168,12 @@ void EditorViewController::zoomBy(double factor)
 
 void EditorViewController::turnBy(double angle)
 {
+    if (!std::isfinite(angle))
+        return;
+    if (UIView* const sticker = activeSticker(); sticker && sticker->rotateBy(angle))
+        return;
     UIView* const view = gestureView();
-    if (view == nullptr || !std::isfinite(angle) || !isTurnedByGestures(*view))
+    if (view == nullptr || !isTurnedByGestures(*view))
         return;
     transformPhoto(*view, view->transform().rotated(angle));
     endStep(EditSeries::Rotate);

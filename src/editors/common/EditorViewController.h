@@ -99,8 +99,8 @@ public:
     Q_INVOKABLE void endSliding(int tag);
 
     /// Whether a sticker shows its handles, and so takes keys.
-    virtual bool stickerActive() const { return false; }
-    /// Hides the handles of all stickers.
+    bool stickerActive() const { return activeSticker() != nullptr; }
+    /// Takes handles and borders from all stickers; that is no step.
     Q_INVOKABLE virtual void letGoOfStickers() {}
     /// Removes the active sticker, which is a step. Nothing where none is.
     Q_INVOKABLE virtual void deleteSticker() {}
@@ -194,6 +194,11 @@ protected:
     /// change.
     virtual void panPhoto(UIView& view, CGPoint by) = 0;
     virtual void transformPhoto(UIView& view, const CGAffineTransform& transform) = 0;
+
+    /// The sticker that shows its handles; null, the default: none. Its `magnifyBy` and `rotateBy` end in steps.
+    virtual UIView* activeSticker() const { return nullptr; }
+    /// Moves it by points of the canvas, which ends in a step.
+    virtual void moveSticker([[maybe_unused]] UIView& sticker, [[maybe_unused]] CGPoint by) {}
 
     /// The sliders in their order. Default: none.
     virtual std::span<const EditorSlider> sliderTable() const { return {}; }

@@ -10,6 +10,7 @@
 #include "platform/view/UIPanGestureRecognizer.h"
 #include "platform/view/UIView.h"
 
+#include <utility>
 #include <memory>
 #include <optional>
 

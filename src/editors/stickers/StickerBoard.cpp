@@ -1,7 +1,9 @@
 #include "editors/stickers/StickerBoard.h"
 
+#include "platform/base/CGGeometry.h"
 #include "editors/stickers/StickerPicture.h"
 
+#include <cstddef>
 #include <algorithm>
 #include <string>
 

@@ -4,6 +4,7 @@
 #include "editors/stickers/Sticker.h"
 #include "platform/view/UIView.h"
 
+#include <utility>
 #include <memory>
 #include <string_view>
 #include <vector>

@@ -6,6 +6,7 @@
 #include "platform/base/UIScreen.h"
 #include "platform/image/named/NamedPictures.h"
 
+#include <cstddef>
 #include <algorithm>
 #include <optional>
 #include <utility>

@@ -26,7 +26,7 @@ QRectF seenFrame(const UIView& view, const UIView& canvas)
     const CGRect whole = canvas.bounds();
     if (!toCanvas || whole.isEmpty())
         return {};
-    const CGRect box = view.transformToRoot().concatenating(*toCanvas).boundingBox(view.bounds()).intersection(whole);
+    const CGRect box = view.transformToRoot().concatenating(*toCanvas).boundingBox(view.accessibilityBounds()).intersection(whole);
     return {(box.minX() - whole.minX()) / whole.size.width, (box.minY() - whole.minY()) / whole.size.height,
             box.size.width / whole.size.width, box.size.height / whole.size.height};
 }
@@ -42,7 +42,7 @@ QString description(const UIView& view)
 /// The corners' radius as a share of the shorter side, at most a half.
 double roundness(const UIView& view)
 {
-    const CGSize size = view.bounds().size;
+    const CGSize size = view.accessibilityBounds().size;
     const double side = std::min(size.width, size.height);
     return side > 0 ? std::clamp(view.layer().cornerRadius() / side, 0.0, 0.5) : 0;
 }
@@ -52,6 +52,7 @@ QVariantMap infoOf(const UIView& view, const QRectF& frame)
     using Traits = UIAccessibilityTraits;
     const Traits::Set traits = view.accessibilityTraits();
     QVariantMap info{
+        {QStringLiteral("tag"), view.tag()},
         {QStringLiteral("label"), QString::fromStdString(view.accessibilityLabel())},
         {QStringLiteral("description"), description(view)},
         {QStringLiteral("frame"), frame},

@@ -11,7 +11,12 @@
 namespace lamina {
 
 UIControl::UIControl(const CGRect& frame)
-    : UIView(frame)
+    : UIControl(frame, std::make_shared<CALayer>())
+{
+}
+
+UIControl::UIControl(const CGRect& frame, std::shared_ptr<CALayer> layer)
+    : UIView(frame, std::move(layer))
 {
     setAccessibilityElement(true);
 }

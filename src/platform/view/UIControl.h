@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <optional>
 #include <vector>
 
@@ -82,6 +83,10 @@ public:
     UIAccessibilityTraits::Set accessibilityTraits() const override;
     /// What a tap does. False while the control is disabled.
     bool accessibilityActivate() override;
+
+protected:
+    /// One that draws itself, on a layer of its own.
+    UIControl(const CGRect& frame, std::shared_ptr<CALayer> layer);
 
 private:
     const UITouch* trackedOf(const std::vector<UITouch*>& touches) const;

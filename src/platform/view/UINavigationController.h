@@ -6,6 +6,9 @@
 
 namespace lamina {
 
+/// How the bar over a stack's screens is drawn. The values are the platform's.
+enum class UIBarStyle { Default = 0, Black = 1 };
+
 /// A stack of screens of which the topmost is seen. It has no picture of its own: the window shows the top screen.
 ///
 /// The appearance calls of the stack itself are passed on to the top screen.
@@ -17,6 +20,10 @@ public:
     UINavigationController();
     /// A stack with `root` at its bottom.
     static std::shared_ptr<UINavigationController> make(std::shared_ptr<UIViewController> root);
+
+    /// Default Default.
+    UIBarStyle barStyle() const { return m_barStyle; }
+    void setBarStyle(UIBarStyle style) { m_barStyle = style; }
 
     /// From the bottom to the top.
     const std::vector<std::shared_ptr<UIViewController>>& viewControllers() const { return m_viewControllers; }
@@ -42,6 +49,7 @@ private:
     void replaceStack(std::vector<std::shared_ptr<UIViewController>> controllers, Direction direction, bool animated,
                       Completion completion);
 
+    UIBarStyle m_barStyle = UIBarStyle::Default;
     std::vector<std::shared_ptr<UIViewController>> m_viewControllers;
     /// The screen that hears of this stack's appearance: the top one of the last transition that has begun.
     std::shared_ptr<UIViewController> m_shown;

@@ -163,6 +163,10 @@ public:
     /// They were lost, or a recogniser has claimed them.
     virtual void touchesCancelled(const std::vector<UITouch*>& touches);
 
+    /// The part of the bounds that counts as the view's place for assistive technology, and that the mark of the
+    /// keyboard's focus goes round. Default: all of them.
+    virtual CGRect accessibilityBounds() const { return bounds(); }
+
 protected:
     UIView(const CGRect& frame, std::shared_ptr<CALayer> layer);
     void accessibilityChanged() override { m_layer->notifyObservers(); }

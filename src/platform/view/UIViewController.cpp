@@ -4,10 +4,12 @@
 #include "platform/base/Log.h"
 #include "platform/base/UIScreen.h"
 #include "platform/view/ScreenTransition_p.h"
+#include "platform/view/UIBarButtonItem.h"
 #include "platform/view/UINavigationController.h"
 #include "platform/view/UIStoryboard.h"
 #include "platform/view/UIWindow.h"
 
+#include <algorithm>
 #include <optional>
 #include <utility>
 
@@ -65,6 +67,17 @@ void UIViewController::setTitle(std::string title)
     emit titleChanged();
 }
 
+void UIViewController::setRightBarButtonItem(std::shared_ptr<UIBarButtonItem> item)
+{
+    m_rightBarButtonItem = std::move(item);
+    emit rightBarButtonItemChanged();
+}
+
+QObject* UIViewController::rightBarButtonObject() const
+{
+    return m_rightBarButtonItem.get();
+}
+
 QString UIViewController::className() const
 {
     const QString name = QString::fromLatin1(metaObject()->className());
@@ -98,6 +111,23 @@ UIInterfaceOrientation UIViewController::interfaceOrientation() const
 {
     const CGSize size = windowSize();
     return size.width > size.height ? UIInterfaceOrientation::LandscapeRight : UIInterfaceOrientation::Portrait;
+}
+
+UIUserInterfaceIdiom UIViewController::userInterfaceIdiom() const
+{
+    const CGSize size = windowSize();
+    return std::min(size.width, size.height) >= kPadSide ? UIUserInterfaceIdiom::Pad : UIUserInterfaceIdiom::Phone;
+}
+
+bool UIViewController::shouldAutorotateToInterfaceOrientation(UIInterfaceOrientation orientation) const
+{
+    return ((supportedInterfaceOrientations() >> static_cast<unsigned>(orientation)) & 1U) != 0;
+}
+
+UIInterfaceOrientationMask::Set UIViewController::supportedInterfaceOrientations() const
+{
+    return userInterfaceIdiom() == UIUserInterfaceIdiom::Pad ? UIInterfaceOrientationMask::All
+                                                             : UIInterfaceOrientationMask::AllButUpsideDown;
 }
 
 void UIViewController::layoutInWindow()

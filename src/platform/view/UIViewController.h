@@ -15,6 +15,7 @@
 
 namespace lamina {
 
+class UIBarButtonItem;
 class UINavigationController;
 class UIStoryboard;
 class UIViewController;
@@ -32,6 +33,20 @@ enum class UIInterfaceOrientation {
     LandscapeRight = 3, ///< wider than high
     LandscapeLeft = 4,
 };
+
+/// Sets of the above are sums: bit n stands for the orientation of the number n.
+struct UIInterfaceOrientationMask {
+    using Set = unsigned;
+    static constexpr Set Portrait = 1u << 1;
+    static constexpr Set PortraitUpsideDown = 1u << 2;
+    static constexpr Set LandscapeRight = 1u << 3;
+    static constexpr Set LandscapeLeft = 1u << 4;
+    static constexpr Set AllButUpsideDown = Portrait | LandscapeRight | LandscapeLeft;
+    static constexpr Set All = AllButUpsideDown | PortraitUpsideDown;
+};
+
+/// What a screen is laid out for. The values are the platform's.
+enum class UIUserInterfaceIdiom { Phone = 0, Pad = 1 };
 
 /// Which of the system's own screens this is: it shows them in its own way, whoever presents them.
 enum class UISystemPresentation {
@@ -67,6 +82,7 @@ class UIViewController : public QObject, public std::enable_shared_from_this<UIV
     Q_OBJECT
     Q_PROPERTY(QString title READ titleText NOTIFY titleChanged FINAL)
     Q_PROPERTY(QString className READ className CONSTANT FINAL)
+    Q_PROPERTY(QObject* rightBarButtonItem READ rightBarButtonObject NOTIFY rightBarButtonItemChanged FINAL)
 
 public:
     using Completion = std::function<void()>;
@@ -89,6 +105,12 @@ public:
     const std::string& title() const { return m_title; }
     void setTitle(std::string title);
     QString titleText() const { return QString::fromStdString(m_title); }
+
+    /// The button at the right end of the screen's bar; null, the default: none.
+    const std::shared_ptr<UIBarButtonItem>& rightBarButtonItem() const { return m_rightBarButtonItem; }
+    void setRightBarButtonItem(std::shared_ptr<UIBarButtonItem> item);
+    /// It as a layout sees it.
+    QObject* rightBarButtonObject() const;
 
     /// Default FullScreen. Read when the screen is presented.
     UIModalPresentationStyle modalPresentationStyle() const { return m_modalPresentationStyle; }
@@ -136,6 +158,16 @@ public:
     CGSize windowSize() const;
     /// How that window stands.
     UIInterfaceOrientation interfaceOrientation() const;
+    /// A tablet's where the window's shorter side has `kPadSide` points at least.
+    UIUserInterfaceIdiom userInterfaceIdiom() const;
+    static constexpr double kPadSide = 600;
+    /// Whether the screen goes along when the device is turned, and how it may stand, for a system that turns screens
+    /// by what they say; a desktop turns its windows as it likes. Default: it goes along,
+    virtual bool shouldAutorotate() const { return true; }
+    /// to what the next one names,
+    virtual bool shouldAutorotateToInterfaceOrientation(UIInterfaceOrientation orientation) const;
+    /// which is all of them, on a phone all but upside down.
+    virtual UIInterfaceOrientationMask::Set supportedInterfaceOrientations() const;
     /// The window is about to have another size, or to be turned. Told to screens with a loaded view, visible or not,
     /// on a turn of its own; of sizes that follow each other quickly only the last. Default: nothing.
     virtual void viewWillTransitionToSize(CGSize) {}
@@ -148,6 +180,7 @@ public:
 
 signals:
     void titleChanged();
+    void rightBarButtonItemChanged();
 
 protected:
     /// Makes the view and hands it to setView, without asking for view(). Default: an empty view of the main screen's
@@ -175,6 +208,7 @@ private:
 
     std::shared_ptr<UIView> m_view;
     std::string m_title;
+    std::shared_ptr<UIBarButtonItem> m_rightBarButtonItem;
     UIModalPresentationStyle m_modalPresentationStyle = UIModalPresentationStyle::FullScreen;
     std::shared_ptr<UIViewController> m_presented;
     std::weak_ptr<UIViewController> m_presenting;

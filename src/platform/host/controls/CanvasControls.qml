@@ -8,6 +8,8 @@ Repeater {
 
     // A WorkCanvas, which these stand in.
     required property Item canvas
+    // Asked first at every key, with the tag of the view that has the focus: whether it means something else there.
+    property var takesKey: (tag, event) => false
 
     model: canvas.elements
 
@@ -40,6 +42,9 @@ Repeater {
         Accessible.onDecreaseAction: controls.model.decrement(index)
 
         Keys.onPressed: event => {
+            event.accepted = controls.takesKey(info.tag, event)
+            if (event.accepted)
+                return
             const way = KeyTable.find("move", event.key, event.modifiers)
             const zoom = KeyTable.find("zoom", event.key, event.modifiers)
             const up = way === 1 || way === 2 || zoom === 0 || zoom === 2

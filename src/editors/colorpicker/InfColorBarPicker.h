@@ -1,0 +1,53 @@
+#pragma once
+
+#include "platform/view/UIControl.h"
+
+#include <memory>
+#include <optional>
+#include <string>
+
+namespace lamina {
+
+class InfColorIndicatorView;
+
+/// Chooses a hue along its width. The track, over which a range of hues belongs, ends 20 points from the control's
+/// edges; a finger beyond holds the value at that end. Tells of values by ValueChanged. Main thread.
+class InfColorBarPicker : public UIControl {
+public:
+    explicit InfColorBarPicker(const CGRect& frame = {});
+
+    /// A hue in [0, 1]; default 0.
+    float value() const { return m_value; }
+    /// Tells of it, whoever sets it, where it is another than before.
+    void setValue(float value);
+    /// By so much, and round from one end to the other.
+    void stepBy(float step);
+    /// Null until the first layout.
+    const std::shared_ptr<InfColorIndicatorView>& indicator() const { return m_indicator; }
+
+    void setFrame(const CGRect& frame) override;
+    void setBounds(const CGRect& bounds) override;
+    bool beginTracking(const UITouch& touch) override;
+    bool continueTracking(const UITouch& touch) override;
+
+    /// Adjustable, besides those that were set.
+    UIAccessibilityTraits::Set accessibilityTraits() const override;
+    /// The hue in whole degrees, in words.
+    std::string accessibilityValue() const override;
+    /// In degrees.
+    std::optional<UIAccessibilityRange> accessibilityRange() const override;
+    /// Steps of 0.05.
+    void accessibilityIncrement() override;
+    void accessibilityDecrement() override;
+    /// The range from one end of the track to the other.
+    CGRect accessibilityBounds() const override;
+
+private:
+    void layoutIndicator();
+    void trackIndicator(const UITouch& touch);
+
+    std::shared_ptr<InfColorIndicatorView> m_indicator;
+    float m_value = 0;
+};
+
+} // namespace lamina

@@ -1,0 +1,138 @@
+#include "editors/colorpicker/InfColorSquarePicker.h"
+
+#include "editors/colorpicker/ColorTrack.h"
+#include "editors/colorpicker/HSBColor.h"
+#include "platform/base/Localization.h"
+#include "platform/view/UITouch.h"
+
+#include <QCoreApplication>
+
+#include <algorithm>
+
+namespace lamina {
+
+namespace {
+
+constexpr double kPercent = 100;
+constexpr double kAccessibilityStep = 0.05;
+
+int percent(double share)
+{
+    return static_cast<int>(share * kPercent);
+}
+
+} // namespace
+
+InfColorSquarePicker::InfColorSquarePicker(const CGRect& frame)
+    : UIControl(frame)
+{
+    setOpaque(false);
+    setAccessibilityLabel(localizedString(QT_TRANSLATE_NOOP("Lamina", "Saturation and brightness")));
+}
+
+void InfColorSquarePicker::setHue(float hue)
+{
+    if (hue == m_hue)
+        return;
+    m_hue = hue;
+    setIndicatorColor();
+}
+
+void InfColorSquarePicker::setValue(CGPoint value)
+{
+    if (value == m_value)
+        return;
+    m_value = value;
+    const auto self = weak_from_this().lock();
+    sendActions(UIControlEvents::ValueChanged);
+    layoutIndicator();
+}
+
+void InfColorSquarePicker::stepBy(double saturation, double brightness)
+{
+    setValue({std::clamp(m_value.x + saturation, 0.0, 1.0), std::clamp(m_value.y + brightness, 0.0, 1.0)});
+}
+
+// ---- the indicator ----
+
+void InfColorSquarePicker::setFrame(const CGRect& frame)
+{
+    UIControl::setFrame(frame);
+    layoutIndicator();
+}
+
+void InfColorSquarePicker::setBounds(const CGRect& bounds)
+{
+    UIControl::setBounds(bounds);
+    layoutIndicator();
+}
+
+void InfColorSquarePicker::layoutIndicator()
+{
+    if (!m_indicator)
+        m_indicator = colortrack::addIndicator(*this);
+    const CGSize size = bounds().size;
+    setIndicatorColor();
+    m_indicator->setCenter(
+        {colortrack::placeOf(m_value.x, size.width), colortrack::placeOf(1 - m_value.y, size.height)});
+}
+
+void InfColorSquarePicker::setIndicatorColor()
+{
+    if (m_indicator)
+        m_indicator->setColor(colorFromHSB({m_hue, static_cast<float>(m_value.x), static_cast<float>(m_value.y)}));
+}
+
+bool InfColorSquarePicker::beginTracking(const UITouch& touch)
+{
+    trackIndicator(touch);
+    return true;
+}
+
+bool InfColorSquarePicker::continueTracking(const UITouch& touch)
+{
+    trackIndicator(touch);
+    return true;
+}
+
+void InfColorSquarePicker::trackIndicator(const UITouch& touch)
+{
+    const CGPoint at = touch.locationInView(this);
+    const CGSize size = bounds().size;
+    setValue({colortrack::shareAt(at.x, size.width), 1 - colortrack::shareAt(at.y, size.height)});
+}
+
+// ---- without seeing it ----
+
+UIAccessibilityTraits::Set InfColorSquarePicker::accessibilityTraits() const
+{
+    return UIControl::accessibilityTraits() | UIAccessibilityTraits::Adjustable;
+}
+
+std::string InfColorSquarePicker::spokenValue() const
+{
+    return localizedText(QT_TRANSLATE_NOOP("Lamina", "%1% saturation, %2% brightness"),
+                         {std::to_string(percent(m_value.x)), std::to_string(percent(m_value.y))});
+}
+
+std::optional<UIAccessibilityRange> InfColorSquarePicker::accessibilityRange() const
+{
+    return UIAccessibilityRange{static_cast<double>(percent(m_value.y)), 0, kPercent};
+}
+
+void InfColorSquarePicker::accessibilityIncrement()
+{
+    stepBy(0, kAccessibilityStep);
+}
+
+void InfColorSquarePicker::accessibilityDecrement()
+{
+    stepBy(0, -kAccessibilityStep);
+}
+
+CGRect InfColorSquarePicker::accessibilityBounds() const
+{
+    return bounds().insetBy(colortrack::kMargin, colortrack::kMargin);
+}
+
+} // namespace lamina

@@ -1,0 +1,63 @@
+#pragma once
+
+#include "platform/view/UIControl.h"
+
+#include "platform/base/CGGeometry.h"
+
+#include <memory>
+#include <optional>
+#include <string>
+
+namespace lamina {
+
+class InfColorIndicatorView;
+
+/// Chooses saturation (to the right) and brightness (upwards) on a field, which ends 20 points from the control's
+/// edges; a finger beyond holds the value at the field's edge. Tells of values by ValueChanged. Main thread.
+class InfColorSquarePicker : public UIControl {
+public:
+    explicit InfColorSquarePicker(const CGRect& frame = {});
+
+    /// That the indicator shows, in [0, 1]; default 0.
+    float hue() const { return m_hue; }
+    /// Nobody is told.
+    void setHue(float hue);
+    /// x is the saturation and y the brightness, both in [0, 1]; default (0, 0).
+    CGPoint value() const { return m_value; }
+    /// Tells of it, whoever sets it, where it is another than before.
+    void setValue(CGPoint value);
+    /// By so much, as far as the field goes.
+    void stepBy(double saturation, double brightness);
+    /// Null until the first layout.
+    const std::shared_ptr<InfColorIndicatorView>& indicator() const { return m_indicator; }
+    /// Saturation and brightness in whole percent, in words.
+    std::string spokenValue() const;
+
+    void setFrame(const CGRect& frame) override;
+    void setBounds(const CGRect& bounds) override;
+    bool beginTracking(const UITouch& touch) override;
+    bool continueTracking(const UITouch& touch) override;
+
+    /// Adjustable, besides those that were set.
+    UIAccessibilityTraits::Set accessibilityTraits() const override;
+    /// The spoken value.
+    std::string accessibilityValue() const override { return spokenValue(); }
+    /// The brightness, in percent: of the two it is the one that steps go along.
+    std::optional<UIAccessibilityRange> accessibilityRange() const override;
+    /// Steps of the brightness by 0.05, which stop at its ends.
+    void accessibilityIncrement() override;
+    void accessibilityDecrement() override;
+    /// The field alone.
+    CGRect accessibilityBounds() const override;
+
+private:
+    void layoutIndicator();
+    void setIndicatorColor();
+    void trackIndicator(const UITouch& touch);
+
+    std::shared_ptr<InfColorIndicatorView> m_indicator;
+    float m_hue = 0;
+    CGPoint m_value;
+};
+
+} // namespace lamina
