@@ -64,13 +64,6 @@ void BlendPhotoViewController::watchProperties()
             return std::array{composition().photos[kFirst].image, composition().photos[kSecond].image};
         },
         [this] { emit picturesChanged(); }, areIdentical);
-    // Whoever finds the editor open finds its photos in the slots, whichever way they came.
-    watch(
-        [this] {
-            return std::array{composition().photos[kFirst].actualImage, composition().photos[kSecond].actualImage};
-        },
-        [this] { putPickedPhotos(composition()); }, areIdentical);
-    connect(this, &EditorViewController::changed, this, &BlendPhotoViewController::closePhotoMenu);
     watch([this] { return std::tuple{shownPanel(), stickerStrip()}; }, [this] { emit panelsChanged(); });
     watch([this] { return m_subToolBar; },
           [this] {
@@ -78,6 +71,13 @@ void BlendPhotoViewController::watchProperties()
               emit subToolsChanged();
           });
     watch([this] { return composition().backdrop; }, [this] { emit backdropChanged(); });
+    // Whoever finds the editor open finds its photos in the slots, whichever way they came.
+    watch(
+        [this] {
+            return std::array{composition().photos[kFirst].actualImage, composition().photos[kSecond].actualImage};
+        },
+        [this] { putPickedPhotos(composition()); }, areIdentical);
+    connect(this, &EditorViewController::changed, this, &BlendPhotoViewController::closePhotoMenu);
 }
 
 void BlendPhotoViewController::viewDidLoad()

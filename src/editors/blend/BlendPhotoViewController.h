@@ -64,12 +64,12 @@ class BlendPhotoViewController : public CompositionEditor<BlendComposition>, pub
     Q_PROPERTY(bool photo2OnTop READ photo2OnTop NOTIFY selectionChanged FINAL)
     Q_PROPERTY(QVariant photo1Picture READ photo1Picture NOTIFY picturesChanged FINAL)
     Q_PROPERTY(QVariant photo2Picture READ photo2Picture NOTIFY picturesChanged FINAL)
-    Q_PROPERTY(int menuPhoto READ menuPhoto NOTIFY menuPhotoChanged FINAL)
-    Q_PROPERTY(QVariantList photoMenu READ photoMenu CONSTANT FINAL)
     Q_PROPERTY(QString shownPanel READ shownPanel NOTIFY panelsChanged FINAL)
     Q_PROPERTY(QVariantList subTools READ subTools NOTIFY subToolsChanged FINAL)
     Q_PROPERTY(QString backdrop READ backdrop NOTIFY backdropChanged FINAL)
     Q_PROPERTY(QObject* stickerStrip READ stickerStrip NOTIFY panelsChanged FINAL)
+    Q_PROPERTY(int menuPhoto READ menuPhoto NOTIFY menuPhotoChanged FINAL)
+    Q_PROPERTY(QVariantList photoMenu READ photoMenu CONSTANT FINAL)
 
 public:
     BlendPhotoViewController();
@@ -107,26 +107,6 @@ public:
     /// only.
     void addGesture(UIImageView& view);
 
-    /// Opens the menu of photo 1 or 2, in the place of the other's; 0: of the photo in hand. It closes with the next
-    /// change. Nothing for other numbers.
-    Q_INVOKABLE void openPhotoMenu(int photo);
-    Q_INVOKABLE void closePhotoMenu();
-    /// Does one of the menu's actions, each a step, with the photo whose menu is open, and closes it; nothing while
-    /// none is open, or for an unknown action.
-    ///   replace   another photo is chosen and cropped, and takes the place of this one on the canvas, as it is moved
-    ///             and as much as it shines through
-    ///   crop      the same with the original of this photo, from where it was cropped
-    ///   swap      the first photo becomes the second, each with all that was done to it: only what lay above lies
-    ///   below
-    Q_INVOKABLE void choosePhotoAction(const QString& identifier);
-    /// Replaces the photo in hand.
-    Q_INVOKABLE void openPhoto();
-
-    /// Not while something lies over the editor.
-    bool wantsPhotos() const override;
-    /// An alert tells of those that have no place, and comes first.
-    void receivePhotos(std::vector<PhotoSource> photos) override;
-
     /// Opens the strip of sub-tools, or closes it where it was this button that had opened it. The second photo becomes
     /// the current one.
     Q_INVOKABLE void toolBtn();
@@ -163,6 +143,25 @@ public:
     Q_INVOKABLE void stickerImgGesture(int tag);
     void letGoOfStickers() override;
     void deleteSticker() override;
+    /// Opens the menu of photo 1 or 2, in the place of the other's; 0: of the photo in hand. It closes with the next
+    /// change. Nothing for other numbers.
+    Q_INVOKABLE void openPhotoMenu(int photo);
+    Q_INVOKABLE void closePhotoMenu();
+    /// Does one of the menu's actions, each a step, with the photo whose menu is open, and closes it; nothing while
+    /// none is open, or for an unknown action.
+    ///   replace   another photo is chosen and cropped, and takes the place of this one on the canvas, as it is moved
+    ///             and as much as it shines through
+    ///   crop      the same with the original of this photo, from where it was cropped
+    ///   swap      the first photo becomes the second, each with all that was done to it: only what lay above lies
+    ///   below
+    Q_INVOKABLE void choosePhotoAction(const QString& identifier);
+    /// Replaces the photo in hand.
+    Q_INVOKABLE void openPhoto();
+
+    /// Not while something lies over the editor.
+    bool wantsPhotos() const override;
+    /// An alert tells of those that have no place, and comes first.
+    void receivePhotos(std::vector<PhotoSource> photos) override;
 
     /// Asks whether to discard the work. Yes: posts `kDismissEditorsNotification` with this screen as its sender, and
     /// empties the two slots.
@@ -221,10 +220,10 @@ signals:
     /// After changes of what the properties above name; never during a gesture.
     void selectionChanged();
     void picturesChanged();
-    void menuPhotoChanged();
     void panelsChanged();
     void subToolsChanged();
     void backdropChanged();
+    void menuPhotoChanged();
 
 protected:
     std::span<const EditorSlider> sliderTable() const override { return kBlendSliders; }
@@ -288,14 +287,14 @@ private:
     std::optional<std::size_t> photoOf(const UIView* view) const;
 
     std::shared_ptr<ExportFinish> m_finish;
-    std::shared_ptr<PhotoCutting> m_cutting;
-    int m_menuPhoto = 0;
     BlendPanels m_panels;
     EditorToolBar m_subToolBar{kBlendSubTools, {}};
     QVariantList m_subTools; ///< of m_subToolBar, made when it changes
     /// Whether the two buttons that open and close their strip are on.
     bool m_toolSelected = false;
     bool m_stickerSelected = false;
+    std::shared_ptr<PhotoCutting> m_cutting;
+    int m_menuPhoto = 0;
     double m_side = 0; ///< W
     double m_toolSpacing = 0;
     std::shared_ptr<UIView> m_baseView;

@@ -27,20 +27,6 @@ inline constexpr std::array<EditorTool, 5> kBlendTools = {{
     {blendtool::kStickers, QT_TRANSLATE_NOOP("Lamina", "Sticker"), "Sticker", "Sticker1", 55},
 }};
 
-/// Identifiers of what can be done with one photo.
-namespace photoaction {
-inline constexpr std::string_view kReplace = "replace";
-inline constexpr std::string_view kCrop = "crop";
-inline constexpr std::string_view kSwap = "swap";
-} // namespace photoaction
-
-/// The menu of a photo, in its order.
-inline constexpr std::array<EditorTool, 3> kBlendPhotoActions = {{
-    {photoaction::kReplace, QT_TRANSLATE_NOOP("Lamina", "Replace"), "replace", "replace"},
-    {photoaction::kCrop, QT_TRANSLATE_NOOP("Lamina", "Crop again"), "crop", "crop"},
-    {photoaction::kSwap, QT_TRANSLATE_NOOP("Lamina", "Swap"), "swap", "swap"},
-}};
-
 /// Identifiers of the sub-tools.
 namespace blendsubtool {
 inline constexpr std::string_view kLeft = "left";
@@ -77,6 +63,20 @@ inline constexpr std::array<EditorSlider, 3> kBlendSliders = {{
 /// Where they stand when their panel opens.
 inline constexpr std::array<double, kBlendSliders.size()> kBlendSliderStarts = {
     kBlendSliders[0].start, kBlendSliders[1].start, kBlendSliders[2].start};
+
+/// Identifiers of what can be done with one photo.
+namespace photoaction {
+inline constexpr std::string_view kReplace = "replace";
+inline constexpr std::string_view kCrop = "crop";
+inline constexpr std::string_view kSwap = "swap";
+} // namespace photoaction
+
+/// The menu of a photo, in its order.
+inline constexpr std::array<EditorTool, 3> kBlendPhotoActions = {{
+    {photoaction::kReplace, QT_TRANSLATE_NOOP("Lamina", "Replace"), "replace", "replace"},
+    {photoaction::kCrop, QT_TRANSLATE_NOOP("Lamina", "Crop again"), "crop", "crop"},
+    {photoaction::kSwap, QT_TRANSLATE_NOOP("Lamina", "Swap"), "swap", "swap"},
+}};
 
 /// Points between the bar's buttons; see toolSpacing.
 inline constexpr std::array<double, 5> kBlendToolSpaces = {25, 35, 38, 43, 47};
