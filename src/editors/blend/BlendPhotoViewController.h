@@ -23,6 +23,7 @@
 #include <QVariant>
 #include <QVariantList>
 
+#include <functional>
 #include <array>
 #include <deque>
 #include <memory>
@@ -246,6 +247,7 @@ protected:
     void transformPhoto(UIView& view, const CGAffineTransform& transform) override;
     const UIView& exportedView() const override { return *m_mainImgView; }
     void prepareExport() override;
+    std::function<void()> hideHandles() const override;
 
 private:
     static constexpr int kFirstStickerTag = 500;

@@ -1,8 +1,8 @@
 #include "BlendEditorFixture.h"
 
-#include <cstdint>
-#include <cstddef>
 #include <QVariantMap>
+#include <cstddef>
+#include <cstdint>
 #include <initializer_list>
 #include <limits>
 #include <utility>

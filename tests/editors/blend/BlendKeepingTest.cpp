@@ -2,16 +2,18 @@
 #include "BlendEditorFixture.h"
 #include "CommandRunner.h"
 #include "LogCapture.h"
+#include "editors/blend/BlendTools.h"
 #include "editors/common/KeptJournal.h"
 #include "editors/common/KeptWork.h"
 #include "editors/common/RecordReading.h"
+#include "editors/stickers/IQStickerView.h"
+#include "editors/stickers/StickerBoard.h"
 #include "export/ExportScenes.h"
 #include "export/ExporterViewController.h"
 #include "export/SavingTypeController.h"
 #include "platform/base/UIColor.h"
 #include "platform/image/pixels/CGImage.h"
 #include "platform/view/UIApplication.h"
-#include "editors/blend/BlendTools.h"
 #include "platform/view/UIStoryboard.h"
 
 #include <csignal>
@@ -158,6 +160,20 @@ TEST_F(BlendKeeping, RecordsOfTheFirstVersionAreReadAndWhatMakesNoSenseIsNot)
         EXPECT_EQ(read.sliders, kBlendSliderStarts);
         EXPECT_TRUE(read.stickers.empty());
     }
+}
+
+TEST_F(BlendKeeping, ThePrintShowsNoHandles)
+{
+    editor->stickerImgGesture(6000);
+    IQStickerView& sticker = *StickerBoard::find(editor->mainImgView(), 500);
+    sticker.scaleBy(0.25);
+    editor->letGoOfStickers();
+    settle();
+    const std::string print = readFile(file("print.png"));
+    sticker.contentTapped();
+    settle();
+    EXPECT_EQ(readFile(file("print.png")), print);
+    EXPECT_TRUE(sticker.showsBorder() && !sticker.closeView().isHidden());
 }
 
 TEST_F(BlendKeeping, NobodyElseReadsItAndOldPicturesGo)

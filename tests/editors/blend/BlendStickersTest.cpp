@@ -2,8 +2,8 @@
 #include "editors/stickers/IQStickerView.h"
 #include "editors/stickers/Sticker.h"
 #include "editors/stickers/StickerBoard.h"
-#include "platform/image/pixels/CGImage.h"
 #include "platform/base/CGGeometry.h"
+#include "platform/image/pixels/CGImage.h"
 
 #include <cstddef>
 #include <functional>
@@ -81,6 +81,7 @@ TEST_F(BlendStickers, EveryChangeIsAStepThatUndoTakesBackWhole)
     for (const auto& c : table) {
         clock->advance(2);
         c.before();
+        DispatchQueue::main().runUntilIdle(); // what was scaled is drawn anew
         states.push_back(now());
         c.change();
     }

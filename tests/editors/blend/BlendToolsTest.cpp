@@ -3,11 +3,11 @@
 #include "editors/colorpicker/InfColorPickerController.h"
 #include "editors/colorpicker/InfColorPickerNavigationController.h"
 #include "platform/base/UIColor.h"
-#include "platform/view/UIViewAnimation.h"
 #include "platform/view/HeadlessHost.h"
+#include "platform/view/UIViewAnimation.h"
 
-#include <cstdint>
 #include <QStringList>
+#include <cstdint>
 #include <functional>
 #include <optional>
 #include <string>
