@@ -277,7 +277,7 @@ TEST_F(BlendPanelsMoving, APanelGoesWhenItIsOutOfSightAndLeavesANewerOne)
     pass(0.3);
     editor->FxBtn();
     pass(1);
-    EXPECT_EQ(editor->shownPanel(), "effects");
+    ASSERT_EQ(editor->shownPanel(), "effects");
     editor->panBtn(); // takes it out of sight, and keeps it
     pass(1);
     EXPECT_EQ(panels().fxView->value().origin.y, kHeight);
