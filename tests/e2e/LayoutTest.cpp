@@ -6,6 +6,7 @@
 #include "TestPictures.h"
 #include "app/ViewController.h"
 #include "editors/blend/PickedImages.h"
+#include "editors/colorpicker/InfColorPickerController.h"
 #include "export/ExporterViewController.h"
 #include "platform/base/CGGeometry.h"
 #include "platform/host/CanvasItem.h"
@@ -149,12 +150,38 @@ private:
         CanvasItem* const canvas = driver->canvas();
         if (!canvas || !frame->isAncestorOf(canvas))
             return;
+        if (driver->top<InfColorPickerController>())
+            return checkColorPicker(*canvas);
         EXPECT_EQ(canvas->width(), canvas->height());
         EXPECT_GT(canvas->width(), 100);
         for (const Pressable& one : pressables) // a notice has its place in the canvas where it has no other
             EXPECT_TRUE(nameOf(*one.item) == "Show" || nameOf(*one.item) == "Zeigen" ||
                         !cover(one.seen, placeOf(*canvas)))
                 << nameOf(*one.item) << " lies on the canvas";
+    }
+    /// What takes touches on its canvas is large enough, and reads without being cut or covered by the rest.
+    void checkColorPicker(CanvasItem& canvas)
+    {
+        const auto* const elements = canvas.elements();
+        std::vector<QRectF> places;
+        for (int row = 0; row < elements->rowCount(); ++row) {
+            const QRectF share = elements->data(elements->index(row, 0), elements->roleNames().key("info"))
+                                     .toMap()
+                                     .value(QStringLiteral("frame"))
+                                     .toRectF();
+            places.emplace_back(share.x() * canvas.width(), share.y() * canvas.height(), share.width() * canvas.width(),
+                                share.height() * canvas.height());
+            EXPECT_GE(places.back().width(), 43.5);
+            EXPECT_GE(places.back().height(), 43.5);
+        }
+        const QQuickItem* const field = driver->called(QStringLiteral("hex"));
+        ASSERT_NE(field, nullptr);
+        places.push_back(field->mapRectToItem(&canvas, QRectF(0, 0, field->width(), field->height())));
+        EXPECT_EQ(places.size(), 4);
+        EXPECT_GE(field->width(), 100);
+        for (auto one = places.begin(); one != places.end(); ++one)
+            for (auto other = std::next(one); other != places.end(); ++other)
+                EXPECT_FALSE(cover(*one, *other));
     }
     void checkAlone(const Pressable& one) const
     {
@@ -225,6 +252,15 @@ TEST_P(Layout, KeepsTheSheetsOfAnExportSo)
         sheet->backAction();
         driver->settle();
     }
+}
+
+TEST_P(Layout, KeepsTheColourPickerSo)
+{
+    const auto picker = InfColorPickerController::colorPickerViewController();
+    picker->setSourceColor(UIColor::brown());
+    picker->presentModallyOverViewController(*driver->top<ViewController>());
+    ASSERT_TRUE(driver->waitFor<InfColorPickerController>());
+    checkEverywhere("colour picker");
 }
 
 INSTANTIATE_TEST_SUITE_P(Speeches, Layout,

@@ -3,6 +3,7 @@
 #include "WindowDriver.h"
 
 #include "app/ViewController.h"
+#include "editors/colorpicker/InfColorPickerController.h"
 #include "export/ExportScenes.h"
 #include "export/JPGController.h"
 #include "export/MP4VideoController.h"
@@ -213,6 +214,20 @@ void shootTools(Shooter& shooter, BlendPhotoViewController& blend)
     blend.panBtn();
 }
 
+/// A colour in the making, and one that was written wrongly.
+void shootColorPicker(Shooter& shooter, UIViewController& editor)
+{
+    const auto picker = InfColorPickerController::colorPickerViewController();
+    picker->setSourceColor({18 / 255.0, 19 / 255.0, 22 / 255.0, 1});
+    picker->presentModallyOverViewController(editor);
+    shooter.driver().waitFor<InfColorPickerController>();
+    picker->takeHexText(QStringLiteral("#E5906F"));
+    shooter.shoot("color-picker");
+    shooter.driver().press(Qt::Key_Tab);
+    shooter.shoot("color-picker-focus");
+    shooter.driver().press(Qt::Key_Escape);
+}
+
 void shootRoad(const LaunchOptions& options, const QString& prefix)
 {
     Shooter shooter(options, prefix);
@@ -269,6 +284,7 @@ void shootRoad(const LaunchOptions& options, const QString& prefix)
     if (!blend)
         return;
     shootTools(shooter, *blend);
+    shootColorPicker(shooter, *blend);
     blend->photo1();
     shooter.shoot("not-movable");
     driver.press(Qt::Key_Escape);

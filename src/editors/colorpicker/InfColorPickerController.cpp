@@ -12,10 +12,12 @@
 #include "platform/view/UIBarButtonItem.h"
 #include "platform/view/UIControl.h"
 #include "platform/view/UIStoryboard.h"
+#include "platform/view/UIView.h"
 
 #include <QCoreApplication>
 
 #include <cmath>
+#include <cstddef>
 #include <string>
 
 namespace lamina {
@@ -273,6 +275,7 @@ void InfColorPickerController::takeBarValue(const InfColorBarPicker& sender)
 {
     if (m_settingControls)
         return;
+    m_movedLast = BarTag;
     m_values.hue = sender.value();
     if (isViewLoaded()) {
         m_squareView->setHue(m_values.hue);
@@ -285,6 +288,7 @@ void InfColorPickerController::takeSquareValue(const InfColorSquarePicker& sende
 {
     if (m_settingControls)
         return;
+    m_movedLast = SquareTag;
     m_values.saturation = static_cast<float>(sender.value().x);
     m_values.brightness = static_cast<float>(sender.value().y);
     updateResultColor();
@@ -298,9 +302,10 @@ void InfColorPickerController::takeBackgroundColor(const UIView& sender)
 
 bool InfColorPickerController::stepBy(int tag, double right, double up)
 {
-    if (tag == SquareTag && isViewLoaded())
+    const int stepped = tag == 0 ? m_movedLast : tag;
+    if (stepped == SquareTag && isViewLoaded())
         m_squarePicker->stepBy(right, up);
-    else if (tag == BarTag && isViewLoaded())
+    else if (stepped == BarTag && isViewLoaded())
         m_barPicker->stepBy(static_cast<float>(right + up));
     else
         return false;
