@@ -122,7 +122,7 @@ void IQStickerView::setContentView(std::shared_ptr<UIView> content)
     m_contentView = std::move(content);
     if (!m_contentView)
         return;
-    m_contentView->setFrame(bounds().insetBy(kGlobalInset, kGlobalInset));
+    layOutContent();
     m_contentView->setAutoresizingMask(UIViewAutoresizing::FlexibleWidth | UIViewAutoresizing::FlexibleHeight);
     m_contentView->setBackgroundColor(UIColor::clear());
     m_contentView->layer().setBorderColor(UIColor::brown());
@@ -143,10 +143,17 @@ void IQStickerView::setShowsBorder(bool shows)
         m_contentView->layer().setBorderColor(shows ? UIColor::brown() : UIColor::clear());
 }
 
+/// Following by its mask it would drift by roundings, and differ from that of a sticker made anew.
+void IQStickerView::layOutContent()
+{
+    if (m_contentView)
+        m_contentView->setFrame(bounds().insetBy(kGlobalInset, kGlobalInset));
+}
+
 void IQStickerView::settle()
 {
-    if (auto* const content = dynamic_cast<IQStickerContent*>(m_contentView.get()))
-        content->sizeDidSettle();
+    if (content() && !m_isInGesture)
+        content()->sizeDidSettle();
 }
 
 // ---- handles ----
@@ -207,6 +214,7 @@ void IQStickerView::hideEditingHandles()
     const std::shared_ptr<IQStickerView> former = std::exchange(active(), nullptr); // it may be this one's last holder
     m_isShowingEditingHandles = false;
     setHandlesHidden(true);
+    settle();
     if (const auto told = delegate())
         told->stickerViewDidHideEditingHandles(*this);
 }
@@ -236,15 +244,15 @@ void IQStickerView::setFrame(const CGRect& frame)
 {
     UIView::setFrame(frame);
     refresh();
-    if (!m_isInGesture)
-        settle();
+    layOutContent();
+    settle();
 }
 
 void IQStickerView::setBounds(const CGRect& bounds)
 {
     UIView::setBounds(bounds);
-    if (!m_isInGesture)
-        settle();
+    layOutContent();
+    settle();
 }
 
 // ---- gestures ----
@@ -394,8 +402,13 @@ bool IQStickerView::moveBy(double dx, double dy)
 
 bool IQStickerView::scaleBy(double factor)
 {
-    if (!scaleBounds(bounds(), factor))
+    const bool wasInGesture = std::exchange(m_isInGesture, true);
+    const bool scaled = scaleBounds(bounds(), factor);
+    m_isInGesture = wasInGesture;
+    if (!scaled)
         return false;
+    if (content())
+        content()->sizeDidChange();
     tellEnd(EditSeries::Zoom);
     return true;
 }
