@@ -267,6 +267,13 @@ void shootRoad(const LaunchOptions& options, const QString& prefix)
     if (!blend)
         return;
     shootTools(shooter, *blend);
+    blend->openPhotoMenu(2);
+    shooter.shoot("photo-menu");
+    driver.press(Qt::Key_Escape);
+    blend->stickerImgGesture(6000);
+    driver.tapOnly(*driver.canvas());
+    shooter.shoot("sticker");
+    driver.press(Qt::Key_Delete);
     blend->photo1();
     shooter.shoot("not-movable");
     driver.press(Qt::Key_Escape);
