@@ -199,6 +199,8 @@ void shootTools(Shooter& shooter, BlendPhotoViewController& blend)
     blend.chooseTool(QStringLiteral("effects"));
     blend.slide(50, 34);
     blend.slide(52, 0.62);
+    blend.undo();
+    blend.redo(); // the sliders hear of it as they would after a step
     shooter.shoot("blend-effects");
     blend.chooseTool(QStringLiteral("stickers"));
     // As many as any window shows.

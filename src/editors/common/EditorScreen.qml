@@ -164,7 +164,7 @@ AppScreen {
     Item {
         id: dock
         anchors.fill: parent
-        z: editor.covering ? 1 : 0
+        z: editor.covering || editor.wide ? 1 : 0
     }
 
     ToolBar {

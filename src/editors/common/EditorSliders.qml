@@ -11,7 +11,7 @@ EditorPanel {
     readonly property var rows: controller.sliders
     // More are cut, so that one sees that they scroll.
     readonly property real rowsSeen: 3.55
-    readonly property real lead: layout.wide ? 0 : Tokens.space.xs
+    readonly property real lead: layout.wide ? 0 : layout.small ? Tokens.space.s : Tokens.space.xs
     readonly property real whole: lead + rows.length * lines.pitch + foot + 2 * edge
 
     kind: "drawer"

@@ -46,11 +46,9 @@ ListView {
         }
     }
     WheelHandler {
-        onWheel: event => {
-            const by = event.angleDelta.y !== 0 ? event.angleDelta.y : event.angleDelta.x
-            strip.contentX = Math.max(strip.originX, Math.min(strip.contentX - by,
-                                                              strip.originX + strip.contentWidth - strip.width))
-        }
+        acceptedDevices: PointerDevice.Mouse | PointerDevice.TouchPad
+        onWheel: event => strip.contentX = Math.max(strip.originX, Math.min(strip.contentX - event.angleDelta.y,
+            strip.originX + strip.contentWidth - strip.width))
     }
 
     delegate: ThumbnailButton {
