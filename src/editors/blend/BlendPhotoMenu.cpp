@@ -19,8 +19,6 @@ namespace lamina {
 
 namespace {
 
-constexpr std::size_t kFirst = 0;
-constexpr std::size_t kSecond = 1;
 constexpr const char* kNoOriginal = QT_TRANSLATE_NOOP("Lamina", "its original is no longer at hand");
 
 int numberOf(std::size_t photo)

@@ -216,6 +216,12 @@ protected:
 
     /// The view that an export shows.
     virtual const UIView& exportedView() const = 0;
+    /// Hides what stands on the canvas for the user's hands alone, and gives what brings it back: for a picture in
+    /// between of which nobody hears. Default: nothing.
+    virtual std::function<void()> hideHandles() const
+    {
+        return [] {};
+    }
     /// The changes that an export makes to the canvas. Default: none.
     virtual void prepareExport() {}
 
