@@ -2,6 +2,7 @@
 
 #include "app/MainStoryboard.h"
 #include "app/PinchZoomViewController.h"
+#include "editors/blend/PhotoCutting.h"
 #include "editors/blend/PickedImages.h"
 #include "platform/base/Localization.h"
 #include "platform/base/UIScreen.h"
@@ -10,16 +11,12 @@
 #include "platform/view/UINavigationController.h"
 #include "platform/view/UIStoryboard.h"
 
-#include <cmath>
-#include <string>
 #include <utility>
 #include <vector>
 
 namespace lamina {
 
 namespace {
-
-constexpr int kPhotosOfABlend = 2;
 
 QString backdropName()
 {
@@ -116,13 +113,8 @@ void ImagePIckingViewController::pickByHand(UIImagePickerControllerSourceType so
 std::shared_ptr<UIImagePickerController>
 ImagePIckingViewController::makePicker(UIImagePickerControllerSourceType source)
 {
-    auto picker = std::make_shared<UIImagePickerController>();
-    picker->setDelegate(std::shared_ptr<UIImagePickerControllerDelegate>(shared_from_this(), this));
-    picker->setSourceType(source);
-    picker->setModalPresentationStyle(UIModalPresentationStyle::CurrentContext);
-    // Fully zoomed in, the crop still finds a pixel for each point.
-    picker->setShortSide(static_cast<int>(std::ceil(kMaximumCropZoom * UIScreen::main().bounds.width)));
-    return picker;
+    return makeCropPicker(std::shared_ptr<UIImagePickerControllerDelegate>(shared_from_this(), this), source,
+                          UIScreen::main().bounds.width);
 }
 
 void ImagePIckingViewController::imagePickerControllerDidCancel(UIImagePickerController& picker)
@@ -136,18 +128,18 @@ void ImagePIckingViewController::imagePickerController(UIImagePickerController& 
 {
     const auto self = std::static_pointer_cast<ImagePIckingViewController>(shared_from_this());
     m_leadsToCrop = true;
-    picker.dismiss(
-        true, [self, container = parentViewController(), image = didFinishPickingMediaWithInfo.originalImage] {
-            self->m_leadsToCrop = false;
-            if (self->parentViewController() != container) // this screen was left meanwhile
-                return;
-            const auto crop = UIStoryboard::named(kMainStoryboard)->instantiate<PinchZoomViewController>(scene::kCrop);
-            if (!crop)
-                return;
-            crop->pickedImage = image;
-            crop->setModalPresentationStyle(UIModalPresentationStyle::CurrentContext);
-            self->present(crop, true);
-        });
+    picker.dismiss(true, [self, container = parentViewController(), photo = didFinishPickingMediaWithInfo] {
+        self->m_leadsToCrop = false;
+        if (self->parentViewController() != container) // this screen was left meanwhile
+            return;
+        const auto crop = UIStoryboard::named(kMainStoryboard)->instantiate<PinchZoomViewController>(scene::kCrop);
+        if (!crop)
+            return;
+        crop->pickedImage = photo.originalImage;
+        crop->pickedSource = photo.source;
+        crop->setModalPresentationStyle(UIModalPresentationStyle::CurrentContext);
+        self->present(crop, true);
+    });
 }
 
 bool ImagePIckingViewController::wantsPhotos() const
@@ -160,27 +152,15 @@ void ImagePIckingViewController::receivePhotos(std::vector<PhotoSource> photos)
     if (!wantsPhotos())
         return;
     m_waiting.clear();
-    int wanted = firstPickedImage ? 2 : 1;
+    std::size_t wanted = firstPickedImage ? 2 : 1;
     m_leftOut = 0;
     for (PhotoSource& photo : photos) {
         if (wanted <= kPhotosOfABlend)
-            m_waiting.push_back({std::move(photo), wanted++});
+            m_waiting.push_back({std::move(photo), static_cast<int>(wanted++)});
         else
             ++m_leftOut;
     }
     openWaitingPhoto();
-}
-
-void ImagePIckingViewController::tellLeftOut(std::size_t count)
-{
-    const std::string message =
-        count == 1 ? localizedString("Lamina blends two photos. One was left out.")
-                   : localizedText("Lamina blends two photos. %1 were left out.", {std::to_string(count)});
-    const auto self = std::static_pointer_cast<ImagePIckingViewController>(shared_from_this());
-    const auto goOn = [self] { self->openWaitingPhoto(); };
-    present(UIAlertController::make(localizedString("Too many photos"), message,
-                                    {{localizedString("OK"), UIAlertActionStyle::Default, goOn}}),
-            true);
 }
 
 /// A photo for the second step waits until the first one is cropped.
@@ -189,7 +169,7 @@ void ImagePIckingViewController::openWaitingPhoto()
     if (m_waiting.empty() || m_waiting.front().step != step() || !isAppearing() || !wantsPhotos())
         return;
     if (const std::size_t count = std::exchange(m_leftOut, 0); count > 0)
-        return tellLeftOut(count);
+        return presentLeftOut(*this, count, [self = shared_from_this(), this] { openWaitingPhoto(); });
     const auto picker = makePicker(UIImagePickerControllerSourceType::PhotoLibrary);
     picker->setPreselected(std::move(m_waiting.front().photo));
     m_waiting.pop_front();

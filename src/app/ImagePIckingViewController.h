@@ -71,7 +71,6 @@ private:
     std::shared_ptr<UIImagePickerController> makePicker(UIImagePickerControllerSourceType source);
     void pickByHand(UIImagePickerControllerSourceType source);
     void openWaitingPhoto();
-    void tellLeftOut(std::size_t count);
 
     /// A photo that came from outside, for the first or the second step.
     struct WaitingPhoto {

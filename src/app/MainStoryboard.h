@@ -1,5 +1,6 @@
 #pragma once
 
+#include "editors/blend/PhotoCutting.h"
 #include "platform/view/UIStoryboard.h"
 
 namespace lamina {
@@ -8,7 +9,7 @@ namespace lamina {
 namespace scene {
 inline constexpr const char* kHome = "ViewController";
 inline constexpr const char* kSourceChoice = "ImagePIckingViewController";
-inline constexpr const char* kCrop = "PinchZoomViewController";
+inline constexpr const char* kCrop = blendscene::kCrop;
 inline constexpr const char* kAbout = "AboutViewController";
 inline constexpr const char* kBlend = "BlendPhotoViewController";
 } // namespace scene

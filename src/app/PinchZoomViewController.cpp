@@ -19,8 +19,8 @@ PinchZoomViewController::~PinchZoomViewController() = default;
 void PinchZoomViewController::viewDidLoad()
 {
     UIViewController::viewDidLoad();
-    m_step = firstPickedImage ? 2 : 1;
-    m_side = UIScreen::main().bounds.width;
+    m_step = m_task ? m_task->number : firstPickedImage ? 2 : 1;
+    m_side = m_task ? m_task->side : UIScreen::main().bounds.width;
     const CGRect square{0, 0, m_side, m_side};
     m_containerView = std::make_shared<UIView>(square);
     m_scrollView = std::make_shared<UIScrollView>(square);
@@ -30,8 +30,16 @@ void PinchZoomViewController::viewDidLoad()
     m_containerView->addSubview(m_scrollView);
     view().addSubview(m_containerView);
     layOutPhoto();
+    if (m_task && m_task->crop)
+        takePlace(*m_task->crop);
     m_containerView->setClipsToBounds(true);
     m_containerView->setOpaque(false); // a translucent photo stays so
+}
+
+void PinchZoomViewController::setTask(CropTask task)
+{
+    pickedImage = task.photo;
+    m_task = std::move(task);
 }
 
 void PinchZoomViewController::layOutPhoto()
@@ -53,6 +61,14 @@ void PinchZoomViewController::layOutPhoto()
     m_containerImageView->setImage(pickedImage);
     m_containerImageView->setUserInteractionEnabled(true);
     m_containerImageView->setMultipleTouchEnabled(true);
+}
+
+/// The square may have had another size then.
+void PinchZoomViewController::takePlace(const PhotoCrop& place)
+{
+    const double ratio = place.squareSide > 0 ? m_side / place.squareSide : 1;
+    m_scrollView->setZoomScale(place.zoomScale);
+    m_scrollView->setContentOffset({place.contentOffset.x * ratio, place.contentOffset.y * ratio});
 }
 
 UIView* PinchZoomViewController::viewForZoomingInScrollView(UIScrollView&)
@@ -114,7 +130,8 @@ void PinchZoomViewController::backButton()
     if (std::exchange(m_leaving, true))
         return;
     dismiss(true);
-    givePickedImagesUp();
+    if (!m_task)
+        givePickedImagesUp();
 }
 
 void PinchZoomViewController::doneButton()
@@ -122,21 +139,31 @@ void PinchZoomViewController::doneButton()
     if (m_leaving || presentedViewController())
         return;
     view(); // without it there is no square to cut
-    const bool had = static_cast<bool>(firstPickedImage);
-    const UIImage image = croppedImage();
+    UIImage image = croppedImage();
     if (!image)
         return presentFailure(*this, localizedString("Can’t crop the photo"),
                               {localizedString("The photo"), cause::kNoMemory});
-    if (!had) {
-        firstPickedImage = image;
+    if (!m_task)
+        return takeForSlots(std::move(image));
+    m_leaving = true;
+    dismiss(true);
+    m_task->done(std::move(image), crop());
+}
+
+void PinchZoomViewController::takeForSlots(UIImage image)
+{
+    if (!firstPickedImage) {
+        firstPickedImage = std::move(image);
         firstPickedCrop = crop();
+        firstPickedSource = pickedSource;
         forgetImageSetAside();
         m_leaving = true;
         dismiss(true);
         return;
     }
-    secondPickedImage = image;
+    secondPickedImage = std::move(image);
     secondPickedCrop = crop();
+    secondPickedSource = pickedSource;
     performSegue(segue::kToBlend, this);
 }
 

@@ -1,7 +1,9 @@
 #pragma once
 
+#include "editors/blend/PhotoCutting.h"
 #include "editors/blend/PickedImages.h"
 #include "platform/image/pixels/UIImage.h"
+#include "platform/photos/PhotoSource.h"
 #include "platform/view/UIGestureRecognizer.h"
 #include "platform/view/UIImageView.h"
 #include "platform/view/UIPanGestureRecognizer.h"
@@ -10,16 +12,15 @@
 #include "platform/view/UIViewController.h"
 
 #include <memory>
+#include <optional>
 
 namespace lamina {
 
-/// How far a photo can be zoomed in the crop square; a decoder must leave the pixels for it.
-inline constexpr double kMaximumCropZoom = 6.0;
-
 /// The crop screen: a photo placed behind a square by scrolling and zooming, and cut out of it. What the square shows
-/// at that moment becomes a picture of S × S pixels, one a point, S being the main screen's width when the view loads.
-/// Main thread only.
+/// at that moment becomes a picture of S × S pixels, one a point, S being the main screen's width when the view loads,
+/// or what a task says. Main thread only.
 class PinchZoomViewController : public UIViewController,
+                                public PhotoCropScreen,
                                 public UIScrollViewDelegate,
                                 public UIGestureRecognizerDelegate {
     Q_OBJECT
@@ -34,6 +35,11 @@ public:
 
     /// The photo to be cropped, upright; set before the view loads.
     UIImage pickedImage;
+    /// Where it came from; set likewise.
+    PhotoSource pickedSource;
+
+    /// Cuts a photo of an editor: neither button touches the slots then.
+    void setTask(CropTask task) override;
 
     /// Lays the square out; at zoom 1 the photo fills it on its shorter side and starts at its top left.
     void viewDidLoad() override;
@@ -44,7 +50,7 @@ public:
     /// slot and the blend editor opens. When memory is short an alert says so, and the screen stays as it is.
     Q_INVOKABLE void doneButton();
 
-    /// 1 while the first photo of the blend is cropped, 2 for the second. As it was when the view loaded.
+    /// Whose photo of the blend is cropped, 1 or 2. As it was when the view loaded.
     int step() const { return m_step; }
     /// How large the photo stands behind the square, from 1, which fills it. Setting it zooms about the middle of the
     /// square, within the limits.
@@ -83,9 +89,12 @@ signals:
 
 private:
     void layOutPhoto();
+    void takePlace(const PhotoCrop& place);
+    void takeForSlots(UIImage image);
     UIImage croppedImage() const;
     PhotoCrop crop() const;
 
+    std::optional<CropTask> m_task;
     int m_step = 1;
     bool m_leaving = false; ///< an impatient second press must not take the photo for the other step
     double m_side = 0;      ///< S

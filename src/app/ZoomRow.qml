@@ -41,6 +41,7 @@ Item {
         snapMode: ValueSlider.NoSnap
         value: Math.log(row.controller.zoomScale)
         onMoved: row.controller.zoomScale = Math.exp(slider.value)
+        onSought: wanted => row.controller.zoomScale = Math.exp(wanted)
     }
     IconButton {
         id: plus

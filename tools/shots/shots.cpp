@@ -191,7 +191,7 @@ void shootPanels(Shooter& shooter)
     shooter.driver().settle();
 }
 
-/// A colour in the making, and one that was written wrongly.
+/// A colour in the making, as a finger and as keys find it.
 void shootColorPicker(Shooter& shooter, UIViewController& editor)
 {
     const auto picker = InfColorPickerController::colorPickerViewController();
@@ -203,6 +203,29 @@ void shootColorPicker(Shooter& shooter, UIViewController& editor)
     shooter.driver().press(Qt::Key_Tab);
     shooter.shoot("color-picker-focus");
     shooter.driver().press(Qt::Key_Escape);
+}
+
+/// What the blend's tools open, with something done by each.
+void shootTools(Shooter& shooter, BlendPhotoViewController& blend)
+{
+    blend.chooseTool(QStringLiteral("tools"));
+    blend.chooseSubTool(QStringLiteral("horizontal"));
+    shooter.shoot("blend-tools");
+    blend.chooseTool(QStringLiteral("effects"));
+    blend.slide(50, 34);
+    blend.slide(52, 0.62);
+    blend.undo();
+    blend.redo(); // the sliders hear of it as they would after a step
+    shooter.shoot("blend-effects");
+    blend.chooseTool(QStringLiteral("stickers"));
+    // As many as any window shows.
+    WindowDriver::waitUntil([&] { return blend.stickerStrip()->property("count").toInt() >= 84; }, 5);
+    shooter.shoot("blend-stickers");
+    shooter.driver().press(Qt::Key_Tab);
+    blend.chooseTool(QStringLiteral("stickers"));
+    shooter.shoot("blend-closed");
+    blend.resetBtn();
+    blend.panBtn();
 }
 
 void shootRoad(const LaunchOptions& options, const QString& prefix)
@@ -260,6 +283,7 @@ void shootRoad(const LaunchOptions& options, const QString& prefix)
     const auto blend = driver.top<BlendPhotoViewController>();
     if (!blend)
         return;
+    shootTools(shooter, *blend);
     shootColorPicker(shooter, *blend);
     blend->photo1();
     shooter.shoot("not-movable");

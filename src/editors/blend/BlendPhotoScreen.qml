@@ -27,27 +27,71 @@ EditorScreen {
         room: selector.width
         x: selector.x + (selector.width - width) / 2
         y: blend.layout.underFoot + (space - height) / 2
-        shown: blend.controller.panBool && !blend.controller.edited && blend.controller.notice === ""
+        shown: blend.controller.panBool && !blend.controller.edited && blend.controller.notice === "" && !blend.docked
         text: blend.gestureHint
     }
 
-    panelContent: [
-        StyledText {
-            width: parent ? parent.width : 0
-            text: qsTranslate("Lamina", "Move")
-            role: Tokens.type.caption
-            strong: true
-            Accessible.role: Accessible.Heading
-            Accessible.name: text
+    // What is said of the photos that a tool acts on; nothing where neither is chosen.
+    function on(photo1, photo2, title) {
+        return photo1 && photo2 ? qsTranslate("Lamina", "%1 on both photos").arg(title)
+             : photo1 ? qsTranslate("Lamina", "%1 on photo %2").arg(title).arg(1)
+             : photo2 ? qsTranslate("Lamina", "%1 on photo %2").arg(title).arg(2) : title
+    }
+
+    panels: [
+        EditorPanel {
+            name: ""
+            current: blend.controller.shownPanel
+            layout: blend.layout
+            wideOnly: true
+            heading: qsTranslate("Lamina", "Move")
+            ScrollPage {
+                anchors.fill: parent
+                contentHeight: hint.height
+                clip: interactive
+                reading: true
+                StyledText {
+                    id: hint
+                    width: parent.width
+                    text: !blend.controller.panBool
+                        ? qsTranslate("Lamina", "Choose Move to drag the second photo and to zoom it.")
+                        : Host.mouseAtHand
+                        ? qsTranslate("Lamina", "Drag the second photo, turn the wheel to zoom it. Arrow keys move it a little, plus and minus zoom.")
+                        : qsTranslate("Lamina", "Drag the second photo, pinch to zoom it. Arrow keys move it a little, plus and minus zoom.")
+                    role: Tokens.type.caption
+                    color: Tokens.palette.textSecondary
+                    Accessible.name: text
+                }
+            }
         },
-        StyledText {
-            width: parent ? parent.width : 0
-            text: Host.mouseAtHand
-                ? qsTranslate("Lamina", "Drag the second photo, turn the wheel to zoom it. Arrow keys move it a little, plus and minus zoom.")
-                : qsTranslate("Lamina", "Drag the second photo, pinch to zoom it. Arrow keys move it a little, plus and minus zoom.")
-            role: Tokens.type.caption
-            color: Tokens.palette.textSecondary
-            Accessible.name: text
+        EditorTray {
+            name: "tools"
+            current: blend.controller.shownPanel
+            layout: blend.layout
+            // With both on, tools take the second.
+            heading: blend.on(blend.controller.photo1Selected && !blend.controller.photo2Selected,
+                              blend.controller.photo2Selected, qsTranslate("Lamina", "Tools"))
+            tools: blend.controller.subTools
+            swatches: ({ color: blend.controller.backdrop })
+            onChosen: identifier => blend.controller.chooseSubTool(identifier)
+            onHideAsked: blend.controller.toolBtn()
+        },
+        EditorSliders {
+            name: "effects"
+            current: blend.controller.shownPanel
+            layout: blend.layout
+            heading: blend.on(blend.controller.photo1Selected, blend.controller.photo2Selected, qsTranslate("Lamina", "Effects"))
+            controller: blend.controller
+            onHideAsked: blend.controller.hideFxViewBtnClicked()
+        },
+        EditorThumbnails {
+            name: "stickers"
+            current: blend.controller.shownPanel
+            layout: blend.layout
+            heading: qsTranslate("Lamina", "Stickers")
+            thumbnails: blend.controller.stickerStrip
+            onChosen: tag => blend.controller.stickerImgGesture(tag)
+            onHideAsked: blend.controller.stickerBtn()
         }
     ]
 }

@@ -3,10 +3,10 @@
 #include "editors/blend/BlendTools.h"
 #include "editors/blend/PickedImages.h"
 #include "editors/common/EditorNotifications.h"
-#include "editors/common/PanelAnimation.h"
 #include "platform/base/CGAffineTransform.h"
 #include "platform/base/Localization.h"
 #include "platform/base/NotificationCenter.h"
+#include "platform/base/UIColor.h"
 #include "platform/base/UIScreen.h"
 #include "platform/image/pixels/UIImage.h"
 #include "platform/view/UIAlertController.h"
@@ -20,8 +20,8 @@ namespace {
 
 constexpr std::size_t kFirst = 0;
 constexpr std::size_t kSecond = 1;
-constexpr int kFirstStickerTag = 500;
-constexpr double kHiddenToolStrip = -250.0;
+/// Of the screen itself, behind the canvas: #121316.
+constexpr UIColor kGround{0x12 / 255.0, 0x13 / 255.0, 0x16 / 255.0, 1.0};
 
 template <class View>
 std::shared_ptr<View> makeSquareView(double side)
@@ -37,13 +37,17 @@ BlendPhotoViewController::BlendPhotoViewController()
     : CompositionEditor(kBlendTools, blendtool::kPan)
     , m_finish(std::make_shared<ExportFinish>(*this,
                                               ExportedWork{[this] { return flattened(); }, [this] { workExported(); }}))
+    , m_cutting(std::make_shared<PhotoCutting>(*this))
 {
-    setToolAction(blendtool::kReset, [this] { resetBtn(); });
-    setToolAction(blendtool::kPan, [this] { panBtn(); });
+    setUpTools();
     watchProperties();
 }
 
-BlendPhotoViewController::~BlendPhotoViewController() = default;
+BlendPhotoViewController::~BlendPhotoViewController()
+{
+    if (m_baseView)
+        StickerBoard::leave(*m_baseView);
+}
 
 void BlendPhotoViewController::watchProperties()
 {
@@ -60,6 +64,20 @@ void BlendPhotoViewController::watchProperties()
             return std::array{composition().photos[kFirst].image, composition().photos[kSecond].image};
         },
         [this] { emit picturesChanged(); }, areIdentical);
+    watch([this] { return std::tuple{shownPanel(), stickerStrip()}; }, [this] { emit panelsChanged(); });
+    watch([this] { return m_subToolBar; },
+          [this] {
+              m_subTools = m_subToolBar.list();
+              emit subToolsChanged();
+          });
+    watch([this] { return composition().backdrop; }, [this] { emit backdropChanged(); });
+    // Whoever finds the editor open finds its photos in the slots, whichever way they came.
+    watch(
+        [this] {
+            return std::array{composition().photos[kFirst].actualImage, composition().photos[kSecond].actualImage};
+        },
+        [this] { putPickedPhotos(composition()); }, areIdentical);
+    connect(this, &EditorViewController::changed, this, &BlendPhotoViewController::closePhotoMenu);
 }
 
 void BlendPhotoViewController::viewDidLoad()
@@ -70,10 +88,10 @@ void BlendPhotoViewController::viewDidLoad()
     m_side = resumed() ? resumed()->side : UIScreen::main().bounds.width;
     m_toolSpacing = lamina::toolSpacing(m_side, kBlendToolSpaces);
     m_baseView = makeCanvas({0, 0, m_side, m_side});
+    view().setBackgroundColor(kGround);
     view().addSubview(m_baseView);
     takePickedPhotos();
-    m_stickerHandleTag = kFirstStickerTag;
-    m_stickerTags.clear();
+    setUpStickers();
     createLayout();
     open();
 }
@@ -85,18 +103,21 @@ void BlendPhotoViewController::takePickedPhotos()
     composition.side = m_side;
     composition.photos[kFirst].actualImage = firstPickedImage;
     composition.photos[kFirst].crop = firstPickedCrop;
+    composition.photos[kFirst].source = firstPickedSource;
     composition.photos[kSecond].actualImage = secondPickedImage;
     composition.photos[kSecond].crop = secondPickedCrop;
+    composition.photos[kSecond].source = secondPickedSource;
     composition.photo2Selected = true;
 }
 
-/// Whoever finds the editor open finds its photos in the slots, whichever way it was opened.
 void BlendPhotoViewController::putPickedPhotos(const BlendComposition& composition)
 {
     firstPickedImage = composition.photos[kFirst].actualImage;
     firstPickedCrop = composition.photos[kFirst].crop;
+    firstPickedSource = composition.photos[kFirst].source;
     secondPickedImage = composition.photos[kSecond].actualImage;
     secondPickedCrop = composition.photos[kSecond].crop;
+    secondPickedSource = composition.photos[kSecond].source;
 }
 
 std::shared_ptr<UIView> BlendPhotoViewController::canvasView()
@@ -116,12 +137,14 @@ void BlendPhotoViewController::createLayout()
     composition.bringToFront(kFirst);
     composition.current = kSecond;
     composition.backdrop.reset();
+    composition.stickers.clear();
     buildTree();
     enterMoveMode();
 }
 
 void BlendPhotoViewController::buildTree()
 {
+    StickerBoard::leave(*m_baseView);
     while (!m_baseView->subviews().empty())
         m_baseView->subviews().back()->removeFromSuperview();
 
@@ -137,6 +160,7 @@ void BlendPhotoViewController::buildTree()
         m_imgViews[index] = makePhotoView(composition().photos[index]);
         m_mainImgView->addSubview(m_imgViews[index]);
     }
+    m_stickers.show(*m_mainImgView, composition().stickers);
     if (panBool())
         addGesture(currentImageView());
 }
@@ -155,11 +179,7 @@ std::shared_ptr<UIImageView> BlendPhotoViewController::makePhotoView(const Blend
 void BlendPhotoViewController::showComposition()
 {
     buildTree();
-    if (!panBool())
-        return;
-    hidePanels();
-    editedToolBar().clearBackgrounds();
-    editedToolBar().setActiveTool(blendtool::kPan);
+    showMode(composition().mode);
 }
 
 void BlendPhotoViewController::photo1()
@@ -209,7 +229,6 @@ void BlendPhotoViewController::showNotMovableAlert()
 void BlendPhotoViewController::resetBtn()
 {
     act([this] {
-        editedComposition().panBool = false;
         createLayout();
         editedToolBar().setActiveTool(blendtool::kReset);
         hidePanels();
@@ -225,11 +244,11 @@ void BlendPhotoViewController::enterMoveMode()
 {
     for (UIImageView* view : {&imgView1(), &imgView2(), &mainImgView()})
         view->setUserInteractionEnabled(true);
-    editedComposition().panBool = true;
+    editedComposition().mode = BlendMode::Move;
     hidePanels();
     editedComposition().photo1Selected = false;
     editedComposition().photo2Selected = true;
-    editedToolBar().setActiveTool(blendtool::kPan);
+    takeBar(BlendMode::Move);
     panBtnFunc();
 }
 
@@ -237,15 +256,18 @@ void BlendPhotoViewController::panBtnFunc()
 {
     BlendComposition& composition = editedComposition();
     if (!composition.toolBool)
-        m_panels.toolSubViewTopConst = kHiddenToolStrip;
+        m_panels.toolSubViewTopConst = blendpanel::kHiddenToolStrip;
     currentImageView().removeAllGestureRecognizers();
-    if (composition.photo2Selected && !composition.photo1Selected) {
+    if (composition.bothSelected()) {
+        m_baseView->bringSubviewToFront(*m_mainImgView);
+    } else if (composition.photo2Selected) {
         composition.current = kSecond;
         composition.bringToFront(kSecond);
         m_mainImgView->bringSubviewToFront(imgView2());
     }
     addGesture(currentImageView());
-    bringStickersToFront();
+    m_stickers.hideHandles(*m_mainImgView);
+    m_stickers.bringToFront(*m_mainImgView);
 }
 
 void BlendPhotoViewController::addGesture(UIImageView& view)
@@ -285,28 +307,14 @@ std::optional<std::size_t> BlendPhotoViewController::photoOf(const UIView* view)
     return std::nullopt;
 }
 
-void BlendPhotoViewController::hidePanels()
-{
-    animatePanels([this, screen = view().frame()] {
-        m_panels.toolSubViewTopConst = kHiddenToolStrip;
-        m_panels.fxView = {0, screen.size.height, screen.size.width, 180};
-        m_panels.stickerScrollView = {0, screen.size.height, screen.size.width, 50};
-    });
-}
-
-void BlendPhotoViewController::bringStickersToFront()
-{
-    for (const int tag : m_stickerTags) {
-        if (UIView* sticker = view().viewWithTag(tag))
-            m_mainImgView->bringSubviewToFront(*sticker);
-    }
-}
-
 void BlendPhotoViewController::prepareExport()
 {
     editedComposition().backdrop = UIColor::white();
     m_mainImgView->setBackgroundColor(composition().backdrop);
-    amendRecorded([](BlendComposition& recorded) { recorded.backdrop = UIColor::white(); });
+    amendRecorded([this](BlendComposition& recorded) {
+        recorded.backdrop = UIColor::white();
+        finishStickers(recorded);
+    });
 }
 
 void BlendPhotoViewController::backBtn()
@@ -320,7 +328,7 @@ void BlendPhotoViewController::backBtn()
 void BlendPhotoViewController::shareBtn()
 {
     cancelGestures();
-    bringStickersToFront();
+    amendRecorded([this](BlendComposition& recorded) { finishStickers(recorded); });
     m_finish->openChooser();
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "editors/common/EditorSlider.h"
 #include "editors/common/EditorToolBar.h"
 
 #include <array>
@@ -24,6 +25,57 @@ inline constexpr std::array<EditorTool, 5> kBlendTools = {{
     {blendtool::kTools, QT_TRANSLATE_NOOP("Lamina", "Tools"), "Tools", "Tools1", 53},
     {blendtool::kEffects, QT_TRANSLATE_NOOP("Lamina", "fx"), "Fx", "Fx1", 54},
     {blendtool::kStickers, QT_TRANSLATE_NOOP("Lamina", "Sticker"), "Sticker", "Sticker1", 55},
+}};
+
+/// Identifiers of the sub-tools.
+namespace blendsubtool {
+inline constexpr std::string_view kLeft = "left";
+inline constexpr std::string_view kRight = "right";
+inline constexpr std::string_view kHorizontal = "horizontal";
+inline constexpr std::string_view kVertical = "vertical";
+inline constexpr std::string_view kColor = "color";
+} // namespace blendsubtool
+
+/// The strip of sub-tools, in its order. They have no cells that turn grey.
+inline constexpr std::array<EditorTool, 5> kBlendSubTools = {{
+    {blendsubtool::kLeft, QT_TRANSLATE_NOOP("Lamina", "Left"), "Left", "Left1", 0, false},
+    {blendsubtool::kRight, QT_TRANSLATE_NOOP("Lamina", "Right"), "Right", "Right1", 0, false},
+    {blendsubtool::kHorizontal, QT_TRANSLATE_NOOP("Lamina", "Horizontal"), "Horizontal", "Horizontal1", 0, false},
+    {blendsubtool::kVertical, QT_TRANSLATE_NOOP("Lamina", "Vertical"), "Vertical", "Vertical1", 0, false},
+    {blendsubtool::kColor, QT_TRANSLATE_NOOP("Lamina", "Color"), "Color", "Color1", 0, false},
+}};
+
+/// Tags of the sliders.
+namespace blendslider {
+inline constexpr int kContrast = 50;
+inline constexpr int kBrightness = 51;
+inline constexpr int kOpacity = 52;
+} // namespace blendslider
+
+/// The sliders of the effects panel, in their order: `BlendComposition::sliders` has a value for each. The labels are
+/// keys, whose English stands with the translations.
+inline constexpr std::array<EditorSlider, 3> kBlendSliders = {{
+    {QT_TRANSLATE_NOOP("Lamina", "contrast"), blendslider::kContrast, -200.0, 200.0, 0.0, EditorSliderText::Signed},
+    {QT_TRANSLATE_NOOP("Lamina", "brightness"), blendslider::kBrightness, -200.0, 200.0, 0.0, EditorSliderText::Signed},
+    {QT_TRANSLATE_NOOP("Lamina", "opacity"), blendslider::kOpacity, 0.1, 1.0, 0.5, EditorSliderText::Percent},
+}};
+
+/// Where they stand when their panel opens.
+inline constexpr std::array<double, kBlendSliders.size()> kBlendSliderStarts = {
+    kBlendSliders[0].start, kBlendSliders[1].start, kBlendSliders[2].start};
+
+/// Identifiers of what can be done with one photo.
+namespace photoaction {
+inline constexpr std::string_view kReplace = "replace";
+inline constexpr std::string_view kCrop = "crop";
+inline constexpr std::string_view kSwap = "swap";
+} // namespace photoaction
+
+/// The menu of a photo, in its order.
+inline constexpr std::array<EditorTool, 3> kBlendPhotoActions = {{
+    {photoaction::kReplace, QT_TRANSLATE_NOOP("Lamina", "Replace"), "replace", "replace"},
+    {photoaction::kCrop, QT_TRANSLATE_NOOP("Lamina", "Crop again"), "crop", "crop"},
+    {photoaction::kSwap, QT_TRANSLATE_NOOP("Lamina", "Swap"), "swap", "swap"},
 }};
 
 /// Points between the bar's buttons; see toolSpacing.

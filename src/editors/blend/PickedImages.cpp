@@ -6,12 +6,15 @@ UIImage firstPickedImage;
 UIImage secondPickedImage;
 PhotoCrop firstPickedCrop;
 PhotoCrop secondPickedCrop;
+PhotoSource firstPickedSource;
+PhotoSource secondPickedSource;
 
 namespace {
 
 struct {
     UIImage image;
     PhotoCrop crop;
+    PhotoSource source;
 } g_setAside;
 
 } // namespace
@@ -23,13 +26,15 @@ void clearPickedImages()
     secondPickedImage = {};
     firstPickedCrop = {};
     secondPickedCrop = {};
+    firstPickedSource = {};
+    secondPickedSource = {};
 }
 
 void givePickedImagesUp()
 {
     auto first = g_setAside;
     if (firstPickedImage)
-        first = {firstPickedImage, firstPickedCrop};
+        first = {firstPickedImage, firstPickedCrop, firstPickedSource};
     clearPickedImages();
     g_setAside = first;
 }
@@ -45,6 +50,7 @@ void takeFirstImageAgain()
         return;
     firstPickedImage = g_setAside.image;
     firstPickedCrop = g_setAside.crop;
+    firstPickedSource = g_setAside.source;
     forgetImageSetAside();
 }
 

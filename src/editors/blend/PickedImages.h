@@ -2,6 +2,7 @@
 
 #include "platform/base/CGGeometry.h"
 #include "platform/image/pixels/UIImage.h"
+#include "platform/photos/PhotoSource.h"
 
 namespace lamina {
 
@@ -23,6 +24,10 @@ extern UIImage secondPickedImage;
 /// How the photo in the slot of the same number was cropped.
 extern PhotoCrop firstPickedCrop;
 extern PhotoCrop secondPickedCrop;
+
+/// What it was cropped from, to be cropped again; neither path nor bytes: that is not known.
+extern PhotoSource firstPickedSource;
+extern PhotoSource secondPickedSource;
 
 /// Empties both slots: the next photo taken is the first one again. Nothing is set aside any more.
 void clearPickedImages();

@@ -77,15 +77,19 @@ protected:
     /// Builds the tree, the bar and the panels anew from the composition, with interaction and recognisers as the state
     /// had them. Views held from before are out of the tree then.
     virtual void showComposition() = 0;
+    /// Takes into the composition what views alone know until then. Called before a step is recorded. Default: nothing.
+    virtual void readViews() {}
 
 private:
     void show(const Composition& composition)
     {
         m_composition = composition;
         showComposition();
+        renewSliders();
     }
     void recordStep(EditSeries series) override
     {
+        readViews();
         m_history.record(m_composition, series);
         keeper().touch();
     }

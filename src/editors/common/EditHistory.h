@@ -6,7 +6,7 @@
 namespace lamina {
 
 /// Small changes that come many at a time: keys that repeat, the notches of a wheel, the steps of a touchpad's gesture.
-enum class EditSeries { None, Move, Zoom, Rotate };
+enum class EditSeries { None, Move, Zoom, Rotate, Slide };
 
 /// Undo and redo of a composition, a value type with two functions beside it: `bool looksAlike(const Composition&,
 /// const Composition&)` says whether both give the same picture, `byteCount` is that of `History`. What the user would

@@ -8,15 +8,16 @@ WorkLayout {
 
     // Height of what stands under the paper.
     required property real underHeight
-    // Names of the tools.
-    required property var toolNames
+    // Where a side panel has room, in the window.
+    required property rect sidePlace
 
     // Upright: the paper takes the window's width but for a margin, which the narrowest windows go without, and leaves
     // the bars and a tray their height.
     readonly property real narrowest: 320
     readonly property real widestMargin: 12
     readonly property real gap: 14
-    readonly property real trayRoom: 112
+    readonly property real trayHeight: Tokens.bars.tray - Tokens.touch.toolCell + cellHeight
+    readonly property real trayRoom: trayHeight + 32
     // What of the room above a tray stands over the paper.
     readonly property real uprightLift: 0.46
     readonly property real tabletSpare: 34
@@ -32,7 +33,7 @@ WorkLayout {
     readonly property real wideLead: 6
     readonly property real wideUnder: 420
 
-    // Lying: what stands beside the paper keeps off the window's edge.
+    // Lying: what stands beside the paper keeps off the window's edge, and a tray off what is over it.
     readonly property real lyingInset: 20
 
     // The bar of tools: an icon over a label, which grows with the system's text.
@@ -62,13 +63,22 @@ WorkLayout {
     readonly property real toolsWidth: beside ? column : width
     // What its cells share, in its middle.
     readonly property real cellsWidth: tablet ? underWidth : toolsWidth - Tokens.space.s
-    // A small window's column has them in one row where all names can be read.
-    readonly property int cellsInRow: slim ? 1 : !small || (column >= 264 && labels.widest <= labels.room) ? 0 : 2
-    readonly property LabelFit labels: LabelFit {
-        texts: layout.toolNames
-        room: (layout.column - Tokens.space.s) / Math.max(1, texts.length)
-        role: Tokens.type.label
-        weight: Tokens.type.label.weightActive
+    readonly property real toolsY: height - toolsHeight
+    readonly property real smallToolsY: underFoot + inset
+
+    // Where a panel stands that would be so high. A "tray" stands over the bar of tools, as wide as what is under the
+    // paper; a "strip" runs on to the window's edges; a "drawer" lies on the bar. In a small window all of them lie on
+    // the tools, in a wide one they are the side panel's content.
+    function dock(kind, wanted) {
+        if (wide)
+            return sidePlace
+        const lies = small || kind === "drawer"
+        const foot = small ? smallFoot : lies ? height : toolsY
+        const top = small ? smallToolsY : underFoot + Tokens.space.s
+        const high = Math.max(0, Math.min(wanted, foot - top))
+        const lowest = foot - high - (lies ? 0 : Math.min(inset, foot - high - top))
+        const y = lying && !lies ? Math.min(underFoot + lyingInset, lowest) : lowest
+        return kind === "tray" && !small ? Qt.rect(underX, y, underWidth, high) : Qt.rect(toolsX, y, toolsWidth, high)
     }
 
     // Where a notice stands: in the middle of what, how wide, and over what.

@@ -2,7 +2,7 @@ import QtQuick
 import Lamina
 
 // What the screens of all editors share: the canvas on its paper, undo and save over it, the tools round it, the
-// notice. An editor adds what stands under its paper, and what its side panel says.
+// notice. An editor adds what stands under its paper, and the panels that its tools open.
 AppScreen {
     id: editor
 
@@ -13,18 +13,51 @@ AppScreen {
     property real underHeight: 0
     // Where the tools begin that stand under what is under the paper.
     readonly property real toolsTop: small ? tray.y + tray.start : tools.y
+    // The panel that is shown and takes room from anything; null: none.
+    readonly property EditorPanel docked: panelWhere(panel => panel.shown && panel.docks && !wide)
+    // The one that is on or over the tools, in its place or on its way.
+    readonly property EditorPanel covering: panelWhere(panel => panel.onTools && panel.presence > 0)
+    readonly property real cover: covering ? covering.presence : 0
+    property bool toolsHidden: false
     readonly property alias layout: measures
     default property alias under: slot.data
-    property alias panelContent: panel.content
+    // The EditorPanels.
+    property alias panels: dock.data
 
     EditorLayout {
         id: measures
         screen: editor
         barHeight: bar.height
         underHeight: editor.underHeight
-        toolNames: editor.controller.tools.map(tool => tool.name)
+        sidePlace: Qt.rect(panel.x + panel.place.x, panel.place.y, panel.place.width, panel.place.height)
     }
 
+    function panelWhere(holds) {
+        for (let i = 0; i < dock.children.length; ++i) {
+            if (holds(dock.children[i]))
+                return dock.children[i]
+        }
+        return null
+    }
+    function holdsFocus(item) {
+        let focused = Window.activeFocusItem
+        while (focused && focused !== item)
+            focused = focused.parent
+        return focused === item
+    }
+    // The keyboard goes with what lies on the tools, before these can't be seen, and back to them.
+    function hideTools() {
+        const hidden = cover === 1 && docked !== null
+        if (cover > 0 && docked && (holdsFocus(tools) || holdsFocus(tray)))
+            docked.takeFocus()
+        toolsHidden = hidden
+    }
+    function focusTools() {
+        (small ? tray : tools).takeFocus()
+    }
+
+    onCoverChanged: hideTools()
+    onDockedChanged: hideTools()
     Keys.forwardTo: [canvas]
     name: canvasName
     onBack: controller.backBtn()
@@ -111,11 +144,17 @@ AppScreen {
         anchors.fill: parent
     }
 
+    Item {
+        id: dock
+        anchors.fill: parent
+        z: editor.covering || editor.wide ? 1 : 0
+    }
+
     ToolBar {
         id: tools
-        visible: editor.upright || editor.lying
+        visible: (editor.upright || editor.lying) && !editor.toolsHidden
         x: measures.toolsX
-        y: editor.height - height
+        y: measures.toolsY
         width: measures.toolsWidth
         height: measures.toolsHeight
         cellsWidth: measures.cellsWidth
@@ -125,12 +164,12 @@ AppScreen {
     }
     ToolTray {
         id: tray
-        visible: editor.small
+        visible: editor.small && !editor.toolsHidden
+        opacity: 1 - editor.cover
         x: measures.toolsX
-        y: measures.underFoot + Tokens.space.m
+        y: measures.smallToolsY
         width: measures.toolsWidth
         height: measures.smallFoot - y
-        perRow: measures.cellsInRow
         cellHeight: measures.cellHeight
         tools: editor.controller.tools
         onChosen: identifier => editor.controller.chooseTool(identifier)
@@ -146,7 +185,7 @@ AppScreen {
         id: toast
         // Over the tools or the window's foot; in the paper where it would cover what stands under that.
         readonly property real foot: (editor.wide || editor.small ? editor.height : tools.y) - Tokens.space.m
-        readonly property bool fits: !editor.small && foot - height >= measures.underFoot + Tokens.space.xs
+        readonly property bool fits: !editor.small && !editor.docked && foot - height >= measures.underFoot + Tokens.space.xs
 
         room: fits ? measures.noticeWidth : measures.side - 2 * Tokens.space.m
         x: Math.round((fits ? measures.noticeMiddle : measures.x + measures.side / 2) - width / 2)

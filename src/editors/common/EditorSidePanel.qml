@@ -1,14 +1,16 @@
 import QtQuick
 import Lamina
 
-// An editor's tools beside a wide window's canvas: the tools in a row, what the active one has to say, and Save at the
-// foot.
+// An editor's tools beside a wide window's canvas: the tools in a row, room for what the active one opens, and Save at
+// the foot.
 SidePanel {
     id: panel
 
     // An EditorViewController.
     required property var controller
-    default property alias content: page.data
+    // The room, in the panel's own coordinates.
+    readonly property rect place: Qt.rect(Tokens.space.sheetMargin, rule.y + Tokens.space.xl,
+        width - 2 * Tokens.space.sheetMargin, save.y - rule.y - Tokens.space.xl - Tokens.space.m)
 
     ToolRow {
         id: tools
@@ -25,19 +27,6 @@ SidePanel {
         width: parent.width
         height: 1
         color: Tokens.palette.hairline
-    }
-    ScrollPage {
-        x: Tokens.space.sheetMargin
-        y: rule.y + Tokens.space.xl
-        width: parent.width - 2 * Tokens.space.sheetMargin
-        height: save.y - y - Tokens.space.m
-        contentHeight: page.height
-        clip: interactive
-        Column {
-            id: page
-            width: parent.width
-            spacing: Tokens.space.s
-        }
     }
     LaminaButton {
         id: save

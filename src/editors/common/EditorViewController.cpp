@@ -3,6 +3,7 @@
 #include "editors/common/EditorCanvasView.h"
 #include "platform/view/UIView.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <utility>
@@ -33,6 +34,14 @@ bool isOutside(const UIView& view, const UIView& parent)
            fromParent->boundingBox(parent.bounds()).intersection(view.bounds()).isEmpty();
 }
 
+bool isTurnedByGestures(const UIView& view)
+{
+    const auto& gestures = view.gestureRecognizers();
+    return std::any_of(gestures.begin(), gestures.end(), [](const auto& gesture) {
+        return dynamic_cast<const UIRotationGestureRecognizer*>(gesture.get()) != nullptr;
+    });
+}
+
 } // namespace
 
 EditorViewController::EditorViewController(std::span<const EditorTool> tools, std::string_view active)
@@ -45,6 +54,7 @@ EditorViewController::EditorViewController(std::span<const EditorTool> tools, st
               emit barChanged();
           });
     watch([this] { return std::array{canUndo(), canRedo()}; }, [this] { emit historyChanged(); });
+    watch([this] { return stickerActive(); }, [this] { emit stickerChanged(); });
 }
 
 EditorViewController::~EditorViewController() = default;
@@ -97,6 +107,7 @@ void EditorViewController::redo()
 
 void EditorViewController::cancelGestures()
 {
+    endSliding();
     if (isViewLoaded())
         cancelGesturesIn(view());
 }
@@ -133,6 +144,8 @@ void EditorViewController::rotationGes(UIRotationGestureRecognizer& gesture)
 
 void EditorViewController::nudge(double dx, double dy)
 {
+    if (UIView* const sticker = activeSticker())
+        return moveSticker(*sticker, {dx, dy});
     UIView* const view = gestureView();
     if (view == nullptr)
         return;
@@ -142,11 +155,28 @@ void EditorViewController::nudge(double dx, double dy)
 
 void EditorViewController::zoomBy(double factor)
 {
+    if (!std::isfinite(factor) || !(factor > 0))
+        return;
+    if (UIView* const sticker = activeSticker(); sticker && sticker->magnifyBy(factor))
+        return;
     UIView* const view = gestureView();
-    if (view == nullptr || !std::isfinite(factor) || !(factor > 0))
+    if (view == nullptr)
         return;
     transformPhoto(*view, view->transform().scaled(factor, factor));
     endStep(EditSeries::Zoom);
+}
+
+void EditorViewController::turnBy(double angle)
+{
+    if (!std::isfinite(angle))
+        return;
+    if (UIView* const sticker = activeSticker(); sticker && sticker->rotateBy(angle))
+        return;
+    UIView* const view = gestureView();
+    if (view == nullptr || !isTurnedByGestures(*view))
+        return;
+    transformPhoto(*view, view->transform().rotated(angle));
+    endStep(EditSeries::Rotate);
 }
 
 void EditorViewController::bringPhotoBack()
@@ -185,6 +215,8 @@ void EditorViewController::tell()
     emit changed();
     m_notifier.tell();
     tellEdited();
+    if (std::exchange(m_slidersRenewed, false))
+        emit slidersChanged();
 }
 
 void EditorViewController::tellGesture()

@@ -2,6 +2,7 @@
 
 #include "editors/common/ChangeNotifier.h"
 #include "editors/common/EditHistory.h"
+#include "editors/common/EditorSlider.h"
 #include "editors/common/EditorToolBar.h"
 #include "editors/common/KeptWork.h"
 #include "editors/common/WorkKeeper.h"
@@ -22,6 +23,7 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -42,6 +44,8 @@ class EditorViewController : public UIViewController {
     Q_PROPERTY(bool canRedo READ canRedo NOTIFY historyChanged FINAL)
     Q_PROPERTY(bool edited READ isEdited NOTIFY editedChanged FINAL)
     Q_PROPERTY(QString notice READ notice NOTIFY noticeChanged FINAL)
+    Q_PROPERTY(QVariantList sliders READ sliders NOTIFY slidersChanged FINAL)
+    Q_PROPERTY(bool stickerActive READ stickerActive NOTIFY stickerChanged FINAL)
 
 public:
     /// See EditorToolBar.
@@ -70,14 +74,36 @@ public:
     /// Turns, as handlePan1 moves.
     void rotationGes(UIRotationGestureRecognizer& gesture);
 
-    /// Does to the photo that takes gestures what a pan by (dx, dy) points of the canvas does, to the bit; for keys and
-    /// scripts. Nothing while no photo takes gestures.
+    /// Does to the active sticker or, where none is, to the photo that takes gestures what a pan by (dx, dy) points of
+    /// the canvas does, to the bit; for keys and scripts. Nothing while neither is there.
     Q_INVOKABLE void nudge(double dx, double dy);
     /// The same for a pinch by `factor`; one that is not finite and positive does nothing.
     Q_INVOKABLE void zoomBy(double factor);
+    /// The same for a turn by `angle` radians, clockwise; nothing for a photo whose gestures don't turn it.
+    Q_INVOKABLE void turnBy(double angle);
     /// Takes the photo that takes gestures to the middle, as large and as turned as it is, where nothing of it is seen
     /// any more; that is a step. Nothing while a part of it is seen.
     Q_INVOKABLE void bringPhotoBack();
+
+    /// The editor's sliders with the values at which they stand; see sliderRows. What a user has moved stands where it
+    /// was put; `slidersChanged` comes when it stands elsewhere: the panel opens, a step is undone or redone.
+    QVariantList sliders() const;
+    /// The value as it is written beside the slider; empty for a tag that no slider has.
+    Q_INVOKABLE QString sliderText(int tag, double value) const;
+    /// A finger is on the slider: all that follows until `endSliding` is one step.
+    Q_INVOKABLE void beginSliding(int tag);
+    /// Does what the slider does at that value, cut to its range. Without `beginSliding` it is a step of its own, and
+    /// such steps of one slider join as keys do. Nothing for a tag that no slider has, and values that are not finite.
+    Q_INVOKABLE void slide(int tag, double value);
+    /// See beginSliding. Nothing where none has begun, or another action has ended it.
+    Q_INVOKABLE void endSliding(int tag);
+
+    /// Whether a sticker shows its handles, and so takes keys.
+    bool stickerActive() const { return activeSticker() != nullptr; }
+    /// Takes handles and borders from all stickers; that is no step.
+    Q_INVOKABLE virtual void letGoOfStickers() {}
+    /// Removes the active sticker, which is a step. Nothing where none is.
+    Q_INVOKABLE virtual void deleteSticker() {}
 
     /// The canvas as one picture, its points times the main screen's scale a side. First come the changes that an
     /// export makes to the canvas itself, where the editor has any; they are no step. Empty when memory is short.
@@ -103,6 +129,8 @@ signals:
     void historyChanged();
     void editedChanged();
     void noticeChanged();
+    void slidersChanged();
+    void stickerChanged();
 
 protected:
     /// The bar opens with the tool `active`; see EditorToolBar.
@@ -116,7 +144,7 @@ protected:
 
     /// Runs `change` as an action: a gesture under way ends, and what has changed is recorded and told.
     void act(const std::function<void()>& change);
-    /// Cancels every gesture under way in the canvas.
+    /// Ends every gesture under way in the canvas, and the move of a slider: what they have done is recorded.
     void cancelGestures();
     /// Records the state as it is now, and tells what has changed.
     void endStep(EditSeries series = EditSeries::None);
@@ -167,6 +195,20 @@ protected:
     virtual void panPhoto(UIView& view, CGPoint by) = 0;
     virtual void transformPhoto(UIView& view, const CGAffineTransform& transform) = 0;
 
+    /// The sticker that shows its handles; null, the default: none. Its `magnifyBy` and `rotateBy` end in steps.
+    virtual UIView* activeSticker() const { return nullptr; }
+    /// Moves it by points of the canvas, which ends in a step.
+    virtual void moveSticker([[maybe_unused]] UIView& sticker, [[maybe_unused]] CGPoint by) {}
+
+    /// The sliders in their order. Default: none.
+    virtual std::span<const EditorSlider> sliderTable() const { return {}; }
+    /// Where the slider of that tag stands, for tags of the table.
+    virtual double sliderValue([[maybe_unused]] int tag) const { return 0; }
+    /// Does what the slider does, and keeps the value; for tags of the table and values in their range.
+    virtual void applySlider([[maybe_unused]] int tag, [[maybe_unused]] double value) {}
+    /// Sliders stand elsewhere than their user has put them, which the next `tell` says.
+    void renewSliders() { m_slidersRenewed = true; }
+
     /// The view that an export shows.
     virtual const UIView& exportedView() const = 0;
     /// The changes that an export makes to the canvas. Default: none.
@@ -179,6 +221,8 @@ private:
     virtual bool differsFromOpening() const = 0;
 
     void endGesture(const UIGestureRecognizer& gesture, EditSeries series);
+    void beginSeriesOf(int tag);
+    void endSliding();
     void tellEdited();
     UIImage workPrint() const;
     void tellNotKept(const Error& error);
@@ -190,6 +234,9 @@ private:
     ChangeNotifier m_notifier;
     bool m_edited = false;
     QString m_notice;
+    std::optional<int> m_sliding; ///< tag of the slider that a finger is on
+    int m_slidTag = 0;            ///< of the last one that moved without a finger
+    bool m_slidersRenewed = false;
     WorkKeeper m_keeper;
     int m_flattenedRevision = 0;
     NotificationObserver m_leaving;

@@ -14,4 +14,9 @@ std::size_t PictureMemory::add(const UIImage& picture)
     return added;
 }
 
+std::size_t PictureMemory::add(const std::shared_ptr<const std::vector<std::uint8_t>>& file)
+{
+    return file && m_counted.insert(file.get()).second ? file->size() : 0;
+}
+
 } // namespace lamina

@@ -3,7 +3,10 @@
 #include "platform/image/pixels/UIImage.h"
 
 #include <cstddef>
+#include <cstdint>
+#include <memory>
 #include <unordered_set>
+#include <vector>
 
 namespace lamina {
 
@@ -13,6 +16,8 @@ class PictureMemory {
 public:
     /// Bytes that the picture adds to those counted so far: those of its pixels and of its mask.
     std::size_t add(const UIImage& picture);
+    /// The same of a picture's file; null: none.
+    std::size_t add(const std::shared_ptr<const std::vector<std::uint8_t>>& file);
 
 private:
     std::unordered_set<const void*> m_counted;

@@ -13,8 +13,17 @@ set(LAMINA_QML_FILES
     editors/blend/BlendPhotoScreen.qml
     editors/colorpicker/InfColorPickerScreen.qml
     editors/common/EditorLayout.qml
+    editors/common/EditorPanel.qml
     editors/common/EditorScreen.qml
     editors/common/EditorSidePanel.qml
+    editors/common/EditorSlider.qml
+    editors/common/EditorSliderLayout.qml
+    editors/common/EditorSliders.qml
+    editors/common/EditorThumbnails.qml
+    editors/common/EditorTray.qml
+    editors/common/ThumbnailButton.qml
+    editors/common/ThumbnailGrid.qml
+    editors/common/ThumbnailStrip.qml
     export/ColorProfileScreen.qml
     export/ExporterScreen.qml
     export/JPGScreen.qml
@@ -81,9 +90,11 @@ set(LAMINA_QML_FILES
     platform/host/controls/Toast.qml
     platform/host/controls/ToolBar.qml
     platform/host/controls/ToolCell.qml
+    platform/host/controls/ToolGrid.qml
     platform/host/controls/ToolRow.qml
     platform/host/controls/ToolTray.qml
     platform/host/controls/TopBar.qml
+    platform/host/controls/TrayCard.qml
     platform/host/controls/ValueSlider.qml
     platform/host/controls/WorkCanvas.qml
     platform/host/controls/WorkLayout.qml

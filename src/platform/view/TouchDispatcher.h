@@ -61,7 +61,8 @@ public:
     static constexpr double kWheelScrollStep = 40;
 
     /// A wheel turned by `steps` (positive: away from the user) over `point`: zooms in what takes a pinch there, else
-    /// scrolls a scroll view. With Shift it turns what takes a rotation. False when nothing there cares.
+    /// scrolls a scroll view. With Shift it turns what takes a rotation. A view that is nearer than the recogniser may
+    /// take it by itself (`UIView::magnifyBy`). False when nothing there cares.
     bool wheel(CGPoint point, double steps, unsigned modifiers = NoModifier);
     /// A touchpad's pinch; the nearest pinch recogniser under the point, and those that go together with it, take it.
     bool magnify(CGPoint point, double factor);

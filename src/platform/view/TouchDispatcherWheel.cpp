@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <functional>
 #include <memory>
 #include <vector>
 
@@ -17,9 +18,10 @@ namespace lamina {
 
 namespace {
 
-/// Lets the nearest recogniser of a kind make the gesture, and those that go together with it.
+/// Lets the nearest recogniser of a kind make the gesture, and those that go together with it, or the nearest view that
+/// does it itself.
 template <class Kind, class Perform>
-bool performAt(UIView& root, CGPoint point, const Perform& perform)
+bool performAt(UIView& root, CGPoint point, const Perform& perform, const std::function<bool(UIView&)>& performItself)
 {
     std::vector<std::shared_ptr<Kind>> taken;
     for (const auto& view : touchTargetsAt(point, root)) {
@@ -31,6 +33,8 @@ bool performAt(UIView& root, CGPoint point, const Perform& perform)
             if (free && perform(*candidate))
                 taken.push_back(candidate);
         }
+        if (taken.empty() && performItself(*view))
+            return true;
     }
     return !taken.empty();
 }
@@ -69,8 +73,9 @@ bool TouchDispatcher::magnify(CGPoint point, double factor)
     if (!view || !isFinite(point) || !std::isfinite(factor) || !(factor > 0))
         return false;
     const CGPoint location = view->convertPointToView(point, nullptr);
-    return performAt<UIPinchGestureRecognizer>(*view, point,
-                                               [&](auto& pinch) { return pinch.perform(factor, location); });
+    return performAt<UIPinchGestureRecognizer>(
+        *view, point, [&](auto& pinch) { return pinch.perform(factor, location); },
+        [&](UIView& target) { return target.magnifyBy(factor); });
 }
 
 bool TouchDispatcher::rotate(CGPoint point, double angle)
@@ -79,8 +84,9 @@ bool TouchDispatcher::rotate(CGPoint point, double angle)
     if (!view || !isFinite(point) || !std::isfinite(angle))
         return false;
     const CGPoint location = view->convertPointToView(point, nullptr);
-    return performAt<UIRotationGestureRecognizer>(*view, point,
-                                                  [&](auto& rotation) { return rotation.perform(angle, location); });
+    return performAt<UIRotationGestureRecognizer>(
+        *view, point, [&](auto& rotation) { return rotation.perform(angle, location); },
+        [&](UIView& target) { return target.rotateBy(angle); });
 }
 
 UIPointerShape TouchDispatcher::pointerShape(CGPoint point) const

@@ -53,8 +53,8 @@ void UIImagePickerController::choose(PhotoSource photo)
     if (m_state != Choosing)
         return;
     m_state = Loading;
-    m_photoName = photo.name;
-    m_load = std::make_unique<PhotoLoad>(std::move(photo), m_shortSide,
+    m_photo = std::move(photo);
+    m_load = std::make_unique<PhotoLoad>(m_photo, m_shortSide,
                                          [this](Result<UIImage> read) { photoArrived(std::move(read)); });
     emit stateChanged();
 }
@@ -68,7 +68,7 @@ void UIImagePickerController::photoArrived(Result<UIImage> photo)
     const auto self = shared_from_this();
     finish();
     if (const auto heard = delegate())
-        heard->imagePickerController(*this, {*std::move(photo), m_photoName});
+        heard->imagePickerController(*this, {*std::move(photo), m_photo.name, m_photo});
     else
         leave();
 }

@@ -19,8 +19,9 @@ enum class UIImagePickerControllerSourceType { PhotoLibrary = 0, Camera = 1 };
 
 /// What the user has picked.
 struct UIImagePickerInfo {
-    UIImage originalImage; ///< UIImagePickerControllerOriginalImage: upright
-    std::string name;      ///< to show
+    UIImage originalImage;   ///< UIImagePickerControllerOriginalImage: upright
+    std::string name;        ///< to show
+    PhotoSource source = {}; ///< from which it can be read again; neither path nor bytes: it can't be
 };
 
 /// Hears what became of a picker. It dismisses the picker; one without a delegate dismisses itself. Main thread.
@@ -72,8 +73,8 @@ public:
 
     State state() const { return m_state; }
     /// Of the photo that is being read; empty before.
-    const std::string& photoName() const { return m_photoName; }
-    QString photoNameText() const { return QString::fromStdString(m_photoName); }
+    const std::string& photoName() const { return m_photo.name; }
+    QString photoNameText() const { return QString::fromStdString(photoName()); }
 
     /// The user's choice; only while choosing.
     void choose(PhotoSource photo);
@@ -99,7 +100,7 @@ private:
     int m_shortSide = 0;
     std::optional<PhotoSource> m_preselected;
     State m_state = Choosing;
-    std::string m_photoName;
+    PhotoSource m_photo; ///< that was chosen
     std::unique_ptr<PhotoLoad> m_load;
 };
 

@@ -123,6 +123,12 @@ public:
     /// takes: to the recognisers of the view that is given. The nearest view that gives one is asked; it must stand in
     /// the same tree, seen or not. Default none.
     virtual UIView* gestureFallback() const { return nullptr; }
+    /// What a notch of a wheel or a moment of a touchpad's pinch over this view does to it where no recogniser takes
+    /// it: it grows by `factor`, finite and positive. False, the default: the view is not interested, and what lies
+    /// above it in the tree is asked.
+    virtual bool magnifyBy(double) { return false; }
+    /// The same for a turn in radians, clockwise.
+    virtual bool rotateBy(double) { return false; }
     /// What the mouse's pointer looks like over this view; none: what lies above it in the tree says. By default what
     /// was set, else an open hand where a pan or a press that begins at once is attached.
     virtual std::optional<UIPointerShape> pointerShape() const;

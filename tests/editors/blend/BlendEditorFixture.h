@@ -51,7 +51,7 @@ protected:
     void leaveMoveMode()
     {
         BlendComposition composition = state();
-        composition.panBool = false;
+        composition.mode = BlendMode::Tools;
         editor->setComposition(composition);
     }
 

@@ -97,7 +97,9 @@ TEST_F(BlendKeeping, AWorkComesBackWhole)
     work.backdrop = UIColor{1.0 / 3, 0.5, 0, 1};
     work.order = {1, 0};
     work.photo1Selected = work.toolBool = work.contrastBool = true;
-    work.photo2Selected = work.panBool = false;
+    work.photo2Selected = false;
+    work.mode = BlendMode::Effects;
+    work.sliders = {-200, 34.5, 0.1};
     work.current = 0;
     work.applyFxOnImage2 = work.photos[0].actualImage;
     editor->setComposition(work);

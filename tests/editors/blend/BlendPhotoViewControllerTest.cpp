@@ -22,7 +22,7 @@ TEST_F(BlendEditor, SelectionButtonsSwapOutsideMoveModeAlone)
     for (const auto& c : table) {
         SCOPED_TRACE(&c - table);
         BlendComposition composition = state();
-        composition.panBool = c.moves;
+        composition.mode = c.moves ? BlendMode::Move : BlendMode::Tools;
         composition.photo1Selected = c.selected == 1;
         composition.photo2Selected = c.selected == 2;
         composition.contrastBool = composition.brightBool = composition.opacityBool = true;

@@ -83,7 +83,7 @@ TEST_F(BlendSteps, APhotoOutOfSightIsCaughtAndBroughtBack)
 
     // A corner of its box is in sight, the turned photo is not.
     BlendComposition turned = state();
-    turned.panBool = true;
+    turned.mode = BlendMode::Move;
     turned.photos[1].transform = CGAffineTransform::translation(50, 50).rotated(0.7853981633974483).scaled(0.5, 0.5);
     editor->setComposition(turned);
     editor->bringPhotoBack();

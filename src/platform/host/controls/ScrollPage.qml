@@ -10,6 +10,8 @@ Flickable {
     // Kept free over and under what is brought into sight: room for its focus ring.
     property real slack: Tokens.space.l
     property bool reading: false
+    // Where in it one is is shown.
+    property bool marked: reading
     readonly property var focused: Window.activeFocusItem
     readonly property bool shows: Host.focusVisible
 
@@ -56,6 +58,6 @@ Flickable {
         control: page
     }
     T.ScrollBar.vertical: ThinScrollBar {
-        visible: page.reading && size < 1
+        visible: page.marked && size < 1
     }
 }

@@ -58,7 +58,9 @@ Item {
         from: field.from
         to: field.to
         stepSize: 0.1
+        start: field.start
         onMoved: field.moved(value)
+        onSought: wanted => field.moved(wanted)
     }
     Rectangle {
         id: box

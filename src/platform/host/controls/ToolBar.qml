@@ -12,6 +12,11 @@ Rectangle {
     property bool spread: false
     signal chosen(string identifier)
 
+    // To the tool that is on.
+    function takeFocus() {
+        row.takeFocus()
+    }
+
     implicitHeight: Math.max(Tokens.bars.tools, row.implicitHeight + Tokens.space.xxl)
     color: Tokens.palette.panel
 

@@ -10,6 +10,8 @@ ChoiceButton {
     property bool active: false
     property bool gray: false
     property bool current: active
+    // The colour that the tool would change, as a disc on its icon; clear: none.
+    property color swatch: "transparent"
     // Pixels of the name's letters; a row gives all of its cells the same.
     property int labelSize: Theme.textSize(Tokens.type.label.size)
 
@@ -17,7 +19,7 @@ ChoiceButton {
     implicitHeight: Math.max(Tokens.touch.toolCell, name.y + name.implicitHeight + 9)
     chosen: current
     Accessible.name: label
-    Accessible.description: Theme.spoken("", enabled)
+    Accessible.description: Theme.spoken(swatch.a > 0 ? swatch.toString() : "", enabled)
 
     background: Rectangle {
         radius: Tokens.radius.cell
@@ -30,9 +32,27 @@ ChoiceButton {
     contentItem: Item {
         opacity: !cell.enabled ? Tokens.opacity.disabled : cell.down ? Tokens.opacity.pressedIcon : 1
         Icon {
+            id: icon
             anchors.horizontalCenter: parent.horizontalCenter
             y: 9
             name: cell.iconName
+        }
+        Rectangle {
+            visible: cell.swatch.a > 0
+            x: icon.x + icon.width - 10
+            y: icon.y + icon.height - 11
+            width: 14
+            height: 14
+            radius: 7
+            color: cell.gray ? Tokens.palette.cell : Tokens.palette.panel
+            Rectangle {
+                anchors.fill: parent
+                anchors.margins: 1.5
+                radius: width / 2
+                color: cell.swatch
+                border.width: 1
+                border.color: Tokens.palette.toolLabel
+            }
         }
         StyledText {
             id: name

@@ -12,6 +12,8 @@ Grid {
     property int perRow: 0
     // The cells share the room evenly. Off: they stand together.
     property bool spread: false
+    // Colours to be shown on the icons of some, by their identifiers.
+    property var swatches: ({})
     signal chosen(string identifier)
 
     readonly property int count: tools.length
@@ -29,7 +31,14 @@ Grid {
         role: Tokens.type.label
         weight: Tokens.type.label.weightActive
     }
+    // To the tool that is on.
+    function takeFocus() {
+        const cell = cells.itemAt(Math.max(0, tools.findIndex(tool => tool.current)))
+        if (cell)
+            cell.forceActiveFocus(Qt.TabFocusReason)
+    }
     Repeater {
+        id: cells
         // The count alone: a cell outlives a change of its tool, and keeps the keyboard.
         model: row.count
         delegate: ToolCell {
@@ -43,6 +52,7 @@ Grid {
             gray: tool.gray
             current: tool.current
             enabled: tool.enabled
+            swatch: row.swatches[tool.identifier] ?? "transparent"
             onClicked: row.chosen(tool.identifier)
         }
     }

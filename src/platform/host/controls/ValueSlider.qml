@@ -2,13 +2,19 @@ import QtQuick
 import QtQuick.Templates as T
 import Lamina
 
-// A value on a line: what is set is thick, the rest thin, with a tick at zero where the range has both signs.
+// A value on a line: what is set is thick, the rest thin, with a tick at zero where the range has both signs. A drag sets
+// the value and tells of it by `moved`; keys and a double tap ask for one by `sought`, which whoever holds it sets.
+// Arrows go by `stepSize` (0: a hundredth of the range), Page up and down by a tenth of the range, Home and End to its
+// ends.
 T.Slider {
     id: slider
 
     required property string name
     // The value in words, where its number alone would mislead.
     property string words
+    // The value that a double tap asks for; NaN: none.
+    property real start: NaN
+    signal sought(real value)
 
     readonly property real thumb: Tokens.touch.sliderThumb
     readonly property real line: width - thumb
@@ -19,12 +25,33 @@ T.Slider {
     hoverEnabled: true
     Accessible.name: name
     Accessible.description: Theme.spoken(words, enabled)
-    Accessible.onIncreaseAction: step(increase)
-    Accessible.onDecreaseAction: step(decrease)
+    Accessible.onIncreaseAction: seek(value + step)
+    Accessible.onDecreaseAction: seek(value - step)
 
-    function step(change) {
-        change()
-        moved()
+    readonly property real step: stepSize > 0 ? stepSize : (to - from) / 100
+
+    function seek(wanted) {
+        const nearest = Math.max(from, Math.min(wanted, to))
+        if (nearest !== value)
+            sought(nearest)
+    }
+
+    Keys.onPressed: event => {
+        const page = (to - from) / 10
+        const places = { row: [value + step, value - step, value - step, value + step],
+                         page: [value + page, value - page],
+                         ends: [from, to] }
+        for (const command in places) {
+            const wanted = places[command][KeyTable.find(command, event.key, event.modifiers)]
+            event.accepted = wanted !== undefined
+            if (event.accepted)
+                return seek(wanted)
+        }
+    }
+    TapHandler {
+        enabled: !isNaN(slider.start)
+        // The second finger lifted sets a value too, after this.
+        onDoubleTapped: Qt.callLater(slider.seek, slider.start)
     }
 
     // The range by the names under which assistive technologies are told of it.

@@ -43,10 +43,10 @@ int meanOf(const CGImage& image, int zoom, int x, int y, int component)
 TEST(NamedPictures, LookAsAnotherRendererDrawsThem)
 {
     int count = 0;
-    for (const char* const folder : {"icons", "art"}) {
+    for (const char* const folder : {"icons", "art", "stickers"}) {
         for (const auto& file : std::filesystem::directory_iterator(std::string(LAMINA_ASSETS "/") + folder)) {
             const std::string name = file.path().stem();
-            const int scale = sizeOfImageNamed(name).width < 100 ? 4 : 1;
+            const int scale = sizeOfImageNamed(name).width < 90 ? 4 : 1;
             constexpr int kFiner = 4;
             const CGImage ours = imageNamed(name, sizeOfImageNamed(name), scale).cgImage();
             const CGImage theirs = renderedByAnother(file.path(), kFiner * scale);

@@ -1,0 +1,63 @@
+#include "editors/common/EditorSlider.h"
+
+#include "platform/base/Localization.h"
+
+#include <QVariantMap>
+
+#include <algorithm>
+#include <charconv>
+#include <cmath>
+#include <string>
+
+namespace lamina {
+
+namespace {
+
+constexpr QChar kMinus(0x2212);
+
+/// Digits as programs write them, whatever the locale.
+QString wholeNumber(double value)
+{
+    char digits[32];
+    const auto end = std::to_chars(digits, digits + sizeof digits, std::llround(std::abs(value))).ptr;
+    return QString::fromLatin1(digits, end - digits);
+}
+
+QString signedText(double value)
+{
+    const QString number = wholeNumber(value);
+    if (number == QLatin1String("0"))
+        return number;
+    return (value < 0 ? kMinus : QChar('+')) + number;
+}
+
+} // namespace
+
+const EditorSlider* findSlider(std::span<const EditorSlider> sliders, int tag)
+{
+    const auto found =
+        std::find_if(sliders.begin(), sliders.end(), [tag](const EditorSlider& slider) { return slider.tag == tag; });
+    return found == sliders.end() ? nullptr : &*found;
+}
+
+QVariantList sliderRows(std::span<const EditorSlider> sliders, const std::function<double(int tag)>& value)
+{
+    QVariantList rows;
+    for (const EditorSlider& slider : sliders) {
+        rows << QVariantMap{
+            {"tag", slider.tag},         {"label", QString::fromStdString(localizedString(slider.label))},
+            {"minimum", slider.minimum}, {"maximum", slider.maximum},
+            {"start", slider.start},     {"value", value(slider.tag)},
+        };
+    }
+    return rows;
+}
+
+QString sliderText(const EditorSlider& slider, double value)
+{
+    const double shown = std::isfinite(value) ? std::clamp(value, slider.minimum, slider.maximum) : slider.start;
+    return slider.text == EditorSliderText::Percent ? wholeNumber(shown * 100) + QStringLiteral(" %")
+                                                    : signedText(shown);
+}
+
+} // namespace lamina
