@@ -176,8 +176,7 @@ void InfColorPickerController::viewDidLoad()
     wireControls();
     showHue();
     showSquareValue();
-    if (m_sourceColor)
-        m_sourceColorView->setBackgroundColor(m_sourceColor);
+    showSourceColor();
     showResultColor();
     placeViews({kIdealSize.width, kIdealSize.height}, qRectOf(kIdealSquare), qRectOf(kIdealBar),
                qRectOf(kIdealSwatches));
@@ -220,6 +219,14 @@ void InfColorPickerController::showSquareValue()
     m_settingControls = false;
 }
 
+void InfColorPickerController::showSourceColor()
+{
+    if (!isViewLoaded() || !m_sourceColor)
+        return;
+    m_sourceColorView->setBackgroundColor(m_sourceColor);
+    m_sourceColorView->setAccessibilityValue(hexText(*m_sourceColor));
+}
+
 void InfColorPickerController::showResultColor()
 {
     if (isViewLoaded() && m_resultColor)
@@ -234,8 +241,7 @@ void InfColorPickerController::setSourceColor(const UIColor& color)
     if (m_sourceColor == color)
         return;
     m_sourceColor = color;
-    if (isViewLoaded())
-        m_sourceColorView->setBackgroundColor(color);
+    showSourceColor();
     setResultColor(color);
 }
 

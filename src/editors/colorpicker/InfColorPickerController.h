@@ -142,6 +142,7 @@ private:
     void wireControls();
     void showHue();
     void showSquareValue();
+    void showSourceColor();
     void storeResultColor(const UIColor& color);
     void updateResultColor();
     void showResultColor();

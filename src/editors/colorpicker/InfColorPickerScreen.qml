@@ -161,7 +161,7 @@ AppScreen {
                         text: hex.wrong ? qsTranslate("Lamina", "Three or six digits of 0 to 9 and A to F, such as #E5906F")
                             : qsTranslate("Lamina", "%1° hue, %2 % saturation, %3 % brightness")
                                 .arg(picker.controller.hueDegrees).arg(picker.controller.saturationPercent)
-                                .arg(picker.controller.brightnessPercent)
+                                .arg(picker.controller.brightnessPercent).replace(/ %/g, "\u00a0%")
                         role: Tokens.type.caption
                         color: hex.wrong ? Tokens.palette.danger : Tokens.palette.textSecondary
                         Accessible.role: Accessible.StaticText

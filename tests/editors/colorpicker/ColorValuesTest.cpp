@@ -31,10 +31,9 @@ TEST(HSBColor, GoesToRGBAndBack)
         for (const float saturation : {0.2F, 0.5F, 1.0F}) {
             const HSBColor color{hue, saturation, 0.8F};
             const RGBComponents rgb = rgbFromHSB(color);
-            const auto expected = trapezium(hue, saturation, color.brightness);
-            EXPECT_NEAR(rgb.red, expected[0], 1e-6) << hue;
-            EXPECT_NEAR(rgb.green, expected[1], 1e-6) << hue;
-            EXPECT_NEAR(rgb.blue, expected[2], 1e-6) << hue;
+            const std::array found{rgb.red, rgb.green, rgb.blue};
+            for (std::size_t i = 0; i < 3; ++i)
+                EXPECT_NEAR(found[i], trapezium(hue, saturation, color.brightness)[i], 1e-6) << hue;
             const HSBColor back = hsbFromRGB(rgb, {}, HSBPreservation::None);
             EXPECT_NEAR(back.hue, hue == 1 ? 0 : hue, 1e-5);
             EXPECT_NEAR(back.saturation, saturation, 1e-5);
@@ -94,25 +93,21 @@ TEST(ColorHexText, TakesThreeOrSixDigitsAndNothingElse)
 
 TEST(ColorImages, TheRowSweepsOneValue)
 {
+    using enum HSBComponent;
     const struct {
         HSBComponent component;
-        HSBColor base;
         int column;
-        std::array<std::uint8_t, 3> blueGreenRed;
+        std::array<int, 3> blueGreenRed;
     } kRows[] = {
-        {HSBComponent::Hue, {0, 1, 1}, 0, {0, 0, 255}},
-        {HSBComponent::Hue, {0, 1, 1}, 85, {0, 255, 0}},
-        {HSBComponent::Hue, {0, 1, 1}, 10, {0, 60, 255}},
-        {HSBComponent::Hue, {0, 1, 1}, 255, {0, 0, 255}},
-        {HSBComponent::Saturation, {0, 1, 1}, 51, {204, 204, 255}},
-        {HSBComponent::Brightness, {0.5F, 1, 1}, 128, {128, 128, 0}},
+        {Hue, 0, {0, 0, 255}},   {Hue, 10, {0, 60, 255}},           {Hue, 85, {0, 255, 0}},
+        {Hue, 255, {0, 0, 255}}, {Saturation, 51, {204, 204, 255}}, {Brightness, 128, {0, 0, 128}},
     };
     for (const auto& row : kRows) {
-        const CGImage image = hsbSweepImage(row.component, row.base);
+        const CGImage image = hsbSweepImage(row.component, {0, 1, 1});
         ASSERT_EQ(image.size(), (IntSize{256, 1}));
         EXPECT_EQ(image.bitmapInfo(), 8198U);
         for (std::size_t i = 0; i < 3; ++i) // cut off, so that a hair below counts as one less
-            EXPECT_NEAR(image.row(0)[4 * row.column + static_cast<int>(i)], row.blueGreenRed[i], 1) << row.column;
+            EXPECT_NEAR(image.row(0)[4U * row.column + i], row.blueGreenRed[i], 1) << row.column;
     }
 }
 
