@@ -50,6 +50,13 @@ void BlendPhotoViewController::closePhotoMenu()
     setMenuPhoto(0);
 }
 
+bool BlendPhotoViewController::letGo()
+{
+    const bool open = m_menuPhoto != 0;
+    closePhotoMenu();
+    return open || CompositionEditor::letGo();
+}
+
 void BlendPhotoViewController::setMenuPhoto(int photo)
 {
     if (std::exchange(m_menuPhoto, photo) != photo)

@@ -154,6 +154,7 @@ public:
     /// change. Nothing for other numbers.
     Q_INVOKABLE void openPhotoMenu(int photo);
     Q_INVOKABLE void closePhotoMenu();
+    bool letGo() override;
     /// Does one of the menu's actions, each a step, with the photo whose menu is open, and closes it; nothing while
     /// none is open, or for an unknown action.
     ///   replace   another photo is chosen and cropped, and takes the place of this one on the canvas, as it is moved

@@ -102,6 +102,11 @@ public:
     bool stickerActive() const { return activeSticker() != nullptr; }
     /// Takes handles and borders from all stickers; that is no step.
     Q_INVOKABLE virtual void letGoOfStickers() {}
+    /// A quick tap on the canvas, in its points, after what was tapped there has heard of it: beside the active sticker
+    /// it lets go of that one.
+    Q_INVOKABLE void tapCanvas(double x, double y);
+    /// What a step back does first: takes away a menu, or lets go of stickers. False: there is nothing of the kind.
+    Q_INVOKABLE virtual bool letGo();
     /// Removes the active sticker, which is a step. Nothing where none is.
     Q_INVOKABLE virtual void deleteSticker() {}
 
