@@ -38,6 +38,9 @@ BLENDS = [
     f"{T}tiff-rgb16.tif {T}gif-transparent.gif --width 321 --scale 1.5",
     f"{T}png-p3.png {T}bmp-32-v5.bmp --move 11,-4 --zoom 1.7",
     f"{T}tiff-cmyk.tif {T}heic-rotated.heic --scale 1",
+    f"{S}meadow.jpg {S}dunes.jpg --turn 2:left --flip 1:horizontal --contrast 1:40 --brightness 2:-25 --contrast 2:30",
+    f"{S}sea-sunset.jpg {S}dawn-ridge.jpg --width 320 --brightness 1:60 --zoom 1.3 --turn 2:right --opacity 2:0.35",
+    f"{S}aurora-lake.jpg {S}city-rain.jpg --sticker sun@300,80,120,120,15 --sticker cat@120,250 --move 10,-5",
 ]
 
 CHAINS = [

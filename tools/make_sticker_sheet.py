@@ -2,9 +2,9 @@
 """Draws all stickers with their words, by groups, on one sheet: make_sticker_sheet.py [TARGET.png] [GROUND]
 
 The names, words and groups are those of src/editors/stickers/StickerCatalogue.cpp. TARGET is docs/images/stickers.png
-if it isn't named; GROUND is the colour below the stickers, that of the strip's chips if it isn't named. The sheet is for
-looking at: whether each sticker is told from its neighbours, has their weight and sits in its middle. Needs Pillow and
-rsvg-convert.
+if it isn't named; GROUND is the colour below the stickers, that of the strip's chips if it isn't named. The sheet is
+for looking at: whether each sticker is told from its neighbours, has their weight and sits in its middle. Needs Pillow
+and rsvg-convert.
 """
 
 import io

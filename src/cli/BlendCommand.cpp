@@ -11,8 +11,10 @@
 #include "platform/base/Causes.h"
 
 #include <CLI/Option.hpp>
+#include <algorithm>
 #include <cmath>
 #include <cstddef>
+#include <map>
 #include <string_view>
 #include <utility>
 #include <variant>
@@ -40,22 +42,6 @@ Result<CropStep> parseCrop(const std::string& text)
     if (!zoom || !offset)
         return Error{text, "expected ZOOM,X,Y with a zoom from 1 to 6, as in 2,100,40"};
     return CropStep{*zoom, std::get<CGPoint>(*offset)};
-}
-
-Result<BlendStep> parseMove(const std::string& text)
-{
-    const Result<TypedValue> by = parseValue(text, kind::kPoint);
-    if (!by)
-        return Error{text, "expected DX,DY in points, as in 20,-10"};
-    return BlendStep(MoveStep{std::get<CGPoint>(*by)});
-}
-
-Result<BlendStep> parseZoom(const std::string& text)
-{
-    const Result<double> factor = parseNumber(text, {kAboveZero});
-    if (!factor)
-        return Error{text, "expected a factor above 0, as in 1.5"};
-    return BlendStep(ZoomStep{*factor});
 }
 
 auto numberIn(const ValueRange& range)
@@ -86,9 +72,14 @@ BlendCommand::BlendCommand(CLI::App& application)
     addQuiet();
     m_settings.addTo(options());
     options().footer(
-        "--move and --zoom may stand several times and act in the order in which they stand.\n"
-        "The result has W x S pixels a side; the photos lie on white, each at half strength.\n\n"
-        "Example: lamina blend beach.jpg city.heic -o blend.png --crop1 2,100,40 --zoom 1.5 --move 20,-10");
+        "Options with ... may stand several times; they act in the order in which they stand, as in the window: "
+        "contrast\n"
+        "and brightness work from the photo as it was when the slider was first moved after the photo was chosen.\n"
+        "The result has W x S pixels a side; the photos lie on white, each at half strength unless --opacity is "
+        "told.\n\n"
+        "Examples: lamina blend beach.jpg city.heic -o blend.png --crop1 2,100,40 --zoom 1.5 --move 20,-10\n"
+        "          lamina blend a.jpg b.jpg -o c.png --turn 2:left --contrast 1:40 --opacity 2:0.7 --sticker "
+        "sun@300,80");
 }
 
 void BlendCommand::addSteps()
@@ -101,12 +92,23 @@ void BlendCommand::addSteps()
         .add_option("--crop2", m_crops[1], "The same for the second photo")
         ->type_name("ZOOM,X,Y")
         ->check(checkedBy(parseCrop));
-    m_move = options().add_option("--move", m_moves, "Move the second photo by points, inside its zoom");
-    m_move->type_name("DX,DY ...")->check(checkedBy(parseMove));
-    m_zoom = options().add_option("--zoom", m_zooms, "Zoom the second photo about its centre");
-    m_zoom->type_name("S ...")->check(checkedBy(parseZoom));
-    for (CLI::Option* step : {m_move, m_zoom})
-        step->expected(1)->allow_extra_args(false)->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
+    for (const BlendStepOption& step : blendStepOptions())
+        addStep(step);
+}
+
+void BlendCommand::addStep(const BlendStepOption& step)
+{
+    StepTexts& texts = m_steps.emplace_back();
+    texts.step = &step;
+    texts.option = options().add_option(step.name, texts.values, step.about);
+    texts.option->type_name(std::string(step.syntax) + " ...")
+        ->check([parse = step.parse](const std::string& text) {
+            const Result<BlendStep> parsed = parse(text);
+            return parsed ? std::string() : parsed.error().cause;
+        })
+        ->expected(1)
+        ->allow_extra_args(false)
+        ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
 }
 
 std::optional<CropStep> BlendCommand::crop(std::size_t photo) const
@@ -117,13 +119,11 @@ std::optional<CropStep> BlendCommand::crop(std::size_t photo) const
 std::vector<BlendStep> BlendCommand::steps() const
 {
     std::vector<BlendStep> steps;
-    auto move = m_moves.begin();
-    auto zoom = m_zooms.begin();
+    std::map<const CLI::Option*, std::size_t> taken;
     for (const CLI::Option* option : options().parse_order()) {
-        if (option == m_move)
-            steps.push_back(*parseMove(*move++));
-        else if (option == m_zoom)
-            steps.push_back(*parseZoom(*zoom++));
+        const auto texts = std::ranges::find(m_steps, option, &StepTexts::option);
+        if (texts != m_steps.end())
+            steps.push_back(*texts->step->parse(texts->values[taken[option]++]));
     }
     return steps;
 }

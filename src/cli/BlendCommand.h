@@ -1,6 +1,7 @@
 #pragma once
 
 #include "cli/BlendScript.h"
+#include "cli/BlendSteps.h"
 #include "cli/ExportSettings.h"
 #include "cli/ExportTypes.h"
 #include "cli/PictureCommand.h"
@@ -10,6 +11,7 @@
 #include <CLI/App.hpp>
 #include <array>
 #include <cstddef>
+#include <list>
 #include <optional>
 #include <string>
 #include <vector>
@@ -32,6 +34,7 @@ private:
     ExitCode deliver(const UIImage& picture) override;
 
     void addSteps();
+    void addStep(const BlendStepOption& step);
     std::optional<CropStep> crop(std::size_t photo) const;
     /// In the order in which they stood on the command line.
     std::vector<BlendStep> steps() const;
@@ -40,13 +43,16 @@ private:
     double m_width = 375; ///< points
     double m_scale = 3;   ///< pixels per point
     std::array<std::string, 2> m_crops;
-    std::vector<std::string> m_moves;
-    std::vector<std::string> m_zooms;
+    /// What was told for one kind of step, and the option that took it.
+    struct StepTexts {
+        const BlendStepOption* step = nullptr;
+        CLI::Option* option = nullptr;
+        std::vector<std::string> values;
+    };
+    std::list<StepTexts> m_steps; ///< the parser keeps the addresses
     std::string m_as;
     const ExportType* m_type = nullptr; ///< null: a picture
     ExportSettings m_settings;
-    CLI::Option* m_move = nullptr;
-    CLI::Option* m_zoom = nullptr;
 };
 
 } // namespace lamina

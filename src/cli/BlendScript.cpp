@@ -3,13 +3,23 @@
 #include "app/MainStoryboard.h"
 #include "app/PinchZoomViewController.h"
 #include "editors/blend/BlendPhotoViewController.h"
+#include "editors/blend/BlendTools.h"
 #include "editors/blend/PickedImages.h"
+#include "editors/stickers/IQStickerView.h"
+#include "editors/stickers/StickerBoard.h"
+#include "editors/stickers/StickerStrip.h"
 #include "platform/base/DispatchQueue.h"
 #include "platform/base/UIScreen.h"
 #include "platform/view/UIStoryboard.h"
 #include "platform/view/UIViewController.h"
 
+#include <QString>
+
+#include <numbers>
+#include <string>
+#include <string_view>
 #include <utility>
+#include <variant>
 
 namespace lamina {
 
@@ -20,12 +30,69 @@ void letTransitionsRun()
     DispatchQueue::main().runUntilIdle();
 }
 
-/// What a step is to the editor: the movement of fingers, without the fingers.
-struct Gesture {
+/// What a step is to the editor: what a person would press for it, and the movement of fingers without the fingers.
+struct Hand {
     BlendPhotoViewController& editor;
 
-    void operator()(const MoveStep& step) const { editor.nudge(step.translation.x, step.translation.y); }
-    void operator()(const ZoomStep& step) const { editor.zoomBy(step.factor); }
+    void operator()(const MoveStep& step) const
+    {
+        takeMoveMode();
+        editor.nudge(step.translation.x, step.translation.y);
+    }
+    void operator()(const ZoomStep& step) const
+    {
+        takeMoveMode();
+        editor.zoomBy(step.factor);
+    }
+    void operator()(const SubToolStep& step) const
+    {
+        choose(step.photo);
+        open(blendtool::kTools, &BlendPhotoViewController::toolBtn);
+        editor.chooseSubTool(QString::fromStdString(std::string(step.tool)));
+    }
+    void operator()(const SliderStep& step) const
+    {
+        choose(step.photo);
+        open(blendtool::kEffects, &BlendPhotoViewController::FxBtn);
+        editor.slide(step.slider, step.value);
+    }
+    void operator()(const StickerStep& step) const
+    {
+        open(blendtool::kStickers, &BlendPhotoViewController::stickerBtn);
+        const int tag = editor.stickerHandleTag();
+        editor.stickerImgGesture(StickerStrip::kFirstTag + static_cast<int>(*stickerIndex(step.sticker->name)));
+        place(tag, step);
+    }
+
+private:
+    void takeMoveMode() const
+    {
+        if (!editor.panBool())
+            editor.panBtn();
+    }
+    void open(std::string_view panel, void (BlendPhotoViewController::*tool)()) const
+    {
+        if (editor.shownPanel().toStdString() != panel)
+            (editor.*tool)();
+    }
+    /// Pressing a button always forgets what the sliders work from.
+    void choose(int photo) const
+    {
+        if (editor.panBool())
+            editor.toolBtn();
+        if (photo == 1 ? editor.photo1Selected() : editor.photo2Selected())
+            return;
+        photo == 1 ? editor.photo1() : editor.photo2();
+    }
+    void place(int tag, const StickerStep& step) const
+    {
+        IQStickerView* const sticker = StickerBoard::find(editor.mainImgView(), tag);
+        if (!sticker)
+            return;
+        sticker->setBounds({{}, step.size});
+        sticker->moveBy(step.centre.x - sticker->center().x, step.centre.y - sticker->center().y);
+        sticker->turnBy(step.degrees * std::numbers::pi / 180);
+    }
 };
 
 } // namespace
@@ -59,7 +126,7 @@ void BlendScript::cropPhoto(UIImage photo, const std::optional<CropStep>& step)
 void BlendScript::perform(const BlendStep& step)
 {
     if (m_editor)
-        std::visit(Gesture{*m_editor}, step);
+        std::visit(Hand{*m_editor}, step);
 }
 
 UIImage BlendScript::flattened()

@@ -1,12 +1,12 @@
 #pragma once
 
+#include "cli/BlendSteps.h"
 #include "platform/base/CGGeometry.h"
 #include "platform/image/pixels/UIImage.h"
 #include "platform/view/UIWindow.h"
 
 #include <memory>
 #include <optional>
-#include <variant>
 
 namespace lamina {
 
@@ -18,16 +18,6 @@ struct CropStep {
     double zoom = 1;
     CGPoint offset;
 };
-/// The second photo moves, as two points of a finger's way are apart, inside the zoom that it has by then.
-struct MoveStep {
-    CGPoint translation; ///< points
-};
-/// The second photo grows about its centre.
-struct ZoomStep {
-    double factor = 1;
-};
-/// What is done to the second photo, as fingers would do it.
-using BlendStep = std::variant<MoveStep, ZoomStep>;
 
 /// Goes through the screens of a blend without a window, as a user would: crop, done, crop, done, gestures. One at a
 /// time; on the main thread, whose queue it pumps.

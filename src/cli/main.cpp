@@ -6,6 +6,7 @@
 #include "cli/FiltersCommand.h"
 #include "cli/Interruption.h"
 #include "cli/OpCommand.h"
+#include "cli/StickersCommand.h"
 #include "cli/WindowLauncher.h"
 
 #include <CLI/CLI.hpp>
@@ -53,13 +54,14 @@ int main(int argc, char** argv)
     FilterCommand filter(application);
     FiltersCommand filters(application);
     ExportCommand exporting(application);
+    StickersCommand stickers(application);
 
     try {
         application.parse(argc, argv);
     } catch (const CLI::ParseError& error) {
         return usageError(application, error);
     }
-    for (Command* command : std::initializer_list<Command*>{&blend, &op, &filter, &filters, &exporting}) {
+    for (Command* command : std::initializer_list<Command*>{&blend, &op, &filter, &filters, &exporting, &stickers}) {
         if (command->isChosen())
             return static_cast<int>(command->run());
     }

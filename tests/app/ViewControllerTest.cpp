@@ -155,7 +155,7 @@ TEST_F(HomeScreen, WorkThatWasLeftIsOfferedUntilItIsRemoved)
     settle();
     EXPECT_EQ(alertText(1), "⚠️ / Discard this work?");
     EXPECT_TRUE(home->workOffered());
-    const KeptOffer offer = *offeredWork({{"blend", 1}});
+    const KeptOffer offer = *offeredWork({keptKind(BlendComposition())});
     for (const auto& entry : std::filesystem::directory_iterator(offer.folder))
         if (entry.path().filename() != "journal")
             std::filesystem::remove(entry); // all pictures

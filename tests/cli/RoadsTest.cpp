@@ -33,6 +33,10 @@ TEST_F(Roads, DifferentRoadsLeadToTheSameBytes)
         {"lamina op rotateInDegrees=90 -i small.png -o a.png; lamina op cropToSize=1x2 -i a.png -o out.png",
          "lamina op -i small.png rotateInDegrees=90 -o out.png cropToSize=1x2"},
         {"lamina blend flat.png small.png -o out.png", "lamina blend flat.png - -o - <small.png >out.png"},
+        {"lamina blend flat.png small.png -o out.png --turn 2:left --sticker 'Ice cream@99,90'",
+         "lamina blend --sticker ice-cream@99,90,200,200,0 --turn 2:right --turn 2:right flat.png --turn 2:right "
+         "small.png "
+         "--contrast 2:0 --opacity 1:0.5 -o out.png"},
         {"lamina blend flat.png small.png -o out.png",
          "cp small.png ./-in.png; lamina blend -o -out.png -- flat.png -in.png; mv ./-out.png out.png"},
     };
@@ -51,7 +55,7 @@ TEST_F(Roads, TheSameBytesComeOfAnyNumberOfCores)
     CommandOptions oneCore;
     oneCore.cores = 1;
     for (const std::string& line :
-         {"lamina blend " + photo + " flat.png -o - --zoom 1.37",
+         {"lamina blend " + photo + " flat.png -o - --zoom 1.37 --contrast 1:30 --sticker sun@90,99,80,80,20",
           "lamina op rotateInDegrees=33 scaleToFitSize=500x500 gaussianBlurWithBias -o - -i " + photo}) {
         const std::string bytes = shell(line).output;
         EXPECT_THAT(bytes, testing::StartsWith("\x89PNG"));

@@ -3,6 +3,7 @@
 #include "editors/stickers/StickerHandle_p.h"
 #include "platform/base/UIColor.h"
 #include "platform/view/CALayer.h"
+#include "platform/view/TouchDispatcher.h"
 #include "platform/view/UITapGestureRecognizer.h"
 
 #include <algorithm>
@@ -14,9 +15,6 @@ namespace lamina {
 namespace {
 
 constexpr double kHandleSide = 2 * IQStickerView::kGlobalInset;
-/// What a press of a key does to an adjustable handle.
-constexpr double kScaleStep = 1.1;
-constexpr double kTurnStep = 0.05235987755982988; // 3 degrees
 
 std::shared_ptr<IQStickerView>& active()
 {
@@ -75,9 +73,9 @@ void IQStickerView::makeHandles()
     m_closeView =
         makeStickerHandle(StickerHandleKind::Close, {0, 0, kHandleSide, kHandleSide}, [this](int) { close(); });
     m_rotateView = makeStickerHandle(StickerHandleKind::Rotate, {right, bottom, kHandleSide, kHandleSide},
-                                     [this](int steps) { turnBy(steps * kTurnStep); });
+                                     [this](int steps) { turnBy(steps * TouchDispatcher::kWheelRotationStep); });
     m_resizeView = makeStickerHandle(StickerHandleKind::Resize, {0, bottom, kHandleSide, kHandleSide},
-                                     [this](int steps) { scaleBy(std::pow(kScaleStep, steps)); });
+                                     [this](int steps) { scaleBy(std::pow(TouchDispatcher::kWheelZoomStep, steps)); });
     // Where a sticker is so small that they overlap, the one that makes it larger lies on top.
     for (const auto& handle : {m_closeView, m_rotateView, m_resizeView})
         addSubview(handle);
@@ -122,7 +120,7 @@ void IQStickerView::setContentView(std::shared_ptr<UIView> content)
     m_contentView = std::move(content);
     if (!m_contentView)
         return;
-    m_contentView->setFrame(bounds().insetBy(kGlobalInset, kGlobalInset));
+    layOutContent();
     m_contentView->setAutoresizingMask(UIViewAutoresizing::FlexibleWidth | UIViewAutoresizing::FlexibleHeight);
     m_contentView->setBackgroundColor(UIColor::clear());
     m_contentView->layer().setBorderColor(UIColor::brown());
@@ -143,10 +141,17 @@ void IQStickerView::setShowsBorder(bool shows)
         m_contentView->layer().setBorderColor(shows ? UIColor::brown() : UIColor::clear());
 }
 
+/// Following by its mask it would drift by roundings, and differ from that of a sticker made anew.
+void IQStickerView::layOutContent()
+{
+    if (m_contentView)
+        m_contentView->setFrame(bounds().insetBy(kGlobalInset, kGlobalInset));
+}
+
 void IQStickerView::settle()
 {
-    if (auto* const content = dynamic_cast<IQStickerContent*>(m_contentView.get()))
-        content->sizeDidSettle();
+    if (content() && !m_isInGesture)
+        content()->sizeDidSettle();
 }
 
 // ---- handles ----
@@ -207,6 +212,7 @@ void IQStickerView::hideEditingHandles()
     const std::shared_ptr<IQStickerView> former = std::exchange(active(), nullptr); // it may be this one's last holder
     m_isShowingEditingHandles = false;
     setHandlesHidden(true);
+    settle();
     if (const auto told = delegate())
         told->stickerViewDidHideEditingHandles(*this);
 }
@@ -236,15 +242,15 @@ void IQStickerView::setFrame(const CGRect& frame)
 {
     UIView::setFrame(frame);
     refresh();
-    if (!m_isInGesture)
-        settle();
+    layOutContent();
+    settle();
 }
 
 void IQStickerView::setBounds(const CGRect& bounds)
 {
     UIView::setBounds(bounds);
-    if (!m_isInGesture)
-        settle();
+    layOutContent();
+    settle();
 }
 
 // ---- gestures ----
@@ -394,8 +400,13 @@ bool IQStickerView::moveBy(double dx, double dy)
 
 bool IQStickerView::scaleBy(double factor)
 {
-    if (!scaleBounds(bounds(), factor))
+    const bool wasInGesture = std::exchange(m_isInGesture, true);
+    const bool scaled = scaleBounds(bounds(), factor);
+    m_isInGesture = wasInGesture;
+    if (!scaled)
         return false;
+    if (content())
+        content()->sizeDidChange();
     tellEnd(EditSeries::Zoom);
     return true;
 }

@@ -13,6 +13,7 @@
 #include <utility>
 #include <memory>
 #include <optional>
+#include <utility>
 
 namespace lamina {
 
@@ -58,8 +59,12 @@ public:
 class IQStickerContent {
 public:
     virtual ~IQStickerContent() = default;
-    /// The content has another size, which stays for now: not told at every step of a gesture, but at its end.
+    /// The size that the content has stays for now: at the end of a gesture, and when the handles are hidden. It may be
+    /// the one that it had before.
     virtual void sizeDidSettle() = 0;
+    /// The content has another size, and may soon have yet another: small changes come many at a time, and no end of
+    /// theirs is told.
+    virtual void sizeDidChange() = 0;
 };
 
 /// A view over a picture that the user drags, turns, scales and deletes by three handles at its corners: any content
@@ -102,8 +107,9 @@ public:
     std::shared_ptr<IQStickerObserver> observer() const { return m_observer.lock(); }
     void setObserver(std::weak_ptr<IQStickerObserver> observer) { m_observer = std::move(observer); }
 
-    /// Default none. A new one takes the place of the present one below the handles, follows the sticker's size and has
-    /// a brown border of 1 point until the sticker is let go of. Null takes the present one away.
+    /// Default none. A new one takes the place of the present one below the handles, stands 18 points inside the edge
+    /// whatever the sticker's size, and has a brown border of 1 point until the sticker is let go of. Null takes the
+    /// present one away.
     const std::shared_ptr<UIView>& contentView() const { return m_contentView; }
     void setContentView(std::shared_ptr<UIView> content);
 
@@ -143,10 +149,17 @@ public:
     void didMoveToSuperview() override;
 
     // What the gestures do, each at every step of its recogniser.
+
+    /// Selects the sticker, or lets go of it and brings it to the front.
     void contentTapped();
+    /// Removes the sticker from its parent. It stays the active one if it is.
     void singleTap();
+    /// Moves by the way that the fingers have made in the parent.
     void moveGesture(UIPanGestureRecognizer& gesture);
+    /// Makes each side longer by twice the way to the left and down, along the sticker's own axes; the middle stays.
     void resizeTranslate(UILongPressGestureRecognizer& gesture);
+    /// Turns with the finger about the middle, and scales by the root of the ratio of its distances from there; where a
+    /// side would be too short or too long it turns alone.
     void rotateViewPanGesture(UILongPressGestureRecognizer& gesture);
 
     // The same for keys, wheels and scripts, without a finger. What isn't finite, and what would make a side too short
@@ -177,7 +190,9 @@ private:
     bool scaleBounds(const CGRect& from, double scale);
     void tellStep(const UIGestureRecognizer& gesture);
     void tellEnd(EditSeries series);
+    void layOutContent();
     void settle();
+    IQStickerContent* content() const { return dynamic_cast<IQStickerContent*>(m_contentView.get()); }
 
     std::shared_ptr<UIImageView> m_closeView;
     std::shared_ptr<UIImageView> m_rotateView;
@@ -192,7 +207,7 @@ private:
     bool m_showContentShadow = false;
 
     // What is known from a gesture's start, or from its last step; touches in the parent's coordinates.
-    bool m_isInGesture = false;
+    bool m_isInGesture = false; ///< or in one of many small changes
     CGPoint m_beginningCenter;
     CGPoint m_prevPoint;
     CGRect m_initialBounds;

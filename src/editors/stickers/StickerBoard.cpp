@@ -1,10 +1,10 @@
 #include "editors/stickers/StickerBoard.h"
 
-#include "platform/base/CGGeometry.h"
 #include "editors/stickers/StickerPicture.h"
+#include "platform/base/CGGeometry.h"
 
-#include <cstddef>
 #include <algorithm>
+#include <cstddef>
 #include <string>
 
 namespace lamina {
@@ -30,26 +30,48 @@ Sticker valueOf(const IQStickerView& sticker, const StickerPicture& picture)
             .active = IQStickerView::activeStickerView().get() == &sticker};
 }
 
+/// Of the active one, or of the others; none hides another's.
+void showHandles(const UIView& parent, const std::vector<IQStickerView*>& made, const Stickers& values, bool active)
+{
+    for (std::size_t i = 0; i < made.size(); ++i) {
+        if (!values[i].handles || values[i].active != active)
+            continue;
+        IQStickerView::releaseActiveStickerView(parent);
+        made[i]->showEditingHandles();
+    }
+}
+
 } // namespace
 
 /// The border belongs to the content, which comes last: one that joins a tree later would have none.
-IQStickerView& StickerBoard::addView(UIView& parent, int tag, std::string_view name) const
+IQStickerView& StickerBoard::addView(UIView& parent, const Sticker& value)
 {
-    const auto sticker = std::make_shared<IQStickerView>(CGRect{0, 0, kNewSide, kNewSide});
+    const auto sticker = std::make_shared<IQStickerView>(CGRect{{}, value.size});
     parent.addSubview(sticker);
-    sticker->setTag(tag);
-    sticker->setContentView(std::make_shared<StickerPicture>(std::string(name)));
+    sticker->setTag(value.tag);
+    sticker->setCenter(value.center);
+    sticker->setTransform(value.transform);
+    const auto picture = std::make_shared<StickerPicture>(value.name);
+    if (const auto former = m_pictures.find(value.tag); former != m_pictures.end())
+        picture->takeDrawing(*former->second);
+    sticker->setContentView(picture);
+    sticker->setShowsBorder(value.border);
+    m_pictures[value.tag] = picture;
+    list(value.tag);
     return *sticker;
 }
 
 IQStickerView& StickerBoard::add(UIView& parent, std::string_view name, StickerPlace place)
 {
-    const int tag = m_stickerHandleTag;
-    list(tag);
-    IQStickerView& sticker = addView(parent, tag, name);
+    std::erase_if(m_pictures, [](const auto& entry) { return entry.second->superview() == nullptr; });
     const CGSize canvas = parent.frame().size;
-    if (place == StickerPlace::Middle)
-        sticker.setCenter({canvas.width / 2, canvas.height / 2});
+    const bool inMiddle = place == StickerPlace::Middle;
+    IQStickerView& sticker = addView(parent, {.tag = m_stickerHandleTag,
+                                              .name = std::string(name),
+                                              .size = {kNewSide, kNewSide},
+                                              .center = inMiddle ? CGPoint{canvas.width / 2, canvas.height / 2}
+                                                                 : CGPoint{kNewSide / 2, kNewSide / 2},
+                                              .transform = {}});
     sticker.setObserver(m_observer);
     return sticker;
 }
@@ -128,35 +150,17 @@ void StickerBoard::show(UIView& parent, const Stickers& stickers)
         if (dynamic_cast<const IQStickerView*>(view.get()))
             view->removeFromSuperview();
     }
-    // All are made before one shows its handles: a new sticker makes none the active one.
     std::vector<IQStickerView*> made;
-    for (const Sticker& sticker : stickers) {
-        list(sticker.tag);
-        made.push_back(&restore(parent, sticker));
+    for (const Sticker& sticker : stickers)
+        made.push_back(&addView(parent, sticker));
+    // All are made before one shows its handles: a new sticker makes none the active one.
+    for (const bool active : {false, true}) {
+        leave(parent);
+        showHandles(parent, made, stickers, active);
     }
-    const auto showHandles = [&](bool active) {
-        for (std::size_t i = 0; i < made.size(); ++i) {
-            if (!stickers[i].handles || stickers[i].active != active)
-                continue;
-            made[i]->showEditingHandles();
-            if (!active)
-                leave(parent);
-        }
-    };
-    showHandles(false);
-    showHandles(true);
     for (IQStickerView* const sticker : made)
         sticker->setObserver(m_observer);
-}
-
-IQStickerView& StickerBoard::restore(UIView& parent, const Sticker& value) const
-{
-    IQStickerView& sticker = addView(parent, value.tag, value.name);
-    sticker.setBounds({{}, value.size});
-    sticker.setCenter(value.center);
-    sticker.setTransform(value.transform);
-    sticker.setShowsBorder(value.border);
-    return sticker;
+    std::erase_if(m_pictures, [](const auto& entry) { return entry.second->superview() == nullptr; });
 }
 
 } // namespace lamina

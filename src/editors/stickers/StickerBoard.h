@@ -2,11 +2,13 @@
 
 #include "editors/stickers/IQStickerView.h"
 #include "editors/stickers/Sticker.h"
+#include "editors/stickers/StickerPicture.h"
 #include "platform/view/UIView.h"
 
-#include <utility>
+#include <map>
 #include <memory>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace lamina {
@@ -63,13 +65,15 @@ public:
     static void leave(const UIView& tree) { IQStickerView::releaseActiveStickerView(tree); }
 
 private:
-    IQStickerView& addView(UIView& parent, int tag, std::string_view name) const;
-    IQStickerView& restore(UIView& parent, const Sticker& sticker) const;
+    IQStickerView& addView(UIView& parent, const Sticker& sticker);
     void list(int tag);
 
     int m_stickerHandleTag;
     std::vector<int> m_stickerTagMutableArr; ///< ascending
     std::weak_ptr<IQStickerObserver> m_observer;
+    /// By their stickers' tags, those that a tree has gone with too: most of what is built anew need not be drawn
+    /// again.
+    std::map<int, std::shared_ptr<const StickerPicture>> m_pictures;
 };
 
 } // namespace lamina

@@ -6,8 +6,8 @@
 #include "platform/base/UIScreen.h"
 #include "platform/image/named/NamedPictures.h"
 
-#include <cstddef>
 #include <algorithm>
+#include <cstddef>
 #include <optional>
 #include <utility>
 
@@ -30,15 +30,37 @@ StickerPicture::StickerPicture(std::string name)
         setAccessibilityLabel(localizedString(stickerCatalogue()[*index].word));
 }
 
+void StickerPicture::takeDrawing(const StickerPicture& other)
+{
+    if (other.m_name != m_name)
+        return;
+    setImage(other.image());
+    m_drawnSize = other.m_drawnSize;
+}
+
 void StickerPicture::sizeDidSettle()
+{
+    m_settling.cancel();
+    if (bounds().size == m_drawnSize)
+        return;
+    m_drawnSize = bounds().size;
+    setImage(drawn());
+}
+
+void StickerPicture::sizeDidChange()
+{
+    m_settling = DispatchTimer(DispatchQueue::main(), kSettlingSeconds, [this] { sizeDidSettle(); });
+}
+
+UIImage StickerPicture::drawn() const
 {
     const CGSize own = sizeOfImageNamed(m_name);
     if (own.width <= 0 || own.height <= 0 || bounds().isEmpty())
-        return setImage({});
+        return {};
     const double factor = std::min(bounds().size.width / own.width, bounds().size.height / own.height);
     const CGSize shown{own.width * factor, own.height * factor};
     const double scale = std::min(UIScreen::main().scale, kMostPixels / std::max(shown.width, shown.height));
-    setImage(imageNamed(m_name, shown, scale));
+    return imageNamed(m_name, shown, scale);
 }
 
 IQStickerView* StickerPicture::sticker() const
