@@ -74,6 +74,14 @@ TEST_F(ByKeys, EveryKeyInTheListWorks)
     };
     const auto blend = [&] { return driver->top<BlendPhotoViewController>(); };
     const auto edited = [&] { return blend()->composition().photos[1].transform != CGAffineTransform(); };
+    const auto sticker = [&] { return blend()->composition().stickers.front(); };
+    const auto selectSticker = [&](int) {
+        if (blend()->composition().stickers.empty())
+            blend()->stickerImgGesture(6000);
+        if (!blend()->stickerActive())
+            driver->tapOnly(*driver->canvas()), driver->settle();
+        value = sticker().transform.b;
+    };
     const auto home = [&] {
         for (int i = 0; i < 4 && !driver->top<ViewController>(); ++i)
             driver->press(Qt::Key_Escape);
@@ -126,6 +134,15 @@ TEST_F(ByKeys, EveryKeyInTheListWorks)
                  typeCommand("undo");
          },
          [&](int) { return edited(); }},
+        {"photoMenu",
+         [&](int) {
+             blend()->closePhotoMenu();
+             driver->settle();
+         },
+         [&](int) { return blend()->menuPhoto() == 2 && at("Replace"); }},
+        {"turn", selectSticker,
+         [&](int i) { return i == 0 ? sticker().transform.b < value : sticker().transform.b > value; }},
+        {"deleteSticker", selectSticker, [&](int) { return blend()->composition().stickers.empty(); }},
         {"bringBack", [&](int) { blend()->nudge(2000, 0); },
          [&](int) { return blend()->composition().photos[1].transform.tx == 0; }},
         {"tool", nothing,

@@ -6,8 +6,10 @@
 #include "TestPictures.h"
 #include "app/ViewController.h"
 #include "editors/blend/PickedImages.h"
+#include "editors/colorpicker/InfColorPickerController.h"
 #include "export/ExporterViewController.h"
 #include "platform/base/CGGeometry.h"
+#include "platform/host/CanvasElements.h"
 #include "platform/host/CanvasItem.h"
 #include "platform/view/UIStoryboard.h"
 
@@ -149,12 +151,28 @@ private:
         CanvasItem* const canvas = driver->canvas();
         if (!canvas || !frame->isAncestorOf(canvas))
             return;
+        if (driver->top<InfColorPickerController>())
+            return checkColorPicker(*canvas);
         EXPECT_EQ(canvas->width(), canvas->height());
         EXPECT_GT(canvas->width(), 100);
         for (const Pressable& one : pressables) // a notice has its place in the canvas where it has no other
             EXPECT_TRUE(nameOf(*one.item) == "Show" || nameOf(*one.item) == "Zeigen" ||
                         !cover(one.seen, placeOf(*canvas)))
                 << nameOf(*one.item) << " lies on the canvas";
+    }
+    /// What takes touches there is large enough.
+    void checkColorPicker(CanvasItem& canvas)
+    {
+        auto* const elements = dynamic_cast<CanvasElements*>(canvas.elements());
+        ASSERT_EQ(elements->rows().size(), 3);
+        for (const CanvasElement& element : elements->rows()) {
+            const QRectF share = element.info[QStringLiteral("frame")].toRectF();
+            EXPECT_GE(share.width() * canvas.width(), 43.5);
+            EXPECT_GE(share.height() * canvas.height(), 43.5);
+        }
+        const QQuickItem* const field = driver->called(QStringLiteral("hex"));
+        EXPECT_GE(field->width(), 100);
+        EXPECT_GE(field->height(), 43.5);
     }
     void checkAlone(const Pressable& one) const
     {
@@ -225,6 +243,15 @@ TEST_P(Layout, KeepsTheSheetsOfAnExportSo)
         sheet->backAction();
         driver->settle();
     }
+}
+
+TEST_P(Layout, KeepsTheColourPickerSo)
+{
+    const auto picker = InfColorPickerController::colorPickerViewController();
+    picker->setSourceColor(UIColor::brown());
+    picker->presentModallyOverViewController(*driver->top<ViewController>());
+    ASSERT_TRUE(driver->waitFor<InfColorPickerController>());
+    checkEverywhere("colour picker");
 }
 
 INSTANTIATE_TEST_SUITE_P(Speeches, Layout,

@@ -3,6 +3,7 @@
 #include "WindowDriver.h"
 
 #include "app/ViewController.h"
+#include "editors/colorpicker/InfColorPickerController.h"
 #include "export/ExportScenes.h"
 #include "export/JPGController.h"
 #include "export/MP4VideoController.h"
@@ -190,6 +191,20 @@ void shootPanels(Shooter& shooter)
     shooter.driver().settle();
 }
 
+/// A colour in the making, as a finger and as keys find it.
+void shootColorPicker(Shooter& shooter, UIViewController& editor)
+{
+    const auto picker = InfColorPickerController::colorPickerViewController();
+    picker->setSourceColor({18 / 255.0, 19 / 255.0, 22 / 255.0, 1});
+    picker->presentModallyOverViewController(editor);
+    shooter.driver().waitFor<InfColorPickerController>();
+    picker->takeHexText(QStringLiteral("#E5906F"));
+    shooter.shoot("color-picker");
+    shooter.driver().press(Qt::Key_Tab);
+    shooter.shoot("color-picker-focus");
+    shooter.driver().press(Qt::Key_Escape);
+}
+
 /// What the blend's tools open, with something done by each.
 void shootTools(Shooter& shooter, BlendPhotoViewController& blend)
 {
@@ -269,6 +284,14 @@ void shootRoad(const LaunchOptions& options, const QString& prefix)
     if (!blend)
         return;
     shootTools(shooter, *blend);
+    blend->openPhotoMenu(2);
+    shooter.shoot("photo-menu");
+    driver.press(Qt::Key_Escape);
+    blend->stickerImgGesture(6000);
+    driver.tapOnly(*driver.canvas());
+    shooter.shoot("sticker");
+    driver.press(Qt::Key_Delete);
+    shootColorPicker(shooter, *blend);
     blend->photo1();
     shooter.shoot("not-movable");
     driver.press(Qt::Key_Escape);

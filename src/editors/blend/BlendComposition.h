@@ -35,6 +35,11 @@ struct BlendPhoto {
     double alpha = kBlendPhotoAlpha;
 };
 
+/// The places of the two photos among those of a composition.
+inline constexpr std::size_t kFirst = 0;
+/// See kFirst.
+inline constexpr std::size_t kSecond = 1;
+
 /// All that the user has done to a blend: a small value (pictures share their pixels) from which the view tree can be
 /// built again at any time.
 struct BlendComposition {

@@ -110,8 +110,8 @@ void BlendPhotoViewController::changeTone(const Tone& tone, double value)
         return value == 0 ? snapshot : tone.operation(snapshot, static_cast<float>(value));
     };
     if (composition.bothSelected()) {
-        setPhotoImage(0, toned(composition.applyFxOnImage1));
-        setPhotoImage(1, toned(composition.applyFxOnImage2));
+        setPhotoImage(kFirst, toned(composition.applyFxOnImage1));
+        setPhotoImage(kSecond, toned(composition.applyFxOnImage2));
     } else {
         setPhotoImage(composition.current, toned(composition.applyFxOnImage1));
     }
@@ -122,8 +122,8 @@ void BlendPhotoViewController::takeSnapshots()
 {
     BlendComposition& composition = editedComposition();
     if (composition.bothSelected()) {
-        composition.applyFxOnImage1 = composition.photos[0].image;
-        composition.applyFxOnImage2 = composition.photos[1].image;
+        composition.applyFxOnImage1 = composition.photos[kFirst].image;
+        composition.applyFxOnImage2 = composition.photos[kSecond].image;
     } else {
         composition.applyFxOnImage1 = composition.photos[resolvedPhoto()].image;
     }
@@ -136,8 +136,8 @@ void BlendPhotoViewController::changeOpacity(double value)
         m_imgViews[photo]->setAlpha(value);
     };
     if (composition().bothSelected()) {
-        setAlpha(0);
-        setAlpha(1);
+        setAlpha(kFirst);
+        setAlpha(kSecond);
     } else {
         setAlpha(resolvedPhoto());
     }

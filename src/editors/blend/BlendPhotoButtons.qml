@@ -18,11 +18,18 @@ Grid {
         return (photo === 2) === controller.photo2OnTop ? qsTranslate("Lamina", "On top") : qsTranslate("Lamina", "Below")
     }
 
+    // To the button of the photo whose menu was open last.
+    property int lastMenu: 1
+    function takeFocus() {
+        buttons.itemAt(lastMenu - 1).takeFocus()
+    }
+
     columns: stacked ? 1 : 2
     spacing: Tokens.space.s
     leftPadding: slim ? Math.round((width - buttonWidth) / 2) : 0
 
     Repeater {
+        id: buttons
         model: [
             { title: qsTranslate("Lamina", "Photo 1"), photo: 1 },
             { title: qsTranslate("Lamina", "Photo 2"), photo: 2 }
@@ -38,6 +45,10 @@ Grid {
             picture: first ? selector.controller.photo1Picture : selector.controller.photo2Picture
             selected: selector.controller.movingPhoto > 0 ? selector.controller.movingPhoto === photo
                 : first ? selector.controller.photo1Selected : selector.controller.photo2Selected
+            menuName: qsTranslate("Lamina", "Menu of photo %1").arg(photo)
+            menuOpen: selector.controller.menuPhoto === photo
+            onMenuOpenChanged: if (menuOpen) selector.lastMenu = photo
+            onMenuAsked: menuOpen ? selector.controller.closePhotoMenu() : selector.controller.openPhotoMenu(photo)
             dimmed: selector.controller.movingPhoto > 0 && selector.controller.movingPhoto !== photo
             onClicked: first ? selector.controller.photo1() : selector.controller.photo2()
         }

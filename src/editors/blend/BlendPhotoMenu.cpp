@@ -19,8 +19,6 @@ namespace lamina {
 
 namespace {
 
-constexpr std::size_t kFirst = 0;
-constexpr std::size_t kSecond = 1;
 constexpr const char* kNoOriginal = QT_TRANSLATE_NOOP("Lamina", "its original is no longer at hand");
 
 int numberOf(std::size_t photo)
@@ -50,6 +48,13 @@ void BlendPhotoViewController::openPhotoMenu(int photo)
 void BlendPhotoViewController::closePhotoMenu()
 {
     setMenuPhoto(0);
+}
+
+bool BlendPhotoViewController::letGo()
+{
+    const bool open = m_menuPhoto != 0;
+    closePhotoMenu();
+    return open || CompositionEditor::letGo();
 }
 
 void BlendPhotoViewController::setMenuPhoto(int photo)

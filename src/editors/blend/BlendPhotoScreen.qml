@@ -11,6 +11,36 @@ EditorScreen {
         + " " + qsTranslate("Lamina", "Arrow keys move the second photo, plus and minus zoom it")
     underHeight: selector.height
 
+    // The menu of a photo stands in the place of what the tools open, in a wide window over that.
+    readonly property bool asks: controller.menuPhoto > 0
+    readonly property string panel: asks && !wide ? "photo" : controller.shownPanel
+    sideHead: menuHead.visible ? menuHead.height + Tokens.space.xl : 0
+
+    // Who works by keys is in the menu as it comes, and back at its photo as it goes.
+    property bool menuHasKeys: false
+    function enterMenu(menu) {
+        if (!asks || !Host.focusVisible)
+            return
+        menu.takeFocus()
+        menuHasKeys = true
+    }
+    onAsksChanged: {
+        if (!asks && menuHasKeys)
+            selector.takeFocus()
+        menuHasKeys = false
+    }
+    KeyCommand {
+        command: "open"
+        enabled: blend.activeFocus
+        onActivated: blend.controller.openPhoto()
+    }
+    Keys.onPressed: event => {
+        if (KeyTable.find("photoMenu", event.key, event.modifiers) < 0)
+            return
+        event.accepted = true
+        controller.openPhotoMenu(0)
+    }
+
     BlendPhotoButtons {
         id: selector
         stacked: blend.small
@@ -41,7 +71,7 @@ EditorScreen {
     panels: [
         EditorPanel {
             name: ""
-            current: blend.controller.shownPanel
+            current: blend.panel
             layout: blend.layout
             wideOnly: true
             heading: qsTranslate("Lamina", "Move")
@@ -66,7 +96,7 @@ EditorScreen {
         },
         EditorTray {
             name: "tools"
-            current: blend.controller.shownPanel
+            current: blend.panel
             layout: blend.layout
             // With both on, tools take the second.
             heading: blend.on(blend.controller.photo1Selected && !blend.controller.photo2Selected,
@@ -78,7 +108,7 @@ EditorScreen {
         },
         EditorSliders {
             name: "effects"
-            current: blend.controller.shownPanel
+            current: blend.panel
             layout: blend.layout
             heading: blend.on(blend.controller.photo1Selected, blend.controller.photo2Selected, qsTranslate("Lamina", "Effects"))
             controller: blend.controller
@@ -86,12 +116,49 @@ EditorScreen {
         },
         EditorThumbnails {
             name: "stickers"
-            current: blend.controller.shownPanel
+            current: blend.panel
             layout: blend.layout
             heading: qsTranslate("Lamina", "Stickers")
             thumbnails: blend.controller.stickerStrip
             onChosen: tag => blend.controller.stickerImgGesture(tag)
             onHideAsked: blend.controller.stickerBtn()
+        },
+        EditorTray {
+            id: menuTray
+            name: "photo"
+            current: blend.panel
+            layout: blend.layout
+            quick: true
+            onVisibleChanged: if (visible) blend.enterMenu(menuTray)
+            tools: blend.controller.photoMenu
+            onChosen: identifier => blend.controller.choosePhotoAction(identifier)
+            onHideAsked: blend.controller.closePhotoMenu()
+        },
+        Column {
+            id: menuHead
+            visible: blend.wide && blend.asks
+            x: blend.sideRoom.x
+            y: blend.sideRoom.y
+            width: blend.sideRoom.width
+            spacing: Tokens.space.s
+            onVisibleChanged: if (visible) blend.enterMenu(menuGrid)
+            StyledText {
+                width: parent.width
+                text: qsTranslate("Lamina", "Photo %1").arg(blend.controller.menuPhoto)
+                role: Tokens.type.caption
+                strong: true
+                Accessible.role: Accessible.Heading
+                Accessible.name: text
+            }
+            ToolGrid {
+                id: menuGrid
+                width: parent.width
+                height: whole
+                oneRow: true
+                cellHeight: blend.layout.cellHeight
+                tools: blend.controller.photoMenu
+                onChosen: identifier => blend.controller.choosePhotoAction(identifier)
+            }
         }
     ]
 }

@@ -18,8 +18,6 @@ namespace lamina {
 
 namespace {
 
-constexpr std::size_t kFirst = 0;
-constexpr std::size_t kSecond = 1;
 /// Of the screen itself, behind the canvas: #121316.
 constexpr UIColor kGround{0x12 / 255.0, 0x13 / 255.0, 0x16 / 255.0, 1.0};
 

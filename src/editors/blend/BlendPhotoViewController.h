@@ -3,6 +3,7 @@
 #include "editors/blend/BlendComposition.h"
 #include "editors/blend/BlendPanels.h"
 #include "editors/blend/PhotoCutting.h"
+#include "editors/colorpicker/InfColorPickerControllerDelegate.h"
 #include "editors/common/CompositionEditor.h"
 #include "editors/common/EditorSlider.h"
 #include "editors/common/EditorToolBar.h"
@@ -22,6 +23,7 @@
 #include <QVariant>
 #include <QVariantList>
 
+#include <functional>
 #include <array>
 #include <deque>
 #include <memory>
@@ -55,7 +57,9 @@ namespace lamina {
 /// A photo from outside (dropped, pasted) takes the place of the photo in hand: the one that the buttons name, the
 /// second where they name both, and the current one where they name none. Of several the first two take both places,
 /// which is one step.
-class BlendPhotoViewController : public CompositionEditor<BlendComposition>, public PhotoReceiver {
+class BlendPhotoViewController : public CompositionEditor<BlendComposition>,
+                                 public PhotoReceiver,
+                                 public InfColorPickerControllerDelegate {
     Q_OBJECT
     Q_PROPERTY(bool photo1Selected READ photo1Selected NOTIFY selectionChanged FINAL)
     Q_PROPERTY(bool photo2Selected READ photo2Selected NOTIFY selectionChanged FINAL)
@@ -118,8 +122,11 @@ public:
     Q_INVOKABLE void horizontalBtn();
     /// The same for top and bottom.
     Q_INVOKABLE void verticalBtn();
-    /// Asks for the colour of the backdrop.
+    /// Asks for the colour of the backdrop, beginning with that of the screen itself. Nothing while something lies over
+    /// the editor.
     Q_INVOKABLE void adjustColor1();
+    /// The backdrop takes the colour, and the picker goes.
+    void colorPickerControllerDidFinish(InfColorPickerController& picker) override;
     /// Does what the sub-tool of that identifier is for; nothing for one that is unknown.
     Q_INVOKABLE void chooseSubTool(const QString& identifier);
 
@@ -147,6 +154,7 @@ public:
     /// change. Nothing for other numbers.
     Q_INVOKABLE void openPhotoMenu(int photo);
     Q_INVOKABLE void closePhotoMenu();
+    bool letGo() override;
     /// Does one of the menu's actions, each a step, with the photo whose menu is open, and closes it; nothing while
     /// none is open, or for an unknown action.
     ///   replace   another photo is chosen and cropped, and takes the place of this one on the canvas, as it is moved
@@ -240,6 +248,7 @@ protected:
     void transformPhoto(UIView& view, const CGAffineTransform& transform) override;
     const UIView& exportedView() const override { return *m_mainImgView; }
     void prepareExport() override;
+    std::function<void()> hideHandles() const override;
 
 private:
     static constexpr int kFirstStickerTag = 500;

@@ -2,15 +2,17 @@
 
 #include "editors/blend/BlendPanels.h"
 #include "editors/blend/BlendPhotoViewController.h"
-#include "editors/common/PanelAnimation.h"
 #include "editors/common/EditHistory.h"
+#include "editors/common/PanelAnimation.h"
 #include "editors/stickers/Sticker.h"
 #include "editors/stickers/StickerCatalogue.h"
 
-#include <cstddef>
 #include <algorithm>
+#include <cstddef>
+#include <functional>
 #include <memory>
 #include <optional>
+#include <vector>
 
 namespace lamina {
 
@@ -111,6 +113,28 @@ void BlendPhotoViewController::deleteSticker()
     cancelGestures();
     if (IQStickerView* const sticker = m_stickers.selected(*m_mainImgView))
         sticker->close();
+}
+
+std::function<void()> BlendPhotoViewController::hideHandles() const
+{
+    std::vector<std::shared_ptr<UIView>> hidden;
+    std::vector<IQStickerView*> bordered;
+    for (IQStickerView* const sticker : m_stickers.listed(*m_mainImgView)) {
+        for (const auto& part : sticker->subviews()) {
+            if (part != sticker->contentView() && !part->isHidden())
+                hidden.push_back(part);
+        }
+        if (sticker->showsBorder())
+            bordered.push_back(sticker);
+    }
+    const auto show = [hidden, bordered](bool shown) {
+        for (const auto& handle : hidden)
+            handle->setHidden(!shown);
+        for (IQStickerView* const sticker : bordered)
+            sticker->setShowsBorder(shown);
+    };
+    show(false);
+    return [show] { show(true); };
 }
 
 /// Nothing is seen of stickers but their pictures, in the order in which they were made. What was recorded last follows

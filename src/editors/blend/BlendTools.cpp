@@ -4,6 +4,7 @@
 
 #include "editors/blend/BlendPanels.h"
 #include "editors/blend/BlendPhotoViewController.h"
+#include "editors/colorpicker/InfColorPickerController.h"
 #include "editors/common/PanelAnimation.h"
 #include "imageops/ImageGeometry.h"
 #include "platform/base/UIColor.h"
@@ -111,7 +112,7 @@ void BlendPhotoViewController::toolBtn()
 {
     act([this] {
         currentImageView().removeAllGestureRecognizers();
-        editedComposition().current = 1;
+        editedComposition().current = kSecond;
         m_toolSelected = !m_toolSelected;
         if (m_toolSelected) {
             enterToolMode(BlendMode::Tools);
@@ -180,15 +181,10 @@ void BlendPhotoViewController::doSubTool(std::string_view tool, UIImage (*operat
     });
 }
 
-/// The photo that the selection buttons name, which becomes the current one; with both on it is the second.
+/// The photo that sub-tools act on, which becomes the current one.
 std::size_t BlendPhotoViewController::resolvedPhoto()
 {
-    BlendComposition& composition = editedComposition();
-    if (composition.photo2Selected)
-        composition.current = 1;
-    else if (composition.photo1Selected)
-        composition.current = 0;
-    return composition.current;
+    return editedComposition().current = photoInHand();
 }
 
 void BlendPhotoViewController::setPhotoImage(std::size_t photo, const UIImage& image)
@@ -200,6 +196,22 @@ void BlendPhotoViewController::setPhotoImage(std::size_t photo, const UIImage& i
 void BlendPhotoViewController::adjustColor1()
 {
     act([this] { m_subToolBar.setActiveTool(blendsubtool::kColor); });
+    if (presentedViewController())
+        return;
+    const auto picker = InfColorPickerController::colorPickerViewController();
+    picker->setSourceColor(view().backgroundColor().value_or(UIColor::clear()));
+    picker->setDelegate(std::static_pointer_cast<BlendPhotoViewController>(shared_from_this()));
+    picker->setModalPresentationStyle(UIModalPresentationStyle::FullScreen);
+    picker->presentModallyOverViewController(*this);
+}
+
+void BlendPhotoViewController::colorPickerControllerDidFinish(InfColorPickerController& picker)
+{
+    act([&] {
+        editedComposition().backdrop = picker.resultColor();
+        m_mainImgView->setBackgroundColor(composition().backdrop);
+    });
+    dismiss(true);
 }
 
 QString BlendPhotoViewController::backdrop() const

@@ -39,7 +39,8 @@ std::string hexText(const UIColor& color)
 {
     std::string text = "#";
     for (const double component : {color.red, color.green, color.blue}) {
-        const auto step = static_cast<std::size_t>(std::lround(std::clamp(component, 0.0, 1.0) * kMost));
+        const double inRange = component > 0 ? std::min(component, 1.0) : 0; // also what is no number
+        const auto step = static_cast<std::size_t>(std::lround(inRange * kMost));
         text += {kDigits[step / kDigits.size()], kDigits[step % kDigits.size()]};
     }
     return text;

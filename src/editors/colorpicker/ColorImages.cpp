@@ -1,5 +1,7 @@
 #include "editors/colorpicker/ColorImages.h"
 
+#include "platform/image/pixels/PixelBuffer.h"
+
 #include <algorithm>
 #include <bit>
 #include <cstring>

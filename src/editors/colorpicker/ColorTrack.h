@@ -2,6 +2,7 @@
 
 #include "editors/colorpicker/InfColorIndicatorView.h"
 
+#include "platform/base/CGGeometry.h"
 #include "platform/view/UIView.h"
 
 #include <algorithm>

@@ -2,6 +2,10 @@
 
 #include "platform/view/UIControl.h"
 
+#include "platform/base/CGGeometry.h"
+#include "platform/view/UIAccessibility.h"
+#include "platform/view/UITouch.h"
+
 #include <memory>
 #include <optional>
 #include <string>

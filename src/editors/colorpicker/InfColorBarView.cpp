@@ -1,6 +1,7 @@
 #include "editors/colorpicker/InfColorBarView.h"
 
 #include "editors/colorpicker/ColorImages.h"
+#include "platform/base/CGGeometry.h"
 #include "platform/image/drawing/CGContext.h"
 #include "platform/image/drawing/UIImageDrawing.h"
 #include "platform/view/DrawnLayer.h"

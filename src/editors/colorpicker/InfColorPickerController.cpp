@@ -12,10 +12,12 @@
 #include "platform/view/UIBarButtonItem.h"
 #include "platform/view/UIControl.h"
 #include "platform/view/UIStoryboard.h"
+#include "platform/view/UIView.h"
 
 #include <QCoreApplication>
 
 #include <cmath>
+#include <cstddef>
 #include <string>
 
 namespace lamina {
@@ -174,8 +176,7 @@ void InfColorPickerController::viewDidLoad()
     wireControls();
     showHue();
     showSquareValue();
-    if (m_sourceColor)
-        m_sourceColorView->setBackgroundColor(m_sourceColor);
+    showSourceColor();
     showResultColor();
     placeViews({kIdealSize.width, kIdealSize.height}, qRectOf(kIdealSquare), qRectOf(kIdealBar),
                qRectOf(kIdealSwatches));
@@ -218,6 +219,14 @@ void InfColorPickerController::showSquareValue()
     m_settingControls = false;
 }
 
+void InfColorPickerController::showSourceColor()
+{
+    if (!isViewLoaded() || !m_sourceColor)
+        return;
+    m_sourceColorView->setBackgroundColor(m_sourceColor);
+    m_sourceColorView->setAccessibilityValue(hexText(*m_sourceColor));
+}
+
 void InfColorPickerController::showResultColor()
 {
     if (isViewLoaded() && m_resultColor)
@@ -232,8 +241,7 @@ void InfColorPickerController::setSourceColor(const UIColor& color)
     if (m_sourceColor == color)
         return;
     m_sourceColor = color;
-    if (isViewLoaded())
-        m_sourceColorView->setBackgroundColor(color);
+    showSourceColor();
     setResultColor(color);
 }
 
@@ -273,6 +281,7 @@ void InfColorPickerController::takeBarValue(const InfColorBarPicker& sender)
 {
     if (m_settingControls)
         return;
+    m_movedLast = BarTag;
     m_values.hue = sender.value();
     if (isViewLoaded()) {
         m_squareView->setHue(m_values.hue);
@@ -285,6 +294,7 @@ void InfColorPickerController::takeSquareValue(const InfColorSquarePicker& sende
 {
     if (m_settingControls)
         return;
+    m_movedLast = SquareTag;
     m_values.saturation = static_cast<float>(sender.value().x);
     m_values.brightness = static_cast<float>(sender.value().y);
     updateResultColor();
@@ -298,9 +308,10 @@ void InfColorPickerController::takeBackgroundColor(const UIView& sender)
 
 bool InfColorPickerController::stepBy(int tag, double right, double up)
 {
-    if (tag == SquareTag && isViewLoaded())
+    const int stepped = tag == 0 ? m_movedLast : tag;
+    if (stepped == SquareTag && isViewLoaded())
         m_squarePicker->stepBy(right, up);
-    else if (tag == BarTag && isViewLoaded())
+    else if (stepped == BarTag && isViewLoaded())
         m_barPicker->stepBy(static_cast<float>(right + up));
     else
         return false;

@@ -93,8 +93,8 @@ public:
     /// The colour of 3 or 6 hexadecimal digits, with "#" or without, becomes the result. False, and nothing changes,
     /// for any other text.
     Q_INVOKABLE bool takeHexText(const QString& text);
-    /// Steps by keys on the view of a tag: on the square to the right and upwards, on the bar along the hues, round its
-    /// ends. False: no steps there.
+    /// Steps by keys on the view of a tag, or of 0, the one of these that was moved last: on the square to the right
+    /// and upwards, on the bar along the hues, round its ends. False: no steps there.
     Q_INVOKABLE bool stepBy(int tag, double right, double up);
 
     /// Places the views on a canvas of that size: the square's field, the bar's range, and both swatches side by side.
@@ -102,10 +102,13 @@ public:
     /// has spoken they fill the ideal size.
     Q_INVOKABLE void placeViews(const QSizeF& canvas, const QRectF& square, const QRectF& bar, const QRectF& swatches);
 
+    /// The present colour as "#RRGGBB".
     QString shownHexText() const;
-    /// Whole numbers, cut off; as the next two.
+    /// The hue, 0 to 360; what is no whole degree is cut off.
     int hueDegrees() const;
+    /// 0 to 100, cut off likewise, as the next.
     int saturationPercent() const;
+    /// Of the present colour.
     int brightnessPercent() const;
 
     // The views; null until they are loaded.
@@ -139,6 +142,7 @@ private:
     void wireControls();
     void showHue();
     void showSquareValue();
+    void showSourceColor();
     void storeResultColor(const UIColor& color);
     void updateResultColor();
     void showResultColor();
@@ -149,6 +153,7 @@ private:
     std::optional<UIColor> m_resultColor;
     std::weak_ptr<InfColorPickerControllerDelegate> m_delegate;
     std::weak_ptr<InfColorPickerNavigationController> m_navController;
+    int m_movedLast = SquareTag;
     bool m_settingControls = false; ///< what they tell meanwhile is known
 
     std::shared_ptr<InfColorBarView> m_barView;

@@ -1,5 +1,7 @@
 #include "editors/colorpicker/InfColorPickerNavigationController.h"
 
+#include "platform/view/UIViewController.h"
+
 #include <utility>
 
 namespace lamina {

@@ -3,6 +3,8 @@
 #include "platform/view/UIControl.h"
 
 #include "platform/base/CGGeometry.h"
+#include "platform/view/UIAccessibility.h"
+#include "platform/view/UITouch.h"
 
 #include <memory>
 #include <optional>

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "editors/colorpicker/ColorImages.h"
+#include "platform/base/CGGeometry.h"
 #include "platform/view/UIImageView.h"
 
 #include <array>

@@ -2,6 +2,9 @@
 
 #include "platform/view/UIControl.h"
 
+#include "platform/base/CGGeometry.h"
+#include "platform/view/UITouch.h"
+
 #include <memory>
 
 namespace lamina {

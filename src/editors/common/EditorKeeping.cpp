@@ -39,7 +39,10 @@ void EditorViewController::viewWillDisappear(bool animated)
 UIImage EditorViewController::workPrint() const
 {
     const CGSize size = exportedView().bounds().size;
-    return imageByRenderingView(exportedView(), kPrintSide / std::max({size.width, size.height, 1.0}));
+    const auto showHandles = hideHandles();
+    const UIImage print = imageByRenderingView(exportedView(), kPrintSide / std::max({size.width, size.height, 1.0}));
+    showHandles();
+    return print;
 }
 
 void EditorViewController::tellNotKept(const Error& error)

@@ -11,6 +11,8 @@ Item {
     property string kind: "tray"
     // As high as it would be.
     property real wanted: 0
+    // It answers a touch at once, and is no tool that is laid out.
+    property bool quick: false
     // Of all panels the name of the one that is shown, and this one's; empty: none.
     required property string current
     required property string name
@@ -54,12 +56,12 @@ Item {
     SequentialAnimation {
         id: motion
         property real to: 0
-        PauseAnimation { duration: panel.layout.wide ? 0 : Tokens.motion.toolPanelDelay }
+        PauseAnimation { duration: panel.layout.wide || panel.quick ? 0 : Tokens.motion.toolPanelDelay }
         NumberAnimation {
             target: panel
             property: "presence"
             to: motion.to
-            duration: panel.layout.wide ? Tokens.motion.fade : Tokens.motion.toolPanel
+            duration: panel.layout.wide || panel.quick ? Tokens.motion.fade : Tokens.motion.toolPanel
             easing.type: motion.to === 1 ? Easing.OutCubic : Easing.InCubic
         }
     }

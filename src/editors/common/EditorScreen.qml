@@ -19,6 +19,12 @@ AppScreen {
     readonly property EditorPanel covering: panelWhere(panel => panel.onTools && panel.presence > 0)
     readonly property real cover: covering ? covering.presence : 0
     property bool toolsHidden: false
+    // Of a key, radians: as a step of the wheel.
+    readonly property real turnStep: Math.PI / 60
+    // What stands over the panels in the side panel takes this much of their height.
+    property real sideHead: 0
+    // The side panel's room for both, in the window.
+    readonly property rect sideRoom: Qt.rect(panel.x + panel.place.x, panel.place.y, panel.place.width, panel.place.height)
     readonly property alias layout: measures
     default property alias under: slot.data
     // The EditorPanels.
@@ -29,7 +35,8 @@ AppScreen {
         screen: editor
         barHeight: bar.height
         underHeight: editor.underHeight
-        sidePlace: Qt.rect(panel.x + panel.place.x, panel.place.y, panel.place.width, panel.place.height)
+        sidePlace: Qt.rect(editor.sideRoom.x, editor.sideRoom.y + editor.sideHead,
+            editor.sideRoom.width, editor.sideRoom.height - editor.sideHead)
     }
 
     function panelWhere(holds) {
@@ -60,7 +67,7 @@ AppScreen {
     onDockedChanged: hideTools()
     Keys.forwardTo: [canvas]
     name: canvasName
-    onBack: controller.backBtn()
+    onBack: if (!controller.letGo()) controller.backBtn()
     Keys.onPressed: event => {
         const tool = controller.tools[KeyTable.find("tool", event.key, event.modifiers)]
         event.accepted = event.accepted || tool !== undefined
@@ -69,6 +76,15 @@ AppScreen {
         if (KeyTable.find("bringBack", event.key, event.modifiers) >= 0) {
             event.accepted = true
             controller.bringPhotoBack()
+        }
+        const turn = KeyTable.find("turn", event.key, event.modifiers)
+        if (turn >= 0) {
+            event.accepted = true
+            controller.turnBy(turn === 0 ? -turnStep : turnStep)
+        }
+        if (controller.stickerActive && KeyTable.find("deleteSticker", event.key, event.modifiers) >= 0) {
+            event.accepted = true
+            controller.deleteSticker()
         }
     }
     KeyCommand {
@@ -135,6 +151,7 @@ AppScreen {
             controller: editor.controller
             Accessible.name: editor.canvasName
             Accessible.description: editor.canvasDescription
+            onTapped: (x, y) => editor.controller.tapCanvas(x, y)
             onDoubleTapped: editor.controller.bringPhotoBack()
         }
     }

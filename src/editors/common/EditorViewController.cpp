@@ -193,6 +193,25 @@ void EditorViewController::bringPhotoBack()
     });
 }
 
+void EditorViewController::tapCanvas(double x, double y)
+{
+    const UIView* const sticker = activeSticker();
+    const std::shared_ptr<UIView> canvas = canvasView();
+    if (sticker == nullptr || !canvas)
+        return;
+    const UIView* const tapped = canvas->hitTest({x, y});
+    if (tapped == nullptr || !tapped->isDescendantOf(*sticker))
+        letGoOfStickers();
+}
+
+bool EditorViewController::letGo()
+{
+    const bool held = stickerActive();
+    if (held)
+        letGoOfStickers();
+    return held;
+}
+
 std::shared_ptr<UIView> EditorViewController::makeCanvas(const CGRect& frame)
 {
     return std::make_shared<EditorCanvasView>(frame, [weak = weak_from_this()]() -> UIView* {

@@ -102,6 +102,11 @@ public:
     bool stickerActive() const { return activeSticker() != nullptr; }
     /// Takes handles and borders from all stickers; that is no step.
     Q_INVOKABLE virtual void letGoOfStickers() {}
+    /// A quick tap on the canvas, in its points, after what was tapped there has heard of it: beside the active sticker
+    /// it lets go of that one.
+    Q_INVOKABLE void tapCanvas(double x, double y);
+    /// What a step back does first: takes away a menu, or lets go of stickers. False: there is nothing of the kind.
+    Q_INVOKABLE virtual bool letGo();
     /// Removes the active sticker, which is a step. Nothing where none is.
     Q_INVOKABLE virtual void deleteSticker() {}
 
@@ -211,6 +216,12 @@ protected:
 
     /// The view that an export shows.
     virtual const UIView& exportedView() const = 0;
+    /// Hides what stands on the canvas for the user's hands alone, and gives what brings it back: for a picture in
+    /// between of which nobody hears. Default: nothing.
+    virtual std::function<void()> hideHandles() const
+    {
+        return [] {};
+    }
     /// The changes that an export makes to the canvas. Default: none.
     virtual void prepareExport() {}
 

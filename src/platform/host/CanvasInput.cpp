@@ -11,7 +11,6 @@
 
 #include <cstdint>
 #include <numbers>
-#include <utility>
 #include <vector>
 
 namespace lamina {
@@ -26,56 +25,57 @@ double seconds(const QInputEvent& event)
     return static_cast<double>(event.timestamp()) / 1000.0;
 }
 
-/// A view without an end that hears of two quick taps of one finger.
-std::shared_ptr<UIView> tapView(std::optional<CGPoint>& doubleTap)
+} // namespace
+
+CanvasInput::TapField::TapField(int taps)
+    : m_view(std::make_shared<UIView>())
+    , m_dispatcher(m_view)
 {
     constexpr double kFar = 1e6;
-    auto view = std::make_shared<UIView>();
-    view->setBounds({-kFar, -kFar, 2 * kFar, 2 * kFar});
+    m_view->setBounds({-kFar, -kFar, 2 * kFar, 2 * kFar});
     auto recognizer = std::make_shared<UITapGestureRecognizer>();
-    recognizer->setNumberOfTapsRequired(2);
-    recognizer->addAction([&](UIGestureRecognizer& tapped) { doubleTap = tapped.locationInView(nullptr); });
-    view->addGestureRecognizer(std::move(recognizer));
-    return view;
+    recognizer->setNumberOfTapsRequired(taps);
+    recognizer->addAction([this](UIGestureRecognizer& tapped) { m_tapped = tapped.locationInView(nullptr); });
+    m_view->addGestureRecognizer(std::move(recognizer));
 }
-
-} // namespace
 
 CanvasInput::CanvasInput(const std::shared_ptr<UIView>& root)
     : m_dispatcher(root)
-    , m_tapView(tapView(m_doubleTap))
-    , m_tapDispatcher(m_tapView)
 {
 }
 
 void CanvasInput::mousePressed(const QMouseEvent& event)
 {
     m_lastTime = seconds(event);
-    m_dispatcher.touchBegan(kMouse, treePoint(event.position()), m_lastTime);
+    for (TouchDispatcher* const dispatcher : {&m_dispatcher, &m_taps.dispatcher()})
+        dispatcher->touchBegan(kMouse, treePoint(event.position()), m_lastTime);
 }
 
 void CanvasInput::mouseMoved(const QMouseEvent& event)
 {
     m_lastTime = seconds(event);
-    m_dispatcher.touchMoved(kMouse, treePoint(event.position()), m_lastTime);
+    for (TouchDispatcher* const dispatcher : {&m_dispatcher, &m_taps.dispatcher()})
+        dispatcher->touchMoved(kMouse, treePoint(event.position()), m_lastTime);
 }
 
-void CanvasInput::mouseReleased(const QMouseEvent& event)
+CanvasInput::Taps CanvasInput::mouseReleased(const QMouseEvent& event)
 {
     m_lastTime = seconds(event);
-    m_dispatcher.touchEnded(kMouse, treePoint(event.position()), m_lastTime);
+    for (TouchDispatcher* const dispatcher : {&m_dispatcher, &m_taps.dispatcher()})
+        dispatcher->touchEnded(kMouse, treePoint(event.position()), m_lastTime);
+    return {m_taps.take(), {}};
 }
 
-std::optional<CGPoint> CanvasInput::touched(const QTouchEvent& event)
+CanvasInput::Taps CanvasInput::touched(const QTouchEvent& event)
 {
     m_lastTime = seconds(event);
     if (event.type() == QEvent::TouchCancel) {
         cancel();
-        return std::nullopt;
+        return {};
     }
-    dispatch(event, m_dispatcher);
-    dispatch(event, m_tapDispatcher);
-    return std::exchange(m_doubleTap, std::nullopt);
+    for (TouchDispatcher* const dispatcher : {&m_dispatcher, &m_taps.dispatcher(), &m_doubleTaps.dispatcher()})
+        dispatch(event, *dispatcher);
+    return {m_taps.take(), m_doubleTaps.take()};
 }
 
 void CanvasInput::dispatch(const QTouchEvent& event, TouchDispatcher& dispatcher) const
@@ -121,7 +121,8 @@ bool CanvasInput::nativeGesture(const QNativeGestureEvent& event)
 
 void CanvasInput::cancel()
 {
-    m_tapDispatcher.cancelAllTouches(m_lastTime);
+    m_taps.dispatcher().cancelAllTouches(m_lastTime);
+    m_doubleTaps.dispatcher().cancelAllTouches(m_lastTime);
     m_dispatcher.cancelAllTouches(m_lastTime);
 }
 

@@ -10,6 +10,7 @@
 
 #include <memory>
 #include <optional>
+#include <utility>
 
 class QMouseEvent;
 class QNativeGestureEvent;
@@ -35,15 +36,21 @@ public:
         return {position.x() * m_pointsPerUnit, position.y() * m_pointsPerUnit};
     }
 
+    /// What the user has just done to the canvas itself, in the tree's points: none of the tree's recognisers waits for
+    /// it, nor is one held up by it.
+    struct Taps {
+        std::optional<CGPoint> tap;       ///< a quick touch of one finger or the mouse, wherever it was
+        std::optional<CGPoint> doubleTap; ///< two of one finger
+    };
+
     /// The mouse is a finger of its own from now on,
     void mousePressed(const QMouseEvent& event);
     /// moves as one,
     void mouseMoved(const QMouseEvent& event);
-    /// and is none any more.
-    void mouseReleased(const QMouseEvent& event);
-    /// All fingers of the event; gives the point of a double tap when this event completes one. That is the canvas's
-    /// own gesture: the recognisers of the tree neither wait for it nor are held up by it.
-    std::optional<CGPoint> touched(const QTouchEvent& event);
+    /// and is none any more. Double clicks are the window's to tell.
+    Taps mouseReleased(const QMouseEvent& event);
+    /// All fingers of the event.
+    Taps touched(const QTouchEvent& event);
     /// False when nothing under the pointer cares.
     bool wheelTurned(const QWheelEvent& event);
     /// A touchpad's pinch or rotation; false when nothing under the pointer cares.
@@ -54,14 +61,30 @@ public:
     void cancel();
 
 private:
+    /// A view without an end, in no tree, that hears of taps.
+    class TapField {
+    public:
+        explicit TapField(int taps);
+        TapField(const TapField&) = delete;
+        TapField& operator=(const TapField&) = delete;
+
+        TouchDispatcher& dispatcher() { return m_dispatcher; }
+        /// Where taps were completed since the last call.
+        std::optional<CGPoint> take() { return std::exchange(m_tapped, std::nullopt); }
+
+    private:
+        std::optional<CGPoint> m_tapped;
+        std::shared_ptr<UIView> m_view;
+        TouchDispatcher m_dispatcher;
+    };
+
     void dispatch(const QTouchEvent& event, TouchDispatcher& dispatcher) const;
 
     TouchDispatcher m_dispatcher;
     double m_pointsPerUnit = 1;
     double m_lastTime = 0; ///< seconds, of the last event
-    std::optional<CGPoint> m_doubleTap;
-    std::shared_ptr<UIView> m_tapView; ///< stands in no tree
-    TouchDispatcher m_tapDispatcher;
+    TapField m_taps{1};
+    TapField m_doubleTaps{2};
 };
 
 } // namespace lamina

@@ -262,10 +262,10 @@ void CanvasItem::mouseMoveEvent(QMouseEvent* event)
 void CanvasItem::mouseReleaseEvent(QMouseEvent* event)
 {
     setKeepMouseGrab(false);
-    if (m_input)
-        m_input->mouseReleased(*event);
+    const CanvasInput::Taps taps = m_input ? m_input->mouseReleased(*event) : CanvasInput::Taps();
     m_pointer = event->position();
     releaseMouse();
+    tellTaps(taps);
 }
 
 void CanvasItem::mouseDoubleClickEvent(QMouseEvent* event)
@@ -293,9 +293,16 @@ void CanvasItem::touchEvent(QTouchEvent* event)
         forceActiveFocus(Qt::MouseFocusReason);
         emit touched();
     }
-    if (const auto tapped = m_input->touched(*event))
-        emit doubleTapped(tapped->x, tapped->y);
+    tellTaps(m_input->touched(*event));
     event->accept();
+}
+
+void CanvasItem::tellTaps(const CanvasInput::Taps& taps)
+{
+    if (taps.tap)
+        emit tapped(taps.tap->x, taps.tap->y);
+    if (taps.doubleTap)
+        emit doubleTapped(taps.doubleTap->x, taps.doubleTap->y);
 }
 
 void CanvasItem::touchUngrabEvent()

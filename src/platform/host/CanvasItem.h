@@ -65,7 +65,9 @@ signals:
     void acceptsInputChanged();
     /// The first touch or turn of a wheel of a gesture.
     void touched();
-    /// Two quick taps of one finger or the mouse; the point in the tree's coordinates.
+    /// A quick tap of one finger or the mouse, whatever the tree has made of it; the point in the tree's coordinates.
+    void tapped(qreal x, qreal y);
+    /// Two quick taps of one finger or the mouse, after the two; the point likewise.
     void doubleTapped(qreal x, qreal y);
 
 protected:
@@ -91,6 +93,7 @@ private:
     void settleScale();
     void copyPainted(const IntRect& area);
     void takeMouse(const QMouseEvent& event);
+    void tellTaps(const CanvasInput::Taps& taps);
     void releaseMouse();
     void setPointer();
     bool takeNativeGesture(QNativeGestureEvent& event);

@@ -38,6 +38,10 @@ constexpr std::array kUse{"Return", "Enter"};
 constexpr std::array kMove{"Left", "Right", "Up", "Down"};
 constexpr std::array kMoveFar{"Shift+Left", "Shift+Right", "Shift+Up", "Shift+Down"};
 constexpr std::array kZoom{"+", "-", "="};
+// To the left, to the right.
+constexpr std::array kTurn{",", "."};
+constexpr std::array kDelete{"Del", "Backspace"};
+constexpr std::array kMenu{"Menu", "Shift+F10"};
 constexpr std::array kBringBack{"Home"};
 constexpr std::array kUndo{"Ctrl+Z"};
 constexpr std::array kRedo{"Ctrl+Shift+Z", "Ctrl+Y"};
@@ -63,6 +67,9 @@ constexpr std::array kCanvasCommands{
     Command{"move", QT_TRANSLATE_NOOP("Lamina", "Move the photo"), kMove, Show::All},
     Command{"moveFar", QT_TRANSLATE_NOOP("Lamina", "Move it further"), kMoveFar, Show::First},
     Command{"zoom", QT_TRANSLATE_NOOP("Lamina", "Zoom"), kZoom, Show::All},
+    Command{"turn", QT_TRANSLATE_NOOP("Lamina", "Turn a sticker"), kTurn, Show::All},
+    Command{"deleteSticker", QT_TRANSLATE_NOOP("Lamina", "Remove a sticker"), kDelete, Show::First},
+    Command{"photoMenu", QT_TRANSLATE_NOOP("Lamina", "Menu of a photo"), kMenu, Show::Either},
     Command{"bringBack", QT_TRANSLATE_NOOP("Lamina", "Bring the photo back"), kBringBack, Show::First},
     Command{"undo", QT_TRANSLATE_NOOP("Lamina", "Undo"), kUndo, Show::First},
     Command{"redo", QT_TRANSLATE_NOOP("Lamina", "Redo"), kRedo, Show::Either},
@@ -98,6 +105,8 @@ constexpr std::array kCaps{
     Cap{"Ctrl", QT_TRANSLATE_NOOP("Lamina", "Ctrl")},
     Cap{"Shift", QT_TRANSLATE_NOOP("Lamina", "Shift")},
     Cap{"Return", QT_TRANSLATE_NOOP("Lamina", "Enter")},
+    Cap{"Del", QT_TRANSLATE_NOOP("Lamina", "Delete")},
+    Cap{"Menu", QT_TRANSLATE_NOOP("Lamina", "Menu")},
     Cap{"Home", QT_TRANSLATE_NOOP("Lamina", "Home key")},
     Cap{"End", QT_TRANSLATE_NOOP("Lamina", "End")},
     Cap{"PgUp", QT_TRANSLATE_NOOP("Lamina", "PgUp")},

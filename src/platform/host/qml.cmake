@@ -11,6 +11,7 @@ set(LAMINA_QML_FILES
     app/ZoomRow.qml
     editors/blend/BlendPhotoButtons.qml
     editors/blend/BlendPhotoScreen.qml
+    editors/colorpicker/InfColorPickerScreen.qml
     editors/common/EditorLayout.qml
     editors/common/EditorPanel.qml
     editors/common/EditorScreen.qml
@@ -55,6 +56,7 @@ set(LAMINA_QML_FILES
     platform/host/controls/ChoiceRow.qml
     platform/host/controls/ChoiceRows.qml
     platform/host/controls/CropMarks.qml
+    platform/host/controls/EntryField.qml
     platform/host/controls/FieldButton.qml
     platform/host/controls/FocusRing.qml
     platform/host/controls/FolderRow.qml

@@ -3,6 +3,7 @@
 #include "platform/base/CGGeometry.h"
 #include "platform/view/UIAccessibility.h"
 #include "platform/view/UIPointerShape.h"
+#include "platform/view/CALayer.h"
 #include "platform/view/UITouch.h"
 
 #include <algorithm>

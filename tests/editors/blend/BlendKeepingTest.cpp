@@ -2,9 +2,12 @@
 #include "BlendEditorFixture.h"
 #include "CommandRunner.h"
 #include "LogCapture.h"
+#include "editors/blend/BlendTools.h"
 #include "editors/common/KeptJournal.h"
 #include "editors/common/KeptWork.h"
 #include "editors/common/RecordReading.h"
+#include "editors/stickers/IQStickerView.h"
+#include "editors/stickers/StickerBoard.h"
 #include "export/ExportScenes.h"
 #include "export/ExporterViewController.h"
 #include "export/SavingTypeController.h"
@@ -100,6 +103,8 @@ TEST_F(BlendKeeping, AWorkComesBackWhole)
     work.photo2Selected = false;
     work.mode = BlendMode::Effects;
     work.sliders = {-200, 34.5, 0.1};
+    work.stickers = {{501, "big117", {200.5, 37}, {1.0 / 3, -9}, CGAffineTransform::rotation(0.1), true, true, true},
+                     {500, "big116", {60, 70}, {0, 0}, {}, false, false, false}};
     work.current = 0;
     work.applyFxOnImage2 = work.photos[0].actualImage;
     editor->setComposition(work);
@@ -128,6 +133,35 @@ TEST_F(BlendKeeping, AWorkComesBackWhole)
     ASSERT_TRUE(resume());
     EXPECT_EQ(recordNow(), record);
     EXPECT_EQ(std::distance(fs::directory_iterator(state.path("lamina/kept")), {}), 1);
+}
+
+TEST_F(BlendKeeping, RecordsOfTheFirstVersionAreReadAndWhatMakesNoSenseIsNot)
+{
+    const TemporaryFolder folder;
+    KeptPictures pictures(folder.path());
+    pictures.beginRecord();
+    RecordValue record;
+    writeRecord(editor->composition(), pictures, record);
+    BlendComposition read;
+    const std::pair<const char*, RecordValue> wrong[] = {
+        {"mode", 4},
+        {"mode", "tools"},
+        {"sliders", {0, 0, 0}},
+        {"stickers", {1}},
+    };
+    for (const auto& [name, value] : wrong) {
+        RecordValue changed = record;
+        changed[name] = value;
+        EXPECT_FALSE(readRecord(changed, pictures, read)) << name << value;
+    }
+    for (const char* const later : {"mode", "sliders", "stickers"})
+        record.erase(later);
+    for (const bool moves : {true, false}) {
+        record["panBool"] = moves;
+        ASSERT_TRUE(readRecord(record, pictures, read));
+        EXPECT_EQ(read.mode, moves ? BlendMode::Move : BlendMode::Tools);
+        EXPECT_TRUE(read.sliders == kBlendSliderStarts && read.stickers.empty());
+    }
 }
 
 TEST_F(BlendKeeping, NobodyElseReadsItAndOldPicturesGo)

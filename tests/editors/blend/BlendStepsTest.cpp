@@ -142,7 +142,7 @@ TEST_F(BlendSteps, WhatChangesNothingIsNoStep)
     editor->nudge(-3, 0);
     dragBy(0);
     editor->flattened();
-    for (const char* const tool : {"tools", "no tool"}) // off, and unknown
+    for (const char* const tool : {"tools", "no tool"}) // a mode, and unknown
         editor->chooseTool(tool);
     EXPECT_FALSE(editor->canUndo() || editor->isEdited());
 

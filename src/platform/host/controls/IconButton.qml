@@ -11,6 +11,8 @@ T.Button {
     required property string name
     // What it does in the KeyTable, where keys do it too.
     property string command
+    // What it opens is open.
+    property bool lit: false
 
     implicitWidth: Tokens.touch.iconButton
     implicitHeight: Tokens.touch.iconButton
@@ -24,7 +26,7 @@ T.Button {
 
     background: Rectangle {
         radius: Tokens.radius.cell
-        color: button.hovered && button.enabled ? Tokens.palette.outline : "transparent"
+        color: button.lit ? Tokens.palette.cell : button.hovered && button.enabled ? Tokens.palette.outline : "transparent"
         FocusRing {
             radius: parent.radius
             control: button

@@ -7,6 +7,9 @@ Item {
 
     property string title
     property string backName: qsTranslate("Lamina", "Back")
+    property string backIcon: "back"
+    // The title stands in the bar's middle, as between a button and its opposite, and not beside the way back.
+    property bool centered: false
     // Of a large window: a little higher.
     property bool large: false
     // The column whose edges the bar's glyphs end on; 0: they end near the bar's own.
@@ -29,12 +32,18 @@ Item {
         anchors.left: parent.left
         anchors.leftMargin: bar.column > 0 ? bar.margin - bar.glyphInset : bar.large ? 11 : Tokens.space.xs
         anchors.verticalCenter: parent.verticalCenter
-        iconName: "back"
+        iconName: bar.backIcon
         name: bar.backName
         command: "back"
         onClicked: bar.back()
     }
     StyledText {
+        readonly property real before: backButton.x + backButton.width + Tokens.space.xs
+        readonly property real after: right.width + right.anchors.rightMargin
+
+        leftPadding: bar.centered ? Math.max(0, after - before) : 0
+        rightPadding: bar.centered ? Math.max(0, before - after) : 0
+        horizontalAlignment: bar.centered ? Text.AlignHCenter : Text.AlignLeft
         anchors.left: backButton.right
         anchors.leftMargin: Tokens.space.xs
         anchors.right: right.left

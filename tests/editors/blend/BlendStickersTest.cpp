@@ -1,0 +1,155 @@
+#include "BlendEditorFixture.h"
+#include "editors/stickers/IQStickerView.h"
+#include "editors/stickers/Sticker.h"
+#include "editors/stickers/StickerBoard.h"
+#include "platform/base/CGGeometry.h"
+#include "platform/image/pixels/CGImage.h"
+
+#include <cstddef>
+#include <functional>
+#include <utility>
+#include <vector>
+
+namespace lamina::test {
+namespace {
+
+/// On a canvas of 320 points, where a new sticker stands from 60 to 260.
+class BlendStickers : public BlendEditor {
+protected:
+    void SetUp() override
+    {
+        BlendEditor::SetUp();
+        UIScreen::setMain({{320, 640}, 1});
+        editor = std::make_shared<BlendPhotoViewController>();
+        fingers.emplace(editor->canvasView());
+    }
+    const Stickers& stickers() const { return state().stickers; }
+    std::vector<int> order() const
+    {
+        std::vector<int> tags;
+        for (const Sticker& sticker : stickers())
+            tags.push_back(sticker.tag);
+        return tags;
+    }
+    IQStickerView& view(int tag) const { return *StickerBoard::find(editor->mainImgView(), tag); }
+    /// From the middle of a view to where it is `by` further.
+    void drag(const UIView& view, CGPoint by)
+    {
+        const CGPoint from = view.convertPointToView({view.bounds().midX(), view.bounds().midY()}, nullptr);
+        fingers->touchBegan(1, from, 0);
+        for (const double part : {0.4, 0.7, 1.0})
+            fingers->touchMoved(1, {from.x + part * by.x, from.y + part * by.y}, part);
+        fingers->touchEnded(1, {from.x + by.x, from.y + by.y}, 1.1);
+    }
+};
+
+TEST_F(BlendStickers, EveryChangeIsAStepThatUndoTakesBackWhole)
+{
+    editor->stickerBtn();
+    EXPECT_TRUE(editor->stickerStrip());
+    const auto nothing = [] {};
+    const struct {
+        std::function<void()> before; ///< no step
+        std::function<void()> change;
+    } table[] = {
+        {nothing, [this] { editor->stickerImgGesture(6003); }},
+        {[this] { view(500).contentTapped(); },
+         [this] {
+             drag(view(500), {30, -20});
+         }},
+        {nothing,
+         [this] {
+             drag(view(500).resizeView(), {-10, 10});
+         }},
+        {nothing,
+         [this] {
+             drag(view(500).rotateView(), {0, 40});
+         }},
+        {nothing, [this] { editor->nudge(8, 0); }},
+        {nothing, [this] { editor->turnBy(-0.1); }},
+        {nothing, [this] { editor->stickerImgGesture(12004); }},
+        {[this] { view(501).contentTapped(); }, [this] { editor->stickerImgGesture(6005); }},
+        {nothing, [this] { view(501).contentTapped(); }}, // comes to the front
+        {[this] { editor->letGoOfStickers(); }, [this] { view(502).close(); }},
+        {[this] { view(500).contentTapped(); }, [this] { editor->deleteSticker(); }},
+        {nothing, [this] { editor->resetBtn(); }},
+        {nothing, [this] { editor->stickerImgGesture(6000); }},
+    };
+    std::vector<std::pair<Stickers, CGImage>> states;
+    const auto now = [this] { return std::pair{stickers(), editor->renderedCanvas().cgImage()}; };
+    for (const auto& c : table) {
+        clock->advance(2);
+        c.before();
+        DispatchQueue::main().runUntilIdle(); // what was scaled is drawn anew
+        states.push_back(now());
+        c.change();
+    }
+    states.push_back(now());
+    EXPECT_EQ(order(), std::vector{503}) << "tags count on over a reset";
+    const auto expectState = [&](std::size_t i) {
+        SCOPED_TRACE(i);
+        EXPECT_EQ(stickers(), states[i].first);
+        EXPECT_TRUE(imagesMatch(editor->renderedCanvas().cgImage(), states[i].second));
+    };
+    for (std::size_t i = std::size(table); i-- > 0; expectState(i))
+        editor->undo();
+    EXPECT_FALSE(editor->canUndo());
+    for (std::size_t i = 1; i <= std::size(table); expectState(i++))
+        editor->redo();
+    EXPECT_FALSE(editor->canRedo());
+}
+
+TEST_F(BlendStickers, KeysGoToTheOneWithHandlesElseToThePhoto)
+{
+    editor->stickerImgGesture(6000);
+    editor->nudge(2, 0);
+    editor->turnBy(1); // photos of a blend turn by quarters only
+    view(500).contentTapped();
+    editor->nudge(5, 6);
+    EXPECT_EQ(stickers()[0].center, (CGPoint{165, 166}));
+    editor->letGoOfStickers();
+    editor->deleteSticker(); // none is active
+    EXPECT_EQ(transform(), CGAffineTransform::translation(2, 0));
+    editor->stickerImgGesture(6084); // stands for none
+    EXPECT_EQ(order(), std::vector{500});
+}
+
+TEST_F(BlendStickers, TheFinishTakesHandlesAndBordersAwayByEveryRoad)
+{
+    const std::function<void()> roads[] = {[this] { editor->flattened(); }, [this] { editor->flattened(); },
+                                           [this] { editor->shareBtn(); }};
+    for (const auto& finish : roads) {
+        editor->resetBtn();
+        const int first = editor->stickerHandleTag();
+        for (const int tag : {6000, 6083})
+            editor->stickerImgGesture(tag);
+        for (int tap = 0; tap < 3; ++tap)
+            view(first).contentTapped(); // in front, and selected
+        finish();
+        const auto expectPlain = [&] {
+            EXPECT_EQ(order(), (std::vector{first, first + 1}));
+            for (const Sticker& sticker : stickers())
+                EXPECT_FALSE(sticker.border || sticker.handles || view(sticker.tag).showsBorder());
+        };
+        expectPlain();
+        view(first).moveBy(1, 0);
+        editor->undo(); // to the state that was finished
+        expectPlain();
+    }
+}
+
+TEST_F(BlendStickers, MoveModeHidesHandlesAndPutsStickersOverThePhotos)
+{
+    editor->stickerImgGesture(6000);
+    view(500).contentTapped();
+    editor->panBtn();
+    EXPECT_FALSE(editor->stickerActive());
+    EXPECT_TRUE(view(500).showsBorder());
+    EXPECT_EQ(editor->mainImgView().subviews().back().get(), &view(500));
+    view(500).contentTapped();
+    editor.reset();
+    EXPECT_FALSE(IQStickerView::activeStickerView()) << "goes with the tree that held it";
+}
+
+} // namespace
+} // namespace lamina::test
