@@ -31,7 +31,7 @@ void EditorViewController::slide(int tag, double value)
     const EditorSlider* const slider = findSlider(sliderTable(), tag);
     if (slider == nullptr || !std::isfinite(value))
         return;
-    const bool isDrag = m_sliding == tag;
+    const bool isDrag = m_sliding.has_value(); // of another slider, it takes this one along
     if (!isDrag)
         beginSeriesOf(tag);
     applySlider(tag, std::clamp(value, slider->minimum, slider->maximum));

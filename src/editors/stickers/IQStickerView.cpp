@@ -3,6 +3,7 @@
 #include "editors/stickers/StickerHandle_p.h"
 #include "platform/base/UIColor.h"
 #include "platform/view/CALayer.h"
+#include "platform/view/TouchDispatcher.h"
 #include "platform/view/UITapGestureRecognizer.h"
 
 #include <algorithm>
@@ -14,9 +15,6 @@ namespace lamina {
 namespace {
 
 constexpr double kHandleSide = 2 * IQStickerView::kGlobalInset;
-/// What a press of a key does to an adjustable handle.
-constexpr double kScaleStep = 1.1;
-constexpr double kTurnStep = 0.05235987755982988; // 3 degrees
 
 std::shared_ptr<IQStickerView>& active()
 {
@@ -75,9 +73,9 @@ void IQStickerView::makeHandles()
     m_closeView =
         makeStickerHandle(StickerHandleKind::Close, {0, 0, kHandleSide, kHandleSide}, [this](int) { close(); });
     m_rotateView = makeStickerHandle(StickerHandleKind::Rotate, {right, bottom, kHandleSide, kHandleSide},
-                                     [this](int steps) { turnBy(steps * kTurnStep); });
+                                     [this](int steps) { turnBy(steps * TouchDispatcher::kWheelRotationStep); });
     m_resizeView = makeStickerHandle(StickerHandleKind::Resize, {0, bottom, kHandleSide, kHandleSide},
-                                     [this](int steps) { scaleBy(std::pow(kScaleStep, steps)); });
+                                     [this](int steps) { scaleBy(std::pow(TouchDispatcher::kWheelZoomStep, steps)); });
     // Where a sticker is so small that they overlap, the one that makes it larger lies on top.
     for (const auto& handle : {m_closeView, m_rotateView, m_resizeView})
         addSubview(handle);

@@ -1,10 +1,8 @@
 #include "editors/stickers/StickerBoard.h"
 
-#include "platform/base/CGGeometry.h"
 #include "editors/stickers/StickerPicture.h"
 #include "platform/base/CGGeometry.h"
 
-#include <cstddef>
 #include <algorithm>
 #include <cstddef>
 #include <string>

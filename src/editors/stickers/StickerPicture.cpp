@@ -6,7 +6,6 @@
 #include "platform/base/UIScreen.h"
 #include "platform/image/named/NamedPictures.h"
 
-#include <cstddef>
 #include <algorithm>
 #include <cstddef>
 #include <optional>

@@ -44,6 +44,15 @@ protected:
         sticker->setObserver(listener);
         return sticker;
     }
+    /// One with its handles shown, in the middle.
+    std::shared_ptr<IQStickerView> selectedSticker(double side = 200, double angle = 0)
+    {
+        auto sticker = addSticker({200 - side / 2, 200 - side / 2, side, side});
+        sticker->turnBy(angle);
+        sticker->showEditingHandles();
+        log.clear();
+        return sticker;
+    }
     /// "CX,CY WIDTHxHEIGHT@DEGREES"
     static std::string geometry(const IQStickerView& sticker)
     {

@@ -23,8 +23,8 @@ TEST_F(StickerBoardTest, TagsCountOnAndDeletedOnesAreSkipped)
 {
     board.setObserver(listener);
     IQStickerView& first = add();
-    EXPECT_EQ(geometry(first), "200,200 200x200@0");
     EXPECT_TRUE(first.showsBorder() && !first.isShowingEditingHandles());
+    EXPECT_EQ(geometry(first), "200,200 200x200@0");
     EXPECT_EQ(geometry(board.add(*root, "big116", StickerPlace::TopLeft)), "100,100 200x200@0");
     add();
     EXPECT_EQ(log, "");

@@ -5,25 +5,10 @@
 
 #include <chrono>
 #include <gtest/gtest.h>
-#include <optional>
 #include <thread>
-#include <utility>
-#include <vector>
 
 namespace lamina::test {
 namespace {
-
-TEST(StickerCatalogue, GroupsStandTogether)
-{
-    std::vector<int> counts;
-    std::optional<StickerGroup> group;
-    for (const StickerEntry& entry : stickerCatalogue()) {
-        if (std::exchange(group, entry.group) != entry.group)
-            counts.push_back(0);
-        ++counts.back();
-    }
-    EXPECT_EQ(counts, (std::vector{11, 12, 10, 12, 11, 10, 9, 9}));
-}
 
 TEST(StickerStrip, EachFillsInOrderWithItsOwn)
 {

@@ -51,11 +51,7 @@ class StickerGestures : public StickerBench, public testing::WithParamInterface<
 
 TEST_P(StickerGestures, MoveTheSticker)
 {
-    const double side = GetParam().side;
-    const auto sticker = addSticker({200 - side / 2, 200 - side / 2, side, side});
-    sticker->turnBy(GetParam().angle);
-    sticker->showEditingHandles();
-    log.clear();
+    const auto sticker = selectedSticker(GetParam().side, GetParam().angle);
     EXPECT_EQ(play(GetParam().play), GetParam().told);
     EXPECT_EQ(geometry(*sticker), GetParam().geometry);
 }
@@ -67,8 +63,7 @@ class StickerViewTest : public StickerBench {};
 
 TEST_F(StickerViewTest, TheRatioOfDistancesMayBeInexactOrNone)
 {
-    const auto sticker = addSticker({100, 100, 200, 200});
-    sticker->showEditingHandles();
+    const auto sticker = selectedSticker();
     play("1+282,282 1>364,364 1x");
     EXPECT_EQ(sticker->bounds().size.width, 200 * 1.41421353816986083984375); // the root in single precision
     sticker->setBounds({0, 0, 37, 37});
@@ -84,6 +79,7 @@ TEST_F(StickerViewTest, OneIsSelectedUnlessANewOneCameBetween)
     const auto second = addSticker({200, 200, 120, 120});
     EXPECT_EQ(play("t60,60 w1 t260,260"), "sThsT");
     EXPECT_FALSE(first->isShowingEditingHandles() || !first->showsBorder() || !first->closeView().isHidden());
+    IQStickerView::releaseActiveStickerView(UIView()); // another tree's end
     EXPECT_EQ(IQStickerView::activeStickerView(), second);
 
     const auto third = addSticker({0, 200, 120, 120}); // no sticker is active now
@@ -97,19 +93,12 @@ TEST_F(StickerViewTest, OneIsSelectedUnlessANewOneCameBetween)
 
 TEST_F(StickerViewTest, ADeletedOneStaysActiveUntilItsTreeIsLeft)
 {
-    auto sticker = addSticker({100, 100, 200, 200});
-    sticker->showEditingHandles();
-    log.clear();
+    auto sticker = selectedSticker();
     EXPECT_EQ(play("t118,118"), "xX");
     const std::weak_ptr<IQStickerView> gone = std::exchange(sticker, nullptr);
     EXPECT_EQ(IQStickerView::activeStickerView(), gone.lock());
     IQStickerView::releaseActiveStickerView(*root);
     EXPECT_TRUE(gone.expired());
-
-    const auto next = addSticker({100, 100, 200, 200});
-    next->showEditingHandles();
-    IQStickerView::releaseActiveStickerView(UIView()); // another tree's end
-    EXPECT_EQ(IQStickerView::activeStickerView(), next);
 }
 
 TEST_F(StickerViewTest, ListenersMayGoAndStickersMayBeDeletedInAGesture)
@@ -135,8 +124,7 @@ TEST_F(StickerViewTest, HandlesAndBorderKeepTheirSizeInAZoomedParent)
     const CALayer& border = sticker->contentView()->layer();
     EXPECT_EQ(border.borderWidth(), 0);
     sticker->showEditingHandles();
-    EXPECT_EQ(border.borderWidth(), 0.5);
-    EXPECT_EQ(border.borderColor(), UIColor::brown());
+    EXPECT_TRUE(border.borderWidth() == 0.5 && border.borderColor() == UIColor::brown());
     for (const UIView* handle : {&sticker->closeView(), &sticker->resizeView(), &sticker->rotateView()})
         EXPECT_EQ(handle->transform(), CGAffineTransform::scaling(0.5, 0.25));
     sticker->setFrame({0, 0, 100, 60});
@@ -147,26 +135,23 @@ TEST_F(StickerViewTest, HandlesAndBorderKeepTheirSizeInAZoomedParent)
 
 TEST_F(StickerViewTest, KeysAndWheelsDoWhatGesturesDo)
 {
-    const auto sticker = addSticker({100, 100, 200, 100});
-    EXPECT_FALSE(fingers.wheel({200, 150}, 1)); // no handles, no wheel
-    sticker->showEditingHandles();
-    log.clear();
+    const auto sticker = selectedSticker();
+    sticker->setBounds({0, 0, 200, 100});
     EXPECT_TRUE(sticker->moveBy(3, -4) && sticker->scaleBy(1.5) && sticker->turnBy(kQuarter));
-    EXPECT_EQ(geometry(*sticker), "203,146 300x150@90");
-    EXPECT_TRUE(fingers.wheel({200, 150}, -1));
-    EXPECT_TRUE(fingers.wheel({200, 150}, 10, TouchDispatcher::Shift));
+    EXPECT_TRUE(fingers.wheel({200, 150}, -1) && fingers.wheel({200, 150}, 10, TouchDispatcher::Shift));
     EXPECT_EQ(std::exchange(log, {}), "MZRZR");
-    EXPECT_EQ(geometry(*sticker), "203,146 272.727x136.364@120");
+    EXPECT_EQ(geometry(*sticker), "203,196 272.727x136.364@120");
     EXPECT_FALSE(sticker->moveBy(kNan, 0) || sticker->scaleBy(0.27) || sticker->scaleBy(16) || sticker->scaleBy(kNan) ||
                  sticker->turnBy(HUGE_VAL));
     EXPECT_TRUE(fingers.magnify({200, 150}, 0.01)); // goes to nothing else
     EXPECT_EQ(log, "");
+    sticker->hideEditingHandles();
+    EXPECT_FALSE(fingers.wheel({200, 150}, 1));
 }
 
 TEST_F(StickerViewTest, HandlesSayWhatTheyAreForAndWorkWithoutAFinger)
 {
-    const auto sticker = addSticker({100, 100, 200, 200});
-    sticker->showEditingHandles();
+    const auto sticker = selectedSticker();
     const auto pointers = {fingers.pointerShape({200, 200}), fingers.pointerShape({118, 118}),
                            fingers.pointerShape({118, 282}), fingers.pointerShape({282, 282})};
     using enum UIPointerShape;
