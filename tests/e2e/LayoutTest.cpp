@@ -105,6 +105,7 @@ class Layout : public WindowTest, public testing::WithParamInterface<Speech> {
 protected:
     void SetUp() override
     {
+        WindowTest::SetUp();
         if (GetParam().german) {
             ASSERT_TRUE(german.load(QStringLiteral("lamina_de"), qEnvironmentVariable("LAMINA_TRANSLATIONS")));
             QCoreApplication::installTranslator(&german);

@@ -7,6 +7,8 @@
 
 #include <QAccessible>
 #include <QElapsedTimer>
+#include <QGuiApplication>
+#include <QStyleHints>
 #include <QTest>
 
 #include <gmock/gmock.h>
@@ -40,11 +42,12 @@ protected:
     {
         return QAccessible::queryAccessibleInterface(slider(row))->text(QAccessible::Description).toStdString();
     }
+    /// Two taps where one has been before: they move nothing that would make them slow.
     void doubleTap(QPointF place)
     {
-        for (int i = 0; i < 2; ++i)
-            QTest::mouseClick(&driver->view(), Qt::LeftButton, Qt::NoModifier, place.toPoint(), 1);
-        driver->settle();
+        driver->tapAt(place);
+        QTest::qWait(2 * QGuiApplication::styleHints()->mouseDoubleClickInterval());
+        driver->doubleTapAt(place);
     }
     void focus(const QString& name)
     {
@@ -150,13 +153,13 @@ TEST_F(Panels, StickersAreOneStopForTheKeyboardAndAddedByIt)
     focus(QStringLiteral("Sticker"));
     driver->press(Qt::Key_Return);
     ASSERT_TRUE(WindowDriver::waitUntil([&] { return blend->stickerStrip()->property("count").toInt() == 84; }));
-    const auto goes = [&](Qt::Key key, const char* to, Qt::KeyboardModifiers modifiers = {}) {
-        driver->press(key, modifiers);
+    const auto goes = [&](Qt::Key key, const char* to) {
+        driver->press(key);
         EXPECT_EQ(driver->focusedName().toStdString(), to) << key;
     };
     focus(QStringLiteral("Sun"));
     goes(Qt::Key_Tab, "Reset");
-    goes(Qt::Key_Tab, "Sun", Qt::ShiftModifier);
+    goes(Qt::Key_Backtab, "Sun");
     goes(Qt::Key_Left, "Sun");
     goes(Qt::Key_Right, "Cloud");
     driver->press(Qt::Key_Return);

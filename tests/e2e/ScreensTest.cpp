@@ -76,7 +76,16 @@ TEST_P(Screens, HaveAllTheirControlsAndTheyAreNamed)
     ASSERT_TRUE(driver->waitFor<BlendPhotoViewController>());
     EXPECT_THAT(controls(), testing::IsSupersetOf({"Back", "Undo", "Redo", "Save", "Photo 1", "Photo 2", "Reset",
                                                    "Move", "Tools", "Effects", "Sticker"}));
-    EXPECT_FALSE(driver->tap(QStringLiteral("Tools"))) << "it is still to come";
+    const auto blend = driver->top<BlendPhotoViewController>();
+    blend->toolBtn();
+    EXPECT_THAT(controls(), testing::IsSupersetOf({"Left", "Right", "Color"}));
+    blend->FxBtn();
+    const QVariantList sliders = blend->sliders();
+    for (const QVariant& slider : sliders)
+        EXPECT_THAT(controls(), testing::Contains(slider.toMap()["label"].toString().toStdString()));
+    blend->stickerBtn();
+    EXPECT_TRUE(WindowDriver::waitUntil([&] { return driver->item(QStringLiteral("Sun")) != nullptr; }));
+    EXPECT_THAT(controls(), testing::Not(testing::Contains("Color"))) << "what is hidden is not told of";
 }
 
 INSTANTIATE_TEST_SUITE_P(Shapes, Screens,

@@ -127,9 +127,27 @@ bool WindowDriver::tap(const QString& name)
 
 void WindowDriver::tapOnly(QQuickItem& item)
 {
-    const QPoint point = middleOf(item).toPoint();
+    tapAt(middleOf(item));
+}
+
+void WindowDriver::tapAt(QPointF place)
+{
+    const QPoint point = place.toPoint();
     QTest::touchEvent(&view(), m_fingers.get()).press(0, point, &view());
     QTest::touchEvent(&view(), m_fingers.get()).release(0, point, &view());
+}
+
+void WindowDriver::doubleTapAt(QPointF place)
+{
+    const QPoint point = place.toPoint();
+    for (int i = 0; i < 2; ++i) {
+        auto tap = QTest::touchEvent(&view(), m_fingers.get(), false);
+        tap.press(0, point, &view());
+        tap.commit(false);
+        tap.release(0, point, &view());
+        tap.commit(false);
+    }
+    settle();
 }
 
 Qt::DropAction WindowDriver::drop(const QMimeData& dropped, Qt::DropActions offered)

@@ -59,6 +59,10 @@ public:
     bool click(const QString& name);
     /// A tap without waiting for what follows.
     void tapOnly(QQuickItem& item);
+    /// The same at a place of the window.
+    void tapAt(QPointF place);
+    /// Two in quick succession, with nothing drawn in between.
+    void doubleTapAt(QPointF place);
     /// What is held over the middle of the window, then let go; its source lets do `offered` and would like the first
     /// of `Qt::DropAction` in it. Gives what was done with it: nothing when it was not taken.
     Qt::DropAction drop(const QMimeData& dropped, Qt::DropActions offered = Qt::CopyAction);

@@ -66,19 +66,30 @@ WorkLayout {
     readonly property real toolsY: height - toolsHeight
     readonly property real smallToolsY: underFoot + inset
 
-    // Where a panel stands that would be so high. A "tray" stands over the bar of tools, as wide as what is under the
-    // paper; a "strip" runs on to the window's edges; a "drawer" lies on the bar. In a small window all of them lie on
-    // the tools, in a wide one they are the side panel's content.
-    function dock(kind, wanted) {
-        if (wide)
-            return sidePlace
-        const lies = small || kind === "drawer"
-        const foot = small ? smallFoot : lies ? height : toolsY
+    // Where a panel docks. A "tray" stands over the bar of tools, as wide as what is under the paper; a "strip" runs on
+    // to the window's edges; a "drawer" lies on the bar. In a small window all of them lie on the tools, in a wide one
+    // they are the side panel's content. Their places across don't depend on their heights, which may depend on these.
+    function dockX(kind) {
+        return wide ? sidePlace.x : kind === "tray" && !small ? underX : toolsX
+    }
+    function dockWidth(kind) {
+        return wide ? sidePlace.width : kind === "tray" && !small ? underWidth : toolsWidth
+    }
+    // The height of one that would be so high.
+    function dockHeight(kind, wanted) {
         const top = small ? smallToolsY : underFoot + Tokens.space.s
-        const high = Math.max(0, Math.min(wanted, foot - top))
-        const lowest = foot - high - (lies ? 0 : Math.min(inset, foot - high - top))
-        const y = lying && !lies ? Math.min(underFoot + lyingInset, lowest) : lowest
-        return kind === "tray" && !small ? Qt.rect(underX, y, underWidth, high) : Qt.rect(toolsX, y, toolsWidth, high)
+        return wide ? sidePlace.height : Math.max(0, Math.min(wanted, dockFoot(kind) - top))
+    }
+    function dockFoot(kind) {
+        return small ? smallFoot : kind === "drawer" ? height : toolsY
+    }
+    // The top of one that is so high.
+    function dockY(kind, height) {
+        const room = dockFoot(kind) - height
+        if (wide || small || kind === "drawer")
+            return wide ? sidePlace.y : room
+        const lowest = room - Math.max(0, Math.min(inset, room - underFoot - Tokens.space.s))
+        return lying ? Math.min(underFoot + lyingInset, lowest) : lowest
     }
 
     // Where a notice stands: in the middle of what, how wide, and over what.

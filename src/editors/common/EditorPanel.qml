@@ -7,7 +7,7 @@ Item {
     id: panel
 
     required property EditorLayout layout
-    // How it docks; see EditorLayout.dock.
+    // How it docks; see EditorLayout.
     property string kind: "tray"
     // As high as it would be.
     property real wanted: 0
@@ -25,7 +25,7 @@ Item {
     signal hideAsked()
 
     readonly property bool shown: current === name
-    readonly property rect place: layout.dock(kind, wanted)
+    readonly property real standingY: layout.dockY(kind, height)
     readonly property bool docks: layout.wide || !wideOnly
     // It stands where the tools do, which can't be seen under it.
     readonly property bool onTools: docks && (layout.small || (kind === "drawer" && !layout.wide))
@@ -33,7 +33,7 @@ Item {
     readonly property bool framed: layout.small || (kind === "tray" && !layout.wide)
     readonly property real edge: framed ? Tokens.elevation.trayEdge.width : 0
     readonly property real head: title.visible ? title.height + Tokens.space.s : 0
-    readonly property real travel: layout.wide ? 0 : layout.height - place.y
+    readonly property real travel: layout.wide ? 0 : layout.height - standingY
 
     // From out of sight, 0, to its place, 1.
     property real presence: 0
@@ -71,11 +71,11 @@ Item {
         nextItemInFocusChain(true).forceActiveFocus(Qt.TabFocusReason)
     }
 
-    x: place.x
-    y: place.y + (1 - presence) * travel
+    x: layout.dockX(kind)
+    y: standingY + (1 - presence) * travel
     z: onTools ? 1 : 0
-    width: place.width
-    height: place.height
+    width: layout.dockWidth(kind)
+    height: layout.dockHeight(kind, wanted)
     opacity: presence
     visible: docks && presence > 0
 

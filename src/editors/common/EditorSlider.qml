@@ -40,6 +40,7 @@ Item {
             width: parent.width
             text: item.row.label
             role: Tokens.type.caption
+            font.pixelSize: item.measures.labelSize
             maximumLineCount: 1
             Accessible.ignored: true
         }

@@ -30,9 +30,10 @@ QtObject {
     readonly property real lineEnd: room - rightInset
     readonly property real labelWidth: stacked ? room - inset - rightInset : labelColumn - gap
 
+    readonly property int labelSize: fit.size
     readonly property LabelFit fit: LabelFit {
         texts: layout.labels
-        room: layout.room
+        room: layout.labelWidth
         role: Tokens.type.caption
     }
 }

@@ -12,6 +12,7 @@ EditorPanel {
     // More are cut, so that one sees that they scroll.
     readonly property real rowsSeen: 3.55
     readonly property real lead: layout.wide ? 0 : layout.small ? Tokens.space.s : Tokens.space.xs
+    readonly property real smallInset: layout.slim ? Tokens.space.xs + 2 : Tokens.space.m
     readonly property real whole: lead + rows.length * lines.pitch + foot + 2 * edge
 
     kind: "drawer"
@@ -22,9 +23,9 @@ EditorPanel {
         labels: panel.rows.map(row => row.label)
         room: page.width
         inset: panel.layout.wide ? 0 : panel.layout.tablet ? panel.layout.underX
-             : panel.layout.small ? Tokens.space.m : Tokens.space.margin
+             : panel.layout.small ? panel.smallInset : Tokens.space.margin
         rightInset: panel.layout.wide ? 0 : panel.layout.tablet ? inset
-                  : panel.layout.small ? Tokens.space.m : Tokens.space.sheetMargin
+                  : panel.layout.small ? panel.smallInset : Tokens.space.sheetMargin
         leastPitch: panel.layout.wide ? 56 : 44
     }
     ScrollPage {
@@ -32,7 +33,7 @@ EditorPanel {
         anchors.fill: parent
         contentHeight: column.y + column.height
         clip: interactive
-        marked: true
+        marked: !panel.layout.slim
 
         Column {
             id: column

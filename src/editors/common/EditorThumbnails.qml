@@ -23,7 +23,7 @@ EditorPanel {
         active: panel.visible
         x: sides
         y: grid ? sides : -panel.slack
-        width: parent.width - 2 * x
+        width: parent.width - x + (panel.layout.wide ? Tokens.space.s : 0)
         height: parent.height - y + (grid ? 0 : panel.slack)
         sourceComponent: grid ? columns : row
     }

@@ -8,10 +8,10 @@ GridView {
     required property string name
     signal chosen(int tag)
 
-    // Kept free round it for the ring of the focus.
+    // Kept free at the left and over it for the ring of the focus; a cell ends in a gap.
     readonly property real slack: Tokens.space.xs
     readonly property real gap: Tokens.space.s
-    readonly property int columns: Math.max(1, Math.ceil((width - 2 * slack + gap) / (Tokens.thumbs.sticker + gap)))
+    readonly property int columns: Math.max(1, Math.ceil((width - slack) / (Tokens.thumbs.sticker + gap)))
     readonly property real side: cellWidth - gap
 
     function goTo(cell) {
@@ -20,7 +20,7 @@ GridView {
     }
 
     leftMargin: slack
-    cellWidth: Math.floor((width - 2 * slack + gap) / columns)
+    cellWidth: Math.floor((width - slack) / columns)
     cellHeight: cellWidth
     clip: true
     reuseItems: true

@@ -23,7 +23,7 @@ ScrollPage {
     readonly property bool fits: height >= whole
     readonly property real shown: height - padding
     // As many whole cells as there is room for, and then a bit more than a half of one.
-    readonly property real cutPitch: shown / (Math.max(0, Math.floor(shown / (cellHeight + 2) - 0.6)) + 0.6)
+    readonly property real cutPitch: shown / (Math.max(1, Math.floor(shown / (cellHeight + 2) - 0.6)) + 0.6)
     // In one row where all names can be read there.
     readonly property int perRow: oneRow ? 0 : width < slimmest ? 1 : width >= leastRow && labels.widest <= labels.room ? 0 : 2
 

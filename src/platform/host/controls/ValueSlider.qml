@@ -2,10 +2,10 @@ import QtQuick
 import QtQuick.Templates as T
 import Lamina
 
-// A value on a line: what is set is thick, the rest thin, with a tick at zero where the range has both signs. A drag sets
-// the value and tells of it by `moved`; keys and a double tap ask for one by `sought`, which whoever holds it sets.
-// Arrows go by `stepSize` (0: a hundredth of the range), Page up and down by a tenth of the range, Home and End to its
-// ends.
+// A value on a line: what is set is thick, the rest thin, with a tick at zero where the range has both signs. A drag
+// sets the value and tells of it by `moved`; keys and a double tap ask for one by `sought`, which whoever holds it
+// sets. Arrows go by `stepSize` (0: a hundredth of the range), Page up and down by a tenth of the range, Home and End
+// to its ends.
 T.Slider {
     id: slider
 
