@@ -58,9 +58,10 @@ Item {
             if (event.accepted)
                 button.menuAsked()
         }
-        TapHandler {
+        MouseArea {
+            anchors.fill: parent
             acceptedButtons: Qt.RightButton
-            onTapped: button.askForMenu()
+            onPressed: button.askForMenu()
         }
 
         contentItem: Item {
