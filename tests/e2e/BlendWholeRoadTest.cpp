@@ -153,7 +153,7 @@ TEST_F(WholeRoad, EverythingIsDoneUndoneAndSaved)
     ASSERT_TRUE(driver->tap(QStringLiteral("Tools")));
     tapAsStep("Left");
     ASSERT_TRUE(driver->tap(QStringLiteral("Photo 1")));
-    tapAsStep("Horizontal");
+    tapAsStep("Flip H");
     ASSERT_TRUE(driver->tap(QStringLiteral("Color")));
     ASSERT_TRUE(driver->waitFor<InfColorPickerController>());
     driver->drag(WindowDriver::middleOf(*driver->canvas()), {20, -30});
