@@ -15,6 +15,8 @@ T.Slider {
     // The value that a double tap asks for; NaN: none.
     property real start: NaN
     signal sought(real value)
+    // Up and down change it as well; else they are left to what it stands in.
+    property bool climbs: false
 
     readonly property real thumb: Tokens.touch.sliderThumb
     readonly property real line: width - thumb
@@ -38,7 +40,7 @@ T.Slider {
 
     Keys.onPressed: event => {
         const page = (to - from) / 10
-        const places = { row: [value + step, value - step, value - step, value + step],
+        const places = { row: [climbs ? value + step : undefined, climbs ? value - step : undefined, value - step, value + step],
                          page: [value + page, value - page],
                          ends: [from, to] }
         for (const command in places) {
