@@ -40,12 +40,13 @@ T.Slider {
 
     Keys.onPressed: event => {
         const page = (to - from) / 10
-        const places = { row: [climbs ? value + step : undefined, climbs ? value - step : undefined, value - step, value + step],
+        const climb = climbs ? step : NaN
+        const places = { row: [value + climb, value - climb, value - step, value + step],
                          page: [value + page, value - page],
                          ends: [from, to] }
         for (const command in places) {
             const wanted = places[command][KeyTable.find(command, event.key, event.modifiers)]
-            event.accepted = wanted !== undefined
+            event.accepted = wanted !== undefined && !isNaN(wanted)
             if (event.accepted)
                 return seek(wanted)
         }
