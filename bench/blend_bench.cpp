@@ -101,10 +101,12 @@ void memoryOfTenStickersAndThirtySteps(benchmark::State& state)
             desk.settle();
         }
         const auto walk = [&](auto can, auto step) {
-            for (; (*desk.editor.*can)(); desk.settle())
+            int steps = 0;
+            for (; (*desk.editor.*can)(); ++steps, desk.settle())
                 (*desk.editor.*step)();
+            return steps;
         };
-        walk(&BlendPhotoViewController::canUndo, &BlendPhotoViewController::undo);
+        state.counters["steps"] = walk(&BlendPhotoViewController::canUndo, &BlendPhotoViewController::undo);
         walk(&BlendPhotoViewController::canRedo, &BlendPhotoViewController::redo);
         megabytes = bench::residentMegabytes();
     }

@@ -4,7 +4,19 @@
 <context>
     <name>Lamina</name>
     <message>
+        <source>%1 degrees hue</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>%1 in the file</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 on both photos</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 on photo %2</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -16,7 +28,15 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>%1% saturation, %2% brightness</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>%1: %2.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1° hue, %2 % saturation, %3 % brightness</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -56,6 +76,10 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>Animals</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>Another app on this computer</source>
         <translation type="unfinished"></translation>
     </message>
@@ -84,7 +108,35 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>Avocado</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>Back</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Balloon</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Banner</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Bear</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Bee</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Before</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Before. Tap to go back</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -116,11 +168,39 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>Boat</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Bow</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>Bring the photo back</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>Bubble</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Bubbles</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Bunny</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Butterfly</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>CMYK (best for professional printing)</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Cactus</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -196,11 +276,31 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>Car</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Cat</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>Chat</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>Cherry</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Chick</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>Choose</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Choose Move to drag the second photo and to zoom it.</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -236,7 +336,39 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>Cloud</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Clover</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Coffee</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Color</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Color in digits</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>Color profile</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Comet</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Compass</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Confetti</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -252,11 +384,43 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>Corners</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Crop again</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>Crop marks</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>Crown</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>Ctrl</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Cupcake</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Daisy</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Delete</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Delete sticker</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Diamond</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -269,6 +433,18 @@
     </message>
     <message>
         <source>Discard this work?</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Dog</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Done</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Donut</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -288,6 +464,14 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>Drop</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Effects</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>Eight frames</source>
         <translation type="unfinished"></translation>
     </message>
@@ -301,6 +485,10 @@
     </message>
     <message>
         <source>Feed</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Feelings</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -320,6 +508,14 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>Film</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Firework</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>First and last</source>
         <translation type="unfinished"></translation>
     </message>
@@ -328,7 +524,27 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>Fish</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Flip H</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Flip V</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>Folder</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Food</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Frames and ribbons</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -336,11 +552,27 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>Frog</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>Full screen</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>Garland</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>HEIC pictures need libheif</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Heart</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Hide</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -357,6 +589,14 @@
     </message>
     <message>
         <source>Home key</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Hue</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Ice cream</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -380,6 +620,10 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>Ladybird</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>Lamina</source>
         <translation type="unfinished"></translation>
     </message>
@@ -396,7 +640,31 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>Laugh</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>Lay one photo over another</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Leaf</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Left</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Lemon</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Letter</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Lighthouse</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -420,11 +688,31 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>Melon</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>Menu</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>Menu of a photo</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Menu of photo %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Moon</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>More</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Mountain</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -437,6 +725,10 @@
     </message>
     <message>
         <source>Move the photo</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Mushroom</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -477,6 +769,10 @@
     </message>
     <message>
         <source>Note line</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Now</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -544,7 +840,15 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>Palm</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>Paste</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Penguin</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -553,6 +857,10 @@
     </message>
     <message>
         <source>PgUp</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Photo %1</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -596,6 +904,18 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>Pine</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Pizza</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Plants</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>Please Wait...</source>
         <translation type="unfinished"></translation>
     </message>
@@ -628,11 +948,23 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>Rainbow</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>Redo</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>Remove a sticker</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>Reopen</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Replace</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -644,11 +976,39 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>Resize sticker</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Rice</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Right</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Rocket</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Rosette</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Round frame</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>SVG</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
         <source>Samples</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Saturation and brightness</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -696,7 +1056,15 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>Set Color</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>Settings</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Shades</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -716,7 +1084,35 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>Sleepy</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Smile</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Snowflake</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Snowman</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>Soon</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Sparkles</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Sprout</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Star</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -732,11 +1128,43 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>Stickers</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>Store raster graphics information.</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>Storm</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Strawberry</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>Suggested</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Suitcase</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Sun</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Sunflower</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Swap</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Swirl</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -748,7 +1176,23 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>Tag</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Takes this color again</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Tape</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>Ten frames</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Tent</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -792,6 +1236,10 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>Thermometer</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>This is not a folder.</source>
         <translation type="unfinished"></translation>
     </message>
@@ -808,7 +1256,15 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>Three or six digits of 0 to 9 and A to F, such as #E5906F</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>Three photos</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Toast</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -824,7 +1280,39 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>Travel</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Tree</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Tulip</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Turn a sticker</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Turn and scale sticker</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Twinkle</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Two hearts</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>Two photos</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Umbrella</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -860,11 +1348,27 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>Weather</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Whale</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>Where it was saved</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>Wind</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>Windows</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Wink</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -936,7 +1440,15 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>brightness</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>cancelled</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>contrast</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -957,6 +1469,10 @@
     </message>
     <message>
         <source>it is open in another window</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>its original is no longer at hand</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -1001,6 +1517,10 @@
     </message>
     <message>
         <source>nothing here reads the coding of the clip</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>opacity</source>
         <translation type="unfinished"></translation>
     </message>
     <message>

@@ -4,8 +4,20 @@
 <context>
     <name>Lamina</name>
     <message>
+        <source>%1 degrees hue</source>
+        <translation>%1 Grad Farbton</translation>
+    </message>
+    <message>
         <source>%1 in the file</source>
         <translation>%1 in der Datei</translation>
+    </message>
+    <message>
+        <source>%1 on both photos</source>
+        <translation>%1 auf beiden Fotos</translation>
+    </message>
+    <message>
+        <source>%1 on photo %2</source>
+        <translation>%1 auf Foto %2</translation>
     </message>
     <message>
         <source>%1 × %2 cm, %3 ppi</source>
@@ -16,8 +28,16 @@
         <translation>%1 × %2 Pixel</translation>
     </message>
     <message>
+        <source>%1% saturation, %2% brightness</source>
+        <translation>%1 % Sättigung, %2 % Helligkeit</translation>
+    </message>
+    <message>
         <source>%1: %2.</source>
         <translation>%1: %2.</translation>
+    </message>
+    <message>
+        <source>%1° hue, %2 % saturation, %3 % brightness</source>
+        <translation>%1° Farbton, %2 % Sättigung, %3 % Helligkeit</translation>
     </message>
     <message>
         <source>%1×</source>
@@ -56,6 +76,10 @@
         <translation>Zugriff auf die Fotoalben erlauben?</translation>
     </message>
     <message>
+        <source>Animals</source>
+        <translation>Tiere</translation>
+    </message>
+    <message>
         <source>Another app on this computer</source>
         <translation>Eine andere App auf diesem Gerät</translation>
     </message>
@@ -84,8 +108,36 @@
         <translation>Als Anhang</translation>
     </message>
     <message>
+        <source>Avocado</source>
+        <translation>Avocado</translation>
+    </message>
+    <message>
         <source>Back</source>
         <translation>Zurück</translation>
+    </message>
+    <message>
+        <source>Balloon</source>
+        <translation>Ballon</translation>
+    </message>
+    <message>
+        <source>Banner</source>
+        <translation>Banner</translation>
+    </message>
+    <message>
+        <source>Bear</source>
+        <translation>Bär</translation>
+    </message>
+    <message>
+        <source>Bee</source>
+        <translation>Biene</translation>
+    </message>
+    <message>
+        <source>Before</source>
+        <translation>Vorher</translation>
+    </message>
+    <message>
+        <source>Before. Tap to go back</source>
+        <translation>Vorher. Tippen zum Zurücksetzen</translation>
     </message>
     <message>
         <source>Below</source>
@@ -116,12 +168,40 @@
         <translation>Überblenden</translation>
     </message>
     <message>
+        <source>Boat</source>
+        <translation>Boot</translation>
+    </message>
+    <message>
+        <source>Bow</source>
+        <translation>Schleife</translation>
+    </message>
+    <message>
         <source>Bring the photo back</source>
         <translation>Foto zurückholen</translation>
     </message>
     <message>
+        <source>Bubble</source>
+        <translation>Sprechblase</translation>
+    </message>
+    <message>
+        <source>Bubbles</source>
+        <translation>Seifenblasen</translation>
+    </message>
+    <message>
+        <source>Bunny</source>
+        <translation>Hase</translation>
+    </message>
+    <message>
+        <source>Butterfly</source>
+        <translation>Schmetterling</translation>
+    </message>
+    <message>
         <source>CMYK (best for professional printing)</source>
         <translation>CMYK (am besten für professionellen Druck)</translation>
+    </message>
+    <message>
+        <source>Cactus</source>
+        <translation>Kaktus</translation>
     </message>
     <message>
         <source>Camera</source>
@@ -196,12 +276,32 @@
         <translation>Die Datei kann nicht gezeigt werden</translation>
     </message>
     <message>
+        <source>Car</source>
+        <translation>Auto</translation>
+    </message>
+    <message>
+        <source>Cat</source>
+        <translation>Katze</translation>
+    </message>
+    <message>
         <source>Chat</source>
         <translation>Chat</translation>
     </message>
     <message>
+        <source>Cherry</source>
+        <translation>Kirsche</translation>
+    </message>
+    <message>
+        <source>Chick</source>
+        <translation>Küken</translation>
+    </message>
+    <message>
         <source>Choose</source>
         <translation>Auswählen</translation>
+    </message>
+    <message>
+        <source>Choose Move to drag the second photo and to zoom it.</source>
+        <translation>„Bewegen“ wählen, um das zweite Foto zu ziehen und zu zoomen.</translation>
     </message>
     <message>
         <source>Choose a photo</source>
@@ -236,8 +336,40 @@
         <translation>Fenster schließen</translation>
     </message>
     <message>
+        <source>Cloud</source>
+        <translation>Wolke</translation>
+    </message>
+    <message>
+        <source>Clover</source>
+        <translation>Kleeblatt</translation>
+    </message>
+    <message>
+        <source>Coffee</source>
+        <translation>Kaffee</translation>
+    </message>
+    <message>
+        <source>Color</source>
+        <translation>Farbe</translation>
+    </message>
+    <message>
+        <source>Color in digits</source>
+        <translation>Farbe in Ziffern</translation>
+    </message>
+    <message>
         <source>Color profile</source>
         <translation>Farbprofil</translation>
+    </message>
+    <message>
+        <source>Comet</source>
+        <translation>Komet</translation>
+    </message>
+    <message>
+        <source>Compass</source>
+        <translation>Kompass</translation>
+    </message>
+    <message>
+        <source>Confetti</source>
+        <translation>Konfetti</translation>
     </message>
     <message>
         <source>Continue</source>
@@ -252,12 +384,44 @@
         <translation>Kopieren</translation>
     </message>
     <message>
+        <source>Corners</source>
+        <translation>Ecken</translation>
+    </message>
+    <message>
+        <source>Crop again</source>
+        <translation>Neu zuschneiden</translation>
+    </message>
+    <message>
         <source>Crop marks</source>
         <translation>Schnittmarken</translation>
     </message>
     <message>
+        <source>Crown</source>
+        <translation>Krone</translation>
+    </message>
+    <message>
         <source>Ctrl</source>
         <translation>Strg</translation>
+    </message>
+    <message>
+        <source>Cupcake</source>
+        <translation>Törtchen</translation>
+    </message>
+    <message>
+        <source>Daisy</source>
+        <translation>Gänseblümchen</translation>
+    </message>
+    <message>
+        <source>Delete</source>
+        <translation>Entf</translation>
+    </message>
+    <message>
+        <source>Delete sticker</source>
+        <translation>Sticker löschen</translation>
+    </message>
+    <message>
+        <source>Diamond</source>
+        <translation>Diamant</translation>
     </message>
     <message>
         <source>Discard</source>
@@ -270,6 +434,18 @@
     <message>
         <source>Discard this work?</source>
         <translation>Diese Arbeit verwerfen?</translation>
+    </message>
+    <message>
+        <source>Dog</source>
+        <translation>Hund</translation>
+    </message>
+    <message>
+        <source>Done</source>
+        <translation>Fertig</translation>
+    </message>
+    <message>
+        <source>Donut</source>
+        <translation>Donut</translation>
     </message>
     <message>
         <source>Drag the second photo, pinch to zoom it. Arrow keys move it a little, plus and minus zoom.</source>
@@ -288,6 +464,14 @@
         <translation>Ziehen verschiebt, das Mausrad zoomt</translation>
     </message>
     <message>
+        <source>Drop</source>
+        <translation>Tropfen</translation>
+    </message>
+    <message>
+        <source>Effects</source>
+        <translation>Effekte</translation>
+    </message>
+    <message>
         <source>Eight frames</source>
         <translation>Acht Rahmen</translation>
     </message>
@@ -302,6 +486,10 @@
     <message>
         <source>Feed</source>
         <translation>Feed</translation>
+    </message>
+    <message>
+        <source>Feelings</source>
+        <translation>Gefühle</translation>
     </message>
     <message>
         <source>File size: Large</source>
@@ -320,6 +508,14 @@
         <translation>Dateityp</translation>
     </message>
     <message>
+        <source>Film</source>
+        <translation>Film</translation>
+    </message>
+    <message>
+        <source>Firework</source>
+        <translation>Feuerwerk</translation>
+    </message>
+    <message>
         <source>First and last</source>
         <translation>Anfang und Ende</translation>
     </message>
@@ -328,20 +524,56 @@
         <translation>Erstes Foto</translation>
     </message>
     <message>
+        <source>Fish</source>
+        <translation>Fisch</translation>
+    </message>
+    <message>
+        <source>Flip H</source>
+        <translation>Spiegeln H</translation>
+    </message>
+    <message>
+        <source>Flip V</source>
+        <translation>Spiegeln V</translation>
+    </message>
+    <message>
         <source>Folder</source>
         <translation>Ordner</translation>
+    </message>
+    <message>
+        <source>Food</source>
+        <translation>Essen</translation>
+    </message>
+    <message>
+        <source>Frames and ribbons</source>
+        <translation>Rahmen und Bänder</translation>
     </message>
     <message>
         <source>Friends</source>
         <translation>Freunde</translation>
     </message>
     <message>
+        <source>Frog</source>
+        <translation>Frosch</translation>
+    </message>
+    <message>
         <source>Full screen</source>
         <translation>Vollbild</translation>
     </message>
     <message>
+        <source>Garland</source>
+        <translation>Girlande</translation>
+    </message>
+    <message>
         <source>HEIC pictures need libheif</source>
         <translation>HEIC-Bilder brauchen libheif</translation>
+    </message>
+    <message>
+        <source>Heart</source>
+        <translation>Herz</translation>
+    </message>
+    <message>
+        <source>Hide</source>
+        <translation>Ausblenden</translation>
     </message>
     <message>
         <source>High</source>
@@ -358,6 +590,14 @@
     <message>
         <source>Home key</source>
         <translation>Pos1</translation>
+    </message>
+    <message>
+        <source>Hue</source>
+        <translation>Farbton</translation>
+    </message>
+    <message>
+        <source>Ice cream</source>
+        <translation>Eis</translation>
     </message>
     <message>
         <source>JPEG pictures with arithmetic coding are not supported</source>
@@ -380,6 +620,10 @@
         <translation>Tasten</translation>
     </message>
     <message>
+        <source>Ladybird</source>
+        <translation>Marienkäfer</translation>
+    </message>
+    <message>
         <source>Lamina</source>
         <translation>Lamina</translation>
     </message>
@@ -396,8 +640,32 @@
         <translation>Lamina setzt Fotos zusammen: es legt eines über das andere oder mehrere in eine Collage. Ihre Fotos bleiben auf diesem Gerät.</translation>
     </message>
     <message>
+        <source>Laugh</source>
+        <translation>Lachen</translation>
+    </message>
+    <message>
         <source>Lay one photo over another</source>
         <translation>Ein Foto über ein anderes legen</translation>
+    </message>
+    <message>
+        <source>Leaf</source>
+        <translation>Blatt</translation>
+    </message>
+    <message>
+        <source>Left</source>
+        <translation>Links</translation>
+    </message>
+    <message>
+        <source>Lemon</source>
+        <translation>Zitrone</translation>
+    </message>
+    <message>
+        <source>Letter</source>
+        <translation>Brief</translation>
+    </message>
+    <message>
+        <source>Lighthouse</source>
+        <translation>Leuchtturm</translation>
     </message>
     <message>
         <source>Lists</source>
@@ -420,12 +688,32 @@
         <translation>Mittel</translation>
     </message>
     <message>
+        <source>Melon</source>
+        <translation>Melone</translation>
+    </message>
+    <message>
         <source>Menu</source>
         <translation>Menü</translation>
     </message>
     <message>
+        <source>Menu of a photo</source>
+        <translation>Menü eines Fotos</translation>
+    </message>
+    <message>
+        <source>Menu of photo %1</source>
+        <translation>Menü von Foto %1</translation>
+    </message>
+    <message>
+        <source>Moon</source>
+        <translation>Mond</translation>
+    </message>
+    <message>
         <source>More</source>
         <translation>Mehr</translation>
+    </message>
+    <message>
+        <source>Mountain</source>
+        <translation>Berg</translation>
     </message>
     <message>
         <source>Move</source>
@@ -438,6 +726,10 @@
     <message>
         <source>Move the photo</source>
         <translation>Foto verschieben</translation>
+    </message>
+    <message>
+        <source>Mushroom</source>
+        <translation>Pilz</translation>
     </message>
     <message>
         <source>NO</source>
@@ -478,6 +770,10 @@
     <message>
         <source>Note line</source>
         <translation>Notizzeile</translation>
+    </message>
+    <message>
+        <source>Now</source>
+        <translation>Jetzt</translation>
     </message>
     <message>
         <source>OK</source>
@@ -544,8 +840,16 @@
         <translation>PNG</translation>
     </message>
     <message>
+        <source>Palm</source>
+        <translation>Palme</translation>
+    </message>
+    <message>
         <source>Paste</source>
         <translation>Einfügen</translation>
+    </message>
+    <message>
+        <source>Penguin</source>
+        <translation>Pinguin</translation>
     </message>
     <message>
         <source>PgDn</source>
@@ -554,6 +858,10 @@
     <message>
         <source>PgUp</source>
         <translation>Bild ↑</translation>
+    </message>
+    <message>
+        <source>Photo %1</source>
+        <translation>Foto %1</translation>
     </message>
     <message>
         <source>Photo %1 of 2</source>
@@ -596,6 +904,18 @@
         <translation>Bilder</translation>
     </message>
     <message>
+        <source>Pine</source>
+        <translation>Tanne</translation>
+    </message>
+    <message>
+        <source>Pizza</source>
+        <translation>Pizza</translation>
+    </message>
+    <message>
+        <source>Plants</source>
+        <translation>Pflanzen</translation>
+    </message>
+    <message>
         <source>Please Wait...</source>
         <translation>Bitte warten …</translation>
     </message>
@@ -628,12 +948,24 @@
         <translation>RGB (am besten für digitale Nutzung)</translation>
     </message>
     <message>
+        <source>Rainbow</source>
+        <translation>Regenbogen</translation>
+    </message>
+    <message>
         <source>Redo</source>
         <translation>Wiederholen</translation>
     </message>
     <message>
+        <source>Remove a sticker</source>
+        <translation>Sticker entfernen</translation>
+    </message>
+    <message>
         <source>Reopen</source>
         <translation>Wieder öffnen</translation>
+    </message>
+    <message>
+        <source>Replace</source>
+        <translation>Ersetzen</translation>
     </message>
     <message>
         <source>Report a fault</source>
@@ -644,12 +976,40 @@
         <translation>Rücksetzen</translation>
     </message>
     <message>
+        <source>Resize sticker</source>
+        <translation>Stickergröße ändern</translation>
+    </message>
+    <message>
+        <source>Rice</source>
+        <translation>Reis</translation>
+    </message>
+    <message>
+        <source>Right</source>
+        <translation>Rechts</translation>
+    </message>
+    <message>
+        <source>Rocket</source>
+        <translation>Rakete</translation>
+    </message>
+    <message>
+        <source>Rosette</source>
+        <translation>Rosette</translation>
+    </message>
+    <message>
+        <source>Round frame</source>
+        <translation>Runder Rahmen</translation>
+    </message>
+    <message>
         <source>SVG</source>
         <translation>SVG</translation>
     </message>
     <message>
         <source>Samples</source>
         <translation>Beispiele</translation>
+    </message>
+    <message>
+        <source>Saturation and brightness</source>
+        <translation>Sättigung und Helligkeit</translation>
     </message>
     <message>
         <source>Save</source>
@@ -696,8 +1056,16 @@
         <translation>Senden oder behalten</translation>
     </message>
     <message>
+        <source>Set Color</source>
+        <translation>Farbe festlegen</translation>
+    </message>
+    <message>
         <source>Settings</source>
         <translation>Einstellungen</translation>
+    </message>
+    <message>
+        <source>Shades</source>
+        <translation>Sonnenbrille</translation>
     </message>
     <message>
         <source>Share it</source>
@@ -716,8 +1084,36 @@
         <translation>Größe</translation>
     </message>
     <message>
+        <source>Sleepy</source>
+        <translation>Müde</translation>
+    </message>
+    <message>
+        <source>Smile</source>
+        <translation>Lächeln</translation>
+    </message>
+    <message>
+        <source>Snowflake</source>
+        <translation>Schneeflocke</translation>
+    </message>
+    <message>
+        <source>Snowman</source>
+        <translation>Schneemann</translation>
+    </message>
+    <message>
         <source>Soon</source>
         <translation>Bald</translation>
+    </message>
+    <message>
+        <source>Sparkles</source>
+        <translation>Funkeln</translation>
+    </message>
+    <message>
+        <source>Sprout</source>
+        <translation>Keimling</translation>
+    </message>
+    <message>
+        <source>Star</source>
+        <translation>Stern</translation>
     </message>
     <message>
         <source>Stays in place</source>
@@ -732,12 +1128,44 @@
         <translation>Sticker</translation>
     </message>
     <message>
+        <source>Stickers</source>
+        <translation>Sticker</translation>
+    </message>
+    <message>
         <source>Store raster graphics information.</source>
         <translation>Speichert Rastergrafiken.</translation>
     </message>
     <message>
+        <source>Storm</source>
+        <translation>Gewitter</translation>
+    </message>
+    <message>
+        <source>Strawberry</source>
+        <translation>Erdbeere</translation>
+    </message>
+    <message>
         <source>Suggested</source>
         <translation>Empfohlen</translation>
+    </message>
+    <message>
+        <source>Suitcase</source>
+        <translation>Koffer</translation>
+    </message>
+    <message>
+        <source>Sun</source>
+        <translation>Sonne</translation>
+    </message>
+    <message>
+        <source>Sunflower</source>
+        <translation>Sonnenblume</translation>
+    </message>
+    <message>
+        <source>Swap</source>
+        <translation>Tauschen</translation>
+    </message>
+    <message>
+        <source>Swirl</source>
+        <translation>Wirbel</translation>
     </message>
     <message>
         <source>TIFF</source>
@@ -748,8 +1176,24 @@
         <translation>TIFF-Bilder brauchen libtiff</translation>
     </message>
     <message>
+        <source>Tag</source>
+        <translation>Anhänger</translation>
+    </message>
+    <message>
+        <source>Takes this color again</source>
+        <translation>Nimmt wieder diese Farbe</translation>
+    </message>
+    <message>
+        <source>Tape</source>
+        <translation>Klebeband</translation>
+    </message>
+    <message>
         <source>Ten frames</source>
         <translation>Zehn Rahmen</translation>
+    </message>
+    <message>
+        <source>Tent</source>
+        <translation>Zelt</translation>
     </message>
     <message>
         <source>The audio and video won’t function with the current export type. Try downloading the file as an MP4 video.</source>
@@ -792,6 +1236,10 @@
         <translation>Das Bild, in die Zwischenablage</translation>
     </message>
     <message>
+        <source>Thermometer</source>
+        <translation>Thermometer</translation>
+    </message>
+    <message>
         <source>This is not a folder.</source>
         <translation>Das ist kein Ordner.</translation>
     </message>
@@ -808,8 +1256,16 @@
         <translation>Dieses bleibt am Platz. Am besten etwas Ruhiges: ein Himmel, eine Wand, das Meer.</translation>
     </message>
     <message>
+        <source>Three or six digits of 0 to 9 and A to F, such as #E5906F</source>
+        <translation>Drei oder sechs Ziffern von 0 bis 9 und A bis F, etwa #E5906F</translation>
+    </message>
+    <message>
         <source>Three photos</source>
         <translation>Drei Fotos</translation>
+    </message>
+    <message>
+        <source>Toast</source>
+        <translation>Toast</translation>
     </message>
     <message>
         <source>Too many photos</source>
@@ -824,8 +1280,40 @@
         <translation>Transparenter Hintergrund</translation>
     </message>
     <message>
+        <source>Travel</source>
+        <translation>Reisen</translation>
+    </message>
+    <message>
+        <source>Tree</source>
+        <translation>Baum</translation>
+    </message>
+    <message>
+        <source>Tulip</source>
+        <translation>Tulpe</translation>
+    </message>
+    <message>
+        <source>Turn a sticker</source>
+        <translation>Sticker drehen</translation>
+    </message>
+    <message>
+        <source>Turn and scale sticker</source>
+        <translation>Sticker drehen und skalieren</translation>
+    </message>
+    <message>
+        <source>Twinkle</source>
+        <translation>Glitzern</translation>
+    </message>
+    <message>
+        <source>Two hearts</source>
+        <translation>Zwei Herzen</translation>
+    </message>
+    <message>
         <source>Two photos</source>
         <translation>Zwei Fotos</translation>
+    </message>
+    <message>
+        <source>Umbrella</source>
+        <translation>Regenschirm</translation>
     </message>
     <message>
         <source>Unable to find a camera on your device.</source>
@@ -860,12 +1348,28 @@
         <translation>Version %1</translation>
     </message>
     <message>
+        <source>Weather</source>
+        <translation>Wetter</translation>
+    </message>
+    <message>
+        <source>Whale</source>
+        <translation>Wal</translation>
+    </message>
+    <message>
         <source>Where it was saved</source>
         <translation>Wo es gesichert wurde</translation>
     </message>
     <message>
+        <source>Wind</source>
+        <translation>Wind</translation>
+    </message>
+    <message>
         <source>Windows</source>
         <translation>Fenster</translation>
+    </message>
+    <message>
+        <source>Wink</source>
+        <translation>Zwinkern</translation>
     </message>
     <message>
         <source>YES</source>
@@ -936,8 +1440,16 @@
         <translation>der Zugriff auf die Fotos ist nicht erlaubt</translation>
     </message>
     <message>
+        <source>brightness</source>
+        <translation>Helligkeit</translation>
+    </message>
+    <message>
         <source>cancelled</source>
         <translation>abgebrochen</translation>
+    </message>
+    <message>
+        <source>contrast</source>
+        <translation>Kontrast</translation>
     </message>
     <message>
         <source>fx</source>
@@ -958,6 +1470,10 @@
     <message>
         <source>it is open in another window</source>
         <translation>sie ist in einem anderen Fenster geöffnet</translation>
+    </message>
+    <message>
+        <source>its original is no longer at hand</source>
+        <translation>sein Original ist nicht mehr da</translation>
     </message>
     <message>
         <source>no file was written</source>
@@ -1002,6 +1518,10 @@
     <message>
         <source>nothing here reads the coding of the clip</source>
         <translation>die Kodierung des Films kann hier nichts lesen</translation>
+    </message>
+    <message>
+        <source>opacity</source>
+        <translation>Deckkraft</translation>
     </message>
     <message>
         <source>or</source>

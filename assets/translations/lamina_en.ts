@@ -8,8 +8,20 @@
         <translation>Home</translation>
     </message>
     <message>
+        <source>brightness</source>
+        <translation>Brightness</translation>
+    </message>
+    <message>
+        <source>contrast</source>
+        <translation>Contrast</translation>
+    </message>
+    <message>
         <source>fx</source>
         <translation>Effects</translation>
+    </message>
+    <message>
+        <source>opacity</source>
+        <translation>Opacity</translation>
     </message>
 </context>
 </TS>

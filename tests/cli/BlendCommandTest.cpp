@@ -9,6 +9,8 @@
 #include <cstdint>
 #include <functional>
 #include <gmock/gmock.h>
+#include <nlohmann/json.hpp>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -20,26 +22,11 @@ constexpr int kScale = 3;
 
 /// Where a point of a square comes from that was turned or flipped.
 using Source = CGPoint (*)(CGPoint point);
-CGPoint asItIs(CGPoint p)
-{
-    return p;
-}
-CGPoint turnedLeft(CGPoint p)
-{
-    return {kSide - p.y, p.x};
-}
-CGPoint turnedRight(CGPoint p)
-{
-    return {p.y, kSide - p.x};
-}
-CGPoint mirrored(CGPoint p)
-{
-    return {kSide - p.x, p.y};
-}
-CGPoint upsideDown(CGPoint p)
-{
-    return {p.x, kSide - p.y};
-}
+constexpr Source kAsItIs = [](CGPoint p) { return p; };
+constexpr Source kTurnedLeft = [](CGPoint p) { return CGPoint{kSide - p.y, p.x}; };
+constexpr Source kTurnedRight = [](CGPoint p) { return CGPoint{p.y, kSide - p.x}; };
+constexpr Source kMirrored = [](CGPoint p) { return CGPoint{kSide - p.x, p.y}; };
+constexpr Source kUpsideDown = [](CGPoint p) { return CGPoint{p.x, kSide - p.y}; };
 
 /// One photo of a blend, told by arithmetic alone: where a canvas point lands on a ramp.
 struct RampPhoto {
@@ -48,7 +35,7 @@ struct RampPhoto {
     double blue;
     double zoom = 1;
     CGPoint offset = {}; ///< points
-    Source source = asItIs;
+    Source source = kAsItIs;
     double opacity = 0.5;
 
     std::array<double, 3> at(CGPoint point) const
@@ -95,13 +82,13 @@ TEST_F(BlendCommand, EveryPixelIsWhereArithmeticPutsIt)
         // After a zoom of 2 it travels twice as far.
         {"--zoom 2 --move -10,0 --zoom 0.75 --move 0,8", {800, 600, 40}, {450, 900, 200}, 1.5, {-20, 12}},
         // Pixels turn inside the place that the photo has, whenever it came there.
-        {"--zoom 2 --turn 2:left --move -10,0", {800, 600, 40}, {450, 900, 200, 1, {}, turnedLeft}, 2, {-20, 0}},
+        {"--zoom 2 --turn 2:left --move -10,0", {800, 600, 40}, {450, 900, 200, 1, {}, kTurnedLeft}, 2, {-20, 0}},
         {"--crop1 2,300,120 --turn 1:right --flip 2:vertical --opacity 1:0.8",
-         {800, 600, 40, 2, {300, 120}, turnedRight, 0.8},
-         {450, 900, 200, 1, {}, upsideDown}},
+         {800, 600, 40, 2, {300, 120}, kTurnedRight, 0.8},
+         {450, 900, 200, 1, {}, kUpsideDown}},
         {"--opacity 2:0.3 --flip 1:horizontal --turn 2:right --turn 2:right --flip 2:horizontal",
-         {800, 600, 40, 1, {}, mirrored},
-         {450, 900, 200, 1, {}, upsideDown, 0.3}},
+         {800, 600, 40, 1, {}, kMirrored},
+         {450, 900, 200, 1, {}, kUpsideDown, 0.3}},
     };
     for (const GeometryCase& c : cases) {
         SCOPED_TRACE(c.options);
@@ -201,9 +188,9 @@ TEST_F(BlendCommand, StickersLieWhereTheyAreToldWithoutHandlesOrBorders)
         EXPECT_NEAR(box.midY() / 2, c.centre.y, 2);
         EXPECT_LE(box.size.width / 2, c.side);
         EXPECT_GE(box.size.width / 2, c.side * 0.7);
-        const int corner = static_cast<int>(c.side) - 1;
-        EXPECT_EQ(pixelAt(result, static_cast<int>(2 * c.centre.x) - corner, static_cast<int>(2 * c.centre.y) - corner),
-                  pixelAt(plain, static_cast<int>(2 * c.centre.x) - corner, static_cast<int>(2 * c.centre.y) - corner));
+        const int x = static_cast<int>(2 * c.centre.x - c.side) + 1; // where a border's corner would be
+        const int y = static_cast<int>(2 * c.centre.y - c.side) + 1;
+        EXPECT_EQ(pixelAt(result, x, y), pixelAt(plain, x, y));
     }
     // The last one lies on top, and stays there whatever comes after.
     const std::string cloud = "--width 200 --scale 2 --zoom 2 --contrast 1:10 --sticker cloud@100,100,150,150";
@@ -214,6 +201,20 @@ TEST_F(BlendCommand, StickersLieWhereTheyAreToldWithoutHandlesOrBorders)
 TEST_F(BlendCommand, WidthAndScaleDecideTheSide)
 {
     EXPECT_EQ(blend("--width 320 --scale 2").size(), (IntSize{640, 640}));
+}
+
+TEST_F(BlendCommand, EveryStickerIsListedOnceForPeopleAndPrograms)
+{
+    const std::string text = shell("lamina stickers").output;
+    EXPECT_THAT(text, testing::HasSubstr("Weather:\n  big117  Sun\n"));
+    std::set<std::string> words;
+    for (const auto& entry : nlohmann::json::parse(shell("lamina stickers --json").output)) {
+        const std::string word = entry.at("word");
+        words.insert(word);
+        EXPECT_THAT(text, testing::HasSubstr("  " + entry.at("name").get<std::string>() + "  " + word + "\n"));
+        EXPECT_THAT(text, testing::HasSubstr(entry.at("group").get<std::string>() + ":\n"));
+    }
+    EXPECT_EQ(words.size(), 84U);
 }
 
 TEST_F(BlendCommand, HelpAndVersionAreData)

@@ -56,12 +56,10 @@ protected:
         fingers->touchEnded(1, way.back(), m_time += 0.1);
         canvas->render();
     }
-    void slide(int slider, const std::vector<double>& values)
+    void slide(int slider, const std::vector<double>& values) const
     {
-        editor->beginSliding(slider);
         for (const double value : values)
             editor->slide(slider, value);
-        editor->endSliding(slider);
         canvas->render();
     }
 

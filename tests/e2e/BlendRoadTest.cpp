@@ -10,6 +10,7 @@
 #include "platform/base/CGGeometry.h"
 
 #include <QColorSpace>
+#include <QMimeData>
 #include <QTest>
 
 #include <gmock/gmock.h>
@@ -201,6 +202,43 @@ TEST_F(BlendRoad, ByKeysAlone)
     EXPECT_EQ(driver->top<ImagePIckingViewController>()->selectImage(), QStringLiteral("SCREENbg"));
     driver->press(Qt::Key_Escape);
     EXPECT_TRUE(driver->waitFor<ViewController>());
+}
+
+TEST_F(BlendRoad, TheMenuOfAPhotoOpensByEveryHand)
+{
+    open();
+    goToBlend();
+    const auto blend = driver->top<BlendPhotoViewController>();
+    const auto nameOf = [&](std::size_t photo) { return blend->composition().photos[photo].source.name; };
+    const QPoint first = WindowDriver::middleOf(*driver->item(QStringLiteral("Photo 1"))).toPoint();
+    QTest::mouseClick(&driver->view(), Qt::RightButton, Qt::NoModifier, first);
+    EXPECT_TRUE(WindowDriver::waitUntil([&] { return blend->menuPhoto() == 1; }));
+    driver->press(Qt::Key_Escape);
+    EXPECT_EQ(blend->menuPhoto(), 0);
+    EXPECT_EQ(alertText(), "");
+    QTest::mousePress(&driver->view(), Qt::LeftButton, Qt::NoModifier, first);
+    EXPECT_TRUE(WindowDriver::waitUntil([&] { return blend->menuPhoto() == 1; }));
+    QTest::mouseRelease(&driver->view(), Qt::LeftButton, Qt::NoModifier, first);
+    driver->settle();
+    EXPECT_EQ(alertText(), "") << "a long press is no press";
+    ASSERT_TRUE(driver->tap(QStringLiteral("Menu of photo 1")));
+    EXPECT_EQ(blend->menuPhoto(), 0);
+    ASSERT_TRUE(driver->tap(QStringLiteral("Menu of photo 2")));
+    ASSERT_TRUE(driver->tap(QStringLiteral("Swap")));
+    EXPECT_EQ(nameOf(0), "city-rain.jpg");
+
+    QMimeData dropped;
+    dropped.setUrls({QUrl::fromLocalFile(QString::fromStdString(sample("meadow.jpg")))});
+    EXPECT_EQ(driver->drop(dropped), Qt::CopyAction);
+    ASSERT_TRUE(driver->waitFor<PinchZoomViewController>());
+    ASSERT_TRUE(driver->tap(QStringLiteral("Use photo")));
+    ASSERT_TRUE(driver->waitFor<BlendPhotoViewController>());
+    EXPECT_EQ(nameOf(1), "meadow.jpg");
+    driver->press(Qt::Key_O, Qt::ControlModifier);
+    ASSERT_TRUE(driver->waitFor<PinchZoomViewController>()) << "of the portal's last choice";
+    driver->press(Qt::Key_Escape);
+    ASSERT_TRUE(driver->waitFor<BlendPhotoViewController>());
+    EXPECT_EQ(nameOf(1), "meadow.jpg");
 }
 
 TEST_F(BlendRoad, AWindowThatIsClosedLeavesNoHalfFile)

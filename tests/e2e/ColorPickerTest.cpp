@@ -53,7 +53,6 @@ TEST_F(ColorPickerWindow, TakesTheColourThatTheFingerLiesOn)
     driver->drag(start, {square.size.width / 4, -square.size.height / 4});
     const CGPoint value = picker->squarePicker()->value();
     EXPECT_NEAR(value.x, 0.75, 0.01);
-    EXPECT_NEAR(value.y, 0.75, 0.01);
     const QPointF place =
         inWindow({square.minX() + value.x * square.size.width, square.minY() + (1 - value.y) * square.size.height}) *
         driver->view().effectiveDevicePixelRatio();
@@ -72,7 +71,6 @@ TEST_F(ColorPickerWindow, TakesTheColourThatTheFingerLiesOn)
     EXPECT_EQ(picker->resultColor(), UIColor::brown());
     EXPECT_TRUE(driver->tap(QStringLiteral("Done")));
     EXPECT_EQ(asker->answers, 1);
-    EXPECT_TRUE(driver->waitFor<ViewController>());
 }
 
 TEST_F(ColorPickerWindow, IsWorkedByKeysAlone)

@@ -228,6 +228,8 @@ TEST_P(Layout, KeepsAllThatCanBePressedWholeAndFree)
         driver->top<BlendPhotoViewController>()->chooseTool(QLatin1String(tool));
         checkEverywhere(tool);
     }
+    driver->top<BlendPhotoViewController>()->openPhotoMenu(1); // over the tool that is open
+    checkEverywhere("photo menu");
 }
 
 TEST_P(Layout, KeepsTheSheetsOfAnExportSo)

@@ -70,13 +70,15 @@ panel 'The blend'
   push button 'Save'
   image 'The blend' (Photo 2 lies over photo 1. Arrow keys move the second photo, plus and minus zoom it)
   check box 'Photo 1' (Stays in place)
+  push button 'Menu of photo 1' (Menu)
   check box 'Photo 2' (On top, moves) checked
+  push button 'Menu of photo 2' (Menu)
   label 'Drag to move, turn the wheel to zoom'
   check box 'Reset'
   check box 'Move' checked
-  check box 'Tools' (Not available now)
-  check box 'Effects' (Not available now)
-  check box 'Sticker' (Not available now)
+  check box 'Tools'
+  check box 'Effects'
+  check box 'Sticker'
 """
 TYPES = """
 dialog 'Save as' modal

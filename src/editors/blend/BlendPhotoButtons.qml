@@ -12,8 +12,9 @@ Grid {
     property bool stacked: false
     readonly property real buttonWidth: slim ? Tokens.bars.selector : stacked ? width : (width - spacing) / 2
 
-    function caption(photo) {
-        if (controller.movingPhoto > 0)
+    // With `room` for a few words, or for one.
+    function caption(photo, room) {
+        if (controller.movingPhoto > 0 && room)
             return photo !== controller.movingPhoto ? qsTranslate("Lamina", "Stays in place") : qsTranslate("Lamina", "On top, moves")
         return (photo === 2) === controller.photo2OnTop ? qsTranslate("Lamina", "On top") : qsTranslate("Lamina", "Below")
     }
@@ -41,7 +42,8 @@ Grid {
             width: selector.buttonWidth
             slim: selector.slim
             title: modelData.title
-            caption: selector.caption(photo)
+            caption: selector.caption(photo, width >= (photo === selector.controller.movingPhoto ? 180 : 160))
+            spokenCaption: selector.caption(photo, true)
             picture: first ? selector.controller.photo1Picture : selector.controller.photo2Picture
             selected: selector.controller.movingPhoto > 0 ? selector.controller.movingPhoto === photo
                 : first ? selector.controller.photo1Selected : selector.controller.photo2Selected

@@ -23,9 +23,9 @@
 #include <QVariant>
 #include <QVariantList>
 
-#include <functional>
 #include <array>
 #include <deque>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <span>
@@ -34,8 +34,9 @@
 
 namespace lamina {
 
-/// The blend editor: two photos laid over each other, each with its own alpha and transform, over a backdrop. Nothing
-/// is computed on pixels while the user works; `flattened` renders the stack once.
+/// The blend editor: two photos laid over each other, each with its own alpha and transform, over a backdrop.
+/// Pixels are computed by turns, flips, contrast and brightness alone; all else changes views, whose stack `flattened`
+/// renders once.
 ///
 /// The state is the `BlendComposition`; the view tree shows it:
 /// `baseView` > `saveTheImg` > `mainImgView` > `imgView2`, `imgView1` (and stickers), each W × W points, where W is the

@@ -40,8 +40,8 @@ inline constexpr std::string_view kColor = "color";
 inline constexpr std::array<EditorTool, 5> kBlendSubTools = {{
     {blendsubtool::kLeft, QT_TRANSLATE_NOOP("Lamina", "Left"), "Left", "Left1", 0, false},
     {blendsubtool::kRight, QT_TRANSLATE_NOOP("Lamina", "Right"), "Right", "Right1", 0, false},
-    {blendsubtool::kHorizontal, QT_TRANSLATE_NOOP("Lamina", "Horizontal"), "Horizontal", "Horizontal1", 0, false},
-    {blendsubtool::kVertical, QT_TRANSLATE_NOOP("Lamina", "Vertical"), "Vertical", "Vertical1", 0, false},
+    {blendsubtool::kHorizontal, QT_TRANSLATE_NOOP("Lamina", "Flip H"), "Horizontal", "Horizontal1", 0, false},
+    {blendsubtool::kVertical, QT_TRANSLATE_NOOP("Lamina", "Flip V"), "Vertical", "Vertical1", 0, false},
     {blendsubtool::kColor, QT_TRANSLATE_NOOP("Lamina", "Color"), "Color", "Color1", 0, false},
 }};
 

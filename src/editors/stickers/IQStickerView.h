@@ -10,7 +10,6 @@
 #include "platform/view/UIPanGestureRecognizer.h"
 #include "platform/view/UIView.h"
 
-#include <utility>
 #include <memory>
 #include <optional>
 #include <utility>

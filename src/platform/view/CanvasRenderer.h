@@ -4,6 +4,7 @@
 #include "platform/image/drawing/CGContext.h"
 #include "platform/image/pixels/CGImage.h"
 #include "platform/view/CanvasFrame.h"
+#include "platform/view/PictureCopies.h"
 #include "platform/view/PictureReductions.h"
 #include "platform/view/UIView.h"
 
@@ -61,6 +62,7 @@ private:
     mutable std::optional<CGContext> m_context;
     CanvasFrame m_frame;
     PictureReductions m_reductions;
+    PictureCopies m_copies;
     bool m_moving = false;
     IntRect m_reducedArea; ///< pixels that were drawn from reductions
     bool m_pending = true;

@@ -4,6 +4,7 @@
 #include "platform/image/drawing/UIBezierPath.h"
 #include "platform/image/drawing/UIImageDrawing.h"
 #include "platform/image/pixels/UIImage.h"
+#include "platform/view/PictureCopies.h"
 #include "platform/view/PictureReductions.h"
 
 #include <algorithm>
@@ -48,9 +49,10 @@ bool covers(const CGRect& outer, const CGRect& inner)
 
 } // namespace
 
-LayerRenderer::LayerRenderer(CGContext& context, PictureReductions* reductions)
+LayerRenderer::LayerRenderer(CGContext& context, PictureReductions* reductions, PictureCopies* copies)
     : m_context(context)
     , m_reductions(reductions)
+    , m_copies(copies)
 {
 }
 
@@ -180,6 +182,8 @@ void LayerRenderer::drawContents(const CALayer& layer, double alpha)
         return;
     m_context.setAlpha(alpha);
     const UIImage& picture = layer.contents();
+    if (m_copies && m_copies->draw(picture, m_context, rect))
+        return;
     if (!m_reductions) {
         drawInRect(picture, m_context, rect);
         return;

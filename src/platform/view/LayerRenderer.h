@@ -8,6 +8,7 @@
 
 namespace lamina {
 
+class PictureCopies;
 class PictureReductions;
 
 /// Draws layers into a context: the one way in which a tree becomes a picture, be it for a window or for a file.
@@ -18,9 +19,11 @@ class PictureReductions;
 /// a part that is drawn again gets the same bytes. Main thread.
 class LayerRenderer {
 public:
-    /// The context must outlive the renderer, as must `reductions`: with these, large pictures are drawn from copies
-    /// of about the size that is seen, quickly and not by the same bytes.
-    explicit LayerRenderer(CGContext& context, PictureReductions* reductions = nullptr);
+    /// The context must outlive the renderer, as must `reductions` and `copies`. With reductions, large pictures are
+    /// drawn from smaller ones of about the size that is seen, quickly and not by the same bytes. With copies, pictures
+    /// that stay are drawn from what they were the last time, by the same bytes.
+    explicit LayerRenderer(CGContext& context, PictureReductions* reductions = nullptr,
+                           PictureCopies* copies = nullptr);
 
     /// The layer and all above it, its own coordinates being those of user space.
     void render(const CALayer& layer);
@@ -88,6 +91,7 @@ private:
 
     CGContext& m_context;
     PictureReductions* m_reductions;
+    PictureCopies* m_copies;
 };
 
 } // namespace lamina

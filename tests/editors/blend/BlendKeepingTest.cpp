@@ -164,6 +164,20 @@ TEST_F(BlendKeeping, RecordsOfTheFirstVersionAreReadAndWhatMakesNoSenseIsNot)
     }
 }
 
+TEST_F(BlendKeeping, ThePrintShowsNoHandles)
+{
+    editor->stickerImgGesture(6000);
+    IQStickerView& sticker = *StickerBoard::find(editor->mainImgView(), 500);
+    sticker.scaleBy(0.25);
+    editor->letGoOfStickers();
+    settle();
+    const std::string print = readFile(file("print.png"));
+    sticker.contentTapped();
+    settle();
+    EXPECT_EQ(readFile(file("print.png")), print);
+    EXPECT_TRUE(sticker.showsBorder() && !sticker.closeView().isHidden());
+}
+
 TEST_F(BlendKeeping, NobodyElseReadsItAndOldPicturesGo)
 {
     for (unsigned seed = 1; seed < 6; ++seed) {

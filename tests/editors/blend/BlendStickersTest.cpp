@@ -47,54 +47,44 @@ TEST_F(BlendStickers, EveryChangeIsAStepThatUndoTakesBackWhole)
 {
     editor->stickerBtn();
     EXPECT_TRUE(editor->stickerStrip());
-    const auto nothing = [] {};
-    const struct {
-        std::function<void()> before; ///< no step
-        std::function<void()> change;
-    } table[] = {
-        {nothing, [this] { editor->stickerImgGesture(6003); }},
-        {[this] { view(500).contentTapped(); },
-         [this] {
-             drag(view(500), {30, -20});
-         }},
-        {nothing,
-         [this] {
-             drag(view(500).resizeView(), {-10, 10});
-         }},
-        {nothing,
-         [this] {
-             drag(view(500).rotateView(), {0, 40});
-         }},
-        {nothing, [this] { editor->nudge(8, 0); }},
-        {nothing, [this] { editor->turnBy(-0.1); }},
-        {nothing, [this] { editor->stickerImgGesture(12004); }},
-        {[this] { view(501).contentTapped(); }, [this] { editor->stickerImgGesture(6005); }},
-        {nothing, [this] { view(501).contentTapped(); }}, // comes to the front
-        {[this] { editor->letGoOfStickers(); }, [this] { view(502).close(); }},
-        {[this] { view(500).contentTapped(); }, [this] { editor->deleteSticker(); }},
-        {nothing, [this] { editor->resetBtn(); }},
-        {nothing, [this] { editor->stickerImgGesture(6000); }},
-    };
     std::vector<std::pair<Stickers, CGImage>> states;
-    const auto now = [this] { return std::pair{stickers(), editor->renderedCanvas().cgImage()}; };
-    for (const auto& c : table) {
-        clock->advance(2);
-        c.before();
+    const auto remember = [&] {
         DispatchQueue::main().runUntilIdle(); // what was scaled is drawn anew
-        states.push_back(now());
-        c.change();
-    }
-    states.push_back(now());
+        states.emplace_back(stickers(), editor->renderedCanvas().cgImage());
+        clock->advance(2);
+    };
+    const auto step = [&](auto change) {
+        remember();
+        change();
+    };
+    step([this] { editor->stickerImgGesture(6003); });
+    view(500).contentTapped(); // is none
+    step([this] { drag(view(500), {30, -20}); });
+    step([this] { drag(view(500).resizeView(), {-10, 10}); });
+    step([this] { drag(view(500).rotateView(), {0, 40}); });
+    step([this] { editor->nudge(8, 0); });
+    step([this] { editor->turnBy(-0.1); });
+    step([this] { editor->stickerImgGesture(12004); });
+    view(501).contentTapped();
+    step([this] { editor->stickerImgGesture(6005); });
+    step([this] { view(501).contentTapped(); }); // comes to the front
+    editor->letGoOfStickers();
+    step([this] { view(502).close(); });
+    view(500).contentTapped();
+    step([this] { editor->deleteSticker(); });
+    step([this] { editor->resetBtn(); });
+    step([this] { editor->stickerImgGesture(6000); });
+    remember();
     EXPECT_EQ(order(), std::vector{503}) << "tags count on over a reset";
     const auto expectState = [&](std::size_t i) {
         SCOPED_TRACE(i);
         EXPECT_EQ(stickers(), states[i].first);
         EXPECT_TRUE(imagesMatch(editor->renderedCanvas().cgImage(), states[i].second));
     };
-    for (std::size_t i = std::size(table); i-- > 0; expectState(i))
+    for (std::size_t i = states.size() - 1; i-- > 0; expectState(i))
         editor->undo();
     EXPECT_FALSE(editor->canUndo());
-    for (std::size_t i = 1; i <= std::size(table); expectState(i++))
+    for (std::size_t i = 1; i < states.size(); expectState(i++))
         editor->redo();
     EXPECT_FALSE(editor->canRedo());
 }

@@ -104,7 +104,7 @@ TEST(History, ForgetsTheOldestBeyondItsBytesAndCountsAPictureOnce)
 
     const UIImage masked(solidPicture(5, 5, {}).withMask(bytePicture(5, 5, [](int, int) { return 0; })));
     EXPECT_EQ(PictureMemory().add(masked), 125u);
-    EXPECT_EQ(PictureMemory().add({}), 0u);
+    EXPECT_EQ(PictureMemory().add(UIImage()), 0u);
 }
 
 } // namespace

@@ -1,5 +1,6 @@
 // A canvas that is painted in parts is always what painting all of it would give.
 #include "LayerScene.h"
+#include "platform/base/CGAffineTransform.h"
 #include "platform/base/MemoryWarning.h"
 #include "platform/base/NotificationCenter.h"
 #include "platform/view/CAShapeLayer.h"
@@ -157,6 +158,33 @@ TEST(CanvasRenderer, LargePicturesAreReducedWhileTheyMoveAndExactAtRest)
     EXPECT_TRUE(imagesMatch(canvas.image(), rendered(root->layer(), 2)));
     canvas.setMoving(false);
     EXPECT_FALSE(canvas.needsRender());
+}
+
+TEST(CanvasRenderer, PicturesThatStayAreDrawnFromCopiesByTheSameBytes)
+{
+    const auto root = std::make_shared<UIView>(CGRect(0, 0, 40, 30));
+    root->setBackgroundColor(UIColor::white());
+    const auto photo = std::make_shared<UIImageView>(CGRect(0, 0, 40, 30));
+    const auto above = std::make_shared<UIView>(CGRect(3, 4, 9, 8));
+    root->addSubview(photo);
+    root->addSubview(above);
+    CanvasRenderer canvas(root, 3);
+    const CGImageAlphaInfo opaque = CGImageAlphaInfo::NoneSkipLast;
+    for (const auto& transform : {CGAffineTransform(), CGAffineTransform::scaling(1.37, 1.9),
+                                  CGAffineTransform::translation(1, -2).scaled(-1, 1),
+                                  CGAffineTransform::translation(0.4, 0), CGAffineTransform::rotation(0.3)}) {
+        photo->setTransform(transform);
+        for (const CGImage& picture : {noisePicture(13, 17, opaque, 1), noisePicture(13, 17, opaque, 2),
+                                       noisePicture(13, 17, CGImageAlphaInfo::PremultipliedFirst, 3)}) {
+            photo->setImage(UIImage(picture));
+            for (const double x : {9.0, 10.0, 10.5, 21.0}) {
+                above->setCenter({x, 2 * x});
+                photo->setAlpha(x == 21 ? 1 : 0.5); // everything is painted again
+                canvas.render();
+                EXPECT_TRUE(imagesMatch(canvas.image(), rendered(root->layer(), 3))) << x;
+            }
+        }
+    }
 }
 
 TEST(CanvasRenderer, PaintsNoMoreThanWhatChanged)

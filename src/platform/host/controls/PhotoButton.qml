@@ -8,6 +8,8 @@ Item {
 
     required property string title
     required property string caption
+    // It said in full.
+    property string spokenCaption: caption
     property var picture
     property bool selected: false
     property bool dimmed: false
@@ -48,7 +50,7 @@ Item {
             : Math.max(Tokens.bars.selector, titleText.lineHeight + captionText.lineHeight + Tokens.space.m)
         chosen: button.selected
         Accessible.name: button.title
-        Accessible.description: Theme.spoken(button.caption, enabled)
+        Accessible.description: Theme.spoken(button.spokenCaption, enabled)
         onClicked: button.clicked()
         onPressAndHold: button.askForMenu()
         Keys.onPressed: event => {
@@ -56,9 +58,10 @@ Item {
             if (event.accepted)
                 button.menuAsked()
         }
-        TapHandler {
+        MouseArea {
+            anchors.fill: parent
             acceptedButtons: Qt.RightButton
-            onTapped: button.askForMenu()
+            onPressed: button.askForMenu()
         }
 
         contentItem: Item {
