@@ -14,6 +14,7 @@
 #include "export/ShareController.h"
 #include "hud/ProgressOverlay.h"
 #include "hud/SVProgressHUD.h"
+#include "platform/base/UIColor.h"
 #include "platform/files/FileWriting.h"
 #include "platform/media/VideoExport.h"
 #include "platform/view/UIAlertController.h"
@@ -210,6 +211,13 @@ void shootTools(Shooter& shooter, BlendPhotoViewController& blend)
 {
     blend.chooseTool(QStringLiteral("tools"));
     blend.chooseSubTool(QStringLiteral("horizontal"));
+    blend.chooseSubTool(QStringLiteral("color"));
+    shooter.driver().waitFor<InfColorPickerController>();
+    if (const auto picker = shooter.driver().top<InfColorPickerController>()) {
+        picker->setResultColor(UIColor{0.25, 0.75, 0.7, 1});
+        picker->done();
+        shooter.driver().waitFor<BlendPhotoViewController>();
+    }
     shooter.shoot("blend-tools");
     blend.chooseTool(QStringLiteral("effects"));
     blend.slide(50, 34);

@@ -68,6 +68,7 @@ Item {
         from: item.row.minimum
         to: item.row.maximum
         start: item.row.start
+        climbs: true
         // What is told in whole numbers goes by them.
         stepSize: to - from > item.smallRange ? item.unit : item.unit / 100
         onPressedChanged: pressed ? item.controller.beginSliding(item.row.tag) : item.controller.endSliding(item.row.tag)

@@ -15,6 +15,8 @@ T.Slider {
     // The value that a double tap asks for; NaN: none.
     property real start: NaN
     signal sought(real value)
+    // Up and down change it as well; else they are left to what it stands in.
+    property bool climbs: false
 
     readonly property real thumb: Tokens.touch.sliderThumb
     readonly property real line: width - thumb
@@ -38,12 +40,13 @@ T.Slider {
 
     Keys.onPressed: event => {
         const page = (to - from) / 10
-        const places = { row: [value + step, value - step, value - step, value + step],
+        const climb = climbs ? step : NaN
+        const places = { row: [value + climb, value - climb, value - step, value + step],
                          page: [value + page, value - page],
                          ends: [from, to] }
         for (const command in places) {
             const wanted = places[command][KeyTable.find(command, event.key, event.modifiers)]
-            event.accepted = wanted !== undefined
+            event.accepted = wanted !== undefined && !isNaN(wanted)
             if (event.accepted)
                 return seek(wanted)
         }
