@@ -6,8 +6,8 @@
 #include "platform/view/HeadlessHost.h"
 #include "platform/view/UIViewAnimation.h"
 
-#include <cstdint>
 #include <QVariantMap>
+#include <cstdint>
 #include <functional>
 #include <initializer_list>
 #include <string>
