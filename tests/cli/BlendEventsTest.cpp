@@ -30,9 +30,8 @@ class BlendEvents : public CommandLines {
 protected:
     BlendEvents()
     {
-        const CGImageLayout layout = CGImageLayout::rgba(kSide, kSide, CGImageAlphaInfo::NoneSkipLast);
         writePng(folder.path("first.png"), rampPicture(kSide, kSide, 40));
-        writePng(folder.path("second.png"), chartPicture(layout));
+        writePng(folder.path("second.png"), chartPicture(kSide, kSide, CGImageAlphaInfo::NoneSkipLast));
         UIScreen::setMain({{kSide, 2.0 * kSide}, kScale});
         firstPickedImage = UIImage(readPictureFile(folder.path("first.png")));
         secondPickedImage = UIImage(readPictureFile(folder.path("second.png")));
@@ -54,12 +53,6 @@ protected:
         for (const CGPoint& point : way)
             fingers->touchMoved(1, point, m_time += 0.1);
         fingers->touchEnded(1, way.back(), m_time += 0.1);
-        canvas->render();
-    }
-    void slide(int slider, const std::vector<double>& values) const
-    {
-        for (const double value : values)
-            editor->slide(slider, value);
         canvas->render();
     }
 
@@ -91,11 +84,20 @@ TEST_F(BlendEvents, FingersAndTheCommandMakeTheSamePictureAndTheCanvasShowsIt)
     editor->photo1();
     editor->leftBtn();
     editor->FxBtn();
-    slide(blendslider::kContrast, {10, 60, 35});
+    for (const double value : {10, 60, 35})
+        editor->slide(blendslider::kContrast, value);
     editor->photo2();
-    slide(blendslider::kBrightness, {-20, -30});
-    slide(blendslider::kContrast, {25});
-    slide(blendslider::kOpacity, {0.3, 0.8});
+    editor->slide(blendslider::kBrightness, -30);
+    editor->photo1();
+    editor->toolBtn();
+    editor->chooseSubTool("vertical");
+    editor->photo2();
+    editor->chooseSubTool("horizontal");
+    editor->FxBtn();
+    editor->slide(blendslider::kBrightness, 20);
+    editor->slide(blendslider::kContrast, 25);
+    editor->slide(blendslider::kOpacity, 0.8);
+    canvas->render();
     editor->stickerBtn();
     editor->stickerImgGesture(6000);
     touch({{160, 160}});                        // shows its handles
@@ -112,11 +114,13 @@ TEST_F(BlendEvents, FingersAndTheCommandMakeTheSamePictureAndTheCanvasShowsIt)
     ASSERT_EQ(stickers.size(), 2U);
     EXPECT_NE(stickers[0].size.width, stickers[0].size.height);
     EXPECT_NE(stickers[1].transform, CGAffineTransform());
-    EXPECT_TRUE(
-        imagesMatch(this->picture("lamina blend first.png second.png -o out.png --width 320 --scale 2" + move.str() +
-                                  " --turn 1:left --contrast 1:35 --brightness 2:-30 --contrast 2:25 --opacity 2:0.8" +
-                                  told("sun", stickers[0]) + told("cat", stickers[1])),
-                    picture));
+    // Stickers lie on top whatever comes after them.
+    EXPECT_TRUE(imagesMatch(this->picture("lamina blend first.png second.png -o out.png --width 320 --scale 2" +
+                                          told("sun", stickers[0]) + move.str() +
+                                          " --turn 1:left --contrast 1:35 --brightness 2:-30 --flip 1:vertical" +
+                                          " --flip 2:horizontal --brightness 2:20 --contrast 2:25 --opacity 2:0.8" +
+                                          told("cat", stickers[1])),
+                            picture));
 }
 
 } // namespace
