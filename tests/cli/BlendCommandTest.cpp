@@ -1,6 +1,11 @@
 #include "CommandLines.h"
 
+#include "editors/blend/BlendPhotoViewController.h"
+#include "editors/blend/BlendTools.h"
+#include "editors/blend/PickedImages.h"
+#include "platform/base/CGAffineTransform.h"
 #include "platform/base/CGGeometry.h"
+#include "platform/base/UIScreen.h"
 
 #include <algorithm>
 #include <array>
@@ -8,8 +13,11 @@
 #include <cstddef>
 #include <cstdint>
 #include <gmock/gmock.h>
+#include <memory>
 #include <nlohmann/json.hpp>
+#include <numbers>
 #include <set>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -107,6 +115,60 @@ TEST_F(BlendCommand, OutsideTheSecondPhotoOnlyTheFirstLiesOnWhite)
     EXPECT_NEAR(pixelAt(blend("--move 1e9,-1e9"), 500, 500)[2], (40 + 255) / 2, 2);
     EXPECT_NEAR(pixelAt(blend("--zoom 1e-12"), 500, 500)[2], (40 + 255) / 2, 2);
     blend("--zoom 1e300 --zoom 1e300");
+}
+
+/// A sticker as the command is told of it.
+std::string told(const std::string& name, const Sticker& sticker)
+{
+    const double degrees = std::atan2(sticker.transform.b, sticker.transform.a) * 180 / std::numbers::pi;
+    std::ostringstream text;
+    text.precision(17);
+    text << " --sticker " << name << '@' << sticker.center.x << ',' << sticker.center.y << ',' << sticker.size.width
+         << ',' << sticker.size.height << ',' << degrees;
+    return text.str();
+}
+
+TEST_F(BlendCommand, MakesThePictureThatTheEditorMakes)
+{
+    writePng(folder.path("first.png"), rampPicture(320, 320, 40));
+    writePng(folder.path("second.png"), chartPicture(320, 320, CGImageAlphaInfo::NoneSkipLast));
+    UIScreen::setMain({{320, 640}, 2});
+    firstPickedImage = UIImage(readPictureFile(folder.path("first.png")));
+    secondPickedImage = UIImage(readPictureFile(folder.path("second.png")));
+    const auto editor = std::make_shared<BlendPhotoViewController>();
+    editor->view();
+    editor->nudge(30.25, -15);
+    editor->toolBtn();
+    editor->photo1();
+    editor->leftBtn();
+    editor->FxBtn();
+    editor->slide(blendslider::kContrast, 35);
+    editor->photo2();
+    editor->slide(blendslider::kBrightness, -30);
+    editor->photo1();
+    editor->toolBtn();
+    editor->chooseSubTool("vertical");
+    editor->photo2();
+    editor->chooseSubTool("horizontal");
+    editor->FxBtn();
+    editor->slide(blendslider::kBrightness, 20);
+    editor->slide(blendslider::kContrast, 25);
+    editor->slide(blendslider::kOpacity, 0.8);
+    editor->stickerImgGesture(6000);
+    editor->stickerImgGesture(6011);
+    BlendComposition blend = editor->composition();
+    ASSERT_EQ(blend.stickers.size(), 2U);
+    blend.stickers[0].center = {70, 250};
+    blend.stickers[0].size = {160, 136};
+    blend.stickers[1].transform = CGAffineTransform::rotation(0.4);
+    editor->setComposition(blend);
+    // Stickers lie on top whatever comes after them.
+    const CGImage made = picture(
+        "lamina blend first.png second.png -o out.png --width 320 --scale 2" + told("sun", blend.stickers[0]) +
+        " --move 30.25,-15 --turn 1:left --contrast 1:35 --brightness 2:-30 --flip 1:vertical" +
+        " --flip 2:horizontal --brightness 2:20 --contrast 2:25 --opacity 2:0.8" + told("cat", blend.stickers[1]));
+    EXPECT_TRUE(imagesMatch(made, editor->flattened().cgImage()));
+    clearPickedImages();
 }
 
 TEST_F(BlendCommand, WidthAndScaleDecideTheSide)
