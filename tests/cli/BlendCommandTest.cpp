@@ -1,16 +1,23 @@
 #include "CommandLines.h"
 
+#include "editors/blend/BlendPhotoViewController.h"
+#include "editors/blend/BlendTools.h"
+#include "editors/blend/PickedImages.h"
+#include "platform/base/CGAffineTransform.h"
 #include "platform/base/CGGeometry.h"
+#include "platform/base/UIScreen.h"
 
 #include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
-#include <functional>
 #include <gmock/gmock.h>
+#include <memory>
 #include <nlohmann/json.hpp>
+#include <numbers>
 #include <set>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -20,14 +27,6 @@ namespace {
 constexpr double kSide = 375; // points
 constexpr int kScale = 3;
 
-/// Where a point of a square comes from that was turned or flipped.
-using Source = CGPoint (*)(CGPoint point);
-constexpr Source kAsItIs = [](CGPoint p) { return p; };
-constexpr Source kTurnedLeft = [](CGPoint p) { return CGPoint{kSide - p.y, p.x}; };
-constexpr Source kTurnedRight = [](CGPoint p) { return CGPoint{p.y, kSide - p.x}; };
-constexpr Source kMirrored = [](CGPoint p) { return CGPoint{kSide - p.x, p.y}; };
-constexpr Source kUpsideDown = [](CGPoint p) { return CGPoint{p.x, kSide - p.y}; };
-
 /// One photo of a blend, told by arithmetic alone: where a canvas point lands on a ramp.
 struct RampPhoto {
     int width;
@@ -35,12 +34,10 @@ struct RampPhoto {
     double blue;
     double zoom = 1;
     CGPoint offset = {}; ///< points
-    Source source = kAsItIs;
     double opacity = 0.5;
 
-    std::array<double, 3> at(CGPoint point) const
+    std::array<double, 3> at(double x, double y) const
     {
-        const auto [x, y] = source(point);
         const double pointsPerPixel = zoom * kSide / std::min(width, height);
         return {(x + offset.x) / pointsPerPixel / width * 255, (y + offset.y) / pointsPerPixel / height * 255, blue};
     }
@@ -81,14 +78,8 @@ TEST_F(BlendCommand, EveryPixelIsWhereArithmeticPutsIt)
         {"--move 10,15 --zoom 2", {800, 600, 40}, {450, 900, 200}, 2, {10, 15}},
         // After a zoom of 2 it travels twice as far.
         {"--zoom 2 --move -10,0 --zoom 0.75 --move 0,8", {800, 600, 40}, {450, 900, 200}, 1.5, {-20, 12}},
-        // Pixels turn inside the place that the photo has, whenever it came there.
-        {"--zoom 2 --turn 2:left --move -10,0", {800, 600, 40}, {450, 900, 200, 1, {}, kTurnedLeft}, 2, {-20, 0}},
-        {"--crop1 2,300,120 --turn 1:right --flip 2:vertical --opacity 1:0.8",
-         {800, 600, 40, 2, {300, 120}, kTurnedRight, 0.8},
-         {450, 900, 200, 1, {}, kUpsideDown}},
-        {"--opacity 2:0.3 --flip 1:horizontal --turn 2:right --turn 2:right --flip 2:horizontal",
-         {800, 600, 40, 1, {}, kMirrored},
-         {450, 900, 200, 1, {}, kUpsideDown, 0.3}},
+        {"--opacity 1:0.8", {800, 600, 40, 1, {}, 0.8}, {450, 900, 200}},
+        {"--opacity 2:0.3", {800, 600, 40}, {450, 900, 200, 1, {}, 0.3}},
     };
     for (const GeometryCase& c : cases) {
         SCOPED_TRACE(c.options);
@@ -102,8 +93,8 @@ TEST_F(BlendCommand, EveryPixelIsWhereArithmeticPutsIt)
                 // Interpolation at an edge repeats it; the arithmetic here knows the inside only.
                 if (u < 4 || v < 4 || u > kSide - 4 || v > kSide - 4)
                     continue;
-                const auto below = c.first.at(point);
-                const auto above = c.second.at({u, v});
+                const auto below = c.first.at(point.x, point.y);
+                const auto above = c.second.at(u, v);
                 const double a = c.second.opacity;
                 const double b = c.first.opacity;
                 Rgba wanted{0, 0, 0, 255};
@@ -126,76 +117,58 @@ TEST_F(BlendCommand, OutsideTheSecondPhotoOnlyTheFirstLiesOnWhite)
     blend("--zoom 1e300 --zoom 1e300");
 }
 
-// One colour all over, of which only the second photo is seen: what sliders make of it, and in which order they do.
-TEST_F(BlendCommand, TonesWorkFromThePhotoAsItWasWhenItsSliderWasFirstMoved)
+/// A sticker as the command is told of it.
+std::string told(const std::string& name, const Sticker& sticker)
 {
-    const auto brighter = [](double in, double by) { return std::clamp(in + by, 0.0, 255.0); };
-    const auto contrasted = [](double in, double by) {
-        return std::clamp((in - 128) * (by + 255) * 259 / ((259 - by) * 255) + 128, 0.0, 255.0);
-    };
-    struct Case {
-        std::string options;
-        std::function<double(double in)> wanted;
-    };
-    const std::vector<Case> cases{
-        {"--brightness 2:-70.5", [&](double in) { return brighter(in, -70.5); }},
-        {"--contrast 2:50", [&](double in) { return contrasted(in, 50); }},
-        {"--contrast 2:50 --contrast 2:-200", [&](double in) { return contrasted(in, -200); }},
-        {"--contrast 2:50 --contrast 2:0", [&](double in) { return in; }},
-        {"--brightness 1:90 --contrast 1:200", [&](double in) { return in; }},
-        // A slider's first move finds what the other made of it; the other's next move does too.
-        {"--brightness 2:40 --contrast 2:30", [&](double in) { return contrasted(in + 40, 30); }},
-        {"--brightness 2:40 --contrast 2:30 --brightness 2:10", [&](double in) { return in + 50; }},
-        // Another photo's turn makes the next move a first one; nothing else does.
-        {"--brightness 2:40 --flip 1:vertical --brightness 2:10", [&](double in) { return in + 50; }},
-        {"--brightness 2:40 --zoom 2 --turn 2:left --move 5,5 --brightness 2:10", [&](double in) { return in + 10; }},
-    };
-    for (const Case& c : cases) {
-        const CGImage result =
-            picture("lamina blend small.png flat.png -o out.png --width 64 --scale 1 --opacity 2:1 " + c.options);
-        for (std::size_t i = 0; i < 3; ++i)
-            EXPECT_NEAR(pixelAt(result, 32, 32)[i], c.wanted(kFlat[i]), 1) << c.options;
-    }
+    const double degrees = std::atan2(sticker.transform.b, sticker.transform.a) * 180 / std::numbers::pi;
+    std::ostringstream text;
+    text.precision(17);
+    text << " --sticker " << name << '@' << sticker.center.x << ',' << sticker.center.y << ',' << sticker.size.width
+         << ',' << sticker.size.height << ',' << degrees;
+    return text.str();
 }
 
-/// The box around all pixels in which two pictures of one size differ.
-CGRect difference(const CGImage& one, const CGImage& other)
+TEST_F(BlendCommand, MakesThePictureThatTheEditorMakes)
 {
-    CGRect box;
-    for (int y = 0; y < one.height(); ++y)
-        for (int x = 0; x < one.width(); ++x)
-            if (pixelAt(one, x, y) != pixelAt(other, x, y))
-                box = box.unionWith(CGRect(x, y, 1, 1));
-    return box;
-}
-
-// The sun is round: what differs tells where it lies, and that neither a border nor handles came along.
-TEST_F(BlendCommand, StickersLieWhereTheyAreToldWithoutHandlesOrBorders)
-{
-    const CGImage plain = blend("--width 200 --scale 2");
-    struct Case {
-        std::string sticker;
-        CGPoint centre;
-        double side; ///< of the picture, without its margin
-    };
-    for (const Case& c : std::vector<Case>{{"sun@100,100", {100, 100}, 164},
-                                           {"big117@60.5,140,96,96", {60.5, 140}, 60},
-                                           {"Sun@120,80,136,96,90", {120, 80}, 60}}) {
-        SCOPED_TRACE(c.sticker);
-        const CGImage result = blend("--width 200 --scale 2 --sticker " + c.sticker);
-        const CGRect box = difference(plain, result);
-        EXPECT_NEAR(box.midX() / 2, c.centre.x, 2);
-        EXPECT_NEAR(box.midY() / 2, c.centre.y, 2);
-        EXPECT_LE(box.size.width / 2, c.side);
-        EXPECT_GE(box.size.width / 2, c.side * 0.7);
-        const int x = static_cast<int>(2 * c.centre.x - c.side) + 1; // where a border's corner would be
-        const int y = static_cast<int>(2 * c.centre.y - c.side) + 1;
-        EXPECT_EQ(pixelAt(result, x, y), pixelAt(plain, x, y));
-    }
-    // The last one lies on top, and stays there whatever comes after.
-    const std::string cloud = "--width 200 --scale 2 --zoom 2 --contrast 1:10 --sticker cloud@100,100,150,150";
-    EXPECT_EQ(pixelAt(blend("--sticker sun@100,100 " + cloud + " --move 1,0 --move -1,0"), 200, 210),
-              pixelAt(blend(cloud), 200, 210));
+    writePng(folder.path("first.png"), rampPicture(320, 320, 40));
+    writePng(folder.path("second.png"), chartPicture(320, 320, CGImageAlphaInfo::NoneSkipLast));
+    UIScreen::setMain({{320, 640}, 2});
+    firstPickedImage = UIImage(readPictureFile(folder.path("first.png")));
+    secondPickedImage = UIImage(readPictureFile(folder.path("second.png")));
+    const auto editor = std::make_shared<BlendPhotoViewController>();
+    editor->view();
+    editor->nudge(30.25, -15);
+    editor->toolBtn();
+    editor->photo1();
+    editor->leftBtn();
+    editor->FxBtn();
+    editor->slide(blendslider::kContrast, 35);
+    editor->photo2();
+    editor->slide(blendslider::kBrightness, -30);
+    editor->photo1();
+    editor->toolBtn();
+    editor->chooseSubTool("vertical");
+    editor->photo2();
+    editor->chooseSubTool("horizontal");
+    editor->FxBtn();
+    editor->slide(blendslider::kBrightness, 20);
+    editor->slide(blendslider::kContrast, 25);
+    editor->slide(blendslider::kOpacity, 0.8);
+    editor->stickerImgGesture(6000);
+    editor->stickerImgGesture(6011);
+    BlendComposition blend = editor->composition();
+    ASSERT_EQ(blend.stickers.size(), 2U);
+    blend.stickers[0].center = {70, 250};
+    blend.stickers[0].size = {160, 136};
+    blend.stickers[1].transform = CGAffineTransform::rotation(0.4);
+    editor->setComposition(blend);
+    // Stickers lie on top whatever comes after them.
+    const CGImage made = picture(
+        "lamina blend first.png second.png -o out.png --width 320 --scale 2" + told("sun", blend.stickers[0]) +
+        " --move 30.25,-15 --turn 1:left --contrast 1:35 --brightness 2:-30 --flip 1:vertical" +
+        " --flip 2:horizontal --brightness 2:20 --contrast 2:25 --opacity 2:0.8" + told("cat", blend.stickers[1]));
+    EXPECT_TRUE(imagesMatch(made, editor->flattened().cgImage()));
+    clearPickedImages();
 }
 
 TEST_F(BlendCommand, WidthAndScaleDecideTheSide)

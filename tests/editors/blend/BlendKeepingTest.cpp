@@ -92,6 +92,8 @@ TEST_F(BlendKeeping, AWorkComesBackWhole)
     const auto noise = [](CGImageAlphaInfo alpha, unsigned seed) { return UIImage(noisePicture(64, 64, alpha, seed)); };
     work.photos[0].actualImage = noise(CGImageAlphaInfo::PremultipliedLast, 1);
     work.photos[0].image = noise(CGImageAlphaInfo::Last, 2);
+    work.photos[0].source = PhotoSource::fromFile("/photos/M\xFCnchen 100%.jpg"); // not text
+    work.photos[1].source = PhotoSource::fromBytes({1, 2, 3}, "Pasted");
     work.photos[0].crop = {{4000, 3000}, kSide, 1.1, {1.0 / 3, 1e-7}};
     work.photos[1].image =
         UIImage(noisePicture(40, 64, CGImageAlphaInfo::NoneSkipLast, 3), 2, UIImageOrientation::Right);
@@ -118,6 +120,8 @@ TEST_F(BlendKeeping, AWorkComesBackWhole)
     EXPECT_EQ(bytesOf(editor->renderedCanvas().cgImage()), bytesOf(look));
     EXPECT_FALSE(editor->canUndo() || editor->isEdited());
     EXPECT_TRUE(firstPickedImage.isIdenticalTo(editor->composition().photos[0].actualImage));
+    EXPECT_EQ(editor->composition().photos[0].source.path, work.photos[0].source.path);
+    EXPECT_TRUE(editor->composition().photos[1].source.path.empty());
     EXPECT_FALSE(offer()) << "what is open is not offered";
 
     // Undo begins there, and what is done from now on is kept in the same place.
@@ -156,6 +160,8 @@ TEST_F(BlendKeeping, RecordsOfTheFirstVersionAreReadAndWhatMakesNoSenseIsNot)
     }
     for (const char* const later : {"mode", "sliders", "stickers"})
         record.erase(later);
+    record["photos"][0].erase("source");
+    record["photos"][1]["source"] = 7;
     for (const bool moves : {true, false}) {
         record["panBool"] = moves;
         ASSERT_TRUE(readRecord(record, pictures, read));

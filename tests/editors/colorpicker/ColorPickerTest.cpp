@@ -22,8 +22,7 @@ namespace {
 constexpr UIColor kTeal{0.25, 0.75, 0.5, 1};
 constexpr UIColor kRed{1, 0, 0, 1};
 
-class Heard : public InfColorPickerControllerDelegate {
-public:
+struct Heard : InfColorPickerControllerDelegate {
     void colorPickerControllerDidFinish(InfColorPickerController&) override { log += "finish "; }
     bool hearsColorChanges() const override { return hears; }
     void colorPickerControllerDidChangeColor(InfColorPickerController&) override { log += "change "; }
@@ -132,11 +131,10 @@ TEST_F(ColorPicker, NeedsNoDelegateThatHearsOfChanges)
 {
     delegate->hears = false;
     picker->setResultColor(kRed);
-    picker->done();
-    EXPECT_EQ(delegate->heard(), "will did finish ");
     picker->setDelegate({});
-    picker->done();
     picker->setResultColor(kTeal);
+    picker->done();
+    EXPECT_EQ(delegate->heard(), "will did will did ");
 }
 
 TEST_F(ColorPicker, StandsUprightButOnATablet)
