@@ -28,6 +28,12 @@ int numberOf(std::size_t photo)
 
 } // namespace
 
+/// For answers that may come when the editor has gone.
+std::weak_ptr<BlendPhotoViewController> BlendPhotoViewController::weakSelf()
+{
+    return std::static_pointer_cast<BlendPhotoViewController>(shared_from_this());
+}
+
 QVariantList BlendPhotoViewController::photoMenu() const
 {
     EditorToolBar menu(kBlendPhotoActions, {});
@@ -94,7 +100,10 @@ void BlendPhotoViewController::openPhoto()
 void BlendPhotoViewController::replacePhoto(std::size_t photo)
 {
     using Source = UIImagePickerControllerSourceType;
-    const auto replaceFrom = [this, photo](Source source) { cutPhotos({{numberOf(photo), {}, {}}}, source); };
+    const auto replaceFrom = [weak = weakSelf(), photo](Source source) {
+        if (const auto self = weak.lock())
+            self->cutPhotos({{numberOf(photo), {}, {}}}, source);
+    };
     if (!UIImagePickerController::isSourceTypeAvailable(Source::Camera))
         return replaceFrom(Source::PhotoLibrary);
     present(UIAlertController::make(localizedString("Replace"), "",
@@ -170,7 +179,10 @@ void BlendPhotoViewController::receivePhotos(std::vector<PhotoSource> photos)
         for (const std::size_t index : {kFirst, kSecond})
             wanted.push_back({numberOf(index), std::move(photos[index]), {}});
     const std::size_t leftOut = photos.size() - wanted.size();
-    const auto cut = [this, wanted] { cutPhotos(wanted, UIImagePickerControllerSourceType::PhotoLibrary); };
+    const auto cut = [weak = weakSelf(), wanted] {
+        if (const auto self = weak.lock())
+            self->cutPhotos(wanted, UIImagePickerControllerSourceType::PhotoLibrary);
+    };
     if (leftOut == 0)
         return cut();
     presentLeftOut(*this, leftOut, cut);

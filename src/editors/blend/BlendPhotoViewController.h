@@ -52,7 +52,8 @@ namespace lamina {
 ///   one        that one        that one
 ///   none       the current     the current
 ///
-/// A tool that does so makes its photo the current one. What a step of undo brings back is the tool's bar and panel
+/// A tool that does so makes its photo the current one. Contrast and brightness of one photo ask only when they take
+/// their snapshot, and go on with the current one until the selection changes. What a step of undo brings back is the tool's bar and panel
 /// too, where another tool has taken over since.
 ///
 /// A photo from outside (dropped, pasted) takes the place of the photo in hand: the one that the buttons name, the
@@ -286,6 +287,7 @@ private:
     void showNotMovableAlert();
     void setUpStickers();
     void finishStickers(BlendComposition& recorded);
+    std::weak_ptr<BlendPhotoViewController> weakSelf();
     void setMenuPhoto(int photo);
     std::size_t photoInHand() const;
     void replacePhoto(std::size_t photo);

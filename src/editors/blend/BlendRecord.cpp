@@ -16,6 +16,7 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
+#include <optional>
 #include <filesystem>
 #include <string>
 #include <system_error>
@@ -27,8 +28,8 @@ namespace {
 
 /// One more whenever a record says something that this version could not know.
 constexpr KeptKind kBlendKind{"blend", 2};
-/// Of canvases, points: far beyond both that there are.
-constexpr double kLargestSide = 4096;
+/// Of canvases, points: far beyond both that there are, and small enough to be flattened.
+constexpr double kLargestSide = 2048;
 
 constexpr std::pair<const char*, bool BlendComposition::*> kFlags[] = {
     {"photo1Selected", &BlendComposition::photo1Selected},
@@ -116,18 +117,33 @@ bool readSliders(const RecordValue& record, BlendComposition& composition)
         [](double value, const EditorSlider& slider) { return value >= slider.minimum && value <= slider.maximum; });
 }
 
+bool readBackdrop(const RecordValue& record, std::optional<UIColor>& backdrop)
+{
+    if (record.is_null())
+        return true;
+    backdrop = record.get<UIColor>();
+    const double components[] = {backdrop->red, backdrop->green, backdrop->blue, backdrop->alpha};
+    return std::ranges::all_of(components, [](double component) { return component >= 0 && component <= 1; });
+}
+
+/// A slider works from a snapshot that is there.
+void checkSnapshots(BlendComposition& composition)
+{
+    if (composition.applyFxOnImage1 && (composition.applyFxOnImage2 || !composition.bothSelected()))
+        return;
+    composition.contrastBool = composition.brightBool = false;
+}
+
 bool readAll(const RecordValue& record, KeptPictures& pictures, BlendComposition& composition)
 {
     record.at("side").get_to(composition.side);
     record.at("order").get_to(composition.order);
     record.at("current").get_to(composition.current);
-    if (const RecordValue& backdrop = record.at("backdrop"); !backdrop.is_null())
-        composition.backdrop = backdrop.get<UIColor>();
     for (const auto& [name, flag] : kFlags)
         record.at(name).get_to(composition.*flag);
     const RecordValue& photos = record.at("photos");
     return composition.side >= 1 && composition.side <= kLargestSide && isStack(composition.order) &&
-           composition.current <= 1 &&
+           composition.current <= 1 && readBackdrop(record.at("backdrop"), composition.backdrop) &&
            readStickers(record.value("stickers", RecordValue::array()), composition.stickers) &&
            readMode(record, composition.mode) && readSliders(record, composition) &&
            readPhoto(photos.at(0), pictures, composition.photos[0]) &&
@@ -164,6 +180,7 @@ bool readRecord(const RecordValue& record, KeptPictures& pictures, BlendComposit
     BlendComposition read;
     if (!readRecordValue([&] { return readAll(record, pictures, read); }))
         return false;
+    checkSnapshots(read);
     composition = std::move(read);
     return true;
 }

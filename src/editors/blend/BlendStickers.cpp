@@ -29,11 +29,18 @@ public:
         m_editor.readViews();
         m_editor.tellGesture();
     }
-    void stickerDidEnd(IQStickerView&, EditSeries series) override { m_editor.endStep(series); }
-    void stickerWasTapped(IQStickerView&) override { m_editor.endStep(); }
-    void stickerWasDeleted(IQStickerView&) override { m_editor.endStep(); }
+    void stickerDidEnd(IQStickerView&, EditSeries series) override { endStep(series); }
+    void stickerWasTapped(IQStickerView&) override { endStep(EditSeries::None); }
+    void stickerWasDeleted(IQStickerView&) override { endStep(EditSeries::None); }
 
 private:
+    /// A slider under another finger is let go of: what it does from now on is none of this step.
+    void endStep(EditSeries series)
+    {
+        m_editor.endSliding();
+        m_editor.endStep(series);
+    }
+
     BlendPhotoViewController& m_editor;
 };
 

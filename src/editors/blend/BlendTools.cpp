@@ -94,14 +94,14 @@ void BlendPhotoViewController::enterToolMode(BlendMode mode)
 /// A state that comes back has its tool in the bar again. Panels of the tool that is there already stay as they are.
 void BlendPhotoViewController::showMode(BlendMode mode)
 {
+    if (toolBar().activeTool() == toolOf(mode))
+        return;
     if (mode == BlendMode::Move) {
         hidePanels();
         editedToolBar().clearBackgrounds();
         takeBar(mode);
         return;
     }
-    if (toolBar().mode() == toolOf(mode))
-        return;
     takeBar(mode);
     m_toolSelected = mode == BlendMode::Tools;
     m_stickerSelected = mode == BlendMode::AddStickers;
@@ -195,9 +195,9 @@ void BlendPhotoViewController::setPhotoImage(std::size_t photo, const UIImage& i
 
 void BlendPhotoViewController::adjustColor1()
 {
-    act([this] { m_subToolBar.setActiveTool(blendsubtool::kColor); });
     if (presentedViewController())
         return;
+    act([this] { m_subToolBar.setActiveTool(blendsubtool::kColor); });
     const auto picker = InfColorPickerController::colorPickerViewController();
     picker->setSourceColor(view().backgroundColor().value_or(UIColor::clear()));
     picker->setDelegate(std::static_pointer_cast<BlendPhotoViewController>(shared_from_this()));

@@ -12,6 +12,7 @@ namespace lamina {
 InfColorSquareView::InfColorSquareView(const CGRect& frame)
     : UIImageView(frame)
 {
+    layer().setContentsAreTransient(true);
 }
 
 void InfColorSquareView::setHue(float hue)

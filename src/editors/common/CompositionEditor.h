@@ -70,7 +70,7 @@ protected:
         Composition recorded = m_history.current();
         change(recorded);
         m_history.amend(recorded);
-        keeper().touch();
+        keepState();
         tell();
     }
 
@@ -91,22 +91,31 @@ private:
     {
         readViews();
         m_history.record(m_composition, series);
-        keeper().touch();
+        keepState();
     }
     void stepBack() override
     {
         show(m_history.undo());
-        keeper().touch();
+        keepState();
     }
     void stepForth() override
     {
         show(m_history.redo());
+        keepState();
+    }
+    /// While the work is safe elsewhere, what doesn't show is no reason to keep it again.
+    void keepState()
+    {
+        if (keeper().isReleased() && looksAlike(m_history.current(), m_kept))
+            return;
+        m_kept = m_history.current();
         keeper().touch();
     }
     bool differsFromOpening() const override { return m_history.isEdited(m_composition); }
 
     Composition m_composition;
     EditHistory<Composition> m_history;
+    Composition m_kept; ///< the state that the keeper heard of last
     std::optional<Composition> m_resumed;
 };
 

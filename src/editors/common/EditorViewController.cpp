@@ -144,6 +144,7 @@ void EditorViewController::rotationGes(UIRotationGestureRecognizer& gesture)
 
 void EditorViewController::nudge(double dx, double dy)
 {
+    cancelGestures();
     if (UIView* const sticker = activeSticker())
         return moveSticker(*sticker, {dx, dy});
     UIView* const view = gestureView();
@@ -157,6 +158,7 @@ void EditorViewController::zoomBy(double factor)
 {
     if (!std::isfinite(factor) || !(factor > 0))
         return;
+    cancelGestures();
     if (UIView* const sticker = activeSticker(); sticker && sticker->magnifyBy(factor))
         return;
     UIView* const view = gestureView();
@@ -170,6 +172,7 @@ void EditorViewController::turnBy(double angle)
 {
     if (!std::isfinite(angle))
         return;
+    cancelGestures();
     if (UIView* const sticker = activeSticker(); sticker && sticker->rotateBy(angle))
         return;
     UIView* const view = gestureView();

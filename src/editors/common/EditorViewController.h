@@ -151,6 +151,8 @@ protected:
     void act(const std::function<void()>& change);
     /// Ends every gesture under way in the canvas, and the move of a slider: what they have done is recorded.
     void cancelGestures();
+    /// Ends the drag of a slider that is under way, which is a step. Nothing where none is.
+    void endSliding();
     /// Records the state as it is now, and tells what has changed.
     void endStep(EditSeries series = EditSeries::None);
     /// Tells all that has changed.
@@ -233,7 +235,6 @@ private:
 
     void endGesture(const UIGestureRecognizer& gesture, EditSeries series);
     void beginSeriesOf(int tag);
-    void endSliding();
     void tellEdited();
     UIImage workPrint() const;
     void tellNotKept(const Error& error);

@@ -31,6 +31,7 @@ void WorkKeeper::start(Source source)
 void WorkKeeper::touch()
 {
     ++m_revision;
+    m_isReleased = false;
     if (!m_source.record)
         return;
     m_isWritten = false;
@@ -53,6 +54,7 @@ void WorkKeeper::release(int revision)
         return;
     m_timer.cancel();
     m_isWritten = true;
+    m_isReleased = true;
     inBackground([](KeptWork& work) { return work.remove(); });
 }
 

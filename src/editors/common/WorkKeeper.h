@@ -46,6 +46,8 @@ public:
     /// The work of that revision is safe elsewhere: nothing is kept any more until it changes again. Does nothing when
     /// it has changed since.
     void release(int revision);
+    /// Whether it is so now.
+    bool isReleased() const { return m_isReleased; }
 
 private:
     void inBackground(std::function<Outcome(KeptWork&)> work);
@@ -55,6 +57,7 @@ private:
     std::shared_ptr<KeptWork> m_work;
     int m_revision = 0;
     bool m_isWritten = true;
+    bool m_isReleased = false;
     bool m_hasFailed = false;
     DispatchTimer m_timer;
     std::shared_ptr<WorkKeeper*> m_self; ///< for answers, which may come when the keeper is gone

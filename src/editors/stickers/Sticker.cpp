@@ -5,6 +5,8 @@
 #include "editors/stickers/StickerCatalogue.h"
 
 #include <algorithm>
+#include <cmath>
+#include <cstddef>
 #include <set>
 #include <utility>
 
@@ -15,6 +17,17 @@ namespace {
 /// The next one can still be counted.
 constexpr int kLargestTag = 1'000'000'000;
 
+/// More stickers than anybody lays on one canvas, in a record that somebody wrote.
+constexpr std::size_t kMostStickers = 500;
+
+/// But for roundings.
+bool isTurn(const CGAffineTransform& t)
+{
+    constexpr double kRounding = 1e-6;
+    const auto isNear = [](double a, double b) { return std::abs(a - b) <= kRounding; };
+    return isNear(t.a, t.d) && isNear(t.b, -t.c) && isNear(t.a * t.a + t.b * t.b, 1) && t.tx == 0 && t.ty == 0;
+}
+
 bool isPossibleSide(double side)
 {
     return side >= IQStickerView::kLeastSide && side <= IQStickerView::kLargestSide;
@@ -22,10 +35,9 @@ bool isPossibleSide(double side)
 
 bool canBeShown(const Sticker& sticker)
 {
-    const CGAffineTransform& t = sticker.transform;
     return sticker.tag > 0 && sticker.tag <= kLargestTag && stickerIndex(sticker.name) &&
            isPossibleSide(sticker.size.width) && isPossibleSide(sticker.size.height) && isFinite(sticker.center) &&
-           t.inverted() && t.tx == 0 && t.ty == 0;
+           isTurn(sticker.transform);
 }
 
 RecordValue recordOf(const Sticker& sticker)
@@ -51,6 +63,8 @@ bool readSticker(const RecordValue& record, Sticker& sticker)
 bool readAll(const RecordValue& record, Stickers& stickers)
 {
     std::set<int> tags;
+    if (record.size() > kMostStickers)
+        return false;
     for (const RecordValue& value : record) {
         if (!readSticker(value, stickers.emplace_back()) || !tags.insert(stickers.back().tag).second)
             return false;

@@ -33,7 +33,7 @@ bool looksAlike(const Stickers& some, const Stickers& others);
 /// The stickers as a value of a record.
 RecordValue recordOf(const Stickers& stickers);
 /// The stickers of such a value. False, and nothing is changed, when it is none, or one of them could not be shown: a
-/// name that is not in the catalogue, sides that no sticker can have, a transform that moves or can't be undone, a tag
+/// name that is not in the catalogue, sides that no sticker can have, a transform that is no turn, a tag
 /// that isn't positive or is another one's too.
 bool readStickers(const RecordValue& record, Stickers& stickers);
 

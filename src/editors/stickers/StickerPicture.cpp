@@ -5,6 +5,7 @@
 #include "platform/base/Localization.h"
 #include "platform/base/UIScreen.h"
 #include "platform/image/named/NamedPictures.h"
+#include "platform/image/pixels/CGImage.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -17,6 +18,18 @@ namespace {
 
 /// Of a drawing's longer side: 16 MB, and some twice a canvas.
 constexpr double kMostPixels = 2048;
+/// The same where there are many large ones.
+constexpr double kMostPixelsOfMany = 512;
+constexpr std::size_t kManyBytes = std::size_t{192} << 20;
+
+/// Of all that are shown in the process.
+std::size_t g_shownBytes = 0;
+
+std::size_t bytesOf(const UIImage& picture)
+{
+    const CGImage& image = picture.cgImage();
+    return image.bytesPerRow() * static_cast<std::size_t>(image.height());
+}
 
 } // namespace
 
@@ -30,11 +43,23 @@ StickerPicture::StickerPicture(std::string name)
         setAccessibilityLabel(localizedString(stickerCatalogue()[*index].word));
 }
 
+StickerPicture::~StickerPicture()
+{
+    g_shownBytes -= bytesOf(image());
+}
+
+void StickerPicture::show(const UIImage& picture)
+{
+    g_shownBytes -= bytesOf(image());
+    g_shownBytes += bytesOf(picture);
+    setImage(picture);
+}
+
 void StickerPicture::takeDrawing(const StickerPicture& other)
 {
     if (other.m_name != m_name)
         return;
-    setImage(other.image());
+    show(other.image());
     m_drawnSize = other.m_drawnSize;
 }
 
@@ -44,7 +69,7 @@ void StickerPicture::sizeDidSettle()
     if (bounds().size == m_drawnSize)
         return;
     m_drawnSize = bounds().size;
-    setImage(drawn());
+    show(drawn());
 }
 
 void StickerPicture::sizeDidChange()
@@ -59,7 +84,8 @@ UIImage StickerPicture::drawn() const
         return {};
     const double factor = std::min(bounds().size.width / own.width, bounds().size.height / own.height);
     const CGSize shown{own.width * factor, own.height * factor};
-    const double scale = std::min(UIScreen::main().scale, kMostPixels / std::max(shown.width, shown.height));
+    const double most = g_shownBytes > kManyBytes ? kMostPixelsOfMany : kMostPixels;
+    const double scale = std::min(UIScreen::main().scale, most / std::max(shown.width, shown.height));
     return imageNamed(m_name, shown, scale);
 }
 

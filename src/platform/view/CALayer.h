@@ -108,6 +108,10 @@ public:
     void setContents(const UIImage& image);
     UIViewContentMode contentsMode() const { return m_contentsMode; }
     void setContentsMode(UIViewContentMode mode);
+    /// Whether another picture soon comes in the place of this one, which then isn't worth holding it for a window's
+    /// next frames. Default false.
+    bool contentsAreTransient() const { return m_contentsAreTransient; }
+    void setContentsAreTransient(bool transient) { m_contentsAreTransient = transient; }
     /// Where the contents stand in the layer's coordinates; empty without contents.
     CGRect contentsRect() const;
 
@@ -174,6 +178,7 @@ private:
     CALayer* m_maskedLayer = nullptr;
     UIImage m_contents;
     UIViewContentMode m_contentsMode = UIViewContentMode::ScaleToFill;
+    bool m_contentsAreTransient = false;
     CALayer* m_superlayer = nullptr;
     std::vector<std::shared_ptr<CALayer>> m_sublayers;
     std::uint64_t m_revision = 0;
