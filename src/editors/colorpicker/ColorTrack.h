@@ -1,12 +1,6 @@
 #pragma once
 
-#include "editors/colorpicker/InfColorIndicatorView.h"
-
-#include "platform/base/CGGeometry.h"
-#include "platform/view/UIView.h"
-
 #include <algorithm>
-#include <memory>
 
 // What a control over a range of colours has: a track along which an indicator stands, a margin away from the edges.
 
@@ -29,14 +23,6 @@ constexpr double shareAt(double place, double side)
     if (length <= 0)
         return place < kMargin ? 0 : 1;
     return std::clamp((place - kMargin) / length, 0.0, 1.0);
-}
-
-/// A new indicator on the control.
-inline std::shared_ptr<InfColorIndicatorView> addIndicator(UIView& control)
-{
-    auto indicator = std::make_shared<InfColorIndicatorView>(CGRect{0, 0, kIndicatorSize, kIndicatorSize});
-    control.addSubview(indicator);
-    return indicator;
 }
 
 } // namespace lamina::colortrack

@@ -2,6 +2,7 @@
 
 #include "editors/colorpicker/ColorTrack.h"
 #include "editors/colorpicker/HSBColor.h"
+#include "editors/colorpicker/InfColorIndicatorView.h"
 #include "platform/base/Localization.h"
 #include "platform/view/UITouch.h"
 
@@ -22,9 +23,8 @@ int wholeDegrees(float hue)
 } // namespace
 
 InfColorBarPicker::InfColorBarPicker(const CGRect& frame)
-    : UIControl(frame)
+    : ColorTrackControl(frame)
 {
-    setOpaque(false);
     setAccessibilityLabel(localizedString(QT_TRANSLATE_NOOP("Lamina", "Hue")));
 }
 
@@ -33,9 +33,7 @@ void InfColorBarPicker::setValue(float value)
     if (value == m_value)
         return;
     m_value = value;
-    const auto self = weak_from_this().lock();
-    sendActions(UIControlEvents::ValueChanged);
-    layoutIndicator();
+    valueChanged();
 }
 
 void InfColorBarPicker::stepBy(float step)
@@ -46,36 +44,10 @@ void InfColorBarPicker::stepBy(float step)
 
 // ---- the indicator ----
 
-void InfColorBarPicker::setFrame(const CGRect& frame)
+void InfColorBarPicker::placeIndicator(InfColorIndicatorView& indicator)
 {
-    UIControl::setFrame(frame);
-    layoutIndicator();
-}
-
-void InfColorBarPicker::setBounds(const CGRect& bounds)
-{
-    UIControl::setBounds(bounds);
-    layoutIndicator();
-}
-
-void InfColorBarPicker::layoutIndicator()
-{
-    if (!m_indicator)
-        m_indicator = colortrack::addIndicator(*this);
-    m_indicator->setColor(colorFromHSB({m_value, 1, 1}));
-    m_indicator->setCenter({colortrack::placeOf(m_value, bounds().size.width), bounds().midY()});
-}
-
-bool InfColorBarPicker::beginTracking(const UITouch& touch)
-{
-    trackIndicator(touch);
-    return true;
-}
-
-bool InfColorBarPicker::continueTracking(const UITouch& touch)
-{
-    trackIndicator(touch);
-    return true;
+    indicator.setColor(colorFromHSB({m_value, 1, 1}));
+    indicator.setCenter({colortrack::placeOf(m_value, bounds().size.width), bounds().midY()});
 }
 
 void InfColorBarPicker::trackIndicator(const UITouch& touch)
@@ -84,11 +56,6 @@ void InfColorBarPicker::trackIndicator(const UITouch& touch)
 }
 
 // ---- without seeing it ----
-
-UIAccessibilityTraits::Set InfColorBarPicker::accessibilityTraits() const
-{
-    return UIControl::accessibilityTraits() | UIAccessibilityTraits::Adjustable;
-}
 
 std::string InfColorBarPicker::accessibilityValue() const
 {

@@ -1,22 +1,19 @@
 #pragma once
 
-#include "platform/view/UIControl.h"
+#include "editors/colorpicker/ColorTrackControl.h"
 
 #include "platform/base/CGGeometry.h"
 #include "platform/view/UIAccessibility.h"
 #include "platform/view/UITouch.h"
 
-#include <memory>
 #include <optional>
 #include <string>
 
 namespace lamina {
 
-class InfColorIndicatorView;
-
 /// Chooses a hue along its width. The track, over which a range of hues belongs, ends 20 points from the control's
 /// edges; a finger beyond holds the value at that end. Tells of values by ValueChanged. Main thread.
-class InfColorBarPicker : public UIControl {
+class InfColorBarPicker : public ColorTrackControl {
 public:
     explicit InfColorBarPicker(const CGRect& frame = {});
 
@@ -26,16 +23,7 @@ public:
     void setValue(float value);
     /// By so much, and round from one end to the other.
     void stepBy(float step);
-    /// Null until the first layout.
-    const std::shared_ptr<InfColorIndicatorView>& indicator() const { return m_indicator; }
 
-    void setFrame(const CGRect& frame) override;
-    void setBounds(const CGRect& bounds) override;
-    bool beginTracking(const UITouch& touch) override;
-    bool continueTracking(const UITouch& touch) override;
-
-    /// Adjustable, besides those that were set.
-    UIAccessibilityTraits::Set accessibilityTraits() const override;
     /// The hue in whole degrees, in words.
     std::string accessibilityValue() const override;
     /// In degrees.
@@ -47,10 +35,9 @@ public:
     CGRect accessibilityBounds() const override;
 
 private:
-    void layoutIndicator();
-    void trackIndicator(const UITouch& touch);
+    void placeIndicator(InfColorIndicatorView& indicator) override;
+    void trackIndicator(const UITouch& touch) override;
 
-    std::shared_ptr<InfColorIndicatorView> m_indicator;
     float m_value = 0;
 };
 

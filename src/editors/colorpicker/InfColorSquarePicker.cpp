@@ -2,6 +2,7 @@
 
 #include "editors/colorpicker/ColorTrack.h"
 #include "editors/colorpicker/HSBColor.h"
+#include "editors/colorpicker/InfColorIndicatorView.h"
 #include "platform/base/Localization.h"
 #include "platform/view/UITouch.h"
 
@@ -24,9 +25,8 @@ int percent(double share)
 } // namespace
 
 InfColorSquarePicker::InfColorSquarePicker(const CGRect& frame)
-    : UIControl(frame)
+    : ColorTrackControl(frame)
 {
-    setOpaque(false);
     setAccessibilityLabel(localizedString(QT_TRANSLATE_NOOP("Lamina", "Saturation and brightness")));
 }
 
@@ -35,7 +35,8 @@ void InfColorSquarePicker::setHue(float hue)
     if (hue == m_hue)
         return;
     m_hue = hue;
-    setIndicatorColor();
+    if (indicator())
+        indicator()->setColor(indicatorColor());
 }
 
 void InfColorSquarePicker::setValue(CGPoint value)
@@ -43,9 +44,7 @@ void InfColorSquarePicker::setValue(CGPoint value)
     if (value == m_value)
         return;
     m_value = value;
-    const auto self = weak_from_this().lock();
-    sendActions(UIControlEvents::ValueChanged);
-    layoutIndicator();
+    valueChanged();
 }
 
 void InfColorSquarePicker::stepBy(double saturation, double brightness)
@@ -55,44 +54,16 @@ void InfColorSquarePicker::stepBy(double saturation, double brightness)
 
 // ---- the indicator ----
 
-void InfColorSquarePicker::setFrame(const CGRect& frame)
+void InfColorSquarePicker::placeIndicator(InfColorIndicatorView& indicator)
 {
-    UIControl::setFrame(frame);
-    layoutIndicator();
-}
-
-void InfColorSquarePicker::setBounds(const CGRect& bounds)
-{
-    UIControl::setBounds(bounds);
-    layoutIndicator();
-}
-
-void InfColorSquarePicker::layoutIndicator()
-{
-    if (!m_indicator)
-        m_indicator = colortrack::addIndicator(*this);
     const CGSize size = bounds().size;
-    setIndicatorColor();
-    m_indicator->setCenter(
-        {colortrack::placeOf(m_value.x, size.width), colortrack::placeOf(1 - m_value.y, size.height)});
+    indicator.setColor(indicatorColor());
+    indicator.setCenter({colortrack::placeOf(m_value.x, size.width), colortrack::placeOf(1 - m_value.y, size.height)});
 }
 
-void InfColorSquarePicker::setIndicatorColor()
+UIColor InfColorSquarePicker::indicatorColor() const
 {
-    if (m_indicator)
-        m_indicator->setColor(colorFromHSB({m_hue, static_cast<float>(m_value.x), static_cast<float>(m_value.y)}));
-}
-
-bool InfColorSquarePicker::beginTracking(const UITouch& touch)
-{
-    trackIndicator(touch);
-    return true;
-}
-
-bool InfColorSquarePicker::continueTracking(const UITouch& touch)
-{
-    trackIndicator(touch);
-    return true;
+    return colorFromHSB({m_hue, static_cast<float>(m_value.x), static_cast<float>(m_value.y)});
 }
 
 void InfColorSquarePicker::trackIndicator(const UITouch& touch)
@@ -103,11 +74,6 @@ void InfColorSquarePicker::trackIndicator(const UITouch& touch)
 }
 
 // ---- without seeing it ----
-
-UIAccessibilityTraits::Set InfColorSquarePicker::accessibilityTraits() const
-{
-    return UIControl::accessibilityTraits() | UIAccessibilityTraits::Adjustable;
-}
 
 std::string InfColorSquarePicker::spokenValue() const
 {

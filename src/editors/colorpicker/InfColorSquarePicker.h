@@ -1,22 +1,20 @@
 #pragma once
 
-#include "platform/view/UIControl.h"
+#include "editors/colorpicker/ColorTrackControl.h"
 
 #include "platform/base/CGGeometry.h"
+#include "platform/base/UIColor.h"
 #include "platform/view/UIAccessibility.h"
 #include "platform/view/UITouch.h"
 
-#include <memory>
 #include <optional>
 #include <string>
 
 namespace lamina {
 
-class InfColorIndicatorView;
-
 /// Chooses saturation (to the right) and brightness (upwards) on a field, which ends 20 points from the control's
 /// edges; a finger beyond holds the value at the field's edge. Tells of values by ValueChanged. Main thread.
-class InfColorSquarePicker : public UIControl {
+class InfColorSquarePicker : public ColorTrackControl {
 public:
     explicit InfColorSquarePicker(const CGRect& frame = {});
 
@@ -30,18 +28,9 @@ public:
     void setValue(CGPoint value);
     /// By so much, as far as the field goes.
     void stepBy(double saturation, double brightness);
-    /// Null until the first layout.
-    const std::shared_ptr<InfColorIndicatorView>& indicator() const { return m_indicator; }
     /// Saturation and brightness in whole percent, in words.
     std::string spokenValue() const;
 
-    void setFrame(const CGRect& frame) override;
-    void setBounds(const CGRect& bounds) override;
-    bool beginTracking(const UITouch& touch) override;
-    bool continueTracking(const UITouch& touch) override;
-
-    /// Adjustable, besides those that were set.
-    UIAccessibilityTraits::Set accessibilityTraits() const override;
     /// The spoken value.
     std::string accessibilityValue() const override { return spokenValue(); }
     /// The brightness, in percent: of the two it is the one that steps go along.
@@ -53,11 +42,10 @@ public:
     CGRect accessibilityBounds() const override;
 
 private:
-    void layoutIndicator();
-    void setIndicatorColor();
-    void trackIndicator(const UITouch& touch);
+    void placeIndicator(InfColorIndicatorView& indicator) override;
+    UIColor indicatorColor() const;
+    void trackIndicator(const UITouch& touch) override;
 
-    std::shared_ptr<InfColorIndicatorView> m_indicator;
     float m_hue = 0;
     CGPoint m_value;
 };

@@ -26,7 +26,8 @@ QRectF seenFrame(const UIView& view, const UIView& canvas)
     const CGRect whole = canvas.bounds();
     if (!toCanvas || whole.isEmpty())
         return {};
-    const CGRect box = view.transformToRoot().concatenating(*toCanvas).boundingBox(view.accessibilityBounds()).intersection(whole);
+    const CGRect box =
+        view.transformToRoot().concatenating(*toCanvas).boundingBox(view.accessibilityBounds()).intersection(whole);
     return {(box.minX() - whole.minX()) / whole.size.width, (box.minY() - whole.minY()) / whole.size.height,
             box.size.width / whole.size.width, box.size.height / whole.size.height};
 }

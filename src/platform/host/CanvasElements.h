@@ -19,9 +19,10 @@ struct CanvasElement {
 /// that can be seen, depth first, the lower ones before those that cover them. A row keeps its place as long as the
 /// same views are seen. Main thread.
 ///
-/// A row's one value, `info`, holds: the view's `tag`; `label`; `description` (value and hint); `frame`, in shares of the canvas's width
-/// and height; `roundness`, the corners' radius in shares of the shorter side; `button`, `adjustable`, `image`, `text`,
-/// `selected` and `available`; and where there is a range `value`, `minimum` and `maximum`.
+/// A row's one value, `info`, holds: the view's `tag`; `label`; `description` (value and hint); `frame`, in shares of
+/// the canvas's width and height; `roundness`, the corners' radius in shares of the shorter side; `button`,
+/// `adjustable`, `image`, `text`, `selected` and `available`; and where there is a range `value`, `minimum` and
+/// `maximum`.
 class CanvasElements : public ListModel<CanvasElement> {
     Q_OBJECT
 

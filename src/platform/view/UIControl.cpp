@@ -1,9 +1,9 @@
 #include "platform/view/UIControl.h"
 
 #include "platform/base/CGGeometry.h"
+#include "platform/view/CALayer.h"
 #include "platform/view/UIAccessibility.h"
 #include "platform/view/UIPointerShape.h"
-#include "platform/view/CALayer.h"
 #include "platform/view/UITouch.h"
 
 #include <algorithm>
