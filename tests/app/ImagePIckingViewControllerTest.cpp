@@ -30,7 +30,6 @@ protected:
         stack->pushViewController(chooser, true);
         settle();
     }
-    PhotoSource photo(const std::string& name) const { return PhotoSource::fromFile(folder.path(name)); }
     /// The picker that stands open has a photo of 8 × 6 pixels, and is about to leave.
     void pick()
     {

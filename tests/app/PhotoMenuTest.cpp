@@ -28,13 +28,7 @@ protected:
         editor = top<BlendPhotoViewController>();
         ASSERT_TRUE(editor);
     }
-    void TearDown() override
-    {
-        editor.reset();
-        ScreenTest::TearDown();
-    }
 
-    PhotoSource photo(const std::string& name) const { return PhotoSource::fromFile(folder.path(name)); }
     const BlendPhoto& shown(int number) const { return editor->composition().photos[number == 1 ? 0 : 1]; }
     /// The crop screen in front cuts the photo there.
     void cut(double zoom, CGPoint offset)

@@ -6,6 +6,7 @@
 #include "editors/blend/PickedImages.h"
 #include "platform/base/DispatchQueue.h"
 #include "platform/base/UIScreen.h"
+#include "platform/photos/PhotoSource.h"
 #include "platform/view/UIAlertController.h"
 #include "platform/view/UIStoryboard.h"
 #include "platform/view/UIWindow.h"
@@ -38,6 +39,7 @@ protected:
 
     static void settle() { ASSERT_TRUE(DispatchQueue::main().runUntilIdle(20)); }
 
+    PhotoSource photo(const std::string& name) const { return PhotoSource::fromFile(folder.path(name)); }
     /// The screen in front, if it is of that class.
     template <class Screen>
     std::shared_ptr<Screen> top() const

@@ -35,8 +35,7 @@ TEST_F(Roads, DifferentRoadsLeadToTheSameBytes)
         {"lamina blend flat.png small.png -o out.png", "lamina blend flat.png - -o - <small.png >out.png"},
         {"lamina blend flat.png small.png -o out.png --turn 2:left --sticker 'Ice cream@99,90'",
          "lamina blend --sticker ice-cream@99,90,200,200,0 --turn 2:right --turn 2:right flat.png --turn 2:right "
-         "small.png "
-         "--contrast 2:0 --opacity 1:0.5 -o out.png"},
+         "small.png --contrast 2:0 --opacity 1:0.5 -o out.png"},
         {"lamina blend flat.png small.png -o out.png",
          "cp small.png ./-in.png; lamina blend -o -out.png -- flat.png -in.png; mv ./-out.png out.png"},
     };

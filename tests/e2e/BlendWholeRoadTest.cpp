@@ -5,22 +5,11 @@
 #include "editors/blend/BlendComposition.h"
 #include "editors/blend/PickedImages.h"
 #include "editors/colorpicker/InfColorPickerController.h"
-#include "export/PNGController.h"
-#include "export/SavingTypeController.h"
-#include "platform/host/CanvasItem.h"
-#include "platform/image/drawing/CGContext.h"
 
-#include <QColorSpace>
-#include <QImage>
-
-#include <algorithm>
-#include <cmath>
 #include <vector>
 
 namespace lamina::test {
 namespace {
-
-constexpr double kScale = 3;
 
 class WholeRoad : public WindowTest {
 protected:
@@ -36,22 +25,14 @@ protected:
         ASSERT_TRUE(driver->tap(QString::fromLatin1(name))) << name;
         step(name);
     }
-    enum Row { Contrast, Brightness, Opacity };
-    void dragSlider(Row row, double by)
+    void dragSlider(const char* name, double by)
     {
-        const QString name = blend->sliders()[row].toMap()[QStringLiteral("label")].toString();
-        const QQuickItem* const slider = driver->item(name);
-        ASSERT_NE(slider, nullptr) << name.toStdString();
+        const QQuickItem* const slider = driver->item(QString::fromLatin1(name));
+        ASSERT_NE(slider, nullptr) << name;
         constexpr double kThumb = 22;
         const double way = slider->property("visualPosition").toDouble() * (slider->width() - kThumb);
         driver->drag(slider->mapToScene({kThumb / 2 + way, slider->height() / 2}), {by, 0});
-        step("slid");
-    }
-    /// A place of the canvas, in points, in the window.
-    QPointF inWindow(CGPoint point)
-    {
-        const double unit = driver->canvas()->width() / blend->composition().side;
-        return driver->canvas()->mapToScene({point.x * unit, point.y * unit});
+        step(name);
     }
     void tapCanvas(CGPoint point) { driver->drag(inWindow(point), {}); }
     void dragCanvasFrom(CGPoint point, QPointF by, const char* what)
@@ -67,77 +48,10 @@ protected:
         tapCanvas({160, 160});
         ASSERT_TRUE(blend->stickerActive());
     }
-    QImage saveAsPNG()
-    {
-        QDir documents(QDir::home().filePath(QStringLiteral("Documents/Lamina")));
-        documents.removeRecursively();
-        EXPECT_TRUE(driver->tap(QStringLiteral("Save")) && driver->waitFor<SavingTypeController>());
-        EXPECT_TRUE(driver->tap(QStringLiteral("PNG")) && driver->waitFor<PNGController>());
-        EXPECT_TRUE(driver->tap(QStringLiteral("Save PNG")));
-        leaveShareScreen();
-        QImage saved = QImage(documents.filePath(QStringLiteral("default.png"))).convertToFormat(QImage::Format_RGB32);
-        saved.setColorSpace({});
-        return saved;
-    }
-    /// The photo alone, as it is moved and zoomed, premultiplied.
-    CGImage layer(std::size_t index) const;
-    bool isUnderSticker(int x, int y) const;
-    void expectMixture(const QImage& saved) const;
 
     std::shared_ptr<BlendPhotoViewController> blend;
     std::vector<BlendComposition> states;
 };
-
-CGImage WholeRoad::layer(std::size_t index) const
-{
-    const BlendPhoto& photo = blend->composition().photos[index];
-    const double middle = blend->composition().side / 2;
-    CGAffineTransform t = photo.transform; // about the middle
-    t.tx += middle - t.a * middle - t.c * middle;
-    t.ty += middle - t.b * middle - t.d * middle;
-    auto context = CGContext::image({2 * middle, 2 * middle}, false, kScale);
-    context->drawImage(photo.image.cgImage(), t);
-    return context->makeImage();
-}
-
-bool WholeRoad::isUnderSticker(int x, int y) const
-{
-    const Stickers& stickers = blend->composition().stickers;
-    return std::any_of(stickers.begin(), stickers.end(), [&](const Sticker& sticker) {
-        const double reach = std::hypot(sticker.size.width, sticker.size.height) / 2;
-        return std::hypot(x / kScale - sticker.center.x, y / kScale - sticker.center.y) <= reach;
-    });
-}
-
-/// a T + (1 - a)(b B + (1 - b) C) with white for C, wherever no sticker can be.
-void WholeRoad::expectMixture(const QImage& saved) const
-{
-    const BlendComposition& composition = blend->composition();
-    const std::size_t topIndex = composition.order[1];
-    const CGImage top = layer(topIndex);
-    const CGImage below = layer(1 - topIndex);
-    const double a = composition.photos[topIndex].alpha;
-    const double b = composition.photos[1 - topIndex].alpha;
-    int compared = 0;
-    double worst = 0;
-    for (int y = 0; y < saved.height(); y += 7) {
-        for (int x = 0; x < saved.width(); x += 5) {
-            if (isUnderSticker(x, y))
-                continue;
-            const Rgba t = pixelAt(top, x, y);
-            const Rgba u = pixelAt(below, x, y);
-            const QRgb seen = saved.pixel(x, y);
-            const int shown[] = {qRed(seen), qGreen(seen), qBlue(seen)};
-            for (int i = 0; i < 3; ++i) {
-                const double paper = b * u[i] + (1 - b * u[3] / 255) * 255;
-                worst = std::max(worst, std::abs(a * t[i] + (1 - a * t[3] / 255) * paper - shown[i]));
-            }
-            ++compared;
-        }
-    }
-    EXPECT_GT(compared, 5000);
-    EXPECT_LE(worst, 2);
-}
 
 TEST_F(WholeRoad, EverythingIsDoneUndoneAndSaved)
 {
@@ -161,10 +75,11 @@ TEST_F(WholeRoad, EverythingIsDoneUndoneAndSaved)
     ASSERT_TRUE(driver->waitFor<BlendPhotoViewController>());
 
     ASSERT_TRUE(driver->tap(QStringLiteral("Effects")));
-    dragSlider(Contrast, 25);
-    dragSlider(Brightness, -20);
-    dragSlider(Contrast, -40);
-    dragSlider(Opacity, 30);
+    dragSlider("Contrast", 25);
+    dragSlider("Brightness", -20);
+    dragSlider("Contrast", -40);
+    dragSlider("Contrast", 10); // however soon: another step
+    dragSlider("Opacity", 30);
     ASSERT_TRUE(driver->tap(QStringLiteral("Hide")));
 
     // A sticker's handles: at the lower left its size, at the lower right its turn, at the upper left its end.
@@ -203,7 +118,6 @@ TEST_F(WholeRoad, EverythingIsDoneUndoneAndSaved)
     EXPECT_FALSE(blend->stickerActive());
     driver->grab(); // with all that waits to be painted
     EXPECT_EQ(saved, driver->canvas()->shownImage().convertToFormat(QImage::Format_RGB32));
-    expectMixture(saved);
     tapCanvas({90, 100});
     EXPECT_TRUE(blend->stickerActive());
     EXPECT_EQ(saveAsPNG(), saved);

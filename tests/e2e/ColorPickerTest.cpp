@@ -32,7 +32,6 @@ protected:
         picker->presentModallyOverViewController(*driver->top<ViewController>());
         ASSERT_TRUE(driver->waitFor<InfColorPickerController>());
     }
-    QPointF inWindow(CGPoint point) { return driver->canvas()->mapToScene({point.x, point.y}); }
     void type(const char* digits)
     {
         for (; *digits != 0; ++digits)
@@ -102,19 +101,12 @@ TEST_F(ColorPickerWindow, IsWorkedByKeysAlone)
     type("0F0");
     EXPECT_FALSE(field->property("wrong").toBool());
     EXPECT_EQ(picker->resultColor(), (UIColor{0, 1, 0, 1}));
-    EXPECT_EQ(asker->answers, 0);
     tab();
     tab();
     EXPECT_EQ(order, "Saturation and brightness|Hue|Before|Color in digits|Close|Done|");
-    driver->press(Qt::Key_Return);
-    EXPECT_EQ(asker->answers, 1);
-    EXPECT_TRUE(driver->waitFor<ViewController>());
-
-    openPicker();
-    driver->pressOnly(Qt::Key_Tab, Qt::ShiftModifier);
     driver->press(Qt::Key_Escape);
     EXPECT_TRUE(driver->waitFor<ViewController>());
-    EXPECT_EQ(asker->answers, 1) << "nobody hears of one who leaves";
+    EXPECT_EQ(asker->answers, 0) << "nobody hears of one who leaves";
 }
 
 } // namespace

@@ -25,12 +25,6 @@ protected:
         ASSERT_TRUE(driver->tap(QString::fromLatin1(button)));
         ASSERT_TRUE(driver->waitFor<BlendPhotoViewController>());
     }
-    void pressUntil(const char* name)
-    {
-        for (int i = 0; i < 10 && driver->focusedName() != QLatin1String(name); ++i)
-            driver->press(Qt::Key_Tab);
-        ASSERT_EQ(driver->focusedName().toStdString(), name);
-    }
 };
 
 /// Runs in a process of its own, for the next test.

@@ -35,8 +35,7 @@ protected:
     std::string ringed() { return driver->ringedName().toStdString(); }
     void focus(const char* name)
     {
-        for (int i = 0; i < 30 && driver->focusedName() != QLatin1String(name); ++i)
-            driver->press(Qt::Key_Tab);
+        pressUntil(name);
         ASSERT_EQ(ringed(), name);
     }
     /// Without a portal: choosing lists the folder in the window.

@@ -171,9 +171,7 @@ private:
             EXPECT_GE(share.width() * canvas.width(), 43.5);
             EXPECT_GE(share.height() * canvas.height(), 43.5);
         }
-        const QQuickItem* const field = driver->called(QStringLiteral("hex"));
-        EXPECT_GE(field->width(), 100);
-        EXPECT_GE(field->height(), 43.5);
+        EXPECT_GE(driver->called(QStringLiteral("hex"))->height(), 43.5);
     }
     void checkAlone(const Pressable& one) const
     {

@@ -11,47 +11,36 @@
 #include <QStyleHints>
 #include <QTest>
 
-#include <gmock/gmock.h>
-
 #include <cmath>
 #include <set>
 #include <string>
-#include <vector>
 
 namespace lamina::test {
 namespace {
 
+const QString kContrast = QStringLiteral("Contrast");
+const QString kOpacity = QStringLiteral("Opacity");
+
 class Panels : public WindowTest {
 protected:
-    void openBlend(QSize size = {}, const char* reducedMotion = "1")
+    void openBlend(const char* reducedMotion = "1")
     {
-        LaunchOptions options;
-        options.size = size;
         qputenv("LAMINA_REDUCED_MOTION", reducedMotion);
-        open(options);
+        open();
         qputenv("LAMINA_REDUCED_MOTION", "1");
         goToBlend();
         blend = driver->top<BlendPhotoViewController>();
     }
-    enum Row { Contrast, Brightness, Opacity };
-    QString label(Row row) { return blend->sliders()[row].toMap()["label"].toString(); }
-    QQuickItem* slider(Row row) { return driver->item(label(row)); }
-    double shown(Row row) { return slider(row)->property("value").toDouble(); }
-    double contrast() { return blend->composition().sliders[0]; }
-    std::string words(Row row)
+    QQuickItem* slider() { return driver->item(kContrast); }
+    /// What its slider shows is what the blend has.
+    double contrast()
     {
-        return QAccessible::queryAccessibleInterface(slider(row))->text(QAccessible::Description).toStdString();
+        EXPECT_EQ(slider()->property("value").toDouble(), blend->composition().sliders[0]);
+        return blend->composition().sliders[0];
     }
-    /// By mouse; the rest is longer than one that parts a run of keys.
-    void dragWithARest(QPointF from, QPointF by)
+    std::string words(const QString& name)
     {
-        QTest::mousePress(&driver->view(), Qt::LeftButton, Qt::NoModifier, from.toPoint());
-        for (int i = 1; i <= 4; ++i) {
-            QTest::mouseMove(&driver->view(), (from + by * i / 4).toPoint());
-            QTest::qWait(i == 2 ? 1200 : 10);
-        }
-        QTest::mouseRelease(&driver->view(), Qt::LeftButton, Qt::NoModifier, (from + by).toPoint());
-        driver->settle();
+        return QAccessible::queryAccessibleInterface(driver->item(name))->text(QAccessible::Description).toStdString();
     }
     /// Two taps where one has been before: they move nothing that would make them slow.
     void doubleTap(QPointF place)
@@ -59,19 +48,6 @@ protected:
         driver->tapAt(place);
         QTest::qWait(2 * QGuiApplication::styleHints()->mouseDoubleClickInterval());
         driver->doubleTapAt(place);
-    }
-    void focus(const QString& name)
-    {
-        for (int i = 0; i < 30 && driver->focusedName() != name; ++i)
-            driver->press(Qt::Key_Tab);
-        ASSERT_EQ(driver->focusedName(), name);
-    }
-    std::vector<std::string> stickers()
-    {
-        std::vector<std::string> names;
-        for (const Sticker& sticker : blend->composition().stickers)
-            names.push_back(sticker.name);
-        return names;
     }
 
     std::shared_ptr<BlendPhotoViewController> blend;
@@ -82,34 +58,30 @@ TEST_F(Panels, ASliderIsDraggedInOneStepAndTakenBackByTwoTaps)
     openBlend();
     ASSERT_TRUE(driver->tap(QStringLiteral("Effects")));
     EXPECT_EQ(driver->item(QStringLiteral("Effects")), nullptr) << "the drawer lies on the bar";
-    EXPECT_EQ(words(Opacity), "50 %");
-    const QPointF thumb = WindowDriver::middleOf(*slider(Contrast));
-    dragWithARest(thumb, {60, 0});
+    EXPECT_EQ(words(kOpacity), "50 %");
+    const QPointF thumb = WindowDriver::middleOf(*slider());
+    driver->drag(thumb, {60, 0});
     EXPECT_GT(contrast(), 40);
-    EXPECT_EQ(shown(Contrast), contrast());
-    EXPECT_EQ(words(Contrast), "+" + std::to_string(std::lround(contrast())));
+    EXPECT_EQ(words(kContrast), "+" + std::to_string(std::lround(contrast())));
     blend->undo();
     EXPECT_EQ(contrast(), 0) << "the whole drag";
-    EXPECT_EQ(shown(Contrast), 0);
     blend->redo();
     EXPECT_GT(contrast(), 40);
-    EXPECT_EQ(shown(Contrast), contrast());
 
     doubleTap(thumb + QPointF(60, 0));
     EXPECT_EQ(contrast(), 0);
     driver->drag(thumb, {-50, 0});
-    EXPECT_EQ(words(Contrast).substr(0, 3), "−");
+    EXPECT_LT(contrast(), 0);
     doubleTap({40, thumb.y()}); // the label
     EXPECT_EQ(contrast(), 0);
-    EXPECT_EQ(shown(Contrast), 0);
 }
 
 TEST_F(Panels, ASliderIsWorkedByKeysAndHidesForThem)
 {
     openBlend();
-    focus(QStringLiteral("Effects"));
+    pressUntil("Effects");
     driver->press(Qt::Key_Return);
-    EXPECT_EQ(driver->focusedName(), label(Contrast));
+    EXPECT_EQ(driver->focusedName(), kContrast);
     const struct {
         Qt::Key key;
         double value;
@@ -119,12 +91,11 @@ TEST_F(Panels, ASliderIsWorkedByKeysAndHidesForThem)
     for (const auto& [key, value] : steps) {
         driver->press(key);
         EXPECT_EQ(contrast(), value) << key;
-        EXPECT_EQ(shown(Contrast), value);
     }
-    focus(label(Opacity));
+    pressUntil("Opacity");
     driver->press(Qt::Key_Right);
-    EXPECT_EQ(words(Opacity), "51 %");
-    focus(QStringLiteral("Hide"));
+    EXPECT_EQ(words(kOpacity), "51 %");
+    pressUntil("Hide");
     driver->press(Qt::Key_Space);
     EXPECT_EQ(driver->focusedName(), QStringLiteral("Effects"));
     EXPECT_EQ(blend->shownPanel(), QString());
@@ -132,7 +103,7 @@ TEST_F(Panels, ASliderIsWorkedByKeysAndHidesForThem)
 
 TEST_F(Panels, APanelComesAndGoesInItsTimeAndIsNotPressedOnItsWayOut)
 {
-    openBlend({}, "0");
+    openBlend("0");
     blend->FxBtn();
     QElapsedTimer waited;
     waited.start();
@@ -149,26 +120,24 @@ TEST_F(Panels, APanelComesAndGoesInItsTimeAndIsNotPressedOnItsWayOut)
     EXPECT_LE(standing, kHeight - 44);
 
     driver->tapOnly(*hide());
-    waited.restart();
-    const QPointF thumb = WindowDriver::middleOf(*slider(Contrast));
+    const QPointF thumb = WindowDriver::middleOf(*slider());
     EXPECT_TRUE(WindowDriver::waitUntil([&] { return hide()->mapToScene({}).y() > standing; }));
     QTest::mouseClick(&driver->view(), Qt::LeftButton, Qt::NoModifier, (thumb + QPointF(50, 3)).toPoint());
     EXPECT_EQ(contrast(), 0);
     EXPECT_TRUE(WindowDriver::waitUntil([&] { return !hide(); }));
-    EXPECT_GE(waited.elapsed(), 590);
 }
 
 TEST_F(Panels, StickersAreOneStopForTheKeyboardAndAddedByIt)
 {
     openBlend();
-    focus(QStringLiteral("Sticker"));
+    pressUntil("Sticker");
     driver->press(Qt::Key_Return);
     ASSERT_TRUE(WindowDriver::waitUntil([&] { return blend->stickerStrip()->property("count").toInt() == 84; }));
     const auto goes = [&](Qt::Key key, const char* to) {
         driver->press(key);
         EXPECT_EQ(driver->focusedName().toStdString(), to) << key;
     };
-    focus(QStringLiteral("Sun"));
+    pressUntil("Sun");
     goes(Qt::Key_Tab, "Reset");
     goes(Qt::Key_Backtab, "Sun");
     goes(Qt::Key_Left, "Sun");
@@ -176,13 +145,15 @@ TEST_F(Panels, StickersAreOneStopForTheKeyboardAndAddedByIt)
     driver->press(Qt::Key_Return);
     driver->press(Qt::Key_End);
     driver->press(Qt::Key_Space);
-    EXPECT_THAT(stickers(), testing::ElementsAre("big121", "big116"));
+    const Stickers& added = blend->composition().stickers;
+    ASSERT_EQ(added.size(), 2U);
+    EXPECT_EQ(added[0].name + " " + added[1].name, "big121 big116");
     const QRectF last = driver->view().activeFocusItem()->mapRectToScene(QRectF(0, 0, 80, 80));
     EXPECT_TRUE(QRectF(0, 0, kWidth, kHeight).contains(last)) << "scrolled into sight";
 
     driver->view().resize(1280, 800);
     driver->settle();
-    focus(QStringLiteral("Sun"));
+    pressUntil("Sun");
     goes(Qt::Key_Down, "Snowflake");
     goes(Qt::Key_Up, "Sun");
     goes(Qt::Key_Up, "Sun");

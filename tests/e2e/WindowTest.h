@@ -6,12 +6,18 @@
 #include "app/ImagePIckingViewController.h"
 #include "app/PinchZoomViewController.h"
 #include "editors/blend/BlendPhotoViewController.h"
+#include "export/PNGController.h"
+#include "export/SavingTypeController.h"
 #include "export/ShareController.h"
+#include "platform/base/CGGeometry.h"
 #include "platform/host/Application.h"
+#include "platform/host/CanvasItem.h"
 #include "platform/view/UIActivityViewController.h"
 #include "platform/view/UIAlertController.h"
 
+#include <QColorSpace>
 #include <QDir>
+#include <QImage>
 #include <QUrl>
 
 #include <gtest/gtest.h>
@@ -68,6 +74,35 @@ protected:
         ASSERT_TRUE(driver->waitFor<ShareController>());
         ASSERT_TRUE(driver->tap(QStringLiteral("Back")));
         ASSERT_TRUE(driver->waitFor<BlendPhotoViewController>());
+    }
+    static QDir documents() { return QDir(QDir::home().filePath(QStringLiteral("Documents/Lamina"))); }
+    void goToPNG()
+    {
+        ASSERT_TRUE(driver->tap(QStringLiteral("Save")));
+        ASSERT_TRUE(driver->waitFor<SavingTypeController>());
+        ASSERT_TRUE(driver->tap(QStringLiteral("PNG")));
+        ASSERT_TRUE(driver->waitFor<PNGController>());
+    }
+    /// The picture in the file, of the canvas's colours. The editor is in front again.
+    QImage saveAsPNG()
+    {
+        documents().removeRecursively();
+        goToPNG();
+        EXPECT_TRUE(driver->tap(QStringLiteral("Save PNG")));
+        leaveShareScreen();
+        QImage saved(documents().filePath(QStringLiteral("default.png")));
+        EXPECT_TRUE(saved.colorSpace().isValid());
+        saved.setColorSpace({}); // QImage would compare it too
+        return saved.convertToFormat(QImage::Format_RGB32);
+    }
+    /// A place of the canvas, in points.
+    QPointF inWindow(CGPoint point) { return driver->canvas()->mapToScene({point.x, point.y}); }
+    /// Tab until that has the keyboard.
+    void pressUntil(const char* name)
+    {
+        for (int i = 0; i < 30 && driver->focusedName() != QLatin1String(name); ++i)
+            driver->press(Qt::Key_Tab);
+        ASSERT_EQ(driver->focusedName().toStdString(), name);
     }
     std::string alertText()
     {

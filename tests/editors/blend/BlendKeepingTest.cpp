@@ -148,11 +148,7 @@ TEST_F(BlendKeeping, RecordsOfTheFirstVersionAreReadAndWhatMakesNoSenseIsNot)
     writeRecord(editor->composition(), pictures, record);
     BlendComposition read;
     const std::pair<const char*, RecordValue> wrong[] = {
-        {"mode", 4},
-        {"mode", "tools"},
-        {"sliders", {0, 0, 0}},
-        {"stickers", {1}},
-    };
+        {"mode", 4}, {"mode", "tools"}, {"sliders", {0, 0, 0}}, {"stickers", {1}}};
     for (const auto& [name, value] : wrong) {
         RecordValue changed = record;
         changed[name] = value;

@@ -38,12 +38,12 @@ TEST_F(BlendStickers, EveryChangeIsAStepThatUndoTakesBackWhole)
     editor->stickerBtn();
     EXPECT_TRUE(editor->stickerStrip());
     std::vector<std::pair<Stickers, CGImage>> states;
-    const auto remember = [&] {
+    const auto step = [&](auto change) {
         DispatchQueue::main().runUntilIdle(); // what was scaled is drawn anew
         states.emplace_back(stickers(), editor->renderedCanvas().cgImage());
         clock->advance(2);
+        change();
     };
-    const auto step = [&](auto change) { remember(), change(); };
     step([this] { editor->stickerImgGesture(6003); });
     view(500).contentTapped(); // is none
     step([this] { editor->nudge(8, 0); });
@@ -58,7 +58,7 @@ TEST_F(BlendStickers, EveryChangeIsAStepThatUndoTakesBackWhole)
     step([this] { editor->deleteSticker(); });
     step([this] { editor->resetBtn(); });
     step([this] { editor->stickerImgGesture(6000); });
-    remember();
+    step([] {});
     EXPECT_EQ(order(), std::vector{503}) << "tags count on over a reset";
     const auto expectState = [&](std::size_t i) {
         SCOPED_TRACE(i);

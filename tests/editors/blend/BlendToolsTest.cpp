@@ -48,8 +48,10 @@ protected:
     void drag(int tag, std::initializer_list<double> values)
     {
         editor->beginSliding(tag);
-        for (const double value : values)
+        for (const double value : values) {
             editor->slide(tag, value);
+            clock->advance(2); // the finger rests for longer than what parts a run of keys
+        }
         editor->endSliding(tag);
     }
     void pass(double seconds)
@@ -108,14 +110,12 @@ TEST_F(BlendTools, ActOnThePhotosThatTheButtonsName)
         [this] { editor->opacityFun(0.7); },
         [this] { editor->contrastFun(30); },
     };
+    BlendComposition before = state();
     for (const auto& c : table) {
+        before.photo1Selected = c.first;
+        before.photo2Selected = c.second;
+        before.current = c.current;
         for (const auto& action : actions) {
-            BlendComposition before = state();
-            before.photo1Selected = c.first;
-            before.photo2Selected = c.second;
-            before.current = c.current;
-            before.contrastBool = false;
-            before.photos[0].alpha = before.photos[1].alpha = 0.5;
             editor->setComposition(before);
             action();
             std::string changed;

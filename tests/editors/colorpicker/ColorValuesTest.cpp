@@ -78,20 +78,17 @@ TEST(ColorHexText, TakesThreeOrSixDigitsAndNothingElse)
 TEST(ColorImages, TheRowSweepsOneValue)
 {
     using enum HSBComponent;
-    const struct {
-        HSBComponent component;
-        int column;
-        std::array<int, 3> blueGreenRed;
-    } kRows[] = {
-        {Hue, 0, {0, 0, 255}},   {Hue, 10, {0, 60, 255}},           {Hue, 85, {0, 255, 0}},
-        {Hue, 255, {0, 0, 255}}, {Saturation, 51, {204, 204, 255}}, {Brightness, 128, {0, 0, 128}},
-    };
-    for (const auto& row : kRows) {
-        const CGImage image = hsbSweepImage(row.component, {0, 1, 1});
+    for (const HSBComponent component : {Hue, Saturation, Brightness}) {
+        const CGImage image = hsbSweepImage(component, {0, 1, 1});
         ASSERT_EQ(image.size(), (IntSize{256, 1}));
         EXPECT_EQ(image.bitmapInfo(), 8198U);
-        for (std::size_t i = 0; i < 3; ++i) // cut off, so that a hair below counts as one less
-            EXPECT_NEAR(image.row(0)[4U * row.column + i], row.blueGreenRed[i], 1) << row.column;
+        for (int column = 0; column < 256; ++column) {
+            const double t = column / 255.0;
+            const auto rgb =
+                trapezium(component == Hue ? t : 0, component == Saturation ? t : 1, component == Brightness ? t : 1);
+            for (std::size_t i = 0; i < 3; ++i) // cut off, so that a hair below counts as one less
+                EXPECT_NEAR(image.row(0)[4 * column + 2 - i], 255 * rgb[i], 1.001) << column;
+        }
     }
 }
 
