@@ -66,6 +66,10 @@ protected:
             driver->press(Qt::Key_Tab);
         ASSERT_EQ(driver->focusedName(), name);
     }
+    QString canvasWords()
+    {
+        return QAccessible::queryAccessibleInterface(driver->canvas())->text(QAccessible::Description);
+    }
     std::vector<std::string> stickers()
     {
         std::vector<std::string> names;
@@ -82,7 +86,7 @@ TEST_F(Panels, ASliderIsDraggedInOneStepAndTakenBackByTwoTaps)
     openBlend();
     ASSERT_TRUE(driver->tap(QStringLiteral("Effects")));
     EXPECT_EQ(driver->item(QStringLiteral("Effects")), nullptr) << "the drawer lies on the bar";
-    EXPECT_EQ(words(Opacity), "50 %");
+    EXPECT_EQ(words(Opacity), "50\u00a0%");
     const QPointF thumb = WindowDriver::middleOf(*slider(Contrast));
     dragWithARest(thumb, {60, 0});
     EXPECT_GT(contrast(), 40);
@@ -92,6 +96,16 @@ TEST_F(Panels, ASliderIsDraggedInOneStepAndTakenBackByTwoTaps)
     EXPECT_EQ(contrast(), 0) << "the whole drag";
     EXPECT_EQ(shown(Contrast), 0);
     blend->redo();
+    EXPECT_GT(contrast(), 40);
+    EXPECT_EQ(shown(Contrast), contrast());
+
+    const QPoint dragged = (thumb + QPointF(-40, 0)).toPoint();
+    QTest::mousePress(&driver->view(), Qt::LeftButton, Qt::NoModifier, dragged);
+    QTest::mouseMove(&driver->view(), dragged - QPoint(5, 0));
+    EXPECT_LT(contrast(), 0);
+    blend->undo(); // under the finger
+    QTest::mouseRelease(&driver->view(), Qt::LeftButton, Qt::NoModifier, dragged - QPoint(5, 0));
+    driver->settle();
     EXPECT_GT(contrast(), 40);
     EXPECT_EQ(shown(Contrast), contrast());
 
@@ -123,7 +137,7 @@ TEST_F(Panels, ASliderIsWorkedByKeysAndHidesForThem)
     }
     focus(label(Opacity));
     driver->press(Qt::Key_Right);
-    EXPECT_EQ(words(Opacity), "51 %");
+    EXPECT_EQ(words(Opacity), "51\u00a0%");
     focus(QStringLiteral("Hide"));
     driver->press(Qt::Key_Space);
     EXPECT_EQ(driver->focusedName(), QStringLiteral("Effects"));
@@ -161,8 +175,10 @@ TEST_F(Panels, APanelComesAndGoesInItsTimeAndIsNotPressedOnItsWayOut)
 TEST_F(Panels, StickersAreOneStopForTheKeyboardAndAddedByIt)
 {
     openBlend();
+    EXPECT_TRUE(canvasWords().contains(QStringLiteral("Arrow keys move the second photo")));
     focus(QStringLiteral("Sticker"));
     driver->press(Qt::Key_Return);
+    EXPECT_TRUE(canvasWords().contains(QStringLiteral("Choose Move")));
     ASSERT_TRUE(WindowDriver::waitUntil([&] { return blend->stickerStrip()->property("count").toInt() == 84; }));
     const auto goes = [&](Qt::Key key, const char* to) {
         driver->press(key);
@@ -186,6 +202,9 @@ TEST_F(Panels, StickersAreOneStopForTheKeyboardAndAddedByIt)
     goes(Qt::Key_Down, "Snowflake");
     goes(Qt::Key_Up, "Sun");
     goes(Qt::Key_Up, "Sun");
+    driver->tapOnly(*driver->canvas()); // on the sticker
+    driver->settle();
+    EXPECT_TRUE(canvasWords().contains(QStringLiteral("Arrow keys move the sticker")));
 }
 
 } // namespace
