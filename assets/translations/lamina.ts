@@ -4,6 +4,10 @@
 <context>
     <name>Lamina</name>
     <message>
+        <source>%1 %</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>%1 degrees hue</source>
         <translation type="unfinished"></translation>
     </message>
@@ -101,6 +105,10 @@
     </message>
     <message>
         <source>Arrow keys move the second photo, plus and minus zoom it</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Arrow keys move the sticker, plus and minus scale it, comma and period turn it, Delete removes it</source>
         <translation type="unfinished"></translation>
     </message>
     <message>

@@ -4,6 +4,10 @@
 <context>
     <name>Lamina</name>
     <message>
+        <source>%1 %</source>
+        <translation>%1 %</translation>
+    </message>
+    <message>
         <source>%1 degrees hue</source>
         <translation>%1 Grad Farbton</translation>
     </message>
@@ -102,6 +106,10 @@
     <message>
         <source>Arrow keys move the second photo, plus and minus zoom it</source>
         <translation>Pfeiltasten verschieben das zweite Foto, Plus und Minus zoomen es</translation>
+    </message>
+    <message>
+        <source>Arrow keys move the sticker, plus and minus scale it, comma and period turn it, Delete removes it</source>
+        <translation>Pfeiltasten verschieben den Sticker, Plus und Minus skalieren ihn, Komma und Punkt drehen ihn, Entf entfernt ihn</translation>
     </message>
     <message>
         <source>As an attachment</source>

@@ -32,10 +32,14 @@ protected:
         picker->presentModallyOverViewController(*driver->top<ViewController>());
         ASSERT_TRUE(driver->waitFor<InfColorPickerController>());
     }
-    void type(const char* digits)
+    void write(const char* digits)
     {
         for (; *digits != 0; ++digits)
             driver->pressOnly(static_cast<Qt::Key>(*digits));
+    }
+    void type(const char* digits)
+    {
+        write(digits);
         driver->press(Qt::Key_Return);
     }
 
@@ -107,6 +111,33 @@ TEST_F(ColorPickerWindow, IsWorkedByKeysAlone)
     driver->press(Qt::Key_Escape);
     EXPECT_TRUE(driver->waitFor<ViewController>());
     EXPECT_EQ(asker->answers, 0) << "nobody hears of one who leaves";
+}
+
+TEST_F(ColorPickerWindow, DoneTakesWhatIsWrittenOrSaysThatItCant)
+{
+    open();
+    openPicker();
+    const QQuickItem* const field = driver->called(QStringLiteral("hex"));
+    ASSERT_TRUE(driver->tap(QStringLiteral("Color in digits")));
+    write("12");
+    ASSERT_TRUE(driver->tap(QStringLiteral("Done")));
+    EXPECT_EQ(asker->answers, 0);
+    EXPECT_TRUE(field->property("wrong").toBool());
+    EXPECT_TRUE(field->hasActiveFocus());
+    EXPECT_EQ(picker->resultColor(), UIColor::brown());
+    write("0F0");
+    ASSERT_TRUE(driver->click(QStringLiteral("Done")));
+    EXPECT_EQ(asker->answers, 1);
+    EXPECT_EQ(picker->resultColor(), (UIColor{0, 1, 0, 1}));
+    EXPECT_TRUE(driver->waitFor<ViewController>());
+
+    openPicker();
+    ASSERT_TRUE(driver->tap(QStringLiteral("Color in digits")));
+    type("7G");
+    ASSERT_TRUE(driver->click(QStringLiteral("Done")));
+    EXPECT_EQ(asker->answers, 1);
+    ASSERT_TRUE(driver->click(QStringLiteral("Done")));
+    EXPECT_EQ(asker->answers, 2) << "with the colour that is shown, which one has seen by now";
 }
 
 } // namespace

@@ -49,6 +49,10 @@ protected:
         QTest::qWait(2 * QGuiApplication::styleHints()->mouseDoubleClickInterval());
         driver->doubleTapAt(place);
     }
+    QString canvasWords()
+    {
+        return QAccessible::queryAccessibleInterface(driver->canvas())->text(QAccessible::Description);
+    }
 
     std::shared_ptr<BlendPhotoViewController> blend;
 };
@@ -58,7 +62,7 @@ TEST_F(Panels, ASliderIsDraggedInOneStepAndTakenBackByTwoTaps)
     openBlend();
     ASSERT_TRUE(driver->tap(QStringLiteral("Effects")));
     EXPECT_EQ(driver->item(QStringLiteral("Effects")), nullptr) << "the drawer lies on the bar";
-    EXPECT_EQ(words(kOpacity), "50 %");
+    EXPECT_EQ(words(kOpacity), "50\u00a0%");
     const QPointF thumb = WindowDriver::middleOf(*slider());
     driver->drag(thumb, {60, 0});
     EXPECT_GT(contrast(), 40);
@@ -66,6 +70,15 @@ TEST_F(Panels, ASliderIsDraggedInOneStepAndTakenBackByTwoTaps)
     blend->undo();
     EXPECT_EQ(contrast(), 0) << "the whole drag";
     blend->redo();
+    EXPECT_GT(contrast(), 40);
+
+    const QPoint dragged = (thumb + QPointF(-40, 0)).toPoint();
+    QTest::mousePress(&driver->view(), Qt::LeftButton, Qt::NoModifier, dragged);
+    QTest::mouseMove(&driver->view(), dragged - QPoint(5, 0));
+    EXPECT_LT(contrast(), 0);
+    blend->undo(); // under the finger
+    QTest::mouseRelease(&driver->view(), Qt::LeftButton, Qt::NoModifier, dragged - QPoint(5, 0));
+    driver->settle();
     EXPECT_GT(contrast(), 40);
 
     doubleTap(thumb + QPointF(60, 0));
@@ -94,7 +107,7 @@ TEST_F(Panels, ASliderIsWorkedByKeysAndHidesForThem)
     }
     pressUntil("Opacity");
     driver->press(Qt::Key_Right);
-    EXPECT_EQ(words(kOpacity), "51 %");
+    EXPECT_EQ(words(kOpacity), "51\u00a0%");
     pressUntil("Hide");
     driver->press(Qt::Key_Space);
     EXPECT_EQ(driver->focusedName(), QStringLiteral("Effects"));
@@ -130,8 +143,10 @@ TEST_F(Panels, APanelComesAndGoesInItsTimeAndIsNotPressedOnItsWayOut)
 TEST_F(Panels, StickersAreOneStopForTheKeyboardAndAddedByIt)
 {
     openBlend();
+    EXPECT_TRUE(canvasWords().contains(QStringLiteral("Arrow keys move the second photo")));
     pressUntil("Sticker");
     driver->press(Qt::Key_Return);
+    EXPECT_TRUE(canvasWords().contains(QStringLiteral("Choose Move")));
     ASSERT_TRUE(WindowDriver::waitUntil([&] { return blend->stickerStrip()->property("count").toInt() == 84; }));
     const auto goes = [&](Qt::Key key, const char* to) {
         driver->press(key);
@@ -157,6 +172,9 @@ TEST_F(Panels, StickersAreOneStopForTheKeyboardAndAddedByIt)
     goes(Qt::Key_Down, "Snowflake");
     goes(Qt::Key_Up, "Sun");
     goes(Qt::Key_Up, "Sun");
+    driver->tapOnly(*driver->canvas()); // on the sticker
+    driver->settle();
+    EXPECT_TRUE(canvasWords().contains(QStringLiteral("Arrow keys move the sticker")));
 }
 
 } // namespace

@@ -8,8 +8,13 @@ EditorScreen {
     canvasName: qsTranslate("Lamina", "The blend")
     canvasDescription: (controller.photo2OnTop ? qsTranslate("Lamina", "Photo 2 lies over photo 1.")
                                                : qsTranslate("Lamina", "Photo 1 lies over photo 2."))
-        + " " + qsTranslate("Lamina", "Arrow keys move the second photo, plus and minus zoom it")
+        + " " + keysHint
     underHeight: selector.height
+
+    readonly property string keysHint: controller.stickerActive
+        ? qsTranslate("Lamina", "Arrow keys move the sticker, plus and minus scale it, comma and period turn it, Delete removes it")
+        : controller.panBool ? qsTranslate("Lamina", "Arrow keys move the second photo, plus and minus zoom it") : chooseMove
+    readonly property string chooseMove: qsTranslate("Lamina", "Choose Move to drag the second photo and to zoom it.")
 
     // The menu of a photo stands in the place of what the tools open, in a wide window over that.
     readonly property bool asks: controller.menuPhoto > 0
@@ -84,7 +89,7 @@ EditorScreen {
                     id: hint
                     width: parent.width
                     text: !blend.controller.panBool
-                        ? qsTranslate("Lamina", "Choose Move to drag the second photo and to zoom it.")
+                        ? blend.chooseMove
                         : Host.mouseAtHand
                         ? qsTranslate("Lamina", "Drag the second photo, turn the wheel to zoom it. Arrow keys move it a little, plus and minus zoom.")
                         : qsTranslate("Lamina", "Drag the second photo, pinch to zoom it. Arrow keys move it a little, plus and minus zoom.")

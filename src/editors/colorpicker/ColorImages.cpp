@@ -95,8 +95,7 @@ CGImage hsbSweepImage(HSBComponent component, const HSBColor& base)
 void fillColorSquare(float hue, ColorSquarePixels& pixels)
 {
     static_assert(std::endian::native == std::endian::little, "the lowest byte of a word is its first");
-    constexpr float kDegrees = 360;
-    const SquareColumns columns = squareColumns(hueFactors(hue * kDegrees));
+    const SquareColumns columns = squareColumns(hueFactors(hue * kHueDegrees));
     std::uint32_t* pixel = pixels.data();
     for (unsigned row = 0; row < kColorSquareHeight; ++row) {
         const std::uint32_t v = kMost - row;

@@ -7,7 +7,6 @@ namespace lamina {
 
 namespace {
 
-constexpr float kDegrees = 360;
 constexpr float kDegreesOfSixth = 60;
 
 /// In sixths of the circle, from -1 on. One of the components must differ from the others.
@@ -21,6 +20,16 @@ float hueInSixths(const RGBComponents& color, float largest, float delta)
 }
 
 } // namespace
+
+int wholeDegrees(float hue)
+{
+    return static_cast<int>(hue * kHueDegrees);
+}
+
+int wholePercent(double share)
+{
+    return static_cast<int>(share * 100);
+}
 
 HSBColor hsbFromRGB(const RGBComponents& color, const HSBColor& present, HSBPreservation preservation)
 {
@@ -61,7 +70,7 @@ RGBComponents hueFactors(float degrees)
 
 RGBComponents rgbFromHSB(const HSBColor& color)
 {
-    const RGBComponents factors = hueFactors(color.hue * kDegrees);
+    const RGBComponents factors = hueFactors(color.hue * kHueDegrees);
     const float p = color.brightness * color.saturation;
     const float q = color.brightness - p;
     return {std::fma(factors.red, p, q), std::fma(factors.green, p, q), std::fma(factors.blue, p, q)};

@@ -21,6 +21,14 @@ struct RGBComponents {
     friend constexpr bool operator==(const RGBComponents&, const RGBComponents&) = default;
 };
 
+constexpr int kHueDegrees = 360; ///< a whole circle
+
+/// A hue of [0, 1] in degrees, as it is shown and spoken: what is no whole one is cut off.
+int wholeDegrees(float hue);
+
+/// A saturation or brightness of [0, 1] in percent, cut off likewise.
+int wholePercent(double share);
+
 /// What becomes of values that a colour says nothing of: the hue of a grey, hue and saturation of black.
 enum class HSBPreservation {
     None, ///< they are 0

@@ -12,13 +12,7 @@ namespace lamina {
 
 namespace {
 
-constexpr float kDegrees = 360;
 constexpr float kAccessibilityStep = 0.05F;
-
-int wholeDegrees(float hue)
-{
-    return static_cast<int>(hue * kDegrees);
-}
 
 } // namespace
 
@@ -64,7 +58,7 @@ std::string InfColorBarPicker::accessibilityValue() const
 
 std::optional<UIAccessibilityRange> InfColorBarPicker::accessibilityRange() const
 {
-    return UIAccessibilityRange{static_cast<double>(wholeDegrees(m_value)), 0, kDegrees};
+    return UIAccessibilityRange{static_cast<double>(wholeDegrees(m_value)), 0, kHueDegrees};
 }
 
 void InfColorBarPicker::accessibilityIncrement()

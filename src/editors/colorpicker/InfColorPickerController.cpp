@@ -25,8 +25,6 @@ namespace lamina {
 namespace {
 
 constexpr CGSize kIdealSize{298, 420};
-constexpr float kDegrees = 360;
-constexpr float kPercent = 100;
 
 /// The layout on the ideal size.
 constexpr CGRect kIdealSquare{20, 20, 258, 258};
@@ -346,19 +344,25 @@ QString InfColorPickerController::shownHexText() const
     return QString::fromStdString(hexText(m_resultColor.value_or(colorFromHSB(m_values))));
 }
 
+/// Saturation and brightness as the square tells them, in double precision; the same number has to be shown and spoken.
+CGPoint InfColorPickerController::squareValue() const
+{
+    return isViewLoaded() ? m_squarePicker->value() : CGPoint{m_values.saturation, m_values.brightness};
+}
+
 int InfColorPickerController::hueDegrees() const
 {
-    return static_cast<int>(m_values.hue * kDegrees);
+    return wholeDegrees(m_values.hue);
 }
 
 int InfColorPickerController::saturationPercent() const
 {
-    return static_cast<int>(m_values.saturation * kPercent);
+    return wholePercent(squareValue().x);
 }
 
 int InfColorPickerController::brightnessPercent() const
 {
-    return static_cast<int>(m_values.brightness * kPercent);
+    return wholePercent(squareValue().y);
 }
 
 } // namespace lamina

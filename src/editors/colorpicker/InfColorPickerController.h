@@ -147,6 +147,7 @@ private:
     void updateResultColor();
     void showResultColor();
     void informDelegateDidChangeColor();
+    CGPoint squareValue() const;
 
     HSBColor m_values;
     std::optional<UIColor> m_sourceColor;

@@ -10,6 +10,17 @@ AppScreen {
     readonly property bool halved: lying || small
 
     name: controller.title
+
+    // What is written is taken along by who is done. Of what can't be taken one hears first: the second time is with
+    // the color that is shown.
+    property bool warned: false
+    function takesWritten() {
+        hex.tell()
+        warned = hex.wrong && !warned
+        if (warned)
+            hex.forceActiveFocus()
+        return !warned
+    }
     onBack: {
         hex.takeBack()
         controller.cancel()
@@ -17,7 +28,7 @@ AppScreen {
     Keys.onPressed: event => {
         const use = KeyTable.find("use", event.key, event.modifiers) >= 0
         event.accepted = event.accepted || use
-        if (use)
+        if (use && takesWritten())
             controller.done()
     }
 
@@ -144,6 +155,7 @@ AppScreen {
                         Accessible.description: wrong ? values.text : ""
                         maximumLength: 16
                         inputMethodHints: Qt.ImhNoPredictiveText | Qt.ImhPreferUppercase
+                        onWrongChanged: picker.warned = false
                         onWritten: text => wrong = !picker.controller.takeHexText(text)
                     }
                     Rectangle {
@@ -187,7 +199,7 @@ AppScreen {
                 width: Math.min(implicitWidth, bar.room)
                 kind: "pill"
                 text: item ? item.title : ""
-                onClicked: item.press()
+                onClicked: if (picker.takesWritten()) item.press()
             }
         }
         Rectangle {

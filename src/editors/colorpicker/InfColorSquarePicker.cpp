@@ -14,13 +14,7 @@ namespace lamina {
 
 namespace {
 
-constexpr double kPercent = 100;
 constexpr double kAccessibilityStep = 0.05;
-
-int percent(double share)
-{
-    return static_cast<int>(share * kPercent);
-}
 
 } // namespace
 
@@ -78,12 +72,12 @@ void InfColorSquarePicker::trackIndicator(const UITouch& touch)
 std::string InfColorSquarePicker::spokenValue() const
 {
     return localizedText(QT_TRANSLATE_NOOP("Lamina", "%1% saturation, %2% brightness"),
-                         {std::to_string(percent(m_value.x)), std::to_string(percent(m_value.y))});
+                         {std::to_string(wholePercent(m_value.x)), std::to_string(wholePercent(m_value.y))});
 }
 
 std::optional<UIAccessibilityRange> InfColorSquarePicker::accessibilityRange() const
 {
-    return UIAccessibilityRange{static_cast<double>(percent(m_value.y)), 0, kPercent};
+    return UIAccessibilityRange{static_cast<double>(wholePercent(m_value.y)), 0, 100};
 }
 
 void InfColorSquarePicker::accessibilityIncrement()

@@ -2,6 +2,7 @@
 
 #include "platform/base/Localization.h"
 
+#include <QCoreApplication>
 #include <QVariantMap>
 
 #include <algorithm>
@@ -21,6 +22,13 @@ QString wholeNumber(double value)
     char digits[32];
     const auto end = std::to_chars(digits, digits + sizeof digits, std::llround(std::abs(value))).ptr;
     return QString::fromLatin1(digits, end - digits);
+}
+
+QString percentText(double share)
+{
+    QString text = QString::fromStdString(
+        localizedText(QT_TRANSLATE_NOOP("Lamina", "%1 %"), {wholeNumber(share * 100).toStdString()}));
+    return text.replace(QStringLiteral(" %"), QStringLiteral("\u00a0%")); // one word
 }
 
 QString signedText(double value)
@@ -56,8 +64,7 @@ QVariantList sliderRows(std::span<const EditorSlider> sliders, const std::functi
 QString sliderText(const EditorSlider& slider, double value)
 {
     const double shown = std::isfinite(value) ? std::clamp(value, slider.minimum, slider.maximum) : slider.start;
-    return slider.text == EditorSliderText::Percent ? wholeNumber(shown * 100) + QStringLiteral(" %")
-                                                    : signedText(shown);
+    return slider.text == EditorSliderText::Percent ? percentText(shown) : signedText(shown);
 }
 
 } // namespace lamina

@@ -20,10 +20,17 @@ Item {
         slider.value = value
         controller.slide(row.tag, value)
     }
-    // What is undone or chosen anew moves the thumb, a finger on it doesn't hear of itself.
+    // What is undone or chosen anew moves the thumb, but not under a finger: there it does as the finger goes. The row
+    // knows nothing of drags, so the value is asked for.
     function take() {
         if (!slider.pressed)
-            slider.value = row.value
+            slider.value = controller.sliders.find(now => now.tag === row.tag).value
+    }
+    function follow(pressed) {
+        if (pressed)
+            return controller.beginSliding(row.tag)
+        controller.endSliding(row.tag)
+        take()
     }
 
     onRowChanged: take()
@@ -71,7 +78,7 @@ Item {
         climbs: true
         // What is told in whole numbers goes by them.
         stepSize: to - from > item.smallRange ? item.unit : item.unit / 100
-        onPressedChanged: pressed ? item.controller.beginSliding(item.row.tag) : item.controller.endSliding(item.row.tag)
+        onPressedChanged: item.follow(pressed)
         onMoved: item.controller.slide(item.row.tag, value)
         onSought: wanted => item.change(wanted)
     }

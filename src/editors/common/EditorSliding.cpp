@@ -8,6 +8,13 @@
 
 namespace lamina {
 
+namespace {
+
+/// Of a slider's range: what a finger moves it by in a tap.
+constexpr double kTapWay = 0.05;
+
+} // namespace
+
 QVariantList EditorViewController::sliders() const
 {
     return sliderRows(sliderTable(), [this](int tag) { return sliderValue(tag); });
@@ -21,9 +28,10 @@ QString EditorViewController::sliderText(int tag, double value) const
 
 void EditorViewController::beginSliding(int tag)
 {
-    cancelGestures();
-    if (findSlider(sliderTable(), tag) != nullptr)
-        m_sliding = tag;
+    if (findSlider(sliderTable(), tag) == nullptr)
+        return;
+    beginSeriesOf(tag);
+    m_sliding = Sliding{tag};
 }
 
 void EditorViewController::slide(int tag, double value)
@@ -31,14 +39,25 @@ void EditorViewController::slide(int tag, double value)
     const EditorSlider* const slider = findSlider(sliderTable(), tag);
     if (slider == nullptr || !std::isfinite(value))
         return;
-    const bool isDrag = m_sliding.has_value(); // of another slider, it takes this one along
-    if (!isDrag)
+    const double wanted = std::clamp(value, slider->minimum, slider->maximum);
+    const bool hasFinger = m_sliding.has_value(); // on another slider, it takes this one along
+    if (hasFinger)
+        followFinger(*slider, wanted);
+    else
         beginSeriesOf(tag);
-    applySlider(tag, std::clamp(value, slider->minimum, slider->maximum));
-    if (isDrag)
+    applySlider(tag, wanted);
+    if (hasFinger)
         tellGesture();
     else
         endStep(EditSeries::Slide);
+}
+
+void EditorViewController::followFinger(const EditorSlider& slider, double value)
+{
+    const double way = std::abs(value - m_sliding->first.value_or(value));
+    if (slider.tag != m_sliding->tag || way > kTapWay * (slider.maximum - slider.minimum))
+        m_sliding->isDrag = true;
+    m_sliding->first = m_sliding->first.value_or(value);
 }
 
 /// A run of small steps is one of the same slider.
@@ -51,14 +70,14 @@ void EditorViewController::beginSeriesOf(int tag)
 
 void EditorViewController::endSliding(int tag)
 {
-    if (m_sliding == tag)
+    if (m_sliding && m_sliding->tag == tag)
         endSliding();
 }
 
 void EditorViewController::endSliding()
 {
-    if (std::exchange(m_sliding, std::nullopt))
-        endStep();
+    if (const auto ended = std::exchange(m_sliding, std::nullopt))
+        endStep(ended->isDrag ? EditSeries::None : EditSeries::Slide);
 }
 
 } // namespace lamina

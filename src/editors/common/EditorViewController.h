@@ -90,7 +90,8 @@ public:
     QVariantList sliders() const;
     /// The value as it is written beside the slider; empty for a tag that no slider has.
     Q_INVOKABLE QString sliderText(int tag, double value) const;
-    /// A finger is on the slider: all that follows until `endSliding` is one step.
+    /// A finger is on the slider: all that follows until `endSliding` is one step. Taps, which hardly move it, join as
+    /// keys do, so that two of them and what they ask for are one step.
     Q_INVOKABLE void beginSliding(int tag);
     /// Does what the slider does at that value, cut to its range. Without `beginSliding` it is a step of its own, and
     /// such steps of one slider join as keys do. Nothing for a tag that no slider has, and values that are not finite.
@@ -228,6 +229,13 @@ protected:
     virtual void prepareExport() {}
 
 private:
+    /// A slider with a finger on it.
+    struct Sliding {
+        int tag;
+        std::optional<double> first = {}; ///< that it was moved to
+        bool isDrag = false;              ///< far enough to be no tap
+    };
+
     virtual void recordStep(EditSeries series) = 0;
     virtual void stepBack() = 0;
     virtual void stepForth() = 0;
@@ -235,6 +243,7 @@ private:
 
     void endGesture(const UIGestureRecognizer& gesture, EditSeries series);
     void beginSeriesOf(int tag);
+    void followFinger(const EditorSlider& slider, double value);
     void tellEdited();
     UIImage workPrint() const;
     void tellNotKept(const Error& error);
@@ -246,8 +255,8 @@ private:
     ChangeNotifier m_notifier;
     bool m_edited = false;
     QString m_notice;
-    std::optional<int> m_sliding; ///< tag of the slider that a finger is on
-    int m_slidTag = 0;            ///< of the last one that moved without a finger
+    std::optional<Sliding> m_sliding;
+    int m_slidTag = 0; ///< of the slider that small steps join for
     bool m_slidersRenewed = false;
     WorkKeeper m_keeper;
     int m_flattenedRevision = 0;

@@ -212,6 +212,14 @@ TEST_F(BlendTools, AMoveOfASliderIsOneStepAndKeysJoin)
     EXPECT_EQ(told, 2);
     drag(52, {0.9, 0.5});
     EXPECT_TRUE(editor->canRedo()) << "there and back is no step";
+    drag(52, {0.3, 0.8});
+    for (const double tapped : {0.1, 0.12}) // by a double tap, which then asks for
+        drag(52, {tapped});
+    editor->slide(52, 0.5);
+    for (const double alpha : {0.8, 0.5}) {
+        editor->undo();
+        EXPECT_EQ(state().photos[1].alpha, alpha);
+    }
     editor->FxBtn(); // starts anew, and the photo keeps its look
     EXPECT_EQ(shownValue(1), 0);
     editor->beginSliding(51);
@@ -226,7 +234,7 @@ TEST_F(BlendTools, ValuesAreWrittenBesideSliders)
     const std::pair<double, const char*> table[] = {{34.4, "+34"}, {-12.5, "−13"}, {-0.4, "0"}, {-1000, "−200"}};
     for (const auto& [value, text] : table)
         EXPECT_EQ(editor->sliderText(50, value).toStdString(), text);
-    EXPECT_EQ(editor->sliderText(52, 0.62), "62 %");
+    EXPECT_EQ(editor->sliderText(52, 0.62), "62\u00a0%");
 }
 
 class MovingHost : public HeadlessHost {

@@ -71,6 +71,10 @@ TEST_F(ColorPicker, OpensOnItsSourceAndItsControlsMakeColours)
     picker->squarePicker()->setValue({1, 0.5});
     EXPECT_EQ(picker->resultColor(), (UIColor{0.5, 0, 0, 1}));
     EXPECT_EQ(picker->resultColorView()->backgroundColor(), picker->resultColor());
+    picker->squarePicker()->setValue({0.58, 0.35}); // in single precision 58 and 34
+    EXPECT_EQ(picker->squarePicker()->spokenValue(), "57% saturation, 35% brightness");
+    EXPECT_EQ(picker->saturationPercent(), 57);
+    EXPECT_EQ(picker->brightnessPercent(), 35);
 }
 
 TEST_F(ColorPicker, RedAtEitherEndGreyAndBlackLeaveTheBarAlone)
