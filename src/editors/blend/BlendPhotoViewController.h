@@ -53,8 +53,8 @@ namespace lamina {
 ///   none       the current     the current
 ///
 /// A tool that does so makes its photo the current one. Contrast and brightness of one photo ask only when they take
-/// their snapshot, and go on with the current one until the selection changes. What a step of undo brings back is the tool's bar and panel
-/// too, where another tool has taken over since.
+/// their snapshot, and go on with the current one until the selection changes. What a step of undo brings back is the
+/// tool's bar and panel too, where another tool has taken over since.
 ///
 /// A photo from outside (dropped, pasted) takes the place of the photo in hand: the one that the buttons name, the
 /// second where they name both, and the current one where they name none. Of several the first two take both places,

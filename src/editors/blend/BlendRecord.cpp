@@ -16,8 +16,8 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
-#include <optional>
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <system_error>
 #include <utility>

@@ -13,9 +13,9 @@ namespace lamina {
 
 /// The content of an editor's sticker: a drawing of the catalogue, aspect fit. It is drawn anew for each size that
 /// stays, at the main screen's scale, so that it is sharp; up to a side of 2048 pixels, or of 512 once those of the
-/// process take 192 MB together, beyond which it is stretched. Drawing takes from 1 to some 50 ms, so between sizes that
-/// come and go the last drawing is stretched, and what another one has drawn can be taken over. An unknown name shows
-/// nothing. Those who can't see it hear its word, and press it as one taps it. Main thread.
+/// process take 192 MB together, beyond which it is stretched. Drawing takes from 1 to some 50 ms, so between sizes
+/// that come and go the last drawing is stretched, and what another one has drawn can be taken over. An unknown name
+/// shows nothing. Those who can't see it hear its word, and press it as one taps it. Main thread.
 class StickerPicture : public UIImageView, public IQStickerContent {
 public:
     explicit StickerPicture(std::string name);
