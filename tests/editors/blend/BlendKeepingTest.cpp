@@ -108,6 +108,7 @@ TEST_F(BlendKeeping, AWorkComesBackWhole)
     work.stickers = {{501, "big117", {200.5, 37}, {1.0 / 3, -9}, CGAffineTransform::rotation(0.1), true, true, true},
                      {500, "big116", {60, 70}, {0, 0}, {}, false, false, false}};
     work.current = 0;
+    work.applyFxOnImage1 = work.photos[0].image;
     work.applyFxOnImage2 = work.photos[0].actualImage;
     editor->setComposition(work);
     const std::string record = recordNow();

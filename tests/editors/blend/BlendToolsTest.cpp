@@ -48,9 +48,9 @@ protected:
     void drag(int tag, std::initializer_list<double> values)
     {
         editor->beginSliding(tag);
-        for (const double value : values) {
+        for (const double& value : values) {
+            clock->advance(&value == values.begin() ? 0 : 2); // it rests for longer than what parts a run of keys
             editor->slide(tag, value);
-            clock->advance(2); // the finger rests for longer than what parts a run of keys
         }
         editor->endSliding(tag);
     }
