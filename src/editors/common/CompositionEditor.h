@@ -55,6 +55,7 @@ protected:
             show(*m_resumed);
         m_resumed.reset();
         m_history.start(m_composition);
+        m_kept = m_composition;
         tell();
         keepWork(keptKind(m_composition), [this] {
             return [state = m_history.current()](KeptPictures& pictures, RecordValue& record) {

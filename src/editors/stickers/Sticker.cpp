@@ -63,9 +63,9 @@ bool readSticker(const RecordValue& record, Sticker& sticker)
 bool readAll(const RecordValue& record, Stickers& stickers)
 {
     std::set<int> tags;
-    if (record.size() > kMostStickers)
-        return false;
     for (const RecordValue& value : record) {
+        if (stickers.size() == kMostStickers)
+            break;
         if (!readSticker(value, stickers.emplace_back()) || !tags.insert(stickers.back().tag).second)
             return false;
     }

@@ -32,9 +32,9 @@ bool looksAlike(const Stickers& some, const Stickers& others);
 
 /// The stickers as a value of a record.
 RecordValue recordOf(const Stickers& stickers);
-/// The stickers of such a value. False, and nothing is changed, when it is none, or one of them could not be shown: a
-/// name that is not in the catalogue, sides that no sticker can have, a transform that is no turn, a tag
-/// that isn't positive or is another one's too.
+/// The stickers of such a value; those after the 500th, which nobody lays on a canvas by hand, are left out. False, and
+/// nothing is changed, when it is none, or one of them could not be shown: a name that is not in the catalogue, sides
+/// that no sticker can have, a transform that is no turn, a tag that isn't positive or is another one's too.
 bool readStickers(const RecordValue& record, Stickers& stickers);
 
 } // namespace lamina

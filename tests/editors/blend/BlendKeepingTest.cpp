@@ -346,6 +346,10 @@ TEST_F(BlendKeeping, OnlyWhatIsNotExportedIsKept)
     editor->dismiss(false); // the share screen, with its timers
     settle();
     EXPECT_FALSE(fs::exists(file("")));
+    editor->toolBtn();
+    editor->panBtn();
+    settle();
+    EXPECT_FALSE(fs::exists(file(""))) << "nothing is seen of a tool that was chosen";
     dragBy(10);
     // Leaving waits for no delay, and a drag under way counts as far as it went.
     beginDrag(10);
