@@ -74,6 +74,7 @@ set(LAMINA_QML_FILES
     platform/host/controls/Paper.qml
     platform/host/controls/PhotoButton.qml
     platform/host/controls/RoundButton.qml
+    platform/host/controls/RowList.qml
     platform/host/controls/PlaceRow.qml
     platform/host/controls/Scrim.qml
     platform/host/controls/ScrollPage.qml
