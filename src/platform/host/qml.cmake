@@ -37,6 +37,8 @@ set(LAMINA_QML_FILES
     export/ShareScreen.qml
     export/SizeField.qml
     export/TiffScreen.qml
+    picker/PickerBar.qml
+    picker/PickerButton.qml
     platform/host/ActivityScreen.qml
     platform/host/AlertScreen.qml
     platform/host/DocumentPickerScreen.qml
