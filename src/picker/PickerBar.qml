@@ -26,6 +26,7 @@ Item {
     signal right()
     signal opened()
 
+    readonly property bool holdsFocus: leftButton.activeFocus || titleButton.activeFocus || rightButton.activeFocus
     // What the text of the bar needs. Names of albums may be of any length: only large letters take a second line.
     readonly property real sides: Math.max(leftButton.width, rightButton.visible ? rightButton.width : 0) + 2 * Tokens.space.s
     readonly property real chevron: opens ? Tokens.icon.grid + 10 : 0
