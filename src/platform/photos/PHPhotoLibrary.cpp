@@ -1,7 +1,7 @@
 #include "platform/photos/PHPhotoLibrary.h"
 
 #include "platform/base/DispatchQueue.h"
-#include "platform/photos/PHChange_p.h"
+#include "platform/photos/PHChangeRequests_p.h"
 #include "platform/photos/PhotoFolder.h"
 
 #include <mutex>
@@ -64,13 +64,41 @@ void PHPhotoLibrary::setAuthorizer(Authorizer authorizer)
     Installed::shared().set(std::move(authorizer));
 }
 
+bool PHPhotoLibrary::showsFolders()
+{
+    return true;
+}
+
+void PHPhotoLibrary::setFurtherFolders(std::vector<std::string>) {}
+
+std::vector<std::string> PHPhotoLibrary::furtherFolders()
+{
+    return {};
+}
+
+bool PHPhotoLibrary::isComplete()
+{
+    return true;
+}
+
+void PHPhotoLibrary::rescan() {}
+
+void PHPhotoLibrary::addFiles(std::vector<std::string>, AssetsHandler handler)
+{
+    DispatchQueue::main().async([handler = std::move(handler)] { handler({}); });
+}
+
+void PHPhotoLibrary::registerChangeObserver(std::weak_ptr<PHPhotoLibraryChangeObserver>) {}
+
+void PHPhotoLibrary::unregisterChangeObserver(const PHPhotoLibraryChangeObserver*) {}
+
 void PHPhotoLibrary::performChanges(std::function<void()> changes, ChangeHandler handler)
 {
     auto work = [changes = std::move(changes), handler = std::move(handler),
                  expected = DispatchQueue::main().expectWork()] {
         const PHAuthorizationStatus status = authorizationStatus();
         const bool allowed = status == PHAuthorizationStatus::Authorized || status == PHAuthorizationStatus::Limited;
-        handler(allowed ? PHChange::perform(changes)
+        handler(allowed ? PHChangeRequests::perform(changes)
                         : Outcome(Error{photoLibraryFolder(), "access to the photo library is not given"}));
     };
     libraryQueue().async(std::move(work));
