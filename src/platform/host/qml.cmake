@@ -37,6 +37,14 @@ set(LAMINA_QML_FILES
     export/ShareScreen.qml
     export/SizeField.qml
     export/TiffScreen.qml
+    picker/CameraTile.qml
+    picker/PhotoGrid.qml
+    picker/PhotoTile.qml
+    picker/PickerBar.qml
+    picker/PickerButton.qml
+    picker/PickerMessage.qml
+    picker/PickerTile.qml
+    picker/YMSPhotoPickerScreen.qml
     platform/host/ActivityScreen.qml
     platform/host/AlertScreen.qml
     platform/host/DocumentPickerScreen.qml
