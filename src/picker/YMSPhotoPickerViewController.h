@@ -9,6 +9,7 @@
 #include "platform/base/DispatchTimer.h"
 #include "platform/photos/PHAsset.h"
 #include "platform/photos/PHChange.h"
+#include "platform/photos/PHCachingImageManager.h"
 #include "platform/photos/PHImageManager.h"
 #include "platform/view/PhotoReceiver.h"
 #include "platform/view/UIImagePickerController.h"
@@ -259,7 +260,7 @@ private:
     void updateLibraryState();
 
     std::weak_ptr<YMSPhotoPickerViewControllerDelegate> m_delegate;
-    std::shared_ptr<PHImageManager> m_imageManager;
+    std::shared_ptr<PHCachingImageManager> m_imageManager;
     QVariantMap m_themeValues;
 
     std::vector<CollectionItem> m_collectionItems;
