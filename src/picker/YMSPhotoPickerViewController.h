@@ -250,6 +250,7 @@ private:
     void selectPhotoJustTaken(const std::optional<PHAsset>& newest);
     void dropVanishedPhotos();
     void catchUpWithLibrary();
+    void refreshTiles(const CollectionItem& item);
 
     void startSession();
     void reloadCameraUnlessRunning();
