@@ -4,6 +4,8 @@
 #include "platform/base/Localization.h"
 #include "platform/photos/PHPhotoLibrary.h"
 #include "platform/photos/PictureFolders.h"
+#include "platform/base/Result.h"
+#include "platform/photos/PhotoSource.h"
 #include "platform/view/FailureAlert.h"
 
 #include <utility>

@@ -1,6 +1,8 @@
 #include "picker/YMSPhotoPickerViewController.h"
 
 #include "platform/base/Localization.h"
+#include "platform/photos/PHCollection.h"
+#include "platform/photos/PHFetchResult.h"
 #include "platform/photos/PHFetchResultChangeDetails.h"
 
 #include <algorithm>
