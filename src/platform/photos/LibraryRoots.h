@@ -15,8 +15,7 @@ struct LibraryRoots {
     friend bool operator==(const LibraryRoots&, const LibraryRoots&) = default;
 };
 
-/// The user's folder for pictures, no further ones, and "lamina" in the user's folder for caches. Usable from any
-/// thread.
+/// The user's folder for pictures, no further ones, and the application's folder for caches. Usable from any thread.
 LibraryRoots defaultLibraryRoots();
 
 } // namespace lamina

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/photos/PhotoRecords_p.h"
+
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -9,8 +11,6 @@
 namespace lamina {
 
 class PhotoIndex;
-using PhotoID = std::int64_t;  // as in the index
-using FolderID = std::int64_t; // as in the index
 
 /// Photos in the order shown: newest first, then by identifier. Never null and never changed.
 using PhotoIDs = std::shared_ptr<const std::vector<PhotoID>>;

@@ -7,6 +7,8 @@
 
 namespace lamina {
 
+struct NewPhoto;
+
 /// Stands for an asset that a change is about to create.
 struct PHObjectPlaceholder {
     std::string localIdentifier; ///< the asset's, once the change has succeeded
@@ -33,8 +35,8 @@ protected:
 
 private:
     friend class PHChangeRequests;
-    /// Writes the asset's file under a new name and gives its path.
-    virtual Result<std::string> saveIn(const std::string& folder) const;
+    /// The file that the asset will be. The error's subject is the file or folder concerned.
+    virtual Result<NewPhoto> newPhoto() const;
 
     PHObjectPlaceholder m_placeholder;
     UIImage m_image;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/base/Result.h"
 #include "platform/photos/PHAssetChangeRequest.h"
 
 #include <string>
@@ -23,7 +24,7 @@ public:
 private:
     friend class PHChangeRequests;
     using PHAssetChangeRequest::PHAssetChangeRequest;
-    Result<std::string> saveIn(const std::string& folder) const override;
+    Result<NewPhoto> newPhoto() const override;
 
     std::string m_path;
 };

@@ -1,14 +1,14 @@
 #include "platform/photos/PHChangeRequests_p.h"
 
-#include "platform/photos/PHAsset.h"
-#include "platform/photos/PhotoFolder.h"
+#include "platform/files/FileCauses.h"
+#include "platform/files/PrivateFolder.h"
+#include "platform/photos/Albums_p.h"
+#include "platform/photos/LibraryReports_p.h"
+#include "platform/photos/PhotoIndex_p.h"
 
-#include <QUuid>
-
+#include <algorithm>
 #include <filesystem>
-#include <map>
-#include <mutex>
-#include <string>
+#include <system_error>
 #include <utility>
 
 namespace lamina {
@@ -17,108 +17,45 @@ namespace {
 
 thread_local PHChangeRequests* t_current = nullptr;
 
-/// The assets that this process has created, by their identifiers.
-class CreatedAssets {
-public:
-    static CreatedAssets& shared()
-    {
-        static auto* const assets = new CreatedAssets;
-        return *assets;
-    }
-    void add(const PHAsset& asset)
-    {
-        const std::lock_guard lock(m_mutex);
-        m_assets.emplace(asset.localIdentifier, asset);
-    }
-    std::vector<PHAsset> find(const std::vector<std::string>& identifiers)
-    {
-        const std::lock_guard lock(m_mutex);
-        std::vector<PHAsset> found;
-        for (const std::string& identifier : identifiers) {
-            std::error_code ignored;
-            const auto asset = m_assets.find(identifier);
-            if (asset != m_assets.end() && std::filesystem::exists(asset->second.path, ignored))
-                found.push_back(asset->second);
-        }
-        return found;
-    }
-
-private:
-    std::mutex m_mutex;
-    std::map<std::string, PHAsset> m_assets;
-};
-
-void removeFiles(const std::vector<PHAsset>& assets)
+void removeFiles(const std::vector<std::string>& paths)
 {
     std::error_code ignored;
-    for (const PHAsset& asset : assets)
-        std::filesystem::remove(asset.path, ignored);
+    for (const std::string& path : paths)
+        std::filesystem::remove(path, ignored);
+}
+
+PHObjectPlaceholder newPlaceholder(PhotoIndex& index)
+{
+    return {index.localIdentifier(index.reserve())};
+}
+
+bool contains(const std::vector<PHObjectPlaceholder>& assets, const PHObjectPlaceholder& asset)
+{
+    return std::find(assets.begin(), assets.end(), asset) != assets.end();
+}
+
+/// Our own folder, which is made.
+Result<std::string> ownFolder()
+{
+    const std::string folder = photoLibraryFolder();
+    if (const Outcome made = makeFolder(folder); !made)
+        return made.error();
+    return folder;
 }
 
 } // namespace
 
-namespace {
-
-PHObjectPlaceholder newPlaceholder()
+void PHChangeRequests::perform(const std::function<void()>& changes, const std::function<void(const Outcome&)>& done)
 {
-    return {QUuid::createUuid().toString(QUuid::WithoutBraces).toUpper().toStdString()};
-}
-
-} // namespace
-
-PHAssetChangeRequest::PHAssetChangeRequest(PHObjectPlaceholder placeholder)
-    : m_placeholder(std::move(placeholder))
-{
-}
-
-PHAssetChangeRequest* PHAssetChangeRequest::creationRequestForAssetFromImage(const UIImage& image)
-{
-    return PHChangeRequests::current() ? PHChangeRequests::current()->addCreation(image) : nullptr;
-}
-
-Result<std::string> PHAssetChangeRequest::saveIn(const std::string&) const
-{
-    return savePNGToPhotoLibrary(m_image.upright().cgImage());
-}
-
-PHAssetCollectionChangeRequest::PHAssetCollectionChangeRequest(PHAssetCollection collection)
-    : m_collection(std::move(collection))
-{
-}
-
-PHAssetCollectionChangeRequest*
-PHAssetCollectionChangeRequest::changeRequestForAssetCollection(const PHAssetCollection& assetCollection)
-{
-    return PHChangeRequests::current() ? PHChangeRequests::current()->addCollectionChange(assetCollection) : nullptr;
-}
-
-void PHAssetCollectionChangeRequest::addAssets(const std::vector<PHObjectPlaceholder>& assets)
-{
-    m_added.insert(m_added.end(), assets.begin(), assets.end());
-}
-
-Result<std::string> PHAssetCreationRequest::saveIn(const std::string&) const
-{
-    return m_path.empty() ? Result<std::string>(Error{{}, "there is no picture"}) : copyToPhotoLibrary(m_path);
-}
-
-PHAssetCreationRequest* PHAssetCreationRequest::creationRequestForAsset()
-{
-    return PHChangeRequests::current() ? PHChangeRequests::current()->addCreation() : nullptr;
-}
-
-void PHAssetCreationRequest::addResource(PHAssetResourceType, const std::string& path)
-{
-    m_path = path;
-}
-
-Outcome PHChangeRequests::perform(const std::function<void()>& changes)
-{
-    PHChangeRequests change;
-    PHChangeRequests* const outer = std::exchange(t_current, &change);
+    PHChangeRequests requests;
+    requests.m_library = photoLibrary().snapshot();
+    PHChangeRequests* const outer = std::exchange(t_current, &requests);
     changes();
     t_current = outer;
-    return change.carryOut();
+    // What takes long comes before the hold, under which the library stands still.
+    const Result<std::vector<Creation>> creations = requests.creations();
+    const LibraryEngine::Hold hold = photoLibrary().holdChanges();
+    done(creations ? carryOut(*creations) : creations.error());
 }
 
 PHChangeRequests* PHChangeRequests::current()
@@ -126,45 +63,95 @@ PHChangeRequests* PHChangeRequests::current()
     return t_current;
 }
 
-PHAssetCreationRequest* PHChangeRequests::addCreation()
-{
-    auto* const creation = new PHAssetCreationRequest(newPlaceholder());
-    m_creations.emplace_back(creation);
-    return creation;
-}
-
 PHAssetChangeRequest* PHChangeRequests::addCreation(const UIImage& image)
 {
-    m_creations.emplace_back(new PHAssetChangeRequest(newPlaceholder()));
+    m_creations.emplace_back(new PHAssetChangeRequest(newPlaceholder(*m_library->index)));
     m_creations.back()->m_image = image;
     return m_creations.back().get();
 }
 
-PHAssetCollectionChangeRequest* PHChangeRequests::addCollectionChange(const PHAssetCollection& collection)
+PHAssetCreationRequest* PHChangeRequests::addCreation()
 {
-    m_collectionChanges.emplace_back(new PHAssetCollectionChangeRequest(collection));
-    return m_collectionChanges.back().get();
+    auto* const creation = new PHAssetCreationRequest(newPlaceholder(*m_library->index));
+    m_creations.emplace_back(creation);
+    return creation;
 }
 
-Outcome PHChangeRequests::carryOut() const
+PHAssetCollectionChangeRequest* PHChangeRequests::addCollectionChange(const PHAssetCollection& collection)
 {
-    std::vector<PHAsset> created;
-    for (const auto& creation : m_creations) {
-        const Result<std::string> path = creation->saveIn(photoLibraryFolder());
-        if (!path) {
-            removeFiles(created);
-            return path.error();
-        }
-        created.push_back({.localIdentifier = creation->m_placeholder.localIdentifier, .path = *path});
+    m_albumChanges.emplace_back(new PHAssetCollectionChangeRequest(collection));
+    return m_albumChanges.back().get();
+}
+
+Outcome PHChangeRequests::checkAlbums() const
+{
+    for (const auto& change : m_albumChanges) {
+        const PHAssetCollection& album = change->m_collection;
+        const Error refused{album.localizedTitle, "photos can’t be added to this album"};
+        if (album.assetCollectionType != PHAssetCollectionType::Album)
+            return refused;
+        for (const PHObjectPlaceholder& asset : change->m_added)
+            if (std::none_of(m_creations.begin(), m_creations.end(),
+                             [&](const auto& creation) { return creation->m_placeholder == asset; }))
+                return refused;
     }
-    for (const PHAsset& asset : created)
-        CreatedAssets::shared().add(asset);
     return success();
 }
 
-std::vector<PHAsset> fetchAssetsWithLocalIdentifiers(const std::vector<std::string>& identifiers)
+/// Empty: our own.
+Result<std::string> PHChangeRequests::folderFor(const PHObjectPlaceholder& asset) const
 {
-    return CreatedAssets::shared().find(identifiers);
+    for (const auto& change : m_albumChanges) {
+        if (!contains(change->m_added, asset))
+            continue;
+        const AlbumKey album = albumKeyOf(*m_library, change->m_collection);
+        const auto folder = m_library->folderPaths->find(album.folder);
+        std::error_code ignored;
+        if (folder == m_library->folderPaths->end() || !std::filesystem::is_directory(folder->second, ignored))
+            return Error{change->m_collection.path, cause::kNoSuchFolder};
+        return folder->second;
+    }
+    return std::string();
+}
+
+Result<std::vector<PHChangeRequests::Creation>> PHChangeRequests::creations() const
+{
+    if (const Outcome checked = checkAlbums(); !checked)
+        return checked.error();
+    std::vector<Creation> creations;
+    for (const auto& request : m_creations) {
+        const Result<std::string> folder = folderFor(request->m_placeholder);
+        if (!folder)
+            return folder.error();
+        Result<NewPhoto> file = request->newPhoto();
+        if (!file)
+            return file.error();
+        const std::optional<PhotoID> photo = m_library->index->photoID(request->m_placeholder.localIdentifier);
+        creations.push_back({photo.value_or(0), *folder, *std::move(file)});
+    }
+    return creations;
+}
+
+Outcome PHChangeRequests::carryOut(const std::vector<Creation>& creations)
+{
+    std::vector<std::string> paths;
+    const auto undone = [&paths](Error error) {
+        removeFiles(paths);
+        return error;
+    };
+    for (const Creation& creation : creations) {
+        const Result<std::string> folder = creation.folder.empty() ? ownFolder() : creation.folder;
+        if (!folder)
+            return undone(folder.error());
+        Result<std::string> path = saveInFolder(*folder, creation.file);
+        if (!path)
+            return undone(path.error());
+        paths.push_back(*std::move(path));
+    }
+    for (std::size_t i = 0; i < creations.size(); ++i)
+        if (const Result<PhotoID> adopted = photoLibrary().adopt(creations[i].photo, paths[i]); !adopted)
+            return undone(adopted.error());
+    return success();
 }
 
 } // namespace lamina

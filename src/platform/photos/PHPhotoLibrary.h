@@ -64,7 +64,7 @@ public:
 
     /// Lets the observer hear of every change from now on, for as long as it lives; observers are told in the order of
     /// these calls. One that is registered already stays where it is.
-    static void registerChangeObserver(std::weak_ptr<PHPhotoLibraryChangeObserver> observer);
+    static void registerChangeObserver(const std::weak_ptr<PHPhotoLibraryChangeObserver>& observer);
     /// It hears of nothing any more, not even of the change that is just being told to others.
     static void unregisterChangeObserver(const PHPhotoLibraryChangeObserver* observer);
 

@@ -330,8 +330,17 @@ Result<UIImage> decodeBMP(ByteSource& source, const DecodeOptions& options)
                                                         : decodeRunLength(*header, source, options);
 }
 
+Result<StoredFacts> factsOfBMP(ByteSource& source)
+{
+    const Result<BMPHeader> header = readBMPHeader(source);
+    if (!header)
+        return header.error();
+    return StoredFacts{
+        static_cast<std::uint64_t>(header->width), static_cast<std::uint64_t>(header->height), {}, false};
+}
+
 } // namespace
 
-const PictureDecoder kBMPDecoder{recognizesBMP, decodeBMP};
+const PictureDecoder kBMPDecoder{recognizesBMP, decodeBMP, factsOfBMP, nullptr};
 
 } // namespace lamina

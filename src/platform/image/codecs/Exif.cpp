@@ -1,51 +1,117 @@
 #include "platform/image/codecs/Exif_p.h"
 
-#include <algorithm>
-#include <cstring>
-#include <libexif/exif-data.h>
-#include <memory>
-#include <vector>
+#include "platform/image/codecs/ExifDate_p.h"
+#include "platform/image/codecs/TIFFTags_p.h"
+
+#include <array>
+#include <cstddef>
+#include <string>
+#include <string_view>
 
 namespace lamina {
 
 namespace {
 
-constexpr char kMark[] = {'E', 'x', 'i', 'f', '\0', '\0'};
+constexpr std::string_view kMark("Exif\0\0", 6);
 
-// Blocks in JPEG files are shorter than this, and the orientation stands at the front in any other.
-constexpr std::size_t kLongestBlock = 65536;
+enum Tag : std::uint16_t {
+    kOrientation = 0x0112,
+    kThumbnailOffset = 0x0201,
+    kThumbnailLength = 0x0202,
+    kExifDirectory = 0x8769,
+};
 
-struct Unref {
-    void operator()(ExifData* data) const { exif_data_unref(data); }
+/// Where a time and its offset from UTC stand, the best first.
+struct TimeTags {
+    std::uint16_t time;
+    std::uint16_t offset;
+};
+constexpr std::array<TimeTags, 3> kTimeTags{{
+    {0x9003, 0x9011}, // the original's
+    {0x9004, 0x9012}, // digitized
+    {0x0132, 0x9010}, // changed
+}};
+
+std::optional<TIFFTags> openTags(ByteSource& source, ByteRange block)
+{
+    if (block.length >= kMark.size() && standsAt(source, block.offset, kMark))
+        block = {block.offset + kMark.size(), block.length - kMark.size()};
+    return TIFFTags::open(source, block);
+}
+
+/// Gathers the texts of times from the directories that hold them.
+class Times {
+public:
+    void take(const TIFFTags& tags, const TIFFTags::Field& field)
+    {
+        for (std::size_t i = 0; i < kTimeTags.size(); ++i) {
+            if (field.tag == kTimeTags[i].time)
+                m_times[i] = tags.text(field);
+            else if (field.tag == kTimeTags[i].offset)
+                m_offsets[i] = tags.text(field);
+        }
+    }
+
+    std::optional<double> best() const
+    {
+        for (std::size_t i = 0; i < kTimeTags.size(); ++i) {
+            if (const std::optional<double> date = exifDate(m_times[i], m_offsets[i]))
+                return date;
+        }
+        return std::nullopt;
+    }
+
+private:
+    std::array<std::string, kTimeTags.size()> m_times;
+    std::array<std::string, kTimeTags.size()> m_offsets;
 };
 
 } // namespace
 
+ExifFacts readExif(ByteSource& source, ByteRange block)
+{
+    ExifFacts facts;
+    const std::optional<TIFFTags> tags = openTags(source, block);
+    if (!tags)
+        return facts;
+    Times times;
+    std::uint64_t exifDirectory = 0;
+    tags->eachField(tags->firstDirectory(), [&](const TIFFTags::Field& field) {
+        if (field.tag == kOrientation) // some editors write it with four bytes
+            facts.orientation = orientationFromExif(static_cast<int>(tags->number(field).value_or(0) & 0xFF));
+        else if (field.tag == kExifDirectory)
+            exifDirectory = tags->number(field).value_or(0);
+        else
+            times.take(*tags, field);
+    });
+    if (exifDirectory != 0)
+        tags->eachField(exifDirectory, [&](const TIFFTags::Field& field) { times.take(*tags, field); });
+    facts.date = times.best();
+    return facts;
+}
+
+ByteRange findExifThumbnail(ByteSource& source, ByteRange block)
+{
+    const std::optional<TIFFTags> tags = openTags(source, block);
+    if (!tags)
+        return {};
+    const std::uint64_t second = tags->eachField(tags->firstDirectory(), [](const TIFFTags::Field&) {});
+    std::uint64_t offset = 0;
+    std::uint64_t length = 0;
+    if (second != 0) {
+        tags->eachField(second, [&](const TIFFTags::Field& field) {
+            if (field.tag == kThumbnailOffset)
+                offset = tags->number(field).value_or(0);
+            else if (field.tag == kThumbnailLength)
+                length = tags->number(field).value_or(0);
+        });
+    }
+    return tags->rangeInSource(offset, length);
+}
+
 UIImageOrientation exifOrientation(std::span<const std::uint8_t> block)
 {
-    if (block.size() < 8)
-        return UIImageOrientation::Up;
-    if (std::memcmp(block.data(), kMark, sizeof kMark) == 0)
-        block = block.subspan(sizeof kMark);
-    block = block.first(std::min(block.size(), kLongestBlock));
-    // The library wants the mark that only JPEG files put in front.
-    std::vector<std::uint8_t> marked(std::begin(kMark), std::end(kMark));
-    marked.insert(marked.end(), block.begin(), block.end());
-
-    const std::unique_ptr<ExifData, Unref> data(exif_data_new());
-    if (!data)
-        return UIImageOrientation::Up;
-    exif_data_unset_option(data.get(), EXIF_DATA_OPTION_FOLLOW_SPECIFICATION); // it would invent tags that are missing
-    exif_data_load_data(data.get(), marked.data(), static_cast<unsigned>(marked.size()));
-    const ExifEntry* entry = exif_content_get_entry(data->ifd[EXIF_IFD_0], EXIF_TAG_ORIENTATION);
-    if (!entry || !entry->data)
-        return UIImageOrientation::Up;
-    const ExifByteOrder order = exif_data_get_byte_order(data.get());
-    if (entry->format == EXIF_FORMAT_SHORT && entry->size >= 2)
-        return orientationFromExif(exif_get_short(entry->data, order));
-    if (entry->format == EXIF_FORMAT_LONG && entry->size >= 4) // some editors write it so
-        return orientationFromExif(static_cast<int>(exif_get_long(entry->data, order) & 0xFF));
-    return UIImageOrientation::Up;
+    return readExif(*memorySource(block), {0, block.size()}).orientation;
 }
 
 } // namespace lamina

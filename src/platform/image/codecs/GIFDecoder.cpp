@@ -51,18 +51,11 @@ public:
 
     Result<UIImage> decode()
     {
-        int error = D_GIF_SUCCEEDED;
-        m_file.reset(DGifOpen(&m_reader, readForGiflib, &error));
-        if (!m_file)
-            return failure(error);
-        if (const Outcome done = seekFirstFrame(); !done)
-            return done.error();
+        const Result<IntSize> screen = readToFirstFrame();
+        if (!screen)
+            return screen.error();
         const GifImageDesc& frame = m_file->Image;
-        if (frame.Width <= 0 || frame.Height <= 0)
-            return Error{{}, cause::kDamaged};
-        // Some programs leave the screen's size unset; then it is as large as it must be.
-        const int width = m_file->SWidth > 0 ? m_file->SWidth : frame.Left + frame.Width;
-        const int height = m_file->SHeight > 0 ? m_file->SHeight : frame.Top + frame.Height;
+        const auto [width, height] = *screen;
         const std::uint64_t held = 4 * static_cast<std::uint64_t>(width) * static_cast<std::uint64_t>(height) +
                                    static_cast<std::uint64_t>(frame.Width);
         for (const IntSize size : {IntSize{width, height}, IntSize{frame.Width, frame.Height}}) {
@@ -76,6 +69,23 @@ public:
         if (const Outcome done = fill(builder); !done)
             return done.error();
         return std::move(builder).finish(true, {}, UIImageOrientation::Up);
+    }
+
+    /// The size of the logical screen.
+    Result<IntSize> readToFirstFrame()
+    {
+        int error = D_GIF_SUCCEEDED;
+        m_file.reset(DGifOpen(&m_reader, readForGiflib, &error));
+        if (!m_file)
+            return failure(error);
+        if (const Outcome done = seekFirstFrame(); !done)
+            return done.error();
+        const GifImageDesc& frame = m_file->Image;
+        if (frame.Width <= 0 || frame.Height <= 0)
+            return Error{{}, cause::kDamaged};
+        // Some programs leave the screen's size unset; then it is as large as it must be.
+        return IntSize{m_file->SWidth > 0 ? m_file->SWidth : frame.Left + frame.Width,
+                       m_file->SHeight > 0 ? m_file->SHeight : frame.Top + frame.Height};
     }
 
 private:
@@ -181,8 +191,23 @@ Result<UIImage> decodeGIF(ByteSource& source, const DecodeOptions& options)
     return std::make_unique<GIFReader>(source, options)->decode();
 }
 
+Result<StoredFacts> factsOfGIF(ByteSource& source)
+{
+    const auto side = [&](std::uint64_t at) { return numberAt(source, at, 2, std::endian::little).value_or(0); };
+    StoredFacts facts{side(6), side(8), {}, false};
+    if (facts.width != 0 && facts.height != 0)
+        return facts;
+    const DecodeOptions options;
+    const Result<IntSize> screen = std::make_unique<GIFReader>(source, options)->readToFirstFrame();
+    if (!screen)
+        return screen.error();
+    facts.width = static_cast<std::uint64_t>(screen->width);
+    facts.height = static_cast<std::uint64_t>(screen->height);
+    return facts;
+}
+
 } // namespace
 
-const PictureDecoder kGIFDecoder{recognizesGIF, decodeGIF};
+const PictureDecoder kGIFDecoder{recognizesGIF, decodeGIF, factsOfGIF, nullptr};
 
 } // namespace lamina

@@ -289,8 +289,13 @@ Result<UIImage> decodeHEIC(ByteSource& source, const DecodeOptions& options)
     return HEICReader(*heif, source, options).decode();
 }
 
+Result<StoredFacts> factsOfHEIC(ByteSource&)
+{
+    return Error{{}, "not yet"};
+}
+
 } // namespace
 
-const PictureDecoder kHEICDecoder{recognizesHEIC, decodeHEIC};
+const PictureDecoder kHEICDecoder{recognizesHEIC, decodeHEIC, factsOfHEIC, nullptr};
 
 } // namespace lamina

@@ -14,7 +14,9 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <span>
+#include <string_view>
 #include <vector>
 
 /// JPEG, by libjpeg-turbo: baseline and progressive, 8 bits, Huffman coded; grey, YCbCr, RGB, CMYK and YCCK. Can be
@@ -170,8 +172,67 @@ Result<UIImage> decodeJPEG(ByteSource& source, const DecodeOptions& options)
     return std::move(builder).finishOpaque(fits ? profile : std::vector<std::uint8_t>(), orientation);
 }
 
+/// The next marker from `at` on, which moves behind it; bytes between segments are passed over as the library does.
+std::optional<std::uint8_t> nextMarker(ByteSource& source, std::uint64_t& at)
+{
+    bool begun = false;
+    while (const std::optional<std::uint64_t> byte = numberAt(source, at, 1)) {
+        ++at;
+        if (begun && *byte != 0 && *byte != 0xFF)
+            return static_cast<std::uint8_t>(*byte);
+        begun = *byte == 0xFF;
+    }
+    return std::nullopt;
+}
+
+bool beginsFrame(std::uint8_t marker)
+{
+    return marker >= 0xC0 && marker <= 0xCF && marker != 0xC4 && marker != 0xC8 && marker != 0xCC;
+}
+
+bool standsAlone(std::uint8_t marker)
+{
+    return marker == 0x01 || (marker >= 0xD0 && marker <= 0xD8);
+}
+
+/// Takes what the content of a segment says.
+void takeSegment(StoredFacts& facts, ByteSource& source, std::uint8_t marker, ByteRange segment)
+{
+    constexpr std::uint8_t kApplication1 = 0xE1;
+    if (beginsFrame(marker)) {
+        facts.height = numberAt(source, segment.offset + 1, 2).value_or(0);
+        facts.width = numberAt(source, segment.offset + 3, 2).value_or(0);
+    } else if (marker == kApplication1 && facts.exif.length == 0 &&
+               standsAt(source, segment.offset, std::string_view("Exif\0\0", 6))) {
+        facts.exif = segment;
+    }
+}
+
+/// Leaps from segment to segment. The block usually stands before the frame, and must stand before the scan.
+Result<StoredFacts> factsOfJPEG(ByteSource& source)
+{
+    constexpr std::uint8_t kEnd = 0xD9;
+    constexpr std::uint8_t kScan = 0xDA;
+    StoredFacts facts;
+    std::uint64_t at = 2;
+    while (facts.width == 0 || facts.exif.length == 0) {
+        const std::optional<std::uint8_t> marker = nextMarker(source, at);
+        if (marker && standsAlone(*marker))
+            continue;
+        const std::optional<std::uint64_t> length = numberAt(source, at, 2);
+        if (!marker || !length || *marker == kEnd || *marker == kScan || *length < 2) {
+            if (facts.width != 0)
+                break;
+            return Error{{}, marker && length ? cause::kDamaged : cause::kTruncated};
+        }
+        takeSegment(facts, source, *marker, {at + 2, *length - 2});
+        at += *length;
+    }
+    return facts;
+}
+
 } // namespace
 
-const PictureDecoder kJPEGDecoder{recognizesJPEG, decodeJPEG};
+const PictureDecoder kJPEGDecoder{recognizesJPEG, decodeJPEG, factsOfJPEG, loadExifThumbnail};
 
 } // namespace lamina

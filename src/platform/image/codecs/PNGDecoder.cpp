@@ -17,6 +17,8 @@
 #include <cstdint>
 #include <cstring>
 #include <iterator>
+#include <libdeflate.h>
+#include <optional>
 #include <png.h>
 #include <span>
 #include <string_view>
@@ -268,8 +270,42 @@ Result<UIImage> decodePNG(ByteSource& source, const DecodeOptions& options)
     return std::move(rows).finish(profile(input, header), orientation(input));
 }
 
+/// An eXIf chunk whose checksum fails is none, as when the picture is read.
+bool hasItsChecksum(ByteSource& source, ByteRange content)
+{
+    constexpr std::uint64_t kLargestBlock = 65536; // some programs leave out the long ones as well
+    if (content.length > kLargestBlock)
+        return false;
+    std::vector<std::uint8_t> checked(static_cast<std::size_t>(content.length) + 4); // with its type in front
+    return source.read(content.offset - 4, checked) == checked.size() &&
+           numberAt(source, content.offset + content.length, 4) == libdeflate_crc32(0, checked.data(), checked.size());
+}
+
+/// Leaps from chunk to chunk. Those of the pixels can be thousands, behind which nothing is looked for.
+Result<StoredFacts> factsOfPNG(ByteSource& source)
+{
+    constexpr int kMostChunks = 32;
+    constexpr std::uint64_t kAroundContent = 12; // length, type and checksum
+    const std::optional<std::uint64_t> width = numberAt(source, 16, 4);
+    const std::optional<std::uint64_t> height = numberAt(source, 20, 4);
+    if (!width || !height)
+        return Error{{}, cause::kTruncated};
+    StoredFacts facts{*width, *height, {}, false};
+    std::uint64_t at = sizeof kSignature;
+    for (int i = 0; i < kMostChunks && facts.exif.length == 0; ++i) {
+        const std::optional<std::uint64_t> length = numberAt(source, at, 4);
+        if (!length || standsAt(source, at + 4, "IEND"))
+            break;
+        const ByteRange content{at + 8, *length};
+        if (standsAt(source, at + 4, "eXIf") && hasItsChecksum(source, content))
+            facts.exif = content;
+        at += *length + kAroundContent;
+    }
+    return facts;
+}
+
 } // namespace
 
-const PictureDecoder kPNGDecoder{recognizesPNG, decodePNG};
+const PictureDecoder kPNGDecoder{recognizesPNG, decodePNG, factsOfPNG, loadExifThumbnail};
 
 } // namespace lamina

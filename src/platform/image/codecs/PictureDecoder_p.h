@@ -2,6 +2,7 @@
 
 #include "platform/base/Causes.h"
 #include "platform/base/Result.h"
+#include "platform/image/codecs/ByteNumbers_p.h"
 #include "platform/image/codecs/ByteSource_p.h"
 #include "platform/image/codecs/PictureDecoding.h"
 #include "platform/image/pixels/UIImage.h"
@@ -12,6 +13,18 @@
 
 namespace lamina {
 
+/// What a file says of its picture before the pixels.
+struct StoredFacts {
+    /// Sides as stored, before the EXIF block's turn; above 0.
+    std::uint64_t width = 0;
+    std::uint64_t height = 0;
+    /// Where the EXIF block stands; of length 0 when there is none.
+    ByteRange exif;
+    /// The file turns its picture by other means, which the sides have gone through: the block's orientation is
+    /// nothing.
+    bool isUpright = false;
+};
+
 /// What reads one format, a file each: `XDecoder.cpp`. A failure inside names no subject, since a decoder doesn't know
 /// what its bytes are called; `loadPicture` and `decodePicture` set it. No exception but that of missing memory.
 struct PictureDecoder {
@@ -19,6 +32,10 @@ struct PictureDecoder {
     bool (*recognizes)(std::span<const std::uint8_t> head);
     /// The picture as `loadPicture` promises it; an empty one means that memory was short.
     Result<UIImage> (*decode)(ByteSource& source, const DecodeOptions& options);
+    /// What stands before the pixels, with as few reads as it takes. The sides need not be believable.
+    Result<StoredFacts> (*facts)(ByteSource& source);
+    /// The small picture inside the file, as it is stored; null for formats that hold none.
+    Result<UIImage> (*thumbnail)(ByteSource& source, const StoredFacts& facts);
 };
 
 extern const PictureDecoder kPNGDecoder;
@@ -29,9 +46,16 @@ extern const PictureDecoder kBMPDecoder;
 extern const PictureDecoder kGIFDecoder;
 extern const PictureDecoder kHEICDecoder;
 
+/// The decoder that a file's first bytes choose.
+Result<const PictureDecoder*> decoderFor(ByteSource& source);
+
+/// The JPEG picture inside the EXIF block, for any format that has such blocks.
+Result<UIImage> loadExifThumbnail(ByteSource& source, const StoredFacts& facts);
+
 /// The causes that several decoders give.
 namespace cause {
 inline constexpr const char* kDamaged = "the picture is damaged";
+inline constexpr const char* kNoThumbnail = "the file holds no thumbnail";
 inline constexpr const char* kTooLarge = "the picture is too large";
 } // namespace cause
 

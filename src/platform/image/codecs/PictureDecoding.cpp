@@ -26,15 +26,11 @@ Error tooLarge(std::int64_t width, std::int64_t height)
 
 Result<UIImage> decode(ByteSource& source, const DecodeOptions& options)
 {
-    if (source.size() == 0)
-        return Error{{}, "the file is empty"};
-    std::array<std::uint8_t, kHeadSize> head;
-    const std::size_t known = source.read(0, head);
-    const PictureFormat* format = pictureFormatForHead(std::span(head).first(known));
-    if (!format)
-        return Error{{}, cause::kNotAPicture};
+    const Result<const PictureDecoder*> decoder = decoderFor(source);
+    if (!decoder)
+        return decoder.error();
     try {
-        Result<UIImage> picture = format->decoder->decode(source, options);
+        Result<UIImage> picture = (*decoder)->decode(source, options);
         return picture && !*picture ? Error{{}, cause::kNoMemory} : picture;
     } catch (const std::bad_alloc&) {
         return Error{{}, cause::kNoMemory};
@@ -47,6 +43,16 @@ Result<UIImage> withSubject(Result<UIImage> picture, const std::string& subject)
 }
 
 } // namespace
+
+Result<const PictureDecoder*> decoderFor(ByteSource& source)
+{
+    if (source.size() == 0)
+        return Error{{}, "the file is empty"};
+    std::array<std::uint8_t, kHeadSize> head;
+    const std::size_t known = source.read(0, head);
+    const PictureFormat* format = pictureFormatForHead(std::span(head).first(known));
+    return format ? Result<const PictureDecoder*>(format->decoder) : Error{{}, cause::kNotAPicture};
+}
 
 Outcome checkClaim(std::int64_t width, std::int64_t height, std::uint64_t heldBytes, std::uint64_t fileBytes,
                    const DecodeOptions& options)

@@ -7,6 +7,7 @@
 #include "platform/image/codecs/RowCollector_p.h"
 #include "platform/image/codecs/TIFFFile_p.h"
 #include "platform/image/codecs/TIFFSamples_p.h"
+#include "platform/image/codecs/TIFFTags_p.h"
 #include "platform/image/pixels/ColorConversion.h"
 #include "platform/image/pixels/PixelKernels.h"
 #include "platform/image/pixels/UIImage.h"
@@ -329,8 +330,25 @@ Result<UIImage> decodeTIFF(ByteSource& source, const DecodeOptions& options)
     return ConvertedPageReader(file, *block, options).decode();
 }
 
+/// Without libtiff, which would read every value of the directory and needs a while to be loaded.
+Result<StoredFacts> factsOfTIFF(ByteSource& source)
+{
+    const ByteRange whole{0, source.size()};
+    const std::optional<TIFFTags> tags = TIFFTags::open(source, whole);
+    if (!tags)
+        return Error{{}, cause::kTruncated};
+    StoredFacts facts{0, 0, whole, false};
+    tags->eachField(tags->firstDirectory(), [&](const TIFFTags::Field& field) {
+        if (field.tag == TIFFTAG_IMAGEWIDTH)
+            facts.width = tags->number(field).value_or(0);
+        else if (field.tag == TIFFTAG_IMAGELENGTH)
+            facts.height = tags->number(field).value_or(0);
+    });
+    return facts;
+}
+
 } // namespace
 
-const PictureDecoder kTIFFDecoder{recognizesTIFF, decodeTIFF};
+const PictureDecoder kTIFFDecoder{recognizesTIFF, decodeTIFF, factsOfTIFF, nullptr};
 
 } // namespace lamina

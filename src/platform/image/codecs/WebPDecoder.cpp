@@ -19,6 +19,7 @@
 #include <cstring>
 #include <memory>
 #include <span>
+#include <string_view>
 #include <variant>
 
 /// WebP, by libwebp: still pictures, and the first frame of an animation on its canvas, which is clear where the frame
@@ -190,8 +191,51 @@ Result<UIImage> decodeWebP(ByteSource& source, const DecodeOptions& options)
     return decodeFrame(demuxer.get(), file.size(), options);
 }
 
+std::uint64_t littleEndian(ByteSource& source, std::uint64_t at, std::size_t size)
+{
+    return numberAt(source, at, size, std::endian::little).value_or(0);
+}
+
+/// The content of the chunk of a kind that comes first from `at` on; of length 0 when there is none nearby.
+ByteRange findChunk(ByteSource& source, std::uint64_t at, std::string_view kind)
+{
+    constexpr int kMostChunks = 64; // an animation has one a frame
+    for (int i = 0; i < kMostChunks && at < source.size(); ++i) {
+        const std::uint64_t length = littleEndian(source, at + 4, 4);
+        if (standsAt(source, at, kind))
+            return {at + 8, length};
+        at += 8 + length + length % 2;
+    }
+    return {};
+}
+
+/// The header of the one frame, or of the canvas in the extended form, which alone tells of an EXIF block.
+Result<StoredFacts> factsOfWebP(ByteSource& source)
+{
+    constexpr std::uint64_t kFirstChunk = 12;
+    constexpr std::uint64_t kContent = kFirstChunk + 8;
+    constexpr std::uint64_t kSide = 0x3FFF;
+    constexpr std::uint64_t kHasExif = 8;
+    StoredFacts facts;
+    if (standsAt(source, kFirstChunk, "VP8X")) {
+        facts.width = littleEndian(source, kContent + 4, 3) + 1;
+        facts.height = littleEndian(source, kContent + 7, 3) + 1;
+        if ((littleEndian(source, kContent, 1) & kHasExif) != 0)
+            facts.exif = findChunk(source, kFirstChunk, "EXIF");
+    } else if (standsAt(source, kFirstChunk, "VP8L")) {
+        const std::uint64_t sides = littleEndian(source, kContent + 1, 4);
+        facts.width = (sides & kSide) + 1;
+        facts.height = (sides >> 14 & kSide) + 1;
+    } else {
+        facts.width = littleEndian(source, kContent + 6, 2) & kSide;
+        facts.height = littleEndian(source, kContent + 8, 2) & kSide;
+    }
+    constexpr std::uint64_t kShortest = 30;
+    return source.size() < kShortest ? Result<StoredFacts>(Error{{}, cause::kTruncated}) : facts;
+}
+
 } // namespace
 
-const PictureDecoder kWebPDecoder{recognizesWebP, decodeWebP};
+const PictureDecoder kWebPDecoder{recognizesWebP, decodeWebP, factsOfWebP, loadExifThumbnail};
 
 } // namespace lamina

@@ -1,0 +1,12 @@
+#pragma once
+
+#include "platform/image/codecs/ByteSource_p.h"
+#include "platform/image/codecs/PictureFacts.h"
+
+namespace lamina {
+
+/// The same of a file that is open already, or in memory; errors have no subject.
+Result<PictureFacts> readPictureFacts(ByteSource& source);
+Result<UIImage> loadEmbeddedThumbnail(ByteSource& source);
+
+} // namespace lamina
