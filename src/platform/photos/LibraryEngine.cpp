@@ -1,7 +1,8 @@
 #include "platform/photos/LibraryEngine_p.h"
 
-#include "platform/files/FileCauses.h"
+#include "platform/photos/PhotoIndex_p.h"
 
+#include <filesystem>
 #include <mutex>
 #include <utility>
 
@@ -54,7 +55,7 @@ LibrarySnapshotPtr LibraryEngine::snapshot()
             .lamina = none,
             .folderPaths = std::make_shared<const std::unordered_map<FolderID, std::string>>(),
             .looseFiles = std::make_shared<const std::vector<LooseFile>>(),
-            .index = nullptr,
+            .index = PhotoIndex::open(""),
             .complete = true,
         });
     }
@@ -72,9 +73,20 @@ LibraryEngine::Hold LibraryEngine::holdChanges()
     return {};
 }
 
-Result<PhotoID> LibraryEngine::adopt(PhotoID, const std::string& path)
+Result<PhotoID> LibraryEngine::adopt(PhotoID reserved, const std::string& path)
 {
-    return Error{path, cause::kNoSuchFile};
+    const std::filesystem::path file(path);
+    PhotoID adopted = 0;
+    snapshot()->index->write([&](PhotoIndex::Writer& writer) {
+        FolderRecord folder;
+        folder.path = file.parent_path();
+        PhotoRecord photo;
+        photo.id = reserved;
+        photo.folder = writer.putFolder(folder);
+        photo.name = file.filename();
+        adopted = writer.putPhoto(photo);
+    });
+    return adopted;
 }
 
 void LibraryEngine::addLooseFiles(std::vector<std::string> paths, std::function<void(std::vector<PhotoID>)> handler)
