@@ -3,6 +3,7 @@
 #include "DecodeCheck.h"
 
 #include "platform/image/codecs/ByteSource_p.h"
+#include "platform/image/codecs/PictureDecoder_p.h"
 #include "platform/image/codecs/PictureDecoding.h"
 #include "platform/image/codecs/PictureFormats.h"
 
@@ -12,6 +13,12 @@
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
 
+[[noreturn]] static void stop(const std::string& fault)
+{
+    std::fprintf(stderr, "%s\n", fault.c_str());
+    std::abort();
+}
+
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
     using namespace lamina;
@@ -19,15 +26,15 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     static const PictureFormat& format = *std::ranges::find(pictureFormats(), LAMINA_FUZZ_NAME, &PictureFormat::name);
     if (!format.decoder->recognizes(bytes.first(std::min<std::size_t>(size, 64))))
         return 0;
+    if (const std::string fault = faultOfFacts(bytes); !fault.empty())
+        stop(fault);
     for (const int shortSide : {0, 5}) {
         DecodeOptions options;
         options.memoryLimit = kFuzzMemoryLimit;
         options.shortSide = shortSide;
         const auto source = memorySource(bytes);
-        if (const std::string fault = faultOf(format.decoder->decode(*source, options)); !fault.empty()) {
-            std::fprintf(stderr, "%s\n", fault.c_str());
-            std::abort();
-        }
+        if (const std::string fault = faultOf(format.decoder->decode(*source, options)); !fault.empty())
+            stop(fault);
     }
     return 0;
 }
