@@ -43,13 +43,17 @@ inline std::string faultOf(const Result<UIImage>& decoded)
     return translucent == (all != 255) ? "" : "alpha that the layout does not tell";
 }
 
-/// What is wrong with what is read of a file without decoding its picture; empty when nothing is.
-inline std::string faultOfFacts(std::span<const std::uint8_t> bytes)
+/// What is wrong with what is read of a file without decoding its picture; empty when nothing is. Where it can be
+/// decoded, to `whole`, both must say the same.
+inline std::string faultOfFacts(std::span<const std::uint8_t> bytes, const Result<UIImage>& whole)
 {
     const auto source = memorySource(bytes);
     const Result<PictureFacts> facts = readPictureFacts(*source);
     if (facts ? facts->width <= 0 || facts->height <= 0 : facts.error().cause.empty())
         return "facts that are none";
+    if (whole && (!facts || IntSize{facts->width, facts->height} != whole->pixelSize() ||
+                  facts->orientation != whole->imageOrientation()))
+        return "facts that are not the picture's";
     return faultOf(loadEmbeddedThumbnail(*source));
 }
 
