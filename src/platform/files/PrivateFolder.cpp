@@ -64,9 +64,14 @@ std::string stateFolder()
     return ownFolder("XDG_STATE_HOME", "/.local/state");
 }
 
+std::string cacheFolder()
+{
+    return ownFolder("XDG_CACHE_HOME", "/.cache");
+}
+
 Result<std::string> temporaryFolder()
 {
-    const std::string own = ownFolder("XDG_CACHE_HOME", "/.cache");
+    const std::string own = cacheFolder();
     if (own.empty())
         return Error{{}, "there is no folder for temporary files"};
     const std::string folder = own + "/temporary";

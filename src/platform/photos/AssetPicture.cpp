@@ -1,5 +1,6 @@
 #include "platform/photos/AssetPicture.h"
 
+#include "platform/base/Causes.h"
 #include "platform/image/codecs/PictureDecoding.h"
 #include "platform/image/drawing/CGContext.h"
 #include "platform/image/drawing/UIImageDrawing.h"
@@ -70,13 +71,25 @@ UIImage redrawn(const UIImage& picture, CGSize size)
     return context->makeUIImage();
 }
 
+/// As large as is wanted, or as memory allows: a claim is refused before anything is read.
+Result<UIImage> loadWithinMemory(const PhotoSource& source, DecodeOptions options)
+{
+    constexpr int kSmallest = 64;
+    Result<UIImage> stored = loadAsStored(source, options);
+    while (!stored && isRefusedForMemory(stored.error()) && options.shortSide > kSmallest) {
+        options.shortSide = options.shortSide * 7 / 8;
+        stored = loadAsStored(source, options);
+    }
+    return stored;
+}
+
 UIImage sized(const UIImage& picture, CGSize target, const AssetPictureRequest& request)
 {
     const CGSize own = picture.size();
     const CGSize scaled = scaledSize(own, target, request.contentMode);
     const bool enlarged = scaled.width > own.width || scaled.height > own.height;
     // A panorama that covers an upright screen can be enlarged beyond all bounds.
-    const bool tooLarge = scaled.width * scaled.height * 4 > static_cast<double>(DecodeOptions().memoryLimit);
+    const bool tooLarge = scaled.width * scaled.height * 4 > static_cast<double>(request.memoryLimit);
     if (enlarged && (tooLarge || request.resizeMode == ResizeMode::Fast))
         return picture.upright();
     return redrawn(picture, {std::max(1.0, std::round(scaled.width)), std::max(1.0, std::round(scaled.height))});
@@ -94,14 +107,17 @@ Result<UIImage> loadAssetPicture(const AssetPictureRequest& request, const std::
 {
     const std::string& path = request.asset.path;
     const PhotoSource source{path, nullptr, path};
-    DecodeOptions options;
-    options.cancelled = cancelled;
+    DecodeOptions options{.cancelled = cancelled, .memoryLimit = request.memoryLimit};
     const std::optional<CGSize> target = wholeTarget(request);
     if (!target)
         return loadUpright(source, options);
     options.shortSide = decodedShortSide(request.asset, *target, request.contentMode);
-    const Result<UIImage> stored = loadAsStored(source, options);
-    return stored ? madeOrNoMemory(sized(*stored, *target, request), path) : stored;
+    const Result<UIImage> stored = loadWithinMemory(source, options);
+    if (!stored)
+        return stored;
+    if (cancelled && *cancelled)
+        return Error{path, cause::kCancelled};
+    return madeOrNoMemory(sized(*stored, *target, request), path);
 }
 
 } // namespace lamina

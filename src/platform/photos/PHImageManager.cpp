@@ -77,7 +77,7 @@ PHImageRequestID PHImageManager::requestImageForAsset(const PHAsset& asset, CGSi
                                                       PHImageContentMode contentMode,
                                                       const PHImageRequestOptions& options, ResultHandler resultHandler)
 {
-    const AssetPictureRequest request{asset, targetSize, contentMode, options.resizeMode};
+    const AssetPictureRequest request{asset, targetSize, contentMode, options.resizeMode, options.memoryLimit};
     if (options.synchronous) {
         resultHandler(pictureOrLog(request, nullptr));
         return PHInvalidImageRequestID;
