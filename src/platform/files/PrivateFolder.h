@@ -14,13 +14,13 @@ namespace lamina {
 /// thread.
 std::string stateFolder();
 
-/// Where the application keeps what it can make anew: "lamina" in the user's folder for caches ($XDG_CACHE_HOME, else
-/// ~/.cache), which lies on a disk. Empty when the user has neither. It is not made here. Usable from any thread.
+/// Where the application keeps what it can make again: "lamina" in the user's folder for caches ($XDG_CACHE_HOME, else
+/// ~/.cache). Empty when the user has neither. It is not made here. Usable from any thread.
 std::string cacheFolder();
 
-/// A folder of our own for files that are to be gone some day, for the owner alone: "temporary" in the folder above,
-/// which can't be made by somebody else before us. It is made, and files in it that were last written more than a day
-/// ago are removed. The error's subject is the folder. Usable from any thread.
+/// A folder of our own for files that are to be gone some day, for the owner alone: "temporary" in `cacheFolder()`,
+/// which lies on a disk and can't be made by somebody else before us. It is made, and files in it that were last
+/// written more than a day ago are removed. The error's subject is the folder. Usable from any thread.
 Result<std::string> temporaryFolder();
 
 /// Makes the folder, and those above it that are missing, as folders usually are. The error's subject is the path.

@@ -1,0 +1,16 @@
+#pragma once
+
+#include "platform/photos/PhotoStore_p.h"
+
+#include <string>
+#include <memory>
+
+namespace lamina {
+
+/// Rows in memory alone, beginning with these. An empty identity becomes a new one.
+std::unique_ptr<PhotoStore> makeMemoryPhotoStore(StoreContents contents);
+
+/// 16 hexadecimal digits by chance.
+std::string makeIndexIdentity();
+
+} // namespace lamina

@@ -1,0 +1,96 @@
+#include "platform/photos/PhotoIndex_p.h"
+#include "platform/photos/PhotoRecords_p.h"
+#include "platform/photos/PhotoStore_p.h"
+
+#include <span>
+#include <optional>
+#include <cstdint>
+#include <cmath>
+#include <string>
+
+// Which row a file belongs to. Rows are found by what the file system knows a file by and by its name; each of the two
+// belongs to one row, so that a row which takes one over makes the other let go of it first.
+
+namespace lamina {
+
+namespace {
+
+/// A name that no file can have, for a row whose name another file has taken. Its own may be back under another one.
+std::string displacedName(std::int64_t id)
+{
+    return "/" + std::to_string(id);
+}
+
+/// File systems give the key of a removed file to the next new one; a file that was only moved has its content still.
+bool isSameFile(const PhotoRecord& row, const PhotoRecord& file)
+{
+    const bool sameName = row.folder == file.folder && row.name == file.name;
+    const bool sameContent = row.modified == file.modified && row.bytes == file.bytes;
+    return sameName || sameContent;
+}
+
+} // namespace
+
+PhotoID PhotoIndex::Writer::putPhoto(const PhotoRecord& record)
+{
+    PhotoRow row{record, 0};
+    if (!std::isfinite(record.date))
+        row.record.date = 0;
+    if (const PhotoID added = m_rows.insertPhoto(row); added != 0)
+        return added;
+
+    std::optional<PhotoRow> byKey = m_rows.photoWithKey(record.key);
+    std::optional<PhotoRow> byName = m_rows.photoNamed(record.folder, record.name);
+    const bool moved = byKey && isSameFile(byKey->record, record);
+    row.record.id = moved ? byKey->record.id : byName ? byName->record.id : 0;
+    if (byKey && byKey->record.id != row.record.id) {
+        byKey->record.key = {};
+        m_rows.updatePhoto(*byKey);
+    }
+    if (byName && byName->record.id != row.record.id) {
+        byName->record.name = displacedName(byName->record.id);
+        byName->gone = byName->gone == 0 ? m_now : byName->gone;
+        m_rows.updatePhoto(*byName);
+    }
+    if (row.record.id != 0) {
+        m_rows.updatePhoto(row);
+        return row.record.id;
+    }
+    row.record.id = record.id;
+    if (const PhotoID added = m_rows.insertPhoto(row); added != 0)
+        return added;
+    row.record.id = 0; // the id is another photo's
+    return m_rows.insertPhoto(row);
+}
+
+void PhotoIndex::Writer::markGone(std::span<const PhotoID> photos)
+{
+    for (const PhotoID photo : photos)
+        m_rows.markPhotoGone(photo, m_now);
+}
+
+FolderID PhotoIndex::Writer::putFolder(const FolderRecord& record)
+{
+    FolderRow row{record, 0};
+    const std::optional<FolderRow> byKey = m_rows.folderWithKey(record.key);
+    std::optional<FolderRow> byPath = m_rows.folderAt(record.path);
+    if (byKey && byPath && byKey->record.id != byPath->record.id) {
+        byPath->record.path = displacedName(byPath->record.id);
+        m_rows.updateFolder(*byPath);
+        m_rows.markFolderGone(byPath->record.id, m_now);
+    }
+    if (byKey || byPath) {
+        row.record.id = byKey ? byKey->record.id : byPath->record.id;
+        m_rows.updateFolder(row);
+        return row.record.id;
+    }
+    row.record.id = 0;
+    return m_rows.insertFolder(row);
+}
+
+void PhotoIndex::Writer::removeFolder(FolderID folder)
+{
+    m_rows.markFolderGone(folder, m_now);
+}
+
+} // namespace lamina
