@@ -137,14 +137,13 @@ void PhotoWatch::updateAll()
 ExitCode watchPhotos(const std::function<std::string(PhotoEvent event, const PHAsset& asset)>& line, bool isQuiet)
 {
     ExitCode code = ExitCode::Good;
-    bool isOver = false;
-    const auto tell = [&](PhotoEvent event, const PHAsset& asset) {
-        if (isOver)
+    const auto isOver = std::make_shared<bool>(false); // for the main thread
+    const auto tell = [&code, &line, isOver](PhotoEvent event, const PHAsset& asset) {
+        if (*isOver)
             return;
         const std::string text = line(event, asset);
-        errno = 0;
-        isOver = std::fwrite(text.data(), 1, text.size(), stdout) != text.size() || std::fflush(stdout) != 0;
-        if (isOver && errno != EPIPE) // a reader that has heard enough is no failure
+        *isOver = std::fwrite(text.data(), 1, text.size(), stdout) != text.size() || std::fflush(stdout) != 0;
+        if (*isOver && errno != EPIPE) // a reader that has heard enough is no failure
             code = fail({"standard output", "can't be written"}, ExitCode::Output);
     };
     PHPhotoLibrary::waitUntilComplete();
@@ -152,11 +151,11 @@ ExitCode watchPhotos(const std::function<std::string(PhotoEvent event, const PHA
     PHPhotoLibrary::registerChangeObserver(watch);
     if (!isQuiet)
         note("Watching " + std::to_string(watch->count()) + " photos; Ctrl+C ends it.");
-    std::thread([&isOver] {
+    std::thread([isOver] {
         waitForReaderToLeave(STDOUT_FILENO);
-        DispatchQueue::main().async([&isOver] { isOver = true; });
+        DispatchQueue::main().async([isOver] { *isOver = true; });
     }).detach();
-    DispatchQueue::main().runUntil([&isOver] { return isOver; });
+    DispatchQueue::main().runUntil([isOver] { return *isOver; });
     return code;
 }
 
