@@ -1,6 +1,7 @@
 #include "picker/YMSPhotoHelper.h"
 
 #include "platform/base/DispatchQueue.h"
+#include "platform/media/AVCaptureDevice.h"
 #include "platform/photos/PHPhotoLibrary.h"
 
 #include <utility>
@@ -40,6 +41,35 @@ struct Presentation {
     }
 };
 
+/// Those who take part in one guarded use of the camera.
+struct CameraUse {
+    std::shared_ptr<UIViewController> presenter;
+    std::shared_ptr<UIImagePickerControllerDelegate> delegate;
+
+    void proceed() const
+    {
+        const auto camera = std::make_shared<UIImagePickerController>();
+        camera->setDelegate(delegate);
+        camera->setSourceType(UIImagePickerControllerSourceType::Camera);
+        camera->setModalPresentationStyle(UIModalPresentationStyle::CurrentContext);
+        presenter->present(camera, true);
+    }
+    void refuse() const
+    {
+        using Call = YMSPhotoPickerViewControllerDelegate::Call;
+        auto* const picker = dynamic_cast<YMSPhotoPickerViewController*>(delegate.get());
+        const auto heard = picker ? picker->delegate() : nullptr;
+        if (heard && heard->respondsTo(Call::DidReceiveCameraAccessDenied))
+            heard->photoPickerViewControllerDidReceiveCameraAccessDenied(*picker);
+    }
+    void ask() const
+    {
+        AVCaptureDevice::requestVideoAccess([all = *this](bool granted) mutable {
+            DispatchQueue::main().async([all = std::move(all), granted] { granted ? all.proceed() : all.refuse(); });
+        });
+    }
+};
+
 } // namespace
 
 void yms_presentCustomAlbumPhotoView(UIViewController& presenter, std::shared_ptr<YMSPhotoPickerViewController> picker,
@@ -60,6 +90,37 @@ void yms_presentCustomAlbumPhotoView(UIViewController& presenter, std::shared_pt
     default: // a part of the library alone is not enough to choose from, and refusal would be untrue
         break;
     }
+}
+
+void yms_presentAlbumPhotoViewWithDelegate(UIViewController& presenter,
+                                           std::shared_ptr<YMSPhotoPickerViewControllerDelegate> delegate)
+{
+    yms_presentCustomAlbumPhotoView(presenter, std::make_shared<YMSPhotoPickerViewController>(), std::move(delegate));
+}
+
+void yms_presentCameraCaptureViewWithDelegate(UIViewController& presenter,
+                                              std::shared_ptr<UIImagePickerControllerDelegate> delegate)
+{
+    if (!UIImagePickerController::isSourceTypeAvailable(UIImagePickerControllerSourceType::Camera))
+        return;
+    const CameraUse use{presenter.shared_from_this(), std::move(delegate)};
+    switch (AVCaptureDevice::videoAuthorizationStatus()) {
+    case AVAuthorizationStatus::Authorized:
+        use.proceed();
+        break;
+    case AVAuthorizationStatus::Restricted:
+    case AVAuthorizationStatus::Denied:
+        use.refuse();
+        break;
+    case AVAuthorizationStatus::NotDetermined:
+        use.ask();
+        break;
+    }
+}
+
+UIImage yms_orientationNormalizedImage(const UIImage& image)
+{
+    return image.upright();
 }
 
 } // namespace lamina

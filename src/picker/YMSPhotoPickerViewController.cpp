@@ -1,8 +1,72 @@
 #include "picker/YMSPhotoPickerViewController.h"
 
+#include "picker/PickerThemeValues.h"
+#include "platform/photos/PHPhotoLibrary.h"
+#include "platform/view/UIBarButtonItem.h"
+
 namespace lamina {
 
-YMSPhotoPickerViewController::YMSPhotoPickerViewController() = default;
+using Call = YMSPhotoPickerViewControllerDelegate::Call;
+
+YMSPhotoPickerViewController::YMSPhotoPickerViewController()
+{
+    connect(&m_bar.topConstraint(), &AnimatedProperty::valueChanged, this,
+            &YMSPhotoPickerViewController::barOffsetChanged);
+    connect(&m_bar.alpha(), &AnimatedProperty::valueChanged, this, &YMSPhotoPickerViewController::barAlphaChanged);
+}
+
 YMSPhotoPickerViewController::~YMSPhotoPickerViewController() = default;
+
+void YMSPhotoPickerViewController::viewDidLoad()
+{
+    UIViewController::viewDidLoad();
+    m_imageManager = std::make_shared<PHImageManager>();
+    m_themeValues = themeValues(theme());
+    m_grid.allowsMultipleSelection = allowsMultipleSelection();
+    fetchCollections();
+    if (allowsMultipleSelection()) {
+        setRightBarButtonItem(
+            std::make_shared<UIBarButtonItem>(UIBarButtonSystemItem::Done, [this] { finishPickingPhotos(); }));
+        doneItem()->setEnabled(false);
+    }
+    updateViewWithCollectionItem(m_collectionItems.empty() ? std::nullopt : std::optional(m_collectionItems.front()));
+    updateLibraryState();
+}
+
+void YMSPhotoPickerViewController::viewWillAppear(bool animated)
+{
+    UIViewController::viewWillAppear(animated);
+    PHPhotoLibrary::registerChangeObserver(weakSelf());
+    catchUpWithLibrary();
+}
+
+void YMSPhotoPickerViewController::viewWillDisappear(bool animated)
+{
+    UIViewController::viewWillDisappear(animated);
+    PHPhotoLibrary::unregisterChangeObserver(this);
+}
+
+void YMSPhotoPickerViewController::cancelPicking()
+{
+    cancelFullImage();
+    const auto heard = delegate();
+    if (heard && heard->respondsTo(Call::DidCancel))
+        heard->photoPickerViewControllerDidCancel(*this);
+    else
+        dismiss(true);
+}
+
+void YMSPhotoPickerViewController::finishPickingPhotos()
+{
+    if (m_selectedPhotos.empty())
+        return;
+    const auto heard = delegate();
+    if (!heard || !heard->respondsTo(Call::DidFinishPickingImages)) {
+        cancelPicking();
+        return;
+    }
+    const std::vector<PHAsset> chosen = m_selectedPhotos;
+    heard->photoPickerViewController(*this, chosen);
+}
 
 } // namespace lamina

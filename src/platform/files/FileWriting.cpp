@@ -188,11 +188,11 @@ Result<std::string> writeNumberedFile(const std::string& stem, const std::string
     return writeNumbered(stem, extension, fillingWith(pieces));
 }
 
-Outcome writePrivateFile(const std::string& path, std::span<const std::uint8_t> bytes)
+Outcome writePrivateFile(const std::string& path, std::span<const std::uint8_t> bytes, Durability durability)
 {
     const std::filesystem::path target(path);
     UnfinishedFile file(target, 0600);
-    file.write(bytes, Durability::OnDevice);
+    file.write(bytes, durability);
     file.replace(target);
     if (file.error() != 0)
         return Error{path, writingFailure(file.error())};

@@ -48,11 +48,15 @@ Result<std::string> writeNumberedFile(const std::string& stem, const std::string
 Result<std::string> writeNumberedFile(const std::string& stem, const std::string& extension,
                                       std::span<const std::uint8_t> bytes);
 
+/// Ordinary: the system writes to the device when it likes. OnDevice: what was written survives a loss of power.
+enum class Durability { Ordinary, OnDevice };
+
 /// Writes the whole file or nothing, for the owner alone (mode 0600), whatever bears the name: that is replaced, and
-/// not followed where it is a link. The bytes are on the device before the file takes its name, so that a loss of power
-/// leaves the file of before or this one. The error's subject is the path. The temporary file is as above. Usable from
-/// any thread.
-Outcome writePrivateFile(const std::string& path, std::span<const std::uint8_t> bytes);
+/// not followed where it is a link. `OnDevice` the bytes are there before the file takes its name, so that a loss of
+/// power leaves the file of before or this one. The error's subject is the path. The temporary file is as above. Usable
+/// from any thread.
+Outcome writePrivateFile(const std::string& path, std::span<const std::uint8_t> bytes,
+                         Durability durability = Durability::OnDevice);
 
 /// What the names of temporary files end in.
 inline constexpr std::string_view kUnfinishedSuffix = ".lamina-unfinished";

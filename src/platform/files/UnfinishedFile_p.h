@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/files/FileWriting.h"
+
 #include <csignal>
 #include <cstdint>
 #include <filesystem>
@@ -8,9 +10,6 @@
 #include <sys/stat.h>
 
 namespace lamina {
-
-/// Ordinary: the system writes to the device when it likes. OnDevice: what was written survives a loss of power.
-enum class Durability { Ordinary, OnDevice };
 
 /// A temporary file in the folder of its target, gone with this object unless it has taken the target's place. Each
 /// step does nothing once one has failed; `error` keeps the number of the first failure, 0 while there is none.

@@ -49,6 +49,9 @@ constexpr std::array kRow{"Up", "Down", "Left", "Right"};
 constexpr std::array kPage{"PgUp", "PgDown"};
 constexpr std::array kEnds{"Home", "End"};
 constexpr std::array kLetters{"A", "Z"};
+constexpr std::array kMark{"X", "Ctrl+Space", "Ins"};
+constexpr std::array kPreview{"Space"};
+constexpr std::array kAlbums{"A", "Alt+Down"};
 constexpr std::array kTab{"Tab", "Shift+Tab"};
 constexpr std::array kBack{"Esc", "Back"};
 constexpr std::array kTools{"1", "2", "3", "4", "5"};
@@ -80,6 +83,11 @@ constexpr std::array kListCommands{
     Command{"ends", QT_TRANSLATE_NOOP("Lamina", "First and last"), kEnds, Show::All},
     Command{"letters", QT_TRANSLATE_NOOP("Lamina", "Jump to a name"), kLetters, Show::Range},
 };
+constexpr std::array kPickerCommands{
+    Command{"mark", QT_TRANSLATE_NOOP("Lamina", "Choose a photo or leave it"), kMark, Show::First},
+    Command{"preview", QT_TRANSLATE_NOOP("Lamina", "Look at a photo"), kPreview, Show::First},
+    Command{"albums", QT_TRANSLATE_NOOP("Lamina", "Albums"), kAlbums, Show::First},
+};
 constexpr std::array kWindowCommands{
     Command{"tab", QT_TRANSLATE_NOOP("Lamina", "Next control"), kTab, Show::First},
     Command{"back", QT_TRANSLATE_NOOP("Lamina", "One step back"), kBack, Show::First},
@@ -93,6 +101,7 @@ constexpr std::array kGroups{
     Group{QT_TRANSLATE_NOOP("Lamina", "Photos"), kPhotoCommands},
     Group{QT_TRANSLATE_NOOP("Lamina", "Canvas"), kCanvasCommands},
     Group{QT_TRANSLATE_NOOP("Lamina", "Lists"), kListCommands},
+    Group{QT_TRANSLATE_NOOP("Lamina", "Choosing photos"), kPickerCommands},
     Group{QT_TRANSLATE_NOOP("Lamina", "Windows"), kWindowCommands},
 };
 
@@ -105,6 +114,7 @@ constexpr std::array kCaps{
     Cap{"Ctrl", QT_TRANSLATE_NOOP("Lamina", "Ctrl")},
     Cap{"Shift", QT_TRANSLATE_NOOP("Lamina", "Shift")},
     Cap{"Return", QT_TRANSLATE_NOOP("Lamina", "Enter")},
+    Cap{"Space", QT_TRANSLATE_NOOP("Lamina", "Space")},
     Cap{"Del", QT_TRANSLATE_NOOP("Lamina", "Delete")},
     Cap{"Menu", QT_TRANSLATE_NOOP("Lamina", "Menu")},
     Cap{"Home", QT_TRANSLATE_NOOP("Lamina", "Home key")},

@@ -22,6 +22,16 @@ using Kind = PresentationTransition::Kind;
 
 constexpr const char* kModule = ":/qt/qml/Lamina/";
 
+/// A screen that was made by hand goes by the scene of its class.
+const UIStoryboardScene* sceneOf(const UIViewController& controller)
+{
+    if (controller.scene())
+        return controller.scene();
+    const UIStoryboard::Scenes& scenes = UIStoryboard::named(kMainStoryboard)->scenes();
+    const auto found = scenes.find(controller.className().toStdString());
+    return found == scenes.end() ? nullptr : found->second.get();
+}
+
 /// The layout of a screen, a file of the module; empty: it has none.
 QString layoutOf(const UIViewController& controller)
 {
@@ -37,7 +47,8 @@ QString layoutOf(const UIViewController& controller)
     case UISystemPresentation::None:
         break;
     }
-    return controller.scene() ? QString::fromStdString(controller.scene()->qmlFile) : QString();
+    const UIStoryboardScene* const scene = sceneOf(controller);
+    return scene ? QString::fromStdString(scene->qmlFile) : QString();
 }
 
 QUrl layoutURLOf(const UIViewController& controller)

@@ -37,6 +37,14 @@ set(LAMINA_QML_FILES
     export/ShareScreen.qml
     export/SizeField.qml
     export/TiffScreen.qml
+    picker/CameraTile.qml
+    picker/PhotoGrid.qml
+    picker/PhotoTile.qml
+    picker/PickerBar.qml
+    picker/PickerButton.qml
+    picker/PickerMessage.qml
+    picker/PickerTile.qml
+    picker/YMSPhotoPickerScreen.qml
     platform/host/ActivityScreen.qml
     platform/host/AlertScreen.qml
     platform/host/DocumentPickerScreen.qml
@@ -74,6 +82,7 @@ set(LAMINA_QML_FILES
     platform/host/controls/Paper.qml
     platform/host/controls/PhotoButton.qml
     platform/host/controls/RoundButton.qml
+    platform/host/controls/RowList.qml
     platform/host/controls/PlaceRow.qml
     platform/host/controls/Scrim.qml
     platform/host/controls/ScrollPage.qml

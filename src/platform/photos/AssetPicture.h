@@ -7,6 +7,7 @@
 #include "platform/photos/PHImageRequestOptions.h"
 
 #include <atomic>
+#include <cstddef>
 
 namespace lamina {
 
@@ -16,6 +17,7 @@ struct AssetPictureRequest {
     CGSize targetSize; ///< pixels; not positive or not finite: the maximum size
     PHImageContentMode contentMode = PHImageContentMode::AspectFit;
     PHImageRequestOptionsResizeMode resizeMode = PHImageRequestOptionsResizeMode::Fast;
+    std::size_t memoryLimit = PHImageRequestOptions().memoryLimit; ///< see there
 };
 
 /// Whether the request is for a picture so small that it should not wait behind whole photos.

@@ -1,5 +1,8 @@
 #pragma once
 
+#include "platform/base/Result.h"
+#include "platform/photos/PHAssetChangeRequest.h"
+
 #include <string>
 
 namespace lamina {
@@ -7,13 +10,8 @@ namespace lamina {
 /// What a file of an asset is. The values are the platform's.
 enum class PHAssetResourceType { Photo = 1, Video = 2 };
 
-/// Stands for an asset that a change is about to create.
-struct PHObjectPlaceholder {
-    std::string localIdentifier; ///< the asset's, once the change has succeeded
-};
-
-/// One new asset, as part of a change (see `PHPhotoLibrary::performChanges`), in whose block alone it lives.
-class PHAssetCreationRequest {
+/// One new asset of a file that is there already, as part of a change.
+class PHAssetCreationRequest : public PHAssetChangeRequest {
 public:
     /// Adds a request to the change whose block is running in this thread; null outside such a block. It belongs to
     /// the change.
@@ -23,13 +21,11 @@ public:
     /// place of one before; without any the change fails.
     void addResource(PHAssetResourceType type, const std::string& path);
 
-    const PHObjectPlaceholder& placeholderForCreatedAsset() const { return m_placeholder; }
-
 private:
-    friend class PHChange;
-    PHAssetCreationRequest();
+    friend class PHChangeRequests;
+    using PHAssetChangeRequest::PHAssetChangeRequest;
+    Result<NewPhoto> newPhoto() const override;
 
-    PHObjectPlaceholder m_placeholder;
     std::string m_path;
 };
 

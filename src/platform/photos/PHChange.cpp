@@ -1,118 +1,63 @@
 #include "platform/photos/PHChange_p.h"
 
-#include "platform/photos/PHAsset.h"
-#include "platform/photos/PhotoFolder.h"
+#include "platform/photos/FetchDifferences_p.h"
+#include "platform/photos/PHFetchResult_p.h"
 
-#include <QUuid>
-
-#include <filesystem>
-#include <map>
-#include <mutex>
-#include <string>
+#include <cstddef>
 #include <utility>
 
 namespace lamina {
 
 namespace {
 
-thread_local PHChange* t_current = nullptr;
-
-/// The assets that this process has created, by their identifiers.
-class CreatedAssets {
-public:
-    static CreatedAssets& shared()
-    {
-        static auto* const assets = new CreatedAssets;
-        return *assets;
-    }
-    void add(const PHAsset& asset)
-    {
-        const std::lock_guard lock(m_mutex);
-        m_assets.emplace(asset.localIdentifier, asset);
-    }
-    std::vector<PHAsset> find(const std::vector<std::string>& identifiers)
-    {
-        const std::lock_guard lock(m_mutex);
-        std::vector<PHAsset> found;
-        for (const std::string& identifier : identifiers) {
-            std::error_code ignored;
-            const auto asset = m_assets.find(identifier);
-            if (asset != m_assets.end() && std::filesystem::exists(asset->second.path, ignored))
-                found.push_back(asset->second);
-        }
-        return found;
-    }
-
-private:
-    std::mutex m_mutex;
-    std::map<std::string, PHAsset> m_assets;
-};
-
-void removeFiles(const std::vector<PHAsset>& assets)
-{
-    std::error_code ignored;
-    for (const PHAsset& asset : assets)
-        std::filesystem::remove(asset.path, ignored);
-}
+/// With more than this to do a list is better shown anew.
+constexpr std::size_t kMostDifferences = 5000;
+/// So much of the past is kept.
+constexpr std::size_t kMostChanges = 256;
+constexpr std::size_t kMostChangedPhotos = 100'000;
 
 } // namespace
 
-PHAssetCreationRequest::PHAssetCreationRequest()
-    : m_placeholder{QUuid::createUuid().toString(QUuid::WithoutBraces).toUpper().toStdString()}
+void RecentChanges::add(const LibraryChange& change)
 {
-}
-
-PHAssetCreationRequest* PHAssetCreationRequest::creationRequestForAsset()
-{
-    return PHChange::current() ? PHChange::current()->addCreation() : nullptr;
-}
-
-void PHAssetCreationRequest::addResource(PHAssetResourceType, const std::string& path)
-{
-    m_path = path;
-}
-
-Outcome PHChange::perform(const std::function<void()>& changes)
-{
-    PHChange change;
-    PHChange* const outer = std::exchange(t_current, &change);
-    changes();
-    t_current = outer;
-    return change.carryOut();
-}
-
-PHChange* PHChange::current()
-{
-    return t_current;
-}
-
-PHAssetCreationRequest* PHChange::addCreation()
-{
-    m_creations.emplace_back(new PHAssetCreationRequest);
-    return m_creations.back().get();
-}
-
-Outcome PHChange::carryOut() const
-{
-    std::vector<PHAsset> created;
-    for (const auto& creation : m_creations) {
-        const Result<std::string> path = creation->m_path.empty()
-                                             ? Result<std::string>(Error{{}, "there is no picture"})
-                                             : copyToPhotoLibrary(creation->m_path);
-        if (!path) {
-            removeFiles(created);
-            return path.error();
-        }
-        created.push_back({.localIdentifier = creation->m_placeholder.localIdentifier, .path = *path});
+    if (!m_from)
+        m_from = change.before->generation;
+    if (!change.changed.empty())
+        m_changes.push_back(
+            std::make_shared<const ChangedPhotos>(ChangedPhotos{change.after->generation, change.changed}));
+    m_photos += change.changed.size();
+    while (m_changes.size() > kMostChanges || m_photos > kMostChangedPhotos) {
+        m_from = m_changes.front()->generation;
+        m_photos -= m_changes.front()->photos.size();
+        m_changes.erase(m_changes.begin());
     }
-    for (const PHAsset& asset : created)
-        CreatedAssets::shared().add(asset);
-    return success();
 }
 
-std::vector<PHAsset> fetchAssetsWithLocalIdentifiers(const std::vector<std::string>& identifiers)
+std::optional<std::vector<PhotoID>> RecentChanges::since(std::uint64_t generation) const
 {
-    return CreatedAssets::shared().find(identifiers);
+    if (!m_from || generation < *m_from)
+        return std::nullopt;
+    std::vector<PhotoID> photos;
+    for (const auto& change : m_changes)
+        if (change->generation > generation)
+            photos.insert(photos.end(), change->photos.begin(), change->photos.end());
+    return photos;
+}
+
+std::optional<PHFetchResultChangeDetails> PHChange::changeDetailsForFetchResult(const PHFetchResult& object) const
+{
+    const PHFetchResult::Content& before = object.content();
+    const LibrarySnapshotPtr& now = m_content->after;
+    if (!before.snapshot || before.snapshot->generation >= now->generation)
+        return std::nullopt;
+    const auto after = std::make_shared<const PHFetchResult::Content>(now, before.album);
+    const auto changed = m_content->recent.since(before.snapshot->generation);
+    auto lists = changed ? fetchDifferences(*before.photos, *after->photos, *changed, kMostDifferences) : std::nullopt;
+    if (!lists)
+        return PHFetchResultChangeDetails(object, PHFetchResult(after), {}, false);
+    if (lists->removed.empty() && lists->inserted.empty() && lists->changed.empty() && lists->moves.empty())
+        return std::nullopt;
+    return PHFetchResultChangeDetails(object, PHFetchResult(after), *std::move(lists), true);
 }
 
 } // namespace lamina

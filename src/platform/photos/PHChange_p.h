@@ -1,30 +1,41 @@
 #pragma once
 
-#include "platform/base/Result.h"
-#include "platform/photos/PHAssetCreationRequest.h"
+#include "platform/photos/LibrarySnapshot_p.h"
+#include "platform/photos/PHChange.h"
 
-#include <functional>
+#include <cstddef>
+#include <cstdint>
 #include <memory>
+#include <optional>
 #include <vector>
 
 namespace lamina {
 
-/// The requests of one change, gathered while its block runs and carried out together: all of them or none.
-class PHChange {
+/// The photos whose content, date or place were different from one generation of the library on.
+struct ChangedPhotos {
+    std::uint64_t generation = 0;
+    std::vector<PhotoID> photos;
+};
+
+/// What was changed lately, oldest first, so that also a fetch result that was left out for a while can tell which of
+/// its pictures to show anew.
+class RecentChanges {
 public:
-    /// Runs the block in this thread and then carries out what it has requested. The error's subject is the file
-    /// concerned.
-    static Outcome perform(const std::function<void()>& changes);
+    /// The history begins with a change that `before` doesn't know. Much that is long ago is forgotten.
+    void add(const LibraryChange& change);
 
-    /// The change whose block is running in this thread; null outside.
-    static PHChange* current();
-
-    PHAssetCreationRequest* addCreation();
+    /// All photos changed after that generation; nothing when that is too long ago.
+    std::optional<std::vector<PhotoID>> since(std::uint64_t generation) const;
 
 private:
-    Outcome carryOut() const;
+    std::optional<std::uint64_t> m_from; ///< all changes after this generation are here
+    std::size_t m_photos = 0;            ///< in all of them
+    std::vector<std::shared_ptr<const ChangedPhotos>> m_changes;
+};
 
-    std::vector<std::unique_ptr<PHAssetCreationRequest>> m_creations;
+struct PHChange::Content {
+    LibrarySnapshotPtr after;
+    RecentChanges recent;
 };
 
 } // namespace lamina

@@ -1,12 +1,18 @@
 #pragma once
 
+#include <cstddef>
+
 namespace lamina {
 
 /// How a picture takes its place in the target size: wholly inside it, or covering all of it.
 enum class PHImageContentMode { AspectFit = 0, AspectFill = 1 };
 
-/// Which answers are wanted. All of them come to the same here: one answer, in full quality.
-enum class PHImageRequestOptionsDeliveryMode { Opportunistic = 0, HighQualityFormat = 1, FastFormat = 2 };
+/// Which answers are wanted.
+enum class PHImageRequestOptionsDeliveryMode {
+    Opportunistic = 0,     ///< a coarse one first where one is quickly at hand, then the final one
+    HighQualityFormat = 1, ///< the final one alone
+    FastFormat = 2,        ///< the same as high quality here
+};
 
 /// What the target size means.
 enum class PHImageRequestOptionsResizeMode {
@@ -25,6 +31,9 @@ struct PHImageRequestOptions {
     PHImageRequestOptionsResizeMode resizeMode = PHImageRequestOptionsResizeMode::Fast;
     /// The answer comes before the request returns; the caller waits for file and decoder.
     bool synchronous = false;
+    /// The most memory for the picture's pixels, in bytes. One of which more is wanted comes as large as this allows,
+    /// so long as a target size is given; with the maximum size it fails.
+    std::size_t memoryLimit = std::size_t{256} << 20;
 };
 
 } // namespace lamina

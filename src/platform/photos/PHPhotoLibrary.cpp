@@ -1,7 +1,10 @@
 #include "platform/photos/PHPhotoLibrary.h"
 
 #include "platform/base/DispatchQueue.h"
-#include "platform/photos/PHChange_p.h"
+#include "platform/photos/LibraryAccess_p.h"
+#include "platform/photos/LibraryReports_p.h"
+#include "platform/photos/PHChangeRequests_p.h"
+#include "platform/photos/PHFetchResult_p.h"
 #include "platform/photos/PhotoFolder.h"
 
 #include <mutex>
@@ -47,7 +50,7 @@ DispatchQueue& libraryQueue()
 PHAuthorizationStatus PHPhotoLibrary::authorizationStatus()
 {
     const Authorizer authorizer = Installed::shared().get();
-    return authorizer.status ? authorizer.status() : PHAuthorizationStatus::Authorized;
+    return authorizer.status ? authorizer.status() : accessTo(photoLibrary().roots());
 }
 
 void PHPhotoLibrary::requestAuthorization(StatusHandler handler)
@@ -64,14 +67,67 @@ void PHPhotoLibrary::setAuthorizer(Authorizer authorizer)
     Installed::shared().set(std::move(authorizer));
 }
 
+bool PHPhotoLibrary::showsFolders()
+{
+    return foldersAreShown(photoLibrary().roots(), kSandboxMark);
+}
+
+void PHPhotoLibrary::setFurtherFolders(std::vector<std::string> folders)
+{
+    LibraryRoots roots = photoLibrary().roots();
+    roots.further = std::move(folders);
+    photoLibrary().configure(std::move(roots));
+}
+
+std::vector<std::string> PHPhotoLibrary::furtherFolders()
+{
+    return photoLibrary().roots().further;
+}
+
+bool PHPhotoLibrary::isComplete()
+{
+    return photoLibrary().snapshot()->complete;
+}
+
+void PHPhotoLibrary::rescan()
+{
+    photoLibrary().rescan();
+}
+
+void PHPhotoLibrary::addFiles(std::vector<std::string> paths, AssetsHandler handler)
+{
+    photoLibrary().addLooseFiles(
+        std::move(paths), [handler = std::move(handler),
+                           expected = DispatchQueue::main().expectWork()](const std::vector<PhotoID>& photos) mutable {
+            // The handler and what it holds are let go on the main queue, where they came to life.
+            DispatchQueue::main().async([handler = std::move(handler), photos] {
+                std::vector<PHAsset> assets = assetsOf(*photoLibrary().snapshot(), photos);
+                std::erase_if(assets, [](const PHAsset& asset) { return asset.localIdentifier.empty(); });
+                handler(assets);
+            });
+        });
+}
+
+void PHPhotoLibrary::registerChangeObserver(const std::weak_ptr<PHPhotoLibraryChangeObserver>& observer)
+{
+    LibraryReports::shared().add(observer);
+}
+
+void PHPhotoLibrary::unregisterChangeObserver(const PHPhotoLibraryChangeObserver* observer)
+{
+    LibraryReports::shared().remove(observer);
+}
+
 void PHPhotoLibrary::performChanges(std::function<void()> changes, ChangeHandler handler)
 {
     auto work = [changes = std::move(changes), handler = std::move(handler),
                  expected = DispatchQueue::main().expectWork()] {
         const PHAuthorizationStatus status = authorizationStatus();
         const bool allowed = status == PHAuthorizationStatus::Authorized || status == PHAuthorizationStatus::Limited;
-        handler(allowed ? PHChange::perform(changes)
-                        : Outcome(Error{photoLibraryFolder(), "access to the photo library is not given"}));
+        if (allowed)
+            PHChangeRequests::perform(changes, handler);
+        else
+            handler(Error{photoLibraryFolder(), "access to the photo library is not given"});
     };
     libraryQueue().async(std::move(work));
 }

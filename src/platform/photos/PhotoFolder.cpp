@@ -9,6 +9,8 @@
 #include <QDateTime>
 
 #include <filesystem>
+#include <utility>
+#include <variant>
 #include <vector>
 
 namespace lamina {
@@ -23,12 +25,19 @@ std::string nameForNow()
 
 /// `content`: bytes, or what fills a file.
 template <class Content>
+Result<std::string> saveIn(const std::string& folder, const std::string& extension, const Content& content)
+{
+    return writeNumberedFile(folder + '/' + nameForNow(), extension, content);
+}
+
+/// The same in our own folder, which is made.
+template <class Content>
 Result<std::string> saveNew(const std::string& extension, const Content& content)
 {
     const std::string folder = photoLibraryFolder();
     if (Outcome made = makeFolder(folder); !made)
         return made.error();
-    return writeNumberedFile(folder + '/' + nameForNow(), extension, content);
+    return saveIn(folder, extension, content);
 }
 
 } // namespace
@@ -36,6 +45,19 @@ Result<std::string> saveNew(const std::string& extension, const Content& content
 std::string photoLibraryFolder()
 {
     return picturesFolder() + "/Lamina";
+}
+
+Result<NewPhoto> copyOf(const std::string& path)
+{
+    Result<FileFiller> content = contentsOf(path);
+    if (!content)
+        return content.error();
+    return NewPhoto{std::filesystem::path(path).extension().string(), *std::move(content)};
+}
+
+Result<std::string> saveInFolder(const std::string& folder, const NewPhoto& photo)
+{
+    return std::visit([&](const auto& content) { return saveIn(folder, photo.extension, content); }, photo.content);
 }
 
 Result<std::string> savePNGToPhotoLibrary(const CGImage& image)
@@ -53,10 +75,8 @@ Result<std::string> saveToPhotoLibrary(std::span<const std::uint8_t> bytes, cons
 
 Result<std::string> copyToPhotoLibrary(const std::string& path)
 {
-    const Result<FileFiller> content = contentsOf(path);
-    if (!content)
-        return content.error();
-    return saveNew(std::filesystem::path(path).extension().string(), *content);
+    const Result<NewPhoto> copy = copyOf(path);
+    return copy ? saveNew(copy->extension, std::get<FileFiller>(copy->content)) : copy.error();
 }
 
 } // namespace lamina

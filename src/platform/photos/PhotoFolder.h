@@ -1,11 +1,14 @@
 #pragma once
 
 #include "platform/base/Result.h"
+#include "platform/files/FileWriting.h"
 #include "platform/image/pixels/CGImage.h"
 
 #include <cstdint>
 #include <span>
 #include <string>
+#include <variant>
+#include <vector>
 
 namespace lamina {
 
@@ -17,6 +20,19 @@ std::string photoLibraryFolder();
 // " 3" and so on before the extension where that is taken. No existing file is ever replaced, also when several
 // programs save at once, and a file appears whole or not at all. The error's subject is the path or folder concerned.
 // All of it takes its time and is usable from any thread.
+
+/// A file that is to come.
+struct NewPhoto {
+    std::string extension; ///< begins with its full stop
+    /// What it holds, or who writes that.
+    std::variant<std::vector<std::uint8_t>, FileFiller> content;
+};
+
+/// A copy of a picture's or a clip's file that is to come, under the same extension. The file stays open until then.
+Result<NewPhoto> copyOf(const std::string& path);
+
+/// Saves a file in a folder that is there.
+Result<std::string> saveInFolder(const std::string& folder, const NewPhoto& photo);
 
 /// Saves the picture as a PNG file.
 Result<std::string> savePNGToPhotoLibrary(const CGImage& image);

@@ -35,19 +35,18 @@ Screen topOf(Screen screen)
     return screen;
 }
 
-/// With the home folder as "~", as people know it.
-std::string shownSubject(const std::string& subject)
+} // namespace
+
+std::string shownPath(const std::string& path)
 {
     const std::string home = QDir::homePath().toStdString();
-    return subject.starts_with(home + '/') ? '~' + subject.substr(home.size()) : subject;
+    return path.starts_with(home + '/') ? '~' + path.substr(home.size()) : path;
 }
-
-} // namespace
 
 std::string failureText(const Error& error)
 {
     const std::string cause = localizedString(error.cause);
-    return error.subject.empty() ? cause : localizedText("%1: %2.", {shownSubject(error.subject), cause});
+    return error.subject.empty() ? cause : localizedText("%1: %2.", {shownPath(error.subject), cause});
 }
 
 void presentOverTop(UIViewController& screen, std::shared_ptr<UIAlertController> alert)

@@ -15,6 +15,9 @@ class UIViewController;
 /// `screen` leave meanwhile, the alert goes over those that stay. Main thread.
 void presentOverTop(UIViewController& screen, std::shared_ptr<UIAlertController> alert);
 
+/// The path with the home folder as "~", as people know it.
+std::string shownPath(const std::string& path);
+
 /// "SUBJECT: cause." in the user's language, with the home folder as "~"; the cause, which is translated here and
 /// nowhere before, stands alone where there is no subject.
 std::string failureText(const Error& error);

@@ -21,9 +21,17 @@ QString UIBarButtonItem::title() const
     return QString::fromStdString(localizedString(text));
 }
 
+void UIBarButtonItem::setEnabled(bool enabled)
+{
+    if (m_enabled == enabled)
+        return;
+    m_enabled = enabled;
+    emit enabledChanged();
+}
+
 void UIBarButtonItem::press()
 {
-    if (const auto action = m_action)
+    if (const auto action = m_action; action && m_enabled)
         action();
 }
 

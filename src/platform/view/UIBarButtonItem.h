@@ -14,6 +14,7 @@ enum class UIBarButtonSystemItem { Done = 0, Cancel = 1 };
 class UIBarButtonItem : public QObject {
     Q_OBJECT
     Q_PROPERTY(QString title READ title CONSTANT FINAL)
+    Q_PROPERTY(bool enabled READ isEnabled NOTIFY enabledChanged FINAL)
 
 public:
     /// `action` is called at each press; it may be empty, and may destroy the item.
@@ -22,12 +23,19 @@ public:
     UIBarButtonSystemItem systemItem() const { return m_systemItem; }
     /// In the user's language.
     QString title() const;
+    /// Default true. A press of one that isn't does nothing.
+    bool isEnabled() const { return m_enabled; }
+    void setEnabled(bool enabled);
     /// What a press does.
     Q_INVOKABLE void press();
+
+signals:
+    void enabledChanged();
 
 private:
     UIBarButtonSystemItem m_systemItem;
     std::function<void()> m_action;
+    bool m_enabled = true;
 };
 
 } // namespace lamina

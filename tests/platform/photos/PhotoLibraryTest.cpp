@@ -140,7 +140,7 @@ TEST_F(PhotoLibraryFolder, CarriesOutAChangeAsAWholeOrNotAtAll)
         ASSERT_TRUE(DispatchQueue::main().runUntilIdle(60));
     };
     create({"a.tiff", "none.tiff"});
-    EXPECT_TRUE(fs::is_empty(home.path("Fotos/Lamina")));
+    EXPECT_FALSE(fs::exists(home.path("Fotos")));
     create({"a.tiff", "b.tiff"});
     PHPhotoLibrary::setAuthorizer({[] { return PHAuthorizationStatus::Denied; }, {}});
     create({"a.tiff"});

@@ -1,5 +1,4 @@
 import QtQuick
-import QtQuick.Templates as T
 import Lamina
 
 // Chooses a photo from a folder, or a folder for a file, where the desktop has no chooser of its own.
@@ -40,43 +39,15 @@ SheetPanel {
         onChosen: path => sheet.folder.folder = path
     }
 
-    ListView {
+    RowList {
         id: list
-
-        readonly property real rowHeight: currentItem ? currentItem.height : Tokens.touch.listRow
-        readonly property int pageRows: Math.max(1, Math.floor(height / rowHeight) - 1)
-
-        // Another row for those who come by keys: always whole in sight, and nothing is current in an empty list.
-        function goTo(row) {
-            currentIndex = Math.max(0, Math.min(row, count - 1))
-            positionViewAtIndex(currentIndex, ListView.Contain)
-        }
 
         anchors.fill: parent
         anchors.topMargin: places.height
         clip: true
         model: sheet.folder
-        boundsBehavior: Flickable.StopAtBounds
-        focus: true
-        activeFocusOnTab: true
-        keyNavigationEnabled: false
-        highlightMoveDuration: 0
-        Accessible.role: Accessible.List
-        Accessible.name: sheet.title
-        onCountChanged: if (currentIndex < 0) currentIndex = 0
-
-        Keys.onPressed: event => {
-            const pressed = command => KeyTable.find(command, event.key, event.modifiers)
-            const places = { row: [currentIndex - 1, currentIndex + 1],
-                             page: [currentIndex - pageRows, currentIndex + pageRows],
-                             ends: [0, count - 1] }
-            const command = Object.keys(places).find(name => places[name][pressed(name)] !== undefined)
-            const found = command === undefined && !(event.modifiers & (Qt.ControlModifier | Qt.AltModifier))
-                ? sheet.folder.rowForTyping(event.text, currentIndex) : -1
-            event.accepted = command !== undefined || found >= 0
-            if (event.accepted)
-                goTo(command !== undefined ? places[command][pressed(command)] : found)
-        }
+        name: sheet.title
+        rowForTyping: (text, current) => sheet.folder.rowForTyping(text, current)
 
         delegate: FolderRow {
             required property string path
@@ -109,7 +80,6 @@ SheetPanel {
             color: Tokens.palette.textSecondary
             Accessible.name: text
         }
-        T.ScrollBar.vertical: ThinScrollBar { }
 
         Connections {
             target: sheet.folder

@@ -6,6 +6,11 @@ import Lamina
 T.ScrollBar {
     id: bar
 
+    // On a white ground.
+    property bool onPaper: false
+    readonly property color lit: onPaper ? Tokens.palette.overPaperHud : Tokens.palette.text
+    readonly property color quiet: onPaper ? Tokens.palette.scrimBusy : Tokens.palette.textDisabled
+
     implicitWidth: 12
     minimumSize: height > 0 ? Math.min(1, 32 / height) : 0
     visible: size < 1
@@ -18,7 +23,7 @@ T.ScrollBar {
             width: 4
             height: parent.height
             radius: 2
-            color: bar.pressed || bar.hovered ? Tokens.palette.text : Tokens.palette.textDisabled
+            color: bar.pressed || bar.hovered ? bar.lit : bar.quiet
         }
     }
 }

@@ -132,28 +132,11 @@ void FolderModel::setOrder(Order order)
 
 int FolderModel::rowForTyping(const QString& text, int current)
 {
-    const bool goesOn = !m_typed.isEmpty() && !m_typedUntil.hasExpired();
-    // A space at the start presses the row.
-    if (text.isEmpty() || !text.front().isPrint() || (!goesOn && text.front().isSpace()))
-        return -1;
-    m_typed = goesOn ? m_typed + text : text;
-    m_typedUntil.setRemainingTime(m_typingMemory);
-    const bool oneLetter = m_typed.count(m_typed.front(), Qt::CaseInsensitive) == m_typed.size();
-    if (const int row = findRow(m_typed, m_typed.size() == 1 ? current + 1 : current); row >= 0 || !oneLetter)
-        return row;
-    return findRow(m_typed.first(1), current + 1);
-}
-
-/// The first row from `first` on, round the list, whose name begins so; the way up has no name of its own.
-int FolderModel::findRow(const QString& start, int first) const
-{
-    for (int i = 0; i < count(); ++i) {
-        const int row = (std::max(0, first) + i) % count();
+    return m_typeAhead.rowForTyping(text, current, count(), [this](int row) {
         const FolderEntry& entry = rows()[static_cast<std::size_t>(row)];
-        if (!entry.isParent && QString::fromStdString(entry.name).startsWith(start, Qt::CaseInsensitive))
-            return row;
-    }
-    return -1;
+        // The way up has no name of its own.
+        return entry.isParent ? QString() : QString::fromStdString(entry.name);
+    });
 }
 
 void FolderModel::openStart()

@@ -2,8 +2,8 @@
 
 #include "platform/host/system/FolderListing.h"
 #include "platform/view/ListModel.h"
+#include "platform/view/TypeAhead.h"
 
-#include <QDeadlineTimer>
 #include <QVariantList>
 
 #include <atomic>
@@ -65,11 +65,8 @@ public:
     QVariantList places() const { return m_places; }
     void setLimit(std::size_t entries) { m_limit = entries; }
 
-    /// How long letters that are typed one after another make one name; default a second.
-    void setTypingMemory(int milliseconds) { m_typingMemory = milliseconds; }
-    /// Takes what was typed further, and gives the row whose name begins with all of it, in any case: the next one
-    /// after `current`, round the list, or `current` itself while more letters follow. One letter again and again goes
-    /// from one such name to the next. -1: there is none, or nothing to be seen was typed.
+    /// See TypeAhead.
+    void setTypingMemory(int milliseconds) { m_typeAhead.setMemory(milliseconds); }
     Q_INVOKABLE int rowForTyping(const QString& text, int current);
 
     /// Goes where choosing begins: the user's pictures; the samples while there are none; their home without either.
@@ -90,7 +87,6 @@ private:
     struct Listing;
     bool hasParent() const { return !parentFolder().isEmpty(); }
     void resetTo(std::vector<FolderEntry> entries);
-    int findRow(const QString& start, int first) const;
     void clear();
     void list(bool start);
     void show(Listing listing);
@@ -99,9 +95,7 @@ private:
     QString m_folder;
     Order m_order = NewestFirst;
     std::size_t m_limit = kDefaultLimit;
-    int m_typingMemory = 1000;
-    QString m_typed;
-    QDeadlineTimer m_typedUntil;
+    TypeAhead m_typeAhead;
     QString m_error;
     QString m_note;
     QVariantList m_places;

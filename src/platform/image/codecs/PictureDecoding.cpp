@@ -67,6 +67,11 @@ Outcome checkClaim(std::int64_t width, std::int64_t height, std::uint64_t heldBy
     return success();
 }
 
+bool isRefusedForMemory(const Error& error)
+{
+    return error.cause.starts_with(cause::kTooLarge);
+}
+
 Result<UIImage> loadPicture(const std::string& path, const DecodeOptions& options)
 {
     const auto source = openFileSource(path);

@@ -46,4 +46,7 @@ Result<UIImage> loadPicture(const std::string& path, const DecodeOptions& option
 Result<UIImage> decodePicture(std::span<const std::uint8_t> bytes, const std::string& subject,
                               const DecodeOptions& options = {});
 
+/// Whether a picture was refused for the memory that it would take: reduced further it may be read.
+bool isRefusedForMemory(const Error& error);
+
 } // namespace lamina

@@ -1,0 +1,50 @@
+import QtQuick
+import Lamina
+
+// The first tile: the camera behind a veil. Where there is none the veil is closed and the icon struck through.
+Rectangle {
+    id: camera
+
+    required property var theme
+    // A YMSCameraCell; null: none yet.
+    required property var cell
+
+    readonly property bool available: cell !== null && cell.available
+
+    color: Tokens.palette.field
+
+    Rectangle {
+        anchors.fill: parent
+        color: camera.theme.cameraVeilColor
+        opacity: camera.cell ? camera.cell.veilAlpha : 1
+    }
+    Item {
+        anchors.centerIn: parent
+        width: 36
+        height: 36
+        opacity: camera.available ? 1 : 0.7
+        Icon {
+            anchors.fill: parent
+            name: "camera"
+            tint: camera.theme.cameraIconColor
+        }
+        // From corner to corner, a gap in the veil's colour beside it.
+        Rectangle {
+            visible: !camera.available
+            anchors.centerIn: parent
+            width: 46
+            height: 8
+            rotation: 45
+            antialiasing: true
+            color: camera.theme.cameraVeilColor
+            Rectangle {
+                anchors.centerIn: parent
+                width: parent.width
+                height: 2.5
+                radius: height / 2
+                antialiasing: true
+                color: camera.theme.cameraIconColor
+            }
+        }
+    }
+}

@@ -1,0 +1,118 @@
+#include "picker/YMSPhotoPickerViewController.h"
+
+#include "platform/base/Localization.h"
+#include "platform/photos/PHFetchResultChangeDetails.h"
+
+#include <algorithm>
+#include <utility>
+
+// What becomes of the photo picker when the library changes under it.
+
+namespace lamina {
+
+namespace {
+
+std::string nameOf(const PHAsset& asset)
+{
+    return asset.path.substr(asset.path.find_last_of('/') + 1);
+}
+
+bool canBeToldInSteps(const PHFetchResultChangeDetails& details)
+{
+    return details.hasIncrementalChanges() && !details.hasMoves() &&
+           (details.removedIndexes().empty() || details.changedIndexes().empty());
+}
+
+} // namespace
+
+void YMSPhotoPickerViewController::photoLibraryDidChange(const PHChange& changeInstance)
+{
+    m_collectionsAreOld = true;
+    dropVanishedPhotos();
+    const auto details = m_currentCollectionItem
+                             ? changeInstance.changeDetailsForFetchResult(m_currentCollectionItem->assets)
+                             : std::nullopt;
+    if (details)
+        showChanges(*details);
+    else
+        followOtherAlbums();
+    updateLibraryState();
+}
+
+/// The album on show is as it was.
+void YMSPhotoPickerViewController::followOtherAlbums()
+{
+    fetchCollections();
+    selectPhotoJustTaken(m_collectionItems.empty() ? std::nullopt : m_collectionItems.front().assets.firstObject());
+    if (!m_currentCollectionItem && !m_collectionItems.empty())
+        updateViewWithCollectionItem(m_collectionItems.front());
+}
+
+void YMSPhotoPickerViewController::showChanges(const PHFetchResultChangeDetails& details)
+{
+    const CollectionItem former = *m_currentCollectionItem;
+    m_currentCollectionItem = CollectionItem{former.collection, details.fetchResultAfterChanges()};
+    std::ranges::replace(m_collectionItems, former, *m_currentCollectionItem);
+    if (!canBeToldInSteps(details)) {
+        m_grid.reloadData(details.fetchResultAfterChanges());
+        return;
+    }
+    // The camera's item is not counted here. Tiles compare what they show with their photos anyway, and those whose
+    // marks go with a reload get them back below.
+    std::vector<int> reloaded;
+    for (const std::size_t changed : details.changedIndexes())
+        if (const int item = static_cast<int>(changed); !(m_needToSelectFirstPhoto && m_grid.isSelected(item)))
+            reloaded.push_back(item);
+    m_grid.performBatchUpdates(details, reloaded);
+    selectPhotoJustTaken(details.fetchResultAfterChanges().firstObject());
+    refreshPhotoSelection();
+}
+
+/// That is the newest one, unless the library has another one in its place: a clock may have been set back.
+void YMSPhotoPickerViewController::selectPhotoJustTaken(const std::optional<PHAsset>& newest)
+{
+    if (!std::exchange(m_needToSelectFirstPhoto, false))
+        return;
+    const std::vector<PHAsset> taken = fetchAssetsWithLocalIdentifiers({std::exchange(m_takenPhoto, {})});
+    const std::optional<PHAsset> photo = taken.empty() ? newest : std::optional(taken.front());
+    if (photo && !selectionIndexOf(*photo))
+        addToSelection(*photo);
+}
+
+void YMSPhotoPickerViewController::dropVanishedPhotos()
+{
+    std::vector<std::string> identifiers;
+    for (const PHAsset& chosen : m_selectedPhotos)
+        identifiers.push_back(chosen.localIdentifier);
+    const std::vector<PHAsset> found = fetchAssetsWithLocalIdentifiers(identifiers);
+    if (found.size() == identifiers.size())
+        return;
+    for (const PHAsset& chosen : std::vector<PHAsset>(m_selectedPhotos)) {
+        if (std::ranges::find(found, chosen) != found.end())
+            continue;
+        if (const std::optional<int> item = itemOfAsset(chosen))
+            m_grid.deselectItem(*item);
+        removeFromSelection(chosen);
+        emit notice(QString::fromStdString(
+            localizedText(QT_TRANSLATE_NOOP("Lamina", "“%1” is no longer there"), {nameOf(chosen)})));
+    }
+}
+
+/// Nobody told the picker of changes while another screen covered it.
+void YMSPhotoPickerViewController::catchUpWithLibrary()
+{
+    m_collectionsAreOld = true;
+    dropVanishedPhotos();
+    if (!m_currentCollectionItem) {
+        followOtherAlbums();
+    } else if (PHFetchResult now = fetchAssetsInAssetCollection(m_currentCollectionItem->collection);
+               now != m_currentCollectionItem->assets) {
+        const CollectionItem former = *m_currentCollectionItem;
+        const CollectionItem item{former.collection, std::move(now)};
+        std::ranges::replace(m_collectionItems, former, item);
+        updateViewWithCollectionItem(item);
+    }
+    updateLibraryState();
+}
+
+} // namespace lamina

@@ -1,0 +1,95 @@
+import QtQuick
+import Lamina
+
+// Photos of the library as a contact sheet, white under the bar in the theme's colour.
+AppScreen {
+    id: picker
+
+    // YMSPhotoPickerViewController.LibraryState
+    readonly property bool loading: controller.libraryState === 0
+    readonly property bool empty: controller.libraryState === 1
+    readonly property bool hidden: controller.libraryState === 3
+    // Tab leads into a bar that has made way: it comes back for as long as it has the keyboard.
+    readonly property bool barHeld: bar.holdsFocus && Host.focusVisible
+    readonly property real barShown: barHeld || controller.barAlpha > 0 ? bar.y + bar.height : 0
+
+    name: qsTranslate("Lamina", "Choose photos")
+    onBack: controller.cancelPicking()
+
+    Rectangle {
+        anchors.fill: parent
+        color: Tokens.palette.paper
+    }
+    PhotoGrid {
+        id: grid
+        height: parent.height
+        room: parent.width
+        controller: picker.controller
+        barHeight: bar.height
+        barShown: picker.barShown
+        focus: true
+    }
+    PickerBar {
+        id: bar
+        y: picker.barHeld ? 0 : picker.controller.barOffset
+        width: parent.width
+        opacity: picker.barHeld ? 1 : picker.controller.barAlpha
+        theme: picker.controller.theme
+        title: picker.controller.albumTitle
+        note: picker.controller.rightBarButtonItem ? picker.controller.selectionText : ""
+        opens: true
+        opensCommand: "albums"
+        leftText: qsTranslate("Lamina", "Cancel")
+        rightText: picker.controller.rightBarButtonItem ? picker.controller.rightBarButtonItem.title : ""
+        rightEnabled: picker.controller.rightBarButtonItem !== null && picker.controller.rightBarButtonItem.enabled
+        rightCommand: "use"
+        onLeft: picker.controller.cancelPicking()
+        onOpened: picker.controller.presentAlbumPickerView()
+        onRight: picker.controller.rightBarButtonItem.press()
+    }
+
+    BusyRing {
+        anchors.centerIn: parent
+        // What is there soon shows nothing before.
+        visible: picker.loading && patience.over
+        running: visible
+    }
+    Timer {
+        id: patience
+        property bool over: false
+        interval: 150
+        running: picker.loading
+        onTriggered: over = true
+    }
+    PickerMessage {
+        // Beside the camera's tile, or under it where there is more room.
+        readonly property real tile: picker.controller.cellSide + grid.inset + grid.gap
+        readonly property bool beside: picker.width - tile > picker.height - bar.height - tile
+        readonly property real above: bar.height + (beside ? 0 : tile)
+
+        visible: picker.empty || picker.hidden
+        x: (beside ? tile : 0) + Tokens.space.l
+        y: above + Math.max(Tokens.space.s, (picker.height - above - height) / 2)
+        width: picker.width - x - Tokens.space.l
+        theme: picker.controller.theme
+        title: picker.empty ? qsTranslate("Lamina", "No photos yet") : ""
+        line: picker.empty ? picker.controller.emptyLine
+                           : qsTranslate("Lamina", "Your folders are not shown to Lamina here. The photos that you choose in your system’s own window are.")
+        action: picker.hidden ? qsTranslate("Lamina", "Choose photos…") : ""
+        onActed: picker.controller.chooseFiles()
+    }
+
+    Toast {
+        id: toast
+        anchors.horizontalCenter: parent.horizontalCenter
+        y: parent.height - height - Tokens.space.m
+        onDone: text = ""
+    }
+    Connections {
+        target: picker.controller
+        function onNotice(text) {
+            toast.text = "" // one after the other of the same words is told twice
+            toast.text = text
+        }
+    }
+}
