@@ -1,7 +1,11 @@
 #include "cli/PhotoTexts.h"
 
+#include "platform/photos/PHCollection.h"
 #include "platform/files/FileURL.h"
 
+#include <cstdint>
+#include <cstddef>
+#include <cctype>
 #include <algorithm>
 #include <chrono>
 #include <cmath>
@@ -100,15 +104,20 @@ std::string pathText(const std::string& path, PathForm form)
     return path + '\n';
 }
 
-Json assetAsJSON(const PHAsset& asset)
+Json placeAsJSON(const PHAsset& asset)
 {
-    Json json{{"identifier", asset.localIdentifier},
-              {"path", asset.path},
-              {"width", asset.pixelWidth},
-              {"height", asset.pixelHeight},
-              {"date", isoDate(asset.creationDate)}};
+    Json json{{"identifier", asset.localIdentifier}, {"path", asset.path}};
     if (!isUTF8(asset.path))
         json["url"] = fileURLOfPath(asset.path);
+    return json;
+}
+
+Json assetAsJSON(const PHAsset& asset)
+{
+    Json json = placeAsJSON(asset);
+    json["width"] = asset.pixelWidth;
+    json["height"] = asset.pixelHeight;
+    json["date"] = isoDate(asset.creationDate);
     return json;
 }
 

@@ -20,8 +20,10 @@ enum class PathForm {
 /// can't show, $'...'. As paths are absolute, nothing else begins with these.
 std::string pathText(const std::string& path, PathForm form);
 
-/// What programs read of an asset: identifier, path, width, height, date; and its "url" where the path is no UTF-8,
-/// since text can't hold it then: what is none of it is replaced by U+FFFD.
+/// What programs read of an asset: identifier and path; its "url" where the path is no UTF-8, since text can't hold it
+/// then: what is none of it is replaced by U+FFFD.
+nlohmann::ordered_json placeAsJSON(const PHAsset& asset);
+/// The same with width, height and date.
 nlohmann::ordered_json assetAsJSON(const PHAsset& asset);
 
 /// JSON as it is printed; bytes that are no UTF-8 are replaced by U+FFFD. `indent` -1: on one line.

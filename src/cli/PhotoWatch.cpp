@@ -3,8 +3,11 @@
 #include "cli/Messages.h"
 #include "platform/base/DispatchQueue.h"
 #include "platform/photos/PHCollection.h"
+#include "platform/photos/PHFetchResultChangeDetails.h"
 #include "platform/photos/PHPhotoLibrary.h"
 
+#include <vector>
+#include <optional>
 #include <cerrno>
 #include <cstdio>
 #include <memory>

@@ -2,6 +2,7 @@
 
 #include "cli/ExitCode.h"
 #include "platform/photos/PHChange.h"
+#include "platform/photos/PHAsset.h"
 #include "platform/photos/PHFetchResult.h"
 
 #include <cstddef>
@@ -12,7 +13,7 @@
 
 namespace lamina {
 
-/// What has become of a photo's file.
+/// What has become of a photo's file. Of one that was removed only identifier and path are told.
 enum class PhotoEvent { Added, Removed, Changed };
 /// "added" and so on.
 const char* nameOf(PhotoEvent event);

@@ -5,8 +5,11 @@
 #include "cli/PhotoImport.h"
 #include "cli/PhotoWatch.h"
 #include "platform/files/FileCauses.h"
+#include "picker/CollectionItem.h"
+#include "platform/photos/PHAsset.h"
 #include "platform/photos/PHPhotoLibrary.h"
 
+#include <cstddef>
 #include <algorithm>
 #include <filesystem>
 #include <string_view>
@@ -178,7 +181,7 @@ ExitCode PhotosCommand::watch() const
         if (!m_json)
             return nameOf(event) + (' ' + pathText(asset.path, pathForm()));
         nlohmann::ordered_json json{{"event", nameOf(event)}};
-        json.update(assetAsJSON(asset));
+        json.update(event == PhotoEvent::Removed ? placeAsJSON(asset) : assetAsJSON(asset));
         return printed(json, -1) + '\n';
     };
     return watchPhotos(line, isQuiet());

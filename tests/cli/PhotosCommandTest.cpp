@@ -2,6 +2,9 @@
 #include "CommandLines.h"
 #include "TestPaths.h"
 
+#include <vector>
+#include <utility>
+#include <cstddef>
 #include <filesystem>
 #include <gmock/gmock.h>
 #include <nlohmann/json.hpp>
@@ -35,9 +38,11 @@ protected:
         std::erase_if(digits, [](char c) { return c < '0' || c > '9'; });
         ASSERT_EQ(runCommand("/usr/bin/touch", {"-d", "2001-11-03T" + digits + ":00:07Z", path}).exitCode, 0);
     }
-    CommandResult photos(const std::string& line) const
+    CommandResult photos(const std::string& line) const { return home("lamina photos " + line); }
+    /// A line of shell whose home this is, which its output has as "~".
+    CommandResult home(const std::string& line) const
     {
-        CommandResult run = shell(shellHome + "lamina photos " + line);
+        CommandResult run = shell(shellHome + line);
         for (std::size_t at = 0; (at = run.output.find(folder.path(), at)) != std::string::npos;)
             run.output.replace(at, folder.path().size(), "~");
         return run;
@@ -152,8 +157,8 @@ TEST_F(PhotosCommand, ImportsWhatIsAPictureAndGoesOn)
 TEST_F(PhotosCommand, WatchesUntilItIsStopped)
 {
     // The shell acts when the watch has begun, and each time waits for the line that tells of it.
-    const CommandResult run = photos(
-        "watch --json >>lines & watch=$!; "
+    const CommandResult run = home(
+        "'" LAMINA_COMMAND "' photos watch --json >>lines & watch=$!; "
         "await() { for i in $(seq 100); do [ $(wc -l <lines) -ge $1 ] && return; sleep 0.05; done; }; "
         "cp small.png Photos/probe.png; for i in $(seq 100); do [ -s lines ] && break; sleep 0.1; touch "
         "Photos/probe.png; done; rm Photos/probe.png; sleep 0.5; : >lines; "

@@ -6,8 +6,11 @@
 #include "platform/photos/LibraryPlaces_p.h"
 #include "platform/photos/LibraryRoots.h"
 #include "platform/photos/LibraryTree_p.h"
+#include "platform/base/Result.h"
+#include "platform/photos/PhotoRecords_p.h"
 #include "platform/photos/PhotoIndex_p.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <deque>
 #include <functional>
