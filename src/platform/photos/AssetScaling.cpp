@@ -5,6 +5,7 @@
 #include "platform/image/drawing/UIImageDrawing.h"
 #include "platform/photos/PHAsset.h"
 #include "platform/image/pixels/CGImage.h"
+#include "platform/photos/PHAsset.h"
 
 #include <algorithm>
 #include <cmath>

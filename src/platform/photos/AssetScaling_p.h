@@ -4,6 +4,7 @@
 #include "platform/image/pixels/UIImage.h"
 #include "platform/photos/PHImageRequestOptions.h"
 #include "platform/photos/AssetPicture.h"
+#include "platform/photos/PHImageRequestOptions.h"
 
 #include <optional>
 

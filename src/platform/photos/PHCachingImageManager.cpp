@@ -6,6 +6,7 @@
 
 #include <cstddef>
 #include <atomic>
+#include <cstddef>
 #include <utility>
 
 namespace lamina {

@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <algorithm>
 #include <array>
+#include <cstddef>
 #include <cstdint>
 #include <string_view>
 #include <unistd.h>
