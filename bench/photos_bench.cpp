@@ -100,7 +100,7 @@ void openWithIndex(benchmark::State& state)
             state.SkipWithError("the index doesn't have all photos");
     }
 }
-BENCHMARK(openWithIndex)->UseManualTime()->Unit(benchmark::kMillisecond);
+BENCHMARK(openWithIndex)->MeasureProcessCPUTime()->UseManualTime()->Unit(benchmark::kMillisecond);
 
 void openBareTable(benchmark::State& state)
 {
@@ -109,7 +109,7 @@ void openBareTable(benchmark::State& state)
     for (auto _ : state)
         benchmark::DoNotOptimize(bench::readBareTable(path));
 }
-BENCHMARK(openBareTable)->UseRealTime()->Unit(benchmark::kMillisecond);
+BENCHMARK(openBareTable)->MeasureProcessCPUTime()->UseRealTime()->Unit(benchmark::kMillisecond);
 
 /// All photos walked, their headers read and the index written: at most 2 s, at most 8 MB.
 void firstIndex(benchmark::State& state)
@@ -134,7 +134,7 @@ void firstIndex(benchmark::State& state)
         state.counters["index_MB"] = megabytesIn(cache);
     }
 }
-BENCHMARK(firstIndex)->UseManualTime()->Iterations(1)->Unit(benchmark::kMillisecond);
+BENCHMARK(firstIndex)->MeasureProcessCPUTime()->UseManualTime()->Iterations(1)->Unit(benchmark::kMillisecond);
 
 void bareWalk(benchmark::State& state)
 {
@@ -142,14 +142,14 @@ void bareWalk(benchmark::State& state)
     for (auto _ : state)
         benchmark::DoNotOptimize(bench::walkBare(folder));
 }
-BENCHMARK(bareWalk)->UseRealTime()->Unit(benchmark::kMillisecond);
+BENCHMARK(bareWalk)->MeasureProcessCPUTime()->UseRealTime()->Unit(benchmark::kMillisecond);
 
 void fillBareTable(benchmark::State& state)
 {
     for (auto _ : state)
         bench::fillBareTable(homeFolder() + "/bare.sqlite");
 }
-BENCHMARK(fillBareTable)->UseRealTime()->Unit(benchmark::kMillisecond);
+BENCHMARK(fillBareTable)->MeasureProcessCPUTime()->UseRealTime()->Unit(benchmark::kMillisecond);
 
 // ---- thumbnails ----
 
@@ -190,7 +190,7 @@ void cellsFromTheCache(benchmark::State& state)
         state.SetIterationTime(bench::seconds([&] { showCells(manager); }));
     }
 }
-BENCHMARK(cellsFromTheCache)->UseManualTime()->Unit(benchmark::kMillisecond);
+BENCHMARK(cellsFromTheCache)->MeasureProcessCPUTime()->UseManualTime()->Unit(benchmark::kMillisecond);
 
 /// 24 cells of photos with 12 megapixels that nobody has seen yet: at most 1.3 times their decoding.
 void cellsFromLargePhotos(benchmark::State& state)
@@ -203,14 +203,14 @@ void cellsFromLargePhotos(benchmark::State& state)
         state.SetIterationTime(bench::seconds([&] { showCells(manager); }));
     }
 }
-BENCHMARK(cellsFromLargePhotos)->UseManualTime()->Unit(benchmark::kMillisecond);
+BENCHMARK(cellsFromLargePhotos)->MeasureProcessCPUTime()->UseManualTime()->Unit(benchmark::kMillisecond);
 
 void bareReducedDecode(benchmark::State& state)
 {
     for (auto _ : state)
         bench::decodeBare(photosOfTheFirstCells());
 }
-BENCHMARK(bareReducedDecode)->UseRealTime()->Unit(benchmark::kMillisecond);
+BENCHMARK(bareReducedDecode)->MeasureProcessCPUTime()->UseRealTime()->Unit(benchmark::kMillisecond);
 
 // ---- a library that is open ----
 
@@ -247,7 +247,7 @@ void newPhotoToChange(benchmark::State& state)
         waitForChange();
     }
 }
-BENCHMARK(newPhotoToChange)->UseManualTime()->Iterations(5)->Unit(benchmark::kMillisecond);
+BENCHMARK(newPhotoToChange)->MeasureProcessCPUTime()->UseManualTime()->Iterations(5)->Unit(benchmark::kMillisecond);
 
 /// Five seconds in which nothing happens: processor time in milliseconds.
 void idleWithLibrary(benchmark::State& state)
@@ -261,7 +261,7 @@ void idleWithLibrary(benchmark::State& state)
         state.counters["cpu_ms"] = (processSeconds() - before) * 1000;
     }
 }
-BENCHMARK(idleWithLibrary)->UseManualTime()->Iterations(1)->Unit(benchmark::kMillisecond);
+BENCHMARK(idleWithLibrary)->MeasureProcessCPUTime()->UseManualTime()->Iterations(1)->Unit(benchmark::kMillisecond);
 
 /// Shows all photos screenful by screenful, as fast as a flung grid, and prints how many megabytes library and picker
 /// have taken at the most.
@@ -312,7 +312,7 @@ void memoryOfPicker(benchmark::State& state)
         state.counters["resident_MB"] = megabytes;
     }
 }
-BENCHMARK(memoryOfPicker)->UseRealTime()->Iterations(1)->Unit(benchmark::kMillisecond);
+BENCHMARK(memoryOfPicker)->MeasureProcessCPUTime()->UseRealTime()->Iterations(1)->Unit(benchmark::kMillisecond);
 
 /// A home of this run's own, whose folder for pictures holds the many photos.
 void moveIn()
