@@ -7,6 +7,7 @@
 #include "editors/blend/BlendPhotoViewController.h"
 #include "editors/colorpicker/InfColorPickerController.h"
 #include "export/ExportScenes.h"
+#include "picker/PickerScenes.h"
 #include "platform/view/UIStoryboard.h"
 
 #include <memory>
@@ -34,6 +35,7 @@ void registerMainStoryboard()
     storyboard->addScene(InfColorPickerController::kViewFile,
                          sceneOf<InfColorPickerController>("InfColorPickerScreen.qml"));
     addExportScenes(*storyboard);
+    addPickerScenes(*storyboard);
     storyboard->addSegue(segue::kPickedToBlend, scene::kBlend, UIStoryboard::SegueKind::Present);
     storyboard->addSegue(segue::kToBlend, scene::kBlend, UIStoryboard::SegueKind::Present);
 }
