@@ -25,11 +25,14 @@ struct TreeFolder {
     SmartFolder smart = SmartFolder::None;
     std::vector<std::unique_ptr<TreeFolder>> children; ///< in the order shown
 
-    FolderID id = 0;     ///< set by the tree
-    FileKey key;         ///< set by the tree
-    int watch = -1;      ///< set by the tree
-    bool isBlind = false; ///< changes in it are not told
-    bool isLost = false;  ///< its parent no longer has it; until the walk is over it may turn up elsewhere
+    FolderID id = 0;           ///< set by the tree
+    FileKey key;               ///< set by the tree
+    int watch = -1;            ///< set by the tree
+    bool isBlind = false;      ///< changes in it are not told
+    bool isLost = false;       ///< its parent no longer has it; until the walk is over it may turn up elsewhere
+    bool isQueued = false;     ///< to be looked at in this round
+    bool isWhole = false;      ///< marked to be listed, not only to have files looked at
+    bool isNew = true;         ///< not listed yet
     std::int64_t modified = 0; ///< when it was listed; 0: not known
 
     std::unordered_set<std::string> writing; ///< files that somebody has made and not closed yet
@@ -41,8 +44,8 @@ class LibraryTree {
 public:
     explicit LibraryTree(const LibraryRoots& roots);
 
-    /// The roots' paths, whether they exist or not: pictures, further ones, and the application's own folder where it
-    /// is in none of them. Each once.
+    /// The roots' paths, whether they exist or not: pictures, further ones and the application's own folder, but for
+    /// those that are in another one. Each once.
     const std::vector<std::string>& rootPaths() const { return m_rootPaths; }
     /// Takes over those of the index that are in or below a root.
     void load(std::vector<FolderRecord> records);
@@ -82,6 +85,7 @@ private:
     SmartFolder smartKind(const TreeFolder* parent, const std::string& path, std::string_view name) const;
     TreeFolder& enter(std::unique_ptr<TreeFolder>& folder, const std::string& path, std::string_view name);
 
+    std::string m_pictures;
     std::string m_ownFolder;
     std::vector<std::string> m_rootPaths;
     std::vector<std::unique_ptr<TreeFolder>> m_roots; ///< beside `m_rootPaths`; null: not there
