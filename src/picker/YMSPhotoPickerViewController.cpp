@@ -1,6 +1,7 @@
 #include "picker/YMSPhotoPickerViewController.h"
 
 #include "picker/PickerThemeValues.h"
+#include "platform/photos/PHCachingImageManager.h"
 #include "platform/photos/PHPhotoLibrary.h"
 #include "platform/view/UIBarButtonItem.h"
 
@@ -20,7 +21,7 @@ YMSPhotoPickerViewController::~YMSPhotoPickerViewController() = default;
 void YMSPhotoPickerViewController::viewDidLoad()
 {
     UIViewController::viewDidLoad();
-    m_imageManager = std::make_shared<PHImageManager>();
+    m_imageManager = std::make_shared<PHCachingImageManager>();
     m_themeValues = themeValues(theme());
     m_grid.allowsMultipleSelection = allowsMultipleSelection();
     fetchCollections();
