@@ -43,9 +43,10 @@ int main(int argc, char** argv)
     application.require_subcommand(0, 1);
     std::string screen;
     std::string photos;
-    application.add_option("--screen", screen, "Open the window with this screen: home, two, three or blend")
-        ->check(CLI::IsMember({"home", "two", "three", "blend"}));
-    application.add_option("--photos", photos, "The folder in which choosing a photo starts")->type_name("DIR");
+    application.add_option("--screen", screen, "Open the window with this screen: home, two, three, blend or picker")
+        ->check(CLI::IsMember({"home", "two", "three", "blend", "picker"}));
+    application.add_option("--photos", photos, "A folder of photos beside your own; choosing one starts there")
+        ->type_name("DIR");
     application.footer(
         "Exit codes: 0 good, 1 failed, 2 wrong usage, 3 an input is missing, unreadable or unsupported,\n"
         "4 an output can't be written, 130 interrupted.");
