@@ -4,6 +4,7 @@
 #include "platform/image/drawing/CGContext.h"
 #include "platform/image/drawing/UIImageDrawing.h"
 #include "platform/image/pixels/CGImage.h"
+#include "platform/photos/PHAsset.h"
 
 #include <algorithm>
 #include <cmath>

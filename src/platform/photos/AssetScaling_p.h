@@ -3,6 +3,7 @@
 #include "platform/base/CGGeometry.h"
 #include "platform/image/pixels/UIImage.h"
 #include "platform/photos/AssetPicture.h"
+#include "platform/photos/PHImageRequestOptions.h"
 
 #include <optional>
 

@@ -1,5 +1,7 @@
 #include "platform/photos/DesktopThumbnail_p.h"
 
+#include "platform/base/CGGeometry.h"
+#include "platform/base/Result.h"
 #include "platform/files/FileURL.h"
 #include "platform/files/PrivateFolder.h"
 #include "platform/image/codecs/PictureDecoding.h"
@@ -9,6 +11,8 @@
 #include <QCryptographicHash>
 
 #include <algorithm>
+#include <cstddef>
+#include <cstdint>
 #include <filesystem>
 #include <optional>
 

@@ -5,6 +5,7 @@
 #include "platform/photos/PictureWorkers_p.h"
 
 #include <atomic>
+#include <cstddef>
 #include <utility>
 
 namespace lamina {

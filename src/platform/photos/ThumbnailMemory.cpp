@@ -1,5 +1,6 @@
 #include "platform/photos/ThumbnailMemory_p.h"
 
+#include "platform/base/CGGeometry.h"
 #include "platform/photos/AssetScaling_p.h"
 #include "platform/photos/PHImageManager.h"
 
