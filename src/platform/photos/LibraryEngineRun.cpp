@@ -190,7 +190,9 @@ void LibraryEngine::Impl::wait(bool isBusy)
         const std::lock_guard step(m_stepMutex);
         isHeld = m_holds > 0;
     }
-    pollfd descriptors[] = {{m_wake.get(), POLLIN, 0}, {m_scanner->watchDescriptor(), POLLIN, 0}};
+    pollfd descriptors[] = {{m_wake.get(), POLLIN, 0},
+                            {m_scanner->watchDescriptor(), POLLIN, 0},
+                            {m_scanner->mountDescriptor(), POLLPRI, 0}};
     poll(descriptors, std::size(descriptors), isHeld ? -1 : waitingTime(isBusy));
     std::uint64_t count = 0;
     [[maybe_unused]] const ssize_t taken = read(m_wake.get(), &count, sizeof count);
