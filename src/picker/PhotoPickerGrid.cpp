@@ -107,6 +107,19 @@ QString YMSPhotoPickerViewController::itemDescription(int item) const
         localizedText(QT_TRANSLATE_NOOP("Lamina", "Photo, %1, chosen, number %2"), {day, std::to_string(*place + 1)}));
 }
 
+QString YMSPhotoPickerViewController::dayOfItem(int item) const
+{
+    const PHAsset asset = assetOfItem(item);
+    return asset.localIdentifier.empty() ? QString() : dayText(asset.creationDate);
+}
+
+int YMSPhotoPickerViewController::itemOfPhoto(const QString& identifier) const
+{
+    PHAsset asset;
+    asset.localIdentifier = identifier.toStdString();
+    return asset.localIdentifier.empty() ? -1 : itemOfAsset(asset).value_or(-1);
+}
+
 void YMSPhotoPickerViewController::placeGrid(double width, double height, double spacing, double left, double right)
 {
     const PhotoGridPlace place{{width, height}, spacing, left, right};
