@@ -3,8 +3,11 @@
 #include "app/AppMenu.h"
 #include "app/ImagePIckingViewController.h"
 #include "app/MainStoryboard.h"
+#include "app/PickedPhotos.h"
 #include "editors/blend/BlendPhotoViewController.h"
 #include "editors/common/EditorNotifications.h"
+#include "hud/BusyPanel.h"
+#include "hud/SVProgressHUD.h"
 #include "picker/SelectedImagesReceiver.h"
 #include "picker/YMSPhotoHelper.h"
 #include "picker/YMSPhotoPickerTheme.h"
@@ -12,13 +15,14 @@
 #include "platform/base/CGGeometry.h"
 #include "platform/base/Localization.h"
 #include "platform/base/Log.h"
+#include "platform/base/Result.h"
 #include "platform/base/UIColor.h"
 #include "platform/base/UIScreen.h"
 #include "platform/image/pixels/UIImage.h"
 #include "platform/photos/PHAsset.h"
-#include "platform/photos/PHImageManager.h"
-#include "platform/photos/PHImageRequestOptions.h"
 #include "platform/photos/PhotoSource.h"
+#include "platform/view/FailureAlert.h"
+#include "platform/view/PictureWork.h"
 #include "platform/view/UIAlertController.h"
 #include "platform/view/UIApplication.h"
 #include "platform/view/UINavigationController.h"
@@ -26,6 +30,7 @@
 
 #include <algorithm>
 #include <array>
+#include <atomic>
 #include <string_view>
 #include <utility>
 
@@ -56,6 +61,8 @@ const Entry* entryNamed(std::string_view name)
 constexpr UIColor kPickerThemeColor{40 / 255.0, 196 / 255.0, 182 / 255.0, 1};
 /// Points that a photo may be smaller than this screen, in width and in height.
 constexpr double kImageMargin = 40;
+/// How far an editor lets photos be enlarged: at the screen's width they keep a pixel for each point then.
+constexpr double kDeepestZoom = 6;
 /// The short phones, and the space that three entries have on them.
 constexpr std::array kShortScreens{480.0, 568.0};
 constexpr double kShortScreenSpacing = 55;
@@ -72,11 +79,14 @@ void applyTheme(YMSPhotoPickerTheme& theme)
     theme.statusBarStyle = 0;
 }
 
-std::shared_ptr<UIAlertController> wrongCountAlert(unsigned photos)
+/// The message is completed by what could not be read, a sentence each.
+std::shared_ptr<UIAlertController> wrongCountAlert(unsigned photos, const std::vector<Error>& failures)
 {
-    return UIAlertController::make(localizedString("Oops"),
-                                   photos == 3 ? localizedString("Please select 3 photos")
-                                               : localizedString("Please select 2 photos"),
+    std::string message =
+        photos == 3 ? localizedString("Please select 3 photos") : localizedString("Please select 2 photos");
+    for (const Error& failure : failures)
+        message += '\n' + failureText(failure);
+    return UIAlertController::make(localizedString("Oops"), std::move(message),
                                    {{localizedString("OK"), UIAlertActionStyle::Default, {}}});
 }
 
@@ -208,35 +218,31 @@ void ViewController::photoPickerViewController(YMSPhotoPickerViewController& pic
 void ViewController::photoPickerViewController(YMSPhotoPickerViewController& picker,
                                                const std::vector<PHAsset>& didFinishPickingImages)
 {
-    picker.dismiss(true, [self = sharedSelf(), assets = didFinishPickingImages] {
-        self->chosenImages = self->imagesOf(assets);
-        self->goOnWithChosenImages();
-    });
+    picker.dismiss(true, [self = sharedSelf(), assets = didFinishPickingImages] { self->openPicked(assets); });
 }
 
-std::vector<UIImage> ViewController::imagesOf(const std::vector<PHAsset>& assets)
+/// The photos are read behind a panel, since large ones take their time; until it is gone nothing else can be done, so
+/// that all comes in the order in which it would come at once.
+void ViewController::openPicked(const std::vector<PHAsset>& assets)
 {
-    PHImageManager manager;
-    PHImageRequestOptions options;
-    options.deliveryMode = PHImageRequestOptionsDeliveryMode::HighQualityFormat;
-    options.networkAccessAllowed = true;
-    options.resizeMode = PHImageRequestOptionsResizeMode::Exact;
-    options.synchronous = true; // all are there when they are counted
+    const auto cancelled = std::make_shared<std::atomic<bool>>(false);
     const CGSize own = view().bounds().size;
-    const double scale = UIScreen::main().scale;
-    const CGSize target{(own.width - kImageMargin) * scale, (own.height - kImageMargin) * scale};
-
-    std::vector<UIImage> images;
-    for (const PHAsset& asset : assets)
-        manager.requestImageForAsset(asset, target, PHImageContentMode::AspectFill, options,
-                                     [&](const UIImage& result) {
-                                         if (result)
-                                             images.push_back(result);
-                                     });
-    return images;
+    const UIScreen screen = UIScreen::main();
+    const PickedPhotoSize size{{(own.width - kImageMargin) * screen.scale, (own.height - kImageMargin) * screen.scale},
+                               kDeepestZoom * screen.bounds.width};
+    showBusyPanel([cancelled] { *cancelled = true; });
+    inBackground<PickedPhotos>(
+        weak_from_this(), [assets, size, cancelled] { return loadPickedPhotos(assets, size, *cancelled); },
+        [this, cancelled](PickedPhotos photos) {
+            SVProgressHUD::dismiss();
+            if (*cancelled)
+                return;
+            chosenImages = std::move(photos.images);
+            goOnWithChosenImages(photos.failures);
+        });
 }
 
-void ViewController::goOnWithChosenImages()
+void ViewController::goOnWithChosenImages(const std::vector<Error>& failures)
 {
     const Entry* const entry = entryNamed(selectedBtnStr);
     if (!entry)
@@ -244,7 +250,7 @@ void ViewController::goOnWithChosenImages()
     if (chosenImages.size() == entry->photos)
         performSegue(entry->segue, this);
     else
-        present(wrongCountAlert(entry->photos), true);
+        present(wrongCountAlert(entry->photos, failures), true);
 }
 
 void ViewController::photoPickerViewControllerDidReceivePhotoAlbumAccessDenied(YMSPhotoPickerViewController&)

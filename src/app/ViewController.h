@@ -84,8 +84,9 @@ public:
     bool respondsTo(Call call) const override;
     /// Keeps the picture, and stays on this screen.
     void photoPickerViewController(YMSPhotoPickerViewController& picker, const UIImage& didFinishPickingImage) override;
-    /// Reads the pictures, in full quality and in time, then opens the editor that `selectedBtnStr` names. What can't
-    /// be read is left out. An alert says so when the editor needs another number of photos.
+    /// Reads the pictures in full quality, behind a panel that can cancel, after which nothing is changed; then opens
+    /// the editor that `selectedBtnStr` names. What can't be read is left out. An alert says so when the editor needs
+    /// another number of photos, and why.
     void photoPickerViewController(YMSPhotoPickerViewController& picker,
                                    const std::vector<PHAsset>& didFinishPickingImages) override;
     /// Alerts with a way to the system's settings: the first over this screen, the second over the picker.
@@ -107,8 +108,8 @@ private:
     void removeWork();
     std::shared_ptr<ViewController> sharedSelf();
     std::shared_ptr<UIViewController> pushSourceChooser();
-    std::vector<UIImage> imagesOf(const std::vector<PHAsset>& assets);
-    void goOnWithChosenImages();
+    void openPicked(const std::vector<PHAsset>& assets);
+    void goOnWithChosenImages(const std::vector<Error>& failures);
 
     NotificationObserver m_dismissal;
     NotificationObserver m_keptWorks;

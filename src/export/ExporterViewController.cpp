@@ -1,16 +1,17 @@
 #include "export/ExporterViewController.h"
 
-#include "export/BackgroundWork_p.h"
 #include "export/ExportScenes.h"
 #include "export/SaveModelDetails.h"
 #include "export/SavingTypeController.h"
 #include "export/SavingTypes.h"
 #include "export/functions/ClipThumbnail.h"
+#include "hud/BusyPanel.h"
 #include "hud/SVProgressHUD.h"
 #include "platform/base/Causes.h"
 #include "platform/base/Localization.h"
 #include "platform/base/Log.h"
 #include "platform/view/FailureAlert.h"
+#include "platform/view/PictureWork.h"
 #include "platform/view/UIDocumentPickerViewController.h"
 #include "platform/view/UIStoryboard.h"
 
@@ -27,14 +28,6 @@ namespace {
 
 /// The panel is told of steps that can be seen.
 constexpr double kProgressStep = 0.01;
-
-void showHUD(const std::string& status)
-{
-    SVProgressHUD::setDefaultStyle(0);
-    SVProgressHUD::setDefaultAnimationType(0);
-    SVProgressHUD::setDefaultMaskType(4);
-    SVProgressHUD::showWithStatus(status);
-}
 
 /// Hands the panel every step that can be seen.
 std::function<void(double)> shownProgress()
@@ -229,8 +222,7 @@ void ExporterViewController::startExport(const ExportPlace& place)
     m_job = std::make_shared<Job>(m_saveType, source(), options(), place);
     emit stateChanged();
     emit closableChanged();
-    showHUD(localizedString(QT_TRANSLATE_NOOP("Lamina", "Please Wait...")));
-    SVProgressHUD::setCancelAction([job = m_job] { job->cancelled = true; });
+    showBusyPanel([job = m_job] { job->cancelled = true; });
     inBackground<Result<ExportedFile>>(
         weak_from_this(),
         [job = m_job] {

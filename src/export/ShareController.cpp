@@ -1,6 +1,5 @@
 #include "export/ShareController.h"
 
-#include "export/BackgroundWork_p.h"
 #include "export/LibrarySaving_p.h"
 #include "export/SavingTypes.h"
 #include "export/ShareSheet.h"
@@ -13,6 +12,7 @@
 #include "platform/photos/AssetPicture.h"
 #include "platform/photos/PHAsset.h"
 #include "platform/view/FailureAlert.h"
+#include "platform/view/PictureWork.h"
 #include "platform/view/PresentationHost.h"
 #include "platform/view/UIAlertController.h"
 #include "platform/view/UIViewAnimation.h"

@@ -1,7 +1,6 @@
 #include "picker/PickerScenes.h"
 
 #include "picker/YMSAlbumPickerViewController.h"
-#include "picker/YMSPhotoPickerViewController.h"
 #include "picker/YMSSinglePhotoViewController.h"
 #include "platform/view/UIStoryboard.h"
 
@@ -27,8 +26,6 @@ std::shared_ptr<UIViewController> noPhoto()
 
 void addPickerScenes(UIStoryboard& storyboard)
 {
-    storyboard.addScene("YMSPhotoPickerViewController",
-                        {[] { return std::make_shared<YMSPhotoPickerViewController>(); }, "YMSPhotoPickerScreen.qml"});
     storyboard.addScene("YMSAlbumPickerViewController", {emptyAlbumList, "YMSAlbumPickerScreen.qml"});
     storyboard.addScene("YMSSinglePhotoViewController", {noPhoto, "YMSSinglePhotoScreen.qml"});
 }

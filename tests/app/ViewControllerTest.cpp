@@ -1,7 +1,9 @@
 #include "app/ViewController.h"
 
 #include "ScreenTest.h"
+#include "app/PickedPhotos.h"
 #include "editors/blend/BlendPhotoViewController.h"
+#include "hud/ProgressOverlay.h"
 #include "picker/SelectedImagesReceiver.h"
 #include "picker/YMSPhotoPickerViewController.h"
 #include "platform/base/UIColor.h"
@@ -35,8 +37,8 @@ protected:
         settle();
     }
 
-    /// Opens a picker and answers for it as one that the user has finished.
-    void pick(const std::string& entry, const std::vector<std::string>& names)
+    /// Opens a picker and answers for it as one that the user has finished, without waiting.
+    void finishPicking(const std::string& entry, const std::vector<std::string>& names)
     {
         home->selectedBtnStr = entry;
         home->launchSpecialController();
@@ -47,6 +49,10 @@ protected:
         for (const std::string& name : names)
             assets.push_back({name, folder.path(name), 0, 0, 0});
         picker->delegate()->photoPickerViewController(*picker, assets);
+    }
+    void pick(const std::string& entry, const std::vector<std::string>& names)
+    {
+        finishPicking(entry, names);
         settle();
     }
 
@@ -98,6 +104,43 @@ TEST_F(HomeScreen, PickedPhotosReachTheEditorInTheirOrder)
     EXPECT_EQ(blues(top<BlendPhotoViewController>()->getImageArr), (std::vector{200, 10}));
 }
 
+TEST(PickedPhotos, CoverTheScreenAndKeepTheirPixelsForTheDeepestZoom)
+{
+    const struct {
+        CGSize own, covered;
+        double shortSide;
+        CGSize expected;
+    } table[] = {
+        {{4000, 3000}, {1005, 1881}, 2250, {3000, 2250}}, // what the zoom needs
+        {{3000, 4000}, {3720, 2280}, 2580, {3720, 4960}}, // a large window needs more
+        {{1000, 800}, {180, 240}, 2250, {1000, 800}},     // no more than there is
+        {{40, 30}, {180, 240}, 2250, {320, 240}},         // but for what is to be covered
+    };
+    for (const auto& c : table)
+        EXPECT_EQ(pickedPhotoSize(c.own, {c.covered, c.shortSide}), c.expected)
+            << c.own.width << ' ' << c.covered.width;
+}
+
+TEST_F(HomeScreen, LargePhotosAreReducedAndTheirReadingCanBeCancelled)
+{
+    writePng(folder.path("large.png"), rampPicture(900, 700, 0));
+    pick("twoPhoto", {"large.png"});
+    EXPECT_EQ(alertText(), "Oops / Please select 2 photos");
+    ASSERT_EQ(home->chosenImages.size(), 1u);
+    EXPECT_EQ(home->chosenImages[0].pixelSize(), (IntSize{771, 600})); // 6 times the screen's width
+
+    const UIImage before = home->chosenImages[0];
+    finishPicking("blendPhoto", {"a.png", "b.png"});
+    ASSERT_TRUE(DispatchQueue::main().runUntil([] { return ProgressOverlay::shared().isBlocking(); }, 20));
+    EXPECT_EQ(window.topViewController(), home);
+    ProgressOverlay::shared().giveUp();
+    settle();
+    EXPECT_FALSE(ProgressOverlay::shared().isPresent());
+    EXPECT_EQ(window.topViewController(), home);
+    ASSERT_EQ(home->chosenImages.size(), 1u);
+    EXPECT_TRUE(home->chosenImages[0].isIdenticalTo(before));
+}
+
 TEST_F(HomeScreen, AnotherNumberOfPhotosOpensNothing)
 {
     home->receivePhotos({}); // from outside
@@ -111,7 +154,7 @@ TEST_F(HomeScreen, AnotherNumberOfPhotosOpensNothing)
     } table[] = {
         {"threePhoto", {"a.png", "b.png"}, 2, "Oops / Please select 3 photos"},
         {"twoPhoto", {"a.png", "b.png", "a.png"}, 3, "Oops / Please select 2 photos"},
-        {"twoPhoto", {"a.png", "gone.png"}, 1, "Oops / Please select 2 photos"}, // what can't be read does not count
+        {"twoPhoto", {"a.png", "gone.png"}, 1, "Oops / Please select 2 photos\ngone.png: no such file."},
         {"", {"a.png"}, 1, ""},
     };
     for (const auto& c : table) {

@@ -89,7 +89,7 @@ Result<std::string> pathOfFileURL(std::string_view url)
 
 std::string fileURLOfPath(std::string_view path)
 {
-    constexpr std::string_view kPlain = "/-._~";
+    constexpr std::string_view kPlain = "/-._~!$&'()*+,:=@"; // and not the semicolon
     constexpr std::string_view kDigits = "0123456789ABCDEF";
     std::string url = "file://";
     for (const char c : path) {

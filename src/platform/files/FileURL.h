@@ -15,7 +15,8 @@ namespace lamina {
 /// none, the URL without what may be a password. Usable from any thread.
 Result<std::string> pathOfFileURL(std::string_view url);
 
-/// The "file:" URL of an absolute path, every byte that is not plain in URLs escaped. Usable from any thread.
+/// The "file:" URL of an absolute path, every byte escaped that may not stand in a URL's path: the same URL as the
+/// desktop's own programs make, which name files by its checksum. Usable from any thread.
 std::string fileURLOfPath(std::string_view path);
 
 } // namespace lamina

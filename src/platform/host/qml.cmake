@@ -98,6 +98,7 @@ set(LAMINA_QML_FILES
     platform/host/controls/StyledText.qml
     platform/host/controls/SuggestedMark.qml
     platform/host/controls/ThinScrollBar.qml
+    platform/host/controls/TileGrid.qml
     platform/host/controls/Tip.qml
     platform/host/controls/Toast.qml
     platform/host/controls/ToolBar.qml

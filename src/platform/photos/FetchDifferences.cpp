@@ -1,5 +1,6 @@
 #include "platform/photos/FetchDifferences_p.h"
 
+#include <iterator>
 #include <algorithm>
 #include <bit>
 #include <cstdint>

@@ -2,6 +2,7 @@
 
 #include "platform/photos/LibraryEngine_p.h"
 #include "platform/photos/PHChange.h"
+#include "platform/photos/LibrarySnapshot_p.h"
 #include "platform/photos/PHChange_p.h"
 
 #include <memory>

@@ -10,7 +10,7 @@
 
 namespace lamina {
 
-/// An image manager that can be told which thumbnails will be asked for soon.
+/// An image manager that can be told which thumbnails will be asked for soon. What it adds is for the main thread.
 class PHCachingImageManager : public PHImageManager {
 public:
     PHCachingImageManager();

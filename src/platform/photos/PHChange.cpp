@@ -1,6 +1,8 @@
 #include "platform/photos/PHChange_p.h"
 
 #include "platform/photos/FetchDifferences_p.h"
+#include "platform/photos/PHFetchResult.h"
+#include "platform/photos/PHFetchResultChangeDetails.h"
 #include "platform/photos/PHFetchResult_p.h"
 
 #include <cstddef>

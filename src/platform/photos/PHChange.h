@@ -2,6 +2,8 @@
 
 #include "platform/photos/PHFetchResultChangeDetails.h"
 
+#include "platform/photos/PHFetchResult.h"
+
 #include <memory>
 #include <optional>
 #include <utility>

@@ -6,6 +6,8 @@
 #include "platform/photos/LibraryReports_p.h"
 #include "platform/photos/PhotoIndex_p.h"
 
+#include <optional>
+#include <cstddef>
 #include <algorithm>
 #include <filesystem>
 #include <system_error>

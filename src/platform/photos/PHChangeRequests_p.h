@@ -5,6 +5,9 @@
 #include "platform/photos/PHAssetChangeRequest.h"
 #include "platform/photos/PHAssetCollectionChangeRequest.h"
 #include "platform/photos/PHAssetCreationRequest.h"
+#include "platform/image/pixels/UIImage.h"
+#include "platform/photos/PHCollection.h"
+#include "platform/photos/PhotoRecords_p.h"
 #include "platform/photos/PhotoFolder.h"
 
 #include <functional>

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/photos/LibrarySnapshot_p.h"
+#include "platform/photos/PhotoRecords_p.h"
 #include "platform/photos/PHChange.h"
 
 #include <cstddef>

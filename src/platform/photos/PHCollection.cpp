@@ -4,10 +4,13 @@
 #include "platform/photos/Albums_p.h"
 #include "platform/photos/LibraryReports_p.h"
 #include "platform/photos/PHFetchResult_p.h"
+#include "platform/photos/LibrarySnapshot_p.h"
+#include "platform/photos/PhotoRecords_p.h"
 #include "platform/photos/PhotoIndex_p.h"
 
 #include <QCoreApplication>
 
+#include <cstddef>
 #include <array>
 #include <charconv>
 #include <memory>

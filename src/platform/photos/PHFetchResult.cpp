@@ -2,6 +2,8 @@
 
 #include "platform/photos/PhotoIndex_p.h"
 
+#include <string>
+#include <optional>
 #include <algorithm>
 #include <unordered_map>
 #include <utility>

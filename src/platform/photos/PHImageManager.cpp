@@ -4,21 +4,26 @@
 #include "platform/base/Log.h"
 #include "platform/base/Result.h"
 #include "platform/photos/AssetPicture.h"
+#include "platform/photos/AssetThumbnails_p.h"
 #include "platform/photos/PictureQueue.h"
+#include "platform/photos/PictureWorkers_p.h"
 
 #include <atomic>
 #include <map>
 #include <mutex>
 #include <utility>
+#include <vector>
 
 namespace lamina {
 
 namespace {
 
+using DeliveryMode = PHImageRequestOptionsDeliveryMode;
+using Wanted = AssetThumbnails::Wanted;
+
 /// The picture, or the empty one; the log then tells why, unless nobody wants it any more.
-UIImage pictureOrLog(const AssetPictureRequest& request, const std::atomic<bool>* cancelled)
+UIImage pictureOrLog(const Result<UIImage>& picture, const std::atomic<bool>* cancelled)
 {
-    const Result<UIImage> picture = loadAssetPicture(request, cancelled);
     if (picture)
         return *picture;
     if (!cancelled || !*cancelled)
@@ -26,42 +31,168 @@ UIImage pictureOrLog(const AssetPictureRequest& request, const std::atomic<bool>
     return {};
 }
 
+UIImage pictureNow(const AssetPictureRequest& request)
+{
+    return pictureOrLog(isThumbnail(request) ? AssetThumbnails::shared().load(request, nullptr)
+                                             : loadAssetPicture(request, nullptr),
+                        nullptr);
+}
+
 } // namespace
 
-/// Requests under way, each with the flag that stops it.
-class PHImageManager::Requests {
+/// The requests under way. Work on other threads knows a request by what it wants; the handlers stay here, and are
+/// called and let go on the main queue, where they came to life.
+class PHImageManager::Requests : public std::enable_shared_from_this<Requests> {
 public:
-    using Flag = std::shared_ptr<std::atomic<bool>>;
-
-    PHImageRequestID add(Flag flag)
-    {
-        const std::lock_guard lock(m_mutex);
-        m_flags.emplace(++m_last, std::move(flag));
-        return m_last;
-    }
-    void remove(PHImageRequestID request)
-    {
-        const std::lock_guard lock(m_mutex);
-        m_flags.erase(request);
-    }
-    void cancel(PHImageRequestID request)
-    {
-        const std::lock_guard lock(m_mutex);
-        if (const auto found = m_flags.find(request); found != m_flags.end())
-            *found->second = true;
-    }
-    void cancelAll()
-    {
-        const std::lock_guard lock(m_mutex);
-        for (const auto& [request, flag] : m_flags)
-            *flag = true;
-    }
+    PHImageRequestID add(const AssetPictureRequest& wanted, DeliveryMode delivery, ResultHandler handler);
+    void cancel(PHImageRequestID identifier);
+    void cancelAll();
 
 private:
+    struct Request {
+        PHImageRequestID identifier = PHInvalidImageRequestID;
+        AssetPictureRequest wanted;
+        Wanted answers = Wanted::Final;
+        std::atomic<bool> cancelled = false;
+        PictureWorkers::Ticket waiting; ///< guarded by the mutex
+    };
+    using RequestPointer = std::shared_ptr<Request>;
+    struct Entry {
+        RequestPointer request;
+        std::shared_ptr<const ResultHandler> handler;
+    };
+    enum class Answer { Coarse, Final };
+
+    void wait(const RequestPointer& request, PictureWorkRank rank, PictureWorkKind kind,
+              void (Requests::*work)(const RequestPointer&));
+    void look(const RequestPointer& request);
+    void readThumbnail(const RequestPointer& request);
+    void readPhoto(const RequestPointer& request);
+    void answer(const RequestPointer& request, const UIImage& picture, Answer kind);
+    void deliver(PHImageRequestID identifier, const UIImage& picture, Answer kind);
+    void stop(std::vector<Entry> entries);
+
     std::mutex m_mutex;
     PHImageRequestID m_last = PHInvalidImageRequestID;
-    std::map<PHImageRequestID, Flag> m_flags;
+    std::map<PHImageRequestID, Entry> m_entries;
 };
+
+PHImageRequestID PHImageManager::Requests::add(const AssetPictureRequest& wanted, DeliveryMode delivery,
+                                               ResultHandler handler)
+{
+    const auto request = std::make_shared<Request>();
+    request->wanted = wanted;
+    request->answers = delivery == DeliveryMode::Opportunistic ? Wanted::CoarseToo : Wanted::Final;
+    {
+        const std::lock_guard lock(m_mutex);
+        request->identifier = ++m_last;
+        m_entries.emplace(m_last, Entry{request, std::make_shared<const ResultHandler>(std::move(handler))});
+    }
+    const bool small = isThumbnail(wanted);
+    if (small || request->answers == Wanted::CoarseToo)
+        wait(request, PictureWorkRank::Look, PictureWorkKind::Ordinary, &Requests::look);
+    if (!small)
+        pictureQueue().async([self = shared_from_this(), request, expected = DispatchQueue::main().expectWork()] {
+            self->readPhoto(request);
+        });
+    return request->identifier;
+}
+
+/// Has `work` done for the request when its turn has come, unless it is cancelled before.
+void PHImageManager::Requests::wait(const RequestPointer& request, PictureWorkRank rank, PictureWorkKind kind,
+                                    void (Requests::*work)(const RequestPointer&))
+{
+    const std::lock_guard lock(m_mutex);
+    if (!request->cancelled)
+        request->waiting = PictureWorkers::shared().add(
+            rank, [self = shared_from_this(), request, work] { ((*self).*work)(request); }, kind);
+}
+
+void PHImageManager::Requests::look(const RequestPointer& request)
+{
+    const AssetThumbnails::Found found = AssetThumbnails::shared().find(request->wanted, request->answers);
+    if (found.isFinal)
+        return answer(request, found.picture, Answer::Final);
+    if (found.picture)
+        answer(request, found.picture, Answer::Coarse);
+    if (isThumbnail(request->wanted))
+        wait(request, PictureWorkRank::Read, readingKind(request->wanted.asset.path), &Requests::readThumbnail);
+}
+
+void PHImageManager::Requests::readThumbnail(const RequestPointer& request)
+{
+    AssetThumbnails& thumbnails = AssetThumbnails::shared();
+    const AssetThumbnails::Reading reading = thumbnails.read(request->wanted, &request->cancelled);
+    answer(request, pictureOrLog(reading.picture, &request->cancelled), Answer::Final);
+    thumbnails.keep(reading);
+}
+
+void PHImageManager::Requests::readPhoto(const RequestPointer& request)
+{
+    if (!request->cancelled)
+        answer(request, pictureOrLog(loadAssetPicture(request->wanted, &request->cancelled), &request->cancelled),
+               Answer::Final);
+}
+
+void PHImageManager::Requests::answer(const RequestPointer& request, const UIImage& picture, Answer kind)
+{
+    DispatchQueue::main().async([self = shared_from_this(), identifier = request->identifier, picture, kind] {
+        self->deliver(identifier, picture, kind);
+    });
+}
+
+/// A coarse picture that comes after the final one finds nobody any more.
+void PHImageManager::Requests::deliver(PHImageRequestID identifier, const UIImage& picture, Answer kind)
+{
+    std::shared_ptr<const ResultHandler> handler;
+    {
+        const std::lock_guard lock(m_mutex);
+        const auto found = m_entries.find(identifier);
+        if (found == m_entries.end())
+            return;
+        handler = found->second.handler;
+        if (kind == Answer::Final)
+            m_entries.erase(found);
+    }
+    (*handler)(picture);
+}
+
+void PHImageManager::Requests::cancel(PHImageRequestID identifier)
+{
+    std::vector<Entry> entries;
+    {
+        const std::lock_guard lock(m_mutex);
+        if (const auto node = m_entries.extract(identifier))
+            entries.push_back(std::move(node.mapped()));
+    }
+    stop(std::move(entries));
+}
+
+void PHImageManager::Requests::cancelAll()
+{
+    std::vector<Entry> entries;
+    {
+        const std::lock_guard lock(m_mutex);
+        for (auto& [identifier, entry] : std::exchange(m_entries, {}))
+            entries.push_back(entry);
+    }
+    stop(std::move(entries));
+}
+
+void PHImageManager::Requests::stop(std::vector<Entry> entries)
+{
+    for (const Entry& entry : entries) {
+        PictureWorkers::Ticket waiting;
+        {
+            const std::lock_guard lock(m_mutex);
+            entry.request->cancelled = true;
+            waiting = entry.request->waiting;
+        }
+        PictureWorkers::shared().withdraw(waiting);
+    }
+    if (!entries.empty() && !DispatchQueue::main().isCurrent())
+        DispatchQueue::main().async([entries = std::move(entries)] {});
+}
 
 PHImageManager::PHImageManager()
     : m_requests(std::make_shared<Requests>())
@@ -78,31 +209,10 @@ PHImageRequestID PHImageManager::requestImageForAsset(const PHAsset& asset, CGSi
                                                       const PHImageRequestOptions& options, ResultHandler resultHandler)
 {
     const AssetPictureRequest request{asset, targetSize, contentMode, options.resizeMode, options.memoryLimit};
-    if (options.synchronous) {
-        resultHandler(pictureOrLog(request, nullptr));
-        return PHInvalidImageRequestID;
-    }
-    const auto stopped = std::make_shared<std::atomic<bool>>(false);
-    const PHImageRequestID identifier = m_requests->add(stopped);
-    // The handler and what it holds are let go on the main queue, where they came to life.
-    auto answer = [requests = m_requests, identifier, stopped,
-                   handler = std::move(resultHandler)](const UIImage& picture) {
-        requests->remove(identifier);
-        if (!*stopped)
-            handler(picture);
-    };
-    auto work = [request, stopped, answer = std::move(answer),
-                 expected = DispatchQueue::main().expectWork()]() mutable {
-        UIImage picture;
-        if (!*stopped)
-            picture = pictureOrLog(request, stopped.get());
-        DispatchQueue::main().async([answer = std::move(answer), picture = std::move(picture)] { answer(picture); });
-    };
-    if (isThumbnail(request))
-        runShortPictureWork(std::move(work));
-    else
-        pictureQueue().async(std::move(work));
-    return identifier;
+    if (!options.synchronous)
+        return m_requests->add(request, options.deliveryMode, std::move(resultHandler));
+    resultHandler(pictureNow(request));
+    return PHInvalidImageRequestID;
 }
 
 void PHImageManager::cancelImageRequest(PHImageRequestID requestID)

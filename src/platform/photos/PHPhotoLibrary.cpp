@@ -5,6 +5,7 @@
 #include "platform/photos/LibraryReports_p.h"
 #include "platform/photos/PHChangeRequests_p.h"
 #include "platform/photos/PHFetchResult_p.h"
+#include "platform/photos/LibraryRoots.h"
 #include "platform/photos/PhotoFolder.h"
 
 #include <mutex>

@@ -5,6 +5,7 @@
 #include "platform/photos/PHPhotoLibrary.h"
 #include "platform/photos/PhotoIndex_p.h"
 
+#include <unordered_map>
 #include <algorithm>
 #include <gtest/gtest.h>
 #include <numeric>

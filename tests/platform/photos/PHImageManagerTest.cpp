@@ -92,11 +92,13 @@ TEST_F(ImageRequests, OthersAnswerOnTheMainQueueUnlessCancelled)
     const PHAsset picture = ramp(40, 30);
     int calls = 0;
     const auto request = [&](PHImageManager& by, CGSize target) {
-        return by.requestImageForAsset(picture, target, ContentMode::AspectFill, {}, [&](const UIImage& answer) {
-            ++calls;
-            EXPECT_TRUE(answer);
-            EXPECT_TRUE(DispatchQueue::main().isCurrent());
-        });
+        return by.requestImageForAsset(picture, target, ContentMode::AspectFill,
+                                       {.deliveryMode = PHImageRequestOptionsDeliveryMode::HighQualityFormat},
+                                       [&](const UIImage& answer) {
+                                           ++calls;
+                                           EXPECT_TRUE(answer);
+                                           EXPECT_TRUE(DispatchQueue::main().isCurrent());
+                                       });
     };
     // Both the small picture and the whole one go this way.
     for (const CGSize target : {CGSize{20, 15}, PHImageManagerMaximumSize}) {

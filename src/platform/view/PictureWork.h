@@ -11,7 +11,7 @@
 namespace lamina {
 
 /// Runs `work` among the pictures' other work, and then `done` with what it gave on the main thread, as long as the
-/// screen is there. From the main thread.
+/// screen is there. The main queue counts as busy until then. From the main thread.
 template <class Value>
 void inBackground(const std::weak_ptr<UIViewController>& screen, std::function<Value()> work,
                   std::function<void(Value)> done)
