@@ -4,7 +4,7 @@ import Lamina
 
 // The contact sheet: the camera and the photos of an album in square tiles. It lies under the bar, which makes way
 // while it is scrolled, by fingers, wheel or keys alike.
-GridView {
+TileGrid {
     id: grid
 
     // A YMSPhotoPickerViewController.
@@ -17,31 +17,26 @@ GridView {
 
     readonly property real gap: Tokens.thumbs.pickerGap
     readonly property real inset: room > 640 ? Tokens.space.s : 0
-    readonly property int columns: Math.max(1, controller.columns)
     // What is left of a row's width is shared out: tiles stand on whole pixels and differ by one at most.
     readonly property real pitch: (room - 2 * inset + gap) / columns
     // How far it is scrolled; 0: at its top.
     readonly property real scrolled: contentY - originY + topMargin
-    readonly property real pageRows: Math.max(1, Math.floor((height - barShown) / cellHeight) - 1)
     property bool placed: false
 
     function tileX(column) {
         return Math.round(column * pitch)
     }
-    function clamped(y) {
-        return Math.max(0, Math.min(y, contentHeight + topMargin + bottomMargin - height))
-    }
     function scrollTo(y) {
-        contentY = clamped(y) + originY - topMargin
+        const most = contentHeight + topMargin + bottomMargin - height
+        contentY = Math.max(0, Math.min(y, most)) + originY - topMargin
     }
-    // Another tile for those who come by keys: always whole in sight, and not under the bar.
-    function goTo(item) {
-        cancelFlick()
-        currentIndex = Math.max(0, Math.min(item, count - 1))
-        const top = topMargin + Math.floor(currentIndex / columns) * cellHeight
+    // Not under the bar, which comes down again on the way up.
+    function reveal(item) {
         const before = scrolled
+        const top = topMargin + Math.floor(item / columns) * cellHeight
+        cancelFlick()
         if (top - gap < scrolled + barShown)
-            scrollTo(currentIndex < columns ? 0 : top - gap - barHeight)
+            scrollTo(item < columns ? 0 : top - gap - barHeight)
         else if (top + cellHeight > scrolled + height)
             scrollTo(top + cellHeight - height)
         if (scrolled !== before)
@@ -53,32 +48,33 @@ GridView {
             return
         const first = placed ? Math.floor(scrolled / cellHeight) * columns : 0
         controller.placeGrid(room, height, gap, inset, inset)
-        if (placed && first > 0) {
+        if (first > 0) {
             forceLayout()
             scrollTo(Math.floor(first / columns) * cellHeight)
         }
         placed = true
     }
+    // Done with several photos; of one, it is the one that has the keyboard.
+    function use() {
+        if (controller.multiple)
+            controller.finishPickingPhotos()
+        else
+            controller.tapItem(currentIndex)
+    }
 
+    name: controller.albumTitle
     x: inset
     // The last tile's gap and a little: so the columns are as many as they are said to be, and not one less.
     width: room - inset + gap + 1
-    topMargin: barHeight + inset
+    topMargin: barHeight + Math.max(inset, gap)
     bottomMargin: inset
+    columns: Math.max(1, controller.columns)
     cellWidth: pitch
     cellHeight: controller.cellSide + gap
+    pageRows: Math.max(1, Math.floor((height - barShown) / cellHeight) - 1)
     model: controller.photos
-    reuseItems: true
     cacheBuffer: Math.round(cellHeight * 2)
-    boundsBehavior: Flickable.StopAtBounds
-    focus: true
-    activeFocusOnTab: true
-    keyNavigationEnabled: false
-    highlightMoveDuration: 0
     highlightFollowsCurrentItem: false
-    Accessible.role: Accessible.List
-    Accessible.name: controller.albumTitle
-    onCountChanged: if (currentIndex < 0) currentIndex = 0
     onRoomChanged: place()
     onHeightChanged: place()
     Component.onCompleted: place()
@@ -88,46 +84,16 @@ GridView {
     onMovementEnded: controller.scrollViewDidComeToRest()
 
     Keys.onPressed: event => {
-        const page = columns * pageRows
-        const places = { row: [-columns, columns, -1, 1], page: [-page, page], ends: [-count, count] }
-        for (const command in places) {
-            const by = places[command][KeyTable.find(command, event.key, event.modifiers)]
-            if (by === undefined)
-                continue
-            // Up and down stay in their column.
-            const stays = command === "row" && Math.abs(by) === columns && (currentIndex + by < 0 || currentIndex + by >= count)
-            event.accepted = true
-            return goTo(currentIndex + (stays ? 0 : by))
-        }
-        const acts = { preview: look, mark: mark, photoMenu: look, use: use, albums: () => controller.presentAlbumPickerView() }
-        for (const command in acts)
-            if (KeyTable.find(command, event.key, event.modifiers) >= 0) {
-                event.accepted = true
-                if (!event.isAutoRepeat)
-                    acts[command]()
-                return
-            }
-    }
-    function look() {
-        if (currentIndex > 0)
-            controller.presentSinglePhoto(currentIndex)
-        else
-            mark()
-    }
-    function mark() {
-        goTo(currentIndex)
-        controller.tapItem(currentIndex)
-    }
-    // Done with several photos; of one, it is the one that has the keyboard.
-    function use() {
-        if (!controller.rightBarButtonItem)
-            mark()
-        else if (controller.selectedCount > 0)
-            controller.finishPickingPhotos()
+        if (event.accepted)
+            return
+        const acts = { use: use, albums: () => controller.presentAlbumPickerView() }
+        const command = Object.keys(acts).find(name => KeyTable.find(name, event.key, event.modifiers) >= 0)
+        event.accepted = command !== undefined
+        if (event.accepted && !event.isAutoRepeat)
+            acts[command]()
     }
 
     delegate: PickerTile {
-        id: tile
         readonly property int column: index % grid.columns
         controller: grid.controller
         width: grid.cellWidth

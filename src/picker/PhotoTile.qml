@@ -13,6 +13,7 @@ Rectangle {
 
     readonly property bool unreadable: cell !== null && cell.unreadable
 
+    objectName: unreadable || !shown.empty ? "" : "waiting"
     color: unreadable ? Tokens.palette.field : Tokens.palette.paperHud
 
     Icon {
@@ -22,6 +23,7 @@ Rectangle {
         opacity: Tokens.opacity.disabled
     }
     Picture {
+        id: shown
         anchors.fill: parent
         picture: photo.cell ? photo.cell.thumbnailImage : undefined
     }
@@ -49,7 +51,7 @@ Rectangle {
                 id: number
                 anchors.centerIn: parent
                 text: photo.cell ? photo.cell.selectionOrder : ""
-                role: Tokens.type.pickerOrder
+                role: ({ size: photo.theme.orderSize, weight: Tokens.type.pickerOrder.weight })
                 color: photo.theme.orderLabelTextColor
                 wrapMode: Text.NoWrap
                 Accessible.ignored: true

@@ -22,10 +22,11 @@ Item {
     property string rightIcon
     property bool rightEnabled: true
     property string rightCommand
-    signal left()
-    signal right()
+    signal leave()
+    signal act()
     signal opened()
 
+    readonly property var titleRole: ({ size: theme.titleSize, weight: Tokens.type.pickerTitle.weight })
     readonly property bool holdsFocus: leftButton.activeFocus || titleButton.activeFocus || rightButton.activeFocus
     // What the text of the bar needs. Names of albums may be of any length: only large letters take a second line.
     readonly property real sides: Math.max(leftButton.width, rightButton.visible ? rightButton.width : 0) + 2 * Tokens.space.s
@@ -42,7 +43,7 @@ Item {
         id: titleFit
         texts: [bar.title]
         room: bar.width
-        role: Tokens.type.pickerTitle
+        role: bar.titleRole
     }
 
     Rectangle {
@@ -63,7 +64,7 @@ Item {
         iconName: bar.leftIcon
         name: bar.leftName
         command: "back"
-        onClicked: bar.left()
+        onClicked: bar.leave()
     }
     T.Button {
         id: titleButton
@@ -111,8 +112,7 @@ Item {
                 id: titleText
                 width: Math.min(Math.ceil(titleFit.widest) + 1, titleButton.room - bar.chevron - 2 * Tokens.space.s)
                 text: bar.title
-                role: Tokens.type.pickerTitle
-                font.weight: bar.opens ? Tokens.type.pickerTitle.weight : 600
+                role: bar.titleRole
                 color: bar.theme.titleLabelTextColor
                 horizontalAlignment: Text.AlignHCenter
                 wrapMode: Text.NoWrap
@@ -151,6 +151,6 @@ Item {
         iconName: bar.rightIcon
         strong: true
         command: bar.rightCommand
-        onClicked: bar.right()
+        onClicked: bar.act()
     }
 }

@@ -10,13 +10,9 @@ T.Button {
     required property int index
     required property string identifier
     required property bool isCamera
-    // Differs for each version of the photo's file.
-    required property var stamp
     property var controller
     // How wide it is, to whole pixels: what is left of the row is shared out.
     property real side: height
-    // Kept from the mouse and fingers while the grid runs: they stop it.
-    property bool still: true
 
     property var cell: null
     // Marks fade where the user has set them, not where the tile gets another photo.
@@ -44,8 +40,6 @@ T.Button {
             controller.endDisplaying(former)
     }
 
-    onStampChanged: if (settled) take()
-    onIdentifierChanged: if (settled) take()
     Component.onCompleted: take()
     Component.onDestruction: release()
     GridView.onPooled: release()
@@ -92,8 +86,17 @@ T.Button {
     onPressAndHold: look()
     function look() {
         GridView.view.currentIndex = index
-        if (!isCamera)
+        if (isCamera)
+            controller.tapItem(index)
+        else
             controller.presentSinglePhoto(index)
+    }
+    Keys.onPressed: event => {
+        const acts = { preview: look, photoMenu: look, mark: clicked }
+        const command = Object.keys(acts).find(name => KeyTable.find(name, event.key, event.modifiers) >= 0)
+        event.accepted = command !== undefined
+        if (event.accepted && !event.isAutoRepeat)
+            acts[command]()
     }
     MouseArea {
         anchors.fill: parent

@@ -11,7 +11,7 @@ AppScreen {
     readonly property bool hidden: controller.libraryState === 3
     // Tab leads into a bar that has made way: it comes back for as long as it has the keyboard.
     readonly property bool barHeld: bar.holdsFocus && Host.focusVisible
-    readonly property real barShown: barHeld || controller.barAlpha > 0 ? bar.y + bar.height : 0
+    readonly property real barShown: bar.opacity > 0 ? bar.y + bar.height : 0
 
     name: qsTranslate("Lamina", "Choose photos")
     onBack: controller.cancelPicking()
@@ -31,21 +31,24 @@ AppScreen {
     }
     PickerBar {
         id: bar
+        readonly property bool album: picker.controller.albumTitle !== ""
         y: picker.barHeld ? 0 : picker.controller.barOffset
         width: parent.width
         opacity: picker.barHeld ? 1 : picker.controller.barAlpha
+        MotionBehavior on y { motion: picker.controller.barOffsetMotion }
+        MotionBehavior on opacity { motion: picker.controller.barAlphaMotion }
         theme: picker.controller.theme
-        title: picker.controller.albumTitle
-        note: picker.controller.rightBarButtonItem ? picker.controller.selectionText : ""
-        opens: true
+        title: album ? picker.controller.albumTitle : qsTranslate("Lamina", "Photos")
+        note: album ? picker.controller.selectionText : ""
+        opens: album
         opensCommand: "albums"
         leftText: qsTranslate("Lamina", "Cancel")
         rightText: picker.controller.rightBarButtonItem ? picker.controller.rightBarButtonItem.title : ""
         rightEnabled: picker.controller.rightBarButtonItem !== null && picker.controller.rightBarButtonItem.enabled
         rightCommand: "use"
-        onLeft: picker.controller.cancelPicking()
+        onLeave: picker.controller.cancelPicking()
         onOpened: picker.controller.presentAlbumPickerView()
-        onRight: picker.controller.rightBarButtonItem.press()
+        onAct: picker.controller.rightBarButtonItem.press()
     }
 
     BusyRing {

@@ -1,6 +1,7 @@
 #pragma once
 
-#include "platform/image/codecs/PictureDecoder_p.h"
+#include "platform/image/codecs/ByteSource_p.h"
+#include "platform/image/codecs/PictureFacts_p.h"
 
 #include "platform/base/Result.h"
 #include "platform/image/pixels/CGImage.h"
@@ -40,6 +41,20 @@ inline std::string faultOf(const Result<UIImage>& decoded)
     if (!translucent && image.alphaInfo() != CGImageAlphaInfo::NoneSkipLast)
         return "a picture whose alpha is neither straight nor absent";
     return translucent == (all != 255) ? "" : "alpha that the layout does not tell";
+}
+
+/// What is wrong with what is read of a file without decoding its picture; empty when nothing is. Where it can be
+/// decoded, to `whole`, both must say the same.
+inline std::string faultOfFacts(std::span<const std::uint8_t> bytes, const Result<UIImage>& whole)
+{
+    const auto source = memorySource(bytes);
+    const Result<PictureFacts> facts = readPictureFacts(*source);
+    if (facts ? facts->width <= 0 || facts->height <= 0 : facts.error().cause.empty())
+        return "facts that are none";
+    if (whole && (!facts || IntSize{facts->width, facts->height} != whole->pixelSize() ||
+                  facts->orientation != whole->imageOrientation()))
+        return "facts that are not the picture's";
+    return faultOf(loadEmbeddedThumbnail(*source));
 }
 
 } // namespace lamina

@@ -3,6 +3,7 @@
 #include "DecodeCheck.h"
 
 #include "platform/image/codecs/ByteSource_p.h"
+#include "platform/image/codecs/PictureDecoder_p.h"
 #include "platform/image/codecs/PictureDecoding.h"
 #include "platform/image/codecs/PictureFormats.h"
 
@@ -11,6 +12,12 @@
 #include <cstdlib>
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
+
+[[noreturn]] static void stop(const std::string& fault)
+{
+    std::fprintf(stderr, "%s\n", fault.c_str());
+    std::abort();
+}
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
@@ -24,10 +31,13 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         options.memoryLimit = kFuzzMemoryLimit;
         options.shortSide = shortSide;
         const auto source = memorySource(bytes);
-        if (const std::string fault = faultOf(format.decoder->decode(*source, options)); !fault.empty()) {
-            std::fprintf(stderr, "%s\n", fault.c_str());
-            std::abort();
-        }
+        const Result<UIImage> decoded = format.decoder->decode(*source, options);
+        if (const std::string fault = faultOf(decoded); !fault.empty())
+            stop(fault);
+        if (shortSide > 0)
+            continue;
+        if (const std::string fault = faultOfFacts(bytes, decoded); !fault.empty())
+            stop(fault);
     }
     return 0;
 }

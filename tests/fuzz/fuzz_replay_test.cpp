@@ -4,6 +4,7 @@
 #include "DecodeCheck.h"
 #include "TestPictures.h"
 
+#include "platform/image/codecs/PictureDecoding.h"
 #include "platform/image/codecs/PictureFormats.h"
 
 #include <algorithm>
@@ -109,11 +110,11 @@ TEST_P(FuzzReplay, EveryFileHasASoundOutcome)
     for (const auto& entry : fs::directory_iterator(LAMINA_CORPUS "/" + m_folder)) {
         SCOPED_TRACE(entry.path().filename().string());
         ++files;
-        for (const int shortSide : {0, 5}) {
-            const auto start = std::chrono::steady_clock::now();
+        const auto start = std::chrono::steady_clock::now();
+        EXPECT_EQ(faultOfFacts(contents(entry.path()), decoded(entry.path(), 0)), "");
+        for (const int shortSide : {0, 5})
             EXPECT_EQ(faultOf(decoded(entry.path(), shortSide)), "");
-            EXPECT_LT(std::chrono::steady_clock::now() - start, kLongest);
-        }
+        EXPECT_LT(std::chrono::steady_clock::now() - start, kLongest);
     }
     EXPECT_GE(files, 20u);
 }

@@ -1,5 +1,6 @@
 // Draws every screen into pictures, for whoever judges the look: lamina_shots FOLDER [WIDTHxHEIGHT...]
 #include "OwnHome.h"
+#include "SamplePhotos.h"
 #include "WindowDriver.h"
 
 #include "app/ViewController.h"
@@ -14,9 +15,11 @@
 #include "export/ShareController.h"
 #include "hud/ProgressOverlay.h"
 #include "hud/SVProgressHUD.h"
+#include "picker/YMSPhotoPickerViewController.h"
 #include "platform/base/UIColor.h"
 #include "platform/files/FileWriting.h"
 #include "platform/media/VideoExport.h"
+#include "platform/photos/PictureFolders.h"
 #include "platform/view/UIAlertController.h"
 #include "platform/view/UIStoryboard.h"
 
@@ -26,6 +29,7 @@
 
 #include <cstdint>
 #include <cstdio>
+#include <utility>
 #include <vector>
 
 using namespace lamina;
@@ -324,6 +328,52 @@ void shootReopening(const LaunchOptions& options, const QString& prefix)
     shooter.shoot("discard-work");
 }
 
+/// Albums with the sample photos in the folder for pictures, for as long as it lives.
+class Albums {
+public:
+    Albums()
+    {
+        int minutes = 0;
+        for (const auto& [name, photos] : {std::pair{"Garden", 9}, {"Night walks", 11}, {"Lamina", 3}, {".", 4}}) {
+            addSamplePhotos(picturesFolder() + '/' + name, photos, minutes);
+            minutes += photos;
+        }
+    }
+    ~Albums() { QDir(QString::fromStdString(picturesFolder())).removeRecursively(); }
+    Albums(const Albums&) = delete;
+    Albums& operator=(const Albums&) = delete;
+};
+
+std::shared_ptr<YMSPhotoPickerViewController> openPicker(WindowDriver& driver)
+{
+    driver.top<ViewController>()->threePhotoCollage();
+    driver.waitFor<YMSPhotoPickerViewController>();
+    return driver.top<YMSPhotoPickerViewController>();
+}
+
+/// All tiles that are seen have their photos.
+bool isDrawn(WindowDriver& driver)
+{
+    return driver.called(QStringLiteral("waiting")) == nullptr;
+}
+
+void shootPickers(const LaunchOptions& options, const QString& prefix)
+{
+    Shooter shooter(options, prefix);
+    WindowDriver& driver = shooter.driver();
+    auto picker = openPicker(driver);
+    WindowDriver::waitUntil([&] { return picker->libraryState() == YMSPhotoPickerViewController::Empty; }, 5);
+    shooter.shoot("picker-empty");
+    const Albums albums; // which it finds by itself
+    WindowDriver::waitUntil([&] { return picker->photosModel()->rowCount() == 28 && isDrawn(driver); }, 20);
+    for (const int item : {2, 5, 8})
+        picker->tapItem(item);
+    shooter.shoot("picker");
+    driver.press(Qt::Key_Right);
+    shooter.shoot("picker-focus");
+    driver.press(Qt::Key_Escape);
+}
+
 } // namespace
 
 int main(int argc, char** argv)
@@ -354,6 +404,7 @@ int main(int argc, char** argv)
         const QString prefix = QString::fromLocal8Bit(argv[1]) + QLatin1Char('/') + size + QLatin1Char('-');
         shootRoad(options, prefix);
         shootReopening(options, prefix);
+        shootPickers(options, prefix);
         QDir(state.path()).removeRecursively();
     }
 }

@@ -37,6 +37,7 @@ set(LAMINA_QML_FILES
     export/ShareScreen.qml
     export/SizeField.qml
     export/TiffScreen.qml
+    picker/AlbumRow.qml
     picker/CameraTile.qml
     picker/PhotoGrid.qml
     picker/PhotoTile.qml
@@ -44,7 +45,9 @@ set(LAMINA_QML_FILES
     picker/PickerButton.qml
     picker/PickerMessage.qml
     picker/PickerTile.qml
+    picker/YMSAlbumPickerScreen.qml
     picker/YMSPhotoPickerScreen.qml
+    picker/YMSSinglePhotoScreen.qml
     platform/host/ActivityScreen.qml
     platform/host/AlertScreen.qml
     platform/host/DocumentPickerScreen.qml
@@ -95,6 +98,7 @@ set(LAMINA_QML_FILES
     platform/host/controls/StyledText.qml
     platform/host/controls/SuggestedMark.qml
     platform/host/controls/ThinScrollBar.qml
+    platform/host/controls/TileGrid.qml
     platform/host/controls/Tip.qml
     platform/host/controls/Toast.qml
     platform/host/controls/ToolBar.qml

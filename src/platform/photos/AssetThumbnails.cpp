@@ -5,6 +5,7 @@
 #include "platform/files/FileReading.h"
 #include "platform/files/PrivateFolder.h"
 #include "platform/image/codecs/PictureDecoding.h"
+#include "platform/image/codecs/PictureFacts.h"
 #include "platform/image/codecs/PictureFormats.h"
 #include "platform/photos/AssetScaling_p.h"
 #include "platform/photos/DesktopThumbnail_p.h"
@@ -21,40 +22,40 @@ namespace lamina {
 
 namespace {
 
-/// Pixels of the longer side of what is kept: the first that is large enough for a request. The first serves the grid
-/// of a phone, the others wide windows, and long panoramas that cover a square.
+/// Pixels of the longer side of what is kept, at most: the first that is large enough for a request. The first serves
+/// the grid of a phone, the others wide windows, and long panoramas that cover a square.
 constexpr std::array kKeptSides{512, 768, 1152};
 
 /// Pictures that wait to be written; one of them takes some 1.5 MB.
 constexpr int kMostUnkept = 16;
 
-/// A picture of this size with its longer side reduced to `longSide`.
-IntSize reducedTo(int longSide, IntSize picture)
+CGSize reducedTo(int longSide, IntSize picture)
 {
     const double factor = static_cast<double>(longSide) / std::max(picture.width, picture.height);
-    const auto side = [factor](int length) { return std::max(1, static_cast<int>(std::round(length * factor))); };
+    const auto side = [factor](int length) { return std::max(1.0, std::round(length * factor)); };
     return {side(picture.width), side(picture.height)};
 }
 
-/// The size at which a picture is kept; nothing where it is as soon read as kept, or no size would do.
-std::optional<IntSize> keptSize(const AssetPictureRequest& request, IntSize picture)
+/// What is kept of a picture that was read for the request: it as it was read where that is small enough, else reduced.
+/// Empty where no size that is kept would do.
+UIImage keptPicture(const UIImage& picture, const AssetPictureRequest& request)
 {
-    for (const int side : kKeptSides)
-        if (side < std::max(picture.width, picture.height))
-            if (const IntSize reduced = reducedTo(side, picture); isEnoughFor(request, reduced))
-                return reduced;
-    return std::nullopt;
+    const IntSize own = picture.pixelSize();
+    for (const int side : kKeptSides) {
+        const CGSize size = side < std::max(own.width, own.height) ? reducedTo(side, own) : picture.size();
+        if (isEnoughFor(request, {static_cast<int>(size.width), static_cast<int>(size.height)}))
+            return redrawn(picture, size, Ground::White);
+    }
+    return {};
 }
 
-/// The fewest pixels that the decoder must leave on the shorter side, for the request and for what is kept.
-int readShortSide(const AssetPictureRequest& request)
+/// The sides of the photo as shown; empty where nobody knows them.
+IntSize photoSize(const PHAsset& asset)
 {
-    const int shown = decodedShortSide(request, *wholeTarget(request));
-    const IntSize own{request.asset.pixelWidth, request.asset.pixelHeight};
-    if (own.isEmpty())
-        return std::max(shown, kKeptSides.front());
-    const std::optional<IntSize> kept = keptSize(request, own);
-    return kept ? std::max(shown, std::min(kept->width, kept->height)) : shown;
+    if (asset.pixelWidth > 0 && asset.pixelHeight > 0)
+        return {asset.pixelWidth, asset.pixelHeight};
+    const Result<PictureFacts> facts = readPictureFacts(asset.path);
+    return facts ? IntSize{facts->width, facts->height} : IntSize();
 }
 
 } // namespace
@@ -113,21 +114,28 @@ UIImage AssetThumbnails::coarsePicture(const FileStamp& file, const AssetPicture
         coarse = m_memory.findAny(file);
     if (!coarse && !isThumbnail(request))
         coarse = m_store.find(file, 0);
-    return coarse;
+    if (coarse)
+        return coarse;
+    const Result<UIImage> embedded = loadEmbeddedThumbnail(request.asset.path);
+    return embedded ? redrawn(*embedded, embedded->size(), Ground::White) : UIImage();
 }
 
 AssetThumbnails::Reading AssetThumbnails::read(const AssetPictureRequest& request, const std::atomic<bool>* cancelled)
 {
     const std::string& path = request.asset.path;
     const std::optional<FileStamp> file = stampOfFile(path);
+    const IntSize own = photoSize(request.asset);
+    AssetPictureRequest known = request;
+    known.asset.pixelWidth = own.width;
+    known.asset.pixelHeight = own.height;
+    const int shortSide = decodedShortSide(known, *wholeTarget(known));
     const Result<UIImage> stored =
-        loadAsStored({path, nullptr, path}, {.shortSide = readShortSide(request), .cancelled = cancelled});
+        loadAsStored({path, nullptr, path}, {.shortSide = shortSide, .cancelled = cancelled});
     if (!stored)
         return failed(stored.error(), file, path);
-    const std::optional<IntSize> size = keptSize(request, stored->pixelSize());
-    UIImage kept =
-        size ? redrawn(*stored, {static_cast<double>(size->width), static_cast<double>(size->height)}, Ground::White)
-             : UIImage();
+    // A small photo is as soon read itself.
+    const bool isLarge = std::max(own.width, own.height) > kKeptSides.front();
+    UIImage kept = isLarge ? keptPicture(*stored, request) : UIImage();
     const UIImage sized = sizedForRequest(kept ? kept : *stored, request, Ground::White);
     // One that was replaced while it was read may be of both.
     const bool isKnown = sized && file && stampOfFile(path) == file;

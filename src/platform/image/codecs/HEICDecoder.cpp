@@ -1,6 +1,7 @@
 #include "platform/base/Causes.h"
 #include "platform/base/Result.h"
 #include "platform/image/codecs/ByteSource_p.h"
+#include "platform/image/codecs/HeifFacts_p.h"
 #include "platform/image/codecs/HeifLibrary_p.h"
 #include "platform/image/codecs/HeifReferences_p.h"
 #include "platform/image/codecs/PictureDecoder_p.h"
@@ -137,8 +138,28 @@ public:
 
     Result<UIImage> decode()
     {
-        if (const Outcome done = open(); !done)
-            return done.error();
+        const Outcome opened = open();
+        return opened ? decodeHandle() : opened.error();
+    }
+
+    Result<UIImage> decodeThumbnail()
+    {
+        if (const Outcome opened = open(); !opened)
+            return opened.error();
+        heif_item_id item = 0;
+        heif_image_handle* thumbnail = nullptr;
+        if (m_heif.handleThumbnails(m_handle.get(), &item, 1) != 1)
+            return Error{{}, cause::kNoThumbnail};
+        const heif_error error = m_heif.getThumbnail(m_handle.get(), item, &thumbnail);
+        if (error.code != heif_error_Ok)
+            return failure(error);
+        take(thumbnail);
+        return decodeHandle();
+    }
+
+private:
+    Result<UIImage> decodeHandle()
+    {
         const int factor = reductionFactor(m_layout.width, m_layout.height, m_options.shortSide);
         const std::uint64_t held = m_layout.heldBytes(collectorBytes(m_layout.width, m_layout.height, factor));
         if (const Outcome claim = checkClaim(m_layout.width, m_layout.height, held, m_fileBytes, m_options); !claim)
@@ -156,7 +177,6 @@ public:
         return std::move(rows).finish(profile(), UIImageOrientation::Up);
     }
 
-private:
     Error failure(const heif_error& error) const
     {
         if (error.subcode == heif_suberror_Security_limit_exceeded)
@@ -181,14 +201,20 @@ private:
             return failure(error);
         heif_image_handle* handle = nullptr;
         error = m_heif.getPrimaryImageHandle(m_context.get(), &handle);
-        m_handle.reset(handle);
         if (error.code != heif_error_Ok)
             return failure(error);
+        take(handle);
+        return success();
+    }
+
+    /// Reads this picture from now on.
+    void take(heif_image_handle* handle)
+    {
+        m_handle.reset(handle);
         m_layout.width = m_heif.handleWidth(handle);
         m_layout.height = m_heif.handleHeight(handle);
         m_layout.alpha = m_heif.handleHasAlpha(handle) != 0;
         m_layout.deep = m_heif.handleLumaBits(handle) > 8;
-        return success();
     }
 
     Outcome decodePixels()
@@ -279,23 +305,31 @@ private:
     std::unique_ptr<heif_image, void (*)(heif_image*)> m_image;
 };
 
-Result<UIImage> decodeHEIC(ByteSource& source, const DecodeOptions& options)
+Result<UIImage> read(ByteSource& source, const DecodeOptions& options, Result<UIImage> (HEICReader::*body)())
 {
     const HeifLibrary* heif = HeifLibrary::shared();
     if (!heif)
         return Error{{}, "HEIC pictures need libheif"};
     if (!areHeifReferencesSound(source))
         return Error{{}, cause::kDamaged};
-    return HEICReader(*heif, source, options).decode();
+    HEICReader reader(*heif, source, options);
+    return (reader.*body)();
 }
 
-Result<StoredFacts> factsOfHEIC(ByteSource&)
+Result<UIImage> decodeHEIC(ByteSource& source, const DecodeOptions& options)
 {
-    return Error{{}, "not yet"};
+    return read(source, options, &HEICReader::decode);
+}
+
+/// The first thumbnail item of the primary picture.
+Result<UIImage> loadHEICThumbnail(ByteSource& source, const StoredFacts&)
+{
+    const DecodeOptions options{.memoryLimit = std::size_t{16} << 20};
+    return read(source, options, &HEICReader::decodeThumbnail);
 }
 
 } // namespace
 
-const PictureDecoder kHEICDecoder{recognizesHEIC, decodeHEIC, factsOfHEIC, nullptr};
+const PictureDecoder kHEICDecoder{recognizesHEIC, decodeHEIC, readHeifFacts, loadHEICThumbnail};
 
 } // namespace lamina

@@ -18,6 +18,8 @@ const HeifLibrary* HeifLibrary::shared()
         library.find(table.setMaximumImageSizeLimit, "heif_context_set_maximum_image_size_limit");
         library.find(table.readFromReader, "heif_context_read_from_reader");
         library.find(table.getPrimaryImageHandle, "heif_context_get_primary_image_handle");
+        library.find(table.handleThumbnails, "heif_image_handle_get_list_of_thumbnail_IDs");
+        library.find(table.getThumbnail, "heif_image_handle_get_thumbnail");
         library.find(table.handleRelease, "heif_image_handle_release");
         library.find(table.handleWidth, "heif_image_handle_get_width");
         library.find(table.handleHeight, "heif_image_handle_get_height");

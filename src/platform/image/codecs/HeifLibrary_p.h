@@ -14,6 +14,8 @@ struct HeifLibrary {
     decltype(&heif_context_set_maximum_image_size_limit) setMaximumImageSizeLimit;
     decltype(&heif_context_read_from_reader) readFromReader;
     decltype(&heif_context_get_primary_image_handle) getPrimaryImageHandle;
+    decltype(&heif_image_handle_get_list_of_thumbnail_IDs) handleThumbnails;
+    decltype(&heif_image_handle_get_thumbnail) getThumbnail;
     decltype(&heif_image_handle_release) handleRelease;
     decltype(&heif_image_handle_get_width) handleWidth;
     decltype(&heif_image_handle_get_height) handleHeight;

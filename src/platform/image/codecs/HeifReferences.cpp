@@ -1,11 +1,11 @@
 #include "platform/image/codecs/HeifReferences_p.h"
 
+#include "platform/image/codecs/HeifBoxes_p.h"
+
 #include <algorithm>
-#include <array>
 #include <cstdint>
 #include <cstring>
 #include <map>
-#include <optional>
 #include <span>
 #include <vector>
 
@@ -14,59 +14,8 @@ namespace lamina {
 namespace {
 
 constexpr std::uint64_t kLargestReferences = 4u << 20; // bytes of an iref box
-constexpr int kMostBoxes = 1000;
 // A picture of 400 megapixels in tiles of 512 x 512, with alpha, has about 3000.
 constexpr std::uint64_t kMostItemsDecoded = 10'000;
-
-std::uint64_t bigEndian(const std::uint8_t* bytes, int count)
-{
-    std::uint64_t value = 0;
-    for (int i = 0; i < count; ++i)
-        value = value << 8 | bytes[i];
-    return value;
-}
-
-struct Box {
-    std::uint64_t content = 0;
-    std::uint64_t end = 0;
-    std::array<char, 4> type{};
-
-    bool is(const char* name) const { return std::memcmp(type.data(), name, type.size()) == 0; }
-};
-
-/// The box that begins at `offset` and ends at `limit` at the latest.
-std::optional<Box> readBox(ByteSource& source, std::uint64_t offset, std::uint64_t limit)
-{
-    std::array<std::uint8_t, 16> head{};
-    if (offset >= limit || limit - offset < 8)
-        return std::nullopt;
-    const std::size_t count = source.read(offset, head);
-    std::uint64_t size = bigEndian(head.data(), 4);
-    std::uint64_t headSize = 8;
-    if (size == 1 && count == head.size()) {
-        size = bigEndian(head.data() + 8, 8);
-        headSize = 16;
-    } else if (size == 0) {
-        size = limit - offset;
-    }
-    if (count < 8 || size < headSize)
-        return std::nullopt;
-    Box box{offset + headSize, offset + std::min(size, limit - offset), {}};
-    std::memcpy(box.type.data(), head.data() + 4, box.type.size());
-    return box;
-}
-
-template <class Body>
-void eachBox(ByteSource& source, std::uint64_t offset, std::uint64_t limit, const Body& body)
-{
-    for (int i = 0; i < kMostBoxes; ++i) {
-        const std::optional<Box> box = readBox(source, offset, limit);
-        if (!box)
-            return;
-        body(*box);
-        offset = box->end;
-    }
-}
 
 /// Which items are decoded along with each item.
 class Dependencies {
@@ -81,11 +30,13 @@ public:
         std::size_t at = 4;
         const auto number = [&](int size) {
             at += static_cast<std::size_t>(size);
-            return at <= content.size() ? bigEndian(content.data() + at - size, size) : 0;
+            return at <= content.size()
+                       ? numberOf(content.subspan(at - static_cast<std::size_t>(size), static_cast<std::size_t>(size)))
+                       : 0;
         };
         while (at + 12 <= content.size()) {
             const std::uint8_t* type = content.data() + at + 4;
-            at += bigEndian(content.data() + at, 4) == 1 ? 16 : 8;
+            at += numberOf(content.subspan(at, 4)) == 1 ? 16 : 8;
             const std::uint64_t from = number(idSize);
             for (std::uint64_t count = number(2); count > 0 && at < content.size(); --count) {
                 const std::uint64_t to = number(idSize);
@@ -131,17 +82,12 @@ private:
 bool areHeifReferencesSound(ByteSource& source)
 {
     Dependencies dependencies;
-    eachBox(source, 0, source.size(), [&](const Box& top) {
-        if (!top.is("meta"))
+    eachHeifMetaBox(source, [&](const HeifBox& box) {
+        if (!box.is("iref") || box.end - box.content > kLargestReferences)
             return;
-        constexpr std::uint64_t kVersionAndFlags = 4;
-        eachBox(source, top.content + kVersionAndFlags, top.end, [&](const Box& box) {
-            if (!box.is("iref") || box.end - box.content > kLargestReferences)
-                return;
-            std::vector<std::uint8_t> content(static_cast<std::size_t>(box.end - box.content));
-            content.resize(source.read(box.content, content));
-            dependencies.add(content);
-        });
+        std::vector<std::uint8_t> content(static_cast<std::size_t>(box.end - box.content));
+        content.resize(source.read(box.content, content));
+        dependencies.add(content);
     });
     return dependencies.areSound();
 }

@@ -7,7 +7,9 @@
 #include <cmath>
 #include <cstdlib>
 #include <cstring>
+#include <deque>
 #include <lcms2.h>
+#include <mutex>
 #include <vector>
 
 // Profiles and rendering intents are those of ICC.1; sRGB is IEC 61966-2-1 with the primaries of Rec. ITU-R BT.709. The
@@ -110,6 +112,45 @@ std::vector<std::uint8_t> makeSRGBProfile()
     return bytes;
 }
 
+/// The profiles met last, each with what became of it: the photos of a camera all have the same one, and it takes two
+/// milliseconds to look through. From any thread.
+class KnownProfiles {
+public:
+    struct Known {
+        std::vector<std::uint8_t> profile;
+        std::optional<ColorConversion> conversion;
+    };
+
+    static KnownProfiles& shared()
+    {
+        static auto* const known = new KnownProfiles;
+        return *known;
+    }
+    std::optional<Known> find(std::span<const std::uint8_t> profile)
+    {
+        const std::lock_guard lock(m_mutex);
+        const auto found = std::find_if(m_known.begin(), m_known.end(), [&](const Known& known) {
+            return std::equal(known.profile.begin(), known.profile.end(), profile.begin(), profile.end());
+        });
+        return found == m_known.end() ? std::nullopt : std::optional(*found);
+    }
+    void add(std::span<const std::uint8_t> profile, const std::optional<ColorConversion>& conversion)
+    {
+        constexpr std::size_t kMost = 4;
+        constexpr std::size_t kLargest = std::size_t{64} << 10;
+        if (profile.size() > kLargest)
+            return;
+        const std::lock_guard lock(m_mutex);
+        m_known.push_front({{profile.begin(), profile.end()}, conversion});
+        if (m_known.size() > kMost)
+            m_known.pop_back();
+    }
+
+private:
+    std::mutex m_mutex;
+    std::deque<Known> m_known; ///< the newest is the first
+};
+
 } // namespace
 
 CGColorSpace::Model profileModel(std::span<const std::uint8_t> iccProfile)
@@ -167,8 +208,13 @@ std::optional<ColorConversion> ColorConversion::toSRGB(std::span<const std::uint
     if (model == CGColorSpace::Model::AlphaOnly || profileModel(iccProfile) != model ||
         iccProfile.size() > kLargestProfile)
         return std::nullopt;
+    // The model stands in the profile, so that it needn't be asked for here.
+    if (const auto known = KnownProfiles::shared().find(iccProfile))
+        return known->conversion;
     const Profile profile(cmsOpenProfileFromMem(iccProfile.data(), static_cast<cmsUInt32Number>(iccProfile.size())));
-    return profile ? fromProfile(profile.get(), model) : std::nullopt;
+    const std::optional<ColorConversion> conversion = profile ? fromProfile(profile.get(), model) : std::nullopt;
+    KnownProfiles::shared().add(iccProfile, conversion);
+    return conversion;
 }
 
 bool ColorConversion::changesNothing() const

@@ -143,14 +143,26 @@ TEST(PictureFacts, AgreeWithTheDecodedPicture)
         if (!picture)
             continue;
         ++pictures;
-        if (pictureFormatForFileName(entry.path().string())->name == "HEIC")
-            continue;
         const Result<PictureFacts> facts = readPictureFacts(entry.path().string());
         ASSERT_TRUE(facts) << facts.error().message();
         EXPECT_EQ((IntSize{facts->width, facts->height}), picture->pixelSize());
         EXPECT_EQ(facts->orientation, picture->imageOrientation());
     }
     EXPECT_GT(pictures, 80u);
+}
+
+TEST(PictureFacts, AreReadOutOfHEIC)
+{
+    const Bytes file = dataFile("heic-thumbnail.heic");
+    const Result<PictureFacts> facts = factsOf(file);
+    ASSERT_TRUE(facts);
+    EXPECT_EQ(facts->date, utc("2026-02-03 03:05:06"));
+    const Result<UIImage> small = loadEmbeddedThumbnail(*memorySource(file));
+    ASSERT_TRUE(small) << small.error().cause;
+    EXPECT_EQ(small->cgImage().size(), (IntSize{32, 24}));
+    EXPECT_TRUE(pixelMatches(small->cgImage(), 8, 6, {220, 40, 30, 255}, 8));
+    EXPECT_EQ(loadEmbeddedThumbnail(*memorySource(dataFile("heic-444.heic"))).error().cause,
+              "the file holds no thumbnail");
 }
 
 TEST(PictureFacts, TellTheBestDateWithItsOffset)
