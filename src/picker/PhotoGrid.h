@@ -2,6 +2,7 @@
 
 #include "picker/PhotoGridCell.h"
 #include "picker/PhotoGridModel.h"
+#include "platform/photos/PHAsset.h"
 #include "platform/photos/PHFetchResult.h"
 #include "platform/photos/PHFetchResultChangeDetails.h"
 
@@ -19,15 +20,20 @@ class PhotoGridDelegate {
 public:
     virtual ~PhotoGridDelegate() = default;
 
-    /// A tile begins to show the item, or shows it anew.
+    /// The camera's tile begins to show it, or shows it anew.
     virtual void prepareCameraCell(YMSCameraCell& cell) = 0;
+    /// The same for a photo's.
     virtual void preparePhotoCell(YMSPhotoCell& cell, int item) = 0;
     /// The item under a tile may have got another photo, or its photo another file.
     virtual void refreshPhotoCell(YMSPhotoCell& cell, int item) = 0;
 
+    /// Whether a tap may select the item,
     virtual bool shouldSelectItem(int item) = 0;
+    /// and that it has.
     virtual void didSelectItem(int item) = 0;
+    /// Whether a tap may take the selection back,
     virtual bool shouldDeselectItem(int item) = 0;
+    /// and that it has, or that it has selected another item in its place.
     virtual void didDeselectItem(int item) = 0;
 };
 
@@ -58,6 +64,7 @@ public:
 
     /// The tile that shows an item now; null: none does.
     PhotoGridCell* cellForItem(int item) const;
+    /// The same where it is a photo's.
     YMSPhotoCell* photoCellForItem(int item) const;
     /// Another tile than `except` that has the photo's picture; null: none has.
     YMSPhotoCell* photoCellShowing(const PHAsset& asset, const YMSPhotoCell& except) const;
@@ -68,9 +75,13 @@ public:
     /// The view is gone: the tile is emptied, and used again. One that is unknown is ignored.
     void endDisplaying(const QObject* cell);
 
+    /// By a tap or by `selectItem`.
     const std::set<int>& indexPathsForSelectedItems() const { return m_selected; }
+    /// Whether the item is one of them.
     bool isSelected(int item) const { return m_selected.contains(item); }
+    /// In the place of the one before, where one alone can be selected.
     void selectItem(int item);
+    /// Nothing where it isn't selected.
     void deselectItem(int item);
 
     /// A user's tap: selects the item, or takes the selection back where several can be selected.

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/photos/PHAsset.h"
 #include "platform/photos/PHFetchResult.h"
 #include "platform/photos/PHFetchResultChangeDetails.h"
 #include "platform/view/ListModel.h"

@@ -1,6 +1,7 @@
 #include "picker/YMSPhotoPickerViewController.h"
 
 #include "platform/media/AVCaptureSession.h"
+#include "platform/photos/PHFetchResult.h"
 #include "platform/photos/PHCollection.h"
 
 #include <algorithm>

@@ -4,6 +4,8 @@
 #include "platform/base/Localization.h"
 #include "platform/photos/PHPhotoLibrary.h"
 #include "platform/photos/PictureFolders.h"
+#include "platform/base/Result.h"
+#include "platform/photos/PhotoSource.h"
 #include "platform/view/FailureAlert.h"
 
 #include <utility>
@@ -21,6 +23,28 @@ constexpr int kPixelsThatProve = 64;
 QString shown(const std::string& text)
 {
     return QString::fromStdString(text);
+}
+
+/// The first cause stands for all.
+std::string refusalText(const std::vector<Error>& refused)
+{
+    if (refused.empty())
+        return {};
+    const std::string first = failureText(refused.front()) + ' ';
+    if (refused.size() == 1)
+        return first;
+    return first +
+           localizedText(QT_TRANSLATE_NOOP("Lamina", "Left out besides: %1."), {std::to_string(refused.size() - 1)}) +
+           ' ';
+}
+
+std::string noRoomText(std::size_t leftOut)
+{
+    if (leftOut == 0)
+        return {};
+    return leftOut == 1 ? localizedString(QT_TRANSLATE_NOOP("Lamina", "There is no room for one more photo."))
+                        : localizedText(QT_TRANSLATE_NOOP("Lamina", "There is no room for %1 more photos."),
+                                        {std::to_string(leftOut)});
 }
 
 } // namespace
@@ -82,13 +106,9 @@ void YMSPhotoPickerViewController::photosArrived(const PhotoArrivals& arrivals)
         else
             ++leftOut;
     }
-    for (const Error& refused : arrivals.refused)
-        emit notice(shown(failureText(refused)));
-    if (leftOut == 1)
-        emit notice(shown(localizedString(QT_TRANSLATE_NOOP("Lamina", "There is no room for one more photo."))));
-    else if (leftOut > 1)
-        emit notice(shown(localizedText(QT_TRANSLATE_NOOP("Lamina", "There is no room for %1 more photos."),
-                                        {std::to_string(leftOut)})));
+    const std::string told = refusalText(arrivals.refused) + noRoomText(leftOut);
+    if (!told.empty())
+        emit notice(shown(told).trimmed());
 }
 
 void YMSPhotoPickerViewController::updateLibraryState()

@@ -5,6 +5,7 @@
 #include "platform/photos/PHAssetChangeRequest.h"
 #include "platform/photos/PHAssetCollectionChangeRequest.h"
 #include "platform/photos/PHPhotoLibrary.h"
+#include "platform/image/pixels/UIImage.h"
 #include "platform/view/FailureAlert.h"
 
 #include <utility>

@@ -1,6 +1,8 @@
 #include "picker/YMSPhotoPickerViewController.h"
 
 #include "platform/base/Localization.h"
+#include "platform/photos/PHCollection.h"
+#include "platform/photos/PHFetchResult.h"
 #include "platform/photos/PHFetchResultChangeDetails.h"
 
 #include <algorithm>
@@ -87,15 +89,23 @@ void YMSPhotoPickerViewController::dropVanishedPhotos()
     const std::vector<PHAsset> found = fetchAssetsWithLocalIdentifiers(identifiers);
     if (found.size() == identifiers.size())
         return;
+    std::string names;
     for (const PHAsset& chosen : std::vector<PHAsset>(m_selectedPhotos)) {
         if (std::ranges::find(found, chosen) != found.end())
             continue;
         if (const std::optional<int> item = itemOfAsset(chosen))
             m_grid.deselectItem(*item);
         removeFromSelection(chosen);
-        emit notice(QString::fromStdString(
-            localizedText(QT_TRANSLATE_NOOP("Lamina", "“%1” is no longer there"), {nameOf(chosen)})));
+        names += (names.empty() ? "" : ", ") + localizedText("“%1”", {nameOf(chosen)});
     }
+    emit notice(QString::fromStdString(localizedText(QT_TRANSLATE_NOOP("Lamina", "No longer there: %1"), {names})));
+}
+
+/// The same photos, of which some may have other files.
+void YMSPhotoPickerViewController::refreshTiles(const CollectionItem& item)
+{
+    const PHFetchResult former = std::exchange(m_currentCollectionItem, item)->assets;
+    m_grid.performBatchUpdates({former, item.assets, {}, true}, {});
 }
 
 /// Nobody told the picker of changes while another screen covered it.
@@ -105,12 +115,14 @@ void YMSPhotoPickerViewController::catchUpWithLibrary()
     dropVanishedPhotos();
     if (!m_currentCollectionItem) {
         followOtherAlbums();
-    } else if (PHFetchResult now = fetchAssetsInAssetCollection(m_currentCollectionItem->collection);
-               now != m_currentCollectionItem->assets) {
+    } else {
         const CollectionItem former = *m_currentCollectionItem;
-        const CollectionItem item{former.collection, std::move(now)};
+        const CollectionItem item{former.collection, fetchAssetsInAssetCollection(former.collection)};
         std::ranges::replace(m_collectionItems, former, item);
-        updateViewWithCollectionItem(item);
+        if (item == former)
+            refreshTiles(item);
+        else
+            updateViewWithCollectionItem(item);
     }
     updateLibraryState();
 }

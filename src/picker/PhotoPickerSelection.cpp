@@ -7,6 +7,10 @@
 #include "platform/photos/PictureQueue.h"
 #include "platform/view/FailureAlert.h"
 #include "platform/view/UIAlertController.h"
+#include "platform/base/CGGeometry.h"
+#include "platform/base/Result.h"
+#include "platform/image/pixels/UIImage.h"
+#include "platform/photos/PHImageRequestOptions.h"
 #include "platform/view/UIBarButtonItem.h"
 
 #include <algorithm>

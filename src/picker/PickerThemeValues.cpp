@@ -1,5 +1,7 @@
 #include "picker/PickerThemeValues.h"
 
+#include "platform/base/UIColor.h"
+#include "platform/text/UIFont.h"
 #include "picker/YMSPhotoPickerTheme.h"
 
 #include <QLatin1Char>

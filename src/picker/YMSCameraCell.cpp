@@ -5,6 +5,7 @@
 #include "platform/base/UIDevice.h"
 #include "platform/media/AVCaptureDevice.h"
 #include "platform/view/UIImageMetaType.h"
+#include "platform/base/Result.h"
 #include "platform/view/UIImagePickerController.h"
 
 #include <QPointer>

@@ -33,10 +33,12 @@ public:
 
     /// Whether a photo can be taken at all; looked up by `updateAvailability`.
     bool isAvailable() const { return m_available; }
+    /// Looks it up.
     void updateAvailability();
 
     /// What the camera sees, a `UIImage` that is to fill the tile; empty: nothing.
     const UIImage& preview() const { return m_preview; }
+    /// The same for views.
     QVariant previewVariant() const;
     /// How the preview is to be turned, a number of `UIDeviceOrientation`: the device's where that is upside down or
     /// lying, else upright. To be asked when the tile is laid out.

@@ -14,6 +14,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <string>
 
 namespace lamina {
 
@@ -40,6 +41,7 @@ public:
 
     /// Empty until the first answer.
     const UIImage& thumbnailImage() const { return m_thumbnailImage; }
+    /// The same for views.
     QVariant thumbnailVariant() const;
     /// The answer was no picture: the file can't be read.
     bool isUnreadable() const { return m_unreadable; }

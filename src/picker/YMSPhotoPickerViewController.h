@@ -8,8 +8,8 @@
 #include "picker/YMSPhotoPickerViewControllerDelegate.h"
 #include "platform/base/DispatchTimer.h"
 #include "platform/photos/PHAsset.h"
-#include "platform/photos/PHChange.h"
 #include "platform/photos/PHCachingImageManager.h"
+#include "platform/photos/PHChange.h"
 #include "platform/photos/PHImageManager.h"
 #include "platform/view/PhotoReceiver.h"
 #include "platform/view/UIImagePickerController.h"
@@ -90,6 +90,7 @@ public:
     bool shouldReturnImageForSingleSelection = true;
 
     bool allowsMultipleSelection() const { return numberOfPhotoToSelect != 1; }
+    /// `numberOfPhotoToSelect` for views.
     int limit() const { return static_cast<int>(numberOfPhotoToSelect); }
 
     /// The one that all pickers share.
@@ -115,6 +116,7 @@ public:
     const std::vector<CollectionItem>& collectionItems() const { return m_collectionItems; }
     /// The album on show; nothing when there are no pictures at all.
     const std::optional<CollectionItem>& currentCollectionItem() const { return m_currentCollectionItem; }
+    /// Of the album on show, in the user's language; empty without one.
     QString albumTitle() const;
     /// Shows an album; the chosen photos stay chosen.
     void updateViewWithCollectionItem(const std::optional<CollectionItem>& item);
@@ -123,6 +125,7 @@ public:
 
     // The grid. Item 0 is the camera, item i the photo i - 1 of the album on show.
 
+    /// A `PhotoGridModel`.
     QAbstractItemModel* photosModel() { return &m_grid.model(); }
     /// A tile (`YMSPhotoCell`, `YMSCameraCell`) for a view that is to show the item; null where there is none. The
     /// picker keeps it and gives it to nobody else until `endDisplaying`.
@@ -250,6 +253,7 @@ private:
     void selectPhotoJustTaken(const std::optional<PHAsset>& newest);
     void dropVanishedPhotos();
     void catchUpWithLibrary();
+    void refreshTiles(const CollectionItem& item);
 
     void startSession();
     void reloadCameraUnlessRunning();

@@ -21,8 +21,9 @@ public:
     /// Closes the camera.
     virtual ~AVCaptureDeviceInput() = default;
 
-    /// Called by turns, on the main thread. After `stop` the handler is not called any more.
+    /// This and `stop` are called by turns, on the main thread.
     virtual void start(FrameHandler handler) = 0;
+    /// The handler is not called any more after this.
     virtual void stop() = 0;
 };
 
@@ -49,6 +50,7 @@ public:
     /// Without an `authorizationStatus`: there are no cameras, and nobody forbids them.
     static void setSource(Source source);
 
+    /// Whether the application may use cameras; `Authorized` while nobody serves any.
     static AVAuthorizationStatus videoAuthorizationStatus();
     /// The handler hears the answer once, on the thread on which the source gives it.
     static void requestVideoAccess(std::function<void(bool granted)> handler);

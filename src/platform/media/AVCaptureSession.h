@@ -3,6 +3,7 @@
 #include "platform/media/AVCaptureDevice.h"
 
 #include <memory>
+#include <utility>
 #include <vector>
 
 namespace lamina {
@@ -27,7 +28,9 @@ public:
 
     /// False until it is started, and without inputs.
     bool isRunning() const { return m_running; }
+    /// All inputs begin; nothing without any, and while it runs.
     void startRunning();
+    /// All inputs end.
     void stopRunning();
 
 private:

@@ -23,8 +23,8 @@ constexpr std::size_t kBatch = 32;
 void lowerThreadPriority()
 {
     constexpr int kNice = 10;
-    constexpr int kWhoThread = 1;                        // IOPRIO_WHO_PROCESS, which is one thread
-    constexpr int kLowestBestEffort = (2 << 13) | 7;     // IOPRIO_CLASS_BE, its last level
+    constexpr int kWhoThread = 1;                    // IOPRIO_WHO_PROCESS, which is one thread
+    constexpr int kLowestBestEffort = (2 << 13) | 7; // IOPRIO_CLASS_BE, its last level
     const auto thread = static_cast<id_t>(gettid());
     setpriority(PRIO_PROCESS, thread, kNice);
     syscall(SYS_ioprio_set, kWhoThread, thread, kLowestBestEffort);
@@ -56,13 +56,6 @@ FactsReader::FactsReader(std::function<void()> wake)
 {
 }
 
-FactsReader::~FactsReader()
-{
-    stop();
-    for (std::thread& thread : m_threads)
-        thread.join();
-}
-
 void FactsReader::submit(std::vector<FactsJob> jobs)
 {
     const std::lock_guard lock(m_mutex);
@@ -86,10 +79,15 @@ std::size_t FactsReader::pending() const
 
 void FactsReader::stop()
 {
-    const std::lock_guard lock(m_mutex);
-    m_stopped = true;
-    m_waiting.clear();
+    std::vector<std::thread> threads;
+    {
+        const std::lock_guard lock(m_mutex);
+        m_stopped = true;
+        threads.swap(m_threads);
+    }
     m_more.notify_all();
+    for (std::thread& thread : threads)
+        thread.join();
 }
 
 void FactsReader::work()
@@ -110,6 +108,8 @@ void FactsReader::work()
         m_reading += count;
         lock.unlock();
         for (FactsJob& job : batch) {
+            if (m_stopped)
+                return;
             PhotoRecord record = readRecord(job.folderPath, job.file);
             record.id = job.record.id;
             record.folder = job.record.folder;

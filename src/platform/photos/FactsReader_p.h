@@ -3,6 +3,7 @@
 #include "platform/photos/FolderWalk_p.h"
 #include "platform/photos/PhotoRecords_p.h"
 
+#include <atomic>
 #include <condition_variable>
 #include <cstddef>
 #include <cstdint>
@@ -31,8 +32,7 @@ class FactsReader {
 public:
     /// `wake` is called in a thread of the reader when `take` has something.
     explicit FactsReader(std::function<void()> wake);
-    /// Waits for the files that are being read, not for those that wait.
-    ~FactsReader();
+    ~FactsReader() { stop(); }
     FactsReader(const FactsReader&) = delete;
     FactsReader& operator=(const FactsReader&) = delete;
 
@@ -41,7 +41,7 @@ public:
     std::vector<FactsJob> take();
     /// What was submitted and not taken yet.
     std::size_t pending() const;
-    /// Forgets what waits; what is being read still comes.
+    /// Ends the threads, each after the file that it is reading. Nothing is read any more. From one thread.
     void stop();
 
 private:
@@ -53,7 +53,7 @@ private:
     std::deque<FactsJob> m_waiting;
     std::vector<FactsJob> m_done;
     std::size_t m_reading = 0;
-    bool m_stopped = false;
+    std::atomic<bool> m_stopped = false;
     std::vector<std::thread> m_threads;
 };
 

@@ -18,7 +18,7 @@ struct ListedFile {
     FileKey key;      ///< of what a link leads to
     std::int64_t modified = 0;
     std::int64_t bytes = 0;
-    bool isLink = false;   ///< a symbolic link
+    bool isLink = false;    ///< a symbolic link
     bool mayRepeat = false; ///< it is a link, or the file has several names
 };
 

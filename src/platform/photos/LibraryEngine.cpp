@@ -1,104 +1,110 @@
 #include "platform/photos/LibraryEngine_p.h"
 
-#include "platform/photos/PhotoIndex_p.h"
+#include "platform/files/FileCauses.h"
+#include "platform/photos/FolderWalk_p.h"
+#include "platform/photos/LibraryEngineImpl_p.h"
 
-#include <filesystem>
-#include <mutex>
+#include <cstdlib>
 #include <utility>
 
 namespace lamina {
 
-class LibraryEngine::Impl {
-public:
-    std::mutex mutex;
-    LibraryRoots roots;
-    LibrarySnapshotPtr snapshot;
-    std::function<void(const LibraryChange&)> handler;
-};
+namespace {
+
+/// What somebody who leaves is kept waiting at most. The thread may be at a disk that doesn't answer.
+constexpr std::chrono::milliseconds kLongestLeave{200};
+
+} // namespace
 
 LibraryEngine& LibraryEngine::shared()
 {
-    static auto* const engine = new LibraryEngine(defaultLibraryRoots());
+    static auto* const engine = [] {
+        auto* const made = new LibraryEngine(defaultLibraryRoots());
+        std::atexit([] { shared().m_impl->stop(kLongestLeave); });
+        return made;
+    }();
     return *engine;
 }
 
-LibraryEngine::LibraryEngine(LibraryRoots roots, Limits)
-    : m_impl(std::make_shared<Impl>())
+LibraryEngine::LibraryEngine(LibraryRoots roots, Limits limits)
+    : m_impl(std::make_shared<Impl>(std::move(roots), limits))
 {
-    m_impl->roots = std::move(roots);
 }
 
-LibraryEngine::~LibraryEngine() = default;
+LibraryEngine::~LibraryEngine()
+{
+    m_impl->stop(std::chrono::hours(1));
+}
 
 void LibraryEngine::configure(LibraryRoots roots)
 {
-    const std::lock_guard lock(m_impl->mutex);
-    m_impl->roots = std::move(roots);
+    m_impl->configure(std::move(roots));
 }
 
 LibraryRoots LibraryEngine::roots() const
 {
-    const std::lock_guard lock(m_impl->mutex);
-    return m_impl->roots;
+    return m_impl->roots();
+}
+
+bool LibraryEngine::isRunning() const
+{
+    return m_impl->isRunning();
 }
 
 LibrarySnapshotPtr LibraryEngine::snapshot()
 {
-    const std::lock_guard lock(m_impl->mutex);
-    if (!m_impl->snapshot) {
-        const auto none = std::make_shared<const std::vector<PhotoID>>();
-        m_impl->snapshot = std::make_shared<const LibrarySnapshot>(LibrarySnapshot{
-            .all = none,
-            .folders = {},
-            .camera = none,
-            .screenshots = none,
-            .lamina = none,
-            .folderPaths = std::make_shared<const std::unordered_map<FolderID, std::string>>(),
-            .looseFiles = std::make_shared<const std::vector<LooseFile>>(),
-            .index = PhotoIndex::open(""),
-            .complete = true,
-        });
-    }
-    return m_impl->snapshot;
+    m_impl->start();
+    return m_impl->snapshot();
 }
 
 void LibraryEngine::setChangeHandler(std::function<void(const LibraryChange&)> handler)
 {
-    const std::lock_guard lock(m_impl->mutex);
-    m_impl->handler = std::move(handler);
+    m_impl->setHandler(std::move(handler));
 }
 
 LibraryEngine::Hold LibraryEngine::holdChanges()
 {
-    return {};
+    m_impl->hold();
+    return Hold(std::shared_ptr<void>(nullptr, [impl = m_impl](void*) { impl->release(); }));
 }
 
 Result<PhotoID> LibraryEngine::adopt(PhotoID reserved, const std::string& path)
 {
-    const std::filesystem::path file(path);
-    PhotoID adopted = 0;
-    snapshot()->index->write([&](PhotoIndex::Writer& writer) {
-        FolderRecord folder;
-        folder.path = file.parent_path();
-        PhotoRecord photo;
-        photo.id = reserved;
-        photo.folder = writer.putFolder(folder);
-        photo.name = file.filename();
-        adopted = writer.putPhoto(photo);
+    m_impl->start();
+    const std::string folderPath = parentPath(path);
+    const std::optional<ListedFile> file = findFile(folderPath, path.substr(path.rfind('/') + 1));
+    const std::optional<FolderStatus> folder = findFolder(folderPath);
+    if (!file || !folder)
+        return Error{path, cause::kNoSuchFile};
+    PhotoRecord record = readRecord(folderPath, *file);
+    PhotoID photo = 0;
+    m_impl->index()->write([&](PhotoIndex::Writer& writer) {
+        record.id = reserved;
+        record.folder = writer.putFolder({.path = folderPath, .key = folder->key});
+        photo = writer.putPhoto(record);
     });
-    return adopted;
+    m_impl->post([impl = m_impl.get(), path] { impl->adopt(path); });
+    return photo;
 }
 
 void LibraryEngine::addLooseFiles(std::vector<std::string> paths, std::function<void(std::vector<PhotoID>)> handler)
 {
-    handler(std::vector<PhotoID>(paths.size(), 0));
+    m_impl->start();
+    m_impl->post([impl = m_impl.get(), paths = std::move(paths), handler = std::move(handler)] {
+        impl->takeLoose(paths, handler);
+    });
 }
 
-void LibraryEngine::rescan() {}
+void LibraryEngine::rescan()
+{
+    if (m_impl->isRunning())
+        m_impl->post([impl = m_impl.get()] { impl->rescan(); });
+}
 
 void LibraryEngine::waitUntilComplete()
 {
-    snapshot();
+    m_impl->start();
+    m_impl->waitUntilComplete();
 }
 
 } // namespace lamina

@@ -41,6 +41,9 @@ public:
     void configure(LibraryRoots roots);
     LibraryRoots roots() const;
 
+    /// Whether anybody has asked for the library yet.
+    bool isRunning() const;
+
     /// The library as it was last published. The first call opens the index and gives what is in there; the walk goes
     /// on behind.
     LibrarySnapshotPtr snapshot();

@@ -2,6 +2,8 @@
 
 #include "platform/photos/PhotoRecords_p.h"
 
+#include <cstddef>
+#include <cstdint>
 #include <optional>
 #include <unordered_map>
 #include <unordered_set>
@@ -19,12 +21,14 @@ public:
 
     /// Where the photo is now; nothing: it is not there.
     std::optional<PhotoPlace> find(PhotoID photo) const;
-    /// The photo is here now, and was elsewhere, or not there, or here already. `isOther`: it has another content or
-    /// name than it had.
-    void put(const PhotoPlace& place, bool isOther);
+    /// The photo is here now, and was elsewhere, or not there, or here already. `stamp`: differs where its name or
+    /// content does. `isOther`: they are known to differ from before.
+    void put(const PhotoPlace& place, std::uint64_t stamp, bool isOther);
     void remove(PhotoID photo);
-    /// All of these folders leave.
-    void removeFolders(const std::unordered_set<FolderID>& folders);
+    /// All in these folders, but for those that are named.
+    void removeFrom(const std::unordered_set<FolderID>& folders, const std::unordered_set<PhotoID>& except = {});
+    /// How many photos are in the folder now.
+    std::size_t countIn(FolderID folder) const;
 
     bool hasChanges() const { return !m_changes.empty(); }
 
@@ -42,10 +46,15 @@ private:
         std::optional<PhotoPlace> before;
         bool isOther = false;
     };
+    struct Now {
+        PhotoPlace place;
+        std::uint64_t stamp = 0; ///< 0: not known
+    };
     Change& changeOf(PhotoID photo);
 
     std::vector<PhotoPlace> m_sorted;
-    std::unordered_map<PhotoID, PhotoPlace> m_now;
+    std::unordered_map<PhotoID, Now> m_now;
+    std::unordered_map<FolderID, std::size_t> m_counts;
     std::unordered_map<PhotoID, Change> m_changes;
 };
 

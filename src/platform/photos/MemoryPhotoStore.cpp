@@ -1,23 +1,23 @@
 #include "platform/photos/MemoryPhotoStore_p.h"
 
-#include "platform/photos/PhotoRecords_p.h"
 #include "platform/base/Result.h"
+#include "platform/photos/PhotoRecords_p.h"
 
-#include <vector>
-#include <span>
-#include <optional>
-#include <functional>
-#include <cstdint>
-#include <cstddef>
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <cstddef>
+#include <cstdint>
+#include <functional>
 #include <map>
 #include <mutex>
+#include <optional>
 #include <random>
 #include <shared_mutex>
+#include <span>
 #include <unordered_map>
 #include <utility>
+#include <vector>
 
 namespace lamina {
 
@@ -126,6 +126,14 @@ public:
         return copyOf(m_photos.named({folder, name}));
     }
     PhotoID insertPhoto(const PhotoRow& row) override { return insert(m_photos, row, nameOf(row)); }
+    bool renewPhoto(const PhotoRow& row) override
+    {
+        const PhotoRow* const before = m_photos.withID(row.record.id);
+        if (before == nullptr || nameOf(*before) != nameOf(row) || before->record.key != row.record.key)
+            return false;
+        updatePhoto(row);
+        return true;
+    }
     void updatePhoto(const PhotoRow& row) override
     {
         if (const PhotoRow* before = m_photos.withID(row.record.id))

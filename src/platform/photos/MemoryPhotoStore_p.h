@@ -2,8 +2,8 @@
 
 #include "platform/photos/PhotoStore_p.h"
 
-#include <string>
 #include <memory>
+#include <string>
 
 namespace lamina {
 

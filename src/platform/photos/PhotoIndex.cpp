@@ -1,7 +1,10 @@
 #include "platform/photos/PhotoIndex_p.h"
 
 #include "platform/base/Log.h"
+#include "platform/base/Result.h"
+#include "platform/files/PrivateFolder.h"
 #include "platform/photos/MemoryPhotoStore_p.h"
+#include "platform/photos/PhotoStoreModule_p.h"
 #include "platform/photos/PhotoStore_p.h"
 
 #include <charconv>
@@ -12,6 +15,9 @@ namespace lamina {
 
 namespace {
 
+constexpr std::int64_t kDay = 24 * 60 * 60;
+/// How long what is gone keeps its identifier.
+constexpr std::int64_t kKeptGone = 30 * kDay;
 
 std::int64_t secondsNow()
 {
@@ -19,11 +25,34 @@ std::int64_t secondsNow()
     return duration_cast<seconds>(system_clock::now().time_since_epoch()).count();
 }
 
+std::unique_ptr<PhotoStore> storeInMemory(const std::string& cause, StoreContents contents)
+{
+    logWarning("the index of photos is kept in memory: " + cause);
+    return makeMemoryPhotoStore(std::move(contents));
+}
+
+std::unique_ptr<PhotoStore> openStore(const std::string& cacheFolder)
+{
+    if (cacheFolder.empty())
+        return makeMemoryPhotoStore({});
+    const Result<const PhotoStoreModule*> module = photoStoreModule();
+    if (!module)
+        return storeInMemory(module.error().cause, {});
+    const std::string folder = cacheFolder + "/photos";
+    const std::string path = folder + "/photos.sqlite";
+    if (const Outcome made = makePrivateFolder(folder); !made)
+        return storeInMemory(made.error().cause, (*module)->read(path));
+    Result<std::unique_ptr<PhotoStore>> opened = (*module)->open({path, makeIndexIdentity(), logWarning});
+    if (!opened)
+        return storeInMemory(opened.error().cause, (*module)->read(path));
+    return std::move(*opened);
+}
+
 } // namespace
 
-std::shared_ptr<PhotoIndex> PhotoIndex::open(const std::string&)
+std::shared_ptr<PhotoIndex> PhotoIndex::open(const std::string& cacheFolder)
 {
-    return std::shared_ptr<PhotoIndex>(new PhotoIndex(makeMemoryPhotoStore({})));
+    return std::shared_ptr<PhotoIndex>(new PhotoIndex(openStore(cacheFolder)));
 }
 
 PhotoIndex::PhotoIndex(std::unique_ptr<PhotoStore> store)
@@ -45,8 +74,8 @@ void PhotoIndex::leave(const std::shared_ptr<PhotoStore>& store, const std::stri
     const std::lock_guard lock(m_storeMutex);
     if (m_store != store)
         return;
-    logWarning("the index of photos goes on in memory: " + cause);
-    m_store = makeMemoryPhotoStore(store->contents());
+    m_lossesBefore += store->lossCount() + 1;
+    m_store = storeInMemory(cause, store->contents());
 }
 
 template <class Read>
@@ -67,10 +96,10 @@ void PhotoIndex::change(const std::function<void(PhotoRows&)>& changes) const
     const std::lock_guard lock(m_writing);
     for (;;) {
         const std::shared_ptr<PhotoStore> to = store();
-        const Outcome written = to->write(changes);
-        if (written)
+        if (const Outcome written = to->write(changes); !written)
+            leave(to, written.error().cause);
+        else if (to == store()) // it was not left meanwhile, for something read
             return;
-        leave(to, written.error().cause);
     }
 }
 
@@ -81,7 +110,8 @@ bool PhotoIndex::isKept() const
 
 std::uint64_t PhotoIndex::lossCount() const
 {
-    return store()->lossCount();
+    const std::lock_guard lock(m_storeMutex);
+    return m_lossesBefore + m_store->lossCount();
 }
 
 std::vector<FolderRecord> PhotoIndex::folders() const
@@ -113,10 +143,14 @@ std::optional<PhotoRecord> PhotoIndex::find(FileKey key) const
 
 void PhotoIndex::write(const std::function<void(Writer&)>& changes)
 {
-    change([&changes](PhotoRows& rows) {
-        Writer writer(rows, secondsNow());
+    change([&](PhotoRows& rows) {
+        const std::int64_t now = secondsNow();
+        if (!m_forgotten)
+            rows.forget(now - kKeptGone);
+        Writer writer(rows, now);
         changes(writer);
     });
+    m_forgotten = true;
 }
 
 PhotoID PhotoIndex::reserve()

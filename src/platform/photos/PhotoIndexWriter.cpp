@@ -2,10 +2,10 @@
 #include "platform/photos/PhotoRecords_p.h"
 #include "platform/photos/PhotoStore_p.h"
 
-#include <span>
-#include <optional>
-#include <cstdint>
 #include <cmath>
+#include <cstdint>
+#include <optional>
+#include <span>
 #include <string>
 
 // Which row a file belongs to. Rows are found by what the file system knows a file by and by its name; each of the two
@@ -36,6 +36,8 @@ PhotoID PhotoIndex::Writer::putPhoto(const PhotoRecord& record)
     PhotoRow row{record, 0};
     if (!std::isfinite(record.date))
         row.record.date = 0;
+    if (row.record.id != 0 && m_rows.renewPhoto(row))
+        return row.record.id;
     if (const PhotoID added = m_rows.insertPhoto(row); added != 0)
         return added;
 
@@ -53,7 +55,8 @@ PhotoID PhotoIndex::Writer::putPhoto(const PhotoRecord& record)
         m_rows.updatePhoto(*byName);
     }
     if (row.record.id != 0) {
-        m_rows.updatePhoto(row);
+        if (!m_rows.renewPhoto(row))
+            m_rows.updatePhoto(row);
         return row.record.id;
     }
     row.record.id = record.id;

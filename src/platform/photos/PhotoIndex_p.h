@@ -2,6 +2,7 @@
 
 #include "platform/photos/PhotoRecords_p.h"
 
+#include <atomic>
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -107,7 +108,9 @@ private:
     const std::string m_identity;
     mutable std::mutex m_storeMutex;
     mutable std::shared_ptr<PhotoStore> m_store; ///< where the rows are now
+    mutable std::uint64_t m_lossesBefore = 0;    ///< of stores that were left
     mutable std::mutex m_writing;
+    std::atomic<bool> m_forgotten = false; ///< what went long ago has been removed
 };
 
 } // namespace lamina

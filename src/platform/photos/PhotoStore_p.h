@@ -38,6 +38,9 @@ public:
     /// Adds a row, under a new id where it has none, and gives its id; 0, and nothing is changed, where another has the
     /// id, the key or folder and name.
     virtual PhotoID insertPhoto(const PhotoRow& row) = 0;
+    /// Replaces the row of this id if its folder, name and key are these already, which is quick; false, and nothing is
+    /// changed, where they are not.
+    virtual bool renewPhoto(const PhotoRow& row) = 0;
     /// Replaces the row of this id, which must leave keys and names to one row each.
     virtual void updatePhoto(const PhotoRow& row) = 0;
     /// Says of a photo, or of all in a folder, since when it is gone; those that are gone already stay as they are.

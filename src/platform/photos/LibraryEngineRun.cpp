@@ -1,0 +1,387 @@
+#include "platform/photos/LibraryEngineImpl_p.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <poll.h>
+#include <pthread.h>
+#include <sys/eventfd.h>
+#include <unistd.h>
+#include <utility>
+
+namespace lamina {
+
+namespace {
+
+using std::chrono::milliseconds;
+
+/// Changes come in crowds: they are waited for until there is a pause, but not for longer than the last one says.
+constexpr milliseconds kPause{250};
+constexpr milliseconds kLongestGathering{1000};
+
+/// Between snapshots while there is more to find: soon at first, then seldom, since each makes views count anew.
+constexpr milliseconds kFirstInterval{250};
+constexpr milliseconds kLongestInterval{1000};
+
+constexpr std::chrono::microseconds kTurn{100};
+
+} // namespace
+
+LibraryEngine::Impl::Impl(LibraryRoots roots, Limits limits)
+    : m_limits(limits)
+    , m_wake(eventfd(0, EFD_NONBLOCK | EFD_CLOEXEC))
+    , m_roots(std::move(roots))
+{
+}
+
+LibraryEngine::Impl::~Impl()
+{
+    if (m_thread.joinable())
+        m_thread.join();
+}
+
+void LibraryEngine::Impl::start()
+{
+    const std::lock_guard starting(m_startMutex);
+    if (m_scanner)
+        return;
+    const LibraryRoots roots = this->roots();
+    m_index = PhotoIndex::open(roots.cacheFolder);
+    m_losses = m_index->lossCount();
+    m_scanner = std::make_unique<LibraryScanner>(m_index, m_limits.watches, [this] { wake(); });
+    m_scanner->load(roots);
+    const LibrarySnapshotPtr first = makeSnapshot({}, m_scanner->takeTreeChanged());
+    {
+        const std::lock_guard lock(m_mutex);
+        m_snapshot = first;
+    }
+    if (!m_stopped)
+        m_thread = std::thread([this] { run(); });
+}
+
+bool LibraryEngine::Impl::isRunning() const
+{
+    return snapshot() != nullptr;
+}
+
+LibrarySnapshotPtr LibraryEngine::Impl::snapshot() const
+{
+    const std::lock_guard lock(m_mutex);
+    return m_snapshot;
+}
+
+LibraryRoots LibraryEngine::Impl::roots() const
+{
+    const std::lock_guard lock(m_mutex);
+    return m_roots;
+}
+
+void LibraryEngine::Impl::setHandler(std::function<void(const LibraryChange&)> handler)
+{
+    const std::lock_guard lock(m_mutex);
+    m_handler = std::move(handler);
+}
+
+void LibraryEngine::Impl::configure(LibraryRoots roots)
+{
+    {
+        const std::lock_guard lock(m_mutex);
+        if (m_roots == roots)
+            return;
+        m_roots = std::move(roots);
+    }
+    // A start that is under way has either set its snapshot by now, or reads these roots.
+    const std::lock_guard starting(m_startMutex);
+    if (m_scanner)
+        post([this] { reload(); });
+}
+
+void LibraryEngine::Impl::post(std::function<void()> command)
+{
+    {
+        const std::lock_guard lock(m_mutex);
+        m_commands.push_back(std::move(command));
+    }
+    wake();
+}
+
+void LibraryEngine::Impl::wake() const
+{
+    const std::uint64_t one = 1;
+    [[maybe_unused]] const ssize_t written = write(m_wake.get(), &one, sizeof one);
+}
+
+void LibraryEngine::Impl::hold()
+{
+    ++m_wantedHolds;
+    const std::lock_guard step(m_stepMutex);
+    --m_wantedHolds;
+    ++m_holds;
+}
+
+void LibraryEngine::Impl::release()
+{
+    {
+        const std::lock_guard step(m_stepMutex);
+        --m_holds;
+    }
+    wake();
+}
+
+void LibraryEngine::Impl::waitUntilComplete()
+{
+    std::unique_lock lock(m_mutex);
+    m_news.wait(lock, [this] { return m_isFinished || !m_snapshot || m_snapshot->complete; });
+}
+
+void LibraryEngine::Impl::stop(milliseconds longest)
+{
+    m_stopped = true;
+    wake();
+    const std::lock_guard starting(m_startMutex);
+    if (!m_thread.joinable())
+        return;
+    std::unique_lock lock(m_mutex);
+    m_news.wait_for(lock, longest, [this] { return m_isFinished; });
+}
+
+// The thread.
+
+void LibraryEngine::Impl::run()
+{
+    pthread_setname_np(pthread_self(), "photo library");
+    lowerThreadPriority();
+    m_lastPublished = Clock::now();
+    m_interval = kFirstInterval;
+    m_gatherEnd = m_lastPublished;
+    m_isGathering = true; // the first walk
+    bool isBusy = true;
+    while (!m_stopped) {
+        wait(isBusy);
+        isBusy = !m_stopped && work();
+    }
+    m_scanner->stop();
+    const std::lock_guard lock(m_mutex);
+    m_isFinished = true;
+    m_news.notify_all();
+}
+
+int LibraryEngine::Impl::waitingTime(bool isBusy) const
+{
+    if (isBusy)
+        return 0;
+    Time next = Time::max();
+    if (m_isGathering)
+        next = m_gatherEnd;
+    if (!m_scanner->isSettled())
+        next = std::min(next, m_lastPublished + m_interval);
+    if (next == Time::max())
+        return -1;
+    const auto left = std::chrono::ceil<milliseconds>(next - Clock::now());
+    return static_cast<int>(std::clamp<milliseconds::rep>(left.count(), 0, kLongestGathering.count()));
+}
+
+void LibraryEngine::Impl::wait(bool isBusy)
+{
+    // A mutex alone would be ours again before anybody who waits for it has woken.
+    while (m_wantedHolds > 0)
+        std::this_thread::sleep_for(kTurn);
+    bool isHeld = false;
+    {
+        const std::lock_guard step(m_stepMutex);
+        isHeld = m_holds > 0;
+    }
+    pollfd descriptors[] = {{m_wake.get(), POLLIN, 0}, {m_scanner->watchDescriptor(), POLLIN, 0}};
+    poll(descriptors, std::size(descriptors), isHeld ? -1 : waitingTime(isBusy));
+    std::uint64_t count = 0;
+    [[maybe_unused]] const ssize_t taken = read(m_wake.get(), &count, sizeof count);
+}
+
+/// Whether there is more to do at once.
+bool LibraryEngine::Impl::work()
+{
+    LibraryChange change;
+    bool isBusy = false;
+    {
+        const std::lock_guard step(m_stepMutex);
+        gather(m_scanner->readEvents());
+        if (m_holds > 0)
+            return false;
+        runCommands();
+        if (m_isGathering && Clock::now() >= m_gatherEnd) {
+            m_isGathering = false;
+            m_hasBegun = true;
+            m_scanner->beginRound();
+        }
+        isBusy = m_scanner->step();
+        if (m_index->lossCount() != m_losses)
+            reload();
+        else if (isPublicationDue())
+            change = publish();
+    }
+    if (change.after)
+        tell(change);
+    return isBusy;
+}
+
+void LibraryEngine::Impl::runCommands()
+{
+    std::vector<std::function<void()>> commands;
+    {
+        const std::lock_guard lock(m_mutex);
+        commands.swap(m_commands);
+    }
+    for (const auto& command : commands)
+        command();
+}
+
+void LibraryEngine::Impl::gather(bool hasNews)
+{
+    if (!hasNews || !m_scanner->hasMarks())
+        return;
+    const Time now = Clock::now();
+    if (!m_isGathering)
+        m_firstMark = now;
+    else if (m_gatherEnd <= now)
+        return;
+    m_isGathering = true;
+    m_gatherEnd = std::min(now + kPause, m_firstMark + kLongestGathering);
+}
+
+/// Marks that nobody else will follow are looked at now.
+void LibraryEngine::Impl::endGathering()
+{
+    m_isGathering = true;
+    m_gatherEnd = Clock::now();
+}
+
+bool LibraryEngine::Impl::isSettled() const
+{
+    return m_hasBegun && m_scanner->isSettled();
+}
+
+bool LibraryEngine::Impl::isPublicationDue()
+{
+    const bool isDue = isSettled() || m_isUrgent || Clock::now() >= m_lastPublished + m_interval;
+    const bool completes = isSettled() && !m_isComplete;
+    if (isSettled())
+        m_interval = kFirstInterval;
+    return isDue && (completes || m_isUrgent || m_isReloaded || m_scanner->hasNews());
+}
+
+LibraryChange LibraryEngine::Impl::publish()
+{
+    m_scanner->flush();
+    m_isComplete = m_isComplete || isSettled();
+    LibraryPlaces::Changes changes = m_scanner->places().apply();
+    const bool isOtherTree = m_scanner->takeTreeChanged();
+    if (std::exchange(m_isReloaded, false))
+        m_builder.forget();
+    LibraryChange change{.before = snapshot(), .after = makeSnapshot(changes, isOtherTree), .changed = {}};
+    change.changed = std::move(changes.changed);
+    m_lastPublished = Clock::now();
+    m_interval = isSettled() ? kFirstInterval : std::min<Clock::duration>(m_interval * 3 / 2, kLongestInterval);
+    m_isUrgent = false;
+    const std::lock_guard lock(m_mutex);
+    m_snapshot = change.after;
+    m_news.notify_all();
+    return change;
+}
+
+LibrarySnapshotPtr LibraryEngine::Impl::makeSnapshot(const LibraryPlaces::Changes& changes, bool isOtherTree)
+{
+    auto snapshot = std::make_shared<LibrarySnapshot>(
+        m_builder.build(m_scanner->tree(), m_scanner->places(), changes.folders, isOtherTree));
+    std::vector<LooseFile> loose;
+    for (const auto& [id, file] : m_loose)
+        loose.push_back(file);
+    snapshot->looseFiles = std::make_shared<const std::vector<LooseFile>>(std::move(loose));
+    snapshot->generation = ++m_generation;
+    snapshot->index = m_index;
+    snapshot->complete = m_isComplete;
+    return snapshot;
+}
+
+void LibraryEngine::Impl::tell(const LibraryChange& change)
+{
+    std::function<void(const LibraryChange&)> handler;
+    {
+        const std::lock_guard lock(m_mutex);
+        handler = m_handler;
+    }
+    if (handler)
+        handler(change);
+    for (const auto& answer : std::exchange(m_answers, {}))
+        answer();
+}
+
+// Commands.
+
+void LibraryEngine::Impl::reload()
+{
+    m_losses = m_index->lossCount();
+    m_scanner->load(roots());
+    for (const auto& [id, file] : m_loose)
+        m_scanner->places().put({id, 0, file.date}, 1, false);
+    m_hasBegun = false;
+    m_isComplete = false;
+    m_isReloaded = true;
+    endGathering();
+}
+
+void LibraryEngine::Impl::rescan()
+{
+    m_scanner->touchBlind();
+    forgetLoose();
+    endGathering();
+}
+
+void LibraryEngine::Impl::adopt(const std::string& path)
+{
+    m_scanner->touch(path);
+    endGathering();
+}
+
+void LibraryEngine::Impl::takeLoose(const std::vector<std::string>& paths,
+                                    const std::function<void(std::vector<PhotoID>)>& handler)
+{
+    std::vector<PhotoID> photos;
+    for (const std::string& path : paths)
+        photos.push_back(looseID(path));
+    m_answers.emplace_back([photos = std::move(photos), handler] { handler(photos); });
+    m_isUrgent = true;
+}
+
+PhotoID LibraryEngine::Impl::looseID(const std::string& path)
+{
+    const std::string folder = parentPath(path);
+    const std::string name = path.substr(path.rfind('/') + 1);
+    const std::optional<ListedFile> file = isPhotoName(name) ? findFile(folder, name) : std::nullopt;
+    if (!file)
+        return 0;
+    const std::optional<PhotoRecord> known = m_index->find(file->key);
+    if (known && m_scanner->places().find(known->id))
+        return known->id;
+    const auto loose = std::ranges::find(m_loose, path, [](const auto& entry) { return entry.second.path; });
+    if (loose != m_loose.end())
+        return loose->first;
+    if (const PhotoID taken = m_scanner->take(folder, *file))
+        return taken;
+    const PhotoRecord record = readRecord(folder, *file);
+    const PhotoID photo = m_index->reserve();
+    m_loose[photo] = {photo, path, record.width, record.height, record.date, record.modified};
+    m_scanner->places().put({photo, 0, record.date}, 1, false);
+    return photo;
+}
+
+void LibraryEngine::Impl::forgetLoose()
+{
+    std::erase_if(m_loose, [&](const auto& entry) {
+        const std::string& path = entry.second.path;
+        const bool isGone = !findFile(parentPath(path), path.substr(path.rfind('/') + 1));
+        if (isGone)
+            m_scanner->places().remove(entry.first);
+        return isGone;
+    });
+}
+
+} // namespace lamina

@@ -1,0 +1,33 @@
+#pragma once
+
+#include "platform/photos/PhotoStore_p.h"
+#include "platform/photos/sqlite/Database_p.h"
+
+#include <optional>
+#include <string>
+
+namespace lamina {
+
+/// A file's place made sure of: it is there, and for the owner alone.
+Outcome makePhotoFile(const std::string& path);
+
+/// A connection as all are set up.
+Database openPhotoFile(const std::string& path);
+
+/// What a connection finds in its file.
+enum class PhotoFileState {
+    Ours,    ///< the tables of this version
+    Empty,   ///< nothing yet
+    Foreign, ///< tables of another version
+    Damaged
+};
+PhotoFileState stateOf(Database& database);
+
+/// Makes the tables and fills them where the file is empty; another process may do the same meanwhile, and be first.
+bool fillPhotoFile(Database& database, const StoreContents& contents);
+
+/// Empties a file that is damaged or of another version, and fills it anew, while no other process does: one that was
+/// first leaves nothing to be done. The file stays the same one for those who have it open.
+Outcome remakePhotoFile(const std::string& path, const StoreContents& contents);
+
+} // namespace lamina
