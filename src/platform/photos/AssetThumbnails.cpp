@@ -25,6 +25,8 @@ namespace {
 /// Pixels of the longer side of what is kept, at most: the first that is large enough for a request. The first serves
 /// the grid of a phone, the others wide windows, and long panoramas that cover a square.
 constexpr std::array kKeptSides{512, 768, 1152};
+/// Pixels of the shorter side of what is read, at least: what is kept for a list of albums is to serve a grid too.
+constexpr int kLeastRead = 256;
 
 /// Pictures that wait to be written; one of them takes some 1.5 MB.
 constexpr int kMostUnkept = 16;
@@ -128,7 +130,7 @@ AssetThumbnails::Reading AssetThumbnails::read(const AssetPictureRequest& reques
     AssetPictureRequest known = request;
     known.asset.pixelWidth = own.width;
     known.asset.pixelHeight = own.height;
-    const int shortSide = decodedShortSide(known, *wholeTarget(known));
+    const int shortSide = std::max(kLeastRead, decodedShortSide(known, *wholeTarget(known)));
     const Result<UIImage> stored =
         loadAsStored({path, nullptr, path}, {.shortSide = shortSide, .cancelled = cancelled});
     if (!stored)

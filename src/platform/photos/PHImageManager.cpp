@@ -105,7 +105,7 @@ void PHImageManager::Requests::wait(const RequestPointer& request, PictureWorkRa
     const std::lock_guard lock(m_mutex);
     if (!request->cancelled)
         request->waiting = PictureWorkers::shared().add(
-            rank, [self = shared_from_this(), request, work] { ((*self).*work)(request); }, kind);
+            rank, [self = shared_from_this(), request, work] { ((*self).*work)(request); }, kind, request->waiting);
 }
 
 void PHImageManager::Requests::look(const RequestPointer& request)
