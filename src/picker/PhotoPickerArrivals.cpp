@@ -2,10 +2,10 @@
 
 #include "picker/PhotoArrivals.h"
 #include "platform/base/Localization.h"
-#include "platform/photos/PHPhotoLibrary.h"
-#include "platform/photos/PictureFolders.h"
 #include "platform/base/Result.h"
+#include "platform/photos/PHPhotoLibrary.h"
 #include "platform/photos/PhotoSource.h"
+#include "platform/photos/PictureFolders.h"
 #include "platform/view/FailureAlert.h"
 
 #include <utility>

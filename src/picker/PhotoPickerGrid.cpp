@@ -1,15 +1,11 @@
 #include "picker/YMSPhotoPickerViewController.h"
 
+#include "picker/PickerTexts.h"
 #include "picker/YMSCameraCell.h"
 #include "picker/YMSPhotoCell.h"
 #include "platform/base/Localization.h"
 #include "platform/base/UIScreen.h"
 #include "platform/media/AVCaptureSession.h"
-
-#include <QDateTime>
-#include <QLocale>
-
-#include <cmath>
 
 // The tiles of the photo picker, where they stand, and the bar over them.
 
@@ -22,12 +18,6 @@ constexpr int kCameraItem = 0;
 constexpr double kThumbnailScale = 0.75;
 /// For tiles that are asked for before the grid has a place, points.
 constexpr double kUnplacedSide = 118;
-
-QString dayText(double seconds)
-{
-    return QLocale().toString(QDateTime::fromSecsSinceEpoch(static_cast<qint64>(std::floor(seconds))).date(),
-                              QStringLiteral("d MMMM yyyy"));
-}
 
 } // namespace
 

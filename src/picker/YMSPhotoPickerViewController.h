@@ -32,6 +32,7 @@ class AVCaptureSession;
 class YMSCameraCell;
 class YMSPhotoCell;
 struct PhotoArrivals;
+struct SinglePhotoState;
 
 /// The screen on which photos of the library are chosen: the pictures of one album as a grid whose first tile is the
 /// camera. Presented by `yms_presentCustomAlbumPhotoView`. Main thread only.
@@ -237,6 +238,8 @@ private:
     void didSelectItem(int item) override;
     bool shouldDeselectItem(int item) override;
     void didDeselectItem(int item) override;
+    SinglePhotoState stateOfPhoto(const PHAsset& asset) const;
+    QString countText(std::size_t number) const;
     std::optional<std::size_t> selectionIndexOf(const PHAsset& asset) const;
     void choose(const PHAsset& asset);
     void chooseByHand(const PHAsset& asset);
