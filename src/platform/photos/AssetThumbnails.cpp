@@ -1,5 +1,6 @@
 #include "platform/photos/AssetThumbnails_p.h"
 
+#include "platform/base/CGGeometry.h"
 #include "platform/base/Causes.h"
 #include "platform/base/MemoryWarning.h"
 #include "platform/files/FileReading.h"
@@ -9,12 +10,19 @@
 #include "platform/image/codecs/PictureFormats.h"
 #include "platform/photos/AssetScaling_p.h"
 #include "platform/photos/DesktopThumbnail_p.h"
+#include "platform/photos/PHAsset.h"
 #include "platform/photos/PhotoLoading.h"
+#include "platform/base/CGGeometry.h"
+#include "platform/photos/PHAsset.h"
 #include "platform/photos/PhotoSource.h"
 
+#include <span>
+#include <cstdint>
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <cstdint>
+#include <span>
 #include <unistd.h>
 #include <utility>
 
@@ -162,13 +170,19 @@ void AssetThumbnails::keep(const Reading& reading)
         return;
     if (m_unkept.fetch_add(1) < kMostUnkept) {
         PictureWorkers::shared().add(PictureWorkRank::Keep, [this, file = reading.file, kept = reading.kept] {
-            m_store.keep(file, kept);
+            keepNow(file, kept);
             --m_unkept;
         });
     } else {
         --m_unkept;
-        m_store.keep(reading.file, reading.kept);
+        keepNow(reading.file, reading.kept);
     }
+}
+
+void AssetThumbnails::keepNow(const FileStamp& file, const UIImage& picture)
+{
+    if (m_store.keep(file, picture))
+        PictureWorkers::shared().add(PictureWorkRank::Warm, [this] { m_store.trim(); });
 }
 
 Result<UIImage> AssetThumbnails::load(const AssetPictureRequest& request, const std::atomic<bool>* cancelled)

@@ -2,6 +2,7 @@
 
 #include "CommandRunner.h"
 
+#include <cstddef>
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <string>
