@@ -64,18 +64,23 @@ void YMSPhotoPickerViewController::preparePhotoCell(YMSPhotoCell& cell, int item
 void YMSPhotoPickerViewController::refreshPhotoCell(YMSPhotoCell& cell, int item)
 {
     const PHAsset asset = assetOfItem(item);
-    if (cell.represents(asset))
+    if (cell.represents(asset) && cell.targetSize().width >= thumbnailSize().width)
         return;
     cell.cancelImageRequest();
     loadThumbnail(cell, asset);
 }
 
-void YMSPhotoPickerViewController::loadThumbnail(YMSPhotoCell& cell, const PHAsset& asset)
+CGSize YMSPhotoPickerViewController::thumbnailSize() const
 {
     const double side = m_measures.cellSide > 0 ? m_measures.cellSide : kUnplacedSide;
     const double pixels = side * UIScreen::main().scale * kThumbnailScale;
+    return {pixels, pixels};
+}
+
+void YMSPhotoPickerViewController::loadThumbnail(YMSPhotoCell& cell, const PHAsset& asset)
+{
     cell.setRepresentedAsset(asset);
-    cell.loadPhotoWithManager(m_imageManager, asset, {pixels, pixels});
+    cell.loadPhotoWithManager(m_imageManager, asset, thumbnailSize());
 }
 
 void YMSPhotoPickerViewController::animateHighlight(int item, bool highlighted)
@@ -87,7 +92,10 @@ void YMSPhotoPickerViewController::animateHighlight(int item, bool highlighted)
 QString YMSPhotoPickerViewController::itemDescription(int item) const
 {
     if (item == kCameraItem)
-        return QString::fromStdString(localizedString(QT_TRANSLATE_NOOP("Lamina", "Take a photo")));
+        return QString::fromStdString(
+            UIImagePickerController::isSourceTypeAvailable(UIImagePickerControllerSourceType::Camera)
+                ? localizedString(QT_TRANSLATE_NOOP("Lamina", "Take a photo"))
+                : localizedString(QT_TRANSLATE_NOOP("Lamina", "No camera")));
     const PHAsset asset = assetOfItem(item);
     const std::string day = dayText(asset.creationDate).toStdString();
     const std::optional<std::size_t> place = selectionIndexOf(asset);
@@ -118,6 +126,7 @@ void YMSPhotoPickerViewController::placeGrid(double width, double height, double
     m_place = place;
     m_measures = isPortraitGrid(place) ? portraitMeasures(place) : landscapeMeasures(place);
     emit gridChanged();
+    m_grid.refreshPhotoCells(); // larger tiles want larger pictures
 }
 
 void YMSPhotoPickerViewController::scrollViewDidScroll(double y, double viewHeight, double contentHeight)

@@ -231,6 +231,7 @@ private:
     void refreshPhotoCell(YMSPhotoCell& cell, int item) override;
     PHAsset assetOfItem(int item) const;
     std::optional<int> itemOfAsset(const PHAsset& asset) const;
+    CGSize thumbnailSize() const;
     void loadThumbnail(YMSPhotoCell& cell, const PHAsset& asset);
     void animateHighlight(int item, bool highlighted);
 

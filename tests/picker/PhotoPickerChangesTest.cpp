@@ -83,6 +83,9 @@ TEST_F(PhotoPickerChanges, ShowTheFirstPhotosOfAnEmptyLibrary)
     addPhoto("fresh", 0);
     waitForCount(1);
     EXPECT_EQ(picker->libraryState(), YMSPhotoPickerViewController::Filled);
+    fs::remove(file("fresh"));
+    waitForCount(0);
+    EXPECT_EQ(picker->libraryState(), YMSPhotoPickerViewController::Empty);
 }
 
 TEST_F(PhotoPickerChanges, TakeInWhatComesFromOutsideAsFarAsThereIsRoom)

@@ -153,5 +153,53 @@ TEST_F(PhotoPickerTest, AddsThePhotoThatIsLargeAndShowsTheAlbumThatIsChosen)
     EXPECT_EQ(reloads, 1);
 }
 
+TEST_F(PhotoPickerTest, FillsATileForOnePhotoAtATime)
+{
+    open(2);
+    auto* const tile = qobject_cast<YMSPhotoCell*>(cells[static_cast<std::size_t>(itemOf("s1"))]);
+    EXPECT_EQ(tile->targetSize(), (CGSize{118 * 3 * 0.75, 118 * 3 * 0.75}));
+    settle();
+    EXPECT_TRUE(tile->thumbnailImage() && !tile->isUnreadable());
+    picker->placeGrid(768, 1024, 2, 8, 8); // a larger window: its picture is asked for again
+    EXPECT_EQ(tile->targetSize().width, 249 * 3 * 0.75);
+    EXPECT_TRUE(tile->thumbnailImage());
+
+    const auto manager = std::make_shared<PHImageManager>();
+    const PHAsset s1 = picker->currentCollectionItem()->assets.objectAtIndex(0);
+    PHAsset broken{.localIdentifier = "broken", .path = home.path("none.png")};
+    YMSPhotoCell cell;
+    cell.setRepresentedAsset(s1);
+    cell.loadPhotoWithManager(manager, s1, {40, 40});
+    cell.setRepresentedAsset(broken); // the answer for the first one comes too late
+    settle();
+    EXPECT_FALSE(cell.thumbnailImage() || cell.isUnreadable());
+    cell.loadPhotoWithManager(manager, broken, {40, 40});
+    settle();
+    EXPECT_TRUE(cell.isUnreadable());
+    cell.setRepresentedAsset(s1);
+    cell.loadPhotoWithManager(manager, s1, {40, 40});
+    cell.prepareForReuse();
+    EXPECT_EQ(cell.imageRequestID(), PHInvalidImageRequestID);
+    EXPECT_FALSE(cell.isUnreadable());
+
+    for (const bool animated : {false, true, false}) {
+        cell.setSelected(true);
+        if (animated)
+            cell.setNeedsAnimateSelection(); // for one change
+        cell.setSelected(false);
+        EXPECT_EQ(cell.veilAlpha().value(), 0);
+        EXPECT_EQ(cell.enableSelectionIndicatorViewVisibility(), animated); // until it has faded
+        settle();
+        EXPECT_FALSE(cell.enableSelectionIndicatorViewVisibility());
+    }
+    cell.animateHighlight(true);
+    EXPECT_EQ(cell.pressScale().value(), 0.9);
+    cell.animateHighlight(false); // a short tap: after the press
+    EXPECT_EQ(cell.pressScale().value(), 0.9);
+    settle();
+    EXPECT_EQ(cell.pressScale().value(), 1);
+    EXPECT_EQ(cell.pressScale().motion().spring, (UIViewSpring{0.5, 6}));
+}
+
 } // namespace
 } // namespace lamina::test
