@@ -2,12 +2,12 @@
 #include "CommandLines.h"
 #include "TestPaths.h"
 
-#include <vector>
-#include <utility>
 #include <cstddef>
 #include <filesystem>
 #include <gmock/gmock.h>
 #include <nlohmann/json.hpp>
+#include <utility>
+#include <vector>
 
 namespace lamina::test {
 namespace {
