@@ -1,9 +1,12 @@
 #include "app/AppMenu.h"
 
 #include "app/MainStoryboard.h"
+#include "app/PhotoFoldersMenu.h"
 #include "platform/base/Localization.h"
 #include "platform/view/UIAlertController.h"
 #include "platform/view/UIStoryboard.h"
+
+#include <QCoreApplication>
 
 #include <memory>
 
@@ -18,9 +21,15 @@ void presentAppMenu(UIViewController& over)
                 presentAbout(*still, page);
         };
     };
+    const auto opensFolders = [screen = over.weak_from_this()] {
+        if (const auto still = screen.lock())
+            presentPhotoFolders(*still);
+    };
     over.present(
         UIAlertController::make(localizedString("Menu"), "",
                                 {{localizedString("Keys"), UIAlertActionStyle::Default, opens(Page::Keys)},
+                                 {localizedString(QT_TRANSLATE_NOOP("Lamina", "Photo folders…")),
+                                  UIAlertActionStyle::Default, opensFolders},
                                  {localizedString("About Lamina"), UIAlertActionStyle::Default, opens(Page::About)},
                                  {localizedString("Cancel"), UIAlertActionStyle::Cancel, {}}},
                                 UIAlertControllerStyle::ActionSheet),

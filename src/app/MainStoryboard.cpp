@@ -8,7 +8,6 @@
 #include "editors/colorpicker/InfColorPickerController.h"
 #include "export/ExportScenes.h"
 #include "picker/PickerScenes.h"
-#include "picker/YMSPhotoPickerViewController.h"
 #include "platform/view/UIStoryboard.h"
 
 #include <memory>
@@ -35,7 +34,6 @@ void registerMainStoryboard()
     storyboard->addScene(scene::kBlend, sceneOf<BlendPhotoViewController>("BlendPhotoScreen.qml"));
     storyboard->addScene(InfColorPickerController::kViewFile,
                          sceneOf<InfColorPickerController>("InfColorPickerScreen.qml"));
-    storyboard->addScene(scene::kPhotoPicker, sceneOf<YMSPhotoPickerViewController>("YMSPhotoPickerScreen.qml"));
     addExportScenes(*storyboard);
     addPickerScenes(*storyboard);
     storyboard->addSegue(segue::kPickedToBlend, scene::kBlend, UIStoryboard::SegueKind::Present);

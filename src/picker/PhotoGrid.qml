@@ -22,6 +22,9 @@ TileGrid {
     // How far it is scrolled; 0: at its top.
     readonly property real scrolled: contentY - originY + topMargin
     property bool placed: false
+    // What was looked at when the photos were exchanged for others, and how far below the window's top.
+    property var kept: null
+    property string album
 
     function tileX(column) {
         return Math.round(column * pitch)
@@ -54,6 +57,31 @@ TileGrid {
         }
         placed = true
     }
+    function inSight(item) {
+        const top = topMargin + Math.floor(item / columns) * cellHeight - scrolled
+        return top + cellHeight > barShown && top < height
+    }
+    function keepPlace() {
+        const first = Math.max(0, Math.ceil((scrolled - topMargin) / cellHeight)) * columns
+        const item = itemAtIndex(inSight(currentIndex) ? currentIndex : first)
+        kept = item ? { photo: item.identifier, current: currentItem ? currentItem.identifier : "",
+                        y: item.y - contentY, scrolled: scrolled > 0 } : null
+    }
+    // Another album begins at its top; the same one stays where it was, as far as its photos are still there.
+    function takePlace() {
+        forceLayout()
+        const former = kept
+        kept = null
+        const again = album === controller.albumTitle && former !== null
+        album = controller.albumTitle
+        const anchor = again ? controller.itemOfPhoto(former.photo) : -1
+        currentIndex = again ? Math.max(0, controller.itemOfPhoto(former.current)) : 0
+        if (anchor > 0 && former.scrolled)
+            scrollTo(topMargin + Math.floor(anchor / columns) * cellHeight - former.y)
+        else if (!again)
+            scrollTo(0)
+        controller.scrollViewDidComeToRest()
+    }
     // Done with several photos; of one, it is the one that has the keyboard.
     function use() {
         if (controller.multiple)
@@ -82,6 +110,17 @@ TileGrid {
     onContentYChanged: if (placed) controller.scrollViewDidScroll(scrolled, height, contentHeight + topMargin + bottomMargin)
     onDragEnded: controller.scrollViewDidEndDragging(flicking)
     onMovementEnded: controller.scrollViewDidComeToRest()
+
+    Connections {
+        target: grid.controller.photos
+        function onModelAboutToBeReset() {
+            if (grid.kept === null)
+                grid.keepPlace()
+        }
+        function onModelReset() {
+            Qt.callLater(grid.takePlace)
+        }
+    }
 
     Keys.onPressed: event => {
         if (event.accepted)

@@ -86,6 +86,7 @@ AppScreen {
         id: toast
         anchors.horizontalCenter: parent.horizontalCenter
         y: parent.height - height - Tokens.space.m
+        good: false
         onDone: text = ""
     }
     Connections {

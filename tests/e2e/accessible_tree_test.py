@@ -33,6 +33,7 @@ dialog 'Menu' modal
   heading 'Menu'
   push button 'Close' (Esc)
   list item 'Keys'
+  list item 'Photo folders…'
   list item 'About Lamina'
   list item 'Cancel'
 """

@@ -2,6 +2,7 @@
 
 #include "app/AppMenu.h"
 #include "app/MainStoryboard.h"
+#include "app/PhotoFolders.h"
 #include "app/ViewController.h"
 #include "editors/common/KeptWork.h"
 #include "platform/base/DispatchQueue.h"
@@ -15,6 +16,7 @@
 #include "platform/host/ThumbnailProvider.h"
 #include "platform/host/system/PictureClipboard.h"
 #include "platform/host/system/SystemURLOpener.h"
+#include "platform/photos/PHPhotoLibrary.h"
 #include "platform/photos/PhotoSource.h"
 #include "platform/text/TextLayout.h"
 #include "platform/view/FailureAlert.h"
@@ -97,6 +99,11 @@ Application::Application(const LaunchOptions& options)
     m_view.engine()->addImageProvider(QStringLiteral("art"), new ArtProvider);
     m_view.engine()->addImageProvider(QStringLiteral("thumbnail"), new ThumbnailProvider);
     keepWorks();
+    openPhotoFolders(options.photosFolder);
+    QObject::connect(qGuiApp, &QGuiApplication::applicationStateChanged, &m_view, [](Qt::ApplicationState state) {
+        if (state == Qt::ApplicationActive)
+            PHPhotoLibrary::rescan(); // who was elsewhere has perhaps put photos where nobody tells of them
+    });
     QObject::connect(qGuiApp, &QGuiApplication::commitDataRequest, &m_view, [] { keepWorkNow(); });
     openFirstScreen(options);
     m_view.setSource(QUrl(QStringLiteral("qrc:/qt/qml/Lamina/Main.qml")));
@@ -131,6 +138,8 @@ void Application::openFirstScreen(const LaunchOptions& options)
     else if (options.screen == "two" && home->collageAvailable())
         home->twoPhotoCollage();
     else if (options.screen == "three" && home->collageAvailable())
+        home->threePhotoCollage();
+    else if (options.screen == "picker")
         home->threePhotoCollage();
 }
 

@@ -28,9 +28,10 @@ namespace lamina {
 
 /// With what the window opens.
 struct LaunchOptions {
-    /// "home", "two", "three" or "blend".
+    /// "home", "two", "three", "blend" or "picker".
     std::string screen = "home";
-    /// Where choosing a photo starts; empty: the user's pictures, or the samples while those are empty.
+    /// A folder of the photo library beside the user's own, and where choosing a single photo starts; empty: none, and
+    /// the user's pictures, or the samples while those are empty.
     std::string photosFolder;
     /// Photos to begin a blend with, the first one first.
     std::vector<std::string> files;

@@ -24,6 +24,8 @@ AppScreen {
             card: picker.sheetsAreCards
             placing: true
             subtitle: picker.controller.suggestedName
+            placingText: picker.controller.asksForFolder ? qsTranslate("Lamina", "Choose this folder")
+                                                         : qsTranslate("Lamina", "Save here")
             onPlaced: folder => Host.placeIn(folder)
             onClosed: picker.controller.cancel()
         }

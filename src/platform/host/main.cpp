@@ -25,6 +25,14 @@ constexpr int kGood = 0;
 constexpr int kFailed = 1;
 constexpr int kWrongUsage = 2;
 
+/// The values of --screen.
+QStringList screens()
+{
+    return {QStringLiteral("home"), QStringLiteral("two"), QStringLiteral("three"), QStringLiteral("blend"),
+            QStringLiteral("picker")};
+}
+constexpr const char* kScreenWords = "home, two, three, blend or picker";
+
 /// Qt ends the process when it finds no display; ours says so in one line.
 bool displayIsThere()
 {
@@ -86,9 +94,12 @@ Parsed parse(const QStringList& arguments)
 {
     QCommandLineParser parser;
     parser.setApplicationDescription(QStringLiteral("Composes photos. Given photos begin a blend."));
-    const QCommandLineOption screen(QStringLiteral("screen"), QStringLiteral("Opens home, two, three or blend."),
-                                    QStringLiteral("screen"), QStringLiteral("home"));
-    const QCommandLineOption photos(QStringLiteral("photos"), QStringLiteral("Where choosing a photo starts."),
+    const QCommandLineOption screen(
+        QStringLiteral("screen"),
+        QStringLiteral("Opens %1. The picker is the one for three photos, over home.").arg(QLatin1String(kScreenWords)),
+        QStringLiteral("screen"), QStringLiteral("home"));
+    const QCommandLineOption photos(QStringLiteral("photos"),
+                                    QStringLiteral("Photos beside those in your own folder; choosing one starts here."),
                                     QStringLiteral("folder"));
     const QCommandLineOption size(QStringLiteral("size"), QStringLiteral("Of the window, in points."),
                                   QStringLiteral("WIDTHxHEIGHT"));
@@ -110,10 +121,10 @@ Parsed parse(const QStringList& arguments)
     }
     Parsed parsed;
     parsed.options.screen = parser.value(screen).toStdString();
-    if (!QStringList{QStringLiteral("home"), QStringLiteral("two"), QStringLiteral("three"), QStringLiteral("blend")}
-             .contains(parser.value(screen)))
-        return {{},
-                complain(QStringLiteral("--screen: home, two, three or blend, not '%1'").arg(parser.value(screen)))};
+    if (!screens().contains(parser.value(screen)))
+        return {
+            {},
+            complain(QStringLiteral("--screen: %1, not '%2'").arg(QLatin1String(kScreenWords), parser.value(screen)))};
     parsed.options.photosFolder = parser.value(photos).toStdString();
     if (parser.isSet(size)) {
         const auto wanted = sizeOf(parser.value(size));

@@ -4,6 +4,8 @@
 #include "platform/photos/FolderWalk_p.h"
 #include "platform/photos/LibraryEngineImpl_p.h"
 
+#include <optional>
+#include <chrono>
 #include <cstdlib>
 #include <utility>
 
@@ -77,13 +79,17 @@ Result<PhotoID> LibraryEngine::adopt(PhotoID reserved, const std::string& path)
     if (!file || !folder)
         return Error{path, cause::kNoSuchFile};
     PhotoRecord record = readRecord(folderPath, *file);
+    const bool isPhoto = isPhotoName(file->name);
     PhotoID photo = 0;
     m_impl->index()->write([&](PhotoIndex::Writer& writer) {
         record.id = reserved;
         record.folder = writer.putFolder({.path = folderPath, .key = folder->key});
         photo = writer.putPhoto(record);
+        if (!isPhoto)
+            writer.markGone({&photo, 1});
     });
-    m_impl->post([impl = m_impl.get(), path] { impl->adopt(path); });
+    if (isPhoto)
+        m_impl->post([impl = m_impl.get(), path] { impl->adopt(path); });
     return photo;
 }
 

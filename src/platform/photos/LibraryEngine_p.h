@@ -2,8 +2,11 @@
 
 #include "platform/base/Result.h"
 #include "platform/photos/LibraryRoots.h"
+#include "platform/photos/PhotoRecords_p.h"
 #include "platform/photos/LibrarySnapshot_p.h"
 
+#include <utility>
+#include <cstddef>
 #include <functional>
 #include <limits>
 #include <memory>
@@ -71,7 +74,8 @@ public:
 
     /// Takes a file that we have just written into the index, under an identifier that was reserved there; a snapshot
     /// has it soon. Made under a hold that was taken before the file had its name, the answer is that identifier; else
-    /// the file may have been found before, and the answer is what it has. The error's subject is the path.
+    /// the file may have been found before, and the answer is what it has. A clip is known to the index, but no
+    /// snapshot shows it. The error's subject is the path.
     Result<PhotoID> adopt(PhotoID reserved, const std::string& path);
 
     /// Shows files from outside all roots until the process ends; the handler hears on the engine's thread, after the

@@ -3,8 +3,11 @@
 #include "platform/files/ASCIICase.h"
 #include "platform/photos/FolderTitle_p.h"
 
+#include <cstddef>
 #include <algorithm>
 #include <array>
+#include <filesystem>
+#include <system_error>
 #include <utility>
 
 namespace lamina {
@@ -28,9 +31,17 @@ std::string_view lastPart(std::string_view path)
     return path.substr(path.rfind('/') + 1);
 }
 
-bool isWithin(const std::string& path, const std::string& folder)
+/// Whether a walk from the one folder comes to the other by itself.
+bool leadsTo(const std::string& folder, const std::string& path)
 {
-    return path == folder || path.starts_with(pathIn(folder, ""));
+    std::string part = path;
+    while (part.size() > folder.size()) {
+        std::error_code ignored;
+        if (lastPart(part).starts_with('.') || std::filesystem::is_symlink(part, ignored))
+            return false;
+        part = parentPath(part);
+    }
+    return part == folder;
 }
 
 /// Whether what lies in this folder can be a camera's: a root, or the folder in it that cards have for photos.
@@ -51,18 +62,19 @@ void release(Map& map, const Key& key, const TreeFolder& folder)
 } // namespace
 
 LibraryTree::LibraryTree(const LibraryRoots& roots)
-    : m_ownFolder(withoutSlashes(roots.ownFolder))
+    : m_pictures(withoutSlashes(roots.pictures))
+    , m_ownFolder(withoutSlashes(roots.ownFolder))
 {
-    std::vector<std::string> paths{roots.pictures};
-    paths.insert(paths.end(), roots.further.begin(), roots.further.end());
-    for (std::string& path : paths) {
-        path = withoutSlashes(std::move(path));
-        if (path.starts_with('/') && std::ranges::find(m_rootPaths, path) == m_rootPaths.end())
+    std::vector<std::string> paths{m_pictures};
+    for (const std::string& path : roots.further)
+        paths.push_back(withoutSlashes(path));
+    paths.push_back(m_ownFolder);
+    for (const std::string& path : paths) {
+        const auto holds = [&](const std::string& other) { return other != path && leadsTo(other, path); };
+        const bool isHeld = &path != &paths.front() && std::ranges::any_of(paths, holds);
+        if (path.starts_with('/') && !isHeld && std::ranges::find(m_rootPaths, path) == m_rootPaths.end())
             m_rootPaths.push_back(path);
     }
-    const auto holdsOwn = [&](const std::string& path) { return isWithin(m_ownFolder, path); };
-    if (m_ownFolder.starts_with('/') && std::ranges::none_of(m_rootPaths, holdsOwn))
-        m_rootPaths.push_back(m_ownFolder);
     m_roots.resize(m_rootPaths.size());
 }
 
@@ -116,7 +128,7 @@ TreeFolder& LibraryTree::addRoot(const std::string& path)
     if (folder)
         return *folder;
     folder = std::make_unique<TreeFolder>();
-    folder->isPictures = place == 0;
+    folder->isPictures = path == m_pictures;
     return enter(folder, path, lastPart(path));
 }
 

@@ -5,6 +5,7 @@
 #include "platform/photos/LibrarySnapshot_p.h"
 #include "platform/photos/PhotoRecords_p.h"
 
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <set>
@@ -44,8 +45,8 @@ class LibraryTree {
 public:
     explicit LibraryTree(const LibraryRoots& roots);
 
-    /// The roots' paths, whether they exist or not: pictures, further ones, and the application's own folder where it
-    /// is in none of them. Each once.
+    /// The roots' paths, whether they exist or not: pictures, further ones and the application's own folder, but for
+    /// those that are in another one. Each once.
     const std::vector<std::string>& rootPaths() const { return m_rootPaths; }
     /// Takes over those of the index that are in or below a root.
     void load(std::vector<FolderRecord> records);
@@ -85,6 +86,7 @@ private:
     SmartFolder smartKind(const TreeFolder* parent, const std::string& path, std::string_view name) const;
     TreeFolder& enter(std::unique_ptr<TreeFolder>& folder, const std::string& path, std::string_view name);
 
+    std::string m_pictures;
     std::string m_ownFolder;
     std::vector<std::string> m_rootPaths;
     std::vector<std::unique_ptr<TreeFolder>> m_roots; ///< beside `m_rootPaths`; null: not there

@@ -37,13 +37,13 @@ Result<NewPhoto> PHAssetChangeRequest::newPhoto() const
 {
     if (!m_image)
         return noPicture();
-    const int type = m_image.cgImage().hasAlpha() ? kImageTypePNG : kImageTypeJPEG;
-    const std::string uti(utiForType(type));
+    const bool alpha = m_image.cgImage().hasAlpha();
+    const std::string uti(utiForType(alpha ? kImageTypePNG : kImageTypeJPEG));
     Result<std::vector<std::uint8_t>> bytes =
         encodeImage(m_image, {.uti = uti, .quality = kPhotoQuality, .backgroundFillColor = {}}, photoLibraryFolder());
     if (!bytes)
         return bytes.error();
-    return NewPhoto{'.' + extensionForUTI(uti).value_or("jpg"), *std::move(bytes)};
+    return NewPhoto{alpha ? ".png" : ".jpg", *std::move(bytes)};
 }
 
 PHAssetCreationRequest* PHAssetCreationRequest::creationRequestForAsset()

@@ -23,8 +23,9 @@ Outcome writeFileAtPlace(const UIDocumentPlace& place, std::span<const std::uint
 /// The same with what another file holds, however large; the error's subject may be that file's path.
 Outcome copyFileToPlace(const std::string& path, const UIDocumentPlace& place);
 
-/// Asks the user for a place and a name for a file, in the system's own dialog, or in the window where there is none.
-/// It writes nothing. It is presented, and takes itself away with the answer. Main thread.
+/// Asks the user for a place and a name for a file, or for a folder that is there, in the system's own dialog, or in
+/// the window where there is none. It writes nothing. It is presented, and takes itself away with the answer. Main
+/// thread.
 ///
 ///   auto picker = std::make_shared<UIDocumentPickerViewController>("default.png",
 ///       [this](std::optional<UIDocumentPlace> place) { if (place) saveAt(*place); });
@@ -32,13 +33,14 @@ Outcome copyFileToPlace(const std::string& path, const UIDocumentPlace& place);
 class UIDocumentPickerViewController : public UIViewController {
     Q_OBJECT
     Q_PROPERTY(QString suggestedName READ suggestedNameText CONSTANT FINAL)
+    Q_PROPERTY(bool asksForFolder READ asksForFolder CONSTANT FINAL)
 
 public:
     /// The place; nothing: the user wants none, or, after an alert that says so, could not be asked. Runs once, when
     /// the picker has been dismissed, so that it may present something.
     using Answer = std::function<void(std::optional<UIDocumentPlace> place)>;
 
-    /// `suggestedName`: the file's name to begin with, its extension included.
+    /// `suggestedName`: the file's name to begin with, its extension included; empty: the place is a folder.
     UIDocumentPickerViewController(std::string suggestedName, Answer answer);
 
     /// Where the dialog starts; default empty: where the system likes.
@@ -47,6 +49,7 @@ public:
     /// The name the dialog starts with.
     const std::string& suggestedName() const { return m_suggestedName; }
     QString suggestedNameText() const { return QString::fromStdString(m_suggestedName); }
+    bool asksForFolder() const { return m_suggestedName.empty(); }
     /// Not answered yet.
     bool isChoosing() const { return m_choosing; }
 

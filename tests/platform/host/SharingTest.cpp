@@ -309,5 +309,29 @@ TEST_F(Sharing, ACopyGoesWhereTheDialogSays)
     EXPECT_FALSE(documents.folderPicker());
 }
 
+TEST_F(Sharing, AFolderIsChosenInTheDialogOrInTheWindow)
+{
+    std::vector<std::string> chosen;
+    const auto ask = [&] {
+        const auto answer = [&](const std::optional<UIDocumentPlace>& place) {
+            chosen.push_back(place ? place->path : "none");
+        };
+        screen->present(std::make_shared<UIDocumentPickerViewController>("", answer), true);
+    };
+    ask();
+    ASSERT_TRUE(waitForQuestion(1));
+    EXPECT_EQ(portal->questions()[0].call, "FileChooser.OpenFile");
+    EXPECT_EQ(portal->questions()[0].options["directory"], true);
+    EXPECT_TRUE(portal->questions()[0].filters.empty());
+    portal->respond(0, {{"uris", QStringList{"file:///mnt/card%201"}}});
+    ASSERT_TRUE(runUntil([&] { return chosen.size() == 1; }));
+    portal->setManner(Manner::Refuses);
+    ask();
+    ASSERT_TRUE(runUntil([this] { return documents.folderPicker() != nullptr; }));
+    documents.placeIn(folder.path());
+    ASSERT_TRUE(runUntil([&] { return chosen.size() == 2; }));
+    EXPECT_EQ(chosen, (std::vector<std::string>{"/mnt/card 1", folder.path()}));
+}
+
 } // namespace
 } // namespace lamina::test

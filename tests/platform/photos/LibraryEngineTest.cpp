@@ -2,6 +2,7 @@
 #include "CommandRunner.h"
 #include "LogCapture.h"
 #include "TestPaths.h"
+#include "platform/files/FileReading.h"
 #include "platform/photos/LibraryEngine_p.h"
 #include "platform/photos/PhotoIndex_p.h"
 
@@ -11,13 +12,16 @@
 #include <ctime>
 #include <fcntl.h>
 #include <filesystem>
+#include <fstream>
 #include <functional>
+#include <future>
 #include <gtest/gtest.h>
 #include <map>
 #include <memory>
 #include <mutex>
 #include <set>
 #include <string>
+#include <sys/mount.h>
 #include <sys/stat.h>
 #include <thread>
 #include <unistd.h>
@@ -47,10 +51,12 @@ public:
         : m_engine(std::make_unique<LibraryEngine>(roots, limits))
     {
         m_engine->setChangeHandler([this](const LibraryChange& change) {
-            const std::lock_guard lock(m_mutex);
+            std::unique_lock lock(m_mutex);
             m_changes.push_back(change);
             m_latest = change.after;
+            m_isStanding = m_standsStill;
             m_news.notify_all();
+            m_news.wait(lock, [this] { return !m_standsStill; });
         });
         m_latest = m_engine->snapshot();
     }
@@ -61,6 +67,18 @@ public:
     {
         std::unique_lock lock(m_mutex);
         return m_news.wait_for(lock, 20s, [&] { return condition(*m_latest); });
+    }
+    /// Runs `body` while the engine's thread waits in the handler of the next change.
+    void standStill(const std::function<void()>& body)
+    {
+        std::unique_lock lock(m_mutex);
+        m_standsStill = true;
+        ASSERT_TRUE(m_news.wait_for(lock, 20s, [&] { return m_isStanding; }));
+        lock.unlock();
+        body();
+        lock.lock();
+        m_standsStill = false;
+        m_news.notify_all();
     }
     std::vector<LibraryChange> takeChanges()
     {
@@ -73,13 +91,19 @@ private:
     std::condition_variable m_news;
     LibrarySnapshotPtr m_latest;
     std::vector<LibraryChange> m_changes;
+    bool m_standsStill = false;
+    bool m_isStanding = false;
     std::unique_ptr<LibraryEngine> m_engine; ///< last: its thread uses the others
 };
 
 /// A home with a folder for pictures and a place for caches.
 class Home : public testing::Test {
 protected:
-    Home() { fs::create_directory(pictures()); }
+    Home()
+    {
+        ::setenv("LAMINA_MODULES", LAMINA_MODULES, 1);
+        fs::create_directory(pictures());
+    }
 
     std::string at(const std::string& name) const { return m_home.path(name); }
     std::string pictures() const { return at("Pictures"); }
@@ -253,6 +277,283 @@ const ChangeCase kChanges[] = {
 
 INSTANTIATE_TEST_SUITE_P(Engine, Change, testing::ValuesIn(kChanges),
                          [](const auto& tested) { return std::string(tested.param.name); });
+
+TEST_F(Home, ShowsFoldersAsAPersonKnowsThem)
+{
+    for (const char* name : {"Pictures/loose.jpg", "Pictures/DCIM/Camera/1.jpg", "Pictures/DCIM/Camera/Burst/2.jpg",
+                             "Pictures/day 10/3.jpg", "Pictures/Day 9/4.jpg", "Pictures/Lists/inner/deep/5.jpg",
+                             "Pictures/Lists/Camera/6.jpg", "Pictures/Lamina/7.jpg", "Pictures/bildschirmfotos/8.jpg",
+                             "Card/9.jpg", "Card/Kamera/10.jpg"})
+        addPhoto(name);
+    fs::create_directories(at("Pictures/Empty/within"));
+    WatchedEngine engine(roots({at("Card"), at("Pictures/Lists"), pictures(), "relative", at("missing")}));
+    engine->waitUntilComplete();
+    const LibrarySnapshotPtr snapshot = engine->snapshot();
+    std::vector<std::string> lines;
+    for (const LibraryFolder& folder : snapshot->folders) {
+        const std::string parent = folder.parent < 0 ? "" : snapshot->folders[std::size_t(folder.parent)].title + '/';
+        lines.push_back(parent + folder.title + ' ' + std::to_string(folder.photos->size()) + ' ' +
+                        std::to_string(static_cast<int>(folder.smart)));
+    }
+    const std::vector<std::string> expected{
+        "Day 9 1 0", "day 10 1 0", "Lists 0 0",        "Lists/Camera 1 0", "Lists/inner 0 0",     "inner/deep 1 0",
+        "Card 1 0",  "Camera 1 1", "Camera/Burst 1 1", "Kamera 1 1",       "bildschirmfotos 1 2", "Lamina 1 3"};
+    EXPECT_EQ(lines, expected);
+    EXPECT_EQ(snapshot->all->size(), 11U);
+    EXPECT_EQ(snapshot->camera->size(), 3U);
+    EXPECT_EQ(snapshot->screenshots->size(), 1U);
+    EXPECT_EQ(snapshot->lamina->size(), 1U);
+}
+
+TEST_F(Home, IsThereAtOnceWithTheNextStart)
+{
+    // As the files say, whatever the clock says: times to come, and before 1970.
+    addPhoto("Pictures/old.jpg", -86400);
+    addPhoto("Pictures/A/future.jpg", 4'000'000'000);
+    addPhoto("Pictures/A/same.jpg", 1'000'000'000);
+    addPhoto("Pictures/A/same2.jpg", 1'000'000'000);
+    PhotoIDs all;
+    {
+        WatchedEngine engine(roots());
+        engine->waitUntilComplete();
+        all = engine->snapshot()->all;
+        const std::vector<PhotoRecord> records = engine->snapshot()->index->records(*all);
+        ASSERT_EQ(records.size(), 4U);
+        EXPECT_EQ(records.front().name, "future.jpg");
+        EXPECT_EQ(records.back().name, "old.jpg");
+        EXPECT_LT(all->at(1), all->at(2));
+        EXPECT_EQ(records.back().date, -86400);
+        EXPECT_GT(records.back().width, 0);
+    }
+    // Meanwhile one is changed, one is moved with its folder, one is deleted.
+    fs::resize_file(at("Pictures/old.jpg"), 100);
+    move("Pictures/A", "Pictures/B");
+    fs::remove(at("Pictures/B/same.jpg"));
+    WatchedEngine engine(roots());
+    std::vector<LibraryChange> changes = engine.takeChanges();
+    EXPECT_EQ(*(changes.empty() ? engine->snapshot() : changes.front().before)->all, *all);
+    EXPECT_TRUE(waitForNames(engine, {"Pictures/old.jpg", "Pictures/B/future.jpg", "Pictures/B/same2.jpg"}));
+    for (const PhotoID photo : *engine->snapshot()->all)
+        EXPECT_NE(std::ranges::find(*all, photo), all->end());
+    const std::vector<PhotoRecord> records = engine->snapshot()->index->records(*all);
+    EXPECT_EQ(records.back().width, 0); // cut to less than its header
+}
+
+TEST_F(Home, ListsAFileWhenItIsClosed)
+{
+    WatchedEngine engine(roots());
+    engine->waitUntilComplete();
+    const std::string photo = readFile(testData("pictures/jpeg-420.jpg"));
+    {
+        const FileDescriptor file(::open(at("Pictures/slow.jpg").c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0644));
+        ASSERT_GT(::write(file.get(), photo.data(), 100), 0);
+        // Another one comes and goes meanwhile, which makes the folder known anew.
+        addPhoto("Pictures/New/quick.jpg");
+        writeFile(at("Pictures/empty.jpg"), "");
+        EXPECT_TRUE(waitForNames(engine, {"Pictures/New/quick.jpg"}));
+    }
+    EXPECT_TRUE(waitForNames(engine, {"Pictures/New/quick.jpg", "Pictures/slow.jpg"}));
+    const PhotoID slow = shown(*engine->snapshot()).at("Pictures/slow.jpg");
+    engine.takeChanges();
+    writeFile(at("Pictures/slow.jpg"), photo);
+    EXPECT_TRUE(engine.waitFor([&](const LibrarySnapshot& snapshot) {
+        return snapshot.index->records({{slow}}).front().width > 0 && snapshot.complete;
+    }));
+    EXPECT_TRUE(engine.waitFor([&](const LibrarySnapshot&) { return true; }));
+    std::vector<PhotoID> changed;
+    for (const LibraryChange& change : engine.takeChanges())
+        changed.insert(changed.end(), change.changed.begin(), change.changed.end());
+    EXPECT_EQ(changed, std::vector<PhotoID>{slow});
+}
+
+TEST_F(Home, TakesHundredsInFewSteps)
+{
+    const auto names = [&](const std::string& folder) {
+        std::set<std::string> all;
+        for (int i = 0; i < 300; ++i)
+            all.insert(folder + "/" + std::to_string(i) + ".jpg");
+        return all;
+    };
+    WatchedEngine engine(roots());
+    engine->waitUntilComplete();
+    for (const std::string& name : names("aside"))
+        addPhoto(name);
+    engine.takeChanges();
+    move("aside", "Pictures/aside");
+    ASSERT_TRUE(waitForNames(engine, names("Pictures/aside")));
+    const Shown before = shown(*engine->snapshot());
+    move("Pictures/aside", "aside");
+    ASSERT_TRUE(waitForNames(engine, {}));
+    // As a card that is put in again: the same files under other keys.
+    fs::copy(at("aside"), at("Pictures/aside"));
+    for (const std::string& name : names("Pictures/aside"))
+        setTime(name, 1'000'000'000);
+    ASSERT_TRUE(waitForNames(engine, names("Pictures/aside")));
+    EXPECT_EQ(shown(*engine->snapshot()), before);
+    EXPECT_LE(engine.takeChanges().size(), 6U);
+}
+
+TEST_F(Home, FindsEverythingAgainWhenChangesWereLost)
+{
+    std::ifstream limit("/proc/sys/fs/inotify/max_queued_events");
+    int mostEvents = 0;
+    limit >> mostEvents;
+    addPhoto("Pictures/first.jpg");
+    addPhoto("Pictures/Trip/gone.jpg");
+    WatchedEngine engine(roots());
+    engine->waitUntilComplete();
+    addPhoto("Pictures/second.jpg");
+    engine.standStill([&] {
+        for (int i = 0; i < mostEvents; ++i)
+            move(i % 2 == 0 ? "Pictures/first.jpg" : "Pictures/other.jpg",
+                 i % 2 == 0 ? "Pictures/other.jpg" : "Pictures/first.jpg");
+        fs::remove(at("Pictures/Trip/gone.jpg"));
+        addPhoto("Pictures/New/third.jpg");
+    });
+    EXPECT_TRUE(waitForNames(engine, {"Pictures/first.jpg", "Pictures/second.jpg", "Pictures/New/third.jpg"}));
+}
+
+TEST_F(Home, TakesRootsThatComeAndGo)
+{
+    fs::remove(pictures());
+    addPhoto("cards/card/1.jpg");
+    fs::create_directory_symlink(at("cards/card"), at("link"));
+    WatchedEngine engine(roots({at("link"), at("later/on/here")}));
+    engine->waitUntilComplete();
+    EXPECT_TRUE(waitForNames(engine, {"link/1.jpg"}));
+    const Shown first = shown(*engine->snapshot());
+    addPhoto("Pictures/Trip/2.jpg");
+    EXPECT_TRUE(waitForNames(engine, {"link/1.jpg", "Pictures/Trip/2.jpg"}));
+    addPhoto("later/on/here/3.jpg");
+    EXPECT_TRUE(waitForNames(engine, {"link/1.jpg", "Pictures/Trip/2.jpg", "later/on/here/3.jpg"}));
+    move("link", "away");
+    move("later/on", "later/off");
+    EXPECT_TRUE(waitForNames(engine, {"Pictures/Trip/2.jpg"}));
+    move("away", "link");
+    EXPECT_TRUE(waitForNames(engine, {"link/1.jpg", "Pictures/Trip/2.jpg"}));
+    EXPECT_EQ(shown(*engine->snapshot()).at("link/1.jpg"), first.at("link/1.jpg"));
+    engine->configure(roots({at("later/off/here")}));
+    EXPECT_TRUE(waitForNames(engine, {"Pictures/Trip/2.jpg", "later/off/here/3.jpg"}));
+}
+
+TEST_F(Home, HearsOfACardThatIsPutInOverItsFolder)
+{
+    const std::string card = at("Pictures/Card");
+    fs::create_directory(card);
+    if (mount("none", card.c_str(), "tmpfs", 0, nullptr) != 0)
+        GTEST_SKIP() << "nothing may be mounted here";
+    addPhoto("Pictures/Card/1.jpg");
+    addPhoto("Pictures/2.jpg");
+    WatchedEngine engine(roots());
+    engine->waitUntilComplete();
+    const Shown before = shown(*engine->snapshot());
+    EXPECT_EQ(before.size(), 2U);
+    ASSERT_EQ(umount(card.c_str()), 0);
+    EXPECT_TRUE(waitForNames(engine, {"Pictures/2.jpg"}));
+    ASSERT_EQ(mount("none", card.c_str(), "tmpfs", 0, nullptr), 0);
+    addPhoto("Pictures/Card/1.jpg");
+    EXPECT_TRUE(waitForNames(engine, namesOf(before)));
+    EXPECT_EQ(shown(*engine->snapshot()), before);
+    EXPECT_EQ(umount2(card.c_str(), MNT_DETACH), 0);
+}
+
+TEST_F(Home, LooksAgainWhereItCannotWatch)
+{
+    addPhoto("Pictures/A/1.jpg");
+    addPhoto("Pictures/B/2.jpg");
+    const LogCapture log;
+    WatchedEngine engine(roots(), {.watches = 3}); // home, Pictures and A
+    engine->waitUntilComplete();
+    addPhoto("Pictures/B/3.jpg");
+    addPhoto("Pictures/B/C/4.jpg");
+    addPhoto("Pictures/A/5.jpg");
+    EXPECT_TRUE(waitForNames(engine, {"Pictures/A/1.jpg", "Pictures/A/5.jpg", "Pictures/B/2.jpg"}));
+    engine->rescan();
+    EXPECT_TRUE(waitForNames(engine, {"Pictures/A/1.jpg", "Pictures/A/5.jpg", "Pictures/B/2.jpg", "Pictures/B/3.jpg",
+                                      "Pictures/B/C/4.jpg"}));
+    EXPECT_EQ(log.messages.size(), 1U) << log.text();
+}
+
+TEST_F(Home, SkipsWhatItMayNotRead)
+{
+    if (geteuid() == 0)
+        GTEST_SKIP() << "everything can be read by root";
+    addPhoto("Pictures/A/1.jpg");
+    addPhoto("Pictures/B/2.jpg");
+    fs::permissions(at("Pictures/B"), fs::perms::none);
+    const LogCapture log;
+    WatchedEngine engine(roots());
+    engine->waitUntilComplete();
+    EXPECT_TRUE(waitForNames(engine, {"Pictures/A/1.jpg"}));
+    fs::permissions(at("Pictures/B"), fs::perms::owner_all);
+    EXPECT_TRUE(waitForNames(engine, {"Pictures/A/1.jpg", "Pictures/B/2.jpg"}));
+    EXPECT_EQ(log.messages.size(), 1U) << log.text();
+}
+
+TEST_F(Home, SharesItsIndexWithAnother)
+{
+    addPhoto("Pictures/1.jpg");
+    addPhoto("Card/2.jpg");
+    WatchedEngine first(roots());
+    WatchedEngine second(roots({at("Card")}));
+    first->waitUntilComplete();
+    second->waitUntilComplete();
+    fs::remove(at("Pictures/1.jpg"));
+    for (int i = 3; i < 60; ++i)
+        addPhoto("Pictures/Trip/" + std::to_string(i) + ".jpg");
+    move("Pictures/Trip/3.jpg", "Pictures/1.jpg");
+    const auto isDone = [](std::size_t count) {
+        return [count](const LibrarySnapshot& snapshot) { return snapshot.all->size() == count; };
+    };
+    EXPECT_TRUE(first.waitFor(isDone(57)));
+    EXPECT_TRUE(second.waitFor(isDone(58)));
+    Shown both = shown(*second->snapshot());
+    EXPECT_EQ(both.erase("Card/2.jpg"), 1U);
+    EXPECT_EQ(shown(*first->snapshot()), both);
+}
+
+TEST_F(Home, TellsOfAnAdoptedFileWhenItIsLetGo)
+{
+    WatchedEngine engine(roots());
+    engine->waitUntilComplete();
+    engine.takeChanges();
+    const PhotoID reserved = engine->snapshot()->index->reserve();
+    {
+        const LibraryEngine::Hold hold = engine->holdChanges();
+        addPhoto("Pictures/Lamina/new.jpg");
+        addPhoto("Pictures/other.jpg");
+        const Result<PhotoID> adopted = engine->adopt(reserved, at("Pictures/Lamina/new.jpg"));
+        ASSERT_TRUE(adopted);
+        EXPECT_EQ(*adopted, reserved);
+        EXPECT_FALSE(engine->adopt(reserved, at("Pictures/Lamina/none.jpg")));
+        EXPECT_TRUE(engine.takeChanges().empty());
+    }
+    EXPECT_TRUE(waitForNames(engine, {"Pictures/Lamina/new.jpg", "Pictures/other.jpg"}));
+    EXPECT_EQ(*engine->snapshot()->lamina, std::vector<PhotoID>{reserved});
+}
+
+TEST_F(Home, ShowsLooseFilesUntilTheyAreGone)
+{
+    addPhoto("Pictures/1.jpg");
+    addPhoto("loose.jpg", 2'000'000'000);
+    writeFile(at("notes.txt"), "text");
+    WatchedEngine engine(roots());
+    engine->waitUntilComplete();
+    std::promise<std::vector<PhotoID>> answer;
+    engine->addLooseFiles({at("loose.jpg"), at("Pictures/1.jpg"), at("notes.txt"), at("loose.jpg"), at("none.jpg")},
+                          [&](std::vector<PhotoID> photos) { answer.set_value(std::move(photos)); });
+    const std::vector<PhotoID> photos = answer.get_future().get();
+    const LibrarySnapshotPtr snapshot = engine->snapshot();
+    ASSERT_EQ(snapshot->looseFiles->size(), 1U);
+    const LooseFile& loose = snapshot->looseFiles->front();
+    EXPECT_EQ(photos, (std::vector<PhotoID>{loose.id, shown(*snapshot).at("Pictures/1.jpg"), 0, loose.id, 0}));
+    EXPECT_EQ(*snapshot->all, (std::vector<PhotoID>{loose.id, photos[1]}));
+    EXPECT_TRUE(loose.path == at("loose.jpg") && loose.width > 0);
+    fs::remove(at("loose.jpg"));
+    engine->rescan();
+    EXPECT_TRUE(waitForNames(engine, {"Pictures/1.jpg"}));
+    EXPECT_TRUE(engine->snapshot()->looseFiles->empty());
+}
 
 } // namespace
 } // namespace lamina::test

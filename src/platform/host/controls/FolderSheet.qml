@@ -8,6 +8,7 @@ SheetPanel {
     readonly property var folder: Host.folder
     // A folder is chosen, not a photo in it.
     property bool placing: false
+    property string placingText: qsTranslate("Lamina", "Save here")
     signal chosen(string path)
     signal placed(string folder)
 
@@ -25,7 +26,7 @@ SheetPanel {
         id: here
         visible: sheet.placing
         width: parent.width
-        text: qsTranslate("Lamina", "Save here")
+        text: sheet.placingText
         onClicked: sheet.placed(sheet.folder.folder)
     }
 

@@ -5,6 +5,7 @@
 #include "platform/host/system/FolderModel.h"
 #include "platform/host/system/WindowIdentifier.h"
 
+#include <QCoreApplication>
 #include <QWindow>
 
 #include <filesystem>
@@ -47,12 +48,21 @@ void DocumentPresenter::present(UIViewController* screen)
     forget();
     m_picker = static_cast<UIDocumentPickerViewController*>(screen);
     connect(m_picker, &UIDocumentPickerViewController::answered, this, &DocumentPresenter::forget);
-    m_portal.save({.parentWindow = portalWindowIdentifier(&m_parent),
-                   .title = localizedString("Save as"),
-                   .acceptLabel = localizedString("Save"),
-                   .folder = m_picker->folder(),
-                   .name = m_picker->suggestedName()},
-                  [this](const FileChooserAnswer& answer) { take(answer); });
+    const auto answered = [this](const FileChooserAnswer& answer) { take(answer); };
+    if (m_picker->asksForFolder())
+        m_portal.open({.parentWindow = portalWindowIdentifier(&m_parent),
+                       .title = localizedString(QT_TRANSLATE_NOOP("Lamina", "Choose a folder")),
+                       .acceptLabel = localizedString("Choose"),
+                       .folder = m_picker->folder(),
+                       .choosesFolder = true},
+                      answered);
+    else
+        m_portal.save({.parentWindow = portalWindowIdentifier(&m_parent),
+                       .title = localizedString("Save as"),
+                       .acceptLabel = localizedString("Save"),
+                       .folder = m_picker->folder(),
+                       .name = m_picker->suggestedName()},
+                      answered);
 }
 
 void DocumentPresenter::take(const FileChooserAnswer& answer)
@@ -60,6 +70,8 @@ void DocumentPresenter::take(const FileChooserAnswer& answer)
     if (!m_picker)
         return;
     const auto chosen = [this](const std::string& path) {
+        if (m_picker->asksForFolder())
+            return m_picker->choose({path});
         // What is there by now is what the dialog has asked about.
         inBackground<bool>(
             folderQueue(), m_picker, [path] { return exists(path); },
@@ -81,6 +93,8 @@ void DocumentPresenter::placeIn(const std::string& folder)
     UIDocumentPickerViewController* const picker = folderPicker();
     if (!picker)
         return;
+    if (picker->asksForFolder())
+        return picker->choose({folder});
     inBackground<std::string>(
         folderQueue(), picker, [folder, name = picker->suggestedName()] { return freePath(folder, name); },
         [picker](std::string path) { picker->choose({std::move(path)}); });

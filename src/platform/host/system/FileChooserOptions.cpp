@@ -98,7 +98,10 @@ QVariantMap fileChooserOptions(const FileChooserQuestion& question)
     registerFilterTypes();
     QVariantMap options = commonOptions(question.acceptLabel, question.folder);
     options.insert(QStringLiteral("multiple"), false);
-    options.insert(QStringLiteral("filters"), QVariant::fromValue(pictureFilters()));
+    if (question.choosesFolder)
+        options.insert(QStringLiteral("directory"), true);
+    else
+        options.insert(QStringLiteral("filters"), QVariant::fromValue(pictureFilters()));
     return options;
 }
 

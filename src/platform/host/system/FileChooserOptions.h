@@ -6,7 +6,7 @@
 
 namespace lamina {
 
-/// What a file chooser is asked for: one picture file. All texts are to be shown to the user as they are; paths are
+/// What a file chooser is asked for: one picture file, or one folder. All texts are to be shown to the user as they are; paths are
 /// bytes.
 struct FileChooserQuestion {
     std::string parentWindow; ///< over which it stands, from `portalWindowIdentifier`; may be empty
@@ -14,6 +14,7 @@ struct FileChooserQuestion {
     std::string acceptLabel; ///< of the button that takes the file; empty: what the desktop calls it
     std::string
         folder; ///< in which it starts; empty: the samples while the user has no pictures, else where the desktop likes
+    bool choosesFolder = false;
 };
 
 /// What it is asked for where a file is to be saved.

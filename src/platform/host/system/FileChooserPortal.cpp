@@ -52,9 +52,9 @@ FileChooserPortal::FileChooserPortal(BusConnector connector)
 void FileChooserPortal::open(FileChooserQuestion question, Completion completion)
 {
     ask(
-        localizedString("photo"),
+        question.choosesFolder ? localizedString("folder") : localizedString("photo"),
         [question = std::move(question)]() mutable -> Result<PortalCall> {
-            if (question.folder.empty())
+            if (question.folder.empty() && !question.choosesFolder)
                 question.folder = samplesForBeginners();
             return chooserCall("OpenFile", question.parentWindow, question.title, fileChooserOptions(question));
         },

@@ -49,7 +49,7 @@ public:
 
     explicit FileChooserPortal(BusConnector connector = sessionBus);
 
-    /// Opens the chooser for a picture that is there. The completion runs once, on a later turn of the main queue,
+    /// Opens the chooser for a picture or a folder that is there. The completion runs once, on a later turn of the main queue,
     /// unless the question is taken back before; it may destroy this object. A question that is still open is cancelled
     /// first.
     void open(FileChooserQuestion question, Completion completion);
