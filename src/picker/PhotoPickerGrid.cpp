@@ -3,6 +3,7 @@
 #include "picker/PickerTexts.h"
 #include "picker/YMSCameraCell.h"
 #include "picker/YMSPhotoCell.h"
+#include "platform/base/CGGeometry.h"
 #include "platform/base/Localization.h"
 #include "platform/base/UIScreen.h"
 #include "platform/media/AVCaptureSession.h"
@@ -103,6 +104,19 @@ QString YMSPhotoPickerViewController::itemDescription(int item) const
         return QString::fromStdString(localizedText(QT_TRANSLATE_NOOP("Lamina", "Photo, %1"), {day}));
     return QString::fromStdString(
         localizedText(QT_TRANSLATE_NOOP("Lamina", "Photo, %1, chosen, number %2"), {day, std::to_string(*place + 1)}));
+}
+
+QString YMSPhotoPickerViewController::dayOfItem(int item) const
+{
+    const PHAsset asset = assetOfItem(item);
+    return asset.localIdentifier.empty() ? QString() : dayText(asset.creationDate);
+}
+
+int YMSPhotoPickerViewController::itemOfPhoto(const QString& identifier) const
+{
+    PHAsset asset;
+    asset.localIdentifier = identifier.toStdString();
+    return asset.localIdentifier.empty() ? -1 : itemOfAsset(asset).value_or(-1);
 }
 
 void YMSPhotoPickerViewController::placeGrid(double width, double height, double spacing, double left, double right)

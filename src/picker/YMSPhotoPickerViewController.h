@@ -141,6 +141,10 @@ public:
     Q_INVOKABLE void presentSinglePhoto(int item);
     /// For those who hear the screen: "Photo, 14 November 2026, chosen, number 2".
     Q_INVOKABLE QString itemDescription(int item) const;
+    /// The day of the item's photo, "14 November 2026"; empty: it is none.
+    Q_INVOKABLE QString dayOfItem(int item) const;
+    /// Where the photo of that identifier stands; -1: not in the album on show.
+    Q_INVOKABLE int itemOfPhoto(const QString& identifier) const;
 
     /// The layout's view and margins, in points; the tiles follow.
     Q_INVOKABLE void placeGrid(double width, double height, double spacing, double left, double right);
@@ -225,7 +229,7 @@ private:
     void prepareCameraCell(YMSCameraCell& cell) override;
     void preparePhotoCell(YMSPhotoCell& cell, int item) override;
     void refreshPhotoCell(YMSPhotoCell& cell, int item) override;
-    PHAsset assetOfItem(int item) const;
+    PHAsset assetOfItem(int item) const override;
     std::optional<int> itemOfAsset(const PHAsset& asset) const;
     CGSize thumbnailSize() const;
     void loadThumbnail(YMSPhotoCell& cell, const PHAsset& asset);
