@@ -5,7 +5,6 @@
 #include "platform/photos/PHFetchResult.h"
 
 #include <algorithm>
-#include <utility>
 
 // The albums that there are, and the one on show.
 

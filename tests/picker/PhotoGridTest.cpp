@@ -36,7 +36,7 @@ TEST(PhotoGridMeasures, GoByTheShorterSideUpTo640AndShareTheWidth)
         EXPECT_EQ(measures.columns, c.columns) << c.view.width;
     }
     // The right margin widens the room that columns are counted in; nothing is divided by a side that isn't there.
-    EXPECT_EQ(landscapeMeasures({{630, 330}, 0, 0, 30}).columns, 6);
+    EXPECT_EQ(landscapeMeasures({{580, 330}, 0, 0, 30}).columns, 6);
     EXPECT_EQ(landscapeMeasures({{600, 1}, 2, 0, 0}).cellSide, 1);
 }
 
