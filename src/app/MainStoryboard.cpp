@@ -7,7 +7,7 @@
 #include "editors/blend/BlendPhotoViewController.h"
 #include "editors/colorpicker/InfColorPickerController.h"
 #include "export/ExportScenes.h"
-#include "picker/YMSPhotoPickerViewController.h"
+#include "picker/PickerScenes.h"
 #include "platform/view/UIStoryboard.h"
 
 #include <memory>
@@ -34,8 +34,8 @@ void registerMainStoryboard()
     storyboard->addScene(scene::kBlend, sceneOf<BlendPhotoViewController>("BlendPhotoScreen.qml"));
     storyboard->addScene(InfColorPickerController::kViewFile,
                          sceneOf<InfColorPickerController>("InfColorPickerScreen.qml"));
-    storyboard->addScene(scene::kPhotoPicker, sceneOf<YMSPhotoPickerViewController>("YMSPhotoPickerScreen.qml"));
     addExportScenes(*storyboard);
+    addPickerScenes(*storyboard);
     storyboard->addSegue(segue::kPickedToBlend, scene::kBlend, UIStoryboard::SegueKind::Present);
     storyboard->addSegue(segue::kToBlend, scene::kBlend, UIStoryboard::SegueKind::Present);
 }

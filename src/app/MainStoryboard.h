@@ -11,7 +11,6 @@ inline constexpr const char* kHome = "ViewController";
 inline constexpr const char* kSourceChoice = "ImagePIckingViewController";
 inline constexpr const char* kCrop = blendscene::kCrop;
 inline constexpr const char* kAbout = "AboutViewController";
-inline constexpr const char* kPhotoPicker = "YMSPhotoPickerViewController";
 inline constexpr const char* kBlend = "BlendPhotoViewController";
 } // namespace scene
 

@@ -22,6 +22,10 @@ TileGrid {
     // How far it is scrolled; 0: at its top.
     readonly property real scrolled: contentY - originY + topMargin
     property bool placed: false
+    property real formerMargin: 0
+    // What was looked at when the photos were exchanged for others, and how far below the window's top.
+    property var kept: null
+    property string album
 
     function tileX(column) {
         return Math.round(column * pitch)
@@ -54,6 +58,31 @@ TileGrid {
         }
         placed = true
     }
+    function inSight(item) {
+        const top = topMargin + Math.floor(item / columns) * cellHeight - scrolled
+        return top + cellHeight > barShown && top < height
+    }
+    function keepPlace() {
+        const first = Math.max(0, Math.ceil((scrolled - topMargin) / cellHeight)) * columns
+        const item = itemAtIndex(inSight(currentIndex) ? currentIndex : first)
+        kept = item ? { photo: item.identifier, current: currentItem ? currentItem.identifier : "",
+                        y: item.y - contentY, scrolled: scrolled > 0 } : null
+    }
+    // Another album begins at its top; the same one stays where it was, as far as its photos are still there.
+    function takePlace() {
+        forceLayout()
+        const former = kept
+        kept = null
+        const again = album === controller.albumTitle && former !== null
+        album = controller.albumTitle
+        const anchor = again ? controller.itemOfPhoto(former.photo) : -1
+        currentIndex = again ? Math.max(0, controller.itemOfPhoto(former.current)) : 0
+        if (anchor > 0 && former.scrolled)
+            scrollTo(topMargin + Math.floor(anchor / columns) * cellHeight - former.y)
+        else if (!again)
+            scrollTo(0)
+        controller.scrollViewDidComeToRest()
+    }
     // Done with several photos; of one, it is the one that has the keyboard.
     function use() {
         if (controller.multiple)
@@ -62,7 +91,7 @@ TileGrid {
             controller.tapItem(currentIndex)
     }
 
-    name: controller.albumTitle
+    name: qsTranslate("Lamina", "Photos")
     x: inset
     // The last tile's gap and a little: so the columns are as many as they are said to be, and not one less.
     width: room - inset + gap + 1
@@ -75,6 +104,12 @@ TileGrid {
     model: controller.photos
     cacheBuffer: Math.round(cellHeight * 2)
     highlightFollowsCurrentItem: false
+    // A bar that is higher for a longer title moves nothing under it.
+    onTopMarginChanged: {
+        const before = contentY - originY + formerMargin
+        formerMargin = topMargin
+        scrollTo(before)
+    }
     onRoomChanged: place()
     onHeightChanged: place()
     Component.onCompleted: place()
@@ -82,6 +117,17 @@ TileGrid {
     onContentYChanged: if (placed) controller.scrollViewDidScroll(scrolled, height, contentHeight + topMargin + bottomMargin)
     onDragEnded: controller.scrollViewDidEndDragging(flicking)
     onMovementEnded: controller.scrollViewDidComeToRest()
+
+    Connections {
+        target: grid.controller.photos
+        function onModelAboutToBeReset() {
+            if (grid.kept === null)
+                grid.keepPlace()
+        }
+        function onModelReset() {
+            Qt.callLater(grid.takePlace)
+        }
+    }
 
     Keys.onPressed: event => {
         if (event.accepted)
@@ -102,7 +148,18 @@ TileGrid {
         leftPadding: grid.tileX(column) - column * grid.pitch
         side: grid.tileX(column + 1) - grid.tileX(column) - grid.gap
     }
+    // Whose photos pass by while the list is pulled along.
+    HintPill {
+        parent: grid.parent
+        anchors.right: parent.right
+        anchors.rightMargin: Tokens.space.xxl
+        y: bar.y + Math.max(0, Math.min(bar.visualPosition * bar.height, bar.height - height))
+        room: grid.room / 2
+        shown: bar.pressed
+        text: opacity > 0 || shown ? grid.controller.dayOfItem(Math.max(1, Math.floor((grid.scrolled - grid.topMargin + grid.barShown) / grid.cellHeight) * grid.columns)) : ""
+    }
     T.ScrollBar.vertical: ThinScrollBar {
+        id: bar
         parent: grid.parent
         x: grid.room - width
         y: grid.barShown

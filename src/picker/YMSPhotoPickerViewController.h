@@ -32,6 +32,7 @@ class AVCaptureSession;
 class YMSCameraCell;
 class YMSPhotoCell;
 struct PhotoArrivals;
+struct SinglePhotoState;
 
 /// The screen on which photos of the library are chosen: the pictures of one album as a grid whose first tile is the
 /// camera. Presented by `yms_presentCustomAlbumPhotoView`. Main thread only.
@@ -140,6 +141,10 @@ public:
     Q_INVOKABLE void presentSinglePhoto(int item);
     /// For those who hear the screen: "Photo, 14 November 2026, chosen, number 2".
     Q_INVOKABLE QString itemDescription(int item) const;
+    /// The day of the item's photo, "14 November 2026"; empty: it is none.
+    Q_INVOKABLE QString dayOfItem(int item) const;
+    /// Where the photo of that identifier stands; -1: not in the album on show.
+    Q_INVOKABLE int itemOfPhoto(const QString& identifier) const;
 
     /// The layout's view and margins, in points; the tiles follow.
     Q_INVOKABLE void placeGrid(double width, double height, double spacing, double left, double right);
@@ -226,6 +231,7 @@ private:
     void refreshPhotoCell(YMSPhotoCell& cell, int item) override;
     PHAsset assetOfItem(int item) const;
     std::optional<int> itemOfAsset(const PHAsset& asset) const;
+    CGSize thumbnailSize() const;
     void loadThumbnail(YMSPhotoCell& cell, const PHAsset& asset);
     void animateHighlight(int item, bool highlighted);
 
@@ -233,6 +239,8 @@ private:
     void didSelectItem(int item) override;
     bool shouldDeselectItem(int item) override;
     void didDeselectItem(int item) override;
+    SinglePhotoState stateOfPhoto(const PHAsset& asset) const;
+    QString countText(std::size_t number) const;
     std::optional<std::size_t> selectionIndexOf(const PHAsset& asset) const;
     void choose(const PHAsset& asset);
     void chooseByHand(const PHAsset& asset);

@@ -37,6 +37,7 @@ set(LAMINA_QML_FILES
     export/ShareScreen.qml
     export/SizeField.qml
     export/TiffScreen.qml
+    picker/AlbumRow.qml
     picker/CameraTile.qml
     picker/PhotoGrid.qml
     picker/PhotoTile.qml
@@ -44,7 +45,9 @@ set(LAMINA_QML_FILES
     picker/PickerButton.qml
     picker/PickerMessage.qml
     picker/PickerTile.qml
+    picker/YMSAlbumPickerScreen.qml
     picker/YMSPhotoPickerScreen.qml
+    picker/YMSSinglePhotoScreen.qml
     platform/host/ActivityScreen.qml
     platform/host/AlertScreen.qml
     platform/host/DocumentPickerScreen.qml

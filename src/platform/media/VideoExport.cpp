@@ -1,5 +1,6 @@
 #include "platform/media/VideoExport.h"
 
+#include "platform/base/AbandonableWork.h"
 #include "platform/base/Causes.h"
 #include "platform/base/UIColor.h"
 #include "platform/files/FileReading.h"
@@ -9,7 +10,6 @@
 #include "platform/image/drawing/UIImageDrawing.h"
 #include "platform/image/pixels/CGImage.h"
 #include "platform/image/pixels/PictureOpacity.h"
-#include "platform/media/AbandonableWork_p.h"
 #include "platform/media/Clip.h"
 #include "platform/media/ClipReading_p.h"
 #include "platform/media/MediaModule_p.h"

@@ -14,9 +14,6 @@ namespace lamina {
 
 namespace {
 
-/// Pixels of the longer side: the cells of a grid of photos, on dense displays too.
-constexpr double kLargestThumbnail = 640;
-
 /// As large as is wanted, or as memory allows: a claim is refused before anything is read.
 Result<UIImage> loadWithinMemory(const PhotoSource& source, DecodeOptions options)
 {
@@ -34,7 +31,7 @@ Result<UIImage> loadWithinMemory(const PhotoSource& source, DecodeOptions option
 bool isThumbnail(const AssetPictureRequest& request)
 {
     const std::optional<CGSize> target = wholeTarget(request);
-    return target && std::max(target->width, target->height) <= kLargestThumbnail;
+    return target && std::max(target->width, target->height) <= kLargestThumbnailSide;
 }
 
 Result<UIImage> loadAssetPicture(const AssetPictureRequest& request, const std::atomic<bool>* cancelled)

@@ -20,6 +20,9 @@ struct AssetPictureRequest {
     std::size_t memoryLimit = PHImageRequestOptions().memoryLimit; ///< see there
 };
 
+/// Pixels of the longer side: the cells of a grid of photos, on dense displays too.
+inline constexpr int kLargestThumbnailSide = 640;
+
 /// Whether the request is for a picture so small that it should not wait behind whole photos.
 bool isThumbnail(const AssetPictureRequest& request);
 

@@ -1,5 +1,6 @@
 #include "platform/photos/AssetThumbnails_p.h"
 
+#include "platform/base/CGGeometry.h"
 #include "platform/base/Causes.h"
 #include "platform/base/MemoryWarning.h"
 #include "platform/files/FileReading.h"
@@ -9,12 +10,19 @@
 #include "platform/image/codecs/PictureFormats.h"
 #include "platform/photos/AssetScaling_p.h"
 #include "platform/photos/DesktopThumbnail_p.h"
+#include "platform/photos/PHAsset.h"
 #include "platform/photos/PhotoLoading.h"
+#include "platform/base/CGGeometry.h"
+#include "platform/photos/PHAsset.h"
 #include "platform/photos/PhotoSource.h"
 
+#include <span>
+#include <cstdint>
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <cstdint>
+#include <span>
 #include <unistd.h>
 #include <utility>
 
@@ -25,6 +33,8 @@ namespace {
 /// Pixels of the longer side of what is kept, at most: the first that is large enough for a request. The first serves
 /// the grid of a phone, the others wide windows, and long panoramas that cover a square.
 constexpr std::array kKeptSides{512, 768, 1152};
+/// Pixels of the shorter side of what is read, at least: what is kept for a list of albums is to serve a grid too.
+constexpr int kLeastRead = 256;
 
 /// Pictures that wait to be written; one of them takes some 1.5 MB.
 constexpr int kMostUnkept = 16;
@@ -128,7 +138,7 @@ AssetThumbnails::Reading AssetThumbnails::read(const AssetPictureRequest& reques
     AssetPictureRequest known = request;
     known.asset.pixelWidth = own.width;
     known.asset.pixelHeight = own.height;
-    const int shortSide = decodedShortSide(known, *wholeTarget(known));
+    const int shortSide = std::max(kLeastRead, decodedShortSide(known, *wholeTarget(known)));
     const Result<UIImage> stored =
         loadAsStored({path, nullptr, path}, {.shortSide = shortSide, .cancelled = cancelled});
     if (!stored)
@@ -160,13 +170,19 @@ void AssetThumbnails::keep(const Reading& reading)
         return;
     if (m_unkept.fetch_add(1) < kMostUnkept) {
         PictureWorkers::shared().add(PictureWorkRank::Keep, [this, file = reading.file, kept = reading.kept] {
-            m_store.keep(file, kept);
+            keepNow(file, kept);
             --m_unkept;
         });
     } else {
         --m_unkept;
-        m_store.keep(reading.file, reading.kept);
+        keepNow(reading.file, reading.kept);
     }
+}
+
+void AssetThumbnails::keepNow(const FileStamp& file, const UIImage& picture)
+{
+    if (m_store.keep(file, picture))
+        PictureWorkers::shared().add(PictureWorkRank::Warm, [this] { m_store.trim(); });
 }
 
 Result<UIImage> AssetThumbnails::load(const AssetPictureRequest& request, const std::atomic<bool>* cancelled)

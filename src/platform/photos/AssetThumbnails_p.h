@@ -57,6 +57,7 @@ public:
 private:
     UIImage findOnDisk(const FileStamp& file, const AssetPictureRequest& request, UIImage& coarse);
     UIImage coarsePicture(const FileStamp& file, const AssetPictureRequest& request, UIImage coarse);
+    void keepNow(const FileStamp& file, const UIImage& picture);
     Reading failed(const Error& error, const std::optional<FileStamp>& file, const std::string& path);
 
     ThumbnailMemory m_memory;

@@ -1,5 +1,21 @@
 #include "platform/photos/LibraryEngineImpl_p.h"
 
+#include "platform/photos/FolderWalk_p.h"
+#include "platform/photos/LibraryRoots.h"
+#include "platform/photos/LibraryScanner_p.h"
+#include "platform/photos/LibrarySnapshot_p.h"
+#include "platform/photos/PhotoRecords_p.h"
+#include "platform/photos/FactsReader_p.h"
+
+#include <vector>
+#include <thread>
+#include <string>
+#include <optional>
+#include <mutex>
+#include <memory>
+#include <functional>
+#include <cstdint>
+#include <chrono>
 #include <algorithm>
 #include <cerrno>
 #include <poll.h>
@@ -190,7 +206,9 @@ void LibraryEngine::Impl::wait(bool isBusy)
         const std::lock_guard step(m_stepMutex);
         isHeld = m_holds > 0;
     }
-    pollfd descriptors[] = {{m_wake.get(), POLLIN, 0}, {m_scanner->watchDescriptor(), POLLIN, 0}};
+    pollfd descriptors[] = {{m_wake.get(), POLLIN, 0},
+                            {m_scanner->watchDescriptor(), POLLIN, 0},
+                            {m_scanner->mountDescriptor(), POLLPRI, 0}};
     poll(descriptors, std::size(descriptors), isHeld ? -1 : waitingTime(isBusy));
     std::uint64_t count = 0;
     [[maybe_unused]] const ssize_t taken = read(m_wake.get(), &count, sizeof count);

@@ -1,5 +1,6 @@
 #include "platform/photos/LibraryScanner_p.h"
 
+#include <optional>
 #include <algorithm>
 #include <sys/inotify.h>
 #include <utility>
@@ -103,7 +104,20 @@ bool LibraryScanner::readEvents()
     const std::vector<WatchEvent> events = m_watch.read();
     for (const WatchEvent& event : events)
         takeEvent(event);
-    return !events.empty();
+    const std::vector<std::string> points = m_mounts.takeChanges();
+    for (const std::string& point : points)
+        takeMount(point);
+    return !events.empty() || !points.empty();
+}
+
+/// Something else lies at this path now: on a folder that we know, in one, or with a root in it.
+void LibraryScanner::takeMount(const std::string& point)
+{
+    TreeFolder* folder = m_tree->nearest(point);
+    if (folder)
+        mark(*folder, true);
+    const auto isBeneath = [&](const std::string& root) { return root.starts_with(point); };
+    m_checksRoots = m_checksRoots || !folder || std::ranges::any_of(m_tree->rootPaths(), isBeneath);
 }
 
 void LibraryScanner::takeEvent(const WatchEvent& event)

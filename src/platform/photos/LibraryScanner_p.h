@@ -1,13 +1,17 @@
 #pragma once
 
+#include "platform/base/Result.h"
 #include "platform/photos/FactsReader_p.h"
 #include "platform/photos/FolderWalk_p.h"
 #include "platform/photos/FolderWatch_p.h"
 #include "platform/photos/LibraryPlaces_p.h"
 #include "platform/photos/LibraryRoots.h"
 #include "platform/photos/LibraryTree_p.h"
+#include "platform/photos/MountWatch_p.h"
 #include "platform/photos/PhotoIndex_p.h"
+#include "platform/photos/PhotoRecords_p.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <deque>
 #include <functional>
@@ -40,8 +44,10 @@ public:
     /// Whether folders have come or gone since the last time.
     bool takeTreeChanged() { return std::exchange(m_isTreeChanged, false); }
 
+    /// To be waited on until they can be read, and with POLLPRI; see `readEvents`.
     int watchDescriptor() const { return m_watch.descriptor(); }
-    /// Reads what the watch tells, and marks what it concerns. Whether it told anything.
+    int mountDescriptor() const { return m_mounts.descriptor(); }
+    /// Reads what the watches tell, and marks what it concerns. Whether it told anything.
     bool readEvents();
     /// Marks a folder, or the folder of a file, with the file's name: it is looked at whatever the watch tells.
     void touch(const std::string& path);
@@ -83,6 +89,7 @@ private:
     void mark(TreeFolder& folder, bool wholly);
     void markParent(const TreeFolder& folder);
     void takeEvent(const WatchEvent& event);
+    void takeMount(const std::string& point);
     void takeFolderEvent(TreeFolder& folder, const WatchEvent& event);
     void takeFileEvent(TreeFolder& folder, const WatchEvent& event);
 
@@ -123,6 +130,7 @@ private:
 
     std::shared_ptr<PhotoIndex> m_index;
     FolderWatch m_watch;
+    MountWatch m_mounts;
     std::unique_ptr<LibraryTree> m_tree;
     LibraryPlaces m_places;
 

@@ -4,7 +4,9 @@
 #include "platform/photos/AssetThumbnails_p.h"
 #include "platform/photos/PictureWorkers_p.h"
 
+#include <cstddef>
 #include <atomic>
+#include <cstddef>
 #include <utility>
 
 namespace lamina {

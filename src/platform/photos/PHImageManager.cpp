@@ -1,5 +1,6 @@
 #include "platform/photos/PHImageManager.h"
 
+#include "platform/base/AbandonableWork.h"
 #include "platform/base/DispatchQueue.h"
 #include "platform/base/Log.h"
 #include "platform/base/Result.h"
@@ -9,8 +10,11 @@
 #include "platform/photos/PictureWorkers_p.h"
 
 #include <atomic>
+#include <chrono>
 #include <map>
 #include <mutex>
+#include <optional>
+#include <semaphore>
 #include <utility>
 #include <vector>
 
@@ -36,6 +40,21 @@ UIImage pictureNow(const AssetPictureRequest& request)
     return pictureOrLog(isThumbnail(request) ? AssetThumbnails::shared().load(request, nullptr)
                                              : loadAssetPicture(request, nullptr),
                         nullptr);
+}
+
+/// Photos that are read at the same time, at most: one that somebody waits for, and those that were cancelled where
+/// their decoder does not hear of it. Each may take all the memory that a photo may.
+constexpr int kMostRead = 3;
+
+/// A place among these, given back when the last copy goes; null when the request was cancelled before one was free.
+std::shared_ptr<void> placeForReading(const std::atomic<bool>& cancelled)
+{
+    static auto* const places = new std::counting_semaphore<kMostRead>(kMostRead);
+    constexpr std::chrono::milliseconds kLook{10};
+    while (!places->try_acquire_for(kLook))
+        if (cancelled)
+            return nullptr;
+    return {places, [](auto* taken) { taken->release(); }};
 }
 
 } // namespace
@@ -105,7 +124,7 @@ void PHImageManager::Requests::wait(const RequestPointer& request, PictureWorkRa
     const std::lock_guard lock(m_mutex);
     if (!request->cancelled)
         request->waiting = PictureWorkers::shared().add(
-            rank, [self = shared_from_this(), request, work] { ((*self).*work)(request); }, kind);
+            rank, [self = shared_from_this(), request, work] { ((*self).*work)(request); }, kind, request->waiting);
 }
 
 void PHImageManager::Requests::look(const RequestPointer& request)
@@ -129,9 +148,17 @@ void PHImageManager::Requests::readThumbnail(const RequestPointer& request)
 
 void PHImageManager::Requests::readPhoto(const RequestPointer& request)
 {
-    if (!request->cancelled)
-        answer(request, pictureOrLog(loadAssetPicture(request->wanted, &request->cancelled), &request->cancelled),
-               Answer::Final);
+    const std::shared_ptr<void> place = request->cancelled ? nullptr : placeForReading(request->cancelled);
+    if (!place)
+        return;
+    // Some decoders can't be stopped: the next photo does not wait for them.
+    const std::optional<Result<UIImage>> picture = doUnlessCancelled(
+        [request, place, expected = DispatchQueue::main().expectWork()] {
+            return loadAssetPicture(request->wanted, &request->cancelled);
+        },
+        &request->cancelled);
+    if (picture)
+        answer(request, pictureOrLog(*picture, &request->cancelled), Answer::Final);
 }
 
 void PHImageManager::Requests::answer(const RequestPointer& request, const UIImage& picture, Answer kind)

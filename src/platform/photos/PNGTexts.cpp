@@ -3,8 +3,10 @@
 #include "platform/base/Result.h"
 #include "platform/files/FileReading.h"
 
+#include <cstddef>
 #include <algorithm>
 #include <array>
+#include <cstddef>
 #include <cstdint>
 #include <string_view>
 #include <unistd.h>

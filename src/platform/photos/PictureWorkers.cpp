@@ -1,6 +1,7 @@
 #include "platform/photos/PictureWorkers_p.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <utility>
 
 namespace lamina {
@@ -27,12 +28,13 @@ PictureWorkers::PictureWorkers()
     m_threads.setMaxThreadCount(kThreads);
 }
 
-PictureWorkers::Ticket PictureWorkers::add(PictureWorkRank rank, std::function<void()> work, PictureWorkKind kind)
+PictureWorkers::Ticket PictureWorkers::add(PictureWorkRank rank, std::function<void()> work, PictureWorkKind kind,
+                                           const Ticket& after)
 {
     Work waiting{std::move(work), kind, DispatchQueue::main().expectWork()};
     const std::lock_guard lock(m_mutex);
-    ++m_lastOrder;
-    const Ticket ticket{rank, isNewestFirst(rank) ? -m_lastOrder : m_lastOrder};
+    const std::int64_t age = after.order != 0 ? std::abs(after.order) : ++m_lastOrder;
+    const Ticket ticket{rank, isNewestFirst(rank) ? -age : age};
     m_waiting.emplace(ticket, std::move(waiting));
     if (m_serving < kThreads) {
         ++m_serving;

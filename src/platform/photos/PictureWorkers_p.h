@@ -24,23 +24,27 @@ enum class PictureWorkRank {
 /// Whether something may be done beside others of its kind, or two of it would leave no thread to the rest.
 enum class PictureWorkKind { Ordinary, OneAtATime };
 
+/// Names work that waits; the one made by default is none.
+struct PictureWorkTicket {
+    PictureWorkRank rank = PictureWorkRank::Look;
+    std::int64_t order = 0; ///< 0: none
+
+    friend auto operator<=>(const PictureWorkTicket&, const PictureWorkTicket&) = default;
+};
+
 /// Two threads for short work with pictures: who scrolls through photos sees those first that stand on the screen, and
 /// what memory they take is bounded. Work runs and is destroyed on one of the threads, must not throw, and must not
 /// wait for the main thread; the main queue counts as busy until it has ended. All operations from any thread.
 class PictureWorkers {
 public:
-    /// Names work that waits; the one made by default is none.
-    struct Ticket {
-        PictureWorkRank rank = PictureWorkRank::Look;
-        std::int64_t order = 0; ///< 0: none
-
-        friend auto operator<=>(const Ticket&, const Ticket&) = default;
-    };
+    using Ticket = PictureWorkTicket;
 
     /// Never destroyed: pictures may still be on their way when the process ends.
     static PictureWorkers& shared();
 
-    Ticket add(PictureWorkRank rank, std::function<void()> work, PictureWorkKind kind = PictureWorkKind::Ordinary);
+    /// `after`: the work that this one goes on with, as whose age it counts.
+    Ticket add(PictureWorkRank rank, std::function<void()> work, PictureWorkKind kind = PictureWorkKind::Ordinary,
+               const Ticket& after = {});
     /// Takes work back that has not begun, and destroys it in the calling thread. Otherwise nothing happens.
     void withdraw(const Ticket& ticket);
 

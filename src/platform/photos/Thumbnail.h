@@ -8,9 +8,9 @@
 
 namespace lamina {
 
-/// The middle square of a picture file, upright and in sRGB, as `side` × `side` pixels, or as many as the picture's
-/// shorter side has if those are fewer: nothing is enlarged. Premultiplied where the picture is translucent, else
-/// skip-last; scale 1. Formats that can be read at a reduced size are.
+/// The middle square of a picture file, upright and in sRGB, as `side` × `side` pixels (1 to 640), or as many as the
+/// picture's shorter side has if those are fewer: nothing is enlarged. Scale 1; what is translucent lies on white. It
+/// comes from the caches of thumbnails where these have it, and is kept there.
 ///
 /// Set `cancelled` from any thread to stop; the errors are those of `loadPicture`. Takes its time; usable from any
 /// thread.

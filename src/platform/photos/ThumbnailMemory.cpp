@@ -1,6 +1,8 @@
 #include "platform/photos/ThumbnailMemory_p.h"
 
+#include "platform/base/CGGeometry.h"
 #include "platform/photos/AssetScaling_p.h"
+#include "platform/base/CGGeometry.h"
 #include "platform/photos/PHImageManager.h"
 
 namespace lamina {

@@ -5,7 +5,9 @@
 #include "platform/files/FileWriting.h"
 #include "platform/files/PrivateFolder.h"
 #include "platform/image/codecs/PictureDecoding.h"
+#include "platform/image/codecs/PictureFormats.h"
 #include "platform/image/codecs/PictureEncoding.h"
+#include "platform/image/codecs/PictureFormats.h"
 
 #include <QCryptographicHash>
 
@@ -123,20 +125,20 @@ UIImage ThumbnailStore::find(const FileStamp& file, int shortSide) const
     return thumbnail ? *thumbnail : UIImage();
 }
 
-void ThumbnailStore::keep(const FileStamp& file, const UIImage& thumbnail)
+bool ThumbnailStore::keep(const FileStamp& file, const UIImage& thumbnail)
 {
     if (!mayWrite())
-        return;
+        return false;
     const std::string path = pathFor(file);
     Result<Bytes> bytes =
         encodePicture(thumbnail.cgImage(), *pictureFormatForUTI(kUTTypeJPEG), path, {.quality = kQuality});
     if (!bytes)
-        return;
+        return false;
     seal(*bytes, file);
-    if (const Outcome written = write(path, *bytes); !written)
+    const Outcome written = write(path, *bytes);
+    if (!written)
         couldNotWrite(written.error());
-    else
-        wrote(static_cast<std::int64_t>(bytes->size()));
+    return written && isMuchSinceTrimming(static_cast<std::int64_t>(bytes->size()));
 }
 
 Outcome ThumbnailStore::write(const std::string& path, const Bytes& bytes) const
@@ -164,16 +166,14 @@ void ThumbnailStore::couldNotWrite(const Error& error)
         logWarning("thumbnails are not kept: " + error.message());
 }
 
-void ThumbnailStore::wrote(std::int64_t bytes)
+bool ThumbnailStore::isMuchSinceTrimming(std::int64_t bytes)
 {
-    {
-        const std::lock_guard lock(m_mutex);
-        m_untrimmed += bytes;
-        if (m_untrimmed < m_mostBytes / 16)
-            return;
-        m_untrimmed = 0;
-    }
-    trim();
+    const std::lock_guard lock(m_mutex);
+    m_untrimmed += bytes;
+    if (m_untrimmed < m_mostBytes / 16)
+        return false;
+    m_untrimmed = 0;
+    return true;
 }
 
 void ThumbnailStore::trim() const

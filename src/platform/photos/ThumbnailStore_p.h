@@ -4,10 +4,12 @@
 #include "platform/image/pixels/UIImage.h"
 #include "platform/photos/FileStamp_p.h"
 
+#include <vector>
 #include <chrono>
 #include <cstdint>
 #include <mutex>
 #include <string>
+#include <vector>
 
 namespace lamina {
 
@@ -25,16 +27,17 @@ public:
     /// The thumbnail of the file with this stamp, reduced on the way as `DecodeOptions::shortSide` says; empty when
     /// there is none. One that is found counts as used now.
     UIImage find(const FileStamp& file, int shortSide) const;
-    /// Keeps an opaque, upright picture, in place of one that is there. Now and then what is too much is removed.
-    void keep(const FileStamp& file, const UIImage& thumbnail);
-    /// Removes the least used files until there is some room.
+    /// Keeps an opaque, upright picture, in place of one that is there. True when so much was written, or nobody knows
+    /// how much is there, that `trim` should be called when there is time.
+    bool keep(const FileStamp& file, const UIImage& thumbnail);
+    /// Looks through the folder, and removes the least used files where it holds too much.
     void trim() const;
 
 private:
     std::string pathFor(const FileStamp& file) const;
     Outcome write(const std::string& path, const std::vector<std::uint8_t>& bytes) const;
     bool mayWrite();
-    void wrote(std::int64_t bytes);
+    bool isMuchSinceTrimming(std::int64_t bytes);
     void couldNotWrite(const Error& error);
 
     const std::string m_folder;

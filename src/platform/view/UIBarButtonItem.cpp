@@ -8,6 +8,23 @@
 
 namespace lamina {
 
+namespace {
+
+const char* englishTitle(UIBarButtonSystemItem item)
+{
+    switch (item) {
+    case UIBarButtonSystemItem::Done:
+        return QT_TRANSLATE_NOOP("Lamina", "Done");
+    case UIBarButtonSystemItem::Cancel:
+        return QT_TRANSLATE_NOOP("Lamina", "Cancel");
+    case UIBarButtonSystemItem::Add:
+        break;
+    }
+    return QT_TRANSLATE_NOOP("Lamina", "Add");
+}
+
+} // namespace
+
 UIBarButtonItem::UIBarButtonItem(UIBarButtonSystemItem systemItem, std::function<void()> action)
     : m_systemItem(systemItem)
     , m_action(std::move(action))
@@ -16,9 +33,7 @@ UIBarButtonItem::UIBarButtonItem(UIBarButtonSystemItem systemItem, std::function
 
 QString UIBarButtonItem::title() const
 {
-    const char* const text = m_systemItem == UIBarButtonSystemItem::Done ? QT_TRANSLATE_NOOP("Lamina", "Done")
-                                                                         : QT_TRANSLATE_NOOP("Lamina", "Cancel");
-    return QString::fromStdString(localizedString(text));
+    return QString::fromStdString(localizedString(englishTitle(m_systemItem)));
 }
 
 void UIBarButtonItem::setEnabled(bool enabled)

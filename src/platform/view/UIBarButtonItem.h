@@ -8,7 +8,7 @@
 namespace lamina {
 
 /// A button that every system knows, and names itself. The values are the platform's.
-enum class UIBarButtonSystemItem { Done = 0, Cancel = 1 };
+enum class UIBarButtonSystemItem { Done = 0, Cancel = 1, Add = 4 };
 
 /// A button in the bar over a screen. Main thread.
 class UIBarButtonItem : public QObject {

@@ -21,6 +21,7 @@
 #include <mutex>
 #include <set>
 #include <string>
+#include <sys/mount.h>
 #include <sys/stat.h>
 #include <thread>
 #include <unistd.h>
@@ -433,6 +434,27 @@ TEST_F(Home, TakesRootsThatComeAndGo)
     EXPECT_EQ(shown(*engine->snapshot()).at("link/1.jpg"), first.at("link/1.jpg"));
     engine->configure(roots({at("later/off/here")}));
     EXPECT_TRUE(waitForNames(engine, {"Pictures/Trip/2.jpg", "later/off/here/3.jpg"}));
+}
+
+TEST_F(Home, HearsOfACardThatIsPutInOverItsFolder)
+{
+    const std::string card = at("Pictures/Card");
+    fs::create_directory(card);
+    if (mount("none", card.c_str(), "tmpfs", 0, nullptr) != 0)
+        GTEST_SKIP() << "nothing may be mounted here";
+    addPhoto("Pictures/Card/1.jpg");
+    addPhoto("Pictures/2.jpg");
+    WatchedEngine engine(roots());
+    engine->waitUntilComplete();
+    const Shown before = shown(*engine->snapshot());
+    EXPECT_EQ(before.size(), 2U);
+    ASSERT_EQ(umount(card.c_str()), 0);
+    EXPECT_TRUE(waitForNames(engine, {"Pictures/2.jpg"}));
+    ASSERT_EQ(mount("none", card.c_str(), "tmpfs", 0, nullptr), 0);
+    addPhoto("Pictures/Card/1.jpg");
+    EXPECT_TRUE(waitForNames(engine, namesOf(before)));
+    EXPECT_EQ(shown(*engine->snapshot()), before);
+    EXPECT_EQ(umount2(card.c_str(), MNT_DETACH), 0);
 }
 
 TEST_F(Home, LooksAgainWhereItCannotWatch)

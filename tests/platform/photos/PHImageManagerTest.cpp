@@ -1,8 +1,13 @@
 #include "platform/photos/PHImageManager.h"
 
+#include "BusyWorkers.h"
 #include "CommandRunner.h"
+#include "FileDisguise.h"
 #include "Flag.h"
 #include "platform/base/DispatchQueue.h"
+#include "platform/base/DispatchSemaphore.h"
+#include "platform/photos/PHCachingImageManager.h"
+#include "platform/photos/PictureQueue.h"
 
 #include <gtest/gtest.h>
 #include <limits>
@@ -11,7 +16,18 @@ namespace lamina::test {
 namespace {
 
 using ContentMode = PHImageContentMode;
+using DeliveryMode = PHImageRequestOptionsDeliveryMode;
 using ResizeMode = PHImageRequestOptionsResizeMode;
+
+/// Thumbnails are kept in a folder of these tests.
+class OwnCache : public testing::Environment {
+public:
+    void SetUp() override { ::setenv("XDG_CACHE_HOME", m_folder.path().c_str(), 1); }
+
+private:
+    const TemporaryFolder m_folder;
+};
+const auto* const ownCache = testing::AddGlobalTestEnvironment(new OwnCache);
 
 class ImageRequests : public testing::Test {
 protected:
@@ -20,6 +36,12 @@ protected:
     {
         writePng(folder.path("ramp.png"), rampPicture(width, height, 50));
         return {"ramp", folder.path("ramp.png"), width, height, 0};
+    }
+    /// A photo of 800 × 600.
+    PHAsset photo(const std::string& name)
+    {
+        writePng(folder.path(name + ".png"), rampPicture(800, 600, 70));
+        return {name, folder.path(name + ".png"), 800, 600, 0};
     }
     /// Fails the running test when the handler is not called once, before the return.
     UIImage requestNow(const PHAsset& wanted, CGSize target, ContentMode mode, ResizeMode resizeMode)
@@ -49,7 +71,7 @@ TEST_F(ImageRequests, TheTargetMeansWhatTheModesSay)
         CGSize target;
         IntSize wanted;
     } table[] = {
-        {ContentMode::AspectFill, ResizeMode::Exact, {100, 100}, {134, 100}},  // all of it, up to the next pixel
+        {ContentMode::AspectFill, ResizeMode::Exact, {100, 100}, {133, 100}},  // all of it, to the nearest pixel
         {ContentMode::AspectFill, ResizeMode::Exact, {99.6, 301}, {401, 301}}, // enlarged
         {ContentMode::AspectFit, ResizeMode::Exact, {100, 100}, {100, 75}},
         {ContentMode::AspectFit, ResizeMode::Exact, {0.2, 0.2}, {1, 1}},
@@ -72,8 +94,8 @@ TEST_F(ImageRequests, TheTargetMeansWhatTheModesSay)
 TEST_F(ImageRequests, AnExactFillShowsAllUpToEveryEdge)
 {
     const CGImage result = requestNow(ramp(400, 300), {100, 100}, ContentMode::AspectFill, ResizeMode::Exact).cgImage();
-    for (const int place : {0, 133})
-        EXPECT_NEAR(pixelAt(result, place, 50)[0], (place * 400 / 134.0 + 1) / 400 * 255, 1.5);
+    for (const int place : {0, 132})
+        EXPECT_NEAR(pixelAt(result, place, 50)[0], (place * 400 / 133.0 + 1) / 400 * 255, 1.5);
     for (const int place : {0, 99})
         EXPECT_NEAR(pixelAt(result, 50, place)[1], (place * 3 + 1) / 300.0 * 255, 1);
 }
@@ -116,6 +138,93 @@ TEST_F(ImageRequests, OthersAnswerOnTheMainQueueUnlessCancelled)
         EXPECT_TRUE(DispatchQueue::main().runUntilIdle(20));
         EXPECT_EQ(calls, 1);
     }
+}
+
+TEST_F(ImageRequests, TheNewestThumbnailComesFirstAndNobodyHearsWhatIsCancelled)
+{
+    std::string order;
+    std::vector<PHImageRequestID> requests;
+    std::vector<std::weak_ptr<int>> cells;
+    {
+        BusyWorkers workers;
+        for (const char* name : {"a", "b", "c", "d"}) {
+            const auto cell = std::make_shared<int>();
+            cells.push_back(cell);
+            requests.push_back(manager.requestImageForAsset(
+                photo(name), {50, 50}, ContentMode::AspectFill, {},
+                [&order, cell, name](const UIImage& result) { order += result ? name : "-"; }));
+        }
+        manager.cancelImageRequest(requests[2]); // it waits
+        workers.runOne();
+        manager.cancelImageRequest(requests[0]); // its answer is on the way
+        EXPECT_TRUE(cells[0].expired() && cells[2].expired());
+    }
+    EXPECT_EQ(order, "db");
+}
+
+TEST_F(ImageRequests, AnOpportunisticOneHearsFirstWhatIsAtHand)
+{
+    const PHAsset heic = asset(testData("pictures/heic-thumbnail.heic")); // 64 × 48, with one of 32 × 24
+    const PHAsset large = photo("a");
+    requestNow(large, {100, 100}, ContentMode::AspectFill, ResizeMode::Fast);
+    const struct {
+        PHAsset asset;
+        CGSize target;
+        DeliveryMode delivery;
+        std::vector<IntSize> wanted;
+    } table[] = {
+        {heic, {50, 40}, DeliveryMode::Opportunistic, {{32, 24}, {53, 40}}},
+        {heic, {50, 41}, DeliveryMode::HighQualityFormat, {{55, 41}}},
+        {heic, {2000, 2000}, DeliveryMode::Opportunistic, {{55, 41}, {64, 48}}},    // of before
+        {large, {600, 600}, DeliveryMode::Opportunistic, {{400, 300}, {800, 600}}}, // kept on disk
+        {large, {100, 100}, DeliveryMode::Opportunistic, {{133, 100}}},
+    };
+    for (const auto& c : table) {
+        SCOPED_TRACE(c.target.width);
+        std::vector<IntSize> heard;
+        DispatchSemaphore first; // before it, whole photos are not read: theirs would be the only answer
+        pictureQueue().async([&] { first.wait(20); });
+        manager.requestImageForAsset(c.asset, c.target, ContentMode::AspectFill, {.deliveryMode = c.delivery},
+                                     [&](const UIImage& result) {
+                                         heard.push_back(result.pixelSize());
+                                         first.signal();
+                                     });
+        EXPECT_TRUE(DispatchQueue::main().runUntilIdle(20));
+        EXPECT_EQ(heard, c.wanted);
+        pictureQueue().sync([] {});
+    }
+}
+
+TEST_F(ImageRequests, MoreThanMemoryAllowsComesAsLargeAsItDoes)
+{
+    writePng(folder.path("noise.png"), noisePicture(400, 300, CGImageAlphaInfo::NoneSkipLast));
+    const PHAsset picture = asset(folder.path("noise.png"));
+    const auto sizeWithin = [&](std::size_t bytes, CGSize target) {
+        UIImage result;
+        manager.requestImageForAsset(picture, target, ContentMode::AspectFit,
+                                     {.synchronous = true, .memoryLimit = bytes},
+                                     [&](const UIImage& answer) { result = answer; });
+        return result.pixelSize();
+    };
+    EXPECT_EQ(sizeWithin(1'000'000, {3000, 3000}), (IntSize{400, 300}));
+    EXPECT_EQ(sizeWithin(250'000, {3000, 3000}), (IntSize{200, 150}));
+    EXPECT_EQ(sizeWithin(250'000, PHImageManagerMaximumSize), (IntSize{0, 0}));
+}
+
+TEST_F(ImageRequests, WhatIsMadeAheadIsThere)
+{
+    const PHAsset first = photo("a");
+    const PHAsset second = photo("b");
+    {
+        PHCachingImageManager ahead;
+        BusyWorkers workers;
+        ahead.startCachingImagesForAssets({first}, {100, 100}, ContentMode::AspectFill, {});
+        PHCachingImageManager().startCachingImagesForAssets({second}, {100, 100}, ContentMode::AspectFill, {});
+    }
+    for (const PHAsset& asset : {first, second})
+        disguise(asset.path, "no picture any more");
+    EXPECT_TRUE(requestNow(first, {100, 100}, ContentMode::AspectFill, ResizeMode::Fast));
+    EXPECT_FALSE(requestNow(second, {100, 100}, ContentMode::AspectFill, ResizeMode::Fast)) << "stopped before";
 }
 
 } // namespace

@@ -15,6 +15,8 @@ Item {
     property real room: parent ? parent.width - 2 * Tokens.space.l : 0
     // A sentence takes a second line where it needs one; what is long otherwise is a file's name.
     property bool sentence: false
+    // Something was done; else it is a mere word on what was not.
+    property bool good: true
     // False: somebody else sees to its time.
     property bool timed: true
     signal done()
@@ -68,12 +70,13 @@ Item {
         Icon {
             x: Tokens.space.m
             anchors.verticalCenter: parent.verticalCenter
+            visible: toast.good
             name: "check_dark"
             size: 20
         }
         StyledText {
             id: words
-            x: Tokens.space.m + 20 + Tokens.space.s
+            x: toast.good ? Tokens.space.m + 20 + Tokens.space.s : Tokens.space.l
             anchors.verticalCenter: parent.verticalCenter
             width: toast.width - x - (toast.hasAction ? toast.actionRoom : Tokens.space.l)
             text: toast.shownText

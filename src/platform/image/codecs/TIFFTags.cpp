@@ -1,5 +1,6 @@
 #include "platform/image/codecs/TIFFTags_p.h"
 
+
 #include <algorithm>
 
 namespace lamina {

@@ -1,7 +1,7 @@
 #include "platform/media/ffmpeg/VideoTrack_p.h"
 
+#include "platform/base/AbandonableWork.h"
 #include "platform/base/Causes.h"
-#include "platform/media/AbandonableWork_p.h"
 #include "platform/media/ffmpeg/ClipPicture_p.h"
 
 extern "C" {
