@@ -251,6 +251,11 @@ void shootRoad(const LaunchOptions& options, const QString& prefix)
     shooter.shoot("home-focus");
     driver.tap(QStringLiteral("Menu"));
     shooter.shoot("menu");
+    driver.tap(QStringLiteral("Photo folders…"));
+    shooter.shoot("photo-folders");
+    driver.tap(QStringLiteral("Add a folder…")); // no portal answers here
+    WindowDriver::waitUntil([&] { return driver.item(QStringLiteral("Choose this folder")) != nullptr; }, 5);
+    shooter.shoot("photo-folder");
     driver.press(Qt::Key_Escape);
     driver.press(Qt::Key_F1);
     shooter.shoot("keys");
