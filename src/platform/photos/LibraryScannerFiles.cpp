@@ -1,6 +1,7 @@
 #include "platform/photos/LibraryScanner_p.h"
 
 #include <algorithm>
+#include <optional>
 #include <utility>
 
 // The files of a round: which of them are known, which have moved, and which are to be read.

@@ -3,6 +3,7 @@
 #include "platform/photos/LibraryScanner_p.h"
 
 #include <algorithm>
+#include <optional>
 #include <utility>
 
 // The folders of a round: roots that come and go, a folder's children, and what stands for them in the index.

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/base/Result.h"
 #include "platform/photos/FactsReader_p.h"
 #include "platform/photos/FolderWalk_p.h"
 #include "platform/photos/FolderWatch_p.h"
@@ -8,7 +9,9 @@
 #include "platform/photos/LibraryTree_p.h"
 #include "platform/photos/MountWatch_p.h"
 #include "platform/photos/PhotoIndex_p.h"
+#include "platform/photos/PhotoRecords_p.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <deque>
 #include <functional>
@@ -44,8 +47,9 @@ public:
     /// To be waited on until they can be read, and with POLLPRI; see `readEvents`.
     int watchDescriptor() const { return m_watch.descriptor(); }
     int mountDescriptor() const { return m_mounts.descriptor(); }
-    /// Reads what the watches tell, and marks what it concerns. Whether it told anything.
-    bool readEvents();
+    /// Reads what the watches tell, and marks what it concerns. `isMounted`: the mounts have something to tell. Whether
+    /// there was anything.
+    bool readEvents(bool isMounted);
     /// Marks a folder, or the folder of a file, with the file's name: it is looked at whatever the watch tells.
     void touch(const std::string& path);
     /// Marks the folders that can't be watched and have changed.

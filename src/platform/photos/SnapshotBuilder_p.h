@@ -3,10 +3,15 @@
 #include "platform/photos/LibraryPlaces_p.h"
 #include "platform/photos/LibrarySnapshot_p.h"
 #include "platform/photos/LibraryTree_p.h"
+#include "platform/photos/PhotoRecords_p.h"
 
 #include <array>
+#include <cstddef>
+#include <memory>
+#include <string>
 #include <unordered_map>
 #include <unordered_set>
+#include <vector>
 
 namespace lamina {
 
