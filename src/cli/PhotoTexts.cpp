@@ -1,14 +1,14 @@
 #include "cli/PhotoTexts.h"
 
-#include "platform/photos/PHCollection.h"
 #include "platform/files/FileURL.h"
+#include "platform/photos/PHCollection.h"
 
-#include <cstdint>
-#include <cstddef>
-#include <cctype>
 #include <algorithm>
+#include <cctype>
 #include <chrono>
 #include <cmath>
+#include <cstddef>
+#include <cstdint>
 #include <string_view>
 
 namespace lamina {

@@ -32,6 +32,7 @@ std::string printed(const nlohmann::ordered_json& json, int indent);
 /// "2026-11-21T09:05:00Z", of seconds since the beginning of 1970, UTC. Years before 0 and after 9999 become these.
 std::string isoDate(double seconds);
 
+/// For people, aligned; and for programs.
 std::string albumsAsText(const std::vector<CollectionItem>& albums);
 std::string albumsAsJSON(const std::vector<CollectionItem>& albums);
 

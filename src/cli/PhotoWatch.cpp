@@ -6,16 +6,16 @@
 #include "platform/photos/PHFetchResultChangeDetails.h"
 #include "platform/photos/PHPhotoLibrary.h"
 
-#include <vector>
-#include <optional>
 #include <cerrno>
 #include <cstdio>
 #include <memory>
+#include <optional>
 #include <poll.h>
 #include <thread>
 #include <unistd.h>
 #include <unordered_set>
 #include <utility>
+#include <vector>
 
 namespace lamina {
 

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "cli/ExitCode.h"
-#include "platform/photos/PHChange.h"
 #include "platform/photos/PHAsset.h"
+#include "platform/photos/PHChange.h"
 #include "platform/photos/PHFetchResult.h"
 
 #include <cstddef>

@@ -4,13 +4,13 @@
 #include "cli/NearestName.h"
 #include "cli/PhotoImport.h"
 #include "cli/PhotoWatch.h"
-#include "platform/files/FileCauses.h"
 #include "picker/CollectionItem.h"
+#include "platform/files/FileCauses.h"
 #include "platform/photos/PHAsset.h"
 #include "platform/photos/PHPhotoLibrary.h"
 
-#include <cstddef>
 #include <algorithm>
+#include <cstddef>
 #include <filesystem>
 #include <string_view>
 #include <system_error>
@@ -58,11 +58,19 @@ Result<CollectionItem> albumNamed(const std::string& typed, const std::vector<Co
 
 PhotosCommand::PhotosCommand(CLI::App& application)
     : Command(application, "photos", "List, import and watch the photo library")
-    , m_albums(&addAction("albums", "List the albums that hold photos, as the picker shows them"))
-    , m_list(&addAction("list", "List the photos, newest first"))
-    , m_import(&addAction("import", "Copy pictures into the library, and print where they are now"))
-    , m_watch(&addAction("watch", "Print a line for each photo that comes, goes or changes, until stopped"))
 {
+    // Other runs of the command do without them: their start has few kilobytes to spare.
+    options().preparse_callback([this](std::size_t) { addActions(); });
+}
+
+void PhotosCommand::addActions()
+{
+    if (m_albums != nullptr)
+        return;
+    m_albums = &addAction("albums", "List the albums that hold photos, as the picker shows them");
+    m_list = &addAction("list", "List the photos, newest first");
+    m_import = &addAction("import", "Copy pictures into the library, and print where they are now");
+    m_watch = &addAction("watch", "Print a line for each photo that comes, goes or changes, until stopped");
     options().require_subcommand(1);
     m_list->add_option("ALBUM", m_album, "Only this album, by its title or folder")->type_name("");
     addNull(*m_list);

@@ -19,6 +19,7 @@ public:
     ExitCode run() override;
 
 private:
+    void addActions();
     CLI::App& addAction(const std::string& name, const std::string& about);
     void addNull(CLI::App& action);
     /// The folders of `--photos` are the library's too from now on.
@@ -29,10 +30,10 @@ private:
     ExitCode importFiles() const;
     ExitCode watch() const;
 
-    CLI::App* m_albums;
-    CLI::App* m_list;
-    CLI::App* m_import;
-    CLI::App* m_watch;
+    CLI::App* m_albums = nullptr;
+    CLI::App* m_list = nullptr;
+    CLI::App* m_import = nullptr;
+    CLI::App* m_watch = nullptr;
     std::vector<std::string> m_folders;
     std::vector<std::string> m_files;
     std::string m_album;
