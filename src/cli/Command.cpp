@@ -9,9 +9,9 @@ Command::Command(CLI::App& application, const std::string& name, const std::stri
     m_options.set_help_flag("-h,--help", "Print this help and leave");
 }
 
-void Command::addQuiet()
+void Command::addQuiet(CLI::App& options)
 {
-    m_options.add_flag("-q,--quiet", m_quiet, "Say nothing but errors");
+    options.add_flag("-q,--quiet", m_quiet, "Say nothing but errors");
 }
 
 } // namespace lamina

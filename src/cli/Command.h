@@ -29,8 +29,9 @@ protected:
     CLI::App& options() const { return m_options; }
     const std::string& name() const { return m_name; }
 
-    /// Adds `--quiet`.
-    void addQuiet();
+    /// Adds `--quiet`, or to an action of the subcommand.
+    void addQuiet() { addQuiet(m_options); }
+    void addQuiet(CLI::App& options);
     bool isQuiet() const { return m_quiet; }
 
 private:

@@ -31,7 +31,7 @@ void warn(const Error& warning)
 
 ExitCode printData(const std::string& text)
 {
-    const bool written = std::fputs(text.c_str(), stdout) >= 0 && std::fflush(stdout) == 0;
+    const bool written = std::fwrite(text.data(), 1, text.size(), stdout) == text.size() && std::fflush(stdout) == 0;
     return written ? ExitCode::Good : fail({"standard output", "can't be written"}, ExitCode::Output);
 }
 

@@ -6,6 +6,7 @@
 #include "cli/FiltersCommand.h"
 #include "cli/Interruption.h"
 #include "cli/OpCommand.h"
+#include "cli/PhotosCommand.h"
 #include "cli/StickersCommand.h"
 #include "cli/WindowLauncher.h"
 
@@ -42,11 +43,16 @@ int main(int argc, char** argv)
     application.set_help_flag("-h,--help", "Print this help and leave");
     application.require_subcommand(0, 1);
     std::string screen;
-    std::string photos;
+    std::vector<std::string> folders;
     application.add_option("--screen", screen, "Open the window with this screen: home, two, three, blend or picker")
         ->check(CLI::IsMember({"home", "two", "three", "blend", "picker"}));
-    application.add_option("--photos", photos, "A folder of photos beside your own; choosing one starts there")
-        ->type_name("DIR");
+    application
+        .add_option("--photos", folders,
+                    "A folder that belongs to the photo library beside the one for pictures; may be given again")
+        ->type_name("DIR")
+        ->expected(1)
+        ->allow_extra_args(false)
+        ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
     application.footer(
         "Exit codes: 0 good, 1 failed, 2 wrong usage, 3 an input is missing, unreadable or unsupported,\n"
         "4 an output can't be written, 130 interrupted.");
@@ -56,20 +62,22 @@ int main(int argc, char** argv)
     FiltersCommand filters(application);
     ExportCommand exporting(application);
     StickersCommand stickers(application);
+    PhotosCommand photos(application);
 
     try {
         application.parse(argc, argv);
     } catch (const CLI::ParseError& error) {
         return usageError(application, error);
     }
-    for (Command* command : std::initializer_list<Command*>{&blend, &op, &filter, &filters, &exporting, &stickers}) {
+    for (Command* command :
+         std::initializer_list<Command*>{&blend, &op, &filter, &filters, &exporting, &stickers, &photos}) {
         if (command->isChosen())
             return static_cast<int>(command->run());
     }
     std::vector<std::string> window;
     if (!screen.empty())
         window.insert(window.end(), {"--screen", screen});
-    if (!photos.empty())
-        window.insert(window.end(), {"--photos", photos});
+    for (const std::string& folder : folders)
+        window.insert(window.end(), {"--photos", folder});
     return static_cast<int>(becomeWindow(window));
 }

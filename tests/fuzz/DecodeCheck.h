@@ -5,6 +5,8 @@
 
 #include "platform/base/Result.h"
 #include "platform/image/pixels/CGImage.h"
+#include "platform/base/CGGeometry.h"
+#include "platform/image/codecs/PictureFacts.h"
 #include "platform/image/pixels/UIImage.h"
 
 #include <cstddef>

@@ -6,6 +6,8 @@
 #include "platform/photos/PHFetchResult_p.h"
 #include "platform/photos/PhotoIndex_p.h"
 
+#include <utility>
+#include <unordered_map>
 #include <algorithm>
 #include <gtest/gtest.h>
 #include <numeric>

@@ -6,10 +6,14 @@
 #include "platform/files/PrivateFolder.h"
 #include "platform/image/codecs/PictureDecoding.h"
 #include "platform/photos/AssetScaling_p.h"
+#include "platform/base/CGGeometry.h"
+#include "platform/base/Result.h"
 #include "platform/photos/PNGTexts_p.h"
 
 #include <QCryptographicHash>
 
+#include <cstdint>
+#include <cstddef>
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>

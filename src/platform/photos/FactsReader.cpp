@@ -1,5 +1,6 @@
 #include "platform/photos/FactsReader_p.h"
 
+#include "platform/base/Result.h"
 #include "platform/image/codecs/PictureFacts.h"
 
 #include <algorithm>

@@ -3,6 +3,7 @@
 #include "platform/photos/FolderWalk_p.h"
 #include "platform/photos/PhotoRecords_p.h"
 
+#include <string>
 #include <atomic>
 #include <condition_variable>
 #include <cstddef>

@@ -3,6 +3,7 @@
 #include "platform/base/Result.h"
 #include "platform/photos/PhotoRecords_p.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <optional>

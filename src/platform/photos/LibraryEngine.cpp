@@ -4,6 +4,8 @@
 #include "platform/photos/FolderWalk_p.h"
 #include "platform/photos/LibraryEngineImpl_p.h"
 
+#include <optional>
+#include <chrono>
 #include <cstdlib>
 #include <utility>
 

@@ -4,6 +4,9 @@
 #include "platform/photos/LibraryEngine_p.h"
 #include "platform/photos/LibraryScanner_p.h"
 #include "platform/photos/PhotoIndex_p.h"
+#include "platform/photos/LibraryRoots.h"
+#include "platform/photos/LibrarySnapshot_p.h"
+#include "platform/photos/PhotoRecords_p.h"
 #include "platform/photos/SnapshotBuilder_p.h"
 
 #include <atomic>

@@ -1,5 +1,21 @@
 #include "platform/photos/LibraryEngineImpl_p.h"
 
+#include "platform/photos/FolderWalk_p.h"
+#include "platform/photos/LibraryRoots.h"
+#include "platform/photos/LibraryScanner_p.h"
+#include "platform/photos/LibrarySnapshot_p.h"
+#include "platform/photos/PhotoRecords_p.h"
+#include "platform/photos/FactsReader_p.h"
+
+#include <vector>
+#include <thread>
+#include <string>
+#include <optional>
+#include <mutex>
+#include <memory>
+#include <functional>
+#include <cstdint>
+#include <chrono>
 #include <algorithm>
 #include <cerrno>
 #include <poll.h>

@@ -1,5 +1,6 @@
 #include "platform/photos/LibraryScanner_p.h"
 
+#include <optional>
 #include <algorithm>
 #include <utility>
 

@@ -2,6 +2,7 @@
 #include "platform/files/FileCauses.h"
 #include "platform/photos/LibraryScanner_p.h"
 
+#include <optional>
 #include <algorithm>
 #include <utility>
 

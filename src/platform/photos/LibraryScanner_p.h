@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/base/Result.h"
 #include "platform/photos/FactsReader_p.h"
 #include "platform/photos/FolderWalk_p.h"
 #include "platform/photos/FolderWatch_p.h"
@@ -8,7 +9,9 @@
 #include "platform/photos/LibraryTree_p.h"
 #include "platform/photos/MountWatch_p.h"
 #include "platform/photos/PhotoIndex_p.h"
+#include "platform/photos/PhotoRecords_p.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <deque>
 #include <functional>

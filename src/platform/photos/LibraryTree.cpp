@@ -3,6 +3,7 @@
 #include "platform/files/ASCIICase.h"
 #include "platform/photos/FolderTitle_p.h"
 
+#include <cstddef>
 #include <algorithm>
 #include <array>
 #include <filesystem>

@@ -5,6 +5,7 @@
 #include "platform/photos/LibrarySnapshot_p.h"
 #include "platform/photos/PhotoRecords_p.h"
 
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <set>

@@ -117,7 +117,6 @@ public:
 
     const RowTable<PhotoRecord, PhotoName>& photos() const { return m_photos; }
     const RowTable<FolderRecord, std::string>& folders() const { return m_folders; }
-    std::int64_t next() const { return m_next; }
 
     std::int64_t nextID() override { return m_next++; }
     std::optional<PhotoRow> photoWithKey(FileKey key) override { return copyOf(m_photos.withKey(key)); }
@@ -228,16 +227,6 @@ public:
         const std::unique_lock lock(m_mutex);
         changes(m_rows);
         return success();
-    }
-    StoreContents contents() override
-    {
-        const std::shared_lock lock(m_mutex);
-        StoreContents all{m_identity, m_rows.next(), {}, {}};
-        for (const auto& entry : m_rows.folders().all())
-            all.folders.push_back(entry.second);
-        for (const auto& entry : m_rows.photos().all())
-            all.photos.push_back(entry.second);
-        return all;
     }
 
 private:

@@ -4,6 +4,7 @@
 #include "platform/photos/AssetThumbnails_p.h"
 #include "platform/photos/PictureWorkers_p.h"
 
+#include <cstddef>
 #include <atomic>
 #include <cstddef>
 #include <utility>

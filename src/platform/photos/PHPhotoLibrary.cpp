@@ -90,6 +90,11 @@ bool PHPhotoLibrary::isComplete()
     return photoLibrary().snapshot()->complete;
 }
 
+void PHPhotoLibrary::waitUntilComplete()
+{
+    photoLibrary().waitUntilComplete();
+}
+
 void PHPhotoLibrary::rescan()
 {
     photoLibrary().rescan();

@@ -3,6 +3,7 @@
 #include "platform/base/Result.h"
 #include "platform/files/FileReading.h"
 
+#include <cstddef>
 #include <algorithm>
 #include <array>
 #include <cstddef>

@@ -2,8 +2,13 @@
 
 #include "platform/photos/LibraryPlaces_p.h"
 #include "platform/photos/LibrarySnapshot_p.h"
+#include "platform/photos/PhotoRecords_p.h"
 #include "platform/photos/LibraryTree_p.h"
 
+#include <vector>
+#include <string>
+#include <memory>
+#include <cstddef>
 #include <array>
 #include <unordered_map>
 #include <unordered_set>

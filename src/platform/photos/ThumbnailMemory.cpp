@@ -2,6 +2,7 @@
 
 #include "platform/base/CGGeometry.h"
 #include "platform/photos/AssetScaling_p.h"
+#include "platform/base/CGGeometry.h"
 #include "platform/photos/PHImageManager.h"
 
 namespace lamina {

@@ -5,6 +5,7 @@
 #include "platform/files/FileWriting.h"
 #include "platform/files/PrivateFolder.h"
 #include "platform/image/codecs/PictureDecoding.h"
+#include "platform/image/codecs/PictureFormats.h"
 #include "platform/image/codecs/PictureEncoding.h"
 #include "platform/image/codecs/PictureFormats.h"
 

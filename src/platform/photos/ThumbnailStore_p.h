@@ -4,6 +4,7 @@
 #include "platform/image/pixels/UIImage.h"
 #include "platform/photos/FileStamp_p.h"
 
+#include <vector>
 #include <chrono>
 #include <cstdint>
 #include <mutex>

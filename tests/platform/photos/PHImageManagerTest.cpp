@@ -1,5 +1,6 @@
 #include "platform/photos/PHImageManager.h"
 
+#include "BusyWorkers.h"
 #include "CommandRunner.h"
 #include "FileDisguise.h"
 #include "Flag.h"
@@ -7,7 +8,6 @@
 #include "platform/base/DispatchSemaphore.h"
 #include "platform/photos/PHCachingImageManager.h"
 #include "platform/photos/PictureQueue.h"
-#include "platform/photos/PictureWorkers_p.h"
 
 #include <gtest/gtest.h>
 #include <limits>
@@ -16,6 +16,7 @@ namespace lamina::test {
 namespace {
 
 using ContentMode = PHImageContentMode;
+using DeliveryMode = PHImageRequestOptionsDeliveryMode;
 using ResizeMode = PHImageRequestOptionsResizeMode;
 
 /// Thumbnails are kept in a folder of these tests.
@@ -55,14 +56,6 @@ protected:
         EXPECT_EQ(identifier, PHInvalidImageRequestID);
         EXPECT_EQ(calls, 1);
         return result;
-    }
-
-    /// Until the threads for thumbnails have done all that was asked for before.
-    static void waitForWorkers()
-    {
-        DispatchSemaphore done;
-        PictureWorkers::shared().add(PictureWorkRank::Warm, [&] { done.signal(); });
-        EXPECT_TRUE(done.wait(20));
     }
 
     const TemporaryFolder folder;
@@ -147,63 +140,26 @@ TEST_F(ImageRequests, OthersAnswerOnTheMainQueueUnlessCancelled)
     }
 }
 
-/// The two threads for thumbnails, of which one or both are kept busy.
-class BusyWorkers {
-public:
-    BusyWorkers()
-    {
-        for (DispatchSemaphore& gate : m_gates)
-            runShortPictureWork([&] {
-                m_begun.signal();
-                gate.wait(20);
-            });
-        for (int i = 0; i < 2; ++i)
-            EXPECT_TRUE(m_begun.wait(20));
-    }
-    ~BusyWorkers()
-    {
-        release(1);
-        release(0);
-        EXPECT_TRUE(DispatchQueue::main().runUntilIdle(20));
-    }
-    void release(int worker) { m_gates[worker].signal(); }
-
-private:
-    DispatchSemaphore m_begun;
-    DispatchSemaphore m_gates[2];
-};
-
-TEST_F(ImageRequests, TheNewestThumbnailComesFirstAndACancelledOneLetsGoAtOnce)
+TEST_F(ImageRequests, TheNewestThumbnailComesFirstAndNobodyHearsWhatIsCancelled)
 {
-    const PHAsset pictures[] = {photo("a"), photo("b"), photo("c"), photo("d")};
     std::string order;
-    BusyWorkers workers;
     std::vector<PHImageRequestID> requests;
-    std::weak_ptr<int> cell;
-    for (const PHAsset& picture : pictures) {
-        const auto held = std::make_shared<int>();
-        cell = picture == pictures[2] ? held : cell.lock();
-        requests.push_back(manager.requestImageForAsset(
-            picture, {50, 50}, ContentMode::AspectFill, {},
-            [&order, held, name = picture.localIdentifier](const UIImage& result) { order += result ? name : "-"; }));
+    std::vector<std::weak_ptr<int>> cells;
+    {
+        BusyWorkers workers;
+        for (const char* name : {"a", "b", "c", "d"}) {
+            const auto cell = std::make_shared<int>();
+            cells.push_back(cell);
+            requests.push_back(manager.requestImageForAsset(
+                photo(name), {50, 50}, ContentMode::AspectFill, {},
+                [&order, cell, name](const UIImage& result) { order += result ? name : "-"; }));
+        }
+        manager.cancelImageRequest(requests[2]); // it waits
+        workers.runOne();
+        manager.cancelImageRequest(requests[0]); // its answer is on the way
+        EXPECT_TRUE(cells[0].expired() && cells[2].expired());
     }
-    EXPECT_FALSE(cell.expired());
-    manager.cancelImageRequest(requests[2]);
-    EXPECT_TRUE(cell.expired());
-    workers.release(0);
-    EXPECT_TRUE(DispatchQueue::main().runUntil([&] { return order.size() >= 3; }, 20));
-    EXPECT_EQ(order, "dba");
-}
-
-TEST_F(ImageRequests, AnAnswerOnItsWayReachesNobodyOnceCancelled)
-{
-    BusyWorkers workers;
-    const PHImageRequestID late =
-        manager.requestImageForAsset(photo("a"), {50, 50}, ContentMode::AspectFill, {},
-                                     [](const UIImage&) { ADD_FAILURE() << "this one was cancelled"; });
-    workers.release(0);
-    waitForWorkers();
-    manager.cancelImageRequest(late);
+    EXPECT_EQ(order, "db");
 }
 
 TEST_F(ImageRequests, AnOpportunisticOneHearsFirstWhatIsAtHand)
@@ -214,14 +170,14 @@ TEST_F(ImageRequests, AnOpportunisticOneHearsFirstWhatIsAtHand)
     const struct {
         PHAsset asset;
         CGSize target;
-        PHImageRequestOptionsDeliveryMode delivery;
+        DeliveryMode delivery;
         std::vector<IntSize> wanted;
     } table[] = {
-        {heic, {50, 40}, PHImageRequestOptionsDeliveryMode::Opportunistic, {{32, 24}, {53, 40}}},
-        {heic, {50, 41}, PHImageRequestOptionsDeliveryMode::HighQualityFormat, {{55, 41}}},
-        {heic, {2000, 2000}, PHImageRequestOptionsDeliveryMode::Opportunistic, {{55, 41}, {64, 48}}},    // of before
-        {large, {600, 600}, PHImageRequestOptionsDeliveryMode::Opportunistic, {{400, 300}, {800, 600}}}, // kept on disk
-        {large, {100, 100}, PHImageRequestOptionsDeliveryMode::Opportunistic, {{133, 100}}},
+        {heic, {50, 40}, DeliveryMode::Opportunistic, {{32, 24}, {53, 40}}},
+        {heic, {50, 41}, DeliveryMode::HighQualityFormat, {{55, 41}}},
+        {heic, {2000, 2000}, DeliveryMode::Opportunistic, {{55, 41}, {64, 48}}},    // of before
+        {large, {600, 600}, DeliveryMode::Opportunistic, {{400, 300}, {800, 600}}}, // kept on disk
+        {large, {100, 100}, DeliveryMode::Opportunistic, {{133, 100}}},
     };
     for (const auto& c : table) {
         SCOPED_TRACE(c.target.width);
@@ -260,12 +216,10 @@ TEST_F(ImageRequests, WhatIsMadeAheadIsThere)
     const PHAsset first = photo("a");
     const PHAsset second = photo("b");
     {
-        BusyWorkers workers;
         PHCachingImageManager ahead;
+        BusyWorkers workers;
         ahead.startCachingImagesForAssets({first}, {100, 100}, ContentMode::AspectFill, {});
         PHCachingImageManager().startCachingImagesForAssets({second}, {100, 100}, ContentMode::AspectFill, {});
-        workers.release(0);
-        waitForWorkers();
     }
     for (const PHAsset& asset : {first, second})
         disguise(asset.path, "no picture any more");

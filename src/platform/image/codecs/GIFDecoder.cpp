@@ -10,6 +10,7 @@
 
 #include <gif_lib.h>
 
+#include <bit>
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>

@@ -1,7 +1,10 @@
 #include "platform/image/codecs/HeifFacts_p.h"
 
+#include "platform/base/Causes.h"
+#include "platform/image/codecs/ByteNumbers_p.h"
 #include "platform/image/codecs/HeifBoxes_p.h"
 
+#include <cstddef>
 #include <algorithm>
 #include <cstdint>
 #include <optional>

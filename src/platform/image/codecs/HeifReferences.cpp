@@ -1,5 +1,6 @@
 #include "platform/image/codecs/HeifReferences_p.h"
 
+#include "platform/image/codecs/ByteNumbers_p.h"
 #include "platform/image/codecs/HeifBoxes_p.h"
 
 #include <algorithm>

@@ -7,6 +7,7 @@
 #include "platform/image/codecs/PictureDecoder_p.h"
 #include "platform/image/codecs/PictureDecoding.h"
 #include "platform/image/pixels/ColorConversion.h"
+#include "platform/image/codecs/ByteNumbers_p.h"
 #include "platform/image/pixels/UIImage.h"
 
 #include "platform/base/WorkerPool.h"

@@ -9,6 +9,7 @@
 #include "platform/image/codecs/RowCollector_p.h"
 #include "platform/image/codecs/SequentialReader_p.h"
 #include "platform/image/pixels/ColorConversion.h"
+#include "platform/image/codecs/ByteNumbers_p.h"
 #include "platform/image/pixels/UIImage.h"
 
 #include <algorithm>

@@ -6,8 +6,11 @@
 #include "platform/image/codecs/PictureDecoder_p.h"
 #include "platform/image/codecs/PictureFacts_p.h"
 #include "platform/image/codecs/WindowedSource_p.h"
+#include "platform/image/codecs/ByteNumbers_p.h"
 #include "platform/image/pixels/CGImage.h"
 
+#include <cstdint>
+#include <cstddef>
 #include <algorithm>
 #include <cmath>
 #include <limits>

@@ -10,6 +10,7 @@
 #include "platform/image/codecs/TIFFTags_p.h"
 #include "platform/image/pixels/ColorConversion.h"
 #include "platform/image/pixels/PixelKernels.h"
+#include "platform/image/codecs/ByteNumbers_p.h"
 #include "platform/image/pixels/UIImage.h"
 
 #include <algorithm>

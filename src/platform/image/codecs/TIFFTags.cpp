@@ -1,5 +1,7 @@
 #include "platform/image/codecs/TIFFTags_p.h"
 
+#include "gpu/core/TypedValue.h"
+
 #include <algorithm>
 
 namespace lamina {

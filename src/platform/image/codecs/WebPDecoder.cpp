@@ -8,11 +8,13 @@
 #include "platform/image/codecs/PictureDecoding.h"
 #include "platform/image/codecs/RowCollector_p.h"
 #include "platform/image/pixels/PixelBuffer.h"
+#include "platform/image/codecs/ByteNumbers_p.h"
 #include "platform/image/pixels/UIImage.h"
 
 #include <webp/decode.h>
 #include <webp/demux.h>
 
+#include <bit>
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>

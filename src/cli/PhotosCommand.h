@@ -1,0 +1,43 @@
+#pragma once
+
+#include "cli/Command.h"
+#include "cli/ExitCode.h"
+#include "cli/PhotoTexts.h"
+#include "platform/base/Result.h"
+
+#include <CLI/App.hpp>
+#include <string>
+#include <vector>
+
+namespace lamina {
+
+/// `lamina photos`: the photo library's albums and photos, pictures into it, and what becomes of it.
+class PhotosCommand : public Command {
+public:
+    explicit PhotosCommand(CLI::App& application);
+
+    ExitCode run() override;
+
+private:
+    CLI::App& addAction(const std::string& name, const std::string& about);
+    void addNull(CLI::App& action);
+    /// The folders of `--photos` are the library's too from now on.
+    Outcome takeFolders() const;
+    PathForm pathForm() const;
+    ExitCode listAlbums() const;
+    ExitCode listPhotos() const;
+    ExitCode importFiles() const;
+    ExitCode watch() const;
+
+    CLI::App* m_albums;
+    CLI::App* m_list;
+    CLI::App* m_import;
+    CLI::App* m_watch;
+    std::vector<std::string> m_folders;
+    std::vector<std::string> m_files;
+    std::string m_album;
+    bool m_json = false;
+    bool m_null = false;
+};
+
+} // namespace lamina
