@@ -1,4 +1,4 @@
-#include "ManyPhotos.h"
+#include "support/ManyPhotos.h"
 
 #include "platform/image/codecs/PictureDecoding.h"
 #include "platform/image/codecs/PictureEncoding.h"

@@ -11,7 +11,7 @@ constexpr std::array<std::uint8_t, 19> kValueSizes{0, 1, 1, 2, 4, 8, 1, 1, 2, 4,
 
 enum Type : std::uint16_t {
     kByte = 1,
-    kText = 2,
+    kASCII = 2,
     kShort = 3,
     kLong = 4,
     kDirectory = 13,
@@ -102,7 +102,7 @@ std::optional<std::uint64_t> TIFFTags::number(const Field& field) const
 std::string TIFFTags::text(const Field& field) const
 {
     std::array<std::uint8_t, 64> bytes{};
-    if (field.type != kText || field.count > bytes.size() ||
+    if (field.type != kASCII || field.count > bytes.size() ||
         !read(field.place, std::span(bytes).first(static_cast<std::size_t>(field.count))))
         return {};
     return {bytes.begin(), std::find(bytes.begin(), bytes.begin() + static_cast<std::ptrdiff_t>(field.count), 0)};
