@@ -57,6 +57,11 @@ void PhotoGrid::performBatchUpdates(const PHFetchResultChangeDetails& changes, c
     m_model.update(changes);
     for (const int item : reloaded)
         reloadItem(item);
+    refreshPhotoCells();
+}
+
+void PhotoGrid::refreshPhotoCells()
+{
     for (std::size_t i = 0; i < m_displayed.size(); ++i)
         if (auto* const cell = dynamic_cast<YMSPhotoCell*>(m_displayed[i].get()); cell && cell->m_item > kCameraItem)
             m_delegate.refreshPhotoCell(*cell, cell->m_item);

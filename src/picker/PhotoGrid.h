@@ -59,6 +59,8 @@ public:
     /// Lets items go and come, without moves, and reloads `reloaded`, items of the list after the change. The tiles and
     /// the selection of the others go along.
     void performBatchUpdates(const PHFetchResultChangeDetails& changes, const std::vector<int>& reloaded);
+    /// Lets the delegate look at all photo tiles that views show.
+    void refreshPhotoCells();
     /// The item's tile is filled anew, and the item is not selected any more.
     void reloadItem(int item);
 

@@ -22,6 +22,7 @@ TileGrid {
     // How far it is scrolled; 0: at its top.
     readonly property real scrolled: contentY - originY + topMargin
     property bool placed: false
+    property real formerMargin: 0
     // What was looked at when the photos were exchanged for others, and how far below the window's top.
     property var kept: null
     property string album
@@ -90,7 +91,7 @@ TileGrid {
             controller.tapItem(currentIndex)
     }
 
-    name: controller.albumTitle
+    name: qsTranslate("Lamina", "Photos")
     x: inset
     // The last tile's gap and a little: so the columns are as many as they are said to be, and not one less.
     width: room - inset + gap + 1
@@ -103,6 +104,12 @@ TileGrid {
     model: controller.photos
     cacheBuffer: Math.round(cellHeight * 2)
     highlightFollowsCurrentItem: false
+    // A bar that is higher for a longer title moves nothing under it.
+    onTopMarginChanged: {
+        const before = contentY - originY + formerMargin
+        formerMargin = topMargin
+        scrollTo(before)
+    }
     onRoomChanged: place()
     onHeightChanged: place()
     Component.onCompleted: place()
@@ -141,7 +148,18 @@ TileGrid {
         leftPadding: grid.tileX(column) - column * grid.pitch
         side: grid.tileX(column + 1) - grid.tileX(column) - grid.gap
     }
+    // Whose photos pass by while the list is pulled along.
+    HintPill {
+        parent: grid.parent
+        anchors.right: parent.right
+        anchors.rightMargin: Tokens.space.xxl
+        y: bar.y + Math.max(0, Math.min(bar.visualPosition * bar.height, bar.height - height))
+        room: grid.room / 2
+        shown: bar.pressed
+        text: opacity > 0 || shown ? grid.controller.dayOfItem(Math.max(1, Math.floor((grid.scrolled - grid.topMargin + grid.barShown) / grid.cellHeight) * grid.columns)) : ""
+    }
     T.ScrollBar.vertical: ThinScrollBar {
+        id: bar
         parent: grid.parent
         x: grid.room - width
         y: grid.barShown

@@ -1,8 +1,9 @@
 #include "picker/YMSPhotoPickerViewController.h"
 
+#include "picker/YMSAlbumPickerViewController.h"
 #include "platform/media/AVCaptureSession.h"
-#include "platform/photos/PHFetchResult.h"
 #include "platform/photos/PHCollection.h"
+#include "platform/photos/PHFetchResult.h"
 
 #include <algorithm>
 #include <utility>
@@ -48,6 +49,11 @@ void YMSPhotoPickerViewController::presentAlbumPickerView()
     if (!m_currentCollectionItem || presentedViewController())
         return;
     refreshCollections();
+    const auto chosen = [self = weakSelf()](const std::optional<CollectionItem>& item) {
+        if (const auto picker = self.lock(); picker && item)
+            picker->albumChosen(*item);
+    };
+    present(std::make_shared<YMSAlbumPickerViewController>(m_collectionItems, m_currentCollectionItem, chosen), true);
 }
 
 void YMSPhotoPickerViewController::albumChosen(const CollectionItem& item)

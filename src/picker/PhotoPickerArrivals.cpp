@@ -2,12 +2,13 @@
 
 #include "picker/PhotoArrivals.h"
 #include "platform/base/Localization.h"
-#include "platform/photos/PHPhotoLibrary.h"
-#include "platform/photos/PictureFolders.h"
 #include "platform/base/Result.h"
+#include "platform/photos/PHPhotoLibrary.h"
 #include "platform/photos/PhotoSource.h"
+#include "platform/photos/PictureFolders.h"
 #include "platform/view/FailureAlert.h"
 
+#include <algorithm>
 #include <utility>
 
 // Photos that come from outside the library, and what there is to choose from at all.
@@ -113,7 +114,8 @@ void YMSPhotoPickerViewController::photosArrived(const PhotoArrivals& arrivals)
 
 void YMSPhotoPickerViewController::updateLibraryState()
 {
-    const LibraryState state = !m_collectionItems.empty()        ? Filled
+    const bool filled = std::ranges::any_of(m_collectionItems, [](const auto& item) { return !item.assets.isEmpty(); });
+    const LibraryState state = filled                            ? Filled
                                : !PHPhotoLibrary::showsFolders() ? Hidden
                                : PHPhotoLibrary::isComplete()    ? Empty
                                                                  : Loading;

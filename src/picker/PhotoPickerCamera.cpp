@@ -1,11 +1,11 @@
 #include "picker/YMSPhotoPickerViewController.h"
 
 #include "platform/base/Localization.h"
+#include "platform/image/pixels/UIImage.h"
 #include "platform/media/AVCaptureSession.h"
 #include "platform/photos/PHAssetChangeRequest.h"
 #include "platform/photos/PHAssetCollectionChangeRequest.h"
 #include "platform/photos/PHPhotoLibrary.h"
-#include "platform/image/pixels/UIImage.h"
 #include "platform/view/FailureAlert.h"
 
 #include <utility>

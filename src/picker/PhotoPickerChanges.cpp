@@ -38,6 +38,8 @@ void YMSPhotoPickerViewController::photoLibraryDidChange(const PHChange& changeI
         showChanges(*details);
     else
         followOtherAlbums();
+    if (m_currentCollectionItem && m_currentCollectionItem->assets.isEmpty())
+        refreshCollections(); // there may be none at all any more
     updateLibraryState();
 }
 

@@ -1,15 +1,11 @@
 #include "picker/YMSPhotoPickerViewController.h"
 
+#include "picker/PickerTexts.h"
 #include "picker/YMSCameraCell.h"
 #include "picker/YMSPhotoCell.h"
 #include "platform/base/Localization.h"
 #include "platform/base/UIScreen.h"
 #include "platform/media/AVCaptureSession.h"
-
-#include <QDateTime>
-#include <QLocale>
-
-#include <cmath>
 
 // The tiles of the photo picker, where they stand, and the bar over them.
 
@@ -22,12 +18,6 @@ constexpr int kCameraItem = 0;
 constexpr double kThumbnailScale = 0.75;
 /// For tiles that are asked for before the grid has a place, points.
 constexpr double kUnplacedSide = 118;
-
-QString dayText(double seconds)
-{
-    return QLocale().toString(QDateTime::fromSecsSinceEpoch(static_cast<qint64>(std::floor(seconds))).date(),
-                              QStringLiteral("d MMMM yyyy"));
-}
 
 } // namespace
 
@@ -74,18 +64,23 @@ void YMSPhotoPickerViewController::preparePhotoCell(YMSPhotoCell& cell, int item
 void YMSPhotoPickerViewController::refreshPhotoCell(YMSPhotoCell& cell, int item)
 {
     const PHAsset asset = assetOfItem(item);
-    if (cell.represents(asset))
+    if (cell.represents(asset) && cell.targetSize().width >= thumbnailSize().width)
         return;
     cell.cancelImageRequest();
     loadThumbnail(cell, asset);
 }
 
-void YMSPhotoPickerViewController::loadThumbnail(YMSPhotoCell& cell, const PHAsset& asset)
+CGSize YMSPhotoPickerViewController::thumbnailSize() const
 {
     const double side = m_measures.cellSide > 0 ? m_measures.cellSide : kUnplacedSide;
     const double pixels = side * UIScreen::main().scale * kThumbnailScale;
+    return {pixels, pixels};
+}
+
+void YMSPhotoPickerViewController::loadThumbnail(YMSPhotoCell& cell, const PHAsset& asset)
+{
     cell.setRepresentedAsset(asset);
-    cell.loadPhotoWithManager(m_imageManager, asset, {pixels, pixels});
+    cell.loadPhotoWithManager(m_imageManager, asset, thumbnailSize());
 }
 
 void YMSPhotoPickerViewController::animateHighlight(int item, bool highlighted)
@@ -97,7 +92,10 @@ void YMSPhotoPickerViewController::animateHighlight(int item, bool highlighted)
 QString YMSPhotoPickerViewController::itemDescription(int item) const
 {
     if (item == kCameraItem)
-        return QString::fromStdString(localizedString(QT_TRANSLATE_NOOP("Lamina", "Take a photo")));
+        return QString::fromStdString(
+            UIImagePickerController::isSourceTypeAvailable(UIImagePickerControllerSourceType::Camera)
+                ? localizedString(QT_TRANSLATE_NOOP("Lamina", "Take a photo"))
+                : localizedString(QT_TRANSLATE_NOOP("Lamina", "No camera")));
     const PHAsset asset = assetOfItem(item);
     const std::string day = dayText(asset.creationDate).toStdString();
     const std::optional<std::size_t> place = selectionIndexOf(asset);
@@ -128,6 +126,7 @@ void YMSPhotoPickerViewController::placeGrid(double width, double height, double
     m_place = place;
     m_measures = isPortraitGrid(place) ? portraitMeasures(place) : landscapeMeasures(place);
     emit gridChanged();
+    m_grid.refreshPhotoCells(); // larger tiles want larger pictures
 }
 
 void YMSPhotoPickerViewController::scrollViewDidScroll(double y, double viewHeight, double contentHeight)

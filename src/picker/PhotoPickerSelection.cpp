@@ -2,15 +2,16 @@
 
 #include "picker/YMSPhotoCell.h"
 #include "picker/YMSPhotoHelper.h"
+#include "picker/YMSSinglePhotoViewController.h"
+#include "platform/base/CGGeometry.h"
 #include "platform/base/Localization.h"
+#include "platform/base/Result.h"
+#include "platform/image/pixels/UIImage.h"
 #include "platform/photos/AssetPicture.h"
+#include "platform/photos/PHImageRequestOptions.h"
 #include "platform/photos/PictureQueue.h"
 #include "platform/view/FailureAlert.h"
 #include "platform/view/UIAlertController.h"
-#include "platform/base/CGGeometry.h"
-#include "platform/base/Result.h"
-#include "platform/image/pixels/UIImage.h"
-#include "platform/photos/PHImageRequestOptions.h"
 #include "platform/view/UIBarButtonItem.h"
 
 #include <algorithm>
@@ -46,10 +47,18 @@ QString YMSPhotoPickerViewController::selectionText() const
 {
     if (!allowsMultipleSelection())
         return {};
-    const std::string count = std::to_string(selectedCount());
+    return numberOfPhotoToSelect == 0 ? QString::fromStdString(localizedText(QT_TRANSLATE_NOOP("Lamina", "%1 chosen"),
+                                                                             {std::to_string(selectedCount())}))
+                                      : countText(m_selectedPhotos.size());
+}
+
+/// "2 of 3", or the number alone where there is no limit.
+QString YMSPhotoPickerViewController::countText(std::size_t number) const
+{
+    const std::string count = std::to_string(number);
     return QString::fromStdString(
         numberOfPhotoToSelect == 0
-            ? localizedText(QT_TRANSLATE_NOOP("Lamina", "%1 chosen"), {count})
+            ? count
             : localizedText(QT_TRANSLATE_NOOP("Lamina", "%1 of %2"), {count, std::to_string(numberOfPhotoToSelect)}));
 }
 
@@ -157,7 +166,39 @@ void YMSPhotoPickerViewController::didDeselectItem(int item)
         removeFromSelection(assetOfItem(item));
 }
 
-void YMSPhotoPickerViewController::presentSinglePhoto(int) {}
+SinglePhotoState YMSPhotoPickerViewController::stateOfPhoto(const PHAsset& asset) const
+{
+    const std::optional<std::size_t> place = selectionIndexOf(asset);
+    const bool allowed = !place && canAddPhoto();
+    if (!allowsMultipleSelection() || (!place && !allowed))
+        return {{}, allowed};
+    return {countText(place ? *place + 1 : m_selectedPhotos.size() + 1), allowed};
+}
+
+void YMSPhotoPickerViewController::presentSinglePhoto(int item)
+{
+    if (item <= kCameraItem || item >= m_grid.numberOfItems() || presentedViewController())
+        return;
+    const auto shown = std::make_shared<std::weak_ptr<YMSSinglePhotoViewController>>();
+    const auto finished = [self = weakSelf(), shown](bool selected) {
+        const auto large = shown->lock();
+        if (!selected || !large)
+            return;
+        // The large photo is on its way out by then, so that a delegate who dismisses reaches the picker.
+        DispatchQueue::main().async([self, asset = large->currentAsset()] {
+            if (const auto picker = self.lock())
+                picker->chooseByHand(asset);
+        });
+    };
+    const auto large = std::make_shared<YMSSinglePhotoViewController>(assetOfItem(item), m_imageManager, finished);
+    *shown = large;
+    large->setNeighbours(m_currentCollectionItem->assets, static_cast<std::size_t>(item) - 1);
+    large->setStateOfPhoto([self = weakSelf()](const PHAsset& asset) {
+        const auto picker = self.lock();
+        return picker ? picker->stateOfPhoto(asset) : SinglePhotoState();
+    });
+    present(large, true);
+}
 
 void YMSPhotoPickerViewController::cancelFullImage()
 {

@@ -2,7 +2,6 @@
 
 #include "picker/YMSAlbumPickerViewController.h"
 #include "picker/YMSPhotoPickerViewController.h"
-#include "picker/YMSPhotoPickerViewController.h"
 #include "picker/YMSSinglePhotoViewController.h"
 #include "platform/view/UIStoryboard.h"
 
@@ -24,12 +23,16 @@ std::shared_ptr<UIViewController> noPhoto()
     return std::make_shared<YMSSinglePhotoViewController>(PHAsset(), std::weak_ptr<PHImageManager>(), nullptr);
 }
 
+std::shared_ptr<UIViewController> picker()
+{
+    return std::make_shared<YMSPhotoPickerViewController>();
+}
+
 } // namespace
 
 void addPickerScenes(UIStoryboard& storyboard)
 {
-    storyboard.addScene("YMSPhotoPickerViewController",
-                        {[] { return std::make_shared<YMSPhotoPickerViewController>(); }, "YMSPhotoPickerScreen.qml"});
+    storyboard.addScene("YMSPhotoPickerViewController", {picker, "YMSPhotoPickerScreen.qml"});
     storyboard.addScene("YMSAlbumPickerViewController", {emptyAlbumList, "YMSAlbumPickerScreen.qml"});
     storyboard.addScene("YMSSinglePhotoViewController", {noPhoto, "YMSSinglePhotoScreen.qml"});
 }

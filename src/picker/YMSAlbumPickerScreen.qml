@@ -62,7 +62,7 @@ AppScreen {
         theme: albums.controller.theme
         title: albums.name
         leftText: qsTranslate("Lamina", "Cancel")
-        onLeft: albums.controller.cancel()
+        onLeave: albums.controller.cancel()
         MotionBehavior on y { motion: albums.controller.barOffset }
         MotionBehavior on opacity { motion: albums.controller.barAlpha }
     }

@@ -49,6 +49,7 @@ void YMSPhotoCell::loadPhotoWithManager(const std::shared_ptr<PHImageManager>& m
                                         CGSize targetSize)
 {
     m_imageManager = manager;
+    m_targetSize = targetSize;
     const auto answer = [cell = QPointer(this), identifier = asset.localIdentifier](const UIImage& picture) {
         if (cell && cell->representedAssetIdentifier() == identifier)
             cell->show(picture, !picture);

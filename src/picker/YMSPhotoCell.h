@@ -57,6 +57,8 @@ public:
     /// Asks for the asset's picture, so that it covers `targetSize` (pixels). The manager must outlive the request or
     /// be gone.
     void loadPhotoWithManager(const std::shared_ptr<PHImageManager>& manager, const PHAsset& asset, CGSize targetSize);
+    /// That of the last request.
+    CGSize targetSize() const { return m_targetSize; }
     /// Nothing where none is under way.
     void cancelImageRequest();
     /// `PHInvalidImageRequestID`: none.
@@ -101,6 +103,7 @@ private:
     void release();
 
     PHAsset m_representedAsset;
+    CGSize m_targetSize;
     std::weak_ptr<PHImageManager> m_imageManager;
     PHImageRequestID m_imageRequestID = PHInvalidImageRequestID;
     UIImage m_thumbnailImage;

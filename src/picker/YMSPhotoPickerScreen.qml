@@ -6,9 +6,10 @@ AppScreen {
     id: picker
 
     // YMSPhotoPickerViewController.LibraryState
-    readonly property bool loading: controller.libraryState === 0
-    readonly property bool empty: controller.libraryState === 1
-    readonly property bool hidden: controller.libraryState === 3
+    readonly property bool bare: grid.count <= 1 // but for the camera
+    readonly property bool loading: bare && controller.libraryState === 0
+    readonly property bool empty: bare && controller.libraryState === 1
+    readonly property bool hidden: bare && controller.libraryState === 3
     // Tab leads into a bar that has made way: it comes back for as long as it has the keyboard.
     readonly property bool barHeld: bar.holdsFocus && Host.focusVisible
     readonly property real barShown: bar.opacity > 0 ? bar.y + bar.height : 0
@@ -20,19 +21,11 @@ AppScreen {
         anchors.fill: parent
         color: Tokens.palette.paper
     }
-    PhotoGrid {
-        id: grid
-        height: parent.height
-        room: parent.width
-        controller: picker.controller
-        barHeight: bar.height
-        barShown: picker.barShown
-        focus: true
-    }
     PickerBar {
         id: bar
         readonly property bool album: picker.controller.albumTitle !== ""
-        y: picker.barHeld ? 0 : picker.controller.barOffset
+        // Where it has made way it keeps no touch from the photos, yet Tab still finds it.
+        y: picker.barHeld ? 0 : picker.controller.barAlpha > 0 ? picker.controller.barOffset : -height
         width: parent.width
         opacity: picker.barHeld ? 1 : picker.controller.barAlpha
         MotionBehavior on y { motion: picker.controller.barOffsetMotion }
@@ -49,6 +42,15 @@ AppScreen {
         onLeave: picker.controller.cancelPicking()
         onOpened: picker.controller.presentAlbumPickerView()
         onAct: picker.controller.rightBarButtonItem.press()
+    }
+    PhotoGrid {
+        id: grid
+        height: parent.height
+        room: parent.width
+        controller: picker.controller
+        barHeight: bar.height
+        barShown: picker.barShown
+        focus: true
     }
 
     BusyRing {

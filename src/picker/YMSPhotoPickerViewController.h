@@ -32,6 +32,7 @@ class AVCaptureSession;
 class YMSCameraCell;
 class YMSPhotoCell;
 struct PhotoArrivals;
+struct SinglePhotoState;
 
 /// The screen on which photos of the library are chosen: the pictures of one album as a grid whose first tile is the
 /// camera. Presented by `yms_presentCustomAlbumPhotoView`. Main thread only.
@@ -230,6 +231,7 @@ private:
     void refreshPhotoCell(YMSPhotoCell& cell, int item) override;
     PHAsset assetOfItem(int item) const;
     std::optional<int> itemOfAsset(const PHAsset& asset) const;
+    CGSize thumbnailSize() const;
     void loadThumbnail(YMSPhotoCell& cell, const PHAsset& asset);
     void animateHighlight(int item, bool highlighted);
 
@@ -237,6 +239,8 @@ private:
     void didSelectItem(int item) override;
     bool shouldDeselectItem(int item) override;
     void didDeselectItem(int item) override;
+    SinglePhotoState stateOfPhoto(const PHAsset& asset) const;
+    QString countText(std::size_t number) const;
     std::optional<std::size_t> selectionIndexOf(const PHAsset& asset) const;
     void choose(const PHAsset& asset);
     void chooseByHand(const PHAsset& asset);

@@ -140,8 +140,8 @@ AppScreen {
         rightIcon: "plus"
         rightEnabled: screen.controller.rightBarButtonItem.enabled
         rightCommand: "use"
-        onLeft: screen.controller.cancel()
-        onRight: screen.controller.rightBarButtonItem.press()
+        onLeave: screen.controller.cancel()
+        onAct: screen.controller.rightBarButtonItem.press()
         MotionBehavior on opacity { motion: screen.controller.barAlpha }
     }
 

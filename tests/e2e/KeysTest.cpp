@@ -2,12 +2,17 @@
 #include "WindowTest.h"
 
 #include "CommandRunner.h"
+#include "SamplePhotos.h"
 #include "TestPaths.h"
 #include "app/AboutViewController.h"
 #include "app/ViewController.h"
 #include "export/SavingTypeController.h"
+#include "picker/YMSAlbumPickerViewController.h"
+#include "picker/YMSPhotoPickerViewController.h"
+#include "picker/YMSSinglePhotoViewController.h"
 #include "platform/base/CGAffineTransform.h"
 #include "platform/host/KeyTable.h"
+#include "platform/photos/PictureFolders.h"
 
 #include <QClipboard>
 #include <QGuiApplication>
@@ -85,6 +90,14 @@ TEST_F(ByKeys, EveryKeyInTheListWorks)
         for (int i = 0; i < 4 && !driver->top<ViewController>(); ++i)
             driver->press(Qt::Key_Escape);
     };
+    const auto picker = [&] { return driver->top<YMSPhotoPickerViewController>(); };
+    const auto openPicker = [&] {
+        addSamplePhotos(picturesFolder(), 2, 0);
+        driver->top<ViewController>()->threePhotoCollage();
+        driver->waitFor<YMSPhotoPickerViewController>();
+        WindowDriver::waitUntil([&] { return picker()->photosModel()->rowCount() > 2; });
+        driver->settle();
+    };
     const auto copyPicture = [&](int) {
         home();
         const std::string bytes = readFile(testData("pictures/png-rgb8.png"));
@@ -100,6 +113,16 @@ TEST_F(ByKeys, EveryKeyInTheListWorks)
         {"fullScreen", nothing, [&](int) { return driver->view().windowStates().testFlag(Qt::WindowFullScreen); }},
         {"row", [&](int i) { home(), driver->top<ViewController>()->showMenu(), driver->settle(), remember(i); },
          moved},
+        {"mark",
+         [&](int i) {
+             if (i == 0)
+                 home(), openPicker(), driver->press(Qt::Key_Right);
+             value = picker()->selectedCount();
+         },
+         [&](int) { return picker()->selectedCount() != value; }},
+        {"preview", nothing, [&](int) { return driver->waitFor<YMSSinglePhotoViewController>(); }},
+        {"albums", [&](int) { driver->press(Qt::Key_Escape); },
+         [&](int) { return driver->waitFor<YMSAlbumPickerViewController>(); }},
         {"paste", copyPicture, [&](int) { return driver->waitFor<PinchZoomViewController>(); }},
         {"open", [&](int) { home(); },
          [&](int) { return driver->waitUntil([&] { return driver->item(QStringLiteral("dunes.jpg")); }); }},

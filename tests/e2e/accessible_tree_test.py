@@ -103,6 +103,17 @@ dialog 'Save as PNG' modal
   check box 'Transparent background' checked
   push button 'Save PNG'
 """
+PICKER = """
+panel 'Choose photos'
+  push button 'Cancel' (Esc)
+  push button 'All Photos' (Albums. A)
+  alert '1 of 3'
+  push button 'Done' (Enter)
+  list 'Photos'
+    list item 'Take a photo'
+    list item 'Photo, DAY'
+    list item 'Photo, DAY, chosen, number 1'
+"""
 QUESTION = """
 dialog 'Discard Editing' modal
   alert 'Discard Editing'
@@ -263,6 +274,18 @@ class AccessibleTree(unittest.TestCase):
         self.assert_shows(QUESTION)
         self.press("NO")
         self.assert_shows(BLEND)
+
+    def test_photos_are_chosen_from_the_contact_sheet(self):
+        pictures = self.home / "Pictures"
+        pictures.mkdir()
+        self.addCleanup(shutil.rmtree, pictures)
+        for name in ("dunes.jpg", "meadow.jpg"):
+            shutil.copy(SAMPLES / name, pictures)
+            os.utime(pictures / name, (1_800_000_000, 1_800_000_000))
+        self.start("--screen", "picker")
+        self.wait_for("list item 'Photo, 15 January 2027'")
+        self.press("Photo, 15 January 2027")
+        self.assert_shows(PICKER.replace("DAY", "15 January 2027"))
 
 
 if __name__ == "__main__":

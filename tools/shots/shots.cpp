@@ -15,7 +15,9 @@
 #include "export/ShareController.h"
 #include "hud/ProgressOverlay.h"
 #include "hud/SVProgressHUD.h"
+#include "picker/YMSAlbumPickerViewController.h"
 #include "picker/YMSPhotoPickerViewController.h"
+#include "picker/YMSSinglePhotoViewController.h"
 #include "platform/base/UIColor.h"
 #include "platform/files/FileWriting.h"
 #include "platform/media/VideoExport.h"
@@ -371,6 +373,16 @@ void shootPickers(const LaunchOptions& options, const QString& prefix)
     shooter.shoot("picker");
     driver.press(Qt::Key_Right);
     shooter.shoot("picker-focus");
+    picker->presentAlbumPickerView();
+    driver.waitFor<YMSAlbumPickerViewController>();
+    WindowDriver::waitUntil([&] { return isDrawn(driver); }, 5);
+    shooter.shoot("picker-albums");
+    driver.press(Qt::Key_Escape);
+    picker->tapItem(8);
+    picker->presentSinglePhoto(8);
+    driver.waitFor<YMSSinglePhotoViewController>();
+    shooter.shoot("picker-large");
+    driver.press(Qt::Key_Escape);
     driver.press(Qt::Key_Escape);
 }
 
