@@ -1,10 +1,10 @@
 // Thumbnails on disk: ours, and those of the desktop.
+#include "platform/photos/thumbnails/ThumbnailStore.h"
 #include "CommandRunner.h"
 #include "LogCapture.h"
 #include "TestPictures.h"
 #include "platform/image/codecs/PictureEncoding.h"
 #include "platform/photos/DesktopThumbnail_p.h"
-#include "platform/photos/ThumbnailStore_p.h"
 
 #include <QCryptographicHash>
 
