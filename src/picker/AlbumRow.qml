@@ -92,7 +92,7 @@ T.ItemDelegate {
                 font.pixelSize: Theme.textSize(row.theme.albumNameSize)
                 font.weight: row.theme.albumNameWeight
                 role: Tokens.type.pickerAlbum
-                color: Tokens.palette.onPaper
+                color: Tokens.palette.overPaper
                 wrapMode: Text.NoWrap
                 Accessible.ignored: true
             }
@@ -102,7 +102,7 @@ T.ItemDelegate {
                 font.pixelSize: Theme.textSize(row.theme.photosCountSize)
                 font.weight: row.theme.photosCountWeight
                 role: Tokens.type.pickerAlbum
-                color: Tokens.palette.onPaperSecondary
+                color: Tokens.palette.overPaperSecondary
                 wrapMode: Text.NoWrap
                 Accessible.ignored: true
             }

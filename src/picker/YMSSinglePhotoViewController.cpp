@@ -4,11 +4,12 @@
 #include "picker/PickerTexts.h"
 #include "picker/PickerThemeValues.h"
 #include "picker/YMSPhotoPickerTheme.h"
+#include "platform/base/Causes.h"
 #include "platform/base/DispatchQueue.h"
-#include "platform/base/Localization.h"
 #include "platform/base/UIScreen.h"
 #include "platform/photos/AssetPicture.h"
 #include "platform/photos/PictureQueue.h"
+#include "platform/view/FailureAlert.h"
 #include "platform/view/UIBarButtonItem.h"
 #include "platform/view/UIViewAnimation.h"
 
@@ -224,11 +225,11 @@ void YMSSinglePhotoViewController::findFailure()
                          expected = DispatchQueue::main().expectWork()]() mutable {
         const Result<UIImage> picture = loadAssetPicture(request, nullptr);
         DispatchQueue::main().async([weak = std::move(weak), request = std::move(request),
-                                     cause = picture ? std::string() : picture.error().cause] {
+                                     cause = picture ? std::string(cause::kNoMemory) : picture.error().cause] {
             const auto self = std::static_pointer_cast<YMSSinglePhotoViewController>(weak.lock());
             if (!self || !(self->m_currentAsset == request.asset) || !self->isUnreadable())
                 return;
-            self->m_failure = QString::fromStdString(localizedString(cause));
+            self->m_failure = QString::fromStdString(failureText({self->photoName().toStdString(), cause}));
             emit self->pictureChanged();
         });
     });

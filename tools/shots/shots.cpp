@@ -15,7 +15,9 @@
 #include "export/ShareController.h"
 #include "hud/ProgressOverlay.h"
 #include "hud/SVProgressHUD.h"
+#include "picker/YMSAlbumPickerViewController.h"
 #include "picker/YMSPhotoPickerViewController.h"
+#include "picker/YMSSinglePhotoViewController.h"
 #include "platform/base/UIColor.h"
 #include "platform/files/FileWriting.h"
 #include "platform/media/VideoExport.h"
@@ -357,6 +359,48 @@ bool isDrawn(WindowDriver& driver)
     return driver.called(QStringLiteral("waiting")) == nullptr;
 }
 
+/// The list of albums, one of them in use.
+void shootAlbums(Shooter& shooter, YMSPhotoPickerViewController& picker)
+{
+    WindowDriver& driver = shooter.driver();
+    picker.presentAlbumPickerView();
+    driver.waitFor<YMSAlbumPickerViewController>();
+    shooter.shoot("albums");
+    driver.press(Qt::Key_Down);
+    shooter.shoot("albums-focus");
+    driver.press(Qt::Key_Escape);
+    driver.waitFor<YMSPhotoPickerViewController>();
+}
+
+/// A photo to be looked at, its neighbour by itself and from near, and one that can't be read.
+void shootLargePhoto(Shooter& shooter, YMSPhotoPickerViewController& picker)
+{
+    WindowDriver& driver = shooter.driver();
+    picker.presentSinglePhoto(1);
+    driver.waitFor<YMSSinglePhotoViewController>();
+    const auto photo = driver.top<YMSSinglePhotoViewController>();
+    shooter.shoot("photo-large");
+    driver.press(Qt::Key_Right);
+    shooter.shoot("photo-large-next");
+    photo->switchPresentationStyle();
+    shooter.shoot("photo-large-full");
+    photo->toggleZoom(100, 100);
+    shooter.shoot("photo-large-zoomed");
+    photo->cancel();
+    driver.waitFor<YMSPhotoPickerViewController>();
+    const std::string broken = QDir::home().filePath(QStringLiteral("half-copied.jpg")).toStdString();
+    if (!writeFileAtomically(broken, std::vector<std::uint8_t>{'n', 'o'}))
+        return;
+    const auto manager = std::make_shared<PHImageManager>();
+    picker.present(std::make_shared<YMSSinglePhotoViewController>(PHAsset{.localIdentifier = "none", .path = broken},
+                                                                  manager, nullptr),
+                   true);
+    driver.waitFor<YMSSinglePhotoViewController>();
+    shooter.shoot("photo-large-unreadable");
+    driver.press(Qt::Key_Escape);
+    driver.waitFor<YMSPhotoPickerViewController>();
+}
+
 void shootPickers(const LaunchOptions& options, const QString& prefix)
 {
     Shooter shooter(options, prefix);
@@ -371,6 +415,8 @@ void shootPickers(const LaunchOptions& options, const QString& prefix)
     shooter.shoot("picker");
     driver.press(Qt::Key_Right);
     shooter.shoot("picker-focus");
+    shootAlbums(shooter, *picker);
+    shootLargePhoto(shooter, *picker);
     driver.press(Qt::Key_Escape);
 }
 
