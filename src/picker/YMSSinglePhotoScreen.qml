@@ -184,7 +184,7 @@ AppScreen {
                                  : screen.controller.photoFacts
                 role: Tokens.type.caption
                 color: Tokens.palette.overPaperSecondary
-                maximumLineCount: 2
+                maximumLineCount: words.line ? 3 : 2
                 Accessible.name: text
             }
         }
