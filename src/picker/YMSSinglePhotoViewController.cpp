@@ -4,19 +4,23 @@
 #include "picker/PickerTexts.h"
 #include "picker/PickerThemeValues.h"
 #include "picker/YMSPhotoPickerTheme.h"
+#include "platform/base/CGGeometry.h"
 #include "platform/base/Causes.h"
 #include "platform/base/DispatchQueue.h"
+#include "platform/base/Result.h"
 #include "platform/base/UIScreen.h"
 #include "platform/photos/AssetPicture.h"
 #include "platform/photos/PictureQueue.h"
 #include "platform/view/FailureAlert.h"
 #include "platform/view/UIBarButtonItem.h"
+#include "platform/view/UIView.h"
 #include "platform/view/UIViewAnimation.h"
 
 #include <algorithm>
 #include <cmath>
 #include <filesystem>
 #include <utility>
+#include <vector>
 
 namespace lamina {
 
