@@ -1,7 +1,5 @@
 #include "platform/image/codecs/TIFFTags_p.h"
 
-#include "gpu/core/TypedValue.h"
-
 #include <algorithm>
 
 namespace lamina {
