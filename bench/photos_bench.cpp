@@ -6,6 +6,7 @@
 #include "platform/base/MemoryWarning.h"
 #include "platform/base/NotificationCenter.h"
 #include "platform/files/PrivateFolder.h"
+#include "platform/image/pixels/UIImage.h"
 #include "platform/photos/LibraryEngine_p.h"
 #include "platform/photos/PHCachingImageManager.h"
 #include "platform/photos/PHChange.h"
@@ -27,7 +28,6 @@
 #include <cstdlib>
 #include <ctime>
 #include <filesystem>
-#include <fstream>
 #include <memory>
 #include <span>
 #include <string>
@@ -41,12 +41,6 @@ namespace fs = std::filesystem;
 
 constexpr std::size_t kFirstCells = 24;
 
-/// Where this run keeps its settings and caches; gone at its end.
-std::string homeFolder()
-{
-    return (fs::temp_directory_path() / "lamina-bench-home").string();
-}
-
 LibraryRoots rootsOver(const std::string& cache)
 {
     const std::string pictures = bench::folderOfManyPhotos();
@@ -57,7 +51,7 @@ LibraryRoots rootsOver(const std::string& cache)
 const std::string& cacheWithIndex()
 {
     static const std::string cache = [] {
-        std::string folder = homeFolder() + "/with-index";
+        std::string folder = bench::homeFolder() + "/with-index";
         LibraryEngine(rootsOver(folder)).waitUntilComplete();
         return folder;
     }();
@@ -105,7 +99,7 @@ BENCHMARK(openWithIndex)->MeasureProcessCPUTime()->UseManualTime()->Unit(benchma
 
 void openBareTable(benchmark::State& state)
 {
-    const std::string path = homeFolder() + "/bare.sqlite";
+    const std::string path = bench::homeFolder() + "/bare.sqlite";
     bench::fillBareTable(path);
     for (auto _ : state)
         benchmark::DoNotOptimize(bench::readBareTable(path));
@@ -115,7 +109,7 @@ BENCHMARK(openBareTable)->MeasureProcessCPUTime()->UseRealTime()->Unit(benchmark
 /// All photos walked, their headers read and the index written: at most 2 s, at most 8 MB.
 void firstIndex(benchmark::State& state)
 {
-    const std::string cache = homeFolder() + "/first-index";
+    const std::string cache = bench::homeFolder() + "/first-index";
     bench::folderOfManyPhotos();
     for (auto _ : state) {
         fs::remove_all(cache);
@@ -148,7 +142,7 @@ BENCHMARK(bareWalk)->MeasureProcessCPUTime()->UseRealTime()->Unit(benchmark::kMi
 void fillBareTable(benchmark::State& state)
 {
     for (auto _ : state)
-        bench::fillBareTable(homeFolder() + "/bare.sqlite");
+        bench::fillBareTable(bench::homeFolder() + "/bare.sqlite");
 }
 BENCHMARK(fillBareTable)->MeasureProcessCPUTime()->UseRealTime()->Unit(benchmark::kMillisecond);
 
@@ -334,19 +328,6 @@ void memoryOfPicker(benchmark::State& state)
 }
 BENCHMARK(memoryOfPicker)->MeasureProcessCPUTime()->UseRealTime()->Iterations(1)->Unit(benchmark::kMillisecond);
 
-/// A home of this run's own, whose folder for pictures holds the many photos.
-void moveIn()
-{
-    const std::string home = homeFolder();
-    fs::remove_all(home);
-    fs::create_directories(home + "/config");
-    std::ofstream(home + "/config/user-dirs.dirs") << "XDG_PICTURES_DIR=\"" << bench::folderOfManyPhotos() << "\"\n";
-    ::setenv("HOME", home.c_str(), 1);
-    ::setenv("XDG_CONFIG_HOME", (home + "/config").c_str(), 1);
-    ::setenv("XDG_CACHE_HOME", (home + "/cache").c_str(), 1);
-    ::setenv("LAMINA_MODULES", LAMINA_MODULES, 0);
-}
-
 } // namespace
 
 int main(int argc, char** argv)
@@ -354,10 +335,11 @@ int main(int argc, char** argv)
     QCoreApplication application(argc, argv);
     if (argc > 1 && std::string_view(argv[1]) == "--scroll")
         scrollThroughPicker();
-    moveIn();
+    bench::moveIn();
+    ::setenv("LAMINA_MODULES", LAMINA_MODULES, 0);
     DispatchQueue::main().bindToCurrentThread();
     benchmark::Initialize(&argc, argv);
     benchmark::RunSpecifiedBenchmarks();
-    fs::remove_all(homeFolder());
+    fs::remove_all(bench::homeFolder());
     return 0;
 }

@@ -4,9 +4,13 @@
 #include "app/ImagePIckingViewController.h"
 #include "app/PinchZoomViewController.h"
 #include "editors/blend/BlendPhotoViewController.h"
+#include "picker/YMSPhotoHelper.h"
+#include "picker/YMSPhotoPickerViewController.h"
 #include "platform/host/Application.h"
 #include "platform/host/CanvasItem.h"
+#include "platform/photos/PHPhotoLibrary.h"
 #include "support/BenchPhotos.h"
+#include "support/ManyPhotos.h"
 #include "support/Measuring.h"
 
 #include <QCoreApplication>
@@ -224,6 +228,42 @@ void openHundredMegapixels(benchmark::State& state)
     }
 }
 BENCHMARK(openHundredMegapixels)->UseManualTime()->Unit(benchmark::kMillisecond);
+
+// ---- the picker ----
+
+/// The grid of the picker over 50,000 photos while it is flung: 40 points a frame, with what arrives in between. The
+/// worst frame of all beside the middle one.
+void flungGridFrame(benchmark::State& state)
+{
+    bench::moveIn();
+    qputenv("LAMINA_MODULES", LAMINA_MODULES);
+    WindowDriver driver(phoneOptions());
+    const auto picker = std::make_shared<YMSPhotoPickerViewController>();
+    picker->numberOfPhotoToSelect = 3;
+    driver.settle();
+    yms_presentCustomAlbumPhotoView(*driver.top<UIViewController>(), picker, nullptr);
+    const auto grid = [&] { return driver.item(picker->albumTitle()); };
+    const bool filled = WindowDriver::waitUntil([&] {
+        return PHPhotoLibrary::isComplete() && picker->photosModel()->rowCount() > bench::kManyPhotos && grid();
+    });
+    if (!filled) {
+        state.SkipWithError("the picker doesn't show the photos");
+        return;
+    }
+    driver.settle();
+    double worst = 0;
+    for (auto _ : state) {
+        const double frame = bench::seconds([&] {
+            grid()->setProperty("contentY", grid()->property("contentY").toDouble() + 40);
+            QCoreApplication::processEvents();
+            drawFrame(driver.view());
+        });
+        worst = std::max(worst, frame);
+        state.SetIterationTime(frame);
+    }
+    state.counters["worst_ms"] = worst * 1000;
+}
+BENCHMARK(flungGridFrame)->MeasureProcessCPUTime()->UseManualTime()->Unit(benchmark::kMillisecond);
 
 // ---- at rest ----
 

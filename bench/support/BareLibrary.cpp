@@ -1,6 +1,6 @@
 #include "BareLibrary.h"
 
-#include "ManyPhotos.h"
+#include "support/ManyPhotos.h"
 
 #include <array>
 #include <atomic>
@@ -13,9 +13,11 @@
 #include <jpeglib.h>
 #include <memory>
 #include <sqlite3.h>
+#include <string>
 #include <sys/stat.h>
 #include <thread>
 #include <unistd.h>
+#include <vector>
 
 namespace lamina::bench {
 

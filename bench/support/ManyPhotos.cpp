@@ -1,10 +1,10 @@
-#include "ManyPhotos.h"
+#include "support/ManyPhotos.h"
 
-#include "BenchPhotos.h"
 #include "platform/image/codecs/PictureDecoding.h"
 #include "platform/image/codecs/PictureEncoding.h"
 #include "platform/image/codecs/PictureFormats.h"
 #include "platform/image/drawing/Resampling.h"
+#include "support/BenchPhotos.h"
 
 #include <array>
 #include <cstdint>
@@ -117,6 +117,22 @@ std::string folderOfManyPhotos()
         fs::rename(unfinished, folder);
     }
     return folder;
+}
+
+std::string homeFolder()
+{
+    return (fs::temp_directory_path() / "lamina-bench-home").string();
+}
+
+void moveIn()
+{
+    const std::string home = homeFolder();
+    fs::remove_all(home);
+    fs::create_directories(home + "/config");
+    std::ofstream(home + "/config/user-dirs.dirs") << "XDG_PICTURES_DIR=\"" << folderOfManyPhotos() << "\"\n";
+    ::setenv("HOME", home.c_str(), 1);
+    ::setenv("XDG_CONFIG_HOME", (home + "/config").c_str(), 1);
+    ::setenv("XDG_CACHE_HOME", (home + "/cache").c_str(), 1);
 }
 
 std::vector<std::string> largePhotos(const std::string& folder, int count)

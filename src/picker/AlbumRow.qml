@@ -78,31 +78,32 @@ T.ItemDelegate {
                 radius: Tokens.radius.thumb
             }
         }
-        Row {
+        // The count goes under a name that leaves it no room.
+        Flow {
             id: words
 
-            readonly property real room: check.x - x - Tokens.space.m
-
             x: row.textStart
+            width: (check.visible ? check.x - Tokens.space.m : parent.width - row.margin - Tokens.space.l) - x
             anchors.verticalCenter: parent.verticalCenter
             spacing: Math.round(Theme.textSize(row.theme.albumNameSize) * 0.3)
             StyledText {
-                width: Math.min(implicitWidth, words.room - (count.text === "" ? 0 : count.width + words.spacing))
+                width: Math.min(implicitWidth, words.width)
                 text: row.cell ? row.cell.albumName : ""
                 font.pixelSize: Theme.textSize(row.theme.albumNameSize)
                 font.weight: row.theme.albumNameWeight
                 role: Tokens.type.pickerAlbum
-                color: Tokens.palette.onPaper
-                wrapMode: Text.NoWrap
+                color: Tokens.palette.overPaper
+                wrapMode: Text.WrapAtWordBoundaryOrAnywhere
+                maximumLineCount: 2
                 Accessible.ignored: true
             }
             StyledText {
-                id: count
+                visible: text !== ""
                 text: row.cell ? row.cell.photosCount : ""
                 font.pixelSize: Theme.textSize(row.theme.photosCountSize)
                 font.weight: row.theme.photosCountWeight
                 role: Tokens.type.pickerAlbum
-                color: Tokens.palette.onPaperSecondary
+                color: Tokens.palette.overPaperSecondary
                 wrapMode: Text.NoWrap
                 Accessible.ignored: true
             }

@@ -123,9 +123,7 @@ PhotoGridCell* PhotoGrid::displayItem(int item)
 
 std::unique_ptr<PhotoGridCell> PhotoGrid::takeCell(int item)
 {
-    const auto spare = std::ranges::find_if(m_spare, [&](const auto& cell) {
-        return (dynamic_cast<YMSCameraCell*>(cell.get()) != nullptr) == (item == kCameraItem);
-    });
+    const auto spare = spareFor(item);
     std::unique_ptr<PhotoGridCell> cell;
     if (spare != m_spare.end()) {
         cell = std::move(*spare);
@@ -139,9 +137,32 @@ std::unique_ptr<PhotoGridCell> PhotoGrid::takeCell(int item)
     return cell;
 }
 
+/// One that has the photo's picture, else the one that has been spare for longest.
+PhotoGrid::Cells::iterator PhotoGrid::spareFor(int item)
+{
+    const auto isOfKind = [&](const auto& cell) {
+        return (dynamic_cast<YMSCameraCell*>(cell.get()) != nullptr) == (item == kCameraItem);
+    };
+    const PHAsset asset = m_delegate.assetOfItem(item);
+    const auto found = std::ranges::find_if(m_spare, [&](const auto& cell) {
+        const auto* const photo = dynamic_cast<YMSPhotoCell*>(cell.get());
+        return photo && item != kCameraItem && photo->represents(asset);
+    });
+    return found != m_spare.end() ? found : std::ranges::find_if(m_spare, isOfKind);
+}
+
+void PhotoGrid::emptyCell(PhotoGridCell& cell, int item)
+{
+    auto* const photo = dynamic_cast<YMSPhotoCell*>(&cell);
+    if (photo && photo->represents(m_delegate.assetOfItem(item)))
+        photo->cancelImageRequest();
+    else
+        cell.prepareForReuse();
+}
+
 void PhotoGrid::fillCell(PhotoGridCell& cell, int item)
 {
-    cell.prepareForReuse();
+    emptyCell(cell, item);
     cell.m_item = item;
     if (auto* const photo = dynamic_cast<YMSPhotoCell*>(&cell))
         m_delegate.preparePhotoCell(*photo, item);
@@ -156,7 +177,9 @@ void PhotoGrid::endDisplaying(const QObject* cell)
     if (found == m_displayed.end())
         return;
     (*found)->m_item = -1;
-    (*found)->prepareForReuse();
+    (*found)->setSelected(false);
+    if (auto* const photo = dynamic_cast<YMSPhotoCell*>(found->get()))
+        photo->cancelImageRequest();
     m_spare.push_back(std::move(*found));
     m_displayed.erase(found);
 }

@@ -20,6 +20,9 @@ class PhotoGridDelegate {
 public:
     virtual ~PhotoGridDelegate() = default;
 
+    /// The photo of an item; one without identifier for the camera's.
+    virtual PHAsset assetOfItem(int item) const = 0;
+
     /// The camera's tile begins to show it, or shows it anew.
     virtual void prepareCameraCell(YMSCameraCell& cell) = 0;
     /// The same for a photo's.
@@ -74,7 +77,8 @@ public:
     /// A tile for a view that is to show the item, which must exist; else null. It stays the view's until
     /// `endDisplaying`. The grid owns it.
     PhotoGridCell* displayItem(int item);
-    /// The view is gone: the tile is emptied, and used again. One that is unknown is ignored.
+    /// The view is gone: the tile is used again, where it can for the same photo, so that a list that is shown anew
+    /// has its pictures. One that is unknown is ignored.
     void endDisplaying(const QObject* cell);
 
     /// By a tap or by `selectItem`.
@@ -93,6 +97,8 @@ private:
     using Cells = std::vector<std::unique_ptr<PhotoGridCell>>;
 
     std::unique_ptr<PhotoGridCell> takeCell(int item);
+    Cells::iterator spareFor(int item);
+    void emptyCell(PhotoGridCell& cell, int item);
     void fillCell(PhotoGridCell& cell, int item);
     void mark(int item, bool selected);
     void tapSelectedItem(int item);

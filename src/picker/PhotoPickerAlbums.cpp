@@ -2,12 +2,9 @@
 
 #include "picker/YMSAlbumPickerViewController.h"
 #include "platform/media/AVCaptureSession.h"
-#include "platform/photos/PHCollection.h"
 #include "platform/photos/PHFetchResult.h"
 
 #include <algorithm>
-#include <utility>
-#include <variant>
 
 // The albums that there are, and the one on show.
 

@@ -3,6 +3,7 @@
 #include "picker/PickerTexts.h"
 #include "picker/YMSCameraCell.h"
 #include "picker/YMSPhotoCell.h"
+#include "platform/base/CGGeometry.h"
 #include "platform/base/Localization.h"
 #include "platform/base/UIScreen.h"
 #include "platform/media/AVCaptureSession.h"

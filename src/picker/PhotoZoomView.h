@@ -18,6 +18,7 @@ public:
     static constexpr double kMaximumZoom = 8;
     static constexpr double kCloseUp = 2.5; ///< where a double tap goes
 
+    /// Without a photo; the area is all of it.
     static std::shared_ptr<PhotoZoomView> make(const CGRect& frame);
 
     /// The scale has changed, and

@@ -1,9 +1,13 @@
 #include "picker/PickerScenes.h"
 
+#include "picker/CollectionItem.h"
 #include "picker/YMSAlbumPickerViewController.h"
 #include "picker/YMSPhotoPickerViewController.h"
 #include "picker/YMSSinglePhotoViewController.h"
+#include "platform/photos/PHAsset.h"
+#include "platform/photos/PHImageManager.h"
 #include "platform/view/UIStoryboard.h"
+#include "platform/view/UIViewController.h"
 
 #include <memory>
 #include <optional>

@@ -1,8 +1,8 @@
 #include "picker/PickerThemeValues.h"
 
+#include "picker/YMSPhotoPickerTheme.h"
 #include "platform/base/UIColor.h"
 #include "platform/text/UIFont.h"
-#include "picker/YMSPhotoPickerTheme.h"
 
 #include <QLatin1Char>
 #include <QString>

@@ -35,6 +35,7 @@ public:
 
     /// Empty until an answer has come.
     const UIImage& thumbnailImage() const { return m_thumbnailImage; }
+    /// For views.
     QVariant thumbnailVariant() const;
     /// The empty picture: there is none to be had.
     void setThumbnailImage(const UIImage& image);
@@ -45,6 +46,7 @@ public:
     void setAlbumName(const std::string& name);
     /// "(12)"; empty for none.
     QString photosCountText() const;
+    /// Of the album.
     void setPhotosCount(std::size_t count);
     /// Whether the check is there.
     bool isChecked() const { return m_checked; }

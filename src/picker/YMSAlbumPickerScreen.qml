@@ -26,6 +26,7 @@ AppScreen {
         anchors.fill: parent
         topMargin: bar.height
         bottomMargin: albums.controller.bottomContentInset
+        scrollBar: false
         name: albums.name
         model: albums.controller.rowCount
         rowForTyping: (text, current) => albums.controller.rowForTyping(text, current)

@@ -5,11 +5,13 @@
 #include "picker/YMSPhotoPickerTheme.h"
 #include "platform/base/Localization.h"
 #include "platform/base/UIScreen.h"
+#include "platform/image/pixels/UIImage.h"
 
 #include <QCoreApplication>
 
 #include <algorithm>
 #include <cstddef>
+#include <string>
 #include <utility>
 
 namespace lamina {

@@ -3,6 +3,7 @@
 #include "picker/CollectionItem.h"
 #include "picker/NavigationBarHiding.h"
 #include "picker/YMSAlbumCell.h"
+#include "platform/photos/PHAsset.h"
 #include "platform/photos/PHCachingImageManager.h"
 #include "platform/photos/PHImageManager.h"
 #include "platform/view/TypeAhead.h"
@@ -11,6 +12,7 @@
 #include <QString>
 #include <QVariantMap>
 
+#include <cstddef>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -56,10 +58,12 @@ public:
 
     void viewDidLoad() override;
 
+    /// As it is now.
     QVariantMap theme() const;
     /// The bar's colour, or the theme's tint where the bar is white.
     QString tableTint() const;
     int rowCount() const { return static_cast<int>(m_collectionItems.size()); }
+    /// The first row that is checked; −1: none.
     int selectedRow() const;
 
     // The list begins under a white header and ends in a white footer that is much higher than the window, so that

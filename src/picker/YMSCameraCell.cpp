@@ -2,10 +2,10 @@
 
 #include "platform/base/DispatchQueue.h"
 #include "platform/base/Log.h"
+#include "platform/base/Result.h"
 #include "platform/base/UIDevice.h"
 #include "platform/media/AVCaptureDevice.h"
 #include "platform/view/UIImageMetaType.h"
-#include "platform/base/Result.h"
 #include "platform/view/UIImagePickerController.h"
 
 #include <QPointer>

@@ -229,7 +229,7 @@ private:
     void prepareCameraCell(YMSCameraCell& cell) override;
     void preparePhotoCell(YMSPhotoCell& cell, int item) override;
     void refreshPhotoCell(YMSPhotoCell& cell, int item) override;
-    PHAsset assetOfItem(int item) const;
+    PHAsset assetOfItem(int item) const override;
     std::optional<int> itemOfAsset(const PHAsset& asset) const;
     CGSize thumbnailSize() const;
     void loadThumbnail(YMSPhotoCell& cell, const PHAsset& asset);

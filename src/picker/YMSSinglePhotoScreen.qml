@@ -18,7 +18,7 @@ AppScreen {
 
     Rectangle {
         anchors.fill: parent
-        color: Tokens.palette.onPaper
+        color: Tokens.palette.overPaper
     }
     Rectangle {
         anchors.fill: parent
@@ -67,10 +67,6 @@ AppScreen {
             else if (use)
                 screen.controller.selectCurrentPhoto()
         }
-        FocusRing {
-            inside: true
-            control: canvas
-        }
     }
 
     Item {
@@ -79,6 +75,11 @@ AppScreen {
         y: screen.bars ? bar.height : 0
         width: parent.width
         height: parent.height - y - (screen.bars ? words.height : 0)
+        FocusRing {
+            inside: true
+            visible: control.activeFocus && Host.focusVisible && screen.bars
+            control: canvas
+        }
 
         Column {
             anchors.centerIn: parent
@@ -102,7 +103,7 @@ AppScreen {
                 width: parent.width
                 text: screen.controller.failure
                 role: Tokens.type.caption
-                color: screen.bars ? Tokens.palette.onPaperSecondary : Tokens.palette.textSecondary
+                color: screen.bars ? Tokens.palette.overPaperSecondary : Tokens.palette.textSecondary
                 horizontalAlignment: Text.AlignHCenter
                 Accessible.role: Accessible.AlertMessage
                 Accessible.name: text
@@ -113,7 +114,7 @@ AppScreen {
             anchors.centerIn: parent
             visible: screen.controller.waiting && patience.over
             running: visible
-            color: screen.bars ? Tokens.palette.onPaperHud : Tokens.palette.text
+            color: screen.bars ? Tokens.palette.overPaperHud : Tokens.palette.text
         }
         Timer {
             id: patience
@@ -165,13 +166,13 @@ AppScreen {
         Column {
             id: told
             x: words.inset
-            y: words.line ? Tokens.space.s : Tokens.space.m
+            y: words.aside ? Tokens.space.s : Tokens.space.xs
             width: words.aside && hint.visible ? words.inner - hint.width - Tokens.space.xl : words.inner
             StyledText {
                 width: parent.width
                 visible: !words.line
                 text: screen.controller.photoName
-                color: Tokens.palette.onPaper
+                color: Tokens.palette.overPaper
                 wrapMode: Text.NoWrap
                 elide: Text.ElideMiddle
                 Accessible.name: text
@@ -182,8 +183,8 @@ AppScreen {
                 text: words.line ? [screen.controller.photoName, screen.controller.photoFacts].filter(text => text !== "").join(", ")
                                  : screen.controller.photoFacts
                 role: Tokens.type.caption
-                color: Tokens.palette.onPaperSecondary
-                maximumLineCount: 2
+                color: Tokens.palette.overPaperSecondary
+                maximumLineCount: words.line ? 3 : 2
                 Accessible.name: text
             }
         }
@@ -204,7 +205,7 @@ AppScreen {
             width: words.aside ? Math.min(implicitWidth, words.inner / 2) : words.inner
             text: screen.hint
             role: Tokens.type.caption
-            color: Tokens.palette.onPaperSecondary
+            color: Tokens.palette.overPaperSecondary
             Accessible.ignored: true
         }
     }

@@ -4,18 +4,23 @@
 #include "picker/PickerTexts.h"
 #include "picker/PickerThemeValues.h"
 #include "picker/YMSPhotoPickerTheme.h"
+#include "platform/base/CGGeometry.h"
+#include "platform/base/Causes.h"
 #include "platform/base/DispatchQueue.h"
-#include "platform/base/Localization.h"
+#include "platform/base/Result.h"
 #include "platform/base/UIScreen.h"
 #include "platform/photos/AssetPicture.h"
 #include "platform/photos/PictureQueue.h"
+#include "platform/view/FailureAlert.h"
 #include "platform/view/UIBarButtonItem.h"
+#include "platform/view/UIView.h"
 #include "platform/view/UIViewAnimation.h"
 
 #include <algorithm>
 #include <cmath>
 #include <filesystem>
 #include <utility>
+#include <vector>
 
 namespace lamina {
 
@@ -224,11 +229,11 @@ void YMSSinglePhotoViewController::findFailure()
                          expected = DispatchQueue::main().expectWork()]() mutable {
         const Result<UIImage> picture = loadAssetPicture(request, nullptr);
         DispatchQueue::main().async([weak = std::move(weak), request = std::move(request),
-                                     cause = picture ? std::string() : picture.error().cause] {
+                                     cause = picture ? std::string(cause::kNoMemory) : picture.error().cause] {
             const auto self = std::static_pointer_cast<YMSSinglePhotoViewController>(weak.lock());
             if (!self || !(self->m_currentAsset == request.asset) || !self->isUnreadable())
                 return;
-            self->m_failure = QString::fromStdString(localizedString(cause));
+            self->m_failure = QString::fromStdString(failureText({self->photoName().toStdString(), cause}));
             emit self->pictureChanged();
         });
     });

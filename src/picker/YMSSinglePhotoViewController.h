@@ -7,6 +7,7 @@
 #include "platform/photos/PHImageManager.h"
 #include "platform/view/AnimatedProperty.h"
 #include "platform/view/UIGestureRecognizer.h"
+#include "platform/view/UIImageView.h"
 #include "platform/view/UIPanGestureRecognizer.h"
 #include "platform/view/UITapGestureRecognizer.h"
 #include "platform/view/UIViewController.h"
@@ -60,6 +61,7 @@ public:
     using DismissalHandler = std::function<void(bool selected)>;
     using StateOfPhoto = std::function<SinglePhotoState(const PHAsset& asset)>;
 
+    /// What stands round the photo. The values are those that are told to layouts.
     enum class PresentationStyle {
         Bars = 0,        ///< with bars, on white
         FullPicture = 1, ///< the photo alone, on black
@@ -110,6 +112,7 @@ public:
     /// Goes on to the photo that stands `step` further in the album, 1 the next one; stops at its ends.
     Q_INVOKABLE void showNeighbour(int step);
 
+    /// From 1, where all of the photo is seen.
     double zoomScale() const;
     /// About the middle, as keys do; as a pinch, it ends with this.
     Q_INVOKABLE void zoomBy(double factor);
@@ -118,13 +121,17 @@ public:
     /// Moves the photo by points while it is zoomed.
     Q_INVOKABLE void nudge(double dx, double dy);
 
+    /// As it is now.
     QVariantMap theme() const;
     const Animated<double>& barAlpha() const { return m_barAlpha; }
     QObject* barAlphaObject() { return &m_barAlpha; }
     QObject* whiteAlphaObject() { return &m_whiteAlpha; }
     QString numberText() const { return m_state.numberText; }
+    /// On one line.
     QString photoName() const;
+    /// What is known of size and day; empty: nothing.
     QString photoFacts() const;
+    /// Whether its album holds others.
     bool hasNeighbours() const { return m_album.count() > 1; }
     bool isWaiting() const { return m_picture == Picture::Waiting; }
     bool isUnreadable() const { return m_picture == Picture::Unreadable; }

@@ -8,6 +8,8 @@
 #include "picker/YMSPhotoPickerViewController.h"
 #include "platform/base/UIColor.h"
 #include "platform/photos/PHAsset.h"
+#include "platform/photos/PHCollection.h"
+#include "platform/photos/PHPhotoLibrary.h"
 #include "platform/view/UIApplication.h"
 #include "platform/view/UIImageMetaType.h"
 #include "platform/view/UINavigationController.h"
@@ -37,6 +39,11 @@ protected:
         settle();
     }
 
+    void addCollageEditor()
+    {
+        storyboard->addScene("CreateCollageViewController", {[] { return std::make_shared<CollageEditor>(); }, ""});
+        storyboard->addSegue(segue::kPickedToCollage, "CreateCollageViewController", UIStoryboard::SegueKind::Present);
+    }
     /// Opens a picker and answers for it as one that the user has finished, without waiting.
     void finishPicking(const std::string& entry, const std::vector<std::string>& names)
     {
@@ -82,8 +89,7 @@ TEST_F(HomeScreen, CollageEntriesOpenThePickerInItsColours)
 TEST_F(HomeScreen, PickedPhotosReachTheEditorInTheirOrder)
 {
     EXPECT_FALSE(home->collageAvailable());
-    storyboard->addScene("CreateCollageViewController", {[] { return std::make_shared<CollageEditor>(); }, ""});
-    storyboard->addSegue(segue::kPickedToCollage, "CreateCollageViewController", UIStoryboard::SegueKind::Present);
+    addCollageEditor();
     EXPECT_TRUE(home->collageAvailable());
     const auto blues = [](const std::vector<UIImage>& images) {
         std::vector<int> read;
@@ -102,6 +108,36 @@ TEST_F(HomeScreen, PickedPhotosReachTheEditorInTheirOrder)
     pick("blendPhoto", {"b.png", "a.png"});
     ASSERT_TRUE(top<BlendPhotoViewController>());
     EXPECT_EQ(blues(top<BlendPhotoViewController>()->getImageArr), (std::vector{200, 10}));
+}
+
+TEST_F(HomeScreen, LeadsFromTheLibraryOverThePickerToTheEditor)
+{
+    addCollageEditor();
+    PHPhotoLibrary::setFurtherFolders({folder.path()});
+    const auto ownAlbum = [this] {
+        for (const PHAssetCollection& album :
+             fetchAssetCollectionsWithType(PHAssetCollectionType::Album, PHAssetCollectionSubtype::AlbumRegular))
+            if (album.path == folder.path())
+                return fetchAssetsInAssetCollection(album);
+        return PHFetchResult();
+    };
+    ASSERT_TRUE(DispatchQueue::main().runUntil([&] { return ownAlbum().count() == 2; }, 20));
+    home->twoPhotoCollage();
+    settle();
+    const auto picker = top<YMSPhotoPickerViewController>();
+    ASSERT_TRUE(picker && picker->currentCollectionItem());
+    for (const char* const name : {"b.png", "a.png"}) // in the order of choice
+        for (const PHAsset& asset : ownAlbum().objects(0, 2))
+            if (asset.path == folder.path(name))
+                picker->tapItem(static_cast<int>(*picker->currentCollectionItem()->assets.indexOfObject(asset)) + 1);
+    picker->finishPickingPhotos();
+    settle();
+    ASSERT_TRUE(top<CollageEditor>());
+    const std::vector<UIImage>& images = top<CollageEditor>()->images;
+    ASSERT_EQ(images.size(), 2u);
+    EXPECT_EQ(pixelAt(images[0].cgImage(), 0, 0)[2], 200);
+    EXPECT_EQ(pixelAt(images[1].cgImage(), 0, 0)[2], 10);
+    PHPhotoLibrary::setFurtherFolders({});
 }
 
 TEST(PickedPhotos, CoverTheScreenAndKeepTheirPixelsForTheDeepestZoom)

@@ -15,46 +15,26 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// What the stand-in was asked to do.
-struct Use {
+/// A camera that isn't one, as a device and as what is opened of it.
+class StandIn : public AVCaptureDevice, public AVCaptureDeviceInput, public std::enable_shared_from_this<StandIn> {
+public:
     bool opens = true;
     int running = 0;
-    AVCaptureDeviceInput::FrameHandler frames;
-};
+    FrameHandler frames;
 
-class Input : public AVCaptureDeviceInput {
-public:
-    explicit Input(std::shared_ptr<Use> use)
-        : m_use(std::move(use))
-    {
-    }
-    void start(FrameHandler handler) override
-    {
-        ++m_use->running;
-        m_use->frames = std::move(handler);
-    }
-    void stop() override { --m_use->running; }
-
-private:
-    std::shared_ptr<Use> m_use;
-};
-
-class Device : public AVCaptureDevice {
-public:
-    explicit Device(std::shared_ptr<Use> use)
-        : m_use(std::move(use))
-    {
-    }
     std::string localizedName() const override { return "stand-in"; }
     Result<std::shared_ptr<AVCaptureDeviceInput>> makeInput() override
     {
-        if (!m_use->opens)
+        if (!opens)
             return Error{localizedName(), "in use"};
-        return std::shared_ptr<AVCaptureDeviceInput>(std::make_shared<Input>(m_use));
+        return std::shared_ptr<AVCaptureDeviceInput>(shared_from_this());
     }
-
-private:
-    std::shared_ptr<Use> m_use;
+    void start(FrameHandler handler) override
+    {
+        ++running;
+        frames = std::move(handler);
+    }
+    void stop() override { --running; }
 };
 
 using Status = AVAuthorizationStatus;
@@ -70,7 +50,7 @@ protected:
                                         status = answer;
                                         handler(answer == Status::Authorized);
                                     },
-                                    [this] { return std::make_shared<Device>(use); }});
+                                    [this] { return use; }});
     }
     void TearDown() override
     {
@@ -97,7 +77,7 @@ protected:
 
     Status status = Status::Authorized;
     Status answer = Status::Authorized;
-    const std::shared_ptr<Use> use = std::make_shared<Use>();
+    const std::shared_ptr<StandIn> use = std::make_shared<StandIn>();
     const UIImage photo{rampPicture(20, 10, 77), 1, UIImageOrientation::Right};
 };
 

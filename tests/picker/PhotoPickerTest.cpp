@@ -5,6 +5,7 @@
 #include "picker/YMSSinglePhotoViewController.h"
 #include "platform/base/CGGeometry.h"
 #include "platform/view/UIAlertController.h"
+#include "platform/view/UIViewAnimation.h"
 
 #include <set>
 
@@ -156,12 +157,15 @@ TEST_F(PhotoPickerTest, AddsThePhotoThatIsLargeAndShowsTheAlbumThatIsChosen)
 TEST_F(PhotoPickerTest, FillsATileForOnePhotoAtATime)
 {
     open(2);
-    auto* const tile = qobject_cast<YMSPhotoCell*>(cells[static_cast<std::size_t>(itemOf("s1"))]);
+    auto* tile = qobject_cast<YMSPhotoCell*>(cells[static_cast<std::size_t>(itemOf("s1"))]);
     EXPECT_EQ(tile->targetSize(), (CGSize{118 * 3 * 0.75, 118 * 3 * 0.75}));
     settle();
     EXPECT_TRUE(tile->thumbnailImage() && !tile->isUnreadable());
     picker->placeGrid(768, 1024, 2, 8, 8); // a larger window: its picture is asked for again
     EXPECT_EQ(tile->targetSize().width, 249 * 3 * 0.75);
+    EXPECT_TRUE(tile->thumbnailImage());
+    display(); // shown anew, it has its picture at once
+    tile = qobject_cast<YMSPhotoCell*>(cells[static_cast<std::size_t>(itemOf("s1"))]);
     EXPECT_TRUE(tile->thumbnailImage());
 
     const auto manager = std::make_shared<PHImageManager>();

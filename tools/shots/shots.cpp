@@ -251,6 +251,11 @@ void shootRoad(const LaunchOptions& options, const QString& prefix)
     shooter.shoot("home-focus");
     driver.tap(QStringLiteral("Menu"));
     shooter.shoot("menu");
+    driver.tap(QStringLiteral("Photo folders…"));
+    shooter.shoot("photo-folders");
+    driver.tap(QStringLiteral("Add a folder…")); // no portal answers here
+    WindowDriver::waitUntil([&] { return driver.item(QStringLiteral("Choose this folder")) != nullptr; }, 5);
+    shooter.shoot("photo-folder");
     driver.press(Qt::Key_Escape);
     driver.press(Qt::Key_F1);
     shooter.shoot("keys");
@@ -359,6 +364,48 @@ bool isDrawn(WindowDriver& driver)
     return driver.called(QStringLiteral("waiting")) == nullptr;
 }
 
+/// The list of albums, one of them in use.
+void shootAlbums(Shooter& shooter, YMSPhotoPickerViewController& picker)
+{
+    WindowDriver& driver = shooter.driver();
+    picker.presentAlbumPickerView();
+    driver.waitFor<YMSAlbumPickerViewController>();
+    shooter.shoot("albums");
+    driver.press(Qt::Key_Down);
+    shooter.shoot("albums-focus");
+    driver.press(Qt::Key_Escape);
+    driver.waitFor<YMSPhotoPickerViewController>();
+}
+
+/// A photo to be looked at, its neighbour by itself and from near, and one that can't be read.
+void shootLargePhoto(Shooter& shooter, YMSPhotoPickerViewController& picker)
+{
+    WindowDriver& driver = shooter.driver();
+    picker.presentSinglePhoto(1);
+    driver.waitFor<YMSSinglePhotoViewController>();
+    const auto photo = driver.top<YMSSinglePhotoViewController>();
+    shooter.shoot("photo-large");
+    driver.press(Qt::Key_Right);
+    shooter.shoot("photo-large-next");
+    photo->switchPresentationStyle();
+    shooter.shoot("photo-large-full");
+    photo->toggleZoom(100, 100);
+    shooter.shoot("photo-large-zoomed");
+    photo->cancel();
+    driver.waitFor<YMSPhotoPickerViewController>();
+    const std::string broken = QDir::home().filePath(QStringLiteral("half-copied.jpg")).toStdString();
+    if (!writeFileAtomically(broken, std::vector<std::uint8_t>{'n', 'o'}))
+        return;
+    const auto manager = std::make_shared<PHImageManager>();
+    picker.present(std::make_shared<YMSSinglePhotoViewController>(PHAsset{.localIdentifier = "none", .path = broken},
+                                                                  manager, nullptr),
+                   true);
+    driver.waitFor<YMSSinglePhotoViewController>();
+    shooter.shoot("photo-large-unreadable");
+    driver.press(Qt::Key_Escape);
+    driver.waitFor<YMSPhotoPickerViewController>();
+}
+
 void shootPickers(const LaunchOptions& options, const QString& prefix)
 {
     Shooter shooter(options, prefix);
@@ -373,16 +420,8 @@ void shootPickers(const LaunchOptions& options, const QString& prefix)
     shooter.shoot("picker");
     driver.press(Qt::Key_Right);
     shooter.shoot("picker-focus");
-    picker->presentAlbumPickerView();
-    driver.waitFor<YMSAlbumPickerViewController>();
-    WindowDriver::waitUntil([&] { return isDrawn(driver); }, 5);
-    shooter.shoot("picker-albums");
-    driver.press(Qt::Key_Escape);
-    picker->tapItem(8);
-    picker->presentSinglePhoto(8);
-    driver.waitFor<YMSSinglePhotoViewController>();
-    shooter.shoot("picker-large");
-    driver.press(Qt::Key_Escape);
+    shootAlbums(shooter, *picker);
+    shootLargePhoto(shooter, *picker);
     driver.press(Qt::Key_Escape);
 }
 

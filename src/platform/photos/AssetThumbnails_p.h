@@ -4,10 +4,10 @@
 #include "platform/base/Result.h"
 #include "platform/image/pixels/UIImage.h"
 #include "platform/photos/AssetPicture.h"
-#include "platform/photos/FileStamp_p.h"
-#include "platform/photos/PictureWorkers_p.h"
 #include "platform/photos/ThumbnailMemory_p.h"
-#include "platform/photos/ThumbnailStore_p.h"
+#include "platform/photos/thumbnails/FileStamp.h"
+#include "platform/photos/thumbnails/PictureWorkers.h"
+#include "platform/photos/thumbnails/ThumbnailStore.h"
 
 #include <atomic>
 #include <cstddef>

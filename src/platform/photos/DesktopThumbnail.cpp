@@ -6,14 +6,10 @@
 #include "platform/files/PrivateFolder.h"
 #include "platform/image/codecs/PictureDecoding.h"
 #include "platform/photos/AssetScaling_p.h"
-#include "platform/base/CGGeometry.h"
-#include "platform/base/Result.h"
-#include "platform/photos/PNGTexts_p.h"
+#include "platform/photos/thumbnails/PNGTexts.h"
 
 #include <QCryptographicHash>
 
-#include <cstdint>
-#include <cstddef>
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>

@@ -2,7 +2,7 @@
 
 #include "platform/image/pixels/UIImage.h"
 #include "platform/photos/AssetPicture.h"
-#include "platform/photos/FileStamp_p.h"
+#include "platform/photos/thumbnails/FileStamp.h"
 
 #include <string>
 

@@ -1,9 +1,9 @@
 #include "platform/photos/FetchDifferences_p.h"
 
-#include <iterator>
 #include <algorithm>
 #include <bit>
 #include <cstdint>
+#include <iterator>
 #include <utility>
 #include <vector>
 
@@ -49,35 +49,61 @@ private:
     std::size_t m_mask;
 };
 
-/// Those of the kept photos, in their order of before, that don't stay between their neighbours: all but a longest
-/// ascending sequence of places in the list after.
-std::vector<Move> movesAmong(const std::vector<Move>& kept)
+/// The places at which kept photos stand before their predecessors of the list before. Each must be moved, or another
+/// one for it.
+std::size_t countDescents(const std::vector<Move>& kept)
 {
-    const auto ascends = [](const Move& x, const Move& y) { return x.to < y.to; };
-    if (std::is_sorted(kept.begin(), kept.end(), ascends))
-        return {};
+    std::size_t descents = 0;
+    for (std::size_t i = 1; i < kept.size(); ++i)
+        descents += kept[i].to < kept[i - 1].to ? 1 : 0;
+    return descents;
+}
+
+/// Whether each of these photos belongs to a longest sequence that ascends in the list after. It is built up by the
+/// smallest last place that a sequence of each length can have.
+std::vector<bool> longestAscent(const std::vector<Move>& kept)
+{
     constexpr std::size_t kNone = SIZE_MAX;
-    std::vector<std::size_t> ends;                         // of the best sequence of each length, in `kept`
+    std::vector<std::size_t> tops;                         // the last place, for each length
+    std::vector<std::size_t> ends;                         // and whose that is
     std::vector<std::size_t> previous(kept.size(), kNone); // in the sequence that ends here
+    std::size_t next = 0; // where the photo goes if its neighbour is the one that it had
     for (std::size_t i = 0; i < kept.size(); ++i) {
-        const auto end =
-            std::lower_bound(ends.begin(), ends.end(), i, [&](auto x, auto y) { return ascends(kept[x], kept[y]); });
-        if (end != ends.begin())
-            previous[i] = *std::prev(end);
-        if (end == ends.end())
-            ends.push_back(i);
-        else
-            *end = i;
+        const std::size_t to = kept[i].to;
+        const bool follows = (next == 0 || tops[next - 1] < to) && (next == tops.size() || to <= tops[next]);
+        const std::size_t length =
+            follows ? next : static_cast<std::size_t>(std::lower_bound(tops.begin(), tops.end(), to) - tops.begin());
+        if (length == tops.size()) {
+            tops.emplace_back();
+            ends.emplace_back();
+        }
+        tops[length] = to;
+        ends[length] = i;
+        previous[i] = length > 0 ? ends[length - 1] : kNone;
+        next = length + 1;
     }
-    std::vector<bool> stays(kept.size());
-    for (std::size_t i = ends.back(); i != kNone; i = previous[i])
-        stays[i] = true;
+    std::vector<bool> belongs(kept.size());
+    for (std::size_t i = ends.empty() ? kNone : ends.back(); i != kNone; i = previous[i])
+        belongs[i] = true;
+    return belongs;
+}
+
+/// Those of the kept photos, in their order of before, that don't stay between their neighbours; nothing when they are
+/// more than `most`.
+std::optional<std::vector<Move>> movesAmong(const std::vector<Move>& kept, std::size_t most)
+{
+    const std::size_t descents = countDescents(kept);
     std::vector<Move> moves;
+    if (descents == 0)
+        return moves;
+    if (descents > most)
+        return std::nullopt;
+    const std::vector<bool> stays = longestAscent(kept);
     for (std::size_t i = 0; i < kept.size(); ++i)
         if (!stays[i])
             moves.push_back(kept[i]);
-    std::sort(moves.begin(), moves.end(), ascends);
-    return moves;
+    std::sort(moves.begin(), moves.end(), [](const Move& x, const Move& y) { return x.to < y.to; });
+    return moves.size() <= most ? std::optional(std::move(moves)) : std::nullopt;
 }
 
 /// What stands between the equal beginning and the equal end of two lists.
@@ -97,8 +123,8 @@ Middle middleOf(std::span<const PhotoID> before, std::span<const PhotoID> after)
     return {first, before.first(before.size() - last), after.first(after.size() - last)};
 }
 
-/// All but `changed`.
-Lists listsOf(const Middle& middle)
+/// All but `changed`; nothing when something is more than `most`.
+std::optional<Lists> listsOf(const Middle& middle, std::size_t most)
 {
     Lists lists;
     std::vector<Move> kept;
@@ -115,7 +141,12 @@ Lists listsOf(const Middle& middle)
     for (std::size_t i = 0; i < wasThere.size(); ++i)
         if (!wasThere[i])
             lists.inserted.push_back(middle.start + i);
-    lists.moves = movesAmong(kept);
+    if (lists.removed.size() + lists.inserted.size() > most)
+        return std::nullopt;
+    auto moves = movesAmong(kept, most);
+    if (!moves)
+        return std::nullopt;
+    lists.moves = *std::move(moves);
     return lists;
 }
 
@@ -137,11 +168,11 @@ std::vector<std::size_t> changedPlaces(std::span<const PhotoID> after, std::span
 std::optional<Lists> fetchDifferences(std::span<const PhotoID> before, std::span<const PhotoID> after,
                                       std::span<const PhotoID> changed, std::size_t most)
 {
-    Lists lists = listsOf(middleOf(before, after));
-    lists.changed = changedPlaces(after, changed, lists.inserted);
-    const bool few = lists.removed.size() + lists.inserted.size() <= most && lists.changed.size() <= most &&
-                     lists.moves.size() <= most;
-    return few ? std::optional(std::move(lists)) : std::nullopt;
+    std::optional<Lists> lists = listsOf(middleOf(before, after), most);
+    if (!lists)
+        return std::nullopt;
+    lists->changed = changedPlaces(after, changed, lists->inserted);
+    return lists->changed.size() <= most ? std::move(lists) : std::nullopt;
 }
 
 } // namespace lamina

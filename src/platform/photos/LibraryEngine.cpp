@@ -4,9 +4,9 @@
 #include "platform/photos/FolderWalk_p.h"
 #include "platform/photos/LibraryEngineImpl_p.h"
 
-#include <optional>
 #include <chrono>
 #include <cstdlib>
+#include <optional>
 #include <utility>
 
 namespace lamina {

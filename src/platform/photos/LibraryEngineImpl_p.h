@@ -2,10 +2,10 @@
 
 #include "platform/files/FileReading.h"
 #include "platform/photos/LibraryEngine_p.h"
-#include "platform/photos/LibraryScanner_p.h"
-#include "platform/photos/PhotoIndex_p.h"
 #include "platform/photos/LibraryRoots.h"
+#include "platform/photos/LibraryScanner_p.h"
 #include "platform/photos/LibrarySnapshot_p.h"
+#include "platform/photos/PhotoIndex_p.h"
 #include "platform/photos/PhotoRecords_p.h"
 #include "platform/photos/SnapshotBuilder_p.h"
 
@@ -55,14 +55,15 @@ private:
     using Clock = std::chrono::steady_clock;
     using Time = Clock::time_point;
 
+    LibraryRoots takeRoots();
     void reload();
     LibrarySnapshotPtr makeSnapshot(const LibraryPlaces::Changes& changes, bool isOtherTree);
 
     // The thread.
     void run();
-    void wait(bool isBusy);
+    bool wait(bool isBusy);
     int waitingTime(bool isBusy) const;
-    bool work();
+    bool work(bool isMounted);
     void runCommands();
     void gather(bool hasNews);
     void endGathering();
@@ -86,6 +87,9 @@ private:
     mutable std::mutex m_mutex; ///< guards what follows
     std::condition_variable m_news;
     LibraryRoots m_roots;
+    std::uint64_t m_wantedRoots = 0; ///< counts the roots told
+    std::uint64_t m_loadedRoots = 0; ///< the count of those that the scanner has
+    std::uint64_t m_shownRoots = 0;  ///< the same of the snapshot
     LibrarySnapshotPtr m_snapshot;
     std::function<void(const LibraryChange&)> m_handler;
     std::vector<std::function<void()>> m_commands;

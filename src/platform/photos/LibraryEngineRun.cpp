@@ -1,28 +1,28 @@
 #include "platform/photos/LibraryEngineImpl_p.h"
 
+#include "platform/photos/FactsReader_p.h"
 #include "platform/photos/FolderWalk_p.h"
 #include "platform/photos/LibraryRoots.h"
 #include "platform/photos/LibraryScanner_p.h"
 #include "platform/photos/LibrarySnapshot_p.h"
 #include "platform/photos/PhotoRecords_p.h"
-#include "platform/photos/FactsReader_p.h"
 
-#include <vector>
-#include <thread>
-#include <string>
-#include <optional>
-#include <mutex>
-#include <memory>
-#include <functional>
-#include <cstdint>
-#include <chrono>
 #include <algorithm>
-#include <cerrno>
+#include <array>
+#include <chrono>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <optional>
 #include <poll.h>
 #include <pthread.h>
+#include <string>
 #include <sys/eventfd.h>
+#include <thread>
 #include <unistd.h>
 #include <utility>
+#include <vector>
 
 namespace lamina {
 
@@ -60,7 +60,7 @@ void LibraryEngine::Impl::start()
     const std::lock_guard starting(m_startMutex);
     if (m_scanner)
         return;
-    const LibraryRoots roots = this->roots();
+    const LibraryRoots roots = takeRoots();
     m_index = PhotoIndex::open(roots.cacheFolder);
     m_losses = m_index->lossCount();
     m_scanner = std::make_unique<LibraryScanner>(m_index, m_limits.watches, [this] { wake(); });
@@ -72,6 +72,13 @@ void LibraryEngine::Impl::start()
     }
     if (!m_stopped)
         m_thread = std::thread([this] { run(); });
+}
+
+LibraryRoots LibraryEngine::Impl::takeRoots()
+{
+    const std::lock_guard lock(m_mutex);
+    m_loadedRoots = m_wantedRoots;
+    return m_roots;
 }
 
 bool LibraryEngine::Impl::isRunning() const
@@ -104,6 +111,7 @@ void LibraryEngine::Impl::configure(LibraryRoots roots)
         if (m_roots == roots)
             return;
         m_roots = std::move(roots);
+        ++m_wantedRoots;
     }
     // A start that is under way has either set its snapshot by now, or reads these roots.
     const std::lock_guard starting(m_startMutex);
@@ -146,7 +154,7 @@ void LibraryEngine::Impl::release()
 void LibraryEngine::Impl::waitUntilComplete()
 {
     std::unique_lock lock(m_mutex);
-    m_news.wait(lock, [this] { return m_isFinished || !m_snapshot || m_snapshot->complete; });
+    m_news.wait(lock, [this] { return m_isFinished || (m_snapshot->complete && m_shownRoots == m_wantedRoots); });
 }
 
 void LibraryEngine::Impl::stop(milliseconds longest)
@@ -172,8 +180,8 @@ void LibraryEngine::Impl::run()
     m_isGathering = true; // the first walk
     bool isBusy = true;
     while (!m_stopped) {
-        wait(isBusy);
-        isBusy = !m_stopped && work();
+        const bool isMounted = wait(isBusy);
+        isBusy = !m_stopped && work(isMounted);
     }
     m_scanner->stop();
     const std::lock_guard lock(m_mutex);
@@ -196,7 +204,8 @@ int LibraryEngine::Impl::waitingTime(bool isBusy) const
     return static_cast<int>(std::clamp<milliseconds::rep>(left.count(), 0, kLongestGathering.count()));
 }
 
-void LibraryEngine::Impl::wait(bool isBusy)
+/// Whether something was mounted.
+bool LibraryEngine::Impl::wait(bool isBusy)
 {
     // A mutex alone would be ours again before anybody who waits for it has woken.
     while (m_wantedHolds > 0)
@@ -206,22 +215,23 @@ void LibraryEngine::Impl::wait(bool isBusy)
         const std::lock_guard step(m_stepMutex);
         isHeld = m_holds > 0;
     }
-    pollfd descriptors[] = {{m_wake.get(), POLLIN, 0},
-                            {m_scanner->watchDescriptor(), POLLIN, 0},
-                            {m_scanner->mountDescriptor(), POLLPRI, 0}};
-    poll(descriptors, std::size(descriptors), isHeld ? -1 : waitingTime(isBusy));
+    std::array<pollfd, 3> descriptors = {{{m_wake.get(), POLLIN, 0},
+                                          {m_scanner->watchDescriptor(), POLLIN, 0},
+                                          {m_scanner->mountDescriptor(), POLLPRI, 0}}};
+    poll(descriptors.data(), descriptors.size(), isHeld ? -1 : waitingTime(isBusy));
     std::uint64_t count = 0;
     [[maybe_unused]] const ssize_t taken = read(m_wake.get(), &count, sizeof count);
+    return descriptors.back().revents != 0;
 }
 
 /// Whether there is more to do at once.
-bool LibraryEngine::Impl::work()
+bool LibraryEngine::Impl::work(bool isMounted)
 {
     LibraryChange change;
     bool isBusy = false;
     {
         const std::lock_guard step(m_stepMutex);
-        gather(m_scanner->readEvents());
+        gather(m_scanner->readEvents(isMounted));
         if (m_holds > 0)
             return false;
         runCommands();
@@ -301,6 +311,7 @@ LibraryChange LibraryEngine::Impl::publish()
     m_isUrgent = false;
     const std::lock_guard lock(m_mutex);
     m_snapshot = change.after;
+    m_shownRoots = m_loadedRoots;
     m_news.notify_all();
     return change;
 }
@@ -337,7 +348,7 @@ void LibraryEngine::Impl::tell(const LibraryChange& change)
 void LibraryEngine::Impl::reload()
 {
     m_losses = m_index->lossCount();
-    m_scanner->load(roots());
+    m_scanner->load(takeRoots());
     for (const auto& [id, file] : m_loose)
         m_scanner->places().put({id, 0, file.date}, 1, false);
     m_hasBegun = false;

@@ -2,15 +2,15 @@
 
 #include "platform/base/Result.h"
 #include "platform/photos/LibraryRoots.h"
-#include "platform/photos/PhotoRecords_p.h"
 #include "platform/photos/LibrarySnapshot_p.h"
+#include "platform/photos/PhotoRecords_p.h"
 
-#include <utility>
 #include <cstddef>
 #include <functional>
 #include <limits>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace lamina {

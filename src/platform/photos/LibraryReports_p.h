@@ -1,8 +1,8 @@
 #pragma once
 
 #include "platform/photos/LibraryEngine_p.h"
-#include "platform/photos/PHChange.h"
 #include "platform/photos/LibrarySnapshot_p.h"
+#include "platform/photos/PHChange.h"
 #include "platform/photos/PHChange_p.h"
 
 #include <memory>

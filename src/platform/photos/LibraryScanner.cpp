@@ -2,6 +2,7 @@
 
 #include <optional>
 #include <algorithm>
+#include <optional>
 #include <sys/inotify.h>
 #include <utility>
 
@@ -99,12 +100,12 @@ void LibraryScanner::touchAll()
     });
 }
 
-bool LibraryScanner::readEvents()
+bool LibraryScanner::readEvents(bool isMounted)
 {
     const std::vector<WatchEvent> events = m_watch.read();
     for (const WatchEvent& event : events)
         takeEvent(event);
-    const std::vector<std::string> points = m_mounts.takeChanges();
+    const std::vector<std::string> points = isMounted ? m_mounts.takeChanges() : std::vector<std::string>();
     for (const std::string& point : points)
         takeMount(point);
     return !events.empty() || !points.empty();

@@ -2,6 +2,7 @@
 
 #include <optional>
 #include <algorithm>
+#include <optional>
 #include <utility>
 
 // The files of a round: which of them are known, which have moved, and which are to be read.

@@ -4,6 +4,7 @@
 
 #include <optional>
 #include <algorithm>
+#include <optional>
 #include <utility>
 
 // The folders of a round: roots that come and go, a folder's children, and what stands for them in the index.

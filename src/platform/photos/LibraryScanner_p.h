@@ -47,8 +47,9 @@ public:
     /// To be waited on until they can be read, and with POLLPRI; see `readEvents`.
     int watchDescriptor() const { return m_watch.descriptor(); }
     int mountDescriptor() const { return m_mounts.descriptor(); }
-    /// Reads what the watches tell, and marks what it concerns. Whether it told anything.
-    bool readEvents();
+    /// Reads what the watches tell, and marks what it concerns. `isMounted`: the mounts have something to tell. Whether
+    /// there was anything.
+    bool readEvents(bool isMounted);
     /// Marks a folder, or the folder of a file, with the file's name: it is looked at whatever the watch tells.
     void touch(const std::string& path);
     /// Marks the folders that can't be watched and have changed.

@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <algorithm>
 #include <array>
+#include <cstddef>
 #include <filesystem>
 #include <system_error>
 #include <utility>

@@ -2,9 +2,9 @@
 
 #include <algorithm>
 #include <array>
+#include <cstddef>
 #include <fcntl.h>
 #include <iterator>
-#include <poll.h>
 #include <sstream>
 #include <unistd.h>
 #include <utility>
@@ -58,9 +58,6 @@ std::multiset<std::string> MountWatch::read() const
 
 std::vector<std::string> MountWatch::takeChanges()
 {
-    pollfd table{m_table.get(), POLLPRI, 0};
-    if (poll(&table, 1, 0) <= 0)
-        return {};
     const std::multiset<std::string> former = std::exchange(m_mounts, read());
     std::vector<std::string> changes;
     std::ranges::set_symmetric_difference(former, m_mounts, std::back_inserter(changes));

@@ -14,9 +14,9 @@ class MountWatch {
 public:
     MountWatch();
 
-    /// To be waited on with POLLPRI; -1: the system doesn't tell.
+    /// To be waited on with POLLPRI, which tells of a change once; -1: the system doesn't tell.
     int descriptor() const { return m_table.get(); }
-    /// The folders on which something was mounted, or is no longer, since the last time. Does not wait.
+    /// The folders on which something was mounted, or is no longer, since the last time.
     std::vector<std::string> takeChanges();
 
 private:

@@ -2,9 +2,8 @@
 
 #include "platform/photos/AssetPicture.h"
 #include "platform/photos/AssetThumbnails_p.h"
-#include "platform/photos/PictureWorkers_p.h"
+#include "platform/photos/thumbnails/PictureWorkers.h"
 
-#include <cstddef>
 #include <atomic>
 #include <cstddef>
 #include <utility>

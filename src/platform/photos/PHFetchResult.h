@@ -18,7 +18,9 @@ public:
     /// No pictures.
     PHFetchResult();
 
+    /// How many pictures there are.
     std::size_t count() const;
+    /// Whether there are none.
     bool isEmpty() const { return count() == 0; }
 
     /// The picture at `index`, from 0; an asset without identifier beyond the end.

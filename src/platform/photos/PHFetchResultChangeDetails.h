@@ -21,6 +21,7 @@ public:
 
         friend bool operator==(const Move&, const Move&) = default;
     };
+    /// The lists of indexes below.
     struct Lists {
         std::vector<std::size_t> removed, inserted, changed;
         std::vector<Move> moves;
@@ -38,6 +39,7 @@ public:
     /// Places in the list after of pictures that were there before and have another content, date or name now.
     const std::vector<std::size_t>& changedIndexes() const { return m_lists.changed; }
 
+    /// Whether pictures that stay have changed their order.
     bool hasMoves() const { return !m_lists.moves.empty(); }
     /// As few as there can be, by where they go.
     const std::vector<Move>& moves() const { return m_lists.moves; }

@@ -3,8 +3,8 @@
 #include "platform/photos/Albums_p.h"
 #include "platform/photos/LibrarySnapshot_p.h"
 #include "platform/photos/PHAsset.h"
-#include "platform/photos/PhotoRecords_p.h"
 #include "platform/photos/PHFetchResult.h"
+#include "platform/photos/PhotoRecords_p.h"
 
 #include <array>
 #include <cstddef>

@@ -7,7 +7,7 @@
 #include "platform/photos/AssetPicture.h"
 #include "platform/photos/AssetThumbnails_p.h"
 #include "platform/photos/PictureQueue.h"
-#include "platform/photos/PictureWorkers_p.h"
+#include "platform/photos/thumbnails/PictureWorkers.h"
 
 #include <atomic>
 #include <chrono>

@@ -1,6 +1,6 @@
 #include "platform/photos/PictureQueue.h"
 
-#include "platform/photos/PictureWorkers_p.h"
+#include "platform/photos/thumbnails/PictureWorkers.h"
 
 #include <utility>
 

@@ -4,14 +4,19 @@
 #include "platform/photos/LibrarySnapshot_p.h"
 #include "platform/photos/PhotoRecords_p.h"
 #include "platform/photos/LibraryTree_p.h"
+#include "platform/photos/PhotoRecords_p.h"
 
 #include <vector>
 #include <string>
 #include <memory>
 #include <cstddef>
 #include <array>
+#include <cstddef>
+#include <memory>
+#include <string>
 #include <unordered_map>
 #include <unordered_set>
+#include <vector>
 
 namespace lamina {
 

@@ -2,7 +2,6 @@
 
 #include "platform/base/CGGeometry.h"
 #include "platform/photos/AssetScaling_p.h"
-#include "platform/base/CGGeometry.h"
 #include "platform/photos/PHImageManager.h"
 
 namespace lamina {
@@ -68,7 +67,8 @@ void ThumbnailMemory::keepUnreadable(const FileStamp& file)
 
 void ThumbnailMemory::put(const Key& key, const UIImage& picture)
 {
-    if (use(key)) // two requests have made the same
+    // A panorama can be so long that it would push all others out.
+    if (cost(picture) > m_mostBytes / 2 || use(key)) // or two requests have made the same
         return;
     m_entries.push_front({key, picture});
     m_places.emplace(key, m_entries.begin());

@@ -103,12 +103,13 @@ protected:
         DispatchQueue::main().runUntilIdle(60);
         return file;
     }
-    /// All files below the home, as paths from there.
+    /// All files below the home but for the library's index, as paths from there.
     std::vector<std::string> files() const
     {
         std::vector<std::string> names;
         for (const auto& entry : fs::recursive_directory_iterator(home.path()))
-            if (entry.is_regular_file() || entry.is_symlink())
+            if ((entry.is_regular_file() || entry.is_symlink()) &&
+                !entry.path().filename().string().starts_with("photos.sqlite"))
                 names.push_back(entry.path().lexically_relative(home.path()));
         std::sort(names.begin(), names.end());
         return names;

@@ -5,8 +5,10 @@
 #include "TestPictures.h"
 #include "platform/base/MemoryWarning.h"
 #include "platform/photos/AssetThumbnails_p.h"
+#include "platform/photos/PHImageRequestOptions.h"
 
 #include <gtest/gtest.h>
+#include <utility>
 
 namespace lamina::test {
 namespace {
@@ -52,7 +54,7 @@ TEST_F(ThumbnailSources, AreReadOnceForAsLongAsAFileStays)
     forgetMemory();
     EXPECT_LE(difference(middle(path), kRed), 3) << "from disk";
     EXPECT_EQ(middle(path, 620), Rgba()) << "what is kept is too small";
-    setModified(path, {1'000'000'000, 0});
+    std::filesystem::last_write_time(path, {});
     EXPECT_EQ(middle(path), Rgba()) << "a file that was touched is another one";
 
     photo("b.png", kBlue);
@@ -69,7 +71,7 @@ TEST_F(ThumbnailSources, OfFilesThatHoldNoPictureAreNotTriedAgain)
     EXPECT_EQ(middle(path), Rgba());
     disguise(path, good);
     EXPECT_EQ(middle(path), Rgba()) << "known";
-    setModified(path, {1'000'000'000, 0});
+    std::filesystem::last_write_time(path, {});
     EXPECT_LE(difference(middle(path), kRed), 3);
 }
 
@@ -94,6 +96,7 @@ TEST(ThumbnailMemory, HoldsWhatWasUsedLast)
     EXPECT_TRUE(memory.find(file(1), request));
     memory.keep(file(3), request, picture);
     memory.keepUnreadable(file(4));
+    memory.keep(file(5), request, UIImage(solidPicture(200, 100, {1, 2, 3, 255}))); // too large to push out the rest
     EXPECT_TRUE(memory.find(file(1), request));
     EXPECT_FALSE(memory.find(file(2), request));
     EXPECT_FALSE(memory.find(file(3), larger));

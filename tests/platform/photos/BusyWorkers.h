@@ -2,7 +2,7 @@
 
 #include "platform/base/DispatchQueue.h"
 #include "platform/base/DispatchSemaphore.h"
-#include "platform/photos/PictureWorkers_p.h"
+#include "platform/photos/thumbnails/PictureWorkers.h"
 
 #include <gtest/gtest.h>
 

@@ -9,6 +9,7 @@
 #include "platform/photos/PHCachingImageManager.h"
 #include "platform/photos/PictureQueue.h"
 
+#include <cstddef>
 #include <gtest/gtest.h>
 #include <limits>
 

@@ -12,6 +12,8 @@ ListView {
 
     readonly property real rowHeight: currentItem ? currentItem.height : Tokens.touch.listRow
     readonly property int pageRows: Math.max(1, Math.floor((height - topMargin) / rowHeight) - 1)
+    // Not where the list holds more than its rows.
+    property bool scrollBar: true
     // Somebody came to another row by keys.
     signal wentTo(int row)
 
@@ -44,5 +46,5 @@ ListView {
             goTo(command !== undefined ? places[command][pressed(command)] : found)
     }
 
-    T.ScrollBar.vertical: ThinScrollBar { }
+    T.ScrollBar.vertical: ThinScrollBar { visible: list.scrollBar && size < 1 }
 }

@@ -67,6 +67,7 @@ public:
 
     /// See TypeAhead.
     void setTypingMemory(int milliseconds) { m_typeAhead.setMemory(milliseconds); }
+    /// The row whose name begins with what was typed; −1: none. See TypeAhead.
     Q_INVOKABLE int rowForTyping(const QString& text, int current);
 
     /// Goes where choosing begins: the user's pictures; the samples while there are none; their home without either.

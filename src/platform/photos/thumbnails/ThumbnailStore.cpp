@@ -1,11 +1,10 @@
-#include "platform/photos/ThumbnailStore_p.h"
+#include "platform/photos/thumbnails/ThumbnailStore.h"
 
 #include "platform/base/Log.h"
 #include "platform/files/FileReading.h"
 #include "platform/files/FileWriting.h"
 #include "platform/files/PrivateFolder.h"
 #include "platform/image/codecs/PictureDecoding.h"
-#include "platform/image/codecs/PictureFormats.h"
 #include "platform/image/codecs/PictureEncoding.h"
 #include "platform/image/codecs/PictureFormats.h"
 

@@ -2,9 +2,8 @@
 
 #include "platform/base/Result.h"
 #include "platform/image/pixels/UIImage.h"
-#include "platform/photos/FileStamp_p.h"
+#include "platform/photos/thumbnails/FileStamp.h"
 
-#include <vector>
 #include <chrono>
 #include <cstdint>
 #include <mutex>

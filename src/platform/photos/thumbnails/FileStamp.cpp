@@ -1,4 +1,4 @@
-#include "platform/photos/FileStamp_p.h"
+#include "platform/photos/thumbnails/FileStamp.h"
 
 #include <sys/stat.h>
 

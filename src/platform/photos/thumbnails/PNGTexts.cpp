@@ -1,9 +1,8 @@
-#include "platform/photos/PNGTexts_p.h"
+#include "platform/photos/thumbnails/PNGTexts.h"
 
 #include "platform/base/Result.h"
 #include "platform/files/FileReading.h"
 
-#include <cstddef>
 #include <algorithm>
 #include <array>
 #include <cstddef>

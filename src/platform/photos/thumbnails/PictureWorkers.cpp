@@ -1,4 +1,4 @@
-#include "platform/photos/PictureWorkers_p.h"
+#include "platform/photos/thumbnails/PictureWorkers.h"
 
 #include <algorithm>
 #include <cstdlib>
