@@ -266,6 +266,21 @@ const ChangeCase kChanges[] = {
      {"Pictures/loose.jpg", "Pictures/Trip/a.jpg", "Pictures/Trip/b.jpg", "Pictures/Other/c.jpg",
       "Pictures/from outside.jpg"},
      {}},
+    {"RenamedBesideASecondName",
+     [](const auto& at) {
+         fs::rename(at("Pictures/Trip/a.jpg"), at("Pictures/Trip/c.jpg"));
+         fs::create_hard_link(at("Pictures/Trip/b.jpg"), at("Pictures/Trip/d.jpg"));
+     },
+     {"Pictures/loose.jpg", "Pictures/Trip/c.jpg", "Pictures/Trip/b.jpg", "Pictures/Other/c.jpg"},
+     {{"Pictures/Trip/c.jpg", "Pictures/Trip/a.jpg"}}},
+    {"ANewFilesSecondNameStays",
+     [](const auto& at) {
+         fs::copy(at("Pictures/loose.jpg"), at("Pictures/new.jpg"));
+         fs::create_hard_link(at("Pictures/new.jpg"), at("Pictures/newer.jpg"));
+         fs::remove(at("Pictures/new.jpg"));
+     },
+     {"Pictures/loose.jpg", "Pictures/Trip/a.jpg", "Pictures/Trip/b.jpg", "Pictures/Other/c.jpg", "Pictures/newer.jpg"},
+     {}},
     {"TheSecondNameStays",
      [](const auto& at) {
          fs::create_hard_link(at("Pictures/Trip/b.jpg"), at("Pictures/b again.jpg"));
