@@ -38,8 +38,8 @@ constexpr milliseconds kLongestGathering{1000};
 constexpr milliseconds kFirstInterval{250};
 constexpr milliseconds kLongestInterval{1000};
 
-/// A file that is as long as it was this long before is taken for finished.
-constexpr milliseconds kIdle{5000};
+/// Times may lie anywhere, a wait may not.
+constexpr milliseconds kLongestSleep{60'000};
 
 constexpr std::chrono::microseconds kTurn{100};
 
@@ -206,7 +206,7 @@ int LibraryEngine::Impl::waitingTime(bool isBusy) const
     if (next == Time::max())
         return -1;
     const auto left = std::chrono::ceil<milliseconds>(next - Clock::now());
-    return static_cast<int>(std::clamp<milliseconds::rep>(left.count(), 0, kIdle.count()));
+    return static_cast<int>(std::clamp<milliseconds::rep>(left.count(), 0, kLongestSleep.count()));
 }
 
 /// Whether something was mounted.
@@ -271,10 +271,10 @@ void LibraryEngine::Impl::gather(bool hasNews)
 {
     const Time now = Clock::now();
     if (!std::exchange(m_isAwaitingIdle, m_scanner->hasWriting())) {
-        m_idleCheck = now + kIdle;
+        m_idleCheck = now + m_limits.idle;
     } else if (now >= m_idleCheck) {
         m_scanner->touchIdle();
-        m_idleCheck = now + kIdle;
+        m_idleCheck = now + m_limits.idle;
     }
     if (!m_scanner->hasMarks() || (m_isGathering && (!hasNews || m_gatherEnd <= now)))
         return;

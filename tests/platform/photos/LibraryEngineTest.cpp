@@ -162,7 +162,7 @@ TEST_P(Change, GivesTheRightPhotosAndKeepsTheirIdentifiers)
     for (const char* name :
          {"Pictures/loose.jpg", "Pictures/Trip/a.jpg", "Pictures/Trip/b.jpg", "Pictures/Other/c.jpg"})
         addPhoto(name);
-    WatchedEngine engine(roots());
+    WatchedEngine engine(roots(), {.idle = 300ms});
     engine->waitUntilComplete();
     const Shown before = shown(*engine->snapshot());
     ASSERT_EQ(before.size(), 4U);
