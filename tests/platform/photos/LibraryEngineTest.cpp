@@ -549,12 +549,19 @@ TEST_F(Home, TellsOfAnAdoptedFileWhenItIsLetGo)
 {
     WatchedEngine engine(roots());
     engine->waitUntilComplete();
+    LibraryRoots elsewhere = roots();
+    elsewhere.cacheFolder = at("another cache");
+    WatchedEngine witness(elsewhere);
+    witness->waitUntilComplete();
     const LibrarySnapshotPtr before = engine->snapshot();
     const PhotoID reserved = before->index->reserve();
     {
         const LibraryEngine::Hold hold = engine->holdChanges();
         addPhoto("Pictures/Lamina/new.jpg");
+        // Long enough for somebody who is not held to have found them.
+        EXPECT_TRUE(waitForNames(witness, {"Pictures/Lamina/new.jpg"}));
         addPhoto("Pictures/other.jpg");
+        EXPECT_TRUE(waitForNames(witness, {"Pictures/Lamina/new.jpg", "Pictures/other.jpg"}));
         const Result<PhotoID> adopted = engine->adopt(reserved, at("Pictures/Lamina/new.jpg"));
         ASSERT_TRUE(adopted);
         EXPECT_EQ(*adopted, reserved);
