@@ -113,6 +113,8 @@ private:
     std::vector<std::function<void()>> m_answers; ///< when the next snapshot is out
     Time m_firstMark, m_gatherEnd;
     bool m_isGathering = false;
+    Time m_idleCheck;
+    bool m_isAwaitingIdle = false;
     Time m_lastPublished;
     Clock::duration m_interval{};
 };

@@ -38,6 +38,9 @@ constexpr milliseconds kLongestGathering{1000};
 constexpr milliseconds kFirstInterval{250};
 constexpr milliseconds kLongestInterval{1000};
 
+/// Times may lie anywhere, a wait may not.
+constexpr milliseconds kLongestSleep{60'000};
+
 constexpr std::chrono::microseconds kTurn{100};
 
 } // namespace
@@ -198,10 +201,12 @@ int LibraryEngine::Impl::waitingTime(bool isBusy) const
         next = m_gatherEnd;
     if (!m_scanner->isSettled())
         next = std::min(next, m_lastPublished + m_interval);
+    if (m_isAwaitingIdle)
+        next = std::min(next, m_idleCheck);
     if (next == Time::max())
         return -1;
     const auto left = std::chrono::ceil<milliseconds>(next - Clock::now());
-    return static_cast<int>(std::clamp<milliseconds::rep>(left.count(), 0, kLongestGathering.count()));
+    return static_cast<int>(std::clamp<milliseconds::rep>(left.count(), 0, kLongestSleep.count()));
 }
 
 /// Whether something was mounted.
@@ -264,13 +269,17 @@ void LibraryEngine::Impl::runCommands()
 
 void LibraryEngine::Impl::gather(bool hasNews)
 {
-    if (!hasNews || !m_scanner->hasMarks())
-        return;
     const Time now = Clock::now();
+    if (!std::exchange(m_isAwaitingIdle, m_scanner->hasWriting())) {
+        m_idleCheck = now + m_limits.idle;
+    } else if (now >= m_idleCheck) {
+        m_scanner->touchIdle();
+        m_idleCheck = now + m_limits.idle;
+    }
+    if (!m_scanner->hasMarks() || (m_isGathering && (!hasNews || m_gatherEnd <= now)))
+        return;
     if (!m_isGathering)
         m_firstMark = now;
-    else if (m_gatherEnd <= now)
-        return;
     m_isGathering = true;
     m_gatherEnd = std::min(now + kPause, m_firstMark + kLongestGathering);
 }

@@ -5,6 +5,7 @@
 #include "platform/photos/LibrarySnapshot_p.h"
 #include "platform/photos/PhotoRecords_p.h"
 
+#include <chrono>
 #include <cstddef>
 #include <functional>
 #include <limits>
@@ -23,6 +24,8 @@ public:
     /// What tests narrow.
     struct Limits {
         std::size_t watches = std::numeric_limits<std::size_t>::max(); ///< folders watched; others are blind
+        /// A file that somebody seems to write, and that is as long as it was this long before, is taken for finished.
+        std::chrono::milliseconds idle{5000};
     };
 
     /// The one of the process, over `defaultLibraryRoots` until it is told others. Never destroyed; it stops when the

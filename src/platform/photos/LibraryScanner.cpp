@@ -100,6 +100,25 @@ void LibraryScanner::touchAll()
     });
 }
 
+void LibraryScanner::touchIdle()
+{
+    m_hasWriting = false;
+    m_tree->visitAll([&](TreeFolder& folder) {
+        for (auto each = folder.writing.begin(); each != folder.writing.end();) {
+            const std::optional<ListedFile> file = findFile(folder.path, each->first);
+            const std::int64_t length = file ? file->bytes : 0;
+            if (std::exchange(each->second, length) != length) {
+                ++each;
+                continue;
+            }
+            folder.touched.insert(each->first);
+            mark(folder, false);
+            each = folder.writing.erase(each);
+        }
+        m_hasWriting = m_hasWriting || !folder.writing.empty();
+    });
+}
+
 bool LibraryScanner::readEvents(bool isMounted)
 {
     const std::vector<WatchEvent> events = m_watch.read();
@@ -162,7 +181,8 @@ void LibraryScanner::takeFileEvent(TreeFolder& folder, const WatchEvent& event)
         // A new name of a file that stands already is never closed; anything else is waited for.
         const std::optional<ListedFile> file = findFile(folder.path, event.name);
         if (!file || !(file->mayRepeat || isKnown(*file))) {
-            folder.writing.insert(event.name);
+            folder.writing[event.name] = -1;
+            m_hasWriting = true;
             return;
         }
     } else if ((event.mask & IN_ATTRIB) == 0) {
@@ -239,9 +259,9 @@ void LibraryScanner::takeAway(const std::vector<TreeFolder*>& lost)
     folders.erase(0);
     std::vector<PhotoID> photos;
     std::vector<FileKey> keys;
-    for (const auto& [photo, missing] : m_missing) {
-        photos.push_back(photo);
-        keys.push_back(missing.key);
+    for (const PhotoRecord& record : gonePhotos()) {
+        photos.push_back(record.id);
+        keys.push_back(record.key);
     }
     if (!m_doubles.empty()) {
         for (const FolderID folder : folders) {

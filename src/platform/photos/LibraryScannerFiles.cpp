@@ -48,7 +48,7 @@ void LibraryScanner::compare(TreeFolder& folder, const std::vector<ListedFile>& 
             rows.erase(row);
     }
     for (const auto& [name, row] : rows)
-        miss(folder, *row);
+        m_missing.insert(row->id);
 }
 
 /// Another process that shares the index may have been first to find that photos are gone.
@@ -79,7 +79,7 @@ void LibraryScanner::takeFile(TreeFolder& folder, const ListedFile& file, const 
     } else if (!takeKnown(folder, file) && !repeatsReading(folder, file)) {
         read(folder, file, row ? row->id : 0);
     } else if (row) {
-        miss(folder, *row);
+        m_missing.insert(row->id);
     }
 }
 
@@ -97,6 +97,9 @@ bool LibraryScanner::takeKnown(const TreeFolder& folder, const ListedFile& file)
     const Whereabouts where = isHere ? Whereabouts::Gone : whereabouts(*other);
     if (where == Whereabouts::File || (where == Whereabouts::Link && file.isLink)) {
         m_doubles[file.key].insert(pathIn(folder.path, file.name));
+        // It was written under this name: nobody tells of the other one.
+        if (!hasContentOf(*other, file))
+            touch(pathIn(m_tree->withID(other->folder)->path, other->name));
         return true;
     }
     if (!hasContentOf(*other, file) || !other->hasFacts)
@@ -223,9 +226,14 @@ PhotoID LibraryScanner::take(const std::string& folderPath, const ListedFile& fi
     return record ? record->id : 0;
 }
 
-void LibraryScanner::miss(const TreeFolder& folder, const PhotoRecord& row)
+/// Those of the missing that are not where the index has them by now: it may have heard of a move since their rows were
+/// read.
+std::vector<PhotoRecord> LibraryScanner::gonePhotos() const
 {
-    m_missing[row.id] = {row.key, folder.id};
+    const std::vector<PhotoID> photos(m_missing.begin(), m_missing.end());
+    std::vector<PhotoRecord> records = m_index->records(photos);
+    std::erase_if(records, [&](const PhotoRecord& record) { return whereabouts(record) != Whereabouts::Gone; });
+    return records;
 }
 
 void LibraryScanner::flush()

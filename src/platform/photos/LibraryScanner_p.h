@@ -56,6 +56,11 @@ public:
     void touchBlind();
     /// Marks everything.
     void touchAll();
+    /// Whether files are left alone since somebody seems to be writing them.
+    bool hasWriting() const { return m_hasWriting; }
+    /// Marks those of them that have not changed since the last call: nobody may ever close what was only given another
+    /// name.
+    void touchIdle();
     bool hasMarks() const { return m_checksRoots || !m_marked.empty(); }
 
     /// Everything that is marked is looked at by the steps that follow.
@@ -78,10 +83,6 @@ private:
         FileKey key;
         std::int64_t modified = 0, bytes = 0;
         bool isLink = false;
-    };
-    struct Missing {
-        FileKey key;
-        FolderID folder = 0;
     };
     enum class Whereabouts { Gone, File, Link };
     using Rows = std::unordered_map<std::string, const PhotoRecord*>;
@@ -119,7 +120,7 @@ private:
     void forgetReadings(const TreeFolder& folder, const std::vector<ListedFile>& files,
                         const std::set<std::string>* names);
     void takeFacts();
-    void miss(const TreeFolder& folder, const PhotoRecord& row);
+    std::vector<PhotoRecord> gonePhotos() const;
     void removeStale(const TreeFolder& folder, const std::vector<PhotoRecord>& rows);
 
     // A round's end.
@@ -139,11 +140,12 @@ private:
     std::unordered_set<TreeFolder*> m_marked;
     bool m_checksRoots = true;
     bool m_isTreeChanged = false;
+    bool m_hasWriting = false;
 
     bool m_isRound = false;
     bool m_isNewIndex = false; ///< what has one name is not in the index
     std::deque<TreeFolder*> m_queue;
-    std::unordered_map<PhotoID, Missing> m_missing;
+    std::unordered_set<PhotoID> m_missing;  ///< not where they were; they may be elsewhere
     std::unordered_set<FolderID> m_orphans; ///< rows of folders that have got another
     std::unordered_set<std::string> m_reported;
 

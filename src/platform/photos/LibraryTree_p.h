@@ -11,7 +11,6 @@
 #include <set>
 #include <string>
 #include <unordered_map>
-#include <unordered_set>
 #include <vector>
 
 namespace lamina {
@@ -36,8 +35,9 @@ struct TreeFolder {
     bool isNew = true;         ///< not listed yet
     std::int64_t modified = 0; ///< when it was listed; 0: not known
 
-    std::unordered_set<std::string> writing; ///< files that somebody has made and not closed yet
-    std::set<std::string> touched;           ///< files to be looked at
+    /// Files that somebody has made and not closed yet, with their lengths when last asked.
+    std::unordered_map<std::string, std::int64_t> writing;
+    std::set<std::string> touched; ///< files to be looked at
 };
 
 /// All folders that the library looks at, below its roots. For one thread at a time.

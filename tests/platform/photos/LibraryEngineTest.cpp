@@ -162,7 +162,7 @@ TEST_P(Change, GivesTheRightPhotosAndKeepsTheirIdentifiers)
     for (const char* name :
          {"Pictures/loose.jpg", "Pictures/Trip/a.jpg", "Pictures/Trip/b.jpg", "Pictures/Other/c.jpg"})
         addPhoto(name);
-    WatchedEngine engine(roots());
+    WatchedEngine engine(roots(), {.idle = 300ms});
     engine->waitUntilComplete();
     const Shown before = shown(*engine->snapshot());
     ASSERT_EQ(before.size(), 4U);
@@ -265,6 +265,21 @@ const ChangeCase kChanges[] = {
      },
      {"Pictures/loose.jpg", "Pictures/Trip/a.jpg", "Pictures/Trip/b.jpg", "Pictures/Other/c.jpg",
       "Pictures/from outside.jpg"},
+     {}},
+    {"RenamedBesideASecondName",
+     [](const auto& at) {
+         fs::rename(at("Pictures/Trip/a.jpg"), at("Pictures/Trip/c.jpg"));
+         fs::create_hard_link(at("Pictures/Trip/b.jpg"), at("Pictures/Trip/d.jpg"));
+     },
+     {"Pictures/loose.jpg", "Pictures/Trip/c.jpg", "Pictures/Trip/b.jpg", "Pictures/Other/c.jpg"},
+     {{"Pictures/Trip/c.jpg", "Pictures/Trip/a.jpg"}}},
+    {"ANewFilesSecondNameStays",
+     [](const auto& at) {
+         fs::copy(at("Pictures/loose.jpg"), at("Pictures/new.jpg"));
+         fs::create_hard_link(at("Pictures/new.jpg"), at("Pictures/newer.jpg"));
+         fs::remove(at("Pictures/new.jpg"));
+     },
+     {"Pictures/loose.jpg", "Pictures/Trip/a.jpg", "Pictures/Trip/b.jpg", "Pictures/Other/c.jpg", "Pictures/newer.jpg"},
      {}},
     {"TheSecondNameStays",
      [](const auto& at) {
@@ -534,12 +549,19 @@ TEST_F(Home, TellsOfAnAdoptedFileWhenItIsLetGo)
 {
     WatchedEngine engine(roots());
     engine->waitUntilComplete();
+    LibraryRoots elsewhere = roots();
+    elsewhere.cacheFolder = at("another cache");
+    WatchedEngine witness(elsewhere);
+    witness->waitUntilComplete();
     const LibrarySnapshotPtr before = engine->snapshot();
     const PhotoID reserved = before->index->reserve();
     {
         const LibraryEngine::Hold hold = engine->holdChanges();
         addPhoto("Pictures/Lamina/new.jpg");
+        // Long enough for somebody who is not held to have found them.
+        EXPECT_TRUE(waitForNames(witness, {"Pictures/Lamina/new.jpg"}));
         addPhoto("Pictures/other.jpg");
+        EXPECT_TRUE(waitForNames(witness, {"Pictures/Lamina/new.jpg", "Pictures/other.jpg"}));
         const Result<PhotoID> adopted = engine->adopt(reserved, at("Pictures/Lamina/new.jpg"));
         ASSERT_TRUE(adopted);
         EXPECT_EQ(*adopted, reserved);
