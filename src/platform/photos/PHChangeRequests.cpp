@@ -6,8 +6,10 @@
 #include "platform/photos/LibraryReports_p.h"
 #include "platform/photos/PhotoIndex_p.h"
 
-#include <optional>
+#include <QCoreApplication>
 #include <cstddef>
+#include <optional>
+
 #include <algorithm>
 #include <filesystem>
 #include <system_error>
@@ -89,7 +91,7 @@ Outcome PHChangeRequests::checkAlbums() const
 {
     for (const auto& change : m_albumChanges) {
         const PHAssetCollection& album = change->m_collection;
-        const Error refused{album.localizedTitle, "photos can’t be added to this album"};
+        const Error refused{album.localizedTitle, QT_TRANSLATE_NOOP("Lamina", "photos can’t be added to this album")};
         if (album.assetCollectionType != PHAssetCollectionType::Album)
             return refused;
         for (const PHObjectPlaceholder& asset : change->m_added)
