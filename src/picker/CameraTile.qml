@@ -7,9 +7,9 @@ Rectangle {
 
     required property var theme
     // A YMSCameraCell; null: none yet.
-    required property var cell
+    required property QtObject cell
 
-    readonly property bool available: cell !== null && cell.available
+    readonly property bool available: cell !== null && cell.available === true
 
     color: Tokens.palette.field
 

@@ -19,38 +19,42 @@ TileGrid {
     readonly property real inset: room > 640 ? Tokens.space.s : 0
     // What is left of a row's width is shared out: tiles stand on whole pixels and differ by one at most.
     readonly property real pitch: (room - 2 * inset + gap) / columns
-    // How far it is scrolled; 0: at its top.
-    readonly property real scrolled: contentY - originY + topMargin
+    // All of it; the view's own height of its content comes late.
+    readonly property real sheetHeight: topMargin + Math.ceil(count / columns) * cellHeight + bottomMargin
     property bool placed: false
     property real formerMargin: 0
     // What was looked at when the photos were exchanged for others, and how far below the window's top.
     property var kept: null
     property string album
 
+    // How far it is scrolled; 0: at its top.
+    function scrolled() {
+        return contentY - originY + topMargin
+    }
     function tileX(column) {
         return Math.round(column * pitch)
     }
     function scrollTo(y) {
-        const most = contentHeight + topMargin + bottomMargin - height
+        const most = sheetHeight - height
         contentY = Math.max(0, Math.min(y, most)) + originY - topMargin
     }
     // Not under the bar, which comes down again on the way up.
     function reveal(item) {
-        const before = scrolled
+        const before = scrolled()
         const top = topMargin + Math.floor(item / columns) * cellHeight
         cancelFlick()
-        if (top - gap < scrolled + barShown)
+        if (top - gap < before + barShown)
             scrollTo(item < columns ? 0 : top - gap - barHeight)
-        else if (top + cellHeight > scrolled + height)
+        else if (top + cellHeight > before + height)
             scrollTo(top + cellHeight - height)
-        if (scrolled !== before)
+        if (scrolled() !== before)
             controller.scrollViewDidComeToRest()
     }
     // The rows that were in sight stay there when the window gets another width.
     function place() {
         if (room <= 0 || height <= 0)
             return
-        const first = placed ? Math.floor(scrolled / cellHeight) * columns : 0
+        const first = placed ? Math.floor(scrolled() / cellHeight) * columns : 0
         controller.placeGrid(room, height, gap, inset, inset)
         if (first > 0) {
             forceLayout()
@@ -59,14 +63,14 @@ TileGrid {
         placed = true
     }
     function inSight(item) {
-        const top = topMargin + Math.floor(item / columns) * cellHeight - scrolled
+        const top = topMargin + Math.floor(item / columns) * cellHeight - scrolled()
         return top + cellHeight > barShown && top < height
     }
     function keepPlace() {
-        const first = Math.max(0, Math.ceil((scrolled - topMargin) / cellHeight)) * columns
+        const first = Math.max(0, Math.ceil((scrolled() - topMargin) / cellHeight)) * columns
         const item = itemAtIndex(inSight(currentIndex) ? currentIndex : first)
         kept = item ? { photo: item.identifier, current: currentItem ? currentItem.identifier : "",
-                        y: item.y - contentY, scrolled: scrolled > 0 } : null
+                        y: item.y - contentY, scrolled: scrolled() > 0 } : null
     }
     // Another album begins at its top; the same one stays where it was, as far as its photos are still there.
     function takePlace() {
@@ -114,7 +118,7 @@ TileGrid {
     onHeightChanged: place()
     Component.onCompleted: place()
 
-    onContentYChanged: if (placed) controller.scrollViewDidScroll(scrolled, height, contentHeight + topMargin + bottomMargin)
+    onContentYChanged: if (placed) controller.scrollViewDidScroll(scrolled(), height, sheetHeight)
     onDragEnded: controller.scrollViewDidEndDragging(flicking)
     onMovementEnded: controller.scrollViewDidComeToRest()
 
@@ -156,7 +160,7 @@ TileGrid {
         y: bar.y + Math.max(0, Math.min(bar.visualPosition * bar.height, bar.height - height))
         room: grid.room / 2
         shown: bar.pressed
-        text: opacity > 0 || shown ? grid.controller.dayOfItem(Math.max(1, Math.floor((grid.scrolled - grid.topMargin + grid.barShown) / grid.cellHeight) * grid.columns)) : ""
+        text: opacity > 0 || shown ? grid.controller.dayOfItem(Math.max(1, Math.floor((grid.scrolled() - grid.topMargin + grid.barShown) / grid.cellHeight) * grid.columns)) : ""
     }
     T.ScrollBar.vertical: ThinScrollBar {
         id: bar

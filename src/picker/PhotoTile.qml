@@ -7,11 +7,11 @@ Rectangle {
 
     required property var theme
     // A YMSPhotoCell; null: none yet.
-    required property var cell
+    required property QtObject cell
     required property var motion
     required property bool settled
 
-    readonly property bool unreadable: cell !== null && cell.unreadable
+    readonly property bool unreadable: cell !== null && cell.unreadable === true // not yet so of a tile that was the camera's
 
     objectName: unreadable || !shown.empty ? "" : "waiting"
     color: unreadable ? Tokens.palette.field : Tokens.palette.paperHud
@@ -50,7 +50,7 @@ Rectangle {
             StyledText {
                 id: number
                 anchors.centerIn: parent
-                text: photo.cell ? photo.cell.selectionOrder : ""
+                text: photo.cell && photo.cell.selectionOrder ? photo.cell.selectionOrder : ""
                 role: ({ size: photo.theme.orderSize, weight: Tokens.type.pickerOrder.weight })
                 color: photo.theme.orderLabelTextColor
                 wrapMode: Text.NoWrap

@@ -14,7 +14,7 @@ T.Button {
     // How wide it is, to whole pixels: what is left of the row is shared out.
     property real side: height
 
-    property var cell: null
+    property QtObject cell: null
     // Marks fade where the user has set them, not where the tile gets another photo.
     property bool settled: false
     readonly property bool chosen: cell !== null && cell.selected
@@ -49,7 +49,7 @@ T.Button {
     focusPolicy: Qt.ClickFocus
     Accessible.role: Accessible.ListItem
     Accessible.name: {
-        chosen, cell ? cell.selectionOrder : 0 // asked again when they change
+        chosen, controller.selectedCount // asked again when they change
         return controller.itemDescription(index)
     }
     Accessible.selectable: true

@@ -15,8 +15,9 @@ GridView {
         positionViewAtIndex(item, GridView.Contain)
     }
     function goTo(item) {
-        currentIndex = Math.max(0, Math.min(item, count - 1))
-        reveal(currentIndex)
+        const next = Math.max(0, Math.min(item, count - 1))
+        reveal(next) // first: the view would bring it into sight in its own way
+        currentIndex = next
     }
 
     reuseItems: true
