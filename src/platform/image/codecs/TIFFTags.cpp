@@ -11,7 +11,7 @@ constexpr std::array<std::uint8_t, 19> kValueSizes{0, 1, 1, 2, 4, 8, 1, 1, 2, 4,
 
 enum Type : std::uint16_t {
     kByte = 1,
-    kText = 2,
+    kASCII = 2,
     kShort = 3,
     kLong = 4,
     kDirectory = 13,
@@ -19,7 +19,7 @@ enum Type : std::uint16_t {
     kDirectory8 = 18
 };
 
-std::size_t valueSize(std::uint16_t type)
+std::size_t bytesPerValue(std::uint16_t type)
 {
     return type < kValueSizes.size() ? kValueSizes[type] : 0;
 }
@@ -78,7 +78,7 @@ std::optional<TIFFTags::Field> TIFFTags::fieldAt(std::uint64_t place) const
     field.count = part(4, addressSize());
     // Values that are no longer than an address stand in its place.
     const std::uint64_t valuePlace = 4 + addressSize();
-    const std::size_t size = valueSize(field.type);
+    const std::size_t size = bytesPerValue(field.type);
     const bool inPlace = size > 0 && field.count <= addressSize() / size;
     field.place = inPlace ? place + valuePlace : part(static_cast<std::size_t>(valuePlace), addressSize());
     return field;
@@ -93,7 +93,7 @@ std::optional<std::uint64_t> TIFFTags::number(const Field& field) const
     case kDirectory:
     case kLong8:
     case kDirectory8:
-        return field.count > 0 ? number(field.place, valueSize(field.type)) : std::nullopt;
+        return field.count > 0 ? number(field.place, bytesPerValue(field.type)) : std::nullopt;
     default:
         return std::nullopt;
     }
@@ -102,7 +102,7 @@ std::optional<std::uint64_t> TIFFTags::number(const Field& field) const
 std::string TIFFTags::text(const Field& field) const
 {
     std::array<std::uint8_t, 64> bytes{};
-    if (field.type != kText || field.count > bytes.size() ||
+    if (field.type != kASCII || field.count > bytes.size() ||
         !read(field.place, std::span(bytes).first(static_cast<std::size_t>(field.count))))
         return {};
     return {bytes.begin(), std::find(bytes.begin(), bytes.begin() + static_cast<std::ptrdiff_t>(field.count), 0)};
