@@ -11,7 +11,8 @@ Rectangle {
     required property var motion
     required property bool settled
 
-    readonly property bool unreadable: cell !== null && cell.unreadable === true // not yet so of a tile that was the camera's
+    // A tile that was the camera's until now has another cell for a moment.
+    readonly property bool unreadable: cell !== null && cell.unreadable === true
 
     objectName: unreadable || !shown.empty ? "" : "waiting"
     color: unreadable ? Tokens.palette.field : Tokens.palette.paperHud

@@ -15,6 +15,7 @@
 
 #include <gmock/gmock.h>
 
+#include <cmath>
 #include <filesystem>
 #include <memory>
 #include <optional>
