@@ -3,10 +3,10 @@
 #include "platform/image/codecs/ByteSource_p.h"
 #include "platform/image/codecs/PictureFacts_p.h"
 
-#include "platform/base/Result.h"
-#include "platform/image/pixels/CGImage.h"
 #include "platform/base/CGGeometry.h"
+#include "platform/base/Result.h"
 #include "platform/image/codecs/PictureFacts.h"
+#include "platform/image/pixels/CGImage.h"
 #include "platform/image/pixels/UIImage.h"
 
 #include <cstddef>

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "platform/photos/LibrarySnapshot_p.h"
-#include "platform/photos/PhotoRecords_p.h"
 #include "platform/photos/PHCollection.h"
+#include "platform/photos/PhotoRecords_p.h"
 
 namespace lamina {
 

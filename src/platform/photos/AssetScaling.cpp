@@ -3,7 +3,6 @@
 #include "platform/base/UIColor.h"
 #include "platform/image/drawing/CGContext.h"
 #include "platform/image/drawing/UIImageDrawing.h"
-#include "platform/photos/PHAsset.h"
 #include "platform/image/pixels/CGImage.h"
 #include "platform/photos/PHAsset.h"
 

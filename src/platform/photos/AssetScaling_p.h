@@ -2,7 +2,6 @@
 
 #include "platform/base/CGGeometry.h"
 #include "platform/image/pixels/UIImage.h"
-#include "platform/photos/PHImageRequestOptions.h"
 #include "platform/photos/AssetPicture.h"
 #include "platform/photos/PHImageRequestOptions.h"
 

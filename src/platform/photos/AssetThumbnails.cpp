@@ -12,12 +12,8 @@
 #include "platform/photos/DesktopThumbnail_p.h"
 #include "platform/photos/PHAsset.h"
 #include "platform/photos/PhotoLoading.h"
-#include "platform/base/CGGeometry.h"
-#include "platform/photos/PHAsset.h"
 #include "platform/photos/PhotoSource.h"
 
-#include <span>
-#include <cstdint>
 #include <algorithm>
 #include <array>
 #include <cmath>

@@ -3,7 +3,6 @@
 #include "platform/photos/FolderWalk_p.h"
 #include "platform/photos/PhotoRecords_p.h"
 
-#include <string>
 #include <atomic>
 #include <condition_variable>
 #include <cstddef>

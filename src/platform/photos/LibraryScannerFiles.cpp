@@ -1,6 +1,5 @@
 #include "platform/photos/LibraryScanner_p.h"
 
-#include <optional>
 #include <algorithm>
 #include <optional>
 #include <utility>

@@ -2,7 +2,6 @@
 #include "platform/files/FileCauses.h"
 #include "platform/photos/LibraryScanner_p.h"
 
-#include <optional>
 #include <algorithm>
 #include <optional>
 #include <utility>

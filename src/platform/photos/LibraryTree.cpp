@@ -3,7 +3,6 @@
 #include "platform/files/ASCIICase.h"
 #include "platform/photos/FolderTitle_p.h"
 
-#include <cstddef>
 #include <algorithm>
 #include <array>
 #include <cstddef>

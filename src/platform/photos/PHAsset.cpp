@@ -1,10 +1,10 @@
 #include "platform/photos/PHAsset.h"
 
 #include "platform/photos/LibraryReports_p.h"
-#include "platform/photos/PHFetchResult_p.h"
 #include "platform/photos/LibrarySnapshot_p.h"
-#include "platform/photos/PhotoRecords_p.h"
+#include "platform/photos/PHFetchResult_p.h"
 #include "platform/photos/PhotoIndex_p.h"
+#include "platform/photos/PhotoRecords_p.h"
 
 #include <filesystem>
 #include <optional>

@@ -1,14 +1,14 @@
 #pragma once
 
 #include "platform/base/Result.h"
+#include "platform/image/pixels/UIImage.h"
 #include "platform/photos/LibrarySnapshot_p.h"
 #include "platform/photos/PHAssetChangeRequest.h"
 #include "platform/photos/PHAssetCollectionChangeRequest.h"
 #include "platform/photos/PHAssetCreationRequest.h"
-#include "platform/image/pixels/UIImage.h"
 #include "platform/photos/PHCollection.h"
-#include "platform/photos/PhotoRecords_p.h"
 #include "platform/photos/PhotoFolder.h"
+#include "platform/photos/PhotoRecords_p.h"
 
 #include <functional>
 #include <memory>

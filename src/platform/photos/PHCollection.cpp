@@ -3,16 +3,16 @@
 #include "platform/base/Localization.h"
 #include "platform/photos/Albums_p.h"
 #include "platform/photos/LibraryReports_p.h"
-#include "platform/photos/PHFetchResult_p.h"
 #include "platform/photos/LibrarySnapshot_p.h"
-#include "platform/photos/PhotoRecords_p.h"
+#include "platform/photos/PHFetchResult_p.h"
 #include "platform/photos/PhotoIndex_p.h"
+#include "platform/photos/PhotoRecords_p.h"
 
 #include <QCoreApplication>
 
-#include <cstddef>
 #include <array>
 #include <charconv>
+#include <cstddef>
 #include <memory>
 #include <optional>
 #include <string_view>

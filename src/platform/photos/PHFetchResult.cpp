@@ -2,9 +2,9 @@
 
 #include "platform/photos/PhotoIndex_p.h"
 
-#include <string>
-#include <optional>
 #include <algorithm>
+#include <optional>
+#include <string>
 #include <unordered_map>
 #include <utility>
 

@@ -3,9 +3,9 @@
 #include "platform/base/DispatchQueue.h"
 #include "platform/photos/LibraryAccess_p.h"
 #include "platform/photos/LibraryReports_p.h"
+#include "platform/photos/LibraryRoots.h"
 #include "platform/photos/PHChangeRequests_p.h"
 #include "platform/photos/PHFetchResult_p.h"
-#include "platform/photos/LibraryRoots.h"
 #include "platform/photos/PhotoFolder.h"
 
 #include <mutex>

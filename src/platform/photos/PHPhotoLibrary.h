@@ -51,8 +51,8 @@ public:
     /// Whether all folders have been gone through once, so that a picture that isn't there doesn't exist. From any
     /// thread.
     static bool isComplete();
-    /// Waits until they have, and until what each picture's file tells of itself has been read. From any thread, but not
-    /// from one that a change waits for.
+    /// Waits until they have, and until what each picture's file tells of itself has been read. From any thread, but
+    /// not from one that a change waits for.
     static void waitUntilComplete();
     /// Goes through the folders again, for those whose changes nobody tells, such as shared ones. Returns at once; what
     /// is different is told to observers. From any thread.

@@ -2,14 +2,9 @@
 
 #include "platform/photos/LibraryPlaces_p.h"
 #include "platform/photos/LibrarySnapshot_p.h"
-#include "platform/photos/PhotoRecords_p.h"
 #include "platform/photos/LibraryTree_p.h"
 #include "platform/photos/PhotoRecords_p.h"
 
-#include <vector>
-#include <string>
-#include <memory>
-#include <cstddef>
 #include <array>
 #include <cstddef>
 #include <memory>

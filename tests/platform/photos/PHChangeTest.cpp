@@ -5,13 +5,13 @@
 #include "platform/photos/PHPhotoLibrary.h"
 #include "platform/photos/PhotoIndex_p.h"
 
-#include <unordered_map>
 #include <algorithm>
 #include <gtest/gtest.h>
 #include <numeric>
 #include <random>
 #include <set>
 #include <string>
+#include <unordered_map>
 
 namespace lamina::test {
 namespace {

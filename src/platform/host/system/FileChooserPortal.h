@@ -49,9 +49,9 @@ public:
 
     explicit FileChooserPortal(BusConnector connector = sessionBus);
 
-    /// Opens the chooser for a picture or a folder that is there. The completion runs once, on a later turn of the main queue,
-    /// unless the question is taken back before; it may destroy this object. A question that is still open is cancelled
-    /// first.
+    /// Opens the chooser for a picture or a folder that is there. The completion runs once, on a later turn of the main
+    /// queue, unless the question is taken back before; it may destroy this object. A question that is still open is
+    /// cancelled first.
     void open(FileChooserQuestion question, Completion completion);
     /// The same for a place and a name for a file. The user has been asked about replacing what bears the name.
     void save(const FileSaveQuestion& question, Completion completion);

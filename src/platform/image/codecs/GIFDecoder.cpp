@@ -10,8 +10,8 @@
 
 #include <gif_lib.h>
 
-#include <bit>
 #include <algorithm>
+#include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>

@@ -4,8 +4,8 @@
 #include "platform/image/codecs/ByteNumbers_p.h"
 #include "platform/image/codecs/HeifBoxes_p.h"
 
-#include <cstddef>
 #include <algorithm>
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <utility>

@@ -1,5 +1,6 @@
 #include "platform/base/Causes.h"
 #include "platform/base/Result.h"
+#include "platform/image/codecs/ByteNumbers_p.h"
 #include "platform/image/codecs/ByteSource_p.h"
 #include "platform/image/codecs/Exif_p.h"
 #include "platform/image/codecs/JPEGInput_p.h"
@@ -7,7 +8,6 @@
 #include "platform/image/codecs/PictureDecoder_p.h"
 #include "platform/image/codecs/PictureDecoding.h"
 #include "platform/image/pixels/ColorConversion.h"
-#include "platform/image/codecs/ByteNumbers_p.h"
 #include "platform/image/pixels/UIImage.h"
 
 #include "platform/base/WorkerPool.h"

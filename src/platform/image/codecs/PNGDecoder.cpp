@@ -1,6 +1,7 @@
 #include "platform/base/CGGeometry.h"
 #include "platform/base/Causes.h"
 #include "platform/base/Result.h"
+#include "platform/image/codecs/ByteNumbers_p.h"
 #include "platform/image/codecs/ByteSource_p.h"
 #include "platform/image/codecs/Exif_p.h"
 #include "platform/image/codecs/PictureBuilder_p.h"
@@ -9,7 +10,6 @@
 #include "platform/image/codecs/RowCollector_p.h"
 #include "platform/image/codecs/SequentialReader_p.h"
 #include "platform/image/pixels/ColorConversion.h"
-#include "platform/image/codecs/ByteNumbers_p.h"
 #include "platform/image/pixels/UIImage.h"
 
 #include <algorithm>

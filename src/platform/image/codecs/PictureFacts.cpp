@@ -2,17 +2,17 @@
 
 #include "platform/base/CGGeometry.h"
 #include "platform/base/Causes.h"
+#include "platform/image/codecs/ByteNumbers_p.h"
 #include "platform/image/codecs/Exif_p.h"
 #include "platform/image/codecs/PictureDecoder_p.h"
 #include "platform/image/codecs/PictureFacts_p.h"
 #include "platform/image/codecs/WindowedSource_p.h"
-#include "platform/image/codecs/ByteNumbers_p.h"
 #include "platform/image/pixels/CGImage.h"
 
-#include <cstdint>
-#include <cstddef>
 #include <algorithm>
 #include <cmath>
+#include <cstddef>
+#include <cstdint>
 #include <limits>
 #include <memory>
 #include <new>

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "platform/image/codecs/ByteSource_p.h"
 #include "platform/base/Result.h"
-#include "platform/image/pixels/UIImage.h"
+#include "platform/image/codecs/ByteSource_p.h"
 #include "platform/image/codecs/PictureFacts.h"
+#include "platform/image/pixels/UIImage.h"
 
 namespace lamina {
 

@@ -1,5 +1,6 @@
 #include "platform/base/Causes.h"
 #include "platform/base/Result.h"
+#include "platform/image/codecs/ByteNumbers_p.h"
 #include "platform/image/codecs/ByteSource_p.h"
 #include "platform/image/codecs/PictureBuilder_p.h"
 #include "platform/image/codecs/PictureDecoder_p.h"
@@ -10,7 +11,6 @@
 #include "platform/image/codecs/TIFFTags_p.h"
 #include "platform/image/pixels/ColorConversion.h"
 #include "platform/image/pixels/PixelKernels.h"
-#include "platform/image/codecs/ByteNumbers_p.h"
 #include "platform/image/pixels/UIImage.h"
 
 #include <algorithm>

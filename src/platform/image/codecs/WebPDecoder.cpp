@@ -1,6 +1,7 @@
 #include "platform/base/CGGeometry.h"
 #include "platform/base/Causes.h"
 #include "platform/base/Result.h"
+#include "platform/image/codecs/ByteNumbers_p.h"
 #include "platform/image/codecs/ByteSource_p.h"
 #include "platform/image/codecs/Exif_p.h"
 #include "platform/image/codecs/PictureBuilder_p.h"
@@ -8,14 +9,13 @@
 #include "platform/image/codecs/PictureDecoding.h"
 #include "platform/image/codecs/RowCollector_p.h"
 #include "platform/image/pixels/PixelBuffer.h"
-#include "platform/image/codecs/ByteNumbers_p.h"
 #include "platform/image/pixels/UIImage.h"
 
 #include <webp/decode.h>
 #include <webp/demux.h>
 
-#include <bit>
 #include <algorithm>
+#include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
