@@ -12,7 +12,7 @@
 #include "platform/photos/PHChange.h"
 #include "platform/photos/PHCollection.h"
 #include "platform/photos/PHPhotoLibrary.h"
-#include "platform/photos/PhotoIndex_p.h"
+#include "platform/photos/index/PhotoIndex.h"
 #include "support/BareLibrary.h"
 #include "support/BenchPhotos.h"
 #include "support/ManyPhotos.h"

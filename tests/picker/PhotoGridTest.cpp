@@ -4,7 +4,7 @@
 #include "picker/PhotoGridModel.h"
 #include "picker/YMSPhotoCell.h"
 #include "platform/photos/PHFetchResult_p.h"
-#include "platform/photos/PhotoIndex_p.h"
+#include "platform/photos/index/PhotoIndex.h"
 
 #include <algorithm>
 #include <gtest/gtest.h>

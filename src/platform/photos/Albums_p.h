@@ -2,7 +2,7 @@
 
 #include "platform/photos/LibrarySnapshot_p.h"
 #include "platform/photos/PHCollection.h"
-#include "platform/photos/PhotoRecords_p.h"
+#include "platform/photos/index/PhotoRecords.h"
 
 namespace lamina {
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "platform/photos/PHFetchResultChangeDetails.h"
-#include "platform/photos/PhotoRecords_p.h"
+#include "platform/photos/index/PhotoRecords.h"
 
 #include <cstddef>
 #include <optional>

@@ -5,9 +5,9 @@
 #include "platform/photos/LibraryRoots.h"
 #include "platform/photos/LibraryScanner_p.h"
 #include "platform/photos/LibrarySnapshot_p.h"
-#include "platform/photos/PhotoIndex_p.h"
-#include "platform/photos/PhotoRecords_p.h"
 #include "platform/photos/SnapshotBuilder_p.h"
+#include "platform/photos/index/PhotoIndex.h"
+#include "platform/photos/index/PhotoRecords.h"
 
 #include <atomic>
 #include <chrono>

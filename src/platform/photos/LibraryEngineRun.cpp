@@ -5,7 +5,7 @@
 #include "platform/photos/LibraryRoots.h"
 #include "platform/photos/LibraryScanner_p.h"
 #include "platform/photos/LibrarySnapshot_p.h"
-#include "platform/photos/PhotoRecords_p.h"
+#include "platform/photos/index/PhotoRecords.h"
 
 #include <algorithm>
 #include <array>

@@ -3,7 +3,7 @@
 #include "platform/base/Result.h"
 #include "platform/photos/LibraryRoots.h"
 #include "platform/photos/LibrarySnapshot_p.h"
-#include "platform/photos/PhotoRecords_p.h"
+#include "platform/photos/index/PhotoRecords.h"
 
 #include <chrono>
 #include <cstddef>

@@ -8,8 +8,8 @@
 #include "platform/photos/LibraryRoots.h"
 #include "platform/photos/LibraryTree_p.h"
 #include "platform/photos/MountWatch_p.h"
-#include "platform/photos/PhotoIndex_p.h"
-#include "platform/photos/PhotoRecords_p.h"
+#include "platform/photos/index/PhotoIndex.h"
+#include "platform/photos/index/PhotoRecords.h"
 
 #include <cstddef>
 #include <cstdint>

@@ -4,7 +4,7 @@
 #include "platform/files/PrivateFolder.h"
 #include "platform/photos/Albums_p.h"
 #include "platform/photos/LibraryReports_p.h"
-#include "platform/photos/PhotoIndex_p.h"
+#include "platform/photos/index/PhotoIndex.h"
 
 #include <QCoreApplication>
 #include <cstddef>

@@ -8,7 +8,7 @@
 #include "platform/photos/PHAssetCreationRequest.h"
 #include "platform/photos/PHCollection.h"
 #include "platform/photos/PhotoFolder.h"
-#include "platform/photos/PhotoRecords_p.h"
+#include "platform/photos/index/PhotoRecords.h"
 
 #include <functional>
 #include <memory>

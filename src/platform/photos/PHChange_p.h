@@ -2,7 +2,7 @@
 
 #include "platform/photos/LibrarySnapshot_p.h"
 #include "platform/photos/PHChange.h"
-#include "platform/photos/PhotoRecords_p.h"
+#include "platform/photos/index/PhotoRecords.h"
 
 #include <cstddef>
 #include <cstdint>

@@ -5,8 +5,8 @@
 #include "platform/photos/LibraryReports_p.h"
 #include "platform/photos/LibrarySnapshot_p.h"
 #include "platform/photos/PHFetchResult_p.h"
-#include "platform/photos/PhotoIndex_p.h"
-#include "platform/photos/PhotoRecords_p.h"
+#include "platform/photos/index/PhotoIndex.h"
+#include "platform/photos/index/PhotoRecords.h"
 
 #include <QCoreApplication>
 

@@ -1,6 +1,6 @@
 #include "platform/photos/PHFetchResult_p.h"
 
-#include "platform/photos/PhotoIndex_p.h"
+#include "platform/photos/index/PhotoIndex.h"
 
 #include <algorithm>
 #include <optional>

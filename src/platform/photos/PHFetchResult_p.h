@@ -4,7 +4,7 @@
 #include "platform/photos/LibrarySnapshot_p.h"
 #include "platform/photos/PHAsset.h"
 #include "platform/photos/PHFetchResult.h"
-#include "platform/photos/PhotoRecords_p.h"
+#include "platform/photos/index/PhotoRecords.h"
 
 #include <array>
 #include <cstddef>

@@ -3,7 +3,7 @@
 #include "platform/photos/LibraryPlaces_p.h"
 #include "platform/photos/LibrarySnapshot_p.h"
 #include "platform/photos/LibraryTree_p.h"
-#include "platform/photos/PhotoRecords_p.h"
+#include "platform/photos/index/PhotoRecords.h"
 
 #include <array>
 #include <cstddef>

@@ -4,7 +4,7 @@
 #include "TestPaths.h"
 #include "platform/files/FileReading.h"
 #include "platform/photos/LibraryEngine_p.h"
-#include "platform/photos/PhotoIndex_p.h"
+#include "platform/photos/index/PhotoIndex.h"
 
 #include <algorithm>
 #include <chrono>

@@ -3,7 +3,7 @@
 #include "platform/photos/LibraryReports_p.h"
 #include "platform/photos/PHFetchResult_p.h"
 #include "platform/photos/PHPhotoLibrary.h"
-#include "platform/photos/PhotoIndex_p.h"
+#include "platform/photos/index/PhotoIndex.h"
 
 #include <algorithm>
 #include <gtest/gtest.h>

@@ -1,7 +1,7 @@
 // The index of the photo library: real files, read and damaged with other eyes.
+#include "platform/photos/index/PhotoIndex.h"
 #include "CommandRunner.h"
 #include "LogCapture.h"
-#include "platform/photos/PhotoIndex_p.h"
 
 #include <algorithm>
 #include <array>

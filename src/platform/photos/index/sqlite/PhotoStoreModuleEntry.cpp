@@ -1,10 +1,10 @@
 #include "platform/files/FileURL.h"
-#include "platform/photos/PhotoStoreModule_p.h"
-#include "platform/photos/PhotoStore_p.h"
-#include "platform/photos/sqlite/Database_p.h"
-#include "platform/photos/sqlite/PhotoFileMaking_p.h"
-#include "platform/photos/sqlite/PhotoFile_p.h"
-#include "platform/photos/sqlite/PhotoTableReads_p.h"
+#include "platform/photos/index/PhotoStoreModule_p.h"
+#include "platform/photos/index/PhotoStore_p.h"
+#include "platform/photos/index/sqlite/Database_p.h"
+#include "platform/photos/index/sqlite/PhotoFileMaking_p.h"
+#include "platform/photos/index/sqlite/PhotoFile_p.h"
+#include "platform/photos/index/sqlite/PhotoTableReads_p.h"
 
 #include <string>
 

@@ -1,4 +1,4 @@
-#include "platform/photos/sqlite/Database_p.h"
+#include "platform/photos/index/sqlite/Database_p.h"
 
 #include <algorithm>
 #include <cstddef>

@@ -1,7 +1,7 @@
-#include "platform/photos/sqlite/PhotoTableRows_p.h"
+#include "platform/photos/index/sqlite/PhotoTableRows_p.h"
 
-#include "platform/photos/PhotoRecords_p.h"
-#include "platform/photos/sqlite/PhotoTables_p.h"
+#include "platform/photos/index/PhotoRecords.h"
+#include "platform/photos/index/sqlite/PhotoTables_p.h"
 
 #include <algorithm>
 

@@ -1,4 +1,4 @@
-#include "platform/photos/PhotoStoreModule_p.h"
+#include "platform/photos/index/PhotoStoreModule_p.h"
 
 #include "platform/files/LoadedModule.h"
 

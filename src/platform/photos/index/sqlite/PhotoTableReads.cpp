@@ -1,6 +1,6 @@
-#include "platform/photos/sqlite/PhotoTableReads_p.h"
+#include "platform/photos/index/sqlite/PhotoTableReads_p.h"
 
-#include "platform/photos/sqlite/PhotoTables_p.h"
+#include "platform/photos/index/sqlite/PhotoTables_p.h"
 
 #include <algorithm>
 #include <cstdint>

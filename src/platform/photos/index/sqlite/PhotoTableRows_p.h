@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/photos/PhotoStore_p.h"
-#include "platform/photos/sqlite/Database_p.h"
+#include "platform/photos/index/PhotoStore_p.h"
+#include "platform/photos/index/sqlite/Database_p.h"
 
 #include <cstdint>
 #include <functional>

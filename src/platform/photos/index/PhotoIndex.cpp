@@ -1,11 +1,11 @@
-#include "platform/photos/PhotoIndex_p.h"
+#include "platform/photos/index/PhotoIndex.h"
 
 #include "platform/base/Log.h"
 #include "platform/base/Result.h"
 #include "platform/files/PrivateFolder.h"
-#include "platform/photos/MemoryPhotoStore_p.h"
-#include "platform/photos/PhotoStoreModule_p.h"
-#include "platform/photos/PhotoStore_p.h"
+#include "platform/photos/index/MemoryPhotoStore_p.h"
+#include "platform/photos/index/PhotoStoreModule_p.h"
+#include "platform/photos/index/PhotoStore_p.h"
 
 #include <charconv>
 #include <chrono>

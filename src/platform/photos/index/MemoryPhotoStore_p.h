@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/photos/PhotoStore_p.h"
+#include "platform/photos/index/PhotoStore_p.h"
 
 #include <memory>
 #include <string>

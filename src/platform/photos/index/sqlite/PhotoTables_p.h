@@ -1,8 +1,8 @@
 #pragma once
 
-#include "platform/photos/PhotoRecords_p.h"
-#include "platform/photos/PhotoStore_p.h"
-#include "platform/photos/sqlite/Database_p.h"
+#include "platform/photos/index/PhotoRecords.h"
+#include "platform/photos/index/PhotoStore_p.h"
+#include "platform/photos/index/sqlite/Database_p.h"
 
 #include <cstdint>
 #include <optional>

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "platform/base/Result.h"
-#include "platform/photos/PhotoStore_p.h"
+#include "platform/photos/index/PhotoStore_p.h"
 
 #include <functional>
 #include <memory>

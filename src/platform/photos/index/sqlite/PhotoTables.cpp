@@ -1,4 +1,4 @@
-#include "platform/photos/sqlite/PhotoTables_p.h"
+#include "platform/photos/index/sqlite/PhotoTables_p.h"
 
 namespace lamina {
 

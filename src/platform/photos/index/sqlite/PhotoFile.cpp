@@ -1,7 +1,7 @@
-#include "platform/photos/sqlite/PhotoFile_p.h"
+#include "platform/photos/index/sqlite/PhotoFile_p.h"
 
-#include "platform/photos/sqlite/PhotoFileMaking_p.h"
-#include "platform/photos/sqlite/PhotoTables_p.h"
+#include "platform/photos/index/sqlite/PhotoFileMaking_p.h"
+#include "platform/photos/index/sqlite/PhotoTables_p.h"
 
 #include <utility>
 #include <variant>

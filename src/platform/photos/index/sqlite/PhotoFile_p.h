@@ -1,12 +1,12 @@
 #pragma once
 
 #include "platform/base/Result.h"
-#include "platform/photos/PhotoRecords_p.h"
-#include "platform/photos/PhotoStoreModule_p.h"
-#include "platform/photos/PhotoStore_p.h"
-#include "platform/photos/sqlite/Database_p.h"
-#include "platform/photos/sqlite/PhotoTableReads_p.h"
-#include "platform/photos/sqlite/PhotoTableRows_p.h"
+#include "platform/photos/index/PhotoRecords.h"
+#include "platform/photos/index/PhotoStoreModule_p.h"
+#include "platform/photos/index/PhotoStore_p.h"
+#include "platform/photos/index/sqlite/Database_p.h"
+#include "platform/photos/index/sqlite/PhotoTableReads_p.h"
+#include "platform/photos/index/sqlite/PhotoTableRows_p.h"
 
 #include <atomic>
 #include <cstdint>

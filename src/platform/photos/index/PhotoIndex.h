@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/photos/PhotoRecords_p.h"
+#include "platform/photos/index/PhotoRecords.h"
 
 #include <atomic>
 #include <cstdint>

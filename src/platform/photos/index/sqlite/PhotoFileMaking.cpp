@@ -1,11 +1,11 @@
-#include "platform/photos/sqlite/PhotoFileMaking_p.h"
+#include "platform/photos/index/sqlite/PhotoFileMaking_p.h"
 
 #include "platform/base/Result.h"
 #include "platform/files/FileCauses.h"
 #include "platform/files/FileReading.h"
 #include "platform/files/PrivateFolder.h"
-#include "platform/photos/sqlite/PhotoTableRows_p.h"
-#include "platform/photos/sqlite/PhotoTables_p.h"
+#include "platform/photos/index/sqlite/PhotoTableRows_p.h"
+#include "platform/photos/index/sqlite/PhotoTables_p.h"
 
 #include <cerrno>
 #include <chrono>

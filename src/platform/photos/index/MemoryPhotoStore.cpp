@@ -1,7 +1,7 @@
-#include "platform/photos/MemoryPhotoStore_p.h"
+#include "platform/photos/index/MemoryPhotoStore_p.h"
 
 #include "platform/base/Result.h"
-#include "platform/photos/PhotoRecords_p.h"
+#include "platform/photos/index/PhotoRecords.h"
 
 #include <algorithm>
 #include <array>

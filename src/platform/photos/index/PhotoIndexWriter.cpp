@@ -1,6 +1,6 @@
-#include "platform/photos/PhotoIndex_p.h"
-#include "platform/photos/PhotoRecords_p.h"
-#include "platform/photos/PhotoStore_p.h"
+#include "platform/photos/index/PhotoIndex.h"
+#include "platform/photos/index/PhotoRecords.h"
+#include "platform/photos/index/PhotoStore_p.h"
 
 #include <cmath>
 #include <cstdint>
