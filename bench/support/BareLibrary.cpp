@@ -1,16 +1,15 @@
 #include "BareLibrary.h"
 
+#include "support/BareDecode.h"
 #include "support/ManyPhotos.h"
 
 #include <array>
 #include <atomic>
 #include <cstdint>
-#include <cstdio>
 #include <cstdlib>
 #include <dirent.h>
 #include <fcntl.h>
 #include <filesystem>
-#include <jpeglib.h>
 #include <memory>
 #include <sqlite3.h>
 #include <string>
@@ -57,32 +56,6 @@ Statement prepare(const Table& table, const char* sql)
     if (sqlite3_prepare_v2(table.get(), sql, -1, &statement, nullptr) != SQLITE_OK)
         std::abort();
     return Statement(statement);
-}
-
-void decodeEighth(const std::string& path, std::vector<JSAMPLE>& pixels)
-{
-    std::FILE* const file = std::fopen(path.c_str(), "rb");
-    if (file == nullptr)
-        std::abort();
-    jpeg_decompress_struct decoder;
-    jpeg_error_mgr errors;
-    decoder.err = jpeg_std_error(&errors);
-    jpeg_create_decompress(&decoder);
-    jpeg_stdio_src(&decoder, file);
-    jpeg_read_header(&decoder, TRUE);
-    decoder.out_color_space = JCS_EXT_RGBX;
-    decoder.scale_num = 1;
-    decoder.scale_denom = 8;
-    jpeg_start_decompress(&decoder);
-    const std::size_t rowBytes = 4 * std::size_t{decoder.output_width};
-    pixels.resize(rowBytes * decoder.output_height);
-    while (decoder.output_scanline < decoder.output_height) {
-        JSAMPROW row = pixels.data() + rowBytes * decoder.output_scanline;
-        jpeg_read_scanlines(&decoder, &row, 1);
-    }
-    jpeg_finish_decompress(&decoder);
-    jpeg_destroy_decompress(&decoder);
-    std::fclose(file);
 }
 
 } // namespace
@@ -165,7 +138,7 @@ void decodeBare(const std::vector<std::string>& paths)
     const auto work = [&] {
         std::vector<JSAMPLE> pixels;
         for (std::size_t i = next++; i < paths.size(); i = next++)
-            decodeEighth(paths[i], pixels);
+            bareDecode(paths[i], pixels, 1);
     };
     std::thread other(work);
     work();
