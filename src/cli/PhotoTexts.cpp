@@ -40,20 +40,21 @@ bool isUTF8(const std::string& text)
     return withReplacements(text) == text;
 }
 
-/// Every byte that can't be shown as three octal digits, after which no other digit can be taken for one of them.
+/// As what prints it: not every shell has a quotation with escapes. Every byte that can't be shown is three octal
+/// digits, after which no other digit can be taken for one of them.
 std::string quotedWithEscapes(const std::string& path, bool escapeHigh)
 {
-    std::string text = "$'";
+    std::string text = "\"$(printf '";
     for (const char c : path) {
         const auto byte = static_cast<unsigned char>(c);
-        if (isControl(c) || (escapeHigh && byte >= 0x80)) {
+        if (isControl(c) || c == '\'' || (escapeHigh && byte >= 0x80)) {
             const auto digit = [byte](int shift) { return static_cast<char>('0' + (byte >> shift & 7)); };
             text.append({'\\', digit(6), digit(3), digit(0)});
         } else {
-            text.append(c == '\'' || c == '\\' ? "\\" : "").append(1, c);
+            text.append(c == '\\' ? "\\" : c == '%' ? "%" : "").append(1, c);
         }
     }
-    return text + '\'';
+    return text + "')\"";
 }
 
 std::string quoted(const std::string& path)

@@ -16,8 +16,8 @@ enum class PathForm {
     Null      ///< as they are, each with a byte 0 behind it
 };
 
-/// A path with what ends it. A quoted one is a word of bash, zsh and newer shells: '...' or, with bytes that a terminal
-/// can't show, $'...'. As paths are absolute, nothing else begins with these.
+/// A path with what ends it. A quoted one is a word of any shell: '...' or, with bytes that a terminal can't show,
+/// "$(printf '...')". As paths are absolute, nothing else begins with these.
 std::string pathText(const std::string& path, PathForm form);
 
 /// What programs read of an asset: identifier and path; its "url" where the path is no UTF-8, since text can't hold it

@@ -1,5 +1,6 @@
 #include "cli/PhotosCommand.h"
 
+#include "app/PhotoFolders.h"
 #include "cli/Messages.h"
 #include "cli/NearestName.h"
 #include "cli/PhotoImport.h"
@@ -85,7 +86,7 @@ CLI::App& PhotosCommand::addAction(const std::string& name, const std::string& a
     action.set_help_flag("-h,--help", "Print this help and leave");
     action
         .add_option("--photos", m_folders,
-                    "A folder that belongs to the library beside the one for pictures; may be given again")
+                    "A folder that belongs to the library beside those of the window; may be given again")
         ->type_name("DIR")
         ->expected(1)
         ->allow_extra_args(false)
@@ -103,7 +104,7 @@ void PhotosCommand::addNull(CLI::App& action)
 
 Outcome PhotosCommand::takeFolders() const
 {
-    std::vector<std::string> folders;
+    std::vector<std::string> folders = keptPhotoFolders();
     for (const std::string& folder : m_folders) {
         std::error_code ignored;
         if (!fs::is_directory(folder, ignored))

@@ -22,7 +22,7 @@ private:
     void addActions();
     CLI::App& addAction(const std::string& name, const std::string& about);
     void addNull(CLI::App& action);
-    /// The folders of `--photos` are the library's too from now on.
+    /// The library is the window's from now on, with the folders of `--photos`.
     Outcome takeFolders() const;
     PathForm pathForm() const;
     ExitCode listAlbums() const;

@@ -23,10 +23,11 @@ class PhotosCommand : public CommandLines {
 protected:
     PhotosCommand()
     {
-        shellHome = "export HOME=\"$PWD\" XDG_CACHE_HOME=\"$PWD/cache\" XDG_CONFIG_HOME=\"$PWD/config\" TZ=UTC; "
-                    "mkdir -p config; echo 'XDG_PICTURES_DIR=\"$HOME/Photos\"' >config/user-dirs.dirs; ";
+        shellHome = "export HOME=\"$PWD\" XDG_CACHE_HOME=\"$PWD/cache\" XDG_CONFIG_HOME=\"$PWD/config\" "
+                    "XDG_STATE_HOME=\"$PWD/state\" TZ=UTC; mkdir -p config; echo 'XDG_PICTURES_DIR=\"$HOME/Photos\"' "
+                    ">config/user-dirs.dirs; ";
         for (const char* name : {"09.png", "Trip/10.png", "Trip/Day's \"1\" & 2/11.png", "DCIM/Camera/12.png",
-                                 "Trip/1\n3.png", "Trip/14 \xff.png"})
+                                 "Trip/1\n3%'.png", "Trip/14 \xff.png"})
             put(name);
     }
     void put(const std::string& name) const
@@ -78,21 +79,24 @@ TEST_F(PhotosCommand, ListsAlbumsAsThePickerShowsThem)
                                                         "instead\n");
     EXPECT_EQ(photos("list --photos card card/Trip/").output, "~/card/Trip/x.png\n");
     EXPECT_EQ(photos("list").output.find("x.png"), std::string::npos); // the folder belongs to one run alone
+    fs::create_directories(folder.path("state/lamina"));
+    writeFile(folder.path("state/lamina/photos.ini"), "[General]\nfolders=" + folder.path("card"));
+    EXPECT_THAT(photos("list --photos empty").output, HasSubstr("~/card/Trip/x.png\n")); // this one to all
 }
 
 TEST_F(PhotosCommand, ListsPathsThatNoNameBreaks)
 {
-    EXPECT_EQ(photos("list").output, "~/Photos/Trip/14 \xff.png\n$'~/Photos/Trip/1\\0123.png'\n"
+    EXPECT_EQ(photos("list").output, "~/Photos/Trip/14 \xff.png\n\"$(printf '~/Photos/Trip/1\\0123%%\\047.png')\"\n"
                                      "~/Photos/DCIM/Camera/12.png\n~/Photos/Trip/Day's \"1\" & 2/11.png\n"
                                      "~/Photos/Trip/10.png\n~/Photos/09.png\n");
     EXPECT_EQ(photos("list Trip -0 | xargs -0 stat -c %Y | wc -l").output, "3\n");
     EXPECT_EQ(photos("list Trip -0 | sha256sum").output,
-              shell("printf '%s\\0' \"$PWD/Photos/Trip/14 \xff.png\" \"$PWD/Photos/Trip/1\n3.png\" "
+              shell("printf '%s\\0' \"$PWD/Photos/Trip/14 \xff.png\" \"$PWD/Photos/Trip/1\n3%'.png\" "
                     "\"$PWD/Photos/Trip/10.png\" | sha256sum")
                   .output);
     // On a terminal every line is a word of the shell.
     const std::string terminal = "list >paths; script -qec \"'" LAMINA_COMMAND
-                                 "' photos list\" /dev/null | tr -d '\\r' | while read -r path; do bash -c \"stat -c "
+                                 "' photos list\" /dev/null | tr -d '\\r' | while read -r path; do sh -c \"stat -c "
                                  "%Y $path\"; done | sort | uniq | wc -l";
     EXPECT_EQ(photos(terminal).output, "6\n");
 

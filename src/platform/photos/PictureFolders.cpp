@@ -4,6 +4,7 @@
 #include "platform/photos/PhotoFolder.h"
 
 #include <QCoreApplication>
+#include <QDir>
 #include <QFileInfo>
 #include <QStandardPaths>
 
@@ -42,7 +43,9 @@ bool holdsPictures(const std::string& folder)
 
 std::string picturesFolder()
 {
-    return QStandardPaths::writableLocation(QStandardPaths::PicturesLocation).toStdString();
+    const QString folder = QDir::cleanPath(QStandardPaths::writableLocation(QStandardPaths::PicturesLocation));
+    // Who has set up no folder for pictures has all of their home there.
+    return (folder == QDir::homePath() ? folder + QStringLiteral("/Pictures") : folder).toStdString();
 }
 
 std::string documentsFolder()

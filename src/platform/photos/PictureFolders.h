@@ -4,7 +4,8 @@
 
 namespace lamina {
 
-/// The user's own folder for pictures, whether it exists or not. Usable from any thread.
+/// The user's own folder for pictures, without a slash at its end, whether it exists or not: never all of their home,
+/// then it is "Pictures" in it. Usable from any thread.
 std::string picturesFolder();
 
 /// The folder into which the application puts finished documents: "Lamina" inside the user's folder for documents. It

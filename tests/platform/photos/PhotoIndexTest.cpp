@@ -2,9 +2,11 @@
 #include "platform/photos/index/PhotoIndex.h"
 #include "CommandRunner.h"
 #include "LogCapture.h"
+#include "platform/files/PrivateFolder.h"
 
 #include <algorithm>
 #include <array>
+#include <chrono>
 #include <csignal>
 #include <cstddef>
 #include <cstdlib>
@@ -169,6 +171,12 @@ TEST_F(PhotoIndexTest, ListsWhatIsThere)
         EXPECT_EQ(records[2].name, "other");
         // A card that returns: another device, the same names.
         EXPECT_EQ(put(*index, FolderRecord{0, "/two", {9, 9}, 5}), two);
+        // And a second card, whose turn it is to have these keys.
+        index->write([&](PhotoIndex::Writer& writer) { writer.removeFolder(two); });
+        const FolderID second = put(*index, FolderRecord{0, "/three", {9, 9}, 5});
+        EXPECT_GT(second, late.id);
+        index->write([&](PhotoIndex::Writer& writer) { writer.removeFolder(second); });
+        EXPECT_EQ(put(*index, FolderRecord{0, "/two", {9, 9}, 5}), two);
         PhotoRecord back = photo(two, "late", 1, 5, 50);
         back.key.device = 9;
         EXPECT_EQ(put(*index, back), late.id);
@@ -305,6 +313,12 @@ TEST_F(PhotoIndexTest, GoesOnInMemoryWhereNothingCanBeWritten)
     EXPECT_EQ(index->lossCount(), 1u);
     EXPECT_EQ(log.messages.size(), 1u) << log.text();
     EXPECT_EQ(open()->photos().size(), 100u);
+
+    runSQL("DELETE FROM about;");
+    const std::optional<FolderLock> lock = FolderLock::take(cache.path("photos")); // another process mends it
+    const auto start = std::chrono::steady_clock::now();
+    EXPECT_FALSE(open()->isKept());
+    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(2)); // nobody waits for that
 }
 
 TEST_F(PhotoIndexTest, GoesOnInMemoryWithoutItsModule)

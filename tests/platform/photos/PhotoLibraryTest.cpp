@@ -74,6 +74,10 @@ TEST_F(PhotoLibraryFolder, NeverReplacesAPicture)
 
 TEST_F(PhotoLibraryFolder, IsMadeByTheFirstPictureWhichIsUprightBeforeTheProgramLeaves)
 {
+    // The way to say that there is no such folder does not make a library of all that is in home.
+    writeFile(home.path("config/user-dirs.dirs"), "XDG_PICTURES_DIR=\"$HOME/\"\n");
+    EXPECT_EQ(photoLibraryFolder(), home.path("Pictures/Lamina"));
+    SetUp();
     EXPECT_FALSE(savePNGToPhotoLibrary(CGImage()));
     EXPECT_FALSE(fs::exists(home.path("Fotos")));
     EXPECT_TRUE(saveToPhotosAlbum(UIImage(picture, 1, UIImageOrientation::Right)));

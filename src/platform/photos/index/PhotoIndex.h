@@ -58,8 +58,9 @@ public:
     /// Changes rows; see `write`.
     class Writer {
     public:
-        /// Takes a folder in, or renews it: by its key, else by its path, else as a new one. It is there from now on.
-        /// Gives its id; `record.id` does not count.
+        /// Takes a folder in, or renews it: by its key, else by its path, else as a new one. One that is gone is known
+        /// by its path alone, since keys are given again. It is there from now on. Gives its id; `record.id` does not
+        /// count.
         FolderID putFolder(const FolderRecord& record);
         /// The folder is gone, and all photos in it.
         void removeFolder(FolderID folder);

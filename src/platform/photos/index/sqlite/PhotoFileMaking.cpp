@@ -8,35 +8,18 @@
 #include "platform/photos/index/sqlite/PhotoTables_p.h"
 
 #include <cerrno>
-#include <chrono>
 #include <cstdint>
 #include <fcntl.h>
 #include <filesystem>
 #include <sys/stat.h>
-#include <thread>
 
 namespace lamina {
 
 namespace {
 
 constexpr mode_t kOwnerOnly = 0600;
-/// How long another process may be at mending the file.
-constexpr std::chrono::seconds kMendingPatience{5};
-constexpr std::chrono::milliseconds kMendingPause{20};
 /// How long others may keep a file busy that is to be set up or emptied: only a damaged one is for longer.
 constexpr int kSettingUpMilliseconds = 500;
-
-std::optional<FolderLock> lockFolderOf(const std::string& path)
-{
-    const std::string folder = std::filesystem::path(path).parent_path().string();
-    const auto end = std::chrono::steady_clock::now() + kMendingPatience;
-    std::optional<FolderLock> lock = FolderLock::take(folder);
-    while (!lock && std::chrono::steady_clock::now() < end) {
-        std::this_thread::sleep_for(kMendingPause);
-        lock = FolderLock::take(folder);
-    }
-    return lock;
-}
 
 std::int64_t numberOf(Database& database, const char* sql)
 {
@@ -151,7 +134,8 @@ bool fillPhotoFile(Database& database, const StoreContents& contents)
 
 Outcome remakePhotoFile(const std::string& path, const StoreContents& contents)
 {
-    const std::optional<FolderLock> lock = lockFolderOf(path);
+    // Nobody waits for it: whoever shows photos would.
+    const auto lock = FolderLock::take(std::filesystem::path(path).parent_path().string());
     if (!lock)
         return Error{{}, "another process is mending it"};
     if (Database database = openPhotoFile(path); isWhole(database))

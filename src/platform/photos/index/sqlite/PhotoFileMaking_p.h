@@ -26,8 +26,9 @@ PhotoFileState stateOf(Database& database);
 /// Makes the tables and fills them where the file is empty; another process may do the same meanwhile, and be first.
 bool fillPhotoFile(Database& database, const StoreContents& contents);
 
-/// Empties a file that is damaged or of another version, and fills it anew, while no other process does: one that was
-/// first leaves nothing to be done. The file stays the same one for those who have it open.
+/// Empties a file that is damaged or of another version, and fills it anew. Another process that has done so leaves
+/// nothing to be done; one that is at it makes this fail at once. The file stays the same one for those who have it
+/// open.
 Outcome remakePhotoFile(const std::string& path, const StoreContents& contents);
 
 } // namespace lamina
