@@ -91,11 +91,11 @@ TEST_F(PhotoPickerChanges, ShowTheFirstPhotosOfAnEmptyLibrary)
     EXPECT_FALSE(picker->currentCollectionItem());
     EXPECT_EQ(picker->photosModel()->rowCount(), 1);
     EXPECT_EQ(picker->emptyLine(), "Photos are looked for in ~/Pictures");
-    addPhoto("fresh", 0);
+    addPhoto("sea/fresh", 0);
     waitForCount(1);
     EXPECT_EQ(picker->libraryState(), YMSPhotoPickerViewController::Filled);
     picker->presentAlbumPickerView(); // nobody tells the picker while it is covered
-    fs::remove(file("fresh"));
+    fs::remove(file("sea/fresh"));
     settleUntil([] { return fetchCollectionItems().empty(); });
     window.topViewController()->dismiss(false);
     waitForCount(0);
