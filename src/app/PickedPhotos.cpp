@@ -1,12 +1,12 @@
 #include "app/PickedPhotos.h"
 
+#include "picker/PickerTexts.h"
 #include "platform/base/Log.h"
 #include "platform/image/codecs/PictureFacts.h"
 #include "platform/photos/AssetPicture.h"
 #include "platform/photos/PHImageRequestOptions.h"
 
 #include <algorithm>
-#include <filesystem>
 #include <utility>
 
 namespace lamina {
@@ -33,9 +33,9 @@ Result<UIImage> loadPickedPhoto(PHAsset asset, const PickedPhotoSize& size, cons
 
 CGSize pickedPhotoSize(CGSize own, const PickedPhotoSize& size)
 {
+    const double zoomed = size.shortSide / std::min(own.width, own.height);
     const double covering = std::max(size.covered.width / own.width, size.covered.height / own.height);
-    const double keeping = std::min(1.0, size.shortSide / std::min(own.width, own.height));
-    const double scale = std::max(covering, keeping);
+    const double scale = std::max(std::min(covering, std::max(1.0, zoomed)), std::min(1.0, zoomed));
     return {own.width * scale, own.height * scale};
 }
 
@@ -51,7 +51,7 @@ PickedPhotos loadPickedPhotos(const std::vector<PHAsset>& assets, const PickedPh
             photos.images.push_back(*std::move(image));
         } else if (!cancelled) {
             logWarning(image.error().message());
-            photos.failures.push_back({std::filesystem::path(asset.path).filename().string(), image.error().cause});
+            photos.failures.push_back({shownFileName(asset).toStdString(), image.error().cause});
         }
     }
     return photos;

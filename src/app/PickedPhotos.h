@@ -12,9 +12,9 @@ namespace lamina {
 
 /// How large photos have to be for an editor.
 struct PickedPhotoSize {
-    /// Pixels that a photo covers to the last one, enlarged where it must be.
+    /// Pixels that a photo covers to the last one, enlarged where it must be, but not beyond `shortSide`.
     CGSize covered;
-    /// Pixels that its shorter side keeps beyond that, if it has as many.
+    /// Pixels that its shorter side keeps in any case, if it has as many.
     double shortSide = 0;
 };
 

@@ -177,9 +177,9 @@ void PhotoGrid::endDisplaying(const QObject* cell)
     if (found == m_displayed.end())
         return;
     (*found)->m_item = -1;
-    (*found)->setSelected(false);
     if (auto* const photo = dynamic_cast<YMSPhotoCell*>(found->get()))
-        photo->cancelImageRequest();
+        photo->endDisplaying();
+    (*found)->setSelected(false);
     m_spare.push_back(std::move(*found));
     m_displayed.erase(found);
 }

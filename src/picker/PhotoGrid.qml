@@ -21,6 +21,7 @@ TileGrid {
     readonly property real pitch: (room - 2 * inset + gap) / columns
     // All of it; the view's own height of its content comes late.
     readonly property real sheetHeight: topMargin + Math.ceil(count / columns) * cellHeight + bottomMargin
+    readonly property real displayScale: Screen.devicePixelRatio
     property bool placed: false
     property real formerMargin: 0
     // What was looked at when the photos were exchanged for others, and how far below the window's top.
@@ -55,7 +56,7 @@ TileGrid {
         if (room <= 0 || height <= 0)
             return
         const first = placed ? Math.floor(scrolled() / cellHeight) * columns : 0
-        controller.placeGrid(room, height, gap, inset, inset)
+        controller.placeGrid(room, height, gap, inset, inset, displayScale)
         if (first > 0) {
             forceLayout()
             scrollTo(Math.floor(first / columns) * cellHeight)
@@ -106,7 +107,7 @@ TileGrid {
     cellHeight: controller.cellSide + gap
     pageRows: Math.max(1, Math.floor((height - barShown) / cellHeight) - 1)
     model: controller.photos
-    cacheBuffer: Math.round(cellHeight * 2)
+    cacheBuffer: Math.round(cellHeight)
     highlightFollowsCurrentItem: false
     // A bar that is higher for a longer title moves nothing under it.
     onTopMarginChanged: {
@@ -116,6 +117,7 @@ TileGrid {
     }
     onRoomChanged: place()
     onHeightChanged: place()
+    onDisplayScaleChanged: place()
     Component.onCompleted: place()
 
     onContentYChanged: if (placed) controller.scrollViewDidScroll(scrolled(), height, sheetHeight)

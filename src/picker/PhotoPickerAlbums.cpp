@@ -1,5 +1,6 @@
 #include "picker/YMSPhotoPickerViewController.h"
 
+#include "picker/PickerTexts.h"
 #include "picker/YMSAlbumPickerViewController.h"
 #include "platform/media/AVCaptureSession.h"
 #include "platform/photos/PHFetchResult.h"
@@ -29,8 +30,7 @@ void YMSPhotoPickerViewController::refreshCollections()
 
 QString YMSPhotoPickerViewController::albumTitle() const
 {
-    return m_currentCollectionItem ? QString::fromStdString(m_currentCollectionItem->collection.localizedTitle)
-                                   : QString();
+    return m_currentCollectionItem ? shownName(m_currentCollectionItem->collection.localizedTitle) : QString();
 }
 
 void YMSPhotoPickerViewController::updateViewWithCollectionItem(const std::optional<CollectionItem>& item)
@@ -45,6 +45,7 @@ void YMSPhotoPickerViewController::presentAlbumPickerView()
 {
     if (!m_currentCollectionItem || presentedViewController())
         return;
+    giveUpFullImage();
     refreshCollections();
     const auto chosen = [self = weakSelf()](const std::optional<CollectionItem>& item) {
         if (const auto picker = self.lock(); picker && item)

@@ -114,6 +114,8 @@ void YMSPhotoPickerViewController::photosArrived(const PhotoArrivals& arrivals)
 
 void YMSPhotoPickerViewController::updateLibraryState()
 {
+    if (m_currentCollectionItem && m_currentCollectionItem->assets.isEmpty())
+        refreshCollections(); // there may be none at all any more
     const bool filled = std::ranges::any_of(m_collectionItems, [](const auto& item) { return !item.assets.isEmpty(); });
     const LibraryState state = filled                            ? Filled
                                : !PHPhotoLibrary::showsFolders() ? Hidden

@@ -1,5 +1,6 @@
 #include "picker/YMSPhotoPickerViewController.h"
 
+#include "picker/PickerTexts.h"
 #include "platform/base/Localization.h"
 #include "platform/photos/PHCollection.h"
 #include "platform/photos/PHFetchResult.h"
@@ -14,11 +15,6 @@ namespace lamina {
 
 namespace {
 
-std::string nameOf(const PHAsset& asset)
-{
-    return asset.path.substr(asset.path.find_last_of('/') + 1);
-}
-
 bool canBeToldInSteps(const PHFetchResultChangeDetails& details)
 {
     return details.hasIncrementalChanges() && !details.hasMoves() &&
@@ -30,7 +26,7 @@ bool canBeToldInSteps(const PHFetchResultChangeDetails& details)
 void YMSPhotoPickerViewController::photoLibraryDidChange(const PHChange& changeInstance)
 {
     m_collectionsAreOld = true;
-    dropVanishedPhotos();
+    renewSelectedPhotos();
     const auto details = m_currentCollectionItem
                              ? changeInstance.changeDetailsForFetchResult(m_currentCollectionItem->assets)
                              : std::nullopt;
@@ -38,8 +34,6 @@ void YMSPhotoPickerViewController::photoLibraryDidChange(const PHChange& changeI
         showChanges(*details);
     else
         followOtherAlbums();
-    if (m_currentCollectionItem && m_currentCollectionItem->assets.isEmpty())
-        refreshCollections(); // there may be none at all any more
     updateLibraryState();
 }
 
@@ -75,30 +69,37 @@ void YMSPhotoPickerViewController::showChanges(const PHFetchResultChangeDetails&
 /// That is the newest one, unless the library has another one in its place: a clock may have been set back.
 void YMSPhotoPickerViewController::selectPhotoJustTaken(const std::optional<PHAsset>& newest)
 {
-    if (!std::exchange(m_needToSelectFirstPhoto, false))
+    if (!m_needToSelectFirstPhoto)
         return;
-    const std::vector<PHAsset> taken = fetchAssetsWithLocalIdentifiers({std::exchange(m_takenPhoto, {})});
+    const std::vector<PHAsset> taken = fetchAssetsWithLocalIdentifiers({m_takenPhoto});
     const std::optional<PHAsset> photo = taken.empty() ? newest : std::optional(taken.front());
-    if (photo && !selectionIndexOf(*photo))
+    if (!photo)
+        return;
+    m_needToSelectFirstPhoto = false;
+    if (!selectionIndexOf(*photo) && canAddPhoto())
         addToSelection(*photo);
 }
 
-void YMSPhotoPickerViewController::dropVanishedPhotos()
+/// A photo that has got another name or folder stays chosen, as it is now.
+void YMSPhotoPickerViewController::renewSelectedPhotos()
 {
     std::vector<std::string> identifiers;
     for (const PHAsset& chosen : m_selectedPhotos)
         identifiers.push_back(chosen.localIdentifier);
     const std::vector<PHAsset> found = fetchAssetsWithLocalIdentifiers(identifiers);
-    if (found.size() == identifiers.size())
+    const std::vector<PHAsset> former = m_selectedPhotos;
+    for (const PHAsset& fresh : found)
+        *std::ranges::find(m_selectedPhotos, fresh) = fresh;
+    if (found.size() == former.size())
         return;
     std::string names;
-    for (const PHAsset& chosen : std::vector<PHAsset>(m_selectedPhotos)) {
+    for (const PHAsset& chosen : former) {
         if (std::ranges::find(found, chosen) != found.end())
             continue;
         if (const std::optional<int> item = itemOfAsset(chosen))
             m_grid.deselectItem(*item);
         removeFromSelection(chosen);
-        names += (names.empty() ? "" : ", ") + localizedText("“%1”", {nameOf(chosen)});
+        names += (names.empty() ? "" : ", ") + localizedText("“%1”", {shownFileName(chosen).toStdString()});
     }
     emit notice(QString::fromStdString(localizedText(QT_TRANSLATE_NOOP("Lamina", "No longer there: %1"), {names})));
 }
@@ -114,7 +115,7 @@ void YMSPhotoPickerViewController::refreshTiles(const CollectionItem& item)
 void YMSPhotoPickerViewController::catchUpWithLibrary()
 {
     m_collectionsAreOld = true;
-    dropVanishedPhotos();
+    renewSelectedPhotos();
     if (!m_currentCollectionItem) {
         followOtherAlbums();
     } else {
@@ -125,6 +126,8 @@ void YMSPhotoPickerViewController::catchUpWithLibrary()
             refreshTiles(item);
         else
             updateViewWithCollectionItem(item);
+        selectPhotoJustTaken(std::nullopt);
+        refreshPhotoSelection();
     }
     updateLibraryState();
 }

@@ -8,6 +8,8 @@
 #include "platform/base/UIScreen.h"
 #include "platform/media/AVCaptureSession.h"
 
+#include <cmath>
+
 // The tiles of the photo picker, where they stand, and the bar over them.
 
 namespace lamina {
@@ -65,7 +67,7 @@ void YMSPhotoPickerViewController::preparePhotoCell(YMSPhotoCell& cell, int item
 void YMSPhotoPickerViewController::refreshPhotoCell(YMSPhotoCell& cell, int item)
 {
     const PHAsset asset = assetOfItem(item);
-    if (cell.represents(asset) && cell.targetSize().width >= thumbnailSize().width)
+    if (cell.represents(asset) && cell.targetSize().width >= thumbnailSize().width && cell.shownSide() >= shownSide())
         return;
     cell.cancelImageRequest();
     loadThumbnail(cell, asset);
@@ -78,9 +80,16 @@ CGSize YMSPhotoPickerViewController::thumbnailSize() const
     return {pixels, pixels};
 }
 
+/// Tiles differ by a pixel, so that a row is filled.
+int YMSPhotoPickerViewController::shownSide() const
+{
+    return static_cast<int>(std::ceil(m_measures.cellSide * m_displayScale)) + (m_displayScale > 0 ? 1 : 0);
+}
+
 void YMSPhotoPickerViewController::loadThumbnail(YMSPhotoCell& cell, const PHAsset& asset)
 {
     cell.setRepresentedAsset(asset);
+    cell.setShownSide(shownSide());
     cell.loadPhotoWithManager(m_imageManager, asset, thumbnailSize());
 }
 
@@ -119,12 +128,14 @@ int YMSPhotoPickerViewController::itemOfPhoto(const QString& identifier) const
     return asset.localIdentifier.empty() ? -1 : itemOfAsset(asset).value_or(-1);
 }
 
-void YMSPhotoPickerViewController::placeGrid(double width, double height, double spacing, double left, double right)
+void YMSPhotoPickerViewController::placeGrid(double width, double height, double spacing, double left, double right,
+                                             double displayScale)
 {
     const PhotoGridPlace place{{width, height}, spacing, left, right};
-    if (place == m_place || !(width > 0 && height > 0))
+    if ((place == m_place && displayScale == m_displayScale) || !(width > 0 && height > 0))
         return;
     m_place = place;
+    m_displayScale = displayScale;
     m_measures = isPortraitGrid(place) ? portraitMeasures(place) : landscapeMeasures(place);
     emit gridChanged();
     m_grid.refreshPhotoCells(); // larger tiles want larger pictures

@@ -15,6 +15,7 @@
 #include "platform/view/UIBarButtonItem.h"
 
 #include <algorithm>
+#include <set>
 #include <string>
 #include <utility>
 
@@ -179,6 +180,7 @@ void YMSPhotoPickerViewController::presentSinglePhoto(int item)
 {
     if (item <= kCameraItem || item >= m_grid.numberOfItems() || presentedViewController())
         return;
+    giveUpFullImage();
     const auto shown = std::make_shared<std::weak_ptr<YMSSinglePhotoViewController>>();
     const auto finished = [self = weakSelf(), shown](bool selected) {
         const auto large = shown->lock();
@@ -207,6 +209,16 @@ void YMSPhotoPickerViewController::cancelFullImage()
     m_fullImageRequest = PHInvalidImageRequestID;
     m_isReadingFullImage = false;
     ++m_fullImageCount;
+}
+
+/// The user has turned to something else than the one photo that is being read.
+void YMSPhotoPickerViewController::giveUpFullImage()
+{
+    if (!m_isReadingFullImage)
+        return;
+    cancelFullImage();
+    for (const int item : std::set<int>(m_grid.indexPathsForSelectedItems()))
+        m_grid.deselectItem(item); // it can be chosen again
 }
 
 /// The newest choice alone counts: one before it that is still being read is given up.
@@ -264,11 +276,14 @@ void YMSPhotoPickerViewController::tellFailure(const Error& error)
 void YMSPhotoPickerViewController::deliver(const UIImage& image)
 {
     m_isReadingFullImage = false;
+    if (m_hasLeft)
+        return;
     const auto heard = delegate();
     if (heard && heard->respondsTo(YMSPhotoPickerViewControllerDelegate::Call::DidFinishPickingImage))
         heard->photoPickerViewController(*this, image);
     else
         cancelPicking();
+    m_hasLeft = !presentingViewController();
 }
 
 } // namespace lamina

@@ -1,6 +1,7 @@
 #include "picker/PickerTexts.h"
 
 #include "platform/base/Localization.h"
+#include "platform/photos/PHAsset.h"
 
 #include <QCoreApplication>
 #include <QDateTime>
@@ -9,6 +10,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <filesystem>
 
 namespace lamina {
 
@@ -50,6 +52,11 @@ QString shownName(const std::string& name)
     std::ranges::replace_if(
         shown, [](QChar sign) { return sign.category() == QChar::Other_Control; }, QChar(QChar::ReplacementCharacter));
     return shown;
+}
+
+QString shownFileName(const PHAsset& photo)
+{
+    return shownName(std::filesystem::path(photo.path).filename().string());
 }
 
 } // namespace lamina

@@ -1,10 +1,16 @@
 #include "picker/YMSPhotoCell.h"
 
 #include "platform/base/DispatchQueue.h"
+#include "platform/image/drawing/CGContext.h"
+#include "platform/image/drawing/UIImageDrawing.h"
 #include "platform/view/UIImageMetaType.h"
 #include "platform/view/UIViewAnimation.h"
 
 #include <QPointer>
+
+#include <algorithm>
+#include <cmath>
+#include <optional>
 
 namespace lamina {
 
@@ -15,6 +21,25 @@ constexpr double kPressedScale = 0.9;
 constexpr double kPress = 0.15; ///< seconds
 constexpr double kRelease = 0.4;
 constexpr UIViewSpring kReleaseSpring{0.5, 6};
+
+/// Pixels for each one that is seen, up to which a picture is kept as it is.
+constexpr double kWorthKeeping = 2;
+
+UIImage asShown(const UIImage& picture, int side)
+{
+    const CGSize own = picture.size();
+    const double shown = std::min<double>(side, std::min(own.width, own.height));
+    if (!(shown > 0) || own.width * own.height <= kWorthKeeping * shown * shown)
+        return picture;
+    std::optional<CGContext> context = CGContext::image({shown, shown}, !picture.cgImage().hasAlpha(), 1);
+    if (!context)
+        return picture;
+    const double scale = shown / std::min(own.width, own.height);
+    const CGSize size{own.width * scale, own.height * scale};
+    drawInRect(picture, *context,
+               {{std::floor((shown - size.width) / 2), std::floor((shown - size.height) / 2)}, size});
+    return context->makeUIImage();
+}
 
 } // namespace
 
@@ -36,7 +61,8 @@ QVariant YMSPhotoCell::thumbnailVariant() const
 
 bool YMSPhotoCell::represents(const PHAsset& asset) const
 {
-    return m_representedAsset == asset && m_representedAsset.modified == asset.modified;
+    return m_representedAsset == asset && m_representedAsset.modified == asset.modified &&
+           m_representedAsset.path == asset.path; // a request for the former name may end with nothing
 }
 
 void YMSPhotoCell::setRepresentedAsset(const PHAsset& asset)
@@ -52,7 +78,7 @@ void YMSPhotoCell::loadPhotoWithManager(const std::shared_ptr<PHImageManager>& m
     m_targetSize = targetSize;
     const auto answer = [cell = QPointer(this), identifier = asset.localIdentifier](const UIImage& picture) {
         if (cell && cell->representedAssetIdentifier() == identifier)
-            cell->show(picture, !picture);
+            cell->show(asShown(picture, cell->m_shownSide), !picture);
     };
     m_imageRequestID = manager->requestImageForAsset(asset, targetSize, PHImageContentMode::AspectFill, {}, answer);
 }
@@ -134,14 +160,19 @@ void YMSPhotoCell::release()
     animate(kRelease, 0, {.spring = kReleaseSpring}, [&] { m_pressScale = 1; });
 }
 
-void YMSPhotoCell::prepareForReuse()
+void YMSPhotoCell::endDisplaying()
 {
     cancelImageRequest();
     m_animateSelection = false;
-    PhotoGridCell::prepareForReuse();
-    setSelected(false, false);
     m_release.cancel();
     m_pressScale = 1;
+}
+
+void YMSPhotoCell::prepareForReuse()
+{
+    endDisplaying();
+    PhotoGridCell::prepareForReuse();
+    setSelected(false, false);
     setRepresentedAsset({});
     show({}, false);
 }

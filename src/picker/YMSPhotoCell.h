@@ -59,6 +59,10 @@ public:
     void loadPhotoWithManager(const std::shared_ptr<PHImageManager>& manager, const PHAsset& asset, CGSize targetSize);
     /// That of the last request.
     CGSize targetSize() const { return m_targetSize; }
+    /// The pixels that its view has for a side of the picture; 0, the default: not known. Of pictures that are much
+    /// larger only the square in the middle is kept, at that size.
+    int shownSide() const { return m_shownSide; }
+    void setShownSide(int pixels) { m_shownSide = pixels; }
     /// Nothing where none is under way.
     void cancelImageRequest();
     /// `PHInvalidImageRequestID`: none.
@@ -81,6 +85,8 @@ public:
     /// The tile yields to a finger (to 0.9 of its size in 0.15 s) and springs back when it is lifted.
     void animateHighlight(bool highlighted);
 
+    /// Its view is gone: it rests with what it shows.
+    void endDisplaying();
     void prepareForReuse() override;
 
     /// Of frame and number: 0 or 1, an `Animated<double>` for views.
@@ -104,6 +110,7 @@ private:
 
     PHAsset m_representedAsset;
     CGSize m_targetSize;
+    int m_shownSide = 0;
     std::weak_ptr<PHImageManager> m_imageManager;
     PHImageRequestID m_imageRequestID = PHInvalidImageRequestID;
     UIImage m_thumbnailImage;

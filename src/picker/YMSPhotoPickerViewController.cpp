@@ -37,6 +37,7 @@ void YMSPhotoPickerViewController::viewDidLoad()
 void YMSPhotoPickerViewController::viewWillAppear(bool animated)
 {
     UIViewController::viewWillAppear(animated);
+    m_hasLeft = false;
     PHPhotoLibrary::registerChangeObserver(weakSelf());
     catchUpWithLibrary();
 }
@@ -59,7 +60,7 @@ void YMSPhotoPickerViewController::cancelPicking()
 
 void YMSPhotoPickerViewController::finishPickingPhotos()
 {
-    if (m_selectedPhotos.empty())
+    if (m_selectedPhotos.empty() || m_hasLeft)
         return;
     const auto heard = delegate();
     if (!heard || !heard->respondsTo(Call::DidFinishPickingImages)) {
@@ -68,6 +69,7 @@ void YMSPhotoPickerViewController::finishPickingPhotos()
     }
     const std::vector<PHAsset> chosen = m_selectedPhotos;
     heard->photoPickerViewController(*this, chosen);
+    m_hasLeft = !presentingViewController();
 }
 
 } // namespace lamina

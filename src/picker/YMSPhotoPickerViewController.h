@@ -146,8 +146,10 @@ public:
     /// Where the photo of that identifier stands; -1: not in the album on show.
     Q_INVOKABLE int itemOfPhoto(const QString& identifier) const;
 
-    /// The layout's view and margins, in points; the tiles follow.
-    Q_INVOKABLE void placeGrid(double width, double height, double spacing, double left, double right);
+    /// The layout's view and margins, in points; the tiles follow. `displayScale`: pixels per point that the window
+    /// really has, of which there may be fewer than pictures are made for; 0: not known.
+    Q_INVOKABLE void placeGrid(double width, double height, double spacing, double left, double right,
+                               double displayScale = 0);
     /// Of the tiles as the view is now; 0 before `placeGrid`.
     double cellSide() const { return m_measures.cellSide; }
     int columns() const { return m_measures.columns; }
@@ -232,6 +234,7 @@ private:
     PHAsset assetOfItem(int item) const override;
     std::optional<int> itemOfAsset(const PHAsset& asset) const;
     CGSize thumbnailSize() const;
+    int shownSide() const;
     void loadThumbnail(YMSPhotoCell& cell, const PHAsset& asset);
     void animateHighlight(int item, bool highlighted);
 
@@ -251,6 +254,7 @@ private:
 
     void requestFullImage(const PHAsset& asset);
     void cancelFullImage();
+    void giveUpFullImage();
     void fullImageArrived(const PHAsset& asset, const UIImage& image);
     void findFailure(const PHAsset& asset);
     void tellFailure(const Error& error);
@@ -259,7 +263,7 @@ private:
     void showChanges(const PHFetchResultChangeDetails& details);
     void followOtherAlbums();
     void selectPhotoJustTaken(const std::optional<PHAsset>& newest);
-    void dropVanishedPhotos();
+    void renewSelectedPhotos();
     void catchUpWithLibrary();
     void refreshTiles(const CollectionItem& item);
 
@@ -282,11 +286,13 @@ private:
     NavigationBarHiding m_bar;
     PhotoGridPlace m_place;
     PhotoGridMeasures m_measures;
+    double m_displayScale = 0;
 
     std::vector<PHAsset> m_selectedPhotos;
     PHImageRequestID m_fullImageRequest = PHInvalidImageRequestID;
     bool m_isReadingFullImage = false;
     unsigned m_fullImageCount = 0; ///< of choices for the full picture, and their ends
+    bool m_hasLeft = false;        ///< its delegate has what was chosen and has dismissed it
 
     std::weak_ptr<AVCaptureSession> m_session;
     bool m_needToSelectFirstPhoto = false;

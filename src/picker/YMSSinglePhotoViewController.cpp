@@ -18,7 +18,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <filesystem>
 #include <utility>
 #include <vector>
 
@@ -348,7 +347,7 @@ QVariantMap YMSSinglePhotoViewController::theme() const
 
 QString YMSSinglePhotoViewController::photoName() const
 {
-    return shownName(std::filesystem::path(m_currentAsset.path).filename().string());
+    return shownFileName(m_currentAsset);
 }
 
 QString YMSSinglePhotoViewController::photoFacts() const

@@ -148,7 +148,8 @@ TEST(PickedPhotos, CoverTheScreenAndKeepTheirPixelsForTheDeepestZoom)
         CGSize expected;
     } table[] = {
         {{4000, 3000}, {1005, 1881}, 2250, {3000, 2250}}, // what the zoom needs
-        {{3000, 4000}, {3720, 2280}, 2580, {3720, 4960}}, // a large window needs more
+        {{3000, 4000}, {3720, 2280}, 2580, {3000, 4000}}, // nor is it enlarged for a large window,
+        {{1500, 1000}, {3720, 6480}, 2000, {3000, 2000}}, // or no further than for the zoom
         {{1000, 800}, {180, 240}, 2250, {1000, 800}},     // no more than there is
         {{40, 30}, {180, 240}, 2250, {320, 240}},         // but for what is to be covered
     };

@@ -172,6 +172,17 @@ TEST_F(PhotoPickerCamera, TakesAPhotoIntoTheAlbumOnShowAndChoosesIt)
     }
     take({}); // nothing was taken
     EXPECT_EQ(picker->selectedCount(), 2);
+
+    picker->tapItem(0);
+    picker->tapItem(0);
+    settle();
+    picker->imagePickerController(*camera(), {photo, "taken"});
+    picker->presentAlbumPickerView(); // before it is saved
+    settleUntil([] { return fetchCollectionItems().front().assets.count() == 10; });
+    window.topViewController()->dismiss(false);
+    settle();
+    EXPECT_EQ(picker->selectedCount(), 3);
+    EXPECT_TRUE(picker->indexPathsForSelectedItems().contains(1));
 }
 
 TEST_F(PhotoPickerCamera, HandsAPhotoOnAtOnceWhereOneIsWanted)

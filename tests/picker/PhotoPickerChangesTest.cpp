@@ -42,6 +42,17 @@ TEST_F(PhotoPickerChanges, KeepTilesAndMarksWhereTheirPhotosAre)
     addPhoto("sea/s2", 2 * 3600, 255);
     settleUntil([&] { return tile->thumbnailImage() && !imagesMatch(tile->thumbnailImage().cgImage(), former); });
     EXPECT_EQ(marks(), "s2:1");
+
+    // Another one gets another name, of which the library hears later.
+    tap("s3");
+    {
+        const LibraryEngine::Hold hold = photoLibrary().holdChanges();
+        fs::rename(file("sea/s3"), file("sea/s9"));
+        EXPECT_EQ(fetchAssetsWithLocalIdentifiers({picker->selectedPhotos()[1].localIdentifier}).size(), 1u);
+    }
+    settleUntil([&] { return chosen() == "s2 s9"; });
+    EXPECT_TRUE(qobject_cast<YMSPhotoCell*>(cells[4])->represents(picker->selectedPhotos()[1]));
+    EXPECT_EQ(marks(), "s2:1 s9:2");
     EXPECT_TRUE(notices.empty());
 }
 
@@ -80,10 +91,13 @@ TEST_F(PhotoPickerChanges, ShowTheFirstPhotosOfAnEmptyLibrary)
     EXPECT_FALSE(picker->currentCollectionItem());
     EXPECT_EQ(picker->photosModel()->rowCount(), 1);
     EXPECT_EQ(picker->emptyLine(), "Photos are looked for in ~/Pictures");
-    addPhoto("fresh", 0);
+    addPhoto("sea/fresh", 0);
     waitForCount(1);
     EXPECT_EQ(picker->libraryState(), YMSPhotoPickerViewController::Filled);
-    fs::remove(file("fresh"));
+    picker->presentAlbumPickerView(); // nobody tells the picker while it is covered
+    fs::remove(file("sea/fresh"));
+    settleUntil([] { return fetchCollectionItems().empty(); });
+    window.topViewController()->dismiss(false);
     waitForCount(0);
     EXPECT_EQ(picker->libraryState(), YMSPhotoPickerViewController::Empty);
 }
@@ -92,7 +106,7 @@ TEST_F(PhotoPickerChanges, TakeInWhatComesFromOutsideAsFarAsThereIsRoom)
 {
     open(3);
     tap("s1");
-    const std::string outside = home.path("outside.png");
+    const std::string outside = home.path("outside"); // a picture by its head alone
     writePng(outside, rampPicture(9, 9, 1));
     writeFile(home.path("text.png"), "no picture");
     const std::string bytes = readFile(outside);

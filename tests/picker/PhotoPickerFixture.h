@@ -41,9 +41,11 @@ public:
     {
         images.push_back(image);
     }
-    void photoPickerViewController(YMSPhotoPickerViewController&, const std::vector<PHAsset>& assets) override
+    void photoPickerViewController(YMSPhotoPickerViewController& picker, const std::vector<PHAsset>& assets) override
     {
         finished.push_back(namesOf(assets));
+        if (dismisses)
+            picker.dismiss(true);
     }
     void photoPickerViewControllerDidReceiveCameraAccessDenied(YMSPhotoPickerViewController&) override { ++denied; }
 
@@ -55,6 +57,7 @@ public:
         return names;
     }
 
+    bool dismisses = false;
     int cancelled = 0;
     int denied = 0;
     std::vector<UIImage> images;

@@ -81,8 +81,12 @@ TEST_F(PhotoPickerTest, HasRoomForAsManyAsItsLimitAndForAnyNumberWithoutOne)
         EXPECT_EQ(chosen(), c.chosen);
         EXPECT_EQ(delegate->finished.size(), c.finished); // one photo finishes at once
         EXPECT_EQ(picker->canAddPhoto(), c.limit == 0);
+        delegate->dismisses = true;
+        for (int taps = 0; taps < 2; ++taps)
+            picker->finishPickingPhotos();
+        EXPECT_EQ(delegate->finished.size(), c.finished + 1);
+        delegate->dismisses = false;
         cells.clear();
-        window.rootViewController()->dismiss(false);
         settle();
     }
 }
@@ -90,6 +94,12 @@ TEST_F(PhotoPickerTest, HasRoomForAsManyAsItsLimitAndForAnyNumberWithoutOne)
 TEST_F(PhotoPickerTest, GivesThePictureOfOnePhotoOrSaysWhyThereIsNone)
 {
     open(1);
+    tap("t2");
+    picker->presentAlbumPickerView(); // given up
+    settle();
+    EXPECT_TRUE(picker->indexPathsForSelectedItems().empty() && delegate->images.empty());
+    window.topViewController()->dismiss(false);
+    settle();
     tap("t1");
     tap("t2"); // the newest choice counts
     settle();
@@ -181,6 +191,10 @@ TEST_F(PhotoPickerTest, FillsATileForOnePhotoAtATime)
     settle();
     EXPECT_TRUE(cell.isUnreadable());
     cell.setRepresentedAsset(s1);
+    cell.setShownSide(10); // a coarse display
+    cell.loadPhotoWithManager(manager, s1, {40, 40});
+    settle();
+    EXPECT_EQ(cell.thumbnailImage().pixelSize(), (IntSize{10, 10}));
     cell.loadPhotoWithManager(manager, s1, {40, 40});
     cell.prepareForReuse();
     EXPECT_EQ(cell.imageRequestID(), PHInvalidImageRequestID);
@@ -203,6 +217,9 @@ TEST_F(PhotoPickerTest, FillsATileForOnePhotoAtATime)
     settle();
     EXPECT_EQ(cell.pressScale().value(), 1);
     EXPECT_EQ(cell.pressScale().motion().spring, (UIViewSpring{0.5, 6}));
+    picker->highlightItem(tile->item());
+    picker->endDisplaying(tile);
+    EXPECT_EQ(tile->pressScale().value(), 1);
 }
 
 } // namespace

@@ -393,7 +393,7 @@ PhotoID LibraryEngine::Impl::looseID(const std::string& path)
 {
     const std::string folder = parentPath(path);
     const std::string name = path.substr(path.rfind('/') + 1);
-    const std::optional<ListedFile> file = isPhotoName(name) ? findFile(folder, name) : std::nullopt;
+    const std::optional<ListedFile> file = findFile(folder, name);
     if (!file)
         return 0;
     const std::optional<PhotoRecord> known = m_index->find(file->key);
@@ -405,6 +405,8 @@ PhotoID LibraryEngine::Impl::looseID(const std::string& path)
     if (const PhotoID taken = m_scanner->take(folder, *file))
         return taken;
     const PhotoRecord record = readRecord(folder, *file);
+    if (!isPhotoName(name) && record.width == 0) // a picture may have any name
+        return 0;
     const PhotoID photo = m_index->reserve();
     m_loose[photo] = {photo, path, record.width, record.height, record.date, record.modified};
     m_scanner->places().put({photo, 0, record.date}, 1, false);

@@ -20,9 +20,9 @@ struct PHAsset {
     friend bool operator==(const PHAsset& x, const PHAsset& y) { return x.localIdentifier == y.localIdentifier; }
 };
 
-/// The assets of these identifiers that the library has, in their order; those that it doesn't, and those whose files
-/// are gone, are left out. Those of a change are found from its end on (see `PHPhotoLibrary::performChanges`). Usable
-/// from any thread.
+/// The assets of these identifiers that the library has, in their order; those that it doesn't are left out. A file
+/// that goes or gets another name is so when the library shows it. Those of a change are found from its end on (see
+/// `PHPhotoLibrary::performChanges`). Usable from any thread.
 std::vector<PHAsset> fetchAssetsWithLocalIdentifiers(const std::vector<std::string>& identifiers);
 
 } // namespace lamina
