@@ -19,11 +19,11 @@ namespace {
 
 constexpr const char* kKey = "folders";
 
-/// The folder of the command line; empty: none.
-std::string& givenFolder()
+/// Those of the command line.
+std::vector<std::string>& givenFolders()
 {
-    static std::string folder;
-    return folder;
+    static std::vector<std::string> folders;
+    return folders;
 }
 
 QString fileName()
@@ -50,7 +50,8 @@ void add(const std::string& path, std::vector<std::string>& folders)
 
 void tellLibrary(std::vector<std::string> folders)
 {
-    add(givenFolder(), folders);
+    for (const std::string& folder : givenFolders())
+        add(folder, folders);
     PHPhotoLibrary::setFurtherFolders(std::move(folders));
 }
 
@@ -85,9 +86,9 @@ Outcome keepPhotoFolders(const std::vector<std::string>& folders)
     return success();
 }
 
-void openPhotoFolders(const std::string& given)
+void openPhotoFolders(std::vector<std::string> given)
 {
-    givenFolder() = given;
+    givenFolders() = std::move(given);
     tellLibrary(keptPhotoFolders());
 }
 

@@ -16,8 +16,8 @@ std::vector<std::string> keptPhotoFolders();
 /// Keeps these from now on, and the library has them. The error's subject is the file.
 Outcome keepPhotoFolders(const std::vector<std::string>& folders);
 
-/// The library has those that are kept, and `given` while this process lives; empty: none, a relative one counts from
+/// The library has those that are kept, and those that are `given` while this process lives; relative ones count from
 /// the working directory.
-void openPhotoFolders(const std::string& given);
+void openPhotoFolders(std::vector<std::string> given);
 
 } // namespace lamina

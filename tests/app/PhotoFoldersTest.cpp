@@ -23,18 +23,18 @@ TEST(PhotoFolders, AreKeptWhateverTheirNamesAndTheLibraryHasThem)
     using Folders = std::vector<std::string>;
     const TemporaryFolder state;
     ::setenv("XDG_STATE_HOME", state.path().c_str(), 1);
-    openPhotoFolders("");
+    openPhotoFolders({});
     EXPECT_EQ(PHPhotoLibrary::furtherFolders(), Folders());
 
     const Folders odd{"/mnt/a, b; 100%", "/srv/\xFF\"ü", "/", "/mnt/a, b; 100%"};
     ASSERT_TRUE(keepPhotoFolders(odd));
     EXPECT_EQ(keptPhotoFolders(), Folders(odd.begin(), odd.begin() + 3));
     EXPECT_EQ(PHPhotoLibrary::furtherFolders(), keptPhotoFolders());
-    openPhotoFolders("photos/../more/");
+    openPhotoFolders({"/mnt/card", "photos/../more/"});
     EXPECT_EQ(PHPhotoLibrary::furtherFolders().back(), std::filesystem::current_path().string() + "/more");
-    ASSERT_TRUE(keepPhotoFolders({})); // which does not take away the one of the command line
+    ASSERT_TRUE(keepPhotoFolders({})); // which does not take away those of the command line
     EXPECT_EQ(keptPhotoFolders(), Folders());
-    EXPECT_EQ(PHPhotoLibrary::furtherFolders().size(), 1u);
+    EXPECT_EQ(PHPhotoLibrary::furtherFolders().size(), 2u);
 
     // As a person would write it.
     writeFile(state.path("lamina/photos.ini"), "[General]\nfolders=/mnt/card/, relative, \"file:///home/a%20b\"\n");
@@ -44,8 +44,8 @@ TEST(PhotoFolders, AreKeptWhateverTheirNamesAndTheLibraryHasThem)
     std::filesystem::remove_all(state.path("lamina"));
     writeFile(state.path("lamina"), "a file in the way");
     EXPECT_FALSE(keepPhotoFolders({"/mnt"}));
-    EXPECT_EQ(PHPhotoLibrary::furtherFolders().size(), 1u);
-    openPhotoFolders("");
+    EXPECT_EQ(PHPhotoLibrary::furtherFolders().size(), 2u);
+    openPhotoFolders({});
 }
 
 class PhotoFoldersMenu : public ScreenTest {
@@ -100,7 +100,7 @@ TEST_F(PhotoFoldersMenu, TakesAFolderInAndOutAgain)
     writeFile(folder.path("state"), "a file in the way");
     choose("/mnt/other");
     EXPECT_TRUE(alertText().starts_with("Can’t keep the folders / ")) << alertText();
-    openPhotoFolders("");
+    openPhotoFolders({});
 }
 
 } // namespace

@@ -49,7 +49,7 @@ protected:
         portal.vanish();
         LaunchOptions options;
         options.size = size;
-        options.photosFolder = folder;
+        options.photosFolders = {folder};
         open(options);
     }
 

@@ -57,7 +57,7 @@ TEST_F(Picking, WithoutAPortalTheWindowListsTheFolderItself)
     std::filesystem::create_directory(folder.path("inside"));
     std::filesystem::copy_file(sample("dunes.jpg"), folder.path("inside/dunes.jpg"));
     LaunchOptions options;
-    options.photosFolder = folder.path();
+    options.photosFolders = {folder.path()};
     openChooser(options);
     ASSERT_TRUE(driver->tap(QStringLiteral("Photo library")));
     ASSERT_TRUE(WindowDriver::waitUntil([&] { return driver->item(QStringLiteral("inside")) != nullptr; }));

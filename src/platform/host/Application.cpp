@@ -87,7 +87,7 @@ Application::Application(const LaunchOptions& options)
     QObject::connect(&m_metrics, &ScreenMetrics::sizeChanged, m_screens.get(), [this](QSizeF size) {
         m_screens->window().setSize({size.width(), size.height()});
     });
-    m_picker.setStartFolder(options.photosFolder);
+    m_picker.setStartFolder(options.photosFolders.empty() ? std::string() : options.photosFolders.front());
 
     m_view.setColor(QColor(0x12, 0x13, 0x16)); // the table, before the first frame is drawn
     m_view.setTitle(QStringLiteral("Lamina"));
@@ -99,7 +99,7 @@ Application::Application(const LaunchOptions& options)
     m_view.engine()->addImageProvider(QStringLiteral("art"), new ArtProvider);
     m_view.engine()->addImageProvider(QStringLiteral("thumbnail"), new ThumbnailProvider);
     keepWorks();
-    openPhotoFolders(options.photosFolder);
+    openPhotoFolders(options.photosFolders);
     QObject::connect(qGuiApp, &QGuiApplication::applicationStateChanged, &m_view, [](Qt::ApplicationState state) {
         if (state == Qt::ApplicationActive)
             PHPhotoLibrary::rescan(); // who was elsewhere has perhaps put photos where nobody tells of them

@@ -30,9 +30,9 @@ namespace lamina {
 struct LaunchOptions {
     /// "home", "two", "three", "blend" or "picker".
     std::string screen = "home";
-    /// A folder of the photo library beside the user's own, and where choosing a single photo starts; empty: none, and
+    /// Folders of the photo library beside the user's own. Choosing a single photo starts in the first; without any in
     /// the user's pictures, or the samples while those are empty.
-    std::string photosFolder;
+    std::vector<std::string> photosFolders;
     /// Photos to begin a blend with, the first one first.
     std::vector<std::string> files;
     /// Of the window, which then is not remembered; empty: the last one, or as the display allows.

@@ -99,7 +99,7 @@ Parsed parse(const QStringList& arguments)
         QStringLiteral("Opens %1. The picker is the one for three photos, over home.").arg(QLatin1String(kScreenWords)),
         QStringLiteral("screen"), QStringLiteral("home"));
     const QCommandLineOption photos(QStringLiteral("photos"),
-                                    QStringLiteral("Photos beside those in your own folder; choosing one starts here."),
+                                    QStringLiteral("Photos beside those in your own folder; may be given again. Choosing one starts in the first."),
                                     QStringLiteral("folder"));
     const QCommandLineOption size(QStringLiteral("size"), QStringLiteral("Of the window, in points."),
                                   QStringLiteral("WIDTHxHEIGHT"));
@@ -125,7 +125,8 @@ Parsed parse(const QStringList& arguments)
         return {
             {},
             complain(QStringLiteral("--screen: %1, not '%2'").arg(QLatin1String(kScreenWords), parser.value(screen)))};
-    parsed.options.photosFolder = parser.value(photos).toStdString();
+    for (const QString& folder : parser.values(photos))
+        parsed.options.photosFolders.push_back(folder.toStdString());
     if (parser.isSet(size)) {
         const auto wanted = sizeOf(parser.value(size));
         if (!wanted)
