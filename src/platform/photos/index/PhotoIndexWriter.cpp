@@ -75,7 +75,13 @@ void PhotoIndex::Writer::markGone(std::span<const PhotoID> photos)
 FolderID PhotoIndex::Writer::putFolder(const FolderRecord& record)
 {
     FolderRow row{record, 0};
-    const std::optional<FolderRow> byKey = m_rows.folderWithKey(record.key);
+    std::optional<FolderRow> byKey = m_rows.folderWithKey(record.key);
+    if (byKey && byKey->gone != 0 && byKey->record.path != record.path) {
+        // Its key is given anew: to a folder made since, or to one of the next card that is put in.
+        byKey->record.key = {};
+        m_rows.updateFolder(*byKey);
+        byKey.reset();
+    }
     std::optional<FolderRow> byPath = m_rows.folderAt(record.path);
     if (byKey && byPath && byKey->record.id != byPath->record.id) {
         byPath->record.path = displacedName(byPath->record.id);
