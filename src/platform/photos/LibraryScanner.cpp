@@ -82,11 +82,11 @@ void LibraryScanner::touchBlind()
     m_tree->visitAll([&](TreeFolder& folder) {
         if (!folder.isBlind)
             return;
-        const std::optional<FolderStatus> now = findFolder(folder.path);
-        if (!now)
-            markParent(folder);
-        else if (now->key != folder.key || now->modified == 0 || now->modified != folder.modified)
+        // A file that is written in place leaves its folder's time as it was.
+        if (findFolder(folder.path))
             mark(folder, true);
+        else
+            markParent(folder);
     });
 }
 

@@ -52,7 +52,7 @@ public:
     bool readEvents(bool isMounted);
     /// Marks a folder, or the folder of a file, with the file's name: it is looked at whatever the watch tells.
     void touch(const std::string& path);
-    /// Marks the folders that can't be watched and have changed.
+    /// Marks the folders that can't be watched.
     void touchBlind();
     /// Marks everything.
     void touchAll();
@@ -84,6 +84,10 @@ private:
         std::int64_t modified = 0, bytes = 0;
         bool isLink = false;
     };
+    struct Write {
+        PhotoRecord record;
+        bool isOther = false; ///< as shown, from before
+    };
     enum class Whereabouts { Gone, File, Link };
     using Rows = std::unordered_map<std::string, const PhotoRecord*>;
 
@@ -111,6 +115,7 @@ private:
     // Files.
     void compare(TreeFolder& folder, const std::vector<ListedFile>& files, const std::set<std::string>* names);
     void takeFile(TreeFolder& folder, const ListedFile& file, const PhotoRecord* row);
+    void takeOtherKey(const TreeFolder& folder, const ListedFile& file, const PhotoRecord& row);
     bool takeKnown(const TreeFolder& folder, const ListedFile& file);
     bool repeatsReading(const TreeFolder& folder, const ListedFile& file);
     bool isKnown(const ListedFile& file) const;
@@ -155,7 +160,7 @@ private:
     std::unordered_map<FileKey, std::set<std::string>, FileKeyHash> m_doubles;
     std::uint64_t m_ticket = 0;
     std::vector<FactsJob> m_jobs;
-    std::vector<PhotoRecord> m_writes;
+    std::vector<Write> m_writes;
     FactsReader m_facts; ///< last: its threads go first
 };
 
