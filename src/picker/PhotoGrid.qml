@@ -26,7 +26,7 @@ TileGrid {
     property real formerMargin: 0
     // What was looked at when the photos were exchanged for others, and how far below the window's top.
     property var kept: null
-    property string album
+    property string album: ""
 
     // How far it is scrolled; 0: at its top.
     function scrolled() {
@@ -62,6 +62,16 @@ TileGrid {
             scrollTo(Math.floor(first / columns) * cellHeight)
         }
         placed = true
+        controller.scrollViewDidComeToRest()
+        settle()
+    }
+    // Where nothing can be scrolled any more the bar can't be fetched back by scrolling.
+    function settle() {
+        if (!placed || sheetHeight > height)
+            return
+        scrollTo(0)
+        controller.scrollViewDidScroll(0, height, sheetHeight)
+        controller.scrollViewDidComeToRest()
     }
     function inSight(item) {
         const top = topMargin + Math.floor(item / columns) * cellHeight - scrolled()
@@ -78,8 +88,8 @@ TileGrid {
         forceLayout()
         const former = kept
         kept = null
-        const again = album === controller.albumTitle && former !== null
-        album = controller.albumTitle
+        const again = album === controller.albumIdentifier && former !== null
+        album = controller.albumIdentifier
         const anchor = again ? controller.itemOfPhoto(former.photo) : -1
         currentIndex = again ? Math.max(0, controller.itemOfPhoto(former.current)) : 0
         if (anchor > 0 && former.scrolled)
@@ -118,7 +128,11 @@ TileGrid {
     onRoomChanged: place()
     onHeightChanged: place()
     onDisplayScaleChanged: place()
-    Component.onCompleted: place()
+    onSheetHeightChanged: Qt.callLater(settle)
+    Component.onCompleted: {
+        album = controller.albumIdentifier
+        place()
+    }
 
     onContentYChanged: if (placed) controller.scrollViewDidScroll(scrolled(), height, sheetHeight)
     onDragEnded: controller.scrollViewDidEndDragging(flicking)

@@ -153,8 +153,11 @@ void LibraryScanner::takeEvent(const WatchEvent& event)
     TreeFolder* folder = m_tree->withWatch(event.watch);
     if (!folder)
         return;
-    if (event.isEnd())
+    if (event.isEnd()) {
+        // One that is made again at once may have its number, and nobody would tell of what is in it.
         m_tree->setWatch(*folder, -1);
+        mark(*folder, true);
+    }
     if (event.name.empty() || event.isOfFolder())
         takeFolderEvent(*folder, event);
     else if (isPhotoName(event.name))

@@ -248,6 +248,14 @@ const ChangeCase kChanges[] = {
      [](const auto& at) { fs::remove_all(at("Pictures/Trip")); },
      {"Pictures/loose.jpg", "Pictures/Other/c.jpg"},
      {}},
+    {"FolderMadeAgain", // many file systems give the new one the number of the old one
+     [](const auto& at) {
+         fs::remove_all(at("Pictures/Trip"));
+         fs::create_directory(at("Pictures/Trip"));
+         fs::copy(at("Pictures/loose.jpg"), at("Pictures/Trip/e.jpg"));
+     },
+     {"Pictures/loose.jpg", "Pictures/Trip/e.jpg", "Pictures/Other/c.jpg"},
+     {}},
     {"HiddenAndNoPicture",
      [](const auto& at) {
          fs::copy(at("Pictures/loose.jpg"), at("Pictures/.hidden.jpg"));
