@@ -247,6 +247,7 @@ bool LibraryEngine::Impl::work(bool isMounted)
             m_isGathering = false;
             m_hasBegun = true;
             m_scanner->beginRound();
+            forgetLoose(); // watched from now on
         }
         isBusy = m_scanner->step();
         if (m_index->lossCount() != m_losses)
@@ -311,7 +312,6 @@ bool LibraryEngine::Impl::isPublicationDue()
 LibraryChange LibraryEngine::Impl::publish()
 {
     m_scanner->flush();
-    forgetLoose();
     m_isComplete = m_isComplete || isSettled();
     LibraryPlaces::Changes changes = m_scanner->places().apply();
     const bool isOtherTree = m_scanner->takeTreeChanged();
@@ -392,7 +392,6 @@ void LibraryEngine::Impl::reload()
 void LibraryEngine::Impl::rescan()
 {
     m_scanner->touchBlind();
-    forgetLoose();
     endGathering();
 }
 
@@ -410,6 +409,11 @@ void LibraryEngine::Impl::takeLoose(const std::vector<std::string>& paths,
         photos.push_back(looseID(path));
     m_answers.emplace_back([photos = std::move(photos), handler] { handler(photos); });
     m_isUrgent = true;
+    std::vector<std::string> loose;
+    for (const auto& [id, file] : m_loose)
+        loose.push_back(file.path);
+    m_scanner->watchFiles(std::move(loose));
+    endGathering();
 }
 
 PhotoID LibraryEngine::Impl::looseID(const std::string& path)

@@ -90,6 +90,12 @@ void LibraryScanner::touchBlind()
     });
 }
 
+void LibraryScanner::watchFiles(std::vector<std::string> paths)
+{
+    m_watchedFiles = std::move(paths);
+    m_checksRoots = true;
+}
+
 void LibraryScanner::touchAll()
 {
     m_checksRoots = true;

@@ -35,6 +35,10 @@ void LibraryScanner::checkRoots()
         anchor(path);
         checkRoot(path);
     }
+    for (const std::string& path : m_watchedFiles) {
+        if (const std::optional<int> watch = m_watch.add(parentPath(path), FolderWatch::Depth::Names))
+            m_anchors[*watch].insert(path.substr(path.rfind('/') + 1));
+    }
     for (const auto& [watch, names] : former) {
         if (!m_anchors.contains(watch) && !m_tree->withWatch(watch))
             m_watch.remove(watch);

@@ -54,6 +54,8 @@ public:
     void touch(const std::string& path);
     /// Marks the folders that can't be watched.
     void touchBlind();
+    /// Has a round follow when one of these comes or goes, and no longer for those named before. Absolute paths.
+    void watchFiles(std::vector<std::string> paths);
     /// Marks everything.
     void touchAll();
     /// Whether files are left alone since somebody seems to be writing them.
@@ -141,6 +143,7 @@ private:
     std::unique_ptr<LibraryTree> m_tree;
     LibraryPlaces m_places;
 
+    std::vector<std::string> m_watchedFiles;
     std::unordered_map<int, std::set<std::string>> m_anchors; ///< watches beside the roots, and the names that count
     std::unordered_set<TreeFolder*> m_marked;
     bool m_checksRoots = true;
