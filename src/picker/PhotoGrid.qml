@@ -11,6 +11,7 @@ TileGrid {
     required property var controller
     // Of the screen, whose edges are the sheet's.
     required property real room
+    required property real screenHeight
     // Height that the bar takes over the first row, and how much of it is there now.
     required property real barHeight
     required property real barShown
@@ -22,6 +23,7 @@ TileGrid {
     // All of it; the view's own height of its content comes late.
     readonly property real sheetHeight: topMargin + Math.ceil(count / columns) * cellHeight + bottomMargin
     readonly property real displayScale: Screen.devicePixelRatio
+    property bool complete: false
     property bool placed: false
     property real formerMargin: 0
     // What was looked at when the photos were exchanged for others, and how far below the window's top.
@@ -53,10 +55,10 @@ TileGrid {
     }
     // The rows that were in sight stay there when the window gets another width.
     function place() {
-        if (room <= 0 || height <= 0)
+        if (!complete || room <= 0 || screenHeight <= 0)
             return
         const first = placed ? Math.floor(scrolled() / cellHeight) * columns : 0
-        controller.placeGrid(room, height, gap, inset, inset, displayScale)
+        controller.placeGrid(room, screenHeight, gap, inset, inset, displayScale)
         if (first > 0) {
             forceLayout()
             scrollTo(Math.floor(first / columns) * cellHeight)
@@ -126,11 +128,13 @@ TileGrid {
         scrollTo(before)
     }
     onRoomChanged: place()
-    onHeightChanged: place()
     onDisplayScaleChanged: place()
+    onScreenHeightChanged: place()
+    onHeightChanged: settle()
     onSheetHeightChanged: Qt.callLater(settle)
     Component.onCompleted: {
         album = controller.albumIdentifier
+        complete = true
         place()
     }
 

@@ -48,6 +48,7 @@ AppScreen {
         id: grid
         height: parent.height - foot.height
         room: parent.width
+        screenHeight: parent.height
         controller: picker.controller
         barHeight: bar.height
         barShown: picker.barShown

@@ -74,6 +74,10 @@ protected:
         LaunchOptions options;
         options.size = size;
         open(options);
+        showPicker(photos);
+    }
+    void showPicker(int photos)
+    {
         driver->top<ViewController>()->threePhotoCollage();
         ASSERT_TRUE(driver->waitFor<YMSPhotoPickerViewController>());
         picker()->setDelegate(recorder);
@@ -230,6 +234,9 @@ TEST_F(PickerWindow, AMouseScrollsAndLooksCloser)
 TEST_F(PickerWindow, WhatIsLookedAtStaysWhileTheLibraryChanges)
 {
     openPicker();
+    driver->press(Qt::Key_Escape);
+    ASSERT_TRUE(driver->waitFor<ViewController>());
+    showPicker(3 * kEach); // nothing has changed in this one yet
     tapTile(1);
     driver->press(Qt::Key_PageDown);
     driver->press(Qt::Key_PageDown);

@@ -27,8 +27,11 @@
 #include "platform/view/UIStoryboard.h"
 
 #include <QDir>
+#include <QDragEnterEvent>
 #include <QGuiApplication>
+#include <QMimeData>
 #include <QTemporaryDir>
+#include <QUrl>
 
 #include <cstdint>
 #include <cstdio>
@@ -417,6 +420,13 @@ void shootFilledPicker(Shooter& shooter, YMSPhotoPickerViewController& picker)
     shooter.shoot("picker");
     driver.press(Qt::Key_Right);
     shooter.shoot("picker-focus");
+    QMimeData dragged;
+    dragged.setUrls({QUrl::fromLocalFile(QString::fromStdString(kFirst))});
+    QDragEnterEvent enter({100, 100}, Qt::CopyAction, &dragged, Qt::LeftButton, Qt::NoModifier);
+    QGuiApplication::sendEvent(&driver.view(), &enter);
+    shooter.shoot("picker-drag");
+    QDragLeaveEvent leave;
+    QGuiApplication::sendEvent(&driver.view(), &leave);
     shootAlbums(shooter, picker);
     shootLargePhoto(shooter, picker);
 }

@@ -66,7 +66,7 @@ FocusScope {
     // Two strokes, so that it is seen on dark screens and on paper.
     Rectangle {
         anchors.fill: parent
-        anchors.margins: Tokens.space.s
+        anchors.margins: Tokens.space.xs
         visible: drops.hovered
         color: Qt.alpha(Tokens.palette.accent, 0.12)
         radius: Tokens.radius.tray
