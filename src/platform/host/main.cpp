@@ -98,9 +98,10 @@ Parsed parse(const QStringList& arguments)
         QStringLiteral("screen"),
         QStringLiteral("Opens %1. The picker is the one for three photos, over home.").arg(QLatin1String(kScreenWords)),
         QStringLiteral("screen"), QStringLiteral("home"));
-    const QCommandLineOption photos(QStringLiteral("photos"),
-                                    QStringLiteral("Photos beside those in your own folder; may be given again. Choosing one starts in the first."),
-                                    QStringLiteral("folder"));
+    const QCommandLineOption photos(
+        QStringLiteral("photos"),
+        QStringLiteral("Photos beside those in your own folder; may be given again. Choosing one starts in the first."),
+        QStringLiteral("folder"));
     const QCommandLineOption size(QStringLiteral("size"), QStringLiteral("Of the window, in points."),
                                   QStringLiteral("WIDTHxHEIGHT"));
     parser.addOptions({screen, photos, size});
