@@ -49,6 +49,13 @@ TEST_F(PickerScreens, TheAlbumListScrollsAwayFromItsBarAndIsWorkedByKeys)
     driver->drag({160, 200}, {0, 400});
     EXPECT_TRUE(WindowDriver::waitUntil([&] { return list->barHiding().alpha().value() == 1; }));
 
+    driver->drag({160, 500}, {0, -300});
+    EXPECT_TRUE(WindowDriver::waitUntil([&] { return list->barHiding().alpha().value() == 0; }));
+    driver->view().resize(kWidth, 4 * kHeight);
+    EXPECT_TRUE(WindowDriver::waitUntil([&] { return list->barHiding().alpha().value() == 1; })) << "all is in sight";
+    driver->view().resize(kWidth, kHeight);
+    driver->settle();
+
     driver->press(Qt::Key_End);
     EXPECT_EQ(driver->ringedName(), "Zoo, 0 photos");
     EXPECT_EQ(bottomOf("Zoo, 0 photos"), kHeight) << "nothing of the footer is seen";

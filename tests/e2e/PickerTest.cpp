@@ -2,11 +2,15 @@
 #include "WindowTest.h"
 
 #include "SamplePhotos.h"
+#include "StandInCamera.h"
+#include "TestPictures.h"
 #include "app/ViewController.h"
 #include "picker/YMSAlbumPickerViewController.h"
 #include "picker/YMSPhotoCell.h"
 #include "picker/YMSPhotoPickerViewController.h"
 #include "picker/YMSSinglePhotoViewController.h"
+#include "platform/base/UIDevice.h"
+#include "platform/media/AVCaptureDevice.h"
 #include "platform/photos/LibraryEngine_p.h"
 #include "platform/photos/PictureFolders.h"
 
@@ -296,6 +300,28 @@ TEST_F(PickerWindow, TheSystemsWindowStaysAtHandInASandbox)
     }
     LibraryEngine::shared().configure(former);
     LibraryEngine::shared().rescan(); // those are gone
+}
+
+TEST_F(PickerWindow, TheCameraIsSeenInItsTileUprightAsTheDeviceIsHeld)
+{
+    const auto camera = std::make_shared<StandInCamera>();
+    AVCaptureDevice::setSource({[] { return AVAuthorizationStatus::Authorized; }, {}, [camera] { return camera; }});
+    UIDevice::setOrientation(UIDeviceOrientation::LandscapeLeft);
+    openPicker();
+    ASSERT_TRUE(camera->frames);
+    // Red beside green: it is above in a device that lies on its left side.
+    camera->frames(UIImage(makePicture(20, 10, [](int x, int) {
+        return x < 10 ? Rgba{0, 255, 0, 255} : Rgba{255, 0, 0, 255};
+    })));
+    driver->settle();
+    const QImage seen = driver->grab().scaled(driver->view().size());
+    const auto redAt = [&](double down) {
+        const QPointF point = tile(0)->mapToScene({10, tile(0)->height() * down});
+        return seen.pixelColor(point.toPoint()).red();
+    };
+    EXPECT_GT(redAt(0.2), redAt(0.8) + 50);
+    UIDevice::setOrientation(UIDeviceOrientation::Unknown);
+    AVCaptureDevice::setSource({});
 }
 
 TEST_F(PickerWindow, WhatIsDroppedIsChosen)

@@ -1,5 +1,6 @@
 // The photo picker's camera tile, and the photo that is taken from there, with a camera that isn't one.
 #include "PhotoPickerFixture.h"
+#include "StandInCamera.h"
 
 #include "platform/base/CGGeometry.h"
 #include "platform/media/AVCaptureDevice.h"
@@ -14,28 +15,6 @@ namespace lamina::test {
 namespace {
 
 namespace fs = std::filesystem;
-
-/// A camera that isn't one, as a device and as what is opened of it.
-class StandIn : public AVCaptureDevice, public AVCaptureDeviceInput, public std::enable_shared_from_this<StandIn> {
-public:
-    bool opens = true;
-    int running = 0;
-    FrameHandler frames;
-
-    std::string localizedName() const override { return "stand-in"; }
-    Result<std::shared_ptr<AVCaptureDeviceInput>> makeInput() override
-    {
-        if (!opens)
-            return Error{localizedName(), "in use"};
-        return std::shared_ptr<AVCaptureDeviceInput>(shared_from_this());
-    }
-    void start(FrameHandler handler) override
-    {
-        ++running;
-        frames = std::move(handler);
-    }
-    void stop() override { --running; }
-};
 
 using Status = AVAuthorizationStatus;
 
@@ -77,7 +56,7 @@ protected:
 
     Status status = Status::Authorized;
     Status answer = Status::Authorized;
-    const std::shared_ptr<StandIn> use = std::make_shared<StandIn>();
+    const std::shared_ptr<StandInCamera> use = std::make_shared<StandInCamera>();
     const UIImage photo{rampPicture(20, 10, 77), 1, UIImageOrientation::Right};
 };
 
