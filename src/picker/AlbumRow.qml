@@ -22,7 +22,6 @@ T.ItemDelegate {
     implicitHeight: Math.max(Tokens.touch.albumRow, words.height + Tokens.space.l)
     hoverEnabled: true
     focusPolicy: Qt.ClickFocus
-    Accessible.role: Accessible.ListItem
     Accessible.name: cell ? cell.spoken : ""
     Accessible.selectable: true
     Accessible.selected: cell !== null && cell.checked

@@ -11,8 +11,27 @@ Rectangle {
 
     readonly property bool available: cell !== null && cell.available === true
 
-    color: Tokens.palette.field
+    // Of UIDeviceOrientation: the window turns with the device, what the camera sees is turned back.
+    readonly property var turns: ({ 2: 180, 3: -90, 4: 90 })
+    property int orientation: 1
 
+    function lookUpOrientation() {
+        orientation = cell && cell.previewOrientation ? cell.previewOrientation() : 1
+    }
+
+    color: Tokens.palette.field
+    onCellChanged: lookUpOrientation()
+    onWidthChanged: lookUpOrientation()
+    onHeightChanged: lookUpOrientation()
+
+    Picture {
+        readonly property bool lies: camera.orientation > 2
+        anchors.centerIn: parent
+        width: lies ? parent.height : parent.width
+        height: lies ? parent.width : parent.height
+        rotation: camera.turns[camera.orientation] ?? 0
+        picture: camera.cell ? camera.cell.preview : undefined
+    }
     Rectangle {
         anchors.fill: parent
         color: camera.theme.cameraVeilColor

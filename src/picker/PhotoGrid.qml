@@ -11,6 +11,7 @@ TileGrid {
     required property var controller
     // Of the screen, whose edges are the sheet's.
     required property real room
+    required property real screenHeight
     // Height that the bar takes over the first row, and how much of it is there now.
     required property real barHeight
     required property real barShown
@@ -22,11 +23,12 @@ TileGrid {
     // All of it; the view's own height of its content comes late.
     readonly property real sheetHeight: topMargin + Math.ceil(count / columns) * cellHeight + bottomMargin
     readonly property real displayScale: Screen.devicePixelRatio
+    property bool complete: false
     property bool placed: false
     property real formerMargin: 0
     // What was looked at when the photos were exchanged for others, and how far below the window's top.
     property var kept: null
-    property string album
+    property string album: ""
 
     // How far it is scrolled; 0: at its top.
     function scrolled() {
@@ -53,15 +55,25 @@ TileGrid {
     }
     // The rows that were in sight stay there when the window gets another width.
     function place() {
-        if (room <= 0 || height <= 0)
+        if (!complete || room <= 0 || screenHeight <= 0)
             return
         const first = placed ? Math.floor(scrolled() / cellHeight) * columns : 0
-        controller.placeGrid(room, height, gap, inset, inset, displayScale)
+        controller.placeGrid(room, screenHeight, gap, inset, inset, displayScale)
         if (first > 0) {
             forceLayout()
             scrollTo(Math.floor(first / columns) * cellHeight)
         }
         placed = true
+        controller.scrollViewDidComeToRest()
+        settle()
+    }
+    // Where nothing can be scrolled any more the bar can't be fetched back by scrolling.
+    function settle() {
+        if (!placed || sheetHeight > height)
+            return
+        scrollTo(0)
+        controller.scrollViewDidScroll(0, height, sheetHeight)
+        controller.scrollViewDidComeToRest()
     }
     function inSight(item) {
         const top = topMargin + Math.floor(item / columns) * cellHeight - scrolled()
@@ -78,8 +90,8 @@ TileGrid {
         forceLayout()
         const former = kept
         kept = null
-        const again = album === controller.albumTitle && former !== null
-        album = controller.albumTitle
+        const again = album === controller.albumIdentifier && former !== null
+        album = controller.albumIdentifier
         const anchor = again ? controller.itemOfPhoto(former.photo) : -1
         currentIndex = again ? Math.max(0, controller.itemOfPhoto(former.current)) : 0
         if (anchor > 0 && former.scrolled)
@@ -116,9 +128,15 @@ TileGrid {
         scrollTo(before)
     }
     onRoomChanged: place()
-    onHeightChanged: place()
     onDisplayScaleChanged: place()
-    Component.onCompleted: place()
+    onScreenHeightChanged: place()
+    onHeightChanged: settle()
+    onSheetHeightChanged: Qt.callLater(settle)
+    Component.onCompleted: {
+        album = controller.albumIdentifier
+        complete = true
+        place()
+    }
 
     onContentYChanged: if (placed) controller.scrollViewDidScroll(scrolled(), height, sheetHeight)
     onDragEnded: controller.scrollViewDidEndDragging(flicking)

@@ -19,7 +19,7 @@ public:
     virtual void prepareForReuse();
 
     /// Where it stands in the grid; -1: nowhere any more, though a view may still show it.
-    int item() const { return m_item; }
+    Q_INVOKABLE int item() const { return m_item; }
 
 signals:
     void selectedChanged();

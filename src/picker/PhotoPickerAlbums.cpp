@@ -33,6 +33,12 @@ QString YMSPhotoPickerViewController::albumTitle() const
     return m_currentCollectionItem ? shownName(m_currentCollectionItem->collection.localizedTitle) : QString();
 }
 
+QString YMSPhotoPickerViewController::albumIdentifier() const
+{
+    return m_currentCollectionItem ? QString::fromStdString(m_currentCollectionItem->collection.localIdentifier)
+                                   : QString();
+}
+
 void YMSPhotoPickerViewController::updateViewWithCollectionItem(const std::optional<CollectionItem>& item)
 {
     m_currentCollectionItem = item;

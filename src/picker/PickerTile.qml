@@ -4,7 +4,7 @@ import Lamina
 
 // One tile of the contact sheet: a photo, or the camera. The grid is one stop for the keyboard, and leads it here. What
 // it shows is a cell of the controller's, held for as long as the tile stands for that item.
-T.Button {
+T.ItemDelegate {
     id: tile
 
     required property int index
@@ -40,14 +40,27 @@ T.Button {
             controller.endDisplaying(former)
     }
 
-    Component.onCompleted: take()
-    Component.onDestruction: release()
+    // Not every version of the grid tells of a tile that is used again: it is seen by what it stands for.
+    property bool made: false
+    function settle() {
+        if (made && index >= 0 && (cell === null || cell.item() !== index))
+            take()
+    }
+    Component.onCompleted: {
+        made = true
+        take()
+    }
+    Component.onDestruction: {
+        made = false
+        release()
+    }
+    onIdentifierChanged: if (made) take()
+    onIndexChanged: if (index < 0) release(); else Qt.callLater(settle)
     GridView.onPooled: release()
-    GridView.onReused: take()
+    GridView.onReused: settle()
 
     hoverEnabled: true
     focusPolicy: Qt.ClickFocus
-    Accessible.role: Accessible.ListItem
     Accessible.name: {
         chosen, controller.selectedCount // asked again when they change
         return controller.itemDescription(index)

@@ -22,6 +22,14 @@ AppScreen {
         function tellScroll() {
             albums.controller.scrollViewDidScroll(contentY - originY + topMargin, height - topMargin, contentHeight)
         }
+        // Where nothing can be scrolled any more the bar can't be fetched back by scrolling.
+        function settle() {
+            if (topMargin + contentHeight + bottomMargin <= height) {
+                contentY = originY - topMargin
+                tellScroll()
+            }
+            albums.controller.scrollViewDidComeToRest()
+        }
 
         anchors.fill: parent
         topMargin: bar.height
@@ -50,6 +58,7 @@ AppScreen {
         }
         Component.onCompleted: goTo(albums.controller.selectedRow)
         onContentYChanged: tellScroll()
+        onHeightChanged: Qt.callLater(settle)
         onDragEnded: albums.controller.scrollViewDidEndDragging()
         onMovementEnded: albums.controller.scrollViewDidComeToRest()
         onWentTo: albums.controller.scrollViewDidComeToRest()

@@ -10,6 +10,7 @@ AppScreen {
     readonly property bool loading: bare && controller.libraryState === 0
     readonly property bool empty: bare && controller.libraryState === 1
     readonly property bool hidden: bare && controller.libraryState === 3
+    readonly property string chooseText: qsTranslate("Lamina", "Choose photos…")
     // Tab leads into a bar that has made way: it comes back for as long as it has the keyboard.
     readonly property bool barHeld: bar.holdsFocus && Host.focusVisible
     readonly property real barShown: bar.opacity > 0 ? bar.y + bar.height : 0
@@ -45,8 +46,9 @@ AppScreen {
     }
     PhotoGrid {
         id: grid
-        height: parent.height
+        height: parent.height - foot.height
         room: parent.width
+        screenHeight: parent.height
         controller: picker.controller
         barHeight: bar.height
         barShown: picker.barShown
@@ -80,14 +82,34 @@ AppScreen {
         title: picker.empty ? qsTranslate("Lamina", "No photos yet") : ""
         line: picker.empty ? picker.controller.emptyLine
                            : qsTranslate("Lamina", "Your folders are not shown to Lamina here. The photos that you choose in your system’s own window are.")
-        action: picker.hidden ? qsTranslate("Lamina", "Choose photos…") : ""
+        action: picker.hidden ? picker.chooseText : ""
         onActed: picker.controller.chooseFiles()
+    }
+
+    // Where the folders are not shown each further photo comes through the system's window too.
+    Rectangle {
+        id: foot
+        anchors.bottom: parent.bottom
+        width: parent.width
+        height: visible ? choose.height + 2 * Tokens.space.s : 0
+        visible: !picker.controller.showsFolders && !picker.hidden
+        color: Tokens.palette.paper
+        PickerButton {
+            id: choose
+            anchors.centerIn: parent
+            theme: picker.controller.theme
+            filled: true
+            strong: true
+            text: picker.chooseText
+            tint: picker.controller.theme.orderLabelTextColor
+            onClicked: picker.controller.chooseFiles()
+        }
     }
 
     Toast {
         id: toast
         anchors.horizontalCenter: parent.horizontalCenter
-        y: parent.height - height - Tokens.space.m
+        y: foot.y - height - Tokens.space.m
         good: false
         onDone: text = ""
     }

@@ -54,6 +54,7 @@ class YMSPhotoPickerViewController : public UIViewController,
     Q_PROPERTY(QAbstractItemModel* photos READ photosModel CONSTANT FINAL)
     Q_PROPERTY(QVariantMap theme READ themeMap CONSTANT FINAL)
     Q_PROPERTY(QString albumTitle READ albumTitle NOTIFY albumChanged FINAL)
+    Q_PROPERTY(QString albumIdentifier READ albumIdentifier NOTIFY albumChanged FINAL)
     Q_PROPERTY(bool multiple READ allowsMultipleSelection CONSTANT FINAL)
     Q_PROPERTY(int limit READ limit CONSTANT FINAL)
     Q_PROPERTY(int selectedCount READ selectedCount NOTIFY selectionChanged FINAL)
@@ -119,6 +120,8 @@ public:
     const std::optional<CollectionItem>& currentCollectionItem() const { return m_currentCollectionItem; }
     /// Of the album on show, in the user's language; empty without one.
     QString albumTitle() const;
+    /// What it is told from others by: titles may be the same. Empty without one.
+    QString albumIdentifier() const;
     /// Shows an album; the chosen photos stay chosen.
     void updateViewWithCollectionItem(const std::optional<CollectionItem>& item);
     /// Opens the list of albums.

@@ -4,12 +4,17 @@
 #include "SamplePhotos.h"
 #include "app/ViewController.h"
 #include "picker/YMSAlbumPickerViewController.h"
+#include "picker/YMSPhotoCell.h"
 #include "picker/YMSPhotoPickerViewController.h"
 #include "picker/YMSSinglePhotoViewController.h"
+#include "platform/photos/LibraryEngine_p.h"
 #include "platform/photos/PictureFolders.h"
 
 #include <QAccessible>
+#include <QDateTime>
+#include <QFile>
 #include <QMimeData>
+#include <QTemporaryDir>
 #include <QTest>
 #include <QWheelEvent>
 
@@ -54,11 +59,12 @@ protected:
     void SetUp() override
     {
         WindowTest::SetUp();
-        QDir(QString::fromStdString(picturesFolder())).removeRecursively();
+        removeAll();
         add("Garden", 0);
         add("Night walks", kEach);
         add(".", 2 * kEach);
     }
+    static void removeAll() { QDir(QString::fromStdString(picturesFolder())).removeRecursively(); }
     static void add(const std::string& album, int minutesOld)
     {
         addSamplePhotos(picturesFolder() + '/' + album, kEach, minutesOld);
@@ -68,6 +74,10 @@ protected:
         LaunchOptions options;
         options.size = size;
         open(options);
+        showPicker(photos);
+    }
+    void showPicker(int photos)
+    {
         driver->top<ViewController>()->threePhotoCollage();
         ASSERT_TRUE(driver->waitFor<YMSPhotoPickerViewController>());
         picker()->setDelegate(recorder);
@@ -94,6 +104,19 @@ protected:
         QQuickItem* const found = tile(item);
         QAccessibleInterface* const interface = found ? QAccessible::queryAccessibleInterface(found) : nullptr;
         return interface ? interface->text(QAccessible::Name).toStdString() : std::string();
+    }
+    /// The tiles in sight have the cells of their items, and these the photos.
+    void expectOwnPhotos()
+    {
+        for (int item = 1; item < picker()->photosModel()->rowCount(); ++item) {
+            const QQuickItem* const found = tile(item);
+            const auto* const cell = found ? found->property("cell").value<YMSPhotoCell*>() : nullptr;
+            if (!found)
+                continue;
+            ASSERT_NE(cell, nullptr) << item;
+            EXPECT_EQ(cell->item(), item);
+            EXPECT_EQ(cell->representedAssetIdentifier(), identifierOf(found)) << item;
+        }
     }
     static std::string identifierOf(const QQuickItem* tile)
     {
@@ -177,6 +200,7 @@ TEST_F(PickerWindow, KeysGoEverywhereAndFinish)
     EXPECT_EQ(picker()->barAlpha(), 0) << "the bar has made way";
     driver->press(Qt::Key_End);
     EXPECT_EQ(identifierOf(driver->view().activeFocusItem()), identifierOf(tile(3 * kEach))) << "in sight";
+    expectOwnPhotos();
     driver->press(Qt::Key_Tab);
     EXPECT_NE(driver->ringedName(), QString()) << "it comes back for who goes there";
     pressUntil("All Photos");
@@ -210,6 +234,9 @@ TEST_F(PickerWindow, AMouseScrollsAndLooksCloser)
 TEST_F(PickerWindow, WhatIsLookedAtStaysWhileTheLibraryChanges)
 {
     openPicker();
+    driver->press(Qt::Key_Escape);
+    ASSERT_TRUE(driver->waitFor<ViewController>());
+    showPicker(3 * kEach); // nothing has changed in this one yet
     tapTile(1);
     driver->press(Qt::Key_PageDown);
     driver->press(Qt::Key_PageDown);
@@ -217,6 +244,15 @@ TEST_F(PickerWindow, WhatIsLookedAtStaysWhileTheLibraryChanges)
     const std::string identifier = identifierOf(focused);
     const double place = focused->mapToScene({}).y();
     ASSERT_NE(identifier, "");
+    const PHAsset chosen = picker()->selectedPhotos().front();
+    QFile file(QString::fromStdString(chosen.path));
+    ASSERT_TRUE(file.open(QIODevice::ReadWrite));
+    file.setFileTime(QDateTime::currentDateTime().addDays(-1), QFileDevice::FileModificationTime);
+    file.close();
+    const QString moved = QString::fromStdString(chosen.localIdentifier);
+    EXPECT_TRUE(WindowDriver::waitUntil([&] { return picker()->itemOfPhoto(moved) == 3 * kEach; }));
+    driver->settle();
+    EXPECT_EQ(identifierOf(driver->view().activeFocusItem()), identifier) << "the list was exchanged";
     add("New", -kEach); // newer than all others
     waitForPhotos(4 * kEach);
     EXPECT_EQ(identifierOf(driver->view().activeFocusItem()), identifier);
@@ -225,6 +261,41 @@ TEST_F(PickerWindow, WhatIsLookedAtStaysWhileTheLibraryChanges)
     EXPECT_THAT(told(1), Not(HasSubstr("chosen")));
     driver->press(Qt::Key_PageDown);
     EXPECT_EQ(picker()->selectedCount(), 1);
+}
+
+TEST_F(PickerWindow, PhotosThatComeInThePlaceOfOthersHaveTheirTiles)
+{
+    openPicker();
+    driver->press(Qt::Key_PageDown);
+    driver->press(Qt::Key_PageDown);
+    EXPECT_EQ(picker()->barAlpha(), 0);
+    removeAll();
+    waitForPhotos(0);
+    EXPECT_TRUE(WindowDriver::waitUntil([&] { return picker()->barAlpha() == 1; })) << "nothing can be scrolled";
+    add("Garden", 0);
+    waitForPhotos(kEach);
+    expectOwnPhotos();
+}
+
+TEST_F(PickerWindow, TheSystemsWindowStaysAtHandInASandbox)
+{
+    removeAll();
+    const LibraryRoots former = LibraryEngine::shared().roots();
+    LibraryRoots hidden = former;
+    hidden.sandboxMark = sample("meadow.jpg"); // any file
+    LibraryEngine::shared().configure(hidden);
+    openPicker({}, 0);
+    {
+        const QTemporaryDir elsewhere;
+        for (const std::string& path : addSamplePhotos(elsewhere.path().toStdString(), 2, 0)) {
+            portal.setChoice({QUrl::fromLocalFile(QString::fromStdString(path)).toString()});
+            const int chosen = picker()->selectedCount();
+            ASSERT_TRUE(driver->tap(QStringLiteral("Choose photos…"))) << path;
+            EXPECT_TRUE(WindowDriver::waitUntil([&] { return picker() && picker()->selectedCount() > chosen; }));
+        }
+    }
+    LibraryEngine::shared().configure(former);
+    LibraryEngine::shared().rescan(); // those are gone
 }
 
 TEST_F(PickerWindow, WhatIsDroppedIsChosen)

@@ -21,13 +21,17 @@
 #include "platform/base/UIColor.h"
 #include "platform/files/FileWriting.h"
 #include "platform/media/VideoExport.h"
+#include "platform/photos/LibraryEngine_p.h"
 #include "platform/photos/PictureFolders.h"
 #include "platform/view/UIAlertController.h"
 #include "platform/view/UIStoryboard.h"
 
 #include <QDir>
+#include <QDragEnterEvent>
 #include <QGuiApplication>
+#include <QMimeData>
 #include <QTemporaryDir>
+#include <QUrl>
 
 #include <cstdint>
 #include <cstdio>
@@ -406,23 +410,63 @@ void shootLargePhoto(Shooter& shooter, YMSPhotoPickerViewController& picker)
     driver.waitFor<YMSPhotoPickerViewController>();
 }
 
-void shootPickers(const LaunchOptions& options, const QString& prefix)
+void shootFilledPicker(Shooter& shooter, YMSPhotoPickerViewController& picker)
 {
-    Shooter shooter(options, prefix);
     WindowDriver& driver = shooter.driver();
-    auto picker = openPicker(driver);
-    WindowDriver::waitUntil([&] { return picker->libraryState() == YMSPhotoPickerViewController::Empty; }, 5);
-    shooter.shoot("picker-empty");
     const Albums albums; // which it finds by itself
-    WindowDriver::waitUntil([&] { return picker->photosModel()->rowCount() == 28 && isDrawn(driver); }, 20);
+    WindowDriver::waitUntil([&] { return picker.photosModel()->rowCount() == 28 && isDrawn(driver); }, 20);
     for (const int item : {2, 5, 8})
-        picker->tapItem(item);
+        picker.tapItem(item);
     shooter.shoot("picker");
     driver.press(Qt::Key_Right);
     shooter.shoot("picker-focus");
-    shootAlbums(shooter, *picker);
-    shootLargePhoto(shooter, *picker);
+    QMimeData dragged;
+    dragged.setUrls({QUrl::fromLocalFile(QString::fromStdString(kFirst))});
+    QDragEnterEvent enter({100, 100}, Qt::CopyAction, &dragged, Qt::LeftButton, Qt::NoModifier);
+    QGuiApplication::sendEvent(&driver.view(), &enter);
+    shooter.shoot("picker-drag");
+    QDragLeaveEvent leave;
+    QGuiApplication::sendEvent(&driver.view(), &leave);
+    shootAlbums(shooter, picker);
+    shootLargePhoto(shooter, picker);
+}
+
+/// In a sandbox, with nothing and with what was chosen in the system's window.
+void shootHiddenPicker(Shooter& shooter)
+{
+    WindowDriver& driver = shooter.driver();
+    LibraryRoots roots = LibraryEngine::shared().roots();
+    const LibraryRoots former = roots;
+    roots.sandboxMark = kFirst; // any file
+    LibraryEngine::shared().configure(roots);
+    const auto picker = openPicker(driver);
+    WindowDriver::waitUntil([&] { return picker->libraryState() == YMSPhotoPickerViewController::Hidden; }, 5);
+    shooter.shoot("picker-hidden");
+    {
+        const QTemporaryDir elsewhere;
+        std::vector<PhotoSource> chosen;
+        for (const std::string& path : addSamplePhotos(elsewhere.path().toStdString(), 2, 0))
+            chosen.push_back(PhotoSource::fromFile(path));
+        picker->receivePhotos(chosen);
+        WindowDriver::waitUntil([&] { return picker->selectedCount() == 2 && isDrawn(driver); }, 5);
+        shooter.shoot("picker-hidden-chosen");
+    }
     driver.press(Qt::Key_Escape);
+    LibraryEngine::shared().configure(former);
+    LibraryEngine::shared().rescan(); // those from elsewhere are gone
+}
+
+void shootPickers(const LaunchOptions& options, const QString& prefix)
+{
+    QDir(QString::fromStdString(picturesFolder())).removeRecursively(); // what the road has saved
+    Shooter shooter(options, prefix);
+    WindowDriver& driver = shooter.driver();
+    const auto picker = openPicker(driver);
+    WindowDriver::waitUntil([&] { return picker->libraryState() == YMSPhotoPickerViewController::Empty; }, 5);
+    shooter.shoot("picker-empty");
+    shootFilledPicker(shooter, *picker);
+    driver.press(Qt::Key_Escape);
+    shootHiddenPicker(shooter);
 }
 
 } // namespace

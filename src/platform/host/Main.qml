@@ -63,14 +63,23 @@ FocusScope {
         enabled: !Host.progress.blocking
     }
 
+    // Two strokes, so that it is seen on dark screens and on paper.
     Rectangle {
         anchors.fill: parent
-        anchors.margins: Tokens.space.s
+        anchors.margins: Tokens.space.xs
         visible: drops.hovered
-        color: "transparent"
+        color: Qt.alpha(Tokens.palette.accent, 0.12)
         radius: Tokens.radius.tray
-        border.width: Tokens.focus.ring
-        border.color: Tokens.palette.accentText
+        border.width: 3
+        border.color: Tokens.palette.focusGap
+        Rectangle {
+            anchors.fill: parent
+            anchors.margins: parent.border.width
+            color: "transparent"
+            radius: parent.radius - parent.border.width
+            border.width: 3
+            border.color: Tokens.palette.accentText
+        }
     }
 
     HudOverlay {

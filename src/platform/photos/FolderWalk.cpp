@@ -19,8 +19,6 @@ namespace lamina {
 namespace {
 
 constexpr std::int64_t kSecond = 1'000'000'000;
-/// File systems round times, FAT to two seconds: a change right after a listing can leave a folder's time as it was.
-constexpr std::int64_t kRecent = 2 * kSecond;
 
 std::int64_t nanoseconds(const timespec& time)
 {
@@ -34,11 +32,7 @@ FileKey keyOf(const struct stat& status)
 
 FolderStatus folderStatus(const struct stat& status)
 {
-    timespec now{};
-    clock_gettime(CLOCK_REALTIME, &now);
-    const std::int64_t modified = nanoseconds(status.st_mtim);
-    const bool recent = modified > nanoseconds(now) - kRecent;
-    return {keyOf(status), recent ? 0 : modified};
+    return {keyOf(status), nanoseconds(status.st_mtim)};
 }
 
 /// Network file systems and those of programs: a watch tells of this machine's own changes at best.

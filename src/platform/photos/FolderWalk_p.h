@@ -32,7 +32,7 @@ struct ListedFolder {
 /// What a folder is by itself.
 struct FolderStatus {
     FileKey key;
-    std::int64_t modified = 0; ///< 0 where it is so recent that a further change might not show
+    std::int64_t modified = 0; ///< nanoseconds since the beginning of 1970, UTC
 };
 
 /// What is in a folder.

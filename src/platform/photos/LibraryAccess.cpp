@@ -2,10 +2,14 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <filesystem>
+#include <system_error>
 #include <unistd.h>
 #include <vector>
 
 namespace lamina {
+
+namespace fs = std::filesystem;
 
 namespace {
 
@@ -26,6 +30,15 @@ std::vector<Access> accessToEach(const LibraryRoots& roots)
     return found;
 }
 
+bool holdsOnlyOwnFolder(const LibraryRoots& roots)
+{
+    std::error_code failure;
+    fs::directory_iterator entry(roots.pictures, failure);
+    if (failure || entry == end(entry) || entry->path() != roots.ownFolder)
+        return false;
+    return entry.increment(failure) == end(entry) && !failure;
+}
+
 } // namespace
 
 PHAuthorizationStatus accessTo(const LibraryRoots& roots)
@@ -36,11 +49,13 @@ PHAuthorizationStatus accessTo(const LibraryRoots& roots)
                                                      : PHAuthorizationStatus::Authorized;
 }
 
-bool foldersAreShown(const LibraryRoots& roots, const std::string& sandboxMark)
+bool foldersAreShown(const LibraryRoots& roots)
 {
+    if (::access(roots.sandboxMark.c_str(), F_OK) != 0)
+        return true;
     const std::vector<Access> found = accessToEach(roots);
-    return ::access(sandboxMark.c_str(), F_OK) != 0 ||
-           std::any_of(found.begin(), found.end(), [](Access access) { return access != Access::Missing; });
+    return (found.front() != Access::Missing && !holdsOnlyOwnFolder(roots)) ||
+           std::any_of(found.begin() + 1, found.end(), [](Access access) { return access != Access::Missing; });
 }
 
 } // namespace lamina

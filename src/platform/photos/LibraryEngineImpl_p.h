@@ -70,6 +70,7 @@ private:
     bool isSettled() const;
     bool isPublicationDue();
     LibraryChange publish();
+    void addMoved(LibraryChange& change) const;
     void tell(const LibraryChange& change);
     void wake() const;
 

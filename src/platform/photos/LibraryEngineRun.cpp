@@ -43,6 +43,9 @@ constexpr milliseconds kLongestSleep{60'000};
 
 constexpr std::chrono::microseconds kTurn{100};
 
+/// Where loose files are: in no folder of the tree, not even in one that has no row at the moment.
+constexpr FolderID kNoFolder = -1;
+
 } // namespace
 
 LibraryEngine::Impl::Impl(LibraryRoots roots, Limits limits)
@@ -244,6 +247,7 @@ bool LibraryEngine::Impl::work(bool isMounted)
             m_isGathering = false;
             m_hasBegun = true;
             m_scanner->beginRound();
+            forgetLoose(); // watched from now on
         }
         isBusy = m_scanner->step();
         if (m_index->lossCount() != m_losses)
@@ -315,6 +319,7 @@ LibraryChange LibraryEngine::Impl::publish()
         m_builder.forget();
     LibraryChange change{.before = snapshot(), .after = makeSnapshot(changes, isOtherTree), .changed = {}};
     change.changed = std::move(changes.changed);
+    addMoved(change);
     m_lastPublished = Clock::now();
     m_interval = isSettled() ? kFirstInterval : std::min<Clock::duration>(m_interval * 3 / 2, kLongestInterval);
     m_isUrgent = false;
@@ -323,6 +328,24 @@ LibraryChange LibraryEngine::Impl::publish()
     m_shownRoots = m_loadedRoots;
     m_news.notify_all();
     return change;
+}
+
+/// Photos whose folder lies elsewhere now have another path, whatever else of them is as before.
+void LibraryEngine::Impl::addMoved(LibraryChange& change) const
+{
+    if (change.before->folderPaths == change.after->folderPaths)
+        return;
+    std::vector<PhotoID> photos = std::move(change.changed);
+    for (const auto& [folder, path] : *change.after->folderPaths) {
+        const auto before = change.before->folderPaths->find(folder);
+        if (before == change.before->folderPaths->end() || before->second == path)
+            continue;
+        const PhotoIDs moved = m_builder.photosOf(folder);
+        photos.insert(photos.end(), moved->begin(), moved->end());
+    }
+    std::ranges::sort(photos);
+    photos.erase(std::ranges::unique(photos).begin(), photos.end());
+    change.changed = std::move(photos);
 }
 
 LibrarySnapshotPtr LibraryEngine::Impl::makeSnapshot(const LibraryPlaces::Changes& changes, bool isOtherTree)
@@ -359,7 +382,7 @@ void LibraryEngine::Impl::reload()
     m_losses = m_index->lossCount();
     m_scanner->load(takeRoots());
     for (const auto& [id, file] : m_loose)
-        m_scanner->places().put({id, 0, file.date}, 1, false);
+        m_scanner->places().put({id, kNoFolder, file.date}, 1, false);
     m_hasBegun = false;
     m_isComplete = false;
     m_isReloaded = true;
@@ -369,7 +392,6 @@ void LibraryEngine::Impl::reload()
 void LibraryEngine::Impl::rescan()
 {
     m_scanner->touchBlind();
-    forgetLoose();
     endGathering();
 }
 
@@ -387,6 +409,11 @@ void LibraryEngine::Impl::takeLoose(const std::vector<std::string>& paths,
         photos.push_back(looseID(path));
     m_answers.emplace_back([photos = std::move(photos), handler] { handler(photos); });
     m_isUrgent = true;
+    std::vector<std::string> loose;
+    for (const auto& [id, file] : m_loose)
+        loose.push_back(file.path);
+    m_scanner->watchFiles(std::move(loose));
+    endGathering();
 }
 
 PhotoID LibraryEngine::Impl::looseID(const std::string& path)
@@ -409,7 +436,7 @@ PhotoID LibraryEngine::Impl::looseID(const std::string& path)
         return 0;
     const PhotoID photo = m_index->reserve();
     m_loose[photo] = {photo, path, record.width, record.height, record.date, record.modified};
-    m_scanner->places().put({photo, 0, record.date}, 1, false);
+    m_scanner->places().put({photo, kNoFolder, record.date}, 1, false);
     return photo;
 }
 

@@ -11,6 +11,8 @@ struct LibraryRoots {
     std::vector<std::string> further; ///< each is an album, or a list of albums, itself
     std::string ownFolder;            ///< into which the application puts finished pictures; usually in `pictures`
     std::string cacheFolder;          ///< where the index lies; it is made
+    /// A file that says, where it exists, that this is a sandbox: folders may be hidden from the application in it.
+    std::string sandboxMark = "/.flatpak-info";
 
     friend bool operator==(const LibraryRoots&, const LibraryRoots&) = default;
 };

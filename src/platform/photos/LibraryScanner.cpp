@@ -82,12 +82,18 @@ void LibraryScanner::touchBlind()
     m_tree->visitAll([&](TreeFolder& folder) {
         if (!folder.isBlind)
             return;
-        const std::optional<FolderStatus> now = findFolder(folder.path);
-        if (!now)
-            markParent(folder);
-        else if (now->key != folder.key || now->modified == 0 || now->modified != folder.modified)
+        // A file that is written in place leaves its folder's time as it was.
+        if (findFolder(folder.path))
             mark(folder, true);
+        else
+            markParent(folder);
     });
+}
+
+void LibraryScanner::watchFiles(std::vector<std::string> paths)
+{
+    m_watchedFiles = std::move(paths);
+    m_checksRoots = true;
 }
 
 void LibraryScanner::touchAll()
@@ -153,8 +159,11 @@ void LibraryScanner::takeEvent(const WatchEvent& event)
     TreeFolder* folder = m_tree->withWatch(event.watch);
     if (!folder)
         return;
-    if (event.isEnd())
+    if (event.isEnd()) {
+        // One that is made again at once may have its number, and nobody would tell of what is in it.
         m_tree->setWatch(*folder, -1);
+        mark(*folder, true);
+    }
     if (event.name.empty() || event.isOfFolder())
         takeFolderEvent(*folder, event);
     else if (isPhotoName(event.name))

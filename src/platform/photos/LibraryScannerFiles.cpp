@@ -76,10 +76,24 @@ void LibraryScanner::takeFile(TreeFolder& folder, const ListedFile& file, const 
     } else if (row && row->key == file.key) {
         read(folder, file, row->id);
     } else if (!takeKnown(folder, file) && !repeatsReading(folder, file)) {
-        read(folder, file, row ? row->id : 0);
+        if (row && hasContentOf(*row, file) && row->hasFacts)
+            takeOtherKey(folder, file, *row);
+        else
+            read(folder, file, row ? row->id : 0);
     } else if (row) {
         m_missing.insert(row->id);
     }
+}
+
+/// The file is what it was, under another key: devices are numbered anew, and on cards files too with each mount.
+void LibraryScanner::takeOtherKey(const TreeFolder& folder, const ListedFile& file, const PhotoRecord& row)
+{
+    forgetReading(pathIn(folder.path, file.name));
+    m_missing.erase(row.id);
+    m_writes.push_back({row, false});
+    m_writes.back().record.key = file.key;
+    if (m_writes.size() >= kMostWrites)
+        flush();
 }
 
 /// Whether the file is another one's second name, or has come here from elsewhere with all that is known of it.
@@ -108,7 +122,7 @@ bool LibraryScanner::takeKnown(const TreeFolder& folder, const ListedFile& file)
     other->folder = folder.id;
     other->name = file.name;
     m_missing.erase(other->id);
-    m_writes.push_back(std::move(*other));
+    m_writes.push_back({std::move(*other), true});
     if (m_writes.size() >= kMostWrites)
         flush();
     return true;
@@ -206,7 +220,7 @@ void LibraryScanner::takeFacts()
         if (!folder)
             continue;
         job.record.folder = folder->id;
-        m_writes.push_back(std::move(job.record));
+        m_writes.push_back({std::move(job.record), true});
     }
     if (m_writes.size() >= kMostWrites || m_facts.pending() == 0)
         flush();
@@ -218,8 +232,8 @@ PhotoID LibraryScanner::take(const std::string& folderPath, const ListedFile& fi
     if (!folder || folder->id == 0 || !isPhotoName(file.name))
         return 0;
     flush();
-    m_writes.push_back(readRecord(folderPath, file));
-    m_writes.back().folder = folder->id;
+    m_writes.push_back({readRecord(folderPath, file), true});
+    m_writes.back().record.folder = folder->id;
     flush();
     const std::optional<PhotoRecord> record = m_index->find(file.key);
     return record ? record->id : 0;
@@ -242,11 +256,12 @@ void LibraryScanner::flush()
     std::vector<PhotoID> ids;
     m_index->write([&](PhotoIndex::Writer& writer) {
         ids.clear();
-        for (const PhotoRecord& record : m_writes)
-            ids.push_back(writer.putPhoto(record));
+        for (const Write& write : m_writes)
+            ids.push_back(writer.putPhoto(write.record));
     });
     for (std::size_t i = 0; i < ids.size(); ++i) {
-        m_places.put({ids[i], m_writes[i].folder, m_writes[i].date}, stampOf(m_writes[i]), true);
+        const auto& [record, isOther] = m_writes[i];
+        m_places.put({ids[i], record.folder, record.date}, stampOf(record), isOther);
         m_missing.erase(ids[i]);
     }
     m_writes.clear();

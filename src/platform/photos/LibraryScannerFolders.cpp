@@ -3,6 +3,8 @@
 #include "platform/photos/LibraryScanner_p.h"
 
 #include <algorithm>
+#include <array>
+#include <cerrno>
 #include <optional>
 #include <utility>
 
@@ -15,6 +17,15 @@ namespace {
 /// Deeper than anybody sorts photos, and shorter than the longest path.
 constexpr int kDeepest = 64;
 
+/// Whether a folder that couldn't be listed has nothing for us. After any other failure it may well be as it was: a
+/// disk that stumbles, a network that is away, too many open files.
+bool isClosedToUs(const Error& error)
+{
+    return error.cause == cause::kNoSuchFolder ||
+           std::ranges::any_of(std::array{ENOTDIR, EACCES, EPERM},
+                               [&](int number) { return error.cause == readingFailure(number); });
+}
+
 } // namespace
 
 void LibraryScanner::checkRoots()
@@ -23,6 +34,10 @@ void LibraryScanner::checkRoots()
     for (const std::string& path : m_tree->rootPaths()) {
         anchor(path);
         checkRoot(path);
+    }
+    for (const std::string& path : m_watchedFiles) {
+        if (const std::optional<int> watch = m_watch.add(parentPath(path), FolderWatch::Depth::Names))
+            m_anchors[*watch].insert(path.substr(path.rfind('/') + 1));
     }
     for (const auto& [watch, names] : former) {
         if (!m_anchors.contains(watch) && !m_tree->withWatch(watch))
@@ -107,6 +122,10 @@ void LibraryScanner::list(TreeFolder& folder)
     Result<FolderListing> listing = listFolder(folder.path);
     if (!listing) {
         reportUnreadable(folder, listing.error());
+        if (!isClosedToUs(listing.error())) {
+            folder.isBlind = true; // looked at again
+            return;
+        }
         FolderListing none;
         none.status.key = folder.key;
         listing = std::move(none);

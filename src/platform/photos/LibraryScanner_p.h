@@ -52,8 +52,10 @@ public:
     bool readEvents(bool isMounted);
     /// Marks a folder, or the folder of a file, with the file's name: it is looked at whatever the watch tells.
     void touch(const std::string& path);
-    /// Marks the folders that can't be watched and have changed.
+    /// Marks the folders that can't be watched.
     void touchBlind();
+    /// Has a round follow when one of these comes or goes, and no longer for those named before. Absolute paths.
+    void watchFiles(std::vector<std::string> paths);
     /// Marks everything.
     void touchAll();
     /// Whether files are left alone since somebody seems to be writing them.
@@ -84,6 +86,10 @@ private:
         std::int64_t modified = 0, bytes = 0;
         bool isLink = false;
     };
+    struct Write {
+        PhotoRecord record;
+        bool isOther = false; ///< as shown, from before
+    };
     enum class Whereabouts { Gone, File, Link };
     using Rows = std::unordered_map<std::string, const PhotoRecord*>;
 
@@ -111,6 +117,7 @@ private:
     // Files.
     void compare(TreeFolder& folder, const std::vector<ListedFile>& files, const std::set<std::string>* names);
     void takeFile(TreeFolder& folder, const ListedFile& file, const PhotoRecord* row);
+    void takeOtherKey(const TreeFolder& folder, const ListedFile& file, const PhotoRecord& row);
     bool takeKnown(const TreeFolder& folder, const ListedFile& file);
     bool repeatsReading(const TreeFolder& folder, const ListedFile& file);
     bool isKnown(const ListedFile& file) const;
@@ -136,6 +143,7 @@ private:
     std::unique_ptr<LibraryTree> m_tree;
     LibraryPlaces m_places;
 
+    std::vector<std::string> m_watchedFiles;
     std::unordered_map<int, std::set<std::string>> m_anchors; ///< watches beside the roots, and the names that count
     std::unordered_set<TreeFolder*> m_marked;
     bool m_checksRoots = true;
@@ -155,7 +163,7 @@ private:
     std::unordered_map<FileKey, std::set<std::string>, FileKeyHash> m_doubles;
     std::uint64_t m_ticket = 0;
     std::vector<FactsJob> m_jobs;
-    std::vector<PhotoRecord> m_writes;
+    std::vector<Write> m_writes;
     FactsReader m_facts; ///< last: its threads go first
 };
 

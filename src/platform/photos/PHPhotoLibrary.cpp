@@ -70,7 +70,7 @@ void PHPhotoLibrary::setAuthorizer(Authorizer authorizer)
 
 bool PHPhotoLibrary::showsFolders()
 {
-    return foldersAreShown(photoLibrary().roots(), kSandboxMark);
+    return foldersAreShown(photoLibrary().roots());
 }
 
 void PHPhotoLibrary::setFurtherFolders(std::vector<std::string> folders)

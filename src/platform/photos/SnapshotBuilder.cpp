@@ -105,7 +105,8 @@ PhotoIDs SnapshotBuilder::photosOf(FolderID folder) const
 bool SnapshotBuilder::append(const TreeFolder& folder, int parent, LibrarySnapshot& snapshot,
                              std::array<std::vector<const TreeFolder*>, kKinds>& smart) const
 {
-    const bool isShown = !folder.isPictures; // whose folders stand at the top
+    // The folders of pictures stand at the top, and those of one that has moved are still to be found.
+    const bool isShown = !folder.isPictures && folder.id != 0;
     const int place = isShown ? static_cast<int>(snapshot.folders.size()) : parent;
     const PhotoIDs photos = photosOf(folder.id);
     if (isShown) {

@@ -25,6 +25,8 @@ public:
                           const std::unordered_set<FolderID>& folders, bool isOtherTree);
     /// The next call makes everything anew.
     void forget() { *this = {}; }
+    /// The folder's photos in the last snapshot.
+    PhotoIDs photosOf(FolderID folder) const;
 
 private:
     static constexpr std::size_t kKinds = 4; ///< values of `SmartFolder`
@@ -32,7 +34,6 @@ private:
     void takePhotos(const std::vector<PhotoPlace>& places, const std::unordered_set<FolderID>& folders);
     void takeTree(const LibraryTree& tree);
     void takeSmart(const std::vector<PhotoPlace>& places, const std::unordered_set<FolderID>& folders);
-    PhotoIDs photosOf(FolderID folder) const;
     bool append(const TreeFolder& folder, int parent, LibrarySnapshot& snapshot,
                 std::array<std::vector<const TreeFolder*>, kKinds>& smart) const;
 

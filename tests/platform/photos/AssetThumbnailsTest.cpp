@@ -90,7 +90,7 @@ TEST(ThumbnailMemory, HoldsWhatWasUsedLast)
     ThumbnailMemory memory(100'000);
     const AssetPictureRequest request{{}, {100, 100}, kFill};
     const AssetPictureRequest larger{{}, {200, 200}, kFill};
-    const auto file = [](std::uint64_t inode) { return FileStamp{1, inode, 0, 0}; };
+    const auto file = [](std::uint64_t inode) { return FileStamp{1, inode, 0, 0, {}}; };
     memory.keep(file(1), request, picture);
     memory.keep(file(2), request, picture);
     EXPECT_TRUE(memory.find(file(1), request));

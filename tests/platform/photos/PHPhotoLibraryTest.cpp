@@ -231,11 +231,13 @@ TEST(LibraryAccess, IsRefusedWhereNoFolderThatIsThereMayBeRead)
 {
     const TemporaryFolder home;
     fs::create_directory(home.path("open"));
+    fs::create_directories(home.path("made/Lamina"));
     fs::create_symlink("closed", home.path("closed")); // even the administrator can't go round in a circle
     writeFile(home.path("mark"), "");
     const std::string open = home.path("open");
     const std::string closed = home.path("closed");
     const std::string none = home.path("none");
+    const std::string made = home.path("made"); // by the application itself
     const struct {
         std::string pictures;
         std::vector<std::string> further;
@@ -250,6 +252,8 @@ TEST(LibraryAccess, IsRefusedWhereNoFolderThatIsThereMayBeRead)
         {none, {closed}, PHAuthorizationStatus::Denied, true},
         {none, {open}, PHAuthorizationStatus::Authorized, true},
         {none, {}, PHAuthorizationStatus::Authorized, false},
+        {made, {}, PHAuthorizationStatus::Authorized, false},
+        {made, {open}, PHAuthorizationStatus::Authorized, true},
         {"", {home.path("mark")}, PHAuthorizationStatus::Authorized, false}, // a file in the way
     };
     for (const auto& c : table) {
@@ -258,8 +262,11 @@ TEST(LibraryAccess, IsRefusedWhereNoFolderThatIsThereMayBeRead)
         roots.pictures = c.pictures;
         roots.further = c.further;
         EXPECT_EQ(accessTo(roots), c.access);
-        EXPECT_EQ(foldersAreShown(roots, home.path("mark")), c.shownInSandbox);
-        EXPECT_TRUE(foldersAreShown(roots, none)); // no sandbox
+        roots.ownFolder = home.path("made/Lamina");
+        roots.sandboxMark = home.path("mark");
+        EXPECT_EQ(foldersAreShown(roots), c.shownInSandbox);
+        roots.sandboxMark = none;
+        EXPECT_TRUE(foldersAreShown(roots));
     }
 }
 

@@ -210,6 +210,10 @@ TEST_F(PhotoIndexTest, ListsWhatIsThere)
         // A folder that was renamed, onto the path of another one.
         EXPECT_EQ(put(*index, FolderRecord{0, "/one", {9, 9}, 5}), two);
         EXPECT_THAT(index->photos(), ElementsAre(PhotoPlace{late.id, two, 50}));
+        // The next card: what the first one was known by is this one's now.
+        index->write([&](PhotoIndex::Writer& writer) { writer.removeFolder(two); });
+        EXPECT_GT(put(*index, FolderRecord{0, "/next", {9, 9}, 5}), two);
+        EXPECT_EQ(put(*index, FolderRecord{0, "/one", {9, 8}, 5}), two);
 
         EXPECT_THAT(index->identity(), testing::MatchesRegex("[0-9a-f]{16}"));
         EXPECT_EQ(index->photoID(index->localIdentifier(late.id)), late.id);

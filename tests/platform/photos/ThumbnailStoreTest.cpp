@@ -20,7 +20,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr FileStamp kPhoto{1, 2, 3'500'000'000, 4};
+const FileStamp kPhoto{1, 2, 3'500'000'000, 4, "/a.jpg"};
 
 std::vector<std::string> filesBelow(const std::string& folder)
 {
@@ -43,13 +43,11 @@ TEST_F(KeptThumbnails, AreOfOneFileAsItIsAndForItsOwnerAlone)
     ThumbnailStore(folder).keep(kPhoto, ramp);
     const ThumbnailStore later(folder);
     EXPECT_TRUE(imagesMatch(later.find(kPhoto, 0).cgImage(), ramp.cgImage(), 8));
-    EXPECT_EQ(later.find(kPhoto, 190).pixelSize(), (IntSize{256, 192})); // reduced on the way
-    for (int i = 0; i < 4; ++i) {
-        FileStamp other = kPhoto;
-        (i == 0 ? other.device : other.inode) += i < 2 ? 1 : 0;
-        (i == 2 ? other.modified : other.bytes) += i < 2 ? 0 : 1;
-        EXPECT_FALSE(later.find(other, 0)) << i;
-    }
+    EXPECT_EQ(later.find(kPhoto, 190).pixelSize(), (IntSize{256, 192}));            // reduced on the way
+    EXPECT_TRUE(later.find({8, 9, kPhoto.modified, kPhoto.bytes, kPhoto.path}, 0)); // as after another start
+    EXPECT_FALSE(later.find({1, 2, kPhoto.modified + 1, kPhoto.bytes, kPhoto.path}, 0));
+    EXPECT_FALSE(later.find({1, 2, kPhoto.modified, kPhoto.bytes + 1, kPhoto.path}, 0));
+    EXPECT_FALSE(later.find({1, 2, kPhoto.modified, kPhoto.bytes, "/b.jpg"}, 0));
 
     const std::vector<std::string> files = filesBelow(folder);
     ASSERT_EQ(files.size(), 1u);
@@ -68,7 +66,7 @@ TEST_F(KeptThumbnails, AreNotShownDamagedAndAreReplaced)
     flipped[whole.size() / 2] ^= 1;
     const TemporaryFolder elsewhere;
     ThumbnailStore other(elsewhere.path());
-    other.keep({9, 9, 9, 9}, ramp);
+    other.keep({9, 9, 9, 9, "/b.jpg"}, ramp);
     const std::string ofAnother = readFile(filesBelow(elsewhere.path()).at(0));
     for (const std::string& content : {flipped, whole.substr(0, whole.size() / 2), whole.substr(0, 10), std::string(),
                                        ofAnother, whole.substr(0, whole.size() - 16)}) {
@@ -84,8 +82,8 @@ TEST_F(KeptThumbnails, LeaveTheLeastUsedBehind)
     constexpr std::int64_t kMost = 400'000;
     ThumbnailStore store(folder, kMost);
     const UIImage noise(noisePicture(200, 100, CGImageAlphaInfo::NoneSkipLast)); // 18 kB
-    const auto photo = [](std::uint64_t inode) { return FileStamp{1, inode, 0, 0}; };
-    const auto keep = [&](std::uint64_t first, std::uint64_t last) {
+    const auto photo = [](std::int64_t number) { return FileStamp{1, 2, number, 0, "/a.jpg"}; };
+    const auto keep = [&](std::int64_t first, std::int64_t last) {
         for (; first < last; ++first)
             if (store.keep(photo(first), noise))
                 store.trim();

@@ -95,8 +95,8 @@ FolderID PhotoIndex::Writer::putFolder(const FolderRecord& record)
 {
     FolderRow row{record, 0};
     std::optional<FolderRow> byKey = m_rows.folderWithKey(record.key);
-    // Of what is gone another one may have the key now, such as the next card in the same slot.
     if (byKey && byKey->gone != 0 && byKey->record.path != record.path) {
+        // Its key is given anew: to a folder made since, or to one of the next card that is put in.
         byKey->record.key = {};
         m_rows.updateFolder(*byKey);
         byKey.reset();

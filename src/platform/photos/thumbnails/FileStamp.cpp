@@ -11,7 +11,7 @@ std::optional<FileStamp> stampOfFile(const std::string& path)
     if (::stat(path.c_str(), &status) != 0 || !S_ISREG(status.st_mode))
         return std::nullopt;
     return FileStamp{status.st_dev, status.st_ino, status.st_mtim.tv_sec * kNanoseconds + status.st_mtim.tv_nsec,
-                     status.st_size};
+                     status.st_size, path};
 }
 
 } // namespace lamina

@@ -14,6 +14,7 @@ struct FileStamp {
     std::uint64_t inode = 0;
     std::int64_t modified = 0; ///< nanoseconds since the beginning of 1970
     std::int64_t bytes = 0;
+    std::string path; ///< by which it was found
 
     friend auto operator<=>(const FileStamp&, const FileStamp&) = default;
 };

@@ -39,14 +39,15 @@ QByteArrayView viewOf(const void* bytes, std::size_t count)
     return {static_cast<const char*>(bytes), static_cast<qsizetype>(count)};
 }
 
-/// The numbers in this machine's order: the folder does not travel.
+/// By path, time and length: numbers of devices are given anew with each start, and those of files on cards whenever
+/// one is put in. In this machine's order: the folder does not travel.
 QByteArray hashOf(const FileStamp& file, QByteArrayView contents = {})
 {
-    const std::int64_t numbers[] = {static_cast<std::int64_t>(file.device), static_cast<std::int64_t>(file.inode),
-                                    file.modified, file.bytes};
+    const std::int64_t numbers[] = {file.modified, file.bytes};
     QCryptographicHash hash(QCryptographicHash::Md5);
     hash.addData(contents);
     hash.addData(viewOf(numbers, sizeof numbers));
+    hash.addData(viewOf(file.path.data(), file.path.size()));
     return hash.result();
 }
 
