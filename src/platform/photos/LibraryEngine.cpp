@@ -6,7 +6,9 @@
 
 #include <chrono>
 #include <cstdlib>
+#include <filesystem>
 #include <optional>
+#include <system_error>
 #include <utility>
 
 namespace lamina {
@@ -15,6 +17,14 @@ namespace {
 
 /// What somebody who leaves is kept waiting at most. The thread may be at a disk that doesn't answer.
 constexpr std::chrono::milliseconds kLongestLeave{200};
+
+/// Another process may have found the file before it had its identifier, and shows it under one that has ended. Its
+/// watch tells of a file's mode, the same one too.
+void makeOthersLook(const std::string& path)
+{
+    std::error_code ignored;
+    std::filesystem::permissions(path, std::filesystem::perms::none, std::filesystem::perm_options::add, ignored);
+}
 
 } // namespace
 
@@ -84,12 +94,14 @@ Result<PhotoID> LibraryEngine::adopt(PhotoID reserved, const std::string& path)
     m_impl->index()->write([&](PhotoIndex::Writer& writer) {
         record.id = reserved;
         record.folder = writer.putFolder({.path = folderPath, .key = folder->key});
-        photo = writer.putPhoto(record);
+        photo = writer.putNewPhoto(record);
         if (!isPhoto)
             writer.markGone({&photo, 1});
     });
-    if (isPhoto)
-        m_impl->post([impl = m_impl.get(), path] { impl->adopt(path); });
+    if (!isPhoto)
+        return photo;
+    makeOthersLook(path);
+    m_impl->post([impl = m_impl.get(), path] { impl->adopt(path); });
     return photo;
 }
 

@@ -75,10 +75,10 @@ public:
     /// Waits for the step that the engine is taking, the listing of one folder.
     [[nodiscard]] Hold holdChanges();
 
-    /// Takes a file that we have just written into the index, under an identifier that was reserved there; a snapshot
-    /// has it soon. Made under a hold that was taken before the file had its name, the answer is that identifier; else
-    /// the file may have been found before, and the answer is what it has. A clip is known to the index, but no
-    /// snapshot shows it. The error's subject is the path.
+    /// Takes a file that we have just written into the index, under an identifier that was reserved there, whoever may
+    /// have found it before; a snapshot has it soon. Made under a hold that was taken before the file had its name, no
+    /// snapshot of ours has it under another. A clip is known to the index, but no snapshot shows it. The error's
+    /// subject is the path.
     Result<PhotoID> adopt(PhotoID reserved, const std::string& path);
 
     /// Shows files from outside all roots until the process ends; the handler hears on the engine's thread, after the

@@ -633,16 +633,14 @@ TEST_F(Home, TellsOfAnAdoptedFileWhenItIsLetGo)
 {
     WatchedEngine engine(roots());
     engine->waitUntilComplete();
-    LibraryRoots elsewhere = roots();
-    elsewhere.cacheFolder = at("another cache");
-    WatchedEngine witness(elsewhere);
+    WatchedEngine witness(roots()); // as another process, with the same index
     witness->waitUntilComplete();
     const LibrarySnapshotPtr before = engine->snapshot();
     const PhotoID reserved = before->index->reserve();
     {
         const LibraryEngine::Hold hold = engine->holdChanges();
         addPhoto("Pictures/Lamina/new.jpg");
-        // Long enough for somebody who is not held to have found them.
+        // Somebody who is not held has found them.
         EXPECT_TRUE(waitForNames(witness, {"Pictures/Lamina/new.jpg"}));
         addPhoto("Pictures/other.jpg");
         EXPECT_TRUE(waitForNames(witness, {"Pictures/Lamina/new.jpg", "Pictures/other.jpg"}));
@@ -651,9 +649,12 @@ TEST_F(Home, TellsOfAnAdoptedFileWhenItIsLetGo)
         EXPECT_EQ(*adopted, reserved);
         EXPECT_FALSE(engine->adopt(reserved, at("Pictures/Lamina/none.jpg")));
         EXPECT_EQ(engine->snapshot(), before);
+        EXPECT_TRUE(witness.waitFor(
+            [&](const LibrarySnapshot& snapshot) { return *snapshot.lamina == std::vector<PhotoID>{reserved}; }));
     }
     EXPECT_TRUE(waitForNames(engine, {"Pictures/Lamina/new.jpg", "Pictures/other.jpg"}));
     EXPECT_EQ(*engine->snapshot()->lamina, std::vector<PhotoID>{reserved});
+    EXPECT_EQ(shown(*witness->snapshot()), shown(*engine->snapshot()));
 }
 
 TEST_F(Home, ShowsLooseFilesUntilTheyAreGone)

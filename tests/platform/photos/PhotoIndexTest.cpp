@@ -131,6 +131,33 @@ TEST_F(PhotoIndexTest, FindsTheRowThatAFileBelongsTo)
     }
 }
 
+TEST_F(PhotoIndexTest, GivesAReservedIdToANewFileWhoeverHadItsKeyOrName)
+{
+    for (const bool kept : {true, false}) {
+        const std::shared_ptr<PhotoIndex> index = open(kept);
+        const std::shared_ptr<PhotoIndex> other = kept ? open() : index; // as another process has it
+        const FolderID folder = put(*index, folderAt("/one", 11));
+        const PhotoID found = put(*other, photo(folder, "new", 1, 1));
+        const PhotoID named = put(*index, photo(folder, "again", 2, 2));
+        const PhotoID keyed = put(*index, photo(folder, "removed", 3, 3));
+        index->write([&](PhotoIndex::Writer& writer) { writer.markGone(std::array{named, keyed}); });
+        const PhotoRecord again = photo(folder, "again", 3, 7);
+        for (PhotoRecord record : {photo(folder, "new", 1, 1), again}) {
+            record.id = index->reserve();
+            PhotoID given = 0;
+            index->write([&](PhotoIndex::Writer& writer) { given = writer.putNewPhoto(record); });
+            EXPECT_EQ(given, record.id);
+            EXPECT_THAT(other->records(std::array{given}), ElementsAre(record));
+            // Who had found it puts it again under the id that has ended.
+            PhotoRecord late = record;
+            late.id = found;
+            EXPECT_EQ(put(*other, late), record.id);
+        }
+        EXPECT_EQ(other->photosInFolder(folder).size(), 2u);
+        EXPECT_EQ(put(*index, photo(folder, "removed", 4, 3)), keyed); // comes back
+    }
+}
+
 TEST_F(PhotoIndexTest, ListsWhatIsThere)
 {
     for (const bool kept : {true, false}) {

@@ -69,6 +69,10 @@ public:
         /// else a new one, under `record.id` where that was reserved. It is there from now on. Another photo that had
         /// its name is gone. Gives its id.
         PhotoID putPhoto(const PhotoRecord& record);
+        /// Takes in a photo whose file was just made, under `record.id`, which was reserved for it: others that have
+        /// its key or its name let go of them, an earlier photo of this name as well as what another process has
+        /// already made of this very file. Gives its id.
+        PhotoID putNewPhoto(const PhotoRecord& record);
         /// These photos are gone. They are known for another 30 days: what comes back has its id again.
         void markGone(std::span<const PhotoID> photos);
 
@@ -89,7 +93,7 @@ public:
     /// turns out to be damaged or the disk full it runs a second time: it must begin anew with what it gathers.
     void write(const std::function<void(Writer&)>& changes);
 
-    /// An id for a photo whose file is to come; see `Writer::putPhoto`.
+    /// An id for a photo whose file is to come; see `Writer::putNewPhoto`.
     PhotoID reserve();
 
     /// The name by which others know a photo: the identity, a hyphen, the id.

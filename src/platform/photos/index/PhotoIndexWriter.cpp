@@ -29,6 +29,25 @@ bool isSameFile(const PhotoRecord& row, const PhotoRecord& file)
     return sameName || sameContent;
 }
 
+/// `owner`: whose the key is from now on.
+void letGoOfKey(PhotoRows& rows, std::optional<PhotoRow> row, PhotoID owner)
+{
+    if (!row || row->record.id == owner)
+        return;
+    row->record.key = {};
+    rows.updatePhoto(*row);
+}
+
+/// The same with its name, without which it is gone.
+void letGoOfName(PhotoRows& rows, std::optional<PhotoRow> row, PhotoID owner, std::int64_t now)
+{
+    if (!row || row->record.id == owner)
+        return;
+    row->record.name = displacedName(row->record.id);
+    row->gone = row->gone == 0 ? now : row->gone;
+    rows.updatePhoto(*row);
+}
+
 } // namespace
 
 PhotoID PhotoIndex::Writer::putPhoto(const PhotoRecord& record)
@@ -41,19 +60,12 @@ PhotoID PhotoIndex::Writer::putPhoto(const PhotoRecord& record)
     if (const PhotoID added = m_rows.insertPhoto(row); added != 0)
         return added;
 
-    std::optional<PhotoRow> byKey = m_rows.photoWithKey(record.key);
-    std::optional<PhotoRow> byName = m_rows.photoNamed(record.folder, record.name);
+    const std::optional<PhotoRow> byKey = m_rows.photoWithKey(record.key);
+    const std::optional<PhotoRow> byName = m_rows.photoNamed(record.folder, record.name);
     const bool moved = byKey && isSameFile(byKey->record, record);
     row.record.id = moved ? byKey->record.id : byName ? byName->record.id : 0;
-    if (byKey && byKey->record.id != row.record.id) {
-        byKey->record.key = {};
-        m_rows.updatePhoto(*byKey);
-    }
-    if (byName && byName->record.id != row.record.id) {
-        byName->record.name = displacedName(byName->record.id);
-        byName->gone = byName->gone == 0 ? m_now : byName->gone;
-        m_rows.updatePhoto(*byName);
-    }
+    letGoOfKey(m_rows, byKey, row.record.id);
+    letGoOfName(m_rows, byName, row.record.id, m_now);
     if (row.record.id != 0) {
         if (!m_rows.renewPhoto(row))
             m_rows.updatePhoto(row);
@@ -64,6 +76,13 @@ PhotoID PhotoIndex::Writer::putPhoto(const PhotoRecord& record)
         return added;
     row.record.id = 0; // the id is another photo's
     return m_rows.insertPhoto(row);
+}
+
+PhotoID PhotoIndex::Writer::putNewPhoto(const PhotoRecord& record)
+{
+    letGoOfKey(m_rows, m_rows.photoWithKey(record.key), record.id);
+    letGoOfName(m_rows, m_rows.photoNamed(record.folder, record.name), record.id, m_now);
+    return putPhoto(record);
 }
 
 void PhotoIndex::Writer::markGone(std::span<const PhotoID> photos)
