@@ -8,6 +8,10 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>%1 chosen</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>%1 degrees hue</source>
         <translation type="unfinished"></translation>
     </message>
@@ -16,11 +20,19 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>%1 of %2</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>%1 on both photos</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
         <source>%1 on photo %2</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 photos</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -36,6 +48,14 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>%1, %2</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1, %2, chosen</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>%1: %2.</source>
         <translation type="unfinished"></translation>
     </message>
@@ -45,6 +65,10 @@
     </message>
     <message>
         <source>%1×</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>1 photo</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -65,6 +89,22 @@
     </message>
     <message>
         <source>About and licence</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Add</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Add a folder…</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Albums</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>All Photos</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -244,6 +284,10 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>Can’t keep the folders</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>Can’t open the clip</source>
         <translation type="unfinished"></translation>
     </message>
@@ -265,6 +309,10 @@
     </message>
     <message>
         <source>Can’t save the copy</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Can’t save the photo</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -312,7 +360,15 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>Choose a folder</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>Choose a photo</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Choose a photo or leave it</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -321,6 +377,22 @@
     </message>
     <message>
         <source>Choose a tool</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Choose photos</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Choose photos…</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Choose this folder</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Choosing photos</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -664,6 +736,10 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>Left out besides: %1.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>Lemon</source>
         <translation type="unfinished"></translation>
     </message>
@@ -677,6 +753,10 @@
     </message>
     <message>
         <source>Lists</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Look at a photo</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -756,7 +836,19 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>No camera</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>No longer there: %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>No photos in this folder</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>No photos yet</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -900,11 +992,31 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>Photo folders</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Photo folders…</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>Photo library</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>Photo, %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Photo, %1, chosen, number %2</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>Photos</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Photos are looked for in %1</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -1056,6 +1168,10 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>Screenshots</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>Second photo</source>
         <translation type="unfinished"></translation>
     </message>
@@ -1109,6 +1225,10 @@
     </message>
     <message>
         <source>Soon</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Space</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -1172,6 +1292,10 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>Swipe for the next photo</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>Swirl</source>
         <translation type="unfinished"></translation>
     </message>
@@ -1188,6 +1312,18 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>Take a photo</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Take out</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Take this folder out of the library? Its photos stay where they are.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>Takes this color again</source>
         <translation type="unfinished"></translation>
     </message>
@@ -1201,6 +1337,10 @@
     </message>
     <message>
         <source>Tent</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The arrow keys go to the next photo</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -1241,6 +1381,18 @@
     </message>
     <message>
         <source>The picture, to the clipboard</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Their photos belong to the library, beside those in your own folder.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>There is no room for %1 more photos.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>There is no room for one more photo.</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -1396,6 +1548,10 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>Your folders are not shown to Lamina here. The photos that you choose in your system’s own window are.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>Your work can’t be kept safe: %1</source>
         <translation type="unfinished"></translation>
     </message>
@@ -1440,7 +1596,7 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>a thumbnail has no size below one pixel</source>
+        <source>a thumbnail has no such size</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -1448,7 +1604,15 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>another process is mending it</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>brightness</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>can&apos;t be written</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -1457,6 +1621,10 @@
     </message>
     <message>
         <source>contrast</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>folder</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -1473,6 +1641,14 @@
     </message>
     <message>
         <source>is no profile of inks</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>it can&apos;t be mended</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>it is damaged again and again</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -1548,6 +1724,10 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>photos can’t be added to this album</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>pictures of the type &quot;</source>
         <translation type="unfinished"></translation>
     </message>
@@ -1561,6 +1741,14 @@
     </message>
     <message>
         <source>support for PDF is not installed</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>support for SQLite can&apos;t be loaded</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>support for SQLite is not installed</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -1620,6 +1808,10 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>the file holds no thumbnail</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>the file is empty</source>
         <translation type="unfinished"></translation>
     </message>
@@ -1665,6 +1857,10 @@
     </message>
     <message>
         <source>the screen to present stands somewhere else</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>the thumbnail shows another picture</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -1733,6 +1929,10 @@
     </message>
     <message>
         <source>yesterday at %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>“%1”</source>
         <translation type="unfinished"></translation>
     </message>
     <message>

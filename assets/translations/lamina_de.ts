@@ -8,6 +8,10 @@
         <translation>%1 %</translation>
     </message>
     <message>
+        <source>%1 chosen</source>
+        <translation>%1 gewählt</translation>
+    </message>
+    <message>
         <source>%1 degrees hue</source>
         <translation>%1 Grad Farbton</translation>
     </message>
@@ -16,12 +20,20 @@
         <translation>%1 in der Datei</translation>
     </message>
     <message>
+        <source>%1 of %2</source>
+        <translation>%1 von %2</translation>
+    </message>
+    <message>
         <source>%1 on both photos</source>
         <translation>%1 auf beiden Fotos</translation>
     </message>
     <message>
         <source>%1 on photo %2</source>
         <translation>%1 auf Foto %2</translation>
+    </message>
+    <message>
+        <source>%1 photos</source>
+        <translation>%1 Fotos</translation>
     </message>
     <message>
         <source>%1 × %2 cm, %3 ppi</source>
@@ -36,6 +48,14 @@
         <translation>%1 % Sättigung, %2 % Helligkeit</translation>
     </message>
     <message>
+        <source>%1, %2</source>
+        <translation>%1, %2</translation>
+    </message>
+    <message>
+        <source>%1, %2, chosen</source>
+        <translation>%1, %2, gewählt</translation>
+    </message>
+    <message>
         <source>%1: %2.</source>
         <translation>%1: %2.</translation>
     </message>
@@ -46,6 +66,10 @@
     <message>
         <source>%1×</source>
         <translation>%1×</translation>
+    </message>
+    <message>
+        <source>1 photo</source>
+        <translation>1 Foto</translation>
     </message>
     <message>
         <source>300 pixels per inch</source>
@@ -66,6 +90,22 @@
     <message>
         <source>About and licence</source>
         <translation>Über Lamina und Lizenz</translation>
+    </message>
+    <message>
+        <source>Add</source>
+        <translation>Hinzufügen</translation>
+    </message>
+    <message>
+        <source>Add a folder…</source>
+        <translation>Ordner hinzufügen …</translation>
+    </message>
+    <message>
+        <source>Albums</source>
+        <translation>Alben</translation>
+    </message>
+    <message>
+        <source>All Photos</source>
+        <translation>Alle Fotos</translation>
     </message>
     <message>
         <source>All files</source>
@@ -244,6 +284,10 @@
         <translation>Die Arbeit lässt sich nicht verwerfen</translation>
     </message>
     <message>
+        <source>Can’t keep the folders</source>
+        <translation>Die Ordner können nicht gespeichert werden</translation>
+    </message>
+    <message>
         <source>Can’t open the clip</source>
         <translation>Der Clip kann nicht geöffnet werden</translation>
     </message>
@@ -266,6 +310,10 @@
     <message>
         <source>Can’t save the copy</source>
         <translation>Die Kopie kann nicht gespeichert werden</translation>
+    </message>
+    <message>
+        <source>Can’t save the photo</source>
+        <translation>Das Foto kann nicht gespeichert werden</translation>
     </message>
     <message>
         <source>Can’t save the picture</source>
@@ -312,8 +360,16 @@
         <translation>„Bewegen“ wählen, um das zweite Foto zu ziehen und zu zoomen.</translation>
     </message>
     <message>
+        <source>Choose a folder</source>
+        <translation>Ordner wählen</translation>
+    </message>
+    <message>
         <source>Choose a photo</source>
         <translation>Foto wählen</translation>
+    </message>
+    <message>
+        <source>Choose a photo or leave it</source>
+        <translation>Ein Foto wählen oder abwählen</translation>
     </message>
     <message>
         <source>Choose a place</source>
@@ -322,6 +378,22 @@
     <message>
         <source>Choose a tool</source>
         <translation>Werkzeug wählen</translation>
+    </message>
+    <message>
+        <source>Choose photos</source>
+        <translation>Fotos wählen</translation>
+    </message>
+    <message>
+        <source>Choose photos…</source>
+        <translation>Fotos wählen …</translation>
+    </message>
+    <message>
+        <source>Choose this folder</source>
+        <translation>Diesen Ordner wählen</translation>
+    </message>
+    <message>
+        <source>Choosing photos</source>
+        <translation>Fotos wählen</translation>
     </message>
     <message>
         <source>Chosen</source>
@@ -664,6 +736,10 @@
         <translation>Links</translation>
     </message>
     <message>
+        <source>Left out besides: %1.</source>
+        <translation>Außerdem ausgelassen: %1.</translation>
+    </message>
+    <message>
         <source>Lemon</source>
         <translation>Zitrone</translation>
     </message>
@@ -678,6 +754,10 @@
     <message>
         <source>Lists</source>
         <translation>Listen</translation>
+    </message>
+    <message>
+        <source>Look at a photo</source>
+        <translation>Ein Foto ansehen</translation>
     </message>
     <message>
         <source>Low</source>
@@ -756,8 +836,20 @@
         <translation>Nächstes Element</translation>
     </message>
     <message>
+        <source>No camera</source>
+        <translation>Keine Kamera</translation>
+    </message>
+    <message>
+        <source>No longer there: %1</source>
+        <translation>Nicht mehr da: %1</translation>
+    </message>
+    <message>
         <source>No photos in this folder</source>
         <translation>Keine Fotos in diesem Ordner</translation>
+    </message>
+    <message>
+        <source>No photos yet</source>
+        <translation>Noch keine Fotos</translation>
     </message>
     <message>
         <source>Not available now</source>
@@ -900,12 +992,32 @@
         <translation>Foto hinter dem Ausschnitt</translation>
     </message>
     <message>
+        <source>Photo folders</source>
+        <translation>Fotoordner</translation>
+    </message>
+    <message>
+        <source>Photo folders…</source>
+        <translation>Fotoordner …</translation>
+    </message>
+    <message>
         <source>Photo library</source>
         <translation>Fotosammlung</translation>
     </message>
     <message>
+        <source>Photo, %1</source>
+        <translation>Foto, %1</translation>
+    </message>
+    <message>
+        <source>Photo, %1, chosen, number %2</source>
+        <translation>Foto, %1, gewählt, Nummer %2</translation>
+    </message>
+    <message>
         <source>Photos</source>
         <translation>Fotos</translation>
+    </message>
+    <message>
+        <source>Photos are looked for in %1</source>
+        <translation>Fotos werden in %1 gesucht</translation>
     </message>
     <message>
         <source>Pictures</source>
@@ -1056,6 +1168,10 @@
         <translation>Wird gesichert</translation>
     </message>
     <message>
+        <source>Screenshots</source>
+        <translation>Bildschirmfotos</translation>
+    </message>
+    <message>
         <source>Second photo</source>
         <translation>Zweites Foto</translation>
     </message>
@@ -1110,6 +1226,10 @@
     <message>
         <source>Soon</source>
         <translation>Bald</translation>
+    </message>
+    <message>
+        <source>Space</source>
+        <translation>Leertaste</translation>
     </message>
     <message>
         <source>Sparkles</source>
@@ -1172,6 +1292,10 @@
         <translation>Tauschen</translation>
     </message>
     <message>
+        <source>Swipe for the next photo</source>
+        <translation>Wischen für das nächste Foto</translation>
+    </message>
+    <message>
         <source>Swirl</source>
         <translation>Wirbel</translation>
     </message>
@@ -1188,6 +1312,18 @@
         <translation>Anhänger</translation>
     </message>
     <message>
+        <source>Take a photo</source>
+        <translation>Foto aufnehmen</translation>
+    </message>
+    <message>
+        <source>Take out</source>
+        <translation>Entfernen</translation>
+    </message>
+    <message>
+        <source>Take this folder out of the library? Its photos stay where they are.</source>
+        <translation>Diesen Ordner aus der Mediathek nehmen? Seine Fotos bleiben, wo sie sind.</translation>
+    </message>
+    <message>
         <source>Takes this color again</source>
         <translation>Nimmt wieder diese Farbe</translation>
     </message>
@@ -1202,6 +1338,10 @@
     <message>
         <source>Tent</source>
         <translation>Zelt</translation>
+    </message>
+    <message>
+        <source>The arrow keys go to the next photo</source>
+        <translation>Die Pfeiltasten führen zum nächsten Foto</translation>
     </message>
     <message>
         <source>The audio and video won’t function with the current export type. Try downloading the file as an MP4 video.</source>
@@ -1242,6 +1382,18 @@
     <message>
         <source>The picture, to the clipboard</source>
         <translation>Das Bild, in die Zwischenablage</translation>
+    </message>
+    <message>
+        <source>Their photos belong to the library, beside those in your own folder.</source>
+        <translation>Ihre Fotos gehören zur Mediathek, neben denen in Ihrem eigenen Ordner.</translation>
+    </message>
+    <message>
+        <source>There is no room for %1 more photos.</source>
+        <translation>Für %1 weitere Fotos ist kein Platz.</translation>
+    </message>
+    <message>
+        <source>There is no room for one more photo.</source>
+        <translation>Für ein weiteres Foto ist kein Platz.</translation>
     </message>
     <message>
         <source>Thermometer</source>
@@ -1396,6 +1548,10 @@
         <translation>Ihr Video wurde in Fotos gesichert</translation>
     </message>
     <message>
+        <source>Your folders are not shown to Lamina here. The photos that you choose in your system’s own window are.</source>
+        <translation>Ihre Ordner werden Lamina hier nicht gezeigt. Fotos, die Sie im Fenster Ihres Systems wählen, schon.</translation>
+    </message>
+    <message>
         <source>Your work can’t be kept safe: %1</source>
         <translation>Ihre Arbeit kann nicht gesichert werden: %1</translation>
     </message>
@@ -1440,16 +1596,24 @@
         <translation>ein symbolischer Link führt im Kreis</translation>
     </message>
     <message>
-        <source>a thumbnail has no size below one pixel</source>
-        <translation>ein Vorschaubild ist mindestens einen Pixel groß</translation>
+        <source>a thumbnail has no such size</source>
+        <translation>ein Vorschaubild hat keine solche Größe</translation>
     </message>
     <message>
         <source>access to the photo library is not given</source>
         <translation>der Zugriff auf die Fotos ist nicht erlaubt</translation>
     </message>
     <message>
+        <source>another process is mending it</source>
+        <translation>ein anderer Prozess setzt sie instand</translation>
+    </message>
+    <message>
         <source>brightness</source>
         <translation>Helligkeit</translation>
+    </message>
+    <message>
+        <source>can&apos;t be written</source>
+        <translation>kann nicht geschrieben werden</translation>
     </message>
     <message>
         <source>cancelled</source>
@@ -1458,6 +1622,10 @@
     <message>
         <source>contrast</source>
         <translation>Kontrast</translation>
+    </message>
+    <message>
+        <source>folder</source>
+        <translation>Ordner</translation>
     </message>
     <message>
         <source>fx</source>
@@ -1474,6 +1642,14 @@
     <message>
         <source>is no profile of inks</source>
         <translation>ist kein Profil für Druckfarben</translation>
+    </message>
+    <message>
+        <source>it can&apos;t be mended</source>
+        <translation>sie lässt sich nicht instand setzen</translation>
+    </message>
+    <message>
+        <source>it is damaged again and again</source>
+        <translation>sie wird immer wieder beschädigt</translation>
     </message>
     <message>
         <source>it is open in another window</source>
@@ -1548,6 +1724,10 @@
         <translation>Foto</translation>
     </message>
     <message>
+        <source>photos can’t be added to this album</source>
+        <translation>diesem Album können keine Fotos hinzugefügt werden</translation>
+    </message>
+    <message>
         <source>pictures of the type &quot;</source>
         <translation>Bilder der Art &quot;</translation>
     </message>
@@ -1562,6 +1742,14 @@
     <message>
         <source>support for PDF is not installed</source>
         <translation>die Unterstützung für PDF ist nicht installiert</translation>
+    </message>
+    <message>
+        <source>support for SQLite can&apos;t be loaded</source>
+        <translation>die Unterstützung für SQLite kann nicht geladen werden</translation>
+    </message>
+    <message>
+        <source>support for SQLite is not installed</source>
+        <translation>die Unterstützung für SQLite ist nicht installiert</translation>
     </message>
     <message>
         <source>support for videos can&apos;t be loaded</source>
@@ -1620,6 +1808,10 @@
         <translation>die Datei enthält keinen Ton</translation>
     </message>
     <message>
+        <source>the file holds no thumbnail</source>
+        <translation>die Datei enthält kein Vorschaubild</translation>
+    </message>
+    <message>
         <source>the file is empty</source>
         <translation>die Datei ist leer</translation>
     </message>
@@ -1666,6 +1858,10 @@
     <message>
         <source>the screen to present stands somewhere else</source>
         <translation>der Bildschirm, der gezeigt werden soll, steht schon woanders</translation>
+    </message>
+    <message>
+        <source>the thumbnail shows another picture</source>
+        <translation>das Vorschaubild zeigt ein anderes Bild</translation>
     </message>
     <message>
         <source>the video can&apos;t be encoded</source>
@@ -1734,6 +1930,10 @@
     <message>
         <source>yesterday at %1</source>
         <translation>gestern um %1</translation>
+    </message>
+    <message>
+        <source>“%1”</source>
+        <translation>„%1“</translation>
     </message>
     <message>
         <source>⚠️</source>
