@@ -30,11 +30,6 @@ FileKey keyOf(const struct stat& status)
     return {static_cast<std::uint64_t>(status.st_dev), static_cast<std::uint64_t>(status.st_ino)};
 }
 
-FolderStatus folderStatus(const struct stat& status)
-{
-    return {keyOf(status), nanoseconds(status.st_mtim)};
-}
-
 /// Network file systems and those of programs: a watch tells of this machine's own changes at best.
 bool isRemoteFileSystem(int descriptor)
 {
@@ -105,8 +100,7 @@ Result<FolderListing> listFolder(const std::string& path)
     struct stat status {};
     if (fstat(descriptor, &status) != 0)
         return Error{path, readingFailure(errno)};
-    FolderListing listing{
-        .status = folderStatus(status), .isRemote = isRemoteFileSystem(descriptor), .folders = {}, .files = {}};
+    FolderListing listing{.key = keyOf(status), .isRemote = isRemoteFileSystem(descriptor), .folders = {}, .files = {}};
     errno = 0;
     while (const dirent* entry = readdir(folder.get())) {
         listEntry(descriptor, *entry, listing);
@@ -127,12 +121,12 @@ std::optional<ListedFile> findFile(const std::string& folder, const std::string&
     return file;
 }
 
-std::optional<FolderStatus> findFolder(const std::string& path)
+std::optional<FileKey> findFolder(const std::string& path)
 {
     struct stat status {};
     if (stat(path.c_str(), &status) != 0 || !S_ISDIR(status.st_mode))
         return {};
-    return folderStatus(status);
+    return keyOf(status);
 }
 
 std::string withoutSlashes(std::string path)

@@ -15,9 +15,9 @@ namespace lamina {
 
 /// A file that is a picture by its name.
 struct ListedFile {
-    std::string name; ///< within its folder
-    FileKey key;      ///< of what a link leads to
-    std::int64_t modified = 0;
+    std::string name;          ///< within its folder
+    FileKey key;               ///< of what a link leads to
+    std::int64_t modified = 0; ///< nanoseconds since the beginning of 1970, UTC
     std::int64_t bytes = 0;
     bool isLink = false;    ///< a symbolic link
     bool mayRepeat = false; ///< it is a link, or the file has several names
@@ -29,15 +29,9 @@ struct ListedFolder {
     FileKey key;
 };
 
-/// What a folder is by itself.
-struct FolderStatus {
-    FileKey key;
-    std::int64_t modified = 0; ///< nanoseconds since the beginning of 1970, UTC
-};
-
 /// What is in a folder.
 struct FolderListing {
-    FolderStatus status;
+    FileKey key;
     bool isRemote = false;             ///< others may change it without the kernel's telling
     std::vector<ListedFolder> folders; ///< by name, without links and hidden ones
     std::vector<ListedFile> files;     ///< by name: pictures with content, without hidden ones; links that lead to one
@@ -53,7 +47,7 @@ Result<FolderListing> listFolder(const std::string& path);
 std::optional<ListedFile> findFile(const std::string& folder, const std::string& name);
 
 /// Whether the path is a folder, and which; a link is followed.
-std::optional<FolderStatus> findFolder(const std::string& path);
+std::optional<FileKey> findFolder(const std::string& path);
 
 /// The path without slashes at its end (the root folder keeps its own), and the folder that holds it.
 std::string withoutSlashes(std::string path);

@@ -85,7 +85,7 @@ Result<PhotoID> LibraryEngine::adopt(PhotoID reserved, const std::string& path)
     m_impl->start();
     const std::string folderPath = parentPath(path);
     const std::optional<ListedFile> file = findFile(folderPath, path.substr(path.rfind('/') + 1));
-    const std::optional<FolderStatus> folder = findFolder(folderPath);
+    const std::optional<FileKey> folder = findFolder(folderPath);
     if (!file || !folder)
         return Error{path, cause::kNoSuchFile};
     PhotoRecord record = readRecord(folderPath, *file);
@@ -93,7 +93,7 @@ Result<PhotoID> LibraryEngine::adopt(PhotoID reserved, const std::string& path)
     PhotoID photo = 0;
     m_impl->index()->write([&](PhotoIndex::Writer& writer) {
         record.id = reserved;
-        record.folder = writer.putFolder({.path = folderPath, .key = folder->key});
+        record.folder = writer.putFolder({.path = folderPath, .key = *folder});
         photo = writer.putNewPhoto(record);
         if (!isPhoto)
             writer.markGone({&photo, 1});

@@ -64,9 +64,9 @@ void LibraryScanner::anchor(const std::string& path)
 
 void LibraryScanner::checkRoot(const std::string& path)
 {
-    const std::optional<FolderStatus> status = findFolder(path);
+    const std::optional<FileKey> key = findFolder(path);
     TreeFolder* root = m_tree->at(path);
-    if (!status || isElsewhere(status->key, path)) {
+    if (!key || isElsewhere(*key, path)) {
         if (root)
             root->isLost = true;
         return;
@@ -76,12 +76,12 @@ void LibraryScanner::checkRoot(const std::string& path)
         m_isTreeChanged = true;
     }
     const bool wasLost = std::exchange(root->isLost, false);
-    if ((root->isNew || wasLost || root->key != status->key) && !std::exchange(root->isQueued, true)) {
+    if ((root->isNew || wasLost || root->key != *key) && !std::exchange(root->isQueued, true)) {
         root->isWhole = true;
         m_queue.push_back(root);
     }
-    if (root->id == 0 || root->key != status->key) {
-        m_tree->setKey(*root, status->key);
+    if (root->id == 0 || root->key != *key) {
+        m_tree->setKey(*root, *key);
         putFolders({root});
     }
 }
@@ -93,8 +93,8 @@ bool LibraryScanner::isElsewhere(FileKey key, const std::string& path) const
     const TreeFolder* other = m_tree->withKey(key);
     if (!other || other->path == path)
         return false;
-    const std::optional<FolderStatus> there = findFolder(other->path);
-    return there && there->key == key;
+    const std::optional<FileKey> there = findFolder(other->path);
+    return there && *there == key;
 }
 
 void LibraryScanner::look(TreeFolder& folder)
@@ -127,13 +127,12 @@ void LibraryScanner::list(TreeFolder& folder)
             return;
         }
         FolderListing none;
-        none.status.key = folder.key;
+        none.key = folder.key;
         listing = std::move(none);
     }
     folder.isBlind = folder.watch < 0 || listing->isRemote;
-    folder.modified = listing->status.modified;
-    if (listing->status.key != folder.key || folder.id == 0) {
-        m_tree->setKey(folder, listing->status.key);
+    if (listing->key != folder.key || folder.id == 0) {
+        m_tree->setKey(folder, listing->key);
         putFolders({&folder});
     }
     takeChildren(folder, listing->folders);
@@ -211,7 +210,7 @@ void LibraryScanner::putFolders(const std::vector<TreeFolder*>& folders)
     m_index->write([&](PhotoIndex::Writer& writer) {
         ids.clear();
         for (const TreeFolder* folder : folders)
-            ids.push_back(writer.putFolder({.path = folder->path, .key = folder->key, .modified = folder->modified}));
+            ids.push_back(writer.putFolder({.path = folder->path, .key = folder->key}));
     });
     for (std::size_t i = 0; i < folders.size(); ++i) {
         if (folders[i]->id != 0 && folders[i]->id != ids[i])

@@ -89,7 +89,6 @@ void LibraryTree::load(std::vector<FolderRecord> records)
         TreeFolder& folder = isRoot ? addRoot(record.path) : addChild(*parent, std::string(lastPart(record.path)));
         setID(folder, record.id);
         setKey(folder, record.key);
-        folder.modified = record.modified;
     }
 }
 

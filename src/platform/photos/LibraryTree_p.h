@@ -25,15 +25,14 @@ struct TreeFolder {
     SmartFolder smart = SmartFolder::None;
     std::vector<std::unique_ptr<TreeFolder>> children; ///< in the order shown
 
-    FolderID id = 0;           ///< set by the tree
-    FileKey key;               ///< set by the tree
-    int watch = -1;            ///< set by the tree
-    bool isBlind = false;      ///< changes in it are not told
-    bool isLost = false;       ///< its parent no longer has it; until the walk is over it may turn up elsewhere
-    bool isQueued = false;     ///< to be looked at in this round
-    bool isWhole = false;      ///< marked to be listed, not only to have files looked at
-    bool isNew = true;         ///< not listed yet
-    std::int64_t modified = 0; ///< when it was listed; 0: not known
+    FolderID id = 0;       ///< set by the tree
+    FileKey key;           ///< set by the tree
+    int watch = -1;        ///< set by the tree
+    bool isBlind = false;  ///< changes in it are not told
+    bool isLost = false;   ///< its parent no longer has it; until the walk is over it may turn up elsewhere
+    bool isQueued = false; ///< to be looked at in this round
+    bool isWhole = false;  ///< marked to be listed, not only to have files looked at
+    bool isNew = true;     ///< not listed yet
 
     /// Files that somebody has made and not closed yet, with their lengths when last asked.
     std::unordered_map<std::string, std::int64_t> writing;

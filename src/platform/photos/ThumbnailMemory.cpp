@@ -4,7 +4,24 @@
 #include "platform/photos/AssetScaling_p.h"
 #include "platform/photos/PHImageManager.h"
 
+#include <malloc.h>
+
 namespace lamina {
+
+namespace {
+
+/// Pictures are let go in another order than they came in, on several threads: the allocator keeps as much again for
+/// later as we hold. So after so many bytes it is asked to give back what is free, which takes about a millisecond.
+constexpr std::size_t kTrimBytes = std::size_t{8} << 20;
+
+void giveFreeMemoryBack()
+{
+#ifdef __GLIBC__
+    malloc_trim(0);
+#endif
+}
+
+} // namespace
 
 ThumbnailMemory::ThumbnailMemory(std::size_t mostBytes)
     : m_mostBytes(mostBytes)
@@ -55,8 +72,16 @@ UIImage ThumbnailMemory::findAny(const FileStamp& file) const
 
 void ThumbnailMemory::keep(const FileStamp& file, const AssetPictureRequest& request, const UIImage& picture)
 {
-    const std::lock_guard lock(m_mutex);
-    put(keyOf(file, request), picture);
+    bool isDue = false;
+    {
+        const std::lock_guard lock(m_mutex);
+        put(keyOf(file, request), picture);
+        isDue = m_letGo >= kTrimBytes;
+        if (isDue)
+            m_letGo = 0;
+    }
+    if (isDue)
+        giveFreeMemoryBack();
 }
 
 void ThumbnailMemory::keepUnreadable(const FileStamp& file)
@@ -74,7 +99,9 @@ void ThumbnailMemory::put(const Key& key, const UIImage& picture)
     m_places.emplace(key, m_entries.begin());
     m_bytes += cost(picture);
     while (m_bytes > m_mostBytes && !m_entries.empty()) {
-        m_bytes -= cost(m_entries.back().picture);
+        const std::size_t oldest = cost(m_entries.back().picture);
+        m_bytes -= oldest;
+        m_letGo += oldest;
         m_places.erase(m_entries.back().key);
         m_entries.pop_back();
     }
@@ -82,10 +109,13 @@ void ThumbnailMemory::put(const Key& key, const UIImage& picture)
 
 void ThumbnailMemory::drop()
 {
-    const std::lock_guard lock(m_mutex);
-    m_places.clear();
-    m_entries.clear();
-    m_bytes = 0;
+    {
+        const std::lock_guard lock(m_mutex);
+        m_places.clear();
+        m_entries.clear();
+        m_bytes = 0;
+    }
+    giveFreeMemoryBack();
 }
 
 } // namespace lamina

@@ -26,7 +26,6 @@ struct FolderRecord {
     FolderID id = 0;
     std::string path; ///< absolute, without a slash at its end; bytes as the file system has them
     FileKey key;
-    std::int64_t modified = 0; ///< nanoseconds since the beginning of 1970, UTC
 
     friend bool operator==(const FolderRecord&, const FolderRecord&) = default;
 };

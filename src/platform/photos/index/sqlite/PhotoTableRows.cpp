@@ -31,7 +31,7 @@ bool runFolder(Statement& statement, const FolderRow& row, FolderID id)
 {
     const FolderRecord& folder = row.record;
     return statement.execute(id, folder.path, column(folder.key, folder.key.device),
-                             column(folder.key, folder.key.inode), folder.modified, row.gone);
+                             column(folder.key, folder.key.inode), row.gone);
 }
 
 } // namespace

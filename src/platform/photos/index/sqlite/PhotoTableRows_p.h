@@ -60,9 +60,9 @@ private:
     Statement m_markInFolderGone{m_database, "UPDATE photo SET gone = ? WHERE folder = ? AND gone = 0"};
     Statement m_folderWithKey{m_database, "SELECT * FROM folder WHERE inode = ? AND device = ?"};
     Statement m_folderAt{m_database, "SELECT * FROM folder WHERE path = ?"};
-    Statement m_insertFolder{m_database, "INSERT INTO folder VALUES(?, ?, ?, ?, ?, ?) ON CONFLICT DO NOTHING"};
-    Statement m_updateFolder{m_database, "UPDATE folder SET (path, device, inode, modified, gone) = "
-                                         "(?2, ?3, ?4, ?5, ?6) WHERE id = ?1"};
+    Statement m_insertFolder{m_database, "INSERT INTO folder VALUES(?, ?, ?, ?, ?) ON CONFLICT DO NOTHING"};
+    Statement m_updateFolder{m_database, "UPDATE folder SET (path, device, inode, gone) = (?2, ?3, ?4, ?5) "
+                                         "WHERE id = ?1"};
     Statement m_forgetPhotos{m_database, "DELETE FROM photo WHERE gone > 0 AND gone < ?"};
     Statement m_forgetFolders{m_database, "DELETE FROM folder WHERE gone > 0 AND gone < ? AND "
                                           "NOT EXISTS(SELECT 1 FROM photo WHERE photo.folder = folder.id)"};

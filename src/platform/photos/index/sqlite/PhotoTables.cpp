@@ -34,8 +34,7 @@ FolderRow readFolder(const Rows& rows)
     row.record.id = rows.integer(0);
     row.record.path = rows.text(1);
     row.record.key = keyAt(rows, 2);
-    row.record.modified = rows.integer(4);
-    row.gone = rows.integer(5);
+    row.gone = rows.integer(4);
     return row;
 }
 

@@ -18,7 +18,7 @@ inline constexpr const char* kTables = R"(
     PRAGMA user_version = 1;
     CREATE TABLE about(identity TEXT NOT NULL, next INTEGER NOT NULL);
     CREATE TABLE folder(id INTEGER PRIMARY KEY, path TEXT NOT NULL UNIQUE, device INTEGER, inode INTEGER,
-                        modified INTEGER NOT NULL, gone INTEGER NOT NULL, UNIQUE(inode, device));
+                        gone INTEGER NOT NULL, UNIQUE(inode, device));
     CREATE TABLE photo(id INTEGER PRIMARY KEY, folder INTEGER NOT NULL, name TEXT NOT NULL, device INTEGER,
                        inode INTEGER, modified INTEGER NOT NULL, bytes INTEGER NOT NULL, width INTEGER NOT NULL,
                        height INTEGER NOT NULL, date REAL NOT NULL, facts INTEGER NOT NULL, gone INTEGER NOT NULL,
