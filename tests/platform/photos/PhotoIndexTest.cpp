@@ -29,7 +29,7 @@ constexpr std::uint64_t kDevice = 64768;
 
 FolderRecord folderAt(const std::string& path, std::uint64_t inode)
 {
-    return {0, path, {kDevice, inode}, 5};
+    return {0, path, {kDevice, inode}};
 }
 
 /// `content` tells its time and length.
@@ -197,13 +197,13 @@ TEST_F(PhotoIndexTest, ListsWhatIsThere)
         EXPECT_EQ(records[1], PhotoRecord());
         EXPECT_EQ(records[2].name, "other");
         // A card that returns: another device, the same names.
-        EXPECT_EQ(put(*index, FolderRecord{0, "/two", {9, 9}, 5}), two);
+        EXPECT_EQ(put(*index, FolderRecord{0, "/two", {9, 9}}), two);
         // And a second card, whose turn it is to have these keys.
         index->write([&](PhotoIndex::Writer& writer) { writer.removeFolder(two); });
         const FolderID second = put(*index, FolderRecord{0, "/three", {9, 9}, 5});
         EXPECT_GT(second, late.id);
         index->write([&](PhotoIndex::Writer& writer) { writer.removeFolder(second); });
-        EXPECT_EQ(put(*index, FolderRecord{0, "/two", {9, 9}, 5}), two);
+        EXPECT_EQ(put(*index, FolderRecord{0, "/two", {9, 9}}), two);
         PhotoRecord back = photo(two, "late", 1, 5, 50);
         back.key.device = 9;
         EXPECT_EQ(put(*index, back), late.id);
