@@ -200,7 +200,7 @@ TEST_F(PhotoIndexTest, ListsWhatIsThere)
         EXPECT_EQ(put(*index, FolderRecord{0, "/two", {9, 9}}), two);
         // And a second card, whose turn it is to have these keys.
         index->write([&](PhotoIndex::Writer& writer) { writer.removeFolder(two); });
-        const FolderID second = put(*index, FolderRecord{0, "/three", {9, 9}, 5});
+        const FolderID second = put(*index, FolderRecord{0, "/three", {9, 9}});
         EXPECT_GT(second, late.id);
         index->write([&](PhotoIndex::Writer& writer) { writer.removeFolder(second); });
         EXPECT_EQ(put(*index, FolderRecord{0, "/two", {9, 9}}), two);
@@ -208,12 +208,12 @@ TEST_F(PhotoIndexTest, ListsWhatIsThere)
         back.key.device = 9;
         EXPECT_EQ(put(*index, back), late.id);
         // A folder that was renamed, onto the path of another one.
-        EXPECT_EQ(put(*index, FolderRecord{0, "/one", {9, 9}, 5}), two);
+        EXPECT_EQ(put(*index, FolderRecord{0, "/one", {9, 9}}), two);
         EXPECT_THAT(index->photos(), ElementsAre(PhotoPlace{late.id, two, 50}));
         // The next card: what the first one was known by is this one's now.
         index->write([&](PhotoIndex::Writer& writer) { writer.removeFolder(two); });
-        EXPECT_GT(put(*index, FolderRecord{0, "/next", {9, 9}, 5}), two);
-        EXPECT_EQ(put(*index, FolderRecord{0, "/one", {9, 8}, 5}), two);
+        EXPECT_GT(put(*index, FolderRecord{0, "/next", {9, 9}}), two);
+        EXPECT_EQ(put(*index, FolderRecord{0, "/one", {9, 8}}), two);
 
         EXPECT_THAT(index->identity(), testing::MatchesRegex("[0-9a-f]{16}"));
         EXPECT_EQ(index->photoID(index->localIdentifier(late.id)), late.id);
