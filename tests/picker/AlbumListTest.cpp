@@ -111,7 +111,10 @@ protected:
         items = picker->collectionItems();
         picker->dismiss(false);
         settle();
-        items.push_back({{"none", "Bad \xFF name", {}, {}, {}}, PHFetchResult()});
+        CollectionItem empty;
+        empty.collection.localIdentifier = "none";
+        empty.collection.localizedTitle = "Bad \xFF name";
+        items.push_back(empty);
     }
 
     std::vector<CollectionItem> items; ///< All Photos, sea, town, and an empty one
