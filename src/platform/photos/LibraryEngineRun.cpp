@@ -1,5 +1,6 @@
 #include "platform/photos/LibraryEngineImpl_p.h"
 
+#include "platform/base/FreeMemory.h"
 #include "platform/photos/FactsReader_p.h"
 #include "platform/photos/FolderWalk_p.h"
 #include "platform/photos/LibraryRoots.h"
@@ -312,7 +313,8 @@ bool LibraryEngine::Impl::isPublicationDue()
 LibraryChange LibraryEngine::Impl::publish()
 {
     m_scanner->flush();
-    m_isComplete = m_isComplete || isSettled();
+    if (isSettled() && !std::exchange(m_isComplete, true))
+        returnFreeMemory(); // of the walk, and of what was read on it
     LibraryPlaces::Changes changes = m_scanner->places().apply();
     const bool isOtherTree = m_scanner->takeTreeChanged();
     if (std::exchange(m_isReloaded, false))

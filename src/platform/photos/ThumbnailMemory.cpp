@@ -1,25 +1,17 @@
 #include "platform/photos/ThumbnailMemory_p.h"
 
 #include "platform/base/CGGeometry.h"
+#include "platform/base/FreeMemory.h"
 #include "platform/photos/AssetScaling_p.h"
 #include "platform/photos/PHImageManager.h"
-
-#include <malloc.h>
 
 namespace lamina {
 
 namespace {
 
-/// Pictures are let go in another order than they came in, on several threads: the allocator keeps as much again for
-/// later as we hold. So after so many bytes it is asked to give back what is free, which takes about a millisecond.
+/// Pictures are let go in another order than they came in, on several threads: after so many bytes of them what is free
+/// is given back.
 constexpr std::size_t kTrimBytes = std::size_t{8} << 20;
-
-void giveFreeMemoryBack()
-{
-#ifdef __GLIBC__
-    malloc_trim(0);
-#endif
-}
 
 } // namespace
 
@@ -76,12 +68,12 @@ void ThumbnailMemory::keep(const FileStamp& file, const AssetPictureRequest& req
     {
         const std::lock_guard lock(m_mutex);
         put(keyOf(file, request), picture);
-        isDue = m_letGo >= kTrimBytes;
+        isDue = m_taken >= kTrimBytes;
         if (isDue)
-            m_letGo = 0;
+            m_taken = 0;
     }
     if (isDue)
-        giveFreeMemoryBack();
+        returnFreeMemory();
 }
 
 void ThumbnailMemory::keepUnreadable(const FileStamp& file)
@@ -98,10 +90,9 @@ void ThumbnailMemory::put(const Key& key, const UIImage& picture)
     m_entries.push_front({key, picture});
     m_places.emplace(key, m_entries.begin());
     m_bytes += cost(picture);
+    m_taken += cost(picture);
     while (m_bytes > m_mostBytes && !m_entries.empty()) {
-        const std::size_t oldest = cost(m_entries.back().picture);
-        m_bytes -= oldest;
-        m_letGo += oldest;
+        m_bytes -= cost(m_entries.back().picture);
         m_places.erase(m_entries.back().key);
         m_entries.pop_back();
     }
@@ -115,7 +106,7 @@ void ThumbnailMemory::drop()
         m_entries.clear();
         m_bytes = 0;
     }
-    giveFreeMemoryBack();
+    returnFreeMemory();
 }
 
 } // namespace lamina

@@ -49,7 +49,7 @@ private:
     std::list<Entry> m_entries; ///< the one used last is the first
     std::map<Key, std::list<Entry>::iterator> m_places;
     std::size_t m_bytes = 0;
-    std::size_t m_letGo = 0; ///< bytes, since free memory was given back
+    std::size_t m_taken = 0; ///< bytes of pictures that came since free memory was given back
 };
 
 } // namespace lamina
