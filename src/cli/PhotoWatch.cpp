@@ -21,22 +21,11 @@ namespace lamina {
 
 namespace {
 
-/// Rows that are read together where many are gone over.
-constexpr std::size_t kRowsAtOnce = 1000;
-
 PHFetchResult allPhotos()
 {
     return fetchAssetsInAssetCollection(fetchAssetCollectionsWithType(PHAssetCollectionType::SmartAlbum,
                                                                       PHAssetCollectionSubtype::SmartAlbumUserLibrary)
                                             .front());
-}
-
-template <class Take>
-void forEachAsset(const PHFetchResult& assets, const Take& take)
-{
-    for (std::size_t first = 0; first < assets.count(); first += kRowsAtOnce)
-        for (const PHAsset& asset : assets.objects(first, kRowsAtOnce))
-            take(asset);
 }
 
 /// Waits until nobody reads what is written there any more.
@@ -66,7 +55,7 @@ PhotoWatch::PhotoWatch(Teller tell)
     : m_tell(std::move(tell))
     , m_assets(allPhotos())
 {
-    forEachAsset(m_assets, [this](const PHAsset& asset) {
+    m_assets.enumerateObjects([this](const PHAsset& asset) {
         m_known[asset.localIdentifier] = {asset.path, asset.modified};
     });
 }
@@ -123,7 +112,7 @@ void PhotoWatch::updateAll()
 {
     std::unordered_set<std::string> there;
     std::vector<PHAsset> assets;
-    forEachAsset(m_assets, [&](const PHAsset& asset) {
+    m_assets.enumerateObjects([&](const PHAsset& asset) {
         there.insert(asset.localIdentifier);
         assets.push_back(asset);
     });

@@ -23,8 +23,6 @@ namespace fs = std::filesystem;
 
 namespace {
 
-constexpr std::size_t kRowsAtOnce = 1000;
-
 /// An existing folder's path as the library writes it.
 std::string fullPath(const std::string& path)
 {
@@ -152,14 +150,12 @@ ExitCode PhotosCommand::listPhotos() const
     }
     std::string text;
     nlohmann::ordered_json list = nlohmann::ordered_json::array();
-    for (std::size_t first = 0; first < wanted.assets.count(); first += kRowsAtOnce) {
-        for (const PHAsset& asset : wanted.assets.objects(first, kRowsAtOnce)) {
-            if (m_json)
-                list.push_back(assetAsJSON(asset));
-            else
-                text += pathText(asset.path, pathForm());
-        }
-    }
+    wanted.assets.enumerateObjects([&](const PHAsset& asset) {
+        if (m_json)
+            list.push_back(assetAsJSON(asset));
+        else
+            text += pathText(asset.path, pathForm());
+    });
     return printData(m_json ? printed(list, 2) + '\n' : text);
 }
 

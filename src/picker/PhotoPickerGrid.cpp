@@ -4,6 +4,7 @@
 #include "picker/YMSCameraCell.h"
 #include "picker/YMSPhotoCell.h"
 #include "platform/base/CGGeometry.h"
+#include "platform/base/FreeMemory.h"
 #include "platform/base/Localization.h"
 #include "platform/base/UIScreen.h"
 #include "platform/media/AVCaptureSession.h"
@@ -154,6 +155,7 @@ void YMSPhotoPickerViewController::scrollViewDidEndDragging(bool /*willDecelerat
 void YMSPhotoPickerViewController::scrollViewDidComeToRest()
 {
     m_bar.scrollViewDidComeToRest();
+    returnFreeMemory(); // of the tiles that have passed by
 }
 
 } // namespace lamina

@@ -8,6 +8,7 @@
 #include "picker/YMSAlbumPickerViewController.h"
 
 #include <QLocale>
+
 #include <cmath>
 
 namespace lamina::test {

@@ -29,6 +29,7 @@
 
 #include <QGuiApplication>
 #include <QQmlEngine>
+
 #include <utility>
 
 namespace lamina {

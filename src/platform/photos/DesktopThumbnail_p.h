@@ -8,7 +8,7 @@
 
 namespace lamina {
 
-/// The folder in which the programs of a desktop keep thumbnails for each other (the thumbnail specification of
+/// The folder in which the programs of a desktop keep thumbnails for each other (Thumbnail Managing Standard of
 /// freedesktop.org): "thumbnails" in the user's folder for caches. Empty when the user has none.
 std::string desktopThumbnailFolder();
 

@@ -7,11 +7,11 @@
 #include "platform/photos/index/PhotoIndex.h"
 
 #include <QCoreApplication>
-#include <cstddef>
-#include <optional>
 
 #include <algorithm>
+#include <cstddef>
 #include <filesystem>
+#include <optional>
 #include <system_error>
 #include <utility>
 

@@ -29,6 +29,15 @@ public:
     std::optional<PHAsset> firstObject() const;
     /// Those from `first` on, at most `count` of them.
     std::vector<PHAsset> objects(std::size_t first, std::size_t count) const;
+    /// Calls `take` with each picture in turn, a page of rows in memory at a time.
+    template <class Take>
+    void enumerateObjects(const Take& take) const
+    {
+        constexpr std::size_t kRowsAtOnce = 1000;
+        for (std::size_t first = 0; first < count(); first += kRowsAtOnce)
+            for (const PHAsset& asset : objects(first, kRowsAtOnce))
+                take(asset);
+    }
 
     /// Where a picture stands; nothing when it is not among them.
     std::optional<std::size_t> indexOfObject(const PHAsset& asset) const;

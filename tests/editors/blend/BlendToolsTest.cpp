@@ -7,6 +7,7 @@
 #include "platform/view/UIViewAnimation.h"
 
 #include <QVariantMap>
+
 #include <cstdint>
 #include <functional>
 #include <initializer_list>
