@@ -9,14 +9,13 @@
 #include "hud/BusyPanel.h"
 #include "hud/SVProgressHUD.h"
 #include "picker/SelectedImagesReceiver.h"
+#include "picker/ThemedPicker.h"
 #include "picker/YMSPhotoHelper.h"
-#include "picker/YMSPhotoPickerTheme.h"
 #include "picker/YMSPhotoPickerViewController.h"
 #include "platform/base/CGGeometry.h"
 #include "platform/base/Localization.h"
 #include "platform/base/Log.h"
 #include "platform/base/Result.h"
-#include "platform/base/UIColor.h"
 #include "platform/base/UIScreen.h"
 #include "platform/image/pixels/UIImage.h"
 #include "platform/photos/PHAsset.h"
@@ -24,7 +23,6 @@
 #include "platform/view/FailureAlert.h"
 #include "platform/view/PictureWork.h"
 #include "platform/view/UIAlertController.h"
-#include "platform/view/UIApplication.h"
 #include "platform/view/UINavigationController.h"
 #include "platform/view/UIStoryboard.h"
 
@@ -58,7 +56,6 @@ const Entry* entryNamed(std::string_view name)
     return nullptr;
 }
 
-constexpr UIColor kPickerThemeColor{40 / 255.0, 196 / 255.0, 182 / 255.0, 1};
 /// Points that a photo may be smaller than this screen, in width and in height.
 constexpr double kImageMargin = 40;
 /// How far an editor lets photos be enlarged: at the screen's width they keep a pixel for each point then.
@@ -66,18 +63,6 @@ constexpr double kDeepestZoom = 6;
 /// The short phones, and the space that three entries have on them.
 constexpr std::array kShortScreens{480.0, 568.0};
 constexpr double kShortScreenSpacing = 55;
-
-void applyTheme(YMSPhotoPickerTheme& theme)
-{
-    theme.titleLabelTextColor = UIColor::black();
-    theme.navigationBarBackgroundColor = kPickerThemeColor;
-    theme.tintColor = UIColor::black();
-    theme.orderTintColor = kPickerThemeColor;
-    theme.orderLabelTextColor = UIColor::black();
-    theme.cameraVeilColor = kPickerThemeColor;
-    theme.cameraIconColor = UIColor::white();
-    theme.statusBarStyle = 0;
-}
 
 /// The message is completed by what could not be read, a sentence each.
 std::shared_ptr<UIAlertController> wrongCountAlert(unsigned photos, const std::vector<Error>& failures)
@@ -88,14 +73,6 @@ std::shared_ptr<UIAlertController> wrongCountAlert(unsigned photos, const std::v
         message += '\n' + failureText(failure);
     return UIAlertController::make(localizedString("Oops"), std::move(message),
                                    {{localizedString("OK"), UIAlertActionStyle::Default, {}}});
-}
-
-std::shared_ptr<UIAlertController> permissionAlert(std::string title, std::string message)
-{
-    const auto openSettings = [] { UIApplication::shared().openURL(UIApplicationOpenSettingsURLString); };
-    return UIAlertController::make(std::move(title), std::move(message),
-                                   {{localizedString("Cancel"), UIAlertActionStyle::Cancel, {}},
-                                    {localizedString("Settings"), UIAlertActionStyle::Default, openSettings}});
 }
 
 } // namespace
@@ -185,11 +162,8 @@ void ViewController::receivePhotos(std::vector<PhotoSource> photos)
 
 void ViewController::launchSpecialController()
 {
-    const auto picker = std::make_shared<YMSPhotoPickerViewController>();
-    if (const Entry* const entry = entryNamed(selectedBtnStr))
-        picker->numberOfPhotoToSelect = entry->photos;
-    applyTheme(picker->theme());
-    yms_presentCustomAlbumPhotoView(*this, picker, sharedSelf());
+    const Entry* const entry = entryNamed(selectedBtnStr);
+    yms_presentCustomAlbumPhotoView(*this, makeThemedPicker(entry ? entry->photos : 1), sharedSelf());
 }
 
 void ViewController::prepareForSegue(UIStoryboardSegue& segue, QObject* sender)
@@ -255,16 +229,12 @@ void ViewController::goOnWithChosenImages(const std::vector<Error>& failures)
 
 void ViewController::photoPickerViewControllerDidReceivePhotoAlbumAccessDenied(YMSPhotoPickerViewController&)
 {
-    present(permissionAlert(localizedString("Allow photo album access?"),
-                            localizedString("Need your permission to access photo albumbs")),
-            true);
+    presentAlbumAccessAlert(*this);
 }
 
 void ViewController::photoPickerViewControllerDidReceiveCameraAccessDenied(YMSPhotoPickerViewController& picker)
 {
-    picker.present(permissionAlert(localizedString("Allow camera access?"),
-                                   localizedString("Need your permission to take a photo")),
-                   true);
+    presentCameraAccessAlert(picker);
 }
 
 } // namespace lamina
