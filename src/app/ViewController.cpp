@@ -4,25 +4,24 @@
 #include "app/ImagePIckingViewController.h"
 #include "app/MainStoryboard.h"
 #include "editors/blend/BlendPhotoViewController.h"
+#include "editors/blend/PhotoCutting.h"
 #include "editors/common/EditorNotifications.h"
 #include "hud/BusyPanel.h"
 #include "hud/SVProgressHUD.h"
 #include "picker/PickedPhotos.h"
 #include "picker/SelectedImagesReceiver.h"
+#include "picker/ThemedPicker.h"
 #include "picker/YMSPhotoHelper.h"
-#include "picker/YMSPhotoPickerTheme.h"
 #include "picker/YMSPhotoPickerViewController.h"
 #include "platform/base/Localization.h"
 #include "platform/base/Log.h"
 #include "platform/base/Result.h"
-#include "platform/base/UIColor.h"
 #include "platform/image/pixels/UIImage.h"
 #include "platform/photos/PHAsset.h"
 #include "platform/photos/PhotoSource.h"
 #include "platform/view/FailureAlert.h"
 #include "platform/view/PictureWork.h"
 #include "platform/view/UIAlertController.h"
-#include "platform/view/UIApplication.h"
 #include "platform/view/UINavigationController.h"
 #include "platform/view/UIStoryboard.h"
 
@@ -30,7 +29,6 @@
 #include <array>
 #include <atomic>
 #include <cstddef>
-#include <functional>
 #include <string_view>
 #include <utility>
 
@@ -60,32 +58,9 @@ const Entry* entryNamed(std::string_view name)
     return nullptr;
 }
 
-constexpr UIColor kPickerThemeColor{40 / 255.0, 196 / 255.0, 182 / 255.0, 1};
 /// The short phones, and the space that three entries have on them.
 constexpr std::array kShortScreens{480.0, 568.0};
 constexpr double kShortScreenSpacing = 55;
-
-void applyTheme(YMSPhotoPickerTheme& theme)
-{
-    theme.titleLabelTextColor = UIColor::black();
-    theme.navigationBarBackgroundColor = kPickerThemeColor;
-    theme.tintColor = UIColor::black();
-    theme.orderTintColor = kPickerThemeColor;
-    theme.orderLabelTextColor = UIColor::black();
-    theme.cameraVeilColor = kPickerThemeColor;
-    theme.cameraIconColor = UIColor::white();
-    theme.statusBarStyle = 0;
-}
-
-/// That a collage has no place for `count` photos, at least one; then `goOn` is called.
-std::shared_ptr<UIAlertController> leftOutAlert(std::size_t count, std::function<void()> goOn)
-{
-    std::string message =
-        count == 1 ? localizedString("The collage has no place for one of the photos.")
-                   : localizedText("The collage has no place for %1 of the photos.", {std::to_string(count)});
-    return UIAlertController::make(localizedString("Too many photos"), std::move(message),
-                                   {{localizedString("OK"), UIAlertActionStyle::Default, std::move(goOn)}});
-}
 
 /// The message is completed by what could not be read, a sentence each.
 std::shared_ptr<UIAlertController> wrongCountAlert(unsigned photos, const std::vector<Error>& failures)
@@ -96,14 +71,6 @@ std::shared_ptr<UIAlertController> wrongCountAlert(unsigned photos, const std::v
         message += '\n' + failureText(failure);
     return UIAlertController::make(localizedString("Oops"), std::move(message),
                                    {{localizedString("OK"), UIAlertActionStyle::Default, {}}});
-}
-
-std::shared_ptr<UIAlertController> permissionAlert(std::string title, std::string message)
-{
-    const auto openSettings = [] { UIApplication::shared().openURL(UIApplicationOpenSettingsURLString); };
-    return UIAlertController::make(std::move(title), std::move(message),
-                                   {{localizedString("Cancel"), UIAlertActionStyle::Cancel, {}},
-                                    {localizedString("Settings"), UIAlertActionStyle::Default, openSettings}});
 }
 
 } // namespace
@@ -209,17 +176,18 @@ void ViewController::beginCollage(const std::string& entry, std::vector<PhotoSou
     photos.resize(std::min<std::size_t>(count, wanted->photos));
     if (photos.size() == count)
         return openPicked(std::move(photos));
-    const auto goOn = [self = sharedSelf(), photos = std::move(photos)] { self->openPicked(photos); };
-    present(leftOutAlert(count - wanted->photos, goOn), true);
+    const std::size_t leftOut = count - wanted->photos;
+    presentTooManyPhotos(
+        *this,
+        leftOut == 1 ? localizedString("The collage has no place for one of the photos.")
+                     : localizedText("The collage has no place for %1 of the photos.", {std::to_string(leftOut)}),
+        [self = sharedSelf(), photos = std::move(photos)] { self->openPicked(photos); });
 }
 
 void ViewController::launchSpecialController()
 {
-    const auto picker = std::make_shared<YMSPhotoPickerViewController>();
-    if (const Entry* const entry = entryNamed(selectedBtnStr))
-        picker->numberOfPhotoToSelect = entry->photos;
-    applyTheme(picker->theme());
-    yms_presentCustomAlbumPhotoView(*this, picker, sharedSelf());
+    const Entry* const entry = entryNamed(selectedBtnStr);
+    yms_presentCustomAlbumPhotoView(*this, makeThemedPicker(entry ? entry->photos : 1), sharedSelf());
 }
 
 void ViewController::prepareForSegue(UIStoryboardSegue& segue, QObject* sender)
@@ -287,16 +255,12 @@ void ViewController::goOnWithChosenImages(const std::vector<Error>& failures)
 
 void ViewController::photoPickerViewControllerDidReceivePhotoAlbumAccessDenied(YMSPhotoPickerViewController&)
 {
-    present(permissionAlert(localizedString("Allow photo album access?"),
-                            localizedString("Need your permission to access photo albumbs")),
-            true);
+    presentAlbumAccessAlert(*this);
 }
 
 void ViewController::photoPickerViewControllerDidReceiveCameraAccessDenied(YMSPhotoPickerViewController& picker)
 {
-    picker.present(permissionAlert(localizedString("Allow camera access?"),
-                                   localizedString("Need your permission to take a photo")),
-                   true);
+    presentCameraAccessAlert(picker);
 }
 
 } // namespace lamina

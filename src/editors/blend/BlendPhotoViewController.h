@@ -7,6 +7,7 @@
 #include "editors/common/CompositionEditor.h"
 #include "editors/common/EditorSlider.h"
 #include "editors/common/EditorToolBar.h"
+#include "editors/common/PictureTools.h"
 #include "editors/stickers/IQStickerView.h"
 #include "editors/stickers/StickerBoard.h"
 #include "editors/stickers/StickerStrip.h"
@@ -278,7 +279,7 @@ private:
     void openEffects();
     void closeEffects();
     void openStickerStrip();
-    void doSubTool(std::string_view tool, UIImage (*operation)(const UIImage& image));
+    void doSubTool(std::string_view tool);
     std::size_t resolvedPhoto();
     void setPhotoImage(std::size_t photo, const UIImage& image);
     void changeTone(const Tone& tone, double value);
@@ -300,7 +301,7 @@ private:
 
     std::shared_ptr<ExportFinish> m_finish;
     BlendPanels m_panels;
-    EditorToolBar m_subToolBar{kBlendSubTools, {}};
+    EditorToolBar m_subToolBar = makePictureToolBar();
     QVariantList m_subTools; ///< of m_subToolBar, made when it changes
     /// Whether the two buttons that open and close their strip are on.
     bool m_toolSelected = false;
