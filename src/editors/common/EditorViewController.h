@@ -117,7 +117,7 @@ public:
     Q_INVOKABLE virtual void letGoOfStickers() {}
     /// A quick tap on the canvas, in its points, after what was tapped there has heard of it: beside the active sticker
     /// it lets go of that one.
-    Q_INVOKABLE void tapCanvas(double x, double y);
+    Q_INVOKABLE virtual void tapCanvas(double x, double y);
     /// What a step back does first: takes away a menu, or lets go of stickers. False: there is nothing of the kind.
     Q_INVOKABLE virtual bool letGo();
     /// Removes the active sticker, which is a step. Nothing where none is.
