@@ -4,6 +4,7 @@
 #include "cli/StickerNames.h"
 #include "editors/blend/BlendTools.h"
 #include "editors/common/EditorSlider.h"
+#include "editors/common/PictureTools.h"
 #include "editors/stickers/IQStickerView.h"
 #include "gpu/core/TypedValue.h"
 
@@ -115,9 +116,9 @@ constexpr std::array<BlendStepOption, 8> kOptions{{
     {"--move", "DX,DY", "Move the second photo by points, inside its zoom", parseMove},
     {"--zoom", "S", "Zoom the second photo about its centre", parseZoom},
     {"--turn", "N:left|right", "Turn photo N (1 or 2) by a quarter, inside its place",
-     [](const std::string& text) { return parseSubTool(text, blendsubtool::kLeft, blendsubtool::kRight); }},
+     [](const std::string& text) { return parseSubTool(text, picturetool::kLeft, picturetool::kRight); }},
     {"--flip", "N:horizontal|vertical", "Mirror photo N from left to right, or upside down",
-     [](const std::string& text) { return parseSubTool(text, blendsubtool::kHorizontal, blendsubtool::kVertical); }},
+     [](const std::string& text) { return parseSubTool(text, picturetool::kHorizontal, picturetool::kVertical); }},
     {"--contrast", "N:V", "Contrast of photo N, -200 to 200",
      [](const std::string& text) { return parseSlider(text, blendslider::kContrast, "2:40"); }},
     {"--brightness", "N:V", "Brightness of photo N, -200 to 200",

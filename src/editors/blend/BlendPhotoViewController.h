@@ -6,6 +6,7 @@
 #include "editors/colorpicker/InfColorPickerControllerDelegate.h"
 #include "editors/common/EditorSlider.h"
 #include "editors/common/EditorToolBar.h"
+#include "editors/common/PictureTools.h"
 #include "editors/stickers/StickerEditor.h"
 #include "export/ExportFinish.h"
 #include "platform/base/CGGeometry.h"
@@ -263,7 +264,7 @@ private:
     void openEffects();
     void closeEffects();
     void openStickerStrip();
-    void doSubTool(std::string_view tool, UIImage (*operation)(const UIImage& image));
+    void doSubTool(std::string_view tool);
     std::size_t resolvedPhoto();
     void setPhotoImage(std::size_t photo, const UIImage& image);
     void changeTone(const Tone& tone, double value);
@@ -284,7 +285,7 @@ private:
 
     std::shared_ptr<ExportFinish> m_finish;
     BlendPanels m_panels;
-    EditorToolBar m_subToolBar{kBlendSubTools, {}};
+    EditorToolBar m_subToolBar = makePictureToolBar();
     QVariantList m_subTools; ///< of m_subToolBar, made when it changes
     /// Whether the two buttons that open and close their strip are on.
     bool m_toolSelected = false;

@@ -8,7 +8,8 @@ EditorPanel {
     // An EditorViewController.
     required property var controller
 
-    readonly property var rows: controller.sliders
+    // Those of the table that stand in this panel.
+    readonly property var rows: controller.sliders.filter(row => row.panel === name)
     // More are cut, so that one sees that they scroll.
     readonly property real rowsSeen: 3.55
     readonly property real lead: layout.wide ? 0 : layout.small ? Tokens.space.s : Tokens.space.xs

@@ -94,8 +94,6 @@ QImage PrintItem::drawn(double pixelsPerUnit) const
         drawInRect(m_picture, *context, coveringRect(m_picture.size(), inside));
         context->restoreGState();
     }
-    if (m_veil.alpha() > 0)
-        fillRounded(*context, sheet, m_radius, uiColor(m_veil));
     return qImage(context->makeImage());
 }
 

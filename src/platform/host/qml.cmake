@@ -93,7 +93,6 @@ set(LAMINA_QML_FILES
     platform/host/controls/SheetScreen.qml
     platform/host/controls/SidePanel.qml
     platform/host/controls/SliderField.qml
-    platform/host/controls/SoonMark.qml
     platform/host/controls/StepMarks.qml
     platform/host/controls/StyledText.qml
     platform/host/controls/SuggestedMark.qml

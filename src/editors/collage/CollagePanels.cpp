@@ -1,0 +1,1 @@
+#include "editors/collage/CollagePanels.h"
