@@ -128,7 +128,7 @@ void CreateCollageViewController::openPanel(std::string_view tool)
     const auto raise = [screen = view().frame().size, this](void (CollagePanels::*open)(CGSize)) {
         animatePanels([&] { (m_panels.*open)(screen); });
     };
-    if (tool != collagetool::kEffects)
+    if (tool != collagetool::kEffects && shownPanel() == QLatin1String("effects"))
         closeEffects();
     if (tool == collagetool::kLayout)
         openLayouts();
@@ -159,9 +159,17 @@ void CreateCollageViewController::openFilters()
     m_filterEnableBool = true;
     DispatchQueue::main().async([weak = std::weak_ptr(sharedSelf())] {
         const auto self = weak.lock();
-        if (self && self->m_filterEnableBool)
+        if (self)
             self->act([&] { self->addFiltersOnScrollView(); });
     });
+}
+
+/// With the base that they had.
+void CreateCollageViewController::reopenFilters()
+{
+    m_filterEnableBool = true;
+    showFilters();
+    animatePanels([this] { m_panels.openFilters(); });
 }
 
 void CreateCollageViewController::openStickers()
@@ -178,18 +186,6 @@ void CreateCollageViewController::openFrame()
     animatePanels([this, screen = view().frame().size] { m_panels.openFrame(screen); });
 }
 
-/// As the hide button does. A panel that is opened again meanwhile stays.
-void CreateCollageViewController::closeEffects()
-{
-    if (shownPanel() != QLatin1String("effects"))
-        return;
-    const auto closed = [weak = std::weak_ptr(sharedSelf())](bool finished) {
-        if (const auto self = weak.lock())
-            self->m_panels.effectsClosed(self->view().frame().size, finished);
-    };
-    animatePanels([this] { m_panels.closeEffects(view().frame().size); }, UIViewAnimationCurve::EaseIn, closed);
-}
-
 void CreateCollageViewController::showTool()
 {
     if (toolBar().activeTool() == composition().tool)
@@ -197,7 +193,7 @@ void CreateCollageViewController::showTool()
     closePanels();
     m_frameBool = false;
     lightTool(composition().tool);
-    openPanel(composition().tool);
+    composition().tool == collagetool::kFilter ? reopenFilters() : openPanel(composition().tool);
 }
 
 QString CreateCollageViewController::shownPanel() const

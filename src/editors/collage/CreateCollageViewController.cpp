@@ -104,6 +104,8 @@ void CreateCollageViewController::showComposition()
     showStickers();
     showFrame();
     showTool();
+    if (m_filterEnableBool)
+        showFilters();
 }
 
 } // namespace lamina

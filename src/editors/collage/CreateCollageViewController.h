@@ -1,8 +1,11 @@
 #pragma once
 
 #include "editors/collage/CollageComposition.h"
+#include "editors/collage/CollageEffectWork.h"
+#include "editors/collage/CollageFilterRow.h"
 #include "editors/collage/CollageLayouts.h"
 #include "editors/collage/CollagePanels.h"
+#include "editors/collage/FilterSteps.h"
 #include "editors/colorpicker/InfColorPickerControllerDelegate.h"
 #include "editors/common/CompositionEditor.h"
 #include "editors/common/EditorSlider.h"
@@ -72,7 +75,6 @@ class CreateCollageViewController : public CompositionEditor<CollageComposition>
     Q_PROPERTY(QObject* filters READ filters NOTIFY panelsChanged FINAL)
     Q_PROPERTY(int filter READ filter NOTIFY panelsChanged FINAL)
     Q_PROPERTY(QObject* stickerStrip READ stickerStrip NOTIFY panelsChanged FINAL)
-    Q_PROPERTY(bool busy READ isBusy NOTIFY busyChanged FINAL)
 
 public:
     CreateCollageViewController();
@@ -256,24 +258,47 @@ public:
 
     // Filters and effects
 
+    /// Takes the current photo's picture as the filter base, fills the row with it and raises its panel; nothing while
+    /// `filterEnableBool` says that the panel is not open. Part of a change.
     void addFiltersOnScrollView();
+    /// The thumbnail of that tag: the filter base itself for the first look, else its middle through the look. Empty for
+    /// a tag that no look has, and where its filter fails.
     UIImage applyFilters(int tag);
+    /// The current photo becomes the filter base through the look of that tag, which is a step when it is done: what
+    /// another look has done is gone. A large photo may take a while, behind the busy panel, which can be cancelled.
+    /// One that can't be filtered stays, and an alert names the cause. Nothing before the row has been filled.
     Q_INVOKABLE void filterImgGesture(int tag);
+
+    /// Makes the effects' panel, with its sliders where they start.
     void createViewForFx();
+    /// The nine sliders, each as `slide`. The first one that is touched since the flags were cleared takes the picture
+    /// that is shown as the effect base, and so does each other one at its own first touch; all work from that one base.
+    /// The flags are cleared by choosing a slot, and by another photo in it. Pictures are made beside the main thread:
+    /// see `busy`. While a finger slides, a large photo is shown as a smaller one, until the finger rests or leaves.
     Q_INVOKABLE void contrast(double value);
     Q_INVOKABLE void brightn(double value);
+    /// The bias is the value with its fraction cut off.
     Q_INVOKABLE void emboss(double value);
+    /// See emboss.
     Q_INVOKABLE void sharpen(double value);
+    /// See emboss.
     Q_INVOKABLE void unsharpen(double value);
+    /// Begins at value + 0.2 and ends at value + 0.4, as GPUImageVignetteFilter counts.
     Q_INVOKABLE void vignette(double value);
     Q_INVOKABLE void saturation(double value);
     Q_INVOKABLE void highlight(double value);
+    /// The alpha of the photo's view; no picture changes.
     Q_INVOKABLE void opacity(double value);
+    /// Closes the effects' panel; the tool stays the active one.
     Q_INVOKABLE void hideFxViewBtnClicked();
+
+    void viewDidAppear(bool animated) override;
+    /// Makes the GL context and the programs of all filters in the background, so that the first one that is used finds
+    /// them. Ends with the editor.
     void warmFilters();
+    /// The filter panel's thumbnails, a list model; see CollageFilterRow.
     QObject* filters() const;
     int filter() const { return composition().filter; }
-    bool isBusy() const;
 
     // Stickers, and the ways out
 
@@ -297,7 +322,6 @@ signals:
     void panelsChanged();
     void subToolsChanged();
     void frameChanged();
-    void busyChanged();
     /// The user has tapped another slot's photo: the current slot, of that number, is to be shown.
     void pointedOut(int slot);
 
@@ -305,6 +329,7 @@ protected:
     std::span<const EditorSlider> sliderTable() const override;
     double sliderValue(int tag) const override;
     void applySlider(int tag, double value) override;
+    void settleSlider() override;
     void showComposition() override;
     void readViews() override;
     UIView* activeSticker() const override;
@@ -352,11 +377,11 @@ private:
     void setUpTools();
     void watchTools();
     void closePanels();
-    void closeEffects();
     void lightTool(std::string_view tool);
     void openPanel(std::string_view tool);
     void openLayouts();
     void openFilters();
+    void reopenFilters();
     void openStickers();
     void openFrame();
     void bringStickersToFront();
@@ -369,6 +394,18 @@ private:
     /// Shows what the composition says of the border and the gap, on top of the canvas.
     void showFrame();
     std::shared_ptr<CreateCollageViewController> sharedSelf();
+
+    // Filters and effects
+    /// Shows the composition's filter base in the row, where it shows another one.
+    void showFilters();
+    void takeFiltered(std::size_t slot, int tag, const UIImage& filtered);
+    void closeEffects();
+    void takeEffectBase(int tag);
+    void changeOpacity(double alpha);
+    void showCoarsely(const CollageEffectInHand& wanted);
+    void makeExactly(const CollageEffectInHand& wanted);
+    void tellEffectOutcome(const UIImage& picture);
+    void tellFailure();
 
     // Stickers
     void setUpStickers();
@@ -391,6 +428,10 @@ private:
     std::shared_ptr<CollageBorderView> m_borderView;
     bool m_filterEnableBool = false;
     bool m_frameBool = false;
+
+    CollageFilterRow m_filterRow;
+    CollageEffectState m_effects;
+    FilterSteps m_warming;
 
     StickerBoard m_stickers{kFirstStickerTag};
 };
