@@ -20,9 +20,9 @@ namespace lamina {
 void presentLeftOutOfCollage(UIViewController& screen, std::size_t count, std::function<void()> goOn)
 {
     presentTooManyPhotos(screen,
-                         count == 1 ? localizedString("The collage has no place for one of the photos.")
-                                    : localizedText("The collage has no place for %1 of the photos.",
-                                                    {std::to_string(count)}),
+                         count == 1
+                             ? localizedString("The collage has no place for one of the photos.")
+                             : localizedText("The collage has no place for %1 of the photos.", {std::to_string(count)}),
                          std::move(goOn));
 }
 

@@ -52,7 +52,6 @@ void CreateCollageViewController::watchTools()
               m_subTools = m_subToolBar.list();
               emit subToolsChanged();
           });
-    watch([this] { return slotColor(); }, [this] { emit slotsChanged(); });
     watch([this] { return composition().borderColor; }, [this] { emit frameChanged(); });
     // Another layout has other lines, and what comes into the canvas comes above them.
     watch(
@@ -125,8 +124,8 @@ void CreateCollageViewController::lightTool(std::string_view tool)
 /// Without what the tool does to the picture.
 void CreateCollageViewController::openPanel(std::string_view tool)
 {
-    const auto raise = [screen = view().frame().size, this](void (CollagePanels::*open)(CGSize)) {
-        animatePanels([&] { (m_panels.*open)(screen); });
+    const auto raise = [screen = view().frame().size, this](void (CollagePanels::*rise)(CGSize)) {
+        animatePanels([&] { (m_panels.*rise)(screen); });
     };
     if (tool != collagetool::kEffects && shownPanel() == QLatin1String("effects"))
         closeEffects();
