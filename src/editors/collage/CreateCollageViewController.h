@@ -3,11 +3,10 @@
 #include "editors/collage/CollageComposition.h"
 #include "editors/collage/CollagePanels.h"
 #include "editors/colorpicker/InfColorPickerControllerDelegate.h"
-#include "editors/common/CompositionEditor.h"
 #include "editors/common/EditorSlider.h"
 #include "editors/common/EditorToolBar.h"
-#include "editors/stickers/IQStickerView.h"
-#include "editors/stickers/StickerBoard.h"
+#include "editors/stickers/StickerEditor.h"
+#include "export/ExportFinish.h"
 #include "picker/SelectedImagesReceiver.h"
 #include "picker/YMSPhotoPickerViewControllerDelegate.h"
 #include "platform/base/CGGeometry.h"
@@ -51,7 +50,7 @@ class TwoFramesViewController;
 ///
 /// Slots are numbered 1 to 3 where people see them, and 0 to 2 as indices. With two photos there is no third: its views
 /// are null, and what is done to it does nothing.
-class CreateCollageViewController : public CompositionEditor<CollageComposition>,
+class CreateCollageViewController : public StickerEditor<CollageComposition>,
                                     public SelectedImagesReceiver,
                                     public PhotoReceiver,
                                     public InfColorPickerControllerDelegate,
@@ -243,18 +242,19 @@ public:
 
     // Stickers, and the ways out
 
+    /// Fills the strip anew; its thumbnails come one by one.
     void stickerBtnClicked();
+    /// Puts the sticker of the strip's thumbnail of that tag into the canvas's top left corner, on top of all but the
+    /// border. Nothing for a tag that stands for none.
     Q_INVOKABLE void stickerImgGesture(int tag);
-    void letGoOfStickers() override;
-    void deleteSticker() override;
+    /// The stickers to choose from, a list model; null while there is no strip.
+    QObject* stickerStrip() const { return stickerEditing().strip(); }
+    /// A panel goes first, then stickers lose their handles.
+    bool letGo() override;
+    /// Takes the work away: see ExportFinish.
     Q_INVOKABLE void shareBtn();
     /// Pops to the root; nothing is asked.
     Q_INVOKABLE void backBtn();
-    QObject* stickerStrip() const;
-    /// Tag of the next sticker.
-    int stickerHandleTag() const { return m_stickers.stickerHandleTag(); }
-    /// The tags of all stickers that there were since the editor opened.
-    const std::vector<int>& stickerTagMutableArr() const { return m_stickers.stickerTagMutableArr(); }
 
 signals:
     /// After changes of what the properties above name; never during a gesture.
@@ -273,8 +273,6 @@ protected:
     void applySlider(int tag, double value) override;
     void showComposition() override;
     void readViews() override;
-    UIView* activeSticker() const override;
-    void moveSticker(UIView& sticker, CGPoint by) override;
     UIView* gestureView() const override;
     UIView& gestureSpace() const override { return *m_baseView; }
     bool isPhotoView(const UIView* view) const override { return slotOf(view).has_value(); }
@@ -282,7 +280,7 @@ protected:
     void transformPhoto(UIView& view, const CGAffineTransform& transform) override;
     const UIView& exportedView() const override { return *m_saveTheImg; }
     void prepareExport() override;
-    std::function<void()> hideHandles() const override;
+    void stickersRaised() override { showFrame(); }
 
 private:
     static constexpr int kFirstStickerTag = 7000;
@@ -323,10 +321,12 @@ private:
     void showTool();
 
     // Stickers
-    void setUpStickers();
-    void hideStickerHandles();
     /// Puts the composition's stickers below and above the slots that were just built.
     void showStickers();
+    /// Puts all stickers above the slots again. Part of a change.
+    void raiseStickers();
+    /// Takes handles and borders away; what was recorded last follows.
+    void finishStickers();
 
     std::vector<UIImage> m_selectedImages;
     double m_toolSpacing = 0;
@@ -340,7 +340,7 @@ private:
     bool m_filterEnableBool = false;
     bool m_frameBool = false;
 
-    StickerBoard m_stickers{kFirstStickerTag};
+    std::shared_ptr<ExportFinish> m_finish;
 };
 
 } // namespace lamina
