@@ -102,6 +102,7 @@ void CreateCollageViewController::closePanels()
     editedToolBar().clearBackgrounds();
     m_panels.close(view().frame().size, firstView()->frame().size);
     m_layouts.reset();
+    stickerEditing().closeStrip();
     m_filterEnableBool = false;
 }
 

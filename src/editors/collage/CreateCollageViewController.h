@@ -146,6 +146,9 @@ public:
     ///   background     behind its photo, as "#AARRGGBB"
     ///   name           to be read out, translated
     QVariantList slotRows() const;
+    /// The current slot's outline and then those of the slots that lie over it, each a `lamina::UIBezierPath` in a
+    /// square of side 1, which is the canvas. Empty for a layout without masks.
+    Q_INVOKABLE QVariantList slotOutline() const;
     /// The layout in force.
     int layout() const { return composition().layout; }
 
