@@ -33,7 +33,10 @@ void CreateCollageViewController::backBtn()
 
 bool CreateCollageViewController::letGo()
 {
-    return StickerEditor::letGo();
+    const bool shown = !shownPanel().isEmpty();
+    if (shown)
+        hidePanel();
+    return shown || StickerEditor::letGo();
 }
 
 } // namespace lamina

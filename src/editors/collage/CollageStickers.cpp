@@ -44,6 +44,7 @@ void CreateCollageViewController::raiseStickers()
         if (dynamic_cast<IQStickerView*>(view.get()) != nullptr)
             m_saveTheImg->bringSubviewToFront(*view);
     }
+    editedComposition().stickersBelow = 0;
     showFrame();
 }
 
