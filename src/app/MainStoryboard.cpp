@@ -36,6 +36,7 @@ void registerMainStoryboard()
                          sceneOf<InfColorPickerController>("InfColorPickerScreen.qml"));
     addExportScenes(*storyboard);
     addPickerScenes(*storyboard);
+    storyboard->addSegue(segue::kPickedToCollage, scene::kCollage, UIStoryboard::SegueKind::Show);
     storyboard->addSegue(segue::kPickedToBlend, scene::kBlend, UIStoryboard::SegueKind::Present);
     storyboard->addSegue(segue::kToBlend, scene::kBlend, UIStoryboard::SegueKind::Present);
 }

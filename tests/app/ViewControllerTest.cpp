@@ -1,9 +1,9 @@
 #include "app/ViewController.h"
 
 #include "ScreenTest.h"
-#include "app/PickedPhotos.h"
 #include "editors/blend/BlendPhotoViewController.h"
 #include "hud/ProgressOverlay.h"
+#include "picker/PickedPhotos.h"
 #include "picker/SelectedImagesReceiver.h"
 #include "picker/YMSPhotoPickerViewController.h"
 #include "platform/base/UIColor.h"
@@ -41,8 +41,7 @@ protected:
 
     void addCollageEditor()
     {
-        storyboard->addScene("CreateCollageViewController", {[] { return std::make_shared<CollageEditor>(); }, ""});
-        storyboard->addSegue(segue::kPickedToCollage, "CreateCollageViewController", UIStoryboard::SegueKind::Present);
+        storyboard->addScene(scene::kCollage, {[] { return std::make_shared<CollageEditor>(); }, ""});
     }
     /// Opens a picker and answers for it as one that the user has finished, without waiting.
     void finishPicking(const std::string& entry, const std::vector<std::string>& names)
@@ -88,9 +87,7 @@ TEST_F(HomeScreen, CollageEntriesOpenThePickerInItsColours)
 
 TEST_F(HomeScreen, PickedPhotosReachTheEditorInTheirOrder)
 {
-    EXPECT_FALSE(home->collageAvailable());
     addCollageEditor();
-    EXPECT_TRUE(home->collageAvailable());
     const auto blues = [](const std::vector<UIImage>& images) {
         std::vector<int> read;
         for (const UIImage& image : images) {
@@ -103,7 +100,7 @@ TEST_F(HomeScreen, PickedPhotosReachTheEditorInTheirOrder)
     pick("threePhoto", {"a.png", "b.png", "a.png"});
     ASSERT_TRUE(top<CollageEditor>());
     EXPECT_EQ(blues(top<CollageEditor>()->images), (std::vector{10, 200, 10}));
-    home->dismiss(false);
+    stack->popViewController(false);
     settle();
     pick("blendPhoto", {"b.png", "a.png"});
     ASSERT_TRUE(top<BlendPhotoViewController>());

@@ -118,6 +118,11 @@ void CALayer::setMasksToBounds(bool masks)
     assign(m_masksToBounds, masks);
 }
 
+void CALayer::setSharesEdges(bool shares)
+{
+    assign(m_sharesEdges, shares);
+}
+
 void CALayer::setShadow(const Shadow& shadow)
 {
     if (std::isfinite(shadow.opacity) && std::isfinite(shadow.radius) && isFinite(shadow.offset))

@@ -82,6 +82,11 @@ public:
     /// Default false.
     bool masksToBounds() const { return m_masksToBounds; }
     void setMasksToBounds(bool masks);
+    /// Whether sublayers that are masked by paths, and stand next to one another in the order, share the pixels of a
+    /// common edge by the part that each covers. Otherwise, as by default, each is antialiased by itself, and what lies
+    /// beneath them shows along the edge. Nothing changes where an edge meets none of another's.
+    bool sharesEdges() const { return m_sharesEdges; }
+    void setSharesEdges(bool shares);
 
     /// A blurred copy of what the layer shows, in one colour, under it. Values are kept as they are given, and come
     /// within their ranges where they are drawn.
@@ -173,6 +178,7 @@ private:
     double m_borderWidth = 0;
     UIColor m_borderColor = UIColor::black();
     bool m_masksToBounds = false;
+    bool m_sharesEdges = false;
     Shadow m_shadow;
     std::shared_ptr<CALayer> m_mask;
     CALayer* m_maskedLayer = nullptr;
