@@ -3,19 +3,20 @@
 #include "editors/collage/CollageComposition.h"
 #include "editors/collage/CollageEffectWork.h"
 #include "editors/collage/CollageFilterRow.h"
+#include "editors/collage/CollageLayouts.h"
 #include "editors/collage/CollagePanels.h"
 #include "editors/collage/FilterSteps.h"
 #include "editors/colorpicker/InfColorPickerControllerDelegate.h"
 #include "editors/common/CompositionEditor.h"
 #include "editors/common/EditorSlider.h"
 #include "editors/common/EditorToolBar.h"
+#include "editors/common/PictureTools.h"
 #include "editors/stickers/IQStickerView.h"
 #include "editors/stickers/StickerBoard.h"
 #include "picker/SelectedImagesReceiver.h"
 #include "picker/YMSPhotoPickerViewControllerDelegate.h"
 #include "platform/base/CGGeometry.h"
 #include "platform/image/pixels/UIImage.h"
-#include "platform/photos/PHAsset.h"
 #include "platform/photos/PhotoSource.h"
 #include "platform/view/PhotoReceiver.h"
 #include "platform/view/UIImageMetaType.h"
@@ -37,6 +38,7 @@
 
 namespace lamina {
 
+class CollageBorderView;
 class ThreeFramesViewController;
 class TwoFramesViewController;
 
@@ -183,44 +185,76 @@ public:
 
     // Tools
 
+    /// Fills the bar, once, as the view loads: until then no tool can be chosen.
     void addBtnsInScrollView();
-    /// Names of the icons that the bar opens with.
+    /// Names of the icons that the bar opens with: the tools are active.
     std::vector<std::string_view> toolImgArr() const;
-    /// Chooses the tool of that tag, 999 to 1005; any other tag only closes the panels.
+    /// Closes every panel, lights the tool of that tag, 999 to 1005, and opens its panel: for the tool that is active
+    /// too. Any other tag only closes the panels. Effects that another tool takes over from leave as
+    /// `hideFxViewBtnClicked` has them leave. A tool is no step, but what it does to the picture is: the reset puts the
+    /// masters back, and the stickers come to the front before others are added.
     Q_INVOKABLE void imgGesture(int tag);
-    /// Applies the layout of that thumbnail.
+    /// Takes the panel that is shown out of sight; its tool stays lit. Nothing where there is none.
+    Q_INVOKABLE void hidePanel();
+    /// Applies the layout of that thumbnail; the strip stays.
     Q_INVOKABLE void imgGesture1(int tag);
+    /// Turn the current slot's photo by a quarter, to the left: its pixels as they are seen now. Zoom, place and master
+    /// stay. One step.
     Q_INVOKABLE void leftBtn();
+    /// The same to the right.
     Q_INVOKABLE void rightBtn();
+    /// The same, where left and right change places.
     Q_INVOKABLE void horizontalBtn();
+    /// The same for top and bottom.
     Q_INVOKABLE void verticalBtn();
+    /// Asks for a colour, beginning with that of the screen itself. Nothing while something lies over the editor.
     Q_INVOKABLE void adjustColor();
+    /// The sub-tool of that identifier; nothing for one that there is none of. See picturetool.
     Q_INVOKABLE void chooseSubTool(const QString& identifier);
+    /// The colour is that of the lines while the reset tool is the active one, else that behind the current slot's
+    /// photo. One step.
     void colorPickerControllerDidFinish(InfColorPickerController& picker) override;
-    void launchSpecialController();
+    /// Asks for another photo for the current slot. Nothing while something lies over the editor.
+    Q_INVOKABLE void launchSpecialController();
     bool respondsTo(Call call) const override;
+    using YMSPhotoPickerViewControllerDelegate::photoPickerViewController;
+    /// The photo comes into the current slot, and is its master, when the picker has gone. One step.
     void photoPickerViewController(YMSPhotoPickerViewController& picker, const UIImage& didFinishPickingImage) override;
-    void photoPickerViewController(YMSPhotoPickerViewController& picker,
-                                   const std::vector<PHAsset>& didFinishPickingImages) override;
     void photoPickerViewControllerDidReceivePhotoAlbumAccessDenied(YMSPhotoPickerViewController& picker) override;
     void photoPickerViewControllerDidReceiveCameraAccessDenied(YMSPhotoPickerViewController& picker) override;
     void imagePickerControllerDidCancel(UIImagePickerController& picker) override;
+    /// The photo comes at half its size, as a PNG keeps it: whole as the current slot's master, and its middle as a
+    /// square of 600 points to be seen. It is made in the background, then the picker goes. One step.
     void imagePickerController(UIImagePickerController& picker,
                                const UIImagePickerInfo& didFinishPickingMediaWithInfo) override;
-    /// All master pictures come back into their photo views.
+    /// All master pictures come back into their photo views, which keep zoom, place, alpha and background. Part of a
+    /// change: whoever calls it records the step.
     void addFrame();
-    Q_INVOKABLE void adjustBorderColor();
+    /// The same as a step of its own.
     Q_INVOKABLE void photosBack();
+    /// Asks for the colour of the lines, beginning with the present one; only while the reset tool is the active one,
+    /// and nothing lies over the editor.
+    Q_INVOKABLE void adjustBorderColor();
 
+    /// The panel of filters is open, or about to be.
     bool filterEnableBool() const { return m_filterEnableBool; }
+    /// The reset tool is the active one.
     bool frameBool() const { return m_frameBool; }
     const CollagePanels& panels() const { return m_panels; }
+    /// The panel in sight: "layout", "tools", "filter", "effects", "stickers", "frame"; "" for none.
     QString shownPanel() const;
+    /// The strip of layouts, a list of `CollageLayout`; null while there is none.
     QObject* layouts() const;
-    QVariantList subTools() const;
+    /// The strip of sub-tools, as `EditorToolBar::list` gives it.
+    QVariantList subTools() const { return m_subTools; }
+    /// The sub-tool that was chosen last is the active one.
+    const EditorToolBar& subToolBar() const { return m_subToolBar; }
     /// The colour behind the current slot's photo, as "#AARRGGBB".
     QString slotColor() const;
+    /// That of the lines.
     QString borderColor() const;
+    /// Draws the lines, over all else in the canvas.
+    UIView& borderView() const;
 
     // Filters and effects
 
@@ -342,16 +376,31 @@ private:
     // Tools
     void setUpTools();
     void watchTools();
-    /// Shows what the composition says of the border and the gap, on top of the canvas.
-    void showFrame();
+    void closePanels();
+    void closeEffects();
+    void lightTool(std::string_view tool);
+    void openPanel(std::string_view tool);
+    void openLayouts();
+    void openFilters();
+    void openStickers();
+    void openFrame();
+    void bringStickersToFront();
     /// Opens the tool that the composition names, where another one has taken over since.
     void showTool();
+    void doSubTool(std::string_view tool);
+    void takePhoto(const UIImage& picture, const UIImage& master);
+    /// Sets the border's width or the gap, by the tag of its slider. Part of a change.
+    void setLine(int tag, double width);
+    /// Shows what the composition says of the border and the gap, on top of the canvas.
+    void showFrame();
+    std::shared_ptr<CreateCollageViewController> sharedSelf();
 
     // Filters and effects
     /// Shows the composition's filter base in the row, where it shows another one.
     void showFilters();
+    /// Opens the panel on the composition's filter base, where it has one.
+    void reopenFilters();
     void takeFiltered(std::size_t slot, int tag, const UIImage& filtered);
-    void closeEffects();
     void takeEffectBase(int tag);
     void changeOpacity(double alpha);
     void showCoarsely(const CollageEffectInHand& wanted);
@@ -374,6 +423,10 @@ private:
     std::shared_ptr<ThreeFramesViewController> m_threeFramesObj;
 
     CollagePanels m_panels;
+    std::unique_ptr<CollageLayouts> m_layouts; ///< null while there is no strip of them
+    EditorToolBar m_subToolBar = makePictureToolBar();
+    QVariantList m_subTools; ///< of m_subToolBar, made when it changes
+    std::shared_ptr<CollageBorderView> m_borderView;
     bool m_filterEnableBool = false;
     bool m_frameBool = false;
 
