@@ -193,7 +193,10 @@ void CreateCollageViewController::showTool()
     closePanels();
     m_frameBool = false;
     lightTool(composition().tool);
-    composition().tool == collagetool::kFilter ? reopenFilters() : openPanel(composition().tool);
+    if (composition().tool == collagetool::kFilter && composition().beforeApplyFilterImage)
+        reopenFilters();
+    else
+        openPanel(composition().tool);
 }
 
 QString CreateCollageViewController::shownPanel() const

@@ -414,8 +414,9 @@ private:
     // Filters and effects
     /// Shows the composition's filter base in the row, where it shows another one.
     void showFilters();
+    /// Opens the panel on the composition's filter base, where it has one.
+    void reopenFilters();
     void takeFiltered(std::size_t slot, int tag, const UIImage& filtered);
-    void closeEffects();
     void takeEffectBase(int tag);
     void changeOpacity(double alpha);
     void showCoarsely(const CollageEffectInHand& wanted);

@@ -3,12 +3,14 @@
 #include "CollageColorsFixture.h"
 #include "editors/collage/CollageFilterRow.h"
 #include "editors/collage/FilterSteps.h"
-#include "gpu/core/VideoProcessingQueue.h"
+#include "gpu/core/GPUImageContext.h"
 #include "gpu/filters/FilterCatalogue.h"
 #include "imageops/ImageFilters.h"
+#include "platform/base/DispatchSemaphore.h"
 #include "platform/image/drawing/SquareCrop.h"
 
 #include <array>
+#include <optional>
 #include <vector>
 
 namespace lamina::test {
@@ -112,18 +114,28 @@ TEST_F(CollageFilters, AToolThatIsChosenBeforeTheThumbnailsComeWins)
 
 TEST(FilterStepsTest, LetOthersHaveTheirTurnAndEndWithTheirOwner)
 {
+    DispatchQueue& queue = GPUImageContext::sharedContextQueue();
+    DispatchSemaphore began;
+    DispatchSemaphore go;
     std::vector<int> done;
-    std::optional<FilterSteps> steps;
-    runSynchronouslyOnVideoProcessingQueue([&] {
-        steps.emplace(std::vector<FilterSteps::Step>{[&] { done.push_back(1); }, [&] { done.push_back(2); },
-                                                     [&] { done.push_back(3); }});
-    });
-    runSynchronouslyOnVideoProcessingQueue([&] {
-        done.push_back(0);
-        steps.reset();
-    });
-    runSynchronouslyOnVideoProcessingQueue([] {});
-    EXPECT_LT(done.size(), 4U);
+    const auto hold = [&] {
+        began.signal();
+        go.wait();
+    };
+    queue.async(hold);
+    std::optional<FilterSteps> steps(std::in_place, std::vector<FilterSteps::Step>{[&] { done.push_back(1); },
+                                                                                   [&] { done.push_back(3); }, hold,
+                                                                                   [&] { done.push_back(4); }});
+    queue.async([&] { done.push_back(2); });
+    for (int times = 0; times < 2; ++times) {
+        began.wait();
+        if (times == 1)
+            steps.reset(); // while the third is under way
+        go.signal();
+    }
+    queue.sync([] {});
+    queue.sync([] {});
+    EXPECT_EQ(done, (std::vector{1, 2, 3}));
 }
 
 } // namespace
