@@ -3,6 +3,7 @@
 #include "editors/collage/CollageFrame.h"
 
 #include "editors/collage/CollageBorderView.h"
+#include "editors/collage/CollageEffects.h"
 #include "editors/collage/CreateCollageViewController.h"
 #include "editors/colorpicker/ColorPicking.h"
 #include "editors/common/PictureTools.h"

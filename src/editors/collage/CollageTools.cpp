@@ -125,10 +125,10 @@ void CreateCollageViewController::lightTool(std::string_view tool)
 /// Without what the tool does to the picture.
 void CreateCollageViewController::openPanel(std::string_view tool)
 {
-    const auto raise = [screen = view().frame().size, this](void (CollagePanels::*open)(CGSize)) {
-        animatePanels([&] { (m_panels.*open)(screen); });
+    const auto raise = [screen = view().frame().size, this](void (CollagePanels::*panel)(CGSize)) {
+        animatePanels([&] { (m_panels.*panel)(screen); });
     };
-    if (tool != collagetool::kEffects)
+    if (tool != collagetool::kEffects && shownPanel() == QLatin1String("effects"))
         closeEffects();
     if (tool == collagetool::kLayout)
         openLayouts();
@@ -159,7 +159,7 @@ void CreateCollageViewController::openFilters()
     m_filterEnableBool = true;
     DispatchQueue::main().async([weak = std::weak_ptr(sharedSelf())] {
         const auto self = weak.lock();
-        if (self && self->m_filterEnableBool)
+        if (self)
             self->act([&] { self->addFiltersOnScrollView(); });
     });
 }
@@ -176,18 +176,6 @@ void CreateCollageViewController::openFrame()
 {
     m_frameBool = true;
     animatePanels([this, screen = view().frame().size] { m_panels.openFrame(screen); });
-}
-
-/// As the hide button does. A panel that is opened again meanwhile stays.
-void CreateCollageViewController::closeEffects()
-{
-    if (shownPanel() != QLatin1String("effects"))
-        return;
-    const auto closed = [weak = std::weak_ptr(sharedSelf())](bool finished) {
-        if (const auto self = weak.lock())
-            self->m_panels.effectsClosed(self->view().frame().size, finished);
-    };
-    animatePanels([this] { m_panels.closeEffects(view().frame().size); }, UIViewAnimationCurve::EaseIn, closed);
 }
 
 void CreateCollageViewController::showTool()

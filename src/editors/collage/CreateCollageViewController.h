@@ -377,7 +377,6 @@ private:
     void setUpTools();
     void watchTools();
     void closePanels();
-    void closeEffects();
     void lightTool(std::string_view tool);
     void openPanel(std::string_view tool);
     void openLayouts();
@@ -400,6 +399,7 @@ private:
     void showFilters();
     /// Opens the panel on the composition's filter base, where it has one.
     void reopenFilters();
+    void closeEffects();
     void takeFiltered(std::size_t slot, int tag, const UIImage& filtered);
     void takeEffectBase(int tag);
     void changeOpacity(double alpha);
