@@ -33,7 +33,10 @@ void CreateCollageViewController::backBtn()
 
 bool CreateCollageViewController::letGo()
 {
-    return StickerEditor::letGo();
+    if (shownPanel().isEmpty())
+        return StickerEditor::letGo();
+    hidePanel();
+    return true;
 }
 
 } // namespace lamina

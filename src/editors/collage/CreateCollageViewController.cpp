@@ -101,6 +101,8 @@ void CreateCollageViewController::showComposition()
     showStickers();
     showFrame();
     showTool();
+    if (m_filterEnableBool)
+        showFilters();
 }
 
 } // namespace lamina

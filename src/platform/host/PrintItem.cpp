@@ -19,11 +19,6 @@ namespace lamina {
 
 namespace {
 
-UIColor uiColor(const QColor& color, double alpha = 1)
-{
-    return {color.redF(), color.greenF(), color.blueF(), color.alphaF() * alpha};
-}
-
 /// One edge of the shadow of `sheet`.
 CGRect edgeOf(const QVariantMap& edge, const CGRect& sheet)
 {
