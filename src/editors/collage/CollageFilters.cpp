@@ -51,6 +51,15 @@ void CreateCollageViewController::showFilters()
     m_filterRow.fill(composition().beforeApplyFilterImage, [this] { tellFailure(); });
 }
 
+/// Filters go on from where the state has them, and not from what it shows.
+void CreateCollageViewController::reopenFilters()
+{
+    closeEffects();
+    m_filterEnableBool = true;
+    showFilters();
+    animatePanels([this] { m_panels.openFilters(); });
+}
+
 UIImage CreateCollageViewController::applyFilters(int tag)
 {
     const CollageFilter* const filter = findCollageFilter(tag);

@@ -33,10 +33,10 @@ void CreateCollageViewController::backBtn()
 
 bool CreateCollageViewController::letGo()
 {
-    if (shownPanel().isEmpty())
-        return StickerEditor::letGo();
-    hidePanel();
-    return true;
+    const bool shown = !shownPanel().isEmpty();
+    if (shown)
+        hidePanel();
+    return shown || StickerEditor::letGo();
 }
 
 } // namespace lamina

@@ -2,8 +2,8 @@
 
 #include "editors/collage/CreateCollageViewController.h"
 
-#include "editors/stickers/IQStickerView.h"
 #include "editors/stickers/StickerStrip.h"
+#include "editors/stickers/IQStickerView.h"
 
 #include <algorithm>
 
@@ -35,6 +35,17 @@ void CreateCollageViewController::showStickers()
         if (below < composition().stickersBelow && dynamic_cast<IQStickerView*>(view.get()) != nullptr)
             m_saveTheImg->insertSubview(view, below++);
     }
+}
+
+/// In the order in which they lie.
+void CreateCollageViewController::raiseStickers()
+{
+    for (const std::shared_ptr<UIView>& view : std::vector(m_saveTheImg->subviews())) {
+        if (dynamic_cast<IQStickerView*>(view.get()) != nullptr)
+            m_saveTheImg->bringSubviewToFront(*view);
+    }
+    editedComposition().stickersBelow = 0;
+    showFrame();
 }
 
 /// A layout puts all slots above the stickers that there are, so that none comes to lie between two slots.

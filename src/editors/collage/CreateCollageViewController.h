@@ -38,6 +38,7 @@
 namespace lamina {
 
 class CollageBorderView;
+struct PickedPhotos;
 class ThreeFramesViewController;
 class TwoFramesViewController;
 
@@ -97,7 +98,8 @@ public:
     /// records the step.
     void blendPhoto();
     /// `blendPhoto`, then the layout with that number by a new frame object: numbers below 2999 are those of two
-    /// photos, from there to 3998 those of three, above there are none; the slots then stay without masks. One step.
+    /// photos, from there to 3998 those of three, above there are none; slots that a number has no frame for stay
+    /// without masks. One step.
     void applyLayout(int frame);
     /// Attaches a further pan, turn and pinch, and switches interaction on for the view.
     void addGesturesToImageView(UIImageView& view);
@@ -121,6 +123,9 @@ public:
     Q_INVOKABLE void tapCanvas(double x, double y) override;
     /// A double tap on the canvas: on the current slot's photo it fits that one.
     Q_INVOKABLE void doubleTapCanvas(double x, double y);
+    /// Nothing while a part of the current slot's photo is seen in the slot; else the photo comes to the middle of what
+    /// the slot shows, as large and as turned as it is.
+    Q_INVOKABLE void bringPhotoBack() override;
 
     /// Not while something lies over the editor.
     bool wantsPhotos() const override;
@@ -141,6 +146,9 @@ public:
     ///   background     behind its photo, as "#AARRGGBB"
     ///   name           to be read out, translated
     QVariantList slotRows() const;
+    /// The current slot's outline and then those of the slots that lie over it, each a `lamina::UIBezierPath` in a
+    /// square of side 1, which is the canvas. Empty for a layout without masks.
+    Q_INVOKABLE QVariantList slotOutline() const;
     /// The layout in force.
     int layout() const { return composition().layout; }
 
@@ -260,8 +268,8 @@ public:
     /// Takes the current photo's picture as the filter base, fills the row with it and raises its panel; nothing while
     /// `filterEnableBool` says that the panel is not open. Part of a change.
     void addFiltersOnScrollView();
-    /// The thumbnail of that tag: the filter base itself for the first look, else its middle through the look. Empty for
-    /// a tag that no look has, and where its filter fails.
+    /// The thumbnail of that tag: the filter base itself for the first look, else its middle through the look. Empty
+    /// for a tag that no look has, and where its filter fails.
     UIImage applyFilters(int tag);
     /// The current photo becomes the filter base through the look of that tag, which is a step when it is done: what
     /// another look has done is gone. A large photo may take a while, behind the busy panel, which can be cancelled.
@@ -271,9 +279,10 @@ public:
     /// Makes the effects' panel, with its sliders where they start.
     void createViewForFx();
     /// The nine sliders, each as `slide`. The first one that is touched since the flags were cleared takes the picture
-    /// that is shown as the effect base, and so does each other one at its own first touch; all work from that one base.
-    /// The flags are cleared by choosing a slot, and by another photo in it. Pictures are made beside the main thread:
-    /// see `busy`. While a finger slides, a large photo is shown as a smaller one, until the finger rests or leaves.
+    /// that is shown as the effect base, and so does each other one at its own first touch; all work from that one
+    /// base. The flags are cleared by choosing a slot, and by another photo in it. Pictures are made beside the main
+    /// thread: see `busy`. While a finger slides, a large photo is shown as a smaller one, until the finger rests or
+    /// leaves.
     Q_INVOKABLE void contrast(double value);
     Q_INVOKABLE void brightn(double value);
     /// The bias is the value with its fraction cut off.
@@ -344,6 +353,8 @@ protected:
 private:
     static constexpr int kFirstStickerTag = 7000;
 
+    class SlotSight;
+
     /// The views of a slot.
     struct SlotViews {
         std::shared_ptr<UIView> layer;
@@ -355,6 +366,7 @@ private:
     void takeSelectedImages();
     void makeSaveTheImg();
     CGRect slotFrame() const;
+    CGPoint photoCenter() const;
     void buildSlots();
     SlotViews makeSlot(const CollageSlot& slot) const;
     static void showPhoto(const SlotViews& views, const CollageSlot& slot);
@@ -368,7 +380,14 @@ private:
     void replaceMaster(std::size_t slot, const UIImage& picture, const UIImage& master);
     /// Clears the nine flags: every slider takes a new base at its next touch.
     void forgetEffectBases();
+    /// After other photos have come, what is made from them follows.
+    void followPhotos();
+    bool isPhotoSeen(const SlotSight& sight) const;
+    void readPhotos(std::vector<PhotoSource> photos, std::size_t firstSlot);
+    void takePhotos(const PickedPhotos& read, std::size_t firstSlot);
+    void makeSlotIcons();
     std::optional<std::size_t> slotOf(const UIView* view) const;
+    std::optional<std::size_t> slotOfLayer(const UIView& view) const;
     std::optional<std::size_t> slotNumbered(int number) const;
 
     // Tools
@@ -382,8 +401,6 @@ private:
     void reopenFilters();
     void openStickers();
     void openFrame();
-    /// All stickers lie above the slots again, in their order. Part of a change.
-    void bringStickersToFront();
     /// Opens the tool that the composition names, where another one has taken over since.
     void showTool();
     void doSubTool(std::string_view tool);
@@ -397,8 +414,9 @@ private:
     // Filters and effects
     /// Shows the composition's filter base in the row, where it shows another one.
     void showFilters();
+    /// Opens the panel on the composition's filter base, where it has one.
+    void reopenFilters();
     void takeFiltered(std::size_t slot, int tag, const UIImage& filtered);
-    void closeEffects();
     void takeEffectBase(int tag);
     void changeOpacity(double alpha);
     void showCoarsely(const CollageEffectInHand& wanted);
@@ -419,6 +437,8 @@ private:
     std::array<SlotViews, kMostCollageSlots> m_slots;
     std::shared_ptr<TwoFramesViewController> m_twoFrameObj;
     std::shared_ptr<ThreeFramesViewController> m_threeFramesObj;
+    std::array<std::array<UIImage, 2>, kMostCollageSlots> m_slotIcons; ///< of the layout: plain, and selected
+    bool m_readsPhotos = false;
 
     CollagePanels m_panels;
     std::unique_ptr<CollageLayouts> m_layouts; ///< null while there is no strip of them

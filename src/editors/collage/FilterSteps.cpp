@@ -1,6 +1,6 @@
 #include "editors/collage/FilterSteps.h"
 
-#include "gpu/core/VideoProcessingQueue.h"
+#include "gpu/core/GPUImageContext.h"
 
 #include <cstddef>
 #include <utility>
@@ -10,10 +10,10 @@ namespace lamina {
 struct FilterSteps::State {
     std::vector<Step> steps;
 
-    /// Whoever holds the steps keeps them going.
+    /// Whoever holds the steps keeps them going. Each is submitted behind what waits by then.
     static void run(const std::weak_ptr<State>& weak, std::size_t step)
     {
-        runAsynchronouslyOnVideoProcessingQueue([weak, step] {
+        GPUImageContext::sharedContextQueue().async([weak, step] {
             const auto state = weak.lock();
             if (!state || step >= state->steps.size())
                 return;
