@@ -3,6 +3,7 @@
 #include "editors/collage/CreateCollageViewController.h"
 #include "editors/common/PictureTools.h"
 #include "editors/frames/FramePictures.h"
+#include "editors/frames/Frames.h"
 #include "editors/frames/ThreeFramesViewController.h"
 #include "editors/frames/TwoFramesViewController.h"
 #include "platform/base/Localization.h"
@@ -118,7 +119,7 @@ void CreateCollageViewController::frameSlots(int frame)
 {
     const CollageComposition& now = composition();
     const CGRect screen{0, 0, now.side, now.screenHeight};
-    editedComposition().layout = frame;
+    editedComposition().layout = isFrame(frame) && photosOf(frame) != now.count ? 0 : frame;
     if (frame < kFirstOfThree) {
         m_twoFrameObj = std::make_shared<TwoFramesViewController>();
         m_twoFrameObj->view().setFrame(screen);
