@@ -164,14 +164,6 @@ void CreateCollageViewController::openFilters()
     });
 }
 
-/// With the base that they had.
-void CreateCollageViewController::reopenFilters()
-{
-    m_filterEnableBool = true;
-    showFilters();
-    animatePanels([this] { m_panels.openFilters(); });
-}
-
 void CreateCollageViewController::openStickers()
 {
     const CGSize screen = view().frame().size;
