@@ -191,6 +191,7 @@ void ViewController::prepareForSegue(UIStoryboardSegue& segue, QObject* sender)
 {
     UIViewController::prepareForSegue(segue, sender);
     if (segue.identifier == segue::kPickedToCollage) {
+        m_editorWasLeft = true; // once this screen is seen again
         if (auto* const editor = segue.destination<SelectedImagesReceiver>())
             editor->setSelectedImages(chosenImages);
     } else if (segue.identifier == segue::kPickedToBlend) {

@@ -107,6 +107,7 @@ private:
     void findOfferedWork();
     void readPrint();
     void openWork(const Result<std::shared_ptr<KeptWork>>& work);
+    void openEditor(const std::shared_ptr<UIViewController>& editor, bool isPushed);
     void removeWork();
     std::shared_ptr<ViewController> sharedSelf();
     std::shared_ptr<UIViewController> pushSourceChooser();
