@@ -5,10 +5,9 @@
 #include "editors/collage/CollageEffectWork.h"
 #include "editors/collage/CollageFrame.h"
 #include "editors/collage/CreateCollageViewController.h"
+#include "editors/common/PanelAnimation.h"
 #include "platform/base/DispatchQueue.h"
 
-#include <algorithm>
-#include <array>
 #include <memory>
 #include <span>
 #include <utility>
@@ -19,14 +18,6 @@ namespace {
 
 /// Seconds that a finger stands still before the picture under it is made exactly.
 constexpr double kRest = 0.25;
-
-/// Those of the panel "effects", and those of the panel "frame".
-constexpr auto kAllSliders = [] {
-    std::array<EditorSlider, kCollageSliders.size() + kCollageFrameSliders.size()> all{};
-    std::copy(kCollageFrameSliders.begin(), kCollageFrameSliders.end(),
-              std::copy(kCollageSliders.begin(), kCollageSliders.end(), all.begin()));
-    return all;
-}();
 
 } // namespace
 
@@ -86,9 +77,20 @@ void CreateCollageViewController::hideFxViewBtnClicked()
     act([this] { closeEffects(); });
 }
 
+void CreateCollageViewController::closeEffects()
+{
+    const auto closed = [weak = weak_from_this()](bool finished) {
+        if (const auto self = std::static_pointer_cast<CreateCollageViewController>(weak.lock())) {
+            self->m_panels.effectsClosed(self->view().frame().size, finished);
+            self->tell();
+        }
+    };
+    animatePanels([this] { m_panels.closeEffects(view().frame().size); }, UIViewAnimationCurve::EaseIn, closed);
+}
+
 std::span<const EditorSlider> CreateCollageViewController::sliderTable() const
 {
-    return kAllSliders;
+    return kCollageSliders;
 }
 
 double CreateCollageViewController::sliderValue(int tag) const

@@ -54,7 +54,8 @@ void CreateCollageViewController::showFilters()
 /// Filters go on from where the state has them, and not from what it shows.
 void CreateCollageViewController::reopenFilters()
 {
-    closeEffects();
+    if (shownPanel() == QLatin1String("effects"))
+        closeEffects();
     m_filterEnableBool = true;
     showFilters();
     animatePanels([this] { m_panels.openFilters(); });

@@ -398,7 +398,6 @@ private:
     void openPanel(std::string_view tool);
     void openLayouts();
     void openFilters();
-    void reopenFilters();
     void openStickers();
     void openFrame();
     /// Opens the tool that the composition names, where another one has taken over since.
@@ -416,6 +415,7 @@ private:
     void showFilters();
     /// Opens the panel on the composition's filter base, where it has one.
     void reopenFilters();
+    void closeEffects();
     void takeFiltered(std::size_t slot, int tag, const UIImage& filtered);
     void takeEffectBase(int tag);
     void changeOpacity(double alpha);
@@ -427,6 +427,8 @@ private:
     // Stickers
     /// Puts the composition's stickers below and above the slots that were just built.
     void showStickers();
+    /// Puts all stickers above the slots again. Part of a change.
+    void raiseStickers();
     /// Takes handles and borders away; what was recorded last follows.
     void finishStickers();
 
