@@ -427,6 +427,8 @@ private:
     // Stickers
     /// Puts the composition's stickers below and above the slots that were just built.
     void showStickers();
+    /// Puts all stickers above the slots again. Part of a change.
+    void raiseStickers();
     /// Takes handles and borders away; what was recorded last follows.
     void finishStickers();
 
