@@ -4,7 +4,7 @@
 #include "app/ImagePIckingViewController.h"
 #include "app/MainStoryboard.h"
 #include "editors/blend/BlendPhotoViewController.h"
-#include "editors/blend/PhotoCutting.h"
+#include "editors/collage/CollagePhotos.h"
 #include "editors/common/EditorNotifications.h"
 #include "hud/BusyPanel.h"
 #include "hud/SVProgressHUD.h"
@@ -177,11 +177,8 @@ void ViewController::beginCollage(const std::string& entry, std::vector<PhotoSou
     if (photos.size() == count)
         return openPicked(std::move(photos));
     const std::size_t leftOut = count - wanted->photos;
-    presentTooManyPhotos(
-        *this,
-        leftOut == 1 ? localizedString("The collage has no place for one of the photos.")
-                     : localizedText("The collage has no place for %1 of the photos.", {std::to_string(leftOut)}),
-        [self = sharedSelf(), photos = std::move(photos)] { self->openPicked(photos); });
+    presentLeftOutOfCollage(*this, leftOut,
+                            [self = sharedSelf(), photos = std::move(photos)] { self->openPicked(photos); });
 }
 
 void ViewController::launchSpecialController()

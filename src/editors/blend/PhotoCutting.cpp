@@ -1,7 +1,7 @@
 #include "editors/blend/PhotoCutting.h"
 
+#include "editors/common/PhotosLeftOut.h"
 #include "platform/base/Localization.h"
-#include "platform/view/UIAlertController.h"
 #include "platform/view/UIStoryboard.h"
 #include "platform/view/UIViewController.h"
 
@@ -85,13 +85,6 @@ std::shared_ptr<UIImagePickerController> makeCropPicker(std::weak_ptr<UIImagePic
     picker->setModalPresentationStyle(UIModalPresentationStyle::CurrentContext);
     picker->setShortSide(static_cast<int>(std::ceil(kMaximumCropZoom * side)));
     return picker;
-}
-
-void presentTooManyPhotos(UIViewController& screen, std::string message, std::function<void()> goOn)
-{
-    screen.present(UIAlertController::make(localizedString("Too many photos"), std::move(message),
-                                           {{localizedString("OK"), UIAlertActionStyle::Default, std::move(goOn)}}),
-                   true);
 }
 
 void presentLeftOut(UIViewController& screen, std::size_t count, std::function<void()> goOn)

@@ -1,8 +1,14 @@
-// The slots of a collage: building them, choosing one, what gestures do to a photo.
+// The slots of a collage: building them, their layouts, choosing one of them.
 
 #include "editors/collage/CreateCollageViewController.h"
+#include "editors/common/PictureTools.h"
+#include "editors/frames/FramePictures.h"
+#include "editors/frames/ThreeFramesViewController.h"
+#include "editors/frames/TwoFramesViewController.h"
 #include "platform/base/Localization.h"
 #include "platform/view/UIGestureRecognizer.h"
+
+#include <QVariantMap>
 
 #include <algorithm>
 #include <string>
@@ -16,9 +22,16 @@ namespace {
 constexpr double kShortScreen = 480;
 constexpr double kShortScreenMargins = 100;
 
+/// Points of the icon beside a slot's number.
+constexpr double kSlotIconEdge = 22;
+
 /// The slot whose recognisers go when that one is chosen. Recognisers of the third may be left, which does no harm: its
 /// layer takes no touches.
 constexpr std::array<std::size_t, kMostCollageSlots> kOtherSlot = {1, 0, 0};
+
+/// Numbers of layouts: those of two photos end before the first, those of three with the last.
+constexpr int kFirstOfThree = 2999;
+constexpr int kLastOfThree = 3998;
 
 /// From the lowest.
 constexpr std::array<std::size_t, kMostCollageSlots> kBuildingOrder = {1, 0, 2};
@@ -29,11 +42,10 @@ void CreateCollageViewController::blendPhoto()
 {
     CollageComposition& composition = editedComposition();
     readViews();
-    const CGSize size = slotFrame().size;
     for (CollageSlot& slot : composition.photoSlots) {
         const UIImage master = std::exchange(slot, {}).master;
         slot.master = slot.image = master;
-        slot.center = {size.width / 2, size.height / 2};
+        slot.center = photoCenter();
     }
     composition.layout = 0;
     composition.stickersBelow = composition.stickers.size();
@@ -45,6 +57,13 @@ CGRect CreateCollageViewController::slotFrame() const
 {
     const double side = composition().side - (composition().screenHeight == kShortScreen ? kShortScreenMargins : 0);
     return {0, 0, side, side};
+}
+
+/// In the slot's layer as it is made. One that a layout makes smaller still has its photos about this point.
+CGPoint CreateCollageViewController::photoCenter() const
+{
+    const CGRect frame = slotFrame();
+    return {frame.midX(), frame.midY()};
 }
 
 /// On top of what stands in the canvas.
@@ -91,12 +110,26 @@ void CreateCollageViewController::applyLayout(int frame)
     act([&] {
         blendPhoto();
         frameSlots(frame);
+        showFrame();
     });
 }
 
 void CreateCollageViewController::frameSlots(int frame)
 {
+    const CollageComposition& now = composition();
+    const CGRect screen{0, 0, now.side, now.screenHeight};
     editedComposition().layout = frame;
+    if (frame < kFirstOfThree) {
+        m_twoFrameObj = std::make_shared<TwoFramesViewController>();
+        m_twoFrameObj->view().setFrame(screen);
+        if (now.count == 2)
+            m_twoFrameObj->setLayout(frame, *firstView(), *secondView(), *m_saveTheImg);
+    } else if (frame <= kLastOfThree) {
+        m_threeFramesObj = std::make_shared<ThreeFramesViewController>();
+        m_threeFramesObj->view().setFrame(screen);
+        if (now.count == 3)
+            m_threeFramesObj->setLayout(frame, *firstView(), *secondView(), *thirdView(), *m_saveTheImg);
+    }
 }
 
 void CreateCollageViewController::fstBtn()
@@ -130,7 +163,7 @@ void CreateCollageViewController::select(std::size_t slot)
     addGesturesToImageView(currentImageView());
     if (m_filterEnableBool)
         addFiltersOnScrollView();
-    hideStickerHandles();
+    stickerEditing().hideHandles();
 }
 
 void CreateCollageViewController::takeTouches()
@@ -153,17 +186,6 @@ bool CreateCollageViewController::btnSelected(int button) const
     return button == firstShown + static_cast<int>(composition().current);
 }
 
-void CreateCollageViewController::fitPhoto()
-{
-    act([this] {
-        CollageSlot& slot = editedComposition().photoSlots[composition().current];
-        const CGRect bounds = currentView().bounds();
-        slot.center = {bounds.midX(), bounds.midY()};
-        slot.transform = {};
-        showPhoto(m_slots[composition().current], slot);
-    });
-}
-
 void CreateCollageViewController::swapSlots(int one, int other)
 {
     const auto first = slotNumbered(one);
@@ -172,9 +194,10 @@ void CreateCollageViewController::swapSlots(int one, int other)
         return;
     act([&] {
         const CollageSlot was = composition().photoSlots[*first];
-        const CollageSlot& comes = composition().photoSlots[*second];
+        const CollageSlot comes = composition().photoSlots[*second];
         replaceMaster(*first, comes.image, comes.master);
         replaceMaster(*second, was.image, was.master);
+        followPhotos();
     });
 }
 
@@ -196,6 +219,12 @@ void CreateCollageViewController::forgetEffectBases()
     editedComposition().effectFlags.fill(false);
 }
 
+void CreateCollageViewController::followPhotos()
+{
+    if (m_filterEnableBool)
+        addFiltersOnScrollView();
+}
+
 std::optional<std::size_t> CreateCollageViewController::slotOf(const UIView* view) const
 {
     for (std::size_t slot = 0; slot < m_slots.size(); ++slot) {
@@ -205,6 +234,14 @@ std::optional<std::size_t> CreateCollageViewController::slotOf(const UIView* vie
     return std::nullopt;
 }
 
+std::optional<std::size_t> CreateCollageViewController::slotOfLayer(const UIView& view) const
+{
+    const auto found = std::ranges::find(m_slots, &view, [](const SlotViews& slot) { return slot.layer.get(); });
+    if (found == m_slots.end())
+        return std::nullopt;
+    return static_cast<std::size_t>(found - m_slots.begin());
+}
+
 std::optional<std::size_t> CreateCollageViewController::slotNumbered(int number) const
 {
     if (number < 1 || number > photoCount())
@@ -212,43 +249,34 @@ std::optional<std::size_t> CreateCollageViewController::slotNumbered(int number)
     return static_cast<std::size_t>(number) - 1;
 }
 
-UIView* CreateCollageViewController::gestureView() const
+/// The layout's icons follow it at once, so that no row has those of another one.
+void CreateCollageViewController::makeSlotIcons()
 {
-    return slotImageView(composition().current);
+    const CollageComposition& now = composition();
+    for (std::size_t slot = 0; slot < now.count; ++slot) {
+        for (const bool selected : {false, true})
+            m_slotIcons[slot][selected ? 1 : 0] =
+                frameSlotIcon(now.layout, slot, now.side, now.screenHeight, kSlotIconEdge, selected);
+    }
 }
-
-void CreateCollageViewController::panPhoto(UIView& view, CGPoint by)
-{
-    const std::optional<std::size_t> slot = slotOf(&view);
-    if (!slot)
-        return;
-    const CGPoint center = {view.center().x + by.x, view.center().y + by.y};
-    editedComposition().photoSlots[*slot].center = center;
-    view.setCenter(center);
-    tellGesture();
-}
-
-void CreateCollageViewController::transformPhoto(UIView& view, const CGAffineTransform& transform)
-{
-    const std::optional<std::size_t> slot = slotOf(&view);
-    // A photo of no size could not be zoomed or even touched again.
-    if (!slot || !transform.inverted())
-        return;
-    editedComposition().photoSlots[*slot].transform = transform;
-    view.setTransform(transform);
-    tellGesture();
-}
-
-void CreateCollageViewController::tapCanvas(double x, double y)
-{
-    CompositionEditor::tapCanvas(x, y);
-}
-
-void CreateCollageViewController::doubleTapCanvas(double, double) {}
 
 QVariantList CreateCollageViewController::slotRows() const
 {
-    return {};
+    QVariantList rows;
+    for (std::size_t index = 0; index < composition().count; ++index) {
+        const CollageSlot& slot = composition().photoSlots[index];
+        const int number = static_cast<int>(index) + 1;
+        rows.append(QVariantMap{
+            {"number", number},
+            {"picture", QVariant::fromValue(slot.image)},
+            {"icon", QVariant::fromValue(m_slotIcons[index][0])},
+            {"iconSelected", QVariant::fromValue(m_slotIcons[index][1])},
+            {"selected", index == composition().current},
+            {"background", colorText(slot.background.value_or(UIColor::clear()))},
+            {"name", QString::fromStdString(localizedText("Photo %1", {std::to_string(number)}))},
+        });
+    }
+    return rows;
 }
 
 } // namespace lamina

@@ -52,7 +52,6 @@ void CreateCollageViewController::watchTools()
               m_subTools = m_subToolBar.list();
               emit subToolsChanged();
           });
-    watch([this] { return slotColor(); }, [this] { emit slotsChanged(); });
     watch([this] { return composition().borderColor; }, [this] { emit frameChanged(); });
     // Another layout has other lines, and what comes into the canvas comes above them.
     watch(
@@ -90,7 +89,7 @@ void CreateCollageViewController::imgGesture(int tag)
         if (tool->identifier == collagetool::kReset)
             addFrame();
         if (tool->identifier == collagetool::kSticker)
-            bringStickersToFront();
+            raiseStickers();
         openPanel(tool->identifier);
     });
     if (tool && tool->identifier == collagetool::kGallery)
@@ -103,6 +102,7 @@ void CreateCollageViewController::closePanels()
     editedToolBar().clearBackgrounds();
     m_panels.close(view().frame().size, firstView()->frame().size);
     m_layouts.reset();
+    stickerEditing().closeStrip();
     m_filterEnableBool = false;
 }
 
@@ -125,8 +125,8 @@ void CreateCollageViewController::lightTool(std::string_view tool)
 /// Without what the tool does to the picture.
 void CreateCollageViewController::openPanel(std::string_view tool)
 {
-    const auto raise = [screen = view().frame().size, this](void (CollagePanels::*panel)(CGSize)) {
-        animatePanels([&] { (m_panels.*panel)(screen); });
+    const auto raise = [screen = view().frame().size, this](void (CollagePanels::*rise)(CGSize)) {
+        animatePanels([&] { (m_panels.*rise)(screen); });
     };
     if (tool != collagetool::kEffects && shownPanel() == QLatin1String("effects"))
         closeEffects();
@@ -205,17 +205,6 @@ QObject* CreateCollageViewController::layouts() const
 void CreateCollageViewController::imgGesture1(int tag)
 {
     applyLayout(tag);
-}
-
-/// They keep their order among themselves.
-void CreateCollageViewController::bringStickersToFront()
-{
-    for (const std::shared_ptr<UIView>& view : std::vector(m_saveTheImg->subviews())) {
-        if (dynamic_cast<IQStickerView*>(view.get()) != nullptr)
-            m_saveTheImg->bringSubviewToFront(*view);
-    }
-    editedComposition().stickersBelow = 0;
-    showFrame();
 }
 
 void CreateCollageViewController::chooseSubTool(const QString& identifier)

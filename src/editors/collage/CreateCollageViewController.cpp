@@ -17,25 +17,38 @@ constexpr UIColor kGround{0x12 / 255.0, 0x13 / 255.0, 0x16 / 255.0, 1.0};
 /// Points between the buttons of the tool strip; see toolSpacing.
 constexpr std::array<double, 5> kToolSpaces = {20, 30, 33, 38, 47};
 
+/// What the rows of slots show.
+bool slotsLookAlike(const CollageComposition& one, const CollageComposition& other)
+{
+    return one.layout == other.layout && one.current == other.current &&
+           std::equal(one.photoSlots.begin(), one.photoSlots.end(), other.photoSlots.begin(),
+                      [](const CollageSlot& a, const CollageSlot& b) {
+                          return a.background == b.background && a.image.isIdenticalTo(b.image);
+                      });
+}
+
 } // namespace
 
 CreateCollageViewController::CreateCollageViewController()
-    : CompositionEditor(kCollageTools, collagetool::kTools)
+    : StickerEditor(kCollageTools, collagetool::kTools, kFirstStickerTag)
+    , m_finish(std::make_shared<ExportFinish>(*this,
+                                              ExportedWork{[this] { return flattened(); }, [this] { workExported(); }}))
 {
     setUpTools();
     watchCanvas();
     watchTools();
 }
 
-CreateCollageViewController::~CreateCollageViewController()
-{
-    if (m_baseView)
-        StickerBoard::leave(*m_baseView);
-}
+CreateCollageViewController::~CreateCollageViewController() = default;
 
 void CreateCollageViewController::watchCanvas()
 {
-    watch([this] { return layout(); }, [this] { emit layoutChanged(); });
+    watch([this] { return layout(); },
+          [this] {
+              makeSlotIcons();
+              emit layoutChanged();
+          });
+    watch([this] { return composition(); }, [this] { emit slotsChanged(); }, slotsLookAlike);
 }
 
 void CreateCollageViewController::setSelectedImages(std::vector<UIImage> selectedImages)
@@ -59,8 +72,8 @@ void CreateCollageViewController::viewDidLoad()
     m_baseView = makeCanvas({0, 0, side, side});
     view().setBackgroundColor(kGround);
     view().addSubview(m_baseView);
-    setUpStickers();
     makeSaveTheImg();
+    showStickers();
     blendPhoto();
     addBtnsInScrollView();
     frameSlots(composition().count == 2 ? kFirstLayoutOfTwo : kFirstLayoutOfThree);
@@ -83,12 +96,13 @@ void CreateCollageViewController::takeSelectedImages()
 
 void CreateCollageViewController::makeSaveTheImg()
 {
-    StickerBoard::leave(*m_baseView);
+    stickerEditing().leave();
     while (!m_baseView->subviews().empty())
         m_baseView->subviews().back()->removeFromSuperview();
     const double side = composition().side;
     m_saveTheImg = std::make_shared<UIView>(CGRect{0, 0, side, side});
     m_saveTheImg->setOpaque(false);
+    m_saveTheImg->layer().setSharesEdges(true);
     m_saveTheImg->setClipsToBounds(true);
     m_baseView->addSubview(m_saveTheImg);
     m_saveTheImg->setCenter({side / 2, side / 2});

@@ -7,12 +7,11 @@
 #include "editors/collage/CollagePanels.h"
 #include "editors/collage/FilterSteps.h"
 #include "editors/colorpicker/InfColorPickerControllerDelegate.h"
-#include "editors/common/CompositionEditor.h"
 #include "editors/common/EditorSlider.h"
 #include "editors/common/EditorToolBar.h"
 #include "editors/common/PictureTools.h"
-#include "editors/stickers/IQStickerView.h"
-#include "editors/stickers/StickerBoard.h"
+#include "editors/stickers/StickerEditor.h"
+#include "export/ExportFinish.h"
 #include "picker/SelectedImagesReceiver.h"
 #include "picker/YMSPhotoPickerViewControllerDelegate.h"
 #include "platform/base/CGGeometry.h"
@@ -39,6 +38,7 @@
 namespace lamina {
 
 class CollageBorderView;
+struct PickedPhotos;
 class ThreeFramesViewController;
 class TwoFramesViewController;
 
@@ -56,7 +56,7 @@ class TwoFramesViewController;
 ///
 /// Slots are numbered 1 to 3 where people see them, and 0 to 2 as indices. With two photos there is no third: its views
 /// are null, and what is done to it does nothing.
-class CreateCollageViewController : public CompositionEditor<CollageComposition>,
+class CreateCollageViewController : public StickerEditor<CollageComposition>,
                                     public SelectedImagesReceiver,
                                     public PhotoReceiver,
                                     public InfColorPickerControllerDelegate,
@@ -98,7 +98,8 @@ public:
     /// records the step.
     void blendPhoto();
     /// `blendPhoto`, then the layout with that number by a new frame object: numbers below 2999 are those of two
-    /// photos, from there to 3998 those of three, above there are none; the slots then stay without masks. One step.
+    /// photos, from there to 3998 those of three, above there are none; slots that a number has no frame for stay
+    /// without masks. One step.
     void applyLayout(int frame);
     /// Attaches a further pan, turn and pinch, and switches interaction on for the view.
     void addGesturesToImageView(UIImageView& view);
@@ -122,6 +123,9 @@ public:
     Q_INVOKABLE void tapCanvas(double x, double y) override;
     /// A double tap on the canvas: on the current slot's photo it fits that one.
     Q_INVOKABLE void doubleTapCanvas(double x, double y);
+    /// Nothing while a part of the current slot's photo is seen in the slot; else the photo comes to the middle of what
+    /// the slot shows, as large and as turned as it is.
+    Q_INVOKABLE void bringPhotoBack() override;
 
     /// Not while something lies over the editor.
     bool wantsPhotos() const override;
@@ -142,6 +146,9 @@ public:
     ///   background     behind its photo, as "#AARRGGBB"
     ///   name           to be read out, translated
     QVariantList slotRows() const;
+    /// The current slot's outline and then those of the slots that lie over it, each a `lamina::UIBezierPath` in a
+    /// square of side 1, which is the canvas. Empty for a layout without masks.
+    Q_INVOKABLE QVariantList slotOutline() const;
     /// The layout in force.
     int layout() const { return composition().layout; }
 
@@ -261,8 +268,8 @@ public:
     /// Takes the current photo's picture as the filter base, fills the row with it and raises its panel; nothing while
     /// `filterEnableBool` says that the panel is not open. Part of a change.
     void addFiltersOnScrollView();
-    /// The thumbnail of that tag: the filter base itself for the first look, else its middle through the look. Empty for
-    /// a tag that no look has, and where its filter fails.
+    /// The thumbnail of that tag: the filter base itself for the first look, else its middle through the look. Empty
+    /// for a tag that no look has, and where its filter fails.
     UIImage applyFilters(int tag);
     /// The current photo becomes the filter base through the look of that tag, which is a step when it is done: what
     /// another look has done is gone. A large photo may take a while, behind the busy panel, which can be cancelled.
@@ -272,9 +279,10 @@ public:
     /// Makes the effects' panel, with its sliders where they start.
     void createViewForFx();
     /// The nine sliders, each as `slide`. The first one that is touched since the flags were cleared takes the picture
-    /// that is shown as the effect base, and so does each other one at its own first touch; all work from that one base.
-    /// The flags are cleared by choosing a slot, and by another photo in it. Pictures are made beside the main thread:
-    /// see `busy`. While a finger slides, a large photo is shown as a smaller one, until the finger rests or leaves.
+    /// that is shown as the effect base, and so does each other one at its own first touch; all work from that one
+    /// base. The flags are cleared by choosing a slot, and by another photo in it. Pictures are made beside the main
+    /// thread: see `busy`. While a finger slides, a large photo is shown as a smaller one, until the finger rests or
+    /// leaves.
     Q_INVOKABLE void contrast(double value);
     Q_INVOKABLE void brightn(double value);
     /// The bias is the value with its fraction cut off.
@@ -302,18 +310,19 @@ public:
 
     // Stickers, and the ways out
 
+    /// Fills the strip anew; its thumbnails come one by one.
     void stickerBtnClicked();
+    /// Puts the sticker of the strip's thumbnail of that tag into the canvas's top left corner, on top of all but the
+    /// border. Nothing for a tag that stands for none.
     Q_INVOKABLE void stickerImgGesture(int tag);
-    void letGoOfStickers() override;
-    void deleteSticker() override;
+    /// The stickers to choose from, a list model; null while there is no strip.
+    QObject* stickerStrip() const { return stickerEditing().strip(); }
+    /// A panel goes first, then stickers lose their handles.
+    bool letGo() override;
+    /// Takes the work away: see ExportFinish.
     Q_INVOKABLE void shareBtn();
     /// Pops to the root; nothing is asked.
     Q_INVOKABLE void backBtn();
-    QObject* stickerStrip() const;
-    /// Tag of the next sticker.
-    int stickerHandleTag() const { return m_stickers.stickerHandleTag(); }
-    /// The tags of all stickers that there were since the editor opened.
-    const std::vector<int>& stickerTagMutableArr() const { return m_stickers.stickerTagMutableArr(); }
 
 signals:
     /// After changes of what the properties above name; never during a gesture.
@@ -332,8 +341,6 @@ protected:
     void settleSlider() override;
     void showComposition() override;
     void readViews() override;
-    UIView* activeSticker() const override;
-    void moveSticker(UIView& sticker, CGPoint by) override;
     UIView* gestureView() const override;
     UIView& gestureSpace() const override { return *m_baseView; }
     bool isPhotoView(const UIView* view) const override { return slotOf(view).has_value(); }
@@ -341,10 +348,12 @@ protected:
     void transformPhoto(UIView& view, const CGAffineTransform& transform) override;
     const UIView& exportedView() const override { return *m_saveTheImg; }
     void prepareExport() override;
-    std::function<void()> hideHandles() const override;
+    void stickersRaised() override { showFrame(); }
 
 private:
     static constexpr int kFirstStickerTag = 7000;
+
+    class SlotSight;
 
     /// The views of a slot.
     struct SlotViews {
@@ -357,6 +366,7 @@ private:
     void takeSelectedImages();
     void makeSaveTheImg();
     CGRect slotFrame() const;
+    CGPoint photoCenter() const;
     void buildSlots();
     SlotViews makeSlot(const CollageSlot& slot) const;
     static void showPhoto(const SlotViews& views, const CollageSlot& slot);
@@ -370,7 +380,14 @@ private:
     void replaceMaster(std::size_t slot, const UIImage& picture, const UIImage& master);
     /// Clears the nine flags: every slider takes a new base at its next touch.
     void forgetEffectBases();
+    /// After other photos have come, what is made from them follows.
+    void followPhotos();
+    bool isPhotoSeen(const SlotSight& sight) const;
+    void readPhotos(std::vector<PhotoSource> photos, std::size_t firstSlot);
+    void takePhotos(const PickedPhotos& read, std::size_t firstSlot);
+    void makeSlotIcons();
     std::optional<std::size_t> slotOf(const UIView* view) const;
+    std::optional<std::size_t> slotOfLayer(const UIView& view) const;
     std::optional<std::size_t> slotNumbered(int number) const;
 
     // Tools
@@ -383,7 +400,6 @@ private:
     void openFilters();
     void openStickers();
     void openFrame();
-    void bringStickersToFront();
     /// Opens the tool that the composition names, where another one has taken over since.
     void showTool();
     void doSubTool(std::string_view tool);
@@ -409,10 +425,12 @@ private:
     void tellFailure();
 
     // Stickers
-    void setUpStickers();
-    void hideStickerHandles();
     /// Puts the composition's stickers below and above the slots that were just built.
     void showStickers();
+    /// Puts all stickers above the slots again. Part of a change.
+    void raiseStickers();
+    /// Takes handles and borders away; what was recorded last follows.
+    void finishStickers();
 
     std::vector<UIImage> m_selectedImages;
     double m_toolSpacing = 0;
@@ -421,6 +439,8 @@ private:
     std::array<SlotViews, kMostCollageSlots> m_slots;
     std::shared_ptr<TwoFramesViewController> m_twoFrameObj;
     std::shared_ptr<ThreeFramesViewController> m_threeFramesObj;
+    std::array<std::array<UIImage, 2>, kMostCollageSlots> m_slotIcons; ///< of the layout: plain, and selected
+    bool m_readsPhotos = false;
 
     CollagePanels m_panels;
     std::unique_ptr<CollageLayouts> m_layouts; ///< null while there is no strip of them
@@ -434,7 +454,7 @@ private:
     CollageEffectState m_effects;
     FilterSteps m_warming;
 
-    StickerBoard m_stickers{kFirstStickerTag};
+    std::shared_ptr<ExportFinish> m_finish;
 };
 
 } // namespace lamina
