@@ -4,6 +4,7 @@
 
 #include "editors/blend/BlendPanels.h"
 #include "editors/blend/BlendPhotoViewController.h"
+#include "editors/colorpicker/ColorPicking.h"
 #include "editors/colorpicker/InfColorPickerController.h"
 #include "editors/common/PanelAnimation.h"
 #include "editors/common/PictureTools.h"
@@ -176,14 +177,9 @@ void BlendPhotoViewController::setPhotoImage(std::size_t photo, const UIImage& i
 
 void BlendPhotoViewController::adjustColor1()
 {
-    if (presentedViewController())
-        return;
-    act([this] { m_subToolBar.setActiveTool(picturetool::kColor); });
-    const auto picker = InfColorPickerController::colorPickerViewController();
-    picker->setSourceColor(view().backgroundColor().value_or(UIColor::clear()));
-    picker->setDelegate(std::static_pointer_cast<BlendPhotoViewController>(shared_from_this()));
-    picker->setModalPresentationStyle(UIModalPresentationStyle::FullScreen);
-    picker->presentModallyOverViewController(*this);
+    const auto self = std::static_pointer_cast<BlendPhotoViewController>(shared_from_this());
+    if (pickColor(*this, view().backgroundColor().value_or(UIColor::clear()), self))
+        act([this] { m_subToolBar.setActiveTool(picturetool::kColor); });
 }
 
 void BlendPhotoViewController::colorPickerControllerDidFinish(InfColorPickerController& picker)

@@ -130,6 +130,13 @@ void CollagePanels::close(CGSize screen, CGSize slot)
     stickerScrollView.reset();
 }
 
+std::shared_ptr<CollagePanel> CollagePanels::makeStrip(CGSize screen)
+{
+    auto strip = std::make_shared<CollagePanel>();
+    strip->frame = collagepanel::hiddenStrip(screen);
+    return strip;
+}
+
 void CollagePanels::openLayouts(CGSize screen)
 {
     raise(*subScrollView, collagepanel::shownStrip(screen));

@@ -74,6 +74,9 @@ struct CollagePanels {
     /// Takes away all but the effects, at once. `slot`: the size of a slot's layer.
     void close(CGSize screen, CGSize slot);
 
+    /// A new strip for layouts or stickers, out of sight.
+    static std::shared_ptr<CollagePanel> makeStrip(CGSize screen);
+
     // One comes up: all but where it begins is part of the animation that this is called in.
     void openLayouts(CGSize screen);
     void openTools(CGSize screen);

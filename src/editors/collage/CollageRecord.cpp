@@ -2,6 +2,10 @@
 
 #include "editors/collage/CollageComposition.h"
 
+#include "editors/common/KeptWork.h"
+#include "editors/common/RecordValue.h"
+#include "editors/common/KeptPictures.h"
+
 namespace lamina {
 
 KeptKind keptKind(const CollageComposition&)

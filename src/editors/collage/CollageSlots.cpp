@@ -130,7 +130,7 @@ void CreateCollageViewController::select(std::size_t slot)
     addGesturesToImageView(currentImageView());
     if (m_filterEnableBool)
         addFiltersOnScrollView();
-    hideStickerHandles();
+    stickerEditing().hideHandles();
 }
 
 void CreateCollageViewController::takeTouches()
@@ -241,7 +241,7 @@ void CreateCollageViewController::transformPhoto(UIView& view, const CGAffineTra
 
 void CreateCollageViewController::tapCanvas(double x, double y)
 {
-    CompositionEditor::tapCanvas(x, y);
+    StickerEditor::tapCanvas(x, y);
 }
 
 void CreateCollageViewController::doubleTapCanvas(double, double) {}

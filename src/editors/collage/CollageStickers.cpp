@@ -1,18 +1,34 @@
-// The collage editor's stickers: the strip to choose from, making them, how they lie among the slots.
+// The collage editor's stickers: their strip, making them, how they lie among the slots.
 
 #include "editors/collage/CreateCollageViewController.h"
 
-#include <cstddef>
-#include <memory>
+#include "editors/stickers/StickerStrip.h"
+#include "editors/stickers/IQStickerView.h"
+
+#include <algorithm>
 
 namespace lamina {
 
-void CreateCollageViewController::setUpStickers() {}
+void CreateCollageViewController::stickerBtnClicked()
+{
+    stickerEditing().openStrip(kCollageStickerStrip);
+}
+
+void CreateCollageViewController::stickerImgGesture(int tag)
+{
+    const std::optional<std::size_t> index = StickerStrip::stickerIndex(tag);
+    if (!index)
+        return;
+    act([&] {
+        stickerEditing().add(*index, StickerPlace::TopLeft);
+        showFrame();
+    });
+}
 
 /// Those below the slots go there one by one, so that their order stays.
 void CreateCollageViewController::showStickers()
 {
-    m_stickers.show(*m_saveTheImg, composition().stickers);
+    stickerEditing().show(m_saveTheImg, composition().stickers);
     const auto views = m_saveTheImg->subviews();
     std::size_t below = 0;
     for (const std::shared_ptr<UIView>& view : views) {
@@ -21,34 +37,25 @@ void CreateCollageViewController::showStickers()
     }
 }
 
-void CreateCollageViewController::hideStickerHandles()
+/// In the order in which they lie.
+void CreateCollageViewController::raiseStickers()
 {
-    m_stickers.hideHandles(*m_saveTheImg);
+    for (const std::shared_ptr<UIView>& view : std::vector(m_saveTheImg->subviews())) {
+        if (dynamic_cast<IQStickerView*>(view.get()) != nullptr)
+            m_saveTheImg->bringSubviewToFront(*view);
+    }
+    editedComposition().stickersBelow = 0;
+    showFrame();
 }
 
+/// A layout puts all slots above the stickers that there are, so that none comes to lie between two slots.
 void CreateCollageViewController::readViews()
 {
-    editedComposition().stickers = StickerBoard::stickers(*m_saveTheImg);
+    StickerEditor::readViews();
+    const auto& views = m_saveTheImg->subviews();
+    const auto isSticker = [](const auto& view) { return dynamic_cast<IQStickerView*>(view.get()) != nullptr; };
+    const auto firstSlot = std::find_if_not(views.begin(), views.end(), isSticker);
+    editedComposition().stickersBelow = static_cast<std::size_t>(firstSlot - views.begin());
 }
-
-void CreateCollageViewController::stickerBtnClicked() {}
-
-void CreateCollageViewController::stickerImgGesture(int) {}
-
-void CreateCollageViewController::letGoOfStickers() {}
-
-void CreateCollageViewController::deleteSticker() {}
-
-QObject* CreateCollageViewController::stickerStrip() const
-{
-    return nullptr;
-}
-
-UIView* CreateCollageViewController::activeSticker() const
-{
-    return m_saveTheImg ? m_stickers.selected(*m_saveTheImg) : nullptr;
-}
-
-void CreateCollageViewController::moveSticker(UIView&, CGPoint) {}
 
 } // namespace lamina

@@ -24,6 +24,9 @@ EditorScreen {
     function bringBack() {
         controller.fitPhoto()
     }
+    function doubleTap(x, y) {
+        controller.doubleTapCanvas(x, y)
+    }
     // The photo in hand and its neighbour change places; it stays in hand.
     function swapWith(neighbour) {
         if (neighbour < 1 || neighbour > controller.photoCount)
@@ -64,7 +67,7 @@ EditorScreen {
         y: collage.layout.y
         width: collage.layout.side
         height: width
-        outline: collage.controller.slots[collage.slot - 1].outline
+        controller: collage.controller
     }
     Connections {
         target: collage.controller

@@ -20,18 +20,16 @@ constexpr std::array<double, 5> kToolSpaces = {20, 30, 33, 38, 47};
 } // namespace
 
 CreateCollageViewController::CreateCollageViewController()
-    : CompositionEditor(kCollageTools, collagetool::kTools)
+    : StickerEditor(kCollageTools, collagetool::kTools, kFirstStickerTag)
+    , m_finish(std::make_shared<ExportFinish>(*this,
+                                              ExportedWork{[this] { return flattened(); }, [this] { workExported(); }}))
 {
     setUpTools();
     watchCanvas();
     watchTools();
 }
 
-CreateCollageViewController::~CreateCollageViewController()
-{
-    if (m_baseView)
-        StickerBoard::leave(*m_baseView);
-}
+CreateCollageViewController::~CreateCollageViewController() = default;
 
 void CreateCollageViewController::watchCanvas()
 {
@@ -59,7 +57,6 @@ void CreateCollageViewController::viewDidLoad()
     m_baseView = makeCanvas({0, 0, side, side});
     view().setBackgroundColor(kGround);
     view().addSubview(m_baseView);
-    setUpStickers();
     makeSaveTheImg();
     blendPhoto();
     addBtnsInScrollView();
@@ -83,7 +80,7 @@ void CreateCollageViewController::takeSelectedImages()
 
 void CreateCollageViewController::makeSaveTheImg()
 {
-    StickerBoard::leave(*m_baseView);
+    stickerEditing().leave();
     while (!m_baseView->subviews().empty())
         m_baseView->subviews().back()->removeFromSuperview();
     const double side = composition().side;
@@ -104,6 +101,8 @@ void CreateCollageViewController::showComposition()
     showStickers();
     showFrame();
     showTool();
+    if (m_filterEnableBool)
+        showFilters();
 }
 
 } // namespace lamina

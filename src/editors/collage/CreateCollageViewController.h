@@ -1,18 +1,21 @@
 #pragma once
 
 #include "editors/collage/CollageComposition.h"
+#include "editors/collage/CollageEffectWork.h"
+#include "editors/collage/CollageFilterRow.h"
+#include "editors/collage/CollageLayouts.h"
 #include "editors/collage/CollagePanels.h"
+#include "editors/collage/FilterSteps.h"
 #include "editors/colorpicker/InfColorPickerControllerDelegate.h"
-#include "editors/common/CompositionEditor.h"
 #include "editors/common/EditorSlider.h"
 #include "editors/common/EditorToolBar.h"
-#include "editors/stickers/IQStickerView.h"
-#include "editors/stickers/StickerBoard.h"
+#include "editors/common/PictureTools.h"
+#include "editors/stickers/StickerEditor.h"
+#include "export/ExportFinish.h"
 #include "picker/SelectedImagesReceiver.h"
 #include "picker/YMSPhotoPickerViewControllerDelegate.h"
 #include "platform/base/CGGeometry.h"
 #include "platform/image/pixels/UIImage.h"
-#include "platform/photos/PHAsset.h"
 #include "platform/photos/PhotoSource.h"
 #include "platform/view/PhotoReceiver.h"
 #include "platform/view/UIImageMetaType.h"
@@ -34,6 +37,7 @@
 
 namespace lamina {
 
+class CollageBorderView;
 class ThreeFramesViewController;
 class TwoFramesViewController;
 
@@ -51,7 +55,7 @@ class TwoFramesViewController;
 ///
 /// Slots are numbered 1 to 3 where people see them, and 0 to 2 as indices. With two photos there is no third: its views
 /// are null, and what is done to it does nothing.
-class CreateCollageViewController : public CompositionEditor<CollageComposition>,
+class CreateCollageViewController : public StickerEditor<CollageComposition>,
                                     public SelectedImagesReceiver,
                                     public PhotoReceiver,
                                     public InfColorPickerControllerDelegate,
@@ -70,7 +74,6 @@ class CreateCollageViewController : public CompositionEditor<CollageComposition>
     Q_PROPERTY(QObject* filters READ filters NOTIFY panelsChanged FINAL)
     Q_PROPERTY(int filter READ filter NOTIFY panelsChanged FINAL)
     Q_PROPERTY(QObject* stickerStrip READ stickerStrip NOTIFY panelsChanged FINAL)
-    Q_PROPERTY(bool busy READ isBusy NOTIFY busyChanged FINAL)
 
 public:
     CreateCollageViewController();
@@ -138,6 +141,9 @@ public:
     ///   background     behind its photo, as "#AARRGGBB"
     ///   name           to be read out, translated
     QVariantList slotRows() const;
+    /// The current slot's outline and then those of the slots that lie over it, each a `lamina::UIBezierPath` in a
+    /// square of side 1, which is the canvas. Empty for a layout without masks.
+    Q_INVOKABLE QVariantList slotOutline() const;
     /// The layout in force.
     int layout() const { return composition().layout; }
 
@@ -181,80 +187,136 @@ public:
 
     // Tools
 
+    /// Fills the bar, once, as the view loads: until then no tool can be chosen.
     void addBtnsInScrollView();
-    /// Names of the icons that the bar opens with.
+    /// Names of the icons that the bar opens with: the tools are active.
     std::vector<std::string_view> toolImgArr() const;
-    /// Chooses the tool of that tag, 999 to 1005; any other tag only closes the panels.
+    /// Closes every panel, lights the tool of that tag, 999 to 1005, and opens its panel: for the tool that is active
+    /// too. Any other tag only closes the panels. Effects that another tool takes over from leave as
+    /// `hideFxViewBtnClicked` has them leave. A tool is no step, but what it does to the picture is: the reset puts the
+    /// masters back, and the stickers come to the front before others are added.
     Q_INVOKABLE void imgGesture(int tag);
-    /// Applies the layout of that thumbnail.
+    /// Takes the panel that is shown out of sight; its tool stays lit. Nothing where there is none.
+    Q_INVOKABLE void hidePanel();
+    /// Applies the layout of that thumbnail; the strip stays.
     Q_INVOKABLE void imgGesture1(int tag);
+    /// Turn the current slot's photo by a quarter, to the left: its pixels as they are seen now. Zoom, place and master
+    /// stay. One step.
     Q_INVOKABLE void leftBtn();
+    /// The same to the right.
     Q_INVOKABLE void rightBtn();
+    /// The same, where left and right change places.
     Q_INVOKABLE void horizontalBtn();
+    /// The same for top and bottom.
     Q_INVOKABLE void verticalBtn();
+    /// Asks for a colour, beginning with that of the screen itself. Nothing while something lies over the editor.
     Q_INVOKABLE void adjustColor();
+    /// The sub-tool of that identifier; nothing for one that there is none of. See picturetool.
     Q_INVOKABLE void chooseSubTool(const QString& identifier);
+    /// The colour is that of the lines while the reset tool is the active one, else that behind the current slot's
+    /// photo. One step.
     void colorPickerControllerDidFinish(InfColorPickerController& picker) override;
-    void launchSpecialController();
+    /// Asks for another photo for the current slot. Nothing while something lies over the editor.
+    Q_INVOKABLE void launchSpecialController();
     bool respondsTo(Call call) const override;
+    using YMSPhotoPickerViewControllerDelegate::photoPickerViewController;
+    /// The photo comes into the current slot, and is its master, when the picker has gone. One step.
     void photoPickerViewController(YMSPhotoPickerViewController& picker, const UIImage& didFinishPickingImage) override;
-    void photoPickerViewController(YMSPhotoPickerViewController& picker,
-                                   const std::vector<PHAsset>& didFinishPickingImages) override;
     void photoPickerViewControllerDidReceivePhotoAlbumAccessDenied(YMSPhotoPickerViewController& picker) override;
     void photoPickerViewControllerDidReceiveCameraAccessDenied(YMSPhotoPickerViewController& picker) override;
     void imagePickerControllerDidCancel(UIImagePickerController& picker) override;
+    /// The photo comes at half its size, as a PNG keeps it: whole as the current slot's master, and its middle as a
+    /// square of 600 points to be seen. It is made in the background, then the picker goes. One step.
     void imagePickerController(UIImagePickerController& picker,
                                const UIImagePickerInfo& didFinishPickingMediaWithInfo) override;
-    /// All master pictures come back into their photo views.
+    /// All master pictures come back into their photo views, which keep zoom, place, alpha and background. Part of a
+    /// change: whoever calls it records the step.
     void addFrame();
-    Q_INVOKABLE void adjustBorderColor();
+    /// The same as a step of its own.
     Q_INVOKABLE void photosBack();
+    /// Asks for the colour of the lines, beginning with the present one; only while the reset tool is the active one,
+    /// and nothing lies over the editor.
+    Q_INVOKABLE void adjustBorderColor();
 
+    /// The panel of filters is open, or about to be.
     bool filterEnableBool() const { return m_filterEnableBool; }
+    /// The reset tool is the active one.
     bool frameBool() const { return m_frameBool; }
     const CollagePanels& panels() const { return m_panels; }
+    /// The panel in sight: "layout", "tools", "filter", "effects", "stickers", "frame"; "" for none.
     QString shownPanel() const;
+    /// The strip of layouts, a list of `CollageLayout`; null while there is none.
     QObject* layouts() const;
-    QVariantList subTools() const;
+    /// The strip of sub-tools, as `EditorToolBar::list` gives it.
+    QVariantList subTools() const { return m_subTools; }
+    /// The sub-tool that was chosen last is the active one.
+    const EditorToolBar& subToolBar() const { return m_subToolBar; }
     /// The colour behind the current slot's photo, as "#AARRGGBB".
     QString slotColor() const;
+    /// That of the lines.
     QString borderColor() const;
+    /// Draws the lines, over all else in the canvas.
+    UIView& borderView() const;
 
     // Filters and effects
 
+    /// Takes the current photo's picture as the filter base, fills the row with it and raises its panel; nothing while
+    /// `filterEnableBool` says that the panel is not open. Part of a change.
     void addFiltersOnScrollView();
+    /// The thumbnail of that tag: the filter base itself for the first look, else its middle through the look. Empty for
+    /// a tag that no look has, and where its filter fails.
     UIImage applyFilters(int tag);
+    /// The current photo becomes the filter base through the look of that tag, which is a step when it is done: what
+    /// another look has done is gone. A large photo may take a while, behind the busy panel, which can be cancelled.
+    /// One that can't be filtered stays, and an alert names the cause. Nothing before the row has been filled.
     Q_INVOKABLE void filterImgGesture(int tag);
+
+    /// Makes the effects' panel, with its sliders where they start.
     void createViewForFx();
+    /// The nine sliders, each as `slide`. The first one that is touched since the flags were cleared takes the picture
+    /// that is shown as the effect base, and so does each other one at its own first touch; all work from that one base.
+    /// The flags are cleared by choosing a slot, and by another photo in it. Pictures are made beside the main thread:
+    /// see `busy`. While a finger slides, a large photo is shown as a smaller one, until the finger rests or leaves.
     Q_INVOKABLE void contrast(double value);
     Q_INVOKABLE void brightn(double value);
+    /// The bias is the value with its fraction cut off.
     Q_INVOKABLE void emboss(double value);
+    /// See emboss.
     Q_INVOKABLE void sharpen(double value);
+    /// See emboss.
     Q_INVOKABLE void unsharpen(double value);
+    /// Begins at value + 0.2 and ends at value + 0.4, as GPUImageVignetteFilter counts.
     Q_INVOKABLE void vignette(double value);
     Q_INVOKABLE void saturation(double value);
     Q_INVOKABLE void highlight(double value);
+    /// The alpha of the photo's view; no picture changes.
     Q_INVOKABLE void opacity(double value);
+    /// Closes the effects' panel; the tool stays the active one.
     Q_INVOKABLE void hideFxViewBtnClicked();
+
+    void viewDidAppear(bool animated) override;
+    /// Makes the GL context and the programs of all filters in the background, so that the first one that is used finds
+    /// them. Ends with the editor.
     void warmFilters();
+    /// The filter panel's thumbnails, a list model; see CollageFilterRow.
     QObject* filters() const;
     int filter() const { return composition().filter; }
-    bool isBusy() const;
 
     // Stickers, and the ways out
 
+    /// Fills the strip anew; its thumbnails come one by one.
     void stickerBtnClicked();
+    /// Puts the sticker of the strip's thumbnail of that tag into the canvas's top left corner, on top of all but the
+    /// border. Nothing for a tag that stands for none.
     Q_INVOKABLE void stickerImgGesture(int tag);
-    void letGoOfStickers() override;
-    void deleteSticker() override;
+    /// The stickers to choose from, a list model; null while there is no strip.
+    QObject* stickerStrip() const { return stickerEditing().strip(); }
+    /// A panel goes first, then stickers lose their handles.
+    bool letGo() override;
+    /// Takes the work away: see ExportFinish.
     Q_INVOKABLE void shareBtn();
     /// Pops to the root; nothing is asked.
     Q_INVOKABLE void backBtn();
-    QObject* stickerStrip() const;
-    /// Tag of the next sticker.
-    int stickerHandleTag() const { return m_stickers.stickerHandleTag(); }
-    /// The tags of all stickers that there were since the editor opened.
-    const std::vector<int>& stickerTagMutableArr() const { return m_stickers.stickerTagMutableArr(); }
 
 signals:
     /// After changes of what the properties above name; never during a gesture.
@@ -263,7 +325,6 @@ signals:
     void panelsChanged();
     void subToolsChanged();
     void frameChanged();
-    void busyChanged();
     /// The user has tapped another slot's photo: the current slot, of that number, is to be shown.
     void pointedOut(int slot);
 
@@ -271,10 +332,9 @@ protected:
     std::span<const EditorSlider> sliderTable() const override;
     double sliderValue(int tag) const override;
     void applySlider(int tag, double value) override;
+    void settleSlider() override;
     void showComposition() override;
     void readViews() override;
-    UIView* activeSticker() const override;
-    void moveSticker(UIView& sticker, CGPoint by) override;
     UIView* gestureView() const override;
     UIView& gestureSpace() const override { return *m_baseView; }
     bool isPhotoView(const UIView* view) const override { return slotOf(view).has_value(); }
@@ -282,7 +342,7 @@ protected:
     void transformPhoto(UIView& view, const CGAffineTransform& transform) override;
     const UIView& exportedView() const override { return *m_saveTheImg; }
     void prepareExport() override;
-    std::function<void()> hideHandles() const override;
+    void stickersRaised() override { showFrame(); }
 
 private:
     static constexpr int kFirstStickerTag = 7000;
@@ -317,16 +377,44 @@ private:
     // Tools
     void setUpTools();
     void watchTools();
-    /// Shows what the composition says of the border and the gap, on top of the canvas.
-    void showFrame();
+    void closePanels();
+    void lightTool(std::string_view tool);
+    void openPanel(std::string_view tool);
+    void openLayouts();
+    void openFilters();
+    void reopenFilters();
+    void openStickers();
+    void openFrame();
     /// Opens the tool that the composition names, where another one has taken over since.
     void showTool();
+    void doSubTool(std::string_view tool);
+    void takePhoto(const UIImage& picture, const UIImage& master);
+    /// Sets the border's width or the gap, by the tag of its slider. Part of a change.
+    void setLine(int tag, double width);
+    /// Shows what the composition says of the border and the gap, on top of the canvas.
+    void showFrame();
+    std::shared_ptr<CreateCollageViewController> sharedSelf();
+
+    // Filters and effects
+    /// Shows the composition's filter base in the row, where it shows another one.
+    void showFilters();
+    /// Opens the panel on the composition's filter base, where it has one.
+    void reopenFilters();
+    void takeFiltered(std::size_t slot, int tag, const UIImage& filtered);
+    void takeEffectBase(int tag);
+    void changeOpacity(double alpha);
+    void showCoarsely(const CollageEffectInHand& wanted);
+    void makeExactly(const CollageEffectInHand& wanted);
+    void tellEffectOutcome(const UIImage& picture);
+    void tellFailure();
 
     // Stickers
-    void setUpStickers();
-    void hideStickerHandles();
     /// Puts the composition's stickers below and above the slots that were just built.
     void showStickers();
+    /// Puts all stickers above the slots again. Part of a change.
+    void raiseStickers();
+    /// Takes handles and borders away; what was recorded last follows.
+    void finishStickers();
 
     std::vector<UIImage> m_selectedImages;
     double m_toolSpacing = 0;
@@ -337,10 +425,18 @@ private:
     std::shared_ptr<ThreeFramesViewController> m_threeFramesObj;
 
     CollagePanels m_panels;
+    std::unique_ptr<CollageLayouts> m_layouts; ///< null while there is no strip of them
+    EditorToolBar m_subToolBar = makePictureToolBar();
+    QVariantList m_subTools; ///< of m_subToolBar, made when it changes
+    std::shared_ptr<CollageBorderView> m_borderView;
     bool m_filterEnableBool = false;
     bool m_frameBool = false;
 
-    StickerBoard m_stickers{kFirstStickerTag};
+    CollageFilterRow m_filterRow;
+    CollageEffectState m_effects;
+    FilterSteps m_warming;
+
+    std::shared_ptr<ExportFinish> m_finish;
 };
 
 } // namespace lamina

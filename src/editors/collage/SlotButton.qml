@@ -6,7 +6,7 @@ import Lamina
 SelectorButton {
     id: button
 
-    // Of {number, name, picture, icon, selected}.
+    // Of {number, name, picture, icon, iconSelected, selected}.
     required property var slot
     readonly property bool roomy: width >= 110
     readonly property real iconSide: 22
@@ -47,6 +47,6 @@ SelectorButton {
         width: button.iconSide
         height: width
         cutOut: true
-        picture: button.slot.icon
+        picture: button.selected ? button.slot.iconSelected : button.slot.icon
     }
 }

@@ -5,11 +5,11 @@ import Lamina
 Item {
     id: pointer
 
-    // A `lamina::UIBezierPath` in a square of side 1.
-    property var outline
+    required property var controller
     property real call: 0
 
     function pointOut() {
+        line.paths = controller.slotOutline()
         motion.restart()
     }
 
@@ -26,11 +26,11 @@ Item {
         }
     }
     Outline {
+        id: line
         objectName: "slotOutline"
         anchors.fill: parent
         visible: pointer.call > 0
         opacity: pointer.call
-        path: pointer.outline
         color: Tokens.palette.accentText
         underColor: Tokens.palette.scrimBusy
         lineWidth: 3

@@ -64,7 +64,10 @@ AppScreen {
             docked.takeFocus()
         toolsHidden = hidden
     }
-    // What a double tap on the canvas asks for, and its key.
+    // What a double tap on the canvas asks for, in its points, and the key for the same.
+    function doubleTap(x, y) {
+        bringBack()
+    }
     function bringBack() {
         controller.bringPhotoBack()
     }
@@ -161,7 +164,7 @@ AppScreen {
             Accessible.name: editor.canvasName
             Accessible.description: editor.canvasDescription
             onTapped: (x, y) => editor.controller.tapCanvas(x, y)
-            onDoubleTapped: editor.bringBack()
+            onDoubleTapped: (x, y) => editor.doubleTap(x, y)
         }
     }
 

@@ -81,6 +81,8 @@ QString sliderText(const EditorSlider& slider, double value)
         return percentText(shown);
     case EditorSliderText::TwoDecimals:
         return decimalText(shown);
+    case EditorSliderText::Whole:
+        return wholeNumber(shown);
     case EditorSliderText::Signed:
         break;
     }

@@ -12,6 +12,7 @@ namespace lamina {
 /// How the value beside a slider is written.
 enum class EditorSliderText {
     Signed,      ///< a whole number with its sign: +34, 0, −12
+    Whole,       ///< a whole number: 12
     Percent,     ///< of 1: 62 %
     TwoDecimals, ///< 0.50
 };

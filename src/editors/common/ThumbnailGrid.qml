@@ -15,7 +15,7 @@ TileGrid {
     readonly property real gap: style.gridGap
     readonly property real side: cellWidth - gap
 
-    columns: Math.max(1, Math.ceil((width - slack) / (Tokens.thumbs.sticker + Tokens.space.s)))
+    columns: Math.max(1, Math.ceil((width - slack - gap) / (Tokens.thumbs.sticker + Tokens.space.s)))
     leftMargin: slack
     cellWidth: Math.floor((width - slack) / columns)
     cellHeight: cellWidth + style.captionHeight

@@ -45,6 +45,9 @@ protected:
     StickerEditing& stickerEditing() { return m_stickerEditing; }
     const StickerEditing& stickerEditing() const { return m_stickerEditing; }
 
+    /// Stickers have been put in front of all that stands on the canvas, by their user or by this. Default: nothing.
+    virtual void stickersRaised() {}
+
     void readViews() override { this->editedComposition().stickers = m_stickerEditing.stickers(); }
     UIView* activeSticker() const override { return m_stickerEditing.selected(); }
     void moveSticker(UIView& sticker, CGPoint by) override { StickerEditing::move(sticker, by); }
@@ -60,6 +63,7 @@ private:
     void stickerEnds(EditSeries series)
     {
         this->endSliding();
+        stickersRaised();
         this->endStep(series);
     }
 

@@ -107,9 +107,24 @@ void CanvasFrame::addInside(const CALayer& layer, const Surroundings& around)
         pixels = pixels.unionWith(around.scope.pixelsOf(bounds));
     if (!pixels.isEmpty())
         m_records.push_back({&layer, layer.superlayer(), layer.revision(), around.stamp, around.alpha, t, pixels});
-    for (const auto& sublayer : layer.sublayers()) {
-        inside.toDevice = sublayer->shownTransformToParent().concatenating(t);
-        add(*sublayer, inside);
+    addSublayers(layer, inside);
+}
+
+void CanvasFrame::addSublayers(const CALayer& layer, const Surroundings& around)
+{
+    const auto& sublayers = layer.sublayers();
+    Surroundings inside = around;
+    for (std::size_t i = 0, end = 0; i < sublayers.size(); ++i) {
+        // Layers that share edges decide together what is seen of each along them.
+        if (i >= end) {
+            end = LayerRenderer::endOfSharing(layer, i);
+            inside.stamp = around.stamp;
+            for (std::size_t other = i; other < end; ++other)
+                inside.stamp =
+                    stirredTree(stirred(inside.stamp, sublayers[other]->revision()), *sublayers[other]->mask());
+        }
+        inside.toDevice = sublayers[i]->shownTransformToParent().concatenating(around.toDevice);
+        add(*sublayers[i], inside);
     }
 }
 

@@ -39,6 +39,7 @@ private:
     struct Surroundings;
     void add(const CALayer& layer, const Surroundings& around);
     void addInside(const CALayer& layer, const Surroundings& around);
+    void addSublayers(const CALayer& layer, const Surroundings& around);
     IntRect exchangedArea(const std::vector<std::size_t>& order) const;
 
     std::vector<LayerRecord> m_records;

@@ -101,7 +101,7 @@ void CanvasRenderer::paint(const IntRect& area)
     m_context->clipToRect(points);
     m_context->clearRect(points);
     m_context->translateCTM(-m_root->bounds().minX(), -m_root->bounds().minY());
-    LayerRenderer(*m_context, m_moving ? &m_reductions : nullptr, &m_copies).render(m_root->layer());
+    LayerRenderer(*m_context, m_moving ? &m_reductions : nullptr, &m_copies, &m_edges).render(m_root->layer());
     m_context->restoreGState();
     if (m_moving && m_reductions.wereUsed())
         m_reducedArea = m_reducedArea.unionWith(area);

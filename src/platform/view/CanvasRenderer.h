@@ -4,6 +4,7 @@
 #include "platform/image/drawing/CGContext.h"
 #include "platform/image/pixels/CGImage.h"
 #include "platform/view/CanvasFrame.h"
+#include "platform/view/EdgeCopies.h"
 #include "platform/view/PictureCopies.h"
 #include "platform/view/PictureReductions.h"
 #include "platform/view/UIView.h"
@@ -63,6 +64,7 @@ private:
     CanvasFrame m_frame;
     PictureReductions m_reductions;
     PictureCopies m_copies;
+    EdgeCopies m_edges;
     bool m_moving = false;
     IntRect m_reducedArea; ///< pixels that were drawn from reductions
     bool m_pending = true;

@@ -1,15 +1,20 @@
 #include "platform/view/LayerRenderer.h"
 
 #include "platform/base/UIColor.h"
+#include "platform/image/drawing/SharedEdges.h"
 #include "platform/image/drawing/UIBezierPath.h"
 #include "platform/image/drawing/UIImageDrawing.h"
 #include "platform/image/pixels/UIImage.h"
+#include "platform/view/EdgeCopies.h"
 #include "platform/view/PictureCopies.h"
 #include "platform/view/PictureReductions.h"
 
 #include <algorithm>
 #include <cmath>
+#include <cstddef>
 #include <optional>
+#include <utility>
+#include <vector>
 
 namespace lamina {
 
@@ -49,10 +54,12 @@ bool covers(const CGRect& outer, const CGRect& inner)
 
 } // namespace
 
-LayerRenderer::LayerRenderer(CGContext& context, PictureReductions* reductions, PictureCopies* copies)
+LayerRenderer::LayerRenderer(CGContext& context, PictureReductions* reductions, PictureCopies* copies,
+                             EdgeCopies* edges)
     : m_context(context)
     , m_reductions(reductions)
     , m_copies(copies)
+    , m_edges(edges)
 {
 }
 
@@ -71,16 +78,21 @@ void LayerRenderer::drawPlaced(const CALayer& layer, double inheritedAlpha)
 
 void LayerRenderer::draw(const CALayer& layer, double inheritedAlpha)
 {
+    if (layer.isHidden() || inheritedAlpha * layer.shown().opacity <= 0)
+        return;
+    if (!castsShadow(layer) && layer.masksToBounds() && !isSeen(layer.bounds()))
+        return;
+    const SavedState saved(m_context);
+    if (!layer.mask() || clipToMask(layer))
+        drawUnmasked(layer, inheritedAlpha);
+}
+
+void LayerRenderer::drawUnmasked(const CALayer& layer, double inheritedAlpha)
+{
     const double alpha = inheritedAlpha * layer.shown().opacity;
     if (layer.isHidden() || alpha <= 0)
         return;
-    const bool shadow = castsShadow(layer);
-    if (!shadow && layer.masksToBounds() && !isSeen(layer.bounds()))
-        return;
-    const SavedState saved(m_context);
-    if (layer.mask() && !clipToMask(layer))
-        return;
-    if (shadow) {
+    if (castsShadow(layer)) {
         drawWithShadow(layer, alpha);
     } else if (needsGroup(layer, alpha) && !cutsCornersOfGroup(layer)) {
         m_context.setAlpha(alpha);
@@ -156,10 +168,42 @@ void LayerRenderer::drawParts(const CALayer& layer, double alpha, bool square)
             m_context.setAlpha(alpha);
             layer.drawInContext(m_context);
         }
-        for (const auto& sublayer : layer.sublayers())
-            drawPlaced(*sublayer, alpha);
+        drawSublayers(layer, alpha);
     }
     drawBorder(layer, alpha, square);
+}
+
+void LayerRenderer::drawSublayers(const CALayer& layer, double alpha)
+{
+    const std::size_t count = layer.sublayers().size();
+    for (std::size_t next = 0; next < count;) {
+        const std::size_t end = endOfSharing(layer, next);
+        if (end > next)
+            drawSharing(layer, next, end, alpha);
+        else
+            drawPlaced(*layer.sublayers()[next], alpha);
+        next = std::max(end, next + 1);
+    }
+}
+
+void LayerRenderer::drawSharing(const CALayer& parent, std::size_t first, std::size_t end, double alpha)
+{
+    std::vector<UIBezierPath> outlines;
+    for (std::size_t i = first; i < end; ++i) {
+        const CALayer& layer = *parent.sublayers()[i];
+        outlines.push_back(cutOf(layer).value_or(UIBezierPath()));
+        outlines.back().applyTransform(
+            tidied(layer.shownTransformToParent()).concatenating(m_context.deviceTransform()));
+    }
+    const auto draw = [&](std::size_t outline) {
+        const CALayer& layer = *parent.sublayers()[first + outline];
+        m_context.concatCTM(tidied(layer.shownTransformToParent()));
+        drawUnmasked(layer, alpha);
+    };
+    if (m_edges)
+        m_context.drawSharingEdges(m_edges->of(std::move(outlines), m_context), draw);
+    else
+        m_context.drawSharingEdges(SharedEdges(outlines, m_context.clipBounds()), draw);
 }
 
 void LayerRenderer::drawBackground(const CALayer& layer, double alpha, bool square)

@@ -5,9 +5,14 @@
 #include "platform/base/CGAffineTransform.h"
 #include "platform/base/CGGeometry.h"
 #include "platform/image/drawing/CGContext.h"
+#include "platform/image/drawing/UIBezierPath.h"
+
+#include <cstddef>
+#include <optional>
 
 namespace lamina {
 
+class EdgeCopies;
 class PictureCopies;
 class PictureReductions;
 
@@ -21,9 +26,10 @@ class LayerRenderer {
 public:
     /// The context must outlive the renderer, as must `reductions` and `copies`. With reductions, large pictures are
     /// drawn from smaller ones of about the size that is seen, quickly and not by the same bytes. With copies, pictures
-    /// that stay are drawn from what they were the last time, by the same bytes.
-    explicit LayerRenderer(CGContext& context, PictureReductions* reductions = nullptr,
-                           PictureCopies* copies = nullptr);
+    /// that stay are drawn from what they were the last time, by the same bytes; with edges, so are the masks of layers
+    /// that share edges.
+    explicit LayerRenderer(CGContext& context, PictureReductions* reductions = nullptr, PictureCopies* copies = nullptr,
+                           EdgeCopies* edges = nullptr);
 
     /// The layer and all above it, its own coordinates being those of user space.
     void render(const CALayer& layer);
@@ -66,11 +72,22 @@ public:
     /// Whether the layer must be put together before its corners are cut.
     static bool cutsCornersOfGroup(const CALayer& layer);
 
+    /// What cuts the layer where its mask is a path and nothing else, in the layer's coordinates.
+    static std::optional<UIBezierPath> cutOf(const CALayer& layer);
+    /// Of the sublayers from `first` on that are drawn together because their parent lets them share edges, the end;
+    /// `first` where the sublayer there is drawn by itself.
+    static std::size_t endOfSharing(const CALayer& parent, std::size_t first);
+
 private:
     /// Whether more than one thing is painted, so that one may lie over another.
     static bool hasSeveralParts(const CALayer& layer);
     void draw(const CALayer& layer, double inheritedAlpha);
     void drawPlaced(const CALayer& layer, double inheritedAlpha);
+    /// Inside the mask, which is the clip now.
+    void drawUnmasked(const CALayer& layer, double inheritedAlpha);
+    void drawSublayers(const CALayer& layer, double alpha);
+    /// Sublayers [first, end).
+    void drawSharing(const CALayer& parent, std::size_t first, std::size_t end, double alpha);
     void drawWithShadow(const CALayer& layer, double alpha);
     void drawBody(const CALayer& layer, double alpha);
     /// `square`: the corners are cut later.
@@ -85,13 +102,13 @@ private:
 
     /// False when the mask lets nothing through.
     bool clipToMask(const CALayer& layer);
-    bool clipToPathOf(const CALayer& mask);
     bool clipToPictureOf(const CALayer& mask);
     bool clipToDrawingOf(const CALayer& mask, const IntRect& seen);
 
     CGContext& m_context;
     PictureReductions* m_reductions;
     PictureCopies* m_copies;
+    EdgeCopies* m_edges;
 };
 
 } // namespace lamina

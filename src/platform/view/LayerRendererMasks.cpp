@@ -4,6 +4,7 @@
 #include "platform/view/LayerRenderer.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <optional>
 
 namespace lamina {
@@ -26,20 +27,34 @@ bool LayerRenderer::clipToMask(const CALayer& layer)
     const IntRect seen = treePixels(mask, toDevice).intersection(m_context.clipBounds());
     if (seen.isEmpty())
         return false;
-    if (isBare(mask) && (clipToPathOf(mask) || clipToPictureOf(mask)))
+    if (const std::optional<UIBezierPath> cut = cutOf(layer)) {
+        m_context.clipToPath(*cut);
+        return true;
+    }
+    if (isBare(mask) && clipToPictureOf(mask))
         return true;
     return clipToDrawingOf(mask, seen);
 }
 
-bool LayerRenderer::clipToPathOf(const CALayer& mask)
+std::optional<UIBezierPath> LayerRenderer::cutOf(const CALayer& layer)
 {
-    const auto* shape = dynamic_cast<const CAShapeLayer*>(&mask);
-    if (!shape || mask.contents() || shape->strokeColor() || !shape->fillColor() || shape->fillColor()->alpha != 1)
-        return false;
+    const auto* shape = dynamic_cast<const CAShapeLayer*>(layer.mask().get());
+    if (!shape || shape->isHidden() || !isBare(*shape) || shape->contents() || shape->strokeColor() ||
+        !shape->fillColor() || shape->fillColor()->alpha != 1)
+        return std::nullopt;
     UIBezierPath path = shape->path();
-    path.applyTransform(mask.transformToParent());
-    m_context.clipToPath(path);
-    return true;
+    path.applyTransform(shape->transformToParent());
+    return path;
+}
+
+std::size_t LayerRenderer::endOfSharing(const CALayer& parent, std::size_t first)
+{
+    if (!parent.sharesEdges())
+        return first;
+    std::size_t end = first;
+    while (end < parent.sublayers().size() && cutOf(*parent.sublayers()[end]))
+        ++end;
+    return end;
 }
 
 bool LayerRenderer::clipToPictureOf(const CALayer& mask)

@@ -3,12 +3,14 @@
 #include "platform/base/CGAffineTransform.h"
 #include "platform/base/CGGeometry.h"
 #include "platform/base/UIColor.h"
+#include "platform/image/drawing/SharedEdges.h"
 #include "platform/image/drawing/UIBezierPath.h"
 #include "platform/image/pixels/CGColorSpace.h"
 #include "platform/image/pixels/CGImage.h"
 #include "platform/image/pixels/UIImage.h"
 
 #include <cstddef>
+#include <functional>
 #include <memory>
 #include <optional>
 
@@ -84,6 +86,12 @@ public:
     /// Lets through by the mask stretched over `rect`, its top edge at the rectangle's top as a picture drawn there:
     /// for a grey mask the value (white shows), for an alpha-only one the alpha; for a picture in colour its alpha.
     void clipToMask(const CGRect& rect, const CGImage& mask);
+    /// Calls `draw` with the number of every outline, from the lowest up, the clip cut to it; not for those that can't
+    /// be seen. Where the edges of several cut one pixel, each counts there by the part that it covers, so that nothing
+    /// of what lies beneath shows along a common edge; the upper one's edge stays in its place. All other pixels get
+    /// what `clipToPath` would give them. What `draw` leaves of state and layers must be as it was. RGB contexts only;
+    /// elsewhere every edge is drawn by itself.
+    void drawSharingEdges(const SharedEdges& edges, const std::function<void(std::size_t outline)>& draw);
     /// Device pixels that drawing can still reach; empty when nothing can.
     IntRect clipBounds() const;
 
