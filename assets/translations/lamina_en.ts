@@ -16,12 +16,36 @@
         <translation>Contrast</translation>
     </message>
     <message>
+        <source>emboss</source>
+        <translation>Emboss</translation>
+    </message>
+    <message>
         <source>fx</source>
         <translation>Effects</translation>
     </message>
     <message>
+        <source>highlight</source>
+        <translation>Highlight</translation>
+    </message>
+    <message>
         <source>opacity</source>
         <translation>Opacity</translation>
+    </message>
+    <message>
+        <source>saturation</source>
+        <translation>Saturation</translation>
+    </message>
+    <message>
+        <source>sharpen</source>
+        <translation>Sharpen</translation>
+    </message>
+    <message>
+        <source>unsharpen</source>
+        <translation>Unsharpen</translation>
+    </message>
+    <message>
+        <source>vignette</source>
+        <translation>Vignette</translation>
     </message>
 </context>
 </TS>

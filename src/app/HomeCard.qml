@@ -11,7 +11,6 @@ T.Button {
     required property string art
     // By how many degrees the print lies askew.
     property real turn: 0
-    property bool soon: false
     // The HomeLayout, which all cards share.
     required property var layout
 
@@ -23,20 +22,19 @@ T.Button {
         : wordsHeight + layout.cardFoot + (layout.listed ? layout.cardFoot : layout.inset)
 
     implicitHeight: Math.ceil(Math.max(layout.cardHeight, needed))
-    enabled: !soon
     hoverEnabled: true
     focusPolicy: Qt.StrongFocus
     Accessible.name: title
-    Accessible.description: soon ? qsTranslate("Lamina", "Soon") : line
-    Accessible.onPressAction: if (enabled) clicked()
+    Accessible.description: line
+    Accessible.onPressAction: clicked()
     Keys.onReturnPressed: clicked()
     Keys.onEnterPressed: clicked()
 
     background: Rectangle {
         radius: card.layout.large ? Tokens.radius.homeCardWide : Tokens.radius.homeCard
-        color: card.down ? Tokens.palette.cell : card.hovered && card.enabled ? Tokens.palette.panelAlert : Tokens.palette.panel
+        color: card.down ? Tokens.palette.cell : card.hovered ? Tokens.palette.panelAlert : Tokens.palette.panel
         border.width: 1
-        border.color: card.hovered && card.enabled ? Tokens.palette.hairline : Tokens.palette.cardEdge
+        border.color: card.hovered ? Tokens.palette.hairline : Tokens.palette.cardEdge
         FocusRing {
             radius: parent.radius
             control: card
@@ -56,8 +54,6 @@ T.Button {
             color: Tokens.palette.paper
             shadowColor: Tokens.palette.shadow
             shadow: Tokens.elevation.photoPrint
-            // What can't be had yet steps back behind a veil; the shadow would show through a faded print.
-            veil: card.soon ? Qt.alpha(Tokens.palette.panel, 0.35) : "transparent"
         }
         Column {
             id: words
@@ -65,17 +61,13 @@ T.Button {
             y: parent.height - height - card.layout.cardFoot
             width: card.width - 2 * card.layout.inset - (card.tall ? 0 : card.layout.printSide + Tokens.space.m)
             spacing: Tokens.space.xs
-            SoonMark {
-                visible: card.soon
-            }
             StyledText {
                 width: parent.width
                 text: card.title
-                topPadding: card.soon ? Tokens.space.xs : 0
                 role: card.layout.titleRole
                 font.pixelSize: card.layout.titleSize
                 maximumLineCount: card.tall ? 1 : 2
-                color: card.soon ? Tokens.palette.textDisabled : Tokens.palette.text
+                color: Tokens.palette.text
                 Accessible.ignored: true
             }
             StyledText {
@@ -83,7 +75,7 @@ T.Button {
                 text: card.line
                 role: card.layout.large ? Tokens.type.body : Tokens.type.caption
                 maximumLineCount: card.layout.listed ? 1 : Math.ceil(2 * card.layout.scale)
-                color: card.soon ? Tokens.palette.textDisabled : Tokens.palette.textSecondary
+                color: Tokens.palette.textSecondary
                 Accessible.ignored: true
             }
         }

@@ -117,8 +117,8 @@ void ViewController::continueWork()
 {
     if (!m_offer || std::exchange(m_opensWork, true))
         return;
-    pictureQueue().async([self = sharedSelf(), offer = *m_offer, kind = editorOf(*m_offer).kind,
-                          expected = DispatchQueue::main().expectWork()]() mutable {
+    keptWorksQueue().async([self = sharedSelf(), offer = *m_offer, kind = editorOf(*m_offer).kind,
+                            expected = DispatchQueue::main().expectWork()]() mutable {
         DispatchQueue::main().async(
             [self = std::move(self), expected, work = KeptWork::open(offer, kind)] { self->openWork(work); });
     });

@@ -14,11 +14,11 @@ AppScreen {
 
     readonly property bool brief: measures.stacked && !tablet
     readonly property var cards: [
-        { title: qsTranslate("Lamina", "Two photos"), art: "home_two", turn: 4, collage: true,
+        { title: qsTranslate("Lamina", "Two photos"), art: "home_two", turn: 4,
           line: brief ? qsTranslate("Lamina", "Eight frames") : qsTranslate("Lamina", "One cut, eight frames") },
-        { title: qsTranslate("Lamina", "Three photos"), art: "home_three", turn: -3, collage: true,
+        { title: qsTranslate("Lamina", "Three photos"), art: "home_three", turn: -3,
           line: brief ? qsTranslate("Lamina", "Ten frames") : qsTranslate("Lamina", "A collage in ten frames") },
-        { title: qsTranslate("Lamina", "Blend"), art: "home_blend", turn: 3, collage: false,
+        { title: qsTranslate("Lamina", "Blend"), art: "home_blend", turn: 3,
           line: measures.stacked ? qsTranslate("Lamina", "One photo shines through the other")
                                : qsTranslate("Lamina", "Lay one photo over another") }
     ]
@@ -85,7 +85,7 @@ AppScreen {
                 }
                 // Who has discarded it goes on with the cards.
                 onActiveChanged: {
-                    const next = active ? null : repeater.itemAt(home.controller.collageAvailable ? 0 : 2)
+                    const next = active ? null : repeater.itemAt(0)
                     if (next)
                         next.focus = true
                 }
@@ -119,8 +119,7 @@ AppScreen {
                         line: card.line
                         art: card.art
                         turn: card.turn
-                        soon: card.collage && !home.controller.collageAvailable
-                        focus: index === (home.controller.collageAvailable ? 0 : 2)
+                        focus: index === 0
                         onClicked: home.open(index)
                     }
                 }

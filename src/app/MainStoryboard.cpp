@@ -5,6 +5,7 @@
 #include "app/PinchZoomViewController.h"
 #include "app/ViewController.h"
 #include "editors/blend/BlendPhotoViewController.h"
+#include "editors/collage/CreateCollageViewController.h"
 #include "editors/colorpicker/InfColorPickerController.h"
 #include "export/ExportScenes.h"
 #include "picker/PickerScenes.h"
@@ -32,10 +33,12 @@ void registerMainStoryboard()
     storyboard->addScene(scene::kCrop, sceneOf<PinchZoomViewController>("PinchZoomScreen.qml"));
     storyboard->addScene(scene::kAbout, sceneOf<AboutViewController>("AboutScreen.qml"));
     storyboard->addScene(scene::kBlend, sceneOf<BlendPhotoViewController>("BlendPhotoScreen.qml"));
+    storyboard->addScene(scene::kCollage, sceneOf<CreateCollageViewController>("CreateCollageScreen.qml"));
     storyboard->addScene(InfColorPickerController::kViewFile,
                          sceneOf<InfColorPickerController>("InfColorPickerScreen.qml"));
     addExportScenes(*storyboard);
     addPickerScenes(*storyboard);
+    storyboard->addSegue(segue::kPickedToCollage, scene::kCollage, UIStoryboard::SegueKind::Show);
     storyboard->addSegue(segue::kPickedToBlend, scene::kBlend, UIStoryboard::SegueKind::Present);
     storyboard->addSegue(segue::kToBlend, scene::kBlend, UIStoryboard::SegueKind::Present);
 }

@@ -12,12 +12,13 @@ inline constexpr const char* kSourceChoice = "ImagePIckingViewController";
 inline constexpr const char* kCrop = blendscene::kCrop;
 inline constexpr const char* kAbout = "AboutViewController";
 inline constexpr const char* kBlend = "BlendPhotoViewController";
+inline constexpr const char* kCollage = "CreateCollageViewController";
 } // namespace scene
 
 namespace segue {
 inline constexpr const char* kToBlend = "toBlend";          ///< from the second crop
 inline constexpr const char* kPickedToBlend = "blend";      ///< from the home screen, with picked photos
-inline constexpr const char* kPickedToCollage = "nextPage"; ///< from the home screen; there once its editor is
+inline constexpr const char* kPickedToCollage = "nextPage"; ///< from the home screen, with picked photos
 } // namespace segue
 
 /// Puts all screens and the transitions between them into that storyboard, in the place of those of the same

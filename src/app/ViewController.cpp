@@ -3,34 +3,32 @@
 #include "app/AppMenu.h"
 #include "app/ImagePIckingViewController.h"
 #include "app/MainStoryboard.h"
-#include "app/PickedPhotos.h"
 #include "editors/blend/BlendPhotoViewController.h"
+#include "editors/blend/PhotoCutting.h"
 #include "editors/common/EditorNotifications.h"
 #include "hud/BusyPanel.h"
 #include "hud/SVProgressHUD.h"
+#include "picker/PickedPhotos.h"
 #include "picker/SelectedImagesReceiver.h"
+#include "picker/ThemedPicker.h"
 #include "picker/YMSPhotoHelper.h"
-#include "picker/YMSPhotoPickerTheme.h"
 #include "picker/YMSPhotoPickerViewController.h"
-#include "platform/base/CGGeometry.h"
 #include "platform/base/Localization.h"
 #include "platform/base/Log.h"
 #include "platform/base/Result.h"
-#include "platform/base/UIColor.h"
-#include "platform/base/UIScreen.h"
 #include "platform/image/pixels/UIImage.h"
 #include "platform/photos/PHAsset.h"
 #include "platform/photos/PhotoSource.h"
 #include "platform/view/FailureAlert.h"
 #include "platform/view/PictureWork.h"
 #include "platform/view/UIAlertController.h"
-#include "platform/view/UIApplication.h"
 #include "platform/view/UINavigationController.h"
 #include "platform/view/UIStoryboard.h"
 
 #include <algorithm>
 #include <array>
 #include <atomic>
+#include <cstddef>
 #include <string_view>
 #include <utility>
 
@@ -45,8 +43,10 @@ struct Entry {
     const char* segue;
 };
 
+constexpr std::string_view kThreePhotos = "threePhoto";
+
 constexpr std::array kEntries{
-    Entry{"twoPhoto", 2, segue::kPickedToCollage}, Entry{"threePhoto", 3, segue::kPickedToCollage},
+    Entry{"twoPhoto", 2, segue::kPickedToCollage}, Entry{kThreePhotos, 3, segue::kPickedToCollage},
     Entry{"blendPhoto", 2, segue::kPickedToBlend}, // no button sets it: a second way into the blend editor, kept ready
 };
 
@@ -58,26 +58,9 @@ const Entry* entryNamed(std::string_view name)
     return nullptr;
 }
 
-constexpr UIColor kPickerThemeColor{40 / 255.0, 196 / 255.0, 182 / 255.0, 1};
-/// Points that a photo may be smaller than this screen, in width and in height.
-constexpr double kImageMargin = 40;
-/// How far an editor lets photos be enlarged: at the screen's width they keep a pixel for each point then.
-constexpr double kDeepestZoom = 6;
 /// The short phones, and the space that three entries have on them.
 constexpr std::array kShortScreens{480.0, 568.0};
 constexpr double kShortScreenSpacing = 55;
-
-void applyTheme(YMSPhotoPickerTheme& theme)
-{
-    theme.titleLabelTextColor = UIColor::black();
-    theme.navigationBarBackgroundColor = kPickerThemeColor;
-    theme.tintColor = UIColor::black();
-    theme.orderTintColor = kPickerThemeColor;
-    theme.orderLabelTextColor = UIColor::black();
-    theme.cameraVeilColor = kPickerThemeColor;
-    theme.cameraIconColor = UIColor::white();
-    theme.statusBarStyle = 0;
-}
 
 /// The message is completed by what could not be read, a sentence each.
 std::shared_ptr<UIAlertController> wrongCountAlert(unsigned photos, const std::vector<Error>& failures)
@@ -90,14 +73,6 @@ std::shared_ptr<UIAlertController> wrongCountAlert(unsigned photos, const std::v
                                    {{localizedString("OK"), UIAlertActionStyle::Default, {}}});
 }
 
-std::shared_ptr<UIAlertController> permissionAlert(std::string title, std::string message)
-{
-    const auto openSettings = [] { UIApplication::shared().openURL(UIApplicationOpenSettingsURLString); };
-    return UIAlertController::make(std::move(title), std::move(message),
-                                   {{localizedString("Cancel"), UIAlertActionStyle::Cancel, {}},
-                                    {localizedString("Settings"), UIAlertActionStyle::Default, openSettings}});
-}
-
 } // namespace
 
 ViewController::ViewController() = default;
@@ -106,11 +81,6 @@ ViewController::~ViewController() = default;
 std::shared_ptr<ViewController> ViewController::sharedSelf()
 {
     return {shared_from_this(), this};
-}
-
-bool ViewController::collageAvailable() const
-{
-    return UIStoryboard::named(kMainStoryboard)->segue(segue::kPickedToCollage).has_value();
 }
 
 void ViewController::viewDidLoad()
@@ -174,7 +144,20 @@ std::shared_ptr<UIViewController> ViewController::pushSourceChooser()
     return chooser;
 }
 
+bool ViewController::wantsPhotos() const
+{
+    return !m_readsPhotos && !m_opensWork;
+}
+
 void ViewController::receivePhotos(std::vector<PhotoSource> photos)
+{
+    if (photos.size() >= entryNamed(kThreePhotos)->photos)
+        beginCollage(std::string(kThreePhotos), std::move(photos));
+    else
+        beginBlend(std::move(photos));
+}
+
+void ViewController::beginBlend(std::vector<PhotoSource> photos)
 {
     if (photos.empty())
         return;
@@ -183,13 +166,28 @@ void ViewController::receivePhotos(std::vector<PhotoSource> photos)
         receiver->receivePhotos(std::move(photos));
 }
 
+void ViewController::beginCollage(const std::string& entry, std::vector<PhotoSource> photos)
+{
+    const Entry* const wanted = entryNamed(entry);
+    if (!wanted || !wantsPhotos())
+        return;
+    selectedBtnStr = entry;
+    const std::size_t count = photos.size();
+    photos.resize(std::min<std::size_t>(count, wanted->photos));
+    if (photos.size() == count)
+        return openPicked(std::move(photos));
+    const std::size_t leftOut = count - wanted->photos;
+    presentTooManyPhotos(
+        *this,
+        leftOut == 1 ? localizedString("The collage has no place for one of the photos.")
+                     : localizedText("The collage has no place for %1 of the photos.", {std::to_string(leftOut)}),
+        [self = sharedSelf(), photos = std::move(photos)] { self->openPicked(photos); });
+}
+
 void ViewController::launchSpecialController()
 {
-    const auto picker = std::make_shared<YMSPhotoPickerViewController>();
-    if (const Entry* const entry = entryNamed(selectedBtnStr))
-        picker->numberOfPhotoToSelect = entry->photos;
-    applyTheme(picker->theme());
-    yms_presentCustomAlbumPhotoView(*this, picker, sharedSelf());
+    const Entry* const entry = entryNamed(selectedBtnStr);
+    yms_presentCustomAlbumPhotoView(*this, makeThemedPicker(entry ? entry->photos : 1), sharedSelf());
 }
 
 void ViewController::prepareForSegue(UIStoryboardSegue& segue, QObject* sender)
@@ -218,27 +216,29 @@ void ViewController::photoPickerViewController(YMSPhotoPickerViewController& pic
 void ViewController::photoPickerViewController(YMSPhotoPickerViewController& picker,
                                                const std::vector<PHAsset>& didFinishPickingImages)
 {
-    picker.dismiss(true, [self = sharedSelf(), assets = didFinishPickingImages] { self->openPicked(assets); });
+    picker.dismiss(true,
+                   [self = sharedSelf(), photos = photoSources(didFinishPickingImages)] { self->openPicked(photos); });
 }
 
 /// The photos are read behind a panel, since large ones take their time; until it is gone nothing else can be done, so
 /// that all comes in the order in which it would come at once.
-void ViewController::openPicked(const std::vector<PHAsset>& assets)
+void ViewController::openPicked(std::vector<PhotoSource> photos)
 {
+    if (std::exchange(m_readsPhotos, true))
+        return;
     const auto cancelled = std::make_shared<std::atomic<bool>>(false);
-    const CGSize own = view().bounds().size;
-    const UIScreen screen = UIScreen::main();
-    const PickedPhotoSize size{{(own.width - kImageMargin) * screen.scale, (own.height - kImageMargin) * screen.scale},
-                               kDeepestZoom * screen.bounds.width};
+    const PickedPhotoSize size = pickedPhotoSizeFor(view().bounds().size);
     showBusyPanel([cancelled] { *cancelled = true; });
     inBackground<PickedPhotos>(
-        weak_from_this(), [assets, size, cancelled] { return loadPickedPhotos(assets, size, *cancelled); },
-        [this, cancelled](PickedPhotos photos) {
+        weak_from_this(),
+        [photos = std::move(photos), size, cancelled] { return loadPickedPhotos(photos, size, *cancelled); },
+        [this, cancelled](PickedPhotos read) {
+            m_readsPhotos = false;
             SVProgressHUD::dismiss();
             if (*cancelled)
                 return;
-            chosenImages = std::move(photos.images);
-            goOnWithChosenImages(photos.failures);
+            chosenImages = std::move(read.images);
+            goOnWithChosenImages(read.failures);
         });
 }
 
@@ -255,16 +255,12 @@ void ViewController::goOnWithChosenImages(const std::vector<Error>& failures)
 
 void ViewController::photoPickerViewControllerDidReceivePhotoAlbumAccessDenied(YMSPhotoPickerViewController&)
 {
-    present(permissionAlert(localizedString("Allow photo album access?"),
-                            localizedString("Need your permission to access photo albumbs")),
-            true);
+    presentAlbumAccessAlert(*this);
 }
 
 void ViewController::photoPickerViewControllerDidReceiveCameraAccessDenied(YMSPhotoPickerViewController& picker)
 {
-    picker.present(permissionAlert(localizedString("Allow camera access?"),
-                                   localizedString("Need your permission to take a photo")),
-                   true);
+    presentCameraAccessAlert(picker);
 }
 
 } // namespace lamina

@@ -26,7 +26,6 @@ namespace lamina {
 /// person removes it.
 class ViewController : public UIViewController, public YMSPhotoPickerViewControllerDelegate, public PhotoReceiver {
     Q_OBJECT
-    Q_PROPERTY(bool collageAvailable READ collageAvailable CONSTANT FINAL)
     Q_PROPERTY(bool workOffered READ workOffered NOTIFY offeredWorkChanged FINAL)
     Q_PROPERTY(bool workWasLeft READ workWasLeft NOTIFY offeredWorkChanged FINAL)
     Q_PROPERTY(QString workLine READ workLine NOTIFY offeredWorkChanged FINAL)
@@ -43,9 +42,6 @@ public:
     std::vector<UIImage> chosenImages;
     /// Space between the three entries, points; 0 leaves it to the layout.
     double verticlebtnConstraints = 0;
-
-    /// Whether there is an editor to which a collage's photos can go; without one the two entries are not offered.
-    bool collageAvailable() const;
 
     void viewDidLoad() override;
     void viewWillAppear(bool animated) override;
@@ -93,9 +89,15 @@ public:
     void photoPickerViewControllerDidReceivePhotoAlbumAccessDenied(YMSPhotoPickerViewController& picker) override;
     void photoPickerViewControllerDidReceiveCameraAccessDenied(YMSPhotoPickerViewController& picker) override;
 
-    /// Photos that come from outside are for a blend: it is begun with them.
-    bool wantsPhotos() const override { return true; }
+    bool wantsPhotos() const override;
+    /// Photos that come from outside begin what their number says: three or more a collage of three, fewer a blend.
     void receivePhotos(std::vector<PhotoSource> photos) override;
+    /// Begins a blend with photos that come from outside, at least one.
+    void beginBlend(std::vector<PhotoSource> photos);
+    /// Begins the collage of the entry, "twoPhoto" or "threePhoto", with photos that come from outside: they are read
+    /// as those of the picker are, and an alert says so when they are too few. Of too many the first ones are taken,
+    /// and an alert says that as well.
+    void beginCollage(const std::string& entry, std::vector<PhotoSource> photos);
 
 signals:
     void offeredWorkChanged();
@@ -108,7 +110,7 @@ private:
     void removeWork();
     std::shared_ptr<ViewController> sharedSelf();
     std::shared_ptr<UIViewController> pushSourceChooser();
-    void openPicked(const std::vector<PHAsset>& assets);
+    void openPicked(std::vector<PhotoSource> photos);
     void goOnWithChosenImages(const std::vector<Error>& failures);
 
     NotificationObserver m_dismissal;
@@ -116,7 +118,8 @@ private:
     std::optional<KeptOffer> m_offer;
     UIImage m_print; ///< of the offer
     bool m_editorWasLeft = false;
-    bool m_opensWork = false; ///< it is being read
+    bool m_opensWork = false;   ///< it is being read
+    bool m_readsPhotos = false; ///< the busy panel is shown
 };
 
 } // namespace lamina

@@ -2,20 +2,16 @@
 
 #include "app/MainStoryboard.h"
 #include "app/PinchZoomViewController.h"
+#include "cli/EditorSteps.h"
 #include "editors/blend/BlendPhotoViewController.h"
 #include "editors/blend/BlendTools.h"
 #include "editors/blend/PickedImages.h"
-#include "editors/stickers/IQStickerView.h"
-#include "editors/stickers/StickerBoard.h"
 #include "editors/stickers/StickerStrip.h"
-#include "platform/base/DispatchQueue.h"
-#include "platform/base/UIScreen.h"
 #include "platform/view/UIStoryboard.h"
 #include "platform/view/UIViewController.h"
 
 #include <QString>
 
-#include <numbers>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -24,11 +20,6 @@
 namespace lamina {
 
 namespace {
-
-void letTransitionsRun()
-{
-    DispatchQueue::main().runUntilIdle();
-}
 
 /// What a step is to the editor: what a person would press for it, and the movement of fingers without the fingers.
 struct Hand {
@@ -61,7 +52,7 @@ struct Hand {
         open(blendtool::kStickers, &BlendPhotoViewController::stickerBtn);
         const int tag = editor.stickerHandleTag();
         editor.stickerImgGesture(StickerStrip::kFirstTag + static_cast<int>(*stickerIndex(step.sticker->name)));
-        place(tag, step);
+        placeSticker(editor.mainImgView(), tag, step);
     }
 
 private:
@@ -84,26 +75,14 @@ private:
             return;
         photo == 1 ? editor.photo1() : editor.photo2();
     }
-    void place(int tag, const StickerStep& step) const
-    {
-        IQStickerView* const sticker = StickerBoard::find(editor.mainImgView(), tag);
-        if (!sticker)
-            return;
-        sticker->setBounds({{}, step.size});
-        sticker->moveBy(step.centre.x - sticker->center().x, step.centre.y - sticker->center().y);
-        sticker->turnBy(step.degrees * std::numbers::pi / 180);
-    }
 };
 
 } // namespace
 
 BlendScript::BlendScript(double width, double scale)
+    : m_stage({width, 2 * width}, scale)
 {
-    UIScreen::setMain({{width, 2 * width}, scale});
-    registerMainStoryboard();
     clearPickedImages();
-    m_window.setRootViewController(std::make_shared<UIViewController>());
-    letTransitionsRun();
 }
 
 BlendScript::~BlendScript() = default;
@@ -112,14 +91,14 @@ void BlendScript::cropPhoto(UIImage photo, const std::optional<CropStep>& step)
 {
     const auto screen = UIStoryboard::named(kMainStoryboard)->instantiate<PinchZoomViewController>(scene::kCrop);
     screen->pickedImage = std::move(photo);
-    m_window.rootViewController()->present(screen, false);
-    letTransitionsRun();
+    m_stage.window().rootViewController()->present(screen, false);
+    ScriptStage::letTransitionsRun();
     if (step) {
         screen->scrollView().setZoomScale(step->zoom);
         screen->scrollView().setContentOffset(step->offset);
     }
     screen->doneButton();
-    letTransitionsRun();
+    ScriptStage::letTransitionsRun();
     m_editor = std::dynamic_pointer_cast<BlendPhotoViewController>(screen->presentedViewController());
 }
 

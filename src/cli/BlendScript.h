@@ -1,9 +1,9 @@
 #pragma once
 
 #include "cli/BlendSteps.h"
+#include "cli/EditorScript.h"
 #include "platform/base/CGGeometry.h"
 #include "platform/image/pixels/UIImage.h"
-#include "platform/view/UIWindow.h"
 
 #include <memory>
 #include <optional>
@@ -35,7 +35,7 @@ public:
     UIImage flattened();
 
 private:
-    UIWindow m_window; ///< no window is opened: it only owns the screens
+    ScriptStage m_stage;
     std::shared_ptr<BlendPhotoViewController> m_editor;
 };
 

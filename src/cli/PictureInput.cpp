@@ -1,5 +1,6 @@
 #include "cli/PictureInput.h"
 
+#include "platform/base/SideBySide.h"
 #include "platform/files/FileCauses.h"
 #include "platform/image/codecs/PictureDecoding.h"
 #include "platform/photos/PhotoLoading.h"
@@ -8,7 +9,6 @@
 #include <cerrno>
 #include <cstddef>
 #include <cstdint>
-#include <future>
 #include <unistd.h>
 #include <utility>
 
@@ -66,21 +66,27 @@ Result<UIImage> readPicture(const std::string& path, int shortSide)
     return loadUpright(*source, options);
 }
 
-Result<std::vector<UIImage>> readPictures(const std::vector<std::string>& paths, int shortSide, ReadingOrder order)
+Result<std::vector<UIImage>> readPictures(const std::vector<std::string>& paths, int shortSide)
 {
-    // What is deferred is read by the caller when its turn comes; the first one always is.
-    std::vector<std::future<Result<UIImage>>> readers;
-    for (const std::string& path : paths) {
-        const bool elsewhere = order == ReadingOrder::AtOnce && !readers.empty();
-        const std::launch policy = elsewhere ? std::launch::async : std::launch::deferred;
-        readers.push_back(std::async(policy, readPicture, path, shortSide));
-    }
     std::vector<UIImage> pictures;
-    for (auto& reader : readers) {
-        Result<UIImage> picture = reader.get();
+    for (const std::string& path : paths) {
+        Result<UIImage> picture = readPicture(path, shortSide);
         if (!picture)
             return picture.error();
-        pictures.push_back(std::move(*picture));
+        pictures.push_back(*std::move(picture));
+    }
+    return pictures;
+}
+
+Result<std::vector<UIImage>> readPicturesAtOnce(const std::vector<std::string>& paths,
+                                                const std::vector<int>& shortSides)
+{
+    std::vector<UIImage> pictures;
+    for (Result<UIImage>& picture :
+         sideBySide(paths.size(), [&](std::size_t index) { return readPicture(paths[index], shortSides[index]); })) {
+        if (!picture)
+            return picture.error();
+        pictures.push_back(*std::move(picture));
     }
     return pictures;
 }

@@ -12,14 +12,12 @@ namespace lamina {
 /// size. The error's subject is the path, or "standard input". Any thread.
 Result<UIImage> readPicture(const std::string& path, int shortSide = 0);
 
-/// Whether several pictures are decoded one after another or at once.
-enum class ReadingOrder {
-    OneByOne,
-    AtOnce, ///< each on a thread of its own: memory for decoding all of them at a time
-};
+/// What `readPicture` gives for each path, one after the other, or the first one's error.
+Result<std::vector<UIImage>> readPictures(const std::vector<std::string>& paths, int shortSide = 0);
 
-/// What `readPicture` gives for each path, or the first one's error.
-Result<std::vector<UIImage>> readPictures(const std::vector<std::string>& paths, int shortSide = 0,
-                                          ReadingOrder order = ReadingOrder::OneByOne);
+/// The same of all at once, a thread for each: memory for decoding all of them at a time. `shortSides` has one for each
+/// path.
+Result<std::vector<UIImage>> readPicturesAtOnce(const std::vector<std::string>& paths,
+                                                const std::vector<int>& shortSides);
 
 } // namespace lamina

@@ -1,10 +1,9 @@
 #include "app/ViewController.h"
 
 #include "ScreenTest.h"
-#include "app/PickedPhotos.h"
 #include "editors/blend/BlendPhotoViewController.h"
+#include "editors/collage/CreateCollageViewController.h"
 #include "hud/ProgressOverlay.h"
-#include "picker/SelectedImagesReceiver.h"
 #include "picker/YMSPhotoPickerViewController.h"
 #include "platform/base/UIColor.h"
 #include "platform/photos/PHAsset.h"
@@ -20,12 +19,6 @@
 namespace lamina::test {
 namespace {
 
-class CollageEditor : public UIViewController, public SelectedImagesReceiver {
-public:
-    std::vector<UIImage> images;
-    void setSelectedImages(std::vector<UIImage> selectedImages) override { images = std::move(selectedImages); }
-};
-
 class HomeScreen : public ScreenTest {
 protected:
     void SetUp() override
@@ -39,11 +32,6 @@ protected:
         settle();
     }
 
-    void addCollageEditor()
-    {
-        storyboard->addScene("CreateCollageViewController", {[] { return std::make_shared<CollageEditor>(); }, ""});
-        storyboard->addSegue(segue::kPickedToCollage, "CreateCollageViewController", UIStoryboard::SegueKind::Present);
-    }
     /// Opens a picker and answers for it as one that the user has finished, without waiting.
     void finishPicking(const std::string& entry, const std::vector<std::string>& names)
     {
@@ -61,6 +49,15 @@ protected:
     {
         finishPicking(entry, names);
         settle();
+    }
+
+    /// Which photos these are, by the colour that each has all over.
+    static std::vector<int> blues(const std::vector<UIImage>& images)
+    {
+        std::vector<int> read;
+        for (const UIImage& image : images)
+            read.push_back(pixelAt(image.cgImage(), 0, 0)[2]);
+        return read;
     }
 
     std::shared_ptr<ViewController> home;
@@ -88,22 +85,15 @@ TEST_F(HomeScreen, CollageEntriesOpenThePickerInItsColours)
 
 TEST_F(HomeScreen, PickedPhotosReachTheEditorInTheirOrder)
 {
-    EXPECT_FALSE(home->collageAvailable());
-    addCollageEditor();
-    EXPECT_TRUE(home->collageAvailable());
-    const auto blues = [](const std::vector<UIImage>& images) {
-        std::vector<int> read;
-        for (const UIImage& image : images) {
-            // All of it, over 40 points less than the screen on each axis, at its scale.
-            read.push_back(pixelAt(image.cgImage(), 90, 120)[2]);
-            EXPECT_EQ(image.pixelSize(), read.back() == 10 ? (IntSize{320, 240}) : (IntSize{180, 240}));
-        }
-        return read;
-    };
+    const auto photos = [this] { return top<CreateCollageViewController>()->selectedImages(); };
     pick("threePhoto", {"a.png", "b.png", "a.png"});
-    ASSERT_TRUE(top<CollageEditor>());
-    EXPECT_EQ(blues(top<CollageEditor>()->images), (std::vector{10, 200, 10}));
-    home->dismiss(false);
+    ASSERT_TRUE(top<CreateCollageViewController>());
+    EXPECT_EQ(stack->viewControllers().size(), 2u);
+    EXPECT_EQ(blues(photos()), (std::vector{10, 200, 10}));
+    for (const UIImage& image : photos()) // all of it, over 40 points less than the screen on each axis, at its scale
+        EXPECT_EQ(image.pixelSize(),
+                  pixelAt(image.cgImage(), 0, 0)[2] == 10 ? (IntSize{320, 240}) : (IntSize{180, 240}));
+    stack->popViewController(false);
     settle();
     pick("blendPhoto", {"b.png", "a.png"});
     ASSERT_TRUE(top<BlendPhotoViewController>());
@@ -112,7 +102,6 @@ TEST_F(HomeScreen, PickedPhotosReachTheEditorInTheirOrder)
 
 TEST_F(HomeScreen, LeadsFromTheLibraryOverThePickerToTheEditor)
 {
-    addCollageEditor();
     PHPhotoLibrary::setFurtherFolders({folder.path()});
     const auto ownAlbum = [this] {
         for (const PHAssetCollection& album :
@@ -132,30 +121,9 @@ TEST_F(HomeScreen, LeadsFromTheLibraryOverThePickerToTheEditor)
                 picker->tapItem(static_cast<int>(*picker->currentCollectionItem()->assets.indexOfObject(asset)) + 1);
     picker->finishPickingPhotos();
     settle();
-    ASSERT_TRUE(top<CollageEditor>());
-    const std::vector<UIImage>& images = top<CollageEditor>()->images;
-    ASSERT_EQ(images.size(), 2u);
-    EXPECT_EQ(pixelAt(images[0].cgImage(), 0, 0)[2], 200);
-    EXPECT_EQ(pixelAt(images[1].cgImage(), 0, 0)[2], 10);
+    ASSERT_TRUE(top<CreateCollageViewController>());
+    EXPECT_EQ(blues(top<CreateCollageViewController>()->selectedImages()), (std::vector{200, 10}));
     PHPhotoLibrary::setFurtherFolders({});
-}
-
-TEST(PickedPhotos, CoverTheScreenAndKeepTheirPixelsForTheDeepestZoom)
-{
-    const struct {
-        CGSize own, covered;
-        double shortSide;
-        CGSize expected;
-    } table[] = {
-        {{4000, 3000}, {1005, 1881}, 2250, {3000, 2250}}, // what the zoom needs
-        {{3000, 4000}, {3720, 2280}, 2580, {3000, 4000}}, // nor is it enlarged for a large window,
-        {{1500, 1000}, {3720, 6480}, 2000, {3000, 2000}}, // or no further than for the zoom
-        {{1000, 800}, {180, 240}, 2250, {1000, 800}},     // no more than there is
-        {{40, 30}, {180, 240}, 2250, {320, 240}},         // but for what is to be covered
-    };
-    for (const auto& c : table)
-        EXPECT_EQ(pickedPhotoSize(c.own, {c.covered, c.shortSide}), c.expected)
-            << c.own.width << ' ' << c.covered.width;
 }
 
 TEST_F(HomeScreen, LargePhotosAreReducedAndTheirReadingCanBeCancelled)
@@ -180,9 +148,6 @@ TEST_F(HomeScreen, LargePhotosAreReducedAndTheirReadingCanBeCancelled)
 
 TEST_F(HomeScreen, AnotherNumberOfPhotosOpensNothing)
 {
-    home->receivePhotos({}); // from outside
-    settle();
-    EXPECT_EQ(window.topViewController(), home);
     const struct {
         const char* entry;
         std::vector<std::string> names;
@@ -201,6 +166,47 @@ TEST_F(HomeScreen, AnotherNumberOfPhotosOpensNothing)
         EXPECT_EQ(alertText(), c.alert);
         EXPECT_EQ(window.topViewController(), home);
     }
+}
+
+TEST_F(HomeScreen, PhotosFromOutsideBeginWhatTheirNumberOrTheirEntrySays)
+{
+    const std::string bytes = readFile(folder.path("b.png"));
+    const PhotoSource a = photo("a.png");
+    const PhotoSource b = PhotoSource::fromBytes({bytes.begin(), bytes.end()}, "pasted"); // none of these has a file
+    const struct {
+        const char* entry; ///< empty: dropped on this screen
+        std::vector<PhotoSource> photos;
+        std::vector<int> collage; ///< none: it doesn't begin
+        const char* alert;
+    } table[] = {
+        {"", {}, {}, ""},
+        {"", {a, b, a}, {10, 200, 10}, ""},
+        {"", {b, a, b, a}, {200, 10, 200}, "Too many photos / The collage has no place for one of the photos."},
+        {"twoPhoto", {b, a}, {200, 10}, ""},
+        {"twoPhoto", {b, a, b, b}, {200, 10}, "Too many photos / The collage has no place for 2 of the photos."},
+        {"threePhoto", {a, b}, {}, "Oops / Please select 3 photos"},
+        {"twoPhoto",
+         {photo("gone.png"), PhotoSource::fromBytes({1, 2}, "odd")},
+         {},
+         "Oops / Please select 2 photos\ngone.png: no such file.\nodd: not a picture."},
+    };
+    for (const auto& c : table) {
+        SCOPED_TRACE(testing::Message() << c.entry << ' ' << c.photos.size());
+        *c.entry ? home->beginCollage(c.entry, c.photos) : home->receivePhotos(c.photos);
+        settle();
+        EXPECT_EQ(alertText(), c.alert);
+        const auto editor = top<CreateCollageViewController>();
+        EXPECT_EQ(blues(editor ? editor->selectedImages() : std::vector<UIImage>()), c.collage);
+        if (editor)
+            stack->popViewController(false);
+        settle();
+    }
+    home->receivePhotos({a, b, a});
+    EXPECT_FALSE(home->wantsPhotos()); // those are read first
+    home->receivePhotos({b, b, b});
+    settle();
+    ASSERT_TRUE(top<CreateCollageViewController>());
+    EXPECT_EQ(blues(top<CreateCollageViewController>()->selectedImages()), (std::vector{10, 200, 10}));
 }
 
 TEST_F(HomeScreen, WorkThatWasLeftIsOfferedUntilItIsRemoved)

@@ -10,6 +10,7 @@ EditorScreen {
                                                : qsTranslate("Lamina", "Photo 1 lies over photo 2."))
         + " " + keysHint
     underHeight: selector.height
+    hinting: controller.panBool
 
     readonly property string keysHint: controller.stickerActive
         ? qsTranslate("Lamina", "Arrow keys move the sticker, plus and minus scale it, comma and period turn it, Delete removes it")
@@ -56,16 +57,6 @@ EditorScreen {
         controller: blend.controller
     }
 
-    HintPill {
-        readonly property real space: blend.toolsTop - blend.layout.underFoot
-        visible: !blend.wide && opacity > 0 && space >= height + 2 * Tokens.space.s
-        room: selector.width
-        x: selector.x + (selector.width - width) / 2
-        y: blend.layout.underFoot + (space - height) / 2
-        shown: blend.controller.panBool && !blend.controller.edited && blend.controller.notice === "" && !blend.docked
-        text: blend.gestureHint
-    }
-
     // What is said of the photos that a tool acts on; nothing where neither is chosen.
     function on(photo1, photo2, title) {
         return photo1 && photo2 ? qsTranslate("Lamina", "%1 on both photos").arg(title)
@@ -74,30 +65,15 @@ EditorScreen {
     }
 
     panels: [
-        EditorPanel {
-            name: ""
+        EditorHint {
             current: blend.panel
             layout: blend.layout
-            wideOnly: true
             heading: qsTranslate("Lamina", "Move")
-            ScrollPage {
-                anchors.fill: parent
-                contentHeight: hint.height
-                clip: interactive
-                reading: true
-                StyledText {
-                    id: hint
-                    width: parent.width
-                    text: !blend.controller.panBool
-                        ? blend.chooseMove
-                        : Host.mouseAtHand
-                        ? qsTranslate("Lamina", "Drag the second photo, turn the wheel to zoom it. Arrow keys move it a little, plus and minus zoom.")
-                        : qsTranslate("Lamina", "Drag the second photo, pinch to zoom it. Arrow keys move it a little, plus and minus zoom.")
-                    role: Tokens.type.caption
-                    color: Tokens.palette.textSecondary
-                    Accessible.name: text
-                }
-            }
+            text: !blend.controller.panBool
+                ? blend.chooseMove
+                : Host.mouseAtHand
+                ? qsTranslate("Lamina", "Drag the second photo, turn the wheel to zoom it. Arrow keys move it a little, plus and minus zoom.")
+                : qsTranslate("Lamina", "Drag the second photo, pinch to zoom it. Arrow keys move it a little, plus and minus zoom.")
         },
         EditorTray {
             name: "tools"

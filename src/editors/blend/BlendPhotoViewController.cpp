@@ -32,7 +32,7 @@ std::shared_ptr<View> makeSquareView(double side)
 } // namespace
 
 BlendPhotoViewController::BlendPhotoViewController()
-    : CompositionEditor(kBlendTools, blendtool::kPan)
+    : StickerEditor(kBlendTools, blendtool::kPan, kFirstStickerTag)
     , m_finish(std::make_shared<ExportFinish>(*this,
                                               ExportedWork{[this] { return flattened(); }, [this] { workExported(); }}))
     , m_cutting(std::make_shared<PhotoCutting>(*this))
@@ -41,11 +41,7 @@ BlendPhotoViewController::BlendPhotoViewController()
     watchProperties();
 }
 
-BlendPhotoViewController::~BlendPhotoViewController()
-{
-    if (m_baseView)
-        StickerBoard::leave(*m_baseView);
-}
+BlendPhotoViewController::~BlendPhotoViewController() = default;
 
 void BlendPhotoViewController::watchProperties()
 {
@@ -89,7 +85,6 @@ void BlendPhotoViewController::viewDidLoad()
     view().setBackgroundColor(kGround);
     view().addSubview(m_baseView);
     takePickedPhotos();
-    setUpStickers();
     createLayout();
     open();
 }
@@ -142,7 +137,7 @@ void BlendPhotoViewController::createLayout()
 
 void BlendPhotoViewController::buildTree()
 {
-    StickerBoard::leave(*m_baseView);
+    stickerEditing().leave();
     while (!m_baseView->subviews().empty())
         m_baseView->subviews().back()->removeFromSuperview();
 
@@ -158,7 +153,7 @@ void BlendPhotoViewController::buildTree()
         m_imgViews[index] = makePhotoView(composition().photos[index]);
         m_mainImgView->addSubview(m_imgViews[index]);
     }
-    m_stickers.show(*m_mainImgView, composition().stickers);
+    stickerEditing().show(m_mainImgView, composition().stickers);
     if (panBool())
         addGesture(currentImageView());
 }
@@ -264,8 +259,8 @@ void BlendPhotoViewController::panBtnFunc()
         m_mainImgView->bringSubviewToFront(imgView2());
     }
     addGesture(currentImageView());
-    m_stickers.hideHandles(*m_mainImgView);
-    m_stickers.bringToFront(*m_mainImgView);
+    stickerEditing().hideHandles();
+    stickerEditing().bringToFront();
 }
 
 void BlendPhotoViewController::addGesture(UIImageView& view)

@@ -4,12 +4,10 @@
 #include "editors/blend/BlendPanels.h"
 #include "editors/blend/PhotoCutting.h"
 #include "editors/colorpicker/InfColorPickerControllerDelegate.h"
-#include "editors/common/CompositionEditor.h"
 #include "editors/common/EditorSlider.h"
 #include "editors/common/EditorToolBar.h"
-#include "editors/stickers/IQStickerView.h"
-#include "editors/stickers/StickerBoard.h"
-#include "editors/stickers/StickerStrip.h"
+#include "editors/common/PictureTools.h"
+#include "editors/stickers/StickerEditor.h"
 #include "export/ExportFinish.h"
 #include "platform/base/CGGeometry.h"
 #include "platform/photos/PhotoSource.h"
@@ -59,7 +57,7 @@ namespace lamina {
 /// A photo from outside (dropped, pasted) takes the place of the photo in hand: the one that the buttons name, the
 /// second where they name both, and the current one where they name none. Of several the first two take both places,
 /// which is one step.
-class BlendPhotoViewController : public CompositionEditor<BlendComposition>,
+class BlendPhotoViewController : public StickerEditor<BlendComposition>,
                                  public PhotoReceiver,
                                  public InfColorPickerControllerDelegate {
     Q_OBJECT
@@ -150,8 +148,6 @@ public:
     /// Puts the sticker of the strip's thumbnail of that tag into the middle of the canvas. Nothing for a tag that
     /// stands for none.
     Q_INVOKABLE void stickerImgGesture(int tag);
-    void letGoOfStickers() override;
-    void deleteSticker() override;
     /// Opens the menu of photo 1 or 2, in the place of the other's; 0: of the photo in hand. It closes with the next
     /// change. Nothing for other numbers.
     Q_INVOKABLE void openPhotoMenu(int photo);
@@ -219,12 +215,7 @@ public:
     /// The colour behind the photos, as "#AARRGGBB".
     QString backdrop() const;
     /// The stickers to choose from, a list model; null while there is none.
-    QObject* stickerStrip() const;
-
-    /// Tag of the next sticker.
-    int stickerHandleTag() const { return m_stickers.stickerHandleTag(); }
-    /// The tags of all stickers that there were since the editor opened.
-    const std::vector<int>& stickerTagMutableArr() const { return m_stickers.stickerTagMutableArr(); }
+    QObject* stickerStrip() const { return stickerEditing().strip(); }
 
 signals:
     /// After changes of what the properties above name; never during a gesture.
@@ -240,9 +231,6 @@ protected:
     double sliderValue(int tag) const override;
     void applySlider(int tag, double value) override;
     void showComposition() override;
-    void readViews() override;
-    UIView* activeSticker() const override;
-    void moveSticker(UIView& sticker, CGPoint by) override;
     UIView* gestureView() const override;
     UIView& gestureSpace() const override { return *m_saveTheImg; }
     bool isPhotoView(const UIView* view) const override { return photoOf(view).has_value(); }
@@ -250,11 +238,9 @@ protected:
     void transformPhoto(UIView& view, const CGAffineTransform& transform) override;
     const UIView& exportedView() const override { return *m_mainImgView; }
     void prepareExport() override;
-    std::function<void()> hideHandles() const override;
 
 private:
     static constexpr int kFirstStickerTag = 500;
-    class StickerObserver;
 
     /// What one of the two sliders of tone does.
     struct Tone {
@@ -278,14 +264,13 @@ private:
     void openEffects();
     void closeEffects();
     void openStickerStrip();
-    void doSubTool(std::string_view tool, UIImage (*operation)(const UIImage& image));
+    void doSubTool(std::string_view tool);
     std::size_t resolvedPhoto();
     void setPhotoImage(std::size_t photo, const UIImage& image);
     void changeTone(const Tone& tone, double value);
     void takeSnapshots();
     void changeOpacity(double value);
     void showNotMovableAlert();
-    void setUpStickers();
     void finishStickers(BlendComposition& recorded);
     std::weak_ptr<BlendPhotoViewController> weakSelf();
     void setMenuPhoto(int photo);
@@ -300,7 +285,7 @@ private:
 
     std::shared_ptr<ExportFinish> m_finish;
     BlendPanels m_panels;
-    EditorToolBar m_subToolBar{kBlendSubTools, {}};
+    EditorToolBar m_subToolBar = makePictureToolBar();
     QVariantList m_subTools; ///< of m_subToolBar, made when it changes
     /// Whether the two buttons that open and close their strip are on.
     bool m_toolSelected = false;
@@ -313,9 +298,6 @@ private:
     std::shared_ptr<UIView> m_saveTheImg;
     std::shared_ptr<UIImageView> m_mainImgView;
     std::array<std::shared_ptr<UIImageView>, 2> m_imgViews;
-    StickerBoard m_stickers{kFirstStickerTag};
-    std::shared_ptr<IQStickerObserver> m_stickerObserver;
-    std::unique_ptr<StickerStrip> m_stickerStrip;
 };
 
 } // namespace lamina

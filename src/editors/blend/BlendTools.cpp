@@ -4,13 +4,13 @@
 
 #include "editors/blend/BlendPanels.h"
 #include "editors/blend/BlendPhotoViewController.h"
+#include "editors/colorpicker/ColorPicking.h"
 #include "editors/colorpicker/InfColorPickerController.h"
 #include "editors/common/PanelAnimation.h"
-#include "imageops/ImageGeometry.h"
+#include "editors/common/PictureTools.h"
 #include "platform/base/UIColor.h"
 
 #include <algorithm>
-#include <cmath>
 #include <cstddef>
 
 namespace lamina {
@@ -35,22 +35,6 @@ std::string_view toolOf(BlendMode mode)
         ->tool;
 }
 
-UIImage turnedLeft(const UIImage& image)
-{
-    return rotateInDegrees(image, 90.0F);
-}
-
-UIImage turnedRight(const UIImage& image)
-{
-    return rotateInDegrees(image, -90.0F);
-}
-
-/// Two hexadecimal digits of a component.
-QString byteText(double component)
-{
-    return QStringLiteral("%1").arg(std::lround(std::clamp(component, 0.0, 1.0) * 255), 2, 16, QChar('0'));
-}
-
 } // namespace
 
 void BlendPhotoViewController::setUpTools()
@@ -60,8 +44,6 @@ void BlendPhotoViewController::setUpTools()
     setToolAction(blendtool::kTools, [this] { toolBtn(); });
     setToolAction(blendtool::kEffects, [this] { FxBtn(); });
     setToolAction(blendtool::kStickers, [this] { stickerBtn(); });
-    for (const EditorTool& tool : kBlendSubTools)
-        m_subToolBar.setEnabled(tool.identifier, true);
     m_subTools = m_subToolBar.list();
 }
 
@@ -140,11 +122,11 @@ void BlendPhotoViewController::chooseSubTool(const QString& identifier)
         std::string_view tool;
         void (BlendPhotoViewController::*action)();
     } kActions[] = {
-        {blendsubtool::kLeft, &BlendPhotoViewController::leftBtn},
-        {blendsubtool::kRight, &BlendPhotoViewController::rightBtn},
-        {blendsubtool::kHorizontal, &BlendPhotoViewController::horizontalBtn},
-        {blendsubtool::kVertical, &BlendPhotoViewController::verticalBtn},
-        {blendsubtool::kColor, &BlendPhotoViewController::adjustColor1},
+        {picturetool::kLeft, &BlendPhotoViewController::leftBtn},
+        {picturetool::kRight, &BlendPhotoViewController::rightBtn},
+        {picturetool::kHorizontal, &BlendPhotoViewController::horizontalBtn},
+        {picturetool::kVertical, &BlendPhotoViewController::verticalBtn},
+        {picturetool::kColor, &BlendPhotoViewController::adjustColor1},
     };
     for (const auto& [tool, action] : kActions) {
         if (identifier.toStdString() == tool)
@@ -154,30 +136,30 @@ void BlendPhotoViewController::chooseSubTool(const QString& identifier)
 
 void BlendPhotoViewController::leftBtn()
 {
-    doSubTool(blendsubtool::kLeft, turnedLeft);
+    doSubTool(picturetool::kLeft);
 }
 
 void BlendPhotoViewController::rightBtn()
 {
-    doSubTool(blendsubtool::kRight, turnedRight);
+    doSubTool(picturetool::kRight);
 }
 
 void BlendPhotoViewController::horizontalBtn()
 {
-    doSubTool(blendsubtool::kHorizontal, horizontalFlip);
+    doSubTool(picturetool::kHorizontal);
 }
 
 void BlendPhotoViewController::verticalBtn()
 {
-    doSubTool(blendsubtool::kVertical, verticalFlip);
+    doSubTool(picturetool::kVertical);
 }
 
-void BlendPhotoViewController::doSubTool(std::string_view tool, UIImage (*operation)(const UIImage& image))
+void BlendPhotoViewController::doSubTool(std::string_view tool)
 {
     act([&] {
         m_subToolBar.setActiveTool(tool);
         const std::size_t photo = resolvedPhoto();
-        setPhotoImage(photo, operation(composition().photos[photo].image));
+        setPhotoImage(photo, pictureOperation(tool)(composition().photos[photo].image));
     });
 }
 
@@ -195,14 +177,9 @@ void BlendPhotoViewController::setPhotoImage(std::size_t photo, const UIImage& i
 
 void BlendPhotoViewController::adjustColor1()
 {
-    if (presentedViewController())
-        return;
-    act([this] { m_subToolBar.setActiveTool(blendsubtool::kColor); });
-    const auto picker = InfColorPickerController::colorPickerViewController();
-    picker->setSourceColor(view().backgroundColor().value_or(UIColor::clear()));
-    picker->setDelegate(std::static_pointer_cast<BlendPhotoViewController>(shared_from_this()));
-    picker->setModalPresentationStyle(UIModalPresentationStyle::FullScreen);
-    picker->presentModallyOverViewController(*this);
+    const auto self = std::static_pointer_cast<BlendPhotoViewController>(shared_from_this());
+    if (pickColor(*this, view().backgroundColor().value_or(UIColor::clear()), self))
+        act([this] { m_subToolBar.setActiveTool(picturetool::kColor); });
 }
 
 void BlendPhotoViewController::colorPickerControllerDidFinish(InfColorPickerController& picker)
@@ -216,8 +193,7 @@ void BlendPhotoViewController::colorPickerControllerDidFinish(InfColorPickerCont
 
 QString BlendPhotoViewController::backdrop() const
 {
-    const UIColor color = composition().backdrop.value_or(UIColor::clear());
-    return '#' + byteText(color.alpha) + byteText(color.red) + byteText(color.green) + byteText(color.blue);
+    return colorText(composition().backdrop.value_or(UIColor::clear()));
 }
 
 } // namespace lamina

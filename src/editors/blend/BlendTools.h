@@ -27,24 +27,6 @@ inline constexpr std::array<EditorTool, 5> kBlendTools = {{
     {blendtool::kStickers, QT_TRANSLATE_NOOP("Lamina", "Sticker"), "Sticker", "Sticker1", 55},
 }};
 
-/// Identifiers of the sub-tools.
-namespace blendsubtool {
-inline constexpr std::string_view kLeft = "left";
-inline constexpr std::string_view kRight = "right";
-inline constexpr std::string_view kHorizontal = "horizontal";
-inline constexpr std::string_view kVertical = "vertical";
-inline constexpr std::string_view kColor = "color";
-} // namespace blendsubtool
-
-/// The strip of sub-tools, in its order. They have no cells that turn grey.
-inline constexpr std::array<EditorTool, 5> kBlendSubTools = {{
-    {blendsubtool::kLeft, QT_TRANSLATE_NOOP("Lamina", "Left"), "Left", "Left1", 0, false},
-    {blendsubtool::kRight, QT_TRANSLATE_NOOP("Lamina", "Right"), "Right", "Right1", 0, false},
-    {blendsubtool::kHorizontal, QT_TRANSLATE_NOOP("Lamina", "Flip H"), "Horizontal", "Horizontal1", 0, false},
-    {blendsubtool::kVertical, QT_TRANSLATE_NOOP("Lamina", "Flip V"), "Vertical", "Vertical1", 0, false},
-    {blendsubtool::kColor, QT_TRANSLATE_NOOP("Lamina", "Color"), "Color", "Color1", 0, false},
-}};
-
 /// Tags of the sliders.
 namespace blendslider {
 inline constexpr int kContrast = 50;

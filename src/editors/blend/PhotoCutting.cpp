@@ -87,14 +87,20 @@ std::shared_ptr<UIImagePickerController> makeCropPicker(std::weak_ptr<UIImagePic
     return picker;
 }
 
-void presentLeftOut(UIViewController& screen, std::size_t count, std::function<void()> goOn)
+void presentTooManyPhotos(UIViewController& screen, std::string message, std::function<void()> goOn)
 {
-    const std::string message =
-        count == 1 ? localizedString("Lamina blends two photos. One was left out.")
-                   : localizedText("Lamina blends two photos. %1 were left out.", {std::to_string(count)});
-    screen.present(UIAlertController::make(localizedString("Too many photos"), message,
+    screen.present(UIAlertController::make(localizedString("Too many photos"), std::move(message),
                                            {{localizedString("OK"), UIAlertActionStyle::Default, std::move(goOn)}}),
                    true);
+}
+
+void presentLeftOut(UIViewController& screen, std::size_t count, std::function<void()> goOn)
+{
+    presentTooManyPhotos(screen,
+                         count == 1
+                             ? localizedString("Lamina blends two photos. One was left out.")
+                             : localizedText("Lamina blends two photos. %1 were left out.", {std::to_string(count)}),
+                         std::move(goOn));
 }
 
 } // namespace lamina

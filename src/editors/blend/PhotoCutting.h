@@ -10,6 +10,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <string>
 #include <vector>
 
 namespace lamina {
@@ -99,7 +100,9 @@ private:
 std::shared_ptr<UIImagePickerController> makeCropPicker(std::weak_ptr<UIImagePickerControllerDelegate> delegate,
                                                         UIImagePickerControllerSourceType source, double side);
 
-/// Tells that `count` photos, at least one, have no place in a blend; then `goOn` is called.
+/// Tells in an alert that some photos have no place, by a message in the user's language; then `goOn` is called.
+void presentTooManyPhotos(UIViewController& screen, std::string message, std::function<void()> goOn);
+/// The same of `count` photos, at least one, in a blend.
 void presentLeftOut(UIViewController& screen, std::size_t count, std::function<void()> goOn);
 
 } // namespace lamina

@@ -24,6 +24,8 @@ void EditorViewController::askToDiscard(std::function<void()> discard)
 
 UIImage EditorViewController::flattened()
 {
+    endSliding();
+    landWork();
     prepareExport();
     m_flattenedRevision = m_keeper.revision();
     return renderedCanvas();

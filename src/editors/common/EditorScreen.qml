@@ -19,6 +19,11 @@ AppScreen {
     readonly property EditorPanel covering: panelWhere(panel => panel.onTools && panel.presence > 0)
     readonly property real cover: covering ? covering.presence : 0
     property bool toolsHidden: false
+    // The keys of the KeyTable that choose the tools in their order.
+    property string toolCommand: "tool"
+    // What fingers, or a mouse, can do on the canvas, and whether that is to be told.
+    property string hint: gestureHint
+    property bool hinting: false
     // Of a key, radians: as a step of the wheel.
     readonly property real turnStep: Math.PI / 60
     // What stands over the panels in the side panel takes this much of their height.
@@ -59,6 +64,13 @@ AppScreen {
             docked.takeFocus()
         toolsHidden = hidden
     }
+    // What a double tap on the canvas asks for, in its points, and the key for the same.
+    function doubleTap(x, y) {
+        bringBack()
+    }
+    function bringBack() {
+        controller.bringPhotoBack()
+    }
     function focusTools() {
         (small ? tray : tools).takeFocus()
     }
@@ -69,13 +81,13 @@ AppScreen {
     name: canvasName
     onBack: if (!controller.letGo()) controller.backBtn()
     Keys.onPressed: event => {
-        const tool = controller.tools[KeyTable.find("tool", event.key, event.modifiers)]
+        const tool = controller.tools[KeyTable.find(toolCommand, event.key, event.modifiers)]
         event.accepted = event.accepted || tool !== undefined
         if (tool)
             controller.chooseTool(tool.identifier)
         if (KeyTable.find("bringBack", event.key, event.modifiers) >= 0) {
             event.accepted = true
-            controller.bringPhotoBack()
+            bringBack()
         }
         const turn = KeyTable.find("turn", event.key, event.modifiers)
         if (turn >= 0) {
@@ -152,13 +164,23 @@ AppScreen {
             Accessible.name: editor.canvasName
             Accessible.description: editor.canvasDescription
             onTapped: (x, y) => editor.controller.tapCanvas(x, y)
-            onDoubleTapped: editor.controller.bringPhotoBack()
+            onDoubleTapped: (x, y) => editor.doubleTap(x, y)
         }
     }
 
     Item {
         id: slot
         anchors.fill: parent
+    }
+
+    HintPill {
+        readonly property real space: editor.toolsTop - measures.underFoot
+        visible: !editor.wide && opacity > 0 && space >= height + 2 * Tokens.space.s
+        room: measures.underWidth
+        x: measures.underX + (measures.underWidth - width) / 2
+        y: measures.underFoot + (space - height) / 2
+        shown: editor.hinting && !editor.controller.edited && editor.controller.notice === "" && !editor.docked
+        text: editor.hint
     }
 
     Item {

@@ -17,7 +17,7 @@ SidePanel {
         y: 14
         anchors.horizontalCenter: parent.horizontalCenter
         room: parent.width - 2 * Tokens.space.s
-        columnSpacing: 5
+        widestGap: 5
         tools: panel.controller.tools
         onChosen: identifier => panel.controller.chooseTool(identifier)
     }

@@ -24,6 +24,14 @@ QString wholeNumber(double value)
     return QString::fromLatin1(digits, end - digits);
 }
 
+/// With the point that programs write.
+QString decimalText(double value)
+{
+    char digits[32];
+    const auto end = std::to_chars(digits, digits + sizeof digits, value, std::chars_format::fixed, 2).ptr;
+    return QString::fromLatin1(digits, end - digits);
+}
+
 QString percentText(double share)
 {
     QString text = QString::fromStdString(
@@ -53,9 +61,13 @@ QVariantList sliderRows(std::span<const EditorSlider> sliders, const std::functi
     QVariantList rows;
     for (const EditorSlider& slider : sliders) {
         rows << QVariantMap{
-            {"tag", slider.tag},         {"label", QString::fromStdString(localizedString(slider.label))},
-            {"minimum", slider.minimum}, {"maximum", slider.maximum},
-            {"start", slider.start},     {"value", value(slider.tag)},
+            {"tag", slider.tag},
+            {"label", QString::fromStdString(localizedString(slider.label))},
+            {"minimum", slider.minimum},
+            {"maximum", slider.maximum},
+            {"start", slider.start},
+            {"panel", QString::fromUtf8(slider.panel.data(), static_cast<qsizetype>(slider.panel.size()))},
+            {"value", value(slider.tag)},
         };
     }
     return rows;
@@ -64,7 +76,17 @@ QVariantList sliderRows(std::span<const EditorSlider> sliders, const std::functi
 QString sliderText(const EditorSlider& slider, double value)
 {
     const double shown = std::isfinite(value) ? std::clamp(value, slider.minimum, slider.maximum) : slider.start;
-    return slider.text == EditorSliderText::Percent ? percentText(shown) : signedText(shown);
+    switch (slider.text) {
+    case EditorSliderText::Percent:
+        return percentText(shown);
+    case EditorSliderText::TwoDecimals:
+        return decimalText(shown);
+    case EditorSliderText::Whole:
+        return wholeNumber(shown);
+    case EditorSliderText::Signed:
+        break;
+    }
+    return signedText(shown);
 }
 
 } // namespace lamina

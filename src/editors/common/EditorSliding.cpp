@@ -30,6 +30,7 @@ void EditorViewController::beginSliding(int tag)
 {
     if (findSlider(sliderTable(), tag) == nullptr)
         return;
+    landWork(); // what is outstanding is a step without this finger
     beginSeriesOf(tag);
     m_sliding = Sliding{tag};
 }
@@ -49,7 +50,7 @@ void EditorViewController::slide(int tag, double value)
     if (hasFinger)
         tellGesture();
     else
-        endStep(EditSeries::Slide);
+        endSlide(EditSeries::Slide);
 }
 
 void EditorViewController::followFinger(const EditorSlider& slider, double value)
@@ -60,9 +61,11 @@ void EditorViewController::followFinger(const EditorSlider& slider, double value
     m_sliding->first = m_sliding->first.value_or(value);
 }
 
-/// A run of small steps is one of the same slider.
+/// A run of small steps is one of the same slider. While the picture of one is made, the next one replaces it.
 void EditorViewController::beginSeriesOf(int tag)
 {
+    if (tag == m_slidTag && m_slideToLand == EditSeries::Slide)
+        return;
     cancelGestures();
     if (std::exchange(m_slidTag, tag) != tag)
         recordStep(EditSeries::None);
@@ -76,8 +79,19 @@ void EditorViewController::endSliding(int tag)
 
 void EditorViewController::endSliding()
 {
-    if (const auto ended = std::exchange(m_sliding, std::nullopt))
-        endStep(ended->isDrag ? EditSeries::None : EditSeries::Slide);
+    const auto ended = std::exchange(m_sliding, std::nullopt);
+    if (!ended)
+        return;
+    settleSlider();
+    endSlide(ended->isDrag ? EditSeries::None : EditSeries::Slide);
+}
+
+void EditorViewController::endSlide(EditSeries series)
+{
+    if (isBusy())
+        m_slideToLand = series;
+    else
+        finishStep(series);
 }
 
 } // namespace lamina

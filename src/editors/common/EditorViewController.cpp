@@ -83,6 +83,12 @@ void EditorViewController::act(const std::function<void()>& change)
 
 void EditorViewController::endStep(EditSeries series)
 {
+    landWork();
+    finishStep(series);
+}
+
+void EditorViewController::finishStep(EditSeries series)
+{
     recordStep(series);
     tell();
 }
@@ -108,6 +114,7 @@ void EditorViewController::redo()
 void EditorViewController::cancelGestures()
 {
     endSliding();
+    landWork();
     if (isViewLoaded())
         cancelGesturesIn(view());
 }

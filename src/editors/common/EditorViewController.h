@@ -5,6 +5,7 @@
 #include "editors/common/EditorSlider.h"
 #include "editors/common/EditorToolBar.h"
 #include "editors/common/KeptWork.h"
+#include "editors/common/LatestWork.h"
 #include "editors/common/WorkKeeper.h"
 #include "platform/base/CGAffineTransform.h"
 #include "platform/base/CGGeometry.h"
@@ -36,6 +37,10 @@ namespace lamina {
 ///
 /// One change is one step of undo: a gesture from its start to its end, an action, a run of keys or of the wheel
 /// without a pause of a second. Every action first ends a gesture that is under way, which then is a step of its own.
+///
+/// Pictures that take long are made beside the main thread (`runWork`, `runStep`): what has been asked for is a step
+/// when the picture has landed. Every action, and whatever shows or keeps the work, first has what is outstanding
+/// landed.
 class EditorViewController : public UIViewController {
     Q_OBJECT
     // A drag wakes none of these but, once, `edited`.
@@ -45,6 +50,7 @@ class EditorViewController : public UIViewController {
     Q_PROPERTY(bool edited READ isEdited NOTIFY editedChanged FINAL)
     Q_PROPERTY(QString notice READ notice NOTIFY noticeChanged FINAL)
     Q_PROPERTY(QVariantList sliders READ sliders NOTIFY slidersChanged FINAL)
+    Q_PROPERTY(bool busy READ isBusy NOTIFY busyChanged FINAL)
     Q_PROPERTY(bool stickerActive READ stickerActive NOTIFY stickerChanged FINAL)
 
 public:
@@ -99,20 +105,27 @@ public:
     /// See beginSliding. Nothing where none has begun, or another action has ended it.
     Q_INVOKABLE void endSliding(int tag);
 
+    /// Whether a picture is being made that is to land here.
+    bool isBusy() const { return m_work.isBusy(); }
+    /// Waits for what is being made, and has it landed: the steps that it makes are recorded then. What a finger on a
+    /// slider has done so far is not settled by this; see endSliding.
+    virtual void landWork();
+
     /// Whether a sticker shows its handles, and so takes keys.
     bool stickerActive() const { return activeSticker() != nullptr; }
     /// Takes handles and borders from all stickers; that is no step.
     Q_INVOKABLE virtual void letGoOfStickers() {}
     /// A quick tap on the canvas, in its points, after what was tapped there has heard of it: beside the active sticker
     /// it lets go of that one.
-    Q_INVOKABLE void tapCanvas(double x, double y);
+    Q_INVOKABLE virtual void tapCanvas(double x, double y);
     /// What a step back does first: takes away a menu, or lets go of stickers. False: there is nothing of the kind.
     Q_INVOKABLE virtual bool letGo();
     /// Removes the active sticker, which is a step. Nothing where none is.
     Q_INVOKABLE virtual void deleteSticker() {}
 
-    /// The canvas as one picture, its points times the main screen's scale a side. First come the changes that an
-    /// export makes to the canvas itself, where the editor has any; they are no step. Empty when memory is short.
+    /// The canvas as one picture, after all that is outstanding, its points times the main screen's scale a side. First
+    /// come the changes that an export makes to the canvas itself, where the editor has any; they are no step. Empty
+    /// when memory is short.
     UIImage flattened();
     /// The same of the canvas as it stands.
     UIImage renderedCanvas() const;
@@ -136,6 +149,7 @@ signals:
     void editedChanged();
     void noticeChanged();
     void slidersChanged();
+    void busyChanged();
     void stickerChanged();
 
 protected:
@@ -148,10 +162,19 @@ protected:
     /// The bar, to be changed within an action.
     EditorToolBar& editedToolBar() { return m_toolBar; }
 
-    /// Runs `change` as an action: a gesture under way ends, and what has changed is recorded and told.
+    /// Runs `change` as an action: a gesture under way ends, what is outstanding lands, and what has changed is
+    /// recorded and told.
     void act(const std::function<void()>& change);
-    /// Ends every gesture under way in the canvas, and the move of a slider: what they have done is recorded.
+    /// Ends every gesture under way in the canvas, and the move of a slider, and has what is outstanding landed: what
+    /// they have done is recorded.
     void cancelGestures();
+    /// Has a picture made beside the main thread; see LatestWork. Then `landed` takes it, and what has changed is told
+    /// as in the midst of a gesture. For sliders: their step follows when the last one has landed.
+    void runWork(LatestWork::Work work, LatestWork::Landed landed);
+    /// The same, where each that lands is a step. Whoever calls it has cancelled the gestures.
+    void runStep(LatestWork::Work work, LatestWork::Landed landed);
+    /// What is outstanding never lands, and makes no step.
+    void forgetWork();
     /// Ends the drag of a slider that is under way, which is a step. Nothing where none is.
     void endSliding();
     /// Records the state as it is now, and tells what has changed.
@@ -212,8 +235,14 @@ protected:
     virtual std::span<const EditorSlider> sliderTable() const { return {}; }
     /// Where the slider of that tag stands, for tags of the table.
     virtual double sliderValue([[maybe_unused]] int tag) const { return 0; }
-    /// Does what the slider does, and keeps the value; for tags of the table and values in their range.
+    /// Does what the slider does, and keeps the value; for tags of the table and values in their range. May do it by
+    /// `runWork`.
     virtual void applySlider([[maybe_unused]] int tag, [[maybe_unused]] double value) {}
+    /// Whether a finger is on a slider, so that what is shown in between may be coarse.
+    bool isSliding() const { return m_sliding.has_value(); }
+    /// The finger has left the slider, or what it does ends otherwise: what is shown in between is to be made exactly,
+    /// where it is not. Default: nothing.
+    virtual void settleSlider() {}
     /// Sliders stand elsewhere than their user has put them, which the next `tell` says.
     void renewSliders() { m_slidersRenewed = true; }
 
@@ -241,6 +270,10 @@ private:
     virtual void stepForth() = 0;
     virtual bool differsFromOpening() const = 0;
 
+    void finishStep(EditSeries series);
+    void finishWork();
+    void tellBusy();
+    void endSlide(EditSeries series);
     void endGesture(const UIGestureRecognizer& gesture, EditSeries series);
     void beginSeriesOf(int tag);
     void followFinger(const EditorSlider& slider, double value);
@@ -256,7 +289,10 @@ private:
     bool m_edited = false;
     QString m_notice;
     std::optional<Sliding> m_sliding;
-    int m_slidTag = 0; ///< of the slider that small steps join for
+    int m_slidTag = 0;                       ///< of the slider that small steps join for
+    std::optional<EditSeries> m_slideToLand; ///< a slide's step, to be recorded when its picture has landed
+    bool m_busy = false;                     ///< as told last
+    LatestWork m_work;
     bool m_slidersRenewed = false;
     WorkKeeper m_keeper;
     int m_flattenedRevision = 0;

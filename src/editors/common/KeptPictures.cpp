@@ -20,8 +20,10 @@ namespace {
 
 constexpr std::string_view kExtension = ".png";
 constexpr std::size_t kHashDigits = 64;
-/// Far more than a canvas takes of memory.
-constexpr std::size_t kMostBytes = std::size_t{64} << 20;
+/// Of one picture: what the window opens of a photo at most.
+constexpr std::size_t kMostBytes = std::size_t{256} << 20;
+/// Of all pictures of a work in memory: some twenty photos of twelve megapixels.
+constexpr std::size_t kMostBytesOfAll = std::size_t{1} << 30;
 
 /// No display has so many pixels a point.
 constexpr double kLargestScale = 64;
@@ -167,25 +169,36 @@ CGImage KeptPictures::pixelsOf(const std::string& name)
         if (held.name == name && held.loaded)
             return held.loaded;
     }
+    CGImage pixels = readPixels(name);
+    if (pixels)
+        m_held.push_back({name, {}, pixels});
+    return pixels;
+}
+
+CGImage KeptPictures::readPixels(const std::string& name) const
+{
     const std::string path = m_folder + '/' + name;
     const Result<std::vector<std::uint8_t>> bytes = readSmallFile(path, kMostBytes);
     if (!bytes || !name.starts_with(contentHash(*bytes)))
         return {};
     DecodeOptions options;
-    options.memoryLimit = kMostBytes;
+    options.memoryLimit = std::min(kMostBytes, roomLeft());
     const Result<UIImage> picture = decodePicture(*bytes, path, options);
-    if (!picture)
-        return {};
-    m_held.push_back({name, {}, picture->cgImage()});
-    return picture->cgImage();
+    return picture ? picture->cgImage() : CGImage();
 }
 
-void KeptPictures::load(const std::vector<std::string>& names)
+std::size_t KeptPictures::roomLeft() const
 {
-    for (const std::string& name : names) {
-        if (isKeptPictureName(name))
-            pixelsOf(name);
-    }
+    std::size_t taken = 0;
+    for (const Held& held : m_held)
+        taken += held.loaded.bytes().size();
+    return kMostBytesOfAll - std::min(taken, kMostBytesOfAll);
+}
+
+bool KeptPictures::load(const std::vector<std::string>& names)
+{
+    return std::all_of(names.begin(), names.end(),
+                       [this](const std::string& name) { return isKeptPictureName(name) && pixelsOf(name); });
 }
 
 void KeptPictures::forgetOthers(const std::vector<std::string>& names)

@@ -5,6 +5,7 @@
 #include "platform/image/pixels/CGImage.h"
 #include "platform/image/pixels/UIImage.h"
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -30,8 +31,8 @@ public:
     /// The names of its files, or why one could not be written.
     Result<std::vector<std::string>> endRecord();
 
-    /// Reads the files of these names ahead, so that `find` is quick.
-    void load(const std::vector<std::string>& names);
+    /// Reads the files of these names ahead, so that `find` is quick. False when one of them can't be read.
+    bool load(const std::vector<std::string>& names);
     /// Lets go of all pictures in memory but those of these names.
     void forgetOthers(const std::vector<std::string>& names);
 
@@ -44,6 +45,8 @@ private:
     std::string nameOf(const CGImage& image);
     Result<std::string> write(const CGImage& image) const;
     CGImage pixelsOf(const std::string& name);
+    CGImage readPixels(const std::string& name) const;
+    std::size_t roomLeft() const;
 
     std::string m_folder;
     std::vector<Held> m_held;

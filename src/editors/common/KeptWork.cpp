@@ -9,6 +9,7 @@
 #include "platform/files/FileWriting.h"
 #include "platform/image/codecs/PictureEncoding.h"
 
+#include <iterator>
 #include <algorithm>
 #include <chrono>
 #include <cstddef>
@@ -31,12 +32,28 @@ double secondsNow()
     return std::chrono::duration<double>(std::chrono::system_clock::now().time_since_epoch()).count();
 }
 
+std::vector<std::string> picturesNamedIn(const std::string& text)
+{
+    std::vector<std::string> names;
+    readRecordValue([&] {
+        RecordValue::parse(text).at(keptfield::kPictures).get_to(names);
+        return true;
+    });
+    return names;
+}
+
 void tellChange()
 {
     DispatchQueue::main().async([] { NotificationCenter::defaultCenter().post(kKeptWorksChangedNotification); });
 }
 
 } // namespace
+
+DispatchQueue& keptWorksQueue()
+{
+    static auto* const queue = new DispatchQueue("kept works");
+    return *queue;
+}
 
 KeptWork::KeptWork(const KeptKind& kind)
     : m_kind(kind)
@@ -65,7 +82,7 @@ Result<std::shared_ptr<KeptWork>> KeptWork::open(const KeptOffer& offer, const K
     if (!records)
         return workIsDamaged();
     work->m_records = std::move(*records);
-    work->m_pictures->load(work->pictureNames());
+    work->loadPictures();
     return work;
 }
 
@@ -158,17 +175,20 @@ Outcome KeptWork::writePrint(const UIImage& print) const
     return print ? written : success();
 }
 
+/// Of the last record, or of the one before where that one's are not all there; not of both, since they may be large.
+void KeptWork::loadPictures()
+{
+    for (auto text = m_records.rbegin(); text != m_records.rend(); ++text) {
+        if (m_pictures->load(picturesNamedIn(*text)))
+            return;
+    }
+}
+
 std::vector<std::string> KeptWork::pictureNames() const
 {
     std::vector<std::string> names;
-    for (const std::string& text : m_records) {
-        readRecordValue([&] {
-            const RecordValue record = RecordValue::parse(text);
-            for (const RecordValue& name : record.at(keptfield::kPictures))
-                names.push_back(name.get<std::string>());
-            return true;
-        });
-    }
+    for (const std::string& text : m_records)
+        std::ranges::copy(picturesNamedIn(text), std::back_inserter(names));
     return names;
 }
 

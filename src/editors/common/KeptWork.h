@@ -2,6 +2,7 @@
 
 #include "editors/common/KeptPictures.h"
 #include "editors/common/RecordValue.h"
+#include "platform/base/DispatchQueue.h"
 #include "platform/base/Result.h"
 #include "platform/files/PrivateFolder.h"
 #include "platform/image/pixels/UIImage.h"
@@ -37,6 +38,11 @@ void setKeptWorksFolder(std::string folder);
 /// See setKeptWorksFolder.
 const std::string& keptWorksFolder();
 
+/// On which all works are read and written, one after another, so that whoever opens one finds it written. A queue of
+/// their own: a photo that is chosen meanwhile does not wait for the pictures of a work. Who submits here holds
+/// `DispatchQueue::main().expectWork()` until the answer is there. Usable from any thread.
+DispatchQueue& keptWorksQueue();
+
 /// Why a work that is offered can't be had, each in one wording; without a subject.
 Error workIsOpenElsewhere();
 /// See workIsOpenElsewhere.
@@ -62,8 +68,8 @@ public:
 
     /// A work that is begun: with the first record it takes the place of the one of its kind that is offered.
     static std::shared_ptr<KeptWork> begin(const KeptKind& kind);
-    /// Opens an offered work and reads its pictures. An error when another process has it open, or nothing in it can
-    /// be read.
+    /// Opens an offered work and reads the pictures of its last record. An error when another process has it open, or
+    /// nothing in it can be read.
     static Result<std::shared_ptr<KeptWork>> open(const KeptOffer& offer, const KeptKind& kind);
     ~KeptWork();
     KeptWork(const KeptWork&) = delete;
@@ -80,6 +86,7 @@ public:
 
 private:
     explicit KeptWork(const KeptKind& kind);
+    void loadPictures();
     Outcome claim();
     bool claimFolder(const std::string& folder);
     std::string recordOf(RecordValue work, const std::vector<std::string>& pictures) const;

@@ -1,28 +1,34 @@
 import QtQuick
 import Lamina
 
-// Thumbnails in columns that scroll, named to a pointer that rests.
+// Thumbnails in columns that scroll.
 TileGrid {
     id: grid
 
+    property ThumbnailStyle style: ThumbnailStyle {}
+    // Row of the one in force; -1: none.
+    property int marked: -1
     signal chosen(int tag)
 
-    // Kept free at the left and over it for the ring of the focus; a cell ends in a gap.
-    readonly property real slack: Tokens.space.xs
-    readonly property real gap: Tokens.space.s
+    // Kept free at the left and over it for the rings; a cell ends in a gap.
+    readonly property real slack: style.gridSlack
+    readonly property real gap: style.gridGap
     readonly property real side: cellWidth - gap
 
-    columns: Math.max(1, Math.ceil((width - slack) / (Tokens.thumbs.sticker + gap)))
+    columns: Math.max(1, Math.ceil((width - slack - gap) / (Tokens.thumbs.sticker + Tokens.space.s)))
     leftMargin: slack
     cellWidth: Math.floor((width - slack) / columns)
-    cellHeight: cellWidth
+    cellHeight: cellWidth + style.captionHeight
     clip: true
     header: Item { height: grid.slack }
+    Component.onCompleted: if (marked > 0) goTo(marked)
 
     delegate: ThumbnailButton {
         width: grid.side
-        height: grid.side
-        named: true
+        height: grid.side + grid.style.captionHeight
+        style: grid.style
+        marked: index === grid.marked
+        tipped: !style.captioned
         focus: GridView.isCurrentItem
         onClicked: {
             grid.currentIndex = index

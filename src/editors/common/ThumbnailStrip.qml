@@ -8,7 +8,10 @@ ListView {
     required property string name
     // Where the first one stands before it is scrolled.
     property real lead: Tokens.space.m
-    property real side: Tokens.thumbs.sticker
+    property real side: style.side
+    property ThumbnailStyle style: ThumbnailStyle {}
+    // Row of the one in force; -1: none.
+    property int marked: -1
     signal chosen(int tag)
 
     readonly property int pageSteps: Math.max(1, Math.floor(width / (side + spacing)) - 1)
@@ -22,7 +25,7 @@ ListView {
     }
 
     orientation: ListView.Horizontal
-    spacing: 5
+    spacing: style.gap
     clip: true
     reuseItems: true
     boundsBehavior: Flickable.StopAtBounds
@@ -35,6 +38,12 @@ ListView {
     header: Item { width: strip.lead }
     footer: Item { width: Tokens.space.m }
     onCountChanged: if (currentIndex < 0) currentIndex = 0
+    Component.onCompleted: {
+        if (marked < 1)
+            return
+        currentIndex = marked
+        positionViewAtIndex(marked, ListView.Center)
+    }
 
     Keys.onPressed: event => {
         const places = { row: [-1, 1, -1, 1], page: [-pageSteps, pageSteps], ends: [-count, count] }
@@ -54,7 +63,9 @@ ListView {
     delegate: ThumbnailButton {
         y: (strip.height - height) / 2
         width: strip.side
-        height: strip.side
+        height: strip.side + strip.style.captionHeight
+        style: strip.style
+        marked: index === strip.marked
         focus: ListView.isCurrentItem
         onClicked: {
             strip.currentIndex = index

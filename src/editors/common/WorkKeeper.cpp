@@ -1,7 +1,6 @@
 #include "editors/common/WorkKeeper.h"
 
 #include "platform/base/Log.h"
-#include "platform/photos/PictureQueue.h"
 
 #include <utility>
 
@@ -36,12 +35,21 @@ void WorkKeeper::touch()
         return;
     m_isWritten = false;
     if (!m_timer.isPending())
-        m_timer = DispatchTimer(DispatchQueue::main(), kDelay, [this] { flush(); });
+        m_timer = DispatchTimer(DispatchQueue::main(), kDelay, [this] { writeInTurn(); });
+}
+
+/// One at a time: states that wait would each hold their pictures, and be replaced as soon as they are written.
+void WorkKeeper::writeInTurn()
+{
+    m_waits = m_underWay > 0;
+    if (!m_waits)
+        flush();
 }
 
 void WorkKeeper::flush()
 {
     m_timer.cancel();
+    m_waits = false;
     if (std::exchange(m_isWritten, true) || !m_source.record)
         return;
     inBackground(
@@ -61,17 +69,25 @@ void WorkKeeper::release(int revision)
 /// Blocks of the queue run one after another: each is the only one that uses the work.
 void WorkKeeper::inBackground(std::function<Outcome(KeptWork&)> work)
 {
-    pictureQueue().async([run = std::move(work), work = m_work, keeper = m_self,
-                          expected = DispatchQueue::main().expectWork()]() mutable {
+    ++m_underWay;
+    keptWorksQueue().async([run = std::move(work), work = m_work, keeper = m_self,
+                            expected = DispatchQueue::main().expectWork()]() mutable {
         const Outcome outcome = run(*work);
         work.reset(); // whoever waits for this may want to open it
-        if (outcome)
-            return;
-        DispatchQueue::main().async([keeper, expected, error = outcome.error()] {
+        DispatchQueue::main().async([keeper, expected, outcome] {
             if (*keeper)
-                (*keeper)->tell(error);
+                (*keeper)->workEnded(outcome);
         });
     });
+}
+
+void WorkKeeper::workEnded(const Outcome& outcome)
+{
+    --m_underWay;
+    if (!outcome)
+        tell(outcome.error());
+    if (m_waits)
+        writeInTurn();
 }
 
 void WorkKeeper::tell(const Error& error)

@@ -12,7 +12,8 @@
 namespace lamina {
 
 /// Keeps an editor's work while it is done, in the background: what has changed is written at most a moment later, and
-/// changes that come meanwhile are written together. Does nothing where no work is kept. Main thread.
+/// changes that come meanwhile are written together, those that come while large pictures are written too. Does nothing
+/// where no work is kept. Main thread.
 class WorkKeeper {
 public:
     /// Seconds from a change to the beginning of the writing.
@@ -50,7 +51,9 @@ public:
     bool isReleased() const { return m_isReleased; }
 
 private:
+    void writeInTurn();
     void inBackground(std::function<Outcome(KeptWork&)> work);
+    void workEnded(const Outcome& outcome);
     void tell(const Error& error);
 
     Source m_source;
@@ -58,6 +61,8 @@ private:
     int m_revision = 0;
     bool m_isWritten = true;
     bool m_isReleased = false;
+    int m_underWay = 0;   ///< works in the background that have not ended
+    bool m_waits = false; ///< to be written when they have
     bool m_hasFailed = false;
     DispatchTimer m_timer;
     std::shared_ptr<WorkKeeper*> m_self; ///< for answers, which may come when the keeper is gone

@@ -54,6 +54,27 @@ void keepWorkNow()
     DispatchQueue::main().runUntilIdle(kSeconds);
 }
 
+void openScreen(ViewController& home, const std::string& screen)
+{
+    if (screen == "blend")
+        home.BlendPhoto();
+    else if (screen == "two")
+        home.twoPhotoCollage();
+    else if (screen == "three" || screen == "picker")
+        home.threePhotoCollage();
+}
+
+/// Where no screen is told, the number of photos decides.
+void beginWith(ViewController& home, const std::string& screen, std::vector<PhotoSource> photos)
+{
+    if (screen == "blend")
+        home.beginBlend(std::move(photos));
+    else if (screen == "two" || screen == "three")
+        home.beginCollage(screen + "Photo", std::move(photos));
+    else
+        home.receivePhotos(std::move(photos));
+}
+
 PhotoReceiver* receiver(const UIWindow& window)
 {
     auto* const top = dynamic_cast<PhotoReceiver*>(window.topViewController().get());
@@ -132,16 +153,7 @@ void Application::openFirstScreen(const LaunchOptions& options)
     std::vector<PhotoSource> photos;
     for (const std::string& file : options.files)
         photos.push_back(PhotoSource::fromFile(file));
-    if (!photos.empty())
-        home->receivePhotos(std::move(photos));
-    else if (options.screen == "blend")
-        home->BlendPhoto();
-    else if (options.screen == "two" && home->collageAvailable())
-        home->twoPhotoCollage();
-    else if (options.screen == "three" && home->collageAvailable())
-        home->threePhotoCollage();
-    else if (options.screen == "picker")
-        home->threePhotoCollage();
+    photos.empty() ? openScreen(*home, options.screen) : beginWith(*home, options.screen, std::move(photos));
 }
 
 void Application::show()

@@ -33,7 +33,8 @@ struct LaunchOptions {
     /// Folders of the photo library beside the user's own. Choosing a single photo starts in the first; without any in
     /// the user's pictures, or the samples while those are empty.
     std::vector<std::string> photosFolders;
-    /// Photos to begin a blend with, the first one first.
+    /// Photos to begin the screen's work with, the first one first; over "home" and "picker" three or more begin a
+    /// collage, fewer a blend.
     std::vector<std::string> files;
     /// Of the window, which then is not remembered; empty: the last one, or as the display allows.
     QSize size;

@@ -24,6 +24,11 @@ QImage qImage(const CGImage& image, const IntRect& area)
     return source.convertToFormat(opaque ? QImage::Format_RGB32 : QImage::Format_ARGB32_Premultiplied);
 }
 
+UIColor uiColor(const QColor& color, double alpha)
+{
+    return {color.redF(), color.greenF(), color.blueF(), color.alphaF() * alpha};
+}
+
 void drawOnPaper(const UIImage& picture, CGContext& context, const CGRect& paper, const CGRect& rect)
 {
     if (picture.cgImage().hasAlpha() || picture.cgImage().mask()) {

@@ -3,9 +3,11 @@
 #include "platform/image/pixels/CGImage.h"
 
 #include "platform/base/CGGeometry.h"
+#include "platform/base/UIColor.h"
 #include "platform/image/drawing/CGContext.h"
 #include "platform/image/pixels/UIImage.h"
 
+#include <QColor>
 #include <QImage>
 
 namespace lamina {
@@ -16,6 +18,9 @@ QImage qImage(const CGImage& image);
 
 /// The same for the part inside `area`, which lies within the picture.
 QImage qImage(const CGImage& image, const IntRect& area);
+
+/// The colour as our contexts take it, its alpha times `alpha`.
+UIColor uiColor(const QColor& color, double alpha = 1);
 
 /// Draws a picture over `rect`, on white where it is translucent: `paper` says how far the white reaches.
 void drawOnPaper(const UIImage& picture, CGContext& context, const CGRect& paper, const CGRect& rect);

@@ -55,6 +55,10 @@ constexpr std::array kAlbums{"A", "Alt+Down"};
 constexpr std::array kTab{"Tab", "Shift+Tab"};
 constexpr std::array kBack{"Esc", "Back"};
 constexpr std::array kTools{"1", "2", "3", "4", "5"};
+constexpr std::array kCollageTools{"Alt+1", "Alt+2", "Alt+3", "Alt+4", "Alt+5", "Alt+6", "Alt+7"};
+constexpr std::array kSlots{"1", "2", "3"};
+// With the one before, with the one after.
+constexpr std::array kSwap{"Ctrl+Shift+Left", "Ctrl+Shift+Right"};
 constexpr std::array kFullScreen{"F11"};
 constexpr std::array kKeys{"F1", "Ctrl+?"};
 constexpr std::array kClose{"Ctrl+W"};
@@ -70,9 +74,11 @@ constexpr std::array kCanvasCommands{
     Command{"move", QT_TRANSLATE_NOOP("Lamina", "Move the photo"), kMove, Show::All},
     Command{"moveFar", QT_TRANSLATE_NOOP("Lamina", "Move it further"), kMoveFar, Show::First},
     Command{"zoom", QT_TRANSLATE_NOOP("Lamina", "Zoom"), kZoom, Show::All},
-    Command{"turn", QT_TRANSLATE_NOOP("Lamina", "Turn a sticker"), kTurn, Show::All},
+    Command{"turn", QT_TRANSLATE_NOOP("Lamina", "Turn a sticker or the photo"), kTurn, Show::All},
     Command{"deleteSticker", QT_TRANSLATE_NOOP("Lamina", "Remove a sticker"), kDelete, Show::First},
     Command{"photoMenu", QT_TRANSLATE_NOOP("Lamina", "Menu of a photo"), kMenu, Show::Either},
+    Command{"slot", QT_TRANSLATE_NOOP("Lamina", "Photo of a collage"), kSlots, Show::Range},
+    Command{"swapPhotos", QT_TRANSLATE_NOOP("Lamina", "Swap it with its neighbour"), kSwap, Show::First},
     Command{"bringBack", QT_TRANSLATE_NOOP("Lamina", "Bring the photo back"), kBringBack, Show::First},
     Command{"undo", QT_TRANSLATE_NOOP("Lamina", "Undo"), kUndo, Show::First},
     Command{"redo", QT_TRANSLATE_NOOP("Lamina", "Redo"), kRedo, Show::Either},
@@ -92,6 +98,7 @@ constexpr std::array kWindowCommands{
     Command{"tab", QT_TRANSLATE_NOOP("Lamina", "Next control"), kTab, Show::First},
     Command{"back", QT_TRANSLATE_NOOP("Lamina", "One step back"), kBack, Show::First},
     Command{"tool", QT_TRANSLATE_NOOP("Lamina", "Choose a tool"), kTools, Show::Range},
+    Command{"collageTool", QT_TRANSLATE_NOOP("Lamina", "Choose a tool of a collage"), kCollageTools, Show::Range},
     Command{"fullScreen", QT_TRANSLATE_NOOP("Lamina", "Full screen"), kFullScreen, Show::First},
     Command{"keys", QT_TRANSLATE_NOOP("Lamina", "This list"), kKeys, Show::Either},
     Command{"close", QT_TRANSLATE_NOOP("Lamina", "Close the window"), kClose, Show::First},

@@ -19,11 +19,6 @@ namespace lamina {
 
 namespace {
 
-UIColor uiColor(const QColor& color, double alpha = 1)
-{
-    return {color.redF(), color.greenF(), color.blueF(), color.alphaF() * alpha};
-}
-
 /// One edge of the shadow of `sheet`.
 CGRect edgeOf(const QVariantMap& edge, const CGRect& sheet)
 {
@@ -94,8 +89,6 @@ QImage PrintItem::drawn(double pixelsPerUnit) const
         drawInRect(m_picture, *context, coveringRect(m_picture.size(), inside));
         context->restoreGState();
     }
-    if (m_veil.alpha() > 0)
-        fillRounded(*context, sheet, m_radius, uiColor(m_veil));
     return qImage(context->makeImage());
 }
 

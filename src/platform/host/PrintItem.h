@@ -32,8 +32,6 @@ class PrintItem : public DrawnItem {
     Q_PROPERTY(QColor shadowColor MEMBER m_shadowColor NOTIFY shownChanged FINAL)
     /// The shadow's edges, the lowest first: `offset` down, `grow` on every side, `alpha`.
     Q_PROPERTY(QVariantList shadow MEMBER m_shadow NOTIFY shownChanged FINAL)
-    /// Lies over sheet and art, not over the shadow: a print that steps back. Default clear.
-    Q_PROPERTY(QColor veil MEMBER m_veil NOTIFY shownChanged FINAL)
 
 public:
     explicit PrintItem(QQuickItem* parent = nullptr);
@@ -57,7 +55,6 @@ private:
     QColor m_color = Qt::white;
     QColor m_shadowColor = Qt::black;
     QVariantList m_shadow;
-    QColor m_veil = Qt::transparent;
 };
 
 } // namespace lamina

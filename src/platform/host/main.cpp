@@ -93,7 +93,8 @@ struct Parsed {
 Parsed parse(const QStringList& arguments)
 {
     QCommandLineParser parser;
-    parser.setApplicationDescription(QStringLiteral("Composes photos. Given photos begin a blend."));
+    parser.setApplicationDescription(QStringLiteral(
+        "Composes photos. One or two given photos begin a blend, three a collage; --screen two makes one of two."));
     const QCommandLineOption screen(
         QStringLiteral("screen"),
         QStringLiteral("Opens %1. The picker is the one for three photos, over home.").arg(QLatin1String(kScreenWords)),

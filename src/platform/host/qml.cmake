@@ -11,7 +11,13 @@ set(LAMINA_QML_FILES
     app/ZoomRow.qml
     editors/blend/BlendPhotoButtons.qml
     editors/blend/BlendPhotoScreen.qml
+    editors/collage/CollageFramePanel.qml
+    editors/collage/CollageSlots.qml
+    editors/collage/CreateCollageScreen.qml
+    editors/collage/SlotButton.qml
+    editors/collage/SlotPointer.qml
     editors/colorpicker/InfColorPickerScreen.qml
+    editors/common/EditorHint.qml
     editors/common/EditorLayout.qml
     editors/common/EditorPanel.qml
     editors/common/EditorScreen.qml
@@ -24,6 +30,7 @@ set(LAMINA_QML_FILES
     editors/common/ThumbnailButton.qml
     editors/common/ThumbnailGrid.qml
     editors/common/ThumbnailStrip.qml
+    editors/common/ThumbnailStyle.qml
     export/ColorProfileScreen.qml
     export/ExporterScreen.qml
     export/JPGScreen.qml
@@ -58,6 +65,7 @@ set(LAMINA_QML_FILES
     platform/host/ScreenFrame.qml
     platform/host/controls/AlertPanel.qml
     platform/host/controls/AppScreen.qml
+    platform/host/controls/BusyMark.qml
     platform/host/controls/BusyPanel.qml
     platform/host/controls/BusyRing.qml
     platform/host/controls/CanvasControls.qml
@@ -89,11 +97,11 @@ set(LAMINA_QML_FILES
     platform/host/controls/PlaceRow.qml
     platform/host/controls/Scrim.qml
     platform/host/controls/ScrollPage.qml
+    platform/host/controls/SelectorButton.qml
     platform/host/controls/SheetPanel.qml
     platform/host/controls/SheetScreen.qml
     platform/host/controls/SidePanel.qml
     platform/host/controls/SliderField.qml
-    platform/host/controls/SoonMark.qml
     platform/host/controls/StepMarks.qml
     platform/host/controls/StyledText.qml
     platform/host/controls/SuggestedMark.qml

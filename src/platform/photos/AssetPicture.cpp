@@ -4,7 +4,6 @@
 #include "platform/image/codecs/PictureDecoding.h"
 #include "platform/photos/AssetScaling_p.h"
 #include "platform/photos/PhotoLoading.h"
-#include "platform/photos/PhotoSource.h"
 
 #include <algorithm>
 #include <optional>
@@ -37,7 +36,12 @@ bool isThumbnail(const AssetPictureRequest& request)
 Result<UIImage> loadAssetPicture(const AssetPictureRequest& request, const std::atomic<bool>* cancelled)
 {
     const std::string& path = request.asset.path;
-    const PhotoSource source{path, nullptr, path};
+    return loadAssetPicture({path, nullptr, path}, request, cancelled);
+}
+
+Result<UIImage> loadAssetPicture(const PhotoSource& source, const AssetPictureRequest& request,
+                                 const std::atomic<bool>* cancelled)
+{
     DecodeOptions options{.cancelled = cancelled, .memoryLimit = request.memoryLimit};
     const std::optional<CGSize> target = wholeTarget(request);
     if (!target)
@@ -47,8 +51,8 @@ Result<UIImage> loadAssetPicture(const AssetPictureRequest& request, const std::
     if (!stored)
         return stored;
     if (cancelled && *cancelled)
-        return Error{path, cause::kCancelled};
-    return madeOrNoMemory(sizedForRequest(*stored, request), path);
+        return Error{source.name, cause::kCancelled};
+    return madeOrNoMemory(sizedForRequest(*stored, request), source.name);
 }
 
 } // namespace lamina

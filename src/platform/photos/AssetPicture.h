@@ -5,6 +5,7 @@
 #include "platform/image/pixels/UIImage.h"
 #include "platform/photos/PHAsset.h"
 #include "platform/photos/PHImageRequestOptions.h"
+#include "platform/photos/PhotoSource.h"
 
 #include <atomic>
 #include <cstddef>
@@ -29,5 +30,9 @@ bool isThumbnail(const AssetPictureRequest& request);
 /// Reads and sizes the picture on the calling thread: upright, scale 1, in sRGB. Set `cancelled` (may be null) from any
 /// thread to stop. The error's subject is the file's path, its cause one of `loadPicture` or the want of memory.
 Result<UIImage> loadAssetPicture(const AssetPictureRequest& request, const std::atomic<bool>* cancelled);
+/// The same of a picture that is no asset: it is read from `source`, and of the asset only the sides count. The error's
+/// subject is the source's name.
+Result<UIImage> loadAssetPicture(const PhotoSource& source, const AssetPictureRequest& request,
+                                 const std::atomic<bool>* cancelled);
 
 } // namespace lamina

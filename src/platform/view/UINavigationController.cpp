@@ -73,6 +73,15 @@ std::shared_ptr<UIViewController> UINavigationController::popViewController(bool
     return popped;
 }
 
+std::vector<std::shared_ptr<UIViewController>> UINavigationController::popToRootViewController(bool animated,
+                                                                                               Completion completion)
+{
+    const auto rest = m_viewControllers.begin() + (m_viewControllers.empty() ? 0 : 1);
+    std::vector<Screen> popped(rest, m_viewControllers.end());
+    replaceStack({m_viewControllers.begin(), rest}, Direction::Back, animated, std::move(completion));
+    return popped;
+}
+
 void UINavigationController::replaceStack(std::vector<std::shared_ptr<UIViewController>> controllers,
                                           Direction direction, bool animated, Completion completion)
 {

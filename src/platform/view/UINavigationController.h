@@ -37,6 +37,9 @@ public:
     void pushViewController(std::shared_ptr<UIViewController> controller, bool animated, Completion completion = {});
     /// Gives the screen that left; null when only the bottom one was there.
     std::shared_ptr<UIViewController> popViewController(bool animated, Completion completion = {});
+    /// Takes all screens but the first away in one step, and returns them, the lowest first; none where the first is
+    /// the top one.
+    std::vector<std::shared_ptr<UIViewController>> popToRootViewController(bool animated, Completion completion = {});
 
     void viewWillAppear(bool animated) override;
     void viewDidAppear(bool animated) override;

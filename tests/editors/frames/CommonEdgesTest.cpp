@@ -19,6 +19,8 @@ using namespace lamina::test;
 namespace {
 
 constexpr double kScreenHeight = 667;
+/// Halves and thirds of it end within a pixel.
+constexpr double kUnevenSide = 331;
 
 /// A frame whose slots are red, green and blue, on a canvas over paper.
 class Paper {
@@ -91,7 +93,7 @@ class CommonEdges : public testing::TestWithParam<int> {};
 /// All frames but the round ones fill the canvas, so that each pixel must be full of its photos' colours.
 TEST_P(CommonEdges, ShowNothingOfTheGround)
 {
-    for (const double side : {320.0, 375.0}) {
+    for (const double side : {320.0, kUnevenSide}) {
         SCOPED_TRACE(side);
         Paper paper(GetParam(), side);
         if (!paper.isCutByPaths())
@@ -114,7 +116,7 @@ TEST_P(CommonEdges, ShowNothingOfTheGround)
 /// Where a pixel isn't cut by two views' edges at once nothing differs from slots that are drawn one by one.
 TEST_P(CommonEdges, ChangeNoOtherPixel)
 {
-    Paper paper(GetParam(), 375);
+    Paper paper(GetParam(), kUnevenSide);
     std::vector<std::vector<Rgba>> alone;
     for (std::size_t slot = 0; slot < paper.views.size(); ++slot)
         alone.push_back(pixelsOf(paper.drawnAlone(slot)));

@@ -11,6 +11,7 @@
 #include "platform/view/ImageRendering.h"
 
 #include <algorithm>
+#include <cmath>
 #include <gtest/gtest.h>
 #include <map>
 #include <memory>
@@ -36,12 +37,11 @@ struct Canvas {
             const Rgba& paint = kPaints[i + 1];
             layers[i]->setBackgroundColor(UIColor{paint[0] / 255.0, paint[1] / 255.0, paint[2] / 255.0, 1});
             layers[i]->setClipsToBounds(true);
+            parent->insertSubview(layers[i], i == 1 ? 0 : i);
         }
-        parent->addSubview(layers[1]);
-        parent->addSubview(layers[0]);
-        if (photos == 3)
-            parent->addSubview(layers[2]);
     }
+
+    UIView& slot(char letter) const { return *layers[static_cast<std::size_t>(letter - 'A')]; }
 
     void apply(int frame, const CGSize& screen)
     {
@@ -63,96 +63,121 @@ struct Canvas {
     }
 };
 
-/// The slot that a shape shows at a point; -1: none.
-int slotOf(const FrameShape& shape, CGPoint p)
+/// What the frame's own outlines show, in the paints of the slots, and over it the cuts as white lines of 4 points.
+CGImage drawnByShape(const FrameShape& shape, double side)
 {
-    const auto slot = std::find_if(shape.order.rbegin(), shape.order.rend(), [&](std::size_t i) {
-        return shape.slot.contains(p) && shape.outlines[i].contains(p);
-    });
-    return slot == shape.order.rend() ? -1 : static_cast<int>(*slot);
+    CGContext context = *CGContext::image({side, side}, false, 1);
+    for (const std::size_t i : shape.order) {
+        context.setFillColor(UIColor{i == 0 ? 1.0 : 0.0, i == 1 ? 1.0 : 0.0, i == 2 ? 1.0 : 0.0, 1});
+        context.fillPath(shape.outlines[i]);
+    }
+    UIBezierPath cuts = frameCuts(shape);
+    cuts.lineWidth = 4;
+    context.setStrokeColor(UIColor::white());
+    context.strokePath(cuts);
+    return context.makeImage();
+}
+
+/// Whether views and outlines show at a point what was drawn up, its edges aside, and where the cuts are.
+testing::AssertionResult looksAsDrawnUp(const ToldCanvas& told, CGPoint p, const CGImage& views, const CGImage& shape)
+{
+    const auto matches = [&](const CGImage& image, const Rgba& wanted) {
+        return pixelMatches(image, static_cast<int>(p.x), static_cast<int>(p.y), wanted, 2);
+    };
+    if (told.changesWithin(2, p))
+        return told.changesWithin(0.7, p) ? matches(shape, {255, 255, 255, 255}) << " on a cut"
+                                          : testing::AssertionSuccess();
+    const Rgba& paint = kPaints[static_cast<std::size_t>(told.slotAt(p) + 1)];
+    const bool clearOfCuts = told.square.insetBy(4, 4).contains(p) && !told.changesWithin(3.5, p);
+    const testing::AssertionResult seen = matches(views, paint);
+    return seen && clearOfCuts ? matches(shape, paint) << " beside the cuts" : seen;
+}
+
+void expectAsDrawnUp(const ToldFrame& frame, double side, double height)
+{
+    SCOPED_TRACE(testing::Message() << frame.number << " on " << side << " x " << height);
+    const ToldCanvas told(frame, side, height);
+    Canvas canvas(frame.order.size(), side, told.square);
+    canvas.apply(frame.number, {side, height});
+    EXPECT_EQ(canvas.order(), frame.order);
+    const CGImage views = imageByRenderingView(*canvas.parent, 1).cgImage();
+    const FrameShape shape = frameShape(frame.number, side, height);
+    EXPECT_EQ(shape.slot, told.square);
+    const CGImage shapes = drawnByShape(shape, side);
+    for (double y = told.square.minY() + 1.5; y < told.square.maxY() - 1; y += 8)
+        for (double x = told.square.minX() + 1.5 + std::fmod(y * 5, 9); x < told.square.maxX() - 1; x += 9)
+            ASSERT_TRUE(looksAsDrawnUp(told, {x, y}, views, shapes));
+    if (height == 480) {
+        EXPECT_EQ(pixelAt(views, 25, 200), kPaints[0]);
+    }
 }
 
 } // namespace
 
-TEST(Frames, ShowEachSlotWhereItWasDrawnUp)
+TEST(Frames, ShowAndCutEachSlotWhereItWasDrawnUp)
 {
-    for (const int frame : toldFrames()) {
-        ASSERT_TRUE(isFrame(frame));
-        ASSERT_NE(frameName(frame)[0], '\0');
+    const std::vector<ToldFrame> frames = toldFrames();
+    ASSERT_EQ(frames.size(), std::size_t{kTwoFramesCount + kThreeFramesCount});
+    for (const ToldFrame& frame : frames) {
+        EXPECT_TRUE(isFrame(frame.number));
+        EXPECT_EQ(photosOf(frame.number), frame.order.size());
+        EXPECT_NE(*frameName(frame.number), 0);
         for (const double side : {320.0, 375.0, 414.0, 430.0})
-            for (const double height : {812.0, 480.0, side, side / 2}) {
-                if (height <= side && !goesByHeight(frame))
-                    continue;
-                SCOPED_TRACE(testing::Message() << frame << " on " << side << " x " << height);
-                const ToldCanvas told(frame, side, height);
-                Canvas canvas(photosOf(frame), side, told.square());
-                canvas.apply(frame, {side, height});
-                EXPECT_EQ(canvas.order(), toldOrder(frame));
-                const CGImage picture = imageByRenderingView(*canvas.parent, 1).cgImage();
-                const FrameShape shape = frameShape(frame, side, height);
-                for (int y = 0; y < picture.height(); y += 5)
-                    for (int x = y * 3 % 7; x < picture.width(); x += 7) {
-                        const CGPoint centre{x + 0.5, y + 0.5};
-                        if (told.hasLineWithin(1.5, centre))
-                            continue;
-                        const int slot = told.slotAt(centre);
-                        const Rgba& paint = kPaints[static_cast<std::size_t>(slot + 1)];
-                        ASSERT_TRUE(pixelMatches(picture, x, y, paint, 2)) << x << ", " << y;
-                        ASSERT_EQ(slotOf(shape, centre), slot) << x << ", " << y;
-                    }
-            }
+            for (const double height : {812.0, 480.0, side, side / 2})
+                if (height > side || frame.goesByHeight())
+                    expectAsDrawnUp(frame, side, height);
     }
+    EXPECT_FALSE(isFrame(2008));
+    EXPECT_TRUE(frameCuts(frameShape(2008, 375, 812)).isEmpty());
 }
 
 TEST(Frames, MeasureEachCornerFromTheSideThatItNames)
 {
-    constexpr double kOpacity = 1.7;
-    const UIColor yellow{1, 1, 0, 1};
-    const UIColor green{0, 1, 0, 1};
-    const std::map<std::string, CALayer::Shadow> styles{
-        {"S12", {yellow, kOpacity, {12, 12}, 4}}, {"Y2", {yellow, kOpacity, {2, 2}, 6}},
-        {"Y9", {yellow, kOpacity, {9, 9}, 6}},    {"G2", {green, kOpacity, {2, 2}, 4}},
-        {"G12", {green, kOpacity, {12, 12}, 4}},  {"g12", {green, kOpacity, {12, 12}, 10}}};
     const Sizes sizes{{{301, 313}, {331, 347}, {359, 367}, {389, 811}}};
-    for (const ToldMask& told : toldMasks()) {
-        SCOPED_TRACE(testing::Message() << told.frame << told.slot);
-        Canvas canvas(photosOf(told.frame), 400, {});
+    for (const ToldFrame& frame : toldFrames()) {
+        Canvas canvas(frame.order.size(), 400, {});
         for (std::size_t i = 0; i < canvas.layers.size(); ++i)
             canvas.layers[i]->setFrame({{}, sizes[i]});
-        canvas.apply(told.frame, sizes[3]);
-        const auto* const mask = dynamic_cast<const CAShapeLayer*>(
-            canvas.layers[static_cast<std::size_t>(told.slot - 'A')]->layer().mask().get());
-        ASSERT_TRUE(mask);
-        EXPECT_EQ(mask->bounds(), CGRect({}, sizes[static_cast<std::size_t>(told.boundsOf - 'A')]));
-        EXPECT_EQ(mask->transformToParent(), CGAffineTransform());
-        EXPECT_EQ(mask->shadow(), styles.at(told.style));
-        const std::vector<CGPoint> corners = toldCorners(told, sizes);
-        const auto& elements = mask->path().elements();
-        ASSERT_EQ(elements.size(), corners.size());
-        for (std::size_t i = 0; i < corners.size(); ++i) {
-            EXPECT_NEAR(elements[i].end.x, corners[i].x, 1e-9) << i;
-            EXPECT_NEAR(elements[i].end.y, corners[i].y, 1e-9) << i;
+        canvas.apply(frame.number, sizes[3]);
+        for (const ToldMask& told : frame.masks) {
+            SCOPED_TRACE(testing::Message() << frame.number << told.slot);
+            const auto* const mask = dynamic_cast<const CAShapeLayer*>(canvas.slot(told.slot).layer().mask().get());
+            ASSERT_EQ(mask == nullptr, told.color == "round");
+            if (!mask)
+                continue;
+            EXPECT_EQ(mask->bounds(), CGRect({}, canvas.slot(told.boundsOf).frame().size));
+            EXPECT_EQ(mask->transformToParent(), CGAffineTransform());
+            const UIColor color{told.color == "yellow" ? 1.0 : 0.0, 1, 0, 1};
+            EXPECT_EQ(mask->shadow(), (CALayer::Shadow{color, 1.7, {told.offset, told.offset}, told.radius}));
+            const std::vector<CGPoint> corners = told.cornersIn(sizes);
+            const auto& elements = mask->path().elements();
+            ASSERT_EQ(elements.size(), corners.size());
+            for (std::size_t i = 0; i < corners.size(); ++i)
+                EXPECT_LT(std::hypot(elements[i].end.x - corners[i].x, elements[i].end.y - corners[i].y), 1e-9) << i;
         }
     }
 }
 
 TEST(Frames, RoundSlotsKeepTheirCentresAndPhotos)
 {
-    for (const ToldRound& told : toldRounds()) {
-        Canvas canvas(photosOf(told.frame), 320, {10, 20, 320, 320});
-        UIView& slot = *canvas.layers[static_cast<std::size_t>(told.slot - 'A')];
-        const auto photo = std::make_shared<UIView>(CGRect(0, 0, 320, 320));
-        slot.addSubview(photo);
-        canvas.apply(told.frame, {320, 812});
-        EXPECT_EQ(slot.center(), (CGPoint{170, 180}));
-        EXPECT_NEAR(slot.bounds().size.width, 320 * told.part, 1e-4);
-        EXPECT_EQ(slot.layer().cornerRadius(), slot.bounds().size.height / 2);
-        EXPECT_EQ(photo->frame(), CGRect(0, 0, 320, 320));
-        ASSERT_TRUE(slot.layer().mask());
-        EXPECT_EQ(slot.layer().mask()->bounds(), slot.bounds());
-        EXPECT_TRUE(slot.layer().mask()->contents());
-        EXPECT_EQ(slot.layer().mask()->shadow(), CALayer::Shadow());
-    }
+    for (const ToldFrame& frame : toldFrames())
+        for (const ToldMask& told : frame.masks) {
+            if (told.color != "round")
+                continue;
+            Canvas canvas(frame.order.size(), 320, {10, 20, 320, 320});
+            UIView& slot = canvas.slot(told.slot);
+            const auto photo = std::make_shared<UIView>(CGRect(0, 0, 320, 320));
+            slot.addSubview(photo);
+            canvas.apply(frame.number, {320, 812});
+            EXPECT_EQ(slot.center(), (CGPoint{170, 180}));
+            const Sizes sizes{{{320, 320}, {320, 320}, {320, 320}, {}}};
+            EXPECT_NEAR(slot.bounds().size.width, toldLength(told.corners[0], sizes), 1e-4);
+            EXPECT_EQ(slot.layer().cornerRadius(), slot.bounds().size.height / 2);
+            EXPECT_EQ(photo->frame(), CGRect(0, 0, 320, 320));
+            ASSERT_TRUE(slot.layer().mask());
+            EXPECT_EQ(slot.layer().mask()->bounds(), slot.bounds());
+            EXPECT_TRUE(slot.layer().mask()->contents());
+        }
     UIView view({0, 0, 100, 100});
     ThreeFramesViewController().setRoundedView(view, 50);
     EXPECT_FALSE(view.layer().mask()->contents()) << "the picture is there once its frame was asked for";
@@ -171,56 +196,50 @@ TEST(Frames, ARoundSlotsEdgeIsThatOfItsCorners)
 
 TEST(Frames, ChangeOnlyWhatTheyName)
 {
-    Canvas canvas(2, 375, {0, 0, 375, 375});
-    canvas.apply(2001, {375, 812});
-    const auto mask = canvas.layers[0]->layer().mask();
+    Canvas two(2, 375, {0, 0, 375, 375});
+    two.apply(2001, {375, 812});
+    const auto mask = two.layers[0]->layer().mask();
+    const auto other = two.layers[1]->layer().mask();
+    two.parent->bringSubviewToFront(*two.layers[1]);
     for (const int unknown : {1999, 2008, 3001, 0}) {
-        EXPECT_EQ(photosOf(unknown), unknown == 3001 ? 3U : 0U);
-        canvas.parent->bringSubviewToFront(*canvas.layers[1]);
-        const auto other = canvas.layers[1]->layer().mask();
-        canvas.apply(unknown, {375, 812});
-        EXPECT_EQ(canvas.order(), "AB");
-        EXPECT_EQ(canvas.layers[1]->layer().mask(), other);
+        two.apply(unknown, {375, 812});
+        EXPECT_EQ(two.order(), "AB");
+        EXPECT_EQ(two.layers[1]->layer().mask(), other);
     }
-    canvas.apply(2006, {375, 812});
-    EXPECT_EQ(canvas.layers[0]->layer().mask(), mask) << "a view without a row keeps its mask";
+    two.apply(2006, {375, 812});
+    EXPECT_NE(two.layers[1]->layer().mask(), other);
+    EXPECT_EQ(two.layers[0]->layer().mask(), mask) << "a view without a row keeps its mask";
 
     Canvas three(3, 375, {0, 0, 375, 375});
     three.apply(3010, {375, 812});
     EXPECT_EQ(three.order(), "CBA") << "whatever the number";
     EXPECT_FALSE(three.layers[0]->layer().mask());
-    EXPECT_TRUE(frameShape(3010, 375, 812).outlines.empty());
-    EXPECT_FALSE(frameThumbnail(2008, 375, 812, 75, FrameColors::plain()));
-    EXPECT_FALSE(frameThumbnail(2000, 375, 812, -1, FrameColors::plain()));
-    EXPECT_FALSE(frameSlotIcon(2000, 2, 375, 812, 22, true));
 }
 
 TEST(Frames, AreSeenInTheirSmallPictures)
 {
-    const FrameColors colors = FrameColors::plain();
-    const auto bytes = [](const UIColor& c) {
-        const auto byte = [](double v) { return static_cast<std::uint8_t>(v * 255 + 0.5); };
-        return Rgba{byte(c.red), byte(c.green), byte(c.blue), byte(c.alpha)};
-    };
+    const FrameColors colors{{1, 0, 0, 1}, {0, 1, 0, 1}, {0, 0, 1, 1}};
     const CGImage tile = frameThumbnail(3004, 375, 812, 75, colors).cgImage();
     ASSERT_EQ(tile.width(), 225);
-    EXPECT_TRUE(pixelMatches(tile, 112, 40, bytes(colors.first)));
-    EXPECT_TRUE(pixelMatches(tile, 40, 180, bytes(colors.rest)));
-    EXPECT_TRUE(pixelMatches(tile, 112, 180, bytes(colors.cut)));
-    EXPECT_TRUE(pixelMatches(frameThumbnail(2005, 375, 812, 75, colors).cgImage(), 2, 2, bytes(colors.cut)));
+    EXPECT_TRUE(pixelMatches(tile, 112, 40, kPaints[1]));
+    EXPECT_TRUE(pixelMatches(tile, 40, 180, kPaints[2]));
+    EXPECT_TRUE(pixelMatches(tile, 112, 180, kPaints[3]));
+    EXPECT_TRUE(pixelMatches(frameThumbnail(2005, 375, 812, 75, colors).cgImage(), 2, 2, kPaints[3]));
+    EXPECT_FALSE(frameThumbnail(2008, 375, 812, 75, colors));
+    EXPECT_FALSE(frameThumbnail(2000, 375, 812, -1, colors));
 
     const CGImage icon = frameSlotIcon(3004, 2, 375, 812, 20, false).cgImage();
-    const CGImage selected = frameSlotIcon(3004, 2, 375, 812, 20, true).cgImage();
     EXPECT_EQ(pixelAt(icon, 10, 10), pixelAt(icon, 10, 50));
     EXPECT_NE(pixelAt(icon, 50, 50), pixelAt(icon, 10, 10));
-    EXPECT_NE(pixelAt(icon, 50, 50), pixelAt(selected, 50, 50));
-    EXPECT_TRUE(pixelMatches(icon, 30, 45, {0, 0, 0, 0}));
+    EXPECT_NE(pixelAt(icon, 50, 50), pixelAt(frameSlotIcon(3004, 2, 375, 812, 20, true).cgImage(), 50, 50));
+    EXPECT_TRUE(pixelMatches(icon, 30, 45, kPaints[0]));
+    EXPECT_FALSE(frameSlotIcon(2000, 2, 375, 812, 22, true));
 
     const std::array<std::string_view, 2> art{"SCREENbg", "SCREEN2bg"};
     const CGImage print = framePrint(2003, 375, 375, 100, art).cgImage();
-    const CGImage first = imageNamed(art[0], {100, 100}).cgImage();
-    const CGImage second = imageNamed(art[1], {100, 100}).cgImage();
-    EXPECT_TRUE(pixelMatches(print, 60, 200, pixelAt(first, 60, 200), 1));
-    EXPECT_TRUE(pixelMatches(print, 240, 90, pixelAt(second, 240, 90), 1));
-    EXPECT_TRUE(pixelMatches(print, 150, 150, {0, 0, 0, 0}));
+    for (const int x : {60, 240}) {
+        const CGImage whole = imageNamed(art[x > 150], {100, 100}).cgImage();
+        EXPECT_TRUE(pixelMatches(print, x, 200, pixelAt(whole, x, 200), 1));
+    }
+    EXPECT_TRUE(pixelMatches(print, 150, 150, kPaints[0]));
 }

@@ -14,7 +14,7 @@ ScrollPage {
     signal chosen(string identifier)
 
     readonly property real padding: Tokens.space.xs
-    readonly property real leastRow: 262
+    readonly property real leastCell: 52
     readonly property real slimmest: 100
     // As high as it would be.
     readonly property real whole: rows * pitch + 12
@@ -24,8 +24,8 @@ ScrollPage {
     readonly property real shown: height - padding
     // As many whole cells as there is room for, and then a bit more than a half of one.
     readonly property real cutPitch: shown / (Math.max(1, Math.floor(shown / (cellHeight + 2) - 0.6)) + 0.6)
-    // In one row where all names can be read there.
-    readonly property int perRow: oneRow ? 0 : width < slimmest ? 1 : width >= leastRow && labels.widest <= labels.room ? 0 : 2
+    // In one row where all names can be read there; many tools stand in fours before they stand in twos.
+    readonly property int perRow: oneRow ? 0 : width < slimmest ? 1 : holds(tools.length) ? 0 : tools.length > 6 && holds(4) ? 4 : 2
 
     contentHeight: oneRow ? row.height : row.y + row.height + padding
     clip: interactive
@@ -36,10 +36,15 @@ ScrollPage {
         row.takeFocus()
     }
 
+    function holds(cells) {
+        const each = (width - 2) / Math.max(1, cells)
+        return each >= leastCell && labels.widest <= each - Tokens.space.xs / 2
+    }
+
     LabelFit {
         id: labels
         texts: page.tools.map(tool => tool.name)
-        room: (page.width - Tokens.space.s) / Math.max(1, texts.length)
+        room: page.width
         role: Tokens.type.label
         weight: Tokens.type.label.weightActive
     }

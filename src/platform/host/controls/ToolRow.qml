@@ -18,10 +18,15 @@ Grid {
 
     readonly property int count: tools.length
     readonly property real share: room / columns
-    readonly property real cellWidth: Math.min(68, Math.floor(spread ? share : (room - (columns - 1) * 2) / columns))
+    // Where there is little room, first what is between them gives way, down to cells as narrow as can be pressed.
+    property real widestGap: 2
+    readonly property real gap: columns > 1 ? Math.max(0, Math.min(widestGap, (room - columns * narrow) / (columns - 1))) : 0
+    readonly property real narrow: 50
+    readonly property real cellWidth: Math.min(68, Math.max(Tokens.touch.minimum,
+        Math.floor(spread ? share : (room - (columns - 1) * gap) / columns)))
 
     columns: Math.max(1, perRow > 0 ? perRow : count)
-    columnSpacing: spread ? share - cellWidth : 2
+    columnSpacing: spread ? share - cellWidth : gap
 
     // Names are not wrapped and not cut: where one would not fit, all of them are smaller.
     LabelFit {

@@ -164,6 +164,11 @@ Result<PictureFacts> readPictureFacts(const std::string& path)
     return source ? withSubject(readPictureFacts(**source), path) : source.error();
 }
 
+Result<PictureFacts> readPictureFacts(std::span<const std::uint8_t> bytes, const std::string& subject)
+{
+    return withSubject(readPictureFacts(*memorySource(bytes)), subject);
+}
+
 Result<UIImage> loadEmbeddedThumbnail(const std::string& path)
 {
     const auto source = openFileSource(path);

@@ -3,7 +3,9 @@
 #include "platform/base/Result.h"
 #include "platform/image/pixels/UIImage.h"
 
+#include <cstdint>
 #include <optional>
+#include <span>
 #include <string>
 
 namespace lamina {
@@ -27,6 +29,8 @@ struct PictureFacts {
 ///
 /// The error's subject is the path, its causes are those of `loadPicture`. Usable from any thread.
 Result<PictureFacts> readPictureFacts(const std::string& path);
+/// The same of a file in memory, which is called `subject`.
+Result<PictureFacts> readPictureFacts(std::span<const std::uint8_t> bytes, const std::string& subject);
 
 /// The small picture that a camera has put into the file: the EXIF block's (JPEG, PNG, WebP; mostly 160 × 120) or the
 /// thumbnail item of HEIC and AVIF. It has the picture's orientation, and its shape to a pixel: the black bars beside a

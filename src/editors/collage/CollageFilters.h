@@ -1,0 +1,31 @@
+#pragma once
+
+#include "gpu/core/GPUImageOutput.h"
+#include "platform/image/pixels/UIImage.h"
+
+#include <cstddef>
+#include <memory>
+#include <span>
+
+namespace lamina {
+
+inline constexpr int kFirstCollageFilter = 500;
+inline constexpr std::size_t kCollageFilterCount = 14;
+
+/// A look of the filter panel.
+struct CollageFilter {
+    int tag;
+    const char* name; ///< English, translated where it is shown
+    /// A new filter as its class makes it; null: the picture stays as it is. From any thread.
+    std::shared_ptr<GPUImageOutput> (*make)();
+
+    /// The picture through the look; empty when it fails. From any thread.
+    UIImage applied(const UIImage& picture) const;
+};
+
+/// All looks, in the order of the panel and of their tags.
+std::span<const CollageFilter> collageFilters();
+/// The one of that tag; null: there is none.
+const CollageFilter* findCollageFilter(int tag);
+
+} // namespace lamina
