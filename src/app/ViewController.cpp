@@ -1,6 +1,7 @@
 #include "app/ViewController.h"
 
 #include "app/AppMenu.h"
+#include "app/HomeArt.h"
 #include "app/ImagePIckingViewController.h"
 #include "app/MainStoryboard.h"
 #include "editors/blend/BlendPhotoViewController.h"
@@ -22,6 +23,7 @@
 #include "platform/view/FailureAlert.h"
 #include "platform/view/PictureWork.h"
 #include "platform/view/UIAlertController.h"
+#include "platform/view/UIImageMetaType.h"
 #include "platform/view/UINavigationController.h"
 #include "platform/view/UIStoryboard.h"
 
@@ -114,6 +116,11 @@ void ViewController::threePhotoCollage()
 {
     selectedBtnStr = "threePhoto";
     launchSpecialController();
+}
+
+QVariant ViewController::collageArt(int photos) const
+{
+    return QVariant::fromValue(homeArt(static_cast<std::size_t>(photos)));
 }
 
 void ViewController::BlendPhoto()

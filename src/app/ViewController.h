@@ -50,6 +50,8 @@ public:
     /// Dismisses what this screen presents, in one animated step.
     void dismissAllViewControllers();
 
+    /// A `lamina::UIImage`: what lies on the print of the entry for so many photos; see homeArt.
+    Q_INVOKABLE QVariant collageArt(int photos) const;
     /// The entries of the collages: open the photo picker for two photos, and for three.
     Q_INVOKABLE void twoPhotoCollage();
     /// See twoPhotoCollage.
