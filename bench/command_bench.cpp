@@ -1,10 +1,17 @@
 // The whole process as a shell sees it: time from start to end, and the most memory it held.
 
+#include "platform/image/pixels/CGImage.h"
+#include "platform/image/pixels/PixelBuffer.h"
+#include "support/BareDecode.h"
+#include "support/BareExports.h"
 #include "support/BenchPhotos.h"
 
 #include <algorithm>
+#include <array>
 #include <benchmark/benchmark.h>
 #include <chrono>
+#include <cstddef>
+#include <cstdint>
 #include <cstdlib>
 #include <fcntl.h>
 #include <filesystem>
@@ -12,7 +19,9 @@
 #include <string>
 #include <sys/resource.h>
 #include <sys/wait.h>
+#include <thread>
 #include <unistd.h>
+#include <utility>
 #include <vector>
 
 extern char** environ;
@@ -65,6 +74,66 @@ void blendTwelveMegapixels(benchmark::State& state)
     measure(state, {"blend", first, second, "-o", "-"});
 }
 BENCHMARK(blendTwelveMegapixels)->UseManualTime()->Unit(benchmark::kMillisecond);
+
+// ---- a collage of three photos ----
+
+constexpr int kCollageSide = 1125; // pixels: 375 points at three pixels each
+
+const std::vector<std::string>& threePhotos()
+{
+    static const std::vector<std::string> photos{lamina::bench::twelveMegapixelPhoto(0),
+                                                 lamina::bench::twelveMegapixelPhoto(1),
+                                                 lamina::bench::twelveMegapixelPhoto(0)};
+    return photos;
+}
+
+/// Limits: 1.5 times the parts below, and 150 MB.
+void collageTwelveMegapixels(benchmark::State& state)
+{
+    std::vector<std::string> arguments{"collage"};
+    arguments.insert(arguments.end(), threePhotos().begin(), threePhotos().end());
+    arguments.insert(arguments.end(), {"-o", "-"});
+    measure(state, arguments);
+    state.counters["limit_MB"] = 150;
+}
+BENCHMARK(collageTwelveMegapixels)->UseManualTime()->Unit(benchmark::kMillisecond);
+
+/// The middle of a decoded photo, on a strip of the canvas.
+void layStrip(const std::vector<JSAMPLE>& photo, int index, std::uint8_t* canvas)
+{
+    const int width = static_cast<int>(photo.size()) / 4 / kCollageSide;
+    const int left = (width - kCollageSide) / 2;
+    const int first = kCollageSide * index / 3;
+    const int end = kCollageSide * (index + 1) / 3;
+    for (int y = 0; y < kCollageSide; ++y) {
+        const JSAMPLE* const row = photo.data() + 4 * (std::ptrdiff_t{y} * width + left);
+        std::uint8_t* const out = canvas + 4 * (std::ptrdiff_t{y} * kCollageSide);
+        for (int x = 4 * first; x < 4 * end; ++x)
+            out[x] = row[x];
+    }
+}
+
+/// What the work can't cost less than in a process that runs already: libjpeg-turbo reducing to three eighths (which is
+/// its area mean, 1125 rows) on a thread a photo, the three strips, and our filter of rows with libdeflate.
+void collageParts(benchmark::State& state)
+{
+    std::array<std::vector<JSAMPLE>, 3> photos;
+    const lamina::CGImageLayout layout =
+        lamina::CGImageLayout::rgba(kCollageSide, kCollageSide, lamina::CGImageAlphaInfo::Last);
+    constexpr unsigned kEighths = 3;
+    for (auto _ : state) {
+        {
+            std::vector<std::jthread> readers;
+            for (std::size_t i = 0; i < photos.size(); ++i)
+                readers.emplace_back([&, i] { lamina::bench::bareDecode(threePhotos()[i], photos[i], kEighths); });
+        }
+        lamina::PixelBuffer canvas = lamina::PixelBuffer::zeroed(layout.byteCount());
+        for (std::size_t i = 0; i < photos.size(); ++i)
+            layStrip(photos[i], static_cast<int>(i), canvas.data());
+        benchmark::DoNotOptimize(lamina::bench::filterAndDeflate(lamina::CGImage::make(layout, std::move(canvas))));
+    }
+}
+BENCHMARK(collageParts)->UseRealTime()->Unit(benchmark::kMillisecond);
 
 struct Export {
     const char* name;

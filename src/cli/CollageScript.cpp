@@ -7,6 +7,7 @@
 #include "editors/colorpicker/InfColorPickerController.h"
 #include "editors/common/PictureTools.h"
 #include "editors/stickers/StickerStrip.h"
+#include "gpu/core/VideoProcessingQueue.h"
 #include "platform/base/DispatchQueue.h"
 #include "platform/view/UINavigationController.h"
 #include "cli/EditorSteps.h"
@@ -138,7 +139,12 @@ CollageScript::CollageScript(CGSize screen, double scale, std::vector<UIImage> p
     ScriptStage::letTransitionsRun();
 }
 
-CollageScript::~CollageScript() = default;
+/// Thumbnails of filters may still be drawn, which must not meet the end of the process.
+CollageScript::~CollageScript()
+{
+    m_editor.reset();
+    runSynchronouslyOnVideoProcessingQueue([] {});
+}
 
 void CollageScript::perform(const CollageStep& step)
 {

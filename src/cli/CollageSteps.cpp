@@ -265,7 +265,7 @@ std::string collageLayoutNames(int photos)
     const int count = photos == 2 ? kTwoFramesCount : kThreeFramesCount;
     std::string list;
     for (int frame = first; frame < first + count; ++frame)
-        list.append(frame == first ? "" : ", ").append(std::to_string(frame)).append(" ").append(frameName(frame));
+        list.append(frame == first ? "" : "; ").append(std::to_string(frame)).append(" ").append(frameName(frame));
     return list;
 }
 

@@ -52,7 +52,7 @@ using CollageStep = std::variant<LayoutStep, MoveStep, ZoomStep, RotateStep, Sub
 /// All options that stand for steps, in the order in which help lists them.
 std::span<const StepOption<CollageStep>> collageStepOptions();
 
-/// "2000 Diagonal, 2001 ..." of the layouts for so many photos.
+/// "2000 Diagonal; 2001 ..." of the layouts for so many photos.
 std::string collageLayoutNames(int photos);
 /// The words for filters and effects, for help.
 std::string collageFilterWords();

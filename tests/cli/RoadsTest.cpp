@@ -19,6 +19,7 @@ TEST_F(Roads, DifferentRoadsLeadToTheSameBytes)
     writeFile(folder.path("empty.json"), R"({"Filters": []})");
     const std::string inverted = "lamina op invert -i small.png -o out.png";
     const std::string sepia = "lamina filter GPUImageSepiaFilter -i flat.png -o out.png";
+    const std::string collage = "lamina collage flat.png small.png -o out.png --width 64 --scale 2";
     const std::vector<std::pair<std::string, std::string>> pairs{
         {inverted, "lamina op invert -i - -o - <small.png >out.png"},
         {inverted, "cp small.png out.png; lamina op invert -i out.png -o out.png"},
@@ -36,6 +37,13 @@ TEST_F(Roads, DifferentRoadsLeadToTheSameBytes)
         {"lamina blend flat.png small.png -o out.png --turn 2:left --sticker 'Ice cream@99,90'",
          "lamina blend --sticker ice-cream@99,90,200,200,0 --turn 2:right --turn 2:right flat.png --turn 2:right "
          "small.png --contrast 2:0 --opacity 1:0.5 -o out.png"},
+        // A layout takes back what stood before it; a photo named again is not chosen anew, so that sliders and filters
+        // go on from where they began.
+        {collage, collage + " --gap 0 --turn 1:left --turn 1:right --zoom 2:2 --layout 2000"},
+        {"lamina collage small.png flat.png -o out.png --width 64 --scale 2", collage + " --swap 2:1"},
+        {collage + " --effect 1:contrast=40", collage + " --effect 1:contrast=-20 --effect 1:Contrast=40"},
+        {collage + " --filter 1:502", collage + " --filter 1:comic --filter 1:Sepia"},
+        {collage + " --zoom 1:2", collage + " --zoom 1:2 --flip 2:vertical --effect 1:emboss=3 --filter 2:ink --reset"},
         {"lamina blend flat.png small.png -o out.png",
          "cp small.png ./-in.png; lamina blend -o -out.png -- flat.png -in.png; mv ./-out.png out.png"},
     };
@@ -55,6 +63,7 @@ TEST_F(Roads, TheSameBytesComeOfAnyNumberOfCores)
     oneCore.cores = 1;
     for (const std::string& line :
          {"lamina blend " + photo + " flat.png -o - --zoom 1.37 --contrast 1:30 --sticker sun@90,99,80,80,20",
+          "lamina collage " + photo + " flat.png -o - --layout 2005 --rotate 1:20 --effect 2:unsharpen=3 --gap 3",
           "lamina op rotateInDegrees=33 scaleToFitSize=500x500 gaussianBlurWithBias -o - -i " + photo}) {
         const std::string bytes = shell(line).output;
         EXPECT_THAT(bytes, testing::StartsWith("\x89PNG"));

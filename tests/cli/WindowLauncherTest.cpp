@@ -21,6 +21,10 @@ TEST(WindowLauncher, TheCommandAloneBecomesTheWindowBesideIt)
     EXPECT_EQ(runCommand(command, {}).output, "window: \n");
     const CommandResult run = runCommand(command, {"--photos", "/b", "--screen", "picker", "--photos", "/tmp/a b"});
     EXPECT_EQ(run.output, "window: --screen picker --photos /b --photos /tmp/a b\n");
+    writeFile(folder.path("-a.jpg"), "");
+    EXPECT_EQ(
+        runCommand("/usr/bin/env", {"-C", folder.path(), command, "--screen", "two", "lamina", "--", "-a.jpg"}).output,
+        "window: --screen two -- lamina -a.jpg\n");
     EXPECT_EQ(run.exitCode, 7) << "the window's own code is the command's";
 }
 
