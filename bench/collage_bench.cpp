@@ -3,21 +3,24 @@
 // processor's time is that of all threads: where other programs are at work, a half of it is what two idle cores would
 // take.
 
+#include "editors/collage/CreateCollageViewController.h"
 #include "editors/frames/Frames.h"
-#include "editors/frames/ThreeFramesViewController.h"
-#include "editors/frames/TwoFramesViewController.h"
+#include "platform/base/CGAffineTransform.h"
+#include "platform/base/DispatchQueue.h"
 #include "platform/base/UIScreen.h"
 #include "platform/view/CanvasRenderer.h"
 #include "platform/view/ImageRendering.h"
-#include "platform/view/UIImageView.h"
+#include "platform/view/TouchDispatcher.h"
 #include "support/Measuring.h"
 
 #include <algorithm>
 #include <benchmark/benchmark.h>
 #include <cmath>
 #include <cstddef>
+#include <cstdint>
 #include <memory>
-#include <string>
+#include <optional>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -26,7 +29,6 @@ using namespace lamina;
 
 constexpr double kSide = 414;
 constexpr double kScale = 3;
-constexpr CGRect kSquare{0, 0, kSide, kSide};
 
 /// As a camera gives it, but for a pattern that no reduction makes plain.
 UIImage photo()
@@ -34,42 +36,29 @@ UIImage photo()
     return UIImage(bench::noisePicture(4000, 3000, CGImageAlphaInfo::NoneSkipLast));
 }
 
-/// The canvas of a collage on its white paper, as the editor stacks it.
+/// The editor with a photo in each slot, what a window would show of it, and fingers.
 struct Desk {
     explicit Desk(int frame)
     {
-        UIScreen::setMain({{kSide, 2.0 * kSide}, kScale});
-        paper->setBackgroundColor(UIColor::white());
-        paper->addSubview(canvas);
-        canvas->layer().setSharesEdges(true);
-        canvas->setClipsToBounds(true);
-        for (std::size_t i = 0; i < photosOf(frame); ++i)
-            addSlot();
-        if (layers.size() == 2)
-            std::make_shared<TwoFramesViewController>()->setLayout(frame, *layers[0], *layers[1], *canvas);
-        else
-            std::make_shared<ThreeFramesViewController>()->setLayout(frame, *layers[0], *layers[1], *layers[2],
-                                                                     *canvas);
-        window.render();
+        UIScreen::setMain({{kSide, 2 * kSide}, kScale});
+        editor = std::make_shared<CreateCollageViewController>();
+        std::vector<UIImage> photos;
+        while (photos.size() < photosOf(frame))
+            photos.push_back(photo());
+        editor->setSelectedImages(std::move(photos));
+        canvas = std::make_unique<CanvasRenderer>(editor->canvasView(), kScale);
+        fingers = std::make_unique<TouchDispatcher>(editor->canvasView());
+        editor->applyLayout(frame);
+        DispatchQueue::main().runUntilIdle();
+        canvas->render();
     }
-    void addSlot()
-    {
-        const auto slot = std::make_shared<UIView>(kSquare);
-        slot->setClipsToBounds(true);
-        const auto view = std::make_shared<UIImageView>(kSquare);
-        view->setContentMode(UIViewContentMode::ScaleAspectFill);
-        view->setImage(photo());
-        slot->addSubview(view);
-        canvas->insertSubview(slot, 0);
-        layers.push_back(slot);
-        photos.push_back(view);
-    }
+    ~Desk() { DispatchQueue::main().runUntilIdle(); }
+    Desk(const Desk&) = delete;
+    Desk& operator=(const Desk&) = delete;
 
-    std::shared_ptr<UIView> paper = std::make_shared<UIView>(kSquare);
-    std::shared_ptr<UIView> canvas = std::make_shared<UIView>(kSquare);
-    std::vector<std::shared_ptr<UIView>> layers;
-    std::vector<std::shared_ptr<UIImageView>> photos;
-    CanvasRenderer window{paper, kScale};
+    std::shared_ptr<CreateCollageViewController> editor;
+    std::unique_ptr<CanvasRenderer> canvas;
+    std::unique_ptr<TouchDispatcher> fingers;
 };
 
 // ---- memory; the first, so that nothing of the others is left ----
@@ -79,14 +68,15 @@ void windowMemory(benchmark::State& state)
     double megabytes = 0;
     for (auto _ : state) {
         Desk desk(3006);
-        desk.window.setMoving(true);
-        for (const auto& view : desk.photos) {
-            view->setTransform(CGAffineTransform::rotation(0.3));
-            desk.window.render();
+        for (int slot = 1; slot <= 3; ++slot) {
+            desk.editor->selectSlot(slot);
+            desk.canvas->setMoving(true);
+            desk.editor->currentImageView().setTransform(CGAffineTransform::rotation(0.3));
+            desk.canvas->render();
+            megabytes = std::max(megabytes, bench::residentMegabytes());
+            desk.canvas->setMoving(false);
+            desk.canvas->render();
         }
-        megabytes = bench::residentMegabytes();
-        desk.window.setMoving(false);
-        desk.window.render();
         megabytes = std::max(megabytes, bench::residentMegabytes());
     }
     state.counters["MB"] = megabytes;
@@ -96,69 +86,84 @@ BENCHMARK(windowMemory)->Iterations(1)->Unit(benchmark::kMillisecond);
 
 // ---- fingers go on, on a photo ----
 
-using Move = void (*)(UIView& photo, int step);
+/// Where one finger or two are after so many steps; a grip about the middle.
+struct Grip {
+    CGPoint first;
+    std::optional<CGPoint> second;
+};
+using Way = Grip (*)(int step);
 
-void drag(UIView& photo, int step)
+constexpr CGPoint kMiddle{kSide / 2, kSide / 2};
+
+Grip apart(double way, double angle)
 {
-    photo.setCenter({kSide / 2 + step % 97 - 48, kSide / 2 + step % 61 - 30});
+    const double x = way * std::cos(angle);
+    const double y = way * std::sin(angle);
+    return {{kMiddle.x - x, kMiddle.y - y}, CGPoint{kMiddle.x + x, kMiddle.y + y}};
 }
-void pinch(UIView& photo, int step)
+Grip drag(int step)
 {
-    photo.setTransform(
-        CGAffineTransform::scaling(1 + std::abs(step % 80 - 40) / 40.0, 1 + std::abs(step % 80 - 40) / 40.0));
+    return {{kMiddle.x + step % 97 - 48, kMiddle.y + step % 61 - 30}, std::nullopt};
 }
-void turn(UIView& photo, int step)
+Grip pinch(int step)
 {
-    photo.setTransform(CGAffineTransform::rotation(step / 20.0));
+    return apart(90 + std::abs(step % 120 - 60), 0.6);
+}
+Grip turn(int step)
+{
+    return apart(100, step / 20.0);
 }
 
-/// "first_ms" is the frame with which it begins, "rest_ms" the exact one at the end.
-void gesture(benchmark::State& state, int frame, std::size_t slot, Move move)
+/// Moves the photo of the first slot. "first_ms" is the frame with which it begins, "rest_ms" the exact one at the end.
+void gesture(benchmark::State& state, Way way)
 {
-    Desk desk(frame);
-    UIView& view = *desk.photos[slot];
+    const Desk desk(static_cast<int>(state.range(0)));
     int step = 0;
-    desk.window.setMoving(true);
-    const auto next = [&] {
-        move(view, ++step);
-        benchmark::DoNotOptimize(desk.window.render());
+    const auto put = [&](void (TouchDispatcher::*tell)(std::int64_t, CGPoint, double)) {
+        const Grip grip = way(step);
+        const double time = step / 60.0;
+        (*desk.fingers.*tell)(1, grip.first, time);
+        if (grip.second)
+            (*desk.fingers.*tell)(2, *grip.second, time);
     };
-    state.counters["first_ms"] = 1000 * bench::seconds(next);
-    std::vector<double> frames;
+    const auto next = [&] {
+        ++step;
+        put(&TouchDispatcher::touchMoved);
+        benchmark::DoNotOptimize(desk.canvas->render());
+    };
+    desk.canvas->setMoving(true);
+    put(&TouchDispatcher::touchBegan);
+    double first = 0;
+    while (first == 0 || !(desk.editor->firstImage()->center() != kMiddle ||
+                           desk.editor->firstImage()->transform() != CGAffineTransform()))
+        first = bench::seconds(next); // until the gesture is known for what it is
     for (auto _ : state)
-        frames.push_back(1000 * bench::seconds(next));
-    desk.window.setMoving(false);
-    state.counters["rest_ms"] = 1000 * bench::seconds([&] { desk.window.render(); });
-    state.counters["min_ms"] = *std::ranges::min_element(frames);
-    state.counters["median_ms"] = bench::median(frames);
+        next();
+    put(&TouchDispatcher::touchEnded);
+    desk.canvas->setMoving(false);
+    state.counters["first_ms"] = 1000 * first;
+    state.counters["rest_ms"] = 1000 * bench::seconds([&] { desk.canvas->render(); });
     state.counters["limit_ms"] = 16;
 }
-
-void flatten(benchmark::State& state, int frame)
+void frames(benchmark::internal::Benchmark* bench)
 {
-    const Desk desk(frame);
-    for (auto _ : state)
-        benchmark::DoNotOptimize(imageByRenderingView(*desk.canvas, kScale));
+    bench->Arg(2000)->Arg(3006)->Arg(3008)->ArgName("frame")->MeasureProcessCPUTime()->UseRealTime()->Unit(
+        benchmark::kMillisecond);
 }
-BENCHMARK_CAPTURE(flatten, frame3006, 3006)->MeasureProcessCPUTime()->UseRealTime()->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(gesture, drag, drag)->Apply(frames);
+BENCHMARK_CAPTURE(gesture, pinch, pinch)->Apply(frames);
+BENCHMARK_CAPTURE(gesture, turn, turn)->Apply(frames);
+
+// ---- the picture that leaves the editor ----
+
+void flatten(benchmark::State& state)
+{
+    const Desk desk(static_cast<int>(state.range(0)));
+    for (auto _ : state)
+        benchmark::DoNotOptimize(imageByRenderingView(desk.editor->saveTheImg(), kScale));
+}
+BENCHMARK(flatten)->Apply(frames);
 
 } // namespace
 
-int main(int argc, char** argv)
-{
-    struct Named {
-        const char* name;
-        Move move;
-    };
-    for (const int frame : {2000, 3006, 3008}) {
-        for (const Named& one : {Named{"drag", drag}, Named{"pinch", pinch}, Named{"turn", turn}}) {
-            const std::string name = "gesture/" + std::to_string(frame) + "/" + one.name;
-            benchmark::RegisterBenchmark(name.c_str(), gesture, frame, 0, one.move)
-                ->MeasureProcessCPUTime()
-                ->UseRealTime()
-                ->Unit(benchmark::kMillisecond);
-        }
-    }
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-}
+BENCHMARK_MAIN();

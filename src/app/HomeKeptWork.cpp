@@ -12,6 +12,7 @@
 #include "platform/view/FailureAlert.h"
 #include "platform/view/UIAlertController.h"
 #include "platform/view/UIImageMetaType.h"
+#include "platform/view/UINavigationController.h"
 #include "platform/view/UIStoryboard.h"
 
 #include <QDateTime>

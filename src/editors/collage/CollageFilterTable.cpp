@@ -1,6 +1,7 @@
 // The looks of a collage's filter panel.
 
 #include "editors/collage/CollageFilters.h"
+#include "gpu/core/GPUImageOutput.h"
 #include "gpu/filters/color/GPUImageAmatorkaFilter.h"
 #include "gpu/filters/color/GPUImageGrayscaleFilter.h"
 #include "gpu/filters/color/GPUImageHazeFilter.h"

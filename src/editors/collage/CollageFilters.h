@@ -1,6 +1,5 @@
 #pragma once
 
-#include "gpu/core/GPUImageOutput.h"
 #include "platform/image/pixels/UIImage.h"
 
 #include <cstddef>
@@ -8,6 +7,8 @@
 #include <span>
 
 namespace lamina {
+
+class GPUImageOutput;
 
 inline constexpr int kFirstCollageFilter = 500;
 inline constexpr std::size_t kCollageFilterCount = 14;

@@ -45,8 +45,11 @@ void CreateCollageViewController::setUpTools()
 
 void CreateCollageViewController::watchTools()
 {
-    watch([this] { return std::tuple{shownPanel(), layouts(), filters(), filter(), stickerStrip()}; },
-          [this] { emit panelsChanged(); });
+    watch(
+        [this] {
+            return std::tuple{shownPanel(), layouts(), filters(), filter(), stickerStrip()};
+        },
+        [this] { emit panelsChanged(); });
     watch([this] { return m_subToolBar; },
           [this] {
               m_subTools = m_subToolBar.list();

@@ -8,8 +8,13 @@
 #include "platform/base/UIScreen.h"
 #include "platform/view/TouchDispatcher.h"
 #include "platform/view/UIAlertController.h"
+#include "editors/collage/CollageComposition.h"
+#include "platform/base/CGGeometry.h"
+#include "platform/image/pixels/UIImage.h"
 #include "platform/view/UIWindow.h"
 
+#include <cstdint>
+#include <cstddef>
 #include <gtest/gtest.h>
 #include <memory>
 #include <optional>

@@ -1,10 +1,13 @@
 #include "CollageCanvasFixture.h"
 #include "editors/common/PictureMemory.h"
 #include "editors/frames/TwoFramesViewController.h"
+#include "platform/base/CGAffineTransform.h"
 #include "platform/base/UIColor.h"
+#include "platform/view/UIImageView.h"
 
 #include <cstddef>
 #include <string>
+#include <utility>
 
 namespace lamina::test {
 namespace {
@@ -17,7 +20,7 @@ TEST_F(CollageCanvas, OpensWithTheFirstLayoutForSoManyPhotos)
         int layout;
         const char* order;
         int button; ///< that is selected
-    } table[] = {{2, 2, 2000, "21", 4}, {3, 3, 3000, "321", 1}, {5, 3, 3000, "321", 1}};
+    } table[] = {{2, 2, 2000, "21", 4}, {3, 3, 3000, "213", 1}, {5, 3, 3000, "213", 1}};
     for (const auto& c : table) {
         SCOPED_TRACE(c.photos);
         open(c.photos);
@@ -27,8 +30,6 @@ TEST_F(CollageCanvas, OpensWithTheFirstLayoutForSoManyPhotos)
         EXPECT_EQ(editor->twoBtnViewHidden(), c.count == 3);
         EXPECT_EQ(editor->twoFrameObj() != nullptr, c.count == 2);
         EXPECT_EQ(editor->threeFramesObj() != nullptr, c.count == 3);
-        EXPECT_EQ(editor->thirdView() != nullptr, c.count == 3);
-        EXPECT_EQ(editor->slotRows().size(), static_cast<qsizetype>(c.count));
         for (int button = 1; button <= 5; ++button)
             EXPECT_EQ(editor->btnSelected(button), button == c.button) << button;
         EXPECT_FALSE(editor->saveTheImg().isOpaque() || editor->saveTheImg().backgroundColor());
@@ -90,11 +91,9 @@ TEST_F(CollageCanvas, ALayoutThrowsAllButTheMastersAwayAndUndoBringsItBack)
     EXPECT_TRUE(editor->btnSelected(1));
     EXPECT_FALSE(state().effectFlags[0]);
     for (std::size_t index = 0; index < 3; ++index) {
-        SCOPED_TRACE(index);
         const UIImageView& view = *editor->slotImageView(index);
-        EXPECT_TRUE(view.image().isIdenticalTo(slot(index).master));
-        EXPECT_EQ(view.center(), kMiddle);
-        EXPECT_TRUE(view.transform().isIdentity());
+        EXPECT_TRUE(view.image().isIdenticalTo(slot(index).master)) << index;
+        EXPECT_EQ(view.frame(), (CGRect{0, 0, kSide, kSide})) << index;
         EXPECT_EQ(view.alpha(), 1);
         EXPECT_FALSE(editor->slotView(index)->backgroundColor());
     }
@@ -107,7 +106,6 @@ TEST_F(CollageCanvas, ALayoutThrowsAllButTheMastersAwayAndUndoBringsItBack)
     EXPECT_EQ(editor->secondImage()->transform().a, 2);
     EXPECT_EQ(editor->thirdImage()->alpha(), 0.25);
     EXPECT_EQ(editor->thirdView()->backgroundColor(), changed.photoSlots[2].background);
-    EXPECT_FALSE(editor->firstView()->isUserInteractionEnabled());
     EXPECT_TRUE(editor->firstView()->layer().mask());
     drag(kMiddle, {8, 0});
     EXPECT_EQ(slot(1).center.x, kMiddle.x + 28) << "the second one takes gestures again";
@@ -210,9 +208,11 @@ TEST_F(CollageCanvas, TapsPointTheCurrentSlotOutAndFitItsPhoto)
 
     editor->applyLayout(2005); // circles: the corners are nobody's, and the upper one hides the lower one
     const std::string upper = order().substr(1);
-    editor->selectSlot(upper == "1" ? 2 : 1);
     pointed.clear();
-    editor->tapCanvas(2, 2);
+    for (const int chosen : {upper == "1" ? 1 : 2, upper == "1" ? 2 : 1}) {
+        editor->selectSlot(chosen);
+        editor->tapCanvas(2, 2);
+    }
     EXPECT_EQ(pointed, "");
     editor->tapCanvas(100, 100);
     EXPECT_EQ(pointed, upper == "1" ? "2" : "1");

@@ -28,11 +28,11 @@ protected:
     void SetUp() override
     {
         CollageColors::SetUp();
-        open(640, photo(1), photo(2));
+        open({320, 640}, 1, photo(1), photo(2));
     }
-    void open(double screenHeight, const UIImage& first, const UIImage& second)
+    void open(CGSize screen, double scale, const UIImage& first, const UIImage& second)
     {
-        UIScreen::setMain({{320, screenHeight}, 2});
+        UIScreen::setMain({screen, scale});
         openWith(first, second);
     }
     std::vector<int> order() const
@@ -175,7 +175,7 @@ TEST_F(CollageStickers, AFinishTakesMarksAwayAndSkipsWhatWasClosed)
 TEST_F(CollageStickers, TheFlattenedCanvasIsClearWhereNothingCoversIt)
 {
     const auto flat = [](Rgba color) { return UIImage(solidPicture(8, 8, color, CGImageAlphaInfo::NoneSkipLast)); };
-    open(480, flat({200, 100, 50, 255}), flat({0, 0, 0, 255}));
+    open({320, 480}, 2, flat({200, 100, 50, 255}), flat({0, 0, 0, 255}));
     CollageComposition work = state();
     work.layout = 0; // the first slot covers the other
     work.photoSlots[0].alpha = 0.5;

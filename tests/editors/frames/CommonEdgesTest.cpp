@@ -4,6 +4,7 @@
 #include "editors/frames/ThreeFramesViewController.h"
 #include "editors/frames/TwoFramesViewController.h"
 #include "platform/view/CAShapeLayer.h"
+#include "platform/base/UIColor.h"
 #include "platform/view/ImageRendering.h"
 
 #include <algorithm>
