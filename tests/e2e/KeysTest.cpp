@@ -6,6 +6,7 @@
 #include "TestPaths.h"
 #include "app/AboutViewController.h"
 #include "app/ViewController.h"
+#include "editors/collage/CreateCollageViewController.h"
 #include "export/SavingTypeController.h"
 #include "picker/YMSAlbumPickerViewController.h"
 #include "picker/YMSPhotoPickerViewController.h"
@@ -98,6 +99,12 @@ TEST_F(ByKeys, EveryKeyInTheListWorks)
         WindowDriver::waitUntil([&] { return picker()->photosModel()->rowCount() > 2; });
         driver->settle();
     };
+    const auto collage = [&] { return driver->top<CreateCollageViewController>(); };
+    const auto openCollage = [&] {
+        driver->top<ViewController>()->beginCollage("threePhoto",
+                                                    std::vector(3, PhotoSource::fromFile(sample("dunes.jpg"))));
+        driver->waitFor<CreateCollageViewController>();
+    };
     const auto copyPicture = [&](int) {
         home();
         const std::string bytes = readFile(testData("pictures/png-rgb8.png"));
@@ -123,6 +130,23 @@ TEST_F(ByKeys, EveryKeyInTheListWorks)
         {"preview", nothing, [&](int) { return driver->waitFor<YMSSinglePhotoViewController>(); }},
         {"albums", [&](int) { driver->press(Qt::Key_Escape); },
          [&](int) { return driver->waitFor<YMSAlbumPickerViewController>(); }},
+        {"slot",
+         [&](int i) {
+             if (i == 0)
+                 home(), openCollage();
+         },
+         [&](int i) { return collage()->currentSlot() == i + 1; }},
+        {"swapPhotos", [&](int) { collage()->selectSlot(2); },
+         [&](int i) { return collage()->currentSlot() == (i == 0 ? 1 : 3); }},
+        {"collageTool",
+         [&](int i) {
+             if (i == 1)
+                 driver->press(Qt::Key_Escape), driver->waitFor<CreateCollageViewController>();
+         },
+         [&](int i) {
+             return i == 0 ? driver->waitFor<YMSPhotoPickerViewController>()
+                           : collage()->tools()[i].toMap()["active"].toBool();
+         }},
         {"paste", copyPicture, [&](int) { return driver->waitFor<PinchZoomViewController>(); }},
         {"open", [&](int) { home(); },
          [&](int) { return driver->waitUntil([&] { return driver->item(QStringLiteral("dunes.jpg")); }); }},

@@ -6,6 +6,7 @@
 #include "TestPictures.h"
 #include "app/ViewController.h"
 #include "editors/blend/PickedImages.h"
+#include "editors/collage/CreateCollageViewController.h"
 #include "editors/colorpicker/InfColorPickerController.h"
 #include "export/ExporterViewController.h"
 #include "platform/base/CGGeometry.h"
@@ -228,6 +229,27 @@ TEST_P(Layout, KeepsAllThatCanBePressedWholeAndFree)
     }
     driver->top<BlendPhotoViewController>()->openPhotoMenu(1); // over the tool that is open
     checkEverywhere("photo menu");
+}
+
+TEST_P(Layout, KeepsTheCollageSo)
+{
+    const auto home = driver->top<ViewController>();
+    home->beginCollage("twoPhoto",
+                       {PhotoSource::fromFile(sample("dunes.jpg")), PhotoSource::fromFile(sample("meadow.jpg"))});
+    ASSERT_TRUE(driver->waitFor<CreateCollageViewController>());
+    checkEverywhere("collage of two");
+    driver->press(Qt::Key_Escape);
+    driver->press(Qt::Key_Escape);
+    ASSERT_TRUE(driver->waitFor<ViewController>());
+    home->beginCollage("threePhoto", std::vector(3, PhotoSource::fromFile(sample("dunes.jpg"))));
+    ASSERT_TRUE(driver->waitFor<CreateCollageViewController>());
+    const auto collage = driver->top<CreateCollageViewController>();
+    for (const char* const tool : {"layout", "tools", "filter", "fx", "sticker", "reset"}) {
+        collage->chooseTool(QLatin1String(tool));
+        checkEverywhere(tool);
+    }
+    collage->letGo();
+    checkEverywhere("collage");
 }
 
 TEST_P(Layout, KeepsTheSheetsOfAnExportSo)

@@ -94,14 +94,6 @@ protected:
     }
     std::shared_ptr<YMSPhotoPickerViewController> picker() { return driver->top<YMSPhotoPickerViewController>(); }
 
-    /// The tile in the window; null: it is out of sight.
-    QQuickItem* tile(int item) { return tileIn(*driver->view().contentItem(), item); }
-    void tapTile(int item)
-    {
-        ASSERT_NE(tile(item), nullptr) << item;
-        driver->tapOnly(*tile(item));
-        driver->settle();
-    }
     /// What the screen reader is told of it.
     std::string told(int item)
     {
@@ -140,20 +132,6 @@ protected:
 
 private:
     quint64 m_wheelClock = 1000; ///< milliseconds
-
-    QQuickItem* tileIn(QQuickItem& root, int item)
-    {
-        const QRectF window(QPointF(), QSizeF(driver->view().size()));
-        if (!root.isVisible())
-            return nullptr;
-        if (root.property("isCamera").isValid() && root.property("index") == item &&
-            window.contains(WindowDriver::middleOf(root)))
-            return &root;
-        for (QQuickItem* const child : root.childItems())
-            if (QQuickItem* const found = tileIn(*child, item))
-                return found;
-        return nullptr;
-    }
 };
 
 TEST_F(PickerWindow, FingersChooseThreeInTwoAlbums)

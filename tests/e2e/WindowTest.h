@@ -67,13 +67,14 @@ protected:
         ASSERT_TRUE(driver->waitFor<BlendPhotoViewController>());
     }
     /// From an exporter that saves to the editor again: the share sheet opens by itself.
+    template <class Editor = BlendPhotoViewController>
     void leaveShareScreen()
     {
         ASSERT_TRUE(driver->waitFor<UIActivityViewController>());
         driver->press(Qt::Key_Escape);
         ASSERT_TRUE(driver->waitFor<ShareController>());
         ASSERT_TRUE(driver->tap(QStringLiteral("Back")));
-        ASSERT_TRUE(driver->waitFor<BlendPhotoViewController>());
+        ASSERT_TRUE(driver->waitFor<Editor>());
     }
     static QDir documents() { return QDir(QDir::home().filePath(QStringLiteral("Documents/Lamina"))); }
     void goToPNG()
@@ -84,16 +85,25 @@ protected:
         ASSERT_TRUE(driver->waitFor<PNGController>());
     }
     /// The picture in the file, of the canvas's colours. The editor is in front again.
+    template <class Editor = BlendPhotoViewController>
     QImage saveAsPNG()
     {
         documents().removeRecursively();
         goToPNG();
         EXPECT_TRUE(driver->tap(QStringLiteral("Save PNG")));
-        leaveShareScreen();
+        leaveShareScreen<Editor>();
         QImage saved(documents().filePath(QStringLiteral("default.png")));
         EXPECT_TRUE(saved.colorSpace().isValid());
         saved.setColorSpace({}); // QImage would compare it too
         return saved.convertToFormat(QImage::Format_RGB32);
+    }
+    /// The picker's tile of that item in the window; null: it is out of sight.
+    QQuickItem* tile(int item) { return tileIn(*driver->view().contentItem(), item); }
+    void tapTile(int item)
+    {
+        ASSERT_NE(tile(item), nullptr) << item;
+        driver->tapOnly(*tile(item));
+        driver->settle();
     }
     /// A place of the canvas, in points.
     QPointF inWindow(CGPoint point) { return driver->canvas()->mapToScene({point.x, point.y}); }
@@ -112,6 +122,21 @@ protected:
 
     TestPortal portal;
     std::unique_ptr<WindowDriver> driver;
+
+private:
+    QQuickItem* tileIn(QQuickItem& root, int item)
+    {
+        const QRectF window(QPointF(), QSizeF(driver->view().size()));
+        if (!root.isVisible())
+            return nullptr;
+        if (root.property("isCamera").isValid() && root.property("index") == item &&
+            window.contains(WindowDriver::middleOf(root)))
+            return &root;
+        for (QQuickItem* const child : root.childItems())
+            if (QQuickItem* const found = tileIn(*child, item))
+                return found;
+        return nullptr;
+    }
 };
 
 } // namespace lamina::test

@@ -300,20 +300,26 @@ Qt::CursorShape WindowDriver::pointer()
 
 void WindowDriver::pinchCanvas(double before, double after)
 {
+    moveTwoFingers([&](double done) { return QPointF((before + (after - before) * done) / 2, 0); });
+}
+
+void WindowDriver::turnCanvas(double angle)
+{
+    constexpr double kReach = 60;
+    moveTwoFingers([&](double done) { return kReach * QPointF(std::cos(angle * done), std::sin(angle * done)); });
+}
+
+void WindowDriver::moveTwoFingers(const std::function<QPointF(double done)>& reach)
+{
     const QPointF middle = middleOf(shownCanvas());
-    const auto finger = [&](double apart, double side) { return (middle + QPointF(side * apart / 2, 0)).toPoint(); };
-    QTest::touchEvent(&view(), m_fingers.get())
-        .press(0, finger(before, -1), &view())
-        .press(1, finger(before, 1), &view());
+    const auto one = [&](double done) { return (middle - reach(done)).toPoint(); };
+    const auto other = [&](double done) { return (middle + reach(done)).toPoint(); };
+    QTest::touchEvent(&view(), m_fingers.get()).press(0, one(0), &view()).press(1, other(0), &view());
     for (int step = 1; step <= kDragSteps; ++step) {
-        const double apart = before + (after - before) * step / kDragSteps;
-        QTest::touchEvent(&view(), m_fingers.get())
-            .move(0, finger(apart, -1), &view())
-            .move(1, finger(apart, 1), &view());
+        const double done = static_cast<double>(step) / kDragSteps;
+        QTest::touchEvent(&view(), m_fingers.get()).move(0, one(done), &view()).move(1, other(done), &view());
     }
-    QTest::touchEvent(&view(), m_fingers.get())
-        .release(0, finger(after, -1), &view())
-        .release(1, finger(after, 1), &view());
+    QTest::touchEvent(&view(), m_fingers.get()).release(0, one(1), &view()).release(1, other(1), &view());
     settle();
 }
 

@@ -91,11 +91,15 @@ public:
     Qt::CursorShape pointer();
     /// Two fingers about the canvas's middle, from `before` to `after` apart.
     void pinchCanvas(double before, double after);
+    /// Two fingers about the canvas's middle, turned by so many radians, clockwise.
+    void turnCanvas(double angle);
 
     QImage grab() { return view().grabWindow(); }
 
 private:
     CanvasItem& shownCanvas();
+    /// From the canvas's middle to one finger, and the other way to the other, when so much of the way is done.
+    void moveTwoFingers(const std::function<QPointF(double done)>& reach);
 
     std::unique_ptr<Application> m_application;
     std::unique_ptr<QPointingDevice> m_fingers;

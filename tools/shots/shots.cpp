@@ -1,6 +1,8 @@
 // Draws every screen into pictures, for whoever judges the look: lamina_shots FOLDER [WIDTHxHEIGHT...]
+#include "CollageShots.h"
 #include "OwnHome.h"
 #include "SamplePhotos.h"
+#include "Shooter.h"
 #include "WindowDriver.h"
 
 #include "app/ViewController.h"
@@ -42,30 +44,6 @@ using namespace lamina;
 using namespace lamina::test;
 
 namespace {
-
-class Shooter {
-public:
-    Shooter(const LaunchOptions& options, QString prefix)
-        : m_driver(options)
-        , m_prefix(std::move(prefix))
-    {
-    }
-    WindowDriver& driver() { return m_driver; }
-
-    void shoot(const char* name)
-    {
-        m_driver.settle();
-        const QString path = m_prefix + QLatin1String(name) + QStringLiteral(".png");
-        if (!m_driver.grab().save(path))
-            std::fprintf(stderr, "can't write %s\n", qPrintable(path));
-        else
-            std::puts(qPrintable(path));
-    }
-
-private:
-    WindowDriver m_driver;
-    QString m_prefix;
-};
 
 const std::string kFirst = LAMINA_SAMPLES "/sea-sunset.jpg";
 const std::string kSecond = LAMINA_SAMPLES "/city-rain.jpg";
@@ -499,6 +477,7 @@ int main(int argc, char** argv)
         const QString prefix = QString::fromLocal8Bit(argv[1]) + QLatin1Char('/') + size + QLatin1Char('-');
         shootRoad(options, prefix);
         shootReopening(options, prefix);
+        shootCollages(options, prefix);
         shootPickers(options, prefix);
         QDir(state.path()).removeRecursively();
     }

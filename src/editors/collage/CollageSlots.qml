@@ -8,16 +8,17 @@ Item {
 
     // A CreateCollageViewController.
     required property var controller
-    // Room for the pictures alone.
-    property bool slim: false
-    // In a narrow column they stand one above the other.
-    property bool narrow: false
+    // In a column as wide as one of them they stand one above the other.
+    property bool stacked: false
     // How much the current one calls for the eye, 0 to 1.
     property real call: 0
 
     readonly property int count: controller.photoCount
-    readonly property real least: 64
-    readonly property bool stacked: slim || (narrow && (width - (count - 1) * Tokens.space.s) / count < least)
+    readonly property real share: (width - (count - 1) * Tokens.space.s) / count
+    // Where there is room for the pictures alone, little is between them.
+    readonly property bool slim: stacked || share < 64
+    readonly property real buttonWidth: stacked ? Tokens.bars.selector
+        : slim ? Math.max(Tokens.touch.minimum, Math.min(Tokens.bars.selector, (width - (count - 1) * grid.spacing) / count)) : share
 
     // While one is dragged: its row, and that of the one it is held over; -1: none.
     property int held: -1
@@ -57,8 +58,8 @@ Item {
     Grid {
         id: grid
         columns: selector.stacked ? 1 : selector.count
-        spacing: Tokens.space.s
-        leftPadding: selector.slim ? Math.round((selector.width - Tokens.bars.selector) / 2) : 0
+        x: selector.slim ? Math.round((selector.width - width) / 2) : 0
+        spacing: selector.slim && !selector.stacked ? 2 : Tokens.space.s
 
         Repeater {
             id: buttons
@@ -66,9 +67,7 @@ Item {
             model: selector.count
             delegate: SlotButton {
                 required property int index
-                width: selector.slim ? Tokens.bars.selector
-                     : selector.stacked ? selector.width
-                     : (selector.width - (grid.columns - 1) * grid.spacing) / grid.columns
+                width: selector.buttonWidth
                 slot: selector.controller.slots[index]
                 slim: selector.slim
                 dimmed: selector.held === index

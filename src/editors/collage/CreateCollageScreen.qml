@@ -52,8 +52,7 @@ EditorScreen {
 
     CollageSlots {
         id: selector
-        slim: collage.slim
-        narrow: collage.small
+        stacked: collage.slim
         width: collage.layout.underWidth
         height: implicitHeight
         x: collage.layout.underX
@@ -92,8 +91,8 @@ EditorScreen {
             layout: collage.layout
             heading: qsTranslate("Lamina", "Photo %1").arg(collage.slot)
             text: Host.mouseAtHand
-                ? qsTranslate("Lamina", "Drag the photo, turn the wheel to zoom it, with Shift to turn it. A double click fits it to its slot again.")
-                : qsTranslate("Lamina", "Drag the photo, pinch to zoom it, twist to turn it. A double tap fits it to its slot again.")
+                ? qsTranslate("Lamina", "Drag the photo, turn the wheel to zoom it, with Shift to turn it. A double click fits it to its slot again. The button of a photo, dragged onto another one, swaps the two.")
+                : qsTranslate("Lamina", "Drag the photo, pinch to zoom it, twist to turn it. A double tap fits it to its slot again. The button of a photo, dragged onto another one, swaps the two.")
         },
         EditorThumbnails {
             name: "layout"

@@ -21,7 +21,8 @@ TileGrid {
     cellHeight: cellWidth + style.captionHeight
     clip: true
     header: Item { height: grid.slack }
-    Component.onCompleted: if (marked > 0) goTo(marked)
+    // Once it has its height.
+    Component.onCompleted: if (marked > 0) Qt.callLater(goTo, marked)
 
     delegate: ThumbnailButton {
         width: grid.side

@@ -3,6 +3,7 @@
 #include "platform/base/CGAffineTransform.h"
 #include "platform/host/ImageConversion.h"
 #include "platform/image/drawing/CGContext.h"
+#include "platform/base/UIColor.h"
 #include "platform/image/drawing/UIBezierPath.h"
 
 #include <optional>

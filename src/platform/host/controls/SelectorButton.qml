@@ -82,7 +82,7 @@ Item {
         contentItem: Item {
             Rectangle {
                 id: thumb
-                x: 7
+                x: button.slim ? (parent.width - width) / 2 : 7
                 anchors.verticalCenter: parent.verticalCenter
                 width: Tokens.thumbs.selector
                 height: Tokens.thumbs.selector
