@@ -2,8 +2,8 @@
 
 #include "editors/collage/CreateCollageViewController.h"
 
-#include "editors/stickers/StickerStrip.h"
 #include "editors/stickers/IQStickerView.h"
+#include "editors/stickers/StickerStrip.h"
 
 #include <algorithm>
 

@@ -9,12 +9,12 @@
 #include "platform/files/FileWriting.h"
 #include "platform/image/codecs/PictureEncoding.h"
 
-#include <iterator>
 #include <algorithm>
 #include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
+#include <iterator>
 #include <utility>
 
 namespace lamina {
