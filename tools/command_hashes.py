@@ -43,6 +43,18 @@ BLENDS = [
     f"{S}aurora-lake.jpg {S}city-rain.jpg --sticker sun@300,80,120,120,15 --sticker cat@120,250 --move 10,-5",
 ]
 
+COLLAGES = [
+    f"{S}meadow.jpg {S}city-rain.jpg",
+    f"{S}meadow.jpg {S}city-rain.jpg --layout 2001 --gap 4 --border 6,#d81159 --width 320 --scale 2",
+    f"{S}aurora-lake.jpg {S}dunes.jpg --layout 2005 --zoom 2:1.7 --move 2:30,-12 --rotate 1:12 --background 2:#204060",
+    f"{S}aurora-lake.jpg {S}dunes.jpg --layout 2007 --height 667 --turn 1:left --flip 2:vertical --effect 1:contrast=40 "
+    "--effect 2:emboss=3 --opacity 1:0.6 --sticker sun@300,80,120,120,15",
+    f"{T}png-rgba8.png {T}webp-lossy-alpha.webp {T}heic-p3.heic --layout 3008 --width 320 --scale 2",
+    f"{S}sea-sunset.jpg {S}meadow.jpg {S}dawn-ridge.jpg --layout 3009 --swap 1:3 --zoom 1:1.3 --effect 2:unsharpen=2",
+    f"{S}sea-sunset.jpg {S}meadow.jpg {S}dawn-ridge.jpg --layout 3006 --filter 1:502 --filter 2:507 --filter 3:513 --reset "
+    "--filter 2:509 --effect 3:vignette=0.3",
+]
+
 CHAINS = [
     "rotateInDegrees=90", "rotateInDegrees=-90", "rotateInDegrees=180", "rotateInDegrees=30", "rotateInRadians=0.5,1,0",
     "horizontalFlip", "verticalFlip", "rotateImagePixelsInDegrees=10", "rotateImagePixelsInRadians=-0.7",
@@ -82,6 +94,8 @@ FILTERS = [
 def command_lines():
     for blend in BLENDS:
         yield f"blend {blend} -o png"
+    for collage in COLLAGES:
+        yield f"collage {collage} -o png"
     for chain in CHAINS:
         yield f"op {chain} -i {PHOTO} -o png"
     for chain in ALPHA_CHAINS:

@@ -20,16 +20,32 @@
         <translation>Emboss</translation>
     </message>
     <message>
+        <source>filter</source>
+        <translation>Filter</translation>
+    </message>
+    <message>
         <source>fx</source>
         <translation>Effects</translation>
+    </message>
+    <message>
+        <source>gallery</source>
+        <translation>Gallery</translation>
     </message>
     <message>
         <source>highlight</source>
         <translation>Highlight</translation>
     </message>
     <message>
+        <source>layout</source>
+        <translation>Layout</translation>
+    </message>
+    <message>
         <source>opacity</source>
         <translation>Opacity</translation>
+    </message>
+    <message>
+        <source>reset</source>
+        <translation>Reset</translation>
     </message>
     <message>
         <source>saturation</source>
@@ -38,6 +54,14 @@
     <message>
         <source>sharpen</source>
         <translation>Sharpen</translation>
+    </message>
+    <message>
+        <source>sticker</source>
+        <translation>Sticker</translation>
+    </message>
+    <message>
+        <source>tools</source>
+        <translation>Tools</translation>
     </message>
     <message>
         <source>unsharpen</source>

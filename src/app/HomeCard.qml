@@ -8,7 +8,9 @@ T.Button {
 
     required property string title
     required property string line
+    // What lies on the print: a drawing that covers it, or a picture inside its margin.
     required property string art
+    required property var picture
     // By how many degrees the print lies askew.
     property real turn: 0
     // The HomeLayout, which all cards share.
@@ -50,6 +52,8 @@ T.Button {
             x: Math.round(card.tall ? (parent.width - width) / 2 : parent.width - width - card.layout.printInset)
             y: Math.round(((card.tall ? parent.height - card.layout.cardFoot - card.layout.wordsHeight : parent.height) - height) / 2)
             art: card.art
+            picture: card.picture
+            margin: width / 20
             radius: Tokens.radius.photoPrint
             color: Tokens.palette.paper
             shadowColor: Tokens.palette.shadow

@@ -3,6 +3,7 @@
 #include "app/MainStoryboard.h"
 #include "app/ViewController.h"
 #include "editors/blend/BlendComposition.h"
+#include "editors/collage/CollageComposition.h"
 #include "editors/common/EditorViewController.h"
 #include "platform/base/Localization.h"
 #include "platform/base/Log.h"
@@ -11,6 +12,7 @@
 #include "platform/view/FailureAlert.h"
 #include "platform/view/UIAlertController.h"
 #include "platform/view/UIImageMetaType.h"
+#include "platform/view/UINavigationController.h"
 #include "platform/view/UIStoryboard.h"
 
 #include <QDateTime>
@@ -28,12 +30,14 @@ struct KeptEditor {
     KeptKind kind;
     const char* scene;
     const char* title;
+    bool isPushed; ///< else presented, as it is when it is begun
 };
 
 const std::vector<KeptEditor>& keptEditors()
 {
     static const std::vector<KeptEditor> editors{
-        {keptKind(BlendComposition()), scene::kBlend, QT_TRANSLATE_NOOP("Lamina", "Blend")},
+        {keptKind(BlendComposition()), scene::kBlend, QT_TRANSLATE_NOOP("Lamina", "Blend"), false},
+        {keptKind(CollageComposition()), scene::kCollage, QT_TRANSLATE_NOOP("Lamina", "Collage"), true},
     };
     return editors;
 }
@@ -128,17 +132,25 @@ void ViewController::openWork(const Result<std::shared_ptr<KeptWork>>& work)
 {
     const KeptOffer offer = *std::exchange(m_offer, std::nullopt);
     m_opensWork = false;
-    if (!isAppearing() || presentedViewController())
+    if (!isAppearing() || presentedViewController() || !navigationController())
         return findOfferedWork(); // this screen was left meanwhile
     const auto editor = UIStoryboard::named(kMainStoryboard)->instantiate<EditorViewController>(editorOf(offer).scene);
     if (work && editor && editor->resumeWork(*work)) {
         emit offeredWorkChanged();
-        return present(editor, true);
+        return openEditor(editor, editorOf(offer).isPushed);
     }
     const Error error = work ? workIsDamaged() : work.error();
     logWarning(offer.folder + ": " + error.cause);
     presentFailure(*this, localizedString("Can’t open the work"), {{}, error.cause});
     findOfferedWork();
+}
+
+void ViewController::openEditor(const std::shared_ptr<UIViewController>& editor, bool isPushed)
+{
+    if (!isPushed)
+        return present(editor, true);
+    m_editorWasLeft = true; // whoever comes back to this screen has left it
+    navigationController()->pushViewController(editor, true);
 }
 
 void ViewController::discardWork()

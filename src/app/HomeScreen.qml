@@ -14,11 +14,11 @@ AppScreen {
 
     readonly property bool brief: measures.stacked && !tablet
     readonly property var cards: [
-        { title: qsTranslate("Lamina", "Two photos"), art: "home_two", turn: 4,
+        { title: qsTranslate("Lamina", "Two photos"), photos: 2, turn: 4,
           line: brief ? qsTranslate("Lamina", "Eight frames") : qsTranslate("Lamina", "One cut, eight frames") },
-        { title: qsTranslate("Lamina", "Three photos"), art: "home_three", turn: -3,
+        { title: qsTranslate("Lamina", "Three photos"), photos: 3, turn: -3,
           line: brief ? qsTranslate("Lamina", "Ten frames") : qsTranslate("Lamina", "A collage in ten frames") },
-        { title: qsTranslate("Lamina", "Blend"), art: "home_blend", turn: 3,
+        { title: qsTranslate("Lamina", "Blend"), photos: 0, turn: 3,
           line: measures.stacked ? qsTranslate("Lamina", "One photo shines through the other")
                                : qsTranslate("Lamina", "Lay one photo over another") }
     ]
@@ -117,7 +117,8 @@ AppScreen {
                         width: measures.cardWidth
                         title: card.title
                         line: card.line
-                        art: card.art
+                        art: card.photos > 0 ? "" : "home_blend"
+                        picture: home.controller.collageArt(card.photos)
                         turn: card.turn
                         focus: index === 0
                         onClicked: home.open(index)

@@ -1,6 +1,7 @@
 #include "app/ViewController.h"
 
 #include "app/AppMenu.h"
+#include "app/HomeArt.h"
 #include "app/ImagePIckingViewController.h"
 #include "app/MainStoryboard.h"
 #include "editors/blend/BlendPhotoViewController.h"
@@ -22,6 +23,7 @@
 #include "platform/view/FailureAlert.h"
 #include "platform/view/PictureWork.h"
 #include "platform/view/UIAlertController.h"
+#include "platform/view/UIImageMetaType.h"
 #include "platform/view/UINavigationController.h"
 #include "platform/view/UIStoryboard.h"
 
@@ -116,6 +118,11 @@ void ViewController::threePhotoCollage()
     launchSpecialController();
 }
 
+QVariant ViewController::collageArt(int photos) const
+{
+    return QVariant::fromValue(homeArt(static_cast<std::size_t>(photos)));
+}
+
 void ViewController::BlendPhoto()
 {
     pushSourceChooser();
@@ -191,6 +198,7 @@ void ViewController::prepareForSegue(UIStoryboardSegue& segue, QObject* sender)
 {
     UIViewController::prepareForSegue(segue, sender);
     if (segue.identifier == segue::kPickedToCollage) {
+        m_editorWasLeft = true; // once this screen is seen again
         if (auto* const editor = segue.destination<SelectedImagesReceiver>())
             editor->setSelectedImages(chosenImages);
     } else if (segue.identifier == segue::kPickedToBlend) {

@@ -50,6 +50,8 @@ public:
     /// Dismisses what this screen presents, in one animated step.
     void dismissAllViewControllers();
 
+    /// A `lamina::UIImage`: what lies on the print of the entry for so many photos; see homeArt.
+    Q_INVOKABLE QVariant collageArt(int photos) const;
     /// The entries of the collages: open the photo picker for two photos, and for three.
     Q_INVOKABLE void twoPhotoCollage();
     /// See twoPhotoCollage.
@@ -107,6 +109,7 @@ private:
     void findOfferedWork();
     void readPrint();
     void openWork(const Result<std::shared_ptr<KeptWork>>& work);
+    void openEditor(const std::shared_ptr<UIViewController>& editor, bool isPushed);
     void removeWork();
     std::shared_ptr<ViewController> sharedSelf();
     std::shared_ptr<UIViewController> pushSourceChooser();

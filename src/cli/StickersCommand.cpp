@@ -35,7 +35,7 @@ std::string stickersAsJson()
 } // namespace
 
 StickersCommand::StickersCommand(CLI::App& application)
-    : Command(application, "stickers", "List the stickers that blend can lay on a picture")
+    : Command(application, "stickers", "List the stickers that blend and collage can lay on a picture")
 {
     options().add_flag("--json", m_json, "Print the list for programs");
     addQuiet(); // as everywhere, although a list is no message

@@ -1,19 +1,25 @@
 #include "cli/BlendCommand.h"
+#include "cli/CollageCommand.h"
 #include "cli/Command.h"
 #include "cli/ExitCode.h"
 #include "cli/ExportCommand.h"
 #include "cli/FilterCommand.h"
 #include "cli/FiltersCommand.h"
 #include "cli/Interruption.h"
+#include "cli/Messages.h"
 #include "cli/OpCommand.h"
 #include "cli/PhotosCommand.h"
 #include "cli/StickersCommand.h"
 #include "cli/WindowLauncher.h"
+#include "platform/base/Result.h"
+#include "platform/files/FileURL.h"
 
 #include <CLI/CLI.hpp>
 #include <cstdio>
+#include <filesystem>
 #include <initializer_list>
 #include <string>
+#include <system_error>
 #include <vector>
 
 using namespace lamina;
@@ -29,6 +35,18 @@ int usageError(const CLI::App& application, const CLI::ParseError& error)
     const std::string command = chosen.empty() ? "" : chosen.front()->get_name() + " ";
     std::fprintf(stderr, "lamina: %s\nRun 'lamina %s--help' to see how it is used.\n", error.what(), command.c_str());
     return static_cast<int>(ExitCode::Usage);
+}
+
+/// A word that is neither a subcommand nor a file was most likely meant as one of them.
+Outcome checkPhotos(const std::vector<std::string>& photos)
+{
+    for (const std::string& photo : photos) {
+        const Result<std::string> path = pathOfFileURL(photo);
+        std::error_code unreadable;
+        if (!std::filesystem::exists(path ? *path : photo, unreadable))
+            return Error{beginning(photo), "is neither a subcommand nor a photo; lamina --help lists the subcommands"};
+    }
+    return success();
 }
 
 } // namespace
@@ -53,10 +71,17 @@ int main(int argc, char** argv)
         ->expected(1)
         ->allow_extra_args(false)
         ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
+    std::vector<std::string> pictures;
+    application
+        .add_option(
+            "PHOTO", pictures,
+            "Open the window with these photos: one or two begin a blend, three a collage, or what --screen says")
+        ->type_name("");
     application.footer(
         "Exit codes: 0 good, 1 failed, 2 wrong usage, 3 an input is missing, unreadable or unsupported,\n"
         "4 an output can't be written, 130 interrupted.");
     BlendCommand blend(application);
+    CollageCommand collage(application);
     OpCommand op(application);
     FilterCommand filter(application);
     FiltersCommand filters(application);
@@ -70,14 +95,22 @@ int main(int argc, char** argv)
         return usageError(application, error);
     }
     for (Command* command :
-         std::initializer_list<Command*>{&blend, &op, &filter, &filters, &exporting, &stickers, &photos}) {
-        if (command->isChosen())
+         std::initializer_list<Command*>{&blend, &collage, &op, &filter, &filters, &exporting, &stickers, &photos}) {
+        if (command->isChosen() && pictures.empty())
             return static_cast<int>(command->run());
+        if (command->isChosen())
+            return static_cast<int>(
+                fail({beginning(pictures.front()), "stands before the subcommand"}, ExitCode::Usage));
     }
+    if (const Outcome found = checkPhotos(pictures); !found)
+        return static_cast<int>(fail(found.error(), ExitCode::Usage));
     std::vector<std::string> window;
     if (!screen.empty())
         window.insert(window.end(), {"--screen", screen});
     for (const std::string& folder : folders)
         window.insert(window.end(), {"--photos", folder});
+    if (!pictures.empty())
+        window.emplace_back("--"); // a name may begin with a dash
+    window.insert(window.end(), pictures.begin(), pictures.end());
     return static_cast<int>(becomeWindow(window));
 }

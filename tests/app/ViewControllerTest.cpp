@@ -257,6 +257,56 @@ TEST_F(HomeScreen, WorkThatWasLeftIsOfferedUntilItIsRemoved)
     setKeptWorksFolder({});
 }
 
+TEST_F(HomeScreen, ACollageIsOfferedBesideABlendTheNewestFirst)
+{
+    setKeptWorksFolder(folder.path("kept"));
+    const auto makeCollage = [this](std::vector<PhotoSource> photos, double dx) {
+        home->beginCollage(photos.size() == 3 ? "threePhoto" : "twoPhoto", photos);
+        settle();
+        top<CreateCollageViewController>()->nudge(dx, 0);
+        top<CreateCollageViewController>()->backBtn();
+        settle();
+        EXPECT_EQ(window.topViewController(), home) << "nothing is asked";
+    };
+    makeCollage({photo("a.png"), photo("b.png"), photo("a.png")}, 7);
+    EXPECT_TRUE(home->workWasLeft() && home->workPrint().value<UIImage>());
+    EXPECT_TRUE(home->workLine().startsWith("Collage, today at ")) << home->workLine().toStdString();
+    firstPickedImage = secondPickedImage = UIImage(rampPicture(100, 100, 0));
+    home->performSegue(segue::kPickedToBlend);
+    settle();
+    top<BlendPhotoViewController>()->backBtn();
+    settle();
+    alertText();
+    EXPECT_TRUE(home->workLine().startsWith("Blend, ")) << home->workLine().toStdString();
+    home->discardWork();
+    settle();
+    alertText();
+
+    const auto goOn = [this] {
+        home->continueWork();
+        settle();
+        EXPECT_FALSE(home->workOffered() || home->presentedViewController());
+        return top<CreateCollageViewController>();
+    };
+    auto editor = goOn();
+    ASSERT_TRUE(editor);
+    EXPECT_EQ(stack->viewControllers().back(), editor);
+    EXPECT_EQ(editor->photoCount(), 3);
+    EXPECT_EQ(editor->composition().photoSlots[0].center.x, 57);
+    editor->backBtn();
+    editor.reset();
+    settle();
+    makeCollage({photo("a.png"), photo("b.png")}, 5); // takes the place of the one before
+    editor = goOn();
+    ASSERT_TRUE(editor);
+    EXPECT_EQ(editor->photoCount(), 2);
+    EXPECT_FALSE(std::filesystem::exists(folder.path("kept/collage-2")));
+    editor->backBtn();
+    editor.reset();
+    settle();
+    setKeptWorksFolder({});
+}
+
 TEST_F(HomeScreen, ASinglePictureIsKeptAndNothingOpens)
 {
     home->twoPhotoCollage();

@@ -28,8 +28,6 @@ namespace {
 
 /// One more whenever a record says something that this version could not know.
 constexpr KeptKind kBlendKind{"blend", 2};
-/// Of canvases, points: far beyond both that there are, and small enough to be flattened.
-constexpr double kLargestSide = 2048;
 
 constexpr std::pair<const char*, bool BlendComposition::*> kFlags[] = {
     {"photo1Selected", &BlendComposition::photo1Selected},
@@ -117,15 +115,6 @@ bool readSliders(const RecordValue& record, BlendComposition& composition)
         [](double value, const EditorSlider& slider) { return value >= slider.minimum && value <= slider.maximum; });
 }
 
-bool readBackdrop(const RecordValue& record, std::optional<UIColor>& backdrop)
-{
-    if (record.is_null())
-        return true;
-    backdrop = record.get<UIColor>();
-    const double components[] = {backdrop->red, backdrop->green, backdrop->blue, backdrop->alpha};
-    return std::ranges::all_of(components, [](double component) { return component >= 0 && component <= 1; });
-}
-
 /// A slider works from a snapshot that is there.
 void checkSnapshots(BlendComposition& composition)
 {
@@ -142,8 +131,8 @@ bool readAll(const RecordValue& record, KeptPictures& pictures, BlendComposition
     for (const auto& [name, flag] : kFlags)
         record.at(name).get_to(composition.*flag);
     const RecordValue& photos = record.at("photos");
-    return composition.side >= 1 && composition.side <= kLargestSide && isStack(composition.order) &&
-           composition.current <= 1 && readBackdrop(record.at("backdrop"), composition.backdrop) &&
+    return isKeptSide(composition.side) && isStack(composition.order) && composition.current <= 1 &&
+           readColor(record.at("backdrop"), composition.backdrop) &&
            readStickers(record.value("stickers", RecordValue::array()), composition.stickers) &&
            readMode(record, composition.mode) && readSliders(record, composition) &&
            readPhoto(photos.at(0), pictures, composition.photos[0]) &&

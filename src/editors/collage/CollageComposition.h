@@ -46,7 +46,8 @@ struct CollageComposition {
     double screenHeight = 0;
     /// Of photos, 2 or 3. Slots beyond are empty.
     std::size_t count = 2;
-    /// The layout applied last, 2000 to 2007 or 3000 to 3009; a number that is none stands for slots without masks.
+    /// The layout applied last, 2000 to 2007 or 3000 to 3009 by the count; a number that is none stands for slots
+    /// without masks.
     int layout = kFirstLayoutOfTwo;
     std::array<CollageSlot, kMostCollageSlots> photoSlots;
     /// Index of the slot that all tools act on, and that takes touches.

@@ -7,7 +7,6 @@
 #include "editors/collage/CreateCollageViewController.h"
 #include "editors/colorpicker/ColorPicking.h"
 #include "editors/common/PictureTools.h"
-#include "editors/frames/Frames.h"
 
 #include <cstddef>
 #include <memory>
@@ -52,13 +51,13 @@ void CreateCollageViewController::showFrame()
         return;
     const CollageComposition& shown = composition();
     if (!m_borderView || m_borderView->superview() != m_saveTheImg.get()) {
-        m_borderView = std::make_shared<CollageBorderView>(shown.side);
+        m_borderView = std::make_shared<CollageBorderView>(shown.side, shown.screenHeight);
         m_saveTheImg->addSubview(m_borderView);
     }
     m_saveTheImg->bringSubviewToFront(*m_borderView);
     m_borderView->layer().setBorderWidth(shown.borderWidth);
     m_borderView->layer().setBorderColor(shown.borderColor);
-    m_borderView->showGap(frameShape(shown.layout, shown.side, shown.screenHeight), shown.gap, shown.borderColor);
+    m_borderView->showGap(shown.layout, shown.gap, shown.borderColor);
 }
 
 UIView& CreateCollageViewController::borderView() const

@@ -185,9 +185,9 @@ void CollagePanels::effectsClosed(CGSize screen, bool finished)
 const char* CollagePanels::shown(CGSize screen) const
 {
     const std::pair<bool, const char*> panels[] = {
-        {isSeen(fxView, screen), "effects"},         {isSeen(frameView, screen), "frame"},
-        {isSeen(subScrollView, screen), "layout"},   {isSeen(stickerScrollView, screen), "stickers"},
-        {isSeen(toolSubView, screen), "tools"},      {!filterViewHidden, "filter"},
+        {isSeen(fxView, screen), "effects"},       {isSeen(frameView, screen), "frame"},
+        {isSeen(subScrollView, screen), "layout"}, {isSeen(stickerScrollView, screen), "stickers"},
+        {isSeen(toolSubView, screen), "tools"},    {!filterViewHidden, "filter"},
     };
     for (const auto& [seen, name] : panels) {
         if (seen)

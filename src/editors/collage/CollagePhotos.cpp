@@ -9,6 +9,7 @@
 #include "picker/PickedPhotos.h"
 #include "platform/base/Localization.h"
 #include "platform/view/FailureAlert.h"
+#include "platform/base/Result.h"
 #include "platform/view/PictureWork.h"
 
 #include <atomic>

@@ -3,6 +3,7 @@
 #include "editors/collage/CreateCollageViewController.h"
 #include "editors/common/PictureTools.h"
 #include "editors/frames/FramePictures.h"
+#include "editors/frames/Frames.h"
 #include "editors/frames/ThreeFramesViewController.h"
 #include "editors/frames/TwoFramesViewController.h"
 #include "platform/base/Localization.h"
@@ -17,10 +18,6 @@
 namespace lamina {
 
 namespace {
-
-/// Of a screen that is too short for a canvas as wide as itself: its slots keep a margin in it.
-constexpr double kShortScreen = 480;
-constexpr double kShortScreenMargins = 100;
 
 /// Points of the icon beside a slot's number.
 constexpr double kSlotIconEdge = 22;
@@ -55,15 +52,14 @@ void CreateCollageViewController::blendPhoto()
 
 CGRect CreateCollageViewController::slotFrame() const
 {
-    const double side = composition().side - (composition().screenHeight == kShortScreen ? kShortScreenMargins : 0);
-    return {0, 0, side, side};
+    return frameSlot(composition().side, composition().screenHeight);
 }
 
 /// In the slot's layer as it is made. One that a layout makes smaller still has its photos about this point.
 CGPoint CreateCollageViewController::photoCenter() const
 {
-    const CGRect frame = slotFrame();
-    return {frame.midX(), frame.midY()};
+    const CGSize size = slotFrame().size;
+    return {size.width / 2, size.height / 2};
 }
 
 /// On top of what stands in the canvas.
@@ -84,9 +80,7 @@ void CreateCollageViewController::buildSlots()
 
 CreateCollageViewController::SlotViews CreateCollageViewController::makeSlot(const CollageSlot& slot) const
 {
-    const double middle = composition().side / 2;
     SlotViews views{std::make_shared<UIView>(slotFrame()), nullptr};
-    views.layer->setCenter({middle, middle});
     views.layer->setUserInteractionEnabled(true);
     views.layer->setClipsToBounds(true);
     views.layer->setBackgroundColor(slot.background);
@@ -118,7 +112,7 @@ void CreateCollageViewController::frameSlots(int frame)
 {
     const CollageComposition& now = composition();
     const CGRect screen{0, 0, now.side, now.screenHeight};
-    editedComposition().layout = frame;
+    editedComposition().layout = isFrame(frame) && photosOf(frame) != now.count ? 0 : frame;
     if (frame < kFirstOfThree) {
         m_twoFrameObj = std::make_shared<TwoFramesViewController>();
         m_twoFrameObj->view().setFrame(screen);

@@ -1,21 +1,25 @@
-import QtQuick import Lamina
+import QtQuick
+import Lamina
 
-    // The two or three slots of a collage: which one the tools and the fingers act on. A slot's button dragged onto another
-    // one swaps their photos.
-    Item{id:selector
+// The two or three slots of a collage: which one the tools and the fingers act on. A slot's button dragged onto another
+// one swaps their photos.
+Item {
+    id: selector
 
-         // A CreateCollageViewController.
-         required property var controller
-         // Room for the pictures alone.
-         property bool slim: false
-         // In a narrow column they stand one above the other.
-         property bool narrow: false
-         // How much the current one calls for the eye, 0 to 1.
-         property real call: 0
+    // A CreateCollageViewController.
+    required property var controller
+    // Room for the pictures alone.
+    property bool slim: false
+    // In a narrow column they stand one above the other.
+    property bool narrow: false
+    // How much the current one calls for the eye, 0 to 1.
+    property real call: 0
 
-         readonly property int count:controller.photoCount readonly property real least: 64 readonly property bool stacked:slim ||(narrow &&(width -(count - 1) * Tokens.space.s) / count< least)
+    readonly property int count: controller.photoCount
+    readonly property real least: 64
+    readonly property bool stacked: slim || (narrow && (width - (count - 1) * Tokens.space.s) / count < least)
 
-                                                                                                                                   // While one is dragged: its row, and that of the one it is held over; -1: none.
+    // While one is dragged: its row, and that of the one it is held over; -1: none.
     property int held: -1
     property int over: -1
 
@@ -23,57 +27,66 @@ import QtQuick import Lamina
         buttons.itemAt(controller.currentSlot - 1).takeFocus()
     }
     function rowAt(place) {
-        for (let row = 0;
-row < buttons.count; ++row)
-{
-    const button = buttons.itemAt(row) if (button.contains(button.mapFromItem(null, place))) return row
-}
-return -1
-}
-function drag(row, place){
-    const under = rowAt(place) const spot = mapFromItem(null, place) held = row over = under ==
-    = row ? -1 : under ghost.x = spot.x - ghost.width / 2 ghost.y = spot.y - ghost.height / 2} function drop()
-{
-    const from = held const to = over held = -1 over =
-        -1 if (from >= 0 && to >= 0) controller.swapSlots(from + 1, to + 1)
-}
+        for (let row = 0; row < buttons.count; ++row) {
+            const button = buttons.itemAt(row)
+            if (button.contains(button.mapFromItem(null, place)))
+                return row
+        }
+        return -1
+    }
+    function drag(row, place) {
+        const under = rowAt(place)
+        const spot = mapFromItem(null, place)
+        held = row
+        over = under === row ? -1 : under
+        ghost.x = spot.x - ghost.width / 2
+        ghost.y = spot.y - ghost.height / 2
+    }
+    function drop() {
+        const from = held
+        const to = over
+        held = -1
+        over = -1
+        if (from >= 0 && to >= 0)
+            controller.swapSlots(from + 1, to + 1)
+    }
 
-implicitHeight : grid.implicitHeight z : held >= 0 ? 1
-                                                   : 0
+    implicitHeight: grid.implicitHeight
+    z: held >= 0 ? 1 : 0
 
-    Grid
-{
-id:
-    grid columns : selector.stacked ? 1
-    : selector.count spacing : Tokens.space.s leftPadding : selector.slim
-        ? Math.round((selector.width - Tokens.bars.selector) / 2)
-        : 0
+    Grid {
+        id: grid
+        columns: selector.stacked ? 1 : selector.count
+        spacing: Tokens.space.s
+        leftPadding: selector.slim ? Math.round((selector.width - Tokens.bars.selector) / 2) : 0
 
-        Repeater
-    {
-    id:
-        buttons
+        Repeater {
+            id: buttons
             // The count alone: a button outlives a change of its slot, and keeps the keyboard and the finger.
-            model : selector.count delegate : SlotButton
-        {
-            required property int index width : selector.slim ? Tokens.bars.selector
-            : selector.stacked                                ? selector.width
-                               : (selector.width - (grid.columns - 1) * grid.spacing) / grid.columns slot
-                : selector.controller.slots[index] slim : selector.slim dimmed : selector.held ==
-                                 = index wanted : selector.over == = index call : selected ? selector.call
-                                                                                           : 0 onClicked
-                : selector.controller.selectSlot(index + 1) onDraggedTo
-                : place = > selector.drag(index, place) onDropped : selector.drop() onDragEnded : selector.held =
-                                                                                                 selector.over = -1
+            model: selector.count
+            delegate: SlotButton {
+                required property int index
+                width: selector.slim ? Tokens.bars.selector
+                     : selector.stacked ? selector.width
+                     : (selector.width - (grid.columns - 1) * grid.spacing) / grid.columns
+                slot: selector.controller.slots[index]
+                slim: selector.slim
+                dimmed: selector.held === index
+                wanted: selector.over === index
+                call: selected ? selector.call : 0
+                onClicked: selector.controller.selectSlot(index + 1)
+                onDraggedTo: place => selector.drag(index, place)
+                onDropped: selector.drop()
+                onDragEnded: selector.held = selector.over = -1
+            }
         }
     }
-}
-Picture
-{
-id:
-    ghost visible : selector.held >= 0 width : Tokens.bars.selector height : width radius
-        : Tokens.radius.thumb picture : selector.held >= 0
-        ? selector.controller.slots[selector.held].picture
-        : undefined
-}
+    Picture {
+        id: ghost
+        visible: selector.held >= 0
+        width: Tokens.bars.selector
+        height: width
+        radius: Tokens.radius.thumb
+        picture: selector.held >= 0 ? selector.controller.slots[selector.held].picture : undefined
+    }
 }

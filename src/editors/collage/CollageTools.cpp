@@ -45,8 +45,11 @@ void CreateCollageViewController::setUpTools()
 
 void CreateCollageViewController::watchTools()
 {
-    watch([this] { return std::tuple{shownPanel(), layouts(), filters(), filter(), stickerStrip()}; },
-          [this] { emit panelsChanged(); });
+    watch(
+        [this] {
+            return std::tuple{shownPanel(), layouts(), filters(), filter(), stickerStrip()};
+        },
+        [this] { emit panelsChanged(); });
     watch([this] { return m_subToolBar; },
           [this] {
               m_subTools = m_subToolBar.list();
@@ -125,8 +128,8 @@ void CreateCollageViewController::lightTool(std::string_view tool)
 /// Without what the tool does to the picture.
 void CreateCollageViewController::openPanel(std::string_view tool)
 {
-    const auto raise = [screen = view().frame().size, this](void (CollagePanels::*rise)(CGSize)) {
-        animatePanels([&] { (m_panels.*rise)(screen); });
+    const auto raise = [screen = view().frame().size, this](void (CollagePanels::*panel)(CGSize)) {
+        animatePanels([&] { (m_panels.*panel)(screen); });
     };
     if (tool != collagetool::kEffects && shownPanel() == QLatin1String("effects"))
         closeEffects();

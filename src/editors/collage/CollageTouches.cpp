@@ -31,7 +31,7 @@ public:
         : m_square(frameSlot(editor.composition().side, editor.composition().screenHeight))
     {
         const CollageComposition& composition = editor.composition();
-        if (photosOf(composition.layout) == composition.count)
+        if (isFrame(composition.layout))
             m_outlines = frameShape(composition.layout, composition.side, composition.screenHeight).outlines;
         else
             m_outlines.assign(composition.count, UIBezierPath::withRect(m_square));

@@ -134,6 +134,7 @@ public:
     /// nothing is changed. An alert that comes first tells of those that have no place.
     void receivePhotos(std::vector<PhotoSource> photos) override;
 
+    /// 2 or 3, for the life of the editor.
     int photoCount() const { return static_cast<int>(composition().count); }
     /// Number of the current slot.
     int currentSlot() const { return static_cast<int>(composition().current) + 1; }
@@ -155,19 +156,23 @@ public:
     UIView& baseView() const { return *m_baseView; }
     /// The canvas: what is exported.
     UIView& saveTheImg() const { return *m_saveTheImg; }
-    /// The slot layers and their photos. Null: there is none.
+    /// The layer of the slot with that index; null: there is none. Another one after each change of layout, undo and
+    /// redo, as is the photo's view.
     UIView* slotView(std::size_t slot) const { return slot < m_slots.size() ? m_slots[slot].layer.get() : nullptr; }
+    /// The photo's view in it, which gestures move.
     UIImageView* slotImageView(std::size_t slot) const
     {
         return slot < m_slots.size() ? m_slots[slot].photo.get() : nullptr;
     }
-    UIView* firstView() const { return slotView(0); }
-    UIView* secondView() const { return slotView(1); }
-    UIView* thirdView() const { return slotView(2); }
-    UIImageView* firstImage() const { return slotImageView(0); }
-    UIImageView* secondImage() const { return slotImageView(1); }
-    UIImageView* thirdImage() const { return slotImageView(2); }
+    UIView* firstView() const { return slotView(0); }             ///< the layer of slot 1
+    UIView* secondView() const { return slotView(1); }            ///< the layer of slot 2
+    UIView* thirdView() const { return slotView(2); }             ///< the layer of slot 3; null with two photos
+    UIImageView* firstImage() const { return slotImageView(0); }  ///< the photo of slot 1
+    UIImageView* secondImage() const { return slotImageView(1); } ///< the photo of slot 2
+    UIImageView* thirdImage() const { return slotImageView(2); }  ///< the photo of slot 3; null with two photos
+    /// Layer and photo of the current slot.
     UIView& currentView() const { return *slotView(composition().current); }
+    /// See currentView.
     UIImageView& currentImageView() const { return *slotImageView(composition().current); }
     /// The master pictures.
     const UIImage& selectedImg1() const { return composition().photoSlots[0].master; }

@@ -6,7 +6,8 @@
 
 namespace lamina {
 
-bool pickColor(UIViewController& editor, const UIColor& source, std::weak_ptr<InfColorPickerControllerDelegate> delegate)
+bool pickColor(UIViewController& editor, const UIColor& source,
+               std::weak_ptr<InfColorPickerControllerDelegate> delegate)
 {
     if (editor.presentedViewController())
         return false;

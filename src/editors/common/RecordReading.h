@@ -5,8 +5,10 @@
 #include "platform/base/CGGeometry.h"
 #include "platform/base/UIColor.h"
 
+#include <algorithm>
 #include <array>
 #include <nlohmann/json.hpp>
+#include <optional>
 
 /// How the values that compositions are made of stand in a record, beside what the library knows by itself.
 namespace lamina {
@@ -21,6 +23,15 @@ bool readRecordValue(Read read)
     } catch (const nlohmann::json::exception&) {
         return false;
     }
+}
+
+/// Of a canvas, points: far beyond all that there are, and small enough to be flattened.
+inline constexpr double kLargestKeptSide = 2048;
+
+/// Whether a canvas of a record can be shown.
+inline bool isKeptSide(double side)
+{
+    return side >= 1 && side <= kLargestKeptSide;
 }
 
 /// [x, y], found by the library beside the type.
@@ -57,6 +68,17 @@ inline void from_json(const RecordValue& value, UIColor& color)
 {
     const auto read = value.get<std::array<double, 4>>();
     color = {read[0], read[1], read[2], read[3]};
+}
+
+/// A colour or null, which stands for none. False for one that has a component outside 0 to 1; throws for what is none.
+inline bool readColor(const RecordValue& value, std::optional<UIColor>& color)
+{
+    color.reset();
+    if (value.is_null())
+        return true;
+    color = value.get<UIColor>();
+    const double components[] = {color->red, color->green, color->blue, color->alpha};
+    return std::ranges::all_of(components, [](double component) { return component >= 0 && component <= 1; });
 }
 
 /// [a, b, c, d, tx, ty], likewise.

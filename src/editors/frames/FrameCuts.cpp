@@ -17,7 +17,7 @@ namespace {
 /// Points that are closer than this are one.
 constexpr double kSame = 1e-6;
 /// How far a circle's lines may be off it, as a part of the slot's side.
-constexpr double kRoundTolerance = 1e-5;
+constexpr double kRoundTolerance = 4e-5;
 /// Which part of the slot's side a line is carried on beyond its edge.
 constexpr double kCarried = 0.25;
 
@@ -60,7 +60,21 @@ struct Segment {
     {
         return std::clamp(dot(p - from, to - from) / dot(to - from, to - from), 0.0, 1.0);
     }
-    bool touches(CGPoint p) const { return distance(p, length() > kSame ? at(nearest(p)) : from) < kSame; }
+    /// Whether the point lies in the box around both ends.
+    bool isNear(CGPoint p) const
+    {
+        return p.x > std::min(from.x, to.x) - kSame && p.x < std::max(from.x, to.x) + kSame &&
+               p.y > std::min(from.y, to.y) - kSame && p.y < std::max(from.y, to.y) + kSame;
+    }
+    bool touches(CGPoint p) const { return isNear(p) && distance(p, length() > kSame ? at(nearest(p)) : from) < kSame; }
+    /// Whether the boxes of both have something in common.
+    bool isNear(const Segment& other) const
+    {
+        const auto apart = [](double a, double b, double c, double d) {
+            return std::max(a, b) < std::min(c, d) - kSame || std::min(a, b) > std::max(c, d) + kSame;
+        };
+        return !apart(from.x, to.x, other.from.x, other.to.x) && !apart(from.y, to.y, other.from.y, other.to.y);
+    }
 };
 
 template <class Function>
@@ -81,6 +95,8 @@ bool isOnEdge(CGPoint p, const std::vector<Polygon>& polygons)
 /// Where `other` meets `segment`, as `Segment::at` counts.
 void addMeetings(const Segment& segment, const Segment& other, std::vector<double>& places)
 {
+    if (!segment.isNear(other))
+        return;
     const CGPoint along = segment.to - segment.from;
     const double area = cross(along, other.to - other.from);
     if (std::abs(area) > kSame * segment.length() * other.length()) {
@@ -181,6 +197,8 @@ private:
 
 UIBezierPath frameCuts(const FrameShape& shape)
 {
+    if (!isMeasurable(shape.slot.size))
+        return {};
     std::vector<Outline> outlines;
     for (const std::size_t i : shape.order) {
         const UIBezierPath& path = shape.outlines[i];

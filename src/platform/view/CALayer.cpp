@@ -134,6 +134,7 @@ void CALayer::setContents(const UIImage& image)
     if (m_contents.isIdenticalTo(image))
         return;
     m_contents = image;
+    m_contentsRevision = nextRevision();
     changed();
 }
 

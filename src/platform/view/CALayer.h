@@ -111,6 +111,8 @@ public:
     /// is seen unless masked.
     const UIImage& contents() const { return m_contents; }
     void setContents(const UIImage& image);
+    /// Another with every picture set, and never the same for two layers' pictures.
+    std::uint64_t contentsRevision() const { return m_contentsRevision; }
     UIViewContentMode contentsMode() const { return m_contentsMode; }
     void setContentsMode(UIViewContentMode mode);
     /// Whether another picture soon comes in the place of this one, which then isn't worth holding it for a window's
@@ -183,6 +185,7 @@ private:
     std::shared_ptr<CALayer> m_mask;
     CALayer* m_maskedLayer = nullptr;
     UIImage m_contents;
+    std::uint64_t m_contentsRevision = 0;
     UIViewContentMode m_contentsMode = UIViewContentMode::ScaleToFill;
     bool m_contentsAreTransient = false;
     CALayer* m_superlayer = nullptr;

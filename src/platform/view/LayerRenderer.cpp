@@ -226,7 +226,7 @@ void LayerRenderer::drawContents(const CALayer& layer, double alpha)
         return;
     m_context.setAlpha(alpha);
     const UIImage& picture = layer.contents();
-    if (m_copies && !layer.contentsAreTransient() && m_copies->draw(picture, m_context, rect))
+    if (m_copies && !layer.contentsAreTransient() && m_copies->draw(layer, m_context, !m_reductions))
         return;
     if (!m_reductions) {
         drawInRect(picture, m_context, rect);

@@ -23,6 +23,13 @@ bool isPlain(const CGImage& image)
     return image && !image.mask() && image.colorSpace() == CGColorSpace::deviceRGB();
 }
 
+/// Whether drawing it anew takes longer than a frame may.
+bool isLarge(const CGImage& image)
+{
+    constexpr double kLarge = 1 << 20;
+    return static_cast<double>(image.width()) * image.height() >= kLarge;
+}
+
 /// From edge to edge along one axis of a canvas of `length` pixels: what of it is on the canvas. Nothing where an edge
 /// on the canvas lies between two pixels.
 std::optional<std::pair<int, int>> wholeSpan(double low, double high, int length)
@@ -62,18 +69,20 @@ PictureCopies::PictureCopies()
 
 bool PictureCopies::Entry::isFor(const Entry& other) const
 {
-    return picture.isIdenticalTo(other.picture) && rect == other.rect && toDevice == other.toDevice &&
-           area == other.area;
+    return contents == other.contents && rect == other.rect && toDevice == other.toDevice && area == other.area;
 }
 
-bool PictureCopies::draw(const UIImage& picture, CGContext& context, const CGRect& rect)
+bool PictureCopies::draw(const CALayer& layer, CGContext& context, bool atRest)
 {
+    const UIImage& picture = layer.contents();
+    const CGRect rect = layer.contentsRect();
     const CGAffineTransform toDevice = context.deviceTransform();
     const std::optional<IntRect> area = wholePixels(toDevice, rect, {context.width(), context.height()});
     const std::optional<CGAffineTransform> fromDevice = toDevice.inverted();
     if (!isPlain(picture.cgImage()) || !area || !fromDevice)
         return false;
-    const UIImage copy = copyFor({picture, rect, toDevice, *area, {}});
+    const bool atOnce = atRest && isLarge(picture.cgImage());
+    const UIImage copy = copyFor({layer.contentsRevision(), rect, toDevice, *area}, picture, atOnce);
     if (!copy)
         return false;
     context.saveGState();
@@ -83,28 +92,25 @@ bool PictureCopies::draw(const UIImage& picture, CGContext& context, const CGRec
     return true;
 }
 
-UIImage PictureCopies::copyFor(Entry wanted)
+UIImage PictureCopies::copyFor(const Entry& wanted, const UIImage& picture, bool atOnce)
 {
     if (wanted.bytes() > kMostBytes)
         return {};
     const auto known = std::ranges::find_if(m_entries, [&](const Entry& entry) { return entry.isFor(wanted); });
-    if (known == m_entries.end()) {
-        m_entries.push_back(std::move(wanted));
-        forgetOldest();
-        return {};
-    }
-    std::rotate(known, known + 1, m_entries.end());
-    if (!m_entries.back().copy)
-        m_entries.back().makeCopy();
+    const bool isNew = known == m_entries.end();
+    if (isNew)
+        m_entries.push_back(wanted);
+    else
+        std::rotate(known, known + 1, m_entries.end());
+    forgetOldest();
+    if (!m_entries.back().copy && (atOnce || !isNew))
+        m_entries.back().makeCopy(picture);
     return m_entries.back().copy;
 }
 
-/// Of the picture, which stays in memory as long as it is remembered, and the copy.
 std::size_t PictureCopies::Entry::bytes() const
 {
-    const CGImage& image = picture.cgImage();
-    return image.bytesPerRow() * static_cast<std::size_t>(image.height()) +
-           std::size_t{4} * static_cast<std::size_t>(area.width) * static_cast<std::size_t>(area.height);
+    return std::size_t{4} * static_cast<std::size_t>(area.width) * static_cast<std::size_t>(area.height);
 }
 
 void PictureCopies::forgetOldest()
@@ -117,7 +123,7 @@ void PictureCopies::forgetOldest()
         m_entries.erase(m_entries.begin());
 }
 
-void PictureCopies::Entry::makeCopy()
+void PictureCopies::Entry::makeCopy(const UIImage& picture)
 {
     const CGSize size{static_cast<double>(area.width), static_cast<double>(area.height)};
     std::optional<CGContext> context = CGContext::image(size, !picture.cgImage().hasAlpha(), 1);

@@ -38,6 +38,8 @@ public:
             [&] { view->superview()->insertSubview(view, upTo(4)); },
             [&] { replace(view); },
             [&] { layer.setMask(upTo(2) ? mask() : nullptr); },
+            [&] { layer.setMask(path()); },
+            [&] { view->superview()->layer().setSharesEdges(upTo(4)); },
             [&] { layer.setCornerRadius(upTo(2) ? number(0, 12) : 0); },
             [&] { view->setClipsToBounds(upTo(2)); },
             [&] { layer.setContents(picture()); },
@@ -71,11 +73,16 @@ private:
         return UIImage(chartPicture(20, 17, alpha), upTo(2) ? 1 : 1.5, static_cast<UIImageOrientation>(upTo(8)));
     }
 
+    std::shared_ptr<CALayer> path()
+    {
+        auto shape = std::make_shared<CAShapeLayer>();
+        shape->setPath(UIBezierPath::polygon({{number(-5, 9), 0}, {number(15, 50), 3}, {9, number(15, 50)}}));
+        return shape;
+    }
+
     std::shared_ptr<CALayer> mask()
     {
-        const auto shape = std::make_shared<CAShapeLayer>();
-        shape->setPath(UIBezierPath::polygon({{number(-5, 9), 0}, {number(15, 50), 3}, {9, number(15, 50)}}));
-        const std::shared_ptr<CALayer> layer = upTo(2) ? shape : makeLayer({0, 0, 30, 25});
+        const std::shared_ptr<CALayer> layer = upTo(2) ? path() : makeLayer({0, 0, 30, 25});
         layer->setContents(upTo(2) ? picture() : UIImage());
         layer->setOpacity(upTo(2) ? 1 : number(0, 1));
         layer->setShadow(shadow());

@@ -1,4 +1,6 @@
 #include "platform/image/drawing/CGContext_p.h"
+#include "platform/image/drawing/SharedEdges.h"
+#include "platform/image/drawing/Surface_p.h"
 #include "platform/image/drawing/SharedEdges_p.h"
 
 #include <cstddef>

@@ -86,8 +86,8 @@ TEST(NamedPictures, AreFittedKeptAndLetGo)
     for (int side = 500; side < 520; ++side) // 20 MB
         imageNamed("plus", CGSize(side, side), 1);
     EXPECT_FALSE(ask().isIdenticalTo(again));
-    EXPECT_EQ(imageNamed("home_two").size(), sizeOfImageNamed("home_two"));
-    EXPECT_EQ(sizeOfImageNamed("home_two"), (CGSize{160, 160}));
+    EXPECT_EQ(imageNamed("home_blend").size(), sizeOfImageNamed("home_blend"));
+    EXPECT_EQ(sizeOfImageNamed("home_blend"), (CGSize{160, 160}));
 
     EXPECT_FALSE(imageNamed("no such drawing", {24, 24}, 1));
     EXPECT_FALSE(imageNamed("plus", {0, 24}, 1));
