@@ -6,6 +6,7 @@
 #include "gpu/filters/color/GPUImageSaturationFilter.h"
 #include "gpu/filters/effect/GPUImageVignetteFilter.h"
 #include "imageops/ImageFilters.h"
+#include "platform/base/CGGeometry.h"
 #include "platform/image/drawing/Resampling.h"
 
 #include <algorithm>

@@ -20,8 +20,11 @@ public:
     /// Makes them now.
     void make();
 
+    /// Never null, nor are the two below.
     std::shared_ptr<GPUImageVignetteFilter> vignetteImageFilter();
+    /// See vignetteImageFilter.
     std::shared_ptr<GPUImageSaturationFilter> saturationFilter();
+    /// See vignetteImageFilter.
     std::shared_ptr<GPUImageHighlightShadowFilter> highlightFilter();
 
 private:

@@ -7,6 +7,7 @@
 #include "editors/collage/CreateCollageViewController.h"
 #include "editors/common/PanelAnimation.h"
 #include "platform/base/DispatchQueue.h"
+#include "platform/base/DispatchTimer.h"
 
 #include <memory>
 #include <span>

@@ -11,9 +11,11 @@
 #include "hud/SVProgressHUD.h"
 #include "platform/base/Causes.h"
 #include "platform/base/Localization.h"
+#include "platform/base/Result.h"
 #include "platform/image/pixels/CGImage.h"
 #include "platform/image/pixels/PixelBuffer.h"
 #include "platform/view/FailureAlert.h"
+#include "platform/view/ListModel.h"
 
 #include <memory>
 #include <utility>

@@ -20,11 +20,11 @@ constexpr int kFilterTool = 1002;
 constexpr int kStickerTool = 1004;
 
 /// From tag 501.
-constexpr std::array kClasses = {
-    "GPUImageAmatorkaFilter", "GPUImageSepiaFilter", "GpuImageCustomFilter3",      "GPUImageGrayscaleFilter",
-    "GPUImageToonFilter",     "GPUImageHueFilter",   "GPUImageSoftEleganceFilter", "GPUImageHazeFilter",
-    "GPUImageEmbossFilter",   "GPUImageMonochromeFilter", "GpuImageCustomFilter",  "GPUImageErosionFilter",
-    "GpuImageCustomHue"};
+constexpr std::array kClasses = {"GPUImageAmatorkaFilter",     "GPUImageSepiaFilter",  "GpuImageCustomFilter3",
+                                 "GPUImageGrayscaleFilter",    "GPUImageToonFilter",   "GPUImageHueFilter",
+                                 "GPUImageSoftEleganceFilter", "GPUImageHazeFilter",   "GPUImageEmbossFilter",
+                                 "GPUImageMonochromeFilter",   "GpuImageCustomFilter", "GPUImageErosionFilter",
+                                 "GpuImageCustomHue"};
 
 UIImage through(int tag, const UIImage& image)
 {
