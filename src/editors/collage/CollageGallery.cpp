@@ -13,6 +13,8 @@
 #include "platform/image/drawing/SquareCrop.h"
 #include "platform/image/drawing/UIImageDrawing.h"
 #include "platform/view/FailureAlert.h"
+#include "picker/YMSPhotoPickerViewController.h"
+#include "platform/base/Result.h"
 #include "platform/view/PictureWork.h"
 
 #include <algorithm>

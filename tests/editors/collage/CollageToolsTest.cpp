@@ -5,6 +5,9 @@
 #include "editors/colorpicker/InfColorPickerNavigationController.h"
 #include "platform/base/UIColor.h"
 #include "platform/view/HeadlessHost.h"
+#include "editors/collage/CollageEffects.h"
+#include "editors/collage/CollageLayouts.h"
+#include "platform/view/ListModel.h"
 #include "platform/view/UIViewAnimation.h"
 
 #include <map>
