@@ -1,7 +1,7 @@
 #include "editors/collage/CollageBorderView.h"
 
-#include "platform/view/CALayer.h"
 #include "editors/frames/Frames.h"
+#include "platform/view/CALayer.h"
 
 #include <optional>
 #include <utility>

@@ -5,16 +5,16 @@
 #include "hud/SVProgressHUD.h"
 #include "picker/ThemedPicker.h"
 #include "picker/YMSPhotoHelper.h"
+#include "picker/YMSPhotoPickerViewController.h"
 #include "platform/base/Causes.h"
 #include "platform/base/Localization.h"
+#include "platform/base/Result.h"
 #include "platform/image/codecs/PictureDecoding.h"
 #include "platform/image/codecs/PictureEncoding.h"
 #include "platform/image/drawing/CGContext.h"
 #include "platform/image/drawing/SquareCrop.h"
 #include "platform/image/drawing/UIImageDrawing.h"
 #include "platform/view/FailureAlert.h"
-#include "picker/YMSPhotoPickerViewController.h"
-#include "platform/base/Result.h"
 #include "platform/view/PictureWork.h"
 
 #include <algorithm>
