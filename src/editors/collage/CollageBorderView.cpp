@@ -1,7 +1,9 @@
 #include "editors/collage/CollageBorderView.h"
 
 #include "editors/frames/Frames.h"
+#include "platform/view/CALayer.h"
 
+#include <optional>
 #include <utility>
 
 namespace lamina {

@@ -77,13 +77,17 @@ struct CollagePanels {
     /// A new strip for layouts or stickers, out of sight.
     static std::shared_ptr<CollagePanel> makeStrip(CGSize screen);
 
-    // One comes up: all but where it begins is part of the animation that this is called in.
+    /// The strip of layouts comes up, as a part of the animation that this is called in.
     void openLayouts(CGSize screen);
+    /// See openLayouts.
     void openTools(CGSize screen);
+    /// See openLayouts.
     void openFilters();
-    /// The bar makes room for them.
+    /// See openLayouts. The bar makes room for them.
     void openEffects(CGSize screen);
+    /// See openLayouts.
     void openStickers(CGSize screen);
+    /// See openLayouts.
     void openFrame(CGSize screen);
 
     /// The effects go out of sight, which is a part of the animation that this is called in.

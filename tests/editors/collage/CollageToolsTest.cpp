@@ -1,10 +1,13 @@
 #include "editors/collage/CollageTools.h"
 #include "CollageCanvasFixture.h"
+#include "editors/collage/CollageEffects.h"
+#include "editors/collage/CollageLayouts.h"
 #include "editors/collage/CollagePanels.h"
 #include "editors/colorpicker/InfColorPickerController.h"
 #include "editors/colorpicker/InfColorPickerNavigationController.h"
 #include "platform/base/UIColor.h"
 #include "platform/view/HeadlessHost.h"
+#include "platform/view/ListModel.h"
 #include "platform/view/UIViewAnimation.h"
 
 #include <map>
