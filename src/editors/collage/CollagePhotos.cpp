@@ -8,8 +8,8 @@
 #include "hud/SVProgressHUD.h"
 #include "picker/PickedPhotos.h"
 #include "platform/base/Localization.h"
-#include "platform/view/FailureAlert.h"
 #include "platform/base/Result.h"
+#include "platform/view/FailureAlert.h"
 #include "platform/view/PictureWork.h"
 
 #include <atomic>

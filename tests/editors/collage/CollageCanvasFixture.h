@@ -2,19 +2,19 @@
 
 #include "CommandRunner.h"
 #include "TestPictures.h"
+#include "editors/collage/CollageComposition.h"
 #include "editors/collage/CreateCollageViewController.h"
+#include "platform/base/CGGeometry.h"
 #include "platform/base/Clock.h"
 #include "platform/base/DispatchQueue.h"
 #include "platform/base/UIScreen.h"
+#include "platform/image/pixels/UIImage.h"
 #include "platform/view/TouchDispatcher.h"
 #include "platform/view/UIAlertController.h"
-#include "editors/collage/CollageComposition.h"
-#include "platform/base/CGGeometry.h"
-#include "platform/image/pixels/UIImage.h"
 #include "platform/view/UIWindow.h"
 
-#include <cstdint>
 #include <cstddef>
+#include <cstdint>
 #include <gtest/gtest.h>
 #include <memory>
 #include <optional>
