@@ -202,6 +202,50 @@ TEST(Frames, ChangeOnlyWhatTheyName)
     EXPECT_FALSE(three.layers[0]->layer().mask()->contents()) << "the picture is there once its frame was asked for";
 }
 
+/// On a side of which halves and thirds end within a pixel.
+TEST(Frames, ShowNothingOfTheGroundAlongCommonEdges)
+{
+    constexpr double kSide = 331;
+    for (const ToldFrame& told : toldFrames()) {
+        const int frame = told.number;
+        SCOPED_TRACE(frame);
+        Canvas canvas(photosOf(frame), kSide, {0, 0, kSide, kSide});
+        canvas.apply(frame, {kSide, 667});
+        const auto drawn = [&] { return pixelsOf(imageByRenderingView(*canvas.parent, 1).cgImage()); };
+        std::vector<std::vector<Rgba>> alone;
+        for (const auto& shown : canvas.layers) {
+            for (const auto& layer : canvas.layers)
+                layer->setHidden(layer != shown);
+            alone.push_back(drawn());
+        }
+        for (const auto& layer : canvas.layers)
+            layer->setHidden(false);
+        canvas.parent->layer().setSharesEdges(true);
+        const auto clear = drawn();
+        canvas.parent->setBackgroundColor(UIColor::white());
+        const auto onWhite = drawn();
+        canvas.parent->layer().setSharesEdges(false);
+        const auto oneByOne = drawn();
+        const bool fills = frame != 2005 && frame != 3008; // all but the round ones
+        const auto top = static_cast<std::size_t>(canvas.order().back() - 'A');
+        const auto sumOf = [](const Rgba& pixel) { return pixel[0] + pixel[1] + pixel[2]; };
+        std::size_t changed = 0;
+        for (std::size_t i = 0; i < clear.size(); ++i) {
+            if (fills) {
+                ASSERT_EQ(clear[i][3], 255) << i;
+                ASSERT_NEAR(sumOf(clear[i]), 255, 2) << i;
+                ASSERT_NEAR(sumOf(onWhite[i]), 255, 2) << i; // white would count three times
+                ASSERT_NEAR(clear[i][top], alone[top][i][3], 1) << i;
+            }
+            // Where no two edges meet it is as if each slot were drawn by itself.
+            const auto isCut = [&](const auto& slot) { return slot[i][3] != 0 && slot[i][3] != 255; };
+            ASSERT_TRUE(onWhite[i] == oneByOne[i] || std::ranges::count_if(alone, isCut) > 1) << i;
+            changed += onWhite[i] != oneByOne[i];
+        }
+        EXPECT_EQ(changed > 0, fills && frame != 2006 && frame != 2007);
+    }
+}
+
 TEST(Frames, AreSeenInTheirSmallPictures)
 {
     const FrameColors colors{{1, 0, 0, 1}, {0, 1, 0, 1}, {0, 0, 1, 1}};

@@ -37,6 +37,10 @@ TEST(SharedEdges, WeighLayersByWhatEachCoversOfAPixel)
     const Meeting meetings[] = {
         {"side by side", {{0, 2.5, kRed}, {2.5, 5, kBlue}}, {128, 0, 128, 255}, {128, 0, 128, 255}},
         {"of three", {{0, 2.25, kRed}, {2.75, 5, kGreen}, {2.25, 2.75, kBlue}}, {64, 64, 128, 255}, {64, 64, 128, 255}},
+        {"of three, each a third of a step more than its byte tells",
+         {{0, 2.201307, kRed}, {2.402614, 5, kGreen}, {2.201307, 2.402614, kBlue}},
+         {51, 152, 51, 255},
+         {51, 152, 51, 255}},
         {"one over the other", {{0, 2.75, kRed}, {2.5, 5, kBlue}}, {128, 0, 128, 255}, {128, 0, 128, 255}},
         {"with a gap", {{0, 2.25, kRed}, {2.5, 5, kBlue}}, {64, 0, 128, 191}, {64, 64, 128, 255}},
         {"the upper half seen through", {{0, 2.5, kRed}, {2.5, 5, kBlue, 0.5}}, {128, 0, 64, 191}, {128, 64, 64, 255}},
@@ -57,7 +61,9 @@ TEST(SharedEdges, WeighLayersByWhatEachCoversOfAPixel)
             parent->addSublayer(layerOf(strip));
         EXPECT_TRUE(pixelMatches(rendered(*parent), 2, 0, meeting.onGreen, 1));
         parent->sublayers().front()->setHidden(true);
-        EXPECT_TRUE(pixelMatches(rendered(*parent), 2, 0, meeting.pixel, 1));
+        const CGImage picture = rendered(*parent);
+        EXPECT_TRUE(pixelMatches(picture, 2, 0, meeting.pixel, 1));
+        EXPECT_EQ(pixelAt(picture, 2, 0)[3] == 255, meeting.pixel[3] == 255);
     }
 }
 
