@@ -45,8 +45,8 @@ FrameShape frameShape(int frame, double side, double screenHeight);
 
 /// The lines along which a frame cuts its photos, as far as they can be seen: without what lies on the edge of
 /// `shape.slot` and without what a slot above hides; a line that two slots share is there once. To be stroked in any
-/// width and cut at `shape.slot`: ends that lie on its edge are carried beyond it, so that the stroke is whole there. Empty where the slot's sides are
-/// not positive and finite.
+/// width and cut at `shape.slot`: ends that lie on its edge are carried beyond it, so that the stroke is whole there.
+/// Empty where the slot's sides are not positive and finite.
 UIBezierPath frameCuts(const FrameShape& shape);
 
 } // namespace lamina
