@@ -54,9 +54,11 @@ protected:
     }
     void tapTool(const char* identifier)
     {
+        QString name;
         for (const QVariant& tool : editor->tools())
             if (tool.toMap()["identifier"] == QLatin1String(identifier))
-                ASSERT_TRUE(driver->tap(tool.toMap()["name"].toString())) << identifier;
+                name = tool.toMap()["name"].toString();
+        ASSERT_TRUE(driver->tap(name)) << identifier;
     }
     const CollageSlot& current() { return editor->composition().photoSlots[editor->composition().current]; }
     QString shownPanel() { return editor->shownPanel(); }
