@@ -7,10 +7,10 @@
 #include "editors/collage/CollageComposition.h"
 #include "editors/collage/CreateCollageViewController.h"
 #include "editors/colorpicker/InfColorPickerController.h"
-#include "picker/YMSPhotoPickerViewController.h"
-#include "platform/base/CGAffineTransform.h"
 #include "export/PNGController.h"
 #include "export/SavingTypeController.h"
+#include "picker/YMSPhotoPickerViewController.h"
+#include "platform/base/CGAffineTransform.h"
 #include "platform/photos/PictureFolders.h"
 
 #include <numbers>
@@ -52,6 +52,14 @@ protected:
         ASSERT_TRUE(driver->waitFor<CreateCollageViewController>());
         begin();
     }
+    void tapTool(const char* identifier)
+    {
+        QString name;
+        for (const QVariant& tool : editor->tools())
+            if (tool.toMap()["identifier"] == QLatin1String(identifier))
+                name = tool.toMap()["name"].toString();
+        ASSERT_TRUE(driver->tap(name)) << identifier;
+    }
     const CollageSlot& current() { return editor->composition().photoSlots[editor->composition().current]; }
     QString shownPanel() { return editor->shownPanel(); }
     bool isPointedOut() { return driver->called(QStringLiteral("slotOutline")) != nullptr; }
@@ -82,7 +90,7 @@ TEST_F(CollageRoad, ThreePhotosAreAFileInEightTouches)
 TEST_F(CollageRoad, EverythingIsDoneUndoneAndSaved)
 {
     goToCollage("Three photos", 3);
-    ASSERT_TRUE(driver->tap(QStringLiteral("Layout")));
+    tapTool("layout");
     tapAsStep("Three rows");
     ASSERT_TRUE(driver->tap(QStringLiteral("Photo 2")));
     driver->dragCanvas({24, -8});
@@ -92,7 +100,7 @@ TEST_F(CollageRoad, EverythingIsDoneUndoneAndSaved)
     driver->turnCanvas(std::numbers::pi / 6);
     step("turned");
 
-    ASSERT_TRUE(driver->tap(QStringLiteral("Tools")));
+    tapTool("tools");
     tapAsStep("Left");
     tapAsStep("Flip V");
     ASSERT_TRUE(driver->tap(QStringLiteral("Color")));
@@ -101,24 +109,24 @@ TEST_F(CollageRoad, EverythingIsDoneUndoneAndSaved)
     tapAsStep("Done");
     ASSERT_TRUE(driver->waitFor<CreateCollageViewController>());
 
-    ASSERT_TRUE(driver->tap(QStringLiteral("Filter")));
+    tapTool("filter");
     ASSERT_TRUE(WindowDriver::waitUntil([&] { return driver->item(QStringLiteral("Sepia")) != nullptr; }));
     tapAsStep("Sepia");
     ASSERT_TRUE(driver->tap(QStringLiteral("Photo 3")));
-    ASSERT_TRUE(driver->tap(QStringLiteral("Effects")));
+    tapTool("fx");
     dragSlider("Contrast", 25);
     dragSlider("Brightness", -20);
     ASSERT_TRUE(driver->tap(QStringLiteral("Hide")));
     EXPECT_EQ(shownPanel(), QString());
 
-    ASSERT_TRUE(driver->tap(QStringLiteral("Sticker")));
+    tapTool("sticker");
     ASSERT_TRUE(WindowDriver::waitUntil([&] { return driver->item(QStringLiteral("Sun")) != nullptr; }));
     tapAsStep("Sun");
     tapCanvas({100, 100});
     ASSERT_TRUE(editor->stickerActive());
     dragCanvasFrom({100, 100}, {40, 60}, "sticker moved");
 
-    ASSERT_TRUE(driver->tap(QStringLiteral("Reset")));
+    tapTool("reset");
     step("Reset");
     dragSlider("Border width", 30);
     dragSlider("Gap", 40);
@@ -142,7 +150,7 @@ TEST_F(CollageRoad, AnotherPhotoPointsOutTheCurrentOneAndTwoSwapByAFinger)
     EXPECT_EQ(editor->currentSlot(), 1);
     EXPECT_TRUE(WindowDriver::waitUntil([&] { return !isPointedOut(); }));
 
-    driver->drag(inWindow({0.1 * kWidth, 0.5 * kWidth}), {12, 0});
+    driver->drag(inWindow({0.1 * kWidth, 0.5 * kWidth}), {40, 0});
     step("moved");
     driver->doubleTapAt(inWindow({0.1 * kWidth, 0.5 * kWidth}));
     EXPECT_TRUE(looksAlike(editor->composition(), states.front())) << "it fits its slot again";
@@ -196,7 +204,7 @@ TEST_F(CollageRoad, ByKeysAlone)
     // A strip is one stop, with arrows inside; what is in force comes first.
     driver->press(Qt::Key_2, Qt::AltModifier);
     EXPECT_EQ(shownPanel(), QStringLiteral("layout"));
-    pressUntil("Layout");
+    pressUntil("Diagonal");
     driver->press(Qt::Key_Right);
     driver->press(Qt::Key_Right);
     driver->press(Qt::Key_Return);

@@ -27,6 +27,12 @@ std::shared_ptr<CreateCollageViewController> openCollage(Shooter& shooter, const
     return shooter.driver().top<CreateCollageViewController>();
 }
 
+/// Until the picture that is being made has landed.
+void waitForPicture(const CreateCollageViewController& collage)
+{
+    WindowDriver::waitUntil([&] { return !collage.property("busy").toBool(); }, 5);
+}
+
 /// All that the tools open, with something done by each.
 void shootTools(Shooter& shooter, CreateCollageViewController& collage)
 {
@@ -38,11 +44,15 @@ void shootTools(Shooter& shooter, CreateCollageViewController& collage)
     collage.chooseTool(QStringLiteral("filter"));
     WindowDriver::waitUntil([&] { return collage.filters() != nullptr; }, 5);
     collage.filterImgGesture(502);
+    WindowDriver::waitUntil([&] { return collage.filter() == 502; }, 5);
     shooter.shoot("collage-filter");
     collage.selectSlot(3);
     collage.chooseTool(QStringLiteral("fx"));
     collage.slide(50, 20);
     collage.slide(56, 1.4);
+    waitForPicture(collage);
+    collage.undo();
+    collage.redo(); // the sliders hear of it as they would after a step
     shooter.shoot("collage-effects");
     collage.chooseTool(QStringLiteral("sticker"));
     WindowDriver::waitUntil([&] { return collage.stickerStrip()->property("count").toInt() >= 84; }, 5);
@@ -51,6 +61,8 @@ void shootTools(Shooter& shooter, CreateCollageViewController& collage)
     collage.chooseTool(QStringLiteral("reset"));
     collage.slide(59, 4);
     collage.slide(60, 6);
+    collage.undo();
+    collage.redo();
     shooter.shoot("collage-frame");
     collage.chooseTool(QStringLiteral("tools"));
     driver.press(Qt::Key_Tab);
