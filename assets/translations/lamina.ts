@@ -144,6 +144,10 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>Arrow keys move the photo, plus and minus zoom it, comma and period turn it, digits choose another one</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>Arrow keys move the second photo, plus and minus zoom it</source>
         <translation type="unfinished"></translation>
     </message>
@@ -220,11 +224,23 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>Border and gaps</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Border width</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>Bow</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
         <source>Bring the photo back</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Brown</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -269,6 +285,10 @@
     </message>
     <message>
         <source>Can’t ask for a place</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Can’t change the photo</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -380,6 +400,10 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>Choose a tool of a collage</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>Choose photos</source>
         <translation type="unfinished"></translation>
     </message>
@@ -397,6 +421,14 @@
     </message>
     <message>
         <source>Chosen</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Circle in a circle</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Clear</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -428,6 +460,10 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>Collage</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>Color</source>
         <translation type="unfinished"></translation>
     </message>
@@ -441,6 +477,10 @@
     </message>
     <message>
         <source>Comet</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Comic</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -500,6 +540,10 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>Diagonal</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>Diamond</source>
         <translation type="unfinished"></translation>
     </message>
@@ -528,6 +572,14 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>Drag the photo, pinch to zoom it, twist to turn it. A double tap fits it to its slot again. The button of a photo, dragged onto another one, swaps the two.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Drag the photo, turn the wheel to zoom it, with Shift to turn it. A double click fits it to its slot again. The button of a photo, dragged onto another one, swaps the two.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>Drag the second photo, pinch to zoom it. Arrow keys move it a little, plus and minus zoom.</source>
         <translation type="unfinished"></translation>
     </message>
@@ -540,7 +592,19 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>Drag to move, pinch to zoom, twist to turn</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>Drag to move, turn the wheel to zoom</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Drag to move, turn the wheel to zoom, with Shift to turn</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Dream</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -561,6 +625,10 @@
     </message>
     <message>
         <source>Enter</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Exotic</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -589,6 +657,10 @@
     </message>
     <message>
         <source>Film</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Filter</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -640,7 +712,15 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>Gap</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>Garland</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Gray</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -677,6 +757,10 @@
     </message>
     <message>
         <source>Ice cream</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Ink</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -725,6 +809,10 @@
     </message>
     <message>
         <source>Lay one photo over another</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Layout</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -892,6 +980,18 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>One above the other</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>One above two</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>One beside two</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>One cut, eight frames</source>
         <translation type="unfinished"></translation>
     </message>
@@ -928,6 +1028,10 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>Original</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>PDF Print</source>
         <translation type="unfinished"></translation>
     </message>
@@ -961,6 +1065,10 @@
     </message>
     <message>
         <source>Photo %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Photo %1 of %2 is in hand.</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -1004,6 +1112,10 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>Photo of a collage</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>Photo, %1</source>
         <translation type="unfinished"></translation>
     </message>
@@ -1017,6 +1129,10 @@
     </message>
     <message>
         <source>Photos are looked for in %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Photos back</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -1048,6 +1164,14 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>Plum</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Poster</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>Print</source>
         <translation type="unfinished"></translation>
     </message>
@@ -1073,6 +1197,10 @@
     </message>
     <message>
         <source>Redo</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Relief</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -1180,6 +1308,10 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>Sepia</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>Set Color</source>
         <translation type="unfinished"></translation>
     </message>
@@ -1204,6 +1336,10 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>Side by side</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>Size</source>
         <translation type="unfinished"></translation>
     </message>
@@ -1224,7 +1360,7 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>Soon</source>
+        <source>Soft</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -1292,6 +1428,10 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>Swap it with its neighbour</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>Swipe for the next photo</source>
         <translation type="unfinished"></translation>
     </message>
@@ -1352,6 +1492,18 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>The collage</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The collage has no place for %1 of the photos.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The collage has no place for one of the photos.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>The file</source>
         <translation type="unfinished"></translation>
     </message>
@@ -1373,6 +1525,10 @@
     </message>
     <message>
         <source>The photo</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The photo is being changed</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -1416,11 +1572,23 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>Three circles</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Three columns</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>Three or six digits of 0 to 9 and A to F, such as #E5906F</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
         <source>Three photos</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Three rows</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -1448,11 +1616,19 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>Triangles from the top</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Triangles round the middle</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>Tulip</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>Turn a sticker</source>
+        <source>Turn a sticker or the photo</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -1508,7 +1684,19 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>Warm</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>Weather</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Wedge and zigzag</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Wedge in the corner</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -1553,6 +1741,22 @@
     </message>
     <message>
         <source>Your work can’t be kept safe: %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Zigzag columns</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Zigzag rows</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Zigzag, across</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Zigzag, upright</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -1624,11 +1828,27 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>emboss</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>filter</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>folder</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
         <source>fx</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>gallery</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>highlight</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -1657,6 +1877,10 @@
     </message>
     <message>
         <source>its original is no longer at hand</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>layout</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -1729,6 +1953,22 @@
     </message>
     <message>
         <source>pictures of the type &quot;</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>reset</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>saturation</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>sharpen</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>sticker</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -1925,6 +2165,18 @@
     </message>
     <message>
         <source>too many works are open</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>tools</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>unsharpen</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>vignette</source>
         <translation type="unfinished"></translation>
     </message>
     <message>

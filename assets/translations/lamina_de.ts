@@ -144,6 +144,10 @@
         <translation>Pfeiltasten verschieben es, Plus und Minus zoomen</translation>
     </message>
     <message>
+        <source>Arrow keys move the photo, plus and minus zoom it, comma and period turn it, digits choose another one</source>
+        <translation>Pfeiltasten bewegen das Foto, Plus und Minus zoomen, Komma und Punkt drehen es, Ziffern wählen ein anderes</translation>
+    </message>
+    <message>
         <source>Arrow keys move the second photo, plus and minus zoom it</source>
         <translation>Pfeiltasten verschieben das zweite Foto, Plus und Minus zoomen es</translation>
     </message>
@@ -220,12 +224,24 @@
         <translation>Boot</translation>
     </message>
     <message>
+        <source>Border and gaps</source>
+        <translation>Rand und Fugen</translation>
+    </message>
+    <message>
+        <source>Border width</source>
+        <translation>Rand</translation>
+    </message>
+    <message>
         <source>Bow</source>
         <translation>Schleife</translation>
     </message>
     <message>
         <source>Bring the photo back</source>
         <translation>Foto zurückholen</translation>
+    </message>
+    <message>
+        <source>Brown</source>
+        <translation>Braun</translation>
     </message>
     <message>
         <source>Bubble</source>
@@ -270,6 +286,10 @@
     <message>
         <source>Can’t ask for a place</source>
         <translation>Es kann nicht nach einem Ort gefragt werden</translation>
+    </message>
+    <message>
+        <source>Can’t change the photo</source>
+        <translation>Das Foto kann nicht geändert werden</translation>
     </message>
     <message>
         <source>Can’t copy</source>
@@ -380,6 +400,10 @@
         <translation>Werkzeug wählen</translation>
     </message>
     <message>
+        <source>Choose a tool of a collage</source>
+        <translation>Werkzeug einer Collage wählen</translation>
+    </message>
+    <message>
         <source>Choose photos</source>
         <translation>Fotos wählen</translation>
     </message>
@@ -398,6 +422,14 @@
     <message>
         <source>Chosen</source>
         <translation>Gewählt</translation>
+    </message>
+    <message>
+        <source>Circle in a circle</source>
+        <translation>Kreis im Kreis</translation>
+    </message>
+    <message>
+        <source>Clear</source>
+        <translation>Klar</translation>
     </message>
     <message>
         <source>Click on below icons to share PDF Document</source>
@@ -428,6 +460,10 @@
         <translation>Kaffee</translation>
     </message>
     <message>
+        <source>Collage</source>
+        <translation>Collage</translation>
+    </message>
+    <message>
         <source>Color</source>
         <translation>Farbe</translation>
     </message>
@@ -442,6 +478,10 @@
     <message>
         <source>Comet</source>
         <translation>Komet</translation>
+    </message>
+    <message>
+        <source>Comic</source>
+        <translation>Comic</translation>
     </message>
     <message>
         <source>Compass</source>
@@ -500,6 +540,10 @@
         <translation>Sticker löschen</translation>
     </message>
     <message>
+        <source>Diagonal</source>
+        <translation>Diagonale</translation>
+    </message>
+    <message>
         <source>Diamond</source>
         <translation>Diamant</translation>
     </message>
@@ -528,6 +572,14 @@
         <translation>Donut</translation>
     </message>
     <message>
+        <source>Drag the photo, pinch to zoom it, twist to turn it. A double tap fits it to its slot again. The button of a photo, dragged onto another one, swaps the two.</source>
+        <translation>Foto ziehen, mit zwei Fingern zoomen und drehen. Doppeltippen passt es wieder ein. Die Taste eines Fotos, auf eine andere gezogen, tauscht die beiden.</translation>
+    </message>
+    <message>
+        <source>Drag the photo, turn the wheel to zoom it, with Shift to turn it. A double click fits it to its slot again. The button of a photo, dragged onto another one, swaps the two.</source>
+        <translation>Foto ziehen, mit dem Mausrad zoomen, mit Umschalt drehen. Ein Doppelklick passt es wieder ein. Die Taste eines Fotos, auf eine andere gezogen, tauscht die beiden.</translation>
+    </message>
+    <message>
         <source>Drag the second photo, pinch to zoom it. Arrow keys move it a little, plus and minus zoom.</source>
         <translation>Das zweite Foto ziehen; mit zwei Fingern zoomen. Pfeiltasten verschieben es ein wenig, Plus und Minus zoomen.</translation>
     </message>
@@ -540,8 +592,20 @@
         <translation>Ziehen verschiebt, zwei Finger zoomen</translation>
     </message>
     <message>
+        <source>Drag to move, pinch to zoom, twist to turn</source>
+        <translation>Ziehen bewegt, zwei Finger zoomen und drehen</translation>
+    </message>
+    <message>
         <source>Drag to move, turn the wheel to zoom</source>
         <translation>Ziehen verschiebt, das Mausrad zoomt</translation>
+    </message>
+    <message>
+        <source>Drag to move, turn the wheel to zoom, with Shift to turn</source>
+        <translation>Ziehen bewegt, das Rad zoomt, mit Umschalt dreht es</translation>
+    </message>
+    <message>
+        <source>Dream</source>
+        <translation>Traum</translation>
     </message>
     <message>
         <source>Drop</source>
@@ -562,6 +626,10 @@
     <message>
         <source>Enter</source>
         <translation>Eingabe</translation>
+    </message>
+    <message>
+        <source>Exotic</source>
+        <translation>Exotisch</translation>
     </message>
     <message>
         <source>Feed</source>
@@ -590,6 +658,10 @@
     <message>
         <source>Film</source>
         <translation>Film</translation>
+    </message>
+    <message>
+        <source>Filter</source>
+        <translation>Filter</translation>
     </message>
     <message>
         <source>Firework</source>
@@ -640,8 +712,16 @@
         <translation>Vollbild</translation>
     </message>
     <message>
+        <source>Gap</source>
+        <translation>Fuge</translation>
+    </message>
+    <message>
         <source>Garland</source>
         <translation>Girlande</translation>
+    </message>
+    <message>
+        <source>Gray</source>
+        <translation>Grau</translation>
     </message>
     <message>
         <source>HEIC pictures need libheif</source>
@@ -678,6 +758,10 @@
     <message>
         <source>Ice cream</source>
         <translation>Eis</translation>
+    </message>
+    <message>
+        <source>Ink</source>
+        <translation>Tusche</translation>
     </message>
     <message>
         <source>JPEG pictures with arithmetic coding are not supported</source>
@@ -726,6 +810,10 @@
     <message>
         <source>Lay one photo over another</source>
         <translation>Ein Foto über ein anderes legen</translation>
+    </message>
+    <message>
+        <source>Layout</source>
+        <translation>Layout</translation>
     </message>
     <message>
         <source>Leaf</source>
@@ -892,6 +980,18 @@
         <translation>Oben, beweglich</translation>
     </message>
     <message>
+        <source>One above the other</source>
+        <translation>Übereinander</translation>
+    </message>
+    <message>
+        <source>One above two</source>
+        <translation>Eins über zweien</translation>
+    </message>
+    <message>
+        <source>One beside two</source>
+        <translation>Eins neben zweien</translation>
+    </message>
+    <message>
         <source>One cut, eight frames</source>
         <translation>Ein Schnitt, acht Rahmen</translation>
     </message>
@@ -928,6 +1028,10 @@
         <translation>Öffnet die Liste dessen, was mit der Datei getan werden kann</translation>
     </message>
     <message>
+        <source>Original</source>
+        <translation>Original</translation>
+    </message>
+    <message>
         <source>PDF Print</source>
         <translation>PDF für Druck</translation>
     </message>
@@ -962,6 +1066,10 @@
     <message>
         <source>Photo %1</source>
         <translation>Foto %1</translation>
+    </message>
+    <message>
+        <source>Photo %1 of %2 is in hand.</source>
+        <translation>Foto %1 von %2 ist gewählt.</translation>
     </message>
     <message>
         <source>Photo %1 of 2</source>
@@ -1004,6 +1112,10 @@
         <translation>Fotosammlung</translation>
     </message>
     <message>
+        <source>Photo of a collage</source>
+        <translation>Foto einer Collage</translation>
+    </message>
+    <message>
         <source>Photo, %1</source>
         <translation>Foto, %1</translation>
     </message>
@@ -1018,6 +1130,10 @@
     <message>
         <source>Photos are looked for in %1</source>
         <translation>Fotos werden in %1 gesucht</translation>
+    </message>
+    <message>
+        <source>Photos back</source>
+        <translation>Fotos zurück</translation>
     </message>
     <message>
         <source>Pictures</source>
@@ -1048,6 +1164,14 @@
         <translation>Bitte wählen Sie 3 Fotos</translation>
     </message>
     <message>
+        <source>Plum</source>
+        <translation>Pflaume</translation>
+    </message>
+    <message>
+        <source>Poster</source>
+        <translation>Plakat</translation>
+    </message>
+    <message>
         <source>Print</source>
         <translation>Drucken</translation>
     </message>
@@ -1074,6 +1198,10 @@
     <message>
         <source>Redo</source>
         <translation>Wiederholen</translation>
+    </message>
+    <message>
+        <source>Relief</source>
+        <translation>Relief</translation>
     </message>
     <message>
         <source>Remove a sticker</source>
@@ -1180,6 +1308,10 @@
         <translation>Senden oder behalten</translation>
     </message>
     <message>
+        <source>Sepia</source>
+        <translation>Sepia</translation>
+    </message>
+    <message>
         <source>Set Color</source>
         <translation>Farbe festlegen</translation>
     </message>
@@ -1204,6 +1336,10 @@
         <translation>Im Ordner zeigen</translation>
     </message>
     <message>
+        <source>Side by side</source>
+        <translation>Nebeneinander</translation>
+    </message>
+    <message>
         <source>Size</source>
         <translation>Größe</translation>
     </message>
@@ -1224,8 +1360,8 @@
         <translation>Schneemann</translation>
     </message>
     <message>
-        <source>Soon</source>
-        <translation>Bald</translation>
+        <source>Soft</source>
+        <translation>Weich</translation>
     </message>
     <message>
         <source>Space</source>
@@ -1292,6 +1428,10 @@
         <translation>Tauschen</translation>
     </message>
     <message>
+        <source>Swap it with its neighbour</source>
+        <translation>Mit dem Nachbarn tauschen</translation>
+    </message>
+    <message>
         <source>Swipe for the next photo</source>
         <translation>Wischen für das nächste Foto</translation>
     </message>
@@ -1352,6 +1492,18 @@
         <translation>Die Überblendung</translation>
     </message>
     <message>
+        <source>The collage</source>
+        <translation>Die Collage</translation>
+    </message>
+    <message>
+        <source>The collage has no place for %1 of the photos.</source>
+        <translation>Die Collage hat für %1 der Fotos keinen Platz.</translation>
+    </message>
+    <message>
+        <source>The collage has no place for one of the photos.</source>
+        <translation>Die Collage hat für eines der Fotos keinen Platz.</translation>
+    </message>
+    <message>
         <source>The file</source>
         <translation>Die Datei</translation>
     </message>
@@ -1374,6 +1526,10 @@
     <message>
         <source>The photo</source>
         <translation>Das Foto</translation>
+    </message>
+    <message>
+        <source>The photo is being changed</source>
+        <translation>Das Foto wird geändert</translation>
     </message>
     <message>
         <source>The picture</source>
@@ -1416,12 +1572,24 @@
         <translation>Dieses bleibt am Platz. Am besten etwas Ruhiges: ein Himmel, eine Wand, das Meer.</translation>
     </message>
     <message>
+        <source>Three circles</source>
+        <translation>Drei Kreise</translation>
+    </message>
+    <message>
+        <source>Three columns</source>
+        <translation>Drei Spalten</translation>
+    </message>
+    <message>
         <source>Three or six digits of 0 to 9 and A to F, such as #E5906F</source>
         <translation>Drei oder sechs Ziffern von 0 bis 9 und A bis F, etwa #E5906F</translation>
     </message>
     <message>
         <source>Three photos</source>
         <translation>Drei Fotos</translation>
+    </message>
+    <message>
+        <source>Three rows</source>
+        <translation>Drei Reihen</translation>
     </message>
     <message>
         <source>Toast</source>
@@ -1448,12 +1616,20 @@
         <translation>Baum</translation>
     </message>
     <message>
+        <source>Triangles from the top</source>
+        <translation>Dreiecke von oben</translation>
+    </message>
+    <message>
+        <source>Triangles round the middle</source>
+        <translation>Dreiecke um die Mitte</translation>
+    </message>
+    <message>
         <source>Tulip</source>
         <translation>Tulpe</translation>
     </message>
     <message>
-        <source>Turn a sticker</source>
-        <translation>Sticker drehen</translation>
+        <source>Turn a sticker or the photo</source>
+        <translation>Sticker oder Foto drehen</translation>
     </message>
     <message>
         <source>Turn and scale sticker</source>
@@ -1508,8 +1684,20 @@
         <translation>Version %1</translation>
     </message>
     <message>
+        <source>Warm</source>
+        <translation>Warm</translation>
+    </message>
+    <message>
         <source>Weather</source>
         <translation>Wetter</translation>
+    </message>
+    <message>
+        <source>Wedge and zigzag</source>
+        <translation>Keil und Zickzack</translation>
+    </message>
+    <message>
+        <source>Wedge in the corner</source>
+        <translation>Keil in der Ecke</translation>
     </message>
     <message>
         <source>Whale</source>
@@ -1554,6 +1742,22 @@
     <message>
         <source>Your work can’t be kept safe: %1</source>
         <translation>Ihre Arbeit kann nicht gesichert werden: %1</translation>
+    </message>
+    <message>
+        <source>Zigzag columns</source>
+        <translation>Zickzackspalten</translation>
+    </message>
+    <message>
+        <source>Zigzag rows</source>
+        <translation>Zickzackreihen</translation>
+    </message>
+    <message>
+        <source>Zigzag, across</source>
+        <translation>Zickzack, quer</translation>
+    </message>
+    <message>
+        <source>Zigzag, upright</source>
+        <translation>Zickzack, hochkant</translation>
     </message>
     <message>
         <source>Zoom</source>
@@ -1624,12 +1828,28 @@
         <translation>Kontrast</translation>
     </message>
     <message>
+        <source>emboss</source>
+        <translation>Relief</translation>
+    </message>
+    <message>
+        <source>filter</source>
+        <translation>Filter</translation>
+    </message>
+    <message>
         <source>folder</source>
         <translation>Ordner</translation>
     </message>
     <message>
         <source>fx</source>
         <translation>Effekte</translation>
+    </message>
+    <message>
+        <source>gallery</source>
+        <translation>Galerie</translation>
+    </message>
+    <message>
+        <source>highlight</source>
+        <translation>Lichter</translation>
     </message>
     <message>
         <source>is a folder</source>
@@ -1658,6 +1878,10 @@
     <message>
         <source>its original is no longer at hand</source>
         <translation>sein Original ist nicht mehr da</translation>
+    </message>
+    <message>
+        <source>layout</source>
+        <translation>Layout</translation>
     </message>
     <message>
         <source>no file was written</source>
@@ -1730,6 +1954,22 @@
     <message>
         <source>pictures of the type &quot;</source>
         <translation>Bilder der Art &quot;</translation>
+    </message>
+    <message>
+        <source>reset</source>
+        <translation>Reset</translation>
+    </message>
+    <message>
+        <source>saturation</source>
+        <translation>Sättigung</translation>
+    </message>
+    <message>
+        <source>sharpen</source>
+        <translation>Schärfen</translation>
+    </message>
+    <message>
+        <source>sticker</source>
+        <translation>Sticker</translation>
     </message>
     <message>
         <source>such a page can&apos;t be written</source>
@@ -1926,6 +2166,18 @@
     <message>
         <source>too many works are open</source>
         <translation>zu viele Arbeiten sind geöffnet</translation>
+    </message>
+    <message>
+        <source>tools</source>
+        <translation>Tools</translation>
+    </message>
+    <message>
+        <source>unsharpen</source>
+        <translation>Weichzeichnen</translation>
+    </message>
+    <message>
+        <source>vignette</source>
+        <translation>Vignette</translation>
     </message>
     <message>
         <source>yesterday at %1</source>
