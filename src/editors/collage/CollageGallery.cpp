@@ -85,7 +85,10 @@ void CreateCollageViewController::photoPickerViewController(YMSPhotoPickerViewCo
 
 void CreateCollageViewController::takePhoto(const UIImage& picture, const UIImage& master)
 {
-    act([&] { replaceMaster(composition().current, picture, master); });
+    act([&] {
+        replaceMaster(composition().current, picture, master);
+        followPhotos();
+    });
 }
 
 void CreateCollageViewController::photoPickerViewControllerDidReceivePhotoAlbumAccessDenied(

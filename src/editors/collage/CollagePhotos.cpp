@@ -29,7 +29,7 @@ void presentLeftOutOfCollage(UIViewController& screen, std::size_t count, std::f
 
 bool CreateCollageViewController::wantsPhotos() const
 {
-    return !presentedViewController() && !m_readsPhotos;
+    return !presentedViewController() && !m_readsPhotos && !isBusy();
 }
 
 void CreateCollageViewController::receivePhotos(std::vector<PhotoSource> photos)

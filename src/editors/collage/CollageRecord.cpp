@@ -43,9 +43,12 @@ bool readSlot(const RecordValue& record, KeptPictures& pictures, CollageSlot& sl
     record.at("center").get_to(slot.center);
     record.at("transform").get_to(slot.transform);
     record.at("alpha").get_to(slot.alpha);
-    return isFinite(slot.center) && slot.transform.inverted() && slot.alpha >= 0 && slot.alpha <= 1 &&
-           readColor(record.at("background"), slot.background) && pictures.find(record.at("master"), slot.master) &&
-           pictures.find(record.at("image"), slot.image);
+    if (!pictures.find(record.at("master"), slot.master) || !pictures.find(record.at("image"), slot.image))
+        return false;
+    if (!slot.image)
+        slot.image = slot.master;
+    return isFinite(slot.center) && slot.transform.inverted() && slot.alpha >= 0 && slot.alpha <= 1 && slot.master &&
+           readColor(record.at("background"), slot.background);
 }
 
 bool readSlots(const RecordValue& record, KeptPictures& pictures, CollageComposition& composition)

@@ -39,7 +39,8 @@ void CreateCollageViewController::blendPhoto()
 {
     CollageComposition& composition = editedComposition();
     readViews();
-    for (CollageSlot& slot : composition.photoSlots) {
+    for (std::size_t index = 0; index < composition.count; ++index) {
+        CollageSlot& slot = composition.photoSlots[index];
         const UIImage master = std::exchange(slot, {}).master;
         slot.master = slot.image = master;
         slot.center = photoCenter();
@@ -266,6 +267,7 @@ QVariantList CreateCollageViewController::slotRows() const
             {"icon", QVariant::fromValue(m_slotIcons[index][0])},
             {"iconSelected", QVariant::fromValue(m_slotIcons[index][1])},
             {"selected", index == composition().current},
+            {"opacity", slot.alpha},
             {"background", colorText(slot.background.value_or(UIColor::clear()))},
             {"name", QString::fromStdString(localizedText("Photo %1", {std::to_string(number)}))},
         });

@@ -12,9 +12,6 @@ namespace lamina {
 
 namespace {
 
-/// Whether a photo is seen is asked at so many points a side of the canvas.
-constexpr int kSamples = 100;
-
 bool isOnSticker(const UIView* tapped)
 {
     while (tapped != nullptr && dynamic_cast<const IQStickerView*>(tapped) == nullptr)
@@ -50,12 +47,6 @@ public:
                                         [&](std::size_t slot) { return m_outlines[slot].contains(point); });
         return found == m_order.rend() ? std::nullopt : std::optional(*found);
     }
-    /// The middle of all that the slot would show if it lay on top.
-    CGPoint middleOf(std::size_t slot) const
-    {
-        const CGRect box = m_outlines[slot].controlBounds().intersection(m_square);
-        return {box.midX(), box.midY()};
-    }
 
 private:
     CGRect m_square;
@@ -71,9 +62,9 @@ UIView* CreateCollageViewController::gestureView() const
 void CreateCollageViewController::panPhoto(UIView& view, CGPoint by)
 {
     const std::optional<std::size_t> slot = slotOf(&view);
-    if (!slot)
-        return;
     const CGPoint center = {view.center().x + by.x, view.center().y + by.y};
+    if (!slot || !isFinite(center))
+        return;
     editedComposition().photoSlots[*slot].center = center;
     view.setCenter(center);
     tellGesture();
@@ -113,39 +104,6 @@ void CreateCollageViewController::fitPhoto()
         slot.transform = {};
         showPhoto(m_slots[composition().current], slot);
     });
-}
-
-void CreateCollageViewController::bringPhotoBack()
-{
-    const SlotSight sight(*this);
-    if (isPhotoSeen(sight))
-        return;
-    act([&] {
-        CollageSlot& slot = editedComposition().photoSlots[composition().current];
-        slot.center = currentView().convertPointFromView(sight.middleOf(composition().current), m_saveTheImg.get());
-        showPhoto(m_slots[composition().current], slot);
-    });
-}
-
-/// Of the current slot. A photo shows beyond its view where its shape is another one.
-bool CreateCollageViewController::isPhotoSeen(const SlotSight& sight) const
-{
-    const auto fromCanvas = currentImageView()
-                                .layer()
-                                .transformToParent()
-                                .concatenating(currentView().layer().transformToParent())
-                                .inverted();
-    const CGRect picture = currentImageView().layer().contentsRect();
-    const double step = composition().side / kSamples;
-    for (int i = 0; fromCanvas && i < kSamples * kSamples; ++i) {
-        const CGPoint point = {(i % kSamples + 0.5) * step, (i / kSamples + 0.5) * step};
-        const CGPoint own = fromCanvas->apply(point);
-        const bool covers =
-            own.x >= picture.minX() && own.x < picture.maxX() && own.y >= picture.minY() && own.y < picture.maxY();
-        if (covers && sight.slotAt(point) == composition().current)
-            return true;
-    }
-    return false;
 }
 
 } // namespace lamina

@@ -23,7 +23,7 @@ bool slotsLookAlike(const CollageComposition& one, const CollageComposition& oth
     return one.layout == other.layout && one.current == other.current &&
            std::equal(one.photoSlots.begin(), one.photoSlots.end(), other.photoSlots.begin(),
                       [](const CollageSlot& a, const CollageSlot& b) {
-                          return a.background == b.background && a.image.isIdenticalTo(b.image);
+                          return a.background == b.background && a.alpha == b.alpha && a.image.isIdenticalTo(b.image);
                       });
 }
 

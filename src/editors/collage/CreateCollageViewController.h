@@ -123,9 +123,6 @@ public:
     Q_INVOKABLE void tapCanvas(double x, double y) override;
     /// A double tap on the canvas: on the current slot's photo it fits that one.
     Q_INVOKABLE void doubleTapCanvas(double x, double y);
-    /// Nothing while a part of the current slot's photo is seen in the slot; else the photo comes to the middle of what
-    /// the slot shows, as large and as turned as it is.
-    Q_INVOKABLE void bringPhotoBack() override;
 
     /// Not while something lies over the editor.
     bool wantsPhotos() const override;
@@ -387,7 +384,6 @@ private:
     void forgetEffectBases();
     /// After other photos have come, what is made from them follows.
     void followPhotos();
-    bool isPhotoSeen(const SlotSight& sight) const;
     void readPhotos(std::vector<PhotoSource> photos, std::size_t firstSlot);
     void takePhotos(const PickedPhotos& read, std::size_t firstSlot);
     void makeSlotIcons();

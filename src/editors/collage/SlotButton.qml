@@ -6,7 +6,7 @@ import Lamina
 SelectorButton {
     id: button
 
-    // Of {number, name, picture, icon, iconSelected, selected}.
+    // Of {number, name, picture, opacity, background, icon, iconSelected, selected}.
     required property var slot
     readonly property bool roomy: width >= 110
     readonly property real iconSide: 22
@@ -17,6 +17,8 @@ SelectorButton {
 
     name: slot.name
     picture: slot.picture
+    pictureOpacity: slot.opacity
+    ground: slot.background
     selected: slot.selected
     textHeight: number.lineHeight
     handlers: DragHandler {

@@ -89,7 +89,7 @@ public:
     Q_INVOKABLE void turnBy(double angle);
     /// Takes the photo that takes gestures to the middle, as large and as turned as it is, where nothing of it is seen
     /// any more; that is a step. Nothing while a part of it is seen.
-    Q_INVOKABLE virtual void bringPhotoBack();
+    Q_INVOKABLE void bringPhotoBack();
 
     /// The editor's sliders with the values at which they stand; see sliderRows. What a user has moved stands where it
     /// was put; `slidersChanged` comes when it stands elsewhere: the panel opens, a step is undone or redone.

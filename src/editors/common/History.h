@@ -12,7 +12,7 @@ namespace lamina {
 /// How much a history keeps. Beyond either bound the oldest states are forgotten.
 struct HistoryLimits {
     std::size_t steps = 100;
-    std::size_t bytes = std::size_t{256} << 20; ///< of the states' pictures, each counted once
+    std::size_t bytes = std::size_t{256} << 20; ///< of the states' pictures, each counted once; a step is kept even so
 };
 
 /// The states that something edited has gone through, for undo and redo. A state is a copy, so it should be small or
@@ -94,7 +94,9 @@ private:
     void forgetOldest()
     {
         const std::size_t beyondSteps = m_position - std::min(m_position, m_limits.steps);
-        const std::size_t beyondBytes = m_states.size() - statesWithinBytes();
+        constexpr std::size_t kOneStep = 2; // what was done last can be undone, whatever it weighs
+        const std::size_t kept = std::min(m_states.size(), std::max(statesWithinBytes(), kOneStep));
+        const std::size_t beyondBytes = m_states.size() - kept;
         const std::size_t forgotten = std::min(m_position, std::max(beyondSteps, beyondBytes));
         m_states.erase(m_states.begin(), m_states.begin() + static_cast<std::ptrdiff_t>(forgotten));
         m_position -= forgotten;

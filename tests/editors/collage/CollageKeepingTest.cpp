@@ -151,6 +151,7 @@ TEST_F(CollageKeeping, WhatMakesNoSenseIsNotRead)
         {"/slots/0/transform", {1, 1, 1, 1, 0, 0}},
         {"/slots/0/background", {2, 0, 0, 1}},
         {"/slots/0/master", {{"file", "../../a.png"}, {"scale", 1}, {"orientation", 0}}},
+        {"/slots/0/master", nullptr},
         {"/effectFlags", {true}},
         {"/sliders/0", 201},
         {"/filter", 514},
@@ -172,6 +173,7 @@ TEST_F(CollageKeeping, WhatMakesNoSenseIsNotRead)
     ASSERT_TRUE(readRecord(odd, pictures, read));
     EXPECT_EQ(read.effectFlags, CollageComposition().effectFlags) << "a slider works from a base that is there";
     EXPECT_EQ(read.stickersBelow, 2u);
+    EXPECT_TRUE(read.photoSlots[2].image.isIdenticalTo(read.photoSlots[2].master));
 }
 
 TEST_F(CollageKeeping, APictureIsThereOnceAndWhatChangesDuringAWriteIsWrittenTogether)

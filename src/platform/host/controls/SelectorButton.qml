@@ -9,6 +9,9 @@ Item {
     // For those who hear the screen.
     property string description
     property var picture
+    property real pictureOpacity: 1
+    // Behind the picture, over the paper.
+    property color ground: "transparent"
     property bool selected: false
     property bool dimmed: false
     // The picture alone; a pointer that rests is told the name.
@@ -96,6 +99,11 @@ Item {
                     visible: !shown.empty
                     radius: Tokens.radius.thumb
                     color: Tokens.palette.paper
+                    Rectangle {
+                        anchors.fill: parent
+                        radius: parent.radius
+                        color: button.ground
+                    }
                 }
                 Icon {
                     anchors.centerIn: parent
@@ -107,6 +115,7 @@ Item {
                     id: shown
                     anchors.fill: parent
                     picture: button.picture
+                    opacity: button.pictureOpacity
                     radius: Tokens.radius.thumb
                 }
             }
