@@ -144,6 +144,7 @@ TEST_F(Refusals, ValuesThatAreNotUnderstood)
         {collage + "--gap -1", 2, "--gap: expected W in points from 0 to"},
         {collage + "--sticker moon@1", 2, "--sticker: expected NAME@CX,CY"},
         {collage + "--reset now", 2, "now"},
+        {collage + "--reset=false", 2, "reset was given a disallowed flag override"},
         {blend + "--zoom 0", 2, "--zoom: expected a factor above 0, as in 1.5, not '0'"},
         {blend + "--zoom inf", 2, "above 0"},
         {blend + "--move '1;2'", 2, "--move: expected DX,DY in points, as in 20,-10, not '1;2'"},
