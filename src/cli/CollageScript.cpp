@@ -100,11 +100,8 @@ struct CollageHand {
     void operator()(const BorderStep& step) const
     {
         editor.slide(collageslider::kBorderWidth, step.width);
-        if (!step.color)
-            return;
-        CollageComposition colored = editor.composition();
-        colored.borderColor = *step.color;
-        editor.setComposition(colored);
+        if (step.color)
+            editor.setBorderColor(*step.color);
     }
     void operator()(const ResetStep&) const { editor.chooseTool(text(collagetool::kReset)); }
 

@@ -247,6 +247,8 @@ public:
     /// Asks for the colour of the lines, beginning with the present one; only while the reset tool is the active one,
     /// and nothing lies over the editor.
     Q_INVOKABLE void adjustBorderColor();
+    /// The colour of the lines, whichever tool is active. One step.
+    void setBorderColor(const UIColor& color);
 
     /// The panel of filters is open, or about to be.
     bool filterEnableBool() const { return m_filterEnableBool; }
