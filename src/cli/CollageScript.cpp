@@ -65,7 +65,7 @@ struct CollageHand {
     {
         choose(step.photo);
         open("filter", collagetool::kFilter);
-        DispatchQueue::main().drain(); // the row is filled on a later turn
+        DispatchQueue::main().drain(); // the panel takes its photo on a later turn
         editor.filterImgGesture(step.tag);
     }
     void operator()(const SliderStep& step) const
@@ -132,11 +132,12 @@ CollageScript::CollageScript(CGSize screen, double scale, std::vector<UIImage> p
     , m_editor(UIStoryboard::named(kMainStoryboard)->instantiate<CreateCollageViewController>(scene::kCollage))
 {
     m_editor->setSelectedImages(std::move(photos));
+    m_editor->leaveThumbnailsOut();
     m_editor->view(); // it never appears: what a screen warms in the background is no use here
     ScriptStage::letTransitionsRun();
 }
 
-/// Thumbnails of filters may still be drawn, which must not meet the end of the process.
+/// What filters have drawn with is put away on their queue, which must not meet the end of the process.
 CollageScript::~CollageScript()
 {
     m_editor.reset();

@@ -313,6 +313,8 @@ public:
     void warmFilters();
     /// The filter panel's thumbnails, a list model; see CollageFilterRow.
     QObject* filters() const;
+    /// For an editor that nobody sees: its filter panel makes no thumbnails from now on.
+    void leaveThumbnailsOut() { m_filterRow.close(); }
     int filter() const { return composition().filter; }
 
     // Stickers, and the ways out
