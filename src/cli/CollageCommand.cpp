@@ -66,7 +66,8 @@ Result<UIImage> CollageCommand::make(std::vector<UIImage> pictures)
 {
     CollageScript script({width(), m_height}, scale(), std::move(pictures));
     for (const CollageStep& step : m_steps.inOrder(options()))
-        script.perform(step);
+        if (const Outcome done = script.perform(step); !done)
+            return Error{output(), done.error().cause};
     return madeOrNoMemory(script.flattened());
 }
 

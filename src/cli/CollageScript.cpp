@@ -1,7 +1,11 @@
 #include "cli/CollageScript.h"
 
 #include "app/MainStoryboard.h"
+#include "cli/EditorSteps.h"
+#include "cli/FilterDrawing.h"
+#include "editors/collage/CollageComposition.h"
 #include "editors/collage/CollageEffects.h"
+#include "editors/collage/CollageFilters.h"
 #include "editors/collage/CollageTools.h"
 #include "editors/collage/CreateCollageViewController.h"
 #include "editors/colorpicker/InfColorPickerController.h"
@@ -10,13 +14,12 @@
 #include "gpu/core/VideoProcessingQueue.h"
 #include "platform/base/DispatchQueue.h"
 #include "platform/view/UINavigationController.h"
-#include "cli/EditorSteps.h"
-#include "editors/collage/CollageComposition.h"
 #include "platform/view/UIStoryboard.h"
 
 #include <QString>
 
 #include <numbers>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -31,9 +34,25 @@ QString text(std::string_view word)
     return QString::fromUtf8(word.data(), static_cast<qsizetype>(word.size()));
 }
 
+/// Whether the step needs the graphics processor.
+struct DrawnOnGpu {
+    bool operator()(const FilterStep& step) const { return findCollageFilter(step.tag)->make != nullptr; }
+    bool operator()(const SliderStep& step) const
+    {
+        return step.slider == collageslider::kVignette || step.slider == collageslider::kSaturation ||
+               step.slider == collageslider::kHighlight;
+    }
+    template <class Step>
+    bool operator()(const Step&) const
+    {
+        return false;
+    }
+};
+
 /// What a step is to the editor: what a person would press for it, and the movement of fingers without the fingers.
 struct CollageHand {
     CreateCollageViewController& editor;
+    std::optional<std::string> refusal = {}; ///< why a step could not be done, where the editor tells nothing
 
     void operator()(const LayoutStep& step) const
     {
@@ -65,7 +84,7 @@ struct CollageHand {
     {
         choose(step.photo);
         open("filter", collagetool::kFilter);
-        DispatchQueue::main().drain(); // the row is filled on a later turn
+        DispatchQueue::main().drain(); // the panel takes its photo on a later turn
         editor.filterImgGesture(step.tag);
     }
     void operator()(const SliderStep& step) const
@@ -77,7 +96,7 @@ struct CollageHand {
         }
         editor.slide(step.slider, step.value);
     }
-    void operator()(const BackgroundStep& step) const
+    void operator()(const BackgroundStep& step)
     {
         choose(step.photo);
         open("tools", collagetool::kTools);
@@ -86,6 +105,8 @@ struct CollageHand {
         if (InfColorPickerController* const picker = colorPicker()) {
             picker->setResultColor(step.color);
             picker->done();
+        } else {
+            refusal = "a colour can't be chosen now";
         }
         ScriptStage::letTransitionsRun();
     }
@@ -100,11 +121,8 @@ struct CollageHand {
     void operator()(const BorderStep& step) const
     {
         editor.slide(collageslider::kBorderWidth, step.width);
-        if (!step.color)
-            return;
-        CollageComposition colored = editor.composition();
-        colored.borderColor = *step.color;
-        editor.setComposition(colored);
+        if (step.color)
+            editor.setBorderColor(*step.color);
     }
     void operator()(const ResetStep&) const { editor.chooseTool(text(collagetool::kReset)); }
 
@@ -135,20 +153,30 @@ CollageScript::CollageScript(CGSize screen, double scale, std::vector<UIImage> p
     , m_editor(UIStoryboard::named(kMainStoryboard)->instantiate<CreateCollageViewController>(scene::kCollage))
 {
     m_editor->setSelectedImages(std::move(photos));
+    m_editor->leaveThumbnailsOut();
     m_editor->view(); // it never appears: what a screen warms in the background is no use here
     ScriptStage::letTransitionsRun();
 }
 
-/// Thumbnails of filters may still be drawn, which must not meet the end of the process.
+/// What filters have drawn with is put away on their queue, which must not meet the end of the process.
 CollageScript::~CollageScript()
 {
     m_editor.reset();
     runSynchronouslyOnVideoProcessingQueue([] {});
 }
 
-void CollageScript::perform(const CollageStep& step)
+/// The editor tells of what fails by an alert, when the work of the step has landed.
+Outcome CollageScript::perform(const CollageStep& step)
 {
-    std::visit(CollageHand{*m_editor}, step);
+    if (std::visit(DrawnOnGpu{}, step))
+        static_cast<void>(drawingIsPossible()); // where it isn't, the alert says so, and the log need not
+    CollageHand hand{*m_editor};
+    std::visit(hand, step);
+    DispatchQueue::main().runUntil([this] { return !m_editor->isBusy(); });
+    DispatchQueue::main().drain();
+    if (const auto told = ScriptStage::alertOver(*m_editor))
+        return Error{{}, *told};
+    return hand.refusal ? Outcome(Error{{}, *hand.refusal}) : success();
 }
 
 UIImage CollageScript::flattened()

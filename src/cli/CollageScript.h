@@ -3,6 +3,7 @@
 #include "cli/CollageSteps.h"
 #include "cli/EditorScript.h"
 #include "platform/base/CGGeometry.h"
+#include "platform/base/Result.h"
 #include "platform/image/pixels/UIImage.h"
 
 #include <memory>
@@ -20,7 +21,8 @@ public:
     CollageScript(CGSize screen, double scale, std::vector<UIImage> photos);
     ~CollageScript();
 
-    void perform(const CollageStep& step);
+    /// The error has no subject: the editor could not do it, and nothing is to come of the script.
+    Outcome perform(const CollageStep& step);
     /// The picture of all that was done; empty where memory was short.
     UIImage flattened();
 

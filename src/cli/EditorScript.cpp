@@ -5,6 +5,7 @@
 #include "editors/stickers/StickerBoard.h"
 #include "platform/base/DispatchQueue.h"
 #include "platform/base/UIScreen.h"
+#include "platform/view/UIAlertController.h"
 #include "platform/view/UIViewController.h"
 
 #include <memory>
@@ -23,6 +24,15 @@ ScriptStage::ScriptStage(CGSize size, double scale)
 void ScriptStage::letTransitionsRun()
 {
     DispatchQueue::main().runUntilIdle();
+}
+
+std::optional<std::string> ScriptStage::alertOver(const UIViewController& screen)
+{
+    const auto alert = std::dynamic_pointer_cast<UIAlertController>(screen.presentedViewController());
+    if (!alert)
+        return std::nullopt;
+    const std::string& text = alert->message();
+    return text.substr(0, text.size() - (text.ends_with('.') ? 1 : 0));
 }
 
 void placeSticker(UIView& canvas, int tag, const StickerStep& step)

@@ -4,9 +4,13 @@
 #include "platform/base/CGGeometry.h"
 #include "platform/view/UIWindow.h"
 
+#include <optional>
+#include <string>
+
 namespace lamina {
 
 class UIView;
+class UIViewController;
 
 /// The screens of the application without a window, for scripts that go through them as a user would. One at a time; on
 /// the main thread, whose queue scripts pump.
@@ -19,6 +23,8 @@ public:
     UIWindow& window() { return m_window; }
     /// Until all that was asked for has happened.
     static void letTransitionsRun();
+    /// What an alert over the screen tells, without its full stop; nothing where there is none.
+    static std::optional<std::string> alertOver(const UIViewController& screen);
 
 private:
     UIWindow m_window;

@@ -66,7 +66,7 @@ private:
         Texts& texts = m_options.emplace_back();
         texts.step = &step;
         if (!hasValue(step)) {
-            texts.option = options.add_flag(step.name, step.about);
+            texts.option = options.add_flag(step.name, step.about)->disable_flag_override();
             return;
         }
         texts.option = options.add_option(step.name, texts.values, step.about);

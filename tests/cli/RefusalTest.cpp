@@ -144,6 +144,7 @@ TEST_F(Refusals, ValuesThatAreNotUnderstood)
         {collage + "--gap -1", 2, "--gap: expected W in points from 0 to"},
         {collage + "--sticker moon@1", 2, "--sticker: expected NAME@CX,CY"},
         {collage + "--reset now", 2, "now"},
+        {collage + "--reset=false", 2, "reset was given a disallowed flag override"},
         {blend + "--zoom 0", 2, "--zoom: expected a factor above 0, as in 1.5, not '0'"},
         {blend + "--zoom inf", 2, "above 0"},
         {blend + "--move '1;2'", 2, "--move: expected DX,DY in points, as in 20,-10, not '1;2'"},
@@ -325,6 +326,16 @@ TEST_F(Refusals, WithoutAGraphicsDriverOnlyDrawingFails)
         EXPECT_EQ(run.exitCode, 1);
         EXPECT_THAT(run.errors, testing::AllOf(StartsWith("lamina: "), HasSubstr("99")));
     }
+    const std::vector<std::string> before = folder.names();
+    for (const std::string step : {"--filter 1:sepia --background '2:#ff0000'", "--effect 1:vignette=0.1"}) {
+        const CommandResult run = withoutDriver("collage small.png small.png -o out.png " + step + " --reset");
+        EXPECT_EQ(run.exitCode, 1);
+        EXPECT_THAT(run.errors, testing::AllOf(StartsWith("lamina: out.png: "), HasSubstr("99")));
+        EXPECT_EQ(std::ranges::count(run.errors, '\n'), 1);
+        EXPECT_EQ(folder.names(), before);
+    }
+    EXPECT_EQ(withoutDriver("collage small.png small.png -o plain.png --filter 1:500 --effect 1:contrast=9").exitCode,
+              0);
     EXPECT_EQ(withoutDriver("filters").exitCode, 0);
     EXPECT_EQ(withoutDriver("filters --sheet out.png -i small.png").exitCode, 1);
     EXPECT_EQ(withoutDriver("filter --help").exitCode, 0);

@@ -81,7 +81,7 @@ std::function<void(const UIImage&)> CollageFilterRow::taker(std::size_t index) c
 /// Thumbnails of before stay until those that follow are there: nothing flickers.
 void CollageFilterRow::fill(const UIImage& base, std::function<void()> failed)
 {
-    if (m_thumbnails.count() > 0 && base.isIdenticalTo(m_base))
+    if (m_isClosed || (m_thumbnails.count() > 0 && base.isIdenticalTo(m_base)))
         return;
     m_base = base;
     m_fill = std::make_shared<Fill>(Fill{this, std::move(failed)});

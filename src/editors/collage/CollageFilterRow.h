@@ -29,6 +29,8 @@ public:
     /// shows the whole picture, squeezed into the square, the others its middle. `failed`: the first of them that could
     /// not be made, once.
     void fill(const UIImage& base, std::function<void()> failed);
+    /// Later fills do nothing.
+    void close() { m_isClosed = true; }
     /// What the thumbnails show.
     const UIImage& base() const { return m_base; }
 
@@ -48,6 +50,7 @@ private:
 
     std::function<void(const UIImage&)> taker(std::size_t index) const;
 
+    bool m_isClosed = false;
     UIImage m_base;
     ListModel<CollageFilterThumbnail> m_thumbnails;
     std::shared_ptr<Fill> m_fill; ///< the one under way; what comes of an earlier one is dropped

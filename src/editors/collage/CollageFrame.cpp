@@ -7,6 +7,7 @@
 #include "editors/collage/CreateCollageViewController.h"
 #include "editors/colorpicker/ColorPicking.h"
 #include "editors/common/PictureTools.h"
+#include "platform/base/UIColor.h"
 
 #include <cstddef>
 #include <memory>
@@ -36,6 +37,14 @@ void CreateCollageViewController::adjustBorderColor()
 {
     if (m_frameBool)
         pickColor(*this, composition().borderColor, sharedSelf());
+}
+
+void CreateCollageViewController::setBorderColor(const UIColor& color)
+{
+    act([&] {
+        editedComposition().borderColor = color;
+        showFrame();
+    });
 }
 
 void CreateCollageViewController::setLine(int tag, double width)

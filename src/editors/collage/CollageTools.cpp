@@ -261,15 +261,13 @@ void CreateCollageViewController::adjustColor()
 
 void CreateCollageViewController::colorPickerControllerDidFinish(InfColorPickerController& picker)
 {
-    act([&] {
-        if (m_frameBool) {
-            editedComposition().borderColor = picker.resultColor().value_or(composition().borderColor);
-            showFrame();
-        } else {
+    if (m_frameBool)
+        setBorderColor(picker.resultColor().value_or(composition().borderColor));
+    else
+        act([&] {
             editedComposition().photoSlots[composition().current].background = picker.resultColor();
             currentView().setBackgroundColor(picker.resultColor());
-        }
-    });
+        });
     dismiss(true);
 }
 

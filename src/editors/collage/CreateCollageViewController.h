@@ -244,6 +244,8 @@ public:
     /// Asks for the colour of the lines, beginning with the present one; only while the reset tool is the active one,
     /// and nothing lies over the editor.
     Q_INVOKABLE void adjustBorderColor();
+    /// The colour of the lines, whichever tool is active. One step.
+    void setBorderColor(const UIColor& color);
 
     /// The panel of filters is open, or about to be.
     bool filterEnableBool() const { return m_filterEnableBool; }
@@ -308,6 +310,8 @@ public:
     void warmFilters();
     /// The filter panel's thumbnails, a list model; see CollageFilterRow.
     QObject* filters() const;
+    /// For an editor that nobody sees: its filter panel makes no thumbnails from now on.
+    void leaveThumbnailsOut() { m_filterRow.close(); }
     int filter() const { return composition().filter; }
 
     // Stickers, and the ways out

@@ -102,6 +102,15 @@ TEST_F(CollageFilters, ThePanelTakesItsBaseWhenItOpensAndWhenTheSlotChanges)
     EXPECT_TRUE(same(shown(), photo(2)));
 }
 
+TEST_F(CollageFilters, WithoutThumbnailsLooksStartFromTheBaseToo)
+{
+    editor->leaveThumbnailsOut();
+    openPanel();
+    EXPECT_TRUE(thumbnails().empty());
+    editor->filterImgGesture(502);
+    EXPECT_TRUE(same(shown(), through(502, photo(1))));
+}
+
 TEST_F(CollageFilters, AToolThatIsChosenBeforeTheThumbnailsComeWins)
 {
     editor->imgGesture(kFilterTool);
