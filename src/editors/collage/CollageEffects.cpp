@@ -137,8 +137,7 @@ void CreateCollageViewController::changeOpacity(double alpha)
 void CreateCollageViewController::showCoarsely(const CollageEffectInHand& wanted)
 {
     const auto show = [this, slot = wanted.slot](const UIImage& picture) {
-        if (picture)
-            slotImageView(slot)->setImage(picture);
+        slotImageView(slot)->setImage(picture ? picture : composition().photoSlots[slot].image);
         tellEffectOutcome(picture);
     };
     runWork(
@@ -153,8 +152,7 @@ void CreateCollageViewController::showCoarsely(const CollageEffectInHand& wanted
 void CreateCollageViewController::makeExactly(const CollageEffectInHand& wanted)
 {
     const auto take = [this, slot = wanted.slot](const UIImage& picture) {
-        if (picture)
-            setSlotPicture(slot, picture);
+        setSlotPicture(slot, picture ? picture : composition().photoSlots[slot].image);
         tellEffectOutcome(picture);
     };
     runWork(

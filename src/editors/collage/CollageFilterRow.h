@@ -29,7 +29,7 @@ public:
     /// shows the whole picture, squeezed into the square, the others its middle. `failed`: the first of them that could
     /// not be made, once.
     void fill(const UIImage& base, std::function<void()> failed);
-    /// What the thumbnails show.
+    /// What the thumbnails show; empty when one of them failed.
     const UIImage& base() const { return m_base; }
 
     /// `tag`, `name`, `picture` (a `lamina::UIImage`). Empty until the first fill. Lives as long as the row.

@@ -458,6 +458,7 @@ private:
     CollageFilterRow m_filterRow;
     CollageEffectState m_effects;
     FilterSteps m_warming;
+    bool m_warmed = false;
 
     std::shared_ptr<ExportFinish> m_finish;
 };

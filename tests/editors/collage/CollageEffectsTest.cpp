@@ -178,6 +178,12 @@ TEST_F(LargeCollagePhoto, IsExactForEveryActionAndExport)
     editor->flattened();
     EXPECT_TRUE(same(picture(), brightenWithValue(large, 70)));
 
+    editor->beginSliding(collageslider::kBrightness);
+    editor->slide(collageslider::kBrightness, 60);
+    editor->viewWillDisappear(false);
+    EXPECT_TRUE(same(picture(), brightenWithValue(large, 60)));
+    editor->undo();
+
     editor->beginSliding(collageslider::kSaturation);
     editor->slide(collageslider::kSaturation, 0);
     editor->selectSlot(2);
@@ -205,6 +211,19 @@ TEST_F(CollageEffects, AnEffectThatFailsLeavesThePhotoAndTellsOnce)
     editor->contrast(20);
     EXPECT_FALSE(alertIsUp());
     EXPECT_EQ(state().sliders[0], 20);
+}
+
+TEST_F(CollageEffects, APictureThatFailsAfterItsCoarseOneLeavesNothingOfIt)
+{
+    const UIImage wide = photo(1, 300000, 6); // longer than pictures may be, but not when it is reduced
+    openWith(wide, photo(2));
+    editor->beginSliding(collageslider::kContrast);
+    editor->slide(collageslider::kContrast, 10);
+    editor->landWork();
+    EXPECT_LT(editor->currentImageView().image().pixelSize().width, 300000);
+    editor->endSliding(collageslider::kContrast);
+    EXPECT_TRUE(same(shown(), wide));
+    EXPECT_TRUE(alertIsUp());
 }
 
 } // namespace
