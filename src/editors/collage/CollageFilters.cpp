@@ -125,7 +125,7 @@ void CreateCollageViewController::warmFilters()
     for (const CollageFilter& filter : collageFilters())
         steps.emplace_back([&filter] { filter.applied(tinyPicture()); });
     for (const int tag : {collageslider::kVignette, collageslider::kSaturation, collageslider::kHighlight})
-        steps.emplace_back([tag, own] { pictureWithEffect(tag, 1, tinyPicture(), *own); });
+        steps.emplace_back([tag, own] { pictureWithEffect({tag, 1}, tinyPicture(), *own); });
     m_warming = FilterSteps(std::move(steps));
 }
 

@@ -115,6 +115,11 @@ void EditorViewController::cancelGestures()
 {
     endSliding();
     landWork();
+    stopCanvasGestures();
+}
+
+void EditorViewController::stopCanvasGestures()
+{
     if (isViewLoaded())
         cancelGesturesIn(view());
 }

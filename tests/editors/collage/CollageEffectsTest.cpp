@@ -1,10 +1,13 @@
 #include "editors/collage/CollageEffects.h"
 
 #include "CollageColorsFixture.h"
+#include "editors/collage/CollageEffectWork.h"
+#include "editors/common/LatestWork.h"
 #include "gpu/filters/color/GPUImageHighlightShadowFilter.h"
 #include "gpu/filters/color/GPUImageSaturationFilter.h"
 #include "gpu/filters/effect/GPUImageVignetteFilter.h"
 #include "imageops/ImageFilters.h"
+#include "platform/base/DispatchSemaphore.h"
 #include "platform/view/UIImageView.h"
 
 #include <functional>
@@ -143,22 +146,35 @@ protected:
         openWith(large, photo(2));
     }
     IntSize sizeInView() const { return editor->currentImageView().image().pixelSize(); }
+    /// A finger that comes, moves, and goes.
+    void drag(int tag, double value)
+    {
+        editor->beginSliding(tag);
+        editor->slide(tag, value - 30);
+        editor->slide(tag, value);
+        editor->endSliding(tag);
+    }
+    /// Whether the view comes to show it without anybody waiting for what is outstanding.
+    testing::AssertionResult showsSoon(const UIImage& wanted) const
+    {
+        testing::AssertionResult shows = testing::AssertionFailure();
+        for (int turn = 0; !shows && turn < 2000; ++turn) {
+            DispatchQueue::main().runUntilIdle(0.005);
+            shows = same(editor->currentImageView().image(), wanted);
+        }
+        return shows;
+    }
 
     const UIImage large = photo(3, 1500, 1000);
 };
 
-TEST_F(LargeCollagePhoto, IsSmallerUnderAFingerAndExactWhenItRestsOrLeaves)
+TEST_F(LargeCollagePhoto, IsSmallerUnderAFingerAndExactWhenItLeaves)
 {
     editor->beginSliding(collageslider::kContrast);
     editor->slide(collageslider::kContrast, 50);
     editor->landWork();
     EXPECT_LT(sizeInView().width, 1500);
     EXPECT_TRUE(same(picture(), large)); // of the composition
-    clock->advance(1);
-    DispatchQueue::main().runUntilIdle();
-    EXPECT_TRUE(same(shown(), contrastAdjustmentWithValue(large, 50)));
-    EXPECT_FALSE(editor->canUndo());
-
     editor->slide(collageslider::kContrast, 90);
     editor->slide(collageslider::kContrast, 100);
     editor->endSliding(collageslider::kContrast);
@@ -197,6 +213,44 @@ TEST_F(LargeCollagePhoto, IsExactForEveryActionAndExport)
     EXPECT_TRUE(editor->isBusy());
     editor->undo();
     EXPECT_TRUE(same(shown(), brightenWithValue(large, 70)));
+}
+
+TEST_F(LargeCollagePhoto, IsFollowedWhileTheStepsBeforeAreStillBeingMade)
+{
+    DispatchSemaphore go;
+    LatestWork other; // keeps exact pictures waiting
+    other.run(
+        [&go] {
+            go.wait();
+            return UIImage();
+        },
+        [](const UIImage&) {});
+    drag(collageslider::kContrast, 50);
+    drag(collageslider::kContrast, 90);
+    CoarsePicture coarse;
+    const UIImage contrasted = contrastAdjustmentWithValue(coarse.of(large), 90);
+    EXPECT_TRUE(showsSoon(contrasted));
+    drag(collageslider::kBrightness, 40); // takes a base that isn't there yet
+    EXPECT_TRUE(showsSoon(brightenWithValue(contrasted, 40)));
+    editor->slide(collageslider::kOpacity, 0.5);
+    EXPECT_EQ(editor->currentImageView().alpha(), 0.5);
+    EXPECT_FALSE(editor->canUndo());
+    go.signal();
+    DispatchQueue::main().runUntilIdle();
+
+    const UIImage first = contrastAdjustmentWithValue(large, 90);
+    EXPECT_TRUE(same(shown(), brightenWithValue(first, 40)));
+    EXPECT_EQ(state().photoSlots[0].alpha, 0.5);
+    editor->undo();
+    EXPECT_EQ(state().photoSlots[0].alpha, 1);
+    editor->undo();
+    EXPECT_TRUE(same(shown(), first));
+    EXPECT_EQ(state().sliders[1], 0);
+    editor->undo();
+    EXPECT_TRUE(same(shown(), contrastAdjustmentWithValue(large, 50)));
+    editor->undo();
+    EXPECT_TRUE(same(shown(), large));
+    EXPECT_FALSE(editor->canUndo());
 }
 
 TEST_F(CollageEffects, AnEffectThatFailsLeavesThePhotoAndTellsOnce)
