@@ -125,6 +125,41 @@ void sliderUnderAFinger(benchmark::State& state, int slider)
     report(state, desk, 50);
 }
 
+/// A finger that comes back while the exact picture of what it left is made: from there until the window shows its next
+/// value.
+void sliderPressedAgain(benchmark::State& state, int slider)
+{
+    Desk desk;
+    const EditorSlider& told = *findSlider(kCollageSliders, slider);
+    int step = 0;
+    const auto slide = [&] {
+        desk.editor->beginSliding(slider);
+        desk.editor->slide(slider, told.minimum + (++step % 50 + 20) / 100.0 * (told.maximum - told.minimum));
+    };
+    const auto idle = [&] { return !desk.editor->isBusy() && !desk.canvas->needsRender(); };
+    desk.follow(slide, idle);
+    double stall = 0;
+    for (auto _ : state) {
+        desk.stall = 0;
+        const UIImage before = desk.editor->currentImageView().image();
+        state.SetIterationTime(desk.follow(
+            [&] {
+                desk.editor->endSliding(slider);
+                slide();
+            },
+            [&] {
+                return !desk.editor->currentImageView().image().isIdenticalTo(before) && !desk.canvas->needsRender();
+            }));
+        stall = std::max(stall, desk.stall);
+        desk.editor->endSliding(slider);
+        desk.follow(slide, idle);
+    }
+    desk.stall = stall;
+    desk.editor->endSliding(slider);
+    DispatchQueue::main().runUntilIdle();
+    report(state, desk, 50);
+}
+
 /// From lifting the finger to the exact picture.
 void sliderAtRest(benchmark::State& state, int slider)
 {
@@ -163,6 +198,12 @@ void addSlidersAndLooks()
             continue;
         add(std::string("sliderUnderAFinger/") + slider.label, sliderUnderAFinger, slider.tag);
         add(std::string("sliderAtRest/") + slider.label, sliderAtRest, slider.tag);
+        if (slider.tag == collageslider::kOpacity)
+            continue; // no picture is made for it
+        benchmark::RegisterBenchmark((std::string("sliderPressedAgain/") + slider.label).c_str(), sliderPressedAgain,
+                                     slider.tag)
+            ->UseManualTime()
+            ->Unit(benchmark::kMillisecond);
     }
     for (const CollageFilter& filter : collageFilters())
         add(std::string("tappedLook/") + filter.name, tappedLook, filter.tag);

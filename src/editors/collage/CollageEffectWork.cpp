@@ -80,8 +80,9 @@ std::shared_ptr<GPUImageHighlightShadowFilter> CollageEffectFilters::highlightFi
     return m_highlightFilter;
 }
 
-UIImage pictureWithEffect(int tag, double value, const UIImage& picture, CollageEffectFilters& filters)
+UIImage pictureWithEffect(CollageEffect effect, const UIImage& picture, CollageEffectFilters& filters)
 {
+    const auto [tag, value] = effect;
     const auto bias = static_cast<long>(value);
     switch (tag) {
     case collageslider::kContrast:
@@ -121,6 +122,14 @@ UIImage CoarsePicture::of(const UIImage& picture)
     m_coarse = UIImage(resampled(picture.cgImage(), {reduced(size.width), reduced(size.height)}), 1,
                        picture.imageOrientation());
     return m_coarse;
+}
+
+UIImage coarsePicture(const CollageEffectChain& chain, CoarsePicture& coarse, CollageEffectFilters& filters)
+{
+    UIImage picture = CoarsePicture::isWorthwhile(chain.base) ? coarse.of(chain.base) : chain.base;
+    for (const CollageEffect& effect : chain.effects)
+        picture = pictureWithEffect(effect, picture, filters);
+    return picture;
 }
 
 } // namespace lamina

@@ -1,11 +1,10 @@
 #pragma once
 
-#include "platform/base/DispatchTimer.h"
 #include "platform/image/pixels/UIImage.h"
 
-#include <cstddef>
 #include <memory>
 #include <optional>
+#include <vector>
 
 namespace lamina {
 
@@ -34,10 +33,22 @@ private:
     std::shared_ptr<GPUImageHighlightShadowFilter> m_highlightFilter;
 };
 
-/// The picture as the effect of that tag (see collageslider) makes it at a value of its slider. Biases are the value
+/// What a slider does: its tag (see collageslider), and its value.
+struct CollageEffect {
+    int tag;
+    double value;
+};
+
+/// Effects one upon another, the first on `base`.
+struct CollageEffectChain {
+    UIImage base;
+    std::vector<CollageEffect> effects;
+};
+
+/// The picture as the effect makes it. Biases are the value
 /// with its fraction cut off; the vignette begins at value + 0.2 and ends at value + 0.4. Opacity is no matter of
 /// pixels: it gives the picture itself. Empty when it fails. From any thread, one at a time for the same filters.
-UIImage pictureWithEffect(int tag, double value, const UIImage& picture, CollageEffectFilters& filters);
+UIImage pictureWithEffect(CollageEffect effect, const UIImage& picture, CollageEffectFilters& filters);
 
 /// Coarse pictures to be shown while a finger slides: large enough for a canvas, and small enough for every move.
 ///
@@ -55,21 +66,20 @@ private:
     UIImage m_coarse;
 };
 
-/// What a slider asks for.
-struct CollageEffectInHand {
-    int tag;
-    double value;
-    std::size_t slot;
-    UIImage base;
-};
+/// What the effects make of a coarse picture of their base, where one is worthwhile. As pictureWithEffect.
+UIImage coarsePicture(const CollageEffectChain& chain, CoarsePicture& coarse, CollageEffectFilters& filters);
 
 /// What the effects of an editor hold beside its composition.
 struct CollageEffectState {
-    std::shared_ptr<CollageEffectFilters> filters = std::make_shared<CollageEffectFilters>();
-    std::shared_ptr<CoarsePicture> coarse = std::make_shared<CoarsePicture>(); ///< of the thread for slow pictures
-    std::optional<CollageEffectInHand> inHand; ///< what is shown coarsely now, and is to be made exactly
-    DispatchTimer rest;                        ///< until then
-    bool failed = false;                       ///< the last one; the user has been told
+    std::shared_ptr<CollageEffectFilters> filters = std::make_shared<CollageEffectFilters>(); ///< of exact pictures
+    // Of the thread for what is shown in between.
+    std::shared_ptr<CollageEffectFilters> coarseFilters = std::make_shared<CollageEffectFilters>();
+    std::shared_ptr<CoarsePicture> coarse = std::make_shared<CoarsePicture>();
+    std::optional<CollageEffect> inHand; ///< what is shown coarsely now, and is to be made exactly
+    CollageEffect making{};              ///< what has been made exactly last, or is being made
+    int asked = 0;                       ///< number of the picture that was asked for last
+    int shown = 0;                       ///< of the one that is shown
+    bool failed = false;                 ///< the last one; the user has been told
 };
 
 } // namespace lamina

@@ -6,8 +6,6 @@
 #include "editors/collage/CollageFrame.h"
 #include "editors/collage/CreateCollageViewController.h"
 #include "editors/common/PanelAnimation.h"
-#include "platform/base/DispatchQueue.h"
-#include "platform/base/DispatchTimer.h"
 
 #include <memory>
 #include <span>
@@ -15,16 +13,10 @@
 
 namespace lamina {
 
-namespace {
-
-/// Seconds that a finger stands still before the picture under it is made exactly.
-constexpr double kRest = 0.25;
-
-} // namespace
-
 void CreateCollageViewController::createViewForFx()
 {
     m_effects.filters = std::make_shared<CollageEffectFilters>();
+    m_effects.coarseFilters = std::make_shared<CollageEffectFilters>();
     renewSliders();
 }
 
@@ -108,11 +100,11 @@ void CreateCollageViewController::applySlider(int tag, double value)
     composition.sliders[collageEffectIndex(tag)] = value;
     if (tag == collageslider::kOpacity)
         return changeOpacity(value);
-    const CollageEffectInHand wanted{tag, value, composition.current, composition.applyFxOnImg};
-    if (isSliding() && CoarsePicture::isWorthwhile(wanted.base))
-        showCoarsely(wanted);
-    else
-        makeExactly(wanted);
+    const CollageEffect wanted{tag, value};
+    if (!isSliding() || !CoarsePicture::isWorthwhile(composition.applyFxOnImg))
+        return makeExactly(wanted);
+    showCoarsely({composition.applyFxOnImg, {wanted}});
+    m_effects.inHand = wanted;
 }
 
 /// One base for all sliders: whichever is touched first since the flags were cleared takes what is shown by then.
@@ -134,39 +126,62 @@ void CreateCollageViewController::changeOpacity(double alpha)
 }
 
 /// In the view alone: the composition holds exact pictures.
-void CreateCollageViewController::showCoarsely(const CollageEffectInHand& wanted)
+void CreateCollageViewController::showCoarsely(CollageEffectChain wanted)
 {
-    const auto show = [this, slot = wanted.slot](const UIImage& picture) {
-        if (picture)
-            slotImageView(slot)->setImage(picture);
-        tellEffectOutcome(picture);
-    };
-    runWork(
-        [wanted, filters = m_effects.filters, coarse = m_effects.coarse] {
-            return pictureWithEffect(wanted.tag, wanted.value, coarse->of(wanted.base), *filters);
-        },
-        show);
-    m_effects.inHand = wanted;
-    m_effects.rest = DispatchTimer(DispatchQueue::main(), kRest, [this] { settleSlider(); });
+    runPreview([wanted = std::move(wanted), filters = m_effects.coarseFilters,
+                coarse = m_effects.coarse] { return coarsePicture(wanted, *coarse, *filters); },
+               [this, slot = composition().current, number = ++m_effects.asked](const UIImage& picture) {
+                   showEffect(slot, picture ? picture : composition().photoSlots[slot].image, number);
+                   tellEffectOutcome(picture);
+               });
 }
 
-void CreateCollageViewController::makeExactly(const CollageEffectInHand& wanted)
+void CreateCollageViewController::makeExactly(CollageEffect wanted)
 {
-    const auto take = [this, slot = wanted.slot](const UIImage& picture) {
-        if (picture)
-            setSlotPicture(slot, picture);
-        tellEffectOutcome(picture);
-    };
-    runWork(
-        [wanted, filters = m_effects.filters] {
-            return pictureWithEffect(wanted.tag, wanted.value, wanted.base, *filters);
-        },
-        take);
+    m_effects.making = wanted;
+    runWork([wanted, base = composition().applyFxOnImg,
+             filters = m_effects.filters] { return pictureWithEffect(wanted, base, *filters); },
+            [this, slot = composition().current, number = ++m_effects.asked](const UIImage& picture) {
+                UIImage& image = editedComposition().photoSlots[slot].image;
+                if (picture)
+                    image = picture;
+                showEffect(slot, image, number);
+                tellEffectOutcome(picture);
+            });
+}
+
+/// Pictures of two threads come in any order: none takes the place of one that was asked for later.
+void CreateCollageViewController::showEffect(std::size_t slot, const UIImage& picture, int number)
+{
+    if (number < m_effects.shown)
+        return;
+    m_effects.shown = number;
+    slotImageView(slot)->setImage(picture);
+}
+
+/// A slider without a base will take what is shown by then, which is coarse here.
+void CreateCollageViewController::previewSlides(std::span<const SlideAhead> slides)
+{
+    auto flags = composition().effectFlags;
+    CollageEffectChain base{composition().applyFxOnImg, {}};
+    CollageEffectChain shown{composition().applyFxOnImg, {m_effects.making}};
+    for (const SlideAhead& slide : slides) {
+        if (!isCollageEffect(slide.tag))
+            continue;
+        if (!std::exchange(flags[collageEffectIndex(slide.tag)], true))
+            base = shown;
+        if (slide.tag == collageslider::kOpacity) {
+            currentImageView().setAlpha(slide.value);
+            continue;
+        }
+        shown = base;
+        shown.effects.push_back({slide.tag, slide.value});
+    }
+    showCoarsely(std::move(shown));
 }
 
 void CreateCollageViewController::settleSlider()
 {
-    m_effects.rest.cancel();
     if (const auto wanted = std::exchange(m_effects.inHand, std::nullopt))
         makeExactly(*wanted);
 }

@@ -39,6 +39,8 @@ struct CollageFilterRow::Fill {
 
     void take(std::size_t index, const UIImage& picture)
     {
+        if (!picture)
+            row->m_base = {}; // so that the next fill tries again
         if (!picture && failed)
             std::exchange(failed, {})();
         row->m_thumbnails.edit(index, [&](CollageFilterThumbnail& thumbnail) { thumbnail.picture = picture; });

@@ -31,7 +31,7 @@ public:
     void fill(const UIImage& base, std::function<void()> failed);
     /// Later fills do nothing.
     void close() { m_isClosed = true; }
-    /// What the thumbnails show.
+    /// What the thumbnails show; empty when one of them failed.
     const UIImage& base() const { return m_base; }
 
     /// `tag`, `name`, `picture` (a `lamina::UIImage`). Empty until the first fill. Lives as long as the row.

@@ -113,16 +113,19 @@ void CreateCollageViewController::tellFailure()
 void CreateCollageViewController::viewDidAppear(bool animated)
 {
     CompositionEditor::viewDidAppear(animated);
-    warmFilters();
+    if (!std::exchange(m_warmed, true))
+        warmFilters();
 }
 
+/// With filter objects of its own: the sliders' ones may be at work on their thread, and programs are the context's.
 void CreateCollageViewController::warmFilters()
 {
+    const auto own = std::make_shared<CollageEffectFilters>();
     std::vector<FilterSteps::Step> steps;
     for (const CollageFilter& filter : collageFilters())
         steps.emplace_back([&filter] { filter.applied(tinyPicture()); });
     for (const int tag : {collageslider::kVignette, collageslider::kSaturation, collageslider::kHighlight})
-        steps.emplace_back([tag, filters = m_effects.filters] { pictureWithEffect(tag, 1, tinyPicture(), *filters); });
+        steps.emplace_back([tag, own] { pictureWithEffect({tag, 1}, tinyPicture(), *own); });
     m_warming = FilterSteps(std::move(steps));
 }
 

@@ -345,6 +345,7 @@ protected:
     double sliderValue(int tag) const override;
     void applySlider(int tag, double value) override;
     void settleSlider() override;
+    void previewSlides(std::span<const SlideAhead> slides) override;
     void showComposition() override;
     void readViews() override;
     UIView* gestureView() const override;
@@ -424,8 +425,9 @@ private:
     void takeFiltered(std::size_t slot, int tag, const UIImage& filtered);
     void takeEffectBase(int tag);
     void changeOpacity(double alpha);
-    void showCoarsely(const CollageEffectInHand& wanted);
-    void makeExactly(const CollageEffectInHand& wanted);
+    void showCoarsely(CollageEffectChain wanted);
+    void makeExactly(CollageEffect wanted);
+    void showEffect(std::size_t slot, const UIImage& picture, int number);
     void tellEffectOutcome(const UIImage& picture);
     void tellFailure();
 
@@ -458,6 +460,7 @@ private:
     CollageFilterRow m_filterRow;
     CollageEffectState m_effects;
     FilterSteps m_warming;
+    bool m_warmed = false;
 
     std::shared_ptr<ExportFinish> m_finish;
 };

@@ -33,6 +33,7 @@ void EditorViewController::keepWork(const KeptKind& kind, std::function<KeptWork
 void EditorViewController::viewWillDisappear(bool animated)
 {
     UIViewController::viewWillDisappear(animated);
+    endSliding(); // what a finger has done so far counts
     landWork();
     m_keeper.flush();
 }

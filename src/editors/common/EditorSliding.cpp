@@ -30,8 +30,10 @@ void EditorViewController::beginSliding(int tag)
 {
     if (findSlider(sliderTable(), tag) == nullptr)
         return;
-    landWork(); // what is outstanding is a step without this finger
-    beginSeriesOf(tag);
+    endSliding();
+    stopCanvasGestures();
+    if (!isStepOutstanding())
+        beginSeriesOf(tag);
     m_sliding = Sliding{tag};
 }
 
@@ -45,6 +47,10 @@ void EditorViewController::slide(int tag, double value)
     if (hasFinger)
         followFinger(*slider, wanted);
     else
+        stopCanvasGestures();
+    if (isStepOutstanding() && (hasFinger || !joinsOutstanding(tag)))
+        return putOff(tag, wanted);
+    if (!hasFinger && !isStepOutstanding())
         beginSeriesOf(tag);
     applySlider(tag, wanted);
     if (hasFinger)
@@ -61,14 +67,56 @@ void EditorViewController::followFinger(const EditorSlider& slider, double value
     m_sliding->first = m_sliding->first.value_or(value);
 }
 
-/// A run of small steps is one of the same slider. While the picture of one is made, the next one replaces it.
+/// A run of small steps is one of the same slider.
 void EditorViewController::beginSeriesOf(int tag)
 {
-    if (tag == m_slidTag && m_slideToLand == EditSeries::Slide)
-        return;
-    cancelGestures();
+    m_work.land(); // a step without this slide
     if (std::exchange(m_slidTag, tag) != tag)
         recordStep(EditSeries::None);
+}
+
+/// While the picture of a small step is made, the next one of that slider replaces it.
+bool EditorViewController::joinsOutstanding(int tag) const
+{
+    return tag == m_slidTag && m_slideToLand == EditSeries::Slide && m_slidesAhead.empty();
+}
+
+/// Nobody waits for the picture that is the step before: the newest value is shown, and done when that one is there.
+void EditorViewController::putOff(int tag, double value)
+{
+    const std::optional<EditSeries> ended = m_sliding ? std::nullopt : std::optional(EditSeries::Slide);
+    if (m_slidesAhead.empty() || m_slidesAhead.back().tag != tag || m_slidesAhead.back().ended != ended)
+        m_slidesAhead.push_back({tag, value, ended});
+    m_slidesAhead.back().value = value;
+    previewSlides(m_slidesAhead);
+    tellGesture();
+}
+
+/// A tap takes the place of the one before it on that slider, whose step it would join.
+void EditorViewController::endPutOff(EditSeries series)
+{
+    if (m_slidesAhead.empty() || m_slidesAhead.back().ended)
+        return;
+    m_slidesAhead.back().ended = series;
+    const auto last = m_slidesAhead.end() - 1;
+    if (series == EditSeries::Slide && last != m_slidesAhead.begin() && (last - 1)->tag == last->tag &&
+        (last - 1)->ended == EditSeries::Slide)
+        m_slidesAhead.erase(last - 1);
+}
+
+/// Does what has been put off, as far as it needs no picture that is outstanding.
+void EditorViewController::slideOn()
+{
+    while (!m_slideToLand && !m_slidesAhead.empty()) {
+        const SlideAhead slide = m_slidesAhead.front();
+        m_slidesAhead.erase(m_slidesAhead.begin());
+        beginSeriesOf(slide.tag);
+        const auto finger = slide.ended ? std::exchange(m_sliding, std::nullopt) : m_sliding;
+        applySlider(slide.tag, slide.value);
+        m_sliding = finger;
+        if (slide.ended)
+            endSlide(*slide.ended);
+    }
 }
 
 void EditorViewController::endSliding(int tag)
@@ -82,13 +130,16 @@ void EditorViewController::endSliding()
     const auto ended = std::exchange(m_sliding, std::nullopt);
     if (!ended)
         return;
+    const EditSeries series = ended->isDrag ? EditSeries::None : EditSeries::Slide;
+    if (isStepOutstanding())
+        return endPutOff(series);
     settleSlider();
-    endSlide(ended->isDrag ? EditSeries::None : EditSeries::Slide);
+    endSlide(series);
 }
 
 void EditorViewController::endSlide(EditSeries series)
 {
-    if (isBusy())
+    if (m_work.isBusy())
         m_slideToLand = series;
     else
         finishStep(series);

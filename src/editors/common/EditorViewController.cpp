@@ -115,6 +115,11 @@ void EditorViewController::cancelGestures()
 {
     endSliding();
     landWork();
+    stopCanvasGestures();
+}
+
+void EditorViewController::stopCanvasGestures()
+{
     if (isViewLoaded())
         cancelGesturesIn(view());
 }
@@ -234,6 +239,7 @@ void EditorViewController::endGesture(const UIGestureRecognizer& gesture, EditSe
 {
     if (gesture.isActive())
         return;
+    endSliding(); // a slider under another finger: what it does from now on is none of this step
     // Without fingers it is a notch of a wheel or a moment of a touchpad's pinch.
     const bool whole = gesture.numberOfTouches() > 0;
     endStep(whole ? EditSeries::None : series);

@@ -29,6 +29,7 @@
 #include <string>
 #include <string_view>
 #include <type_traits>
+#include <vector>
 
 namespace lamina {
 
@@ -106,7 +107,7 @@ public:
     Q_INVOKABLE void endSliding(int tag);
 
     /// Whether a picture is being made that is to land here.
-    bool isBusy() const { return m_work.isBusy(); }
+    bool isBusy() const { return m_work.isBusy() || m_previews.isBusy(); }
     /// Waits for what is being made, and has it landed: the steps that it makes are recorded then. What a finger on a
     /// slider has done so far is not settled by this; see endSliding.
     virtual void landWork();
@@ -171,7 +172,9 @@ protected:
     /// Has a picture made beside the main thread; see LatestWork. Then `landed` takes it, and what has changed is told
     /// as in the midst of a gesture. For sliders: their step follows when the last one has landed.
     void runWork(LatestWork::Work work, LatestWork::Landed landed);
-    /// The same, where each that lands is a step. Whoever calls it has cancelled the gestures.
+    /// The same for what is shown in between alone: no step waits for it, and it waits for no exact picture.
+    void runPreview(LatestWork::Work work, LatestWork::Landed landed);
+    /// As runWork, where each that lands is a step. Whoever calls it has cancelled the gestures.
     void runStep(LatestWork::Work work, LatestWork::Landed landed);
     /// What is outstanding never lands, and makes no step.
     void forgetWork();
@@ -243,6 +246,15 @@ protected:
     /// The finger has left the slider, or what it does ends otherwise: what is shown in between is to be made exactly,
     /// where it is not. Default: nothing.
     virtual void settleSlider() {}
+    /// A slide that is put off until the step before it is there.
+    struct SlideAhead {
+        int tag;
+        double value;
+        std::optional<EditSeries> ended; ///< as a step of that kind; none: a finger goes on with it
+    };
+    /// Shows by `runPreview` what those slides will come to, one after another, on top of what is being made.
+    /// `applySlider` follows for each of them. Default: nothing.
+    virtual void previewSlides([[maybe_unused]] std::span<const SlideAhead> slides) {}
     /// Sliders stand elsewhere than their user has put them, which the next `tell` says.
     void renewSliders() { m_slidersRenewed = true; }
 
@@ -274,8 +286,14 @@ private:
     void finishWork();
     void tellBusy();
     void endSlide(EditSeries series);
+    bool isStepOutstanding() const { return m_slideToLand || !m_slidesAhead.empty(); }
+    void putOff(int tag, double value);
+    void endPutOff(EditSeries series);
+    void slideOn();
+    void stopCanvasGestures();
     void endGesture(const UIGestureRecognizer& gesture, EditSeries series);
     void beginSeriesOf(int tag);
+    bool joinsOutstanding(int tag) const;
     void followFinger(const EditorSlider& slider, double value);
     void tellEdited();
     UIImage workPrint() const;
@@ -292,7 +310,9 @@ private:
     int m_slidTag = 0;                       ///< of the slider that small steps join for
     std::optional<EditSeries> m_slideToLand; ///< a slide's step, to be recorded when its picture has landed
     bool m_busy = false;                     ///< as told last
+    std::vector<SlideAhead> m_slidesAhead;   ///< the oldest first; none unless `m_slideToLand`
     LatestWork m_work;
+    LatestWork m_previews{LatestWork::Lane::Coarse};
     bool m_slidersRenewed = false;
     WorkKeeper m_keeper;
     int m_flattenedRevision = 0;

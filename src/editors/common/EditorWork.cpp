@@ -18,6 +18,17 @@ void EditorViewController::runWork(LatestWork::Work work, LatestWork::Landed lan
     tellBusy();
 }
 
+void EditorViewController::runPreview(LatestWork::Work work, LatestWork::Landed landed)
+{
+    m_previews.run(std::move(work), [this, landed = std::move(landed)](const UIImage& picture) {
+        const std::shared_ptr<UIViewController> self = weak_from_this().lock();
+        landed(picture);
+        tellGesture();
+        tellBusy();
+    });
+    tellBusy();
+}
+
 void EditorViewController::runStep(LatestWork::Work work, LatestWork::Landed landed)
 {
     m_work.run(std::move(work), [this, landed = std::move(landed)](const UIImage& picture) {
@@ -31,20 +42,27 @@ void EditorViewController::runStep(LatestWork::Work work, LatestWork::Landed lan
 
 void EditorViewController::finishWork()
 {
-    if (!isBusy() && m_slideToLand)
+    if (!m_work.isBusy() && m_slideToLand) {
         finishStep(*std::exchange(m_slideToLand, std::nullopt));
+        slideOn();
+    }
     tellBusy();
 }
 
 void EditorViewController::landWork()
 {
-    m_work.land();
+    while (isBusy()) {
+        m_previews.land();
+        m_work.land();
+    }
 }
 
 void EditorViewController::forgetWork()
 {
     m_work.forget();
+    m_previews.forget();
     m_slideToLand.reset();
+    m_slidesAhead.clear();
     tellBusy();
 }
 

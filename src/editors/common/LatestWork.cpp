@@ -9,10 +9,11 @@ namespace lamina {
 namespace {
 
 /// Never destroyed: what an editor has left behind ends here, and nobody waits for it.
-DispatchQueue& workQueue()
+DispatchQueue& workQueue(LatestWork::Lane lane)
 {
-    static auto* const queue = new DispatchQueue("lamina.pictures.latest");
-    return *queue;
+    static auto* const exact = new DispatchQueue("lamina.pictures.latest");
+    static auto* const coarse = new DispatchQueue("lamina.pictures.coarse");
+    return lane == LatestWork::Lane::Exact ? *exact : *coarse;
 }
 
 } // namespace
@@ -26,13 +27,19 @@ struct LatestWork::Job {
 };
 
 struct LatestWork::State : std::enable_shared_from_this<State> {
+    explicit State(Lane of)
+        : lane(of)
+    {
+    }
+
+    const Lane lane;
     std::shared_ptr<Job> begun;
     std::shared_ptr<Job> waiting;
 
     void begin(std::shared_ptr<Job> job)
     {
         begun = std::move(job);
-        workQueue().async([job = begun, weak = weak_from_this()] {
+        workQueue(lane).async([job = begun, weak = weak_from_this()] {
             job->picture = std::exchange(job->work, {})();
             DispatchQueue::main().async([job, weak] {
                 const auto state = weak.lock();
@@ -53,8 +60,8 @@ struct LatestWork::State : std::enable_shared_from_this<State> {
     }
 };
 
-LatestWork::LatestWork()
-    : m_state(std::make_shared<State>())
+LatestWork::LatestWork(Lane lane)
+    : m_state(std::make_shared<State>(lane))
 {
 }
 
@@ -76,7 +83,7 @@ void LatestWork::land()
 {
     const auto state = m_state;
     while (state->begun) {
-        workQueue().sync([] {});
+        workQueue(state->lane).sync([] {});
         state->finish();
     }
 }

@@ -11,8 +11,8 @@ namespace lamina {
 /// made only the newest counts: it takes the place of what waits. What has begun lands too, in order, and the newest
 /// always does: so a slider is followed as fast as the pictures come, and ends with its last value.
 ///
-/// All instances share one thread. Main thread only, but for the work itself; the main queue doesn't count as idle
-/// while something is outstanding.
+/// All instances of a lane share one thread. Main thread only, but for the work itself; the main queue doesn't count as
+/// idle while something is outstanding.
 class LatestWork {
 public:
     /// Makes a picture, on the thread for it; empty: it failed. It owns all that it touches.
@@ -20,7 +20,10 @@ public:
     /// Gets it on the main thread, once. It may call any of the operations below.
     using Landed = std::function<void(const UIImage& picture)>;
 
-    LatestWork();
+    /// Pictures of one lane don't wait for those of another.
+    enum class Lane { Exact, Coarse };
+
+    explicit LatestWork(Lane lane = Lane::Exact);
     /// As `forget`; what has begun ends by itself.
     ~LatestWork();
     LatestWork(const LatestWork&) = delete;

@@ -1,10 +1,13 @@
 #include "editors/collage/CollageEffects.h"
 
 #include "CollageColorsFixture.h"
+#include "editors/collage/CollageEffectWork.h"
+#include "editors/common/LatestWork.h"
 #include "gpu/filters/color/GPUImageHighlightShadowFilter.h"
 #include "gpu/filters/color/GPUImageSaturationFilter.h"
 #include "gpu/filters/effect/GPUImageVignetteFilter.h"
 #include "imageops/ImageFilters.h"
+#include "platform/base/DispatchSemaphore.h"
 #include "platform/view/UIImageView.h"
 
 #include <functional>
@@ -143,22 +146,35 @@ protected:
         openWith(large, photo(2));
     }
     IntSize sizeInView() const { return editor->currentImageView().image().pixelSize(); }
+    /// A finger that comes, moves, and goes.
+    void drag(int tag, double value)
+    {
+        editor->beginSliding(tag);
+        editor->slide(tag, value - 30);
+        editor->slide(tag, value);
+        editor->endSliding(tag);
+    }
+    /// Whether the view comes to show it without anybody waiting for what is outstanding.
+    testing::AssertionResult showsSoon(const UIImage& wanted) const
+    {
+        testing::AssertionResult shows = testing::AssertionFailure();
+        for (int turn = 0; !shows && turn < 2000; ++turn) {
+            DispatchQueue::main().runUntilIdle(0.005);
+            shows = same(editor->currentImageView().image(), wanted);
+        }
+        return shows;
+    }
 
     const UIImage large = photo(3, 1500, 1000);
 };
 
-TEST_F(LargeCollagePhoto, IsSmallerUnderAFingerAndExactWhenItRestsOrLeaves)
+TEST_F(LargeCollagePhoto, IsSmallerUnderAFingerAndExactWhenItLeaves)
 {
     editor->beginSliding(collageslider::kContrast);
     editor->slide(collageslider::kContrast, 50);
     editor->landWork();
     EXPECT_LT(sizeInView().width, 1500);
     EXPECT_TRUE(same(picture(), large)); // of the composition
-    clock->advance(1);
-    DispatchQueue::main().runUntilIdle();
-    EXPECT_TRUE(same(shown(), contrastAdjustmentWithValue(large, 50)));
-    EXPECT_FALSE(editor->canUndo());
-
     editor->slide(collageslider::kContrast, 90);
     editor->slide(collageslider::kContrast, 100);
     editor->endSliding(collageslider::kContrast);
@@ -178,6 +194,12 @@ TEST_F(LargeCollagePhoto, IsExactForEveryActionAndExport)
     editor->flattened();
     EXPECT_TRUE(same(picture(), brightenWithValue(large, 70)));
 
+    editor->beginSliding(collageslider::kBrightness);
+    editor->slide(collageslider::kBrightness, 60);
+    editor->viewWillDisappear(false);
+    EXPECT_TRUE(same(picture(), brightenWithValue(large, 60)));
+    editor->undo();
+
     editor->beginSliding(collageslider::kSaturation);
     editor->slide(collageslider::kSaturation, 0);
     editor->selectSlot(2);
@@ -193,6 +215,44 @@ TEST_F(LargeCollagePhoto, IsExactForEveryActionAndExport)
     EXPECT_TRUE(same(shown(), brightenWithValue(large, 70)));
 }
 
+TEST_F(LargeCollagePhoto, IsFollowedWhileTheStepsBeforeAreStillBeingMade)
+{
+    DispatchSemaphore go;
+    LatestWork other; // keeps exact pictures waiting
+    other.run(
+        [&go] {
+            go.wait();
+            return UIImage();
+        },
+        [](const UIImage&) {});
+    drag(collageslider::kContrast, 50);
+    drag(collageslider::kContrast, 90);
+    CoarsePicture coarse;
+    const UIImage contrasted = contrastAdjustmentWithValue(coarse.of(large), 90);
+    EXPECT_TRUE(showsSoon(contrasted));
+    drag(collageslider::kBrightness, 40); // takes a base that isn't there yet
+    EXPECT_TRUE(showsSoon(brightenWithValue(contrasted, 40)));
+    editor->slide(collageslider::kOpacity, 0.5);
+    EXPECT_EQ(editor->currentImageView().alpha(), 0.5);
+    EXPECT_FALSE(editor->canUndo());
+    go.signal();
+    DispatchQueue::main().runUntilIdle();
+
+    const UIImage first = contrastAdjustmentWithValue(large, 90);
+    EXPECT_TRUE(same(shown(), brightenWithValue(first, 40)));
+    EXPECT_EQ(state().photoSlots[0].alpha, 0.5);
+    editor->undo();
+    EXPECT_EQ(state().photoSlots[0].alpha, 1);
+    editor->undo();
+    EXPECT_TRUE(same(shown(), first));
+    EXPECT_EQ(state().sliders[1], 0);
+    editor->undo();
+    EXPECT_TRUE(same(shown(), contrastAdjustmentWithValue(large, 50)));
+    editor->undo();
+    EXPECT_TRUE(same(shown(), large));
+    EXPECT_FALSE(editor->canUndo());
+}
+
 TEST_F(CollageEffects, AnEffectThatFailsLeavesThePhotoAndTellsOnce)
 {
     const UIImage endless = photo(1, 300000, 1); // longer than pictures may be
@@ -205,6 +265,19 @@ TEST_F(CollageEffects, AnEffectThatFailsLeavesThePhotoAndTellsOnce)
     editor->contrast(20);
     EXPECT_FALSE(alertIsUp());
     EXPECT_EQ(state().sliders[0], 20);
+}
+
+TEST_F(CollageEffects, APictureThatFailsAfterItsCoarseOneLeavesNothingOfIt)
+{
+    const UIImage wide = photo(1, 300000, 6); // longer than pictures may be, but not when it is reduced
+    openWith(wide, photo(2));
+    editor->beginSliding(collageslider::kContrast);
+    editor->slide(collageslider::kContrast, 10);
+    editor->landWork();
+    EXPECT_LT(editor->currentImageView().image().pixelSize().width, 300000);
+    editor->endSliding(collageslider::kContrast);
+    EXPECT_TRUE(same(shown(), wide));
+    EXPECT_TRUE(alertIsUp());
 }
 
 } // namespace

@@ -54,6 +54,18 @@ TEST_F(LatestPictures, WhatHasBegunLandsAndOfWhatWaitsTheNewest)
     EXPECT_FALSE(work->isBusy());
 }
 
+TEST_F(LatestPictures, OfOneLaneDoNotWaitForAnother)
+{
+    LatestWork coarse(LatestWork::Lane::Coarse);
+    askHeld(1);
+    coarse.run([] { return picture(2); }, [this](const UIImage& image) { landed.push_back(numberOf(image)); });
+    coarse.land();
+    EXPECT_EQ(landed, std::vector{2});
+    go.signal();
+    DispatchQueue::main().runUntilIdle();
+    EXPECT_EQ(landed, (std::vector{2, 1}));
+}
+
 TEST_F(LatestPictures, LandingAtOnceIsInOrderAndHappensOnce)
 {
     ask(1);
