@@ -7,8 +7,7 @@
 #include "editors/blend/BlendPhotoViewController.h"
 #include "editors/collage/CollagePhotos.h"
 #include "editors/common/EditorNotifications.h"
-#include "hud/BusyPanel.h"
-#include "hud/SVProgressHUD.h"
+#include "picker/PhotoReading.h"
 #include "picker/PickedPhotos.h"
 #include "picker/SelectedImagesReceiver.h"
 #include "picker/ThemedPicker.h"
@@ -21,7 +20,6 @@
 #include "platform/photos/PHAsset.h"
 #include "platform/photos/PhotoSource.h"
 #include "platform/view/FailureAlert.h"
-#include "platform/view/PictureWork.h"
 #include "platform/view/UIAlertController.h"
 #include "platform/view/UIImageMetaType.h"
 #include "platform/view/UINavigationController.h"
@@ -29,8 +27,8 @@
 
 #include <algorithm>
 #include <array>
-#include <atomic>
 #include <cstddef>
+#include <optional>
 #include <string_view>
 #include <utility>
 
@@ -225,26 +223,17 @@ void ViewController::photoPickerViewController(YMSPhotoPickerViewController& pic
                    [self = sharedSelf(), photos = photoSources(didFinishPickingImages)] { self->openPicked(photos); });
 }
 
-/// The photos are read behind a panel, since large ones take their time; until it is gone nothing else can be done, so
-/// that all comes in the order in which it would come at once.
 void ViewController::openPicked(std::vector<PhotoSource> photos)
 {
     if (std::exchange(m_readsPhotos, true))
         return;
-    const auto cancelled = std::make_shared<std::atomic<bool>>(false);
-    const PickedPhotoSize size = pickedPhotoSizeFor(view().bounds().size);
-    showBusyPanel([cancelled] { *cancelled = true; });
-    inBackground<PickedPhotos>(
-        weak_from_this(),
-        [photos = std::move(photos), size, cancelled] { return loadPickedPhotos(photos, size, *cancelled); },
-        [this, cancelled](PickedPhotos read) {
-            m_readsPhotos = false;
-            SVProgressHUD::dismiss();
-            if (*cancelled)
-                return;
-            chosenImages = std::move(read.images);
-            goOnWithChosenImages(read.failures);
-        });
+    readPhotosBehindPanel(*this, std::move(photos), [this](std::optional<PickedPhotos> read) {
+        m_readsPhotos = false;
+        if (!read)
+            return;
+        chosenImages = std::move(read->images);
+        goOnWithChosenImages(read->failures);
+    });
 }
 
 void ViewController::goOnWithChosenImages(const std::vector<Error>& failures)

@@ -4,15 +4,13 @@
 
 #include "editors/collage/CreateCollageViewController.h"
 #include "editors/common/PhotosLeftOut.h"
-#include "hud/BusyPanel.h"
-#include "hud/SVProgressHUD.h"
+#include "picker/PhotoReading.h"
 #include "picker/PickedPhotos.h"
 #include "platform/base/Localization.h"
 #include "platform/base/Result.h"
 #include "platform/view/FailureAlert.h"
-#include "platform/view/PictureWork.h"
 
-#include <atomic>
+#include <optional>
 #include <string>
 #include <utility>
 
@@ -51,18 +49,11 @@ void CreateCollageViewController::receivePhotos(std::vector<PhotoSource> photos)
 void CreateCollageViewController::readPhotos(std::vector<PhotoSource> photos, std::size_t firstSlot)
 {
     m_readsPhotos = true;
-    const auto cancelled = std::make_shared<std::atomic<bool>>(false);
-    const PickedPhotoSize size = pickedPhotoSizeFor(view().bounds().size);
-    showBusyPanel([cancelled] { *cancelled = true; });
-    inBackground<PickedPhotos>(
-        weak_from_this(),
-        [photos = std::move(photos), size, cancelled] { return loadPickedPhotos(photos, size, *cancelled); },
-        [this, cancelled, firstSlot](const PickedPhotos& read) {
-            m_readsPhotos = false;
-            SVProgressHUD::dismiss();
-            if (!*cancelled)
-                takePhotos(read, firstSlot);
-        });
+    readPhotosBehindPanel(*this, std::move(photos), [this, firstSlot](const std::optional<PickedPhotos>& read) {
+        m_readsPhotos = false;
+        if (read)
+            takePhotos(*read, firstSlot);
+    });
 }
 
 /// All of them or none: who misses one would have to tell which slots have changed.

@@ -1,0 +1,29 @@
+#include "picker/PhotoReading.h"
+
+#include "hud/BusyPanel.h"
+#include "hud/SVProgressHUD.h"
+#include "platform/view/PictureWork.h"
+#include "platform/view/UIViewController.h"
+
+#include <atomic>
+#include <memory>
+#include <utility>
+
+namespace lamina {
+
+void readPhotosBehindPanel(UIViewController& screen, std::vector<PhotoSource> photos,
+                           std::function<void(std::optional<PickedPhotos>)> done)
+{
+    const auto cancelled = std::make_shared<std::atomic<bool>>(false);
+    const PickedPhotoSize size = pickedPhotoSizeFor(screen.view().bounds().size);
+    showBusyPanel([cancelled] { *cancelled = true; });
+    inBackground<PickedPhotos>(
+        screen.weak_from_this(),
+        [photos = std::move(photos), size, cancelled] { return loadPickedPhotos(photos, size, *cancelled); },
+        [cancelled, done = std::move(done)](PickedPhotos read) {
+            SVProgressHUD::dismiss();
+            done(*cancelled ? std::nullopt : std::optional(std::move(read)));
+        });
+}
+
+} // namespace lamina
