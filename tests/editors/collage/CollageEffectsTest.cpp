@@ -9,6 +9,7 @@
 #include "imageops/ImageFilters.h"
 #include "platform/base/DispatchSemaphore.h"
 #include "platform/view/UIImageView.h"
+#include "platform/view/UIPinchGestureRecognizer.h"
 
 #include <functional>
 #include <vector>
@@ -198,6 +199,14 @@ TEST_F(LargeCollagePhoto, IsExactForEveryActionAndExport)
     editor->slide(collageslider::kBrightness, 60);
     editor->viewWillDisappear(false);
     EXPECT_TRUE(same(picture(), brightenWithValue(large, 60)));
+    editor->undo();
+
+    editor->beginSliding(collageslider::kBrightness);
+    editor->slide(collageslider::kBrightness, 50);
+    const auto zoom = std::make_shared<UIPinchGestureRecognizer>(); // of other fingers, which have gone
+    editor->currentImageView().addGestureRecognizer(zoom);
+    editor->pinch(*zoom);
+    EXPECT_TRUE(same(picture(), brightenWithValue(large, 50)));
     editor->undo();
 
     editor->beginSliding(collageslider::kSaturation);
