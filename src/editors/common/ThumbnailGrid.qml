@@ -21,6 +21,8 @@ TileGrid {
     cellHeight: cellWidth + style.captionHeight
     clip: true
     header: Item { height: grid.slack }
+    // What came in force by other ways is brought into sight.
+    onMarkedChanged: if (marked >= 0) goTo(marked)
     // Once it has its height.
     Component.onCompleted: if (marked > 0) Qt.callLater(goTo, marked)
 
