@@ -62,7 +62,7 @@ Rectangle {
         id: buttons
         x: card.broad ? parent.width - width - card.inset : words.x
         y: card.broad ? (parent.height - height) / 2 : words.y + words.height + Tokens.space.xs
-        width: card.broad ? go.width + spacing + away.width : parent.width - x
+        width: card.broad ? go.width + spacing + away.width : parent.width - words.x
         layoutDirection: card.broad ? Qt.RightToLeft : Qt.LeftToRight
         spacing: Tokens.space.xs
         LaminaButton {

@@ -142,7 +142,8 @@ TEST_F(BlendRoad, APhotoThatWasLostIsCaughtAndThePointerTells)
 TEST_F(BlendRoad, ByKeysAlone)
 {
     open();
-    driver->press(Qt::Key_Return); // the only card that opens has the focus
+    pressUntil("Blend");
+    driver->press(Qt::Key_Return);
     ASSERT_TRUE(driver->waitFor<ImagePIckingViewController>());
     portal.setChoice({QUrl::fromLocalFile(QString::fromStdString(sample("dunes.jpg"))).toString()});
     driver->press(Qt::Key_O, Qt::ControlModifier);

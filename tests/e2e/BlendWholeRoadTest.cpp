@@ -2,10 +2,10 @@
 #include "StepsTest.h"
 
 #include "TestPictures.h"
-#include "editors/blend/BlendComposition.h"
-#include "editors/blend/PickedImages.h"
 #include "app/ImagePIckingViewController.h"
+#include "editors/blend/BlendComposition.h"
 #include "editors/blend/BlendPhotoViewController.h"
+#include "editors/blend/PickedImages.h"
 #include "editors/colorpicker/InfColorPickerController.h"
 
 namespace lamina::test {

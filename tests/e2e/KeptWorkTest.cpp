@@ -129,7 +129,7 @@ TEST_F(KeptWorkRoad, WhoLeavesAnEditorFindsItsWorkAtHome)
     driver->press(Qt::Key_Return);
     ASSERT_TRUE(driver->waitFor<ViewController>());
     EXPECT_EQ(driver->item(QStringLiteral("Not saved yet")), nullptr);
-    EXPECT_EQ(driver->focusedName(), QStringLiteral("Blend"));
+    EXPECT_EQ(driver->focusedName(), QStringLiteral("Two photos"));
 }
 
 } // namespace

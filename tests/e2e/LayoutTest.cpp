@@ -238,8 +238,7 @@ TEST_P(Layout, KeepsTheCollageSo)
                        {PhotoSource::fromFile(sample("dunes.jpg")), PhotoSource::fromFile(sample("meadow.jpg"))});
     ASSERT_TRUE(driver->waitFor<CreateCollageViewController>());
     checkEverywhere("collage of two");
-    driver->press(Qt::Key_Escape);
-    driver->press(Qt::Key_Escape);
+    driver->top<CreateCollageViewController>()->backBtn();
     ASSERT_TRUE(driver->waitFor<ViewController>());
     home->beginCollage("threePhoto", std::vector(3, PhotoSource::fromFile(sample("dunes.jpg"))));
     ASSERT_TRUE(driver->waitFor<CreateCollageViewController>());

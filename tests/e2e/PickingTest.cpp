@@ -1,6 +1,7 @@
 // The ways of a photo into the window, and what can go wrong on them.
 #include "TestPaths.h"
 #include "WindowTest.h"
+#include "editors/collage/CreateCollageViewController.h"
 #include "platform/base/CGGeometry.h"
 
 #include "CommandRunner.h"
@@ -122,10 +123,8 @@ TEST_F(Picking, APastedPictureIsCropped)
 TEST_F(Picking, PhotosOfTheCommandLineBeginABlend)
 {
     LaunchOptions options;
-    options.files = {sample("dunes.jpg"), sample("meadow.jpg"), sample("aurora-lake.jpg")};
+    options.files = {sample("dunes.jpg"), sample("meadow.jpg")};
     open(options);
-    EXPECT_EQ(alertText(), "Too many photos|Lamina blends two photos. One was left out.");
-    ASSERT_TRUE(driver->tap(QStringLiteral("OK")));
     ASSERT_TRUE(driver->waitFor<PinchZoomViewController>());
     ASSERT_TRUE(driver->tap(QStringLiteral("Use photo")));
     ASSERT_TRUE(WindowDriver::waitUntil([&] {
@@ -135,6 +134,17 @@ TEST_F(Picking, PhotosOfTheCommandLineBeginABlend)
     driver->settle();
     ASSERT_TRUE(driver->tap(QStringLiteral("Use photo")));
     EXPECT_TRUE(driver->waitFor<BlendPhotoViewController>());
+}
+
+TEST_F(Picking, MoreThanTwoPhotosOfTheCommandLineBeginACollage)
+{
+    LaunchOptions options;
+    options.files = {sample("dunes.jpg"), sample("meadow.jpg"), sample("aurora-lake.jpg"), sample("sea-sunset.jpg")};
+    open(options);
+    EXPECT_EQ(alertText(), "Too many photos|The collage has no place for one of the photos.");
+    ASSERT_TRUE(driver->tap(QStringLiteral("OK")));
+    ASSERT_TRUE(driver->waitFor<CreateCollageViewController>());
+    EXPECT_EQ(driver->top<CreateCollageViewController>()->photoCount(), 3);
 }
 
 TEST_F(Picking, ALargePhotoCanBeGivenUpWhileItIsRead)

@@ -24,8 +24,8 @@ HOME = """
 panel 'Lamina'
   heading 'Lamina'
   push button 'Menu'
-  push button 'Two photos' (Soon)
-  push button 'Three photos' (Soon)
+  push button 'Two photos' (Eight frames)
+  push button 'Three photos' (Ten frames)
   push button 'Blend' (One photo shines through the other)
 """
 MENU = """

@@ -42,7 +42,7 @@ void shootTools(Shooter& shooter, CreateCollageViewController& collage)
     shooter.shoot("collage-layout");
     collage.selectSlot(2);
     collage.chooseTool(QStringLiteral("filter"));
-    WindowDriver::waitUntil([&] { return collage.filters() != nullptr; }, 5);
+    WindowDriver::waitUntil([&] { return collage.filters()->property("count").toInt() == 14; }, 5);
     collage.filterImgGesture(502);
     WindowDriver::waitUntil([&] { return collage.filter() == 502; }, 5);
     shooter.shoot("collage-filter");

@@ -188,12 +188,28 @@ void CreateCollageViewController::swapSlots(int one, int other)
     if (!first || !second || first == second)
         return;
     act([&] {
-        const CollageSlot was = composition().photoSlots[*first];
-        const CollageSlot comes = composition().photoSlots[*second];
-        replaceMaster(*first, comes.image, comes.master);
-        replaceMaster(*second, was.image, was.master);
+        swapPhotos(*first, *second);
         followPhotos();
     });
+}
+
+void CreateCollageViewController::swapWithNeighbour(int by)
+{
+    const auto neighbour = slotNumbered(currentSlot() + by);
+    if (!neighbour || by == 0)
+        return;
+    act([&] {
+        swapPhotos(composition().current, *neighbour);
+        select(*neighbour);
+    });
+}
+
+void CreateCollageViewController::swapPhotos(std::size_t one, std::size_t other)
+{
+    const CollageSlot was = composition().photoSlots[one];
+    const CollageSlot comes = composition().photoSlots[other];
+    replaceMaster(one, comes.image, comes.master);
+    replaceMaster(other, was.image, was.master);
 }
 
 void CreateCollageViewController::setSlotPicture(std::size_t slot, const UIImage& image)

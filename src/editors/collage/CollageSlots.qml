@@ -24,9 +24,6 @@ Item {
     property int held: -1
     property int over: -1
 
-    function takeFocus() {
-        buttons.itemAt(controller.currentSlot - 1).takeFocus()
-    }
     function rowAt(place) {
         for (let row = 0; row < buttons.count; ++row) {
             const button = buttons.itemAt(row)

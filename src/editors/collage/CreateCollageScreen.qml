@@ -6,7 +6,11 @@ EditorScreen {
     id: collage
 
     readonly property int slot: controller.currentSlot
-    readonly property string panel: controller.shownPanel
+    // The panel that the editor opens with. A small window's tools come first: there it would lie on them, and waits to
+    // be asked for.
+    readonly property string opening: "tools"
+    property bool asked: false
+    readonly property string panel: small && !asked ? "" : controller.shownPanel
 
     canvasName: qsTranslate("Lamina", "The collage")
     canvasDescription: qsTranslate("Lamina", "Photo %1 of %2 is in hand.").arg(slot).arg(controller.photoCount) + " " + keysHint
@@ -14,7 +18,7 @@ EditorScreen {
     toolCommand: "collageTool"
     hint: Host.mouseAtHand ? qsTranslate("Lamina", "Drag to move, turn the wheel to zoom, with Shift to turn")
                            : qsTranslate("Lamina", "Drag to move, pinch to zoom, twist to turn")
-    hinting: panel === ""
+    hinting: panel === "" || panel === opening
 
     readonly property string keysHint: controller.stickerActive
         ? qsTranslate("Lamina", "Arrow keys move the sticker, plus and minus scale it, comma and period turn it, Delete removes it")
@@ -27,12 +31,14 @@ EditorScreen {
     function doubleTap(x, y) {
         controller.doubleTapCanvas(x, y)
     }
-    // The photo in hand and its neighbour change places; it stays in hand.
-    function swapWith(neighbour) {
-        if (neighbour < 1 || neighbour > controller.photoCount)
-            return
-        controller.swapSlots(slot, neighbour)
-        controller.selectSlot(neighbour)
+    function chooseTool(identifier) {
+        asked = true
+        controller.chooseTool(identifier)
+    }
+    function stepBack() {
+        if (panel !== controller.shownPanel)
+            controller.hidePanel()
+        return controller.letGo()
     }
 
     Keys.onPressed: event => {
@@ -42,7 +48,7 @@ EditorScreen {
         if (chosen > 0 && chosen <= controller.photoCount)
             controller.selectSlot(chosen)
         if (swap >= 0)
-            swapWith(slot + (swap === 0 ? -1 : 1))
+            controller.swapWithNeighbour(swap === 0 ? -1 : 1)
     }
     KeyCommand {
         command: "open"
@@ -73,11 +79,16 @@ EditorScreen {
         function onPointedOut() {
             pointer.pointOut()
         }
+        function onPanelsChanged() {
+            if (collage.controller.shownPanel !== collage.opening)
+                collage.asked = true
+        }
     }
     BusyMark {
         x: collage.layout.x + (collage.layout.side - width) / 2
         y: collage.layout.y + (collage.layout.side - height) / 2
-        running: collage.controller.busy
+        // A finger is shown what it does, and the window's own panel says enough.
+        running: collage.controller.busy && !effects.sliding && !Host.progress.blocking
         text: qsTranslate("Lamina", "The photo is being changed")
     }
 
@@ -87,6 +98,7 @@ EditorScreen {
 
     panels: [
         EditorHint {
+            id: hint
             current: collage.panel
             layout: collage.layout
             heading: qsTranslate("Lamina", "Photo %1").arg(collage.slot)
@@ -116,6 +128,7 @@ EditorScreen {
             current: collage.panel
             layout: collage.layout
             heading: collage.on(qsTranslate("Lamina", "Tools"))
+            hint: collage.controller.edited ? "" : hint.text
             tools: collage.controller.subTools
             swatches: ({ color: collage.controller.slotColor })
             onChosen: identifier => collage.controller.chooseSubTool(identifier)
@@ -141,6 +154,7 @@ EditorScreen {
             onHideAsked: collage.controller.letGo()
         },
         EditorSliders {
+            id: effects
             name: "effects"
             current: collage.panel
             layout: collage.layout

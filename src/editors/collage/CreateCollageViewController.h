@@ -118,6 +118,9 @@ public:
     /// and the master it was made from, and takes over place, zoom and turn there. The current slot stays. One step;
     /// nothing for numbers that there is no slot of, or one and the same.
     Q_INVOKABLE void swapSlots(int one, int other);
+    /// The current slot's photo and that of the slot so many further on change places as by `swapSlots`, and the other
+    /// slot is the current one then: the photo stays in hand. One step; nothing where there is no such slot.
+    Q_INVOKABLE void swapWithNeighbour(int by);
     /// A quick tap on the canvas, in its points: beside the active sticker it lets go of that one. On the part of
     /// another slot that is seen it points out the current one.
     Q_INVOKABLE void tapCanvas(double x, double y) override;
@@ -385,6 +388,8 @@ private:
     /// Another photo comes into the slot, where it takes over place, zoom and turn; effect bases are forgotten. Part of
     /// a change.
     void replaceMaster(std::size_t slot, const UIImage& picture, const UIImage& master);
+    /// Part of a change, as is what follows in the panels.
+    void swapPhotos(std::size_t one, std::size_t other);
     /// Clears the nine flags: every slider takes a new base at its next touch.
     void forgetEffectBases();
     /// After other photos have come, what is made from them follows.

@@ -20,6 +20,9 @@ SelectorButton {
     pictureOpacity: slot.opacity
     ground: slot.background
     selected: slot.selected
+    badge: slot.number
+    // Pressed for long it does what a press does.
+    onHeld: clicked()
     textHeight: number.lineHeight
     handlers: DragHandler {
         target: null

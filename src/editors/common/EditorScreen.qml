@@ -71,6 +71,13 @@ AppScreen {
     function bringBack() {
         controller.bringPhotoBack()
     }
+    function chooseTool(identifier) {
+        controller.chooseTool(identifier)
+    }
+    // Whether there was something to take away before the screen is left.
+    function stepBack() {
+        return controller.letGo()
+    }
     function focusTools() {
         (small ? tray : tools).takeFocus()
     }
@@ -79,12 +86,12 @@ AppScreen {
     onDockedChanged: hideTools()
     Keys.forwardTo: [canvas]
     name: canvasName
-    onBack: if (!controller.letGo()) controller.backBtn()
+    onBack: if (!stepBack()) controller.backBtn()
     Keys.onPressed: event => {
         const tool = controller.tools[KeyTable.find(toolCommand, event.key, event.modifiers)]
         event.accepted = event.accepted || tool !== undefined
         if (tool)
-            controller.chooseTool(tool.identifier)
+            chooseTool(tool.identifier)
         if (KeyTable.find("bringBack", event.key, event.modifiers) >= 0) {
             event.accepted = true
             bringBack()
@@ -174,12 +181,15 @@ AppScreen {
     }
 
     HintPill {
-        readonly property real space: editor.toolsTop - measures.underFoot
+        // A tray over the tools leaves room for it, where there is enough.
+        readonly property bool overTray: editor.docked !== null && editor.docked.kind === "tray"
+            && !editor.docked.onTools && !editor.docked.quick
+        readonly property real space: (overTray ? editor.docked.standingY : editor.toolsTop) - measures.underFoot
         visible: !editor.wide && opacity > 0 && space >= height + 2 * Tokens.space.s
         room: measures.underWidth
         x: measures.underX + (measures.underWidth - width) / 2
         y: measures.underFoot + (space - height) / 2
-        shown: editor.hinting && !editor.controller.edited && editor.controller.notice === "" && !editor.docked
+        shown: editor.hinting && !editor.controller.edited && editor.controller.notice === "" && (!editor.docked || overTray)
         text: editor.hint
     }
 
@@ -199,7 +209,7 @@ AppScreen {
         cellsWidth: measures.cellsWidth
         spread: editor.tablet
         tools: editor.controller.tools
-        onChosen: identifier => editor.controller.chooseTool(identifier)
+        onChosen: identifier => editor.chooseTool(identifier)
     }
     ToolTray {
         id: tray
@@ -211,7 +221,7 @@ AppScreen {
         height: measures.smallFoot - y
         cellHeight: measures.cellHeight
         tools: editor.controller.tools
-        onChosen: identifier => editor.controller.chooseTool(identifier)
+        onChosen: identifier => editor.chooseTool(identifier)
     }
 
     EditorSidePanel {

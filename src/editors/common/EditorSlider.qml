@@ -13,6 +13,7 @@ Item {
     // An EditorSliderLayout.
     required property var measures
 
+    readonly property alias pressed: slider.pressed
     readonly property real unit: 1
     readonly property real smallRange: 10
 

@@ -11,6 +11,8 @@ EditorPanel {
 
     // Stands over the sliders, and scrolls with them.
     property Item head: null
+    // A finger is on one of them.
+    property bool sliding: false
 
     // Those of the table that stand in this panel.
     readonly property var rows: controller.sliders.filter(row => row.panel === name)
@@ -58,6 +60,7 @@ EditorPanel {
                     row: panel.rows[index]
                     controller: panel.controller
                     measures: lines
+                    onPressedChanged: panel.sliding = pressed
                 }
             }
         }

@@ -8,6 +8,8 @@ EditorPanel {
     // As for a ToolRow.
     required property var tools
     property var swatches: ({})
+    // Stands under the tools where a side panel has room for it.
+    property string hint
     signal chosen(string identifier)
 
     readonly property real sides: layout.wide || layout.small || layout.tablet ? 0 : Tokens.space.xs
@@ -25,5 +27,14 @@ EditorPanel {
         tools: tray.tools
         swatches: tray.swatches
         onChosen: identifier => tray.chosen(identifier)
+    }
+    StyledText {
+        visible: tray.layout.wide && text !== "" && y + height <= parent.height
+        y: grid.height + Tokens.space.l
+        width: parent.width
+        text: tray.hint
+        role: Tokens.type.caption
+        color: Tokens.palette.textSecondary
+        Accessible.name: text
     }
 }

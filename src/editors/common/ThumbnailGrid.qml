@@ -13,7 +13,8 @@ TileGrid {
     // Kept free at the left and over it for the rings; a cell ends in a gap.
     readonly property real slack: style.gridSlack
     readonly property real gap: style.gridGap
-    readonly property real side: cellWidth - gap
+    // In the narrowest column the gap gives way to a finger.
+    readonly property real side: Math.max(Tokens.touch.minimum, cellWidth - gap)
 
     columns: Math.max(1, Math.ceil((width - slack - gap) / (Tokens.thumbs.sticker + Tokens.space.s)))
     leftMargin: slack
@@ -21,6 +22,8 @@ TileGrid {
     cellHeight: cellWidth + style.captionHeight
     clip: true
     header: Item { height: grid.slack }
+    // What came in force by other ways is brought into sight.
+    onMarkedChanged: if (marked >= 0) goTo(marked)
     // Once it has its height.
     Component.onCompleted: if (marked > 0) Qt.callLater(goTo, marked)
 

@@ -37,6 +37,8 @@ ListView {
     Accessible.name: name
     header: Item { width: strip.lead }
     footer: Item { width: Tokens.space.m }
+    // What came in force by other ways is brought into sight.
+    onMarkedChanged: if (marked >= 0) goTo(marked)
     onCountChanged: if (currentIndex < 0) currentIndex = 0
     Component.onCompleted: {
         if (marked < 1)

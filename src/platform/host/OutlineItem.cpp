@@ -1,9 +1,9 @@
 #include "platform/host/OutlineItem.h"
 
 #include "platform/base/CGAffineTransform.h"
+#include "platform/base/UIColor.h"
 #include "platform/host/ImageConversion.h"
 #include "platform/image/drawing/CGContext.h"
-#include "platform/base/UIColor.h"
 #include "platform/image/drawing/UIBezierPath.h"
 
 #include <optional>

@@ -238,7 +238,13 @@ TEST_F(CollageCanvas, SwappedPhotosTakeOverThePlaces)
     EXPECT_TRUE(looksAlike(state(), before));
     editor->swapSlots(2, 2);
     editor->swapSlots(1, 4);
+    editor->swapWithNeighbour(-1);
     EXPECT_TRUE(editor->canRedo()) << "nothing was done since";
+    editor->swapWithNeighbour(1);
+    EXPECT_EQ(editor->currentSlot(), 2);
+    EXPECT_TRUE(editor->selectedImg2().isIdenticalTo(before.photoSlots[0].master));
+    editor->undo();
+    EXPECT_TRUE(looksAlike(state(), before)) << "one step";
 }
 
 TEST_F(CollageCanvas, BytesOfPicturesCountOnce)

@@ -16,6 +16,8 @@ Item {
     property bool dimmed: false
     // The picture alone; a pointer that rests is told the name.
     property bool slim: false
+    // On the picture where it stands alone.
+    property string badge
     // Kept free at the right, for another control.
     property real endRoom: 0
     // Of the lines beside the picture.
@@ -117,6 +119,22 @@ Item {
                     picture: button.picture
                     opacity: button.pictureOpacity
                     radius: Tokens.radius.thumb
+                }
+                Rectangle {
+                    visible: button.slim && button.badge !== ""
+                    anchors.right: parent.right
+                    anchors.bottom: parent.bottom
+                    width: Math.max(height, sign.implicitWidth + Tokens.space.s)
+                    height: Math.min(parent.height, sign.implicitHeight)
+                    radius: Tokens.radius.thumb
+                    color: Tokens.palette.field
+                    StyledText {
+                        id: sign
+                        anchors.centerIn: parent
+                        text: button.badge
+                        role: Tokens.type.label
+                        Accessible.ignored: true
+                    }
                 }
             }
             Item {
