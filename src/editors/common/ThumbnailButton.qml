@@ -18,6 +18,8 @@ T.Button {
     // The name comes to a pointer that rests.
     property bool tipped: false
 
+    // Of the name under it, which gets smaller before it is cut.
+    readonly property int labelSize: fit.size
     readonly property bool ringed: activeFocus && Host.focusVisible
 
     hoverEnabled: true
@@ -28,6 +30,14 @@ T.Button {
     Accessible.onPressAction: clicked()
     Keys.onReturnPressed: event => pressOnce(event)
     Keys.onEnterPressed: event => pressOnce(event)
+
+    LabelFit {
+        id: fit
+        texts: thumbnail.style.captioned ? [thumbnail.name] : []
+        room: thumbnail.width
+        role: Tokens.type.label
+        weight: Tokens.type.label.weightActive
+    }
 
     // A key that is held adds one.
     function pressOnce(event) {
@@ -84,6 +94,7 @@ T.Button {
             width: parent.width
             text: thumbnail.name
             role: Tokens.type.label
+            font.pixelSize: thumbnail.labelSize
             font.weight: thumbnail.marked ? Tokens.type.label.weightActive : 400
             wrapMode: Text.NoWrap
             maximumLineCount: 1
