@@ -13,6 +13,14 @@ namespace lamina {
 CollageCommand::CollageCommand(CLI::App& application)
     : EditorCommand(application, "collage", "Lay two or three photos out in one picture")
 {
+    // Other runs of the command do without them: their start has few kilobytes to spare.
+    options().preparse_callback([this](std::size_t) { addOptions(); });
+}
+
+void CollageCommand::addOptions()
+{
+    if (std::exchange(m_hasOptions, true))
+        return;
     options().add_option("P1", m_photos[0], "The first photo; - is standard input")->required();
     options().add_option("P2", m_photos[1], "The second photo")->required();
     options().add_option("P3", m_photos[2], "The third photo, for a layout of three");

@@ -25,10 +25,12 @@ private:
     Result<std::vector<UIImage>> read() override;
     Result<UIImage> make(std::vector<UIImage> pictures) override;
 
+    void addOptions();
     void addAbout();
 
     std::array<std::string, 3> m_photos; ///< the last may be empty
-    double m_height = 812;               ///< of the screen, points
+    bool m_hasOptions = false;
+    double m_height = 812; ///< of the screen, points
     StepOptions<CollageStep> m_steps;
 };
 
