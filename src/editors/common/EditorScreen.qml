@@ -144,14 +144,14 @@ AppScreen {
             onClicked: editor.controller.redo()
         }
         Item {
-            id: space
+            id: spacer
             visible: !editor.wide
             width: Tokens.space.s
             height: 1
         }
         LaminaButton {
             visible: !editor.wide
-            width: Math.min(implicitWidth, bar.room - 2 * Tokens.touch.iconButton - space.width)
+            width: Math.min(implicitWidth, bar.room - 2 * Tokens.touch.iconButton - spacer.width)
             kind: "pill"
             text: qsTranslate("Lamina", "Save")
             onClicked: editor.controller.shareBtn()
