@@ -6,6 +6,7 @@
 #include "platform/base/CGGeometry.h"
 
 #include <CLI/Option.hpp>
+#include <cstddef>
 #include <utility>
 
 namespace lamina {

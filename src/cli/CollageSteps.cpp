@@ -8,15 +8,15 @@
 #include "editors/common/EditorSlider.h"
 #include "editors/common/PictureTools.h"
 #include "editors/frames/Frames.h"
+#include "gpu/core/TypedValue.h"
 #include "platform/base/CGGeometry.h"
 #include "platform/base/Result.h"
-#include "gpu/core/TypedValue.h"
 
-#include <cstddef>
 #include <algorithm>
 #include <array>
 #include <cctype>
 #include <charconv>
+#include <cstddef>
 #include <string_view>
 #include <vector>
 

@@ -1,9 +1,9 @@
 #include "cli/EditorCommand.h"
 
-#include "cli/ExportDelivery.h"
-#include "gpu/core/TypedValue.h"
 #include "cli/ExitCode.h"
+#include "cli/ExportDelivery.h"
 #include "export/functions/ExportWork.h"
+#include "gpu/core/TypedValue.h"
 #include "platform/base/Causes.h"
 
 #include <cmath>

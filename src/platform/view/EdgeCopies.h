@@ -1,9 +1,9 @@
 #pragma once
 
+#include "platform/base/CGGeometry.h"
 #include "platform/base/NotificationCenter.h"
 #include "platform/image/drawing/CGContext.h"
 #include "platform/image/drawing/SharedEdges.h"
-#include "platform/base/CGGeometry.h"
 #include "platform/image/drawing/UIBezierPath.h"
 
 #include <vector>

@@ -1,7 +1,7 @@
 #include "platform/image/drawing/CGContext_p.h"
 #include "platform/image/drawing/SharedEdges.h"
-#include "platform/image/drawing/Surface_p.h"
 #include "platform/image/drawing/SharedEdges_p.h"
+#include "platform/image/drawing/Surface_p.h"
 
 #include <cstddef>
 #include <functional>

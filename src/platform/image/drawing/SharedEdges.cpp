@@ -1,12 +1,12 @@
 #include "platform/image/drawing/SharedEdges_p.h"
 
 #include "platform/base/CGAffineTransform.h"
-#include "platform/image/drawing/UIBezierPath.h"
 #include "platform/image/drawing/Rasterizer_p.h"
+#include "platform/image/drawing/UIBezierPath.h"
 
-#include <memory>
 #include <algorithm>
 #include <cstring>
+#include <memory>
 #include <utility>
 
 namespace lamina {
