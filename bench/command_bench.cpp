@@ -15,6 +15,7 @@
 #include <cstdlib>
 #include <fcntl.h>
 #include <filesystem>
+#include <fstream>
 #include <spawn.h>
 #include <string>
 #include <sys/resource.h>
@@ -134,6 +135,54 @@ void collageParts(benchmark::State& state)
     }
 }
 BENCHMARK(collageParts)->UseRealTime()->Unit(benchmark::kMillisecond);
+
+// ---- one photo through an operation, a filter, five filters ----
+
+/// Beside the memory that it may take.
+void measureWithin(benchmark::State& state, const std::vector<std::string>& arguments, double limit)
+{
+    measure(state, arguments);
+    state.counters["limit_MB"] = limit / (1024 * 1024);
+}
+
+constexpr double kOperationMemory = 1e9;
+constexpr double kDrawingMemory = 1.6e9;
+
+void opHundredMegapixels(benchmark::State& state)
+{
+    measureWithin(state, {"op", "rotateInDegrees=180", "-i", lamina::bench::hundredMegapixelPhoto(), "-o", "-"},
+                  kOperationMemory);
+}
+BENCHMARK(opHundredMegapixels)->UseManualTime()->Unit(benchmark::kMillisecond)->Iterations(1);
+
+void filterHundredMegapixels(benchmark::State& state)
+{
+    measureWithin(state, {"filter", "GPUImageSepiaFilter", "-i", lamina::bench::hundredMegapixelPhoto(), "-o", "-"},
+                  kDrawingMemory);
+}
+BENCHMARK(filterHundredMegapixels)->UseManualTime()->Unit(benchmark::kMillisecond)->Iterations(1);
+
+/// Five that hold the most between them. That they end at all, however long they take, is a part of what is shown: run
+/// it on one core, and busy.
+void chainOfFive(benchmark::State& state, const std::string& photo)
+{
+    const std::filesystem::path chain = std::filesystem::temp_directory_path() / "lamina-bench-chain.json";
+    std::ofstream(chain) << R"({"Filters": [{"FilterName": "GPUImageSepiaFilter"},
+        {"FilterName": "GPUImageGaussianBlurFilter"}, {"FilterName": "GPUImageUnsharpMaskFilter"},
+        {"FilterName": "GPUImageColorInvertFilter"}, {"FilterName": "GPUImageSobelEdgeDetectionFilter"}]})";
+    measureWithin(state, {"filter", "--pipeline", chain.string(), "-i", photo, "-o", "-"}, kDrawingMemory);
+    std::filesystem::remove(chain);
+}
+void chainTwentyFourMegapixels(benchmark::State& state)
+{
+    chainOfFive(state, lamina::bench::twentyFourMegapixelPhoto());
+}
+BENCHMARK(chainTwentyFourMegapixels)->UseManualTime()->Unit(benchmark::kMillisecond)->Iterations(1);
+void chainHundredMegapixels(benchmark::State& state)
+{
+    chainOfFive(state, lamina::bench::hundredMegapixelPhoto());
+}
+BENCHMARK(chainHundredMegapixels)->UseManualTime()->Unit(benchmark::kMillisecond)->Iterations(1);
 
 struct Export {
     const char* name;

@@ -56,7 +56,7 @@ endfunction()
 function(lamina_test name)
     cmake_parse_arguments(TEST "" "" "SOURCES;LINK" ${ARGN})
     add_executable(${name} ${TEST_SOURCES})
-    target_link_libraries(${name} PRIVATE ${TEST_LINK} test_support GTest::gtest_main lamina_warnings lamina_flags)
+    target_link_libraries(${name} PRIVATE ${TEST_LINK} test_support module_folder GTest::gtest_main lamina_warnings lamina_flags)
     gtest_discover_tests(${name} DISCOVERY_TIMEOUT 60
         PROPERTIES TIMEOUT 300 ENVIRONMENT "XDG_CACHE_HOME=${PROJECT_BINARY_DIR}/test-cache")
 endfunction()

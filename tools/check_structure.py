@@ -4,8 +4,8 @@
     tools/check_structure.py    the layers from the ground up; 1 where something is wrong
 
 Wrong are: an include of a library that is not linked, links or includes that run in a circle, a private header
-(NAME_p.h) outside of its library, two types of one name (each library compiles, and a program that links both runs
-the wrong one's code), a library above 7,000 lines (without blanks and comments).
+(NAME_p.h) outside of its library's folder and those below, two types of one name (each library compiles, and a program
+that links both runs the wrong one's code), a library above 7,000 lines (without blanks and comments).
 """
 
 import argparse
@@ -66,7 +66,7 @@ def owner_of(path, owners):
     return next((owners[folder] for folder in path.parents if folder in owners), None)
 
 
-def faults_of_includes(files, owners, allowed):
+def faults_of_includes(files, owners, folders, allowed):
     """Includes that reach for what they may not, and the files that each file includes."""
     faults, graph = [], {}
     for path, text in files.items():
@@ -77,7 +77,7 @@ def faults_of_includes(files, owners, allowed):
             there = owner_of(name, owners)
             if there != here and there not in allowed.get(here, ()):
                 faults.append(f"{path}: includes {name}, and {here} does not link {there}")
-            if there != here and name.stem.endswith("_p"):
+            if name.stem.endswith("_p") and folders[there] not in path.parents:
                 faults.append(f"{path}: includes {name}, which is private to {there}")
     return faults, graph
 
@@ -109,7 +109,7 @@ def main():
     owners = {folder: name for name, folder in folders.items()}
     paths = tracked("src", suffixes=CPP)
     files = {PurePosixPath(path): read(path) for path in paths}
-    faults, graph = faults_of_includes(files, owners, reachable(links))
+    faults, graph = faults_of_includes(files, owners, folders, reachable(links))
     faults += circle(graph, "files include one another")
     faults += faults_of_names(files)
     faults += [f"{path}: belongs to no library" for path in files if owner_of(path, owners) is None]

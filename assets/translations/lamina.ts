@@ -724,6 +724,10 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>HEIC pictures need lamina-decoder, which is not installed</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>HEIC pictures need libheif</source>
         <translation type="unfinished"></translation>
     </message>
@@ -1444,6 +1448,14 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>TIFF pages coded with JBIG can&apos;t be read</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>TIFF pictures need lamina-decoder, which is not installed</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>TIFF pictures need libtiff</source>
         <translation type="unfinished"></translation>
     </message>
@@ -1477,6 +1489,10 @@
     </message>
     <message>
         <source>Tent</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>That didn’t work</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -1529,6 +1545,10 @@
     </message>
     <message>
         <source>The photo is being changed</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The photo is damaged</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -1864,6 +1884,14 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>is not written to its end</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>is the same file as </source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>it can&apos;t be mended</source>
         <translation type="unfinished"></translation>
     </message>
@@ -1905,6 +1933,10 @@
     </message>
     <message>
         <source>no such folder</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>nobody writes to it</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -1965,6 +1997,10 @@
     </message>
     <message>
         <source>sharpen</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>something went wrong</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -2056,6 +2092,10 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>the file is in use</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>the file is not on this device</source>
         <translation type="unfinished"></translation>
     </message>
@@ -2076,11 +2116,31 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>the picture can&apos;t be read: its decoder can&apos;t be started</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>the picture can&apos;t be read: its decoder stopped</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>the picture can&apos;t be read: its decoder took too long</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>the picture can&apos;t be read: this system can&apos;t confine its decoder</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>the picture has no palette</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
         <source>the picture is damaged</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>the picture is damaged; it is shown as far as it goes</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -2097,6 +2157,10 @@
     </message>
     <message>
         <source>the screen to present stands somewhere else</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>the system has no more threads to give</source>
         <translation type="unfinished"></translation>
     </message>
     <message>

@@ -724,6 +724,10 @@
         <translation>Grau</translation>
     </message>
     <message>
+        <source>HEIC pictures need lamina-decoder, which is not installed</source>
+        <translation>HEIC-Bilder brauchen lamina-decoder, das nicht installiert ist</translation>
+    </message>
+    <message>
         <source>HEIC pictures need libheif</source>
         <translation>HEIC-Bilder brauchen libheif</translation>
     </message>
@@ -1444,6 +1448,14 @@
         <translation>TIFF</translation>
     </message>
     <message>
+        <source>TIFF pages coded with JBIG can&apos;t be read</source>
+        <translation>TIFF-Seiten, die mit JBIG kodiert sind, können nicht gelesen werden</translation>
+    </message>
+    <message>
+        <source>TIFF pictures need lamina-decoder, which is not installed</source>
+        <translation>TIFF-Bilder brauchen lamina-decoder, das nicht installiert ist</translation>
+    </message>
+    <message>
         <source>TIFF pictures need libtiff</source>
         <translation>TIFF-Bilder brauchen libtiff</translation>
     </message>
@@ -1478,6 +1490,10 @@
     <message>
         <source>Tent</source>
         <translation>Zelt</translation>
+    </message>
+    <message>
+        <source>That didn’t work</source>
+        <translation>Das hat nicht geklappt</translation>
     </message>
     <message>
         <source>The arrow keys go to the next photo</source>
@@ -1530,6 +1546,10 @@
     <message>
         <source>The photo is being changed</source>
         <translation>Das Foto wird geändert</translation>
+    </message>
+    <message>
+        <source>The photo is damaged</source>
+        <translation>Das Foto ist beschädigt</translation>
     </message>
     <message>
         <source>The picture</source>
@@ -1864,6 +1884,14 @@
         <translation>ist kein Profil für Druckfarben</translation>
     </message>
     <message>
+        <source>is not written to its end</source>
+        <translation>wird nicht zu Ende geschrieben</translation>
+    </message>
+    <message>
+        <source>is the same file as </source>
+        <translation>ist dieselbe Datei wie </translation>
+    </message>
+    <message>
         <source>it can&apos;t be mended</source>
         <translation>sie lässt sich nicht instand setzen</translation>
     </message>
@@ -1906,6 +1934,10 @@
     <message>
         <source>no such folder</source>
         <translation>den Ordner gibt es nicht</translation>
+    </message>
+    <message>
+        <source>nobody writes to it</source>
+        <translation>niemand schreibt hinein</translation>
     </message>
     <message>
         <source>not a clip that can be read</source>
@@ -1966,6 +1998,10 @@
     <message>
         <source>sharpen</source>
         <translation>Schärfen</translation>
+    </message>
+    <message>
+        <source>something went wrong</source>
+        <translation>etwas ist schiefgegangen</translation>
     </message>
     <message>
         <source>sticker</source>
@@ -2056,6 +2092,10 @@
         <translation>die Datei ist leer</translation>
     </message>
     <message>
+        <source>the file is in use</source>
+        <translation>die Datei wird gerade benutzt</translation>
+    </message>
+    <message>
         <source>the file is not on this device</source>
         <translation>die Datei liegt nicht auf diesem Gerät</translation>
     </message>
@@ -2076,12 +2116,32 @@
         <translation>der Name ist zu lang</translation>
     </message>
     <message>
+        <source>the picture can&apos;t be read: its decoder can&apos;t be started</source>
+        <translation>das Bild kann nicht gelesen werden: sein Decoder lässt sich nicht starten</translation>
+    </message>
+    <message>
+        <source>the picture can&apos;t be read: its decoder stopped</source>
+        <translation>das Bild kann nicht gelesen werden: sein Decoder hat aufgehört</translation>
+    </message>
+    <message>
+        <source>the picture can&apos;t be read: its decoder took too long</source>
+        <translation>das Bild kann nicht gelesen werden: sein Decoder hat zu lange gebraucht</translation>
+    </message>
+    <message>
+        <source>the picture can&apos;t be read: this system can&apos;t confine its decoder</source>
+        <translation>das Bild kann nicht gelesen werden: dieses System kann seinen Decoder nicht einsperren</translation>
+    </message>
+    <message>
         <source>the picture has no palette</source>
         <translation>dem Bild fehlt die Farbpalette</translation>
     </message>
     <message>
         <source>the picture is damaged</source>
         <translation>das Bild ist beschädigt</translation>
+    </message>
+    <message>
+        <source>the picture is damaged; it is shown as far as it goes</source>
+        <translation>das Bild ist beschädigt; es wird gezeigt, so weit es reicht</translation>
     </message>
     <message>
         <source>the picture is not in the colours of print</source>
@@ -2098,6 +2158,10 @@
     <message>
         <source>the screen to present stands somewhere else</source>
         <translation>der Bildschirm, der gezeigt werden soll, steht schon woanders</translation>
+    </message>
+    <message>
+        <source>the system has no more threads to give</source>
+        <translation>das System hat keine weiteren Threads zu vergeben</translation>
     </message>
     <message>
         <source>the thumbnail shows another picture</source>

@@ -1,4 +1,4 @@
-#include "BenchPhotos.h"
+#include "support/BenchPhotos.h"
 
 #include "platform/image/codecs/PictureDecoding.h"
 #include "platform/image/drawing/Resampling.h"
@@ -21,12 +21,23 @@ struct Photo {
     const char* sample;
     IntSize size;
     const char* name;
+    int quality = 95;
 };
 
 constexpr IntSize kTwelveMegapixels{4000, 3000};
 constexpr Photo kLargePhoto{LAMINA_SAMPLES "/meadow.jpg", {11600, 8700}, "100-megapixels"};
 constexpr Photo kPhotoOf64{LAMINA_SAMPLES "/meadow.jpg", {9248, 6936}, "64-megapixels"};
+constexpr Photo kPhotoOf24{LAMINA_SAMPLES "/meadow.jpg", {6000, 4000}, "24-megapixels"};
 constexpr Photo kPhotoOfABlend{LAMINA_SAMPLES "/meadow.jpg", {1125, 1125}, "blend"};
+constexpr IntSize kThreeMegapixels{2000, 1500};
+constexpr Photo kPhotosOfMany[kSmallPhotos] = {
+    {LAMINA_SAMPLES "/meadow.jpg", kThreeMegapixels, "small-0", 85},
+    {LAMINA_SAMPLES "/dunes.jpg", kThreeMegapixels, "small-1", 85},
+    {LAMINA_SAMPLES "/city-rain.jpg", kThreeMegapixels, "small-2", 85},
+    {LAMINA_SAMPLES "/dawn-ridge.jpg", kThreeMegapixels, "small-3", 85},
+    {LAMINA_SAMPLES "/sea-sunset.jpg", kThreeMegapixels, "small-4", 85},
+    {LAMINA_SAMPLES "/aurora-lake.jpg", kThreeMegapixels, "small-5", 85},
+};
 constexpr Photo kPhotos[] = {
     {LAMINA_SAMPLES "/meadow.jpg", kTwelveMegapixels, "0"},
     {LAMINA_SAMPLES "/dunes.jpg", kTwelveMegapixels, "1"},
@@ -42,7 +53,7 @@ void addGrain(std::vector<std::uint8_t>& row, std::mt19937& random)
     }
 }
 
-void writeJpeg(const CGImage& image, const std::string& path)
+void writeJpeg(const CGImage& image, const std::string& path, int quality)
 {
     std::FILE* const file = std::fopen(path.c_str(), "wb");
     if (file == nullptr)
@@ -57,7 +68,7 @@ void writeJpeg(const CGImage& image, const std::string& path)
     encoder.input_components = 4;
     encoder.in_color_space = JCS_EXT_RGBX;
     jpeg_set_defaults(&encoder);
-    jpeg_set_quality(&encoder, 95, TRUE);
+    jpeg_set_quality(&encoder, quality, TRUE);
     jpeg_start_compress(&encoder, TRUE);
     std::mt19937 random(7);
     for (int y = 0; y < image.height(); ++y) {
@@ -79,7 +90,7 @@ void makePhoto(const Photo& photo, const std::string& path)
         std::fprintf(stderr, "%s: %s\n", sample.error().subject.c_str(), sample.error().cause.c_str());
         std::abort();
     }
-    writeJpeg(resampled(sample->cgImage(), photo.size), path + ".new");
+    writeJpeg(resampled(sample->cgImage(), photo.size), path + ".new", photo.quality);
     std::filesystem::rename(path + ".new", path);
 }
 
@@ -118,6 +129,16 @@ std::string hundredMegapixelPhoto()
 std::string sixtyFourMegapixelPhoto()
 {
     return pathOf(kPhotoOf64);
+}
+
+std::string twentyFourMegapixelPhoto()
+{
+    return pathOf(kPhotoOf24);
+}
+
+std::string smallPhoto(int variant)
+{
+    return pathOf(kPhotosOfMany[variant]);
 }
 
 std::string photoOfABlend()

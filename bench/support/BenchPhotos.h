@@ -9,9 +9,14 @@ namespace lamina::bench {
 std::string twelveMegapixelPhoto(int variant = 0);
 /// The same with 11600 × 8700 pixels.
 std::string hundredMegapixelPhoto();
-
 /// The same with 9248 × 6936 pixels.
 std::string sixtyFourMegapixelPhoto();
+/// The same with 6000 × 4000 pixels.
+std::string twentyFourMegapixelPhoto();
+/// The same with 2000 × 1500 pixels at quality 85, about half a megabyte, of any sample.
+std::string smallPhoto(int variant);
+inline constexpr int kSmallPhotos = 6;
+
 /// The same with 1125 × 1125 pixels, as large as what a blend leaves.
 std::string photoOfABlend();
 

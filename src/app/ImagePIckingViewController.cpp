@@ -7,6 +7,7 @@
 #include "platform/base/Localization.h"
 #include "platform/base/UIScreen.h"
 #include "platform/photos/PhotoSource.h"
+#include "platform/view/FailureAlert.h"
 #include "platform/view/UIAlertController.h"
 #include "platform/view/UINavigationController.h"
 #include "platform/view/UIStoryboard.h"
@@ -139,6 +140,7 @@ void ImagePIckingViewController::imagePickerController(UIImagePickerController& 
         crop->pickedSource = photo.source;
         crop->setModalPresentationStyle(UIModalPresentationStyle::CurrentContext);
         self->present(crop, true);
+        presentDamage(*self, {photo.name, photo.damage});
     });
 }
 

@@ -6,6 +6,9 @@
 #include "cli/FilterParsing.h"
 #include "cli/Messages.h"
 #include "gpu/core/TypedValue.h"
+#include "platform/image/codecs/PictureDecoding.h"
+#include "platform/photos/PhotoLoading.h"
+#include "platform/photos/PhotoSource.h"
 
 #include <CLI/Option.hpp>
 #include <algorithm>
@@ -32,7 +35,11 @@ Examples: lamina filter GPUImageSepiaFilter -i beach.jpg --set intensity=0.8 -o 
           lamina filter GPUImageLookupFilter -i beach.jpg -i table.png --set intensity=1 -o graded.png
           lamina filter GPUImageSolidColorGenerator --size 640x480 --set color=0.9,0.8,0.7,1 -o sand.png
           lamina filter GPUImageAverageColor -i beach.jpg --report
-          lamina filter --pipeline old-film.json -i beach.jpg -o film.jpg)";
+          lamina filter --pipeline old-film.json -i beach.jpg -o film.jpg
+          lamina filter GPUImageLookupFilter --each *.jpg -i table.png -o graded/{name}.jpg
+
+Of many pictures each takes the first place among the inputs, and the others are the same for all. --report prints an
+object a line, {"file", "report"}, in the order of the files.)";
 
 /// Whole pixels, written WxH; more than any device draws is cut down to that.
 Result<IntSize> parsePixelSize(const std::string& text)
@@ -51,7 +58,7 @@ Result<IntSize> parsePixelSize(const std::string& text)
 } // namespace
 
 FilterCommand::FilterCommand(CLI::App& application)
-    : PictureCommand(application, "filter", "Pictures through a GPU filter, or one through a chain")
+    : BatchCommand(application, "filter", "Pictures through a GPU filter, or one through a chain")
 {
     options().add_option("NAME", m_name, "The filter; 'lamina filters' lists them")->type_name("");
     options()
@@ -70,6 +77,7 @@ FilterCommand::FilterCommand(CLI::App& application)
         ->type_name("WxH");
     options().add_flag("--report", m_reports,
                        "Print what the filter finds as JSON on standard output; --output may be left out then");
+    addBatch();
     addOutput();
     addQuiet();
     options().footer(kFooter);
@@ -79,7 +87,7 @@ Outcome FilterCommand::checkCount(std::size_t inputs, const std::string& whose) 
 {
     if (!m_sizeText.empty() && !isPipeline() && !m_filter->isGenerator)
         return Error{"--size", "is for generators; " + whose + " needs " + countedPictures(inputs)};
-    const std::size_t given = m_inputs.size();
+    const std::size_t given = m_inputs.size() + (isBatch() ? 1 : 0);
     if (given == inputs)
         return success();
     return Error{name(), whose + " needs " + countedPictures(inputs) + ", " +
@@ -102,11 +110,12 @@ Outcome FilterCommand::checkFilter()
 
 Outcome FilterCommand::checkGenerator()
 {
-    if (m_sizeText.empty() && m_inputs.empty())
+    const bool hasPicture = isBatch() || !m_inputs.empty();
+    if (m_sizeText.empty() && !hasPicture)
         return Error{name(), m_name + " needs a picture or --size WxH, neither was given"};
     if (m_sizeText.empty())
         return checkCount(1, m_name);
-    if (!m_inputs.empty())
+    if (hasPicture)
         return Error{"--size", "a picture gives its own size: leave out one of the two"};
     const Result<IntSize> size = parsePixelSize(m_sizeText);
     if (!size)
@@ -143,6 +152,11 @@ Outcome FilterCommand::check()
     return checkFiles(!m_reports);
 }
 
+std::size_t FilterCommand::memoryLimit() const
+{
+    return kDrawingMemory;
+}
+
 Outcome FilterCommand::readPipeline()
 {
     Result<PipelineConfiguration> configuration = PipelineConfiguration::fromFile(m_pipeline);
@@ -162,7 +176,7 @@ Result<std::vector<UIImage>> FilterCommand::read()
     } else if (const Outcome usable = checkSettings(*m_filter, m_filterSettings); !usable) {
         return usable.error();
     }
-    return PictureCommand::read();
+    return BatchCommand::read();
 }
 
 void FilterCommand::tellReductions(const std::vector<UIImage>& pictures) const
@@ -180,14 +194,54 @@ Result<UIImage> FilterCommand::make(std::vector<UIImage> pictures)
     if (!m_size.isEmpty())
         return generatedPicture(*m_filter, m_filterSettings, m_size);
     tellReductions(pictures);
-    return isPipeline() ? pictureThroughChain(m_chain, pictures.front())
-                        : filteredPicture(*m_filter, m_filterSettings, pictures, m_reports ? &m_report : nullptr);
+    return draw(std::move(pictures), &m_report);
+}
+
+Result<UIImage> FilterCommand::draw(std::vector<UIImage> pictures, FilterReport* report) const
+{
+    return isPipeline()
+               ? pictureThroughChain(m_chain, std::move(pictures.front()))
+               : filteredPicture(*m_filter, m_filterSettings, std::move(pictures), m_reports ? report : nullptr);
+}
+
+Outcome FilterCommand::prepare(std::vector<UIImage> shared)
+{
+    m_shared = std::move(shared);
+    return drawingIsPossible();
+}
+
+std::size_t FilterCommand::memoryFor(IntSize sides) const
+{
+    // Of each pixel: what the codec holds, the picture, its texture, those between the passes, and what comes back.
+    constexpr std::size_t kBytesPerPixel = 32;
+    return kBytesPerPixel * static_cast<std::size_t>(sides.width) * static_cast<std::size_t>(sides.height);
+}
+
+Result<FilterCommand::Made> FilterCommand::makeOf(const PhotoSource& source, std::optional<IntSize> /*sides*/,
+                                                  const DecodeOptions& options)
+{
+    Result<UIImage> first = loadUpright(source, options);
+    if (!first)
+        return first.error();
+    const std::lock_guard lock(m_drawing);
+    const std::string reduced = isQuiet() ? std::string() : reductionNote(*first).value_or(std::string());
+    std::vector<UIImage> pictures{*std::move(first)};
+    pictures.insert(pictures.end(), m_shared.begin(), m_shared.end());
+    FilterReport report;
+    const Result<UIImage> drawn = draw(std::move(pictures), &report);
+    if (!drawn)
+        return drawn.error();
+    Made made{*drawn};
+    if (m_reports)
+        made.report = reportAsJsonLine(source.name, m_filter->reporting.results, report);
+    made.warning = reduced;
+    return made;
 }
 
 ExitCode FilterCommand::deliver(const UIImage& picture)
 {
     if (!output().empty()) {
-        if (const ExitCode written = PictureCommand::deliver(picture); written != ExitCode::Good)
+        if (const ExitCode written = BatchCommand::deliver(picture); written != ExitCode::Good)
             return written;
     }
     return m_reports ? printData(reportAsJson(m_filter->reporting.results, m_report)) : ExitCode::Good;

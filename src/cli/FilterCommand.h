@@ -1,6 +1,7 @@
 #pragma once
 
-#include "cli/PictureCommand.h"
+#include "cli/BatchCommand.h"
+#include "cli/ExitCode.h"
 #include "gpu/core/FilterRegistry.h"
 #include "gpu/core/FilterResults.h"
 #include "gpu/core/GPUImageFilterPipeline.h"
@@ -10,6 +11,8 @@
 
 #include <CLI/App.hpp>
 #include <cstddef>
+#include <mutex>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -17,18 +20,23 @@ namespace lamina {
 
 /// `lamina filter`: pictures through one GPU filter, or one through a chain of them. Everything is checked and read
 /// before a GL context is made.
-class FilterCommand : public PictureCommand {
+class FilterCommand : public BatchCommand {
 public:
     explicit FilterCommand(CLI::App& application);
 
 private:
     std::vector<std::string> inputs() const override { return m_inputs; }
     Outcome check() override;
+    std::size_t memoryLimit() const override;
     /// The chain's file too.
     Result<std::vector<UIImage>> read() override;
     Result<UIImage> make(std::vector<UIImage> pictures) override;
     /// The report too, after the picture, if there is one to write.
     ExitCode deliver(const UIImage& picture) override;
+    Outcome prepare(std::vector<UIImage> shared) override;
+    std::size_t memoryFor(IntSize sides) const override;
+    /// Drawing is for one at a time; reading and writing go on beside it.
+    Result<Made> makeOf(const PhotoSource& source, std::optional<IntSize> sides, const DecodeOptions& options) override;
 
     bool isPipeline() const { return !m_pipeline.empty(); }
     Outcome checkFilter();
@@ -38,6 +46,7 @@ private:
     /// `whose`: what takes so many inputs.
     Outcome checkCount(std::size_t inputs, const std::string& whose) const;
     Outcome readPipeline();
+    Result<UIImage> draw(std::vector<UIImage> pictures, FilterReport* report) const;
     void tellReductions(const std::vector<UIImage>& pictures) const;
 
     std::string m_name;
@@ -52,6 +61,8 @@ private:
     IntSize m_size;                ///< by `check`, for a generator without a picture
     PipelineConfiguration m_chain; ///< by `read`
     FilterReport m_report;         ///< by `make`
+    std::vector<UIImage> m_shared; ///< by `prepare`
+    std::mutex m_drawing;
 };
 
 } // namespace lamina

@@ -7,6 +7,7 @@
 #include "platform/base/Result.h"
 #include "platform/image/pixels/UIImage.h"
 
+#include <cstddef>
 #include <optional>
 #include <string>
 #include <vector>
@@ -20,10 +21,15 @@ Outcome drawingIsPossible();
 /// a side". Nothing when it fits.
 std::optional<std::string> reductionNote(const UIImage& picture);
 
-/// The pictures in slots 0, 1, ... of the filter, of which there are as many. The error names the filter. `report`:
-/// where to put what the filter reports of it; only for one that has results.
+/// Bytes that one drawing takes at most, with all that the process holds meanwhile, textures included where the
+/// processor draws; a picture that would take more is refused before anything is drawn.
+inline constexpr std::size_t kDrawingMemory = 1'600'000'000;
+
+/// The pictures in slots 0, 1, ... of the filter, of which there are as many; each is let go as soon as it is up.
+/// Waits for all of the drawing, of which there is one at a time. The error names the filter. `report`: where to put
+/// what the filter reports of it; only for one that has results.
 Result<UIImage> filteredPicture(const FilterDescription& description, const FilterSettings& settings,
-                                const std::vector<UIImage>& pictures, FilterReport* report = nullptr);
+                                std::vector<UIImage> pictures, FilterReport* report = nullptr);
 
 /// What a generator draws without a picture. The error names the filter.
 Result<UIImage> generatedPicture(const FilterDescription& description, const FilterSettings& settings, IntSize size);
@@ -32,7 +38,7 @@ Result<UIImage> generatedPicture(const FilterDescription& description, const Fil
 /// needs more than one picture.
 Outcome checkPipeline(const PipelineConfiguration& configuration);
 
-/// The picture through a checked chain; the picture itself when the chain is empty. The error names a filter.
-Result<UIImage> pictureThroughChain(const PipelineConfiguration& configuration, const UIImage& picture);
+/// The picture through a checked chain, in the same way; the picture itself when the chain is empty.
+Result<UIImage> pictureThroughChain(const PipelineConfiguration& configuration, UIImage picture);
 
 } // namespace lamina

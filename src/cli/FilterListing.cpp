@@ -377,7 +377,9 @@ std::string filterAsJson(const FilterDescription& filter)
     return entryAsJson(filter).dump(2) + "\n";
 }
 
-std::string reportAsJson(const std::vector<FilterResult>& results, const FilterReport& report)
+namespace {
+
+Json reportObject(const std::vector<FilterResult>& results, const FilterReport& report)
 {
     Json object = Json::object();
     for (std::size_t i = 0; i < results.size(); ++i) {
@@ -388,7 +390,24 @@ std::string reportAsJson(const std::vector<FilterResult>& results, const FilterR
             entries.push_back(valuesAsJson(result, rest.first(length)));
         object[result.name] = result.isList ? std::move(entries) : std::move(entries.at(0));
     }
-    return object.dump(2) + "\n";
+    return object;
+}
+
+} // namespace
+
+std::string reportAsJson(const std::vector<FilterResult>& results, const FilterReport& report)
+{
+    return reportObject(results, report).dump(2) + "\n";
+}
+
+std::string reportAsJsonLine(const std::string& file, const std::vector<FilterResult>& results,
+                             const FilterReport& report)
+{
+    Json line = Json::object();
+    line["file"] = file;
+    line["report"] = reportObject(results, report);
+    // A name need not be a text; what is none in it is replaced.
+    return line.dump(-1, ' ', true, Json::error_handler_t::replace) + "\n";
 }
 
 std::string filtersAsMarkdown(const FilterRegistry& registry)

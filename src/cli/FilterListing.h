@@ -41,6 +41,10 @@ std::string filterAsJson(const FilterDescription& filter);
 /// its fields, or an array of these. Null stands for a number that there is none of.
 std::string reportAsJson(const std::vector<FilterResult>& results, const FilterReport& report);
 
+/// The same of one file of many, on one line: an object {"file", "report"}.
+std::string reportAsJsonLine(const std::string& file, const std::vector<FilterResult>& results,
+                             const FilterReport& report);
+
 /// All filters as a page of Markdown.
 std::string filtersAsMarkdown(const FilterRegistry& registry);
 

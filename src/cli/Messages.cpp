@@ -1,6 +1,10 @@
 #include "cli/Messages.h"
 
-#include <algorithm>
+#include "platform/base/ShownText.h"
+#include "platform/base/StandardStreams.h"
+
+#include <climits>
+#include <cstddef>
 #include <cstdio>
 #include <unistd.h>
 
@@ -8,11 +12,15 @@ namespace lamina {
 
 namespace {
 
-std::string onOneLine(std::string text)
+/// What a message holds of a name, which whoever reads it wants whole, and of all else.
+constexpr std::size_t kLongestSubject = PATH_MAX;
+constexpr std::size_t kLongestCause = 1000;
+
+std::string line(const Error& error)
 {
-    std::replace_if(
-        text.begin(), text.end(), [](char c) { return (c >= 0 && c < ' ') || c == '\x7f'; }, '?');
-    return text;
+    const std::string subject = shownText(beginningOf(error.subject, kLongestSubject));
+    const std::string cause = shownText(beginningOf(error.cause, kLongestCause));
+    return "lamina: " + Error{subject, cause}.message() + "\n";
 }
 
 } // namespace
@@ -25,8 +33,14 @@ ExitCode fail(const Error& error, ExitCode code)
 
 void warn(const Error& warning)
 {
-    const std::string line = "lamina: " + onOneLine(warning.subject) + ": " + onOneLine(warning.cause) + "\n";
-    std::fputs(line.c_str(), stderr);
+    writeMessage(line(warning));
+}
+
+ExitCode failUsage(const std::string& cause, const std::string& command)
+{
+    writeMessage(line({{}, cause}) + "Run 'lamina " + (command.empty() ? "" : command + " ") +
+                 "--help' to see how it is used.\n");
+    return ExitCode::Usage;
 }
 
 ExitCode printData(const std::string& text)
@@ -38,13 +52,13 @@ ExitCode printData(const std::string& text)
 std::string beginning(std::string_view text)
 {
     constexpr std::size_t kShown = 60;
-    return text.size() <= kShown ? std::string(text) : std::string(text.substr(0, kShown)) + "...";
+    return beginningOf(text, kShown);
 }
 
 void note(const std::string& text)
 {
-    if (isatty(STDERR_FILENO))
-        std::fprintf(stderr, "%s\n", text.c_str());
+    if (isatty(messageDescriptor()))
+        writeMessage(shownText(text) + "\n");
 }
 
 } // namespace lamina

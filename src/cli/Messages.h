@@ -8,9 +8,8 @@
 
 namespace lamina {
 
-/// Prints "lamina: SUBJECT: CAUSE" to standard error and returns `code`. Control characters in a file's name are shown
-/// as
-/// '?', so that the message stays one line.
+/// Prints "lamina: SUBJECT: CAUSE" to standard error and returns `code`. It stays one line of some length, whatever
+/// names and texts are in it: see `shownText`.
 ExitCode fail(const Error& error, ExitCode code);
 
 /// Prints a note to standard error where that is a terminal; a script sees nothing.
@@ -22,7 +21,11 @@ void warn(const Error& warning);
 /// Writes to standard output what was asked for.
 ExitCode printData(const std::string& text);
 
-/// Enough of a text to be recognised: a message is a line, whatever was pasted.
+/// Writes what is wrong with a command line, and which help tells how it is right: `command`'s, or that of all where it
+/// is empty.
+ExitCode failUsage(const std::string& cause, const std::string& command);
+
+/// Enough of a text to be recognised: a message is a line, whatever was pasted. Cut between characters.
 std::string beginning(std::string_view text);
 
 } // namespace lamina

@@ -55,6 +55,8 @@ struct Operation {
     UIImage (*perform)(const UIImage& image, const OperationValues& values);
     /// Whether good arguments suit this picture too. Null where any picture will do.
     Outcome (*check)(const UIImage& image, const OperationValues& values) = nullptr;
+    /// Of what scales: the size in points that it gives a picture of `own` points. Null for all else.
+    CGSize (*scaledSize)(CGSize own, const OperationValues& values) = nullptr;
 };
 
 /// All operations, in the order in which they are listed: parsing, help and the machine-readable list go by this table

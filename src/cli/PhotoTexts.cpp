@@ -1,5 +1,6 @@
 #include "cli/PhotoTexts.h"
 
+#include "platform/base/ShownText.h"
 #include "platform/files/FileURL.h"
 #include "platform/photos/PHCollection.h"
 
@@ -17,11 +18,6 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
-bool isControl(char c)
-{
-    return (c >= 0 && c < ' ') || c == '\x7f';
-}
-
 /// What no shell gives a meaning to.
 bool isPlain(char c)
 {
@@ -29,30 +25,48 @@ bool isPlain(char c)
            std::string_view("/._-+,:@%").find(c) != std::string_view::npos;
 }
 
-std::string withReplacements(const std::string& text)
+/// Whether a terminal would take what the text begins with for an order. A pipe is given names that are no UTF-8 as
+/// they are, but for the bytes that some terminals obey.
+bool isOrder(const FirstSign& first, std::string_view text, PathForm form)
 {
-    const std::string quoted = printed(text, -1);
-    return Json::parse(quoted).get<std::string>();
+    const auto byte = static_cast<unsigned char>(text.front());
+    return !first.isShown && (first.isUTF8 || form == PathForm::Terminal || byte < 0xA0);
 }
 
-bool isUTF8(const std::string& text)
+bool holdsOrder(std::string_view text, PathForm form)
 {
-    return withReplacements(text) == text;
+    for (FirstSign first; !text.empty(); text.remove_prefix(first.length)) {
+        first = firstSign(text);
+        if (isOrder(first, text, form))
+            return true;
+    }
+    return false;
 }
 
-/// As what prints it: not every shell has a quotation with escapes. Every byte that can't be shown is three octal
-/// digits, after which no other digit can be taken for one of them.
-std::string quotedWithEscapes(const std::string& path, bool escapeHigh)
+/// Every byte is three octal digits, after which no other digit can be taken for one of them.
+std::string escaped(std::string_view bytes)
+{
+    std::string text;
+    for (const char c : bytes) {
+        const auto digit = [c](int shift) {
+            return static_cast<char>('0' + (static_cast<unsigned char>(c) >> shift & 7));
+        };
+        text.append({'\\', digit(6), digit(3), digit(0)});
+    }
+    return text;
+}
+
+/// As what prints it: not every shell has a quotation with escapes.
+std::string quotedWithEscapes(std::string_view path, PathForm form)
 {
     std::string text = "\"$(printf '";
-    for (const char c : path) {
-        const auto byte = static_cast<unsigned char>(c);
-        if (isControl(c) || c == '\'' || (escapeHigh && byte >= 0x80)) {
-            const auto digit = [byte](int shift) { return static_cast<char>('0' + (byte >> shift & 7)); };
-            text.append({'\\', digit(6), digit(3), digit(0)});
-        } else {
-            text.append(c == '\\' ? "\\" : c == '%' ? "%" : "").append(1, c);
-        }
+    for (FirstSign first; !path.empty(); path.remove_prefix(first.length)) {
+        first = firstSign(path);
+        const std::string_view sign = path.substr(0, first.length);
+        if (sign == "'" || isOrder(first, path, form))
+            text += escaped(sign);
+        else
+            text.append(sign == "\\" ? "\\" : sign == "%" ? "%" : "").append(sign);
     }
     return text + "')\"";
 }
@@ -78,13 +92,6 @@ std::size_t widthOf(const std::string& text)
         std::count_if(text.begin(), text.end(), [](char c) { return (static_cast<unsigned char>(c) & 0xC0) != 0x80; }));
 }
 
-/// A folder's name may hold anything.
-std::string onOneLine(std::string text)
-{
-    std::replace_if(text.begin(), text.end(), isControl, '?');
-    return text;
-}
-
 const char* kindOf(const PHAssetCollection& album)
 {
     return album.assetCollectionType == PHAssetCollectionType::SmartAlbum ? "smart" : "user";
@@ -96,10 +103,8 @@ std::string pathText(const std::string& path, PathForm form)
 {
     if (form == PathForm::Null)
         return path + '\0';
-    const bool hasControl = std::any_of(path.begin(), path.end(), isControl);
-    const bool isText = form == PathForm::Line || isUTF8(path);
-    if (hasControl || !isText)
-        return quotedWithEscapes(path, !isText) + '\n';
+    if (holdsOrder(path, form))
+        return quotedWithEscapes(path, form) + '\n';
     if (form == PathForm::Terminal && !std::all_of(path.begin(), path.end(), isPlain))
         return quoted(path) + '\n';
     return path + '\n';
@@ -124,7 +129,7 @@ Json assetAsJSON(const PHAsset& asset)
 
 std::string printed(const Json& json, int indent)
 {
-    return json.dump(indent, ' ', false, Json::error_handler_t::replace);
+    return json.dump(indent, ' ', true, Json::error_handler_t::replace);
 }
 
 std::string isoDate(double seconds)
@@ -151,17 +156,17 @@ std::string albumsAsText(const std::vector<CollectionItem>& albums)
     std::size_t titleWidth = 0;
     for (const CollectionItem& item : albums) {
         countWidth = std::max(countWidth, std::to_string(item.assets.count()).size());
-        titleWidth = std::max(titleWidth, widthOf(item.collection.localizedTitle));
+        titleWidth = std::max(titleWidth, widthOf(shownText(item.collection.localizedTitle)));
     }
     std::string text;
     for (const auto& [collection, assets] : albums) {
         const std::string count = std::to_string(assets.count());
-        const std::string title = onOneLine(collection.localizedTitle);
+        const std::string title = shownText(collection.localizedTitle);
         std::string kind = kindOf(collection);
         kind.resize(5, ' ');
         std::string line = std::string(countWidth - count.size(), ' ') + count + "  " + kind + "  " + title;
         if (!collection.path.empty())
-            line += std::string(titleWidth - widthOf(title) + 2, ' ') + onOneLine(collection.path);
+            line += std::string(titleWidth - widthOf(title) + 2, ' ') + shownText(collection.path);
         text += line + '\n';
     }
     return text;

@@ -11,7 +11,7 @@ namespace lamina {
 
 /// How paths are written on standard output.
 enum class PathForm {
-    Line,     ///< as they are, one a line; one with control characters is quoted, so that it stays one
+    Line,     ///< as they are, one a line; one that a terminal would obey (`shownText`) is quoted, and so stays one
     Terminal, ///< the same, but quoted wherever a shell would not take it for one word
     Null      ///< as they are, each with a byte 0 behind it
 };

@@ -2,6 +2,7 @@
 
 #include "cli/Messages.h"
 #include "platform/base/DispatchQueue.h"
+#include "platform/base/ExceptionCause.h"
 #include "platform/photos/PHCollection.h"
 #include "platform/photos/PHFetchResultChangeDetails.h"
 #include "platform/photos/PHPhotoLibrary.h"
@@ -11,6 +12,7 @@
 #include <memory>
 #include <optional>
 #include <poll.h>
+#include <system_error>
 #include <thread>
 #include <unistd.h>
 #include <unordered_set>
@@ -143,10 +145,14 @@ ExitCode watchPhotos(const std::function<std::string(PhotoEvent event, const PHA
     PHPhotoLibrary::registerChangeObserver(watch);
     if (!isQuiet)
         note("Watching " + std::to_string(watch->count()) + " photos; Ctrl+C ends it.");
-    std::thread([isOver] {
-        waitForReaderToLeave(STDOUT_FILENO);
-        DispatchQueue::main().async([isOver] { *isOver = true; });
-    }).detach();
+    try {
+        std::thread([isOver] {
+            waitForReaderToLeave(STDOUT_FILENO);
+            DispatchQueue::main().async([isOver] { *isOver = true; });
+        }).detach();
+    } catch (const std::system_error&) { // nor would there be one that looks at the folders
+        return fail({"photos watch", cause::kNoThread}, ExitCode::Failed);
+    }
     DispatchQueue::main().runUntil([isOver] { return *isOver; });
     return code;
 }

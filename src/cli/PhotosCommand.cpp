@@ -129,6 +129,8 @@ ExitCode PhotosCommand::run()
     if (m_watch->parsed())
         return watch();
     PHPhotoLibrary::waitUntilComplete();
+    if (!PHPhotoLibrary::isComplete())
+        return fail({"photos", "the library can't be read to its end"}, ExitCode::Failed);
     return m_albums->parsed() ? listAlbums() : listPhotos();
 }
 

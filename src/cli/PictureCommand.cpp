@@ -40,7 +40,7 @@ Outcome PictureCommand::checkOutput() const
 
 Result<std::vector<UIImage>> PictureCommand::read()
 {
-    return readPictures(inputs());
+    return readPictures(inputs(), 0, memoryLimit());
 }
 
 ExitCode PictureCommand::deliver(const UIImage& picture)

@@ -3,9 +3,11 @@
 #include "cli/Command.h"
 #include "cli/ExitCode.h"
 #include "platform/base/Result.h"
+#include "platform/image/codecs/PictureDecoding.h"
 #include "platform/image/pixels/UIImage.h"
 
 #include <CLI/App.hpp>
+#include <cstddef>
 #include <string>
 #include <vector>
 
@@ -36,6 +38,8 @@ protected:
     /// Whether the output could be written by its name alone: a picture of a format that its extension tells.
     virtual Outcome checkOutput() const;
 
+    /// The most memory for the pixels of what is worked on at a time, in bytes.
+    virtual std::size_t memoryLimit() const { return DecodeOptions().memoryLimit; }
     /// Reads what `inputs` names, upright and in full size, one after the other. What fails is an input.
     virtual Result<std::vector<UIImage>> read();
     /// The picture, from as many as `read` gave.

@@ -40,6 +40,15 @@ const PictureFormat* formatOf(const std::string& path)
     return format && format->encoder ? format : nullptr;
 }
 
+/// The picture as a file of the format that the name asks for, PNG where it asks for none.
+Result<std::vector<std::uint8_t>> encodedFor(const std::string& path, const UIImage& picture)
+{
+    const PictureFormat* format = formatOf(path);
+    ImageSavingOptions options;
+    options.uti = format ? format->uti : kUTTypePNG;
+    return encodeImage(picture, options, path);
+}
+
 } // namespace
 
 std::string outputExtensions()
@@ -65,13 +74,16 @@ Outcome writePicture(const UIImage& picture, const std::string& path)
 {
     if (path == "-" && isatty(STDOUT_FILENO))
         return Error{kStandardOutput, "is a terminal; send the picture to a file or a program"};
-    const PictureFormat* format = formatOf(path);
-    ImageSavingOptions options;
-    options.uti = format ? format->uti : kUTTypePNG;
-    const Result<std::vector<std::uint8_t>> file = encodeImage(picture, options, path);
+    const Result<std::vector<std::uint8_t>> file = encodedFor(path, picture);
     if (!file)
         return file.error();
     return path == "-" ? writeStandardOutput(*file) : writeFileAtomically(path, *file);
+}
+
+Outcome writePicture(const UIImage& picture, const std::string& path, FileBatch& files)
+{
+    const Result<std::vector<std::uint8_t>> file = encodedFor(path, picture);
+    return file ? files.write(path, *file) : Outcome(file.error());
 }
 
 std::string sizeInPixels(IntSize size)

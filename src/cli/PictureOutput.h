@@ -3,6 +3,7 @@
 #include "cli/ExitCode.h"
 #include "platform/base/CGGeometry.h"
 #include "platform/base/Result.h"
+#include "platform/files/FileBatch.h"
 #include "platform/image/pixels/UIImage.h"
 
 #include <string>
@@ -19,6 +20,9 @@ Outcome checkOutputName(const std::string& path);
 /// Writes the picture to `path` in the format of its name, whole or not at all, or as PNG to standard output for "-".
 /// Formats without alpha get a white ground.
 Outcome writePicture(const UIImage& picture, const std::string& path);
+
+/// The same into a file that `files` writes.
+Outcome writePicture(const UIImage& picture, const std::string& path, FileBatch& files);
 
 /// "1125 x 844 pixels".
 std::string sizeInPixels(IntSize size);

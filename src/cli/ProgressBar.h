@@ -1,5 +1,9 @@
 #pragma once
 
+#include <chrono>
+#include <functional>
+#include <string>
+
 namespace lamina {
 
 /// A bar on standard error, where that is a terminal, that goes away with its owner. One thread at a time.
@@ -13,10 +17,18 @@ public:
 
     /// What is done, 0 to 1. Drawn anew when the number on it changes.
     void show(double done);
+    /// The same with words behind the bar, which are asked for ten times a second at most.
+    void show(double done, const std::function<std::string()>& words);
+    /// Takes the bar away, so that a line can be printed; the next `show` draws it again.
+    void hide();
 
 private:
+    void draw(double done, const std::string& words);
+
     bool m_shown;
+    bool m_isDrawn = false;
     int m_percent = -1;
+    std::chrono::steady_clock::time_point m_next;
 };
 
 } // namespace lamina

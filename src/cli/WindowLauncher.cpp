@@ -1,6 +1,7 @@
 #include "cli/WindowLauncher.h"
 
 #include "cli/Messages.h"
+#include "platform/base/StandardStreams.h"
 #include "platform/files/ProgramFolder.h"
 
 #include <cerrno>
@@ -25,6 +26,7 @@ ExitCode becomeWindow(const std::vector<std::string>& arguments)
         argv.push_back(text.data());
     argv.push_back(nullptr);
 
+    shareStandardErrorAgain();
     if (const std::string folder = programFolder(); !folder.empty())
         execv((folder + '/' + kWindowProgram).c_str(), argv.data());
     execvp(kWindowProgram, argv.data());

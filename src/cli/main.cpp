@@ -12,13 +12,17 @@
 #include "cli/StickersCommand.h"
 #include "cli/WindowLauncher.h"
 #include "platform/base/Result.h"
+#include "platform/base/StandardStreams.h"
 #include "platform/files/FileURL.h"
+#include "platform/files/UnexpectedEnd.h"
 
 #include <CLI/CLI.hpp>
-#include <cstdio>
+#include <cstdlib>
 #include <filesystem>
 #include <initializer_list>
+#include <sstream>
 #include <string>
+#include <string_view>
 #include <system_error>
 #include <vector>
 
@@ -26,15 +30,28 @@ using namespace lamina;
 
 namespace {
 
-int usageError(const CLI::App& application, const CLI::ParseError& error)
+/// Lines of libraries that write to standard error by themselves are for those who look for a fault.
+bool hidesLinesOfLibraries()
 {
-    // Help and version are thrown too, with code 0; their texts are data.
-    if (error.get_exit_code() == 0)
-        return application.exit(error);
+    if (const char* const said = std::getenv("LAMINA_LIBRARY_LINES"))
+        return std::string_view(said) == "hide";
+#ifdef NDEBUG
+    return true;
+#else
+    return false;
+#endif
+}
+
+ExitCode endOfParsing(const CLI::App& application, const CLI::ParseError& error)
+{
+    // Help is thrown too, with code 0; its text is data.
+    if (error.get_exit_code() == 0) {
+        std::ostringstream text;
+        application.exit(error, text, text);
+        return printData(text.str());
+    }
     const std::vector<CLI::App*> chosen = application.get_subcommands();
-    const std::string command = chosen.empty() ? "" : chosen.front()->get_name() + " ";
-    std::fprintf(stderr, "lamina: %s\nRun 'lamina %s--help' to see how it is used.\n", error.what(), command.c_str());
-    return static_cast<int>(ExitCode::Usage);
+    return failUsage(error.what(), chosen.empty() ? "" : chosen.front()->get_name());
 }
 
 /// A word that is neither a subcommand nor a file was most likely meant as one of them.
@@ -49,15 +66,13 @@ Outcome checkPhotos(const std::vector<std::string>& photos)
     return success();
 }
 
-} // namespace
-
-int main(int argc, char** argv)
+ExitCode run(int argc, char** argv)
 {
-    installInterruptionHandlers();
-
     CLI::App application("Composes photos. Without a subcommand it opens the window; with one it works from the shell.",
                          "lamina");
-    application.set_version_flag("--version", "lamina " LAMINA_VERSION, "Print the version and leave");
+    // The parser's own flag for it throws, and that costs a start a megabyte and a millisecond.
+    bool wantsVersion = false;
+    application.add_flag("--version", wantsVersion, "Print the version and leave");
     application.set_help_flag("-h,--help", "Print this help and leave");
     application.require_subcommand(0, 1);
     std::string screen;
@@ -92,18 +107,19 @@ int main(int argc, char** argv)
     try {
         application.parse(argc, argv);
     } catch (const CLI::ParseError& error) {
-        return usageError(application, error);
+        return endOfParsing(application, error);
     }
+    if (wantsVersion)
+        return printData("lamina " LAMINA_VERSION "\n");
     for (Command* command :
          std::initializer_list<Command*>{&blend, &collage, &op, &filter, &filters, &exporting, &stickers, &photos}) {
         if (command->isChosen() && pictures.empty())
-            return static_cast<int>(command->run());
+            return command->run();
         if (command->isChosen())
-            return static_cast<int>(
-                fail({beginning(pictures.front()), "stands before the subcommand"}, ExitCode::Usage));
+            return fail({beginning(pictures.front()), "stands before the subcommand"}, ExitCode::Usage);
     }
     if (const Outcome found = checkPhotos(pictures); !found)
-        return static_cast<int>(fail(found.error(), ExitCode::Usage));
+        return fail(found.error(), ExitCode::Usage);
     std::vector<std::string> window;
     if (!screen.empty())
         window.insert(window.end(), {"--screen", screen});
@@ -112,5 +128,18 @@ int main(int argc, char** argv)
     if (!pictures.empty())
         window.emplace_back("--"); // a name may begin with a dash
     window.insert(window.end(), pictures.begin(), pictures.end());
-    return static_cast<int>(becomeWindow(window));
+    return becomeWindow(window);
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    openStandardStreams();
+    const bool hidesLines = hidesLinesOfLibraries();
+    if (hidesLines)
+        keepStandardErrorToOurselves();
+    installLastNets("lamina", hidesLines);
+    installInterruptionHandlers();
+    return withoutExceptions("lamina", [&] { return static_cast<int>(run(argc, argv)); });
 }

@@ -69,6 +69,13 @@ enum ScaleMode : int {
     ScaleModeCover = 2,
 };
 
+/// The size that a picture of `own` points is scaled to, in points, of which `scaleToFillSize` truncates the pixels:
+/// for those who must know it before they have the picture. Nothing useful comes of sides that are not positive and
+/// finite.
+CGSize scaledSize(CGSize own, CGSize size, int mode);
+/// The same for `scaleByFactor`.
+CGSize scaledSize(CGSize own, float factor);
+
 /// `scaleToFillSize` of the picture's size × `factor`.
 UIImage scaleByFactor(const UIImage& image, float factor);
 /// By mode: `scaleToFitSize`, `scaleToCoverSize` or `scaleToFillSize`.

@@ -1,5 +1,6 @@
 #include "picker/YMSPhotoPickerViewController.h"
 
+#include "picker/PickerTexts.h"
 #include "picker/YMSPhotoCell.h"
 #include "picker/YMSPhotoHelper.h"
 #include "picker/YMSSinglePhotoViewController.h"
@@ -15,6 +16,7 @@
 #include "platform/view/UIBarButtonItem.h"
 
 #include <algorithm>
+#include <memory>
 #include <set>
 #include <string>
 #include <utility>
@@ -28,9 +30,12 @@ namespace {
 constexpr int kCameraItem = 0;
 
 /// How a photo is asked for that is handed on: as it is, wherever it has to be fetched from.
-constexpr PHImageRequestOptions kFullImage{.deliveryMode = PHImageRequestOptionsDeliveryMode::HighQualityFormat,
-                                           .networkAccessAllowed = true,
-                                           .resizeMode = PHImageRequestOptionsResizeMode::Exact};
+PHImageRequestOptions fullImageOptions()
+{
+    return {.deliveryMode = PHImageRequestOptionsDeliveryMode::HighQualityFormat,
+            .networkAccessAllowed = true,
+            .resizeMode = PHImageRequestOptionsResizeMode::Exact};
+}
 
 CGSize fullSizeOf(const PHAsset& asset)
 {
@@ -226,11 +231,17 @@ void YMSPhotoPickerViewController::requestFullImage(const PHAsset& asset)
 {
     cancelFullImage();
     m_isReadingFullImage = true;
+    PHImageRequestOptions options = fullImageOptions();
+    const auto damage = std::make_shared<Error>(Error{shownFileName(asset).toStdString(), {}});
+    options.warningHandler = [damage](const std::string& warning) { damage->cause = warning; };
     m_fullImageRequest =
-        m_imageManager->requestImageForAsset(asset, fullSizeOf(asset), PHImageContentMode::AspectFill, kFullImage,
-                                             [self = weakSelf(), asset](const UIImage& image) {
-                                                 if (const auto picker = self.lock())
-                                                     picker->fullImageArrived(asset, image);
+        m_imageManager->requestImageForAsset(asset, fullSizeOf(asset), PHImageContentMode::AspectFill, options,
+                                             [self = weakSelf(), asset, damage](const UIImage& image) {
+                                                 const auto picker = self.lock();
+                                                 if (!picker)
+                                                     return;
+                                                 picker->fullImageArrived(asset, image);
+                                                 presentDamage(*picker, *damage);
                                              });
 }
 
@@ -248,16 +259,20 @@ void YMSPhotoPickerViewController::findFailure(const PHAsset& asset)
 {
     pictureQueue().async([self = weakSelf(), asset, count = m_fullImageCount,
                           expected = DispatchQueue::main().expectWork()] {
-        auto read = loadAssetPicture({asset, fullSizeOf(asset), PHImageContentMode::AspectFill, kFullImage.resizeMode},
-                                     nullptr);
-        DispatchQueue::main().async([self, count, read = std::move(read)] {
+        Error damage{shownFileName(asset).toStdString(), {}};
+        auto read =
+            loadAssetPicture({asset, fullSizeOf(asset), PHImageContentMode::AspectFill, fullImageOptions().resizeMode},
+                             nullptr, &damage.cause);
+        DispatchQueue::main().async([self, count, read = std::move(read), damage] {
             const auto picker = self.lock();
             if (!picker || picker->m_fullImageCount != count)
                 return;
-            if (read)
-                picker->deliver(yms_orientationNormalizedImage(*read));
-            else
+            if (!read) {
                 picker->tellFailure(read.error());
+                return;
+            }
+            picker->deliver(yms_orientationNormalizedImage(*read));
+            presentDamage(*picker, damage);
         });
     });
 }

@@ -2,6 +2,8 @@
 
 #include "hud/BusyPanel.h"
 #include "hud/SVProgressHUD.h"
+#include "platform/base/Result.h"
+#include "platform/view/FailureAlert.h"
 #include "platform/view/PictureWork.h"
 #include "platform/view/UIViewController.h"
 
@@ -20,9 +22,12 @@ void readPhotosBehindPanel(UIViewController& screen, std::vector<PhotoSource> ph
     inBackground<PickedPhotos>(
         screen.weak_from_this(),
         [photos = std::move(photos), size, cancelled] { return loadPickedPhotos(photos, size, *cancelled); },
-        [cancelled, done = std::move(done)](PickedPhotos read) {
+        [cancelled, &screen, done = std::move(done)](PickedPhotos read) {
             SVProgressHUD::dismiss();
+            const std::vector<Error> damages = *cancelled ? std::vector<Error>() : std::move(read.damages);
             done(*cancelled ? std::nullopt : std::optional(std::move(read)));
+            for (const Error& damage : damages)
+                presentDamage(screen, damage);
         });
 }
 

@@ -2,17 +2,17 @@
 
 #include "picker/PickerTexts.h"
 #include "platform/base/Log.h"
+#include "platform/base/MemoryGate.h"
 #include "platform/base/SideBySide.h"
 #include "platform/base/UIScreen.h"
 #include "platform/image/codecs/PictureFacts.h"
 #include "platform/photos/AssetPicture.h"
 #include "platform/photos/PHImageRequestOptions.h"
+#include "platform/photos/PhotoLoading.h"
 
 #include <algorithm>
-#include <condition_variable>
 #include <cstddef>
-#include <cstdint>
-#include <mutex>
+#include <string>
 #include <utility>
 
 namespace lamina {
@@ -24,41 +24,12 @@ constexpr double kImageMargin = 40;
 /// How far an editor lets photos be enlarged: at the screen's width they keep a pixel for each point then.
 constexpr double kDeepestZoom = 6;
 /// Bytes of pixels that are read at a time; a photo that has more is read alone.
-constexpr std::int64_t kMemoryAtATime = std::int64_t{256} << 20;
-
-/// Lets readers wait for the memory that others hold.
-class MemoryGate {
-public:
-    void enter(std::int64_t bytes)
-    {
-        std::unique_lock lock(m_mutex);
-        m_left.wait(lock, [&] { return m_held == 0 || m_held + bytes <= kMemoryAtATime; });
-        m_held += bytes;
-    }
-    void leave(std::int64_t bytes)
-    {
-        {
-            const std::scoped_lock lock(m_mutex);
-            m_held -= bytes;
-        }
-        m_left.notify_all();
-    }
-
-private:
-    std::mutex m_mutex;
-    std::condition_variable m_left;
-    std::int64_t m_held = 0;
-};
-
-Result<PictureFacts> factsOf(const PhotoSource& photo)
-{
-    return photo.bytes ? readPictureFacts(*photo.bytes, photo.name) : readPictureFacts(photo.path);
-}
+constexpr std::size_t kMemoryAtATime = std::size_t{256} << 20;
 
 Result<UIImage> loadPickedPhoto(const PhotoSource& photo, const PickedPhotoSize& size, MemoryGate& gate,
-                                const std::atomic<bool>& cancelled)
+                                const std::atomic<bool>& cancelled, std::string& warning)
 {
-    const Result<PictureFacts> facts = factsOf(photo); // a library may not have come to them yet
+    const Result<PictureFacts> facts = photoFacts(photo); // a library may not have come to them yet
     if (!facts)
         return facts.error();
     AssetPictureRequest request;
@@ -67,11 +38,9 @@ Result<UIImage> loadPickedPhoto(const PhotoSource& photo, const PickedPhotoSize&
     request.targetSize = pickedPhotoSize({static_cast<double>(facts->width), static_cast<double>(facts->height)}, size);
     request.contentMode = PHImageContentMode::AspectFill;
     request.resizeMode = PHImageRequestOptionsResizeMode::Exact;
-    const std::int64_t bytes = std::int64_t{4} * facts->width * facts->height;
-    gate.enter(bytes);
-    Result<UIImage> image = loadAssetPicture(photo, request, &cancelled);
-    gate.leave(bytes);
-    return image;
+    const MemoryGate::Pass pass =
+        gate.enter(4 * static_cast<std::size_t>(facts->width) * static_cast<std::size_t>(facts->height));
+    return loadAssetPicture(photo, request, &cancelled, &warning);
 }
 
 } // namespace
@@ -103,16 +72,21 @@ std::vector<PhotoSource> photoSources(const std::vector<PHAsset>& assets)
 PickedPhotos loadPickedPhotos(const std::vector<PhotoSource>& photos, const PickedPhotoSize& size,
                               const std::atomic<bool>& cancelled)
 {
-    MemoryGate gate;
-    std::vector<Result<UIImage>> read = sideBySide(
-        photos.size(), [&](std::size_t index) { return loadPickedPhoto(photos[index], size, gate, cancelled); });
+    MemoryGate gate(kMemoryAtATime);
+    std::vector<std::string> warnings(photos.size());
+    std::vector<Result<UIImage>> read = sideBySide(photos.size(), [&](std::size_t index) {
+        return loadPickedPhoto(photos[index], size, gate, cancelled, warnings[index]);
+    });
     PickedPhotos picked;
     for (std::size_t index = 0; index < photos.size() && !cancelled; ++index) {
+        const std::string name = shownName(photos[index].name).toStdString();
         if (read[index]) {
             picked.images.push_back(*std::move(read[index]));
+            if (!warnings[index].empty())
+                picked.damages.push_back({name, warnings[index]});
         } else {
             logWarning(read[index].error().message());
-            picked.failures.push_back({shownName(photos[index].name).toStdString(), read[index].error().cause});
+            picked.failures.push_back({name, read[index].error().cause});
         }
     }
     return picked;

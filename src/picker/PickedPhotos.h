@@ -29,6 +29,7 @@ CGSize pickedPhotoSize(CGSize own, const PickedPhotoSize& size);
 struct PickedPhotos {
     std::vector<UIImage> images; ///< those that could be read, in the order of choice, upright
     std::vector<Error> failures; ///< of the others; the subject is the file's name as it is shown
+    std::vector<Error> damages;  ///< of pictures that are damaged and shown as far as they go
 };
 
 /// The files of the assets.

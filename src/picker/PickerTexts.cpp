@@ -1,6 +1,7 @@
 #include "picker/PickerTexts.h"
 
 #include "platform/base/Localization.h"
+#include "platform/base/ShownText.h"
 #include "platform/photos/PHAsset.h"
 
 #include <QCoreApplication>
@@ -8,7 +9,6 @@
 #include <QLocale>
 #include <QRegularExpression>
 
-#include <algorithm>
 #include <cmath>
 #include <filesystem>
 
@@ -48,10 +48,7 @@ QString photosText(std::size_t count)
 
 QString shownName(const std::string& name)
 {
-    QString shown = QString::fromStdString(name);
-    std::ranges::replace_if(
-        shown, [](QChar sign) { return sign.category() == QChar::Other_Control; }, QChar(QChar::ReplacementCharacter));
-    return shown;
+    return QString::fromStdString(shownText(name, kReplacementSign));
 }
 
 QString shownFileName(const PHAsset& photo)

@@ -226,7 +226,8 @@ void YMSSinglePhotoViewController::findFailure()
     AssetPictureRequest request{m_currentAsset, {1, 1}};
     runShortPictureWork([weak = weak_from_this(), request = std::move(request),
                          expected = DispatchQueue::main().expectWork()]() mutable {
-        const Result<UIImage> picture = loadAssetPicture(request, nullptr);
+        std::string damage; // isn't why there is no picture
+        const Result<UIImage> picture = loadAssetPicture(request, nullptr, &damage);
         DispatchQueue::main().async([weak = std::move(weak), request = std::move(request),
                                      cause = picture ? std::string(cause::kNoMemory) : picture.error().cause] {
             const auto self = std::static_pointer_cast<YMSSinglePhotoViewController>(weak.lock());

@@ -146,6 +146,15 @@ TEST_F(HomeScreen, LargePhotosAreReducedAndTheirReadingCanBeCancelled)
     EXPECT_TRUE(home->chosenImages[0].isIdenticalTo(before));
 }
 
+TEST_F(HomeScreen, ADamagedPhotoIsUsedAndToldOf)
+{
+    writeFile(folder.path("broken.jpg"), damagedPhoto());
+    pick("twoPhoto", {"a.png", "broken.jpg"});
+    EXPECT_EQ(alertText(), "The photo is damaged / broken.jpg: the picture is damaged; it is shown as far as it goes.");
+    ASSERT_TRUE(top<CreateCollageViewController>());
+    EXPECT_EQ(top<CreateCollageViewController>()->selectedImages().size(), 2u);
+}
+
 TEST_F(HomeScreen, AnotherNumberOfPhotosOpensNothing)
 {
     const struct {

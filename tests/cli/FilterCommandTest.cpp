@@ -37,6 +37,21 @@ TEST_F(FilterCommand, AGeneratorDrawsAtASize)
                             })));
 }
 
+TEST_F(FilterCommand, AChainMayComeThroughAPipe)
+{
+    writeFile(folder.path("chain.json"), R"({"Filters": [{"FilterName": "GPUImageColorInvertFilter"}]})");
+    const CGImage inverted = picture("cat chain.json | lamina filter --pipeline /dev/stdin -i flat.png -o out.png -q");
+    EXPECT_TRUE(pixelMatches(inverted, 5, 5, {155, 55, 215, 255}, 1));
+}
+
+TEST_F(FilterCommand, WhatWouldNotFitIsRefusedBeforeItIsDrawn)
+{
+    const CommandResult run = shell("lamina filter GPUImageSolidColorGenerator --size 16000x16000 -o out.png");
+    EXPECT_EQ(run.exitCode, 1);
+    EXPECT_THAT(run.errors, HasSubstr("16000 x 16000 pixels"));
+    EXPECT_LT(run.peakKilobytes, 500'000);
+}
+
 TEST_F(FilterCommand, TheListsKnowTheSameFilters)
 {
     const std::string text = shell("lamina filters").output;

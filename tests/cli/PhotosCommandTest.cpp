@@ -167,7 +167,7 @@ TEST_F(PhotosCommand, WatchesUntilItIsStopped)
         "cp small.png Photos/probe.png; for i in $(seq 100); do [ -s lines ] && break; sleep 0.1; touch "
         "Photos/probe.png; done; rm Photos/probe.png; sleep 0.5; : >lines; "
         "cp small.png Photos/a.png; await 1; cp flat.png Photos/a.png; await 2; mv Photos/a.png \"Photos/b c.png\"; "
-        "await 4; rm \"Photos/b c.png\"; await 5; kill -INT $watch; wait $watch; echo $?; cat lines");
+        "await 4; rm \"Photos/b c.png\"; await 5; kill -TERM $watch; wait $watch; echo $?; cat lines");
     std::string told;
     for (std::size_t at = 0; (at = run.output.find("\"event\":\"", at)) != std::string::npos; at += 9)
         told += run.output.substr(at + 9, run.output.find('"', at + 9) - at - 9) + ' ';

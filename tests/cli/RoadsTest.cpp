@@ -56,6 +56,41 @@ TEST_F(Roads, DifferentRoadsLeadToTheSameBytes)
     }
 }
 
+TEST_F(Roads, DamagedPhotosAreUsedAndToldOfOnce)
+{
+    writeFile(folder.path("damaged.jpg"), damagedPhoto());
+    const std::string told = ": the picture is damaged; it is shown as far as it goes\n";
+    const std::string named = "lamina: damaged.jpg" + told;
+    for (const auto& [line, message] : std::vector<std::pair<std::string, std::string>>{
+             {"op invert -i damaged.jpg -o out.png", named},
+             {"op scaleToFitSize=8x8 -i - -o out.png <damaged.jpg", "lamina: standard input" + told},
+             {"op invert --each damaged.jpg small.png -o out.{name}.png", named},
+             {"blend damaged.jpg damaged.jpg -o out.png", named + named},
+             {"collage damaged.jpg flat.png -o out.png", named},
+             {"export jpg -i damaged.jpg -o out.jpg", named},
+             {"op invert -i flat.png -o out.png", ""}}) {
+        SCOPED_TRACE(line);
+        const CommandResult run = shell("lamina " + line);
+        EXPECT_EQ(run.exitCode, 0);
+        EXPECT_EQ(run.errors, message);
+    }
+}
+
+// 200 MB that are no picture: held once, and refused where there is no room for them.
+TEST_F(Roads, StandardInputIsHeldOnce)
+{
+    const std::string line = "head -c 200000000 /dev/zero 2>/dev/null | lamina op invert -i - -o out.png";
+    const CommandResult whole = shell(line);
+    EXPECT_EQ(whole.exitCode, 3);
+    EXPECT_EQ(whole.errors, "lamina: standard input: not a picture\n");
+#if !defined(__SANITIZE_ADDRESS__) // which needs room without end
+    EXPECT_LT(whole.peakKilobytes, 260'000);
+    const CommandResult tight = shell("ulimit -v 200000; " + line);
+    EXPECT_EQ(tight.exitCode, 3);
+    EXPECT_EQ(tight.errors, "lamina: standard input: not enough memory\n");
+#endif
+}
+
 TEST_F(Roads, TheSameBytesComeOfAnyNumberOfCores)
 {
     const std::string photo = "'" + samples("meadow.jpg") + "'";

@@ -1,8 +1,8 @@
 // Every test drives the real window on the offscreen platform, on a session bus and in a home of its own.
 #include "OwnHome.h"
 #include "PrivateBus.h"
+#include "platform/host/GuardedApplication.h"
 
-#include <QGuiApplication>
 #include <QQuickWindow>
 
 #include <gtest/gtest.h>
@@ -21,6 +21,6 @@ int main(int argc, char** argv)
     qputenv("LAMINA_REDUCED_MOTION", "1");
     qputenv("LC_ALL", "C.UTF-8");
     QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
-    QGuiApplication qt(argc, argv);
+    const lamina::GuardedApplication qt(argc, argv);
     return RUN_ALL_TESTS();
 }

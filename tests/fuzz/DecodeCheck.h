@@ -20,9 +20,9 @@ namespace lamina {
 inline constexpr std::size_t kFuzzMemoryLimit = std::size_t{32} << 20;
 
 /// What is wrong with the outcome of a decoder, whatever the file was; empty when nothing is: a failure must name its
-/// cause, a picture must have a sound layout of at most `kFuzzMemoryLimit` bytes, all of them
-/// readable, and say of its alpha what is true.
-inline std::string faultOf(const Result<UIImage>& decoded)
+/// cause, a picture must have a sound layout of at most `memoryLimit` bytes, all of them readable, and say of its alpha
+/// what is true.
+inline std::string faultOf(const Result<UIImage>& decoded, std::size_t memoryLimit = kFuzzMemoryLimit)
 {
     if (!decoded)
         return decoded.error().cause.empty() ? "a failure without a cause" : "";
@@ -32,7 +32,7 @@ inline std::string faultOf(const Result<UIImage>& decoded)
     if (image.bitsPerComponent() != 8 || image.bitsPerPixel() != 32 ||
         image.bytesPerRow() < 4 * static_cast<std::size_t>(image.width()))
         return "a picture whose layout is not that of RGBA";
-    if (image.bytes().size() > kFuzzMemoryLimit)
+    if (image.bytes().size() > memoryLimit)
         return "a picture beyond the memory limit";
     std::uint8_t all = 255;
     for (int y = 0; y < image.height(); ++y) {

@@ -2,19 +2,27 @@
 // both tells (tools/fixtures/make_corpus.py).
 
 #include "DecodeCheck.h"
+#include "ProcessUsage.h"
 #include "TestPictures.h"
 
+#include "platform/image/codecs/ByteSource_p.h"
+#include "platform/image/codecs/PictureDecoder_p.h"
 #include "platform/image/codecs/PictureDecoding.h"
 #include "platform/image/codecs/PictureFormats.h"
+#include "platform/image/codecs/decoder/BareDecoders_p.h"
 
 #include <algorithm>
 #include <cctype>
 #include <chrono>
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <map>
 #include <sstream>
+#include <sys/wait.h>
+#include <unistd.h>
+#include <utility>
 #include <vector>
 
 namespace lamina::test {
@@ -134,6 +142,43 @@ TEST_P(FuzzReplay, FilesComeToWhatTheManifestTells)
 
 INSTANTIATE_TEST_SUITE_P(Formats, FuzzReplay, testing::ValuesIn(pictureFormats()),
                          [](const auto& tested) { return std::string(tested.param.name); });
+
+/// What reading a file in this process takes, told by one that does nothing else.
+ProcessUsage usageOfDecoding(const PictureDecoder& decoder, const std::vector<std::uint8_t>& bytes)
+{
+    const pid_t child = ::fork();
+    if (child == 0) {
+        const auto source = memorySource(bytes);
+        std::_Exit(decoder.recognizes(bytes) && decoder.decode(*source, {}).ok() ? EXIT_SUCCESS : EXIT_FAILURE);
+    }
+    int status = 0;
+    rusage usage{};
+    ::wait4(child, &status, 0, &usage);
+    EXPECT_TRUE(WIFEXITED(status));
+    return usageOf(usage);
+}
+
+TEST(HostileFiles, TakeLittleWithoutTheWallToo)
+{
+#if defined(__SANITIZE_ADDRESS__)
+    GTEST_SKIP() << "the limits are for a build without sanitizers";
+#endif
+    constexpr double kMostSeconds = 1;
+    constexpr long kMostKilobytes = 200'000;
+    std::size_t files = 0;
+    for (const auto& [folder, decoder] : {std::pair{"/heic", &kHEICDecoder}, {"/tiff", &kTIFFDecoder}}) {
+        for (const auto& entry : fs::directory_iterator(std::string(LAMINA_CORPUS) + folder)) {
+            if (!entry.path().filename().string().starts_with("hostile-"))
+                continue;
+            SCOPED_TRACE(entry.path().string());
+            ++files;
+            const ProcessUsage usage = usageOfDecoding(*decoder, contents(entry.path()));
+            EXPECT_LT(usage.processorSeconds, kMostSeconds);
+            EXPECT_LT(usage.peakKilobytes, kMostKilobytes);
+        }
+    }
+    EXPECT_GT(files, 70u);
+}
 
 } // namespace
 } // namespace lamina::test

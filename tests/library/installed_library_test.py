@@ -61,6 +61,13 @@ class InstalledLibrary(unittest.TestCase):
             for got, wanted in zip(made.convert("RGB").getpixel((300, 200)), (95, 212, 25)):
                 self.assertLessEqual(abs(got - wanted), 2)
 
+        # What reads TIFF comes with the library; at a prefix that it wasn't built for its folder is named.
+        scan = WORK / "photo.tif"
+        Image.new("RGB", (1000, 1000), (100, 200, 40)).save(scan)
+        decoder = next((WORK / "usr").rglob("lamina-decoder"))
+        self.assertEqual(run(program, scan, WORK / "scan.jpg", LAMINA_MODULES=str(decoder.parent)).stderr, "")
+        self.assertEqual((WORK / "scan.jpg").read_bytes(), card.read_bytes())
+
         refused = run(program, WORK / "nowhere.png", card)
         self.assertEqual(refused.returncode, 1)
         self.assertIn("nowhere.png", refused.stderr)

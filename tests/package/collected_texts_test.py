@@ -93,11 +93,13 @@ class Collector(unittest.TestCase):
 
     def test_a_cause_of_failure_is_a_text_but_not_the_commands(self):
         code = 'return Error{path, "is a folder"};\nreturn "no such file";\nreturn "rb";\nreturn "Adobe RGB";'
+        code += 'namespace lamina::cause {\nconst char* kHalf = "half; not all";\n}\nconst char* kOther = "more; or less";'
         for module in ("platform/image/codecs", "platform/photos", "cli"):
             (self.sources / module).mkdir(parents=True)
             (self.sources / module / "a.cpp").write_text(code.replace("folder", module.split("/")[-1]), encoding="utf-8")
         self.assertEqual(self.collect().returncode, 0)
-        self.assertEqual([source for source, *_ in messages(self.template)], ["is a codecs", "is a photos", "no such file"])
+        self.assertEqual([source for source, *_ in messages(self.template)],
+                         ["half; not all", "is a codecs", "is a photos", "no such file"])
 
     def test_translations_that_still_have_a_text_stay(self):
         language = self.files / "lamina_de.ts"

@@ -51,8 +51,9 @@ class InstalledTree(unittest.TestCase):
 
     def test_the_command_finds_what_it_loads_on_first_use(self):
         surroundings = {name: value for name, value in os.environ.items() if not name.startswith("LAMINA_")}
-        for arguments in (["mp4", "-o", "film.mp4"], ["pdf-print", "--profile", "cmyk", "-o", "page.pdf"]):
-            command = [self.usr / "bin/lamina", "export", *arguments, "-i", SOURCE / "tests/data/pictures/jpeg-ycck.jpg"]
+        for photo, arguments in (("jpeg-ycck.jpg", ["mp4", "-o", "film.mp4"]),
+                                 ("heic-420.heic", ["pdf-print", "--profile", "cmyk", "-o", "page.pdf"])):
+            command = [self.usr / "bin/lamina", "export", *arguments, "-i", SOURCE / "tests/data/pictures" / photo]
             run = subprocess.run(command, cwd=self.root, env=surroundings, capture_output=True, text=True)
             self.assertEqual((run.returncode, run.stderr), (0, ""))
             self.assertTrue((self.root / arguments[-1]).stat().st_size)

@@ -54,6 +54,7 @@ private:
     ::dup2(in.read, STDIN_FILENO);
     ::dup2(out.write, STDOUT_FILENO);
     ::dup2(err.write, STDERR_FILENO);
+    std::signal(SIGINT, SIG_DFL); // whoever runs tests in the background ignores it, and so would the command
     if (options.fileSizeLimit) {
         std::signal(SIGXFSZ, SIG_IGN);
         const rlimit limit{*options.fileSizeLimit, *options.fileSizeLimit};
@@ -130,7 +131,7 @@ CommandResult runCommand(const std::string& program, const std::vector<std::stri
     rusage usage{};
     ::wait4(child, &status, 0, &usage);
     result.exitCode = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-    result.peakKilobytes = usage.ru_maxrss;
+    static_cast<ProcessUsage&>(result) = usageOf(usage);
     return result;
 }
 

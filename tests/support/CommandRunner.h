@@ -1,5 +1,7 @@
 #pragma once
 
+#include "ProcessUsage.h"
+
 #include <cstdint>
 #include <filesystem>
 #include <optional>
@@ -9,11 +11,10 @@
 namespace lamina::test {
 
 /// How one run of a program ended.
-struct CommandResult {
+struct CommandResult : ProcessUsage {
     int exitCode = -1;  ///< -1: ended by a signal
     std::string output; ///< standard output
     std::string errors; ///< standard error
-    long peakKilobytes = 0;
 };
 
 /// What a run is given beside its arguments.

@@ -302,6 +302,12 @@ void writePng(const std::string& path, const CGImage& image)
     writeFile(path, std::string(file->begin(), file->end()));
 }
 
+std::string damagedPhoto()
+{
+    std::string file = readFile(testData("pictures/jpeg-444.jpg"));
+    return file.insert(file.size() - 2, 40, 'x'); // which no block uses
+}
+
 CGImage readPictureFile(const std::string& path)
 {
     const Result<UIImage> picture = loadPicture(path);

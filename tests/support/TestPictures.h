@@ -98,6 +98,9 @@ testing::AssertionResult matchesGolden(const CGImage& got, const std::string& na
 /// The picture as a PNG file.
 void writePng(const std::string& path, const CGImage& image);
 
+/// The bytes of a JPEG whose data are damaged at their end, so that all of it is shown.
+std::string damagedPhoto();
+
 /// The shown pixels of a file; fails the running test and gives an empty picture when it can't be read.
 CGImage readPictureFile(const std::string& path);
 

@@ -131,6 +131,15 @@ def causes(stream, bare_phrases):
     return found
 
 
+def named_causes(stream):
+    """The causes that stand as constants in a `namespace cause`."""
+    found = set()
+    for i, token in enumerate(stream[:-1]):
+        if token.value == "cause" and stream[i + 1].value == "{":
+            found |= {Text(part.value) for part in sum(arguments(stream, i + 1), []) if part.kind == "string"}
+    return found
+
+
 def text_of_call(stream, i, name):
     """The argument with the text and those behind it, of the look-up call at `i`; None when it is none after all."""
     word, line = stream[i].value, stream[i].line
@@ -155,9 +164,9 @@ def collect(code, name, module=""):
     the filter graph: a screen says in words of its own that a filter gave no picture."""
     stream, unknown = tokens(code), []
     stays_english = module == "cli" or module == "platform/gl" or module.startswith("gpu/")
-    texts = set() if stays_english else causes(stream, module.startswith(("platform/image", "platform/files", "platform/media")))
-    if str(name).endswith("base/Causes.h"):
-        texts |= {Text(token.value) for token in stream if token.kind == "string"}
+    texts = set()
+    if not stays_english:
+        texts = named_causes(stream) | causes(stream, module.startswith(("platform/image", "platform/files", "platform/media")))
     for i, token in enumerate(stream[:-1]):
         if token.kind != "word" or token.value not in PLAIN_CALLS | CONTEXT_CALLS | FOREIGN_CALLS or not is_call(stream, i):
             continue

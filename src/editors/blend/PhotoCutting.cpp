@@ -2,6 +2,7 @@
 
 #include "editors/common/PhotosLeftOut.h"
 #include "platform/base/Localization.h"
+#include "platform/view/FailureAlert.h"
 #include "platform/view/UIStoryboard.h"
 #include "platform/view/UIViewController.h"
 
@@ -64,6 +65,7 @@ void PhotoCutting::cutNext(const UIImagePickerInfo& photo)
     crop->setTask({photo.originalImage, wanted.number, m_side, wanted.crop, done});
     screen->setModalPresentationStyle(UIModalPresentationStyle::CurrentContext);
     m_editor.present(screen, true);
+    presentDamage(m_editor, {photo.name, photo.damage});
 }
 
 void PhotoCutting::takeCut(PhotoCut cut)

@@ -17,6 +17,7 @@
 #include "platform/view/FailureAlert.h"
 #include "platform/view/ListModel.h"
 
+#include <algorithm>
 #include <memory>
 #include <utility>
 #include <vector>
@@ -127,6 +128,11 @@ void CreateCollageViewController::warmFilters()
     for (const int tag : {collageslider::kVignette, collageslider::kSaturation, collageslider::kHighlight})
         steps.emplace_back([tag, own] { pictureWithEffect({tag, 1}, tinyPicture(), *own); });
     m_warming = FilterSteps(std::move(steps));
+}
+
+int CreateCollageViewController::filterRow() const
+{
+    return std::max(0, filter() - kFirstCollageFilter);
 }
 
 QObject* CreateCollageViewController::filters() const

@@ -114,7 +114,9 @@ void CreateCollageViewController::imagePickerController(UIImagePickerController&
         [photo = didFinishPickingMediaWithInfo.originalImage, cancelled] {
             return *cancelled ? HalvedPhoto() : halvedPhoto(photo);
         },
-        [this, cancelled, waiting](const HalvedPhoto& photo) {
+        [this, cancelled, waiting,
+         damage = Error{didFinishPickingMediaWithInfo.name, didFinishPickingMediaWithInfo.damage}](
+            const HalvedPhoto& photo) {
             SVProgressHUD::dismiss();
             waiting->dismiss(true);
             if (*cancelled)
@@ -122,6 +124,7 @@ void CreateCollageViewController::imagePickerController(UIImagePickerController&
             if (!photo.square)
                 return presentFailure(*this, localizedString("Can’t open the photo"), {{}, cause::kNoMemory});
             takePhoto(photo.square, photo.whole);
+            presentDamage(*this, damage);
         });
 }
 

@@ -205,6 +205,11 @@ QObject* CreateCollageViewController::layouts() const
     return m_layouts ? &m_layouts->thumbnails() : nullptr;
 }
 
+int CreateCollageViewController::layoutRow() const
+{
+    return std::max(-1, layout() - (composition().count == 2 ? kFirstLayoutOfTwo : kFirstLayoutOfThree));
+}
+
 void CreateCollageViewController::imgGesture1(int tag)
 {
     applyLayout(tag);

@@ -112,8 +112,7 @@ EditorScreen {
             layout: collage.layout
             heading: qsTranslate("Lamina", "Layout")
             thumbnails: collage.controller.layouts
-            // Of the frames of as many photos, which count from a full thousand.
-            marked: collage.controller.layout % 1000
+            marked: collage.controller.layoutRow
             style: ThumbnailStyle {
                 side: Tokens.thumbs.layout
                 gap: 10
@@ -140,8 +139,7 @@ EditorScreen {
             layout: collage.layout
             heading: collage.on(qsTranslate("Lamina", "Filter"))
             thumbnails: collage.controller.filters
-            // The first is the photo as it was when the others were made.
-            marked: Math.max(0, collage.controller.filter - 500)
+            marked: collage.controller.filterRow
             style: ThumbnailStyle {
                 side: Tokens.thumbs.filter
                 gap: 10

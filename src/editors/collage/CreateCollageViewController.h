@@ -67,6 +67,7 @@ class CreateCollageViewController : public StickerEditor<CollageComposition>,
     Q_PROPERTY(int currentSlot READ currentSlot NOTIFY slotsChanged FINAL)
     Q_PROPERTY(QVariantList slots READ slotRows NOTIFY slotsChanged FINAL)
     Q_PROPERTY(int layout READ layout NOTIFY layoutChanged FINAL)
+    Q_PROPERTY(int layoutRow READ layoutRow NOTIFY layoutChanged FINAL)
     Q_PROPERTY(QObject* layouts READ layouts NOTIFY panelsChanged FINAL)
     Q_PROPERTY(QString shownPanel READ shownPanel NOTIFY panelsChanged FINAL)
     Q_PROPERTY(QVariantList subTools READ subTools NOTIFY subToolsChanged FINAL)
@@ -74,6 +75,7 @@ class CreateCollageViewController : public StickerEditor<CollageComposition>,
     Q_PROPERTY(QString borderColor READ borderColor NOTIFY frameChanged FINAL)
     Q_PROPERTY(QObject* filters READ filters NOTIFY panelsChanged FINAL)
     Q_PROPERTY(int filter READ filter NOTIFY panelsChanged FINAL)
+    Q_PROPERTY(int filterRow READ filterRow NOTIFY panelsChanged FINAL)
     Q_PROPERTY(QObject* stickerStrip READ stickerStrip NOTIFY panelsChanged FINAL)
 
 public:
@@ -152,6 +154,8 @@ public:
     Q_INVOKABLE QVariantList slotOutline() const;
     /// The layout in force.
     int layout() const { return composition().layout; }
+    /// Its row among the layouts for as many photos; -1: it is none of them.
+    int layoutRow() const;
 
     UIView& baseView() const { return *m_baseView; }
     /// The canvas: what is exported.
@@ -316,6 +320,8 @@ public:
     /// For an editor that nobody sees: its filter panel makes no thumbnails from now on.
     void leaveThumbnailsOut() { m_filterRow.close(); }
     int filter() const { return composition().filter; }
+    /// Its row in the panel; that of the photo as it was where none has been chosen.
+    int filterRow() const;
 
     // Stickers, and the ways out
 

@@ -7,16 +7,31 @@
 
 namespace lamina {
 
-void checkGL(const char* work)
+namespace {
+
+/// Tells `heard` of each error that waits, of a few at most: a lost context would go on complaining for ever.
+template <class Heard>
+void takeErrors(const Heard& heard)
 {
-    // A lost context would go on complaining for ever.
-    constexpr int kMostMessages = 8;
-    for (int i = 0; i < kMostMessages; ++i) {
+    constexpr int kMostErrors = 8;
+    for (int i = 0; i < kMostErrors; ++i) {
         const GLenum error = glGetError();
         if (error == GL_NO_ERROR)
             return;
-        logError("GL error " + std::to_string(error) + " after " + work);
+        heard(error);
     }
+}
+
+} // namespace
+
+void checkGL(const char* work)
+{
+    takeErrors([work](GLenum error) { logError("GL error " + std::to_string(error) + " after " + work); });
+}
+
+void forgetGLErrors()
+{
+    takeErrors([](GLenum) {});
 }
 
 } // namespace lamina

@@ -19,6 +19,9 @@ inline bool mayCallGL()
 /// debug builds asks after draws.
 void checkGL(const char* work);
 
+/// Lets GL begin anew: what it complains of next is of what is done next.
+void forgetGLErrors();
+
 /// `checkGL` in debug builds, nothing in others.
 inline void checkDraw([[maybe_unused]] const char* work)
 {

@@ -326,7 +326,7 @@ void GPUImageFilter::generateFrameAtTime(const CMTime& frameTime)
 
 void GPUImageFilter::informTargetsAboutNewFrameAtTime(const CMTime& frameTime)
 {
-    const std::shared_ptr<GPUImageFramebuffer> output = framebufferForOutput();
+    std::shared_ptr<GPUImageFramebuffer> output = framebufferForOutput();
     if (!output || preventRendering())
         return;
     if (const FrameProcessingCompletionBlock completion = frameProcessingCompletionBlock())
@@ -334,7 +334,8 @@ void GPUImageFilter::informTargetsAboutNewFrameAtTime(const CMTime& frameTime)
     m_isEndProcessing = false;
     if (!m_holdsFrameForCapture)
         removeOutputFramebuffer();
-    pushToTargets({.framebuffer = output, .size = outputFrameSize(), .time = frameTime, .givesUpCount = true});
+    pushToTargets(
+        {.framebuffer = std::move(output), .size = outputFrameSize(), .time = frameTime, .givesUpCount = true});
 }
 
 void GPUImageFilter::setInputFramebuffer(std::shared_ptr<GPUImageFramebuffer> framebuffer, int)

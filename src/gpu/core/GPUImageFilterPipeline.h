@@ -34,9 +34,10 @@ struct PipelineConfiguration {
     };
     std::vector<Filter> filters;
 
-    /// The error's subject is `name`.
+    /// At most 64 filters and a megabyte, each key once. What is larger, deeper or longer than any chain is refused
+    /// before it takes time or memory. The error's subject is `name`.
     static Result<PipelineConfiguration> fromJson(const std::string& text, const std::string& name);
-    /// From a text file of at most a megabyte; the error's subject is the path.
+    /// From a text file, or a pipe (see `readSmallInput`); the error's subject is the path.
     static Result<PipelineConfiguration> fromFile(const std::string& path);
 };
 

@@ -1,11 +1,12 @@
 #include "gpu/core/GPUImageFramebuffer.h"
 
+#include "gpu/core/DrawingFailures.h"
 #include "gpu/core/GLErrors.h"
 #include "gpu/core/GLTextureFormat.h"
 #include "gpu/core/GPUImageContext.h"
 #include "gpu/core/TextureUpload.h"
 #include "gpu/core/VideoProcessingQueue.h"
-#include "platform/base/Log.h"
+#include "platform/base/Causes.h"
 #include "platform/image/pixels/PixelBuffer.h"
 #include "platform/image/pixels/PixelKernels.h"
 
@@ -13,7 +14,6 @@
 #include <atomic>
 #include <cassert>
 #include <cstdint>
-#include <string>
 #include <utility>
 
 namespace lamina {
@@ -26,6 +26,15 @@ int cutToWhole(double side)
 {
     constexpr double kMost = 1 << 24;
     return side > 0 ? static_cast<int>(std::min(side, kMost)) : 0;
+}
+
+/// Whether the bound framebuffer can be drawn into and read; one that can't be is noted.
+bool isComplete(IntSize pixels)
+{
+    const bool complete = glCheckFramebufferStatus(GL_FRAMEBUFFER) == GL_FRAMEBUFFER_COMPLETE;
+    if (!complete)
+        DrawingFailures::note("the device has no framebuffer", pixels);
+    return complete;
 }
 
 } // namespace
@@ -115,6 +124,7 @@ void GPUImageFramebuffer::generateFramebuffer()
     const int height = std::max(1, pixelSize().height);
     makeTextureStorage(*this, {{width, height}, stored.internalFormat, stored.format, m_textureOptions.type});
     glFramebufferTexture2D(GL_FRAMEBUFFER, GL_COLOR_ATTACHMENT0, GL_TEXTURE_2D, m_texture, 0);
+    isComplete(pixelSize());
     glBindTexture(GL_TEXTURE_2D, 0);
     checkDraw("making a framebuffer");
 }
@@ -185,16 +195,15 @@ CGImage GPUImageFramebuffer::readPixels(AlphaForm drawn) const
     if (pixels.isEmpty() || m_framebuffer == 0)
         return {};
     activateFramebuffer();
-    if (glCheckFramebufferStatus(GL_FRAMEBUFFER) != GL_FRAMEBUFFER_COMPLETE) {
-        // Nothing would be read, and the buffer show what was in memory before.
-        logError("OpenGL ES: the device has no framebuffer of " + std::to_string(pixels.width) + "x" +
-                 std::to_string(pixels.height) + " pixels");
+    // Nothing would be read, and the buffer show what was in memory before.
+    if (!isComplete(pixels))
         return {};
-    }
     const CGImageLayout layout = CGImageLayout::rgba(pixels.width, pixels.height, CGImageAlphaInfo::Last);
     PixelBuffer buffer = PixelBuffer::allocate(layout.byteCount());
-    if (!buffer)
+    if (!buffer) {
+        DrawingFailures::note(cause::kNoMemory, pixels);
         return {};
+    }
     glReadPixels(0, 0, pixels.width, pixels.height, GL_RGBA, GL_UNSIGNED_BYTE, buffer.data());
     checkDraw("reading a framebuffer");
     if (drawn == AlphaForm::Premultiplied)

@@ -98,6 +98,9 @@ void GPUImageFramebufferCache::returnFramebufferToCache(const std::shared_ptr<GP
 void GPUImageFramebufferCache::put(std::shared_ptr<GPUImageFramebuffer> framebuffer)
 {
     assert(isOnVideoProcessingQueue());
+    // Of what is drawn into the next pass has a use, however large it is; a picture that large seldom comes twice.
+    if (framebuffer->missingFramebuffer() && bytesOf(*framebuffer) > kIdleByteLimit)
+        return;
     m_idleBytes += bytesOf(*framebuffer);
     ++m_idleCount;
     IdleOfKind& others = m_idle[kindOf(*framebuffer)];

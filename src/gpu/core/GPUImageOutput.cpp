@@ -63,7 +63,7 @@ void GPUImageOutput::handFrame(const PushedFrame& frame, bool asMonochrome, GPUI
         target.setInputFramebuffer(frame.framebuffer, textureIndex);
 }
 
-void GPUImageOutput::pushToTargets(const PushedFrame& frame)
+void GPUImageOutput::pushToTargets(PushedFrame frame)
 {
     std::vector<Target> targets = m_targets; // a target may change the list while it works
     std::erase_if(targets, [&](const Target& target) {
@@ -73,6 +73,7 @@ void GPUImageOutput::pushToTargets(const PushedFrame& frame)
         handFrame(frame, frame.isMonochrome && m_allTargetsWantMonochromeData, *target.input, target.textureIndex);
     if (frame.givesUpCount && frame.framebuffer)
         frame.framebuffer->unlock();
+    frame.framebuffer.reset(); // what the pool drops meanwhile would else last until all behind the targets are done
     for (const Target& target : targets)
         target.input->newFrameReadyAtTime(frame.time, target.textureIndex);
 }

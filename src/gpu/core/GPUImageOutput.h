@@ -142,8 +142,8 @@ protected:
 
     /// Hands the frame to all targets but the ignored one, and then lets them draw in the order of adding: each has its
     /// count before the first of them works. They are told that one channel is coming where that is so and all of them
-    /// would do with it. On the queue.
-    void pushToTargets(const PushedFrame& frame);
+    /// would do with it. Nobody holds the frame here while they work but they themselves. On the queue.
+    void pushToTargets(PushedFrame frame);
     /// Hands the frame to one slot of anybody, who draws with the `newFrameReadyAtTime` that is to follow. On the
     /// queue.
     static void handFrame(const PushedFrame& frame, bool asMonochrome, GPUImageInput& target, int textureIndex);

@@ -1,9 +1,11 @@
 #include "gpu/core/PictureTexture.h"
 
+#include "gpu/core/DrawingFailures.h"
 #include "gpu/core/GPUImageContext.h"
 #include "gpu/core/PictureBytes_p.h"
 #include "gpu/core/TextureUpload.h"
 #include "gpu/core/VideoProcessingQueue.h"
+#include "platform/base/Causes.h"
 #include "platform/base/Log.h"
 #include "platform/gl/GLHeaders.h"
 #include "platform/image/pixels/PixelBuffer.h"
@@ -37,55 +39,59 @@ double nextPowerOfTwo(double side)
     return side > 0 ? std::exp2(std::ceil(std::log2(side))) : 0;
 }
 
-/// A copy of the bytes that can be changed; empty when memory is short.
-PixelBuffer copyOf(std::span<const std::uint8_t> bytes)
-{
-    PixelBuffer copy = PixelBuffer::allocate(bytes.size());
-    if (copy)
-        std::memcpy(copy.data(), bytes.data(), bytes.size());
-    return copy;
-}
-
-/// Divides by alpha where the bytes are premultiplied.
-PixelBuffer dividedByAlpha(const PictureBytes& bytes)
-{
-    PixelBuffer copy = copyOf(bytes.pixels.bytes());
-    if (copy) {
-        removePremultiplication({reinterpret_cast<std::uint32_t*>(copy.data()), copy.size() / 4}, bytes.alphaFirst,
-                                bytes.littleEndian);
-    }
-    return copy;
-}
-
-/// The bytes as the storage wants them. Holds either the picture's own or a changed copy.
+/// The bytes as the storage wants them: the picture's own, or a changed copy in their place.
 class BytesToUpload {
 public:
-    explicit BytesToUpload(const PictureBytes& bytes)
-        : m_pixels(bytes.pixels)
+    explicit BytesToUpload(PictureBytes bytes)
+        : m_bytes(std::move(bytes))
     {
     }
-    void set(PixelBuffer changed) { m_changed = std::move(changed); }
-    /// Nothing where the picture's colours are so already, or it has no alpha. False when memory is short.
-    bool premultiply()
+    /// False: there are none, for memory was short.
+    explicit operator bool() const { return m_changed || m_bytes.pixels; }
+    const std::uint8_t* data() const { return m_changed ? m_changed.data() : m_bytes.pixels.bytes().data(); }
+    GLenum format() const { return m_bytes.format; }
+
+    /// Nothing where the bytes are not premultiplied.
+    void divideByAlpha()
     {
-        const CGImageAlphaInfo alpha = m_pixels.alphaInfo();
-        if (alpha != CGImageAlphaInfo::Last && alpha != CGImageAlphaInfo::First)
-            return true;
-        m_changed = copyOf(m_pixels.bytes());
+        if (!m_bytes.premultiplied)
+            return;
+        change([this](PixelBuffer& copy) {
+            removePremultiplication({reinterpret_cast<std::uint32_t*>(copy.data()), copy.size() / 4},
+                                    m_bytes.alphaFirst, m_bytes.littleEndian);
+        });
+    }
+    /// Nothing where the picture's colours are so already, or it has no alpha.
+    void premultiply()
+    {
+        const CGImageAlphaInfo alpha = m_bytes.pixels ? m_bytes.pixels.alphaInfo() : CGImageAlphaInfo::None;
         // In both orders that go up as they are the fourth byte is alpha.
-        kernels::premultiply(m_changed.data(), m_changed.size() / 4, m_changed.data());
-        return static_cast<bool>(m_changed);
+        if (alpha == CGImageAlphaInfo::Last || alpha == CGImageAlphaInfo::First)
+            change([](PixelBuffer& copy) { kernels::premultiply(copy.data(), copy.size() / 4, copy.data()); });
     }
-    const std::uint8_t* data() const { return m_changed ? m_changed.data() : m_pixels.bytes().data(); }
 
 private:
-    CGImage m_pixels;
+    template <class Change>
+    void change(const Change& applied)
+    {
+        if (!m_bytes.pixels)
+            return;
+        const std::span<const std::uint8_t> own = m_bytes.pixels.bytes();
+        m_changed = PixelBuffer::allocate(own.size());
+        if (m_changed) {
+            std::memcpy(m_changed.data(), own.data(), own.size());
+            applied(m_changed);
+        }
+        m_bytes.pixels = {};
+    }
+
+    PictureBytes m_bytes;
     PixelBuffer m_changed;
 };
 
 } // namespace
 
-PictureTexture::PictureTexture(const CGImage& image, PictureUpload how)
+PictureTexture::PictureTexture(CGImage image, PictureUpload how)
     : m_pictureSize(fittingSize(sizeOf(image)))
     , m_textureSize(m_pictureSize)
     , m_mipmaps(how.smoothlyScaleOutput ? Mipmaps::Made : Mipmaps::None)
@@ -93,37 +99,50 @@ PictureTexture::PictureTexture(const CGImage& image, PictureUpload how)
 {
     if (how.smoothlyScaleOutput)
         m_textureSize = {nextPowerOfTwo(m_pictureSize.width), nextPowerOfTwo(m_pictureSize.height)};
-    upload(image, how, how.smoothlyScaleOutput || m_pictureSize != sizeOf(image));
+    const bool redraw = how.smoothlyScaleOutput || m_pictureSize != sizeOf(image);
+    upload(std::move(image), how, redraw);
 }
 
 PictureTexture::~PictureTexture()
 {
     runSynchronouslyOnVideoProcessingQueue([this] {
-        m_framebuffer->enableReferenceCounting();
-        m_framebuffer->unlock();
+        if (const std::shared_ptr<GPUImageFramebuffer> framebuffer = release())
+            framebuffer->unlock();
     });
 }
 
-void PictureTexture::upload(const CGImage& image, PictureUpload how, bool redraw)
+std::shared_ptr<GPUImageFramebuffer> PictureTexture::release()
 {
+    m_pictureSize = {};
+    if (m_framebuffer)
+        m_framebuffer->enableReferenceCounting();
+    return std::move(m_framebuffer);
+}
+
+void PictureTexture::upload(CGImage image, PictureUpload how, bool redraw)
+{
+    const IntSize size = GPUImageFramebuffer::wholePixels(m_textureSize);
     PictureBytes bytes = redraw ? PictureBytes{} : bytesAsTheyAre(image);
     if (!bytes.pixels)
-        bytes = bytesDrawnAnew(image, GPUImageFramebuffer::wholePixels(m_textureSize));
-    BytesToUpload data(bytes);
-    if (how.removePremultiplication && bytes.premultiplied && bytes.pixels)
-        data.set(dividedByAlpha(bytes));
-    if (m_premultiplies && bytes.pixels)
+        bytes = bytesDrawnAnew(image, size);
+    image = {};
+    BytesToUpload data(std::move(bytes));
+    if (how.removePremultiplication)
+        data.divideByAlpha();
+    if (m_premultiplies)
         data.premultiply();
+    if (!data && !size.isEmpty())
+        DrawingFailures::note(cause::kNoMemory, size);
     runSynchronouslyOnVideoProcessingQueue([&] {
         m_framebuffer = GPUImageContext::sharedFramebufferCache().fetchFramebufferForSize(m_textureSize, true);
         m_framebuffer->disableReferenceCounting();
-        uploadTexture(*m_framebuffer, {data.data(), m_framebuffer->pixelSize(), bytes.format}, m_mipmaps);
+        uploadTexture(*m_framebuffer, {data.data(), m_framebuffer->pixelSize(), data.format()}, m_mipmaps);
     });
 }
 
 void PictureTexture::replace(const CGImage& image, CGRect rect)
 {
-    const IntSize texture = m_framebuffer->pixelSize();
+    const IntSize texture = m_framebuffer ? m_framebuffer->pixelSize() : IntSize{};
     const bool within = rect.origin.x >= 0 && rect.origin.y >= 0 && rect.size.width >= 1 && rect.size.height >= 1 &&
                         rect.maxX() <= texture.width && rect.maxY() <= texture.height;
     if (!within || !image) {
@@ -135,12 +154,13 @@ void PictureTexture::replace(const CGImage& image, CGRect rect)
     PictureBytes bytes = image.size() == size ? bytesAsTheyAre(image) : PictureBytes{};
     if (bytes.format == GL_BGRA || !bytes.pixels)
         bytes = bytesDrawnAnew(image, size);
-    BytesToUpload data(bytes);
-    const bool uploaded =
-        bytes.pixels && (!m_premultiplies || data.premultiply()) && valueFromVideoProcessingQueue([&] {
-            return uploadTexturePart(*m_framebuffer, origin.width, origin.height, {data.data(), size, bytes.format},
-                                     m_mipmaps);
-        });
+    BytesToUpload data(std::move(bytes));
+    if (m_premultiplies)
+        data.premultiply();
+    const bool uploaded = data && valueFromVideoProcessingQueue([&] {
+                              return uploadTexturePart(*m_framebuffer, origin.width, origin.height,
+                                                       {data.data(), size, data.format()}, m_mipmaps);
+                          });
     if (!uploaded)
         logError("memory is short for a part of a picture");
 }

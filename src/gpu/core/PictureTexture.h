@@ -35,13 +35,18 @@ class PictureTexture {
 public:
     /// Uploads the picture. An empty one has the zero size, and memory that is short leaves the texture's content
     /// undefined.
-    explicit PictureTexture(const CGImage& image, PictureUpload how = {});
+    /// Whoever gives the last handle on the picture away has its memory back before the texture's is taken, where the
+    /// pixels are changed on their way, and else as soon as they are up.
+    explicit PictureTexture(CGImage image, PictureUpload how = {});
     ~PictureTexture();
     PictureTexture(const PictureTexture&) = delete;
     PictureTexture& operator=(const PictureTexture&) = delete;
 
-    /// A texture only, whose users are not counted. Never null.
+    /// A texture only, whose users are not counted. Null once it was released.
     const std::shared_ptr<GPUImageFramebuffer>& framebuffer() const { return m_framebuffer; }
+    /// The texture, its users counted from now on, with one count, the caller's; this is an empty picture then. On the
+    /// queue.
+    std::shared_ptr<GPUImageFramebuffer> release();
     /// The picture's pixels after the fit into the texture limit.
     CGSize pictureSize() const { return m_pictureSize; }
 
@@ -50,7 +55,7 @@ public:
     void replace(const CGImage& image, CGRect rect);
 
 private:
-    void upload(const CGImage& image, PictureUpload how, bool redraw);
+    void upload(CGImage image, PictureUpload how, bool redraw);
 
     CGSize m_pictureSize;
     CGSize m_textureSize;

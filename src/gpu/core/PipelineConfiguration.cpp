@@ -1,11 +1,14 @@
 #include "gpu/core/GPUImageFilterPipeline.h"
 #include "platform/base/Result.h"
+#include "platform/files/FileCauses.h"
 #include "platform/files/FileReading.h"
 
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <nlohmann/json.hpp>
+#include <set>
 #include <string>
 #include <utility>
 #include <vector>
@@ -18,6 +21,77 @@ using Json = nlohmann::ordered_json;
 
 /// A configuration names a handful of filters; more than this is not one.
 constexpr std::size_t kMostBytes = std::size_t{1} << 20;
+
+/// Frames of a chain are drawn one after the other; what no photo needs is a slip, or meant to keep the machine busy.
+constexpr std::size_t kMostFilters = 64;
+
+/// Looks a text over while it is parsed, and stops at the first thing that no configuration has: the tree of such a
+/// text would take time and memory out of all proportion.
+class Bounds : public Json::json_sax_t {
+public:
+    /// Why parsing has stopped.
+    const std::string& fault() const { return m_fault; }
+
+    bool null() override { return counted(); }
+    bool boolean(bool) override { return counted(); }
+    bool number_integer(std::int64_t) override { return counted(); }
+    bool number_unsigned(std::uint64_t) override { return counted(); }
+    bool number_float(double, const std::string&) override { return counted(); }
+    bool string(std::string&) override { return counted(); }
+    bool binary(Json::binary_t&) override { return counted(); }
+    bool start_object(std::size_t) override { return opened(); }
+    bool end_object() override { return closed(); }
+    bool start_array(std::size_t) override { return opened(); }
+    bool end_array() override { return closed(); }
+    bool key(std::string& name) override
+    {
+        if (!m_keys.back().insert(name).second)
+            return stopped("names \"" + name.substr(0, kShown) + "\" twice");
+        return counted();
+    }
+    bool parse_error(std::size_t, const std::string&, const nlohmann::detail::exception&) override
+    {
+        return stopped("is not JSON");
+    }
+
+private:
+    static constexpr std::size_t kMostValues = 10'000;
+    static constexpr std::size_t kDeepest = 16;
+    static constexpr std::size_t kShown = 80;
+
+    bool stopped(std::string fault)
+    {
+        m_fault = std::move(fault);
+        return false;
+    }
+    bool counted() { return ++m_count <= kMostValues || stopped("has more values than a chain of filters"); }
+    bool opened()
+    {
+        m_keys.emplace_back();
+        return (m_keys.size() <= kDeepest || stopped("is nested deeper than a chain of filters")) && counted();
+    }
+    bool closed()
+    {
+        m_keys.pop_back();
+        return true;
+    }
+
+    std::vector<std::set<std::string, std::less<>>> m_keys; ///< of what stands open
+    std::size_t m_count = 0;
+    std::string m_fault;
+};
+
+/// Empty: the text may be read. The parser takes a zero byte for the end.
+std::string faultOf(const std::string& text)
+{
+    if (text.size() > kMostBytes)
+        return cause::kTooLarge;
+    if (text.find('\0') != std::string::npos)
+        return "is not JSON";
+    Bounds bounds;
+    Json::sax_parse(text, &bounds);
+    return bounds.fault();
+}
 
 bool readValues(const Json& json, std::vector<std::string>& values)
 {
@@ -54,11 +128,13 @@ std::string readFilter(const Json& json, PipelineConfiguration::Filter& filter)
 
 Result<PipelineConfiguration> PipelineConfiguration::fromJson(const std::string& text, const std::string& name)
 {
+    if (const std::string fault = faultOf(text); !fault.empty())
+        return Error{name, fault};
     const Json json = Json::parse(text, nullptr, false);
-    if (json.is_discarded())
-        return Error{name, "is not JSON"};
     if (!json.is_object() || !json.contains("Filters") || !json["Filters"].is_array())
         return Error{name, "has no list \"Filters\""};
+    if (json["Filters"].size() > kMostFilters)
+        return Error{name, "has more than " + std::to_string(kMostFilters) + " filters"};
     PipelineConfiguration configuration;
     for (const Json& entry : json["Filters"]) {
         Filter filter;

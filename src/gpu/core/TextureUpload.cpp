@@ -1,9 +1,11 @@
 #include "gpu/core/TextureUpload.h"
 
+#include "gpu/core/DrawingFailures.h"
 #include "gpu/core/GLErrors.h"
 #include "gpu/core/GLTextureFormat.h"
 #include "gpu/core/GPUImageContext.h"
 #include "gpu/core/GPUTextureOptions.h"
+#include "platform/base/Causes.h"
 #include "platform/image/pixels/PixelBuffer.h"
 
 #include <algorithm>
@@ -152,8 +154,11 @@ std::size_t bytesPerUploadedPixel(GLenum format, GLenum type)
 
 void makeTextureStorage(GPUImageFramebuffer& framebuffer, const TextureStorage& storage, const std::uint8_t* bytes)
 {
+    forgetGLErrors(); // of what was done before
     glTexImage2D(GL_TEXTURE_2D, 0, static_cast<GLint>(storage.internalFormat), storage.size.width, storage.size.height,
                  0, storage.format, storage.type, bytes);
+    if (glGetError() == GL_OUT_OF_MEMORY)
+        DrawingFailures::note("graphics memory is short", storage.size);
     framebuffer.setTextureStorage(storage);
 }
 
@@ -163,6 +168,8 @@ bool uploadTexture(GPUImageFramebuffer& framebuffer, const UploadPixels& pixels,
     const GLenum internalFormat = pixels.format == GL_BGRA ? GLenum{GL_RGBA} : pixels.format;
     const GLTextureFormat form = uploadFormat(internalFormat, pixels.format, bgraSupport());
     const Rows rows(pixels, form.swapRedAndBlue);
+    if (!rows.ok())
+        DrawingFailures::note(cause::kNoMemory, pixels.size);
     if (!rows.ok() || !GPUImageContext::useImageProcessingContext())
         return false;
     beginUpload(framebuffer);

@@ -130,7 +130,8 @@ void runSynchronouslyOnContextQueue(GPUImageContext& context, const DispatchQueu
         block();
         return;
     }
-    if (!current) {
+    // Queues without threads share the caller's: this one may be the one that waits, further up.
+    if (!current || context.contextQueue().isCurrent()) {
         context.contextQueue().sync(block);
         return;
     }

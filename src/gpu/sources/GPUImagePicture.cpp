@@ -1,5 +1,6 @@
 #include "gpu/sources/GPUImagePicture.h"
 
+#include "gpu/core/GPUImageFramebuffer.h"
 #include "gpu/core/VideoProcessingQueue.h"
 #include "platform/base/CMTime.h"
 #include "platform/base/Log.h"
@@ -9,6 +10,7 @@
 #include <algorithm>
 #include <cassert>
 #include <utility>
+#include <vector>
 
 namespace lamina {
 
@@ -22,15 +24,23 @@ UIImage orLogged(Result<UIImage> picture)
     return {};
 }
 
+/// Leaves nothing of the picture behind, so that its pixels go with who takes them.
+CGImage takePixels(UIImage& picture)
+{
+    CGImage pixels = picture.cgImage();
+    picture = {};
+    return pixels;
+}
+
 } // namespace
 
-GPUImagePicture::GPUImagePicture(const UIImage& image, PictureUpload how)
-    : GPUImagePicture(image.cgImage(), how)
+GPUImagePicture::GPUImagePicture(UIImage image, PictureUpload how)
+    : GPUImagePicture(takePixels(image), how)
 {
 }
 
-GPUImagePicture::GPUImagePicture(const CGImage& image, PictureUpload how)
-    : m_texture(image, how)
+GPUImagePicture::GPUImagePicture(CGImage image, PictureUpload how)
+    : m_texture(std::move(image), how)
 {
     setShouldSmoothlyScaleOutput(how.smoothlyScaleOutput);
     m_outputFramebuffer = m_texture.framebuffer();
@@ -75,6 +85,22 @@ bool GPUImagePicture::processImageWithCompletionHandler(std::function<void()> co
 void GPUImagePicture::push()
 {
     pushToTargets({.framebuffer = m_texture.framebuffer(), .size = m_texture.pictureSize()});
+}
+
+void GPUImagePicture::processImageAndLetGo()
+{
+    runSynchronouslyOnVideoProcessingQueue([this] {
+        m_hasProcessedImage = false;
+        removeOutputFramebuffer();
+        // As a frame of a stream: filters keep stills, to draw from them again.
+        PushedFrame last{.size = m_texture.pictureSize(), .time = kCMTimeZero, .givesUpCount = true};
+        last.framebuffer = m_texture.release();
+        for (const Target& target : targetList()) {
+            if (isIgnored(target))
+                target.input->setInputFramebuffer(nullptr, target.textureIndex); // had it since it was added
+        }
+        pushToTargets(std::move(last));
+    });
 }
 
 void GPUImagePicture::processImageUpToFilter(const std::shared_ptr<GPUImageStage>& filter,

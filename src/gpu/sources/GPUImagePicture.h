@@ -26,8 +26,8 @@ namespace lamina {
 /// list may change at any time. An empty picture goes on with the zero size.
 class GPUImagePicture : public GPUImageOutput {
 public:
-    explicit GPUImagePicture(const CGImage& image, PictureUpload upload = {});
-    explicit GPUImagePicture(const UIImage& image, PictureUpload upload = {});
+    explicit GPUImagePicture(CGImage image, PictureUpload upload = {});
+    explicit GPUImagePicture(UIImage image, PictureUpload upload = {});
     /// From a file. A picture that can't be read is an empty one, and logged.
     static std::shared_ptr<GPUImagePicture> makeWithURL(const std::string& path);
     /// The same from the bytes of a file.
@@ -41,6 +41,11 @@ public:
     /// Pushes and hands over what comes out of `filter`, on the queue.
     void processImageUpToFilter(const std::shared_ptr<GPUImageStage>& filter,
                                 std::function<void(const UIImage& processed)> completion);
+
+    /// Pushes the picture a last time and waits until all is drawn. Its texture goes as soon as no target needs it any
+    /// more, and this is an empty picture from then on: for one that is too large to be held beside what is made of
+    /// it.
+    void processImageAndLetGo();
 
     /// What targets are told: the picture's pixels after the fit into the texture limit.
     CGSize outputImageSize() const { return m_texture.pictureSize(); }

@@ -1,12 +1,15 @@
 #include "platform/base/Clock.h"
 
 #include "platform/base/Deadline.h"
+#include "platform/base/DispatchQueue.h"
 #include "platform/base/TimerService_p.h"
 
 #include <algorithm>
+#include <atomic>
 #include <chrono>
 #include <condition_variable>
 #include <limits>
+#include <system_error>
 #include <thread>
 
 namespace lamina {
@@ -49,6 +52,7 @@ struct SteadyClock::Alarm {
     std::condition_variable changed;
     double time = kNever;
     bool threadStarted = false;
+    std::atomic<bool> isSilent = false;
 };
 
 SteadyClock::SteadyClock()
@@ -74,11 +78,26 @@ void SteadyClock::requestWakeUp(double time)
     m_alarm->time = time;
     if (time == kNever)
         return; // the thread wakes for nothing at most once
-    if (!m_alarm->threadStarted) {
+    if (!m_alarm->threadStarted)
+        startThread();
+    m_alarm->changed.notify_one();
+}
+
+void SteadyClock::startThread()
+{
+    try {
         std::thread([this] { serve(); }).detach();
         m_alarm->threadStarted = true;
+    } catch (const std::system_error&) {
+        // The next request tries again.
     }
-    m_alarm->changed.notify_one();
+    if (!m_alarm->isSilent.exchange(!m_alarm->threadStarted) && m_alarm->isSilent)
+        DispatchQueue::main().async([] {}); // it may be asleep, and has to look from now on
+}
+
+bool SteadyClock::isSilent() const
+{
+    return m_alarm->isSilent;
 }
 
 void SteadyClock::serve()

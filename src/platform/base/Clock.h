@@ -40,7 +40,8 @@ private:
 };
 
 /// The system's monotonic clock. One thread, made at the first request, sleeps until the wake-up; without a request it
-/// costs nothing. There is one instance, which is never destroyed.
+/// costs nothing. There is one instance, which is never destroyed. Where the system has no thread to give the clock is
+/// silent: the main queue looks for what is due while it is pumped.
 class SteadyClock final : public Clock {
 public:
     /// The one instance.
@@ -49,8 +50,12 @@ public:
     double now() const override;
     void requestWakeUp(double time) override;
 
+    /// Whether the last request found no thread, so that nobody will be woken.
+    bool isSilent() const;
+
 private:
     SteadyClock();
+    void startThread();
     void serve();
 
     struct Alarm;

@@ -1,12 +1,16 @@
 #include "platform/base/DispatchQueue.h"
 
+#include "platform/base/BlockFailures.h"
 #include "platform/base/DispatchQueue_p.h"
+#include "platform/base/ExceptionCause.h"
 #include "platform/base/Log.h"
 #include "platform/base/TimerService_p.h"
 
 #include <cassert>
 #include <exception>
+#include <mutex>
 #include <pthread.h>
+#include <system_error>
 
 namespace lamina {
 
@@ -15,31 +19,98 @@ namespace {
 thread_local DispatchQueue::State* t_running = nullptr; // the queue whose thread this is
 thread_local bool t_mainIsForbidden = false;            // by a queue that waits for what runs here
 
+/// Who else hears of an exception that left a block. Never destroyed: queues may still work while the process ends.
+class FailureListener {
+public:
+    static FailureListener& shared()
+    {
+        static auto* const listener = new FailureListener;
+        return *listener;
+    }
+    void set(BlockFailureHandler handler)
+    {
+        const std::lock_guard lock(m_mutex);
+        m_handler = std::move(handler);
+    }
+    void call(const std::string& cause)
+    {
+        std::unique_lock lock(m_mutex);
+        const BlockFailureHandler handler = m_handler;
+        lock.unlock();
+        if (handler)
+            handler(cause);
+    }
+
+private:
+    std::mutex m_mutex;
+    BlockFailureHandler m_handler;
+};
+
 void runLogged(const DispatchQueue::Block& block, const std::string& label)
 {
     try {
         block();
-    } catch (const std::exception& e) {
-        logError("queue " + label + ": a block threw: " + e.what());
     } catch (...) {
-        logError("queue " + label + ": a block threw something that is not an exception");
+        const std::string cause = causeOfException();
+        logError("queue " + label + ": a block threw: " + cause);
+        FailureListener::shared().call(cause);
     }
 }
 
-/// A queue with a thread of its own.
+/// For the length of what runs: the queue that it belongs to.
+class RunningOn {
+public:
+    explicit RunningOn(DispatchQueue::State& state)
+        : m_former(std::exchange(t_running, &state))
+    {
+    }
+    ~RunningOn() { t_running = m_former; }
+    RunningOn(const RunningOn&) = delete;
+    RunningOn& operator=(const RunningOn&) = delete;
+
+private:
+    DispatchQueue::State* m_former;
+};
+
+/// A queue with a thread of its own, or with those of its callers where the system has none to give.
 struct ThreadState final : DispatchQueue::State {
     using State::State;
 
-    bool isCurrent() const override { return t_running == this; }
+    bool isCurrent() const override { return runner == std::this_thread::get_id(); }
 
     void prepareForWork() override
     {
-        if (!started)
+        if (hasThread || isThreadless)
+            return;
+        try {
             thread = std::thread([self = std::static_pointer_cast<ThreadState>(shared_from_this())] { self->serve(); });
-        started = true;
+            hasThread = true;
+        } catch (const std::system_error&) {
+            isThreadless = true; // for good: its blocks may count on one order and one place
+        }
     }
 
     void announceWork(std::unique_lock<std::mutex>&) override { changed.notify_one(); }
+
+    void runHere() override
+    {
+        const auto self = shared_from_this(); // a block may destroy the queue
+        std::unique_lock lock(mutex);
+        if (!isThreadless || runner.load() != std::thread::id() || blocks.empty())
+            return;
+        const RunningOn running(*this);
+        runner = std::this_thread::get_id();
+        while (!blocks.empty())
+            runFirst(lock);
+        runner = std::thread::id();
+        changed.notify_all();
+    }
+
+    void runInside(const std::function<void()>& body) override
+    {
+        const RunningOn running(*this);
+        body();
+    }
 
     void close() override
     {
@@ -47,8 +118,14 @@ struct ThreadState final : DispatchQueue::State {
         closed = true;
         changed.notify_one();
         std::thread ending = std::move(thread);
+        if (!isCurrent() && isThreadless) {
+            lock.unlock();
+            runHere(); // what whoever has submitted it has not come to yet
+            lock.lock();
+            changed.wait(lock, [this] { return blocks.empty() && runner.load() == std::thread::id(); });
+        }
         lock.unlock();
-        if (isCurrent())
+        if (isCurrent() && ending.joinable())
             ending.detach();
         else if (ending.joinable())
             ending.join();
@@ -57,7 +134,8 @@ struct ThreadState final : DispatchQueue::State {
 
     void serve()
     {
-        t_running = this;
+        const RunningOn running(*this);
+        runner = std::this_thread::get_id();
         pthread_setname_np(pthread_self(), label.substr(0, 15).c_str()); // the longest name there is
         std::unique_lock lock(mutex);
         for (;;) {
@@ -69,7 +147,9 @@ struct ThreadState final : DispatchQueue::State {
     }
 
     std::thread thread;
-    bool started = false;
+    bool hasThread = false;
+    bool isThreadless = false;
+    std::atomic<std::thread::id> runner{}; // of the blocks; none while nobody runs those of a queue without a thread
 };
 
 /// For the length of a block: what a waiting queue may not do, the block may not do for it.
@@ -105,6 +185,9 @@ void DispatchQueue::State::submit(Block block)
     prepareForWork();
     blocks.push_back(std::move(block));
     announceWork(lock);
+    if (lock.owns_lock())
+        lock.unlock();
+    runHere();
 }
 
 void DispatchQueue::State::submitTimer(Block block)
@@ -165,7 +248,7 @@ void DispatchQueue::async(Block block)
 void DispatchQueue::runSync(const std::function<void()>& body)
 {
     if (m_state->isCurrent()) {
-        body();
+        m_state->runInside(body);
         return;
     }
     const bool forbidden = waitingForMainIsForbidden();
@@ -225,6 +308,11 @@ void* DispatchQueue::currentSpecific(const void* key)
     const std::lock_guard lock(state->mutex);
     const auto found = state->specifics.find(key);
     return found == state->specifics.end() ? nullptr : found->second;
+}
+
+void setBlockFailureHandler(BlockFailureHandler handler)
+{
+    FailureListener::shared().set(std::move(handler));
 }
 
 void DispatchQueue::forbidWaitingForMain()

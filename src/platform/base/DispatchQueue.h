@@ -13,7 +13,9 @@ namespace lamina {
 class MainQueue;
 
 /// Runs blocks one after another, in the order they were submitted, always on the same thread: GL contexts are bound to
-/// threads. That thread belongs to the queue and is made when the first block is submitted.
+/// threads. That thread belongs to the queue and is made when the first block is submitted. Where the system has none
+/// to give then, the queue does without for good: whoever submits a block runs what is queued, in its order and one
+/// block at a time, before the submission returns; so it holds no lock that such a block takes.
 ///
 /// All operations may be called from any thread. A submission happens before the block runs.
 ///

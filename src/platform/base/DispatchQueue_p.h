@@ -25,10 +25,16 @@ struct DispatchQueue::State : std::enable_shared_from_this<State> {
     /// No more work comes; returns when what is left has run, unless called by the queue itself.
     virtual void close() = 0;
 
-    /// Queues a block behind the others.
+    /// Queues a block behind the others. Where the queue has to do without a thread, it and those before have run when
+    /// this returns, but for one that another thread, or the caller's own block, is at.
     void submit(Block block);
-    /// The block of a timer counted by `timersPending`: it stops being pending and becomes queued in one step.
+    /// The block of a timer counted by `timersPending`: it stops being pending and becomes queued in one step. To be
+    /// followed by `runHere`, without the locks of timers.
     void submitTimer(Block block);
+    /// Runs what is queued on the calling thread where there is no thread for it, and nobody else is at it.
+    virtual void runHere() {}
+    /// Runs `body` as a part of the block that the calling thread is at.
+    virtual void runInside(const std::function<void()>& body) { body(); }
     /// Counts a timer that will call `submitTimer`, or was taken back before.
     void timerStarted();
     void timerCancelled();

@@ -1,7 +1,10 @@
 #include "platform/base/Log.h"
 
+#include "platform/base/ShownText.h"
+#include "platform/base/StandardStreams.h"
+
 #include <atomic>
-#include <cstdio>
+#include <cstddef>
 #include <mutex>
 #include <string>
 #include <utility>
@@ -46,13 +49,12 @@ void writeToStandardError(LogLevel level, std::string_view text)
     std::string lines;
     for (;;) {
         const std::size_t end = text.find('\n');
-        lines.append(lineStart(level)).append(text.substr(0, end)).push_back('\n');
+        lines.append(lineStart(level)).append(shownText(text.substr(0, end))).push_back('\n');
         if (end == std::string_view::npos)
             break;
         text.remove_prefix(end + 1);
     }
-    // One call, so that other processes on the same terminal don't cut in either.
-    std::fwrite(lines.data(), 1, lines.size(), stderr);
+    writeMessage(lines);
 }
 
 void callSink(const LogSink& sink, LogLevel level, std::string_view text)

@@ -124,7 +124,7 @@ std::vector<TimerService::Delivery> TimerService::takeDueTimers()
 void TimerService::submitDueTimers()
 {
     std::vector<Delivery> due; // outlives the lock: what it frees may use timers
-    const std::lock_guard lock(m_deliveryMutex);
+    std::unique_lock lock(m_deliveryMutex);
     due = takeDueTimers();
     for (const auto& [record, queue] : due) {
         if (!queue)
@@ -136,6 +136,10 @@ void TimerService::submitDueTimers()
             block();
         });
     }
+    lock.unlock();
+    for (const auto& [record, queue] : due)
+        if (queue)
+            queue->runHere();
 }
 
 } // namespace lamina

@@ -22,6 +22,9 @@ std::string failure(int error)
         return "the file is too large for the device";
     case EROFS:
         return "the device can only be read";
+    case EBUSY:
+    case ETXTBSY:
+        return "the file is in use";
     case ELOOP:
         return "a symbolic link leads in a circle";
     case ENAMETOOLONG:

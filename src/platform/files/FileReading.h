@@ -50,7 +50,16 @@ Result<OpenedFile> openFileForReading(const std::string& path);
 
 /// The contents of a regular file of at most `limit` bytes; a larger one is an error. Usable from any thread.
 Result<std::vector<std::uint8_t>> readSmallFile(const std::string& path, std::size_t limit);
-/// The same for what the user names: a pipe is read to its end, and waited for.
-Result<std::vector<std::uint8_t>> readSmallInput(const std::string& path, std::size_t limit);
+
+/// How long a pipe is waited for, in seconds.
+struct PipePatience {
+    double writer = 5; ///< for somebody who opens it
+    double whole = 60; ///< for all of it
+};
+
+/// The same for what the user names: a pipe is read to its end, and waited for, within `patience`; a terminal for as
+/// long as somebody types. Other devices are refused.
+Result<std::vector<std::uint8_t>> readSmallInput(const std::string& path, std::size_t limit,
+                                                 const PipePatience& patience = {});
 
 } // namespace lamina

@@ -1,9 +1,9 @@
 #include "platform/files/PrivateFolder.h"
 
 #include "platform/files/FileCauses.h"
+#include "platform/files/FileSweeping_p.h"
 
 #include <cerrno>
-#include <chrono>
 #include <cstdlib>
 #include <fcntl.h>
 #include <filesystem>
@@ -19,7 +19,6 @@ namespace fs = std::filesystem;
 namespace {
 
 constexpr mode_t kOwnerOnly = 0700;
-constexpr std::chrono::hours kLeftoversKept{24};
 
 /// A variable that names no absolute path counts as unset.
 std::string_view folderInEnvironment(const char* name)
@@ -37,14 +36,15 @@ std::string ownFolder(const char* variable, std::string_view standard)
     return home.empty() ? std::string() : std::string(home) + std::string(standard) + "/lamina";
 }
 
-/// What can't be looked at or removed stays for the next time.
+/// What can't be looked at or removed stays for the next time; what may still be written, for who writes here next.
 void removeLeftovers(const std::string& folder)
 {
     const fs::file_time_type oldest = fs::file_time_type::clock::now() - kLeftoversKept;
     std::error_code failure;
     for (fs::directory_iterator entry(folder, failure); !failure && entry != fs::end(entry); entry.increment(failure)) {
         std::error_code ignored;
-        if (entry->symlink_status(ignored).type() == fs::file_type::regular && entry->last_write_time(ignored) < oldest)
+        if (entry->symlink_status(ignored).type() == fs::file_type::regular &&
+            entry->last_write_time(ignored) < oldest && !isUnfinishedName(entry->path().filename().native()))
             fs::remove(entry->path(), ignored);
     }
 }
@@ -55,6 +55,19 @@ bool isSameFolder(int descriptor, const std::string& path)
     struct stat named {};
     return ::fstat(descriptor, &open) == 0 && ::stat(path.c_str(), &named) == 0 && open.st_ino == named.st_ino &&
            open.st_dev == named.st_dev;
+}
+
+/// The mode is given to the folder that was looked at, whatever becomes of its path.
+Outcome closeToOthers(const std::string& path)
+{
+    const FileDescriptor folder(::open(path.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC));
+    struct stat status {};
+    if (folder.get() < 0 || ::fstat(folder.get(), &status) != 0)
+        return Error{path, writingFailure(errno)};
+    const std::string opened = "/proc/self/fd/" + std::to_string(folder.get());
+    if ((status.st_mode & 07777) != kOwnerOnly && ::chmod(opened.c_str(), kOwnerOnly) != 0)
+        return Error{path, writingFailure(errno)};
+    return success();
 }
 
 } // namespace
@@ -100,15 +113,7 @@ Outcome makePrivateFolder(const std::string& path)
     }
     if (::mkdir(path.c_str(), kOwnerOnly) == 0)
         return success();
-    if (errno != EEXIST)
-        return Error{path, writingFailure(errno)};
-    if (!fs::is_directory(folder, ignored))
-        return Error{path, cause::kNoSuchFolder};
-    struct stat status {};
-    if (::stat(path.c_str(), &status) == 0 && (status.st_mode & 07777) != kOwnerOnly &&
-        ::chmod(path.c_str(), kOwnerOnly) != 0)
-        return Error{path, writingFailure(errno)};
-    return success();
+    return errno == EEXIST ? closeToOthers(path) : Error{path, writingFailure(errno)};
 }
 
 std::optional<FolderLock> FolderLock::take(const std::string& folder)

@@ -1,17 +1,16 @@
 #include "platform/files/UnfinishedFile_p.h"
 
-#include "platform/files/FileWriting.h"
+#include "platform/files/FileAttributes_p.h"
+#include "platform/files/FileSizeSignal.h"
+#include "platform/files/UnfinishedNames_p.h"
 
 #include <array>
-#include <atomic>
 #include <cerrno>
-#include <climits>
-#include <csignal>
 #include <cstdio>
-#include <cstring>
 #include <ctime>
 #include <fcntl.h>
 #include <random>
+#include <sys/file.h>
 #include <unistd.h>
 #include <utility>
 
@@ -19,68 +18,32 @@ namespace lamina {
 
 namespace {
 
-/// The names of files being written, in memory that a signal handler may read: fixed places, each handed over by its
-/// state.
-class UnfinishedFiles {
-public:
-    /// The place taken; nothing when all are (the file is then written all the same) or the name is too long.
-    static int enter(const std::string& path)
-    {
-        for (std::size_t i = 0; path.size() < PATH_MAX && i < s_slots.size(); ++i) {
-            int expected = kFree;
-            if (!s_slots[i].state.compare_exchange_strong(expected, kFilling))
-                continue;
-            std::memcpy(s_slots[i].path, path.c_str(), path.size() + 1);
-            s_slots[i].state.store(kNamed);
-            return static_cast<int>(i);
-        }
-        return -1;
-    }
-    static void leave(int place)
-    {
-        if (place >= 0)
-            s_slots[static_cast<std::size_t>(place)].state.store(kFree);
-    }
-    static void removeAll()
-    {
-        for (Slot& slot : s_slots)
-            if (slot.state.load() == kNamed)
-                ::unlink(slot.path);
-    }
-
-private:
-    enum State : int { kFree, kFilling, kNamed };
-    struct Slot {
-        std::atomic<int> state{kFree};
-        char path[PATH_MAX];
-    };
-    static_assert(std::atomic<int>::is_always_lock_free); // or the handler could wait for what it interrupted
-    static std::array<Slot, 16> s_slots;
-};
-
-std::array<UnfinishedFiles::Slot, 16> UnfinishedFiles::s_slots;
-
-/// Closes a descriptor; the error's number, or 0: some file systems tell only now that they are full.
-int closed(int descriptor)
+std::string randomName()
 {
-    return ::close(descriptor) != 0 && errno != EINTR ? errno : 0;
+    std::random_device random;
+    std::array<char, UnfinishedNames::kLongestName> name{};
+    std::snprintf(name.data(), name.size(), ".%08x%08x%s", random(), random(), kUnfinishedSuffix.data());
+    return name.data();
+}
+
+/// Of a folder that may not be read nothing can be asked for; some file systems don't know the question.
+int syncFolder(int folder)
+{
+    const FileDescriptor readable(::openat(folder, ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    return readable.get() < 0 || ::fsync(readable.get()) == 0 || errno == EINVAL ? 0 : errno;
 }
 
 } // namespace
 
-FileSizeSignalBlocker::FileSizeSignalBlocker()
+SignalBlocker::SignalBlocker()
 {
-    sigemptyset(&m_signal);
-    sigaddset(&m_signal, SIGXFSZ);
-    pthread_sigmask(SIG_BLOCK, &m_signal, &m_before);
+    sigset_t all;
+    sigfillset(&all);
+    pthread_sigmask(SIG_BLOCK, &all, &m_before);
 }
 
-FileSizeSignalBlocker::~FileSizeSignalBlocker()
+SignalBlocker::~SignalBlocker()
 {
-    if (sigismember(&m_before, SIGXFSZ) == 0) {
-        const timespec now{};
-        sigtimedwait(&m_signal, nullptr, &now); // takes a pending one away
-    }
     pthread_sigmask(SIG_SETMASK, &m_before, nullptr);
 }
 
@@ -98,105 +61,106 @@ int writeAll(int descriptor, std::span<const std::uint8_t> bytes)
     return error;
 }
 
-int writeAndClose(int descriptor, std::span<const std::uint8_t> bytes, Durability durability)
+int closingError(int descriptor)
 {
-    int error = writeAll(descriptor, bytes);
-    if (durability == Durability::OnDevice && error == 0 && ::fdatasync(descriptor) != 0)
-        error = errno;
-    const int closing = closed(descriptor);
-    return error != 0 ? error : closing;
+    const int second = ::fcntl(descriptor, F_DUPFD_CLOEXEC, 0);
+    return second < 0 || (::close(second) != 0 && errno != EINTR) ? errno : 0;
 }
 
-UnfinishedFile::UnfinishedFile(const std::filesystem::path& target, mode_t mode)
+UnfinishedFile::UnfinishedFile(OpenFolder folder, mode_t mode)
+    : m_folder(std::move(folder))
 {
-    std::random_device random;
-    for (int attempt = 0; attempt < 100; ++attempt) {
-        char name[64];
-        std::snprintf(name, sizeof name, ".%08x%08x%s", random(), random(), kUnfinishedSuffix.data());
-        m_path = (target.parent_path() / name).string();
-        m_place = UnfinishedFiles::enter(m_path);
-        m_descriptor = ::open(m_path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW, mode);
-        m_error = m_descriptor < 0 ? errno : 0;
-        if (m_error != EEXIST)
-            break;
-        UnfinishedFiles::leave(std::exchange(m_place, -1));
-    }
+    constexpr int kMostAttempts = 100;
+    m_error = EEXIST;
+    for (int i = 0; i < kMostAttempts && m_error == EEXIST; ++i)
+        make(mode);
     m_exists = m_error == 0;
+    if (m_exists)
+        ::flock(m_file.get(), LOCK_EX | LOCK_NB); // where there are no locks nothing is swept either
+}
+
+void UnfinishedFile::make(mode_t mode)
+{
+    m_name = randomName();
+    // A signal's handler that removes what is unfinished waits for other threads to come through this, but not for its
+    // own.
+    const SignalBlocker blocker;
+    m_place = UnfinishedNames::enter(m_folder->get(), m_name.c_str());
+    m_error = EMFILE;
+    if (m_place < 0)
+        return UnfinishedNames::waitForEnd();
+    m_file = FileDescriptor(
+        ::openat(m_folder->get(), m_name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW, mode));
+    m_error = m_file.get() < 0 ? errno : 0;
+    UnfinishedNames::tried(m_place);
+    if (m_error != 0)
+        UnfinishedNames::leave(std::exchange(m_place, -1));
 }
 
 UnfinishedFile::~UnfinishedFile()
 {
-    if (m_descriptor >= 0)
-        ::close(m_descriptor);
     if (m_exists)
-        ::unlink(m_path.c_str());
-    UnfinishedFiles::leave(m_place);
+        ::unlinkat(m_folder->get(), m_name.c_str(), 0);
+    UnfinishedNames::leave(m_place);
 }
 
-void UnfinishedFile::take(const struct stat& status)
-{
-    if (m_error != 0)
-        return;
-    // The owner is kept where we may; without that the permissions are what counts.
-    if (::fchown(m_descriptor, status.st_uid, status.st_gid) != 0)
-        errno = 0;
-    if (::fchmod(m_descriptor, status.st_mode & 07777) != 0)
-        m_error = errno;
-}
-
-void UnfinishedFile::write(std::span<const std::uint8_t> bytes, Durability durability)
+void UnfinishedFile::take(const FileDescriptor& former)
 {
     if (m_error == 0)
-        m_error = writeAndClose(std::exchange(m_descriptor, -1), bytes, durability);
+        m_error = takeAttributes(m_file.get(), former.get());
 }
 
 void UnfinishedFile::append(std::span<const std::uint8_t> bytes)
 {
     if (m_error == 0)
-        m_error = writeAll(m_descriptor, bytes);
+        m_error = writeAll(m_file.get(), bytes);
 }
 
 std::string UnfinishedFile::descriptorPath() const
 {
-    return "/proc/self/fd/" + std::to_string(m_descriptor);
+    return "/proc/self/fd/" + std::to_string(m_file.get());
 }
 
-void UnfinishedFile::close()
+void UnfinishedFile::finish(Durability durability)
 {
+    if (m_error == 0 && durability == Durability::OnDevice && ::fdatasync(m_file.get()) != 0)
+        m_error = errno;
     if (m_error == 0)
-        m_error = closed(std::exchange(m_descriptor, -1));
+        m_error = closingError(m_file.get());
 }
 
-void UnfinishedFile::replace(const std::filesystem::path& target)
+void UnfinishedFile::replace(const std::string& name, Durability durability)
 {
     if (m_error != 0)
         return;
-    if (::rename(m_path.c_str(), target.c_str()) != 0)
+    const int folder = m_folder->get();
+    if (::renameat(folder, m_name.c_str(), folder, name.c_str()) != 0) {
         m_error = errno;
-    else
-        m_exists = false;
+        return UnfinishedNames::waitForEnd();
+    }
+    m_exists = false;
+    if (durability == Durability::OnDevice)
+        m_error = syncFolder(folder);
 }
 
-bool UnfinishedFile::claim(const std::filesystem::path& target)
+bool UnfinishedFile::claim(const std::string& name)
 {
     if (m_error != 0)
         return false;
-    if (::renameat2(AT_FDCWD, m_path.c_str(), AT_FDCWD, target.c_str(), RENAME_NOREPLACE) == 0) {
+    const int folder = m_folder->get();
+    if (::renameat2(folder, m_name.c_str(), folder, name.c_str(), RENAME_NOREPLACE) == 0) {
         m_exists = false;
         return true;
     }
     // Network file systems refuse the flag but know links; sticks know the flag but no links. Our own name for the file
     // goes with this object.
     const bool unknown = errno == EINVAL || errno == ENOSYS || errno == ENOTSUP;
-    if (unknown && ::link(m_path.c_str(), target.c_str()) == 0)
+    if (unknown && ::linkat(folder, m_name.c_str(), folder, name.c_str(), 0) == 0)
         return true;
     m_error = errno == EEXIST ? 0 : errno;
+    if (m_error != 0)
+        UnfinishedNames::waitForEnd();
     return false;
-}
-
-void UnfinishedFile::removeAll()
-{
-    UnfinishedFiles::removeAll();
 }
 
 } // namespace lamina

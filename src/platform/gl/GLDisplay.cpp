@@ -7,8 +7,11 @@
 #include <charconv>
 #include <cstddef>
 #include <cstdlib>
+#include <latch>
 #include <optional>
+#include <thread>
 #include <utility>
+#include <vector>
 
 namespace lamina {
 
@@ -21,6 +24,33 @@ template <class Function>
 Function eglFunction(const char* name)
 {
     return reinterpret_cast<Function>(eglGetProcAddress(name));
+}
+
+/// Whether the system has so many threads to give, all at once.
+bool givesThreads(unsigned count)
+{
+    std::latch end(1);
+    std::vector<std::thread> threads;
+    threads.reserve(count);
+    bool isGiven = true;
+    try {
+        while (threads.size() < count)
+            threads.emplace_back([&end] { end.wait(); });
+    } catch (...) { // no thread, or no memory for one
+        isGiven = false;
+    }
+    end.count_down();
+    for (std::thread& thread : threads)
+        thread.join();
+    return isGiven;
+}
+
+/// The software driver starts a thread a processor, and waits forever for one that it didn't get; without any it draws
+/// by itself.
+void spareDriverThreads()
+{
+    if (!givesThreads(std::max(1U, std::thread::hardware_concurrency())))
+        ::setenv("LP_NUM_THREADS", "0", 1);
 }
 
 /// Extension lists are words with blanks between; one may begin another's name.
@@ -144,6 +174,7 @@ struct GLDisplayOpening {
 
     static std::optional<GLDisplay> open(const Platform& platform)
     {
+        spareDriverThreads();
         EGLDisplay display = displayOf(platform);
         if (display == EGL_NO_DISPLAY || !eglInitialize(display, nullptr, nullptr))
             return std::nullopt;

@@ -1,5 +1,6 @@
 #include "platform/host/MainLoop.h"
 
+#include "platform/base/Clock.h"
 #include "platform/base/DispatchQueue.h"
 
 #include <QCoreApplication>
@@ -26,10 +27,21 @@ MainLoop::~MainLoop()
 
 bool MainLoop::event(QEvent* event)
 {
-    if (event->type() != kPumpEvent)
+    if (event->type() != kPumpEvent && event->type() != QEvent::Timer)
         return QObject::event(event);
     DispatchQueue::main().runTurn();
+    lookWhileSilent();
     return true;
+}
+
+/// Timers that nobody tells of are looked for.
+void MainLoop::lookWhileSilent()
+{
+    constexpr int kLookMilliseconds = 10;
+    if (!SteadyClock::instance()->isSilent())
+        m_look.stop();
+    else if (!m_look.isActive())
+        m_look.start(kLookMilliseconds, this);
 }
 
 } // namespace lamina

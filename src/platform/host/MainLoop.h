@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QBasicTimer>
 #include <QObject>
 
 namespace lamina {
@@ -15,6 +16,11 @@ public:
 
 protected:
     bool event(QEvent* event) override;
+
+private:
+    void lookWhileSilent();
+
+    QBasicTimer m_look;
 };
 
 } // namespace lamina

@@ -1,7 +1,11 @@
 #include "platform/base/Log.h"
 #include "platform/base/Result.h"
+#include "platform/base/ShownText.h"
+#include "platform/base/StandardStreams.h"
 #include "platform/files/FileURL.h"
+#include "platform/files/UnexpectedEnd.h"
 #include "platform/host/Application.h"
+#include "platform/host/GuardedApplication.h"
 #include "platform/host/ImageConversion.h"
 #include "platform/host/system/TerminationSignals.h"
 #include "platform/image/named/NamedPictures.h"
@@ -24,6 +28,7 @@ using lamina::LaunchOptions;
 constexpr int kGood = 0;
 constexpr int kFailed = 1;
 constexpr int kWrongUsage = 2;
+constexpr int kNotWritten = 4;
 
 /// The values of --screen.
 QStringList screens()
@@ -80,8 +85,17 @@ std::optional<QSize> sizeOf(const QString& text)
 
 int complain(const QString& text)
 {
-    std::fprintf(stderr, "lamina-app: %s\n", qPrintable(text));
+    lamina::writeMessage("lamina-app: " + lamina::shownText(text.toStdString()) + "\n");
     return kWrongUsage;
+}
+
+/// To standard output, as the answer to the command line.
+int print(const std::string& text)
+{
+    if (std::fputs(text.c_str(), stdout) >= 0 && std::fflush(stdout) == 0)
+        return kGood;
+    lamina::writeMessage("lamina-app: standard output: can't be written\n");
+    return kNotWritten;
 }
 
 /// The command line as options, or the exit code with which to leave at once.
@@ -113,14 +127,10 @@ Parsed parse(const QStringList& arguments)
 
     if (!parser.parse(arguments))
         return {{}, complain(parser.errorText())};
-    if (parser.isSet(help)) {
-        std::fputs(qPrintable(parser.helpText()), stdout);
-        return {{}, kGood};
-    }
-    if (parser.isSet(version)) {
-        std::fputs("lamina-app " LAMINA_VERSION "\n", stdout);
-        return {{}, kGood};
-    }
+    if (parser.isSet(help))
+        return {{}, print(parser.helpText().toStdString())};
+    if (parser.isSet(version))
+        return {{}, print("lamina-app " LAMINA_VERSION "\n")};
     Parsed parsed;
     parsed.options.screen = parser.value(screen).toStdString();
     if (!screens().contains(parser.value(screen)))
@@ -150,21 +160,19 @@ QStringList textsOf(int argc, char** argv)
     return texts;
 }
 
-} // namespace
-
-int main(int argc, char** argv)
+int run(int argc, char** argv)
 {
     setNames();
     // Wrong usage, --help and --version need no display. Qt takes its own options out first.
     if (!displayIsThere()) {
         if (const Parsed parsed = parse(textsOf(argc, argv)); parsed.leave)
             return *parsed.leave;
-        std::fputs("lamina-app: there is no display to open a window on\n", stderr);
+        lamina::writeMessage("lamina-app: there is no display to open a window on\n");
         return kFailed;
     }
     qInstallMessageHandler(logMessage);
     chooseRenderer();
-    QGuiApplication qt(argc, argv);
+    lamina::GuardedApplication qt(argc, argv);
     const Parsed parsed = parse(QGuiApplication::arguments());
     if (parsed.leave)
         return *parsed.leave;
@@ -174,4 +182,13 @@ int main(int argc, char** argv)
     const lamina::TerminationSignals termination;
     application.show();
     return QGuiApplication::exec();
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    lamina::openStandardStreams();
+    lamina::installLastNets("lamina-app", false);
+    return lamina::withoutExceptions("lamina-app", [&] { return run(argc, argv); });
 }

@@ -33,16 +33,17 @@ bool isThumbnail(const AssetPictureRequest& request)
     return target && std::max(target->width, target->height) <= kLargestThumbnailSide;
 }
 
-Result<UIImage> loadAssetPicture(const AssetPictureRequest& request, const std::atomic<bool>* cancelled)
+Result<UIImage> loadAssetPicture(const AssetPictureRequest& request, const std::atomic<bool>* cancelled,
+                                 std::string* warning)
 {
     const std::string& path = request.asset.path;
-    return loadAssetPicture({path, nullptr, path}, request, cancelled);
+    return loadAssetPicture({path, nullptr, path}, request, cancelled, warning);
 }
 
 Result<UIImage> loadAssetPicture(const PhotoSource& source, const AssetPictureRequest& request,
-                                 const std::atomic<bool>* cancelled)
+                                 const std::atomic<bool>* cancelled, std::string* warning)
 {
-    DecodeOptions options{.cancelled = cancelled, .memoryLimit = request.memoryLimit};
+    DecodeOptions options{.cancelled = cancelled, .memoryLimit = request.memoryLimit, .warning = warning};
     const std::optional<CGSize> target = wholeTarget(request);
     if (!target)
         return loadUpright(source, options);

@@ -9,6 +9,7 @@
 
 #include <atomic>
 #include <cstddef>
+#include <string>
 
 namespace lamina {
 
@@ -28,11 +29,13 @@ inline constexpr int kLargestThumbnailSide = 640;
 bool isThumbnail(const AssetPictureRequest& request);
 
 /// Reads and sizes the picture on the calling thread: upright, scale 1, in sRGB. Set `cancelled` (may be null) from any
-/// thread to stop. The error's subject is the file's path, its cause one of `loadPicture` or the want of memory.
-Result<UIImage> loadAssetPicture(const AssetPictureRequest& request, const std::atomic<bool>* cancelled);
+/// thread to stop; `warning` as in `DecodeOptions`. The error's subject is the file's path, its cause one of
+/// `loadPicture` or the want of memory.
+Result<UIImage> loadAssetPicture(const AssetPictureRequest& request, const std::atomic<bool>* cancelled,
+                                 std::string* warning = nullptr);
 /// The same of a picture that is no asset: it is read from `source`, and of the asset only the sides count. The error's
 /// subject is the source's name.
 Result<UIImage> loadAssetPicture(const PhotoSource& source, const AssetPictureRequest& request,
-                                 const std::atomic<bool>* cancelled);
+                                 const std::atomic<bool>* cancelled, std::string* warning = nullptr);
 
 } // namespace lamina

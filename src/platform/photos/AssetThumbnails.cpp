@@ -135,8 +135,9 @@ AssetThumbnails::Reading AssetThumbnails::read(const AssetPictureRequest& reques
     known.asset.pixelWidth = own.width;
     known.asset.pixelHeight = own.height;
     const int shortSide = std::max(kLeastRead, decodedShortSide(known, *wholeTarget(known)));
+    std::string warning; // for who takes the photo itself
     const Result<UIImage> stored =
-        loadAsStored({path, nullptr, path}, {.shortSide = shortSide, .cancelled = cancelled});
+        loadAsStored({path, nullptr, path}, {.shortSide = shortSide, .cancelled = cancelled, .warning = &warning});
     if (!stored)
         return failed(stored.error(), file, path);
     // A small photo is as soon read itself.

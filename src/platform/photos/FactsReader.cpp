@@ -8,6 +8,7 @@
 #include <pthread.h>
 #include <sys/resource.h>
 #include <sys/syscall.h>
+#include <system_error>
 #include <unistd.h>
 #include <utility>
 
@@ -59,11 +60,22 @@ FactsReader::FactsReader(std::function<void()> wake)
 
 void FactsReader::submit(std::vector<FactsJob> jobs)
 {
-    const std::lock_guard lock(m_mutex);
+    std::unique_lock lock(m_mutex);
     std::ranges::move(jobs, std::back_inserter(m_waiting));
-    while (m_threads.size() < kThreads && !m_stopped)
-        m_threads.emplace_back([this] { work(); });
+    startThreads();
     m_more.notify_all();
+    while (m_threads.empty() && !m_stopped && !m_waiting.empty())
+        readSome(lock);
+}
+
+void FactsReader::startThreads()
+{
+    try {
+        while (m_threads.size() < kThreads && !m_stopped)
+            m_threads.emplace_back([this] { work(); });
+    } catch (const std::system_error&) {
+        // The system has no more to give: one is enough, and without any the caller reads.
+    }
 }
 
 std::vector<FactsJob> FactsReader::take()
@@ -95,34 +107,38 @@ void FactsReader::work()
 {
     pthread_setname_np(pthread_self(), "photo facts");
     lowerThreadPriority();
-    std::vector<FactsJob> batch;
     std::unique_lock lock(m_mutex);
     while (true) {
         m_more.wait(lock, [this] { return m_stopped || !m_waiting.empty(); });
         if (m_stopped)
             return;
-        // The last ones are shared out, too.
-        const std::size_t count = std::min(kBatch, (m_waiting.size() + 1) / 2);
-        const auto end = m_waiting.begin() + static_cast<std::ptrdiff_t>(count);
-        batch.assign(std::make_move_iterator(m_waiting.begin()), std::make_move_iterator(end));
-        m_waiting.erase(m_waiting.begin(), end);
-        m_reading += count;
-        lock.unlock();
-        for (FactsJob& job : batch) {
-            if (m_stopped)
-                return;
-            PhotoRecord record = readRecord(job.folderPath, job.file);
-            record.id = job.record.id;
-            record.folder = job.record.folder;
-            job.record = std::move(record);
-        }
-        lock.lock();
-        m_reading -= count;
-        std::ranges::move(batch, std::back_inserter(m_done));
-        lock.unlock();
-        m_wake();
-        lock.lock();
+        readSome(lock);
     }
+}
+
+void FactsReader::readSome(std::unique_lock<std::mutex>& lock)
+{
+    // The last ones are shared out, too.
+    const std::size_t count = std::min(kBatch, (m_waiting.size() + 1) / 2);
+    const auto end = m_waiting.begin() + static_cast<std::ptrdiff_t>(count);
+    std::vector<FactsJob> batch(std::make_move_iterator(m_waiting.begin()), std::make_move_iterator(end));
+    m_waiting.erase(m_waiting.begin(), end);
+    m_reading += count;
+    lock.unlock();
+    for (FactsJob& job : batch) {
+        if (m_stopped)
+            return lock.lock();
+        PhotoRecord record = readRecord(job.folderPath, job.file);
+        record.id = job.record.id;
+        record.folder = job.record.folder;
+        job.record = std::move(record);
+    }
+    lock.lock();
+    m_reading -= count;
+    std::ranges::move(batch, std::back_inserter(m_done));
+    lock.unlock();
+    m_wake();
+    lock.lock();
 }
 
 } // namespace lamina

@@ -27,11 +27,11 @@ struct FactsJob {
     PhotoRecord record; ///< `id` and `folder` are the caller's and stay
 };
 
-/// Reads the headers of files in two threads of low priority, which are started with the first one. All operations are
-/// usable from any thread.
+/// Reads the headers of files in two threads of low priority, which are started with the first one; where the system
+/// has none to give, in the thread that submits them. All operations are usable from any thread.
 class FactsReader {
 public:
-    /// `wake` is called in a thread of the reader when `take` has something.
+    /// `wake` is called in a thread that reads when `take` has something.
     explicit FactsReader(std::function<void()> wake);
     ~FactsReader() { stop(); }
     FactsReader(const FactsReader&) = delete;
@@ -46,7 +46,10 @@ public:
     void stop();
 
 private:
+    void startThreads();
     void work();
+    /// Reads a batch of those that wait, without the lock meanwhile.
+    void readSome(std::unique_lock<std::mutex>& lock);
 
     const std::function<void()> m_wake;
     mutable std::mutex m_mutex;

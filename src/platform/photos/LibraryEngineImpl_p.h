@@ -60,7 +60,12 @@ private:
     LibrarySnapshotPtr makeSnapshot(const LibraryPlaces::Changes& changes, bool isOtherTree);
 
     // The thread.
+    void begin();
+    bool isHeld();
+    bool isAtWork() const;
     void run();
+    /// What the thread would do, until it would rest: on the caller's, where the system has none to give.
+    void workHere();
     bool wait(bool isBusy);
     int waitingTime(bool isBusy) const;
     bool work(bool isMounted);
@@ -83,6 +88,8 @@ private:
 
     mutable std::mutex m_startMutex;
     std::thread m_thread;
+    std::atomic<bool> m_isThreadless = false; ///< the work is done by who waits for it
+    std::atomic<bool> m_worksHere = false;
     std::atomic<bool> m_stopped = false;
 
     mutable std::mutex m_mutex; ///< guards what follows

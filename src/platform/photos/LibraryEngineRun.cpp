@@ -1,6 +1,8 @@
 #include "platform/photos/LibraryEngineImpl_p.h"
 
+#include "platform/base/ExceptionCause.h"
 #include "platform/base/FreeMemory.h"
+#include "platform/base/Log.h"
 #include "platform/photos/FactsReader_p.h"
 #include "platform/photos/FolderWalk_p.h"
 #include "platform/photos/LibraryRoots.h"
@@ -20,6 +22,7 @@
 #include <pthread.h>
 #include <string>
 #include <sys/eventfd.h>
+#include <system_error>
 #include <thread>
 #include <unistd.h>
 #include <utility>
@@ -77,8 +80,14 @@ void LibraryEngine::Impl::start()
         const std::lock_guard lock(m_mutex);
         m_snapshot = first;
     }
-    if (!m_stopped)
+    if (m_stopped)
+        return;
+    begin();
+    try {
         m_thread = std::thread([this] { run(); });
+    } catch (const std::system_error&) {
+        m_isThreadless = true;
+    }
 }
 
 LibraryRoots LibraryEngine::Impl::takeRoots()
@@ -133,6 +142,8 @@ void LibraryEngine::Impl::post(std::function<void()> command)
         m_commands.push_back(std::move(command));
     }
     wake();
+    if (m_isThreadless)
+        workHere();
 }
 
 void LibraryEngine::Impl::wake() const
@@ -156,10 +167,14 @@ void LibraryEngine::Impl::release()
         --m_holds;
     }
     wake();
+    if (m_isThreadless)
+        workHere();
 }
 
 void LibraryEngine::Impl::waitUntilComplete()
 {
+    if (m_isThreadless)
+        return workHere();
     std::unique_lock lock(m_mutex);
     m_news.wait(lock, [this] { return m_isFinished || (m_snapshot->complete && m_shownRoots == m_wantedRoots); });
 }
@@ -177,18 +192,50 @@ void LibraryEngine::Impl::stop(milliseconds longest)
 
 // The thread.
 
-void LibraryEngine::Impl::run()
+void LibraryEngine::Impl::begin()
 {
-    pthread_setname_np(pthread_self(), "photo library");
-    lowerThreadPriority();
     m_lastPublished = Clock::now();
     m_interval = kFirstInterval;
     m_gatherEnd = m_lastPublished;
     m_isGathering = true; // the first walk
+}
+
+bool LibraryEngine::Impl::isHeld()
+{
+    const std::lock_guard step(m_stepMutex);
+    return m_holds > 0;
+}
+
+/// Whether there is something to do, or to be told, that is not up to what others do.
+bool LibraryEngine::Impl::isAtWork() const
+{
+    return m_isGathering || !isSettled() || !m_isComplete || !m_answers.empty();
+}
+
+void LibraryEngine::Impl::workHere()
+{
+    if (m_worksHere.exchange(true))
+        return; // further up
     bool isBusy = true;
-    while (!m_stopped) {
+    while (!m_stopped && !isHeld() && (isBusy || isAtWork())) {
         const bool isMounted = wait(isBusy);
-        isBusy = !m_stopped && work(isMounted);
+        isBusy = work(isMounted);
+    }
+    m_worksHere = false;
+}
+
+void LibraryEngine::Impl::run()
+{
+    pthread_setname_np(pthread_self(), "photo library");
+    lowerThreadPriority();
+    try {
+        bool isBusy = true;
+        while (!m_stopped) {
+            const bool isMounted = wait(isBusy);
+            isBusy = !m_stopped && work(isMounted);
+        }
+    } catch (...) { // the library stays as it was told last
+        logError("photo library: " + causeOfException());
     }
     m_scanner->stop();
     const std::lock_guard lock(m_mutex);
@@ -219,15 +266,10 @@ bool LibraryEngine::Impl::wait(bool isBusy)
     // A mutex alone would be ours again before anybody who waits for it has woken.
     while (m_wantedHolds > 0)
         std::this_thread::sleep_for(kTurn);
-    bool isHeld = false;
-    {
-        const std::lock_guard step(m_stepMutex);
-        isHeld = m_holds > 0;
-    }
     std::array<pollfd, 3> descriptors = {{{m_wake.get(), POLLIN, 0},
                                           {m_scanner->watchDescriptor(), POLLIN, 0},
                                           {m_scanner->mountDescriptor(), POLLPRI, 0}}};
-    poll(descriptors.data(), descriptors.size(), isHeld ? -1 : waitingTime(isBusy));
+    poll(descriptors.data(), descriptors.size(), isHeld() ? -1 : waitingTime(isBusy));
     std::uint64_t count = 0;
     [[maybe_unused]] const ssize_t taken = read(m_wake.get(), &count, sizeof count);
     return descriptors.back().revents != 0;

@@ -18,7 +18,8 @@ namespace lamina {
 
 /// Keeps the library's index in step with the folders, in a thread of its own: walks them once, then watches them, and
 /// publishes snapshots. It starts with the first call that asks for the library and costs nothing before; when nothing
-/// changes it sleeps. All operations are usable from any thread.
+/// changes it sleeps. Where the system has no thread to give, whoever waits for the library, or hands it something,
+/// does its work, and nothing is watched. All operations are usable from any thread.
 class LibraryEngine {
 public:
     /// What tests narrow.

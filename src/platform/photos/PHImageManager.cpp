@@ -15,6 +15,7 @@
 #include <mutex>
 #include <optional>
 #include <semaphore>
+#include <string>
 #include <utility>
 #include <vector>
 
@@ -35,11 +36,29 @@ UIImage pictureOrLog(const Result<UIImage>& picture, const std::atomic<bool>* ca
     return {};
 }
 
-UIImage pictureNow(const AssetPictureRequest& request)
+/// A picture, and what is to be said of it.
+struct ReadPhoto {
+    Result<UIImage> picture;
+    std::string warning;
+};
+
+ReadPhoto readWhole(const AssetPictureRequest& request, const std::atomic<bool>* cancelled)
 {
-    return pictureOrLog(isThumbnail(request) ? AssetThumbnails::shared().load(request, nullptr)
-                                             : loadAssetPicture(request, nullptr),
-                        nullptr);
+    std::string warning;
+    Result<UIImage> picture = loadAssetPicture(request, cancelled, &warning);
+    if (!warning.empty())
+        logWarning(request.asset.path + ": " + warning);
+    return {std::move(picture), std::move(warning)};
+}
+
+UIImage pictureNow(const AssetPictureRequest& request, const PHImageRequestOptions& options)
+{
+    if (isThumbnail(request))
+        return pictureOrLog(AssetThumbnails::shared().load(request, nullptr), nullptr);
+    const ReadPhoto read = readWhole(request, nullptr);
+    if (!read.warning.empty() && options.warningHandler)
+        options.warningHandler(read.warning);
+    return pictureOrLog(read.picture, nullptr);
 }
 
 /// Photos that are read at the same time, at most: one that somebody waits for, and those that were cancelled where
@@ -63,7 +82,8 @@ std::shared_ptr<void> placeForReading(const std::atomic<bool>& cancelled)
 /// called and let go on the main queue, where they came to life.
 class PHImageManager::Requests : public std::enable_shared_from_this<Requests> {
 public:
-    PHImageRequestID add(const AssetPictureRequest& wanted, DeliveryMode delivery, ResultHandler handler);
+    PHImageRequestID add(const AssetPictureRequest& wanted, const PHImageRequestOptions& options,
+                         ResultHandler handler);
     void cancel(PHImageRequestID identifier);
     void cancelAll();
 
@@ -76,9 +96,13 @@ private:
         PictureWorkers::Ticket waiting; ///< guarded by the mutex
     };
     using RequestPointer = std::shared_ptr<Request>;
+    struct Handlers {
+        ResultHandler result;
+        std::function<void(const std::string&)> warning;
+    };
     struct Entry {
         RequestPointer request;
-        std::shared_ptr<const ResultHandler> handler;
+        std::shared_ptr<const Handlers> handlers;
     };
     enum class Answer { Coarse, Final };
 
@@ -87,8 +111,8 @@ private:
     void look(const RequestPointer& request);
     void readThumbnail(const RequestPointer& request);
     void readPhoto(const RequestPointer& request);
-    void answer(const RequestPointer& request, const UIImage& picture, Answer kind);
-    void deliver(PHImageRequestID identifier, const UIImage& picture, Answer kind);
+    void answer(const RequestPointer& request, const UIImage& picture, Answer kind, const std::string& warning = {});
+    void deliver(PHImageRequestID identifier, const UIImage& picture, Answer kind, const std::string& warning);
     void stop(std::vector<Entry> entries);
 
     std::mutex m_mutex;
@@ -96,16 +120,17 @@ private:
     std::map<PHImageRequestID, Entry> m_entries;
 };
 
-PHImageRequestID PHImageManager::Requests::add(const AssetPictureRequest& wanted, DeliveryMode delivery,
+PHImageRequestID PHImageManager::Requests::add(const AssetPictureRequest& wanted, const PHImageRequestOptions& options,
                                                ResultHandler handler)
 {
     const auto request = std::make_shared<Request>();
     request->wanted = wanted;
-    request->answers = delivery == DeliveryMode::Opportunistic ? Wanted::CoarseToo : Wanted::Final;
+    request->answers = options.deliveryMode == DeliveryMode::Opportunistic ? Wanted::CoarseToo : Wanted::Final;
     {
         const std::lock_guard lock(m_mutex);
         request->identifier = ++m_last;
-        m_entries.emplace(m_last, Entry{request, std::make_shared<const ResultHandler>(std::move(handler))});
+        const auto handlers = std::make_shared<const Handlers>(std::move(handler), options.warningHandler);
+        m_entries.emplace(m_last, Entry{request, handlers});
     }
     const bool small = isThumbnail(wanted);
     if (small || request->answers == Wanted::CoarseToo)
@@ -152,36 +177,40 @@ void PHImageManager::Requests::readPhoto(const RequestPointer& request)
     if (!place)
         return;
     // Some decoders can't be stopped: the next photo does not wait for them.
-    const std::optional<Result<UIImage>> picture = doUnlessCancelled(
+    const std::optional<ReadPhoto> read = doUnlessCancelled(
         [request, place, expected = DispatchQueue::main().expectWork()] {
-            return loadAssetPicture(request->wanted, &request->cancelled);
+            return readWhole(request->wanted, &request->cancelled);
         },
         &request->cancelled);
-    if (picture)
-        answer(request, pictureOrLog(*picture, &request->cancelled), Answer::Final);
+    if (read)
+        answer(request, pictureOrLog(read->picture, &request->cancelled), Answer::Final, read->warning);
 }
 
-void PHImageManager::Requests::answer(const RequestPointer& request, const UIImage& picture, Answer kind)
+void PHImageManager::Requests::answer(const RequestPointer& request, const UIImage& picture, Answer kind,
+                                      const std::string& warning)
 {
-    DispatchQueue::main().async([self = shared_from_this(), identifier = request->identifier, picture, kind] {
-        self->deliver(identifier, picture, kind);
+    DispatchQueue::main().async([self = shared_from_this(), identifier = request->identifier, picture, kind, warning] {
+        self->deliver(identifier, picture, kind, warning);
     });
 }
 
 /// A coarse picture that comes after the final one finds nobody any more.
-void PHImageManager::Requests::deliver(PHImageRequestID identifier, const UIImage& picture, Answer kind)
+void PHImageManager::Requests::deliver(PHImageRequestID identifier, const UIImage& picture, Answer kind,
+                                       const std::string& warning)
 {
-    std::shared_ptr<const ResultHandler> handler;
+    std::shared_ptr<const Handlers> handlers;
     {
         const std::lock_guard lock(m_mutex);
         const auto found = m_entries.find(identifier);
         if (found == m_entries.end())
             return;
-        handler = found->second.handler;
+        handlers = found->second.handlers;
         if (kind == Answer::Final)
             m_entries.erase(found);
     }
-    (*handler)(picture);
+    if (!warning.empty() && handlers->warning)
+        handlers->warning(warning);
+    handlers->result(picture);
 }
 
 void PHImageManager::Requests::cancel(PHImageRequestID identifier)
@@ -237,8 +266,8 @@ PHImageRequestID PHImageManager::requestImageForAsset(const PHAsset& asset, CGSi
 {
     const AssetPictureRequest request{asset, targetSize, contentMode, options.resizeMode, options.memoryLimit};
     if (!options.synchronous)
-        return m_requests->add(request, options.deliveryMode, std::move(resultHandler));
-    resultHandler(pictureNow(request));
+        return m_requests->add(request, options, std::move(resultHandler));
+    resultHandler(pictureNow(request, options));
     return PHInvalidImageRequestID;
 }
 

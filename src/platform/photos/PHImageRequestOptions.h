@@ -1,6 +1,8 @@
 #pragma once
 
 #include <cstddef>
+#include <functional>
+#include <string>
 
 namespace lamina {
 
@@ -34,6 +36,9 @@ struct PHImageRequestOptions {
     /// The most memory for the picture's pixels, in bytes. One of which more is wanted comes as large as this allows,
     /// so long as a target size is given; with the maximum size it fails.
     std::size_t memoryLimit = std::size_t{256} << 20;
+    /// Hears, just before the result, what is to be said of a photo that is damaged and shown as far as it goes; the
+    /// log tells it in any case, but for thumbnails. May be empty.
+    std::function<void(const std::string& warning)> warningHandler = {};
 };
 
 } // namespace lamina

@@ -12,6 +12,7 @@ namespace lamina {
 struct PhotoLoad::Job {
     PhotoSource source;
     DecodeOptions options;
+    std::string warning; ///< of the picture queue until the completion runs
     std::atomic<bool> cancelled = false;
     Completion completion; ///< main thread; empty once it has run or is not wanted any more
 };
@@ -22,6 +23,7 @@ PhotoLoad::PhotoLoad(PhotoSource source, int shortSide, Completion completion)
     m_job->source = std::move(source);
     m_job->options.shortSide = shortSide;
     m_job->options.cancelled = &m_job->cancelled;
+    m_job->options.warning = &m_job->warning;
     m_job->completion = std::move(completion);
     pictureQueue().async([job = m_job, expected = DispatchQueue::main().expectWork()]() mutable {
         auto photo = std::make_shared<Result<UIImage>>(loadUpright(job->source, job->options));
@@ -31,6 +33,11 @@ PhotoLoad::PhotoLoad(PhotoSource source, int shortSide, Completion completion)
         });
         expected.reset();
     });
+}
+
+const std::string& PhotoLoad::warning() const
+{
+    return m_job->warning;
 }
 
 PhotoLoad::~PhotoLoad()

@@ -7,6 +7,7 @@
 #include <atomic>
 #include <functional>
 #include <memory>
+#include <string>
 
 namespace lamina {
 
@@ -26,6 +27,8 @@ public:
 
     /// Ends the reading within some rows; the completion is not called any more. The second time nothing happens.
     void cancel();
+    /// What is to be said of a photo that could be read, as in `DecodeOptions`; to be asked for by the completion.
+    const std::string& warning() const;
 
 private:
     struct Job;

@@ -1,10 +1,17 @@
 #include "platform/photos/PhotoLoading.h"
 
+#include "platform/base/Cancelling.h"
 #include "platform/base/Causes.h"
+#include "platform/image/pixels/UprightPicture.h"
 
 #include <utility>
 
 namespace lamina {
+
+Result<PictureFacts> photoFacts(const PhotoSource& source)
+{
+    return source.bytes ? readPictureFacts(*source.bytes, source.name) : readPictureFacts(source.path);
+}
 
 Result<UIImage> loadAsStored(const PhotoSource& source, const DecodeOptions& options)
 {
@@ -20,9 +27,10 @@ Result<UIImage> loadUpright(const PhotoSource& source, const DecodeOptions& opti
     const Result<UIImage> photo = loadAsStored(source, options);
     if (!photo)
         return photo;
-    if (options.cancelled && *options.cancelled)
+    UIImage turned = upright(*photo, options.cancelled);
+    if (isCancelled(options.cancelled))
         return Error{source.name, cause::kCancelled};
-    return madeOrNoMemory(photo->upright(), source.name);
+    return madeOrNoMemory(std::move(turned), source.name);
 }
 
 Result<UIImage> madeOrNoMemory(UIImage made, const std::string& subject)

@@ -1,9 +1,11 @@
 #include "platform/view/FailureAlert.h"
 
 #include "platform/base/Localization.h"
+#include "platform/base/ShownText.h"
 #include "platform/view/ScreenTransition_p.h"
 #include "platform/view/UIAlertController.h"
 
+#include <QCoreApplication>
 #include <QDir>
 
 #include <utility>
@@ -40,7 +42,7 @@ Screen topOf(Screen screen)
 std::string shownPath(const std::string& path)
 {
     const std::string home = QDir::homePath().toStdString();
-    return path.starts_with(home + '/') ? '~' + path.substr(home.size()) : path;
+    return shownText(path.starts_with(home + '/') ? '~' + path.substr(home.size()) : path, kReplacementSign);
 }
 
 std::string failureText(const Error& error)
@@ -59,6 +61,12 @@ void presentFailure(UIViewController& screen, std::string title, const Error& er
 {
     presentOverTop(screen, UIAlertController::make(std::move(title), failureText(error),
                                                    {{localizedString("OK"), UIAlertActionStyle::Default, {}}}));
+}
+
+void presentDamage(UIViewController& screen, const Error& warning)
+{
+    if (!warning.cause.empty())
+        presentFailure(screen, localizedString(QT_TRANSLATE_NOOP("Lamina", "The photo is damaged")), warning);
 }
 
 } // namespace lamina

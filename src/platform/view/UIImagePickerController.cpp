@@ -66,9 +66,10 @@ void UIImagePickerController::photoArrived(Result<UIImage> photo)
         return;
     }
     const auto self = shared_from_this();
+    const std::string damage = m_load->warning();
     finish();
     if (const auto heard = delegate())
-        heard->imagePickerController(*this, {*std::move(photo), m_photo.name, m_photo});
+        heard->imagePickerController(*this, {*std::move(photo), m_photo.name, m_photo, damage});
     else
         leave();
 }

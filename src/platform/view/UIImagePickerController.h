@@ -22,6 +22,7 @@ struct UIImagePickerInfo {
     UIImage originalImage;   ///< UIImagePickerControllerOriginalImage: upright
     std::string name;        ///< to show
     PhotoSource source = {}; ///< from which it can be read again; neither path nor bytes: it can't be
+    std::string damage = {}; ///< what its decoder says of a damaged one, for `presentDamage`; mostly empty
 };
 
 /// Hears what became of a picker. It dismisses the picker; one without a delegate dismisses itself. Main thread.

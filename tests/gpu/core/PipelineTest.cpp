@@ -127,6 +127,35 @@ TEST_F(PipelineTest, BadConfigurationsSayWhatIsNotUnderstoodAndConnectNothing)
     }
 }
 
+TEST_F(PipelineTest, TextsThatNoChainHasAreRefusedBeforeTheyAreRead)
+{
+    const auto chainOf = [](int count) {
+        std::string filters;
+        for (int i = 0; i < count; ++i)
+            filters += std::string(i > 0 ? "," : "") + R"json({"FilterName": "Plain"})json";
+        return R"json({"Filters": [)json" + filters + "]}";
+    };
+    std::string keys;
+    for (int i = 0; i < 100'000; ++i)
+        keys += "\"" + std::to_string(i) + "\":0,";
+    const std::pair<std::string, const char*> cases[] = {
+        {chainOf(65), "has more than 64 filters"},
+        {"{" + keys + "\"Filters\": []}", "has more values than a chain of filters"},
+        {std::string(100'000, '['), "is nested deeper than a chain of filters"},
+        {R"json({"Filters": [{"FilterName": "Plain", "Attributes": {"a:": "", "a:": ""}}]})json", "names \"a:\" twice"},
+        {chainOf(1) + std::string(2'000'000, ' '), "the file is too large"},
+        {chainOf(1) + '\0', "is not JSON"},
+        {R"json({"Filters": [], "Version": 1e999})json", "is not JSON"},
+        {"{\"Filters\": [{\"FilterName\": \"\xff\"}]}", "is not JSON"},
+    };
+    for (const auto& [json, cause] : cases) {
+        const auto refused = PipelineConfiguration::fromJson(json, "chain.json");
+        ASSERT_FALSE(refused.ok()) << cause;
+        EXPECT_EQ(refused.error().cause, cause);
+    }
+    EXPECT_EQ(PipelineConfiguration::fromJson("\xef\xbb\xbf" + chainOf(64), "chain.json")->filters.size(), 64U);
+}
+
 TEST_F(PipelineTest, EveryChangeOfTheListConnectsAnew)
 {
     const auto a = std::make_shared<GPUImageFilter>();

@@ -1,11 +1,16 @@
 #include "GraphFixture.h"
 #include "LogCapture.h"
 #include "TestPictures.h"
+#include "gpu/core/DrawingFailures.h"
+#include "gpu/core/GPUImageFramebuffer.h"
 #include "gpu/core/GPUTextureOptions.h"
+#include "gpu/core/VideoProcessingQueue.h"
 #include "gpu/sources/GPUImagePicture.h"
 #include "platform/base/DispatchSemaphore.h"
 #include "platform/image/codecs/PictureEncoding.h"
+#include "platform/image/pixels/PixelBuffer.h"
 
+#include <chrono>
 #include <cstddef>
 #include <thread>
 
@@ -65,6 +70,42 @@ TEST_F(PictureTest, ATargetThatComesLateGetsTheFrameAtOnce)
     EXPECT_EQ(early->frames().size(), 1U);
     m_picture->removeAllTargets();
     EXPECT_TRUE(consumerOf(*m_picture)->frames().empty()) << "the push has been forgotten";
+}
+
+TEST_F(PictureTest, ItsLastPushKeepsItsTextureOnlyForTheTargetsThatNeedIt)
+{
+    const auto filter = std::make_shared<GPUImageFilter>();
+    m_picture->addTarget(filter);
+    const auto consumer = consumerOf(*filter);
+    const std::size_t idle = idleFramebuffers();
+    // However long the queue is at other work, what it returns from has been drawn.
+    runAsynchronouslyOnVideoProcessingQueue([] { std::this_thread::sleep_for(std::chrono::milliseconds(100)); });
+    m_picture->processImageAndLetGo();
+    EXPECT_EQ(consumer->frames().size(), 1U) << "when it returns";
+    EXPECT_TRUE(imagesMatch(consumer->last().pixels, chartPicture(5, 4)));
+    EXPECT_EQ(m_picture->outputImageSize(), CGSize{});
+    EXPECT_EQ(idleFramebuffers(), idle + 2) << "the picture's texture and what the filter drew";
+    EXPECT_EQ(consumerOf(*m_picture)->frames().size(), 0U);
+}
+
+TEST_F(PictureTest, APictureThatIsGivenAwayGoesOnceItIsUp)
+{
+    const CGImageLayout layout = CGImageLayout::rgba(5, 4, CGImageAlphaInfo::Last);
+    std::shared_ptr<const std::uint8_t> bytes = PixelBuffer::zeroed(layout.byteCount()).share();
+    const std::weak_ptr<const std::uint8_t> watched = bytes;
+    const GPUImagePicture picture(UIImage(CGImage::make(layout, std::move(bytes), layout.byteCount())));
+    EXPECT_TRUE(watched.expired());
+}
+
+TEST_F(PictureTest, WhatCanNotBeMadeIsToldToWhoListens)
+{
+    const DrawingFailures outer;
+    {
+        const DrawingFailures inner;
+        const GPUImageFramebuffer beyond({200'000, 3});
+        EXPECT_EQ(inner.first(), "the device has no framebuffer for 200000 x 3 pixels");
+    }
+    EXPECT_EQ(outer.first(), std::nullopt);
 }
 
 TEST_F(PictureTest, ItsEndReturnsTheTexture)

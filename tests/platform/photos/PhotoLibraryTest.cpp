@@ -106,6 +106,7 @@ TEST_F(PhotoLibraryFolder, TellsWhatCouldNotBeSavedWhereAndWhy)
 TEST_F(PhotoLibraryFolder, KeepsFilesByteForByteAndTellsTheMainThread)
 {
     writeFile(home.path("film ü.MP4"), std::string(3'000'000, 'f') + "end");
+    fs::permissions(home.path("film ü.MP4"), fs::perms(0600));
     std::vector<Result<std::string>> heard;
     const auto hear = [&heard](const Result<std::string>& path) {
         EXPECT_TRUE(DispatchQueue::main().isCurrent());
@@ -120,6 +121,7 @@ TEST_F(PhotoLibraryFolder, KeepsFilesByteForByteAndTellsTheMainThread)
     EXPECT_EQ(readFile(*heard[0]), "\x01\x02\x03");
     EXPECT_TRUE(heard[0]->ends_with(".jpg") && heard[1]->ends_with(".MP4")) << *heard[0] << *heard[1];
     EXPECT_EQ(readFile(*heard[1]), readFile(home.path("film ü.MP4")));
+    EXPECT_EQ(fs::status(*heard[1]).permissions(), fs::perms(0600)); // what was private stays so
     EXPECT_EQ(heard[2].error().message(), home.path("none.mp4") + ": no such file");
     EXPECT_EQ(heard[3].error().message(), home.path() + ": is a folder");
 }

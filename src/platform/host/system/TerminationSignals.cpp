@@ -50,16 +50,22 @@ TerminationSignals::TerminationSignals()
     struct sigaction action {};
     action.sa_handler = handleSignal;
     action.sa_flags = static_cast<int>(SA_RESTART | SA_RESETHAND);
-    for (const int signal : kSignals)
-        ::sigaction(signal, &action, nullptr);
+    for (const int signal : kSignals) {
+        struct sigaction before {};
+        if (::sigaction(signal, nullptr, &before) == 0 && before.sa_handler != SIG_IGN)
+            ::sigaction(signal, &action, nullptr);
+    }
 }
 
 TerminationSignals::~TerminationSignals()
 {
     if (m_pipe.ends[0] < 0)
         return;
-    for (const int signal : kSignals)
-        std::signal(signal, SIG_DFL);
+    for (const int signal : kSignals) {
+        struct sigaction now {};
+        if (::sigaction(signal, nullptr, &now) == 0 && now.sa_handler != SIG_IGN)
+            std::signal(signal, SIG_DFL);
+    }
     ::close(m_pipe.ends[0]);
     ::close(m_pipe.ends[1]);
 }

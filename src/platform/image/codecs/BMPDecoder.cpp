@@ -137,19 +137,33 @@ std::vector<std::uint8_t> readProfile(const BMPHeader& header, ByteSource& sourc
     return profile;
 }
 
+/// How many rows are read at once: a narrow picture has many.
+int rowsPerRead(const BMPHeader& header)
+{
+    constexpr std::uint64_t kBytesPerRead = std::uint64_t{256} << 10;
+    return static_cast<int>(std::clamp<std::uint64_t>(kBytesPerRead / header.storedBytesPerRow(), 1,
+                                                      static_cast<std::uint64_t>(header.height)));
+}
+
 /// Reads row after row, top first. `body(bytes)` gets each stored row and says whether to go on.
 template <class Body>
 Outcome eachStoredRow(const BMPHeader& header, ByteSource& source, const DecodeOptions& options, const Body& body)
 {
-    std::vector<std::uint8_t> stored(static_cast<std::size_t>(header.usedBytesPerRow()));
-    for (int y = 0; y < header.height; ++y) {
-        if (isCancelled(options))
-            return Error{{}, cause::kCancelled};
-        const auto line = static_cast<std::uint64_t>(header.topDown ? y : header.height - 1 - y);
-        if (source.read(header.pixelOffset + line * header.storedBytesPerRow(), stored) < stored.size())
+    const auto stride = static_cast<std::size_t>(header.storedBytesPerRow());
+    const auto used = static_cast<std::size_t>(header.usedBytesPerRow());
+    std::vector<std::uint8_t> stored(stride * static_cast<std::size_t>(rowsPerRead(header)));
+    for (int top = 0; top < header.height; top += rowsPerRead(header)) {
+        const int count = std::min(rowsPerRead(header), header.height - top);
+        const auto line = static_cast<std::uint64_t>(header.topDown ? top : header.height - top - count);
+        const std::size_t wanted = stride * static_cast<std::size_t>(count - 1) + used;
+        if (source.read(header.pixelOffset + line * stride, std::span(stored).first(wanted)) < wanted)
             return Error{{}, cause::kTruncated};
-        if (!body(stored.data()))
-            break;
+        for (int i = 0; i < count; ++i) {
+            if (isCancelled(options))
+                return Error{{}, cause::kCancelled};
+            if (!body(stored.data() + stride * static_cast<std::size_t>(header.topDown ? i : count - 1 - i)))
+                return success();
+        }
     }
     return success();
 }
@@ -178,7 +192,8 @@ Result<UIImage> decodePlain(BMPHeader header, ByteSource& source, const DecodeOp
     const std::uint64_t needed = header.pixelOffset + header.usedBytesPerRow() +
                                  static_cast<std::uint64_t>(header.height - 1) * header.storedBytesPerRow();
     const int factor = reductionFactor(header.width, header.height, options.shortSide);
-    const std::uint64_t held = collectorBytes(header.width, header.height, factor) + header.usedBytesPerRow();
+    const std::uint64_t held = collectorBytes(header.width, header.height, factor) +
+                               header.storedBytesPerRow() * static_cast<std::uint64_t>(rowsPerRead(header));
     if (const Outcome claim = checkClaim(header.width, header.height, held, source.size(), options); !claim)
         return claim.error();
     if (source.size() < needed)
@@ -191,7 +206,7 @@ Result<UIImage> decodePlain(BMPHeader header, ByteSource& source, const DecodeOp
         header.masks[3] = 0;
 
     const StoredRowConverter converter(header);
-    RowCollector rows(header.width, header.height, factor, converter.hasAlpha());
+    RowCollector rows(header.width, header.height, factor, converter.hasAlpha(), options);
     if (!rows)
         return Error{{}, cause::kNoMemory};
     const Outcome read = eachStoredRow(header, source, options, [&](const std::uint8_t* stored) {
@@ -308,14 +323,12 @@ Result<UIImage> decodeRunLength(const BMPHeader& header, ByteSource& source, con
     const std::uint64_t held = collectorBytes(header.width, header.height, 1);
     if (const Outcome claim = checkClaim(header.width, header.height, held, source.size(), options); !claim)
         return claim.error();
-    PictureBuilder builder(header.width, header.height);
+    PictureBuilder builder(header.width, header.height, options);
     if (!builder)
         return Error{{}, cause::kNoMemory};
-    for (int y = 0; y < header.height; ++y) {
-        std::uint8_t* out = builder.row(y);
-        for (int x = 0; x < header.width; ++x, out += 4)
-            std::copy(header.palette[0].begin(), header.palette[0].end(), out);
-    }
+    const auto& [red, green, blue] = header.palette[0];
+    if (const Outcome filled = builder.fill({red, green, blue, 255}); !filled)
+        return filled.error();
     if (const Outcome run = RunLengthReader(header, source, builder).run(options); !run)
         return run.error();
     return std::move(builder).finish(false, readProfile(header, source), UIImageOrientation::Up);

@@ -1,7 +1,5 @@
 #include "platform/image/codecs/ByteSource_p.h"
 
-#include "platform/files/FileReading.h"
-
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
@@ -17,13 +15,14 @@ namespace {
 // Positioned reads rather than a mapping: a file that shrinks meanwhile is an early end, not a signal.
 class FileSource final : public ByteSource {
 public:
-    FileSource(FileDescriptor descriptor, std::uint64_t size)
-        : m_descriptor(std::move(descriptor))
-        , m_size(size)
+    explicit FileSource(OpenedFile file)
+        : m_descriptor(std::move(file.descriptor))
+        , m_size(file.size)
     {
     }
 
     std::uint64_t size() const override { return m_size; }
+    int descriptor() const override { return m_descriptor.get(); }
 
     std::size_t read(std::uint64_t offset, std::span<std::uint8_t> target) override
     {
@@ -78,7 +77,12 @@ Result<std::unique_ptr<ByteSource>> openFileSource(const std::string& path)
     Result<OpenedFile> file = openFileForReading(path);
     if (!file)
         return file.error();
-    return std::unique_ptr<ByteSource>(std::make_unique<FileSource>(std::move(file->descriptor), file->size));
+    return fileSource(std::move(*file));
+}
+
+std::unique_ptr<ByteSource> fileSource(OpenedFile file)
+{
+    return std::make_unique<FileSource>(std::move(file));
 }
 
 std::unique_ptr<ByteSource> memorySource(std::span<const std::uint8_t> bytes)

@@ -63,10 +63,11 @@ public:
             if (const Outcome claim = checkClaim(size.width, size.height, held, m_fileBytes, m_options); !claim)
                 return claim.error();
         }
-        PictureBuilder builder(width, height);
+        PictureBuilder builder(width, height, m_options);
         if (!builder)
             return Error{{}, cause::kNoMemory};
-        std::memset(builder.row(0), 0, builder.bytesPerRow() * static_cast<std::size_t>(height));
+        if (const Outcome cleared = builder.fill({}); !cleared)
+            return cleared.error();
         if (const Outcome done = fill(builder); !done)
             return done.error();
         return std::move(builder).finish(true, {}, UIImageOrientation::Up);
@@ -92,6 +93,8 @@ public:
 private:
     Error failure(int error) const
     {
+        if (isCancelled(m_options))
+            return {{}, cause::kCancelled};
         if (error == D_GIF_ERR_NOT_ENOUGH_MEM)
             return {{}, cause::kNoMemory};
         return {{}, m_reader.endReached() ? cause::kTruncated : cause::kDamaged};
@@ -128,7 +131,7 @@ private:
         if (code == GRAPHICS_EXT_FUNC_CODE && block && DGifExtensionToGCB(block[0], block + 1, &control) == GIF_OK)
             m_transparent = control.TransparentColor;
         while (block) {
-            if (isCancelled(m_options) || DGifGetExtensionNext(m_file.get(), &block) == GIF_ERROR)
+            if (--m_blocksLeft < 0 || isCancelled(m_options) || DGifGetExtensionNext(m_file.get(), &block) == GIF_ERROR)
                 return false;
         }
         return true;
@@ -182,6 +185,7 @@ private:
     SequentialReader m_reader;
     const DecodeOptions& m_options;
     std::uint64_t m_fileBytes;
+    int m_blocksLeft = 1 << 18; ///< of comments and the like before the first frame: 64 MB
     std::unique_ptr<GifFileType, CloseGif> m_file;
     int m_transparent = NO_TRANSPARENT_COLOR;
 };

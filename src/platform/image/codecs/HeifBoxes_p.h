@@ -17,8 +17,10 @@ struct HeifBox {
     std::uint64_t content = 0;
     std::uint64_t end = 0;
     std::array<char, 4> type{};
+    bool isCut = false; ///< it claims to go on behind the end of what holds it
 
     bool is(const char* name) const { return std::memcmp(type.data(), name, type.size()) == 0; }
+    std::uint64_t size() const { return end - content; }
 };
 
 /// The box that begins at `offset` and ends at `limit` at the latest.
@@ -36,36 +38,27 @@ inline std::optional<HeifBox> readHeifBox(ByteSource& source, std::uint64_t offs
     } else if (size == 0) {
         size = limit - offset;
     }
-    if (count < 8 || size < headSize)
+    if (count < 8 || size < headSize || limit - offset < headSize)
         return std::nullopt;
-    HeifBox box{offset + headSize, offset + std::min(size, limit - offset), {}};
+    HeifBox box{offset + headSize, offset + std::min(size, limit - offset), {}, size > limit - offset};
     std::memcpy(box.type.data(), head.data() + 4, box.type.size());
     return box;
 }
 
-/// Gives the boxes from `offset` up to `limit` to `body`, a thousand at most.
+/// Gives the boxes from `offset` up to `limit` to `body`; one that is none ends that. False when there are more than
+/// any picture needs: what comes behind them was not looked at.
 template <class Body>
-void eachHeifBox(ByteSource& source, std::uint64_t offset, std::uint64_t limit, const Body& body)
+bool eachHeifBox(ByteSource& source, std::uint64_t offset, std::uint64_t limit, const Body& body)
 {
-    constexpr int kMostBoxes = 1000;
+    constexpr int kMostBoxes = 20'000;
     for (int i = 0; i < kMostBoxes; ++i) {
         const std::optional<HeifBox> box = readHeifBox(source, offset, limit);
         if (!box)
-            return;
+            return true;
         body(*box);
         offset = box->end;
     }
-}
-
-/// Gives the boxes of the file's meta box to `body`.
-template <class Body>
-void eachHeifMetaBox(ByteSource& source, const Body& body)
-{
-    eachHeifBox(source, 0, source.size(), [&](const HeifBox& top) {
-        constexpr std::uint64_t kVersionAndFlags = 4;
-        if (top.is("meta"))
-            eachHeifBox(source, top.content + kVersionAndFlags, top.end, body);
-    });
+    return false;
 }
 
 } // namespace lamina

@@ -3,6 +3,7 @@
 #include "platform/image/codecs/ByteNumbers_p.h"
 #include "platform/image/codecs/ByteSource_p.h"
 #include "platform/image/codecs/Exif_p.h"
+#include "platform/image/codecs/JPEGCoefficients_p.h"
 #include "platform/image/codecs/JPEGInput_p.h"
 #include "platform/image/codecs/PictureBuilder_p.h"
 #include "platform/image/codecs/PictureDecoder_p.h"
@@ -13,6 +14,7 @@
 #include "platform/base/WorkerPool.h"
 
 #include <algorithm>
+#include <atomic>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
@@ -71,6 +73,25 @@ std::uint64_t blockCount(const jpeg_decompress_struct& info)
     return blocks;
 }
 
+/// Whether the picture's claim may be believed. Where the coefficients of several scans are too much to be held as they
+/// are, they are packed.
+Outcome weigh(JPEGInput& input, std::uint64_t blocks, std::uint64_t fileBytes, const DecodeOptions& options)
+{
+    constexpr std::uint64_t kWorkingBytesPerColumn = 64; // the codec's rows while it upsamples and converts
+    jpeg_decompress_struct& info = input.info();
+    const auto accepted = [&](std::uint64_t held) {
+        return checkClaim(info.image_width, info.image_height, held, fileBytes, options);
+    };
+    const std::uint64_t held =
+        std::uint64_t{4} * info.output_width * info.output_height + kWorkingBytesPerColumn * info.image_width;
+    if (!jpeg_has_multiple_scans(&info) || accepted(held + blocks * sizeof(JBLOCK)))
+        return accepted(held);
+    const Outcome packed = accepted(held + blocks * PackedCoefficients::kLeastBytesPerBlock);
+    if (packed)
+        input.packCoefficients(options.memoryLimit - held);
+    return packed;
+}
+
 /// Chooses size and colours of the output. Fails where the picture may not be taken.
 Outcome prepare(JPEGInput& input, std::uint64_t fileBytes, const DecodeOptions& options)
 {
@@ -99,27 +120,42 @@ Outcome prepare(JPEGInput& input, std::uint64_t fileBytes, const DecodeOptions& 
         return input.error();
 
     const std::uint64_t blocks = blockCount(info);
-    input.limitWork(blocks);
-    constexpr std::uint64_t kBytesPerBlock = 64 * sizeof(JCOEF);
-    constexpr std::uint64_t kWorkingBytesPerColumn = 64; // the codec's rows while it upsamples and converts
-    std::uint64_t held = std::uint64_t{4} * info.output_width * info.output_height;
-    held += kWorkingBytesPerColumn * info.image_width;
-    if (jpeg_has_multiple_scans(&info))
-        held += blocks * kBytesPerBlock;
-    return checkClaim(info.image_width, info.image_height, held, fileBytes, options);
+    input.limitWork(blocks, fileBytes);
+    return weigh(input, blocks, fileBytes, options);
 }
 
-/// All rows, straight into the picture, and on to the end marker.
-bool readRows(JPEGInput& input, PictureBuilder& builder)
+/// Reads all rows, straight into the picture.
+void takeRows(jpeg_decompress_struct& info, PictureBuilder& builder)
+{
+    while (info.output_scanline < info.output_height) {
+        std::uint8_t* row = builder.row(static_cast<int>(info.output_scanline));
+        jpeg_read_scanlines(&info, &row, 1);
+    }
+}
+
+/// The rows of a file that holds them one after the other, and on to the end marker.
+bool readOneScan(JPEGInput& input, PictureBuilder& builder)
 {
     jpeg_decompress_struct& info = input.info();
-    return input.attempt([&] {
+    const bool taken = input.attempt([&] {
         jpeg_start_decompress(&info);
-        while (info.output_scanline < info.output_height) {
-            std::uint8_t* row = builder.row(static_cast<int>(info.output_scanline));
-            jpeg_read_scanlines(&info, &row, 1);
-        }
-        jpeg_finish_decompress(&info);
+        takeRows(info, builder);
+    });
+    return taken && (input.attempt([&] { jpeg_finish_decompress(&info); }) || input.passesOver());
+}
+
+/// The rows of a file of several scans. Where one of them can't be read, the picture is what has come until then.
+bool readScans(JPEGInput& input, PictureBuilder& builder)
+{
+    jpeg_decompress_struct& info = input.info();
+    if (!input.attempt([&] { input.takeScansIn(); })) {
+        bool hasEnded = false;
+        if (!input.passesOver() || !input.attempt([&] { hasEnded = input.endScans(); }) || !hasEnded)
+            return false;
+    }
+    return input.attempt([&] {
+        jpeg_start_output(&info, info.input_scan_number);
+        takeRows(info, builder);
     });
 }
 
@@ -134,15 +170,32 @@ void invert(const PixelRows& rows)
     });
 }
 
-void convertInks(JPEGInput& input, PictureBuilder& builder, std::span<const std::uint8_t> profile)
+void convertInks(JPEGInput& input, PictureBuilder& builder, std::span<const std::uint8_t> profile,
+                 const std::atomic<bool>* cancelled)
 {
     const PixelRows rows{builder.row(0), builder.width(), builder.height(), builder.bytesPerRow()};
     if (input.info().saw_Adobe_marker) // its programs store 255 for no ink
         invert(rows);
     if (const auto conversion = ColorConversion::toSRGB(profile, CGColorSpace::Model::CMYK))
-        conversion->convertRows(rows);
+        conversion->convertRows(rows, cancelled);
     else
         convertDeviceCMYK(rows);
+}
+
+/// The picture of the rows that have been read, in its colours.
+Result<UIImage> finish(JPEGInput& input, PictureBuilder builder, const std::atomic<bool>* cancelled)
+{
+    const jpeg_decompress_struct& info = input.info();
+    const std::vector<std::uint8_t> profile = input.profile();
+    const UIImageOrientation orientation = exifOrientation(input.exif());
+    if (info.out_color_space == JCS_CMYK) {
+        convertInks(input, builder, profile, cancelled);
+        return std::move(builder).finishOpaque({}, orientation);
+    }
+    const CGColorSpace::Model model =
+        info.jpeg_color_space == JCS_GRAYSCALE ? CGColorSpace::Model::Gray : CGColorSpace::Model::RGB;
+    const bool fits = profileModel(profile) == model;
+    return std::move(builder).finishOpaque(fits ? profile : std::vector<std::uint8_t>(), orientation);
 }
 
 Result<UIImage> decodeJPEG(ByteSource& source, const DecodeOptions& options)
@@ -153,24 +206,18 @@ Result<UIImage> decodeJPEG(ByteSource& source, const DecodeOptions& options)
         return input.error();
     if (const Outcome done = prepare(input, source.size(), options); !done)
         return done.error();
-    PictureBuilder builder(static_cast<int>(info.output_width), static_cast<int>(info.output_height));
+    PictureBuilder builder(static_cast<int>(info.output_width), static_cast<int>(info.output_height), options);
     if (!builder)
         return Error{{}, cause::kNoMemory};
-    if (!readRows(input, builder))
+    if (!(jpeg_has_multiple_scans(&info) ? readScans : readOneScan)(input, builder))
         return input.error();
-    if (!input.sawAllComponents())
+    if (!input.sawAllComponents() && !input.isDamaged())
         return Error{{}, cause::kDamaged};
 
-    const std::vector<std::uint8_t> profile = input.profile();
-    const UIImageOrientation orientation = exifOrientation(input.exif());
-    if (info.out_color_space == JCS_CMYK) {
-        convertInks(input, builder, profile);
-        return std::move(builder).finishOpaque({}, orientation);
-    }
-    const CGColorSpace::Model model =
-        info.jpeg_color_space == JCS_GRAYSCALE ? CGColorSpace::Model::Gray : CGColorSpace::Model::RGB;
-    const bool fits = profileModel(profile) == model;
-    return std::move(builder).finishOpaque(fits ? profile : std::vector<std::uint8_t>(), orientation);
+    Result<UIImage> picture = finish(input, std::move(builder), options.cancelled);
+    if (picture && *picture && input.isDamaged())
+        *options.warning = cause::kShownAsFarAsItGoes;
+    return picture;
 }
 
 /// The next marker from `at` on, which moves behind it; bytes between segments are passed over as the library does.
@@ -221,13 +268,14 @@ Result<StoredFacts> factsOfJPEG(ByteSource& source)
         if (marker && standsAlone(*marker))
             continue;
         const std::optional<std::uint64_t> length = numberAt(source, at, 2);
-        if (!marker || !length || *marker == kEnd || *marker == kScan || *length < 2) {
+        if (!marker || !length || *marker == kEnd || *marker == kScan) {
             if (facts.width != 0)
                 break;
             return Error{{}, marker && length ? cause::kDamaged : cause::kTruncated};
         }
-        takeSegment(facts, source, *marker, {at + 2, *length - 2});
-        at += *length;
+        const std::uint64_t content = std::max<std::uint64_t>(*length, 2) - 2; // libjpeg too takes less for nothing
+        takeSegment(facts, source, *marker, {at + 2, content});
+        at += 2 + content;
     }
     return facts;
 }

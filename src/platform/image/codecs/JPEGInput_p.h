@@ -2,6 +2,7 @@
 
 #include "platform/base/Result.h"
 #include "platform/image/codecs/ByteSource_p.h"
+#include "platform/image/codecs/JPEGCoefficients_p.h"
 #include "platform/image/codecs/PictureDecoder_p.h"
 #include "platform/image/codecs/PictureDecoding.h"
 
@@ -10,6 +11,7 @@
 #include <cstdint>
 #include <cstdio> // jpeglib.h names FILE without asking for it
 #include <jpeglib.h>
+#include <optional>
 #include <span>
 #include <string>
 #include <vector>
@@ -17,7 +19,8 @@
 namespace lamina {
 
 /// The decompressor of libjpeg over a ByteSource, with its error jumps kept in, its warnings sorted, the EXIF and
-/// profile segments gathered within bounds and hostile scan scripts stopped.
+/// profile segments gathered within bounds and hostile scan scripts stopped. Damage in the data is an error, or, where
+/// the options ask for a warning, remembered.
 ///
 /// Every call into the library goes through `attempt`. Afterwards a failed one has a cause. Not movable: the library
 /// points into it.
@@ -50,9 +53,22 @@ public:
     /// The profile put together from its segments; empty when there is none or a segment is missing.
     std::vector<std::uint8_t> profile() const;
 
-    /// Limits how often a file of several scans may go over the picture and how long its data may be, given its blocks
-    /// of 8 × 8 coefficients.
-    void limitWork(std::uint64_t blocks);
+    /// Limits how many blocks a file of several scans may go over, and how long its data may be, given its blocks of
+    /// 8 × 8 coefficients and its size.
+    void limitWork(std::uint64_t blocks, std::uint64_t fileBytes);
+    /// Lets a file of several scans hold its coefficients packed, in at most `mostBytes`.
+    void packCoefficients(std::uint64_t mostBytes);
+    /// Starts a file of several scans and takes all of them in; to be called within `attempt`. Cancelling is looked at
+    /// after each row of blocks.
+    void takeScansIn();
+    /// After scans could not be taken in: has the picture end there. To be called within `attempt`; false when nothing
+    /// of it has come.
+    bool endScans();
+    /// Whether the last failed attempt may be passed over, since the picture that came before it is to be shown as far
+    /// as it goes.
+    bool passesOver();
+    /// Whether there were data that libjpeg could not read and has made up for.
+    bool isDamaged() const { return m_isDamaged; }
     /// True when every colour component was in some scan.
     bool sawAllComponents() const;
 
@@ -82,6 +98,11 @@ private:
     static boolean applicationSegment(j_decompress_ptr info);
 
     [[noreturn]] void giveUp(const char* cause);
+    void meetDamage(int code);
+    bool isCut(int code) const;
+    bool isPadding(int count);
+    bool hasAllRows() const;
+    void countVisits();
     int nextByte();
     void keepSegment(int marker, std::span<const std::uint8_t> content);
 
@@ -95,8 +116,13 @@ private:
     std::size_t m_profilePartCount = 0;
     bool m_profileBroken = false;
     std::uint64_t m_mostBytes = kMostHeaderBytes;
-    int m_mostScans = 1;
+    std::uint64_t m_mostVisits = 0; ///< of blocks, by all scans together
+    std::uint64_t m_visits = 0;
     unsigned m_componentsSeen = 0;
+    bool m_isDamaged = false;
+    bool m_takesScansIn = false;
+    bool m_isEnding = false;
+    std::optional<PackedCoefficients> m_coefficients;
 
     jpeg_decompress_struct m_info{};
     Errors m_errors{};

@@ -18,7 +18,6 @@
 #include <cstdint>
 #include <cstring>
 #include <iterator>
-#include <libdeflate.h>
 #include <optional>
 #include <png.h>
 #include <span>
@@ -93,6 +92,7 @@ private:
     static void read(png_structp png, png_bytep target, std::size_t count)
     {
         auto& self = *static_cast<PNGInput*>(png_get_io_ptr(png));
+        self.stopIfCancelled(); // chunks that are passed over can be long
         if (self.m_reader.read({target, count}) < count)
             self.giveUp(cause::kTruncated);
     }
@@ -107,9 +107,9 @@ private:
 
 void PNGInput::readHeader()
 {
-    constexpr int kLargestSide = 0x7FFFFFFF;           // the claim is weighed elsewhere
-    constexpr std::uint32_t kLargestChunk = 16u << 20; // of a chunk outside the pixels, unpacked
-    constexpr std::uint32_t kMostChunks = 1000;
+    constexpr int kLargestSide = 0x7FFFFFFF;          // the claim is weighed elsewhere
+    constexpr std::uint32_t kLargestChunk = 4u << 20; // of a chunk outside the pixels, unpacked
+    constexpr std::uint32_t kMostChunks = 8;          // that are kept as they are; a picture has one
     static constexpr png_byte kExif[] = "eXIf";
     static constexpr png_byte kUnused[] = "tEXt\0zTXt\0iTXt\0hIST\0sPLT\0pCAL\0sCAL\0tIME\0oFFs\0pHYs\0bKGD\0sBIT";
 
@@ -132,6 +132,7 @@ struct Header {
     bool interlaced = false;
     bool grey = false;
     bool translucent = false;
+    PixelKind kind = PixelKind::Any;
 };
 
 /// What the file claims to hold. Nothing is allocated for it yet.
@@ -141,6 +142,7 @@ Header claimedHeader(PNGInput& input)
     png_infop info = input.info();
     Header header;
     header.width = png_get_image_width(png, info);
+    header.kind = png_get_bit_depth(png, info) == 1 ? PixelKind::Bilevel : PixelKind::Any;
     header.height = png_get_image_height(png, info);
     header.interlaced = png_get_interlace_type(png, info) != PNG_INTERLACE_NONE;
     const int colorType = png_get_color_type(png, info);
@@ -248,7 +250,8 @@ Result<UIImage> decodePNG(ByteSource& source, const DecodeOptions& options)
     constexpr std::uint64_t kWorkingBytesPerColumn = 24; // the codec's rows, before and after its conversions
     const std::uint64_t held =
         collectorBytes(header.width, header.height, factor) + kWorkingBytesPerColumn * header.width;
-    if (const Outcome claim = checkClaim(header.width, header.height, held, source.size(), options); !claim)
+    if (const Outcome claim = checkClaim(header.width, header.height, held, source.size(), options, header.kind);
+        !claim)
         return claim.error();
     if (!input.attempt([&] { prepareRows(input, header); }))
         return input.error();
@@ -256,30 +259,19 @@ Result<UIImage> decodePNG(ByteSource& source, const DecodeOptions& options)
     const int width = static_cast<int>(header.width);
     const int height = static_cast<int>(header.height);
     if (header.interlaced) {
-        PictureBuilder builder(width, height);
+        PictureBuilder builder(width, height, options);
         if (!builder)
             return Error{{}, cause::kNoMemory};
         if (!input.attempt([&] { readPasses(input, builder, header); }))
             return input.error();
         return std::move(builder).finish(header.translucent, profile(input, header), orientation(input));
     }
-    RowCollector rows(width, height, factor, header.translucent);
+    RowCollector rows(width, height, factor, header.translucent, options);
     if (!rows)
         return Error{{}, cause::kNoMemory};
     if (!input.attempt([&] { readRows(input, rows, header); }))
         return input.error();
     return std::move(rows).finish(profile(input, header), orientation(input));
-}
-
-/// An eXIf chunk whose checksum fails is none, as when the picture is read.
-bool hasItsChecksum(ByteSource& source, ByteRange content)
-{
-    constexpr std::uint64_t kLargestBlock = 65536; // some programs leave out the long ones as well
-    if (content.length > kLargestBlock)
-        return false;
-    std::vector<std::uint8_t> checked(static_cast<std::size_t>(content.length) + 4); // with its type in front
-    return source.read(content.offset - 4, checked) == checked.size() &&
-           numberAt(source, content.offset + content.length, 4) == libdeflate_crc32(0, checked.data(), checked.size());
 }
 
 /// Leaps from chunk to chunk. Those of the pixels can be thousands, behind which nothing is looked for.
@@ -298,7 +290,7 @@ Result<StoredFacts> factsOfPNG(ByteSource& source)
         if (!length || standsAt(source, at + 4, "IEND"))
             break;
         const ByteRange content{at + 8, *length};
-        if (standsAt(source, at + 4, "eXIf") && hasItsChecksum(source, content))
+        if (standsAt(source, at + 4, "eXIf")) // whatever its checksum, as when the picture is read
             facts.exif = content;
         at += *length + kAroundContent;
     }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/base/Cancelling.h"
 #include "platform/base/Causes.h"
 #include "platform/base/Result.h"
 #include "platform/image/codecs/ByteNumbers_p.h"
@@ -7,7 +8,6 @@
 #include "platform/image/codecs/PictureDecoding.h"
 #include "platform/image/pixels/UIImage.h"
 
-#include <atomic>
 #include <cstdint>
 #include <span>
 
@@ -41,10 +41,12 @@ struct PictureDecoder {
 extern const PictureDecoder kPNGDecoder;
 extern const PictureDecoder kJPEGDecoder;
 extern const PictureDecoder kWebPDecoder;
-extern const PictureDecoder kTIFFDecoder;
 extern const PictureDecoder kBMPDecoder;
 extern const PictureDecoder kGIFDecoder;
-extern const PictureDecoder kHEICDecoder;
+/// These two stand on libraries that may do anything with a damaged file: they work in a confined program
+/// (`lamina-decoder`), and this process only asks it. The decoders themselves are in `decoder`, a module of its own.
+extern const PictureDecoder kWalledHEICDecoder;
+extern const PictureDecoder kWalledTIFFDecoder;
 
 /// The decoder that a file's first bytes choose.
 Result<const PictureDecoder*> decoderFor(ByteSource& source);
@@ -61,13 +63,19 @@ inline constexpr const char* kTooLarge = "the picture is too large";
 
 inline bool isCancelled(const DecodeOptions& options)
 {
-    return options.cancelled != nullptr && options.cancelled->load(std::memory_order_relaxed);
+    return isCancelled(options.cancelled);
 }
 
+enum class PixelKind {
+    Any,
+    Bilevel, ///< one bit a pixel; plans and scans that are all but white
+};
+
 /// Good when a header's claim of `width` × `height` pixels may be believed. `heldBytes` is all that decoding will hold
-/// for pixels, after reduction and with the codec's own frame buffers; `fileBytes` is the compressed size, against
-/// which a very large claim is weighed (a bomb claims far more than its data can carry).
+/// for pixels, after reduction and with the codec's own frame buffers; `fileBytes` is the compressed size. Up to some
+/// size any file may claim what it likes; more memory, or pixels that take more than a second to go through, are given
+/// by the bytes that it brings (a bomb claims far more than its data can carry).
 Outcome checkClaim(std::int64_t width, std::int64_t height, std::uint64_t heldBytes, std::uint64_t fileBytes,
-                   const DecodeOptions& options);
+                   const DecodeOptions& options, PixelKind kind = PixelKind::Any);
 
 } // namespace lamina

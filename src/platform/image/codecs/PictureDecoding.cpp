@@ -15,8 +15,15 @@ namespace {
 
 constexpr std::size_t kHeadSize = 64;
 
-// Photos keep 1/3 to 1/30 of their pixels' bytes, flat drawings as PNG seldom less than 1/150.
-constexpr std::uint64_t kBelievableCompression = 200;
+// What any file may ask for: memory for pixels, and work, in bytes of the whole picture as RGBA. Going through that
+// many takes a second or so in every format.
+constexpr std::uint64_t kMemoryOfAnyFile = std::uint64_t{256} << 20;
+constexpr std::uint64_t kWorkOfAnyFile = std::uint64_t{512} << 20;
+// What is more must be carried by the file: a clear sky as JPEG keeps 1/250 of its pixels' bytes and can't keep less
+// than 1/1365. Only pages of one bit a pixel can be next to nothing, as fax coding has a bit for a white row; they are
+// soon gone through, and all that is asked for them counts as a part of it.
+constexpr std::uint64_t kBelievableCompression = 4096;
+constexpr std::uint64_t kBilevelPart = 8;
 
 Error tooLarge(std::int64_t width, std::int64_t height)
 {
@@ -55,14 +62,18 @@ Result<const PictureDecoder*> decoderFor(ByteSource& source)
 }
 
 Outcome checkClaim(std::int64_t width, std::int64_t height, std::uint64_t heldBytes, std::uint64_t fileBytes,
-                   const DecodeOptions& options)
+                   const DecodeOptions& options, PixelKind kind)
 {
     if (width <= 0 || height <= 0)
         return Error{{}, cause::kDamaged};
-    if (width > kMaximumClaimedPixels || height > kMaximumClaimedPixels / width || heldBytes > options.memoryLimit)
+    if (width > kMaximumClaimedSide || height > kMaximumClaimedSide || height > kMaximumClaimedPixels / width ||
+        heldBytes > options.memoryLimit)
         return tooLarge(width, height);
-    const std::uint64_t unreduced = 4 * static_cast<std::uint64_t>(width) * static_cast<std::uint64_t>(height);
-    if (unreduced > options.memoryLimit && fileBytes < unreduced / kBelievableCompression)
+    const auto isCarried = [&](std::uint64_t bytes) { return bytes / kBelievableCompression <= fileBytes; };
+    const std::uint64_t part = kind == PixelKind::Bilevel ? kBilevelPart : 1;
+    const std::uint64_t memory = heldBytes / part;
+    const std::uint64_t work = 4 * static_cast<std::uint64_t>(width) * static_cast<std::uint64_t>(height) / part;
+    if ((memory > kMemoryOfAnyFile && !isCarried(memory)) || (work > kWorkOfAnyFile && !isCarried(work)))
         return tooLarge(width, height);
     return success();
 }

@@ -14,6 +14,8 @@ namespace lamina {
 namespace cause {
 /// The first bytes are those of no format that is read.
 inline constexpr const char* kNotAPicture = "not a picture";
+/// The warning of a picture that was read although some of its data could not be.
+inline constexpr const char* kShownAsFarAsItGoes = "the picture is damaged; it is shown as far as it goes";
 } // namespace cause
 
 /// How a picture is read.
@@ -26,10 +28,15 @@ struct DecodeOptions {
     const std::atomic<bool>* cancelled = nullptr;
     /// The most memory for pixels, in bytes, after reduction; more is refused before it is taken.
     std::size_t memoryLimit = std::size_t{256} << 20;
+    /// Where given, a picture whose data are damaged in their midst is read as far as they go, as viewers show it, and
+    /// this says so in a sentence; it is left alone otherwise. Without it such a file is an error.
+    std::string* warning = nullptr;
 };
 
 /// A header may not claim more pixels than this, whatever the reduction.
 inline constexpr std::int64_t kMaximumClaimedPixels = 400'000'000;
+/// Nor a longer side: nothing could be drawn of it, and many short rows cost as much as many pixels.
+inline constexpr std::int64_t kMaximumClaimedSide = 262'144;
 
 /// Reads a still picture: JPEG, PNG, WebP, HEIC, TIFF (first page), GIF (first frame) or BMP, told by its first bytes
 /// and never by its name.

@@ -35,11 +35,12 @@ constexpr std::array kFormats{
                   &kJPEGEncoder},
     PictureFormat{
         "WebP", "org.webmproject.webp", "webp", kWebPExtensions, {}, kWebPTypes, true, &kWebPDecoder, nullptr},
-    PictureFormat{"TIFF", kUTTypeTIFF, "tiff", kTIFFExtensions, {}, kTIFFTypes, true, &kTIFFDecoder, &kTIFFEncoder},
+    PictureFormat{
+        "TIFF", kUTTypeTIFF, "tiff", kTIFFExtensions, {}, kTIFFTypes, true, &kWalledTIFFDecoder, &kTIFFEncoder},
     PictureFormat{"BMP", kUTTypeBMP, "bmp", kBMPExtensions, kOtherBMPExtensions, kBMPTypes, true, &kBMPDecoder,
                   &kBMPEncoder},
     PictureFormat{"GIF", kUTTypeGIF, "gif", kGIFExtensions, {}, kGIFTypes, false, &kGIFDecoder, &kGIFEncoder},
-    PictureFormat{"HEIC", "public.heic", "heic", kHEICExtensions, {}, kHEICTypes, false, &kHEICDecoder, nullptr},
+    PictureFormat{"HEIC", "public.heic", "heic", kHEICExtensions, {}, kHEICTypes, false, &kWalledHEICDecoder, nullptr},
 };
 
 template <class Condition>

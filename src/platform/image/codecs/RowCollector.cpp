@@ -34,12 +34,12 @@ std::uint64_t collectorBytes(std::int64_t width, std::int64_t height, int factor
     return 4 * pixels + rows;
 }
 
-RowCollector::RowCollector(int width, int height, int factor, bool translucent)
+RowCollector::RowCollector(int width, int height, int factor, bool translucent, const DecodeOptions& options)
     : m_width(width)
     , m_height(height)
     , m_factor(factor)
     , m_translucent(translucent)
-    , m_builder(static_cast<int>(divideUp(width, factor)), static_cast<int>(divideUp(height, factor)))
+    , m_builder(static_cast<int>(divideUp(width, factor)), static_cast<int>(divideUp(height, factor)), options)
 {
     if (m_factor > 1 && m_builder) {
         m_full.resize(4 * static_cast<std::size_t>(width));
@@ -86,7 +86,7 @@ void RowCollector::flush()
     std::fill(m_sums.begin(), m_sums.end(), 0u);
 }
 
-UIImage RowCollector::finish(std::span<const std::uint8_t> iccProfile, UIImageOrientation orientation) &&
+Result<UIImage> RowCollector::finish(std::span<const std::uint8_t> iccProfile, UIImageOrientation orientation) &&
 {
     if (m_translucent)
         return std::move(m_builder).finish(true, iccProfile, orientation);

@@ -1,6 +1,8 @@
 #pragma once
 
+#include "platform/base/Result.h"
 #include "platform/image/codecs/PictureBuilder_p.h"
+#include "platform/image/codecs/PictureDecoding.h"
 
 #include "platform/image/pixels/UIImage.h"
 
@@ -24,15 +26,15 @@ class RowCollector {
 public:
     /// Empty (false) when memory is short. `translucent`: whether the rows carry alpha; without it
     /// their alpha bytes are 255.
-    RowCollector(int width, int height, int factor, bool translucent);
+    RowCollector(int width, int height, int factor, bool translucent, const DecodeOptions& options = {});
     explicit operator bool() const { return static_cast<bool>(m_builder); }
 
     /// Where the next row is to be written: 4 · width bytes. Valid until `advance`.
     std::uint8_t* row() { return m_factor == 1 ? m_builder.row(m_row) : m_full.data(); }
     /// Takes that row in. At most `height` times.
     void advance();
-    /// To be called when every row was taken in.
-    UIImage finish(std::span<const std::uint8_t> iccProfile, UIImageOrientation orientation) &&;
+    /// To be called when every row was taken in. Fails when it was cancelled.
+    Result<UIImage> finish(std::span<const std::uint8_t> iccProfile, UIImageOrientation orientation) &&;
 
 private:
     void accumulate();

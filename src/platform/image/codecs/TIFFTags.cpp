@@ -14,14 +14,18 @@ enum Type : std::uint16_t {
     kASCII = 2,
     kShort = 3,
     kLong = 4,
+    kSignedByte = 6,
+    kSignedShort = 8,
+    kSignedLong = 9,
     kDirectory = 13,
     kLong8 = 16,
+    kSignedLong8 = 17,
     kDirectory8 = 18
 };
 
-std::size_t bytesPerValue(std::uint16_t type)
+bool isSigned(std::uint16_t type)
 {
-    return type < kValueSizes.size() ? kValueSizes[type] : 0;
+    return type == kSignedByte || type == kSignedShort || type == kSignedLong || type == kSignedLong8;
 }
 
 } // namespace
@@ -51,6 +55,17 @@ ByteRange TIFFTags::rangeInSource(std::uint64_t place, std::uint64_t length) con
     return {m_block.offset + place, length};
 }
 
+std::size_t TIFFTags::bytesPerValue(const Field& field)
+{
+    return field.type < kValueSizes.size() ? kValueSizes[field.type] : 0;
+}
+
+bool TIFFTags::isInside(const Field& field) const
+{
+    const std::size_t size = bytesPerValue(field);
+    return size > 0 && field.place <= m_block.length && field.count <= (m_block.length - field.place) / size;
+}
+
 bool TIFFTags::read(std::uint64_t place, std::span<std::uint8_t> target) const
 {
     const ByteRange range = rangeInSource(place, target.size());
@@ -73,19 +88,22 @@ std::optional<TIFFTags::Field> TIFFTags::fieldAt(std::uint64_t place) const
         return numberOf(std::span(bytes).subspan(at, size), m_order);
     };
     Field field;
+    field.entry = place;
     field.tag = static_cast<std::uint16_t>(part(0, 2));
     field.type = static_cast<std::uint16_t>(part(2, 2));
     field.count = part(4, addressSize());
     // Values that are no longer than an address stand in its place.
     const std::uint64_t valuePlace = 4 + addressSize();
-    const std::size_t size = bytesPerValue(field.type);
+    const std::size_t size = bytesPerValue(field);
     const bool inPlace = size > 0 && field.count <= addressSize() / size;
     field.place = inPlace ? place + valuePlace : part(static_cast<std::size_t>(valuePlace), addressSize());
     return field;
 }
 
-std::optional<std::uint64_t> TIFFTags::number(const Field& field) const
+bool TIFFTags::isWholeNumber(const Field& field)
 {
+    if (isSigned(field.type))
+        return true;
     switch (field.type) {
     case kByte:
     case kShort:
@@ -93,10 +111,33 @@ std::optional<std::uint64_t> TIFFTags::number(const Field& field) const
     case kDirectory:
     case kLong8:
     case kDirectory8:
-        return field.count > 0 ? number(field.place, bytesPerValue(field.type)) : std::nullopt;
+        return true;
     default:
-        return std::nullopt;
+        return false;
     }
+}
+
+std::optional<std::uint64_t> TIFFTags::number(const Field& field) const
+{
+    if (!isWholeNumber(field) || field.count == 0)
+        return std::nullopt;
+    const std::size_t size = bytesPerValue(field);
+    const std::optional<std::uint64_t> value = number(field.place, size);
+    const bool isNegative = value && isSigned(field.type) && *value >> (8 * size - 1) != 0;
+    return isNegative ? std::nullopt : value;
+}
+
+std::vector<std::uint8_t> TIFFTags::directoryOf(std::span<const Field> fields) const
+{
+    const std::size_t countSize = m_big ? 8 : 2;
+    std::vector<std::uint8_t> bytes(countSize + fields.size() * fieldSize() + addressSize());
+    for (std::size_t i = 0; i < countSize; ++i) {
+        const std::size_t shift = 8 * (m_order == std::endian::little ? i : countSize - 1 - i);
+        bytes[i] = static_cast<std::uint8_t>(std::uint64_t{fields.size()} >> shift);
+    }
+    for (std::size_t i = 0; i < fields.size(); ++i)
+        read(fields[i].entry, std::span(bytes).subspan(countSize + i * fieldSize(), fieldSize()));
+    return bytes;
 }
 
 std::string TIFFTags::text(const Field& field) const

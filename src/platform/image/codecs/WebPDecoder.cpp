@@ -16,6 +16,7 @@
 
 #include <algorithm>
 #include <bit>
+#include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -30,6 +31,8 @@
 namespace lamina {
 
 namespace {
+
+constexpr int kLossless = 2; // among the codec's formats; another is lossy
 
 bool recognizesWebP(std::span<const std::uint8_t> head)
 {
@@ -79,8 +82,7 @@ std::span<const std::uint8_t> chunk(WebPDemuxer* demuxer, const char* fourcc)
 std::uint64_t codecBytes(const WebPBitstreamFeatures& features)
 {
     const auto pixels = static_cast<std::uint64_t>(features.width) * static_cast<std::uint64_t>(features.height);
-    constexpr int kLossy = 1;
-    if (features.format != kLossy)
+    if (features.format == kLossless)
         return 4 * pixels;
     return features.has_alpha ? 5 * pixels : 64 * static_cast<std::uint64_t>(features.width);
 }
@@ -110,19 +112,62 @@ Error failure(VP8StatusCode status)
     }
 }
 
-/// Decodes piece by piece, so that it can be stopped in between.
+/// How many bytes to give the codec next: as many as it works on for some tens of milliseconds, whatever stands in
+/// them.
+class PieceSize {
+public:
+    /// Few bytes may hold many pixels; the first piece is one of some megapixels where all bytes hold as many.
+    PieceSize(std::uint64_t bytes, std::uint64_t pixels)
+        : m_bytes(static_cast<std::size_t>(std::clamp<std::uint64_t>(kFirstPixels * bytes / pixels, kSmallest, 4096)))
+    {
+    }
+    std::size_t bytes() const { return m_bytes; }
+    void learn(std::chrono::steady_clock::duration taken)
+    {
+        if (taken < kShortest)
+            m_bytes *= 2;
+        else if (taken > kLongest)
+            m_bytes = std::max(kSmallest, m_bytes / 2);
+    }
+
+private:
+    static constexpr std::chrono::milliseconds kShortest{10};
+    static constexpr std::chrono::milliseconds kLongest{40};
+    static constexpr std::size_t kSmallest = 64;
+    static constexpr std::uint64_t kFirstPixels = 2'000'000;
+
+    std::size_t m_bytes;
+};
+
+bool hasRows(const WebPIDecoder* decoder)
+{
+    int rows = 0;
+    return WebPIDecGetRGB(decoder, &rows, nullptr, nullptr, nullptr) && rows > 0;
+}
+
+/// Decodes piece by piece, so that it can be stopped in between. (Not within a lossless picture of very few bytes: the
+/// codec takes all pixels out of one.)
 Outcome decodeInto(WebPDecoderConfig& config, std::span<const std::uint8_t> data, const DecodeOptions& options)
 {
+    using Steady = std::chrono::steady_clock;
     const std::unique_ptr<WebPIDecoder, DeleteDecoder> decoder(WebPIDecode(nullptr, 0, &config));
     if (!decoder)
         return Error{{}, cause::kNoMemory};
-    const std::size_t step = std::max<std::size_t>(16384, data.size() / 32);
+    const auto pixels =
+        static_cast<std::uint64_t>(config.input.width) * static_cast<std::uint64_t>(config.input.height);
+    PieceSize piece(data.size(), pixels);
     VP8StatusCode status = VP8_STATUS_SUSPENDED;
     for (std::size_t given = 0; status == VP8_STATUS_SUSPENDED && given < data.size();) {
         if (isCancelled(options))
             return Error{{}, cause::kCancelled};
-        given = std::min(data.size(), given + step);
+        // The header of a lossless picture, which can be almost all of it, is begun anew with each piece until it is
+        // whole: doubled each time, all tries together take no longer than two.
+        const bool beginsAnew = config.input.format == kLossless && !hasRows(decoder.get());
+        const Steady::time_point start = Steady::now();
+        given += std::min(data.size() - given, beginsAnew ? std::max(given, piece.bytes()) : piece.bytes());
         status = WebPIUpdate(decoder.get(), data.data(), given);
+        if (!beginsAnew)
+            piece.learn(Steady::now() - start);
     }
     return status == VP8_STATUS_OK ? Outcome(std::monostate()) : failure(status);
 }
@@ -153,11 +198,13 @@ Result<UIImage> decodeFrame(WebPDemuxer* demuxer, std::uint64_t fileBytes, const
     const std::uint64_t held = collectorBytes(size.width, size.height, 1) + codecBytes(config.input) + fileBytes;
     if (const Outcome claim = checkClaim(canvas.width, canvas.height, held, fileBytes, options); !claim)
         return claim.error();
-    PictureBuilder builder(size.width, size.height);
+    PictureBuilder builder(size.width, size.height, options);
     if (!builder)
         return Error{{}, cause::kNoMemory};
-    if (!covers)
-        std::memset(builder.row(0), 0, builder.bytesPerRow() * static_cast<std::size_t>(builder.height()));
+    if (!covers) {
+        if (const Outcome cleared = builder.fill({}); !cleared)
+            return cleared.error();
+    }
 
     const IntSize target = covers ? size : IntSize{rect.width, rect.height};
     config.options.use_threads = 1;
@@ -176,22 +223,8 @@ Result<UIImage> decodeFrame(WebPDemuxer* demuxer, std::uint64_t fileBytes, const
     return std::move(builder).finish(translucent, chunk(demuxer, "ICCP"), orientation);
 }
 
-Result<UIImage> decodeWebP(ByteSource& source, const DecodeOptions& options)
-{
-    if (source.size() > options.memoryLimit)
-        return Error{{}, cause::kTooLarge};
-    PixelBuffer file = PixelBuffer::allocate(static_cast<std::size_t>(source.size()));
-    if (!file)
-        return Error{{}, cause::kNoMemory};
-    const WebPData data{file.data(), source.read(0, {file.data(), file.size()})};
-    WebPDemuxState state = WEBP_DEMUX_PARSE_ERROR;
-    const std::unique_ptr<WebPDemuxer, DeleteDemuxer> demuxer(WebPDemuxPartial(&data, &state));
-    if (state == WEBP_DEMUX_PARSING_HEADER || state == WEBP_DEMUX_PARSED_HEADER)
-        return Error{{}, cause::kTruncated};
-    if (!demuxer || state != WEBP_DEMUX_DONE)
-        return Error{{}, cause::kDamaged};
-    return decodeFrame(demuxer.get(), file.size(), options);
-}
+constexpr std::uint64_t kFirstChunk = 12;
+constexpr std::uint64_t kShortestFile = 30;
 
 std::uint64_t littleEndian(ByteSource& source, std::uint64_t at, std::size_t size)
 {
@@ -214,7 +247,6 @@ ByteRange findChunk(ByteSource& source, std::uint64_t at, std::string_view kind)
 /// The header of the one frame, or of the canvas in the extended form, which alone tells of an EXIF block.
 Result<StoredFacts> factsOfWebP(ByteSource& source)
 {
-    constexpr std::uint64_t kFirstChunk = 12;
     constexpr std::uint64_t kContent = kFirstChunk + 8;
     constexpr std::uint64_t kSide = 0x3FFF;
     constexpr std::uint64_t kHasExif = 8;
@@ -232,8 +264,68 @@ Result<StoredFacts> factsOfWebP(ByteSource& source)
         facts.width = littleEndian(source, kContent + 6, 2) & kSide;
         facts.height = littleEndian(source, kContent + 8, 2) & kSide;
     }
-    constexpr std::uint64_t kShortest = 30;
-    return source.size() < kShortest ? Result<StoredFacts>(Error{{}, cause::kTruncated}) : facts;
+    return source.size() < kShortestFile ? Result<StoredFacts>(Error{{}, cause::kTruncated}) : facts;
+}
+
+/// How much of the file is the picture's.
+std::uint64_t lengthOf(ByteSource& source)
+{
+    return std::min(source.size(), std::max<std::uint64_t>(kShortestFile, 8 + littleEndian(source, 4, 4)));
+}
+
+/// Reads all of it. The codec wants it in one piece, and only where it lies.
+Outcome readWhole(ByteSource& source, PixelBuffer& file, const DecodeOptions& options)
+{
+    constexpr std::size_t kPiece = std::size_t{4} << 20;
+    for (std::size_t done = 0; done < file.size();) {
+        if (isCancelled(options))
+            return Error{{}, cause::kCancelled};
+        const std::size_t wanted = std::min(kPiece, file.size() - done);
+        if (source.read(done, {file.data() + done, wanted}) < wanted)
+            return Error{{}, cause::kTruncated};
+        done += wanted;
+    }
+    return success();
+}
+
+/// Whether there are more chunks than a picture or an animation has; the demuxer takes memory for each.
+bool hasTooManyChunks(std::span<const std::uint8_t> file)
+{
+    constexpr int kMostChunks = 1 << 16;
+    std::uint64_t at = kFirstChunk;
+    int chunks = 0;
+    while (at + 8 <= file.size() && ++chunks <= kMostChunks) {
+        const std::uint64_t length = numberOf(file.subspan(static_cast<std::size_t>(at) + 4, 4), std::endian::little);
+        at += 8 + length + length % 2;
+    }
+    return chunks > kMostChunks;
+}
+
+Result<UIImage> decodeWebP(ByteSource& source, const DecodeOptions& options)
+{
+    const Result<StoredFacts> claimed = factsOfWebP(source);
+    if (!claimed)
+        return claimed.error();
+    const std::uint64_t length = lengthOf(source); // held as long as the picture is made
+    if (const Outcome claim = checkClaim(static_cast<std::int64_t>(claimed->width),
+                                         static_cast<std::int64_t>(claimed->height), length, length, options);
+        !claim)
+        return claim.error();
+    PixelBuffer file = PixelBuffer::allocate(static_cast<std::size_t>(length));
+    if (!file)
+        return Error{{}, cause::kNoMemory};
+    if (const Outcome read = readWhole(source, file, options); !read)
+        return read.error();
+    if (hasTooManyChunks({file.data(), file.size()}))
+        return Error{{}, cause::kDamaged};
+    const WebPData data{file.data(), file.size()};
+    WebPDemuxState state = WEBP_DEMUX_PARSE_ERROR;
+    const std::unique_ptr<WebPDemuxer, DeleteDemuxer> demuxer(WebPDemuxPartial(&data, &state));
+    if (state == WEBP_DEMUX_PARSING_HEADER || state == WEBP_DEMUX_PARSED_HEADER)
+        return Error{{}, cause::kTruncated};
+    if (!demuxer || state != WEBP_DEMUX_DONE)
+        return Error{{}, cause::kDamaged};
+    return decodeFrame(demuxer.get(), file.size(), options);
 }
 
 } // namespace

@@ -156,12 +156,13 @@ AxisTable makeAxisTable(const AxisMapping& mapping, int begin, int end, Resample
     const double scale = std::abs(mapping.scale);
     const bool moves = movesWholePixels(mapping);
     table.step = 1 / scale;
-    table.reach = moves || filter == ResampleFilter::Nearest ? 1 : scale >= 1 ? 4 : (scale > 0.5 ? 6 : 1) / scale;
+    const bool takesArea = filter == ResampleFilter::Area || scale <= 0.5;
+    table.reach = moves || filter == ResampleFilter::Nearest ? 1 : takesArea ? 1 / scale : scale >= 1 ? 4 : 6 / scale;
     Builder builder(mapping);
     for (int i = begin; i < end; ++i) {
         if (moves || filter == ResampleFilter::Nearest)
             builder.nearest(i);
-        else if (scale <= 0.5)
+        else if (takesArea)
             builder.area(i);
         else if (scale < 1)
             builder.convolution(i, 3, 1 / scale, lanczos3);
@@ -169,7 +170,7 @@ AxisTable makeAxisTable(const AxisMapping& mapping, int begin, int end, Resample
             builder.convolution(i, 2, 1, keys);
     }
     builder.pack(table);
-    table.overshoots = !moves && filter == ResampleFilter::Best && scale > 0.5;
+    table.overshoots = !moves && filter == ResampleFilter::Best && !takesArea;
     table.copies = table.taps == 1;
     for (int i = 0; i < table.count() && table.copies; ++i)
         table.copies = table.first[static_cast<unsigned>(i)] == table.first[0] + i;

@@ -15,6 +15,7 @@ struct AxisMapping {
 enum class ResampleFilter {
     Best,    ///< chosen by the scale: see makeAxisTable
     Nearest, ///< the sample under the pixel's centre
+    Area,    ///< the mean of the source span under the pixel, at any scale
 };
 
 /// Which source samples make each output sample of one axis, and by what weights. Every output has the same number of

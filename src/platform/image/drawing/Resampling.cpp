@@ -5,6 +5,7 @@
 #include "platform/image/drawing/SourcePixels.h"
 #include "platform/image/pixels/PixelBuffer.h"
 
+#include <cstdint>
 #include <cstring>
 #include <optional>
 #include <utility>
@@ -37,11 +38,21 @@ Target targetFor(const CGImage& source, IntSize size)
 
 CGImage resampled(const CGImage& source, IntSize size)
 {
+    return resampled(source, size, source.size());
+}
+
+CGImage resampled(const CGImage& source, IntSize size, IntSize whole)
+{
     if (!source || size.isEmpty())
         return {};
     const Target target = targetFor(source, size);
-    const auto table = [](int from, int to) { return makeAxisTable({from, static_cast<double>(to) / from, 0}, 0, to); };
-    const RowResampler resampler(target.source, table(source.width(), size.width), table(source.height(), size.height));
+    const auto table = [](int from, int to, int all) {
+        const bool isReduced = from < all && 2 * std::int64_t{to} <= all;
+        return makeAxisTable({from, static_cast<double>(to) / from, 0}, 0, to,
+                             isReduced ? ResampleFilter::Area : ResampleFilter::Best);
+    };
+    const RowResampler resampler(target.source, table(source.width(), size.width, whole.width),
+                                 table(source.height(), size.height, whole.height));
     const std::size_t rowBytes = target.layout.bytesPerRow;
     PixelBuffer buffer = PixelBuffer::allocate(target.layout.byteCount());
     if (!buffer)

@@ -15,4 +15,8 @@ namespace lamina {
 /// the processor. Empty when the source is, a side is not positive, or memory is short.
 CGImage resampled(const CGImage& source, IntSize size);
 
+/// The same of a picture of `whole` pixels of which `source` is what was left when it was reduced while it was read:
+/// each axis by the kernel that the whole picture would get, so that the result is nearly the same.
+CGImage resampled(const CGImage& source, IntSize size, IntSize whole);
+
 } // namespace lamina

@@ -78,8 +78,8 @@ SharedEdges::SharedEdges(const std::vector<UIBezierPath>& outlines, const IntRec
         addJoints(*impl, outline);
     const auto place = [](const Joint& joint) { return std::pair(joint.y, joint.x); };
     std::ranges::sort(impl->joints, {}, place); // one where three meet was found twice
-    const auto twice = std::ranges::unique(impl->joints, {}, place);
-    impl->joints.erase(twice.begin(), twice.end());
+    const auto isSame = [&](const Joint& one, const Joint& other) { return place(one) == place(other); };
+    impl->joints.erase(std::unique(impl->joints.begin(), impl->joints.end(), isSame), impl->joints.end());
     m_impl = impl;
 }
 

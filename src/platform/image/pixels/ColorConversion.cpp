@@ -1,5 +1,6 @@
 #include "platform/image/pixels/ColorConversion.h"
 
+#include "platform/base/Cancelling.h"
 #include "platform/base/WorkerPool.h"
 #include "platform/image/pixels/PixelArithmetic.h"
 
@@ -85,6 +86,42 @@ cmsUInt32Number inputFormat(CGColorSpace::Model model)
         break;
     }
     return 0;
+}
+
+std::uint64_t bigEndian32(std::span<const std::uint8_t> bytes, std::uint64_t at)
+{
+    std::uint64_t value = 0;
+    for (std::uint64_t i = at; i < at + 4; ++i)
+        value = value << 8 | (i < bytes.size() ? bytes[static_cast<std::size_t>(i)] : 0);
+    return value;
+}
+
+/// Whether a chain of elements (ICC.1, multiProcessElementsType) is one that colours go through in no time. The library
+/// takes thousands of them, which may all be the same one, and curves of thousands of pieces: minutes from 300 bytes.
+bool isShortChain(std::span<const std::uint8_t> chain)
+{
+    constexpr std::uint64_t kMostElements = 16;
+    constexpr std::uint64_t kMostBytes = 64 << 10;
+    constexpr std::uint64_t kHead = 16;
+    const std::uint64_t count = bigEndian32(chain, 12);
+    std::uint64_t bytes = 0;
+    for (std::uint64_t i = 0; i < std::min(count, kMostElements); ++i)
+        bytes += bigEndian32(chain, kHead + 8 * i + 4);
+    return count <= kMostElements && bytes <= kMostBytes;
+}
+
+bool isQuicklyFollowed(std::span<const std::uint8_t> profile)
+{
+    constexpr std::uint32_t kChain = 0x6D706574; // 'mpet'
+    constexpr std::uint64_t kMostTags = 100;     // the library reads no more
+    const std::uint64_t tags = std::min(bigEndian32(profile, kHeaderSize), kMostTags);
+    for (std::uint64_t i = 0; i < tags; ++i) {
+        const std::uint64_t offset = bigEndian32(profile, kHeaderSize + 4 + 12 * i + 4);
+        if (offset < profile.size() && bigEndian32(profile, offset) == kChain &&
+            !isShortChain(profile.subspan(static_cast<std::size_t>(offset))))
+            return false;
+    }
+    return true;
 }
 
 std::vector<std::uint8_t> makeSRGBProfile()
@@ -203,10 +240,10 @@ std::optional<ColorConversion> ColorConversion::fromProfile(void* profile, CGCol
 std::optional<ColorConversion> ColorConversion::toSRGB(std::span<const std::uint8_t> iccProfile,
                                                        CGColorSpace::Model model)
 {
-    // Profiles above some megabytes don't exist; lengths in the library are 32 bits.
-    constexpr std::size_t kLargestProfile = std::size_t{32} << 20;
+    // Those of presses have up to some three megabytes.
+    constexpr std::size_t kLargestProfile = std::size_t{8} << 20;
     if (model == CGColorSpace::Model::AlphaOnly || profileModel(iccProfile) != model ||
-        iccProfile.size() > kLargestProfile)
+        iccProfile.size() > kLargestProfile || !isQuicklyFollowed(iccProfile))
         return std::nullopt;
     // The model stands in the profile, so that it needn't be asked for here.
     if (const auto known = KnownProfiles::shared().find(iccProfile))
@@ -250,10 +287,10 @@ void ColorConversion::convertRow(std::uint8_t* pixels, int count) const
             pixels[4 * static_cast<std::size_t>(x) + 3] = 255;
 }
 
-void ColorConversion::convertRows(const PixelRows& rows) const
+void ColorConversion::convertRows(const PixelRows& rows, const std::atomic<bool>* cancelled) const
 {
     parallelRows(0, rows.height, kPixelCost * static_cast<std::size_t>(rows.width), [&](int first, int last) {
-        for (int y = first; y < last; ++y)
+        for (int y = first; y < last && !isCancelled(cancelled); ++y)
             convertRow(rows.first + static_cast<std::size_t>(y) * rows.bytesPerRow, rows.width);
     });
 }

@@ -4,6 +4,7 @@
 #include "platform/image/pixels/CGColorSpace.h"
 
 #include <array>
+#include <atomic>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -39,8 +40,9 @@ public:
 
     /// `count` pixels in place, four bytes each.
     void convertRow(std::uint8_t* pixels, int count) const;
-    /// All rows in place, shared out to the worker pool.
-    void convertRows(const PixelRows& rows) const;
+    /// All rows in place, shared out to the worker pool. Once `cancelled` is set, which any thread may do, the rows
+    /// that nobody has begun are left as they are.
+    void convertRows(const PixelRows& rows, const std::atomic<bool>* cancelled = nullptr) const;
 
 private:
     using Transform = std::shared_ptr<void>;

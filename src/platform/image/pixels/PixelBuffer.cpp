@@ -30,7 +30,7 @@ void PixelBuffer::Free::operator()(std::uint8_t* memory) const noexcept
 {
     if (capacity == 0)
         std::free(memory);
-    else
+    else if (capacity != kBorrowed)
         PixelBlocks::shared().giveBack({memory, capacity, false});
 }
 
@@ -61,6 +61,14 @@ PixelBuffer PixelBuffer::allocate(std::size_t size)
 PixelBuffer PixelBuffer::zeroed(std::size_t size)
 {
     return make(size, true);
+}
+
+PixelBuffer PixelBuffer::borrowed(std::uint8_t* memory, std::size_t size)
+{
+    PixelBuffer buffer;
+    buffer.m_data = std::unique_ptr<std::uint8_t, Free>(memory, Free(Free::kBorrowed));
+    buffer.m_size = size;
+    return buffer;
 }
 
 std::shared_ptr<const std::uint8_t> PixelBuffer::share() &&

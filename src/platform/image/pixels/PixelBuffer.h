@@ -24,6 +24,8 @@ public:
     static PixelBuffer allocate(std::size_t size);
     /// `size` bytes of 0.
     static PixelBuffer zeroed(std::size_t size);
+    /// Memory that stays another's, who keeps it for longer than the buffer lives.
+    static PixelBuffer borrowed(std::uint8_t* memory, std::size_t size);
 
     std::uint8_t* data() { return m_data.get(); }
     const std::uint8_t* data() const { return m_data.get(); }
@@ -40,7 +42,8 @@ public:
 
 private:
     struct Free {
-        std::size_t capacity; ///< of a block from the system; 0: from the heap
+        static constexpr std::size_t kBorrowed = ~std::size_t{0};
+        std::size_t capacity; ///< of a block from the system; 0: from the heap; kBorrowed: not ours
         Free() noexcept
             : Free(0)
         {

@@ -1,6 +1,7 @@
 #include "platform/image/pixels/PixelMoves.h"
 
 #include "platform/base/CGGeometry.h"
+#include "platform/base/Cancelling.h"
 #include "platform/base/WorkerPool.h"
 #include "platform/image/pixels/PixelMoveKernels_p.h"
 
@@ -94,7 +95,7 @@ bool canMovePixels(int bitsPerPixel)
 }
 
 void movePixels(const CGImage& image, const PixelMove& move, std::uint32_t filled, std::uint8_t* target,
-                std::size_t targetRow)
+                std::size_t targetRow, const std::atomic<bool>* cancelled)
 {
     const Mover& mover = *moverFor(image.bitsPerPixel());
     const int turn = move.quarters & 3;
@@ -111,7 +112,7 @@ void movePixels(const CGImage& image, const PixelMove& move, std::uint32_t fille
         const auto moveRow = move.mirrorX != (turn == 2) ? mover.mirror : mover.copy;
         const auto pixels = static_cast<std::size_t>(size.width);
         parallelRows(0, size.height, pixels, [&](int first, int last) {
-            for (int y = first; y < last; ++y)
+            for (int y = first; y < last && !isCancelled(cancelled); ++y)
                 moveRow(rows.source + y * rows.sourceStep, pixels, filled, rows.target + y * rows.targetStep);
         });
         return;
@@ -124,7 +125,7 @@ void movePixels(const CGImage& image, const PixelMove& move, std::uint32_t fille
         fromLastRow(rows.target, rows.targetStep, size.width);
     parallelRows(0, (size.width + kBand - 1) / kBand,
                  static_cast<std::size_t>(kBand) * static_cast<std::size_t>(size.height), [&](int first, int last) {
-                     for (int band = first; band < last; ++band)
+                     for (int band = first; band < last && !isCancelled(cancelled); ++band)
                          mover.transpose(rows, band * kBand, std::min(size.width, (band + 1) * kBand), filled);
                  });
 }

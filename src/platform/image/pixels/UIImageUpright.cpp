@@ -1,8 +1,11 @@
+#include "platform/base/Cancelling.h"
 #include "platform/image/pixels/PixelBuffer.h"
 #include "platform/image/pixels/PixelConversion.h"
 #include "platform/image/pixels/PixelMoves.h"
 #include "platform/image/pixels/UIImage.h"
+#include "platform/image/pixels/UprightPicture.h"
 
+#include <atomic>
 #include <cstddef>
 #include <utility>
 
@@ -33,7 +36,7 @@ PixelMove uprightMove(UIImageOrientation orientation)
     return {};
 }
 
-CGImage turned(const CGImage& source, UIImageOrientation orientation)
+CGImage turned(const CGImage& source, UIImageOrientation orientation, const std::atomic<bool>* cancelled)
 {
     // Pixels smaller than a byte, or of a rare size, get four bytes on the way.
     const CGImage image = canMovePixels(source.bitsPerPixel()) ? source : convertedToSRGB(source);
@@ -47,27 +50,36 @@ CGImage turned(const CGImage& source, UIImageOrientation orientation)
     PixelBuffer buffer = PixelBuffer::allocate(layout.byteCount());
     if (!buffer)
         return {};
-    movePixels(image, uprightMove(orientation), 0, buffer.data(), layout.bytesPerRow);
+    movePixels(image, uprightMove(orientation), 0, buffer.data(), layout.bytesPerRow, cancelled);
+    if (isCancelled(cancelled))
+        return {};
     return CGImage::make(layout, std::move(buffer));
 }
 
 } // namespace
 
-UIImage UIImage::upright() const
+UIImage upright(const UIImage& picture, const std::atomic<bool>* cancelled)
 {
-    if (!m_image || m_orientation == UIImageOrientation::Up)
-        return *this;
-    CGImage image = turned(m_image, m_orientation);
-    if (const CGImage* mask = m_image.mask(); mask && image) {
-        if (!canMovePixels(m_image.bitsPerPixel())) // the conversion has applied it
-            return UIImage(image, m_scale);
+    const CGImage& stored = picture.cgImage();
+    const UIImageOrientation orientation = picture.imageOrientation();
+    if (!stored || orientation == UIImageOrientation::Up)
+        return picture;
+    CGImage image = turned(stored, orientation, cancelled);
+    if (const CGImage* mask = stored.mask(); mask && image) {
+        if (!canMovePixels(stored.bitsPerPixel())) // the conversion has applied it
+            return UIImage(image, picture.scale());
         const bool movable = canMovePixels(mask->bitsPerPixel());
-        const CGImage turnedMask = turned(movable ? *mask : coverageOfMask(*mask), m_orientation);
+        const CGImage turnedMask = turned(movable ? *mask : coverageOfMask(*mask), orientation, cancelled);
         if (!turnedMask)
             return {};
         image = image.withMask(turnedMask);
     }
-    return image ? UIImage(image, m_scale) : UIImage();
+    return image ? UIImage(image, picture.scale()) : UIImage();
+}
+
+UIImage UIImage::upright() const
+{
+    return lamina::upright(*this, nullptr);
 }
 
 } // namespace lamina

@@ -6,9 +6,13 @@
 #include "platform/image/codecs/PictureDecoding.h"
 #include "platform/image/pixels/UIImage.h"
 
+#include <algorithm>
+#include <cstddef>
 #include <cstdint>
+#include <libdeflate.h>
 #include <span>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace lamina::test {
@@ -38,7 +42,37 @@ inline std::string causeOf(std::span<const std::uint8_t> bytes, const DecodeOpti
 
 inline void append(Bytes& bytes, std::span<const std::uint8_t> more)
 {
-    bytes.insert(bytes.end(), more.begin(), more.end());
+    bytes.resize(bytes.size() + more.size());
+    std::ranges::copy(more, bytes.end() - std::ssize(more));
+}
+
+inline void storeBig32(std::uint8_t* bytes, std::size_t value)
+{
+    for (int shift = 24; shift >= 0; shift -= 8)
+        *bytes++ = static_cast<std::uint8_t>(value >> shift);
+}
+
+/// `head`, then `content` compressed as PNG has it.
+inline Bytes packed(const Bytes& content, std::string_view head = {})
+{
+    libdeflate_compressor* compressor = libdeflate_alloc_compressor(6);
+    Bytes data(head.begin(), head.end());
+    data.resize(head.size() + libdeflate_zlib_compress_bound(compressor, content.size()));
+    data.resize(head.size() + libdeflate_zlib_compress(compressor, content.data(), content.size(), &data[head.size()],
+                                                       data.size() - head.size()));
+    libdeflate_free_compressor(compressor);
+    return data;
+}
+
+inline Bytes pngChunk(std::string_view type, const Bytes& content)
+{
+    Bytes chunk(4 + type.size());
+    storeBig32(chunk.data(), content.size());
+    std::ranges::copy(type, chunk.begin() + 4);
+    append(chunk, content);
+    chunk.resize(chunk.size() + 4);
+    storeBig32(&chunk[chunk.size() - 4], libdeflate_crc32(0, &chunk[4], chunk.size() - 8));
+    return chunk;
 }
 
 } // namespace lamina::test

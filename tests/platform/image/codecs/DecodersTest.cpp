@@ -4,6 +4,8 @@
 #include "TestPictures.h"
 
 #include "platform/image/codecs/PictureDecoder_p.h"
+#include "platform/image/codecs/PictureEncoding.h"
+#include "platform/image/codecs/PictureFacts_p.h"
 #include "platform/image/codecs/PictureFormats.h"
 
 #include <gtest/gtest.h>
@@ -139,6 +141,21 @@ TEST(PictureRecognition, LeavesOtherFilesAlone)
         const std::string_view view(text);
         const Bytes bytes(view.begin(), view.end());
         EXPECT_EQ(causeOf(bytes), bytes.empty() ? "the file is empty" : "not a picture") << text;
+    }
+}
+
+TEST(Decoders, ReadThinPicturesAsTheyWereWritten)
+{
+    for (const IntSize size : {IntSize{1, 200'000}, IntSize{200'000, 1}}) {
+        const CGImage picture = noisePicture(size.width, size.height, CGImageAlphaInfo::NoneSkipLast);
+        for (const std::string_view type : {kUTTypePNG, kUTTypeBMP, kUTTypeTIFF}) {
+            SCOPED_TRACE(std::string(type) + ", " + std::to_string(size.width) + " wide");
+            const Bytes file = *encodePicture(picture, *pictureFormatForUTI(type), "picture");
+            EXPECT_TRUE(imagesMatch(shown(file).cgImage(), picture));
+            const Result<PictureFacts> facts = readPictureFacts(*memorySource(file));
+            ASSERT_TRUE(facts);
+            EXPECT_EQ((IntSize{facts->width, facts->height}), size);
+        }
     }
 }
 

@@ -22,6 +22,7 @@ struct Recipe {
     int height = 48;
     int components = 3;
     bool progressive = false;
+    unsigned restartRows = 0;
     bool adobeMarker = true;                ///< for four components
     std::vector<jpeg_scan_info> scans = {}; ///< in place of the usual ones
     std::function<int(int x, int y, int c)> value = [](int x, int y, int c) { return (x * 3 + y * 2 + c * 50) % 256; };
@@ -42,6 +43,7 @@ Bytes makeJPEG(const Recipe& recipe)
     info.in_color_space = recipe.components == 4 ? JCS_CMYK : recipe.components == 3 ? JCS_RGB : JCS_GRAYSCALE;
     jpeg_set_defaults(&info);
     jpeg_set_quality(&info, 95, TRUE);
+    info.restart_in_rows = static_cast<int>(recipe.restartRows);
     if (recipe.progressive)
         jpeg_simple_progression(&info);
     if (!recipe.scans.empty()) {
@@ -84,6 +86,117 @@ TEST(JPEGDecoder, RefusesAFileThatIsCutAndEnded)
         Bytes ended(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(length));
         append(ended, kEnd);
         ASSERT_FALSE(shown(ended)) << length;
+    }
+}
+
+/// What is done to the bytes of a file, which end with the end marker; `scan` is where its first scan's data begin.
+using Damage = void (*)(Bytes& file, std::size_t scan);
+
+// The picture keeps its sides and what stands before the damage.
+TEST(JPEGDecoder, ShowsDamagedDataAsFarAsTheyGoWhereAWarningIsHeard)
+{
+    static const auto spoil = [](Bytes& file, std::size_t at) {
+        for (std::size_t i = 0; i < 8; ++i) // all bits are set, as in no code
+            file[at + i] = i % 2 == 0 ? 0xFF : 0;
+    };
+    static const auto middleOfScan = [](const Bytes& file, std::size_t scan) {
+        std::size_t end = scan;
+        while (file[end] != 0xFF || file[end + 1] == 0 ||
+               (file[end + 1] & 0xF8) == 0xD0) // zeros and restarts belong to it
+            ++end;
+        return (scan + end) / 2;
+    };
+    struct Case {
+        const char* what;
+        Damage damage;
+        std::string cause; ///< with a warning heard; empty: a picture
+        bool warns = true;
+    };
+    const std::vector<Case> cases{
+        {"sound", [](Bytes&, std::size_t) {}, "", false},
+        {"impossible codes", [](Bytes& file, std::size_t scan) { spoil(file, (scan + file.size()) / 2); }, ""},
+        {"a marker amid",
+         [](Bytes& file, std::size_t scan) {
+             const std::size_t middle = (scan + file.size()) / 2;
+             file[middle] = 0xFF;
+             file[middle + 1] = 0xC5;
+         },
+         ""},
+        {"a marker amid the first scan, which leads behind the end",
+         [](Bytes& file, std::size_t scan) {
+             const std::size_t middle = middleOfScan(file, scan);
+             constexpr std::uint8_t kMarker[] = {0xFF, 0xE5, 0xFF, 0xFE};
+             std::ranges::copy(kMarker, &file[middle]);
+         },
+         ""},
+        {"a marker amid the first scan",
+         [](Bytes& file, std::size_t scan) {
+             const std::size_t middle = middleOfScan(file, scan);
+             file[middle] = 0xFF;
+             file[middle + 1] = 0xC5;
+         },
+         ""},
+        {"bytes that no block uses", [](Bytes& file, std::size_t) { file.insert(file.end() - 2, 40, 0x5A); }, ""},
+        {"padding", [](Bytes& file, std::size_t) { file.insert(file.end() - 2, 40, 0); }, "", false},
+        {"no end", [](Bytes& file, std::size_t) { file.resize(file.size() - 2); }, "the file ends too early"},
+        {"cut", [](Bytes& file, std::size_t scan) { file.resize((scan + file.size()) / 2); },
+         "the file ends too early"},
+        {"cut and ended",
+         [](Bytes& file, std::size_t scan) {
+             file.erase(file.begin() + static_cast<std::ptrdiff_t>(scan + 20), file.end() - 2);
+         },
+         "the file ends too early"},
+        {"impossible codes and cut",
+         [](Bytes& file, std::size_t scan) {
+             spoil(file, (2 * scan + file.size()) / 3);
+             file.resize((scan + 2 * file.size()) / 3);
+         },
+         "the file ends too early"},
+    };
+    const auto noise = [](int x, int y, int c) { return (x * x * 7 + y * 31 + x * y * 3 + c * 50) % 256; };
+    for (const Recipe& kind : {Recipe{}, {.components = 4}, {.progressive = true}, {.restartRows = 1}}) {
+        Recipe recipe = kind;
+        recipe.width = recipe.height = 160;
+        recipe.value = noise;
+        const Bytes whole = makeJPEG(recipe);
+        const auto scan = std::search(whole.begin(), whole.end(), std::begin(kScan), std::end(kScan)) - whole.begin();
+        for (const Case& damaged : cases) {
+            SCOPED_TRACE(std::string(damaged.what) + (recipe.progressive ? ", progressive" : "") +
+                         (recipe.restartRows > 0 ? ", restarts" : "") + (recipe.components == 4 ? ", inks" : ""));
+            Bytes file = whole;
+            damaged.damage(file, static_cast<std::size_t>(scan) + 14);
+            for (const int shortSide : {0, 40}) {
+                std::string warning;
+                const Result<UIImage> read =
+                    decodePicture(file, "photo", {.shortSide = shortSide, .warning = &warning});
+                EXPECT_EQ(read ? "" : read.error().cause, damaged.cause);
+                if (!read)
+                    continue;
+                EXPECT_EQ(read->pixelSize().width, shortSide > 0 ? shortSide : 160);
+                EXPECT_EQ(warning, damaged.warns ? cause::kShownAsFarAsItGoes : "");
+                const auto topOf = [](const UIImage& picture) {
+                    return picture.cgImage().subImage({0, 0, picture.cgImage().width(), 8});
+                };
+                EXPECT_TRUE(recipe.progressive ||
+                            imagesMatch(topOf(*read), topOf(shown(whole, {.shortSide = shortSide}))));
+            }
+            EXPECT_TRUE(damaged.warns || shown(file)) << "unheard";
+            EXPECT_FALSE(damaged.what == std::string("a marker amid") && shown(file)) << "unheard";
+        }
+    }
+}
+
+// Held packed, the coefficients come to the same picture in less memory.
+TEST(JPEGDecoder, PacksCoefficientsThatAreTooMuch)
+{
+    const auto hills = [](int x, int y, int c) { return (x * y / 900 + x / 3 + c * 40) % 256; };
+    for (const int components : {3, 1}) {
+        const Bytes file =
+            makeJPEG({.width = 1001, .height = 999, .components = components, .progressive = true, .value = hills});
+        constexpr std::size_t kPixels = 4 * 1001 * 999;
+        const CGImage plain = shown(file).cgImage();
+        EXPECT_TRUE(imagesMatch(shown(file, {.memoryLimit = kPixels + 1'000'000}).cgImage(), plain));
+        EXPECT_EQ(causeOf(file, {.memoryLimit = kPixels + (components == 3 ? 340'000 : 240'000)}), cause::kTooLarge);
     }
 }
 

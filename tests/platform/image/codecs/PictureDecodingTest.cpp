@@ -62,15 +62,30 @@ TEST(LoadPicture, RefusesHugeFilesAtOnce)
 
 TEST(Claims, AreWeighed)
 {
-    const DecodeOptions options;
-    constexpr std::uint64_t kMega = 1'000'000;
-    EXPECT_TRUE(checkClaim(20000, 20000, 10 * kMega, 9 * kMega, options)); // 400 million, 8 MB wanted
-    EXPECT_FALSE(checkClaim(20000, 20001, 10 * kMega, 900 * kMega, options));
-    EXPECT_FALSE(checkClaim(20000, 20000, 10 * kMega, 7 * kMega, options));
-    EXPECT_TRUE(checkClaim(8000, 8000, 256 * kMega, 100, options)); // small enough to be given
-    EXPECT_FALSE(checkClaim(8000, 8000, 269 * kMega, 100, options));
+    constexpr std::uint64_t kKilo = 1000;
+    constexpr std::uint64_t kMega = kKilo * kKilo;
     constexpr std::int64_t kMost = std::numeric_limits<std::int64_t>::max();
-    EXPECT_FALSE(checkClaim(kMost, kMost, 0, 0, options));
+    struct Claim {
+        std::int64_t width, height;
+        std::uint64_t held, file;
+        bool isBelieved;
+        PixelKind kind = PixelKind::Any;
+    };
+    for (const Claim& claim : {Claim{20000, 20000, 10 * kMega, 400 * kKilo, true}, // 400 million
+                               {20000, 20001, 10 * kMega, 900 * kMega, false},
+                               {20000, 20000, 10 * kMega, 300 * kKilo, false}, // more work than the bytes can give
+                               {11000, 11000, 200 * kMega, 100, true},
+                               {11000, 11000, 484 * kMega, 100, false}, // more memory than any file may take
+                               {12250, 8192, 401 * kMega, 600 * kKilo, true},
+                               {12250, 8192, 1001 * kMega, 600 * kMega, false},
+                               {18724, 13244, 992 * kMega, 2 * kKilo, true, PixelKind::Bilevel}, // a white plan
+                               {18724, 13244, 10 * kMega, 2 * kKilo, false},
+                               {kMost, kMost, 0, 0, false}}) {
+        SCOPED_TRACE(claim.held + claim.file);
+        const DecodeOptions options{.memoryLimit = 1000 * kMega};
+        EXPECT_EQ(checkClaim(claim.width, claim.height, claim.held, claim.file, options, claim.kind).ok(),
+                  claim.isBelieved);
+    }
 }
 
 } // namespace
