@@ -1,0 +1,61 @@
+#pragma once
+
+#include "platform/base/CMTime.h"
+#include "platform/base/Result.h"
+#include "platform/media/AVAsset.h"
+#include "platform/media/CMSampleBuffer.h"
+#include "platform/media/CVPixelBuffer.h"
+
+#include <atomic>
+#include <memory>
+#include <optional>
+#include <vector>
+
+namespace lamina {
+
+/// How far a reader has come.
+enum class AVAssetReaderStatus { Unknown = 0, Reading = 1, Completed = 2, Failed = 3, Cancelled = 4 };
+
+enum class AVMediaType { Video, Audio };
+
+/// One track of an asset on its way out of a reader: frames in one pixel format, or sound as numbers or as it is
+/// stored. Each output reads the file by itself, so that none waits for another.
+class AVAssetReaderOutput {
+public:
+    virtual ~AVAssetReaderOutput() = default;
+    virtual AVMediaType mediaType() const = 0;
+    /// The next piece, in the order of presentation (packets: as stored); blocks until it is there. Nothing at the end,
+    /// and when the reader has failed or was cancelled. By one thread at a time.
+    virtual std::optional<CMSampleBuffer> copyNextSampleBuffer() = 0;
+};
+
+/// Reads a movie once, from a moment to another. Frames have the asset's `naturalSize` whatever sizes the stream
+/// changes to; times are the movie's own, counted from `AVVideoTrack::startTime` as zero.
+///
+/// At most four frames are decoded ahead. A reader fails, with the cause, where the file ends before its time, packets
+/// are damaged beyond use, or decoding isn't possible; what could be read was given before.
+///
+/// From any thread; `cancelReading` ends what waits within 100 ms.
+class AVAssetReader {
+public:
+    virtual ~AVAssetReader() = default;
+
+    static std::unique_ptr<AVAssetReader> make(std::shared_ptr<const AVURLAsset> asset);
+
+    /// Before `startReading`: the asset's picture in such a format; null without one.
+    virtual std::shared_ptr<AVAssetReaderOutput> addVideoOutput(CVPixelFormat format) = 0;
+    /// Before `startReading`: the asset's sound, as numbers or (`stored`) as packets; null without one.
+    virtual std::shared_ptr<AVAssetReaderOutput> addAudioOutput(bool stored) = 0;
+    virtual const std::vector<std::shared_ptr<AVAssetReaderOutput>>& outputs() const = 0;
+    /// Before `startReading`. Pieces that end before it, or begin after it, are not given; times stay the asset's.
+    virtual void setTimeRange(const CMTimeRange& range) = 0;
+
+    virtual Outcome startReading() = 0;
+    /// Completed once every output has given its last piece.
+    virtual AVAssetReaderStatus status() const = 0;
+    /// Why it failed; nothing otherwise. The subject is the movie's path.
+    virtual std::optional<Error> error() const = 0;
+    virtual void cancelReading() = 0;
+};
+
+} // namespace lamina
