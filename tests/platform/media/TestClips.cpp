@@ -96,6 +96,12 @@ std::vector<float> storedSound(const std::string& path)
     return samplesOf(run(FFMPEG, {"-i", path, "-vn", "-f", "f32le", "-"}));
 }
 
+nlohmann::json probePackets(const std::string& path, const std::string& tracks)
+{
+    const std::string told = run(FFPROBE, {"-select_streams", tracks, "-show_packets", "-of", "json", path});
+    return nlohmann::json::parse(told, nullptr, false).value("packets", nlohmann::json::array());
+}
+
 CGImage decodedFrame(const std::string& path, int index)
 {
     const TemporaryFolder folder;

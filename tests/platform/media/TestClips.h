@@ -32,6 +32,8 @@ std::vector<double> probeFrameTimes(const std::string& path);
 std::string decodedRows(const std::string& path, const std::string& filters, const std::string& format);
 /// The sound's samples as they are stored, of all channels.
 std::vector<float> storedSound(const std::string& path);
+/// What it tells of each packet of the tracks of a kind ("v", "a").
+nlohmann::json probePackets(const std::string& path, const std::string& tracks);
 /// A frame as ffmpeg decodes it, by BT.709 (to a BMP, since a PNG would carry the gamma that the film names).
 CGImage decodedFrame(const std::string& path, int index);
 /// The sound's samples, of one channel at 8 kHz.
