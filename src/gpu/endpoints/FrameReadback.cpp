@@ -4,9 +4,9 @@
 #include "gpu/core/GLErrors.h"
 #include "gpu/core/GPUImageContext.h"
 #include "gpu/core/GPUImageFilter.h"
+#include "platform/base/Causes.h"
 
 #include <cstddef>
-#include <cassert>
 #include <string>
 
 namespace lamina {
@@ -23,10 +23,9 @@ bool isComplete()
 
 } // namespace
 
-FrameReadback::FrameReadback(GPUImageContext& context, IntSize videoSize, bool readsTextures)
+FrameReadback::FrameReadback(GPUImageContext& context, IntSize videoSize)
     : m_movieWriterContext(context)
     , m_videoSize(videoSize)
-    , m_readsTextures(readsTextures)
 {
     m_colorSwizzlingProgram =
         linkedProgram(context, kGPUImageVertexShaderString, kGPUImageColorSwizzlingFragmentShaderString,
@@ -56,40 +55,47 @@ Outcome FrameReadback::availability() const
     return success();
 }
 
-Outcome FrameReadback::read(const Frame& frame, CVPixelBuffer& into)
+Result<std::shared_ptr<CVPixelBuffer>> FrameReadback::read(const Frame& frame)
 {
     if (const Outcome available = availability(); !available)
-        return available;
-    std::uint8_t* bytes = into.planes().front().bytes;
-    assert(into.planes().front().bytesPerRow == static_cast<std::size_t>(m_videoSize.width) * 4);
+        return available.error();
     forgetGLErrors();
+    std::shared_ptr<CVPixelBuffer> pixels;
     const bool liesAsWanted = frame.size == m_videoSize && frame.rotation == kGPUImageNoRotation;
-    if (!(m_readsTextures && liesAsWanted && readTexture(frame.texture, bytes))) {
-        if (!renderAtInternalSizeUsingFramebuffer(frame))
-            return Error{kSubject, "the device has no framebuffer for " + std::to_string(m_videoSize.width) + " x " +
-                                       std::to_string(m_videoSize.height) + " pixels"};
-        glReadPixels(0, 0, m_videoSize.width, m_videoSize.height, GL_RGBA, GL_UNSIGNED_BYTE, bytes);
-    }
+    if (liesAsWanted && attachTexture(frame.texture))
+        pixels = readPixels(CVPixelFormat::RGBA);
+    else if (renderAtInternalSizeUsingFramebuffer(frame))
+        pixels = readPixels(CVPixelFormat::BGRA);
+    else
+        return Error{kSubject, "the device has no framebuffer for " + std::to_string(m_videoSize.width) + " x " +
+                                   std::to_string(m_videoSize.height) + " pixels"};
+    if (m_textureFramebuffer != 0)
+        attachTexture(0); // its memory would else last until the next frame, whoever deletes it
+    if (!pixels)
+        return Error{kSubject, cause::kNoMemory};
     if (glGetError() != GL_NO_ERROR)
         return Error{kSubject, "the device gave no pixels for a frame of a movie"};
-    return success();
+    return pixels;
 }
 
-/// False where textures of this form can't be read.
-bool FrameReadback::readTexture(GLuint texture, std::uint8_t* bytes)
+/// Of the bound framebuffer. Null: memory is short.
+std::shared_ptr<CVPixelBuffer> FrameReadback::readPixels(CVPixelFormat format) const
 {
-    const auto attach = [](GLuint name) {
-        glFramebufferTexture2D(GL_FRAMEBUFFER, GL_COLOR_ATTACHMENT0, GL_TEXTURE_2D, name, 0);
-    };
+    std::shared_ptr<CVPixelBuffer> pixels = CVPixelBuffer::make(m_videoSize, format);
+    if (pixels)
+        glReadPixels(0, 0, m_videoSize.width, m_videoSize.height, GL_RGBA, GL_UNSIGNED_BYTE,
+                     pixels->planes().front().bytes);
+    return pixels;
+}
+
+/// Binds a framebuffer around the texture. False where textures of its form can't be read.
+bool FrameReadback::attachTexture(GLuint texture)
+{
     if (m_textureFramebuffer == 0)
         glGenFramebuffers(1, &m_textureFramebuffer);
     glBindFramebuffer(GL_FRAMEBUFFER, m_textureFramebuffer);
-    attach(texture);
-    const bool readable = isComplete();
-    if (readable)
-        glReadPixels(0, 0, m_videoSize.width, m_videoSize.height, GL_BGRA, GL_UNSIGNED_BYTE, bytes);
-    attach(0); // its memory would else last until the next frame, whoever deletes it
-    return readable;
+    glFramebufferTexture2D(GL_FRAMEBUFFER, GL_COLOR_ATTACHMENT0, GL_TEXTURE_2D, texture, 0);
+    return texture != 0 && isComplete();
 }
 
 bool FrameReadback::createDataFBO()

@@ -14,16 +14,16 @@ namespace lamina {
 
 class GPUImageContext;
 
-/// Brings frames of the graph into pixel buffers in `BGRA`, by a context of its own in the graph's sharegroup.
+/// Brings frames of the graph into pixel buffers, by a context of its own in the graph's sharegroup.
 ///
-/// A frame that lies as it is wanted is read from its texture; any other is drawn first, at the wanted size and the
-/// right way up. GL objects are made once.
+/// A frame that lies as it is wanted is read from its texture, as `RGBA`: in the order in which textures keep it. Any
+/// other is drawn first, at the wanted size and the right way up, as `BGRA`. GL objects are made once.
 ///
 /// All of it on the context's queue, where it must be destroyed too.
 class FrameReadback {
 public:
-    /// `videoSize`: of the pixel buffers. `readsTextures`: false: all frames are drawn.
-    FrameReadback(GPUImageContext& context, IntSize videoSize, bool readsTextures);
+    /// `videoSize`: of the pixel buffers.
+    FrameReadback(GPUImageContext& context, IntSize videoSize);
     ~FrameReadback();
     FrameReadback(const FrameReadback&) = delete;
     FrameReadback& operator=(const FrameReadback&) = delete;
@@ -37,12 +37,12 @@ public:
         IntSize size;
         GPUImageRotationMode rotation = kGPUImageNoRotation;
     };
-    /// Fills a buffer of the video's size, whose rows have no gaps. The error: the device is lost, or its memory is
-    /// short.
-    Outcome read(const Frame& frame, CVPixelBuffer& into);
+    /// The pixels. The error: the device is lost, or memory is short.
+    Result<std::shared_ptr<CVPixelBuffer>> read(const Frame& frame);
 
 private:
-    bool readTexture(GLuint texture, std::uint8_t* bytes);
+    std::shared_ptr<CVPixelBuffer> readPixels(CVPixelFormat format) const;
+    bool attachTexture(GLuint texture);
     bool createDataFBO();
     void destroyDataFBO();
     bool setFilterFBO();
@@ -50,7 +50,6 @@ private:
 
     GPUImageContext& m_movieWriterContext;
     const IntSize m_videoSize;
-    const bool m_readsTextures;
     GLuint m_textureFramebuffer = 0; ///< frames are attached to it in turn
     GLuint m_movieFramebuffer = 0;
     GLuint m_movieRenderbuffer = 0;

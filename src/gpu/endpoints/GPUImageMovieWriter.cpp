@@ -3,8 +3,8 @@
 #include "gpu/core/GPUImageContext.h"
 #include "gpu/core/GPUImageFramebuffer.h"
 #include "gpu/core/VideoProcessingQueue.h"
-#include "platform/gl/EAGLContext.h"
 #include "platform/base/Log.h"
+#include "platform/gl/EAGLContext.h"
 
 #include <utility>
 
@@ -37,10 +37,9 @@ GPUImageMovieWriter::GPUImageMovieWriter(const std::string& path, CGSize size, c
     , m_encodingLiveVideo(outputSettings.encodingLiveVideo)
 {
     m_movieWriterContext->useSharegroup(sharegroupOfTheGraph());
-    const bool readsTextures = GPUImageContext::deviceSupportsOpenGLESExtension("GL_EXT_read_format_bgra");
     Outcome readable = success();
     runSynchronouslyOnContextQueue(*m_movieWriterContext, [&] {
-        m_readback = std::make_unique<FrameReadback>(*m_movieWriterContext, m_videoSize, readsTextures);
+        m_readback = std::make_unique<FrameReadback>(*m_movieWriterContext, m_videoSize);
         readable = m_readback->availability();
     });
     if (readable)

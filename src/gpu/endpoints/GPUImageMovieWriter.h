@@ -15,7 +15,6 @@
 #include "platform/media/AVAssetWriter.h"
 #include "platform/media/CMSampleBuffer.h"
 
-#include <utility>
 #include <atomic>
 #include <condition_variable>
 #include <functional>
@@ -24,6 +23,7 @@
 #include <mutex>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace lamina {

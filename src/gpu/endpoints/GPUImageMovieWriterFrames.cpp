@@ -2,8 +2,8 @@
 #include "gpu/core/GPUImageFramebuffer.h"
 #include "gpu/core/VideoProcessingQueue.h"
 #include "gpu/endpoints/GPUImageMovieWriter.h"
-#include "platform/media/CVPixelBuffer.h"
 #include "platform/base/Log.h"
+#include "platform/media/CVPixelBuffer.h"
 
 #include <utility>
 
@@ -93,17 +93,15 @@ void GPUImageMovieWriter::writeFrame(TakenFrame& frame)
         return;
     if (m_encodingLiveVideo && !m_video.input->isReadyForMoreMediaData())
         return logWarning("1: Had to drop a video frame: " + timeText(frame.time));
-    const std::shared_ptr<CVPixelBuffer> buffer = CVPixelBuffer::make(m_videoSize, CVPixelFormat::BGRA);
-    if (!buffer)
-        return logWarning("2: Had to drop a video frame: " + timeText(frame.time));
-    if (const Outcome read = m_readback->read(frame.source, *buffer); !read)
-        return fail(read.error());
+    const Result<std::shared_ptr<CVPixelBuffer>> pixels = m_readback->read(frame.source);
+    if (!pixels)
+        return fail(pixels.error());
     {
         const FramebufferHold done = std::move(frame.framebuffer); // given back before the encoder is waited for
     }
     CMSampleBuffer sample;
     sample.presentationTime = frame.time;
-    sample.imageBuffer = buffer;
+    sample.imageBuffer = *pixels;
     append(*m_video.input, sample, {"2: Had to drop a video frame: ", "Problem appending pixel buffer at time: "});
 }
 

@@ -6,11 +6,11 @@
 #include "gpu/endpoints/RecordingTimes.h"
 #include "platform/base/DispatchSemaphore.h"
 
-#include <cstdint>
-#include <cstddef>
-#include <chrono>
 #include <algorithm>
+#include <chrono>
 #include <cmath>
+#include <cstddef>
+#include <cstdint>
 #include <future>
 #include <numbers>
 #include <utility>
