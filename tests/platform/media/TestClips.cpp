@@ -75,6 +75,12 @@ std::vector<double> frameTimes(const std::string& path)
     return times;
 }
 
+nlohmann::json probePackets(const std::string& path, const std::string& tracks)
+{
+    const std::string told = run(FFPROBE, {"-select_streams", tracks, "-show_packets", "-of", "json", path});
+    return nlohmann::json::parse(told, nullptr, false).value("packets", nlohmann::json::array());
+}
+
 CGImage decodedFrame(const std::string& path, int index)
 {
     const TemporaryFolder folder;

@@ -7,6 +7,7 @@
 #include "platform/media/ffmpeg/FilmWriting_p.h"
 #include "platform/media/ffmpeg/FrameReading_p.h"
 #include "platform/media/ffmpeg/PlainNumbers_p.h"
+#include "platform/media/ffmpeg/TrackReading_p.h"
 
 #include <cstddef>
 #include <memory>
@@ -45,6 +46,8 @@ const MediaModule kModule{
     guarded<convertClip, Outcome, const ClipFile&, const MediaModule::SizeRule&, const FilmSettings&>,
     guarded<writeMovie, Result<std::unique_ptr<MovieWriting>>, const char*>,
     guarded<rewriteMovie, Outcome, const std::string&, const FilmSettings&>,
+    guarded<readAsset, Result<AssetDetails>, const ClipFile&>,
+    guarded<readTrack, Result<std::unique_ptr<TrackReading>>, const ClipFile&, const TrackRequest&>,
 };
 
 } // namespace
