@@ -92,10 +92,13 @@ void GPUImageMovieWriter::tellFailure(const Error& error)
     if (m_failureTold.exchange(true))
         return;
     // Whoever is told may stop the source, for which nobody may wait who keeps the writer's queue busy.
-    runAsynchronouslyOnVideoProcessingQueue([block = guarded(m_failureBlock), weak = guarded(m_delegate), error] {
-        if (block)
+    runAsynchronouslyOnVideoProcessingQueue([weak = weak_from_this(), error] {
+        const auto self = weak.lock();
+        if (!self)
+            return;
+        if (const auto block = self->guarded(self->m_failureBlock))
             block(error);
-        else if (const auto delegate = weak.lock())
+        else if (const auto delegate = self->guarded(self->m_delegate).lock())
             delegate->movieRecordingFailedWithError(error);
     });
 }
@@ -268,12 +271,12 @@ void GPUImageMovieWriter::setTransform(const AVTrackTransform& transform)
 
 void GPUImageMovieWriter::setCompletionBlock(std::function<void()> block)
 {
-    exchangeGuarded(m_completionBlock, block);
+    runSynchronouslyOnVideoProcessingQueue([&] { exchangeGuarded(m_completionBlock, block); });
 }
 
 void GPUImageMovieWriter::setFailureBlock(std::function<void(const Error&)> block)
 {
-    exchangeGuarded(m_failureBlock, block);
+    runSynchronouslyOnVideoProcessingQueue([&] { exchangeGuarded(m_failureBlock, block); });
 }
 
 void GPUImageMovieWriter::setDelegate(const std::weak_ptr<GPUImageMovieWriterDelegate>& delegate)

@@ -135,6 +135,8 @@ public:
     void setAudioInputReadyCallback(InputReadyCallback callback) override;
     void enableSynchronizationCallbacks() override;
 
+    // Waits for the video processing queue: afterwards no call of the former block is under way.
+
     /// The source has ended; called once a recording, in place of the delegate.
     void setCompletionBlock(std::function<void()> block);
     /// Nothing, or nothing more, can be written: called at most once a recording, in place of the delegate.

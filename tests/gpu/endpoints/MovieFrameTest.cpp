@@ -44,8 +44,8 @@ struct Colours {
 };
 
 constexpr int kBar = 8; // pixels
-constexpr Triple kBars[] = {{1, 1, 1}, {.75, .75, 0}, {0, .75, .75}, {0, .75, 0}, {.75, 0, .75},
-                            {.75, 0, 0}, {0, 0, .75}, {0, 0, 0},     {1, 0, 0},   {.2, .4, .6}};
+constexpr Triple kBars[] = {{1, 1, 1},   {.75, .75, 0}, {0, .75, .75}, {0, .75, 0}, {.75, 0, .75},
+                            {.75, 0, 0}, {0, 0, .75},   {0, 0, 0},     {1, 0, 0},   {.2, .4, .6}};
 
 std::shared_ptr<CVPixelBuffer> bars(const Colours& colours)
 {
@@ -81,7 +81,8 @@ TEST_F(MovieFrameTest, PlanesBecomeTheColoursOfTheirStandard)
             const Triple wanted = colours.shown(colours.stored(kBars[bar]));
             const Rgba got = pixelAt(consumer->last().pixels, kBar * bar + kBar / 2, 2);
             for (std::size_t c = 0; c < 3; ++c)
-                EXPECT_NEAR(got[c], wanted[c], 2) << "bar " << bar << " component " << c << (colours.isFull() ? " full" : "");
+                EXPECT_NEAR(got[c], wanted[c], 2)
+                    << "bar " << bar << " component " << c << (colours.isFull() ? " full" : "");
             EXPECT_EQ(got[3], 255);
         }
     }

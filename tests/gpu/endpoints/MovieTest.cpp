@@ -33,9 +33,9 @@ protected:
     std::string clipWithSound()
     {
         const std::string path = m_folder.path("sound.mov");
-        makeClip({"-f", "lavfi", "-i", "testsrc=s=64x48:r=10:d=1", "-f", "lavfi", "-i", "sine=d=1", "-pix_fmt",
-                  "yuv420p"},
-                 path);
+        makeClip(
+            {"-f", "lavfi", "-i", "testsrc=s=64x48:r=10:d=1", "-f", "lavfi", "-i", "sine=d=1", "-pix_fmt", "yuv420p"},
+            path);
         return path;
     }
 
@@ -96,7 +96,7 @@ TEST_F(MovieTest, GivesEveryFrameAtItsTimeAndThenTheEnd)
 TEST_F(MovieTest, EveryTransformStandsUprightBehindTheFirstFilter)
 {
     // a, b, c and d of the track's matrix: quarter turns, and mirrored ones.
-    const std::array<int, 4> matrices[] = {{1, 0, 0, 1},  {0, 1, -1, 0}, {-1, 0, 0, -1}, {0, -1, 1, 0},
+    const std::array<int, 4> matrices[] = {{1, 0, 0, 1},  {0, 1, -1, 0},  {-1, 0, 0, -1}, {0, -1, 1, 0},
                                            {-1, 0, 0, 1}, {0, -1, -1, 0}, {1, 0, 0, -1},  {0, 1, 1, 0}};
     std::ifstream stored(clip("1"), std::ios::binary);
     std::string bytes{std::istreambuf_iterator<char>(stored), {}};
