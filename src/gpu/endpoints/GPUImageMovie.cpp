@@ -274,7 +274,7 @@ std::shared_ptr<AVAssetReader> GPUImageMovie::reader() const
     return m_reader;
 }
 
-std::shared_ptr<AVAssetReaderOutput> GPUImageMovie::output(AVMediaType type) const
+std::shared_ptr<AVAssetReaderOutput> GPUImageMovie::output(AVTrackMediaType type) const
 {
     const std::shared_ptr<AVAssetReader> reader = this->reader();
     if (!reader)
