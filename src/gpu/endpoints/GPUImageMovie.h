@@ -159,6 +159,7 @@ private:
     std::shared_ptr<GPUImageMovieDelegate> delegate() const;
     void rememberError(const Error& error);
 
+    bool pushFrame(const CMSampleBuffer& sample);
     std::shared_ptr<GPUImageFramebuffer> framebufferOf(const CVPixelBuffer& frame);
     std::shared_ptr<GPUImageFramebuffer> uploadedFrame(const CVPixelBuffer& frame) const;
     std::shared_ptr<GPUImageFramebuffer> convertYUVToRGBOutput(const CVPixelBuffer& frame);
