@@ -131,6 +131,8 @@ protected:
     /// Of what is read; zero where it isn't known.
     virtual CMTime duration() const;
 
+    /// Whether there is somebody for the sound who passes it on as it is stored.
+    bool wantsStoredAudio() const;
     /// Whether the device can take frames of this size.
     static Outcome checkDevice(IntSize frame, const std::string& subject);
     const CMTimeRange& timeRange() const { return m_timeRange; }
