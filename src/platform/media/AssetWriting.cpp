@@ -39,7 +39,8 @@ AssetWriting::AssetWriting(std::string path, const char* container, const MediaM
     m_settings.cancelled = &m_cancelled;
 }
 
-Result<std::size_t> AssetWriting::addInput(AVTrackMediaType type, const std::function<Outcome(MovieWriting& movie)>& add)
+Result<std::size_t> AssetWriting::addInput(AVTrackMediaType type,
+                                           const std::function<Outcome(MovieWriting& movie)>& add)
 {
     const std::lock_guard lock(m_mutex);
     if (m_status != AVAssetWriterStatus::Unknown)
