@@ -155,7 +155,7 @@ private:
     CVPixelFormat wantedFormat(const AVURLAsset& asset) const;
     bool isStopped() const;
     std::shared_ptr<AVAssetReader> reader() const;
-    std::shared_ptr<AVAssetReaderOutput> output(AVMediaType type) const;
+    std::shared_ptr<AVAssetReaderOutput> output(AVTrackMediaType type) const;
     std::shared_ptr<GPUImageMovieDelegate> delegate() const;
     void rememberError(const Error& error);
 

@@ -34,8 +34,8 @@ void GPUImageMovie::readPass(const StopFlag& stop)
         const std::scoped_lock lock(m_mutex);
         m_reader = reader;
     }
-    m_videoEncodingIsFinished = !output(AVMediaType::Video);
-    m_audioEncodingIsFinished = !output(AVMediaType::Audio);
+    m_videoEncodingIsFinished = !output(AVTrackMediaType::Video);
+    m_audioEncodingIsFinished = !output(AVTrackMediaType::Audio);
     if (!m_audioEncodingIsFinished && audioEncodingTarget())
         audioEncodingTarget()->setShouldInvalidateAudioSampleWhenDone(true);
     m_pacing.restart();
@@ -55,11 +55,11 @@ void GPUImageMovie::pullInto(GPUImageSynchronizedWriter& writer)
 {
     // The writer is held here: it must not hold the movie in turn.
     const auto weak = std::weak_ptr<GPUImageMovie>(std::static_pointer_cast<GPUImageMovie>(shared_from_this()));
-    writer.setVideoInputReadyCallback([weak, video = output(AVMediaType::Video)] {
+    writer.setVideoInputReadyCallback([weak, video = output(AVTrackMediaType::Video)] {
         const std::shared_ptr<GPUImageMovie> movie = weak.lock();
         return movie && movie->readNextVideoFrameFromOutput(video);
     });
-    writer.setAudioInputReadyCallback([weak, audio = output(AVMediaType::Audio)] {
+    writer.setAudioInputReadyCallback([weak, audio = output(AVTrackMediaType::Audio)] {
         const std::shared_ptr<GPUImageMovie> movie = weak.lock();
         return movie && movie->readNextAudioSampleFromOutput(audio);
     });
@@ -69,8 +69,8 @@ void GPUImageMovie::pullInto(GPUImageSynchronizedWriter& writer)
 void GPUImageMovie::readUntilEnd()
 {
     const std::shared_ptr<AVAssetReader> reader = this->reader();
-    const std::shared_ptr<AVAssetReaderOutput> video = output(AVMediaType::Video);
-    const std::shared_ptr<AVAssetReaderOutput> audio = output(AVMediaType::Audio);
+    const std::shared_ptr<AVAssetReaderOutput> video = output(AVTrackMediaType::Video);
+    const std::shared_ptr<AVAssetReaderOutput> audio = output(AVTrackMediaType::Audio);
     bool hasFrames = video != nullptr;
     bool hasSound = audio != nullptr;
     while ((hasFrames || hasSound) && !isStopped()) {

@@ -2,8 +2,13 @@
 #include "MovieEnding.h"
 #include "TestClips.h"
 #include "gpu/endpoints/GPUImageMovieComposition.h"
+#include "platform/base/CMTime.h"
+#include "platform/media/AVAsset.h"
+#include "platform/media/CMSampleBuffer.h"
 
+#include <algorithm>
 #include <cmath>
+#include <cstddef>
 #include <vector>
 
 namespace lamina::test {
@@ -55,9 +60,11 @@ TEST_F(MovieCompositionTest, JoinsRangesOfClipsUprightAndMixesTheirSound)
     makeClip({"-f", "lavfi", "-i", "color=red:s=64x48:r=10:d=2", "-f", "lavfi", "-i", "sine=d=2:r=48000", "-pix_fmt",
               "yuv420p", "-c:a", "pcm_s16le"},
              first);
+    const std::string lying = folder.path("lying.mov");
     makeClip({"-f", "lavfi", "-i", "color=blue:s=48x32:r=20:d=2", "-f", "lavfi", "-i", "sine=d=2:r=48000", "-pix_fmt",
-              "yuv420p", "-c:a", "pcm_s16le", "-metadata:s:v", "rotate=90"},
-             second);
+              "yuv420p", "-c:a", "pcm_s16le"},
+             lying);
+    makeClip({"-i", lying, "-c", "copy", "-metadata:s:v", "rotate=90"}, second);
     AVMutableComposition composition;
     ASSERT_TRUE(composition.insertTimeRange({CMTime::make(5, 10), CMTime::make(1, 1)}, openedClip(first)));
     ASSERT_TRUE(composition.insertTimeRange({CMTime::make(1, 1), kCMTimePositiveInfinity}, openedClip(second)));

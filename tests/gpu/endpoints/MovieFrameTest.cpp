@@ -1,11 +1,15 @@
 #include "GLCalls.h"
 #include "GraphFixture.h"
+#include "TestPictures.h"
 #include "gpu/endpoints/GPUImageMovie.h"
+#include "platform/base/CGGeometry.h"
 
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <cstdint>
 #include <cstring>
+#include <vector>
 
 // Frames that are handed to a movie, without a file.
 
@@ -29,8 +33,8 @@ struct Colours {
         const double cb = (rgb[2] - y) / (2 * (1 - blue));
         const double cr = (rgb[0] - y) / (2 * (1 - red));
         const double steps = isFull() ? 255 : 224;
-        return {std::round(isFull() ? 255 * y : 16 + 219 * y), std::round(128 + steps * cb),
-                std::round(128 + steps * cr)};
+        const auto level = [](double value) { return std::clamp(std::round(value), 0.0, 255.0); };
+        return {level(isFull() ? 255 * y : 16 + 219 * y), level(128 + steps * cb), level(128 + steps * cr)};
     }
     Triple shown(const Triple& stored) const
     {
