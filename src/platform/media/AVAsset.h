@@ -25,6 +25,7 @@ struct AVTrackTransform {
     int quarters = 0; ///< 0 to 3
     bool mirrors = false;
 
+    /// Whether width and height change places.
     bool swapsSides() const { return quarters % 2 != 0; }
     friend bool operator==(const AVTrackTransform&, const AVTrackTransform&) = default;
 };
@@ -33,7 +34,7 @@ struct AVTrackTransform {
 struct AVVideoTrack {
     IntSize naturalSize; ///< of the frames as readers give them: stored rows, in square pixels, not turned
     AVTrackTransform preferredTransform;
-    double nominalFrameRate = 0; ///< frames a second on the average; 0 where it can't be told
+    double nominalFrameRate = 0;    ///< frames a second on the average; 0 where it can't be told
     CMTime startTime = kCMTimeZero; ///< of the first frame, in the movie's own time
     std::string codec;
 };
@@ -54,7 +55,9 @@ public:
     static Result<std::shared_ptr<const AVURLAsset>> make(const std::string& path,
                                                           const std::atomic<bool>* cancelled = nullptr);
 
+    /// As it was given.
     const std::string& path() const { return m_path; }
+    /// Of the open file; its offset is nobody's.
     int descriptor() const { return m_file.descriptor.get(); }
     /// Of the whole, sound included; zero where the movie doesn't tell.
     CMTime duration() const { return m_duration; }
