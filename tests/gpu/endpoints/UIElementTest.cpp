@@ -20,7 +20,8 @@ constexpr UIColor kHalfRed{1, 0, 0, 0.5};
 class TellingView : public UIView {
 public:
     explicit TellingView(bool& wentOnMain)
-        : m_wentOnMain(wentOnMain)
+        : UIView({0, 0, 1, 1})
+        , m_wentOnMain(wentOnMain)
     {
     }
     ~TellingView() override { m_wentOnMain = DispatchQueue::main().isCurrent(); }
