@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <utility>
 #include <vector>
 
 namespace lamina {
@@ -41,7 +42,13 @@ public:
     /// With memory of its own, whose content is anything; null when memory is short. Not for `AsDecoded`.
     static std::shared_ptr<CVPixelBuffer> make(IntSize size, CVPixelFormat format);
     /// Over memory that `owner` keeps.
-    CVPixelBuffer(IntSize size, CVPixelFormat format, std::vector<Plane> planes, std::shared_ptr<void> owner);
+    CVPixelBuffer(IntSize size, CVPixelFormat format, std::vector<Plane> planes, std::shared_ptr<void> owner)
+        : m_size(size)
+        , m_format(format)
+        , m_planes(std::move(planes))
+        , m_owner(std::move(owner))
+    {
+    }
 
     /// In pixels.
     IntSize size() const { return m_size; }
