@@ -11,10 +11,10 @@
 #include "platform/image/drawing/CGContext.h"
 #include "platform/image/pixels/PixelConversion.h"
 
-#include <string>
-#include <cstdint>
 #include <cmath>
 #include <cstddef>
+#include <cstdint>
+#include <string>
 #include <utility>
 
 namespace lamina {

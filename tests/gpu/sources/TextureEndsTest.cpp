@@ -1,9 +1,9 @@
 #include "GLCalls.h"
 #include "GraphFixture.h"
 #include "TestPictures.h"
+#include "gpu/core/GPUImageRotationMode.h"
 #include "gpu/sources/GPUImageRawDataOutput.h"
 #include "gpu/sources/GPUImageTextureInput.h"
-#include "gpu/core/GPUImageRotationMode.h"
 #include "gpu/sources/GPUImageTextureOutput.h"
 
 namespace lamina::test {
