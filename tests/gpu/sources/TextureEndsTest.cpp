@@ -2,6 +2,7 @@
 #include "GraphFixture.h"
 #include "TestPictures.h"
 #include "gpu/core/GPUImageRotationMode.h"
+#include "gpu/core/PictureTexture.h"
 #include "gpu/sources/GPUImageRawDataOutput.h"
 #include "gpu/sources/GPUImageTextureInput.h"
 #include "gpu/sources/GPUImageTextureOutput.h"
@@ -9,37 +10,7 @@
 namespace lamina::test {
 namespace {
 
-/// A texture that no graph has made.
-class OwnTexture {
-public:
-    explicit OwnTexture(const CGImage& picture)
-    {
-        runSynchronouslyOnVideoProcessingQueue([&] {
-            GPUImageContext::useImageProcessingContext();
-            glGenTextures(1, &m_name);
-            glBindTexture(GL_TEXTURE_2D, m_name);
-            for (const GLenum filter : {GL_TEXTURE_MIN_FILTER, GL_TEXTURE_MAG_FILTER})
-                glTexParameteri(GL_TEXTURE_2D, filter, GL_NEAREST);
-            glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_S, GL_CLAMP_TO_EDGE);
-            glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_T, GL_CLAMP_TO_EDGE);
-            glTexImage2D(GL_TEXTURE_2D, 0, GL_RGBA, picture.width(), picture.height(), 0, GL_RGBA, GL_UNSIGNED_BYTE,
-                         picture.bytes().data());
-        });
-    }
-    ~OwnTexture()
-    {
-        runSynchronouslyOnVideoProcessingQueue([this] { glDeleteTextures(1, &m_name); });
-    }
-    OwnTexture(const OwnTexture&) = delete;
-    OwnTexture& operator=(const OwnTexture&) = delete;
-
-    GLuint name() const { return m_name; }
-
-private:
-    GLuint m_name = 0;
-};
-
-/// Keeps what is in each texture that it is told of.
+/// Reads each texture that it is told of, by way of the other end.
 class Reader : public GPUImageTextureOutputDelegate {
 public:
     void newFrameReadyFromTextureOutput(GPUImageTextureOutput& output) override
@@ -62,58 +33,51 @@ public:
     bool isDoneAtOnce = false;
 };
 
-using TextureEndsTest = GraphFixture;
+class TextureEndsTest : public GraphFixture {
+protected:
+    TextureEndsTest() { m_output->setDelegate(m_reader); }
 
-TEST_F(TextureEndsTest, ATextureGoesThroughTheGraphIntoAnother)
+    const std::shared_ptr<GPUImageTextureOutput> m_output = std::make_shared<GPUImageTextureOutput>();
+    const std::shared_ptr<Reader> m_reader = std::make_shared<Reader>();
+};
+
+TEST_F(TextureEndsTest, ATextureGoesThroughTheGraphAndGoesWithItsInput)
 {
     const CGImage picture = noisePicture(5, 3, CGImageAlphaInfo::Last);
-    const OwnTexture texture(picture);
-    const auto input = std::make_shared<GPUImageTextureInput>(texture.name(), CGSize{5, 3});
-    const auto filter = multiplying(1);
-    const auto output = std::make_shared<GPUImageTextureOutput>();
-    const auto reader = std::make_shared<Reader>();
-    output->setDelegate(reader);
-    filter->addTarget(output);
-    input->addTarget(filter);
-    const auto consumer = consumerOf(*filter);
+    const PictureTexture texture(picture);
+    auto input = std::make_shared<GPUImageTextureInput>(texture.framebuffer()->texture(), CGSize{5, 3});
+    const auto consumer = consumerOf(*input);
+    input->addTarget(m_output);
     input->processTextureWithFrameTime(second(7));
     onQueue([] {});
     EXPECT_EQ(consumer->last().time, second(7));
-    EXPECT_EQ(reader->seen, bytesOf(picture));
-
-    const OwnTexture other(noisePicture(5, 3, CGImageAlphaInfo::Last, 2));
-    GPUImageTextureInput(other.name(), {5, 3}).addTarget(output);
-    EXPECT_EQ(output->texture(), 0U) << "its source has gone, and with it what the name stands for";
+    EXPECT_EQ(m_reader->seen, bytesOf(picture));
+    EXPECT_EQ(m_output->texture(), texture.framebuffer()->texture());
+    input.reset();
+    EXPECT_EQ(m_output->texture(), 0U);
 }
 
 TEST_F(TextureEndsTest, AnOutputHoldsAFrameUntilDoneOrTheNext)
 {
-    const auto output = std::make_shared<GPUImageTextureOutput>();
-    const auto reader = std::make_shared<Reader>();
-    output->setDelegate(reader);
     m_source->setRotation(kGPUImageRotateLeft);
-    m_source->addTarget(output);
+    m_source->addTarget(m_output);
     m_source->push({4, 2}, {1, 2, 3, 4}, second(0));
-    EXPECT_EQ(reader->rotation, kGPUImageRotateLeft);
+    EXPECT_EQ(m_reader->rotation, kGPUImageRotateLeft);
     const std::size_t idle = idleFramebuffers();
     m_source->push({4, 2}, {5, 6, 7, 8}, second(1));
-    EXPECT_NE(output->texture(), 0U);
-    EXPECT_EQ(reader->seen[4], 5);
+    EXPECT_EQ(m_reader->seen[4], 5);
     EXPECT_EQ(idleFramebuffers(), idle + 1) << "of the first frame";
-    output->doneWithTexture();
-    output->doneWithTexture();
+    m_output->doneWithTexture();
+    m_output->doneWithTexture();
     EXPECT_EQ(idleFramebuffers(), idle + 2);
-    EXPECT_EQ(output->texture(), 0U);
 
     const GLCalls before = glCallsSoFar();
     for (int i = 0; i < 20; ++i) {
-        reader->isDoneAtOnce = i % 2 == 0;
-        output->setDelegate(i % 3 == 0 ? nullptr : reader);
+        m_reader->isDoneAtOnce = i % 2 == 0;
         m_source->push({4, 2}, {9, 9, 9, 9}, second(i));
     }
-    // The reader's own: it makes an end for each frame, out of what the pool and the programs have.
     EXPECT_EQ((glCallsSoFar() - before).objectsMade(), 0);
-    EXPECT_EQ(reader->frames, 2 + 13);
+    EXPECT_EQ(m_reader->frames, 22);
 }
 
 } // namespace
