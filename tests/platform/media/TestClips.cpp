@@ -20,6 +20,13 @@ std::string run(const std::string& program, std::vector<std::string> arguments)
     return result.output;
 }
 
+std::vector<float> samplesOf(const std::string& bytes)
+{
+    std::vector<float> samples(bytes.size() / sizeof(float));
+    std::memcpy(samples.data(), bytes.data(), samples.size() * sizeof(float));
+    return samples;
+}
+
 } // namespace
 
 void makeClip(const std::vector<std::string>& arguments, const std::string& path)
@@ -64,6 +71,31 @@ nlohmann::json probe(const std::string& path)
                                  nullptr, false);
 }
 
+std::vector<double> probeFrameTimes(const std::string& path)
+{
+    const std::string text = run(
+        FFPROBE, {"-select_streams", "v", "-show_entries", "frame=best_effort_timestamp_time", "-of", "json", path});
+    std::vector<double> times;
+    const nlohmann::json told = nlohmann::json::parse(text, nullptr, false);
+    for (const nlohmann::json& frame : told.value("frames", nlohmann::json::array()))
+        times.push_back(std::stod(frame.value("best_effort_timestamp_time", "nan")));
+    const double first = times.empty() ? 0 : times.front();
+    for (double& time : times)
+        time -= first;
+    return times;
+}
+
+std::string decodedRows(const std::string& path, const std::string& filters, const std::string& format)
+{
+    return run(FFMPEG, {"-noautorotate", "-i", path, "-map", "0:v", "-vsync", "passthrough", "-vf",
+                        filters + ",format=" + format, "-f", "rawvideo", "-"});
+}
+
+std::vector<float> storedSound(const std::string& path)
+{
+    return samplesOf(run(FFMPEG, {"-i", path, "-vn", "-f", "f32le", "-"}));
+}
+
 CGImage decodedFrame(const std::string& path, int index)
 {
     const TemporaryFolder folder;
@@ -78,10 +110,7 @@ CGImage decodedFrame(const std::string& path, int index)
 
 std::vector<float> decodedSound(const std::string& path)
 {
-    const std::string bytes = run(FFMPEG, {"-i", path, "-vn", "-ac", "1", "-ar", "8000", "-f", "f32le", "-"});
-    std::vector<float> samples(bytes.size() / sizeof(float));
-    std::memcpy(samples.data(), bytes.data(), samples.size() * sizeof(float));
-    return samples;
+    return samplesOf(run(FFMPEG, {"-i", path, "-vn", "-ac", "1", "-ar", "8000", "-f", "f32le", "-"}));
 }
 
 } // namespace lamina::test

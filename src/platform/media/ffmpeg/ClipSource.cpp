@@ -191,7 +191,7 @@ bool ClipSource::endsTooEarly() const
             if (stream)
                 look(stream->start_time, stream->duration, stream->time_base);
     } else {
-        look(m_container->start_time, m_container->duration, {1, AV_TIME_BASE});
+        look(0, m_container->duration, {1, AV_TIME_BASE}); // counted from zero, wherever the tracks begin
     }
     constexpr double kSlip = 0.005; // of the whole; headers are no more exact
     return m_end < end * (1 - kSlip) - 0.5;
