@@ -2,6 +2,7 @@
 
 #include "cli/FilterDrawing.h"
 #include "cli/FilterParsing.h"
+#include "gpu/core/GPUImageStage.h"
 #include "gpu/filters/FilterCatalogue.h"
 
 #include <CLI/Option.hpp>
@@ -14,9 +15,13 @@ void MovieChain::addTo(CLI::App& options)
 {
     static constexpr std::array<StepOption<Step>, 2> kSteps{{
         {"--filter", "NAME", "Send every frame through a filter; several act in their order",
-         [](const std::string& text) { return Result<Step>(Step{true, text}); }},
+         [](const std::string& text) {
+             return Result<Step>(Step{true, text});
+         }},
         {"--set", "PROPERTY=VALUE", "Set a property of the --filter before it",
-         [](const std::string& text) { return Result<Step>(Step{false, text}); }},
+         [](const std::string& text) {
+             return Result<Step>(Step{false, text});
+         }},
     }};
     m_options.addTo(options, kSteps);
     options.add_option("--pipeline", m_file, "A chain of filters from a JSON file, instead of --filter")
@@ -82,8 +87,7 @@ std::vector<std::string> MovieChain::names() const
     return names;
 }
 
-Result<std::unique_ptr<GPUImageFilterPipeline>>
-MovieChain::makePipeline(std::shared_ptr<GPUImageOutput> input) const
+Result<std::unique_ptr<GPUImageFilterPipeline>> MovieChain::makePipeline(std::shared_ptr<GPUImageOutput> input) const
 {
     if (m_configuration)
         return GPUImageFilterPipeline::makeWithConfiguration(*m_configuration, filterCatalogue(), std::move(input),
@@ -98,8 +102,7 @@ MovieChain::makePipeline(std::shared_ptr<GPUImageOutput> input) const
     return std::make_unique<GPUImageFilterPipeline>(std::move(filters), std::move(input), nullptr);
 }
 
-Result<std::unique_ptr<GPUImageFilterPipeline>>
-MovieChain::connect(const std::shared_ptr<GPUImageOutput>& input) const
+Result<std::unique_ptr<GPUImageFilterPipeline>> MovieChain::connect(const std::shared_ptr<GPUImageOutput>& input) const
 {
     Result<std::unique_ptr<GPUImageFilterPipeline>> pipeline = makePipeline(input);
     if (!pipeline)

@@ -8,9 +8,14 @@
 #include "cli/MovieReport.h"
 #include "cli/ProgressBar.h"
 #include "cli/RemainingTime.h"
+#include "export/functions/ExportWork.h"
 #include "export/functions/MP4Function.h"
 #include "gpu/core/TypedValue.h"
+#include "platform/base/CGGeometry.h"
+#include "platform/base/CMTime.h"
 #include "platform/files/FileURL.h"
+#include "platform/media/AVAsset.h"
+#include "platform/media/AVAssetWriter.h"
 #include "platform/media/VideoExport.h"
 
 #include <CLI/Option.hpp>
@@ -19,6 +24,7 @@
 #include <cctype>
 #include <cmath>
 #include <filesystem>
+#include <memory>
 #include <string_view>
 #include <utility>
 
@@ -53,7 +59,7 @@ CMTime timeOf(double seconds)
     return CMTime::makeWithSeconds(seconds, kScale);
 }
 
-constexpr ValueRange kMoments{0, 1e7};
+constexpr ValueRange kMoments{0, 360'000}; // a hundred hours
 
 constexpr const char* kFooter =
     R"(Without filters and --size pictures go from the decoder to the encoder as they are, and sound is passed on where
@@ -71,16 +77,19 @@ MovieCommand::MovieCommand(CLI::App& application)
     : Command(application, "movie", "Convert a movie, through filters if wanted")
 {
     options().add_option("IN", m_input, "The movie, of any kind that can be read")->type_name("");
-    options().add_option("-o,--output", m_job.output, "File to write: .mp4, .mov or .mkv by its name")->type_name("FILE");
+    options()
+        .add_option("-o,--output", m_job.output, "File to write: .mp4, .mov or .mkv by its name")
+        ->type_name("FILE");
     m_chain.addTo(options());
     const auto moment = checkedBy([](const std::string& text) { return parseNumber(text, kMoments); });
     options().add_option("--from", m_from, "Where to begin, in seconds [0]")->type_name("S")->check(moment);
     options().add_option("--to", m_to, "Where to end, in seconds [the end]")->type_name("S")->check(moment);
     options()
-        .add_option("--size", m_sizeText,
-                    "Pixels of the output, as it is seen; other proportions stretch the picture")
+        .add_option("--size", m_sizeText, "Pixels of the output, as it is seen; other proportions stretch the picture")
         ->type_name("WxH");
-    options().add_option("--quality", m_quality, "low, medium, high or a number from 0.2 to 1.5 [high]")->type_name("Q");
+    options()
+        .add_option("--quality", m_quality, "low, medium, high or a number from 0.2 to 1.5 [high]")
+        ->type_name("Q");
     options().add_flag("--mute", m_job.isMute, "Leave out the sound");
     options().add_flag("--json", m_json, "Print an object that tells what was written, for programs");
     addQuiet();
@@ -162,7 +171,8 @@ MovieEnd MovieCommand::convert() const
             return std::to_string(static_cast<int>(100 * done)) + " %" + (left.empty() ? "" : ", " + left);
         });
     };
-    return m_chain.isEmpty() && !m_job.size ? copyMovie(m_job, tell) : filterMovie(m_job, tell);
+    const bool keepsSize = !m_job.size || *m_job.size == m_job.shownSize();
+    return m_chain.isEmpty() && keepsSize ? copyMovie(m_job, tell) : filterMovie(m_job, tell);
 }
 
 ExitCode MovieCommand::tell(const MovieEnd& end) const

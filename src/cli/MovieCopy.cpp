@@ -1,10 +1,15 @@
 #include "cli/MovieCopy.h"
 
 #include "cli/MovieCut.h"
+#include "platform/base/CMTime.h"
 #include "platform/base/DispatchQueue.h"
+#include "platform/base/Result.h"
+#include "platform/media/AVAsset.h"
 #include "platform/media/AVAssetReader.h"
+#include "platform/media/AVAssetWriter.h"
 #include "platform/media/CMSampleBuffer.h"
 
+#include <atomic>
 #include <memory>
 #include <optional>
 #include <utility>
@@ -76,7 +81,10 @@ public:
         if (m_sound)
             m_sound->start([](const CMSampleBuffer&) {}, ended);
         m_progress.waitFor(m_job, tell);
-        return endOf(m_job, m_reader->error(), *m_writer, m_progress);
+        const MovieWriting writing{
+            [this] { return m_writer->error(); }, [this] { m_writer->cancelWriting(); },
+            [this](std::function<void()> handler) { m_writer->finishWriting(std::move(handler)); }};
+        return endOf(m_job, m_reader->error(), writing, m_progress);
     }
 
 private:
@@ -90,8 +98,8 @@ private:
             return input.error();
         (*input)->setExpectsMediaDataInRealTime(false);
         (*input)->setTransform(picture.preferredTransform);
-        m_picture = std::make_unique<TrackCopy>("movie's picture", m_reader->addVideoOutput(CVPixelFormat::AsDecoded),
-                                                *input);
+        m_picture =
+            std::make_unique<TrackCopy>("movie's picture", m_reader->addVideoOutput(CVPixelFormat::AsDecoded), *input);
         return m_job.sound() ? connectSound(*m_job.sound()) : success();
     }
 

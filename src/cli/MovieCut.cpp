@@ -1,10 +1,13 @@
 #include "cli/MovieCut.h"
 
 #include "platform/base/CMTime.h"
+#include "platform/base/Result.h"
 #include "platform/media/CMSampleBuffer.h"
+#include "platform/media/CVPixelBuffer.h"
 
 #include <algorithm>
 #include <cmath>
+#include <cstddef>
 #include <optional>
 #include <utility>
 #include <vector>

@@ -7,6 +7,12 @@
 
 namespace lamina {
 
+IntSize uprightSize(const AVVideoTrack& picture)
+{
+    const IntSize stored = picture.naturalSize;
+    return picture.preferredTransform.swapsSides() ? IntSize{stored.height, stored.width} : stored;
+}
+
 void MovieProgress::finish()
 {
     m_isOver = true;
@@ -18,7 +24,6 @@ void MovieProgress::waitFor(const MovieJob& job, const std::function<void(double
     constexpr double kPause = 0.1;
     while (!DispatchQueue::main().runUntil([this] { return m_isOver.load(); }, kPause))
         tell(share(job));
-    m_isOver = false;
 }
 
 double MovieProgress::share(const MovieJob& job) const
@@ -40,23 +45,22 @@ AVAudioSettings soundSettings(const AVAudioTrack& sound)
     return {rate == kRates.end() ? kRates.back() : *rate, channels, kBitsAChannel * channels};
 }
 
-MovieEnd endOf(const MovieJob& job, const std::optional<Error>& reading, AVAssetWriter& writer,
-               MovieProgress& progress)
+MovieEnd endOf(const MovieJob& job, const std::optional<Error>& reading, const MovieWriting& writing,
+               const MovieProgress& progress)
 {
-    const auto hasFailed = [&] { return writer.status() == AVAssetWriterStatus::Failed; };
-    const auto failure = [&] {
-        return MovieEnd::failed(writer.error().value_or(Error{job.output, "can't be written"}), ExitCode::Output);
-    };
-    if (hasFailed())
-        return failure();
+    if (const std::optional<Error> failed = writing.error()) {
+        writing.cancel();
+        return MovieEnd::failed(*failed, ExitCode::Output);
+    }
     if (reading || progress.frames() == 0) {
-        writer.cancelWriting();
+        writing.cancel();
         return MovieEnd::failed(reading.value_or(Error{job.asset->path(), "holds no frame there"}), ExitCode::Input);
     }
-    writer.finishWriting([&progress] { progress.finish(); });
-    progress.waitFor(job, [](double) {});
-    if (hasFailed())
-        return failure();
+    MovieProgress finishing;
+    writing.finish([&finishing] { finishing.finish(); });
+    finishing.waitFor(job, [](double) {});
+    if (const std::optional<Error> failed = writing.error())
+        return MovieEnd::failed(*failed, ExitCode::Output);
     MovieEnd end;
     end.frames = progress.frames();
     return end;

@@ -17,6 +17,9 @@
 
 namespace lamina {
 
+/// The sides of a track's frames as they are seen.
+IntSize uprightSize(const AVVideoTrack& picture);
+
 /// A movie that is to become another.
 struct MovieJob {
     std::shared_ptr<const AVURLAsset> asset; ///< that has a picture
@@ -28,7 +31,10 @@ struct MovieJob {
     bool isMute = false;
     const MovieChain* chain = nullptr; ///< that was read
 
+    /// Its track.
     const AVVideoTrack& picture() const { return asset->videoTracks().front(); }
+    /// Of the frames, upright.
+    IntSize shownSize() const { return uprightSize(picture()); }
     /// Null where there is none, or none is wanted.
     const AVAudioTrack* sound() const
     {
@@ -42,6 +48,7 @@ struct MovieEnd {
     Error error = {}; ///< of any other code
     int frames = 0;
 
+    /// What became of one that went wrong.
     static MovieEnd failed(Error error, ExitCode code) { return {code, std::move(error), 0}; }
 };
 
@@ -73,9 +80,16 @@ private:
 /// The sound that is made where packets can't be passed on: the asset's rate and channels, as far as AAC has them.
 AVAudioSettings soundSettings(const AVAudioTrack& sound);
 
-/// How a job ends whose reader and writer have come to theirs: what failed first is what is told, and nothing is left
-/// behind then.
-MovieEnd endOf(const MovieJob& job, const std::optional<Error>& reading, AVAssetWriter& writer,
-               MovieProgress& progress);
+/// The end of a writer, whichever class it is.
+struct MovieWriting {
+    std::function<std::optional<Error>()> error; ///< why nothing, or nothing more, can be written
+    std::function<void()> cancel;
+    std::function<void(std::function<void()>)> finish; ///< calls what it is given once the file stands, or can't
+};
+
+/// How a job ends whose frames are all handed over, or that broke off: what failed first is told, and nothing is left
+/// behind then. `reading`: what reading has failed with.
+MovieEnd endOf(const MovieJob& job, const std::optional<Error>& reading, const MovieWriting& writing,
+               const MovieProgress& progress);
 
 } // namespace lamina

@@ -5,9 +5,9 @@
 
 #include <cmath>
 #include <filesystem>
+#include <memory>
 #include <nlohmann/json.hpp>
 #include <system_error>
-#include <utility>
 
 namespace lamina {
 
@@ -25,9 +25,7 @@ Result<MovieReport> reportOn(const MovieJob& job, const MovieEnd& end)
                        .frames = end.frames,
                        .seconds = movie.duration().seconds(),
                        .picture = movie.videoTracks().front()};
-    report.size = report.picture.naturalSize;
-    if (report.picture.preferredTransform.swapsSides())
-        std::swap(report.size.width, report.size.height);
+    report.size = uprightSize(report.picture);
     if (!movie.audioTracks().empty())
         report.sound = movie.audioTracks().front();
     std::error_code unreadable;

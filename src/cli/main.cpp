@@ -113,8 +113,8 @@ ExitCode run(int argc, char** argv)
     }
     if (wantsVersion)
         return printData("lamina " LAMINA_VERSION "\n");
-    for (Command* command :
-         std::initializer_list<Command*>{&blend, &collage, &op, &filter, &filters, &exporting, &movie, &stickers, &photos}) {
+    for (Command* command : std::initializer_list<Command*>{&blend, &collage, &op, &filter, &filters, &exporting,
+                                                            &movie, &stickers, &photos}) {
         if (command->isChosen() && pictures.empty())
             return command->run();
         if (command->isChosen())
