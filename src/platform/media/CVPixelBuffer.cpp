@@ -6,14 +6,6 @@
 
 namespace lamina {
 
-CVPixelBuffer::CVPixelBuffer(IntSize size, CVPixelFormat format, std::vector<Plane> planes, std::shared_ptr<void> owner)
-    : m_size(size)
-    , m_format(format)
-    , m_planes(std::move(planes))
-    , m_owner(std::move(owner))
-{
-}
-
 std::shared_ptr<CVPixelBuffer> CVPixelBuffer::make(IntSize size, CVPixelFormat format)
 {
     const auto width = static_cast<std::size_t>(size.width);

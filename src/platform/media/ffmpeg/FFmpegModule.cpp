@@ -5,9 +5,11 @@
 #include "platform/media/ffmpeg/FFmpegHandles_p.h"
 #include "platform/media/ffmpeg/FilmWriting_p.h"
 #include "platform/media/ffmpeg/FrameReading_p.h"
+#include "platform/media/ffmpeg/TrackReading_p.h"
 
 #include <cstddef>
 #include <locale.h>
+#include <memory>
 #include <new>
 
 extern "C" {
@@ -64,6 +66,8 @@ const MediaModule kModule{
     guarded<readFrame, Result<double>, const ClipFile&, double, ClipDetails&, const MediaModule::Allocate&>,
     guarded<writeStill, Outcome, const StillFilm&, const FilmSettings&>,
     guarded<convertClip, Outcome, const ClipFile&, const MediaModule::SizeRule&, const FilmSettings&>,
+    guarded<readAsset, Result<AssetDetails>, const ClipFile&>,
+    guarded<readTrack, Result<std::unique_ptr<TrackReading>>, const ClipFile&, const TrackRequest&>,
 };
 
 } // namespace

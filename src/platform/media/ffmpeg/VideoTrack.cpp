@@ -3,6 +3,7 @@
 #include "platform/base/AbandonableWork.h"
 #include "platform/base/Causes.h"
 #include "platform/media/ffmpeg/ClipPicture_p.h"
+#include "platform/media/ffmpeg/FrameScaling_p.h"
 
 extern "C" {
 #include <libavutil/cpu.h>
