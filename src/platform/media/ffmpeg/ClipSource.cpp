@@ -1,6 +1,7 @@
 #include "platform/media/ffmpeg/ClipSource_p.h"
 
 #include "platform/base/Causes.h"
+#include "platform/media/AVAssetReader.h"
 
 #include <algorithm>
 #include <cerrno>
