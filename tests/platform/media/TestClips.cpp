@@ -64,6 +64,16 @@ nlohmann::json probe(const std::string& path)
                                  nullptr, false);
 }
 
+std::vector<double> frameTimes(const std::string& path)
+{
+    const std::string text =
+        run(FFPROBE, {"-select_streams", "v:0", "-show_entries", "frame=pts_time", "-of", "json", path});
+    std::vector<double> times;
+    for (const nlohmann::json& frame : nlohmann::json::parse(text, nullptr, false).at("frames"))
+        times.push_back(std::stod(frame.at("pts_time").get<std::string>()));
+    return times;
+}
+
 CGImage decodedFrame(const std::string& path, int index)
 {
     const TemporaryFolder folder;

@@ -26,6 +26,8 @@ void makeQuartersClip(const std::string& path, IntSize size, const std::string& 
 
 /// What ffprobe tells of a file: "streams" and "format".
 nlohmann::json probe(const std::string& path);
+/// When its frames are shown, in seconds.
+std::vector<double> frameTimes(const std::string& path);
 /// A frame as ffmpeg decodes it, by BT.709 (to a BMP, since a PNG would carry the gamma that the film names).
 CGImage decodedFrame(const std::string& path, int index);
 /// The sound's samples, of one channel at 8 kHz.

@@ -51,8 +51,8 @@ PictureKind kindOf(const CVPixelBuffer& pixels)
     if (pixels.pixelFormat() == CVPixelFormat::AsDecoded)
         return kindOf(*static_cast<const AVFrame*>(pixels.owner().get()));
     PictureKind kind;
-    if (pixels.pixelFormat() == CVPixelFormat::BGRA) {
-        kind.format = AV_PIX_FMT_BGR0;
+    if (pixels.pixelFormat() == CVPixelFormat::BGRA || pixels.pixelFormat() == CVPixelFormat::RGBA) {
+        kind.format = pixels.pixelFormat() == CVPixelFormat::BGRA ? AV_PIX_FMT_BGR0 : AV_PIX_FMT_RGB0;
         kind.matrix = AVCOL_SPC_RGB;
         kind.range = AVCOL_RANGE_JPEG;
         return kind;
