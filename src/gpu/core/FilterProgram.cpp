@@ -82,17 +82,23 @@ std::string shaderTextFromFile(const std::string& name, const char* extension)
     return text;
 }
 
-void UniformState::setAndExecute(GLint uniform, Block block)
+void UniformState::setAndExecute(GLint uniform, Block block, std::vector<float> values)
 {
-    Block& kept = m_blocks[uniform];
-    kept = std::move(block);
-    kept();
+    Kept& kept = m_blocks[uniform];
+    kept = {std::move(block), std::move(values)};
+    kept.block();
+}
+
+std::span<const float> UniformState::values(GLint uniform) const
+{
+    const auto kept = m_blocks.find(uniform);
+    return kept == m_blocks.end() ? std::span<const float>() : std::span<const float>(kept->second.values);
 }
 
 void UniformState::restore() const
 {
-    for (const auto& [uniform, block] : m_blocks)
-        block();
+    for (const auto& [uniform, kept] : m_blocks)
+        kept.block();
 }
 
 } // namespace lamina

@@ -21,9 +21,9 @@ GPUImageRotationMode rotationFor(const AVTrackTransform& transform)
 {
     static constexpr GPUImageRotationMode kPlain[] = {kGPUImageNoRotation, kGPUImageRotateRight, kGPUImageRotate180,
                                                       kGPUImageRotateLeft};
-    // To mirror and then turn to the left is to turn to the right and then mirror, and so on.
-    static constexpr GPUImageRotationMode kMirrored[] = {kGPUImageFlipHorizontal, kGPUImageRotateRightFlipVertical,
-                                                         kGPUImageFlipVertical, kGPUImageRotateRightFlipHorizontal};
+    // In these names the flip comes before the turn.
+    static constexpr GPUImageRotationMode kMirrored[] = {kGPUImageFlipHorizontal, kGPUImageRotateRightFlipHorizontal,
+                                                         kGPUImageFlipVertical, kGPUImageRotateRightFlipVertical};
     const int quarters = transform.quarters & 3;
     return transform.mirrors ? kMirrored[quarters] : kPlain[quarters];
 }
@@ -274,7 +274,7 @@ std::shared_ptr<AVAssetReader> GPUImageMovie::reader() const
     return m_reader;
 }
 
-std::shared_ptr<AVAssetReaderOutput> GPUImageMovie::output(AVMediaType type) const
+std::shared_ptr<AVAssetReaderOutput> GPUImageMovie::output(AVTrackMediaType type) const
 {
     const std::shared_ptr<AVAssetReader> reader = this->reader();
     if (!reader)

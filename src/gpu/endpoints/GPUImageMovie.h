@@ -155,10 +155,11 @@ private:
     CVPixelFormat wantedFormat(const AVURLAsset& asset) const;
     bool isStopped() const;
     std::shared_ptr<AVAssetReader> reader() const;
-    std::shared_ptr<AVAssetReaderOutput> output(AVMediaType type) const;
+    std::shared_ptr<AVAssetReaderOutput> output(AVTrackMediaType type) const;
     std::shared_ptr<GPUImageMovieDelegate> delegate() const;
     void rememberError(const Error& error);
 
+    bool pushFrame(const CMSampleBuffer& sample);
     std::shared_ptr<GPUImageFramebuffer> framebufferOf(const CVPixelBuffer& frame);
     std::shared_ptr<GPUImageFramebuffer> uploadedFrame(const CVPixelBuffer& frame) const;
     std::shared_ptr<GPUImageFramebuffer> convertYUVToRGBOutput(const CVPixelBuffer& frame);

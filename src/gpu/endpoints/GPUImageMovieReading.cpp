@@ -34,8 +34,8 @@ void GPUImageMovie::readPass(const StopFlag& stop)
         const std::scoped_lock lock(m_mutex);
         m_reader = reader;
     }
-    m_videoEncodingIsFinished = !output(AVMediaType::Video);
-    m_audioEncodingIsFinished = !output(AVMediaType::Audio);
+    m_videoEncodingIsFinished = !output(AVTrackMediaType::Video);
+    m_audioEncodingIsFinished = !output(AVTrackMediaType::Audio);
     if (!m_audioEncodingIsFinished && audioEncodingTarget())
         audioEncodingTarget()->setShouldInvalidateAudioSampleWhenDone(true);
     m_pacing.restart();
@@ -55,11 +55,11 @@ void GPUImageMovie::pullInto(GPUImageSynchronizedWriter& writer)
 {
     // The writer is held here: it must not hold the movie in turn.
     const auto weak = std::weak_ptr<GPUImageMovie>(std::static_pointer_cast<GPUImageMovie>(shared_from_this()));
-    writer.setVideoInputReadyCallback([weak, video = output(AVMediaType::Video)] {
+    writer.setVideoInputReadyCallback([weak, video = output(AVTrackMediaType::Video)] {
         const std::shared_ptr<GPUImageMovie> movie = weak.lock();
         return movie && movie->readNextVideoFrameFromOutput(video);
     });
-    writer.setAudioInputReadyCallback([weak, audio = output(AVMediaType::Audio)] {
+    writer.setAudioInputReadyCallback([weak, audio = output(AVTrackMediaType::Audio)] {
         const std::shared_ptr<GPUImageMovie> movie = weak.lock();
         return movie && movie->readNextAudioSampleFromOutput(audio);
     });
@@ -69,10 +69,11 @@ void GPUImageMovie::pullInto(GPUImageSynchronizedWriter& writer)
 void GPUImageMovie::readUntilEnd()
 {
     const std::shared_ptr<AVAssetReader> reader = this->reader();
-    const std::shared_ptr<AVAssetReaderOutput> video = output(AVMediaType::Video);
-    const std::shared_ptr<AVAssetReaderOutput> audio = output(AVMediaType::Audio);
+    const std::shared_ptr<AVAssetReaderOutput> video = output(AVTrackMediaType::Video);
+    const std::shared_ptr<AVAssetReaderOutput> audio = output(AVTrackMediaType::Audio);
     bool hasFrames = video != nullptr;
     bool hasSound = audio != nullptr;
+    const bool hasAnything = hasFrames || hasSound;
     while ((hasFrames || hasSound) && !isStopped()) {
         hasFrames = hasFrames && readNextVideoFrameFromOutput(video);
         // Sound keeps up with the picture: its pieces may be shorter than a frame lasts.
@@ -80,6 +81,8 @@ void GPUImageMovie::readUntilEnd()
             hasSound = hasSound && readNextAudioSampleFromOutput(audio);
         while (hasSound && hasFrames && isSoundBehind());
     }
+    if (!hasAnything)
+        m_keepLooping = false; // or it would go round without a rest
     if (!isStopped())
         finishPass(*reader);
 }
@@ -117,11 +120,12 @@ bool GPUImageMovie::readNextVideoFrameFromOutput(const std::shared_ptr<AVAssetRe
     }
     if (m_playAtActualSpeed)
         m_pacing.waitUntilDue(sample->presentationTime, [this] { return isStopped(); });
-    runSynchronouslyOnVideoProcessingQueue([&] {
-        if (!isStopped())
-            processMovieFrame(*sample);
-    });
+    const bool isShown = valueFromVideoProcessingQueue([&] { return isStopped() || pushFrame(*sample); });
     sample->invalidate();
+    if (!isShown) { // with frames missing nothing that is made of it would be whole
+        fail({m_url, "there is no memory for a frame"});
+        endProcessing();
+    }
     return !isStopped();
 }
 

@@ -50,7 +50,7 @@ GPUImageMovieWriter::GPUImageMovieWriter(const std::string& path, CGSize size, c
 
 GPUImageMovieWriter::~GPUImageMovieWriter()
 {
-    // Who waits for the writer's queue may run on the queue for which it waits: it must come to its end by itself.
+    stopTaking();
     if (m_assetWriter)
         m_assetWriter->cancelWriting();
     runSynchronouslyOnContextQueue(*m_movieWriterContext, [this] { m_readback.reset(); });
@@ -91,10 +91,16 @@ void GPUImageMovieWriter::tellFailure(const Error& error)
 {
     if (m_failureTold.exchange(true))
         return;
-    if (const auto block = guarded(m_failureBlock))
-        block(error);
-    else if (const auto delegate = guarded(m_delegate).lock())
-        delegate->movieRecordingFailedWithError(error);
+    // Whoever is told may stop the source, for which nobody may wait who keeps the writer's queue busy.
+    runAsynchronouslyOnVideoProcessingQueue([weak = weak_from_this(), error] {
+        const auto self = weak.lock();
+        if (!self)
+            return;
+        if (const auto block = self->guarded(self->m_failureBlock))
+            block(error);
+        else if (const auto delegate = self->guarded(self->m_delegate).lock())
+            delegate->movieRecordingFailedWithError(error);
+    });
 }
 
 std::optional<Error> GPUImageMovieWriter::error() const
@@ -159,6 +165,15 @@ void GPUImageMovieWriter::stopTaking()
     m_roomChanged.notify_all();
 }
 
+/// Later, unless the writer has gone by then; its end waits for the block that runs.
+void GPUImageMovieWriter::runOnWriterQueue(DispatchQueue::Block block)
+{
+    runAsynchronouslyOnContextQueue(*m_movieWriterContext, [weak = weak_from_this(), block = std::move(block)] {
+        if (!weak.expired())
+            block();
+    });
+}
+
 void GPUImageMovieWriter::cancelRecording()
 {
     if (!m_assetWriter || m_assetWriter->status() == AVAssetWriterStatus::Completed)
@@ -186,19 +201,21 @@ void GPUImageMovieWriter::finishRecordingWithCompletionHandler(std::function<voi
             return;
         markAsFinished(m_video);
         markAsFinished(m_audio);
-        m_assetWriter->finishWriting([self = shared_from_this()] {
-            runAsynchronouslyOnContextQueue(*self->m_movieWriterContext, [self] { self->finished(); });
-        });
+        m_assetWriter->finishWriting([self = shared_from_this()] { self->finished(); });
     });
 }
 
-/// On the writer's queue.
+/// On a thread of the platform's.
 void GPUImageMovieWriter::finished()
 {
-    m_isFinishing = false;
     if (const std::optional<Error> failure = m_assetWriter->error())
         fail(*failure);
-    for (const std::function<void()>& handler : std::exchange(m_finishHandlers, {})) {
+    std::vector<std::function<void()>> handlers;
+    runSynchronouslyOnContextQueue(*m_movieWriterContext, [&] {
+        m_isFinishing = false;
+        handlers.swap(m_finishHandlers);
+    });
+    for (const std::function<void()>& handler : handlers) {
         if (handler)
             handler();
     }
@@ -254,12 +271,12 @@ void GPUImageMovieWriter::setTransform(const AVTrackTransform& transform)
 
 void GPUImageMovieWriter::setCompletionBlock(std::function<void()> block)
 {
-    exchangeGuarded(m_completionBlock, block);
+    runSynchronouslyOnVideoProcessingQueue([&] { exchangeGuarded(m_completionBlock, block); });
 }
 
 void GPUImageMovieWriter::setFailureBlock(std::function<void(const Error&)> block)
 {
-    exchangeGuarded(m_failureBlock, block);
+    runSynchronouslyOnVideoProcessingQueue([&] { exchangeGuarded(m_failureBlock, block); });
 }
 
 void GPUImageMovieWriter::setDelegate(const std::weak_ptr<GPUImageMovieWriterDelegate>& delegate)

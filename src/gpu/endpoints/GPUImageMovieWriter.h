@@ -30,7 +30,7 @@ namespace lamina {
 
 class GPUImageContext;
 
-/// Hears of a recording's end, on the thread on which it comes about. By default nothing.
+/// Hears of a recording's end, on the video processing queue. By default it does nothing.
 class GPUImageMovieWriterDelegate {
 public:
     virtual ~GPUImageMovieWriterDelegate() = default;
@@ -57,8 +57,8 @@ struct GPUImageMovieWriterSettings {
 /// for it. What is encoded, and into which files it goes, tells `AVAssetWriter`.
 ///
 /// Held by `std::shared_ptr` alone. Destroyed while it records it cancels; while it finishes it lives until that is
-/// done. From any thread but for what `GPUImageInput` brings. Callbacks run on the thread that causes them: the video
-/// processing queue, the writer's, or the caller's.
+/// done. From any thread but for what `GPUImageInput` brings. The end and failures are told on the video processing
+/// queue.
 class GPUImageMovieWriter : public GPUImageInput,
                             public GPUImageAudioEncodingTarget,
                             public GPUImageSynchronizedWriter,
@@ -81,8 +81,8 @@ public:
     /// Nothing stays of it, unless it has been finished before.
     void cancelRecording();
     /// Writes what has been taken to its end and returns meanwhile: the handler is called when the movie stands, or
-    /// `error` tells why it doesn't. Where nothing was started, and after the end, it is called at once. Every caller's
-    /// handler is called.
+    /// `error` tells why it doesn't, on a thread of its own. Where nothing was started, and after the end, it is called
+    /// at once. Every caller's handler is called.
     void finishRecordingWithCompletionHandler(std::function<void()> handler);
     /// The same without one.
     void finishRecording() { finishRecordingWithCompletionHandler({}); }
@@ -135,6 +135,8 @@ public:
     void setAudioInputReadyCallback(InputReadyCallback callback) override;
     void enableSynchronizationCallbacks() override;
 
+    // Waits for the video processing queue: afterwards no call of the former block is under way.
+
     /// The source has ended; called once a recording, in place of the delegate.
     void setCompletionBlock(std::function<void()> block);
     /// Nothing, or nothing more, can be written: called at most once a recording, in place of the delegate.
@@ -182,9 +184,11 @@ private:
     void startWriting();
     bool startSession(const CMTime& time, const Track& track);
     void stopTaking();
+    void runOnWriterQueue(DispatchQueue::Block block);
     void markAsFinished(Track& track);
     void finished();
 
+    bool isToBeDropped(const Track& track) const;
     bool waitForRoom();
     void leaveRoom();
     void writeFrame(TakenFrame& frame);

@@ -30,6 +30,13 @@ struct GPUImageMovieWriter::TakenFrame {
     CMTime time;
 };
 
+/// In a live recording what comes while the input isn't ready. Where it never will be `append` tells why.
+bool GPUImageMovieWriter::isToBeDropped(const Track& track) const
+{
+    return m_encodingLiveVideo && !track.input->isReadyForMoreMediaData() &&
+           m_assetWriter->status() == AVAssetWriterStatus::Writing;
+}
+
 /// Whether there is room for a frame. Where its producer is not to drop it waits, on the video processing queue.
 bool GPUImageMovieWriter::waitForRoom()
 {
@@ -74,16 +81,14 @@ void GPUImageMovieWriter::newFrameReadyAtTime(const CMTime& frameTime, int)
     const auto frame =
         std::make_shared<TakenFrame>(TakenFrame{std::move(framebuffer), {0, size, m_inputRotation}, *time});
     frame->source.texture = frame->framebuffer->texture();
-    const auto write = [weak = weak_from_this(), frame] {
-        if (const auto self = weak.lock()) {
-            self->writeFrame(*frame);
-            self->leaveRoom();
-        }
+    const auto write = [this, frame] {
+        writeFrame(*frame);
+        leaveRoom();
     };
     if (isShared)
         runSynchronouslyOnContextQueue(*m_movieWriterContext, write);
     else
-        runAsynchronouslyOnContextQueue(*m_movieWriterContext, write);
+        runOnWriterQueue(write);
 }
 
 /// On the writer's queue.
@@ -91,7 +96,7 @@ void GPUImageMovieWriter::writeFrame(TakenFrame& frame)
 {
     if (!m_isRecording)
         return;
-    if (m_encodingLiveVideo && !m_video.input->isReadyForMoreMediaData())
+    if (isToBeDropped(m_video))
         return logWarning("1: Had to drop a video frame: " + timeText(frame.time));
     const Result<std::shared_ptr<CVPixelBuffer>> pixels = m_readback->read(frame.source);
     if (!pixels)

@@ -47,7 +47,7 @@ void GPUImageMovieWriter::processAudioBuffer(const CMSampleBuffer& audioBuffer)
     const CMTime time = audioBuffer.presentationTime;
     if (!time.isNumeric() || !startSession(time, m_audio))
         return;
-    if (m_encodingLiveVideo && !m_audio.input->isReadyForMoreMediaData())
+    if (isToBeDropped(m_audio))
         return logWarning("1: Had to drop an audio frame: " + timeText(time));
     const std::optional<CMTime> offset = m_times.takeSound(time, audioBuffer.packet != nullptr);
     if (!offset)
@@ -59,10 +59,7 @@ void GPUImageMovieWriter::processAudioBuffer(const CMSampleBuffer& audioBuffer)
     }
     if (!m_encodingLiveVideo)
         return writeSound(sample);
-    runAsynchronouslyOnContextQueue(*m_movieWriterContext, [weak = weak_from_this(), sample]() mutable {
-        if (const auto self = weak.lock())
-            self->writeSound(sample);
-    });
+    runOnWriterQueue([this, sample]() mutable { writeSound(sample); });
 }
 
 void GPUImageMovieWriter::writeSound(CMSampleBuffer& sample)

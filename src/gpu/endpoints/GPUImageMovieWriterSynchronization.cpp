@@ -49,10 +49,7 @@ void GPUImageMovieWriter::pull(Track& track)
         if (nextPiece && nextPiece())
             continue;
         // Behind the frames that are on their way.
-        return runAsynchronouslyOnContextQueue(*m_movieWriterContext, [weak = weak_from_this(), &track] {
-            if (const auto self = weak.lock())
-                self->markAsFinished(track);
-        });
+        return runOnWriterQueue([this, &track] { markAsFinished(track); });
     }
 }
 

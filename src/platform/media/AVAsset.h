@@ -26,6 +26,7 @@ struct AVTrackTransform {
     int quarters = 0; ///< 0 to 3
     bool mirrors = false;
 
+    /// Whether width and height change places.
     bool swapsSides() const { return quarters % 2 != 0; }
     friend bool operator==(const AVTrackTransform&, const AVTrackTransform&) = default;
 };
@@ -56,7 +57,9 @@ public:
     static Result<std::shared_ptr<const AVURLAsset>> make(const std::string& path,
                                                           const std::atomic<bool>* cancelled = nullptr);
 
+    /// As it was given.
     const std::string& path() const { return m_path; }
+    /// Of the open file; its offset is nobody's.
     int descriptor() const { return m_file.descriptor.get(); }
     /// What its times count from, in the movie's own time: the first frame, or the first sound of one without picture.
     CMTime startTime() const { return m_startTime; }

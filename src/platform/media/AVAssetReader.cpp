@@ -50,9 +50,9 @@ public:
             m_thread.join();
     }
 
-    AVMediaType mediaType() const override
+    AVTrackMediaType mediaType() const override
     {
-        return m_request.content == TrackRequest::Content::Pictures ? AVMediaType::Video : AVMediaType::Audio;
+        return m_request.content == TrackRequest::Content::Pictures ? AVTrackMediaType::Video : AVTrackMediaType::Audio;
     }
 
     /// Finds the way in; nothing is read ahead yet.
@@ -132,7 +132,7 @@ private:
 
     bool isFull() const
     {
-        if (mediaType() == AVMediaType::Audio)
+        if (mediaType() == AVTrackMediaType::Audio)
             return !m_queue.empty() &&
                    (m_queue.back().presentationTime - m_queue.front().presentationTime).seconds() > kMostSound;
         const std::size_t bytes =

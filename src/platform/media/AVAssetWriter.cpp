@@ -20,7 +20,7 @@ public:
     {
     }
 
-    AVMediaType mediaType() const override { return m_writing->mediaType(m_index); }
+    AVTrackMediaType mediaType() const override { return m_writing->mediaType(m_index); }
     void setExpectsMediaDataInRealTime(bool realTime) override { m_writing->setKind(m_index, {transform(), realTime}); }
     bool expectsMediaDataInRealTime() const override { return m_writing->kind(m_index).realTime; }
     void setTransform(const AVTrackTransform& transform) override
@@ -63,18 +63,18 @@ public:
 
     Result<std::shared_ptr<AVAssetWriterInput>> addVideoInput(const AVVideoSettings& settings) override
     {
-        return addInput(AVMediaType::Video, [&](MovieWriting& movie) { return movie.addVideo(settings); });
+        return addInput(AVTrackMediaType::Video, [&](MovieWriting& movie) { return movie.addVideo(settings); });
     }
     Result<std::shared_ptr<AVAssetWriterInput>> addAudioInput(const AVAudioSettings& settings) override
     {
-        return addInput(AVMediaType::Audio, [&](MovieWriting& movie) { return movie.addAudio(settings); });
+        return addInput(AVTrackMediaType::Audio, [&](MovieWriting& movie) { return movie.addAudio(settings); });
     }
     Result<std::shared_ptr<AVAssetWriterInput>> addStoredAudioInput(const AVURLAsset& asset) override
     {
         constexpr Patience kPatience{nullptr, 10};
         constexpr std::size_t kMemoryLimit = std::size_t{1} << 30;
         const ClipFile clip{asset.descriptor(), kMemoryLimit, kPatience};
-        return addInput(AVMediaType::Audio, [&](MovieWriting& movie) { return movie.addStoredAudio(clip); });
+        return addInput(AVTrackMediaType::Audio, [&](MovieWriting& movie) { return movie.addStoredAudio(clip); });
     }
 
     Outcome startWriting() override { return m_writing->start(); }
@@ -85,7 +85,7 @@ public:
     void finishWriting(std::function<void()> handler) override { m_writing->finish(std::move(handler)); }
 
 private:
-    Result<std::shared_ptr<AVAssetWriterInput>> addInput(AVMediaType type,
+    Result<std::shared_ptr<AVAssetWriterInput>> addInput(AVTrackMediaType type,
                                                          const std::function<Outcome(MovieWriting& movie)>& add)
     {
         const Result<std::size_t> index = m_writing->addInput(type, add);

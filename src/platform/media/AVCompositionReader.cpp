@@ -151,7 +151,7 @@ public:
         , m_renderSize(renderSize)
     {
     }
-    AVMediaType mediaType() const override { return AVMediaType::Video; }
+    AVTrackMediaType mediaType() const override { return AVTrackMediaType::Video; }
 
 private:
     std::shared_ptr<AVAssetReaderOutput> addOutput(AVAssetReader& reader) const override
@@ -176,7 +176,7 @@ private:
 class CompositionSound final : public CompositionOutput {
 public:
     using CompositionOutput::CompositionOutput;
-    AVMediaType mediaType() const override { return AVMediaType::Audio; }
+    AVTrackMediaType mediaType() const override { return AVTrackMediaType::Audio; }
 
 private:
     std::shared_ptr<AVAssetReaderOutput> addOutput(AVAssetReader& reader) const override

@@ -39,7 +39,8 @@ AssetWriting::AssetWriting(std::string path, const char* container, const MediaM
     m_settings.cancelled = &m_cancelled;
 }
 
-Result<std::size_t> AssetWriting::addInput(AVMediaType type, const std::function<Outcome(MovieWriting& movie)>& add)
+Result<std::size_t> AssetWriting::addInput(AVTrackMediaType type,
+                                           const std::function<Outcome(MovieWriting& movie)>& add)
 {
     const std::lock_guard lock(m_mutex);
     if (m_status != AVAssetWriterStatus::Unknown)
@@ -199,7 +200,7 @@ bool AssetWriting::append(std::size_t input, const CMSampleBuffer& piece)
 {
     const std::lock_guard lock(m_mutex);
     Input& taken = m_inputs[input];
-    const bool isFitting = taken.type == AVMediaType::Video ? piece.imageBuffer != nullptr : piece.isValid();
+    const bool isFitting = taken.type == AVTrackMediaType::Video ? piece.imageBuffer != nullptr : piece.isValid();
     if (!isReady(taken) || !isFitting || !piece.presentationTime.isNumeric())
         return false;
     if (!m_start)

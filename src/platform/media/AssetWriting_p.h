@@ -36,7 +36,7 @@ public:
     void setMetadata(const std::map<std::string, std::string>& metadata) { m_settings.metadata = metadata; }
     const std::map<std::string, std::string>& metadata() const { return m_settings.metadata; }
     /// Adds an input for the track that `add` makes of the movie; its number.
-    Result<std::size_t> addInput(AVMediaType type, const std::function<Outcome(MovieWriting& movie)>& add);
+    Result<std::size_t> addInput(AVTrackMediaType type, const std::function<Outcome(MovieWriting& movie)>& add);
 
     Outcome start();
     void startSession(const CMTime& time);
@@ -45,7 +45,7 @@ public:
     void cancel();
     void finish(std::function<void()> handler);
 
-    AVMediaType mediaType(std::size_t input) const { return m_inputs[input].type; }
+    AVTrackMediaType mediaType(std::size_t input) const { return m_inputs[input].type; }
     MovieWriting::TrackKind kind(std::size_t input) const;
     void setKind(std::size_t input, const MovieWriting::TrackKind& kind);
     bool isReady(std::size_t input) const;
@@ -57,7 +57,7 @@ public:
 
 private:
     struct Input {
-        AVMediaType type;
+        AVTrackMediaType type;
         MovieWriting::TrackKind kind;
         std::deque<CMSampleBuffer> waiting;
         bool isEnded = false;   ///< nothing is appended any more

@@ -50,9 +50,13 @@ public:
     {
     }
 
+    /// In pixels.
     IntSize size() const { return m_size; }
+    /// How they lie.
     CVPixelFormat pixelFormat() const { return m_format; }
+    /// One or two; none of `AsDecoded`.
     const std::vector<Plane>& planes() const { return m_planes; }
+    /// None at first.
     YCbCrMatrix matrix() const { return m_matrix; }
     void setMatrix(YCbCrMatrix matrix) { m_matrix = matrix; }
     /// What keeps the memory; of `AsDecoded` the frame itself, in the form of the module that decoded it.

@@ -105,13 +105,13 @@ struct MediaModule {
     Result<double> (*frame)(const ClipFile& clip, double seconds, ClipDetails& details, const Allocate& allocate);
     Outcome (*writeStill)(const StillFilm& still, const FilmSettings& settings);
     Outcome (*convert)(const ClipFile& clip, const SizeRule& size, const FilmSettings& settings);
-    Result<AssetDetails> (*asset)(const ClipFile& clip);
-    /// The file stands open for as long as the reading lives; the patience's seconds count for the way in alone.
-    Result<std::unique_ptr<TrackReading>> (*readTrack)(const ClipFile& clip, const TrackRequest& request);
     /// In such a container; an error when an encoder is missing.
     Result<std::unique_ptr<MovieWriting>> (*writeMovie)(const char* container);
     /// Writes what stands in a file of fragments once more, as a plain movie.
     Outcome (*rewriteMovie)(const std::string& fragments, const FilmSettings& settings);
+    Result<AssetDetails> (*asset)(const ClipFile& clip);
+    /// The file stands open for as long as the reading lives; the patience's seconds count for the way in alone.
+    Result<std::unique_ptr<TrackReading>> (*readTrack)(const ClipFile& clip, const TrackRequest& request);
 };
 
 /// The name under which the module gives its functions: `const MediaModule* laminaMediaModule()`.

@@ -253,6 +253,7 @@ TEST_F(MovieWriterTest, AFailureIsToldOnceAndNothingIsWritten)
     writer->setFailureBlock([&](const Error& error) { causes.push_back(error.message()); });
     writer->startRecording();
     m_source->push({64, 48}, greyOf(0), frameTime(0));
+    onQueue([] {});
     EXPECT_THAT(causes, ElementsAre(HasSubstr("missing/movie.mp4: ")));
     EXPECT_FALSE(writer->isRecording());
     ASSERT_TRUE(writer->error());

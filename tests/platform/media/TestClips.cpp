@@ -66,12 +66,19 @@ nlohmann::json probe(const std::string& path)
 
 std::vector<double> frameTimes(const std::string& path)
 {
-    const std::string text =
-        run(FFPROBE, {"-select_streams", "v:0", "-show_entries", "frame=pts_time", "-of", "json", path});
+    const auto found = nlohmann::json::parse(
+        run(FFPROBE, {"-select_streams", "v:0", "-show_entries", "frame=pts_time", "-of", "json", path}), nullptr,
+        false);
     std::vector<double> times;
-    for (const nlohmann::json& frame : nlohmann::json::parse(text, nullptr, false).at("frames"))
+    for (const nlohmann::json& frame : found.at("frames"))
         times.push_back(std::stod(frame.at("pts_time").get<std::string>()));
     return times;
+}
+
+nlohmann::json probePackets(const std::string& path, const std::string& tracks)
+{
+    const std::string told = run(FFPROBE, {"-select_streams", tracks, "-show_packets", "-of", "json", path});
+    return nlohmann::json::parse(told, nullptr, false).value("packets", nlohmann::json::array());
 }
 
 CGImage decodedFrame(const std::string& path, int index)

@@ -28,6 +28,8 @@ void makeQuartersClip(const std::string& path, IntSize size, const std::string& 
 nlohmann::json probe(const std::string& path);
 /// When its frames are shown, in seconds.
 std::vector<double> frameTimes(const std::string& path);
+/// What it tells of each packet of the tracks of a kind ("v", "a").
+nlohmann::json probePackets(const std::string& path, const std::string& tracks);
 /// A frame as ffmpeg decodes it, by BT.709 (to a BMP, since a PNG would carry the gamma that the film names).
 CGImage decodedFrame(const std::string& path, int index);
 /// The sound's samples, of one channel at 8 kHz.

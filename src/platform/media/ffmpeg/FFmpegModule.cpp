@@ -44,10 +44,10 @@ const MediaModule kModule{
     guarded<readFrame, Result<double>, const ClipFile&, double, ClipDetails&, const MediaModule::Allocate&>,
     guarded<writeStill, Outcome, const StillFilm&, const FilmSettings&>,
     guarded<convertClip, Outcome, const ClipFile&, const MediaModule::SizeRule&, const FilmSettings&>,
-    guarded<readAsset, Result<AssetDetails>, const ClipFile&>,
-    guarded<readTrack, Result<std::unique_ptr<TrackReading>>, const ClipFile&, const TrackRequest&>,
     guarded<writeMovie, Result<std::unique_ptr<MovieWriting>>, const char*>,
     guarded<rewriteMovie, Outcome, const std::string&, const FilmSettings&>,
+    guarded<readAsset, Result<AssetDetails>, const ClipFile&>,
+    guarded<readTrack, Result<std::unique_ptr<TrackReading>>, const ClipFile&, const TrackRequest&>,
 };
 
 } // namespace

@@ -80,23 +80,38 @@ bool MovieFile::describe(AVStream* track, const AVCodecContext* encoder)
     return avcodec_parameters_from_context(track->codecpar, encoder) >= 0;
 }
 
+bool MovieFile::isMatroska() const
+{
+    return std::string_view(m_settings.container) == "matroska";
+}
+
+/// What lies before the beginning wakes the decoder alone. Matroska has no way to say so but for Opus: it would be
+/// heard.
+bool MovieFile::isUnheard(const AVPacket& packet, AVCodecID codec) const
+{
+    return isMatroska() && codec != AV_CODEC_ID_OPUS && packet.pts != AV_NOPTS_VALUE &&
+           packet.pts + packet.duration <= 0;
+}
+
 int MovieFile::writeHeader()
 {
     AVDictionary* options = nullptr;
-    const bool isMatroska = std::string_view(m_settings.container) == "matroska";
+    const bool matroska = isMatroska();
     if (m_settings.fragmentSeconds > 0) {
         constexpr double kMicroseconds = 1e6;
         constexpr double kMilliseconds = 1e3;
         m_container->flags |= AVFMT_FLAG_FLUSH_PACKETS; // what ends the process leaves what was written
-        if (isMatroska)
+        if (matroska)
             av_dict_set_int(&options, "cluster_time_limit", std::llround(m_settings.fragmentSeconds * kMilliseconds),
                             0);
         else
             av_dict_set_int(&options, "frag_duration", std::llround(m_settings.fragmentSeconds * kMicroseconds), 0);
     }
-    if (isMatroska)
+    if (matroska) {
+        m_container->avoid_negative_ts = AVFMT_AVOID_NEG_TS_DISABLED; // sound that begins early moves no picture
         av_dict_set(&options, "cues_to_front", "1", 0);
-    else // of fragments the index waits for the first of them, so that it can tell where the tracks begin
+    }
+    if (!matroska) // of fragments the index waits for the first of them, so that it can tell where the tracks begin
         av_dict_set(&options, "movflags", m_settings.fragmentSeconds > 0 ? "+delay_moov" : "+faststart", 0);
     const int error = avformat_write_header(m_container, &options);
     av_dict_free(&options);
@@ -143,6 +158,8 @@ Outcome MovieFile::write(Packet packet, AVRational unit, const AVStream* track)
         m_waiting.push_back(std::move(packet));
         return success();
     }
+    if (isUnheard(*packet, track->codecpar->codec_id))
+        return success();
     av_packet_rescale_ts(packet.get(), unit, track->time_base);
     int error = av_interleaved_write_frame(m_container, packet.get());
     if (error >= 0 && m_container->pb->error < 0)

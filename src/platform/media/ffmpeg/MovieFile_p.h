@@ -64,6 +64,8 @@ private:
     explicit MovieFile(const FilmSettings& settings);
     int openOutput();
     int writeHeader();
+    bool isMatroska() const;
+    bool isUnheard(const AVPacket& packet, AVCodecID codec) const;
     static int isCancelledCallback(void* self);
 
     const FilmSettings& m_settings;

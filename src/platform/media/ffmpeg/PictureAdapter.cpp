@@ -1,7 +1,7 @@
 #include "platform/media/ffmpeg/PictureAdapter_p.h"
 
 #include "platform/base/Causes.h"
-#include "platform/media/ffmpeg/ClipPicture_p.h"
+#include "platform/media/ffmpeg/FrameScaling_p.h"
 
 extern "C" {
 #include <libavutil/buffer.h>
@@ -18,22 +18,11 @@ namespace lamina {
 namespace {
 
 /// Untagged pictures: the larger ones were made for high definition.
-constexpr int kLinesOfHighDefinition = 720;
-
 AVColorSpace matrixOf(const CVPixelBuffer& pixels)
 {
-    switch (pixels.matrix()) {
-    case YCbCrMatrix::ITU_R_601_4:
-        return AVCOL_SPC_SMPTE170M;
-    case YCbCrMatrix::ITU_R_709_2:
-        return AVCOL_SPC_BT709;
-    case YCbCrMatrix::SMPTE_240M_1995:
-        return AVCOL_SPC_SMPTE240M;
-    case YCbCrMatrix::ITU_R_2020:
-        return AVCOL_SPC_BT2020_NCL;
-    case YCbCrMatrix::None:
-        break;
-    }
+    constexpr int kLinesOfHighDefinition = 720;
+    if (pixels.matrix() != YCbCrMatrix::None)
+        return colorSpaceOf(pixels.matrix());
     return pixels.size().height >= kLinesOfHighDefinition ? AVCOL_SPC_BT709 : AVCOL_SPC_SMPTE170M;
 }
 
