@@ -34,10 +34,10 @@ public:
     {
     }
 
-    AVMediaType mediaType() const override { return m_output->mediaType(); }
+    AVTrackMediaType mediaType() const override { return m_output->mediaType(); }
     std::optional<CMSampleBuffer> copyNextSampleBuffer() override
     {
-        return mediaType() == AVMediaType::Video ? nextFrame() : nextSound();
+        return mediaType() == AVTrackMediaType::Video ? nextFrame() : nextSound();
     }
 
 private:

@@ -16,6 +16,8 @@
 #include "platform/base/CGGeometry.h"
 #include "platform/base/CMTime.h"
 #include "platform/base/Result.h"
+#include "platform/base/Log.h"
+#include "platform/media/AVAsset.h"
 #include "platform/media/AVAssetReader.h"
 
 #include <algorithm>
@@ -25,6 +27,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -89,7 +92,7 @@ protected:
         std::unique_ptr<AVAssetReader> reader = makeCutReader(asset(), timeRange());
         reader->addVideoOutput(CVPixelFormat::BGRA);
         if (audioEncodingTarget())
-            reader->addAudioOutput(wantsStoredAudio());
+            reader->addAudioOutput(audioEncodingTarget()->shouldPassthroughAudio());
         return reader;
     }
 };
@@ -107,10 +110,13 @@ public:
         if (const Outcome ready = connect(); !ready)
             return MovieEnd::failed(ready.error(), ExitCode::Failed);
         m_writer->startRecording();
-        if (!m_writer->error())
+        if (!m_writer->error()) {
+            // Whichever of picture and sound comes first: the movie begins where the job does.
+            m_writer->assetWriter()->startSessionAtSourceTime(m_job.range.start);
             m_movie->processAsset();
-        else
+        } else {
             m_progress.finish();
+        }
         m_progress.waitFor(m_job, tell);
         m_movie->cancelProcessing();
         MovieEnd ended = end();
@@ -157,12 +163,8 @@ private:
 
     void connectWriter()
     {
-        if (m_job.sound()) {
-            m_writer->setShouldPassthroughAudio(true);
-            m_writer->setPassthroughAsset(m_job.asset);
-            m_writer->setHasAudioTrack(true, soundSettings(*m_job.sound()));
-            m_movie->setAudioEncodingTarget(m_writer);
-        }
+        if (m_job.sound())
+            connectSound(*m_job.sound());
         m_writer->setCompletionBlock([this] { m_progress.finish(); });
         m_writer->setFailureBlock([this](const Error&) { m_progress.finish(); });
         GPUImageStage& last = *m_pipeline->filters().back();
@@ -170,6 +172,17 @@ private:
         last.addTarget(m_writer);
         m_movie->setDelegate(shared_from_this());
         m_movie->enableSynchronizedEncodingUsingMovieWriter(m_writer);
+    }
+
+    /// That packets can't be passed on is nothing to be told: they are encoded then.
+    void connectSound(const AVAudioTrack& sound)
+    {
+        m_writer->setShouldPassthroughAudio(true);
+        m_writer->setPassthroughAsset(m_job.asset);
+        LogSink usual = setLogSink([](LogLevel, std::string_view) {});
+        m_writer->setHasAudioTrack(true, soundSettings(sound));
+        setLogSink(std::move(usual));
+        m_movie->setAudioEncodingTarget(m_writer);
     }
 
     MovieEnd end()
