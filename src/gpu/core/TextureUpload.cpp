@@ -11,6 +11,7 @@
 #include <algorithm>
 #include <array>
 #include <cstring>
+#include <memory>
 #include <span>
 
 namespace lamina {
@@ -123,7 +124,7 @@ void setSampling(GPUImageFramebuffer& framebuffer, Mipmaps mipmaps)
     glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_T, sampled(options.wrapT));
 }
 
-void beginUpload(const GPUImageFramebuffer& framebuffer)
+void beginUpload(GPUImageFramebuffer& framebuffer)
 {
     glActiveTexture(GL_TEXTURE1);
     glBindTexture(GL_TEXTURE_2D, framebuffer.texture());
@@ -172,6 +173,7 @@ bool uploadTexture(GPUImageFramebuffer& framebuffer, const UploadPixels& pixels,
         DrawingFailures::note(cause::kNoMemory, pixels.size);
     if (!rows.ok() || !GPUImageContext::useImageProcessingContext())
         return false;
+    framebuffer.setHostPixels(nullptr);
     beginUpload(framebuffer);
     setSampling(framebuffer, mipmaps);
     const TextureStorage storage{pixels.size, form.internalFormat, form.format, pixels.type};
@@ -185,6 +187,16 @@ bool uploadTexture(GPUImageFramebuffer& framebuffer, const UploadPixels& pixels,
     return true;
 }
 
+std::shared_ptr<GPUImageFramebuffer> fetchTexture(const UploadPixels& pixels, const GPUTextureOptions& options)
+{
+    const CGSize size{static_cast<double>(pixels.size.width), static_cast<double>(pixels.size.height)};
+    auto framebuffer = GPUImageContext::sharedFramebufferCache().fetchFramebufferForSize(size, options, true);
+    if (uploadTexture(*framebuffer, pixels))
+        return framebuffer;
+    framebuffer->unlock();
+    return nullptr;
+}
+
 bool uploadTexturePart(GPUImageFramebuffer& framebuffer, int x, int y, const UploadPixels& pixels, Mipmaps mipmaps)
 {
     const TextureStorage& storage = framebuffer.textureStorage();
@@ -192,6 +204,7 @@ bool uploadTexturePart(GPUImageFramebuffer& framebuffer, int x, int y, const Upl
     if (!rows.ok() || !GPUImageContext::useImageProcessingContext())
         return false;
     beginUpload(framebuffer);
+    framebuffer.setHostPixels(nullptr);
     putInto(storage, x, y, pixels.size, rows);
     endUpload(true, mipmaps);
     return true;

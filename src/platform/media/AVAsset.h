@@ -26,6 +26,7 @@ struct AVTrackTransform {
     int quarters = 0; ///< 0 to 3
     bool mirrors = false;
 
+    /// Whether width and height change places.
     bool swapsSides() const { return quarters % 2 != 0; }
     friend bool operator==(const AVTrackTransform&, const AVTrackTransform&) = default;
 };
@@ -36,6 +37,7 @@ struct AVVideoTrack {
     AVTrackTransform preferredTransform;
     double nominalFrameRate = 0;    ///< frames a second on the average; 0 where it can't be told
     CMTime startTime = kCMTimeZero; ///< of the first frame, in the movie's own time
+    bool isFullRange = false;       ///< as tagged: black is 0 and white is 255, not 16 and 235
     std::string codec;
 };
 
@@ -55,7 +57,9 @@ public:
     static Result<std::shared_ptr<const AVURLAsset>> make(const std::string& path,
                                                           const std::atomic<bool>* cancelled = nullptr);
 
+    /// As it was given.
     const std::string& path() const { return m_path; }
+    /// Of the open file; its offset is nobody's.
     int descriptor() const { return m_file.descriptor.get(); }
     /// What its times count from, in the movie's own time: the first frame, or the first sound of one without picture.
     CMTime startTime() const { return m_startTime; }

@@ -50,9 +50,9 @@ public:
             m_thread.join();
     }
 
-    AVMediaType mediaType() const override
+    AVTrackMediaType mediaType() const override
     {
-        return m_request.content == TrackRequest::Content::Pictures ? AVMediaType::Video : AVMediaType::Audio;
+        return m_request.content == TrackRequest::Content::Pictures ? AVTrackMediaType::Video : AVTrackMediaType::Audio;
     }
 
     /// Finds the way in; nothing is read ahead yet.
@@ -121,18 +121,16 @@ private:
         if (m_finished)
             return;
         m_finished = true;
-        --m_state->unfinished;
-        if (m_failure) {
-            m_state->status = AVAssetReaderStatus::Failed;
+        if (m_failure && !m_state->error)
             m_state->error = Error{m_state->asset->path(), m_failure->cause};
-        } else if (m_state->unfinished == 0) {
-            m_state->status = AVAssetReaderStatus::Completed;
-        }
+        // A failure is told once the other tracks have given what they have, too.
+        if (--m_state->unfinished == 0)
+            m_state->status = m_state->error ? AVAssetReaderStatus::Failed : AVAssetReaderStatus::Completed;
     }
 
     bool isFull() const
     {
-        if (mediaType() == AVMediaType::Audio)
+        if (mediaType() == AVTrackMediaType::Audio)
             return !m_queue.empty() &&
                    (m_queue.back().presentationTime - m_queue.front().presentationTime).seconds() > kMostSound;
         const std::size_t bytes =
@@ -241,7 +239,7 @@ public:
     std::optional<Error> error() const override
     {
         const std::lock_guard lock(m_state->mutex);
-        return m_state->error;
+        return m_state->status == AVAssetReaderStatus::Failed ? m_state->error : std::nullopt;
     }
 
     void cancelReading() override

@@ -44,23 +44,28 @@ struct AVAudioSettings {
 class AVAssetWriterInput {
 public:
     virtual ~AVAssetWriterInput() = default;
-    virtual AVMediaType mediaType() const = 0;
+    /// What its pieces are.
+    virtual AVTrackMediaType mediaType() const = 0;
 
     /// True: whoever appends drops what comes while it isn't ready, instead of waiting. Before `startWriting`.
     virtual void setExpectsMediaDataInRealTime(bool realTime) = 0;
+    /// False at first.
     virtual bool expectsMediaDataInRealTime() const = 0;
     /// How players are to turn the frames. Before `startWriting`.
     virtual void setTransform(const AVTrackTransform& transform) = 0;
+    /// None at first.
     virtual AVTrackTransform transform() const = 0;
 
     /// Whether a piece may be appended now: fewer than three of them wait to be encoded.
     virtual bool isReadyForMoreMediaData() const = 0;
     /// Waits until it is ready, finished, or its writer writes no longer; at most `seconds`. Whether it is ready.
     virtual bool waitUntilReady(double seconds) = 0;
-    /// Video takes frames of the settings' size in `BGRA`, `BiPlanar420…` or `AsDecoded`; sound takes numbers, or
-    /// packets where the input has no settings. False when it failed: the writer's `error` says why.
+    /// Video takes frames of the settings' size in `BGRA`, `RGBA`, `BiPlanar420…` or `AsDecoded`; sound takes
+    /// numbers, or packets where the input has no settings. False when it failed: the writer's `error` says why.
     virtual bool appendSampleBuffer(const CMSampleBuffer& sample) = 0;
+    /// Nothing more comes; once is enough.
     virtual void markAsFinished() = 0;
+    /// Whether that was said.
     virtual bool isFinished() const = 0;
     /// Runs `block` on the queue as often as the input becomes ready, until it is finished or the writer's end.
     virtual void requestMediaDataWhenReady(DispatchQueue& queue, std::function<void()> block) = 0;
@@ -84,11 +89,12 @@ public:
     virtual void setMovieFragmentInterval(const CMTime& interval) = 0;
     /// Title, comment and such, by FFmpeg's names. Before `startWriting`.
     virtual void setMetadata(const std::map<std::string, std::string>& metadata) = 0;
+    /// As it was set.
     virtual const std::map<std::string, std::string>& metadata() const = 0;
 
-    /// Before `startWriting`.
+    /// A track of pictures. Before `startWriting`.
     virtual Result<std::shared_ptr<AVAssetWriterInput>> addVideoInput(const AVVideoSettings& settings) = 0;
-    /// Before `startWriting`.
+    /// A track of sound that is encoded. Before `startWriting`.
     virtual Result<std::shared_ptr<AVAssetWriterInput>> addAudioInput(const AVAudioSettings& settings) = 0;
     /// Packets of the asset's sound are passed on as they are stored; the error names the codec where the container
     /// can't hold it. Before `startWriting`.
@@ -98,7 +104,9 @@ public:
     virtual Outcome startWriting() = 0;
     /// The time of the pieces that becomes zero in the movie; what lies before it is cut. Once.
     virtual void startSessionAtSourceTime(const CMTime& time) = 0;
+    /// How far it has come.
     virtual AVAssetWriterStatus status() const = 0;
+    /// Why it failed; nothing otherwise.
     virtual std::optional<Error> error() const = 0;
     /// Nothing stays, and the target is as it was.
     virtual void cancelWriting() = 0;

@@ -2,6 +2,7 @@
 
 #include "platform/base/Causes.h"
 #include "platform/media/ffmpeg/ClipLists_p.h"
+#include "platform/media/ffmpeg/ContainerEnd_p.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -176,6 +177,8 @@ Error ClipSource::failure(int error) const
 /// A container that tells how long its tracks are, and ends before, was cut off.
 bool ClipSource::endsTooEarly() const
 {
+    if (endsWithinPiece(m_file.descriptor, m_size, m_container->iformat->name))
+        return true;
     if (m_container->duration_estimation_method != AVFMT_DURATION_FROM_STREAM)
         return false;
     double end = 0;
