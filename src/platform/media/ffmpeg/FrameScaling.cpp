@@ -29,13 +29,6 @@ int coefficientsOf(YCbCrMatrix matrix)
     }
 }
 
-/// Formats that say by their names that they use the full range.
-bool isFullRangeFormat(int format)
-{
-    return format == AV_PIX_FMT_YUVJ420P || format == AV_PIX_FMT_YUVJ422P || format == AV_PIX_FMT_YUVJ444P ||
-           format == AV_PIX_FMT_YUVJ440P || format == AV_PIX_FMT_YUVJ411P;
-}
-
 /// What a scaler is made of.
 struct ScalerSetting {
     IntSize from;
@@ -119,9 +112,15 @@ AVColorSpace colorSpaceOf(YCbCrMatrix matrix)
     }
 }
 
+bool isFullRange(int format, AVColorRange range)
+{
+    return range == AVCOL_RANGE_JPEG || format == AV_PIX_FMT_YUVJ420P || format == AV_PIX_FMT_YUVJ422P ||
+           format == AV_PIX_FMT_YUVJ444P || format == AV_PIX_FMT_YUVJ440P || format == AV_PIX_FMT_YUVJ411P;
+}
+
 bool isFullRange(const AVFrame& frame)
 {
-    return frame.color_range == AVCOL_RANGE_JPEG || isFullRangeFormat(frame.format);
+    return isFullRange(frame.format, frame.color_range);
 }
 
 Scaler makeScaler(IntSize from, AVPixelFormat fromFormat, IntSize to, AVPixelFormat toFormat, bool centered)

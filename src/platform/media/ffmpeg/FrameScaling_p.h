@@ -12,7 +12,8 @@ namespace lamina {
 /// By which matrix a frame's colours were made: as tagged; untagged BT.709 from 720 lines on, BT.601 below.
 YCbCrMatrix matrixOf(const AVFrame& frame);
 AVColorSpace colorSpaceOf(YCbCrMatrix matrix);
-/// Whether its numbers use all of their range.
+/// Whether its numbers use all of their range: as tagged, or by the format's name.
+bool isFullRange(int format, AVColorRange range);
 bool isFullRange(const AVFrame& frame);
 
 /// How frames are wanted.
