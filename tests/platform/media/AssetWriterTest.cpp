@@ -299,6 +299,31 @@ INSTANTIATE_TEST_SUITE_P(, PassedClip,
                                                 false}),
                          [](const auto& tested) { return tested.param.name; });
 
+TEST(AssetWriter, TurnsAndMirrorsForEveryPlayer)
+{
+    const TemporaryFolder folder;
+    for (int i = 0; i < 8; ++i) {
+        const AVTrackTransform transform{i % 4, i >= 4};
+        std::vector<Rgba> wanted = quarterColors(quarters(96, 64));
+        if (transform.mirrors)
+            wanted = {wanted[1], wanted[0], wanted[3], wanted[2]};
+        for (int quarter = 0; quarter < transform.quarters; ++quarter)
+            wanted = {wanted[2], wanted[0], wanted[3], wanted[1]};
+        for (const auto& [name, type] : {std::pair{"a.mp4", kAVFileTypeMPEG4}, {"a.mkv", kAVFileTypeMatroska}}) {
+            const std::string path = folder.path(name);
+            const Writer writer = writerOf(path, type);
+            const Input video = *writer->addVideoInput({{96, 64}, 12});
+            video->setTransform(transform);
+            ASSERT_TRUE(writer->startWriting());
+            put(video, frameAt(quartersIn({96, 64}), kCMTimeZero));
+            finish(*writer);
+            const std::vector<Rgba> got = quarterColors(decodedFrame(path, 0));
+            for (std::size_t corner = 0; corner < 4; ++corner)
+                EXPECT_LE(difference(got[corner], wanted[corner]), 4) << name << ' ' << i << ' ' << corner;
+        }
+    }
+}
+
 TEST(AssetWriter, NamesWhatStandsInItsWay)
 {
     const TemporaryFolder folder;

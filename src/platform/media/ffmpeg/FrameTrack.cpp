@@ -49,8 +49,9 @@ AVStream* addTurned(MovieFile& file, const AVTrackTransform& transform)
         return nullptr;
     constexpr double kQuarter = 90;
     av_display_rotation_set(matrix, kQuarter * transform.quarters);
-    if (transform.mirrors)
-        av_display_matrix_flip(matrix, 1, 0);
+    if (transform.mirrors) // before it is turned: what is stored on the right counts to the left
+        for (int* of : {matrix, matrix + 1})
+            *of = -*of;
     return track;
 }
 
