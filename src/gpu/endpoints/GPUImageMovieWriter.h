@@ -191,6 +191,7 @@ private:
     bool isToBeDropped(const Track& track) const;
     bool waitForRoom();
     void leaveRoom();
+    std::shared_ptr<TakenFrame> take(FramebufferHold framebuffer, const CMTime& time) const;
     void writeFrame(TakenFrame& frame);
     void append(AVAssetWriterInput& input, const CMSampleBuffer& sample, const AppendTexts& texts);
     bool addPassthroughInput();

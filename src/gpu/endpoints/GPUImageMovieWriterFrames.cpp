@@ -5,6 +5,7 @@
 #include "platform/base/Log.h"
 #include "platform/media/CVPixelBuffer.h"
 
+#include <cstdint>
 #include <utility>
 
 // How frames come from the video processing queue to the writer's, and pieces from there to the encoder.
@@ -21,13 +22,27 @@ constexpr int kMostWaiting = 1;
 /// How long an input is waited for before it is asked whether the recording goes on.
 constexpr double kPatience = 0.1;
 
+/// A frame that lies in our own memory, without a copy; null for others.
+std::shared_ptr<CVPixelBuffer> pixelsAtHand(const GPUImageFramebuffer& framebuffer)
+{
+    const auto pixels = std::const_pointer_cast<std::uint8_t>(framebuffer.hostPixelsAtHand());
+    if (!pixels)
+        return nullptr;
+    const IntSize size = framebuffer.pixelSize();
+    return std::make_shared<CVPixelBuffer>(
+        size, CVPixelFormat::RGBA, std::vector<CVPixelBuffer::Plane>{{pixels.get(), framebuffer.bytesPerRow(), size}},
+        pixels);
+}
+
 } // namespace
 
-/// A frame on its way. It leaves the writer's queue early, since its framebuffer is wanted.
+/// A frame on its way: its pixels, or what they are to be read from.
 struct GPUImageMovieWriter::TakenFrame {
+    CMTime time;
+    std::shared_ptr<CVPixelBuffer> pixels;
     FramebufferHold framebuffer;
     FrameReadback::Frame source;
-    CMTime time;
+    bool isToBeReadAtOnce = false;
 };
 
 /// In a live recording what comes while the input isn't ready. Where it never will be `append` tells why.
@@ -72,23 +87,36 @@ void GPUImageMovieWriter::newFrameReadyAtTime(const CMTime& frameTime, int)
     const std::optional<CMTime> time = m_times.takeFrame(frameTime);
     if (!time || !startSession(*time, m_video) || !GPUImageContext::useImageProcessingContext())
         return leaveRoom();
-    const IntSize size = framebuffer->pixelSize();
-    const bool isScaled = size != m_videoSize;
-    framebuffer->bindForReading(isScaled ? TextureReads::Anywhere : TextureReads::TexelCentres);
-    glFinish(); // what the other context reads must be there
-    // Others who read the texture may choose other filters for it, and a picture that nobody counts may change.
-    const bool isShared = !framebuffer.isCounted() || (isScaled && framebuffer->framebufferReferenceCount() > 1);
-    const auto frame =
-        std::make_shared<TakenFrame>(TakenFrame{std::move(framebuffer), {0, size, m_inputRotation}, *time});
-    frame->source.texture = frame->framebuffer->texture();
+    const std::shared_ptr<TakenFrame> frame = take(std::move(framebuffer), *time);
     const auto write = [this, frame] {
         writeFrame(*frame);
         leaveRoom();
     };
-    if (isShared)
+    if (frame->isToBeReadAtOnce)
         runSynchronouslyOnContextQueue(*m_movieWriterContext, write);
     else
         runOnWriterQueue(write);
+}
+
+/// On the video processing queue.
+std::shared_ptr<GPUImageMovieWriter::TakenFrame> GPUImageMovieWriter::take(FramebufferHold framebuffer,
+                                                                           const CMTime& time) const
+{
+    auto frame = std::make_shared<TakenFrame>();
+    frame->time = time;
+    const IntSize size = framebuffer->pixelSize();
+    const bool isScaled = size != m_videoSize;
+    if (!isScaled && m_inputRotation == kGPUImageNoRotation)
+        frame->pixels = pixelsAtHand(*framebuffer);
+    if (frame->pixels)
+        return frame;
+    framebuffer->bindForReading(isScaled ? TextureReads::Anywhere : TextureReads::TexelCentres);
+    glFinish(); // what the other context reads must be there
+    frame->source = {framebuffer->texture(), size, m_inputRotation};
+    // Others who read the texture may choose other filters for it, and a picture that nobody counts may change.
+    frame->isToBeReadAtOnce = !framebuffer.isCounted() || (isScaled && framebuffer->framebufferReferenceCount() > 1);
+    frame->framebuffer = std::move(framebuffer);
+    return frame;
 }
 
 /// On the writer's queue.
@@ -98,15 +126,16 @@ void GPUImageMovieWriter::writeFrame(TakenFrame& frame)
         return;
     if (isToBeDropped(m_video))
         return logWarning("1: Had to drop a video frame: " + timeText(frame.time));
-    const Result<std::shared_ptr<CVPixelBuffer>> pixels = m_readback->read(frame.source);
-    if (!pixels)
-        return fail(pixels.error());
-    {
+    if (!frame.pixels) {
+        const Result<std::shared_ptr<CVPixelBuffer>> pixels = m_readback->read(frame.source);
+        if (!pixels)
+            return fail(pixels.error());
+        frame.pixels = *pixels;
         const FramebufferHold done = std::move(frame.framebuffer); // given back before the encoder is waited for
     }
     CMSampleBuffer sample;
     sample.presentationTime = frame.time;
-    sample.imageBuffer = *pixels;
+    sample.imageBuffer = std::move(frame.pixels);
     append(*m_video.input, sample, {"2: Had to drop a video frame: ", "Problem appending pixel buffer at time: "});
 }
 
