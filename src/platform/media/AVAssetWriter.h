@@ -67,7 +67,8 @@ public:
     virtual void markAsFinished() = 0;
     /// Whether that was said.
     virtual bool isFinished() const = 0;
-    /// Runs `block` on the queue as often as the input becomes ready, until it is finished or the writer's end.
+    /// Runs `block` on the queue as often as the input becomes ready, until it is finished or the writer's end. The
+    /// queue must live as long as the block, which may hold it.
     virtual void requestMediaDataWhenReady(DispatchQueue& queue, std::function<void()> block) = 0;
 };
 

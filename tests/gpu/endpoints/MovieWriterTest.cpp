@@ -6,6 +6,7 @@
 #include "gpu/endpoints/RecordingTimes.h"
 #include "platform/base/DispatchSemaphore.h"
 
+#include <span>
 #include <algorithm>
 #include <chrono>
 #include <cmath>
@@ -55,6 +56,21 @@ CMSampleBuffer soundAt(const CMTime& time, float level)
         sound.audio->samples.push_back(level * static_cast<float>(std::sin(2 * std::numbers::pi * 1000 * i / kRate)));
     return sound;
 }
+
+/// Gives pictures that lie in our own memory alone.
+class MemorySource : public GPUImageOutput {
+public:
+    void push(const CGImage& picture, const CMTime& time)
+    {
+        runSynchronouslyOnVideoProcessingQueue([&] {
+            const CGSize size{static_cast<double>(picture.width()), static_cast<double>(picture.height())};
+            auto framebuffer = GPUImageContext::sharedFramebufferCache().fetchFramebufferForSize(size, false);
+            const std::span<const std::uint8_t> bytes = picture.bytes();
+            std::ranges::copy(bytes, framebuffer->hostPixelsToWrite());
+            pushToTargets({.framebuffer = framebuffer, .size = size, .time = time, .givesUpCount = true});
+        });
+    }
+};
 
 class MovieWriterTest : public GraphFixture {
 protected:
@@ -120,9 +136,13 @@ TEST_F(MovieWriterTest, FramesOfOtherSizesAndTurnedOnesFillTheMovie)
     m_source->push(quarters(192, 32), frameTime(1));
     m_source->setRotation(kGPUImageRotateLeft);
     m_source->push(turned, frameTime(2));
+    writer->setInputRotation(kGPUImageNoRotation, 0);
+    const auto memory = std::make_shared<MemorySource>();
+    memory->addTarget(writer);
+    memory->push(upright, frameTime(3));
     finish(*writer);
     const std::vector<Rgba> wanted = quarterColors(upright);
-    for (int frame = 0; frame < 3; ++frame) {
+    for (int frame = 0; frame < 4; ++frame) {
         const std::vector<Rgba> got = quarterColors(decodedFrame(m_path, frame));
         for (std::size_t i = 0; i < wanted.size(); ++i)
             EXPECT_LE(difference(got[i], wanted[i]), 4) << "frame " << frame << ", quarter " << i;
