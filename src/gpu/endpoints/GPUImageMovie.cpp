@@ -143,9 +143,14 @@ std::unique_ptr<AVAssetReader> GPUImageMovie::createAssetReader()
     if (!reader)
         return nullptr;
     reader->addVideoOutput(wantedFormat(*asset));
-    if (const auto& target = audioEncodingTarget(); target && !asset->audioTracks().empty())
-        reader->addAudioOutput(target->shouldPassthroughAudio());
+    if (audioEncodingTarget() && !asset->audioTracks().empty())
+        reader->addAudioOutput(wantsStoredAudio());
     return reader;
+}
+
+bool GPUImageMovie::wantsStoredAudio() const
+{
+    return audioEncodingTarget() && audioEncodingTarget()->shouldPassthroughAudio();
 }
 
 /// Planes keep the levels in which they are stored.

@@ -131,6 +131,8 @@ protected:
     /// Of what is read; zero where it isn't known.
     virtual CMTime duration() const;
 
+    /// Whether there is somebody for the sound who passes it on as it is stored.
+    bool wantsStoredAudio() const;
     /// Whether the device can take frames of this size.
     static Outcome checkDevice(IntSize frame, const std::string& subject);
     const CMTimeRange& timeRange() const { return m_timeRange; }
@@ -159,6 +161,7 @@ private:
     std::shared_ptr<GPUImageMovieDelegate> delegate() const;
     void rememberError(const Error& error);
 
+    bool pushFrame(const CMSampleBuffer& sample);
     std::shared_ptr<GPUImageFramebuffer> framebufferOf(const CVPixelBuffer& frame);
     std::shared_ptr<GPUImageFramebuffer> uploadedFrame(const CVPixelBuffer& frame) const;
     std::shared_ptr<GPUImageFramebuffer> convertYUVToRGBOutput(const CVPixelBuffer& frame);

@@ -8,8 +8,12 @@
 #include "platform/base/CGGeometry.h"
 #include "platform/base/Clock.h"
 #include "platform/base/Log.h"
+#include "platform/base/WorkerPool.h"
 #include "platform/gl/GLHeaders.h"
+#include "platform/image/pixels/PixelKernels.h"
 
+#include <cstddef>
+#include <cstdint>
 #include <string>
 #include <utility>
 
@@ -22,6 +26,19 @@ namespace {
 CGSize sizeOf(const CVPixelBuffer& frame)
 {
     return {double(frame.size().width), double(frame.size().height)};
+}
+
+/// For filters that work on the pixels in our own memory. False where there is none.
+bool copyRedFirst(const CVPixelBuffer::Plane& pixels, std::uint8_t* rows)
+{
+    if (!rows)
+        return false;
+    const auto width = static_cast<std::size_t>(pixels.size.width);
+    parallelRows(0, pixels.size.height, width, [&](int first, int last) {
+        for (auto y = static_cast<std::size_t>(first); y < static_cast<std::size_t>(last); ++y)
+            kernels::reorder(pixels.bytes + y * pixels.bytesPerRow, width, {2, 1, 0, 3}, 0, rows + 4 * width * y);
+    });
+    return true;
 }
 
 } // namespace
@@ -42,30 +59,38 @@ GPUMatrix3x3 GPUImageMovie::preferredConversion() const
 
 void GPUImageMovie::processMovieFrame(const CMSampleBuffer& sample)
 {
-    {
-        const std::scoped_lock lock(m_mutex);
-        m_processingFrameTime = sample.presentationTime;
-    }
-    processMovieFrame(sample.imageBuffer, sample.presentationTime);
+    runSynchronouslyOnVideoProcessingQueue([&] { pushFrame(sample); });
 }
 
 void GPUImageMovie::processMovieFrame(const std::shared_ptr<CVPixelBuffer>& movieFrame, const CMTime& sampleTime)
 {
+    CMSampleBuffer sample;
+    sample.presentationTime = sampleTime;
+    sample.imageBuffer = movieFrame;
+    processMovieFrame(sample);
+}
+
+bool GPUImageMovie::pushFrame(const CMSampleBuffer& sample)
+{
     const double started = Clock::shared()->now();
-    runSynchronouslyOnVideoProcessingQueue([&] {
-        std::shared_ptr<GPUImageFramebuffer> framebuffer = movieFrame ? framebufferOf(*movieFrame) : nullptr;
-        if (!framebuffer) {
-            logError("A frame of the movie could not be shown");
-            return;
-        }
-        pushToTargets({.framebuffer = std::move(framebuffer),
-                       .size = sizeOf(*movieFrame),
-                       .time = sampleTime,
-                       .rotation = rotation(),
-                       .givesUpCount = true});
-    });
+    {
+        const std::scoped_lock lock(m_mutex);
+        m_processingFrameTime = sample.presentationTime;
+    }
+    std::shared_ptr<GPUImageFramebuffer> framebuffer =
+        sample.imageBuffer ? framebufferOf(*sample.imageBuffer) : nullptr;
+    if (!framebuffer) {
+        logError("A frame of the movie could not be shown");
+        return false;
+    }
+    pushToTargets({.framebuffer = std::move(framebuffer),
+                   .size = sizeOf(*sample.imageBuffer),
+                   .time = sample.presentationTime,
+                   .rotation = rotation(),
+                   .givesUpCount = true});
     if (m_runBenchmark)
         logInfo("Current frame time : " + std::to_string(1000 * (Clock::shared()->now() - started)) + " ms");
+    return true;
 }
 
 std::shared_ptr<GPUImageFramebuffer> GPUImageMovie::framebufferOf(const CVPixelBuffer& frame)
@@ -84,10 +109,13 @@ std::shared_ptr<GPUImageFramebuffer> GPUImageMovie::uploadedFrame(const CVPixelB
     FramebufferHold framebuffer;
     framebuffer =
         GPUImageContext::sharedFramebufferCache().fetchFramebufferForSize(sizeOf(frame), outputTextureOptions(), true);
-    const bool uploaded = uploadTexture(
-        *framebuffer,
-        {.bytes = pixels.bytes, .size = frame.size(), .format = GL_BGRA, .bytesPerRow = pixels.bytesPerRow});
-    return uploaded ? framebuffer.release() : nullptr;
+    const bool isThere =
+        GPUImageContext::usesKernels()
+            ? copyRedFirst(pixels, framebuffer->hostPixelsToWrite())
+            : uploadTexture(
+                  *framebuffer,
+                  {.bytes = pixels.bytes, .size = frame.size(), .format = GL_BGRA, .bytesPerRow = pixels.bytesPerRow});
+    return isThere ? framebuffer.release() : nullptr;
 }
 
 std::shared_ptr<GPUImageFramebuffer> GPUImageMovie::convertYUVToRGBOutput(const CVPixelBuffer& frame)

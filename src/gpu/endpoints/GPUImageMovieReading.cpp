@@ -73,6 +73,7 @@ void GPUImageMovie::readUntilEnd()
     const std::shared_ptr<AVAssetReaderOutput> audio = output(AVTrackMediaType::Audio);
     bool hasFrames = video != nullptr;
     bool hasSound = audio != nullptr;
+    const bool hasAnything = hasFrames || hasSound;
     while ((hasFrames || hasSound) && !isStopped()) {
         hasFrames = hasFrames && readNextVideoFrameFromOutput(video);
         // Sound keeps up with the picture: its pieces may be shorter than a frame lasts.
@@ -80,6 +81,8 @@ void GPUImageMovie::readUntilEnd()
             hasSound = hasSound && readNextAudioSampleFromOutput(audio);
         while (hasSound && hasFrames && isSoundBehind());
     }
+    if (!hasAnything)
+        m_keepLooping = false; // or it would go round without a rest
     if (!isStopped())
         finishPass(*reader);
 }
@@ -117,11 +120,12 @@ bool GPUImageMovie::readNextVideoFrameFromOutput(const std::shared_ptr<AVAssetRe
     }
     if (m_playAtActualSpeed)
         m_pacing.waitUntilDue(sample->presentationTime, [this] { return isStopped(); });
-    runSynchronouslyOnVideoProcessingQueue([&] {
-        if (!isStopped())
-            processMovieFrame(*sample);
-    });
+    const bool isShown = valueFromVideoProcessingQueue([&] { return isStopped() || pushFrame(*sample); });
     sample->invalidate();
+    if (!isShown) { // with frames missing nothing that is made of it would be whole
+        fail({m_url, "there is no memory for a frame"});
+        endProcessing();
+    }
     return !isStopped();
 }
 

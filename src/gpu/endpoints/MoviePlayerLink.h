@@ -16,6 +16,7 @@ namespace lamina {
 /// show, and starts when it is told that data are coming. Runs on the video processing queue; its end may be anywhere.
 class MoviePlayerLink : public AVPlayerItemOutputPullDelegate, public std::enable_shared_from_this<MoviePlayerLink> {
 public:
+    /// Called on the queue.
     struct Handlers {
         std::function<void(const CMSampleBuffer& frame)> frame;
         std::function<void(const std::optional<Error>& error)> end; ///< all is shown, or reading has failed

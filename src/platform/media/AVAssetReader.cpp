@@ -121,13 +121,11 @@ private:
         if (m_finished)
             return;
         m_finished = true;
-        --m_state->unfinished;
-        if (m_failure) {
-            m_state->status = AVAssetReaderStatus::Failed;
+        if (m_failure && !m_state->error)
             m_state->error = Error{m_state->asset->path(), m_failure->cause};
-        } else if (m_state->unfinished == 0) {
-            m_state->status = AVAssetReaderStatus::Completed;
-        }
+        // A failure is told once the other tracks have given what they have, too.
+        if (--m_state->unfinished == 0)
+            m_state->status = m_state->error ? AVAssetReaderStatus::Failed : AVAssetReaderStatus::Completed;
     }
 
     bool isFull() const
@@ -241,7 +239,7 @@ public:
     std::optional<Error> error() const override
     {
         const std::lock_guard lock(m_state->mutex);
-        return m_state->error;
+        return m_state->status == AVAssetReaderStatus::Failed ? m_state->error : std::nullopt;
     }
 
     void cancelReading() override

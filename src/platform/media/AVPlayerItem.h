@@ -21,6 +21,7 @@ class PlayerFrames;
 class AVPlayerItemOutputPullDelegate {
 public:
     virtual ~AVPlayerItemOutputPullDelegate() = default;
+    /// Frames are there, or the item goes on.
     virtual void outputMediaDataWillChange(AVPlayerItemVideoOutput& output) = 0;
 };
 
@@ -35,7 +36,9 @@ public:
     const std::shared_ptr<const AVURLAsset>& asset() const { return m_asset; }
     CMTime duration() const { return m_asset->duration(); }
 
+    /// At the movie's own pace.
     void play() { setRate(1); }
+    /// Stands still.
     void pause() { setRate(0); }
     /// Movie seconds a second; 0 stands still. Negative rates and what is no number count as 0.
     void setRate(double rate);
@@ -44,10 +47,12 @@ public:
     void seekToTime(const CMTime& time);
     /// Between zero and the duration.
     CMTime currentTime() const;
+    /// Whether the clock has come to the duration.
     bool hasPlayedToEnd() const;
 
     /// Begins to read for the output, from the current time on.
     void addOutput(const std::shared_ptr<AVPlayerItemVideoOutput>& output);
+    /// Ends reading for it.
     void removeOutput(const std::shared_ptr<AVPlayerItemVideoOutput>& output);
 
 private:

@@ -118,6 +118,7 @@ TEST_F(MovieFrameTest, RowsWithGapsArriveAndEachTargetHasItsCount)
 
 TEST_F(MovieFrameTest, MakesNoObjectOfTheDeviceOnceWarm)
 {
+    GPUImageContext::setUsesKernels(false);
     for (const CVPixelFormat format : {CVPixelFormat::BGRA, CVPixelFormat::BiPlanar420VideoRange}) {
         const auto movie = std::make_shared<GPUImageMovie>(std::string());
         const auto filter = multiplying(0.5F);
@@ -132,6 +133,7 @@ TEST_F(MovieFrameTest, MakesNoObjectOfTheDeviceOnceWarm)
         push(300);
         EXPECT_EQ((glCallsSoFar() - warm).objectsMade(), 0);
     }
+    GPUImageContext::setUsesKernels(true);
 }
 
 } // namespace

@@ -95,6 +95,27 @@ TEST_F(MovieTest, GivesEveryFrameAtItsTimeAndThenTheEnd)
     EXPECT_EQ(consumer->endings(), 1);
 }
 
+TEST_F(MovieTest, PlanesThatAreConvertedOnTheDeviceLookAsFFmpegShowsThem)
+{
+    for (const bool full : {false, true}) {
+        const std::string range = full ? "pc" : "tv";
+        const std::string path = m_folder.path("planes.mov");
+        makeQuartersClip(path, {64, 48},
+                         "scale=out_color_matrix=bt709:out_range=" + range +
+                             ",format=yuv420p,setparams=range=" + range + ":colorspace=bt709",
+                         {"-c:v", "libx264", "-crf", "8"}, "1");
+        const auto movie = std::make_shared<GPUImageMovie>(path);
+        movie->setConvertsOnDevice(true);
+        const auto consumer = consumerOf(*movie);
+        movie->processAsset();
+        ASSERT_EQ(consumer->frames().size(), 1U);
+        EXPECT_EQ(movie->isFullYUVRange(), full);
+        const auto wanted = quarterColors(decodedFrame(path, 0));
+        for (std::size_t i = 0; i < 4; ++i)
+            EXPECT_LE(difference(quarterColors(consumer->last().pixels)[i], wanted[i]), 2) << range << " quarter " << i;
+    }
+}
+
 TEST_F(MovieTest, EveryTransformStandsUprightBehindTheFirstFilter)
 {
     // a, b, c and d of the track's matrix: quarter turns, and mirrored ones.

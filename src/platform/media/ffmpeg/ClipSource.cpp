@@ -2,6 +2,7 @@
 
 #include "platform/base/Causes.h"
 #include "platform/media/ffmpeg/ClipLists_p.h"
+#include "platform/media/ffmpeg/ContainerEnd_p.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -176,6 +177,8 @@ Error ClipSource::failure(int error) const
 /// A container that tells how long its tracks are, and ends before, was cut off.
 bool ClipSource::endsTooEarly() const
 {
+    if (endsWithinPiece(m_file.descriptor, m_size, m_container->iformat->name))
+        return true;
     if (m_container->duration_estimation_method != AVFMT_DURATION_FROM_STREAM)
         return false;
     double end = 0;
@@ -188,7 +191,7 @@ bool ClipSource::endsTooEarly() const
             if (stream)
                 look(stream->start_time, stream->duration, stream->time_base);
     } else {
-        look(m_container->start_time, m_container->duration, {1, AV_TIME_BASE});
+        look(0, m_container->duration, {1, AV_TIME_BASE}); // counted from zero, wherever the tracks begin
     }
     constexpr double kSlip = 0.005; // of the whole; headers are no more exact
     return m_end < end * (1 - kSlip) - 0.5;

@@ -119,9 +119,10 @@ private:
                 return timed.error();
             if (!timed->frame) {
                 // The last frame goes on being shown for as long as it says.
-                if (before.frame && before.duration.isValid() && before.time + before.duration > start)
+                const bool any = before.frame != nullptr;
+                if (any && before.duration.isValid() && before.time + before.duration > start)
                     m_waiting.push_back(std::move(before));
-                return true;
+                return any;
             }
             if (timed->time >= start) {
                 const bool late = !before.frame && timed->time > start;

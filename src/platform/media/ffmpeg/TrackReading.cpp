@@ -35,6 +35,7 @@ AVVideoTrack videoTrack(ClipSource& source)
     track.naturalSize = storedSize(source.container(), picture);
     track.preferredTransform = transformOf(picture);
     track.nominalFrameRate = rate.num > 0 && rate.den > 0 ? av_q2d(rate) : 0;
+    track.isFullRange = picture->codecpar->color_range == AVCOL_RANGE_JPEG;
     track.codec = avcodec_get_name(picture->codecpar->codec_id);
     return track;
 }
@@ -57,10 +58,12 @@ CMTime endOf(ClipSource& source)
         end = end.isValid() ? std::max(end, own) : own;
     }
     const AVFormatContext* container = source.container();
-    if (!end.isValid() && container->duration > 0) {
-        const std::int64_t start = container->start_time != AV_NOPTS_VALUE ? container->start_time : 0;
-        end = mediaTime(start, {1, AV_TIME_BASE}) + mediaTime(container->duration, {1, AV_TIME_BASE});
-    }
+    if (end.isValid() || container->duration <= 0)
+        return end;
+    // What a header tells counts from zero, what was measured from the beginning.
+    const bool measured = container->duration_estimation_method == AVFMT_DURATION_FROM_PTS;
+    const std::int64_t start = measured && container->start_time != AV_NOPTS_VALUE ? container->start_time : 0;
+    end = mediaTime(start, {1, AV_TIME_BASE}) + mediaTime(container->duration, {1, AV_TIME_BASE});
     return end;
 }
 
