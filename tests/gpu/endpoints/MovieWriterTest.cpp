@@ -6,7 +6,6 @@
 #include "gpu/endpoints/RecordingTimes.h"
 #include "platform/base/DispatchSemaphore.h"
 
-#include <span>
 #include <algorithm>
 #include <chrono>
 #include <cmath>
@@ -14,6 +13,7 @@
 #include <cstdint>
 #include <future>
 #include <numbers>
+#include <span>
 #include <utility>
 #include <vector>
 
@@ -284,28 +284,22 @@ TEST_F(MovieWriterTest, InLockstepTheInputsAskForWhatIsWritten)
 {
     const auto writer = makeWriter();
     writer->setHasAudioTrack(true);
-    int frames = 0;
-    int sounds = 0;
     std::promise<void> ended[2];
-    writer->setVideoInputReadyCallback([&, this] {
-        if (frames == 20) {
-            ended[0].set_value();
-            writer->setVideoInputReadyCallback([] { return false; });
-            return false;
-        }
-        m_source->push({64, 48}, greyOf(frames), frameTime(frames));
-        ++frames;
-        return true;
-    });
-    writer->setAudioInputReadyCallback([&] {
-        if (sounds == 30) {
-            ended[1].set_value();
-            writer->setAudioInputReadyCallback([] { return false; });
-            return false;
-        }
-        writer->processAudioBuffer(soundAt(frameTime(sounds++), 0));
-        return true;
-    });
+    // Gives so many pieces, and says once that there are no more.
+    const auto pieces = [](int most, std::promise<void>& end, const std::function<void(int)>& give) {
+        return [most, &end, give, given = std::make_shared<int>(0)] {
+            if (*given < most)
+                give(*given);
+            else if (*given == most)
+                end.set_value();
+            return (*given)++ < most;
+        };
+    };
+    writer->setVideoInputReadyCallback(pieces(20, ended[0], [&](int i) {
+        m_source->push({64, 48}, greyOf(i), frameTime(i));
+    }));
+    writer->setAudioInputReadyCallback(
+        pieces(30, ended[1], [&](int i) { writer->processAudioBuffer(soundAt(frameTime(i), 0)); }));
     writer->startRecording();
     writer->enableSynchronizationCallbacks();
     for (std::promise<void>& end : ended)

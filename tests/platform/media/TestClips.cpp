@@ -84,9 +84,9 @@ std::vector<float> storedSound(const std::string& path)
 
 std::vector<double> frameTimes(const std::string& path)
 {
-    const auto found = nlohmann::json::parse(
-        run(FFPROBE, {"-select_streams", "v:0", "-show_entries", "frame=best_effort_timestamp_time", "-of", "json", path}), nullptr,
-        false);
+    const auto found = nlohmann::json::parse(run(FFPROBE, {"-select_streams", "v:0", "-show_entries",
+                                                           "frame=best_effort_timestamp_time", "-of", "json", path}),
+                                             nullptr, false);
     std::vector<double> times;
     for (const nlohmann::json& frame : found.at("frames"))
         times.push_back(std::stod(frame.at("best_effort_timestamp_time").get<std::string>()));
