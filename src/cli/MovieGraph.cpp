@@ -15,8 +15,8 @@
 #include "gpu/sources/GPUImageRawDataInput.h"
 #include "platform/base/CGGeometry.h"
 #include "platform/base/CMTime.h"
-#include "platform/base/Result.h"
 #include "platform/base/Log.h"
+#include "platform/base/Result.h"
 #include "platform/media/AVAsset.h"
 #include "platform/media/AVAssetReader.h"
 

@@ -60,16 +60,18 @@ public:
     virtual bool isReadyForMoreMediaData() const = 0;
     /// Waits until it is ready, finished, or its writer writes no longer; at most `seconds`. Whether it is ready.
     virtual bool waitUntilReady(double seconds) = 0;
-    /// Video takes frames of the settings' size in `BGRA`, `RGBA`, `BiPlanar420…` or `AsDecoded`; sound takes numbers,
-    /// or packets where the input has no settings; the first frame tells the tags of all. Frames that are not after the
-    /// one before are passed over. False, and nothing was taken, when it isn't ready, or the piece is no such one.
+    /// Video takes frames of the settings' size in `BGRA`, `RGBA`, `BiPlanar420…` or `AsDecoded`; sound takes
+    /// numbers, or packets where the input has no settings; the first frame tells the tags of all. Frames that are not
+    /// after the one before are passed over. False, and nothing was taken, when it isn't ready, or the piece is no such
+    /// one.
     virtual bool appendSampleBuffer(const CMSampleBuffer& sample) = 0;
     /// Nothing more comes; once is enough.
     virtual void markAsFinished() = 0;
     /// Whether that was said.
     virtual bool isFinished() const = 0;
     /// Runs `block` on the queue as often as the input becomes ready, until it is finished or the writer's end. The
-    /// queue outlives that. A block that appended nothing runs again after a hundredth of a second.
+    /// queue must live as long as the block, which may hold it. A block that appended nothing runs again after a
+    /// hundredth of a second.
     virtual void requestMediaDataWhenReady(DispatchQueue& queue, std::function<void()> block) = 0;
 };
 
