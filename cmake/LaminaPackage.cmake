@@ -4,7 +4,7 @@
 include(CMakePackageConfigHelpers)
 
 # Every header of the library's modules is public, but for those marked as a module's own (NAME_p.h).
-set(public_modules base files confined pixels drawing codecs named text gl imageops gpucore gpusources
+set(public_modules base files confined pixels drawing codecs named text gl imageops gpukernels gpucore gpusources
     gpucolor gpublend gpublur gpuedge gpueffect gpuanalysis gpufilters)
 set(LAMINA_PUBLIC_HEADERS "")
 foreach(module IN LISTS public_modules)

@@ -33,6 +33,17 @@ void main()
 }
 )";
 
+const char* const kGPUImageColorSwizzlingFragmentShaderString = R"(
+varying highp vec2 textureCoordinate;
+
+uniform sampler2D inputImageTexture;
+
+void main()
+{
+    gl_FragColor = texture2D(inputImageTexture, textureCoordinate).bgra;
+}
+)";
+
 const QuadCoordinates kGPUImageQuadVertices{-1, -1, 1, -1, -1, 1, 1, 1};
 
 std::shared_ptr<GLProgram> linkedProgram(GPUImageContext& context, const std::string& vertexShader,
@@ -71,17 +82,23 @@ std::string shaderTextFromFile(const std::string& name, const char* extension)
     return text;
 }
 
-void UniformState::setAndExecute(GLint uniform, Block block)
+void UniformState::setAndExecute(GLint uniform, Block block, std::vector<float> values)
 {
-    Block& kept = m_blocks[uniform];
-    kept = std::move(block);
-    kept();
+    Kept& kept = m_blocks[uniform];
+    kept = {std::move(block), std::move(values)};
+    kept.block();
+}
+
+std::span<const float> UniformState::values(GLint uniform) const
+{
+    const auto kept = m_blocks.find(uniform);
+    return kept == m_blocks.end() ? std::span<const float>() : std::span<const float>(kept->second.values);
 }
 
 void UniformState::restore() const
 {
-    for (const auto& [uniform, block] : m_blocks)
-        block();
+    for (const auto& [uniform, kept] : m_blocks)
+        kept.block();
 }
 
 } // namespace lamina

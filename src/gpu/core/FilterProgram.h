@@ -7,6 +7,7 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -18,6 +19,8 @@ class GPUImageContext;
 extern const char* const kGPUImageVertexShaderString;
 /// Gives the input as it is.
 extern const char* const kGPUImagePassthroughFragmentShaderString;
+/// Exchanges red and blue, for who reads what is drawn as B G R A.
+extern const char* const kGPUImageColorSwizzlingFragmentShaderString;
 
 /// Four (x, y) pairs for the corners of a quad in the order of a triangle strip: bottom left, bottom right, top left,
 /// top right of clip space, which are the picture's top left, top right, bottom left, bottom right.
@@ -37,18 +40,31 @@ std::shared_ptr<GLProgram> linkedProgram(const std::string& vertexShader, const 
 /// read, which is logged; a program made of it doesn't link.
 std::string shaderTextFromFile(const std::string& name, const char* extension);
 
+/// A value for a uniform: its numbers, and the call that sets them.
+struct UniformValue {
+    std::function<void(GLint uniform, const std::vector<float>& numbers)> set;
+    std::vector<float> numbers;
+};
+
 /// The uniform values of one filter in one program, as calls that set them again. Filters of the same shaders share a
 /// program; each restores its own values before it draws. Touched on the video processing queue alone.
 class UniformState {
 public:
     using Block = std::function<void()>;
-    /// Runs the block now and at every `restore`, in the place of the former one of this location.
-    void setAndExecute(GLint uniform, Block block);
+    /// Runs the block now and at every `restore`, in the place of the former one of this location. `values`: the
+    /// numbers that it sets, for who computes with them himself; none where they are the block's own affair.
+    void setAndExecute(GLint uniform, Block block, std::vector<float> values = {});
     /// Sets all values again.
     void restore() const;
+    /// The numbers of the last block of this location; none where they were never told.
+    std::span<const float> values(GLint uniform) const;
 
 private:
-    std::map<GLint, Block> m_blocks;
+    struct Kept {
+        Block block;
+        std::vector<float> values;
+    };
+    std::map<GLint, Kept> m_blocks;
 };
 
 } // namespace lamina

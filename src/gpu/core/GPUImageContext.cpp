@@ -9,6 +9,7 @@
 #include <array>
 #include <atomic>
 #include <cassert>
+#include <cstdlib>
 #include <functional>
 #include <mutex>
 #include <set>
@@ -60,6 +61,18 @@ const Capabilities& capabilities()
     if (!kept.load())
         kept.store(new Capabilities(std::move(read))); // for the life of the process
     return *kept.load();
+}
+
+bool kernelsAreWanted()
+{
+    const char* const said = std::getenv("LAMINA_FILTER_KERNELS");
+    return !said || std::string_view(said) != "0";
+}
+
+std::atomic<bool>& kernelSwitch()
+{
+    static std::atomic<bool> isOn{kernelsAreWanted()};
+    return isOn;
 }
 
 std::atomic<int> s_textureLimit{0};
@@ -139,6 +152,16 @@ int GPUImageContext::maximumVaryingVectorsForThisDevice()
 bool GPUImageContext::deviceDrawsOnProcessor()
 {
     return capabilities().drawsOnProcessor;
+}
+
+bool GPUImageContext::usesKernels()
+{
+    return kernelSwitch() && deviceDrawsOnProcessor();
+}
+
+void GPUImageContext::setUsesKernels(bool uses)
+{
+    kernelSwitch() = uses;
 }
 
 bool GPUImageContext::drawsOnProcessor(std::string_view renderer)

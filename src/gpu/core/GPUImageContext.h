@@ -72,6 +72,12 @@ public:
     static bool deviceDrawsOnProcessor();
     /// The same of a driver that calls itself so (GL_RENDERER).
     static bool drawsOnProcessor(std::string_view renderer);
+    /// Whether filters that have a kernel run it on pixels in our own memory instead of drawing: where the processor
+    /// draws anyway, unless the variable LAMINA_FILTER_KERNELS of the environment is 0. From any thread.
+    static bool usesKernels();
+    /// Switches kernels on or off, for comparisons; on has an effect only where the processor draws. Not while frames
+    /// are under way.
+    static void setUsesKernels(bool uses);
     /// By its whole name, as "GL_EXT_texture_rg". From any thread.
     static bool deviceSupportsOpenGLESExtension(std::string_view extension);
     /// Textures of one or two channels (GL_EXT_texture_rg).

@@ -1,12 +1,16 @@
 #include "gpu/core/GPUImageFilter.h"
 
+#include "gpu/core/DrawingFailures.h"
 #include "gpu/core/GLErrors.h"
 #include "gpu/core/GPUImageContext.h"
+#include "gpu/core/GPUTextureOptions.h"
 #include "gpu/core/VideoProcessingQueue.h"
+#include "platform/base/Causes.h"
 
 #include <algorithm>
 #include <array>
 #include <cstddef>
+#include <cstdint>
 #include <utility>
 
 namespace lamina {
@@ -276,9 +280,65 @@ void GPUImageFilter::dropFrame()
         m_imageCaptureSemaphore.signal();
 }
 
+GPUImageFilter::Input GPUImageFilter::inputAt(std::size_t) const
+{
+    return {m_firstInputFramebuffer, m_inputRotation};
+}
+
+namespace {
+
+bool isUpright(const std::shared_ptr<GPUImageFramebuffer>& input, GPUImageRotationMode rotation, IntSize size)
+{
+    return input && rotation == kGPUImageNoRotation && input->pixelSize() == size && input->hasHostPixels();
+}
+
+bool holdsPlainBytes(const GPUTextureOptions& options)
+{
+    return options.internalFormat == GL_RGBA && options.type == GL_UNSIGNED_BYTE;
+}
+
+} // namespace
+
+std::shared_ptr<GPUImageFramebuffer> GPUImageFilter::runKernel(const QuadCoordinates& vertices,
+                                                               const QuadCoordinates& textureCoordinates)
+{
+    const bool isWhole =
+        vertices == kGPUImageQuadVertices && textureCoordinates == textureCoordinatesForRotation(kGPUImageNoRotation);
+    const CGSize size = sizeOfFBO();
+    const IntSize pixels = GPUImageFramebuffer::wholePixels(size);
+    const FilterKernel made = isWhole && GPUImageContext::usesKernels() ? kernel() : FilterKernel();
+    const Input first = inputAt(0);
+    if (!made || pixels.isEmpty() || !holdsPlainBytes(outputTextureOptions()) ||
+        !isUpright(first.framebuffer, first.rotation, pixels))
+        return nullptr;
+    const IntSize secondSize = made.secondSize.value_or(pixels);
+    const Input second = inputAt(inputCount() - 1);
+    const bool hasSecond = inputCount() > 1;
+    if (hasSecond && !isUpright(second.framebuffer, second.rotation, secondSize))
+        return nullptr;
+    auto firstPixels = first.framebuffer->hostPixels();
+    auto secondPixels = hasSecond ? second.framebuffer->hostPixels() : nullptr;
+    if (!firstPixels || (hasSecond && !secondPixels))
+        return nullptr;
+    auto output =
+        GPUImageContext::sharedFramebufferCache().fetchFramebufferForSize(size, outputTextureOptions(), false);
+    std::uint8_t* const written = output->hostPixelsToWrite();
+    if (!written || !made.run({{firstPixels.get(), pixels}, {secondPixels.get(), secondSize}, written})) {
+        DrawingFailures::note(cause::kNoMemory, pixels);
+        output->unlock();
+        return nullptr;
+    }
+    firstPixels.reset(); // who fetches the framebuffer next writes into them
+    secondPixels.reset();
+    unlockInputs();
+    return output;
+}
+
 std::shared_ptr<GPUImageFramebuffer> GPUImageFilter::drawPasses(const QuadCoordinates& vertices,
                                                                 const QuadCoordinates& textureCoordinates)
 {
+    if (auto made = runKernel(vertices, textureCoordinates))
+        return made;
     const QuadCoordinates& upright = textureCoordinatesForRotation(kGPUImageNoRotation);
     const int last = std::max(passCount(), 1) - 1;
     std::shared_ptr<GPUImageFramebuffer> drawn; // by the pass before

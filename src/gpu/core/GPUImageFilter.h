@@ -8,6 +8,7 @@
 #include "gpu/core/GPUImageStage.h"
 #include "gpu/core/GPUVectors.h"
 #include "gpu/core/VertexDraw.h"
+#include "gpu/kernels/KernelFrame.h"
 #include "platform/base/CGGeometry.h"
 #include "platform/base/CMTime.h"
 #include "platform/base/DispatchSemaphore.h"
@@ -190,6 +191,28 @@ protected:
     /// arrays are left as they were found. On the queue.
     void drawVertices(const Pass& pass, const std::shared_ptr<GPUImageFramebuffer>& input, const VertexDraw& draw);
 
+    /// What a kernel reads of an input. On the queue.
+    struct Input {
+        const std::shared_ptr<GPUImageFramebuffer>& framebuffer;
+        GPUImageRotationMode rotation;
+    };
+    /// How many inputs there are.
+    virtual std::size_t inputCount() const { return 1; }
+    /// The one in this slot.
+    virtual Input inputAt(std::size_t slot) const;
+    /// What draws a frame without GL, all passes of it, with the values that are in force now; empty here. It is run
+    /// where kernels are used, for whole frames of the input's size that lie upright. On the queue.
+    virtual FilterKernel kernel() const { return {}; }
+    /// What the kernel makes of the inputs, whose counts are given back then; null where there is none that can work on
+    /// them, and they are to be drawn. With the count of the fetch. On the queue.
+    std::shared_ptr<GPUImageFramebuffer> runKernel(const QuadCoordinates& vertices,
+                                                   const QuadCoordinates& textureCoordinates);
+    /// The numbers of a uniform of the first program as they are in force; none where this filter never set them. On
+    /// the queue.
+    std::span<const float> uniformValues(GLint uniform) const;
+    /// The same by its name.
+    std::span<const float> uniformValues(const char* name) const;
+
     // A frame may be drawn in several passes, each of which reads what the one before drew. They take turns with two
     // framebuffers (of one size, where all passes have it); only what the last one draws is kept and handed on. The
     // inputs' rotation acts in the first pass.
@@ -251,7 +274,7 @@ protected:
 
 private:
     using UniformPlace = std::variant<GLint, std::string>;
-    void setUniform(UniformPlace place, const std::shared_ptr<GLProgram>& program, std::function<void(GLint)> apply);
+    void setUniform(UniformPlace place, const std::shared_ptr<GLProgram>& program, UniformValue value);
 
     /// Whether each pixel of the pass has a texel of the input under it.
     bool liesOnGrid(const std::shared_ptr<GPUImageFramebuffer>& input, const QuadCoordinates& textureCoordinates) const;

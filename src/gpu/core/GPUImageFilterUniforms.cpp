@@ -6,8 +6,7 @@
 #include "platform/base/CGGeometry.h"
 #include "platform/gl/GLHeaders.h"
 
-#include <cassert>
-#include <functional>
+#include <cstring>
 #include <memory>
 #include <span>
 #include <string>
@@ -40,14 +39,23 @@ void GPUImageFilter::setUniformsForProgramAtIndex(int)
     m_uniformState->restore();
 }
 
-void GPUImageFilter::setUniform(UniformPlace place, const std::shared_ptr<GLProgram>& program,
-                                std::function<void(GLint)> apply)
+std::span<const float> GPUImageFilter::uniformValues(GLint uniform) const
+{
+    return m_uniformState->values(uniform);
+}
+
+std::span<const float> GPUImageFilter::uniformValues(const char* name) const
+{
+    return m_filterProgram ? uniformValues(m_filterProgram->uniformIndex(name)) : std::span<const float>();
+}
+
+void GPUImageFilter::setUniform(UniformPlace place, const std::shared_ptr<GLProgram>& program, UniformValue value)
 {
     if (!program)
         return;
     // The filter may be gone when the block runs; the state is not.
     runAsynchronouslyOnVideoProcessingQueue(
-        [state = uniformStateFor(program), program, place = std::move(place), apply = std::move(apply)] {
+        [state = uniformStateFor(program), program, place = std::move(place), value = std::move(value)] {
             if (!program->initialized())
                 return;
             const std::string* name = std::get_if<std::string>(&place);
@@ -55,48 +63,60 @@ void GPUImageFilter::setUniform(UniformPlace place, const std::shared_ptr<GLProg
             if (uniform < 0)
                 return;
             GPUImageContext::setActiveShaderProgram(program);
-            state->setAndExecute(uniform, [apply, uniform] { apply(uniform); });
+            state->setAndExecute(
+                uniform, [value, uniform] { value.set(uniform, value.numbers); }, value.numbers);
         });
 }
 
 namespace {
 
-auto integer(int value)
+using Numbers = const std::vector<float>&;
+
+UniformValue integer(int value)
 {
-    return [value](GLint uniform) { glUniform1i(uniform, value); };
+    return {[value](GLint uniform, Numbers) { glUniform1i(uniform, value); }, {static_cast<float>(value)}};
 }
 
-auto number(float value)
+UniformValue number(float value)
 {
-    return [value](GLint uniform) { glUniform1f(uniform, value); };
+    return {[](GLint uniform, Numbers numbers) { glUniform1f(uniform, numbers[0]); }, {value}};
 }
 
-auto pair(double first, double second)
+UniformValue pair(double first, double second)
 {
-    return
-        [x = static_cast<float>(first), y = static_cast<float>(second)](GLint uniform) { glUniform2f(uniform, x, y); };
+    return {[](GLint uniform, Numbers numbers) { glUniform2f(uniform, numbers[0], numbers[1]); },
+            {static_cast<float>(first), static_cast<float>(second)}};
 }
 
-auto vector3(const GPUVector3& value)
+UniformValue vector3(const GPUVector3& value)
 {
-    return [value](GLint uniform) { glUniform3fv(uniform, 1, &value.one); };
+    return {[](GLint uniform, Numbers numbers) { glUniform3fv(uniform, 1, numbers.data()); },
+            {value.one, value.two, value.three}};
 }
 
-auto vector4(const GPUVector4& value)
+UniformValue vector4(const GPUVector4& value)
 {
-    return [value](GLint uniform) { glUniform4fv(uniform, 1, &value.one); };
+    return {[](GLint uniform, Numbers numbers) { glUniform4fv(uniform, 1, numbers.data()); },
+            {value.one, value.two, value.three, value.four}};
 }
 
-auto array(std::span<const float> values)
+UniformValue array(std::span<const float> values)
 {
-    return [copy = std::vector<float>(values.begin(), values.end())](GLint uniform) {
-        glUniform1fv(uniform, static_cast<GLsizei>(copy.size()), copy.data());
-    };
+    return {[](GLint uniform, Numbers numbers) {
+                glUniform1fv(uniform, static_cast<GLsizei>(numbers.size()), numbers.data());
+            },
+            {values.begin(), values.end()}};
 }
 
-// Records of floats lie in memory as GL reads them.
-static_assert(sizeof(GPUVector3) == 3 * sizeof(GLfloat) && sizeof(GPUVector4) == 4 * sizeof(GLfloat));
-static_assert(sizeof(GPUMatrix3x3) == 9 * sizeof(GLfloat) && sizeof(GPUMatrix4x4) == 16 * sizeof(GLfloat));
+/// The numbers of a matrix, column by column, as GL reads them.
+template <class Matrix>
+std::vector<float> numbersOf(const Matrix& value)
+{
+    static_assert(sizeof(Matrix) == 9 * sizeof(float) || sizeof(Matrix) == 16 * sizeof(float));
+    std::vector<float> numbers(sizeof(Matrix) / sizeof(float));
+    std::memcpy(numbers.data(), &value, sizeof(Matrix));
+    return numbers;
+}
 
 } // namespace
 
@@ -137,12 +157,16 @@ void GPUImageFilter::setFloatArray(std::span<const float> values, const std::str
 
 void GPUImageFilter::setMatrix3f(const GPUMatrix3x3& value, GLint uniform, const std::shared_ptr<GLProgram>& program)
 {
-    setUniform(uniform, program, [value](GLint place) { glUniformMatrix3fv(place, 1, GL_FALSE, &value.one.one); });
+    setUniform(uniform, program,
+               {[](GLint place, Numbers numbers) { glUniformMatrix3fv(place, 1, GL_FALSE, numbers.data()); },
+                numbersOf(value)});
 }
 
 void GPUImageFilter::setMatrix4f(const GPUMatrix4x4& value, GLint uniform, const std::shared_ptr<GLProgram>& program)
 {
-    setUniform(uniform, program, [value](GLint place) { glUniformMatrix4fv(place, 1, GL_FALSE, &value.one.one); });
+    setUniform(uniform, program,
+               {[](GLint place, Numbers numbers) { glUniformMatrix4fv(place, 1, GL_FALSE, numbers.data()); },
+                numbersOf(value)});
 }
 
 void GPUImageFilter::setFloat(float value, GLint uniform, const std::shared_ptr<GLProgram>& program)

@@ -14,6 +14,8 @@
 #include <atomic>
 #include <cassert>
 #include <cstdint>
+#include <cstring>
+#include <optional>
 #include <utility>
 
 namespace lamina {
@@ -21,6 +23,9 @@ namespace lamina {
 namespace {
 
 std::atomic<std::size_t> s_living{0};
+
+/// Of more than this no memory is kept beside a texture in the pool.
+constexpr std::size_t kMostIdlePixels = std::size_t{16} << 20;
 
 int cutToWhole(double side)
 {
@@ -50,18 +55,13 @@ GPUImageFramebuffer::GPUImageFramebuffer(CGSize size, const GPUTextureOptions& o
     , m_textureOptions(options)
 {
     ++s_living;
-    runSynchronouslyOnVideoProcessingQueue([this] {
-        if (!GPUImageContext::useImageProcessingContext())
-            return;
-        if (m_missingFramebuffer)
-            generateTexture();
-        else
-            generateFramebuffer();
-    });
+    if (!GPUImageContext::usesKernels())
+        runSynchronouslyOnVideoProcessingQueue([this] { generate(); });
 }
 
 GPUImageFramebuffer::GPUImageFramebuffer(CGSize size, GLuint overriddenTexture)
     : m_referenceCountingDisabled(true)
+    , m_isGenerated(true)
     , m_ownsTexture(false)
     , m_texture(overriddenTexture)
     , m_size(size)
@@ -94,9 +94,105 @@ void GPUImageFramebuffer::setFilters(Filters filters)
 void GPUImageFramebuffer::bindForReading(TextureReads reads)
 {
     constexpr Filters kNearest{GL_NEAREST, GL_NEAREST};
+    bringUp();
     glBindTexture(GL_TEXTURE_2D, m_texture);
     if (m_ownsTexture)
         setFilters(reads == TextureReads::TexelCentres ? kNearest : m_smoothFilters);
+}
+
+void GPUImageFramebuffer::generate()
+{
+    if (m_isGenerated || !GPUImageContext::useImageProcessingContext())
+        return;
+    m_isGenerated = true;
+    if (m_missingFramebuffer)
+        generateTexture();
+    else
+        generateFramebuffer();
+}
+
+/// Names and memory are there, and the newest pixels in the texture. The unit that is active stays so.
+void GPUImageFramebuffer::bringUp()
+{
+    if (m_isGenerated && m_textureIsValid)
+        return;
+    GLint unit = GL_TEXTURE0;
+    GLint target = 0;
+    glGetIntegerv(GL_ACTIVE_TEXTURE, &unit);
+    glGetIntegerv(GL_FRAMEBUFFER_BINDING, &target);
+    generate();
+    if (!m_textureIsValid) {
+        m_textureIsValid = true; // what is called now asks for the texture
+        const std::shared_ptr<const std::uint8_t> pixels = std::move(m_hostPixels);
+        setHostPixels(nullptr);
+        uploadTexture(*this, {pixels.get(), pixelSize()});
+    }
+    glActiveTexture(static_cast<GLenum>(unit));
+    glBindFramebuffer(GL_FRAMEBUFFER, static_cast<GLuint>(target));
+}
+
+GLuint GPUImageFramebuffer::texture()
+{
+    if (!m_isGenerated || !m_textureIsValid)
+        runSynchronouslyOnVideoProcessingQueue([this] { bringUp(); });
+    return m_texture;
+}
+
+bool GPUImageFramebuffer::hasHostPixels() const
+{
+    if (m_hostIsValid)
+        return true;
+    const bool fourBytes = m_textureStorage.type == GL_UNSIGNED_BYTE &&
+                           (m_textureStorage.format == GL_RGBA || m_textureStorage.format == GL_BGRA);
+    return m_ownsTexture && m_isGenerated && fourBytes && m_textureStorage.size == pixelSize();
+}
+
+std::shared_ptr<const std::uint8_t> GPUImageFramebuffer::hostPixels()
+{
+    if (!m_hostIsValid && hasHostPixels()) {
+        PixelBuffer read = readTexture();
+        m_ownPixels = read.data();
+        m_hostPixels = std::move(read).share();
+        m_hostIsValid = m_hostPixels != nullptr;
+    }
+    return m_hostIsValid ? m_hostPixels : nullptr;
+}
+
+std::uint8_t* GPUImageFramebuffer::hostPixelsToWrite()
+{
+    if (!m_ownPixels || m_hostPixels.use_count() != 1) {
+        setHostPixels(nullptr);
+        PixelBuffer buffer = PixelBuffer::allocate(byteCount());
+        m_ownPixels = buffer.data();
+        m_hostPixels = std::move(buffer).share();
+    }
+    m_hostIsValid = m_hostPixels != nullptr;
+    m_textureIsValid = !m_hostIsValid;
+    return m_ownPixels;
+}
+
+void GPUImageFramebuffer::setHostPixels(std::shared_ptr<const std::uint8_t> pixels)
+{
+    m_ownPixels = nullptr;
+    m_hostIsValid = pixels != nullptr;
+    m_textureIsValid = !m_hostIsValid;
+    m_hostPixels = std::move(pixels);
+}
+
+void GPUImageFramebuffer::forgetPixels()
+{
+    const bool reusable = m_ownPixels && m_hostPixels.use_count() == 1 && byteCount() <= kMostIdlePixels;
+    if (!reusable)
+        setHostPixels(nullptr);
+    m_hostIsValid = false;
+    m_textureIsValid = true; // as good as any
+}
+
+std::size_t GPUImageFramebuffer::heldBytes() const
+{
+    // A texture that is only uploaded into counts from the start: it is to be.
+    const bool hasTexture = m_isGenerated || (m_missingFramebuffer && !m_hostPixels);
+    return byteCount() * ((hasTexture ? 1 : 0) + (m_hostPixels ? 1 : 0));
 }
 
 void GPUImageFramebuffer::generateTexture()
@@ -143,11 +239,13 @@ void GPUImageFramebuffer::destroyFramebuffer()
     });
 }
 
-void GPUImageFramebuffer::activateFramebuffer() const
+void GPUImageFramebuffer::activateFramebuffer()
 {
     if (!mayCallGL())
         return;
     const IntSize pixels = pixelSize();
+    bringUp();
+    setHostPixels(nullptr); // they are to be drawn over
     glBindFramebuffer(GL_FRAMEBUFFER, m_framebuffer);
     glViewport(0, 0, pixels.width, pixels.height);
 }
@@ -189,25 +287,75 @@ CGImage GPUImageFramebuffer::contents(AlphaForm drawn) const
         [&] { return GPUImageContext::useImageProcessingContext() ? readPixels(drawn) : CGImage(); });
 }
 
-CGImage GPUImageFramebuffer::readPixels(AlphaForm drawn) const
+namespace {
+
+/// A framebuffer around a texture that has none, bound for its length.
+class ReadingFramebuffer {
+public:
+    explicit ReadingFramebuffer(GLuint texture)
+    {
+        glGetIntegerv(GL_FRAMEBUFFER_BINDING, &m_before);
+        glGenFramebuffers(1, &m_name);
+        glBindFramebuffer(GL_FRAMEBUFFER, m_name);
+        glFramebufferTexture2D(GL_FRAMEBUFFER, GL_COLOR_ATTACHMENT0, GL_TEXTURE_2D, texture, 0);
+    }
+    ~ReadingFramebuffer()
+    {
+        glBindFramebuffer(GL_FRAMEBUFFER, static_cast<GLuint>(m_before));
+        glDeleteFramebuffers(1, &m_name);
+    }
+    ReadingFramebuffer(const ReadingFramebuffer&) = delete;
+    ReadingFramebuffer& operator=(const ReadingFramebuffer&) = delete;
+
+private:
+    GLint m_before = 0;
+    GLuint m_name = 0;
+};
+
+} // namespace
+
+/// Without memory where there is none, or nothing to be read. The bound framebuffer is read, or one around the texture.
+PixelBuffer GPUImageFramebuffer::readTexture() const
 {
     const IntSize pixels = pixelSize();
-    if (pixels.isEmpty() || m_framebuffer == 0)
-        return {};
-    activateFramebuffer();
+    std::optional<ReadingFramebuffer> around;
+    if (m_framebuffer != 0)
+        glBindFramebuffer(GL_FRAMEBUFFER, m_framebuffer);
+    else
+        around.emplace(m_texture);
     // Nothing would be read, and the buffer show what was in memory before.
     if (!isComplete(pixels))
         return {};
-    const CGImageLayout layout = CGImageLayout::rgba(pixels.width, pixels.height, CGImageAlphaInfo::Last);
-    PixelBuffer buffer = PixelBuffer::allocate(layout.byteCount());
+    PixelBuffer buffer = PixelBuffer::allocate(byteCount());
     if (!buffer) {
         DrawingFailures::note(cause::kNoMemory, pixels);
         return {};
     }
     glReadPixels(0, 0, pixels.width, pixels.height, GL_RGBA, GL_UNSIGNED_BYTE, buffer.data());
     checkDraw("reading a framebuffer");
+    return buffer;
+}
+
+CGImage GPUImageFramebuffer::readPixels(AlphaForm drawn) const
+{
+    const IntSize pixels = pixelSize();
+    if (pixels.isEmpty() || m_missingFramebuffer)
+        return {};
+    const CGImageLayout layout = CGImageLayout::rgba(pixels.width, pixels.height, CGImageAlphaInfo::Last);
+    if (m_hostIsValid && drawn == AlphaForm::Straight)
+        return CGImage::make(layout, m_hostPixels, byteCount());
+    PixelBuffer buffer;
+    if (m_hostIsValid) {
+        buffer = PixelBuffer::allocate(byteCount());
+        if (buffer)
+            std::memcpy(buffer.data(), m_hostPixels.get(), byteCount());
+    } else if (m_framebuffer != 0) {
+        buffer = readTexture();
+    }
+    if (!buffer)
+        return {};
     if (drawn == AlphaForm::Premultiplied)
-        kernels::unpremultiply(buffer.data(), layout.byteCount() / 4);
+        kernels::unpremultiply(buffer.data(), byteCount() / 4);
     return CGImage::make(layout, std::move(buffer));
 }
 

@@ -5,8 +5,10 @@
 #include "platform/gl/GLHeaders.h"
 #include "platform/image/pixels/AlphaForm.h"
 #include "platform/image/pixels/CGImage.h"
+#include "platform/image/pixels/PixelBuffer.h"
 
 #include <cstddef>
+#include <cstdint>
 #include <memory>
 
 namespace lamina {
@@ -28,6 +30,10 @@ struct TextureStorage {
 
 /// A texture to read and, unless it is a texture only, to draw into; pooled by `GPUImageFramebufferCache`.
 ///
+/// Where the processor works on frames by itself (`GPUImageContext::usesKernels`) the pixels may lie in our own memory
+/// instead: whoever asks for them at the other side has them brought there. GL names and the texture's memory are made
+/// when something is first drawn.
+///
 /// Users are counted by hand: a fetch gives one count, each consumer locks when it is handed the framebuffer and
 /// unlocks after its draw, and at zero the object goes back to the pool. Counts are touched on the video processing
 /// queue alone, which is the shared context's: other contexts may read the textures, but count nothing. Whoever holds a
@@ -46,8 +52,8 @@ public:
 
     CGSize size() const { return m_size; }
     const GPUTextureOptions& textureOptions() const { return m_textureOptions; }
-    /// The name, for uploads; draws bind it by `bindForReading`.
-    GLuint texture() const { return m_texture; }
+    /// The name, of a texture that has the newest pixels; draws bind it by `bindForReading`.
+    GLuint texture();
     /// A texture only.
     bool missingFramebuffer() const { return m_missingFramebuffer; }
     /// The size in whole pixels, as GL has it.
@@ -65,8 +71,27 @@ public:
     /// queue.
     void setMinFilter(GLenum filter) { m_smoothFilters.minimizing = filter; }
 
-    /// Draws go here from now on, over the whole area. On the queue.
-    void activateFramebuffer() const;
+    /// Draws go here from now on, over the whole area. What was in our own memory is in the texture. On the queue.
+    void activateFramebuffer();
+
+    // Pixels in our own memory: R G B A of 8 bits, rows without gaps, first row of the texture on top. On the queue.
+
+    /// Whether `hostPixels` can be had: there are four bytes a pixel to be read.
+    bool hasHostPixels() const;
+    /// The pixels, read back where a draw was newer; null where they can't be. They stay as they are while they are
+    /// held.
+    std::shared_ptr<const std::uint8_t> hostPixels();
+    /// The same where nothing is to be read back; else null.
+    std::shared_ptr<const std::uint8_t> hostPixelsAtHand() const { return m_hostIsValid ? m_hostPixels : nullptr; }
+    /// Memory for the pixels, which the caller writes all of: what was drawn before is gone. Null: memory is short.
+    std::uint8_t* hostPixelsToWrite();
+    /// The pixels from now on; null: there are none, and what the texture holds counts.
+    void setHostPixels(std::shared_ptr<const std::uint8_t> pixels);
+    /// For the pool: what was drawn plays no part any more. Memory that a next frame can be written into is kept,
+    /// unless it is large.
+    void forgetPixels();
+    /// Bytes of memory that textures and pixels take, ours and GL's.
+    std::size_t heldBytes() const;
 
     /// One count more. On the queue, as `unlock`.
     void lock();
@@ -98,15 +123,24 @@ private:
     };
     /// The texture must be bound.
     void setFilters(Filters filters);
+    void generate();
     void generateTexture();
     void generateFramebuffer();
     void destroyFramebuffer();
+    void bringUp();
+    PixelBuffer readTexture() const;
     CGImage readPixels(AlphaForm drawn) const;
+    std::size_t byteCount() const { return bytesPerRow() * static_cast<std::size_t>(pixelSize().height); }
 
+    std::shared_ptr<const std::uint8_t> m_hostPixels; ///< the newest, or memory to be written anew
+    std::uint8_t* m_ownPixels = nullptr;              ///< `m_hostPixels` where it was made here
+    bool m_hostIsValid = false;
+    bool m_textureIsValid = true;
     GLuint m_framebuffer = 0;
     unsigned m_framebufferReferenceCount = 0;
     bool m_referenceCountingDisabled = false;
     bool m_missingFramebuffer = false;
+    bool m_isGenerated = false; ///< whether GL names stand
     bool m_ownsTexture = true;
     GLuint m_texture = 0;
     CGSize m_size;

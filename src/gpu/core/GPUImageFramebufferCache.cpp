@@ -18,11 +18,6 @@ FramebufferKind kindOf(const GPUImageFramebuffer& framebuffer)
     return {framebuffer.size(), framebuffer.textureOptions(), framebuffer.missingFramebuffer()};
 }
 
-std::size_t bytesOf(const GPUImageFramebuffer& framebuffer)
-{
-    return framebuffer.bytesPerRow() * static_cast<std::size_t>(framebuffer.pixelSize().height);
-}
-
 } // namespace
 
 GPUImageFramebufferCache::GPUImageFramebufferCache()
@@ -81,10 +76,10 @@ std::shared_ptr<GPUImageFramebuffer> GPUImageFramebufferCache::takeIdle(const Fr
     if (idle == m_idle.end())
         return nullptr;
     std::shared_ptr<GPUImageFramebuffer> last = std::move(idle->second.back().framebuffer);
+    m_idleBytes -= idle->second.back().bytes;
     idle->second.pop_back();
     if (idle->second.empty())
         m_idle.erase(idle);
-    m_idleBytes -= bytesOf(*last);
     --m_idleCount;
     return last;
 }
@@ -98,13 +93,15 @@ void GPUImageFramebufferCache::returnFramebufferToCache(const std::shared_ptr<GP
 void GPUImageFramebufferCache::put(std::shared_ptr<GPUImageFramebuffer> framebuffer)
 {
     assert(isOnVideoProcessingQueue());
+    framebuffer->forgetPixels();
+    const std::size_t bytes = framebuffer->heldBytes();
     // Of what is drawn into the next pass has a use, however large it is; a picture that large seldom comes twice.
-    if (framebuffer->missingFramebuffer() && bytesOf(*framebuffer) > kIdleByteLimit)
+    if (framebuffer->missingFramebuffer() && bytes > kIdleByteLimit)
         return;
-    m_idleBytes += bytesOf(*framebuffer);
+    m_idleBytes += bytes;
     ++m_idleCount;
     IdleOfKind& others = m_idle[kindOf(*framebuffer)];
-    others.push_back({std::move(framebuffer), ++m_returns});
+    others.push_back({std::move(framebuffer), ++m_returns, bytes});
     while (m_idleBytes > kIdleByteLimit && m_idleCount > 1)
         dropOldest();
 }
@@ -114,7 +111,7 @@ void GPUImageFramebufferCache::dropOldest()
     const auto oldest =
         std::ranges::min_element(m_idle, {}, [](const auto& entry) { return entry.second.front().returned; });
     IdleOfKind& ofKind = oldest->second;
-    m_idleBytes -= bytesOf(*ofKind.front().framebuffer);
+    m_idleBytes -= ofKind.front().bytes;
     --m_idleCount;
     ofKind.erase(ofKind.begin());
     if (ofKind.empty())

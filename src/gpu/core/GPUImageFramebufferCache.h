@@ -58,6 +58,7 @@ private:
     struct Idle {
         std::shared_ptr<GPUImageFramebuffer> framebuffer;
         std::uint64_t returned; ///< running number of the return
+        std::size_t bytes;      ///< that it holds
     };
     /// Those of one kind, in the order of their return.
     using IdleOfKind = std::vector<Idle>;

@@ -101,6 +101,13 @@ FramebufferHold& GPUImageTwoInputFilter::heldBy(std::size_t slot)
     return slot == 0 ? m_firstInputFramebuffer : m_slots[slot].inputFramebuffer;
 }
 
+GPUImageFilter::Input GPUImageTwoInputFilter::inputAt(std::size_t slot) const
+{
+    if (slot == 0)
+        return GPUImageFilter::inputAt(0);
+    return {m_slots[slot].inputFramebuffer, m_slots[slot].inputRotation};
+}
+
 /// Stills come once and are drawn from again.
 void GPUImageTwoInputFilter::unlockInputs()
 {

@@ -51,6 +51,8 @@ protected:
 
     void disableFrameCheck(std::size_t slot);
 
+    std::size_t inputCount() const override { return m_slots.size(); }
+    Input inputAt(std::size_t slot) const override;
     void unlockInputs() override;
     void bindFurtherInputs() override;
     void disableFurtherArrays() override;

@@ -82,6 +82,12 @@ std::shared_ptr<GPUImageFramebuffer> GPUImageTwoPassFilter::drawBothPasses(const
                                                                            const QuadCoordinates& textureCoordinates,
                                                                            Kept kept)
 {
+    if (std::shared_ptr<GPUImageFramebuffer> made = runKernel(vertices, textureCoordinates)) {
+        m_firstInputFramebuffer.reset();
+        if (kept == Kept::Output)
+            holdForCapture(*made);
+        return made;
+    }
     const std::shared_ptr<GPUImageFramebuffer> between = beginOutput(m_backgroundColor, sizeOfPass(0));
     drawPass(firstPass(), m_firstInputFramebuffer, vertices, textureCoordinates);
     // The input goes back to the pool before the second framebuffer is fetched, which may then be the very same.

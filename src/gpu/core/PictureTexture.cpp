@@ -50,6 +50,19 @@ public:
     explicit operator bool() const { return m_changed || m_bytes.pixels; }
     const std::uint8_t* data() const { return m_changed ? m_changed.data() : m_bytes.pixels.bytes().data(); }
     GLenum format() const { return m_bytes.format; }
+    /// For whoever keeps them: with red first. Null where memory was short.
+    std::shared_ptr<const std::uint8_t> share() &&
+    {
+        const bool blueFirst = m_bytes.format == GL_BGRA;
+        if (blueFirst)
+            change([](PixelBuffer&) {});
+        if (blueFirst && m_changed)
+            kernels::reorder(m_changed.data(), m_changed.size() / 4, {2, 1, 0, 3}, 0, m_changed.data());
+        if (m_changed || !m_bytes.pixels)
+            return std::move(m_changed).share();
+        const auto kept = std::make_shared<const CGImage>(std::move(m_bytes.pixels));
+        return {kept, kept->bytes().data()};
+    }
 
     /// Nothing where the bytes are not premultiplied.
     void divideByAlpha()
@@ -136,6 +149,14 @@ void PictureTexture::upload(CGImage image, PictureUpload how, bool redraw)
     runSynchronouslyOnVideoProcessingQueue([&] {
         m_framebuffer = GPUImageContext::sharedFramebufferCache().fetchFramebufferForSize(m_textureSize, true);
         m_framebuffer->disableReferenceCounting();
+        // Filters may work on the pixels where they are.
+        if (data && m_mipmaps == Mipmaps::None && GPUImageContext::usesKernels() && !size.isEmpty()) {
+            std::shared_ptr<const std::uint8_t> pixels = std::move(data).share();
+            if (!pixels)
+                DrawingFailures::note(cause::kNoMemory, size);
+            m_framebuffer->setHostPixels(std::move(pixels));
+            return;
+        }
         uploadTexture(*m_framebuffer, {data.data(), m_framebuffer->pixelSize(), data.format()}, m_mipmaps);
     });
 }

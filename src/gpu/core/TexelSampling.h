@@ -106,13 +106,16 @@ protected:
     {
     }
 
+    /// Whether the neighbours are the texels next to a pixel. On the queue.
+    bool stepsOverTexels() const { return !m_texelSize.isOverridden(); }
+
     /// Of the program that gets the way, all varyings must lie whole ways from the pixel, as those of
     /// `kGPUImageNearbyTexelSamplingVertexShaderString` do, or this be overridden. Computed places are found out.
     bool readsTexelCentres(int programIndex, std::size_t slot) const override
     {
         if (programIndex != (kInSecondPass ? 1 : 0))
             return Base::readsTexelCentres(programIndex, slot);
-        return !m_texelSize.isOverridden() && samplingProgram()->reads(slot) != ShaderReads::Anywhere;
+        return stepsOverTexels() && samplingProgram()->reads(slot) != ShaderReads::Anywhere;
     }
 
     /// Whether what is sampled, the first input here, lies on its side in its texture. On the queue.

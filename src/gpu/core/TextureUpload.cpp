@@ -124,7 +124,7 @@ void setSampling(GPUImageFramebuffer& framebuffer, Mipmaps mipmaps)
     glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_T, sampled(options.wrapT));
 }
 
-void beginUpload(const GPUImageFramebuffer& framebuffer)
+void beginUpload(GPUImageFramebuffer& framebuffer)
 {
     glActiveTexture(GL_TEXTURE1);
     glBindTexture(GL_TEXTURE_2D, framebuffer.texture());
@@ -173,6 +173,7 @@ bool uploadTexture(GPUImageFramebuffer& framebuffer, const UploadPixels& pixels,
         DrawingFailures::note(cause::kNoMemory, pixels.size);
     if (!rows.ok() || !GPUImageContext::useImageProcessingContext())
         return false;
+    framebuffer.setHostPixels(nullptr);
     beginUpload(framebuffer);
     setSampling(framebuffer, mipmaps);
     const TextureStorage storage{pixels.size, form.internalFormat, form.format, pixels.type};
@@ -203,6 +204,7 @@ bool uploadTexturePart(GPUImageFramebuffer& framebuffer, int x, int y, const Upl
     if (!rows.ok() || !GPUImageContext::useImageProcessingContext())
         return false;
     beginUpload(framebuffer);
+    framebuffer.setHostPixels(nullptr);
     putInto(storage, x, y, pixels.size, rows);
     endUpload(true, mipmaps);
     return true;

@@ -37,6 +37,7 @@ struct AVVideoTrack {
     AVTrackTransform preferredTransform;
     double nominalFrameRate = 0;    ///< frames a second on the average; 0 where it can't be told
     CMTime startTime = kCMTimeZero; ///< of the first frame, in the movie's own time
+    bool isFullRange = false;       ///< as tagged: black is 0 and white is 255, not 16 and 235
     std::string codec;
 };
 

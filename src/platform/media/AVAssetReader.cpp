@@ -28,7 +28,6 @@ struct ReadingState {
     std::mutex mutex; ///< of all below, and of the outputs' queues
     AVAssetReaderStatus status = AVAssetReaderStatus::Unknown;
     std::optional<Error> error;
-    std::optional<Error> failure; ///< of the first output that failed
     std::size_t unfinished = 0; ///< outputs that have more to give
     std::atomic<bool> cancelled = false;
 };
@@ -122,13 +121,11 @@ private:
         if (m_finished)
             return;
         m_finished = true;
-        --m_state->unfinished;
-        if (m_failure && !m_state->failure)
-            m_state->failure = Error{m_state->asset->path(), m_failure->cause};
-        if (m_state->unfinished > 0)
-            return; // of a cut movie the others' pieces are there all the same
-        m_state->error = m_state->failure;
-        m_state->status = m_state->error ? AVAssetReaderStatus::Failed : AVAssetReaderStatus::Completed;
+        if (m_failure && !m_state->error)
+            m_state->error = Error{m_state->asset->path(), m_failure->cause};
+        // A failure is told once the other tracks have given what they have, too.
+        if (--m_state->unfinished == 0)
+            m_state->status = m_state->error ? AVAssetReaderStatus::Failed : AVAssetReaderStatus::Completed;
     }
 
     bool isFull() const
@@ -242,7 +239,7 @@ public:
     std::optional<Error> error() const override
     {
         const std::lock_guard lock(m_state->mutex);
-        return m_state->error;
+        return m_state->status == AVAssetReaderStatus::Failed ? m_state->error : std::nullopt;
     }
 
     void cancelReading() override

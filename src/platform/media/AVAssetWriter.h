@@ -60,8 +60,8 @@ public:
     virtual bool isReadyForMoreMediaData() const = 0;
     /// Waits until it is ready, finished, or its writer writes no longer; at most `seconds`. Whether it is ready.
     virtual bool waitUntilReady(double seconds) = 0;
-    /// Video takes frames of the settings' size in `BGRA`, `BiPlanar420…` or `AsDecoded`; sound takes numbers, or
-    /// packets where the input has no settings. False when it failed: the writer's `error` says why.
+    /// Video takes frames of the settings' size in `BGRA`, `RGBA`, `BiPlanar420…` or `AsDecoded`; sound takes
+    /// numbers, or packets where the input has no settings. False when it failed: the writer's `error` says why.
     virtual bool appendSampleBuffer(const CMSampleBuffer& sample) = 0;
     /// Nothing more comes; once is enough.
     virtual void markAsFinished() = 0;

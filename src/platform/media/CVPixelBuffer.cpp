@@ -10,7 +10,7 @@ std::shared_ptr<CVPixelBuffer> CVPixelBuffer::make(IntSize size, CVPixelFormat f
 {
     const auto width = static_cast<std::size_t>(size.width);
     const auto height = static_cast<std::size_t>(size.height);
-    const bool isPlanar = format != CVPixelFormat::BGRA;
+    const bool isPlanar = format != CVPixelFormat::BGRA && format != CVPixelFormat::RGBA;
     const std::size_t rowBytes = isPlanar ? (width + 15) / 16 * 16 : 4 * width;
     const IntSize half{(size.width + 1) / 2, (size.height + 1) / 2};
     const std::size_t chromaBytes = isPlanar ? rowBytes * static_cast<std::size_t>(half.height) : 0;

@@ -12,6 +12,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -21,6 +22,8 @@
 /// descriptors and plain memory, so that it shares no state with the libraries of the program. An error of writing has
 /// the path of FilmSettings as its subject, any other none.
 namespace lamina {
+
+class MovieWriting;
 
 /// When to give up.
 struct Patience {
@@ -48,6 +51,9 @@ struct FilmSettings {
     int crf = 24;
     const std::function<void(double)>* progress = nullptr;
     const std::atomic<bool>* cancelled = nullptr;
+    const char* container = "mp4"; ///< by FFmpeg's name: mp4, mov or matroska
+    double fragmentSeconds = 0;    ///< above 0: in fragments of about so long, each playable once it is there
+    std::map<std::string, std::string> metadata = {};
 };
 
 /// A picture and its sound.
@@ -99,6 +105,10 @@ struct MediaModule {
     Result<double> (*frame)(const ClipFile& clip, double seconds, ClipDetails& details, const Allocate& allocate);
     Outcome (*writeStill)(const StillFilm& still, const FilmSettings& settings);
     Outcome (*convert)(const ClipFile& clip, const SizeRule& size, const FilmSettings& settings);
+    /// In such a container; an error when an encoder is missing.
+    Result<std::unique_ptr<MovieWriting>> (*writeMovie)(const char* container);
+    /// Writes what stands in a file of fragments once more, as a plain movie.
+    Outcome (*rewriteMovie)(const std::string& fragments, const FilmSettings& settings);
     Result<AssetDetails> (*asset)(const ClipFile& clip);
     /// The file stands open for as long as the reading lives; the patience's seconds count for the way in alone.
     Result<std::unique_ptr<TrackReading>> (*readTrack)(const ClipFile& clip, const TrackRequest& request);

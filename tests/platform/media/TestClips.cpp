@@ -71,20 +71,6 @@ nlohmann::json probe(const std::string& path)
                                  nullptr, false);
 }
 
-std::vector<double> probeFrameTimes(const std::string& path)
-{
-    const std::string text = run(
-        FFPROBE, {"-select_streams", "v", "-show_entries", "frame=best_effort_timestamp_time", "-of", "json", path});
-    std::vector<double> times;
-    const nlohmann::json told = nlohmann::json::parse(text, nullptr, false);
-    for (const nlohmann::json& frame : told.value("frames", nlohmann::json::array()))
-        times.push_back(std::stod(frame.value("best_effort_timestamp_time", "nan")));
-    const double first = times.empty() ? 0 : times.front();
-    for (double& time : times)
-        time -= first;
-    return times;
-}
-
 std::string decodedRows(const std::string& path, const std::string& filters, const std::string& format)
 {
     return run(FFMPEG, {"-noautorotate", "-i", path, "-map", "0:v", "-vsync", "passthrough", "-vf",
@@ -94,6 +80,23 @@ std::string decodedRows(const std::string& path, const std::string& filters, con
 std::vector<float> storedSound(const std::string& path)
 {
     return samplesOf(run(FFMPEG, {"-i", path, "-vn", "-f", "f32le", "-"}));
+}
+
+std::vector<double> frameTimes(const std::string& path)
+{
+    const auto found = nlohmann::json::parse(run(FFPROBE, {"-select_streams", "v:0", "-show_entries",
+                                                           "frame=best_effort_timestamp_time", "-of", "json", path}),
+                                             nullptr, false);
+    std::vector<double> times;
+    for (const nlohmann::json& frame : found.at("frames"))
+        times.push_back(std::stod(frame.at("best_effort_timestamp_time").get<std::string>()));
+    return times;
+}
+
+nlohmann::json probePackets(const std::string& path, const std::string& tracks)
+{
+    const std::string told = run(FFPROBE, {"-select_streams", tracks, "-show_packets", "-of", "json", path});
+    return nlohmann::json::parse(told, nullptr, false).value("packets", nlohmann::json::array());
 }
 
 CGImage decodedFrame(const std::string& path, int index)

@@ -2,8 +2,11 @@
 // 1984).
 
 #include "gpu/filters/blend/GPUImageAlphaBlendFilter.h"
+#include "gpu/kernels/ColorKernels.h"
 
 #include "gpu/filters/blend/BlendShader.h"
+
+#include <span>
 
 namespace lamina {
 
@@ -16,6 +19,12 @@ FilterDescription GPUImageAlphaBlendFilter::describe()
 {
     return blendDescription<GPUImageAlphaBlendFilter>("GPUImageAlphaBlendFilter",
                                                       "Lays the overlay over the base by its alpha", {mixProperty()});
+}
+
+FilterKernel GPUImageAlphaBlendFilter::kernel() const
+{
+    const std::span<const float> mix = mixInForce();
+    return mix.empty() ? FilterKernel() : kernels::alphaBlendKernel(mix[0]);
 }
 
 } // namespace lamina

@@ -2,6 +2,7 @@
 
 #include "gpu/core/FilterRegistry.h"
 #include "gpu/filters/blend/MixtureBlendFilter.h"
+#include "gpu/kernels/KernelFrame.h"
 
 namespace lamina {
 
@@ -15,6 +16,9 @@ class GPUImageAlphaBlendFilter : public MixtureBlendFilter {
 public:
     GPUImageAlphaBlendFilter();
     static FilterDescription describe();
+
+protected:
+    FilterKernel kernel() const override;
 };
 
 } // namespace lamina

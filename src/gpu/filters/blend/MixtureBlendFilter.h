@@ -4,6 +4,7 @@
 #include "gpu/core/GPUImageTwoInputFilter.h"
 #include "platform/gl/GLHeaders.h"
 
+#include <span>
 #include <string_view>
 
 namespace lamina {
@@ -19,6 +20,8 @@ protected:
     /// `result` as in `blendShader`, which gets the amount as `mixturePercent`, 0 to 1.
     explicit MixtureBlendFilter(std::string_view result);
     static FilterProperty mixProperty();
+    /// The amount as it is in force; none where it never was. On the queue.
+    std::span<const float> mixInForce() const { return uniformValues(m_mixUniform); }
 
 private:
     GLint m_mixUniform;

@@ -2,6 +2,7 @@
 // sigma^2), solved for the x where it is 1/256: what is left out is less than a step of 8 bits.
 
 #include "gpu/filters/blur/GPUImageGaussianBlurFilter.h"
+#include "gpu/kernels/BlurKernel.h"
 
 #include "gpu/core/GPUImageContext.h"
 #include "gpu/core/GPUImageRotationMode.h"
@@ -249,6 +250,13 @@ FilterDescription GPUImageGaussianBlurFilter::describe()
 {
     return filterDescription<GPUImageGaussianBlurFilter>("GPUImageGaussianBlurFilter", "blur", 1,
                                                          "Blurs with a Gaussian bell", properties(kSigmaOfNewFilter));
+}
+
+FilterKernel GPUImageGaussianBlurFilter::kernel() const
+{
+    const bool isPlain =
+        m_channels == BlurChannels::All && m_verticalTexelSpacing == 1 && m_horizontalTexelSpacing == 1;
+    return isPlain ? kernels::lineBlurKernel(m_weights) : FilterKernel();
 }
 
 } // namespace lamina

@@ -4,6 +4,7 @@
 #include "gpu/core/FilterRegistry.h"
 #include "gpu/core/GPUImageTwoPassTextureSamplingFilter.h"
 #include "gpu/filters/blur/BlurShaders.h"
+#include "gpu/kernels/KernelFrame.h"
 #include "platform/base/CGGeometry.h"
 
 #include <array>
@@ -77,6 +78,8 @@ public:
                                      const QuadCoordinates& textureCoordinates) override;
 
 protected:
+    FilterKernel kernel() const override;
+
     /// Neighbours on each side that a blur reads at most.
     static constexpr unsigned kLargestSampleRadius = 62;
 

@@ -1,4 +1,8 @@
 #include "gpu/filters/color/GPUImageBrightnessFilter.h"
+#include "gpu/kernels/ColorKernels.h"
+#include "gpu/kernels/KernelFrame.h"
+
+#include <cstddef>
 
 namespace lamina {
 
@@ -10,10 +14,18 @@ constexpr const char* kStatements = R"(
     gl_FragColor = vec4(color.rgb + brightness, color.a);
 )";
 
+FilterKernel kernelFor(float brightness)
+{
+    kernels::ColorMatrix matrix = kernels::kSameColors;
+    for (std::size_t c = 0; c < 3; ++c)
+        matrix[c][4] = brightness;
+    return kernels::matrixKernel(matrix);
+}
+
 } // namespace
 
 GPUImageBrightnessFilter::GPUImageBrightnessFilter()
-    : ColorValueFilter("brightness", kStatements, kStart)
+    : ColorValueFilter("brightness", kStatements, kStart, kernelFor)
 {
 }
 

@@ -2,6 +2,7 @@
 
 #include "gpu/core/FilterRegistry.h"
 #include "gpu/core/GPUImageFilter.h"
+#include "gpu/kernels/KernelFrame.h"
 
 namespace lamina {
 
@@ -14,6 +15,9 @@ class GPUImageColorInvertFilter : public GPUImageFilter {
 public:
     GPUImageColorInvertFilter();
     static FilterDescription describe();
+
+protected:
+    FilterKernel kernel() const override;
 };
 
 } // namespace lamina

@@ -1,4 +1,8 @@
 #include "gpu/filters/color/GPUImageColorMatrixFilter.h"
+#include "gpu/kernels/ColorKernels.h"
+
+#include <cstddef>
+#include <span>
 
 namespace lamina {
 
@@ -51,6 +55,20 @@ void GPUImageColorMatrixFilter::setColorMatrix(const GPUMatrix4x4& matrix)
 {
     m_colorMatrix = matrix;
     setMatrix4f(matrix, m_colorMatrixUniform, m_filterProgram);
+}
+
+FilterKernel GPUImageColorMatrixFilter::kernel() const
+{
+    const std::span<const float> intensity = uniformValues(m_intensityUniform);
+    const std::span<const float> mixture = uniformValues(m_colorMatrixUniform);
+    if (intensity.empty() || mixture.empty())
+        return {};
+    kernels::ColorMatrix matrix = kernels::kSameColors;
+    for (std::size_t to = 0; to < 4; ++to) {
+        for (std::size_t from = 0; from < 4; ++from)
+            matrix[to][from] = intensity[0] * mixture[4 * to + from] + (to == from ? 1 - intensity[0] : 0.0F);
+    }
+    return kernels::matrixKernel(matrix);
 }
 
 } // namespace lamina

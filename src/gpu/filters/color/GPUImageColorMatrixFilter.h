@@ -3,6 +3,7 @@
 #include "gpu/core/FilterRegistry.h"
 #include "gpu/core/GPUImageFilter.h"
 #include "gpu/core/GPUVectors.h"
+#include "gpu/kernels/KernelFrame.h"
 #include "platform/gl/GLHeaders.h"
 
 namespace lamina {
@@ -25,6 +26,9 @@ public:
     /// M, by rows.
     const GPUMatrix4x4& colorMatrix() const { return m_colorMatrix; }
     void setColorMatrix(const GPUMatrix4x4& matrix);
+
+protected:
+    FilterKernel kernel() const override;
 
 private:
     GLint m_intensityUniform;

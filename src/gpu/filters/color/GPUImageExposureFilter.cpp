@@ -1,4 +1,10 @@
 #include "gpu/filters/color/GPUImageExposureFilter.h"
+#include "gpu/kernels/ColorKernels.h"
+#include "gpu/kernels/KernelFrame.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
 
 namespace lamina {
 
@@ -11,10 +17,18 @@ constexpr const char* kStatements = R"(
     gl_FragColor = vec4(color.rgb * exp2(clamp(exposure, -10.0, 10.0)), color.a);
 )";
 
+FilterKernel kernelFor(float exposure)
+{
+    kernels::ColorMatrix matrix = kernels::kSameColors;
+    for (std::size_t c = 0; c < 3; ++c)
+        matrix[c][c] = std::exp2(std::clamp(exposure, -10.0F, 10.0F));
+    return kernels::matrixKernel(matrix);
+}
+
 } // namespace
 
 GPUImageExposureFilter::GPUImageExposureFilter()
-    : ColorValueFilter("exposure", kStatements, kStart)
+    : ColorValueFilter("exposure", kStatements, kStart, kernelFor)
 {
 }
 

@@ -1,6 +1,10 @@
 #include "gpu/filters/color/GPUImageFalseColorFilter.h"
+#include "gpu/kernels/ColorKernels.h"
 
 #include "gpu/filters/color/ColorShaders.h"
+
+#include <cstddef>
+#include <span>
 
 namespace lamina {
 
@@ -50,6 +54,20 @@ void GPUImageFalseColorFilter::setSecondColor(const GPUVector4& color)
 {
     m_secondColor = color;
     setVec3({color.one, color.two, color.three}, m_secondColorUniform, m_filterProgram);
+}
+
+FilterKernel GPUImageFalseColorFilter::kernel() const
+{
+    const std::span<const float> first = uniformValues(m_firstColorUniform);
+    const std::span<const float> second = uniformValues(m_secondColorUniform);
+    if (first.empty() || second.empty())
+        return {};
+    kernels::ColorMatrix matrix = kernels::kSameColors;
+    for (std::size_t c = 0; c < 3; ++c) {
+        const float range = second[c] - first[c];
+        matrix[c] = {0.2125F * range, 0.7154F * range, 0.0721F * range, 0, first[c]};
+    }
+    return kernels::matrixKernel(matrix);
 }
 
 } // namespace lamina

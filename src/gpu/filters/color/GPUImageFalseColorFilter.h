@@ -3,6 +3,7 @@
 #include "gpu/core/FilterRegistry.h"
 #include "gpu/core/GPUImageFilter.h"
 #include "gpu/core/GPUVectors.h"
+#include "gpu/kernels/KernelFrame.h"
 #include "platform/gl/GLHeaders.h"
 
 namespace lamina {
@@ -24,6 +25,9 @@ public:
     /// What white becomes: red, green, blue; the fourth number is kept and used by nobody.
     const GPUVector4& secondColor() const { return m_secondColor; }
     void setSecondColor(const GPUVector4& color);
+
+protected:
+    FilterKernel kernel() const override;
 
 private:
     GLint m_firstColorUniform;

@@ -1,4 +1,8 @@
 #include "gpu/filters/color/GPUImageGammaFilter.h"
+#include "gpu/kernels/ColorKernels.h"
+#include "gpu/kernels/KernelFrame.h"
+
+#include <cmath>
 
 namespace lamina {
 
@@ -11,10 +15,19 @@ constexpr const char* kStatements = R"(
     gl_FragColor = vec4(curved, color.a);
 )";
 
+FilterKernel kernelFor(float gamma)
+{
+    const kernels::ChannelTable table = kernels::channelTable([gamma](float value) {
+        const float raised = value > 0 ? std::pow(value, gamma) : 0.0F;
+        return gamma < 0 ? 1.0F : raised;
+    });
+    return std::isfinite(gamma) ? kernels::tableKernel({table, table, table}) : FilterKernel();
+}
+
 } // namespace
 
 GPUImageGammaFilter::GPUImageGammaFilter()
-    : ColorValueFilter("gamma", kStatements, kStart)
+    : ColorValueFilter("gamma", kStatements, kStart, kernelFor)
 {
 }
 

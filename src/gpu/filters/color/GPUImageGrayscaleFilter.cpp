@@ -1,6 +1,7 @@
 // The luma of ITU-R BT.709 in the four digits in which Poynton's Color FAQ gives the weights.
 
 #include "gpu/filters/color/GPUImageGrayscaleFilter.h"
+#include "gpu/kernels/ColorKernels.h"
 
 namespace lamina {
 
@@ -38,6 +39,12 @@ void GPUImageGrayscaleFilter::renderToTextureWithVertices(const QuadCoordinates&
 {
     if (!currentlyReceivingMonochromeInput())
         GPUImageFilter::renderToTextureWithVertices(vertices, textureCoordinates);
+}
+
+FilterKernel GPUImageGrayscaleFilter::kernel() const
+{
+    constexpr kernels::ColorWeights kLuminance{0.2125F, 0.7154F, 0.0721F, 0, 0};
+    return kernels::matrixKernel({kLuminance, kLuminance, kLuminance, kernels::kSameColors[3]});
 }
 
 } // namespace lamina

@@ -3,6 +3,7 @@
 #include "gpu/core/FilterProgram.h"
 #include "gpu/core/FilterRegistry.h"
 #include "gpu/core/GPUImageFilter.h"
+#include "gpu/kernels/KernelFrame.h"
 
 namespace lamina {
 
@@ -22,6 +23,9 @@ public:
     /// With monochrome input not even the input's count is given back: who pushes such frames keeps them.
     void renderToTextureWithVertices(const QuadCoordinates& vertices,
                                      const QuadCoordinates& textureCoordinates) override;
+
+protected:
+    FilterKernel kernel() const override;
 };
 
 } // namespace lamina

@@ -2,6 +2,10 @@
 // is white and d = 1 - t; solved for J.
 
 #include "gpu/filters/color/GPUImageHazeFilter.h"
+#include "gpu/kernels/ColorKernels.h"
+
+#include <cstddef>
+#include <span>
 
 namespace lamina {
 
@@ -55,6 +59,24 @@ void GPUImageHazeFilter::setSlope(float slope)
 {
     m_slope = slope;
     setFloat(slope, m_slopeUniform, m_filterProgram);
+}
+
+FilterKernel GPUImageHazeFilter::kernel() const
+{
+    const std::span<const float> distance = uniformValues(m_distanceUniform);
+    const std::span<const float> slope = uniformValues(m_slopeUniform);
+    if (distance.empty() || slope.empty())
+        return {};
+    return kernels::matrixKernel([atTop = distance[0], slope = slope[0]](float place) {
+        const float haze = place * slope + atTop;
+        const float factor = 1 / (haze == 1 ? 0.0001F : 1 - haze);
+        kernels::ColorMatrix matrix{};
+        for (std::size_t c = 0; c < 4; ++c) {
+            matrix[c][c] = factor;
+            matrix[c][4] = -haze * factor;
+        }
+        return matrix;
+    });
 }
 
 } // namespace lamina

@@ -2,6 +2,7 @@
 
 #include "gpu/core/FilterRegistry.h"
 #include "gpu/core/GPUImageFilter.h"
+#include "gpu/kernels/KernelFrame.h"
 #include "platform/gl/GLHeaders.h"
 
 namespace lamina {
@@ -25,6 +26,9 @@ public:
     /// What d gains from top to bottom.
     float slope() const { return m_slope; }
     void setSlope(float slope);
+
+protected:
+    FilterKernel kernel() const override;
 
 private:
     GLint m_distanceUniform;

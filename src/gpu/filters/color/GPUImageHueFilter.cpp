@@ -1,18 +1,18 @@
 #include "gpu/filters/color/GPUImageHueFilter.h"
 
+#include "gpu/core/GPUVectors.h"
+
 namespace lamina {
 
 namespace {
 
-constexpr const char* kHueConstants = R"(
-const vec4 kRGBToI = vec4(0.595716, -0.274453, -0.321263, 0.0);
-const vec4 kYIQToR = vec4(1.0, 0.9563, 0.6210, 0.0);
-)";
+constexpr GPUVector3 kRGBToI{0.595716F, -0.274453F, -0.321263F};
+constexpr GPUVector3 kYIQToR{1.0F, 0.9563F, 0.6210F};
 
 } // namespace
 
 GPUImageHueFilter::GPUImageHueFilter()
-    : HueRotationFilter(kHueConstants, 180)
+    : HueRotationFilter(kRGBToI, kYIQToR, 180)
 {
 }
 

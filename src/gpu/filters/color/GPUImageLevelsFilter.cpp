@@ -1,9 +1,15 @@
 // The sliders of "Levels" with the gamma of the middle one; t^(1 / gamma) is how displays' gamma is written.
 
 #include "gpu/filters/color/GPUImageLevelsFilter.h"
+#include "gpu/kernels/ColorKernels.h"
 
 #include "gpu/filters/color/ColorShaders.h"
 
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <cstddef>
+#include <span>
 #include <string>
 
 namespace lamina {
@@ -90,6 +96,29 @@ void GPUImageLevelsFilter::sendLevels()
     setFloatVec3(m_levels.max, "levelMaximum");
     setFloatVec3(m_levels.minOut, "minOutput");
     setFloatVec3(m_levels.maxOut, "maxOutput");
+}
+
+FilterKernel GPUImageLevelsFilter::kernel() const
+{
+    const std::span<const float> minimum = uniformValues("levelMinimum");
+    const std::span<const float> middle = uniformValues("levelMiddle");
+    const std::span<const float> maximum = uniformValues("levelMaximum");
+    const std::span<const float> least = uniformValues("minOutput");
+    const std::span<const float> most = uniformValues("maxOutput");
+    std::array<kernels::ChannelTable, 3> tables{};
+    for (std::size_t c = 0; c < tables.size(); ++c) {
+        for (const std::span<const float> levels : {minimum, middle, maximum, least, most}) {
+            if (levels.empty() || !std::isfinite(levels[c]))
+                return {};
+        }
+        tables[c] = kernels::channelTable([&](float value) {
+            const float above = std::max(value - minimum[c], 0.0F);
+            const float share = std::min(above / std::max(maximum[c] - minimum[c], 0.0001F), 1.0F);
+            const float curved = share > 0 ? std::pow(share, 1 / std::max(middle[c], 0.0001F)) : 0.0F;
+            return least[c] + (most[c] - least[c]) * curved;
+        });
+    }
+    return kernels::tableKernel(tables);
 }
 
 } // namespace lamina

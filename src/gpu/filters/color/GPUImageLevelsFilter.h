@@ -3,6 +3,7 @@
 #include "gpu/core/FilterRegistry.h"
 #include "gpu/core/GPUImageFilter.h"
 #include "gpu/core/GPUVectors.h"
+#include "gpu/kernels/KernelFrame.h"
 
 namespace lamina {
 
@@ -28,6 +29,9 @@ public:
     void setGreenMin(float min, float gamma, float max, float minOut, float maxOut);
     /// Blue alone.
     void setBlueMin(float min, float gamma, float max, float minOut, float maxOut);
+
+protected:
+    FilterKernel kernel() const override;
 
 private:
     /// A number for each of red, green and blue.

@@ -2,6 +2,9 @@
 // shader (Selan, Using Lookup Tables to Accelerate Color Transformations, GPU Gems 2, chapter 24).
 
 #include "gpu/filters/color/GPUImageLookupFilter.h"
+#include "gpu/kernels/LookupKernel.h"
+
+#include <span>
 
 namespace lamina {
 
@@ -57,6 +60,12 @@ void GPUImageLookupFilter::setIntensity(float intensity)
 {
     m_intensity = intensity;
     setFloat(intensity, kIntensityUniform, m_filterProgram);
+}
+
+FilterKernel GPUImageLookupFilter::kernel() const
+{
+    const std::span<const float> intensity = uniformValues("intensity");
+    return intensity.empty() ? FilterKernel() : kernels::lookupKernel(intensity[0]);
 }
 
 } // namespace lamina

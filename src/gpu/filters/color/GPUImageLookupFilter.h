@@ -2,6 +2,7 @@
 
 #include "gpu/core/FilterRegistry.h"
 #include "gpu/core/GPUImageTwoInputFilter.h"
+#include "gpu/kernels/KernelFrame.h"
 #include "platform/gl/GLHeaders.h"
 
 namespace lamina {
@@ -27,6 +28,9 @@ public:
     /// Share of the look.
     float intensity() const { return m_intensity; }
     void setIntensity(float intensity);
+
+protected:
+    FilterKernel kernel() const override;
 
 private:
     static constexpr GLint kIntensityUniform = 0;

@@ -1,4 +1,6 @@
 #include "gpu/filters/color/GPUImageOpacityFilter.h"
+#include "gpu/kernels/ColorKernels.h"
+#include "gpu/kernels/KernelFrame.h"
 
 namespace lamina {
 
@@ -10,10 +12,17 @@ constexpr const char* kStatements = R"(
     gl_FragColor = vec4(color.rgb, color.a * opacity);
 )";
 
+FilterKernel kernelFor(float opacity)
+{
+    kernels::ColorMatrix matrix = kernels::kSameColors;
+    matrix[3][3] = opacity;
+    return kernels::matrixKernel(matrix);
+}
+
 } // namespace
 
 GPUImageOpacityFilter::GPUImageOpacityFilter()
-    : ColorValueFilter("opacity", kStatements, kStart)
+    : ColorValueFilter("opacity", kStatements, kStart, kernelFor)
 {
 }
 

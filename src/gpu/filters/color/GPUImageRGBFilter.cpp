@@ -1,6 +1,11 @@
 #include "gpu/filters/color/GPUImageRGBFilter.h"
+#include "gpu/kernels/ColorKernels.h"
 
 #include "gpu/filters/color/ColorShaders.h"
+
+#include <array>
+#include <cstddef>
+#include <span>
 
 namespace lamina {
 
@@ -54,6 +59,19 @@ void GPUImageRGBFilter::setBlue(float blue)
 {
     m_blue = blue;
     setFloat(blue, m_blueUniform, m_filterProgram);
+}
+
+FilterKernel GPUImageRGBFilter::kernel() const
+{
+    kernels::ColorMatrix matrix = kernels::kSameColors;
+    const std::array uniforms{m_redUniform, m_greenUniform, m_blueUniform};
+    for (std::size_t c = 0; c < uniforms.size(); ++c) {
+        const std::span<const float> factor = uniformValues(uniforms[c]);
+        if (factor.empty())
+            return {};
+        matrix[c][c] = factor[0];
+    }
+    return kernels::matrixKernel(matrix);
 }
 
 } // namespace lamina

@@ -2,6 +2,7 @@
 
 #include "gpu/core/FilterRegistry.h"
 #include "gpu/core/GPUImageFilter.h"
+#include "gpu/kernels/KernelFrame.h"
 #include "platform/gl/GLHeaders.h"
 
 namespace lamina {
@@ -23,6 +24,9 @@ public:
     void setGreen(float green);
     float blue() const { return m_blue; }
     void setBlue(float blue);
+
+protected:
+    FilterKernel kernel() const override;
 
 private:
     GLint m_redUniform;

@@ -207,11 +207,20 @@ void GPUImageToneCurveFilter::updateToneCurveTexture()
         if (std::ranges::any_of(m_curves, isShort))
             return;
         const CGImage table = tableOf(m_curves);
+        for (std::size_t i = 0; i < table.bytes().size(); ++i) {
+            if (i % 4 < m_tables.size())
+                m_tables[i % 4][i / 4] = table.bytes()[i];
+        }
         if (m_toneCurveTexture)
             m_toneCurveTexture->replace(table, {{0, 0}, {kEntries, 1}});
         else
             m_toneCurveTexture = std::make_unique<PictureTexture>(table);
     });
+}
+
+FilterKernel GPUImageToneCurveFilter::kernel() const
+{
+    return kernels::tableKernel(m_tables);
 }
 
 void GPUImageToneCurveFilter::bindFurtherInputs()

@@ -4,6 +4,8 @@
 #include "gpu/core/GPUImageFilter.h"
 #include "gpu/core/PictureTexture.h"
 #include "gpu/filters/color/GPUImageACVFile.h"
+#include "gpu/kernels/ColorKernels.h"
+#include "gpu/kernels/KernelFrame.h"
 #include "platform/base/CGGeometry.h"
 #include "platform/base/Result.h"
 #include "platform/gl/GLHeaders.h"
@@ -75,6 +77,8 @@ public:
     void updateToneCurveTexture();
 
 protected:
+    FilterKernel kernel() const override;
+
     void bindFurtherInputs() override;
 
 private:
@@ -88,6 +92,7 @@ private:
     std::array<Points, GPUImageACVFile::kCurves> m_points;
     Curves m_curves;
     std::unique_ptr<PictureTexture> m_toneCurveTexture;
+    std::array<kernels::ChannelTable, 3> m_tables{}; ///< what the texture holds
 };
 
 } // namespace lamina

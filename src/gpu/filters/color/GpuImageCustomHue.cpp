@@ -1,18 +1,18 @@
 #include "gpu/filters/color/GpuImageCustomHue.h"
 
+#include "gpu/core/GPUVectors.h"
+
 namespace lamina {
 
 namespace {
 
-constexpr const char* kCustomHueConstants = R"(
-const vec4 kRGBToI = vec4(0.595716, -0.474453, -0.321263, 0.0);
-const vec4 kYIQToR = vec4(1.0, 0.2563, 0.6210, 0.0);
-)";
+constexpr GPUVector3 kRGBToI{0.595716F, -0.474453F, -0.321263F};
+constexpr GPUVector3 kYIQToR{1.0F, 0.2563F, 0.6210F};
 
 } // namespace
 
 GpuImageCustomHue::GpuImageCustomHue()
-    : HueRotationFilter(kCustomHueConstants, 120)
+    : HueRotationFilter(kRGBToI, kYIQToR, 120)
 {
 }
 

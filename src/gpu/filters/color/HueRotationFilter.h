@@ -1,6 +1,8 @@
 #pragma once
 
 #include "gpu/core/GPUImageFilter.h"
+#include "gpu/core/GPUVectors.h"
+#include "gpu/kernels/KernelFrame.h"
 #include "platform/gl/GLHeaders.h"
 
 #include <string>
@@ -23,10 +25,14 @@ public:
     void setHue(float hue);
 
 protected:
-    /// `constants`: shader text that defines the vec4 constants kRGBToI and kYIQToR.
-    HueRotationFilter(const std::string& constants, double halfTurn);
+    /// `rgbToI`: the weights of I, a row of A; `yiqToR`: those of red, a row of B.
+    HueRotationFilter(const GPUVector3& rgbToI, const GPUVector3& yiqToR, double halfTurn);
+
+    FilterKernel kernel() const override;
 
 private:
+    GPUVector3 m_rgbToI;
+    GPUVector3 m_yiqToR;
     double m_halfTurn;
     GLint m_hueAdjustUniform;
     float m_hue = 0;

@@ -2,6 +2,7 @@
 // 11.3.5).
 
 #include "gpu/filters/color/LuminanceTintFilter.h"
+#include "gpu/kernels/ColorKernels.h"
 
 namespace lamina {
 
@@ -58,6 +59,15 @@ void LuminanceTintFilter::setColorRed(float red, float green, float blue)
     const GPUVector3 sent =
         m_order == ColorOrder::RedGreenBlue ? GPUVector3{red, green, blue} : GPUVector3{green, red, blue};
     setVec3(sent, m_filterColorUniform, m_filterProgram);
+}
+
+FilterKernel LuminanceTintFilter::kernel() const
+{
+    const std::span<const float> intensity = uniformValues(m_intensityUniform);
+    const std::span<const float> color = uniformValues(m_filterColorUniform);
+    if (intensity.empty() || color.empty())
+        return {};
+    return kernels::luminanceTintKernel({{color[0], color[1], color[2]}, intensity[0]});
 }
 
 } // namespace lamina

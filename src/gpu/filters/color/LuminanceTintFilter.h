@@ -4,6 +4,7 @@
 #include "gpu/core/GPUImageFilter.h"
 #include "gpu/core/GPUVectors.h"
 #include "gpu/core/TypedValue.h"
+#include "gpu/kernels/KernelFrame.h"
 #include "platform/gl/GLHeaders.h"
 
 #include <span>
@@ -35,6 +36,8 @@ public:
     void setColorRed(float red, float green, float blue);
 
 protected:
+    FilterKernel kernel() const override;
+
     /// Which number of the colour tints which channel.
     enum class ColorOrder { RedGreenBlue, GreenRedBlue };
     LuminanceTintFilter(ColorOrder order, float intensity, const GPUVector4& color);

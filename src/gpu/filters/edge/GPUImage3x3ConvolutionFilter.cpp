@@ -2,7 +2,10 @@
 // Image Processing, chapter 3).
 
 #include "gpu/filters/edge/GPUImage3x3ConvolutionFilter.h"
+#include "gpu/kernels/NeighbourKernels.h"
 
+#include <algorithm>
+#include <span>
 #include <vector>
 
 namespace lamina {
@@ -52,6 +55,16 @@ FilterDescription GPUImage3x3ConvolutionFilter::describe()
     return filterDescription<GPUImage3x3ConvolutionFilter>("GPUImage3x3ConvolutionFilter", "editor", 1,
                                                            "Weighs a pixel and its neighbours by a matrix",
                                                            kernelProperties(kCentreAlone));
+}
+
+FilterKernel GPUImage3x3ConvolutionFilter::kernel() const
+{
+    const std::span<const float> weights = uniformValues(m_convolutionMatrixUniform);
+    kernels::NeighbourWeights taken{};
+    if (!stepsOverTexels() || weights.size() != taken.size())
+        return {};
+    std::ranges::copy(weights, taken.begin());
+    return kernels::convolutionKernel(taken);
 }
 
 } // namespace lamina

@@ -3,6 +3,7 @@
 #include "gpu/core/FilterRegistry.h"
 #include "gpu/core/GPUImage3x3TextureSamplingFilter.h"
 #include "gpu/core/GPUVectors.h"
+#include "gpu/kernels/KernelFrame.h"
 #include "platform/gl/GLHeaders.h"
 
 #include <vector>
@@ -26,6 +27,8 @@ public:
     void setConvolutionKernel(const GPUMatrix3x3& kernel);
 
 protected:
+    FilterKernel kernel() const override;
+
     /// What is to be set, with this kernel in a new filter.
     static std::vector<FilterProperty> kernelProperties(const GPUMatrix3x3& kernel);
 

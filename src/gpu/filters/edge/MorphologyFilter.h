@@ -3,6 +3,7 @@
 #include "gpu/core/FilterRegistry.h"
 #include "gpu/core/GPUImageTwoPassTextureSamplingFilter.h"
 #include "gpu/filters/edge/MorphologyShaders.h"
+#include "gpu/kernels/KernelFrame.h"
 
 #include <cstddef>
 #include <vector>
@@ -16,6 +17,8 @@ public:
     static FilterProperty radiusProperty();
 
 protected:
+    FilterKernel kernel() const override;
+
     /// `radius` in pixels: 0 counts as 1, more than 4 as 4.
     MorphologyFilter(Morphology morphology, unsigned radius, MorphologyChannels channels = MorphologyChannels::Red);
     /// With shaders for another device than that at hand.
@@ -23,6 +26,11 @@ protected:
 
     /// All places are whole steps away.
     bool readsTexelCentres(int, std::size_t) const override { return stepsAreWholeTexels(); }
+
+private:
+    Morphology m_morphology;
+    MorphologyChannels m_channels;
+    unsigned m_radius;
 };
 
 /// For descriptions: the spacings of a filter that has their setters.

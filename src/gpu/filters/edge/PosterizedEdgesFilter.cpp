@@ -2,8 +2,11 @@
 // Processing, chapter 10); the rest is rounded to evenly spaced levels.
 
 #include "gpu/filters/edge/PosterizedEdgesFilter.h"
+#include "gpu/kernels/NeighbourKernels.h"
 
 #include "gpu/filters/edge/GradientShader.h"
+
+#include <span>
 
 namespace lamina {
 
@@ -53,6 +56,15 @@ std::vector<FilterProperty> PosterizedEdgesFilter::properties(float threshold)
         filterProperty("quantizationLevels", &PosterizedEdgesFilter::setQuantizationLevels, kQuantizationLevels,
                        {1, 255}, "steps", "Steps from black to white"),
     });
+}
+
+FilterKernel PosterizedEdgesFilter::kernel() const
+{
+    const std::span<const float> threshold = uniformValues(m_thresholdUniform);
+    const std::span<const float> levels = uniformValues(m_quantizationLevelsUniform);
+    if (!stepsOverTexels() || threshold.empty() || levels.empty())
+        return {};
+    return kernels::posterizedEdgesKernel(threshold[0], levels[0]);
 }
 
 } // namespace lamina

@@ -2,6 +2,7 @@
 
 #include "gpu/core/FilterRegistry.h"
 #include "gpu/core/GPUImage3x3TextureSamplingFilter.h"
+#include "gpu/kernels/KernelFrame.h"
 #include "platform/gl/GLHeaders.h"
 
 #include <vector>
@@ -27,6 +28,8 @@ public:
     void setQuantizationLevels(float levels);
 
 protected:
+    FilterKernel kernel() const override;
+
     static std::vector<FilterProperty> properties(float threshold);
 
 private:

@@ -35,6 +35,7 @@ AVVideoTrack videoTrack(ClipSource& source)
     track.naturalSize = storedSize(source.container(), picture);
     track.preferredTransform = transformOf(picture);
     track.nominalFrameRate = rate.num > 0 && rate.den > 0 ? av_q2d(rate) : 0;
+    track.isFullRange = picture->codecpar->color_range == AVCOL_RANGE_JPEG;
     track.codec = avcodec_get_name(picture->codecpar->codec_id);
     return track;
 }
