@@ -33,7 +33,7 @@ struct AVTrackTransform {
 struct AVVideoTrack {
     IntSize naturalSize; ///< of the frames as readers give them: stored rows, in square pixels, not turned
     AVTrackTransform preferredTransform;
-    double nominalFrameRate = 0;    ///< frames a second on the average; 0 where it can't be told
+    double nominalFrameRate = 0; ///< frames a second on the average; 0 where it can't be told
     CMTime startTime = kCMTimeZero; ///< of the first frame, in the movie's own time
     std::string codec;
 };

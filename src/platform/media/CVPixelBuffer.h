@@ -11,11 +11,10 @@ namespace lamina {
 
 /// How the pixels of a movie's frame lie in memory, by their four-character codes.
 enum class CVPixelFormat : std::uint32_t {
-    BGRA = 0x42475241, ///< 'BGRA': one plane of blue, green, red, alpha, 8 bits each
-    BiPlanar420VideoRange =
-        0x34323076,                    ///< '420v': a plane of Y (16 to 235), one of Cb Cr (16 to 240) at half the sides
-    BiPlanar420FullRange = 0x34323066, ///< '420f': the same with 0 to 255
-    AsDecoded = 0,                     ///< as the decoder gave it: without planes here, for a writer alone
+    BGRA = 0x42475241,                  ///< 'BGRA': one plane of blue, green, red, alpha, 8 bits each
+    BiPlanar420VideoRange = 0x34323076, ///< '420v': a plane of Y (16 to 235), one of Cb Cr (16 to 240) at half the sides
+    BiPlanar420FullRange = 0x34323066,  ///< '420f': the same with 0 to 255
+    AsDecoded = 0,                      ///< as the decoder gave it: without planes here, for a writer alone
 };
 
 /// By which weights Y, Cb and Cr were made of red, green and blue.
