@@ -9,6 +9,7 @@
 #include "gpu/filters/color/GPUImageToneCurveFilter.h"
 #include "gpu/filters/color/LookupTables.h"
 #include "gpu/filters/edge/GPUImageSobelEdgeDetectionFilter.h"
+#include "gpu/core/GPUVectors.h"
 #include "gpu/sources/GPUImagePicture.h"
 
 #include <algorithm>
