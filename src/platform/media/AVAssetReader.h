@@ -62,7 +62,7 @@ public:
 
     /// Opens the file for each output. Once.
     virtual Outcome startReading() = 0;
-    /// Completed once every output has given its last piece.
+    /// Completed, or failed, once every output has given its last piece.
     virtual AVAssetReaderStatus status() const = 0;
     /// Why it failed; nothing otherwise. The subject is the movie's path.
     virtual std::optional<Error> error() const = 0;

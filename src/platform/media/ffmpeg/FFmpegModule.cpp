@@ -35,8 +35,8 @@ Result guarded(Arguments... arguments)
     }
 }
 
-/// Damaged clips claim blocks of any size.
-constexpr std::size_t kLargestBlock = std::size_t{512} << 20;
+/// Damaged clips claim blocks of any size, and an index is held twice. The largest frame that is read fits.
+constexpr std::size_t kLargestBlock = std::size_t{288} << 20;
 
 const MediaModule kModule{
     LAMINA_VERSION,
