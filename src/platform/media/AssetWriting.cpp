@@ -5,6 +5,7 @@
 #include "platform/files/FileSizeSignal.h"
 
 #include <chrono>
+#include <cmath>
 #include <string_view>
 #include <system_error>
 #include <thread>
@@ -189,9 +190,10 @@ bool AssetWriting::isReady(std::size_t input) const
 
 bool AssetWriting::waitUntilReady(std::size_t input, double seconds)
 {
+    constexpr double kLongest = 1e8; // beyond it clocks overflow
     Lock lock(m_mutex);
     const Input& waited = m_inputs[input];
-    m_ready.wait_for(lock, std::chrono::duration<double>(seconds),
+    m_ready.wait_for(lock, std::chrono::duration<double>(std::fmin(std::fmax(0, seconds), kLongest)),
                      [&] { return !isWriting() || waited.isEnded || isReady(waited); });
     return isReady(waited);
 }
