@@ -63,8 +63,9 @@ constexpr ValueRange kMoments{0, 360'000}; // a hundred hours
 
 constexpr const char* kFooter =
     R"(Without filters and --size pictures go from the decoder to the encoder as they are, and sound is passed on where
-the container takes it. With them every frame is drawn upright by the GPU. Times, the turn of the picture and the
-offset of the sound are kept. What is written is H.264, with AAC where sound can't be passed on.
+the container takes it. With them every frame is drawn upright by the GPU; so is a turned picture for .mkv, which has no
+tag for a turn. Times and the offset of the sound are kept. What is written is H.264, with AAC where sound can't be
+passed on.
 
 Examples: lamina movie clip.mov -o clip.mp4
           lamina movie clip.mp4 -o old.mp4 --filter GPUImageSepiaFilter --set intensity=0.8 --filter GPUImageHazeFilter
@@ -172,7 +173,10 @@ MovieEnd MovieCommand::convert() const
         });
     };
     const bool keepsSize = !m_job.size || *m_job.size == m_job.shownSize();
-    return m_chain.isEmpty() && keepsSize ? copyMovie(m_job, tell) : filterMovie(m_job, tell);
+    // Matroska has no tag for a turn.
+    const bool keepsTurn =
+        m_job.fileType != kAVFileTypeMatroska || m_job.picture().preferredTransform == AVTrackTransform{};
+    return m_chain.isEmpty() && keepsSize && keepsTurn ? copyMovie(m_job, tell) : filterMovie(m_job, tell);
 }
 
 ExitCode MovieCommand::tell(const MovieEnd& end) const

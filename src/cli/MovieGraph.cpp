@@ -15,8 +15,8 @@
 #include "gpu/sources/GPUImageRawDataInput.h"
 #include "platform/base/CGGeometry.h"
 #include "platform/base/CMTime.h"
-#include "platform/base/Result.h"
 #include "platform/base/Log.h"
+#include "platform/base/Result.h"
 #include "platform/media/AVAsset.h"
 #include "platform/media/AVAssetReader.h"
 
@@ -154,10 +154,13 @@ private:
     {
         const IntSize shown = m_job.shownSize();
         Result<CGSize> made = m_job.chain->isEmpty() ? pixelsOf(shown) : sizeBehind(*m_job.chain, shown);
-        if (!made || !m_job.size || pixelsOf(*m_job.size) == *made)
+        if (!made)
             return made;
-        const CGSize wanted = pixelsOf(*m_job.size);
-        m_pipeline->addFilter(scaler(*made, wanted));
+        const CGSize wanted = m_job.size ? pixelsOf(*m_job.size) : *made;
+        if (wanted != *made)
+            m_pipeline->addFilter(scaler(*made, wanted));
+        else if (m_job.chain->isEmpty())
+            m_pipeline->addFilter(std::make_shared<GPUImageFilter>()); // which turns it upright
         return wanted;
     }
 

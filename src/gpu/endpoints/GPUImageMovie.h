@@ -142,7 +142,7 @@ private:
 
     StopFlag beginPass();
     void readPass(const StopFlag& stop);
-    void pullInto(GPUImageSynchronizedWriter& writer);
+    void pullInto(GPUImageSynchronizedWriter& writer, const StopFlag& stop);
     void readUntilEnd();
     bool isSoundBehind() const;
     void finishPass(AVAssetReader& reader);

@@ -8,13 +8,13 @@
 #include "platform/base/CGGeometry.h"
 #include "platform/base/Clock.h"
 #include "platform/base/Log.h"
+#include "platform/base/NumberText.h"
 #include "platform/base/WorkerPool.h"
 #include "platform/gl/GLHeaders.h"
 #include "platform/image/pixels/PixelKernels.h"
 
 #include <cstddef>
 #include <cstdint>
-#include <string>
 #include <utility>
 
 // How a movie's frames come into the graph.
@@ -89,7 +89,7 @@ bool GPUImageMovie::pushFrame(const CMSampleBuffer& sample)
                    .rotation = rotation(),
                    .givesUpCount = true});
     if (m_runBenchmark)
-        logInfo("Current frame time : " + std::to_string(1000 * (Clock::shared()->now() - started)) + " ms");
+        logInfo("Current frame time : " + fixedText(1000 * (Clock::shared()->now() - started), 6) + " ms");
     return true;
 }
 

@@ -46,22 +46,22 @@ void GPUImageMovie::readPass(const StopFlag& stop)
     if (*stop)
         reader->cancelReading(); // who ended it may have seen no reader yet
     else if (m_synchronizedMovieWriter)
-        pullInto(*m_synchronizedMovieWriter);
+        pullInto(*m_synchronizedMovieWriter, stop);
     else
         readUntilEnd();
 }
 
-void GPUImageMovie::pullInto(GPUImageSynchronizedWriter& writer)
+void GPUImageMovie::pullInto(GPUImageSynchronizedWriter& writer, const StopFlag& stop)
 {
     // The writer is held here: it must not hold the movie in turn.
     const auto weak = std::weak_ptr<GPUImageMovie>(std::static_pointer_cast<GPUImageMovie>(shared_from_this()));
-    writer.setVideoInputReadyCallback([weak, video = output(AVTrackMediaType::Video)] {
+    writer.setVideoInputReadyCallback([weak, stop, video = output(AVTrackMediaType::Video)] {
         const std::shared_ptr<GPUImageMovie> movie = weak.lock();
-        return movie && movie->readNextVideoFrameFromOutput(video);
+        return movie && !*stop && movie->readNextVideoFrameFromOutput(video);
     });
-    writer.setAudioInputReadyCallback([weak, audio = output(AVTrackMediaType::Audio)] {
+    writer.setAudioInputReadyCallback([weak, stop, audio = output(AVTrackMediaType::Audio)] {
         const std::shared_ptr<GPUImageMovie> movie = weak.lock();
-        return movie && movie->readNextAudioSampleFromOutput(audio);
+        return movie && !*stop && movie->readNextAudioSampleFromOutput(audio);
     });
     writer.enableSynchronizationCallbacks();
 }

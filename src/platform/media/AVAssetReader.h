@@ -34,6 +34,12 @@ public:
 /// Reads a movie once, from a moment to another. Frames have the asset's `naturalSize` whatever sizes the stream
 /// changes to; times are the movie's own, counted from `AVVideoTrack::startTime` as zero.
 ///
+/// Colours: by the matrix and range that the movie tags (BT.601, BT.709, SMPTE 240M, BT.2020); without a tag BT.709
+/// from 720 stored lines on, BT.601 below; buffers carry the matrix that was taken. More than 8 bits are rounded to 8.
+/// BGRA is what FFmpeg's own conversion gives, opaque; transfer curves and primaries stay (HDR comes flat). `AsDecoded`
+/// is the decoder's frame where that is 4:2:0 of 8 bits in `naturalSize`, else it is converted to that, in video range.
+/// Where recordings were joined and the clock begins anew, time goes on.
+///
 /// At most four frames are decoded ahead. A reader fails, with the cause, where the file ends before its time, packets
 /// are damaged beyond use, or decoding isn't possible; what could be read was given before.
 ///

@@ -243,6 +243,7 @@ void AssetWriting::request(std::size_t input, DispatchQueue& queue, std::functio
 void AssetWriting::ask(std::size_t input)
 {
     DispatchQueue* queue = nullptr;
+    std::function<void()> block; // may be what keeps the queue
     {
         const std::lock_guard lock(m_mutex);
         Input& asked = m_inputs[input];
@@ -250,6 +251,7 @@ void AssetWriting::ask(std::size_t input)
             return;
         asked.isAsked = true;
         queue = asked.queue;
+        block = asked.block;
     }
     queue->async([self = shared_from_this(), input] { self->runBlock(input); });
 }
@@ -272,7 +274,7 @@ void AssetWriting::runBlock(std::size_t input)
     }
     if (block)
         block();
-    block = nullptr;
+    block = nullptr; // not under the lock
     DispatchQueue* again = nullptr;
     {
         const std::lock_guard lock(m_mutex);
@@ -280,6 +282,7 @@ void AssetWriting::runBlock(std::size_t input)
         const bool waits = asked.block && isReady(asked) && asked.appended == before;
         asked.isAsked = waits;
         again = waits ? asked.queue : nullptr;
+        block = waits ? asked.block : nullptr;
     }
     if (again)
         again->after(kPauseOfBlocks, [self = shared_from_this(), input] { self->runBlock(input); });

@@ -13,6 +13,7 @@
 #include <cstdint>
 #include <future>
 #include <numbers>
+#include <span>
 #include <utility>
 #include <vector>
 
@@ -55,6 +56,21 @@ CMSampleBuffer soundAt(const CMTime& time, float level)
         sound.audio->samples.push_back(level * static_cast<float>(std::sin(2 * std::numbers::pi * 1000 * i / kRate)));
     return sound;
 }
+
+/// Gives pictures that lie in our own memory alone.
+class MemorySource : public GPUImageOutput {
+public:
+    void push(const CGImage& picture, const CMTime& time)
+    {
+        runSynchronouslyOnVideoProcessingQueue([&] {
+            const CGSize size{static_cast<double>(picture.width()), static_cast<double>(picture.height())};
+            auto framebuffer = GPUImageContext::sharedFramebufferCache().fetchFramebufferForSize(size, false);
+            const std::span<const std::uint8_t> bytes = picture.bytes();
+            std::ranges::copy(bytes, framebuffer->hostPixelsToWrite());
+            pushToTargets({.framebuffer = framebuffer, .size = size, .time = time, .givesUpCount = true});
+        });
+    }
+};
 
 class MovieWriterTest : public GraphFixture {
 protected:
@@ -120,9 +136,13 @@ TEST_F(MovieWriterTest, FramesOfOtherSizesAndTurnedOnesFillTheMovie)
     m_source->push(quarters(192, 32), frameTime(1));
     m_source->setRotation(kGPUImageRotateLeft);
     m_source->push(turned, frameTime(2));
+    writer->setInputRotation(kGPUImageNoRotation, 0);
+    const auto memory = std::make_shared<MemorySource>();
+    memory->addTarget(writer);
+    memory->push(upright, frameTime(3));
     finish(*writer);
     const std::vector<Rgba> wanted = quarterColors(upright);
-    for (int frame = 0; frame < 3; ++frame) {
+    for (int frame = 0; frame < 4; ++frame) {
         const std::vector<Rgba> got = quarterColors(decodedFrame(m_path, frame));
         for (std::size_t i = 0; i < wanted.size(); ++i)
             EXPECT_LE(difference(got[i], wanted[i]), 4) << "frame " << frame << ", quarter " << i;
@@ -264,28 +284,22 @@ TEST_F(MovieWriterTest, InLockstepTheInputsAskForWhatIsWritten)
 {
     const auto writer = makeWriter();
     writer->setHasAudioTrack(true);
-    int frames = 0;
-    int sounds = 0;
     std::promise<void> ended[2];
-    writer->setVideoInputReadyCallback([&, this] {
-        if (frames == 20) {
-            ended[0].set_value();
-            writer->setVideoInputReadyCallback([] { return false; });
-            return false;
-        }
-        m_source->push({64, 48}, greyOf(frames), frameTime(frames));
-        ++frames;
-        return true;
-    });
-    writer->setAudioInputReadyCallback([&] {
-        if (sounds == 30) {
-            ended[1].set_value();
-            writer->setAudioInputReadyCallback([] { return false; });
-            return false;
-        }
-        writer->processAudioBuffer(soundAt(frameTime(sounds++), 0));
-        return true;
-    });
+    // Gives so many pieces, and says once that there are no more.
+    const auto pieces = [](int most, std::promise<void>& end, const std::function<void(int)>& give) {
+        return [most, &end, give, given = std::make_shared<int>(0)] {
+            if (*given < most)
+                give(*given);
+            else if (*given == most)
+                end.set_value();
+            return (*given)++ < most;
+        };
+    };
+    writer->setVideoInputReadyCallback(pieces(20, ended[0], [&](int i) {
+        m_source->push({64, 48}, greyOf(i), frameTime(i));
+    }));
+    writer->setAudioInputReadyCallback(
+        pieces(30, ended[1], [&](int i) { writer->processAudioBuffer(soundAt(frameTime(i), 0)); }));
     writer->startRecording();
     writer->enableSynchronizationCallbacks();
     for (std::promise<void>& end : ended)

@@ -250,6 +250,23 @@ TEST(ReadMovie, FollowsAChangeOfSizeInItsOwn)
     }
 }
 
+/// Recordings that were put one behind the other, each with a clock of its own.
+TEST(ReadMovie, GoesOnWhereTheClockBeginsAnew)
+{
+    const TemporaryFolder folder;
+    makeClip({"-f", "lavfi", "-i", "testsrc2=r=10:d=3:s=64x48", "-f", "lavfi", "-i", "sine=d=3:r=48000", "-c:v",
+              "libx264", "-bf", "0", "-c:a", "aac"},
+             folder.path("a.ts"));
+    const std::string bytes = readFile(folder.path("a.ts"));
+    writeFile(folder.path("b.ts"), bytes + bytes);
+    const Asset asset = openMovie(folder.path("b.ts"));
+    const Pieces frames = readFrames(asset, CVPixelFormat::AsDecoded);
+    ASSERT_EQ(frames.size(), 60u);
+    for (std::size_t i = 0; i < frames.size(); ++i)
+        EXPECT_NEAR(frames[i].presentationTime.seconds(), static_cast<double>(i) / 10, 1e-3);
+    EXPECT_NEAR(readSound(asset).back().presentationTime.seconds(), 6, 0.1);
+}
+
 TEST(ReadMovie, GivesWhatIsShownInARange)
 {
     const TemporaryFolder folder;
@@ -367,6 +384,40 @@ TEST(ReadMovie, GivesWhatACutFileHasAndThenTheCause)
         EXPECT_LT(frames.size(), 70u) << name;
         EXPECT_EQ(reader->status(), AVAssetReaderStatus::Failed) << name;
         EXPECT_EQ(reader->error() ? reader->error()->message() : "", path + ": the file ends too early");
+    }
+}
+
+/// Bytes changed anywhere end in frames, the end or an error, and in no time.
+TEST(ReadMovie, LivesThroughDamage)
+{
+    const TemporaryFolder folder;
+    for (const std::string name : {"a.mp4", "a.mkv", "a.ts", "a.avi"}) {
+        makeClip({"-f", "lavfi", "-i", "testsrc2=r=10:d=1:s=64x48", "-f", "lavfi", "-i", "sine=d=1", "-c:v", "libx264",
+                  "-c:a", "aac"},
+                 folder.path(name));
+        const std::string whole = readFile(folder.path(name));
+        unsigned seed = 7;
+        for (int round = 0; round < 20; ++round) {
+            std::string damaged = whole;
+            for (int i = 0; i < 30; ++i, seed = seed * 1664525u + 1013904223u)
+                damaged[seed % (round % 2 == 0 ? 800 : damaged.size())] = static_cast<char>(seed >> 24);
+            writeFile(folder.path("damaged"), damaged);
+            const Result<Asset> asset = AVURLAsset::make(folder.path("damaged"));
+            if (!asset)
+                continue;
+            const std::unique_ptr<AVAssetReader> reader = AVAssetReader::make(*asset);
+            reader->addVideoOutput(CVPixelFormat::BGRA);
+            reader->addAudioOutput(false);
+            reader->addAudioOutput(true);
+            const bool started = reader->startReading().ok();
+            EXPECT_EQ(reader->status(), started ? AVAssetReaderStatus::Reading : AVAssetReaderStatus::Failed);
+            for (const auto& output : reader->outputs())
+                while (output->copyNextSampleBuffer())
+                    ;
+            const AVAssetReaderStatus status = reader->status();
+            EXPECT_EQ(status == AVAssetReaderStatus::Failed, reader->error().has_value());
+            EXPECT_TRUE(status == AVAssetReaderStatus::Failed || status == AVAssetReaderStatus::Completed);
+        }
     }
 }
 

@@ -261,39 +261,68 @@ TEST_P(PassedClip, KeepsTimesColorsTurnAndSound)
     EXPECT_EQ(probe(out)["streams"][1]["codec_name"], codec);
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    , PassedClip,
-    testing::Values(
-        Passed{"BFramesAndStoredAAC",
-               {"-c:v", "libx264", "-bf", "3"},
-               "format=yuv420p",
-               {"-c:a", "aac"},
-               "mp4",
-               "mp4",
-               true},
-        Passed{"FullRangeAndOpus",
-               {"-c:v", "libx264", "-color_range", "pc", "-colorspace", "bt470bg"},
-               "scale=out_range=pc:out_color_matrix=bt601,format=yuv420p",
-               {"-c:a", "libopus"},
-               "mkv",
-               "mkv",
-               true},
-        Passed{"VariableRateAndPCM",
-               {"-vsync", "vfr", "-c:v", "libx264", "-video_track_timescale", "24000"},
-               "format=yuv420p,setpts='if(gte(N,5),N*1001+7,N*1001)/24000/TB'",
-               {"-c:a", "pcm_s16le"},
-               "mov",
-               "mp4",
-               false},
-        Passed{"Turned", {"-c:v", "libx264", "-metadata:s:v", "rotate=90"}, "format=yuv420p", {}, "mp4", "mp4", false},
-        Passed{"TurnedOver",
-               {"-c:v", "libx264", "-metadata:s:v", "rotate=270"},
-               "format=yuv420p",
-               {},
-               "mp4",
-               "mkv",
-               false}),
-    [](const auto& tested) { return tested.param.name; });
+INSTANTIATE_TEST_SUITE_P(, PassedClip,
+                         testing::Values(Passed{"BFramesAndStoredAAC",
+                                                {"-c:v", "libx264", "-bf", "3"},
+                                                "format=yuv420p",
+                                                {"-c:a", "aac"},
+                                                "mp4",
+                                                "mp4",
+                                                true},
+                                         Passed{"FullRangeAndOpus",
+                                                {"-c:v", "libx264", "-color_range", "pc", "-colorspace", "bt470bg"},
+                                                "scale=out_range=pc:out_color_matrix=bt601,format=yuv420p",
+                                                {"-c:a", "libopus"},
+                                                "mkv",
+                                                "mkv",
+                                                true},
+                                         Passed{"VariableRateAndPCM",
+                                                {"-vsync", "vfr", "-c:v", "libx264", "-video_track_timescale", "24000"},
+                                                "format=yuv420p,setpts='if(gte(N,5),N*1001+7,N*1001)/24000/TB'",
+                                                {"-c:a", "pcm_s16le"},
+                                                "mov",
+                                                "mp4",
+                                                false},
+                                         Passed{"Turned",
+                                                {"-c:v", "libx264"},
+                                                "format=yuv420p",
+                                                {"-an", "-metadata:s:v", "rotate=90"},
+                                                "mp4",
+                                                "mp4",
+                                                false},
+                                         Passed{"TurnedTheOtherWay",
+                                                {"-c:v", "libx264"},
+                                                "format=yuv420p",
+                                                {"-an", "-metadata:s:v", "rotate=270"},
+                                                "mp4",
+                                                "mkv",
+                                                false}),
+                         [](const auto& tested) { return tested.param.name; });
+
+TEST(AssetWriter, TurnsAndMirrorsForEveryPlayer)
+{
+    const TemporaryFolder folder;
+    for (int i = 0; i < 8; ++i) {
+        const AVTrackTransform transform{i % 4, i >= 4};
+        std::vector<Rgba> wanted = quarterColors(quarters(96, 64));
+        if (transform.mirrors)
+            wanted = {wanted[1], wanted[0], wanted[3], wanted[2]};
+        for (int quarter = 0; quarter < transform.quarters; ++quarter)
+            wanted = {wanted[2], wanted[0], wanted[3], wanted[1]};
+        for (const auto& [name, type] : {std::pair{"a.mp4", kAVFileTypeMPEG4}, {"a.mkv", kAVFileTypeMatroska}}) {
+            const std::string path = folder.path(name);
+            const Writer writer = writerOf(path, type);
+            const Input video = *writer->addVideoInput({{96, 64}, 12});
+            video->setTransform(transform);
+            ASSERT_TRUE(writer->startWriting());
+            put(video, frameAt(quartersIn({96, 64}), kCMTimeZero));
+            finish(*writer);
+            const std::vector<Rgba> got = quarterColors(decodedFrame(path, 0));
+            for (std::size_t corner = 0; corner < 4; ++corner)
+                EXPECT_LE(difference(got[corner], wanted[corner]), 4) << name << ' ' << i << ' ' << corner;
+        }
+    }
+}
 
 TEST(AssetWriter, NamesWhatStandsInItsWay)
 {

@@ -8,7 +8,7 @@
 
 namespace lamina {
 
-std::span<const std::uint8_t> FrameReading::read(const GPUImageFramebuffer& framebuffer)
+std::span<const std::uint8_t> FrameReading::read(GPUImageFramebuffer& framebuffer)
 {
     const IntSize size = framebuffer.pixelSize();
     const std::size_t count = framebuffer.bytesPerRow() * static_cast<std::size_t>(size.height);

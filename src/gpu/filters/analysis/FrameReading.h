@@ -13,7 +13,7 @@ class FrameReading {
 public:
     /// The pixels of what was drawn into the framebuffer: R G B A bytes, the picture's top row first, without gaps.
     /// Good until the next reading. On the queue; waits until all of it is drawn.
-    std::span<const std::uint8_t> read(const GPUImageFramebuffer& framebuffer);
+    std::span<const std::uint8_t> read(GPUImageFramebuffer& framebuffer);
 
 private:
     std::vector<std::uint8_t> m_bytes;

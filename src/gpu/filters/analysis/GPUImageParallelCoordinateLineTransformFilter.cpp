@@ -104,7 +104,7 @@ void GPUImageParallelCoordinateLineTransformFilter::addLines(double x, double y,
     m_lineCoordinates.insert(m_lineCoordinates.end(), {left, start, 0, middle, 0, middle, -left, -start});
 }
 
-void GPUImageParallelCoordinateLineTransformFilter::generateLineCoordinates(const GPUImageFramebuffer& edges)
+void GPUImageParallelCoordinateLineTransformFilter::generateLineCoordinates(GPUImageFramebuffer& edges)
 {
     const IntSize size = edges.pixelSize();
     const std::vector<std::size_t> lit = litPixels(m_reading.read(edges));

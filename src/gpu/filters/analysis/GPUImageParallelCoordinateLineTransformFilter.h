@@ -47,7 +47,7 @@ protected:
 
 private:
     Pass linesPass();
-    void generateLineCoordinates(const GPUImageFramebuffer& edges);
+    void generateLineCoordinates(GPUImageFramebuffer& edges);
     void addLines(double x, double y, double right);
 
     bool m_isPacked;

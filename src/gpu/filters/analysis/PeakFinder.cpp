@@ -11,7 +11,7 @@
 
 namespace lamina {
 
-void PeakFinder::find(const GPUImageFramebuffer& frame)
+void PeakFinder::find(GPUImageFramebuffer& frame)
 {
     const std::span<const std::uint8_t> bytes = m_reading.read(frame);
     const int width = frame.pixelSize().width;

@@ -39,7 +39,7 @@ public:
     void newFrameReadyAtTime(const CMTime& frameTime, int textureIndex) override;
 
 private:
-    void find(const GPUImageFramebuffer& frame);
+    void find(GPUImageFramebuffer& frame);
 
     bool m_isPacked;
     FrameReading m_reading;

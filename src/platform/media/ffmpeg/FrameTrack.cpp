@@ -1,6 +1,7 @@
 #include "platform/media/ffmpeg/FrameTrack_p.h"
 
 #include "platform/base/Causes.h"
+#include "platform/media/ffmpeg/FrameTurning_p.h"
 
 extern "C" {
 #include <libavutil/display.h>
@@ -48,16 +49,18 @@ AVStream* addTurned(MovieFile& file, const AVTrackTransform& transform)
         return nullptr;
     constexpr double kQuarter = 90;
     av_display_rotation_set(matrix, kQuarter * transform.quarters);
-    if (transform.mirrors)
-        av_display_matrix_flip(matrix, 1, 0);
+    if (transform.mirrors) // before it is turned: what is stored on the right counts to the left
+        for (int* of : {matrix, matrix + 1})
+            *of = -*of;
     return track;
 }
 
 } // namespace
 
-FrameTrack::FrameTrack(MovieFile& file, const AVVideoSettings& settings, AVStream* track)
+FrameTrack::FrameTrack(MovieFile& file, const AVVideoSettings& settings, AVStream* track, const AVTrackTransform& turn)
     : m_file(file)
     , m_settings(settings)
+    , m_turn(turn)
     , m_track(track)
 {
 }
@@ -65,16 +68,20 @@ FrameTrack::FrameTrack(MovieFile& file, const AVVideoSettings& settings, AVStrea
 Result<std::unique_ptr<MovieTrack>> FrameTrack::add(MovieFile& file, const AVVideoSettings& settings,
                                                     const AVTrackTransform& transform)
 {
-    AVStream* track = addTurned(file, transform);
+    const AVTrackTransform told = file.tellsTurns() ? transform : AVTrackTransform{};
+    AVStream* track = addTurned(file, told);
     if (!track)
         return Error{{}, cause::kNoMemory};
-    return std::unique_ptr<MovieTrack>(new FrameTrack(file, settings, track));
+    return std::unique_ptr<MovieTrack>(
+        new FrameTrack(file, settings, track, file.tellsTurns() ? AVTrackTransform{} : transform));
 }
 
 Outcome FrameTrack::open(const PictureKind& kind, const CMTime& time)
 {
     H264Settings settings;
     settings.size = evenSize(m_settings.size);
+    if (m_turn.swapsSides())
+        std::swap(settings.size.width, settings.size.height);
     settings.kind = kind;
     settings.unit = {1, ticksFor(time)};
     settings.rate = plannedRate(m_settings.frameRate);
@@ -128,8 +135,13 @@ Outcome FrameTrack::show(const CMSampleBuffer& frame, const CMTime& time)
     Result<Frame> adapted = m_adapter->adapt(frame.imageBuffer);
     if (!adapted)
         return adapted.error();
-    (*adapted)->pts = tick;
-    return encode(adapted->get());
+    Frame picture = std::move(*adapted);
+    if (!(m_turn == AVTrackTransform{}))
+        picture = turned(*picture, m_turn);
+    if (!picture)
+        return Error{{}, cause::kNoMemory};
+    picture->pts = tick;
+    return encode(picture.get());
 }
 
 Outcome FrameTrack::encode(const AVFrame* frame)

@@ -33,7 +33,7 @@ public:
     Outcome finish() override;
 
 private:
-    FrameTrack(MovieFile& file, const AVVideoSettings& settings, AVStream* track);
+    FrameTrack(MovieFile& file, const AVVideoSettings& settings, AVStream* track, const AVTrackTransform& turn);
     Outcome open(const PictureKind& kind, const CMTime& time);
     Outcome show(const CMSampleBuffer& frame, const CMTime& time);
     Outcome encode(const AVFrame* frame);
@@ -42,6 +42,7 @@ private:
 
     MovieFile& m_file;
     const AVVideoSettings m_settings;
+    const AVTrackTransform m_turn; ///< of the frames themselves
     AVStream* m_track;
     SharedEncoder m_encoder;
     std::optional<PictureAdapter> m_adapter;

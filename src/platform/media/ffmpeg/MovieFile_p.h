@@ -41,6 +41,8 @@ public:
     const AVStream* track(int index) const { return m_container->streams[index]; }
     /// False when memory is short.
     static bool describe(AVStream* track, const AVCodecContext* encoder);
+    /// Whether the container can say how frames are to be turned.
+    bool tellsTurns() const { return !isMatroska(); }
     bool hasBegun() const { return m_hasBegun; }
     Outcome begin();
     /// Takes what an encoder gave. A packet that tells no duration gets `duration`, in the encoder's unit.

@@ -1,6 +1,7 @@
 #include "platform/media/ffmpeg/PictureAdapter_p.h"
 
 #include "platform/base/Causes.h"
+#include "platform/media/ffmpeg/BGRAConversion_p.h"
 #include "platform/media/ffmpeg/FrameScaling_p.h"
 
 extern "C" {
@@ -189,6 +190,10 @@ Outcome PictureAdapter::fill(const AVFrame& source)
         return prepared;
     if (areSame(kindOf(source), m_kind) && source.width == m_size.width && source.height == m_size.height) {
         copyPlanes(source);
+    } else if (kindOf(source).format == AV_PIX_FMT_BGR0 && m_kind == PictureKind{} && source.width == m_size.width &&
+               source.height == m_size.height) {
+        const auto plane = [this](int i) { return ByteRows{m_frame->data[i], m_frame->linesize[i]}; };
+        convertBGRATo420(source.data[0], source.linesize[0], m_size, {plane(0), plane(1), plane(2)});
     } else {
         if (Outcome prepared = prepareScaler(source); !prepared)
             return prepared;

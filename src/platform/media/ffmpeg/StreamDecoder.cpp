@@ -134,6 +134,8 @@ void StreamDecoder::restart()
     avcodec_flush_buffers(m_context.get());
     m_drains = false;
     m_readingError.reset();
+    m_follows = false;
+    m_shift = 0;
 }
 
 Outcome StreamDecoder::outcome() const
@@ -161,10 +163,19 @@ double StreamDecoder::seconds(std::int64_t ticks) const
 
 void StreamDecoder::noteTime()
 {
+    const double length = frameDuration(*m_frame);
     const bool told = m_frame->best_effort_timestamp != AV_NOPTS_VALUE;
-    const double time = told ? seconds(m_frame->best_effort_timestamp) : m_next;
-    m_ticks = told ? m_frame->best_effort_timestamp : std::llround(time / av_q2d(m_stream->time_base));
-    m_next = time + frameDuration(*m_frame);
+    double time = told ? seconds(m_frame->best_effort_timestamp) + m_shift : m_next;
+    // Where recordings were joined the clock may begin anew; time goes on.
+    constexpr double kBegunAnew = 1;
+    const bool anew = told && m_follows && time < m_next - kBegunAnew - 2 * length;
+    if (anew) {
+        m_shift += m_next - time;
+        time = m_next;
+    }
+    m_ticks = told && m_shift == 0 ? m_frame->best_effort_timestamp : std::llround(time / av_q2d(m_stream->time_base));
+    m_next = time + length;
+    m_follows = true;
 }
 
 } // namespace lamina

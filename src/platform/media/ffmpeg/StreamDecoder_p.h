@@ -54,7 +54,9 @@ private:
     bool m_drains = false;
     std::optional<Error> m_readingError;
     std::int64_t m_ticks = 0;
-    double m_next = 0; ///< when the frame after the last one begins, in seconds of the container
+    double m_shift = 0;     ///< what is added to the stream's clock, in seconds
+    bool m_follows = false; ///< a frame came before
+    double m_next = 0;      ///< when the frame after the last one begins, in seconds of the container
     long m_frames = 0;
     long m_failures = 0;
 };
