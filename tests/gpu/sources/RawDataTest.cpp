@@ -145,6 +145,7 @@ TEST_F(RawDataTest, RowsWithGapsGoUpWithoutThemIntoTheStorageThatIsThere)
     onQueue([] {
         const auto framebuffer =
             GPUImageContext::sharedFramebufferCache().fetchFramebufferForSize({3, 2}, {.format = GL_RGBA}, false);
+        framebuffer->activateFramebuffer(); // its memory comes with the first use
         const CGImage noise = noisePicture(8, 2, CGImageAlphaInfo::Last);
         const GLCalls before = glCallsSoFar();
         for (const std::size_t bytesPerRow : {12U, 20U, 15U}) { // none, whole pixels, neither
