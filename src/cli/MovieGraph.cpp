@@ -1,6 +1,8 @@
 #include "cli/MovieGraph.h"
 
+#include "cli/ExitCode.h"
 #include "cli/FilterDrawing.h"
+#include "cli/Messages.h"
 #include "cli/MovieChain.h"
 #include "cli/MovieCut.h"
 #include "gpu/core/DrawingFailures.h"
@@ -25,6 +27,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <mutex>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -95,6 +98,34 @@ protected:
             reader->addAudioOutput(audioEncodingTarget()->shouldPassthroughAudio());
         return reader;
     }
+};
+
+/// Takes the place of the log: what fails is told by the command, and only what nobody else tells of is kept.
+class KeptErrors {
+public:
+    KeptErrors()
+    {
+        m_usual = setLogSink([this](LogLevel level, std::string_view text) {
+            const std::lock_guard lock(m_mutex);
+            if (level == LogLevel::Error && m_first.empty())
+                m_first = text;
+        });
+    }
+    ~KeptErrors() { setLogSink(std::move(m_usual)); }
+    KeptErrors(const KeptErrors&) = delete;
+    KeptErrors& operator=(const KeptErrors&) = delete;
+
+    /// Empty where all was well.
+    std::string first() const
+    {
+        const std::lock_guard lock(m_mutex);
+        return m_first;
+    }
+
+private:
+    LogSink m_usual;
+    mutable std::mutex m_mutex;
+    std::string m_first;
 };
 
 class MovieGraph : public GPUImageMovieDelegate, public std::enable_shared_from_this<MovieGraph> {
@@ -177,14 +208,11 @@ private:
         m_movie->enableSynchronizedEncodingUsingMovieWriter(m_writer);
     }
 
-    /// That packets can't be passed on is nothing to be told: they are encoded then.
     void connectSound(const AVAudioTrack& sound)
     {
         m_writer->setShouldPassthroughAudio(true);
         m_writer->setPassthroughAsset(m_job.asset);
-        LogSink usual = setLogSink([](LogLevel, std::string_view) {});
         m_writer->setHasAudioTrack(true, soundSettings(sound));
-        setLogSink(std::move(usual));
         m_movie->setAudioEncodingTarget(m_writer);
     }
 
@@ -215,7 +243,11 @@ private:
 
 MovieEnd filterMovie(const MovieJob& job, const std::function<void(double)>& tell)
 {
-    return std::make_shared<MovieGraph>(job)->run(tell);
+    const KeptErrors errors;
+    const MovieEnd end = std::make_shared<MovieGraph>(job)->run(tell);
+    if (const std::string first = errors.first(); end.code == ExitCode::Good && !first.empty())
+        warn({job.output, first});
+    return end;
 }
 
 } // namespace lamina
