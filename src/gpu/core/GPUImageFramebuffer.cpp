@@ -25,7 +25,7 @@ namespace {
 std::atomic<std::size_t> s_living{0};
 
 /// Of more than this no memory is kept beside a texture in the pool.
-constexpr std::size_t kMostIdlePixels = std::size_t{16} << 20;
+constexpr std::size_t kMostSparePixels = std::size_t{16} << 20;
 
 int cutToWhole(double side)
 {
@@ -179,20 +179,37 @@ void GPUImageFramebuffer::setHostPixels(std::shared_ptr<const std::uint8_t> pixe
     m_hostPixels = std::move(pixels);
 }
 
+std::uint8_t* GPUImageFramebuffer::hostPixelsToChange()
+{
+    if (!m_hostIsValid || m_textureIsValid)
+        return nullptr;
+    const bool isOurs = m_ownPixels && m_hostPixels.use_count() == 1;
+    const std::shared_ptr<const std::uint8_t> kept = isOurs ? nullptr : m_hostPixels;
+    std::uint8_t* const pixels = hostPixelsToWrite();
+    if (pixels && kept)
+        std::memcpy(pixels, kept.get(), byteCount());
+    else if (!pixels)
+        setHostPixels(kept);
+    return pixels;
+}
+
 void GPUImageFramebuffer::forgetPixels()
 {
-    const bool reusable = m_ownPixels && m_hostPixels.use_count() == 1 && byteCount() <= kMostIdlePixels;
-    if (!reusable)
+    if (!m_ownPixels || m_hostPixels.use_count() != 1)
         setHostPixels(nullptr);
     m_hostIsValid = false;
     m_textureIsValid = true; // as good as any
 }
 
+void GPUImageFramebuffer::letGoOfSpareMemory()
+{
+    if (m_hostPixels && m_textureIsValid && byteCount() > kMostSparePixels)
+        setHostPixels(nullptr);
+}
+
 std::size_t GPUImageFramebuffer::heldBytes() const
 {
-    // A texture that is only uploaded into counts from the start: it is to be.
-    const bool hasTexture = m_isGenerated || (m_missingFramebuffer && !m_hostPixels);
-    return byteCount() * ((hasTexture ? 1 : 0) + (m_hostPixels ? 1 : 0));
+    return byteCount() * (m_isGenerated && m_hostPixels ? 2 : 1); // what has neither yet is to have one
 }
 
 void GPUImageFramebuffer::generateTexture()

@@ -87,9 +87,13 @@ public:
     std::uint8_t* hostPixelsToWrite();
     /// The pixels from now on; null: there are none, and what the texture holds counts.
     void setHostPixels(std::shared_ptr<const std::uint8_t> pixels);
-    /// For the pool: what was drawn plays no part any more. Memory that a next frame can be written into is kept,
-    /// unless it is large.
+    /// The same with what is in them, to change a part. Null where a texture has the newest pixels, too.
+    std::uint8_t* hostPixelsToChange();
+    /// For the pool, before the next use: what was drawn plays no part any more. Memory that a frame can be written
+    /// into is kept.
     void forgetPixels();
+    /// For the pool, when it is back: of a large one only the newest pixels take memory.
+    void letGoOfSpareMemory();
     /// Bytes of memory that textures and pixels take, ours and GL's.
     std::size_t heldBytes() const;
 

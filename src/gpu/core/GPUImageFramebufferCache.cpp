@@ -81,6 +81,7 @@ std::shared_ptr<GPUImageFramebuffer> GPUImageFramebufferCache::takeIdle(const Fr
     if (idle->second.empty())
         m_idle.erase(idle);
     --m_idleCount;
+    last->forgetPixels();
     return last;
 }
 
@@ -93,7 +94,7 @@ void GPUImageFramebufferCache::returnFramebufferToCache(const std::shared_ptr<GP
 void GPUImageFramebufferCache::put(std::shared_ptr<GPUImageFramebuffer> framebuffer)
 {
     assert(isOnVideoProcessingQueue());
-    framebuffer->forgetPixels();
+    framebuffer->letGoOfSpareMemory();
     const std::size_t bytes = framebuffer->heldBytes();
     // Of what is drawn into the next pass has a use, however large it is; a picture that large seldom comes twice.
     if (framebuffer->missingFramebuffer() && bytes > kIdleByteLimit)

@@ -80,6 +80,13 @@ public:
     /// False when memory was short for the copy.
     bool ok() const { return !m_failed; }
     const std::uint8_t* bytes() const { return m_bytes; }
+    /// To memory of the same form.
+    void copyInto(std::uint8_t* out, std::size_t bytesPerRow, int rows) const
+    {
+        const std::size_t from = m_pixelsPerRow != 0 ? m_pixelsPerRow * m_pixelBytes : m_rowBytes;
+        for (std::size_t row = 0; row < static_cast<std::size_t>(rows); ++row)
+            std::memcpy(out + row * bytesPerRow, m_bytes + row * from, m_rowBytes);
+    }
     RowLayout layout() const { return {m_rowBytes, m_pixelsPerRow}; }
 
 private:
@@ -200,9 +207,17 @@ std::shared_ptr<GPUImageFramebuffer> fetchTexture(const UploadPixels& pixels, co
 bool uploadTexturePart(GPUImageFramebuffer& framebuffer, int x, int y, const UploadPixels& pixels, Mipmaps mipmaps)
 {
     const TextureStorage& storage = framebuffer.textureStorage();
-    const Rows rows(pixels, (storage.format == GL_BGRA) != (pixels.format == GL_BGRA));
+    std::uint8_t* const host = framebuffer.hostPixelsToChange();
+    const bool isBlueFirst = !host && storage.format == GL_BGRA;
+    const Rows rows(pixels, isBlueFirst != (pixels.format == GL_BGRA));
     if (!rows.ok() || !GPUImageContext::useImageProcessingContext())
         return false;
+    if (host) {
+        const std::size_t begin =
+            static_cast<std::size_t>(y) * framebuffer.bytesPerRow() + 4 * static_cast<std::size_t>(x);
+        rows.copyInto(host + begin, framebuffer.bytesPerRow(), pixels.size.height);
+        return true;
+    }
     beginUpload(framebuffer);
     framebuffer.setHostPixels(nullptr);
     putInto(storage, x, y, pixels.size, rows);

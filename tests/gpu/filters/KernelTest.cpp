@@ -4,12 +4,12 @@
 #include "TestPictures.h"
 #include "gpu/core/FilterRegistry.h"
 #include "gpu/core/GPUImageFilterGroup.h"
+#include "gpu/core/GPUVectors.h"
 #include "gpu/filters/FilterCatalogue.h"
 #include "gpu/filters/color/GPUImageSepiaFilter.h"
 #include "gpu/filters/color/GPUImageToneCurveFilter.h"
 #include "gpu/filters/color/LookupTables.h"
 #include "gpu/filters/edge/GPUImageSobelEdgeDetectionFilter.h"
-#include "gpu/core/GPUVectors.h"
 #include "gpu/sources/GPUImagePicture.h"
 
 #include <algorithm>

@@ -93,7 +93,9 @@ TEST_F(PictureTest, APictureThatIsGivenAwayGoesOnceItIsUp)
     const CGImageLayout layout = CGImageLayout::rgba(5, 4, CGImageAlphaInfo::Last);
     std::shared_ptr<const std::uint8_t> bytes = PixelBuffer::zeroed(layout.byteCount()).share();
     const std::weak_ptr<const std::uint8_t> watched = bytes;
+    GPUImageContext::setUsesKernels(false); // which would work on the very bytes
     const GPUImagePicture picture(UIImage(CGImage::make(layout, std::move(bytes), layout.byteCount())));
+    GPUImageContext::setUsesKernels(true);
     EXPECT_TRUE(watched.expired());
 }
 
@@ -102,7 +104,8 @@ TEST_F(PictureTest, WhatCanNotBeMadeIsToldToWhoListens)
     const DrawingFailures outer;
     {
         const DrawingFailures inner;
-        const GPUImageFramebuffer beyond({200'000, 3});
+        GPUImageFramebuffer beyond({200'000, 3});
+        beyond.texture();
         EXPECT_EQ(inner.first(), "the device has no framebuffer for 200000 x 3 pixels");
     }
     EXPECT_EQ(outer.first(), std::nullopt);
