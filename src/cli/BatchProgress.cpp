@@ -3,28 +3,7 @@
 #include "cli/ExitCode.h"
 #include "cli/Messages.h"
 
-#include <cmath>
-
 namespace lamina {
-
-namespace {
-
-/// "40 s", "3 min", "2 h".
-std::string roundedTime(double seconds)
-{
-    struct Unit {
-        double seconds;
-        const char* name;
-    };
-    constexpr Unit kUnits[] = {{3600, " h"}, {60, " min"}};
-    for (const Unit& unit : kUnits) {
-        if (seconds >= 2 * unit.seconds)
-            return std::to_string(std::lround(seconds / unit.seconds)) + unit.name;
-    }
-    return std::to_string(std::lround(std::ceil(seconds))) + " s";
-}
-
-} // namespace
 
 BatchProgress::BatchProgress(std::size_t files, bool shown)
     : m_files(files)
@@ -36,7 +15,7 @@ void BatchProgress::done()
 {
     const std::lock_guard lock(m_mutex);
     ++m_done;
-    m_bar.show(static_cast<double>(m_done) / static_cast<double>(m_files), [this] { return text(); });
+    m_bar.show(share(), [this] { return text(); });
 }
 
 void BatchProgress::failed(const Error& error)
@@ -79,12 +58,15 @@ void BatchProgress::tell(const Error& error)
     warn(error);
 }
 
+double BatchProgress::share() const
+{
+    return static_cast<double>(m_done) / static_cast<double>(m_files);
+}
+
 std::string BatchProgress::text() const
 {
-    const std::chrono::duration<double> passed = std::chrono::steady_clock::now() - m_begin;
-    const double rest = passed.count() / static_cast<double>(m_done) * static_cast<double>(m_files - m_done);
-    return std::to_string(m_done) + " of " + std::to_string(m_files) +
-           (m_done < m_files ? ", " + roundedTime(rest) + " left" : std::string());
+    const std::string left = m_remaining.text(share());
+    return std::to_string(m_done) + " of " + std::to_string(m_files) + (left.empty() ? "" : ", " + left);
 }
 
 } // namespace lamina

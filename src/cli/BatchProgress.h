@@ -1,9 +1,9 @@
 #pragma once
 
 #include "cli/ProgressBar.h"
+#include "cli/RemainingTime.h"
 #include "platform/base/Result.h"
 
-#include <chrono>
 #include <cstddef>
 #include <mutex>
 #include <string>
@@ -35,10 +35,11 @@ public:
 
 private:
     void tell(const Error& error);
+    double share() const;
     std::string text() const;
 
     const std::size_t m_files;
-    const std::chrono::steady_clock::time_point m_begin = std::chrono::steady_clock::now();
+    const RemainingTime m_remaining;
     mutable std::mutex m_mutex;
     ProgressBar m_bar;
     std::size_t m_done = 0;

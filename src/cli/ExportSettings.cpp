@@ -49,7 +49,8 @@ std::optional<VideoQuality> qualityNamed(std::string_view name)
     return std::nullopt;
 }
 
-/// A name, or a number as the screen's slider takes it.
+} // namespace
+
 Result<VideoQuality> parseVideoQuality(const std::string& text)
 {
     if (const std::optional<VideoQuality> named = qualityNamed(text))
@@ -61,8 +62,6 @@ Result<VideoQuality> parseVideoQuality(const std::string& text)
     screen.qualitySliderAction(static_cast<float>(*number));
     return *qualityNamed(screen.sizelbl());
 }
-
-} // namespace
 
 void ExportSettings::add(ExportChoice choice, CLI::Option* option)
 {

@@ -13,6 +13,9 @@
 
 namespace lamina {
 
+/// The quality of a film: low, medium, high, or a number as the screen's slider takes it.
+Result<VideoQuality> parseVideoQuality(const std::string& text);
+
 /// The options of a command line for the types of saving, of which each type knows its own.
 class ExportSettings {
 public:

@@ -5,19 +5,13 @@
 #include "cli/FilterListing.h"
 #include "cli/FilterParsing.h"
 #include "cli/Messages.h"
-#include "gpu/core/TypedValue.h"
 #include "platform/image/codecs/PictureDecoding.h"
 #include "platform/photos/PhotoLoading.h"
 #include "platform/photos/PhotoSource.h"
 
 #include <CLI/Option.hpp>
-#include <algorithm>
-#include <cstdint>
-#include <limits>
 #include <optional>
-#include <string_view>
 #include <utility>
-#include <variant>
 
 namespace lamina {
 
@@ -40,20 +34,6 @@ Examples: lamina filter GPUImageSepiaFilter -i beach.jpg --set intensity=0.8 -o 
 
 Of many pictures each takes the first place among the inputs, and the others are the same for all. --report prints an
 object a line, {"file", "report"}, in the order of the files.)";
-
-/// Whole pixels, written WxH; more than any device draws is cut down to that.
-Result<IntSize> parsePixelSize(const std::string& text)
-{
-    std::vector<int> sides;
-    for (const std::string_view field : fieldsOf(text, 'x')) {
-        constexpr std::uint32_t kMost = std::numeric_limits<int>::max();
-        const Result<TypedValue> side = parseValue(field, kind::kCount);
-        sides.push_back(side ? static_cast<int>(std::min(std::get<std::uint32_t>(*side), kMost)) : 0);
-    }
-    if (sides.size() != 2 || sides[0] == 0 || sides[1] == 0)
-        return Error{"--size", "expected a size in whole pixels, as in 640x480, not '" + beginning(text) + "'"};
-    return IntSize{sides[0], sides[1]};
-}
 
 } // namespace
 
@@ -157,22 +137,13 @@ std::size_t FilterCommand::memoryLimit() const
     return kDrawingMemory;
 }
 
-Outcome FilterCommand::readPipeline()
-{
-    Result<PipelineConfiguration> configuration = PipelineConfiguration::fromFile(m_pipeline);
-    if (!configuration)
-        return configuration.error();
-    if (const Outcome known = checkPipeline(*configuration); !known)
-        return Error{m_pipeline, "'" + known.error().subject + "': " + known.error().cause};
-    m_chain = std::move(*configuration);
-    return success();
-}
-
 Result<std::vector<UIImage>> FilterCommand::read()
 {
     if (isPipeline()) {
-        if (const Outcome chain = readPipeline(); !chain)
+        Result<PipelineConfiguration> chain = readPipeline(m_pipeline);
+        if (!chain)
             return chain.error();
+        m_chain = std::move(*chain);
     } else if (const Outcome usable = checkSettings(*m_filter, m_filterSettings); !usable) {
         return usable.error();
     }

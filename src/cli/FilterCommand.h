@@ -45,7 +45,6 @@ private:
     Outcome checkReport() const;
     /// `whose`: what takes so many inputs.
     Outcome checkCount(std::size_t inputs, const std::string& whose) const;
-    Outcome readPipeline();
     Result<UIImage> draw(std::vector<UIImage> pictures, FilterReport* report) const;
     void tellReductions(const std::vector<UIImage>& pictures) const;
 

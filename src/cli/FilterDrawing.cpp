@@ -105,11 +105,6 @@ UIImage generated(GPUImageFilter& filter, CGSize size)
     return filter.imageFromCurrentFramebufferWithOrientation(UIImageOrientation::Up);
 }
 
-Error shadersDontBuild(const std::string& className)
-{
-    return {className, "the graphics driver does not build its shaders"};
-}
-
 /// The picture, or why there is none. A frame on the way that could not be made leaves a picture too: a black one.
 Result<UIImage> toldBy(const DrawingFailures& failures, const std::string& className, UIImage picture)
 {
@@ -219,7 +214,27 @@ Result<UIImage> drawnByChain(const PipelineConfiguration& configuration, UIImage
     return toldBy(failures, configuration.filters.back().filterName, sources.pushThrough(*filters.back()));
 }
 
+/// What is wrong with a chain that can be told without making its filters.
+Outcome checkPipeline(const PipelineConfiguration& configuration)
+{
+    for (const PipelineConfiguration::Filter& step : configuration.filters) {
+        const Result<const FilterDescription*> filter = filterNamed(step.filterName);
+        if (!filter)
+            return filter.error();
+        if ((*filter)->inputs != 1) {
+            return Error{step.filterName, "needs " + countedPictures(static_cast<std::size_t>((*filter)->inputs)) +
+                                              "; a pipeline takes filters of one"};
+        }
+    }
+    return GPUImageFilterPipeline::check(configuration, filterCatalogue());
+}
+
 } // namespace
+
+Error shadersDontBuild(const std::string& className)
+{
+    return {className, "the graphics driver does not build its shaders"};
+}
 
 Outcome drawingIsPossible()
 {
@@ -266,18 +281,14 @@ Result<UIImage> generatedPicture(const FilterDescription& description, const Fil
     }));
 }
 
-Outcome checkPipeline(const PipelineConfiguration& configuration)
+Result<PipelineConfiguration> readPipeline(const std::string& path)
 {
-    for (const PipelineConfiguration::Filter& step : configuration.filters) {
-        const Result<const FilterDescription*> filter = filterNamed(step.filterName);
-        if (!filter)
-            return filter.error();
-        if ((*filter)->inputs != 1) {
-            return Error{step.filterName, "needs " + countedPictures(static_cast<std::size_t>((*filter)->inputs)) +
-                                              "; a pipeline takes filters of one"};
-        }
-    }
-    return GPUImageFilterPipeline::check(configuration, filterCatalogue());
+    Result<PipelineConfiguration> configuration = PipelineConfiguration::fromFile(path);
+    if (!configuration)
+        return configuration;
+    if (const Outcome known = checkPipeline(*configuration); !known)
+        return Error{path, "'" + known.error().subject + "': " + known.error().cause};
+    return configuration;
 }
 
 Result<UIImage> pictureThroughChain(const PipelineConfiguration& configuration, UIImage picture)

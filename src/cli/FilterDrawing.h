@@ -17,6 +17,9 @@ namespace lamina {
 /// Why nothing can be drawn, if so. Keeps the log quiet about it: the command tells it.
 Outcome drawingIsPossible();
 
+/// Of a filter that the driver refuses.
+Error shadersDontBuild(const std::string& className);
+
 /// What the GPU makes of a picture that is beyond its texture limit: "reduced to W x H: the GPU draws at most N pixels
 /// a side". Nothing when it fits.
 std::optional<std::string> reductionNote(const UIImage& picture);
@@ -34,11 +37,11 @@ Result<UIImage> filteredPicture(const FilterDescription& description, const Filt
 /// What a generator draws without a picture. The error names the filter.
 Result<UIImage> generatedPicture(const FilterDescription& description, const FilterSettings& settings, IntSize size);
 
-/// What is wrong with a chain that can be told without making its filters: a name that is not known, a filter that
-/// needs more than one picture.
-Outcome checkPipeline(const PipelineConfiguration& configuration);
+/// A chain from its file, with all filters known and none that needs more than one picture: what can be told without
+/// making them. The error's subject is the path.
+Result<PipelineConfiguration> readPipeline(const std::string& path);
 
-/// The picture through a checked chain, in the same way; the picture itself when the chain is empty.
+/// The picture through a chain that was read, in the same way; the picture itself when the chain is empty.
 Result<UIImage> pictureThroughChain(const PipelineConfiguration& configuration, UIImage picture);
 
 } // namespace lamina

@@ -8,8 +8,11 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <cstdint>
+#include <limits>
 #include <string_view>
 #include <utility>
+#include <variant>
 
 namespace lamina {
 
@@ -157,6 +160,19 @@ std::vector<std::string> settingTexts(const FilterSettings& settings)
             text += (&value == &setting.values.front() ? "=" : ",") + formatValue(value);
     }
     return texts;
+}
+
+Result<IntSize> parsePixelSize(const std::string& text)
+{
+    std::vector<int> sides;
+    for (const std::string_view field : fieldsOf(text, 'x')) {
+        constexpr std::uint32_t kMost = std::numeric_limits<int>::max();
+        const Result<TypedValue> side = parseValue(field, kind::kCount);
+        sides.push_back(side ? static_cast<int>(std::min(std::get<std::uint32_t>(*side), kMost)) : 0);
+    }
+    if (sides.size() != 2 || sides[0] == 0 || sides[1] == 0)
+        return Error{"--size", "expected a size in whole pixels, as in 640x480, not '" + beginning(text) + "'"};
+    return IntSize{sides[0], sides[1]};
 }
 
 std::string countedPictures(std::size_t count)

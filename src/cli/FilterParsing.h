@@ -2,6 +2,7 @@
 
 #include "gpu/core/FilterRegistry.h"
 #include "gpu/core/TypedValue.h"
+#include "platform/base/CGGeometry.h"
 #include "platform/base/Result.h"
 
 #include <cstddef>
@@ -26,6 +27,9 @@ std::string argumentExample(const FilterSelector& selector);
 
 /// Settings as texts that `parseSettings` reads.
 std::vector<std::string> settingTexts(const FilterSettings& settings);
+
+/// The value of `--size`: whole pixels, written WxH; more than any device draws is cut down to that.
+Result<IntSize> parsePixelSize(const std::string& text);
 
 /// "1 picture", "2 pictures".
 std::string countedPictures(std::size_t count);

@@ -7,6 +7,7 @@
 #include "cli/FiltersCommand.h"
 #include "cli/Interruption.h"
 #include "cli/Messages.h"
+#include "cli/MovieCommand.h"
 #include "cli/OpCommand.h"
 #include "cli/PhotosCommand.h"
 #include "cli/StickersCommand.h"
@@ -101,6 +102,7 @@ ExitCode run(int argc, char** argv)
     FilterCommand filter(application);
     FiltersCommand filters(application);
     ExportCommand exporting(application);
+    MovieCommand movie(application);
     StickersCommand stickers(application);
     PhotosCommand photos(application);
 
@@ -111,8 +113,8 @@ ExitCode run(int argc, char** argv)
     }
     if (wantsVersion)
         return printData("lamina " LAMINA_VERSION "\n");
-    for (Command* command :
-         std::initializer_list<Command*>{&blend, &collage, &op, &filter, &filters, &exporting, &stickers, &photos}) {
+    for (Command* command : std::initializer_list<Command*>{&blend, &collage, &op, &filter, &filters, &exporting,
+                                                            &movie, &stickers, &photos}) {
         if (command->isChosen() && pictures.empty())
             return command->run();
         if (command->isChosen())

@@ -128,6 +128,16 @@ TEST_F(Refusals, WrongUsageOfAnyCommand)
         {"export jpg -i no.png -o -", 2, "-: an export is a file: name one, or a folder"},
         {"export tiff -i no.png -o out.tiff --size 2", 2, "--size: is no option of tiff"},
         {"blend no.jpg no.jpg -o out.png --notes", 2, "--notes: is for --as TYPE"},
+        {"movie", 2, "movie: name a movie"},
+        {"movie - -o out.mp4", 2, "-: a movie is read from a file: name one"},
+        {"movie no.mp4", 2, "movie: --output is required"},
+        {"movie no.mp4 -o out.avi", 2, "out.avi: the name of the output must end in .mp4, .mov or .mkv"},
+        {"movie no.mp4 -o -", 2, "-: a movie is a file: name one"},
+        {"movie no.mp4 -o out.mp4 --set intensity=1 --filter GPUImageSepiaFilter", 2, "--set: sets a property of the"},
+        {"movie no.mp4 -o out.mp4 --filter GPUImageLookupFilter", 2, "GPUImageLookupFilter: needs 2 pictures; a movie"},
+        {"movie no.mp4 -o out.mp4 --filter GPUImageSepiaFilter --pipeline no.json", 2,
+         "--filter: a pipeline's filters"},
+        {"movie no.mp4 -o out.mp4 --from 3 --to 3", 2, "--to: must be later than where the movie begins"},
         {"blend no.jpg no.jpg -o out.png --as svg", 2, "blend: out.png: the name of the output must end in .svg"},
     });
 }
@@ -182,6 +192,10 @@ TEST_F(Refusals, ValuesThatAreNotUnderstood)
         {"op invert -i no.png -o out.png --picture-scale 0", 2, "expected a number from 0.01 to 100, not '0'"},
         {"export jpg -i no.png -o . --quality 2", 2, "--quality: expected a number from 0.1 to 1, not '2'"},
         {"export mp4 -i no.png -o . --quality best", 2, "low, medium, high or a number from 0.2 to 1.5, not 'best'"},
+        {"movie no.mp4 -o out.mp4 --from -1", 2, "--from: expected a number from 0 to 360000, not '-1'"},
+        {"movie no.mp4 -o out.mp4 --size 640", 2, "--size: expected a size in whole pixels, as in 640x480, not '640'"},
+        {"movie no.mp4 -o out.mp4 --size 9000x9000", 2, "--size: a movie has at most 36864 blocks of 16 x 16 pixels"},
+        {"movie no.mp4 -o out.mp4 --quality best", 2, "--quality: expected low, medium, high or a number from 0.2 to"},
         {"export png -i no.png -o . --size 3", 2, "--size: expected a number from 0.5 to 2.5, not '3'"},
         {"export pdf-print -i no.png -o . --ppi 0", 2, "--ppi: expected a number from 1 to 4800, not '0'"},
         {"export pdf-print -i no.png -o . --profile lab", 2, "--profile: lab not in {rgb,cmyk}"},
@@ -245,6 +259,8 @@ TEST_F(Refusals, FilesThatAreNoPicture)
     make("text.mp4", "This is no film either.\n");
     expect({
         {"export mp4 -i text.mp4 -o out.mp4", 3, "lamina: text.mp4: not a clip that can be read"},
+        {"movie text.mp4 -o out.mkv", 3, "lamina: text.mp4: not a clip that can be read"},
+        {"movie no.mp4 -o no.mp4", 3, "lamina: no.mp4: no such file"},
         {"export png -i text.jpg -o out.png", 3, "lamina: text.jpg: not a picture"},
         {"export tiff -i no.mp4 -o .", 3, "lamina: no.mp4: no such file"},
         {"blend no.jpg empty.jpg -o out.png", 3, "lamina: no.jpg: no such file"},

@@ -10,14 +10,14 @@
 #include "export/SavingTypes.h"
 #include "export/ShareController.h"
 #include "hud/ProgressOverlay.h"
+#include "platform/base/DispatchSemaphore.h"
 #include "platform/photos/PhotoFolder.h"
 #include "platform/photos/PictureQueue.h"
 #include "platform/view/UIAlertController.h"
 #include "platform/view/UIDocumentPickerViewController.h"
 
-#include <chrono>
 #include <filesystem>
-#include <thread>
+#include <memory>
 
 namespace lamina::test {
 namespace {
@@ -154,11 +154,16 @@ TEST_F(ExportRoad, AnExporterThatLeavesStopsItsWork)
         auto exporter = choose(SavingtypeMethod::png);
         ASSERT_TRUE(exporter);
         exporter->setSavingDelegate(listener);
-        pictureQueue().async([] { std::this_thread::sleep_for(std::chrono::milliseconds(50)); }); // busy otherwise
+        DispatchSemaphore otherWork{0};
+        pictureQueue().async([&] { otherWork.wait(); });
         exporter->downloadbtnAction();
         editor->dismiss(false);
+        const std::weak_ptr<ExporterViewController> left = exporter;
         if (!isHeld)
             exporter.reset();
+        const auto hasStopped = [&] { return left.expired() || !left.lock()->isExporting(); };
+        EXPECT_TRUE(DispatchQueue::main().runUntil(hasStopped, 60));
+        otherWork.signal();
         settle();
         EXPECT_TRUE(listener->records.empty());
         EXPECT_FALSE(std::filesystem::exists(home.path("Documents/Lamina/default.png")));

@@ -1,4 +1,5 @@
-// Decodes many damaged files of a format, as any program reads them, and keeps those that end badly.
+// Decodes many damaged pictures of a format, or clips ("clip"), as any program reads them, and keeps those that end
+// badly.
 //
 //   damage_campaign FORMAT COUNT FOLDER [FIRST]
 //
@@ -6,6 +7,7 @@
 // so that a run can be carried on. Each hundred is decoded in a process of its own, which may crash or hang. FOLDER
 // takes the findings, named by number and fault, and what was written to standard error.
 
+#include "ClipCheck.h"
 #include "DamagedFiles.h"
 #include "DecodeCheck.h"
 #include "ProcessUsage.h"
@@ -40,9 +42,11 @@ using Clock = std::chrono::steady_clock;
 #if defined(__SANITIZE_ADDRESS__)
 constexpr double kMostSeconds = 20;
 constexpr long kMostKilobytes = 1'600'000;
+constexpr long kMostOfClip = 2'500'000;
 #else
 constexpr double kMostSeconds = 2;
 constexpr long kMostKilobytes = 400'000;
+constexpr long kMostOfClip = 640'000; ///< a movie's index, twice
 #endif
 constexpr std::chrono::seconds kHangs{60};
 constexpr std::uint64_t kBatch = 100;
@@ -62,7 +66,7 @@ struct Worst {
 /// What the processes share.
 struct Shared {
     volatile std::uint64_t current; ///< the file that is being decoded
-    std::uint64_t pictures;
+    std::uint64_t whole;
     std::uint64_t refusals;
     std::uint64_t findings;
     Worst seconds;
@@ -190,7 +194,8 @@ std::string faultOfDecoder(const Result<UIImage>& decoded, double seconds)
 class Campaign {
 public:
     Campaign(const std::string& format, std::string folder)
-        : m_damage(basesOf(format))
+        : m_isClip(format == "clip")
+        , m_damage(basesOf(format))
         , m_folder(std::move(folder))
         , m_shared(new (::mmap(nullptr, sizeof(Shared), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0))
                        Shared{})
@@ -219,8 +224,8 @@ public:
     void tell(std::uint64_t count) const
     {
         const auto number = [](std::uint64_t value) { return static_cast<unsigned long long>(value); };
-        std::printf("%llu files: %llu pictures, %llu refused; %llu findings\n", number(count),
-                    number(m_shared->pictures), number(m_shared->refusals), number(m_shared->findings));
+        std::printf("%llu files: %llu whole, %llu refused; %llu findings\n", number(count), number(m_shared->whole),
+                    number(m_shared->refusals), number(m_shared->findings));
         std::printf("slowest: %.3f s (number %llu); most memory: %.0f MB (number %llu), "
                     "of a decoder behind its wall %.0f MB (number %llu)\n",
                     m_shared->seconds.value, number(m_shared->seconds.number), m_shared->kilobytes.value / 1024,
@@ -245,25 +250,43 @@ private:
     std::string decode(std::uint64_t number)
     {
         const Bytes bytes = m_damage.file(number);
+        return m_isClip ? readClip(number, bytes) : decodePicture(number, bytes);
+    }
+
+    std::string readClip(std::uint64_t number, const Bytes& bytes)
+    {
+        const Cost cost;
+        const ClipReport report = ClipCheck::read(bytes);
+        const std::string excess = excessOf(cost, cost.seconds(), number, report.cause.empty());
+        return report.fault.empty() ? excess : report.fault;
+    }
+
+    std::string decodePicture(std::uint64_t number, const Bytes& bytes)
+    {
         const DecodeOptions options{.shortSide = number % 3 == 0 ? 5 : 0};
         const Cost cost;
-        const Result<UIImage> decoded = decodePicture(bytes, "damaged", options);
+        const Result<UIImage> decoded = lamina::decodePicture(bytes, "damaged", options);
         const double seconds = cost.seconds();
+        const std::string excess = excessOf(cost, seconds, number, decoded.ok());
+        for (const std::string& fault :
+             {faultOfDecoder(decoded, seconds), excess, faultOf(decoded, options.memoryLimit)})
+            if (!fault.empty())
+                return fault;
+        return options.shortSide == 0 ? faultOfFacts(bytes, decoded) : std::string();
+    }
+
+    /// Counts a file, and says what it took too much of.
+    std::string excessOf(const Cost& cost, double seconds, std::uint64_t number, bool isRead)
+    {
         const long kilobytes = cost.ownKilobytes();
         const long decoderKilobytes = cost.decoderKilobytes();
-        ++(decoded ? m_shared->pictures : m_shared->refusals);
+        ++(isRead ? m_shared->whole : m_shared->refusals);
         m_shared->seconds.include(seconds, number);
         m_shared->kilobytes.include(static_cast<double>(kilobytes), number);
         m_shared->decoderKilobytes.include(static_cast<double>(decoderKilobytes), number);
-        if (const std::string fault = faultOfDecoder(decoded, seconds); !fault.empty())
-            return fault;
         if (seconds > kMostSeconds)
             return "slow";
-        if (std::max(kilobytes, decoderKilobytes) > kMostKilobytes)
-            return "memory";
-        if (const std::string fault = faultOf(decoded, options.memoryLimit); !fault.empty())
-            return fault;
-        return options.shortSide == 0 ? faultOfFacts(bytes, decoded) : std::string();
+        return std::max(kilobytes, decoderKilobytes) > (m_isClip ? kMostOfClip : kMostKilobytes) ? "memory" : "";
     }
 
     /// How a process ended; empty when it came through.
@@ -298,6 +321,7 @@ private:
             .write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
     }
 
+    const bool m_isClip;
     DamagedFiles m_damage;
     fs::path m_folder;
     Shared* m_shared;

@@ -89,6 +89,11 @@ std::string_view presetName(VideoQuality quality)
     return kAVAssetExportPresetLowQuality;
 }
 
+int rateFactor(VideoQuality quality)
+{
+    return findPreset(presetName(quality))->crf;
+}
+
 const char* localizedDescription(VideoExportError error)
 {
     switch (error) {

@@ -19,6 +19,9 @@ inline constexpr std::string_view kAVAssetExportPresetHighestQuality = "AVAssetE
 /// The name of the preset for a choice.
 std::string_view presetName(VideoQuality quality);
 
+/// The constant rate factor of a choice.
+int rateFactor(VideoQuality quality);
+
 /// What a conversion's own failures are called in the log, in the domain "VideoExportError". What the file system or
 /// the encoder has said is handed on as it is and has no code.
 enum class VideoExportError {

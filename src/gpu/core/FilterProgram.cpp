@@ -33,6 +33,17 @@ void main()
 }
 )";
 
+const char* const kGPUImageColorSwizzlingFragmentShaderString = R"(
+varying highp vec2 textureCoordinate;
+
+uniform sampler2D inputImageTexture;
+
+void main()
+{
+    gl_FragColor = texture2D(inputImageTexture, textureCoordinate).bgra;
+}
+)";
+
 const QuadCoordinates kGPUImageQuadVertices{-1, -1, 1, -1, -1, 1, 1, 1};
 
 std::shared_ptr<GLProgram> linkedProgram(GPUImageContext& context, const std::string& vertexShader,

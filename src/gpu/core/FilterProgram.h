@@ -19,6 +19,8 @@ class GPUImageContext;
 extern const char* const kGPUImageVertexShaderString;
 /// Gives the input as it is.
 extern const char* const kGPUImagePassthroughFragmentShaderString;
+/// Exchanges red and blue, for who reads what is drawn as B G R A.
+extern const char* const kGPUImageColorSwizzlingFragmentShaderString;
 
 /// Four (x, y) pairs for the corners of a quad in the order of a triangle strip: bottom left, bottom right, top left,
 /// top right of clip space, which are the picture's top left, top right, bottom left, bottom right.

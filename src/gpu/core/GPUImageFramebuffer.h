@@ -81,6 +81,8 @@ public:
     /// The pixels, read back where a draw was newer; null where they can't be. They stay as they are while they are
     /// held.
     std::shared_ptr<const std::uint8_t> hostPixels();
+    /// The same where nothing is to be read back; else null.
+    std::shared_ptr<const std::uint8_t> hostPixelsAtHand() const { return m_hostIsValid ? m_hostPixels : nullptr; }
     /// Memory for the pixels, which the caller writes all of: what was drawn before is gone. Null: memory is short.
     std::uint8_t* hostPixelsToWrite();
     /// The pixels from now on; null: there are none, and what the texture holds counts.

@@ -17,6 +17,8 @@
 
 namespace lamina {
 
+struct CMSampleBuffer; // the media module's: only who gives sound and who encodes it look into one
+
 /// Whoever encodes the sound of a source: the movie writer.
 class GPUImageAudioEncodingTarget {
 public:
@@ -25,6 +27,14 @@ public:
     virtual bool hasAudioTrack() const = 0;
     /// Before it starts to write.
     virtual void setHasAudioTrack(bool hasAudioTrack) = 0;
+
+    /// Whether it takes sound as it is stored, packet by packet, instead of numbers.
+    virtual bool shouldPassthroughAudio() const = 0;
+    /// Whether pieces are let go of as soon as they are encoded, whoever else may hold the value.
+    virtual void setShouldInvalidateAudioSampleWhenDone(bool shouldInvalidate) = 0;
+    /// The next piece of sound; may wait until there is room for it. From the thread of whoever reads, one piece at a
+    /// time.
+    virtual void processAudioBuffer(const CMSampleBuffer& audioBuffer) = 0;
 };
 
 /// A frame as its producer hands it to targets.

@@ -11,6 +11,7 @@
 #include <algorithm>
 #include <array>
 #include <cstring>
+#include <memory>
 #include <span>
 
 namespace lamina {
@@ -191,6 +192,16 @@ bool uploadTexture(GPUImageFramebuffer& framebuffer, const UploadPixels& pixels,
     }
     endUpload(rows.bytes() != nullptr, mipmaps);
     return true;
+}
+
+std::shared_ptr<GPUImageFramebuffer> fetchTexture(const UploadPixels& pixels, const GPUTextureOptions& options)
+{
+    const CGSize size{static_cast<double>(pixels.size.width), static_cast<double>(pixels.size.height)};
+    auto framebuffer = GPUImageContext::sharedFramebufferCache().fetchFramebufferForSize(size, options, true);
+    if (uploadTexture(*framebuffer, pixels))
+        return framebuffer;
+    framebuffer->unlock();
+    return nullptr;
 }
 
 bool uploadTexturePart(GPUImageFramebuffer& framebuffer, int x, int y, const UploadPixels& pixels, Mipmaps mipmaps)

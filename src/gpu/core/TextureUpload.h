@@ -1,11 +1,13 @@
 #pragma once
 
 #include "gpu/core/GPUImageFramebuffer.h"
+#include "gpu/core/GPUTextureOptions.h"
 #include "platform/base/CGGeometry.h"
 #include "platform/gl/GLHeaders.h"
 
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 
 namespace lamina {
 
@@ -30,6 +32,9 @@ enum class Mipmaps { None, Made };
 /// The order blue, green, red goes up exchanged where the device lacks it. False where there is no context or memory is
 /// short.
 bool uploadTexture(GPUImageFramebuffer& framebuffer, const UploadPixels& pixels, Mipmaps mipmaps = Mipmaps::None);
+/// A texture only, out of the shared pool, with these pixels and one count, the caller's. Null where `uploadTexture`
+/// fails.
+std::shared_ptr<GPUImageFramebuffer> fetchTexture(const UploadPixels& pixels, const GPUTextureOptions& options);
 /// Puts the pixels (four bytes each) over the part of an uploaded texture that begins at (x, y) and must hold them.
 bool uploadTexturePart(GPUImageFramebuffer& framebuffer, int x, int y, const UploadPixels& pixels,
                        Mipmaps mipmaps = Mipmaps::None);

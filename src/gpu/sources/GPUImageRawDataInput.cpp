@@ -99,43 +99,26 @@ Outcome GPUImageRawDataInput::updateDataFromBytes(std::span<const std::uint8_t> 
     if (Outcome usable = check(pixels, size, bytes.size()); !usable)
         return usable;
     const bool uploaded = valueFromVideoProcessingQueue([&] {
-        FramebufferHold data;
+        m_outputFramebuffer.reset();
         m_data.reset(); // where nobody holds the former data any more, these take their place
-        data = GPUImageContext::sharedFramebufferCache().fetchFramebufferForSize(
-            {double(pixels.size.width), double(pixels.size.height)}, outputTextureOptions(), true);
-        if (!uploadTexture(*data, pixels))
-            return false;
-        m_data = std::move(data);
+        m_data = fetchTexture(pixels, outputTextureOptions());
         m_outputFramebuffer = m_data;
-        m_uploadedImageSize = m_data->size();
-        notifyTargetsAboutNewOutputTexture();
-        return true;
+        m_uploadedImageSize = m_data ? m_data->size() : CGSize{};
+        if (m_data)
+            notifyTargetsAboutNewOutputTexture();
+        return bool(m_data);
     });
     return uploaded ? success() : Outcome(refused("there is no device, or memory is short"));
 }
 
-void GPUImageRawDataInput::processData()
-{
-    push(kCMTimeInvalid, true);
-}
-
 void GPUImageRawDataInput::processDataForTimestamp(const CMTime& frameTime)
-{
-    push(frameTime, false);
-}
-
-void GPUImageRawDataInput::push(const CMTime& frameTime, bool handsFramebuffer)
 {
     if (!m_dataUpdateSemaphore.tryWait())
         return;
     // Data that are shared live until the push is over; any others wait for the queue in their destructor.
-    runAsynchronouslyOnVideoProcessingQueue([this, self = weak_from_this().lock(), frameTime, handsFramebuffer] {
-        if (m_data) {
-            pushToTargets({.framebuffer = m_data,
-                           .size = m_uploadedImageSize,
-                           .time = frameTime,
-                           .isHandedAlready = !handsFramebuffer});
-        }
+    runAsynchronouslyOnVideoProcessingQueue([this, self = weak_from_this().lock(), frameTime] {
+        if (m_data)
+            pushToTargets({.framebuffer = m_data, .size = m_uploadedImageSize, .time = frameTime});
         m_dataUpdateSemaphore.signal();
     });
 }

@@ -31,16 +31,16 @@ public:
                                   GLenum pixelType = GL_UNSIGNED_BYTE);
     ~GPUImageRawDataInput() override;
 
-    /// Other data, perhaps of another size, for the pushes to come. Targets are handed them at once. The error, which
-    /// changes nothing, names what is refused: a form, a size, a number of bytes that isn't the size's.
+    /// Other data, perhaps of another size, for the pushes to come. Targets are handed them at once. The error names
+    /// what is refused, which changes nothing: a form, a size, a number of bytes that isn't the size's. Where there is
+    /// no device, or memory is short, nothing is left to be pushed.
     Outcome updateDataFromBytes(std::span<const std::uint8_t> bytes, CGSize size);
     /// The same in the present size.
     Outcome uploadBytes(std::span<const std::uint8_t> bytes) { return updateDataFromBytes(bytes, outputImageSize()); }
 
     /// Pushes the data as a frame of an invalid time; at once when called on the queue.
-    void processData();
-    /// Lets the targets draw at this time what they were handed when they were added or the bytes came. What a target
-    /// has drawn it has given back: each upload is good for one such push, and `processData` for any number.
+    void processData() { processDataForTimestamp(kCMTimeInvalid); }
+    /// The same with a time. The data stay for any number of pushes.
     void processDataForTimestamp(const CMTime& frameTime);
 
     /// In pixels; the zero size while no bytes have been taken.
@@ -52,8 +52,6 @@ public:
     void setPixelType(GLenum type) { m_pixelType = type; }
 
 private:
-    void push(const CMTime& frameTime, bool handsFramebuffer);
-
     CGSize m_uploadedImageSize; ///< touched on the queue, as the framebuffer is
     FramebufferHold m_data;
     std::atomic<GLenum> m_pixelFormat;

@@ -16,17 +16,6 @@ namespace lamina {
 
 namespace {
 
-constexpr const char* kColorSwizzlingFragmentShader = R"(
-varying highp vec2 textureCoordinate;
-
-uniform sampler2D inputImageTexture;
-
-void main()
-{
-    gl_FragColor = texture2D(inputImageTexture, textureCoordinate).bgra;
-}
-)";
-
 constexpr int kTextureUnit = 4;
 
 /// `value` within the indices of `count` things; what is no number is the first.
@@ -42,10 +31,10 @@ GPUImageRawDataOutput::GPUImageRawDataOutput(CGSize imageSize, bool resultsInBGR
     , m_imageSize(imageSize)
 {
     runSynchronouslyOnVideoProcessingQueue([this] {
-        m_dataProgram =
-            linkedProgram(kGPUImageVertexShaderString,
-                          m_outputBGRA ? kColorSwizzlingFragmentShader : kGPUImagePassthroughFragmentShaderString,
-                          {"position", "inputTextureCoordinate"});
+        m_dataProgram = linkedProgram(kGPUImageVertexShaderString,
+                                      m_outputBGRA ? kGPUImageColorSwizzlingFragmentShaderString
+                                                   : kGPUImagePassthroughFragmentShaderString,
+                                      {"position", "inputTextureCoordinate"});
         if (!m_dataProgram)
             return;
         m_dataPositionAttribute = m_dataProgram->attributeIndex("position");

@@ -26,6 +26,24 @@ std::string randomName()
     return name.data();
 }
 
+/// "holiday.recording-1a2b3c4d.mp4" for "holiday.mp4": a player knows it by its end.
+std::string recordingName(const std::string& target)
+{
+    constexpr std::size_t kLongestStem = 200; // names have 255 bytes at most
+    const std::size_t stop = target.rfind('.');
+    const bool hasExtension = stop != std::string::npos && stop > 0 && target.size() - stop < 16;
+    std::string stem = target.substr(0, hasExtension ? stop : target.size());
+    if (stem.size() > kLongestStem) {
+        std::size_t end = kLongestStem;
+        while (end > 0 && (static_cast<unsigned char>(stem[end]) & 0xC0) == 0x80) // within a letter
+            --end;
+        stem.resize(end);
+    }
+    std::array<char, 32> middle{};
+    std::snprintf(middle.data(), middle.size(), ".recording-%08x", std::random_device()());
+    return stem + middle.data() + (hasExtension ? target.substr(stop) : std::string());
+}
+
 /// Of a folder that may not be read nothing can be asked for; some file systems don't know the question.
 int syncFolder(int folder)
 {
@@ -67,8 +85,9 @@ int closingError(int descriptor)
     return second < 0 || (::close(second) != 0 && errno != EINTR) ? errno : 0;
 }
 
-UnfinishedFile::UnfinishedFile(OpenFolder folder, mode_t mode)
+UnfinishedFile::UnfinishedFile(OpenFolder folder, mode_t mode, std::string keptFor)
     : m_folder(std::move(folder))
+    , m_keptFor(std::move(keptFor))
 {
     constexpr int kMostAttempts = 100;
     m_error = EEXIST;
@@ -81,13 +100,12 @@ UnfinishedFile::UnfinishedFile(OpenFolder folder, mode_t mode)
 
 void UnfinishedFile::make(mode_t mode)
 {
-    m_name = randomName();
+    m_name = m_keptFor.empty() ? randomName() : recordingName(m_keptFor);
     // A signal's handler that removes what is unfinished waits for other threads to come through this, but not for its
     // own.
     const SignalBlocker blocker;
-    m_place = UnfinishedNames::enter(m_folder->get(), m_name.c_str());
     m_error = EMFILE;
-    if (m_place < 0)
+    if (m_keptFor.empty() && !enterName())
         return UnfinishedNames::waitForEnd();
     m_file = FileDescriptor(
         ::openat(m_folder->get(), m_name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW, mode));
@@ -95,6 +113,12 @@ void UnfinishedFile::make(mode_t mode)
     UnfinishedNames::tried(m_place);
     if (m_error != 0)
         UnfinishedNames::leave(std::exchange(m_place, -1));
+}
+
+bool UnfinishedFile::enterName()
+{
+    m_place = UnfinishedNames::enter(m_folder->get(), m_name.c_str());
+    return m_place >= 0;
 }
 
 UnfinishedFile::~UnfinishedFile()

@@ -16,8 +16,9 @@ namespace lamina {
 /// as the object lives the file is locked (flock): whoever sweeps the folder leaves it alone.
 class UnfinishedFile {
 public:
-    /// `mode`: its permissions, less those that the process takes from all its files.
-    explicit UnfinishedFile(OpenFolder folder, mode_t mode = 0666);
+    /// `mode`: its permissions, less those that the process takes from all its files. With `keptFor`, the target's
+    /// name, it gets one after it that says what it is, and which neither a signal nor a sweep removes.
+    explicit UnfinishedFile(OpenFolder folder, mode_t mode = 0666, std::string keptFor = {});
     ~UnfinishedFile();
     UnfinishedFile(const UnfinishedFile&) = delete;
     UnfinishedFile& operator=(const UnfinishedFile&) = delete;
@@ -37,13 +38,19 @@ public:
     /// Takes a name that is free: true when it has. When anything bears it, a link that leads nowhere included, nothing
     /// has failed, and another name may be tried.
     bool claim(const std::string& name);
+    /// It stays where it is, unfinished or not.
+    void keep() { m_exists = false; }
     int error() const { return m_error; }
+    const std::string& name() const { return m_name; } ///< in its folder
     const FileDescriptor& file() const { return m_file; }
 
 private:
     void make(mode_t mode);
 
+    bool enterName();
+
     const OpenFolder m_folder;
+    const std::string m_keptFor;
     FileDescriptor m_file{-1};
     std::string m_name;
     int m_place = -1;

@@ -44,31 +44,50 @@ struct AVAudioSettings {
 class AVAssetWriterInput {
 public:
     virtual ~AVAssetWriterInput() = default;
-    virtual AVMediaType mediaType() const = 0;
+    /// What its pieces are.
+    virtual AVTrackMediaType mediaType() const = 0;
 
     /// True: whoever appends drops what comes while it isn't ready, instead of waiting. Before `startWriting`.
     virtual void setExpectsMediaDataInRealTime(bool realTime) = 0;
+    /// False at first.
     virtual bool expectsMediaDataInRealTime() const = 0;
     /// How players are to turn the frames. Before `startWriting`.
     virtual void setTransform(const AVTrackTransform& transform) = 0;
+    /// None at first.
     virtual AVTrackTransform transform() const = 0;
 
     /// Whether a piece may be appended now: fewer than three of them wait to be encoded.
     virtual bool isReadyForMoreMediaData() const = 0;
     /// Waits until it is ready, finished, or its writer writes no longer; at most `seconds`. Whether it is ready.
     virtual bool waitUntilReady(double seconds) = 0;
-    /// Video takes frames of the settings' size in `BGRA`, `BiPlanar420…` or `AsDecoded`; sound takes numbers, or
-    /// packets where the input has no settings. False when it failed: the writer's `error` says why.
+    /// Video takes frames of the settings' size in `BGRA`, `RGBA`, `BiPlanar420…` or `AsDecoded`; sound takes
+    /// numbers, or packets where the input has no settings; the first frame tells the tags of all. Frames that are not
+    /// after the one before are passed over. False, and nothing was taken, when it isn't ready, or the piece is no such
+    /// one.
     virtual bool appendSampleBuffer(const CMSampleBuffer& sample) = 0;
+    /// Nothing more comes; once is enough.
     virtual void markAsFinished() = 0;
+    /// Whether that was said.
     virtual bool isFinished() const = 0;
-    /// Runs `block` on the queue as often as the input becomes ready, until it is finished or the writer's end.
+    /// Runs `block` on the queue as often as the input becomes ready, until it is finished or the writer's end. The
+    /// queue must live as long as the block, which may hold it. A block that appended nothing runs again after a
+    /// hundredth of a second.
     virtual void requestMediaDataWhenReady(DispatchQueue& queue, std::function<void()> block) = 0;
 };
 
-/// Writes a movie: to an unfinished file beside the target, in fragments that a player can play when writing breaks
-/// off, then as a plain file with its index in front, which takes the target's name. The same pieces give the same
-/// bytes, on any number of processors.
+/// Writes a movie that takes the target's name at its end, as a plain file with its index in front. Until then it is
+/// one of two:
+///
+/// - a *conversion*, without fragments: it can be made again, and a kill or Ctrl-C leaves nothing that stays;
+/// - a *recording*, in fragments, which can't: it grows as "STEM.recording-1a2b3c4d.EXT" beside the target. A kill or
+///   the loss of power leaves that to be played, and so does a failure, whose cause then names it.
+///
+/// Times come back exactly in .mp4 and .mov where their timescale is one of the first frame's or divides 90,000;
+/// Matroska knows milliseconds. Matroska can't say that frames are turned either: they are turned themselves. The same
+/// pieces give the same bytes, on any number of processors.
+///
+/// An input that runs a second ahead of another waits for it, but no longer than a quarter of a second of real time.
+/// Inputs that come in real time are not waited for.
 ///
 /// From any thread. Destroyed before its end it cancels.
 class AVAssetWriter {
@@ -79,16 +98,17 @@ public:
     /// name. The error's subject is the path.
     static Result<std::unique_ptr<AVAssetWriter>> make(const std::string& path, const std::string& fileType);
 
-    /// Before `startWriting`: how much of the movie a fragment holds; zero or invalid: no fragments, nothing playable
-    /// before the end.
+    /// Before `startWriting`: how much of the movie a fragment holds, which makes it a recording; zero or invalid, as
+    /// at first: a conversion.
     virtual void setMovieFragmentInterval(const CMTime& interval) = 0;
     /// Title, comment and such, by FFmpeg's names. Before `startWriting`.
     virtual void setMetadata(const std::map<std::string, std::string>& metadata) = 0;
+    /// As it was set.
     virtual const std::map<std::string, std::string>& metadata() const = 0;
 
-    /// Before `startWriting`.
+    /// A track of pictures. Before `startWriting`.
     virtual Result<std::shared_ptr<AVAssetWriterInput>> addVideoInput(const AVVideoSettings& settings) = 0;
-    /// Before `startWriting`.
+    /// A track of sound that is encoded. Before `startWriting`.
     virtual Result<std::shared_ptr<AVAssetWriterInput>> addAudioInput(const AVAudioSettings& settings) = 0;
     /// Packets of the asset's sound are passed on as they are stored; the error names the codec where the container
     /// can't hold it. Before `startWriting`.
@@ -98,11 +118,14 @@ public:
     virtual Outcome startWriting() = 0;
     /// The time of the pieces that becomes zero in the movie; what lies before it is cut. Once.
     virtual void startSessionAtSourceTime(const CMTime& time) = 0;
+    /// How far it has come.
     virtual AVAssetWriterStatus status() const = 0;
+    /// Why it failed; nothing otherwise.
     virtual std::optional<Error> error() const = 0;
-    /// Nothing stays, and the target is as it was.
+    /// Nothing stays, and the target is as it was. Within 100 ms: a frame that is being encoded is left to itself.
     virtual void cancelWriting() = 0;
-    /// Encodes what waits, writes the index, takes the target's name; then runs the handler, on a thread of its own.
+    /// Returns at once. Encodes what waits, writes the index, takes the target's name; then, also when it failed or is
+    /// cancelled, runs the handler, on a thread of its own. A writer that isn't writing only runs the handler.
     virtual void finishWriting(std::function<void()> handler) = 0;
 };
 

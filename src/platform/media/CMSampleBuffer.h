@@ -14,6 +14,7 @@ struct AudioBuffer {
     int channels = 0;
     std::vector<float> samples; ///< channels × moments
 
+    /// Moments.
     int sampleCount() const { return channels > 0 ? static_cast<int>(samples.size()) / channels : 0; }
 };
 
@@ -27,6 +28,7 @@ struct CMSampleBuffer {
     std::shared_ptr<AudioBuffer> audio;
     std::shared_ptr<void> packet; ///< in the form of the module that read it
 
+    /// Whether it has content.
     bool isValid() const { return imageBuffer || audio || packet; }
     /// Lets go of the content, whoever else may have copies of the value.
     void invalidate()

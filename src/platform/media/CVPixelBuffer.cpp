@@ -6,19 +6,11 @@
 
 namespace lamina {
 
-CVPixelBuffer::CVPixelBuffer(IntSize size, CVPixelFormat format, std::vector<Plane> planes, std::shared_ptr<void> owner)
-    : m_size(size)
-    , m_format(format)
-    , m_planes(std::move(planes))
-    , m_owner(std::move(owner))
-{
-}
-
 std::shared_ptr<CVPixelBuffer> CVPixelBuffer::make(IntSize size, CVPixelFormat format)
 {
     const auto width = static_cast<std::size_t>(size.width);
     const auto height = static_cast<std::size_t>(size.height);
-    const bool isPlanar = format != CVPixelFormat::BGRA;
+    const bool isPlanar = format != CVPixelFormat::BGRA && format != CVPixelFormat::RGBA;
     const std::size_t rowBytes = isPlanar ? (width + 15) / 16 * 16 : 4 * width;
     const IntSize half{(size.width + 1) / 2, (size.height + 1) / 2};
     const std::size_t chromaBytes = isPlanar ? rowBytes * static_cast<std::size_t>(half.height) : 0;

@@ -71,7 +71,7 @@ TEST_F(RawDataTest, WhatIsRefusedIsNamedAndChangesNothing)
     EXPECT_THAT(log.text(), HasSubstr("raw data: 2x2 pixels of GL_BGRA"));
 }
 
-TEST_F(RawDataTest, PushesOneAtATimeAndHandsTimesWithoutTheFramebuffer)
+TEST_F(RawDataTest, PushesOneAtATimeAndHandsEveryFrameOver)
 {
     const auto input = std::make_shared<GPUImageRawDataInput>(Bytes(16), CGSize{2, 2});
     const auto consumer = consumerOf(*input);
@@ -84,15 +84,22 @@ TEST_F(RawDataTest, PushesOneAtATimeAndHandsTimesWithoutTheFramebuffer)
     ASSERT_EQ(consumer->frames().size(), 1U) << "the second came while the first was on its way";
     EXPECT_FALSE(consumer->last().time.isValid());
 
-    ASSERT_TRUE(input->updateDataFromBytes(Bytes(4), {1, 1}).ok());
-    onQueue([&] {
-        for (const int time : {5, 6}) {
-            input->processDataForTimestamp(second(time));
-            EXPECT_EQ(consumer->last().time, second(time));
-            EXPECT_EQ(consumer->last().size, (CGSize{1, 1}));
-            EXPECT_EQ(consumer->last().counts, time == 5 ? 2U : 0U) << "handed when the bytes came, then given back";
-        }
-    });
+    const auto pushAll = [&](int times) {
+        onQueue([&] {
+            for (int time = 0; time < times; ++time) {
+                ASSERT_TRUE(input->updateDataFromBytes(Bytes(4), {1, 1}).ok());
+                input->processDataForTimestamp(second(time));
+                input->processDataForTimestamp(second(time));
+                EXPECT_EQ(consumer->last().time, second(time));
+                EXPECT_EQ(consumer->last().size, (CGSize{1, 1}));
+                EXPECT_EQ(consumer->last().counts, 2U) << "the input's and the target's";
+            }
+        });
+    };
+    pushAll(2);
+    const GLCalls before = glCallsSoFar();
+    pushAll(20);
+    EXPECT_EQ((glCallsSoFar() - before).objectsMade(), 0);
 }
 
 TEST_F(RawDataTest, AnOutputReadsEachFrameOnceInItsSizeAndOrder)
@@ -138,6 +145,7 @@ TEST_F(RawDataTest, RowsWithGapsGoUpWithoutThemIntoTheStorageThatIsThere)
     onQueue([] {
         const auto framebuffer =
             GPUImageContext::sharedFramebufferCache().fetchFramebufferForSize({3, 2}, {.format = GL_RGBA}, false);
+        framebuffer->activateFramebuffer(); // its memory comes with the first use
         const CGImage noise = noisePicture(8, 2, CGImageAlphaInfo::Last);
         framebuffer->texture(); // stands before anything is counted
         const GLCalls before = glCallsSoFar();

@@ -68,4 +68,12 @@ void glTexImage2D(GLenum target, GLint level, GLint internalFormat, GLsizei widt
     real(target, level, internalFormat, width, height, border, format, type, pixels);
 }
 
+void glTexSubImage2D(GLenum target, GLint level, GLint x, GLint y, GLsizei width, GLsizei height, GLenum format,
+                     GLenum type, const void* pixels)
+{
+    static const auto real = driver(&glTexSubImage2D, "glTexSubImage2D");
+    ++calls.fills;
+    real(target, level, x, y, width, height, format, type, pixels);
+}
+
 } // extern "C"

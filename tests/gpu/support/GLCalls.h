@@ -8,11 +8,12 @@ struct GLCalls {
     int objects = 0; ///< textures, framebuffers, shaders and programs
     int programs = 0;
     int uploads = 0; ///< glTexImage2D
+    int fills = 0;   ///< glTexSubImage2D, which makes nothing
 
     int objectsMade() const { return objects + uploads; }
     friend GLCalls operator-(const GLCalls& x, const GLCalls& y)
     {
-        return {x.objects - y.objects, x.programs - y.programs, x.uploads - y.uploads};
+        return {x.objects - y.objects, x.programs - y.programs, x.uploads - y.uploads, x.fills - y.fills};
     }
 };
 

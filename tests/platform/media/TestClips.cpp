@@ -20,6 +20,13 @@ std::string run(const std::string& program, std::vector<std::string> arguments)
     return result.output;
 }
 
+std::vector<float> samplesOf(const std::string& bytes)
+{
+    std::vector<float> samples(bytes.size() / sizeof(float));
+    std::memcpy(samples.data(), bytes.data(), samples.size() * sizeof(float));
+    return samples;
+}
+
 } // namespace
 
 void makeClip(const std::vector<std::string>& arguments, const std::string& path)
@@ -64,6 +71,34 @@ nlohmann::json probe(const std::string& path)
                                  nullptr, false);
 }
 
+std::string decodedRows(const std::string& path, const std::string& filters, const std::string& format)
+{
+    return run(FFMPEG, {"-noautorotate", "-i", path, "-map", "0:v", "-vsync", "passthrough", "-vf",
+                        filters + ",format=" + format, "-f", "rawvideo", "-"});
+}
+
+std::vector<float> storedSound(const std::string& path)
+{
+    return samplesOf(run(FFMPEG, {"-i", path, "-vn", "-f", "f32le", "-"}));
+}
+
+std::vector<double> frameTimes(const std::string& path)
+{
+    const auto found = nlohmann::json::parse(run(FFPROBE, {"-select_streams", "v:0", "-show_entries",
+                                                           "frame=best_effort_timestamp_time", "-of", "json", path}),
+                                             nullptr, false);
+    std::vector<double> times;
+    for (const nlohmann::json& frame : found.at("frames"))
+        times.push_back(std::stod(frame.at("best_effort_timestamp_time").get<std::string>()));
+    return times;
+}
+
+nlohmann::json probePackets(const std::string& path, const std::string& tracks)
+{
+    const std::string told = run(FFPROBE, {"-select_streams", tracks, "-show_packets", "-of", "json", path});
+    return nlohmann::json::parse(told, nullptr, false).value("packets", nlohmann::json::array());
+}
+
 CGImage decodedFrame(const std::string& path, int index)
 {
     const TemporaryFolder folder;
@@ -78,10 +113,7 @@ CGImage decodedFrame(const std::string& path, int index)
 
 std::vector<float> decodedSound(const std::string& path)
 {
-    const std::string bytes = run(FFMPEG, {"-i", path, "-vn", "-ac", "1", "-ar", "8000", "-f", "f32le", "-"});
-    std::vector<float> samples(bytes.size() / sizeof(float));
-    std::memcpy(samples.data(), bytes.data(), samples.size() * sizeof(float));
-    return samples;
+    return samplesOf(run(FFMPEG, {"-i", path, "-vn", "-ac", "1", "-ar", "8000", "-f", "f32le", "-"}));
 }
 
 } // namespace lamina::test

@@ -26,6 +26,14 @@ void makeQuartersClip(const std::string& path, IntSize size, const std::string& 
 
 /// What ffprobe tells of a file: "streams" and "format".
 nlohmann::json probe(const std::string& path);
+/// All frames as ffmpeg converts them to one of its formats, with `filters` before, one after the other; not turned.
+std::string decodedRows(const std::string& path, const std::string& filters, const std::string& format);
+/// The sound's samples as they are stored, of all channels.
+std::vector<float> storedSound(const std::string& path);
+/// When its frames are shown, in seconds.
+std::vector<double> frameTimes(const std::string& path);
+/// What it tells of each packet of the tracks of a kind ("v", "a").
+nlohmann::json probePackets(const std::string& path, const std::string& tracks);
 /// A frame as ffmpeg decodes it, by BT.709 (to a BMP, since a PNG would carry the gamma that the film names).
 CGImage decodedFrame(const std::string& path, int index);
 /// The sound's samples, of one channel at 8 kHz.

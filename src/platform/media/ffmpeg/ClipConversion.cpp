@@ -9,7 +9,6 @@
 #include "platform/media/ffmpeg/VideoTrack_p.h"
 
 #include <cstddef>
-#include <limits>
 #include <memory>
 #include <optional>
 #include <utility>
@@ -98,7 +97,7 @@ private:
     Outcome openSound()
     {
         Result<std::unique_ptr<SoundTrack>> sound =
-            SoundTrack::add(*m_film, *m_clip->sound()->codecpar, std::numeric_limits<double>::infinity());
+            SoundTrack::add(*m_film, SoundSettings::of(*m_clip->sound()->codecpar));
         if (!sound)
             return sound.error();
         m_sound = std::move(*sound);

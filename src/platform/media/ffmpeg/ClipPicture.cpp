@@ -1,53 +1,11 @@
 #include "platform/media/ffmpeg/ClipPicture_p.h"
 
-#include "platform/base/Causes.h"
-#include "platform/media/ffmpeg/ClipSource_p.h"
-
-extern "C" {
-#include <libavutil/opt.h>
-#include <libavutil/pixdesc.h>
-}
-
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
 #include <cstring>
 
 namespace lamina {
-
-namespace {
-
-/// Untagged clips: the larger ones were made for high definition.
-constexpr int kLinesOfHighDefinition = 720;
-
-int coefficientsOf(AVColorSpace matrix, int lines)
-{
-    switch (matrix) {
-    case AVCOL_SPC_BT709:
-        return SWS_CS_ITU709;
-    case AVCOL_SPC_FCC:
-        return SWS_CS_FCC;
-    case AVCOL_SPC_BT470BG:
-    case AVCOL_SPC_SMPTE170M:
-        return SWS_CS_ITU601;
-    case AVCOL_SPC_SMPTE240M:
-        return SWS_CS_SMPTE240M;
-    case AVCOL_SPC_BT2020_NCL:
-    case AVCOL_SPC_BT2020_CL:
-        return SWS_CS_BT2020;
-    default:
-        return lines >= kLinesOfHighDefinition ? SWS_CS_ITU709 : SWS_CS_ITU601;
-    }
-}
-
-/// Formats that say by their names that they use the full range.
-bool isFullRangeFormat(int format)
-{
-    return format == AV_PIX_FMT_YUVJ420P || format == AV_PIX_FMT_YUVJ422P || format == AV_PIX_FMT_YUVJ444P ||
-           format == AV_PIX_FMT_YUVJ440P || format == AV_PIX_FMT_YUVJ411P;
-}
-
-} // namespace
 
 Turn Turn::ofTrack(const AVStream* stream)
 {
@@ -67,84 +25,40 @@ Turn Turn::ofTrack(const AVStream* stream)
     return {true, b < 0, c < 0};
 }
 
-IntSize shownSize(AVFormatContext* container, AVStream* stream)
+IntSize storedSize(AVFormatContext* container, AVStream* stream)
 {
     const AVRational aspect = av_guess_sample_aspect_ratio(container, stream, nullptr);
     const double stretch = aspect.num > 0 && aspect.den > 0 ? av_q2d(aspect) : 1;
     constexpr double kMostStretch = 4; // more is a slip in the header
     const double width = stretch <= kMostStretch && stretch >= 1 / kMostStretch ? stream->codecpar->width * stretch
                                                                                 : stream->codecpar->width;
-    const IntSize stored{std::max(1, static_cast<int>(std::llround(width))), stream->codecpar->height};
-    return Turn::ofTrack(stream).turned(stored);
+    return {std::max(1, static_cast<int>(std::llround(width))), stream->codecpar->height};
 }
 
-Scaler makeScaler(IntSize from, AVPixelFormat fromFormat, IntSize to, AVPixelFormat toFormat, bool centered)
+IntSize shownSize(AVFormatContext* container, AVStream* stream)
 {
-    Scaler scaler(sws_alloc_context());
-    if (!scaler)
-        return {};
-    const auto set = [&](const char* name, std::int64_t value) { av_opt_set_int(scaler.get(), name, value, 0); };
-    set("srcw", from.width);
-    set("srch", from.height);
-    set("src_format", fromFormat);
-    set("dstw", to.width);
-    set("dsth", to.height);
-    set("dst_format", toFormat);
-    // Exact sums, the same on every processor, and no colour read for two columns at once.
-    set("sws_flags", SWS_BICUBIC | SWS_ACCURATE_RND | SWS_BITEXACT | SWS_FULL_CHR_H_INT | SWS_FULL_CHR_H_INP);
-    constexpr int kCenter = 128; // in 1/256 of a column or row
-    const auto place = [&](AVPixelFormat format, const char* column, const char* row) {
-        const AVPixFmtDescriptor* kind = av_pix_fmt_desc_get(format);
-        if (kind && kind->log2_chroma_w == 1)
-            set(column, centered ? kCenter : 0);
-        if (kind && kind->log2_chroma_h == 1)
-            set(row, kCenter);
-    };
-    place(fromFormat, "src_h_chr_pos", "src_v_chr_pos");
-    place(toFormat, "dst_h_chr_pos", "dst_v_chr_pos");
-    if (sws_init_context(scaler.get(), nullptr, nullptr) < 0)
-        return {};
-    return scaler;
+    return Turn::ofTrack(stream).turned(storedSize(container, stream));
 }
 
-FrameConverter::Kind FrameConverter::kindOf(const AVFrame& frame)
+FrameConverter::FrameConverter(Turn turn, IntSize size)
+    : m_turn(turn)
+    , m_size(size)
+    , m_scaler({.format = AV_PIX_FMT_RGBA, .size = turn.turned(size), .care = ScaledKind::Care::Exact})
 {
-    const bool full = frame.color_range == AVCOL_RANGE_JPEG || isFullRangeFormat(frame.format);
-    return {{frame.width, frame.height}, frame.format, frame.colorspace, full, frame.chroma_location};
-}
-
-Outcome FrameConverter::prepare(const Kind& kind)
-{
-    const IntSize stored = m_turn.turned(m_size);
-    m_kind = {};
-    m_scaler = makeScaler(kind.size, static_cast<AVPixelFormat>(kind.format), stored, AV_PIX_FMT_RGBA,
-                          kind.chroma == AVCHROMA_LOC_CENTER);
-    if (!m_scaler)
-        return Error{{}, cause::kClipDamaged};
-    const int* matrix = sws_getCoefficients(coefficientsOf(kind.matrix, kind.size.height));
-    constexpr int kUnchanged = 1 << 16;
-    sws_setColorspaceDetails(m_scaler.get(), matrix, kind.fullRange ? 1 : 0, sws_getCoefficients(SWS_CS_DEFAULT), 1, 0,
-                             kUnchanged, kUnchanged);
     constexpr std::size_t kAlignment = 64; // of what the scaler writes at once, beyond the row's end too
+    const IntSize stored = turn.turned(size);
     m_bytesPerRow = (4 * static_cast<std::size_t>(stored.width) / kAlignment + 2) * kAlignment;
     m_stored.resize(m_bytesPerRow * static_cast<std::size_t>(stored.height));
-    m_kind = kind;
-    return success();
 }
 
 Outcome FrameConverter::convert(const AVFrame& frame, std::uint8_t* pixels)
 {
-    if (const Kind kind = kindOf(frame); !m_scaler || !(kind == m_kind)) {
-        Outcome prepared = prepare(kind);
-        if (!prepared)
-            return prepared;
-    }
     std::uint8_t* rows[4] = {m_stored.data(), nullptr, nullptr, nullptr};
     const int strides[4] = {static_cast<int>(m_bytesPerRow), 0, 0, 0};
-    if (sws_scale(m_scaler.get(), frame.data, frame.linesize, 0, frame.height, rows, strides) < 0)
-        return Error{{}, cause::kClipDamaged};
-    turnInto(pixels);
-    return success();
+    Outcome scaled = m_scaler.scale(frame, rows, strides);
+    if (scaled)
+        turnInto(pixels);
+    return scaled;
 }
 
 void FrameConverter::turnInto(std::uint8_t* pixels) const

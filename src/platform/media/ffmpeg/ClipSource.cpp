@@ -1,6 +1,8 @@
 #include "platform/media/ffmpeg/ClipSource_p.h"
 
 #include "platform/base/Causes.h"
+#include "platform/media/ffmpeg/ClipLists_p.h"
+#include "platform/media/ffmpeg/ContainerEnd_p.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -88,12 +90,18 @@ int ClipSource::openContainer()
     // Containers that list other files open some by this function and some by protocols of their own.
     m_container->io_open = refuseFile;
     m_container->protocol_whitelist = av_strdup("none");
+    m_container->format_whitelist = av_strdup(kReadContainers);
+    m_container->codec_whitelist = av_strdup(readCodecs().c_str());
+    if (!m_container->protocol_whitelist || !m_container->format_whitelist || !m_container->codec_whitelist)
+        return AVERROR(ENOMEM);
     if (const int error = avformat_open_input(&m_container, "clip", nullptr, nullptr); error < 0)
         return error;
     // Frames are decoded on the way in; what the container claims is judged before.
-    for (unsigned i = 0; i < m_container->nb_streams; ++i)
+    for (unsigned i = 0; i < m_container->nb_streams; ++i) {
         if (!accepts(m_container->streams[i]))
             return AVERROR(EFBIG);
+        m_tellsDuration.push_back(m_container->streams[i]->duration > 0);
+    }
     return avformat_find_stream_info(m_container, nullptr);
 }
 
@@ -105,23 +113,56 @@ bool ClipSource::accepts(const AVStream* stream) const
     return width <= 0 || height <= 0 || width <= most / height;
 }
 
+/// The best one that is no cover.
+AVStream* ClipSource::findPicture()
+{
+    const int best = av_find_best_stream(m_container, AVMEDIA_TYPE_VIDEO, -1, -1, nullptr, 0);
+    if (best >= 0 && !isCoverArt(m_container->streams[best]))
+        return m_container->streams[best];
+    for (unsigned i = 0; i < m_container->nb_streams; ++i) {
+        AVStream* stream = m_container->streams[i];
+        if (stream->codecpar->codec_type == AVMEDIA_TYPE_VIDEO && !isCoverArt(stream))
+            return stream;
+    }
+    return nullptr;
+}
+
 Outcome ClipSource::chooseTracks(Tracks tracks)
 {
-    const auto best = [&](AVMediaType type) -> AVStream* {
-        const int index = av_find_best_stream(m_container, type, -1, -1, nullptr, 0);
-        return index < 0 ? nullptr : m_container->streams[index];
-    };
-    AVStream* picture = best(AVMEDIA_TYPE_VIDEO);
-    m_picture = tracks != Tracks::Sound && picture && !isCoverArt(picture) ? picture : nullptr;
-    m_sound = tracks != Tracks::Picture ? best(AVMEDIA_TYPE_AUDIO) : nullptr;
-    for (unsigned i = 0; i < m_container->nb_streams; ++i)
-        if (m_container->streams[i] != m_picture && m_container->streams[i] != m_sound)
-            m_container->streams[i]->discard = AVDISCARD_ALL;
+    AVStream* picture = findPicture();
+    const int sound =
+        av_find_best_stream(m_container, AVMEDIA_TYPE_AUDIO, -1, picture ? picture->index : -1, nullptr, 0);
+    m_picture = tracks != Tracks::Sound ? picture : nullptr;
+    m_sound = tracks != Tracks::Picture && sound >= 0 ? m_container->streams[sound] : nullptr;
+    const bool alone = knowsOwnEnds();
+    for (unsigned i = 0; i < m_container->nb_streams; ++i) {
+        AVStream* stream = m_container->streams[i];
+        const bool tells = stream->codecpar->codec_type == AVMEDIA_TYPE_VIDEO ||
+                           stream->codecpar->codec_type == AVMEDIA_TYPE_AUDIO ||
+                           stream->codecpar->codec_type == AVMEDIA_TYPE_SUBTITLE;
+        if (stream != m_picture && stream != m_sound && (alone || !tells || isCoverArt(stream)))
+            stream->discard = AVDISCARD_ALL;
+    }
     if (tracks == Tracks::Sound)
         return m_sound ? success() : Outcome(Error{{}, "the file holds no sound"});
+    if (tracks == Tracks::Any && !m_picture && m_sound)
+        return success();
     if (!m_picture || m_picture->codecpar->width <= 0 || m_picture->codecpar->height <= 0)
         return Error{{}, cause::kClipWithoutPicture};
     return accepts(m_picture) ? success() : Outcome(Error{{}, cause::kClipTooLarge});
+}
+
+/// Whether the container knows how long this track is, other than by guessing.
+bool ClipSource::tellsDuration(const AVStream* stream) const
+{
+    const auto index = static_cast<std::size_t>(stream->index);
+    return index < m_tellsDuration.size() && m_tellsDuration[index];
+}
+
+/// Otherwise all tracks must be looked at to see whether the file goes on for as long as it says.
+bool ClipSource::knowsOwnEnds() const
+{
+    return (!m_picture || tellsDuration(m_picture)) && (!m_sound || tellsDuration(m_sound));
 }
 
 Error ClipSource::failure(int error) const
@@ -136,12 +177,24 @@ Error ClipSource::failure(int error) const
 /// A container that tells how long its tracks are, and ends before, was cut off.
 bool ClipSource::endsTooEarly() const
 {
-    const bool told = m_container->duration_estimation_method == AVFMT_DURATION_FROM_STREAM;
-    const unsigned known = (m_picture ? 1 : 0) + (m_sound ? 1 : 0);
-    if (!told || m_container->duration <= 0 || m_container->nb_streams != known)
+    if (endsWithinPiece(m_file.descriptor, m_size, m_container->iformat->name))
+        return true;
+    if (m_container->duration_estimation_method != AVFMT_DURATION_FROM_STREAM)
         return false;
-    const double duration = seconds(m_container->duration, {1, AV_TIME_BASE});
-    return m_end < duration * 0.98 - 0.5;
+    double end = 0;
+    const auto look = [&end](std::int64_t start, std::int64_t duration, AVRational unit) {
+        if (duration != AV_NOPTS_VALUE && duration > 0)
+            end = std::max(end, seconds(start == AV_NOPTS_VALUE ? 0 : start, unit) + seconds(duration, unit));
+    };
+    if (knowsOwnEnds()) {
+        for (const AVStream* stream : {m_picture, m_sound})
+            if (stream)
+                look(stream->start_time, stream->duration, stream->time_base);
+    } else {
+        look(0, m_container->duration, {1, AV_TIME_BASE}); // counted from zero, wherever the tracks begin
+    }
+    constexpr double kSlip = 0.005; // of the whole; headers are no more exact
+    return m_end < end * (1 - kSlip) - 0.5;
 }
 
 void ClipSource::note(const AVPacket* packet)
@@ -165,9 +218,9 @@ Result<bool> ClipSource::read(AVPacket* packet)
         if (error < 0)
             return failure(error);
         const AVStream* stream = m_container->streams[packet->stream_index];
+        note(packet);
         if (stream == m_picture || stream == m_sound) {
-            note(packet);
-            if ((packet->flags & AV_PKT_FLAG_CORRUPT) != 0 && m_pastEnd)
+            if ((packet->flags & AV_PKT_FLAG_CORRUPT) != 0 && (m_pastEnd || avio_feof(m_bytes) != 0))
                 return Error{{}, cause::kTruncated};
             return true;
         }
@@ -177,10 +230,15 @@ Result<bool> ClipSource::read(AVPacket* packet)
 
 bool ClipSource::seek(double time)
 {
-    const double wanted = (start() + time) / av_q2d(m_picture->time_base);
+    return seekTo(start() + time);
+}
+
+bool ClipSource::seekTo(double time)
+{
+    const AVStream* stream = m_picture ? m_picture : m_sound;
     constexpr double kMost = 9e18; // below the largest number of 64 bits
-    const auto target = static_cast<std::int64_t>(std::clamp(wanted, -kMost, kMost));
-    return av_seek_frame(m_container, m_picture->index, target, AVSEEK_FLAG_BACKWARD) >= 0;
+    const auto target = static_cast<std::int64_t>(std::clamp(time / av_q2d(stream->time_base), -kMost, kMost));
+    return av_seek_frame(m_container, stream->index, target, AVSEEK_FLAG_BACKWARD) >= 0;
 }
 
 double ClipSource::start() const

@@ -9,6 +9,7 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <vector>
 
 namespace lamina {
 
@@ -25,9 +26,9 @@ inline constexpr const char* kClipTooLong = "the clip takes too long to be read"
 class ClipSource {
 public:
     /// Which tracks are read; others are passed over.
-    enum class Tracks { Picture, PictureAndSound, Sound };
+    enum class Tracks { Picture, PictureAndSound, Sound, Any };
 
-    /// A clip that lacks the picture (of `Sound`: the sound) is an error.
+    /// A clip that lacks the picture (of `Sound`: the sound; of `Any`: both) is an error.
     static Result<std::unique_ptr<ClipSource>> open(const ClipFile& file, Tracks tracks);
     ~ClipSource();
     ClipSource(const ClipSource&) = delete;
@@ -35,13 +36,15 @@ public:
 
     const ClipFile& file() const { return m_file; }
     AVFormatContext* container() { return m_container; }
-    AVStream* picture() { return m_picture; } ///< null when only sound is read
+    AVStream* picture() { return m_picture; } ///< null when only sound is read, or there is none
     AVStream* sound() { return m_sound; }     ///< null when there is none, or it is not read
 
     /// The next packet of a track that is read; false at the end of the file. One that ends too early is an error.
     Result<bool> read(AVPacket* packet);
     /// To the last place from which everything at `seconds` of the picture can be decoded; false where that fails.
     bool seek(double seconds);
+    /// The same by the container's own time, and for the sound where the picture isn't read.
+    bool seekTo(double seconds);
 
     /// The time at which the picture begins, in seconds of the container.
     double start() const;
@@ -57,6 +60,9 @@ private:
     explicit ClipSource(const ClipFile& file);
     int openContainer();
     Outcome chooseTracks(Tracks tracks);
+    AVStream* findPicture();
+    bool tellsDuration(const AVStream* stream) const;
+    bool knowsOwnEnds() const;
     bool accepts(const AVStream* stream) const;
     Error failure(int error) const;
     bool endsTooEarly() const;
@@ -72,6 +78,7 @@ private:
     AVFormatContext* m_container = nullptr;
     AVStream* m_picture = nullptr;
     AVStream* m_sound = nullptr;
+    std::vector<bool> m_tellsDuration; ///< by the streams' indices
     std::int64_t m_size = 0;
     std::int64_t m_position = 0;
     std::int64_t m_farthest = 0;

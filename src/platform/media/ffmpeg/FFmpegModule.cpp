@@ -2,13 +2,17 @@
 #include "platform/base/Result.h"
 #include "platform/media/ClipDetails.h"
 #include "platform/media/MediaModule_p.h"
+#include "platform/media/MovieWriting_p.h"
 #include "platform/media/ffmpeg/FFmpegHandles_p.h"
 #include "platform/media/ffmpeg/FilmWriting_p.h"
 #include "platform/media/ffmpeg/FrameReading_p.h"
+#include "platform/media/ffmpeg/PlainNumbers_p.h"
+#include "platform/media/ffmpeg/TrackReading_p.h"
 
 #include <cstddef>
-#include <locale.h>
+#include <memory>
 #include <new>
+#include <string>
 
 extern "C" {
 #include <libavutil/log.h>
@@ -18,30 +22,6 @@ extern "C" {
 namespace lamina {
 
 namespace {
-
-/// Numbers are read and written with points, in this thread, for as long as it lives: x264 notes its settings in the
-/// film as the locale writes them.
-class PlainNumbers {
-public:
-    PlainNumbers()
-        : m_plain(::newlocale(LC_NUMERIC_MASK, "C", nullptr))
-        , m_former(m_plain ? ::uselocale(m_plain) : nullptr)
-    {
-    }
-    ~PlainNumbers()
-    {
-        if (!m_plain)
-            return;
-        ::uselocale(m_former);
-        ::freelocale(m_plain);
-    }
-    PlainNumbers(const PlainNumbers&) = delete;
-    PlainNumbers& operator=(const PlainNumbers&) = delete;
-
-private:
-    locale_t m_plain;
-    locale_t m_former;
-};
 
 /// Nothing is thrown at the program, which may have been built otherwise.
 template <auto function, class Result, class... Arguments>
@@ -55,8 +35,8 @@ Result guarded(Arguments... arguments)
     }
 }
 
-/// Damaged clips claim blocks of any size.
-constexpr std::size_t kLargestBlock = std::size_t{512} << 20;
+/// Damaged clips claim blocks of any size, and an index is held twice. The largest frame that is read fits.
+constexpr std::size_t kLargestBlock = std::size_t{288} << 20;
 
 const MediaModule kModule{
     LAMINA_VERSION,
@@ -64,6 +44,10 @@ const MediaModule kModule{
     guarded<readFrame, Result<double>, const ClipFile&, double, ClipDetails&, const MediaModule::Allocate&>,
     guarded<writeStill, Outcome, const StillFilm&, const FilmSettings&>,
     guarded<convertClip, Outcome, const ClipFile&, const MediaModule::SizeRule&, const FilmSettings&>,
+    guarded<writeMovie, Result<std::unique_ptr<MovieWriting>>, const char*>,
+    guarded<rewriteMovie, Outcome, const std::string&, const FilmSettings&>,
+    guarded<readAsset, Result<AssetDetails>, const ClipFile&>,
+    guarded<readTrack, Result<std::unique_ptr<TrackReading>>, const ClipFile&, const TrackRequest&>,
 };
 
 } // namespace

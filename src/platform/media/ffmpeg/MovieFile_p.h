@@ -5,6 +5,7 @@
 #include "platform/media/ffmpeg/FFmpegHandles_p.h"
 
 #include <atomic>
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -21,8 +22,8 @@ struct EncodedFrame {
 /// Encodes a frame, or, for null, what is left at the end.
 EncodedFrame encodeFrame(AVCodecContext* encoder, const AVFrame* frame);
 
-/// The MP4 file that a film becomes. Tracks are added, then it is begun, then packets come, then it is finished. Errors
-/// have the file's path as their subject.
+/// The file that a film becomes. Tracks are added, it is begun, packets come, it is finished. Errors have the file's
+/// path as their subject.
 class MovieFile {
 public:
     /// `settings` outlives it.
@@ -35,10 +36,21 @@ public:
 
     /// A track for what an encoder that stands open gives; null when memory is short.
     AVStream* addTrack(const AVCodecContext* encoder);
+    /// The next track, to be described before the file is begun; null when memory is short.
+    AVStream* reserveTrack();
+    const AVStream* track(int index) const { return m_container->streams[index]; }
+    /// False when memory is short.
+    static bool describe(AVStream* track, const AVCodecContext* encoder);
+    /// Whether the container can say how frames are to be turned.
+    bool tellsTurns() const { return !isMatroska(); }
+    bool hasBegun() const { return m_hasBegun; }
     Outcome begin();
     /// Takes what an encoder gave. A packet that tells no duration gets `duration`, in the encoder's unit.
     Outcome write(const EncodedFrame& encoded, const AVCodecContext* encoder, const AVStream* track,
                   std::int64_t duration);
+    /// Takes a packet with times in `unit`, over. What comes before the file is begun waits for that.
+    Outcome write(Packet packet, AVRational unit, const AVStream* track);
+    std::size_t waitingPackets() const { return m_waiting.size(); }
     /// Writes the index, moves it to the front and closes the file.
     Outcome finish();
 
@@ -53,10 +65,15 @@ public:
 private:
     explicit MovieFile(const FilmSettings& settings);
     int openOutput();
+    int writeHeader();
+    bool isMatroska() const;
+    bool isUnheard(const AVPacket& packet, AVCodecID codec) const;
     static int isCancelledCallback(void* self);
 
     const FilmSettings& m_settings;
     AVFormatContext* m_container = nullptr;
+    bool m_hasBegun = false;
+    std::vector<Packet> m_waiting; ///< their units are their own
     double m_told = -1;
 };
 

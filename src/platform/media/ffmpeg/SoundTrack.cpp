@@ -10,16 +10,17 @@ extern "C" {
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
+#include <cstdlib>
 
 namespace lamina {
 
 namespace {
 
 constexpr int kUsualRate = 48'000;
-constexpr int kMostChannels = 2;
+constexpr int kMostChannels = 8; // of AAC's usual layouts
 
-/// Differences up to a tenth of a second are slips of the clip's clock.
-constexpr int kSlipsPerSecond = 10;
+/// Differences up to a tenth of a second are slips of a clip's clock.
+constexpr double kSlipOfClips = 0.1;
 
 // What no recorder writes; the lower bound keeps hostile clips from growing a thousandfold.
 constexpr int kLowestRate = 4'000;
@@ -30,42 +31,73 @@ int rateFor(int source)
     return source == 32'000 || source == 44'100 ? source : kUsualRate;
 }
 
+int nearestRate(const AVCodec& codec, int wanted)
+{
+    int nearest = kUsualRate;
+    for (const int* rate = codec.supported_samplerates; rate && *rate != 0; ++rate)
+        if (std::abs(*rate - wanted) < std::abs(nearest - wanted))
+            nearest = *rate;
+    return nearest;
+}
+
 } // namespace
 
-Result<std::unique_ptr<SoundTrack>> SoundTrack::add(MovieFile& file, const AVCodecParameters& source, double end)
+SoundSettings SoundSettings::of(const AVCodecParameters& source)
 {
-    std::unique_ptr<SoundTrack> track(new SoundTrack(file, end));
-    const Outcome opened = track->open(source);
+    const bool isMono = source.ch_layout.nb_channels <= 1;
+    SoundSettings settings;
+    settings.rate = rateFor(source.sample_rate);
+    settings.channels = isMono ? 1 : 2;
+    settings.bitsPerSecond = isMono ? 96'000 : 160'000;
+    settings.slip = kSlipOfClips;
+    return settings;
+}
+
+Result<std::unique_ptr<SoundTrack>> SoundTrack::add(MovieFile& file, const SoundSettings& settings, AVStream* reserved)
+{
+    std::unique_ptr<SoundTrack> track(new SoundTrack(file, settings));
+    const Outcome opened = track->open(reserved);
     if (!opened)
         return opened.error();
     return track;
 }
 
-Outcome SoundTrack::open(const AVCodecParameters& source)
+Outcome SoundTrack::open(AVStream* reserved)
 {
     const AVCodec* codec = avcodec_find_encoder_by_name("aac");
-    m_encoder.reset(codec ? avcodec_alloc_context3(codec) : nullptr);
+    if (!codec)
+        return Error{{}, cause::kNoAAC};
+    m_encoder.reset(avcodec_alloc_context3(codec));
     m_frame.reset(av_frame_alloc());
     if (!m_encoder || !m_frame)
         return m_file.failure(AVERROR(ENOMEM));
-    const int channels = std::clamp(source.ch_layout.nb_channels, 1, kMostChannels);
+    const int channels = std::clamp(m_settings.channels, 1, kMostChannels);
     av_channel_layout_default(&m_encoder->ch_layout, channels);
-    m_encoder->sample_rate = rateFor(source.sample_rate);
+    m_encoder->sample_rate = nearestRate(*codec, m_settings.rate);
     m_encoder->sample_fmt = AV_SAMPLE_FMT_FLTP;
-    m_encoder->bit_rate = channels == 1 ? 96'000 : 160'000;
+    m_encoder->bit_rate = m_settings.bitsPerSecond;
     m_encoder->time_base = {1, m_encoder->sample_rate};
     m_encoder->flags |= AV_CODEC_FLAG_GLOBAL_HEADER | AV_CODEC_FLAG_BITEXACT;
     if (const int error = avcodec_open2(m_encoder.get(), codec, nullptr); error < 0)
         return m_file.failure(error);
+    m_converted.resize(static_cast<std::size_t>(channels));
     m_queue.reset(av_audio_fifo_alloc(AV_SAMPLE_FMT_FLTP, channels, m_encoder->frame_size));
-    m_track = m_file.addTrack(m_encoder.get());
-    return m_queue && m_track ? success() : Outcome(m_file.failure(AVERROR(ENOMEM)));
+    m_track = reserved ? reserved : m_file.reserveTrack();
+    const bool isWhole = m_queue && m_track && MovieFile::describe(m_track, m_encoder.get());
+    return isWhole ? success() : Outcome(m_file.failure(AVERROR(ENOMEM)));
 }
 
 std::int64_t SoundTrack::end() const
 {
     constexpr double kNever = 1e15;
-    return std::llround(std::min(m_end * m_encoder->sample_rate, kNever));
+    return std::llround(std::min(m_settings.end * m_encoder->sample_rate, kNever));
+}
+
+/// Where the next sample comes to stand.
+std::int64_t SoundTrack::stands() const
+{
+    const std::int64_t within = m_resampler ? swr_get_delay(m_resampler.get(), m_encoder->sample_rate) : 0;
+    return m_position + queued() + within;
 }
 
 double SoundTrack::time() const
@@ -76,22 +108,31 @@ double SoundTrack::time() const
 Outcome SoundTrack::write(const AVFrame& frame, double time)
 {
     const int rate = m_encoder->sample_rate;
-    const std::int64_t slip = rate / kSlipsPerSecond;
     if (frame.sample_rate < kLowestRate || frame.sample_rate > kHighestRate || frame.ch_layout.nb_channels < 1)
         return Error{{}, cause::kClipDamaged};
-    const double length = static_cast<double>(frame.nb_samples) / frame.sample_rate;
     constexpr double kLatest = 1e9;
-    const std::int64_t stands = m_position + queued();
+    const std::int64_t slip = m_resampler ? std::llround(m_settings.slip * rate) : 0;
     const std::int64_t begins = std::llround(std::clamp(time, -kLatest, kLatest) * rate);
-    const std::int64_t ends = begins + std::llround(length * rate);
-    if (ends <= 0 || ends + slip <= stands)
+    const std::int64_t late = begins - stands();
+    const std::int64_t cut = -late > slip ? av_rescale_rnd(-late, frame.sample_rate, rate, AV_ROUND_NEAR_INF) : 0;
+    if (cut >= frame.nb_samples)
         return success();
-    Outcome outcome = follow(frame);
-    if (outcome && begins > stands + slip)
+    Outcome outcome = late > slip ? flush() : success();
+    if (outcome && late > slip)
         outcome = skipTo(begins);
     if (outcome)
-        outcome = resample(&frame);
+        outcome = follow(frame);
+    if (outcome)
+        outcome = resampleFrom(frame, static_cast<int>(cut));
     return outcome ? encodeWhole() : outcome;
+}
+
+/// Nothing is left within the resampler, which is then made anew.
+Outcome SoundTrack::flush()
+{
+    Outcome outcome = m_resampler ? resample(nullptr, 0) : success();
+    m_resampler.reset();
+    return outcome;
 }
 
 /// A track may change its rate or channels on the way.
@@ -100,9 +141,8 @@ Outcome SoundTrack::follow(const AVFrame& frame)
     const Kind kind{frame.sample_rate, frame.format, frame.ch_layout.nb_channels};
     if (m_resampler && kind == m_kind)
         return success();
-    if (m_resampler)
-        if (Outcome flushed = resample(nullptr); !flushed)
-            return flushed;
+    if (Outcome flushed = flush(); !flushed)
+        return flushed;
     AVChannelLayout layout{};
     if (frame.ch_layout.order == AV_CHANNEL_ORDER_UNSPEC)
         av_channel_layout_default(&layout, kind.channels);
@@ -122,48 +162,74 @@ Outcome SoundTrack::follow(const AVFrame& frame)
 Outcome SoundTrack::skipTo(std::int64_t position)
 {
     constexpr std::int64_t kMostSilence = 600; // seconds, of all gaps together
-    const int whole = m_encoder->frame_size;
-    const std::int64_t gap = position - m_position - queued();
-    const bool filled = m_silence + gap <= kMostSilence * m_encoder->sample_rate;
-    m_silence += filled ? gap : 0;
-    Outcome outcome = queued() > 0 ? encode(queued(), whole - queued()) : success();
-    while (outcome && filled && position - m_position >= whole)
-        outcome = encode(0, whole);
-    const std::int64_t rest = std::max<std::int64_t>(0, position - m_position);
-    if (filled)
-        return outcome ? queueSilence(static_cast<int>(rest)) : outcome;
-    m_position += rest;
+    std::int64_t gap = position - stands();
+    if (m_silence + gap > kMostSilence * m_encoder->sample_rate)
+        return leaveGap(position);
+    m_silence += gap;
+    Outcome outcome = success();
+    while (outcome && gap > 0) {
+        const std::int64_t piece = std::min<std::int64_t>(gap, m_encoder->sample_rate);
+        gap -= piece;
+        outcome = queueSilence(static_cast<int>(piece));
+        if (outcome)
+            outcome = encodeWhole();
+    }
     return outcome;
+}
+
+Outcome SoundTrack::leaveGap(std::int64_t position)
+{
+    Outcome outcome = queued() > 0 ? encode(queued(), m_encoder->frame_size - queued()) : success();
+    m_position = std::max(m_position, position);
+    return outcome;
+}
+
+/// Where so many samples of each channel can be written.
+std::vector<void*> SoundTrack::planes(int samples)
+{
+    std::vector<void*> all;
+    for (std::vector<float>& channel : m_converted) {
+        channel.resize(static_cast<std::size_t>(samples));
+        all.push_back(channel.data());
+    }
+    return all;
 }
 
 Outcome SoundTrack::queueSilence(int samples)
 {
-    void* planes[kMostChannels];
-    for (int i = 0; i < kMostChannels; ++i) {
-        m_converted[i].assign(static_cast<std::size_t>(samples), 0);
-        planes[i] = m_converted[i].data();
-    }
-    const int wrote = av_audio_fifo_write(m_queue.get(), planes, samples);
+    std::vector<void*> channels = planes(samples);
+    for (std::vector<float>& channel : m_converted)
+        std::fill(channel.begin(), channel.end(), 0.0F);
+    const int wrote = av_audio_fifo_write(m_queue.get(), channels.data(), samples);
     return wrote < samples ? Outcome(m_file.failure(AVERROR(ENOMEM))) : success();
 }
 
-Outcome SoundTrack::resample(const AVFrame* frame)
+Outcome SoundTrack::resampleFrom(const AVFrame& frame, int first)
 {
-    const int most = swr_get_out_samples(m_resampler.get(), frame ? frame->nb_samples : 0);
+    const auto format = static_cast<AVSampleFormat>(frame.format);
+    const bool isPlanar = av_sample_fmt_is_planar(format) != 0;
+    const int channels = frame.ch_layout.nb_channels;
+    const auto offset = static_cast<std::size_t>(first) * static_cast<std::size_t>(av_get_bytes_per_sample(format)) *
+                        static_cast<std::size_t>(isPlanar ? 1 : channels);
+    std::vector<const std::uint8_t*> samples;
+    for (int i = 0; i < (isPlanar ? channels : 1); ++i)
+        samples.push_back(frame.extended_data[i] + offset);
+    return resample(samples.data(), frame.nb_samples - first);
+}
+
+/// Null: what is left.
+Outcome SoundTrack::resample(const std::uint8_t** samples, int count)
+{
+    const int most = swr_get_out_samples(m_resampler.get(), count);
     if (most <= 0)
         return success();
-    std::uint8_t* channels[kMostChannels];
-    for (int i = 0; i < kMostChannels; ++i) {
-        m_converted[i].resize(static_cast<std::size_t>(most));
-        channels[i] = reinterpret_cast<std::uint8_t*>(m_converted[i].data());
-    }
-    const std::uint8_t* const* samples = frame ? frame->extended_data : nullptr;
-    const int got = swr_convert(m_resampler.get(), channels, most, const_cast<const std::uint8_t**>(samples),
-                                frame ? frame->nb_samples : 0);
+    std::vector<void*> channels = planes(most);
+    const int got =
+        swr_convert(m_resampler.get(), reinterpret_cast<std::uint8_t**>(channels.data()), most, samples, count);
     if (got < 0)
         return Error{{}, cause::kClipDamaged};
-    void* planes[kMostChannels] = {channels[0], channels[1]};
-    return av_audio_fifo_write(m_queue.get(), planes, got) < got ? Outcome(m_file.failure(AVERROR(ENOMEM))) : success();
+    const int wrote = av_audio_fifo_write(m_queue.get(), channels.data(), got);
+    return wrote < got ? Outcome(m_file.failure(AVERROR(ENOMEM))) : success();
 }
 
 Outcome SoundTrack::encodeWhole()
@@ -183,9 +249,9 @@ Outcome SoundTrack::encode(int samples, int silence)
     if (av_channel_layout_copy(&m_frame->ch_layout, &m_encoder->ch_layout) < 0 ||
         av_frame_get_buffer(m_frame.get(), 0) < 0)
         return m_file.failure(AVERROR(ENOMEM));
-    void* planes[kMostChannels] = {m_frame->data[0], m_frame->data[1]};
-    av_audio_fifo_read(m_queue.get(), planes, samples);
-    av_samples_set_silence(m_frame->data, samples, silence, m_encoder->ch_layout.nb_channels, AV_SAMPLE_FMT_FLTP);
+    av_audio_fifo_read(m_queue.get(), reinterpret_cast<void**>(m_frame->extended_data), samples);
+    av_samples_set_silence(m_frame->extended_data, samples, silence, m_encoder->ch_layout.nb_channels,
+                           AV_SAMPLE_FMT_FLTP);
     m_frame->pts = m_position;
     m_position += m_frame->nb_samples;
     return write(m_frame.get());
@@ -198,7 +264,7 @@ Outcome SoundTrack::write(const AVFrame* frame)
 
 Outcome SoundTrack::finish()
 {
-    Outcome outcome = m_resampler ? resample(nullptr) : success();
+    Outcome outcome = flush();
     if (outcome)
         outcome = encodeWhole();
     const auto rest = static_cast<int>(std::min<std::int64_t>(queued(), end() - m_position));

@@ -132,8 +132,9 @@ private:
     {
         if (Outcome opened = m_sound.open(file); !opened)
             return opened;
-        const double end = static_cast<double>(m_still.frames) / kFramesPerSecond;
-        Result<std::unique_ptr<SoundTrack>> track = SoundTrack::add(*m_film, m_sound.parameters(), end);
+        SoundSettings settings = SoundSettings::of(m_sound.parameters());
+        settings.end = static_cast<double>(m_still.frames) / kFramesPerSecond;
+        Result<std::unique_ptr<SoundTrack>> track = SoundTrack::add(*m_film, settings);
         if (!track)
             return track.error();
         m_track = std::move(*track);

@@ -3,17 +3,14 @@
 #include "platform/base/AbandonableWork.h"
 #include "platform/base/Causes.h"
 #include "platform/media/ffmpeg/ClipPicture_p.h"
-
-extern "C" {
-#include <libavutil/cpu.h>
-}
+#include "platform/media/ffmpeg/FrameScaling_p.h"
+#include "platform/media/ffmpeg/H264Encoder_p.h"
 
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
 #include <cstring>
 #include <optional>
-#include <string>
 #include <utility>
 
 namespace lamina {
@@ -21,45 +18,6 @@ namespace lamina {
 namespace {
 
 constexpr int kTicks = 90'000; // a second; the films' usual rates come out whole
-
-/// What x264 writes depends on this number, so it is not that of the processors.
-constexpr int kEncoderThreads = 2;
-
-/// How blocks of one picture count for later ones is computed by x264's code for AVX-512 from memory past the end of a
-/// row as well, which nobody has set: now and then a film came out with other bytes. This is all that processors with
-/// AVX-512 have besides it.
-constexpr const char* kWithoutAVX512 = ":asm=MMX2,SSE2Fast,SSSE3,SSE4.2,LZCNT,AVX,FMA3,BMI2,AVX2";
-
-int evenSide(int side)
-{
-    return side + side % 2;
-}
-
-void describeColors(AVCodecContext& encoder)
-{
-    encoder.color_primaries = AVCOL_PRI_BT709;
-    encoder.color_trc = AVCOL_TRC_BT709;
-    encoder.colorspace = AVCOL_SPC_BT709;
-    encoder.color_range = AVCOL_RANGE_MPEG;
-    encoder.chroma_sample_location = AVCHROMA_LOC_LEFT;
-}
-
-int openEncoder(AVCodecContext& encoder, const AVCodec* codec, int crf, VideoTrack::Content content)
-{
-    AVDictionary* options = nullptr;
-    av_dict_set(&options, "preset", "veryfast", 0);
-    av_dict_set(&options, "profile", "high", 0);
-    // Threads that share a frame are done with each sooner, which counts when a film is cancelled.
-    av_dict_set(&options, "x264-params", "sliced-threads=1:sync-lookahead=0", 0);
-    if ((av_get_cpu_flags() & AV_CPU_FLAG_AVX512) != 0)
-        av_dict_set(&options, "x264-params", kWithoutAVX512, AV_DICT_APPEND);
-    av_dict_set(&options, "crf", std::to_string(crf).c_str(), 0);
-    if (content == VideoTrack::Content::Still)
-        av_dict_set(&options, "tune", "stillimage", 0);
-    const int error = avcodec_open2(&encoder, codec, &options);
-    av_dict_free(&options);
-    return error;
-}
 
 } // namespace
 
@@ -75,24 +33,16 @@ Result<std::unique_ptr<VideoTrack>> VideoTrack::add(MovieFile& file, IntSize siz
 
 Outcome VideoTrack::open(IntSize size, AVRational rate, int crf, Content content)
 {
-    const AVCodec* codec = avcodec_find_encoder_by_name("libx264");
-    if (!codec)
-        return Error{m_file.path(), "the FFmpeg that is installed can't write H.264"};
-    m_encoder = SharedEncoder(avcodec_alloc_context3(codec), FreeFFmpeg());
-    if (!m_encoder)
-        return m_file.failure(AVERROR(ENOMEM));
-    m_encoder->width = evenSide(size.width);
-    m_encoder->height = evenSide(size.height);
-    m_encoder->sample_aspect_ratio = {1, 1};
-    m_encoder->pix_fmt = AV_PIX_FMT_YUV420P;
-    m_encoder->time_base = {1, kTicks};
-    m_encoder->framerate = rate;
-    m_encoder->max_b_frames = 0;
-    m_encoder->thread_count = kEncoderThreads;
-    m_encoder->flags |= AV_CODEC_FLAG_GLOBAL_HEADER;
-    describeColors(*m_encoder);
-    if (const int error = openEncoder(*m_encoder, codec, crf, content); error < 0)
-        return m_file.failure(error);
+    H264Settings settings;
+    settings.size = evenSize(size);
+    settings.unit = {1, kTicks};
+    settings.rate = rate;
+    settings.crf = crf;
+    settings.use = content == Content::Still ? H264Settings::Use::Still : H264Settings::Use::Export;
+    Result<SharedEncoder> encoder = openH264(settings);
+    if (!encoder)
+        return Error{m_file.path(), encoder.error().cause};
+    m_encoder = std::move(*encoder);
     m_track = m_file.addTrack(m_encoder.get());
     return m_track && prepareFrame() ? success() : Outcome(m_file.failure(AVERROR(ENOMEM)));
 }

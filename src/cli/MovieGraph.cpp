@@ -1,0 +1,253 @@
+#include "cli/MovieGraph.h"
+
+#include "cli/ExitCode.h"
+#include "cli/FilterDrawing.h"
+#include "cli/Messages.h"
+#include "cli/MovieChain.h"
+#include "cli/MovieCut.h"
+#include "gpu/core/DrawingFailures.h"
+#include "gpu/core/GPUImageFilter.h"
+#include "gpu/core/GPUImageFilterPipeline.h"
+#include "gpu/core/GPUImageOutput.h"
+#include "gpu/core/GPUImageStage.h"
+#include "gpu/core/VideoProcessingQueue.h"
+#include "gpu/endpoints/GPUImageMovie.h"
+#include "gpu/endpoints/GPUImageMovieWriter.h"
+#include "gpu/filters/blur/GPUImageLanczosResamplingFilter.h"
+#include "gpu/sources/GPUImageRawDataInput.h"
+#include "platform/base/CGGeometry.h"
+#include "platform/base/CMTime.h"
+#include "platform/base/Log.h"
+#include "platform/base/Result.h"
+#include "platform/media/AVAsset.h"
+#include "platform/media/AVAssetReader.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+namespace lamina {
+
+namespace {
+
+CGSize pixelsOf(IntSize size)
+{
+    return {static_cast<double>(size.width), static_cast<double>(size.height)};
+}
+
+/// What the filters make of a frame of that size, found by sending one through others like them.
+Result<CGSize> sizeBehind(const MovieChain& chain, IntSize size)
+{
+    const std::vector<std::uint8_t> black(4 * static_cast<std::size_t>(size.width) *
+                                          static_cast<std::size_t>(size.height));
+    const auto source = std::make_shared<GPUImageRawDataInput>(black, pixelsOf(size));
+    const Result<std::unique_ptr<GPUImageFilterPipeline>> pipeline = chain.connect(source);
+    if (!pipeline)
+        return pipeline.error();
+    const auto probe = std::make_shared<GPUImageFilter>();
+    (*pipeline)->filters().back()->addTarget(probe);
+    source->processData();
+    const CGSize found = valueFromVideoProcessingQueue([&] { return probe->sizeOfFBO(); });
+    source->removeAllTargets();
+    if (found.width < 1 || found.height < 1)
+        return Error{chain.names().back(), "gives no picture: not a pixel is left"};
+    return found;
+}
+
+/// Scales to `size` what has other sides: smooth where it becomes smaller.
+std::shared_ptr<GPUImageStage> scaler(CGSize from, CGSize size)
+{
+    std::shared_ptr<GPUImageStage> stage;
+    if (size.width < from.width || size.height < from.height) {
+        const auto lanczos = std::make_shared<GPUImageLanczosResamplingFilter>();
+        // The window is meant for halves; for less it is taken as much wider.
+        constexpr double kHalves = 2;
+        lanczos->setOriginalImageSize(
+            {std::min(from.width, kHalves * size.width), std::min(from.height, kHalves * size.height)});
+        stage = lanczos;
+    } else {
+        stage = std::make_shared<GPUImageFilter>();
+    }
+    stage->forceProcessingAtSize(size);
+    return stage;
+}
+
+/// A movie of which a part is read.
+class CutMovie : public GPUImageMovie {
+public:
+    explicit CutMovie(const MovieJob& job)
+        : GPUImageMovie(job.asset)
+    {
+        setTimeRange(job.range);
+    }
+
+protected:
+    std::unique_ptr<AVAssetReader> createAssetReader() override
+    {
+        std::unique_ptr<AVAssetReader> reader = makeCutReader(asset(), timeRange());
+        reader->addVideoOutput(CVPixelFormat::BGRA);
+        if (audioEncodingTarget())
+            reader->addAudioOutput(audioEncodingTarget()->shouldPassthroughAudio());
+        return reader;
+    }
+};
+
+/// Takes the place of the log: what fails is told by the command, and only what nobody else tells of is kept.
+class KeptErrors {
+public:
+    KeptErrors()
+    {
+        m_usual = setLogSink([this](LogLevel level, std::string_view text) {
+            const std::lock_guard lock(m_mutex);
+            if (level == LogLevel::Error && m_first.empty())
+                m_first = text;
+        });
+    }
+    ~KeptErrors() { setLogSink(std::move(m_usual)); }
+    KeptErrors(const KeptErrors&) = delete;
+    KeptErrors& operator=(const KeptErrors&) = delete;
+
+    /// Empty where all was well.
+    std::string first() const
+    {
+        const std::lock_guard lock(m_mutex);
+        return m_first;
+    }
+
+private:
+    LogSink m_usual;
+    mutable std::mutex m_mutex;
+    std::string m_first;
+};
+
+class MovieGraph : public GPUImageMovieDelegate, public std::enable_shared_from_this<MovieGraph> {
+public:
+    explicit MovieGraph(const MovieJob& job)
+        : m_job(job)
+        , m_movie(std::make_shared<CutMovie>(job))
+    {
+    }
+
+    MovieEnd run(const std::function<void(double)>& tell)
+    {
+        if (const Outcome ready = connect(); !ready)
+            return MovieEnd::failed(ready.error(), ExitCode::Failed);
+        m_writer->startRecording();
+        if (!m_writer->error()) {
+            // Whichever of picture and sound comes first: the movie begins where the job does.
+            m_writer->assetWriter()->startSessionAtSourceTime(m_job.range.start);
+            m_movie->processAsset();
+        } else {
+            m_progress.finish();
+        }
+        m_progress.waitFor(m_job, tell);
+        m_movie->cancelProcessing();
+        MovieEnd ended = end();
+        m_writer->setCompletionBlock({});
+        m_writer->setFailureBlock({});
+        return ended;
+    }
+
+    /// The movie can't be read at all, or not to its end.
+    void didFailPlayingMovie(const Error& /*error*/) override { m_progress.finish(); }
+
+private:
+    Outcome connect()
+    {
+        if (Outcome possible = drawingIsPossible(); !possible)
+            return possible;
+        Result<std::unique_ptr<GPUImageFilterPipeline>> pipeline = m_job.chain->connect(m_movie);
+        if (!pipeline)
+            return pipeline.error();
+        m_pipeline = std::move(*pipeline);
+        const Result<CGSize> size = addScaler();
+        if (!size)
+            return size.error();
+        m_writer = std::make_shared<GPUImageMovieWriter>(
+            m_job.output, *size, m_job.fileType,
+            GPUImageMovieWriterSettings{m_job.crf, m_job.picture().nominalFrameRate, false, kCMTimeZero});
+        if (const std::optional<Error> error = m_writer->error())
+            return *error;
+        connectWriter();
+        return success();
+    }
+
+    /// The size of what comes to the writer.
+    Result<CGSize> addScaler()
+    {
+        const IntSize shown = m_job.shownSize();
+        Result<CGSize> made = m_job.chain->isEmpty() ? pixelsOf(shown) : sizeBehind(*m_job.chain, shown);
+        if (!made)
+            return made;
+        const CGSize wanted = m_job.size ? pixelsOf(*m_job.size) : *made;
+        if (wanted != *made)
+            m_pipeline->addFilter(scaler(*made, wanted));
+        else if (m_job.chain->isEmpty())
+            m_pipeline->addFilter(std::make_shared<GPUImageFilter>()); // which turns it upright
+        return wanted;
+    }
+
+    void connectWriter()
+    {
+        if (m_job.sound())
+            connectSound(*m_job.sound());
+        m_writer->setCompletionBlock([this] { m_progress.finish(); });
+        m_writer->setFailureBlock([this](const Error&) { m_progress.finish(); });
+        GPUImageStage& last = *m_pipeline->filters().back();
+        last.setFrameProcessingCompletionBlock([this](GPUImageOutput&, const CMTime& time) { m_progress.count(time); });
+        last.addTarget(m_writer);
+        m_movie->setDelegate(shared_from_this());
+        m_movie->enableSynchronizedEncodingUsingMovieWriter(m_writer);
+    }
+
+    void connectSound(const AVAudioTrack& sound)
+    {
+        m_writer->setShouldPassthroughAudio(true);
+        m_writer->setPassthroughAsset(m_job.asset);
+        m_writer->setHasAudioTrack(true, soundSettings(sound));
+        m_movie->setAudioEncodingTarget(m_writer);
+    }
+
+    MovieEnd end()
+    {
+        if (const std::optional<std::string> cause = m_failures.first(); cause && !m_writer->error()) {
+            m_writer->cancelRecording();
+            return MovieEnd::failed(
+                {m_job.chain->isEmpty() ? "--size" : m_job.chain->names().back(), "gives no picture: " + *cause},
+                ExitCode::Failed);
+        }
+        const MovieWriting writing{[this] { return m_writer->error(); }, [this] { m_writer->cancelRecording(); },
+                                   [this](std::function<void()> handler) {
+                                       m_writer->finishRecordingWithCompletionHandler(std::move(handler));
+                                   }};
+        return endOf(m_job, m_movie->error(), writing, m_progress);
+    }
+
+    const MovieJob& m_job;
+    const DrawingFailures m_failures;
+    MovieProgress m_progress;
+    std::shared_ptr<GPUImageMovie> m_movie;
+    std::unique_ptr<GPUImageFilterPipeline> m_pipeline;
+    std::shared_ptr<GPUImageMovieWriter> m_writer;
+};
+
+} // namespace
+
+MovieEnd filterMovie(const MovieJob& job, const std::function<void(double)>& tell)
+{
+    const KeptErrors errors;
+    const MovieEnd end = std::make_shared<MovieGraph>(job)->run(tell);
+    if (const std::string first = errors.first(); end.code == ExitCode::Good && !first.empty())
+        warn({job.output, first});
+    return end;
+}
+
+} // namespace lamina

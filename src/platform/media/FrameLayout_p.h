@@ -1,0 +1,16 @@
+#pragma once
+
+#include "platform/base/CGGeometry.h"
+#include "platform/media/AVAsset.h"
+#include "platform/media/CVPixelBuffer.h"
+
+#include <memory>
+
+namespace lamina {
+
+/// A frame of BGRA turned upright and scaled, as large as it fits, into the middle of `size` on black; the frame itself
+/// where that is what it is. Null when memory is short or a side is not positive.
+std::shared_ptr<CVPixelBuffer> laidOut(const std::shared_ptr<CVPixelBuffer>& frame, const AVTrackTransform& transform,
+                                       IntSize size);
+
+} // namespace lamina
