@@ -13,7 +13,7 @@
 #include <hwy/foreach_target.h>
 #include <hwy/highway.h>
 
-#include "gpu/kernels/PixelLanes-inl.h"
+#include "gpu/kernels/PixelLanes_p.h"
 
 HWY_BEFORE_NAMESPACE();
 namespace lamina::kernels {

@@ -13,7 +13,7 @@
 #include <hwy/foreach_target.h>
 #include <hwy/highway.h>
 
-#include "gpu/kernels/PixelLanes-inl.h"
+#include "gpu/kernels/PixelLanes_p.h"
 
 #ifndef LAMINA_LOOKUP_KERNEL_TYPES
 #define LAMINA_LOOKUP_KERNEL_TYPES

@@ -15,7 +15,7 @@
 #include <hwy/foreach_target.h>
 #include <hwy/highway.h>
 
-#include "gpu/kernels/PixelLanes-inl.h"
+#include "gpu/kernels/PixelLanes_p.h"
 
 #ifndef LAMINA_NEIGHBOUR_KERNEL_TYPES
 #define LAMINA_NEIGHBOUR_KERNEL_TYPES

@@ -1,10 +1,10 @@
 // Pixels in lanes, compiled once for each kind of processor: included by what highway includes again and again.
 
-#if defined(LAMINA_GPU_KERNELS_PIXELLANES_INL_H) == defined(HWY_TARGET_TOGGLE)
-#ifdef LAMINA_GPU_KERNELS_PIXELLANES_INL_H
-#undef LAMINA_GPU_KERNELS_PIXELLANES_INL_H
+#if defined(LAMINA_GPU_KERNELS_PIXELLANES_P_H) == defined(HWY_TARGET_TOGGLE)
+#ifdef LAMINA_GPU_KERNELS_PIXELLANES_P_H
+#undef LAMINA_GPU_KERNELS_PIXELLANES_P_H
 #else
-#define LAMINA_GPU_KERNELS_PIXELLANES_INL_H
+#define LAMINA_GPU_KERNELS_PIXELLANES_P_H
 #endif
 
 #include <hwy/highway.h>
