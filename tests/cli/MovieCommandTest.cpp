@@ -53,16 +53,6 @@ protected:
             times.push_back(std::strtod(line.c_str(), nullptr));
         return times;
     }
-    /// How much later the sound begins than the picture.
-    double offset(const std::string& name) const { return times(name, "a").at(0) - times(name).at(0); }
-    /// The times from the first frame on.
-    std::vector<double> timesFromZero(const std::string& name) const
-    {
-        std::vector<double> all = times(name);
-        for (double& time : all)
-            time -= times(name).front();
-        return all;
-    }
     nlohmann::json stream(const std::string& name, const std::string& type) const
     {
         const nlohmann::json probed = probe(folder.path(name));
@@ -91,20 +81,31 @@ TEST_F(Movies, KeepTimesAndTurnAndSound)
                  {"opus.mkv", "b.mkv", "opus"}, {"late.mkv", "b.mp4", "aac"}, {"uneven.mp4", "a.mov", "aac"},
                  {"ten.mkv", "c.mp4", ""},      {"turned.mov", "c.mkv", ""}};
     for (const auto& [input, output, sound] : cases) {
+        std::vector<double> wanted = times(input);
+        const double start = wanted.at(0);
+        const double offset = sound.empty() ? 0 : times(input, "a").at(0) - start;
+        for (double& time : wanted)
+            time -= start;
         for (const std::string& filter : {std::string(), std::string(kSepia) + " --set intensity=0"}) {
             SCOPED_TRACE(input + filter);
             good("lamina movie " + input + " -o " + output + filter);
-            EXPECT_THAT(timesFromZero(output), Pointwise(DoubleNear(1.1e-3), timesFromZero(input)));
-            EXPECT_NEAR(times(output).at(0), 0, 1e-9);
+            EXPECT_THAT(times(output), Pointwise(DoubleNear(1.1e-3), wanted));
             EXPECT_EQ(stream(output, "audio").value("codec_name", ""), sound);
-            if (!sound.empty())
-                EXPECT_NEAR(offset(output), offset(input), sound == "opus" ? 7.1e-3 : 5e-3) << "Opus wakes for 6.5 ms";
-            EXPECT_EQ(stream(output, "video")["codec_name"], "h264");
+            if (input == "late.mkv") { // what is encoded begins with silence
+                const std::vector<float> heard = decodedSound(folder.path(output));
+                const auto first = std::ranges::find_if(heard, [](float sample) { return std::abs(sample) > 0.02F; });
+                EXPECT_NEAR(static_cast<double>(first - heard.begin()) / 8000, offset, 5e-3);
+            } else if (!sound.empty()) {
+                EXPECT_NEAR(times(output, "a").at(0), offset, sound == "opus" ? 7.1e-3 : 5e-3)
+                    << "Opus wakes for 6.5 ms";
+            }
+            if (input != "turned.mov")
+                continue;
             const auto before = quarterColors(decodedFrame(folder.path(input), 1));
             const auto after = quarterColors(decodedFrame(folder.path(output), 1)); // both upright
-            for (std::size_t i = 0; i < before.size() && input == "turned.mov"; ++i)
+            for (std::size_t i = 0; i < before.size(); ++i)
                 for (std::size_t c = 0; c < 3; ++c)
-                    EXPECT_NEAR(before[i][c], after[i][c], filter.empty() ? 3 : 24) << i;
+                    EXPECT_NEAR(before[i][c], after[i][c], 24) << i; // the clip is untagged: 601 becomes 709
         }
     }
 }
