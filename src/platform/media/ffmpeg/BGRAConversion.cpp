@@ -30,15 +30,15 @@ constexpr double kOfLuma = 219.0 / 255;
 constexpr double kOfCb = 224.0 / 255 / (2 * (1 - kBlue));
 constexpr double kOfCr = 224.0 / 255 / (2 * (1 - kRed));
 
-void LumaRow(const std::uint8_t* pixels, std::size_t count, std::uint8_t* luma)
+void LumaRow(const std::uint8_t* pixels, std::size_t count, int blueAt, std::uint8_t* luma)
 {
     constexpr int kRounding = (16 << kBits) + (1 << (kBits - 1));
     for (std::size_t i = 0; i < count; ++i) {
         std::uint32_t pixel;
         std::memcpy(&pixel, pixels + 4 * i, 4);
-        const int b = static_cast<int>(pixel & 255);
+        const int b = static_cast<int>(pixel >> blueAt & 255);
         const int g = static_cast<int>(pixel >> 8 & 255);
-        const int r = static_cast<int>(pixel >> 16 & 255);
+        const int r = static_cast<int>(pixel >> (16 - blueAt) & 255);
         luma[i] = static_cast<std::uint8_t>(
             (weight(kBlue * kOfLuma) * b + weight(kGreen * kOfLuma) * g + weight(kRed * kOfLuma) * r + kRounding) >>
             kBits);
@@ -46,8 +46,8 @@ void LumaRow(const std::uint8_t* pixels, std::size_t count, std::uint8_t* luma)
 }
 
 /// `sums`: room for three rows of count + 2 numbers.
-void ChromaRow(const std::uint8_t* upper, const std::uint8_t* lower, std::size_t count, int* sums, std::uint8_t* cb,
-               std::uint8_t* cr)
+void ChromaRow(const std::uint8_t* upper, const std::uint8_t* lower, std::size_t count, int blueAt, int* sums,
+               std::uint8_t* cb, std::uint8_t* cr)
 {
     const std::size_t stride = count + 2;
     int* const blue = sums + 1;
@@ -58,9 +58,9 @@ void ChromaRow(const std::uint8_t* upper, const std::uint8_t* lower, std::size_t
         std::uint32_t below;
         std::memcpy(&above, upper + 4 * i, 4);
         std::memcpy(&below, lower + 4 * i, 4);
-        blue[i] = static_cast<int>((above & 255) + (below & 255));
+        blue[i] = static_cast<int>((above >> blueAt & 255) + (below >> blueAt & 255));
         green[i] = static_cast<int>((above >> 8 & 255) + (below >> 8 & 255));
-        red[i] = static_cast<int>((above >> 16 & 255) + (below >> 16 & 255));
+        red[i] = static_cast<int>((above >> (16 - blueAt) & 255) + (below >> (16 - blueAt) & 255));
     }
     for (int* row : {blue, green, red}) {
         row[-1] = row[0];
@@ -98,19 +98,21 @@ namespace lamina {
 HWY_EXPORT(LumaRow);
 HWY_EXPORT(ChromaRow);
 
-void convertBGRATo420(const std::uint8_t* pixels, std::ptrdiff_t bytesPerRow, IntSize size, const ByteRows (&planes)[3])
+void convertBGRATo420(const std::uint8_t* pixels, std::ptrdiff_t bytesPerRow, IntSize size, bool redFirst,
+                      const ByteRows (&planes)[3])
 {
+    const int blueAt = redFirst ? 16 : 0; // the bit
     const auto count = static_cast<std::size_t>(size.width);
     std::vector<int> sums(3 * (count + 2));
     for (int y = 0; y < size.height; y += 2) {
         const std::uint8_t* upper = pixels + y * bytesPerRow;
         const std::uint8_t* lower = y + 1 < size.height ? upper + bytesPerRow : upper;
         std::uint8_t* luma = planes[0].bytes + y * planes[0].bytesPerRow;
-        HWY_DYNAMIC_DISPATCH(LumaRow)(upper, count, luma);
+        HWY_DYNAMIC_DISPATCH(LumaRow)(upper, count, blueAt, luma);
         if (lower != upper)
-            HWY_DYNAMIC_DISPATCH(LumaRow)(lower, count, luma + planes[0].bytesPerRow);
+            HWY_DYNAMIC_DISPATCH(LumaRow)(lower, count, blueAt, luma + planes[0].bytesPerRow);
         HWY_DYNAMIC_DISPATCH(ChromaRow)
-        (upper, lower, count, sums.data(), planes[1].bytes + y / 2 * planes[1].bytesPerRow,
+        (upper, lower, count, blueAt, sums.data(), planes[1].bytes + y / 2 * planes[1].bytesPerRow,
          planes[2].bytes + y / 2 * planes[2].bytesPerRow);
     }
 }

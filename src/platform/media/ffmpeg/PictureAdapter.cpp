@@ -76,7 +76,13 @@ Frame wrap(const std::shared_ptr<CVPixelBuffer>& pixels)
     Frame frame(av_frame_alloc());
     if (!frame || pixels->planes().empty())
         return {};
-    frame->format = kindOf(*pixels).format;
+    const PictureKind kind = kindOf(*pixels);
+    frame->format = kind.format;
+    frame->colorspace = kind.matrix;
+    frame->color_primaries = kind.primaries;
+    frame->color_trc = kind.transfer;
+    frame->color_range = kind.range;
+    frame->chroma_location = kind.chroma;
     frame->width = pixels->size().width;
     frame->height = pixels->size().height;
     for (std::size_t i = 0; i < pixels->planes().size(); ++i) {
@@ -190,10 +196,11 @@ Outcome PictureAdapter::fill(const AVFrame& source)
         return prepared;
     if (areSame(kindOf(source), m_kind) && source.width == m_size.width && source.height == m_size.height) {
         copyPlanes(source);
-    } else if (kindOf(source).format == AV_PIX_FMT_BGR0 && m_kind == PictureKind{} && source.width == m_size.width &&
-               source.height == m_size.height) {
+    } else if ((source.format == AV_PIX_FMT_BGR0 || source.format == AV_PIX_FMT_RGB0) && m_kind == PictureKind{} &&
+               source.width == m_size.width && source.height == m_size.height) {
         const auto plane = [this](int i) { return ByteRows{m_frame->data[i], m_frame->linesize[i]}; };
-        convertBGRATo420(source.data[0], source.linesize[0], m_size, {plane(0), plane(1), plane(2)});
+        convertBGRATo420(source.data[0], source.linesize[0], m_size, source.format == AV_PIX_FMT_RGB0,
+                         {plane(0), plane(1), plane(2)});
     } else {
         if (Outcome prepared = prepareScaler(source); !prepared)
             return prepared;
