@@ -81,7 +81,7 @@ public:
         if (m_sound)
             m_sound->start([](const CMSampleBuffer&) {}, ended);
         m_progress.waitFor(m_job, tell);
-        const MovieWriting writing{
+        const WriterControl writing{
             [this] { return m_writer->error(); }, [this] { m_writer->cancelWriting(); },
             [this](std::function<void()> handler) { m_writer->finishWriting(std::move(handler)); }};
         return endOf(m_job, m_reader->error(), writing, m_progress);

@@ -224,10 +224,10 @@ private:
                 {m_job.chain->isEmpty() ? "--size" : m_job.chain->names().back(), "gives no picture: " + *cause},
                 ExitCode::Failed);
         }
-        const MovieWriting writing{[this] { return m_writer->error(); }, [this] { m_writer->cancelRecording(); },
-                                   [this](std::function<void()> handler) {
-                                       m_writer->finishRecordingWithCompletionHandler(std::move(handler));
-                                   }};
+        const WriterControl writing{[this] { return m_writer->error(); }, [this] { m_writer->cancelRecording(); },
+                                    [this](std::function<void()> handler) {
+                                        m_writer->finishRecordingWithCompletionHandler(std::move(handler));
+                                    }};
         return endOf(m_job, m_movie->error(), writing, m_progress);
     }
 

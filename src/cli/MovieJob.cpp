@@ -45,7 +45,7 @@ AVAudioSettings soundSettings(const AVAudioTrack& sound)
     return {rate == kRates.end() ? kRates.back() : *rate, channels, kBitsAChannel * channels};
 }
 
-MovieEnd endOf(const MovieJob& job, const std::optional<Error>& reading, const MovieWriting& writing,
+MovieEnd endOf(const MovieJob& job, const std::optional<Error>& reading, const WriterControl& writing,
                const MovieProgress& progress)
 {
     if (const std::optional<Error> failed = writing.error()) {

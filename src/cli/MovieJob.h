@@ -81,7 +81,7 @@ private:
 AVAudioSettings soundSettings(const AVAudioTrack& sound);
 
 /// The end of a writer, whichever class it is.
-struct MovieWriting {
+struct WriterControl {
     std::function<std::optional<Error>()> error; ///< why nothing, or nothing more, can be written
     std::function<void()> cancel;
     std::function<void(std::function<void()>)> finish; ///< calls what it is given once the file stands, or can't
@@ -89,7 +89,7 @@ struct MovieWriting {
 
 /// How a job ends whose frames are all handed over, or that broke off: what failed first is told, and nothing is left
 /// behind then. `reading`: what reading has failed with.
-MovieEnd endOf(const MovieJob& job, const std::optional<Error>& reading, const MovieWriting& writing,
+MovieEnd endOf(const MovieJob& job, const std::optional<Error>& reading, const WriterControl& writing,
                const MovieProgress& progress);
 
 } // namespace lamina
