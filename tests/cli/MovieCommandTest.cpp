@@ -137,7 +137,7 @@ TEST_F(Movies, PartsSizesAndFilters)
     good("lamina movie in.mp4 -o cropped.mp4 --filter GPUImageCropFilter --set cropRegion=0,0,0.5,1");
     EXPECT_EQ(stream("cropped.mp4", "video")["width"], 80);
     writeFile(folder.path("chain.json"), R"({"Filters": [{"FilterName": "GPUImageSepiaFilter"}]})");
-    for (const std::string& cores : {"taskset -c 0 ", ""})
+    for (const std::string cores : {"taskset -c 0 ", ""})
         good(cores + "'" LAMINA_COMMAND "' movie in.mp4 -o " + (cores.empty() ? "two" : "one") + ".mp4" + kSepia);
     good("lamina movie in.mp4 -o chain.mp4 --pipeline chain.json && cmp chain.mp4 one.mp4 && cmp one.mp4 two.mp4 && "
          "lamina movie in.mp4 -o in.mp4" +
