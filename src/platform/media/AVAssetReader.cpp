@@ -76,7 +76,7 @@ public:
         try {
             m_thread = std::thread([this] { readAhead(); });
         } catch (const std::system_error&) {
-            return Error{{}, "too many threads are running"};
+            return Error{{}, "there are too many threads"};
         }
         return success();
     }
