@@ -51,6 +51,9 @@ void GPUImageMovieWriter::pull(Track& track)
         // Behind the frames that are on their way.
         return runOnWriterQueue([this, &track] { markAsFinished(track); });
     }
+    // No piece may be on its way that would find it out.
+    if (m_isRecording && m_assetWriter->status() == AVAssetWriterStatus::Failed)
+        fail(m_assetWriter->error().value_or(Error{m_path, "writing has failed"}));
 }
 
 } // namespace lamina

@@ -14,6 +14,7 @@
 #include <future>
 #include <numbers>
 #include <span>
+#include <sys/resource.h>
 #include <utility>
 #include <vector>
 
@@ -307,6 +308,29 @@ TEST_F(MovieWriterTest, InLockstepTheInputsAskForWhatIsWritten)
     finish(*writer);
     EXPECT_EQ(frameTimes(m_path).size(), 20U);
     EXPECT_NEAR(static_cast<double>(decodedSound(m_path).size()) / 8000, 1, 0.05);
+}
+
+TEST_F(MovieWriterTest, InLockstepAFullDeviceIsToldToo)
+{
+    const auto writer = makeWriter({320, 240});
+    writer->assetWriter()->setMovieFragmentInterval(kCMTimeZero);
+    DispatchSemaphore failed;
+    writer->setFailureBlock([&](const Error&) { failed.signal(); });
+    const CGImage noise = noisePicture(320, 240, CGImageAlphaInfo::Last);
+    int next = 0;
+    writer->setVideoInputReadyCallback([&] {
+        m_source->push(noise, frameTime(next++));
+        return true;
+    });
+    rlimit before{};
+    getrlimit(RLIMIT_FSIZE, &before);
+    const rlimit small{100'000, before.rlim_max};
+    setrlimit(RLIMIT_FSIZE, &small);
+    writer->startRecording();
+    writer->enableSynchronizationCallbacks();
+    EXPECT_TRUE(failed.wait(30));
+    setrlimit(RLIMIT_FSIZE, &before);
+    EXPECT_FALSE(writer->isRecording());
 }
 
 TEST(RecordingTimesTest, OnePauseIsTakenOutOnceWhicheverComesFirst)
