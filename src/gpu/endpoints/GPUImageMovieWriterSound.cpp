@@ -22,7 +22,7 @@ void GPUImageMovieWriter::setHasAudioTrack(bool hasAudioTrack, const std::option
         }
         m_audio.input = std::move(*input);
     }
-    m_audio.input->setExpectsMediaDataInRealTime(m_encodingLiveVideo);
+    m_audio.input->setExpectsMediaDataInRealTime(isLive());
 }
 
 bool GPUImageMovieWriter::addPassthroughInput()
@@ -57,7 +57,7 @@ void GPUImageMovieWriter::processAudioBuffer(const CMSampleBuffer& audioBuffer)
         sample.audio = std::make_shared<AudioBuffer>(*sample.audio); // others may read the same
         process(*sample.audio, sample.audio->sampleCount());
     }
-    if (!m_encodingLiveVideo)
+    if (!isLive())
         return writeSound(sample);
     runOnWriterQueue([this, sample]() mutable { writeSound(sample); });
 }

@@ -11,11 +11,13 @@ namespace lamina {
 void GPUImageMovieWriter::setVideoInputReadyCallback(InputReadyCallback callback)
 {
     exchangeGuarded(m_video.readyCallback, callback);
+    tellPace();
 }
 
 void GPUImageMovieWriter::setAudioInputReadyCallback(InputReadyCallback callback)
 {
     exchangeGuarded(m_audio.readyCallback, callback);
+    tellPace();
 }
 
 void GPUImageMovieWriter::enableSynchronizationCallbacks()
