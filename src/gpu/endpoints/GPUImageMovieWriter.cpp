@@ -231,12 +231,6 @@ void GPUImageMovieWriter::markAsFinished(Track& track)
     track.input->markAsFinished();
 }
 
-void GPUImageMovieWriter::setPaused(bool paused)
-{
-    if (m_paused.exchange(paused) != paused && paused)
-        m_times.pause();
-}
-
 void GPUImageMovieWriter::setEncodingLiveVideo(bool live)
 {
     m_encodingLiveVideo = live;

@@ -91,8 +91,8 @@ public:
     /// Takes frames and sound.
     bool isRecording() const { return m_isRecording; }
     /// While paused nothing is taken; what comes after follows without a gap, in picture and sound.
-    bool paused() const { return m_paused; }
-    void setPaused(bool paused);
+    bool paused() const { return m_times.isPaused(); }
+    void setPaused(bool paused) { m_times.setPaused(paused); }
     /// Of what has been taken: the time of the last frame, or else the last sound, less that of the first piece. Zero
     /// before.
     CMTime duration() const { return m_times.duration(); }
@@ -230,7 +230,6 @@ private:
     bool m_isFinishing = false;
 
     std::atomic<bool> m_isRecording{false};
-    std::atomic<bool> m_paused{false};
     std::atomic<bool> m_enabled{true};
     std::atomic<bool> m_encodingLiveVideo{true};
     std::atomic<bool> m_hasAudioTrack{false};

@@ -78,7 +78,7 @@ void GPUImageMovieWriter::newFrameReadyAtTime(const CMTime& frameTime, int)
     FramebufferHold framebuffer;
     framebuffer.take(m_firstInputFramebuffer);
     m_firstInputFramebuffer.giveBack();
-    if (!m_isRecording || m_paused || !framebuffer)
+    if (!m_isRecording || paused() || !framebuffer)
         return;
     if (!waitForRoom()) {
         if (m_isRecording)

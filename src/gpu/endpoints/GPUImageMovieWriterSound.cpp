@@ -42,7 +42,7 @@ bool GPUImageMovieWriter::addPassthroughInput()
 
 void GPUImageMovieWriter::processAudioBuffer(const CMSampleBuffer& audioBuffer)
 {
-    if (!m_isRecording || !m_hasAudioTrack || !m_audio.input || m_paused || !audioBuffer.isValid())
+    if (!m_isRecording || !m_hasAudioTrack || !m_audio.input || paused() || !audioBuffer.isValid())
         return;
     const CMTime time = audioBuffer.presentationTime;
     if (!time.isNumeric() || !startSession(time, m_audio))

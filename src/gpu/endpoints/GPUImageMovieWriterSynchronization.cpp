@@ -46,7 +46,7 @@ void GPUImageMovieWriter::pullFor(Track& track, const char* queueLabel)
 /// On the track's queue. While nothing is taken it is called again and again.
 void GPUImageMovieWriter::pull(Track& track)
 {
-    while (m_isRecording && !m_paused && track.input->isReadyForMoreMediaData()) {
+    while (m_isRecording && !paused() && track.input->isReadyForMoreMediaData()) {
         const InputReadyCallback nextPiece = guarded(track.readyCallback);
         if (nextPiece && nextPiece())
             continue;

@@ -24,15 +24,16 @@ public:
     /// Since `prepare`.
     bool hasStarted() const;
 
-    /// What comes until the first piece after this is left out of the recording.
-    void pause();
+    /// While paused nothing can be taken; what lies between the pieces before and after is left out of the recording.
+    void setPaused(bool paused);
+    bool isPaused() const;
 
     /// The time in the recording of a frame of this time, which counts from then on as the last one; nothing where it
-    /// can't be taken: its time is no number, or that of the frame before, or earlier.
+    /// can't be taken: in a pause, or its time is no number, or that of the frame before, or earlier.
     std::optional<CMTime> takeFrame(const CMTime& time);
     /// By how much a piece of sound of this time is to be moved earlier, zero without pauses; it counts from then on as
-    /// the last one. Nothing where it can't be taken: its time is no number, or it can't be cut (`isWhole`) and does
-    /// not come after the one before.
+    /// the last one. Nothing where it can't be taken: in a pause, or its time is no number, or it can't be cut
+    /// (`isWhole`) and does not come after the one before.
     std::optional<CMTime> takeSound(const CMTime& time, bool isWhole = false);
 
     /// The sum of the pauses.
@@ -44,6 +45,7 @@ private:
     void endPause(const CMTime& time, const CMTime& previousOfItsKind, const CMTime& previousOfTheOther);
 
     mutable std::mutex m_mutex;
+    bool m_isPaused = false;
     bool m_discont = false; ///< a pause is to be ended by the next piece
     CMTime m_startTime;
     CMTime m_previousFrameTime = kCMTimeNegativeInfinity; ///< in the recording, as the next

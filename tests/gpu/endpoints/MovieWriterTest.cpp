@@ -337,17 +337,23 @@ TEST(RecordingTimesTest, OnePauseIsTakenOutOnceWhicheverComesFirst)
 {
     const auto at = [](int value) { return CMTime::make(value, 10); };
     RecordingTimes times;
-    times.pause();
+    const auto pause = [&] {
+        times.setPaused(true);
+        times.setPaused(false);
+    };
+    pause();
     EXPECT_EQ(times.takeFrame(at(5)), at(5)) << "nothing came before";
     times.start(at(5));
     EXPECT_EQ(times.takeSound(at(7)), kCMTimeZero);
-    times.pause();
-    times.pause();
+    times.setPaused(true);
+    EXPECT_FALSE(times.takeFrame(at(8))) << "one that was on its way";
+    times.setPaused(false);
+    pause();
     EXPECT_EQ(times.takeSound(at(27)), at(20));
     EXPECT_EQ(times.takeFrame(at(28)), at(8));
     EXPECT_FALSE(times.takeFrame(at(28)));
     EXPECT_FALSE(times.takeFrame(at(26))) << "earlier";
-    times.pause();
+    pause();
     EXPECT_FALSE(times.takeFrame(at(48))) << "in the place of the last one";
     EXPECT_EQ(times.offsetTime(), at(40));
     EXPECT_FALSE(times.takeSound(at(47), true)) << "a packet can't be cut where it overlaps the last one";
