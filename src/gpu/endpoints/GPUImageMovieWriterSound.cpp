@@ -6,6 +6,17 @@
 
 namespace lamina {
 
+namespace {
+
+/// Of numbers, as many as there are; of packets what is told.
+CMTime durationOf(const CMSampleBuffer& sound)
+{
+    const bool isCounted = sound.audio && sound.audio->sampleRate > 0;
+    return isCounted ? CMTime::make(sound.audio->sampleCount(), sound.audio->sampleRate) : sound.duration;
+}
+
+} // namespace
+
 void GPUImageMovieWriter::setHasAudioTrack(bool hasAudioTrack, const std::optional<AVAudioSettings>& audioSettings)
 {
     m_hasAudioTrack = hasAudioTrack;
@@ -49,7 +60,8 @@ void GPUImageMovieWriter::processAudioBuffer(const CMSampleBuffer& audioBuffer)
         return;
     if (isToBeDropped(m_audio))
         return logWarning("1: Had to drop an audio frame: " + timeText(time));
-    const std::optional<CMTime> offset = m_times.takeSound(time, audioBuffer.packet != nullptr);
+    const std::optional<CMTime> offset =
+        m_times.takeSound(time, durationOf(audioBuffer), audioBuffer.packet != nullptr);
     if (!offset)
         return;
     CMSampleBuffer sample = offset->value > 0 ? adjustTime(audioBuffer, *offset) : audioBuffer;

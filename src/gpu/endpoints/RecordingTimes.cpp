@@ -61,19 +61,20 @@ std::optional<CMTime> RecordingTimes::takeFrame(const CMTime& time)
     return moved;
 }
 
-std::optional<CMTime> RecordingTimes::takeSound(const CMTime& time, bool isWhole)
+std::optional<CMTime> RecordingTimes::takeSound(const CMTime& time, const CMTime& duration, bool isWhole)
 {
     if (!time.isNumeric())
         return std::nullopt;
     const std::scoped_lock lock(m_mutex);
     if (m_isPaused)
         return std::nullopt;
-    endPause(time, m_previousAudioTime, m_previousFrameTime);
+    endPause(time, m_previousAudioEnd, m_previousFrameTime);
     const CMTime offset = m_offsetTime.value > 0 ? m_offsetTime : kCMTimeZero;
     const CMTime moved = time - offset;
     if (isWhole && moved <= m_previousAudioTime)
         return std::nullopt;
     m_previousAudioTime = moved;
+    m_previousAudioEnd = duration.isNumeric() ? moved + duration : moved;
     return offset;
 }
 
