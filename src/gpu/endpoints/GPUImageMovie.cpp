@@ -77,13 +77,15 @@ void GPUImageMovie::enableSynchronizedEncodingUsingMovieWriter(std::shared_ptr<G
     m_synchronizedMovieWriter = std::move(writer);
 }
 
-GPUImageMovie::StopFlag GPUImageMovie::beginPass()
+/// Null where a pass runs already or, for one that is to follow another, where that was ended meanwhile.
+GPUImageMovie::StopFlag GPUImageMovie::beginPass(const StopFlag& before)
 {
-    if (m_isProcessing.exchange(true))
-        return nullptr;
-    m_keepLooping = m_shouldRepeat && !m_synchronizedMovieWriter;
     std::shared_ptr<AVAssetReader> former; // ends without the lock
     const std::scoped_lock lock(m_mutex);
+    const bool isOver = before && (before != m_stop || *before);
+    if (isOver || m_isProcessing.exchange(true))
+        return nullptr;
+    m_keepLooping = m_shouldRepeat && !m_synchronizedMovieWriter;
     former.swap(m_reader);
     m_error.reset();
     m_hasEnded = false;
@@ -97,7 +99,11 @@ void GPUImageMovie::startProcessing()
         processPlayerItem();
         return;
     }
-    const StopFlag stop = beginPass();
+    submitPass(beginPass());
+}
+
+void GPUImageMovie::submitPass(const StopFlag& stop)
+{
     if (!stop)
         return;
     const auto self = std::static_pointer_cast<GPUImageMovie>(shared_from_this());
@@ -106,7 +112,10 @@ void GPUImageMovie::startProcessing()
 
 void GPUImageMovie::processAsset()
 {
-    if (const StopFlag stop = beginPass())
+    const StopFlag stop = beginPass();
+    if (isOnVideoProcessingQueue())
+        return submitPass(stop); // each frame waits for this queue
+    if (stop)
         m_readingQueue.sync([&] { readPass(stop); }); // after a pass that winds up
 }
 
@@ -211,8 +220,13 @@ void GPUImageMovie::stopReading()
 void GPUImageMovie::endProcessing()
 {
     m_keepLooping = false;
-    if (m_hasEnded.exchange(true))
-        return;
+    {
+        const std::scoped_lock lock(m_mutex); // at once, or a repeat might begin in between
+        if (m_hasEnded.exchange(true))
+            return;
+        if (m_stop)
+            *m_stop = true;
+    }
     stopReading();
     // A frame that is under way goes before; those that come after see that it is over.
     runSynchronouslyOnVideoProcessingQueue([this] {
@@ -271,6 +285,12 @@ std::shared_ptr<const AVURLAsset> GPUImageMovie::asset() const
 {
     const std::scoped_lock lock(m_mutex);
     return m_asset;
+}
+
+std::string GPUImageMovie::path() const
+{
+    const std::shared_ptr<const AVURLAsset> asset = this->asset();
+    return asset ? asset->path() : m_url;
 }
 
 std::shared_ptr<AVAssetReader> GPUImageMovie::reader() const

@@ -88,7 +88,8 @@ public:
     /// Starts and returns; nothing while it runs. What stands in the way is logged and told to the delegate, and the
     /// movie stays idle.
     void startProcessing();
-    /// Reads the asset to its end, on the calling thread; with a writer in lockstep it only sets it going.
+    /// Reads the asset to its end and waits for that; with a writer in lockstep it only sets it going. On the video
+    /// processing queue, for which each frame waits, it doesn't wait.
     void processAsset();
     /// Pushes the next frame of the output; false when there is none any more, or the movie has ended.
     bool readNextVideoFrameFromOutput(const std::shared_ptr<AVAssetReaderOutput>& output);
@@ -140,7 +141,8 @@ protected:
 private:
     using StopFlag = std::shared_ptr<std::atomic<bool>>;
 
-    StopFlag beginPass();
+    StopFlag beginPass(const StopFlag& before = nullptr);
+    void submitPass(const StopFlag& stop);
     void readPass(const StopFlag& stop);
     void pullInto(GPUImageSynchronizedWriter& writer, const StopFlag& stop);
     void readUntilEnd();
@@ -156,6 +158,7 @@ private:
 
     CVPixelFormat wantedFormat(const AVURLAsset& asset) const;
     bool isStopped() const;
+    std::string path() const;
     std::shared_ptr<AVAssetReader> reader() const;
     std::shared_ptr<AVAssetReaderOutput> output(AVTrackMediaType type) const;
     std::shared_ptr<GPUImageMovieDelegate> delegate() const;
@@ -180,6 +183,7 @@ private:
     std::atomic<bool> m_keepLooping{false};
     std::atomic<bool> m_isProcessing{false};
     std::atomic<bool> m_hasEnded{false};
+    std::atomic<bool> m_endIsUnderWay{false}; ///< of the pass: its streams may end on two queues
     MoviePacing m_pacing;
 
     mutable std::mutex m_mutex; ///< for what follows

@@ -15,6 +15,7 @@ void GPUImageMovie::readPass(const StopFlag& stop)
     {
         const std::scoped_lock lock(m_mutex);
         m_passStop = stop;
+        m_endIsUnderWay = false;
         m_processingFrameTime = m_processedAudioTime = m_timeRange.start;
     }
     const Outcome prepared = prepareToRead(*stop);
@@ -26,7 +27,7 @@ void GPUImageMovie::readPass(const StopFlag& stop)
     }
     const std::shared_ptr<AVAssetReader> reader = createAssetReader();
     if (!reader) {
-        failToStart({m_url, "there is no movie to read"});
+        failToStart({path(), "there is no movie to read"});
         return;
     }
     reader->setTimeRange(m_timeRange);
@@ -73,13 +74,14 @@ void GPUImageMovie::readUntilEnd()
     const std::shared_ptr<AVAssetReaderOutput> audio = output(AVTrackMediaType::Audio);
     bool hasFrames = video != nullptr;
     bool hasSound = audio != nullptr;
-    const bool hasAnything = hasFrames || hasSound;
+    bool hasAnything = false;
     while ((hasFrames || hasSound) && !isStopped()) {
         hasFrames = hasFrames && readNextVideoFrameFromOutput(video);
         // Sound keeps up with the picture: its pieces may be shorter than a frame lasts.
         do
             hasSound = hasSound && readNextAudioSampleFromOutput(audio);
         while (hasSound && hasFrames && isSoundBehind());
+        hasAnything = hasAnything || hasFrames || hasSound;
     }
     if (!hasAnything)
         m_keepLooping = false; // or it would go round without a rest
@@ -101,12 +103,14 @@ void GPUImageMovie::finishPass(AVAssetReader& reader)
         endAfterReading();
         return;
     }
-    m_isProcessing = false;
+    StopFlag stop;
+    {
+        const std::scoped_lock lock(m_mutex);
+        stop = m_passStop;
+        m_isProcessing = false;
+    }
     const auto self = std::static_pointer_cast<GPUImageMovie>(shared_from_this());
-    DispatchQueue::main().async([self] {
-        if (self->m_keepLooping) // else it was ended meanwhile
-            self->startProcessing();
-    });
+    DispatchQueue::main().async([self, stop] { self->submitPass(self->beginPass(stop)); });
 }
 
 bool GPUImageMovie::readNextVideoFrameFromOutput(const std::shared_ptr<AVAssetReaderOutput>& output)
@@ -123,7 +127,7 @@ bool GPUImageMovie::readNextVideoFrameFromOutput(const std::shared_ptr<AVAssetRe
     const bool isShown = valueFromVideoProcessingQueue([&] { return isStopped() || pushFrame(*sample); });
     sample->invalidate();
     if (!isShown) { // with frames missing nothing that is made of it would be whole
-        fail({m_url, "there is no memory for a frame"});
+        fail({path(), "there is no memory for a frame"});
         endProcessing();
     }
     return !isStopped();
@@ -193,11 +197,11 @@ void GPUImageMovie::finishPlayerItem(const std::optional<Error>& error)
 
 void GPUImageMovie::endAfterReading()
 {
-    if (isStopped())
+    if (isStopped() || m_endIsUnderWay.exchange(true))
         return;
     const std::shared_ptr<AVAssetReader> reader = this->reader();
     if (reader && reader->status() == AVAssetReaderStatus::Failed && !m_hasEnded)
-        fail(reader->error().value_or(Error{m_url, "reading has failed"}));
+        fail(reader->error().value_or(Error{path(), "reading has failed"}));
     endProcessing();
 }
 

@@ -189,13 +189,12 @@ void GPUImageMovieWriter::cancelRecording()
 
 void GPUImageMovieWriter::finishRecordingWithCompletionHandler(std::function<void()> handler)
 {
+    bool isOver = false;
     runSynchronouslyOnContextQueue(*m_movieWriterContext, [&] {
         stopTaking();
-        if (!m_isFinishing && (!m_assetWriter || m_assetWriter->status() != AVAssetWriterStatus::Writing)) {
-            if (handler)
-                handler();
+        isOver = !m_isFinishing && (!m_assetWriter || m_assetWriter->status() != AVAssetWriterStatus::Writing);
+        if (isOver)
             return;
-        }
         m_finishHandlers.push_back(std::move(handler));
         if (std::exchange(m_isFinishing, true))
             return;
@@ -203,6 +202,8 @@ void GPUImageMovieWriter::finishRecordingWithCompletionHandler(std::function<voi
         markAsFinished(m_audio);
         m_assetWriter->finishWriting([self = shared_from_this()] { self->finished(); });
     });
+    if (isOver && handler)
+        handler(); // not on the writer's queue, for which it may wait
 }
 
 /// On a thread of the platform's.
@@ -230,20 +231,19 @@ void GPUImageMovieWriter::markAsFinished(Track& track)
     track.input->markAsFinished();
 }
 
-void GPUImageMovieWriter::setPaused(bool paused)
-{
-    if (m_paused.exchange(paused) != paused && paused)
-        m_times.pause();
-}
-
 void GPUImageMovieWriter::setEncodingLiveVideo(bool live)
 {
     m_encodingLiveVideo = live;
+    tellPace();
+}
+
+void GPUImageMovieWriter::tellPace()
+{
     if (m_isRecording)
         return;
     for (const Track* track : {&m_video, &m_audio}) {
         if (track->input)
-            track->input->setExpectsMediaDataInRealTime(live);
+            track->input->setExpectsMediaDataInRealTime(isLive());
     }
 }
 

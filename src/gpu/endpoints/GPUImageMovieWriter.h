@@ -44,7 +44,8 @@ public:
 struct GPUImageMovieWriterSettings {
     int crf = AVVideoSettings{}.crf; ///< x264's measure of loss, 1 to 51
     double frameRate = 0;            ///< frames a second, on the average; 0: not known
-    /// Frames and sound that come faster than they can be encoded are dropped; else their producers wait.
+    /// Frames and sound that come faster than they can be encoded are dropped; else their producers wait, as they
+    /// always do in lockstep.
     bool encodingLiveVideo = true;
     /// How much of the movie can be lost with the process; zero: all of it, and nothing of it stays, as it is wanted
     /// of a conversion.
@@ -90,8 +91,8 @@ public:
     /// Takes frames and sound.
     bool isRecording() const { return m_isRecording; }
     /// While paused nothing is taken; what comes after follows without a gap, in picture and sound.
-    bool paused() const { return m_paused; }
-    void setPaused(bool paused);
+    bool paused() const { return m_times.isPaused(); }
+    void setPaused(bool paused) { m_times.setPaused(paused); }
     /// Of what has been taken: the time of the last frame, or else the last sound, less that of the first piece. Zero
     /// before.
     CMTime duration() const { return m_times.duration(); }
@@ -181,6 +182,9 @@ private:
     void fail(const Error& error);
     void tellFailure(const Error& error);
     bool isPulled(const Track& track) const { return guarded(track.readyCallback) != nullptr; }
+    /// What is pulled comes when there is room for it, and nothing of it may get lost.
+    bool isLive() const { return m_encodingLiveVideo && !isPulled(m_video) && !isPulled(m_audio); }
+    void tellPace();
     void startWriting();
     bool startSession(const CMTime& time, const Track& track);
     void stopTaking();
@@ -226,7 +230,6 @@ private:
     bool m_isFinishing = false;
 
     std::atomic<bool> m_isRecording{false};
-    std::atomic<bool> m_paused{false};
     std::atomic<bool> m_enabled{true};
     std::atomic<bool> m_encodingLiveVideo{true};
     std::atomic<bool> m_hasAudioTrack{false};

@@ -48,16 +48,17 @@ struct GPUImageMovieWriter::TakenFrame {
 /// In a live recording what comes while the input isn't ready. Where it never will be `append` tells why.
 bool GPUImageMovieWriter::isToBeDropped(const Track& track) const
 {
-    return m_encodingLiveVideo && !track.input->isReadyForMoreMediaData() &&
+    return isLive() && !track.input->isReadyForMoreMediaData() &&
            m_assetWriter->status() == AVAssetWriterStatus::Writing;
 }
 
 /// Whether there is room for a frame. Where its producer is not to drop it waits, on the video processing queue.
 bool GPUImageMovieWriter::waitForRoom()
 {
+    const bool isDropping = isLive();
     std::unique_lock lock(m_roomMutex);
-    const auto isRoom = [this] { return m_framesUnderWay < (m_encodingLiveVideo ? kMostWaitingLive : kMostWaiting); };
-    if (!m_encodingLiveVideo)
+    const auto isRoom = [&] { return m_framesUnderWay < (isDropping ? kMostWaitingLive : kMostWaiting); };
+    if (!isDropping)
         m_roomChanged.wait(lock, [&] { return isRoom() || !m_isRecording; });
     if (!m_isRecording || !isRoom())
         return false;
@@ -77,7 +78,7 @@ void GPUImageMovieWriter::newFrameReadyAtTime(const CMTime& frameTime, int)
     FramebufferHold framebuffer;
     framebuffer.take(m_firstInputFramebuffer);
     m_firstInputFramebuffer.giveBack();
-    if (!m_isRecording || m_paused || !framebuffer)
+    if (!m_isRecording || paused() || !framebuffer)
         return;
     if (!waitForRoom()) {
         if (m_isRecording)
@@ -143,8 +144,7 @@ void GPUImageMovieWriter::writeFrame(TakenFrame& frame)
 void GPUImageMovieWriter::append(AVAssetWriterInput& input, const CMSampleBuffer& sample, const AppendTexts& texts)
 {
     const auto isWriting = [this] { return m_assetWriter->status() == AVAssetWriterStatus::Writing; };
-    while (!input.isReadyForMoreMediaData() && !m_encodingLiveVideo && !input.isFinished() && m_isRecording &&
-           isWriting())
+    while (!input.isReadyForMoreMediaData() && !isLive() && !input.isFinished() && m_isRecording && isWriting())
         input.waitUntilReady(kPatience);
     const bool isReady = input.isReadyForMoreMediaData();
     if ((isReady && input.appendSampleBuffer(sample)) || !m_isRecording)

@@ -6,6 +6,17 @@
 
 namespace lamina {
 
+namespace {
+
+/// Of numbers, as many as there are; of packets what is told.
+CMTime durationOf(const CMSampleBuffer& sound)
+{
+    const bool isCounted = sound.audio && sound.audio->sampleRate > 0;
+    return isCounted ? CMTime::make(sound.audio->sampleCount(), sound.audio->sampleRate) : sound.duration;
+}
+
+} // namespace
+
 void GPUImageMovieWriter::setHasAudioTrack(bool hasAudioTrack, const std::optional<AVAudioSettings>& audioSettings)
 {
     m_hasAudioTrack = hasAudioTrack;
@@ -22,7 +33,7 @@ void GPUImageMovieWriter::setHasAudioTrack(bool hasAudioTrack, const std::option
         }
         m_audio.input = std::move(*input);
     }
-    m_audio.input->setExpectsMediaDataInRealTime(m_encodingLiveVideo);
+    m_audio.input->setExpectsMediaDataInRealTime(isLive());
 }
 
 bool GPUImageMovieWriter::addPassthroughInput()
@@ -42,14 +53,15 @@ bool GPUImageMovieWriter::addPassthroughInput()
 
 void GPUImageMovieWriter::processAudioBuffer(const CMSampleBuffer& audioBuffer)
 {
-    if (!m_isRecording || !m_hasAudioTrack || !m_audio.input || m_paused || !audioBuffer.isValid())
+    if (!m_isRecording || !m_hasAudioTrack || !m_audio.input || paused() || !audioBuffer.isValid())
         return;
     const CMTime time = audioBuffer.presentationTime;
     if (!time.isNumeric() || !startSession(time, m_audio))
         return;
     if (isToBeDropped(m_audio))
         return logWarning("1: Had to drop an audio frame: " + timeText(time));
-    const std::optional<CMTime> offset = m_times.takeSound(time, audioBuffer.packet != nullptr);
+    const std::optional<CMTime> offset =
+        m_times.takeSound(time, durationOf(audioBuffer), audioBuffer.packet != nullptr);
     if (!offset)
         return;
     CMSampleBuffer sample = offset->value > 0 ? adjustTime(audioBuffer, *offset) : audioBuffer;
@@ -57,7 +69,7 @@ void GPUImageMovieWriter::processAudioBuffer(const CMSampleBuffer& audioBuffer)
         sample.audio = std::make_shared<AudioBuffer>(*sample.audio); // others may read the same
         process(*sample.audio, sample.audio->sampleCount());
     }
-    if (!m_encodingLiveVideo)
+    if (!isLive())
         return writeSound(sample);
     runOnWriterQueue([this, sample]() mutable { writeSound(sample); });
 }

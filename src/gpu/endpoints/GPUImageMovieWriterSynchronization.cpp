@@ -11,11 +11,13 @@ namespace lamina {
 void GPUImageMovieWriter::setVideoInputReadyCallback(InputReadyCallback callback)
 {
     exchangeGuarded(m_video.readyCallback, callback);
+    tellPace();
 }
 
 void GPUImageMovieWriter::setAudioInputReadyCallback(InputReadyCallback callback)
 {
     exchangeGuarded(m_audio.readyCallback, callback);
+    tellPace();
 }
 
 void GPUImageMovieWriter::enableSynchronizationCallbacks()
@@ -44,13 +46,16 @@ void GPUImageMovieWriter::pullFor(Track& track, const char* queueLabel)
 /// On the track's queue. While nothing is taken it is called again and again.
 void GPUImageMovieWriter::pull(Track& track)
 {
-    while (m_isRecording && !m_paused && track.input->isReadyForMoreMediaData()) {
+    while (m_isRecording && !paused() && track.input->isReadyForMoreMediaData()) {
         const InputReadyCallback nextPiece = guarded(track.readyCallback);
         if (nextPiece && nextPiece())
             continue;
         // Behind the frames that are on their way.
         return runOnWriterQueue([this, &track] { markAsFinished(track); });
     }
+    // No piece may be on its way that would find it out.
+    if (m_isRecording && m_assetWriter->status() == AVAssetWriterStatus::Failed)
+        fail(m_assetWriter->error().value_or(Error{m_path, "writing has failed"}));
 }
 
 } // namespace lamina

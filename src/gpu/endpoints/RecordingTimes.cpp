@@ -23,10 +23,17 @@ bool RecordingTimes::hasStarted() const
     return m_startTime.isValid();
 }
 
-void RecordingTimes::pause()
+void RecordingTimes::setPaused(bool paused)
 {
     const std::scoped_lock lock(m_mutex);
-    m_discont = true;
+    m_discont = m_discont || (paused && !m_isPaused);
+    m_isPaused = paused;
+}
+
+bool RecordingTimes::isPaused() const
+{
+    const std::scoped_lock lock(m_mutex);
+    return m_isPaused;
 }
 
 void RecordingTimes::endPause(const CMTime& time, const CMTime& previousOfItsKind, const CMTime& previousOfTheOther)
@@ -44,6 +51,8 @@ std::optional<CMTime> RecordingTimes::takeFrame(const CMTime& time)
     if (!time.isNumeric())
         return std::nullopt;
     const std::scoped_lock lock(m_mutex);
+    if (m_isPaused)
+        return std::nullopt;
     endPause(time, m_previousFrameTime, m_previousAudioTime);
     const CMTime moved = m_offsetTime.value > 0 ? time - m_offsetTime : time;
     if (moved <= m_previousFrameTime)
@@ -52,17 +61,20 @@ std::optional<CMTime> RecordingTimes::takeFrame(const CMTime& time)
     return moved;
 }
 
-std::optional<CMTime> RecordingTimes::takeSound(const CMTime& time, bool isWhole)
+std::optional<CMTime> RecordingTimes::takeSound(const CMTime& time, const CMTime& duration, bool isWhole)
 {
     if (!time.isNumeric())
         return std::nullopt;
     const std::scoped_lock lock(m_mutex);
-    endPause(time, m_previousAudioTime, m_previousFrameTime);
+    if (m_isPaused)
+        return std::nullopt;
+    endPause(time, m_previousAudioEnd, m_previousFrameTime);
     const CMTime offset = m_offsetTime.value > 0 ? m_offsetTime : kCMTimeZero;
     const CMTime moved = time - offset;
     if (isWhole && moved <= m_previousAudioTime)
         return std::nullopt;
     m_previousAudioTime = moved;
+    m_previousAudioEnd = duration.isNumeric() ? moved + duration : moved;
     return offset;
 }
 

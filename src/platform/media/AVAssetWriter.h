@@ -69,9 +69,9 @@ public:
     virtual void markAsFinished() = 0;
     /// Whether that was said.
     virtual bool isFinished() const = 0;
-    /// Runs `block` on the queue as often as the input becomes ready, until it is finished or the writer's end. The
-    /// queue must live as long as the block, which may hold it. A block that appended nothing runs again after a
-    /// hundredth of a second.
+    /// Runs `block` on the queue as often as the input becomes ready, until it is finished or the writer's end; when
+    /// writing has failed it runs once more, to see that. The queue must live as long as the block, which may hold it.
+    /// A block that appended nothing runs again after a hundredth of a second.
     virtual void requestMediaDataWhenReady(DispatchQueue& queue, std::function<void()> block) = 0;
 };
 

@@ -111,19 +111,24 @@ std::optional<Error> AssetWriting::error() const
     return m_error;
 }
 
-/// Nobody waits for the inputs any more, and what they hold goes.
+/// Nobody waits for the inputs any more, and what they hold goes. Blocks run a last time to see a failure, of which
+/// nothing else may tell those who append.
 void AssetWriting::releaseInputs(Lock& lock)
 {
     std::vector<CMSampleBuffer> pieces;
-    std::vector<std::function<void()>> blocks;
+    std::vector<std::pair<DispatchQueue*, std::function<void()>>> blocks; // a block may be what keeps its queue
     for (Input& input : m_inputs) {
         pieces.insert(pieces.end(), input.waiting.begin(), input.waiting.end());
         input.waiting.clear();
-        blocks.push_back(std::exchange(input.block, nullptr));
+        blocks.emplace_back(input.queue, std::exchange(input.block, nullptr));
     }
+    const bool hasFailed = m_status == AVAssetWriterStatus::Failed;
     m_work.notify_all();
     m_ready.notify_all();
     lock.unlock(); // what is let go of may ask this object
+    for (const auto& [queue, block] : blocks)
+        if (hasFailed && block)
+            queue->async(block);
 }
 
 void AssetWriting::cancel()

@@ -169,6 +169,16 @@ TEST_F(MovieTest, RepeatsWithoutAnEndInBetweenUntilItIsTold)
     EXPECT_EQ(frames(), seen);
 }
 
+TEST_F(MovieTest, ARepeatOfAStretchWithoutFramesEnds)
+{
+    const auto movie = std::make_shared<GPUImageMovie>(clip("3"));
+    movie->setShouldRepeat(true);
+    movie->setTimeRange({CMTime::make(5, 1), CMTime::make(1, 1)});
+    const auto consumer = consumerOf(*movie);
+    movie->processAsset();
+    EXPECT_EQ(consumer->endings(), 1);
+}
+
 TEST_F(MovieTest, PacesByOneClockAndEndsItsSleepWhenCancelled)
 {
     // A clock that stands still makes every frame early: the movie sleeps before its second until it is cancelled.

@@ -14,6 +14,7 @@
 #include <future>
 #include <numbers>
 #include <span>
+#include <sys/resource.h>
 #include <utility>
 #include <vector>
 
@@ -193,13 +194,13 @@ TEST_F(MovieWriterTest, PausesLeaveNoGapAndKeepPictureAndSoundTogether)
     EXPECT_EQ(heard, 80 * kRate / 30);
 
     const std::vector<double> all = frameTimes(m_path);
-    ASSERT_EQ(all.size(), 78U) << "the first frame after a pause takes the place of the last one before";
+    ASSERT_EQ(all.size(), 79U) << "a frame that ends a pause takes the place of the last one before";
     for (std::size_t i = 1; i < all.size(); ++i)
         EXPECT_NEAR(all[i] - all[i - 1], kFrame, 1e-3) << i;
     const std::vector<float> samples = decodedSound(m_path);
     const auto bang = std::ranges::find_if(samples, [](float sample) { return std::abs(sample) > 0.2F; });
     const double bangTime = static_cast<double>(bang - samples.begin()) / 8000;
-    const std::size_t flash = 48; // 20 + 20 + 10 frames less two
+    const std::size_t flash = 49; // 20 + 20 + 10 frames less one
     EXPECT_TRUE(pixelMatches(decodedFrame(m_path, static_cast<int>(flash)), 20, 20, greyOf(59), 6));
     EXPECT_NEAR(bangTime, all[flash], kFrame);
     EXPECT_LT(*std::ranges::max_element(samples), 0.8F) << "as the callback has changed it";
@@ -309,26 +310,55 @@ TEST_F(MovieWriterTest, InLockstepTheInputsAskForWhatIsWritten)
     EXPECT_NEAR(static_cast<double>(decodedSound(m_path).size()) / 8000, 1, 0.05);
 }
 
+TEST_F(MovieWriterTest, InLockstepAFullDeviceIsToldToo)
+{
+    const auto writer = makeWriter({320, 240});
+    writer->assetWriter()->setMovieFragmentInterval(kCMTimeZero);
+    DispatchSemaphore failed;
+    writer->setFailureBlock([&](const Error&) { failed.signal(); });
+    const CGImage noise = noisePicture(320, 240, CGImageAlphaInfo::Last);
+    int next = 0;
+    writer->setVideoInputReadyCallback([&] {
+        m_source->push(noise, frameTime(next++));
+        return true;
+    });
+    rlimit before{};
+    getrlimit(RLIMIT_FSIZE, &before);
+    const rlimit small{100'000, before.rlim_max};
+    setrlimit(RLIMIT_FSIZE, &small);
+    writer->startRecording();
+    writer->enableSynchronizationCallbacks();
+    EXPECT_TRUE(failed.wait(30));
+    setrlimit(RLIMIT_FSIZE, &before);
+    EXPECT_FALSE(writer->isRecording());
+}
+
 TEST(RecordingTimesTest, OnePauseIsTakenOutOnceWhicheverComesFirst)
 {
     const auto at = [](int value) { return CMTime::make(value, 10); };
     RecordingTimes times;
-    times.pause();
+    const auto pause = [&] {
+        times.setPaused(true);
+        times.setPaused(false);
+    };
+    pause();
     EXPECT_EQ(times.takeFrame(at(5)), at(5)) << "nothing came before";
     times.start(at(5));
-    EXPECT_EQ(times.takeSound(at(7)), kCMTimeZero);
-    times.pause();
-    times.pause();
-    EXPECT_EQ(times.takeSound(at(27)), at(20));
-    EXPECT_EQ(times.takeFrame(at(28)), at(8));
+    EXPECT_EQ(times.takeSound(at(7), CMTime::make(1, 10)), kCMTimeZero);
+    times.setPaused(true);
+    EXPECT_FALSE(times.takeFrame(at(8))) << "one that was on its way";
+    times.setPaused(false);
+    pause();
+    EXPECT_EQ(times.takeSound(at(27)), at(19)) << "behind the sound before";
+    EXPECT_EQ(times.takeFrame(at(28)), at(9));
     EXPECT_FALSE(times.takeFrame(at(28)));
     EXPECT_FALSE(times.takeFrame(at(26))) << "earlier";
-    times.pause();
+    pause();
     EXPECT_FALSE(times.takeFrame(at(48))) << "in the place of the last one";
-    EXPECT_EQ(times.offsetTime(), at(40));
-    EXPECT_FALSE(times.takeSound(at(47), true)) << "a packet can't be cut where it overlaps the last one";
-    EXPECT_EQ(times.takeSound(at(49), true), at(40));
-    EXPECT_EQ(times.duration(), at(3));
+    EXPECT_EQ(times.offsetTime(), at(39));
+    EXPECT_FALSE(times.takeSound(at(47), kCMTimeZero, true)) << "a packet can't be cut where it overlaps the last one";
+    EXPECT_EQ(times.takeSound(at(49), kCMTimeZero, true), at(39));
+    EXPECT_EQ(times.duration(), at(4));
 }
 
 } // namespace
