@@ -33,14 +33,18 @@ public:
     {
         m_queue.async([this, copied = std::move(copied), ended = std::move(ended)] {
             while (const std::optional<CMSampleBuffer> piece = m_output->copyNextSampleBuffer()) {
-                if (!append(*piece))
+                if (!append(*piece)) {
+                    m_isBroken = !m_input->isFinished();
                     break;
+                }
                 copied(*piece);
             }
             m_input->markAsFinished();
             ended();
         });
     }
+    /// A piece could not be written, and those after it were left out. Once it has ended.
+    bool isBroken() const { return m_isBroken; }
 
 private:
     bool append(const CMSampleBuffer& piece)
@@ -51,6 +55,7 @@ private:
 
     std::shared_ptr<AVAssetReaderOutput> m_output;
     std::shared_ptr<AVAssetWriterInput> m_input;
+    std::atomic<bool> m_isBroken{false};
     DispatchQueue m_queue; ///< last: its work needs the others
 };
 
@@ -81,13 +86,23 @@ public:
         if (m_sound)
             m_sound->start([](const CMSampleBuffer&) {}, ended);
         m_progress.waitFor(m_job, tell);
+        return end();
+    }
+
+private:
+    MovieEnd end()
+    {
+        const bool isBroken = m_picture->isBroken() || (m_sound && m_sound->isBroken());
+        if (isBroken && !m_writer->error() && !m_reader->error()) { // who knows the cause tells it below
+            m_writer->cancelWriting();
+            return MovieEnd::failed({m_job.output, "a frame could not be written"}, ExitCode::Output);
+        }
         const WriterControl writing{
             [this] { return m_writer->error(); }, [this] { m_writer->cancelWriting(); },
             [this](std::function<void()> handler) { m_writer->finishWriting(std::move(handler)); }};
         return endOf(m_job, m_reader->error(), writing, m_progress);
     }
 
-private:
     Outcome connectTracks()
     {
         m_writer->setMovieFragmentInterval(kCMTimeZero);
