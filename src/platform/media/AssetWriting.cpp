@@ -332,6 +332,11 @@ std::optional<AssetWriting::Step> AssetWriting::nextStep(Lock& lock)
     for (;;) {
         if (!isWriting())
             return std::nullopt;
+        for (std::size_t i = 0; i < m_inputs.size(); ++i)
+            if (m_inputs[i].isEnded && !m_inputs[i].isDrained && m_inputs[i].waiting.empty()) {
+                m_inputs[i].isDrained = true;
+                return Step{i, {}};
+            }
         if (const std::optional<std::size_t> first = earliest()) {
             Input* lagging = laggingBehind(*first);
             if (!lagging)
@@ -340,11 +345,6 @@ std::optional<AssetWriting::Step> AssetWriting::nextStep(Lock& lock)
                 lagging->isIdle = true;
             continue;
         }
-        for (std::size_t i = 0; i < m_inputs.size(); ++i)
-            if (m_inputs[i].isEnded && !m_inputs[i].isDrained) {
-                m_inputs[i].isDrained = true;
-                return Step{i, {}};
-            }
         if (m_finishes)
             return Step{};
         m_work.wait(lock);
