@@ -61,7 +61,8 @@ public:
     const std::string& path() const { return m_path; }
     /// Of the open file; its offset is nobody's.
     int descriptor() const { return m_file.descriptor.get(); }
-    /// What its times count from, in the movie's own time: the first frame, or the first sound of one without picture.
+    /// What its times count from, in the movie's own time: the first frame, or the first sound where there is no
+    /// picture or it comes more than a tenth of a second later.
     CMTime startTime() const { return m_startTime; }
     /// Of the whole from there on, sound included; zero where the movie doesn't tell.
     CMTime duration() const { return m_duration; }

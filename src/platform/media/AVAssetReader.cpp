@@ -109,7 +109,8 @@ public:
 
 private:
     static constexpr std::size_t kMostFrames = 4;
-    static constexpr double kMostSound = 0.5; ///< seconds
+    static constexpr double kMostSound = 0.5;       ///< seconds
+    static constexpr std::size_t kMostPieces = 256; ///< of sound, whatever their times say
     /// Of the pixels that wait, however few frames they are.
     static constexpr std::size_t kMostBytes = std::size_t{256} << 20;
 
@@ -131,8 +132,9 @@ private:
     bool isFull() const
     {
         if (mediaType() == AVTrackMediaType::Audio)
-            return !m_queue.empty() &&
-                   (m_queue.back().presentationTime - m_queue.front().presentationTime).seconds() > kMostSound;
+            return m_queue.size() >= kMostPieces ||
+                   (!m_queue.empty() &&
+                    !((m_queue.back().presentationTime - m_queue.front().presentationTime).seconds() <= kMostSound));
         const std::size_t bytes =
             4 * static_cast<std::size_t>(m_request.size.width) * static_cast<std::size_t>(m_request.size.height);
         return m_queue.size() >= kMostFrames || (!m_queue.empty() && (m_queue.size() + 1) * bytes > kMostBytes);

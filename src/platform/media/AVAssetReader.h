@@ -32,7 +32,7 @@ public:
 };
 
 /// Reads a movie once, from a moment to another. Frames have the asset's `naturalSize` whatever sizes the stream
-/// changes to; times are the movie's own, counted from `AVVideoTrack::startTime` as zero.
+/// changes to; times are the movie's own, counted from `AVURLAsset::startTime` as zero.
 ///
 /// Colours: by the matrix and range that the movie tags (BT.601, BT.709, SMPTE 240M, BT.2020); without a tag BT.709
 /// from 720 stored lines on, BT.601 below; buffers carry the matrix that was taken. More than 8 bits are rounded to 8.

@@ -86,8 +86,9 @@ public:
 /// Matroska knows milliseconds. Matroska can't say that frames are turned either: they are turned themselves. The same
 /// pieces give the same bytes, on any number of processors.
 ///
-/// An input that runs a second ahead of another waits for it, but no longer than a quarter of a second of real time.
-/// Inputs that come in real time are not waited for.
+/// An input that runs a second ahead of another waits for it, but no longer than a quarter of a second of real time;
+/// for the first frame of a movie without fragments a minute: it tells how all are encoded. Inputs that come in real
+/// time are not waited for.
 ///
 /// From any thread. Destroyed before its end it cancels.
 class AVAssetWriter {

@@ -45,19 +45,14 @@ struct CompositionState {
         const std::scoped_lock lock(mutex);
         return status == AVAssetReaderStatus::Reading;
     }
-    void fail(Error cause)
+    /// A failure is told once the other outputs have given what they have, too.
+    void finishOutput(std::optional<Error> cause)
     {
         const std::scoped_lock lock(mutex);
-        if (status != AVAssetReaderStatus::Reading)
-            return;
-        status = AVAssetReaderStatus::Failed;
-        error = std::move(cause);
-    }
-    void finishOutput()
-    {
-        const std::scoped_lock lock(mutex);
+        if (cause && !error)
+            error = std::move(cause);
         if (--unfinished == 0 && status == AVAssetReaderStatus::Reading)
-            status = AVAssetReaderStatus::Completed;
+            status = error ? AVAssetReaderStatus::Failed : AVAssetReaderStatus::Completed;
     }
 };
 
@@ -80,9 +75,9 @@ public:
                 continue; // nothing of it lies within the clip
             }
             const std::shared_ptr<AVAssetReader> reader = m_reader;
-            if (reader->status() == AVAssetReaderStatus::Failed)
-                m_state->fail(reader->error().value_or(Error{{}, "reading has failed"}));
             m_output.reset();
+            if (reader->status() == AVAssetReaderStatus::Failed)
+                end(reader->error().value_or(Error{{}, "reading has failed"}));
         }
         return std::nullopt;
     }
@@ -102,7 +97,15 @@ protected:
     virtual std::shared_ptr<AVAssetReaderOutput> addOutput(AVAssetReader& reader) const = 0;
     /// The clip's piece as the composition's; false where nothing of it is left.
     virtual bool adapt(CMSampleBuffer& sample, const Segment& segment) = 0;
-    CompositionState& state() { return *m_state; }
+    /// Gives nothing any more.
+    void end(std::optional<Error> cause)
+    {
+        m_next = m_segments.size();
+        m_output.reset();
+        setReader(nullptr);
+        if (!std::exchange(m_isFinished, true))
+            m_state->finishOutput(std::move(cause));
+    }
 
 private:
     /// The next clip that has such a track. False where there is none any more, or reading has ended.
@@ -117,7 +120,7 @@ private:
             reader->setTimeRange(segment.range);
             setReader(reader);
             if (const Outcome started = reader->startReading(); !started) {
-                m_state->fail(started.error());
+                end(started.error());
                 return false;
             }
             if (m_state->isReading())
@@ -125,9 +128,7 @@ private:
             reader->cancelReading(); // who cancelled may not have seen it yet
             return false;
         }
-        setReader(nullptr);
-        if (!std::exchange(m_isFinished, true))
-            m_state->finishOutput();
+        end({});
         return false;
     }
     void setReader(std::shared_ptr<AVAssetReader> reader)
@@ -166,7 +167,7 @@ private:
         const AVTrackTransform transform = segment.asset->videoTracks().front().preferredTransform;
         sample.imageBuffer = laidOut(sample.imageBuffer, transform, m_renderSize);
         if (!sample.imageBuffer)
-            state().fail({segment.asset->path(), cause::kNoMemory});
+            end(Error{segment.asset->path(), cause::kNoMemory});
         return sample.imageBuffer != nullptr;
     }
 
@@ -247,7 +248,9 @@ public:
 
     Outcome startReading() override
     {
-        if (m_renderSize.width <= 0 || m_renderSize.height <= 0)
+        const bool draws = std::ranges::any_of(
+            m_outputs, [](const auto& output) { return output->mediaType() == AVTrackMediaType::Video; });
+        if (draws && (m_renderSize.width <= 0 || m_renderSize.height <= 0))
             return Error{{}, "a composition can't be drawn at this size"};
         for (const auto& output : m_compositionOutputs)
             output->setSegments(segments());
@@ -264,7 +267,7 @@ public:
     std::optional<Error> error() const override
     {
         const std::scoped_lock lock(m_state->mutex);
-        return m_state->error;
+        return m_state->status == AVAssetReaderStatus::Failed ? m_state->error : std::nullopt;
     }
     void cancelReading() override
     {

@@ -21,6 +21,8 @@ constexpr std::size_t kMostWaiting = 3;
 /// the file comes out well mixed, and nobody waits for an input that has nothing to give.
 constexpr double kMostAhead = 1;
 constexpr std::chrono::milliseconds kPatience{250};
+/// What a conversion waits for its first frame, however slow the machine: the frame tells how all are encoded.
+constexpr std::chrono::seconds kPatienceForFirstFrame{60};
 
 /// What a cancelled thread is waited for, so that it is over as a rule when the caller goes on.
 constexpr std::chrono::milliseconds kWaitForThread{50};
@@ -337,19 +339,22 @@ std::optional<AssetWriting::Step> AssetWriting::nextStep(Lock& lock)
     for (;;) {
         if (!isWriting())
             return std::nullopt;
+        for (std::size_t i = 0; i < m_inputs.size(); ++i)
+            if (m_inputs[i].isEnded && !m_inputs[i].isDrained && m_inputs[i].waiting.empty()) {
+                m_inputs[i].isDrained = true;
+                return Step{i, {}};
+            }
         if (const std::optional<std::size_t> first = earliest()) {
             Input* lagging = laggingBehind(*first);
             if (!lagging)
                 return take(*first);
-            if (m_work.wait_for(lock, kPatience) == std::cv_status::timeout && lagging->waiting.empty())
+            const bool isFirstFrame = lagging->type == AVTrackMediaType::Video && lagging->appended == 0;
+            if (m_work.wait_for(lock, isFirstFrame && !isRecording() ? kPatienceForFirstFrame : kPatience) ==
+                    std::cv_status::timeout &&
+                lagging->waiting.empty())
                 lagging->isIdle = true;
             continue;
         }
-        for (std::size_t i = 0; i < m_inputs.size(); ++i)
-            if (m_inputs[i].isEnded && !m_inputs[i].isDrained) {
-                m_inputs[i].isDrained = true;
-                return Step{i, {}};
-            }
         if (m_finishes)
             return Step{};
         m_work.wait(lock);

@@ -414,7 +414,7 @@ TEST(OpenMovie, SaysInOneLineWhyItCantBeRead)
     writeFile(folder.path("tale.mp4"), "#EXTM3U\n#EXT-X-TARGETDURATION:1\n#EXTINF:1,\ngood.mp4\n#EXT-X-ENDLIST\n");
     const std::vector<std::pair<std::string, std::string>> cases = {
         {"other.nut", "not a clip that can be read"},
-        {"coding.mkv", "nothing here reads the coding of the clip"},
+        {"coding.mkv", "nothing here reads the coding of the clip: snow"},
         {"list.mp4", "not a clip that can be read"},
         {"tale.mp4", "not a clip that can be read"},
         {"missing.mp4", "no such file"},

@@ -24,7 +24,8 @@ namespace lamina {
 
 namespace {
 
-/// So many packets of one track wait for the first piece of another; then the movie is begun without it.
+/// So many packets of one track wait for the first piece of another; then the movie is begun without it, unless it is a
+/// conversion and the piece may still come.
 constexpr std::size_t kMostWaitingPackets = 500;
 
 struct FreeParameters {
@@ -124,6 +125,8 @@ public:
             if (!file)
                 return file.error();
             m_file = std::move(*file);
+            m_isRecording = settings.fragmentSeconds > 0;
+            m_isEnded.resize(m_makers.size());
             for (std::size_t i = 0; i < m_makers.size(); ++i) {
                 Result<std::unique_ptr<MovieTrack>> track = m_makers[i](*m_file, kinds[i]);
                 if (!track)
@@ -144,6 +147,7 @@ public:
 
     Outcome endTrack(std::size_t track) override
     {
+        m_isEnded[track] = true;
         return guarded([&] { return m_tracks[track]->finish(); });
     }
 
@@ -165,12 +169,12 @@ private:
     {
         if (m_file->hasBegun())
             return success();
-        for (const std::unique_ptr<MovieTrack>& track : m_tracks) {
-            if (track->isDescribed())
+        for (std::size_t i = 0; i < m_tracks.size(); ++i) {
+            if (m_tracks[i]->isDescribed())
                 continue;
-            if (!anyway)
+            if (!anyway || !(m_isRecording || m_isEnded[i]))
                 return success();
-            if (Outcome described = track->describeEmpty(); !described)
+            if (Outcome described = m_tracks[i]->describeEmpty(); !described)
                 return described;
         }
         return m_file->begin();
@@ -180,6 +184,8 @@ private:
     std::vector<Maker> m_makers;
     std::unique_ptr<MovieFile> m_file;
     std::vector<std::unique_ptr<MovieTrack>> m_tracks;
+    std::vector<bool> m_isEnded; ///< a track each
+    bool m_isRecording = false;
 };
 
 } // namespace

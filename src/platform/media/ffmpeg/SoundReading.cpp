@@ -8,11 +8,13 @@
 #include "platform/media/ffmpeg/MediaTime_p.h"
 #include "platform/media/ffmpeg/TrackReading_p.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
 #include <memory>
+#include <optional>
 #include <type_traits>
 #include <utility>
 #include <vector>
@@ -234,6 +236,7 @@ private:
         const AVRational unit = m_track.stream()->time_base;
         packet->time_base = unit;
         const std::int64_t zero = m_request.startTime.converted(unit.den).value / unit.num;
+        goOn(*packet, zero);
         for (std::int64_t* time : {&packet->pts, &packet->dts})
             if (*time != AV_NOPTS_VALUE)
                 *time = av_sat_sub64(*time, zero);
@@ -245,8 +248,29 @@ private:
         return sample;
     }
 
+    /// A packet without a time follows the one before, the first begins at `zero`; and where recordings were joined the
+    /// clock may begin anew, but time goes on.
+    void goOn(AVPacket& packet, std::int64_t zero)
+    {
+        const std::int64_t told = packet.pts != AV_NOPTS_VALUE ? packet.pts : packet.dts;
+        const std::int64_t length = std::max<std::int64_t>(0, packet.duration);
+        std::int64_t time = m_next.value_or(zero);
+        if (told != AV_NOPTS_VALUE) {
+            const std::int64_t second = av_rescale_q(1, {1, 1}, m_track.stream()->time_base);
+            const std::int64_t shifted = av_sat_add64(told, m_shift);
+            if (!m_next || shifted >= av_sat_sub64(*m_next, av_sat_add64(second, av_sat_add64(length, length))))
+                time = shifted;
+            m_shift = av_sat_sub64(time, told);
+        }
+        packet.dts = packet.dts != AV_NOPTS_VALUE && told != AV_NOPTS_VALUE ? av_sat_add64(packet.dts, m_shift) : time;
+        packet.pts = time;
+        m_next = av_sat_add64(time, length);
+    }
+
     OpenTrack m_track;
     TrackRequest m_request;
+    std::int64_t m_shift = 0;           ///< what is added to the stream's clock, in its ticks
+    std::optional<std::int64_t> m_next; ///< when the packet after the last one begins
     bool m_begun = false;
 };
 

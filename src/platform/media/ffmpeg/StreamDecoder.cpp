@@ -5,6 +5,7 @@
 
 #include <cmath>
 #include <cstdint>
+#include <string>
 #include <utility>
 
 namespace lamina {
@@ -24,7 +25,9 @@ Result<StreamDecoder> StreamDecoder::open(ClipSource& source, AVStream* stream, 
     const AVCodec* codec =
         readsCodec(stream->codecpar->codec_id) ? avcodec_find_decoder(stream->codecpar->codec_id) : nullptr;
     if (!codec)
-        return Error{{}, "nothing here reads the coding of the clip"};
+        return Error{{},
+                     std::string("nothing here reads the coding of the clip: ") +
+                         avcodec_get_name(stream->codecpar->codec_id)};
     CodecContext context(avcodec_alloc_context3(codec));
     Frame frame(av_frame_alloc());
     Packet packet(av_packet_alloc());

@@ -68,7 +68,7 @@ CMTime endOf(ClipSource& source)
 }
 
 /// Of the first frame, or of the first samples where there is no picture.
-Result<CMTime> findStart(ClipSource& source)
+Result<CMTime> findFirst(ClipSource& source)
 {
     AVStream* stream = source.picture() ? source.picture() : source.sound();
     Result<StreamDecoder> decoder = StreamDecoder::open(source, stream, kDecodingThreads);
@@ -79,6 +79,16 @@ Result<CMTime> findStart(ClipSource& source)
         return frame.error();
     return *frame ? Result<CMTime>(mediaTime(decoder->ticks(), stream->time_base))
                   : Result<CMTime>(Error{{}, cause::kClipDamaged});
+}
+
+/// What the times count from: the beginning of the track that `first` is of, or that of sound which is heard before.
+CMTime startOf(ClipSource& source, const CMTime& first)
+{
+    // What encoders of sound put before to wake the decoder is shorter.
+    constexpr double kLongestPriming = 0.1;
+    const AVStream* sound = source.picture() ? source.sound() : nullptr;
+    const CMTime heard = sound ? mediaTime(sound->start_time, sound->time_base) : kCMTimeInvalid;
+    return heard.isValid() && (first - heard).seconds() > kLongestPriming ? heard : first;
 }
 
 } // namespace
@@ -99,14 +109,14 @@ Result<AssetDetails> readAsset(const ClipFile& clip)
         if (4 * static_cast<std::uint64_t>(size.width) * static_cast<std::uint64_t>(size.height) > clip.memoryLimit)
             return Error{{}, cause::kClipTooLarge};
     }
-    const Result<CMTime> start = findStart(source);
-    if (!start)
-        return start.error();
-    details.startTime = *start;
+    const Result<CMTime> first = findFirst(source);
+    if (!first)
+        return first.error();
+    details.startTime = startOf(source, *first);
     if (!details.video.empty())
-        details.video.front().startTime = *start;
+        details.video.front().startTime = *first;
     const CMTime end = endOf(source);
-    details.duration = end.isValid() ? std::max(end - *start, kCMTimeZero) : kCMTimeZero;
+    details.duration = end.isValid() ? std::max(end - details.startTime, kCMTimeZero) : kCMTimeZero;
     return details;
 }
 
