@@ -6,6 +6,7 @@
 #include "cli/MovieChain.h"
 #include "cli/MovieCut.h"
 #include "gpu/core/DrawingFailures.h"
+#include "gpu/core/GPUImageContext.h"
 #include "gpu/core/GPUImageFilter.h"
 #include "gpu/core/GPUImageFilterPipeline.h"
 #include "gpu/core/GPUImageOutput.h"
@@ -160,6 +161,11 @@ public:
 
     MovieEnd run(const std::function<void(double)>& tell)
     {
+        if (const Outcome possible = drawingIsPossible(); !possible)
+            return MovieEnd::failed(possible.error(), ExitCode::Failed);
+        const IntSize frame = m_job.shownSize();
+        if (std::max(frame.width, frame.height) > GPUImageContext::maximumTextureSizeForThisDevice())
+            return MovieEnd::failed({m_job.asset->path(), "the device has no textures of this size"}, ExitCode::Input);
         if (const Outcome ready = connect(); !ready)
             return MovieEnd::failed(ready.error(), ExitCode::Failed);
         m_writer->startRecording();
@@ -184,8 +190,6 @@ public:
 private:
     Outcome connect()
     {
-        if (Outcome possible = drawingIsPossible(); !possible)
-            return possible;
         Result<std::unique_ptr<GPUImageFilterPipeline>> pipeline = m_job.chain->connect(m_movie);
         if (!pipeline)
             return pipeline.error();
@@ -207,6 +211,8 @@ private:
     {
         const IntSize shown = m_job.shownSize();
         Result<CGSize> made = m_job.chain->isEmpty() ? pixelsOf(shown) : sizeBehind(*m_job.chain, shown);
+        if (const std::optional<std::string> cause = m_failures.first())
+            return noPicture(*cause);
         if (!made)
             return made;
         const CGSize wanted = m_job.size ? pixelsOf(*m_job.size) : *made;
@@ -239,13 +245,16 @@ private:
         m_movie->setAudioEncodingTarget(m_writer);
     }
 
+    Error noPicture(const std::string& cause) const
+    {
+        return {m_job.chain->isEmpty() ? "--size" : m_job.chain->names().back(), "gives no picture: " + cause};
+    }
+
     MovieEnd end()
     {
         if (const std::optional<std::string> cause = m_failures.first(); cause && !m_writer->error()) {
             m_writer->cancelRecording();
-            return MovieEnd::failed(
-                {m_job.chain->isEmpty() ? "--size" : m_job.chain->names().back(), "gives no picture: " + *cause},
-                ExitCode::Failed);
+            return MovieEnd::failed(noPicture(*cause), ExitCode::Failed);
         }
         const auto lost = [this] {
             return MovieEnd::failed({m_job.output, "a frame could not be written"}, ExitCode::Output);
