@@ -344,10 +344,8 @@ PixelBuffer GPUImageFramebuffer::readTexture() const
     if (!isComplete(pixels))
         return {};
     PixelBuffer buffer = PixelBuffer::allocate(byteCount());
-    if (!buffer) {
-        DrawingFailures::note(cause::kNoMemory, pixels);
+    if (!buffer)
         return {};
-    }
     glReadPixels(0, 0, pixels.width, pixels.height, GL_RGBA, GL_UNSIGNED_BYTE, buffer.data());
     checkDraw("reading a framebuffer");
     return buffer;
@@ -369,6 +367,8 @@ CGImage GPUImageFramebuffer::readPixels(AlphaForm drawn) const
     } else if (m_framebuffer != 0) {
         buffer = readTexture();
     }
+    if (!buffer && (m_hostIsValid || m_framebuffer != 0))
+        DrawingFailures::note(cause::kNoMemory, pixels);
     if (!buffer)
         return {};
     if (drawn == AlphaForm::Premultiplied)
