@@ -123,9 +123,13 @@ void GPUImageFramebuffer::bringUp()
     generate();
     if (!m_textureIsValid) {
         m_textureIsValid = true; // what is called now asks for the texture
-        const std::shared_ptr<const std::uint8_t> pixels = std::move(m_hostPixels);
-        setHostPixels(nullptr);
-        uploadTexture(*this, {pixels.get(), pixelSize()});
+        const std::shared_ptr<const std::uint8_t> pixels = m_hostPixels;
+        std::uint8_t* const own = m_ownPixels;
+        if (uploadTexture(*this, {pixels.get(), pixelSize()})) {
+            m_hostPixels = pixels; // still good, for kernels that come after
+            m_ownPixels = own;
+            m_hostIsValid = pixels != nullptr;
+        }
     }
     glActiveTexture(static_cast<GLenum>(unit));
     glBindFramebuffer(GL_FRAMEBUFFER, static_cast<GLuint>(target));
