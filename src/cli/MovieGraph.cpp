@@ -6,6 +6,7 @@
 #include "cli/MovieChain.h"
 #include "cli/MovieCut.h"
 #include "gpu/core/DrawingFailures.h"
+#include "gpu/core/GPUImageContext.h"
 #include "gpu/core/GPUImageFilter.h"
 #include "gpu/core/GPUImageFilterPipeline.h"
 #include "gpu/core/GPUImageOutput.h"
@@ -23,6 +24,7 @@
 #include "platform/media/AVAssetReader.h"
 
 #include <algorithm>
+#include <chrono>
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
@@ -31,6 +33,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <thread>
 #include <utility>
 #include <vector>
 
@@ -109,6 +112,9 @@ public:
             const std::lock_guard lock(m_mutex);
             if (level == LogLevel::Error && m_first.empty())
                 m_first = text;
+            const auto tells = [&](std::string_view what) { return text.find(what) != std::string_view::npos; };
+            if (tells("Problem appending") || tells("Had to drop"))
+                m_hasLostPieces = true; // of which the writer only warns
         });
     }
     ~KeptErrors() { setLogSink(std::move(m_usual)); }
@@ -121,23 +127,45 @@ public:
         const std::lock_guard lock(m_mutex);
         return m_first;
     }
+    /// Something was not written.
+    bool hasLostPieces() const
+    {
+        const std::lock_guard lock(m_mutex);
+        return m_hasLostPieces;
+    }
 
 private:
     LogSink m_usual;
     mutable std::mutex m_mutex;
     std::string m_first;
+    bool m_hasLostPieces = false;
 };
 
-class MovieGraph : public GPUImageMovieDelegate, public std::enable_shared_from_this<MovieGraph> {
+/// What threads of the movie and its writer tell; they may hold it longer than the graph lives.
+class ToldProgress : public GPUImageMovieDelegate {
 public:
-    explicit MovieGraph(const MovieJob& job)
+    /// The movie can't be read at all, or not to its end.
+    void didFailPlayingMovie(const Error& /*error*/) override { progress.finish(); }
+
+    MovieProgress progress;
+};
+
+class MovieGraph {
+public:
+    MovieGraph(const MovieJob& job, const KeptErrors& errors)
         : m_job(job)
+        , m_errors(errors)
         , m_movie(std::make_shared<CutMovie>(job))
     {
     }
 
     MovieEnd run(const std::function<void(double)>& tell)
     {
+        if (const Outcome possible = drawingIsPossible(); !possible)
+            return MovieEnd::failed(possible.error(), ExitCode::Failed);
+        const IntSize frame = m_job.shownSize();
+        if (std::max(frame.width, frame.height) > GPUImageContext::maximumTextureSizeForThisDevice())
+            return MovieEnd::failed({m_job.asset->path(), "the device has no textures of this size"}, ExitCode::Input);
         if (const Outcome ready = connect(); !ready)
             return MovieEnd::failed(ready.error(), ExitCode::Failed);
         m_writer->startRecording();
@@ -146,24 +174,22 @@ public:
             m_writer->assetWriter()->startSessionAtSourceTime(m_job.range.start);
             m_movie->processAsset();
         } else {
-            m_progress.finish();
+            m_told->progress.finish();
         }
-        m_progress.waitFor(m_job, tell);
+        m_told->progress.waitFor(m_job, tell);
         m_movie->cancelProcessing();
+        m_movie->setDelegate(nullptr);
+        runSynchronouslyOnVideoProcessingQueue([] {}); // behind the frame that is under way
         MovieEnd ended = end();
         m_writer->setCompletionBlock({});
         m_writer->setFailureBlock({});
+        letGoOfMovie();
         return ended;
     }
-
-    /// The movie can't be read at all, or not to its end.
-    void didFailPlayingMovie(const Error& /*error*/) override { m_progress.finish(); }
 
 private:
     Outcome connect()
     {
-        if (Outcome possible = drawingIsPossible(); !possible)
-            return possible;
         Result<std::unique_ptr<GPUImageFilterPipeline>> pipeline = m_job.chain->connect(m_movie);
         if (!pipeline)
             return pipeline.error();
@@ -185,6 +211,8 @@ private:
     {
         const IntSize shown = m_job.shownSize();
         Result<CGSize> made = m_job.chain->isEmpty() ? pixelsOf(shown) : sizeBehind(*m_job.chain, shown);
+        if (const std::optional<std::string> cause = m_failures.first())
+            return noPicture(*cause);
         if (!made)
             return made;
         const CGSize wanted = m_job.size ? pixelsOf(*m_job.size) : *made;
@@ -199,12 +227,13 @@ private:
     {
         if (m_job.sound())
             connectSound(*m_job.sound());
-        m_writer->setCompletionBlock([this] { m_progress.finish(); });
-        m_writer->setFailureBlock([this](const Error&) { m_progress.finish(); });
+        m_writer->setCompletionBlock([told = m_told] { told->progress.finish(); });
+        m_writer->setFailureBlock([told = m_told](const Error&) { told->progress.finish(); });
         GPUImageStage& last = *m_pipeline->filters().back();
-        last.setFrameProcessingCompletionBlock([this](GPUImageOutput&, const CMTime& time) { m_progress.count(time); });
+        last.setFrameProcessingCompletionBlock(
+            [told = m_told](GPUImageOutput&, const CMTime& time) { told->progress.count(time); });
         last.addTarget(m_writer);
-        m_movie->setDelegate(shared_from_this());
+        m_movie->setDelegate(m_told);
         m_movie->enableSynchronizedEncodingUsingMovieWriter(m_writer);
     }
 
@@ -216,24 +245,48 @@ private:
         m_movie->setAudioEncodingTarget(m_writer);
     }
 
+    Error noPicture(const std::string& cause) const
+    {
+        return {m_job.chain->isEmpty() ? "--size" : m_job.chain->names().back(), "gives no picture: " + cause};
+    }
+
     MovieEnd end()
     {
         if (const std::optional<std::string> cause = m_failures.first(); cause && !m_writer->error()) {
             m_writer->cancelRecording();
-            return MovieEnd::failed(
-                {m_job.chain->isEmpty() ? "--size" : m_job.chain->names().back(), "gives no picture: " + *cause},
-                ExitCode::Failed);
+            return MovieEnd::failed(noPicture(*cause), ExitCode::Failed);
+        }
+        const auto lost = [this] {
+            return MovieEnd::failed({m_job.output, "a frame could not be written"}, ExitCode::Output);
+        };
+        if (m_errors.hasLostPieces() && !m_writer->error() && !m_movie->error()) {
+            m_writer->cancelRecording();
+            return lost();
         }
         const WriterControl writing{[this] { return m_writer->error(); }, [this] { m_writer->cancelRecording(); },
                                     [this](std::function<void()> handler) {
                                         m_writer->finishRecordingWithCompletionHandler(std::move(handler));
                                     }};
-        return endOf(m_job, m_movie->error(), writing, m_progress);
+        MovieEnd ended = endOf(m_job, m_movie->error(), writing, m_told->progress);
+        // Frames that were on their way until then are written by now.
+        return ended.code == ExitCode::Good && m_errors.hasLostPieces() ? lost() : ended;
+    }
+
+    /// Waits until no thread that reads holds the movie any more: it ends here, not while the process does.
+    void letGoOfMovie()
+    {
+        constexpr auto kPause = std::chrono::milliseconds(1);
+        constexpr int kMostPauses = 5000; // a decoder that hangs is no reason to stay
+        m_pipeline.reset();
+        for (int pauses = 0; m_movie.use_count() > 1 && pauses < kMostPauses; ++pauses)
+            std::this_thread::sleep_for(kPause);
+        m_movie.reset();
     }
 
     const MovieJob& m_job;
+    const KeptErrors& m_errors;
     const DrawingFailures m_failures;
-    MovieProgress m_progress;
+    const std::shared_ptr<ToldProgress> m_told = std::make_shared<ToldProgress>();
     std::shared_ptr<GPUImageMovie> m_movie;
     std::unique_ptr<GPUImageFilterPipeline> m_pipeline;
     std::shared_ptr<GPUImageMovieWriter> m_writer;
@@ -244,7 +297,7 @@ private:
 MovieEnd filterMovie(const MovieJob& job, const std::function<void(double)>& tell)
 {
     const KeptErrors errors;
-    const MovieEnd end = std::make_shared<MovieGraph>(job)->run(tell);
+    const MovieEnd end = MovieGraph(job, errors).run(tell);
     if (const std::string first = errors.first(); end.code == ExitCode::Good && !first.empty())
         warn({job.output, first});
     return end;

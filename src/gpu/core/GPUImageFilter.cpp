@@ -1,11 +1,9 @@
 #include "gpu/core/GPUImageFilter.h"
 
-#include "gpu/core/DrawingFailures.h"
 #include "gpu/core/GLErrors.h"
 #include "gpu/core/GPUImageContext.h"
 #include "gpu/core/GPUTextureOptions.h"
 #include "gpu/core/VideoProcessingQueue.h"
-#include "platform/base/Causes.h"
 
 #include <algorithm>
 #include <array>
@@ -324,9 +322,8 @@ std::shared_ptr<GPUImageFramebuffer> GPUImageFilter::runKernel(const QuadCoordin
         GPUImageContext::sharedFramebufferCache().fetchFramebufferForSize(size, outputTextureOptions(), false);
     std::uint8_t* const written = output->hostPixelsToWrite();
     if (!written || !made.run({{firstPixels.get(), pixels}, {secondPixels.get(), secondSize}, written})) {
-        DrawingFailures::note(cause::kNoMemory, pixels);
         output->unlock();
-        return nullptr;
+        return nullptr; // it is drawn instead
     }
     firstPixels.reset(); // who fetches the framebuffer next writes into them
     secondPixels.reset();

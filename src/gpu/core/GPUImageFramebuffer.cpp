@@ -123,9 +123,13 @@ void GPUImageFramebuffer::bringUp()
     generate();
     if (!m_textureIsValid) {
         m_textureIsValid = true; // what is called now asks for the texture
-        const std::shared_ptr<const std::uint8_t> pixels = std::move(m_hostPixels);
-        setHostPixels(nullptr);
-        uploadTexture(*this, {pixels.get(), pixelSize()});
+        const std::shared_ptr<const std::uint8_t> pixels = m_hostPixels;
+        std::uint8_t* const own = m_ownPixels;
+        if (uploadTexture(*this, {pixels.get(), pixelSize()})) {
+            m_hostPixels = pixels; // still good, for kernels that come after
+            m_ownPixels = own;
+            m_hostIsValid = pixels != nullptr;
+        }
     }
     glActiveTexture(static_cast<GLenum>(unit));
     glBindFramebuffer(GL_FRAMEBUFFER, static_cast<GLuint>(target));
@@ -344,10 +348,8 @@ PixelBuffer GPUImageFramebuffer::readTexture() const
     if (!isComplete(pixels))
         return {};
     PixelBuffer buffer = PixelBuffer::allocate(byteCount());
-    if (!buffer) {
-        DrawingFailures::note(cause::kNoMemory, pixels);
+    if (!buffer)
         return {};
-    }
     glReadPixels(0, 0, pixels.width, pixels.height, GL_RGBA, GL_UNSIGNED_BYTE, buffer.data());
     checkDraw("reading a framebuffer");
     return buffer;
@@ -369,6 +371,8 @@ CGImage GPUImageFramebuffer::readPixels(AlphaForm drawn) const
     } else if (m_framebuffer != 0) {
         buffer = readTexture();
     }
+    if (!buffer && (m_hostIsValid || m_framebuffer != 0))
+        DrawingFailures::note(cause::kNoMemory, pixels);
     if (!buffer)
         return {};
     if (drawn == AlphaForm::Premultiplied)
