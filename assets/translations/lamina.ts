@@ -1808,6 +1808,14 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>a composition can&apos;t be drawn at this size</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>a movie&apos;s sides are from 1 to 16384</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>a part of it is missing or damaged</source>
         <translation type="unfinished"></translation>
     </message>
@@ -1912,6 +1920,10 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>movies of this type can&apos;t be written</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>no file was written</source>
         <translation type="unfinished"></translation>
     </message>
@@ -1956,7 +1968,19 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>nothing here reads the coding of the clip</source>
+        <source>nothing here reads the coding of the clip: </source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>nothing of the movie lies in the range</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>nothing was recorded</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>numbers of sound come where packets were announced</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -1965,6 +1989,10 @@
     </message>
     <message>
         <source>or</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>packets of sound come where numbers were announced</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -1988,6 +2016,10 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>reading has failed</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>reset</source>
         <translation type="unfinished"></translation>
     </message>
@@ -2001,6 +2033,10 @@
     </message>
     <message>
         <source>something went wrong</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>sound of the codec </source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -2033,6 +2069,10 @@
     </message>
     <message>
         <source>support for videos is not installed</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>the FFmpeg that is installed can&apos;t write AAC</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -2112,6 +2152,18 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>the movie has begun already</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>the movie has no tracks</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>the movie is being read already</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>the name is too long</source>
         <translation type="unfinished"></translation>
     </message>
@@ -2172,6 +2224,10 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>there are too many threads</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>there is no file</source>
         <translation type="unfinished"></translation>
     </message>
@@ -2180,7 +2236,15 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>there is no movie to insert</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>there is no picture</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>there is no picture in the movie</source>
         <translation type="unfinished"></translation>
     </message>
     <message>

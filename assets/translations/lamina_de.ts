@@ -1808,6 +1808,14 @@
         <translation>ein TIFF-Bild kann nicht größer als 4 GB sein</translation>
     </message>
     <message>
+        <source>a composition can&apos;t be drawn at this size</source>
+        <translation>Eine Zusammenstellung lässt sich in dieser Größe nicht zeichnen</translation>
+    </message>
+    <message>
+        <source>a movie&apos;s sides are from 1 to 16384</source>
+        <translation>Die Seiten eines Films liegen zwischen 1 und 16384</translation>
+    </message>
+    <message>
         <source>a part of it is missing or damaged</source>
         <translation>ein Teil davon fehlt oder ist beschädigt</translation>
     </message>
@@ -1912,6 +1920,10 @@
         <translation>Layout</translation>
     </message>
     <message>
+        <source>movies of this type can&apos;t be written</source>
+        <translation>Filme dieser Art können nicht geschrieben werden</translation>
+    </message>
+    <message>
         <source>no file was written</source>
         <translation>es wurde keine Datei geschrieben</translation>
     </message>
@@ -1956,8 +1968,20 @@
         <translation>zu wenig Speicher</translation>
     </message>
     <message>
-        <source>nothing here reads the coding of the clip</source>
-        <translation>die Kodierung des Films kann hier nichts lesen</translation>
+        <source>nothing here reads the coding of the clip: </source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>nothing of the movie lies in the range</source>
+        <translation>Im gewählten Bereich liegt nichts vom Film</translation>
+    </message>
+    <message>
+        <source>nothing was recorded</source>
+        <translation>Es wurde nichts aufgenommen</translation>
+    </message>
+    <message>
+        <source>numbers of sound come where packets were announced</source>
+        <translation>Statt der angekündigten Tonpakete kommen Abtastwerte</translation>
     </message>
     <message>
         <source>opacity</source>
@@ -1966,6 +1990,10 @@
     <message>
         <source>or</source>
         <translation>oder</translation>
+    </message>
+    <message>
+        <source>packets of sound come where numbers were announced</source>
+        <translation>Statt der angekündigten Abtastwerte kommen Tonpakete</translation>
     </message>
     <message>
         <source>pasted picture</source>
@@ -1988,6 +2016,10 @@
         <translation>Bilder der Art &quot;</translation>
     </message>
     <message>
+        <source>reading has failed</source>
+        <translation>Das Lesen ist fehlgeschlagen</translation>
+    </message>
+    <message>
         <source>reset</source>
         <translation>Reset</translation>
     </message>
@@ -2002,6 +2034,10 @@
     <message>
         <source>something went wrong</source>
         <translation>etwas ist schiefgegangen</translation>
+    </message>
+    <message>
+        <source>sound of the codec </source>
+        <translation>Ton der Kodierung </translation>
     </message>
     <message>
         <source>sticker</source>
@@ -2034,6 +2070,10 @@
     <message>
         <source>support for videos is not installed</source>
         <translation>die Unterstützung für Videos ist nicht installiert</translation>
+    </message>
+    <message>
+        <source>the FFmpeg that is installed can&apos;t write AAC</source>
+        <translation>Das installierte FFmpeg kann kein AAC schreiben</translation>
     </message>
     <message>
         <source>the FFmpeg that is installed can&apos;t write H.264</source>
@@ -2112,6 +2152,18 @@
         <translation>die Schrift Liberation Sans Bold ist nicht installiert</translation>
     </message>
     <message>
+        <source>the movie has begun already</source>
+        <translation>Der Film hat schon begonnen</translation>
+    </message>
+    <message>
+        <source>the movie has no tracks</source>
+        <translation>Der Film hat keine Spuren</translation>
+    </message>
+    <message>
+        <source>the movie is being read already</source>
+        <translation>Der Film wird schon gelesen</translation>
+    </message>
+    <message>
         <source>the name is too long</source>
         <translation>der Name ist zu lang</translation>
     </message>
@@ -2172,6 +2224,10 @@
         <translation>das Video lässt sich nicht kodieren</translation>
     </message>
     <message>
+        <source>there are too many threads</source>
+        <translation>Es laufen zu viele Threads</translation>
+    </message>
+    <message>
         <source>there is no file</source>
         <translation>es gibt keine Datei</translation>
     </message>
@@ -2180,8 +2236,16 @@
         <translation>es gibt keinen Ordner für temporäre Dateien</translation>
     </message>
     <message>
+        <source>there is no movie to insert</source>
+        <translation>Es gibt keinen Film zum Einfügen</translation>
+    </message>
+    <message>
         <source>there is no picture</source>
         <translation>es gibt kein Bild</translation>
+    </message>
+    <message>
+        <source>there is no picture in the movie</source>
+        <translation>Der Film enthält kein Bild</translation>
     </message>
     <message>
         <source>there is no screen to present</source>
