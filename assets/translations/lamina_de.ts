@@ -1969,7 +1969,7 @@
     </message>
     <message>
         <source>nothing here reads the coding of the clip: </source>
-        <translation type="unfinished"></translation>
+        <translation>Nichts hier liest die Kodierung des Videos: </translation>
     </message>
     <message>
         <source>nothing of the movie lies in the range</source>
