@@ -446,7 +446,7 @@ void AssetWriting::conclude(const Outcome& outcome)
         m_error = Error{m_path, outcome.error().cause + keepRecording()};
     }
     m_cancelled.store(true);
-    const std::unique_ptr<GrowingFile> file = std::move(m_file);
+    m_file.reset(); // before anybody is told
     releaseInputs(lock);
 }
 
