@@ -15,6 +15,7 @@ struct KernelPixels {
     const std::uint8_t* bytes = nullptr;
     IntSize size;
 
+    /// Begin of a row.
     const std::uint8_t* row(int y) const
     {
         return bytes + std::size_t{4} * static_cast<std::size_t>(size.width) * static_cast<std::size_t>(y);
