@@ -5,6 +5,8 @@
 #include "platform/base/Result.h"
 #include "platform/base/UIDevice.h"
 #include "platform/media/AVCaptureDevice.h"
+#include "platform/media/AVCaptureOutput.h"
+#include "platform/media/AVCaptureTypes.h"
 #include "platform/view/UIImageMetaType.h"
 #include "platform/view/UIImagePickerController.h"
 
@@ -48,15 +50,17 @@ bool YMSCameraCell::openCamera()
         return false;
     // While one frame is on its way to this tile the others are left out.
     const auto pending = std::make_shared<std::atomic<bool>>(false);
-    m_session->setFrameHandler([cell = QPointer(this), pending](const UIImage& frame) {
-        if (pending->exchange(true))
-            return;
-        DispatchQueue::main().async([cell, pending, frame] {
-            *pending = false;
-            if (cell)
-                cell->showFrame(frame);
-        });
-    });
+    m_session->setSessionPreset(kAVCaptureSessionPreset640x480); // enough for the largest tile
+    m_session->addOutput(
+        std::make_shared<AVCaptureVideoPreviewOutput>([cell = QPointer(this), pending](const UIImage& frame) {
+            if (pending->exchange(true))
+                return;
+            DispatchQueue::main().async([cell, pending, frame] {
+                *pending = false;
+                if (cell)
+                    cell->showFrame(frame);
+            });
+        }));
     m_session->addInput(*input);
     return true;
 }

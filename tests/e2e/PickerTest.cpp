@@ -10,7 +10,6 @@
 #include "picker/YMSPhotoPickerViewController.h"
 #include "picker/YMSSinglePhotoViewController.h"
 #include "platform/base/UIDevice.h"
-#include "platform/media/AVCaptureDevice.h"
 #include "platform/photos/LibraryEngine_p.h"
 #include "platform/photos/PictureFolders.h"
 
@@ -283,12 +282,11 @@ TEST_F(PickerWindow, TheSystemsWindowStaysAtHandInASandbox)
 TEST_F(PickerWindow, TheCameraIsSeenInItsTileUprightAsTheDeviceIsHeld)
 {
     const auto camera = std::make_shared<StandInCamera>();
-    AVCaptureDevice::setSource({[] { return AVAuthorizationStatus::Authorized; }, {}, [camera] { return camera; }});
+    const ServedCameras served({camera});
     UIDevice::setOrientation(UIDeviceOrientation::LandscapeLeft);
     openPicker();
-    ASSERT_TRUE(camera->frames);
     // Red beside green: it is above in a device that lies on its left side.
-    camera->frames(UIImage(makePicture(20, 10, [](int x, int) {
+    ASSERT_TRUE(camera->give(makePicture(20, 10, [](int x, int) {
         return x < 10 ? Rgba{0, 255, 0, 255} : Rgba{255, 0, 0, 255};
     })));
     driver->settle();
@@ -299,7 +297,6 @@ TEST_F(PickerWindow, TheCameraIsSeenInItsTileUprightAsTheDeviceIsHeld)
     };
     EXPECT_GT(redAt(0.2), redAt(0.8) + 50);
     UIDevice::setOrientation(UIDeviceOrientation::Unknown);
-    AVCaptureDevice::setSource({});
 }
 
 TEST_F(PickerWindow, WhatIsDroppedIsChosen)

@@ -10,6 +10,7 @@
 #include <optional>
 #include <set>
 #include <utility>
+#include <vector>
 
 namespace lamina::test {
 namespace {
@@ -24,12 +25,14 @@ protected:
     {
         PhotoPickerTest::SetUp();
         UIImagePickerController::setCameraAvailability([] { return true; });
-        AVCaptureDevice::setSource({[this] { return status; },
-                                    [this](const auto& handler) {
-                                        status = answer;
-                                        handler(answer == Status::Authorized);
-                                    },
-                                    [this] { return use; }});
+        AVCaptureDevice::setSource(
+            {[this] { return status; },
+             [this](const auto& handler) {
+                 status = answer;
+                 handler(answer == Status::Authorized);
+             },
+             [this](AVTrackMediaType) { return std::vector<std::shared_ptr<AVCaptureDevice>>{use}; }});
+        use->turned = 90;
     }
     void TearDown() override
     {
@@ -86,15 +89,15 @@ TEST_F(PhotoPickerCamera, ShowsWhatItSeesInItsTileWhereItMayAndCan)
     settle();
     EXPECT_EQ(tile().veilAlpha(), 0.5);
     EXPECT_EQ(tile().session(), picker->session());
-    EXPECT_EQ(use->running, 1);
-    use->frames(photo);
+    EXPECT_EQ(use->running(), 1);
+    EXPECT_TRUE(use->give(photo.cgImage()));
     settle();
     EXPECT_EQ(tile().preview().pixelSize(), (IntSize{10, 20}));
     cells.clear();
     picker.reset();
     window.rootViewController()->dismiss(false);
     settle();
-    EXPECT_EQ(use->running, 0);
+    EXPECT_EQ(use->running(), 0);
 }
 
 TEST_F(PhotoPickerCamera, IsAskedForAndRefusedToThePickersDelegate)

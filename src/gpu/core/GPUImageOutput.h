@@ -109,7 +109,7 @@ public:
     UIImage imageByFilteringImage(const UIImage& image);
 
     /// Switches the writer's sound track on.
-    void setAudioEncodingTarget(std::shared_ptr<GPUImageAudioEncodingTarget> target);
+    virtual void setAudioEncodingTarget(std::shared_ptr<GPUImageAudioEncodingTarget> target);
     const std::shared_ptr<GPUImageAudioEncodingTarget>& audioEncodingTarget() const { return m_audioEncodingTarget; }
 
     /// In force from the next fetch of a framebuffer; of the present output only the wrapping changes.

@@ -1,0 +1,92 @@
+#include "platform/base/DispatchQueue.h"
+#include "platform/media/AVCaptureOutput.h"
+#include "platform/media/AVCaptureSession.h"
+#include "platform/media/ExposureSettling_p.h"
+
+#include <utility>
+
+namespace lamina {
+
+namespace {
+
+constexpr double kPatience = 10; // seconds
+
+} // namespace
+
+AVCaptureStillImageOutput::AVCaptureStillImageOutput() = default;
+AVCaptureStillImageOutput::~AVCaptureStillImageOutput() = default;
+
+bool AVCaptureStillImageOutput::isCapturingStillImage() const
+{
+    const std::scoped_lock lock(m_mutex);
+    return m_completion != nullptr;
+}
+
+void AVCaptureStillImageOutput::captureStillImageAsynchronously(Completion completion)
+{
+    int still = 0;
+    {
+        const std::scoped_lock lock(m_mutex);
+        if (!m_completion) {
+            m_completion = std::exchange(completion, nullptr);
+            m_settling = std::make_unique<ExposureSettling>();
+            still = ++m_still;
+        }
+    }
+    if (completion)
+        return completion(Error{{}, "another still is being taken"});
+    const auto self = std::static_pointer_cast<AVCaptureStillImageOutput>(shared_from_this());
+    m_queue.async([self] {
+        const auto from = self->session();
+        const Outcome begun = from ? from->setTakesStill(true) : Outcome(Error{{}, "the camera isn’t running"});
+        if (!begun)
+            self->finish(begun.error());
+    });
+    m_queue.after(kPatience, [weak = std::weak_ptr(self), still] {
+        const auto output = weak.lock();
+        const auto isWaited = [&] {
+            const std::scoped_lock lock(output->m_mutex);
+            return output->m_completion && output->m_still == still;
+        };
+        if (output && isWaited())
+            output->finish(Error{{}, "the camera gives no picture"});
+    });
+}
+
+void AVCaptureStillImageOutput::take(const CMSampleBuffer& sample, const AVCaptureDevice&)
+{
+    {
+        const std::scoped_lock lock(m_mutex);
+        if (!m_settling || !m_settling->isSettledWith(sample))
+            return;
+        m_settling.reset();
+    }
+    const auto self = std::static_pointer_cast<AVCaptureStillImageOutput>(shared_from_this());
+    m_queue.async([self, sample] { self->finish(sample); });
+}
+
+void AVCaptureStillImageOutput::ended(const Error& error)
+{
+    const auto self = std::static_pointer_cast<AVCaptureStillImageOutput>(shared_from_this());
+    if (isCapturingStillImage())
+        m_queue.async([self, error] { self->finish(error); });
+}
+
+/// On the queue: the camera goes back first, so that who hears of the still finds it running.
+void AVCaptureStillImageOutput::finish(Result<CMSampleBuffer> still)
+{
+    if (!isCapturingStillImage())
+        return;
+    if (const auto from = session())
+        from->setTakesStill(false);
+    Completion completion;
+    {
+        const std::scoped_lock lock(m_mutex);
+        completion = std::exchange(m_completion, nullptr);
+        m_settling.reset();
+    }
+    if (completion)
+        completion(std::move(still));
+}
+
+} // namespace lamina

@@ -1,0 +1,16 @@
+#pragma once
+
+#include "platform/image/pixels/UIImage.h"
+#include "platform/media/CVPixelBuffer.h"
+
+namespace lamina {
+
+/// The frame as an opaque picture, 8 bits RGBA. Y, Cb and Cr by the frame's matrix (601 where it tells none) and its
+/// levels, chroma taken from the nearest. Empty when memory is short, and of `AsDecoded`.
+CGImage imageOfPixelBuffer(const CVPixelBuffer& frame);
+
+/// How a picture of a camera's frames is tagged so that it is upright: `rotation` in degrees clockwise, mirrored or
+/// not.
+UIImageOrientation orientationOfFrames(int rotation, bool mirrored);
+
+} // namespace lamina
