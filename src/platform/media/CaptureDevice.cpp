@@ -1,6 +1,10 @@
 #include "platform/media/CaptureDevice_p.h"
 
 #include "platform/base/DispatchQueue.h"
+#include "platform/base/Result.h"
+#include "platform/media/AVAssetReader.h"
+#include "platform/media/AVCaptureTypes.h"
+#include "platform/media/CMSampleBuffer.h"
 
 #include <algorithm>
 #include <utility>

@@ -3,7 +3,9 @@
 #include "platform/media/AVCaptureDevice.h"
 #include "platform/media/CaptureModule_p.h"
 #include "platform/media/FrameConversion_p.h"
+#include "platform/media/RawFrame.h"
 
+#include <cstdint>
 #include <memory>
 #include <mutex>
 #include <string>

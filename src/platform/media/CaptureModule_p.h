@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/base/CGGeometry.h"
 #include "platform/base/Result.h"
 #include "platform/media/AVAssetReader.h"
 #include "platform/media/AVCaptureTypes.h"

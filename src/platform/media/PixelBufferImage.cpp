@@ -1,5 +1,6 @@
 #include "platform/media/PixelBufferImage.h"
 
+#include "platform/base/CGGeometry.h"
 #include "platform/base/WorkerPool.h"
 #include "platform/image/pixels/CGImage.h"
 #include "platform/image/pixels/PixelBuffer.h"

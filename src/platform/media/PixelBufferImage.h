@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/image/pixels/CGImage.h"
 #include "platform/image/pixels/UIImage.h"
 #include "platform/media/CVPixelBuffer.h"
 

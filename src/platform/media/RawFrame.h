@@ -13,18 +13,18 @@ namespace lamina {
 /// How cameras lay the pixels that we read; those that are cheaper to take come first. Of four letters, as drivers name
 /// them; bytes in the order in which they lie in memory.
 enum class RawEncoding : std::uint8_t {
-    NV12,  ///< a plane of Y, then one of Cb Cr at half the sides
-    I420,  ///< a plane of Y, then ones of Cb and of Cr at half the sides
-    YUY2,  ///< Y Cb Y Cr: two pixels
-    UYVY,  ///< Cb Y Cr Y: two pixels
-    BGRx,  ///< and a byte that nobody looks at
-    BGRA,  ///< what its alpha says is not looked at: cameras see no clear pixels
+    NV12, ///< a plane of Y, then one of Cb Cr at half the sides
+    I420, ///< a plane of Y, then ones of Cb and of Cr at half the sides
+    YUY2, ///< Y Cb Y Cr: two pixels
+    UYVY, ///< Cb Y Cr Y: two pixels
+    BGRx, ///< and a byte that nobody looks at
+    BGRA, ///< what its alpha says is not looked at: cameras see no clear pixels
     RGBx,
     RGBA,
     BGR,
     RGB,
     GRAY8,
-    MJPG,  ///< each frame a JPEG file
+    MJPG, ///< each frame a JPEG file
 };
 
 /// Their names, in their order.
@@ -51,10 +51,10 @@ struct RawFrame {
     };
 
     RawEncoding encoding = RawEncoding::NV12;
-    IntSize size;                                ///< of MJPG what was agreed on; the file may say another
-    std::array<Plane, 3> planes = {};            ///< those that the encoding has
-    YCbCrMatrix matrix = YCbCrMatrix::None;      ///< None: 601, as cameras that say nothing mean it
-    bool isFullRange = false;                    ///< of those with Y
+    IntSize size;                           ///< of MJPG what was agreed on; the file may say another
+    std::array<Plane, 3> planes = {};       ///< those that the encoding has
+    YCbCrMatrix matrix = YCbCrMatrix::None; ///< None: 601, as cameras that say nothing mean it
+    bool isFullRange = false;               ///< of those with Y
 };
 
 } // namespace lamina

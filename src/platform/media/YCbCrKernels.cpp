@@ -9,10 +9,10 @@
 #include <hwy/foreach_target.h>
 #include <hwy/highway.h>
 
-// Every product is that of a number times 128 and a weight times 8192, of which the upper half is kept: sixteenths. What
-// the halves lose is given back with the rounding. Two pixels share their chroma, so that a lane of 16 bits stands for
-// the two: the even one in its lower, the odd one in its upper byte. Each loop over lanes ends in a plain one, which
-// does the last pixels, and all of them where there are no lanes.
+// Every product is that of a number times 128 and a weight times 8192, of which the upper half is kept: sixteenths.
+// What the halves lose is given back with the rounding. Two pixels share their chroma, so that a lane of 16 bits stands
+// for the two: the even one in its lower, the odd one in its upper byte. Each loop over lanes ends in a plain one,
+// which does the last pixels, and all of them where there are no lanes.
 
 HWY_BEFORE_NAMESPACE();
 namespace lamina::kernels {

@@ -32,9 +32,9 @@ struct LevelChange {
     std::int16_t to = 0;
 };
 
-// What is done to the rows of frames, on lanes chosen at run time: the same bytes on every processor, within one step of
-// the exact value. Nothing beyond the given counts is read or written. A row of chroma is Cb Cr Cb Cr ... for each two
-// pixels, the last of an odd number too; pixels are B G R A unless said otherwise.
+// What is done to the rows of frames, on lanes chosen at run time: the same bytes on every processor, within one step
+// of the exact value. Nothing beyond the given counts is read or written. A row of chroma is Cb Cr Cb Cr ... for each
+// two pixels, the last of an odd number too; pixels are B G R A unless said otherwise.
 namespace kernels {
 
 /// Opaque pixels, R G B A where red comes first.
@@ -48,8 +48,7 @@ void chromaOfPixels(const std::uint8_t* upper, const std::uint8_t* lower, std::s
 /// Opaque pixels of three bytes each, in the other order where `swaps`.
 void pixelsOfTriples(const std::uint8_t* in, std::size_t pixels, bool swaps, std::uint8_t* out);
 /// Y Cb Y Cr, or Cb Y Cr Y, into Y and chroma.
-void splitPairs(const std::uint8_t* in, std::size_t pixels, bool chromaFirst, std::uint8_t* luma,
-                std::uint8_t* chroma);
+void splitPairs(const std::uint8_t* in, std::size_t pixels, bool chromaFirst, std::uint8_t* luma, std::uint8_t* chroma);
 /// Cb and Cr side by side.
 void interleave(const std::uint8_t* cb, const std::uint8_t* cr, std::size_t count, std::uint8_t* out);
 /// The mean of each byte and what stands in `out`, halves up.

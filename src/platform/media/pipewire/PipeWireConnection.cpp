@@ -1,9 +1,11 @@
 #include "platform/media/pipewire/PipeWireConnection_p.h"
 
+#include "platform/base/Result.h"
 #include "platform/media/pipewire/PipeWireStream_p.h"
 
 #include <algorithm>
 #include <cerrno>
+#include <cstddef>
 #include <nlohmann/json.hpp>
 #include <pipewire/extensions/metadata.h>
 #include <string_view>
@@ -147,14 +149,16 @@ void PipeWireConnection::addNode(std::uint32_t id, const spa_dict* properties)
 {
     const auto type = PipeWireNode::typeOf(properties);
     if (type && m_nodes.size() < kMostNodes)
-        m_nodes[id] = std::make_unique<PipeWireNode>(m_registry.get(), id, *type, properties, [this] { askWhenDone(); });
+        m_nodes[id] =
+            std::make_unique<PipeWireNode>(m_registry.get(), id, *type, properties, [this] { askWhenDone(); });
 }
 
 void PipeWireConnection::addPort(std::uint32_t id, const spa_dict* properties)
 {
     std::uint32_t of = SPA_ID_INVALID;
     spa_atou32(lookUp(properties, PW_KEY_NODE_ID), &of, 10);
-    if (PipeWireNode* const owner = node(of); owner && lookUp(properties, PW_KEY_PORT_DIRECTION) == std::string_view("out"))
+    if (PipeWireNode* const owner = node(of);
+        owner && lookUp(properties, PW_KEY_PORT_DIRECTION) == std::string_view("out"))
         owner->addPort(id);
 }
 

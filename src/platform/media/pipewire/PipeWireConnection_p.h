@@ -42,8 +42,8 @@ private:
 
     static void done(void* data, std::uint32_t id, int sequence);
     static void failed(void* data, std::uint32_t id, int sequence, int result, const char* message);
-    static void added(void* data, std::uint32_t id, std::uint32_t permissions, const char* type,
-                      std::uint32_t version, const spa_dict* properties);
+    static void added(void* data, std::uint32_t id, std::uint32_t permissions, const char* type, std::uint32_t version,
+                      const spa_dict* properties);
     static void removed(void* data, std::uint32_t id);
     static int defaultChanged(void* data, std::uint32_t subject, const char* key, const char* type, const char* value);
 

@@ -1,4 +1,5 @@
 #include "platform/base/Causes.h"
+#include "platform/base/Result.h"
 #include "platform/media/CaptureModule_p.h"
 #include "platform/media/pipewire/PipeWireConnection_p.h"
 

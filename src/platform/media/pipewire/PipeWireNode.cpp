@@ -76,8 +76,7 @@ PipeWireNode::PipeWireNode(pw_registry* registry, std::uint32_t id, AVTrackMedia
 {
     if (properties)
         read(*properties);
-    m_proxy.reset(static_cast<pw_proxy*>(
-        pw_registry_bind(registry, id, PW_TYPE_INTERFACE_Node, PW_VERSION_NODE, 0)));
+    m_proxy.reset(static_cast<pw_proxy*>(pw_registry_bind(registry, id, PW_TYPE_INTERFACE_Node, PW_VERSION_NODE, 0)));
     if (!m_proxy)
         return;
     pw_proxy_add_object_listener(m_proxy.get(), &m_hook, &kNodeEvents, this);
@@ -121,8 +120,8 @@ void PipeWireNode::askPort()
 {
     if (!m_hasInfo || m_tellsModes || !m_port || m_portProxy)
         return;
-    m_portProxy.reset(static_cast<pw_proxy*>(
-        pw_registry_bind(m_registry, *m_port, PW_TYPE_INTERFACE_Port, PW_VERSION_PORT, 0)));
+    m_portProxy.reset(
+        static_cast<pw_proxy*>(pw_registry_bind(m_registry, *m_port, PW_TYPE_INTERFACE_Port, PW_VERSION_PORT, 0)));
     if (!m_portProxy)
         return;
     pw_proxy_add_object_listener(m_portProxy.get(), &m_portHook, &kPortEvents, this);
@@ -159,8 +158,7 @@ void PipeWireNode::nodeInfo(void* data, const pw_node_info* info)
         self.m_tellsModes = tellsFormats(info->params, info->n_params);
         if (self.m_tellsModes) {
             auto* const node = reinterpret_cast<pw_node*>(self.m_proxy.get());
-            self.beginModes(
-                pw_node_enum_params(node, 0, SPA_PARAM_EnumFormat, 0, kMostAnswers, nullptr));
+            self.beginModes(pw_node_enum_params(node, 0, SPA_PARAM_EnumFormat, 0, kMostAnswers, nullptr));
         }
     }
     self.askPort();

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/media/AVAssetReader.h"
+#include "platform/media/AVCaptureTypes.h"
 #include "platform/media/CaptureModule_p.h"
 #include "platform/media/pipewire/PipeWireHandles_p.h"
 #include "platform/media/pipewire/VideoModes_p.h"

@@ -1,7 +1,12 @@
 #include "platform/media/pipewire/PipeWireStream_p.h"
 
+#include "platform/media/CMSampleBuffer.h"
+#include "platform/media/CVPixelBuffer.h"
+#include "platform/media/RawFrame.h"
 #include "platform/media/pipewire/PipeWireConnection_p.h"
+#include "platform/media/pipewire/PipeWireNode_p.h"
 #include "platform/media/pipewire/StreamOffers_p.h"
+#include "platform/media/pipewire/VideoModes_p.h"
 
 #include <algorithm>
 #include <chrono>
@@ -73,8 +78,8 @@ RawFrame::Plane contentOf(const spa_data& data)
     const std::uint32_t offset = data.chunk->offset;
     if (offset >= data.maxsize)
         return {};
-    return {static_cast<const std::uint8_t*>(data.data) + offset,
-            std::min(data.chunk->size, data.maxsize - offset), static_cast<std::size_t>(data.chunk->stride)};
+    return {static_cast<const std::uint8_t*>(data.data) + offset, std::min(data.chunk->size, data.maxsize - offset),
+            static_cast<std::size_t>(data.chunk->stride)};
 }
 
 /// How many bytes of its rows, and how many rows, stand before the next plane in one block.
@@ -88,12 +93,12 @@ std::size_t bytesBefore(const RawFrame& frame, std::size_t plane, std::size_t by
 void splitPlanes(RawFrame& frame, std::size_t count)
 {
     const RawFrame::Plane whole = frame.planes[0];
-    const std::size_t luma =
-        whole.bytesPerRow > 0 ? whole.bytesPerRow : static_cast<std::size_t>(frame.size.width);
+    const std::size_t luma = whole.bytesPerRow > 0 ? whole.bytesPerRow : static_cast<std::size_t>(frame.size.width);
     std::size_t begin = 0;
     for (std::size_t i = 0; i < count; ++i) {
-        const std::size_t bytesPerRow = i == 0 ? luma : frame.encoding == RawEncoding::NV12 ? (luma + 1) / 2 * 2
-                                                                                            : (luma + 1) / 2;
+        const std::size_t bytesPerRow = i == 0                                ? luma
+                                        : frame.encoding == RawEncoding::NV12 ? (luma + 1) / 2 * 2
+                                                                              : (luma + 1) / 2;
         if (begin >= whole.size) {
             frame.planes[i] = {};
             continue;
@@ -163,8 +168,8 @@ bool PipeWireStream::connectToNode()
     if (!isVideo()) {
         offers.addSound(node.channels());
     } else {
-        const auto mode = std::ranges::find_if(
-            node.modes(), [&](const VideoMode& each) { return m_request.format == each.format; });
+        const auto mode =
+            std::ranges::find_if(node.modes(), [&](const VideoMode& each) { return m_request.format == each.format; });
         if (mode != node.modes().end()) {
             const RawEncoding encoding = *encodingNamed(mode->format.encoding);
             offers.addVideo(encoding, mode->format.size, true, nearestRate(*mode, m_request.frameRate));
@@ -265,8 +270,7 @@ void PipeWireStream::agreeOnVideo(const spa_pod& format)
     m_frame = frame;
     StreamOffers offers;
     offers.addBuffers();
-    pw_stream_update_params(m_stream.get(), offers.params().data(),
-                            static_cast<std::uint32_t>(offers.params().size()));
+    pw_stream_update_params(m_stream.get(), offers.params().data(), static_cast<std::uint32_t>(offers.params().size()));
 }
 
 void PipeWireStream::agreeOnSound(const spa_pod& format)

@@ -20,8 +20,7 @@ class PipeWireConnection;
 /// come on the loop's thread.
 class PipeWireStream : public CaptureStream {
 public:
-    PipeWireStream(PipeWireConnection& connection, const CaptureStreamRequest& request,
-                   CaptureStreamHandlers handlers);
+    PipeWireStream(PipeWireConnection& connection, const CaptureStreamRequest& request, CaptureStreamHandlers handlers);
     /// Takes the loop's lock.
     ~PipeWireStream() override;
 
@@ -51,10 +50,10 @@ private:
     CaptureStreamRequest m_request;
     CaptureStreamHandlers m_handlers;
     AVTrackMediaType m_type = AVTrackMediaType::Video;
-    std::string m_name; ///< the node's, for errors
+    std::string m_name;             ///< the node's, for errors
     const char* m_failed = nullptr; ///< why the stream ends with the timer
     bool m_isOver = false;
-    bool m_hasCome = false; ///< something that could be read
+    bool m_hasCome = false;          ///< something that could be read
     std::optional<RawFrame> m_frame; ///< as agreed on, without its bytes
     spa_audio_info_raw m_sound = {};
     std::int64_t m_soundEnd = 0; ///< nanoseconds; 0: none has come

@@ -8,6 +8,7 @@
 #include <spa/param/buffers.h>
 #include <spa/param/format.h>
 #include <spa/param/param.h>
+#include <utility>
 
 namespace lamina {
 
@@ -138,8 +139,8 @@ void StreamOffers::addBuffers()
     spa_pod_builder_int(&m_builder, (1 << SPA_DATA_MemPtr) | (1 << SPA_DATA_MemFd));
     spa_pod_builder_pop(&m_builder, &choice);
     end(frame);
-    const std::pair<std::uint32_t, std::size_t> kinds[] = {
-        {SPA_META_Header, sizeof(spa_meta_header)}, {SPA_META_VideoTransform, sizeof(spa_meta_videotransform)}};
+    const std::pair<std::uint32_t, std::size_t> kinds[] = {{SPA_META_Header, sizeof(spa_meta_header)},
+                                                           {SPA_META_VideoTransform, sizeof(spa_meta_videotransform)}};
     for (const auto& [kind, size] : kinds) {
         spa_pod_builder_push_object(&m_builder, &frame, SPA_TYPE_OBJECT_ParamMeta, SPA_PARAM_Meta);
         spa_pod_builder_prop(&m_builder, SPA_PARAM_META_type, 0);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/base/CGGeometry.h"
 #include "platform/media/RawFrame.h"
 #include "platform/media/pipewire/VideoModes_p.h"
 

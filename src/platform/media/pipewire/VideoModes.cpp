@@ -1,5 +1,7 @@
 #include "platform/media/pipewire/VideoModes_p.h"
 
+#include "platform/base/CGGeometry.h"
+
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
@@ -10,6 +12,7 @@
 #include <spa/param/format.h>
 #include <spa/pod/iter.h>
 #include <string>
+#include <tuple>
 #include <utility>
 
 namespace lamina {
@@ -18,6 +21,8 @@ namespace {
 
 /// Nobody has more; who claims more isn't asked for the rest.
 constexpr std::size_t kMostModes = 512;
+/// Frames a second. Who is made of numbers alone claims any.
+constexpr double kMostRate = 1000;
 
 constexpr std::pair<RawEncoding, std::uint32_t> kVideoFormats[] = {
     {RawEncoding::NV12, SPA_VIDEO_FORMAT_NV12},   {RawEncoding::I420, SPA_VIDEO_FORMAT_I420},
@@ -28,8 +33,8 @@ constexpr std::pair<RawEncoding, std::uint32_t> kVideoFormats[] = {
     {RawEncoding::GRAY8, SPA_VIDEO_FORMAT_GRAY8},
 };
 
-constexpr IntSize kUsualSizes[] = {{160, 120},  {176, 144},  {320, 240},   {352, 288},   {640, 360},   {640, 480},
-                                   {800, 600},  {1024, 768}, {1280, 720},  {1280, 960},  {1600, 1200}, {1920, 1080},
+constexpr IntSize kUsualSizes[] = {{160, 120},   {176, 144},   {320, 240},   {352, 288},  {640, 360},   {640, 480},
+                                   {800, 600},   {1024, 768},  {1280, 720},  {1280, 960}, {1600, 1200}, {1920, 1080},
                                    {2592, 1944}, {2560, 1440}, {3264, 2448}, {3840, 2160}};
 
 /// The numbers of a property that may be one, several or a range.
@@ -141,8 +146,9 @@ std::optional<RawEncoding> encodingOfVideoFormat(std::uint32_t format)
 std::optional<RawEncoding> encodingNamed(const std::string& name)
 {
     const auto* const found = std::ranges::find(kRawEncodingNames, name);
-    return found == kRawEncodingNames.end() ? std::nullopt
-                                            : std::optional(static_cast<RawEncoding>(found - kRawEncodingNames.begin()));
+    return found == kRawEncodingNames.end()
+               ? std::nullopt
+               : std::optional(static_cast<RawEncoding>(found - kRawEncodingNames.begin()));
 }
 
 void addModes(const spa_pod& description, std::vector<VideoMode>& modes)
@@ -152,8 +158,8 @@ void addModes(const spa_pod& description, std::vector<VideoMode>& modes)
     if (!told.all.empty() && isRate(told.all.front()))
         mode.usual = told.all.front();
     if (told.isRange()) {
-        mode.format.minFrameRate = perSecond(told.all[1]);
-        mode.format.maxFrameRate = perSecond(told.all[2]);
+        mode.format.minFrameRate = std::min(perSecond(told.all[1]), kMostRate);
+        mode.format.maxFrameRate = std::min(perSecond(told.all[2]), kMostRate);
     } else {
         mode.rates = told.alternatives();
         std::erase_if(mode.rates, [](const spa_fraction& rate) { return !isRate(rate); });

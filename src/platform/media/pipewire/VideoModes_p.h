@@ -8,6 +8,7 @@
 #include <spa/param/video/raw.h>
 #include <spa/pod/pod.h>
 #include <spa/utils/defs.h>
+#include <string>
 #include <vector>
 
 namespace lamina {
