@@ -3,8 +3,8 @@
 #include "platform/image/codecs/ImageSaving.h"
 #include "platform/image/pixels/PixelBuffer.h"
 #include "platform/image/pixels/UIImage.h"
-#include "platform/media/pipewire/PipeWireHandles_p.h"
-#include "platform/media/pipewire/VideoModes_p.h"
+#include "platform/media/capture/pipewire/PipeWireHandles_p.h"
+#include "platform/media/capture/pipewire/VideoModes_p.h"
 
 #include <algorithm>
 #include <array>

@@ -2,7 +2,7 @@
 
 #include "platform/base/CGGeometry.h"
 #include "platform/image/pixels/CGImage.h"
-#include "platform/media/RawFrame.h"
+#include "platform/media/capture/RawFrame.h"
 
 #include <cstddef>
 #include <cstdint>

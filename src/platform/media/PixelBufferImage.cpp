@@ -5,13 +5,26 @@
 #include "platform/image/pixels/CGImage.h"
 #include "platform/image/pixels/PixelBuffer.h"
 #include "platform/image/pixels/PixelKernels.h"
-#include "platform/media/YCbCrKernels_p.h"
 
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
 
 namespace lamina {
+
+YCbCrWeights weightsOf(YCbCrMatrix matrix, bool isFullRange)
+{
+    switch (matrix) {
+    case YCbCrMatrix::ITU_R_709_2:
+        return {0.2126, 0.0722, isFullRange};
+    case YCbCrMatrix::SMPTE_240M_1995:
+        return {0.212, 0.087, isFullRange};
+    case YCbCrMatrix::ITU_R_2020:
+        return {0.2627, 0.0593, isFullRange};
+    default:
+        return {0.299, 0.114, isFullRange};
+    }
+}
 
 CGImage imageOfPixelBuffer(const CVPixelBuffer& frame)
 {
@@ -24,7 +37,7 @@ CGImage imageOfPixelBuffer(const CVPixelBuffer& frame)
     if (!pixels)
         return {};
     const bool isPlanar = frame.planes().size() > 1;
-    const YCbCrWeights weights(frame.matrix(), frame.pixelFormat() == CVPixelFormat::BiPlanar420FullRange);
+    const YCbCrWeights weights = weightsOf(frame.matrix(), frame.pixelFormat() == CVPixelFormat::BiPlanar420FullRange);
     const bool isBlueFirst = frame.pixelFormat() == CVPixelFormat::BGRA;
     const kernels::ByteOrder order = isBlueFirst ? kernels::ByteOrder{2, 1, 0, 3} : kernels::ByteOrder{0, 1, 2, 3};
     const std::uint8_t opaque[4] = {0, 0, 0, 255};

@@ -1,4 +1,4 @@
-#include "platform/media/CaptureService.h"
+#include "platform/media/capture/CaptureService.h"
 #include "CommandRunner.h"
 #include "PipeWireSession.h"
 #include "TestCameraNode.h"

@@ -5,7 +5,7 @@
 #include "platform/media/AVAssetReader.h"
 #include "platform/media/AVCaptureTypes.h"
 #include "platform/media/CMSampleBuffer.h"
-#include "platform/media/RawFrame.h"
+#include "platform/media/capture/RawFrame.h"
 
 #include <cstdint>
 #include <functional>

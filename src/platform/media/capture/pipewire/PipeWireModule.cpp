@@ -1,7 +1,7 @@
 #include "platform/base/Causes.h"
 #include "platform/base/Result.h"
-#include "platform/media/CaptureModule_p.h"
-#include "platform/media/pipewire/PipeWireConnection_p.h"
+#include "platform/media/capture/CaptureModule_p.h"
+#include "platform/media/capture/pipewire/PipeWireConnection_p.h"
 
 #include <cstdlib>
 #include <mutex>

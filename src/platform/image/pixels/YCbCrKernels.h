@@ -1,16 +1,16 @@
 #pragma once
 
-#include "platform/media/CVPixelBuffer.h"
-
 #include <cstddef>
 #include <cstdint>
 
 namespace lamina {
 
-/// Between Y, Cb, Cr and red, green, blue of one matrix and range (ITU-R BT.601, BT.709, BT.2020, SMPTE 240M), in
-/// 8192ths.
+/// Between Y, Cb, Cr and red, green, blue of one matrix and range, in 8192ths (the formulas of ITU-R BT.601, which
+/// other standards use with shares of their own).
 struct YCbCrWeights {
-    YCbCrWeights(YCbCrMatrix matrix, bool isFullRange);
+    /// `red` and `blue`: their shares of Y; green has the rest. Full range: Y, Cb and Cr from 0 to 255; else 16 to 235,
+    /// and 16 to 240.
+    YCbCrWeights(double red, double blue, bool isFullRange);
 
     std::int16_t black = 0; ///< of Y, in whole steps
     // What colours take of Y, Cb and Cr.

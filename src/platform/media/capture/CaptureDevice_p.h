@@ -1,9 +1,9 @@
 #pragma once
 
 #include "platform/media/AVCaptureDevice.h"
-#include "platform/media/CaptureModule_p.h"
-#include "platform/media/FrameConversion_p.h"
-#include "platform/media/RawFrame.h"
+#include "platform/media/capture/CaptureModule_p.h"
+#include "platform/media/capture/RawFrame.h"
+#include "platform/media/capture/RawFrameConversion_p.h"
 
 #include <cstdint>
 #include <memory>
@@ -55,7 +55,7 @@ private:
     void end(const Error& error);
 
     std::shared_ptr<CaptureDevice> m_source;
-    FrameConverter m_converter; ///< on the stream's thread
+    RawFrameConverter m_converter; ///< on the stream's thread
     CVPixelFormat m_pixelFormat = CVPixelFormat::BGRA;
     std::mutex m_handling; ///< while a handler is called, so that stopping waits for it
     AVCaptureHandlers m_handlers;

@@ -1,7 +1,7 @@
-#include "platform/media/pipewire/PipeWireConnection_p.h"
+#include "platform/media/capture/pipewire/PipeWireConnection_p.h"
 
 #include "platform/base/Result.h"
-#include "platform/media/pipewire/PipeWireStream_p.h"
+#include "platform/media/capture/pipewire/PipeWireStream_p.h"
 
 #include <algorithm>
 #include <cerrno>

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "platform/media/AVCaptureTypes.h"
-#include "platform/media/RawFrame.h"
+#include "platform/media/capture/RawFrame.h"
 
 #include <cstdint>
 #include <optional>

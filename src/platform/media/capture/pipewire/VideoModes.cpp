@@ -1,4 +1,4 @@
-#include "platform/media/pipewire/VideoModes_p.h"
+#include "platform/media/capture/pipewire/VideoModes_p.h"
 
 #include "platform/base/CGGeometry.h"
 

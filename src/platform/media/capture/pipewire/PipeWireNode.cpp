@@ -1,4 +1,4 @@
-#include "platform/media/pipewire/PipeWireNode_p.h"
+#include "platform/media/capture/pipewire/PipeWireNode_p.h"
 
 #include <algorithm>
 #include <charconv>

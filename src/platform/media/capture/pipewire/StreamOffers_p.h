@@ -1,8 +1,8 @@
 #pragma once
 
 #include "platform/base/CGGeometry.h"
-#include "platform/media/RawFrame.h"
-#include "platform/media/pipewire/VideoModes_p.h"
+#include "platform/media/capture/RawFrame.h"
+#include "platform/media/capture/pipewire/VideoModes_p.h"
 
 #include <array>
 #include <cstdint>

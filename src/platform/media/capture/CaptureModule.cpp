@@ -1,4 +1,4 @@
-#include "platform/media/CaptureModule_p.h"
+#include "platform/media/capture/CaptureModule_p.h"
 
 #include "platform/files/LoadedModule.h"
 

@@ -1,8 +1,8 @@
-#include "platform/media/CaptureService.h"
+#include "platform/media/capture/CaptureService.h"
 
 #include "platform/base/DispatchQueue.h"
-#include "platform/media/CaptureDevice_p.h"
-#include "platform/media/CaptureModule_p.h"
+#include "platform/media/capture/CaptureDevice_p.h"
+#include "platform/media/capture/CaptureModule_p.h"
 
 #include <algorithm>
 #include <chrono>

@@ -1,4 +1,4 @@
-#include "platform/media/CaptureDevice_p.h"
+#include "platform/media/capture/CaptureDevice_p.h"
 
 #include "platform/base/DispatchQueue.h"
 #include "platform/base/Result.h"

@@ -1,12 +1,12 @@
-#include "platform/media/pipewire/PipeWireStream_p.h"
+#include "platform/media/capture/pipewire/PipeWireStream_p.h"
 
 #include "platform/media/CMSampleBuffer.h"
 #include "platform/media/CVPixelBuffer.h"
-#include "platform/media/RawFrame.h"
-#include "platform/media/pipewire/PipeWireConnection_p.h"
-#include "platform/media/pipewire/PipeWireNode_p.h"
-#include "platform/media/pipewire/StreamOffers_p.h"
-#include "platform/media/pipewire/VideoModes_p.h"
+#include "platform/media/capture/RawFrame.h"
+#include "platform/media/capture/pipewire/PipeWireConnection_p.h"
+#include "platform/media/capture/pipewire/PipeWireNode_p.h"
+#include "platform/media/capture/pipewire/StreamOffers_p.h"
+#include "platform/media/capture/pipewire/VideoModes_p.h"
 
 #include <algorithm>
 #include <chrono>

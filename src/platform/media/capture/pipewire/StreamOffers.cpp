@@ -1,4 +1,4 @@
-#include "platform/media/pipewire/StreamOffers_p.h"
+#include "platform/media/capture/pipewire/StreamOffers_p.h"
 
 #include <algorithm>
 #include <cstddef>

@@ -1,9 +1,10 @@
-#include "platform/media/FrameConversion_p.h"
+#include "platform/media/capture/RawFrameConversion_p.h"
 
 #include "platform/image/codecs/PictureDecoding.h"
 #include "platform/image/pixels/CGImage.h"
 #include "platform/image/pixels/PixelKernels.h"
-#include "platform/media/YCbCrKernels_p.h"
+#include "platform/image/pixels/YCbCrKernels.h"
+#include "platform/media/PixelBufferImage.h"
 
 #include <algorithm>
 #include <array>
@@ -176,7 +177,7 @@ RangeChange rangeChange(bool fromFull, bool toFull)
 
 } // namespace
 
-std::shared_ptr<CVPixelBuffer> FrameConverter::converted(const RawFrame& raw, CVPixelFormat format)
+std::shared_ptr<CVPixelBuffer> RawFrameConverter::converted(const RawFrame& raw, CVPixelFormat format)
 {
     if (raw.encoding == RawEncoding::MJPG)
         return fromFile(raw, format);
@@ -188,7 +189,7 @@ std::shared_ptr<CVPixelBuffer> FrameConverter::converted(const RawFrame& raw, CV
     return readingOf(frame).yCbCr ? fromYCbCr(frame, format) : fromColors(frame, format);
 }
 
-std::shared_ptr<CVPixelBuffer> FrameConverter::fromYCbCr(const RawFrame& frame, CVPixelFormat format)
+std::shared_ptr<CVPixelBuffer> RawFrameConverter::fromYCbCr(const RawFrame& frame, CVPixelFormat format)
 {
     const auto out = m_pool.make(frame.size, format);
     if (!out)
@@ -200,7 +201,7 @@ std::shared_ptr<CVPixelBuffer> FrameConverter::fromYCbCr(const RawFrame& frame, 
     m_room.resize(width + 2 * chromaBytes);
     const RowRoom room{m_room.data(), m_room.data() + width};
     std::uint8_t* const lower = room.chroma + chromaBytes;
-    const YCbCrWeights weights(frame.matrix, frame.isFullRange);
+    const YCbCrWeights weights = weightsOf(frame.matrix, frame.isFullRange);
     const RangeChange change = rangeChange(frame.isFullRange, format == CVPixelFormat::BiPlanar420FullRange);
     for (std::size_t y = 0; y < static_cast<std::size_t>(frame.size.height); ++y) {
         const YCbCrRow row = reading.yCbCr(frame, y, room);
@@ -220,7 +221,7 @@ std::shared_ptr<CVPixelBuffer> FrameConverter::fromYCbCr(const RawFrame& frame, 
     return out;
 }
 
-std::shared_ptr<CVPixelBuffer> FrameConverter::fromColors(const RawFrame& frame, CVPixelFormat format)
+std::shared_ptr<CVPixelBuffer> RawFrameConverter::fromColors(const RawFrame& frame, CVPixelFormat format)
 {
     const auto out = m_pool.make(frame.size, format);
     if (!out)
@@ -234,7 +235,7 @@ std::shared_ptr<CVPixelBuffer> FrameConverter::fromColors(const RawFrame& frame,
         return out;
     }
     out->setMatrix(YCbCrMatrix::ITU_R_601_4);
-    const YCbCrWeights weights(YCbCrMatrix::ITU_R_601_4, format == CVPixelFormat::BiPlanar420FullRange);
+    const YCbCrWeights weights = weightsOf(YCbCrMatrix::ITU_R_601_4, format == CVPixelFormat::BiPlanar420FullRange);
     m_room.resize(2 * 4 * width);
     std::uint8_t* const rows[] = {m_room.data(), m_room.data() + 4 * width};
     for (std::size_t y = 0; y < height; y += 2) {
@@ -248,7 +249,7 @@ std::shared_ptr<CVPixelBuffer> FrameConverter::fromColors(const RawFrame& frame,
     return out;
 }
 
-std::shared_ptr<CVPixelBuffer> FrameConverter::fromFile(const RawFrame& frame, CVPixelFormat format)
+std::shared_ptr<CVPixelBuffer> RawFrameConverter::fromFile(const RawFrame& frame, CVPixelFormat format)
 {
     if (!frame.planes[0].bytes)
         return nullptr;

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "platform/media/CVPixelBuffer.h"
-#include "platform/media/FramePool_p.h"
-#include "platform/media/RawFrame.h"
+#include "platform/media/capture/FramePool_p.h"
+#include "platform/media/capture/RawFrame.h"
 
 #include <cstdint>
 #include <memory>
@@ -14,7 +14,7 @@ namespace lamina {
 ///
 /// Y, Cb and Cr stay what they are but for their levels, and keep their matrix; colours become Y, Cb and Cr by BT.601,
 /// with the mean of two by two pixels as chroma. JPEG files are in full range, by BT.601.
-class FrameConverter {
+class RawFrameConverter {
 public:
     /// A frame in one of the formats with planes, its rows tight, tagged with its matrix. Null where it isn't what it
     /// says it is (a row or a plane is short, a JPEG file is damaged), and when memory is short.

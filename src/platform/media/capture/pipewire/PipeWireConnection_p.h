@@ -1,8 +1,8 @@
 #pragma once
 
-#include "platform/media/CaptureModule_p.h"
-#include "platform/media/pipewire/PipeWireHandles_p.h"
-#include "platform/media/pipewire/PipeWireNode_p.h"
+#include "platform/media/capture/CaptureModule_p.h"
+#include "platform/media/capture/pipewire/PipeWireHandles_p.h"
+#include "platform/media/capture/pipewire/PipeWireNode_p.h"
 
 #include <cstdint>
 #include <map>

@@ -1,4 +1,4 @@
-#include "platform/media/FramePool_p.h"
+#include "platform/media/capture/FramePool_p.h"
 
 #include "platform/image/pixels/PixelBuffer.h"
 

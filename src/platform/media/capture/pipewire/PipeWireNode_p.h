@@ -2,9 +2,9 @@
 
 #include "platform/media/AVAssetReader.h"
 #include "platform/media/AVCaptureTypes.h"
-#include "platform/media/CaptureModule_p.h"
-#include "platform/media/pipewire/PipeWireHandles_p.h"
-#include "platform/media/pipewire/VideoModes_p.h"
+#include "platform/media/capture/CaptureModule_p.h"
+#include "platform/media/capture/pipewire/PipeWireHandles_p.h"
+#include "platform/media/capture/pipewire/VideoModes_p.h"
 
 #include <cstdint>
 #include <functional>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/media/CaptureModule_p.h"
-#include "platform/media/pipewire/PipeWireHandles_p.h"
+#include "platform/media/capture/CaptureModule_p.h"
+#include "platform/media/capture/pipewire/PipeWireHandles_p.h"
 
 #include <cstdint>
 #include <memory>

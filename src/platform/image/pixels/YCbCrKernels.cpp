@@ -1,11 +1,11 @@
-#include "platform/media/YCbCrKernels_p.h"
+#include "platform/image/pixels/YCbCrKernels.h"
 
 #include <algorithm>
 #include <cmath>
 #include <utility>
 
 #undef HWY_TARGET_INCLUDE
-#define HWY_TARGET_INCLUDE "platform/media/YCbCrKernels.cpp"
+#define HWY_TARGET_INCLUDE "platform/image/pixels/YCbCrKernels.cpp"
 #include <hwy/foreach_target.h>
 #include <hwy/highway.h>
 
@@ -286,20 +286,6 @@ namespace lamina {
 
 namespace {
 
-std::pair<double, double> redAndBlueOf(YCbCrMatrix matrix)
-{
-    switch (matrix) {
-    case YCbCrMatrix::ITU_R_709_2:
-        return {0.2126, 0.0722};
-    case YCbCrMatrix::SMPTE_240M_1995:
-        return {0.212, 0.087};
-    case YCbCrMatrix::ITU_R_2020:
-        return {0.2627, 0.0593};
-    default:
-        return {0.299, 0.114};
-    }
-}
-
 std::int16_t fixed(double weight)
 {
     return static_cast<std::int16_t>(std::lround(weight * 8192));
@@ -307,10 +293,9 @@ std::int16_t fixed(double weight)
 
 } // namespace
 
-YCbCrWeights::YCbCrWeights(YCbCrMatrix matrix, bool isFullRange)
+YCbCrWeights::YCbCrWeights(double red, double blue, bool isFullRange)
     : black(isFullRange ? 0 : 16)
 {
-    const auto [red, blue] = redAndBlueOf(matrix);
     const double green = 1 - red - blue;
     const double lumaSteps = isFullRange ? 1 : 219.0 / 255;
     const double chromaSteps = isFullRange ? 1 : 224.0 / 255;
