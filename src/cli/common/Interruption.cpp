@@ -3,6 +3,7 @@
 #include "cli/common/ExitCode.h"
 #include "platform/files/FileWriting.h"
 
+#include <atomic>
 #include <csignal>
 #include <unistd.h>
 
@@ -10,9 +11,21 @@ namespace lamina {
 
 namespace {
 
+constexpr int kUnwatched = -1;
+constexpr int kMostCounted = 2;
+
+/// How many were counted, where they are.
+std::atomic<int> s_counted{kUnwatched};
+static_assert(std::atomic<int>::is_always_lock_free); // or the handler could wait for what it interrupted
+
 // Runs inside a signal: only what is safe there.
 void interrupted(int)
 {
+    const int counted = s_counted.load();
+    if (counted >= 0 && counted < kMostCounted) {
+        s_counted.store(counted + 1);
+        return;
+    }
     removeUnfinishedFiles();
     _exit(static_cast<int>(ExitCode::Interrupted));
 }
@@ -23,6 +36,7 @@ void installInterruptionHandlers()
 {
     struct sigaction action = {};
     action.sa_handler = interrupted;
+    action.sa_flags = SA_RESTART; // what is only counted disturbs nobody
     sigfillset(&action.sa_mask);
     for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
         struct sigaction before = {};
@@ -30,6 +44,21 @@ void installInterruptionHandlers()
             ::sigaction(signal, &action, nullptr);
     }
     std::signal(SIGPIPE, SIG_IGN);
+}
+
+Interruptions::Interruptions()
+{
+    s_counted = 0;
+}
+
+Interruptions::~Interruptions()
+{
+    s_counted = kUnwatched;
+}
+
+int Interruptions::count() const
+{
+    return s_counted;
 }
 
 } // namespace lamina

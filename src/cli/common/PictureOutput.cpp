@@ -3,14 +3,18 @@
 #include "cli/common/Messages.h"
 #include "platform/files/FileCauses.h"
 #include "platform/files/FileWriting.h"
+#include "platform/files/GrowingFile.h"
 #include "platform/image/codecs/ImageSaving.h"
 #include "platform/image/codecs/PictureFormats.h"
 
 #include <cerrno>
 #include <cstddef>
 #include <cstdint>
+#include <filesystem>
+#include <memory>
 #include <span>
 #include <string_view>
+#include <system_error>
 #include <unistd.h>
 #include <vector>
 
@@ -30,6 +34,13 @@ Outcome writeStandardOutput(std::span<const std::uint8_t> bytes)
             return Error{kStandardOutput, writingFailure(errno)};
         bytes = bytes.subspan(static_cast<std::size_t>(written));
     }
+    return success();
+}
+
+Outcome checkStandardOutput()
+{
+    if (isatty(STDOUT_FILENO))
+        return Error{kStandardOutput, "is a terminal; send the picture to a file or a program"};
     return success();
 }
 
@@ -70,10 +81,25 @@ Outcome checkOutputName(const std::string& path)
     return Error{path, "the name of the output must end in " + outputExtensions()};
 }
 
+Outcome checkOutputPlace(const std::string& path)
+{
+    if (path == "-")
+        return checkStandardOutput();
+    std::error_code missing;
+    const std::filesystem::file_status status = std::filesystem::status(path, missing);
+    if (std::filesystem::exists(status) && !std::filesystem::is_regular_file(status) &&
+        !std::filesystem::is_directory(status))
+        return success();
+    const Result<std::unique_ptr<GrowingFile>> file = GrowingFile::make(path);
+    return file ? success() : Outcome(file.error());
+}
+
 Outcome writePicture(const UIImage& picture, const std::string& path)
 {
-    if (path == "-" && isatty(STDOUT_FILENO))
-        return Error{kStandardOutput, "is a terminal; send the picture to a file or a program"};
+    if (path == "-") {
+        if (Outcome possible = checkStandardOutput(); !possible)
+            return possible;
+    }
     const Result<std::vector<std::uint8_t>> file = encodedFor(path, picture);
     if (!file)
         return file.error();

@@ -17,6 +17,10 @@ std::string outputExtensions();
 /// Success for "-" and for names that end in a known one, in any case of letters.
 Outcome checkOutputName(const std::string& path);
 
+/// Why nothing could be written to `path`, told before work that can't be done again: it makes a file there, if it may,
+/// and takes it away. Success for pipes and devices, which are not touched, and for "-" unless that is a terminal.
+Outcome checkOutputPlace(const std::string& path);
+
 /// Writes the picture to `path` in the format of its name, whole or not at all, or as PNG to standard output for "-".
 /// Formats without alpha get a white ground.
 Outcome writePicture(const UIImage& picture, const std::string& path);

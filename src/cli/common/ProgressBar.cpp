@@ -39,14 +39,26 @@ void ProgressBar::show(double done)
     draw(done, std::to_string(percent) + " %");
 }
 
-void ProgressBar::show(double done, const std::function<std::string()>& words)
+bool ProgressBar::isTime()
 {
     constexpr std::chrono::milliseconds kPause{100};
     const auto now = std::chrono::steady_clock::now();
     if (!m_shown || (m_isDrawn && now < m_next))
-        return;
+        return false;
     m_next = now + kPause;
-    draw(done, words());
+    return true;
+}
+
+void ProgressBar::show(double done, const std::function<std::string()>& words)
+{
+    if (isTime())
+        draw(done, words());
+}
+
+void ProgressBar::show(const std::function<std::string()>& words)
+{
+    if (isTime())
+        draw(words());
 }
 
 void ProgressBar::hide()
@@ -61,7 +73,12 @@ void ProgressBar::draw(double done, const std::string& words)
 {
     const auto full = static_cast<std::size_t>(percentOf(done) * kCells / 100);
     const std::string bar = std::string(full, '#') + std::string(static_cast<std::size_t>(kCells) - full, '.');
-    writeMessage((m_isDrawn ? kEmptyLine : "") + ("[" + bar + "] " + words));
+    draw("[" + bar + "] " + words);
+}
+
+void ProgressBar::draw(const std::string& line)
+{
+    writeMessage((m_isDrawn ? kEmptyLine : "") + line);
     m_isDrawn = true;
 }
 

@@ -19,11 +19,15 @@ public:
     void show(double done);
     /// The same with words behind the bar, which are asked for ten times a second at most.
     void show(double done, const std::function<std::string()>& words);
+    /// Words alone, of work that nobody knows the length of; asked for in the same way.
+    void show(const std::function<std::string()>& words);
     /// Takes the bar away, so that a line can be printed; the next `show` draws it again.
     void hide();
 
 private:
+    bool isTime();
     void draw(double done, const std::string& words);
+    void draw(const std::string& line);
 
     bool m_shown;
     bool m_isDrawn = false;

@@ -54,7 +54,7 @@ Outcome MovieChain::addFilter(const std::string& name, const std::vector<std::st
         return filter.error();
     if ((*filter)->inputs != 1)
         return Error{name, "needs " + countedPictures(static_cast<std::size_t>((*filter)->inputs)) +
-                               "; a movie gives one at a time"};
+                               "; frames come one at a time"};
     Result<FilterSettings> parsed = parseSettings(**filter, settings);
     if (!parsed)
         return parsed.error();

@@ -3,13 +3,11 @@
 #include "cli/common/Messages.h"
 #include "cli/common/ProgressBar.h"
 #include "cli/common/RemainingTime.h"
-#include "cli/export/ExportSettings.h"
 #include "cli/filters/FilterParsing.h"
 #include "cli/movie/MovieCopy.h"
 #include "cli/movie/MovieGraph.h"
 #include "cli/movie/MovieReport.h"
-#include "export/functions/ExportWork.h"
-#include "export/functions/MP4Function.h"
+#include "cli/movie/MovieWriting.h"
 #include "gpu/core/TypedValue.h"
 #include "platform/base/CGGeometry.h"
 #include "platform/base/CMTime.h"
@@ -19,38 +17,13 @@
 #include "platform/media/VideoExport.h"
 
 #include <CLI/Option.hpp>
-#include <algorithm>
-#include <array>
-#include <cctype>
 #include <cmath>
-#include <filesystem>
 #include <memory>
-#include <string_view>
 #include <utility>
 
 namespace lamina {
 
 namespace {
-
-struct Container {
-    std::string_view extension;
-    const char* fileType;
-};
-constexpr std::array<Container, 3> kContainers{
-    {{".mp4", kAVFileTypeMPEG4}, {".mov", kAVFileTypeQuickTimeMovie}, {".mkv", kAVFileTypeMatroska}}};
-
-/// What the name of the output asks for, in any case of letters.
-Result<std::string> fileTypeOf(const std::string& output)
-{
-    if (output == "-")
-        return Error{output, "a movie is a file: name one"};
-    std::string extension = std::filesystem::path(output).extension().string();
-    std::ranges::transform(extension, extension.begin(), [](unsigned char c) { return std::tolower(c); });
-    const auto* const container = std::ranges::find(kContainers, extension, &Container::extension);
-    if (container == kContainers.end())
-        return Error{output, "the name of the output must end in .mp4, .mov or .mkv"};
-    return std::string(container->fileType);
-}
 
 /// In microseconds: nobody types moments more finely.
 CMTime timeOf(double seconds)
@@ -130,14 +103,14 @@ Outcome MovieCommand::check()
         return Error{m_input, "a movie is read from a file: name one"};
     if (m_job.output.empty())
         return Error{name(), "--output is required"};
-    Result<std::string> fileType = fileTypeOf(m_job.output);
+    Result<std::string> fileType = movieFileType(m_job.output);
     if (!fileType)
         return fileType.error();
     m_job.fileType = std::move(*fileType);
-    const Result<VideoQuality> quality = parseVideoQuality(m_quality);
+    const Result<int> quality = parseMovieQuality(m_quality);
     if (!quality)
-        return Error{"--quality", quality.error().cause + ", not '" + m_quality + "'"};
-    m_job.crf = rateFactor(*quality);
+        return quality.error();
+    m_job.crf = *quality;
     if (Outcome range = checkRange(); !range)
         return range;
     if (Outcome size = checkSize(); !size)
@@ -181,7 +154,7 @@ MovieEnd MovieCommand::convert() const
 
 ExitCode MovieCommand::tell(const MovieEnd& end) const
 {
-    const Result<MovieReport> report = reportOn(m_job, end);
+    const Result<MovieReport> report = reportOn(m_job.asset->path(), m_job.output, m_chain.names(), end.frames);
     if (!report)
         return fail(report.error(), ExitCode::Failed);
     if (!isQuiet())

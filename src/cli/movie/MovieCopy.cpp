@@ -100,7 +100,7 @@ private:
         const WriterControl writing{
             [this] { return m_writer->error(); }, [this] { m_writer->cancelWriting(); },
             [this](std::function<void()> handler) { m_writer->finishWriting(std::move(handler)); }};
-        return endOf(m_job, m_reader->error(), writing, m_progress);
+        return endOf(m_job.asset->path(), m_reader->error(), writing, m_progress);
     }
 
     Outcome connectTracks()

@@ -5,6 +5,7 @@
 #include "cli/filters/FilterDrawing.h"
 #include "cli/movie/MovieChain.h"
 #include "cli/movie/MovieCut.h"
+#include "cli/movie/MovieWriting.h"
 #include "gpu/core/DrawingFailures.h"
 #include "gpu/core/GPUImageContext.h"
 #include "gpu/core/GPUImageFilter.h"
@@ -18,7 +19,6 @@
 #include "gpu/sources/GPUImageRawDataInput.h"
 #include "platform/base/CGGeometry.h"
 #include "platform/base/CMTime.h"
-#include "platform/base/Log.h"
 #include "platform/base/Result.h"
 #include "platform/media/AVAsset.h"
 #include "platform/media/AVAssetReader.h"
@@ -29,10 +29,8 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
-#include <mutex>
 #include <optional>
 #include <string>
-#include <string_view>
 #include <thread>
 #include <utility>
 #include <vector>
@@ -103,44 +101,6 @@ protected:
     }
 };
 
-/// Takes the place of the log: what fails is told by the command, and only what nobody else tells of is kept.
-class KeptErrors {
-public:
-    KeptErrors()
-    {
-        m_usual = setLogSink([this](LogLevel level, std::string_view text) {
-            const std::lock_guard lock(m_mutex);
-            if (level == LogLevel::Error && m_first.empty())
-                m_first = text;
-            const auto tells = [&](std::string_view what) { return text.find(what) != std::string_view::npos; };
-            if (tells("Problem appending") || tells("Had to drop"))
-                m_hasLostPieces = true; // of which the writer only warns
-        });
-    }
-    ~KeptErrors() { setLogSink(std::move(m_usual)); }
-    KeptErrors(const KeptErrors&) = delete;
-    KeptErrors& operator=(const KeptErrors&) = delete;
-
-    /// Empty where all was well.
-    std::string first() const
-    {
-        const std::lock_guard lock(m_mutex);
-        return m_first;
-    }
-    /// Something was not written.
-    bool hasLostPieces() const
-    {
-        const std::lock_guard lock(m_mutex);
-        return m_hasLostPieces;
-    }
-
-private:
-    LogSink m_usual;
-    mutable std::mutex m_mutex;
-    std::string m_first;
-    bool m_hasLostPieces = false;
-};
-
 /// What threads of the movie and its writer tell; they may hold it longer than the graph lives.
 class ToldProgress : public GPUImageMovieDelegate {
 public:
@@ -152,7 +112,7 @@ public:
 
 class MovieGraph {
 public:
-    MovieGraph(const MovieJob& job, const KeptErrors& errors)
+    MovieGraph(const MovieJob& job, const WritingErrors& errors)
         : m_job(job)
         , m_errors(errors)
         , m_movie(std::make_shared<CutMovie>(job))
@@ -263,11 +223,7 @@ private:
             m_writer->cancelRecording();
             return lost();
         }
-        const WriterControl writing{[this] { return m_writer->error(); }, [this] { m_writer->cancelRecording(); },
-                                    [this](std::function<void()> handler) {
-                                        m_writer->finishRecordingWithCompletionHandler(std::move(handler));
-                                    }};
-        MovieEnd ended = endOf(m_job, m_movie->error(), writing, m_told->progress);
+        MovieEnd ended = endOf(m_job.asset->path(), m_movie->error(), controlOf(m_writer), m_told->progress);
         // Frames that were on their way until then are written by now.
         return ended.code == ExitCode::Good && m_errors.hasLostPieces() ? lost() : ended;
     }
@@ -284,7 +240,7 @@ private:
     }
 
     const MovieJob& m_job;
-    const KeptErrors& m_errors;
+    const WritingErrors& m_errors;
     const DrawingFailures m_failures;
     const std::shared_ptr<ToldProgress> m_told = std::make_shared<ToldProgress>();
     std::shared_ptr<GPUImageMovie> m_movie;
@@ -296,7 +252,7 @@ private:
 
 MovieEnd filterMovie(const MovieJob& job, const std::function<void(double)>& tell)
 {
-    const KeptErrors errors;
+    const WritingErrors errors;
     const MovieEnd end = MovieGraph(job, errors).run(tell);
     if (const std::string first = errors.first(); end.code == ExitCode::Good && !first.empty())
         warn({job.output, first});

@@ -19,11 +19,18 @@ void MovieProgress::finish()
     DispatchQueue::main().async([] {}); // wakes who waits
 }
 
-void MovieProgress::waitFor(const MovieJob& job, const std::function<void(double)>& tell)
+void MovieProgress::wait(const std::function<void()>& meanwhile) const
 {
     constexpr double kPause = 0.1;
-    while (!DispatchQueue::main().runUntil([this] { return m_isOver.load(); }, kPause))
-        tell(share(job));
+    while (!DispatchQueue::main().runUntil([this] { return isOver(); }, kPause)) {
+        if (meanwhile)
+            meanwhile();
+    }
+}
+
+void MovieProgress::waitFor(const MovieJob& job, const std::function<void(double)>& tell) const
+{
+    wait([&] { tell(share(job)); });
 }
 
 double MovieProgress::share(const MovieJob& job) const
@@ -45,8 +52,8 @@ AVAudioSettings soundSettings(const AVAudioTrack& sound)
     return {rate == kRates.end() ? kRates.back() : *rate, channels, kBitsAChannel * channels};
 }
 
-MovieEnd endOf(const MovieJob& job, const std::optional<Error>& reading, const WriterControl& writing,
-               const MovieProgress& progress)
+MovieEnd endOf(const std::string& input, const std::optional<Error>& reading, const WriterControl& writing,
+               const MovieProgress& progress, const std::function<void()>& meanwhile)
 {
     if (const std::optional<Error> failed = writing.error()) {
         writing.cancel();
@@ -54,11 +61,11 @@ MovieEnd endOf(const MovieJob& job, const std::optional<Error>& reading, const W
     }
     if (reading || progress.frames() == 0) {
         writing.cancel();
-        return MovieEnd::failed(reading.value_or(Error{job.asset->path(), "holds no frame there"}), ExitCode::Input);
+        return MovieEnd::failed(reading.value_or(Error{input, "holds no frame there"}), ExitCode::Input);
     }
     MovieProgress finishing;
     writing.finish([&finishing] { finishing.finish(); });
-    finishing.waitFor(job, [](double) {});
+    finishing.wait(meanwhile);
     if (const std::optional<Error> failed = writing.error())
         return MovieEnd::failed(*failed, ExitCode::Output);
     MovieEnd end;

@@ -64,10 +64,12 @@ public:
     /// The work is over, for good or not.
     void finish();
     int frames() const { return m_frames; }
+    bool isOver() const { return m_isOver; }
 
-    /// Waits for `finish` on the main thread, whose queue goes on meanwhile, and tells ten times a second how much of
-    /// the job is done, 0 to 1.
-    void waitFor(const MovieJob& job, const std::function<void(double)>& tell);
+    /// Waits for `finish` on the main thread, whose queue goes on meanwhile, and calls `meanwhile` ten times a second.
+    void wait(const std::function<void()>& meanwhile = {}) const;
+    /// The same, telling how much of the job is done, 0 to 1.
+    void waitFor(const MovieJob& job, const std::function<void(double)>& tell) const;
 
 private:
     double share(const MovieJob& job) const;
@@ -87,9 +89,10 @@ struct WriterControl {
     std::function<void(std::function<void()>)> finish; ///< calls what it is given once the file stands, or can't
 };
 
-/// How a job ends whose frames are all handed over, or that broke off: what failed first is told, and nothing is left
-/// behind then. `reading`: what reading has failed with.
-MovieEnd endOf(const MovieJob& job, const std::optional<Error>& reading, const WriterControl& writing,
-               const MovieProgress& progress);
+/// How a movie ends whose frames are all handed over, or that broke off: what failed first is told, and nothing is left
+/// behind then. `input`: where frames come from; `reading`: what that has failed with; `meanwhile` is called ten times
+/// a second while the file is finished.
+MovieEnd endOf(const std::string& input, const std::optional<Error>& reading, const WriterControl& writing,
+               const MovieProgress& progress, const std::function<void()>& meanwhile = {});
 
 } // namespace lamina
