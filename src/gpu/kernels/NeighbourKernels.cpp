@@ -3,6 +3,7 @@
 #include "platform/base/WorkerPool.h"
 #include "platform/image/pixels/PixelBuffer.h"
 
+#include <cstdint>
 #include <algorithm>
 #include <atomic>
 #include <cmath>
