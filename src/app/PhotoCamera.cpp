@@ -57,36 +57,43 @@ Result<UIImagePickerPhoto> photoOf(Result<UIImage> still)
 
 } // namespace
 
-/// Tells of the first frame, and of each that has another size than the one before.
-class PhotoCamera::CameraView : public GPUImageView {
+/// Tells of the first frame, and of each that is seen in another size than the one before. On the video processing
+/// queue.
+class PhotoCamera::FrameWatch : public GPUImageInput {
 public:
     using Seen = std::function<void(CGSize)>;
-    /// Hears of the frames that follow, on the video processing queue.
-    void watch(Seen seen)
+    explicit FrameWatch(Seen seen)
+        : m_seen(std::move(seen))
     {
-        runSynchronouslyOnVideoProcessingQueue([&] {
-            m_seen = std::move(seen);
-            m_size = {};
-        });
     }
-    void setInputSize(CGSize size, int textureIndex) override
+
+    void newFrameReadyAtTime(const CMTime&, int) override
     {
-        GPUImageView::setInputSize(size, textureIndex);
-        if (size.width <= 0 || size == m_size)
-            return;
-        m_size = size;
-        if (m_seen)
+        const CGSize size = sizeRotatedBy(m_rotation, m_size);
+        if (std::exchange(m_told, size) != size)
             m_seen(size);
     }
+    void setInputFramebuffer(std::shared_ptr<GPUImageFramebuffer>, int) override {}
+    int nextAvailableTextureIndex() const override { return 0; }
+    void setInputSize(CGSize size, int) override { m_size = size; }
+    void setInputRotation(GPUImageRotationMode rotation, int) override { m_rotation = rotation; }
+    CGSize maximumOutputSize() const override { return {}; }
+    void endProcessing() override {}
+    bool shouldIgnoreUpdatesToThisTarget() const override { return false; }
+    bool enabled() const override { return true; }
+    bool wantsMonochromeInput() const override { return false; }
+    void setCurrentlyReceivingMonochromeInput(bool) override {}
 
 private:
     Seen m_seen;
     CGSize m_size;
+    CGSize m_told;
+    GPUImageRotationMode m_rotation = kGPUImageNoRotation;
 };
 
 PhotoCamera::PhotoCamera()
     : m_root(std::make_shared<UIView>(CGRect{0, 0, 360, 480}))
-    , m_seen(std::make_shared<CameraView>())
+    , m_seen(GPUImageView::make())
     , m_still(std::make_shared<UIImageView>())
 {
     m_still->setContentMode(UIViewContentMode::ScaleAspectFit);
@@ -217,13 +224,19 @@ void PhotoCamera::openDevice(const std::shared_ptr<AVCaptureDevice>& device)
     m_camera->setHorizontallyMirrorFrontFacingCamera(true);
     m_camera->followDeviceOrientation();
     m_camera->setEndHandler(onMain([this](const Error& error) { cameraEnded(error); }));
-    m_seen->watch(onMain([this](CGSize size) { frameSeen(size); }));
-    m_camera->addTarget(m_seen);
+    m_watch = std::make_shared<FrameWatch>(onMain([this](CGSize size) { frameSeen(size); }));
+    addViews();
     m_camera->startCameraCapture();
     showStarting();
     waitFor(kFramePatience, [this, name = device->localizedName()] {
         cameraEnded({name, QT_TRANSLATE_NOOP("Lamina", "it gives no picture")});
     });
+}
+
+void PhotoCamera::addViews()
+{
+    m_camera->addTarget(m_seen);
+    m_camera->addTarget(m_watch);
 }
 
 void PhotoCamera::frameSeen(CGSize size)
@@ -258,7 +271,7 @@ void PhotoCamera::takePhoto()
     m_camera->addTarget(still);
     const auto taken = onMain([this](const Result<UIImagePickerPhoto>& photo) { photoTaken(photo); });
     m_camera->capturePhotoAsImageProcessedUpToFilter(
-        still, [taken, expected = DispatchQueue::main().expectWork()](Result<UIImage> image) {
+        still, UIImageOrientation::Up, [taken, expected = DispatchQueue::main().expectWork()](Result<UIImage> image) {
             taken(photoOf(std::move(image)));
         });
 }
@@ -271,7 +284,7 @@ void PhotoCamera::photoTaken(const Result<UIImagePickerPhoto>& photo)
         // The camera goes on, but without what was put into its graph.
         const Error error = photo.error();
         m_camera->removeAllTargets();
-        m_camera->addTarget(m_seen);
+        addViews();
         Shown now = shown();
         now.state = Live;
         show(now);

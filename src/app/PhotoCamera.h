@@ -1,6 +1,7 @@
 #pragma once
 
 #include "gpu/endpoints/GPUImageStillCamera.h"
+#include "gpu/endpoints/GPUImageView.h"
 #include "platform/base/CGGeometry.h"
 #include "platform/base/DispatchQueue.h"
 #include "platform/base/DispatchTimer.h"
@@ -56,7 +57,7 @@ public:
     UIImagePickerPhoto photo() const override { return m_photo; }
 
 private:
-    class CameraView;
+    class FrameWatch;
     /// Why there is nothing to see.
     enum class Trouble { None, NoDevice, Refused, NotOpened, Ended };
 
@@ -64,6 +65,7 @@ private:
     void open();
     void openDevice(const std::shared_ptr<AVCaptureDevice>& device);
     std::shared_ptr<AVCaptureDevice> wantedDevice() const;
+    void addViews();
     void frameSeen(CGSize size);
     void cameraEnded(const Error& error);
     void photoTaken(const Result<UIImagePickerPhoto>& photo);
@@ -89,7 +91,8 @@ private:
     }
 
     std::shared_ptr<UIView> m_root;
-    std::shared_ptr<CameraView> m_seen;
+    std::shared_ptr<GPUImageView> m_seen;
+    std::shared_ptr<FrameWatch> m_watch;
     std::shared_ptr<UIImageView> m_still;
     std::shared_ptr<GPUImageStillCamera> m_camera; ///< null while none is open
     std::string m_deviceID;                        ///< of the one in use, or that was
