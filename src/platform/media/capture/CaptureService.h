@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/base/Result.h"
+#include "platform/media/AVAssetReader.h"
 #include "platform/media/AVCaptureDevice.h"
 
 #include <memory>
@@ -18,7 +19,9 @@ public:
 
     /// Begins, or begins anew, and returns at once. `descriptor`: a connected socket of PipeWire's, as the desktop's
     /// portal gives it, which this owns from now on; -1: the session's own. Each time the devices are other ones,
-    /// `AVCaptureDevice::devicesDidChange` is called; where the service goes away this goes on trying to reach it.
+    /// `AVCaptureDevice::devicesDidChange` is called; where the service goes away this goes on trying to reach it, but
+    /// for one that was reached by a descriptor: whoever gave that asks the portal for another one, which `error`
+    /// tells.
     void start(int descriptor = -1);
     bool isStarted() const;
     /// Lets go of the service: there are no devices any more.
@@ -33,6 +36,11 @@ public:
 
     /// As the source of `AVCaptureDevice` where nobody has to ask the user: starts when devices are first asked for.
     static AVCaptureDevice::Source openSource();
+
+private:
+    struct State;
+    CaptureService();
+    State* m_state;
 };
 
 } // namespace lamina
