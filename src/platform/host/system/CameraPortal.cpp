@@ -3,7 +3,7 @@
 #include "platform/base/DispatchQueue.h"
 #include "platform/base/Log.h"
 #include "platform/host/system/BackgroundWork.h"
-#include "platform/media/CaptureService.h"
+#include "platform/media/capture/CaptureService.h"
 #include "platform/view/MainObserver.h"
 #include "platform/view/UIImagePickerController.h"
 
