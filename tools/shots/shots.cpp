@@ -1,4 +1,5 @@
 // Draws every screen into pictures, for whoever judges the look: lamina_shots FOLDER [WIDTHxHEIGHT...]
+#include "CameraShots.h"
 #include "CollageShots.h"
 #include "OwnHome.h"
 #include "SamplePhotos.h"
@@ -479,6 +480,7 @@ int main(int argc, char** argv)
         shootReopening(options, prefix);
         shootCollages(options, prefix);
         shootPickers(options, prefix);
+        shootCamera(options, prefix);
         QDir(state.path()).removeRecursively();
     }
 }

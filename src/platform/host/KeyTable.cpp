@@ -51,6 +51,8 @@ constexpr std::array kEnds{"Home", "End"};
 constexpr std::array kLetters{"A", "Z"};
 constexpr std::array kMark{"X", "Ctrl+Space", "Ins"};
 constexpr std::array kPreview{"Space"};
+constexpr std::array kShutter{"Space", "Return", "Enter"};
+constexpr std::array kRetake{"R"};
 constexpr std::array kAlbums{"A", "Alt+Down"};
 constexpr std::array kTab{"Tab", "Shift+Tab"};
 constexpr std::array kBack{"Esc", "Back"};
@@ -94,6 +96,10 @@ constexpr std::array kPickerCommands{
     Command{"preview", QT_TRANSLATE_NOOP("Lamina", "Look at a photo"), kPreview, Show::First},
     Command{"albums", QT_TRANSLATE_NOOP("Lamina", "Albums"), kAlbums, Show::First},
 };
+constexpr std::array kCameraCommands{
+    Command{"shutter", QT_TRANSLATE_NOOP("Lamina", "Take a photo"), kShutter, Show::First},
+    Command{"retake", QT_TRANSLATE_NOOP("Lamina", "Take it again"), kRetake, Show::First},
+};
 constexpr std::array kWindowCommands{
     Command{"tab", QT_TRANSLATE_NOOP("Lamina", "Next control"), kTab, Show::First},
     Command{"back", QT_TRANSLATE_NOOP("Lamina", "One step back"), kBack, Show::First},
@@ -109,6 +115,7 @@ constexpr std::array kGroups{
     Group{QT_TRANSLATE_NOOP("Lamina", "Canvas"), kCanvasCommands},
     Group{QT_TRANSLATE_NOOP("Lamina", "Lists"), kListCommands},
     Group{QT_TRANSLATE_NOOP("Lamina", "Choosing photos"), kPickerCommands},
+    Group{QT_TRANSLATE_NOOP("Lamina", "Camera"), kCameraCommands},
     Group{QT_TRANSLATE_NOOP("Lamina", "Windows"), kWindowCommands},
 };
 

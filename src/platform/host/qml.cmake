@@ -1,5 +1,6 @@
 # The screens and their parts, by their paths below src/. All of them stand flat in the module Lamina.
 set(LAMINA_QML_FILES
+    app/CameraScreen.qml
     app/HomeCard.qml
     app/HomeHead.qml
     app/HomeLayout.qml
@@ -8,6 +9,7 @@ set(LAMINA_QML_FILES
     app/ImagePIckingScreen.qml
     app/KeptWorkCard.qml
     app/PinchZoomScreen.qml
+    app/ShutterButton.qml
     app/ZoomRow.qml
     editors/blend/BlendPhotoButtons.qml
     editors/blend/BlendPhotoScreen.qml
