@@ -1,5 +1,6 @@
 // Draws every screen into pictures, for whoever judges the look: lamina_shots FOLDER [WIDTHxHEIGHT...]
 #include "CollageShots.h"
+#include "LiveShots.h"
 #include "OwnHome.h"
 #include "SamplePhotos.h"
 #include "Shooter.h"
@@ -479,6 +480,7 @@ int main(int argc, char** argv)
         shootReopening(options, prefix);
         shootCollages(options, prefix);
         shootPickers(options, prefix);
+        shootLive(options, prefix);
         QDir(state.path()).removeRecursively();
     }
 }
