@@ -31,7 +31,7 @@ GPUImageRotationMode rotationFor(const AVTrackTransform& transform)
 } // namespace
 
 GPUImageMovie::GPUImageMovie()
-    : m_preferredConversion(&kColorConversionMatrix601)
+    : m_upload(kColorConversionMatrix601)
 {
 }
 

@@ -3,9 +3,9 @@
 #include "gpu/core/GPUImageOutput.h"
 #include "gpu/core/GPUImageRotationMode.h"
 #include "gpu/core/GPUVectors.h"
+#include "gpu/endpoints/FrameUpload.h"
 #include "gpu/endpoints/GPUImageSynchronizedWriter.h"
 #include "gpu/endpoints/MoviePacing.h"
-#include "gpu/endpoints/YUVConversionProgram.h"
 #include "platform/base/CMTime.h"
 #include "platform/base/DispatchQueue.h"
 #include "platform/base/Result.h"
@@ -115,11 +115,11 @@ public:
     /// The time of the last frame that was pushed.
     CMTime processingFrameTime() const;
     /// Of the frames that were converted on the device: set anew only when both sides change.
-    int imageBufferWidth() const { return m_imageBufferWidth; }
-    int imageBufferHeight() const { return m_imageBufferHeight; }
+    int imageBufferWidth() const { return m_upload.imageBufferWidth(); }
+    int imageBufferHeight() const { return m_upload.imageBufferHeight(); }
     /// Of the last frame, by its tag and levels.
-    GPUMatrix3x3 preferredConversion() const;
-    bool isFullYUVRange() const { return m_isFullYUVRange; }
+    GPUMatrix3x3 preferredConversion() const { return m_upload.preferredConversion(); }
+    bool isFullYUVRange() const { return m_upload.isFullYUVRange(); }
 
 protected:
     GPUImageMovie();
@@ -165,9 +165,6 @@ private:
     void rememberError(const Error& error);
 
     bool pushFrame(const CMSampleBuffer& sample);
-    std::shared_ptr<GPUImageFramebuffer> framebufferOf(const CVPixelBuffer& frame);
-    std::shared_ptr<GPUImageFramebuffer> uploadedFrame(const CVPixelBuffer& frame) const;
-    std::shared_ptr<GPUImageFramebuffer> convertYUVToRGBOutput(const CVPixelBuffer& frame);
 
     std::string m_url;
     std::shared_ptr<AVPlayerItem> m_playerItem;
@@ -197,12 +194,7 @@ private:
     StopFlag m_passStop; ///< of the pass that is being read, which may be an earlier one that winds up
     std::shared_ptr<MoviePlayerLink> m_playerLink;
 
-    // Touched on the video processing queue.
-    YUVConversionProgram m_yuvConversion;
-    const GPUMatrix3x3* m_preferredConversion;
-    std::atomic<bool> m_isFullYUVRange{false};
-    std::atomic<int> m_imageBufferWidth{0};
-    std::atomic<int> m_imageBufferHeight{0};
+    FrameUpload m_upload;
 
     DispatchQueue m_readingQueue{"com.vx.GPUImage.movieReading"}; ///< last, so that it ends first
 };

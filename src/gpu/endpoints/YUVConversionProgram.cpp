@@ -62,7 +62,8 @@ bool YUVConversionProgram::uploadPlanes(const CVPixelBuffer& frame)
 }
 
 std::shared_ptr<GPUImageFramebuffer> YUVConversionProgram::draw(CGSize size, const GPUMatrix3x3& conversion,
-                                                                const GPUTextureOptions& options)
+                                                                const GPUTextureOptions& options,
+                                                                GPUImageRotationMode rotation)
 {
     const FramebufferHold luminance = std::move(m_luminance);
     const FramebufferHold chrominance = std::move(m_chrominance);
@@ -78,7 +79,7 @@ std::shared_ptr<GPUImageFramebuffer> YUVConversionProgram::draw(CGSize size, con
     glUniformMatrix3fv(m_matrixUniform, 1, GL_FALSE, &conversion.one.one);
     glVertexAttribPointer(m_positionAttribute, 2, GL_FLOAT, GL_FALSE, 0, kGPUImageQuadVertices.data());
     glVertexAttribPointer(m_textureCoordinateAttribute, 2, GL_FLOAT, GL_FALSE, 0,
-                          GPUImageFilter::textureCoordinatesForRotation(kGPUImageNoRotation).data());
+                          GPUImageFilter::textureCoordinatesForRotation(rotation).data());
     glEnableVertexAttribArray(m_positionAttribute);
     glEnableVertexAttribArray(m_textureCoordinateAttribute);
     glDrawArrays(GL_TRIANGLE_STRIP, 0, 4);

@@ -3,6 +3,7 @@
 #include "gpu/core/FramebufferHold.h"
 #include "gpu/core/GLProgram.h"
 #include "gpu/core/GPUImageFramebuffer.h"
+#include "gpu/core/GPUImageRotationMode.h"
 #include "gpu/core/GPUTextureOptions.h"
 #include "gpu/core/GPUVectors.h"
 #include "platform/base/CGGeometry.h"
@@ -22,10 +23,10 @@ public:
 
     /// Brings both planes up to textures of the pool. False when memory is short or there is no device.
     bool uploadPlanes(const CVPixelBuffer& frame);
-    /// Draws what was uploaded last, at `size`, into a framebuffer that comes with a count of the caller's, and lets go
-    /// of the planes. Null where the program can't be had.
+    /// Draws what was uploaded last, turned and at `size`, into a framebuffer that comes with a count of the caller's,
+    /// and lets go of the planes. Null where the program can't be had.
     std::shared_ptr<GPUImageFramebuffer> draw(CGSize size, const GPUMatrix3x3& conversion,
-                                              const GPUTextureOptions& options);
+                                              const GPUTextureOptions& options, GPUImageRotationMode rotation);
 
 private:
     std::shared_ptr<GLProgram> m_program;
