@@ -2,6 +2,7 @@
 
 #include "platform/base/Causes.h"
 #include "platform/media/Clip.h"
+#include "platform/media/FrameLayout_p.h"
 #include "platform/media/MediaModule_p.h"
 
 #include <condition_variable>
@@ -111,8 +112,8 @@ private:
     static constexpr std::size_t kMostFrames = 4;
     static constexpr double kMostSound = 0.5;       ///< seconds
     static constexpr std::size_t kMostPieces = 256; ///< of sound, whatever their times say
-    /// Of the pixels that wait, however few frames they are.
-    static constexpr std::size_t kMostBytes = std::size_t{256} << 20;
+    /// Of the pixels that wait, as soon as they are more than a frame.
+    static constexpr std::size_t kMostBytes = std::size_t{24} << 20;
 
     bool isReading() const { return m_state->status == AVAssetReaderStatus::Reading && !m_cancelled.load(); }
 
@@ -135,9 +136,8 @@ private:
             return m_queue.size() >= kMostPieces ||
                    (!m_queue.empty() &&
                     !((m_queue.back().presentationTime - m_queue.front().presentationTime).seconds() <= kMostSound));
-        const std::size_t bytes =
-            4 * static_cast<std::size_t>(m_request.size.width) * static_cast<std::size_t>(m_request.size.height);
-        return m_queue.size() >= kMostFrames || (!m_queue.empty() && (m_queue.size() + 1) * bytes > kMostBytes);
+        return m_queue.size() >= kMostFrames ||
+               (!m_queue.empty() && (m_queue.size() + 1) * bytesOf(m_queue.back().imageBuffer) > kMostBytes);
     }
 
     void readAhead()

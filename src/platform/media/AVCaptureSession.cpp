@@ -303,21 +303,29 @@ void AVCaptureSession::inputEnded(const std::shared_ptr<AVCaptureDeviceInput>& i
         handler(error);
 }
 
-Outcome AVCaptureSession::setTakesStill(bool takesStill)
+Outcome AVCaptureSession::beginStill()
 {
     const std::scoped_lock configuration(m_configurationMutex);
     {
         const std::scoped_lock lock(m_mutex);
-        m_takesStill = takesStill;
         const bool hasCamera = std::ranges::any_of(
             m_inputs, [](const auto& running) { return running->type() == AVTrackMediaType::Video; });
-        if (takesStill && (!m_running || !hasCamera)) {
-            m_takesStill = false;
+        if (!m_running || !hasCamera)
             return Error{{}, "the camera isn’t running"};
-        }
+        m_takesStill = true;
     }
     applyChanges();
     return success();
+}
+
+void AVCaptureSession::endStill()
+{
+    const std::scoped_lock configuration(m_configurationMutex);
+    {
+        const std::scoped_lock lock(m_mutex);
+        m_takesStill = false;
+    }
+    applyChanges();
 }
 
 } // namespace lamina

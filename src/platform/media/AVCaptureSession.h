@@ -75,8 +75,9 @@ private:
     void start(Running& running, const AVCaptureRequest& request);
     void deliver(const AVCaptureDevice& device, const CMSampleBuffer& sample);
     void inputEnded(const std::shared_ptr<AVCaptureDeviceInput>& input, const Error& error);
-    /// Of a still output: the camera goes to its largest size, or comes back.
-    Outcome setTakesStill(bool takesStill);
+    // Of a still output: the camera goes to its largest size, and comes back.
+    Outcome beginStill();
+    void endStill();
 
     /// Devices are started and stopped under this one alone, so that their handlers may take the other.
     mutable std::recursive_mutex m_configurationMutex;

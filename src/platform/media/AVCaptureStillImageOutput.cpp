@@ -38,7 +38,7 @@ void AVCaptureStillImageOutput::captureStillImageAsynchronously(Completion compl
     const auto self = std::static_pointer_cast<AVCaptureStillImageOutput>(shared_from_this());
     m_queue.async([self] {
         const auto from = self->session();
-        const Outcome begun = from ? from->setTakesStill(true) : Outcome(Error{{}, "the camera isn’t running"});
+        const Outcome begun = from ? from->beginStill() : Outcome(Error{{}, "the camera isn’t running"});
         if (!begun)
             self->finish(begun.error());
     });
@@ -78,7 +78,7 @@ void AVCaptureStillImageOutput::finish(Result<CMSampleBuffer> still)
     if (!isCapturingStillImage())
         return;
     if (const auto from = session())
-        from->setTakesStill(false);
+        from->endStill();
     Completion completion;
     {
         const std::scoped_lock lock(m_mutex);

@@ -3,6 +3,7 @@
 #include "platform/base/Causes.h"
 #include "platform/files/FileReading.h"
 #include "platform/files/FileSizeSignal.h"
+#include "platform/media/FrameLayout_p.h"
 
 #include <chrono>
 #include <cmath>
@@ -16,6 +17,8 @@ namespace lamina {
 namespace {
 
 constexpr std::size_t kMostWaiting = 3;
+/// Of frames that can wait where they come from, as soon as they are more than one.
+constexpr std::size_t kMostBytes = std::size_t{24} << 20;
 
 /// An input may run ahead of another by so many seconds of the movie before it waits for it, and then waits so long:
 /// the file comes out well mixed, and nobody waits for an input that has nothing to give.
@@ -186,7 +189,10 @@ void AssetWriting::setKind(std::size_t input, const MovieWriting::TrackKind& kin
 
 bool AssetWriting::isReady(const Input& input) const
 {
-    return isWriting() && !input.isEnded && input.waiting.size() < kMostWaiting;
+    if (!isWriting() || input.isEnded || input.waiting.size() >= kMostWaiting)
+        return false;
+    return input.kind.realTime || input.waiting.empty() ||
+           (input.waiting.size() + 1) * bytesOf(input.waiting.back().imageBuffer) <= kMostBytes;
 }
 
 bool AssetWriting::isReady(std::size_t input) const

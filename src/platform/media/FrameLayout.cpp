@@ -83,4 +83,16 @@ std::shared_ptr<CVPixelBuffer> laidOut(const std::shared_ptr<CVPixelBuffer>& fra
     return target;
 }
 
+std::size_t bytesOf(const std::shared_ptr<CVPixelBuffer>& frame)
+{
+    if (!frame)
+        return 0;
+    if (frame->pixelFormat() == CVPixelFormat::AsDecoded) // 4:2:0, whose planes only its module knows
+        return static_cast<std::size_t>(frame->size().width) * static_cast<std::size_t>(frame->size().height) * 3 / 2;
+    std::size_t bytes = 0;
+    for (const CVPixelBuffer::Plane& plane : frame->planes())
+        bytes += plane.bytesPerRow * static_cast<std::size_t>(plane.size.height);
+    return bytes;
+}
+
 } // namespace lamina
