@@ -1,5 +1,6 @@
 #include "app/LiveFrames.h"
 
+#include "gpu/core/GPUImageFramebuffer.h"
 #include "gpu/core/VideoProcessingQueue.h"
 
 #include <utility>

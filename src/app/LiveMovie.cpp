@@ -1,5 +1,7 @@
 #include "app/LiveMovie.h"
 
+#include "app/LiveFrames.h"
+#include "gpu/core/GPUImageOutput.h"
 #include "gpu/endpoints/GPUImageMovieWriter.h"
 #include "platform/base/DispatchQueue.h"
 #include "platform/media/CMSampleBuffer.h"

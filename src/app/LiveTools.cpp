@@ -1,6 +1,7 @@
 #include "app/LiveCamera.h"
 #include "app/LiveViewController.h"
 #include "editors/collage/CollageFilters.h"
+#include "editors/common/EditorSlider.h"
 #include "export/ShareSheet.h"
 #include "gpu/core/GPUImageFilter.h"
 #include "gpu/endpoints/GPUImageView.h"

@@ -39,8 +39,8 @@ Rectangle {
             LaminaButton {
                 width: parent.width
                 kind: "quiet"
-                text: qsTranslate("Lamina", "Try again")
-                onClicked: trouble.controller.tryAgain()
+                text: trouble.controller.denied ? qsTranslate("Lamina", "Settings") : qsTranslate("Lamina", "Try again")
+                onClicked: trouble.controller.denied ? trouble.controller.openSettings() : trouble.controller.tryAgain()
             }
             LaminaButton {
                 width: parent.width

@@ -10,7 +10,9 @@
 #include "platform/image/drawing/SquareCrop.h"
 #include "platform/media/AVCaptureDevice.h"
 #include "platform/media/AVCaptureTypes.h"
+#include "platform/photos/PhotoSource.h"
 #include "platform/view/FailureAlert.h"
+#include "platform/view/UIApplication.h"
 #include "platform/view/UIDocumentPickerViewController.h"
 #include "platform/view/UIImageMetaType.h"
 #include "platform/view/UILongPressGestureRecognizer.h"
@@ -39,7 +41,7 @@ constexpr float kGround[] = {0x12 / 255.0F, 0x13 / 255.0F, 0x16 / 255.0F};
 
 std::shared_ptr<GPUImageView> makeView(double side)
 {
-    auto view = std::make_shared<GPUImageView>(CGRect{0, 0, side, side});
+    auto view = GPUImageView::make({0, 0, side, side});
     view->setFillMode(GPUImageFillMode::PreserveAspectRatioAndFill);
     view->setBackgroundColorRed(kGround[0], kGround[1], kGround[2], 1);
     view->setUserInteractionEnabled(false);
@@ -53,6 +55,7 @@ LiveViewController::LiveViewController()
     , m_chain(std::make_shared<LiveChain>(m_frames))
     , m_sliders(liveSliders(m_filters.look))
 {
+    connect(&m_row.thumbnails(), &QAbstractItemModel::dataChanged, this, &LiveViewController::lookPictureChanged);
 }
 
 LiveViewController::~LiveViewController()
@@ -170,6 +173,7 @@ void LiveViewController::switchCamera()
     endClip();
     m_source->stop();
     camera()->chooseAnother();
+    m_thumbnailsDue = true;
     tryAgain();
 }
 
@@ -345,10 +349,12 @@ QString LiveViewController::trouble() const
 {
     if (!m_error)
         return {};
-    std::string text = failureText(*m_error);
-    if (m_denied)
-        text += ' ' + localizedString(QT_TRANSLATE_NOOP("Lamina", "The system’s settings allow it again."));
-    return QString::fromStdString(text);
+    return QString::fromStdString(failureText(*m_error));
+}
+
+void LiveViewController::openSettings()
+{
+    UIApplication::shared().openURL(UIApplicationOpenSettingsURLString);
 }
 
 void LiveViewController::setState(State state)

@@ -6,6 +6,7 @@
 #include "app/LiveFrames.h"
 #include "app/LiveSource.h"
 #include "editors/collage/CollageFilterRow.h"
+#include "editors/collage/CollageFilters.h"
 #include "platform/base/CGGeometry.h"
 #include "platform/base/DispatchTimer.h"
 #include "platform/base/NotificationCenter.h"
@@ -48,6 +49,8 @@ class LiveViewController : public UIViewController, public PhotoReceiver {
     Q_PROPERTY(bool stopped READ isStopped NOTIFY stateChanged FINAL)
     /// What stands in the way, a sentence or two; empty: nothing.
     Q_PROPERTY(QString trouble READ trouble NOTIFY stateChanged FINAL)
+    /// The user has forbidden the camera, and the system's settings allow it again.
+    Q_PROPERTY(bool denied READ isDenied NOTIFY stateChanged FINAL)
     Q_PROPERTY(bool paused READ isPaused NOTIFY runChanged FINAL)
     Q_PROPERTY(bool recording READ isRecording NOTIFY runChanged FINAL)
     /// Times go on: who shows them asks again from time to time, by `tick`.
@@ -95,6 +98,7 @@ public:
     bool isStarting() const { return m_state == Starting; }
     bool isStopped() const { return m_state == Stopped; }
     QString trouble() const;
+    bool isDenied() const { return m_denied; }
     bool isPaused() const { return m_paused; }
     bool isRecording() const { return m_clip != nullptr; }
     bool isTicking() const;
@@ -132,6 +136,7 @@ public:
     void openMovie(const std::string& path);
     /// Starts the source again after something stood in its way.
     Q_INVOKABLE void tryAgain();
+    Q_INVOKABLE void openSettings();
     Q_INVOKABLE void togglePaused();
     /// Plays the movie from there, in seconds, or shows the frame that is there.
     Q_INVOKABLE void seek(double seconds);
