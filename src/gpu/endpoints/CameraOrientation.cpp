@@ -9,8 +9,8 @@ struct Turns {
     GPUImageRotationMode of[4];
 };
 
-constexpr Turns kBackMirrored{{kGPUImageRotateRightFlipVertical, kGPUImageRotate180, kGPUImageFlipVertical,
-                               kGPUImageFlipHorizontal}};
+constexpr Turns kBackMirrored{
+    {kGPUImageRotateRightFlipVertical, kGPUImageRotate180, kGPUImageFlipVertical, kGPUImageFlipHorizontal}};
 constexpr Turns kBack{{kGPUImageRotateRight, kGPUImageRotateLeft, kGPUImageNoRotation, kGPUImageRotate180}};
 constexpr Turns kFrontMirrored{{kGPUImageRotateRightFlipVertical, kGPUImageRotateRightFlipHorizontal,
                                 kGPUImageFlipVertical, kGPUImageFlipHorizontal}};

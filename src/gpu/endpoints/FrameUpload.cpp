@@ -81,9 +81,8 @@ bool FrameUpload::turnsFrames(CVPixelFormat format)
     return format != CVPixelFormat::BGRA || GPUImageContext::usesKernels();
 }
 
-std::shared_ptr<GPUImageFramebuffer> FrameUpload::framebufferOf(const CVPixelBuffer& frame,
-                                                                const GPUTextureOptions& options,
-                                                                GPUImageRotationMode rotation)
+std::shared_ptr<GPUImageFramebuffer>
+FrameUpload::framebufferOf(const CVPixelBuffer& frame, const GPUTextureOptions& options, GPUImageRotationMode rotation)
 {
     const CVPixelFormat format = frame.pixelFormat();
     m_isFullYUVRange = format == CVPixelFormat::BiPlanar420FullRange;
@@ -110,9 +109,8 @@ std::shared_ptr<GPUImageFramebuffer> FrameUpload::framebufferOf(const CVPixelBuf
     return isThere ? framebuffer.release() : nullptr;
 }
 
-std::shared_ptr<GPUImageFramebuffer> FrameUpload::converted(const CVPixelBuffer& frame,
-                                                            const GPUTextureOptions& options,
-                                                            GPUImageRotationMode rotation)
+std::shared_ptr<GPUImageFramebuffer>
+FrameUpload::converted(const CVPixelBuffer& frame, const GPUTextureOptions& options, GPUImageRotationMode rotation)
 {
     // Both have to change, so that a stream that only grows in one direction keeps what was told at its start.
     if (frame.size().width != m_imageBufferWidth && frame.size().height != m_imageBufferHeight) {

@@ -22,8 +22,7 @@ namespace {
 
 constexpr const char* kNotRunning = "the camera isn’t running";
 const std::string kOneAtATime =
-    " (AVFoundationErrorDomain " +
-    std::to_string(GPUImageStillCamera::kMaximumStillImageCaptureRequestsExceeded) + ")";
+    " (AVFoundationErrorDomain " + std::to_string(GPUImageStillCamera::kMaximumStillImageCaptureRequestsExceeded) + ")";
 
 /// The size in which the device can take the frame.
 IntSize fittingSize(IntSize frame)
@@ -159,13 +158,13 @@ void GPUImageStillCamera::beginStill(const FilterChain& filter, const StillHandl
         return handler(Error{{}, kNotRunning}, nullptr);
     if (output->isCapturingStillImage() || m_stillIsUnderWay.exchange(true))
         return handler(Error{{}, "another still is being taken" + kOneAtATime}, nullptr);
-    output->captureStillImageAsynchronously([weak = weakSelf(), filter, handler,
-                                             slot = waitForFrameSlot()](const Result<CMSampleBuffer>& still) mutable {
-        if (const auto camera = weak.lock())
-            camera->finishStill(filter, still, std::move(slot), handler);
-        else
-            handler(still ? Error{{}, cause::kCancelled} : still.error(), nullptr);
-    });
+    output->captureStillImageAsynchronously(
+        [weak = weakSelf(), filter, handler, slot = waitForFrameSlot()](const Result<CMSampleBuffer>& still) mutable {
+            if (const auto camera = weak.lock())
+                camera->finishStill(filter, still, std::move(slot), handler);
+            else
+                handler(still ? Error{{}, cause::kCancelled} : still.error(), nullptr);
+        });
 }
 
 void GPUImageStillCamera::finishStill(const FilterChain& filter, const Result<CMSampleBuffer>& still, FrameSlot slot,

@@ -1,4 +1,5 @@
 #include "gpu/core/GPUImageFramebuffer.h"
+#include "gpu/core/GPUImageInput.h"
 #include "gpu/core/VideoProcessingQueue.h"
 #include "gpu/endpoints/CameraOrientation.h"
 #include "gpu/endpoints/GPUImageVideoCamera.h"

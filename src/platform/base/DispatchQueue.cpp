@@ -242,7 +242,8 @@ DispatchQueue::~DispatchQueue()
 
 void DispatchQueue::async(Block block)
 {
-    m_state->submit(std::move(block));
+    const std::shared_ptr<State> state = m_state; // the block may destroy the queue
+    state->submit(std::move(block));
 }
 
 void DispatchQueue::runSync(const std::function<void()>& body)
