@@ -134,7 +134,7 @@ TEST_F(Refusals, WrongUsageOfAnyCommand)
         {"movie no.mp4 -o out.avi", 2, "out.avi: the name of the output must end in .mp4, .mov or .mkv"},
         {"movie no.mp4 -o -", 2, "-: a movie is a file: name one"},
         {"movie no.mp4 -o out.mp4 --set intensity=1 --filter GPUImageSepiaFilter", 2, "--set: sets a property of the"},
-        {"movie no.mp4 -o out.mp4 --filter GPUImageLookupFilter", 2, "GPUImageLookupFilter: needs 2 pictures; a movie"},
+        {"movie no.mp4 -o out.mp4 --filter GPUImageLookupFilter", 2, "GPUImageLookupFilter: needs 2 pictures; frames"},
         {"movie no.mp4 -o out.mp4 --filter GPUImageSepiaFilter --pipeline no.json", 2,
          "--filter: a pipeline's filters"},
         {"movie no.mp4 -o out.mp4 --from 3 --to 3", 2, "--to: must be later than where the movie begins"},

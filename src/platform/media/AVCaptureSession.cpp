@@ -1,6 +1,8 @@
 #include "platform/media/AVCaptureSession.h"
 
+#include "platform/base/CGGeometry.h"
 #include "platform/base/Causes.h"
+#include "platform/media/AVAssetReader.h"
 
 #include <algorithm>
 #include <utility>

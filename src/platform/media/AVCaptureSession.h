@@ -3,6 +3,7 @@
 #include "platform/base/Result.h"
 #include "platform/media/AVCaptureDevice.h"
 #include "platform/media/AVCaptureOutput.h"
+#include "platform/media/AVCaptureTypes.h"
 #include "platform/media/CMSampleBuffer.h"
 
 #include <functional>

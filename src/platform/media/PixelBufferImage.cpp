@@ -1,79 +1,30 @@
 #include "platform/media/PixelBufferImage.h"
 
+#include "platform/base/CGGeometry.h"
 #include "platform/base/WorkerPool.h"
 #include "platform/image/pixels/CGImage.h"
 #include "platform/image/pixels/PixelBuffer.h"
 #include "platform/image/pixels/PixelKernels.h"
 
 #include <algorithm>
-#include <cmath>
 #include <cstddef>
 #include <cstdint>
-#include <utility>
 
 namespace lamina {
 
-namespace {
-
-/// What red, green and blue take of Y, Cb and Cr, in 65536ths (ITU-R BT.601, BT.709, BT.2020, SMPTE 240M).
-struct YCbCrWeights {
-    int y = 0;
-    int black = 0; ///< of Y
-    int redCr = 0;
-    int greenCb = 0;
-    int greenCr = 0;
-    int blueCb = 0;
-};
-
-std::pair<double, double> lumaOf(YCbCrMatrix matrix)
+YCbCrWeights weightsOf(YCbCrMatrix matrix, bool isFullRange)
 {
     switch (matrix) {
     case YCbCrMatrix::ITU_R_709_2:
-        return {0.2126, 0.0722};
+        return {0.2126, 0.0722, isFullRange};
     case YCbCrMatrix::SMPTE_240M_1995:
-        return {0.212, 0.087};
+        return {0.212, 0.087, isFullRange};
     case YCbCrMatrix::ITU_R_2020:
-        return {0.2627, 0.0593};
+        return {0.2627, 0.0593, isFullRange};
     default:
-        return {0.299, 0.114};
+        return {0.299, 0.114, isFullRange};
     }
 }
-
-YCbCrWeights weightsOf(YCbCrMatrix matrix, bool fullRange)
-{
-    const auto [red, blue] = lumaOf(matrix);
-    const double green = 1 - red - blue;
-    const double scale = fullRange ? 1 : 255.0 / 219;
-    const double chroma = fullRange ? 1 : 255.0 / 224;
-    const auto fixed = [](double value) { return static_cast<int>(std::lround(value * 65536)); };
-    return {fixed(scale),
-            fullRange ? 0 : 16,
-            fixed(2 * (1 - red) * chroma),
-            fixed(-2 * (1 - blue) * blue / green * chroma),
-            fixed(-2 * (1 - red) * red / green * chroma),
-            fixed(2 * (1 - blue) * chroma)};
-}
-
-std::uint8_t clamped(int in65536ths)
-{
-    return static_cast<std::uint8_t>(std::clamp((in65536ths + 32768) >> 16, 0, 255));
-}
-
-void convertRow(const std::uint8_t* luma, const std::uint8_t* chroma, std::size_t width, const YCbCrWeights& of,
-                std::uint8_t* out)
-{
-    for (std::size_t x = 0; x < width; ++x, out += 4) {
-        const int y = (luma[x] - of.black) * of.y;
-        const int cb = chroma[x / 2 * 2] - 128;
-        const int cr = chroma[x / 2 * 2 + 1] - 128;
-        out[0] = clamped(y + cr * of.redCr);
-        out[1] = clamped(y + cb * of.greenCb + cr * of.greenCr);
-        out[2] = clamped(y + cb * of.blueCb);
-        out[3] = 255;
-    }
-}
-
-} // namespace
 
 CGImage imageOfPixelBuffer(const CVPixelBuffer& frame)
 {
@@ -98,7 +49,8 @@ CGImage imageOfPixelBuffer(const CVPixelBuffer& frame)
             const std::uint8_t* const row = first.bytes + y * first.bytesPerRow;
             std::uint8_t* const out = pixels.data() + y * layout.bytesPerRow;
             if (isPlanar)
-                convertRow(row, frame.planes()[1].bytes + y / 2 * frame.planes()[1].bytesPerRow, width, weights, out);
+                kernels::pixelsOfYCbCr(row, frame.planes()[1].bytes + y / 2 * frame.planes()[1].bytesPerRow, width,
+                                       weights, true, out);
             else
                 kernels::reorder(row, width, order, filled, out);
         }
