@@ -44,8 +44,7 @@ protected:
     {
         return shell("rm -f in out.png; mkfifo in; " + before +
                      " '" LAMINA_COMMAND "' op invert -i - -o out.png <in & " + "exec 3>in; sleep 0.5; kill -" +
-                     signal + " $!; cat small.png 2>/dev/null >&3; exec 3>&-; wait $!; echo $?; " +
-                     "ls | grep out.png");
+                     signal + " $!; cat small.png 2>/dev/null >&3; exec 3>&-; wait $!; echo $?; " + "ls | grep out.png");
     }
 
     const std::vector<std::string> m_work = {
@@ -103,8 +102,8 @@ TEST_F(HardTimes, WhatCannotBeSaidIsAFailure)
 {
     for (const std::string line :
          {"--help", "--version", "op --help", "filter -h", "filters --help", "blend --help", "collage --help",
-          "export --help", "movie --help", "stickers --help", "photos --help", "photos list --help", "filters --json",
-          "op --json", "stickers", "op invert -i small.png -o -"}) {
+          "export --help", "movie --help", "capture --help", "stickers --help", "photos --help", "photos list --help",
+          "filters --json", "op --json", "stickers", "op invert -i small.png -o -"}) {
         SCOPED_TRACE(line);
         for (const std::string nowhere : {" >/dev/full", " >&-"}) {
             const CommandResult run = shell("lamina " + line + nowhere);
