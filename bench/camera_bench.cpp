@@ -1,238 +1,170 @@
-// Cameras: what a frame's way into the program costs, when the first one comes (limit: 300 ms), and that neither time
-// nor idleness costs anything: memory after a while beside memory after some frames, processor time while nobody
-// captures (limit: none). LAMINA_BENCH_SECONDS says how long it captures for (default 10).
+#include "GLCalls.h"
+#include "gpu/core/FramebufferHold.h"
+#include "gpu/core/GPUImageContext.h"
+#include "gpu/core/GPUImageInput.h"
+#include "gpu/core/GPUImageStage.h"
+#include "gpu/endpoints/GPUImageVideoCamera.h"
+#include "gpu/filters/FilterCatalogue.h"
+#include "support/BenchCamera.h"
+#include "support/Measuring.h"
 
-#include "PipeWireSession.h"
-#include "TestCameraNode.h"
-#include "platform/image/pixels/PixelBuffer.h"
-#include "platform/media/AVCaptureDevice.h"
-#include "platform/media/capture/CaptureService.h"
-#include "platform/media/capture/RawFrameConversion_p.h"
-
-#include <algorithm>
+#include <atomic>
 #include <benchmark/benchmark.h>
 #include <chrono>
-#include <condition_variable>
-#include <cstdlib>
 #include <ctime>
-#include <fstream>
 #include <memory>
-#include <mutex>
 #include <string>
 #include <thread>
-#include <unistd.h>
 #include <vector>
+
+// A camera in the process through filters, each frame read as a view would. "cores": the processor's time of the whole
+// process, the camera's thread included, over the clock's; "latency_ms": from the camera's handing a frame out to its
+// having been read, the median; "first_ms": from the start to the first frame read, of a camera that gives one at once,
+// the programs' linking included; "lost": frames that were dropped. Each limit follows its figure.
 
 namespace {
 
 using namespace lamina;
-using namespace lamina::test;
+using namespace lamina::bench;
 
-constexpr CVPixelFormat kFormats[] = {CVPixelFormat::BGRA, CVPixelFormat::BiPlanar420FullRange};
-
-CGImage ramp(IntSize size)
-{
-    const auto layout = CGImageLayout::rgba(size.width, size.height, CGImageAlphaInfo::NoneSkipLast);
-    PixelBuffer pixels = PixelBuffer::allocate(layout.byteCount());
-    for (std::size_t i = 0; i < pixels.size(); ++i)
-        pixels.data()[i] = static_cast<std::uint8_t>(i / 64 + i % 4 * 40);
-    return CGImage::make(layout, std::move(pixels));
-}
-
-/// A frame of 1080 rows from one encoding, on one core. `memcpy` is the limit that memory sets: its pixels once.
-void convert(benchmark::State& state)
-{
-    const IntSize size{1920, 1080};
-    const auto encoding = static_cast<RawEncoding>(state.range(0));
-    const CVPixelFormat format = kFormats[state.range(1)];
-    const auto bytes = rawBytesOf(ramp(size), encoding);
-    const std::size_t pixels = std::size_t{1920} * 1080;
-    RawFrame frame;
-    frame.encoding = encoding;
-    frame.size = size;
-    frame.planes[0] = {bytes.data(), bytes.size(), 0};
-    if (encoding == RawEncoding::NV12 || encoding == RawEncoding::I420)
-        frame.planes[1] = {bytes.data() + pixels, bytes.size() - pixels, 0};
-    if (encoding == RawEncoding::I420)
-        frame.planes[2] = {bytes.data() + pixels * 5 / 4, pixels / 4, 0};
-    RawFrameConverter converter;
-    for (auto _ : state)
-        benchmark::DoNotOptimize(converter.converted(frame, format));
-    state.SetLabel(std::string(kRawEncodingNames[static_cast<std::size_t>(encoding)]) +
-                   (state.range(1) == 0 ? " to BGRA" : " to 420f"));
-}
-BENCHMARK(convert)->ArgsProduct({benchmark::CreateDenseRange(0, 11, 1), {0, 1}})->Unit(benchmark::kMillisecond);
-
-void copyOfPixels(benchmark::State& state)
-{
-    const std::vector<char> in(std::size_t{4} * 1920 * 1080, 7);
-    std::vector<char> out(in.size());
-    for (auto _ : state) {
-        std::copy(in.begin(), in.end(), out.begin());
-        benchmark::ClobberMemory();
-    }
-}
-BENCHMARK(copyOfPixels)->Unit(benchmark::kMillisecond);
-
-/// Waits for frames.
-class Frames {
-public:
-    AVCaptureHandlers handlers()
-    {
-        return {[this](const CMSampleBuffer&) {
-                    const std::scoped_lock lock(m_mutex);
-                    ++m_count;
-                    m_came.notify_all();
-                },
-                [](const Error&) {}};
-    }
-    bool waitFor(int count)
-    {
-        std::unique_lock lock(m_mutex);
-        return m_came.wait_for(lock, std::chrono::seconds(20), [&] { return m_count >= count; });
-    }
-    int count()
-    {
-        const std::scoped_lock lock(m_mutex);
-        return m_count;
-    }
-
-private:
-    std::mutex m_mutex;
-    std::condition_variable m_came;
-    int m_count = 0;
-};
-
-/// One session with a camera of each kind for all of the following.
-PipeWireSession& session()
-{
-    static PipeWireSession only;
-    return only;
-}
-
-std::shared_ptr<AVCaptureDevice> cameraNamed(const std::string& name)
-{
-    for (int i = 0; i < 2000; ++i) {
-        for (const auto& each : CaptureService::shared().devices(AVTrackMediaType::Video)) {
-            if (each->uniqueID() == name)
-                return each;
-        }
-        std::this_thread::sleep_for(std::chrono::milliseconds(5));
-    }
-    return nullptr;
-}
-
-/// From starting a camera to its first frame.
-void firstFrame(benchmark::State& state)
-{
-    session();
-    CaptureService::shared().start();
-    const auto camera = cameraNamed("test-camera");
-    if (!camera)
-        return state.SkipWithError("no camera");
-    Frames warm; // until the session's own linking has come up
-    const auto first = camera->makeInput().value();
-    first->start({{640, 480}, 30}, warm.handlers());
-    warm.waitFor(1);
-    first->stop();
-    for (auto _ : state) {
-        Frames frames;
-        const auto input = camera->makeInput().value();
-        const auto begin = std::chrono::steady_clock::now();
-        input->start({{640, 480}, 30}, frames.handlers());
-        if (!frames.waitFor(1))
-            return state.SkipWithError("no frame");
-        state.SetIterationTime(std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count());
-        input->stop();
-    }
-}
-BENCHMARK(firstFrame)->Unit(benchmark::kMillisecond)->UseManualTime()->Iterations(20);
-
-/// From nothing (the module not loaded, no connection) to the list of devices.
-void firstList(benchmark::State& state)
-{
-    session();
-    for (auto _ : state) {
-        CaptureService::shared().start();
-        if (!CaptureService::shared().waitUntilListed(20))
-            return state.SkipWithError("no list");
-    }
-}
-BENCHMARK(firstList)->Unit(benchmark::kMillisecond)->UseRealTime()->Iterations(5);
-
-double residentMegabytes()
-{
-    std::ifstream file("/proc/self/statm");
-    double pages = 0;
-    double resident = 0;
-    file >> pages >> resident;
-    return resident * static_cast<double>(::sysconf(_SC_PAGESIZE)) / (1 << 20);
-}
+constexpr double kSeconds = 4;
 
 double processorSeconds()
 {
-    timespec spent = {};
+    timespec spent{};
     ::clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &spent);
-    return static_cast<double>(spent.tv_sec) + 1e-9 * static_cast<double>(spent.tv_nsec);
+    return static_cast<double>(spent.tv_sec) + static_cast<double>(spent.tv_nsec) / 1e9;
 }
 
-double benchSeconds()
+/// The end of a graph: has each frame drawn to its end.
+class Reader : public GPUImageInput {
+public:
+    std::vector<double> latencies; ///< seconds
+    std::atomic<int> count{0};
+
+    void newFrameReadyAtTime(const CMTime& frameTime, int) override
+    {
+        benchmark::DoNotOptimize(m_framebuffer->hostPixels());
+        m_framebuffer.reset();
+        latencies.push_back(SteadyClock::instance()->now() - frameTime.seconds());
+        ++count;
+    }
+    void setInputFramebuffer(std::shared_ptr<GPUImageFramebuffer> framebuffer, int) override
+    {
+        m_framebuffer.take(std::move(framebuffer));
+    }
+    int nextAvailableTextureIndex() const override { return 0; }
+    void setInputSize(CGSize, int) override {}
+    void setInputRotation(GPUImageRotationMode, int) override {}
+    CGSize maximumOutputSize() const override { return {}; }
+    void endProcessing() override {}
+    bool shouldIgnoreUpdatesToThisTarget() const override { return false; }
+    bool enabled() const override { return true; }
+    bool wantsMonochromeInput() const override { return false; }
+    void setCurrentlyReceivingMonochromeInput(bool) override {}
+
+private:
+    FramebufferHold m_framebuffer;
+};
+
+/// A camera with filters behind it.
+struct Chain {
+    std::shared_ptr<BenchCamera> device;
+    std::shared_ptr<GPUImageVideoCamera> camera;
+    std::vector<std::shared_ptr<GPUImageStage>> filters;
+    std::shared_ptr<Reader> reader = std::make_shared<Reader>();
+
+    Chain(IntSize size, const std::vector<std::string>& names)
+        : device(std::make_shared<BenchCamera>(size, 30))
+        , camera(*GPUImageVideoCamera::make(kAVCaptureSessionPresetHigh, device))
+    {
+        for (const std::string& name : names)
+            filters.push_back(*makeFilter(*filterCatalogue().find(name), {}));
+        camera->addTarget(filters.front());
+        for (std::size_t i = 1; i < filters.size(); ++i)
+            filters[i - 1]->addTarget(filters[i]);
+        filters.back()->addTarget(reader);
+    }
+};
+
+void report(benchmark::State& state, const char* name, double value, double limit)
 {
-    const char* const told = std::getenv("LAMINA_BENCH_SECONDS");
-    return told ? std::atof(told) : 10;
+    state.counters[name] = value;
+    state.counters[std::string(name) + "_limit"] = limit;
 }
 
-/// Frames of 1280 × 720 in YUY2 (0) or MJPG (1) at 30 a second: processor time a second, with the test's camera's own,
-/// and how memory grows.
-void capturing(benchmark::State& state)
+/// How frames come into the graph.
+enum class Way {
+    InMemory, ///< as they come
+    Turned,   ///< as of a phone that is held upright
+    Drawn,    ///< the device draws, and converts
+};
+
+void live(benchmark::State& state, IntSize size, const std::vector<std::string>& names, Way way, double coresLimit)
 {
-    session();
-    CaptureService::shared().start();
-    const bool isFile = state.range(0) == 1;
-    const std::string name = isFile ? "files" : "pairs";
-    TestCameraNode node({.name = name,
-                         .encoding = isFile ? RawEncoding::MJPG : RawEncoding::YUY2,
-                         .sizes = {{1280, 720}},
-                         .picture = ramp({1280, 720})});
-    const auto camera = cameraNamed(name);
-    if (!camera)
-        return state.SkipWithError("no camera");
-    Frames frames;
-    const auto input = camera->makeInput().value();
-    input->start({{1280, 720}, 30, CVPixelFormat::BiPlanar420FullRange}, frames.handlers());
+    GPUImageContext::setUsesKernels(way != Way::Drawn);
     for (auto _ : state) {
-        if (!frames.waitFor(30))
-            return state.SkipWithError("no frames");
+        Chain chain(size, names);
+        chain.camera->setCaptureAsYUV(way == Way::Drawn);
+        if (way == Way::Turned)
+            chain.camera->setOutputImageOrientation(UIInterfaceOrientation::Portrait);
+        const double began = SteadyClock::instance()->now();
+        chain.camera->startCameraCapture();
+        while (chain.reader->count == 0)
+            std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        const double first = SteadyClock::instance()->now() - began;
+        std::this_thread::sleep_for(std::chrono::milliseconds(300)); // warm
+        const double spent = processorSeconds();
+        const int given = chain.device->given();
+        const int read = chain.reader->count;
+        const double taken = seconds([] { std::this_thread::sleep_for(std::chrono::duration<double>(kSeconds)); });
+        report(state, "cores", (processorSeconds() - spent) / taken, coresLimit);
+        report(state, "lost", chain.device->given() - given - (chain.reader->count - read), 1);
+        chain.camera->stopCameraCapture();
+        report(state, "latency_ms", 1000 * median(chain.reader->latencies), 1000.0 / 30);
+        report(state, "first_ms", 1000 * first, 300);
+    }
+    GPUImageContext::setUsesKernels(true);
+}
+
+/// Frames as fast as they go; 18,000 are ten minutes'.
+void many(benchmark::State& state, bool asYUV, int frames)
+{
+    GPUImageContext::setUsesKernels(!asYUV);
+    for (auto _ : state) {
+        Chain chain({640, 480}, {"GPUImageSepiaFilter", "GPUImageSaturationFilter"});
+        CMSampleBuffer sample;
+        sample.imageBuffer = noiseFrame({640, 480}, asYUV ? CVPixelFormat::BiPlanar420VideoRange : CVPixelFormat::BGRA);
+        const auto push = [&](int count) {
+            for (int i = 0; i < count; ++i) {
+                sample.presentationTime = CMTime::make(i, 30);
+                chain.camera->processVideoSampleBuffer(sample);
+            }
+            chain.reader->latencies.clear();
+        };
+        push(600);
         const double memory = residentMegabytes();
-        const double processor = processorSeconds();
-        const int count = frames.count();
-        const double seconds = benchSeconds();
-        std::this_thread::sleep_for(std::chrono::duration<double>(seconds));
-        state.counters["cores"] = (processorSeconds() - processor) / seconds;
-        state.counters["frames/s"] = (frames.count() - count) / seconds;
-        state.counters["grown MB"] = residentMegabytes() - memory;
+        const test::GLCalls calls = test::glCallsSoFar();
+        push(frames);
+        report(state, "grown_MB", residentMegabytes() - memory, 1);
+        report(state, "gl_objects", (test::glCallsSoFar() - calls).objectsMade(), 0);
     }
-    input->stop();
+    GPUImageContext::setUsesKernels(true);
 }
-BENCHMARK(capturing)->Arg(0)->Arg(1)->Iterations(1)->UseRealTime();
 
-/// Nobody captures; the service is connected, or (1) waits for one that is gone.
-void idle(benchmark::State& state)
-{
-    session().start();
-    CaptureService::shared().start();
-    CaptureService::shared().waitUntilListed(20);
-    if (state.range(0) == 1)
-        session().stop();
-    std::this_thread::sleep_for(std::chrono::seconds(1));
-    for (auto _ : state) {
-        const double processor = processorSeconds();
-        const double seconds = benchSeconds();
-        std::this_thread::sleep_for(std::chrono::duration<double>(seconds));
-        state.counters["ms/s"] = 1000 * (processorSeconds() - processor) / seconds;
-    }
-}
-BENCHMARK(idle)->Arg(0)->Arg(1)->Iterations(1)->UseRealTime();
+const std::vector<std::string> kTwo{"GPUImageSepiaFilter", "GPUImageSaturationFilter"};
+
+const std::vector<std::string> kSepia{"GPUImageSepiaFilter"};
+constexpr IntSize kVGA{640, 480};
+constexpr IntSize kHD{1280, 720};
+
+BENCHMARK_CAPTURE(live, vga_two_filters, kVGA, kTwo, Way::InMemory, 0.5)->Iterations(1)->UseRealTime();
+BENCHMARK_CAPTURE(live, vga_two_filters_turned, kVGA, kTwo, Way::Turned, 0.5)->Iterations(1)->UseRealTime();
+BENCHMARK_CAPTURE(live, vga_two_filters_drawn, kVGA, kTwo, Way::Drawn, 2)->Iterations(1)->UseRealTime();
+BENCHMARK_CAPTURE(live, hd_sepia, kHD, kSepia, Way::InMemory, 2)->Iterations(1)->UseRealTime();
+BENCHMARK_CAPTURE(live, hd_sepia_drawn, kHD, kSepia, Way::Drawn, 2)->Iterations(1)->UseRealTime();
+BENCHMARK_CAPTURE(many, in_memory, false, 18000)->Iterations(1)->Unit(benchmark::kSecond)->UseRealTime();
+BENCHMARK_CAPTURE(many, drawn, true, 3000)->Iterations(1)->Unit(benchmark::kSecond)->UseRealTime();
 
 } // namespace
 
