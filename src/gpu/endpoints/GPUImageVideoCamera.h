@@ -221,6 +221,7 @@ private:
     // On the video processing queue.
     FrameUpload m_upload;
     GPUImageRotationMode m_rotation = kGPUImageNoRotation;
+    bool m_couldShow = true;
     int m_numberOfFramesCaptured = 0;
     double m_totalFrameTimeDuringCapture = 0;
 };

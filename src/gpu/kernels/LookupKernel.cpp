@@ -6,6 +6,7 @@
 
 #include <cmath>
 #include <cstddef>
+#include <cstdint>
 #include <cstring>
 
 #undef HWY_TARGET_INCLUDE
@@ -14,6 +15,7 @@
 #include <hwy/highway.h>
 
 #include "gpu/kernels/PixelLanes_p.h"
+#include "gpu/kernels/PixelParts_p.h"
 
 #ifndef LAMINA_LOOKUP_KERNEL_TYPES
 #define LAMINA_LOOKUP_KERNEL_TYPES
@@ -76,28 +78,6 @@ void LookupRow(const std::uint8_t* in, std::size_t pixels, const std::uint32_t* 
 
 namespace hn = hwy::HWY_NAMESPACE;
 
-using Pairs = hn::Repartition<std::int16_t, Pixels>;
-
-/// Numbers of 16 bits with seven bits behind the point: red and blue, green and alpha.
-struct Parts {
-    hn::Vec<Pairs> redBlue;
-    hn::Vec<Pairs> greenAlpha;
-};
-
-HWY_INLINE Parts partsOf(hn::Vec<Pixels> rgba)
-{
-    const auto mask = hn::Set(Pixels(), 0x7F807F80);
-    return {hn::BitCast(Pairs(), hn::And(hn::ShiftLeft<7>(rgba), mask)),
-            hn::BitCast(Pairs(), hn::And(hn::ShiftRight<1>(rgba), mask))};
-}
-
-/// `share` has 15 bits behind the point.
-HWY_INLINE Parts mixed(const Parts& from, const Parts& to, hn::Vec<Pairs> share)
-{
-    return {hn::Add(from.redBlue, hn::MulFixedPoint15(hn::Sub(to.redBlue, from.redBlue), share)),
-            hn::Add(from.greenAlpha, hn::MulFixedPoint15(hn::Sub(to.greenAlpha, from.greenAlpha), share))};
-}
-
 /// Where a channel lies in the cube.
 struct Place {
     hn::Vec<Pixels> entry;
@@ -120,8 +100,6 @@ void LookupRow(const std::uint8_t* in, std::size_t pixels, const std::uint32_t* 
                std::uint8_t* out)
 {
     const auto part = hn::Set(Pairs(), static_cast<std::int16_t>(share & 0x7FFF));
-    const auto half = hn::Set(Pairs(), std::int16_t{64});
-    const auto bytes = hn::Set(Pixels(), 0x00FF00FF);
     forPixels(pixels, [&](std::size_t at, auto lanes) HWY_ATTR {
         const auto rgba = loadRGBA(in + at, lanes);
         const Place red = placeOf<0>(rgba);
@@ -139,11 +117,9 @@ void LookupRow(const std::uint8_t* in, std::size_t pixels, const std::uint32_t* 
         Parts look = mixed(lower, upper, blue.share);
         if (share < 0x8000)
             look = mixed(partsOf(rgba), look, part);
-        const auto redBlue = hn::BitCast(Pixels(), hn::ShiftRight<7>(hn::Add(look.redBlue, half)));
-        const auto greenAlpha = hn::BitCast(Pixels(), hn::ShiftRight<7>(hn::Add(look.greenAlpha, half)));
-        const auto onlyGreen = hn::And(hn::ShiftLeft<8>(greenAlpha), hn::Set(Pixels(), 0xFF00));
+        const auto colors = hn::And(rgbaOf(look), hn::Set(Pixels(), 0x00FFFFFF));
         const auto alpha = hn::And(rgba, hn::Set(Pixels(), 0xFF000000));
-        storeRGBA(hn::Or(hn::And(redBlue, bytes), hn::Or(onlyGreen, alpha)), out + at, lanes);
+        storeRGBA(hn::Or(colors, alpha), out + at, lanes);
     });
 }
 

@@ -45,6 +45,13 @@ void glGenFramebuffers(GLsizei n, GLuint* framebuffers)
     real(n, framebuffers);
 }
 
+void glGenRenderbuffers(GLsizei n, GLuint* renderbuffers)
+{
+    static const auto real = driver(&glGenRenderbuffers, "glGenRenderbuffers");
+    calls.objects += n;
+    real(n, renderbuffers);
+}
+
 GLuint glCreateShader(GLenum type)
 {
     static const auto real = driver(&glCreateShader, "glCreateShader");

@@ -5,7 +5,7 @@ namespace lamina::test {
 /// Calls of GL that make objects, counted for the whole program. Made in between by this program's own
 /// functions of GL's names, which the linker prefers.
 struct GLCalls {
-    int objects = 0; ///< textures, framebuffers, shaders and programs
+    int objects = 0; ///< textures, framebuffers, renderbuffers, shaders and programs
     int programs = 0;
     int uploads = 0; ///< glTexImage2D
     int fills = 0;   ///< glTexSubImage2D, which makes nothing
