@@ -25,7 +25,7 @@ CGImage view(bool upright)
     const auto photo = loadUpright(PhotoSource::fromFile(LAMINA_SAMPLES "/aurora-lake.jpg"), {});
     if (!photo)
         return {};
-    const int width = photo->pixelSize().width, height = photo->pixelSize().height;
+    const int height = photo->pixelSize().height;
     if (!upright)
         return photo->cgImage();
     const int narrow = height * 3 / 4;
