@@ -108,7 +108,8 @@ public:
     {
         runSynchronouslyOnVideoProcessingQueue([&] {
             const CGSize size{double(m_picture.width()), double(m_picture.height())};
-            const auto framebuffer = GPUImageContext::sharedFramebufferCache().fetchFramebufferForSize(size, {}, true);
+            const auto framebuffer =
+                GPUImageContext::sharedFramebufferCache().fetchFramebufferForSize(size, {}, true);
             std::memcpy(framebuffer->hostPixelsToWrite(), m_picture.bytes().data(), m_picture.bytes().size());
             pushToTargets({.framebuffer = framebuffer, .size = size, .givesUpCount = true});
         });

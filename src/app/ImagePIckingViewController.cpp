@@ -36,7 +36,8 @@ bool cameraIsThere()
 ImagePIckingViewController::ImagePIckingViewController()
     : m_selectImage(backdropName())
     , m_cameraAvailable(cameraIsThere())
-    , m_camerasObserver(observeOnMain(kAVCaptureDevicesDidChangeNotification, *this, [this] { lookForCamera(); }))
+    , m_camerasObserver(
+          observeOnMain(kAVCaptureDevicesDidChangeNotification, *this, [this] { lookForCamera(); }))
 {
 }
 

@@ -8,13 +8,13 @@
 #include "platform/base/Localization.h"
 #include "platform/image/codecs/PictureEncoding.h"
 #include "platform/image/codecs/PictureFormats.h"
-#include "platform/image/pixels/UIImage.h"
-#include "platform/media/AVCaptureTypes.h"
 #include "platform/view/FailureAlert.h"
 #include "platform/view/MainObserver.h"
 #include "platform/view/UIApplication.h"
-#include "platform/view/UIImagePickerController.h"
+#include "platform/image/pixels/UIImage.h"
+#include "platform/media/AVCaptureTypes.h"
 #include "platform/view/UIViewAutoresizing.h"
+#include "platform/view/UIImagePickerController.h"
 
 #include <algorithm>
 #include <atomic>
@@ -48,8 +48,8 @@ Result<UIImagePickerPhoto> photoOf(Result<UIImage> still)
         return still.error();
     const std::string name = localizedString(QT_TRANSLATE_NOOP("Lamina", "camera photo"));
     UIImage image = still->upright();
-    Result<std::vector<std::uint8_t>> file = encodePicture(image.cgImage(), *pictureFormatForFileName("photo.jpg"),
-                                                           name, {.quality = PhotoCamera::kQuality});
+    Result<std::vector<std::uint8_t>> file =
+        encodePicture(image.cgImage(), *pictureFormatForFileName("photo.jpg"), name, {.quality = PhotoCamera::kQuality});
     if (!file)
         return file.error();
     return UIImagePickerPhoto{std::move(image), PhotoSource::fromBytes(*std::move(file), name)};
@@ -103,7 +103,8 @@ PhotoCamera::PhotoCamera()
         layer->setAutoresizingMask(allOfTheParent());
         m_root->addSubview(layer);
     }
-    m_devicesObserver = observeOnMain(kAVCaptureDevicesDidChangeNotification, *this, [this] { devicesChanged(); });
+    m_devicesObserver =
+        observeOnMain(kAVCaptureDevicesDidChangeNotification, *this, [this] { devicesChanged(); });
 }
 
 PhotoCamera::~PhotoCamera()
@@ -174,7 +175,8 @@ void PhotoCamera::begin()
     };
     if (AVCaptureDevice::videoAuthorizationStatus() == AVAuthorizationStatus::Authorized)
         return open();
-    showStarting(localizedString(QT_TRANSLATE_NOOP("Lamina", "Your system asks whether Lamina may use the camera.")));
+    showStarting(
+        localizedString(QT_TRANSLATE_NOOP("Lamina", "Your system asks whether Lamina may use the camera.")));
     AVCaptureDevice::requestVideoAccess(onMain(answered));
 }
 
@@ -201,7 +203,8 @@ void PhotoCamera::open()
     }
     // The first use of the graph loads a driver; the screen is not to stand still meanwhile.
     runAsynchronouslyOnVideoProcessingQueue(
-        [opened = onMain([this, device] { openDevice(device); }), expected = DispatchQueue::main().expectWork()] {
+        [opened = onMain([this, device] { openDevice(device); }),
+         expected = DispatchQueue::main().expectWork()] {
             GPUImageContext::useImageProcessingContext();
             opened();
         });
@@ -316,8 +319,8 @@ void PhotoCamera::switchCamera()
     if (state() == Taking || state() == Taken || devices.size() < 2)
         return;
     const auto present = std::ranges::find(devices, m_deviceID, &AVCaptureDevice::uniqueID);
-    const auto next =
-        present == devices.end() || std::next(present) == devices.end() ? devices.begin() : std::next(present);
+    const auto next = present == devices.end() || std::next(present) == devices.end() ? devices.begin()
+                                                                                        : std::next(present);
     m_deviceID = (*next)->uniqueID();
     begin();
 }

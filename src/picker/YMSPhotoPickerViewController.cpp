@@ -16,7 +16,8 @@ YMSPhotoPickerViewController::YMSPhotoPickerViewController()
     connect(&m_bar.topConstraint(), &AnimatedProperty::valueChanged, this,
             &YMSPhotoPickerViewController::barOffsetChanged);
     connect(&m_bar.alpha(), &AnimatedProperty::valueChanged, this, &YMSPhotoPickerViewController::barAlphaChanged);
-    m_camerasObserver = observeOnMain(kAVCaptureDevicesDidChangeNotification, *this, [this] { camerasChanged(); });
+    m_camerasObserver =
+        observeOnMain(kAVCaptureDevicesDidChangeNotification, *this, [this] { camerasChanged(); });
 }
 
 YMSPhotoPickerViewController::~YMSPhotoPickerViewController() = default;

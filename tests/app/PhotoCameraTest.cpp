@@ -204,8 +204,8 @@ TEST_F(PhotoCameraTest, TellsWhyThereIsNothingToSee)
     } table[] = {
         {Status::Denied, Status::Denied, true, true, "Allow camera access?|Need your permission to take a photo", true,
          true},
-        {Status::NotDetermined, Status::Denied, true, true, "Allow camera access?|Need your permission to take a photo",
-         true, true},
+        {Status::NotDetermined, Status::Denied, true, true,
+         "Allow camera access?|Need your permission to take a photo", true, true},
         {Status::Authorized, Status::Authorized, false, true, "No camera|Plug one in, and it goes on here.", false,
          false},
         {Status::Authorized, Status::Authorized, true, false,

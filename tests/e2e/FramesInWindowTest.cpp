@@ -1,6 +1,6 @@
 // A graph's frames in a window: each is seen, and those that nobody can see cost nothing.
-#include "EventPump.h"
 #include "FrameSource.h"
+#include "EventPump.h"
 #include "TestPictures.h"
 #include "gpu/endpoints/GPUImageView.h"
 #include "platform/base/CMTime.h"

@@ -43,9 +43,7 @@ protected:
                     started = descriptor;
                     lost = false;
                 },
-                [this] { return lost; },
-                devices,
-                {[] { return Status::Authorized; }, {}, devices}};
+                [this] { return lost; }, devices, {[] { return Status::Authorized; }, {}, devices}};
     }
     static bool isAvailable()
     {
@@ -85,8 +83,8 @@ TEST_F(Cameras, AreAskedForAtThePortalAndComeByItsConnection)
     portal.setCamera(false, ends[1]);
     begin();
     int changes = 0;
-    const auto observer = NotificationCenter::defaultCenter().addObserver(kAVCaptureDevicesDidChangeNotification,
-                                                                          [&](const Notification&) { ++changes; });
+    const auto observer = NotificationCenter::defaultCenter().addObserver(
+        kAVCaptureDevicesDidChangeNotification, [&](const Notification&) { ++changes; });
     ASSERT_TRUE(runUntil([&] { return changes > 0; })); // the portal has answered
     EXPECT_TRUE(is(Status::NotDetermined, false, 0));
     portal.setCamera(true, ends[1]);

@@ -39,10 +39,11 @@ void callPortal(const QDBusConnection& bus, const QDBusMessage& call, QObject* o
                 std::function<void(const QDBusMessage&)> handler)
 {
     auto* const watcher = new QDBusPendingCallWatcher(bus.asyncCall(call), object);
-    QObject::connect(watcher, &QDBusPendingCallWatcher::finished, object, [watcher, handler = std::move(handler)] {
-        handler(watcher->reply());
-        watcher->deleteLater();
-    });
+    QObject::connect(watcher, &QDBusPendingCallWatcher::finished, object,
+                     [watcher, handler = std::move(handler)] {
+                         handler(watcher->reply());
+                         watcher->deleteLater();
+                     });
 }
 
 } // namespace
@@ -215,11 +216,8 @@ void CameraPortal::ask()
     if (road == Known::Direct || m_known->presentStatus() == AVAuthorizationStatus::Authorized)
         return settle(AVAuthorizationStatus::Authorized);
     m_asking = true;
-    m_request.ask(
-        [] {
-            return PortalCall{QStringLiteral("Camera"), QStringLiteral("AccessCamera"), {}, {}};
-        },
-        [this](const PortalAnswer& answer) { answered(answer); });
+    m_request.ask([] { return PortalCall{QStringLiteral("Camera"), QStringLiteral("AccessCamera"), {}, {}}; },
+                  [this](const PortalAnswer& answer) { answered(answer); });
 }
 
 void CameraPortal::answered(const PortalAnswer& answer)

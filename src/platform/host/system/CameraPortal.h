@@ -5,8 +5,8 @@
 #include "platform/host/system/Portal.h"
 #include "platform/host/system/PortalRequest.h"
 #include "platform/media/AVAssetReader.h"
-#include "platform/media/AVCaptureDevice.h"
 #include "platform/media/AVCaptureTypes.h"
+#include "platform/media/AVCaptureDevice.h"
 
 #include <QDBusConnection>
 #include <QDBusMessage>
@@ -46,7 +46,8 @@ public:
     /// `CaptureService`.
     static Service pipeWire();
 
-    explicit CameraPortal(BusConnector connector = sessionBus, Service service = pipeWire(), QObject* parent = nullptr);
+    explicit CameraPortal(BusConnector connector = sessionBus, Service service = pipeWire(),
+                          QObject* parent = nullptr);
     /// There are no cameras any more. Waits for a connection to the bus that is just being made: Qt's own end must not
     /// overtake it.
     ~CameraPortal() override;
