@@ -1,190 +1,238 @@
-// Cameras: what the time until the first frame, the graph and `lamina capture` cost with the camera of a PipeWire that
-// belongs to this program. LAMINA_CAPTURE_SECONDS says how long each recording is (5): 600 for ten minutes of one.
+// Cameras: what a frame's way into the program costs, when the first one comes (limit: 300 ms), and that neither time
+// nor idleness costs anything: memory after a while beside memory after some frames, processor time while nobody
+// captures (limit: none). LAMINA_BENCH_SECONDS says how long it captures for (default 10).
 
-#include "CommandRunner.h"
 #include "PipeWireSession.h"
-#include "ProcessUsage.h"
-#include "gpu/core/GPUImageFilter.h"
-#include "gpu/endpoints/GPUImageVideoCamera.h"
-#include "gpu/filters/color/GPUImageBrightnessFilter.h"
-#include "gpu/filters/color/GPUImageSepiaFilter.h"
+#include "TestCameraNode.h"
+#include "platform/image/pixels/PixelBuffer.h"
 #include "platform/media/AVCaptureDevice.h"
-#include "platform/media/AVCaptureOutput.h"
-#include "platform/media/AVCaptureSession.h"
-#include "platform/media/CMSampleBuffer.h"
 #include "platform/media/capture/CaptureService.h"
+#include "platform/media/capture/RawFrameConversion_p.h"
 
-#include <atomic>
+#include <algorithm>
 #include <benchmark/benchmark.h>
 #include <chrono>
+#include <condition_variable>
 #include <cstdlib>
-#include <future>
+#include <ctime>
+#include <fstream>
 #include <memory>
-#include <nlohmann/json.hpp>
+#include <mutex>
 #include <string>
-#include <sys/resource.h>
 #include <thread>
+#include <unistd.h>
 #include <vector>
 
 namespace {
 
 using namespace lamina;
-using Clock = std::chrono::steady_clock;
+using namespace lamina::test;
 
-double secondsSince(Clock::time_point begin)
+constexpr CVPixelFormat kFormats[] = {CVPixelFormat::BGRA, CVPixelFormat::BiPlanar420FullRange};
+
+CGImage ramp(IntSize size)
 {
-    return std::chrono::duration<double>(Clock::now() - begin).count();
+    const auto layout = CGImageLayout::rgba(size.width, size.height, CGImageAlphaInfo::NoneSkipLast);
+    PixelBuffer pixels = PixelBuffer::allocate(layout.byteCount());
+    for (std::size_t i = 0; i < pixels.size(); ++i)
+        pixels.data()[i] = static_cast<std::uint8_t>(i / 64 + i % 4 * 40);
+    return CGImage::make(layout, std::move(pixels));
 }
 
-double recordingSeconds()
+/// A frame of 1080 rows from one encoding, on one core. `memcpy` is the limit that memory sets: its pixels once.
+void convert(benchmark::State& state)
 {
-    const char* const told = std::getenv("LAMINA_CAPTURE_SECONDS");
-    return told ? std::atof(told) : 5;
+    const IntSize size{1920, 1080};
+    const auto encoding = static_cast<RawEncoding>(state.range(0));
+    const CVPixelFormat format = kFormats[state.range(1)];
+    const auto bytes = rawBytesOf(ramp(size), encoding);
+    const std::size_t pixels = std::size_t{1920} * 1080;
+    RawFrame frame;
+    frame.encoding = encoding;
+    frame.size = size;
+    frame.planes[0] = {bytes.data(), bytes.size(), 0};
+    if (encoding == RawEncoding::NV12 || encoding == RawEncoding::I420)
+        frame.planes[1] = {bytes.data() + pixels, bytes.size() - pixels, 0};
+    if (encoding == RawEncoding::I420)
+        frame.planes[2] = {bytes.data() + pixels * 5 / 4, pixels / 4, 0};
+    RawFrameConverter converter;
+    for (auto _ : state)
+        benchmark::DoNotOptimize(converter.converted(frame, format));
+    state.SetLabel(std::string(kRawEncodingNames[static_cast<std::size_t>(encoding)]) +
+                   (state.range(1) == 0 ? " to BGRA" : " to 420f"));
 }
+BENCHMARK(convert)->ArgsProduct({benchmark::CreateDenseRange(0, 11, 1), {0, 1}})->Unit(benchmark::kMillisecond);
 
-/// Null where PipeWire can't be started.
-std::shared_ptr<AVCaptureDevice> camera(benchmark::State& state)
+void copyOfPixels(benchmark::State& state)
 {
-    AVCaptureDevice::setSource(CaptureService::openSource());
-    CaptureService::shared().start();
-    CaptureService::shared().waitUntilListed(10);
-    std::shared_ptr<AVCaptureDevice> first = AVCaptureDevice::defaultVideoDevice();
-    if (!first)
-        state.SkipWithError("there is no camera");
-    return first;
-}
-
-class FirstFrame : public AVCaptureSampleBufferDelegate {
-public:
-    void captureOutput(AVCaptureOutput&, const CMSampleBuffer&) override
-    {
-        if (!m_hasCome.exchange(true))
-            m_come.set_value();
+    const std::vector<char> in(std::size_t{4} * 1920 * 1080, 7);
+    std::vector<char> out(in.size());
+    for (auto _ : state) {
+        std::copy(in.begin(), in.end(), out.begin());
+        benchmark::ClobberMemory();
     }
-    void wait() { m_come.get_future().wait(); }
+}
+BENCHMARK(copyOfPixels)->Unit(benchmark::kMillisecond);
+
+/// Waits for frames.
+class Frames {
+public:
+    AVCaptureHandlers handlers()
+    {
+        return {[this](const CMSampleBuffer&) {
+                    const std::scoped_lock lock(m_mutex);
+                    ++m_count;
+                    m_came.notify_all();
+                },
+                [](const Error&) {}};
+    }
+    bool waitFor(int count)
+    {
+        std::unique_lock lock(m_mutex);
+        return m_came.wait_for(lock, std::chrono::seconds(20), [&] { return m_count >= count; });
+    }
+    int count()
+    {
+        const std::scoped_lock lock(m_mutex);
+        return m_count;
+    }
 
 private:
-    std::atomic<bool> m_hasCome{false};
-    std::promise<void> m_come;
+    std::mutex m_mutex;
+    std::condition_variable m_came;
+    int m_count = 0;
 };
 
-/// From the start of the stream. Limit: 300 ms.
+/// One session with a camera of each kind for all of the following.
+PipeWireSession& session()
+{
+    static PipeWireSession only;
+    return only;
+}
+
+std::shared_ptr<AVCaptureDevice> cameraNamed(const std::string& name)
+{
+    for (int i = 0; i < 2000; ++i) {
+        for (const auto& each : CaptureService::shared().devices(AVTrackMediaType::Video)) {
+            if (each->uniqueID() == name)
+                return each;
+        }
+        std::this_thread::sleep_for(std::chrono::milliseconds(5));
+    }
+    return nullptr;
+}
+
+/// From starting a camera to its first frame.
 void firstFrame(benchmark::State& state)
 {
-    const test::PipeWireSession pipewire(test::PipeWireSession::Camera);
-    const std::shared_ptr<AVCaptureDevice> device = camera(state);
+    session();
+    CaptureService::shared().start();
+    const auto camera = cameraNamed("test-camera");
+    if (!camera)
+        return state.SkipWithError("no camera");
+    Frames warm; // until the session's own linking has come up
+    const auto first = camera->makeInput().value();
+    first->start({{640, 480}, 30}, warm.handlers());
+    warm.waitFor(1);
+    first->stop();
     for (auto _ : state) {
-        if (!device)
-            break;
-        const auto session = std::make_shared<AVCaptureSession>();
-        const auto output = std::make_shared<AVCaptureVideoDataOutput>();
-        const auto first = std::make_shared<FirstFrame>();
-        output->setSampleBufferDelegate(first, nullptr);
-        session->addInput(*device->makeInput());
-        session->addOutput(output);
-        session->setSessionPreset(kAVCaptureSessionPreset640x480);
-        const Clock::time_point begin = Clock::now();
-        session->startRunning();
-        first->wait();
-        state.SetIterationTime(secondsSince(begin));
-        session->stopRunning();
-    }
-    CaptureService::shared().stop();
-    state.counters["limit_ms"] = 300;
-}
-BENCHMARK(firstFrame)->UseManualTime()->Unit(benchmark::kMillisecond)->Iterations(5);
-
-/// 640 × 480 at 30 a second through two filters, without anybody who writes them. Limit: half a core. The camera's own
-/// work is another process's.
-void graphOfTwoFilters(benchmark::State& state)
-{
-    const test::PipeWireSession pipewire(test::PipeWireSession::Camera);
-    const std::shared_ptr<AVCaptureDevice> device = camera(state);
-    const auto made = GPUImageVideoCamera::make(kAVCaptureSessionPreset640x480, device);
-    if (!made)
-        return state.SkipWithError("the camera can't be opened");
-    const auto sepia = std::make_shared<GPUImageSepiaFilter>();
-    const auto brightness = std::make_shared<GPUImageBrightnessFilter>();
-    std::atomic<int> frames{0};
-    brightness->setFrameProcessingCompletionBlock([&frames](GPUImageOutput&, const CMTime&) { ++frames; });
-    (*made)->setFrameRate(30);
-    (*made)->addTarget(sepia);
-    sepia->addTarget(brightness);
-    (*made)->startCameraCapture();
-    constexpr std::chrono::milliseconds kWarm{500};
-    std::this_thread::sleep_for(kWarm);
-    for (auto _ : state) {
-        rusage usage{};
-        ::getrusage(RUSAGE_SELF, &usage);
-        const double before = test::usageOf(usage).processorSeconds;
-        const int framesBefore = frames;
-        const Clock::time_point begin = Clock::now();
-        std::this_thread::sleep_for(std::chrono::duration<double>(recordingSeconds()));
-        const double seconds = secondsSince(begin);
-        ::getrusage(RUSAGE_SELF, &usage);
-        state.SetIterationTime(seconds);
-        state.counters["cores"] = (test::usageOf(usage).processorSeconds - before) / seconds;
-        state.counters["frames_per_s"] = (frames - framesBefore) / seconds;
-    }
-    (*made)->stopCameraCapture();
-    CaptureService::shared().stop();
-    state.counters["limit_cores"] = 0.5;
-}
-BENCHMARK(graphOfTwoFilters)->UseManualTime()->Unit(benchmark::kSecond)->Iterations(1);
-
-/// One recording by the command: cores while it ran, frames a second that were written, those that were dropped, and
-/// the peak of memory.
-void record(benchmark::State& state, double seconds, std::vector<std::string> options)
-{
-    const test::TemporaryFolder folder;
-    std::vector<std::string> arguments{
-        "capture", "--mute", "--json", "--for", std::to_string(seconds), "-o", folder.path("clip.mp4")};
-    arguments.insert(arguments.end(), options.begin(), options.end());
-    const Clock::time_point begin = Clock::now();
-    const test::CommandResult run = test::runCommand(LAMINA_COMMAND, arguments);
-    state.SetIterationTime(secondsSince(begin));
-    if (run.exitCode != 0)
-        return state.SkipWithError(run.errors.c_str());
-    const nlohmann::json told = nlohmann::json::parse(run.output);
-    const double written = told["seconds"];
-    state.counters["cores"] = run.processorSeconds / secondsSince(begin);
-    state.counters["frames_per_s"] = static_cast<int>(told["frames"]) / written;
-    state.counters["dropped"] = told["dropped"];
-    state.counters["peak_MB"] = static_cast<double>(run.peakKilobytes) / 1024;
-}
-
-/// The same graph with an encoder behind it.
-void clipOfTwoFilters(benchmark::State& state)
-{
-    const test::PipeWireSession pipewire(test::PipeWireSession::Camera);
-    for (auto _ : state)
-        record(state, recordingSeconds(),
-               {"--size", "640x480", "--rate", "30", "--filter", "GPUImageSepiaFilter", "--filter",
-                "GPUImageBrightnessFilter"});
-}
-BENCHMARK(clipOfTwoFilters)->UseManualTime()->Unit(benchmark::kSecond)->Iterations(1);
-
-/// In real time: as many frames a second as the camera gives, none dropped.
-void sepiaOf720p(benchmark::State& state)
-{
-    const test::PipeWireSession pipewire(test::PipeWireSession::Camera);
-    for (auto _ : state)
-        record(state, recordingSeconds(), {"--size", "1280x720", "--rate", "30", "--filter", "GPUImageSepiaFilter"});
-}
-BENCHMARK(sepiaOf720p)->UseManualTime()->Unit(benchmark::kSecond)->Iterations(1);
-
-/// A recording beside a tenth of it: memory has to be the same.
-void memoryOfALongClip(benchmark::State& state)
-{
-    const test::PipeWireSession pipewire(test::PipeWireSession::Camera);
-    for (auto _ : state) {
-        const std::vector<std::string> options{"--size", "320x240", "--rate", "30", "--filter", "GPUImageSepiaFilter"};
-        record(state, recordingSeconds() / 10, options);
-        state.counters["tenth_MB"] = state.counters["peak_MB"];
-        record(state, recordingSeconds(), options);
+        Frames frames;
+        const auto input = camera->makeInput().value();
+        const auto begin = std::chrono::steady_clock::now();
+        input->start({{640, 480}, 30}, frames.handlers());
+        if (!frames.waitFor(1))
+            return state.SkipWithError("no frame");
+        state.SetIterationTime(std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count());
+        input->stop();
     }
 }
-BENCHMARK(memoryOfALongClip)->UseManualTime()->Unit(benchmark::kSecond)->Iterations(1);
+BENCHMARK(firstFrame)->Unit(benchmark::kMillisecond)->UseManualTime()->Iterations(20);
+
+/// From nothing (the module not loaded, no connection) to the list of devices.
+void firstList(benchmark::State& state)
+{
+    session();
+    for (auto _ : state) {
+        CaptureService::shared().start();
+        if (!CaptureService::shared().waitUntilListed(20))
+            return state.SkipWithError("no list");
+    }
+}
+BENCHMARK(firstList)->Unit(benchmark::kMillisecond)->UseRealTime()->Iterations(5);
+
+double residentMegabytes()
+{
+    std::ifstream file("/proc/self/statm");
+    double pages = 0;
+    double resident = 0;
+    file >> pages >> resident;
+    return resident * static_cast<double>(::sysconf(_SC_PAGESIZE)) / (1 << 20);
+}
+
+double processorSeconds()
+{
+    timespec spent = {};
+    ::clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &spent);
+    return static_cast<double>(spent.tv_sec) + 1e-9 * static_cast<double>(spent.tv_nsec);
+}
+
+double benchSeconds()
+{
+    const char* const told = std::getenv("LAMINA_BENCH_SECONDS");
+    return told ? std::atof(told) : 10;
+}
+
+/// Frames of 1280 × 720 in YUY2 (0) or MJPG (1) at 30 a second: processor time a second, with the test's camera's own,
+/// and how memory grows.
+void capturing(benchmark::State& state)
+{
+    session();
+    CaptureService::shared().start();
+    const bool isFile = state.range(0) == 1;
+    const std::string name = isFile ? "files" : "pairs";
+    TestCameraNode node({.name = name,
+                         .encoding = isFile ? RawEncoding::MJPG : RawEncoding::YUY2,
+                         .sizes = {{1280, 720}},
+                         .picture = ramp({1280, 720})});
+    const auto camera = cameraNamed(name);
+    if (!camera)
+        return state.SkipWithError("no camera");
+    Frames frames;
+    const auto input = camera->makeInput().value();
+    input->start({{1280, 720}, 30, CVPixelFormat::BiPlanar420FullRange}, frames.handlers());
+    for (auto _ : state) {
+        if (!frames.waitFor(30))
+            return state.SkipWithError("no frames");
+        const double memory = residentMegabytes();
+        const double processor = processorSeconds();
+        const int count = frames.count();
+        const double seconds = benchSeconds();
+        std::this_thread::sleep_for(std::chrono::duration<double>(seconds));
+        state.counters["cores"] = (processorSeconds() - processor) / seconds;
+        state.counters["frames/s"] = (frames.count() - count) / seconds;
+        state.counters["grown MB"] = residentMegabytes() - memory;
+    }
+    input->stop();
+}
+BENCHMARK(capturing)->Arg(0)->Arg(1)->Iterations(1)->UseRealTime();
+
+/// Nobody captures; the service is connected, or (1) waits for one that is gone.
+void idle(benchmark::State& state)
+{
+    session().start();
+    CaptureService::shared().start();
+    CaptureService::shared().waitUntilListed(20);
+    if (state.range(0) == 1)
+        session().stop();
+    std::this_thread::sleep_for(std::chrono::seconds(1));
+    for (auto _ : state) {
+        const double processor = processorSeconds();
+        const double seconds = benchSeconds();
+        std::this_thread::sleep_for(std::chrono::duration<double>(seconds));
+        state.counters["ms/s"] = 1000 * (processorSeconds() - processor) / seconds;
+    }
+}
+BENCHMARK(idle)->Arg(0)->Arg(1)->Iterations(1)->UseRealTime();
 
 } // namespace
 

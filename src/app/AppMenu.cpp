@@ -31,15 +31,15 @@ void presentAppMenu(UIViewController& over)
             presentLive(*still);
     };
     over.present(
-        UIAlertController::make(localizedString("Menu"), "",
-                                {{localizedString(QT_TRANSLATE_NOOP("Lamina", "Live filters")),
-                                  UIAlertActionStyle::Default, opensLive},
-                                 {localizedString("Keys"), UIAlertActionStyle::Default, opens(Page::Keys)},
-                                 {localizedString(QT_TRANSLATE_NOOP("Lamina", "Photo folders…")),
-                                  UIAlertActionStyle::Default, opensFolders},
-                                 {localizedString("About Lamina"), UIAlertActionStyle::Default, opens(Page::About)},
-                                 {localizedString("Cancel"), UIAlertActionStyle::Cancel, {}}},
-                                UIAlertControllerStyle::ActionSheet),
+        UIAlertController::make(
+            localizedString("Menu"), "",
+            {{localizedString(QT_TRANSLATE_NOOP("Lamina", "Live filters")), UIAlertActionStyle::Default, opensLive},
+             {localizedString("Keys"), UIAlertActionStyle::Default, opens(Page::Keys)},
+             {localizedString(QT_TRANSLATE_NOOP("Lamina", "Photo folders…")), UIAlertActionStyle::Default,
+              opensFolders},
+             {localizedString("About Lamina"), UIAlertActionStyle::Default, opens(Page::About)},
+             {localizedString("Cancel"), UIAlertActionStyle::Cancel, {}}},
+            UIAlertControllerStyle::ActionSheet),
         true);
 }
 

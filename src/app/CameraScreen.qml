@@ -50,8 +50,17 @@ AppScreen {
         else
             shutter.focus = true
     }
+    onLiveChanged: if (live) moveFocus()
     onTakenChanged: moveFocus()
     onFailedChanged: moveFocus()
+
+    // The ground of a round button.
+    component QuietDisc: Rectangle {
+        z: -1
+        anchors.fill: parent
+        radius: width / 2
+        color: parent.down ? Tokens.palette.field : parent.hovered ? Tokens.palette.cell : Tokens.palette.panelRaised
+    }
 
     SidePanel {
         visible: screen.wide
@@ -63,7 +72,7 @@ AppScreen {
         width: screen.lying ? screen.column : screen.wide ? screen.width - screen.column : screen.width
         large: screen.wide || screen.tablet
         column: screen.tablet ? screen.tabletColumn : 0
-        backIcon: "close"
+        backIcon: "YMSIconCancel"
         backName: qsTranslate("Lamina", "Close")
         // There the key goes one step back, to the camera.
         backCommand: screen.taken ? "" : "back"
@@ -138,7 +147,7 @@ AppScreen {
         Column {
             id: words
             anchors.centerIn: parent
-            width: Math.min(parent.width - 2 * Tokens.space.xxl, 360)
+            width: Math.min((screen.starting ? frame.width : parent.width) - 2 * Tokens.space.xl, 360)
             visible: screen.starting || screen.failed
             spacing: Tokens.space.s
             Icon {
@@ -218,21 +227,18 @@ AppScreen {
             iconName: "switch_camera"
             name: qsTranslate("Lamina", "Other camera")
             onClicked: screen.camera.switchCamera()
-            // A quiet disc of its own.
-            Rectangle {
-                z: -1
-                anchors.fill: parent
-                radius: width / 2
-                color: parent.down ? Tokens.palette.field : parent.hovered ? Tokens.palette.cell : Tokens.palette.panelRaised
-            }
+            QuietDisc {}
         }
         IconButton {
             anchors.centerIn: shutter
+            width: other.width
+            height: width
             visible: screen.slim && screen.taken
             iconName: "undo"
             name: retake.text
             command: "retake"
             onClicked: screen.camera.retake()
+            QuietDisc {}
         }
         Column {
             id: actions

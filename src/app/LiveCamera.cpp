@@ -1,7 +1,9 @@
 #include "app/LiveCamera.h"
 
 #include "gpu/endpoints/GPUImageVideoCamera.h"
+#include "platform/base/CGGeometry.h"
 #include "platform/base/DispatchQueue.h"
+#include "platform/base/Result.h"
 #include "platform/media/AVCaptureTypes.h"
 
 #include <QCoreApplication>
@@ -10,6 +12,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <utility>
+#include <vector>
 
 namespace lamina {
 

@@ -20,6 +20,7 @@ public:
     Outcome start() override;
     void stop() override;
     bool isRunning() const override { return m_camera != nullptr; }
+    bool isLive() const override { return true; }
     bool hasSound() const override;
     void setRecorder(std::shared_ptr<GPUImageAudioEncodingTarget> recorder) override;
 

@@ -1,5 +1,6 @@
 #include "app/LiveChain.h"
 
+#include "editors/collage/CollageFilters.h"
 #include "gpu/core/FilterRegistry.h"
 #include "gpu/core/GPUImageFilter.h"
 #include "gpu/core/GPUImageStage.h"
@@ -10,6 +11,7 @@
 #include "gpu/filters/effect/GPUImageVignetteFilter.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <utility>
 
 namespace lamina {

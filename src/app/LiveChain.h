@@ -4,8 +4,10 @@
 #include "app/LiveFrames.h"
 #include "gpu/core/GPUImageInput.h"
 #include "gpu/core/GPUImageOutput.h"
+#include "platform/base/CGGeometry.h"
 #include "platform/image/pixels/UIImage.h"
 
+#include <array>
 #include <functional>
 #include <memory>
 #include <mutex>
@@ -33,6 +35,7 @@ public:
     void addBefore(std::shared_ptr<GPUImageInput> target);
     /// Takes what comes out.
     void addAfter(std::shared_ptr<GPUImageInput> target);
+    /// It gets no more.
     void removeAfter(const std::shared_ptr<GPUImageInput>& target);
 
     /// The last frame through all filters in its own size, upright; empty where there is none or memory is short. Told

@@ -50,7 +50,9 @@ Result<std::unique_ptr<LiveClip>> LiveClip::begin(std::shared_ptr<LiveChain> cha
     if (!path)
         return path.error();
     std::unique_ptr<LiveClip> clip(new LiveClip(std::move(chain), std::move(source), *std::move(path)));
-    const auto writer = std::make_shared<GPUImageMovieWriter>(clip->m_path, even(size), kAVFileTypeMPEG4);
+    const auto writer = std::make_shared<GPUImageMovieWriter>(
+        clip->m_path, even(size), kAVFileTypeMPEG4,
+        GPUImageMovieWriterSettings{.encodingLiveVideo = clip->m_source->isLive()});
     if (const auto error = writer->error())
         return *error;
     writer->setFailureBlock([failed = std::move(failed)](const Error& error) {

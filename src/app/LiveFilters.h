@@ -20,8 +20,8 @@ inline constexpr std::size_t kLiveEffectCount = 4;
 
 /// What a live picture goes through: a look with its own values, and effects. A plain value.
 struct LiveFilters {
-    int look = kFirstCollageFilter;                ///< tag of one of `collageFilters()`
-    std::map<std::string_view, double> own = {};   ///< the look's properties that were changed, by their names
+    int look = kFirstCollageFilter;                 ///< tag of one of `collageFilters()`
+    std::map<std::string_view, double> own = {};    ///< the look's properties that were changed, by their names
     std::array<double, kLiveEffectCount> effects{}; ///< as their sliders tell them
 
     LiveFilters();
@@ -38,7 +38,9 @@ struct LiveSlider {
     const FilterProperty* property = nullptr; ///< of the look; null: of an effect
     LiveEffect effect = LiveEffect::Contrast;
 
+    /// Where it stands.
     double value(const LiveFilters& filters) const;
+    /// It is moved there.
     void setValue(LiveFilters& filters, double value) const;
 };
 

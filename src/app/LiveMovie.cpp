@@ -63,9 +63,9 @@ public:
             if (m_closed)
                 return;
             const auto& sound = moved.audio;
-            m_end = moved.presentationTime + (sound && sound->sampleRate > 0
-                                                  ? CMTime::make(sound->sampleCount(), sound->sampleRate)
-                                                  : kCMTimeZero);
+            m_end =
+                moved.presentationTime +
+                (sound && sound->sampleRate > 0 ? CMTime::make(sound->sampleCount(), sound->sampleRate) : kCMTimeZero);
         }
         m_target->processAudioBuffer(moved);
     }

@@ -31,12 +31,14 @@ public:
     Outcome start() override;
     void stop() override;
     bool isRunning() const override { return m_pass != nullptr; }
+    bool isLive() const override { return false; }
     bool hasSound() const override { return !m_asset->audioTracks().empty(); }
     void setRecorder(std::shared_ptr<GPUImageAudioEncodingTarget> recorder) override;
 
     const std::string& path() const { return m_asset->path(); }
     /// Seconds.
     double duration() const { return m_asset->duration().seconds(); }
+    /// Seconds, of the frame that is seen.
     double position() const;
     /// Plays from there on.
     void seek(double seconds);

@@ -26,12 +26,15 @@ public:
     virtual Outcome start() = 0;
     /// Afterwards none come.
     virtual void stop() = 0;
+    /// Between the two.
     virtual bool isRunning() const = 0;
 
     /// Hears that it has ended by itself and why, on the main thread, after it has stopped.
     using EndHandler = std::function<void(const Error&)>;
     void setEndHandler(EndHandler handler) { m_endHandler = std::move(handler); }
 
+    /// Whether what isn't taken in time is lost. Otherwise it waits.
+    virtual bool isLive() const = 0;
     /// Whether it has sound to be recorded.
     virtual bool hasSound() const = 0;
     /// While there is one its sound goes there, and the times of its frames count up; null: nobody.

@@ -111,13 +111,13 @@ void LiveViewController::viewDidLoad()
                 self->frameCame(size);
         });
     });
-    m_devices = NotificationCenter::defaultCenter().addObserver(
-        kAVCaptureDevicesDidChangeNotification, [weak = weakSelf()](const Notification&) {
-            DispatchQueue::main().async([weak] {
-                if (const auto self = weak.lock())
-                    self->camerasChanged();
-            });
-        });
+    m_devices = NotificationCenter::defaultCenter().addObserver(kAVCaptureDevicesDidChangeNotification,
+                                                                [weak = weakSelf()](const Notification&) {
+                                                                    DispatchQueue::main().async([weak] {
+                                                                        if (const auto self = weak.lock())
+                                                                            self->camerasChanged();
+                                                                    });
+                                                                });
     if (m_firstMovie.empty())
         useCamera();
     else
@@ -196,13 +196,13 @@ void LiveViewController::chooseMovie()
 {
     if (presentedViewController())
         return;
-    present(UIDocumentPickerViewController::makeForMovie(
-                [weak = weakSelf()](const std::optional<UIDocumentPlace>& place) {
-                    const auto self = weak.lock();
-                    if (self && place)
-                        self->openMovie(place->path);
-                }),
-            true);
+    present(
+        UIDocumentPickerViewController::makeForMovie([weak = weakSelf()](const std::optional<UIDocumentPlace>& place) {
+            const auto self = weak.lock();
+            if (self && place)
+                self->openMovie(place->path);
+        }),
+        true);
 }
 
 void LiveViewController::receivePhotos(std::vector<PhotoSource> photos)

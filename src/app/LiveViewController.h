@@ -8,6 +8,7 @@
 #include "editors/collage/CollageFilterRow.h"
 #include "editors/collage/CollageFilters.h"
 #include "platform/base/CGGeometry.h"
+#include "platform/base/CMTime.h"
 #include "platform/base/DispatchTimer.h"
 #include "platform/base/NotificationCenter.h"
 #include "platform/base/Result.h"
@@ -92,36 +93,55 @@ public:
     /// The movie to begin with; before the view loads. Without one it is the camera.
     void setMovie(std::string path) { m_firstMovie = std::move(path); }
 
+    /// See the property.
     QString sourceName() const;
+    /// See the property.
     bool canSwitchCamera() const;
     State state() const { return m_state; }
     bool isStarting() const { return m_state == Starting; }
     bool isStopped() const { return m_state == Stopped; }
+    /// See the property.
     QString trouble() const;
     bool isDenied() const { return m_denied; }
     bool isPaused() const { return m_paused; }
     bool isRecording() const { return m_clip != nullptr; }
+    /// See the property.
     bool isTicking() const;
+    /// See the property.
     QString clipTime() const;
+    /// See the property.
     double position() const;
+    /// See the property.
     double duration() const;
+    /// Of the last frame, as its source told it.
+    CMTime frameTime() const { return m_frames->time(); }
     double aspect() const { return m_aspect; }
+    /// See the property.
     QVariantList tools() const;
+    /// See the property.
     QVariantList sideTools() const;
     QString panel() const { return m_panel; }
+    /// See the property.
     void setPanel(const QString& panel);
+    /// See the property.
     QAbstractItemModel* thumbnails() { return &m_row.thumbnails(); }
     int lookRow() const { return m_filters.look - kFirstCollageFilter; }
+    /// See the property.
     QString lookName() const;
+    /// See the property.
     QVariant lookPicture() const;
+    /// See the property.
     QVariantList sliders() const;
+    /// See the property.
     int changedSliders() const { return lamina::changedSliders(m_filters); }
     const LiveFilters& filters() const { return m_filters; }
     bool isComparing() const { return m_comparing; }
     double line() const { return m_line; }
+    /// See the property.
     void setLine(double line);
     bool showsBefore() const { return m_showsBefore; }
     QString notice() const { return m_notice; }
+    /// See the property.
     bool noticeShares() const { return !m_noticeFile.empty(); }
 
     /// By identifier: "camera", "movie", "compare", "still", "clip", "pause", "reset".
@@ -136,7 +156,9 @@ public:
     void openMovie(const std::string& path);
     /// Starts the source again after something stood in its way.
     Q_INVOKABLE void tryAgain();
+    /// The system's, which allow the camera again.
     Q_INVOKABLE void openSettings();
+    /// The source stands still, or goes on; its last frame stays.
     Q_INVOKABLE void togglePaused();
     /// Plays the movie from there, in seconds, or shows the frame that is there.
     Q_INVOKABLE void seek(double seconds);
@@ -146,17 +168,22 @@ public:
     Q_INVOKABLE void stepLook(int by);
     /// As an editor's sliders ask.
     Q_INVOKABLE void beginSliding(int) {}
+    /// See beginSliding.
     Q_INVOKABLE void slide(int tag, double value);
     Q_INVOKABLE void endSliding(int) {}
+    /// As it is written beside the slider.
     Q_INVOKABLE QString sliderText(int tag, double value) const;
     /// Look and effects as at first.
     Q_INVOKABLE void resetFilters();
+    /// Before and now beside each other, or now alone. The line begins in the middle.
     Q_INVOKABLE void toggleComparing();
     /// Saves what is seen now, in the source's full size, into the photo library.
     Q_INVOKABLE void takeStill();
     /// Begins a clip, or ends it, which keeps it.
     Q_INVOKABLE void toggleClip();
+    /// Has times that go on asked for again.
     Q_INVOKABLE void tick();
+    /// The notice has been read.
     Q_INVOKABLE void dismissNotice();
     /// Opens the share sheet with the file that the notice tells of.
     Q_INVOKABLE void shareNotice();

@@ -79,8 +79,10 @@ ExitCode run(int argc, char** argv)
     application.require_subcommand(0, 1);
     std::string screen;
     std::vector<std::string> folders;
-    application.add_option("--screen", screen, "Open the window with this screen: home, two, three, blend, picker or "
-                                                 "live")
+    application
+        .add_option("--screen", screen,
+                    "Open the window with this screen: home, two, three, blend, picker or "
+                    "live")
         ->check(CLI::IsMember({"home", "two", "three", "blend", "picker", "live"}));
     application
         .add_option("--photos", folders,

@@ -10,7 +10,6 @@
 #include "platform/photos/PhotoFolder.h"
 #include "platform/photos/PictureFolders.h"
 
-#include <algorithm>
 #include <cstdlib>
 #include <filesystem>
 #include <functional>
@@ -50,25 +49,30 @@ protected:
     }
     static void waitFor(const std::function<bool()>& done)
     {
-        EXPECT_TRUE(DispatchQueue::main().runUntil(done, 20));
+        // What is waited for may come about without a block on the main queue.
+        bool came = false;
+        for (int i = 0; i < 2000 && !came; ++i)
+            came = DispatchQueue::main().runUntil(done, 0.01);
+        EXPECT_TRUE(came);
     }
-    /// A frame of one colour; has gone all the way.
+    /// A frame of one colour, which has gone all the way; nothing where nobody takes it.
     void give(const Rgba& color)
     {
-        camera->give(solidPicture(64, 48, color), CMTime::make(++frame, 10));
+        const CMTime time = CMTime::make(++frame, 10);
+        waitFor([&] { return !camera->give(solidPicture(64, 48, color), time) || live->frameTime() == time; });
         runSynchronouslyOnVideoProcessingQueue([] {});
         DispatchQueue::main().drain();
     }
     /// The still that is saved now.
     CGImage still()
     {
+        std::filesystem::remove_all(photoLibraryFolder());
         live->dismissNotice();
         live->takeStill();
         waitFor([&] { return !live->notice().isEmpty(); });
-        std::string newest;
         for (const auto& file : std::filesystem::directory_iterator(photoLibraryFolder()))
-            newest = std::max(newest, file.path().string());
-        return readPictureFile(newest);
+            return readPictureFile(file.path().string());
+        return {};
     }
     static Rgba middle(const CGImage& picture) { return pixelAt(picture, picture.width() / 2, picture.height() / 2); }
     /// The file that ended clips are told by.
@@ -209,7 +213,8 @@ TEST_F(LiveScreen, SaysWhatStandsInTheWay)
 
     AVAuthorizationStatus status = AVAuthorizationStatus::NotDetermined;
     std::function<void(bool)> answer;
-    AVCaptureDevice::setSource({[&] { return status; }, [&](std::function<void(bool)> asked) { answer = std::move(asked); },
+    AVCaptureDevice::setSource({[&] { return status; },
+                                [&](std::function<void(bool)> asked) { answer = std::move(asked); },
                                 [](AVTrackMediaType) { return std::vector<std::shared_ptr<AVCaptureDevice>>(); }});
     live->togglePaused();
     live->togglePaused();

@@ -140,7 +140,7 @@ TEST_F(Refusals, WrongUsageOfAnyCommand)
         {"movie no.mp4 -o out.mp4 --from 3 --to 3", 2, "--to: must be later than where the movie begins"},
         {"capture", 2, "capture: --output is required, or --list"},
         {"capture -o out.avi", 2,
-         "out.avi: the name of the output must end in .mp4, .mov or .mkv for a clip, or in .jpg"},
+         "out.avi: the name of the output must end in .mp4, .mov or .mkv for a clip, or in .png"},
         {"capture -o out.png --for 3", 2, "--for: is for clips"},
         {"capture -o - --json", 2, "--json: goes to standard output, as the picture would"},
         {"capture --list -o out.png", 2, "--list: only lists; leave out --output"},

@@ -92,7 +92,8 @@ TEST_F(LiveRoad, ByKeys)
 {
     const QTemporaryDir folder;
     const std::string movie = folder.filePath(QStringLiteral("Orange.mp4")).toStdString();
-    ASSERT_TRUE(writeStillVideo({.picture = UIImage(solidPicture(64, 64, kOrange)), .seconds = 20, .soundFile = {}}, movie));
+    ASSERT_TRUE(
+        writeStillVideo({.picture = UIImage(solidPicture(64, 64, kOrange)), .seconds = 20, .soundFile = {}}, movie));
     LaunchOptions options;
     options.files = {movie};
     options.size = {1280, 800};

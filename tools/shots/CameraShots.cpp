@@ -3,7 +3,6 @@
 #include "FedCamera.h"
 #include "Shooter.h"
 
-#include "imageops/ImageGeometry.h"
 #include "picker/YMSPhotoPickerViewController.h"
 #include "platform/base/CGGeometry.h"
 #include "platform/media/AVCaptureDevice.h"
@@ -22,14 +21,9 @@ using State = UIImagePickerCamera::State;
 /// A sample as a phone held upright sees it, or as a computer's camera does.
 CGImage view(bool upright)
 {
-    const auto photo = loadUpright(PhotoSource::fromFile(LAMINA_SAMPLES "/aurora-lake.jpg"), {});
-    if (!photo)
-        return {};
-    const int width = photo->pixelSize().width, height = photo->pixelSize().height;
-    if (!upright)
-        return photo->cgImage();
-    const int narrow = height * 3 / 4;
-    return cropToSize(*photo, {double(narrow), double(height)}, CropModeCenter).cgImage();
+    const char* const file = upright ? LAMINA_SAMPLES "/aurora-lake.jpg" : LAMINA_SAMPLES "/dawn-ridge.jpg";
+    const auto photo = loadUpright(PhotoSource::fromFile(file), {});
+    return photo ? photo->cgImage() : CGImage();
 }
 
 class CameraShooter {

@@ -61,7 +61,8 @@ void shootMovie(Shooter& shooter, LiveViewController& live)
     if (!writeStillVideo({.picture = UIImage(sample("sea-sunset.jpg")), .seconds = 24, .soundFile = {}}, path))
         return;
     live.openMovie(path);
-    WindowDriver::waitUntil([&] { return live.sourceName() == QLatin1String("movie") && live.state() == LiveViewController::Live; }, 10);
+    WindowDriver::waitUntil(
+        [&] { return live.sourceName() == QLatin1String("movie") && live.state() == LiveViewController::Live; }, 10);
     live.resetFilters();
     live.toggleComparing();
     live.chooseLook(503);

@@ -10,6 +10,7 @@
 #include <memory>
 #include <nlohmann/json.hpp>
 #include <utility>
+#include <vector>
 
 namespace lamina {
 
@@ -22,16 +23,30 @@ std::string rate(double framesPerSecond)
     return formatValue(static_cast<float>(framesPerSecond));
 }
 
-/// "640 x 480 pixels, 15 to 30 frames a second, YUY2".
-std::string asText(const AVCaptureDeviceFormat& mode)
+/// "15 to 30 frames a second"; empty where a mode tells none.
+std::string ratesText(const AVCaptureDeviceFormat& mode)
 {
-    std::string text = sizeInPixels(mode.size);
-    if (mode.maxFrameRate > 0) {
-        const bool isOne = mode.minFrameRate == mode.maxFrameRate;
-        text += ", " + (isOne ? std::string() : rate(mode.minFrameRate) + " to ") + rate(mode.maxFrameRate) +
-                " frames a second";
+    if (mode.maxFrameRate <= 0)
+        return {};
+    const std::string least = mode.minFrameRate == mode.maxFrameRate ? std::string()
+                              : mode.minFrameRate > 0                ? rate(mode.minFrameRate) + " to "
+                                                                     : "up to ";
+    return ", " + least + rate(mode.maxFrameRate) + " frames a second";
+}
+
+/// A line for each size with its rates: "640 x 480 pixels, 15 to 30 frames a second, YUY2, NV12".
+std::string modesText(const std::vector<AVCaptureDeviceFormat>& modes)
+{
+    std::string text;
+    std::string last;
+    for (const AVCaptureDeviceFormat& mode : modes) {
+        const std::string line = kIndent + sizeInPixels(mode.size) + ratesText(mode);
+        if (line != last)
+            text += (last.empty() ? "" : "\n") + line;
+        text += mode.encoding.empty() ? "" : ", " + shownText(mode.encoding);
+        last = line;
     }
-    return text + (mode.encoding.empty() ? "" : ", " + shownText(mode.encoding));
+    return text + (text.empty() ? "" : "\n");
 }
 
 const char* positionName(AVCaptureDevicePosition position)
@@ -91,8 +106,7 @@ std::string captureDevicesAsText()
         text += (text.empty() ? "Cameras:\n" : "") + headText(*camera);
         if (const std::string place = placeText(*camera); !place.empty())
             text += kIndent + place + "\n";
-        for (const AVCaptureDeviceFormat& mode : camera->formats())
-            text += kIndent + asText(mode) + "\n";
+        text += modesText(camera->formats());
     }
     if (text.empty())
         text = "There is no camera.\n";

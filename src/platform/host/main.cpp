@@ -33,8 +33,8 @@ constexpr int kNotWritten = 4;
 /// The values of --screen.
 QStringList screens()
 {
-    return {QStringLiteral("home"), QStringLiteral("two"), QStringLiteral("three"), QStringLiteral("blend"),
-            QStringLiteral("picker"), QStringLiteral("live")};
+    return {QStringLiteral("home"),  QStringLiteral("two"),    QStringLiteral("three"),
+            QStringLiteral("blend"), QStringLiteral("picker"), QStringLiteral("live")};
 }
 constexpr const char* kScreenWords = "home, two, three, blend, picker or live";
 
@@ -123,7 +123,8 @@ Parsed parse(const QStringList& arguments)
     parser.addOptions({screen, photos, size});
     const QCommandLineOption help = parser.addHelpOption();
     const QCommandLineOption version = parser.addVersionOption();
-    parser.addPositionalArgument(QStringLiteral("photo"), QStringLiteral("A picture file, or the movie for --screen live."),
+    parser.addPositionalArgument(QStringLiteral("photo"),
+                                 QStringLiteral("A picture file, or the movie for --screen live."),
                                  QStringLiteral("[photo...]"));
 
     if (!parser.parse(arguments))

@@ -25,8 +25,8 @@ Outcome writeFileAtPlace(const UIDocumentPlace& place, std::span<const std::uint
 Outcome copyFileToPlace(const std::string& path, const UIDocumentPlace& place);
 
 /// Asks the user for a place and a name for a file, or for a folder or a movie that is there, in the system's own
-/// dialog, or in the window where there is none. It reads and writes nothing. It is presented, and takes itself away with the answer. Main
-/// thread.
+/// dialog, or in the window where there is none. It reads and writes nothing. It is presented, and takes itself away
+/// with the answer. Main thread.
 ///
 ///   auto picker = std::make_shared<UIDocumentPickerViewController>("default.png",
 ///       [this](std::optional<UIDocumentPlace> place) { if (place) saveAt(*place); });

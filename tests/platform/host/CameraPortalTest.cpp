@@ -121,6 +121,7 @@ TEST_F(Cameras, ComeFromPipeWireItselfWhereNoPortalKnowsThem)
 {
     for (const bool withPortal : {false, true}) {
         const auto portal = withPortal ? std::make_unique<TestPortal>() : nullptr;
+        cameras.reset();
         cameras = std::make_unique<CameraPortal>(sessionBus, service());
         EXPECT_EQ(askForAccess(), true); // which looks for the portal first
         EXPECT_TRUE(is(Status::Authorized, true, 1));

@@ -114,7 +114,8 @@ QVariantMap fileChooserOptions(const FileChooserQuestion& question)
     if (question.choosesFolder)
         options.insert(QStringLiteral("directory"), true);
     else
-        options.insert(QStringLiteral("filters"), QVariant::fromValue(question.choosesMovie ? movieFilters() : pictureFilters()));
+        options.insert(QStringLiteral("filters"),
+                       QVariant::fromValue(question.choosesMovie ? movieFilters() : pictureFilters()));
     return options;
 }
 

@@ -6,8 +6,8 @@
 
 namespace lamina {
 
-/// What a file chooser is asked for: one picture file, one movie's, or one folder. All texts are to be shown to the user as they
-/// are; paths are bytes.
+/// What a file chooser is asked for: one picture file, one movie's, or one folder. All texts are to be shown to the
+/// user as they are; paths are bytes.
 struct FileChooserQuestion {
     std::string parentWindow; ///< over which it stands, from `portalWindowIdentifier`; may be empty
     std::string title;

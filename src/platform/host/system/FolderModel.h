@@ -15,8 +15,8 @@
 namespace lamina {
 
 /// A folder as the chooser in the window shows it, as `name`, `path`, `isFolder` and `isParent`: the way up, the
-/// folders in it, then its pictures, or its movies. Listed in the background; until then it has at most the way up, and is `loading`.
-/// It does not look by itself whether something has changed. Main thread.
+/// folders in it, then its pictures, or its movies. Listed in the background; until then it has at most the way up, and
+/// is `loading`. It does not look by itself whether something has changed. Main thread.
 class FolderModel : public ListModel<FolderEntry> {
     Q_OBJECT
     /// Absolute and without ".." when read. What is set may be relative; setting the same folder again lists it anew.
