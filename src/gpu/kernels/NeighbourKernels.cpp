@@ -3,11 +3,11 @@
 #include "platform/base/WorkerPool.h"
 #include "platform/image/pixels/PixelBuffer.h"
 
-#include <cstdint>
 #include <algorithm>
 #include <atomic>
 #include <cmath>
 #include <cstddef>
+#include <cstdint>
 #include <cstring>
 #include <utility>
 
