@@ -139,6 +139,7 @@ TEST_F(CameraRoad, ThePickersTileTakesAPhotoIntoTheSelectionAndIntoASlot)
     driver->press(Qt::Key_Escape);
     EXPECT_TRUE(WindowDriver::waitUntil([&] { return camera->running() == 0; }));
 
+    driver.reset();
     options.screen = "two";
     options.files = {sample("dunes.jpg"), sample("meadow.jpg")};
     openWithCamera(options);
@@ -146,10 +147,11 @@ TEST_F(CameraRoad, ThePickersTileTakesAPhotoIntoTheSelectionAndIntoASlot)
     const auto collage = driver->top<CreateCollageViewController>();
     ASSERT_TRUE(driver->tap(QStringLiteral("Gallery")));
     ASSERT_TRUE(driver->waitFor<YMSPhotoPickerViewController>());
+    ASSERT_TRUE(WindowDriver::waitUntil([&] { return tile(0) != nullptr; }));
     tapTile(0);
     takeByTouch();
     ASSERT_TRUE(driver->waitFor<CreateCollageViewController>());
-    EXPECT_EQ(collage->composition().slots[0].master.pixelSize(), kStill);
+    EXPECT_EQ(collage->composition().photoSlots[0].master.pixelSize(), kStill);
 }
 
 } // namespace
