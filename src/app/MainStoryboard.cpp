@@ -2,6 +2,7 @@
 
 #include "app/AboutViewController.h"
 #include "app/ImagePIckingViewController.h"
+#include "app/LiveViewController.h"
 #include "app/PinchZoomViewController.h"
 #include "app/ViewController.h"
 #include "editors/blend/BlendPhotoViewController.h"
@@ -32,6 +33,7 @@ void registerMainStoryboard()
     storyboard->addScene(scene::kSourceChoice, sceneOf<ImagePIckingViewController>("ImagePIckingScreen.qml"));
     storyboard->addScene(scene::kCrop, sceneOf<PinchZoomViewController>("PinchZoomScreen.qml"));
     storyboard->addScene(scene::kAbout, sceneOf<AboutViewController>("AboutScreen.qml"));
+    storyboard->addScene(scene::kLive, sceneOf<LiveViewController>("LiveScreen.qml"));
     storyboard->addScene(scene::kBlend, sceneOf<BlendPhotoViewController>("BlendPhotoScreen.qml"));
     storyboard->addScene(scene::kCollage, sceneOf<CreateCollageViewController>("CreateCollageScreen.qml"));
     storyboard->addScene(InfColorPickerController::kViewFile,

@@ -11,6 +11,7 @@ inline constexpr const char* kHome = "ViewController";
 inline constexpr const char* kSourceChoice = "ImagePIckingViewController";
 inline constexpr const char* kCrop = blendscene::kCrop;
 inline constexpr const char* kAbout = "AboutViewController";
+inline constexpr const char* kLive = "LiveViewController";
 inline constexpr const char* kBlend = "BlendPhotoViewController";
 inline constexpr const char* kCollage = "CreateCollageViewController";
 } // namespace scene

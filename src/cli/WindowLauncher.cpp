@@ -1,6 +1,6 @@
 #include "cli/WindowLauncher.h"
 
-#include "cli/Messages.h"
+#include "cli/common/Messages.h"
 #include "platform/base/StandardStreams.h"
 #include "platform/files/ProgramFolder.h"
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "cli/ExitCode.h"
+#include "cli/common/ExitCode.h"
 
 #include <string>
 #include <vector>

@@ -1,17 +1,18 @@
-#include "cli/BlendCommand.h"
-#include "cli/CollageCommand.h"
-#include "cli/Command.h"
-#include "cli/ExitCode.h"
-#include "cli/ExportCommand.h"
-#include "cli/FilterCommand.h"
-#include "cli/FiltersCommand.h"
-#include "cli/Interruption.h"
-#include "cli/Messages.h"
-#include "cli/MovieCommand.h"
-#include "cli/OpCommand.h"
-#include "cli/PhotosCommand.h"
-#include "cli/StickersCommand.h"
 #include "cli/WindowLauncher.h"
+#include "cli/capture/CaptureCommand.h"
+#include "cli/common/Command.h"
+#include "cli/common/ExitCode.h"
+#include "cli/common/Interruption.h"
+#include "cli/common/Messages.h"
+#include "cli/editors/BlendCommand.h"
+#include "cli/editors/CollageCommand.h"
+#include "cli/editors/StickersCommand.h"
+#include "cli/export/ExportCommand.h"
+#include "cli/filters/FilterCommand.h"
+#include "cli/filters/FiltersCommand.h"
+#include "cli/movie/MovieCommand.h"
+#include "cli/operations/OpCommand.h"
+#include "cli/photos/PhotosCommand.h"
 #include "platform/base/Result.h"
 #include "platform/base/StandardStreams.h"
 #include "platform/files/FileURL.h"
@@ -78,8 +79,11 @@ ExitCode run(int argc, char** argv)
     application.require_subcommand(0, 1);
     std::string screen;
     std::vector<std::string> folders;
-    application.add_option("--screen", screen, "Open the window with this screen: home, two, three, blend or picker")
-        ->check(CLI::IsMember({"home", "two", "three", "blend", "picker"}));
+    application
+        .add_option("--screen", screen,
+                    "Open the window with this screen: home, two, three, blend, picker or "
+                    "live")
+        ->check(CLI::IsMember({"home", "two", "three", "blend", "picker", "live"}));
     application
         .add_option("--photos", folders,
                     "A folder that belongs to the photo library beside the one for pictures; may be given again")
@@ -103,6 +107,7 @@ ExitCode run(int argc, char** argv)
     FiltersCommand filters(application);
     ExportCommand exporting(application);
     MovieCommand movie(application);
+    CaptureCommand capture(application);
     StickersCommand stickers(application);
     PhotosCommand photos(application);
 
@@ -114,7 +119,7 @@ ExitCode run(int argc, char** argv)
     if (wantsVersion)
         return printData("lamina " LAMINA_VERSION "\n");
     for (Command* command : std::initializer_list<Command*>{&blend, &collage, &op, &filter, &filters, &exporting,
-                                                            &movie, &stickers, &photos}) {
+                                                            &movie, &capture, &stickers, &photos}) {
         if (command->isChosen() && pictures.empty())
             return command->run();
         if (command->isChosen())

@@ -1,6 +1,7 @@
 // Draws every screen into pictures, for whoever judges the look: lamina_shots FOLDER [WIDTHxHEIGHT...]
 #include "CameraShots.h"
 #include "CollageShots.h"
+#include "LiveShots.h"
 #include "OwnHome.h"
 #include "SamplePhotos.h"
 #include "Shooter.h"
@@ -481,6 +482,7 @@ int main(int argc, char** argv)
         shootCollages(options, prefix);
         shootPickers(options, prefix);
         shootCamera(options, prefix);
+        shootLive(options, prefix);
         QDir(state.path()).removeRecursively();
     }
 }

@@ -32,19 +32,19 @@ std::shared_ptr<GPUImageOutput> made()
 
 constexpr std::array<CollageFilter, kCollageFilterCount> kFilters = {{
     {500, QT_TRANSLATE_NOOP("Lamina", "Original"), nullptr},
-    {501, QT_TRANSLATE_NOOP("Lamina", "Warm"), made<GPUImageAmatorkaFilter>},
-    {502, QT_TRANSLATE_NOOP("Lamina", "Sepia"), made<GPUImageSepiaFilter>},
-    {503, QT_TRANSLATE_NOOP("Lamina", "Poster"), made<GpuImageCustomFilter3>},
-    {504, QT_TRANSLATE_NOOP("Lamina", "Gray"), made<GPUImageGrayscaleFilter>},
-    {505, QT_TRANSLATE_NOOP("Lamina", "Comic"), made<GPUImageToonFilter>},
-    {506, QT_TRANSLATE_NOOP("Lamina", "Exotic"), made<GPUImageHueFilter>},
-    {507, QT_TRANSLATE_NOOP("Lamina", "Soft"), made<GPUImageSoftEleganceFilter>},
-    {508, QT_TRANSLATE_NOOP("Lamina", "Clear"), made<GPUImageHazeFilter>},
-    {509, QT_TRANSLATE_NOOP("Lamina", "Relief"), made<GPUImageEmbossFilter>},
-    {510, QT_TRANSLATE_NOOP("Lamina", "Brown"), made<GPUImageMonochromeFilter>},
-    {511, QT_TRANSLATE_NOOP("Lamina", "Plum"), made<GpuImageCustomFilter>},
-    {512, QT_TRANSLATE_NOOP("Lamina", "Ink"), made<GPUImageErosionFilter>},
-    {513, QT_TRANSLATE_NOOP("Lamina", "Dream"), made<GpuImageCustomHue>},
+    {501, QT_TRANSLATE_NOOP("Lamina", "Warm"), made<GPUImageAmatorkaFilter>, "GPUImageAmatorkaFilter"},
+    {502, QT_TRANSLATE_NOOP("Lamina", "Sepia"), made<GPUImageSepiaFilter>, "GPUImageSepiaFilter"},
+    {503, QT_TRANSLATE_NOOP("Lamina", "Poster"), made<GpuImageCustomFilter3>, "GpuImageCustomFilter3"},
+    {504, QT_TRANSLATE_NOOP("Lamina", "Gray"), made<GPUImageGrayscaleFilter>, "GPUImageGrayscaleFilter"},
+    {505, QT_TRANSLATE_NOOP("Lamina", "Comic"), made<GPUImageToonFilter>, "GPUImageToonFilter"},
+    {506, QT_TRANSLATE_NOOP("Lamina", "Exotic"), made<GPUImageHueFilter>, "GPUImageHueFilter"},
+    {507, QT_TRANSLATE_NOOP("Lamina", "Soft"), made<GPUImageSoftEleganceFilter>, "GPUImageSoftEleganceFilter"},
+    {508, QT_TRANSLATE_NOOP("Lamina", "Clear"), made<GPUImageHazeFilter>, "GPUImageHazeFilter"},
+    {509, QT_TRANSLATE_NOOP("Lamina", "Relief"), made<GPUImageEmbossFilter>, "GPUImageEmbossFilter"},
+    {510, QT_TRANSLATE_NOOP("Lamina", "Brown"), made<GPUImageMonochromeFilter>, "GPUImageMonochromeFilter"},
+    {511, QT_TRANSLATE_NOOP("Lamina", "Plum"), made<GpuImageCustomFilter>, "GpuImageCustomFilter"},
+    {512, QT_TRANSLATE_NOOP("Lamina", "Ink"), made<GPUImageErosionFilter>, "GPUImageErosionFilter"},
+    {513, QT_TRANSLATE_NOOP("Lamina", "Dream"), made<GpuImageCustomHue>, "GpuImageCustomHue"},
 }};
 
 } // namespace

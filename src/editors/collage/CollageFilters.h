@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <memory>
 #include <span>
+#include <string_view>
 
 namespace lamina {
 
@@ -19,6 +20,8 @@ struct CollageFilter {
     const char* name; ///< English, translated where it is shown
     /// A new filter as its class makes it; null: the picture stays as it is. From any thread.
     std::shared_ptr<GPUImageOutput> (*make)();
+    /// Of that filter, by which its properties are described; empty where there is none.
+    std::string_view className = {};
 
     /// The picture through the look; empty when it fails. From any thread.
     UIImage applied(const UIImage& picture) const;

@@ -64,12 +64,16 @@ void openScreen(ViewController& home, const std::string& screen)
         home.twoPhotoCollage();
     else if (screen == "three" || screen == "picker")
         home.threePhotoCollage();
+    else if (screen == "live")
+        presentLive(home);
 }
 
 /// Where no screen is told, the number of photos decides.
 void beginWith(ViewController& home, const std::string& screen, std::vector<PhotoSource> photos)
 {
-    if (screen == "blend")
+    if (screen == "live")
+        presentLive(home, photos.front().path);
+    else if (screen == "blend")
         home.beginBlend(std::move(photos));
     else if (screen == "two" || screen == "three")
         home.beginCollage(screen + "Photo", std::move(photos));

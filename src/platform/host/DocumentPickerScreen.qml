@@ -7,7 +7,7 @@ AppScreen {
 
     readonly property bool asksHere: Host.folderPicker === controller
 
-    name: qsTranslate("Lamina", "Choose a place")
+    name: controller.asksForMovie ? qsTranslate("Lamina", "Choose a movie") : qsTranslate("Lamina", "Choose a place")
     onBack: controller.cancel()
 
     // A tap on the dimmed work gives the dialog up, should it have got lost behind other windows.
@@ -22,7 +22,8 @@ AppScreen {
         focus: active
         sourceComponent: FolderSheet {
             card: picker.sheetsAreCards
-            placing: true
+            placing: !picker.controller.asksForMovie
+            onChosen: path => Host.placeIn(path)
             subtitle: picker.controller.suggestedName
             placingText: picker.controller.asksForFolder ? qsTranslate("Lamina", "Choose this folder")
                                                          : qsTranslate("Lamina", "Save here")

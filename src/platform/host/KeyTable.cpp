@@ -50,9 +50,14 @@ constexpr std::array kPage{"PgUp", "PgDown"};
 constexpr std::array kEnds{"Home", "End"};
 constexpr std::array kLetters{"A", "Z"};
 constexpr std::array kMark{"X", "Ctrl+Space", "Ins"};
-constexpr std::array kPreview{"Space"};
 constexpr std::array kShutter{"Space", "Return", "Enter"};
 constexpr std::array kRetake{"R"};
+constexpr std::array kSpace{"Space"};
+constexpr std::array kStill{"S"};
+constexpr std::array kClip{"R"};
+constexpr std::array kCompare{"C"};
+// The one before, the one after.
+constexpr std::array kLook{"Left", "Right"};
 constexpr std::array kAlbums{"A", "Alt+Down"};
 constexpr std::array kTab{"Tab", "Shift+Tab"};
 constexpr std::array kBack{"Esc", "Back"};
@@ -93,12 +98,19 @@ constexpr std::array kListCommands{
 };
 constexpr std::array kPickerCommands{
     Command{"mark", QT_TRANSLATE_NOOP("Lamina", "Choose a photo or leave it"), kMark, Show::First},
-    Command{"preview", QT_TRANSLATE_NOOP("Lamina", "Look at a photo"), kPreview, Show::First},
+    Command{"preview", QT_TRANSLATE_NOOP("Lamina", "Look at a photo"), kSpace, Show::First},
     Command{"albums", QT_TRANSLATE_NOOP("Lamina", "Albums"), kAlbums, Show::First},
 };
 constexpr std::array kCameraCommands{
     Command{"shutter", QT_TRANSLATE_NOOP("Lamina", "Take a photo"), kShutter, Show::First},
     Command{"retake", QT_TRANSLATE_NOOP("Lamina", "Take it again"), kRetake, Show::First},
+};
+constexpr std::array kLiveCommands{
+    Command{"pausePicture", QT_TRANSLATE_NOOP("Lamina", "Pause or go on"), kSpace, Show::First},
+    Command{"still", QT_TRANSLATE_NOOP("Lamina", "Save a still"), kStill, Show::First},
+    Command{"clip", QT_TRANSLATE_NOOP("Lamina", "Begin or end a clip"), kClip, Show::First},
+    Command{"compare", QT_TRANSLATE_NOOP("Lamina", "Compare with before"), kCompare, Show::First},
+    Command{"look", QT_TRANSLATE_NOOP("Lamina", "Another filter"), kLook, Show::All},
 };
 constexpr std::array kWindowCommands{
     Command{"tab", QT_TRANSLATE_NOOP("Lamina", "Next control"), kTab, Show::First},
@@ -116,6 +128,7 @@ constexpr std::array kGroups{
     Group{QT_TRANSLATE_NOOP("Lamina", "Lists"), kListCommands},
     Group{QT_TRANSLATE_NOOP("Lamina", "Choosing photos"), kPickerCommands},
     Group{QT_TRANSLATE_NOOP("Lamina", "Camera"), kCameraCommands},
+    Group{QT_TRANSLATE_NOOP("Lamina", "Live pictures"), kLiveCommands},
     Group{QT_TRANSLATE_NOOP("Lamina", "Windows"), kWindowCommands},
 };
 

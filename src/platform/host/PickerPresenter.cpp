@@ -55,6 +55,7 @@ void PickerPresenter::take(const FileChooserAnswer& answer)
 
 void PickerPresenter::chooseInWindow()
 {
+    m_folder.setKind(FolderFiles::Pictures);
     m_folder.openAt(m_startFolder);
     setChoosesInWindow(true);
 }

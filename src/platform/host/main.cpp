@@ -33,10 +33,10 @@ constexpr int kNotWritten = 4;
 /// The values of --screen.
 QStringList screens()
 {
-    return {QStringLiteral("home"), QStringLiteral("two"), QStringLiteral("three"), QStringLiteral("blend"),
-            QStringLiteral("picker")};
+    return {QStringLiteral("home"),  QStringLiteral("two"),    QStringLiteral("three"),
+            QStringLiteral("blend"), QStringLiteral("picker"), QStringLiteral("live")};
 }
-constexpr const char* kScreenWords = "home, two, three, blend or picker";
+constexpr const char* kScreenWords = "home, two, three, blend, picker or live";
 
 /// Qt ends the process when it finds no display; ours says so in one line.
 bool displayIsThere()
@@ -108,7 +108,8 @@ Parsed parse(const QStringList& arguments)
 {
     QCommandLineParser parser;
     parser.setApplicationDescription(QStringLiteral(
-        "Composes photos. One or two given photos begin a blend, three a collage; --screen two makes one of two."));
+        "Composes photos. One or two given photos begin a blend, three a collage; --screen two makes one of two. "
+        "--screen live plays a movie."));
     const QCommandLineOption screen(
         QStringLiteral("screen"),
         QStringLiteral("Opens %1. The picker is the one for three photos, over home.").arg(QLatin1String(kScreenWords)),
@@ -122,7 +123,8 @@ Parsed parse(const QStringList& arguments)
     parser.addOptions({screen, photos, size});
     const QCommandLineOption help = parser.addHelpOption();
     const QCommandLineOption version = parser.addVersionOption();
-    parser.addPositionalArgument(QStringLiteral("photo"), QStringLiteral("A picture file."),
+    parser.addPositionalArgument(QStringLiteral("photo"),
+                                 QStringLiteral("A picture file, or the movie for --screen live."),
                                  QStringLiteral("[photo...]"));
 
     if (!parser.parse(arguments))

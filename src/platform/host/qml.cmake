@@ -8,6 +8,12 @@ set(LAMINA_QML_FILES
     app/HomeScreen.qml
     app/ImagePIckingScreen.qml
     app/KeptWorkCard.qml
+    app/LiveChoice.qml
+    app/LiveCompare.qml
+    app/LiveScreen.qml
+    app/LiveSidePanel.qml
+    app/LiveTransport.qml
+    app/LiveTrouble.qml
     app/PinchZoomScreen.qml
     app/ShutterButton.qml
     app/ZoomRow.qml

@@ -48,6 +48,13 @@ UIDocumentPickerViewController::UIDocumentPickerViewController(std::string sugge
     setModalPresentationStyle(UIModalPresentationStyle::OverFullScreen);
 }
 
+std::shared_ptr<UIDocumentPickerViewController> UIDocumentPickerViewController::makeForMovie(Answer answer)
+{
+    auto picker = std::make_shared<UIDocumentPickerViewController>(std::string(), std::move(answer));
+    picker->m_asksForMovie = true;
+    return picker;
+}
+
 void UIDocumentPickerViewController::choose(UIDocumentPlace place)
 {
     finish(std::move(place), nullptr);
@@ -75,7 +82,10 @@ void UIDocumentPickerViewController::finish(std::optional<UIDocumentPlace> place
             answer(place);
     });
     if (failure && presenter)
-        presentFailure(*presenter, localizedString("Can’t ask for a place"), *failure);
+        presentFailure(*presenter,
+                       m_asksForMovie ? localizedString(QT_TRANSLATE_NOOP("Lamina", "Can’t open the movie"))
+                                      : localizedString("Can’t ask for a place"),
+                       *failure);
 }
 
 } // namespace lamina

@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <optional>
 #include <span>
 #include <string>
@@ -23,9 +24,9 @@ Outcome writeFileAtPlace(const UIDocumentPlace& place, std::span<const std::uint
 /// The same with what another file holds, however large; the error's subject may be that file's path.
 Outcome copyFileToPlace(const std::string& path, const UIDocumentPlace& place);
 
-/// Asks the user for a place and a name for a file, or for a folder that is there, in the system's own dialog, or in
-/// the window where there is none. It writes nothing. It is presented, and takes itself away with the answer. Main
-/// thread.
+/// Asks the user for a place and a name for a file, or for a folder or a movie that is there, in the system's own
+/// dialog, or in the window where there is none. It reads and writes nothing. It is presented, and takes itself away
+/// with the answer. Main thread.
 ///
 ///   auto picker = std::make_shared<UIDocumentPickerViewController>("default.png",
 ///       [this](std::optional<UIDocumentPlace> place) { if (place) saveAt(*place); });
@@ -34,6 +35,7 @@ class UIDocumentPickerViewController : public UIViewController {
     Q_OBJECT
     Q_PROPERTY(QString suggestedName READ suggestedNameText CONSTANT FINAL)
     Q_PROPERTY(bool asksForFolder READ asksForFolder CONSTANT FINAL)
+    Q_PROPERTY(bool asksForMovie READ asksForMovie CONSTANT FINAL)
 
 public:
     /// The place; nothing: the user wants none, or, after an alert that says so, could not be asked. Runs once, when
@@ -42,6 +44,8 @@ public:
 
     /// `suggestedName`: the file's name to begin with, its extension included; empty: the place is a folder.
     UIDocumentPickerViewController(std::string suggestedName, Answer answer);
+    /// One that asks for a movie's file.
+    static std::shared_ptr<UIDocumentPickerViewController> makeForMovie(Answer answer);
 
     /// Where the dialog starts; default empty: where the system likes.
     const std::string& folder() const { return m_folder; }
@@ -49,7 +53,8 @@ public:
     /// The name the dialog starts with.
     const std::string& suggestedName() const { return m_suggestedName; }
     QString suggestedNameText() const { return QString::fromStdString(m_suggestedName); }
-    bool asksForFolder() const { return m_suggestedName.empty(); }
+    bool asksForFolder() const { return m_suggestedName.empty() && !m_asksForMovie; }
+    bool asksForMovie() const { return m_asksForMovie; }
     /// Not answered yet.
     bool isChoosing() const { return m_choosing; }
 
@@ -72,6 +77,7 @@ private:
     std::string m_suggestedName;
     std::string m_folder;
     Answer m_answer;
+    bool m_asksForMovie = false;
     bool m_choosing = true;
 };
 

@@ -1,7 +1,7 @@
 import QtQuick
 import Lamina
 
-// Chooses a photo from a folder, or a folder for a file, where the desktop has no chooser of its own.
+// Chooses a photo or a movie from a folder, or a folder for a file, where the desktop has no chooser of its own.
 SheetPanel {
     id: sheet
 
@@ -59,9 +59,9 @@ SheetPanel {
             listed: true
             focus: ListView.isCurrentItem
             focusPolicy: Qt.ClickFocus
-            iconName: isParent ? "ExpendLess" : isFolder ? "folder" : ""
+            iconName: isParent ? "ExpendLess" : isFolder ? "folder" : sheet.folder.movies ? "movie" : ""
             turned: isParent
-            thumbnail: isFolder ? "" : path
+            thumbnail: isFolder || sheet.folder.movies ? "" : path
             forward: isFolder && !isParent
             opacity: isFolder || !sheet.placing ? 1 : Tokens.opacity.disabled
             onClicked: {
@@ -76,7 +76,8 @@ SheetPanel {
             topPadding: Tokens.space.m
             visible: text !== ""
             text: sheet.folder.loading ? "" : sheet.folder.error !== "" ? sheet.folder.error
-                : sheet.folder.empty ? qsTranslate("Lamina", "No photos in this folder") : sheet.folder.note
+                : sheet.folder.empty ? sheet.folder.movies ? qsTranslate("Lamina", "No movies in this folder")
+                : qsTranslate("Lamina", "No photos in this folder") : sheet.folder.note
             role: Tokens.type.caption
             color: Tokens.palette.textSecondary
             Accessible.name: text

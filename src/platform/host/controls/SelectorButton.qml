@@ -10,6 +10,8 @@ Item {
     property string description
     property var picture
     property real pictureOpacity: 1
+    // Stands in the place of a picture that there never is.
+    property string iconName
     // Behind the picture, over the paper.
     property color ground: "transparent"
     property bool selected: false
@@ -109,8 +111,8 @@ Item {
                 }
                 Icon {
                     anchors.centerIn: parent
-                    name: "Gallery"
-                    opacity: Tokens.opacity.disabled
+                    name: button.iconName !== "" ? button.iconName : "Gallery"
+                    opacity: button.iconName !== "" ? 1 : Tokens.opacity.disabled
                     visible: shown.empty
                 }
                 Picture {

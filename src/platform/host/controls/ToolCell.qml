@@ -10,6 +10,8 @@ ChoiceButton {
     property bool active: false
     property bool gray: false
     property bool current: active
+    // The main one of its bar: its icon lies on a disc of the accent.
+    property bool disc: false
     // The colour that the tool would change, as a disc on its icon; clear: none.
     property color swatch: "transparent"
     // Pixels of the name's letters; a row gives all of its cells the same.
@@ -31,10 +33,18 @@ ChoiceButton {
     }
     contentItem: Item {
         opacity: !cell.enabled ? Tokens.opacity.disabled : cell.down ? Tokens.opacity.pressedIcon : 1
+        Rectangle {
+            visible: cell.disc
+            anchors.centerIn: icon
+            width: 40
+            height: 40
+            radius: 20
+            color: cell.down ? Tokens.palette.accentPressed : cell.hovered && cell.enabled ? Tokens.palette.accentHover : Tokens.palette.accent
+        }
         Icon {
             id: icon
             anchors.horizontalCenter: parent.horizontalCenter
-            y: 9
+            y: cell.disc ? 3 : 9
             name: cell.iconName
         }
         Rectangle {

@@ -1,7 +1,8 @@
 import QtQuick
 import Lamina
 
-// The tools of an editor side by side, from a list of {identifier, name, icon, active, gray, current, enabled}.
+// The tools of an editor side by side, from a list of {identifier, name, icon, active, gray, current,
+// enabled}, and `disc` where it is the main one.
 Grid {
     id: row
 
@@ -57,6 +58,7 @@ Grid {
             gray: tool.gray
             current: tool.current
             enabled: tool.enabled
+            disc: tool.disc ?? false
             swatch: row.swatches[tool.identifier] ?? "transparent"
             onClicked: row.chosen(tool.identifier)
         }

@@ -49,7 +49,14 @@ void DocumentPresenter::present(UIViewController* screen)
     m_picker = static_cast<UIDocumentPickerViewController*>(screen);
     connect(m_picker, &UIDocumentPickerViewController::answered, this, &DocumentPresenter::forget);
     const auto answered = [this](const FileChooserAnswer& answer) { take(answer); };
-    if (m_picker->asksForFolder())
+    if (m_picker->asksForMovie())
+        m_portal.open({.parentWindow = portalWindowIdentifier(&m_parent),
+                       .title = localizedString(QT_TRANSLATE_NOOP("Lamina", "Choose a movie")),
+                       .acceptLabel = localizedString("Choose"),
+                       .folder = m_picker->folder(),
+                       .choosesMovie = true},
+                      answered);
+    else if (m_picker->asksForFolder())
         m_portal.open({.parentWindow = portalWindowIdentifier(&m_parent),
                        .title = localizedString(QT_TRANSLATE_NOOP("Lamina", "Choose a folder")),
                        .acceptLabel = localizedString("Choose"),
@@ -70,7 +77,7 @@ void DocumentPresenter::take(const FileChooserAnswer& answer)
     if (!m_picker)
         return;
     const auto chosen = [this](const std::string& path) {
-        if (m_picker->asksForFolder())
+        if (m_picker->asksForFolder() || m_picker->asksForMovie())
             return m_picker->choose({path});
         // What is there by now is what the dialog has asked about.
         inBackground<bool>(
@@ -84,6 +91,7 @@ void DocumentPresenter::take(const FileChooserAnswer& answer)
 
 void DocumentPresenter::askInWindow()
 {
+    m_folder.setKind(m_picker->asksForMovie() ? FolderFiles::Movies : FolderFiles::Pictures);
     m_folder.openAt(m_picker->folder());
     setAsksInWindow(true);
 }
@@ -93,7 +101,7 @@ void DocumentPresenter::placeIn(const std::string& folder)
     UIDocumentPickerViewController* const picker = folderPicker();
     if (!picker)
         return;
-    if (picker->asksForFolder())
+    if (picker->asksForFolder() || picker->asksForMovie())
         return picker->choose({folder});
     inBackground<std::string>(
         folderQueue(), picker, [folder, name = picker->suggestedName()] { return freePath(folder, name); },

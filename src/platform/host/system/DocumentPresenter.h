@@ -30,7 +30,8 @@ public:
 
     /// The picker that has to ask in the window; null: none.
     UIDocumentPickerViewController* folderPicker() const { return m_asksInWindow ? m_picker.data() : nullptr; }
-    /// What was chosen in the window: the file goes into that folder, under a name that is free there.
+    /// What was chosen in the window: the folder or the movie that was asked for; or the file goes into that folder,
+    /// under a name that is free there.
     void placeIn(const std::string& folder);
 
 signals:

@@ -3,6 +3,7 @@
 #include "platform/base/Localization.h"
 #include "platform/image/codecs/PictureFormats.h"
 
+#include <QCoreApplication>
 #include <QDBusArgument>
 #include <QDBusMetaType>
 
@@ -69,13 +70,25 @@ void registerFilterTypes()
     Q_UNUSED(registered)
 }
 
+/// These, or whatever else.
+QList<Filter> orAllFiles(const Filter& wanted)
+{
+    return {wanted, {QString::fromStdString(localizedString("All files")), {{kGlob, QStringLiteral("*")}}}};
+}
+
+QList<Filter> movieFilters()
+{
+    return orAllFiles({QString::fromStdString(localizedString(QT_TRANSLATE_NOOP("Lamina", "Movies"))),
+                       {{kMimeType, QStringLiteral("video/*")}}});
+}
+
 QList<Filter> pictureFilters()
 {
     Filter pictures{QString::fromStdString(localizedString("Pictures")), {}};
     for (const PictureFormat& format : pictureFormats())
         for (const std::string_view type : format.mimeTypes)
             pictures.rules.append({kMimeType, QString::fromUtf8(type.data(), static_cast<qsizetype>(type.size()))});
-    return {pictures, {QString::fromStdString(localizedString("All files")), {{kGlob, QStringLiteral("*")}}}};
+    return orAllFiles(pictures);
 }
 
 /// What both kinds of questions have.
@@ -101,7 +114,8 @@ QVariantMap fileChooserOptions(const FileChooserQuestion& question)
     if (question.choosesFolder)
         options.insert(QStringLiteral("directory"), true);
     else
-        options.insert(QStringLiteral("filters"), QVariant::fromValue(pictureFilters()));
+        options.insert(QStringLiteral("filters"),
+                       QVariant::fromValue(question.choosesMovie ? movieFilters() : pictureFilters()));
     return options;
 }
 

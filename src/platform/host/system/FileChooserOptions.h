@@ -6,8 +6,8 @@
 
 namespace lamina {
 
-/// What a file chooser is asked for: one picture file, or one folder. All texts are to be shown to the user as they
-/// are; paths are bytes.
+/// What a file chooser is asked for: one picture file, one movie's, or one folder. All texts are to be shown to the
+/// user as they are; paths are bytes.
 struct FileChooserQuestion {
     std::string parentWindow; ///< over which it stands, from `portalWindowIdentifier`; may be empty
     std::string title;
@@ -15,6 +15,7 @@ struct FileChooserQuestion {
     std::string
         folder; ///< in which it starts; empty: the samples while the user has no pictures, else where the desktop likes
     bool choosesFolder = false;
+    bool choosesMovie = false;
 };
 
 /// What it is asked for where a file is to be saved.

@@ -7,8 +7,10 @@
 #include <QStringDecoder>
 
 #include <algorithm>
+#include <array>
 #include <filesystem>
 #include <optional>
+#include <string_view>
 
 namespace lamina {
 
@@ -40,14 +42,27 @@ std::optional<QString> asText(const std::string& name)
     return decoder.hasError() ? std::nullopt : std::optional(std::move(text));
 }
 
-std::optional<Candidate> candidate(const fs::directory_entry& file, FolderOrder order, const QCollator& collator)
+/// Of the containers that are read.
+constexpr std::array<std::string_view, 12> kMovieExtensions{".mp4",  ".m4v", ".mov", ".mkv", ".webm", ".avi",
+                                                            ".mpeg", ".mpg", ".ts",  ".3gp", ".ogv",  ".flv"};
+
+bool isNamedAs(FolderFiles kind, const std::string& name)
+{
+    if (kind == FolderFiles::Pictures)
+        return pictureFormatForFileName(name) != nullptr;
+    const QString extension = QString::fromStdString(fs::path(name).extension().string()).toLower();
+    return std::ranges::find(kMovieExtensions, extension.toStdString()) != kMovieExtensions.end();
+}
+
+std::optional<Candidate> candidate(const fs::directory_entry& file, FolderOrder order, FolderFiles kind,
+                                   const QCollator& collator)
 {
     std::string name = file.path().filename().string();
     if (name.starts_with('.'))
         return std::nullopt;
     std::error_code failure;
     const bool isFolder = file.is_directory(failure);
-    if (!isFolder && (!pictureFormatForFileName(name) || !file.is_regular_file(failure)))
+    if (!isFolder && (!isNamedAs(kind, name) || !file.is_regular_file(failure)))
         return std::nullopt;
     const std::optional<QString> text = asText(name);
     if (!text)
@@ -82,7 +97,7 @@ bool standsBefore(const Candidate& x, const Candidate& y)
 } // namespace
 
 Result<FolderContents> listFolder(const std::string& folder, FolderOrder order, std::size_t limit,
-                                  const std::atomic<bool>& cancelled)
+                                  const std::atomic<bool>& cancelled, FolderFiles kind)
 {
     std::error_code failure;
     fs::directory_iterator file(folder, failure);
@@ -92,7 +107,7 @@ Result<FolderContents> listFolder(const std::string& folder, FolderOrder order, 
     const QCollator collator = readersOrder();
     std::vector<Candidate> found;
     for (; !failure && !cancelled && file != fs::end(file); file.increment(failure))
-        if (std::optional<Candidate> taken = candidate(*file, order, collator))
+        if (std::optional<Candidate> taken = candidate(*file, order, kind, collator))
             found.push_back(*std::move(taken));
     if (failure)
         return refusal(folder, failure);

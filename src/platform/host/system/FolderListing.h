@@ -12,7 +12,10 @@ namespace lamina {
 /// How the pictures of a folder are sorted.
 enum class FolderOrder { NewestFirst, ByName };
 
-/// A folder, or a file that by its name is a picture.
+/// Which files of a folder are listed, by their names.
+enum class FolderFiles { Pictures, Movies };
+
+/// A folder, or a file that by its name is of the wanted kind.
 struct FolderEntry {
     std::string name;
     std::string path; ///< absolute
@@ -26,15 +29,15 @@ struct FolderContents {
     std::size_t leftOut = 0; ///< how many there would be beyond the limit
 };
 
-/// What stands in `folder`: folders first, by name; then picture files in `order`, by name where they are equally old.
-/// Names go as readers sort them: by the language's letters, whatever their case, and numbers by value. Links count as
-/// what they lead to.
+/// What stands in `folder`: folders first, by name; then files of the kind in `order`, by name where they are equally
+/// old. Names go as readers sort them: by the language's letters, whatever their case, and numbers by value. Links
+/// count as what they lead to.
 ///
 /// Left out: what is hidden, links that lead nowhere, names that are no UTF-8 and could not be asked for again, and
 /// everything beyond the first `limit`. When `cancelled` is set the rest is not read, and what is there does not
 /// matter. The error's subject is the folder, its cause a whole sentence, since it is shown by itself in the list's
 /// place. Reads the disk: for a background thread.
 Result<FolderContents> listFolder(const std::string& folder, FolderOrder order, std::size_t limit,
-                                  const std::atomic<bool>& cancelled);
+                                  const std::atomic<bool>& cancelled, FolderFiles kind = FolderFiles::Pictures);
 
 } // namespace lamina

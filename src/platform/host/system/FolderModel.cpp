@@ -130,6 +130,14 @@ void FolderModel::setOrder(Order order)
     refresh();
 }
 
+void FolderModel::setKind(FolderFiles kind)
+{
+    if (std::exchange(m_kind, kind) == kind)
+        return;
+    clear();
+    emit kindChanged();
+}
+
 int FolderModel::rowForTyping(const QString& text, int current)
 {
     return m_typeAhead.rowForTyping(text, current, count(), [this](int row) {
@@ -189,14 +197,14 @@ void FolderModel::list(bool start)
     const FolderOrder order = m_order == ByName ? FolderOrder::ByName : FolderOrder::NewestFirst;
     inBackground<Listing>(
         folderQueue(), this,
-        [cancelled = m_cancelled, start, folder = m_folder.toStdString(), order, limit = m_limit] {
+        [cancelled = m_cancelled, start, folder = m_folder.toStdString(), order, kind = m_kind, limit = m_limit] {
             Listing listing{cancelled, folder, FolderContents(), {}};
             if (*cancelled)
                 return listing;
             if (start)
                 listing.folder = startFolder();
             listing.places = findPlaces(samplesFolder());
-            listing.contents = listFolder(listing.folder, order, limit, *cancelled);
+            listing.contents = listFolder(listing.folder, order, limit, *cancelled, kind);
             return listing;
         },
         [this](Listing listing) {

@@ -15,8 +15,8 @@
 namespace lamina {
 
 /// A folder as the chooser in the window shows it, as `name`, `path`, `isFolder` and `isParent`: the way up, the
-/// folders in it, then its pictures. Listed in the background; until then it has at most the way up, and is `loading`.
-/// It does not look by itself whether something has changed. Main thread.
+/// folders in it, then its pictures, or its movies. Listed in the background; until then it has at most the way up, and
+/// is `loading`. It does not look by itself whether something has changed. Main thread.
 class FolderModel : public ListModel<FolderEntry> {
     Q_OBJECT
     /// Absolute and without ".." when read. What is set may be relative; setting the same folder again lists it anew.
@@ -25,6 +25,8 @@ class FolderModel : public ListModel<FolderEntry> {
     Q_PROPERTY(QString parentFolder READ parentFolder NOTIFY folderChanged FINAL)
     /// The folder's name to show: that of the place if it is one of `places`, else the last part of its path.
     Q_PROPERTY(QString title READ title NOTIFY titleChanged FINAL)
+    /// Movies are listed, not pictures.
+    Q_PROPERTY(bool movies READ showsMovies NOTIFY kindChanged FINAL)
     Q_PROPERTY(Order order READ order WRITE setOrder NOTIFY orderChanged FINAL)
     Q_PROPERTY(bool loading READ isLoading NOTIFY stateChanged FINAL)
     /// Why the folder can't be shown, a sentence; empty: it can.
@@ -72,6 +74,9 @@ public:
 
     /// Goes where choosing begins: the user's pictures; the samples while there are none; their home without either.
     Q_INVOKABLE void openStart();
+    /// What the next listings show beside folders.
+    void setKind(FolderFiles kind);
+    bool showsMovies() const { return m_kind == FolderFiles::Movies; }
     /// Shows itself for a choice: goes to `folder`, or where that is empty lists anew where it was, or at the start.
     void openAt(const std::string& folder);
     /// Lists the folder again; what is shown stays until then.
@@ -81,6 +86,7 @@ signals:
     void folderChanged();
     void titleChanged();
     void orderChanged();
+    void kindChanged();
     void stateChanged();
     void placesChanged();
 
@@ -95,6 +101,7 @@ private:
 
     QString m_folder;
     Order m_order = NewestFirst;
+    FolderFiles m_kind = FolderFiles::Pictures;
     std::size_t m_limit = kDefaultLimit;
     TypeAhead m_typeAhead;
     QString m_error;

@@ -1,0 +1,96 @@
+#include "LiveShots.h"
+
+#include "Shooter.h"
+#include "StandInCamera.h"
+
+#include "app/AppMenu.h"
+#include "app/LiveViewController.h"
+#include "app/ViewController.h"
+#include "platform/image/codecs/PictureDecoding.h"
+#include "platform/media/VideoExport.h"
+
+#include <QTemporaryDir>
+
+#include <cstdio>
+#include <memory>
+#include <string>
+
+namespace lamina::test {
+
+namespace {
+
+CGImage sample(const char* name)
+{
+    const Result<UIImage> read = loadPicture(std::string(LAMINA_SAMPLES "/") + name);
+    return read ? read->cgImage() : CGImage();
+}
+
+void shootCamera(Shooter& shooter, LiveViewController& live, StandInCamera& camera, const CGImage& picture)
+{
+    WindowDriver& driver = shooter.driver();
+    int frame = 0;
+    const auto give = [&] {
+        camera.give(picture, CMTime::make(++frame, 30));
+        return live.state() == LiveViewController::Live;
+    };
+    WindowDriver::waitUntil(give, 5);
+    WindowDriver::waitUntil([&] { return live.thumbnails()->rowCount() == 14 && !frame; }, 1);
+    live.chooseLook(502);
+    shooter.shoot("live-filter");
+    live.slide(50, 20);
+    live.slide(56, 1.4);
+    live.slide(55, 0.3);
+    live.setPanel(QStringLiteral("effects"));
+    live.toggleComparing();
+    for (int i = 0; i < 3; ++i) {
+        give();
+        driver.settle();
+    }
+    shooter.shoot("live");
+    driver.press(Qt::Key_Tab);
+    shooter.shoot("live-focus");
+    camera.end({"stand-in", "the camera has gone"});
+    WindowDriver::waitUntil([&] { return live.state() == LiveViewController::Stopped; }, 5);
+    shooter.shoot("live-gone");
+}
+
+void shootMovie(Shooter& shooter, LiveViewController& live)
+{
+    const QTemporaryDir folder;
+    const std::string path = folder.filePath(QStringLiteral("Evening sea.mp4")).toStdString();
+    if (!writeStillVideo({.picture = UIImage(sample("sea-sunset.jpg")), .seconds = 24, .soundFile = {}}, path))
+        return;
+    live.openMovie(path);
+    WindowDriver::waitUntil(
+        [&] { return live.sourceName() == QLatin1String("movie") && live.state() == LiveViewController::Live; }, 10);
+    live.resetFilters();
+    live.toggleComparing();
+    live.chooseLook(503);
+    live.slide(50, 20);
+    live.slide(56, 1.4);
+    live.slide(55, 0.3);
+    live.seek(7);
+    WindowDriver::waitUntil([&] { return live.position() >= 7 && live.state() == LiveViewController::Live; }, 5);
+    live.togglePaused();
+    shooter.shoot("live-movie");
+}
+
+} // namespace
+
+void shootLive(const LaunchOptions& options, const QString& prefix)
+{
+    const auto camera = std::make_shared<StandInCamera>();
+    const auto other = std::make_shared<StandInCamera>();
+    other->name = "other";
+    const ServedCameras served({camera, other});
+    Shooter shooter(options, prefix);
+    presentLive(*shooter.driver().top<ViewController>());
+    shooter.driver().waitFor<LiveViewController>();
+    const auto live = shooter.driver().top<LiveViewController>();
+    if (!live)
+        return;
+    shootCamera(shooter, *live, *camera, sample("city-rain.jpg"));
+    shootMovie(shooter, *live);
+}
+
+} // namespace lamina::test
