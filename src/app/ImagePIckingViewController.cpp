@@ -6,8 +6,10 @@
 #include "editors/blend/PickedImages.h"
 #include "platform/base/Localization.h"
 #include "platform/base/UIScreen.h"
+#include "platform/media/AVCaptureDevice.h"
 #include "platform/photos/PhotoSource.h"
 #include "platform/view/FailureAlert.h"
+#include "platform/view/MainObserver.h"
 #include "platform/view/UIAlertController.h"
 #include "platform/view/UINavigationController.h"
 #include "platform/view/UIStoryboard.h"
@@ -34,6 +36,8 @@ bool cameraIsThere()
 ImagePIckingViewController::ImagePIckingViewController()
     : m_selectImage(backdropName())
     , m_cameraAvailable(cameraIsThere())
+    , m_camerasObserver(
+          observeOnMain(kAVCaptureDevicesDidChangeNotification, *this, [this] { lookForCamera(); }))
 {
 }
 
@@ -47,9 +51,14 @@ int ImagePIckingViewController::step() const
 void ImagePIckingViewController::viewWillAppear(bool animated)
 {
     UIViewController::viewWillAppear(animated);
+    lookForCamera();
+    readSlots();
+}
+
+void ImagePIckingViewController::lookForCamera()
+{
     if (std::exchange(m_cameraAvailable, cameraIsThere()) != m_cameraAvailable)
         emit cameraAvailableChanged();
-    readSlots();
 }
 
 void ImagePIckingViewController::readSlots()
@@ -115,7 +124,7 @@ std::shared_ptr<UIImagePickerController>
 ImagePIckingViewController::makePicker(UIImagePickerControllerSourceType source)
 {
     return makeCropPicker(std::shared_ptr<UIImagePickerControllerDelegate>(shared_from_this(), this), source,
-                          UIScreen::main().bounds.width);
+                          UIScreen::main().bounds.width, step());
 }
 
 void ImagePIckingViewController::imagePickerControllerDidCancel(UIImagePickerController& picker)

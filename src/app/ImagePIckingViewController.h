@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/base/NotificationCenter.h"
 #include "platform/view/PhotoReceiver.h"
 #include "platform/view/UIImagePickerController.h"
 #include "platform/view/UIViewController.h"
@@ -31,7 +32,7 @@ public:
     /// The photo that is wanted: 1 or 2.
     int step() const;
 
-    /// Whether there is a camera; looked up each time that the screen appears.
+    /// Whether there is a camera; looked up each time that the screen appears, and when one has come or gone.
     bool cameraAvailable() const { return m_cameraAvailable; }
 
     void viewWillAppear(bool animated) override;
@@ -67,6 +68,7 @@ signals:
     void firstPhotoSetAsideChanged();
 
 private:
+    void lookForCamera();
     void readSlots();
     std::shared_ptr<UIImagePickerController> makePicker(UIImagePickerControllerSourceType source);
     void pickByHand(UIImagePickerControllerSourceType source);
@@ -83,6 +85,7 @@ private:
     std::deque<WaitingPhoto> m_waiting;
     std::size_t m_leftOut = 0; ///< photos of which the user has to be told yet
     bool m_cameraAvailable = false;
+    NotificationObserver m_camerasObserver;
     bool m_leadsToCrop = false; ///< a photo was picked, and the picker is still on its way out
 };
 

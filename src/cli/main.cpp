@@ -1,4 +1,5 @@
 #include "cli/WindowLauncher.h"
+#include "cli/capture/CaptureCommand.h"
 #include "cli/common/Command.h"
 #include "cli/common/ExitCode.h"
 #include "cli/common/Interruption.h"
@@ -106,6 +107,7 @@ ExitCode run(int argc, char** argv)
     FiltersCommand filters(application);
     ExportCommand exporting(application);
     MovieCommand movie(application);
+    CaptureCommand capture(application);
     StickersCommand stickers(application);
     PhotosCommand photos(application);
 
@@ -117,7 +119,7 @@ ExitCode run(int argc, char** argv)
     if (wantsVersion)
         return printData("lamina " LAMINA_VERSION "\n");
     for (Command* command : std::initializer_list<Command*>{&blend, &collage, &op, &filter, &filters, &exporting,
-                                                            &movie, &stickers, &photos}) {
+                                                            &movie, &capture, &stickers, &photos}) {
         if (command->isChosen() && pictures.empty())
             return command->run();
         if (command->isChosen())

@@ -179,6 +179,8 @@ void PhotoGrid::endDisplaying(const QObject* cell)
     (*found)->m_item = -1;
     if (auto* const photo = dynamic_cast<YMSPhotoCell*>(found->get()))
         photo->endDisplaying();
+    else if (auto* const camera = dynamic_cast<YMSCameraCell*>(found->get()))
+        camera->closeCamera();
     (*found)->setSelected(false);
     m_spare.push_back(std::move(*found));
     m_displayed.erase(found);

@@ -1,5 +1,6 @@
 #include "picker/YMSPhotoPickerViewController.h"
 
+#include "picker/YMSCameraCell.h"
 #include "platform/base/Localization.h"
 #include "platform/image/pixels/UIImage.h"
 #include "platform/media/AVCaptureSession.h"
@@ -32,8 +33,31 @@ std::string requestPhoto(const UIImage& image, const std::optional<CollectionIte
 
 } // namespace
 
+YMSCameraCell* YMSPhotoPickerViewController::cameraTile() const
+{
+    return dynamic_cast<YMSCameraCell*>(m_grid.cellForItem(kCameraItem));
+}
+
+/// A camera is opened once: what lies over the grid may want it, and nobody sees the tile.
+void YMSPhotoPickerViewController::pauseCamera()
+{
+    const auto over = std::dynamic_pointer_cast<UIImagePickerController>(presentedViewController());
+    m_takesPhoto = over && over->sourceType() == UIImagePickerControllerSourceType::Camera;
+    if (YMSCameraCell* const tile = cameraTile())
+        tile->closeCamera();
+}
+
+void YMSPhotoPickerViewController::camerasChanged()
+{
+    if (YMSCameraCell* const tile = cameraTile())
+        tile->updateAvailability();
+    if (isAppearing() && !presentedViewController())
+        reloadCameraUnlessRunning();
+}
+
 void YMSPhotoPickerViewController::reloadCameraUnlessRunning()
 {
+    m_takesPhoto = false;
     if (const auto camera = session(); !camera || !camera->isRunning())
         m_grid.reloadItem(kCameraItem);
 }

@@ -38,6 +38,16 @@ std::shared_ptr<AVCaptureSession> YMSCameraCell::session()
     return m_session;
 }
 
+void YMSCameraCell::closeCamera()
+{
+    const std::shared_ptr<AVCaptureSession> session = std::exchange(m_session, nullptr);
+    if (!session)
+        return;
+    session->stopRunning();
+    for (const auto& input : session->inputs())
+        session->removeInput(input); // whoever else holds the session
+}
+
 bool YMSCameraCell::openCamera()
 {
     const std::shared_ptr<AVCaptureDevice> device = AVCaptureDevice::defaultVideoDevice();

@@ -27,6 +27,8 @@ public:
     /// call makes a new one and tries to open the default camera. Null while that question is open; without inputs
     /// where there is no camera or it can't be opened.
     std::shared_ptr<AVCaptureSession> session();
+    /// Ends the session, so that others can have the camera; what was seen last stays.
+    void closeCamera();
 
     /// Of the coloured veil: 0.5 over what the camera sees, else 1.
     double veilAlpha() const { return m_veilAlpha; }

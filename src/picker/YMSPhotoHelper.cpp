@@ -1,6 +1,7 @@
 #include "picker/YMSPhotoHelper.h"
 
 #include "platform/base/DispatchQueue.h"
+#include "platform/base/Localization.h"
 #include "platform/media/AVCaptureDevice.h"
 #include "platform/photos/PHPhotoLibrary.h"
 
@@ -51,6 +52,7 @@ struct CameraUse {
         const auto camera = std::make_shared<UIImagePickerController>();
         camera->setDelegate(delegate);
         camera->setSourceType(UIImagePickerControllerSourceType::Camera);
+        camera->setTitle(localizedString("Take a photo"));
         camera->setModalPresentationStyle(UIModalPresentationStyle::CurrentContext);
         presenter->present(camera, true);
     }

@@ -1,8 +1,10 @@
 #include "picker/YMSPhotoPickerViewController.h"
 
 #include "picker/PickerThemeValues.h"
+#include "platform/media/AVCaptureDevice.h"
 #include "platform/photos/PHCachingImageManager.h"
 #include "platform/photos/PHPhotoLibrary.h"
+#include "platform/view/MainObserver.h"
 #include "platform/view/UIBarButtonItem.h"
 
 namespace lamina {
@@ -14,6 +16,8 @@ YMSPhotoPickerViewController::YMSPhotoPickerViewController()
     connect(&m_bar.topConstraint(), &AnimatedProperty::valueChanged, this,
             &YMSPhotoPickerViewController::barOffsetChanged);
     connect(&m_bar.alpha(), &AnimatedProperty::valueChanged, this, &YMSPhotoPickerViewController::barAlphaChanged);
+    m_camerasObserver =
+        observeOnMain(kAVCaptureDevicesDidChangeNotification, *this, [this] { camerasChanged(); });
 }
 
 YMSPhotoPickerViewController::~YMSPhotoPickerViewController() = default;
@@ -40,12 +44,15 @@ void YMSPhotoPickerViewController::viewWillAppear(bool animated)
     m_hasLeft = false;
     PHPhotoLibrary::registerChangeObserver(weakSelf());
     catchUpWithLibrary();
+    if (!m_takesPhoto) // it is the last to hear that the camera's screen has gone
+        reloadCameraUnlessRunning();
 }
 
 void YMSPhotoPickerViewController::viewWillDisappear(bool animated)
 {
     UIViewController::viewWillDisappear(animated);
     PHPhotoLibrary::unregisterChangeObserver(this);
+    pauseCamera();
 }
 
 void YMSPhotoPickerViewController::cancelPicking()

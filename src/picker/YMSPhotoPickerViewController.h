@@ -7,6 +7,7 @@
 #include "picker/YMSPhotoPickerTheme.h"
 #include "picker/YMSPhotoPickerViewControllerDelegate.h"
 #include "platform/base/DispatchTimer.h"
+#include "platform/base/NotificationCenter.h"
 #include "platform/photos/PHAsset.h"
 #include "platform/photos/PHCachingImageManager.h"
 #include "platform/photos/PHChange.h"
@@ -270,7 +271,10 @@ private:
     void catchUpWithLibrary();
     void refreshTiles(const CollectionItem& item);
 
+    YMSCameraCell* cameraTile() const;
     void startSession();
+    void pauseCamera();
+    void camerasChanged();
     void reloadCameraUnlessRunning();
     void savePhoto(const UIImage& image);
     void photoSaved(const UIImage& image, const std::string& identifier, const Outcome& outcome);
@@ -298,6 +302,8 @@ private:
     bool m_hasLeft = false;        ///< its delegate has what was chosen and has dismissed it
 
     std::weak_ptr<AVCaptureSession> m_session;
+    bool m_takesPhoto = false; ///< the camera's screen is over this one
+    NotificationObserver m_camerasObserver;
     bool m_needToSelectFirstPhoto = false;
     std::string m_takenPhoto; ///< identifier of the photo that was saved last
 

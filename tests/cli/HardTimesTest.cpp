@@ -102,8 +102,8 @@ TEST_F(HardTimes, WhatCannotBeSaidIsAFailure)
 {
     for (const std::string line :
          {"--help", "--version", "op --help", "filter -h", "filters --help", "blend --help", "collage --help",
-          "export --help", "movie --help", "stickers --help", "photos --help", "photos list --help", "filters --json",
-          "op --json", "stickers", "op invert -i small.png -o -"}) {
+          "export --help", "movie --help", "capture --help", "stickers --help", "photos --help", "photos list --help",
+          "filters --json", "op --json", "stickers", "op invert -i small.png -o -"}) {
         SCOPED_TRACE(line);
         for (const std::string nowhere : {" >/dev/full", " >&-"}) {
             const CommandResult run = shell("lamina " + line + nowhere);

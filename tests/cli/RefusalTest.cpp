@@ -138,6 +138,14 @@ TEST_F(Refusals, WrongUsageOfAnyCommand)
         {"movie no.mp4 -o out.mp4 --filter GPUImageSepiaFilter --pipeline no.json", 2,
          "--filter: a pipeline's filters"},
         {"movie no.mp4 -o out.mp4 --from 3 --to 3", 2, "--to: must be later than where the movie begins"},
+        {"capture", 2, "capture: --output is required, or --list"},
+        {"capture -o out.avi", 2,
+         "out.avi: the name of the output must end in .mp4, .mov or .mkv for a clip, or in .png"},
+        {"capture -o out.png --for 3", 2, "--for: is for clips"},
+        {"capture -o - --json", 2, "--json: goes to standard output, as the picture would"},
+        {"capture --list -o out.png", 2, "--list: only lists; leave out --output"},
+        {"capture -o out.mp4 --filter GPUImageAddBlendFilter", 2, "needs 2 pictures; frames come one at a time"},
+        {"capture -o out.mp4 --rate 0", 2, "--rate: expected a number from 1 to 1000, not '0'"},
         {"blend no.jpg no.jpg -o out.png --as svg", 2, "blend: out.png: the name of the output must end in .svg"},
     });
 }
@@ -331,6 +339,8 @@ TEST_F(Refusals, OutputsThatCannotBeWritten)
     make("earlier.png", "what was there before");
     expect({
         {"blend small.png small.png -o no/out.png", 4, "lamina: no/out.png: no such folder"},
+        {"capture -o no/out.jpg", 4, "lamina: no/out.jpg: no such folder"},
+        {"capture -o no/out.mkv", 4, "lamina: no/out.mkv: no such folder"},
         {"export svg -i small.png -o no/out.svg", 4, "lamina: no/out.svg: no such folder"},
         {"op invert -i small.png -o - >/dev/full", 4, "lamina: standard output: no space left"},
         {"filters --sheet no/out.png -i small.png --family detection", 4, "lamina: no/out.png: no such folder"},

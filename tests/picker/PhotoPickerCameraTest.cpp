@@ -31,7 +31,7 @@ protected:
                  status = answer;
                  handler(answer == Status::Authorized);
              },
-             [this](AVTrackMediaType) { return std::vector<std::shared_ptr<AVCaptureDevice>>{use}; }});
+             [this](AVTrackMediaType) { return there; }});
         use->turned = 90;
     }
     void TearDown() override
@@ -47,9 +47,6 @@ protected:
     }
     void take(const UIImage& image)
     {
-        // The tile of a camera that runs stays selected after a photo.
-        if (picker->indexPathsForSelectedItems().contains(0))
-            picker->tapItem(0);
         picker->tapItem(0);
         settle();
         ASSERT_TRUE(camera());
@@ -60,6 +57,7 @@ protected:
     Status status = Status::Authorized;
     Status answer = Status::Authorized;
     const std::shared_ptr<StandInCamera> use = std::make_shared<StandInCamera>();
+    std::vector<std::shared_ptr<AVCaptureDevice>> there{use};
     const UIImage photo{rampPicture(20, 10, 77), 1, UIImageOrientation::Right};
 };
 
@@ -98,6 +96,43 @@ TEST_F(PhotoPickerCamera, ShowsWhatItSeesInItsTileWhereItMayAndCan)
     window.rootViewController()->dismiss(false);
     settle();
     EXPECT_EQ(use->running(), 0);
+}
+
+TEST_F(PhotoPickerCamera, HasItsTileToItselfOnlyWhileThatIsSeen)
+{
+    open(2);
+    EXPECT_EQ(use->running(), 1);
+    picker->tapItem(0);
+    settle();
+    EXPECT_EQ(use->running(), 0) << "the camera's screen has it";
+    AVCaptureDevice::devicesDidChange();
+    settle();
+    EXPECT_EQ(use->running(), 0);
+    camera()->cancel();
+    settle();
+    EXPECT_EQ(use->running(), 1);
+    picker->presentSinglePhoto(1);
+    settle();
+    EXPECT_EQ(use->running(), 0);
+    window.topViewController()->dismiss(false);
+    settle();
+    EXPECT_EQ(use->running(), 1);
+    picker->endDisplaying(cells[0]); // scrolled out of sight
+    EXPECT_EQ(use->running(), 0);
+    cells[0] = picker->cellForItem(0);
+    settle();
+    EXPECT_EQ(use->running(), 1);
+
+    there.clear();
+    use->end({"stand-in", "unplugged"});
+    AVCaptureDevice::devicesDidChange();
+    settle();
+    EXPECT_EQ(tile().veilAlpha(), 1);
+    there = {use};
+    AVCaptureDevice::devicesDidChange();
+    settle();
+    EXPECT_EQ(tile().veilAlpha(), 0.5);
+    EXPECT_EQ(use->running(), 1);
 }
 
 TEST_F(PhotoPickerCamera, IsAskedForAndRefusedToThePickersDelegate)
@@ -155,7 +190,6 @@ TEST_F(PhotoPickerCamera, TakesAPhotoIntoTheAlbumOnShowAndChoosesIt)
     take({}); // nothing was taken
     EXPECT_EQ(picker->selectedCount(), 2);
 
-    picker->tapItem(0);
     picker->tapItem(0);
     settle();
     picker->imagePickerController(*camera(), {photo, "taken"});

@@ -17,10 +17,12 @@
 
 namespace lamina::test {
 
-/// A camera that isn't one: it gives what a test tells it to, when the test does, on the test's thread.
+/// A camera that isn't one, or a microphone: it gives what a test tells it to, when the test does, on the test's
+/// thread.
 class StandInCamera : public AVCaptureDevice {
 public:
     std::string name = "stand-in";
+    AVTrackMediaType type = AVTrackMediaType::Video;
     AVCaptureDevicePosition place = AVCaptureDevicePosition::Unspecified;
     int turned = 0;
     std::vector<AVCaptureDeviceFormat> modes;
@@ -28,6 +30,7 @@ public:
 
     std::string uniqueID() const override { return name; }
     std::string localizedName() const override { return name; }
+    AVTrackMediaType mediaType() const override { return type; }
     AVCaptureDevicePosition position() const override { return place; }
     int rotation() const override { return turned; }
     std::vector<AVCaptureDeviceFormat> formats() const override { return modes; }
@@ -54,15 +57,18 @@ public:
     /// A frame as whoever has started it wants it: false while nobody has. Pictures are opaque RGBA.
     bool give(const CGImage& picture, const CMTime& time = CMTime::make(0, 1))
     {
-        const std::scoped_lock handling(m_handling);
-        const auto [request, handlers] = present();
-        if (!handlers.sample)
-            return false;
         CMSampleBuffer sample;
         sample.presentationTime = time;
-        sample.imageBuffer = pixelBuffer(picture, request.pixelFormat);
-        handlers.sample(sample);
-        return true;
+        sample.imageBuffer = pixelBuffer(picture, present().first.pixelFormat);
+        return give(sample);
+    }
+    bool give(const CMSampleBuffer& sample)
+    {
+        const std::scoped_lock handling(m_handling);
+        const auto handler = present().second.sample;
+        if (handler)
+            handler(sample);
+        return handler != nullptr;
     }
     /// It gives nothing any more.
     void end(const Error& error)
@@ -154,9 +160,10 @@ public:
         AVCaptureDevice::setSource({[] { return AVAuthorizationStatus::Authorized; },
                                     {},
                                     [cameras = std::move(cameras)](AVTrackMediaType type) {
-                                        return type == AVTrackMediaType::Video
-                                                   ? cameras
-                                                   : std::vector<std::shared_ptr<AVCaptureDevice>>();
+                                        auto those = cameras;
+                                        std::erase_if(those,
+                                                      [&](const auto& each) { return each->mediaType() != type; });
+                                        return those;
                                     }});
     }
     ~ServedCameras() { AVCaptureDevice::setSource({}); }

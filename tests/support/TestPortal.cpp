@@ -28,6 +28,7 @@ const QMap<QString, QString> kDialogs{
     {QStringLiteral("Email.ComposeEmail"), QStringLiteral("sa{sv}")},
     {QStringLiteral("Print.PreparePrint"), QStringLiteral("ssa{sv}a{sv}a{sv}")},
     {QStringLiteral("Print.Print"), QStringLiteral("ssha{sv}")},
+    {QStringLiteral("Camera.AccessCamera"), QStringLiteral("a{sv}")},
 };
 
 QByteArray contentsOf(const QDBusUnixFileDescriptor& descriptor)
@@ -103,6 +104,10 @@ bool TestPortal::handleMessage(const QDBusMessage& message, const QDBusConnectio
     const QString name = call.mid(QStringLiteral("org.freedesktop.portal.").size());
     if (kDialogs.contains(name))
         ask(name, message);
+    else if (name == QLatin1String("Camera.OpenPipeWireRemote"))
+        openRemote(message);
+    else if (message.member() == QLatin1String("Get") && message.arguments().last() == QLatin1String("IsCameraPresent"))
+        tellPresence(message);
     else if (call == QLatin1String("org.freedesktop.DBus.Properties.Get"))
         m_bus.send(message.createReply(QVariant::fromValue(QDBusVariant(3u))));
     else if (call == QLatin1String("org.freedesktop.FileManager1.ShowItems")) {
@@ -183,6 +188,31 @@ void TestPortal::readAll(const QDBusMessage& call)
         if (m_settings.contains(group))
             wanted.insert(group, m_settings.value(group));
     m_bus.send(call.createReply(QVariant::fromValue(wanted)));
+}
+
+void TestPortal::setCamera(bool present, int remote)
+{
+    m_remote = remote;
+    if (std::exchange(m_cameraPresent, present) == present)
+        return;
+    QDBusMessage signal = QDBusMessage::createSignal(kPath, QStringLiteral("org.freedesktop.DBus.Properties"),
+                                                     QStringLiteral("PropertiesChanged"));
+    signal << QStringLiteral("org.freedesktop.portal.Camera")
+           << QVariantMap{{QStringLiteral("IsCameraPresent"), present}} << QStringList();
+    m_bus.send(signal);
+}
+
+void TestPortal::tellPresence(const QDBusMessage& call)
+{
+    m_bus.send(m_cameraPresent ? call.createReply(QVariant::fromValue(QDBusVariant(*m_cameraPresent)))
+                               : call.createErrorReply(QDBusError::InvalidArgs, QStringLiteral("no such interface")));
+}
+
+void TestPortal::openRemote(const QDBusMessage& call)
+{
+    ++m_remotesOpened;
+    m_bus.send(m_remote < 0 ? call.createErrorReply(QDBusError::AccessDenied, QStringLiteral("not allowed"))
+                            : call.createReply(QVariant::fromValue(QDBusUnixFileDescriptor(m_remote))));
 }
 
 void TestPortal::setSetting(const QString& group, const QString& key, const QVariant& value)

@@ -55,6 +55,11 @@ public:
     void setAnswer(unsigned code, const QVariantMap& results) { m_answer = {code, results}; }
     void setChoice(const QStringList& uris) { setAnswer(0, {{QStringLiteral("uris"), uris}}); }
 
+    /// Knows cameras from now on: whether there is one, which it tells all who listen, and what it hands out as the
+    /// connection to them, a descriptor of the caller's; -1: an error.
+    void setCamera(bool present, int remote = -1);
+    int remotesOpened() const { return m_remotesOpened; }
+
     /// Serves the file manager as well, on the same bus.
     void serveFileManager();
     /// What that was to show.
@@ -82,6 +87,8 @@ public:
 private:
     void ask(const QString& name, const QDBusMessage& call);
     void readAll(const QDBusMessage& call);
+    void tellPresence(const QDBusMessage& call);
+    void openRemote(const QDBusMessage& call);
 
     QString m_connectionName;
     QDBusConnection m_bus;
@@ -92,6 +99,9 @@ private:
     QDBusMessage m_lastCall;
     QStringList m_closed;
     QStringList m_shownItems;
+    std::optional<bool> m_cameraPresent;
+    int m_remote = -1;
+    int m_remotesOpened = 0;
     QMap<QString, QVariantMap> m_settings;
     int m_settingsReads = 0;
 };

@@ -1,4 +1,5 @@
 // Draws every screen into pictures, for whoever judges the look: lamina_shots FOLDER [WIDTHxHEIGHT...]
+#include "CameraShots.h"
 #include "CollageShots.h"
 #include "LiveShots.h"
 #include "OwnHome.h"
@@ -480,6 +481,7 @@ int main(int argc, char** argv)
         shootReopening(options, prefix);
         shootCollages(options, prefix);
         shootPickers(options, prefix);
+        shootCamera(options, prefix);
         shootLive(options, prefix);
         QDir(state.path()).removeRecursively();
     }

@@ -32,7 +32,7 @@ void PhotoCutting::begin(std::deque<WantedCut> wanted, double side, UIImagePicke
 
 void PhotoCutting::readNext()
 {
-    const auto picker = makeCropPicker(weak_from_this(), m_source, m_side);
+    const auto picker = makeCropPicker(weak_from_this(), m_source, m_side, m_wanted.front().number);
     if (m_wanted.front().source)
         picker->setPreselected(*m_wanted.front().source);
     m_editor.present(picker, true);
@@ -79,11 +79,13 @@ void PhotoCutting::takeCut(PhotoCut cut)
 }
 
 std::shared_ptr<UIImagePickerController> makeCropPicker(std::weak_ptr<UIImagePickerControllerDelegate> delegate,
-                                                        UIImagePickerControllerSourceType source, double side)
+                                                        UIImagePickerControllerSourceType source, double side,
+                                                        int number)
 {
     auto picker = std::make_shared<UIImagePickerController>();
     picker->setDelegate(std::move(delegate));
     picker->setSourceType(source);
+    picker->setTitle(localizedText("Photo %1 of 2", {std::to_string(number)}));
     picker->setModalPresentationStyle(UIModalPresentationStyle::CurrentContext);
     picker->setShortSide(static_cast<int>(std::ceil(kMaximumCropZoom * side)));
     return picker;

@@ -95,10 +95,11 @@ private:
     Completion m_completion;
 };
 
-/// A picker whose photo has the pixels for the closest zoom in a square of `side` points. It lies over the screen that
-/// presents it.
+/// A picker for the photo of that number, which has the pixels for the closest zoom in a square of `side` points. It
+/// lies over the screen that presents it.
 std::shared_ptr<UIImagePickerController> makeCropPicker(std::weak_ptr<UIImagePickerControllerDelegate> delegate,
-                                                        UIImagePickerControllerSourceType source, double side);
+                                                        UIImagePickerControllerSourceType source, double side,
+                                                        int number);
 
 /// Tells that `count` photos, at least one, have no place in a blend; then `goOn` is called.
 void presentLeftOut(UIViewController& screen, std::size_t count, std::function<void()> goOn);

@@ -10,7 +10,6 @@
 #include "platform/image/pixels/CGImage.h"
 #include "platform/image/pixels/PixelMoves.h"
 
-#include <algorithm>
 #include <array>
 #include <bit>
 #include <cmath>
@@ -44,7 +43,7 @@ std::uint32_t packed(const FrameExchange::Color& color)
 {
     std::array<std::uint8_t, 4> bytes{};
     for (std::size_t i = 0; i < bytes.size(); ++i)
-        bytes.at(i) = static_cast<std::uint8_t>(std::lround(255 * std::clamp(color.at(i), 0.0F, 1.0F)));
+        bytes.at(i) = static_cast<std::uint8_t>(std::lround(255 * color.at(i)));
     return std::bit_cast<std::uint32_t>(bytes);
 }
 

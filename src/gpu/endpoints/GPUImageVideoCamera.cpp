@@ -47,6 +47,7 @@ Outcome GPUImageVideoCamera::open(const std::string& sessionPreset, const std::s
     const auto input = device->makeInput();
     if (!input)
         return input.error();
+    listenForEnd();
     m_captureAsYUV = !GPUImageContext::usesKernels();
     m_videoInput = *input;
     m_captureSession->beginConfiguration();
@@ -313,18 +314,33 @@ void GPUImageVideoCamera::setDelegate(const std::weak_ptr<GPUImageVideoCameraDel
 
 void GPUImageVideoCamera::setEndHandler(AVCaptureSession::EndHandler handler)
 {
-    if (!handler)
-        return m_captureSession->setEndHandler({});
-    // Not on the device's thread, for which who stops the camera waits.
-    m_captureSession->setEndHandler([weak = weakSelf(), queue = std::weak_ptr(m_cameraProcessingQueue),
-                                     handler = std::move(handler)](const Error& error) {
-        if (const auto own = queue.lock()) {
-            own->async([weak, handler, error] {
-                if (const auto camera = weak.lock())
-                    handler(error);
-            });
-        }
-    });
+    const std::scoped_lock lock(m_mutex);
+    m_endHandler.swap(handler);
+}
+
+/// Not on the device's thread, for which who stops the camera waits.
+void GPUImageVideoCamera::listenForEnd()
+{
+    m_captureSession->setEndHandler(
+        [weak = weakSelf(), queue = std::weak_ptr(m_cameraProcessingQueue)](const Error& error) {
+            if (const auto own = queue.lock()) {
+                own->async([weak, error] {
+                    if (const auto camera = weak.lock())
+                        camera->tellEnd(error);
+                });
+            }
+        });
+}
+
+void GPUImageVideoCamera::tellEnd(const Error& error) const
+{
+    AVCaptureSession::EndHandler handler;
+    {
+        const std::scoped_lock lock(m_mutex);
+        handler = m_endHandler;
+    }
+    if (handler)
+        handler(error);
 }
 
 } // namespace lamina

@@ -130,7 +130,8 @@ public:
     void resetBenchmarkAverage();
 
     void setDelegate(const std::weak_ptr<GPUImageVideoCameraDelegate>& delegate);
-    /// Hears, on a queue of the camera's, that it has ended by itself: unplugged, taken away, its service gone.
+    /// Hears, on a queue of the camera's, that it has ended by itself: unplugged, taken away, its service gone. Empty:
+    /// nobody, even of an end that has come but was not told yet.
     void setEndHandler(AVCaptureSession::EndHandler handler);
 
     /// Pushes a frame through the graph and waits until that has taken it; nothing while the capture is paused.
@@ -185,6 +186,8 @@ private:
     FrameSlot slotTaken() const;
     Outcome open(const std::string& sessionPreset, const std::shared_ptr<AVCaptureDevice>& device);
     std::weak_ptr<GPUImageVideoCamera> weakSelf();
+    void listenForEnd();
+    void tellEnd(const Error& error) const;
     std::shared_ptr<AVCaptureDevice> otherCamera() const;
     void updateOrientationSendToTargets();
     bool turnsFrames() const;
@@ -215,12 +218,14 @@ private:
     bool m_addedAudioInputsDueToEncodingTarget = false;
     std::shared_ptr<GPUImageAudioEncodingTarget> m_soundTarget; ///< as the base class's, for the audio queue
     std::weak_ptr<GPUImageVideoCameraDelegate> m_delegate;
+    AVCaptureSession::EndHandler m_endHandler;
     std::optional<std::chrono::system_clock::time_point> m_startingCaptureTime;
     CGSize m_outputFrameSize;
 
     // On the video processing queue.
     FrameUpload m_upload;
     GPUImageRotationMode m_rotation = kGPUImageNoRotation;
+    bool m_couldShow = true;
     int m_numberOfFramesCaptured = 0;
     double m_totalFrameTimeDuringCapture = 0;
 };

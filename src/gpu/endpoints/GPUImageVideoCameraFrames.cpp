@@ -78,8 +78,10 @@ bool GPUImageVideoCamera::pushFrame(const CMSampleBuffer& sample)
     const bool turns = FrameUpload::turnsFrames(frame.pixelFormat());
     std::shared_ptr<GPUImageFramebuffer> framebuffer =
         m_upload.framebufferOf(frame, outputTextureOptions(), turns ? m_rotation : kGPUImageNoRotation);
+    const bool couldShow = std::exchange(m_couldShow, framebuffer != nullptr);
     if (!framebuffer) {
-        logError("A frame of the camera could not be shown");
+        if (couldShow) // once, not thirty times a second
+            logError("A frame of the camera could not be shown");
         return false;
     }
     const CGSize seen = sizeRotatedBy(m_rotation, FrameUpload::sizeOf(frame));

@@ -95,7 +95,8 @@ void GPUImageView::setFillMode(GPUImageFillMode fillMode)
 
 void GPUImageView::setBackgroundColorRed(float red, float green, float blue, float alpha)
 {
-    m_exchange->setBackgroundColor({red, green, blue, alpha});
+    const auto cut = [](float value) { return value > 0 ? std::min(value, 1.0F) : 0.0F; }; // what is no number too
+    m_exchange->setBackgroundColor({cut(red), cut(green), cut(blue), cut(alpha)});
     redraw();
 }
 

@@ -2,6 +2,7 @@
 
 #include "app/AppMenu.h"
 #include "app/MainStoryboard.h"
+#include "app/PhotoCamera.h"
 #include "app/PhotoFolders.h"
 #include "app/ViewController.h"
 #include "editors/common/KeptWork.h"
@@ -22,6 +23,7 @@
 #include "platform/view/FailureAlert.h"
 #include "platform/view/PhotoReceiver.h"
 #include "platform/view/UIApplication.h"
+#include "platform/view/UIImagePickerController.h"
 #include "platform/view/UINavigationController.h"
 #include "platform/view/UIStoryboard.h"
 #include "platform/view/UIViewController.h"
@@ -79,6 +81,13 @@ void beginWith(ViewController& home, const std::string& screen, std::vector<Phot
         home.receivePhotos(std::move(photos));
 }
 
+/// Whether it is one of ours in the window, and no dialog of the system's.
+bool isScreen(UIViewController& controller)
+{
+    auto* const picker = dynamic_cast<UIImagePickerController*>(&controller);
+    return picker ? picker->takesPhotos() : controller.systemPresentation() == UISystemPresentation::None;
+}
+
 PhotoReceiver* receiver(const UIWindow& window)
 {
     auto* const top = dynamic_cast<PhotoReceiver*>(window.topViewController().get());
@@ -109,6 +118,10 @@ Application::Application(const LaunchOptions& options)
     QObject::connect(m_screens.get(), &ScreenHost::presenting, &m_picker, &PickerPresenter::present);
     QObject::connect(m_screens.get(), &ScreenHost::presenting, &m_activities, &ActivityPresenter::present);
     QObject::connect(m_screens.get(), &ScreenHost::presenting, &m_documents, &DocumentPresenter::present);
+    installPhotoCamera();
+    // Cameras are looked for once there is something to see.
+    QObject::connect(&m_view, &QQuickWindow::frameSwapped, &m_cameras, &CameraPortal::begin,
+                     static_cast<Qt::ConnectionType>(Qt::QueuedConnection | Qt::SingleShotConnection));
     QObject::connect(&m_memory, &MemoryMonitor::lowMemory, &UIApplication::didReceiveMemoryWarning);
     QObject::connect(&m_metrics, &ScreenMetrics::sizeChanged, m_screens.get(), [this](QSizeF size) {
         m_screens->window().setSize({size.width(), size.height()});
@@ -168,7 +181,7 @@ void Application::show()
 void Application::showKeys()
 {
     const std::shared_ptr<UIViewController> top = m_screens->window().topViewController();
-    if (top && !m_screens->inTransition() && top->systemPresentation() == UISystemPresentation::None)
+    if (top && !m_screens->inTransition() && isScreen(*top))
         presentAbout(*top, AboutViewController::Page::Keys);
 }
 

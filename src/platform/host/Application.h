@@ -11,6 +11,7 @@
 #include "platform/host/Translations.h"
 #include "platform/host/WindowPlacement.h"
 #include "platform/host/system/ActivityPresenter.h"
+#include "platform/host/system/CameraPortal.h"
 #include "platform/host/system/DocumentPresenter.h"
 #include "platform/host/system/FolderModel.h"
 #include "platform/host/system/MemoryMonitor.h"
@@ -85,6 +86,7 @@ private:
     PointerKind m_pointer;
     SystemSettings m_settings;
     MemoryMonitor m_memory;
+    CameraPortal m_cameras;
     FolderModel m_folder;
     PickerPresenter m_picker;
     ActivityPresenter m_activities;

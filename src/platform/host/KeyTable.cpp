@@ -50,6 +50,8 @@ constexpr std::array kPage{"PgUp", "PgDown"};
 constexpr std::array kEnds{"Home", "End"};
 constexpr std::array kLetters{"A", "Z"};
 constexpr std::array kMark{"X", "Ctrl+Space", "Ins"};
+constexpr std::array kShutter{"Space", "Return", "Enter"};
+constexpr std::array kRetake{"R"};
 constexpr std::array kSpace{"Space"};
 constexpr std::array kStill{"S"};
 constexpr std::array kClip{"R"};
@@ -99,6 +101,10 @@ constexpr std::array kPickerCommands{
     Command{"preview", QT_TRANSLATE_NOOP("Lamina", "Look at a photo"), kSpace, Show::First},
     Command{"albums", QT_TRANSLATE_NOOP("Lamina", "Albums"), kAlbums, Show::First},
 };
+constexpr std::array kCameraCommands{
+    Command{"shutter", QT_TRANSLATE_NOOP("Lamina", "Take a photo"), kShutter, Show::First},
+    Command{"retake", QT_TRANSLATE_NOOP("Lamina", "Take it again"), kRetake, Show::First},
+};
 constexpr std::array kLiveCommands{
     Command{"pausePicture", QT_TRANSLATE_NOOP("Lamina", "Pause or go on"), kSpace, Show::First},
     Command{"still", QT_TRANSLATE_NOOP("Lamina", "Save a still"), kStill, Show::First},
@@ -121,6 +127,7 @@ constexpr std::array kGroups{
     Group{QT_TRANSLATE_NOOP("Lamina", "Canvas"), kCanvasCommands},
     Group{QT_TRANSLATE_NOOP("Lamina", "Lists"), kListCommands},
     Group{QT_TRANSLATE_NOOP("Lamina", "Choosing photos"), kPickerCommands},
+    Group{QT_TRANSLATE_NOOP("Lamina", "Camera"), kCameraCommands},
     Group{QT_TRANSLATE_NOOP("Lamina", "Live pictures"), kLiveCommands},
     Group{QT_TRANSLATE_NOOP("Lamina", "Windows"), kWindowCommands},
 };

@@ -2,6 +2,7 @@
 
 #include "platform/base/DispatchQueue.h"
 #include "platform/base/Log.h"
+#include "platform/view/UIImagePickerController.h"
 #include "platform/view/UINavigationController.h"
 #include "platform/view/UIStoryboard.h"
 #include "platform/view/UIViewController.h"
@@ -32,14 +33,21 @@ const UIStoryboardScene* sceneOf(const UIViewController& controller)
     return found == scenes.end() ? nullptr : found->second.get();
 }
 
+/// A picker that is the screen of a camera.
+bool takesPhotos(UIViewController& controller)
+{
+    return controller.systemPresentation() == UISystemPresentation::ImagePicker &&
+           static_cast<UIImagePickerController&>(controller).takesPhotos();
+}
+
 /// The layout of a screen, a file of the module; empty: it has none.
-QString layoutOf(const UIViewController& controller)
+QString layoutOf(UIViewController& controller)
 {
     switch (controller.systemPresentation()) {
     case UISystemPresentation::Alert:
         return QStringLiteral("AlertScreen.qml");
     case UISystemPresentation::ImagePicker:
-        return QStringLiteral("PickerScreen.qml");
+        return takesPhotos(controller) ? QStringLiteral("CameraScreen.qml") : QStringLiteral("PickerScreen.qml");
     case UISystemPresentation::DocumentPicker:
         return QStringLiteral("DocumentPickerScreen.qml");
     case UISystemPresentation::Activity:
@@ -51,7 +59,7 @@ QString layoutOf(const UIViewController& controller)
     return scene ? QString::fromStdString(scene->qmlFile) : QString();
 }
 
-QUrl layoutURLOf(const UIViewController& controller)
+QUrl layoutURLOf(UIViewController& controller)
 {
     QString file = layoutOf(controller);
     if (file.isEmpty() || !QFile::exists(kModule + file)) {
@@ -62,13 +70,14 @@ QUrl layoutURLOf(const UIViewController& controller)
 }
 
 /// The system's own pickers are windows of their own: ours stays in sight behind them.
-bool isPicker(const UIViewController* controller)
+bool isPicker(UIViewController* controller)
 {
-    return controller && (controller->systemPresentation() == UISystemPresentation::ImagePicker ||
-                          controller->systemPresentation() == UISystemPresentation::DocumentPicker);
+    return controller && !takesPhotos(*controller) &&
+           (controller->systemPresentation() == UISystemPresentation::ImagePicker ||
+            controller->systemPresentation() == UISystemPresentation::DocumentPicker);
 }
 
-bool showsThrough(const UIViewController& controller)
+bool showsThrough(UIViewController& controller)
 {
     const UIModalPresentationStyle style = controller.modalPresentationStyle();
     return style == UIModalPresentationStyle::OverFullScreen || style == UIModalPresentationStyle::OverCurrentContext ||
@@ -108,7 +117,7 @@ std::vector<ScreenModel::Row> ScreenHost::wantedScreens() const
 int ScreenHost::durationOf(const PresentationTransition& transition) const
 {
     const bool slides = transition.kind == Kind::Push || transition.kind == Kind::Pop;
-    const UIViewController* const moved = transition.kind == Kind::Present   ? transition.to.get()
+    UIViewController* const moved = transition.kind == Kind::Present   ? transition.to.get()
                                           : transition.kind == Kind::Dismiss ? transition.from.get()
                                                                              : nullptr;
     if (transition.duration <= 0 || isPicker(moved))

@@ -1,5 +1,6 @@
 # The screens and their parts, by their paths below src/. All of them stand flat in the module Lamina.
 set(LAMINA_QML_FILES
+    app/CameraScreen.qml
     app/HomeCard.qml
     app/HomeHead.qml
     app/HomeLayout.qml
@@ -14,6 +15,7 @@ set(LAMINA_QML_FILES
     app/LiveTransport.qml
     app/LiveTrouble.qml
     app/PinchZoomScreen.qml
+    app/ShutterButton.qml
     app/ZoomRow.qml
     editors/blend/BlendPhotoButtons.qml
     editors/blend/BlendPhotoScreen.qml

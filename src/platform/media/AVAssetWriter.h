@@ -57,7 +57,7 @@ public:
     virtual AVTrackTransform transform() const = 0;
 
     /// Whether a piece may be appended now: fewer than three of them wait to be encoded, or one where it is large and
-    /// not in real time.
+    /// not in real time; of sound in real time, which nobody can give again, fewer than two hundred.
     virtual bool isReadyForMoreMediaData() const = 0;
     /// Waits until it is ready, finished, or its writer writes no longer; at most `seconds`. Whether it is ready.
     virtual bool waitUntilReady(double seconds) = 0;

@@ -5,6 +5,7 @@
 #include "platform/media/AVAssetReader.h"
 
 #include <algorithm>
+#include <ranges>
 #include <utility>
 
 namespace lamina {
@@ -18,6 +19,11 @@ bool isTheSame(const AVCaptureDevice& device, AVCaptureRequest one, const AVCapt
         mode && mode == device.nearestFormat(other.size, other.frameRate))
         one.size = other.size;
     return one == other;
+}
+
+bool isForStills(const AVCaptureOutput& output)
+{
+    return dynamic_cast<const AVCaptureStillImageOutput*>(&output) != nullptr;
 }
 
 } // namespace
@@ -243,10 +249,11 @@ AVCaptureRequest AVCaptureSession::requestFor(const AVCaptureDeviceInput& input)
     AVCaptureRequest request;
     if (input.device()->mediaType() != AVTrackMediaType::Video)
         return request;
-    for (const auto& output : m_outputs) {
-        if (const auto format = output->pixelFormat()) {
-            request.pixelFormat = *format;
-            break;
+    // Those that get frames now come first.
+    for (const bool forStills : {!m_takesStill, m_takesStill}) {
+        for (const auto& output : std::views::reverse(m_outputs)) {
+            if (isForStills(*output) == forStills)
+                request.pixelFormat = output->pixelFormat().value_or(request.pixelFormat);
         }
     }
     request.frameRate = m_frameRate;
@@ -278,8 +285,8 @@ void AVCaptureSession::deliver(const AVCaptureDevice& device, const CMSampleBuff
     {
         const std::scoped_lock lock(m_mutex);
         for (const auto& output : m_outputs) {
-            const bool isForStills = dynamic_cast<AVCaptureStillImageOutput*>(output.get()) != nullptr;
-            if (output->mediaType() == type && (type == AVTrackMediaType::Audio || isForStills == m_takesStill))
+            if (output->mediaType() == type &&
+                (type == AVTrackMediaType::Audio || isForStills(*output) == m_takesStill))
                 heard.push_back(output);
         }
     }

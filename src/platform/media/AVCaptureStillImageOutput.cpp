@@ -28,7 +28,8 @@ void AVCaptureStillImageOutput::captureStillImageAsynchronously(Completion compl
     {
         const std::scoped_lock lock(m_mutex);
         if (!m_completion) {
-            m_completion = std::exchange(completion, nullptr);
+            const auto nobody = [](const Result<CMSampleBuffer>&) {};
+            m_completion = completion ? std::exchange(completion, nullptr) : nobody;
             m_settling = std::make_unique<ExposureSettling>();
             still = ++m_still;
         }

@@ -17,6 +17,8 @@ namespace lamina {
 namespace {
 
 constexpr std::size_t kMostWaiting = 3;
+/// Of sound in real time, which comes in pieces of some hundredths of a second while the thread is at a frame.
+constexpr std::size_t kMostWaitingLiveSound = 200;
 /// Of frames that can wait where they come from, as soon as they are more than one.
 constexpr std::size_t kMostBytes = std::size_t{24} << 20;
 
@@ -189,7 +191,9 @@ void AssetWriting::setKind(std::size_t input, const MovieWriting::TrackKind& kin
 
 bool AssetWriting::isReady(const Input& input) const
 {
-    if (!isWriting() || input.isEnded || input.waiting.size() >= kMostWaiting)
+    const bool isLiveSound = input.kind.realTime && input.type == AVTrackMediaType::Audio;
+    if (!isWriting() || input.isEnded ||
+        input.waiting.size() >= (isLiveSound ? kMostWaitingLiveSound : kMostWaiting))
         return false;
     return input.kind.realTime || input.waiting.empty() ||
            (input.waiting.size() + 1) * bytesOf(input.waiting.back().imageBuffer) <= kMostBytes;

@@ -44,7 +44,8 @@ bool ExposureSettling::isSettledWith(const CMSampleBuffer& frame)
     const double brightness = brightnessOf(*frame.imageBuffer);
     const double time = frame.presentationTime.seconds();
     const double before = std::exchange(m_brightness, brightness).value_or(brightness);
-    m_alike = std::abs(brightness - before) <= kAlike ? m_alike + 1 : 1;
+    const bool isAsLarge = std::exchange(m_size, frame.imageBuffer->size()) == frame.imageBuffer->size();
+    m_alike = isAsLarge && std::abs(brightness - before) <= kAlike ? m_alike + 1 : 1;
     if (!m_began)
         m_began = time;
     return m_alike >= kFramesAlike || time - *m_began > kPatience;

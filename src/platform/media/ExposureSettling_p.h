@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/base/CGGeometry.h"
 #include "platform/media/CMSampleBuffer.h"
 
 #include <optional>
@@ -9,12 +10,13 @@ namespace lamina {
 /// Tells when a camera that has just been started gives frames of the brightness at which it stays.
 class ExposureSettling {
 public:
-    /// Looks at the next frame; whether it is settled: the last frames are as bright as this one, to a step of a
-    /// hundred, or it has taken so long that it won't be.
+    /// Looks at the next frame; whether it is settled: the last frames are as large and, to a step of a hundred, as
+    /// bright as this one, or it has taken so long that it won't be.
     bool isSettledWith(const CMSampleBuffer& frame);
 
 private:
     int m_alike = 0;
+    IntSize m_size;                     ///< of the frame before
     std::optional<double> m_brightness; ///< 0 to 255, of the frame before
     std::optional<double> m_began;      ///< seconds
 };

@@ -18,6 +18,12 @@ std::function<bool()>& cameraAvailability()
     return *isAvailable;
 }
 
+UIImagePickerController::CameraFactory& cameraFactory()
+{
+    static auto* const makeCamera = new UIImagePickerController::CameraFactory;
+    return *makeCamera;
+}
+
 } // namespace
 
 void UIImagePickerControllerDelegate::imagePickerControllerDidCancel(UIImagePickerController&) {}
@@ -36,10 +42,46 @@ void UIImagePickerController::setCameraAvailability(std::function<bool()> isAvai
     cameraAvailability() = std::move(isAvailable);
 }
 
+void UIImagePickerController::setCameraFactory(CameraFactory makeCamera)
+{
+    cameraFactory() = std::move(makeCamera);
+}
+
+UIImagePickerCamera* UIImagePickerController::camera()
+{
+    const bool wanted = m_sourceType == SourceType::Camera && !m_preselected && m_state == Choosing;
+    if (!m_camera && wanted && cameraFactory()) {
+        m_camera = cameraFactory()();
+        connect(m_camera.get(), &UIImagePickerCamera::photoFailed, this, [this](const Error& error) {
+            presentFailure(*this, localizedString(QT_TRANSLATE_NOOP("Lamina", "Can’t take the photo")), error);
+        });
+    }
+    return m_camera.get();
+}
+
+std::shared_ptr<UIView> UIImagePickerController::canvasView()
+{
+    return camera() ? camera()->view() : nullptr;
+}
+
+void UIImagePickerController::viewWillAppear(bool animated)
+{
+    UIViewController::viewWillAppear(animated);
+    if (m_state == Choosing && camera())
+        camera()->start();
+}
+
+void UIImagePickerController::viewWillDisappear(bool animated)
+{
+    UIViewController::viewWillDisappear(animated);
+    if (m_camera)
+        m_camera->stop();
+}
+
 void UIImagePickerController::viewDidAppear(bool animated)
 {
     UIViewController::viewDidAppear(animated);
-    if (m_state != Choosing)
+    if (m_state != Choosing || camera())
         return;
     if (m_preselected)
         choose(std::move(*m_preselected));
@@ -68,8 +110,23 @@ void UIImagePickerController::photoArrived(Result<UIImage> photo)
     const auto self = shared_from_this();
     const std::string damage = m_load->warning();
     finish();
+    tell({*std::move(photo), m_photo.name, m_photo, damage});
+}
+
+void UIImagePickerController::usePhoto()
+{
+    if (m_state != Choosing || !m_camera || m_camera->state() != UIImagePickerCamera::Taken)
+        return;
+    const auto self = shared_from_this();
+    const UIImagePickerPhoto photo = m_camera->photo();
+    finish();
+    tell({photo.image, photo.source.name, photo.source});
+}
+
+void UIImagePickerController::tell(const UIImagePickerInfo& info)
+{
     if (const auto heard = delegate())
-        heard->imagePickerController(*this, {*std::move(photo), m_photo.name, m_photo, damage});
+        heard->imagePickerController(*this, info);
     else
         leave();
 }
@@ -117,6 +174,8 @@ void UIImagePickerController::finish()
     // The load may be the caller, whose completion goes on after this.
     if (m_load)
         m_load->cancel();
+    if (m_camera)
+        m_camera->stop();
     emit stateChanged();
 }
 

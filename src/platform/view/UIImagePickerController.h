@@ -3,6 +3,8 @@
 #include "platform/base/Result.h"
 #include "platform/image/pixels/UIImage.h"
 #include "platform/photos/PhotoSource.h"
+#include "platform/view/UIImagePickerCamera.h"
+#include "platform/view/UIView.h"
 #include "platform/view/UIViewController.h"
 
 #include <functional>
@@ -35,14 +37,16 @@ public:
 };
 
 /// The system's own way to one photo. The window lets the user choose a file while this is presented; the photo is then
-/// read in the background, and can be given up until it is there. Main thread.
+/// read in the background, and can be given up until it is there. With the camera as its source it is a screen on which
+/// one is taken. Main thread.
 ///
 /// A photo that can't be read is no answer: the picker dismisses itself, and an alert over the screen that presented it
-/// names the photo and the cause. So does one for the camera where there is none, as soon as it has appeared.
+/// names the photo and the cause. So does one for the camera where nobody serves any, as soon as it has appeared.
 class UIImagePickerController : public UIViewController {
     Q_OBJECT
     Q_PROPERTY(State state READ state NOTIFY stateChanged FINAL)
     Q_PROPERTY(QString photoName READ photoNameText NOTIFY stateChanged FINAL)
+    Q_PROPERTY(QObject* camera READ cameraObject CONSTANT FINAL)
 
 public:
     /// Finished: there is a photo, or there will be none.
@@ -58,6 +62,9 @@ public:
     /// Installed by whoever knows of cameras and serves a picker that wants one; asked each time. Empty: there are
     /// none.
     static void setCameraAvailability(std::function<bool()> isAvailable);
+    /// Installed by whoever takes photos: makes the camera of one picker. Empty: there is none.
+    using CameraFactory = std::function<std::unique_ptr<UIImagePickerCamera>()>;
+    static void setCameraFactory(CameraFactory makeCamera);
 
     /// Default: the library.
     SourceType sourceType() const { return m_sourceType; }
@@ -72,6 +79,16 @@ public:
     void setPreselected(PhotoSource photo) { m_preselected = std::move(photo); }
     bool hasPreselected() const { return m_preselected.has_value(); }
 
+    /// The camera of a picker that wants one, made when it is first asked for; null: it wants none, or nobody makes any.
+    UIImagePickerCamera* camera();
+    QObject* cameraObject() { return camera(); }
+    /// Whether this is the screen of a camera, and not the system's way to a file.
+    bool takesPhotos() { return camera() != nullptr; }
+    /// What the camera sees.
+    std::shared_ptr<UIView> canvasView() override;
+    /// The photo that was taken is the user's choice; only where one was.
+    Q_INVOKABLE void usePhoto();
+
     State state() const { return m_state; }
     /// Of the photo that is being read; empty before.
     const std::string& photoName() const { return m_photo.name; }
@@ -85,7 +102,9 @@ public:
     void fail(const Error& error);
 
     UISystemPresentation systemPresentation() const override { return UISystemPresentation::ImagePicker; }
+    void viewWillAppear(bool animated) override;
     void viewDidAppear(bool animated) override;
+    void viewWillDisappear(bool animated) override;
 
 signals:
     void stateChanged();
@@ -95,6 +114,7 @@ private:
     void leave();
     void giveUp(std::string title, const Error& error);
     void photoArrived(Result<UIImage> photo);
+    void tell(const UIImagePickerInfo& info);
 
     SourceType m_sourceType = SourceType::PhotoLibrary;
     std::weak_ptr<UIImagePickerControllerDelegate> m_delegate;
@@ -103,6 +123,7 @@ private:
     State m_state = Choosing;
     PhotoSource m_photo; ///< that was chosen
     std::unique_ptr<PhotoLoad> m_load;
+    std::unique_ptr<UIImagePickerCamera> m_camera;
 };
 
 } // namespace lamina

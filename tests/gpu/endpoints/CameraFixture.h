@@ -5,12 +5,13 @@
 #include "TestClips.h"
 #include "platform/base/CMTime.h"
 #include "platform/base/DispatchSemaphore.h"
+#include "platform/base/UIDevice.h"
+#include "platform/image/pixels/CGImage.h"
 
 #include <chrono>
 #include <functional>
 #include <memory>
 #include <thread>
-#include <utility>
 
 namespace lamina::test {
 
@@ -33,40 +34,48 @@ private:
     DispatchSemaphore m_arrived;
 };
 
+inline bool comesTrue(const std::function<bool()>& condition)
+{
+    const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(10);
+    while (!condition() && std::chrono::steady_clock::now() < end)
+        std::this_thread::yield();
+    return condition();
+}
+
 /// One camera is there, in its smaller mode to be seen and in its larger one for stills.
 class CameraFixture : public GraphFixture {
 protected:
     static constexpr const char* kPreset = "Preset64x48";
-    static constexpr double kPatience = 10; // seconds, which no test needs
 
     CameraFixture() { m_device->modes = {{{128, 96}, 1, 60}, {{64, 48}, 1, 60}}; }
-    ~CameraFixture() override { GPUImageContext::setUsesKernels(true); }
-
-    /// A filter, and behind it who sees what it draws.
-    void show(GPUImageOutput& camera)
+    ~CameraFixture() override
     {
-        camera.addTarget(m_filter);
-        m_filter->addTarget(m_arrivals);
+        GPUImageContext::setUsesKernels(true);
+        UIDevice::setOrientation(UIDeviceOrientation::Unknown);
     }
-    static bool comesTrue(const std::function<bool()>& condition)
+
+    /// A camera with a filter, and behind it who sees what that draws.
+    template <class Camera>
+    std::shared_ptr<Camera> shownCamera()
     {
-        const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(10);
-        while (!condition()) {
-            if (std::chrono::steady_clock::now() > end)
-                return false;
-            std::this_thread::yield();
+        const auto made = Camera::make(kPreset);
+        if (!made) {
+            ADD_FAILURE() << made.error().message();
+            return nullptr;
         }
-        return true;
+        (*made)->addTarget(m_filter);
+        m_filter->addTarget(m_arrivals);
+        return *made;
     }
     /// A live frame goes all the way.
-    testing::AssertionResult givesFrames(int time = 0)
+    bool givesFrames(int time = 0)
     {
-        if (!m_device->give(quarters(64, 48), second(time)) || !m_arrivals->wait())
-            return testing::AssertionFailure() << "no frame";
+        const bool arrived = m_device->give(m_live, second(time)) && m_arrivals->wait();
         onQueue([] {}); // it is not under way any more
-        return testing::AssertionSuccess();
+        return arrived;
     }
 
+    const CGImage m_live = quarters(64, 48);
     std::shared_ptr<StandInCamera> m_device = std::make_shared<StandInCamera>();
     ServedCameras m_served{{m_device}};
     std::shared_ptr<GPUImageFilter> m_filter = multiplying(1);

@@ -8,6 +8,8 @@ Item {
     property string title
     property string backName: qsTranslate("Lamina", "Back")
     property string backIcon: "back"
+    // What keys do as it does, in the KeyTable.
+    property string backCommand: "back"
     // The title stands in the bar's middle, as between a button and its opposite, and not beside the way back.
     property bool centered: false
     // Of a large window: a little higher.
@@ -34,7 +36,7 @@ Item {
         anchors.verticalCenter: parent.verticalCenter
         iconName: bar.backIcon
         name: bar.backName
-        command: "back"
+        command: bar.backCommand
         onClicked: bar.back()
     }
     StyledText {

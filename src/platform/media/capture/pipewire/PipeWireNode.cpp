@@ -179,6 +179,7 @@ void PipeWireNode::portInfo(void* data, const pw_port_info* info)
 void PipeWireNode::beginModes(int sequence)
 {
     m_sequence = sequence;
+    m_hasAnswered = false;
     m_modes.clear();
 }
 
@@ -188,6 +189,7 @@ void PipeWireNode::param(void* data, int sequence, std::uint32_t id, std::uint32
     auto& self = *static_cast<PipeWireNode*>(data);
     if (sequence != self.m_sequence || id != SPA_PARAM_EnumFormat || !description)
         return;
+    self.m_hasAnswered = true;
     addModes(*description, self.m_modes);
     sortModes(self.m_modes);
 }

@@ -37,6 +37,8 @@ public:
     /// As the program hears of it.
     CaptureNode described() const;
     const std::vector<VideoMode>& modes() const { return m_modes; }
+    /// Whether it tells modes, and all of them are of a kind that isn't read.
+    bool isUnreadable() const { return m_hasAnswered && m_modes.empty(); }
     AVTrackMediaType type() const { return m_type; }
     /// By which streams name it.
     const std::string& serial() const { return m_serial; }
@@ -72,7 +74,8 @@ private:
     int m_rotation = 0;
     int m_rotationOfFrames = 0;
     std::vector<VideoMode> m_modes;
-    int m_sequence = -1; ///< of the question that is being answered
+    int m_sequence = -1;        ///< of the question that is being answered
+    bool m_hasAnswered = false; ///< with a mode of whatever kind
     bool m_hasInfo = false;
     bool m_tellsModes = false; ///< itself, not through its port
     std::optional<std::uint32_t> m_port;

@@ -145,7 +145,9 @@ void PipeWireStream::connect()
         m_failed = "the camera service stopped";
     else if (!node)
         m_failed = kUnplugged;
-    else if (m_type = node->type(), m_name = node->described().name; !connectToNode())
+    else if (m_type = node->type(), m_name = node->described().name; node->isUnreadable())
+        m_failed = kUnreadable;
+    else if (!connectToNode())
         m_failed = isVideo() ? "the camera can’t be used" : "the microphone can’t be used";
     setTimer(m_failed ? 0 : kPatience);
 }
