@@ -6,7 +6,7 @@ AppScreen {
     id: screen
 
     readonly property var camera: controller.camera
-    // UIImagePickerCamera.State
+    // PhotoCamera.State
     readonly property bool starting: camera.state === 0
     readonly property bool live: camera.state === 1
     readonly property bool taking: camera.state === 2

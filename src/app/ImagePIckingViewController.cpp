@@ -9,7 +9,6 @@
 #include "platform/media/AVCaptureDevice.h"
 #include "platform/photos/PhotoSource.h"
 #include "platform/view/FailureAlert.h"
-#include "platform/view/MainObserver.h"
 #include "platform/view/UIAlertController.h"
 #include "platform/view/UINavigationController.h"
 #include "platform/view/UIStoryboard.h"
@@ -36,8 +35,7 @@ bool cameraIsThere()
 ImagePIckingViewController::ImagePIckingViewController()
     : m_selectImage(backdropName())
     , m_cameraAvailable(cameraIsThere())
-    , m_camerasObserver(
-          observeOnMain(kAVCaptureDevicesDidChangeNotification, *this, [this] { lookForCamera(); }))
+    , m_camerasObserver(kAVCaptureDevicesDidChangeNotification, [this] { lookForCamera(); })
 {
 }
 

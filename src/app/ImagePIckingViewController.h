@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/base/NotificationCenter.h"
+#include "platform/base/MainObserver.h"
 #include "platform/view/PhotoReceiver.h"
 #include "platform/view/UIImagePickerController.h"
 #include "platform/view/UIViewController.h"
@@ -85,7 +85,7 @@ private:
     std::deque<WaitingPhoto> m_waiting;
     std::size_t m_leftOut = 0; ///< photos of which the user has to be told yet
     bool m_cameraAvailable = false;
-    NotificationObserver m_camerasObserver;
+    MainObserver m_camerasObserver;
     bool m_leadsToCrop = false; ///< a photo was picked, and the picker is still on its way out
 };
 

@@ -2,19 +2,22 @@
 
 #include "gpu/core/GPUImageContext.h"
 #include "gpu/core/GPUImageFilter.h"
+#include "gpu/core/GPUImageFramebuffer.h"
+#include "gpu/core/GPUImageInput.h"
+#include "gpu/core/GPUImageRotationMode.h"
 #include "gpu/core/VideoProcessingQueue.h"
 #include "gpu/endpoints/GPUImageView.h"
+#include "platform/base/CMTime.h"
 #include "platform/base/DispatchQueue.h"
 #include "platform/base/Localization.h"
 #include "platform/image/codecs/PictureEncoding.h"
 #include "platform/image/codecs/PictureFormats.h"
-#include "platform/view/FailureAlert.h"
-#include "platform/view/MainObserver.h"
-#include "platform/view/UIApplication.h"
 #include "platform/image/pixels/UIImage.h"
 #include "platform/media/AVCaptureTypes.h"
-#include "platform/view/UIViewAutoresizing.h"
+#include "platform/view/FailureAlert.h"
+#include "platform/view/UIApplication.h"
 #include "platform/view/UIImagePickerController.h"
+#include "platform/view/UIViewAutoresizing.h"
 
 #include <algorithm>
 #include <atomic>
@@ -48,8 +51,8 @@ Result<UIImagePickerPhoto> photoOf(Result<UIImage> still)
         return still.error();
     const std::string name = localizedString(QT_TRANSLATE_NOOP("Lamina", "camera photo"));
     UIImage image = still->upright();
-    Result<std::vector<std::uint8_t>> file =
-        encodePicture(image.cgImage(), *pictureFormatForFileName("photo.jpg"), name, {.quality = PhotoCamera::kQuality});
+    Result<std::vector<std::uint8_t>> file = encodePicture(image.cgImage(), *pictureFormatForFileName("photo.jpg"),
+                                                           name, {.quality = PhotoCamera::kQuality});
     if (!file)
         return file.error();
     return UIImagePickerPhoto{std::move(image), PhotoSource::fromBytes(*std::move(file), name)};
@@ -95,6 +98,7 @@ PhotoCamera::PhotoCamera()
     : m_root(std::make_shared<UIView>(CGRect{0, 0, 360, 480}))
     , m_seen(GPUImageView::make())
     , m_still(std::make_shared<UIImageView>())
+    , m_devicesObserver(kAVCaptureDevicesDidChangeNotification, [this] { devicesChanged(); })
 {
     m_still->setContentMode(UIViewContentMode::ScaleAspectFit);
     m_still->setHidden(true);
@@ -103,13 +107,19 @@ PhotoCamera::PhotoCamera()
         layer->setAutoresizingMask(allOfTheParent());
         m_root->addSubview(layer);
     }
-    m_devicesObserver =
-        observeOnMain(kAVCaptureDevicesDidChangeNotification, *this, [this] { devicesChanged(); });
 }
 
 PhotoCamera::~PhotoCamera()
 {
     letGo();
+}
+
+void PhotoCamera::show(const Shown& shown)
+{
+    if (m_shown == shown)
+        return;
+    m_shown = shown;
+    emit changed();
 }
 
 void PhotoCamera::place(double width, double height)
@@ -175,8 +185,7 @@ void PhotoCamera::begin()
     };
     if (AVCaptureDevice::videoAuthorizationStatus() == AVAuthorizationStatus::Authorized)
         return open();
-    showStarting(
-        localizedString(QT_TRANSLATE_NOOP("Lamina", "Your system asks whether Lamina may use the camera.")));
+    showStarting(localizedString(QT_TRANSLATE_NOOP("Lamina", "Your system asks whether Lamina may use the camera.")));
     AVCaptureDevice::requestVideoAccess(onMain(answered));
 }
 
@@ -203,8 +212,7 @@ void PhotoCamera::open()
     }
     // The first use of the graph loads a driver; the screen is not to stand still meanwhile.
     runAsynchronouslyOnVideoProcessingQueue(
-        [opened = onMain([this, device] { openDevice(device); }),
-         expected = DispatchQueue::main().expectWork()] {
+        [opened = onMain([this, device] { openDevice(device); }), expected = DispatchQueue::main().expectWork()] {
             GPUImageContext::useImageProcessingContext();
             opened();
         });
@@ -244,7 +252,7 @@ void PhotoCamera::frameSeen(CGSize size)
     if (!m_camera || (state() != Starting && state() != Live))
         return;
     m_patience = {};
-    Shown now = shown();
+    Shown now = m_shown;
     now.state = Live;
     now.size = size;
     now.title = now.message = {};
@@ -262,7 +270,7 @@ void PhotoCamera::takePhoto()
 {
     if (state() != Live)
         return;
-    Shown now = shown();
+    Shown now = m_shown;
     now.state = Taking;
     show(now);
     followDevice();
@@ -285,17 +293,18 @@ void PhotoCamera::photoTaken(const Result<UIImagePickerPhoto>& photo)
         const Error error = photo.error();
         m_camera->removeAllTargets();
         addViews();
-        Shown now = shown();
+        Shown now = m_shown;
         now.state = Live;
         show(now);
-        emit photoFailed(error);
+        if (photoFailed)
+            photoFailed(error);
         return;
     }
     letGo();
     m_photo = *photo;
     m_still->setImage(m_photo.image);
     m_still->setHidden(false);
-    Shown now = shown();
+    Shown now = m_shown;
     now.state = Taken;
     now.size = m_photo.image.size();
     show(now);
@@ -319,8 +328,8 @@ void PhotoCamera::switchCamera()
     if (state() == Taking || state() == Taken || devices.size() < 2)
         return;
     const auto present = std::ranges::find(devices, m_deviceID, &AVCaptureDevice::uniqueID);
-    const auto next = present == devices.end() || std::next(present) == devices.end() ? devices.begin()
-                                                                                        : std::next(present);
+    const auto next =
+        present == devices.end() || std::next(present) == devices.end() ? devices.begin() : std::next(present);
     m_deviceID = (*next)->uniqueID();
     begin();
 }
@@ -332,7 +341,7 @@ void PhotoCamera::openSettings()
 
 void PhotoCamera::devicesChanged()
 {
-    Shown now = shown();
+    Shown now = m_shown;
     now.canSwitch = AVCaptureDevice::devices().size() > 1;
     show(now);
     if (!m_wanted || !m_inSight || m_camera || m_photo.image)
@@ -362,9 +371,9 @@ void PhotoCamera::showStarting(std::string message)
 {
     const auto device = m_camera ? m_camera->inputCamera() : nullptr;
     show({.state = Starting,
-          .size = shown().size,
+          .size = m_shown.size,
           .canSwitch = AVCaptureDevice::devices().size() > 1,
-          .deviceName = device ? device->localizedName() : shown().deviceName,
+          .deviceName = device ? device->localizedName() : m_shown.deviceName,
           .message = std::move(message)});
 }
 
@@ -373,9 +382,9 @@ void PhotoCamera::fail(Trouble trouble, std::string title, std::string message)
     letGo();
     m_trouble = trouble;
     show({.state = Failed,
-          .size = shown().size,
+          .size = m_shown.size,
           .canSwitch = AVCaptureDevice::devices().size() > 1,
-          .deviceName = shown().deviceName,
+          .deviceName = m_shown.deviceName,
           .title = std::move(title),
           .message = std::move(message),
           .canTryAgain = trouble != Trouble::NoDevice,

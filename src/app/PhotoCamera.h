@@ -5,7 +5,7 @@
 #include "platform/base/CGGeometry.h"
 #include "platform/base/DispatchQueue.h"
 #include "platform/base/DispatchTimer.h"
-#include "platform/base/NotificationCenter.h"
+#include "platform/base/MainObserver.h"
 #include "platform/base/Result.h"
 #include "platform/base/UIDevice.h"
 #include "platform/media/AVCaptureDevice.h"
@@ -14,6 +14,7 @@
 #include "platform/view/UIView.h"
 
 #include <QPointer>
+#include <QString>
 
 #include <functional>
 #include <memory>
@@ -29,8 +30,25 @@ namespace lamina {
 /// is in front, and comes with the bytes of a JPEG from which it can be read again.
 class PhotoCamera : public UIImagePickerCamera {
     Q_OBJECT
+    Q_PROPERTY(State state READ state NOTIFY changed FINAL)
+    Q_PROPERTY(double aspectRatio READ aspectRatio NOTIFY changed FINAL)
+    Q_PROPERTY(bool canSwitch READ canSwitch NOTIFY changed FINAL)
+    Q_PROPERTY(QString deviceName READ deviceName NOTIFY changed FINAL)
+    Q_PROPERTY(QString title READ title NOTIFY changed FINAL)
+    Q_PROPERTY(QString message READ message NOTIFY changed FINAL)
+    Q_PROPERTY(bool canTryAgain READ canTryAgain NOTIFY changed FINAL)
+    Q_PROPERTY(bool refused READ isRefused NOTIFY changed FINAL)
 
 public:
+    enum State {
+        Starting, ///< nothing is seen yet
+        Live,     ///< what it sees is seen
+        Taking,   ///< the photo is on its way
+        Taken,    ///< the photo is seen
+        Failed,   ///< there is nothing to see; the texts say why, and what can be done
+    };
+    Q_ENUM(State)
+
     /// Default quality of the JPEG.
     static constexpr double kQuality = 0.95;
     /// Seconds until it says that there is no camera,
@@ -45,18 +63,59 @@ public:
     ~PhotoCamera() override;
 
     std::shared_ptr<UIView> view() override { return m_root; }
-    void place(double width, double height) override;
-    void setInSight(bool inSight) override;
     void start() override;
     void stop() override;
-    void takePhoto() override;
-    void retake() override;
-    void switchCamera() override;
-    void tryAgain() override;
-    void openSettings() override;
     UIImagePickerPhoto photo() const override { return m_photo; }
 
+    State state() const { return m_shown.state; }
+    /// Width by height of what is seen.
+    double aspectRatio() const { return m_shown.size.width / m_shown.size.height; }
+    /// Whether there is another camera.
+    bool canSwitch() const { return m_shown.canSwitch; }
+    /// Of the camera in use; empty before one is.
+    QString deviceName() const { return QString::fromStdString(m_shown.deviceName); }
+    /// What there is to tell in states without a picture, in the user's language; mostly empty while it starts.
+    QString title() const { return QString::fromStdString(m_shown.title); }
+    QString message() const { return QString::fromStdString(m_shown.message); }
+    /// Whether `tryAgain` makes sense.
+    bool canTryAgain() const { return m_shown.canTryAgain; }
+    /// Whether the user has refused the camera, which the system's settings can change.
+    bool isRefused() const { return m_shown.refused; }
+
+    /// The size of the view, in points.
+    Q_INVOKABLE void place(double width, double height);
+    /// Whether anybody can see it; not while the window is hidden. A camera that nobody has seen for some time is let
+    /// go until somebody does.
+    Q_INVOKABLE void setInSight(bool inSight);
+    /// Only while live.
+    Q_INVOKABLE void takePhoto();
+    /// Gives the photo up; only where one was taken.
+    Q_INVOKABLE void retake();
+    /// Goes to the next camera.
+    Q_INVOKABLE void switchCamera();
+    /// Only where it has failed.
+    Q_INVOKABLE void tryAgain();
+    /// Opens the system's settings for this application.
+    Q_INVOKABLE void openSettings();
+
+signals:
+    void changed();
+
 private:
+    /// All that views show of it.
+    struct Shown {
+        State state = Starting;
+        CGSize size{3, 4}; ///< of what is seen, in any unit
+        bool canSwitch = false;
+        std::string deviceName = {};
+        std::string title = {};
+        std::string message = {};
+        bool canTryAgain = false;
+        bool refused = false;
+        friend bool operator==(const Shown&, const Shown&) = default;
+    };
+    void show(const Shown& shown);
+
     class FrameWatch;
     /// Why there is nothing to see.
     enum class Trouble { None, NoDevice, Refused, NotOpened, Ended };
@@ -90,6 +149,7 @@ private:
         };
     }
 
+    Shown m_shown;
     std::shared_ptr<UIView> m_root;
     std::shared_ptr<GPUImageView> m_seen;
     std::shared_ptr<FrameWatch> m_watch;
@@ -104,7 +164,7 @@ private:
     UIImagePickerPhoto m_photo;
     DispatchTimer m_patience; ///< for what is under way
     DispatchTimer m_unseen;
-    NotificationObserver m_devicesObserver;
+    MainObserver m_devicesObserver;
 };
 
 /// Makes it the camera of every picker.

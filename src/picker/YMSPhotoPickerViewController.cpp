@@ -4,7 +4,6 @@
 #include "platform/media/AVCaptureDevice.h"
 #include "platform/photos/PHCachingImageManager.h"
 #include "platform/photos/PHPhotoLibrary.h"
-#include "platform/view/MainObserver.h"
 #include "platform/view/UIBarButtonItem.h"
 
 namespace lamina {
@@ -12,12 +11,11 @@ namespace lamina {
 using Call = YMSPhotoPickerViewControllerDelegate::Call;
 
 YMSPhotoPickerViewController::YMSPhotoPickerViewController()
+    : m_camerasObserver(kAVCaptureDevicesDidChangeNotification, [this] { camerasChanged(); })
 {
     connect(&m_bar.topConstraint(), &AnimatedProperty::valueChanged, this,
             &YMSPhotoPickerViewController::barOffsetChanged);
     connect(&m_bar.alpha(), &AnimatedProperty::valueChanged, this, &YMSPhotoPickerViewController::barAlphaChanged);
-    m_camerasObserver =
-        observeOnMain(kAVCaptureDevicesDidChangeNotification, *this, [this] { camerasChanged(); });
 }
 
 YMSPhotoPickerViewController::~YMSPhotoPickerViewController() = default;

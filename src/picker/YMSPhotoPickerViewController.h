@@ -7,7 +7,7 @@
 #include "picker/YMSPhotoPickerTheme.h"
 #include "picker/YMSPhotoPickerViewControllerDelegate.h"
 #include "platform/base/DispatchTimer.h"
-#include "platform/base/NotificationCenter.h"
+#include "platform/base/MainObserver.h"
 #include "platform/photos/PHAsset.h"
 #include "platform/photos/PHCachingImageManager.h"
 #include "platform/photos/PHChange.h"
@@ -303,7 +303,7 @@ private:
 
     std::weak_ptr<AVCaptureSession> m_session;
     bool m_takesPhoto = false; ///< the camera's screen is over this one
-    NotificationObserver m_camerasObserver;
+    MainObserver m_camerasObserver;
     bool m_needToSelectFirstPhoto = false;
     std::string m_takenPhoto; ///< identifier of the photo that was saved last
 

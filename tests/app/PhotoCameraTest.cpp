@@ -4,6 +4,8 @@
 #include "ScreenTest.h"
 #include "StandInCamera.h"
 #include "platform/base/Clock.h"
+#include "platform/media/AVAssetReader.h"
+#include "platform/media/AVCaptureTypes.h"
 #include "platform/photos/PhotoLoading.h"
 #include "platform/view/UIImagePickerController.h"
 
@@ -72,15 +74,16 @@ protected:
     }
 
     /// Presents a picker that takes a photo.
-    UIImagePickerCamera& open()
+    PhotoCamera& open()
     {
         close();
         picker = std::make_shared<UIImagePickerController>();
         picker->setSourceType(UIImagePickerControllerSourceType::Camera);
         picker->setDelegate(recorder);
         window.rootViewController()->present(picker, false);
-        return *picker->camera();
+        return camera();
     }
+    PhotoCamera& camera() { return dynamic_cast<PhotoCamera&>(*picker->camera()); }
     void close()
     {
         if (picker && picker->presentingViewController())
@@ -96,21 +99,20 @@ protected:
                 return true;
         return false;
     }
-    bool comesTo(UIImagePickerCamera::State state)
+    bool comesTo(PhotoCamera::State state)
     {
-        return comesTrue([&] { return picker->camera()->state() == state; });
+        return comesTrue([&] { return this->camera().state() == state; });
     }
     /// The camera is started, and what it gives is seen.
     bool showsFrames(StandInCamera& camera)
     {
-        return comesTrue([&] { return camera.running() == 1; }) && camera.give(frame) &&
-               comesTo(UIImagePickerCamera::Live);
+        return comesTrue([&] { return camera.running() == 1; }) && camera.give(frame) && comesTo(PhotoCamera::Live);
     }
     /// It goes to its largest size.
     bool beginsStill(StandInCamera& camera)
     {
-        picker->camera()->takePhoto();
-        EXPECT_EQ(picker->camera()->state(), UIImagePickerCamera::Taking);
+        this->camera().takePhoto();
+        EXPECT_EQ(this->camera().state(), PhotoCamera::Taking);
         return comesTrue([&] { return camera.requests().back().size == IntSize(); });
     }
     bool takesPhoto(StandInCamera& camera)
@@ -119,7 +121,7 @@ protected:
             return false;
         for (int i = 0; i < 4; ++i)
             camera.give(still, CMTime::make(i, 1));
-        return comesTo(UIImagePickerCamera::Taken);
+        return comesTo(PhotoCamera::Taken);
     }
 
     Status status = Status::Authorized;
@@ -149,7 +151,7 @@ TEST_F(PhotoCameraTest, PhotosAreUprightAsTheyWereSeen)
         SCOPED_TRACE(c.quarters);
         first->place = c.place;
         first->turned = c.turned;
-        UIImagePickerCamera& camera = open();
+        PhotoCamera& camera = open();
         ASSERT_TRUE(showsFrames(*first));
         EXPECT_EQ(camera.aspectRatio(), double(c.size.width) / c.size.height);
         ASSERT_TRUE(takesPhoto(*first));
@@ -170,9 +172,9 @@ TEST_F(PhotoCameraTest, PhotosAreUprightAsTheyWereSeen)
 
 TEST_F(PhotoCameraTest, APhotoIsTakenAgainOrNotAtAll)
 {
-    UIImagePickerCamera& camera = open();
+    PhotoCamera& camera = open();
     camera.takePhoto(); // nothing is seen yet
-    EXPECT_EQ(camera.state(), UIImagePickerCamera::Starting);
+    EXPECT_EQ(camera.state(), PhotoCamera::Starting);
     ASSERT_TRUE(showsFrames(*first));
     ASSERT_TRUE(takesPhoto(*first));
     camera.retake();
@@ -190,7 +192,7 @@ TEST_F(PhotoCameraTest, TellsWhyThereIsNothingToSee)
     const auto clock = std::make_shared<ManualClock>();
     Clock::setShared(clock);
     const auto texts = [&] {
-        const UIImagePickerCamera& camera = *picker->camera();
+        const PhotoCamera& camera = this->camera();
         return (camera.title() + "|" + camera.message()).toStdString();
     };
     const struct {
@@ -204,8 +206,8 @@ TEST_F(PhotoCameraTest, TellsWhyThereIsNothingToSee)
     } table[] = {
         {Status::Denied, Status::Denied, true, true, "Allow camera access?|Need your permission to take a photo", true,
          true},
-        {Status::NotDetermined, Status::Denied, true, true,
-         "Allow camera access?|Need your permission to take a photo", true, true},
+        {Status::NotDetermined, Status::Denied, true, true, "Allow camera access?|Need your permission to take a photo",
+         true, true},
         {Status::Authorized, Status::Authorized, false, true, "No camera|Plug one in, and it goes on here.", false,
          false},
         {Status::Authorized, Status::Authorized, true, false,
@@ -216,13 +218,13 @@ TEST_F(PhotoCameraTest, TellsWhyThereIsNothingToSee)
         answer = c.answer;
         first->opens = c.opens;
         there = c.isThere ? std::vector<std::shared_ptr<AVCaptureDevice>>{first} : decltype(there)();
-        UIImagePickerCamera& camera = open();
+        PhotoCamera& camera = open();
         DispatchQueue::main().drain();
         if (!c.isThere) {
-            EXPECT_EQ(camera.state(), UIImagePickerCamera::Starting) << "it may only just be looked for";
+            EXPECT_EQ(camera.state(), PhotoCamera::Starting) << "it may only just be looked for";
             clock->advance(PhotoCamera::kDevicesPatience);
         }
-        ASSERT_TRUE(comesTo(UIImagePickerCamera::Failed)) << c.texts;
+        ASSERT_TRUE(comesTo(PhotoCamera::Failed)) << c.texts;
         EXPECT_EQ(texts(), c.texts);
         EXPECT_EQ(camera.isRefused(), c.refused);
         EXPECT_EQ(camera.canTryAgain(), c.canTryAgain);
@@ -243,18 +245,18 @@ TEST_F(PhotoCameraTest, TellsWhyThereIsNothingToSee)
 TEST_F(PhotoCameraTest, GoesOnWhenAnUnpluggedCameraIsBack)
 {
     for (const bool whileTaking : {false, true}) {
-        UIImagePickerCamera& camera = open();
+        PhotoCamera& camera = open();
         ASSERT_TRUE(showsFrames(*first));
         ASSERT_TRUE(!whileTaking || beginsStill(*first));
         there.clear();
         first->end({"stand-in", "unplugged"});
-        ASSERT_TRUE(comesTo(UIImagePickerCamera::Failed));
+        ASSERT_TRUE(comesTo(PhotoCamera::Failed));
         EXPECT_EQ(camera.title(), "The camera has stopped");
         EXPECT_EQ(camera.message(), "stand-in: unplugged. It goes on as soon as the camera is back.");
         there = {second};
         AVCaptureDevice::devicesDidChange();
         DispatchQueue::main().drain();
-        EXPECT_EQ(camera.state(), UIImagePickerCamera::Failed) << "another one is taken only if somebody says so";
+        EXPECT_EQ(camera.state(), PhotoCamera::Failed) << "another one is taken only if somebody says so";
         there = {second, first};
         AVCaptureDevice::devicesDidChange();
         EXPECT_TRUE(showsFrames(*first));
@@ -267,7 +269,7 @@ TEST_F(PhotoCameraTest, GoesToTheOtherCameraAndBack)
 {
     second->place = Place::Back;
     there = {first, second};
-    UIImagePickerCamera& camera = open();
+    PhotoCamera& camera = open();
     ASSERT_TRUE(showsFrames(*second)) << "the one at the back is preferred";
     EXPECT_TRUE(camera.canSwitch());
     camera.switchCamera();
@@ -282,7 +284,7 @@ TEST_F(PhotoCameraTest, LetsGoOfACameraThatNobodySees)
 {
     const auto clock = std::make_shared<ManualClock>();
     Clock::setShared(clock);
-    UIImagePickerCamera& camera = open();
+    PhotoCamera& camera = open();
     ASSERT_TRUE(showsFrames(*first));
     camera.setInSight(false);
     clock->advance(PhotoCamera::kUnseenPatience / 2);

@@ -2,10 +2,13 @@
 #include "FedCamera.h"
 #include "TestPictures.h"
 #include "WindowTest.h"
+#include "app/PhotoCamera.h"
 
+#include "editors/blend/BlendComposition.h"
 #include "editors/collage/CollageComposition.h"
 #include "editors/collage/CreateCollageViewController.h"
 #include "picker/YMSPhotoPickerViewController.h"
+#include "platform/media/AVAssetReader.h"
 #include "platform/photos/PictureFolders.h"
 
 #include <QCoreApplication>
@@ -33,12 +36,12 @@ protected:
         AVCaptureDevice::devicesDidChange();
         driver->settle();
     }
-    UIImagePickerCamera* shown()
+    PhotoCamera* shown()
     {
         const auto picker = driver->top<UIImagePickerController>();
-        return picker ? picker->camera() : nullptr;
+        return picker ? dynamic_cast<PhotoCamera*>(picker->camera()) : nullptr;
     }
-    bool comesTo(UIImagePickerCamera::State state)
+    bool comesTo(PhotoCamera::State state)
     {
         const bool came = WindowDriver::waitUntil([&] { return shown() && shown()->state() == state; });
         driver->settle();
@@ -56,10 +59,10 @@ protected:
     /// From a screen that has just been asked for a photo back to it, or on.
     void takeByTouch()
     {
-        ASSERT_TRUE(comesTo(UIImagePickerCamera::Live));
+        ASSERT_TRUE(comesTo(PhotoCamera::Live));
         EXPECT_TRUE(isSeen());
         ASSERT_TRUE(driver->tap(QStringLiteral("Take a photo")));
-        ASSERT_TRUE(comesTo(UIImagePickerCamera::Taken));
+        ASSERT_TRUE(comesTo(PhotoCamera::Taken));
         EXPECT_TRUE(isSeen());
         ASSERT_TRUE(driver->tap(QStringLiteral("Use photo")));
     }
@@ -80,11 +83,11 @@ TEST_F(CameraRoad, TwoPhotosGoIntoABlendByTouchAndByKeys)
     ASSERT_TRUE(driver->tap(QStringLiteral("Use photo")));
     ASSERT_TRUE(driver->waitFor<ImagePIckingViewController>());
 
-    using enum UIImagePickerCamera::State;
+    using enum PhotoCamera::State;
     pressUntil("Camera");
     const struct {
         Qt::Key key;
-        UIImagePickerCamera::State leadsTo;
+        PhotoCamera::State leadsTo;
         const char* focused;
     } steps[] = {{Qt::Key_Return, Live, "Take a photo"}, {Qt::Key_Space, Taken, "Use photo"},
                  {Qt::Key_R, Live, "Take a photo"},      {Qt::Key_Return, Taken, "Use photo"},
@@ -132,13 +135,14 @@ TEST_F(CameraRoad, ThePickersTileTakesAPhotoIntoTheSelectionAndIntoASlot)
     EXPECT_EQ(picker->selectedPhotos()[0].pixelWidth, kStill.width);
     EXPECT_TRUE(WindowDriver::waitUntil([&] { return camera->running() == 1; })) << "the tile has it again";
     tapTile(0);
-    ASSERT_TRUE(comesTo(UIImagePickerCamera::Live));
+    ASSERT_TRUE(comesTo(PhotoCamera::Live));
     driver->press(Qt::Key_Escape);
     ASSERT_TRUE(driver->waitFor<YMSPhotoPickerViewController>());
     EXPECT_EQ(picker->selectedCount(), 1);
     driver->press(Qt::Key_Escape);
     EXPECT_TRUE(WindowDriver::waitUntil([&] { return camera->running() == 0; }));
 
+    driver.reset();
     options.screen = "two";
     options.files = {sample("dunes.jpg"), sample("meadow.jpg")};
     openWithCamera(options);
@@ -146,10 +150,11 @@ TEST_F(CameraRoad, ThePickersTileTakesAPhotoIntoTheSelectionAndIntoASlot)
     const auto collage = driver->top<CreateCollageViewController>();
     ASSERT_TRUE(driver->tap(QStringLiteral("Gallery")));
     ASSERT_TRUE(driver->waitFor<YMSPhotoPickerViewController>());
+    ASSERT_TRUE(WindowDriver::waitUntil([&] { return tile(0) != nullptr; }));
     tapTile(0);
     takeByTouch();
     ASSERT_TRUE(driver->waitFor<CreateCollageViewController>());
-    EXPECT_EQ(collage->composition().slots[0].master.pixelSize(), kStill);
+    EXPECT_EQ(collage->composition().photoSlots[0].master.pixelSize(), kStill);
 }
 
 } // namespace

@@ -25,13 +25,12 @@ protected:
     {
         PhotoPickerTest::SetUp();
         UIImagePickerController::setCameraAvailability([] { return true; });
-        AVCaptureDevice::setSource(
-            {[this] { return status; },
-             [this](const auto& handler) {
-                 status = answer;
-                 handler(answer == Status::Authorized);
-             },
-             [this](AVTrackMediaType) { return there; }});
+        AVCaptureDevice::setSource({[this] { return status; },
+                                    [this](const auto& handler) {
+                                        status = answer;
+                                        handler(answer == Status::Authorized);
+                                    },
+                                    [this](AVTrackMediaType) { return there; }});
         use->turned = 90;
     }
     void TearDown() override

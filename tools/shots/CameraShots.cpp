@@ -3,6 +3,7 @@
 #include "FedCamera.h"
 #include "Shooter.h"
 
+#include "app/PhotoCamera.h"
 #include "picker/YMSPhotoPickerViewController.h"
 #include "platform/base/CGGeometry.h"
 #include "platform/media/AVCaptureDevice.h"
@@ -16,7 +17,7 @@ namespace lamina::test {
 
 namespace {
 
-using State = UIImagePickerCamera::State;
+using State = PhotoCamera::State;
 
 /// A sample as a phone held upright sees it, or as a computer's camera does.
 CGImage view(bool upright)
@@ -84,10 +85,10 @@ public:
     }
 
 private:
-    UIImagePickerCamera* camera()
+    PhotoCamera* camera()
     {
         const auto picker = m_shooter.driver().top<UIImagePickerController>();
-        return picker ? picker->camera() : nullptr;
+        return picker ? dynamic_cast<PhotoCamera*>(picker->camera()) : nullptr;
     }
     void waitFor(State state)
     {

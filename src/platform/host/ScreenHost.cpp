@@ -118,8 +118,8 @@ int ScreenHost::durationOf(const PresentationTransition& transition) const
 {
     const bool slides = transition.kind == Kind::Push || transition.kind == Kind::Pop;
     UIViewController* const moved = transition.kind == Kind::Present   ? transition.to.get()
-                                          : transition.kind == Kind::Dismiss ? transition.from.get()
-                                                                             : nullptr;
+                                    : transition.kind == Kind::Dismiss ? transition.from.get()
+                                                                       : nullptr;
     if (transition.duration <= 0 || isPicker(moved))
         return 0;
     const double seconds = slides ? m_durations.slide : isSheet(moved) ? m_durations.sheet : m_durations.fade;

@@ -52,9 +52,9 @@ UIImagePickerCamera* UIImagePickerController::camera()
     const bool wanted = m_sourceType == SourceType::Camera && !m_preselected && m_state == Choosing;
     if (!m_camera && wanted && cameraFactory()) {
         m_camera = cameraFactory()();
-        connect(m_camera.get(), &UIImagePickerCamera::photoFailed, this, [this](const Error& error) {
+        m_camera->photoFailed = [this](const Error& error) {
             presentFailure(*this, localizedString(QT_TRANSLATE_NOOP("Lamina", "Can’t take the photo")), error);
-        });
+        };
     }
     return m_camera.get();
 }
@@ -115,10 +115,10 @@ void UIImagePickerController::photoArrived(Result<UIImage> photo)
 
 void UIImagePickerController::usePhoto()
 {
-    if (m_state != Choosing || !m_camera || m_camera->state() != UIImagePickerCamera::Taken)
+    const UIImagePickerPhoto photo = m_camera ? m_camera->photo() : UIImagePickerPhoto();
+    if (m_state != Choosing || !photo.image)
         return;
     const auto self = shared_from_this();
-    const UIImagePickerPhoto photo = m_camera->photo();
     finish();
     tell({photo.image, photo.source.name, photo.source});
 }

@@ -79,7 +79,8 @@ public:
     void setPreselected(PhotoSource photo) { m_preselected = std::move(photo); }
     bool hasPreselected() const { return m_preselected.has_value(); }
 
-    /// The camera of a picker that wants one, made when it is first asked for; null: it wants none, or nobody makes any.
+    /// The camera of a picker that wants one, made when it is first asked for; null: it wants none, or nobody makes
+    /// any.
     UIImagePickerCamera* camera();
     QObject* cameraObject() { return camera(); }
     /// Whether this is the screen of a camera, and not the system's way to a file.

@@ -1,8 +1,11 @@
 #include "platform/host/system/CameraPortal.h"
 
 #include "EventPump.h"
+#include "PipeWireSession.h"
 #include "StandInCamera.h"
 #include "TestPortal.h"
+#include "platform/base/NotificationCenter.h"
+#include "platform/media/capture/CaptureService.h"
 #include "platform/view/UIImagePickerController.h"
 
 #include <fcntl.h>
@@ -43,7 +46,9 @@ protected:
                     started = descriptor;
                     lost = false;
                 },
-                [this] { return lost; }, devices, {[] { return Status::Authorized; }, {}, devices}};
+                [this] { return lost; },
+                devices,
+                {[] { return Status::Authorized; }, {}, devices}};
     }
     static bool isAvailable()
     {
@@ -83,8 +88,8 @@ TEST_F(Cameras, AreAskedForAtThePortalAndComeByItsConnection)
     portal.setCamera(false, ends[1]);
     begin();
     int changes = 0;
-    const auto observer = NotificationCenter::defaultCenter().addObserver(
-        kAVCaptureDevicesDidChangeNotification, [&](const Notification&) { ++changes; });
+    const auto observer = NotificationCenter::defaultCenter().addObserver(kAVCaptureDevicesDidChangeNotification,
+                                                                          [&](const Notification&) { ++changes; });
     ASSERT_TRUE(runUntil([&] { return changes > 0; })); // the portal has answered
     EXPECT_TRUE(is(Status::NotDetermined, false, 0));
     portal.setCamera(true, ends[1]);
@@ -127,6 +132,33 @@ TEST_F(Cameras, ComeFromPipeWireItselfWhereNoPortalKnowsThem)
         EXPECT_TRUE(is(Status::Authorized, true, 1));
         EXPECT_EQ(started, -1);
     }
+}
+
+TEST_F(Cameras, OfARealServiceComeOverTheSocketAndAgainAfterItsRestart)
+{
+    PipeWireSession session(PipeWireSession::Camera);
+    ASSERT_TRUE(session.runs());
+    TestPortal portal;
+    auto handOut = [&, held = -1]() mutable {
+        if (held >= 0)
+            ::close(held); // the bus has sent it on
+        held = session.connectedSocket();
+        portal.setCamera(true, held);
+    };
+    handOut();
+    portal.setAnswer(0, {});
+    cameras = std::make_unique<CameraPortal>();
+    EXPECT_EQ(askForAccess(), true);
+    const auto isThere = [] { return AVCaptureDevice::deviceWithUniqueID("test-camera") != nullptr; };
+    ASSERT_TRUE(runUntil(isThere));
+    session.stop();
+    ASSERT_TRUE(runUntil([&] { return !isThere(); }));
+    session.start();
+    handOut();
+    EXPECT_TRUE(runUntil(isThere));
+    EXPECT_EQ(portal.questions().size(), 1u);
+    cameras.reset();
+    CaptureService::shared().stop();
 }
 
 } // namespace

@@ -4,7 +4,6 @@
 #include "platform/base/Log.h"
 #include "platform/host/system/BackgroundWork.h"
 #include "platform/media/capture/CaptureService.h"
-#include "platform/view/MainObserver.h"
 #include "platform/view/UIImagePickerController.h"
 
 #include <QDBusArgument>
@@ -39,11 +38,10 @@ void callPortal(const QDBusConnection& bus, const QDBusMessage& call, QObject* o
                 std::function<void(const QDBusMessage&)> handler)
 {
     auto* const watcher = new QDBusPendingCallWatcher(bus.asyncCall(call), object);
-    QObject::connect(watcher, &QDBusPendingCallWatcher::finished, object,
-                     [watcher, handler = std::move(handler)] {
-                         handler(watcher->reply());
-                         watcher->deleteLater();
-                     });
+    QObject::connect(watcher, &QDBusPendingCallWatcher::finished, object, [watcher, handler = std::move(handler)] {
+        handler(watcher->reply());
+        watcher->deleteLater();
+    });
 }
 
 } // namespace
@@ -82,6 +80,7 @@ CameraPortal::CameraPortal(BusConnector connector, Service service, QObject* par
     , m_service(std::move(service))
     , m_request(std::move(connector))
     , m_known(std::make_shared<Known>())
+    , m_devicesObserver(kAVCaptureDevicesDidChangeNotification, [this] { renewRemote(); })
 {
     AVCaptureDevice::Source source;
     source.authorizationStatus = [known = m_known] { return known->presentStatus(); };
@@ -106,7 +105,6 @@ CameraPortal::CameraPortal(BusConnector connector, Service service, QObject* par
     };
     AVCaptureDevice::setSource(std::move(source));
     UIImagePickerController::setCameraAvailability([this] { return isAvailable(); });
-    m_devicesObserver = observeOnMain(kAVCaptureDevicesDidChangeNotification, *this, [this] { renewRemote(); });
 }
 
 CameraPortal::~CameraPortal()
@@ -216,8 +214,11 @@ void CameraPortal::ask()
     if (road == Known::Direct || m_known->presentStatus() == AVAuthorizationStatus::Authorized)
         return settle(AVAuthorizationStatus::Authorized);
     m_asking = true;
-    m_request.ask([] { return PortalCall{QStringLiteral("Camera"), QStringLiteral("AccessCamera"), {}, {}}; },
-                  [this](const PortalAnswer& answer) { answered(answer); });
+    m_request.ask(
+        [] {
+            return PortalCall{QStringLiteral("Camera"), QStringLiteral("AccessCamera"), {}, {}};
+        },
+        [this](const PortalAnswer& answer) { answered(answer); });
 }
 
 void CameraPortal::answered(const PortalAnswer& answer)

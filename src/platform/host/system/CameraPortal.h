@@ -1,12 +1,12 @@
 #pragma once
 
 #include "platform/base/DispatchTimer.h"
-#include "platform/base/NotificationCenter.h"
+#include "platform/base/MainObserver.h"
 #include "platform/host/system/Portal.h"
 #include "platform/host/system/PortalRequest.h"
 #include "platform/media/AVAssetReader.h"
-#include "platform/media/AVCaptureTypes.h"
 #include "platform/media/AVCaptureDevice.h"
+#include "platform/media/AVCaptureTypes.h"
 
 #include <QDBusConnection>
 #include <QDBusMessage>
@@ -46,8 +46,7 @@ public:
     /// `CaptureService`.
     static Service pipeWire();
 
-    explicit CameraPortal(BusConnector connector = sessionBus, Service service = pipeWire(),
-                          QObject* parent = nullptr);
+    explicit CameraPortal(BusConnector connector = sessionBus, Service service = pipeWire(), QObject* parent = nullptr);
     /// There are no cameras any more. Waits for a connection to the bus that is just being made: Qt's own end must not
     /// overtake it.
     ~CameraPortal() override;
@@ -88,7 +87,7 @@ private:
     DispatchTimer m_renewal;
     std::optional<QDBusConnection> m_bus;
     std::unique_ptr<QDBusServiceWatcher> m_watcher;
-    NotificationObserver m_devicesObserver;
+    MainObserver m_devicesObserver;
 };
 
 } // namespace lamina
