@@ -14,6 +14,10 @@ namespace lamina {
 
 struct FilterProperty;
 
+/// The looks of the live screen, the first of a collage's: a dozen, without those of many passes at the end, which a
+/// live picture could not follow everywhere.
+inline constexpr std::size_t kLiveLookCount = 12;
+
 /// The effects behind a look, in the order in which they act.
 enum class LiveEffect : std::size_t { Contrast, Brightness, Saturation, Vignette };
 inline constexpr std::size_t kLiveEffectCount = 4;

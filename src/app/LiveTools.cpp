@@ -40,6 +40,7 @@ struct Cell {
     bool active = false;
     bool enabled = true;
     bool disc = false; ///< on a disc of the accent
+    bool gray = false; ///< stands on a cell of its own
 };
 
 QVariantMap mapOf(const Cell& cell)
@@ -49,7 +50,7 @@ QVariantMap mapOf(const Cell& cell)
         {"name", cell.name},
         {"icon", QString::fromLatin1(cell.active ? cell.activeIcon : cell.icon)},
         {"active", cell.active},
-        {"gray", false},
+        {"gray", cell.gray},
         {"current", cell.active},
         {"enabled", cell.enabled},
         {"disc", cell.disc},
@@ -98,7 +99,11 @@ QVariantList LiveViewController::sideTools() const
     const bool isMovie = sourceName() == QLatin1String("movie");
     Cell reset{"reset", shown(QT_TRANSLATE_NOOP("Lamina", "Reset")), "Reset", "Reset1"};
     reset.enabled = !(m_filters == LiveFilters());
-    return {mapOf(cameraCell(!isMovie)), mapOf(movieCell(isMovie)), mapOf(compareCell(m_comparing)), mapOf(reset)};
+    Cell camera = cameraCell(!isMovie);
+    Cell movie = movieCell(isMovie);
+    camera.gray = camera.active;
+    movie.gray = movie.active;
+    return {mapOf(camera), mapOf(movie), mapOf(compareCell(m_comparing)), mapOf(reset)};
 }
 
 void LiveViewController::chooseTool(const QString& identifier)
@@ -144,7 +149,7 @@ QVariant LiveViewController::lookPicture() const
 
 void LiveViewController::chooseLook(int tag)
 {
-    if (!findCollageFilter(tag) || tag == m_filters.look)
+    if (!findCollageFilter(tag) || tag - kFirstCollageFilter >= static_cast<int>(kLiveLookCount) || tag == m_filters.look)
         return;
     LiveFilters filters = m_filters;
     filters.look = tag;
@@ -154,7 +159,7 @@ void LiveViewController::chooseLook(int tag)
 
 void LiveViewController::stepLook(int by)
 {
-    const int count = static_cast<int>(kCollageFilterCount);
+    const int count = static_cast<int>(kLiveLookCount);
     const int place = m_filters.look - kFirstCollageFilter + by;
     chooseLook(kFirstCollageFilter + (place % count + count) % count);
 }

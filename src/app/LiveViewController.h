@@ -249,7 +249,7 @@ private:
     std::shared_ptr<GPUImageView> m_nowView;
     std::shared_ptr<UIView> m_beforeClip; ///< cuts what is seen as it came at the line
     std::shared_ptr<GPUImageView> m_beforeView;
-    CollageFilterRow m_row;
+    CollageFilterRow m_row{kLiveLookCount};
     std::unique_ptr<LiveClip> m_clip;
     LiveFilters m_filters;
     std::vector<LiveSlider> m_sliders;

@@ -143,7 +143,7 @@ TEST_F(LiveScreen, LooksHaveSlidersOfTheirOwn)
     live->stepLook(1);
     EXPECT_EQ(live->filters().look, kHue + 1);
     EXPECT_EQ(live->changedSliders(), 0) << "they belong to the look";
-    for (int i = 0; i < static_cast<int>(kCollageFilterCount); ++i) {
+    for (int i = 0; i < static_cast<int>(kLiveLookCount); ++i) {
         live->stepLook(-1);
         give({200, 100, 50, 255});
     }

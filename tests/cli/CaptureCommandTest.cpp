@@ -14,6 +14,7 @@
 #include <memory>
 #include <string>
 #include <unistd.h>
+#include <utility>
 #include <vector>
 
 namespace lamina::test {
@@ -171,6 +172,13 @@ TEST_F(Captures, ClipsHaveTheirLengthSizeAndSound)
     good("-o out.mkv --for 0.5 --mute --quality low --rate 30");
     EXPECT_THAT(codecs(probe(folder.path("out.mkv"))), ElementsAre("h264"));
     EXPECT_THAT(folder.names(), ElementsAre("flat.png", "out.mkv", "out.mp4", "small.png"));
+
+    CommandOptions fullDisk;
+    fullDisk.fileSizeLimit = 1000;
+    const CommandResult full = shell("lamina capture -o full.mp4 --for 60 --mute", fullDisk);
+    EXPECT_EQ(full.exitCode, 4);
+    EXPECT_THAT(full.errors, StartsWith("lamina: full.mp4: "));
+    EXPECT_FALSE(std::filesystem::exists(folder.path("full.mp4")));
 }
 
 TEST_F(Captures, ClipsEndWhenTheyAreAskedTo)

@@ -1,6 +1,6 @@
 // A graph's frames in a window: each is seen, and those that nobody can see cost nothing.
-#include "FrameSource.h"
 #include "EventPump.h"
+#include "FrameSource.h"
 #include "TestPictures.h"
 #include "gpu/endpoints/GPUImageView.h"
 #include "platform/base/CMTime.h"
@@ -15,6 +15,7 @@
 #include <gtest/gtest.h>
 #include <memory>
 #include <thread>
+#include <utility>
 
 namespace lamina::test {
 namespace {
@@ -35,8 +36,15 @@ protected:
         QObject::connect(&m_window, &QQuickWindow::frameSwapped, &m_window, [this] { ++m_swaps; });
         m_window.show();
         ASSERT_TRUE(runUntil([&] { return m_swaps > 0; }));
+        rest();
         m_source->addTarget(m_screen.shown);
         m_observer = m_screen.shown->layer().observeChanges([this] { ++m_changes; });
+    }
+    /// Until the window has nothing more to draw.
+    void rest()
+    {
+        for (int before = -1; std::exchange(before, m_swaps) != m_swaps;)
+            runFor(100);
     }
     /// In a thread of its own, as a camera does; the number is red.
     void push(int first, int last)
@@ -68,9 +76,12 @@ TEST_F(FramesInWindowTest, EachIsPaintedOnceAndThenTheWindowRests)
         push(i, i);
         ASSERT_TRUE(comesToSee(i));
     }
-    runFor(100);
-    EXPECT_EQ(m_swaps - before, 30);
+    rest();
     EXPECT_EQ(m_changes, 30);
+    EXPECT_LT(m_swaps - before, 45) << "about one each";
+    const int atRest = m_swaps;
+    runFor(200);
+    EXPECT_EQ(m_swaps, atRest);
     EXPECT_EQ(m_screen.shown->sizeInPixels().width, 8 * m_window.effectiveDevicePixelRatio());
 }
 
@@ -86,15 +97,15 @@ TEST_F(FramesInWindowTest, WhatNobodySeesIsNotDrawnAndTheLastComesWhenTheyLook)
         push(number + 1, number + 1);
         ASSERT_TRUE(comesToSee(number + 1));
         hide();
-        runFor(20);
+        rest();
         const int swaps = m_swaps;
         m_changes = 0;
         for (int i = 0; i < 20; ++i) {
             push(number + 2, number + 9);
             runFor(2);
         }
-        EXPECT_LE(m_changes, 1) << "one was on its way";
-        EXPECT_EQ(m_swaps, swaps);
+        EXPECT_LE(m_changes, 1) << "one may be on its way";
+        EXPECT_LE(m_swaps - swaps, 1);
         number += 9;
         show();
         EXPECT_TRUE(comesToSee(number));

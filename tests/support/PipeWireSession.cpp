@@ -42,6 +42,7 @@ context.modules = [
     { name = libpipewire-module-session-manager }
 ]
 context.objects = [
+    { factory = metadata args = { metadata.name = default } }
     { factory = spa-node-factory args = { factory.name = support.node.driver node.name = Dummy-Driver
         node.group = pipewire.dummy priority.driver = 20000 } }
 )";

@@ -11,7 +11,7 @@
 
 #include <QTemporaryDir>
 
-#include <cstdio>
+#include <functional>
 #include <memory>
 #include <string>
 
@@ -25,28 +25,37 @@ CGImage sample(const char* name)
     return read ? read->cgImage() : CGImage();
 }
 
+/// Once the window shows what was asked for: a view draws a frame when the one before has been painted.
+void shootPicture(Shooter& shooter, const char* name, const std::function<void()>& give = {})
+{
+    for (int i = 0; i < 6; ++i) {
+        if (give)
+            give();
+        shooter.driver().grab();
+        WindowDriver::waitUntil([] { return false; }, 0.05);
+    }
+    shooter.shoot(name);
+}
+
 void shootCamera(Shooter& shooter, LiveViewController& live, StandInCamera& camera, const CGImage& picture)
 {
     WindowDriver& driver = shooter.driver();
     int frame = 0;
-    const auto give = [&] {
-        camera.give(picture, CMTime::make(++frame, 30));
-        return live.state() == LiveViewController::Live;
-    };
-    WindowDriver::waitUntil(give, 5);
-    WindowDriver::waitUntil([&] { return live.thumbnails()->rowCount() == 14 && !frame; }, 1);
+    const auto give = [&] { camera.give(picture, CMTime::make(++frame, 30)); };
+    WindowDriver::waitUntil(
+        [&] {
+            give();
+            return live.state() == LiveViewController::Live;
+        },
+        5);
     live.chooseLook(502);
-    shooter.shoot("live-filter");
+    shootPicture(shooter, "live-filter", give);
     live.slide(50, 20);
     live.slide(56, 1.4);
     live.slide(55, 0.3);
     live.setPanel(QStringLiteral("effects"));
     live.toggleComparing();
-    for (int i = 0; i < 3; ++i) {
-        give();
-        driver.settle();
-    }
-    shooter.shoot("live");
+    shootPicture(shooter, "live", give);
     driver.press(Qt::Key_Tab);
     shooter.shoot("live-focus");
     camera.end({"stand-in", "the camera has gone"});
@@ -72,7 +81,7 @@ void shootMovie(Shooter& shooter, LiveViewController& live)
     live.seek(7);
     WindowDriver::waitUntil([&] { return live.position() >= 7 && live.state() == LiveViewController::Live; }, 5);
     live.togglePaused();
-    shooter.shoot("live-movie");
+    shootPicture(shooter, "live-movie");
 }
 
 } // namespace

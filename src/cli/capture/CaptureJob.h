@@ -24,6 +24,7 @@ struct CaptureJob {
     double seconds = 0;      ///< 0: until somebody ends it
     bool isMute = false;
 
+    /// Or a still.
     bool isClip() const { return !fileType.empty(); }
     /// What a camera says of itself, under its name where it names none.
     Error ofCamera(const Error& error) const

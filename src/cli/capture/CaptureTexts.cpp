@@ -1,5 +1,6 @@
 #include "cli/capture/CaptureTexts.h"
 
+#include "cli/common/JsonText.h"
 #include "cli/common/PictureOutput.h"
 #include "gpu/core/TypedValue.h"
 #include "platform/base/ShownText.h"
@@ -91,12 +92,6 @@ nlohmann::ordered_json asJson(const AVCaptureDeviceFormat& mode)
             {"encoding", mode.encoding}};
 }
 
-/// Names may hold bytes that are no text.
-std::string asText(const nlohmann::ordered_json& json)
-{
-    return json.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace) + "\n";
-}
-
 } // namespace
 
 std::string captureDevicesAsText()
@@ -118,11 +113,11 @@ std::string captureDevicesAsText()
 
 std::string stillAsJson(const CaptureJob& job, IntSize size)
 {
-    return asText({{"input", job.camera->localizedName()},
-                   {"output", job.output},
-                   {"filters", job.chain->names()},
-                   {"width", size.width},
-                   {"height", size.height}});
+    return jsonText({{"input", job.camera->localizedName()},
+                     {"output", job.output},
+                     {"filters", job.chain->names()},
+                     {"width", size.width},
+                     {"height", size.height}});
 }
 
 std::string captureDevicesAsJson()
@@ -141,7 +136,7 @@ std::string captureDevicesAsJson()
     nlohmann::ordered_json microphones = nlohmann::ordered_json::array();
     for (const std::shared_ptr<AVCaptureDevice>& microphone : AVCaptureDevice::devices(AVTrackMediaType::Audio))
         microphones.push_back(headJson(*microphone));
-    return asText({{"cameras", std::move(cameras)}, {"microphones", std::move(microphones)}});
+    return jsonText({{"cameras", std::move(cameras)}, {"microphones", std::move(microphones)}});
 }
 
 } // namespace lamina

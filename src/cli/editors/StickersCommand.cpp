@@ -1,5 +1,6 @@
 #include "cli/editors/StickersCommand.h"
 
+#include "cli/common/JsonText.h"
 #include "cli/common/Messages.h"
 #include "editors/stickers/StickerCatalogue.h"
 
@@ -29,7 +30,7 @@ std::string stickersAsJson()
     nlohmann::ordered_json list = nlohmann::ordered_json::array();
     for (const StickerEntry& sticker : stickerCatalogue())
         list.push_back({{"name", sticker.name}, {"word", sticker.word}, {"group", stickerGroupTitle(sticker.group)}});
-    return list.dump(2) + "\n";
+    return jsonText(list);
 }
 
 } // namespace

@@ -4,6 +4,7 @@
 #include "export/MP4VideoController.h"
 #include "gpu/core/TypedValue.h"
 
+#include <CLI/App.hpp>
 #include <CLI/Option.hpp>
 #include <CLI/Validators.hpp>
 #include <algorithm>

@@ -5,11 +5,15 @@
 #include "platform/base/Result.h"
 #include "platform/image/pixels/UIImage.h"
 
-#include <CLI/App.hpp>
 #include <optional>
 #include <string>
 #include <utility>
 #include <vector>
+
+namespace CLI {
+class App;
+class Option;
+}
 
 namespace lamina {
 

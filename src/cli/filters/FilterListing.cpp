@@ -1,5 +1,6 @@
 #include "cli/filters/FilterListing.h"
 
+#include "cli/common/JsonText.h"
 #include "cli/common/NamedValue.h"
 #include "cli/filters/FilterParsing.h"
 #include "gpu/core/TypedValue.h"
@@ -369,12 +370,12 @@ std::string filtersAsJson(const FilterRegistry& registry)
     Json list = Json::array();
     for (const auto& [name, filter] : registry.all())
         list.push_back(entryAsJson(filter));
-    return list.dump(2) + "\n";
+    return jsonText(list);
 }
 
 std::string filterAsJson(const FilterDescription& filter)
 {
-    return entryAsJson(filter).dump(2) + "\n";
+    return jsonText(entryAsJson(filter));
 }
 
 namespace {
@@ -397,7 +398,7 @@ Json reportObject(const std::vector<FilterResult>& results, const FilterReport& 
 
 std::string reportAsJson(const std::vector<FilterResult>& results, const FilterReport& report)
 {
-    return reportObject(results, report).dump(2) + "\n";
+    return jsonText(reportObject(results, report));
 }
 
 std::string reportAsJsonLine(const std::string& file, const std::vector<FilterResult>& results,
@@ -407,7 +408,7 @@ std::string reportAsJsonLine(const std::string& file, const std::vector<FilterRe
     line["file"] = file;
     line["report"] = reportObject(results, report);
     // A name need not be a text; what is none in it is replaced.
-    return line.dump(-1, ' ', true, Json::error_handler_t::replace) + "\n";
+    return jsonText(line, -1);
 }
 
 std::string filtersAsMarkdown(const FilterRegistry& registry)

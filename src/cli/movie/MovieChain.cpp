@@ -1,15 +1,24 @@
 #include "cli/movie/MovieChain.h"
 
+#include "cli/common/StepOptions.h"
 #include "cli/filters/FilterDrawing.h"
 #include "cli/filters/FilterParsing.h"
 #include "gpu/core/GPUImageStage.h"
 #include "gpu/filters/FilterCatalogue.h"
 
+#include <CLI/App.hpp>
 #include <CLI/Option.hpp>
 #include <array>
 #include <utility>
 
 namespace lamina {
+
+MovieChain::MovieChain()
+    : m_options(std::make_unique<StepOptions<Step>>())
+{
+}
+
+MovieChain::~MovieChain() = default;
 
 void MovieChain::addTo(CLI::App& options)
 {
@@ -23,7 +32,7 @@ void MovieChain::addTo(CLI::App& options)
              return Result<Step>(Step{false, text});
          }},
     }};
-    m_options.addTo(options, kSteps);
+    m_options->addTo(options, kSteps);
     options.add_option("--pipeline", m_file, "A chain of filters from a JSON file, instead of --filter")
         ->type_name("CONFIG.json");
 }
@@ -31,7 +40,7 @@ void MovieChain::addTo(CLI::App& options)
 Outcome MovieChain::check(const CLI::App& options)
 {
     std::vector<std::pair<std::string, std::vector<std::string>>> filters;
-    for (const Step& step : m_options.inOrder(options)) {
+    for (const Step& step : m_options->inOrder(options)) {
         if (!m_file.empty())
             return Error{step.isFilter ? "--filter" : "--set", "a pipeline's filters and values stand in its file"};
         if (step.isFilter)

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "cli/common/ExitCode.h"
-#include "cli/movie/MovieChain.h"
 #include "platform/base/CGGeometry.h"
 #include "platform/base/CMTime.h"
 #include "platform/base/Result.h"
@@ -16,6 +15,8 @@
 #include <utility>
 
 namespace lamina {
+
+class MovieChain;
 
 /// The sides of a track's frames as they are seen.
 IntSize uprightSize(const AVVideoTrack& picture);

@@ -1,5 +1,6 @@
 #include "cli/movie/MovieReport.h"
 
+#include "cli/common/JsonText.h"
 #include "cli/common/PictureOutput.h"
 #include "gpu/core/TypedValue.h"
 
@@ -66,7 +67,7 @@ std::string asJson(const MovieReport& report)
     }
     if (report.dropped)
         json["dropped"] = *report.dropped;
-    return json.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace) + "\n";
+    return jsonText(json);
 }
 
 } // namespace lamina

@@ -33,8 +33,9 @@ public:
 
     /// Empty where all was well.
     std::string first() const;
-    /// How many frames and pieces of sound came when there was no room for them, as in a live recording they may.
+    /// How many frames came when there was no room for them, as in a live recording they may.
     int droppedFrames() const;
+    /// The same of pieces of sound.
     int droppedSounds() const;
     /// Something that was to be written was not.
     bool hasFailedPieces() const;

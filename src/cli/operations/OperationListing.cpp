@@ -1,5 +1,6 @@
 #include "cli/operations/OperationListing.h"
 
+#include "cli/common/JsonText.h"
 #include "cli/common/NamedValue.h"
 #include "cli/operations/OperationParsing.h"
 #include "cli/operations/Operations.h"
@@ -40,7 +41,7 @@ std::string operationsAsJson()
                         {"arguments", std::move(arguments)},
                         {"example", operation.example}});
     }
-    return list.dump(2) + "\n";
+    return jsonText(list);
 }
 
 } // namespace lamina

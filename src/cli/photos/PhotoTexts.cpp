@@ -1,5 +1,6 @@
 #include "cli/photos/PhotoTexts.h"
 
+#include "cli/common/JsonText.h"
 #include "platform/base/ShownText.h"
 #include "platform/files/FileURL.h"
 #include "platform/photos/PHCollection.h"
@@ -127,11 +128,6 @@ Json assetAsJSON(const PHAsset& asset)
     return json;
 }
 
-std::string printed(const Json& json, int indent)
-{
-    return json.dump(indent, ' ', true, Json::error_handler_t::replace);
-}
-
 std::string isoDate(double seconds)
 {
     using namespace std::chrono;
@@ -180,7 +176,7 @@ std::string albumsAsJSON(const std::vector<CollectionItem>& albums)
                         {"count", assets.count()},
                         {"kind", kindOf(collection)},
                         {"path", collection.path.empty() ? Json() : Json(collection.path)}});
-    return printed(list, 2) + '\n';
+    return jsonText(list);
 }
 
 } // namespace lamina

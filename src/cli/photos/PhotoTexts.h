@@ -26,14 +26,12 @@ nlohmann::ordered_json placeAsJSON(const PHAsset& asset);
 /// The same with width, height and date.
 nlohmann::ordered_json assetAsJSON(const PHAsset& asset);
 
-/// JSON as it is printed; bytes that are no UTF-8 are replaced by U+FFFD. `indent` -1: on one line.
-std::string printed(const nlohmann::ordered_json& json, int indent);
-
 /// "2026-11-21T09:05:00Z", of seconds since the beginning of 1970, UTC. Years before 0 and after 9999 become these.
 std::string isoDate(double seconds);
 
-/// For people, aligned; and for programs.
+/// For people, aligned.
 std::string albumsAsText(const std::vector<CollectionItem>& albums);
+/// For programs.
 std::string albumsAsJSON(const std::vector<CollectionItem>& albums);
 
 } // namespace lamina

@@ -1,6 +1,7 @@
 #include "cli/photos/PhotosCommand.h"
 
 #include "app/PhotoFolders.h"
+#include "cli/common/JsonText.h"
 #include "cli/common/Messages.h"
 #include "cli/common/NearestName.h"
 #include "cli/photos/PhotoImport.h"
@@ -158,7 +159,7 @@ ExitCode PhotosCommand::listPhotos() const
         else
             text += pathText(asset.path, pathForm());
     });
-    return printData(m_json ? printed(list, 2) + '\n' : text);
+    return printData(m_json ? jsonText(list) : text);
 }
 
 ExitCode PhotosCommand::importFiles() const
@@ -178,7 +179,7 @@ ExitCode PhotosCommand::importFiles() const
     }
     if (!m_json)
         return code;
-    const ExitCode written = printData(printed(list, 2) + '\n');
+    const ExitCode written = printData(jsonText(list));
     return code == ExitCode::Good ? written : code;
 }
 
@@ -189,7 +190,7 @@ ExitCode PhotosCommand::watch() const
             return nameOf(event) + (' ' + pathText(asset.path, pathForm()));
         nlohmann::ordered_json json{{"event", nameOf(event)}};
         json.update(event == PhotoEvent::Removed ? placeAsJSON(asset) : assetAsJSON(asset));
-        return printed(json, -1) + '\n';
+        return jsonText(json, -1);
     };
     return watchPhotos(line, isQuiet());
 }

@@ -47,8 +47,9 @@ struct CollageFilterRow::Fill {
     }
 };
 
-CollageFilterRow::CollageFilterRow()
-    : m_thumbnails{{"tag", &CollageFilterThumbnail::tag},
+CollageFilterRow::CollageFilterRow(std::size_t count)
+    : m_count(count)
+    , m_thumbnails{{"tag", &CollageFilterThumbnail::tag},
                    {"name", &CollageFilterThumbnail::name},
                    {"picture", &CollageFilterThumbnail::picture}}
 {
@@ -89,7 +90,7 @@ void CollageFilterRow::fill(const UIImage& base, std::function<void()> failed)
     m_fill = std::make_shared<Fill>(Fill{this, std::move(failed)});
     const auto small = std::make_shared<UIImage>(); // the steps'
     std::vector<FilterSteps::Step> steps;
-    for (std::size_t index = 0; index < kCollageFilterCount; ++index) {
+    for (std::size_t index = 0; index < m_count; ++index) {
         const CollageFilter& filter = collageFilters()[index];
         if (m_thumbnails.rows().size() <= index)
             m_thumbnails.append({filter.tag, localizedString(filter.name), {}});

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "editors/collage/CollageFilters.h"
 #include "editors/collage/FilterSteps.h"
 #include "platform/base/CGGeometry.h"
 #include "platform/image/pixels/UIImage.h"
@@ -23,9 +24,10 @@ struct CollageFilterThumbnail {
 /// thread.
 class CollageFilterRow {
 public:
-    CollageFilterRow();
+    /// Of the first looks, so many.
+    explicit CollageFilterRow(std::size_t count = kCollageFilterCount);
 
-    /// Fourteen thumbnails of this picture, in the place of those before; nothing where they show it already. The first
+    /// The thumbnails of this picture, in the place of those before; nothing where they show it already. The first
     /// shows the whole picture, squeezed into the square, the others its middle. `failed`: the first of them that could
     /// not be made, once.
     void fill(const UIImage& base, std::function<void()> failed);
@@ -50,6 +52,7 @@ private:
 
     std::function<void(const UIImage&)> taker(std::size_t index) const;
 
+    std::size_t m_count;
     bool m_isClosed = false;
     UIImage m_base;
     ListModel<CollageFilterThumbnail> m_thumbnails;

@@ -68,16 +68,27 @@ void FrameDisplay::setInputFramebuffer(std::shared_ptr<GPUImageFramebuffer> fram
 void FrameDisplay::setInputSize(CGSize size)
 {
     m_inputImageSize = sizeRotatedBy(m_inputRotation, size);
-    if (m_inputImageSize == CGSize{})
-        m_inputFramebufferForDisplay.reset();
+    // The source has gone, and with it what it kept uncounted: the pool may give that to anybody.
+    if (m_inputImageSize == CGSize{} && !m_frame.framebuffer.isCounted())
+        m_frame.framebuffer.reset();
+}
+
+void FrameDisplay::newFrameReady()
+{
+    if (!m_inputFramebufferForDisplay)
+        return;
+    m_frame.framebuffer = std::move(m_inputFramebufferForDisplay);
+    m_frame.imageSize = m_inputImageSize;
+    m_frame.rotation = m_inputRotation;
+    drawIfWanted();
 }
 
 void FrameDisplay::drawIfWanted()
 {
-    if (!m_inputFramebufferForDisplay || !m_exchange->beginDrawing())
+    if (!m_frame.framebuffer || !m_exchange->beginDrawing())
         return;
     std::optional<DisplayedFrame> frame = drawn();
-    m_inputFramebufferForDisplay.reset();
+    m_frame.framebuffer.reset();
     const bool isThere = frame.has_value();
     m_exchange->endDrawing(std::move(frame));
     if (isThere)
@@ -97,7 +108,7 @@ std::optional<DisplayedFrame> FrameDisplay::drawn()
     recalculateViewGeometry();
     if (!drawOnProcessor(pixels) && !drawByGL(pixels))
         return std::nullopt;
-    return DisplayedFrame{m_pictures.end(), m_inputImageSize, m_scaling};
+    return DisplayedFrame{m_pictures.end(), m_frame.imageSize, m_scaling};
 }
 
 // ---- the drawable ----
@@ -149,7 +160,7 @@ bool FrameDisplay::presentFramebuffer(std::uint8_t* pixels)
 /// head, so that nobody has to turn the rows over afterwards.
 void FrameDisplay::recalculateViewGeometry()
 {
-    m_scaling = fillScaling(m_exchange->fillMode(), m_inputImageSize, m_boundsSizeAtFrameBufferEpoch);
+    m_scaling = fillScaling(m_exchange->fillMode(), m_frame.imageSize, m_boundsSizeAtFrameBufferEpoch);
     const auto w = static_cast<GLfloat>(m_scaling.width);
     const auto h = static_cast<GLfloat>(m_scaling.height);
     m_imageVertices = {-w, h, w, h, -w, -h, w, -h};
@@ -167,7 +178,7 @@ CGRect FrameDisplay::placeOfFrame() const
 /// False where the pixels are GL's alone.
 bool FrameDisplay::drawOnProcessor(std::uint8_t* pixels)
 {
-    GPUImageFramebuffer& frame = *m_inputFramebufferForDisplay;
+    GPUImageFramebuffer& frame = *m_frame.framebuffer;
     if (!GPUImageContext::usesKernels() || !isLinear(frame.textureOptions()) || !frame.hasHostPixels())
         return false;
     const std::shared_ptr<const std::uint8_t> own = frame.hostPixels();
@@ -185,9 +196,9 @@ bool FrameDisplay::drawOnProcessor(std::uint8_t* pixels)
 KernelPixels FrameDisplay::uprightPixels(const CGImage& picture)
 {
     IntSize size = picture.size();
-    if (!picture || m_inputRotation == kGPUImageNoRotation)
+    if (!picture || m_frame.rotation == kGPUImageNoRotation)
         return {picture.bytes().data(), size};
-    const PixelMove& move = kMoves.at(m_inputRotation);
+    const PixelMove& move = kMoves.at(m_frame.rotation);
     if (move.swapsSides())
         std::swap(size.width, size.height);
     const std::size_t byteCount = picture.bytes().size();
@@ -225,11 +236,11 @@ bool FrameDisplay::drawByGL(std::uint8_t* pixels)
     glClearColor(color[0], color[1], color[2], color[3]);
     glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
     glActiveTexture(GL_TEXTURE0 + kTextureUnit);
-    m_inputFramebufferForDisplay->bindForReading(TextureReads::Anywhere);
+    m_frame.framebuffer->bindForReading(TextureReads::Anywhere);
     glUniform1i(m_displayInputTextureUniform, kTextureUnit);
     glVertexAttribPointer(m_displayPositionAttribute, 2, GL_FLOAT, GL_FALSE, 0, m_imageVertices.data());
     glVertexAttribPointer(m_displayTextureCoordinateAttribute, 2, GL_FLOAT, GL_FALSE, 0,
-                          GPUImageView::textureCoordinatesForRotation(m_inputRotation).data());
+                          GPUImageView::textureCoordinatesForRotation(m_frame.rotation).data());
     glDrawArrays(GL_TRIANGLE_STRIP, 0, 4);
     checkDraw("drawing a view's picture");
     return presentFramebuffer(pixels);

@@ -37,10 +37,19 @@ public:
     void setInputFramebuffer(std::shared_ptr<GPUImageFramebuffer> framebuffer);
     void setInputSize(CGSize size);
     void setInputRotation(GPUImageRotationMode rotation) { m_inputRotation = rotation; }
-    /// Draws the frame that has been set, or keeps it until one is wanted.
+    /// Draws what has been set, or keeps it until it is wanted.
+    void newFrameReady();
+    /// Draws what is kept, if it is wanted now.
     void drawIfWanted();
 
 private:
+    /// What is to be drawn, which its source may have forgotten by then.
+    struct Frame {
+        FramebufferHold framebuffer;
+        CGSize imageSize;
+        GPUImageRotationMode rotation = kGPUImageNoRotation;
+    };
+
     std::optional<DisplayedFrame> drawn();
     bool prepareDrawable();
     void createDisplayFramebuffer(const DisplayGeometry& geometry);
@@ -59,6 +68,7 @@ private:
     GPUImageRotationMode m_inputRotation = kGPUImageNoRotation;
     FramebufferHold m_inputFramebufferForDisplay;
     CGSize m_inputImageSize;
+    Frame m_frame;
 
     IntSize m_sizeInPixels;
     CGSize m_boundsSizeAtFrameBufferEpoch;

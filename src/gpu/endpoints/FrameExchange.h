@@ -19,13 +19,14 @@ struct DisplayedFrame {
 
 /// How large a view is.
 struct DisplayGeometry {
-    CGSize bounds;          ///< points
-    double scale = 1;       ///< pixels per point
-    double since = 0;       ///< the shared clock's seconds
-    bool isSettled() const; ///< not on its way to another size, as far as one can tell
+    CGSize bounds;    ///< points
+    double scale = 1; ///< pixels per point
+    double since = 0; ///< the shared clock's seconds
 
     /// Whole pixels, none on a side where there is no area.
     IntSize pixels() const;
+    /// Whether it is not on its way to another size, as far as one can tell.
+    bool isSettled() const;
 };
 
 /// Where the two threads of a view meet: the main one that shows pictures and the queue that draws them. Neither waits

@@ -35,6 +35,7 @@ public:
     std::shared_ptr<GPUImageFramebuffer> framebufferOf(const CVPixelBuffer& frame, const GPUTextureOptions& options,
                                                        GPUImageRotationMode rotation = kGPUImageNoRotation);
 
+    /// In pixels, as it comes.
     static CGSize sizeOf(const CVPixelBuffer& frame)
     {
         return {double(frame.size().width), double(frame.size().height)};

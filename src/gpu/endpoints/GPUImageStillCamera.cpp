@@ -21,8 +21,13 @@ namespace lamina {
 namespace {
 
 constexpr const char* kNotRunning = "the camera isn’t running";
-const std::string kOneAtATime =
-    " (AVFoundationErrorDomain " + std::to_string(GPUImageStillCamera::kMaximumStillImageCaptureRequestsExceeded) + ")";
+
+/// How the cause of an error with that code ends.
+std::string codeOfAnotherStill()
+{
+    return " (AVFoundationErrorDomain " +
+           std::to_string(GPUImageStillCamera::kMaximumStillImageCaptureRequestsExceeded) + ")";
+}
 
 /// The size in which the device can take the frame.
 IntSize fittingSize(IntSize frame)
@@ -133,7 +138,7 @@ void GPUImageStillCamera::setMetadata(std::optional<StillCaptureMetadata> metada
 
 bool GPUImageStillCamera::isAnotherStillBeingTaken(const Error& error)
 {
-    return error.cause.ends_with(kOneAtATime);
+    return error.cause.ends_with(codeOfAnotherStill());
 }
 
 void GPUImageStillCamera::takeStill(const FilterChain& filter, StillHandler handler)
@@ -157,7 +162,7 @@ void GPUImageStillCamera::beginStill(const FilterChain& filter, const StillHandl
     if (!output || !isRunning())
         return handler(Error{{}, kNotRunning}, nullptr);
     if (output->isCapturingStillImage() || m_stillIsUnderWay.exchange(true))
-        return handler(Error{{}, "another still is being taken" + kOneAtATime}, nullptr);
+        return handler(Error{{}, "another still is being taken" + codeOfAnotherStill()}, nullptr);
     output->captureStillImageAsynchronously(
         [weak = weakSelf(), filter, handler, slot = waitForFrameSlot()](const Result<CMSampleBuffer>& still) mutable {
             if (const auto camera = weak.lock())

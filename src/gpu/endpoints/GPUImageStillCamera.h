@@ -40,6 +40,7 @@ struct StillCaptureMetadata {
 /// "(AVFoundationErrorDomain -11830)". Other errors: the camera doesn't run, it has ended, or it gives nothing.
 class GPUImageStillCamera : public GPUImageVideoCamera {
 public:
+    /// A camera at that place, stopped.
     static Result<std::shared_ptr<GPUImageStillCamera>>
     make(const std::string& sessionPreset = kAVCaptureSessionPresetPhoto,
          AVCaptureDevicePosition cameraPosition = AVCaptureDevicePosition::Back);
@@ -80,6 +81,7 @@ public:
     void capturePhotoAsJPEGProcessedUpToFilter(const FilterChain& finalFilterInChain, DataHandler completionHandler);
     void capturePhotoAsJPEGProcessedUpToFilter(const FilterChain& finalFilterInChain, UIImageOrientation orientation,
                                                DataHandler completionHandler);
+    /// Without loss.
     void capturePhotoAsPNGProcessedUpToFilter(const FilterChain& finalFilterInChain, DataHandler completionHandler);
     void capturePhotoAsPNGProcessedUpToFilter(const FilterChain& finalFilterInChain, UIImageOrientation orientation,
                                               DataHandler completionHandler);

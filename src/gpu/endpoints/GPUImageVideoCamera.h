@@ -57,11 +57,14 @@ public:
     std::shared_ptr<AVCaptureDevice> inputCamera() const;
     /// Null while it isn't open.
     std::shared_ptr<AVCaptureDevice> microphone() const;
+    /// Of the `inputCamera`; `Unspecified` where nobody has told, or without one.
     AVCaptureDevicePosition cameraPosition() const;
     /// Cameras whose place nobody has told count for both.
     static bool isBackFacingCameraPresent();
+    /// The same for the other side.
     static bool isFrontFacingCameraPresent();
 
+    /// Nothing while it runs. A camera that has ended is tried again; what stands in the way is told as its end.
     void startCameraCapture();
     /// Afterwards no frame is pushed any more.
     void stopCameraCapture();
@@ -110,6 +113,7 @@ public:
 
     /// Opens the microphone; false where that is done already or there is none.
     bool addAudioInputsAndOutputs();
+    /// Closes it; false where it isn't open.
     bool removeAudioInputsAndOutputs();
     /// Afterwards nothing comes any more.
     virtual void removeInputsAndOutputs();
@@ -127,8 +131,10 @@ public:
     void setRunBenchmark(bool run) { m_runBenchmark = run; }
     /// In milliseconds; none until six frames were counted.
     std::optional<double> averageFrameDurationDuringCapture() const;
+    /// Counts anew, from the first frame.
     void resetBenchmarkAverage();
 
+    /// Not held.
     void setDelegate(const std::weak_ptr<GPUImageVideoCameraDelegate>& delegate);
     /// Hears, on a queue of the camera's, that it has ended by itself: unplugged, taken away, its service gone. Empty:
     /// nobody, even of an end that has come but was not told yet.

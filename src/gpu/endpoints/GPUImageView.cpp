@@ -160,7 +160,7 @@ void GPUImageView::setInputRotation(GPUImageRotationMode rotation, int)
 
 void GPUImageView::newFrameReadyAtTime(const CMTime&, int)
 {
-    m_display->drawIfWanted();
+    m_display->newFrameReady();
 }
 
 } // namespace lamina

@@ -53,7 +53,7 @@ public:
     void newFrameReadyAtTime(const CMTime& frameTime, int textureIndex) override;
     void setInputFramebuffer(std::shared_ptr<GPUImageFramebuffer> framebuffer, int textureIndex) override;
     int nextAvailableTextureIndex() const override { return 0; }
-    /// The zero size drops a frame that waits to be drawn; what is on show stays.
+    /// The zero size leaves what is on show, and a frame of the pool that waits to be drawn.
     void setInputSize(CGSize size, int textureIndex) override;
     void setInputRotation(GPUImageRotationMode rotation, int textureIndex) override;
     /// The bounds in pixels of the window that has painted the view; of the main screen before the first time.

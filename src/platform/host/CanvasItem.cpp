@@ -8,8 +8,7 @@
 #include <QGuiApplication>
 #include <QQuickWindow>
 
-#include <algorithm>
-#include <cstddef>
+#include <utility>
 
 namespace lamina {
 
@@ -59,6 +58,7 @@ CanvasItem::CanvasItem(QQuickItem* parent)
     m_rest.setSingleShot(true);
     m_rest.setInterval(kRestMilliseconds);
     connect(&m_rest, &QTimer::timeout, this, [this] {
+        m_formerImage = {};
         if (m_renderer)
             m_renderer->setMoving(false);
     });
@@ -97,6 +97,7 @@ void CanvasItem::showView(std::shared_ptr<UIView> view)
     m_closedHand.reset();
     m_elements.update(nullptr);
     m_image = {};
+    m_formerImage = {};
     m_imageChanged = true;
     m_view = std::move(view);
     if (m_view) {
@@ -163,20 +164,26 @@ void CanvasItem::updatePolish()
 }
 
 /// The renderer keeps R, G, B, A in memory. Qt blits its own order of bytes several times as fast, and a picture of our
-/// own leaves the renderer's bitmap unshared, so that it need not be copied whole at the next stroke.
-void CanvasItem::copyPainted(const IntRect& area)
+/// own leaves the renderer's bitmap unshared, so that it need not be copied whole at the next stroke. Nor need the
+/// picture, which the window holds: while it does, the one before it is brought up to date and takes its place.
+void CanvasItem::copyPainted(IntRect area)
 {
     const CGImage shown = m_renderer->image();
     if (!shown)
         return;
-    if (m_image.width() != shown.width() || m_image.height() != shown.height())
-        m_image = QImage(shown.width(), shown.height(), QImage::Format_ARGB32_Premultiplied);
-    if (m_image.isNull())
-        return;
-    const QImage converted = qImage(shown, area);
-    const std::size_t rowBytes = static_cast<std::size_t>(area.width) * 4;
-    for (int y = 0; y < area.height; ++y)
-        std::copy_n(converted.constScanLine(y), rowBytes, m_image.scanLine(area.y + y) + area.x * 4);
+    const IntRect all{0, 0, shown.width(), shown.height()};
+    if (m_image.isDetached()) {
+        m_formerMisses = m_formerMisses.unionWith(area);
+    } else {
+        std::swap(m_image, m_formerImage);
+        area = area.unionWith(std::exchange(m_formerMisses, area)).intersection(all);
+    }
+    if (m_image.width() != all.width || m_image.height() != all.height) {
+        m_image = QImage(all.width, all.height, QImage::Format_ARGB32_Premultiplied);
+        area = all;
+    }
+    if (!m_image.isNull())
+        copyPixels(shown, area, m_image);
 }
 
 QSGNode* CanvasItem::updatePaintNode(QSGNode* former, UpdatePaintNodeData*)

@@ -91,7 +91,7 @@ protected:
 private:
     void showView(std::shared_ptr<UIView> view);
     void settleScale();
-    void copyPainted(const IntRect& area);
+    void copyPainted(IntRect area);
     void takeMouse(const QMouseEvent& event);
     void tellTaps(const CanvasInput::Taps& taps);
     void releaseMouse();
@@ -107,6 +107,8 @@ private:
     std::optional<ClosedHand> m_closedHand;
     QTimer m_rest; ///< runs while frames follow one another
     QImage m_image;
+    QImage m_formerImage;   ///< shown before it, while frames follow one another
+    IntRect m_formerMisses; ///< what was painted since
     bool m_imageChanged = false;
     bool m_acceptsInput = true;
 };

@@ -19,6 +19,10 @@ QImage qImage(const CGImage& image);
 /// The same for the part inside `area`, which lies within the picture.
 QImage qImage(const CGImage& image, const IntRect& area);
 
+/// The pixels of `area` of such a picture, put at the same place of one of its size in Qt's order
+/// (`ARGB32_Premultiplied`).
+void copyPixels(const CGImage& image, const IntRect& area, QImage& target);
+
 /// The colour as our contexts take it, its alpha times `alpha`.
 UIColor uiColor(const QColor& color, double alpha = 1);
 

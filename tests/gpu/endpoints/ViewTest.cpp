@@ -206,6 +206,7 @@ TEST_P(ViewTest, TheLatestFrameWinsAndNobodyWaits)
     view->setHidden(true);
     seen();
     pushElsewhere({kGreen, kWhite, kRed});
+    m_source->removeAllTargets();
     lookOn();
     view->setHidden(false);
     m_window->render();

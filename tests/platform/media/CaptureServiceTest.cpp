@@ -186,10 +186,19 @@ TEST_F(CaptureServiceTest, PlacesRotationAndOrder)
     TestCameraNode back({.name = "back", .location = "back", .transform = 1, .priority = 1500});
     ASSERT_TRUE(device("front") && device("back"));
     EXPECT_GT(changes, 0);
-    std::vector<std::string> order;
-    for (const auto& camera : m_service.devices(AVTrackMediaType::Video))
-        order.push_back(camera->uniqueID());
-    EXPECT_EQ(order, (std::vector<std::string>{"front", "back", "test-camera"}));
+    const auto order = [&] {
+        std::vector<std::string> all;
+        for (const auto& camera : m_service.devices(AVTrackMediaType::Video))
+            all.push_back(camera->uniqueID());
+        return all;
+    };
+    EXPECT_EQ(order(), (std::vector<std::string>{"front", "back", "test-camera"}));
+    // What the session has chosen comes before what claims more.
+    const CommandResult chosen =
+        runCommand(PW_METADATA, {"0", "default.video.source", "{\"name\":\"back\"}", "Spa:String:JSON"});
+    EXPECT_EQ(chosen.exitCode, 0) << chosen.errors;
+    const std::vector<std::string> backFirst{"back", "front", "test-camera"};
+    EXPECT_TRUE(eventually([&] { return order() == backFirst; }));
     EXPECT_EQ(device("front")->position(), AVCaptureDevicePosition::Front);
     EXPECT_EQ(device("back")->position(), AVCaptureDevicePosition::Back);
     EXPECT_EQ(device("test-camera")->position(), AVCaptureDevicePosition::Unspecified);

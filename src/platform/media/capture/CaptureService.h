@@ -15,6 +15,7 @@ namespace lamina {
 /// destroyed.
 class CaptureService {
 public:
+    /// The one of the process.
     static CaptureService& shared();
 
     /// Begins, or begins anew, and returns at once. `descriptor`: a connected socket of PipeWire's, as the desktop's
@@ -23,6 +24,7 @@ public:
     /// for one that was reached by a descriptor: whoever gave that asks the portal for another one, which `error`
     /// tells.
     void start(int descriptor = -1);
+    /// And not stopped since.
     bool isStarted() const;
     /// Lets go of the service: there are no devices any more.
     void stop();

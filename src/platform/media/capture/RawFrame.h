@@ -44,6 +44,7 @@ constexpr bool isFrameSize(IntSize size)
 
 /// A frame as a camera has laid it into memory that stays the camera's. Nothing of it is to be believed.
 struct RawFrame {
+    /// What a plane, or all of a file, takes up.
     struct Plane {
         const std::uint8_t* bytes = nullptr;
         std::size_t size = 0;        ///< bytes that are there

@@ -251,11 +251,13 @@ std::shared_ptr<CVPixelBuffer> RawFrameConverter::fromColors(const RawFrame& fra
 
 std::shared_ptr<CVPixelBuffer> RawFrameConverter::fromFile(const RawFrame& frame, CVPixelFormat format)
 {
-    if (!frame.planes[0].bytes)
+    // Other files are not what was agreed on, whatever could be made of them.
+    const RawFrame::Plane& file = frame.planes[0];
+    if (!file.bytes || file.size < 2 || file.bytes[0] != 0xFF || file.bytes[1] != 0xD8)
         return nullptr;
     DecodeOptions options;
     options.memoryLimit = std::size_t{4} * kMostFramePixels;
-    const auto decoded = decodePicture({frame.planes[0].bytes, frame.planes[0].size}, {}, options);
+    const auto decoded = decodePicture({file.bytes, file.size}, {}, options);
     if (!decoded)
         return nullptr;
     const CGImage picture = decoded->cgImage();

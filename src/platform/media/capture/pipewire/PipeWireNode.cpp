@@ -130,9 +130,9 @@ void PipeWireNode::askPort()
 
 bool PipeWireNode::setRotationOfFrames(int degrees)
 {
-    const int before = described().rotation;
+    const int before = rotation();
     m_rotationOfFrames = degrees;
-    return described().rotation != before;
+    return rotation() != before;
 }
 
 CaptureNode PipeWireNode::described() const
@@ -142,7 +142,7 @@ CaptureNode PipeWireNode::described() const
         node.uniqueID = m_serial;
     if (node.name.empty())
         node.name = node.uniqueID;
-    node.rotation = m_rotationOfFrames != 0 ? m_rotationOfFrames : m_rotation;
+    node.rotation = rotation();
     for (const VideoMode& mode : m_modes)
         node.formats.push_back(mode.format);
     return node;

@@ -54,6 +54,7 @@ private:
     static void param(void* data, int sequence, std::uint32_t id, std::uint32_t index, std::uint32_t next,
                       const spa_pod* description);
 
+    int rotation() const { return m_rotationOfFrames != 0 ? m_rotationOfFrames : m_rotation; }
     void read(const spa_dict& properties);
     void askPort();
     void beginModes(int sequence);

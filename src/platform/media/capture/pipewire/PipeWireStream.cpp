@@ -23,7 +23,10 @@ namespace lamina {
 
 namespace {
 
-constexpr double kPatience = 8; // seconds until something comes
+// Seconds. A node from which nothing comes is asked once more.
+constexpr double kBeforeNewStart = 1.5;
+constexpr double kPatience = 6;  // after that
+constexpr double kForNews = 0.2; // that the node is gone is often told a moment later, and is the better word
 constexpr std::int64_t kSecond = 1'000'000'000;
 /// How far a buffer's own time may lie from now: some count from elsewhere.
 constexpr std::int64_t kMostAge = kSecond;
@@ -130,9 +133,7 @@ PipeWireStream::~PipeWireStream()
 {
     const LoopLock lock(m_connection.loop());
     m_connection.remove(*this);
-    if (m_stream)
-        spa_hook_remove(&m_hook);
-    m_stream.reset();
+    disconnect();
     if (m_timer)
         pw_loop_destroy_source(pw_thread_loop_get_loop(m_connection.loop()), m_timer);
 }
@@ -149,7 +150,7 @@ void PipeWireStream::connect()
         m_failed = kUnreadable;
     else if (!connectToNode())
         m_failed = isVideo() ? "the camera can’t be used" : "the microphone can’t be used";
-    setTimer(m_failed ? 0 : kPatience);
+    setTimer(m_failed ? 0 : kBeforeNewStart);
 }
 
 bool PipeWireStream::connectToNode()
@@ -166,7 +167,8 @@ bool PipeWireStream::connectToNode()
     if (!m_stream)
         return false;
     pw_stream_add_listener(m_stream.get(), &m_hook, &events, this);
-    StreamOffers offers;
+    // A node may have lost the buffers of streams that have gone, and keeps them while its format stays what it was.
+    StreamOffers offers(m_isStartedAnew ? 29 : 30);
     if (!isVideo()) {
         offers.addSound(node.channels());
     } else {
@@ -174,7 +176,8 @@ bool PipeWireStream::connectToNode()
             std::ranges::find_if(node.modes(), [&](const VideoMode& each) { return m_request.format == each.format; });
         if (mode != node.modes().end()) {
             const RawEncoding encoding = *encodingNamed(mode->format.encoding);
-            offers.addVideo(encoding, mode->format.size, true, nearestRate(*mode, m_request.frameRate));
+            if (!m_isStartedAnew)
+                offers.addVideo(encoding, mode->format.size, true, nearestRate(*mode, m_request.frameRate));
             offers.addVideo(encoding, mode->format.size, true, std::nullopt);
         }
         offers.addAnyVideo(mode != node.modes().end() ? mode->format.size : m_request.size);
@@ -191,8 +194,8 @@ void PipeWireStream::setTimer(double seconds)
 {
     if (!m_timer)
         return;
-    timespec due = {static_cast<time_t>(seconds), 0};
-    due.tv_nsec = seconds > 0 ? 0 : 1;
+    const auto nanoseconds = std::max<std::int64_t>(static_cast<std::int64_t>(seconds * kSecond), 1);
+    timespec due = {nanoseconds / kSecond, nanoseconds % kSecond};
     pw_loop_update_timer(pw_thread_loop_get_loop(m_connection.loop()), m_timer, &due, nullptr, false);
 }
 
@@ -200,12 +203,29 @@ void PipeWireStream::setTimer(double seconds)
 void PipeWireStream::timeOut(void* data, std::uint64_t)
 {
     auto& self = *static_cast<PipeWireStream*>(data);
-    if (!self.m_isOver && self.m_failed)
-        return self.end(self.m_failed);
-    if (!self.m_isOver && !self.m_hasCome)
-        return self.end(self.isVideo() ? "the camera gives no picture" : "the microphone gives no sound");
-    if (self.m_isOver && self.m_stream)
-        pw_stream_disconnect(self.m_stream.get());
+    if (self.m_isOver)
+        self.disconnect();
+    else if (self.m_failed)
+        self.end(self.m_failed);
+    else if (!self.m_hasCome)
+        self.startAnew();
+}
+
+void PipeWireStream::startAnew()
+{
+    if (std::exchange(m_isStartedAnew, true))
+        return end(isVideo() ? "the camera gives no picture" : "the microphone gives no sound");
+    disconnect();
+    if (!m_connection.node(m_request.node) || !connectToNode())
+        return end(isVideo() ? "the camera can’t be used" : "the microphone can’t be used");
+    setTimer(kPatience);
+}
+
+void PipeWireStream::disconnect()
+{
+    if (m_stream)
+        spa_hook_remove(&m_hook);
+    m_stream.reset();
 }
 
 void PipeWireStream::end(const char* cause)
@@ -221,10 +241,8 @@ void PipeWireStream::stateChanged(void* data, pw_stream_state, pw_stream_state s
     auto& self = *static_cast<PipeWireStream*>(data);
     if (state != PW_STREAM_STATE_ERROR || self.m_isOver || self.m_failed)
         return;
-    // That the node is gone is often told a moment later, and is the better word.
     self.m_failed = self.isVideo() ? "the camera can’t be used" : "the microphone can’t be used";
-    timespec due = {0, kSecond / 5};
-    pw_loop_update_timer(pw_thread_loop_get_loop(self.m_connection.loop()), self.m_timer, &due, nullptr, false);
+    self.setTimer(kForNews);
 }
 
 void PipeWireStream::paramChanged(void* data, std::uint32_t id, const spa_pod* param)

@@ -39,6 +39,8 @@ private:
     bool isVideo() const { return m_type == AVTrackMediaType::Video; }
     bool connectToNode();
     void setTimer(double seconds);
+    void startAnew();
+    void disconnect();
     void agreeOnVideo(const spa_pod& format);
     void agreeOnSound(const spa_pod& format);
     void takeFrames();
@@ -52,6 +54,7 @@ private:
     AVTrackMediaType m_type = AVTrackMediaType::Video;
     std::string m_name;             ///< the node's, for errors
     const char* m_failed = nullptr; ///< why the stream ends with the timer
+    bool m_isStartedAnew = false;
     bool m_isOver = false;
     bool m_hasCome = false;          ///< something that could be read
     std::optional<RawFrame> m_frame; ///< as agreed on, without its bytes

@@ -28,7 +28,8 @@ spa_rectangle rectangleOf(IntSize size)
 
 } // namespace
 
-StreamOffers::StreamOffers()
+StreamOffers::StreamOffers(std::uint32_t likedRate)
+    : m_likedRate(likedRate)
 {
     spa_pod_builder_init(&m_builder, m_memory.data(), static_cast<std::uint32_t>(m_memory.size()));
 }
@@ -104,7 +105,7 @@ void StreamOffers::addSizeAndRate(IntSize size, bool exactSize, std::optional<sp
         return;
     }
     spa_pod_builder_push_choice(&m_builder, &choice, SPA_CHOICE_Range, 0);
-    spa_pod_builder_fraction(&m_builder, 30, 1);
+    spa_pod_builder_fraction(&m_builder, m_likedRate, 1);
     spa_pod_builder_fraction(&m_builder, 0, 1);
     spa_pod_builder_fraction(&m_builder, kMostRate, 1);
     spa_pod_builder_pop(&m_builder, &choice);

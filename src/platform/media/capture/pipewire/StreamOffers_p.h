@@ -16,7 +16,8 @@ namespace lamina {
 /// What a stream says of what it would take, in the words of PipeWire, the best first.
 class StreamOffers {
 public:
-    StreamOffers();
+    /// Of frames, a second, where any will do.
+    explicit StreamOffers(std::uint32_t likedRate = 30);
     StreamOffers(const StreamOffers&) = delete;
     StreamOffers& operator=(const StreamOffers&) = delete;
 
@@ -39,6 +40,7 @@ private:
     void addSizeAndRate(IntSize size, bool exactSize, std::optional<spa_fraction> rate);
     void end(spa_pod_frame& frame);
 
+    std::uint32_t m_likedRate;
     std::array<std::uint8_t, 8192> m_memory;
     spa_pod_builder m_builder = {};
     std::vector<const spa_pod*> m_params;
