@@ -115,6 +115,9 @@ public:
             clip.warnings.push_back({m_job.output, first});
         if (const std::optional<Error> error = m_state->cameraError(); error && clip.end.code == ExitCode::Good)
             clip.cutShort = m_job.ofCamera(*error);
+        m_pipeline.reset();
+        letGoAsLast(m_camera);
+        letGoAsLast(m_writer); // it is held while its end is told
         return clip;
     }
 
