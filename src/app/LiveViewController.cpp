@@ -351,7 +351,10 @@ QString LiveViewController::trouble() const
 {
     if (!m_error)
         return {};
-    return QString::fromStdString(failureText(*m_error));
+    QString text = QString::fromStdString(failureText(*m_error));
+    if (m_error->subject.empty() && !text.isEmpty())
+        text = text.front().toUpper() + text.mid(1) + QLatin1Char('.'); // a cause alone is no sentence yet
+    return text;
 }
 
 void LiveViewController::openSettings()
