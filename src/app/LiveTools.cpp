@@ -149,7 +149,8 @@ QVariant LiveViewController::lookPicture() const
 
 void LiveViewController::chooseLook(int tag)
 {
-    if (!findCollageFilter(tag) || tag - kFirstCollageFilter >= static_cast<int>(kLiveLookCount) || tag == m_filters.look)
+    if (!findCollageFilter(tag) || tag - kFirstCollageFilter >= static_cast<int>(kLiveLookCount) ||
+        tag == m_filters.look)
         return;
     LiveFilters filters = m_filters;
     filters.look = tag;
