@@ -13,7 +13,6 @@
 #include <gmock/gmock.h>
 #include <memory>
 #include <string>
-#include <unistd.h>
 #include <utility>
 #include <vector>
 
@@ -172,13 +171,6 @@ TEST_F(Captures, ClipsHaveTheirLengthSizeAndSound)
     good("-o out.mkv --for 0.5 --mute --quality low --rate 30");
     EXPECT_THAT(codecs(probe(folder.path("out.mkv"))), ElementsAre("h264"));
     EXPECT_THAT(folder.names(), ElementsAre("flat.png", "out.mkv", "out.mp4", "small.png"));
-
-    CommandOptions fullDisk;
-    fullDisk.fileSizeLimit = 1000;
-    const CommandResult full = shell("lamina capture -o full.mp4 --for 60 --mute", fullDisk);
-    EXPECT_EQ(full.exitCode, 4);
-    EXPECT_THAT(full.errors, StartsWith("lamina: full.mp4: "));
-    EXPECT_FALSE(std::filesystem::exists(folder.path("full.mp4")));
 }
 
 TEST_F(Captures, ClipsEndWhenTheyAreAskedTo)
@@ -186,17 +178,15 @@ TEST_F(Captures, ClipsEndWhenTheyAreAskedTo)
     const PipeWireSession session(PipeWireSession::Nothing);
     const auto signalled = [this](std::vector<int> signals) {
         return [this, signals = std::move(signals)] {
-            const pid_t command = std::atoi(readFile(folder.path("pid")).c_str());
-            for (const int each : signals) {
+            const int command = std::atoi(readFile(folder.path("pid")).c_str());
+            for (const int each : signals)
                 ::kill(command, each);
-                ::usleep(20'000); // so that they are two
-            }
         };
     };
     const struct {
         std::vector<int> signals;
         int exitCode;
-    } cases[] = {{{SIGINT}, 0}, {{SIGTERM}, 0}, {{SIGINT, SIGINT}, 130}};
+    } cases[] = {{{SIGINT}, 0}, {{SIGTERM}, 0}, {{SIGINT, SIGTERM}, 130}};
     const std::vector<std::string> before = folder.names();
     for (const auto& [signals, exitCode] : cases) {
         SCOPED_TRACE(signals.size() * 100 + static_cast<std::size_t>(signals.front()));

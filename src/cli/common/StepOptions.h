@@ -1,5 +1,6 @@
 #pragma once
 
+#include "cli/common/StepOption.h"
 #include "platform/base/Result.h"
 
 #include <CLI/App.hpp>
@@ -13,16 +14,6 @@
 #include <vector>
 
 namespace lamina {
-
-/// An option that stands for a step of an editor's script.
-template <class Step>
-struct StepOption {
-    const char* name;   ///< "--move"
-    const char* syntax; ///< of its value, for help; empty: it has none
-    const char* about;
-    /// The step that a value stands for; the cause of the error is a sentence that holds the value.
-    Result<Step> (*parse)(const std::string& text);
-};
 
 /// Options that may stand several times on a command line, each of which is a step.
 template <class Step>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "cli/common/StepOptions.h"
+#include "cli/common/StepOption.h"
 #include "cli/editors/EditorSteps.h"
 #include "platform/base/UIColor.h"
 

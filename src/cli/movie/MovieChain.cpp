@@ -1,5 +1,6 @@
 #include "cli/movie/MovieChain.h"
 
+#include "cli/common/StepOption.h"
 #include "cli/common/StepOptions.h"
 #include "cli/filters/FilterDrawing.h"
 #include "cli/filters/FilterParsing.h"
