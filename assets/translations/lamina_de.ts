@@ -13,7 +13,7 @@
     </message>
     <message>
         <source>%1 Perhaps something else is using it. Close that, and try again.</source>
-        <translation>%1 Vielleicht wird sie gerade anderswo benutzt. Schließe das und versuche es noch einmal.</translation>
+        <translation>%1 Vielleicht wird sie gerade anderswo benutzt. Schließen Sie das und versuchen Sie es noch einmal.</translation>
     </message>
     <message>
         <source>%1 changed</source>
@@ -1305,7 +1305,7 @@
     </message>
     <message>
         <source>Plug one in, and it goes on here.</source>
-        <translation>Schließe eine an, dann geht es hier weiter.</translation>
+        <translation>Schließen Sie eine an, dann geht es hier weiter.</translation>
     </message>
     <message>
         <source>Plum</source>
@@ -1961,7 +1961,7 @@
     </message>
     <message>
         <source>Your system asks whether Lamina may use the camera.</source>
-        <translation>Dein System fragt, ob Lamina die Kamera benutzen darf.</translation>
+        <translation>Ihr System fragt, ob Lamina die Kamera benutzen darf.</translation>
     </message>
     <message>
         <source>Your work can’t be kept safe: %1</source>
