@@ -37,9 +37,12 @@ public:
     /// The main screen's scale, until somebody paints at another one.
     FrameExchange();
 
+    /// The view's, in points.
     void setBounds(CGSize bounds);
+    /// A copy of what is known now.
     DisplayGeometry geometry() const;
 
+    /// Default: all of the frame is seen.
     GPUImageFillMode fillMode() const;
     void setFillMode(GPUImageFillMode fillMode);
     /// Red, green, blue and alpha, 0 to 1.

@@ -19,6 +19,7 @@ public:
     std::uint8_t* begin(IntSize size);
     /// The picture of what was written since.
     CGImage end();
+    /// Frees the memory that nobody reads.
     void letGo();
 
 private:
