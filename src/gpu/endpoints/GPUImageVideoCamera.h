@@ -29,7 +29,8 @@ namespace lamina {
 class GPUImageVideoCameraDelegate {
 public:
     virtual ~GPUImageVideoCameraDelegate() = default;
-    /// A frame is about to go through the graph; not of those that are dropped.
+    /// A frame has come, and is about to go through the graph unless the capture is paused; not of those that are
+    /// dropped because another is under way.
     virtual void willOutputSampleBuffer(const CMSampleBuffer&) {}
 };
 
@@ -68,7 +69,7 @@ public:
     void startCameraCapture();
     /// Afterwards no frame is pushed any more.
     void stopCameraCapture();
-    /// Frames are dropped as they arrive, and nobody hears of them.
+    /// Frames come to the delegate, and no further; stills go on.
     void pauseCameraCapture() { m_capturePaused = true; }
     void resumeCameraCapture() { m_capturePaused = false; }
     bool isRunning() const { return m_captureSession->isRunning(); }
@@ -100,7 +101,8 @@ public:
     bool horizontallyMirrorRearFacingCamera() const { return m_mirrorsRear; }
     void setHorizontallyMirrorRearFacingCamera(bool mirror);
     /// Sets the orientation by which frames are upright as the device is held now, and mirrors a camera in front, but
-    /// no other. `rotateCamera` does it again unless one of the above was set meanwhile.
+    /// no other. `rotateCamera` does it again unless one of the above was set meanwhile, and so does a camera whose
+    /// frames begin to tell that they lie otherwise.
     void followDeviceOrientation();
     /// Whether that was the last word on the orientation.
     bool followsDeviceOrientation() const { return m_followsDevice; }
@@ -196,7 +198,9 @@ private:
     void tellEnd(const Error& error) const;
     std::shared_ptr<AVCaptureDevice> otherCamera() const;
     void updateOrientationSendToTargets();
+    void followTurnedFrames();
     bool turnsFrames() const;
+    void tellDelegate(const CMSampleBuffer& sample) const;
     bool pushFrame(const CMSampleBuffer& sample);
     void countFrame(double seconds);
 
@@ -231,6 +235,7 @@ private:
     // On the video processing queue.
     FrameUpload m_upload;
     GPUImageRotationMode m_rotation = kGPUImageNoRotation;
+    int m_followedRotation = 0; ///< of the camera, when its orientation was followed last
     bool m_couldShow = true;
     int m_numberOfFramesCaptured = 0;
     double m_totalFrameTimeDuringCapture = 0;

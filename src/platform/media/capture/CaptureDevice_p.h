@@ -35,6 +35,14 @@ public:
     std::shared_ptr<CaptureConnection> connection() const;
 
 private:
+    /// One thing of the node: frames ask, which are many, and it has hundreds of formats.
+    template <class Value>
+    Value told(Value CaptureNode::*member) const
+    {
+        const std::scoped_lock lock(m_mutex);
+        return m_node.*member;
+    }
+
     mutable std::mutex m_mutex;
     CaptureNode m_node;
     std::weak_ptr<CaptureConnection> m_connection;
