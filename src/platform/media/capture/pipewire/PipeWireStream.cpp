@@ -37,6 +37,7 @@ constexpr std::uint32_t kMostSampleRate = 768'000;
 
 constexpr const char* kUnreadable = "the camera’s pictures can’t be read";
 constexpr const char* kUnplugged = "the camera was unplugged";
+constexpr const char* kMicrophoneUnplugged = "the microphone was unplugged";
 
 std::int64_t now()
 {
@@ -73,16 +74,21 @@ YCbCrMatrix matrixOf(spa_video_color_matrix matrix)
     }
 }
 
-/// What of a buffer's block holds content; nothing where it says what can't be.
+/// What of a buffer's block holds content; nothing where it says what can't be. The node can write what it says at any
+/// moment, so that each value is read once.
 RawFrame::Plane contentOf(const spa_data& data)
 {
-    if (!data.data || !data.chunk || (data.chunk->flags & SPA_CHUNK_FLAG_CORRUPTED) != 0 || data.chunk->stride < 0)
+    if (!data.data || !data.chunk)
         return {};
-    const std::uint32_t offset = data.chunk->offset;
-    if (offset >= data.maxsize)
+    const volatile spa_chunk& chunk = *data.chunk;
+    const std::uint32_t offset = chunk.offset;
+    const std::uint32_t size = chunk.size;
+    const std::int32_t stride = chunk.stride;
+    const std::int32_t flags = chunk.flags;
+    if ((flags & SPA_CHUNK_FLAG_CORRUPTED) != 0 || stride < 0 || offset >= data.maxsize)
         return {};
-    return {static_cast<const std::uint8_t*>(data.data) + offset, std::min(data.chunk->size, data.maxsize - offset),
-            static_cast<std::size_t>(data.chunk->stride)};
+    return {static_cast<const std::uint8_t*>(data.data) + offset, std::min(size, data.maxsize - offset),
+            static_cast<std::size_t>(stride)};
 }
 
 /// How many bytes of its rows, and how many rows, stand before the next plane in one block.
@@ -236,12 +242,17 @@ void PipeWireStream::end(const char* cause)
     m_handlers.ended({m_name, cause});
 }
 
-void PipeWireStream::stateChanged(void* data, pw_stream_state, pw_stream_state state, const char*)
+/// Who disconnects a stream here doesn't hear of it: it is the service that has taken this one away.
+void PipeWireStream::stateChanged(void* data, pw_stream_state before, pw_stream_state state, const char*)
 {
     auto& self = *static_cast<PipeWireStream*>(data);
-    if (state != PW_STREAM_STATE_ERROR || self.m_isOver || self.m_failed)
+    const bool isTaken = state == PW_STREAM_STATE_UNCONNECTED && before != PW_STREAM_STATE_UNCONNECTED;
+    if ((state != PW_STREAM_STATE_ERROR && !isTaken) || self.m_isOver || self.m_failed)
         return;
-    self.m_failed = self.isVideo() ? "the camera can’t be used" : "the microphone can’t be used";
+    if (isTaken)
+        self.m_failed = self.isVideo() ? kUnplugged : kMicrophoneUnplugged;
+    else
+        self.m_failed = self.isVideo() ? "the camera can’t be used" : "the microphone can’t be used";
     self.setTimer(kForNews);
 }
 
