@@ -13,8 +13,8 @@
 
 namespace lamina {
 
-/// A camera or microphone of the service, for as long as somebody keeps it: gone, it can't be opened any more. From any
-/// thread.
+/// A camera or microphone of the service, for as long as somebody keeps it: gone, it can't be opened until it is back.
+/// From any thread.
 class CaptureDevice : public AVCaptureDevice {
 public:
     explicit CaptureDevice(CaptureNode node);
