@@ -77,7 +77,8 @@ public:
     /// When the capture was started last.
     std::optional<std::chrono::system_clock::time_point> startingCaptureTime() const;
     /// To the camera at the other place or, for want of one, to the next whose place nobody has told; nothing without
-    /// one. The old one stays where the new can't be opened, which the outcome tells.
+    /// one. The old one stays where the new can't be opened, which the outcome tells; where it ends before its first
+    /// frame, because somebody else uses it, the old one comes back, and the end handler hears why.
     Outcome rotateCamera();
 
     std::string captureSessionPreset() const { return m_captureSession->sessionPreset(); }
@@ -138,8 +139,9 @@ public:
 
     /// Not held.
     void setDelegate(const std::weak_ptr<GPUImageVideoCameraDelegate>& delegate);
-    /// Hears, on a queue of the camera's, that it has ended by itself: unplugged, taken away, its service gone. Empty:
-    /// nobody, even of an end that has come but was not told yet.
+    /// Hears, on a queue of the camera's, that it has ended by itself: unplugged, taken away, its service gone. It runs
+    /// where `rotateCamera` was in vain and the camera before is back. Empty: nobody, even of an end that has come but
+    /// was not told yet.
     void setEndHandler(AVCaptureSession::EndHandler handler);
 
     /// Pushes a frame through the graph and waits until that has taken it; nothing while the capture is paused.
@@ -195,7 +197,12 @@ private:
     Outcome open(const std::string& sessionPreset, const std::shared_ptr<AVCaptureDevice>& device);
     std::weak_ptr<GPUImageVideoCamera> weakSelf();
     void listenForEnd();
-    void tellEnd(const Error& error) const;
+    void tellEnd(const Error& error);
+    bool changeInput(const std::shared_ptr<AVCaptureDeviceInput>& input,
+                     const std::shared_ptr<AVCaptureDeviceInput>& former, bool runs);
+    void setFormerInput(std::shared_ptr<AVCaptureDeviceInput> input);
+    void goBackToFormerInput();
+    void lookAtOrientation();
     std::shared_ptr<AVCaptureDevice> otherCamera() const;
     void updateOrientationSendToTargets();
     void followTurnedFrames();
@@ -222,6 +229,7 @@ private:
     std::mutex m_configurationMutex;
     mutable std::mutex m_mutex; ///< for what follows, but for changes within the other one
     std::shared_ptr<AVCaptureDeviceInput> m_videoInput;
+    std::shared_ptr<AVCaptureDeviceInput> m_formerInput; ///< before `rotateCamera`, until the present one gives a frame
     std::shared_ptr<AVCaptureVideoDataOutput> m_videoOutput;
     std::shared_ptr<AVCaptureDeviceInput> m_audioInput;
     std::shared_ptr<AVCaptureAudioDataOutput> m_audioOutput;

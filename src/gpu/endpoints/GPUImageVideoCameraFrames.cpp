@@ -41,6 +41,7 @@ void GPUImageVideoCamera::captureOutput(AVCaptureOutput& output, const CMSampleB
         return;
     if (output.mediaType() == AVTrackMediaType::Audio)
         return processAudioSampleBuffer(sample);
+    setFormerInput(nullptr); // this camera works
     if (!m_frameRenderingSemaphore->tryWait())
         return;
     runAsynchronouslyOnVideoProcessingQueue([weak = weakSelf(), sample, slot = slotTaken()]() mutable {

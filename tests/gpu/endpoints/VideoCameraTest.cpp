@@ -143,6 +143,7 @@ TEST_F(VideoCameraTest, FramesThatComeWhileOneIsUnderWayAreDropped)
     camera->pauseCameraCapture();
     push(4);
     camera->processVideoSampleBuffer(kInMemory.sample(m_live, 5));
+    onQueue([] {});
     camera->resumeCameraCapture();
     monochrome->setEnabled(false);
     push(6);
@@ -202,6 +203,13 @@ TEST_F(VideoCameraTest, GoesToTheOtherCameraOrStays)
     EXPECT_EQ(closed ? "" : closed.error().message(), "front: in use");
     EXPECT_TRUE(givesFrames());
     front->opens = true;
+    DispatchSemaphore ended;
+    camera->setEndHandler([&](const Error&) { ended.signal(); });
+    ASSERT_TRUE(camera->rotateCamera().ok());
+    front->end({"front", "in use after all"});
+    ASSERT_TRUE(ended.wait(10));
+    EXPECT_EQ(front->running(), 0);
+    EXPECT_TRUE(givesFrames());
     ASSERT_TRUE(camera->rotateCamera().ok());
     EXPECT_EQ(camera->cameraPosition(), AVCaptureDevicePosition::Front);
     EXPECT_EQ(camera->outputImageOrientation(), UIInterfaceOrientation::Portrait) << "followed again";
