@@ -140,7 +140,11 @@ void GPUImageVideoCamera::startCameraCapture()
 
 void GPUImageVideoCamera::stopCameraCapture()
 {
-    m_captureSession->stopRunning();
+    {
+        const std::scoped_lock configuration(m_configurationMutex);
+        setFormerInput(nullptr); // which would be started
+        m_captureSession->stopRunning();
+    }
     runSynchronouslyOnVideoProcessingQueue([] {}); // one that was under way has gone; later ones see that it is over
 }
 
@@ -183,24 +187,68 @@ Outcome GPUImageVideoCamera::rotateCamera()
         const std::scoped_lock configuration(m_configurationMutex);
         if (!m_videoInput)
             return success();
-        const bool wasRunning = isRunning();
-        m_captureSession->beginConfiguration();
-        m_captureSession->removeInput(m_videoInput);
-        const bool canAdd = m_captureSession->canAddInput(*input);
-        m_captureSession->addInput(canAdd ? *input : m_videoInput);
-        if (wasRunning)
-            m_captureSession->startRunning(); // without an input it has stopped
-        m_captureSession->commitConfiguration();
-        if (!canAdd)
+        if (!changeInput(*input, m_videoInput, isRunning()))
             return Error{other->localizedName(), "the camera can’t be used now"};
-        const std::scoped_lock lock(m_mutex);
-        m_videoInput = *input;
     }
+    lookAtOrientation();
+    return success();
+}
+
+/// Within the configuration's mutex: to another input, from which it goes back to `former` if nothing comes; false
+/// where the session doesn't take it, and keeps the one that it has.
+bool GPUImageVideoCamera::changeInput(const std::shared_ptr<AVCaptureDeviceInput>& input,
+                                      const std::shared_ptr<AVCaptureDeviceInput>& former, bool runs)
+{
+    setFormerInput(nullptr);
+    m_captureSession->beginConfiguration();
+    m_captureSession->removeInput(m_videoInput);
+    const bool canAdd = m_captureSession->canAddInput(input);
+    m_captureSession->addInput(canAdd ? input : m_videoInput);
+    if (canAdd && former) {
+        // After the last frame of the one, before the first of the other.
+        m_cameraProcessingQueue->async([weak = weakSelf(), former] {
+            if (const auto camera = weak.lock())
+                camera->setFormerInput(former);
+        });
+    }
+    if (runs)
+        m_captureSession->startRunning(); // without an input it has stopped
+    m_captureSession->commitConfiguration();
+    const std::scoped_lock lock(m_mutex);
+    if (canAdd)
+        m_videoInput = input;
+    return canAdd;
+}
+
+void GPUImageVideoCamera::setFormerInput(std::shared_ptr<AVCaptureDeviceInput> input)
+{
+    const std::scoped_lock lock(m_mutex);
+    m_formerInput.swap(input);
+}
+
+/// Where the present camera has ended before its first frame.
+void GPUImageVideoCamera::goBackToFormerInput()
+{
+    {
+        const std::scoped_lock configuration(m_configurationMutex);
+        std::shared_ptr<AVCaptureDeviceInput> former;
+        {
+            const std::scoped_lock lock(m_mutex);
+            former.swap(m_formerInput);
+        }
+        if (!former || !m_videoInput || isRunning())
+            return;
+        changeInput(former, nullptr, true);
+    }
+    lookAtOrientation();
+}
+
+void GPUImageVideoCamera::lookAtOrientation()
+{
     if (m_followsDevice)
         followDeviceOrientation();
     else
         updateOrientationSendToTargets();
-    return success();
 }
 
 void GPUImageVideoCamera::setFrameRate(int framesPerSecond)
@@ -285,6 +333,7 @@ void GPUImageVideoCamera::removeInputsAndOutputs()
     m_captureSession->commitConfiguration();
     const std::scoped_lock lock(m_mutex);
     m_videoInput.reset();
+    m_formerInput.reset();
     m_videoOutput.reset();
 }
 
@@ -332,8 +381,9 @@ void GPUImageVideoCamera::listenForEnd()
         });
 }
 
-void GPUImageVideoCamera::tellEnd(const Error& error) const
+void GPUImageVideoCamera::tellEnd(const Error& error)
 {
+    goBackToFormerInput();
     AVCaptureSession::EndHandler handler;
     {
         const std::scoped_lock lock(m_mutex);

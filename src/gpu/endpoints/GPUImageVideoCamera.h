@@ -29,7 +29,8 @@ namespace lamina {
 class GPUImageVideoCameraDelegate {
 public:
     virtual ~GPUImageVideoCameraDelegate() = default;
-    /// A frame is about to go through the graph; not of those that are dropped.
+    /// A frame has come, and is about to go through the graph unless the capture is paused; not of those that are
+    /// dropped because another is under way.
     virtual void willOutputSampleBuffer(const CMSampleBuffer&) {}
 };
 
@@ -68,7 +69,7 @@ public:
     void startCameraCapture();
     /// Afterwards no frame is pushed any more.
     void stopCameraCapture();
-    /// Frames are dropped as they arrive, and nobody hears of them.
+    /// Frames come to the delegate, and no further; stills go on.
     void pauseCameraCapture() { m_capturePaused = true; }
     void resumeCameraCapture() { m_capturePaused = false; }
     bool isRunning() const { return m_captureSession->isRunning(); }
@@ -76,7 +77,8 @@ public:
     /// When the capture was started last.
     std::optional<std::chrono::system_clock::time_point> startingCaptureTime() const;
     /// To the camera at the other place or, for want of one, to the next whose place nobody has told; nothing without
-    /// one. The old one stays where the new can't be opened, which the outcome tells.
+    /// one. The old one stays where the new can't be opened, which the outcome tells; where it ends before its first
+    /// frame, because somebody else uses it, the old one comes back, and the end handler hears why.
     Outcome rotateCamera();
 
     std::string captureSessionPreset() const { return m_captureSession->sessionPreset(); }
@@ -100,7 +102,8 @@ public:
     bool horizontallyMirrorRearFacingCamera() const { return m_mirrorsRear; }
     void setHorizontallyMirrorRearFacingCamera(bool mirror);
     /// Sets the orientation by which frames are upright as the device is held now, and mirrors a camera in front, but
-    /// no other. `rotateCamera` does it again unless one of the above was set meanwhile.
+    /// no other. `rotateCamera` does it again unless one of the above was set meanwhile, and so does a camera whose
+    /// frames begin to tell that they lie otherwise.
     void followDeviceOrientation();
     /// Whether that was the last word on the orientation.
     bool followsDeviceOrientation() const { return m_followsDevice; }
@@ -136,8 +139,9 @@ public:
 
     /// Not held.
     void setDelegate(const std::weak_ptr<GPUImageVideoCameraDelegate>& delegate);
-    /// Hears, on a queue of the camera's, that it has ended by itself: unplugged, taken away, its service gone. Empty:
-    /// nobody, even of an end that has come but was not told yet.
+    /// Hears, on a queue of the camera's, that it has ended by itself: unplugged, taken away, its service gone. It runs
+    /// where `rotateCamera` was in vain and the camera before is back. Empty: nobody, even of an end that has come but
+    /// was not told yet.
     void setEndHandler(AVCaptureSession::EndHandler handler);
 
     /// Pushes a frame through the graph and waits until that has taken it; nothing while the capture is paused.
@@ -193,10 +197,17 @@ private:
     Outcome open(const std::string& sessionPreset, const std::shared_ptr<AVCaptureDevice>& device);
     std::weak_ptr<GPUImageVideoCamera> weakSelf();
     void listenForEnd();
-    void tellEnd(const Error& error) const;
+    void tellEnd(const Error& error);
+    bool changeInput(const std::shared_ptr<AVCaptureDeviceInput>& input,
+                     const std::shared_ptr<AVCaptureDeviceInput>& former, bool runs);
+    void setFormerInput(std::shared_ptr<AVCaptureDeviceInput> input);
+    void goBackToFormerInput();
+    void lookAtOrientation();
     std::shared_ptr<AVCaptureDevice> otherCamera() const;
     void updateOrientationSendToTargets();
+    void followTurnedFrames();
     bool turnsFrames() const;
+    void tellDelegate(const CMSampleBuffer& sample) const;
     bool pushFrame(const CMSampleBuffer& sample);
     void countFrame(double seconds);
 
@@ -218,6 +229,7 @@ private:
     std::mutex m_configurationMutex;
     mutable std::mutex m_mutex; ///< for what follows, but for changes within the other one
     std::shared_ptr<AVCaptureDeviceInput> m_videoInput;
+    std::shared_ptr<AVCaptureDeviceInput> m_formerInput; ///< before `rotateCamera`, until the present one gives a frame
     std::shared_ptr<AVCaptureVideoDataOutput> m_videoOutput;
     std::shared_ptr<AVCaptureDeviceInput> m_audioInput;
     std::shared_ptr<AVCaptureAudioDataOutput> m_audioOutput;
@@ -231,6 +243,7 @@ private:
     // On the video processing queue.
     FrameUpload m_upload;
     GPUImageRotationMode m_rotation = kGPUImageNoRotation;
+    int m_followedRotation = 0; ///< of the camera, when its orientation was followed last
     bool m_couldShow = true;
     int m_numberOfFramesCaptured = 0;
     double m_totalFrameTimeDuringCapture = 0;

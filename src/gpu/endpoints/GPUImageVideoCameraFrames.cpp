@@ -41,17 +41,26 @@ void GPUImageVideoCamera::captureOutput(AVCaptureOutput& output, const CMSampleB
         return;
     if (output.mediaType() == AVTrackMediaType::Audio)
         return processAudioSampleBuffer(sample);
-    if (m_capturePaused || !m_frameRenderingSemaphore->tryWait())
+    setFormerInput(nullptr); // this camera works
+    if (!m_frameRenderingSemaphore->tryWait())
         return;
     runAsynchronouslyOnVideoProcessingQueue([weak = weakSelf(), sample, slot = slotTaken()]() mutable {
         const std::shared_ptr<GPUImageVideoCamera> camera = weak.lock();
-        if (camera && camera->isRunning() && !camera->m_capturePaused)
-            camera->output(sample);
+        if (camera && camera->isRunning()) {
+            camera->tellDelegate(sample);
+            camera->processVideoSampleBuffer(sample);
+        }
         slot.reset(); // before the camera, whose end may wait for a still that waits for it
     });
 }
 
 bool GPUImageVideoCamera::output(const CMSampleBuffer& sample)
+{
+    tellDelegate(sample);
+    return pushFrame(sample);
+}
+
+void GPUImageVideoCamera::tellDelegate(const CMSampleBuffer& sample) const
 {
     std::shared_ptr<GPUImageVideoCameraDelegate> delegate;
     {
@@ -60,7 +69,6 @@ bool GPUImageVideoCamera::output(const CMSampleBuffer& sample)
     }
     if (delegate)
         delegate->willOutputSampleBuffer(sample);
-    return pushFrame(sample);
 }
 
 void GPUImageVideoCamera::processVideoSampleBuffer(const CMSampleBuffer& sample)
@@ -74,6 +82,7 @@ bool GPUImageVideoCamera::pushFrame(const CMSampleBuffer& sample)
     const double started = Clock::shared()->now();
     if (!sample.imageBuffer)
         return false;
+    followTurnedFrames();
     const CVPixelBuffer& frame = *sample.imageBuffer;
     const bool turns = FrameUpload::turnsFrames(frame.pixelFormat());
     std::shared_ptr<GPUImageFramebuffer> framebuffer =
@@ -154,34 +163,54 @@ void GPUImageVideoCamera::addTarget(const std::shared_ptr<GPUImageInput>& target
 
 void GPUImageVideoCamera::setOutputImageOrientation(UIInterfaceOrientation orientation)
 {
-    m_followsDevice = false;
-    m_outputImageOrientation = orientation;
-    updateOrientationSendToTargets();
+    runSynchronouslyOnVideoProcessingQueue([&] { // between frames, which may follow the device
+        m_followsDevice = false;
+        m_outputImageOrientation = orientation;
+        updateOrientationSendToTargets();
+    });
 }
 
 void GPUImageVideoCamera::setHorizontallyMirrorFrontFacingCamera(bool mirror)
 {
-    m_followsDevice = false;
-    m_mirrorsFront = mirror;
-    updateOrientationSendToTargets();
+    runSynchronouslyOnVideoProcessingQueue([&] {
+        m_followsDevice = false;
+        m_mirrorsFront = mirror;
+        updateOrientationSendToTargets();
+    });
 }
 
 void GPUImageVideoCamera::setHorizontallyMirrorRearFacingCamera(bool mirror)
 {
-    m_followsDevice = false;
-    m_mirrorsRear = mirror;
-    updateOrientationSendToTargets();
+    runSynchronouslyOnVideoProcessingQueue([&] {
+        m_followsDevice = false;
+        m_mirrorsRear = mirror;
+        updateOrientationSendToTargets();
+    });
 }
 
 void GPUImageVideoCamera::followDeviceOrientation()
 {
-    m_followsDevice = true;
-    m_mirrorsFront = true;
-    m_mirrorsRear = false;
-    if (const std::shared_ptr<AVCaptureDevice> camera = inputCamera())
-        m_outputImageOrientation =
-            orientationOfUprightFrames(camera->position(), camera->rotation(), UIDevice::orientation());
-    updateOrientationSendToTargets();
+    runSynchronouslyOnVideoProcessingQueue([this] {
+        m_followsDevice = true;
+        m_mirrorsFront = true;
+        m_mirrorsRear = false;
+        if (const std::shared_ptr<AVCaptureDevice> camera = inputCamera()) {
+            m_followedRotation = camera->rotation();
+            m_outputImageOrientation =
+                orientationOfUprightFrames(camera->position(), m_followedRotation, UIDevice::orientation());
+        }
+        updateOrientationSendToTargets();
+    });
+}
+
+/// A camera may learn only from its frames how they lie.
+void GPUImageVideoCamera::followTurnedFrames()
+{
+    if (!m_followsDevice)
+        return;
+    if (const std::shared_ptr<AVCaptureDevice> camera = inputCamera();
+        camera && camera->rotation() != m_followedRotation)
+        followDeviceOrientation();
 }
 
 /// Frames that are turned on their way are told as they lie then.

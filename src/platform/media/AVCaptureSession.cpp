@@ -2,9 +2,11 @@
 
 #include "platform/base/CGGeometry.h"
 #include "platform/base/Causes.h"
+#include "platform/base/Log.h"
 #include "platform/media/AVAssetReader.h"
 
 #include <algorithm>
+#include <iterator>
 #include <ranges>
 #include <utility>
 
@@ -38,6 +40,11 @@ struct AVCaptureSession::Running {
     AVCaptureRequest request;
 
     AVTrackMediaType type() const { return input->device()->mediaType(); }
+    void stop()
+    {
+        if (std::exchange(isStarted, false))
+            input->stop();
+    }
 };
 
 AVCaptureSession::AVCaptureSession() = default;
@@ -97,8 +104,7 @@ void AVCaptureSession::removeInput(const std::shared_ptr<AVCaptureDeviceInput>& 
         m_inputs.erase(found);
         m_running = m_running && !m_inputs.empty();
     }
-    if (removed->isStarted)
-        removed->input->stop();
+    removed->stop();
 }
 
 bool AVCaptureSession::canAddOutput(const std::shared_ptr<AVCaptureOutput>& output) const
@@ -200,30 +206,39 @@ void AVCaptureSession::setEndHandler(EndHandler handler)
 void AVCaptureSession::startRunning()
 {
     const std::scoped_lock configuration(m_configurationMutex);
+    std::vector<std::shared_ptr<Running>> ended;
     {
         const std::scoped_lock lock(m_mutex);
         if (m_running || m_inputs.empty())
             return;
         m_running = true;
+        for (const auto& running : m_inputs) {
+            if (std::exchange(running->hasEnded, false))
+                ended.push_back(running);
+        }
     }
+    for (const auto& running : ended)
+        running->stop();
     applyChanges();
 }
 
 void AVCaptureSession::stopRunning()
 {
     const std::scoped_lock configuration(m_configurationMutex);
-    std::vector<std::shared_ptr<Running>> all;
     {
         const std::scoped_lock lock(m_mutex);
         m_running = false;
-        all = m_inputs;
     }
-    for (const auto& running : all) {
-        if (std::exchange(running->isStarted, false))
-            running->input->stop();
-    }
+    stopInputs();
     for (const auto& output : outputs())
         output->ended({{}, cause::kCancelled});
+}
+
+/// Under the configuration's mutex, under which alone inputs come and go.
+void AVCaptureSession::stopInputs()
+{
+    for (const auto& running : m_inputs)
+        running->stop();
 }
 
 /// Starts what should run and doesn't, and what has to give something else.
@@ -231,18 +246,16 @@ void AVCaptureSession::applyChanges()
 {
     if (m_configurations > 0 || !isRunning())
         return;
-    std::vector<std::pair<std::shared_ptr<Running>, bool>> all;
+    std::vector<std::shared_ptr<Running>> all;
     {
         const std::scoped_lock lock(m_mutex);
-        for (const auto& running : m_inputs)
-            all.emplace_back(running, std::exchange(running->hasEnded, false));
+        std::ranges::copy_if(m_inputs, std::back_inserter(all), [](const auto& running) { return !running->hasEnded; });
     }
-    for (const auto& [running, hadEnded] : all) {
+    for (const auto& running : all) {
         const AVCaptureRequest request = requestFor(*running->input);
-        const bool goesOn =
-            running->isStarted && !hadEnded && isTheSame(*running->input->device(), running->request, request);
-        if (running->isStarted && !goesOn)
-            running->input->stop();
+        const bool goesOn = running->isStarted && isTheSame(*running->input->device(), running->request, request);
+        if (!goesOn)
+            running->stop();
         {
             const std::scoped_lock lock(m_mutex);
             running->stillOutput = m_stillOutput;
@@ -306,8 +319,11 @@ void AVCaptureSession::deliver(const Running& running, const CMSampleBuffer& sam
         output->take(sample, *running.input->device());
 }
 
+/// A microphone that ends leaves a camera alone.
 void AVCaptureSession::inputEnded(const std::shared_ptr<AVCaptureDeviceInput>& input, const Error& error)
 {
+    const AVTrackMediaType type = input->device()->mediaType();
+    bool isOver = false;
     EndHandler handler;
     {
         const std::scoped_lock lock(m_mutex);
@@ -315,11 +331,24 @@ void AVCaptureSession::inputEnded(const std::shared_ptr<AVCaptureDeviceInput>& i
             if (running->input == input)
                 running->hasEnded = true;
         }
-        m_running = false;
-        handler = m_endHandler;
+        isOver = type == AVTrackMediaType::Video || std::ranges::none_of(m_inputs, [](const auto& running) {
+                     return running->type() == AVTrackMediaType::Video && !running->hasEnded;
+                 });
+        if (isOver && std::exchange(m_running, false))
+            handler = m_endHandler;
     }
-    for (const auto& output : outputs())
-        output->ended(error);
+    for (const auto& output : outputs()) {
+        if (isOver || output->mediaType() == type)
+            output->ended(error);
+    }
+    if (!isOver)
+        return logWarning(error.message());
+    // Not on this thread, which stopping waits for.
+    m_queue.async([this] {
+        const std::scoped_lock configuration(m_configurationMutex);
+        if (!isRunning())
+            stopInputs();
+    });
     if (handler)
         handler(error);
 }

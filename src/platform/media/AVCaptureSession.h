@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/base/DispatchQueue.h"
 #include "platform/base/Result.h"
 #include "platform/media/AVCaptureDevice.h"
 #include "platform/media/AVCaptureOutput.h"
@@ -55,15 +56,18 @@ public:
     void beginConfiguration();
     void commitConfiguration();
 
-    /// False until it is started, without inputs, and once a device has ended.
+    /// False until it is started, without inputs, and once the camera has ended, or the microphone of a session that
+    /// has none.
     bool isRunning() const;
-    /// All inputs begin; nothing without any, and while it runs. Tries those that have ended again.
+    /// All inputs begin; nothing without any, and while it runs. Tries those that have ended again: nothing else does.
     void startRunning();
     /// All inputs end: nothing reaches an output any more after this, but for what waits on an output's queue.
     void stopRunning();
 
-    /// Hears that a device has ended by itself, on the device's thread, after the session has stopped running; a still
-    /// under way has failed then. Empty: nobody.
+    /// Hears that the session has ended by itself, on the device's thread, once: its camera has, or the microphone of a
+    /// session that has none. It isn't running any more then, a still under way has failed, and what is still open is
+    /// closed in the background. A microphone that ends beside a camera is a warning in the log: frames go on without
+    /// sound. Empty: nobody.
     using EndHandler = std::function<void(const Error&)>;
     void setEndHandler(EndHandler handler);
 
@@ -72,6 +76,7 @@ private:
     struct Running;
 
     void applyChanges();
+    void stopInputs();
     AVCaptureRequest requestFor(const AVCaptureDeviceInput& input) const;
     void start(Running& running, const AVCaptureRequest& request);
     void deliver(const Running& running, const CMSampleBuffer& sample);
@@ -91,6 +96,7 @@ private:
     bool m_running = false;
     const AVCaptureOutput* m_stillOutput = nullptr; ///< one of the outputs, which takes a still
     EndHandler m_endHandler;
+    DispatchQueue m_queue{"capture session"}; ///< last, so that it ends first
 };
 
 } // namespace lamina

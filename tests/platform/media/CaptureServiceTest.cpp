@@ -224,8 +224,21 @@ TEST_F(CaptureServiceTest, ACameraIsUnplugged)
     ASSERT_FALSE(again);
     EXPECT_EQ(again.error().message(), "Stick: the camera was unplugged");
     node = std::make_unique<TestCameraNode>(TestCameraSettings{.name = "stick"});
-    ASSERT_TRUE(device("stick"));
-    EXPECT_TRUE(Capture(device("stick")).gives(1));
+    EXPECT_EQ(device("stick"), camera) << "whoever has kept it can open it again";
+    EXPECT_TRUE(Capture(camera).gives(1));
+}
+
+TEST_F(CaptureServiceTest, AStreamIsTakenAway)
+{
+    ASSERT_TRUE(device("test-camera"));
+    Capture capture(device("test-camera"));
+    ASSERT_TRUE(capture.gives(1));
+    const std::string nodes = runCommand(PW_CLI, {"ls", "Node"}).output;
+    const std::size_t own = nodes.find("node.name = \"Lamina\"");
+    const std::size_t begin = nodes.rfind("\tid ", own) + 4;
+    ASSERT_NE(own, std::string::npos) << nodes;
+    runCommand(PW_CLI, {"destroy", nodes.substr(begin, nodes.find(',', begin) - begin)});
+    EXPECT_EQ(capture.end(), std::vector<std::string>{"Test camera: the camera was unplugged"});
 }
 
 TEST_F(CaptureServiceTest, TheServiceStopsAndComesBack)

@@ -1,5 +1,6 @@
 #include "platform/media/AVCaptureSession.h"
 
+#include "LogCapture.h"
 #include "StandInCamera.h"
 #include "TestPictures.h"
 #include "platform/base/CMTime.h"
@@ -203,6 +204,30 @@ TEST_F(CaptureSessionTest, SoundGoesItsOwnWay)
     EXPECT_TRUE(m_session->isRunning());
     m_session->stopRunning();
     EXPECT_FALSE(still.get());
+
+    // Frames go on without it; it is tried again with the session, and closed with the camera.
+    int ends = 0;
+    m_session->setEndHandler([&](const Error&) { ++ends; });
+    m_session->addInput(input);
+    m_session->startRunning();
+    {
+        const LogCapture log;
+        microphone->end({"stand-in", "the microphone was unplugged"});
+        EXPECT_EQ(log.text(), "stand-in: the microphone was unplugged\n");
+    }
+    m_session->setFrameRate(15);
+    EXPECT_TRUE(m_camera->give(gray(1)));
+    EXPECT_EQ(m_listener->count(), 1u);
+    EXPECT_EQ(microphone->requests().size(), 2u);
+    m_session->stopRunning();
+    m_session->startRunning();
+    EXPECT_EQ(microphone->requests().size(), 3u);
+    EXPECT_EQ(ends, 0);
+    m_camera->end({"stand-in", "the camera was unplugged"});
+    EXPECT_EQ(ends, 1);
+    for (int i = 0; i < 5000 && microphone->running() > 0; ++i)
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    EXPECT_EQ(microphone->running(), 0);
 }
 
 TEST_F(CaptureSessionTest, WhatIsLateIsDroppedOrWaits)

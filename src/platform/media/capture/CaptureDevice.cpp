@@ -48,32 +48,32 @@ void CaptureDevice::update(CaptureNode node, const std::shared_ptr<CaptureConnec
 
 std::string CaptureDevice::uniqueID() const
 {
-    return node().uniqueID;
+    return told(&CaptureNode::uniqueID);
 }
 
 std::string CaptureDevice::localizedName() const
 {
-    return node().name;
+    return told(&CaptureNode::name);
 }
 
 AVTrackMediaType CaptureDevice::mediaType() const
 {
-    return node().type;
+    return told(&CaptureNode::type);
 }
 
 AVCaptureDevicePosition CaptureDevice::position() const
 {
-    return node().position;
+    return told(&CaptureNode::position);
 }
 
 int CaptureDevice::rotation() const
 {
-    return node().rotation;
+    return told(&CaptureNode::rotation);
 }
 
 std::vector<AVCaptureDeviceFormat> CaptureDevice::formats() const
 {
-    return node().formats;
+    return told(&CaptureNode::formats);
 }
 
 Result<std::shared_ptr<AVCaptureDeviceInput>> CaptureDevice::makeInput()

@@ -13,8 +13,8 @@
 
 namespace lamina {
 
-/// A camera or microphone of the service, for as long as somebody keeps it: gone, it can't be opened any more. From any
-/// thread.
+/// A camera or microphone of the service, for as long as somebody keeps it: gone, it can't be opened until it is back.
+/// From any thread.
 class CaptureDevice : public AVCaptureDevice {
 public:
     explicit CaptureDevice(CaptureNode node);
@@ -35,6 +35,14 @@ public:
     std::shared_ptr<CaptureConnection> connection() const;
 
 private:
+    /// One thing of the node: frames ask, which are many, and it has hundreds of formats.
+    template <class Value>
+    Value told(Value CaptureNode::*member) const
+    {
+        const std::scoped_lock lock(m_mutex);
+        return m_node.*member;
+    }
+
     mutable std::mutex m_mutex;
     CaptureNode m_node;
     std::weak_ptr<CaptureConnection> m_connection;

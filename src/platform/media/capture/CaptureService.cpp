@@ -34,6 +34,7 @@ struct CaptureService::State {
     bool isListed = false;
     std::optional<Error> error;
     std::vector<std::shared_ptr<CaptureDevice>> devices;
+    std::vector<std::weak_ptr<CaptureDevice>> known; ///< those that have gone and may come back as well
 
     bool isCurrent(int which) const
     {
@@ -45,6 +46,8 @@ struct CaptureService::State {
     void retryLater(int which);
     void fail(int which, const Error& why);
     bool take(int which, std::vector<CaptureNode> nodes);
+    std::shared_ptr<CaptureDevice> deviceOf(const CaptureNode& node,
+                                            const std::vector<std::shared_ptr<CaptureDevice>>& taken);
     void forgetDevices();
 };
 
@@ -122,6 +125,29 @@ void CaptureService::State::lose(int which, bool canReturn)
         retryLater(which);
 }
 
+/// Under the mutex: the one that is this node, or was before it came back, and isn't one of those; else a new one.
+std::shared_ptr<CaptureDevice> CaptureService::State::deviceOf(const CaptureNode& node,
+                                                               const std::vector<std::shared_ptr<CaptureDevice>>& taken)
+{
+    std::shared_ptr<CaptureDevice> formerly;
+    for (const auto& each : known) {
+        const auto device = each.lock();
+        if (!device || device->uniqueID() != node.uniqueID || device->mediaType() != node.type ||
+            std::ranges::find(taken, device) != taken.end())
+            continue;
+        if (device->connection() && device->node().id == node.id)
+            return device;
+        if (!device->connection())
+            formerly = device;
+    }
+    if (!formerly) {
+        formerly = std::make_shared<CaptureDevice>(node);
+        std::erase_if(known, [](const auto& each) { return each.expired(); });
+        known.push_back(formerly);
+    }
+    return formerly;
+}
+
 /// Whether that is what runs.
 bool CaptureService::State::take(int which, std::vector<CaptureNode> nodes)
 {
@@ -129,18 +155,17 @@ bool CaptureService::State::take(int which, std::vector<CaptureNode> nodes)
         const std::scoped_lock lock(mutex);
         if (run != which || !connection)
             return false;
+        for (const auto& device : devices) {
+            const CaptureNode before = device->node();
+            if (std::ranges::none_of(nodes, [&](const CaptureNode& node) {
+                    return node.id == before.id && node.uniqueID == before.uniqueID;
+                }))
+                device->setGone();
+        }
         std::vector<std::shared_ptr<CaptureDevice>> now;
         for (CaptureNode& node : nodes) {
-            const auto known = std::ranges::find_if(devices, [&](const auto& device) {
-                const CaptureNode before = device->node();
-                return before.id == node.id && before.uniqueID == node.uniqueID;
-            });
-            now.push_back(known != devices.end() ? *known : std::make_shared<CaptureDevice>(node));
+            now.push_back(deviceOf(node, now));
             now.back()->update(std::move(node), connection);
-        }
-        for (const auto& device : devices) {
-            if (std::ranges::find(now, device) == now.end())
-                device->setGone();
         }
         devices = std::move(now);
         error.reset();

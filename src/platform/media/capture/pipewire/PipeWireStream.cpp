@@ -18,6 +18,7 @@
 #include <spa/param/format-utils.h>
 #include <spa/param/video/format-utils.h>
 #include <utility>
+#include <vector>
 
 namespace lamina {
 
@@ -31,13 +32,14 @@ constexpr double kForNews = 0.2; // that the node is gone is often told a moment
 constexpr std::int64_t kSecond = 1'000'000'000;
 /// How far a buffer's own time may lie from now: some count from elsewhere.
 constexpr std::int64_t kMostAge = kSecond;
-/// Sounds follow one another without a gap unless they are off by this.
+/// Sounds follow one another without a gap unless they are late by this; they never overlap.
 constexpr std::int64_t kSoundJump = kSecond / 20;
 constexpr std::uint32_t kMostChannels = 64;
 constexpr std::uint32_t kMostSampleRate = 768'000;
 
 constexpr const char* kUnreadable = "the camera’s pictures can’t be read";
 constexpr const char* kUnplugged = "the camera was unplugged";
+constexpr const char* kMicrophoneUnplugged = "the microphone was unplugged";
 
 std::int64_t now()
 {
@@ -74,16 +76,21 @@ YCbCrMatrix matrixOf(spa_video_color_matrix matrix)
     }
 }
 
-/// What of a buffer's block holds content; nothing where it says what can't be.
+/// What of a buffer's block holds content; nothing where it says what can't be. The node can write what it says at any
+/// moment, so that each value is read once.
 RawFrame::Plane contentOf(const spa_data& data)
 {
-    if (!data.data || !data.chunk || (data.chunk->flags & SPA_CHUNK_FLAG_CORRUPTED) != 0 || data.chunk->stride < 0)
+    if (!data.data || !data.chunk)
         return {};
-    const std::uint32_t offset = data.chunk->offset;
-    if (offset >= data.maxsize)
+    const volatile spa_chunk& chunk = *data.chunk;
+    const std::uint32_t offset = chunk.offset;
+    const std::uint32_t size = chunk.size;
+    const std::int32_t stride = chunk.stride;
+    const std::int32_t flags = chunk.flags;
+    if ((flags & SPA_CHUNK_FLAG_CORRUPTED) != 0 || stride < 0 || offset >= data.maxsize)
         return {};
-    return {static_cast<const std::uint8_t*>(data.data) + offset, std::min(data.chunk->size, data.maxsize - offset),
-            static_cast<std::size_t>(data.chunk->stride)};
+    return {static_cast<const std::uint8_t*>(data.data) + offset, std::min(size, data.maxsize - offset),
+            static_cast<std::size_t>(stride)};
 }
 
 /// How many bytes of its rows, and how many rows, stand before the next plane in one block.
@@ -240,12 +247,17 @@ void PipeWireStream::end(const char* cause)
     m_handlers.ended({m_name, cause});
 }
 
-void PipeWireStream::stateChanged(void* data, pw_stream_state, pw_stream_state state, const char*)
+/// Who disconnects a stream here doesn't hear of it: it is the service that has taken this one away.
+void PipeWireStream::stateChanged(void* data, pw_stream_state before, pw_stream_state state, const char*)
 {
     auto& self = *static_cast<PipeWireStream*>(data);
-    if (state != PW_STREAM_STATE_ERROR || self.m_isOver || self.m_failed)
+    const bool isTaken = state == PW_STREAM_STATE_UNCONNECTED && before != PW_STREAM_STATE_UNCONNECTED;
+    if ((state != PW_STREAM_STATE_ERROR && !isTaken) || self.m_isOver || self.m_failed)
         return;
-    self.m_failed = self.isVideo() ? "the camera can’t be used" : "the microphone can’t be used";
+    if (isTaken)
+        self.m_failed = self.isVideo() ? kUnplugged : kMicrophoneUnplugged;
+    else
+        self.m_failed = self.isVideo() ? "the camera can’t be used" : "the microphone can’t be used";
     self.setTimer(kForNews);
 }
 
@@ -356,19 +368,43 @@ void PipeWireStream::takeFrame(const pw_buffer& buffer)
         m_hasCome = true;
 }
 
+/// All that wait: together they end now, and each begins where the one before it ends.
 void PipeWireStream::takeSound()
 {
+    std::vector<pw_buffer*> buffers;
+    std::vector<RawFrame::Plane> contents;
+    std::size_t moments = 0;
     while (pw_buffer* const buffer = pw_stream_dequeue_buffer(m_stream.get())) {
-        if (!m_isOver && m_sound.channels > 0 && buffer->buffer->n_datas > 0)
-            takeSound(*buffer);
-        pw_stream_queue_buffer(m_stream.get(), buffer);
+        buffers.push_back(buffer);
+        if (m_isOver || m_sound.channels == 0 || buffer->buffer->n_datas == 0)
+            continue;
+        contents.push_back(contentOf(buffer->buffer->datas[0]));
+        moments += momentsIn(contents.back());
     }
+    if (moments > 0) {
+        const std::int64_t begin = now() - durationOf(moments);
+        if (m_soundEnd == 0 || begin >= m_soundEnd + kSoundJump)
+            m_soundEnd = begin;
+        for (const RawFrame::Plane& content : contents)
+            takeSound(content);
+    }
+    for (pw_buffer* const buffer : buffers)
+        pw_stream_queue_buffer(m_stream.get(), buffer);
 }
 
-void PipeWireStream::takeSound(const pw_buffer& buffer)
+std::size_t PipeWireStream::momentsIn(const RawFrame::Plane& content) const
 {
-    const RawFrame::Plane content = contentOf(buffer.buffer->datas[0]);
-    const std::size_t moments = content.size / (sizeof(float) * m_sound.channels);
+    return content.size / (sizeof(float) * m_sound.channels);
+}
+
+std::int64_t PipeWireStream::durationOf(std::size_t moments) const
+{
+    return static_cast<std::int64_t>(moments) * kSecond / m_sound.rate;
+}
+
+void PipeWireStream::takeSound(const RawFrame::Plane& content)
+{
+    const std::size_t moments = momentsIn(content);
     if (moments == 0)
         return;
     auto sound = std::make_shared<AudioBuffer>();
@@ -376,11 +412,8 @@ void PipeWireStream::takeSound(const pw_buffer& buffer)
     sound->channels = static_cast<int>(m_sound.channels);
     sound->samples.resize(moments * m_sound.channels);
     std::memcpy(sound->samples.data(), content.bytes, sound->samples.size() * sizeof(float));
-    const auto duration = static_cast<std::int64_t>(moments) * kSecond / m_sound.rate;
-    std::int64_t begin = now() - duration;
-    if (m_soundEnd > 0 && std::abs(begin - m_soundEnd) < kSoundJump)
-        begin = m_soundEnd;
-    m_soundEnd = begin + duration;
+    const std::int64_t begin = m_soundEnd;
+    m_soundEnd = begin + durationOf(moments);
     m_hasCome = true;
     m_handlers.sound(std::move(sound), begin);
 }

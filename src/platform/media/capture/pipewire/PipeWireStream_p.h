@@ -3,6 +3,7 @@
 #include "platform/media/capture/CaptureModule_p.h"
 #include "platform/media/capture/pipewire/PipeWireHandles_p.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -46,7 +47,9 @@ private:
     void takeFrames();
     void takeSound();
     void takeFrame(const pw_buffer& buffer);
-    void takeSound(const pw_buffer& buffer);
+    void takeSound(const RawFrame::Plane& content);
+    std::size_t momentsIn(const RawFrame::Plane& content) const;
+    std::int64_t durationOf(std::size_t moments) const;
 
     PipeWireConnection& m_connection;
     CaptureStreamRequest m_request;
@@ -60,7 +63,7 @@ private:
     bool m_hasCome = false;          ///< something that could be read
     std::optional<RawFrame> m_frame; ///< as agreed on, without its bytes
     spa_audio_info_raw m_sound = {};
-    std::int64_t m_soundEnd = 0; ///< nanoseconds; 0: none has come
+    std::int64_t m_soundEnd = 0; ///< of what has come, in nanoseconds; 0: none has
     PipeWireHandle<pw_stream> m_stream;
     spa_hook m_hook = {};
     spa_source* m_timer = nullptr;
