@@ -8,6 +8,18 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>%1 It goes on as soon as the camera is back.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 Perhaps something else is using it. Close that, and try again.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 changed</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>%1 chosen</source>
         <translation type="unfinished"></translation>
     </message>
@@ -128,6 +140,10 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>Another filter</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>Another place</source>
         <translation type="unfinished"></translation>
     </message>
@@ -189,6 +205,10 @@
     </message>
     <message>
         <source>Before. Tap to go back</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Begin or end a clip</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -308,11 +328,19 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>Can’t open the camera</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>Can’t open the clip</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
         <source>Can’t open the file</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Can’t open the movie</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -352,6 +380,10 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>Can’t take the photo</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>Car</source>
         <translation type="unfinished"></translation>
     </message>
@@ -384,6 +416,10 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>Choose a movie</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>Choose a photo</source>
         <translation type="unfinished"></translation>
     </message>
@@ -401,6 +437,10 @@
     </message>
     <message>
         <source>Choose a tool of a collage</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Choose another movie</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -432,11 +472,19 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>Clearness</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>Click on below icons to share PDF Document</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
         <source>Click on below icons to share SVG</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Clip</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -481,6 +529,14 @@
     </message>
     <message>
         <source>Comic</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Compare</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Compare with before</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -624,6 +680,10 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>Ends the clip</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>Enter</source>
         <translation type="unfinished"></translation>
     </message>
@@ -720,6 +780,10 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>Gradient</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>Gray</source>
         <translation type="unfinished"></translation>
     </message>
@@ -745,6 +809,10 @@
     </message>
     <message>
         <source>High quality video</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Hold still</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -804,6 +872,10 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>Lamina may not use the camera</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>Lamina puts photos together: it lays one over another, or several into a collage. Your photos stay on this device.</source>
         <translation type="unfinished"></translation>
     </message>
@@ -828,6 +900,10 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>Left and right choose another filter. Held down it shows the picture as it came.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>Left out besides: %1.</source>
         <translation type="unfinished"></translation>
     </message>
@@ -844,7 +920,27 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>Line between before and now</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Lines</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>Lists</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Live filters</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Live picture</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Live pictures</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -908,6 +1004,14 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>Movie</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Movies</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>Mushroom</source>
         <translation type="unfinished"></translation>
     </message>
@@ -936,11 +1040,19 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>No movies in this folder</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>No photos in this folder</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
         <source>No photos yet</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>None changed</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -1036,6 +1148,10 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>Other camera</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>PDF Print</source>
         <translation type="unfinished"></translation>
     </message>
@@ -1053,6 +1169,14 @@
     </message>
     <message>
         <source>Paste</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Pause</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Pause or go on</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -1148,11 +1272,23 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>PipeWire isn’t running</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>Pizza</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>Place in the movie</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>Plants</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Play</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -1165,6 +1301,10 @@
     </message>
     <message>
         <source>Please select 3 photos</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Plug one in, and it goes on here.</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -1232,6 +1372,10 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>Retake</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>Rice</source>
         <translation type="unfinished"></translation>
     </message>
@@ -1276,6 +1420,10 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>Save a still</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>Save as</source>
         <translation type="unfinished"></translation>
     </message>
@@ -1285,6 +1433,10 @@
     </message>
     <message>
         <source>Save here</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Save still</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -1325,6 +1477,10 @@
     </message>
     <message>
         <source>Shades</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Share</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -1384,6 +1540,10 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>Starting the camera…</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>Stays in place</source>
         <translation type="unfinished"></translation>
     </message>
@@ -1400,6 +1560,10 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>Still</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>Store raster graphics information.</source>
         <translation type="unfinished"></translation>
     </message>
@@ -1409,6 +1573,10 @@
     </message>
     <message>
         <source>Strawberry</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Strength</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -1468,6 +1636,10 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>Take it again</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>Take out</source>
         <translation type="unfinished"></translation>
     </message>
@@ -1505,6 +1677,14 @@
     </message>
     <message>
         <source>The blend</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The camera has stopped</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The clip was not saved</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -1552,11 +1732,19 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>The photo that you took</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>The picture</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
         <source>The picture, to the clipboard</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The still was not saved</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -1644,6 +1832,10 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>Try again</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>Tulip</source>
         <translation type="unfinished"></translation>
     </message>
@@ -1704,6 +1896,10 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>Waiting for the picture</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>Warm</source>
         <translation type="unfinished"></translation>
     </message>
@@ -1721,6 +1917,10 @@
     </message>
     <message>
         <source>Whale</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>What the camera sees</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -1757,6 +1957,10 @@
     </message>
     <message>
         <source>Your folders are not shown to Lamina here. The photos that you choose in your system’s own window are.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Your system asks whether Lamina may use the camera.</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -1840,7 +2044,15 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>another still is being taken</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>brightness</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>camera photo</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -1901,6 +2113,10 @@
     </message>
     <message>
         <source>it can&apos;t be mended</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>it gives no picture</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -2064,6 +2280,14 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>support for cameras can&apos;t be loaded</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>support for cameras is not installed</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>support for videos can&apos;t be loaded</source>
         <translation type="unfinished"></translation>
     </message>
@@ -2077,6 +2301,22 @@
     </message>
     <message>
         <source>the FFmpeg that is installed can&apos;t write H.264</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>the camera gives no picture</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>the camera isn’t running</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>the camera service stopped</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>the camera was unplugged</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -2228,6 +2468,10 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>there is no camera</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>there is no file</source>
         <translation type="unfinished"></translation>
     </message>
@@ -2244,6 +2488,10 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>there is no picture in it</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>there is no picture in the movie</source>
         <translation type="unfinished"></translation>
     </message>
@@ -2257,6 +2505,10 @@
     </message>
     <message>
         <source>there is something of that name</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>this is no movie</source>
         <translation type="unfinished"></translation>
     </message>
     <message>

@@ -8,6 +8,18 @@
         <translation>%1 %</translation>
     </message>
     <message>
+        <source>%1 It goes on as soon as the camera is back.</source>
+        <translation>%1 Es geht weiter, sobald die Kamera wieder da ist.</translation>
+    </message>
+    <message>
+        <source>%1 Perhaps something else is using it. Close that, and try again.</source>
+        <translation>%1 Vielleicht wird sie gerade anderswo benutzt. Schließen Sie das und versuchen Sie es noch einmal.</translation>
+    </message>
+    <message>
+        <source>%1 changed</source>
+        <translation>%1 geändert</translation>
+    </message>
+    <message>
         <source>%1 chosen</source>
         <translation>%1 gewählt</translation>
     </message>
@@ -128,6 +140,10 @@
         <translation>Eine andere App auf diesem Gerät</translation>
     </message>
     <message>
+        <source>Another filter</source>
+        <translation>Anderer Filter</translation>
+    </message>
+    <message>
         <source>Another place</source>
         <translation>Anderer Ort</translation>
     </message>
@@ -190,6 +206,10 @@
     <message>
         <source>Before. Tap to go back</source>
         <translation>Vorher. Tippen zum Zurücksetzen</translation>
+    </message>
+    <message>
+        <source>Begin or end a clip</source>
+        <translation>Video beginnen oder beenden</translation>
     </message>
     <message>
         <source>Below</source>
@@ -308,12 +328,20 @@
         <translation>Die Ordner können nicht gespeichert werden</translation>
     </message>
     <message>
+        <source>Can’t open the camera</source>
+        <translation>Die Kamera lässt sich nicht öffnen</translation>
+    </message>
+    <message>
         <source>Can’t open the clip</source>
         <translation>Der Clip kann nicht geöffnet werden</translation>
     </message>
     <message>
         <source>Can’t open the file</source>
         <translation>Die Datei kann nicht geöffnet werden</translation>
+    </message>
+    <message>
+        <source>Can’t open the movie</source>
+        <translation>Der Film lässt sich nicht öffnen</translation>
     </message>
     <message>
         <source>Can’t open the photo</source>
@@ -352,6 +380,10 @@
         <translation>Die Datei kann nicht gezeigt werden</translation>
     </message>
     <message>
+        <source>Can’t take the photo</source>
+        <translation>Das Foto lässt sich nicht aufnehmen</translation>
+    </message>
+    <message>
         <source>Car</source>
         <translation>Auto</translation>
     </message>
@@ -384,6 +416,10 @@
         <translation>Ordner wählen</translation>
     </message>
     <message>
+        <source>Choose a movie</source>
+        <translation>Film wählen</translation>
+    </message>
+    <message>
         <source>Choose a photo</source>
         <translation>Foto wählen</translation>
     </message>
@@ -402,6 +438,10 @@
     <message>
         <source>Choose a tool of a collage</source>
         <translation>Werkzeug einer Collage wählen</translation>
+    </message>
+    <message>
+        <source>Choose another movie</source>
+        <translation>Anderen Film wählen</translation>
     </message>
     <message>
         <source>Choose photos</source>
@@ -432,12 +472,20 @@
         <translation>Klar</translation>
     </message>
     <message>
+        <source>Clearness</source>
+        <translation>Klarheit</translation>
+    </message>
+    <message>
         <source>Click on below icons to share PDF Document</source>
         <translation>Unten antippen, um das PDF-Dokument zu teilen</translation>
     </message>
     <message>
         <source>Click on below icons to share SVG</source>
         <translation>Unten antippen, um das SVG zu teilen</translation>
+    </message>
+    <message>
+        <source>Clip</source>
+        <translation>Video</translation>
     </message>
     <message>
         <source>Close</source>
@@ -482,6 +530,14 @@
     <message>
         <source>Comic</source>
         <translation>Comic</translation>
+    </message>
+    <message>
+        <source>Compare</source>
+        <translation>Vergleich</translation>
+    </message>
+    <message>
+        <source>Compare with before</source>
+        <translation>Mit vorher vergleichen</translation>
     </message>
     <message>
         <source>Compass</source>
@@ -624,6 +680,10 @@
         <translation>Ende</translation>
     </message>
     <message>
+        <source>Ends the clip</source>
+        <translation>Beendet das Video</translation>
+    </message>
+    <message>
         <source>Enter</source>
         <translation>Eingabe</translation>
     </message>
@@ -720,6 +780,10 @@
         <translation>Girlande</translation>
     </message>
     <message>
+        <source>Gradient</source>
+        <translation>Verlauf</translation>
+    </message>
+    <message>
         <source>Gray</source>
         <translation>Grau</translation>
     </message>
@@ -746,6 +810,10 @@
     <message>
         <source>High quality video</source>
         <translation>Video in hoher Qualität</translation>
+    </message>
+    <message>
+        <source>Hold still</source>
+        <translation>Stillhalten</translation>
     </message>
     <message>
         <source>Home</source>
@@ -804,6 +872,10 @@
         <translation>Lamina überblendet zwei Fotos. Eines wurde weggelassen.</translation>
     </message>
     <message>
+        <source>Lamina may not use the camera</source>
+        <translation>Lamina darf die Kamera nicht benutzen</translation>
+    </message>
+    <message>
         <source>Lamina puts photos together: it lays one over another, or several into a collage. Your photos stay on this device.</source>
         <translation>Lamina setzt Fotos zusammen: es legt eines über das andere oder mehrere in eine Collage. Ihre Fotos bleiben auf diesem Gerät.</translation>
     </message>
@@ -828,6 +900,10 @@
         <translation>Links</translation>
     </message>
     <message>
+        <source>Left and right choose another filter. Held down it shows the picture as it came.</source>
+        <translation>Links und rechts wählen einen anderen Filter. Gedrückt gehalten zeigt es das Bild, wie es kam.</translation>
+    </message>
+    <message>
         <source>Left out besides: %1.</source>
         <translation>Außerdem ausgelassen: %1.</translation>
     </message>
@@ -844,8 +920,28 @@
         <translation>Leuchtturm</translation>
     </message>
     <message>
+        <source>Line between before and now</source>
+        <translation>Linie zwischen vorher und jetzt</translation>
+    </message>
+    <message>
+        <source>Lines</source>
+        <translation>Linien</translation>
+    </message>
+    <message>
         <source>Lists</source>
         <translation>Listen</translation>
+    </message>
+    <message>
+        <source>Live filters</source>
+        <translation>Live-Filter</translation>
+    </message>
+    <message>
+        <source>Live picture</source>
+        <translation>Live-Bild</translation>
+    </message>
+    <message>
+        <source>Live pictures</source>
+        <translation>Live-Bilder</translation>
     </message>
     <message>
         <source>Look at a photo</source>
@@ -908,6 +1004,14 @@
         <translation>Foto verschieben</translation>
     </message>
     <message>
+        <source>Movie</source>
+        <translation>Film</translation>
+    </message>
+    <message>
+        <source>Movies</source>
+        <translation>Filme</translation>
+    </message>
+    <message>
         <source>Mushroom</source>
         <translation>Pilz</translation>
     </message>
@@ -936,12 +1040,20 @@
         <translation>Nicht mehr da: %1</translation>
     </message>
     <message>
+        <source>No movies in this folder</source>
+        <translation>Keine Filme in diesem Ordner</translation>
+    </message>
+    <message>
         <source>No photos in this folder</source>
         <translation>Keine Fotos in diesem Ordner</translation>
     </message>
     <message>
         <source>No photos yet</source>
         <translation>Noch keine Fotos</translation>
+    </message>
+    <message>
+        <source>None changed</source>
+        <translation>Nichts geändert</translation>
     </message>
     <message>
         <source>Not available now</source>
@@ -1036,6 +1148,10 @@
         <translation>Original</translation>
     </message>
     <message>
+        <source>Other camera</source>
+        <translation>Andere Kamera</translation>
+    </message>
+    <message>
         <source>PDF Print</source>
         <translation>PDF für Druck</translation>
     </message>
@@ -1054,6 +1170,14 @@
     <message>
         <source>Paste</source>
         <translation>Einfügen</translation>
+    </message>
+    <message>
+        <source>Pause</source>
+        <translation>Pause</translation>
+    </message>
+    <message>
+        <source>Pause or go on</source>
+        <translation>Anhalten oder weiter</translation>
     </message>
     <message>
         <source>Penguin</source>
@@ -1148,12 +1272,24 @@
         <translation>Tanne</translation>
     </message>
     <message>
+        <source>PipeWire isn’t running</source>
+        <translation>PipeWire läuft nicht</translation>
+    </message>
+    <message>
         <source>Pizza</source>
         <translation>Pizza</translation>
     </message>
     <message>
+        <source>Place in the movie</source>
+        <translation>Stelle im Film</translation>
+    </message>
+    <message>
         <source>Plants</source>
         <translation>Pflanzen</translation>
+    </message>
+    <message>
+        <source>Play</source>
+        <translation>Abspielen</translation>
     </message>
     <message>
         <source>Please Wait...</source>
@@ -1166,6 +1302,10 @@
     <message>
         <source>Please select 3 photos</source>
         <translation>Bitte wählen Sie 3 Fotos</translation>
+    </message>
+    <message>
+        <source>Plug one in, and it goes on here.</source>
+        <translation>Schließen Sie eine an, dann geht es hier weiter.</translation>
     </message>
     <message>
         <source>Plum</source>
@@ -1232,6 +1372,10 @@
         <translation>Stickergröße ändern</translation>
     </message>
     <message>
+        <source>Retake</source>
+        <translation>Noch einmal</translation>
+    </message>
+    <message>
         <source>Rice</source>
         <translation>Reis</translation>
     </message>
@@ -1276,6 +1420,10 @@
         <translation>Kopie sichern</translation>
     </message>
     <message>
+        <source>Save a still</source>
+        <translation>Standbild sichern</translation>
+    </message>
+    <message>
         <source>Save as</source>
         <translation>Sichern als</translation>
     </message>
@@ -1286,6 +1434,10 @@
     <message>
         <source>Save here</source>
         <translation>Hier sichern</translation>
+    </message>
+    <message>
+        <source>Save still</source>
+        <translation>Standbild sichern</translation>
     </message>
     <message>
         <source>Saved</source>
@@ -1326,6 +1478,10 @@
     <message>
         <source>Shades</source>
         <translation>Sonnenbrille</translation>
+    </message>
+    <message>
+        <source>Share</source>
+        <translation>Teilen</translation>
     </message>
     <message>
         <source>Share it</source>
@@ -1384,6 +1540,10 @@
         <translation>Stern</translation>
     </message>
     <message>
+        <source>Starting the camera…</source>
+        <translation>Die Kamera startet …</translation>
+    </message>
+    <message>
         <source>Stays in place</source>
         <translation>Bleibt am Platz</translation>
     </message>
@@ -1400,6 +1560,10 @@
         <translation>Sticker</translation>
     </message>
     <message>
+        <source>Still</source>
+        <translation>Standbild</translation>
+    </message>
+    <message>
         <source>Store raster graphics information.</source>
         <translation>Speichert Rastergrafiken.</translation>
     </message>
@@ -1410,6 +1574,10 @@
     <message>
         <source>Strawberry</source>
         <translation>Erdbeere</translation>
+    </message>
+    <message>
+        <source>Strength</source>
+        <translation>Stärke</translation>
     </message>
     <message>
         <source>Suggested</source>
@@ -1468,6 +1636,10 @@
         <translation>Foto aufnehmen</translation>
     </message>
     <message>
+        <source>Take it again</source>
+        <translation>Noch einmal aufnehmen</translation>
+    </message>
+    <message>
         <source>Take out</source>
         <translation>Entfernen</translation>
     </message>
@@ -1506,6 +1678,14 @@
     <message>
         <source>The blend</source>
         <translation>Die Überblendung</translation>
+    </message>
+    <message>
+        <source>The camera has stopped</source>
+        <translation>Die Kamera ist stehen geblieben</translation>
+    </message>
+    <message>
+        <source>The clip was not saved</source>
+        <translation>Das Video wurde nicht gesichert</translation>
     </message>
     <message>
         <source>The collage</source>
@@ -1552,12 +1732,20 @@
         <translation>Das Foto ist beschädigt</translation>
     </message>
     <message>
+        <source>The photo that you took</source>
+        <translation>Das aufgenommene Foto</translation>
+    </message>
+    <message>
         <source>The picture</source>
         <translation>Das Bild</translation>
     </message>
     <message>
         <source>The picture, to the clipboard</source>
         <translation>Das Bild, in die Zwischenablage</translation>
+    </message>
+    <message>
+        <source>The still was not saved</source>
+        <translation>Das Standbild wurde nicht gesichert</translation>
     </message>
     <message>
         <source>Their photos belong to the library, beside those in your own folder.</source>
@@ -1644,6 +1832,10 @@
         <translation>Dreiecke um die Mitte</translation>
     </message>
     <message>
+        <source>Try again</source>
+        <translation>Noch einmal versuchen</translation>
+    </message>
+    <message>
         <source>Tulip</source>
         <translation>Tulpe</translation>
     </message>
@@ -1704,6 +1896,10 @@
         <translation>Version %1</translation>
     </message>
     <message>
+        <source>Waiting for the picture</source>
+        <translation>Warten auf das Bild</translation>
+    </message>
+    <message>
         <source>Warm</source>
         <translation>Warm</translation>
     </message>
@@ -1722,6 +1918,10 @@
     <message>
         <source>Whale</source>
         <translation>Wal</translation>
+    </message>
+    <message>
+        <source>What the camera sees</source>
+        <translation>Was die Kamera sieht</translation>
     </message>
     <message>
         <source>Where it was saved</source>
@@ -1758,6 +1958,10 @@
     <message>
         <source>Your folders are not shown to Lamina here. The photos that you choose in your system’s own window are.</source>
         <translation>Ihre Ordner werden Lamina hier nicht gezeigt. Fotos, die Sie im Fenster Ihres Systems wählen, schon.</translation>
+    </message>
+    <message>
+        <source>Your system asks whether Lamina may use the camera.</source>
+        <translation>Ihr System fragt, ob Lamina die Kamera benutzen darf.</translation>
     </message>
     <message>
         <source>Your work can’t be kept safe: %1</source>
@@ -1840,8 +2044,16 @@
         <translation>ein anderer Prozess setzt sie instand</translation>
     </message>
     <message>
+        <source>another still is being taken</source>
+        <translation>es wird schon ein Foto aufgenommen</translation>
+    </message>
+    <message>
         <source>brightness</source>
         <translation>Helligkeit</translation>
+    </message>
+    <message>
+        <source>camera photo</source>
+        <translation>Kamerafoto</translation>
     </message>
     <message>
         <source>can&apos;t be written</source>
@@ -1902,6 +2114,10 @@
     <message>
         <source>it can&apos;t be mended</source>
         <translation>sie lässt sich nicht instand setzen</translation>
+    </message>
+    <message>
+        <source>it gives no picture</source>
+        <translation>sie liefert kein Bild</translation>
     </message>
     <message>
         <source>it is damaged again and again</source>
@@ -2064,6 +2280,14 @@
         <translation>die Unterstützung für SQLite ist nicht installiert</translation>
     </message>
     <message>
+        <source>support for cameras can&apos;t be loaded</source>
+        <translation>die Unterstützung für Kameras lässt sich nicht laden</translation>
+    </message>
+    <message>
+        <source>support for cameras is not installed</source>
+        <translation>die Unterstützung für Kameras ist nicht installiert</translation>
+    </message>
+    <message>
         <source>support for videos can&apos;t be loaded</source>
         <translation>die Unterstützung für Videos kann nicht geladen werden</translation>
     </message>
@@ -2078,6 +2302,22 @@
     <message>
         <source>the FFmpeg that is installed can&apos;t write H.264</source>
         <translation>das installierte FFmpeg kann kein H.264 schreiben</translation>
+    </message>
+    <message>
+        <source>the camera gives no picture</source>
+        <translation>die Kamera liefert kein Bild</translation>
+    </message>
+    <message>
+        <source>the camera isn’t running</source>
+        <translation>die Kamera läuft nicht</translation>
+    </message>
+    <message>
+        <source>the camera service stopped</source>
+        <translation>der Kameradienst ist ausgefallen</translation>
+    </message>
+    <message>
+        <source>the camera was unplugged</source>
+        <translation>die Kamera wurde abgezogen</translation>
     </message>
     <message>
         <source>the clip holds no picture</source>
@@ -2228,6 +2468,10 @@
         <translation>Es laufen zu viele Threads</translation>
     </message>
     <message>
+        <source>there is no camera</source>
+        <translation>es gibt keine Kamera</translation>
+    </message>
+    <message>
         <source>there is no file</source>
         <translation>es gibt keine Datei</translation>
     </message>
@@ -2244,6 +2488,10 @@
         <translation>es gibt kein Bild</translation>
     </message>
     <message>
+        <source>there is no picture in it</source>
+        <translation>es ist kein Bild darin</translation>
+    </message>
+    <message>
         <source>there is no picture in the movie</source>
         <translation>Der Film enthält kein Bild</translation>
     </message>
@@ -2258,6 +2506,10 @@
     <message>
         <source>there is something of that name</source>
         <translation>es gibt schon etwas mit diesem Namen</translation>
+    </message>
+    <message>
+        <source>this is no movie</source>
+        <translation>das ist kein Film</translation>
     </message>
     <message>
         <source>this is not the name of a file</source>

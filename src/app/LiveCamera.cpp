@@ -1,5 +1,6 @@
 #include "app/LiveCamera.h"
 
+#include "gpu/core/GPUImageOutput.h"
 #include "gpu/endpoints/GPUImageVideoCamera.h"
 #include "platform/base/CGGeometry.h"
 #include "platform/base/DispatchQueue.h"

@@ -34,7 +34,10 @@ AppScreen {
             controller.back()
     }
     onWindowShownChanged: controller.setWindowShown(windowShown)
-    Component.onCompleted: controller.setWindowShown(windowShown)
+    Component.onCompleted: {
+        controller.setWindowShown(windowShown)
+        canvas.focus = true // lists in panels ask for it too
+    }
     Keys.onPressed: event => {
         const commands = { pausePicture: () => controller.togglePaused(), still: () => controller.takeStill(),
                            clip: () => controller.toggleClip(), compare: () => controller.toggleComparing() }

@@ -54,6 +54,7 @@ SidePanel {
                 width: parent.width
                 height: contentHeight
                 interactive: false
+                focus: false // the picture has it first
                 name: qsTranslate("Lamina", "Filter")
                 model: panel.controller.thumbnails
                 style: panel.thumbnails

@@ -10,6 +10,7 @@
 #include "platform/image/drawing/SquareCrop.h"
 #include "platform/media/AVCaptureDevice.h"
 #include "platform/media/AVCaptureTypes.h"
+#include "platform/media/capture/CaptureService.h"
 #include "platform/photos/PhotoSource.h"
 #include "platform/view/FailureAlert.h"
 #include "platform/view/UIApplication.h"
@@ -259,10 +260,10 @@ void LiveViewController::update()
         if (const Outcome started = m_source->start(); !started)
             stopFor(started.error());
         emit sourceChanged();
-    } else if (!should && m_source->isRunning() && !m_frames->isExpecting()) {
+    } else if (!should && m_source->isRunning() &&
+               (!m_frames->isExpecting() || !isAppearing() || !m_windowShown || m_error)) {
         m_source->stop();
-    } else if (!should && m_source->isRunning() && (!isAppearing() || !m_windowShown)) {
-        m_source->stop();
+        m_frames->pushAgain(); // filters may have changed since it came
     }
     emit runChanged();
 }
@@ -302,7 +303,8 @@ void LiveViewController::waitForCamera()
     setState(Starting);
     m_patience = DispatchTimer(DispatchQueue::main(), kPatience, [this] {
         if (shouldRun() && camera() && !m_source->isRunning())
-            stopFor({{}, QT_TRANSLATE_NOOP("Lamina", "there is no camera")});
+            stopFor(CaptureService::shared().error().value_or(
+                Error{{}, QT_TRANSLATE_NOOP("Lamina", "there is no camera")}));
     });
 }
 
@@ -349,7 +351,10 @@ QString LiveViewController::trouble() const
 {
     if (!m_error)
         return {};
-    return QString::fromStdString(failureText(*m_error));
+    QString text = QString::fromStdString(failureText(*m_error));
+    if (m_error->subject.empty() && !text.isEmpty())
+        text = text.front().toUpper() + text.mid(1) + QLatin1Char('.'); // a cause alone is no sentence yet
+    return text;
 }
 
 void LiveViewController::openSettings()

@@ -58,8 +58,11 @@ void YMSPhotoPickerViewController::camerasChanged()
 void YMSPhotoPickerViewController::reloadCameraUnlessRunning()
 {
     m_takesPhoto = false;
-    if (const auto camera = session(); !camera || !camera->isRunning())
-        m_grid.reloadItem(kCameraItem);
+    if (const auto camera = session(); camera && camera->isRunning())
+        return;
+    if (YMSCameraCell* const tile = cameraTile())
+        tile->closeCamera(); // one that has ended is opened anew
+    m_grid.reloadItem(kCameraItem);
 }
 
 void YMSPhotoPickerViewController::imagePickerControllerDidCancel(UIImagePickerController& picker)

@@ -188,9 +188,9 @@ TEST_F(LiveScreen, RecordsWhatIsSeen)
     EXPECT_TRUE(live->trouble().contains("unplugged"));
     const std::string path = clip();
     const auto times = frameTimes(path);
-    EXPECT_GE(times.size(), 10u);
+    ASSERT_GE(times.size(), 2u) << "what comes faster than it can be encoded is left out";
     EXPECT_LT(times.back(), 2) << "the pause is left out";
-    const Rgba gray = middle(decodedFrame(path, 3));
+    const Rgba gray = middle(decodedFrame(path, 0));
     EXPECT_NEAR(gray[0], gray[2], 4);
 
     AVCaptureDevice::devicesDidChange();

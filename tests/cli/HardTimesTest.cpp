@@ -44,7 +44,8 @@ protected:
     {
         return shell("rm -f in out.png; mkfifo in; " + before +
                      " '" LAMINA_COMMAND "' op invert -i - -o out.png <in & " + "exec 3>in; sleep 0.5; kill -" +
-                     signal + " $!; cat small.png 2>/dev/null >&3; exec 3>&-; wait $!; echo $?; " + "ls | grep out.png");
+                     signal + " $!; cat small.png 2>/dev/null >&3; exec 3>&-; wait $!; echo $?; " +
+                     "ls | grep out.png");
     }
 
     const std::vector<std::string> m_work = {

@@ -10,7 +10,10 @@
 
 #include <cstdlib>
 #include <functional>
+#include <memory>
+#include <optional>
 #include <utility>
+#include <vector>
 
 namespace lamina::test {
 namespace {
@@ -24,6 +27,7 @@ protected:
     {
         options.screen = "live";
         open(std::move(options));
+        served.emplace(std::vector<std::shared_ptr<AVCaptureDevice>>{camera}); // in the place of the window's own
         ASSERT_TRUE(driver->waitFor<LiveViewController>());
         live = driver->top<LiveViewController>();
     }
@@ -49,7 +53,7 @@ protected:
     }
 
     const std::shared_ptr<StandInCamera> camera = std::make_shared<StandInCamera>();
-    const ServedCameras served{{camera}};
+    std::optional<ServedCameras> served;
     std::shared_ptr<LiveViewController> live;
     int frame = 0;
 };

@@ -100,6 +100,7 @@ TEST_F(PhotoPickerCamera, ShowsWhatItSeesInItsTileWhereItMayAndCan)
 TEST_F(PhotoPickerCamera, HasItsTileToItselfOnlyWhileThatIsSeen)
 {
     open(2);
+    settle();
     EXPECT_EQ(use->running(), 1);
     picker->tapItem(0);
     settle();

@@ -91,8 +91,8 @@ void shootLive(const LaunchOptions& options, const QString& prefix)
     const auto camera = std::make_shared<StandInCamera>();
     const auto other = std::make_shared<StandInCamera>();
     other->name = "other";
-    const ServedCameras served({camera, other});
     Shooter shooter(options, prefix);
+    const ServedCameras served({camera, other}); // in the place of the window's own
     presentLive(*shooter.driver().top<ViewController>());
     shooter.driver().waitFor<LiveViewController>();
     const auto live = shooter.driver().top<LiveViewController>();

@@ -163,7 +163,7 @@ def collect(code, name, module=""):
     its folder below src/: the command's messages stay English, so that scripts can rely on them, and with them those of
     the filter graph: a screen says in words of its own that a filter gave no picture."""
     stream, unknown = tokens(code), []
-    stays_english = module == "cli" or module == "platform/gl" or module.startswith("gpu/")
+    stays_english = module.split("/")[0] == "cli" or module == "platform/gl" or module.startswith("gpu/")
     texts = set()
     if not stays_english:
         texts = named_causes(stream) | causes(stream, module.startswith(("platform/image", "platform/files", "platform/media")))

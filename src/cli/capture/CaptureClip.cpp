@@ -117,6 +117,9 @@ public:
             clip.warnings.push_back({m_job.output, first});
         if (clip.end.code == ExitCode::Good)
             clip.cutShort = brokenOff();
+        m_pipeline.reset();
+        letGoAsLast(m_camera);
+        letGoAsLast(m_writer); // it is held while its end is told
         return clip;
     }
 

@@ -1,6 +1,7 @@
 #include "cli/capture/CaptureStill.h"
 
 #include "cli/filters/FilterDrawing.h"
+#include "cli/movie/MovieWriting.h"
 #include "gpu/core/DrawingFailures.h"
 #include "gpu/core/GPUImageFilter.h"
 #include "gpu/core/GPUImageFilterPipeline.h"
@@ -77,17 +78,21 @@ CapturedStill captureStill(const CaptureJob& job)
 {
     if (const Outcome possible = drawingIsPossible(); !possible)
         return failed(possible.error(), ExitCode::Failed);
-    const Result<std::shared_ptr<GPUImageStillCamera>> camera =
+    Result<std::shared_ptr<GPUImageStillCamera>> made =
         GPUImageStillCamera::make(kAVCaptureSessionPresetPhoto, job.camera);
-    if (!camera)
-        return failed(job.ofCamera(camera.error()), ExitCode::Input);
-    (*camera)->followDeviceOrientation();
-    const Result<std::unique_ptr<GPUImageFilterPipeline>> pipeline = job.chain->connect(*camera);
+    if (!made)
+        return failed(job.ofCamera(made.error()), ExitCode::Input);
+    std::shared_ptr<GPUImageStillCamera> camera = *std::move(made);
+    camera->followDeviceOrientation();
+    Result<std::unique_ptr<GPUImageFilterPipeline>> pipeline = job.chain->connect(camera);
     if (!pipeline)
         return failed(pipeline.error(), ExitCode::Failed);
     if (job.chain->isEmpty())
         (*pipeline)->addFilter(std::make_shared<GPUImageFilter>()); // of which the picture is taken
-    return takeStill(**camera, (*pipeline)->filters().back(), job);
+    CapturedStill still = takeStill(*camera, (*pipeline)->filters().back(), job);
+    pipeline->reset();
+    letGoAsLast(camera); // it is held while the still is handed over
+    return still;
 }
 
 } // namespace lamina

@@ -24,14 +24,12 @@
 #include "platform/media/AVAssetReader.h"
 
 #include <algorithm>
-#include <chrono>
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <optional>
 #include <string>
-#include <thread>
 #include <utility>
 #include <vector>
 
@@ -143,7 +141,9 @@ public:
         MovieEnd ended = end();
         m_writer->setCompletionBlock({});
         m_writer->setFailureBlock({});
-        letGoOfMovie();
+        m_pipeline.reset();
+        letGoAsLast(m_movie);
+        letGoAsLast(m_writer); // it is held while its end is told
         return ended;
     }
 
@@ -226,17 +226,6 @@ private:
         MovieEnd ended = endOf(m_job.asset->path(), m_movie->error(), controlOf(m_writer), m_told->progress);
         // Frames that were on their way until then are written by now.
         return ended.code == ExitCode::Good && m_errors.hasLostPieces() ? lost() : ended;
-    }
-
-    /// Waits until no thread that reads holds the movie any more: it ends here, not while the process does.
-    void letGoOfMovie()
-    {
-        constexpr auto kPause = std::chrono::milliseconds(1);
-        constexpr int kMostPauses = 5000; // a decoder that hangs is no reason to stay
-        m_pipeline.reset();
-        for (int pauses = 0; m_movie.use_count() > 1 && pauses < kMostPauses; ++pauses)
-            std::this_thread::sleep_for(kPause);
-        m_movie.reset();
     }
 
     const MovieJob& m_job;

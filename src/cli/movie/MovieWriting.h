@@ -5,10 +5,12 @@
 #include "platform/base/Log.h"
 #include "platform/base/Result.h"
 
+#include <chrono>
 #include <memory>
 #include <mutex>
 #include <string>
 #include <string_view>
+#include <thread>
 
 namespace lamina {
 
@@ -21,6 +23,18 @@ Result<int> parseMovieQuality(const std::string& text);
 
 /// The end of a graph's writer.
 WriterControl controlOf(const std::shared_ptr<GPUImageMovieWriter>& writer);
+
+/// Waits until no other thread holds it any more, a decoder that hangs for some seconds, and lets go of it: what a
+/// movie consists of ends here, not while the process does.
+template <class Part>
+void letGoAsLast(std::shared_ptr<Part>& part)
+{
+    constexpr std::chrono::milliseconds kPause{1};
+    constexpr int kMostPauses = 5000;
+    for (int pauses = 0; part.use_count() > 1 && pauses < kMostPauses; ++pauses)
+        std::this_thread::sleep_for(kPause);
+    part.reset();
+}
 
 /// Takes the place of the log while a movie is written: what fails is told by the command, and only what nobody else
 /// tells of is kept. One at a time.

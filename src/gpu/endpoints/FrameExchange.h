@@ -44,10 +44,12 @@ public:
 
     /// Called whenever there is another geometry, by whoever brought it. To be set before all else.
     void setGeometryChanged(std::function<void()> handler) { m_geometryChanged = std::move(handler); }
-    /// Main thread.
+    /// The view's, in points. Main thread.
     void setBounds(CGSize bounds);
+    /// A copy of what is known now.
     DisplayGeometry geometry() const;
 
+    /// Default: all of the frame is seen.
     GPUImageFillMode fillMode() const;
     void setFillMode(GPUImageFillMode fillMode);
     /// Red, green, blue and alpha, 0 to 1.

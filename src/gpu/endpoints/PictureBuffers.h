@@ -19,6 +19,7 @@ public:
     std::uint8_t* begin(IntSize size);
     /// The picture of what was written since.
     CGImage end();
+    /// Forgets all memory; what is still read stays with its readers.
     void letGo();
 
 private:

@@ -119,7 +119,7 @@ protected:
     void ended(const Error& error) override;
 
 private:
-    void finish(Result<CMSampleBuffer> still);
+    void finish(int number, Result<CMSampleBuffer> still);
 
     std::atomic<CVPixelFormat> m_pixelFormat{CVPixelFormat::BGRA};
     mutable std::mutex m_mutex; ///< for what follows

@@ -28,11 +28,13 @@ bool isForStills(const AVCaptureOutput& output)
 
 } // namespace
 
-/// An input, and how it runs. Started and stopped under the configuration's mutex; `hasEnded` belongs to the other.
+/// An input, and how it runs. Started and stopped under the configuration's mutex; what is said to be belongs to the
+/// other.
 struct AVCaptureSession::Running {
     std::shared_ptr<AVCaptureDeviceInput> input;
     bool isStarted = false;
-    bool hasEnded = false;
+    bool hasEnded = false;                        ///< the other's
+    const AVCaptureOutput* stillOutput = nullptr; ///< for whose still it was started, if any; the other's
     AVCaptureRequest request;
 
     AVTrackMediaType type() const { return input->device()->mediaType(); }
@@ -127,6 +129,8 @@ void AVCaptureSession::removeOutput(const std::shared_ptr<AVCaptureOutput>& outp
         const std::scoped_lock lock(m_mutex);
         if (std::erase(m_outputs, output) == 0)
             return;
+        if (m_stillOutput == output.get())
+            m_stillOutput = nullptr;
     }
     {
         const std::scoped_lock lock(output->m_sessionMutex);
@@ -235,11 +239,16 @@ void AVCaptureSession::applyChanges()
     }
     for (const auto& [running, hadEnded] : all) {
         const AVCaptureRequest request = requestFor(*running->input);
-        if (running->isStarted && !hadEnded && isTheSame(*running->input->device(), running->request, request))
-            continue;
-        if (running->isStarted)
+        const bool goesOn =
+            running->isStarted && !hadEnded && isTheSame(*running->input->device(), running->request, request);
+        if (running->isStarted && !goesOn)
             running->input->stop();
-        start(*running, request);
+        {
+            const std::scoped_lock lock(m_mutex);
+            running->stillOutput = m_stillOutput;
+        }
+        if (!goesOn)
+            start(*running, request);
     }
 }
 
@@ -250,14 +259,15 @@ AVCaptureRequest AVCaptureSession::requestFor(const AVCaptureDeviceInput& input)
     if (input.device()->mediaType() != AVTrackMediaType::Video)
         return request;
     // Those that get frames now come first.
-    for (const bool forStills : {!m_takesStill, m_takesStill}) {
+    const bool takesStill = m_stillOutput != nullptr;
+    for (const bool forStills : {!takesStill, takesStill}) {
         for (const auto& output : std::views::reverse(m_outputs)) {
             if (isForStills(*output) == forStills)
                 request.pixelFormat = output->pixelFormat().value_or(request.pixelFormat);
         }
     }
     request.frameRate = m_frameRate;
-    if (m_takesStill)
+    if (takesStill)
         return request;
     request.size = sizeOfCaptureSessionPreset(m_preset);
     if (request.size == IntSize())
@@ -270,28 +280,30 @@ void AVCaptureSession::start(Running& running, const AVCaptureRequest& request)
     running.isStarted = true;
     running.request = request;
     // None of these is called any more once the input has been stopped, which this outlives.
-    running.input->start(
-        request, {[this, device = running.input->device()](const CMSampleBuffer& sample) { deliver(*device, sample); },
-                  [this, input = std::weak_ptr(running.input)](const Error& error) {
-                      if (const auto ended = input.lock())
-                          inputEnded(ended, error);
-                  }});
+    running.input->start(request, {[this, &running](const CMSampleBuffer& sample) { deliver(running, sample); },
+                                   [this, input = std::weak_ptr(running.input)](const Error& error) {
+                                       if (const auto ended = input.lock())
+                                           inputEnded(ended, error);
+                                   }});
 }
 
-void AVCaptureSession::deliver(const AVCaptureDevice& device, const CMSampleBuffer& sample)
+/// A frame of what the camera has been before it goes over to a still, or comes back, is nobody's.
+void AVCaptureSession::deliver(const Running& running, const CMSampleBuffer& sample)
 {
-    const AVTrackMediaType type = device.mediaType();
+    const AVTrackMediaType type = running.type();
     std::vector<std::shared_ptr<AVCaptureOutput>> heard;
     {
         const std::scoped_lock lock(m_mutex);
+        if (type == AVTrackMediaType::Video && running.stillOutput != m_stillOutput)
+            return;
         for (const auto& output : m_outputs) {
-            if (output->mediaType() == type &&
-                (type == AVTrackMediaType::Audio || isForStills(*output) == m_takesStill))
+            if (output->mediaType() == type && (type == AVTrackMediaType::Audio || output.get() == m_stillOutput ||
+                                                (!m_stillOutput && !isForStills(*output))))
                 heard.push_back(output);
         }
     }
     for (const auto& output : heard)
-        output->take(sample, device);
+        output->take(sample, *running.input->device());
 }
 
 void AVCaptureSession::inputEnded(const std::shared_ptr<AVCaptureDeviceInput>& input, const Error& error)
@@ -312,27 +324,31 @@ void AVCaptureSession::inputEnded(const std::shared_ptr<AVCaptureDeviceInput>& i
         handler(error);
 }
 
-Outcome AVCaptureSession::beginStill()
+Outcome AVCaptureSession::beginStill(const AVCaptureOutput& output)
 {
     const std::scoped_lock configuration(m_configurationMutex);
     {
         const std::scoped_lock lock(m_mutex);
         const bool hasCamera = std::ranges::any_of(
             m_inputs, [](const auto& running) { return running->type() == AVTrackMediaType::Video; });
-        if (!m_running || !hasCamera)
+        const bool isOurs = std::ranges::any_of(m_outputs, [&](const auto& each) { return each.get() == &output; });
+        if (!m_running || !hasCamera || !isOurs)
             return Error{{}, "the camera isn’t running"};
-        m_takesStill = true;
+        if (m_stillOutput)
+            return Error{{}, "another still is being taken"};
+        m_stillOutput = &output;
     }
     applyChanges();
     return success();
 }
 
-void AVCaptureSession::endStill()
+void AVCaptureSession::endStill(const AVCaptureOutput& output)
 {
     const std::scoped_lock configuration(m_configurationMutex);
     {
         const std::scoped_lock lock(m_mutex);
-        m_takesStill = false;
+        if (m_stillOutput == &output)
+            m_stillOutput = nullptr;
     }
     applyChanges();
 }

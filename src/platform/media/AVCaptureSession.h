@@ -74,11 +74,11 @@ private:
     void applyChanges();
     AVCaptureRequest requestFor(const AVCaptureDeviceInput& input) const;
     void start(Running& running, const AVCaptureRequest& request);
-    void deliver(const AVCaptureDevice& device, const CMSampleBuffer& sample);
+    void deliver(const Running& running, const CMSampleBuffer& sample);
     void inputEnded(const std::shared_ptr<AVCaptureDeviceInput>& input, const Error& error);
     // Of a still output: the camera goes to its largest size, and comes back.
-    Outcome beginStill();
-    void endStill();
+    Outcome beginStill(const AVCaptureOutput& output);
+    void endStill(const AVCaptureOutput& output);
 
     /// Devices are started and stopped under this one alone, so that their handlers may take the other.
     mutable std::recursive_mutex m_configurationMutex;
@@ -89,7 +89,7 @@ private:
     double m_frameRate = 0;
     int m_configurations = 0;
     bool m_running = false;
-    bool m_takesStill = false;
+    const AVCaptureOutput* m_stillOutput = nullptr; ///< one of the outputs, which takes a still
     EndHandler m_endHandler;
 };
 

@@ -37,49 +37,56 @@ void AVCaptureStillImageOutput::captureStillImageAsynchronously(Completion compl
     if (completion)
         return completion(Error{{}, "another still is being taken"});
     const auto self = std::static_pointer_cast<AVCaptureStillImageOutput>(shared_from_this());
-    m_queue.async([self] {
+    m_queue.async([self, still] {
         const auto from = self->session();
-        const Outcome begun = from ? from->beginStill() : Outcome(Error{{}, "the camera isn’t running"});
+        const Outcome begun = from ? from->beginStill(*self) : Outcome(Error{{}, "the camera isn’t running"});
         if (!begun)
-            self->finish(begun.error());
+            self->finish(still, begun.error());
     });
     m_queue.after(kPatience, [weak = std::weak_ptr(self), still] {
-        const auto output = weak.lock();
-        const auto isWaited = [&] {
-            const std::scoped_lock lock(output->m_mutex);
-            return output->m_completion && output->m_still == still;
-        };
-        if (output && isWaited())
-            output->finish(Error{{}, "the camera gives no picture"});
+        if (const auto output = weak.lock())
+            output->finish(still, Error{{}, "the camera gives no picture"});
     });
 }
 
 void AVCaptureStillImageOutput::take(const CMSampleBuffer& sample, const AVCaptureDevice&)
 {
+    int still = 0;
     {
         const std::scoped_lock lock(m_mutex);
         if (!m_settling || !m_settling->isSettledWith(sample))
             return;
         m_settling.reset();
+        still = m_still;
     }
     const auto self = std::static_pointer_cast<AVCaptureStillImageOutput>(shared_from_this());
-    m_queue.async([self, sample] { self->finish(sample); });
+    m_queue.async([self, still, sample] { self->finish(still, sample); });
 }
 
 void AVCaptureStillImageOutput::ended(const Error& error)
 {
     const auto self = std::static_pointer_cast<AVCaptureStillImageOutput>(shared_from_this());
-    if (isCapturingStillImage())
-        m_queue.async([self, error] { self->finish(error); });
+    int still = 0;
+    {
+        const std::scoped_lock lock(m_mutex);
+        if (!m_completion)
+            return;
+        still = m_still;
+    }
+    m_queue.async([self, still, error] { self->finish(still, error); });
 }
 
-/// On the queue: the camera goes back first, so that who hears of the still finds it running.
-void AVCaptureStillImageOutput::finish(Result<CMSampleBuffer> still)
+/// On the queue, for the still of that number: the camera goes back first, so that who hears of the still finds it
+/// running.
+void AVCaptureStillImageOutput::finish(int number, Result<CMSampleBuffer> still)
 {
-    if (!isCapturingStillImage())
-        return;
+    {
+        const std::scoped_lock lock(m_mutex);
+        if (!m_completion || m_still != number)
+            return;
+    }
     if (const auto from = session())
-        from->endStill();
+        from->endStill(*this);
     Completion completion;
     {
         const std::scoped_lock lock(m_mutex);

@@ -192,8 +192,7 @@ void AssetWriting::setKind(std::size_t input, const MovieWriting::TrackKind& kin
 bool AssetWriting::isReady(const Input& input) const
 {
     const bool isLiveSound = input.kind.realTime && input.type == AVTrackMediaType::Audio;
-    if (!isWriting() || input.isEnded ||
-        input.waiting.size() >= (isLiveSound ? kMostWaitingLiveSound : kMostWaiting))
+    if (!isWriting() || input.isEnded || input.waiting.size() >= (isLiveSound ? kMostWaitingLiveSound : kMostWaiting))
         return false;
     return input.kind.realTime || input.waiting.empty() ||
            (input.waiting.size() + 1) * bytesOf(input.waiting.back().imageBuffer) <= kMostBytes;

@@ -13,7 +13,7 @@ namespace lamina {
 namespace {
 
 constexpr double kAlike = 2.5;  // steps of 255
-constexpr int kFramesAlike = 3; // what follows one another alike
+constexpr int kFramesAlike = 5; // what follows one another alike
 constexpr double kPatience = 1.5;
 constexpr int kSamplesAcross = 32;
 
@@ -43,11 +43,15 @@ bool ExposureSettling::isSettledWith(const CMSampleBuffer& frame)
         return false;
     const double brightness = brightnessOf(*frame.imageBuffer);
     const double time = frame.presentationTime.seconds();
-    const double before = std::exchange(m_brightness, brightness).value_or(brightness);
     const bool isAsLarge = std::exchange(m_size, frame.imageBuffer->size()) == frame.imageBuffer->size();
-    m_alike = isAsLarge && std::abs(brightness - before) <= kAlike ? m_alike + 1 : 1;
-    if (!m_began)
+    if (!m_began || !isAsLarge)
         m_began = time;
+    if (isAsLarge && m_brightness && std::abs(brightness - *m_brightness) <= kAlike) {
+        ++m_alike;
+    } else {
+        m_alike = 1;
+        m_brightness = brightness;
+    }
     return m_alike >= kFramesAlike || time - *m_began > kPatience;
 }
 

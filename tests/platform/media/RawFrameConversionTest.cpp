@@ -110,11 +110,11 @@ TEST(RawFrameConversion, WhatIsNotThereIsNotRead)
     const IntSize size{64, 48};
     for (std::size_t i = 0; i < kRawEncodingNames.size(); ++i) {
         const auto encoding = static_cast<RawEncoding>(i);
-        auto bytes = rawBytesOf(smoothPicture(size, false), encoding);
+        const auto bytes = rawBytesOf(smoothPicture(size, false), encoding);
         const RawFrame whole = frameOf(bytes, size, encoding);
-        bytes.resize(bytes.size() - (encoding == RawEncoding::MJPG ? bytes.size() / 2 : 1));
-        bytes.shrink_to_fit();
-        std::vector<RawFrame> wrong{frameOf(bytes, size, encoding), whole, whole, whole};
+        const std::size_t left = bytes.size() - (encoding == RawEncoding::MJPG ? bytes.size() / 2 : 1);
+        const std::vector<std::uint8_t> cut(bytes.begin(), bytes.begin() + static_cast<std::ptrdiff_t>(left));
+        std::vector<RawFrame> wrong{frameOf(cut, size, encoding), whole, whole, whole};
         wrong[1].planes = {};
         wrong[2].planes[0].size = 3;
         if (encoding != RawEncoding::MJPG) {

@@ -23,9 +23,10 @@ namespace lamina {
 
 namespace {
 
-// Seconds. A node from which nothing comes is asked once more.
+// Seconds. A node from which nothing comes, or nothing any more, is asked once more.
 constexpr double kBeforeNewStart = 1.5;
-constexpr double kPatience = 6;  // after that
+constexpr double kPatience = 6; // after that
+constexpr double kStall = 3;
 constexpr double kForNews = 0.2; // that the node is gone is often told a moment later, and is the better word
 constexpr std::int64_t kSecond = 1'000'000'000;
 /// How far a buffer's own time may lie from now: some count from elsewhere.
@@ -168,7 +169,7 @@ bool PipeWireStream::connectToNode()
         return false;
     pw_stream_add_listener(m_stream.get(), &m_hook, &events, this);
     // A node may have lost the buffers of streams that have gone, and keeps them while its format stays what it was.
-    StreamOffers offers(m_isStartedAnew ? 29 : 30);
+    StreamOffers offers(m_starts % 2 == 0 ? 30 : 29);
     if (!isVideo()) {
         offers.addSound(node.channels());
     } else {
@@ -176,7 +177,7 @@ bool PipeWireStream::connectToNode()
             std::ranges::find_if(node.modes(), [&](const VideoMode& each) { return m_request.format == each.format; });
         if (mode != node.modes().end()) {
             const RawEncoding encoding = *encodingNamed(mode->format.encoding);
-            if (!m_isStartedAnew)
+            if (m_starts == 0)
                 offers.addVideo(encoding, mode->format.size, true, nearestRate(*mode, m_request.frameRate));
             offers.addVideo(encoding, mode->format.size, true, std::nullopt);
         }
@@ -199,22 +200,25 @@ void PipeWireStream::setTimer(double seconds)
     pw_loop_update_timer(pw_thread_loop_get_loop(m_connection.loop()), m_timer, &due, nullptr, false);
 }
 
-/// What waits for the moment outside the stream's own events, and for nothing having come.
+/// What waits for the moment outside the stream's own events, and for nothing having come for a while.
 void PipeWireStream::timeOut(void* data, std::uint64_t)
 {
     auto& self = *static_cast<PipeWireStream*>(data);
     if (self.m_isOver)
-        self.disconnect();
-    else if (self.m_failed)
-        self.end(self.m_failed);
-    else if (!self.m_hasCome)
-        self.startAnew();
+        return self.disconnect();
+    if (self.m_failed)
+        return self.end(self.m_failed);
+    if (!std::exchange(self.m_hasCome, false))
+        return self.startAnew();
+    self.m_isStartedAnew = false;
+    self.setTimer(kStall);
 }
 
 void PipeWireStream::startAnew()
 {
     if (std::exchange(m_isStartedAnew, true))
         return end(isVideo() ? "the camera gives no picture" : "the microphone gives no sound");
+    ++m_starts;
     disconnect();
     if (!m_connection.node(m_request.node) || !connectToNode())
         return end(isVideo() ? "the camera can’t be used" : "the microphone can’t be used");

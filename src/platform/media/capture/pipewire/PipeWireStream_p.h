@@ -54,7 +54,8 @@ private:
     AVTrackMediaType m_type = AVTrackMediaType::Video;
     std::string m_name;             ///< the node's, for errors
     const char* m_failed = nullptr; ///< why the stream ends with the timer
-    bool m_isStartedAnew = false;
+    bool m_isStartedAnew = false;   ///< and nothing has come since
+    int m_starts = 0;               ///< after the first
     bool m_isOver = false;
     bool m_hasCome = false;          ///< something that could be read
     std::optional<RawFrame> m_frame; ///< as agreed on, without its bytes
