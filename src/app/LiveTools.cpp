@@ -254,7 +254,7 @@ void LiveViewController::layOut(double width, double height)
         m_frames->pushAgain();
 }
 
-/// Without its part in the picture it gets no frames.
+/// Without its part in the picture it gets no frames, and what it covers whole is not drawn.
 void LiveViewController::layOutBefore()
 {
     if (!m_canvas)
@@ -263,6 +263,7 @@ void LiveViewController::layOutBefore()
     const double width = m_showsBefore ? size.width : m_comparing ? std::round(size.width * m_line) : 0;
     m_beforeClip->setFrame({0, 0, width, size.height});
     m_beforeClip->setHidden(width <= 0);
+    m_nowView->setHidden(width > 0 && width >= size.width);
     const bool needed = m_showsBefore || m_comparing;
     const bool isNew = needed && !m_beforeView->enabled();
     m_beforeView->setEnabled(needed);

@@ -72,6 +72,8 @@ public:
         }
         m_seconds = seconds;
         m_progress.count(time);
+        if (m_progress.frames() == 1)
+            DispatchQueue::main().async([] {}); // wakes who waits
         return true;
     }
     const MovieProgress& progress() const { return m_progress; }
@@ -113,8 +115,8 @@ public:
         clip.dropped = m_errors.droppedFrames();
         if (const std::string first = m_errors.first(); clip.end.code == ExitCode::Good && !first.empty())
             clip.warnings.push_back({m_job.output, first});
-        if (const std::optional<Error> error = m_state->cameraError(); error && clip.end.code == ExitCode::Good)
-            clip.cutShort = m_job.ofCamera(*error);
+        if (clip.end.code == ExitCode::Good)
+            clip.cutShort = brokenOff();
         m_pipeline.reset();
         letGoAsLast(m_camera);
         letGoAsLast(m_writer); // it is held while its end is told
@@ -131,7 +133,7 @@ private:
         if (!camera)
             return MovieEnd::failed(m_job.ofCamera(camera.error()), ExitCode::Input);
         m_camera = *std::move(camera);
-        m_camera->setFrameRate(m_job.frameRate);
+        m_camera->captureSession()->setFrameRate(m_job.frameRate);
         m_camera->followDeviceOrientation();
         m_camera->setEndHandler([state = m_state](const Error& error) { state->endByCamera(error); });
         Result<std::unique_ptr<GPUImageFilterPipeline>> pipeline = m_job.chain->connect(m_camera);
@@ -167,18 +169,41 @@ private:
         return MovieEnd::failed({m_job.drawerName(), "gives no picture: " + cause}, ExitCode::Failed);
     }
 
+    /// A frame can't be had twice: what was recorded before one failed is kept, and nothing is put behind it.
+    bool hasFailed() const { return m_failures.first() || m_errors.hasFailedPieces(); }
+
+    /// Why there is less than there should be.
+    std::optional<Error> brokenOff() const
+    {
+        if (const std::optional<std::string> cause = m_failures.first())
+            return noPicture(*cause).error;
+        if (m_errors.hasFailedPieces())
+            return Error{m_job.output, "a frame could not be written"};
+        const std::optional<Error> error = m_state->cameraError();
+        return error ? std::optional(m_job.ofCamera(*error)) : std::nullopt;
+    }
+
+    /// In frames a second; 0: nobody knows.
+    double plannedRate() const
+    {
+        const auto mode = m_job.camera->nearestFormat(m_job.size, m_job.frameRate);
+        if (m_job.frameRate <= 0 || !mode || mode->maxFrameRate <= 0)
+            return m_job.frameRate;
+        return std::clamp(m_job.frameRate, std::min(mode->minFrameRate, mode->maxFrameRate), mode->maxFrameRate);
+    }
+
     /// An error says why there is no sound, where there should be.
     Outcome startWriter()
     {
         m_writer = std::make_shared<GPUImageMovieWriter>(
             m_job.output, *m_gate->frameSize(), m_job.fileType,
-            GPUImageMovieWriterSettings{.crf = m_job.crf, .frameRate = static_cast<double>(m_job.frameRate)});
+            GPUImageMovieWriterSettings{.crf = m_job.crf, .frameRate = plannedRate()});
         m_writer->setFailureBlock([state = m_state](const Error&) { state->end(); });
         Outcome sound = success();
         const std::shared_ptr<AVCaptureDevice> microphone =
             m_job.isMute ? nullptr : AVCaptureDevice::defaultDevice(AVTrackMediaType::Audio);
-        const bool hasSound = microphone && m_camera->addAudioInputsAndOutputs();
-        if (hasSound)
+        m_soundWaits = microphone && m_camera->addAudioInputsAndOutputs();
+        if (m_soundWaits)
             m_writer->setHasAudioTrack(true);
         else if (microphone)
             sound = Error{microphone->localizedName(), "can't be opened; the clip has no sound"};
@@ -187,39 +212,50 @@ private:
             m_state->end();
             return sound;
         }
-        if (hasSound)
-            m_camera->setAudioEncodingTarget(m_writer);
         const double most = m_job.seconds > 0 ? m_job.seconds : std::numeric_limits<double>::infinity();
         runSynchronouslyOnVideoProcessingQueue([&] { // between two frames
-            m_gate->setHandler([state = m_state, writer = std::weak_ptr(m_writer), most](const CMTime& time) {
-                if (state->isOver() || state->take(time, most))
+            m_gate->setHandler([this, most](const CMTime& time) {
+                if (!m_state->isOver() && !hasFailed() && m_state->take(time, most))
                     return;
-                if (const auto held = writer.lock())
-                    held->setPaused(true); // this frame, and all sound from here on, is left out
+                m_state->end();
+                m_writer->setPaused(true); // this frame, and all sound from here on, is left out
             });
             last().addTarget(m_writer);
         });
         return sound;
     }
 
-    void record(const Interruptions& interruptions, const std::function<void(const CaptureProgress&)>& tell) const
+    /// Sound that came before the first frame would begin the clip.
+    void letSoundFollow()
+    {
+        if (!m_soundWaits || m_state->progress().frames() == 0)
+            return;
+        m_soundWaits = false;
+        runSynchronouslyOnVideoProcessingQueue([] {}); // behind the frame that is under way
+        m_camera->setAudioEncodingTarget(m_writer);
+    }
+
+    void record(const Interruptions& interruptions, const std::function<void(const CaptureProgress&)>& tell)
     {
         const Clock::time_point begin = Clock::now();
         const auto isLate = [&] {
             const std::chrono::duration<double> passed = Clock::now() - begin;
             return m_job.seconds > 0 && passed.count() > m_job.seconds + kGrace;
         };
-        while (interruptions.count() == 0 && !isLate() &&
-               !DispatchQueue::main().runUntil([this] { return m_state->isOver(); }, kPause))
+        const auto hasNews = [this] { return m_state->isOver() || (m_soundWaits && m_state->progress().frames() > 0); };
+        while (interruptions.count() == 0 && !isLate() && !m_state->isOver() && !hasFailed()) {
+            DispatchQueue::main().runUntil(hasNews, kPause);
+            letSoundFollow();
             tell({m_state->seconds(), m_state->progress().frames()});
+        }
     }
 
     void stop()
     {
-        m_gate->setHandler({});
         m_camera->setEndHandler({});
         m_camera->stopCameraCapture();
-        runSynchronouslyOnVideoProcessingQueue([] {}); // behind the frame that is under way
+        runSynchronouslyOnVideoProcessingQueue([] {}); // behind the frame that is under way, which counts
+        m_gate->setHandler({});
         m_writer->setFailureBlock({});
     }
 
@@ -227,15 +263,11 @@ private:
     {
         const WriterControl writing = controlOf(m_writer);
         const bool isOurs = !m_writer->error();
-        if (const std::optional<std::string> cause = m_failures.first(); cause && isOurs) {
+        const bool hasNothing = m_state->progress().frames() == 0;
+        if (const std::optional<std::string> cause = m_failures.first(); cause && isOurs && hasNothing) {
             writing.cancel();
             return noPicture(*cause);
         }
-        if (m_errors.hasFailedPieces() && isOurs) {
-            writing.cancel();
-            return MovieEnd::failed({m_job.output, "a frame could not be written"}, ExitCode::Output);
-        }
-        const bool hasNothing = m_state->progress().frames() == 0;
         const auto isUnwanted = [&] { return interruptions.count() > 1; };
         if (isOurs && (isUnwanted() || (hasNothing && interruptions.count() > 0))) {
             writing.cancel();
@@ -260,6 +292,7 @@ private:
     std::shared_ptr<GPUImageVideoCamera> m_camera;
     std::unique_ptr<GPUImageFilterPipeline> m_pipeline;
     std::shared_ptr<GPUImageMovieWriter> m_writer;
+    bool m_soundWaits = false; ///< for the first frame
 };
 
 } // namespace

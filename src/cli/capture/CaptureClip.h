@@ -26,7 +26,8 @@ struct CapturedClip {
 
 /// Records what the camera and, unless the job is mute, the first microphone give, through the job's filters: for as
 /// long as the job says, or until somebody asks the command to end, which keeps the clip; asked once more it leaves
-/// nothing. A camera that ends meanwhile ends the clip. `tell` is called ten times a second while it records.
+/// nothing. A camera that ends meanwhile ends the clip, and so does a frame that can't be drawn or written. `tell` is
+/// called ten times a second while it records.
 CapturedClip captureClip(const CaptureJob& job, const std::function<void(const CaptureProgress&)>& tell);
 
 } // namespace lamina

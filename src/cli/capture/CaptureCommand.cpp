@@ -129,7 +129,7 @@ Outcome CaptureCommand::checkClip()
     if (!quality)
         return quality.error();
     m_job.crf = *quality;
-    m_job.frameRate = static_cast<int>(std::lround(m_rate));
+    m_job.frameRate = m_rate;
     if (m_sizeText.empty())
         return success();
     const Result<IntSize> size = parsePixelSize(m_sizeText);
@@ -226,7 +226,7 @@ ExitCode CaptureCommand::tell(const CapturedClip& clip) const
     }
     if (!clip.cutShort)
         return ExitCode::Good;
-    return fail({clip.cutShort->subject, clip.cutShort->cause + "; what it gave until then is in " + m_job.output},
+    return fail({clip.cutShort->subject, clip.cutShort->cause + "; what was recorded until then is in " + m_job.output},
                 ExitCode::Failed);
 }
 

@@ -50,6 +50,12 @@ AVCaptureDevicePosition positionNamed(const std::string& typed)
     return equalIgnoringCase(typed, "back") ? AVCaptureDevicePosition::Back : AVCaptureDevicePosition::Unspecified;
 }
 
+Error ambiguousCamera(const std::string& typed, const Cameras& namesakes)
+{
+    return {beginning(typed), "several cameras have this name; they are told apart by their IDs, " +
+                                  listed(namesakes, &AVCaptureDevice::uniqueID)};
+}
+
 Error unknownCamera(const std::string& typed, const Cameras& all)
 {
     std::vector<std::string> names;
@@ -89,8 +95,7 @@ Result<std::shared_ptr<AVCaptureDevice>> cameraNamed(const std::string& typed)
         if (exact.size() == 1)
             return exact.front();
         if (exact.size() > 1)
-            return Error{beginning(typed), "several cameras have this name; they are told apart by their IDs, " +
-                                               listed(exact, &AVCaptureDevice::uniqueID)};
+            return ambiguousCamera(typed, exact);
     }
     if (const AVCaptureDevicePosition position = positionNamed(typed);
         position != AVCaptureDevicePosition::Unspecified) {
@@ -100,6 +105,8 @@ Result<std::shared_ptr<AVCaptureDevice>> cameraNamed(const std::string& typed)
     }
     const Cameras near = camerasThat(
         all, [&](const AVCaptureDevice& camera) { return equalIgnoringCase(camera.localizedName(), typed); });
+    if (near.size() > 1)
+        return ambiguousCamera(typed, near);
     return near.size() == 1 ? Result<std::shared_ptr<AVCaptureDevice>>(near.front()) : unknownCamera(typed, all);
 }
 

@@ -20,7 +20,7 @@ struct CaptureJob {
     std::string fileType; ///< of AVAssetWriter; empty: a still is taken
     int crf = 18;
     IntSize size{1280, 720}; ///< that the camera is asked for
-    int frameRate = 0;       ///< likewise; 0: what it likes
+    double frameRate = 0;    ///< likewise; 0: what it likes
     double seconds = 0;      ///< 0: until somebody ends it
     bool isMute = false;
 

@@ -69,7 +69,7 @@ void FrameDisplay::setInputSize(CGSize size)
 {
     m_inputImageSize = sizeRotatedBy(m_inputRotation, size);
     // The source has gone, and with it what it kept uncounted: the pool may give that to anybody.
-    if (m_inputImageSize == CGSize{} && !m_frame.framebuffer.isCounted())
+    if (m_inputImageSize == CGSize{} && (m_frame.isDrawn || !m_frame.framebuffer.isCounted()))
         m_frame.framebuffer.reset();
 }
 
@@ -80,6 +80,7 @@ void FrameDisplay::newFrameReady()
     m_frame.framebuffer = std::move(m_inputFramebufferForDisplay);
     m_frame.imageSize = m_inputImageSize;
     m_frame.rotation = m_inputRotation;
+    m_frame.isDrawn = false;
     drawIfWanted();
 }
 
@@ -88,11 +89,19 @@ void FrameDisplay::drawIfWanted()
     if (!m_frame.framebuffer || !m_exchange->beginDrawing())
         return;
     std::optional<DisplayedFrame> frame = drawn();
-    m_frame.framebuffer.reset();
+    m_frame.isDrawn = true;
+    if (m_inputImageSize == CGSize{})
+        m_frame.framebuffer.reset(); // it has outlasted its source
     const bool isThere = frame.has_value();
     m_exchange->endDrawing(std::move(frame));
     if (isThere)
         m_pictureIsReady();
+}
+
+void FrameDisplay::sizeHasSettled()
+{
+    if (m_exchange->geometry().pixels() != m_sizeInPixels)
+        drawIfWanted();
 }
 
 /// Nothing where the view has no area, or its picture can't be made.

@@ -22,7 +22,8 @@
 namespace lamina {
 
 /// A view's side on the video processing queue, where all of it happens and its end too: takes frames, draws them into
-/// pictures of the view's size, and leaves these in an exchange.
+/// pictures of the view's size, and leaves these in an exchange. It keeps the last frame until the next, to draw it
+/// anew in another size; not when its source has gone.
 ///
 /// Where the processor works on frames by itself (`GPUImageContext::usesKernels`), it scales their pixels straight into
 /// the picture. Otherwise GL draws them into a drawable, which is read back.
@@ -41,6 +42,8 @@ public:
     void newFrameReady();
     /// Draws what is kept, if it is wanted now.
     void drawIfWanted();
+    /// Draws what is kept anew, if what is on show was drawn for another size.
+    void sizeHasSettled();
 
 private:
     /// What is to be drawn, which its source may have forgotten by then.
@@ -48,6 +51,7 @@ private:
         FramebufferHold framebuffer;
         CGSize imageSize;
         GPUImageRotationMode rotation = kGPUImageNoRotation;
+        bool isDrawn = false;
     };
 
     std::optional<DisplayedFrame> drawn();

@@ -11,8 +11,6 @@ namespace lamina {
 
 namespace {
 
-/// After so many seconds without another size a window is not being dragged any more.
-constexpr double kSettlingTime = 0.25;
 /// More pixels than on a side of any window.
 constexpr double kLongestSide = 8192;
 
@@ -34,18 +32,31 @@ FrameExchange::FrameExchange()
     m_geometry.scale = UIScreen::main().scale;
 }
 
-void FrameExchange::change(const DisplayGeometry& geometry)
+/// Under the lock, and whether it was another one.
+bool FrameExchange::change(const DisplayGeometry& geometry)
 {
     if (geometry.bounds == m_geometry.bounds && geometry.scale == m_geometry.scale)
-        return;
+        return false;
     m_geometry = geometry;
     m_geometry.since = Clock::shared()->now();
+    return true;
+}
+
+/// Not under the lock.
+void FrameExchange::tellIf(bool hasChanged) const
+{
+    if (hasChanged && m_geometryChanged)
+        m_geometryChanged();
 }
 
 void FrameExchange::setBounds(CGSize bounds)
 {
-    const std::scoped_lock lock(m_mutex);
-    change({bounds, m_geometry.scale});
+    bool hasChanged = false;
+    {
+        const std::scoped_lock lock(m_mutex);
+        hasChanged = change({bounds, m_geometry.scale});
+    }
+    tellIf(hasChanged);
 }
 
 DisplayGeometry FrameExchange::geometry() const
@@ -92,9 +103,13 @@ void FrameExchange::setSizeInPixels(IntSize size)
 
 bool FrameExchange::notePainting(double scale)
 {
+    bool hasChanged = false;
+    {
+        const std::scoped_lock lock(m_mutex);
+        hasChanged = scale > 0 && std::isfinite(scale) && change({m_geometry.bounds, scale});
+    }
+    tellIf(hasChanged);
     const std::scoped_lock lock(m_mutex);
-    if (scale > 0 && std::isfinite(scale))
-        change({m_geometry.bounds, scale});
     if (m_step != Step::Unseen && m_step != Step::OnShow)
         return false;
     m_step = Step::Wanted;

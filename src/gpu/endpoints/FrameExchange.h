@@ -5,8 +5,10 @@
 #include "platform/image/pixels/CGImage.h"
 
 #include <array>
+#include <functional>
 #include <mutex>
 #include <optional>
+#include <utility>
 
 namespace lamina {
 
@@ -19,6 +21,9 @@ struct DisplayedFrame {
 
 /// How large a view is.
 struct DisplayGeometry {
+    /// After so many seconds without another size a window is not being dragged any more.
+    static constexpr double kSettlingTime = 0.25;
+
     CGSize bounds;    ///< points
     double scale = 1; ///< pixels per point
     double since = 0; ///< the shared clock's seconds
@@ -37,7 +42,9 @@ public:
     /// The main screen's scale, until somebody paints at another one.
     FrameExchange();
 
-    /// The view's, in points.
+    /// Called whenever there is another geometry, by whoever brought it. To be set before all else.
+    void setGeometryChanged(std::function<void()> handler) { m_geometryChanged = std::move(handler); }
+    /// The view's, in points. Main thread.
     void setBounds(CGSize bounds);
     /// A copy of what is known now.
     DisplayGeometry geometry() const;
@@ -68,8 +75,10 @@ private:
     /// What has become of the last picture.
     enum class Step { Unseen, Wanted, Drawing, OnItsWay, OnShow };
 
-    void change(const DisplayGeometry& geometry);
+    bool change(const DisplayGeometry& geometry);
+    void tellIf(bool hasChanged) const;
 
+    std::function<void()> m_geometryChanged;
     mutable std::mutex m_mutex;
     DisplayGeometry m_geometry;
     GPUImageFillMode m_fillMode = GPUImageFillMode::PreserveAspectRatio;

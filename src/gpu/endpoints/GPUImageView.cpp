@@ -1,5 +1,6 @@
 #include "gpu/endpoints/GPUImageView.h"
 
+#include "gpu/core/GPUImageContext.h"
 #include "gpu/core/GPUImageFilter.h"
 #include "gpu/core/GPUImageFramebuffer.h"
 #include "gpu/core/VideoProcessingQueue.h"
@@ -7,10 +8,12 @@
 #include "gpu/endpoints/FrameExchange.h"
 #include "gpu/endpoints/FrameLayer.h"
 #include "platform/base/DispatchQueue.h"
+#include "platform/base/DispatchTimer.h"
 
 #include <algorithm>
 #include <array>
 #include <cstddef>
+#include <functional>
 #include <utility>
 
 namespace lamina {
@@ -24,6 +27,20 @@ QuadCoordinates withRowsExchanged(const QuadCoordinates& corners)
     QuadCoordinates exchanged = corners;
     std::ranges::rotate(exchanged, exchanged.begin() + 4);
     return exchanged;
+}
+
+/// To be called at each change of size; it acts once that has settled. On the queue, since the main thread would count
+/// as busy until then.
+std::function<void()> redrawingLater(const std::weak_ptr<FrameDisplay>& weakDisplay)
+{
+    constexpr double kToBeSure = 0.01;
+    return [weakDisplay, timer = std::make_shared<DispatchTimer>()] {
+        *timer = DispatchTimer(GPUImageContext::sharedContextQueue(), DisplayGeometry::kSettlingTime + kToBeSure,
+                               [weakDisplay] {
+                                   if (const auto display = weakDisplay.lock())
+                                       display->sizeHasSettled();
+                               });
+    };
 }
 
 std::array<QuadCoordinates, kModes> makeCoordinates()
@@ -61,6 +78,7 @@ GPUImageView::GPUImageView(std::shared_ptr<FrameLayer> layer)
                 shown->takeFrame();
         });
     });
+    m_exchange->setGeometryChanged(redrawingLater(m_display));
     layer->setFrameIsWanted([weakDisplay = std::weak_ptr(m_display)] {
         runAsynchronouslyOnVideoProcessingQueue([weakDisplay] {
             if (const auto display = weakDisplay.lock())
@@ -137,7 +155,7 @@ void GPUImageView::setBounds(const CGRect& bounds)
     layoutSubviews();
 }
 
-/// The queue reads the size when it draws the next frame.
+/// The queue reads the size when it draws.
 void GPUImageView::layoutSubviews()
 {
     m_exchange->setBounds(bounds().size);

@@ -21,12 +21,14 @@ class FrameLayer;
 ///
 /// As a view it belongs to the main thread; as a consumer to the video processing queue. Neither waits for the other:
 /// of frames that come faster than the window shows them the latest wins, and while none come nothing is done. A frame
-/// is drawn once the one before it has been painted: where nobody looks (the view is hidden, stands in no tree, or its
-/// window is covered) the newest frame is kept, undrawn, until somebody does. Otherwise a frame's count is given back
-/// within the call that brings it.
+/// is drawn once the one before it has been painted: where nobody paints (the view is hidden, stands in no tree, or its
+/// window is covered) the newest frame is kept, undrawn, until somebody does. What other views of its window cover is
+/// painted all the same: whoever covers it whole hides it. The last frame's count is kept until the next frame or the
+/// source's end.
 ///
 /// Frames are drawn as opaque, in the pixels of the window that paints the view. While its size changes the last
-/// pictures are stretched, in their own proportions; a quarter of a second later frames are drawn in the new size.
+/// pictures are stretched, in their own proportions; a quarter of a second later the last frame and those to come are
+/// drawn in the new size.
 class GPUImageView : public UIView, public GPUImageInput {
 public:
     /// Whoever drops the last reference, the view itself ends on the main thread.
@@ -53,7 +55,8 @@ public:
     void newFrameReadyAtTime(const CMTime& frameTime, int textureIndex) override;
     void setInputFramebuffer(std::shared_ptr<GPUImageFramebuffer> framebuffer, int textureIndex) override;
     int nextAvailableTextureIndex() const override { return 0; }
-    /// The zero size leaves what is on show, and a frame of the pool that waits to be drawn.
+    /// The zero size leaves what is on show, which is not drawn in other sizes any more, and a frame of the pool that
+    /// waits to be drawn.
     void setInputSize(CGSize size, int textureIndex) override;
     void setInputRotation(GPUImageRotationMode rotation, int textureIndex) override;
     /// The bounds in pixels of the window that has painted the view; of the main screen before the first time.

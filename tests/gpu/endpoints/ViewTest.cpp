@@ -181,6 +181,20 @@ TEST_P(ViewTest, OneDrawableForASettledSizeAndNoneWithoutArea)
     EXPECT_EQ(view->maximumOutputSize(), (CGSize{0, 3}));
 }
 
+TEST_P(ViewTest, ASourceThatStandsStillIsSharpInTheNewSizeToo)
+{
+    const auto view = openView({0, 0, 2, 2});
+    const CGImage chart = chartPicture(8, 8, CGImageAlphaInfo::NoneSkipLast);
+    seenOf(chart);
+    view->setFrame({0, 0, 8, 8});
+    EXPECT_FALSE(imagesMatch(seen(), chart, 1)) << "still moving";
+    m_clock->advance(0.5);
+    EXPECT_TRUE(imagesMatch(seen(), chart, 1));
+    m_source->removeAllTargets();
+    onQueue([] {});
+    EXPECT_EQ(idleFramebuffers(), GPUImageFramebufferCache::livingCount()) << "and goes with its source";
+}
+
 TEST_P(ViewTest, TheLatestFrameWinsAndNobodyWaits)
 {
     const auto view = openView({0, 0, 2, 2});
