@@ -53,12 +53,14 @@ std::optional<CMTime> RecordingTimes::takeFrame(const CMTime& time)
     const std::scoped_lock lock(m_mutex);
     if (m_isPaused)
         return std::nullopt;
-    endPause(time, m_previousFrameTime, m_previousAudioTime);
-    const CMTime moved = m_offsetTime.value > 0 ? time - m_offsetTime : time;
-    if (moved <= m_previousFrameTime)
+    const auto moved = [&] { return m_offsetTime.value > 0 ? time - m_offsetTime : time; };
+    if (moved() <= m_previousFrameTime) // pushed once more: that doesn't end a pause
         return std::nullopt;
-    m_previousFrameTime = moved;
-    return moved;
+    endPause(time, m_previousFrameTime, m_previousAudioTime);
+    if (moved() <= m_previousFrameTime)
+        return std::nullopt;
+    m_previousFrameTime = moved();
+    return m_previousFrameTime;
 }
 
 std::optional<CMTime> RecordingTimes::takeSound(const CMTime& time, const CMTime& duration, bool isWhole)
