@@ -13,6 +13,7 @@
 
 #include <chrono>
 #include <condition_variable>
+#include <cstddef>
 #include <future>
 #include <gtest/gtest.h>
 #include <memory>
@@ -162,8 +163,9 @@ TEST_F(CaptureSessionTest, AStillIsTakenAtFullSizeOnceTheExposureHasSettled)
     waitForStart(6);
     m_session->removeOutput(m_still);
     EXPECT_FALSE(still.get());
+    const std::size_t before = m_listener->count();
     m_camera->give(gray(50));
-    EXPECT_EQ(m_listener->count(), 3u);
+    EXPECT_EQ(m_listener->count(), before + 1);
 }
 
 TEST_F(CaptureSessionTest, ADeviceThatEndsIsToldOnceAndTriedAgain)
