@@ -2392,6 +2392,10 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>the microphone was unplugged</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>the movie has begun already</source>
         <translation type="unfinished"></translation>
     </message>

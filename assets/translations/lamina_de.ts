@@ -2392,6 +2392,10 @@
         <translation>die Schrift Liberation Sans Bold ist nicht installiert</translation>
     </message>
     <message>
+        <source>the microphone was unplugged</source>
+        <translation>das Mikrofon wurde abgezogen</translation>
+    </message>
+    <message>
         <source>the movie has begun already</source>
         <translation>Der Film hat schon begonnen</translation>
     </message>
