@@ -282,9 +282,10 @@ TEST_F(PickerWindow, TheSystemsWindowStaysAtHandInASandbox)
 TEST_F(PickerWindow, TheCameraIsSeenInItsTileUprightAsTheDeviceIsHeld)
 {
     const auto camera = std::make_shared<StandInCamera>();
-    const ServedCameras served({camera});
     UIDevice::setOrientation(UIDeviceOrientation::LandscapeLeft);
     openPicker();
+    const ServedCameras served({camera}); // in the place of the window's own
+    ASSERT_TRUE(WindowDriver::waitUntil([&] { return camera->running() == 1; }));
     // Red beside green: it is above in a device that lies on its left side.
     ASSERT_TRUE(camera->give(makePicture(20, 10, [](int x, int) {
         return x < 10 ? Rgba{0, 255, 0, 255} : Rgba{255, 0, 0, 255};

@@ -32,6 +32,7 @@ MENU = """
 dialog 'Menu' modal
   heading 'Menu'
   push button 'Close' (Esc)
+  list item 'Live filters'
   list item 'Keys'
   list item 'Photo folders…'
   list item 'About Lamina'
