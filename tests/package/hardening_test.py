@@ -51,7 +51,7 @@ class Binary:
     def entries(self):
         """How the functions of this code begin that others, or tables of them, know by name."""
         symbols = read("readelf", "-sW", self.path)
-        found = re.findall(r": (\w+) +\d+ FUNC +(?:GLOBAL|WEAK) +\w+ +\d+ (_ZNK?6lamina\w+|main|_Z6filled\w+)$",
+        found = re.findall(r": (\w+) +\d+ FUNC +(?:GLOBAL|WEAK) +\w+ +\d+ (_ZNK?6lamina\w+|lamina\w+Module|main|_Z6filled\w+)$",
                            symbols, re.M)
         places = [self.offset(int(address, 16)) for address, _ in found]
         return {self.content[place:place + 4] for place in places}
