@@ -1,11 +1,12 @@
 #include "GLCalls.h"
 #include "gpu/core/FramebufferHold.h"
 #include "gpu/core/GPUImageContext.h"
-#include "gpu/core/GPUImageInput.h"
 #include "gpu/core/GPUImageStage.h"
+#include "gpu/core/GPUImageTarget.h"
 #include "gpu/endpoints/GPUImageVideoCamera.h"
 #include "gpu/filters/FilterCatalogue.h"
 #include "support/BenchCamera.h"
+#include "platform/base/CMTime.h"
 #include "support/Measuring.h"
 
 #include <atomic>
@@ -37,7 +38,7 @@ double processorSeconds()
 }
 
 /// The end of a graph: has each frame drawn to its end.
-class Reader : public GPUImageInput {
+class Reader : public GPUImageTarget {
 public:
     std::vector<double> latencies; ///< seconds
     std::atomic<int> count{0};
@@ -53,15 +54,8 @@ public:
     {
         m_framebuffer.take(std::move(framebuffer));
     }
-    int nextAvailableTextureIndex() const override { return 0; }
     void setInputSize(CGSize, int) override {}
     void setInputRotation(GPUImageRotationMode, int) override {}
-    CGSize maximumOutputSize() const override { return {}; }
-    void endProcessing() override {}
-    bool shouldIgnoreUpdatesToThisTarget() const override { return false; }
-    bool enabled() const override { return true; }
-    bool wantsMonochromeInput() const override { return false; }
-    void setCurrentlyReceivingMonochromeInput(bool) override {}
 
 private:
     FramebufferHold m_framebuffer;

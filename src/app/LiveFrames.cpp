@@ -1,6 +1,7 @@
 #include "app/LiveFrames.h"
 
 #include "gpu/core/GPUImageFramebuffer.h"
+#include "gpu/core/GPUImageInput.h"
 #include "gpu/core/VideoProcessingQueue.h"
 
 #include <utility>

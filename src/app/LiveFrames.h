@@ -1,9 +1,9 @@
 #pragma once
 
 #include "gpu/core/FramebufferHold.h"
-#include "gpu/core/GPUImageInput.h"
 #include "gpu/core/GPUImageOutput.h"
 #include "gpu/core/GPUImageRotationMode.h"
+#include "gpu/core/GPUImageTarget.h"
 #include "platform/base/CGGeometry.h"
 #include "platform/base/CMTime.h"
 
@@ -18,7 +18,7 @@ namespace lamina {
 /// which so can be pushed again when the source stands still. Targets that are not enabled get none.
 ///
 /// Held by std::shared_ptr. From any thread but for what `GPUImageInput` brings.
-class LiveFrames : public GPUImageOutput, public GPUImageInput {
+class LiveFrames : public GPUImageOutput, public GPUImageTarget {
 public:
     /// Hears, on the video processing queue, of the first frame after `expectFirst` and of every one of another size.
     /// `size`: upright, in pixels.
@@ -47,16 +47,8 @@ public:
 
     void newFrameReadyAtTime(const CMTime& frameTime, int textureIndex) override;
     void setInputFramebuffer(std::shared_ptr<GPUImageFramebuffer> framebuffer, int textureIndex) override;
-    int nextAvailableTextureIndex() const override { return 0; }
     void setInputSize(CGSize size, int textureIndex) override;
     void setInputRotation(GPUImageRotationMode rotation, int textureIndex) override;
-    CGSize maximumOutputSize() const override { return {}; }
-    /// A source that ends is followed by another one: nobody is told.
-    void endProcessing() override {}
-    bool shouldIgnoreUpdatesToThisTarget() const override { return false; }
-    bool enabled() const override { return true; }
-    bool wantsMonochromeInput() const override { return false; }
-    void setCurrentlyReceivingMonochromeInput(bool) override {}
 
 private:
     PushedFrame lastFrame() const;

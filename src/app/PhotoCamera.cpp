@@ -3,8 +3,8 @@
 #include "gpu/core/GPUImageContext.h"
 #include "gpu/core/GPUImageFilter.h"
 #include "gpu/core/GPUImageFramebuffer.h"
-#include "gpu/core/GPUImageInput.h"
 #include "gpu/core/GPUImageRotationMode.h"
+#include "gpu/core/GPUImageTarget.h"
 #include "gpu/core/VideoProcessingQueue.h"
 #include "gpu/endpoints/GPUImageView.h"
 #include "platform/base/CMTime.h"
@@ -62,7 +62,7 @@ Result<UIImagePickerPhoto> photoOf(Result<UIImage> still)
 
 /// Tells of the first frame, and of each that is seen in another size than the one before. On the video processing
 /// queue.
-class PhotoCamera::FrameWatch : public GPUImageInput {
+class PhotoCamera::FrameWatch : public GPUImageTarget {
 public:
     using Seen = std::function<void(CGSize)>;
     explicit FrameWatch(Seen seen)
@@ -77,15 +77,8 @@ public:
             m_seen(size);
     }
     void setInputFramebuffer(std::shared_ptr<GPUImageFramebuffer>, int) override {}
-    int nextAvailableTextureIndex() const override { return 0; }
     void setInputSize(CGSize size, int) override { m_size = size; }
     void setInputRotation(GPUImageRotationMode rotation, int) override { m_rotation = rotation; }
-    CGSize maximumOutputSize() const override { return {}; }
-    void endProcessing() override {}
-    bool shouldIgnoreUpdatesToThisTarget() const override { return false; }
-    bool enabled() const override { return true; }
-    bool wantsMonochromeInput() const override { return false; }
-    void setCurrentlyReceivingMonochromeInput(bool) override {}
 
 private:
     Seen m_seen;

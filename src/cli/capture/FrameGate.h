@@ -1,7 +1,9 @@
 #pragma once
 
-#include "gpu/core/GPUImageInput.h"
+#include "gpu/core/GPUImageTarget.h"
 #include "platform/base/CGGeometry.h"
+#include "gpu/core/GPUImageFramebuffer.h"
+#include "gpu/core/GPUImageRotationMode.h"
 #include "platform/base/CMTime.h"
 
 #include <functional>
@@ -13,7 +15,7 @@ namespace lamina {
 
 /// Stands among a source's targets, before the others, and takes no frame itself: it tells that frames come and in
 /// which size, and later hears of each before those behind it do. Its functions are for any thread.
-class FrameGate : public GPUImageInput {
+class FrameGate : public GPUImageTarget {
 public:
     /// The upright sides of the frames; nothing until the first one comes, which wakes the main queue.
     std::optional<CGSize> frameSize() const;
@@ -23,15 +25,8 @@ public:
 
     void newFrameReadyAtTime(const CMTime& frameTime, int textureIndex) override;
     void setInputFramebuffer(std::shared_ptr<GPUImageFramebuffer>, int) override {}
-    int nextAvailableTextureIndex() const override { return 0; }
     void setInputSize(CGSize size, int textureIndex) override;
     void setInputRotation(GPUImageRotationMode rotation, int textureIndex) override;
-    CGSize maximumOutputSize() const override { return {}; }
-    void endProcessing() override {}
-    bool shouldIgnoreUpdatesToThisTarget() const override { return false; }
-    bool enabled() const override { return true; }
-    bool wantsMonochromeInput() const override { return false; }
-    void setCurrentlyReceivingMonochromeInput(bool) override {}
 
 private:
     mutable std::mutex m_mutex; ///< for the size
