@@ -5,8 +5,8 @@
 #include "gpu/core/GPUImageTarget.h"
 #include "gpu/endpoints/GPUImageVideoCamera.h"
 #include "gpu/filters/FilterCatalogue.h"
-#include "support/BenchCamera.h"
 #include "platform/base/CMTime.h"
+#include "support/BenchCamera.h"
 #include "support/Measuring.h"
 
 #include <atomic>

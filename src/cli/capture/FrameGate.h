@@ -1,9 +1,9 @@
 #pragma once
 
-#include "gpu/core/GPUImageTarget.h"
-#include "platform/base/CGGeometry.h"
 #include "gpu/core/GPUImageFramebuffer.h"
 #include "gpu/core/GPUImageRotationMode.h"
+#include "gpu/core/GPUImageTarget.h"
+#include "platform/base/CGGeometry.h"
 #include "platform/base/CMTime.h"
 
 #include <functional>
