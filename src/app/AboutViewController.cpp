@@ -1,8 +1,8 @@
 #include "app/AboutViewController.h"
 
 #include "AboutFacts.h"
+#include "platform/application/UIApplication.h"
 #include "platform/base/Localization.h"
-#include "platform/view/UIApplication.h"
 
 #include <QRegularExpression>
 

@@ -7,6 +7,7 @@
 #include "gpu/core/GPUImageTarget.h"
 #include "gpu/core/VideoProcessingQueue.h"
 #include "gpu/endpoints/GPUImageView.h"
+#include "platform/application/UIApplication.h"
 #include "platform/base/CMTime.h"
 #include "platform/base/DispatchQueue.h"
 #include "platform/base/Localization.h"
@@ -15,7 +16,6 @@
 #include "platform/image/pixels/UIImage.h"
 #include "platform/media/AVCaptureTypes.h"
 #include "platform/view/FailureAlert.h"
-#include "platform/view/UIApplication.h"
 #include "platform/view/UIImagePickerController.h"
 #include "platform/view/UIViewAutoresizing.h"
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "export/CrossPromotionCoordinater.h"
+#include "export/PromotionStep.h"
 #include "export/SaveModelDetails.h"
 #include "export/functions/ExportWork.h"
 #include "platform/base/DispatchTimer.h"
@@ -22,12 +22,6 @@
 #include <utility>
 
 namespace lamina {
-
-/// What may be shown some seconds after an export. Nothing does so as long as none is installed.
-struct PromotionStep {
-    std::function<std::shared_ptr<CrossPromotionCoordinater>()> makeCoordinator;
-    std::function<std::shared_ptr<UIViewController>(const PromotionData& promotion)> makeScreen;
-};
 
 /// The last screen of every export: it puts the result into the photo library where the type goes there, shows it, and
 /// opens the system's share sheet at once; four doors open that again. Main thread.
@@ -87,7 +81,7 @@ public:
     double bannerHeightConstraint() const { return 0; }
 
     /// The promotion step, which is kept while it runs; null: none runs.
-    const std::shared_ptr<CrossPromotionCoordinater>& promotionCoordinator() const { return m_promotionCoordinator; }
+    const std::shared_ptr<PromotionFetcher>& promotionCoordinator() const { return m_promotionCoordinator; }
     /// For all share screens from now on; empty functions: no promotion.
     static void setPromotionStep(PromotionStep step);
 
@@ -146,7 +140,7 @@ private:
     std::weak_ptr<UIActivityViewController> m_sheet;
     bool m_toastDue = false;     ///< it is time, once there is something to tell
     bool m_promotionDue = false; ///< it is time, once the sheet has gone
-    std::shared_ptr<CrossPromotionCoordinater> m_promotionCoordinator;
+    std::shared_ptr<PromotionFetcher> m_promotionCoordinator;
     std::optional<PromotionData> m_promotion; ///< to be shown
     DispatchTimer m_toastTimer;
     DispatchTimer m_promotionTimer;

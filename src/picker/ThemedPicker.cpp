@@ -1,10 +1,10 @@
 #include "picker/ThemedPicker.h"
 
 #include "picker/YMSPhotoPickerTheme.h"
+#include "platform/application/UIApplication.h"
 #include "platform/base/Localization.h"
 #include "platform/base/UIColor.h"
 #include "platform/view/UIAlertController.h"
-#include "platform/view/UIApplication.h"
 
 #include <string>
 #include <utility>

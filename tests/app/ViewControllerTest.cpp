@@ -5,11 +5,11 @@
 #include "editors/collage/CreateCollageViewController.h"
 #include "hud/ProgressOverlay.h"
 #include "picker/YMSPhotoPickerViewController.h"
+#include "platform/application/UIApplication.h"
 #include "platform/base/UIColor.h"
 #include "platform/photos/PHAsset.h"
 #include "platform/photos/PHCollection.h"
 #include "platform/photos/PHPhotoLibrary.h"
-#include "platform/view/UIApplication.h"
 #include "platform/view/UIImageMetaType.h"
 #include "platform/view/UINavigationController.h"
 

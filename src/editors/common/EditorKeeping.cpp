@@ -2,9 +2,9 @@
 
 #include "editors/common/EditorViewController.h"
 
+#include "platform/application/UIApplication.h"
 #include "platform/base/Localization.h"
 #include "platform/view/ImageRendering.h"
-#include "platform/view/UIApplication.h"
 #include "platform/view/UIView.h"
 
 #include <algorithm>

@@ -11,9 +11,9 @@
 #include "export/ExportScenes.h"
 #include "export/ExporterViewController.h"
 #include "export/SavingTypeController.h"
+#include "platform/application/UIApplication.h"
 #include "platform/base/UIColor.h"
 #include "platform/image/pixels/CGImage.h"
-#include "platform/view/UIApplication.h"
 #include "platform/view/UIStoryboard.h"
 
 #include <csignal>

@@ -244,7 +244,7 @@ TEST_F(Share, ARecordWithoutItsFileOrWithAChosenPlaceIsToldAsItIs)
 
 TEST_F(Share, APromotionWaitsForTheSheetAndEndsWithTheScreen)
 {
-    class Coordinator : public CrossPromotionCoordinater {
+    class Coordinator : public PromotionFetcher {
     public:
         explicit Coordinator(int& fetches)
             : m_fetches(fetches)

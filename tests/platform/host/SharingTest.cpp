@@ -7,11 +7,11 @@
 #include "EventPump.h"
 #include "TestPictures.h"
 #include "TestPortal.h"
+#include "platform/application/UIApplication.h"
 #include "platform/host/system/FolderModel.h"
 #include "platform/host/system/SystemURLOpener.h"
 #include "platform/view/PresentationHost.h"
 #include "platform/view/UIAlertController.h"
-#include "platform/view/UIApplication.h"
 #include "platform/view/UIWindow.h"
 
 #include <QClipboard>

@@ -3,7 +3,7 @@
 #include "CommandRunner.h"
 #include "Environment.h"
 #include "EventPump.h"
-#include "platform/view/UIApplication.h"
+#include "platform/application/UIApplication.h"
 
 #include <gtest/gtest.h>
 

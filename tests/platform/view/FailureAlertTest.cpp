@@ -1,10 +1,10 @@
 #include "platform/view/FailureAlert.h"
 
 #include "ControllerBench.h"
+#include "platform/application/UIApplication.h"
 #include "platform/base/Localization.h"
 #include "platform/base/MemoryWarning.h"
 #include "platform/base/NotificationCenter.h"
-#include "platform/view/UIApplication.h"
 
 #include <cstdlib>
 #include <string>

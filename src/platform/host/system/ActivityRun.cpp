@@ -1,5 +1,6 @@
 #include "platform/host/system/ActivityRun.h"
 
+#include "platform/application/UIApplication.h"
 #include "platform/base/Localization.h"
 #include "platform/files/FileReading.h"
 #include "platform/files/FileURL.h"
@@ -8,7 +9,6 @@
 #include "platform/host/system/PictureClipboard.h"
 #include "platform/host/system/SharingServices.h"
 #include "platform/photos/PictureQueue.h"
-#include "platform/view/UIApplication.h"
 #include "platform/view/UIDocumentPickerViewController.h"
 #include "platform/view/UIViewController.h"
 

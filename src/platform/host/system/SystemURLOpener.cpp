@@ -1,8 +1,8 @@
 #include "platform/host/system/SystemURLOpener.h"
 
+#include "platform/application/UIApplication.h"
 #include "platform/files/FileURL.h"
 #include "platform/host/system/DetachedProgram.h"
-#include "platform/view/UIApplication.h"
 
 #include <QDesktopServices>
 #include <QGuiApplication>

@@ -1,0 +1,72 @@
+#pragma once
+
+#include "platform/base/DispatchQueue.h"
+#include "platform/base/Result.h"
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <span>
+#include <string>
+
+namespace lamina {
+
+/// Whether what was kept from an earlier answer may stand for a new one.
+enum class NSURLRequestCachePolicy {
+    UseProtocolCachePolicy = 0,
+    ReloadIgnoringLocalCacheData = 1,
+    ReturnCacheDataElseLoad = 2,
+};
+
+/// What is asked for, and how much of it is taken. A plain value.
+struct NSURLRequest {
+    std::string URL; ///< "http" or "https", absolute
+    NSURLRequestCachePolicy cachePolicy = NSURLRequestCachePolicy::UseProtocolCachePolicy;
+    double timeoutInterval = 60;                     ///< seconds without a byte after which it fails
+    double mostSeconds = 600;                        ///< for all of it
+    std::int64_t mostBytes = std::int64_t{64} << 20; ///< of the body, unpacked; more is a failure
+    int mostRedirects = 10;                          ///< a redirection from "https" to "http" is a failure at once
+};
+
+/// The head of an answer. A plain value.
+struct NSURLResponse {
+    std::string URL;                         ///< from which it came in the end
+    std::optional<int> statusCode;           ///< of HTTP
+    std::int64_t expectedContentLength = -1; ///< of the body as it will be delivered; -1: not known
+};
+
+/// Hears of a load, on the load's queue, in this order: one response, data any number of times, then the one end or the
+/// other. Nothing after `cancel`.
+class NSURLConnectionDelegate {
+public:
+    virtual ~NSURLConnectionDelegate() = default;
+    virtual void didReceiveResponse(const NSURLResponse& response) = 0;
+    virtual void didReceiveData(std::span<const std::uint8_t> data) = 0;
+    virtual void connectionDidFinishLoading() = 0;
+    /// The error's subject is the address without its query, its cause one phrase in plain English.
+    virtual void didFailWithError(const Error& error) = 0;
+};
+
+/// One load, which goes on by itself on the network's own thread. A status of any kind is an answer and no failure.
+/// Usable from any thread.
+class NSURLConnection {
+public:
+    /// Calls come on `queue`, which is kept while they do.
+    NSURLConnection(NSURLRequest request, std::weak_ptr<NSURLConnectionDelegate> delegate,
+                    std::shared_ptr<DispatchQueue> queue);
+    /// Cancels.
+    ~NSURLConnection();
+    NSURLConnection(const NSURLConnection&) = delete;
+    NSURLConnection& operator=(const NSURLConnection&) = delete;
+
+    void start();
+    /// Ends it without a word; waits for nobody. No call begins after this when it is called on the queue.
+    void cancel();
+
+private:
+    class Load;
+    std::shared_ptr<Load> m_load;
+};
+
+} // namespace lamina
