@@ -1,5 +1,7 @@
 #pragma once
 
+#include "app/IncomingRequests.h"
+#include "platform/application/ApplicationRequest.h"
 #include "platform/base/Result.h"
 #include "platform/host/FocusKeeper.h"
 #include "platform/host/HostBridge.h"
@@ -20,6 +22,7 @@
 #include <QQuickView>
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -65,6 +68,12 @@ public:
 
     /// Shows the window; the first screen stands in it already.
     void show();
+    /// Brings the window to the front, as far as the window system lets it. With a token, see `ApplicationRequest`,
+    /// that is far.
+    void bringToFront(const QString& activationToken);
+    /// Comes to the front and does what another program asks; see `IncomingRequests`. An error once the window is
+    /// closed, or too much waits.
+    Outcome perform(const ApplicationRequest& request);
 
     /// Shows the list of keys over the screen on top; nothing while that is an alert, a picker or this list.
     void showKeys();
@@ -75,9 +84,10 @@ public:
     bool receivePhotos(const QMimeData& offered);
 
 private:
-    void openFirstScreen(const LaunchOptions& options);
+    void openHome(const LaunchOptions& options);
+    void listenToRequests();
 
-    MainLoop m_loop;
+    std::optional<MainLoop> m_loop; ///< where nobody has made one before
     Translations m_translations;
     QQuickView m_view;
     ScreenMetrics m_metrics;
@@ -93,6 +103,7 @@ private:
     DocumentPresenter m_documents;
     std::shared_ptr<ScreenHost> m_screens;
     HostBridge m_bridge;
+    IncomingRequests m_requests;
 };
 
 } // namespace lamina
