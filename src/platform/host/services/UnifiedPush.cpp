@@ -5,12 +5,13 @@
 #include "platform/base/Log.h"
 #include "platform/base/Result.h"
 #include "platform/base/ShownText.h"
+#include "platform/host/services/SessionName.h"
 #include "platform/host/services/UnifiedPushMessage.h"
 #include "platform/host/system/BackgroundWork.h"
+#include "platform/host/system/BusCalls.h"
 
 #include <QDBusArgument>
 #include <QDBusMessage>
-#include <QDBusPendingCallWatcher>
 #include <QDBusServiceWatcher>
 #include <QStringList>
 #include <QUrl>
@@ -27,10 +28,8 @@ namespace lamina {
 
 namespace {
 
-const QString kOurName = QStringLiteral("org.lamina.lamina");
 const QString kDistributorPath = QStringLiteral("/org/unifiedpush/Distributor");
 const QString kDistributorInterface = QStringLiteral("org.unifiedpush.Distributor2");
-const QString kBus = QStringLiteral("org.freedesktop.DBus");
 
 /// Of calls whose sender is being looked up: more at once are refused.
 constexpr int kMostAsking = 1000;
@@ -40,16 +39,9 @@ constexpr qsizetype kLongestEndpoint = 2048;
 /// Milliseconds in which the bus itself has to answer.
 constexpr int kBusPatience = 2000;
 
-QDBusMessage busCall(const QString& method)
-{
-    return QDBusMessage::createMethodCall(kBus, QStringLiteral("/org/freedesktop/DBus"), kBus, method);
-}
-
 QDBusMessage ownerQuestion(const QString& name)
 {
-    QDBusMessage call = busCall(QStringLiteral("GetNameOwner"));
-    call << name;
-    return call;
+    return busCall(QStringLiteral("GetNameOwner"), {name});
 }
 
 /// The one value of the answer; empty where there is none, or another one.
@@ -81,17 +73,6 @@ QStringList distributorsOn(const QDBusConnection& bus)
     return distributors;
 }
 
-/// The answer comes on a later turn, unless `object` is gone by then.
-void ask(const QDBusConnection& bus, const QDBusMessage& call, QObject* object,
-         std::function<void(const QDBusMessage&)> handler)
-{
-    auto* const watcher = new QDBusPendingCallWatcher(bus.asyncCall(call), object);
-    QObject::connect(watcher, &QDBusPendingCallWatcher::finished, object, [watcher, handler = std::move(handler)] {
-        handler(watcher->reply());
-        watcher->deleteLater();
-    });
-}
-
 /// Empty: it has registered us.
 std::string refusalIn(const QDBusMessage& reply)
 {
@@ -113,15 +94,15 @@ std::string refusalIn(const QDBusMessage& reply)
 
 /// What a look at the bus has led to.
 struct UnifiedPush::Found {
-    QDBusConnection bus;
+    std::optional<QDBusConnection> bus;
     std::optional<UnifiedPushRegistration> registration; ///< to be made; nothing: with nobody
 
-    static Found on(const QDBusConnection& bus, KeptRegistration& kept)
+    static Found on(const std::optional<QDBusConnection>& bus, KeptRegistration& kept)
     {
         Found found{bus, {}};
-        if (!bus.isConnected() || asked<QString>(bus, ownerQuestion(kOurName)) != bus.baseService())
+        if (!bus || asked<QString>(*bus, ownerQuestion(kApplicationBusName)) != bus->baseService())
             return found;
-        const QStringList distributors = distributorsOn(bus);
+        const QStringList distributors = distributorsOn(*bus);
         if (distributors.isEmpty())
             return found;
         found.registration = kept.current();
@@ -134,9 +115,9 @@ struct UnifiedPush::Found {
     }
 };
 
-UnifiedPush::UnifiedPush(BusConnector connector, QObject* parent)
+UnifiedPush::UnifiedPush(QObject* parent)
     : QObject(parent)
-    , m_connector(std::move(connector))
+    , m_exported(std::make_shared<std::optional<QDBusConnection>>())
     , m_kept(std::make_shared<KeptRegistration>())
     , m_object([this](const Call& call, const QDBusConnection& bus) { called(call, bus); })
 {
@@ -154,6 +135,7 @@ void UnifiedPush::exportOn(QDBusConnection& bus)
 {
     (void)m_kept->current(); // read here, so that the first message needn't wait for the disk
     bus.registerVirtualObject(UnifiedPushConnector::kPath, &m_object);
+    *m_exported = bus;
 }
 
 void UnifiedPush::begin()
@@ -175,7 +157,7 @@ void UnifiedPush::lookForDistributor()
         return;
     m_looking = true;
     inBackground<Found>(
-        busQueue(), this, [connector = m_connector, kept = m_kept] { return Found::on(connector(), *kept); },
+        busQueue(), this, [bus = m_exported, kept = m_kept] { return Found::on(*bus, *kept); },
         [this](const Found& result) {
             m_looking = false;
             found(result);
@@ -190,7 +172,7 @@ void UnifiedPush::found(const Found& found)
     const QString distributor = QString::fromStdString(found.registration->distributor);
     // First watch, then call: a return in between would be missed.
     m_watcher =
-        std::make_unique<QDBusServiceWatcher>(distributor, found.bus, QDBusServiceWatcher::WatchForRegistration);
+        std::make_unique<QDBusServiceWatcher>(distributor, *found.bus, QDBusServiceWatcher::WatchForRegistration);
     connect(m_watcher.get(), &QDBusServiceWatcher::serviceRegistered, this, &UnifiedPush::distributorReturned);
     sendRegistration(true);
 }
@@ -204,11 +186,11 @@ void UnifiedPush::sendRegistration(bool startsDistributor)
     QDBusMessage call =
         QDBusMessage::createMethodCall(QString::fromStdString(registration->distributor), kDistributorPath,
                                        kDistributorInterface, QStringLiteral("Register"));
-    call << QVariantMap{{QStringLiteral("service"), kOurName},
+    call << QVariantMap{{QStringLiteral("service"), kApplicationBusName},
                         {QStringLiteral("token"), QString::fromStdString(registration->token)},
                         {QStringLiteral("description"), QStringLiteral("Lamina")}};
     call.setAutoStartService(startsDistributor);
-    ask(*m_bus, call, this, [this](const QDBusMessage& reply) { registered(reply); });
+    callBus(*m_bus, call, this, [this](const QDBusMessage& reply) { registered(reply); });
 }
 
 void UnifiedPush::registered(const QDBusMessage& reply)
@@ -240,15 +222,15 @@ void UnifiedPush::called(const Call& call, const QDBusConnection& bus)
     if (!registration || call.token.toStdString() != registration->token || m_asking >= kMostAsking)
         return UnifiedPushConnector::refuse(call, bus);
     ++m_asking;
-    ask(bus, ownerQuestion(QString::fromStdString(registration->distributor)), this,
-        [this, call, bus](const QDBusMessage& reply) {
-            --m_asking;
-            const QString owner = valueOf<QString>(reply);
-            if (owner.isEmpty() || owner != call.origin.service())
-                return UnifiedPushConnector::refuse(call, bus);
-            UnifiedPushConnector::accept(call, bus);
-            obey(call);
-        });
+    callBus(bus, ownerQuestion(QString::fromStdString(registration->distributor)), this,
+            [this, call, bus](const QDBusMessage& reply) {
+                --m_asking;
+                const QString owner = valueOf<QString>(reply);
+                if (owner.isEmpty() || owner != call.origin.service())
+                    return UnifiedPushConnector::refuse(call, bus);
+                UnifiedPushConnector::accept(call, bus);
+                obey(call);
+            });
 }
 
 void UnifiedPush::obey(const Call& call)

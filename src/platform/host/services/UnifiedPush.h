@@ -4,7 +4,6 @@
 #include "platform/host/services/RateLimit.h"
 #include "platform/host/services/UnifiedPushConnector.h"
 #include "platform/host/services/UnifiedPushRegistration.h"
-#include "platform/host/system/Portal.h"
 
 #include <QDBusConnection>
 #include <QObject>
@@ -35,12 +34,13 @@ class UnifiedPush : public QObject, public MessagingService {
     Q_OBJECT
 
 public:
-    explicit UnifiedPush(BusConnector connector = sessionBus, QObject* parent = nullptr);
+    explicit UnifiedPush(QObject* parent = nullptr);
     /// Waits for a look at the bus that is under way: Qt's own end must not overtake it.
     ~UnifiedPush() override;
 
-    /// Puts the object that distributors call on the bus. To be done before the application's name is asked for: a
-    /// message that has started this process is waiting for that name. Any thread, while this lives.
+    /// Puts the object that distributors call on the bus, by whose connection we register from then on; before, there
+    /// is nobody to register with. An export of `SessionName`: a message that has started this process waits for the
+    /// name. On the `busQueue`, while this lives.
     void exportOn(QDBusConnection& bus);
 
     /// From now on registering may use the bus; before, it is only noted. The second time nothing happens.
@@ -72,8 +72,8 @@ private:
     void forgetRegistration();
     void drop(const std::string& cause);
 
-    BusConnector m_connector;
-    std::shared_ptr<KeptRegistration> m_kept; ///< shared with the background
+    std::shared_ptr<std::optional<QDBusConnection>> m_exported; ///< touched on the bus's queue alone
+    std::shared_ptr<KeptRegistration> m_kept;                   ///< shared with that queue
     UnifiedPushConnector m_object;
     std::unique_ptr<QDBusServiceWatcher> m_watcher;
     std::optional<QDBusConnection> m_bus; ///< once there is a distributor

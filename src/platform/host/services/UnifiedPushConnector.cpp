@@ -98,9 +98,11 @@ QString UnifiedPushConnector::introspect(const QString&) const
 bool UnifiedPushConnector::handleMessage(const QDBusMessage& message, const QDBusConnection& connection)
 {
     const auto method = kMethods.constFind(message.member());
-    if (method == kMethods.constEnd() || (message.interface() != kInterface && !message.interface().isEmpty()))
+    if (message.interface() != kInterface && (!message.interface().isEmpty() || method == kMethods.constEnd()))
         return false;
-    if (const auto call = callOf(message, *method))
+    if (method == kMethods.constEnd())
+        connection.send(message.createErrorReply(QDBusError::UnknownMethod, QStringLiteral("there is no such method")));
+    else if (const auto call = callOf(message, *method))
         m_handler(*call, connection);
     else
         connection.send(message.createErrorReply(
