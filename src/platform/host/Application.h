@@ -3,6 +3,7 @@
 #include "app/IncomingRequests.h"
 #include "platform/application/ApplicationRequest.h"
 #include "platform/base/Result.h"
+#include "platform/host/ApplicationLife.h"
 #include "platform/host/FocusKeeper.h"
 #include "platform/host/HostBridge.h"
 #include "platform/host/MainLoop.h"
@@ -42,6 +43,8 @@ struct LaunchOptions {
     std::vector<std::string> files;
     /// Of the window, which then is not remembered; empty: the last one, or as the display allows.
     QSize size;
+    /// What has begun before there was a window; null: the window begins it.
+    std::shared_ptr<ApplicationLife> life;
 };
 
 /// The window of Lamina and all that stands around it: the screens, the system's services, the language. One a process,
@@ -84,6 +87,7 @@ public:
     bool receivePhotos(const QMimeData& offered);
 
 private:
+    void beginLife();
     void openHome(const LaunchOptions& options);
     void listenToRequests();
 
@@ -102,6 +106,7 @@ private:
     ActivityPresenter m_activities;
     DocumentPresenter m_documents;
     std::shared_ptr<ScreenHost> m_screens;
+    std::shared_ptr<ApplicationLife> m_life;
     HostBridge m_bridge;
     IncomingRequests m_requests;
 };

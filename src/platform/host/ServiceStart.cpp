@@ -2,6 +2,7 @@
 
 #include "platform/base/DispatchQueue.h"
 #include "platform/base/StandardStreams.h"
+#include "platform/host/ApplicationLife.h"
 #include "platform/host/CommandLine.h"
 #include "platform/host/MainLoop.h"
 #include "platform/host/services/ApplicationService.h"
@@ -59,14 +60,18 @@ public:
         , m_makeWindow(makeWindow)
     {
         m_service.setHandler([this](const ApplicationRequest& request) { return take(request); });
+        m_life->exportTo(m_name);
+        QObject::connect(&m_life->notifications(), &DesktopNotifications::opened, &m_service,
+                         [this](const QString& token) { (void)take({{}, {}, token.toStdString()}); });
     }
 
-    ~ServiceRun() { m_service.setHandler({}); }
+    ~ServiceRun() { leaveBus(m_name, m_service); }
     ServiceRun(const ServiceRun&) = delete;
     ServiceRun& operator=(const ServiceRun&) = delete;
 
     int run()
     {
+        m_life->launch();
         m_name.begin();
         switch (m_name.waitFor(kPatience)) {
         case SessionName::State::Owned:
@@ -78,10 +83,9 @@ public:
             writeMessage("lamina-app: --dbus-service: there is no session bus\n");
             return exitcode::kFailed;
         }
+        m_life->begin();
         m_idle.emplace();
-        const int code = QCoreApplication::exec();
-        leaveBus(m_name, m_service);
-        return code;
+        return QCoreApplication::exec();
     }
 
 private:
@@ -99,7 +103,9 @@ private:
     void open(const ApplicationRequest& request)
     {
         m_idle.reset();
-        m_window = m_makeWindow(optionsFor(request));
+        LaunchOptions options = optionsFor(request);
+        options.life = m_life;
+        m_window = m_makeWindow(options);
         m_window->show();
         m_window->bringToFront(QString::fromStdString(request.activationToken));
     }
@@ -109,6 +115,7 @@ private:
     const WindowMaker& m_makeWindow;
     const TerminationSignals m_termination;
     MainLoop m_loop;
+    std::shared_ptr<ApplicationLife> m_life = std::make_shared<ApplicationLife>();
     std::unique_ptr<Application> m_window;
     std::optional<IdleEnd> m_idle; ///< until there is a window
 };

@@ -2,6 +2,7 @@
 #include "platform/base/StandardStreams.h"
 #include "platform/files/UnexpectedEnd.h"
 #include "platform/host/Application.h"
+#include "platform/host/ApplicationLife.h"
 #include "platform/host/CommandLine.h"
 #include "platform/host/GuardedApplication.h"
 #include "platform/host/ImageConversion.h"
@@ -102,8 +103,10 @@ std::unique_ptr<Application> makeWindow(const LaunchOptions& options)
     return std::make_unique<Application>(options);
 }
 
-int runWindow(SessionName& name, ApplicationService& service, const LaunchOptions& options)
+int runWindow(SessionName& name, ApplicationService& service, LaunchOptions options)
 {
+    options.life = std::make_shared<ApplicationLife>();
+    options.life->exportTo(name);
     const std::unique_ptr<Application> application = makeWindow(options);
     const TerminationSignals termination;
     application->show();
