@@ -32,8 +32,8 @@ signals:
     void closed(const QString& identifier);
 
 protected:
-    /// An error, or an answer that makes no sense, goes to the log, the first time alone: who shows nothing now will show
-    /// nothing the next time.
+    /// An error, or an answer that makes no sense, goes to the log, the first time alone: who shows nothing now will
+    /// show nothing the next time.
     void complain(const QDBusMessage& reply);
 
 private:
