@@ -2,6 +2,8 @@
 
 #include "platform/host/services/LazyBus.h"
 
+#include "platform/host/system/Portal.h"
+
 #include <QDBusVirtualObject>
 
 #include <memory>

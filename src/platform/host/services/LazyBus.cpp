@@ -18,13 +18,12 @@ LazyBus::~LazyBus()
         busQueue().sync([] {});
 }
 
-void LazyBus::with(Work work)
+void LazyBus::with(Work work, std::function<void()> without)
 {
-    if (m_bus)
-        return work(*m_bus);
+    Wish wish{std::move(work), std::move(without)};
     if (m_state == State::Settled)
-        return;
-    m_waiting.push_back(std::move(work));
+        return run(wish);
+    m_waiting.push_back(std::move(wish));
     if (std::exchange(m_state, State::Connecting) == State::Unwanted)
         inBackground<QDBusConnection>(busQueue(), this, m_connector,
                                       [this](const QDBusConnection& bus) { found(bus); });
@@ -35,9 +34,16 @@ void LazyBus::found(const QDBusConnection& bus)
     m_state = State::Settled;
     if (bus.isConnected())
         m_bus = bus;
-    for (const Work& work : std::exchange(m_waiting, {}))
-        if (m_bus)
-            work(*m_bus);
+    for (const Wish& wish : std::exchange(m_waiting, {}))
+        run(wish);
+}
+
+void LazyBus::run(const Wish& wish)
+{
+    if (m_bus)
+        wish.work(*m_bus);
+    else if (wish.without)
+        wish.without();
 }
 
 } // namespace lamina

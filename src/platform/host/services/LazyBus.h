@@ -20,21 +20,26 @@ public:
 
     using Work = std::function<void(QDBusConnection& bus)>;
     /// Runs `work` with the bus, at once where it is connected, else on a later turn of the main queue, in the order of
-    /// calls. Without a bus, or when this object is gone by then, never.
-    void with(Work work);
+    /// calls. Without a bus `without` runs in its place; when this object is gone by then, neither.
+    void with(Work work, std::function<void()> without = {});
 
     /// The connection where there is one by now, else null.
     QDBusConnection* connection() { return m_bus ? &*m_bus : nullptr; }
 
 private:
     enum class State { Unwanted, Connecting, Settled };
+    struct Wish {
+        Work work;
+        std::function<void()> without;
+    };
 
     void found(const QDBusConnection& bus);
+    void run(const Wish& wish);
 
     BusConnector m_connector;
     State m_state = State::Unwanted;
     std::optional<QDBusConnection> m_bus;
-    std::vector<Work> m_waiting;
+    std::vector<Wish> m_waiting;
 };
 
 } // namespace lamina
