@@ -3,6 +3,7 @@
 #include "app/AppDelegate.h"
 #include "platform/application/UIApplication.h"
 #include "platform/application/UNUserNotificationCenter.h"
+#include "platform/host/services/SessionName.h"
 
 #include <utility>
 
@@ -26,6 +27,11 @@ ApplicationLife::~ApplicationLife()
     UIApplication::shared().setBadgeSetter({});
 }
 
+void ApplicationLife::exportTo(SessionName& name)
+{
+    name.addExport([this](QDBusConnection& bus) { m_push.exportOn(bus); });
+}
+
 void ApplicationLife::launch()
 {
     if (!std::exchange(m_hasLaunched, true))
@@ -34,8 +40,7 @@ void ApplicationLife::launch()
 
 void ApplicationLife::begin()
 {
-    if (std::exchange(m_hasBegun, true))
-        return;
+    m_push.begin();
 }
 
 void ApplicationLife::end()

@@ -2,6 +2,7 @@
 
 #include "platform/host/services/DesktopNotifications.h"
 #include "platform/host/services/LauncherBadge.h"
+#include "platform/host/services/UnifiedPush.h"
 #include "platform/host/system/Portal.h"
 
 #include <memory>
@@ -9,6 +10,7 @@
 namespace lamina {
 
 class AppDelegate;
+class SessionName;
 
 /// What the application is to the desktop, with a window or without one: its delegate, and the services by which the
 /// number on its icon, notifications and messages go out and come in. It installs them, and is gone before the event
@@ -21,6 +23,8 @@ public:
     ApplicationLife(const ApplicationLife&) = delete;
     ApplicationLife& operator=(const ApplicationLife&) = delete;
 
+    /// Adds what others call to the name on the bus, before that begins.
+    void exportTo(SessionName& name);
     /// The application has started; nothing here waits for anything, and the bus is not touched. The second time
     /// nothing happens.
     void launch();
@@ -38,8 +42,8 @@ private:
     std::shared_ptr<AppDelegate> m_delegate;
     LauncherBadge m_badge;
     DesktopNotifications m_notifications;
+    UnifiedPush m_push;
     bool m_hasLaunched = false;
-    bool m_hasBegun = false;
     bool m_hasEnded = false;
 };
 
