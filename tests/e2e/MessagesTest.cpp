@@ -3,8 +3,8 @@
 #include "TestDesktop.h"
 #include "WindowDriver.h"
 #include "platform/application/UIApplication.h"
-#include "platform/host/Application.h"
 #include "platform/base/MainObserver.h"
+#include "platform/host/Application.h"
 
 #include <QGuiApplication>
 
