@@ -1,5 +1,6 @@
 #include "platform/host/Application.h"
 
+#include "app/AppDelegate.h"
 #include "app/AppMenu.h"
 #include "app/FirstScreen.h"
 #include "app/MainStoryboard.h"

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/application/ApplicationRequest.h"
 #include <QDBusMessage>
 #include <QObject>
 #include <QString>
@@ -32,15 +33,12 @@ signals:
     void closed(const QString& identifier);
 
 protected:
-    /// An error, or an answer that makes no sense, goes to the log, the first time alone: who shows nothing now will show
-    /// nothing the next time.
+    /// An error, or an answer that makes no sense, goes to the log, the first time alone: who shows nothing now will
+    /// show nothing the next time.
     void complain(const QDBusMessage& reply);
 
 private:
     bool m_hasComplained = false;
 };
-
-/// Longer ones are none.
-inline constexpr int kLongestActivationToken = 256;
 
 } // namespace lamina
