@@ -22,6 +22,7 @@ class NotificationRoad : public QObject {
 public:
     using QObject::QObject;
 
+    /// On a later turn, where it takes time.
     virtual void show(const ShownNotification& notification) = 0;
     /// Takes it off the screen; it is not told as closed.
     virtual void withdraw(const QString& identifier) = 0;
