@@ -43,6 +43,11 @@ void ApplicationLife::begin()
     m_push.begin();
 }
 
+void ApplicationLife::beginWithoutWindow()
+{
+    m_push.beginForMessages();
+}
+
 void ApplicationLife::end()
 {
     if (!std::exchange(m_hasEnded, true))
