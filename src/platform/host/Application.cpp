@@ -203,7 +203,6 @@ void Application::show()
 void Application::bringToFront(const QString& activationToken)
 {
     m_view.setWindowStates(m_view.windowStates() & ~Qt::WindowMinimized);
-    m_view.raise();
     activateWindow(m_view, activationToken.toStdString());
 }
 
