@@ -43,15 +43,14 @@ void ApplicationLife::begin()
     m_push.begin();
 }
 
-<<<<<<< HEAD
 void ApplicationLife::beginWithoutWindow()
 {
     m_push.beginForMessages();
-=======
+}
+
 bool ApplicationLife::hasSomethingShown() const
 {
     return m_notifications.needsProcess() || UIApplication::shared().applicationIconBadgeNumber() > 0;
->>>>>>> h20_B
 }
 
 void ApplicationLife::end()

@@ -30,13 +30,10 @@ public:
     void launch();
     /// There is time for what the launch has left for later: the first frame stands. The second time nothing happens.
     void begin();
-<<<<<<< HEAD
     /// The same at once, where there is no window yet; `begin` follows when there is one.
     void beginWithoutWindow();
-=======
     /// Whether the desktop shows something that would go with this process: a number on the icon, or notifications.
     bool hasSomethingShown() const;
->>>>>>> h20_B
     /// Tells those who follow the application that it leaves, once.
     void end();
 
