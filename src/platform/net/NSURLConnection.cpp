@@ -18,14 +18,6 @@ NSURLConnection::Load::Load(NSURLRequest request, std::weak_ptr<NSURLConnectionD
 {
 }
 
-NSURLConnection::Load::~Load()
-{
-    // Whoever destroys a queue waits for it, and the network's thread waits for nobody.
-    DispatchQueue& queue = *m_queue;
-    if (m_isStarted)
-        queue.async([kept = std::move(m_queue)] {});
-}
-
 void NSURLConnection::Load::keep(std::shared_ptr<NSURLConnectionDelegate> delegate)
 {
     m_kept = std::move(delegate);

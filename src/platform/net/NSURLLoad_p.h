@@ -2,6 +2,7 @@
 
 #include "platform/base/DispatchQueue.h"
 #include "platform/base/Result.h"
+#include "platform/net/KeptQueue.h"
 #include "platform/net/NSURLConnection.h"
 #include "platform/net/NetworkTransfer_p.h"
 
@@ -20,7 +21,6 @@ namespace lamina {
 class NSURLConnection::Load : public TransferReceiver, public std::enable_shared_from_this<Load> {
 public:
     Load(NSURLRequest request, std::weak_ptr<NSURLConnectionDelegate> delegate, std::shared_ptr<DispatchQueue> queue);
-    ~Load() override;
 
     void start();
     void cancel();
@@ -45,7 +45,7 @@ private:
     const NSURLRequest m_request;
     std::weak_ptr<NSURLConnectionDelegate> m_delegate;
     std::shared_ptr<NSURLConnectionDelegate> m_kept; ///< for the queue, once it was started
-    std::shared_ptr<DispatchQueue> m_queue;
+    const KeptQueue m_queue; ///< the network's thread waits for nobody
     bool m_isKept = false;
     std::atomic<bool> m_isStarted{false};
     std::atomic<bool> m_isOver{false};
