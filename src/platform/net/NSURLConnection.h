@@ -42,8 +42,11 @@ struct NSURLResponse {
 class NSURLConnectionDelegate {
 public:
     virtual ~NSURLConnectionDelegate() = default;
+    /// The head has come, after redirections.
     virtual void didReceiveResponse(const NSURLResponse& response) = 0;
+    /// What follows what came before, unpacked, at most 64 KB; valid during the call.
     virtual void didReceiveData(std::span<const std::uint8_t> data) = 0;
+    /// All has come.
     virtual void connectionDidFinishLoading() = 0;
     /// The error's subject is the address without its query, its cause one phrase in plain English.
     virtual void didFailWithError(const Error& error) = 0;
@@ -65,6 +68,7 @@ public:
     NSURLConnection(const NSURLConnection&) = delete;
     NSURLConnection& operator=(const NSURLConnection&) = delete;
 
+    /// Begins it; a second call does nothing.
     void start();
     /// Ends it without a word; waits for nobody. No call begins after this when it is called on the queue.
     void cancel();
