@@ -55,7 +55,9 @@ public:
 /// One load by GET, which goes on by itself on the network's own thread; that is begun by the first load. A status of
 /// any kind is an answer and no failure, but redirections are followed. Nothing of the user's goes along: no cookies,
 /// no credentials, no page that one comes from; a certificate that isn't good is a failure. What waits on the queue is
-/// bounded: a slow one slows the server down, and then no time-out of silence passes.
+/// bounded: a slow one slows the server down, and then no time-out of silence passes. An answer that is cut is a
+/// failure; of one that comes unpacked in chunks the library beneath doesn't always notice it, so that whoever reads it
+/// must bear an early end.
 ///
 /// Needs a `QCoreApplication`; loads that are under way when that goes end without a word. Usable from any thread.
 class NSURLConnection {
