@@ -1,7 +1,7 @@
 // Loads from a server in this process, whose processor time is counted as well. Memory after many loads beside memory
 // after some (limit: 8 MB, what the allocator keeps); a picture of 12 megapixels that comes in a thousand pieces beside
 // plain decoding of its file (limit: 6 times its processor time), and how long after the last byte it is shown (limit:
-// 2 times that decoding and 20 ms).
+// 2 times that decoding and 20 ms). How often anything wakes in five seconds after a load (limit: never).
 
 #include "TestHTTPServer.h"
 #include "platform/base/DispatchQueue.h"
@@ -16,11 +16,13 @@
 #include <QCoreApplication>
 
 #include <benchmark/benchmark.h>
+#include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <cstdio> // jpeglib.h uses FILE without including it
 #include <cstdlib>
 #include <ctime>
+#include <filesystem>
 #include <fstream>
 #include <functional>
 #include <iterator>
@@ -29,6 +31,8 @@
 #include <optional>
 #include <span>
 #include <string>
+#include <thread>
+#include <unistd.h>
 #include <utility>
 
 namespace {
@@ -210,6 +214,39 @@ void manyPictures(benchmark::State& state)
     });
 }
 BENCHMARK(manyPictures)->Iterations(1)->UseRealTime()->Unit(benchmark::kMillisecond);
+
+/// How often the threads of the process that are not this one have woken.
+long wakes()
+{
+    long count = 0;
+    for (const auto& thread : std::filesystem::directory_iterator("/proc/self/task")) {
+        if (thread.path().filename() == std::to_string(::getpid()))
+            continue;
+        std::ifstream status(thread.path() / "status");
+        for (std::string word; status >> word;)
+            if (word == "voluntary_ctxt_switches:" && status >> word)
+                count += std::stol(word);
+    }
+    return count;
+}
+
+/// After a load.
+void idle(benchmark::State& state)
+{
+    TestHTTPServer server;
+    server.set("/feed", {.body = "[]"});
+    DispatchSemaphore done{0};
+    NSURLSession::sharedSession().dataTask({.URL = server.url("/feed")},
+                                           [&](const NSURLTaskResult&) { done.signal(); });
+    done.wait();
+    std::this_thread::sleep_for(std::chrono::seconds(1));
+    for (auto _ : state) {
+        const long before = wakes();
+        std::this_thread::sleep_for(std::chrono::seconds(5));
+        state.counters["wakes"] = static_cast<double>(wakes() - before);
+    }
+}
+BENCHMARK(idle)->Iterations(1)->UseRealTime()->Unit(benchmark::kMillisecond);
 
 } // namespace
 

@@ -153,7 +153,7 @@ void ProgressiveLoad::connectionDidFinishLoading()
     if (auto decoded = decodePicture(m_dataTemp, m_url, {.cancelled = &m_state->gone()}))
         image = *decoded;
     else
-        setError({m_url, decoded.error().cause});
+        setError({shownAddress(m_url), decoded.error().cause});
     m_state->onMainAndWait([image](const ProgressiveState& state) {
         if (const auto delegate = state.view()->delegateFor(Call::ImageDownloadCompleted))
             delegate->imageDownloadCompletedWithImage(image);

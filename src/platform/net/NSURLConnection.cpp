@@ -28,13 +28,12 @@ void NSURLConnection::Load::start()
 {
     if (m_isStarted.exchange(true))
         return;
-    const QUrl address = webAddress(m_request.URL);
-    if (!address.isValid())
-        return takeFailure({shownAddress(QUrl(QString::fromStdString(m_request.URL))), cause::kNotAWebAddress});
+    if (!webAddress(m_request.URL).isValid())
+        return takeFailure({shownAddress(m_request.URL), cause::kNotAWebAddress});
     if (NetworkThread* const thread = NetworkThread::running())
         thread->run([load = shared_from_this()] { load->begin(); });
     else
-        takeFailure({shownAddress(address), cause::kNoNetwork});
+        takeFailure({shownAddress(m_request.URL), cause::kNoNetwork});
 }
 
 void NSURLConnection::Load::begin()

@@ -37,6 +37,10 @@ struct NSURLResponse {
     std::int64_t expectedContentLength = -1; ///< of the body as it will be delivered; -1: not known
 };
 
+/// What an address is called in messages: without credentials, query and fragment, of which each may be secret, and not
+/// longer than 200 characters. From any thread.
+std::string shownAddress(const std::string& url);
+
 /// Hears of a load, on the load's queue, in this order: one response, data any number of times, then the one end or the
 /// other. Nothing after `cancel`.
 class NSURLConnectionDelegate {
@@ -48,7 +52,7 @@ public:
     virtual void didReceiveData(std::span<const std::uint8_t> data) = 0;
     /// All has come.
     virtual void connectionDidFinishLoading() = 0;
-    /// The error's subject is the address without its query, its cause one phrase in plain English.
+    /// The error's subject is the `shownAddress`, its cause one phrase in plain English.
     virtual void didFailWithError(const Error& error) = 0;
 };
 

@@ -56,9 +56,10 @@ QUrl webAddress(const std::string& text)
     return isWebAddress(address) ? address : QUrl();
 }
 
-std::string shownAddress(const QUrl& address)
+std::string shownAddress(const std::string& url)
 {
     constexpr qsizetype kLongest = 200;
+    const QUrl address(QString::fromStdString(url));
     const QString text = address.toDisplayString(QUrl::RemoveUserInfo | QUrl::RemoveQuery | QUrl::RemoveFragment);
     return text.left(kLongest).toStdString();
 }
@@ -208,7 +209,7 @@ void NetworkTransfer::fail(const char* cause)
     m_silence.stop();
     m_whole.stop();
     dropReply();
-    m_receiver->takeFailure({shownAddress(m_address), cause});
+    m_receiver->takeFailure({shownAddress(m_address.toString().toStdString()), cause});
     deleteLater();
 }
 

@@ -32,8 +32,6 @@ public:
 
 /// The address of a request; invalid where it is none that is loaded.
 QUrl webAddress(const std::string& text);
-/// What an address is called in messages: without what may be secret, and not too long.
-std::string shownAddress(const QUrl& address);
 
 /// One load on the network's thread, through its redirections. It destroys itself after its end; destroyed before, it
 /// ends without a word.
