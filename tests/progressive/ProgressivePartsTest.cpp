@@ -32,14 +32,6 @@ TEST(ProgressiveParts, TheDecodedPartStandsAtTheTop)
     EXPECT_FALSE(NYXProgressiveImageView::createTransitoryImage({}, {5, 4}));
 }
 
-TEST(ProgressiveParts, OrientationsOfMetadata)
-{
-    constexpr int kWanted[] = {0, 0, 4, 1, 5, 6, 3, 7, 2, 0};
-    for (int value = 0; value < 10; ++value)
-        EXPECT_EQ(NYXProgressiveImageView::exifOrientationToiOSOrientation(value), kWanted[value]) << value;
-    EXPECT_EQ(NYXProgressiveImageView::exifOrientationToiOSOrientation(-1), 0);
-}
-
 TEST(ProgressiveParts, CachedFilesByNameAndAge)
 {
     EXPECT_EQ(progressivecache::fileName("http://example.org/beach.jpg?size=2"), "d6f25f26356729219f4ac7092bd48b8f");

@@ -95,39 +95,26 @@ TEST_F(NSURLConnectionTest, ASlowQueueHoldsTheServerUp)
     EXPECT_EQ(listener->size, static_cast<std::size_t>(kAll));
 }
 
-TEST_F(NSURLConnectionTest, NothingComesAfterCancel)
+TEST_F(NSURLConnectionTest, NothingComesAfterCancelAndNobodyIsKept)
 {
     server.set("/", {.body = "abc", .framing = HTTPAnswer::Framing::Chunked, .copies = HTTPAnswer::kEndless});
-    NSURLConnection connection = this->connection();
-    DispatchSemaphore cancelled{0};
-    listener->atData = [&] {
-        connection.cancel();
-        cancelled.signal();
-    };
-    connection.start();
-    cancelled.wait();
+    {
+        const NSURLConnection unstarted = this->connection();
+        NSURLConnection connection = this->connection();
+        DispatchSemaphore cancelled{0};
+        listener->atData = [&] {
+            connection.cancel();
+            cancelled.signal();
+        };
+        connection.start();
+        cancelled.wait();
+    }
     while (server.connections() > 0)
         std::this_thread::yield();
     queue->sync([] {});
     EXPECT_EQ(listener->calls, "response data ");
-}
 
-TEST_F(NSURLConnectionTest, GoesWithItsOwnerAndKeepsNobody)
-{
-    server.set("/", {.body = "abc", .isHeld = true});
-    DispatchSemaphore ended{0};
-    {
-        NSURLConnection unstarted = connection();
-        NSURLConnection running = connection();
-        running.start();
-        while (server.connections() == 0)
-            std::this_thread::yield();
-    }
-    while (server.connections() > 0)
-        std::this_thread::yield();
     const std::weak_ptr<DispatchQueue> left = queue;
-    queue->sync([] {});
-    listener.reset();
     queue.reset();
     while (!left.expired())
         std::this_thread::yield();
