@@ -50,6 +50,8 @@ public:
     bool didFinishLaunching();
     /// The application comes to the front, or leaves it. What was told already is not told again.
     void setActive(bool active);
+    /// It is about to leave: the delegate hears of it, and UIApplicationWillTerminateNotification is posted. May be
+    /// told twice, where the end of the session comes before that of the application.
     void willTerminate();
     void didRegisterForRemoteNotifications(const std::vector<std::uint8_t>& token);
     void didFailToRegisterForRemoteNotifications(const Error& error);

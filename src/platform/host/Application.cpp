@@ -52,7 +52,7 @@ void keepWorks()
 void keepWorkNow()
 {
     constexpr double kSeconds = 2;
-    NotificationCenter::defaultCenter().post(UIApplicationWillTerminateNotification);
+    UIApplication::shared().willTerminate();
     DispatchQueue::main().runUntilIdle(kSeconds);
 }
 
@@ -110,6 +110,7 @@ Application::Application(const LaunchOptions& options)
     , m_activities(m_view)
     , m_documents(m_view, m_folder)
     , m_screens(std::make_shared<ScreenHost>())
+    , m_life(options.life ? options.life : std::make_shared<ApplicationLife>())
     , m_bridge((g_current = this, *this))
 {
     PresentationHost::setCurrent(m_screens);
@@ -139,10 +140,7 @@ Application::Application(const LaunchOptions& options)
     m_view.engine()->addImageProvider(QStringLiteral("thumbnail"), new ThumbnailProvider);
     keepWorks();
     openPhotoFolders(options.photosFolders);
-    QObject::connect(qGuiApp, &QGuiApplication::applicationStateChanged, &m_view, [](Qt::ApplicationState state) {
-        if (state == Qt::ApplicationActive)
-            PHPhotoLibrary::rescan(); // who was elsewhere has perhaps put photos where nobody tells of them
-    });
+    beginLife();
     QObject::connect(qGuiApp, &QGuiApplication::commitDataRequest, &m_view, [] { keepWorkNow(); });
     openFirstScreen(options);
     m_view.setSource(QUrl(QStringLiteral("qrc:/qt/qml/Lamina/Main.qml")));
@@ -150,14 +148,32 @@ Application::Application(const LaunchOptions& options)
 
 Application::~Application()
 {
-    NotificationCenter::defaultCenter().post(UIApplicationWillTerminateNotification);
+    m_life->end();
     m_view.setSource({}); // the views go before the screens that they show
     PresentationHost::setCurrent(nullptr);
     m_screens->window().setRootViewController(nullptr);
     // What is being saved is saved to the end; reading ends with the screens that wanted it.
     constexpr double kLeavingSeconds = 10;
     DispatchQueue::main().runUntilIdle(kLeavingSeconds);
+    m_life->delegate().setWindow(nullptr);
     g_current = nullptr;
+}
+
+/// The window stands for the application: in front it is active, and a notification that is opened brings it there.
+void Application::beginLife()
+{
+    m_life->delegate().setWindow({m_screens, &m_screens->window()});
+    QObject::connect(qGuiApp, &QGuiApplication::applicationStateChanged, &m_view, [](Qt::ApplicationState state) {
+        UIApplication::shared().setActive(state == Qt::ApplicationActive);
+        if (state == Qt::ApplicationActive)
+            PHPhotoLibrary::rescan(); // who was elsewhere has perhaps put photos where nobody tells of them
+    });
+    QObject::connect(&m_life->notifications(), &DesktopNotifications::opened, &m_view,
+                     [this](const QString& activationToken) { bringToFront(activationToken); });
+    QObject::connect(
+        &m_view, &QQuickWindow::frameSwapped, &m_view, [this] { m_life->begin(); },
+        static_cast<Qt::ConnectionType>(Qt::QueuedConnection | Qt::SingleShotConnection));
+    m_life->launch();
 }
 
 void Application::openFirstScreen(const LaunchOptions& options)
@@ -176,6 +192,19 @@ void Application::openFirstScreen(const LaunchOptions& options)
 void Application::show()
 {
     m_placement.show();
+}
+
+void Application::bringToFront(const QString& activationToken)
+{
+    // Wayland lets a window come to the front that has the token of what the user did; Qt takes it from there.
+    if (!activationToken.isEmpty())
+        qputenv("XDG_ACTIVATION_TOKEN", activationToken.toUtf8());
+    if (!m_view.isVisible())
+        show();
+    else if (m_view.windowStates() & Qt::WindowMinimized)
+        m_view.setWindowStates(m_view.windowStates() & ~Qt::WindowMinimized);
+    m_view.raise();
+    m_view.requestActivate();
 }
 
 void Application::showKeys()

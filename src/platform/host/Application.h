@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/base/Result.h"
+#include "platform/host/ApplicationLife.h"
 #include "platform/host/FocusKeeper.h"
 #include "platform/host/HostBridge.h"
 #include "platform/host/MainLoop.h"
@@ -39,6 +40,8 @@ struct LaunchOptions {
     std::vector<std::string> files;
     /// Of the window, which then is not remembered; empty: the last one, or as the display allows.
     QSize size;
+    /// What has begun before there was a window; null: the window begins it.
+    std::shared_ptr<ApplicationLife> life;
 };
 
 /// The window of Lamina and all that stands around it: the screens, the system's services, the language. One a process,
@@ -66,6 +69,10 @@ public:
     /// Shows the window; the first screen stands in it already.
     void show();
 
+    /// Shows the window over all others; `activationToken` says on behalf of what the user did, where the desktop wants
+    /// to know that. May be empty.
+    void bringToFront(const QString& activationToken);
+
     /// Shows the list of keys over the screen on top; nothing while that is an alert, a picker or this list.
     void showKeys();
 
@@ -75,6 +82,7 @@ public:
     bool receivePhotos(const QMimeData& offered);
 
 private:
+    void beginLife();
     void openFirstScreen(const LaunchOptions& options);
 
     MainLoop m_loop;
@@ -92,6 +100,7 @@ private:
     ActivityPresenter m_activities;
     DocumentPresenter m_documents;
     std::shared_ptr<ScreenHost> m_screens;
+    std::shared_ptr<ApplicationLife> m_life;
     HostBridge m_bridge;
 };
 

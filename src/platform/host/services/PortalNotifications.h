@@ -1,0 +1,34 @@
+#pragma once
+
+#include "platform/host/services/LazyBus.h"
+#include "platform/host/services/NotificationRoad.h"
+#include "platform/host/system/Portal.h"
+
+#include <QDBusMessage>
+
+namespace lamina {
+
+/// Notifications by the portal org.freedesktop.portal.Notification,
+/// https://flatpak.github.io/xdg-desktop-portal/docs/, which is all that a sandbox lets through. The bus is looked for
+/// with the first notification. The portal knows notifications by our own identifiers, also those of an earlier run.
+/// Main thread.
+class PortalNotifications : public NotificationRoad {
+    Q_OBJECT
+
+public:
+    explicit PortalNotifications(BusConnector connector = sessionBus, QObject* parent = nullptr);
+
+    void show(const ShownNotification& notification) override;
+    void withdraw(const QString& identifier) override;
+
+private slots:
+    void actionInvoked(const QDBusMessage& message);
+
+private:
+    void listen(QDBusConnection& bus);
+
+    LazyBus m_bus;
+    bool m_listens = false;
+};
+
+} // namespace lamina

@@ -1,0 +1,154 @@
+// The bus's own operations are those of https://dbus.freedesktop.org/doc/dbus-specification.html (message bus).
+#include "platform/host/services/SessionName.h"
+
+#include "platform/host/system/BackgroundWork.h"
+
+#include <QDBusMessage>
+
+#include <condition_variable>
+#include <mutex>
+#include <utility>
+#include <vector>
+
+namespace lamina {
+
+namespace {
+
+const QString kBusService = QStringLiteral("org.freedesktop.DBus");
+const QString kBusPath = QStringLiteral("/org/freedesktop/DBus");
+
+constexpr unsigned kDoNotQueue = 4;
+constexpr int kPrimaryOwner = 1;
+constexpr int kAlreadyOwner = 4;
+constexpr int kExists = 3;
+/// Milliseconds.
+constexpr int kAskingTime = 5000;
+constexpr int kReleasingTime = 1000;
+
+QDBusMessage busCall(const char* method)
+{
+    return QDBusMessage::createMethodCall(kBusService, kBusPath, kBusService, QLatin1String(method));
+}
+
+SessionName::State requestName(const QDBusConnection& bus, const QString& name)
+{
+    QDBusMessage call = busCall("RequestName");
+    call << name << kDoNotQueue;
+    const QDBusMessage reply = bus.call(call, QDBus::Block, kAskingTime);
+    if (reply.type() != QDBusMessage::ReplyMessage || reply.arguments().size() != 1)
+        return SessionName::State::NoBus;
+    switch (reply.arguments().constFirst().toInt()) {
+    case kPrimaryOwner:
+    case kAlreadyOwner:
+        return SessionName::State::Owned;
+    case kExists:
+        return SessionName::State::Taken;
+    default:
+        return SessionName::State::NoBus;
+    }
+}
+
+} // namespace
+
+/// Guarded by its mutex.
+struct SessionName::Asked {
+    mutable std::mutex mutex;
+    std::condition_variable settled;
+    State state = State::Asking;
+    std::optional<QDBusConnection> bus;
+    std::vector<Export> exports; ///< not run yet
+
+    std::vector<Export> takeExports()
+    {
+        const std::scoped_lock lock(mutex);
+        return std::exchange(exports, {});
+    }
+    void settle(State now, const QDBusConnection& connection)
+    {
+        {
+            const std::scoped_lock lock(mutex);
+            state = now;
+            if (now != State::NoBus)
+                bus = connection;
+        }
+        settled.notify_all();
+    }
+};
+
+QDBusConnection ownSessionBus()
+{
+    return QDBusConnection::connectToBus(QDBusConnection::SessionBus, QStringLiteral("lamina"));
+}
+
+SessionName::SessionName(BusConnector connector, QString name)
+    : m_connector(std::move(connector))
+    , m_name(std::move(name))
+    , m_asked(std::make_shared<Asked>())
+{
+}
+
+SessionName::~SessionName()
+{
+    if (!m_begun)
+        return;
+    if (state() == State::Asking)
+        busQueue().sync([] {});
+    release();
+}
+
+void SessionName::addExport(Export objects)
+{
+    {
+        const std::scoped_lock lock(m_asked->mutex);
+        m_asked->exports.push_back(std::move(objects));
+    }
+    if (!m_begun)
+        return;
+    busQueue().async([asked = m_asked] {
+        if (std::optional<QDBusConnection> bus = asked->bus) // set on this queue
+            for (const Export& objectsNow : asked->takeExports())
+                objectsNow(*bus);
+    });
+}
+
+void SessionName::begin()
+{
+    if (std::exchange(m_begun, true))
+        return;
+    busQueue().async([asked = m_asked, connector = m_connector, name = m_name] {
+        QDBusConnection bus = connector();
+        if (!bus.isConnected())
+            return asked->settle(State::NoBus, bus);
+        for (const Export& objects : asked->takeExports())
+            objects(bus);
+        asked->settle(requestName(bus, name), bus);
+    });
+}
+
+SessionName::State SessionName::waitFor(std::chrono::milliseconds time) const
+{
+    std::unique_lock lock(m_asked->mutex);
+    m_asked->settled.wait_for(lock, time, [this] { return m_asked->state != State::Asking; });
+    return m_asked->state;
+}
+
+std::optional<QDBusConnection> SessionName::connection() const
+{
+    const std::scoped_lock lock(m_asked->mutex);
+    return m_asked->bus;
+}
+
+void SessionName::release()
+{
+    {
+        const std::scoped_lock lock(m_asked->mutex);
+        if (m_asked->state != State::Owned)
+            return;
+        m_asked->state = State::Taken;
+    }
+    QDBusMessage call = busCall("ReleaseName");
+    call << m_name;
+    m_asked->bus->call(call, QDBus::Block, kReleasingTime);
+}
+
+} // namespace lamina
