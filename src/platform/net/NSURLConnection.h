@@ -12,7 +12,8 @@
 
 namespace lamina {
 
-/// Whether what was kept from an earlier answer may stand for a new one.
+/// Whether what was kept from an earlier answer may stand for a new one. Nothing is kept here: whatever the policy, the
+/// server is asked. Who keeps answers, as a progressive picture does, looks there before asking.
 enum class NSURLRequestCachePolicy {
     UseProtocolCachePolicy = 0,
     ReloadIgnoringLocalCacheData = 1,
@@ -48,8 +49,12 @@ public:
     virtual void didFailWithError(const Error& error) = 0;
 };
 
-/// One load, which goes on by itself on the network's own thread. A status of any kind is an answer and no failure.
-/// Usable from any thread.
+/// One load by GET, which goes on by itself on the network's own thread; that is begun by the first load. A status of
+/// any kind is an answer and no failure, but redirections are followed. Nothing of the user's goes along: no cookies,
+/// no credentials, no page that one comes from; a certificate that isn't good is a failure. What waits on the queue is
+/// bounded: a slow one slows the server down, and then no time-out of silence passes.
+///
+/// Needs a `QCoreApplication`; loads that are under way when that goes end without a word. Usable from any thread.
 class NSURLConnection {
 public:
     /// Calls come on `queue`, which is kept while they do.
@@ -65,7 +70,10 @@ public:
     void cancel();
 
 private:
+    friend class NSURLSession;
     class Load;
+    explicit NSURLConnection(std::shared_ptr<Load> load);
+
     std::shared_ptr<Load> m_load;
 };
 
