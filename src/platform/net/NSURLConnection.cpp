@@ -3,8 +3,10 @@
 #include "platform/net/NSURLLoad_p.h"
 #include "platform/net/NetworkCauses.h"
 #include "platform/net/NetworkThread_p.h"
+#include "platform/net/NetworkTransfer_p.h"
 
 #include <utility>
+#include <vector>
 
 namespace lamina {
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/base/DispatchQueue.h"
+#include "platform/base/Result.h"
 #include "platform/net/NSURLConnection.h"
 #include "platform/net/NetworkTransfer_p.h"
 

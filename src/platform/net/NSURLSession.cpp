@@ -1,7 +1,9 @@
 #include "platform/net/NSURLSession.h"
 
+#include "platform/base/DispatchQueue.h"
 #include "platform/net/NSURLLoad_p.h"
 
+#include <span>
 #include <utility>
 
 namespace lamina {

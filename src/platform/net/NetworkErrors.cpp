@@ -3,6 +3,7 @@
 #include "platform/net/NetworkCauses.h"
 
 #include <algorithm>
+#include <iterator>
 
 namespace lamina {
 
@@ -50,8 +51,8 @@ const char* networkCause(QNetworkReply::NetworkError error)
     const auto* const row = std::ranges::find(kNetworkRows, error, &NetworkRow::error);
     if (row != std::end(kNetworkRows))
         return row->cause;
-    const bool isProxy = error >= QNetworkReply::ProxyConnectionRefusedError &&
-                         error <= QNetworkReply::UnknownProxyError;
+    const bool isProxy =
+        error >= QNetworkReply::ProxyConnectionRefusedError && error <= QNetworkReply::UnknownProxyError;
     return isProxy ? cause::kProxyFailed : cause::kNoNetwork;
 }
 

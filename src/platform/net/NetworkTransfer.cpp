@@ -33,8 +33,9 @@ int milliseconds(double seconds)
 QNetworkRequest plainRequest(const QUrl& address)
 {
     QNetworkRequest request(address);
-    for (const auto attribute : {QNetworkRequest::CookieLoadControlAttribute, QNetworkRequest::CookieSaveControlAttribute,
-                                 QNetworkRequest::AuthenticationReuseAttribute})
+    for (const auto attribute :
+         {QNetworkRequest::CookieLoadControlAttribute, QNetworkRequest::CookieSaveControlAttribute,
+          QNetworkRequest::AuthenticationReuseAttribute})
         request.setAttribute(attribute, QNetworkRequest::Manual);
     request.setAttribute(QNetworkRequest::RedirectPolicyAttribute, QNetworkRequest::ManualRedirectPolicy);
     // It has no way to hold a server back that sends faster than is read.
