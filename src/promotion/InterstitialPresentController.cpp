@@ -3,6 +3,7 @@
 #include "platform/application/UIApplication.h"
 #include "platform/base/Localization.h"
 #include "platform/base/Log.h"
+#include "platform/net/NetworkCauses.h"
 #include "platform/view/FailureAlert.h"
 #include "promotion/WebAddress.h"
 
@@ -33,9 +34,9 @@ void InterstitialPresentController::taponImageView()
     if (!m_appstoreLink)
         return fail(QT_TRANSLATE_NOOP("Lamina", "there is no link"));
     if (!isWebAddress(*m_appstoreLink))
-        return fail(QT_TRANSLATE_NOOP("Lamina", "the link is no web address"));
+        return fail(cause::kNotAWebAddress);
     if (!UIApplication::shared().openURL(*m_appstoreLink))
-        fail(QT_TRANSLATE_NOOP("Lamina", "no program opens web addresses"));
+        fail(QT_TRANSLATE_NOOP("Lamina", "no program takes it"));
 }
 
 void InterstitialPresentController::cancelClick()
