@@ -28,6 +28,7 @@
 #include "platform/view/UIStoryboard.h"
 #include "platform/view/UIViewController.h"
 #include "platform/view/UIWindow.h"
+#include "promotion/PromotionInstallation.h"
 
 #include <QGuiApplication>
 #include <QQmlEngine>
@@ -120,6 +121,7 @@ Application::Application(const LaunchOptions& options)
     QObject::connect(m_screens.get(), &ScreenHost::presenting, &m_activities, &ActivityPresenter::present);
     QObject::connect(m_screens.get(), &ScreenHost::presenting, &m_documents, &DocumentPresenter::present);
     installPhotoCamera();
+    installPromotion(QGuiApplication::applicationDisplayName().toStdString());
     // Cameras are looked for once there is something to see.
     QObject::connect(&m_view, &QQuickWindow::frameSwapped, &m_cameras, &CameraPortal::begin,
                      static_cast<Qt::ConnectionType>(Qt::QueuedConnection | Qt::SingleShotConnection));

@@ -250,10 +250,10 @@ TEST_F(Share, APromotionWaitsForTheSheetAndEndsWithTheScreen)
             : m_fetches(fetches)
         {
         }
-        void fetchPromotion(std::function<void(Result<PromotionData>)> completion) override
+        void fetchPromotion(Completion completion) override
         {
             ++m_fetches;
-            completion(Error{"", "not register"});
+            completion(PromotionError{"not register", 0, {}});
             completion(PromotionData{UIImage(rampPicture(2, 2, 1)), "https://example.org"});
         }
 
