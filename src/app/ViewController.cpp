@@ -62,6 +62,12 @@ const Entry* entryNamed(std::string_view name)
 constexpr std::array kShortScreens{480.0, 568.0};
 constexpr double kShortScreenSpacing = 55;
 
+ViewController::InterstitialPreload& interstitialPreload()
+{
+    static ViewController::InterstitialPreload preload;
+    return preload;
+}
+
 /// The message is completed by what could not be read, a sentence each.
 std::shared_ptr<UIAlertController> wrongCountAlert(unsigned photos, const std::vector<Error>& failures)
 {
@@ -96,6 +102,20 @@ void ViewController::viewDidLoad()
     const double height = view().bounds().size.height;
     if (std::find(kShortScreens.begin(), kShortScreens.end(), height) != kShortScreens.end())
         verticlebtnConstraints = kShortScreenSpacing;
+    interestiallCall();
+}
+
+void ViewController::interestiallCall()
+{
+    if (!interstitialPreload())
+        return;
+    if (const Outcome outcome = interstitialPreload()(); !outcome)
+        logWarning("the interstitial can't be preloaded: " + outcome.error().message());
+}
+
+void ViewController::setInterstitialPreload(InterstitialPreload preload)
+{
+    interstitialPreload() = std::move(preload);
 }
 
 void ViewController::dismissAllViewControllers()

@@ -1,5 +1,6 @@
 #include "app/ViewController.h"
 
+#include "LogCapture.h"
 #include "ScreenTest.h"
 #include "editors/blend/BlendPhotoViewController.h"
 #include "editors/collage/CreateCollageViewController.h"
@@ -63,6 +64,24 @@ protected:
     std::shared_ptr<ViewController> home;
     std::shared_ptr<UINavigationController> stack;
 };
+
+TEST_F(HomeScreen, OnlyLogsThatAnInterstitialCannotBePreloaded)
+{
+    int calls = 0;
+    ViewController::setInterstitialPreload([&] {
+        ++calls;
+        return Outcome(Error{"interstitial", "no network"});
+    });
+    const LogCapture log;
+    const auto another = storyboard->instantiate<ViewController>(scene::kHome);
+    another->view();
+    another->view();
+    ViewController::setInterstitialPreload({});
+    EXPECT_EQ(calls, 1);
+    EXPECT_NE(log.text().find("interstitial: no network"), std::string::npos) << log.text();
+    storyboard->instantiate<ViewController>(scene::kHome)->view();
+    EXPECT_EQ(calls, 1);
+}
 
 TEST_F(HomeScreen, CollageEntriesOpenThePickerInItsColours)
 {

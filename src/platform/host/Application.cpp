@@ -1,21 +1,25 @@
 #include "platform/host/Application.h"
 
 #include "app/AppMenu.h"
+#include "app/FirstScreen.h"
 #include "app/MainStoryboard.h"
 #include "app/PhotoCamera.h"
 #include "app/PhotoFolders.h"
 #include "app/ViewController.h"
 #include "editors/common/KeptWork.h"
+#include "hud/ProgressOverlay.h"
 #include "platform/application/UIApplication.h"
 #include "platform/base/DispatchQueue.h"
 #include "platform/base/Localization.h"
 #include "platform/base/Log.h"
 #include "platform/base/NotificationCenter.h"
+#include "platform/files/FileURL.h"
 #include "platform/files/PrivateFolder.h"
 #include "platform/host/ArtProvider.h"
 #include "platform/host/QmlTypes.h"
 #include "platform/host/ScreenItem.h"
 #include "platform/host/ThumbnailProvider.h"
+#include "platform/host/WindowActivation.h"
 #include "platform/host/system/PictureClipboard.h"
 #include "platform/host/system/SystemURLOpener.h"
 #include "platform/photos/PHPhotoLibrary.h"
@@ -31,6 +35,7 @@
 #include "promotion/PromotionInstallation.h"
 
 #include <QGuiApplication>
+#include <QProcess>
 #include <QQmlEngine>
 
 #include <utility>
@@ -57,29 +62,18 @@ void keepWorkNow()
     DispatchQueue::main().runUntilIdle(kSeconds);
 }
 
-void openScreen(ViewController& home, const std::string& screen)
+/// A process of its own, beside this one.
+Outcome openAnotherWindow(const ApplicationRequest& request)
 {
-    if (screen == "blend")
-        home.BlendPhoto();
-    else if (screen == "two")
-        home.twoPhotoCollage();
-    else if (screen == "three" || screen == "picker")
-        home.threePhotoCollage();
-    else if (screen == "live")
-        presentLive(home);
-}
-
-/// Where no screen is told, the number of photos decides.
-void beginWith(ViewController& home, const std::string& screen, std::vector<PhotoSource> photos)
-{
-    if (screen == "live")
-        presentLive(home, photos.front().path);
-    else if (screen == "blend")
-        home.beginBlend(std::move(photos));
-    else if (screen == "two" || screen == "three")
-        home.beginCollage(screen + "Photo", std::move(photos));
-    else
-        home.receivePhotos(std::move(photos));
+    QStringList arguments{QStringLiteral("--new-window")};
+    if (!request.action.empty())
+        arguments << QStringLiteral("--screen") << QString::fromStdString(request.action);
+    arguments << QStringLiteral("--");
+    for (const std::string& photo : request.photos)
+        arguments << QString::fromStdString(fileURLOfPath(photo)); // the name may be no text
+    if (QProcess::startDetached(QCoreApplication::applicationFilePath(), arguments))
+        return success();
+    return Error{"lamina-app", "can't be started"};
 }
 
 /// Whether it is one of ours in the window, and no dialog of the system's.
@@ -103,7 +97,8 @@ Application* Application::current()
 }
 
 Application::Application(const LaunchOptions& options)
-    : m_metrics(m_view)
+    : m_loop(MainLoop::current() ? std::nullopt : std::optional<MainLoop>(std::in_place))
+    , m_metrics(m_view)
     , m_placement(m_view, options.size)
     , m_focus(m_view)
     , m_pointer(m_view)
@@ -113,6 +108,7 @@ Application::Application(const LaunchOptions& options)
     , m_screens(std::make_shared<ScreenHost>())
     , m_life(options.life ? options.life : std::make_shared<ApplicationLife>())
     , m_bridge((g_current = this, *this))
+    , m_requests(m_screens->window(), openAnotherWindow)
 {
     PresentationHost::setCurrent(m_screens);
     setSystemFontFamily(QGuiApplication::font().family().toStdString());
@@ -144,7 +140,8 @@ Application::Application(const LaunchOptions& options)
     openPhotoFolders(options.photosFolders);
     beginLife();
     QObject::connect(qGuiApp, &QGuiApplication::commitDataRequest, &m_view, [] { keepWorkNow(); });
-    openFirstScreen(options);
+    openHome(options);
+    listenToRequests();
     m_view.setSource(QUrl(QStringLiteral("qrc:/qt/qml/Lamina/Main.qml")));
 }
 
@@ -178,7 +175,7 @@ void Application::beginLife()
     m_life->launch();
 }
 
-void Application::openFirstScreen(const LaunchOptions& options)
+void Application::openHome(const LaunchOptions& options)
 {
     registerMainStoryboard();
     const auto home = UIStoryboard::named(kMainStoryboard)->instantiate<ViewController>(scene::kHome);
@@ -188,7 +185,15 @@ void Application::openFirstScreen(const LaunchOptions& options)
     std::vector<PhotoSource> photos;
     for (const std::string& file : options.files)
         photos.push_back(PhotoSource::fromFile(file));
-    photos.empty() ? openScreen(*home, options.screen) : beginWith(*home, options.screen, std::move(photos));
+    openFirstScreen(*home, options.screen, std::move(photos));
+}
+
+/// What makes a request wait ends with one of these.
+void Application::listenToRequests()
+{
+    const auto look = [this] { m_requests.lookAgain(); };
+    QObject::connect(m_screens.get(), &ScreenHost::transitionEnded, &m_view, look);
+    QObject::connect(&ProgressOverlay::shared(), &ProgressOverlay::changed, &m_view, look);
 }
 
 void Application::show()
@@ -198,15 +203,17 @@ void Application::show()
 
 void Application::bringToFront(const QString& activationToken)
 {
-    // Wayland lets a window come to the front that has the token of what the user did; Qt takes it from there.
-    if (!activationToken.isEmpty())
-        qputenv("XDG_ACTIVATION_TOKEN", activationToken.toUtf8());
-    if (!m_view.isVisible())
-        show();
-    else if (m_view.windowStates() & Qt::WindowMinimized)
-        m_view.setWindowStates(m_view.windowStates() & ~Qt::WindowMinimized);
+    m_view.setWindowStates(m_view.windowStates() & ~Qt::WindowMinimized);
     m_view.raise();
-    m_view.requestActivate();
+    activateWindow(m_view, activationToken.toStdString());
+}
+
+Outcome Application::perform(const ApplicationRequest& request)
+{
+    if (!m_view.isVisible())
+        return Error{{}, "the window is closed"};
+    bringToFront(QString::fromStdString(request.activationToken));
+    return m_requests.take(request);
 }
 
 void Application::showKeys()

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "app/IncomingRequests.h"
+#include "platform/application/ApplicationRequest.h"
 #include "platform/base/Result.h"
 #include "platform/host/ApplicationLife.h"
 #include "platform/host/FocusKeeper.h"
@@ -21,6 +23,7 @@
 #include <QQuickView>
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -68,10 +71,12 @@ public:
 
     /// Shows the window; the first screen stands in it already.
     void show();
-
-    /// Shows the window over all others; `activationToken` says on behalf of what the user did, where the desktop wants
-    /// to know that. May be empty.
+    /// Brings the window to the front, as far as the window system lets it. With a token, see `ApplicationRequest`,
+    /// that is far.
     void bringToFront(const QString& activationToken);
+    /// Comes to the front and does what another program asks; see `IncomingRequests`. An error once the window is
+    /// closed, or too much waits.
+    Outcome perform(const ApplicationRequest& request);
 
     /// Shows the list of keys over the screen on top; nothing while that is an alert, a picker or this list.
     void showKeys();
@@ -83,9 +88,10 @@ public:
 
 private:
     void beginLife();
-    void openFirstScreen(const LaunchOptions& options);
+    void openHome(const LaunchOptions& options);
+    void listenToRequests();
 
-    MainLoop m_loop;
+    std::optional<MainLoop> m_loop; ///< where nobody has made one before
     Translations m_translations;
     QQuickView m_view;
     ScreenMetrics m_metrics;
@@ -102,6 +108,7 @@ private:
     std::shared_ptr<ScreenHost> m_screens;
     std::shared_ptr<ApplicationLife> m_life;
     HostBridge m_bridge;
+    IncomingRequests m_requests;
 };
 
 } // namespace lamina

@@ -29,7 +29,7 @@ ApplicationLife::~ApplicationLife()
 
 void ApplicationLife::exportTo(SessionName& name)
 {
-    name.addExport([this](QDBusConnection& bus) { m_push.exportOn(bus); });
+    name.addExport(m_push.exporter());
 }
 
 void ApplicationLife::launch()

@@ -21,6 +21,7 @@ class NotificationRoad : public QObject {
 public:
     using QObject::QObject;
 
+    /// On a later turn, where it takes time.
     virtual void show(const ShownNotification& notification) = 0;
     /// Takes it off the screen; it is not told as closed.
     virtual void withdraw(const QString& identifier) = 0;
@@ -32,8 +33,8 @@ signals:
     void closed(const QString& identifier);
 
 protected:
-    /// An error, or an answer that makes no sense, goes to the log, the first time alone: who shows nothing now will show
-    /// nothing the next time.
+    /// An error, or an answer that makes no sense, goes to the log, the first time alone: who shows nothing now will
+    /// show nothing the next time.
     void complain(const QDBusMessage& reply);
 
 private:

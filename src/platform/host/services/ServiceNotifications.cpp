@@ -91,8 +91,7 @@ void ServiceNotifications::askCapabilities(QDBusConnection& bus)
 {
     if (std::exchange(m_asksCapabilities, true))
         return;
-    callBus(bus, callOf("GetCapabilities"), this,
-                     [this](const QDBusMessage& reply) { takeCapabilities(reply); });
+    callBus(bus, callOf("GetCapabilities"), this, [this](const QDBusMessage& reply) { takeCapabilities(reply); });
 }
 
 void ServiceNotifications::takeCapabilities(const QDBusMessage& reply)
@@ -117,10 +116,9 @@ void ServiceNotifications::send(QDBusConnection& bus, Entry& entry)
 {
     entry.state = State::Sent;
     entry.isChanged = false;
-    callBus(bus, notifyCall(entry), this,
-                     [this, identifier = entry.content.identifier](const QDBusMessage& reply) {
-                         answered(*m_bus.connection(), identifier, reply);
-                     });
+    callBus(bus, notifyCall(entry), this, [this, identifier = entry.content.identifier](const QDBusMessage& reply) {
+        answered(*m_bus.connection(), identifier, reply);
+    });
 }
 
 QDBusMessage ServiceNotifications::notifyCall(const Entry& entry) const

@@ -57,11 +57,15 @@ struct SessionName::Asked {
     State state = State::Asking;
     std::optional<QDBusConnection> bus;
     std::vector<Export> exports; ///< not run yet
+    bool isOver = false;
 
-    std::vector<Export> takeExports()
+    /// False when it is over: what is exported may be gone.
+    bool runExports(QDBusConnection& connection)
     {
         const std::scoped_lock lock(mutex);
-        return std::exchange(exports, {});
+        for (const Export& objects : std::exchange(exports, {}))
+            objects(connection);
+        return !isOver;
     }
     void settle(State now, const QDBusConnection& connection)
     {
@@ -91,9 +95,9 @@ SessionName::~SessionName()
 {
     if (!m_begun)
         return;
+    release();
     if (state() == State::Asking)
         busQueue().sync([] {});
-    release();
 }
 
 void SessionName::addExport(Export objects)
@@ -106,8 +110,7 @@ void SessionName::addExport(Export objects)
         return;
     busQueue().async([asked = m_asked] {
         if (std::optional<QDBusConnection> bus = asked->bus) // set on this queue
-            for (const Export& objectsNow : asked->takeExports())
-                objectsNow(*bus);
+            asked->runExports(*bus);
     });
 }
 
@@ -117,11 +120,8 @@ void SessionName::begin()
         return;
     busQueue().async([asked = m_asked, connector = m_connector, name = m_name] {
         QDBusConnection bus = connector();
-        if (!bus.isConnected())
-            return asked->settle(State::NoBus, bus);
-        for (const Export& objects : asked->takeExports())
-            objects(bus);
-        asked->settle(requestName(bus, name), bus);
+        const bool goesOn = bus.isConnected() && asked->runExports(bus);
+        asked->settle(goesOn ? requestName(bus, name) : State::NoBus, bus);
     });
 }
 
@@ -142,6 +142,8 @@ void SessionName::release()
 {
     {
         const std::scoped_lock lock(m_asked->mutex);
+        m_asked->isOver = true;
+        m_asked->exports.clear();
         if (m_asked->state != State::Owned)
             return;
         m_asked->state = State::Taken;

@@ -38,7 +38,7 @@ public:
     SessionName& operator=(const SessionName&) = delete;
 
     /// Puts objects on the bus: `registerObject` of plain objects of the main thread, with their slots and no adaptors,
-    /// since it runs on the bus's queue. The objects outlive this.
+    /// since it runs on the bus's queue; it asks nothing of this name. The objects stay until `release`.
     using Export = std::function<void(QDBusConnection& bus)>;
     /// Before `begin`: run once there is a connection and before the name is asked for, so that whoever calls the name
     /// finds all of it. Afterwards: run as soon as there is a connection. Without a bus never.
@@ -54,7 +54,7 @@ public:
     std::optional<QDBusConnection> connection() const;
 
     /// Gives the name back, so that a process that starts from now on is not called here. What was called before
-    /// arrives still. Waits for the bus, a second at most.
+    /// arrives still. Nothing more is exported. Waits for the bus, a second at most.
     void release();
 
 private:

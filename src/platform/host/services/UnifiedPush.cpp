@@ -5,7 +5,6 @@
 #include "platform/base/Log.h"
 #include "platform/base/Result.h"
 #include "platform/base/ShownText.h"
-#include "platform/host/services/SessionName.h"
 #include "platform/host/services/UnifiedPushMessage.h"
 #include "platform/host/system/BackgroundWork.h"
 #include "platform/host/system/BusCalls.h"
@@ -21,6 +20,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <iterator>
+#include <mutex>
 #include <span>
 #include <utility>
 
@@ -92,6 +92,23 @@ std::string refusalIn(const QDBusMessage& reply)
 
 } // namespace
 
+/// The object while it lives, and where it is to be found. Guarded by its mutex.
+struct UnifiedPush::Exported {
+    std::mutex mutex;
+    UnifiedPushConnector* object;
+    std::optional<QDBusConnection> bus;
+
+    explicit Exported(UnifiedPushConnector* exported)
+        : object(exported)
+    {
+    }
+    std::optional<QDBusConnection> presentBus()
+    {
+        const std::scoped_lock lock(mutex);
+        return bus;
+    }
+};
+
 /// What a look at the bus has led to.
 struct UnifiedPush::Found {
     std::optional<QDBusConnection> bus;
@@ -117,9 +134,9 @@ struct UnifiedPush::Found {
 
 UnifiedPush::UnifiedPush(QObject* parent)
     : QObject(parent)
-    , m_exported(std::make_shared<std::optional<QDBusConnection>>())
     , m_kept(std::make_shared<KeptRegistration>())
     , m_object([this](const Call& call, const QDBusConnection& bus) { called(call, bus); })
+    , m_exported(std::make_shared<Exported>(&m_object))
 {
     FIRMessaging::messaging().setService(this);
 }
@@ -127,15 +144,24 @@ UnifiedPush::UnifiedPush(QObject* parent)
 UnifiedPush::~UnifiedPush()
 {
     FIRMessaging::messaging().setService(nullptr);
+    {
+        const std::scoped_lock lock(m_exported->mutex);
+        m_exported->object = nullptr;
+    }
     if (m_looking)
         busQueue().sync([] {});
 }
 
-void UnifiedPush::exportOn(QDBusConnection& bus)
+SessionName::Export UnifiedPush::exporter() const
 {
-    (void)m_kept->current(); // read here, so that the first message needn't wait for the disk
-    bus.registerVirtualObject(UnifiedPushConnector::kPath, &m_object);
-    *m_exported = bus;
+    return [exported = m_exported, kept = m_kept](QDBusConnection& bus) {
+        (void)kept->current(); // read here, so that the first message needn't wait for the disk
+        const std::scoped_lock lock(exported->mutex);
+        if (!exported->object)
+            return;
+        bus.registerVirtualObject(UnifiedPushConnector::kPath, exported->object);
+        exported->bus = bus;
+    };
 }
 
 void UnifiedPush::begin()
@@ -157,7 +183,7 @@ void UnifiedPush::lookForDistributor()
         return;
     m_looking = true;
     inBackground<Found>(
-        busQueue(), this, [bus = m_exported, kept = m_kept] { return Found::on(*bus, *kept); },
+        busQueue(), this, [exported = m_exported, kept = m_kept] { return Found::on(exported->presentBus(), *kept); },
         [this](const Found& result) {
             m_looking = false;
             found(result);

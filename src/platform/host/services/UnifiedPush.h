@@ -2,6 +2,7 @@
 
 #include "platform/application/FIRMessaging.h"
 #include "platform/host/services/RateLimit.h"
+#include "platform/host/services/SessionName.h"
 #include "platform/host/services/UnifiedPushConnector.h"
 #include "platform/host/services/UnifiedPushRegistration.h"
 
@@ -39,9 +40,9 @@ public:
     ~UnifiedPush() override;
 
     /// Puts the object that distributors call on the bus, by whose connection we register from then on; before, there
-    /// is nobody to register with. An export of `SessionName`: a message that has started this process waits for the
-    /// name. On the `busQueue`, while this lives.
-    void exportOn(QDBusConnection& bus);
+    /// is nobody to register with. For `SessionName::addExport`: a message that has started this process waits for the
+    /// name. On the `busQueue`; it may be called when this is gone.
+    SessionName::Export exporter() const;
 
     /// From now on registering may use the bus; before, it is only noted. The second time nothing happens.
     void begin();
@@ -57,6 +58,7 @@ public:
     static constexpr int kMostReturns = 4; ///< of the distributor's
 
 private:
+    struct Exported;
     struct Found;
     using Call = UnifiedPushConnector::Call;
 
@@ -72,9 +74,9 @@ private:
     void forgetRegistration();
     void drop(const std::string& cause);
 
-    std::shared_ptr<std::optional<QDBusConnection>> m_exported; ///< touched on the bus's queue alone
-    std::shared_ptr<KeptRegistration> m_kept;                   ///< shared with that queue
+    std::shared_ptr<KeptRegistration> m_kept; ///< shared with the bus's queue
     UnifiedPushConnector m_object;
+    std::shared_ptr<Exported> m_exported; ///< shared with the bus's queue
     std::unique_ptr<QDBusServiceWatcher> m_watcher;
     std::optional<QDBusConnection> m_bus; ///< once there is a distributor
     bool m_begun = false;

@@ -72,7 +72,7 @@ protected:
         listener->told.clear();
         push = std::make_unique<UnifiedPush>();
         name = std::make_unique<SessionName>();
-        name->addExport([this](QDBusConnection& bus) { push->exportOn(bus); });
+        name->addExport(push->exporter());
         name->begin();
         UIApplication::shared().registerForRemoteNotifications();
         push->begin();
