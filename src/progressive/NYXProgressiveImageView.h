@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/base/CGGeometry.h"
 #include "platform/base/Result.h"
 #include "platform/image/pixels/CGImage.h"
 #include "platform/image/pixels/UIImage.h"
@@ -101,7 +102,7 @@ private:
 
     std::shared_ptr<ProgressiveState> m_state;
     std::shared_ptr<ProgressiveLoad> m_load; ///< the last one
-    std::optional<KeptQueue> m_queue; ///< since the first load
+    std::optional<KeptQueue> m_queue;        ///< since the first load
     std::weak_ptr<NYXProgressiveImageViewDelegate> m_delegate;
     unsigned m_delegateFlags = 0;
     double m_cacheTime = 0;

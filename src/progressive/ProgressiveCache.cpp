@@ -1,5 +1,6 @@
 #include "progressive/ProgressiveCache_p.h"
 
+#include "platform/base/Result.h"
 #include "platform/files/FileReading.h"
 #include "platform/files/FileWriting.h"
 #include "platform/files/PrivateFolder.h"
@@ -9,6 +10,7 @@
 #include <QString>
 
 #include <chrono>
+#include <cstddef>
 #include <filesystem>
 #include <system_error>
 #include <utility>

@@ -3,6 +3,7 @@
 #include "platform/base/Clock.h"
 #include "platform/base/Log.h"
 #include "platform/image/codecs/PictureDecoding.h"
+#include "platform/image/pixels/CGImage.h"
 #include "progressive/NYXProgressiveImageView.h"
 #include "progressive/ProgressiveCache_p.h"
 
@@ -129,8 +130,8 @@ void ProgressiveLoad::showWhenDue()
 void ProgressiveLoad::show()
 {
     const double began = SteadyClock::instance()->now();
-    const CGImage frame = NYXProgressiveImageView::createTransitoryImage(m_imageSource->imageAtIndex(),
-                                                                         {m_imageWidth, m_imageHeight});
+    const CGImage frame =
+        NYXProgressiveImageView::createTransitoryImage(m_imageSource->imageAtIndex(), {m_imageWidth, m_imageHeight});
     if (!frame)
         return;
     m_pace.made(size(), began, SteadyClock::instance()->now());

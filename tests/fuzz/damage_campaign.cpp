@@ -7,6 +7,7 @@
 // so that a run can be carried on. Each hundred is decoded in a process of its own, which may crash or hang. FOLDER
 // takes the findings, named by number and fault, and what was written to standard error.
 
+#include "ArrivalCheck.h"
 #include "ClipCheck.h"
 #include "DamagedFiles.h"
 #include "DecodeCheck.h"
@@ -48,6 +49,7 @@ constexpr double kMostSeconds = 2;
 constexpr long kMostKilobytes = 400'000;
 constexpr long kMostOfClip = 640'000; ///< a movie's index, twice
 #endif
+constexpr double kMostArrivals = 3; ///< as long as decoding may take, for all pictures that are asked for on the way
 constexpr std::chrono::seconds kHangs{60};
 constexpr std::uint64_t kBatch = 100;
 constexpr std::size_t kLargestBase = 60'000;
@@ -70,6 +72,7 @@ struct Shared {
     std::uint64_t refusals;
     std::uint64_t findings;
     Worst seconds;
+    Worst arrivalSeconds;
     Worst kilobytes;
     Worst decoderKilobytes; ///< behind its wall
 };
@@ -231,6 +234,8 @@ public:
                     m_shared->seconds.value, number(m_shared->seconds.number), m_shared->kilobytes.value / 1024,
                     number(m_shared->kilobytes.number), m_shared->decoderKilobytes.value / 1024,
                     number(m_shared->decoderKilobytes.number));
+        std::printf("slowest arrival in pieces: %.3f s (number %llu)\n", m_shared->arrivalSeconds.value,
+                    number(m_shared->arrivalSeconds.number));
         std::printf("written to standard error: %llu bytes\n", number(fs::file_size(m_folder / "stderr")));
     }
 
@@ -272,7 +277,17 @@ private:
              {faultOfDecoder(decoded, seconds), excess, faultOf(decoded, options.memoryLimit)})
             if (!fault.empty())
                 return fault;
-        return options.shortSide == 0 ? faultOfFacts(bytes, decoded) : std::string();
+        return options.shortSide == 0 ? faultOfFacts(bytes, decoded) : faultOfArriving(number, bytes);
+    }
+
+    std::string faultOfArriving(std::uint64_t number, const Bytes& bytes)
+    {
+        const Result<UIImage> whole = lamina::decodePicture(bytes, "damaged");
+        const Cost cost;
+        const std::string fault = faultOfArrival(bytes, whole, DecodeOptions().memoryLimit);
+        const double seconds = cost.seconds();
+        m_shared->arrivalSeconds.include(seconds, number);
+        return !fault.empty() ? fault : seconds > kMostArrivals * kMostSeconds ? "slow arrival" : "";
     }
 
     /// Counts a file, and says what it took too much of.

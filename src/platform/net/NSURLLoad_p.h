@@ -45,7 +45,7 @@ private:
     const NSURLRequest m_request;
     std::weak_ptr<NSURLConnectionDelegate> m_delegate;
     std::shared_ptr<NSURLConnectionDelegate> m_kept; ///< for the queue, once it was started
-    const KeptQueue m_queue; ///< the network's thread waits for nobody
+    const KeptQueue m_queue;                         ///< the network's thread waits for nobody
     bool m_isKept = false;
     std::atomic<bool> m_isStarted{false};
     std::atomic<bool> m_isOver{false};

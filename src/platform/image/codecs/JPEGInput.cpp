@@ -162,8 +162,10 @@ void JPEGInput::progressed(j_common_ptr info)
     if (isCancelled(self.m_options))
         self.giveUp(cause::kCancelled);
     const jpeg_decompress_struct& state = self.m_info;
-    for (int i = 0; i < state.comps_in_scan; ++i)
-        self.m_componentsSeen |= 1u << state.cur_comp_info[i]->component_index;
+    for (int i = 0; i < state.comps_in_scan; ++i) {
+        if (state.cur_comp_info[i]) // not while the head of a scan is coming
+            self.m_componentsSeen |= 1u << state.cur_comp_info[i]->component_index;
+    }
 }
 
 void JPEGInput::takeScansIn()

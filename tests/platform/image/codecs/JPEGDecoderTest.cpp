@@ -14,14 +14,7 @@
 namespace lamina::test {
 namespace {
 
-constexpr std::uint8_t kScan[] = {0xFF, 0xDA};
 constexpr std::uint8_t kEnd[] = {0xFF, 0xD9};
-
-/// Where the last scan begins.
-Bytes::const_iterator lastScan(const Bytes& file)
-{
-    return std::find_end(file.begin(), file.end(), std::begin(kScan), std::end(kScan));
-}
 
 // As some programs close what they could not fetch.
 TEST(JPEGDecoder, RefusesAFileThatIsCutAndEnded)

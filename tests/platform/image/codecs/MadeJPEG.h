@@ -2,6 +2,7 @@
 
 #include "DecodedPictures.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <cstdio> // jpeglib.h names FILE without asking for it
 #include <cstdlib>
@@ -61,6 +62,14 @@ inline Bytes makeJPEG(const JPEGRecipe& recipe)
     jpeg_destroy_compress(&info);
     std::free(memory);
     return bytes;
+}
+
+inline constexpr std::uint8_t kScan[] = {0xFF, 0xDA};
+
+/// Where the last scan begins.
+inline Bytes::const_iterator lastScan(const Bytes& file)
+{
+    return std::find_end(file.begin(), file.end(), std::begin(kScan), std::end(kScan));
 }
 
 } // namespace lamina::test
