@@ -1,14 +1,17 @@
 #include "promotion/CrossPromotionCoordinater.h"
 
+#include "platform/image/pixels/UIImage.h"
 #include "platform/net/NSURLConnection.h"
 #include "promotion/FetchProductViewModel.h"
 #include "promotion/ImageDownloader.h"
+#include "promotion/PromotionRecords.h"
 #include "promotion/WebAddress.h"
 
 #include <algorithm>
 #include <random>
 #include <utility>
 #include <variant>
+#include <vector>
 
 namespace lamina {
 
@@ -69,12 +72,12 @@ void CrossPromotionCoordinater::choosePromotion(const Completion& completion)
     const CustomInterstrial& promotion = promotions[m_randomIndex(promotions.size())];
     if (!isWebAddress(promotion.interstialLink))
         return;
-    m_picture = downloadImage(promotion.interstialLink,
-                              [link = promotion.appLink, completion](PromotionResult<UIImage> image) {
-                                  if (const auto* const error = std::get_if<PromotionError>(&image))
-                                      return completion(*error);
-                                  completion(PromotionData{std::get<UIImage>(std::move(image)), link});
-                              });
+    m_picture =
+        downloadImage(promotion.interstialLink, [link = promotion.appLink, completion](PromotionResult<UIImage> image) {
+            if (const auto* const error = std::get_if<PromotionError>(&image))
+                return completion(*error);
+            completion(PromotionData{std::get<UIImage>(std::move(image)), link});
+        });
 }
 
 } // namespace lamina

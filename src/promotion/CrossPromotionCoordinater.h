@@ -36,7 +36,8 @@ public:
     /// Fetches both feeds. The completion comes with the first error of either; with a promotion once both are here and
     /// the first entry of this application that is switched on has found one; and with an error of domain "not
     /// register" each time a feed comes and there is no such entry (yet): so maybe first with that and then with a
-    /// promotion. It never comes where there is an entry but no promotion, or where the picture's URL is no web address.
+    /// promotion. It never comes where there is an entry but no promotion, or where the picture's URL is no web
+    /// address.
     void fetchPromotion(Completion completion) override;
 
 private:

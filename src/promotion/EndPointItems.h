@@ -10,6 +10,7 @@ namespace lamina {
 /// The two feeds of the promotion server (`promotionRoot`). A cheap value.
 class EndPointItems : public EndPointType {
 public:
+    /// Which of them.
     enum Item {
         apps,       ///< of `iOSAppList`
         promotions, ///< of `CustomInterstrial`

@@ -21,11 +21,13 @@ public:
     virtual ~EndPointType() = default;
     /// Below `baseURL`.
     virtual std::string path() const = 0;
+    /// What follows the path.
     virtual std::string suffix() const = 0;
     /// The server's root, with a "/" at its end; empty: there is no server.
     virtual std::string baseURL() const = 0;
     /// `baseURL` and `path`; nothing without a server.
     virtual std::optional<std::string> url() const = 0;
+    /// How it is to be asked for.
     virtual HTTPMethods method() const = 0;
 };
 

@@ -17,8 +17,11 @@ namespace lamina {
 template <class Record>
 std::optional<std::vector<Record>> decodeFeed(std::span<const std::uint8_t> body);
 
+/// Made once, beside the reader.
 extern template std::optional<std::vector<iOSAppList>> decodeFeed(std::span<const std::uint8_t>);
+/// Likewise.
 extern template std::optional<std::vector<CustomInterstrial>> decodeFeed(std::span<const std::uint8_t>);
+/// Likewise.
 extern template std::optional<std::vector<ImageDataResource>> decodeFeed(std::span<const std::uint8_t>);
 
 } // namespace lamina

@@ -30,11 +30,11 @@ void FetchProductViewModel::fetchProducts()
 void FetchProductViewModel::fetchCustomAds()
 {
     publish({EventHandler::loading});
-    APIHelper::shared().request<CustomInterstrial>(
-        EndPointItems(EndPointItems::promotions), [weak = weak_from_this()](FeedResult<CustomInterstrial> result) {
-            if (const auto self = weak.lock())
-                self->finish(std::move(result), self->m_customAds);
-        });
+    APIHelper::shared().request<CustomInterstrial>(EndPointItems(EndPointItems::promotions),
+                                                   [weak = weak_from_this()](FeedResult<CustomInterstrial> result) {
+                                                       if (const auto self = weak.lock())
+                                                           self->finish(std::move(result), self->m_customAds);
+                                                   });
 }
 
 template <class Record>

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "promotion/DataError.h"
 #include "promotion/EventHandler.h"
 #include "promotion/PromotionRecords.h"
 

@@ -1,6 +1,7 @@
 #include "promotion/ImageDownloader.h"
 
 #include "platform/base/CGGeometry.h"
+#include "platform/base/Result.h"
 #include "platform/net/NSURLSession.h"
 #include "platform/photos/AssetPicture.h"
 #include "platform/photos/PhotoSource.h"
@@ -24,7 +25,8 @@ PromotionResult<UIImage> imageOf(NSURLTaskResult result, const std::string& url)
         return PromotionError{"NSURLErrorDomain", -1, result.error->message()};
     if (result.data) {
         const auto source = PhotoSource::fromBytes(*std::move(result.data), url);
-        Result<UIImage> image = loadAssetPicture(source, {.asset = {}, .targetSize = {kShownSide, kShownSide}}, nullptr);
+        Result<UIImage> image =
+            loadAssetPicture(source, {.asset = {}, .targetSize = {kShownSide, kShownSide}}, nullptr);
         if (image)
             return *std::move(image);
     }
@@ -36,11 +38,10 @@ PromotionResult<UIImage> imageOf(NSURLTaskResult result, const std::string& url)
 std::shared_ptr<NSURLConnection> downloadImage(const std::string& url,
                                                std::function<void(PromotionResult<UIImage>)> completion)
 {
-    return NSURLSession::sharedSession().dataTask(
-        {.URL = url, .mostBytes = kMostBytes},
-        [url, completion = std::move(completion)](NSURLTaskResult result) {
-            completion(imageOf(std::move(result), url));
-        });
+    return NSURLSession::sharedSession().dataTask({.URL = url, .mostBytes = kMostBytes},
+                                                  [url, completion = std::move(completion)](NSURLTaskResult result) {
+                                                      completion(imageOf(std::move(result), url));
+                                                  });
 }
 
 } // namespace lamina

@@ -1,8 +1,10 @@
 #include "promotion/InterstitialPresentController.h"
 
 #include "platform/application/UIApplication.h"
+#include "platform/base/CGGeometry.h"
 #include "platform/base/Localization.h"
 #include "platform/base/Log.h"
+#include "platform/base/Result.h"
 #include "platform/net/NetworkCauses.h"
 #include "platform/view/FailureAlert.h"
 #include "promotion/WebAddress.h"

@@ -32,8 +32,11 @@ public:
     void setAppstoreLink(std::optional<std::string> link) { m_appstoreLink = std::move(link); }
     const std::optional<std::string>& appstoreLink() const { return m_appstoreLink; }
 
+    /// See the properties.
     QVariant interstitialImageView() const { return QVariant::fromValue(m_shown); }
+    /// Likewise.
     QSizeF pictureSize() const;
+    /// Likewise.
     QString host() const;
 
     /// Opens the link; the screen stays. A link that leads nowhere, and a system that opens none, is told in an alert.

@@ -3,6 +3,7 @@
 #include "export/PromotionStep.h"
 #include "export/ShareController.h"
 #include "platform/view/UIStoryboard.h"
+#include "platform/view/UIViewController.h"
 #include "promotion/CrossPromotionCoordinater.h"
 #include "promotion/FetchProductViewModel.h"
 #include "promotion/InterstitialPresentController.h"
@@ -38,11 +39,11 @@ void installPromotion(const std::string& displayName)
 {
     if (promotionRoot().empty())
         return ShareController::setPromotionStep({});
-    ShareController::setPromotionStep(
-        {[displayName]() -> std::shared_ptr<PromotionFetcher> {
-             return std::make_shared<CrossPromotionCoordinater>(std::make_shared<FetchProductViewModel>(), displayName);
-         },
-         makeInterstitial});
+    ShareController::setPromotionStep({[displayName]() -> std::shared_ptr<PromotionFetcher> {
+                                           return std::make_shared<CrossPromotionCoordinater>(
+                                               std::make_shared<FetchProductViewModel>(), displayName);
+                                       },
+                                       makeInterstitial});
 }
 
 } // namespace lamina

@@ -16,9 +16,9 @@ struct iOSAppList {
 
 /// A promotion. A plain value.
 struct CustomInterstrial {
-    std::string appLink;      ///< the page of what is promoted
+    std::string appLink;        ///< the page of what is promoted
     std::string interstialLink; ///< URL of the picture
-    std::int64_t isCheck = 0; ///< not looked at
+    std::int64_t isCheck = 0;   ///< not looked at
 };
 
 /// A promotion with its picture in it. No feed has them yet. A plain value.

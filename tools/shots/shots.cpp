@@ -177,7 +177,8 @@ void shootPromotions(Shooter& shooter, UIViewController& editor)
     const Result<UIImage> photo = loadPicture(LAMINA_SAMPLES "/meadow.jpg");
     if (!photo)
         return;
-    for (const auto& [name, size] : {std::pair{"recommended", CGSize{2000, 1125}}, {"recommended-upright", {900, 1400}}}) {
+    for (const auto& [name, size] :
+         {std::pair{"recommended", CGSize{2000, 1125}}, {"recommended-upright", {900, 1400}}}) {
         const auto screen =
             UIStoryboard::named(kMainStoryboard)->instantiate<InterstitialPresentController>(kInterstitialScene);
         screen->setInterstititalImage(cropToSize(*photo, size, CropModeCenter));
