@@ -28,7 +28,9 @@ QSizeF InterstitialPresentController::pictureSize() const
 
 QString InterstitialPresentController::host() const
 {
-    return QString::fromStdString(webHost(m_appstoreLink.value_or("")));
+    constexpr qsizetype kMost = 64; // whose it is stands at its end
+    const QString whole = QString::fromStdString(webHost(m_appstoreLink.value_or("")));
+    return whole.size() > kMost ? QStringLiteral("…") + whole.right(kMost) : whole;
 }
 
 void InterstitialPresentController::taponImageView()

@@ -21,7 +21,7 @@ class InterstitialPresentController : public UIViewController {
     Q_PROPERTY(QVariant interstitialImageView READ interstitialImageView NOTIFY loaded FINAL)
     /// Its sides in pixels; empty where there is none.
     Q_PROPERTY(QSizeF pictureSize READ pictureSize NOTIFY loaded FINAL)
-    /// Where a tap leads, for people to judge: "example.org"; empty: nowhere.
+    /// Where a tap leads, for people to judge: "example.org", of a long name its end; empty: nowhere.
     Q_PROPERTY(QString host READ host NOTIFY loaded FINAL)
 
 public:

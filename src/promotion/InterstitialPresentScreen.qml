@@ -58,12 +58,6 @@ AppScreen {
             name: qsTranslate("Lamina", "Close")
             command: "back"
             onClicked: screen.controller.cancelClick()
-            Rectangle {
-                z: -1
-                anchors.fill: parent
-                radius: Tokens.radius.cell
-                color: Tokens.palette.panelRaised
-            }
         }
     }
 
@@ -122,9 +116,8 @@ AppScreen {
     Item {
         id: foot
         x: screen.lying ? head.x + Tokens.space.s : screen.gathered ? group.x : Tokens.space.l
-        y: screen.lying ? head.y + head.height + Tokens.space.s : screen.gathered ? paper.y + paper.height + Tokens.space.xl
-                                                                              : screen.height - height - screen.edge
-        width: (screen.lying ? screen.side : screen.gathered ? group.width : screen.width) - 2 * (x - (screen.lying ? head.x : screen.gathered ? group.x : 0))
+        y: screen.lying ? head.y + head.height + Tokens.space.s : paper.y + paper.height + Tokens.space.xl
+        width: screen.gathered ? group.width : screen.width - x - Tokens.space.l
         height: words.height
         visible: screen.host !== ""
 
@@ -140,6 +133,7 @@ AppScreen {
             anchors.leftMargin: Tokens.space.s
             anchors.right: parent.right
             text: qsTranslate("Lamina", "Opens %1 in the browser").arg(screen.host)
+            role: Tokens.type.caption
             // A name without a place to break it is broken where the line ends.
             wrapMode: Text.Wrap
             maximumLineCount: screen.lying ? 6 : 3

@@ -14,6 +14,7 @@ namespace {
 
 using enum DataError;
 using Framing = HTTPAnswer::Framing;
+using Outcome = std::variant<std::size_t, DataError>; ///< how many records, or the error
 
 std::string feed(const std::string& isCheck, const std::string& before = {})
 {
@@ -29,7 +30,7 @@ TEST(APIHelper, TakesWholeFeedsOfAGoodStatusAlone)
     const std::string good = feed("1");
     const struct {
         HTTPAnswer answer;
-        std::variant<std::size_t, DataError> outcome; ///< how many records, or the error
+        Outcome outcome;
     } cases[] = {
         {{.body = good}, 1U},
         {{.body = "[]"}, 0U},
@@ -57,9 +58,10 @@ TEST(APIHelper, TakesWholeFeedsOfAGoodStatusAlone)
         SCOPED_TRACE(std::to_string(answer.status) + " " + answer.body.substr(0, 60));
         server.set(kApps, answer);
         const auto result = fetched<iOSAppList>(EndPointItems::apps);
-        const auto* const apps = std::get_if<0>(&result);
-        ASSERT_EQ(apps == nullptr, outcome.index() == 1);
-        apps ? EXPECT_EQ(apps->size(), std::get<0>(outcome)) : EXPECT_EQ(std::get<1>(result), std::get<1>(outcome));
+        if (const auto* const apps = std::get_if<0>(&result))
+            EXPECT_EQ(Outcome(apps->size()), outcome);
+        else
+            EXPECT_EQ(Outcome(std::get<1>(result)), outcome);
     }
 }
 
