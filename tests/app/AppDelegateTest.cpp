@@ -4,7 +4,6 @@
 #include "platform/base/DispatchQueue.h"
 
 #include <cmath>
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <limits>
 #include <optional>
@@ -34,7 +33,7 @@ public:
 
     void configure() override
     {
-        FIRMessaging::messaging().didReceiveRegistrationToken("nobody is told before there is a delegate");
+        EXPECT_EQ(FIRMessaging::messaging().delegate(), nullptr);
         calls.emplace_back("configure");
     }
     void registerForRemoteNotifications() override { calls.emplace_back("register"); }
@@ -42,7 +41,7 @@ public:
     void requestAuthorization(UNAuthorizationOptions options, std::function<void(bool granted)> completion) override
     {
         // Both delegates are there by now.
-        FIRMessaging::messaging().didReceiveRegistrationToken("address");
+        EXPECT_NE(FIRMessaging::messaging().delegate(), nullptr);
         UNUserNotificationCenter::currentNotificationCenter().willPresent({});
         calls.push_back("authorization " + std::to_string(options));
         completion(false);

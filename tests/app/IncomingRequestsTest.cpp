@@ -13,6 +13,7 @@
 #include "platform/view/UIImagePickerController.h"
 #include "platform/view/UINavigationController.h"
 
+#include <utility>
 #include <vector>
 
 namespace lamina::test {
@@ -92,7 +93,11 @@ TEST_F(Incoming, BeginAsAStartDoesOverScreensWithoutWork)
         {"home, photos", [] {}, "", {"a.png"}, isCrop},
         {"the choice of the first photo", [&] { home->BlendPhoto(); }, "two", {"a.png", "b.png"}, isCollage},
         {"an empty picker", [&] { home->twoPhotoCollage(); }, "blend", {"a.png"}, isCrop},
-        {"about", [&] { presentAbout(*home, AboutViewController::Page::About); }, "two", {}, [&] { return isPicker(2); }},
+        {"about",
+         [&] { presentAbout(*home, AboutViewController::Page::About); },
+         "two",
+         {},
+         [&] { return isPicker(2); }},
         {"live", [&] { presentLive(*home); }, "", {"a.png", "b.png", "a.png"}, isCollage},
     };
     for (const auto& c : table) {

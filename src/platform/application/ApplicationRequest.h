@@ -26,6 +26,6 @@ inline constexpr std::array<std::string_view, 3> kHomeActions{"two", "three", "b
 inline constexpr std::size_t kMostRequestedPhotos = 256;
 /// Bytes of a photo's path, and of an activation token.
 inline constexpr std::size_t kLongestRequestedPath = 4096;
-inline constexpr std::size_t kLongestActivationToken = 1024;
+inline constexpr int kLongestActivationToken = 1024;
 
 } // namespace lamina

@@ -1,5 +1,6 @@
 #include "platform/host/Application.h"
 
+#include "app/AppDelegate.h"
 #include "app/AppMenu.h"
 #include "app/FirstScreen.h"
 #include "app/MainStoryboard.h"
@@ -204,7 +205,6 @@ void Application::show()
 void Application::bringToFront(const QString& activationToken)
 {
     m_view.setWindowStates(m_view.windowStates() & ~Qt::WindowMinimized);
-    m_view.raise();
     activateWindow(m_view, activationToken.toStdString());
 }
 

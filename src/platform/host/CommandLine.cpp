@@ -1,5 +1,6 @@
 #include "platform/host/CommandLine.h"
 
+#include "platform/base/Result.h"
 #include "platform/base/ShownText.h"
 #include "platform/base/StandardStreams.h"
 #include "platform/files/FileURL.h"

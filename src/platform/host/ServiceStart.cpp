@@ -1,6 +1,8 @@
 #include "platform/host/ServiceStart.h"
 
+#include "platform/application/ApplicationRequest.h"
 #include "platform/base/DispatchQueue.h"
+#include "platform/base/Result.h"
 #include "platform/base/StandardStreams.h"
 #include "platform/host/ApplicationLife.h"
 #include "platform/host/CommandLine.h"
@@ -14,6 +16,7 @@
 #include <QTimer>
 
 #include <chrono>
+#include <functional>
 #include <optional>
 #include <utility>
 
@@ -24,22 +27,34 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr auto kIdleTime = 10s;
+constexpr auto kLastMoment = 500ms;
 /// It was the bus that has started this process.
 constexpr auto kPatience = 25s;
 
-/// Ends the event loop once it has slept so long without anything to do.
+/// Once the event loop has slept so long without anything to do it calls `release`, so that nothing new comes, and
+/// once it has slept again for a moment, so that what had come is done, it ends the loop.
 class IdleEnd {
 public:
-    IdleEnd()
+    explicit IdleEnd(std::function<void()> release)
+        : m_release(std::move(release))
     {
         m_timer.setSingleShot(true);
         m_timer.setInterval(kIdleTime);
-        QObject::connect(&m_timer, &QTimer::timeout, qApp, &QCoreApplication::quit);
+        QObject::connect(&m_timer, &QTimer::timeout, &m_timer, [this] { end(); });
         QObject::connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::aboutToBlock, &m_timer,
                          [this] { m_timer.start(); });
     }
 
 private:
+    void end()
+    {
+        if (!m_release)
+            return QCoreApplication::quit();
+        std::exchange(m_release, {})();
+        m_timer.setInterval(kLastMoment);
+    }
+
+    std::function<void()> m_release;
     QTimer m_timer;
 };
 
@@ -62,7 +77,9 @@ public:
         m_service.setHandler([this](const ApplicationRequest& request) { return take(request); });
         m_life->exportTo(m_name);
         QObject::connect(&m_life->notifications(), &DesktopNotifications::opened, &m_service,
-                         [this](const QString& token) { (void)take({{}, {}, token.toStdString()}); });
+                         [this](const QString& token) {
+                             (void)take({{}, {}, token.toStdString()});
+                         });
     }
 
     ~ServiceRun() { leaveBus(m_name, m_service); }
@@ -84,7 +101,7 @@ public:
             return exitcode::kFailed;
         }
         m_life->begin();
-        m_idle.emplace();
+        m_idle.emplace([this] { m_name.release(); });
         return QCoreApplication::exec();
     }
 
@@ -131,7 +148,7 @@ void leaveBus(SessionName& name, ApplicationService& service)
 {
     service.setHandler([](const ApplicationRequest&) -> Outcome { return Error{{}, "the application is leaving"}; });
     name.release();
-    QCoreApplication::sendPostedEvents(&service);
+    QCoreApplication::sendPostedEvents();
 }
 
 } // namespace lamina

@@ -1,3 +1,4 @@
+#include "platform/application/ApplicationRequest.h"
 #include "platform/base/Log.h"
 #include "platform/base/StandardStreams.h"
 #include "platform/files/UnexpectedEnd.h"

@@ -11,6 +11,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <ctime>
+#include <optional>
 #include <utility>
 
 namespace lamina {
@@ -39,7 +40,7 @@ std::int64_t sharedMilliseconds()
 
 bool isToken(const std::string& text)
 {
-    return !text.empty() && text.size() <= kLongestActivationToken &&
+    return !text.empty() && text.size() <= std::size_t{kLongestActivationToken} &&
            std::ranges::all_of(text, [](char sign) { return sign > ' ' && sign <= '~'; });
 }
 

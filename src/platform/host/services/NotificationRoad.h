@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/application/ApplicationRequest.h"
 #include <QDBusMessage>
 #include <QObject>
 #include <QString>
@@ -40,8 +41,5 @@ protected:
 private:
     bool m_hasComplained = false;
 };
-
-/// Longer ones are none.
-inline constexpr int kLongestActivationToken = 256;
 
 } // namespace lamina

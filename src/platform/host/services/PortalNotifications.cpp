@@ -1,5 +1,6 @@
 #include "platform/host/services/PortalNotifications.h"
 
+#include "platform/application/ApplicationRequest.h"
 #include "platform/host/system/BusCalls.h"
 
 #include <QDBusArgument>

@@ -1,5 +1,6 @@
 #include "platform/host/services/ServiceNotifications.h"
 
+#include "platform/application/ApplicationRequest.h"
 #include "platform/base/Localization.h"
 #include "platform/host/system/BusCalls.h"
 

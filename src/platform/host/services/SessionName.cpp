@@ -1,7 +1,7 @@
-// The bus's own operations are those of https://dbus.freedesktop.org/doc/dbus-specification.html (message bus).
 #include "platform/host/services/SessionName.h"
 
 #include "platform/host/system/BackgroundWork.h"
+#include "platform/host/system/BusCalls.h"
 
 #include <QDBusMessage>
 
@@ -14,9 +14,6 @@ namespace lamina {
 
 namespace {
 
-const QString kBusService = QStringLiteral("org.freedesktop.DBus");
-const QString kBusPath = QStringLiteral("/org/freedesktop/DBus");
-
 constexpr unsigned kDoNotQueue = 4;
 constexpr int kPrimaryOwner = 1;
 constexpr int kAlreadyOwner = 4;
@@ -25,15 +22,9 @@ constexpr int kExists = 3;
 constexpr int kAskingTime = 5000;
 constexpr int kReleasingTime = 1000;
 
-QDBusMessage busCall(const char* method)
-{
-    return QDBusMessage::createMethodCall(kBusService, kBusPath, kBusService, QLatin1String(method));
-}
-
 SessionName::State requestName(const QDBusConnection& bus, const QString& name)
 {
-    QDBusMessage call = busCall("RequestName");
-    call << name << kDoNotQueue;
+    const QDBusMessage call = busCall(QStringLiteral("RequestName"), {name, kDoNotQueue});
     const QDBusMessage reply = bus.call(call, QDBus::Block, kAskingTime);
     if (reply.type() != QDBusMessage::ReplyMessage || reply.arguments().size() != 1)
         return SessionName::State::NoBus;
@@ -148,9 +139,7 @@ void SessionName::release()
             return;
         m_asked->state = State::Taken;
     }
-    QDBusMessage call = busCall("ReleaseName");
-    call << m_name;
-    m_asked->bus->call(call, QDBus::Block, kReleasingTime);
+    m_asked->bus->call(busCall(QStringLiteral("ReleaseName"), {m_name}), QDBus::Block, kReleasingTime);
 }
 
 } // namespace lamina

@@ -32,12 +32,12 @@ const QString kDistributorPath = QStringLiteral("/org/unifiedpush/Distributor");
 const QString kDistributorInterface = QStringLiteral("org.unifiedpush.Distributor2");
 
 /// Of calls whose sender is being looked up: more at once are refused.
-constexpr int kMostAsking = 1000;
+constexpr int kMostAsking = 128;
 /// What others wrote, as far as it goes into our errors and lines, in bytes.
 constexpr std::size_t kLongestCause = 200;
 constexpr qsizetype kLongestEndpoint = 2048;
 /// Milliseconds in which the bus itself has to answer.
-constexpr int kBusPatience = 2000;
+constexpr int kBusPatience = 1000;
 
 QDBusMessage ownerQuestion(const QString& name)
 {
@@ -64,8 +64,10 @@ Value asked(const QDBusConnection& bus, const QDBusMessage& call)
 /// Those that run and those that the bus can start, by name. Waits.
 QStringList distributorsOn(const QDBusConnection& bus)
 {
-    const QStringList names = asked<QStringList>(bus, busCall(QStringLiteral("ListNames"))) +
-                              asked<QStringList>(bus, busCall(QStringLiteral("ListActivatableNames")));
+    QStringList names = asked<QStringList>(bus, busCall(QStringLiteral("ListNames")));
+    if (names.isEmpty()) // its own is always there: it doesn't answer
+        return names;
+    names += asked<QStringList>(bus, busCall(QStringLiteral("ListActivatableNames")));
     QStringList distributors;
     std::ranges::copy_if(names, std::back_inserter(distributors),
                          [](const QString& name) { return name.startsWith(QLatin1String(kDistributorNames)); });
@@ -113,6 +115,7 @@ struct UnifiedPush::Exported {
 struct UnifiedPush::Found {
     std::optional<QDBusConnection> bus;
     std::optional<UnifiedPushRegistration> registration; ///< to be made; nothing: with nobody
+    bool isKept = false;                                 ///< of the last time
 
     static Found on(const std::optional<QDBusConnection>& bus, KeptRegistration& kept)
     {
@@ -123,7 +126,9 @@ struct UnifiedPush::Found {
         if (distributors.isEmpty())
             return found;
         found.registration = kept.current();
-        if (!found.registration || !distributors.contains(QString::fromStdString(found.registration->distributor))) {
+        found.isKept =
+            found.registration && distributors.contains(QString::fromStdString(found.registration->distributor));
+        if (!found.isKept) {
             found.registration = newRegistration(distributors.constFirst().toStdString());
             if (const Outcome outcome = kept.set(found.registration); !outcome)
                 logWarning("the registration for messages can't be kept: " + outcome.error().message());
@@ -166,14 +171,23 @@ SessionName::Export UnifiedPush::exporter() const
 
 void UnifiedPush::begin()
 {
-    if (!std::exchange(m_begun, true) && m_wanted)
+    if (std::exchange(m_begun, Begun::Whole) != Begun::Whole && m_wanted)
+        lookForDistributor();
+}
+
+void UnifiedPush::beginForMessages()
+{
+    if (m_begun != Begun::No)
+        return;
+    m_begun = Begun::ForMessages;
+    if (m_wanted)
         lookForDistributor();
 }
 
 void UnifiedPush::registerForRemoteNotifications()
 {
     m_wanted = true;
-    if (m_begun)
+    if (m_begun != Begun::No)
         lookForDistributor();
 }
 
@@ -194,6 +208,8 @@ void UnifiedPush::found(const Found& found)
 {
     if (!found.registration)
         return;
+    if (found.isKept && m_begun == Begun::ForMessages)
+        return tellRegistered();
     m_bus = found.bus;
     const QString distributor = QString::fromStdString(found.registration->distributor);
     // First watch, then call: a return in between would be missed.
@@ -216,22 +232,26 @@ void UnifiedPush::sendRegistration(bool startsDistributor)
                         {QStringLiteral("token"), QString::fromStdString(registration->token)},
                         {QStringLiteral("description"), QStringLiteral("Lamina")}};
     call.setAutoStartService(startsDistributor);
-    callBus(*m_bus, call, this, [this](const QDBusMessage& reply) { registered(reply); });
+    callBus(*m_bus, call, this, [this](const QDBusMessage& reply) { answered(reply); });
 }
 
-void UnifiedPush::registered(const QDBusMessage& reply)
+void UnifiedPush::answered(const QDBusMessage& reply)
 {
     m_registering = false;
-    const auto registration = m_kept->current();
-    if (!registration) // it has taken its word back meanwhile
-        return;
     const std::string refusal = refusalIn(reply);
     if (refusal.empty())
+        return tellRegistered();
+    if (const auto registration = m_kept->current())
+        UIApplication::shared().didFailToRegisterForRemoteNotifications(
+            {registration->distributor, beginningOf(shownText(refusal), kLongestCause)});
+}
+
+/// Nothing where the distributor has taken its word back meanwhile.
+void UnifiedPush::tellRegistered()
+{
+    if (const auto registration = m_kept->current())
         UIApplication::shared().didRegisterForRemoteNotifications(
             {registration->token.begin(), registration->token.end()});
-    else
-        UIApplication::shared().didFailToRegisterForRemoteNotifications(
-            {registration->distributor, beginningOf(refusal, kLongestCause)});
 }
 
 void UnifiedPush::distributorReturned()
@@ -247,6 +267,10 @@ void UnifiedPush::called(const Call& call, const QDBusConnection& bus)
     const auto registration = m_kept->current();
     if (!registration || call.token.toStdString() != registration->token || m_asking >= kMostAsking)
         return UnifiedPushConnector::refuse(call, bus);
+    if (call.message.size() > static_cast<qsizetype>(kMostMessageBytes)) { // it isn't held until its sender is known
+        UnifiedPushConnector::accept(call, bus);
+        return takeMessage(call);
+    }
     ++m_asking;
     callBus(bus, ownerQuestion(QString::fromStdString(registration->distributor)), this,
             [this, call, bus](const QDBusMessage& reply) {

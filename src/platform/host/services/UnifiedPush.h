@@ -46,6 +46,10 @@ public:
 
     /// From now on registering may use the bus; before, it is only noted. The second time nothing happens.
     void begin();
+    /// The same for a process that has been started for a message, and may leave soon: while the distributor of the
+    /// last time is there, we are registered with it as we were. One that answers every registration with a late call
+    /// would start us again and again. `begin` may follow.
+    void beginForMessages();
 
     void configure() override {}
     void registerForRemoteNotifications() override;
@@ -65,7 +69,8 @@ private:
     void lookForDistributor();
     void found(const Found& found);
     void sendRegistration(bool startsDistributor);
-    void registered(const QDBusMessage& reply);
+    void answered(const QDBusMessage& reply);
+    void tellRegistered();
     void distributorReturned();
     void called(const Call& call, const QDBusConnection& bus);
     void obey(const Call& call);
@@ -79,7 +84,8 @@ private:
     std::shared_ptr<Exported> m_exported; ///< shared with the bus's queue
     std::unique_ptr<QDBusServiceWatcher> m_watcher;
     std::optional<QDBusConnection> m_bus; ///< once there is a distributor
-    bool m_begun = false;
+    enum class Begun { No, ForMessages, Whole };
+    Begun m_begun = Begun::No;
     bool m_wanted = false;
     bool m_looking = false;
     bool m_registering = false;

@@ -27,9 +27,7 @@ std::optional<QVariantMap> argumentsOf(const QDBusMessage& message)
     const auto argument = message.arguments().constFirst().value<QDBusArgument>();
     QVariantMap map;
     argument.beginMap();
-    for (int count = 0; !argument.atEnd(); ++count) {
-        if (count == kMostArguments)
-            return std::nullopt;
+    for (int count = 0; !argument.atEnd() && count < kMostArguments; ++count) {
         QString key;
         QDBusVariant value;
         argument.beginMapEntry();
@@ -37,8 +35,9 @@ std::optional<QVariantMap> argumentsOf(const QDBusMessage& message)
         argument.endMapEntry();
         map.insert(key, value.variant());
     }
-    argument.endMap();
-    return map;
+    const bool isWhole = argument.atEnd();
+    argument.endMap(); // a map that is left open keeps its message for ever
+    return isWhole ? std::optional(map) : std::nullopt;
 }
 
 /// False where there is none, or one of another type; `isOptional`: where there is one of another type.

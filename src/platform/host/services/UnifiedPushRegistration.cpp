@@ -2,7 +2,6 @@
 
 #include "platform/files/FileReading.h"
 #include "platform/files/FileWriting.h"
-#include "platform/files/PrivateFolder.h"
 
 #include <QString>
 #include <QUuid>
@@ -24,13 +23,6 @@ constexpr std::size_t kMostBytes = 4096;
 constexpr const char* kDistributor = "distributor";
 constexpr const char* kToken = "token";
 
-/// Empty where nothing can be kept.
-std::string filePath()
-{
-    const std::string folder = stateFolder();
-    return folder.empty() ? folder : folder + "/push.json";
-}
-
 std::string textOf(const Json& json, const char* key)
 {
     return json.is_object() && json.contains(key) && json[key].is_string() ? json[key].get<std::string>()
@@ -48,11 +40,8 @@ bool isToken(const std::string& text)
     return !uuid.isNull() && textOf(uuid) == text;
 }
 
-std::optional<UnifiedPushRegistration> readFile()
+std::optional<UnifiedPushRegistration> readFile(const std::string& path)
 {
-    const std::string path = filePath();
-    if (path.empty())
-        return std::nullopt;
     const auto bytes = readSmallFile(path, kMostBytes);
     if (!bytes)
         return std::nullopt;
@@ -62,12 +51,10 @@ std::optional<UnifiedPushRegistration> readFile()
     return isOurs ? std::optional(std::move(registration)) : std::nullopt;
 }
 
-Outcome writeFile(const UnifiedPushRegistration& registration)
+Outcome writeFile(const std::string& path, const UnifiedPushRegistration& registration)
 {
-    if (const Outcome made = makePrivateFolder(stateFolder()); !made)
-        return made;
     const std::string text = Json{{kDistributor, registration.distributor}, {kToken, registration.token}}.dump() + "\n";
-    return writePrivateFile(filePath(), std::span(reinterpret_cast<const std::uint8_t*>(text.data()), text.size()));
+    return writePrivateFile(path, std::span(reinterpret_cast<const std::uint8_t*>(text.data()), text.size()));
 }
 
 } // namespace
@@ -80,21 +67,22 @@ UnifiedPushRegistration newRegistration(const std::string& distributor)
 std::optional<UnifiedPushRegistration> KeptRegistration::current()
 {
     const std::scoped_lock lock(m_mutex);
-    if (!std::exchange(m_isRead, true))
-        m_current = readFile();
+    if (!std::exchange(m_isRead, true) && !m_folder.empty())
+        m_current = readFile(path());
     return m_current;
 }
 
 Outcome KeptRegistration::set(const std::optional<UnifiedPushRegistration>& registration)
 {
     setForNow(registration);
-    const std::string path = filePath();
-    if (path.empty())
+    if (m_folder.empty())
         return success();
-    if (registration)
-        return writeFile(*registration);
-    ::unlink(path.c_str());
-    return success();
+    if (!registration) {
+        ::unlink(path().c_str());
+        return success();
+    }
+    const Outcome made = makePrivateFolder(m_folder);
+    return made ? writeFile(path(), *registration) : made;
 }
 
 void KeptRegistration::setForNow(const std::optional<UnifiedPushRegistration>& registration)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/base/Result.h"
+#include "platform/files/PrivateFolder.h"
 
 #include <mutex>
 #include <optional>
@@ -26,6 +27,12 @@ UnifiedPushRegistration newRegistration(const std::string& distributor);
 /// read, or that holds anything else, counts as none. Where there is no such folder it lasts as long as the process.
 class KeptRegistration {
 public:
+    /// `folder` as the environment says now; from other threads it isn't asked again, since that may change.
+    explicit KeptRegistration(const std::string& folder = stateFolder())
+        : m_folder(folder)
+    {
+    }
+
     /// The present one; the first call reads the file. Any thread.
     std::optional<UnifiedPushRegistration> current();
 
@@ -36,6 +43,9 @@ public:
     void setForNow(const std::optional<UnifiedPushRegistration>& registration);
 
 private:
+    std::string path() const { return m_folder + "/push.json"; }
+
+    const std::string m_folder; ///< empty: nothing can be kept
     std::mutex m_mutex;
     bool m_isRead = false;
     std::optional<UnifiedPushRegistration> m_current;

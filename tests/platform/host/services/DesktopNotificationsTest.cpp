@@ -103,6 +103,10 @@ TEST_F(Notifications, AreShownReplacedAndOpenedByServiceAndPortal)
         EXPECT_EQ(tokens[0], "token 2");
         EXPECT_LT(tokens[1].size(), 1000);
         EXPECT_TRUE(runUntil([&] { return desktop.withdrawn().size() == 2; }));
+        desktop.open("left by an earlier run");
+        // The portal tells nobody else of it.
+        EXPECT_TRUE(way == Way::Service || runUntil([&] { return tokens.size() == 3; }));
+        EXPECT_EQ(listener->opened.size(), 2u);
     }
 }
 

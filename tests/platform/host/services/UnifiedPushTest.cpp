@@ -63,7 +63,11 @@ protected:
         UIApplication::shared().setDelegate(listener);
         FIRMessaging::messaging().setDelegate(listener);
     }
-    void TearDown() override { end(); }
+    void TearDown() override
+    {
+        end();
+        Clock::setShared(nullptr);
+    }
 
     /// Begins a run; when this returns the distributor has been asked where there is one.
     void start()
@@ -177,6 +181,7 @@ TEST_F(UnifiedPushes, TellWhyADistributorRefuses)
     const std::pair<QVariantMap, std::string> rows[] = {
         {{}, "it is broken"},
         {refusal(QStringLiteral("NETWORK")), "NETWORK"},
+        {refusal(QStringLiteral("x\nlamina: all is well")), "x?lamina: all is well"},
         {refusal({}), "it gives no reason"},
         {refusal(QString(100'000, QLatin1Char('x'))), std::string(200, 'x') + "..."},
         {{{QStringLiteral("success"), 1}}, "its answer makes no sense"},
@@ -274,7 +279,6 @@ TEST_F(UnifiedPushes, ShowSomeOfAFloodAndKeepItsLastBadge)
     EXPECT_EQ(listener->told.back(), "T null");
     EXPECT_EQ(answerTo(distributor.send("[]")), "");
     EXPECT_THAT(log.messages.back().second, HasSubstr("not a JSON object (and "));
-    Clock::setShared(nullptr);
 }
 
 TEST_F(UnifiedPushes, RegisterAgainWithADistributorThatComesBack)
