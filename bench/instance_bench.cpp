@@ -47,9 +47,7 @@ void startToFirstFrame(benchmark::State& state, const char* bus)
     }
 }
 BENCHMARK_CAPTURE(startToFirstFrame, withBus, "")->UseManualTime()->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(startToFirstFrame, withoutBus, "unix:path=/nowhere")
-    ->UseManualTime()
-    ->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(startToFirstFrame, withoutBus, "unix:path=/nowhere")->UseManualTime()->Unit(benchmark::kMillisecond);
 
 /// To its end; the limit is 100 ms.
 void secondStart(benchmark::State& state)

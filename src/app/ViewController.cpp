@@ -13,6 +13,7 @@
 #include "picker/ThemedPicker.h"
 #include "picker/YMSPhotoHelper.h"
 #include "picker/YMSPhotoPickerViewController.h"
+#include "platform/base/ExceptionCause.h"
 #include "platform/base/Localization.h"
 #include "platform/base/Log.h"
 #include "platform/base/Result.h"
@@ -107,10 +108,13 @@ void ViewController::viewDidLoad()
 
 void ViewController::interestiallCall()
 {
-    if (!interstitialPreload())
-        return;
-    if (const Outcome outcome = interstitialPreload()(); !outcome)
-        logWarning("the interstitial can't be preloaded: " + outcome.error().message());
+    const auto complain = [](const std::string& cause) { logWarning("the interstitial can't be preloaded: " + cause); };
+    try {
+        if (const Outcome outcome = interstitialPreload() ? interstitialPreload()() : success(); !outcome)
+            complain(outcome.error().message());
+    } catch (...) { // the screen is whole without it
+        complain(causeOfException());
+    }
 }
 
 void ViewController::setInterstitialPreload(InterstitialPreload preload)

@@ -16,6 +16,7 @@
 
 #include <cstddef>
 #include <filesystem>
+#include <stdexcept>
 
 namespace lamina::test {
 namespace {
@@ -69,18 +70,20 @@ TEST_F(HomeScreen, OnlyLogsThatAnInterstitialCannotBePreloaded)
 {
     int calls = 0;
     ViewController::setInterstitialPreload([&] {
-        ++calls;
+        if (++calls == 2)
+            throw std::runtime_error("no such advertiser");
         return Outcome(Error{"interstitial", "no network"});
     });
     const LogCapture log;
     const auto another = storyboard->instantiate<ViewController>(scene::kHome);
     another->view();
     another->view();
-    ViewController::setInterstitialPreload({});
-    EXPECT_EQ(calls, 1);
-    EXPECT_NE(log.text().find("interstitial: no network"), std::string::npos) << log.text();
     storyboard->instantiate<ViewController>(scene::kHome)->view();
-    EXPECT_EQ(calls, 1);
+    ViewController::setInterstitialPreload({});
+    storyboard->instantiate<ViewController>(scene::kHome)->view();
+    EXPECT_EQ(calls, 2);
+    EXPECT_EQ(log.text(), "the interstitial can't be preloaded: interstitial: no network\n"
+                          "the interstitial can't be preloaded: no such advertiser\n");
 }
 
 TEST_F(HomeScreen, CollageEntriesOpenThePickerInItsColours)

@@ -43,6 +43,11 @@ void ApplicationLife::begin()
     m_push.begin();
 }
 
+bool ApplicationLife::hasSomethingShown() const
+{
+    return m_notifications.needsProcess() || UIApplication::shared().applicationIconBadgeNumber() > 0;
+}
+
 void ApplicationLife::end()
 {
     if (!std::exchange(m_hasEnded, true))

@@ -31,6 +31,8 @@ public:
     /// There is time for what the launch has left for later: once the first frame stands, or at once without a window.
     /// The second time nothing happens.
     void begin();
+    /// Whether the desktop shows something that would go with this process: a number on the icon, or notifications.
+    bool hasSomethingShown() const;
     /// Tells those who follow the application that it leaves, once.
     void end();
 

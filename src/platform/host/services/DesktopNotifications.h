@@ -44,6 +44,9 @@ public:
     /// Nothing without the banner; one of an identifier that is shown takes its place.
     void present(const UNNotification& notification, UNNotificationPresentationOptions options) override;
 
+    /// Whether there are some on the screen that would go with this process, or tell nobody that they are opened.
+    bool needsProcess() const { return !m_open.empty() && m_road->needsProcess(); }
+
 signals:
     /// The user has opened a notification, of which the centre has heard: the window is to come to the front, for which
     /// the desktop may have given a token.

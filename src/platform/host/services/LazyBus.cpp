@@ -15,7 +15,7 @@ LazyBus::LazyBus(BusConnector connector, QObject* parent)
 LazyBus::~LazyBus()
 {
     if (m_state == State::Connecting)
-        busQueue().sync([] {});
+        awaitBusQueue();
 }
 
 void LazyBus::with(Work work, std::function<void()> without)

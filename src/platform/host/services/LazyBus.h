@@ -15,7 +15,7 @@ namespace lamina {
 class LazyBus : public QObject {
 public:
     explicit LazyBus(BusConnector connector = sessionBus, QObject* parent = nullptr);
-    /// Waits for a connection that is just being made: Qt's own end must not overtake it.
+    /// Waits for a connection that is just being made, see `awaitBusQueue`.
     ~LazyBus() override;
 
     using Work = std::function<void(QDBusConnection& bus)>;

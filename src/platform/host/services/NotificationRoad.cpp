@@ -1,6 +1,7 @@
 #include "platform/host/services/NotificationRoad.h"
 
 #include "platform/base/Log.h"
+#include "platform/base/ShownText.h"
 
 #include <utility>
 
@@ -12,7 +13,7 @@ void NotificationRoad::complain(const QDBusMessage& reply)
         return;
     const bool isError = reply.type() == QDBusMessage::ErrorMessage;
     logWarning("notifications can't be shown: " +
-               (isError ? reply.errorMessage().toStdString() : "the desktop’s answer makes no sense"));
+               (isError ? shownText(reply.errorMessage().toStdString()) : "the desktop’s answer makes no sense"));
 }
 
 } // namespace lamina

@@ -27,6 +27,9 @@ public:
     /// Takes it off the screen; it is not told as closed.
     virtual void withdraw(const QString& identifier) = 0;
 
+    /// Whether what is shown needs this process: it goes with it, or tells nobody else that it is opened.
+    virtual bool needsProcess() const = 0;
+
 signals:
     /// The user has opened it. The token lets a window come to the front; empty where the desktop gives none.
     void opened(const QString& identifier, const QString& activationToken);

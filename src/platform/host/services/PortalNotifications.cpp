@@ -5,6 +5,7 @@
 
 #include <QDBusArgument>
 #include <QDBusConnection>
+#include <QDBusServiceWatcher>
 #include <QVariantMap>
 
 #include <utility>
@@ -54,16 +55,18 @@ PortalNotifications::PortalNotifications(BusConnector connector, QObject* parent
 {
 }
 
+PortalNotifications::~PortalNotifications() = default;
+
 void PortalNotifications::show(const ShownNotification& notification)
 {
     m_bus.with(
         [this, notification](QDBusConnection& bus) {
-            listen(bus);
+            watch(bus);
             QDBusMessage call = callOf("AddNotification");
             call << notification.identifier << contents(notification);
             callBus(bus, call, this, [this, identifier = notification.identifier](const QDBusMessage& reply) {
                 if (reply.type() == QDBusMessage::ReplyMessage)
-                    return;
+                    return listenTo(reply.service());
                 complain(reply);
                 emit closed(identifier);
             });
@@ -81,11 +84,26 @@ void PortalNotifications::withdraw(const QString& identifier)
     });
 }
 
-void PortalNotifications::listen(QDBusConnection& bus)
+void PortalNotifications::watch(QDBusConnection& bus)
 {
-    if (!std::exchange(m_listens, true))
-        bus.connect(kPortalService, kPortalPath, kInterface, QStringLiteral("ActionInvoked"), this,
-                    SLOT(actionInvoked(QDBusMessage)));
+    if (m_watcher)
+        return;
+    m_watcher = std::make_unique<QDBusServiceWatcher>(kPortalService, bus, QDBusServiceWatcher::WatchForRegistration);
+    connect(m_watcher.get(), &QDBusServiceWatcher::serviceOwnerChanged, this,
+            [this](const QString&, const QString&, const QString& owner) { listenTo(owner); });
+}
+
+/// By the owner's own name: for the service's, Qt would ask the bus who that is, and wait.
+void PortalNotifications::listenTo(const QString& owner)
+{
+    if (owner.isEmpty() || owner == m_owner)
+        return;
+    const QString action = QStringLiteral("ActionInvoked");
+    QDBusConnection& bus = *m_bus.connection();
+    if (!m_owner.isEmpty())
+        bus.disconnect(m_owner, kPortalPath, kInterface, action, this, SLOT(actionInvoked(QDBusMessage)));
+    m_owner = owner;
+    bus.connect(m_owner, kPortalPath, kInterface, action, this, SLOT(actionInvoked(QDBusMessage)));
 }
 
 void PortalNotifications::actionInvoked(const QDBusMessage& message)

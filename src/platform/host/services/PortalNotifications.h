@@ -5,6 +5,11 @@
 #include "platform/host/system/Portal.h"
 
 #include <QDBusMessage>
+#include <QString>
+
+#include <memory>
+
+class QDBusServiceWatcher;
 
 namespace lamina {
 
@@ -17,18 +22,22 @@ class PortalNotifications : public NotificationRoad {
 
 public:
     explicit PortalNotifications(BusConnector connector = sessionBus, QObject* parent = nullptr);
+    ~PortalNotifications() override;
 
     void show(const ShownNotification& notification) override;
     void withdraw(const QString& identifier) override;
+    bool needsProcess() const override { return false; }
 
 private slots:
     void actionInvoked(const QDBusMessage& message);
 
 private:
-    void listen(QDBusConnection& bus);
+    void watch(QDBusConnection& bus);
+    void listenTo(const QString& owner);
 
     LazyBus m_bus;
-    bool m_listens = false;
+    std::unique_ptr<QDBusServiceWatcher> m_watcher;
+    QString m_owner; ///< of the portal's name, by the bus's own name for it
 };
 
 } // namespace lamina

@@ -48,7 +48,7 @@ void ServiceNotifications::show(const ShownNotification& notification)
     entry->state = State::Waiting;
     m_bus.with(
         [this](QDBusConnection& bus) {
-            listen(bus);
+            watch(bus);
             if (m_capabilities)
                 sendWaiting(bus);
             else
@@ -71,7 +71,7 @@ void ServiceNotifications::withdraw(const QString& identifier)
     m_entries.erase(entry);
 }
 
-void ServiceNotifications::listen(QDBusConnection& bus)
+void ServiceNotifications::watch(QDBusConnection& bus)
 {
     if (m_watcher)
         return;
@@ -81,11 +81,23 @@ void ServiceNotifications::listen(QDBusConnection& bus)
                 if (!formerOwner.isEmpty()) // otherwise it has only just been started
                     lost();
             });
-    bus.connect(kService, kPath, kService, QStringLiteral("ActionInvoked"), this, SLOT(actionInvoked(uint, QString)));
-    bus.connect(kService, kPath, kService, QStringLiteral("ActivationToken"), this,
-                SLOT(activationToken(uint, QString)));
-    bus.connect(kService, kPath, kService, QStringLiteral("NotificationClosed"), this,
-                SLOT(notificationClosed(uint, uint)));
+}
+
+/// By the owner's own name: for the service's, Qt would ask the bus who that is, and wait.
+void ServiceNotifications::listenTo(const QString& owner)
+{
+    if (owner == m_owner)
+        return;
+    QDBusConnection& bus = *m_bus.connection();
+    for (const auto& [signal, slot] : {std::pair("ActionInvoked", SLOT(actionInvoked(uint, QString))),
+                                       std::pair("ActivationToken", SLOT(activationToken(uint, QString))),
+                                       std::pair("NotificationClosed", SLOT(notificationClosed(uint, uint)))}) {
+        const QString name = QString::fromLatin1(signal);
+        if (!m_owner.isEmpty())
+            bus.disconnect(m_owner, kPath, kService, name, this, slot);
+        bus.connect(owner, kPath, kService, name, this, slot);
+    }
+    m_owner = owner;
 }
 
 void ServiceNotifications::askCapabilities(QDBusConnection& bus)
@@ -102,6 +114,7 @@ void ServiceNotifications::takeCapabilities(const QDBusMessage& reply)
         complain(reply);
         return drop(State::Waiting);
     }
+    listenTo(reply.service());
     m_capabilities = reply.arguments().constFirst().toStringList();
     sendWaiting(*m_bus.connection());
 }

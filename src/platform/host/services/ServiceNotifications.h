@@ -29,6 +29,7 @@ public:
 
     void show(const ShownNotification& notification) override;
     void withdraw(const QString& identifier) override;
+    bool needsProcess() const override { return true; }
 
 private slots:
     void actionInvoked(uint number, const QString& action);
@@ -51,7 +52,8 @@ private:
     };
     using Entries = std::vector<Entry>;
 
-    void listen(QDBusConnection& bus);
+    void watch(QDBusConnection& bus);
+    void listenTo(const QString& owner);
     void askCapabilities(QDBusConnection& bus);
     void takeCapabilities(const QDBusMessage& reply);
     void sendWaiting(QDBusConnection& bus);
@@ -67,6 +69,7 @@ private:
 
     LazyBus m_bus;
     std::unique_ptr<QDBusServiceWatcher> m_watcher;
+    QString m_owner; ///< of the service's name, by the bus's own name for it
     std::optional<QStringList> m_capabilities;
     bool m_asksCapabilities = false;
     Entries m_entries; ///< in the order in which they came

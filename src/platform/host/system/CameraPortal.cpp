@@ -103,7 +103,7 @@ CameraPortal::~CameraPortal()
     for (const Handler& handler : std::exchange(m_waiting, {}))
         handler(false);
     if (m_connecting)
-        busQueue().sync([] {});
+        awaitBusQueue();
 }
 
 bool CameraPortal::isAvailable() const

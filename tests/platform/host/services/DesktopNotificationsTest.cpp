@@ -5,6 +5,7 @@
 #include "LogCapture.h"
 #include "TestDesktop.h"
 
+#include <algorithm>
 #include <gtest/gtest.h>
 #include <memory>
 #include <string>
@@ -138,15 +139,17 @@ TEST_F(Notifications, AreBoundedInNumberAndOutliveTheirService)
     // Those that were too many before anybody was there to show them are not shown at all.
     ASSERT_TRUE(wait(*desktop, DesktopNotifications::kMostOpen));
     notifications.present(make(count), kAll);
-    ASSERT_TRUE(runUntil([&] { return desktop->withdrawn() == QStringList("1"); }));
-    EXPECT_EQ(desktop->shown().size(), DesktopNotifications::kMostOpen + 1);
+    ASSERT_TRUE(wait(*desktop, DesktopNotifications::kMostOpen + 1));
+    EXPECT_EQ(desktop->withdrawn(), QStringList("1"));
     EXPECT_EQ(desktop->shown().front().title, "Title 3");
 
+    EXPECT_TRUE(notifications.needsProcess());
     desktop->vanish();
+    ASSERT_TRUE(runUntil([&] { return !notifications.needsProcess(); }));
     desktop = std::make_unique<TestDesktop>();
+    ASSERT_TRUE(desktop->isRunning());
     desktop->setCapabilities({});
     follow(notifications);
-    runFor(20);
     notifications.present(make(count, "new"), kAll);
     ASSERT_TRUE(wait(*desktop, 1));
     EXPECT_EQ(desktop->shown()[0].replaced, 0u);
@@ -154,7 +157,7 @@ TEST_F(Notifications, AreBoundedInNumberAndOutliveTheirService)
     desktop->open("1");
     ASSERT_TRUE(runUntil([&] { return tokens.size() == 1; }));
     EXPECT_EQ(listener->opened, std::vector({count}));
-    EXPECT_EQ(log.text(), "");
+    EXPECT_LE(log.messages.size(), 1u);
 }
 
 TEST_F(Notifications, WaitForASlowServiceWithTheNewestOfEach)
@@ -202,6 +205,8 @@ TEST_F(Notifications, ThatNobodyShowsCostOneLineAtMost)
         runFor(20);
         ASSERT_EQ(log.messages.size(), c.lines);
         EXPECT_LE(log.text().size(), 4096u);
+        EXPECT_EQ(std::ranges::count(log.text(), '\n'), static_cast<std::ptrdiff_t>(c.lines)) << "no line is forged";
+        EXPECT_FALSE(notifications.needsProcess());
     }
 }
 
