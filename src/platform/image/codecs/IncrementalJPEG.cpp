@@ -45,7 +45,7 @@ private:
         Ended, ///< nothing more will be read
     };
     jpeg_decompress_struct& info() { return m_input.info(); }
-    bool advance(std::size_t size, bool isFinal);
+    bool advance(std::size_t size);
     void readHeader();
     void start(std::size_t size);
     void takeRows();
@@ -79,7 +79,7 @@ void IncrementalJPEG::updateData(std::span<const std::uint8_t> data, bool isFina
         return;
     do
         m_input.show(data, isFinal);
-    while (advance(data.size(), isFinal) && !m_input.isAllShown());
+    while (advance(data.size()) && !m_input.isAllShown());
     const std::uint64_t left = m_input.hide();
     m_gate.wasNotEnough(data.size() - static_cast<std::size_t>(std::min<std::uint64_t>(left, data.size())));
     if (isFinal)
@@ -87,7 +87,7 @@ void IncrementalJPEG::updateData(std::span<const std::uint8_t> data, bool isFina
 }
 
 /// Reads as far as the piece goes that is shown; whether another one is wanted.
-bool IncrementalJPEG::advance(std::size_t size, bool isFinal)
+bool IncrementalJPEG::advance(std::size_t size)
 {
     if (m_input.failed())
         end();
@@ -101,7 +101,7 @@ bool IncrementalJPEG::advance(std::size_t size, bool isFinal)
         takeRows();
     if (m_stage == Stage::Scans)
         takeScans();
-    return m_stage != Stage::Ended && m_stage != Stage::Claim && (isFinal || m_input.hasWorkLeft());
+    return m_stage != Stage::Ended && m_stage != Stage::Claim && (m_stage != Stage::Scans || m_input.hasWorkLeft());
 }
 
 void IncrementalJPEG::readHeader()
@@ -142,11 +142,13 @@ void IncrementalJPEG::takeScans()
 {
     int taken = JPEG_SUSPENDED;
     const bool isSound = m_input.attempt([&] {
-        do {
+        while (m_input.hasWorkLeft()) {
             taken = m_input.takeRowIn();
+            if (taken == JPEG_SUSPENDED || taken == JPEG_REACHED_EOI)
+                break;
             if (taken == JPEG_SCAN_COMPLETED)
                 m_scansTaken = info().input_scan_number;
-        } while (taken != JPEG_SUSPENDED && taken != JPEG_REACHED_EOI && m_input.hasWorkLeft());
+        }
     });
     if (!isSound || taken == JPEG_REACHED_EOI)
         end();
