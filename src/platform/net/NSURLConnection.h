@@ -28,6 +28,10 @@ struct NSURLRequest {
     double mostSeconds = 600;                        ///< for all of it
     std::int64_t mostBytes = std::int64_t{64} << 20; ///< of the body, unpacked; more is a failure
     int mostRedirects = 10;                          ///< a redirection from "https" to "http" is a failure at once
+
+    /// The head of an answer must be there by then, also where `timeoutInterval` is longer: what is taken of one is
+    /// bounded by time alone.
+    static constexpr double kMostSecondsToHead = 10;
 };
 
 /// The head of an answer. A plain value.

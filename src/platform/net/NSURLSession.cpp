@@ -1,7 +1,10 @@
 #include "platform/net/NSURLSession.h"
 
 #include "platform/base/DispatchQueue.h"
+#include "platform/base/DispatchSemaphore.h"
 #include "platform/net/NSURLLoad_p.h"
+
+#include <QCoreApplication>
 
 #include <span>
 #include <utility>
@@ -46,6 +49,27 @@ private:
     NSURLSession::Completion m_completion;
 };
 
+void awaitCompletions();
+
+/// Begun before the network's thread, and so waited for after that has ended.
+const std::shared_ptr<DispatchQueue>& sessionQueue()
+{
+    static const auto* const queue = [] {
+        qAddPostRoutine(awaitCompletions);
+        return new std::shared_ptr<DispatchQueue>(std::make_shared<DispatchQueue>("network answers"));
+    }();
+    return *queue;
+}
+
+/// When the application goes: what has come is heard of, unless that takes too long.
+void awaitCompletions()
+{
+    constexpr double kSeconds = 1;
+    const auto ended = std::make_shared<DispatchSemaphore>(0);
+    sessionQueue()->async([ended] { ended->signal(); });
+    ended->wait(kSeconds);
+}
+
 } // namespace
 
 NSURLSession& NSURLSession::sharedSession()
@@ -56,10 +80,8 @@ NSURLSession& NSURLSession::sharedSession()
 
 std::shared_ptr<NSURLConnection> NSURLSession::dataTask(NSURLRequest request, Completion completion)
 {
-    static const auto* const queue =
-        new std::shared_ptr<DispatchQueue>(std::make_shared<DispatchQueue>("network answers"));
     const auto answer = std::make_shared<WholeAnswer>(std::move(completion));
-    auto load = std::make_shared<NSURLConnection::Load>(std::move(request), answer, *queue);
+    auto load = std::make_shared<NSURLConnection::Load>(std::move(request), answer, sessionQueue());
     load->keep(answer);
     load->start();
     return std::shared_ptr<NSURLConnection>(new NSURLConnection(std::move(load)));

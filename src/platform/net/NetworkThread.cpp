@@ -65,8 +65,11 @@ void NetworkThread::leave()
     g_hasLeft = true;
     QThread* const thread = m_owner->thread();
     run([this, thread] {
-        const auto children = m_owner->children();
-        qDeleteAll(children);
+        // Transfers let go of their replies, which the manager owns.
+        for (QObject* const child : m_owner->children())
+            if (child != m_manager)
+                delete child;
+        delete m_manager;
         thread->quit();
     });
     constexpr int kMilliseconds = 2000;

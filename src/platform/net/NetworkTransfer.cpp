@@ -72,7 +72,6 @@ NetworkTransfer::NetworkTransfer(NSURLRequest request, std::shared_ptr<TransferR
     , m_manager(manager)
 {
     m_silence.setSingleShot(true);
-    m_silence.setInterval(milliseconds(m_request.timeoutInterval));
     connect(&m_silence, &QTimer::timeout, this, [this] { fail(cause::kServerSilent); });
     m_whole.setSingleShot(true);
     connect(&m_whole, &QTimer::timeout, this, [this] { fail(cause::kDownloadTooLong); });
@@ -88,7 +87,7 @@ NetworkTransfer::~NetworkTransfer()
 void NetworkTransfer::get(const QUrl& address)
 {
     m_address = address;
-    m_silence.start();
+    m_silence.start(milliseconds(std::min(m_request.timeoutInterval, NSURLRequest::kMostSecondsToHead)));
     if (address.scheme() == kSecure && !QSslSocket::supportsSsl())
         return fail(cause::kNoTLS);
     m_reply = m_manager.get(plainRequest(address));
@@ -105,10 +104,10 @@ void NetworkTransfer::dropReply()
     m_body.reset();
     if (!m_reply)
         return;
-    QNetworkReply* const reply = std::exchange(m_reply, nullptr);
-    reply->disconnect(this);
-    reply->abort();
-    reply->deleteLater();
+    m_reply->disconnect(this);
+    m_reply->abort();
+    m_reply->deleteLater();
+    m_reply.clear();
 }
 
 void NetworkTransfer::resume()
@@ -164,15 +163,18 @@ void NetworkTransfer::respond(int status)
 
 void NetworkTransfer::pump()
 {
-    m_silence.start();
     if (!m_body)
         readHead();
+    if (m_body)
+        m_silence.start(milliseconds(m_request.timeoutInterval));
     while (m_body) {
         if (!m_receiver->wantsMore())
             return m_silence.stop(); // it is us who are silent
         std::vector<std::uint8_t> piece = m_body->read();
         if (m_body->isDamaged())
             return fail(cause::kAnswerDamaged);
+        if (m_body->taken() > m_request.mostBytes + static_cast<std::int64_t>(BodyReader::kPiece))
+            return fail(cause::kAnswerTooLarge); // packed, and yet nothing
         if (piece.empty())
             break;
         m_given += static_cast<std::int64_t>(piece.size());

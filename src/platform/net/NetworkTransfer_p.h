@@ -6,6 +6,7 @@
 
 #include <QNetworkReply>
 #include <QObject>
+#include <QPointer>
 #include <QTimer>
 #include <QUrl>
 
@@ -58,9 +59,9 @@ private:
     std::shared_ptr<TransferReceiver> m_receiver;
     QNetworkAccessManager& m_manager;
     QUrl m_address;
-    QNetworkReply* m_reply = nullptr;
+    QPointer<QNetworkReply> m_reply;
     std::unique_ptr<BodyReader> m_body; ///< since the head was read
-    QTimer m_silence;
+    QTimer m_silence;                   ///< runs through until the head has come, then from byte to byte
     QTimer m_whole;
     const char* m_certificateCause = nullptr;
     std::int64_t m_given = 0;

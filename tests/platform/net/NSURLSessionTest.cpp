@@ -1,5 +1,6 @@
 #include "platform/net/NSURLSession.h"
 
+#include "CommandRunner.h"
 #include "TestHTTPServer.h"
 #include "TestPaths.h"
 #include "platform/net/NetworkCauses.h"
@@ -8,6 +9,7 @@
 #include <QSslConfiguration>
 
 #include <chrono>
+#include <cstdlib>
 #include <future>
 #include <gtest/gtest.h>
 
@@ -106,6 +108,12 @@ TEST(NSURLSession, BoundsWhatItTakes)
     const Case cases[] = {
         {"by its claim", {.body = block, .copies = 1 << 20}, ""},
         {"without end", {.body = block, .framing = Framing::Chunked, .copies = HTTPAnswer::kEndless}, ""},
+        {"packed nothing without end",
+         {.body = std::string("\x1F\x8B\x08\0\0\0\0\0\0\x03\x03\0\0\0\0\0\0\0\0\0", 20),
+          .headers = {{"Content-Encoding", "gzip"}},
+          .framing = Framing::Chunked,
+          .copies = HTTPAnswer::kEndless},
+         ""},
         {"packed", {.body = block, .copies = 1 << 8, .isPacked = true}, ""},
     };
     TestHTTPServer server;
@@ -196,6 +204,27 @@ TEST(NSURLSession, NeverLeavesASecureConnectionForAnOpenOne)
     EXPECT_EQ(open.requests().size(), 1u);
 
     QSslConfiguration::setDefaultConfiguration(former);
+}
+
+/// For the test below, in a process of its own.
+TEST(NSURLSession, DISABLED_BeginsLoadsAndGoes)
+{
+    for (const char* const path : {"/silent", "/endless"})
+        NSURLSession::sharedSession().dataTask({.URL = std::getenv("LAMINA_TEST_SERVER") + std::string(path)},
+                                               [](const NSURLTaskResult&) {});
+    EXPECT_EQ(causeOf(loadURL(std::getenv("LAMINA_TEST_SERVER") + std::string("/short"))), "");
+}
+
+TEST(NSURLSession, LoadsUnderWayDontKeepTheApplication)
+{
+    TestHTTPServer server;
+    server.set("/silent", {.isSilent = true});
+    server.set("/endless", {.body = "x", .framing = Framing::Chunked, .copies = HTTPAnswer::kEndless});
+    server.set("/short", {.body = "x"});
+    ::setenv("LAMINA_TEST_SERVER", server.url("").c_str(), 1);
+    const test::CommandResult run = test::runCommand(
+        "/proc/self/exe", {"--gtest_also_run_disabled_tests", "--gtest_filter=*DISABLED_BeginsLoadsAndGoes"});
+    EXPECT_EQ(run.exitCode, 0) << run.errors;
 }
 
 } // namespace
