@@ -13,6 +13,7 @@
 #include "picker/ThemedPicker.h"
 #include "picker/YMSPhotoHelper.h"
 #include "picker/YMSPhotoPickerViewController.h"
+#include "platform/base/ExceptionCause.h"
 #include "platform/base/Localization.h"
 #include "platform/base/Log.h"
 #include "platform/base/Result.h"
@@ -62,6 +63,12 @@ const Entry* entryNamed(std::string_view name)
 constexpr std::array kShortScreens{480.0, 568.0};
 constexpr double kShortScreenSpacing = 55;
 
+ViewController::InterstitialPreload& interstitialPreload()
+{
+    static ViewController::InterstitialPreload preload;
+    return preload;
+}
+
 /// The message is completed by what could not be read, a sentence each.
 std::shared_ptr<UIAlertController> wrongCountAlert(unsigned photos, const std::vector<Error>& failures)
 {
@@ -96,6 +103,23 @@ void ViewController::viewDidLoad()
     const double height = view().bounds().size.height;
     if (std::find(kShortScreens.begin(), kShortScreens.end(), height) != kShortScreens.end())
         verticlebtnConstraints = kShortScreenSpacing;
+    interestiallCall();
+}
+
+void ViewController::interestiallCall()
+{
+    const auto complain = [](const std::string& cause) { logWarning("the interstitial can't be preloaded: " + cause); };
+    try {
+        if (const Outcome outcome = interstitialPreload() ? interstitialPreload()() : success(); !outcome)
+            complain(outcome.error().message());
+    } catch (...) { // the screen is whole without it
+        complain(causeOfException());
+    }
+}
+
+void ViewController::setInterstitialPreload(InterstitialPreload preload)
+{
+    interstitialPreload() = std::move(preload);
 }
 
 void ViewController::dismissAllViewControllers()

@@ -3,12 +3,14 @@
 #include "editors/common/KeptWork.h"
 #include "picker/YMSPhotoPickerViewControllerDelegate.h"
 #include "platform/base/NotificationCenter.h"
+#include "platform/base/Result.h"
 #include "platform/view/PhotoReceiver.h"
 #include "platform/view/UIViewController.h"
 
 #include <QString>
 #include <QVariant>
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -46,6 +48,13 @@ public:
     void viewDidLoad() override;
     void viewWillAppear(bool animated) override;
     void prepareForSegue(UIStoryboardSegue& segue, QObject* sender) override;
+
+    /// Begins what loads a full-screen recommendation before it is needed; called once, when the screen has loaded. A
+    /// failure is only logged.
+    void interestiallCall();
+    using InterstitialPreload = std::function<Outcome()>;
+    /// What `interestiallCall` runs, on the main thread and without waiting; empty, as it is by default: nothing.
+    static void setInterstitialPreload(InterstitialPreload preload);
 
     /// Dismisses what this screen presents, in one animated step.
     void dismissAllViewControllers();

@@ -91,11 +91,13 @@ ExitCode run(int argc, char** argv)
         ->expected(1)
         ->allow_extra_args(false)
         ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
+    bool ownWindow = false;
+    application.add_flag("--new-window", ownWindow, "Open a window of its own where one is open already");
     std::vector<std::string> pictures;
     application
-        .add_option(
-            "PHOTO", pictures,
-            "Open the window with these photos: one or two begin a blend, three a collage, or what --screen says")
+        .add_option("PHOTO", pictures,
+                    "Open the window with these photos: one or two begin a blend, three a collage, or what --screen "
+                    "says; a window that is open already takes them")
         ->type_name("");
     application.footer(
         "Exit codes: 0 good, 1 failed, 2 wrong usage, 3 an input is missing, unreadable or unsupported,\n"
@@ -132,6 +134,8 @@ ExitCode run(int argc, char** argv)
         window.insert(window.end(), {"--screen", screen});
     for (const std::string& folder : folders)
         window.insert(window.end(), {"--photos", folder});
+    if (ownWindow)
+        window.emplace_back("--new-window");
     if (!pictures.empty())
         window.emplace_back("--"); // a name may begin with a dash
     window.insert(window.end(), pictures.begin(), pictures.end());

@@ -126,8 +126,11 @@ private:
     void announce(const std::string& text);
     void showToast();
     void DelayFun();
+    void takePromotion(const PromotionData& promotion);
     void presentPromotion();
+    void presentPromotionSoon();
     bool isSheetOpen() const;
+    bool isLeft() const;
 
     SaveModelDetails m_details;
     std::function<void()> m_savedHandler;
@@ -138,8 +141,10 @@ private:
     QString m_toastLbl;
     Animated<double> m_toastAlpha;
     std::weak_ptr<UIActivityViewController> m_sheet;
-    bool m_toastDue = false;     ///< it is time, once there is something to tell
-    bool m_promotionDue = false; ///< it is time, once the sheet has gone
+    int m_sharing = 0;             ///< sheets, and what was chosen in them, that are not over yet
+    bool m_toastDue = false;       ///< it is time, once there is something to tell
+    bool m_promotionDue = false;   ///< it is time, once the sheet has gone
+    bool m_promotionTaken = false; ///< one is enough
     std::shared_ptr<PromotionFetcher> m_promotionCoordinator;
     std::optional<PromotionData> m_promotion; ///< to be shown
     DispatchTimer m_toastTimer;

@@ -1,5 +1,6 @@
 #include "app/ViewController.h"
 
+#include "LogCapture.h"
 #include "ScreenTest.h"
 #include "editors/blend/BlendPhotoViewController.h"
 #include "editors/collage/CreateCollageViewController.h"
@@ -15,6 +16,7 @@
 
 #include <cstddef>
 #include <filesystem>
+#include <stdexcept>
 
 namespace lamina::test {
 namespace {
@@ -63,6 +65,26 @@ protected:
     std::shared_ptr<ViewController> home;
     std::shared_ptr<UINavigationController> stack;
 };
+
+TEST_F(HomeScreen, OnlyLogsThatAnInterstitialCannotBePreloaded)
+{
+    int calls = 0;
+    ViewController::setInterstitialPreload([&] {
+        if (++calls == 2)
+            throw std::runtime_error("no such advertiser");
+        return Outcome(Error{"interstitial", "no network"});
+    });
+    const LogCapture log;
+    const auto another = storyboard->instantiate<ViewController>(scene::kHome);
+    another->view();
+    another->view();
+    storyboard->instantiate<ViewController>(scene::kHome)->view();
+    ViewController::setInterstitialPreload({});
+    storyboard->instantiate<ViewController>(scene::kHome)->view();
+    EXPECT_EQ(calls, 2);
+    EXPECT_EQ(log.text(), "the interstitial can't be preloaded: interstitial: no network\n"
+                          "the interstitial can't be preloaded: no such advertiser\n");
+}
 
 TEST_F(HomeScreen, CollageEntriesOpenThePickerInItsColours)
 {

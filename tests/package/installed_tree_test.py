@@ -3,6 +3,7 @@
 import configparser
 import os
 import re
+import shlex
 import subprocess
 import sys
 import tempfile
@@ -48,6 +49,15 @@ class InstalledTree(unittest.TestCase):
         commands = {self.desktop[section]["Exec"].split()[0] for section in self.desktop.sections()}
         for program in commands | set(self.texts("provides/binary")):
             self.assertTrue(os.access(self.usr / "bin" / program, os.X_OK), program)
+
+    def test_the_session_bus_starts_the_program_that_is_installed(self):
+        service = configparser.ConfigParser(interpolation=None)
+        service.read(self.usr / "share/dbus-1/services" / f"{ID}.service")
+        program, argument = shlex.split(service["D-BUS Service"]["Exec"])
+        self.assertEqual((service["D-BUS Service"]["Name"], self.desktop["Desktop Entry"]["DBusActivatable"]), (ID, "true"))
+        self.assertTrue(os.path.samefile(program, self.usr / "bin/lamina-app"))
+        options = subprocess.run([program, "--help"], capture_output=True, text=True, check=True).stdout
+        self.assertIn(argument, options)
 
     def test_the_command_finds_what_it_loads_on_first_use(self):
         surroundings = {name: value for name, value in os.environ.items() if not name.startswith("LAMINA_")}

@@ -1,6 +1,8 @@
 #include "PrivateBus.h"
 #include "TestPaths.h"
 
+#include <QFile>
+
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -14,6 +16,16 @@ namespace {
 
 constexpr const char* kMark = "LAMINA_PRIVATE_BUS";
 const std::string kConfiguration = testData("../support/session-bus.conf");
+
+/// That of all buses here, with this folder of services.
+QByteArray configurationWith(const QString& services)
+{
+    QFile plain(QString::fromStdString(kConfiguration));
+    QByteArray text = plain.open(QIODevice::ReadOnly) ? plain.readAll() : QByteArray();
+    if (!services.isEmpty())
+        text.replace("</busconfig>", "<servicedir>" + services.toUtf8() + "</servicedir></busconfig>");
+    return text;
+}
 
 } // namespace
 
@@ -39,12 +51,16 @@ void enterPrivateBus(char** arguments)
     std::exit(1); // without a bus of their own the tests would meet the user's
 }
 
-ExtraBus::ExtraBus()
+ExtraBus::ExtraBus(const QString& services, const QProcessEnvironment& environment)
 {
+    QFile configuration(m_folder.filePath(QStringLiteral("bus.conf")));
+    if (configuration.open(QIODevice::WriteOnly))
+        configuration.write(configurationWith(services));
+    configuration.close();
+    m_daemon.setProcessEnvironment(environment);
     m_daemon.setStandardErrorFile(QProcess::nullDevice());
-    m_daemon.start(QStringLiteral("dbus-daemon"),
-                   {QStringLiteral("--nofork"), QStringLiteral("--print-address"),
-                    QStringLiteral("--config-file=") + QString::fromStdString(kConfiguration)});
+    m_daemon.start(QStringLiteral("dbus-daemon"), {QStringLiteral("--nofork"), QStringLiteral("--print-address"),
+                                                   QStringLiteral("--config-file=") + configuration.fileName()});
     if (m_daemon.waitForReadyRead(10'000))
         m_address = QString::fromUtf8(m_daemon.readLine()).trimmed();
 }

@@ -1,7 +1,9 @@
 #pragma once
 
 #include <QProcess>
+#include <QProcessEnvironment>
 #include <QString>
+#include <QTemporaryDir>
 
 namespace lamina::test {
 
@@ -13,7 +15,9 @@ void enterPrivateBus(char** arguments);
 /// One more bus, which ends with this object or before.
 class ExtraBus {
 public:
-    ExtraBus();
+    /// It starts the services of that folder, in this environment; empty: none.
+    explicit ExtraBus(const QString& services = {},
+                      const QProcessEnvironment& environment = QProcessEnvironment::systemEnvironment());
     ~ExtraBus();
 
     /// Empty when it could not be started.
@@ -21,6 +25,7 @@ public:
     void end();
 
 private:
+    QTemporaryDir m_folder;
     QProcess m_daemon;
     QString m_address;
 };

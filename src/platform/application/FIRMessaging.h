@@ -47,6 +47,7 @@ public:
     static FIRMessaging& messaging();
 
     void setDelegate(std::weak_ptr<FIRMessagingDelegate> delegate) { m_delegate = std::move(delegate); }
+    std::shared_ptr<FIRMessagingDelegate> delegate() const { return m_delegate.lock(); }
     /// Hands the system's token to the service.
     void setAPNSToken(const std::vector<std::uint8_t>& token);
 

@@ -8,6 +8,7 @@
 #include "platform/base/NotificationCenter.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace lamina {
 
@@ -73,6 +74,7 @@ void UIApplication::willTerminate()
 {
     if (const auto delegate = m_delegate.lock())
         delegate->applicationWillTerminate(*this);
+    NotificationCenter::defaultCenter().post(UIApplicationWillTerminateNotification);
 }
 
 void UIApplication::didRegisterForRemoteNotifications(const std::vector<std::uint8_t>& token)

@@ -50,9 +50,11 @@ public:
     bool didFinishLaunching();
     /// The application comes to the front, or leaves it. What was told already is not told again.
     void setActive(bool active);
+    /// It is about to leave: the delegate hears of it, and UIApplicationWillTerminateNotification is posted. May be
+    /// told twice, where the end of the session comes before that of the application.
     void willTerminate();
-    void didRegisterForRemoteNotifications(const std::vector<std::uint8_t>& token);
-    void didFailToRegisterForRemoteNotifications(const Error& error);
+    void didRegisterForRemoteNotifications(const std::vector<std::uint8_t>& token); ///< with this token
+    void didFailToRegisterForRemoteNotifications(const Error& error);               ///< for this cause
     /// A message has come from the server. With something to show while the application is active the notification
     /// centre's delegate decides how; else this application's delegate is told, and the centre shows it in all ways.
     void didReceiveRemoteNotification(const UNNotification& notification);

@@ -42,14 +42,36 @@ const char* lineStart(LogLevel level)
     return "lamina: ";
 }
 
-void writeToStandardError(LogLevel level, std::string_view text)
+/// With the beginnings of its lines a message stays within 4 KB, whatever somebody outside has put into it.
+constexpr std::size_t kMostBytes = 3000;
+constexpr int kMostLines = 60;
+
+/// The message as everybody gets it: bounded, without characters that can't be printed but the ends of its lines.
+std::string shownMessage(std::string_view text)
 {
     while (text.ends_with('\n'))
         text.remove_suffix(1);
+    const std::string beginning = beginningOf(text, kMostBytes);
+    std::string_view rest = beginning;
+    std::string shown;
+    for (int line = 1;; ++line) {
+        const std::size_t end = rest.find('\n');
+        shown += shownText(rest.substr(0, end));
+        if (end == std::string_view::npos)
+            return shown;
+        if (line == kMostLines)
+            return shown + "...";
+        shown += '\n';
+        rest.remove_prefix(end + 1);
+    }
+}
+
+void writeToStandardError(LogLevel level, std::string_view text)
+{
     std::string lines;
     for (;;) {
         const std::size_t end = text.find('\n');
-        lines.append(lineStart(level)).append(shownText(text.substr(0, end))).push_back('\n');
+        lines.append(lineStart(level)).append(text.substr(0, end)).push_back('\n');
         if (end == std::string_view::npos)
             break;
         text.remove_prefix(end + 1);
@@ -75,15 +97,16 @@ void log(LogLevel level, std::string_view text)
     LogState& s = state();
     if (level < s.minimum)
         return;
+    const std::string shown = shownMessage(text);
     if (t_insideSink) { // the mutex is held by this thread already
-        writeToStandardError(level, text);
+        writeToStandardError(level, shown);
         return;
     }
     const std::lock_guard lock(s.mutex);
     if (s.sink)
-        callSink(s.sink, level, text);
+        callSink(s.sink, level, shown);
     else
-        writeToStandardError(level, text);
+        writeToStandardError(level, shown);
 }
 
 void setMinimumLogLevel(LogLevel level)

@@ -9,8 +9,9 @@ namespace lamina {
 enum class LogLevel { Debug, Info, Warning, Error };
 
 /// Writes one message. It goes to standard error as a line "lamina: text" (with the level's name before the text,
-/// except for `Info`) unless a sink is installed. A text of several lines stays together, each with the same beginning;
-/// what can't be printed becomes '?' (`shownText`). From any thread; messages never interleave.
+/// except for `Info`) unless a sink is installed. A text of several lines stays together, each with the same beginning.
+/// What can't be printed becomes '?' (`shownText`), and of a long text the beginning is written, 3000 bytes and 60
+/// lines at most: it may come from outside. From any thread; messages never interleave.
 void log(LogLevel level, std::string_view text);
 
 /// `log` at each level.

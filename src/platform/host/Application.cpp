@@ -1,21 +1,26 @@
 #include "platform/host/Application.h"
 
+#include "app/AppDelegate.h"
 #include "app/AppMenu.h"
+#include "app/FirstScreen.h"
 #include "app/MainStoryboard.h"
 #include "app/PhotoCamera.h"
 #include "app/PhotoFolders.h"
 #include "app/ViewController.h"
 #include "editors/common/KeptWork.h"
+#include "hud/ProgressOverlay.h"
 #include "platform/application/UIApplication.h"
 #include "platform/base/DispatchQueue.h"
 #include "platform/base/Localization.h"
 #include "platform/base/Log.h"
 #include "platform/base/NotificationCenter.h"
+#include "platform/files/FileURL.h"
 #include "platform/files/PrivateFolder.h"
 #include "platform/host/ArtProvider.h"
 #include "platform/host/QmlTypes.h"
 #include "platform/host/ScreenItem.h"
 #include "platform/host/ThumbnailProvider.h"
+#include "platform/host/WindowActivation.h"
 #include "platform/host/system/PictureClipboard.h"
 #include "platform/host/system/SystemURLOpener.h"
 #include "platform/photos/PHPhotoLibrary.h"
@@ -28,8 +33,10 @@
 #include "platform/view/UIStoryboard.h"
 #include "platform/view/UIViewController.h"
 #include "platform/view/UIWindow.h"
+#include "promotion/PromotionInstallation.h"
 
 #include <QGuiApplication>
+#include <QProcess>
 #include <QQmlEngine>
 
 #include <utility>
@@ -52,33 +59,22 @@ void keepWorks()
 void keepWorkNow()
 {
     constexpr double kSeconds = 2;
-    NotificationCenter::defaultCenter().post(UIApplicationWillTerminateNotification);
+    UIApplication::shared().willTerminate();
     DispatchQueue::main().runUntilIdle(kSeconds);
 }
 
-void openScreen(ViewController& home, const std::string& screen)
+/// A process of its own, beside this one.
+Outcome openAnotherWindow(const ApplicationRequest& request)
 {
-    if (screen == "blend")
-        home.BlendPhoto();
-    else if (screen == "two")
-        home.twoPhotoCollage();
-    else if (screen == "three" || screen == "picker")
-        home.threePhotoCollage();
-    else if (screen == "live")
-        presentLive(home);
-}
-
-/// Where no screen is told, the number of photos decides.
-void beginWith(ViewController& home, const std::string& screen, std::vector<PhotoSource> photos)
-{
-    if (screen == "live")
-        presentLive(home, photos.front().path);
-    else if (screen == "blend")
-        home.beginBlend(std::move(photos));
-    else if (screen == "two" || screen == "three")
-        home.beginCollage(screen + "Photo", std::move(photos));
-    else
-        home.receivePhotos(std::move(photos));
+    QStringList arguments{QStringLiteral("--new-window")};
+    if (!request.action.empty())
+        arguments << QStringLiteral("--screen") << QString::fromStdString(request.action);
+    arguments << QStringLiteral("--");
+    for (const std::string& photo : request.photos)
+        arguments << QString::fromStdString(fileURLOfPath(photo)); // the name may be no text
+    if (QProcess::startDetached(QCoreApplication::applicationFilePath(), arguments))
+        return success();
+    return Error{"lamina-app", "can't be started"};
 }
 
 /// Whether it is one of ours in the window, and no dialog of the system's.
@@ -102,7 +98,8 @@ Application* Application::current()
 }
 
 Application::Application(const LaunchOptions& options)
-    : m_metrics(m_view)
+    : m_loop(MainLoop::current() ? std::nullopt : std::optional<MainLoop>(std::in_place))
+    , m_metrics(m_view)
     , m_placement(m_view, options.size)
     , m_focus(m_view)
     , m_pointer(m_view)
@@ -110,7 +107,9 @@ Application::Application(const LaunchOptions& options)
     , m_activities(m_view)
     , m_documents(m_view, m_folder)
     , m_screens(std::make_shared<ScreenHost>())
+    , m_life(options.life ? options.life : std::make_shared<ApplicationLife>())
     , m_bridge((g_current = this, *this))
+    , m_requests(m_screens->window(), openAnotherWindow)
 {
     PresentationHost::setCurrent(m_screens);
     setSystemFontFamily(QGuiApplication::font().family().toStdString());
@@ -119,6 +118,7 @@ Application::Application(const LaunchOptions& options)
     QObject::connect(m_screens.get(), &ScreenHost::presenting, &m_activities, &ActivityPresenter::present);
     QObject::connect(m_screens.get(), &ScreenHost::presenting, &m_documents, &DocumentPresenter::present);
     installPhotoCamera();
+    installPromotion(QGuiApplication::applicationDisplayName().toStdString());
     // Cameras are looked for once there is something to see.
     QObject::connect(&m_view, &QQuickWindow::frameSwapped, &m_cameras, &CameraPortal::begin,
                      static_cast<Qt::ConnectionType>(Qt::QueuedConnection | Qt::SingleShotConnection));
@@ -139,28 +139,44 @@ Application::Application(const LaunchOptions& options)
     m_view.engine()->addImageProvider(QStringLiteral("thumbnail"), new ThumbnailProvider);
     keepWorks();
     openPhotoFolders(options.photosFolders);
-    QObject::connect(qGuiApp, &QGuiApplication::applicationStateChanged, &m_view, [](Qt::ApplicationState state) {
-        if (state == Qt::ApplicationActive)
-            PHPhotoLibrary::rescan(); // who was elsewhere has perhaps put photos where nobody tells of them
-    });
+    beginLife();
     QObject::connect(qGuiApp, &QGuiApplication::commitDataRequest, &m_view, [] { keepWorkNow(); });
-    openFirstScreen(options);
+    openHome(options);
+    listenToRequests();
     m_view.setSource(QUrl(QStringLiteral("qrc:/qt/qml/Lamina/Main.qml")));
 }
 
 Application::~Application()
 {
-    NotificationCenter::defaultCenter().post(UIApplicationWillTerminateNotification);
+    m_life->end();
     m_view.setSource({}); // the views go before the screens that they show
     PresentationHost::setCurrent(nullptr);
     m_screens->window().setRootViewController(nullptr);
     // What is being saved is saved to the end; reading ends with the screens that wanted it.
     constexpr double kLeavingSeconds = 10;
     DispatchQueue::main().runUntilIdle(kLeavingSeconds);
+    m_life->delegate().setWindow(nullptr);
     g_current = nullptr;
 }
 
-void Application::openFirstScreen(const LaunchOptions& options)
+/// The window stands for the application: in front it is active, and a notification that is opened brings it there.
+void Application::beginLife()
+{
+    m_life->delegate().setWindow({m_screens, &m_screens->window()});
+    QObject::connect(qGuiApp, &QGuiApplication::applicationStateChanged, &m_view, [](Qt::ApplicationState state) {
+        UIApplication::shared().setActive(state == Qt::ApplicationActive);
+        if (state == Qt::ApplicationActive)
+            PHPhotoLibrary::rescan(); // who was elsewhere has perhaps put photos where nobody tells of them
+    });
+    QObject::connect(&m_life->notifications(), &DesktopNotifications::opened, &m_view,
+                     [this](const QString& activationToken) { bringToFront(activationToken); });
+    QObject::connect(
+        &m_view, &QQuickWindow::frameSwapped, &m_view, [this] { m_life->begin(); },
+        static_cast<Qt::ConnectionType>(Qt::QueuedConnection | Qt::SingleShotConnection));
+    m_life->launch();
+}
+
+void Application::openHome(const LaunchOptions& options)
 {
     registerMainStoryboard();
     const auto home = UIStoryboard::named(kMainStoryboard)->instantiate<ViewController>(scene::kHome);
@@ -170,12 +186,34 @@ void Application::openFirstScreen(const LaunchOptions& options)
     std::vector<PhotoSource> photos;
     for (const std::string& file : options.files)
         photos.push_back(PhotoSource::fromFile(file));
-    photos.empty() ? openScreen(*home, options.screen) : beginWith(*home, options.screen, std::move(photos));
+    openFirstScreen(*home, options.screen, std::move(photos));
+}
+
+/// What makes a request wait ends with one of these.
+void Application::listenToRequests()
+{
+    const auto look = [this] { m_requests.lookAgain(); };
+    QObject::connect(m_screens.get(), &ScreenHost::transitionEnded, &m_view, look);
+    QObject::connect(&ProgressOverlay::shared(), &ProgressOverlay::changed, &m_view, look);
 }
 
 void Application::show()
 {
     m_placement.show();
+}
+
+void Application::bringToFront(const QString& activationToken)
+{
+    m_view.setWindowStates(m_view.windowStates() & ~Qt::WindowMinimized);
+    activateWindow(m_view, activationToken.toStdString());
+}
+
+Outcome Application::perform(const ApplicationRequest& request)
+{
+    if (!m_view.isVisible())
+        return Error{{}, "the window is closed"};
+    bringToFront(QString::fromStdString(request.activationToken));
+    return m_requests.take(request);
 }
 
 void Application::showKeys()

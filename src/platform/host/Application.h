@@ -1,6 +1,9 @@
 #pragma once
 
+#include "app/IncomingRequests.h"
+#include "platform/application/ApplicationRequest.h"
 #include "platform/base/Result.h"
+#include "platform/host/ApplicationLife.h"
 #include "platform/host/FocusKeeper.h"
 #include "platform/host/HostBridge.h"
 #include "platform/host/MainLoop.h"
@@ -20,6 +23,7 @@
 #include <QQuickView>
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -39,6 +43,8 @@ struct LaunchOptions {
     std::vector<std::string> files;
     /// Of the window, which then is not remembered; empty: the last one, or as the display allows.
     QSize size;
+    /// What has begun before there was a window; null: the window begins it.
+    std::shared_ptr<ApplicationLife> life;
 };
 
 /// The window of Lamina and all that stands around it: the screens, the system's services, the language. One a process,
@@ -65,6 +71,12 @@ public:
 
     /// Shows the window; the first screen stands in it already.
     void show();
+    /// Brings the window to the front, as far as the window system lets it. With a token, see `ApplicationRequest`,
+    /// that is far.
+    void bringToFront(const QString& activationToken);
+    /// Comes to the front and does what another program asks; see `IncomingRequests`. An error once the window is
+    /// closed, or too much waits.
+    Outcome perform(const ApplicationRequest& request);
 
     /// Shows the list of keys over the screen on top; nothing while that is an alert, a picker or this list.
     void showKeys();
@@ -75,9 +87,11 @@ public:
     bool receivePhotos(const QMimeData& offered);
 
 private:
-    void openFirstScreen(const LaunchOptions& options);
+    void beginLife();
+    void openHome(const LaunchOptions& options);
+    void listenToRequests();
 
-    MainLoop m_loop;
+    std::optional<MainLoop> m_loop; ///< where nobody has made one before
     Translations m_translations;
     QQuickView m_view;
     ScreenMetrics m_metrics;
@@ -92,7 +106,9 @@ private:
     ActivityPresenter m_activities;
     DocumentPresenter m_documents;
     std::shared_ptr<ScreenHost> m_screens;
+    std::shared_ptr<ApplicationLife> m_life;
     HostBridge m_bridge;
+    IncomingRequests m_requests;
 };
 
 } // namespace lamina

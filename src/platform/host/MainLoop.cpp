@@ -12,10 +12,13 @@ namespace {
 
 const QEvent::Type kPumpEvent = static_cast<QEvent::Type>(QEvent::registerEventType());
 
+MainLoop* g_current = nullptr;
+
 } // namespace
 
 MainLoop::MainLoop()
 {
+    g_current = this;
     DispatchQueue::main().bindToCurrentThread();
     DispatchQueue::main().setWakeHandler([this] { QCoreApplication::postEvent(this, new QEvent(kPumpEvent)); });
 }
@@ -23,6 +26,12 @@ MainLoop::MainLoop()
 MainLoop::~MainLoop()
 {
     DispatchQueue::main().setWakeHandler({});
+    g_current = nullptr;
+}
+
+MainLoop* MainLoop::current()
+{
+    return g_current;
 }
 
 bool MainLoop::event(QEvent* event)

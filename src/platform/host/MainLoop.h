@@ -14,6 +14,9 @@ public:
     MainLoop();
     ~MainLoop() override;
 
+    /// Null: there is none.
+    static MainLoop* current();
+
 protected:
     bool event(QEvent* event) override;
 

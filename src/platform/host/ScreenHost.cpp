@@ -139,6 +139,7 @@ void ScreenHost::startTransition(const PresentationTransition& transition, std::
         m_inTransition = false;
         m_screens.removeLeaving();
         finished();
+        emit transitionEnded();
     };
     if (duration == 0)
         DispatchQueue::main().async(end);

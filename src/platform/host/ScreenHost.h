@@ -44,6 +44,8 @@ signals:
     void presenting(UIViewController* controller);
     /// Milliseconds that the transition under way takes.
     void transitionStarted(int duration);
+    /// It is over, and what was to follow it has followed.
+    void transitionEnded();
 
 private:
     std::vector<ScreenModel::Row> wantedScreens() const;

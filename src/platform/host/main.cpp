@@ -1,42 +1,37 @@
+#include "platform/application/ApplicationRequest.h"
 #include "platform/base/Log.h"
-#include "platform/base/Result.h"
-#include "platform/base/ShownText.h"
 #include "platform/base/StandardStreams.h"
-#include "platform/files/FileURL.h"
 #include "platform/files/UnexpectedEnd.h"
 #include "platform/host/Application.h"
+#include "platform/host/ApplicationLife.h"
+#include "platform/host/CommandLine.h"
 #include "platform/host/GuardedApplication.h"
 #include "platform/host/ImageConversion.h"
+#include "platform/host/ServiceStart.h"
+#include "platform/host/WindowActivation.h"
+#include "platform/host/services/ApplicationService.h"
+#include "platform/host/services/SessionName.h"
 #include "platform/host/system/TerminationSignals.h"
 #include "platform/image/named/NamedPictures.h"
 
-#include <QCommandLineParser>
 #include <QFile>
 #include <QGuiApplication>
 #include <QIcon>
 #include <QPixmap>
 #include <QQuickWindow>
 
-#include <cstdio>
-#include <optional>
+#include <algorithm>
+#include <chrono>
+#include <initializer_list>
+#include <memory>
 #include <string>
 
 namespace {
 
-using lamina::LaunchOptions;
+using namespace lamina;
 
-constexpr int kGood = 0;
-constexpr int kFailed = 1;
-constexpr int kWrongUsage = 2;
-constexpr int kNotWritten = 4;
-
-/// The values of --screen.
-QStringList screens()
-{
-    return {QStringLiteral("home"),  QStringLiteral("two"),    QStringLiteral("three"),
-            QStringLiteral("blend"), QStringLiteral("picker"), QStringLiteral("live")};
-}
-constexpr const char* kScreenWords = "home, two, three, blend, picker or live";
+/// Longer the window does not wait for the bus to say whether there is another one.
+constexpr std::chrono::milliseconds kBusPatience{300};
 
 /// Qt ends the process when it finds no display; ours says so in one line.
 bool displayIsThere()
@@ -69,89 +64,11 @@ void setNames()
 void logMessage(QtMsgType type, const QMessageLogContext&, const QString& text)
 {
     if (type == QtDebugMsg || type == QtInfoMsg)
-        lamina::logInfo(text.toStdString());
+        logInfo(text.toStdString());
     else if (type == QtWarningMsg)
-        lamina::logWarning(text.toStdString());
+        logWarning(text.toStdString());
     else
-        lamina::logError(text.toStdString());
-}
-
-std::optional<QSize> sizeOf(const QString& text)
-{
-    const QStringList sides = text.split(QLatin1Char('x'));
-    const QSize size = sides.size() == 2 ? QSize(sides[0].toInt(), sides[1].toInt()) : QSize();
-    return size.isEmpty() ? std::nullopt : std::optional(size);
-}
-
-int complain(const QString& text)
-{
-    lamina::writeMessage("lamina-app: " + lamina::shownText(text.toStdString()) + "\n");
-    return kWrongUsage;
-}
-
-/// To standard output, as the answer to the command line.
-int print(const std::string& text)
-{
-    if (std::fputs(text.c_str(), stdout) >= 0 && std::fflush(stdout) == 0)
-        return kGood;
-    lamina::writeMessage("lamina-app: standard output: can't be written\n");
-    return kNotWritten;
-}
-
-/// The command line as options, or the exit code with which to leave at once.
-struct Parsed {
-    LaunchOptions options;
-    std::optional<int> leave;
-};
-
-Parsed parse(const QStringList& arguments)
-{
-    QCommandLineParser parser;
-    parser.setApplicationDescription(QStringLiteral(
-        "Composes photos. One or two given photos begin a blend, three a collage; --screen two makes one of two. "
-        "--screen live plays a movie."));
-    const QCommandLineOption screen(
-        QStringLiteral("screen"),
-        QStringLiteral("Opens %1. The picker is the one for three photos, over home.").arg(QLatin1String(kScreenWords)),
-        QStringLiteral("screen"), QStringLiteral("home"));
-    const QCommandLineOption photos(
-        QStringLiteral("photos"),
-        QStringLiteral("Photos beside those in your own folder; may be given again. Choosing one starts in the first."),
-        QStringLiteral("folder"));
-    const QCommandLineOption size(QStringLiteral("size"), QStringLiteral("Of the window, in points."),
-                                  QStringLiteral("WIDTHxHEIGHT"));
-    parser.addOptions({screen, photos, size});
-    const QCommandLineOption help = parser.addHelpOption();
-    const QCommandLineOption version = parser.addVersionOption();
-    parser.addPositionalArgument(QStringLiteral("photo"),
-                                 QStringLiteral("A picture file, or the movie for --screen live."),
-                                 QStringLiteral("[photo...]"));
-
-    if (!parser.parse(arguments))
-        return {{}, complain(parser.errorText())};
-    if (parser.isSet(help))
-        return {{}, print(parser.helpText().toStdString())};
-    if (parser.isSet(version))
-        return {{}, print("lamina-app " LAMINA_VERSION "\n")};
-    Parsed parsed;
-    parsed.options.screen = parser.value(screen).toStdString();
-    if (!screens().contains(parser.value(screen)))
-        return {
-            {},
-            complain(QStringLiteral("--screen: %1, not '%2'").arg(QLatin1String(kScreenWords), parser.value(screen)))};
-    for (const QString& folder : parser.values(photos))
-        parsed.options.photosFolders.push_back(folder.toStdString());
-    if (parser.isSet(size)) {
-        const auto wanted = sizeOf(parser.value(size));
-        if (!wanted)
-            return {{}, complain(QStringLiteral("--size: WIDTHxHEIGHT, such as 360x720"))};
-        parsed.options.size = *wanted;
-    }
-    for (const QString& file : parser.positionalArguments()) {
-        const lamina::Result<std::string> path = lamina::pathOfFileURL(file.toStdString());
-        parsed.options.files.push_back(path ? *path : file.toStdString());
-    }
-    return parsed;
+        logError(text.toStdString());
 }
 
 QStringList textsOf(int argc, char** argv)
@@ -162,35 +79,88 @@ QStringList textsOf(int argc, char** argv)
     return texts;
 }
 
+bool isAmong(const QStringList& words, std::initializer_list<const char*> options)
+{
+    return std::ranges::any_of(options, [&](const char* option) { return words.contains(QLatin1String(option)); });
+}
+
+/// Whether a window that is open already has taken what this start asks for.
+bool isHandedOver(const SessionName& name, const LaunchOptions& options, const std::string& token)
+{
+    if (name.waitFor(kBusPatience) != SessionName::State::Taken)
+        return false;
+    ApplicationRequest request = requestOf(options);
+    request.activationToken = token;
+    const Outcome handed = handOver(*name.connection(), request);
+    if (!handed)
+        logWarning("the window that is open does not take it: " + handed.error().message());
+    return handed.ok();
+}
+
+std::unique_ptr<Application> makeWindow(const LaunchOptions& options)
+{
+    QGuiApplication::setWindowIcon(
+        QIcon(QPixmap::fromImage(qImage(imageNamed("app-scalable", {128, 128}, 1).cgImage()))));
+    return std::make_unique<Application>(options);
+}
+
+int runWindow(SessionName& name, ApplicationService& service, LaunchOptions options)
+{
+    options.life = std::make_shared<ApplicationLife>();
+    options.life->exportTo(name);
+    const std::unique_ptr<Application> application = makeWindow(options);
+    const TerminationSignals termination;
+    application->show();
+    service.setHandler([&](const ApplicationRequest& request) { return application->perform(request); });
+    const int code = QGuiApplication::exec();
+    leaveBus(name, service);
+    return code;
+}
+
+/// Wrong usage, --help and --version need no display, and the bus may want something of us that needs none.
+int runWithoutDisplay(SessionName& name, ApplicationService& service, int argc, char** argv)
+{
+    const CommandLine line = parseCommandLine(textsOf(argc, argv));
+    if (line.leave)
+        return *line.leave;
+    if (line.isService) {
+        const QCoreApplication qt(argc, argv);
+        return runAsService(name, service, {});
+    }
+    writeMessage("lamina-app: there is no display to open a window on\n");
+    return exitcode::kFailed;
+}
+
 int run(int argc, char** argv)
 {
     setNames();
-    // Wrong usage, --help and --version need no display. Qt takes its own options out first.
-    if (!displayIsThere()) {
-        if (const Parsed parsed = parse(textsOf(argc, argv)); parsed.leave)
-            return *parsed.leave;
-        lamina::writeMessage("lamina-app: there is no display to open a window on\n");
-        return kFailed;
-    }
+    ApplicationService service;
+    SessionName name;
+    name.addExport([&service](QDBusConnection& bus) { service.exportOn(bus); });
+    if (!displayIsThere())
+        return runWithoutDisplay(name, service, argc, argv);
     qInstallMessageHandler(logMessage);
     chooseRenderer();
-    lamina::GuardedApplication qt(argc, argv);
-    const Parsed parsed = parse(QGuiApplication::arguments());
-    if (parsed.leave)
-        return *parsed.leave;
-    QGuiApplication::setWindowIcon(
-        QIcon(QPixmap::fromImage(lamina::qImage(lamina::imageNamed("app-scalable", {128, 128}, 1).cgImage()))));
-    lamina::Application application(parsed.options);
-    const lamina::TerminationSignals termination;
-    application.show();
-    return QGuiApplication::exec();
+    const std::string token = tokenOfEnvironment();
+    // The bus answers while Qt makes the application object.
+    if (!isAmong(textsOf(argc, argv), {"--dbus-service", "-h", "--help", "--help-all", "-v", "--version"}))
+        name.begin();
+    GuardedApplication qt(argc, argv);
+    const CommandLine line = parseCommandLine(QGuiApplication::arguments());
+    if (line.leave)
+        return *line.leave;
+    if (line.isService)
+        return runAsService(name, service, makeWindow);
+    if (!line.ownWindow && isHandedOver(name, line.options, token))
+        return exitcode::kGood;
+    return runWindow(name, service, line.options);
 }
 
 } // namespace
 
 int main(int argc, char** argv)
 {
-    lamina::openStandardStreams();
-    lamina::installLastNets("lamina-app", false);
-    return lamina::withoutExceptions("lamina-app", [&] { return run(argc, argv); });
+    openStandardStreams();
+    installLastNets("lamina-app", false);
+    return withoutExceptions("lamina-app", [&] { return run(argc, argv); });
 }

@@ -11,6 +11,9 @@ namespace lamina {
 
 /// For waits on the session bus. Never destroyed.
 DispatchQueue& busQueue();
+/// Waits until what that has now is done, for two seconds at most: a connection that is just being made is not to be
+/// overtaken by Qt's own end, but a bus that hangs keeps nobody from leaving.
+void awaitBusQueue();
 /// For looking through folders, which can take long on slow disks. Never destroyed.
 DispatchQueue& folderQueue();
 

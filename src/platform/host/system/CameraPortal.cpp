@@ -3,11 +3,11 @@
 #include "platform/base/DispatchQueue.h"
 #include "platform/base/Log.h"
 #include "platform/host/system/BackgroundWork.h"
+#include "platform/host/system/BusCalls.h"
 #include "platform/media/capture/CaptureService.h"
 #include "platform/view/UIImagePickerController.h"
 
 #include <QDBusArgument>
-#include <QDBusPendingCallWatcher>
 #include <QDBusServiceWatcher>
 #include <QDBusUnixFileDescriptor>
 #include <QDBusVariant>
@@ -32,17 +32,6 @@ constexpr double kFirstPause = 0.5;
 constexpr double kLongestPause = 60;
 
 using Devices = std::vector<std::shared_ptr<AVCaptureDevice>>;
-
-/// The handler hears the reply, or the error in its place, unless `object` is gone by then.
-void callPortal(const QDBusConnection& bus, const QDBusMessage& call, QObject* object,
-                std::function<void(const QDBusMessage&)> handler)
-{
-    auto* const watcher = new QDBusPendingCallWatcher(bus.asyncCall(call), object);
-    QObject::connect(watcher, &QDBusPendingCallWatcher::finished, object, [watcher, handler = std::move(handler)] {
-        handler(watcher->reply());
-        watcher->deleteLater();
-    });
-}
 
 } // namespace
 
@@ -114,7 +103,7 @@ CameraPortal::~CameraPortal()
     for (const Handler& handler : std::exchange(m_waiting, {}))
         handler(false);
     if (m_connecting)
-        busQueue().sync([] {});
+        awaitBusQueue();
 }
 
 bool CameraPortal::isAvailable() const
@@ -154,7 +143,7 @@ void CameraPortal::readPresence()
     QDBusMessage call =
         QDBusMessage::createMethodCall(kPortalService, kPortalPath, kPropertiesInterface, QStringLiteral("Get"));
     call << kCameraInterface << kPresence;
-    callPortal(*m_bus, call, this, [this](const QDBusMessage& reply) { takePresence(reply); });
+    callBus(*m_bus, call, this, [this](const QDBusMessage& reply) { takePresence(reply); });
 }
 
 void CameraPortal::takePresence(const QDBusMessage& reply)
@@ -241,7 +230,7 @@ void CameraPortal::openRemote()
     QDBusMessage call = QDBusMessage::createMethodCall(kPortalService, kPortalPath, kCameraInterface,
                                                        QStringLiteral("OpenPipeWireRemote"));
     call << QVariantMap();
-    callPortal(*m_bus, call, this, [this](const QDBusMessage& reply) { takeRemote(reply); });
+    callBus(*m_bus, call, this, [this](const QDBusMessage& reply) { takeRemote(reply); });
 }
 
 void CameraPortal::takeRemote(const QDBusMessage& reply)

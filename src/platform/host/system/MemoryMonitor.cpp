@@ -63,7 +63,7 @@ MemoryMonitor::MemoryMonitor(MemoryWarningSources sources, QObject* parent)
 MemoryMonitor::~MemoryMonitor()
 {
     if (m_connecting)
-        busQueue().sync([] {});
+        awaitBusQueue();
     if (m_pressure)
         ::close(static_cast<int>(m_pressure->socket()));
 }

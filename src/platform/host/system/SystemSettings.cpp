@@ -87,7 +87,7 @@ SystemSettings::SystemSettings(BusConnector connector, QObject* parent)
 SystemSettings::~SystemSettings()
 {
     if (m_connecting)
-        busQueue().sync([] {});
+        awaitBusQueue();
 }
 
 void SystemSettings::listen(const QDBusConnection& bus)

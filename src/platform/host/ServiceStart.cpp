@@ -1,0 +1,154 @@
+#include "platform/host/ServiceStart.h"
+
+#include "platform/application/ApplicationRequest.h"
+#include "platform/base/DispatchQueue.h"
+#include "platform/base/Result.h"
+#include "platform/base/StandardStreams.h"
+#include "platform/host/ApplicationLife.h"
+#include "platform/host/CommandLine.h"
+#include "platform/host/MainLoop.h"
+#include "platform/host/services/ApplicationService.h"
+#include "platform/host/services/SessionName.h"
+#include "platform/host/system/TerminationSignals.h"
+
+#include <QAbstractEventDispatcher>
+#include <QCoreApplication>
+#include <QTimer>
+
+#include <chrono>
+#include <functional>
+#include <optional>
+#include <utility>
+
+namespace lamina {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr auto kIdleTime = 10s;
+constexpr auto kLastMoment = 500ms;
+/// It was the bus that has started this process.
+constexpr auto kPatience = 25s;
+
+/// Once the event loop has slept so long without anything to do it calls `release`, so that nothing new comes, and
+/// once it has slept again for a moment, so that what had come is done, it ends the loop.
+class IdleEnd {
+public:
+    explicit IdleEnd(std::function<void()> release)
+        : m_release(std::move(release))
+    {
+        m_timer.setSingleShot(true);
+        m_timer.setInterval(kIdleTime);
+        QObject::connect(&m_timer, &QTimer::timeout, &m_timer, [this] { end(); });
+        QObject::connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::aboutToBlock, &m_timer,
+                         [this] { m_timer.start(); });
+    }
+
+private:
+    void end()
+    {
+        if (!m_release)
+            return QCoreApplication::quit();
+        std::exchange(m_release, {})();
+        m_timer.setInterval(kLastMoment);
+    }
+
+    std::function<void()> m_release;
+    QTimer m_timer;
+};
+
+LaunchOptions optionsFor(const ApplicationRequest& request)
+{
+    LaunchOptions options;
+    if (!request.action.empty())
+        options.screen = request.action;
+    options.files = request.photos;
+    return options;
+}
+
+class ServiceRun {
+public:
+    ServiceRun(SessionName& name, ApplicationService& service, const WindowMaker& makeWindow)
+        : m_name(name)
+        , m_service(service)
+        , m_makeWindow(makeWindow)
+    {
+        m_service.setHandler([this](const ApplicationRequest& request) { return take(request); });
+        m_life->exportTo(m_name);
+        QObject::connect(&m_life->notifications(), &DesktopNotifications::opened, &m_service,
+                         [this](const QString& token) {
+                             (void)take({{}, {}, token.toStdString()});
+                         });
+    }
+
+    ~ServiceRun() { leaveBus(m_name, m_service); }
+    ServiceRun(const ServiceRun&) = delete;
+    ServiceRun& operator=(const ServiceRun&) = delete;
+
+    int run()
+    {
+        m_life->launch();
+        m_name.begin();
+        switch (m_name.waitFor(kPatience)) {
+        case SessionName::State::Owned:
+            break;
+        case SessionName::State::Taken:
+            return exitcode::kGood; // that process is called in this one's place
+        case SessionName::State::Asking:
+        case SessionName::State::NoBus:
+            writeMessage("lamina-app: --dbus-service: there is no session bus\n");
+            return exitcode::kFailed;
+        }
+        m_life->begin();
+        m_idle.emplace([this] { m_name.release(); });
+        return QCoreApplication::exec();
+    }
+
+private:
+    Outcome take(const ApplicationRequest& request)
+    {
+        if (m_window)
+            return m_window->perform(request);
+        if (!m_makeWindow)
+            return Error{{}, "there is no display to open a window on"};
+        // The caller need not wait until the window stands.
+        DispatchQueue::main().async([this, request] { m_window ? (void)m_window->perform(request) : open(request); });
+        return success();
+    }
+
+    void open(const ApplicationRequest& request)
+    {
+        m_idle.reset();
+        LaunchOptions options = optionsFor(request);
+        options.life = m_life;
+        m_window = m_makeWindow(options);
+        m_window->show();
+        m_window->bringToFront(QString::fromStdString(request.activationToken));
+    }
+
+    SessionName& m_name;
+    ApplicationService& m_service;
+    const WindowMaker& m_makeWindow;
+    const TerminationSignals m_termination;
+    MainLoop m_loop;
+    std::shared_ptr<ApplicationLife> m_life = std::make_shared<ApplicationLife>();
+    std::unique_ptr<Application> m_window;
+    std::optional<IdleEnd> m_idle; ///< until there is a window
+};
+
+} // namespace
+
+int runAsService(SessionName& name, ApplicationService& service, const WindowMaker& makeWindow)
+{
+    return ServiceRun(name, service, makeWindow).run();
+}
+
+void leaveBus(SessionName& name, ApplicationService& service)
+{
+    service.setHandler([](const ApplicationRequest&) -> Outcome { return Error{{}, "the application is leaving"}; });
+    name.release();
+    QCoreApplication::sendPostedEvents();
+}
+
+} // namespace lamina

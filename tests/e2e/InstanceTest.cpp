@@ -1,0 +1,149 @@
+// The real application as a session knows it: started by its bus, called by other programs, and started a second time.
+#include "TestPaths.h"
+#include "TestSession.h"
+
+#include <csignal>
+#include <filesystem>
+#include <gtest/gtest.h>
+#include <sys/socket.h>
+#include <sys/un.h>
+#include <unistd.h>
+
+namespace lamina::test {
+namespace {
+
+using Display = TestSession::Display;
+
+const QVariantList kNothing{QVariantMap()};
+
+QStringList photos(int count, bool asURLs = false)
+{
+    const QString path = QString::fromStdString(samples("dunes.jpg"));
+    return QStringList(count, asURLs ? QStringLiteral("file://") + path : path);
+}
+
+bool isAnswered(const QDBusMessage& reply)
+{
+    EXPECT_EQ(reply.type(), QDBusMessage::ReplyMessage) << reply.errorMessage().toStdString();
+    return reply.type() == QDBusMessage::ReplyMessage;
+}
+
+/// Three photos that have arrived are a collage, and a collage is kept.
+bool holdsCollage(const TestSession& session)
+{
+    return waitUntil([&] { return std::filesystem::exists(session.path("state/lamina/kept/collage/journal")); });
+}
+
+bool hasEnded(QProcess& process)
+{
+    return process.state() == QProcess::NotRunning || process.waitForFinished(40'000);
+}
+
+TEST(StartedByTheBus, OpensItsWindowWhenThatIsAskedForAndTakesPhotos)
+{
+    TestSession session(LAMINA_APP, Display::Offscreen);
+    ASSERT_EQ(session.owner(), 0);
+    ASSERT_TRUE(isAnswered(session.call("Open", {photos(3, true), QVariantMap()})));
+    const qint64 first = session.owner();
+    EXPECT_TRUE(holdsCollage(session));
+
+    // Photos that come to the work are asked about in the window; the call has its answer.
+    EXPECT_TRUE(isAnswered(session.call("ActivateAction", {QStringLiteral("blend"), QVariantList(), QVariantMap()})));
+    EXPECT_TRUE(isAnswered(session.call("Activate", kNothing)));
+    EXPECT_EQ(session.call("ActivateAction", {QStringLiteral("five"), QVariantList(), QVariantMap()}).type(),
+              QDBusMessage::ErrorMessage);
+
+    const auto second = session.start(photos(2));
+    ASSERT_TRUE(hasEnded(*second));
+    EXPECT_EQ(second->exitCode(), 0) << second->readAllStandardError().toStdString();
+    EXPECT_EQ(session.owner(), first);
+
+    ::kill(static_cast<pid_t>(first), SIGTERM);
+    EXPECT_TRUE(session.waitForOwner(false)) << "it leaves as it does when it was started by hand";
+}
+
+TEST(StartedByTheBus, WithoutADisplayItAnswersAndLeavesByItself)
+{
+    TestSession session(LAMINA_APP, Display::None);
+    const QDBusMessage reply = session.call("Activate", kNothing);
+    EXPECT_EQ(reply.errorMessage().toStdString(), "there is no display to open a window on");
+    ASSERT_NE(session.owner(), 0);
+    EXPECT_TRUE(session.waitForOwner(false));
+}
+
+TEST(SecondStart, HandsOverWhatTheOpenWindowCanDo)
+{
+    TestSession session(LAMINA_APP, Display::Offscreen);
+    const auto first = session.start({});
+    ASSERT_TRUE(session.waitForOwner());
+    const auto second = session.start({"--screen", "three", photos(1)[0], photos(1)[0], photos(1)[0]});
+    ASSERT_TRUE(hasEnded(*second));
+    EXPECT_EQ(second->exitCode(), 0) << second->readAllStandardError().toStdString();
+    EXPECT_TRUE(holdsCollage(session));
+    EXPECT_EQ(session.owner(), first->processId());
+
+    // A window of its own leaves the name where it is, and when it closes nobody else notices.
+    const auto own = session.start({"--new-window", "--screen", "two"});
+    EXPECT_FALSE(own->waitForFinished(1000));
+    EXPECT_EQ(session.owner(), first->processId());
+    own->terminate();
+    EXPECT_TRUE(hasEnded(*own));
+
+    first->terminate();
+    EXPECT_TRUE(hasEnded(*first));
+    EXPECT_EQ(first->exitCode(), 0);
+}
+
+TEST(SecondStart, HasAWindowOfItsOwnWhereTheFirstHangs)
+{
+    TestSession session(LAMINA_APP, Display::Offscreen);
+    const auto first = session.start({});
+    ASSERT_TRUE(session.waitForOwner());
+    ::kill(static_cast<pid_t>(first->processId()), SIGSTOP);
+    const auto second = session.start(photos(3));
+    EXPECT_TRUE(holdsCollage(session));
+    EXPECT_EQ(second->state(), QProcess::Running);
+    second->terminate();
+    EXPECT_TRUE(hasEnded(*second));
+    first->kill();
+    EXPECT_TRUE(hasEnded(*first));
+}
+
+TEST(AWindowOpens, WithoutABusAndWithOneThatHangs)
+{
+    TestSession session(LAMINA_APP, Display::Offscreen);
+    // It takes the connection, and says nothing.
+    const int listening = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    sockaddr_un address{AF_UNIX, {}};
+    session.path("bus").copy(address.sun_path, sizeof address.sun_path - 1);
+    ASSERT_EQ(::bind(listening, reinterpret_cast<const sockaddr*>(&address), sizeof address), 0);
+    ASSERT_EQ(::listen(listening, 8), 0);
+    for (const std::string& bus : {std::string("unix:path=/nowhere"), "unix:path=" + session.path("bus")}) {
+        SCOPED_TRACE(bus);
+        QProcess process;
+        QProcessEnvironment environment = session.environment();
+        environment.insert("DBUS_SESSION_BUS_ADDRESS", QString::fromStdString(bus));
+        process.setProcessEnvironment(environment);
+        process.start(LAMINA_APP, photos(3));
+        EXPECT_TRUE(holdsCollage(session));
+        process.kill();
+        process.waitForFinished();
+        std::filesystem::remove_all(session.path("state"));
+    }
+    ::close(listening);
+}
+
+TEST(AWindowStays, WhenTheBusHasGone)
+{
+    TestSession session(LAMINA_APP, Display::Offscreen);
+    const auto first = session.start({});
+    ASSERT_TRUE(session.waitForOwner());
+    session.endBus();
+    EXPECT_FALSE(first->waitForFinished(1000));
+    first->terminate();
+    EXPECT_TRUE(hasEnded(*first));
+    EXPECT_EQ(first->exitCode(), 0) << first->readAllStandardError().toStdString();
+}
+
+} // namespace
+} // namespace lamina::test
