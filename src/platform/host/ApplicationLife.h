@@ -14,7 +14,7 @@ class SessionName;
 
 /// What the application is to the desktop, with a window or without one: its delegate, and the services by which the
 /// number on its icon, notifications and messages go out and come in. It installs them, and is gone before the event
-/// loop's end. One at a time, after Qt's application object. Main thread.
+/// loop's end. One at a time, which may be made before Qt's application object. Main thread.
 class ApplicationLife {
 public:
     explicit ApplicationLife(const BusConnector& connector = sessionBus, NotificationWay way = notificationWay());
