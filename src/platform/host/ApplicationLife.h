@@ -28,9 +28,10 @@ public:
     /// The application has started; nothing here waits for anything, and the bus is not touched. The second time
     /// nothing happens.
     void launch();
-    /// There is time for what the launch has left for later: once the first frame stands, or at once without a window.
-    /// The second time nothing happens.
+    /// There is time for what the launch has left for later: the first frame stands. The second time nothing happens.
     void begin();
+    /// The same at once, where there is no window yet; `begin` follows when there is one.
+    void beginWithoutWindow();
     /// Whether the desktop shows something that would go with this process: a number on the icon, or notifications.
     bool hasSomethingShown() const;
     /// Tells those who follow the application that it leaves, once.

@@ -111,7 +111,7 @@ public:
             writeMessage("lamina-app: --dbus-service: there is no session bus\n");
             return exitcode::kFailed;
         }
-        m_life->begin();
+        m_life->beginWithoutWindow();
         m_idle.emplace([this] { return m_life->hasSomethingShown(); }, [this] { m_name.release(); });
         return QCoreApplication::exec();
     }

@@ -2,6 +2,8 @@
 
 #include "platform/host/Application.h"
 
+#include "platform/host/ApplicationLife.h"
+
 #include <functional>
 #include <memory>
 
