@@ -19,8 +19,9 @@ TEST(WindowLauncher, TheCommandAloneBecomesTheWindowBesideIt)
     writeFile(folder.path("lamina-app"), "#!/bin/sh\necho \"window: $*\"\nexit 7\n");
     std::filesystem::permissions(folder.path("lamina-app"), std::filesystem::perms::owner_all);
     EXPECT_EQ(runCommand(command, {}).output, "window: \n");
-    const CommandResult run = runCommand(command, {"--photos", "/b", "--screen", "picker", "--photos", "/tmp/a b"});
-    EXPECT_EQ(run.output, "window: --screen picker --photos /b --photos /tmp/a b\n");
+    const CommandResult run =
+        runCommand(command, {"--photos", "/b", "--screen", "picker", "--new-window", "--photos", "/tmp/a b"});
+    EXPECT_EQ(run.output, "window: --screen picker --photos /b --photos /tmp/a b --new-window\n");
     writeFile(folder.path("-a.jpg"), "");
     EXPECT_EQ(
         runCommand("/usr/bin/env", {"-C", folder.path(), command, "--screen", "two", "lamina", "--", "-a.jpg"}).output,

@@ -72,7 +72,6 @@ struct Shared {
     std::uint64_t refusals;
     std::uint64_t findings;
     Worst seconds;
-    Worst arrivalSeconds;
     Worst kilobytes;
     Worst decoderKilobytes; ///< behind its wall
 };
@@ -234,8 +233,6 @@ public:
                     m_shared->seconds.value, number(m_shared->seconds.number), m_shared->kilobytes.value / 1024,
                     number(m_shared->kilobytes.number), m_shared->decoderKilobytes.value / 1024,
                     number(m_shared->decoderKilobytes.number));
-        std::printf("slowest arrival in pieces: %.3f s (number %llu)\n", m_shared->arrivalSeconds.value,
-                    number(m_shared->arrivalSeconds.number));
         std::printf("written to standard error: %llu bytes\n", number(fs::file_size(m_folder / "stderr")));
     }
 
@@ -277,17 +274,15 @@ private:
              {faultOfDecoder(decoded, seconds), excess, faultOf(decoded, options.memoryLimit)})
             if (!fault.empty())
                 return fault;
-        return options.shortSide == 0 ? faultOfFacts(bytes, decoded) : faultOfArriving(number, bytes);
+        return options.shortSide == 0 ? faultOfFacts(bytes, decoded) : faultOfArriving(bytes);
     }
 
-    std::string faultOfArriving(std::uint64_t number, const Bytes& bytes)
+    static std::string faultOfArriving(const Bytes& bytes)
     {
         const Result<UIImage> whole = lamina::decodePicture(bytes, "damaged");
         const Cost cost;
         const std::string fault = faultOfArrival(bytes, whole, DecodeOptions().memoryLimit);
-        const double seconds = cost.seconds();
-        m_shared->arrivalSeconds.include(seconds, number);
-        return !fault.empty() ? fault : seconds > kMostArrivals * kMostSeconds ? "slow arrival" : "";
+        return fault.empty() && cost.seconds() > kMostArrivals * kMostSeconds ? "slow arrival" : fault;
     }
 
     /// Counts a file, and says what it took too much of.

@@ -22,6 +22,8 @@ public:
 
     /// Empty when it could not be started.
     const QString& address() const { return m_address; }
+    /// The daemon's process.
+    qint64 process() const { return m_daemon.processId(); }
     void end();
 
 private:

@@ -92,6 +92,11 @@ bool TestSession::waitForOwner(bool there)
     return waitUntil([&] { return (owner() != 0) == there; });
 }
 
+void TestSession::pauseBus(bool paused)
+{
+    ::kill(static_cast<pid_t>(m_daemon->process()), paused ? SIGSTOP : SIGCONT);
+}
+
 std::unique_ptr<QProcess> TestSession::start(const QStringList& arguments)
 {
     auto process = std::make_unique<QProcess>();

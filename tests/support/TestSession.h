@@ -39,6 +39,8 @@ public:
 
     /// As when the user's session ends.
     void endBus() { m_daemon->end(); }
+    /// The bus takes connections and says nothing any more, or goes on.
+    void pauseBus(bool paused = true);
     /// Another start of the application, with what it writes in its channels.
     std::unique_ptr<QProcess> start(const QStringList& arguments);
     const QProcessEnvironment& environment() const { return m_environment; }

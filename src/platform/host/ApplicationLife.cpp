@@ -43,6 +43,11 @@ void ApplicationLife::begin()
     m_push.begin();
 }
 
+void ApplicationLife::beginWithoutWindow()
+{
+    m_push.beginForMessages();
+}
+
 bool ApplicationLife::hasSomethingShown() const
 {
     return m_notifications.needsProcess() || UIApplication::shared().applicationIconBadgeNumber() > 0;

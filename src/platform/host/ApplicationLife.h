@@ -14,7 +14,7 @@ class SessionName;
 
 /// What the application is to the desktop, with a window or without one: its delegate, and the services by which the
 /// number on its icon, notifications and messages go out and come in. It installs them, and is gone before the event
-/// loop's end. One at a time, after Qt's application object. Main thread.
+/// loop's end. One at a time, which may be made before Qt's application object. Main thread.
 class ApplicationLife {
 public:
     explicit ApplicationLife(const BusConnector& connector = sessionBus, NotificationWay way = notificationWay());
@@ -28,9 +28,10 @@ public:
     /// The application has started; nothing here waits for anything, and the bus is not touched. The second time
     /// nothing happens.
     void launch();
-    /// There is time for what the launch has left for later: once the first frame stands, or at once without a window.
-    /// The second time nothing happens.
+    /// There is time for what the launch has left for later: the first frame stands. The second time nothing happens.
     void begin();
+    /// The same at once, where there is no window yet; `begin` follows when there is one.
+    void beginWithoutWindow();
     /// Whether the desktop shows something that would go with this process: a number on the icon, or notifications.
     bool hasSomethingShown() const;
     /// Tells those who follow the application that it leaves, once.

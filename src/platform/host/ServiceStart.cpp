@@ -26,23 +26,25 @@ namespace {
 
 using namespace std::chrono_literals;
 
-constexpr auto kIdleTime = 10s;
-constexpr auto kLastMoment = 500ms;
+constexpr std::chrono::milliseconds kIdleTime = 10s;
+constexpr std::chrono::milliseconds kNeededTime = 1h;
+constexpr std::chrono::milliseconds kLastMoment = 500ms;
 /// It was the bus that has started this process.
 constexpr auto kPatience = 25s;
 
 /// Once the event loop has slept so long without anything to do it calls `release`, so that nothing new comes, and
-/// once it has slept again for a moment, so that what had come is done, it ends the loop.
+/// once it has slept again for a moment, so that what had come is done, it ends the loop. While `isNeeded` it sleeps on,
+/// though not for ever: the end of what it is needed for may never be told.
 class IdleEnd {
 public:
-    explicit IdleEnd(std::function<void()> release)
-        : m_release(std::move(release))
+    IdleEnd(std::function<bool()> isNeeded, std::function<void()> release)
+        : m_isNeeded(std::move(isNeeded))
+        , m_release(std::move(release))
     {
         m_timer.setSingleShot(true);
-        m_timer.setInterval(kIdleTime);
         QObject::connect(&m_timer, &QTimer::timeout, &m_timer, [this] { end(); });
         QObject::connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::aboutToBlock, &m_timer,
-                         [this] { m_timer.start(); });
+                         [this] { m_timer.start(std::exchange(m_next, m_usual)); });
     }
 
 private:
@@ -50,11 +52,18 @@ private:
     {
         if (!m_release)
             return QCoreApplication::quit();
+        if (m_timer.intervalAsDuration() != kNeededTime && m_isNeeded()) {
+            m_next = kNeededTime;
+            return;
+        }
         std::exchange(m_release, {})();
-        m_timer.setInterval(kLastMoment);
+        m_next = m_usual = kLastMoment;
     }
 
+    std::function<bool()> m_isNeeded;
     std::function<void()> m_release;
+    std::chrono::milliseconds m_usual = kIdleTime;
+    std::chrono::milliseconds m_next = kIdleTime; ///< how long the coming sleep may be
     QTimer m_timer;
 };
 
@@ -69,10 +78,12 @@ LaunchOptions optionsFor(const ApplicationRequest& request)
 
 class ServiceRun {
 public:
-    ServiceRun(SessionName& name, ApplicationService& service, const WindowMaker& makeWindow)
+    ServiceRun(SessionName& name, ApplicationService& service, const std::shared_ptr<ApplicationLife>& life,
+                 const WindowMaker& makeWindow)
         : m_name(name)
         , m_service(service)
         , m_makeWindow(makeWindow)
+        , m_life(life)
     {
         m_service.setHandler([this](const ApplicationRequest& request) { return take(request); });
         m_life->exportTo(m_name);
@@ -100,8 +111,8 @@ public:
             writeMessage("lamina-app: --dbus-service: there is no session bus\n");
             return exitcode::kFailed;
         }
-        m_life->begin();
-        m_idle.emplace([this] { m_name.release(); });
+        m_life->beginWithoutWindow();
+        m_idle.emplace([this] { return m_life->hasSomethingShown(); }, [this] { m_name.release(); });
         return QCoreApplication::exec();
     }
 
@@ -132,16 +143,17 @@ private:
     const WindowMaker& m_makeWindow;
     const TerminationSignals m_termination;
     MainLoop m_loop;
-    std::shared_ptr<ApplicationLife> m_life = std::make_shared<ApplicationLife>();
+    const std::shared_ptr<ApplicationLife> m_life;
     std::unique_ptr<Application> m_window;
     std::optional<IdleEnd> m_idle; ///< until there is a window
 };
 
 } // namespace
 
-int runAsService(SessionName& name, ApplicationService& service, const WindowMaker& makeWindow)
+int runAsService(SessionName& name, ApplicationService& service, const std::shared_ptr<ApplicationLife>& life,
+                 const WindowMaker& makeWindow)
 {
-    return ServiceRun(name, service, makeWindow).run();
+    return ServiceRun(name, service, life, makeWindow).run();
 }
 
 void leaveBus(SessionName& name, ApplicationService& service)

@@ -1,5 +1,7 @@
 #include "platform/host/WindowActivation.h"
 
+#include <QByteArray>
+#include <QGuiApplication>
 #include <QWindow>
 
 namespace lamina {
@@ -21,11 +23,14 @@ std::string tokenOfEnvironment()
 
 void activateWindow(QWindow& window, const std::string& token)
 {
-    // From there Qt's Wayland plugin takes it.
-    if (!token.empty())
+    // Qt's plugin takes it from there within the call. Elsewhere it would be of no use, and other threads read the
+    // environment too.
+    const bool isOfUse = !token.empty() && QGuiApplication::platformName().startsWith(QLatin1String("wayland"));
+    if (isOfUse)
         qputenv(kWaylandToken, QByteArray::fromStdString(token));
     window.requestActivate();
-    qunsetenv(kWaylandToken); // of no use to another program, and to this window only once
+    if (isOfUse)
+        qunsetenv(kWaylandToken);
 }
 
 } // namespace lamina

@@ -1,5 +1,7 @@
 #include "platform/application/ApplicationRequest.h"
 #include "platform/base/Log.h"
+#include "platform/base/Result.h"
+#include "platform/base/ShownText.h"
 #include "platform/base/StandardStreams.h"
 #include "platform/files/UnexpectedEnd.h"
 #include "platform/host/Application.h"
@@ -22,9 +24,13 @@
 
 #include <algorithm>
 #include <chrono>
+#include <cstddef>
+#include <cstdio>
+#include <cstdlib>
 #include <initializer_list>
 #include <memory>
 #include <string>
+#include <utility>
 
 namespace {
 
@@ -32,6 +38,8 @@ using namespace lamina;
 
 /// Longer the window does not wait for the bus to say whether there is another one.
 constexpr std::chrono::milliseconds kBusPatience{300};
+/// Bytes of what another process says.
+constexpr std::size_t kLongestAnswer = 200;
 
 /// Qt ends the process when it finds no display; ours says so in one line.
 bool displayIsThere()
@@ -93,7 +101,7 @@ bool isHandedOver(const SessionName& name, const LaunchOptions& options, const s
     request.activationToken = token;
     const Outcome handed = handOver(*name.connection(), request);
     if (!handed)
-        logWarning("the window that is open does not take it: " + handed.error().message());
+        logWarning("the window that is open does not take it: " + beginningOf(handed.error().message(), kLongestAnswer));
     return handed.ok();
 }
 
@@ -104,16 +112,14 @@ std::unique_ptr<Application> makeWindow(const LaunchOptions& options)
     return std::make_unique<Application>(options);
 }
 
-int runWindow(SessionName& name, ApplicationService& service, LaunchOptions options)
+int runWindow(SessionName& name, ApplicationService& service, const LaunchOptions& options)
 {
-    options.life = std::make_shared<ApplicationLife>();
-    options.life->exportTo(name);
     const std::unique_ptr<Application> application = makeWindow(options);
     const TerminationSignals termination;
     application->show();
     service.setHandler([&](const ApplicationRequest& request) { return application->perform(request); });
     const int code = QGuiApplication::exec();
-    leaveBus(name, service);
+    leaveBus(name, service); // first, so that nothing is handed to a process that is going
     return code;
 }
 
@@ -125,10 +131,33 @@ int runWithoutDisplay(SessionName& name, ApplicationService& service, int argc, 
         return *line.leave;
     if (line.isService) {
         const QCoreApplication qt(argc, argv);
-        return runAsService(name, service, {});
+        return runAsService(name, service, std::make_shared<ApplicationLife>(), {});
     }
     writeMessage("lamina-app: there is no display to open a window on\n");
     return exitcode::kFailed;
+}
+
+int runWithDisplay(SessionName& name, ApplicationService& service, int argc, char** argv)
+{
+    qInstallMessageHandler(logMessage);
+    chooseRenderer();
+    const std::string token = tokenOfEnvironment();
+    // The bus answers while Qt makes the application object, and what is called then waits for the event loop.
+    auto life = std::make_shared<ApplicationLife>();
+    if (!isAmong(textsOf(argc, argv), {"--dbus-service", "-h", "--help", "--help-all", "-v", "--version"})) {
+        life->exportTo(name);
+        name.begin();
+    }
+    GuardedApplication qt(argc, argv);
+    CommandLine line = parseCommandLine(QGuiApplication::arguments());
+    if (line.leave)
+        return *line.leave;
+    line.options.life = std::move(life);
+    if (line.isService)
+        return runAsService(name, service, line.options.life, makeWindow);
+    if (!line.ownWindow && isHandedOver(name, line.options, token))
+        return exitcode::kGood;
+    return runWindow(name, service, line.options);
 }
 
 int run(int argc, char** argv)
@@ -137,23 +166,13 @@ int run(int argc, char** argv)
     ApplicationService service;
     SessionName name;
     name.addExport([&service](QDBusConnection& bus) { service.exportOn(bus); });
-    if (!displayIsThere())
-        return runWithoutDisplay(name, service, argc, argv);
-    qInstallMessageHandler(logMessage);
-    chooseRenderer();
-    const std::string token = tokenOfEnvironment();
-    // The bus answers while Qt makes the application object.
-    if (!isAmong(textsOf(argc, argv), {"--dbus-service", "-h", "--help", "--help-all", "-v", "--version"}))
-        name.begin();
-    GuardedApplication qt(argc, argv);
-    const CommandLine line = parseCommandLine(QGuiApplication::arguments());
-    if (line.leave)
-        return *line.leave;
-    if (line.isService)
-        return runAsService(name, service, makeWindow);
-    if (!line.ownWindow && isHandedOver(name, line.options, token))
-        return exitcode::kGood;
-    return runWindow(name, service, line.options);
+    const int code = displayIsThere() ? runWithDisplay(name, service, argc, argv)
+                                      : runWithoutDisplay(name, service, argc, argv);
+    if (!name.isStuck())
+        return code;
+    // A bus that has not answered to this day: at its end Qt would wait for it for half a minute.
+    std::fflush(nullptr);
+    std::_Exit(code);
 }
 
 } // namespace

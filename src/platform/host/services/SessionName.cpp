@@ -50,12 +50,17 @@ struct SessionName::Asked {
     std::vector<Export> exports; ///< not run yet
     bool isOver = false;
 
-    /// False when it is over: what is exported may be gone.
+    /// False when it is over.
     bool runExports(QDBusConnection& connection)
     {
+        std::vector<Export> due;
+        {
+            const std::scoped_lock lock(mutex);
+            due = std::exchange(exports, {});
+        }
+        for (const Export& objects : due)
+            objects(connection); // may take its time, for which nobody waits
         const std::scoped_lock lock(mutex);
-        for (const Export& objects : std::exchange(exports, {}))
-            objects(connection);
         return !isOver;
     }
     void settle(State now, const QDBusConnection& connection)
@@ -88,7 +93,7 @@ SessionName::~SessionName()
         return;
     release();
     if (state() == State::Asking)
-        busQueue().sync([] {});
+        awaitBusQueue();
 }
 
 void SessionName::addExport(Export objects)

@@ -38,7 +38,8 @@ public:
     SessionName& operator=(const SessionName&) = delete;
 
     /// Puts objects on the bus: `registerObject` of plain objects of the main thread, with their slots and no adaptors,
-    /// since it runs on the bus's queue; it asks nothing of this name. The objects stay until `release`.
+    /// since it runs on the bus's queue, at the latest when this is gone: the objects outlive this, or the function
+    /// holds what it needs.
     using Export = std::function<void(QDBusConnection& bus)>;
     /// Before `begin`: run once there is a connection and before the name is asked for, so that whoever calls the name
     /// finds all of it. Afterwards: run as soon as there is a connection. Without a bus never.
@@ -49,6 +50,8 @@ public:
     /// How it stands, after `time` at the latest.
     State waitFor(std::chrono::milliseconds time) const;
     State state() const { return waitFor({}); }
+    /// Whether it has been asked for, and the bus still keeps silent.
+    bool isStuck() const { return m_begun && state() == State::Asking; }
 
     /// The connection that has the name, or knows who has it; none while Asking and with NoBus.
     std::optional<QDBusConnection> connection() const;

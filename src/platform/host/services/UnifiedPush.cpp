@@ -154,7 +154,7 @@ UnifiedPush::~UnifiedPush()
         m_exported->object = nullptr;
     }
     if (m_looking)
-        busQueue().sync([] {});
+        awaitBusQueue();
 }
 
 SessionName::Export UnifiedPush::exporter() const

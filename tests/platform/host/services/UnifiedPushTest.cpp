@@ -19,6 +19,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <map>
+#include <string>
+#include <unistd.h>
 
 namespace lamina::test {
 namespace {
@@ -70,7 +72,7 @@ protected:
     }
 
     /// Begins a run; when this returns the distributor has been asked where there is one.
-    void start()
+    void start(bool isForMessages = false)
     {
         end();
         listener->told.clear();
@@ -79,7 +81,7 @@ protected:
         name->addExport(push->exporter());
         name->begin();
         UIApplication::shared().registerForRemoteNotifications();
-        push->begin();
+        isForMessages ? push->beginForMessages() : push->begin();
         ASSERT_TRUE(DispatchQueue::main().runUntilIdle(20));
     }
     void end()
@@ -279,6 +281,39 @@ TEST_F(UnifiedPushes, ShowSomeOfAFloodAndKeepItsLastBadge)
     EXPECT_EQ(listener->told.back(), "T null");
     EXPECT_EQ(answerTo(distributor.send("[]")), "");
     EXPECT_THAT(log.messages.back().second, HasSubstr("not a JSON object (and "));
+}
+
+TEST_F(UnifiedPushes, StayRegisteredWhereAMessageHasStartedThem)
+{
+    const TestDistributor distributor;
+    start(true);
+    ASSERT_TRUE(runUntil([&] { return !listener->told.empty(); }));
+    start(true);
+    EXPECT_THAT(listener->told, ElementsAre(toldToken(distributor)));
+    EXPECT_EQ(distributor.registrations().size(), 1u) << "the one that there had never been";
+    EXPECT_EQ(answerTo(distributor.send("{}")), "");
+    push->begin(); // there is a window after all
+    EXPECT_TRUE(runUntil([&] { return distributor.registrations().size() == 2; }));
+}
+
+TEST_F(UnifiedPushes, KeepNothingOfWhatTheyRefuse)
+{
+    const TestDistributor distributor;
+    startRegistered();
+    QVariantMap many{{QStringLiteral("token"), distributor.token()}};
+    for (int i = 0; i < 40; ++i)
+        many.insert(QString::number(i), QByteArray(50'000, 'x'));
+    const auto refuse = [&] {
+        EXPECT_EQ(answerTo(distributor.call(QStringLiteral("Message"), {many})), "InvalidArgs");
+    };
+    const auto pages = [] {
+        return std::stol(readFile("/proc/self/statm").substr(readFile("/proc/self/statm").find(' ')));
+    };
+    refuse();
+    const long before = pages();
+    for (int i = 0; i < 50; ++i)
+        refuse();
+    EXPECT_LT((pages() - before) * sysconf(_SC_PAGESIZE), 50'000'000) << "of 100 MB";
 }
 
 TEST_F(UnifiedPushes, RegisterAgainWithADistributorThatComesBack)
