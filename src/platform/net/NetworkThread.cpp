@@ -66,7 +66,8 @@ void NetworkThread::leave()
     QThread* const thread = m_owner->thread();
     run([this, thread] {
         // Transfers let go of their replies, which the manager owns.
-        for (QObject* const child : m_owner->children())
+        const QObjectList children = m_owner->children(); // a copy: who goes leaves the list
+        for (QObject* const child : children)
             if (child != m_manager)
                 delete child;
         delete m_manager;
