@@ -11,7 +11,6 @@
 #include "export/ExportScenes.h"
 #include "picker/PickerScenes.h"
 #include "platform/view/UIStoryboard.h"
-#include "promotion/PromotionInstallation.h"
 
 #include <memory>
 
@@ -41,7 +40,6 @@ void registerMainStoryboard()
                          sceneOf<InfColorPickerController>("InfColorPickerScreen.qml"));
     addExportScenes(*storyboard);
     addPickerScenes(*storyboard);
-    addPromotionScenes(*storyboard);
     storyboard->addSegue(segue::kPickedToCollage, scene::kCollage, UIStoryboard::SegueKind::Show);
     storyboard->addSegue(segue::kPickedToBlend, scene::kBlend, UIStoryboard::SegueKind::Present);
     storyboard->addSegue(segue::kToBlend, scene::kBlend, UIStoryboard::SegueKind::Present);

@@ -186,7 +186,9 @@ void ShareController::shareImageSheet(const UIImage& image)
 void ShareController::follow(const Sheet& sheet)
 {
     m_sheet = sheet;
-    ++m_sharing;
+    std::erase_if(m_sheets, [](const auto& former) { return former.expired(); });
+    m_sheets.push_back(sheet);
+    ++m_work;
     const auto weak = weak_from_this();
     sheet->setCompletionWithItemsHandler([this, weak](const UIActivityResult& result) {
         if (const auto self = weak.lock())
@@ -204,7 +206,7 @@ void ShareController::sheetEnded(const UIActivityResult& result)
         announce(localizedString("Copied."));
     else if (result.completed && result.type == UIActivityType::SaveCopy)
         announce(savedAs(result.path));
-    --m_sharing;
+    --m_work;
     presentPromotionSoon();
 }
 
@@ -235,9 +237,9 @@ void ShareController::saved(const Result<std::string>& path)
         handler();
     if (path && sharevideoURL().empty())
         m_file = *path;
-    const Sheet sheet = m_sheet.lock();
-    if (sheet && (!sheet->file() || !*sheet->file()))
-        sheet->setFile(path);
+    for (const auto& known : std::vector(m_sheets))
+        if (const Sheet sheet = known.lock(); sheet && (!sheet->file() || !*sheet->file()))
+            sheet->setFile(path);
     learnFile();
 }
 
@@ -268,13 +270,18 @@ void ShareController::askForPlace()
 
 void ShareController::saveAt(const UIDocumentPlace& place)
 {
+    ++m_work;
     inBackground<Outcome>(
         weak_from_this(), [details = m_details, place] { return storeAtPlace(details, place); },
         [this, place](const Outcome& outcome) {
-            if (!outcome)
-                return offerAnotherPlace(outcome.error());
-            announce(savedAs(place.path));
-            saved(place.path);
+            --m_work;
+            if (outcome) {
+                announce(savedAs(place.path));
+                saved(place.path);
+            } else {
+                offerAnotherPlace(outcome.error());
+            }
+            presentPromotionSoon();
         });
 }
 
@@ -409,7 +416,7 @@ void ShareController::takePromotion(const PromotionData& promotion)
 /// meanwhile shows none.
 void ShareController::presentPromotion()
 {
-    if (!m_promotion || m_saving == Saving::Under || m_sharing > 0 || isLeft() || !promotionStep().makeScreen)
+    if (!m_promotion || m_saving == Saving::Under || m_work > 0 || isLeft() || !promotionStep().makeScreen)
         return;
     if (const auto above = presentedViewController()) {
         connect(above.get(), &QObject::destroyed, this, &ShareController::presentPromotionSoon, Qt::UniqueConnection);

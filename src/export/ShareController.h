@@ -20,6 +20,7 @@
 #include <optional>
 #include <string>
 #include <utility>
+#include <vector>
 
 namespace lamina {
 
@@ -140,8 +141,9 @@ private:
     UIImage m_preview;
     QString m_toastLbl;
     Animated<double> m_toastAlpha;
-    std::weak_ptr<UIActivityViewController> m_sheet;
-    int m_sharing = 0;             ///< sheets, and what was chosen in them, that are not over yet
+    std::weak_ptr<UIActivityViewController> m_sheet;               ///< that is open
+    std::vector<std::weak_ptr<UIActivityViewController>> m_sheets; ///< also those that are gone, with what was chosen
+    int m_work = 0;                ///< sheets with what was chosen in them, and saving elsewhere, that are not over
     bool m_toastDue = false;       ///< it is time, once there is something to tell
     bool m_promotionDue = false;   ///< it is time, once the sheet has gone
     bool m_promotionTaken = false; ///< one is enough

@@ -1,7 +1,6 @@
 #include "promotion/CrossPromotionCoordinater.h"
 
 #include "platform/image/pixels/UIImage.h"
-#include "platform/net/NSURLConnection.h"
 #include "promotion/FetchProductViewModel.h"
 #include "promotion/ImageDownloader.h"
 #include "promotion/PromotionRecords.h"
@@ -29,11 +28,7 @@ CrossPromotionCoordinater::CrossPromotionCoordinater(std::shared_ptr<FetchProduc
 {
 }
 
-CrossPromotionCoordinater::~CrossPromotionCoordinater()
-{
-    if (m_picture)
-        m_picture->cancel();
-}
+CrossPromotionCoordinater::~CrossPromotionCoordinater() = default;
 
 void CrossPromotionCoordinater::fetchPromotion(Completion completion)
 {

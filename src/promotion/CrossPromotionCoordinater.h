@@ -11,7 +11,7 @@
 namespace lamina {
 
 class FetchProductViewModel;
-class NSURLConnection;
+class ImageDownload;
 
 /// One of so many, each as likely as the others, from the system's source of chance. `count` is at least 1. From any
 /// thread.
@@ -48,7 +48,7 @@ private:
     std::shared_ptr<FetchProductViewModel> m_fetchviewModel;
     std::string m_displayName;
     RandomIndex m_randomIndex;
-    std::shared_ptr<NSURLConnection> m_picture; ///< on its way
+    std::unique_ptr<ImageDownload> m_picture; ///< on its way
 };
 
 } // namespace lamina

@@ -29,14 +29,11 @@ std::shared_ptr<UIViewController> makeInterstitial(const PromotionData& promotio
 
 } // namespace
 
-void addPromotionScenes(UIStoryboard& storyboard)
-{
-    storyboard.addScene(kInterstitialScene, {[] { return std::make_shared<InterstitialPresentController>(); },
-                                             "InterstitialPresentScreen.qml"});
-}
-
 void installPromotion(const std::string& displayName)
 {
+    UIStoryboard::named(kMainStoryboard)
+        ->addScene(kInterstitialScene,
+                   {[] { return std::make_shared<InterstitialPresentController>(); }, "InterstitialPresentScreen.qml"});
     if (promotionRoot().empty())
         return ShareController::setPromotionStep({});
     ShareController::setPromotionStep({[displayName]() -> std::shared_ptr<PromotionFetcher> {

@@ -9,6 +9,7 @@
 #include "promotion/PromotionRecords.h"
 
 #include <QGuiApplication>
+#include <algorithm>
 
 namespace lamina::test {
 namespace {
@@ -53,6 +54,8 @@ TEST_F(PromotionRoad, StandsOverTheShareScreenAndNeverOverWork)
     const auto screen = driver->top<InterstitialPresentController>();
     EXPECT_NE(std::dynamic_pointer_cast<ShareController>(screen->presentingViewController()), nullptr);
     EXPECT_EQ(driver->focusedName(), QStringLiteral("Close"));
+    const QQuickItem* const close = driver->item(QStringLiteral("Close"));
+    EXPECT_GE(std::min(close->width(), close->height()), 44);
     ASSERT_TRUE(driver->tap(QStringLiteral("Recommended: opens shop.example in the browser")));
     EXPECT_EQ(opened, "https://shop.example/cards");
     EXPECT_EQ(driver->top<InterstitialPresentController>(), screen);

@@ -34,38 +34,44 @@ protected:
     }
     void start(CrossPromotionCoordinater::RandomIndex index = systemRandomIndex)
     {
-        coordinator = std::make_shared<CrossPromotionCoordinater>(std::make_shared<FetchProductViewModel>(), "Lamina",
-                                                                  std::move(index));
-        coordinator->fetchPromotion([this](const PromotionResult<PromotionData>& result) {
+        outcomes = std::make_shared<Words>();
+        model = std::make_shared<FetchProductViewModel>();
+        coordinator = std::make_shared<CrossPromotionCoordinater>(model, "Lamina", std::move(index));
+        coordinator->fetchPromotion([outcomes = outcomes](const PromotionResult<PromotionData>& result) {
             const auto* const error = std::get_if<1>(&result);
             const bool ofNetwork = error && error->domain == "NSURLErrorDomain"; // in its own words
             std::string words =
                 error ? error->domain + " " + std::to_string(error->code) : std::get<0>(result).appStoreLink;
             words += error && !ofNetwork && !error->description.empty() ? " " + error->description : "";
-            DispatchQueue::main().async([this, words] { outcomes.push_back(words); });
+            outcomes->push_back(words);
         });
     }
-    /// Sets both feeds, starts, and lets the second one come later. Each is asked for once more, behind which the
-    /// coordinator's has been dealt with.
-    void run(const std::string& apps, const HTTPAnswer& promotions, bool promotionsFirst, bool stays = true)
+    /// Both feeds, the second one once the first has been dealt with, until so much has been told.
+    Words run(const std::string& apps, const HTTPAnswer& promotions, bool promotionsFirst, std::size_t count)
     {
         server.set(kApps, {.body = apps, .isHeld = promotionsFirst});
         server.set(kPromotions, {.status = promotions.status, .body = promotions.body, .isHeld = !promotionsFirst});
         start();
-        if (!stays)
+        const auto hasFirst = [&] {
+            return !(promotionsFirst ? model->customAds().empty() : model->products().empty() && outcomes->empty());
+        };
+        EXPECT_TRUE(waitOnAnswers(hasFirst));
+        if (isLeft)
             coordinator.reset();
-        fetch(promotionsFirst);
-        server.release(2 * std::ssize(promotionsFirst ? apps : promotions.body));
-        fetch(!promotionsFirst);
-    }
-    static void fetch(bool promotions)
-    {
-        promotions ? void(fetched<CustomInterstrial>(EndPointItems::promotions))
-                   : void(fetched<iOSAppList>(EndPointItems::apps));
+        outcomes->resize(isLeft ? 0 : outcomes->size());
+        server.release(std::ssize(promotionsFirst ? apps : promotions.body));
+        const auto isOver = [&] {
+            const bool hasSecond = !(promotionsFirst ? model->products().empty() : model->customAds().empty());
+            return outcomes->size() >= count && (count > 0 || hasSecond || promotions.body == "[]");
+        };
+        EXPECT_TRUE(waitOnAnswers(isOver));
+        return *outcomes;
     }
 
     PromotionServer server;
-    Words outcomes;
+    bool isLeft = false; ///< between the feeds
+    std::shared_ptr<Words> outcomes;
+    std::shared_ptr<FetchProductViewModel> model;
     std::shared_ptr<CrossPromotionCoordinater> coordinator;
 };
 
@@ -100,24 +106,16 @@ TEST_F(Coordinator, TellsWhatTheFeedsAllow)
     };
     for (const auto& each : cases) {
         SCOPED_TRACE(each.apps + " " + each.promotions.body);
-        outcomes.clear();
-        run(each.apps, each.promotions, each.promotionsFirst);
-        DispatchQueue::main().runUntil([&] { return outcomes.size() >= each.outcomes.size(); }, 20);
-        EXPECT_EQ(outcomes, each.outcomes);
+        EXPECT_EQ(run(each.apps, each.promotions, each.promotionsFirst, each.outcomes.size()), each.outcomes);
     }
-    outcomes.clear();
-    run(ours, {.body = good}, true, false);
-    DispatchQueue::main().drain();
-    EXPECT_EQ(outcomes, Words()) << "it has gone";
+    isLeft = true;
+    EXPECT_EQ(run(ours, {.body = good}, true, 0), Words());
 
     server.set(kApps, {.body = ours});
     server.set(kPromotions, {.body = promotions({"/ad.png", "/ad.png", "/ad.png"})});
     for (const std::size_t index : {2U, 0U, 1U}) {
-        outcomes.clear();
         start([index](std::size_t count) { return index % count; });
-        const auto came = [&] { return !outcomes.empty() && outcomes.back() != unknown; };
-        EXPECT_TRUE(DispatchQueue::main().runUntil(came, 20));
-        EXPECT_EQ(outcomes.back(), std::to_string(index));
+        EXPECT_TRUE(waitOnAnswers([&] { return !outcomes->empty() && outcomes->back() == std::to_string(index); }));
     }
     std::set<std::size_t> drawn;
     for (int i = 0; i < 100; ++i)

@@ -2,11 +2,15 @@
 
 #include "TestHTTPServer.h"
 #include "platform/base/DispatchQueue.h"
+#include "platform/base/DispatchSemaphore.h"
+#include "platform/net/NSURLSession.h"
 #include "promotion/APIHelper.h"
 #include "promotion/DataError.h"
 #include "promotion/EndPointItems.h"
 
+#include <chrono>
 #include <cstdlib>
+#include <functional>
 #include <gtest/gtest.h>
 #include <optional>
 
@@ -21,6 +25,28 @@ public:
     PromotionServer() { ::setenv("LAMINA_PROMOTION_ROOT", url("/feeds/").c_str(), 1); }
     ~PromotionServer() { ::unsetenv("LAMINA_PROMOTION_ROOT"); }
 };
+
+/// Asks on the queue on which answers come, behind those that came before.
+inline bool askOnAnswers(const std::function<bool()>& question)
+{
+    bool answer = false;
+    DispatchSemaphore asked{0};
+    NSURLSession::sharedSession().dataTask({.URL = "no address"}, [&](const NSURLTaskResult&) {
+        answer = question();
+        asked.signal();
+    });
+    asked.wait();
+    return answer;
+}
+/// Until it is so.
+inline bool waitOnAnswers(const std::function<bool()>& question)
+{
+    const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(20);
+    while (!askOnAnswers(question))
+        if (std::chrono::steady_clock::now() > end)
+            return false;
+    return true;
+}
 
 /// A feed as it is fetched.
 template <class Record>

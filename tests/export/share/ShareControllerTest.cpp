@@ -4,8 +4,10 @@
 #include "CommandRunner.h"
 #include "TestPictures.h"
 #include "platform/base/Clock.h"
+#include "platform/base/DispatchSemaphore.h"
 #include "platform/image/codecs/PictureEncoding.h"
 #include "platform/photos/PhotoFolder.h"
+#include "platform/photos/PictureQueue.h"
 #include "platform/view/PresentationHost.h"
 #include "platform/view/UIAlertController.h"
 #include "platform/view/UIViewAnimation.h"
@@ -240,6 +242,22 @@ TEST_F(Share, ARecordWithoutItsFileOrWithAChosenPlaceIsToldAsItIs)
     ASSERT_TRUE(waitFor([this] { return !screen->fileSize().isEmpty(); }));
     EXPECT_EQ(toast(), "Saved as mine.png.");
     EXPECT_TRUE(library().empty());
+}
+
+TEST_F(Share, WhatIsChosenWhileTheLibrarySavesGetsItsFile)
+{
+    DispatchSemaphore mayAnswer{0};
+    pictureQueue().async([&] { mayAnswer.wait(); });
+    open(Type::jpg, "", {}, encoded("public.jpeg", 8));
+    const auto chosen = sheet();
+    ASSERT_TRUE(chosen);
+    ASSERT_FALSE(chosen->file());
+    chosen->setServed({UIActivityType::Mail});
+    chosen->choose(0);
+    turns();
+    mayAnswer.signal();
+    ASSERT_TRUE(waitFor([&] { return chosen->file().has_value(); }));
+    EXPECT_TRUE(chosen->file()->ok());
 }
 
 TEST_F(Share, APromotionWaitsForWhatIsUnderWayAndEndsWithTheScreen)

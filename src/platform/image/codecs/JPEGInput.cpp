@@ -179,7 +179,23 @@ void JPEGInput::beginScans()
 {
     m_info.buffered_image = TRUE;
     jpeg_start_decompress(&m_info);
+    m_frame = {m_info.image_width,    m_info.image_height,     m_info.data_precision,
+               m_info.num_components, m_info.progressive_mode, m_info.arith_code};
     m_takesScansIn = true;
+}
+
+/// A second header of a frame, between scans, is an error that the library finds when it has taken over what stands
+/// there, or has waited for the rest. Rows made after that would go by it.
+void JPEGInput::restoreFrame()
+{
+    if (!m_takesScansIn)
+        return;
+    m_info.image_width = m_frame.width;
+    m_info.image_height = m_frame.height;
+    m_info.data_precision = m_frame.precision;
+    m_info.num_components = m_frame.components;
+    m_info.progressive_mode = m_frame.isProgressive;
+    m_info.arith_code = m_frame.isArithmetic;
 }
 
 int JPEGInput::takeRowIn()
@@ -188,6 +204,8 @@ int JPEGInput::takeRowIn()
     if (taken != JPEG_REACHED_EOI && taken != JPEG_SUSPENDED) {
         progressed(reinterpret_cast<j_common_ptr>(&m_info));
         countVisits();
+    } else if (taken == JPEG_SUSPENDED) {
+        restoreFrame();
     }
     return taken;
 }

@@ -40,8 +40,10 @@ public:
     template <class Body>
     bool attempt(Body body)
     {
-        if (setjmp(m_errors.jump) != 0) // NOLINT: the library's only way to report
+        if (setjmp(m_errors.jump) != 0) { // NOLINT: the library's only way to report
+            restoreFrame();
             return false;
+        }
         body();
         return true;
     }
@@ -100,6 +102,15 @@ private:
 
     JPEGInput(ByteSource* source, const DecodeOptions& options);
 
+    /// What the header of the frame says.
+    struct Frame {
+        JDIMENSION width;
+        JDIMENSION height;
+        int precision;
+        int components;
+        boolean isProgressive;
+        boolean isArithmetic;
+    };
     struct Errors : jpeg_error_mgr {
         JPEGInput* owner;
         std::jmp_buf jump;
@@ -126,6 +137,7 @@ private:
     bool isPadding(int count);
     bool hasAllRows() const;
     void countVisits();
+    void restoreFrame();
     bool hasWholeSegment() const;
     int nextByte();
     void keepSegment(int marker, std::span<const std::uint8_t> content);
@@ -150,6 +162,7 @@ private:
     unsigned m_componentsSeen = 0;
     bool m_isDamaged = false;
     bool m_takesScansIn = false;
+    Frame m_frame{}; ///< when scans are taken in
     bool m_isEnding = false;
     std::optional<PackedCoefficients> m_coefficients;
 
