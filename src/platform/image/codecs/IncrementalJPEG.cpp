@@ -51,6 +51,7 @@ private:
     void takeRows();
     void takeScans();
     void refine();
+    bool hasPassLeft();
     bool beginPass(int scan);
     int rowsThatCanBeMade();
     bool makeRows(ArrivingRows& rows, int& done, int end);
@@ -183,6 +184,8 @@ void IncrementalJPEG::refine()
             m_canMakeRows = makeRows(m_rows, m_rowsMade, end);
         return;
     }
+    if (!hasPassLeft())
+        return;
     // What was handed out stays as it is.
     ArrivingRows rows = m_rowsMade == 0 ? m_rows : ArrivingRows(m_rows.width(), m_rows.height());
     if (!rows || !beginPass(scan))
@@ -197,12 +200,14 @@ void IncrementalJPEG::refine()
 
 /// Scripts of many scans that say little would take long to look at: passes may cost as much as the scans, but the last
 /// is always made.
+bool IncrementalJPEG::hasPassLeft()
+{
+    return m_stage == Stage::Ended || m_passVisits + blockCount(info()) <= m_input.mostVisits();
+}
+
 bool IncrementalJPEG::beginPass(int scan)
 {
-    const std::uint64_t blocks = blockCount(info());
-    if (m_stage != Stage::Ended && m_passVisits + blocks > m_input.mostVisits())
-        return false;
-    m_passVisits += blocks;
+    m_passVisits += blockCount(info());
     m_canMakeRows = m_input.attempt([&] {
         if (m_passScan > 0)
             jpeg_finish_output(&info());

@@ -189,9 +189,9 @@ TEST(CGImageSource, KeepsWhatCameBeforeTheDamage)
 // Its other size and components are none of the rows' that are made of the scans before it.
 TEST(CGImageSource, MakesNoRowsByASecondHeaderBetweenScans)
 {
-    constexpr std::uint8_t kSecond[] = {0xFF, 0xC0, 0, 8, 8, 0x7F, 0xFF, 0x7F, 0xFF, 0};
+    constexpr std::uint8_t kOtherFrame[] = {0xFF, 0xC0, 0, 8, 8, 0x7F, 0xFF, 0x7F, 0xFF, 0};
     Bytes file = makeJPEG({.width = 480, .height = 320, .progressive = true});
-    file.insert(lastScan(file), std::begin(kSecond), std::end(kSecond));
+    file.insert(lastScan(file), std::begin(kOtherFrame), std::end(kOtherFrame));
     const Arrival arrival(file, 1);
     EXPECT_EQ(arrival.last().size(), (IntSize{480, 320}));
     std::string warning;
