@@ -284,7 +284,7 @@ void JPEGInput::show(std::span<const std::uint8_t> data, bool isFinal)
     const std::uint64_t start = hide();
     // What can't be taken piece by piece, such as the bytes that fill up before a marker, gets longer ones.
     const bool isStuck = start == m_pieceStart && !m_isAllShown;
-    m_pieceSize = isStuck ? std::min<std::size_t>(2 * m_pieceSize, kMostHeaderBytes) : kPiece;
+    m_pieceSize = isStuck ? 2 * m_pieceSize : kPiece; // at most all there is
     m_pieceStart = start;
     const auto rest = data.subspan(static_cast<std::size_t>(std::min<std::uint64_t>(start, data.size())));
     const auto piece = rest.first(std::min(rest.size(), m_pieceSize));
