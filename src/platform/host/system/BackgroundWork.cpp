@@ -15,9 +15,12 @@ DispatchQueue& busQueue()
 void awaitBusQueue()
 {
     constexpr double kMostSeconds = 2;
+    static std::shared_ptr<DispatchSemaphore> outstanding; // on the main thread
+    if (outstanding && !outstanding->wait(0))
+        return; // it still hangs where it hung
     const auto done = std::make_shared<DispatchSemaphore>(); // the queue may come to it much later
     busQueue().async([done] { done->signal(); });
-    (void)done->wait(kMostSeconds);
+    outstanding = done->wait(kMostSeconds) ? nullptr : done;
 }
 
 DispatchQueue& folderQueue()

@@ -11,8 +11,8 @@ namespace lamina {
 
 /// For waits on the session bus. Never destroyed.
 DispatchQueue& busQueue();
-/// Waits until what that has now is done, for two seconds at most: a connection that is just being made is not to be
-/// overtaken by Qt's own end, but a bus that hangs keeps nobody from leaving.
+/// Waits until what that has now is done, for two seconds at most, and not again while it hangs: a connection that is
+/// just being made is not to be overtaken by Qt's own end, but a bus that hangs keeps nobody from leaving. Main thread.
 void awaitBusQueue();
 /// For looking through folders, which can take long on slow disks. Never destroyed.
 DispatchQueue& folderQueue();
