@@ -221,16 +221,18 @@ ServiceNotifications::Entries::iterator ServiceNotifications::find(uint number)
 void ServiceNotifications::actionInvoked(uint number, const QString& action)
 {
     const auto entry = find(number);
-    if (entry == m_entries.end() || action != kDefaultAction)
+    if (entry == m_entries.end())
         return;
-    emit opened(QString(entry->content.identifier), std::exchange(entry->token, {}));
+    const QString token = std::exchange(entry->token, {}); // for this action alone
+    if (action == kDefaultAction)
+        emit opened(QString(entry->content.identifier), token);
 }
 
 void ServiceNotifications::activationToken(uint number, const QString& token)
 {
     const auto entry = find(number);
-    if (entry != m_entries.end() && token.size() <= kLongestActivationToken)
-        entry->token = token;
+    if (entry != m_entries.end())
+        entry->token = token.size() <= kLongestActivationToken ? token : QString();
 }
 
 void ServiceNotifications::notificationClosed(uint number, uint)
