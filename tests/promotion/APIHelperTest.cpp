@@ -16,9 +16,9 @@ using enum DataError;
 using Framing = HTTPAnswer::Framing;
 using Outcome = std::variant<std::size_t, DataError>; ///< how many records, or the error
 
-std::string feed(const std::string& isCheck, const std::string& before = {})
+std::string record(const std::string& isCheck, const std::string& before = {})
 {
-    return "[{" + before + R"("appName":"Lamina","accountName":"us","isCheck":)" + isCheck + "}]";
+    return "{" + before + R"("appName":"Lamina","accountName":"us","isCheck":)" + isCheck + "}";
 }
 std::string nested(int levels)
 {
@@ -27,13 +27,12 @@ std::string nested(int levels)
 
 TEST(APIHelper, TakesWholeFeedsOfAGoodStatusAlone)
 {
-    const std::string good = feed("1");
-    const struct {
-        HTTPAnswer answer;
-        Outcome outcome;
-    } cases[] = {
+    const std::string one = record("1");
+    const std::string good = "[" + one + "]";
+    std::vector<std::pair<HTTPAnswer, Outcome>> cases{
         {{.body = good}, 1U},
         {{.body = "[]"}, 0U},
+        {{.body = "[" + record("1", nested(20)) + "]"}, 1U},
         {{.body = good, .framing = Framing::UntilClosed, .isPacked = true}, 1U},
         {{.status = 229, .body = good}, 1U},
         {{.status = 230, .body = good}, inalidResponse},
@@ -41,50 +40,33 @@ TEST(APIHelper, TakesWholeFeedsOfAGoodStatusAlone)
         {{.status = 204}, invalidData},
         {{.body = good, .cutAt = 20}, invalidURL},
         {{.body = good, .framing = Framing::Chunked, .copies = HTTPAnswer::kEndless}, invalidURL},
-        {{.body = "<html>"}, invalidData},
-        {{.body = "{}"}, invalidData},
-        {{.body = "[[]]"}, invalidData},
-        {{.body = good + "]"}, invalidData},
-        {{.body = R"([{"appName":"Lamina","isCheck":1}])"}, invalidData},
-        {{.body = feed("1", "\"x\":\"\xff\",")}, invalidData},
-        {{.body = feed("1", nested(20))}, 1U},
-        {{.body = feed("1", nested(40))}, invalidData},
         {{.body = std::string(1 << 20, '[')}, invalidData},
-        {{.body = feed("1", R"("appName":null,)")}, 1U}, // of a key that stands twice the last one counts
-        {{.body = feed("1,\"appName\":null")}, invalidData},
     };
+    for (const char* const body : {"<html>", "{}", "[[]]", "[{}]", R"([{"appName":"Lamina","isCheck":1}])"})
+        cases.push_back({{.body = body}, invalidData});
+    for (const char* const number : {"1.5", "1e400", "9223372036854775808", "-9223372036854775809", "true", "null",
+                                     "\"1\"", "1,\"appName\":null", "1,\"x\":\"\xff\""})
+        cases.push_back({{.body = "[" + one + "," + record(number) + "]"}, invalidData});
+    cases.push_back({{.body = "[" + record("1", nested(40)) + "]"}, invalidData});
     PromotionServer server;
     for (const auto& [answer, outcome] : cases) {
-        SCOPED_TRACE(std::to_string(answer.status) + " " + answer.body.substr(0, 60));
         server.set(kApps, answer);
         const auto result = fetched<iOSAppList>(EndPointItems::apps);
-        if (const auto* const apps = std::get_if<0>(&result))
-            EXPECT_EQ(Outcome(apps->size()), outcome);
-        else
-            EXPECT_EQ(Outcome(std::get<1>(result)), outcome);
+        const auto* const apps = std::get_if<0>(&result);
+        EXPECT_EQ(apps ? Outcome(apps->size()) : Outcome(std::get<1>(result)), outcome) << answer.body.substr(0, 80);
     }
 }
 
 TEST(APIHelper, KnowsIntegersAndBytes)
 {
     PromotionServer server;
-    const std::pair<const char*, std::optional<std::int64_t>> numbers[] = {{"1.0", 1},
-                                                                           {"-9223372036854775808", INT64_MIN},
-                                                                           {"9223372036854775807", INT64_MAX},
-                                                                           {"-2e3", -2000},
-                                                                           {"-9223372036854775809", {}},
-                                                                           {"9223372036854775808", {}},
-                                                                           {"1e400", {}},
-                                                                           {"1.5", {}},
-                                                                           {"\"1\"", {}},
-                                                                           {"true", {}},
-                                                                           {"null", {}}};
-    for (const auto& [written, value] : numbers) {
-        server.set(kApps, {.body = feed(written)});
-        const auto result = fetched<iOSAppList>(EndPointItems::apps);
-        const auto* const apps = std::get_if<0>(&result);
-        EXPECT_EQ(apps ? std::optional(apps->front().isCheck) : std::nullopt, value) << written;
-    }
+    const std::string twice = record("-2e3", R"("appName":null,)"); // the last one counts
+    server.set(kApps, {.body = "[" + record("1.0") + "," + twice + "," + record("-9223372036854775808") + "]"});
+    const auto apps = fetched<iOSAppList>(EndPointItems::apps);
+    std::vector<std::int64_t> numbers;
+    for (const iOSAppList& app : std::get<0>(apps))
+        numbers.push_back(app.isCheck);
+    EXPECT_EQ(numbers, (std::vector<std::int64_t>{1, -2000, INT64_MIN}));
     const std::string resource = R"([{"interstialLink":"a","appLink":"b","imagedata":"A)";
     server.set(kPromotions, {.body = resource + "P8=\"}]"});
     const auto read = fetched<ImageDataResource>(EndPointItems::promotions);

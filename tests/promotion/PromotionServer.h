@@ -8,7 +8,6 @@
 #include "promotion/DataError.h"
 #include "promotion/EndPointItems.h"
 
-#include <chrono>
 #include <cstdlib>
 #include <functional>
 #include <gtest/gtest.h>
@@ -33,6 +32,7 @@ inline bool askOnAnswers(const std::function<bool()>& question)
     DispatchSemaphore asked{0};
     NSURLSession::sharedSession().dataTask({.URL = "no address"}, [&](const NSURLTaskResult&) {
         answer = question();
+        DispatchQueue::main().async([] {}); // behind which whoever waits asks again
         asked.signal();
     });
     asked.wait();
@@ -41,11 +41,7 @@ inline bool askOnAnswers(const std::function<bool()>& question)
 /// Until it is so.
 inline bool waitOnAnswers(const std::function<bool()>& question)
 {
-    const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(20);
-    while (!askOnAnswers(question))
-        if (std::chrono::steady_clock::now() > end)
-            return false;
-    return true;
+    return DispatchQueue::main().runUntil([&] { return askOnAnswers(question); }, 20);
 }
 
 /// A feed as it is fetched.
