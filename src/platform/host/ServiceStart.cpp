@@ -33,8 +33,8 @@ constexpr std::chrono::milliseconds kLastMoment = 500ms;
 constexpr auto kPatience = 25s;
 
 /// Once the event loop has slept so long without anything to do it calls `release`, so that nothing new comes, and
-/// once it has slept again for a moment, so that what had come is done, it ends the loop. While `isNeeded` it sleeps on,
-/// though not for ever: the end of what it is needed for may never be told.
+/// once it has slept again for a moment, so that what had come is done, it ends the loop. While `isNeeded` it sleeps
+/// on, though not for ever: the end of what it is needed for may never be told.
 class IdleEnd {
 public:
     IdleEnd(std::function<bool()> isNeeded, std::function<void()> release)
@@ -79,7 +79,7 @@ LaunchOptions optionsFor(const ApplicationRequest& request)
 class ServiceRun {
 public:
     ServiceRun(SessionName& name, ApplicationService& service, const std::shared_ptr<ApplicationLife>& life,
-                 const WindowMaker& makeWindow)
+               const WindowMaker& makeWindow)
         : m_name(name)
         , m_service(service)
         , m_makeWindow(makeWindow)

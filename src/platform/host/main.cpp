@@ -101,7 +101,8 @@ bool isHandedOver(const SessionName& name, const LaunchOptions& options, const s
     request.activationToken = token;
     const Outcome handed = handOver(*name.connection(), request);
     if (!handed)
-        logWarning("the window that is open does not take it: " + beginningOf(handed.error().message(), kLongestAnswer));
+        logWarning("the window that is open does not take it: " +
+                   beginningOf(handed.error().message(), kLongestAnswer));
     return handed.ok();
 }
 
@@ -166,8 +167,8 @@ int run(int argc, char** argv)
     ApplicationService service;
     SessionName name;
     name.addExport([&service](QDBusConnection& bus) { service.exportOn(bus); });
-    const int code = displayIsThere() ? runWithDisplay(name, service, argc, argv)
-                                      : runWithoutDisplay(name, service, argc, argv);
+    const int code =
+        displayIsThere() ? runWithDisplay(name, service, argc, argv) : runWithoutDisplay(name, service, argc, argv);
     if (!name.isStuck())
         return code;
     // A bus that has not answered to this day: at its end Qt would wait for it for half a minute.
