@@ -17,7 +17,8 @@ void awaitBusQueue()
     constexpr double kMostSeconds = 2;
     static std::shared_ptr<DispatchSemaphore> outstanding; // on the main thread
     if (outstanding && !outstanding->wait(0))
-        return;                                              // it still hangs where it hung
+        return; // it still hangs where it hung
+
     const auto done = std::make_shared<DispatchSemaphore>(); // the queue may come to it much later
     busQueue().async([done] { done->signal(); });
     outstanding = done->wait(kMostSeconds) ? nullptr : done;
