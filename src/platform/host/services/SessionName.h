@@ -24,6 +24,7 @@ QDBusConnection ownSessionBus();
 /// application object; calls from the bus arrive once there is an event loop. Main thread.
 class SessionName {
 public:
+    /// How the application stands to its name.
     enum class State {
         Asking, ///< the bus has not answered yet
         Owned,  ///< it is ours

@@ -18,6 +18,7 @@ void awaitBusQueue()
     static std::shared_ptr<DispatchSemaphore> outstanding; // on the main thread
     if (outstanding && !outstanding->wait(0))
         return; // it still hangs where it hung
+
     const auto done = std::make_shared<DispatchSemaphore>(); // the queue may come to it much later
     busQueue().async([done] { done->signal(); });
     outstanding = done->wait(kMostSeconds) ? nullptr : done;
