@@ -52,12 +52,11 @@ function(lamina_module name)
 endfunction()
 
 # A GoogleTest program. Each test becomes one entry of ctest. What it caches goes to the build folder.
-#   lamina_test(base_tests SOURCES ... LINK lamina::base [ALONE])
-# ALONE: none of them beside other tests.
+#   lamina_test(base_tests SOURCES ... LINK lamina::base)
 function(lamina_test name)
-    cmake_parse_arguments(TEST "ALONE" "" "SOURCES;LINK" ${ARGN})
+    cmake_parse_arguments(TEST "" "" "SOURCES;LINK" ${ARGN})
     add_executable(${name} ${TEST_SOURCES})
     target_link_libraries(${name} PRIVATE ${TEST_LINK} test_support module_folder GTest::gtest_main lamina_warnings lamina_flags)
     gtest_discover_tests(${name} DISCOVERY_TIMEOUT 60
-        PROPERTIES TIMEOUT 300 RUN_SERIAL ${TEST_ALONE} ENVIRONMENT "XDG_CACHE_HOME=${PROJECT_BINARY_DIR}/test-cache")
+        PROPERTIES TIMEOUT 300 ENVIRONMENT "XDG_CACHE_HOME=${PROJECT_BINARY_DIR}/test-cache")
 endfunction()

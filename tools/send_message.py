@@ -9,7 +9,10 @@ prints Lamina's answer and leaves. Needs python3-gi.
 
 import sys
 
-from gi.repository import Gio, GLib
+try:
+    from gi.repository import Gio, GLib
+except ImportError:
+    sys.exit("send_message.py: this Python has no module gi (python3-gi)")
 
 NAME = "org.unifiedpush.Distributor.Try"
 PATH = "/org/unifiedpush/Distributor"

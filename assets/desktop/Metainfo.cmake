@@ -3,6 +3,7 @@
 #   LAMINA_HOMEPAGE     URL of the page about Lamina
 #   LAMINA_BUG_TRACKER  URL where faults are told
 #   LAMINA_SCREENSHOTS  URL of the folder that holds the pictures of docs/images/screens; stores fetch them from there
+#   LAMINA_PROMOTION_ROOT   URL of the server that tells what to recommend after an export
 #
 # As a script: cmake -DLAMINA_HOMEPAGE=URL ... -DLAMINA_METAINFO=OUT -P Metainfo.cmake
 
@@ -34,6 +35,17 @@ function(lamina_write_metainfo template out)
         string(APPEND links "  </screenshots>\n")
     endif()
     set(LAMINA_STORE_LINKS "${links}")
+    # A store is told of recommendations, and else that there is no server.
+    if(LAMINA_PROMOTION_ROOT)
+        set(english "After a picture was saved it asks a server what else its makers recommend, and shows that.")
+        set(german "Nachdem ein Bild gespeichert ist, fragt es einen Server, was seine Macher sonst empfehlen, und zeigt es.")
+        set(LAMINA_STORE_RATING "  <content_rating type=\"oars-1.1\">\n    <content_attribute id=\"money-advertising\">moderate</content_attribute>\n  </content_rating>\n")
+    else()
+        set(english "Your photos stay on your device, and Lamina speaks to no server.")
+        set(german "Ihre Fotos bleiben auf Ihrem Gerät, und Lamina spricht mit keinem Server.")
+        set(LAMINA_STORE_RATING "  <content_rating type=\"oars-1.1\"/>\n")
+    endif()
+    set(LAMINA_STORE_NETWORK "    <p>${english}</p>\n    <p xml:lang=\"de\">${german}</p>\n")
     configure_file(${template} ${out} @ONLY)
 endfunction()
 

@@ -7,6 +7,7 @@
 #include "platform/base/CGGeometry.h"
 #include "platform/base/DispatchQueue.h"
 #include "platform/base/Localization.h"
+#include "platform/base/Log.h"
 #include "platform/base/NumberText.h"
 #include "platform/image/codecs/PictureEncoding.h"
 #include "platform/photos/AssetPicture.h"
@@ -25,6 +26,7 @@
 #include <cstdint>
 #include <filesystem>
 #include <utility>
+#include <variant>
 #include <vector>
 
 namespace lamina {
@@ -134,7 +136,6 @@ void ShareController::viewWillDisappear(bool animated)
 {
     UIViewController::viewWillDisappear(animated);
     m_toastTimer.cancel();
-    m_promotionTimer.cancel();
 }
 
 void ShareController::backBtn()
@@ -185,6 +186,9 @@ void ShareController::shareImageSheet(const UIImage& image)
 void ShareController::follow(const Sheet& sheet)
 {
     m_sheet = sheet;
+    std::erase_if(m_sheets, [](const auto& former) { return former.expired(); });
+    m_sheets.push_back(sheet);
+    ++m_work;
     const auto weak = weak_from_this();
     sheet->setCompletionWithItemsHandler([this, weak](const UIActivityResult& result) {
         if (const auto self = weak.lock())
@@ -202,7 +206,8 @@ void ShareController::sheetEnded(const UIActivityResult& result)
         announce(localizedString("Copied."));
     else if (result.completed && result.type == UIActivityType::SaveCopy)
         announce(savedAs(result.path));
-    presentPromotion();
+    --m_work;
+    presentPromotionSoon();
 }
 
 void ShareController::saveToLibrary()
@@ -221,6 +226,7 @@ void ShareController::librarySaved(const Result<std::string>& path)
     saved(path);
     if (!path)
         offerAnotherPlace(path.error());
+    presentPromotionSoon();
 }
 
 /// Where the result is now; what has a file of its own keeps that.
@@ -231,9 +237,9 @@ void ShareController::saved(const Result<std::string>& path)
         handler();
     if (path && sharevideoURL().empty())
         m_file = *path;
-    const Sheet sheet = m_sheet.lock();
-    if (sheet && (!sheet->file() || !*sheet->file()))
-        sheet->setFile(path);
+    for (const auto& known : std::vector(m_sheets))
+        if (const Sheet sheet = known.lock(); sheet && (!sheet->file() || !*sheet->file()))
+            sheet->setFile(path);
     learnFile();
 }
 
@@ -264,13 +270,18 @@ void ShareController::askForPlace()
 
 void ShareController::saveAt(const UIDocumentPlace& place)
 {
+    ++m_work;
     inBackground<Outcome>(
         weak_from_this(), [details = m_details, place] { return storeAtPlace(details, place); },
         [this, place](const Outcome& outcome) {
-            if (!outcome)
-                return offerAnotherPlace(outcome.error());
-            announce(savedAs(place.path));
-            saved(place.path);
+            --m_work;
+            if (outcome) {
+                announce(savedAs(place.path));
+                saved(place.path);
+            } else {
+                offerAnotherPlace(outcome.error());
+            }
+            presentPromotionSoon();
         });
 }
 
@@ -367,33 +378,61 @@ bool ShareController::isSheetOpen() const
     return !m_sheet.expired();
 }
 
+/// Nobody presents it any more; it may still be on its way out.
+bool ShareController::isLeft() const
+{
+    return !presentingViewController();
+}
+
 /// It waits until the sheet has gone.
 void ShareController::DelayFun()
 {
     m_promotionDue = m_promotionDue || !m_promotionTimer.isPending();
-    if (!m_promotionDue || isSheetOpen() || m_promotionCoordinator || !promotionStep().makeCoordinator)
+    if (!m_promotionDue || isSheetOpen() || isLeft() || m_promotionCoordinator || !promotionStep().makeCoordinator)
         return;
     m_promotionCoordinator = promotionStep().makeCoordinator();
     if (!m_promotionCoordinator)
         return;
-    m_promotionCoordinator->fetchPromotion([this, weak = weak_from_this()](Result<PromotionData> promotion) {
-        if (!promotion)
-            return;
-        DispatchQueue::main().async([this, weak, promotion = *std::move(promotion)] {
-            if (const auto self = weak.lock()) {
-                m_promotion = promotion;
-                presentPromotion();
-            }
+    m_promotionCoordinator->fetchPromotion([this, weak = weak_from_this()](const auto& result) {
+        if (const auto* const error = std::get_if<PromotionError>(&result))
+            return logDebug("no promotion: " + error->domain + " " + std::to_string(error->code) + " " +
+                            error->description);
+        DispatchQueue::main().async([this, weak, promotion = std::get<PromotionData>(result)] {
+            if (const auto self = weak.lock())
+                takePromotion(promotion);
         });
     });
 }
 
+void ShareController::takePromotion(const PromotionData& promotion)
+{
+    if (std::exchange(m_promotionTaken, true))
+        return;
+    m_promotion = promotion;
+    presentPromotion();
+}
+
+/// Over this screen at rest and nothing else: it waits for what is being saved, shared or asked. A screen that is left
+/// meanwhile shows none.
 void ShareController::presentPromotion()
 {
-    if (!m_promotion || presentedViewController() || !isAppearing() || !promotionStep().makeScreen)
+    if (!m_promotion || m_saving == Saving::Under || m_work > 0 || isLeft() || !promotionStep().makeScreen)
         return;
+    if (const auto above = presentedViewController()) {
+        connect(above.get(), &QObject::destroyed, this, &ShareController::presentPromotionSoon, Qt::UniqueConnection);
+        return;
+    }
     if (const auto screen = promotionStep().makeScreen(*std::exchange(m_promotion, std::nullopt)))
         present(screen, true);
+}
+
+/// An alert that tells how something has ended comes first.
+void ShareController::presentPromotionSoon()
+{
+    DispatchQueue::main().async([this, weak = weak_from_this()] {
+        if (const auto self = weak.lock())
+            presentPromotion();
+    });
 }
 
 } // namespace lamina

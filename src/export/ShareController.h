@@ -20,6 +20,7 @@
 #include <optional>
 #include <string>
 #include <utility>
+#include <vector>
 
 namespace lamina {
 
@@ -126,8 +127,11 @@ private:
     void announce(const std::string& text);
     void showToast();
     void DelayFun();
+    void takePromotion(const PromotionData& promotion);
     void presentPromotion();
+    void presentPromotionSoon();
     bool isSheetOpen() const;
+    bool isLeft() const;
 
     SaveModelDetails m_details;
     std::function<void()> m_savedHandler;
@@ -137,9 +141,12 @@ private:
     UIImage m_preview;
     QString m_toastLbl;
     Animated<double> m_toastAlpha;
-    std::weak_ptr<UIActivityViewController> m_sheet;
-    bool m_toastDue = false;     ///< it is time, once there is something to tell
-    bool m_promotionDue = false; ///< it is time, once the sheet has gone
+    std::weak_ptr<UIActivityViewController> m_sheet;               ///< that is open
+    std::vector<std::weak_ptr<UIActivityViewController>> m_sheets; ///< also those that are gone, with what was chosen
+    int m_work = 0;                ///< sheets with what was chosen in them, and saving elsewhere, that are not over
+    bool m_toastDue = false;       ///< it is time, once there is something to tell
+    bool m_promotionDue = false;   ///< it is time, once the sheet has gone
+    bool m_promotionTaken = false; ///< one is enough
     std::shared_ptr<PromotionFetcher> m_promotionCoordinator;
     std::optional<PromotionData> m_promotion; ///< to be shown
     DispatchTimer m_toastTimer;

@@ -7,6 +7,7 @@
 // so that a run can be carried on. Each hundred is decoded in a process of its own, which may crash or hang. FOLDER
 // takes the findings, named by number and fault, and what was written to standard error.
 
+#include "ArrivalCheck.h"
 #include "ClipCheck.h"
 #include "DamagedFiles.h"
 #include "DecodeCheck.h"
@@ -48,6 +49,7 @@ constexpr double kMostSeconds = 2;
 constexpr long kMostKilobytes = 400'000;
 constexpr long kMostOfClip = 640'000; ///< a movie's index, twice
 #endif
+constexpr double kMostArrivals = 3; ///< as long as decoding may take, for all pictures that are asked for on the way
 constexpr std::chrono::seconds kHangs{60};
 constexpr std::uint64_t kBatch = 100;
 constexpr std::size_t kLargestBase = 60'000;
@@ -272,7 +274,15 @@ private:
              {faultOfDecoder(decoded, seconds), excess, faultOf(decoded, options.memoryLimit)})
             if (!fault.empty())
                 return fault;
-        return options.shortSide == 0 ? faultOfFacts(bytes, decoded) : std::string();
+        return options.shortSide == 0 ? faultOfFacts(bytes, decoded) : faultOfArriving(bytes);
+    }
+
+    static std::string faultOfArriving(const Bytes& bytes)
+    {
+        const Result<UIImage> whole = lamina::decodePicture(bytes, "damaged");
+        const Cost cost;
+        const std::string fault = faultOfArrival(bytes, whole, DecodeOptions().memoryLimit);
+        return fault.empty() && cost.seconds() > kMostArrivals * kMostSeconds ? "slow arrival" : fault;
     }
 
     /// Counts a file, and says what it took too much of.

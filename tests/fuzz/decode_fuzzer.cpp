@@ -1,5 +1,6 @@
 // One libFuzzer target per format, whose decoder is LAMINA_FUZZ_DECODER: the one that works in this process.
 
+#include "ArrivalCheck.h"
 #include "DecodeCheck.h"
 
 #include "platform/image/codecs/ByteSource_p.h"
@@ -37,6 +38,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         if (shortSide > 0)
             continue;
         if (const std::string fault = faultOfFacts(bytes, decoded); !fault.empty())
+            stop(fault);
+        if (const std::string fault = decoder.incremental ? faultOfArrival(bytes, decoded) : ""; !fault.empty())
             stop(fault);
     }
     return 0;

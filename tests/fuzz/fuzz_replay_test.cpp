@@ -1,6 +1,7 @@
 // Decodes every file of the corpus and compares what comes with the corpus's manifest, whose form the tool that makes
 // both tells (tools/fixtures/make_corpus.py).
 
+#include "ArrivalCheck.h"
 #include "DecodeCheck.h"
 #include "ProcessUsage.h"
 #include "TestPictures.h"
@@ -122,6 +123,7 @@ TEST_P(FuzzReplay, EveryFileHasASoundOutcome)
         EXPECT_EQ(faultOfFacts(contents(entry.path()), decoded(entry.path(), 0)), "");
         for (const int shortSide : {0, 5})
             EXPECT_EQ(faultOf(decoded(entry.path(), shortSide)), "");
+        EXPECT_EQ(faultOfArrival(contents(entry.path()), decoded(entry.path(), 0)), "");
         EXPECT_LT(std::chrono::steady_clock::now() - start, kLongest);
     }
     EXPECT_GE(files, 20u);

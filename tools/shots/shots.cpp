@@ -19,16 +19,20 @@
 #include "export/ShareController.h"
 #include "hud/ProgressOverlay.h"
 #include "hud/SVProgressHUD.h"
+#include "imageops/ImageGeometry.h"
 #include "picker/YMSAlbumPickerViewController.h"
 #include "picker/YMSPhotoPickerViewController.h"
 #include "picker/YMSSinglePhotoViewController.h"
 #include "platform/base/UIColor.h"
 #include "platform/files/FileWriting.h"
+#include "platform/image/codecs/PictureDecoding.h"
 #include "platform/media/VideoExport.h"
 #include "platform/photos/LibraryEngine_p.h"
 #include "platform/photos/PictureFolders.h"
 #include "platform/view/UIAlertController.h"
 #include "platform/view/UIStoryboard.h"
+#include "promotion/InterstitialPresentController.h"
+#include "promotion/PromotionInstallation.h"
 
 #include <QDir>
 #include <QDragEnterEvent>
@@ -165,6 +169,27 @@ void shootShares(Shooter& shooter, UIViewController& editor, const UIImage& pict
     WindowDriver::waitUntil([&] { return shooter.driver().item(QStringLiteral("Save here")) != nullptr; }, 5);
     shooter.shoot("place"); // no portal answers here
     shooter.driver().press(Qt::Key_Escape);
+}
+
+/// What may be recommended after an export, in the shapes of a shop's picture.
+void shootPromotions(Shooter& shooter, UIViewController& editor)
+{
+    const Result<UIImage> photo = loadPicture(LAMINA_SAMPLES "/meadow.jpg");
+    if (!photo)
+        return;
+    for (const auto& [name, size] :
+         {std::pair{"recommended", CGSize{2000, 1125}}, {"recommended-upright", {900, 1400}}}) {
+        const auto screen =
+            UIStoryboard::named(kMainStoryboard)->instantiate<InterstitialPresentController>(kInterstitialScene);
+        screen->setInterstititalImage(cropToSize(*photo, size, CropModeCenter));
+        screen->setAppstoreLink("https://apps.example.org/postcards");
+        screen->setModalPresentationStyle(UIModalPresentationStyle::CurrentContext);
+        editor.present(screen, true);
+        shooter.shoot(name);
+        shooter.driver().press(Qt::Key_Tab);
+        shooter.shoot((std::string(name) + "-focus").c_str());
+        shooter.driver().press(Qt::Key_Escape);
+    }
 }
 
 void shootPanels(Shooter& shooter)
@@ -305,6 +330,7 @@ void shootRoad(const LaunchOptions& options, const QString& prefix)
     driver.press(Qt::Key_Escape);
     ExportShooter(shooter, *blend, blend->flattened()).shootAll();
     shootShares(shooter, *blend, blend->flattened());
+    shootPromotions(shooter, *blend);
     blend->shareBtn();
     shooter.shoot("save-as");
     driver.press(Qt::Key_Escape);

@@ -33,6 +33,7 @@
 #include "platform/view/UIStoryboard.h"
 #include "platform/view/UIViewController.h"
 #include "platform/view/UIWindow.h"
+#include "promotion/PromotionInstallation.h"
 
 #include <QGuiApplication>
 #include <QProcess>
@@ -117,6 +118,7 @@ Application::Application(const LaunchOptions& options)
     QObject::connect(m_screens.get(), &ScreenHost::presenting, &m_activities, &ActivityPresenter::present);
     QObject::connect(m_screens.get(), &ScreenHost::presenting, &m_documents, &DocumentPresenter::present);
     installPhotoCamera();
+    installPromotion(QGuiApplication::applicationDisplayName().toStdString());
     // Cameras are looked for once there is something to see.
     QObject::connect(&m_view, &QQuickWindow::frameSwapped, &m_cameras, &CameraPortal::begin,
                      static_cast<Qt::ConnectionType>(Qt::QueuedConnection | Qt::SingleShotConnection));

@@ -127,6 +127,7 @@ set(LAMINA_QML_FILES
     platform/host/controls/ValueSlider.qml
     platform/host/controls/WorkCanvas.qml
     platform/host/controls/WorkLayout.qml
+    promotion/InterstitialPresentScreen.qml
 )
 # One object each, shared by all screens.
 set(LAMINA_QML_SINGLETONS

@@ -26,8 +26,8 @@ public:
     /// The process's own, never destroyed.
     static NSURLSession& sharedSession();
 
-    /// Begins at once; the completion runs once, on the session's own serial queue, and not at all after `cancel` of
-    /// the returned task, which need not be kept.
+    /// Begins at once; the completion runs once, on the session's own serial queue. It doesn't begin after `cancel` of
+    /// the returned task, which need not be kept: without it the load goes on.
     std::shared_ptr<NSURLConnection> dataTask(NSURLRequest request, Completion completion);
 };
 

@@ -4,8 +4,10 @@
 #include "CommandRunner.h"
 #include "TestPictures.h"
 #include "platform/base/Clock.h"
+#include "platform/base/DispatchSemaphore.h"
 #include "platform/image/codecs/PictureEncoding.h"
 #include "platform/photos/PhotoFolder.h"
+#include "platform/photos/PictureQueue.h"
 #include "platform/view/PresentationHost.h"
 #include "platform/view/UIAlertController.h"
 #include "platform/view/UIViewAnimation.h"
@@ -242,47 +244,91 @@ TEST_F(Share, ARecordWithoutItsFileOrWithAChosenPlaceIsToldAsItIs)
     EXPECT_TRUE(library().empty());
 }
 
-TEST_F(Share, APromotionWaitsForTheSheetAndEndsWithTheScreen)
+TEST_F(Share, WhatIsChosenWhileTheLibrarySavesGetsItsFile)
 {
-    class Coordinator : public PromotionFetcher {
-    public:
-        explicit Coordinator(int& fetches)
-            : m_fetches(fetches)
-        {
-        }
-        void fetchPromotion(std::function<void(Result<PromotionData>)> completion) override
-        {
-            ++m_fetches;
-            completion(Error{"", "not register"});
-            completion(PromotionData{UIImage(rampPicture(2, 2, 1)), "https://example.org"});
-        }
+    DispatchSemaphore mayAnswer{0};
+    pictureQueue().async([&] { mayAnswer.wait(); });
+    open(Type::jpg, "", {}, encoded("public.jpeg", 8));
+    const auto chosen = sheet();
+    ASSERT_TRUE(chosen);
+    ASSERT_FALSE(chosen->file());
+    chosen->setServed({UIActivityType::Mail});
+    chosen->choose(0);
+    turns();
+    mayAnswer.signal();
+    ASSERT_TRUE(waitFor([&] { return chosen->file().has_value(); }));
+    EXPECT_TRUE(chosen->file()->ok());
+}
 
-    private:
-        int& m_fetches;
+TEST_F(Share, APromotionWaitsForWhatIsUnderWayAndEndsWithTheScreen)
+{
+    struct Fetcher : PromotionFetcher {
+        explicit Fetcher(std::vector<Completion>& waiting)
+            : fetches(waiting)
+        {
+        }
+        void fetchPromotion(Completion completion) override { fetches.push_back(std::move(completion)); }
+        std::vector<Completion>& fetches;
     };
-    int fetches = 0;
-    auto promotion = std::make_shared<UIViewController>();
-    ShareController::setPromotionStep(
-        {[&] { return std::make_shared<Coordinator>(fetches); }, [&](const PromotionData&) { return promotion; }});
+    std::vector<PromotionFetcher::Completion> fetches;
+    int shown = 0;
+    const auto makeScreen = [&](const PromotionData&) {
+        ++shown;
+        return std::make_shared<UIViewController>();
+    };
+    ShareController::setPromotionStep({[&] { return std::make_shared<Fetcher>(fetches); }, makeScreen});
+    const auto tell = [&] {
+        fetches.back()(PromotionError{"not register", 0, {}});
+        fetches.back()(PromotionData{UIImage(rampPicture(2, 2, 1)), "https://example.org"});
+        turns();
+    };
+    const auto leaveTop = [&] {
+        window.topViewController()->dismiss(false);
+        turns();
+    };
     open(Type::svg, "a.svg", {'s'});
     pass(10);
-    EXPECT_EQ(fetches, 0) << "the sheet is open";
+    EXPECT_TRUE(fetches.empty()) << "the sheet is open";
     closeSheet();
+    ASSERT_EQ(fetches.size(), 1U);
+    screen->moreAction();
     turns();
-    EXPECT_EQ(fetches, 1);
-    EXPECT_EQ(window.topViewController(), promotion);
-    promotion->dismiss(false);
+    tell();
+    EXPECT_EQ(shown, 0) << "a door's sheet is open";
+    sheet()->setServed({UIActivityType::Copy});
+    const auto chosen = sheet();
+    chosen->choose(0);
     turns();
+    EXPECT_EQ(shown, 0) << "what was chosen is not over";
+    chosen->fail("Can’t copy", {"", "no"});
+    turns();
+    ASSERT_TRUE(top<UIAlertController>());
+    top<UIAlertController>()->tap(0);
+    turns();
+    EXPECT_EQ(shown, 1);
+    tell();
+    leaveTop();
+    EXPECT_EQ(shown, 1) << "one is enough";
+    EXPECT_EQ(window.topViewController(), screen);
     screen->backBtn();
     turns();
 
     open(Type::svg, "a.svg", {'s'});
     closeSheet();
     pass(2.9);
-    EXPECT_EQ(fetches, 1);
+    EXPECT_EQ(fetches.size(), 1U);
+    pass(0.2);
+    ASSERT_EQ(fetches.size(), 2U);
+    screen->backBtn();
+    tell();
+    EXPECT_EQ(shown, 1) << "it came on the way out";
+    EXPECT_EQ(window.topViewController(), editor);
+
+    open(Type::svg, "a.svg", {'s'});
+    closeSheet();
     screen->backBtn();
     pass(10);
-    EXPECT_EQ(fetches, 1);
+    EXPECT_EQ(fetches.size(), 2U);
     EXPECT_EQ(alpha(), 0);
 }
 

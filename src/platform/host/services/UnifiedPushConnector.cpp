@@ -5,6 +5,7 @@
 #include <QMap>
 
 #include <optional>
+#include <type_traits>
 
 namespace lamina {
 
@@ -19,6 +20,7 @@ const QMap<QString, Method> kMethods{{QStringLiteral("Message"), Method::Message
                                      {QStringLiteral("Unregistered"), Method::RegistrationEnded}};
 /// More than there will be; the bus itself would let millions through.
 constexpr int kMostArguments = 32;
+constexpr qsizetype kLongestText = 4096;
 
 std::optional<QVariantMap> argumentsOf(const QDBusMessage& message)
 {
@@ -40,7 +42,8 @@ std::optional<QVariantMap> argumentsOf(const QDBusMessage& message)
     return isWhole ? std::optional(map) : std::nullopt;
 }
 
-/// False where there is none, or one of another type; `isOptional`: where there is one of another type.
+/// False where there is none, one of another type, or a text longer than any should be; `isOptional`: there may be
+/// none.
 template <class Value>
 bool take(const QVariantMap& arguments, const char* key, Value& value, bool isOptional = false)
 {
@@ -50,7 +53,7 @@ bool take(const QVariantMap& arguments, const char* key, Value& value, bool isOp
     if (found.metaType() != QMetaType::fromType<Value>())
         return false;
     value = found.value<Value>();
-    return true;
+    return !std::is_same_v<Value, QString> || value.size() <= kLongestText;
 }
 
 std::optional<Call> callOf(const QDBusMessage& message, Method method)

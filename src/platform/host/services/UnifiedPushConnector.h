@@ -18,7 +18,7 @@ class UnifiedPushConnector : public QDBusVirtualObject {
 public:
     static const QString kPath;
 
-    enum class Method { MessageCame, EndpointCame, RegistrationEnded };
+    enum class Method { MessageCame, EndpointCame, RegistrationEnded }; ///< what a call says
     /// A call whose arguments have the types that they should have.
     struct Call {
         Method method = Method::MessageCame;
@@ -36,8 +36,8 @@ public:
     {
     }
 
-    static void accept(const Call& call, const QDBusConnection& bus);
-    static void refuse(const Call& call, const QDBusConnection& bus);
+    static void accept(const Call& call, const QDBusConnection& bus); ///< it was for us
+    static void refuse(const Call& call, const QDBusConnection& bus); ///< by an error
 
     QString introspect(const QString& path) const override;
     bool handleMessage(const QDBusMessage& message, const QDBusConnection& connection) override;

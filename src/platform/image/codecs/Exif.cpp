@@ -78,7 +78,7 @@ ExifFacts readExif(ByteSource& source, ByteRange block)
     std::uint64_t exifDirectory = 0;
     tags->eachField(tags->firstDirectory(), [&](const TIFFTags::Field& field) {
         if (field.tag == kOrientation) // some editors write it with four bytes
-            facts.orientation = orientationFromExif(static_cast<int>(tags->number(field).value_or(0) & 0xFF));
+            facts.orientationTag = static_cast<int>(tags->number(field).value_or(0) & 0xFF);
         else if (field.tag == kExifDirectory)
             exifDirectory = tags->number(field).value_or(0);
         else
@@ -86,6 +86,7 @@ ExifFacts readExif(ByteSource& source, ByteRange block)
     });
     if (exifDirectory != 0)
         tags->eachField(exifDirectory, [&](const TIFFTags::Field& field) { times.take(*tags, field); });
+    facts.orientation = orientationFromExif(facts.orientationTag.value_or(0));
     facts.date = times.best();
     return facts;
 }
@@ -112,6 +113,11 @@ ByteRange findExifThumbnail(ByteSource& source, ByteRange block)
 UIImageOrientation exifOrientation(std::span<const std::uint8_t> block)
 {
     return readExif(*memorySource(block), {0, block.size()}).orientation;
+}
+
+std::optional<int> exifOrientationTag(std::span<const std::uint8_t> block)
+{
+    return readExif(*memorySource(block), {0, block.size()}).orientationTag;
 }
 
 } // namespace lamina

@@ -12,6 +12,7 @@ namespace lamina {
 
 /// What an EXIF block says of the picture. A block that is damaged or empty says nothing, or less.
 struct ExifFacts {
+    std::optional<int> orientationTag; ///< the orientation as it is stored: 1 to 8 where it is sound
     UIImageOrientation orientation = UIImageOrientation::Up;
     std::optional<double> date; ///< as in PictureFacts
 };
@@ -26,5 +27,6 @@ ByteRange findExifThumbnail(ByteSource& source, ByteRange block);
 
 /// The orientation alone, of a block in memory.
 UIImageOrientation exifOrientation(std::span<const std::uint8_t> block);
+std::optional<int> exifOrientationTag(std::span<const std::uint8_t> block);
 
 } // namespace lamina

@@ -61,6 +61,16 @@ const char* causeOf(int code)
 } // namespace
 
 JPEGInput::JPEGInput(ByteSource& source, const DecodeOptions& options)
+    : JPEGInput(&source, options)
+{
+}
+
+JPEGInput::JPEGInput(const DecodeOptions& options)
+    : JPEGInput(nullptr, options)
+{
+}
+
+JPEGInput::JPEGInput(ByteSource* source, const DecodeOptions& options)
     : m_source(source)
     , m_options(options)
 {
@@ -137,9 +147,11 @@ bool JPEGInput::isCut(int code) const
 bool JPEGInput::isPadding(int count)
 {
     std::array<std::uint8_t, 64> bytes;
+    if (!m_source)
+        return true;
     const std::uint64_t end = m_next - m_input.bytes_in_buffer;
     const std::size_t size = std::min({static_cast<std::uint64_t>(count), std::uint64_t{bytes.size()}, end});
-    const auto skipped = std::span(bytes).first(m_source.read(end - size, std::span(bytes).first(size)));
+    const auto skipped = std::span(bytes).first(m_source->read(end - size, std::span(bytes).first(size)));
     return std::ranges::all_of(skipped, [](std::uint8_t byte) { return byte == 0 || byte == 0xFF; });
 }
 
@@ -150,19 +162,52 @@ void JPEGInput::progressed(j_common_ptr info)
     if (isCancelled(self.m_options))
         self.giveUp(cause::kCancelled);
     const jpeg_decompress_struct& state = self.m_info;
-    for (int i = 0; i < state.comps_in_scan; ++i)
-        self.m_componentsSeen |= 1u << state.cur_comp_info[i]->component_index;
+    for (int i = 0; i < state.comps_in_scan; ++i) {
+        if (state.cur_comp_info[i]) // not while the head of a scan is coming
+            self.m_componentsSeen |= 1u << state.cur_comp_info[i]->component_index;
+    }
 }
 
 void JPEGInput::takeScansIn()
 {
+    beginScans();
+    while (takeRowIn() != JPEG_REACHED_EOI) {
+    }
+}
+
+void JPEGInput::beginScans()
+{
     m_info.buffered_image = TRUE;
     jpeg_start_decompress(&m_info);
+    m_frame = {m_info.image_width,    m_info.image_height,     m_info.data_precision,
+               m_info.num_components, m_info.progressive_mode, m_info.arith_code};
     m_takesScansIn = true;
-    while (jpeg_consume_input(&m_info) != JPEG_REACHED_EOI) {
+}
+
+/// A second header of a frame, between scans, is an error that the library finds when it has taken over what stands
+/// there, or has waited for the rest. Rows made after that would go by it.
+void JPEGInput::restoreFrame()
+{
+    if (!m_takesScansIn)
+        return;
+    m_info.image_width = m_frame.width;
+    m_info.image_height = m_frame.height;
+    m_info.data_precision = m_frame.precision;
+    m_info.num_components = m_frame.components;
+    m_info.progressive_mode = m_frame.isProgressive;
+    m_info.arith_code = m_frame.isArithmetic;
+}
+
+int JPEGInput::takeRowIn()
+{
+    const int taken = jpeg_consume_input(&m_info);
+    if (taken != JPEG_REACHED_EOI && taken != JPEG_SUSPENDED) {
         progressed(reinterpret_cast<j_common_ptr>(&m_info));
         countVisits();
+    } else if (taken == JPEG_SUSPENDED) {
+        restoreFrame();
     }
+    return taken;
 }
 
 bool JPEGInput::endScans()
@@ -181,7 +226,7 @@ void JPEGInput::countVisits()
 {
     const int rows = m_info.comps_in_scan == 1 ? m_info.cur_comp_info[0]->v_samp_factor : 1;
     m_visits += std::uint64_t{m_info.MCUs_per_row} * static_cast<std::uint64_t>(m_info.blocks_in_MCU * rows);
-    if (m_visits > m_mostVisits || m_info.input_scan_number > kMostScans)
+    if ((m_isFinal && !hasWorkLeft()) || m_info.input_scan_number > kMostScans)
         giveUp(cause::kDamaged);
 }
 
@@ -206,7 +251,9 @@ bool JPEGInput::hasAllRows() const
 boolean JPEGInput::fill(j_decompress_ptr info)
 {
     JPEGInput& self = owner(info);
-    const std::size_t count = self.m_source.read(self.m_next, self.m_buffer);
+    if (!self.m_source && !(self.m_isFinal && self.m_isAllShown))
+        return FALSE;
+    const std::size_t count = self.m_source ? self.m_source->read(self.m_next, self.m_buffer) : 0;
     if (count == 0)
         self.giveUp(cause::kTruncated);
     self.m_next += count;
@@ -229,6 +276,41 @@ void JPEGInput::skip(j_decompress_ptr info, long count)
     input.next_input_byte += buffered;
     input.bytes_in_buffer -= buffered;
     owner(info).m_next += static_cast<std::uint64_t>(count) - buffered;
+    owner(info).m_skipped += static_cast<std::uint64_t>(count);
+}
+
+void JPEGInput::show(std::span<const std::uint8_t> data, bool isFinal)
+{
+    const std::uint64_t start = hide();
+    // What can't be taken piece by piece, such as the bytes that fill up before a marker, gets longer ones.
+    const bool isStuck = start == m_pieceStart && !m_isAllShown;
+    m_pieceSize = isStuck ? 2 * m_pieceSize : kPiece; // at most all there is
+    m_pieceStart = start;
+    const auto rest = data.subspan(static_cast<std::size_t>(std::min<std::uint64_t>(start, data.size())));
+    const auto piece = rest.first(std::min(rest.size(), m_pieceSize));
+    m_isFinal = isFinal;
+    m_isAllShown = piece.size() == rest.size();
+    m_input.next_input_byte = piece.data();
+    m_input.bytes_in_buffer = piece.size();
+    m_next += piece.size();
+    if (isCancelled(m_options))
+        m_cause = cause::kCancelled;
+    else if (m_next - m_skipped > m_mostBytes)
+        m_cause = cause::kDamaged;
+}
+
+std::uint64_t JPEGInput::hide()
+{
+    m_next -= m_input.bytes_in_buffer;
+    m_input.bytes_in_buffer = 0;
+    return m_next;
+}
+
+/// Whether the segment that begins here, with its length, can be read without waiting.
+bool JPEGInput::hasWholeSegment() const
+{
+    const std::span<const std::uint8_t> ahead(m_input.next_input_byte, m_input.bytes_in_buffer);
+    return ahead.size() >= 2 && ahead.size() >= static_cast<std::size_t>(ahead[0] * 256 + ahead[1]);
 }
 
 int JPEGInput::nextByte()
@@ -242,6 +324,8 @@ int JPEGInput::nextByte()
 boolean JPEGInput::applicationSegment(j_decompress_ptr info)
 {
     JPEGInput& self = owner(info);
+    if (!self.m_source && !self.hasWholeSegment())
+        return fill(info);
     const int high = self.nextByte();
     const int length = high * 256 + self.nextByte() - 2;
     if (length < 0)
@@ -269,6 +353,8 @@ boolean JPEGInput::applicationSegment(j_decompress_ptr info)
 
 void JPEGInput::keepSegment(int marker, std::span<const std::uint8_t> content)
 {
+    if (m_info.input_scan_number > 0) // too late for a picture that may be on the screen already
+        return;
     if (marker == JPEG_APP0 + 1) {
         if (m_exif.empty() && beginsWith(content, kExifMark))
             m_exif.assign(content.begin(), content.end());

@@ -5,10 +5,13 @@
 #include "platform/base/Result.h"
 #include "platform/image/codecs/ByteNumbers_p.h"
 #include "platform/image/codecs/ByteSource_p.h"
+#include "platform/image/codecs/CGImageSource.h"
 #include "platform/image/codecs/PictureDecoding.h"
 #include "platform/image/pixels/UIImage.h"
 
+#include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <span>
 
 namespace lamina {
@@ -28,7 +31,7 @@ struct StoredFacts {
 /// What reads one format, a file each: `XDecoder.cpp`. A failure inside names no subject, since a decoder doesn't know
 /// what its bytes are called; `loadPicture` and `decodePicture` set it. No exception but that of missing memory.
 struct PictureDecoder {
-    /// By the first bytes of the file (up to 64, fewer when the file is shorter).
+    /// By the first bytes of the file (up to `kHeadSize`, fewer when the file is shorter).
     bool (*recognizes)(std::span<const std::uint8_t> head);
     /// The picture as `loadPicture` promises it; an empty one means that memory was short.
     Result<UIImage> (*decode)(ByteSource& source, const DecodeOptions& options);
@@ -36,6 +39,8 @@ struct PictureDecoder {
     Result<StoredFacts> (*facts)(ByteSource& source);
     /// The small picture inside the file, as it is stored; null for formats that hold none.
     Result<UIImage> (*thumbnail)(ByteSource& source, const StoredFacts& facts);
+    /// What decodes a file while it arrives; null for formats that are decoded once they are whole.
+    std::unique_ptr<CGImageSource> (*incremental)(const DecodeOptions& options) = nullptr;
 };
 
 extern const PictureDecoder kPNGDecoder;
@@ -47,6 +52,9 @@ extern const PictureDecoder kGIFDecoder;
 /// (`lamina-decoder`), and this process only asks it. The decoders themselves are in `decoder`, a module of its own.
 extern const PictureDecoder kWalledHEICDecoder;
 extern const PictureDecoder kWalledTIFFDecoder;
+
+/// As many of a file's first bytes as tell its format.
+inline constexpr std::size_t kHeadSize = 64;
 
 /// The decoder that a file's first bytes choose.
 Result<const PictureDecoder*> decoderFor(ByteSource& source);

@@ -13,8 +13,6 @@ namespace lamina {
 
 namespace {
 
-constexpr std::size_t kHeadSize = 64;
-
 // What any file may ask for: memory for pixels, and work, in bytes of the whole picture as RGBA. Going through that
 // many takes a second or so in every format.
 constexpr std::uint64_t kMemoryOfAnyFile = std::uint64_t{256} << 20;

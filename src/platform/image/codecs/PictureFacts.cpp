@@ -146,6 +146,22 @@ Result<PictureFacts> readPictureFacts(ByteSource& source)
     return stored ? Result<PictureFacts>(shownFacts(window, *stored)) : stored.error();
 }
 
+Result<CGImageProperties> readImageProperties(ByteSource& source)
+{
+    WindowedSource window(source);
+    const Result<const PictureDecoder*> decoder = decoderFor(window);
+    if (!decoder)
+        return decoder.error();
+    const Result<StoredFacts> stored = storedFacts(**decoder, window);
+    if (!stored)
+        return stored.error();
+    CGImageProperties properties{
+        static_cast<std::int32_t>(stored->width), static_cast<std::int32_t>(stored->height), {}};
+    if (stored->exif.length > 0 && !stored->isUpright)
+        properties.orientation = readExif(window, stored->exif).orientationTag;
+    return properties;
+}
+
 Result<UIImage> loadEmbeddedThumbnail(ByteSource& source)
 {
     const Result<const PictureDecoder*> decoder = decoderFor(source);

@@ -234,6 +234,7 @@ TEST_F(UnifiedPushes, TakeCallsOfTheirDistributorAlone)
         {&distributor, "Message", {QStringLiteral("x")}, "InvalidArgs", ""},
         {&distributor, "Message", {QVariantMap{{key, token}}}, "InvalidArgs", ""},
         {&distributor, "Message", {QVariantMap{{key, 1}, {content, message}}}, "InvalidArgs", ""},
+        {&distributor, "Message", {QVariantMap{{key, QString(5000, 'x')}, {content, message}}}, "InvalidArgs", ""},
         {&distributor, "Message", messageOf(QStringLiteral("{}")), "InvalidArgs", ""},
         {&distributor, "Message", messageOf(QVariantMap()), "InvalidArgs", ""},
         {&distributor, "Message", messageOf(QByteArray()), "", ""},
