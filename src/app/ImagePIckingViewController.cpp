@@ -73,7 +73,7 @@ void ImagePIckingViewController::readSlots()
 
 void ImagePIckingViewController::useFirstPhotoAgain()
 {
-    if (!wantsPhotos())
+    if (!isFree())
         return;
     m_waiting.clear();
     takeFirstImageAgain();
@@ -153,7 +153,7 @@ void ImagePIckingViewController::imagePickerController(UIImagePickerController& 
 
 bool ImagePIckingViewController::wantsPhotos() const
 {
-    return !m_leadsToCrop && !presentedViewController();
+    return isFree() && !isPhotoDue();
 }
 
 void ImagePIckingViewController::receivePhotos(std::vector<PhotoSource> photos)
@@ -175,7 +175,7 @@ void ImagePIckingViewController::receivePhotos(std::vector<PhotoSource> photos)
 /// A photo for the second step waits until the first one is cropped.
 void ImagePIckingViewController::openWaitingPhoto()
 {
-    if (m_waiting.empty() || m_waiting.front().step != step() || !isAppearing() || !wantsPhotos())
+    if (!isPhotoDue() || !isAppearing() || !isFree())
         return;
     if (const std::size_t count = std::exchange(m_leftOut, 0); count > 0)
         return presentLeftOut(*this, count, [self = shared_from_this(), this] { openWaitingPhoto(); });

@@ -55,7 +55,7 @@ public:
     void imagePickerController(UIImagePickerController& picker,
                                const UIImagePickerInfo& didFinishPickingMediaWithInfo) override;
 
-    /// Not while a picker or the crop screen is up or on its way.
+    /// Not while a picker or the crop screen is up or on its way, or a photo is about to be opened.
     bool wantsPhotos() const override;
     /// Reads the first one as if it had been picked; one more waits for the second step. An alert tells of those that a
     /// blend has no room for, and comes first. Photos that waited before are forgotten. Nothing happens while none are
@@ -72,6 +72,8 @@ private:
     void readSlots();
     std::shared_ptr<UIImagePickerController> makePicker(UIImagePickerControllerSourceType source);
     void pickByHand(UIImagePickerControllerSourceType source);
+    bool isFree() const { return !m_leadsToCrop && !presentedViewController(); }
+    bool isPhotoDue() const { return !m_waiting.empty() && m_waiting.front().step == step(); }
     void openWaitingPhoto();
 
     /// A photo that came from outside, for the first or the second step.

@@ -8,9 +8,9 @@
 #include "editors/common/EditorViewController.h"
 #include "hud/ProgressOverlay.h"
 #include "picker/YMSPhotoPickerViewController.h"
-#include "platform/base/DispatchQueue.h"
 #include "platform/base/Localization.h"
 #include "platform/photos/PhotoSource.h"
+#include "platform/view/AfterTransitions.h"
 #include "platform/view/FailureAlert.h"
 #include "platform/view/PhotoReceiver.h"
 #include "platform/view/UIAlertController.h"
@@ -21,6 +21,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <optional>
 #include <utility>
 
 namespace lamina {
@@ -93,6 +94,35 @@ std::string questionOf(const ApplicationRequest& request)
 
 } // namespace
 
+/// What is asked about. It goes with the alert; without an answer the request waits again.
+class IncomingRequests::Question {
+public:
+    Question(IncomingRequests& owner, ApplicationRequest request)
+        : m_owner(owner)
+        , m_alive(owner.m_alive)
+        , m_request(std::move(request))
+    {
+    }
+    ~Question()
+    {
+        answer([this](const ApplicationRequest& request) { m_owner.putBack(request); });
+    }
+    Question(const Question&) = delete;
+    Question& operator=(const Question&) = delete;
+
+    void answer(const std::function<void(const ApplicationRequest& request)>& doIt)
+    {
+        const std::optional<ApplicationRequest> request = std::exchange(m_request, {});
+        if (request && m_alive.lock())
+            doIt(*request);
+    }
+
+private:
+    IncomingRequests& m_owner; ///< while m_alive
+    std::weak_ptr<void> m_alive;
+    std::optional<ApplicationRequest> m_request; ///< none: it is answered
+};
+
 IncomingRequests::IncomingRequests(UIWindow& window, WindowOpener opener)
     : m_window(window)
     , m_opener(std::move(opener))
@@ -115,17 +145,26 @@ void IncomingRequests::lookAgain()
 {
     if (m_waiting.empty() || std::exchange(m_looksSoon, true))
         return;
-    DispatchQueue::main().async([this, alive = std::weak_ptr(m_alive)] {
+    afterTransitions([this, alive = std::weak_ptr(m_alive)] {
         if (alive.lock())
             look();
     });
 }
 
+/// One request at a time: what it leads to is to stand before the next one is looked at.
 void IncomingRequests::look()
 {
     m_looksSoon = false;
-    while (!m_waiting.empty() && heed(m_waiting.front()))
-        m_waiting.pop_front();
+    if (m_waiting.empty() || !heed(m_waiting.front()))
+        return;
+    m_waiting.pop_front();
+    lookAgain();
+}
+
+void IncomingRequests::putBack(ApplicationRequest request)
+{
+    m_waiting.push_front(std::move(request));
+    lookAgain();
 }
 
 /// False when it has to wait.
@@ -169,20 +208,18 @@ void IncomingRequests::beginAtHome(const ApplicationRequest& request)
 
 void IncomingRequests::ask(UIViewController& top, const ApplicationRequest& request)
 {
-    const auto answer = [this, alive = std::weak_ptr(m_alive)](std::function<void()> doIt) {
-        return [alive, doIt = std::move(doIt)] {
-            if (alive.lock())
-                doIt();
-        };
+    const auto question = std::make_shared<Question>(*this, request);
+    const auto answer = [question](std::function<void(const ApplicationRequest&)> doIt) {
+        return [question, doIt = std::move(doIt)] { question->answer(doIt); };
     };
     const auto alert = UIAlertController::make(
         questionOf(request), localizedString(QT_TRANSLATE_NOOP("Lamina", "What you are working on stays open.")), {});
     if (request.action.empty() && dynamic_cast<EditorViewController*>(&top) && dynamic_cast<PhotoReceiver*>(&top))
         alert->addAction({localizedString(QT_TRANSLATE_NOOP("Lamina", "Use in this work")), UIAlertActionStyle::Default,
-                          answer([this, editor = top.weak_from_this(), request] { useIn(editor, request); })});
+                          answer([this, editor = top.weak_from_this()](auto& asked) { useIn(editor, asked); })});
     alert->addAction({localizedString(QT_TRANSLATE_NOOP("Lamina", "Open a new window")), UIAlertActionStyle::Default,
-                      answer([this, request] { openWindow(request); })});
-    alert->addAction({localizedString("Cancel"), UIAlertActionStyle::Cancel, {}});
+                      answer([this](auto& asked) { openWindow(asked); })});
+    alert->addAction({localizedString("Cancel"), UIAlertActionStyle::Cancel, answer([](auto&) {})});
     top.present(alert, true);
 }
 
@@ -193,8 +230,7 @@ void IncomingRequests::useIn(const std::weak_ptr<UIViewController>& editor, cons
     auto* const receiver = dynamic_cast<PhotoReceiver*>(still.get());
     if (receiver && still == m_window.topViewController() && receiver->wantsPhotos())
         return receiver->receivePhotos(photosOf(request));
-    m_waiting.push_front(request);
-    lookAgain();
+    putBack(request);
 }
 
 void IncomingRequests::openWindow(const ApplicationRequest& request)

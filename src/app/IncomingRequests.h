@@ -43,7 +43,10 @@ public:
     void lookAgain();
 
 private:
+    class Question;
+
     void look();
+    void putBack(ApplicationRequest request);
     bool heed(const ApplicationRequest& request);
     void beginAtHome(const ApplicationRequest& request);
     void ask(UIViewController& top, const ApplicationRequest& request);

@@ -129,6 +129,43 @@ TEST_F(Incoming, PhotosGoToTheScreenThatWaitsForThem)
     EXPECT_TRUE(firstPickedImage);
 }
 
+TEST_F(Incoming, WhatComesInTheMidstOfAnotherIsNotLost)
+{
+    home->BlendPhoto();
+    settle();
+    EXPECT_TRUE(requests.take(request("", {"a.png"})).ok());
+    ask("blend", {"b.png"});
+    EXPECT_TRUE(stack->presentedViewController() && requests.isWaiting()) << "the first photo's crop";
+    lookAgain();
+    EXPECT_EQ(alertText(0), "Begin a blend? / What you are working on stays open.");
+    ASSERT_EQ(windows.size(), 1u);
+    EXPECT_EQ(windows[0].photos, request("", {"b.png"}).photos);
+    goHome();
+
+    presentAbout(*home, AboutViewController::Page::About);
+    settle();
+    bool followed = false;
+    top<AboutViewController>()->dismiss(true, [&] {
+        followed = true;
+        EXPECT_EQ(window.topViewController(), home) << "nothing is done before";
+    });
+    ask("two");
+    EXPECT_TRUE(followed && top<YMSPhotoPickerViewController>());
+}
+
+TEST_F(Incoming, AQuestionThatGoesAwayIsAskedAgain)
+{
+    ask("", {"a.png", "b.png", "a.png"});
+    const auto editor = top<CreateCollageViewController>();
+    ASSERT_TRUE(editor);
+    ask("two");
+    home->dismissAllViewControllers();
+    settle();
+    EXPECT_EQ(alertText(1), "Begin a collage? / What you are working on stays open.");
+    EXPECT_EQ(window.topViewController(), editor);
+    EXPECT_FALSE(requests.isWaiting());
+}
+
 TEST_F(Incoming, WorkIsNotTouchedUnasked)
 {
     ask("", {"a.png", "b.png", "a.png"});

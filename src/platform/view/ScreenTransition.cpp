@@ -1,6 +1,7 @@
 #include "platform/view/ScreenTransition_p.h"
 
 #include "platform/base/DispatchQueue.h"
+#include "platform/view/AfterTransitions.h"
 #include "platform/view/UINavigationController.h"
 
 #include <cstdint>
@@ -22,6 +23,12 @@ public:
     {
         m_waiting.push_back(std::move(transition));
         schedule();
+    }
+
+    void whenIdle(std::function<void()> work)
+    {
+        m_whenIdle.push_back(std::move(work));
+        DispatchQueue::main().async([this] { runWhenIdle(); });
     }
 
     void finishForLostHost()
@@ -67,12 +74,25 @@ private:
         m_current.reset();
         m_busy = false;
         schedule(); // first, so that a completion may pump the main queue and wait for the next transition
+        if (!m_busy)
+            DispatchQueue::main().async([this] { runWhenIdle(); });
         transition.end();
         if (transition.completion)
             std::exchange(transition.completion, {})();
     }
 
+    /// Stops at work that begins a transition; the rest follows on its end.
+    void runWhenIdle()
+    {
+        while (!m_busy && !m_whenIdle.empty()) {
+            const std::function<void()> work = std::move(m_whenIdle.front());
+            m_whenIdle.pop_front();
+            work();
+        }
+    }
+
     std::deque<ScreenTransition> m_waiting;
+    std::deque<std::function<void()>> m_whenIdle;
     std::optional<ScreenTransition> m_current;
     std::uint64_t m_number = 0;
     bool m_busy = false; ///< one is under way, or about to start
@@ -89,6 +109,16 @@ void ScreenTransition::submitCompletion(std::function<void()> completion)
     ScreenTransition transition;
     transition.completion = std::move(completion);
     submit(std::move(transition));
+}
+
+void afterTransitions(std::function<void()> work)
+{
+    ScreenTransition::afterAll(std::move(work));
+}
+
+void ScreenTransition::afterAll(std::function<void()> work)
+{
+    Queue::instance().whenIdle(std::move(work));
 }
 
 void ScreenTransition::finishForLostHost()

@@ -35,6 +35,8 @@ public:
     static void submit(ScreenTransition transition);
     /// Runs the completion in its turn, after the transitions that were asked for before.
     static void submitCompletion(std::function<void()> completion);
+    /// See `afterTransitions`.
+    static void afterAll(std::function<void()> work);
     /// Counts the transition under way as finished, if its host has gone.
     static void finishForLostHost();
 
