@@ -3,7 +3,9 @@
 #include "platform/host/system/BackgroundWork.h"
 #include "platform/host/system/BusCalls.h"
 
+#include <QByteArray>
 #include <QDBusMessage>
+#include <QFile>
 
 #include <condition_variable>
 #include <mutex>
@@ -37,6 +39,22 @@ SessionName::State requestName(const QDBusConnection& bus, const QString& name)
     default:
         return SessionName::State::NoBus;
     }
+}
+
+void releaseName(const QDBusConnection& bus, const QString& name)
+{
+    bus.call(busCall(QStringLiteral("ReleaseName"), {name}), QDBus::Block, kReleasingTime);
+}
+
+/// Where the session bus listens; empty: nowhere.
+QString sessionBusAddress()
+{
+    if (const QString address = qEnvironmentVariable("DBUS_SESSION_BUS_ADDRESS"); !address.isEmpty())
+        return address;
+    const QByteArray path = qgetenv("XDG_RUNTIME_DIR") + "/bus";
+    if (path.startsWith('/') && path.size() > 4 && QFile::exists(QFile::decodeName(path)))
+        return QStringLiteral("unix:path=") + QString::fromLatin1(path.toPercentEncoding("/", "~"));
+    return {};
 }
 
 } // namespace
@@ -73,11 +91,23 @@ struct SessionName::Asked {
         }
         settled.notify_all();
     }
+    /// Whether the name, if it is ours, is to be given back now; then it counts as another's.
+    bool letGo()
+    {
+        const std::scoped_lock lock(mutex);
+        if (!isOver || state != State::Owned)
+            return false;
+        state = State::Taken;
+        return true;
+    }
 };
 
-QDBusConnection ownSessionBus()
+BusConnector ownSessionBus()
 {
-    return QDBusConnection::connectToBus(QDBusConnection::SessionBus, QStringLiteral("lamina"));
+    return [address = sessionBusAddress()] {
+        const QString name = QStringLiteral("lamina");
+        return address.isEmpty() ? QDBusConnection(name) : QDBusConnection::connectToBus(address, name);
+    };
 }
 
 SessionName::SessionName(BusConnector connector, QString name)
@@ -118,6 +148,8 @@ void SessionName::begin()
         QDBusConnection bus = connector();
         const bool goesOn = bus.isConnected() && asked->runExports(bus);
         asked->settle(goesOn ? requestName(bus, name) : State::NoBus, bus);
+        if (asked->letGo()) // nobody has waited for it
+            releaseName(bus, name);
     });
 }
 
@@ -140,11 +172,9 @@ void SessionName::release()
         const std::scoped_lock lock(m_asked->mutex);
         m_asked->isOver = true;
         m_asked->exports.clear();
-        if (m_asked->state != State::Owned)
-            return;
-        m_asked->state = State::Taken;
     }
-    m_asked->bus->call(busCall(QStringLiteral("ReleaseName"), {m_name}), QDBus::Block, kReleasingTime);
+    if (m_asked->letGo())
+        releaseName(*m_asked->bus, m_name);
 }
 
 } // namespace lamina

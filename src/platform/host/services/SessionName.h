@@ -15,9 +15,10 @@ namespace lamina {
 /// The application's name on the session bus, which is that of its desktop file.
 inline const QString kApplicationBusName = QStringLiteral("org.lamina.lamina");
 
-/// A connection of its own to the session bus, which may be made before there is an application object. Not connected
-/// when there is no bus.
-QDBusConnection ownSessionBus();
+/// Makes a connection of its own to the session bus, which may be done before there is an application object. Where the
+/// bus is, the environment is asked at this call and not by the background, beside which Qt changes it. Not connected
+/// when there is no bus; none is started.
+BusConnector ownSessionBus();
 
 /// The application's name on the session bus, by which others call it: only one process of a session has it. Connects
 /// and asks in the background, so that a bus which does not answer keeps nobody waiting. Works before there is an
@@ -32,7 +33,7 @@ public:
         NoBus,  ///< there is no bus, or it gives no names
     };
 
-    explicit SessionName(BusConnector connector = ownSessionBus, QString name = kApplicationBusName);
+    explicit SessionName(BusConnector connector = ownSessionBus(), QString name = kApplicationBusName);
     /// Gives the name back. Waits for a connection that is just being made: Qt's own end must not overtake it.
     ~SessionName();
     SessionName(const SessionName&) = delete;
@@ -58,7 +59,8 @@ public:
     std::optional<QDBusConnection> connection() const;
 
     /// Gives the name back, so that a process that starts from now on is not called here. What was called before
-    /// arrives still. Nothing more is exported. Waits for the bus, a second at most.
+    /// arrives still. Nothing more is exported. Waits for the bus, a second at most; a name that the bus is still being
+    /// asked for is given back as soon as it is there.
     void release();
 
 private:
