@@ -30,6 +30,11 @@ namespace {
 
 constexpr std::size_t kMostWaiting = 16;
 
+bool asksForFrontOnly(const ApplicationRequest& request)
+{
+    return request.action.empty() && request.photos.empty() && !request.leftOut;
+}
+
 std::vector<PhotoSource> photosOf(const ApplicationRequest& request)
 {
     std::vector<PhotoSource> photos;
@@ -132,7 +137,7 @@ IncomingRequests::IncomingRequests(UIWindow& window, WindowOpener opener)
 
 Outcome IncomingRequests::take(ApplicationRequest request)
 {
-    if (request.action.empty() && request.photos.empty())
+    if (asksForFrontOnly(request))
         return success();
     if (m_waiting.size() == kMostWaiting)
         return Error{{}, "too many requests are waiting"};
@@ -157,7 +162,10 @@ void IncomingRequests::look()
     m_looksSoon = false;
     if (m_waiting.empty() || !heed(m_waiting.front()))
         return;
-    m_waiting.pop_front();
+    if (!m_waiting.front().leftOut)
+        m_waiting.pop_front();
+    else if (m_waiting.front().leftOut.reset(); asksForFrontOnly(m_waiting.front()))
+        m_waiting.pop_front();
     lookAgain();
 }
 
@@ -173,6 +181,10 @@ bool IncomingRequests::heed(const ApplicationRequest& request)
     const std::shared_ptr<UIViewController> top = m_window.topViewController();
     if (!top || top->systemPresentation() != UISystemPresentation::None || ProgressOverlay::shared().isBlocking())
         return false;
+    if (request.leftOut) {
+        presentFailure(*top, localizedString("Can’t open the photo"), *request.leftOut);
+        return true;
+    }
     if (request.photos.empty() && isScreenOf(request.action, *top))
         return true;
     if (auto* const atHome = dynamic_cast<ViewController*>(top.get()); atHome && !atHome->wantsPhotos())

@@ -22,6 +22,7 @@ class ViewController;
 ///   screen comes back, and the work begins there as it does at a start.
 /// - Over everything else an alert asks: into the editor on top, as if they had been dropped on it, or into a window of
 ///   their own.
+/// - Photos that can't be read here are told in an alert, and the rest follows on it.
 /// - Under an alert, a chooser of the system's or a panel that lets nothing through they wait for its end.
 ///
 /// Main thread.

@@ -153,6 +153,19 @@ TEST_F(Incoming, WhatComesInTheMidstOfAnotherIsNotLost)
     EXPECT_TRUE(followed && top<YMSPhotoPickerViewController>());
 }
 
+TEST_F(Incoming, WhatCannotBeOpenedIsToldAndTheRestFollows)
+{
+    for (const std::string action : {"", "two"}) {
+        ApplicationRequest some = request(action);
+        some.leftOut = Error{"d.jpg", "the file is not on this device"};
+        EXPECT_TRUE(requests.take(some).ok());
+        settle();
+        EXPECT_EQ(alertText(), "Can’t open the photo / d.jpg: the file is not on this device.");
+        lookAgain();
+        EXPECT_EQ(top<YMSPhotoPickerViewController>() != nullptr, action == "two");
+    }
+}
+
 TEST_F(Incoming, AQuestionThatGoesAwayIsAskedAgain)
 {
     ask("", {"a.png", "b.png", "a.png"});

@@ -1,7 +1,10 @@
 #pragma once
 
+#include "platform/base/Result.h"
+
 #include <array>
 #include <cstddef>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -17,6 +20,8 @@ struct ApplicationRequest {
     /// With it the window system lets a window come to the front: a token of xdg-activation or, on X11, the startup
     /// identifier. Empty: there is none.
     std::string activationToken;
+    /// The first of those photos that are not among `photos` since they can't be read here, which the user is told.
+    std::optional<Error> leftOut{};
 };
 
 /// The home screen's entries, by the names of the desktop file's actions, of --screen and of the bus.

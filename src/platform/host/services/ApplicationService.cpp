@@ -27,6 +27,8 @@ const QString kDeadline = QStringLiteral("org.lamina.deadline");
 
 /// Of requests for which there is no handler yet.
 constexpr std::size_t kMostWaiting = 16;
+/// Bytes of what is told of a file.
+constexpr std::size_t kLongestName = 100;
 /// Milliseconds beyond the deadline, for an answer that is on its way.
 constexpr int kGrace = 250;
 
@@ -64,24 +66,22 @@ bool isUsable(const std::string& path)
     return path.starts_with('/') && path.size() <= kLongestRequestedPath && path.find('\0') == std::string::npos;
 }
 
-/// Those that are no files of this device are left out where there are others; the error is that of the first.
-Result<std::vector<std::string>> pathsOf(const QStringList& uris)
+/// Of files, those that are none of this device left out.
+Result<ApplicationRequest> requestFor(const QStringList& uris)
 {
     if (static_cast<std::size_t>(uris.size()) > kMostRequestedPhotos)
         return Error{{}, "too many files"};
-    std::vector<std::string> paths;
-    std::optional<Error> failure;
+    ApplicationRequest request;
     for (const QString& uri : uris) {
         const std::string text = uri.toStdString();
         Result<std::string> path = text.starts_with('/') ? Result<std::string>(text) : pathOfFileURL(text);
         if (path && isUsable(*path))
-            paths.push_back(*std::move(path));
-        else if (!failure)
-            failure = path ? Error{beginningOf(*path, 100), "this is no path"} : path.error();
+            request.photos.push_back(*std::move(path));
+        else if (!request.leftOut)
+            request.leftOut = path ? Error{beginningOf(*path, kLongestName), "this is no path"}
+                                   : Error{beginningOf(path.error().subject, kLongestName), path.error().cause};
     }
-    if (paths.empty() && failure)
-        return *failure;
-    return paths;
+    return request;
 }
 
 /// Empty where it is none of the kind that an action takes.
@@ -149,10 +149,10 @@ void ApplicationService::Activate(const QVariantMap& platformData)
 
 void ApplicationService::Open(const QStringList& uris, const QVariantMap& platformData)
 {
-    Result<std::vector<std::string>> paths = pathsOf(uris);
-    if (!paths)
-        return refuse(paths.error());
-    take({{}, *std::move(paths), {}}, platformData);
+    Result<ApplicationRequest> request = requestFor(uris);
+    if (!request)
+        return refuse(request.error());
+    take(*std::move(request), platformData);
 }
 
 void ApplicationService::ActivateAction(const QString& name, const QVariantList& parameter,
@@ -164,10 +164,11 @@ void ApplicationService::ActivateAction(const QString& name, const QVariantList&
     const std::optional<QStringList> uris = photosOf(parameter);
     if (!uris)
         return refuse({action, "takes a list of files, or nothing"});
-    Result<std::vector<std::string>> paths = pathsOf(*uris);
-    if (!paths)
-        return refuse(paths.error());
-    take({action, *std::move(paths), {}}, platformData);
+    Result<ApplicationRequest> request = requestFor(*uris);
+    if (!request)
+        return refuse(request.error());
+    request->action = action;
+    take(*std::move(request), platformData);
 }
 
 void ApplicationService::take(ApplicationRequest request, const QVariantMap& platformData)

@@ -18,7 +18,8 @@ namespace lamina {
 
 /// The application as other programs of the session call it: the interface org.freedesktop.Application,
 /// https://specifications.freedesktop.org/desktop-entry-spec/latest/dbus.html. What they say is looked at here: only
-/// files of this device, in bounded number and length, and only actions that there are; anything else gets an error.
+/// files of this device, in bounded number and length, and only actions that there are. Of other files the user is told
+/// (`ApplicationRequest::leftOut`); anything else gets an error.
 /// Main thread.
 class ApplicationService : public QObject, protected QDBusContext {
     Q_OBJECT

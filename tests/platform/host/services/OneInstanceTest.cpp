@@ -1,4 +1,6 @@
 // The application's name, the calls that come under it, and how a second start hands over what it was asked for.
+#include "platform/base/ShownText.h"
+#include "platform/files/FileURL.h"
 #include "platform/host/services/ApplicationService.h"
 #include "platform/host/services/SessionName.h"
 
@@ -73,6 +75,7 @@ TEST_F(OneInstance, CallsAreLookedAtBeforeTheyAreHeeded)
     const QVariantMap token{{"activation-token", "t_1"}};
     const auto list = [](const QString& uri, int count) { return QStringList(count, uri); };
     const std::string longPath(5000, 'x');
+    const auto elsewhere = [](const char* file) { return Error{file, "the file is not on this device"}; };
     const struct {
         const char* method;
         QVariantList arguments;
@@ -88,12 +91,16 @@ TEST_F(OneInstance, CallsAreLookedAtBeforeTheyAreHeeded)
         {"Activate", {token, token}, std::nullopt},
         {"Open",
          {QStringList{"file:///a%20b.jpg", "/c.png", "https://example.org/d.jpg"}, QVariantMap()},
-         {{{}, {"/a b.jpg", "/c.png"}, {}}}},
+         {{{}, {"/a b.jpg", "/c.png"}, {}, elsewhere("d.jpg")}}},
         {"Open", {QStringList(), QVariantMap()}, ApplicationRequest{}},
-        {"Open", {QStringList{"https://example.org/d.jpg"}, QVariantMap()}, std::nullopt},
-        {"Open", {QStringList{"relative.jpg"}, QVariantMap()}, std::nullopt},
-        {"Open", {QStringList{"file:///nothing%00more"}, QVariantMap()}, std::nullopt},
-        {"Open", {QStringList{QString::fromStdString("/" + longPath)}, QVariantMap()}, std::nullopt},
+        {"Open", {QStringList{"smb://host/d.jpg", "mtp://e"}, QVariantMap()}, {{{}, {}, {}, elsewhere("d.jpg")}}},
+        {"Open", {QStringList{"relative.jpg"}, QVariantMap()}, {{{}, {}, {}, elsewhere("relative.jpg")}}},
+        {"Open",
+         {QStringList{"file:///nothing%00more"}, QVariantMap()},
+         {{{}, {}, {}, pathOfFileURL("file:///nothing%00more").error()}}},
+        {"Open",
+         {QStringList{QString::fromStdString("/" + longPath)}, QVariantMap()},
+         {{{}, {}, {}, Error{beginningOf("/" + longPath, 100), "this is no path"}}}},
         {"Open", {list("/a.jpg", 257), QVariantMap()}, std::nullopt},
         {"Open", {QStringLiteral("/a.jpg"), QVariantMap()}, std::nullopt},
         {"ActivateAction", {QStringLiteral("two"), QVariantList(), token}, {{"two", {}, "t_1"}}},
@@ -118,6 +125,7 @@ TEST_F(OneInstance, CallsAreLookedAtBeforeTheyAreHeeded)
         EXPECT_EQ(heard[0].action, c.request->action);
         EXPECT_EQ(heard[0].photos, c.request->photos);
         EXPECT_EQ(heard[0].activationToken, c.request->activationToken);
+        EXPECT_EQ(heard[0].leftOut.value_or(Error()).message(), c.request->leftOut.value_or(Error()).message());
     }
     answer = Error{{}, "the window is closed"};
     EXPECT_EQ(call("Activate", {token}).errorMessage().toStdString(), "the window is closed");
