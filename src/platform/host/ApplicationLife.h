@@ -40,6 +40,7 @@ public:
     AppDelegate& delegate() { return *m_delegate; }
     /// Its signal asks for the window.
     DesktopNotifications& notifications() { return m_notifications; }
+    UnifiedPush& messages() { return m_push; }
 
 private:
     std::shared_ptr<AppDelegate> m_delegate;

@@ -2,6 +2,8 @@
 
 #include "platform/application/ApplicationRequest.h"
 #include "platform/base/DispatchQueue.h"
+#include "platform/base/ExceptionCause.h"
+#include "platform/base/Log.h"
 #include "platform/base/Result.h"
 #include "platform/base/StandardStreams.h"
 #include "platform/host/ApplicationLife.h"
@@ -11,7 +13,6 @@
 #include "platform/host/services/SessionName.h"
 #include "platform/host/system/TerminationSignals.h"
 
-#include <QAbstractEventDispatcher>
 #include <QCoreApplication>
 #include <QTimer>
 
@@ -27,14 +28,16 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr std::chrono::milliseconds kIdleTime = 10s;
-constexpr std::chrono::milliseconds kNeededTime = 1h;
+/// While it is needed: how often that is looked at, for an hour in all.
+constexpr std::chrono::milliseconds kLookTime = 1min;
+constexpr int kMostLooks = 60;
 constexpr std::chrono::milliseconds kLastMoment = 500ms;
 /// It was the bus that has started this process.
 constexpr auto kPatience = 25s;
 
-/// Once the event loop has slept so long without anything to do it calls `release`, so that nothing new comes, and
-/// once it has slept again for a moment, so that what had come is done, it ends the loop. While `isNeeded` it sleeps
-/// on, though not for ever: the end of what it is needed for may never be told.
+/// So long after the last call it calls `release`, so that nothing new comes, and a moment later, in which what had
+/// come is done, it ends the event loop. While `isNeeded` it waits on, though not for ever: the end of what it is
+/// needed for may never be told. What else wakes the loop, such as the window system, does not keep it.
 class IdleEnd {
 public:
     IdleEnd(std::function<bool()> isNeeded, std::function<void()> release)
@@ -43,8 +46,14 @@ public:
     {
         m_timer.setSingleShot(true);
         QObject::connect(&m_timer, &QTimer::timeout, &m_timer, [this] { end(); });
-        QObject::connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::aboutToBlock, &m_timer,
-                         [this] { m_timer.start(std::exchange(m_next, m_usual)); });
+        restart();
+    }
+
+    /// Somebody has called.
+    void restart()
+    {
+        m_looks = 0;
+        m_timer.start(m_release ? kIdleTime : kLastMoment);
     }
 
 private:
@@ -52,18 +61,15 @@ private:
     {
         if (!m_release)
             return QCoreApplication::quit();
-        if (m_timer.intervalAsDuration() != kNeededTime && m_isNeeded()) {
-            m_next = kNeededTime;
-            return;
-        }
+        if (m_looks++ < kMostLooks && m_isNeeded())
+            return m_timer.start(kLookTime);
         std::exchange(m_release, {})();
-        m_next = m_usual = kLastMoment;
+        restart();
     }
 
     std::function<bool()> m_isNeeded;
     std::function<void()> m_release;
-    std::chrono::milliseconds m_usual = kIdleTime;
-    std::chrono::milliseconds m_next = kIdleTime; ///< how long the coming sleep may be
+    int m_looks = 0; ///< since the last call
     QTimer m_timer;
 };
 
@@ -91,6 +97,7 @@ public:
                          [this](const QString& token) {
                              (void)take({{}, {}, token.toStdString()});
                          });
+        QObject::connect(&m_life->messages(), &UnifiedPush::wasCalled, &m_service, [this] { stay(); });
     }
 
     ~ServiceRun() { leaveBus(m_name, m_service); }
@@ -117,8 +124,15 @@ public:
     }
 
 private:
+    void stay()
+    {
+        if (m_idle)
+            m_idle->restart();
+    }
+
     Outcome take(const ApplicationRequest& request)
     {
+        stay();
         if (m_window)
             return m_window->perform(request);
         if (!m_makeWindow)
@@ -128,14 +142,20 @@ private:
         return success();
     }
 
+    /// Without its window the process would be in the way of the next call, for which the bus starts another.
     void open(const ApplicationRequest& request)
     {
-        m_idle.reset();
         LaunchOptions options = optionsFor(request);
         options.life = m_life;
-        m_window = m_makeWindow(options);
-        m_window->show();
-        m_window->bringToFront(QString::fromStdString(request.activationToken));
+        try {
+            m_window = m_makeWindow(options);
+            m_window->show();
+        } catch (...) {
+            logError("the window can't be opened: " + causeOfException());
+            return QCoreApplication::exit(exitcode::kFailed);
+        }
+        m_idle.reset();
+        (void)m_window->perform({{}, {}, request.activationToken, request.leftOut}); // the rest it has begun with
     }
 
     SessionName& m_name;

@@ -17,7 +17,7 @@ using WindowMaker = std::function<std::unique_ptr<Application>(const LaunchOptio
 
 /// Runs the application as the session bus starts it, with the event loop of the application object that there is: it
 /// answers calls and takes messages, and opens its window when that is asked for. Without a window it leaves once
-/// nothing has woken it for ten seconds, or for an hour while the desktop shows a number or notifications of it, which
+/// nobody has called it for ten seconds, or for an hour while the desktop shows a number or notifications of it, which
 /// would go with it. All that answers is on the bus before the name is asked for, so that the call
 /// for which the process was started is heard. Gives the code with which to leave.
 int runAsService(SessionName& name, ApplicationService& service, const std::shared_ptr<ApplicationLife>& life,

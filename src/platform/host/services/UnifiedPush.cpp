@@ -267,6 +267,7 @@ void UnifiedPush::called(const Call& call, const QDBusConnection& bus)
     const auto registration = m_kept->current();
     if (!registration || call.token.toStdString() != registration->token || m_asking >= kMostAsking)
         return UnifiedPushConnector::refuse(call, bus);
+    emit wasCalled();
     if (call.message.size() > static_cast<qsizetype>(kMostMessageBytes)) { // it isn't held until its sender is known
         UnifiedPushConnector::accept(call, bus);
         return takeMessage(call);

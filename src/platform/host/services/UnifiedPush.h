@@ -61,6 +61,10 @@ public:
     static constexpr int kMostLines = 3;   ///< in the log
     static constexpr int kMostReturns = 4; ///< of the distributor's
 
+signals:
+    /// The distributor, or somebody who knows what it knows, has called.
+    void wasCalled();
+
 private:
     struct Exported;
     struct Found;
