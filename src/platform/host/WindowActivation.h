@@ -11,7 +11,8 @@ namespace lamina {
 std::string tokenOfEnvironment();
 
 /// Asks the window system for the focus, with a token of another program where there is one: without, most put a mark
-/// on the window's entry instead. Main thread.
+/// on the window's entry instead. On X11 a token is not used: whether the window comes forward there, its manager
+/// decides. Main thread.
 void activateWindow(QWindow& window, const std::string& token);
 
 } // namespace lamina
