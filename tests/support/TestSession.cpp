@@ -27,6 +27,10 @@ QProcessEnvironment environmentIn(const QString& home, TestSession::Display disp
         environment.insert(QStringLiteral("XDG_%1_HOME").arg(QLatin1String(kind)),
                            home + QLatin1Char('/') + QString::fromLatin1(kind).toLower());
     environment.insert(QStringLiteral("LC_ALL"), QStringLiteral("C.UTF-8"));
+    if (display == TestSession::Display::Gone) {
+        environment.insert(QStringLiteral("WAYLAND_DISPLAY"), QStringLiteral("gone"));
+        environment.insert(QStringLiteral("DISPLAY"), QStringLiteral(":987"));
+    }
     if (display == TestSession::Display::Offscreen)
         environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
     return environment;

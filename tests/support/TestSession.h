@@ -20,8 +20,8 @@ namespace lamina::test {
 /// programs that are started in it. Those that still run at the end are killed.
 class TestSession {
 public:
-    /// What programs of the session find to open windows on.
-    enum class Display { None, Offscreen };
+    /// What programs of the session find to open windows on. Gone: the displays of a session that has ended.
+    enum class Display { None, Gone, Offscreen };
 
     /// `program` is the application's executable.
     TestSession(const std::string& program, Display display);

@@ -7,6 +7,7 @@
 #include "platform/host/Application.h"
 #include "platform/host/ApplicationLife.h"
 #include "platform/host/CommandLine.h"
+#include "platform/host/DisplayProbe.h"
 #include "platform/host/GuardedApplication.h"
 #include "platform/host/ImageConversion.h"
 #include "platform/host/ServiceStart.h"
@@ -40,15 +41,6 @@ using namespace lamina;
 constexpr std::chrono::milliseconds kBusPatience{300};
 /// Bytes of what another process says.
 constexpr std::size_t kLongestAnswer = 200;
-
-/// Qt ends the process when it finds no display; ours says so in one line.
-bool displayIsThere()
-{
-    for (const char* const variable : {"QT_QPA_PLATFORM", "WAYLAND_DISPLAY", "WAYLAND_SOCKET", "DISPLAY"})
-        if (!qEnvironmentVariableIsEmpty(variable))
-            return true;
-    return false;
-}
 
 /// Without a graphics card the window is drawn faster by Qt's own painter than by an emulated one.
 void chooseRenderer()
@@ -115,8 +107,8 @@ std::unique_ptr<Application> makeWindow(const LaunchOptions& options)
 
 int runWindow(SessionName& name, ApplicationService& service, const LaunchOptions& options)
 {
-    const std::unique_ptr<Application> application = makeWindow(options);
     const TerminationSignals termination;
+    const std::unique_ptr<Application> application = makeWindow(options);
     application->show();
     service.setHandler([&](const ApplicationRequest& request) { return application->perform(request); });
     const int code = QGuiApplication::exec();
