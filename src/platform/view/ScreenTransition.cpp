@@ -27,8 +27,11 @@ public:
 
     void whenIdle(std::function<void()> work)
     {
-        m_whenIdle.push_back(std::move(work));
-        DispatchQueue::main().async([this] { runWhenIdle(); });
+        DispatchQueue::main().async([this, work = std::move(work)] {
+            if (!m_busy)
+                return work();
+            m_whenIdle.push_back(work);
+        });
     }
 
     void finishForLostHost()
@@ -74,21 +77,11 @@ private:
         m_current.reset();
         m_busy = false;
         schedule(); // first, so that a completion may pump the main queue and wait for the next transition
-        if (!m_busy)
-            DispatchQueue::main().async([this] { runWhenIdle(); });
+        for (auto& work : std::exchange(m_whenIdle, {}))
+            whenIdle(std::move(work));
         transition.end();
         if (transition.completion)
             std::exchange(transition.completion, {})();
-    }
-
-    /// Stops at work that begins a transition; the rest follows on its end.
-    void runWhenIdle()
-    {
-        while (!m_busy && !m_whenIdle.empty()) {
-            const std::function<void()> work = std::move(m_whenIdle.front());
-            m_whenIdle.pop_front();
-            work();
-        }
     }
 
     std::deque<ScreenTransition> m_waiting;
@@ -113,12 +106,7 @@ void ScreenTransition::submitCompletion(std::function<void()> completion)
 
 void afterTransitions(std::function<void()> work)
 {
-    ScreenTransition::afterAll(std::move(work));
-}
-
-void ScreenTransition::afterAll(std::function<void()> work)
-{
-    Queue::instance().whenIdle(std::move(work));
+    ScreenTransition::Queue::instance().whenIdle(std::move(work));
 }
 
 void ScreenTransition::finishForLostHost()

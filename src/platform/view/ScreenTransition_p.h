@@ -35,8 +35,6 @@ public:
     static void submit(ScreenTransition transition);
     /// Runs the completion in its turn, after the transitions that were asked for before.
     static void submitCompletion(std::function<void()> completion);
-    /// See `afterTransitions`.
-    static void afterAll(std::function<void()> work);
     /// Counts the transition under way as finished, if its host has gone.
     static void finishForLostHost();
 
@@ -48,6 +46,7 @@ public:
 
 private:
     class Queue;
+    friend void afterTransitions(std::function<void()> work);
     void begin();
     void end();
     bool animated() const { return shown.duration > 0; }
