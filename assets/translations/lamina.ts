@@ -208,6 +208,14 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>Begin a blend?</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Begin a collage?</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>Begin or end a clip</source>
         <translation type="unfinished"></translation>
     </message>
@@ -328,6 +336,10 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>Can’t open a window</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>Can’t open the camera</source>
         <translation type="unfinished"></translation>
     </message>
@@ -341,6 +353,10 @@
     </message>
     <message>
         <source>Can’t open the movie</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Can’t open the page</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -1128,7 +1144,23 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>Open</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Open a new window</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>Open a photo</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Open the photo?</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Open the photos?</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -1137,6 +1169,10 @@
     </message>
     <message>
         <source>Opening %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Opens %1 in the browser</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -1337,6 +1373,14 @@
     </message>
     <message>
         <source>Rainbow</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Recommended</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Recommended: opens %1 in the browser</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -1880,6 +1924,10 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>Use in this work</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>Use photo</source>
         <translation type="unfinished"></translation>
     </message>
@@ -1921,6 +1969,10 @@
     </message>
     <message>
         <source>What the camera sees</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>What you are working on stays open.</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -2028,6 +2080,10 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>a secure connection could not be made</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>a symbolic link leads in a circle</source>
         <translation type="unfinished"></translation>
     </message>
@@ -2053,6 +2109,10 @@
     </message>
     <message>
         <source>camera photo</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>can&apos;t be started</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -2136,7 +2196,15 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>longer than </source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>movies of this type can&apos;t be written</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>nested too deep</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -2165,6 +2233,14 @@
     </message>
     <message>
         <source>nobody writes to it</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>not JSON</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>not a JSON object</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -2244,6 +2320,10 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>secure connections are not supported here</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>sharpen</source>
         <translation type="unfinished"></translation>
     </message>
@@ -2304,6 +2384,34 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>the address leads from a secure connection to an open one</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>the address leads on too often</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>the address leads to something that is no web page or file</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>the answer can&apos;t be understood</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>the answer ends too early</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>the answer is too large</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>the application is leaving</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>the camera gives no picture</source>
         <translation type="unfinished"></translation>
     </message>
@@ -2345,6 +2453,10 @@
     </message>
     <message>
         <source>the document can&apos;t be made</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>the download takes too long</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -2452,7 +2564,55 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>the proxy doesn&apos;t let it through</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>the screen to present stands somewhere else</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>the server closed the connection</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>the server doesn&apos;t answer any more</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>the server refuses connections</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>the server was not found</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>the server&apos;s certificate belongs to another server</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>the server&apos;s certificate can&apos;t be trusted</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>the server&apos;s certificate comes from an unknown authority</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>the server&apos;s certificate has expired</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>the server&apos;s certificate is not valid yet</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>the server&apos;s certificate is vouched for by nobody but itself</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>the server&apos;s certificate was withdrawn</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -2468,11 +2628,19 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>the window is closed</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>there are too many threads</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
         <source>there is no camera</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>there is no display to open a window on</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -2484,7 +2652,15 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>there is no link</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>there is no movie to insert</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>there is no network</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -2512,7 +2688,15 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>this is no address of a web page or file</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>this is no movie</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>this is no path</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -2544,7 +2728,15 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>too many files</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>too many files of this name</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>too many requests are waiting</source>
         <translation type="unfinished"></translation>
     </message>
     <message>

@@ -208,6 +208,14 @@
         <translation>Vorher. Tippen zum Zurücksetzen</translation>
     </message>
     <message>
+        <source>Begin a blend?</source>
+        <translation>Eine Überblendung beginnen?</translation>
+    </message>
+    <message>
+        <source>Begin a collage?</source>
+        <translation>Eine Collage beginnen?</translation>
+    </message>
+    <message>
         <source>Begin or end a clip</source>
         <translation>Video beginnen oder beenden</translation>
     </message>
@@ -328,6 +336,10 @@
         <translation>Die Ordner können nicht gespeichert werden</translation>
     </message>
     <message>
+        <source>Can’t open a window</source>
+        <translation>Ein Fenster lässt sich nicht öffnen</translation>
+    </message>
+    <message>
         <source>Can’t open the camera</source>
         <translation>Die Kamera lässt sich nicht öffnen</translation>
     </message>
@@ -342,6 +354,10 @@
     <message>
         <source>Can’t open the movie</source>
         <translation>Der Film lässt sich nicht öffnen</translation>
+    </message>
+    <message>
+        <source>Can’t open the page</source>
+        <translation>Die Seite lässt sich nicht öffnen</translation>
     </message>
     <message>
         <source>Can’t open the photo</source>
@@ -1128,8 +1144,24 @@
         <translation>Hoppla</translation>
     </message>
     <message>
+        <source>Open</source>
+        <translation>Öffnen</translation>
+    </message>
+    <message>
+        <source>Open a new window</source>
+        <translation>Neues Fenster öffnen</translation>
+    </message>
+    <message>
         <source>Open a photo</source>
         <translation>Foto öffnen</translation>
+    </message>
+    <message>
+        <source>Open the photo?</source>
+        <translation>Das Foto öffnen?</translation>
+    </message>
+    <message>
+        <source>Open the photos?</source>
+        <translation>Die Fotos öffnen?</translation>
     </message>
     <message>
         <source>Open with</source>
@@ -1138,6 +1170,10 @@
     <message>
         <source>Opening %1</source>
         <translation>%1 wird geöffnet</translation>
+    </message>
+    <message>
+        <source>Opens %1 in the browser</source>
+        <translation>Öffnet %1 im Browser</translation>
     </message>
     <message>
         <source>Opens the list of what can be done with the file</source>
@@ -1338,6 +1374,14 @@
     <message>
         <source>Rainbow</source>
         <translation>Regenbogen</translation>
+    </message>
+    <message>
+        <source>Recommended</source>
+        <translation>Empfohlen</translation>
+    </message>
+    <message>
+        <source>Recommended: opens %1 in the browser</source>
+        <translation>Empfohlen: öffnet %1 im Browser</translation>
     </message>
     <message>
         <source>Redo</source>
@@ -1880,6 +1924,10 @@
         <translation>Einen Ordner höher</translation>
     </message>
     <message>
+        <source>Use in this work</source>
+        <translation>In dieser Arbeit verwenden</translation>
+    </message>
+    <message>
         <source>Use photo</source>
         <translation>Foto verwenden</translation>
     </message>
@@ -1922,6 +1970,10 @@
     <message>
         <source>What the camera sees</source>
         <translation>Was die Kamera sieht</translation>
+    </message>
+    <message>
+        <source>What you are working on stays open.</source>
+        <translation>Woran Sie arbeiten, bleibt offen.</translation>
     </message>
     <message>
         <source>Where it was saved</source>
@@ -2028,6 +2080,10 @@
         <translation>es wird schon ein Bildschirm gezeigt</translation>
     </message>
     <message>
+        <source>a secure connection could not be made</source>
+        <translation>es konnte keine sichere Verbindung aufgebaut werden</translation>
+    </message>
+    <message>
         <source>a symbolic link leads in a circle</source>
         <translation>ein symbolischer Link führt im Kreis</translation>
     </message>
@@ -2054,6 +2110,10 @@
     <message>
         <source>camera photo</source>
         <translation>Kamerafoto</translation>
+    </message>
+    <message>
+        <source>can&apos;t be started</source>
+        <translation>lässt sich nicht starten</translation>
     </message>
     <message>
         <source>can&apos;t be written</source>
@@ -2136,8 +2196,16 @@
         <translation>Layout</translation>
     </message>
     <message>
+        <source>longer than </source>
+        <translation>länger als </translation>
+    </message>
+    <message>
         <source>movies of this type can&apos;t be written</source>
         <translation>Filme dieser Art können nicht geschrieben werden</translation>
+    </message>
+    <message>
+        <source>nested too deep</source>
+        <translation>zu tief verschachtelt</translation>
     </message>
     <message>
         <source>no file was written</source>
@@ -2166,6 +2234,14 @@
     <message>
         <source>nobody writes to it</source>
         <translation>niemand schreibt hinein</translation>
+    </message>
+    <message>
+        <source>not JSON</source>
+        <translation>kein JSON</translation>
+    </message>
+    <message>
+        <source>not a JSON object</source>
+        <translation>kein JSON-Objekt</translation>
     </message>
     <message>
         <source>not a clip that can be read</source>
@@ -2244,6 +2320,10 @@
         <translation>Sättigung</translation>
     </message>
     <message>
+        <source>secure connections are not supported here</source>
+        <translation>sichere Verbindungen werden hier nicht unterstützt</translation>
+    </message>
+    <message>
         <source>sharpen</source>
         <translation>Schärfen</translation>
     </message>
@@ -2304,6 +2384,34 @@
         <translation>das installierte FFmpeg kann kein H.264 schreiben</translation>
     </message>
     <message>
+        <source>the address leads from a secure connection to an open one</source>
+        <translation>die Adresse führt von einer sicheren zu einer offenen Verbindung</translation>
+    </message>
+    <message>
+        <source>the address leads on too often</source>
+        <translation>die Adresse führt zu oft weiter</translation>
+    </message>
+    <message>
+        <source>the address leads to something that is no web page or file</source>
+        <translation>die Adresse führt zu etwas, das weder Webseite noch Datei ist</translation>
+    </message>
+    <message>
+        <source>the answer can&apos;t be understood</source>
+        <translation>die Antwort ist nicht zu verstehen</translation>
+    </message>
+    <message>
+        <source>the answer ends too early</source>
+        <translation>die Antwort endet zu früh</translation>
+    </message>
+    <message>
+        <source>the answer is too large</source>
+        <translation>die Antwort ist zu groß</translation>
+    </message>
+    <message>
+        <source>the application is leaving</source>
+        <translation>die Anwendung wird beendet</translation>
+    </message>
+    <message>
         <source>the camera gives no picture</source>
         <translation>die Kamera liefert kein Bild</translation>
     </message>
@@ -2346,6 +2454,10 @@
     <message>
         <source>the document can&apos;t be made</source>
         <translation>das Dokument kann nicht erstellt werden</translation>
+    </message>
+    <message>
+        <source>the download takes too long</source>
+        <translation>das Herunterladen dauert zu lange</translation>
     </message>
     <message>
         <source>the file chooser named no file</source>
@@ -2452,8 +2564,56 @@
         <translation>das Bild des Films ist zu groß</translation>
     </message>
     <message>
+        <source>the proxy doesn&apos;t let it through</source>
+        <translation>der Proxy lässt es nicht durch</translation>
+    </message>
+    <message>
         <source>the screen to present stands somewhere else</source>
         <translation>der Bildschirm, der gezeigt werden soll, steht schon woanders</translation>
+    </message>
+    <message>
+        <source>the server closed the connection</source>
+        <translation>der Server hat die Verbindung geschlossen</translation>
+    </message>
+    <message>
+        <source>the server doesn&apos;t answer any more</source>
+        <translation>der Server antwortet nicht mehr</translation>
+    </message>
+    <message>
+        <source>the server refuses connections</source>
+        <translation>der Server nimmt keine Verbindungen an</translation>
+    </message>
+    <message>
+        <source>the server was not found</source>
+        <translation>der Server wurde nicht gefunden</translation>
+    </message>
+    <message>
+        <source>the server&apos;s certificate belongs to another server</source>
+        <translation>das Zertifikat des Servers gehört einem anderen Server</translation>
+    </message>
+    <message>
+        <source>the server&apos;s certificate can&apos;t be trusted</source>
+        <translation>dem Zertifikat des Servers ist nicht zu trauen</translation>
+    </message>
+    <message>
+        <source>the server&apos;s certificate comes from an unknown authority</source>
+        <translation>das Zertifikat des Servers stammt von einer unbekannten Stelle</translation>
+    </message>
+    <message>
+        <source>the server&apos;s certificate has expired</source>
+        <translation>das Zertifikat des Servers ist abgelaufen</translation>
+    </message>
+    <message>
+        <source>the server&apos;s certificate is not valid yet</source>
+        <translation>das Zertifikat des Servers ist noch nicht gültig</translation>
+    </message>
+    <message>
+        <source>the server&apos;s certificate is vouched for by nobody but itself</source>
+        <translation>für das Zertifikat des Servers bürgt niemand als es selbst</translation>
+    </message>
+    <message>
+        <source>the server&apos;s certificate was withdrawn</source>
+        <translation>das Zertifikat des Servers wurde zurückgezogen</translation>
     </message>
     <message>
         <source>the system has no more threads to give</source>
@@ -2468,12 +2628,20 @@
         <translation>das Video lässt sich nicht kodieren</translation>
     </message>
     <message>
+        <source>the window is closed</source>
+        <translation>das Fenster ist geschlossen</translation>
+    </message>
+    <message>
         <source>there are too many threads</source>
         <translation>Es laufen zu viele Threads</translation>
     </message>
     <message>
         <source>there is no camera</source>
         <translation>es gibt keine Kamera</translation>
+    </message>
+    <message>
+        <source>there is no display to open a window on</source>
+        <translation>es ist kein Bildschirm da, auf dem sich ein Fenster öffnen ließe</translation>
     </message>
     <message>
         <source>there is no file</source>
@@ -2484,8 +2652,16 @@
         <translation>es gibt keinen Ordner für temporäre Dateien</translation>
     </message>
     <message>
+        <source>there is no link</source>
+        <translation>es gibt keinen Link</translation>
+    </message>
+    <message>
         <source>there is no movie to insert</source>
         <translation>Es gibt keinen Film zum Einfügen</translation>
+    </message>
+    <message>
+        <source>there is no network</source>
+        <translation>es ist kein Netz da</translation>
     </message>
     <message>
         <source>there is no picture</source>
@@ -2512,8 +2688,16 @@
         <translation>es gibt schon etwas mit diesem Namen</translation>
     </message>
     <message>
+        <source>this is no address of a web page or file</source>
+        <translation>dies ist keine Adresse einer Webseite oder Datei</translation>
+    </message>
+    <message>
         <source>this is no movie</source>
         <translation>das ist kein Film</translation>
+    </message>
+    <message>
+        <source>this is no path</source>
+        <translation>dies ist kein Pfad</translation>
     </message>
     <message>
         <source>this is not the name of a file</source>
@@ -2544,8 +2728,16 @@
         <translation>heute um %1</translation>
     </message>
     <message>
+        <source>too many files</source>
+        <translation>zu viele Dateien</translation>
+    </message>
+    <message>
         <source>too many files of this name</source>
         <translation>zu viele Dateien dieses Namens</translation>
+    </message>
+    <message>
+        <source>too many requests are waiting</source>
+        <translation>es warten zu viele Anfragen</translation>
     </message>
     <message>
         <source>too many works are open</source>

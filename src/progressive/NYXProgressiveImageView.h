@@ -78,7 +78,8 @@ public:
     /// the partial one has alpha, else black. Empty where a size is none that is drawn. From any thread.
     static CGImage createTransitoryImage(const CGImage& partial, IntSize final);
 
-    /// Whether files are taken from the cache and put there. Default false.
+    /// Whether files are taken from the cache and put there, byte for byte. What holds no picture, and what comes with
+    /// the status of a failure, is not put there: it would stand for the address for a while. Default false.
     bool caching() const;
     void setCaching(bool caching);
     /// Whether a download is under way; it ends after the last call of the delegate. Reading from the cache is none.

@@ -1,7 +1,9 @@
 #include "progressive/ProgressiveLoad_p.h"
 
 #include "platform/base/Clock.h"
+#include "platform/base/ExceptionCause.h"
 #include "platform/base/Log.h"
+#include "platform/base/ScopeExit.h"
 #include "platform/image/codecs/PictureDecoding.h"
 #include "platform/image/pixels/CGImage.h"
 #include "progressive/NYXProgressiveImageView.h"
@@ -24,7 +26,7 @@ std::shared_ptr<ProgressiveLoad> ProgressiveLoad::start(const std::string& url, 
                                .cachePolicy = NSURLRequestCachePolicy::ReturnCacheDataElseLoad,
                                .timeoutInterval = kSecondsOfSilence};
     load->m_connection = std::make_unique<NSURLConnection>(request, load, queue);
-    queue->async([load] { load->begin(); });
+    queue->async([load] { load->failWhereThrown([&] { load->begin(); }); });
     return load;
 }
 
@@ -41,6 +43,16 @@ ProgressiveLoad::ProgressiveLoad(std::string url, double cacheTime, std::shared_
 void ProgressiveLoad::leave()
 {
     m_connection->cancel();
+}
+
+void ProgressiveLoad::failWhereThrown(const std::function<void()>& step)
+{
+    try {
+        step();
+    } catch (...) { // nothing more may come behind a hole
+        m_connection->cancel();
+        didFailWithError({shownAddress(m_url), causeOfException()});
+    }
 }
 
 void ProgressiveLoad::begin()
@@ -90,8 +102,17 @@ void ProgressiveLoad::didReceiveResponse(const NSURLResponse& response)
 
 void ProgressiveLoad::didReceiveData(std::span<const std::uint8_t> data)
 {
-    m_dataTemp.insert(m_dataTemp.end(), data.begin(), data.end());
-    m_imageSource->updateData(m_dataTemp, size() == m_expectedSize);
+    failWhereThrown([&] {
+        m_dataTemp.insert(m_dataTemp.end(), data.begin(), data.end());
+        updateSource();
+    });
+}
+
+void ProgressiveLoad::updateSource()
+{
+    if (!m_imageSource || size() == m_expectedSize) // the whole is decoded once, when the end is told
+        return;
+    m_imageSource->updateData(m_dataTemp, false);
     if (m_imageWidth < 1 || m_imageHeight < 1)
         readProperties();
     else
@@ -100,18 +121,20 @@ void ProgressiveLoad::didReceiveData(std::span<const std::uint8_t> data)
 
 void ProgressiveLoad::readProperties()
 {
+    constexpr std::int64_t kMostPixels = 32'000'000; // two of them are in memory beside the decoder's own
     const std::optional<CGImageProperties> properties = m_imageSource->propertiesAtIndex();
     if (!properties)
         return;
     m_imageHeight = properties->pixelHeight;
     m_imageWidth = properties->pixelWidth;
     m_imageOrientation = NYXProgressiveImageView::exifOrientationToiOSOrientation(properties->orientation.value_or(0));
+    if (std::int64_t{m_imageWidth} * m_imageHeight > kMostPixels)
+        m_imageSource.reset();
 }
 
 void ProgressiveLoad::showWhenDue()
 {
-    constexpr std::int64_t kMostPixels = 32'000'000; // two of them are in memory beside the decoder's own
-    if (!m_imageSource || m_state->gone() || std::int64_t{m_imageWidth} * m_imageHeight > kMostPixels)
+    if (!m_imageSource || m_state->gone())
         return;
     const double now = SteadyClock::instance()->now();
     const ProgressivePace::Due due = m_pace.due(size(), m_expectedSize, now);
@@ -148,6 +171,7 @@ void ProgressiveLoad::show()
 
 void ProgressiveLoad::connectionDidFinishLoading()
 {
+    const ScopeExit ending([this] { end(); });
     m_imageSource.reset();
     UIImage image;
     if (auto decoded = decodePicture(m_dataTemp, m_url, {.cancelled = &m_state->gone()}))
@@ -167,11 +191,11 @@ void ProgressiveLoad::connectionDidFinishLoading()
     const bool isGood = m_statusCode && *m_statusCode / 100 == 2;
     if (m_state->caching && image && isGood && !m_state->gone())
         progressivecache::write(m_url, m_dataTemp);
-    end();
 }
 
 void ProgressiveLoad::didFailWithError(const Error& error)
 {
+    const ScopeExit ending([this] { end(); });
     m_imageSource.reset();
     setError(error);
     // A copy of its own: where the view goes meanwhile, the call may still be under way when the data are let go here.
@@ -180,7 +204,6 @@ void ProgressiveLoad::didFailWithError(const Error& error)
         if (const auto delegate = state.view()->delegateFor(Call::ImageDownloadFailed))
             delegate->imageDownloadFailedWithData(*data);
     });
-    end();
 }
 
 void ProgressiveLoad::setError(const Error& error)

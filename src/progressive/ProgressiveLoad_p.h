@@ -10,6 +10,7 @@
 #include "progressive/ProgressiveState_p.h"
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <span>
@@ -39,8 +40,10 @@ private:
     ProgressiveLoad(std::string url, double cacheTime, std::shared_ptr<ProgressiveState> state,
                     const std::shared_ptr<DispatchQueue>& queue);
 
+    void failWhereThrown(const std::function<void()>& step);
     void begin();
     bool showCached();
+    void updateSource();
     void readProperties();
     void showWhenDue();
     void show();
@@ -55,7 +58,7 @@ private:
     MainQueue::ExpectedWork m_expected;
     std::unique_ptr<NSURLConnection> m_connection;
 
-    std::unique_ptr<CGImageSource> m_imageSource;
+    std::unique_ptr<CGImageSource> m_imageSource; ///< while parts are shown
     std::int32_t m_imageWidth = -1;
     std::int32_t m_imageHeight = -1;
     int m_imageOrientation = 0;

@@ -1,6 +1,7 @@
 #include "progressive/ProgressiveState_p.h"
 
 #include "platform/base/DispatchQueue.h"
+#include "platform/base/ScopeExit.h"
 
 #include <utility>
 
@@ -20,13 +21,13 @@ void ProgressiveState::onMainAndWait(std::function<void(ProgressiveState& state)
 {
     const auto isDone = std::make_shared<bool>(false);
     DispatchQueue::main().async([self = shared_from_this(), body = std::move(body), isDone] {
-        if (self->m_view)
-            body(*self);
-        {
+        const ScopeExit telling([&] {
             const std::scoped_lock lock(self->m_mutex);
             *isDone = true;
-        }
-        self->m_changed.notify_all();
+            self->m_changed.notify_all();
+        });
+        if (self->m_view)
+            body(*self);
     });
     std::unique_lock lock(m_mutex);
     m_changed.wait(lock, [&] { return *isDone || m_gone; });

@@ -31,7 +31,8 @@ public:
     NYXProgressiveImageView* view() const { return m_view; }
 
     /// Runs `body` on the main thread, unless the view has gone by then, and returns when it has run or the view has
-    /// gone. `body` asks `view` after each call of a stranger's, which may have destroyed it.
+    /// gone. `body` asks `view` after each call of a stranger's, which may have destroyed it. An exception that leaves
+    /// it is the main queue's to log.
     void onMainAndWait(std::function<void(ProgressiveState& state)> body);
 
     enum class Phase { Idle, ReadingCache, Downloading };

@@ -1,31 +1,21 @@
 // From a saved blend to what is recommended afterwards, by a server of the test's own.
 #include "WindowTest.h"
 
-#include "PromotionServer.h"
-#include "TestPictures.h"
+#include "PromotionOffer.h"
 #include "platform/application/UIApplication.h"
-#include "platform/image/codecs/PictureEncoding.h"
 #include "promotion/InterstitialPresentController.h"
 #include "promotion/PromotionRecords.h"
 
 #include <QGuiApplication>
 #include <algorithm>
+#include <cstddef>
 
 namespace lamina::test {
 namespace {
 
 class PromotionRoad : public WindowTest {
 protected:
-    void setFeeds(bool held)
-    {
-        const std::string name = QGuiApplication::applicationDisplayName().toStdString();
-        server.set(kApps, {.body = R"([{"appName":")" + name + R"(","accountName":"us","isCheck":1}])"});
-        server.set(kPromotions, {.body = R"([{"appLink":"https://shop.example/cards","interstialLink":")" +
-                                         server.url("/ad.png") + R"(","isCheck":1}])",
-                                 .isHeld = held});
-        const auto png = *encodePNG(rampPicture(80, 40, 7), "ad");
-        server.set("/ad.png", {.body = {png.begin(), png.end()}});
-    }
+    void setFeeds(bool held) { offerOne(server, QGuiApplication::applicationDisplayName().toStdString(), held); }
     void saveAndCloseSheet()
     {
         goToPNG();
@@ -57,7 +47,7 @@ TEST_F(PromotionRoad, StandsOverTheShareScreenAndNeverOverWork)
     const QQuickItem* const close = driver->item(QStringLiteral("Close"));
     EXPECT_GE(std::min(close->width(), close->height()), 44);
     ASSERT_TRUE(driver->tap(QStringLiteral("Recommended: opens shop.example in the browser")));
-    EXPECT_EQ(opened, "https://shop.example/cards");
+    EXPECT_EQ(opened, kOfferedLink);
     EXPECT_EQ(driver->top<InterstitialPresentController>(), screen);
     driver->press(Qt::Key_Escape);
     ASSERT_TRUE(driver->waitFor<ShareController>());

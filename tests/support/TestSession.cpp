@@ -2,10 +2,8 @@
 
 #include <QDBusConnectionInterface>
 #include <QDBusReply>
-#include <QDeadlineTimer>
 #include <QDir>
 #include <QFile>
-#include <QThread>
 
 #include <csignal>
 
@@ -48,17 +46,6 @@ QString servicesIn(const QString& home, const std::string& program)
 }
 
 } // namespace
-
-bool waitUntil(const std::function<bool()>& done)
-{
-    const QDeadlineTimer deadline(40'000);
-    while (!done()) {
-        if (deadline.hasExpired())
-            return false;
-        QThread::msleep(5);
-    }
-    return true;
-}
 
 TestSession::TestSession(const std::string& program, Display display)
     : m_program(program)

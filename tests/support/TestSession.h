@@ -1,6 +1,7 @@
 #pragma once
 
 #include "PrivateBus.h"
+#include "WaitUntil.h"
 
 #include <QDBusConnection>
 #include <QDBusMessage>
@@ -10,7 +11,6 @@
 #include <QTemporaryDir>
 #include <QVariantList>
 
-#include <functional>
 #include <memory>
 #include <string>
 
@@ -54,8 +54,5 @@ private:
     std::unique_ptr<ExtraBus> m_daemon;
     QDBusConnection m_bus;
 };
-
-/// Waits until `done`, which is asked now and then; false when that took too long.
-bool waitUntil(const std::function<bool()>& done);
 
 } // namespace lamina::test

@@ -53,14 +53,12 @@ void NSURLConnection::Load::cancel()
         thread->run([load = shared_from_this()] { delete load->m_transfer.data(); });
 }
 
-void NSURLConnection::Load::tell(Call call)
+void NSURLConnection::Load::deliver(const Call& call)
 {
-    m_queue->async([load = shared_from_this(), call = std::move(call)] {
-        if (load->m_isOver)
-            return;
-        if (const auto delegate = load->m_delegate.lock())
-            call(*delegate);
-    });
+    if (m_isOver)
+        return;
+    if (const auto delegate = m_delegate.lock())
+        call(*delegate);
 }
 
 void NSURLConnection::Load::tellLast(Call call)
@@ -76,15 +74,20 @@ void NSURLConnection::Load::tellLast(Call call)
 
 void NSURLConnection::Load::takeResponse(const NSURLResponse& response)
 {
-    tell([response](NSURLConnectionDelegate& delegate) { delegate.didReceiveResponse(response); });
+    m_queue->async([load = shared_from_this(), response] {
+        load->deliver([&](NSURLConnectionDelegate& delegate) { delegate.didReceiveResponse(response); });
+    });
 }
 
 void NSURLConnection::Load::takeData(std::vector<std::uint8_t> data)
 {
-    const auto size = static_cast<std::int64_t>(data.size());
+    constexpr std::int64_t kBesidesBytes = 512; // the blocks and what they hold, of which small pieces need many
+    const std::int64_t size = static_cast<std::int64_t>(data.size()) + kBesidesBytes;
     m_waiting += size;
-    tell([data = std::move(data)](NSURLConnectionDelegate& delegate) { delegate.didReceiveData(data); });
-    m_queue->async([load = shared_from_this(), size] { load->took(size); });
+    m_queue->async([load = shared_from_this(), data = std::move(data), size] {
+        load->took(size);
+        load->deliver([&](NSURLConnectionDelegate& delegate) { delegate.didReceiveData(data); });
+    });
 }
 
 void NSURLConnection::Load::takeEnd()
@@ -106,9 +109,9 @@ bool NSURLConnection::Load::wantsMore()
     return m_waiting < kMostWaiting && m_isHeldUp.exchange(false);
 }
 
-void NSURLConnection::Load::took(std::int64_t bytes)
+void NSURLConnection::Load::took(std::int64_t size)
 {
-    m_waiting -= bytes;
+    m_waiting -= size;
     if (!m_isHeldUp.exchange(false))
         return;
     if (NetworkThread* const thread = NetworkThread::running())

@@ -38,9 +38,9 @@ private:
     using Call = std::function<void(NSURLConnectionDelegate& delegate)>;
 
     void begin();
-    void tell(Call call);
+    void deliver(const Call& call);
     void tellLast(Call call);
-    void took(std::int64_t bytes);
+    void took(std::int64_t size);
 
     const NSURLRequest m_request;
     std::weak_ptr<NSURLConnectionDelegate> m_delegate;
@@ -49,7 +49,7 @@ private:
     bool m_isKept = false;
     std::atomic<bool> m_isStarted{false};
     std::atomic<bool> m_isOver{false};
-    std::atomic<std::int64_t> m_waiting{0}; ///< bytes on the queue
+    std::atomic<std::int64_t> m_waiting{0}; ///< on the queue, in bytes of memory
     std::atomic<bool> m_isHeldUp{false};    ///< the transfer waits for `resume`
     QPointer<NetworkTransfer> m_transfer;   ///< for the network's thread
 };

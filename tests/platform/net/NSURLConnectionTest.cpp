@@ -1,12 +1,14 @@
 #include "platform/net/NSURLConnection.h"
 
 #include "TestHTTPServer.h"
+#include "WaitUntil.h"
 #include "platform/base/DispatchSemaphore.h"
 
 #include <chrono>
 #include <functional>
 #include <gtest/gtest.h>
 #include <thread>
+#include <utility>
 
 namespace lamina {
 namespace {
@@ -17,11 +19,6 @@ using test::TestHTTPServer;
 /// Notes its calls on the queue, and does what a test wants at data.
 class Listener : public NSURLConnectionDelegate {
 public:
-    explicit Listener(const DispatchQueue& queue)
-        : m_queue(queue)
-    {
-    }
-
     void didReceiveResponse(const NSURLResponse&) override { note("response "); }
     void didReceiveData(std::span<const std::uint8_t> data) override
     {
@@ -41,6 +38,7 @@ public:
         ended.signal();
     }
 
+    std::shared_ptr<DispatchQueue> queue = std::make_shared<DispatchQueue>("test");
     std::string calls;
     std::size_t size = 0;
     std::function<void()> atData;
@@ -49,20 +47,17 @@ public:
 private:
     void note(const std::string& call)
     {
-        EXPECT_TRUE(m_queue.isCurrent());
+        EXPECT_TRUE(queue->isCurrent());
         calls += call;
     }
-
-    const DispatchQueue& m_queue;
 };
 
 class NSURLConnectionTest : public testing::Test {
 protected:
-    NSURLConnection connection() { return {{.URL = server.url()}, listener, queue}; }
+    NSURLConnection connection() { return {{.URL = server.url()}, listener, listener->queue}; }
 
     TestHTTPServer server;
-    std::shared_ptr<DispatchQueue> queue = std::make_shared<DispatchQueue>("test");
-    std::shared_ptr<Listener> listener = std::make_shared<Listener>(*queue);
+    std::shared_ptr<Listener> listener = std::make_shared<Listener>();
 };
 
 TEST_F(NSURLConnectionTest, TellsItsQueueInOrder)
@@ -109,15 +104,12 @@ TEST_F(NSURLConnectionTest, NothingComesAfterCancelAndNobodyIsKept)
         connection.start();
         cancelled.wait();
     }
-    while (server.connections() > 0)
-        std::this_thread::yield();
-    queue->sync([] {});
+    EXPECT_TRUE(test::waitUntil([this] { return server.connections() == 0; }));
+    listener->queue->sync([] {});
     EXPECT_EQ(listener->calls, "response data ");
 
-    const std::weak_ptr<DispatchQueue> left = queue;
-    queue.reset();
-    while (!left.expired())
-        std::this_thread::yield();
+    const std::weak_ptr<DispatchQueue> left = std::exchange(listener->queue, nullptr);
+    EXPECT_TRUE(test::waitUntil([&] { return left.expired(); }));
 }
 
 } // namespace

@@ -5,11 +5,10 @@
 #include "TestPaths.h"
 #include "platform/net/NetworkCauses.h"
 
+#include <QCoreApplication>
 #include <QSslCertificate>
 #include <QSslConfiguration>
 
-#include <chrono>
-#include <cstdlib>
 #include <future>
 #include <gtest/gtest.h>
 
@@ -18,7 +17,7 @@ namespace {
 
 using test::HTTPAnswer;
 using test::TestHTTPServer;
-using Framing = HTTPAnswer::Framing;
+using enum HTTPAnswer::Framing;
 
 NSURLTaskResult load(NSURLRequest request)
 {
@@ -27,11 +26,6 @@ NSURLTaskResult load(NSURLRequest request)
     NSURLSession::sharedSession().dataTask(std::move(request),
                                            [&](NSURLTaskResult result) { promise.set_value(std::move(result)); });
     return future.get();
-}
-
-NSURLTaskResult loadURL(const std::string& url)
-{
-    return load({.URL = url});
 }
 
 std::string bodyOf(const NSURLTaskResult& result)
@@ -43,6 +37,8 @@ std::string causeOf(const NSURLTaskResult& result)
 {
     return result.error ? result.error->cause : "";
 }
+
+const std::vector<std::pair<std::string, std::string>> gzip{{"Content-Encoding", "gzip"}};
 
 struct Case {
     const char* name;
@@ -57,39 +53,30 @@ TEST(NSURLSession, TakesEveryFormOfAnswer)
     const std::string text = "hello from afar";
     const Case cases[] = {
         {"of a length", {.body = text}, text, 15},
-        {"chunked", {.body = text, .framing = Framing::Chunked, .piece = 4}, text},
-        {"until closed", {.body = text, .framing = Framing::UntilClosed}, text},
+        {"chunked", {.body = text, .framing = Chunked, .piece = 4}, text},
+        {"until closed", {.body = text, .framing = UntilClosed}, text},
         {"empty", {}, "", 0},
         {"no content", {.status = 204}, ""},
-        {"not found", {.status = 404, .body = text}, text, 15},
         {"asks for credentials", {.status = 401, .body = text, .headers = {{"WWW-Authenticate", "Basic"}}}, text, 15},
-        {"failed", {.status = 500, .body = text, .framing = Framing::Chunked}, text},
+        {"failed", {.status = 500, .body = text, .framing = Chunked}, text},
         {"leads nowhere", {.status = 302, .body = text}, text, 15},
         {"packed", {.body = text, .copies = 2, .isPacked = true}, text + text},
-        {"packed byte by byte", {.body = text, .framing = Framing::Chunked, .piece = 1, .isPacked = true}, text},
+        {"packed byte by byte", {.body = text, .framing = Chunked, .piece = 1, .isPacked = true}, text},
         {"cut", {.body = text, .cutAt = 5}, "hello", 15, cause::kAnswerCut},
         {"cut while failed", {.status = 500, .body = text, .cutAt = 5}, "hello", 15, cause::kAnswerCut},
-        {"cut while packed",
-         {.body = text, .framing = Framing::UntilClosed, .isPacked = true, .cutAt = 20},
+        {"cut gzip",
+         {.body = text, .framing = UntilClosed, .isPacked = true, .cutAt = 20},
          text,
          -1,
          cause::kAnswerCut},
-        {"not packed as told",
-         {.body = text, .headers = {{"Content-Encoding", "gzip"}}},
-         "",
-         -1,
-         cause::kAnswerDamaged},
-        {"packed by who knows what",
-         {.body = text, .headers = {{"Content-Encoding", "br"}}},
-         "nothing came",
-         -1,
-         cause::kAnswerDamaged},
+        {"not packed as told", {.body = text, .headers = gzip}, "", -1, cause::kAnswerDamaged},
+        {"packed otherwise", {.headers = {{"Content-Encoding", "br"}}}, "nothing came", -1, cause::kAnswerDamaged},
     };
     TestHTTPServer server;
     for (const Case& each : cases) {
         SCOPED_TRACE(each.name);
         server.set("/", each.answer);
-        const NSURLTaskResult result = loadURL(server.url("/?secret"));
+        const NSURLTaskResult result = load({.URL = server.url("/?secret")});
         // The last of what came before a cut may be lost.
         EXPECT_TRUE(*each.cause ? each.body.starts_with(bodyOf(result)) : each.body == bodyOf(result));
         EXPECT_EQ(causeOf(result), each.cause);
@@ -105,15 +92,11 @@ TEST(NSURLSession, TakesEveryFormOfAnswer)
 TEST(NSURLSession, BoundsWhatItTakes)
 {
     const std::string block(1 << 16, 'x');
+    const std::string nothing("\x1F\x8B\x08\0\0\0\0\0\0\x03\x03\0\0\0\0\0\0\0\0\0", 20);
     const Case cases[] = {
         {"by its claim", {.body = block, .copies = 1 << 20}, ""},
-        {"without end", {.body = block, .framing = Framing::Chunked, .copies = HTTPAnswer::kEndless}, ""},
-        {"packed nothing without end",
-         {.body = std::string("\x1F\x8B\x08\0\0\0\0\0\0\x03\x03\0\0\0\0\0\0\0\0\0", 20),
-          .headers = {{"Content-Encoding", "gzip"}},
-          .framing = Framing::Chunked,
-          .copies = HTTPAnswer::kEndless},
-         ""},
+        {"without end", {.body = block, .framing = Chunked, .copies = HTTPAnswer::kEndless}, ""},
+        {"packed nothing", {.body = nothing, .headers = gzip, .framing = Chunked, .copies = HTTPAnswer::kEndless}, ""},
         {"packed", {.body = block, .copies = 1 << 8, .isPacked = true}, ""},
     };
     TestHTTPServer server;
@@ -135,15 +118,13 @@ TEST(NSURLSession, FollowsRedirectionsWithinBounds)
     server.set("/a", test::redirectTo("b?x=1", 301));
     server.set("/b", test::redirectTo(server.url("/c"), 307));
     server.set("/c", {.body = "there"});
-    server.set("/loop", test::redirectTo("/loop"));
     server.set("/file", test::redirectTo("file:///etc/passwd"));
     const NSURLTaskResult result = load({.URL = server.url("/a"), .mostRedirects = 2});
     EXPECT_EQ(bodyOf(result), "there");
     EXPECT_EQ(result.response->URL, server.url("/c"));
     EXPECT_EQ(causeOf(load({.URL = server.url("/a"), .mostRedirects = 1})), cause::kTooManyRedirects);
-    EXPECT_EQ(causeOf(loadURL(server.url("/loop"))), cause::kTooManyRedirects);
-    EXPECT_EQ(causeOf(loadURL(server.url("/file"))), cause::kForeignRedirect);
-    EXPECT_EQ(server.requests().size(), 3u + 2u + 11u + 1u);
+    EXPECT_EQ(causeOf(load({.URL = server.url("/file")})), cause::kForeignRedirect);
+    EXPECT_EQ(server.requests().size(), 3u + 2u + 1u);
 }
 
 TEST(NSURLSession, TellsNothingOfTheUser)
@@ -152,7 +133,7 @@ TEST(NSURLSession, TellsNothingOfTheUser)
     server.set("/a", {.status = 302, .headers = {{"Location", "/b"}, {"Set-Cookie", "known=1; Path=/"}}});
     server.set("/b", {.status = 401, .headers = {{"WWW-Authenticate", "Basic realm=\"x\""}}});
     std::string url = server.url("/a");
-    loadURL(url.insert(url.find("127"), "user:secret@"));
+    load({.URL = url.insert(url.find("127"), "user:secret@")});
     ASSERT_EQ(server.requests().size(), 2u);
     for (const test::HTTPRequest& request : server.requests()) {
         EXPECT_EQ(request.method, "GET");
@@ -166,13 +147,13 @@ TEST(NSURLSession, TellsNothingOfTheUser)
 TEST(NSURLSession, RefusesWhatIsNoAddressAndWhoIsNotThere)
 {
     for (const char* const url : {"", "beach", "http://", "ftp://127.0.0.1/", "file:///etc/passwd", "http://a b/"})
-        EXPECT_EQ(causeOf(loadURL(url)), cause::kNotAWebAddress) << url;
+        EXPECT_EQ(causeOf(load({.URL = url})), cause::kNotAWebAddress) << url;
     std::string gone;
     {
         const TestHTTPServer server;
         gone = server.url();
     }
-    EXPECT_EQ(causeOf(loadURL(gone)), cause::kConnectionRefused);
+    EXPECT_EQ(causeOf(load({.URL = gone})), cause::kConnectionRefused);
 }
 
 TEST(NSURLSession, TellsWhatIsWrongWithACertificate)
@@ -181,7 +162,7 @@ TEST(NSURLSession, TellsWhatIsWrongWithACertificate)
          {std::pair("good", cause::kCertificateSelfSigned), std::pair("expired", cause::kCertificateExpired),
           std::pair("other", cause::kCertificateOfAnother)}) {
         const TestHTTPServer server(certificate);
-        const NSURLTaskResult result = loadURL(server.url());
+        const NSURLTaskResult result = load({.URL = server.url()});
         EXPECT_EQ(causeOf(result), cause);
         EXPECT_TRUE(server.requests().empty());
     }
@@ -199,8 +180,8 @@ TEST(NSURLSession, NeverLeavesASecureConnectionForAnOpenOne)
     open.set("/", test::redirectTo(secure.url("/here")));
     secure.set("/here", {.body = "safe"});
     secure.set("/", test::redirectTo(open.url()));
-    EXPECT_EQ(bodyOf(loadURL(open.url())), "safe");
-    EXPECT_EQ(causeOf(loadURL(secure.url())), cause::kInsecureRedirect);
+    EXPECT_EQ(bodyOf(load({.URL = open.url()})), "safe");
+    EXPECT_EQ(causeOf(load({.URL = secure.url()})), cause::kInsecureRedirect);
     EXPECT_EQ(open.requests().size(), 1u);
 
     QSslConfiguration::setDefaultConfiguration(former);
@@ -209,21 +190,21 @@ TEST(NSURLSession, NeverLeavesASecureConnectionForAnOpenOne)
 /// For the test below, in a process of its own.
 TEST(NSURLSession, DISABLED_BeginsLoadsAndGoes)
 {
-    for (const char* const path : {"/silent", "/endless"})
-        NSURLSession::sharedSession().dataTask({.URL = std::getenv("LAMINA_TEST_SERVER") + std::string(path)},
-                                               [](const NSURLTaskResult&) {});
-    EXPECT_EQ(causeOf(loadURL(std::getenv("LAMINA_TEST_SERVER") + std::string("/short"))), "");
+    const std::string server = QCoreApplication::arguments().last().toStdString();
+    for (const char* const path : {"silent", "endless"})
+        NSURLSession::sharedSession().dataTask({.URL = server + path}, [](const NSURLTaskResult&) {});
+    EXPECT_EQ(causeOf(load({.URL = server + "short"})), "");
 }
 
 TEST(NSURLSession, LoadsUnderWayDontKeepTheApplication)
 {
     TestHTTPServer server;
     server.set("/silent", {.isSilent = true});
-    server.set("/endless", {.body = "x", .framing = Framing::Chunked, .copies = HTTPAnswer::kEndless});
+    server.set("/endless", {.body = "x", .framing = Chunked, .copies = HTTPAnswer::kEndless});
     server.set("/short", {.body = "x"});
-    ::setenv("LAMINA_TEST_SERVER", server.url("").c_str(), 1);
-    const test::CommandResult run = test::runCommand(
-        "/proc/self/exe", {"--gtest_also_run_disabled_tests", "--gtest_filter=*DISABLED_BeginsLoadsAndGoes"});
+    const test::CommandResult run =
+        test::runCommand("/proc/self/exe", {"--gtest_also_run_disabled_tests",
+                                            "--gtest_filter=*DISABLED_BeginsLoadsAndGoes", server.url()});
     EXPECT_EQ(run.exitCode, 0) << run.errors;
 }
 

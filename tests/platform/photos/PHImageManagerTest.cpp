@@ -4,6 +4,7 @@
 #include "CommandRunner.h"
 #include "FileDisguise.h"
 #include "Flag.h"
+#include "OwnCache.h"
 #include "platform/base/DispatchQueue.h"
 #include "platform/base/DispatchSemaphore.h"
 #include "platform/photos/PHCachingImageManager.h"
@@ -20,14 +21,6 @@ using ContentMode = PHImageContentMode;
 using DeliveryMode = PHImageRequestOptionsDeliveryMode;
 using ResizeMode = PHImageRequestOptionsResizeMode;
 
-/// Thumbnails are kept in a folder of these tests.
-class OwnCache : public testing::Environment {
-public:
-    void SetUp() override { ::setenv("XDG_CACHE_HOME", m_folder.path().c_str(), 1); }
-
-private:
-    const TemporaryFolder m_folder;
-};
 const auto* const ownCache = testing::AddGlobalTestEnvironment(new OwnCache);
 
 class ImageRequests : public testing::Test {

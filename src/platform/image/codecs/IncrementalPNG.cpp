@@ -31,8 +31,7 @@ public:
         : m_options{.cancelled = options.cancelled, .memoryLimit = options.memoryLimit}
         , m_input(m_options)
     {
-        m_hasEnded =
-            !m_input || !m_input.attempt([this] { m_input.setCallbacks(this, haveInfo, haveRow, haveEnd); });
+        m_hasEnded = !m_input || !m_input.attempt([this] { m_input.setCallbacks(this, haveInfo, haveRow, haveEnd); });
     }
 
     void updateData(std::span<const std::uint8_t> data, bool isFinal) override;
