@@ -20,6 +20,8 @@ int main(int argc, char** argv)
     qputenv("QT_SCALE_FACTOR", LAMINA_DISPLAY_SCALE);
     qputenv("LAMINA_REDUCED_MOTION", "1");
     qputenv("LC_ALL", "C.UTF-8");
+    for (const char* const proxy : {"http_proxy", "https_proxy", "all_proxy", "HTTP_PROXY", "HTTPS_PROXY", "ALL_PROXY"})
+        qunsetenv(proxy); // the tests' server is on this machine
     QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
     const lamina::GuardedApplication qt(argc, argv);
     return RUN_ALL_TESTS();
