@@ -13,8 +13,6 @@
 #include "support/BenchPhotos.h"
 #include "support/Measuring.h"
 
-#include <QCoreApplication>
-
 #include <benchmark/benchmark.h>
 #include <chrono>
 #include <cstddef>
@@ -249,11 +247,3 @@ void idle(benchmark::State& state)
 BENCHMARK(idle)->Iterations(1)->UseRealTime()->Unit(benchmark::kMillisecond);
 
 } // namespace
-
-int main(int argc, char** argv)
-{
-    const QCoreApplication application(argc, argv);
-    DispatchQueue::main().bindToCurrentThread();
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-}

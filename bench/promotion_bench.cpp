@@ -7,8 +7,6 @@
 #include "support/BenchPhotos.h"
 #include "support/Measuring.h"
 
-#include <QCoreApplication>
-
 #include <benchmark/benchmark.h>
 #include <fstream>
 #include <iterator>
@@ -65,11 +63,3 @@ void manyPromotions(benchmark::State& state)
 BENCHMARK(manyPromotions)->Iterations(1)->UseRealTime()->Unit(benchmark::kMillisecond);
 
 } // namespace
-
-int main(int argc, char** argv)
-{
-    const QCoreApplication application(argc, argv);
-    DispatchQueue::main().bindToCurrentThread();
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-}
