@@ -29,6 +29,12 @@ bool Database::isDamaged() const
     return primary == SQLITE_CORRUPT || primary == SQLITE_NOTADB || primary == SQLITE_ERROR;
 }
 
+bool Database::isHindered() const
+{
+    const int primary = m_code & 0xFF;
+    return primary == SQLITE_BUSY || primary == SQLITE_IOERR;
+}
+
 Outcome Database::outcome() const
 {
     if (hasFailed())

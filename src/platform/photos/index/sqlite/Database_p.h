@@ -29,6 +29,8 @@ public:
     bool hasFailed() const { return m_code != SQLITE_OK; }
     /// Whether what has failed was the file itself: its bytes, or its tables, are not what was written.
     bool isDamaged() const;
+    /// Whether somebody else who uses the file may have been in the way: the same may succeed a moment later.
+    bool isHindered() const;
     Outcome outcome() const;
     /// Takes a result in; "row" and "done" are none.
     void note(int code);

@@ -8,10 +8,12 @@
 #include "platform/photos/index/sqlite/PhotoTables_p.h"
 
 #include <cerrno>
+#include <chrono>
 #include <cstdint>
 #include <fcntl.h>
 #include <filesystem>
 #include <sys/stat.h>
+#include <thread>
 
 namespace lamina {
 
@@ -20,6 +22,15 @@ namespace {
 constexpr mode_t kOwnerOnly = 0600;
 /// How long others may keep a file busy that is to be set up or emptied: only a damaged one is for longer.
 constexpr int kSettingUpMilliseconds = 500;
+constexpr auto kBetweenAttempts = std::chrono::milliseconds(5);
+
+/// The write-ahead file is cut to this where it has grown; a loss of power may take the last changes, no more.
+constexpr const char* kSettings = R"(
+    PRAGMA journal_mode = WAL;
+    PRAGMA synchronous = NORMAL;
+    PRAGMA journal_size_limit = 1048576;
+    PRAGMA cell_size_check = ON
+)";
 
 std::int64_t numberOf(Database& database, const char* sql)
 {
@@ -98,9 +109,13 @@ Database openPhotoFile(const std::string& path)
 {
     Database database(path, SQLITE_OPEN_READWRITE);
     sqlite3_busy_timeout(database.handle(), kSettingUpMilliseconds);
-    // The write-ahead file is cut to this where it has grown; a loss of power may take the last changes, no more.
-    database.run("PRAGMA journal_mode = WAL; PRAGMA synchronous = NORMAL; PRAGMA journal_size_limit = 1048576;"
-                 "PRAGMA cell_size_check = ON");
+    // Where two processes give a new file its first write-ahead file at once, SQLite fails for one of them and does not
+    // wait: each reads, and waits for the other to stop reading.
+    const auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(kSettingUpMilliseconds);
+    while (!database.run(kSettings) && database.isHindered() && std::chrono::steady_clock::now() < end) {
+        std::this_thread::sleep_for(kBetweenAttempts);
+        database.forgive();
+    }
     sqlite3_busy_timeout(database.handle(), Database::kPatienceMilliseconds);
     return database;
 }
