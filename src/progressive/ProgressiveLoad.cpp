@@ -6,6 +6,7 @@
 #include "platform/base/ScopeExit.h"
 #include "platform/image/codecs/PictureDecoding.h"
 #include "platform/image/pixels/CGImage.h"
+#include "platform/net/WebAddress.h"
 #include "progressive/NYXProgressiveImageView.h"
 #include "progressive/ProgressiveCache_p.h"
 

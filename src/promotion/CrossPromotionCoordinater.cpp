@@ -1,10 +1,10 @@
 #include "promotion/CrossPromotionCoordinater.h"
 
 #include "platform/image/pixels/UIImage.h"
+#include "platform/net/WebAddress.h"
 #include "promotion/FetchProductViewModel.h"
 #include "promotion/ImageDownloader.h"
 #include "promotion/PromotionRecords.h"
-#include "promotion/WebAddress.h"
 
 #include <algorithm>
 #include <random>

@@ -6,8 +6,8 @@
 #include "platform/base/Log.h"
 #include "platform/base/Result.h"
 #include "platform/net/NetworkCauses.h"
+#include "platform/net/WebAddress.h"
 #include "platform/view/FailureAlert.h"
-#include "promotion/WebAddress.h"
 
 #include <QCoreApplication>
 

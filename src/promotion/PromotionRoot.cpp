@@ -1,7 +1,7 @@
 #include "promotion/PromotionRoot.h"
 
 #include "platform/base/Log.h"
-#include "promotion/WebAddress.h"
+#include "platform/net/WebAddress.h"
 
 #include <cstdlib>
 

@@ -4,6 +4,7 @@
 #include "platform/net/NetworkCauses.h"
 #include "platform/net/NetworkThread_p.h"
 #include "platform/net/NetworkTransfer_p.h"
+#include "platform/net/WebAddress.h"
 
 #include <utility>
 #include <vector>

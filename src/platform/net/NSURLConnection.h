@@ -41,10 +41,6 @@ struct NSURLResponse {
     std::int64_t expectedContentLength = -1; ///< of the body as it will be delivered; -1: not known
 };
 
-/// What an address is called in messages: without credentials, query and fragment, of which each may be secret, and not
-/// longer than 200 characters. From any thread.
-std::string shownAddress(const std::string& url);
-
 /// Hears of a load, on the load's queue, in this order: one response, data any number of times, then the one end or the
 /// other. Nothing after `cancel`.
 class NSURLConnectionDelegate {

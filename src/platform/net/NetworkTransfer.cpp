@@ -2,6 +2,8 @@
 
 #include "platform/net/NetworkCauses.h"
 #include "platform/net/NetworkErrors_p.h"
+#include "platform/net/WebAddress.h"
+#include "platform/net/WebAddress_p.h"
 
 #include <QNetworkAccessManager>
 #include <QNetworkRequest>
@@ -14,14 +16,6 @@
 namespace lamina {
 
 namespace {
-
-constexpr QLatin1String kOpen("http");
-constexpr QLatin1String kSecure("https");
-
-bool isWebAddress(const QUrl& address)
-{
-    return address.isValid() && !address.host().isEmpty() && (address.scheme() == kOpen || address.scheme() == kSecure);
-}
 
 int milliseconds(double seconds)
 {
@@ -56,14 +50,6 @@ QUrl webAddress(const std::string& text)
     return isWebAddress(address) ? address : QUrl();
 }
 
-std::string shownAddress(const std::string& url)
-{
-    constexpr qsizetype kLongest = 200;
-    const QUrl address(QString::fromStdString(url));
-    const QString text = address.toDisplayString(QUrl::RemoveUserInfo | QUrl::RemoveQuery | QUrl::RemoveFragment);
-    return text.left(kLongest).toStdString();
-}
-
 NetworkTransfer::NetworkTransfer(NSURLRequest request, std::shared_ptr<TransferReceiver> receiver,
                                  QNetworkAccessManager& manager, QObject* parent)
     : QObject(parent)
@@ -88,7 +74,7 @@ void NetworkTransfer::get(const QUrl& address)
 {
     m_address = address;
     m_silence.start(milliseconds(std::min(m_request.timeoutInterval, NSURLRequest::kMostSecondsToHead)));
-    if (address.scheme() == kSecure && !QSslSocket::supportsSsl())
+    if (address.scheme() == kSecureScheme && !QSslSocket::supportsSsl())
         return fail(cause::kNoTLS);
     m_reply = m_manager.get(plainRequest(address));
     m_reply->setReadBufferSize(BodyReader::kPiece);
@@ -130,13 +116,13 @@ bool NetworkTransfer::followRedirect(int status)
     if (std::ranges::find(kRedirections, status) == std::end(kRedirections) || location.isEmpty())
         return false;
     const QUrl next = m_address.resolved(QUrl::fromEncoded(location));
-    const bool wasSecure = m_address.scheme() == kSecure;
+    const bool wasSecure = m_address.scheme() == kSecureScheme;
     dropReply();
     if (++m_redirects > m_request.mostRedirects)
         fail(cause::kTooManyRedirects);
     else if (!isWebAddress(next))
         fail(cause::kForeignRedirect);
-    else if (wasSecure && next.scheme() != kSecure)
+    else if (wasSecure && next.scheme() != kSecureScheme)
         fail(cause::kInsecureRedirect);
     else
         get(webAddress(next.toString(QUrl::FullyEncoded).toStdString()));
