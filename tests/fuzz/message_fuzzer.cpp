@@ -1,57 +1,15 @@
 // The libFuzzer target of messages from a server.
 
-#include "platform/base/ShownText.h"
-#include "platform/host/services/UnifiedPushMessage.h"
+#include "MessageCheck.h"
 
-#include <algorithm>
-#include <cstddef>
-#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
-#include <nlohmann/json.hpp>
-#include <string>
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
 
-namespace lamina {
-namespace {
-
-int depthOf(const nlohmann::json& json)
-{
-    int deepest = 0;
-    for (const nlohmann::json& inner : json)
-        if (inner.is_structured())
-            deepest = std::max(deepest, depthOf(inner));
-    return deepest + 1;
-}
-
-/// What is wrong with the outcome of reading a message, whatever it was; empty when nothing is: texts may be shown as
-/// they are and are no longer than the message, and what is kept with them reads as the same message again.
-std::string faultOf(const Result<UNNotification>& message, std::size_t size)
-{
-    if (!message)
-        return message.error().cause.empty() ? "a failure without a cause" : "";
-    for (const std::string& text : {message->title, message->body, message->identifier})
-        if (shownText(text) != text || text.size() > std::max<std::size_t>(size, 5))
-            return "a text that is not fit to be shown";
-    if (size > kMostMessageBytes || !message->userInfo.is_object() || depthOf(message->userInfo) > kDeepestMessage)
-        return "more than a message may hold";
-    const std::string kept = message->userInfo.dump();
-    if (kept.size() > kMostMessageBytes)
-        return "";
-    const auto* const bytes = reinterpret_cast<const std::uint8_t*>(kept.data());
-    const auto again = notificationOfMessage({bytes, kept.size()}, message->identifier);
-    const bool isSame = again && again->title == message->title && again->body == message->body &&
-                        again->identifier == message->identifier && again->userInfo == message->userInfo;
-    return isSame ? "" : "what is kept is another message";
-}
-
-} // namespace
-} // namespace lamina
-
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
-    const std::string fault = lamina::faultOf(lamina::notificationOfMessage({data, size}, "given"), size);
+    const std::string fault = lamina::faultOfMessage({data, size});
     if (!fault.empty()) {
         std::fprintf(stderr, "%s\n", fault.c_str());
         std::abort();
