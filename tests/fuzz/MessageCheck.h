@@ -22,14 +22,15 @@ inline int depthOf(const nlohmann::json& json)
 }
 
 /// What is wrong with the outcome of reading this message, whatever it is; empty when nothing is: texts may be shown as
-/// they are and are no longer than the message, and what is kept with them reads as the same message again.
+/// they are and are as long as the message may make them (three bytes stand for one that can't be shown), and what is
+/// kept with them reads as the same message again.
 inline std::string faultOfMessage(std::span<const std::uint8_t> bytes)
 {
     const Result<UNNotification> message = notificationOfMessage(bytes, "given");
     if (!message)
         return message.error().cause.empty() ? "a failure without a cause" : "";
     for (const std::string& text : {message->title, message->body, message->identifier})
-        if (shownText(text) != text || text.size() > std::max<std::size_t>(bytes.size(), 5))
+        if (shownText(text) != text || text.size() > std::max<std::size_t>(3 * bytes.size(), 5))
             return "a text that is not fit to be shown";
     if (bytes.size() > kMostMessageBytes || !message->userInfo.is_object() ||
         depthOf(message->userInfo) > kDeepestMessage)
