@@ -7,6 +7,7 @@
 #include "Shooter.h"
 #include "WindowDriver.h"
 
+#include "app/IncomingRequests.h"
 #include "app/ViewController.h"
 #include "editors/colorpicker/InfColorPickerController.h"
 #include "export/ExportScenes.h"
@@ -192,6 +193,24 @@ void shootPromotions(Shooter& shooter, UIViewController& editor)
     }
 }
 
+/// What other programs ask of the window while somebody works.
+void shootIncoming(Shooter& shooter)
+{
+    WindowDriver& driver = shooter.driver();
+    IncomingRequests requests(driver.application().screens().window(), [](const ApplicationRequest&) {
+        return Outcome(Error{"lamina-app", "the program can’t be started"});
+    });
+    const auto shoot = [&](ApplicationRequest request, const char* name) {
+        if (!requests.take(std::move(request)) || !driver.waitFor<UIAlertController>())
+            return;
+        shooter.shoot(name);
+        driver.press(Qt::Key_Escape);
+    };
+    shoot({"", {kFirst, kSecond}, ""}, "incoming-photos");
+    shoot({"three", {}, ""}, "incoming-entry");
+    shoot({"", {}, "", Error{"Holiday/half copied.jpg", "permission denied"}}, "incoming-unreadable");
+}
+
 void shootPanels(Shooter& shooter)
 {
     SVProgressHUD::setDefaultMaskType(4);
@@ -308,6 +327,7 @@ void shootRoad(const LaunchOptions& options, const QString& prefix)
     driver.waitFor<BlendPhotoViewController>();
     shooter.shoot("blend");
     shootPanels(shooter);
+    shootIncoming(shooter);
     const auto blend = driver.top<BlendPhotoViewController>();
     if (!blend)
         return;
