@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/application/UNNotification.h"
+#include "platform/base/Result.h"
 #include "platform/base/ShownText.h"
 #include "platform/host/services/UnifiedPushMessage.h"
 
