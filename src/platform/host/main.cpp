@@ -53,6 +53,14 @@ void chooseRenderer()
     QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
 }
 
+/// Qt passes libdbus a call that doesn't exist where a bus goes while a signal is subscribed to, and libdbus ends the
+/// process for it. Told not to, it only complains, and Qt finds the bus gone.
+void outliveTheBus()
+{
+    if (constexpr const char* kFatal = "DBUS_FATAL_WARNINGS"; !qEnvironmentVariableIsSet(kFatal))
+        qputenv(kFatal, "0");
+}
+
 void setNames()
 {
     QGuiApplication::setApplicationName(QStringLiteral("lamina"));
@@ -155,6 +163,7 @@ int runWithDisplay(SessionName& name, ApplicationService& service, int argc, cha
 
 int run(int argc, char** argv)
 {
+    outliveTheBus();
     setNames();
     ApplicationService service;
     SessionName name;
