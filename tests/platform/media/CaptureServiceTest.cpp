@@ -230,7 +230,8 @@ TEST_F(CaptureServiceTest, ACameraIsUnplugged)
 
 TEST_F(CaptureServiceTest, AStreamIsTakenAway)
 {
-    // PipeWire's own test camera may still draw into buffers that have gone with a stream, and take the service with it.
+    // PipeWire's own test camera may still draw into buffers that have gone with a stream, and take the service with
+    // it.
     const TestCameraNode node({.name = "stick", .description = "Stick"});
     ASSERT_TRUE(device("stick"));
     Capture capture(device("stick"));

@@ -77,7 +77,7 @@ TEST(JPEGDecoder, ShowsDamagedDataAsFarAsTheyGoWhereAWarningIsHeard)
          ""},
         {"bytes that no block uses", [](Bytes& file, std::size_t) { file.insert(file.end() - 2, 40, 0x5A); }, ""},
         {"padding", [](Bytes& file, std::size_t) { file.insert(file.end() - 2, 40, 0); }, "", false},
-        {"no end", [](Bytes& file, std::size_t) { file.resize(file.size() - 2); }, "the file ends too early"},
+        {"no end", [](Bytes& file, std::size_t) { file.erase(file.end() - 2, file.end()); }, "the file ends too early"},
         {"cut", [](Bytes& file, std::size_t scan) { file.resize((scan + file.size()) / 2); },
          "the file ends too early"},
         {"cut and ended",
